@@ -1,0 +1,42 @@
+# How every target of ours is compiled: warnings are errors, ccache when it is there,
+# sanitizers and coverage by option. Link `kavu_options` to get it.
+include(FeatureSummary)
+
+find_program(KAVU_CCACHE ccache)
+if(KAVU_CCACHE)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${KAVU_CCACHE})
+    # A precompiled header carries time stamps; without this every ccache look-up misses.
+    set(ENV{CCACHE_SLOPPINESS} "pch_defines,time_macros,include_file_mtime,include_file_ctime")
+endif()
+add_feature_info(ccache KAVU_CCACHE "compiler cache")
+
+add_library(kavu_options INTERFACE)
+target_include_directories(kavu_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
+target_compile_options(kavu_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+if(KAVU_CCACHE AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(kavu_options INTERFACE -fpch-preprocess)
+endif()
+if(KAVU_SANITIZE)
+    target_compile_options(kavu_options INTERFACE
+        -fsanitize=${KAVU_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(kavu_options INTERFACE -fsanitize=${KAVU_SANITIZE})
+endif()
+if(KAVU_COVERAGE)
+    target_compile_options(kavu_options INTERFACE --coverage -O0)
+    target_link_options(kavu_options INTERFACE --coverage)
+endif()
+add_feature_info(sanitizers KAVU_SANITIZE "${KAVU_SANITIZE}")
+
+# One library for a folder of src. DEPENDS names the folders it may include; the build
+# rule that folders only include to their left is checked by tests/architecture.
+function(kavu_add_library folder)
+    cmake_parse_arguments(arg "" "" "DEPENDS;LINK" ${ARGN})
+    file(GLOB sources CONFIGURE_DEPENDS *.cpp)
+    add_library(kavu_${folder} STATIC ${sources})
+    target_link_libraries(kavu_${folder} PUBLIC kavu_options)
+    foreach(left IN LISTS arg_DEPENDS)
+        target_link_libraries(kavu_${folder} PUBLIC kavu_${left})
+    endforeach()
+    target_link_libraries(kavu_${folder} ${arg_LINK})
+endfunction()

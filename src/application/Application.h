@@ -1,0 +1,94 @@
+// The composition root of the logic. One `Application` owns everything a document needs
+// and installs the steps by which opening and saving reach the higher folders; `main` of
+// both programs makes one and passes it on. There is no global, so a test may make many.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/Clock.h"
+#include "core/Environment.h"
+#include "core/TmatsDocument.h"
+
+namespace kavu {
+
+class ConversionStore;
+class KeyValueStore;
+class MeasurementNames;
+
+class Application {
+  public:
+    /// The clock and the random source must outlive the application. With a settings path
+    /// that file is used in place of the `kavu.ini` of the support folder.
+    Application(Environment environment, const Clock& clock, RandomSource& random,
+                std::string settingsPath = {});
+    Application(const Application&) = delete;
+    Application& operator=(const Application&) = delete;
+    ~Application();
+
+    /// The order of the start: support folder, settings, working store. False if the
+    /// program can not go on; it has been reported.
+    bool startUp(UserInterface* parent);
+    /// Closes the document, with its question, and removes the working store. False if the
+    /// user cancelled. Safe to call again.
+    bool shutDown(UserInterface* parent);
+
+    /// REQUIRES: `startUp` has succeeded.
+    [[nodiscard]] DocumentContext& context();
+    [[nodiscard]] ConversionStore& conversions();
+    [[nodiscard]] MeasurementNames& measurementNames();
+
+    /// Settings that are held in memory while the program runs.
+    struct HeldSettings {
+        int calBy = 0;
+        int prsSort = 0;
+        int curveAllPairs = 0;
+        int lsbfMaxOrder = 5;
+        int useLsbfSolution = 0;
+        int floatPrecision = 8;
+        int mdbVersion = 2;
+        int mdbAddRoot = 0;
+        int mdbAddChildren = 0;
+        int checkSampleRate = 0;
+        int sampleRatePrecision = 2;
+        std::string databasePath;
+    };
+    [[nodiscard]] HeldSettings& held();
+    [[nodiscard]] const std::string& supportFolder() const;
+    /// "kavu.hlp" beside the program.
+    [[nodiscard]] const std::string& helpPath() const;
+    /// The text of "welcome.txt", looked for in the support folder of all users and then
+    /// beside the program; empty if there is none that is not blank.
+    [[nodiscard]] std::string welcomeText() const;
+
+  private:
+    struct Parts;
+    void installSteps();
+    void readSettings(UserInterface* parent);
+
+    Environment environment_;
+    const Clock& clock_;
+    RandomSource& random_;
+    std::string settingsPath_;
+    std::string supportFolder_;
+    std::string helpPath_;
+    int starts_ = 0;
+    std::unique_ptr<Parts> parts_;
+};
+
+/// Builds a TMATS file from a working store that a crashed run left behind. Nothing in
+/// `folder` changes. False if there is no output; `parent` has been told why.
+bool recoverStore(Application& application, UserInterface* parent, const std::string& folder,
+                  const std::string& output);
+
+/// A working store under the temporary root whose process is gone.
+struct AbandonedStore {
+    std::string folder;
+    CivilTime modified;
+};
+/// The abandoned stores of this user, newest first. Only their folders are looked at,
+/// nothing in them is read.
+[[nodiscard]] std::vector<AbandonedStore> findAbandonedStores(const std::string& temporaryRoot);
+
+}  // namespace kavu

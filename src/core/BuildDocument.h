@@ -1,0 +1,42 @@
+// The way out: the group files are joined into one TMATS file, and a document is closed.
+#pragma once
+
+#include "core/TmatsDocument.h"
+
+#include <string>
+
+namespace kavu {
+
+class ByteSource;
+
+/// Joins the group files into `target`. With `backup` (and the setting that allows it) an
+/// existing file is copied to its ".bak" first. After a failure that has touched the
+/// target the parent is asked whether its former contents are to be put back.
+bool buildTmatsFile(DocumentContext& context, UserInterface* parent, const std::string& target,
+                    bool backup);
+/// Copies the commands of one group file into the file that is being built.
+bool copyGroupFile(DocumentContext& context, UserInterface* parent, ByteSource& source,
+                   FileWriter& target, const std::string& progressText, unsigned& lineCounter,
+                   bool withComments);
+/// Puts the banner at the head of the G file; nothing below edition 1999.
+bool writeBanner(DocumentContext& context, UserInterface* parent);
+/// Sets `G\FN` to the name of the file without its folder; nothing below edition 2009.
+bool writeFileNameField(DocumentContext& context, UserInterface* parent, const std::string& path);
+
+/// Saves under the document's path; without one, or for a read-only file, as `saveAs`.
+bool saveDocument(DocumentContext& context, UserInterface* parent);
+/// Asks for a name and saves under it.
+bool saveDocumentAs(DocumentContext& context, UserInterface* parent);
+/// Saves under a name that is known; it becomes the document's path.
+bool saveDocumentTo(DocumentContext& context, UserInterface* parent, const std::string& path);
+
+enum class CloseResult { Closed = 1, Cancelled = 2 };
+/// Asks to save a changed document, and closes it.
+CloseResult closeDocument(DocumentContext& context, UserInterface* parent);
+
+/// Who made a file, for the banner.
+inline constexpr const char* kBannerMaker = "Written by the Kavu Telemetry Workbench, TMATS Editor";
+inline constexpr const char* kBannerHelp =
+    "Help: the manual that comes with the program (kavu-cli --help)";
+
+}  // namespace kavu

@@ -1,0 +1,33 @@
+// Listing of folders.
+#include "core/FileIo.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <dirent.h>
+
+namespace kavu {
+
+IoStatus listFolder(const std::string& path, std::vector<FolderEntry>& entries) {
+    entries.clear();
+    DIR* folder = ::opendir(path.c_str());
+    if (folder == nullptr) {
+        return {path, errno};
+    }
+    errno = 0;
+    while (const dirent* entry = ::readdir(folder)) {
+        const std::string name = entry->d_name;
+        if (name != "." && name != "..") {
+            const bool isFolder = entry->d_type == DT_DIR ||
+                                  (entry->d_type == DT_UNKNOWN && folderExists(path + "/" + name));
+            entries.push_back({name, isFolder});
+        }
+        errno = 0;
+    }
+    const int code = errno;
+    ::closedir(folder);
+    std::sort(entries.begin(), entries.end(),
+              [](const FolderEntry& a, const FolderEntry& b) { return a.name < b.name; });
+    return {path, code};
+}
+
+}  // namespace kavu

@@ -1,0 +1,42 @@
+// printf formatting with checked arguments: message texts, composed codes and the names
+// of working files are printf formats in this system.
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace kavu {
+
+/// One argument of a printf format: a number or a text.
+class PrintfArg {
+  public:
+    template <std::integral T>
+    PrintfArg(T value) : value_(static_cast<std::int64_t>(value)) {}
+    PrintfArg(double value) : value_(value) {}
+    PrintfArg(std::string_view value) : value_(value) {}
+    PrintfArg(const std::string& value) : value_(std::string_view(value)) {}
+    PrintfArg(const char* value) : value_(std::string_view(value)) {}
+
+    [[nodiscard]] const auto& value() const { return value_; }
+
+  private:
+    std::variant<std::int64_t, double, std::string_view> value_;
+};
+
+using PrintfArgs = std::initializer_list<PrintfArg>;
+
+/// Formats as printf does in the "C" locale. `format` comes from the program, never from a
+/// file. A format that does not fit its arguments gives the format text itself: a report
+/// must never be the thing that fails.
+[[nodiscard]] std::string formatPrintf(std::string_view format, PrintfArgs args);
+
+template <typename... Args>
+[[nodiscard]] std::string formatPrintf(std::string_view format, const Args&... args) {
+    return formatPrintf(format, PrintfArgs{PrintfArg(args)...});
+}
+
+}  // namespace kavu

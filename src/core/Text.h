@@ -1,0 +1,61 @@
+// Byte-wise helpers for text. Nothing here knows an encoding or looks at the C locale:
+// inside the logic text is bytes, and letters are the ASCII letters.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kavu {
+
+/// The bytes that stand for a carriage return and a line feed inside a value of a group
+/// file, so that each command stays on one line there.
+inline constexpr char kStoredCarriageReturn = 0x14;
+inline constexpr char kStoredLineFeed = 0x15;
+
+[[nodiscard]] constexpr char toLowerAscii(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+}
+[[nodiscard]] constexpr char toUpperAscii(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
+}
+[[nodiscard]] constexpr bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+[[nodiscard]] std::string lowerAscii(std::string_view text);
+[[nodiscard]] bool equalsIgnoreCase(std::string_view a, std::string_view b);
+[[nodiscard]] bool startsWithIgnoreCase(std::string_view text, std::string_view prefix);
+
+/// Without the white space (blank, tab, line ends, vertical tab, form feed) at both ends.
+[[nodiscard]] std::string_view trim(std::string_view text);
+[[nodiscard]] std::string_view trimRight(std::string_view text);
+/// Without the blanks (only blanks) at the end.
+[[nodiscard]] std::string_view trimTrailingBlanks(std::string_view text);
+
+/// The decimal number at the front of a text: leading white space, an optional sign and
+/// the digits count, what follows is ignored. Without digits it is 0; beyond the range of
+/// 64 bits it is the nearest end of the range.
+[[nodiscard]] std::int64_t leadingInteger(std::string_view text);
+/// The same, clamped to the range of an int.
+[[nodiscard]] int leadingInt(std::string_view text);
+
+/// Replaces line breaks by the bytes that stand for them in a group file, in place.
+void toStoredForm(std::string& text);
+/// Turns the two stored bytes back into real line breaks, in place.
+void fromStoredForm(std::string& text);
+
+/// `text` with every `from` replaced by `to`.
+[[nodiscard]] std::string replaceAll(std::string_view text, std::string_view from,
+                                     std::string_view to);
+[[nodiscard]] std::vector<std::string> splitLines(std::string_view text);
+
+/// At most `bytes` bytes of a text, never ending within a UTF-8 character of a text that
+/// is valid UTF-8.
+[[nodiscard]] std::string_view cutToBytes(std::string_view text, std::size_t bytes);
+
+/// Appends a decimal number; a fast path for codes such as "C-12\".
+void appendNumber(std::string& text, std::int64_t number);
+
+}  // namespace kavu

@@ -1,0 +1,72 @@
+// The open document: what the program knows of it outside its group files.
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace kavu {
+
+class Clock;
+class FileWriter;
+class Messages;
+class ProfileSettings;
+class RandomSource;
+class SecondTicker;
+class TmatsReader;
+class UserInterface;
+class WorkingStore;
+
+enum class DocumentKind { None = 0, TmatsFile = 2 };
+
+struct TmatsDocument {
+    std::string path;  ///< empty for a new document that was never saved
+    DocumentKind kind = DocumentKind::None;
+    bool open = false;
+    bool changed = false;   ///< differs from the file on the disk
+    bool created = false;   ///< made by Create New and not saved since
+    bool readOnly = false;  ///< the file on the disk can not be written
+    int version = 2011;     ///< the edition, as a year
+};
+
+/// The passes of higher folders that opening, saving and closing a document run. A step
+/// that is not installed counts as done.
+struct DocumentSteps {
+    /// Gathers the measurement names of all data links. False if it was cancelled.
+    std::function<bool(UserInterface*)> gatherMeasurementNames;
+    std::function<void()> forgetMeasurementNames;
+    /// Moves the C commands of "DATA1.TMP" into conversion chunks, for an edition.
+    std::function<bool(UserInterface*, int edition)> loadConversions;
+    /// Writes the C group to the file that is being built.
+    std::function<bool(UserInterface*, FileWriter&)> saveConversions;
+    std::function<void()> forgetConversions;
+    /// Finds the input edition of the group files and gives the target edition.
+    std::function<int(UserInterface*, int& inputVersion)> detectVersions;
+    /// Rewrites the group files for the target; true if any file changed.
+    std::function<bool(UserInterface*, int inputVersion, int targetVersion)> migrate;
+    std::function<bool(UserInterface*)> validateDataLinks;
+    std::function<void()> releasePcmFormat;
+    /// Writes the editor that is open to its group files; false stops the save.
+    std::function<bool(UserInterface*)> storeOpenEditor;
+    /// Creates the stream of a new document on a data source of this name.
+    std::function<bool(UserInterface*, const std::string& dataSource)> createStream;
+    /// Deletes the copies of conversion records that an editor keeps.
+    std::function<void(UserInterface*)> deleteConversionCopies;
+    /// The state of the document has changed: menus, title, tree.
+    std::function<void()> updateDocumentMenus;
+    std::function<void()> rebuildTree;
+};
+
+/// What every pass over a document is given. All of it is owned by the application.
+struct DocumentContext {
+    const Clock& clock;
+    SecondTicker& ticker;
+    RandomSource& random;
+    ProfileSettings& settings;
+    WorkingStore& store;
+    const Messages& messages;
+    TmatsReader& reader;
+    TmatsDocument& document;
+    DocumentSteps& steps;
+};
+
+}  // namespace kavu

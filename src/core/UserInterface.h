@@ -1,0 +1,181 @@
+// The seam through which the logic talks to a person: message boxes, prompts, progress
+// and the log. There are three makers: windows, the terminal with scripted replies, and
+// a recorder for tests. A null `UserInterface *` is a valid parent everywhere: it is
+// silent, and every question is answered as its operation says for no parent.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kavu {
+
+enum class Icon { None, Error, Question, Warning, Information };
+enum class Buttons { Ok, OkCancel, RetryCancel, YesNo, YesNoCancel };
+enum class Button { None, Ok, Cancel, Retry, Yes, No };
+
+/// A message box. `id` is the signed number of a numbered message (0 for a text without
+/// one); only a positive id is shown to the user.
+struct MessageBox {
+    int id = 0;
+    int titleId = 0;
+    std::string title;
+    /// The text without its "KAVU Error #" line.
+    std::string text;
+    Icon icon = Icon::None;
+    Buttons buttons = Buttons::Ok;
+    Button defaultButton = Button::None;
+
+    /// The text as a box shows it, with the number in front when it has one to show.
+    [[nodiscard]] std::string shownText() const;
+};
+
+/// A message that went to the message log.
+struct LoggedMessage {
+    int id = 0;
+    int titleId = 0;
+    std::string title;
+    std::string text;
+};
+
+struct TextPrompt {
+    std::string title;
+    std::string prompt;
+    std::string initial;
+    std::size_t limit = 0;  ///< characters; 0 is no limit
+};
+
+struct IntegerPrompt {
+    std::string title;
+    std::string prompt;
+    long initial = 0;
+    long least = 0;
+    long most = 0;
+};
+
+struct DoublePrompt {
+    std::string title;
+    std::string prompt;
+    double initial = 0;
+    double least = 0;
+    double most = 0;
+};
+
+struct TablePrompt {
+    std::string title;
+    std::vector<std::string> columns;
+    std::vector<std::vector<std::string>> rows;
+};
+
+struct FilePrompt {
+    std::string title;
+    /// Display text and patterns of each filter, as in {"TMATS Files", "*.tma;*.tmt"}.
+    std::vector<std::pair<std::string, std::string>> filters;
+    int filterIndex = 1;  ///< counts from 1
+    std::string path;
+    bool forSaving = false;
+};
+
+struct FileChoice {
+    std::string path;
+    int filterIndex = 1;
+};
+
+enum class ProgressMode { WithCancel, WithoutCancel };
+
+class UserInterface {
+  public:
+    UserInterface() = default;
+    UserInterface(const UserInterface&) = delete;
+    UserInterface& operator=(const UserInterface&) = delete;
+    virtual ~UserInterface() = default;
+
+    /// Shows a box and gives the button that was pressed.
+    virtual Button message(const MessageBox& box) = 0;
+    virtual std::optional<std::string> enterText(const TextPrompt& prompt) = 0;
+    virtual std::optional<long> enterInteger(const IntegerPrompt& prompt) = 0;
+    virtual std::optional<double> enterDouble(const DoublePrompt& prompt) = 0;
+    /// A two-button or multi-choice question; the index of the choice, or -1.
+    virtual int chooseFromList(const std::string& title,
+                               const std::vector<std::string>& choices) = 0;
+    /// The row chosen, or -1.
+    virtual int selectFromTable(const TablePrompt& prompt) = 0;
+    virtual std::optional<FileChoice> chooseFile(const FilePrompt& prompt) = 0;
+
+    /// A message was appended to the message log.
+    virtual void logged(const LoggedMessage&) {}
+    /// The Messages window over the lines of a log that is not empty.
+    virtual void showMessages(const std::string& title, const std::string& subtitle,
+                              const std::vector<std::string>& lines) = 0;
+    /// A remark that is no message: it asks for nothing and is not part of the log.
+    virtual void note(const std::string&) {}
+
+    virtual void setStatusText(const std::string&) {}
+    /// Percent of the progress bar; -1 clears it.
+    virtual void setProgressBar(double) {}
+    virtual void beep() {}
+
+    /// Opens the one progress window; false if it was open already, and then the caller
+    /// does not close it.
+    virtual bool openProgress(ProgressMode, bool /*withBar*/) { return true; }
+    virtual void closeProgress() {}
+    virtual void setProgressText(const std::string&) {}
+
+    /// Lets the interface paint. No command can come in through it.
+    virtual void yieldToInterface() {}
+    /// True once the user has asked to cancel and has confirmed it.
+    virtual bool cancelRequested() { return false; }
+};
+
+/// Opens the progress window for the life of the object, and closes it only if it was
+/// this object that opened it.
+class ProgressScope {
+  public:
+    ProgressScope(UserInterface* parent, ProgressMode mode, bool withBar = true)
+        : parent_(parent), opened_(parent != nullptr && parent->openProgress(mode, withBar)) {}
+    ProgressScope(const ProgressScope&) = delete;
+    ProgressScope& operator=(const ProgressScope&) = delete;
+    ~ProgressScope() { close(); }
+
+    void close() {
+        if (opened_) {
+            parent_->closeProgress();
+            opened_ = false;
+        }
+    }
+
+  private:
+    UserInterface* parent_;
+    bool opened_;
+};
+
+// The calls that a pass makes often, safe for a null parent.
+inline void setStatusText(UserInterface* parent, const std::string& text) {
+    if (parent != nullptr) {
+        parent->setStatusText(text);
+    }
+}
+inline void setProgressBar(UserInterface* parent, double percent) {
+    if (parent != nullptr) {
+        parent->setProgressBar(percent);
+    }
+}
+inline void setProgressText(UserInterface* parent, const std::string& text) {
+    if (parent != nullptr) {
+        parent->setProgressText(text);
+    }
+}
+inline void yieldToInterface(UserInterface* parent) {
+    if (parent != nullptr) {
+        parent->yieldToInterface();
+    }
+}
+[[nodiscard]] inline bool cancelRequested(UserInterface* parent) {
+    return parent != nullptr && parent->cancelRequested();
+}
+/// A box without a number. Gives `Button::None` without a parent.
+Button showBox(UserInterface* parent, std::string text, std::string title, Icon icon = Icon::Error,
+               Buttons buttons = Buttons::Ok, Button defaultButton = Button::None);
+
+}  // namespace kavu

@@ -1,0 +1,92 @@
+// The private folder in which an open document lives as a set of small text files, one
+// for each group instance, and the operations that compose and remove their names.
+//
+// The text "[kavu]" at the head of many names is a literal part of the file name.
+#pragma once
+
+#include "core/Environment.h"
+#include "core/FileIo.h"
+#include "core/Printf.h"
+
+#include <string>
+#include <string_view>
+
+namespace kavu {
+
+class Clock;
+class RandomSource;
+class UserInterface;
+
+// Names in the working store that more than one pass uses.
+namespace working {
+inline constexpr std::string_view kMessageLog = "KAVU9TMP.TMP";
+inline constexpr std::string_view kData1 = "DATA1.TMP";
+inline constexpr std::string_view kData2 = "DATA2.TMP";
+inline constexpr std::string_view kGeneral = "[kavu]GTMP.G";
+inline constexpr std::string_view kGeneralCopy = "[kavu]GTMP.Gtmp";
+inline constexpr std::string_view kMultiplexScratch = "[kavu]MULTIPLX.TMP";
+inline constexpr std::string_view kEuDefinitions = "EuDefinitions";
+inline constexpr std::string_view kChunkFormat = "[kavu]%8.8ld.C_O";
+}  // namespace working
+
+class WorkingStore {
+  public:
+    explicit WorkingStore(Environment environment) : environment_(std::move(environment)) {}
+    WorkingStore(const WorkingStore&) = delete;
+    WorkingStore& operator=(const WorkingStore&) = delete;
+    ~WorkingStore();
+
+    /// Makes the folder (mode 0700) under the temporary root and holds a lock on it for as
+    /// long as this process lives. Reports failures to the parent.
+    bool activate(UserInterface* parent, std::string_view applicationName, RandomSource& random);
+    /// Deletes the folder with all it holds. A folder that can not be removed is reported.
+    void deactivate(UserInterface* parent);
+    [[nodiscard]] bool active() const { return !folder_.empty(); }
+    /// Without a trailing separator; empty while the store is not active.
+    [[nodiscard]] const std::string& folder() const { return folder_; }
+
+    /// The full path of a working file. The name is a printf format of the program.
+    template <typename... Args>
+    [[nodiscard]] std::string path(std::string_view format, const Args&... args) const {
+        return pathOf(sizeof...(args) == 0 ? std::string(format) : formatPrintf(format, args...));
+    }
+    /// The full path of a working file with this very name.
+    [[nodiscard]] std::string pathOf(std::string_view name) const;
+    template <typename... Args>
+    [[nodiscard]] bool exists(std::string_view format, const Args&... args) const {
+        return canRead(path(format, args...));
+    }
+    /// Deletes every working file that matches (`*` is a wildcard, all other characters
+    /// are plain). Failures are reported and the scan goes on; false if there was one.
+    bool deleteFiles(UserInterface* parent, std::string_view pattern) const;
+
+    /// Deletes every file of the document, with status texts: the close of a document.
+    void clearDocumentFiles(UserInterface* parent) const;
+    /// The same, deleting only what exists, at the start of the program.
+    void verifyNoDocumentFiles(UserInterface* parent) const;
+
+    /// The root under which the folder is made.
+    [[nodiscard]] std::string temporaryRoot() const;
+    [[nodiscard]] const Environment& environment() const { return environment_; }
+
+  private:
+    Environment environment_;
+    std::string folder_;
+    int lock_ = -1;
+};
+
+/// A name from a document as part of a file name: ordinary names stay readable, and no
+/// name can leave the folder or equal another name's. Bytes that a file name can not or
+/// should not hold become `%` and two hexadecimal digits.
+[[nodiscard]] std::string safeFileName(std::string_view name);
+
+/// Where settings live. An empty base asks for the folder of all users. Always ends in
+/// a separator.
+[[nodiscard]] std::string supportFolderPath(const Environment& environment, std::string_view name,
+                                            std::string_view base, bool mayUseNetwork);
+inline constexpr std::string_view kSupportFolderName = "KavuSupportFiles";
+
+/// Makes the folder if needed and proves that it can be written.
+bool activateSupportFolder(UserInterface* parent, const std::string& folder);
+
+}  // namespace kavu
