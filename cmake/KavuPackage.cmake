@@ -1,0 +1,38 @@
+# What `cmake --install` puts where, and the Debian package made from it.
+
+if(TARGET kavu-cli)
+    install(TARGETS kavu-cli RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()
+install(FILES ${PROJECT_SOURCE_DIR}/docs/kavu-cli.1
+        DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+install(FILES ${PROJECT_SOURCE_DIR}/packaging/completions/kavu-cli.bash
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME kavu-cli)
+install(FILES ${PROJECT_SOURCE_DIR}/packaging/completions/_kavu-cli
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
+install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md
+              ${PROJECT_SOURCE_DIR}/LICENSE
+        DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/manual ${PROJECT_SOURCE_DIR}/docs/pictures
+        DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/samples/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/samples
+        FILES_MATCHING PATTERN "*.tma" PATTERN "*.md")
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME kavu)
+set(CPACK_PACKAGE_VENDOR "Kavu developers")
+set(CPACK_PACKAGE_CONTACT "Kavu developers <developers@kavu.invalid>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+set(CPACK_PACKAGE_DESCRIPTION
+    "Opens, checks, converts and saves the telemetry attributes transfer standard (TMATS)\n\
+files of IRIG 106 Chapter 9, editions 106-96 to 106-11, from the command line.")
+set(CPACK_PACKAGE_INSTALL_DIRECTORY kavu)
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_VERBATIM_VARIABLES ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_MAINTAINER "Kavu developers <developers@kavu.invalid>")
+set(CPACK_DEBIAN_PACKAGE_SECTION science)
+set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
+# The libraries come from what the program is linked with, not from a list that ages.
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+include(CPack)
