@@ -3,18 +3,16 @@
 // both programs makes one and passes it on. There is no global, so a test may make many.
 #pragma once
 
-#include <memory>
-#include <string>
-#include <vector>
-
 #include "core/Clock.h"
 #include "core/Environment.h"
 #include "core/TmatsDocument.h"
 
+#include <memory>
+#include <string>
+
 namespace kavu {
 
 class ConversionStore;
-class KeyValueStore;
 class MeasurementNames;
 
 class Application {
@@ -33,6 +31,10 @@ class Application {
     /// Closes the document, with its question, and removes the working store. False if the
     /// user cancelled. Safe to call again.
     bool shutDown(UserInterface* parent);
+
+    /// From here on opened files go into the list of recent files. The editor asks for it;
+    /// a batch run leaves the user's list alone. REQUIRES: `startUp` has succeeded.
+    void keepRecentFiles();
 
     /// REQUIRES: `startUp` has succeeded.
     [[nodiscard]] DocumentContext& context();
@@ -65,7 +67,7 @@ class Application {
   private:
     struct Parts;
     void installSteps();
-    void readSettings(UserInterface* parent);
+    void readSettings();
 
     Environment environment_;
     const Clock& clock_;
@@ -76,19 +78,5 @@ class Application {
     int starts_ = 0;
     std::unique_ptr<Parts> parts_;
 };
-
-/// Builds a TMATS file from a working store that a crashed run left behind. Nothing in
-/// `folder` changes. False if there is no output; `parent` has been told why.
-bool recoverStore(Application& application, UserInterface* parent, const std::string& folder,
-                  const std::string& output);
-
-/// A working store under the temporary root whose process is gone.
-struct AbandonedStore {
-    std::string folder;
-    CivilTime modified;
-};
-/// The abandoned stores of this user, newest first. Only their folders are looked at,
-/// nothing in them is read.
-[[nodiscard]] std::vector<AbandonedStore> findAbandonedStores(const std::string& temporaryRoot);
 
 }  // namespace kavu

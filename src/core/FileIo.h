@@ -124,6 +124,8 @@ class FileWriter {
 [[nodiscard]] IoStatus syncFolder(const std::string& path);
 
 [[nodiscard]] bool fileExists(const std::string& path);
+/// True for an existing file that is no folder, device or pipe; links are followed.
+[[nodiscard]] bool isPlainFile(const std::string& path);
 [[nodiscard]] bool folderExists(const std::string& path);
 [[nodiscard]] bool canRead(const std::string& path);
 /// True if an existing file can be opened for writing; nothing in it changes.

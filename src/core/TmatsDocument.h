@@ -54,6 +54,8 @@ struct DocumentSteps {
     /// The state of the document has changed: menus, title, tree.
     std::function<void()> updateDocumentMenus;
     std::function<void()> rebuildTree;
+    /// Puts a file in front of the list of recent files.
+    std::function<void(const std::string& path)> rememberFile;
 };
 
 /// What every pass over a document is given. All of it is owned by the application.

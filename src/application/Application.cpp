@@ -1,0 +1,203 @@
+#include "application/Application.h"
+
+#include "conversion/ConversionLoader.h"
+#include "conversion/ConversionStore.h"
+#include "conversion/ConversionWriter.h"
+#include "core/BuildDocument.h"
+#include "core/FileIo.h"
+#include "core/KeyValueStore.h"
+#include "core/Messages.h"
+#include "core/OpenDocument.h"
+#include "core/ProfileSettings.h"
+#include "core/RecentFiles.h"
+#include "core/Text.h"
+#include "core/TmatsReader.h"
+#include "core/WorkingStore.h"
+#include "groups/LinkValidation.h"
+#include "groups/MeasurementNames.h"
+#include "groups/Migration.h"
+
+#include <optional>
+
+namespace kavu {
+
+namespace {
+
+constexpr std::uint64_t kLongestWelcome = 64 * 1024;
+constexpr const char* kVerifying = "Verifying no KAVU temporary files exist";
+
+}  // namespace
+
+/// Everything the application owns, in the order in which it is made.
+struct Application::Parts {
+    Parts(const Environment& environment, const Clock& clock, RandomSource& random,
+          const std::string& settingsPath)
+        : settings(settingsPath),
+          store(environment),
+          messages(store),
+          ticker(clock),
+          context{clock, ticker, random, settings, store, messages, reader, document, steps},
+          names(store),
+          conversions(context),
+          measurements(context) {}
+
+    ProfileSettings settings;
+    WorkingStore store;
+    Messages messages;
+    SecondTicker ticker;
+    TmatsReader reader;
+    TmatsDocument document;
+    DocumentSteps steps;
+    DocumentContext context;
+    KeyValueStore names;
+    ConversionStore conversions;
+    MeasurementNames measurements;
+    HeldSettings held;
+};
+
+Application::Application(Environment environment, const Clock& clock, RandomSource& random,
+                         std::string settingsPath)
+    : environment_(std::move(environment)),
+      clock_(clock),
+      random_(random),
+      settingsPath_(std::move(settingsPath)) {}
+
+Application::~Application() = default;
+
+bool Application::startUp(UserInterface* parent) {
+    helpPath_ = environment_.programFolder + "/kavu.hlp";
+    supportFolder_ =
+        supportFolderPath(environment_, kSupportFolderName, environment_.userName, true);
+    // With a settings file of its own a run needs no support folder, and makes none.
+    if (settingsPath_.empty()) {
+        if (!activateSupportFolder(parent, supportFolder_)) {
+            return false;
+        }
+        settingsPath_ = supportFolder_ + "kavu.ini";
+    }
+    if (parts_ == nullptr) {
+        parts_ = std::make_unique<Parts>(environment_, clock_, random_, settingsPath_);
+        installSteps();
+    }
+    readSettings();
+    setStatusText(parent, kVerifying);
+    if (++starts_ == 1) {
+        if (!parts_->store.activate(parent, kApplicationName, random_)) {
+            starts_ = 0;
+            return false;
+        }
+        parts_->store.verifyNoDocumentFiles(parent);
+    }
+    setStatusText(parent, {});
+    return true;
+}
+
+void Application::readSettings() {
+    auto& settings = parts_->settings;
+    auto& held = parts_->held;
+    held.calBy = settings.integer("CalBy", 0);
+    held.prsSort = settings.integer("PRSSort", 0);
+    held.curveAllPairs = settings.integer("CurveAllPairs", 0);
+    held.lsbfMaxOrder = settings.integer("LSBFMaxOrder", 5);
+    held.useLsbfSolution = settings.integer("UseLSBFSolution", 0);
+    held.floatPrecision = settings.integer("FloatPrecision", 8);
+    parts_->measurements.setChecking(settings.integer("CheckForDupMeasurements", 1) != 0, false);
+    resetVersionFromSettings(parts_->context);
+    held.mdbVersion = settings.integer("MDBVer", 2);
+    held.mdbAddRoot = settings.integer("MDBAddRoot", 0);
+    held.mdbAddChildren = settings.integer("MDBAddChildren", 0);
+    held.databasePath = settings.text("MDB");
+    if (held.databasePath.empty()) {
+        held.databasePath = supportFolder_ + "kavu.mdb";
+        settings.write("MDB", held.databasePath);
+    }
+    held.checkSampleRate = settings.integer("ChkSR", 0);
+    held.sampleRatePrecision = settings.integer("SRPrec", 2);
+}
+
+bool Application::shutDown(UserInterface* parent) {
+    if (parts_ == nullptr || starts_ == 0) {
+        return true;
+    }
+    if (parts_->document.open && closeDocument(parts_->context, parent) == CloseResult::Cancelled) {
+        return false;
+    }
+    parts_->settings.writeInteger("MDBAddRoot", parts_->held.mdbAddRoot);
+    parts_->settings.writeInteger("MDBAddChildren", parts_->held.mdbAddChildren);
+    parts_->names.closeStore(nullptr);
+    parts_->store.deactivate(parent);
+    --starts_;
+    return true;
+}
+
+void Application::installSteps() {
+    auto& parts = *parts_;
+    auto& steps = parts.steps;
+    steps.gatherMeasurementNames = [&parts](UserInterface* parent) {
+        // A document starts with the checking that the settings ask for.
+        parts.measurements.setChecking(parts.settings.integer("CheckForDupMeasurements", 1) != 0,
+                                       false);
+        return parts.measurements.checkForDuplicates(parent);
+    };
+    steps.forgetMeasurementNames = [&parts] { parts.measurements.forget(std::nullopt); };
+    steps.loadConversions = [&parts](UserInterface* parent, int edition) {
+        return loadConversionGroup(parts.context, parts.names, parts.conversions, parent, edition);
+    };
+    steps.saveConversions = [&parts](UserInterface* parent, FileWriter& writer) {
+        return saveConversionGroup(parts.context, parts.conversions, parent, writer);
+    };
+    steps.forgetConversions = [&parts] {
+        parts.names.closeStore(nullptr);
+        parts.conversions.forget();
+    };
+    steps.detectVersions = [&parts](UserInterface* parent, int& input) {
+        return detectVersions(parts.context, parent, input);
+    };
+    steps.migrate = [&parts](UserInterface* parent, int input, int target) {
+        return migrateDocument(parts.context, parts.conversions, parent, input, target, {});
+    };
+    steps.validateDataLinks = [&parts](UserInterface* parent) {
+        return validateDataLinks(parts.context, parent);
+    };
+}
+
+void Application::keepRecentFiles() {
+    parts_->steps.rememberFile = [this](const std::string& path) {
+        rememberFile(parts_->settings, path);
+    };
+}
+
+DocumentContext& Application::context() {
+    return parts_->context;
+}
+ConversionStore& Application::conversions() {
+    return parts_->conversions;
+}
+MeasurementNames& Application::measurementNames() {
+    return parts_->measurements;
+}
+Application::HeldSettings& Application::held() {
+    return parts_->held;
+}
+const std::string& Application::supportFolder() const {
+    return supportFolder_;
+}
+const std::string& Application::helpPath() const {
+    return helpPath_;
+}
+
+std::string Application::welcomeText() const {
+    const auto shared = supportFolderPath(environment_, kSupportFolderName, {}, true);
+    for (const auto& folder : {shared, environment_.programFolder + "/"}) {
+        std::string text;
+        const auto path = folder + "welcome.txt";
+        if (!isPlainFile(path) || fileSize(path) > kLongestWelcome ||
+            !readWholeFile(path, text).ok()) {
+            continue;
+        }
+        return trim(text).empty() ? std::string() : text;
+    }
+    return {};
+}
+
+}  // namespace kavu

@@ -1,0 +1,203 @@
+#include "application/Recovery.h"
+
+#include "application/Application.h"
+#include "core/BuildDocument.h"
+#include "core/FileIo.h"
+#include "core/Messages.h"
+#include "core/ProfileSettings.h"
+#include "core/Text.h"
+#include "core/TmatsReader.h"
+#include "core/WorkingStore.h"
+
+#include <algorithm>
+#include <fcntl.h>
+#include <set>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace kavu {
+
+namespace {
+
+constexpr const char* kTitle = "Unable To Recover Working Store";
+
+void reportFailure(UserInterface* parent, const char* format, const IoStatus& status) {
+    showBox(parent, formatPrintf(format, status.path(), status.reason()), kTitle);
+}
+
+bool isChunk(const std::string& name) {
+    return matchesWildcard(name, "[kavu]*.C_O");
+}
+
+/// The files of a document; scratch files that end in "tmp" are halves of something.
+bool belongsToDocument(const std::string& name) {
+    return name.starts_with("[kavu]") && !name.ends_with("tmp") && !name.ends_with(".new");
+}
+
+/// True for a working file whose first command is a raw C command: the crash came before
+/// it was converted.
+bool holdsRawCommands(const std::string& path) {
+    ByteSource source;
+    return source.open(path).ok() && source.window().substr(0, 2) == "C-";
+}
+
+/// Gathers the raw C commands of several files in one. A command may stand in more than
+/// one of them, as a crash can come in the middle of moving it; a second definition of
+/// the same name by the same index would count as a duplicate, so it is left out.
+class RawCommands {
+  public:
+    explicit RawCommands(FileWriter& writer) : writer_(writer) {}
+
+    IoStatus add(const std::string& path) {
+        ByteSource source;
+        if (auto status = source.open(path); !status.ok()) {
+            return status;
+        }
+        std::string command;
+        while (reader_.nextCommand(source, command)) {
+            const auto backslash = command.find('\\');
+            const bool names =
+                backslash != std::string::npos && command.compare(backslash + 1, 4, "DCN:") == 0;
+            if (!names || named_.insert(command).second) {
+                writer_.write(command + "\r\n");
+            }
+        }
+        return source.status();
+    }
+
+  private:
+    FileWriter& writer_;
+    TmatsReader reader_;
+    std::set<std::string> named_;
+};
+
+/// Copies the document files of `folder` into the application's own store, and gathers
+/// what was not converted yet in "DATA1.TMP".
+class StoreCopy {
+  public:
+    StoreCopy(const WorkingStore& store, const std::string& folder)
+        : store_(store), folder_(folder) {}
+
+    IoStatus run() {
+        std::vector<FolderEntry> entries;
+        if (auto status = listFolder(folder_, entries); !status.ok()) {
+            return status;
+        }
+        const auto data = folder_ + "/" + std::string(working::kData1);
+        if (holdsRawCommands(data)) {
+            raw_.push_back(data);
+        }
+        for (const auto& entry : entries) {
+            if (auto status = copyEntry(entry); !status.ok()) {
+                return status;
+            }
+        }
+        return writeRawCommands();
+    }
+
+    [[nodiscard]] bool foundAnything() const { return copied_ > 0 || !raw_.empty(); }
+    [[nodiscard]] bool needsConversion() const { return !raw_.empty(); }
+
+  private:
+    IoStatus copyEntry(const FolderEntry& entry) {
+        const auto path = folder_ + "/" + entry.name;
+        // A link could lead anywhere; a working store never holds one.
+        if (entry.isFolder || !belongsToDocument(entry.name) || isLink(path)) {
+            return {};
+        }
+        if (isChunk(entry.name) && holdsRawCommands(path)) {
+            raw_.push_back(path);
+            return {};
+        }
+        ++copied_;
+        return copyFile(path, store_.pathOf(entry.name));
+    }
+
+    IoStatus writeRawCommands() {
+        if (raw_.empty()) {
+            return {};
+        }
+        FileWriter writer;
+        if (auto status = writer.open(store_.pathOf(working::kData1), WriteMode::Truncate);
+            !status.ok()) {
+            return status;
+        }
+        RawCommands commands(writer);
+        for (const auto& path : raw_) {
+            if (auto status = commands.add(path); !status.ok()) {
+                return status;
+            }
+        }
+        return writer.close();
+    }
+
+    static bool isLink(const std::string& path) {
+        struct stat info {};
+        return ::lstat(path.c_str(), &info) != 0 || !S_ISREG(info.st_mode);
+    }
+
+    const WorkingStore& store_;
+    std::string folder_;
+    std::vector<std::string> raw_;
+    int copied_ = 0;
+};
+
+bool isAbandoned(const std::string& folder, AbandonedStore& found) {
+    const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    if (descriptor < 0) {
+        return false;
+    }
+    struct stat info {};
+    // A living run holds a lock on its folder, and the system takes it away with the run.
+    const bool abandoned = ::fstat(descriptor, &info) == 0 && info.st_uid == ::geteuid() &&
+                           ::flock(descriptor, LOCK_SH | LOCK_NB) == 0;
+    ::close(descriptor);
+    found = {folder, info.st_mtim.tv_sec};
+    return abandoned;
+}
+
+}  // namespace
+
+std::vector<AbandonedStore> findAbandonedStores(const std::string& temporaryRoot) {
+    std::vector<FolderEntry> entries;
+    std::vector<AbandonedStore> stores;
+    (void)listFolder(temporaryRoot, entries);
+    for (const auto& entry : entries) {
+        AbandonedStore store;
+        if (entry.isFolder && entry.name.starts_with(kApplicationName) &&
+            isAbandoned(temporaryRoot + "/" + entry.name, store)) {
+            stores.push_back(std::move(store));
+        }
+    }
+    std::sort(stores.begin(), stores.end(),
+              [](const auto& a, const auto& b) { return a.modified > b.modified; });
+    return stores;
+}
+
+bool recoverStore(Application& application, UserInterface* parent, const std::string& folder,
+                  const std::string& output) {
+    auto& context = application.context();
+    auto& document = context.document;
+    StoreCopy copy(context.store, folder);
+    if (const auto status = copy.run(); !status.ok()) {
+        reportFailure(parent, "Unable to read '%s'\n\nReason: %s", status);
+        return false;
+    }
+    if (!copy.foundAnything()) {
+        showBox(parent, formatPrintf("The folder '%s' holds no files of a TMATS document.", folder),
+                kTitle);
+        return false;
+    }
+    int input = document.version;
+    (void)context.steps.detectVersions(parent, input);
+    document.version = input;
+    document.kind = DocumentKind::TmatsFile;
+    document.open = true;
+    document.changed = true;
+    const bool converted = !copy.needsConversion() || context.steps.loadConversions(parent, input);
+    context.messages.showLog(parent, folder);
+    return converted && saveDocumentTo(context, parent, output);
+}
+
+}  // namespace kavu

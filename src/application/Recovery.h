@@ -1,0 +1,28 @@
+// Working stores that a crashed run left behind: finding them, and building a TMATS file
+// from what was split.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace kavu {
+
+class Application;
+class UserInterface;
+
+/// Builds a TMATS file from a working store that a crashed run left behind. Nothing in
+/// `folder` changes. False if there is no output; `parent` has been told why.
+bool recoverStore(Application& application, UserInterface* parent, const std::string& folder,
+                  const std::string& output);
+
+/// A working store under the temporary root whose process is gone.
+struct AbandonedStore {
+    std::string folder;
+    std::int64_t modified = 0;  ///< seconds since 1970
+};
+/// The abandoned stores of this user, newest first. Only their folders are looked at,
+/// nothing in them is read.
+[[nodiscard]] std::vector<AbandonedStore> findAbandonedStores(const std::string& temporaryRoot);
+
+}  // namespace kavu

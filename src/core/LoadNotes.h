@@ -1,0 +1,51 @@
+// Remarks about a file that is being split: what the system leaves out without a message,
+// or what looks like a slip of the author. A remark changes nothing; it tells a person
+// where to look.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kavu {
+
+class UserInterface;
+
+class LoadNotes {
+  public:
+    void byteOrderMark() { byteOrderMark_ = true; }
+    void nulBytes(long line) { nulBytes_.add(line, {}); }
+    /// A command of no known group; it is not kept.
+    void unknownCommand(long line, std::string_view command) { unknown_.add(line, command); }
+    /// A command whose group index is not 1 to 99; it does not come out on saving.
+    void indexOutOfRange(long line, std::string_view command) { range_.add(line, command); }
+    /// A command without a `:`; it is kept as it is, and no look-up finds it.
+    void withoutColon(long line, std::string_view command) { colon_.add(line, command); }
+    /// A comment of the file, which is not kept; remarked only if it holds a command.
+    void comment(long line, std::string_view command);
+    /// A command over several lines; remarked only if a line of its value looks like the
+    /// start of another command.
+    void severalLines(long line, std::string_view command);
+
+    void tell(UserInterface* parent) const;
+
+  private:
+    struct Finding {
+        long count = 0;
+        long line = 0;
+        std::string sample;
+        void add(long at, std::string_view command);
+    };
+    bool byteOrderMark_ = false;
+    Finding nulBytes_;
+    Finding unknown_;
+    Finding range_;
+    Finding colon_;
+    Finding swallowing_;
+    Finding swallowed_;
+};
+
+/// The code at the front of a line if the line begins like a command (`P-1\TF:`), else
+/// empty.
+[[nodiscard]] std::string_view leadingCode(std::string_view line);
+
+}  // namespace kavu
