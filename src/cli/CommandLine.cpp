@@ -1,0 +1,252 @@
+#include "cli/CommandLine.h"
+
+#include "core/Edition.h"
+#include "core/Text.h"
+
+#include <algorithm>
+#include <charconv>
+#include <sstream>
+
+#include <CLI/CLI.hpp>
+
+#ifndef KAVU_VERSION
+#define KAVU_VERSION "unknown"
+#endif
+
+namespace kavu::cli {
+
+namespace {
+
+constexpr const char* kFooter =
+    "Exit status: 0 done, nothing reported; 1 done, and messages were reported;\n"
+    "2 the operation failed or was cancelled; 64 wrong usage.\n"
+    "\n"
+    "`kavu-cli COMMAND --help` tells about a command.";
+
+/// The texts of the command line before they are checked.
+struct RawOptions {
+    std::vector<std::string> answers;
+    std::string now;
+    std::string progress = "auto";
+    std::string edition;
+};
+
+/// A wrong value; the text is for the user.
+struct UsageError {
+    std::string text;
+};
+
+/// One option that takes one value. Without this a list option would swallow the argument
+/// behind it, and a value in brackets would be taken for a list.
+CLI::Option* oneValue(CLI::Option* option, const char* valueName) {
+    return option->expected(1)->allow_extra_args(false)->type_name(valueName);
+}
+
+void addCommonOptions(CLI::App& app, CommandLine& line, RawOptions& raw) {
+    app.add_flag("--json", line.json,
+                 "Print one JSON document on standard output, and nothing else there");
+    oneValue(app.add_option("--settings", line.settingsPath,
+                            "Use this settings file in place of kavu.ini of the support folder"),
+             "FILE");
+    app.add_option("--answer", raw.answers,
+                   "Reply to the question with this message number: yes, no, cancel, or an "
+                   "integer or a text for a prompt. Repeatable")
+        ->type_name("ID=REPLY")
+        ->take_all()
+        ->allow_extra_args(false);
+    oneValue(app.add_option("--answer-all", line.replies.all,
+                            "Reply to every question that has no answer of its own (default: no)"),
+             "REPLY");
+    oneValue(app.add_option("--now", raw.now,
+                            "The date and time that dates, banners and stamps use "
+                            "(default: the clock)"),
+             "YYYY-MM-DDTHH:MM:SS");
+    oneValue(app.add_option("--progress", raw.progress,
+                            "A progress line on standard error: auto, always or never; auto "
+                            "shows it on a terminal only (default: auto)"),
+             "WHEN");
+    app.add_flag("--quiet", line.quiet, "No progress and no notes on standard error");
+}
+
+CLI::App* addCommand(CLI::App& app, const char* name, const char* description) {
+    CLI::App* const command = app.add_subcommand(name, description);
+    // So that the common options may stand behind the command as well.
+    command->fallthrough();
+    command->footer(kFooter);
+    return command;
+}
+
+void addFile(CLI::App& command, CommandLine& line) {
+    oneValue(command.add_option("FILE", line.file, "The TMATS file"), "")->required();
+}
+
+struct CommandApps {
+    CLI::App* check;
+    CLI::App* save;
+    CLI::App* store;
+    CLI::App* tree;
+    CLI::App* recover;
+};
+
+CommandApps addCommands(CLI::App& app, CommandLine& line, RawOptions& raw) {
+    CommandApps apps{};
+    apps.check = addCommand(app, "check", "Open a TMATS file as the editor does, and report");
+    addFile(*apps.check, line);
+
+    apps.save = addCommand(app, "save", "Open a TMATS file and save it under another name");
+    addFile(*apps.save, line);
+    oneValue(apps.save->add_option("-o,--output", line.output, "The file to write"), "OUT")
+        ->required();
+    oneValue(apps.save->add_option("--edition", raw.edition,
+                                   "Convert the document to this edition of IRIG 106: 1996, 1999, "
+                                   "2000, 2001, 2004, 2005, 2007, 2009 or 2011"),
+             "YEAR");
+
+    apps.store = addCommand(app, "store",
+                            "Open a TMATS file and copy the files of the working store, names "
+                            "and bytes as they are");
+    addFile(*apps.store, line);
+    oneValue(apps.store->add_option("--into", line.into,
+                                    "The folder for the copies: made if it is missing, must be "
+                                    "empty"),
+             "DIR")
+        ->required();
+
+    apps.tree = addCommand(app, "tree",
+                           "Show the data sources, their links and streams, and the measurements");
+    addFile(*apps.tree, line);
+
+    apps.recover = addCommand(app, "recover",
+                              "Build a TMATS file from a working store folder that a crashed run "
+                              "left behind");
+    oneValue(apps.recover->add_option("STORE", line.file, "The folder"), "");
+    oneValue(apps.recover->add_option("-o,--output", line.output, "The file to write"), "OUT");
+    apps.recover->add_flag("--list", line.list,
+                           "List the folders that dead runs left behind, newest first");
+    return apps;
+}
+
+Command chosenCommand(const CommandApps& apps) {
+    if (apps.save->parsed()) {
+        return Command::Save;
+    }
+    if (apps.store->parsed()) {
+        return Command::Store;
+    }
+    if (apps.tree->parsed()) {
+        return Command::Tree;
+    }
+    return apps.recover->parsed() ? Command::Recover : Command::Check;
+}
+
+void readAnswers(const RawOptions& raw, CommandLine& line) {
+    for (const auto& answer : raw.answers) {
+        const auto equals = answer.find('=');
+        int id = 0;
+        const char* const begin = answer.data();
+        const char* const end = begin + std::min(equals, answer.size());
+        const auto [stop, error] = std::from_chars(begin, end, id);
+        if (equals == std::string::npos || error != std::errc() || stop != end || id <= 0) {
+            throw UsageError{"--answer: '" + answer +
+                             "' is not of the form ID=REPLY with the number of a message"};
+        }
+        line.replies.byId[id] = answer.substr(equals + 1);
+    }
+}
+
+void readNow(const CLI::App& app, const RawOptions& raw, CommandLine& line) {
+    if (app.count("--now") == 0) {
+        return;
+    }
+    line.now = parseIsoTime(raw.now);
+    if (!line.now) {
+        throw UsageError{"--now: '" + raw.now +
+                         "' is not a date and time of the form YYYY-MM-DDTHH:MM:SS"};
+    }
+}
+
+void readProgress(const RawOptions& raw, CommandLine& line) {
+    if (raw.progress == "auto") {
+        line.progress = ProgressWhen::Auto;
+    } else if (raw.progress == "always") {
+        line.progress = ProgressWhen::Always;
+    } else if (raw.progress == "never") {
+        line.progress = ProgressWhen::Never;
+    } else {
+        throw UsageError{"--progress: '" + raw.progress + "' is not auto, always or never"};
+    }
+}
+
+void readEdition(const CommandApps& apps, const RawOptions& raw, CommandLine& line) {
+    if (apps.save->count("--edition") == 0) {
+        return;
+    }
+    for (const int year : kEditions) {
+        if (raw.edition == std::to_string(year)) {
+            line.edition = year;
+            return;
+        }
+    }
+    throw UsageError{"--edition: '" + raw.edition +
+                     "' is not an edition of IRIG 106 that is known here"};
+}
+
+void checkRecover(const CommandLine& line) {
+    if (line.command != Command::Recover) {
+        return;
+    }
+    if (line.list && (!line.file.empty() || !line.output.empty())) {
+        throw UsageError{"recover: --list takes neither a folder nor an output"};
+    }
+    if (!line.list && (line.file.empty() || line.output.empty())) {
+        throw UsageError{"recover: STORE and -o OUT are required, or --list"};
+    }
+}
+
+ParsedCommandLine wrongUsage(const std::string& text) {
+    ParsedCommandLine result;
+    result.status = ExitStatus::Usage;
+    result.err = "kavu-cli: " + text + "\nRun `kavu-cli --help` for the commands and options.\n";
+    return result;
+}
+
+}  // namespace
+
+ParsedCommandLine parseCommandLine(const std::vector<std::string>& arguments) {
+    CommandLine line;
+    RawOptions raw;
+    CLI::App app("The editor for TMATS files without its windows.", "kavu-cli");
+    app.footer(kFooter);
+    app.set_version_flag("--version", std::string("kavu-cli " KAVU_VERSION),
+                         "Print the version and exit");
+    app.require_subcommand(1);
+    addCommonOptions(app, line, raw);
+    const CommandApps apps = addCommands(app, line, raw);
+
+    try {
+        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+        line.command = chosenCommand(apps);
+        readAnswers(raw, line);
+        readNow(app, raw, line);
+        readProgress(raw, line);
+        readEdition(apps, raw, line);
+        checkRecover(line);
+    } catch (const CLI::ParseError& error) {
+        if (error.get_exit_code() != 0) {
+            return wrongUsage(error.what());
+        }
+        ParsedCommandLine result;
+        std::ostringstream out;
+        std::ostringstream err;
+        app.exit(error, out, err);
+        result.out = out.str();
+        return result;
+    } catch (const UsageError& error) {
+        return wrongUsage(error.text);
+    }
+    ParsedCommandLine result;
+    result.line = std::move(line);
+    return result;
+}
+
+}  // namespace kavu::cli

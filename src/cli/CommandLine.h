@@ -1,0 +1,54 @@
+// What the user typed: options, a command and its arguments.
+#pragma once
+
+#include "cli/ExitStatus.h"
+#include "core/Clock.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kavu::cli {
+
+enum class Command { Check, Save, Store, Tree, Recover };
+
+/// When a progress line is shown on standard error.
+enum class ProgressWhen { Auto, Always, Never };
+
+/// Replies to questions, given ahead: `yes`, `no`, `cancel`, or an integer or a text for a
+/// prompt.
+struct Replies {
+    std::map<int, std::string> byId;  ///< by message number without its sign
+    std::string all = "no";           ///< to every question that has no reply of its own
+};
+
+struct CommandLine {
+    Command command = Command::Check;
+    bool json = false;
+    bool quiet = false;
+    ProgressWhen progress = ProgressWhen::Auto;
+    std::string settingsPath;  ///< empty: the settings file of the support folder
+    std::optional<CivilTime> now;
+    Replies replies;
+
+    std::string file;            ///< the document, or the store to recover
+    std::string output;          ///< `save`, `recover`
+    std::optional<int> edition;  ///< `save`: the edition to convert to, one of `kEditions`
+    std::string into;            ///< `store`: the folder for the copies
+    bool list = false;           ///< `recover`: list what there is
+};
+
+/// The command line, or, when there is nothing to run, what to print and how to exit: help
+/// and version go to standard output, wrong usage to standard error.
+struct ParsedCommandLine {
+    std::optional<CommandLine> line;
+    ExitStatus status = ExitStatus::Clean;
+    std::string out;
+    std::string err;
+};
+
+/// `arguments` are those behind the name of the program.
+[[nodiscard]] ParsedCommandLine parseCommandLine(const std::vector<std::string>& arguments);
+
+}  // namespace kavu::cli

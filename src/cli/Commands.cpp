@@ -1,0 +1,160 @@
+#include "cli/Commands.h"
+
+#include "application/Application.h"
+#include "application/Recovery.h"
+#include "cli/TerminalText.h"
+#include "core/BuildDocument.h"
+#include "core/FileIo.h"
+#include "core/Printf.h"
+#include "core/ProfileSettings.h"
+#include "core/WorkingStore.h"
+
+#include <array>
+#include <ctime>
+
+namespace kavu::cli {
+
+namespace {
+
+constexpr const char* kCopyTitle = "Unable To Copy Working Store";
+
+bool nothingToPrepare(CommandContext&) {
+    return true;
+}
+
+bool nothingMore(CommandContext&, CommandOutput&) {
+    return true;
+}
+
+// --- save ---------------------------------------------------------------------------------
+
+bool prepareSave(CommandContext& context) {
+    if (context.line.edition) {
+        // As if the user had chosen "always save in this version", for this run alone.
+        auto& settings = context.application.context().settings;
+        settings.overrideForThisRun("IRIGOutputMethod", "2");
+        settings.overrideForThisRun("IRIGOutputVersion", std::to_string(*context.line.edition));
+    }
+    return true;
+}
+
+bool saveCommand(CommandContext& context, CommandOutput& output) {
+    auto& document = context.application.context();
+    if (!saveDocumentTo(document, context.ui, context.line.output)) {
+        return false;
+    }
+    output.members["output"] = jsonText(context.line.output);
+    output.text = "Saved as " + terminalLine(context.line.output) + "\n";
+    return true;
+}
+
+// --- store --------------------------------------------------------------------------------
+
+void reportFolder(UserInterface* ui, const IoStatus& status) {
+    showBox(ui, formatPrintf("'%s': %s", status.path(), status.reason()), kCopyTitle);
+}
+
+bool prepareStore(CommandContext& context) {
+    const std::string& folder = context.line.into;
+    if (!fileExists(folder) && !folderExists(folder)) {
+        return true;
+    }
+    std::vector<FolderEntry> entries;
+    if (const auto status = listFolder(folder, entries); !status.ok()) {
+        reportFolder(context.ui, status);
+        return false;
+    }
+    if (!entries.empty()) {
+        showBox(context.ui, formatPrintf("The folder '%s' is not empty.", folder), kCopyTitle);
+        return false;
+    }
+    return true;
+}
+
+bool storeCommand(CommandContext& context, CommandOutput& output) {
+    const auto& store = context.application.context().store;
+    const std::string& into = context.line.into;
+    std::vector<FolderEntry> entries;
+    IoStatus status = makeFolders(into);
+    if (status.ok()) {
+        status = listFolder(store.folder(), entries);
+    }
+    Json names = Json::array();
+    for (const auto& entry : entries) {
+        // The folders of the store are scratch places of editors; an opened document has none.
+        if (!entry.isFolder && status.ok()) {
+            status = copyFile(store.pathOf(entry.name), into + "/" + entry.name);
+            names.push_back(jsonText(entry.name));
+            output.text += terminalLine(entry.name) + "\n";
+        }
+    }
+    if (!status.ok()) {
+        reportFolder(context.ui, status);
+        return false;
+    }
+    output.text += std::to_string(names.size()) + (names.size() == 1 ? " file" : " files") +
+                   " copied into " + terminalLine(into) + "\n";
+    output.members["into"] = jsonText(into);
+    output.members["files"] = std::move(names);
+    return true;
+}
+
+// --- recover ------------------------------------------------------------------------------
+
+std::string localTime(std::int64_t seconds) {
+    const auto time = static_cast<std::time_t>(seconds);
+    std::tm parts{};
+    if (localtime_r(&time, &parts) == nullptr) {
+        return {};
+    }
+    return formatPrintf("%4.4d-%2.2d-%2.2dT%2.2d:%2.2d:%2.2d", parts.tm_year + 1900,
+                        parts.tm_mon + 1, parts.tm_mday, parts.tm_hour, parts.tm_min, parts.tm_sec);
+}
+
+// --- the table ----------------------------------------------------------------------------
+
+constexpr DocumentCommand kCheck{nothingToPrepare, nothingMore};
+constexpr DocumentCommand kSave{prepareSave, saveCommand};
+constexpr DocumentCommand kStore{prepareStore, storeCommand};
+constexpr DocumentCommand kTree{nothingToPrepare, treeCommand};
+
+}  // namespace
+
+const DocumentCommand& documentCommand(Command command) {
+    switch (command) {
+        case Command::Save:
+            return kSave;
+        case Command::Store:
+            return kStore;
+        case Command::Tree:
+            return kTree;
+        case Command::Check:
+        case Command::Recover:
+            break;
+    }
+    return kCheck;
+}
+
+bool recoverCommand(CommandContext& context, CommandOutput& output) {
+    if (!recoverStore(context.application, context.ui, context.line.file, context.line.output)) {
+        return false;
+    }
+    output.members["output"] = jsonText(context.line.output);
+    output.text = "Recovered as " + terminalLine(context.line.output) + "\n";
+    return true;
+}
+
+void listAbandonedCommand(CommandContext& context, CommandOutput& output) {
+    const auto& store = context.application.context().store;
+    Json stores = Json::array();
+    std::vector<std::vector<std::string>> rows;
+    for (const auto& found : findAbandonedStores(store.temporaryRoot())) {
+        stores.push_back(
+            {{"folder", jsonText(found.folder)}, {"modified", localTime(found.modified)}});
+        rows.push_back({localTime(found.modified), terminalLine(found.folder)});
+    }
+    output.text = rows.empty() ? "No folder was left behind.\n" : alignedTable(rows);
+    output.members["stores"] = std::move(stores);
+}
+
+}  // namespace kavu::cli

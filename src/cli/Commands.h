@@ -1,0 +1,46 @@
+// The commands that work on an open document. Each is a row of one table: what is checked
+// or set before the document is opened, and what is done with it then.
+#pragma once
+
+#include "cli/CommandLine.h"
+#include "cli/JsonReport.h"
+
+#include <string>
+
+namespace kavu {
+class Application;
+}
+
+namespace kavu::cli {
+
+/// What a command has to tell beside the messages.
+struct CommandOutput {
+    Json members = Json::object();  ///< stand behind the members of the file
+    std::string text;               ///< the same for a person, as terminal text
+};
+
+struct CommandContext {
+    Application& application;
+    UserInterface* ui;
+    const CommandLine& line;
+};
+
+struct DocumentCommand {
+    /// Runs before the file is opened; false if the command can not be done.
+    bool (*prepare)(CommandContext&);
+    /// Runs on the open document; false if there is no result.
+    bool (*run)(CommandContext&, CommandOutput&);
+};
+
+/// The row of a command. REQUIRES: it is one that opens a file (not `recover`).
+[[nodiscard]] const DocumentCommand& documentCommand(Command command);
+
+/// `recover STORE -o OUT`
+[[nodiscard]] bool recoverCommand(CommandContext& context, CommandOutput& output);
+/// `recover --list`
+void listAbandonedCommand(CommandContext& context, CommandOutput& output);
+
+/// `tree`
+[[nodiscard]] bool treeCommand(CommandContext& context, CommandOutput& output);
+
+}  // namespace kavu::cli

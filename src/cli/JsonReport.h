@@ -1,0 +1,32 @@
+// The JSON documents of the program. Names and order of the members are a contract with
+// scripts: they change only by adding.
+#pragma once
+
+#include "cli/ScriptedInterface.h"
+
+#include <string>
+
+#include <nlohmann/json.hpp>
+
+namespace kavu::cli {
+
+using Json = nlohmann::ordered_json;
+
+/// What every command that opens a file tells about it.
+struct OpenedFile {
+    std::string file;
+    bool opened = false;
+    bool changed = false;  ///< at the end of the command, before any save clears it
+    int version = 0;       ///< the edition, as a year
+};
+
+/// The members that stand first in every document of a command that opens a file.
+[[nodiscard]] Json fileMembers(const OpenedFile& file, const ScriptedInterface& ui);
+
+/// A text of the logic, bytes of any kind, as a JSON string.
+[[nodiscard]] Json jsonText(const std::string& bytes);
+
+/// The document as it is printed, with the line feed at its end.
+[[nodiscard]] std::string printed(const Json& document);
+
+}  // namespace kavu::cli

@@ -1,0 +1,210 @@
+#include "cli/Program.h"
+
+#include "application/Application.h"
+#include "cli/CommandLine.h"
+#include "cli/Commands.h"
+#include "cli/JsonReport.h"
+#include "cli/ScriptedInterface.h"
+#include "cli/TerminalText.h"
+#include "core/Clock.h"
+#include "core/Edition.h"
+#include "core/FileIo.h"
+#include "core/OpenDocument.h"
+#include "core/TmatsDocument.h"
+
+#include <cerrno>
+#include <cstring>
+#include <new>
+#include <ostream>
+
+namespace kavu::cli {
+
+namespace {
+
+ScriptedInterfaceOptions interfaceOptions(const CommandLine& line, bool terminal,
+                                          const std::function<bool()>& interrupted) {
+    ScriptedInterfaceOptions options;
+    options.replies = line.replies;
+    options.showBoxes = !line.json;
+    options.showNotes = !line.quiet;
+    options.showProgress = !line.quiet && (line.progress == ProgressWhen::Always ||
+                                           (line.progress == ProgressWhen::Auto && terminal));
+    options.terminal = terminal;
+    options.interrupted = interrupted;
+    return options;
+}
+
+std::string counted(std::size_t count, const char* one) {
+    return std::to_string(count) + " " + one + (count == 1 ? "" : "s");
+}
+
+/// The message log as the Messages window shows it.
+std::string messagesText(const ScriptedInterface& ui) {
+    std::string text;
+    for (const auto& shown : ui.shown()) {
+        text += terminalLine(shown.title) + "\n" + terminalLine(shown.subtitle) + "\n\n";
+        for (const auto& line : shown.lines) {
+            text += terminalLine(line) + "\n";
+        }
+        text += "\n";
+    }
+    return text;
+}
+
+std::string summaryLine(const OpenedFile& file, const ScriptedInterface& ui) {
+    std::string text = terminalLine(file.file) + ": " + editionText(file.version) + ", " +
+                       counted(ui.messages().size(), "message");
+    if (!ui.questions().empty()) {
+        text += ", " + counted(ui.questions().size(), "question");
+    }
+    return text + (file.changed ? ", changed\n" : "\n");
+}
+
+/// One run of one command.
+class Run {
+  public:
+    Run(const CommandLine& line, const Environment& environment, ProgramStreams streams,
+        const std::function<bool()>& interrupted)
+        : line_(line),
+          streams_(streams),
+          fixed_(line.now.value_or(CivilTime{})),
+          ui_(interfaceOptions(line, streams.errIsTerminal, interrupted), streams.err),
+          application_(environment, line.now ? static_cast<const Clock&>(fixed_) : system_, random_,
+                       line.settingsPath),
+          context_{application_, &ui_, line_} {
+        file_.file = line.file;
+    }
+
+    ExitStatus run() {
+        tellMissingSettings();
+        bool done = false;
+        started_ = application_.startUp(&ui_);
+        if (started_) {
+            file_.version = application_.context().document.version;
+            done = line_.command == Command::Recover ? recover() : openAndRun();
+        }
+        done = leave() && done;
+        if (!print(done)) {
+            return ExitStatus::Failed;
+        }
+        if (!done) {
+            tellFailure();
+            return ExitStatus::Failed;
+        }
+        return ui_.messages().empty() ? ExitStatus::Clean : ExitStatus::Reported;
+    }
+
+  private:
+    void tellMissingSettings() {
+        if (!line_.settingsPath.empty() && !fileExists(line_.settingsPath)) {
+            ui_.note("There is no settings file '" + line_.settingsPath +
+                     "'; every setting has its default.");
+        }
+    }
+
+    bool openAndRun() {
+        auto& document = application_.context().document;
+        const auto& command = documentCommand(line_.command);
+        if (!command.prepare(context_)) {
+            return false;
+        }
+        file_.opened = openFromName(application_.context(), &ui_, line_.file);
+        file_.version = document.version;
+        if (!file_.opened) {
+            return false;
+        }
+        file_.file = document.path;
+        file_.changed = document.changed;
+        // A stop that came too late for the load still comes before the work.
+        return !ui_.cancelRequested() && command.run(context_, output_);
+    }
+
+    bool recover() {
+        if (line_.list) {
+            listAbandonedCommand(context_, output_);
+            return true;
+        }
+        const auto& document = application_.context().document;
+        file_.opened = recoverCommand(context_, output_);
+        file_.changed = file_.opened || document.changed;
+        file_.version = document.version;
+        return file_.opened;
+    }
+
+    bool leave() {
+        if (started_) {
+            // The document is what the user has on the disk; a command that does not save
+            // has nothing to ask on leaving.
+            application_.context().document.changed = false;
+        }
+        return application_.shutDown(&ui_);
+    }
+
+    /// False if standard output could not take it all.
+    bool print(bool done) {
+        auto& out = streams_.out;
+        errno = 0;
+        if (line_.json && line_.list) {
+            out << printed(output_.members);
+        } else if (line_.json) {
+            Json document = fileMembers(file_, ui_);
+            document.update(output_.members);
+            out << printed(document);
+        } else {
+            out << messagesText(ui_);
+            if (done) {
+                out << output_.text;
+            }
+            if (done && !line_.list) {
+                out << summaryLine(file_, ui_);
+            }
+        }
+        out.flush();
+        if (out) {
+            return true;
+        }
+        const std::string reason = errno != 0 ? std::strerror(errno) : "write error";
+        streams_.err << "kavu-cli: standard output: " << reason << std::endl;
+        return false;
+    }
+
+    void tellFailure() {
+        const char* const what = ui_.cancelRequested()            ? "cancelled"
+                                 : !file_.opened                  ? "not opened"
+                                 : line_.command == Command::Save ? "not saved"
+                                                                  : "not done";
+        streams_.err << "kavu-cli: " << terminalLine(file_.file) << ": " << what << std::endl;
+    }
+
+    const CommandLine& line_;
+    ProgramStreams streams_;
+    SystemClock system_;
+    FixedClock fixed_;
+    SystemRandomSource random_;
+    ScriptedInterface ui_;
+    Application application_;
+    CommandContext context_;
+    bool started_ = false;
+    OpenedFile file_;
+    CommandOutput output_;
+};
+
+}  // namespace
+
+ExitStatus runProgram(const std::vector<std::string>& arguments, const Environment& environment,
+                      ProgramStreams streams, const std::function<bool()>& interrupted) {
+    const auto parsed = parseCommandLine(arguments);
+    if (!parsed.line) {
+        streams.out << parsed.out << std::flush;
+        streams.err << parsed.err << std::flush;
+        return streams.out ? parsed.status : ExitStatus::Failed;
+    }
+    try {
+        return Run(*parsed.line, environment, streams, interrupted).run();
+    } catch (const std::bad_alloc&) {
+        streams.err << "kavu-cli: there is not enough memory." << std::endl;
+        return ExitStatus::Failed;
+    }
+}
+
+}  // namespace kavu::cli

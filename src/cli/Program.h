@@ -1,0 +1,26 @@
+// One run of the program: from the arguments to the exit status.
+#pragma once
+
+#include "cli/ExitStatus.h"
+#include "core/Environment.h"
+
+#include <functional>
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+namespace kavu::cli {
+
+struct ProgramStreams {
+    std::ostream& out;
+    std::ostream& err;
+    bool errIsTerminal = false;
+};
+
+/// Runs a command. `interrupted` gives true once the user has asked to stop; the run then
+/// ends as a cancelled one. On every way out the working store is gone.
+[[nodiscard]] ExitStatus runProgram(const std::vector<std::string>& arguments,
+                                    const Environment& environment, ProgramStreams streams,
+                                    const std::function<bool()>& interrupted);
+
+}  // namespace kavu::cli

@@ -1,0 +1,106 @@
+// The parent of a run without windows: it answers questions from replies that were given
+// ahead, shows what is told on standard error, and keeps all of it for the report.
+#pragma once
+
+#include "cli/CommandLine.h"
+#include "core/UserInterface.h"
+
+#include <chrono>
+#include <functional>
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+namespace kavu::cli {
+
+struct ScriptedInterfaceOptions {
+    Replies replies;
+    bool showBoxes = true;      ///< boxes and questions go to the error stream
+    bool showNotes = true;      ///< so do remarks
+    bool showProgress = false;  ///< and a progress line
+    bool terminal = false;      ///< the error stream is a terminal: one line is painted over
+    /// True once the user has asked to stop; may be empty.
+    std::function<bool()> interrupted;
+};
+
+/// A message box with an OK button, or a message of the log.
+struct ReportedMessage {
+    int id = 0;  ///< without its sign, 0 for a text without a number
+    int titleId = 0;
+    std::string text;
+};
+
+/// A question, with the reply that it was given.
+struct AnsweredQuestion {
+    int id = 0;
+    int titleId = 0;
+    std::string text;
+    std::string reply;
+};
+
+/// What the Messages window was given to show.
+struct ShownMessages {
+    std::string title;
+    std::string subtitle;
+    std::vector<std::string> lines;
+};
+
+class ScriptedInterface : public UserInterface {
+  public:
+    /// `err` must outlive the object.
+    ScriptedInterface(ScriptedInterfaceOptions options, std::ostream& err);
+    ~ScriptedInterface() override;
+
+    [[nodiscard]] const std::vector<ReportedMessage>& messages() const { return messages_; }
+    [[nodiscard]] const std::vector<AnsweredQuestion>& questions() const { return questions_; }
+    [[nodiscard]] const std::vector<ShownMessages>& shown() const { return shown_; }
+
+    Button message(const MessageBox& box) override;
+    /// Prompts take the reply for all: a text or a number is the value, `yes` the initial
+    /// one, anything that does not fit is Cancel.
+    std::optional<std::string> enterText(const TextPrompt& prompt) override;
+    std::optional<long> enterInteger(const IntegerPrompt& prompt) override;
+    std::optional<double> enterDouble(const DoublePrompt& prompt) override;
+    /// A reply is the text of a choice, or its number from 1.
+    int chooseFromList(const std::string& title, const std::vector<std::string>& choices) override;
+    /// A reply is the number of the row, from 1.
+    int selectFromTable(const TablePrompt& prompt) override;
+    /// A reply is a path, or `yes` for the one that is offered.
+    std::optional<FileChoice> chooseFile(const FilePrompt& prompt) override;
+
+    void logged(const LoggedMessage& message) override;
+    void showMessages(const std::string& title, const std::string& subtitle,
+                      const std::vector<std::string>& lines) override;
+    void note(const std::string& text) override;
+    void setStatusText(const std::string& text) override;
+    void setProgressBar(double percent) override;
+    void setProgressText(const std::string& text) override;
+    bool openProgress(ProgressMode mode, bool withBar) override;
+    void closeProgress() override;
+    bool cancelRequested() override;
+
+  private:
+    [[nodiscard]] const std::string& replyTo(int id) const;
+    Button pressed(const MessageBox& box, const std::string& reply);
+    void remember(const std::string& text, const std::string& reply);
+    void showLine(const std::string& text);
+    void paintProgress();
+    void wipeProgress();
+
+    ScriptedInterfaceOptions options_;
+    std::ostream& err_;
+    std::vector<ReportedMessage> messages_;
+    std::vector<AnsweredQuestion> questions_;
+    std::vector<ShownMessages> shown_;
+
+    std::string lastRetried_;
+    bool progressOpen_ = false;
+    bool lineOnScreen_ = false;
+    std::string statusText_;
+    std::string progressText_;
+    double percent_ = -1;
+    std::chrono::steady_clock::time_point lastPaint_;
+    std::string lastPainted_;
+};
+
+}  // namespace kavu::cli

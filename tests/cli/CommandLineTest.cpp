@@ -1,0 +1,171 @@
+#include "cli/CommandLine.h"
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace kavu::cli {
+namespace {
+
+using Arguments = std::vector<std::string>;
+
+CommandLine parsed(const Arguments& arguments) {
+    auto result = parseCommandLine(arguments);
+    EXPECT_TRUE(result.line.has_value()) << result.err;
+    return result.line.value_or(CommandLine{});
+}
+
+TEST(CommandLine, CheckTakesAFile) {
+    const auto line = parsed({"check", "in.tma"});
+    EXPECT_EQ(line.command, Command::Check);
+    EXPECT_EQ(line.file, "in.tma");
+    EXPECT_FALSE(line.json);
+    EXPECT_FALSE(line.quiet);
+    EXPECT_EQ(line.progress, ProgressWhen::Auto);
+    EXPECT_EQ(line.replies.all, "no");
+    EXPECT_FALSE(line.now.has_value());
+}
+
+TEST(CommandLine, SaveTakesFileOutputAndEdition) {
+    const auto line = parsed({"save", "in.tma", "-o", "out.tma", "--edition", "2009"});
+    EXPECT_EQ(line.command, Command::Save);
+    EXPECT_EQ(line.file, "in.tma");
+    EXPECT_EQ(line.output, "out.tma");
+    EXPECT_EQ(line.edition, 2009);
+}
+
+TEST(CommandLine, EveryEditionIsAcceptedAndNoOtherYear) {
+    for (const char* const year :
+         {"1996", "1999", "2000", "2001", "2004", "2005", "2007", "2009", "2011"}) {
+        EXPECT_EQ(parsed({"save", "a", "-o", "b", "--edition", year}).edition, std::stoi(year));
+    }
+    for (const char* const year : {"1997", "11", "2012", "2013", "0", "-2009", "2009x", ""}) {
+        const auto result = parseCommandLine({"save", "a", "-o", "b", "--edition", year});
+        EXPECT_EQ(result.status, ExitStatus::Usage) << year;
+        EXPECT_FALSE(result.line.has_value()) << year;
+    }
+}
+
+TEST(CommandLine, CommonOptionsStandBeforeOrBehindTheCommand) {
+    for (const auto& arguments :
+         {Arguments{"--json", "--quiet", "tree", "f"}, Arguments{"tree", "f", "--json", "--quiet"},
+          Arguments{"--json", "tree", "--quiet", "f"}}) {
+        const auto line = parsed(arguments);
+        EXPECT_EQ(line.command, Command::Tree);
+        EXPECT_EQ(line.file, "f");
+        EXPECT_TRUE(line.json);
+        EXPECT_TRUE(line.quiet);
+    }
+}
+
+TEST(CommandLine, AnAnswerDoesNotSwallowTheArgumentBehindIt) {
+    const auto line = parsed(
+        {"check", "--answer", "304=yes", "file.tma", "--answer", "76=cancel", "--answer-all=yes"});
+    EXPECT_EQ(line.file, "file.tma");
+    EXPECT_EQ(line.replies.byId.at(304), "yes");
+    EXPECT_EQ(line.replies.byId.at(76), "cancel");
+    EXPECT_EQ(line.replies.all, "yes");
+    EXPECT_EQ(parsed({"--answer", "1=2", "check", "f"}).replies.byId.at(1), "2");
+}
+
+TEST(CommandLine, AnAnswerMayBeATextWithEqualsSignOrNothing) {
+    const auto line = parsed({"check", "f", "--answer", "5=a=b", "--answer", "6="});
+    EXPECT_EQ(line.replies.byId.at(5), "a=b");
+    EXPECT_EQ(line.replies.byId.at(6), "");
+}
+
+TEST(CommandLine, ANameInBracketsIsAName) {
+    const auto line = parsed({"save", "[kavu]", "-o", "[a,b]"});
+    EXPECT_EQ(line.file, "[kavu]");
+    EXPECT_EQ(line.output, "[a,b]");
+}
+
+TEST(CommandLine, ANameThatBeginsWithAHyphenStandsBehindADoubleHyphen) {
+    EXPECT_EQ(parsed({"check", "--", "-x.tma"}).file, "-x.tma");
+}
+
+TEST(CommandLine, NowIsADateAndTime) {
+    const auto line = parsed({"--now", "2026-01-02T03:04:05", "check", "f"});
+    ASSERT_TRUE(line.now.has_value());
+    EXPECT_EQ(line.now->year, 2026);
+    EXPECT_EQ(line.now->month, 1);
+    EXPECT_EQ(line.now->day, 2);
+    EXPECT_EQ(line.now->hour, 3);
+    EXPECT_EQ(line.now->minute, 4);
+    EXPECT_EQ(line.now->second, 5);
+}
+
+TEST(CommandLine, RecoverTakesAStoreAndAnOutputOrLists) {
+    const auto line = parsed({"recover", "/tmp/KAVU-9-x", "-o", "out.tma"});
+    EXPECT_EQ(line.command, Command::Recover);
+    EXPECT_EQ(line.file, "/tmp/KAVU-9-x");
+    EXPECT_EQ(line.output, "out.tma");
+    EXPECT_TRUE(parsed({"recover", "--list"}).list);
+}
+
+TEST(CommandLine, ProgressHasThreeValues) {
+    EXPECT_EQ(parsed({"check", "f", "--progress", "always"}).progress, ProgressWhen::Always);
+    EXPECT_EQ(parsed({"check", "f", "--progress", "never"}).progress, ProgressWhen::Never);
+    EXPECT_EQ(parsed({"check", "f", "--progress", "auto"}).progress, ProgressWhen::Auto);
+}
+
+class WrongUsage : public testing::TestWithParam<Arguments> {};
+
+TEST_P(WrongUsage, IsToldOnStandardErrorAndExits64) {
+    const auto result = parseCommandLine(GetParam());
+    EXPECT_FALSE(result.line.has_value());
+    EXPECT_EQ(result.status, ExitStatus::Usage);
+    EXPECT_TRUE(result.out.empty()) << result.out;
+    EXPECT_TRUE(result.err.starts_with("kavu-cli: ")) << result.err;
+    EXPECT_NE(result.err.find("--help"), std::string::npos);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    CommandLine, WrongUsage,
+    testing::Values(
+        Arguments{}, Arguments{"--json"}, Arguments{"fly", "f"}, Arguments{"check"},
+        Arguments{"check", "a", "b"}, Arguments{"check", "a", "--unknown"}, Arguments{"save", "a"},
+        Arguments{"save", "-o", "b"}, Arguments{"save", "a", "-o"}, Arguments{"store", "a"},
+        Arguments{"store", "--into", "d"}, Arguments{"tree"}, Arguments{"recover"},
+        Arguments{"recover", "s"}, Arguments{"recover", "-o", "o"},
+        Arguments{"recover", "--list", "s"}, Arguments{"check", "a", "check", "b"},
+        Arguments{"check", "a", "--edition", "2009"}, Arguments{"check", "a", "-o", "b"},
+        Arguments{"check", "a", "--answer", "yes"}, Arguments{"check", "a", "--answer", "-304=yes"},
+        Arguments{"check", "a", "--answer", "0=yes"}, Arguments{"check", "a", "--answer", "x=yes"},
+        Arguments{"check", "a", "--answer", "99999999999=yes"},
+        Arguments{"check", "a", "--answer", "3 =yes"}, Arguments{"check", "a", "--now", "today"},
+        Arguments{"check", "a", "--now", "2026-13-01T00:00:00"},
+        Arguments{"check", "a", "--now", ""}, Arguments{"check", "a", "--progress", "maybe"},
+        Arguments{"check", "a", "--settings"}));
+
+TEST(CommandLine, HelpAndVersionGoToStandardOutput) {
+    for (const auto& arguments : {Arguments{"--help"}, Arguments{"check", "--help"},
+                                  Arguments{"save", "--help"}, Arguments{"store", "--help"},
+                                  Arguments{"tree", "--help"}, Arguments{"recover", "--help"}}) {
+        const auto result = parseCommandLine(arguments);
+        EXPECT_FALSE(result.line.has_value());
+        EXPECT_EQ(result.status, ExitStatus::Clean);
+        EXPECT_TRUE(result.err.empty());
+        EXPECT_NE(result.out.find("Exit status"), std::string::npos) << result.out;
+    }
+    const auto version = parseCommandLine({"--version"});
+    EXPECT_EQ(version.status, ExitStatus::Clean);
+    EXPECT_TRUE(version.out.starts_with("kavu-cli ")) << version.out;
+}
+
+TEST(CommandLine, HelpOfACommandNamesItsOwnOptionsAndTheCommonOnes) {
+    const auto save = parseCommandLine({"save", "--help"}).out;
+    for (const char* const part : {"FILE", "--output", "--edition", "YEAR"}) {
+        EXPECT_NE(save.find(part), std::string::npos) << part << " in\n" << save;
+    }
+    const auto all = parseCommandLine({"--help"}).out;
+    for (const char* const part :
+         {"--json", "--settings", "--answer", "--answer-all", "--now", "--progress", "--quiet",
+          "--version", "check", "save", "store", "tree", "recover"}) {
+        EXPECT_NE(all.find(part), std::string::npos) << part << " in\n" << all;
+    }
+}
+
+}  // namespace
+}  // namespace kavu::cli
