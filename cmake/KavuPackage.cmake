@@ -1,8 +1,5 @@
-# What `cmake --install` puts where, and the Debian package made from it.
+# What `cmake --install` puts where beside the programs, and the Debian package made of it.
 
-if(TARGET kavu-cli)
-    install(TARGETS kavu-cli RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-endif()
 install(FILES ${PROJECT_SOURCE_DIR}/docs/kavu-cli.1
         DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES ${PROJECT_SOURCE_DIR}/packaging/completions/kavu-cli.bash

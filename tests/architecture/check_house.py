@@ -1,0 +1,217 @@
+#!/usr/bin/env python3
+"""Proves the rules of the house by reading the sources.
+
+A folder of src includes only itself and folders to its left; the toolkit, the command
+line parser, the JSON library and the XML parser are seen only where they belong; files and
+functions stay short; nothing is left half done.
+
+    check_house.py SOURCE_DIR               checks the tree, exit status 1 on a finding
+    check_house.py --self-test SOURCE_DIR   checks that planted violations are found
+"""
+
+import re
+import sys
+import tempfile
+from pathlib import Path
+
+# From left to right. The last two stand side by side: neither may include the other.
+ORDER = ["core", "conversion", "groups", "bus", "pcm", "sdk", "xml", "mdb", "reports",
+         "application"]
+PROGRAMS = ["cli", "app"]
+XML_AND_RIGHT = ORDER[ORDER.index("xml"):] + PROGRAMS
+
+# (what the include looks like, who may use it, how it is called)
+LIBRARIES = [
+    (re.compile(r"<Q[A-Z]\w*(/\w+)?>|<Qt\w+/"), ["app"], "the toolkit"),
+    (re.compile(r"<CLI/"), ["cli"], "the command line parser"),
+    (re.compile(r"<nlohmann/"), ["cli"], "the JSON library"),
+    (re.compile(r"<pugixml\.hpp>"), XML_AND_RIGHT, "the XML parser"),
+]
+
+MAX_FILE_LINES = 600
+MAX_FUNCTION_LINES = 80
+# Tables are as long as what they list.
+TABLES = {"core/Messages.cpp", "core/MessageTable.cpp"}
+
+INCLUDE = re.compile(r'^\s*#\s*include\s+(?:"([^"]+)"|(<[^>]+>))')
+UNFINISHED = re.compile(r"\b(TODO|FIXME|XXX)\b")
+NO_FUNCTION = re.compile(r"^(namespace|struct|class|enum|union|extern|typedef|using|constexpr|"
+                         r"inline constexpr|static constexpr|const |#|//|}|template <.*> *$)")
+
+
+def allowed_folders(folder):
+    """The folders that FOLDER may include, itself among them."""
+    if folder in PROGRAMS:
+        return set(ORDER) | {folder}
+    return set(ORDER[:ORDER.index(folder) + 1])
+
+
+def long_functions(lines):
+    """(line number, length) of functions that are too long.
+
+    clang-format puts the head of a function and its closing brace into the first column,
+    so nobody has to parse C++ for this.
+    """
+    head = start = None
+    for number, line in enumerate(lines, 1):
+        if line[:1].strip():
+            if start is not None and line.startswith("}"):
+                length = number - start + 1
+                if length > MAX_FUNCTION_LINES:
+                    yield start, length
+                start = None
+            head = None if NO_FUNCTION.match(line) else number
+        if start is None and head is not None and line.endswith("{"):
+            start = head
+
+
+def check_file(path, name):
+    """Findings in one file of src, and the folders that it includes."""
+    folder = name.split("/")[0]
+    findings = []
+    used = set()
+    lines = path.read_text(encoding="utf-8").splitlines()
+    if len(lines) > MAX_FILE_LINES and name not in TABLES:
+        findings.append(f"{name}: {len(lines)} lines, more than {MAX_FILE_LINES}")
+    if name not in TABLES:
+        for start, length in long_functions(lines):
+            findings.append(f"{name}:{start}: a function of {length} lines, more than "
+                            f"{MAX_FUNCTION_LINES}")
+    for number, line in enumerate(lines, 1):
+        if UNFINISHED.search(line):
+            findings.append(f"{name}:{number}: something is left to do: {line.strip()}")
+        match = INCLUDE.match(line)
+        if not match:
+            continue
+        own, foreign = match.groups()
+        if own:
+            if "/" not in own:
+                findings.append(f"{name}:{number}: includes {own} without its folder")
+                continue
+            target = own.split("/")[0]
+            used.add(target)
+            if target not in allowed_folders(folder):
+                findings.append(f"{name}:{number}: {folder} may not include {own}")
+        else:
+            for pattern, users, what in LIBRARIES:
+                if pattern.match(foreign) and folder not in users:
+                    findings.append(f"{name}:{number}: {folder} may not see {what}, {foreign}")
+    return findings, used
+
+
+def find_circle(uses):
+    """A list of folders that include each other in a ring, or nothing."""
+    done = set()
+
+    def walk(folder, road):
+        if folder in road:
+            return road[road.index(folder):] + [folder]
+        if folder in done:
+            return None
+        for target in sorted(uses.get(folder, ())):
+            if target != folder:
+                circle = walk(target, road + [folder])
+                if circle:
+                    return circle
+        done.add(folder)
+        return None
+
+    for folder in sorted(uses):
+        circle = walk(folder, [])
+        if circle:
+            return circle
+    return None
+
+
+def check_tree(root):
+    findings = []
+    uses = {}
+    count = 0
+    source = root / "src"
+    for path in sorted(source.rglob("*")):
+        if path.suffix not in (".h", ".cpp"):
+            continue
+        name = path.relative_to(source).as_posix()
+        folder = name.split("/")[0]
+        if folder not in ORDER + PROGRAMS:
+            findings.append(f"{name}: the folder {folder} has no place in the order")
+            continue
+        count += 1
+        in_file, used = check_file(path, name)
+        findings += in_file
+        uses.setdefault(folder, set()).update(used)
+    circle = find_circle(uses)
+    if circle:
+        findings.append("a circle of folders: " + " -> ".join(circle))
+    if not count:
+        findings.append("no sources found; the check would prove nothing")
+    return findings
+
+
+# Each plant: file, text, words that the finding must hold.
+PLANTS = [
+    ("core/A.cpp", '#include "groups/B.h"\n', "core may not include groups/B.h"),
+    ("conversion/A.h", '  #  include "application/B.h"\n', "conversion may not include"),
+    ("cli/A.cpp", '#include "app/B.h"\n', "cli may not include app/B.h"),
+    ("app/A.cpp", '#include "cli/B.h"\n', "app may not include cli/B.h"),
+    ("core/A.cpp", '#include "B.h"\n', "without its folder"),
+    ("groups/A.cpp", "#include <QString>\n", "may not see the toolkit"),
+    ("cli/A.cpp", "#include <QtWidgets/QLabel>\n", "may not see the toolkit"),
+    ("core/A.cpp", "#include <nlohmann/json.hpp>\n", "may not see the JSON library"),
+    ("application/A.cpp", "#include <CLI/CLI.hpp>\n", "may not see the command line parser"),
+    ("pcm/A.cpp", "#include <pugixml.hpp>\n", "may not see the XML parser"),
+    ("core/A.cpp", "// TODO" ": later\n", "left to do"),
+    ("core/A.cpp", "// x\n" * (MAX_FILE_LINES + 1), "601 lines"),
+    ("core/A.cpp", "void f() {\n" + "    g();\n" * MAX_FUNCTION_LINES + "}\n", "a function of"),
+    ("core/A.cpp", "void f(int a,\n       int b) {\n" + "    g();\n" * MAX_FUNCTION_LINES + "}\n",
+     "a function of"),
+    ("other/A.cpp", "", "no place in the order"),
+]
+CLEAN = [
+    ("core/A.cpp", '#include "core/B.h"\n#include <string>\n'),
+    ("cli/A.cpp", '#include "application/B.h"\n#include <CLI/CLI.hpp>\n'),
+    ("app/A.cpp", '#include "core/B.h"\n#include <QString>\n'),
+    ("mdb/A.cpp", '#include "xml/B.h"\n#include <pugixml.hpp>\n'),
+]
+
+
+def findings_of(files):
+    with tempfile.TemporaryDirectory() as folder:
+        for name, text in files:
+            path = Path(folder, "src", name)
+            path.parent.mkdir(parents=True, exist_ok=True)
+            path.write_text(text, encoding="utf-8")
+        return check_tree(Path(folder))
+
+
+def self_test():
+    problems = []
+    for name, text, words in PLANTS:
+        findings = findings_of([(name, text)])
+        if not any(words in finding for finding in findings):
+            problems.append(f"a planted {words!r} in {name} was not found: {findings}")
+    findings = findings_of(CLEAN)
+    if findings:
+        problems.append(f"clean files were refused: {findings}")
+    findings = findings_of([("core/A.cpp", '#include "groups/B.h"\n'),
+                            ("groups/B.cpp", '#include "core/A.h"\n')])
+    if not any("circle" in finding for finding in findings):
+        problems.append(f"a planted circle was not found: {findings}")
+    if not findings_of([]):
+        problems.append("an empty tree passed")
+    return problems
+
+
+def main(arguments):
+    if arguments[:1] == ["--self-test"]:
+        findings = self_test()
+    else:
+        findings = check_tree(Path(arguments[0]))
+    for finding in findings:
+        print(finding)
+    print(f"{len(findings)} findings")
+    return 1 if findings else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1:]))
