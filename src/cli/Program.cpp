@@ -60,6 +60,18 @@ std::string summaryLine(const OpenedFile& file, const ScriptedInterface& ui) {
     return text + (file.changed ? ", changed\n" : "\n");
 }
 
+/// False if standard output could not take it all.
+bool printAll(ProgramStreams streams, const std::string& text) {
+    errno = 0;
+    streams.out << text << std::flush;
+    if (streams.out) {
+        return true;
+    }
+    const std::string reason = errno != 0 ? std::strerror(errno) : "write error";
+    streams.err << "kavu-cli: standard output: " << reason << std::endl;
+    return false;
+}
+
 /// One run of one command.
 class Run {
   public:
@@ -84,7 +96,7 @@ class Run {
             done = line_.command == Command::Recover ? recover() : openAndRun();
         }
         done = leave() && done;
-        if (!print(done)) {
+        if (!printAll(streams_, report(done))) {
             return ExitStatus::Failed;
         }
         if (!done) {
@@ -140,32 +152,18 @@ class Run {
         return application_.shutDown(&ui_);
     }
 
-    /// False if standard output could not take it all.
-    bool print(bool done) {
-        auto& out = streams_.out;
-        errno = 0;
+    /// All that goes to standard output.
+    [[nodiscard]] std::string report(bool done) const {
         if (line_.json && line_.list) {
-            out << printed(output_.members);
-        } else if (line_.json) {
+            return printed(output_.members);
+        }
+        if (line_.json) {
             Json document = fileMembers(file_, ui_);
             document.update(output_.members);
-            out << printed(document);
-        } else {
-            out << messagesText(ui_);
-            if (done) {
-                out << output_.text;
-            }
-            if (done && !line_.list) {
-                out << summaryLine(file_, ui_);
-            }
+            return printed(document);
         }
-        out.flush();
-        if (out) {
-            return true;
-        }
-        const std::string reason = errno != 0 ? std::strerror(errno) : "write error";
-        streams_.err << "kavu-cli: standard output: " << reason << std::endl;
-        return false;
+        return messagesText(ui_) + (done ? output_.text : std::string()) +
+               (done && !line_.list ? summaryLine(file_, ui_) : std::string());
     }
 
     void tellFailure() {
@@ -195,9 +193,8 @@ ExitStatus runProgram(const std::vector<std::string>& arguments, const Environme
                       ProgramStreams streams, const std::function<bool()>& interrupted) {
     const auto parsed = parseCommandLine(arguments);
     if (!parsed.line) {
-        streams.out << parsed.out << std::flush;
         streams.err << parsed.err << std::flush;
-        return streams.out ? parsed.status : ExitStatus::Failed;
+        return printAll(streams, parsed.out) ? parsed.status : ExitStatus::Failed;
     }
     try {
         return Run(*parsed.line, environment, streams, interrupted).run();
