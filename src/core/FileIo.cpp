@@ -25,6 +25,11 @@ ssize_t readSome(int descriptor, char* to, std::size_t count) {
     return got;
 }
 
+/// True for the errors that say that nothing is at a path; all others leave it open.
+bool meansMissing(int code) {
+    return code == ENOENT || code == ENOTDIR || code == ENAMETOOLONG;
+}
+
 int openFile(const std::string& path, int flags, unsigned mode = 0666) {
     if (path.find('\0') != std::string::npos) {
         errno = EINVAL;  // the system would see the part in front of it, another file
@@ -189,15 +194,18 @@ void ByteSource::seek(std::uint64_t position) {
     at_ = filled_ = 0;
 }
 
-bool ByteSource::changedSinceOpened() const {
+bool ByteSource::changedSinceOpened(IoStatus* failure) const {
     if (identity_ == nullptr) {
         return false;
     }
     struct stat now {};
-    if (::fstat(descriptor_, &now) != 0 || !identity_->equals(now)) {
-        return true;
-    }
-    return ::stat(path_.c_str(), &now) != 0 || !identity_->equals(now);
+    const auto isOther = [&](int result) {
+        if (result != 0 && !meansMissing(errno) && failure != nullptr) {
+            *failure = {path_, errno};
+        }
+        return result != 0 || !identity_->equals(now);
+    };
+    return isOther(::fstat(descriptor_, &now)) || isOther(::stat(path_.c_str(), &now));
 }
 
 // ---------------------------------------------------------------------------------------
@@ -228,11 +236,15 @@ IoStatus FileWriter::open(const std::string& path, WriteMode mode) {
     path_ = path;
     status_ = {};
     position_ = 0;
-    descriptor_ =
-        openFile(path, O_WRONLY | O_CREAT | (mode == WriteMode::Append ? O_APPEND : O_TRUNC));
+    // Not blocking, so that a pipe without a reader is a failure and not a hang.
+    descriptor_ = openFile(path, O_WRONLY | O_CREAT | O_NONBLOCK |
+                                     (mode == WriteMode::Append ? O_APPEND : O_TRUNC));
     if (descriptor_ < 0) {
         status_ = {path, errno};
-    } else if (mode == WriteMode::Append) {
+        return status_;
+    }
+    ::fcntl(descriptor_, F_SETFL, mode == WriteMode::Append ? O_APPEND : 0);
+    if if (mode == WriteMode::Append) {
         struct stat info {};
         if (::fstat(descriptor_, &info) == 0) {
             position_ = static_cast<std::uint64_t>(info.st_size);
@@ -334,6 +346,10 @@ IoStatus copyFile(const std::string& from, const std::string& to, bool durable) 
     if (auto status = source.open(from); !status.ok()) {
         return status;
     }
+    // The open of the target would empty the source.
+    if (isSameFile(from, to)) {
+        return {to, EEXIST};
+    }
     FileWriter writer;
     if (auto status = writer.open(to, WriteMode::Truncate); !status.ok()) {
         return status;
@@ -409,6 +425,25 @@ IoStatus syncFolder(const std::string& path) {
     return {path, code};
 }
 
+IoStatus probePath(const std::string& path, PathKind& kind) {
+    kind = PathKind::Missing;
+    struct stat info {};
+    if (::stat(path.c_str(), &info) != 0) {
+        return meansMissing(errno) ? IoStatus() : IoStatus(path, errno);
+    }
+    kind = S_ISREG(info.st_mode)   ? PathKind::PlainFile
+           : S_ISDIR(info.st_mode) ? PathKind::Folder
+                                   : PathKind::Other;
+    return {};
+}
+
+bool isSameFile(const std::string& one, const std::string& other) {
+    struct stat a {};
+    struct stat b {};
+    return ::stat(one.c_str(), &a) == 0 && ::stat(other.c_str(), &b) == 0 && a.st_dev == b.st_dev &&
+           a.st_ino == b.st_ino;
+}
+
 bool fileExists(const std::string& path) {
     struct stat info {};
     return ::stat(path.c_str(), &info) == 0;
@@ -449,6 +484,21 @@ bool hasReadOnlyAttribute(const std::string& path) {
 std::uint64_t fileSize(const std::string& path) {
     struct stat info {};
     return ::stat(path.c_str(), &info) == 0 ? static_cast<std::uint64_t>(info.st_size) : 0;
+}
+
+std::string fileStamp(const std::string& path) {
+    struct stat info {};
+    if (::stat(path.c_str(), &info) != 0) {
+        return {};
+    }
+    std::string stamp;
+    for (const auto number :
+         {static_cast<std::int64_t>(info.st_dev), static_cast<std::int64_t>(info.st_ino),
+          static_cast<std::int64_t>(info.st_size), static_cast<std::int64_t>(info.st_mtim.tv_sec),
+          static_cast<std::int64_t>(info.st_mtim.tv_nsec)}) {
+        stamp += std::to_string(number) + " ";
+    }
+    return stamp;
 }
 
 bool matchesWildcard(std::string_view name, std::string_view pattern) {

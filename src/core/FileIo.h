@@ -43,8 +43,9 @@ class ByteSource {
     [[nodiscard]] std::uint64_t size() const { return size_; }
     [[nodiscard]] const IoStatus& status() const { return status_; }
     /// True if the file is not the one that was opened any more: another program has
-    /// changed it, cut it or put another one in its place since.
-    [[nodiscard]] bool changedSinceOpened() const;
+    /// changed it, cut it or put another one in its place since. Also true if that can not
+    /// be known; `failure`, if given, then tells why.
+    [[nodiscard]] bool changedSinceOpened(IoStatus* failure = nullptr) const;
 
   private:
     struct Identity;
@@ -109,7 +110,7 @@ class FileWriter {
 [[nodiscard]] IoStatus replaceFile(const std::string& path, std::string_view bytes);
 [[nodiscard]] IoStatus writeWholeFile(const std::string& path, std::string_view bytes);
 /// Copies the bytes of a file, overwriting the target. The status names the file that
-/// failed. With `durable` the copy is complete on the disk when this returns.
+/// failed; a file is not copied over itself. With `durable` the copy is complete on the disk when this returns.
 [[nodiscard]] IoStatus copyFile(const std::string& from, const std::string& to,
                                 bool durable = false);
 [[nodiscard]] IoStatus deleteFile(const std::string& path);
@@ -123,6 +124,14 @@ class FileWriter {
 /// Makes the entries of a folder durable.
 [[nodiscard]] IoStatus syncFolder(const std::string& path);
 
+enum class PathKind { Missing, PlainFile, Folder, Other };
+/// Tells what a path leads to; links are followed. Only what is not there is `Missing`:
+/// that it can not be known is a failure, and whoever would overwrite or leave out what is
+/// missing has to ask here and not below.
+[[nodiscard]] IoStatus probePath(const std::string& path, PathKind& kind);
+/// True if both paths lead to one existing file, be it by a link.
+[[nodiscard]] bool isSameFile(const std::string& one, const std::string& other);
+
 [[nodiscard]] bool fileExists(const std::string& path);
 /// True for an existing file that is no folder, device or pipe; links are followed.
 [[nodiscard]] bool isPlainFile(const std::string& path);
@@ -134,6 +143,9 @@ class FileWriter {
 [[nodiscard]] bool hasReadOnlyAttribute(const std::string& path);
 /// The size of a file, 0 if there is none.
 [[nodiscard]] std::uint64_t fileSize(const std::string& path);
+
+/// A text that differs once the file has been written, replaced, made or deleted.
+[[nodiscard]] std::string fileStamp(const std::string& path);
 
 struct FolderEntry {
     std::string name;

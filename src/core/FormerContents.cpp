@@ -24,17 +24,22 @@ FormerContents::~FormerContents() {
 bool FormerContents::keep(UserInterface* parent, const std::string& target, bool backup) {
     target_ = target;
     // Only a plain file has contents to lose; a device or a folder is left to the open.
-    if (!isPlainFile(target)) {
+    PathKind kind = PathKind::Missing;
+    if (const auto status = probePath(target, kind); !status.ok()) {
+        reportUnableToOpen(parent, status);
+        return false;
+    }
+    if (kind != PathKind::PlainFile) {
         return true;
     }
     if (backup) {
-        if (!makeBackup(parent, target)) {
+        bool made = false;
+        if (!makeBackup(parent, target, &made)) {
             return false;
         }
         // The user may have chosen to go on without a backup.
-        const auto copy = backupName(target);
-        if (isPlainFile(copy) && fileSize(copy) == fileSize(target)) {
-            kept_ = copy;
+        if (made) {
+            kept_ = backupName(target);
             return true;
         }
     }

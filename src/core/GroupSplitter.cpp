@@ -48,11 +48,15 @@ bool GroupSplitter::run(const std::string& path) {
     }
     // A file that another program has changed meanwhile may be the front of one state and
     // the end of another.
-    if (source.changedSinceOpened()) {
+    IoStatus failure;
+    if (source.changedSinceOpened(&failure)) {
         showBox(parent_,
-                formatPrintf("The file '%s' was changed by another program while it was being "
-                             "read.\n\nPlease open it again.",
-                             path),
+                failure.ok()
+                    ? formatPrintf("The file '%s' was changed by another program while it was "
+                                   "being read.\n\nPlease open it again.",
+                                   path)
+                    : formatPrintf("Unable to read '%s'\n\nReason: %s", failure.path(),
+                                   failure.reason()),
                 "Unable To Open File");
         return false;
     }

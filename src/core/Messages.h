@@ -102,6 +102,8 @@ class Messages {
                           const BoxStyle& style, PrintfArgs args) const;
     Button showFailureArgs(UserInterface* parent, const IoStatus& status, int id, int titleId,
                            const BoxStyle& style, PrintfArgs args) const;
+    Button showBoxOf(UserInterface* parent, int id, int titleId, const std::string& title,
+                     const BoxStyle& style, const IoStatus& status, PrintfArgs args) const;
     void logArgs(UserInterface* parent, int id, int titleId, const IoStatus& status,
                  PrintfArgs args) const;
 

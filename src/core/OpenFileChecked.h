@@ -28,7 +28,8 @@ void reportUnableToOpen(UserInterface* parent, const IoStatus& status);
 /// The name of a file's backup: its path up to the last `.` (wherever that stands in the
 /// path), and ".bak".
 [[nodiscard]] std::string backupName(const std::string& path);
-/// Copies a file to its backup name. False if the save is to stop.
-bool makeBackup(UserInterface* parent, const std::string& path);
+/// Copies a file to its backup name. False if the save is to stop. `made`, if given, tells
+/// if there is a backup now: the user may choose to go on without one.
+bool makeBackup(UserInterface* parent, const std::string& path, bool* made = nullptr);
 
 }  // namespace kavu

@@ -98,6 +98,7 @@ class ProfileFile {
         friend class ProfileFile;
         [[nodiscard]] std::size_t indexOf(std::string_view key) const;
         void add(std::string_view key, std::string_view value);
+        void reindex();
 
         std::string name_;
         std::vector<Line> lines_;
@@ -115,11 +116,17 @@ class ProfileFile {
     [[nodiscard]] const Section* findSection(std::string_view name) const;
     void touch() { changed_ = true; }
     void rebuildIndex();
+    void parseLine(std::string_view line);
+    Section& addSection(std::string_view name);
+    void addLine(Section& section, std::string_view key, std::string_view text);
+    [[nodiscard]] std::size_t lineEndSize() const { return lineEnd_ == LineEnd::CrLf ? 2 : 1; }
+    [[nodiscard]] std::size_t lineSize(const Line& line) const;
 
     std::string path_;
     LineEnd lineEnd_;
     bool loaded_ = false;
     bool changed_ = false;
+    std::uint64_t bytes_ = 0;  ///< of what `serialise` gives
     IoStatus status_;
     std::deque<Section> sections_;
     /// Lower-case name to the positions of the sections of that name, in file order.

@@ -109,6 +109,8 @@ class TmatsReader {
                                                    int limit);
     std::optional<std::string> findContaining(ByteSource& source, const std::string& code);
     void substitute(std::string& command);
+    void reportLimit(UserInterface* parent, std::string_view code, std::string_view value,
+                     int limit);
 
     std::string current_;
     std::string scratch_;

@@ -70,6 +70,9 @@ class WorkingStore {
     [[nodiscard]] const Environment& environment() const { return environment_; }
 
   private:
+    [[nodiscard]] IoStatus makePrivateFolder() const;
+    void takeLock();
+
     Environment environment_;
     std::string folder_;
     int lock_ = -1;

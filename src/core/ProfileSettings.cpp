@@ -1,0 +1,83 @@
+#include "core/ProfileSettings.h"
+
+#include "core/FileIo.h"
+#include "core/Text.h"
+
+namespace kavu {
+
+ProfileSettings::ProfileSettings(std::string path) : file_(std::move(path)) {}
+
+void ProfileSettings::refresh() const {
+    if (file_.path().empty()) {
+        return;
+    }
+    auto stamp = fileStamp(file_.path());
+    if (stamp != stamp_) {
+        file_.discard();
+        stamp_ = std::move(stamp);
+    }
+}
+
+int ProfileSettings::integer(std::string_view key, int otherwise) const {
+    return profileInteger(kApplicationName, key, otherwise);
+}
+
+std::string ProfileSettings::text(std::string_view key, std::string_view otherwise) const {
+    return profileText(kApplicationName, key, otherwise);
+}
+
+void ProfileSettings::write(std::string_view key, std::string_view value) {
+    writeProfile(kApplicationName, key, value);
+}
+
+void ProfileSettings::writeInteger(std::string_view key, long value) {
+    std::string text;
+    appendNumber(text, value);
+    write(key, text);
+}
+
+int ProfileSettings::profileInteger(std::string_view section, std::string_view key,
+                                    int otherwise) const {
+    if (const auto hidden = overrides_.find(key);
+        hidden != overrides_.end() && equalsIgnoreCase(section, kApplicationName)) {
+        return leadingInt(hidden->second);
+    }
+    refresh();
+    return file_.integer(section, key, otherwise);
+}
+
+std::string ProfileSettings::profileText(std::string_view section, std::string_view key,
+                                         std::string_view otherwise) const {
+    if (const auto hidden = overrides_.find(key);
+        hidden != overrides_.end() && equalsIgnoreCase(section, kApplicationName)) {
+        return hidden->second;
+    }
+    refresh();
+    return file_.value(section, key, otherwise);
+}
+
+void ProfileSettings::writeProfile(std::string_view section, std::optional<std::string_view> key,
+                                   std::optional<std::string_view> value) {
+    refresh();
+    if (!key) {
+        file_.removeSection(section);
+    } else if (!value) {
+        file_.removeKey(section, *key);
+    } else {
+        file_.setValue(section, *key, *value);
+    }
+    // A settings file that can not be written is no error: the next run has the defaults.
+    (void)file_.flush();
+    stamp_ = fileStamp(file_.path());
+}
+
+std::vector<std::string> ProfileSettings::profileKeys(std::string_view section) const {
+    refresh();
+    return file_.keyNames(section);
+}
+
+void ProfileSettings::overrideForThisRun(std::string_view key, std::string_view value) {
+    overrides_.insert_or_assign(std::string(key), std::string(value));
+}
+
+}  // namespace kavu

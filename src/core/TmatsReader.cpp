@@ -1,0 +1,307 @@
+#include "core/TmatsReader.h"
+
+#include "core/Text.h"
+#include "core/UserInterface.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+namespace kavu {
+
+namespace {
+
+constexpr std::string_view kComment = "COMMENT:";
+
+constexpr bool isLeadingSpace(char c) {
+    return c == '\n' || c == '\r' || c == '\t' || c == ' ' || c == 26;
+}
+
+/// Drops what stands in front of a command: white space and Ctrl-Z.
+void skipLeadingSpace(ByteSource& source) {
+    for (auto window = source.window(); !window.empty(); window = source.window()) {
+        std::size_t at = 0;
+        while (at < window.size() && isLeadingSpace(window[at])) {
+            ++at;
+        }
+        source.take(at);
+        if (at < window.size()) {
+            return;
+        }
+    }
+}
+
+/// Appends the bytes up to and including the next `;`. False if there is none.
+bool takeThroughSemicolon(ByteSource& source, std::string& raw) {
+    for (auto window = source.window(); !window.empty(); window = source.window()) {
+        const auto* const hit =
+            static_cast<const char*>(std::memchr(window.data(), ';', window.size()));
+        const std::size_t count =
+            hit == nullptr ? window.size() : static_cast<std::size_t>(hit - window.data()) + 1;
+        raw.append(window.data(), count);
+        source.take(count);
+        if (hit != nullptr) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// A line feed without a carriage return in front of it gets one, and a run of carriage
+/// returns becomes one. Counts the line feeds.
+long normaliseLineEnds(const std::string& raw, std::string& text) {
+    long lineFeeds = 0;
+    text.clear();
+    text.reserve(raw.size() + 16);
+    char previous = 0;
+    for (const char c : raw) {
+        if (c == '\n') {
+            ++lineFeeds;
+            if (previous != '\r') {
+                text.push_back('\r');
+            }
+            text.push_back('\n');
+        } else if (c != '\r' || previous != '\r') {
+            text.push_back(c);
+        }
+        previous = c;
+    }
+    return lineFeeds;
+}
+
+/// Puts the `;` straight behind the last character that is no blank.
+void trimBeforeSemicolon(std::string& command) {
+    if (command.size() <= 2) {
+        return;
+    }
+    std::size_t end = command.size() - 1;
+    while (end > 0 && command[end - 1] == ' ') {
+        --end;
+    }
+    if (end < command.size() - 1) {
+        command[end] = ';';
+        command.resize(end + 1);
+    }
+}
+
+bool isComment(std::string_view command) {
+    return startsWithIgnoreCase(command, kComment);
+}
+
+constexpr const char* kTooLong =
+    "The TMATS command '%s:%s;'%swas too long. This field can only be %d characters long.";
+
+struct LimitReport {
+    const char* title;
+    const char* closing;
+};
+constexpr LimitReport kCut{"ERROR Parsing TMATS File", "This field has been truncated."};
+constexpr LimitReport kKept{
+    "TMATS File Warning", "This field will be processed even though it was longer than expected."};
+
+}  // namespace
+
+bool TmatsReader::nextRawCommand(ByteSource& source, std::string& command, long* lineCounter,
+                                 std::size_t* length) {
+    skipLeadingSpace(source);
+    command.clear();
+    const bool complete = takeThroughSemicolon(source, command);
+    long lines = 1;
+    if (command.find_first_of("\r\n") != std::string::npos) {
+        lines += normaliseLineEnds(command, scratch_);
+        command.swap(scratch_);
+    }
+    if (complete) {
+        trimBeforeSemicolon(command);
+        if (!substitutions_.empty()) {
+            substitute(command);
+        }
+    }
+    if (lineCounter != nullptr) {
+        *lineCounter += lines;
+    }
+    if (length != nullptr) {
+        *length = command.size();
+    }
+    if (!complete) {
+        command.clear();
+    }
+    return complete;
+}
+
+bool TmatsReader::nextCommand(ByteSource& source, std::string& command, long* lineCounter,
+                              std::size_t* length) {
+    while (nextRawCommand(source, command, lineCounter, length)) {
+        if (!isComment(command)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+std::string TmatsReader::nextCommandString(ByteSource& source, long* lineCounter) {
+    std::string command;
+    nextCommand(source, command, lineCounter);
+    return command;
+}
+
+std::optional<std::string_view> TmatsReader::readFieldForward(UserInterface* parent,
+                                                              ByteSource& source,
+                                                              std::string_view code, int limit) {
+    yieldToInterface(parent);
+    if (!nextCommand(source, current_)) {
+        return std::nullopt;
+    }
+    const std::string_view command = current_;
+    const auto colon = command.find(':');
+    if (colon == std::string_view::npos || !equalsIgnoreCase(command.substr(0, colon), code)) {
+        return std::nullopt;
+    }
+    std::string_view value = command.substr(colon + 1);
+    value.remove_suffix(value.ends_with(';') ? 1 : 0);
+    if (value.empty()) {
+        return std::nullopt;
+    }
+    return applyLimit(parent, command.substr(0, colon), value, limit);
+}
+
+std::string_view TmatsReader::applyLimit(UserInterface* parent, std::string_view code,
+                                         std::string_view value, int limit) {
+    const auto size = static_cast<std::size_t>(std::llabs(limit));
+    if (limit == 0 || value.size() <= size) {
+        return value;
+    }
+    reportLimit(parent, code, value, limit);
+    if (truncated_ != nullptr) {
+        *truncated_ = 1;
+    }
+    return limit > 0 ? value.substr(0, size) : value;
+}
+
+void TmatsReader::reportLimit(UserInterface* parent, std::string_view code, std::string_view value,
+                              int limit) {
+    const auto& report = limit > 0 ? kCut : kKept;
+    const auto size = std::llabs(limit);
+    const std::string text =
+        formatPrintf(kTooLong, code, value, "\n", size) + "\n\n" + report.closing;
+    if (!logPath_.empty()) {
+        if (!reported_.insert(std::string(code) + ":" + std::string(value)).second) {
+            return;
+        }
+        FileWriter log;
+        if (log.open(logPath_, WriteMode::Append).ok()) {
+            log.write(formatPrintf("%s:\n\n\t", report.title));
+            log.write(formatPrintf(kTooLong, code, value, "\n\t", size));
+            log.write(formatPrintf("\n\t%s\n\n", report.closing));
+            (void)log.close();
+            if (parent != nullptr) {
+                parent->logged({0, 0, report.title, text});
+            }
+            return;
+        }
+    }
+    showBox(parent, text, report.title);
+}
+
+std::optional<std::string_view> TmatsReader::findCode(UserInterface* parent, ByteSource& source,
+                                                      const std::string& code, int limit) {
+    if (!source.isOpen()) {
+        return std::nullopt;
+    }
+    const auto start = source.position();
+    while (!source.atEnd()) {
+        if (const auto value = readFieldForward(parent, source, code, limit)) {
+            return value;
+        }
+    }
+    source.seek(0);
+    while (source.position() < start && !source.atEnd()) {
+        if (const auto value = readFieldForward(parent, source, code, limit)) {
+            return value;
+        }
+    }
+    return std::nullopt;
+}
+
+bool TmatsReader::findIntCode(UserInterface* parent, ByteSource& source, const std::string& code,
+                              int& value) {
+    const auto text = findCode(parent, source, code, 0);
+    value = text ? std::max(0, leadingInt(*text)) : 0;
+    return text.has_value();
+}
+
+std::optional<std::string_view> TmatsReader::findBinaryCode(UserInterface* parent,
+                                                            ByteSource& source, FileWriter* log,
+                                                            bool acceptX, std::string_view prefix,
+                                                            const std::string& code, int limit) {
+    const auto value = findCode(parent, source, std::string(prefix) + code, limit);
+    const auto allowed = acceptX ? std::string_view("01xX") : std::string_view("01");
+    if (!value || value->find_first_not_of(allowed) == std::string_view::npos) {
+        return value;
+    }
+    if (log != nullptr) {
+        log->write(formatPrintf("ERROR: The following TMATS command has errors: \"%s%s:%s;\"\n",
+                                prefix, code, *value));
+        log->write(
+            "According to the TMATS specification, this value must be a binary string made\n"
+            "up of zeros and ones");
+        log->write(acceptX ? ", or the letter 'X'." : ". ");
+        log->write("\n\n");
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> TmatsReader::findContaining(ByteSource& source,
+                                                       const std::string& code) {
+    const std::string pattern = "\\" + code + ":";
+    std::string command;
+    while (nextCommand(source, command)) {
+        if (command.find(pattern) != std::string::npos) {
+            return command;
+        }
+    }
+    return std::nullopt;
+}
+
+std::string TmatsReader::fullCode(std::string_view prefix, std::string_view code, PrintfArgs args) {
+    return std::string(prefix) + formatPrintf(code, args);
+}
+
+void TmatsReader::setLogFile(const std::string& path, int* truncated) {
+    logPath_ = path;
+    truncated_ = truncated;
+    reported_.clear();
+}
+
+void TmatsReader::addSubstitution(std::string_view search, std::string_view replacement) {
+    if (!search.empty()) {
+        substitutions_.emplace_back(search, replacement);
+    }
+}
+
+void TmatsReader::clearSubstitutions() {
+    substitutions_.clear();
+    substitutionFlags_ = 0;
+}
+
+void TmatsReader::substitute(std::string& command) {
+    std::string changed = command;
+    for (const auto& [search, replacement] : substitutions_) {
+        changed = replaceAll(changed, search, replacement);
+    }
+    if (changed == command) {
+        return;
+    }
+    const bool comment = command.find("\\COM:") != std::string::npos;
+    substitutionFlags_ |= substitution::kAny;
+    if (comment && startsWithIgnoreCase(command, "C-")) {
+        substitutionFlags_ |= substitution::kConversionComment;
+    } else if (comment && startsWithIgnoreCase(command, "P-")) {
+        substitutionFlags_ |= substitution::kPcmComment;
+    } else {
+        substitutionFlags_ |= substitution::kOutsideComments;
+    }
+    command = std::move(changed);
+}
+
+}  // namespace kavu

@@ -1,0 +1,292 @@
+#include "core/WorkingStore.h"
+
+#include "core/Clock.h"
+#include "core/GroupFiles.h"
+#include "core/Text.h"
+#include "core/TextEncoding.h"
+#include "core/UserInterface.h"
+
+#include <array>
+#include <cerrno>
+#include <fcntl.h>
+#include <set>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace kavu {
+
+namespace {
+
+constexpr unsigned kPrivateMode = 0700;
+constexpr int kDeleteSteps = 198;  // 99 data sources and 99 data links
+
+/// The files with one name each, in the order in which they are deleted.
+constexpr auto kNamedFiles = std::to_array<std::string_view>({
+    working::kGeneral,
+    working::kMessageLog,
+    "Kavu9Report.txt",
+    "Kavu9Report.xml",
+    working::kMultiplexScratch,
+    working::kData1,
+    working::kData2,
+    "1553.TMP",
+    "1553.INI",
+    "1553Term.ini",
+    "[kavu]TmpPCMMEASCOM",
+    "[kavu]H.HHH",
+    "SGROUP.TMP",
+    "[kavu]TmpPCMFMT.MFF",
+    "[kavu]TmpPCMFMT.FFI",
+    "[kavu]TmpPCMFMT.ALTTAG",
+});
+
+bool deleteReported(UserInterface* parent, const std::string& path) {
+    const auto status = deleteFile(path);
+    if (!status.ok()) {
+        showBox(parent, formatPrintf("Unable to delete: %s\n\n%s", path, status.reason()),
+                "ERROR: Unable To Delete File");
+    }
+    return status.ok();
+}
+
+/// The names in a folder as one listing found them. A name that comes later is not in it,
+/// and none is looked for: only what exists has to be deleted.
+class Listing {
+  public:
+    explicit Listing(const std::string& folder) {
+        std::vector<FolderEntry> entries;
+        (void)listFolder(folder, entries);
+        for (auto& entry : entries) {
+            if (!entry.isFolder) {
+                names_.insert(std::move(entry.name));
+            }
+        }
+    }
+    [[nodiscard]] bool has(const std::string& name) const { return names_.contains(name); }
+
+  private:
+    std::set<std::string> names_;
+};
+
+/// Deletes the files of a document, in the order that the close has always had.
+class DocumentFiles {
+  public:
+    DocumentFiles(const WorkingStore& store, UserInterface* parent, bool withStatus)
+        : store_(store), parent_(parent), withStatus_(withStatus), listing_(store.folder()) {}
+
+    void remove() {
+        for (const auto name : kNamedFiles) {
+            // At the start this one is left to the editor that makes it.
+            if (!withStatus_ && name == "1553.TMP") {
+                continue;
+            }
+            removeFile(std::string(name));
+        }
+        status("Deleting all data source temporary files");
+        for (int index = kLeastGroupIndex; index <= kMostGroupIndex; ++index) {
+            removeGroups("TRMV", index);
+            step();
+        }
+        status("Deleting all data link temporary files");
+        for (int index = kLeastGroupIndex; index <= kMostGroupIndex; ++index) {
+            removeGroups("PDS", index);
+            removeMeasurementLists(index);
+            removeGroups("BA", index);
+            step();
+        }
+        store_.deleteFiles(nullptr, "[kavu]D*.D*");
+        store_.deleteFiles(nullptr, "[kavu]*.C_*");
+        const auto copies = store_.pathOf(working::kEuDefinitions);
+        if (folderExists(copies)) {
+            (void)deleteFolder(copies);
+        }
+        setProgressBar(withStatus_ ? parent_ : nullptr, -1);
+        status({});
+    }
+
+  private:
+    void removeFile(const std::string& name) {
+        if (!name.empty() && listing_.has(name)) {
+            yieldToInterface(parent_);
+            deleteReported(parent_, store_.pathOf(name));
+        }
+    }
+    void removeGroups(std::string_view letters, int index) {
+        for (const char letter : letters) {
+            removeFile(groupFile(letter, index));
+        }
+    }
+    /// The lists of one D group are numbered from 0 without a gap.
+    void removeMeasurementLists(int index) {
+        for (long list = 0;; ++list) {
+            const auto name = formatPrintf("[kavu]D%8.8ld.D%2.2d", list, index);
+            if (!listing_.has(name)) {
+                return;
+            }
+            removeFile(name);
+        }
+    }
+    void step() {
+        setProgressBar(withStatus_ ? parent_ : nullptr, ++steps_ * 100.0 / kDeleteSteps);
+    }
+    void status(const std::string& text) { setStatusText(withStatus_ ? parent_ : nullptr, text); }
+
+    const WorkingStore& store_;
+    UserInterface* parent_;
+    bool withStatus_;
+    Listing listing_;
+    int steps_ = 0;
+};
+
+bool isPlainInFileName(char c) {
+    constexpr std::string_view kPlain = "-_+.#@$&=,()[]{}!'~^ ";
+    return isDigit(c) || (toLowerAscii(c) >= 'a' && toLowerAscii(c) <= 'z') ||
+           kPlain.find(c) != std::string_view::npos;
+}
+
+}  // namespace
+
+WorkingStore::~WorkingStore() {
+    if (lock_ >= 0) {
+        ::close(lock_);
+    }
+}
+
+std::string WorkingStore::temporaryRoot() const {
+    for (const char* const name : {"TEMP", "TMPDIR"}) {
+        if (auto root = environment_.variable(name)) {
+            while (root->size() > 1 && root->ends_with('/')) {
+                root->pop_back();
+            }
+            return *root;
+        }
+    }
+    // Beside the settings of this user.
+    const auto beside = supportFolderPath(environment_, "x", environment_.userName, false);
+    return folderOf(beside.substr(0, beside.size() - 1));
+}
+
+bool WorkingStore::activate(UserInterface* parent, std::string_view applicationName,
+                            RandomSource& random) {
+    const auto guid = makeGuid(random);
+    const auto root = temporaryRoot();
+    folder_ = root + "/" + std::string(applicationName) + (guid ? "-" + *guid : std::string());
+    if (folderExists(folder_)) {
+        // Without anybody to ask, another copy has to be taken for running: to share its
+        // folder would mix two documents.
+        const auto reply = showBox(
+            parent,
+            "The temporary directory used by this application already exists. Only one copy of "
+            "this application can be running at any one time. Is there another copy of this "
+            "application already running?",
+            "WARNING: Temporary Directory Already Exists", Icon::Warning, Buttons::YesNo);
+        if (reply != Button::No) {
+            showBox(parent, "This application cannot run until all other copies have terminated.",
+                    "WARNING: Temporary Directory Already Exists");
+            folder_.clear();
+            return false;
+        }
+    } else if (const auto status = makePrivateFolder(); !status.ok()) {
+        showBox(parent,
+                "Error: Unable to create temporary directory '" + folder_ +
+                    "'. This software can not continue.\n\nThis software creates several folders "
+                    "and files within the location where the software was installed. Please make "
+                    "sure you have permissions to create files and folders in the location where "
+                    "this software was installed.\n\nReason: " +
+                    status.reason(),
+                "Unable To Start Application");
+        folder_.clear();
+        return false;
+    }
+    takeLock();
+    return true;
+}
+
+IoStatus WorkingStore::makePrivateFolder() const {
+    // A temporary root that the system named exists; the one beside the settings may not.
+    auto status = makeFolders(folderOf(folder_), kPrivateMode);
+    if (status.ok() && ::mkdir(folder_.c_str(), kPrivateMode) != 0) {
+        status = {folder_, errno};
+    }
+    // The user's mask may have taken more away than it should.
+    if (status.ok() && ::chmod(folder_.c_str(), kPrivateMode) != 0) {
+        status = {folder_, errno};
+    }
+    return status;
+}
+
+void WorkingStore::takeLock() {
+    // The lock goes with the process, however it ends: a folder without one is abandoned.
+    lock_ = ::open(folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (lock_ >= 0) {
+        (void)::flock(lock_, LOCK_EX | LOCK_NB);
+    }
+}
+
+void WorkingStore::deactivate(UserInterface* parent) {
+    if (!active()) {
+        return;
+    }
+    if (const auto status = deleteFolder(folder_); !status.ok()) {
+        showBox(parent, formatPrintf("Unable to delete: %s\n\n%s", status.path(), status.reason()),
+                "ERROR: Unable To Delete Folder");
+    }
+    if (lock_ >= 0) {
+        ::close(lock_);
+        lock_ = -1;
+    }
+    folder_.clear();
+}
+
+std::string WorkingStore::pathOf(std::string_view name) const {
+    return (folder_.empty() ? std::string(".") : folder_) + "/" + std::string(name);
+}
+
+bool WorkingStore::deleteFiles(UserInterface* parent, std::string_view pattern) const {
+    if (pattern.find('*') == std::string_view::npos) {
+        const auto path = pathOf(pattern);
+        return !isPlainFile(path) || deleteReported(parent, path);
+    }
+    std::vector<FolderEntry> entries;
+    bool good = listFolder(pathOf({}), entries).ok();
+    for (const auto& entry : entries) {
+        if (!entry.isFolder && matchesWildcard(entry.name, pattern)) {
+            yieldToInterface(parent);
+            good = deleteReported(parent, pathOf(entry.name)) && good;
+        }
+    }
+    return good;
+}
+
+void WorkingStore::clearDocumentFiles(UserInterface* parent) const {
+    if (active()) {
+        DocumentFiles(*this, parent, true).remove();
+    }
+}
+
+void WorkingStore::verifyNoDocumentFiles(UserInterface* parent) const {
+    // The store is new, so there is normally nothing; one that was found to exist is cleaned.
+    if (active()) {
+        DocumentFiles(*this, parent, false).remove();
+    }
+}
+
+std::string safeFileName(std::string_view name) {
+    std::string safe;
+    for (std::size_t i = 0; i < name.size(); ++i) {
+        const char c = name[i];
+        const bool atEdge =
+            (i == 0 && (c == '.' || c == ' ')) || (i + 1 == name.size() && (c == '.' || c == ' '));
+        const bool readable =
+            isPlainInFileName(c) || (static_cast<unsigned char>(c) >= 0x80 && isValidUtf8(name));
+        if (readable && !atEdge) {
+            safe.push_back(c);
+        } else {
+            safe += formatPrintf("%%%2.2X", static_cast<unsigned char>(c));
+        }
+    }
+    return safe;
+}
+
+}  // namespace kavu
