@@ -12,6 +12,8 @@
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
 
+#include <unordered_set>
+
 namespace kavu {
 
 namespace {
@@ -32,6 +34,15 @@ class Builder {
         : context_(context), parent_(parent), target_(target) {}
 
     bool run() {
+        // One listing tells what is there. To try every name would cost a call for each, and
+        // a name whose file can not be reached would pass for one that does not exist.
+        if (const auto status = listStore(); !status.ok()) {
+            showBox(
+                parent_,
+                formatPrintf("Unable to read '%s'\n\nReason: %s", status.path(), status.reason()),
+                kSaveTitle);
+            return false;
+        }
         for (const auto& kind : groupKinds()) {
             // The C group has no file; it is generated in front of the H group.
             if (kind.letter == 'H' && !saveConversions()) {
@@ -45,6 +56,15 @@ class Builder {
     }
 
   private:
+    IoStatus listStore() {
+        std::vector<FolderEntry> entries;
+        const auto status = listFolder(context_.store.folder(), entries);
+        for (auto& entry : entries) {
+            names_.insert(std::move(entry.name));
+        }
+        return status;
+    }
+
     bool saveConversions() {
         return !context_.steps.saveConversions || context_.steps.saveConversions(parent_, target_);
     }
@@ -52,12 +72,10 @@ class Builder {
     bool saveGroup(const GroupKind& kind) {
         if (!kind.indexed) {
             const bool needed = kind.letter == 'G';
-            return (!needed && !fileExists(context_.store.pathOf(groupFile(kind.letter)))) ||
-                   saveFile(kind, 0);
+            return (!needed && !names_.contains(groupFile(kind.letter))) || saveFile(kind, 0);
         }
         for (int index = kLeastGroupIndex; index <= kMostGroupIndex; ++index) {
-            if (fileExists(context_.store.pathOf(groupFile(kind.letter, index))) &&
-                !saveFile(kind, index)) {
+            if (names_.contains(groupFile(kind.letter, index)) && !saveFile(kind, index)) {
                 return false;
             }
         }
@@ -102,6 +120,7 @@ class Builder {
     DocumentContext& context_;
     UserInterface* parent_;
     FileWriter& target_;
+    std::unordered_set<std::string> names_;
     unsigned lineCounter_ = 0;
 };
 
@@ -145,10 +164,12 @@ bool putIntoGeneralFile(DocumentContext& context, UserInterface* parent, const s
 /// A document without any G command can be saved: its G file is made first.
 bool ensureGeneralFile(DocumentContext& context, UserInterface* parent) {
     const auto path = context.store.pathOf(working::kGeneral);
-    if (fileExists(path)) {
+    PathKind kind = PathKind::Missing;
+    auto status = probePath(path, kind);
+    if (status.ok() && kind != PathKind::Missing) {
         return true;
     }
-    const auto status = writeWholeFile(path, {});
+    status = status.ok() ? writeWholeFile(path, {}) : status;
     if (!status.ok()) {
         reportUnableToWrite(parent, status);
     }

@@ -237,14 +237,14 @@ IoStatus FileWriter::open(const std::string& path, WriteMode mode) {
     status_ = {};
     position_ = 0;
     // Not blocking, so that a pipe without a reader is a failure and not a hang.
-    descriptor_ = openFile(path, O_WRONLY | O_CREAT | O_NONBLOCK |
-                                     (mode == WriteMode::Append ? O_APPEND : O_TRUNC));
+    descriptor_ = openFile(
+        path, O_WRONLY | O_CREAT | O_NONBLOCK | (mode == WriteMode::Append ? O_APPEND : O_TRUNC));
     if (descriptor_ < 0) {
         status_ = {path, errno};
         return status_;
     }
     ::fcntl(descriptor_, F_SETFL, mode == WriteMode::Append ? O_APPEND : 0);
-    if if (mode == WriteMode::Append) {
+    if (mode == WriteMode::Append) {
         struct stat info {};
         if (::fstat(descriptor_, &info) == 0) {
             position_ = static_cast<std::uint64_t>(info.st_size);

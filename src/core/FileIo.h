@@ -110,7 +110,8 @@ class FileWriter {
 [[nodiscard]] IoStatus replaceFile(const std::string& path, std::string_view bytes);
 [[nodiscard]] IoStatus writeWholeFile(const std::string& path, std::string_view bytes);
 /// Copies the bytes of a file, overwriting the target. The status names the file that
-/// failed; a file is not copied over itself. With `durable` the copy is complete on the disk when this returns.
+/// failed; a file is not copied over itself. With `durable` the copy is complete on the disk when
+/// this returns.
 [[nodiscard]] IoStatus copyFile(const std::string& from, const std::string& to,
                                 bool durable = false);
 [[nodiscard]] IoStatus deleteFile(const std::string& path);

@@ -166,10 +166,12 @@ void Messages::showLog(UserInterface* parent, const std::string& documentPath,
 bool Messages::showDialog(UserInterface* parent, const std::string& title,
                           const std::string& subtitle, const std::string& path) const {
     std::string text;
-    if (!fileExists(path)) {
+    PathKind kind = PathKind::Missing;
+    auto status = probePath(path, kind);
+    if (status.ok() && kind == PathKind::Missing) {
         return false;
     }
-    const auto status = readWholeFile(path, text);
+    status = status.ok() ? readWholeFile(path, text) : status;
     (void)deleteFile(path);
     if (parent == nullptr || (status.ok() && text.empty())) {
         return false;

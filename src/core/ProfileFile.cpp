@@ -353,11 +353,13 @@ IoStatus ProfileFile::flush() {
         return {};
     }
     const auto bytes = serialise();
-    if (bytes.empty() && !fileExists(path_)) {
+    PathKind kind = PathKind::Missing;
+    auto status = bytes.empty() ? probePath(path_, kind) : IoStatus();
+    if (status.ok() && bytes.empty() && kind == PathKind::Missing) {
         changed_ = false;
         return {};
     }
-    const auto status = replaceFile(path_, bytes);
+    status = status.ok() ? replaceFile(path_, bytes) : status;
     changed_ = !status.ok();
     return status;
 }
