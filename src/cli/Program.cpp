@@ -14,6 +14,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <exception>
 #include <new>
 #include <ostream>
 
@@ -187,6 +188,17 @@ class Run {
     CommandOutput output_;
 };
 
+/// The end of a run that could not go on.
+ExitStatus endedEarly(const CommandLine& line, ProgramStreams streams, const char* reason) {
+    streams.err << "kavu-cli: " << reason << std::endl;
+    if (line.json) {
+        OpenedFile file;
+        file.file = line.file;
+        printAll(streams, printed(fileMembers(file, ScriptedInterface({}, streams.err))));
+    }
+    return ExitStatus::Failed;
+}
+
 }  // namespace
 
 ExitStatus runProgram(const std::vector<std::string>& arguments, const Environment& environment,
@@ -199,8 +211,11 @@ ExitStatus runProgram(const std::vector<std::string>& arguments, const Environme
     try {
         return Run(*parsed.line, environment, streams, interrupted).run();
     } catch (const std::bad_alloc&) {
-        streams.err << "kavu-cli: there is not enough memory." << std::endl;
-        return ExitStatus::Failed;
+        return endedEarly(*parsed.line, streams, "there is not enough memory");
+    } catch (const std::exception& error) {
+        // Nothing in the logic throws; if it ever does, the store is gone all the same, and
+        // a script gets its document.
+        return endedEarly(*parsed.line, streams, error.what());
     }
 }
 

@@ -48,9 +48,9 @@ class UnreadableTest(kavu.KavuTest):
             self.assertIn("Unable to open 'x'", self.refused(*arguments))
         self.assertEqual(os.listdir(self.work), [])
 
-    def test_a_temporary_root_that_is_not_there(self):
-        self.write("in.tma", SIMPLE)
-        result = self.run_json("check", "in.tma", env={"TEMP": self.path("absent/root")})
+    def test_a_temporary_root_that_can_not_be_used(self):
+        path = self.write("in.tma", SIMPLE)
+        result = self.run_json("check", "in.tma", env={"TEMP": path + "/root"})
         self.assertEqual(result.status, FAILED)
         self.assertIs(result.json["opened"], False)
         self.assertIn("Unable to create temporary directory", result.json["messages"][0]["text"])

@@ -59,7 +59,7 @@ class StoreTest(kavu.KavuTest):
         self.write("file", "x")
         result = self.store("file/store")
         self.assertEqual(result.status, FAILED)
-        self.assertIn("Not a directory", str(result.json["messages"]))
+        self.assertIn("'file': ", result.json["messages"][0]["text"])
 
     def test_a_file_that_is_not_opened_makes_no_folder(self):
         self.assertEqual(self.store("store", data="G\\PN").status, FAILED)

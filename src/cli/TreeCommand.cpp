@@ -1,0 +1,87 @@
+#include "application/Application.h"
+#include "cli/Commands.h"
+#include "cli/TerminalText.h"
+#include "conversion/ConversionStore.h"
+#include "groups/DocumentTree.h"
+
+namespace kavu::cli {
+
+namespace {
+
+Json linkJson(const DataLinkNode& link) {
+    Json embedded = Json::array();
+    for (const auto& name : link.embedded) {
+        embedded.push_back(jsonText(name));
+    }
+    return {{"name", jsonText(link.name)},
+            {"kind", jsonText(link.kind)},
+            {"group", link.group},
+            {"measurements", link.measurements},
+            {"embedded", std::move(embedded)}};
+}
+
+Json sourceJson(const DataSourceNode& source) {
+    Json links = Json::array();
+    for (const auto& link : source.links) {
+        links.push_back(linkJson(link));
+    }
+    return {{"name", jsonText(source.name)},          {"type", jsonText(source.type)},
+            {"class", std::string(1, source.letter)}, {"group", source.group},
+            {"multiplex", source.multiplex},          {"links", std::move(links)}};
+}
+
+/// "T-1", or nothing for an index of 0.
+std::string groupName(char letter, int index) {
+    return index > 0 ? std::string(1, letter) + "-" + std::to_string(index) : std::string();
+}
+
+std::string countText(long count, const char* what) {
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+/// The tree for a person: indented names, and columns with what is known of them.
+std::string treeText(const DocumentTree& tree) {
+    std::vector<std::vector<std::string>> rows;
+    for (const auto& source : tree.dataSources) {
+        // The class T is a recorder, whose group letter is R.
+        const char letter = source.letter == 'R' ? 'T' : 'R';
+        rows.push_back({terminalLine(source.name), terminalLine(source.type),
+                        groupName(letter, source.group), groupName('M', source.multiplex)});
+        for (const auto& link : source.links) {
+            rows.push_back({"  " + terminalLine(link.name), terminalLine(link.kind),
+                            countText(link.measurements, "measurement")});
+            for (const auto& name : link.embedded) {
+                rows.push_back({"    " + terminalLine(name), "embedded"});
+            }
+        }
+    }
+    return alignedTable(rows);
+}
+
+}  // namespace
+
+bool treeCommand(CommandContext& context, CommandOutput& output) {
+    auto& application = context.application;
+    const DocumentTree tree = readDocumentTree(application.context(), context.ui);
+    const auto names =
+        application.conversions().definitionNames(-1).value_or(std::vector<std::string>());
+
+    Json sources = Json::array();
+    for (const auto& source : tree.dataSources) {
+        sources.push_back(sourceJson(source));
+    }
+    Json conversions = Json::array();
+    output.text = treeText(tree);
+    if (!names.empty()) {
+        output.text += "Data conversions\n";
+    }
+    for (const auto& name : names) {
+        conversions.push_back(jsonText(name));
+        output.text += "  " + terminalLine(name) + "\n";
+    }
+    output.members["dataSources"] = std::move(sources);
+    output.members["conversions"] = std::move(conversions);
+    return true;
+}
+
+}  // namespace kavu::cli
