@@ -1,0 +1,310 @@
+#!/usr/bin/env python3
+"""Lets every file call of an open and a save fail once, one by one.
+
+A first run records the calls. Then each of them fails in a run of its own, and each time:
+the program ends by itself; the source is untouched; the former contents of the target or
+the new ones are whole, in the target or in its backup, and a partial target has been
+reported; a run that says it is done has written exactly the right bytes; a run that failed
+says which file and why; and nothing stays in the temporary root.
+"""
+
+import errno
+import os
+import subprocess
+import unittest
+from collections import namedtuple
+from concurrent.futures import ThreadPoolExecutor
+
+import support
+
+FORMER = b"G\\PN:FORMER;\r\n" + b"G\\COM:what the target held before;\r\n" * 40
+OLDER_BACKUP = b"G\\PN:OLDER;\r\n"
+ERRORS = (errno.ENOSPC, errno.EIO, errno.EACCES)
+WORKERS = 2
+
+Call = namedtuple("Call", "number name access path second missing")
+Fault = namedtuple("Fault", "call code short")
+
+
+def recorded_calls(log):
+    missing = set()
+    rows = []
+    for line in log.read_text().splitlines():
+        cells = line.split("\t")
+        if cells[1] == "missing":
+            missing.add(int(cells[0]))
+        else:
+            rows.append(cells)
+    return [Call(int(number), name, access, path, second, int(number) in missing)
+            for number, name, access, path, second in rows]
+
+
+class Plan:
+    """One way to run the program, and what a good run of it makes."""
+
+    def __init__(self, name, options, source, settings=None, backs_up=True, puts_back=False):
+        self.name = name
+        self.options = options
+        self.source = source
+        self.settings = settings
+        self.backs_up = backs_up
+        self.puts_back = puts_back
+        self.right = None
+        self.calls = []
+
+    def case(self, workshop, name):
+        case = workshop.case(f"{self.name}-{name}", self.source, FORMER, OLDER_BACKUP)
+        if self.settings is not None:
+            case.settings.write_text(self.settings)
+        return case
+
+    def run(self, case, faults):
+        options = list(self.options)
+        if self.settings is not None:
+            options += ["--settings", case.settings]
+        return case.save(*options, faults=faults)
+
+    def record(self, workshop):
+        """A good run: what it writes, and the calls it makes."""
+        case = self.case(workshop, "recorded")
+        log = workshop.folder / f"{self.name}.log"
+        outcome = self.run(case, {"LOG": log})
+        problems = []
+        if outcome.status not in (0, 1):
+            problems.append(f"a run without faults fails: {outcome}")
+        self.right = support.contents(case.target)
+        if self.backs_up and support.contents(case.backup) != FORMER:
+            problems.append("a run without faults makes no backup")
+        if case.left_in_temp():
+            problems.append(f"a run without faults leaves {case.left_in_temp()}")
+        self.calls = [call._replace(path=os.path.relpath(call.path, case.root),
+                                    second=call.second and os.path.relpath(call.second, case.root))
+                      for call in recorded_calls(log)]
+        case.remove()
+        return problems
+
+
+# What may fail without failing the run, each with the reason why. In every such run the
+# output is compared all the same.
+def is_closing_of_read_file(plan, fault):
+    return fault.call.name == "close" and fault.call.access in "rd"
+
+
+def is_removal(plan, fault):
+    return fault.call.name in ("unlink", "rmdir") and fault.call.path.startswith("temp/")
+
+
+def is_behind_the_save(plan, fault):
+    return fault.call.number > plan.last_of_save and fault.call.path.startswith("temp")
+
+
+def is_settings(plan, fault):
+    return fault.call.path.startswith("home")
+
+
+def is_probe_of_missing_file(plan, fault):
+    return fault.call.missing and fault.call.name in ("stat", "lstat", "open", "access")
+
+
+def is_lock(plan, fault):
+    return fault.call.name == "flock"
+
+
+def is_backup_that_is_given_up(plan, fault):
+    paths = (fault.call.path, fault.call.second)
+    return plan.puts_back and plan.backs_up and "target/out.bak" in paths
+
+
+HARMLESS = [
+    ("nothing is lost by the closing of a file that was only read", is_closing_of_read_file),
+    ("a scratch file that can not be removed goes with the folder", is_removal),
+    ("the document is saved; what is left behind is told", is_behind_the_save),
+    ("settings have defaults, and a run does not need to store them", is_settings),
+    ("a file that is not there holds nothing to lose", is_probe_of_missing_file),
+    ("the lock only keeps a living store out of the list of abandoned ones", is_lock),
+    ("the answer yes goes on without a backup; the former contents are kept in the store",
+     is_backup_that_is_given_up),
+]
+
+
+def harmless(plan, fault):
+    for reason, matches in HARMLESS:
+        if matches(plan, fault):
+            return reason
+    return None
+
+
+class Judge:
+    """Holds one run with a fault against what must be true."""
+
+    def __init__(self, plan, case, fault, outcome):
+        self.plan = plan
+        self.case = case
+        self.fault = fault
+        self.outcome = outcome
+        self.problems = []
+
+    def verdict(self):
+        if self.outcome.status is None:
+            return ["it hangs"]
+        if self.outcome.status not in (0, 1, 2):
+            return [f"it ends with status {self.outcome.status}"]
+        self._source()
+        self._target()
+        if self.outcome.status == 2:
+            self._message()
+        else:
+            self._success()
+        self._temporary_root()
+        return self.problems
+
+    def _source(self):
+        if support.contents(self.case.source) != self.plan.source:
+            self.problems.append("the source has changed")
+
+    def _target(self):
+        target = support.contents(self.case.target)
+        backup = support.contents(self.case.backup)
+        if target in (FORMER, self.plan.right):
+            return
+        if self.plan.puts_back:
+            self.problems.append("the target is neither the former nor the new file")
+        elif backup != FORMER:
+            self.problems.append("the target is partial and the backup is not the former file")
+        elif self.outcome.status != 2:
+            self.problems.append("the target is partial and the run says it is done")
+
+    def _says_why(self):
+        reason = os.strerror(self.fault.code)
+        paths = [self.case.root / path for path in (self.fault.call.path, self.fault.call.second)
+                 if path]
+        # A folder stands for the files in it: a failed sync of it is told for the target.
+        return reason in self.outcome.err and any(str(path) in self.outcome.err for path in paths)
+
+    def _message(self):
+        if not self._says_why():
+            self.problems.append("the message does not name the file and the reason")
+
+    def _success(self):
+        if support.contents(self.case.target) != self.plan.right:
+            self.problems.append("the run says it is done, and the output is not right")
+        if harmless(self.plan, self.fault) is None:
+            self.problems.append("the run says it is done, and no reason is known")
+
+    def _temporary_root(self):
+        left = self.case.left_in_temp()
+        if not left:
+            return
+        if not (is_removal(self.plan, self.fault) or is_behind_the_save(self.plan, self.fault)
+                or self.outcome.status == 2 and self.fault.call.name in ("opendir", "readdir")):
+            self.problems.append(f"left in the temporary root: {left[:5]}")
+        elif not self._says_why():
+            self.problems.append(f"left in the temporary root without a word: {left[:5]}")
+
+
+class TortureTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.workshop = support.Workshop()
+        cls.addClassCleanup(cls.workshop.close)
+
+    def faults_of(self, plan):
+        for call in plan.calls:
+            important = call.path.startswith(("source/", "target/")) or call.path == "target"
+            codes = ERRORS if important else (ERRORS[call.number % len(ERRORS)],)
+            for code in codes:
+                yield Fault(call, code, False)
+            if call.name == "write":
+                yield Fault(call, errno.ENOSPC, True)
+
+    def judge(self, plan, fault):
+        short = "-short" if fault.short else ""
+        case = plan.case(self.workshop, f"{fault.call.number}-{fault.code}{short}")
+        faults = {"AT": fault.call.number, "ERRNO": fault.code}
+        if fault.short:
+            faults["SHORT"] = 1
+        outcome = plan.run(case, faults)
+        problems = Judge(plan, case, fault, outcome).verdict()
+        case.remove()
+        if not problems:
+            return None
+        call = fault.call
+        return (f"call {call.number} {call.name}({call.path} {call.second}) access {call.access} "
+                f"missing {call.missing} fails with {errno.errorcode[fault.code]}{short}: "
+                f"{'; '.join(problems)}\n{outcome}")
+
+    def torture(self, plan):
+        problems = plan.record(self.workshop)
+        self.assertEqual(problems, [])
+        of_target = [call.number for call in plan.calls if call.path.startswith("target")]
+        plan.last_of_save = max(of_target)
+        names = {call.name for call in plan.calls}
+        self.assertLessEqual({"open", "read", "write", "close", "fsync", "mkdir", "rmdir"}, names)
+        faults = list(self.faults_of(plan))
+        self.assertGreater(len(faults), 200)
+        with ThreadPoolExecutor(WORKERS) as pool:
+            found = [text for text in pool.map(lambda fault: self.judge(plan, fault), faults)
+                     if text is not None]
+        print(f"{plan.name}: {len(plan.calls)} calls, {len(faults)} faults, "
+              f"{len(found)} findings", flush=True)
+        self.assertEqual(len(found), 0, "\n\n".join(found[:int(os.environ.get("FINDINGS", 20))]))
+
+    def test_with_backup(self):
+        self.torture(Plan("backup", [], support.small_document()))
+
+    def test_without_backup_the_former_contents_are_put_back(self):
+        self.torture(Plan("put-back", ["--answer-all", "yes"], support.small_document(),
+                          settings="[KAVU-9]\r\nCreateBackup=0\r\n", backs_up=False,
+                          puts_back=True))
+
+    def test_with_backup_and_put_back(self):
+        self.torture(Plan("both", ["--answer-all", "yes"], support.small_document(),
+                          puts_back=True))
+
+    def test_with_migration(self):
+        source = support.small_document().replace(b"G\\106:09", b"G\\106:07")
+        self.torture(Plan("migration", ["--edition", "2011"], source))
+
+
+class ShimTest(unittest.TestCase):
+    """A file call that goes past the shim would never be tested."""
+
+    COUNTED = {
+        "open", "open64", "openat", "openat64", "creat", "__open_2", "__open64_2", "__read_chk",
+        "read", "pread", "write", "pwrite", "lseek", "close", "fsync", "fdatasync", "ftruncate",
+        "flock", "rename", "unlink", "mkdir", "rmdir", "access", "opendir", "readdir",
+        "readdir64", "closedir", "chmod", "stat", "stat64", "lstat", "lstat64", "fstat", "fstat64",
+    }
+    # Every other name by which the system's library touches files.
+    OTHER = {
+        "fopen", "fopen64", "freopen", "fdopen", "tmpfile", "mkstemp", "mkstemp64", "mkdtemp",
+        "openat2", "readv", "writev", "preadv", "pwritev", "pread64", "pwrite64", "lseek64",
+        "ftruncate64", "truncate", "truncate64", "sendfile", "copy_file_range", "mmap", "mmap64",
+        "msync", "renameat", "renameat2", "unlinkat", "mkdirat", "link", "linkat", "symlink",
+        "symlinkat", "readlink", "readlinkat", "realpath", "__realpath_chk", "fchmod",
+        "fchmodat", "chown", "fchown", "lchown", "utimensat", "futimens", "utimes", "faccessat",
+        "euidaccess", "scandir", "ftw", "nftw", "fts_open", "glob", "fstatat", "fstatat64",
+        "statx", "statfs", "statvfs", "fstatvfs", "remove", "lockf", "lockf64", "opendir64",
+        "fdopendir", "posix_fallocate", "posix_fallocate64", "fallocate", "dup", "dup2", "splice",
+        "syncfs", "sync", "sync_file_range", "__xstat", "__fxstat", "__lxstat", "__pread_chk",
+        "__openat_2", "__readlink_chk",
+    }
+    # The path of the program itself, which is no file of a document.
+    ALLOWED = {"readlink", "__readlink_chk"}
+
+    def imported(self):
+        done = subprocess.run(["nm", "-D", "--undefined-only", support.needed("KAVU_CLI")],
+                              capture_output=True, text=True, check=True)
+        return {line.split()[-1].split("@")[0] for line in done.stdout.splitlines() if line.strip()}
+
+    def test_every_file_call_of_the_program_passes_the_shim(self):
+        names = self.imported()
+        self.assertIn("open", {name.removesuffix("64") for name in names})
+        self.assertEqual(names & (self.OTHER - self.ALLOWED), set())
+        streams = {name for name in names if "basic_filebuf" in name or "fstream" in name
+                   or "10filesystem" in name}
+        self.assertEqual(streams, set())
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
