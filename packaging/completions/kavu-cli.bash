@@ -1,0 +1,65 @@
+# Completion of kavu-cli for bash.
+
+_kavu_cli() {
+    local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]} command="" word
+    local common="--json --settings --answer --answer-all --now --progress --quiet --version --help"
+    local index
+    COMPREPLY=()
+
+    for ((index = 1; index < COMP_CWORD; index++)); do
+        word=${COMP_WORDS[index]}
+        case $word in
+            --settings | --answer | --answer-all | --now | --progress) ((index++)) ;;
+            -*) ;;
+            check | save | store | tree | recover)
+                command=$word
+                break
+                ;;
+        esac
+    done
+
+    case $previous in
+        --progress) COMPREPLY=($(compgen -W "auto always never" -- "$current")); return ;;
+        --answer-all) COMPREPLY=($(compgen -W "yes no cancel" -- "$current")); return ;;
+        --edition)
+            COMPREPLY=($(compgen -W "1996 1999 2000 2001 2004 2005 2007 2009 2011" -- "$current"))
+            return
+            ;;
+        --answer | --now) return ;;
+        --into)
+            compopt -o filenames 2>/dev/null
+            mapfile -t COMPREPLY < <(compgen -d -- "$current")
+            return
+            ;;
+        --settings | -o | --output)
+            compopt -o filenames 2>/dev/null
+            mapfile -t COMPREPLY < <(compgen -f -- "$current")
+            return
+            ;;
+    esac
+
+    if [[ $current == -* ]]; then
+        case $command in
+            save) common+=" --output --edition" ;;
+            store) common+=" --into" ;;
+            recover) common+=" --output --list" ;;
+        esac
+        COMPREPLY=($(compgen -W "$common" -- "$current"))
+    elif [[ -z $command ]]; then
+        COMPREPLY=($(compgen -W "check save store tree recover" -- "$current"))
+    else
+        compopt -o filenames 2>/dev/null
+        if [[ $command == recover ]]; then
+            mapfile -t COMPREPLY < <(compgen -d -- "$current")
+        else
+            while IFS= read -r word; do
+                case ${word,,} in
+                    *.tma | *.tmt) COMPREPLY+=("$word") ;;
+                    *) [[ -d $word ]] && COMPREPLY+=("$word") ;;
+                esac
+            done < <(compgen -f -- "$current")
+        fi
+    fi
+}
+
+complete -F _kavu_cli kavu-cli
