@@ -88,6 +88,16 @@ class Run {
         file_.file = line.file;
     }
 
+    Run(const Run&) = delete;
+    Run& operator=(const Run&) = delete;
+    /// On a run that could not go on the working store must go too.
+    ~Run() {
+        if (started_) {
+            application_.context().document.changed = false;
+            (void)application_.shutDown(nullptr);
+        }
+    }
+
     ExitStatus run() {
         tellMissingSettings();
         bool done = false;

@@ -1,0 +1,101 @@
+"""Moving a document between editions."""
+
+import os
+import unittest
+
+import kavu
+from kavu import CLEAN, REPORTED
+
+
+class EditionTest(kavu.KavuTest):
+    def converted(self, data, year, source=None):
+        options = ["--edition", str(year)]
+        if source:
+            self.write("in.ini", "[KAVU-9]\r\nIRIGInputVersion=%d\r\n" % source)
+            options += ["--settings", "in.ini"]
+        return self.saved(data, *options)
+
+    def test_a_move_from_2005_to_2009_changes_one_field_only(self):
+        data = b"G\\FN:out.tma;\r\nG\\106:05;\r\nT-1\\RF4:OTHR;\r\nR-1\\TC1:CASS;\r\n"
+        saved = self.without_banner(self.converted(data, 2009))
+        self.assertEqual(saved, data.replace(b"106:05", b"106:09"))
+
+    def test_to_1996_the_edition_field_is_removed(self):
+        self.assertEqual(self.converted("G\\106:09;G\\PN:A;", 1996), b"G\\PN:A;\r\n")
+
+    def test_the_number_of_2000_is_00(self):
+        self.assertIn(b"G\\106:00;\r\n", self.converted("G\\106:01;", 2000))
+
+    def test_an_edition_field_is_added_when_there_is_none(self):
+        self.assertIn(b"G\\106:09;\r\n", self.converted("G\\PN:A;", 2009, source=2007))
+
+    def test_the_note_names_both_editions(self):
+        self.write("in.tma", "G\\106:05;")
+        result = self.run_json("save", "in.tma", "-o", "out.tma", "--edition", "2009")
+        self.assertEqual(result.status, REPORTED)
+        self.assertEqual(result.ids(), [444])
+        text = result.json["messages"][0]["text"]
+        self.assertIn("05", text)
+        self.assertIn("09", text)
+
+    def test_values_of_1996_become_those_of_1999(self):
+        data = "T-1\\RF4:OTHER;T-1\\GST7:OTH;R-1\\TC1:OTH;R-1\\TC7:OTH;"
+        saved = self.converted(data, 1999, source=1996)
+        for command in (b"T-1\\RF4:OTHR;", b"T-1\\GST7:OTHER;", b"R-1\\TC1:OTHR;",
+                        b"R-1\\TC7:OT;"):
+            self.assertIn(command + b"\r\n", saved)
+
+    def test_values_of_1999_become_those_of_1996(self):
+        data = "G\\106:99;T-1\\RF4:OTHR;T-1\\GST7:OTHER;R-1\\TC1:CASS;R-1\\TC7:OT;R-1\\TT:X;"
+        saved = self.converted(data, 1996)
+        self.assertIn(b"T-1\\RF4:OTHER;\r\n", saved)
+        self.assertIn(b"R-1\\TC7:OTH;\r\n", saved)
+        self.assertNotIn(b"CASS", saved)
+        self.assertNotIn(b"R-1\\TT:", saved)
+
+    def test_fqpsk_b_goes_below_2000(self):
+        self.assertNotIn(b"FQPSK-B", self.converted("G\\106:00;T-1\\RF4:FQPSK-B;", 1999))
+        self.assertIn(b"FQPSK-B", self.converted("G\\106:00;T-1\\RF4:FQPSK-B;", 2001))
+
+
+class WorkingStoreTest(kavu.KavuTest):
+    """The names and places of the working store."""
+
+    def test_s_files_of_a_document_of_2004_are_not_saved_and_go_with_the_folder(self):
+        files = self.stored("G\\106:04;S-1\\X:A;")
+        self.assertIn("[kavu]PCMS.S01", files)
+        self.assertNotIn(b"S-1", self.saved("G\\106:04;S-1\\X:A;"))
+
+    def test_the_folder_is_private_and_named_by_a_guid(self):
+        self.write("big.tma", kavu.big_document(40))
+        process = self.start("check", "big.tma")
+        self.wait_for(lambda: self.store_folder() is not None, process)
+        folder = self.store_folder()
+        mode = os.stat(folder).st_mode & 0o777
+        kavu.interrupt(process)
+        self.finish(process)
+        self.assertEqual(mode, 0o700)
+        self.assertRegex(os.path.basename(folder),
+                         r"^KAVU-9-[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}$")
+
+    def test_without_temp_the_store_lies_beside_the_settings(self):
+        self.write("big.tma", kavu.big_document(40))
+        found = []
+
+        def store():
+            found[:] = [os.path.join(folder, name)
+                        for folder, names, _ in os.walk(self.home) for name in names
+                        if name.startswith("KAVU-9-")]
+            return bool(found)
+
+        process = self.start("check", "big.tma", env={"TEMP": ""})
+        self.wait_for(store, process)
+        folder = found[0]
+        kavu.interrupt(process)
+        self.finish(process)
+        self.assertIn("KavuSupportFiles", folder)
+        self.assertFalse(store(), found)
+
+
+if __name__ == "__main__":
+    kavu.main()
