@@ -1,0 +1,157 @@
+#include "groups/DocumentTree.h"
+
+#include "core/Text.h"
+#include "core/TmatsDocument.h"
+#include "core/UserInterface.h"
+#include "groups/DataSources.h"
+#include "groups/MeasurementNames.h"
+
+#include <algorithm>
+#include <array>
+#include <unordered_map>
+
+namespace kavu {
+
+namespace {
+
+constexpr int kMessageDataEdition = 2009;
+
+struct FormatText {
+    std::string_view format;
+    std::string_view text;
+};
+constexpr auto kFormatTexts = std::to_array<FormatText>({
+    {"ONE", "PCM (Class 1)"},
+    {"TWO", "PCM (Class 2)"},
+    {"PKTM", "Packet"},
+    {"1553", "1553"},
+});
+
+std::string formatText(const std::string& format) {
+    for (const auto& row : kFormatTexts) {
+        if (row.format == format) {
+            return std::string(row.text);
+        }
+    }
+    return format;
+}
+
+/// Everything that the rows of the tree are made of, from one look into each group file.
+class TreeReader {
+  public:
+    TreeReader(DocumentContext& context, UserInterface* parent)
+        : context_(context),
+          parent_(parent),
+          radios_(context, parent, 'T'),
+          recorders_(context, parent, 'R'),
+          buses_(context, parent, 'B'),
+          messages_(context, parent, 'S'),
+          pams_(context, parent, 'A'),
+          files_(context, parent) {
+        // What could be read is shown; the rest has been reported.
+        (void)readMultiplexes(context, parent, multiplexes_);
+        (void)readPcmLinks(context, parent, formats_);
+        for (const auto& format : formats_) {
+            formatOf_.try_emplace(format.link, &format);
+        }
+        for (const auto& format : formats_) {
+            formatOf_.try_emplace(lowerAscii(format.link), &format);
+        }
+    }
+
+    DocumentTree read() {
+        DocumentTree tree;
+        std::vector<DataSource> sources;
+        readDataSources(context_, parent_, sources);
+        for (const auto& source : sources) {
+            tree.dataSources.push_back(sourceRow(source));
+        }
+        return tree;
+    }
+
+  private:
+    TreeSource sourceRow(const DataSource& source) {
+        TreeSource row;
+        row.name = source.name;
+        row.type = source.type;
+        row.sourceClass = dataSourceClass(source.type);
+        if (row.sourceClass != 'T') {
+            row.group = radios_.find(source.name);
+        }
+        if (row.group == 0 && row.sourceClass != 'R') {
+            row.group = recorders_.find(source.name);
+        }
+        const bool exact = std::any_of(
+            multiplexes_.begin(), multiplexes_.end(),
+            [&](const Multiplex& multiplex) { return multiplex.source == source.name; });
+        for (const auto& multiplex : multiplexes_) {
+            if (source.name.empty() || !(exact ? multiplex.source == source.name
+                                               : equalsIgnoreCase(multiplex.source, source.name))) {
+                continue;
+            }
+            row.multiplex = row.multiplex == 0 ? multiplex.index : row.multiplex;
+            for (const auto& link : multiplex.links) {
+                row.links.push_back(linkRow(link));
+            }
+        }
+        return row;
+    }
+
+    TreeLink linkRow(const std::string& link) {
+        TreeLink row;
+        row.name = link;
+        if (const auto* const format = formatNamed(link); format != nullptr) {
+            row.kind = formatText(format->format);
+            row.group = format->index;
+            row.embedded = format->embedded;
+        } else if (const int bus = buses_.find(link); bus > 0) {
+            row.kind = "1553";
+            row.group = bus;
+        } else if (const int message = messages_.find(link); message > 0) {
+            row.kind = context_.document.version >= kMessageDataEdition ? "Message Data" : "Packet";
+            row.group = message;
+        } else if (const int pam = pams_.find(link); pam > 0) {
+            row.kind = "PAM";
+            row.group = pam;
+        }
+        row.measurements = measurementCount(link);
+        return row;
+    }
+
+    const PcmLinks* formatNamed(const std::string& link) const {
+        auto it = formatOf_.find(link);
+        it = it == formatOf_.end() ? formatOf_.find(lowerAscii(link)) : it;
+        return it == formatOf_.end() ? nullptr : it->second;
+    }
+
+    /// A link may stand in more than one multiplex; its file is read once.
+    std::size_t measurementCount(const std::string& link) {
+        const auto [it, added] = counts_.try_emplace(link, 0);
+        if (added) {
+            files_.readNames(parent_, link, [&count = it->second](std::string_view) { ++count; });
+        }
+        return it->second;
+    }
+
+    DocumentContext& context_;
+    UserInterface* parent_;
+    GroupNames radios_;
+    GroupNames recorders_;
+    GroupNames buses_;
+    GroupNames messages_;
+    GroupNames pams_;
+    StreamFiles files_;
+    std::vector<Multiplex> multiplexes_;
+    std::vector<PcmLinks> formats_;
+    /// By the name as it is, and in lower case.
+    std::unordered_map<std::string, const PcmLinks*> formatOf_;
+    std::unordered_map<std::string, std::size_t> counts_;
+};
+
+}  // namespace
+
+DocumentTree readDocumentTree(DocumentContext& context, UserInterface* parent) {
+    return TreeReader(context, parent).read();
+}
+
+}  // namespace kavu

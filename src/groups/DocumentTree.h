@@ -1,0 +1,37 @@
+// What the tree of a document shows, as data: its sources, their links and streams.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace kavu {
+
+struct DocumentContext;
+class UserInterface;
+
+struct TreeLink {
+    std::string name;
+    std::string kind;              ///< display text; empty if no stream bears the name
+    int group = 0;                 ///< index of its P file, else of its B, S or A file, or 0
+    std::size_t measurements = 0;  ///< names in its D, B or S file
+    std::vector<std::string> embedded;
+};
+
+struct TreeSource {
+    std::string name;
+    std::string type;             ///< the stored `DST` value
+    char sourceClass = 'O';       ///< 'R', 'T' or 'O'
+    int group = 0;                ///< index of its T or R file, or 0
+    int multiplex = 0;            ///< index of its first M file, or 0
+    std::vector<TreeLink> links;  ///< of all its M files
+};
+
+struct DocumentTree {
+    std::vector<TreeSource> dataSources;
+};
+
+/// Reads the tree from the group files. Files that can not be read are reported and left
+/// out; after a cancel the rest is missing.
+[[nodiscard]] DocumentTree readDocumentTree(DocumentContext& context, UserInterface* parent);
+
+}  // namespace kavu

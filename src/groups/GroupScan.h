@@ -1,0 +1,124 @@
+// What the passes over all group files share: the files of a group by the name they carry,
+// lists of link names, and commands read one by one without copies of their parts.
+#pragma once
+
+#include "core/FileIo.h"
+#include "core/TmatsReader.h"
+
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+namespace kavu {
+
+struct DocumentContext;
+class UserInterface;
+
+/// Characters of the name of a data source or a data link.
+inline constexpr int kNameLimit = 32;
+/// Rows of a list in the G and M groups.
+inline constexpr int kMostListRows = 99;
+
+/// True if the file is not there at all, which is no failure for a pass over files.
+[[nodiscard]] bool isMissing(const IoStatus& status);
+/// Boxes with path and reason of a working file that could not be read or written.
+void reportUnableToRead(UserInterface* parent, const IoStatus& status);
+void reportUnableToWrite(UserInterface* parent, const IoStatus& status);
+
+/// The field and the value of a command, without its `;`. Both are views into the command;
+/// a command without `\` or `:` has neither.
+struct FieldView {
+    std::string_view code;
+    std::string_view value;
+};
+[[nodiscard]] FieldView fieldView(std::string_view command);
+
+/// Calls `visit(command)` for every command of a file until it gives false.
+template <typename Visit>
+[[nodiscard]] IoStatus forEachCommand(TmatsReader& reader, const std::string& path,
+                                      const Visit& visit) {
+    ByteSource source;
+    if (auto status = source.open(path); !status.ok()) {
+        return status;
+    }
+    std::string command;
+    while (reader.nextCommand(source, command)) {
+        if (!visit(std::as_const(command))) {
+            break;
+        }
+    }
+    return source.status();
+}
+
+/// A list of link names. A name is in it whatever its case; each is held once, in the
+/// order in which they came, spelled as the first of them.
+class LinkNames {
+  public:
+    bool add(std::string_view name);
+    [[nodiscard]] bool has(std::string_view name) const;
+    [[nodiscard]] std::size_t size() const { return names_.size(); }
+    [[nodiscard]] const std::vector<std::string>& names() const { return names_; }
+
+  private:
+    std::vector<std::string> names_;
+    std::unordered_set<std::string> lower_;
+};
+
+/// The files of one group by the name in their `ID` (T, R, M, V) or `DLN` (all others),
+/// from one look into each file. S groups exist from edition 2005 on.
+class GroupNames {
+  public:
+    GroupNames(DocumentContext& context, UserInterface* parent, char letter);
+
+    /// The index of the file of that name, or 0. One spelled exactly so comes first, else
+    /// one that differs in case only.
+    [[nodiscard]] int find(std::string_view name) const;
+    /// False if a file could not be read; that has been reported.
+    [[nodiscard]] bool complete() const { return complete_; }
+
+    struct Entry {
+        int index = 0;
+        std::string name;
+    };
+    /// The files that carry a name, by rising index.
+    [[nodiscard]] const std::vector<Entry>& entries() const { return entries_; }
+
+  private:
+    bool complete_ = true;
+    std::vector<Entry> entries_;
+    std::unordered_map<std::string, int> exact_;
+    std::unordered_map<std::string, int> lower_;
+};
+
+/// The code of the name that a group's files carry: "ID" or "DLN".
+[[nodiscard]] std::string_view nameCode(char letter);
+/// The head of a group's codes, such as "P-1\".
+[[nodiscard]] std::string groupPrefix(char letter, int index);
+/// The first index from 1 for which a group has no file; 100 if all are taken.
+[[nodiscard]] int firstFreeIndex(const DocumentContext& context, char letter);
+
+/// The links and the format of one P group.
+struct PcmLinks {
+    int index = 0;
+    std::string link;
+    std::string format;                 ///< the value of `TF`
+    std::vector<std::string> embedded;  ///< async embedded formats, then data merges
+};
+/// Reads the P files, 1 to 99. False if one could not be read (reported) or the user has
+/// cancelled.
+[[nodiscard]] bool readPcmLinks(DocumentContext& context, UserInterface* parent,
+                                std::vector<PcmLinks>& formats);
+
+/// The names of one M group.
+struct Multiplex {
+    int index = 0;
+    std::string source;
+    std::vector<std::string> links;  ///< baseband first, then the subcarriers
+};
+/// Reads the M files, 1 to 99; false as above.
+[[nodiscard]] bool readMultiplexes(DocumentContext& context, UserInterface* parent,
+                                   std::vector<Multiplex>& multiplexes);
+
+}  // namespace kavu

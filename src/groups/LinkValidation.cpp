@@ -1,0 +1,250 @@
+#include "groups/LinkValidation.h"
+
+#include "core/GroupFiles.h"
+#include "core/Messages.h"
+#include "core/Text.h"
+#include "core/TmatsDocument.h"
+#include "core/UserInterface.h"
+#include "core/WorkingStore.h"
+#include "groups/DataSources.h"
+
+#include <algorithm>
+#include <array>
+
+#include <climits>
+
+namespace kavu {
+
+namespace {
+
+/// Codes whose values name a link: of channels, 1553 and PCM tracks, and of subchannels.
+constexpr auto kRecordedLinkCodes =
+    std::to_array<std::string_view>({"CDLN-", "BDLN-", "PDLN-", "UCNM-", "MCNM-", "ENAM-"});
+
+/// The groups whose links need a home, in the order in which they are looked at.
+struct LinkedGroup {
+    char letter;
+    std::string_view kind;
+    std::string_view status;  ///< a printf format of the index, or empty
+    bool mayBeEmbedded;
+};
+constexpr auto kLinkedGroups = std::to_array<LinkedGroup>({
+    {'P', "PCM Format", "Searching for Data Link Names in PCM Definition #%d", true},
+    {'D', "PCM Measurement", "Searching for Data Link Names in Measurement Definition #%d", true},
+    {'B', "1553", {}, false},
+    {'A', "PAM", {}, false},
+});
+
+/// The G group with one more data source, written through the scratch file.
+bool addDataSource(DocumentContext& context, UserInterface* parent, std::string& name) {
+    const auto path = context.store.pathOf(working::kGeneral);
+    const auto scratch = context.store.pathOf(working::kMultiplexScratch);
+    constexpr std::string_view kCount = "G\\DSI\\N";
+    int count = 0;
+    FileWriter writer;
+    auto status = writer.open(scratch, WriteMode::Truncate);
+    ByteSource source;
+    if (status.ok()) {
+        status = source.open(path);
+    }
+    if (status.ok()) {
+        context.reader.findIntField(parent, source, {}, kCount, count);
+        source.seek(0);
+        std::string command;
+        while (context.reader.nextRawCommand(source, command)) {
+            if (!startsWithIgnoreCase(command, kCount)) {
+                writer.write(command);
+                writer.write("\r\n");
+            }
+        }
+        status = source.status();
+    } else if (isMissing(status)) {
+        status = {};  // a document without a G group gets one
+    }
+    // A count out of all reason must not wrap around.
+    const int index = std::min(count, INT_MAX - 1) + 1;
+    name = formatPrintf("Data Source #%d", index);
+    writer.write(formatPrintf("%s:%d;\r\nG\\DSI-%d:%s;\r\nG\\DST-%d:RF;\r\n", kCount, index, index,
+                              name, index));
+    const auto closed = writer.close();
+    status = status.ok() ? closed : status;
+    status = status.ok() ? renameFile(scratch, path) : status;
+    if (!status.ok()) {
+        (void)deleteFile(scratch);
+        reportUnableToWrite(parent, status);
+    }
+    return status.ok();
+}
+
+/// The index for a new file of a group, or 0 after a report. The last index is never taken:
+/// it stays for a group that is read from a file.
+int indexForNew(DocumentContext& context, UserInterface* parent, char letter,
+                std::string_view called) {
+    const int index = firstFreeIndex(context, letter);
+    if (index < kMostGroupIndex) {
+        return index;
+    }
+    context.messages.show(parent, 303, title::kError, kErrorBox, called);
+    return 0;
+}
+
+bool writeGroup(DocumentContext& context, UserInterface* parent, char letter, int index,
+                const std::string& text) {
+    const auto status = replaceFile(context.store.pathOf(groupFile(letter, index)), text);
+    if (!status.ok()) {
+        reportUnableToWrite(parent, status);
+    }
+    return status.ok();
+}
+
+/// A data source, a transmission definition and a multiplex definition for one link.
+bool makeHome(DocumentContext& context, UserInterface* parent, const std::string& link) {
+    std::string name;
+    if (!addDataSource(context, parent, name)) {
+        return false;
+    }
+    const int radio = indexForNew(context, parent, 'T', "RF");
+    if (radio == 0 ||
+        !writeGroup(context, parent, 'T', radio,
+                    formatPrintf("T-%d\\ID:%s;\r\nT-%d\\SCO\\N:0;\r\n", radio, name, radio))) {
+        return false;
+    }
+    const int multiplex = indexForNew(context, parent, 'M', "Multiplex");
+    return multiplex != 0 &&
+           writeGroup(context, parent, 'M', multiplex,
+                      formatPrintf("M-%d\\ID:%s;\r\nM-%d\\BSG1:PCM;\r\n"
+                                   "M-%d\\BB\\DLN:%s;\r\nM-%d\\SI\\N:0;\r\n",
+                                   multiplex, name, multiplex, multiplex, link, multiplex));
+}
+
+/// The links of the files of one group, in the order of the indices.
+bool resolveGroup(DocumentContext& context, UserInterface* parent, const LinkedGroup& group,
+                  const std::vector<GroupNames::Entry>& files, const LinkNames& embedded,
+                  LinkNames& multiplexed, const LinkNames& recorded) {
+    for (const auto& file : files) {
+        if (cancelRequested(parent)) {
+            return false;
+        }
+        if (!group.status.empty()) {
+            setStatusText(parent, formatPrintf(group.status, file.index));
+            setProgressBar(parent, 100.0 * file.index / kMostGroupIndex);
+        }
+        if (file.name.empty() || (group.mayBeEmbedded && embedded.has(file.name))) {
+            continue;
+        }
+        if (!resolveDataLink(context, parent, multiplexed, recorded, group.kind, file.name)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool validate(DocumentContext& context, UserInterface* parent) {
+    std::vector<Multiplex> multiplexes;
+    if (!readMultiplexes(context, parent, multiplexes)) {
+        return false;
+    }
+    LinkNames multiplexed;
+    for (const auto& multiplex : multiplexes) {
+        for (const auto& link : multiplex.links) {
+            multiplexed.add(link);
+        }
+    }
+    if (multiplexed.size() >= kMostDataLinks) {
+        context.messages.show(parent, 302, title::kError, kErrorBox);
+        return false;
+    }
+    LinkNames recorded;
+    std::vector<PcmLinks> formats;
+    if (!gatherRecordedLinks(context, parent, recorded) ||
+        !readPcmLinks(context, parent, formats)) {
+        return false;
+    }
+    LinkNames embedded;
+    std::vector<GroupNames::Entry> pcmFiles;
+    for (const auto& format : formats) {
+        pcmFiles.push_back({format.index, format.link});
+        for (const auto& link : format.embedded) {
+            embedded.add(link);
+        }
+    }
+    for (const auto& group : kLinkedGroups) {
+        if (group.letter != 'P') {
+            const GroupNames names(context, parent, group.letter);
+            if (!names.complete() || !resolveGroup(context, parent, group, names.entries(),
+                                                   embedded, multiplexed, recorded)) {
+                return false;
+            }
+        } else if (!resolveGroup(context, parent, group, pcmFiles, embedded, multiplexed,
+                                 recorded)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+bool validateDataLinks(DocumentContext& context, UserInterface* parent) {
+    const ProgressScope progress(parent, ProgressMode::WithoutCancel);
+    const bool valid = validate(context, parent);
+    setProgressBar(parent, -1);
+    setStatusText(parent, {});
+    return valid;
+}
+
+bool resolveDataLink(DocumentContext& context, UserInterface* parent, LinkNames& multiplexed,
+                     const LinkNames& recorded, std::string_view kind, const std::string& link) {
+    if (multiplexed.has(link)) {
+        return true;
+    }
+    if (multiplexed.size() >= kMostDataLinks) {
+        context.messages.show(parent, 303, title::kError, kErrorBox, kind);
+        return false;
+    }
+    multiplexed.add(link);
+    if (recorded.has(link)) {
+        return true;
+    }
+    if (context.messages.show(parent, -304, title::kWarning, kYesNoBox, kind, link) !=
+        Button::Yes) {
+        return true;
+    }
+    if (!makeHome(context, parent, link)) {
+        return false;
+    }
+    context.document.changed = true;
+    return true;
+}
+
+bool gatherRecordedLinks(DocumentContext& context, UserInterface* parent, LinkNames& links) {
+    for (int index = kLeastGroupIndex; index <= kMostGroupIndex; ++index) {
+        const auto status =
+            forEachCommand(context.reader, context.store.pathOf(groupFile('R', index)),
+                           [&](const std::string& command) {
+                               const auto field = fieldView(command);
+                               if (isRecordedLinkCode(field.code) && !field.value.empty()) {
+                                   // A subchannel's name has no limit of its own, so a longer one
+                                   // is no fault: it is compared as a link name would be read.
+                                   links.add(field.value.substr(0, kNameLimit));
+                               }
+                               return true;
+                           });
+        if (!status.ok() && !isMissing(status)) {
+            reportUnableToRead(parent, status);
+            return false;
+        }
+        if (cancelRequested(parent)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool isRecordedLinkCode(std::string_view code) {
+    return std::any_of(
+        kRecordedLinkCodes.begin(), kRecordedLinkCodes.end(),
+        [code](std::string_view listed) { return startsWithIgnoreCase(code, listed); });
+}
+
+}  // namespace kavu

@@ -1,0 +1,34 @@
+// After a load every stream must have a home: a multiplex definition, a recorder, or
+// another stream that it is embedded in. A stream without one gets one if the user agrees.
+#pragma once
+
+#include "groups/GroupScan.h"
+
+#include <string>
+#include <string_view>
+
+namespace kavu {
+
+/// As many data links can a document have.
+inline constexpr std::size_t kMostDataLinks = 99;
+
+/// Looks at the links of the P, D, B and A groups, 1 to 99. False if the document can not
+/// be opened: too many links (302, 303), a file that could not be read or written, or the
+/// user has cancelled. Sets `changed` if a home was made.
+bool validateDataLinks(DocumentContext& context, UserInterface* parent);
+
+/// One link: nothing happens if it is in the multiplex list. Otherwise it joins that list,
+/// and unless a recorder names it, question 304 asks whether to make a data source and a
+/// multiplex definition for it; without a parent the answer is No. `kind` names the stream
+/// in messages. False if a needed file could not be made (303 if no index is free).
+bool resolveDataLink(DocumentContext& context, UserInterface* parent, LinkNames& multiplexed,
+                     const LinkNames& recorded, std::string_view kind, const std::string& link);
+
+/// Adds the link names of all R groups, 1 to 99: channels, buses, PCM tracks and the
+/// subchannels of UART, message and Ethernet channels. False if a file could not be read
+/// (reported) or the user has cancelled.
+bool gatherRecordedLinks(DocumentContext& context, UserInterface* parent, LinkNames& links);
+/// True for the codes of an R group, without its head, whose value is a link name.
+[[nodiscard]] bool isRecordedLinkCode(std::string_view code);
+
+}  // namespace kavu

@@ -1,0 +1,252 @@
+#include "groups/Reindex.h"
+
+#include "core/FileIo.h"
+#include "core/GroupFiles.h"
+#include "core/Text.h"
+#include "core/TmatsDocument.h"
+#include "core/UserInterface.h"
+#include "core/WorkingStore.h"
+#include "groups/GroupScan.h"
+#include "groups/LinkValidation.h"
+
+#include <algorithm>
+#include <functional>
+#include <unordered_set>
+
+namespace kavu {
+
+namespace {
+
+constexpr std::string_view kTemporaryFolder = "tmp";
+/// The order in which the groups are renumbered.
+constexpr std::string_view kRenumbered = "RTVMPABDS";
+
+/// The names of the files in the working store that match, sorted.
+IoStatus matchingFiles(const DocumentContext& context, std::string_view wildcard,
+                       std::vector<std::string>& names) {
+    std::vector<FolderEntry> entries;
+    auto status = listFolder(context.store.folder(), entries);
+    for (auto& entry : entries) {
+        if (!entry.isFolder && matchesWildcard(entry.name, wildcard)) {
+            names.push_back(std::move(entry.name));
+        }
+    }
+    return status;
+}
+
+class Reindexer {
+  public:
+    Reindexer(DocumentContext& context, UserInterface* parent)
+        : context_(context), parent_(parent) {}
+
+    bool run() {
+        return gatherSources() && removeSources() && gatherLinks() && removeStreams() && renumber();
+    }
+
+  private:
+    /// Calls `visit` for every file of a wildcard. A file that can not be opened is skipped.
+    bool walk(std::string_view wildcard, const std::function<bool(const std::string&)>& visit) {
+        std::vector<std::string> names;
+        if (const auto status = matchingFiles(context_, wildcard, names); !status.ok()) {
+            reportUnableToRead(parent_, status);
+            return false;
+        }
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            setProgressBar(parent_,
+                           100.0 * static_cast<double>(i) / static_cast<double>(names.size()));
+            yieldToInterface(parent_);
+            const auto path = context_.store.pathOf(names[i]);
+            if (canRead(path) && !visit(path)) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    /// Adds the values of all commands of the files whose code is wanted.
+    bool gather(std::string_view wildcard, const std::function<bool(std::string_view)>& wanted) {
+        return walk(wildcard, [&](const std::string& path) {
+            const auto status =
+                forEachCommand(context_.reader, path, [&](const std::string& command) {
+                    const auto field = fieldView(command);
+                    if (wanted(field.code)) {
+                        links_.add(field.value.substr(0, kNameLimit));
+                    }
+                    return true;
+                });
+            if (!status.ok()) {
+                reportUnableToRead(parent_, status);
+            }
+            return status.ok();
+        });
+    }
+
+    /// Removes the files of a wildcard whose name is in none of the list.
+    bool removeUnlisted(std::string_view wildcard, std::string_view code, const LinkNames& listed) {
+        return walk(wildcard, [&](const std::string& path) {
+            ByteSource source;
+            auto status = source.open(path);
+            std::optional<std::string> command;
+            if (status.ok()) {
+                command = context_.reader.findCommandContaining(source, code);
+                status = source.status();
+            }
+            if (!status.ok()) {
+                reportUnableToRead(parent_, status);
+                return false;
+            }
+            const auto name =
+                command ? fieldView(*command).value.substr(0, kNameLimit) : std::string_view();
+            if (name.empty() || listed.has(name)) {
+                return true;
+            }
+            source.close();
+            status = deleteFile(path);
+            if (!status.ok()) {
+                reportUnableToWrite(parent_, status);
+            }
+            return status.ok();
+        });
+    }
+
+    bool gatherSources() {
+        setStatusText(parent_, "Searching for Data Source Definitions");
+        const auto status =
+            forEachCommand(context_.reader, context_.store.pathOf(working::kGeneral),
+                           [this](const std::string& command) {
+                               const auto field = fieldView(command);
+                               // All rows, whatever the count says: to be named in one keeps a
+                               // source.
+                               if (startsWithIgnoreCase(field.code, "DSI-")) {
+                                   sources_.add(field.value.substr(0, kNameLimit));
+                               }
+                               return true;
+                           });
+        if (!status.ok() && !isMissing(status)) {
+            reportUnableToRead(parent_, status);
+            return false;
+        }
+        return true;
+    }
+
+    bool removeSources() {
+        setStatusText(parent_, "Removing unreferenced Data Sources");
+        return removeUnlisted("[kavu]DSRCE.*", "ID", sources_) &&
+               removeUnlisted(groupKind('M').wildcard, "ID", sources_) &&
+               removeUnlisted(groupKind('V').wildcard, "ID", sources_);
+    }
+
+    bool gatherLinks() {
+        setStatusText(parent_, "Searching for Data Links in Tape definitions");
+        // The recorders' own links count in every edition: a stream that a recorder names
+        // must never be deleted.
+        if (!gather("[kavu]DSRCE.*", isRecordedLinkCode)) {
+            return false;
+        }
+        setStatusText(parent_, "Searching for Data Links in Multiplex definitions");
+        if (!gather(groupKind('M').wildcard, [](std::string_view code) {
+                return equalsIgnoreCase(code, "BB\\DLN") || startsWithIgnoreCase(code, "SI\\DLN-");
+            })) {
+            return false;
+        }
+        setStatusText(parent_, "Searching for Data Links in PCM definitions");
+        return gather(groupKind('P').wildcard, [](std::string_view code) {
+            return startsWithIgnoreCase(code, "AEF\\DLN-");
+        });
+    }
+
+    bool removeStreams() {
+        setStatusText(parent_, "Removing unreferenced Data Links");
+        return removeUnlisted("[kavu]PCM*.*", "DLN", links_);
+    }
+
+    bool renumber() {
+        return std::all_of(kRenumbered.begin(), kRenumbered.end(), [this](char letter) {
+            const auto& kind = groupKind(letter);
+            return renumberGroup(context_, parent_, letter, kind.wildcard, kind.fileFormat);
+        });
+    }
+
+    DocumentContext& context_;
+    UserInterface* parent_;
+    LinkNames sources_;
+    LinkNames links_;
+};
+
+/// The files of a group under their new names and with their new index, in the folder.
+IoStatus copyRenumbered(const DocumentContext& context, const std::vector<std::string>& names,
+                        const std::string& folder, std::string_view nameFormat,
+                        std::vector<std::string>& newNames) {
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const int index = static_cast<int>(i) + 1;
+        newNames.push_back(formatPrintf(nameFormat, index));
+        const auto copy = folder + "/" + newNames.back();
+        auto status = copyFile(context.store.pathOf(names[i]), copy);
+        status = status.ok() ? rewriteGroupIndex(copy, index) : status;
+        if (!status.ok()) {
+            return status;
+        }
+    }
+    return {};
+}
+
+/// Puts the copies into the working store, and takes away the files that have no successor
+/// of the same name. A file is there under its old or its new name at every moment.
+IoStatus takeCopies(const DocumentContext& context, const std::vector<std::string>& oldNames,
+                    const std::string& folder, const std::vector<std::string>& newNames) {
+    for (const auto& name : newNames) {
+        if (auto status = renameFile(folder + "/" + name, context.store.pathOf(name));
+            !status.ok()) {
+            return status;
+        }
+    }
+    const std::unordered_set<std::string> kept(newNames.begin(), newNames.end());
+    for (const auto& name : oldNames) {
+        if (kept.contains(name)) {
+            continue;
+        }
+        if (auto status = deleteFile(context.store.pathOf(name)); !status.ok()) {
+            return status;
+        }
+    }
+    return {};
+}
+
+}  // namespace
+
+bool reindexAllSections(DocumentContext& context, UserInterface* parent) {
+    const ProgressScope progress(parent, ProgressMode::WithoutCancel);
+    setStatusText(parent, "Re-Indexing all TMATS sections");
+    const bool done = Reindexer(context, parent).run();
+    setProgressBar(parent, -1);
+    setStatusText(parent, {});
+    return done;
+}
+
+bool renumberGroup(DocumentContext& context, UserInterface* parent, char letter,
+                   std::string_view wildcard, std::string_view nameFormat) {
+    setStatusText(parent, formatPrintf("Renumbering TMATS %c group indexes", letter));
+    std::vector<std::string> names;
+    auto status = matchingFiles(context, wildcard, names);
+    if (!status.ok()) {
+        reportUnableToRead(parent, status);
+        return false;
+    }
+    if (names.empty()) {
+        return true;
+    }
+    const auto folder = context.store.pathOf(kTemporaryFolder);
+    if (!makeFolder(folder, 0700).ok()) {
+        return true;
+    }
+    std::vector<std::string> newNames;
+    status = copyRenumbered(context, names, folder, nameFormat, newNames);
+    status = status.ok() ? takeCopies(context, names, folder, newNames) : status;
+    status = status.ok() ? deleteFolder(folder) : status;
+    if (!status.ok()) {
+        reportUnableToWrite(parent, status);
+    }
+    return status.ok();
+}
+
+}  // namespace kavu
