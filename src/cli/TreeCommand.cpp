@@ -8,7 +8,7 @@ namespace kavu::cli {
 
 namespace {
 
-Json linkJson(const DataLinkNode& link) {
+Json linkJson(const TreeLink& link) {
     Json embedded = Json::array();
     for (const auto& name : link.embedded) {
         embedded.push_back(jsonText(name));
@@ -20,14 +20,17 @@ Json linkJson(const DataLinkNode& link) {
             {"embedded", std::move(embedded)}};
 }
 
-Json sourceJson(const DataSourceNode& source) {
+Json sourceJson(const TreeSource& source) {
     Json links = Json::array();
     for (const auto& link : source.links) {
         links.push_back(linkJson(link));
     }
-    return {{"name", jsonText(source.name)},          {"type", jsonText(source.type)},
-            {"class", std::string(1, source.letter)}, {"group", source.group},
-            {"multiplex", source.multiplex},          {"links", std::move(links)}};
+    return {{"name", jsonText(source.name)},
+            {"type", jsonText(source.type)},
+            {"class", std::string(1, source.sourceClass)},
+            {"group", source.group},
+            {"multiplex", source.multiplex},
+            {"links", std::move(links)}};
 }
 
 /// "T-1", or nothing for an index of 0.
@@ -35,7 +38,7 @@ std::string groupName(char letter, int index) {
     return index > 0 ? std::string(1, letter) + "-" + std::to_string(index) : std::string();
 }
 
-std::string countText(long count, const char* what) {
+std::string countText(std::size_t count, const char* what) {
     return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
@@ -44,7 +47,7 @@ std::string treeText(const DocumentTree& tree) {
     std::vector<std::vector<std::string>> rows;
     for (const auto& source : tree.dataSources) {
         // The class T is a recorder, whose group letter is R.
-        const char letter = source.letter == 'R' ? 'T' : 'R';
+        const char letter = source.sourceClass == 'R' ? 'T' : 'R';
         rows.push_back({terminalLine(source.name), terminalLine(source.type),
                         groupName(letter, source.group), groupName('M', source.multiplex)});
         for (const auto& link : source.links) {
@@ -81,7 +84,8 @@ bool treeCommand(CommandContext& context, CommandOutput& output) {
     }
     output.members["dataSources"] = std::move(sources);
     output.members["conversions"] = std::move(conversions);
-    return true;
+    // A tree that was cut short is none.
+    return !cancelRequested(context.ui);
 }
 
 }  // namespace kavu::cli
