@@ -6,7 +6,7 @@ namespace kavu::test {
 namespace {
 
 constexpr const char* kRule =
-    "COMMENT: ******************************************************************;\r\n";
+    "COMMENT: **************************************************************;\r\n";
 
 class BuildDocumentTest : public ::testing::Test {
   protected:
