@@ -1,0 +1,69 @@
+// Turns a raw chunk into sections: the commands of a group index are regrouped under the
+// name of its measurement.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace kavu {
+
+struct DocumentContext;
+class KeyValueStore;
+struct RawCommand;
+class UserInterface;
+
+class ChunkConverter {
+  public:
+    /// `names` holds the measurement names of the whole load; `edition` rules the limits.
+    ChunkConverter(DocumentContext& context, KeyValueStore& names, UserInterface* parent,
+                   int edition)
+        : context_(context), names_(names), parent_(parent), edition_(edition) {}
+
+    /// Converts one chunk. `percent` is for the progress bar. With `commentsOutside` a
+    /// comment goes to the file of its own. False if it was cancelled or has failed, and
+    /// then messages 313 and 314 have told of the file. Logs 318 for a name and 315 for a
+    /// value that is too long, 317 for a measurement that is there already.
+    bool convert(std::int64_t number, double percent, bool commentsOutside);
+
+  private:
+    /// What the chunk holds of one group index. The texts lie in the bytes of the chunk.
+    struct Record {
+        std::int64_t index = 0;
+        std::string name;
+        std::size_t nameAt = 0;   ///< the position of its first name among the commands
+        std::size_t firstAt = 0;  ///< that of its first field
+        struct Field {
+            std::string_view code;
+            std::string_view value;
+        };
+        std::vector<Field> fields;
+        std::unordered_map<std::string, std::size_t> places;  ///< once there are many fields
+
+        void put(std::string_view code, std::string_view value);
+    };
+
+    bool collect(std::string_view bytes, double percent);
+    bool takeName(const RawCommand& command, std::string_view name, double percent);
+    void takeField(const RawCommand& command);
+    Record& record(std::int64_t index);
+    [[nodiscard]] std::vector<const Record*> ordered() const;
+    bool writeChunk(std::int64_t number, bool commentsOutside);
+
+    DocumentContext& context_;
+    KeyValueStore& names_;
+    UserInterface* parent_;
+    int edition_;
+    unsigned measurements_ = 0;
+    unsigned polled_ = 0;
+
+    // The chunk in work.
+    std::size_t at_ = 0;
+    std::vector<Record> records_;
+    std::unordered_map<std::int64_t, std::size_t> byIndex_;
+    std::string nameLines_;
+};
+
+}  // namespace kavu

@@ -1,0 +1,15 @@
+// The numbers of the conversion chunks are made dense again after a load.
+#pragma once
+
+#include "core/IoStatus.h"
+
+namespace kavu {
+
+class WorkingStore;
+
+/// Moves the last chunk to the first number that is missing or whose chunk is empty, until
+/// there is no such number in front of a chunk. The status names the file that could not
+/// be moved; what was moved before it stays.
+[[nodiscard]] IoStatus compactChunks(const WorkingStore& store);
+
+}  // namespace kavu

@@ -1,0 +1,272 @@
+// The editing half of ConversionStore: the working copy of a chunk, comments, private
+// pairs, fits.
+#include "conversion/ConversionFields.h"
+#include "conversion/ConversionStore.h"
+#include "core/FileIo.h"
+#include "core/Messages.h"
+#include "core/Printf.h"
+#include "core/ProfileSettings.h"
+#include "core/Text.h"
+#include "core/TmatsDocument.h"
+#include "core/WorkingStore.h"
+
+#include <algorithm>
+
+namespace kavu {
+
+namespace {
+
+constexpr std::size_t kLongestCommentRecord = 499;
+constexpr int kMostPrecision = 40;
+
+std::string decoded(std::string_view stored) {
+    std::string text(stored);
+    fromStoredForm(text);
+    return text;
+}
+
+/// Calls `visit` with key and value of each pair of a comment record's row.
+template <typename Visit>
+void forEachPair(std::string_view row, Visit visit) {
+    while (!row.empty()) {
+        const auto end = row.find(' ');
+        const auto pair = row.substr(0, end);
+        row.remove_prefix(end == std::string_view::npos ? row.size() : end + 1);
+        const auto equals = pair.find('=');
+        if (equals != std::string_view::npos) {
+            visit(pair.substr(0, equals), pair.substr(equals + 1));
+        }
+    }
+}
+
+}  // namespace
+
+// --- The working copy --------------------------------------------------------------------
+
+bool ConversionStore::beginDefinitionEdit(UserInterface* parent, const std::string& name,
+                                          const std::string& newName) {
+    const auto place = locateDefinition(name);
+    if (!place.found) {
+        return false;
+    }
+    const auto working = context_.store.pathOf(working::kData1);
+    if (!report(parent, copyFile(place.path, working), "Copy")) {
+        return false;
+    }
+    if (place.section != newName) {
+        ProfileFile copy(working);
+        if (!copy.renameSection(place.section, newName) ||
+            !report(parent, copy.flush(), "Write/Create")) {
+            return false;
+        }
+    }
+    const auto comment = commentPath(context_.store, place.section);
+    const auto commentCopy = commentCopyPath(context_.store, newName);
+    if (fileExists(comment)) {
+        return report(parent, copyFile(comment, commentCopy), "Copy");
+    }
+    // One that an earlier edit left behind would be taken for this record's.
+    return !fileExists(commentCopy) || report(parent, deleteFile(commentCopy), "Delete");
+}
+
+bool ConversionStore::commitDefinitionEdit(UserInterface* parent, const std::string& name) {
+    const auto place = locateDefinition(name);
+    if (!place.found) {
+        return false;
+    }
+    std::string bytes;
+    if (!report(parent, readWholeFile(context_.store.pathOf(working::kData1), bytes), "Read")) {
+        return false;
+    }
+    const auto file = chunk(place.chunk);
+    file->parse(bytes);
+    if (!report(parent, store(place.chunk, *file), "Write/Create")) {
+        return false;
+    }
+    const auto comment = commentPath(context_.store, place.section);
+    const auto commentCopy = commentCopyPath(context_.store, name);
+    if (!fileExists(commentCopy)) {
+        return removeComment(parent, comment);
+    }
+    commentFiles_.insert(comment);
+    return report(parent, renameFile(commentCopy, comment), "Write/Create");
+}
+
+bool ConversionStore::openDefinitionForEdit(UserInterface* parent, const std::string& name,
+                                            bool& isTemplate) {
+    isTemplate = false;
+    if (name.empty()) {
+        showBox(parent, "ERROR: No measurement name",
+                std::string(loadText(title::kInternalError).value_or("")));
+        return false;
+    }
+    if (!createDefaultDefinition(parent, name, true)) {
+        return false;
+    }
+    const auto place = locateDefinition(name);
+    const auto file = chunk(place.chunk);
+    isTemplate = file->integer(place.section, recordkey::kTemplate, 0) != 0;
+    file->removeKey(place.section, recordkey::kTemplate);
+    return report(parent, store(place.chunk, *file), "Write/Create") &&
+           beginDefinitionEdit(parent, name, name);
+}
+
+bool ConversionStore::edit(
+    UserInterface* parent, const std::string& name, bool workingCopy,
+    const std::function<bool(ProfileFile&, const std::string& section)>& change) {
+    if (workingCopy) {
+        ProfileFile copy(context_.store.pathOf(working::kData1));
+        return report(parent, copy.load(), "Read") && change(copy, name) &&
+               report(parent, copy.flush(), "Write/Create");
+    }
+    const auto place = locateDefinition(name);
+    if (!place.found) {
+        return false;
+    }
+    const auto file = chunk(place.chunk);
+    if (!change(*file, place.section)) {
+        file->discard();
+        return false;
+    }
+    return report(parent, store(place.chunk, *file), "Write/Create");
+}
+
+// --- Comments ----------------------------------------------------------------------------
+
+std::string ConversionStore::readEuComment(const ProfileFile::Section& record, IoStatus* status) {
+    if (const auto text = record.get(kCommentCode); !text.empty()) {
+        return decoded(text);
+    }
+    list();
+    std::string bytes;
+    if (commentFiles_.empty()) {
+        return bytes;
+    }
+    if (const auto path = commentPath(context_.store, record.name());
+        commentFiles_.contains(path)) {
+        auto read = readWholeFile(path, bytes);
+        if (status != nullptr) {
+            *status = std::move(read);
+        }
+    }
+    return decoded(bytes);
+}
+
+std::string ConversionStore::readEuComment(const std::string& name, bool fromWorkingCopy) {
+    std::string section = name;
+    std::string text;
+    if (fromWorkingCopy) {
+        text = ProfileFile(context_.store.pathOf(working::kData1)).value(name, kCommentCode, "");
+    } else {
+        const auto place = locateDefinition(name);
+        if (!place.found) {
+            return {};
+        }
+        section = place.section;
+        text = chunk(place.chunk)->value(section, kCommentCode, "");
+    }
+    if (text.empty()) {
+        const auto path = fromWorkingCopy ? commentCopyPath(context_.store, section)
+                                          : commentPath(context_.store, section);
+        if (fileExists(path)) {
+            (void)readWholeFile(path, text);
+        }
+    }
+    return decoded(text);
+}
+
+bool ConversionStore::writeEuComment(UserInterface* parent, const std::string& name,
+                                     std::string text, bool toWorkingCopy) {
+    toStoredForm(text);
+    std::string path;
+    bool inFile = false;
+    const bool stored =
+        edit(parent, name, toWorkingCopy, [&](ProfileFile& file, const std::string& section) {
+            path = toWorkingCopy ? commentCopyPath(context_.store, section)
+                                 : commentPath(context_.store, section);
+            file.removeKey(section, kCommentCode);
+            inFile = text.size() + file.serialisedSize() > kFullChunk;
+            if (inFile) {
+                return report(parent, replaceFile(path, text), "Write/Create");
+            }
+            return text.empty() || file.setValue(section, kCommentCode, text);
+        });
+    if (!stored) {
+        return false;
+    }
+    if (!inFile) {
+        return removeComment(parent, path);
+    }
+    if (!toWorkingCopy) {
+        commentFiles_.insert(path);
+    }
+    return true;
+}
+
+std::string ConversionStore::commentRecordGet(const std::string& name, std::string_view key) {
+    std::string row;
+    if (const auto working = context_.store.pathOf(working::kData1); fileExists(working)) {
+        row = ProfileFile(working).value(name, recordkey::kCommentRecord, "");
+    } else if (const auto place = locateDefinition(name); place.found) {
+        row = chunk(place.chunk)->value(place.section, recordkey::kCommentRecord, "");
+    }
+    std::optional<std::string> value;
+    forEachPair(row, [&](std::string_view pairKey, std::string_view pairValue) {
+        if (!value && pairKey == key) {
+            value = pairValue;
+        }
+    });
+    return value.value_or(std::string());
+}
+
+bool ConversionStore::commentRecordSet(UserInterface* parent, const std::string& name,
+                                       std::string_view key, std::string_view value) {
+    const bool working = fileExists(context_.store.pathOf(working::kData1));
+    return edit(parent, name, working, [&](ProfileFile& file, const std::string& section) {
+        std::string row;
+        const auto append = [&row](std::string_view pairKey, std::string_view pairValue) {
+            row.append(row.empty() ? "" : " ").append(pairKey).append("=").append(pairValue);
+        };
+        forEachPair(file.value(section, recordkey::kCommentRecord, ""),
+                    [&](std::string_view pairKey, std::string_view pairValue) {
+                        if (pairKey != key) {
+                            append(pairKey, pairValue);
+                        }
+                    });
+        if (!value.empty()) {
+            append(key, value);
+        }
+        if (row.size() > kLongestCommentRecord) {
+            return false;
+        }
+        if (row.empty()) {
+            file.removeKey(section, recordkey::kCommentRecord);
+            return true;
+        }
+        return file.setValue(section, recordkey::kCommentRecord, row);
+    });
+}
+
+// --- Fits --------------------------------------------------------------------------------
+
+bool ConversionStore::writeFitCoefficients(UserInterface* parent, const std::string& name,
+                                           int order, std::span<const double> coefficients) {
+    if (order < 0 || coefficients.size() <= static_cast<std::size_t>(order)) {
+        return false;
+    }
+    const int precision =
+        std::clamp(context_.settings.integer("FloatPrecision", 8), 0, kMostPrecision);
+    const std::string format = "%." + std::to_string(precision) + "e";
+    return edit(parent, name, true, [&](ProfileFile& file, const std::string& section) {
+        bool good = file.setValue(section, "CO1", "Y") &&
+                    file.setValue(section, "CO\\N", std::to_string(order));
+        for (int i = 0; i <= order; ++i) {
+            const auto text = formatPrintf(format, coefficients[static_cast<std::size_t>(i)]);
+            good = good && file.setValue(section, i == 0 ? "CO" : "CO-" + std::to_string(i),
+                                         replaceAll(text, "e", "E"));
+        }
+        return good;
+    });
+}
+
+}  // namespace kavu

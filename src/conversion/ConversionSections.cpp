@@ -1,0 +1,32 @@
+#include "conversion/ConversionSections.h"
+
+#include "conversion/ConversionStore.h"
+
+namespace kavu {
+
+IoStatus forEachChunk(DocumentContext&, ConversionStore& store, const ChunkVisitor& visit) {
+    for (const auto number : store.chunkNumbers()) {
+        const auto chunk = store.chunk(number);
+        if (const auto& status = chunk->load(); !status.ok()) {
+            return status;
+        }
+        const bool goOn = visit(*chunk);
+        if (auto status = store.store(number, *chunk); !status.ok() || !goOn) {
+            return status;
+        }
+    }
+    return {};
+}
+
+IoStatus forEachRecord(DocumentContext& context, ConversionStore& store,
+                       const RecordVisitor& visit) {
+    bool goOn = true;
+    return forEachChunk(context, store, [&](ProfileFile& chunk) {
+        for (const auto& name : chunk.sectionNames()) {
+            goOn = goOn && visit(chunk, name);
+        }
+        return goOn;
+    });
+}
+
+}  // namespace kavu

@@ -1,0 +1,356 @@
+#include "conversion/ConversionStore.h"
+
+#include "conversion/ConversionFields.h"
+#include "conversion/SampleRate.h"
+#include "core/Clock.h"
+#include "core/FileIo.h"
+#include "core/Messages.h"
+#include "core/ProfileSettings.h"
+#include "core/Text.h"
+#include "core/TmatsDocument.h"
+#include "core/WorkingStore.h"
+
+#include <algorithm>
+
+namespace kavu {
+
+namespace {
+
+constexpr std::size_t kChunksAtHand = 8;
+
+/// A setting becomes a key of a new record.
+struct DefaultKey {
+    std::string_view code;
+    std::string_view setting;
+};
+constexpr DefaultKey kContactDefaults[] = {
+    {"POC1", "CPOC1"}, {"POC2", "CPOC2"}, {"POC3", "CPOC3"}, {"POC4", "CPOC4"}, {"MN4", "CMN4"}};
+
+}  // namespace
+
+// --- What is known of the files ----------------------------------------------------------
+
+void ConversionStore::forget() {
+    listed_ = false;
+    indexed_ = false;
+    remembered_ = 0;
+    sizes_.clear();
+    roomy_.clear();
+    firstMissing_ = 0;
+    commentFiles_.clear();
+    names_.clear();
+    namesOfChunk_.clear();
+    recent_.clear();
+}
+
+void ConversionStore::list() {
+    if (listed_) {
+        return;
+    }
+    ConversionFiles files;
+    // A folder that can not be listed holds nothing that could be read either.
+    (void)listConversionFiles(context_.store, files);
+    commentFiles_ = std::move(files.commentFiles);
+    for (const auto& chunk : files.chunks) {
+        setSize(chunk.number, chunk.size);
+    }
+    listed_ = true;
+}
+
+void ConversionStore::index() {
+    list();
+    if (indexed_) {
+        return;
+    }
+    indexed_ = true;
+    for (const auto& [number, size] : sizes_) {
+        indexChunk(number, *chunk(number));
+    }
+}
+
+void ConversionStore::indexChunk(std::int64_t number, const ProfileFile& chunk) {
+    auto& names = namesOfChunk_[number];
+    const auto& sections = chunk.sections();
+    for (std::size_t i = 1; i < sections.size(); ++i) {
+        if (sections[i].hasKeys()) {
+            names.push_back(sections[i].name());
+            names_[lowerAscii(sections[i].name())].push_back({sections[i].name(), number});
+        }
+    }
+}
+
+void ConversionStore::unindexChunk(std::int64_t number) {
+    for (const auto& name : namesOfChunk_[number]) {
+        const auto found = names_.find(lowerAscii(name));
+        if (found == names_.end()) {
+            continue;
+        }
+        std::erase_if(found->second, [number](const Holder& h) { return h.chunk == number; });
+        if (found->second.empty()) {
+            names_.erase(found);
+        }
+    }
+    namesOfChunk_.erase(number);
+}
+
+void ConversionStore::setSize(std::int64_t number, std::uint64_t size) {
+    sizes_[number] = size;
+    if (size < kFullChunk) {
+        roomy_.insert(number);
+    } else {
+        roomy_.erase(number);
+    }
+    while (sizes_.contains(firstMissing_)) {
+        ++firstMissing_;
+    }
+}
+
+std::vector<std::int64_t> ConversionStore::chunkNumbers() {
+    list();
+    std::vector<std::int64_t> numbers;
+    numbers.reserve(sizes_.size());
+    for (const auto& [number, size] : sizes_) {
+        numbers.push_back(number);
+    }
+    return numbers;
+}
+
+std::shared_ptr<ProfileFile> ConversionStore::chunk(std::int64_t number) {
+    for (auto it = recent_.begin(); it != recent_.end(); ++it) {
+        if (it->number == number) {
+            recent_.splice(recent_.begin(), recent_, it);
+            return it->file;
+        }
+    }
+    auto file = std::make_shared<ProfileFile>(chunkPath(context_.store, number));
+    recent_.push_front({number, file});
+    // A chunk that somebody still works on stays, so that there is never a second one.
+    for (auto it = recent_.end(); recent_.size() > kChunksAtHand && it != recent_.begin();) {
+        --it;
+        if (it->file.use_count() == 1) {
+            it = recent_.erase(it);
+        }
+    }
+    return file;
+}
+
+void ConversionStore::forgetChunk(std::int64_t number) {
+    recent_.remove_if([number](const Recent& recent) { return recent.number == number; });
+}
+
+IoStatus ConversionStore::store(std::int64_t number, ProfileFile& chunk) {
+    if (!chunk.changed()) {
+        return {};
+    }
+    auto status = chunk.flush();
+    if (!status.ok()) {
+        // What is in memory is not what is on the disk: it is read again.
+        chunk.discard();
+    }
+    setSize(number, chunk.serialisedSize());
+    if (indexed_) {
+        unindexChunk(number);
+        indexChunk(number, chunk);
+    }
+    return status;
+}
+
+// --- Finding -----------------------------------------------------------------------------
+
+const ConversionStore::Holder* ConversionStore::nearest(const std::vector<Holder>& holders,
+                                                        std::string_view name, bool exact) const {
+    const Holder* best = nullptr;
+    // From the remembered chunk upward, then those in front of it.
+    const auto comesFirst = [this](std::int64_t a, std::int64_t b) {
+        return (a >= remembered_) != (b >= remembered_) ? a >= remembered_ : a < b;
+    };
+    for (const auto& holder : holders) {
+        if ((!exact || holder.name == name) &&
+            (best == nullptr || comesFirst(holder.chunk, best->chunk))) {
+            best = &holder;
+        }
+    }
+    return best;
+}
+
+std::int64_t ConversionStore::chunkForNewRecord() const {
+    if (!roomy_.empty() && *roomy_.begin() < firstMissing_) {
+        return *roomy_.begin();
+    }
+    return firstMissing_;
+}
+
+RecordPlace ConversionStore::locateDefinition(std::string_view name) {
+    index();
+    RecordPlace place;
+    const Holder* holder = nullptr;
+    if (const auto found = names_.find(lowerAscii(name)); found != names_.end()) {
+        holder = nearest(found->second, name, true);
+        holder = holder != nullptr ? holder : nearest(found->second, name, false);
+    }
+    place.found = holder != nullptr;
+    place.chunk = place.found ? holder->chunk : chunkForNewRecord();
+    place.section = place.found ? holder->name : std::string(name);
+    place.path = chunkPath(context_.store, place.chunk);
+    if (place.found) {
+        remembered_ = place.chunk;
+    }
+    return place;
+}
+
+std::optional<std::vector<std::string>> ConversionStore::definitionNames(std::int64_t chunkNumber) {
+    index();
+    std::vector<std::string> names;
+    if (chunkNumber >= 0) {
+        const auto found = namesOfChunk_.find(chunkNumber);
+        return found == namesOfChunk_.end() ? std::nullopt : std::optional(found->second);
+    }
+    for (const auto& [number, size] : sizes_) {
+        const auto& some = namesOfChunk_[number];
+        names.insert(names.end(), some.begin(), some.end());
+    }
+    return names;
+}
+
+// --- Making, renaming, deleting ----------------------------------------------------------
+
+bool ConversionStore::report(UserInterface* parent, const IoStatus& status,
+                             std::string_view action) const {
+    if (!status.ok()) {
+        context_.messages.showFailure(parent, status, 313, title::kErrorReadingConversion,
+                                      kErrorBox, action, status.path());
+    }
+    return status.ok();
+}
+
+bool ConversionStore::createDefaultDefinition(UserInterface* parent, const std::string& name,
+                                              bool asTemplate) {
+    const auto place = locateDefinition(name);
+    if (place.found) {
+        return true;
+    }
+    const auto file = chunk(place.chunk);
+    if (!report(parent, file->load(), "Read")) {
+        return false;
+    }
+    fillDefaults(*file, name, asTemplate);
+    if (!report(parent, store(place.chunk, *file), "Write/Create")) {
+        return false;
+    }
+    // A name that no section can have leaves no record behind.
+    if (!locateDefinition(name).found) {
+        return false;
+    }
+    if (defaultCommentStep) {
+        defaultCommentStep(parent, name);
+    }
+    return true;
+}
+
+void ConversionStore::fillDefaults(ProfileFile& chunk, const std::string& name,
+                                   bool asTemplate) const {
+    const auto& settings = context_.settings;
+    const int edition = context_.document.version;
+    const auto now = context_.clock.now();
+    const auto put = [&](std::string_view key, const std::string& value) {
+        if (!value.empty()) {
+            chunk.setValue(name, key, value);
+        }
+    };
+    put(recordkey::kTemplate, asTemplate ? "1" : "");
+    put("TRD4", settings.text("CTRD4"));
+    put("TRD5", tmatsDate(now, edition));
+    for (const auto& row : kContactDefaults) {
+        put(row.code, settings.text(row.setting));
+    }
+    put("BFM", settings.text("CBFM", "UNS"));
+    if (sampleRateOptions(settings).check && sampleRateStep) {
+        put("SR", sampleRateStep(name));
+    }
+    put("CRT", tmatsDateTime(now, edition));
+    const auto type = settings.text("CDCT", "NON");
+    put(kTypeCode, type);
+    if (equalsIgnoreCase(type, "COE")) {
+        // The identity line.
+        put("CO1", "N");
+        put("CO\\N", "1");
+        put("CO", "0.0");
+        put("CO-1", "1.0");
+    }
+}
+
+bool ConversionStore::removeComment(UserInterface* parent, const std::string& path) {
+    list();
+    if (commentFiles_.erase(path) == 0 && !fileExists(path)) {
+        return true;
+    }
+    return report(parent, deleteFile(path), "Delete");
+}
+
+bool ConversionStore::renameDefinition(UserInterface* parent, const std::string& newName,
+                                       const std::string& oldName) {
+    if (newName == oldName) {
+        return true;
+    }
+    const auto place = locateDefinition(oldName);
+    if (!place.found) {
+        return false;
+    }
+    // Two sections of one name: one of them could never be found again.
+    if (const auto other = locateDefinition(newName); other.found && other.section == newName) {
+        return false;
+    }
+    const auto from = commentPath(context_.store, place.section);
+    const auto to = commentPath(context_.store, newName);
+    const bool hasComment = fileExists(from) && from != to;
+    if (hasComment && !report(parent, copyFile(from, to), "Copy")) {
+        return false;
+    }
+    const auto file = chunk(place.chunk);
+    if (!file->renameSection(place.section, newName) ||
+        !report(parent, store(place.chunk, *file), "Write/Create")) {
+        return false;
+    }
+    if (hasComment) {
+        commentFiles_.insert(to);
+        return removeComment(parent, from);
+    }
+    return true;
+}
+
+bool ConversionStore::deleteDefinition(UserInterface* parent, const std::string& name) {
+    const auto place = locateDefinition(name);
+    if (!place.found) {
+        return false;
+    }
+    const auto file = chunk(place.chunk);
+    file->removeSection(place.section);
+    return report(parent, store(place.chunk, *file), "Write/Create") &&
+           removeComment(parent, commentPath(context_.store, place.section));
+}
+
+// --- Choices -----------------------------------------------------------------------------
+
+namespace {
+
+std::vector<std::string_view> choicesOf(std::span<const ConversionChoice> choices, int edition) {
+    std::vector<std::string_view> texts;
+    for (const auto& choice : choices) {
+        if (edition >= choice.from && edition <= choice.until) {
+            texts.push_back(choice.text);
+        }
+    }
+    return texts;
+}
+
+}  // namespace
+
+std::vector<std::string_view> ConversionStore::binaryFormatList(int edition) {
+    return choicesOf(binaryFormats(), edition);
+}
+
+std::vector<std::string_view> ConversionStore::conversionTypeList(int edition) {
+    return choicesOf(conversionTypes(), edition);
+}
+
+}  // namespace kavu

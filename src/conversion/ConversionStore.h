@@ -1,0 +1,154 @@
+// The conversion records of the open document. They live in the chunk files of the working
+// store; this object finds them, makes, renames and deletes them, and keeps their
+// comments.
+//
+// A record is found by its exact name, else by a name that differs in case only. Names are
+// held in an index, so that a look-up costs no search through the files; the files are
+// written before an operation returns, so whoever reads them sees what was done.
+#pragma once
+
+#include "conversion/ConversionFiles.h"
+#include "core/ProfileFile.h"
+
+#include <cstdint>
+#include <functional>
+#include <list>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace kavu {
+
+struct DocumentContext;
+class UserInterface;
+
+/// Where a record is, or where a new one is to go.
+struct RecordPlace {
+    bool found = false;
+    std::int64_t chunk = 0;
+    std::string path;     ///< of the chunk
+    std::string section;  ///< the name as the chunk spells it; as asked if not found
+};
+
+class ConversionStore {
+  public:
+    explicit ConversionStore(DocumentContext& context) : context_(context) {}
+    ConversionStore(const ConversionStore&) = delete;
+    ConversionStore& operator=(const ConversionStore&) = delete;
+
+    /// Forgets all that is known of the files: the document was closed, or its chunks were
+    /// written by somebody else.
+    void forget();
+
+    /// Gives the calculated sample rate of a measurement, empty if there is none.
+    std::function<std::string(std::string_view measurement)> sampleRateStep;
+    /// Adds the default comment strings to a new record.
+    std::function<void(UserInterface*, const std::string& name)> defaultCommentStep;
+
+    /// The place of a record. The search begins at the chunk found last and goes once
+    /// around. A new record goes to the first chunk of less than 30000 bytes.
+    [[nodiscard]] RecordPlace locateDefinition(std::string_view name);
+
+    // The operations below are true on success. A file that can not be read or written is
+    // reported with message 313.
+
+    /// Makes a record from the default keys of the settings if there is none of the name.
+    bool createDefaultDefinition(UserInterface* parent, const std::string& name, bool asTemplate);
+    /// Copies the chunk of a record to "DATA1.TMP" and calls the record `newName` there;
+    /// its comment file is copied along.
+    bool beginDefinitionEdit(UserInterface* parent, const std::string& name,
+                             const std::string& newName);
+    /// Puts "DATA1.TMP" back in the place of the record's chunk.
+    bool commitDefinitionEdit(UserInterface* parent, const std::string& name);
+    /// Begins the edit of a record, which is made if there is none. `isTemplate` tells if
+    /// nobody has edited it before; it no longer is one. An empty name is reported.
+    bool openDefinitionForEdit(UserInterface* parent, const std::string& name, bool& isTemplate);
+    /// Also false if there is a record of the new name.
+    bool renameDefinition(UserInterface* parent, const std::string& newName,
+                          const std::string& oldName);
+    bool deleteDefinition(UserInterface* parent, const std::string& name);
+
+    /// The record names of a chunk, or of all chunks for a negative number; nothing if
+    /// there is no such chunk.
+    [[nodiscard]] std::optional<std::vector<std::string>> definitionNames(std::int64_t chunkNumber);
+
+    /// The comment with real line breaks; empty if there is none.
+    [[nodiscard]] std::string readEuComment(const std::string& name, bool fromWorkingCopy);
+    /// The comment of a record that a pass has at hand. `status`, if given, tells of a
+    /// comment file that could not be read.
+    [[nodiscard]] std::string readEuComment(const ProfileFile::Section& record,
+                                            IoStatus* status = nullptr);
+    /// Stores a comment, in the record if the file it is in stays within 30000 bytes, else
+    /// in a file of its own.
+    bool writeEuComment(UserInterface* parent, const std::string& name, std::string text,
+                        bool toWorkingCopy);
+    /// A pair of the record of private data that travels in the comment. They work on
+    /// "DATA1.TMP" if it exists, else on the record.
+    [[nodiscard]] std::string commentRecordGet(const std::string& name, std::string_view key);
+    /// False also if the pairs would be longer than 499 characters.
+    bool commentRecordSet(UserInterface* parent, const std::string& name, std::string_view key,
+                          std::string_view value);
+    /// Stores a fit in the working copy: coefficients by rising power, c[0] to c[order].
+    bool writeFitCoefficients(UserInterface* parent, const std::string& name, int order,
+                              std::span<const double> coefficients);
+
+    /// The display texts of the binary formats and the conversion types of an edition.
+    [[nodiscard]] static std::vector<std::string_view> binaryFormatList(int edition);
+    [[nodiscard]] static std::vector<std::string_view> conversionTypeList(int edition);
+
+    // --- For passes over all records ----------------------------------------------------
+
+    /// The numbers of all chunks, rising.
+    [[nodiscard]] std::vector<std::int64_t> chunkNumbers();
+    /// A chunk, read if it is not at hand. Whoever changes it calls `store` with it.
+    [[nodiscard]] std::shared_ptr<ProfileFile> chunk(std::int64_t number);
+    /// Writes a chunk that was changed and takes up its names anew.
+    [[nodiscard]] IoStatus store(std::int64_t number, ProfileFile& chunk);
+
+  private:
+    struct Holder {
+        std::string name;
+        std::int64_t chunk;
+    };
+    struct Recent {
+        std::int64_t number;
+        std::shared_ptr<ProfileFile> file;
+    };
+
+    void list();
+    void index();
+    void indexChunk(std::int64_t number, const ProfileFile& chunk);
+    void unindexChunk(std::int64_t number);
+    void setSize(std::int64_t number, std::uint64_t size);
+    [[nodiscard]] const Holder* nearest(const std::vector<Holder>& holders, std::string_view name,
+                                        bool exact) const;
+    [[nodiscard]] std::int64_t chunkForNewRecord() const;
+    void forgetChunk(std::int64_t number);
+
+    void fillDefaults(ProfileFile& chunk, const std::string& name, bool asTemplate) const;
+    bool removeComment(UserInterface* parent, const std::string& path);
+    /// Changes the record that `name` means, in the working copy or in its chunk.
+    bool edit(UserInterface* parent, const std::string& name, bool workingCopy,
+              const std::function<bool(ProfileFile&, const std::string& section)>& change);
+    bool report(UserInterface* parent, const IoStatus& status, std::string_view action) const;
+
+    DocumentContext& context_;
+    bool listed_ = false;
+    bool indexed_ = false;
+    std::int64_t remembered_ = 0;
+    std::map<std::int64_t, std::uint64_t> sizes_;
+    std::set<std::int64_t> roomy_;  ///< chunks that take another record
+    std::int64_t firstMissing_ = 0;
+    std::unordered_set<std::string> commentFiles_;
+    std::unordered_map<std::string, std::vector<Holder>> names_;  ///< by lower-case name
+    std::unordered_map<std::int64_t, std::vector<std::string>> namesOfChunk_;
+    std::list<Recent> recent_;
+};
+
+}  // namespace kavu

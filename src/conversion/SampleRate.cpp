@@ -1,0 +1,35 @@
+#include "conversion/SampleRate.h"
+
+#include "core/ProfileSettings.h"
+#include "core/Text.h"
+
+#include <algorithm>
+
+namespace kavu {
+
+SampleRateOptions sampleRateOptions(const ProfileSettings& settings) {
+    SampleRateOptions options;
+    options.check = settings.integer("ChkSR", 0) != 0;
+    options.precision = std::max(0, settings.integer("SRPrec", options.precision));
+    return options;
+}
+
+void trimSampleRate(std::string& rate, const SampleRateOptions& options) {
+    const auto point = rate.find('.');
+    if (!options.check || point == std::string::npos) {
+        return;
+    }
+    const auto precision = static_cast<std::size_t>(std::max(0, options.precision));
+    const auto first = rate.begin() + static_cast<std::ptrdiff_t>(point) + 1;
+    const auto digits =
+        static_cast<std::size_t>(std::find_if_not(first, rate.end(), isDigit) - first);
+    if (digits > precision) {
+        rate.resize(point + 1 + precision);
+    }
+    rate.erase(rate.find_last_not_of('0') + 1);
+    if (rate.ends_with('.')) {
+        rate.pop_back();
+    }
+}
+
+}  // namespace kavu

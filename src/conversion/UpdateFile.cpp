@@ -1,0 +1,109 @@
+#include "conversion/UpdateFile.h"
+
+#include "conversion/ConversionFields.h"
+#include "core/Clock.h"
+#include "core/Messages.h"
+#include "core/Printf.h"
+#include "core/ProfileSettings.h"
+#include "core/Text.h"
+#include "core/TmatsDocument.h"
+
+namespace kavu {
+
+namespace {
+
+// The receiving tool reads a fixed number of coefficients.
+constexpr int kCoefficients = 10;
+
+std::string_view field(const ProfileFile::Section& record, std::string_view key,
+                       std::string_view otherwise = {}) {
+    return trimTrailingBlanks(record.get(key, otherwise));
+}
+
+}  // namespace
+
+bool UpdateFile::report(const IoStatus& status) {
+    if (!status.ok()) {
+        context_.messages.showFailure(parent_, status, 313, title::kErrorSaving, kWarningBox,
+                                      "Write/Create", status.path());
+    }
+    return status.ok();
+}
+
+void UpdateFile::open() {
+    const auto& settings = context_.settings;
+    const auto path = settings.text("UpdPath");
+    if (settings.integer("EnableUpd", 0) == 0 || path.empty()) {
+        return;
+    }
+    const bool append = settings.integer("UpdAppend", 1) != 0;
+    (void)report(file_.open(path, append ? WriteMode::Append : WriteMode::Truncate));
+}
+
+bool UpdateFile::offer(const ProfileFile::Section& record, std::string_view type) {
+    const bool pairs = type == "PRS";
+    if (!file_.isOpen() || (!pairs && type != "COE") || record.integer(recordkey::kChanged) == 0) {
+        return false;
+    }
+    if (file_.position() == 0) {
+        const auto now = context_.clock.now();
+        file_.write(
+            formatPrintf("\n* These items added by KAVU-9 TMATS Editor. Date: %s Time: %s\n",
+                         dateText(now), timeText(now)));
+    }
+    file_.write(record.name());
+    file_.write(", ");
+    if (pairs) {
+        writePairs(record);
+    } else {
+        writeCoefficients(record);
+    }
+    file_.write("\n\n");
+    return true;
+}
+
+void UpdateFile::writePairs(const ProfileFile::Section& record) {
+    file_.write("TABLE\n");
+    for (int i = 1;; ++i) {
+        const auto number = std::to_string(i);
+        const auto telemetry = field(record, "PS3-" + number);
+        const auto engineering = field(record, "PS4-" + number);
+        if (telemetry.empty() || engineering.empty()) {
+            break;
+        }
+        file_.write(telemetry);
+        file_.write(", ");
+        file_.write(engineering);
+        file_.write("\n");
+    }
+    file_.write("END");
+}
+
+void UpdateFile::writeCoefficients(const ProfileFile::Section& record) {
+    for (int i = kCoefficients; i >= 1; --i) {
+        if (const auto value = field(record, "CO-" + std::to_string(i)); !value.empty()) {
+            file_.write(value);
+            file_.write(", ");
+        }
+    }
+    file_.write(field(record, "CO", "0"));
+}
+
+bool UpdateFile::flush() {
+    if (!file_.isOpen()) {
+        return true;
+    }
+    const auto status = file_.flush();
+    if (!status.ok()) {
+        (void)file_.close();
+    }
+    return report(status);
+}
+
+void UpdateFile::close() {
+    if (file_.isOpen()) {
+        (void)report(file_.close());
+    }
+}
+
+}  // namespace kavu
