@@ -246,9 +246,10 @@ IoStatus FileWriter::open(const std::string& path, WriteMode mode) {
     ::fcntl(descriptor_, F_SETFL, mode == WriteMode::Append ? O_APPEND : 0);
     if (mode == WriteMode::Append) {
         struct stat info {};
-        if (::fstat(descriptor_, &info) == 0) {
-            position_ = static_cast<std::uint64_t>(info.st_size);
+        if (::fstat(descriptor_, &info) != 0) {
+            status_ = {path, errno};
         }
+        position_ = static_cast<std::uint64_t>(info.st_size);
     }
     return status_;
 }
@@ -347,8 +348,9 @@ IoStatus copyFile(const std::string& from, const std::string& to, bool durable) 
         return status;
     }
     // The open of the target would empty the source.
-    if (isSameFile(from, to)) {
-        return {to, EEXIST};
+    bool same = false;
+    if (auto status = probeSameFile(from, to, same); !status.ok() || same) {
+        return status.ok() ? IoStatus(to, EEXIST) : status;
     }
     FileWriter writer;
     if (auto status = writer.open(to, WriteMode::Truncate); !status.ok()) {
@@ -374,8 +376,12 @@ IoStatus makeFolder(const std::string& path, unsigned mode) {
     if (::mkdir(path.c_str(), mode) == 0) {
         return {};
     }
-    const int code = errno;
-    return code == EEXIST && folderExists(path) ? IoStatus() : IoStatus(path, code);
+    if (errno != EEXIST) {
+        return {path, errno};
+    }
+    PathKind kind = PathKind::Missing;
+    const auto status = probePath(path, kind);
+    return !status.ok() || kind == PathKind::Folder ? status : IoStatus(path, EEXIST);
 }
 
 IoStatus makeFolders(const std::string& path, unsigned mode) {
@@ -437,11 +443,17 @@ IoStatus probePath(const std::string& path, PathKind& kind) {
     return {};
 }
 
-bool isSameFile(const std::string& one, const std::string& other) {
-    struct stat a {};
-    struct stat b {};
-    return ::stat(one.c_str(), &a) == 0 && ::stat(other.c_str(), &b) == 0 && a.st_dev == b.st_dev &&
-           a.st_ino == b.st_ino;
+IoStatus probeSameFile(const std::string& one, const std::string& other, bool& same) {
+    struct stat info[2]{};
+    const std::string* const paths[2] = {&one, &other};
+    same = false;
+    for (std::size_t i = 0; i < 2; ++i) {
+        if (::stat(paths[i]->c_str(), &info[i]) != 0) {
+            return meansMissing(errno) ? IoStatus() : IoStatus(*paths[i], errno);
+        }
+    }
+    same = info[0].st_dev == info[1].st_dev && info[0].st_ino == info[1].st_ino;
+    return {};
 }
 
 bool fileExists(const std::string& path) {
@@ -460,7 +472,7 @@ bool folderExists(const std::string& path) {
 }
 
 bool canRead(const std::string& path) {
-    const int descriptor = openFile(path, O_RDONLY);
+    const int descriptor = openFile(path, O_RDONLY | O_NONBLOCK);
     if (descriptor >= 0) {
         ::close(descriptor);
     }
@@ -468,7 +480,8 @@ bool canRead(const std::string& path) {
 }
 
 bool canWrite(const std::string& path) {
-    const int descriptor = openFile(path, O_WRONLY);
+    // Not blocking: a pipe without a reader can not be written, and nobody waits for one.
+    const int descriptor = openFile(path, O_WRONLY | O_NONBLOCK);
     if (descriptor >= 0) {
         ::close(descriptor);
     }

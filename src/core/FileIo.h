@@ -110,8 +110,8 @@ class FileWriter {
 [[nodiscard]] IoStatus replaceFile(const std::string& path, std::string_view bytes);
 [[nodiscard]] IoStatus writeWholeFile(const std::string& path, std::string_view bytes);
 /// Copies the bytes of a file, overwriting the target. The status names the file that
-/// failed; a file is not copied over itself. With `durable` the copy is complete on the disk when
-/// this returns.
+/// failed; a file is not copied over itself (EEXIST). With `durable` the copy is complete on the
+/// disk when this returns.
 [[nodiscard]] IoStatus copyFile(const std::string& from, const std::string& to,
                                 bool durable = false);
 [[nodiscard]] IoStatus deleteFile(const std::string& path);
@@ -130,8 +130,8 @@ enum class PathKind { Missing, PlainFile, Folder, Other };
 /// that it can not be known is a failure, and whoever would overwrite or leave out what is
 /// missing has to ask here and not below.
 [[nodiscard]] IoStatus probePath(const std::string& path, PathKind& kind);
-/// True if both paths lead to one existing file, be it by a link.
-[[nodiscard]] bool isSameFile(const std::string& one, const std::string& other);
+/// Tells if both paths lead to one existing file, be it by a link.
+[[nodiscard]] IoStatus probeSameFile(const std::string& one, const std::string& other, bool& same);
 
 [[nodiscard]] bool fileExists(const std::string& path);
 /// True for an existing file that is no folder, device or pipe; links are followed.

@@ -136,7 +136,9 @@ int askOpenTmatsFile(DocumentContext& context, UserInterface* parent, std::strin
 bool openFromName(DocumentContext& context, UserInterface* parent, const std::string& name) {
     std::string path = replaceAll(name, "\"", "");
     path = std::string(trim(path));
-    if (!path.empty() && !fileExists(path)) {
+    // What can not be reached is no reason to open another file in its place.
+    PathKind kind = PathKind::Missing;
+    if (!path.empty() && probePath(path, kind).ok() && kind == PathKind::Missing) {
         for (const char* const extension : {".tma", ".tmt"}) {
             if (fileExists(path + extension)) {
                 path += extension;

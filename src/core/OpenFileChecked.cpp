@@ -4,6 +4,9 @@
 #include "core/UserInterface.h"
 
 #include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace kavu {
 
@@ -11,6 +14,46 @@ namespace {
 
 constexpr const char* kOpenTitle = "Unable To Open File";
 constexpr const char* kBackupTitle = "ERROR: Unable To Create Backup File";
+
+/// Tells what a path leads to. A name with a NUL byte leads nowhere: the system would take
+/// the part in front of it, which is the name of another file.
+IoStatus probeNamed(const std::string& path, PathKind& kind) {
+    return path.find('\0') == std::string::npos ? probePath(path, kind) : IoStatus(path, EINVAL);
+}
+
+bool reportUnreadable(UserInterface* parent, const std::string& path, const std::string& reason) {
+    showBox(parent, formatPrintf("Unable to read '%s'.\n\nReason: %s", path, reason), kBackupTitle);
+    return false;
+}
+
+/// Makes an empty file that nobody may read who may not read `like`; gives false if there
+/// is a file already or if it can not be made, and then the copy will tell why.
+bool makePrivateFile(const std::string& like, const std::string& path) {
+    struct stat info {};
+    if (::stat(like.c_str(), &info) != 0) {
+        return false;
+    }
+    const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
+                                  (info.st_mode & 0777) | S_IWUSR);
+    if (descriptor >= 0) {
+        ::close(descriptor);
+    }
+    return descriptor >= 0;
+}
+
+/// Takes half a backup away, so that nobody takes it for a whole one.
+void discard(const std::string& backup, bool isNew) {
+    if (isNew) {
+        (void)deleteFile(backup);
+    }
+}
+
+/// A folder in which one may write but not look can not be synchronised; the backup in it
+/// is no worse for that.
+IoStatus makeEntryDurable(const std::string& path) {
+    const auto status = syncFolder(folderOf(path));
+    return status.code() == EACCES ? IoStatus() : status;
+}
 
 }  // namespace
 
@@ -44,13 +87,13 @@ bool openFileChecked(UserInterface* parent, const std::string& path, WriteMode m
         return false;
     }
     PathKind kind = PathKind::Missing;
-    if (const auto status = probePath(path, kind); !status.ok()) {
+    if (const auto status = probeNamed(path, kind); !status.ok()) {
         reportUnableToOpen(parent, status);
         return false;
     }
     if (kind != PathKind::Missing) {
-        // Without a parent nobody objects to the overwriting that the caller has asked for.
-        if (policy != OverwritePolicy::BackUpOnly && parent != nullptr &&
+        // Without a parent nobody has agreed to lose what is in the file.
+        if (policy != OverwritePolicy::BackUpOnly &&
             showBox(parent, formatPrintf("The file: '%s' already exists\n\nOverwrite?", path),
                     "File Already Exists", Icon::Question, Buttons::YesNo) != Button::Yes) {
             return false;
@@ -59,6 +102,7 @@ bool openFileChecked(UserInterface* parent, const std::string& path, WriteMode m
             return false;
         }
     }
+    // In place: links to the file, its owner and its mode stay.
     const auto status = writer.open(path, mode);
     if (!status.ok()) {
         reportUnableToOpen(parent, status);
@@ -71,29 +115,36 @@ std::string backupName(const std::string& path) {
 }
 
 bool makeBackup(UserInterface* parent, const std::string& path, bool* made) {
+    if (made != nullptr) {
+        *made = false;
+    }
     const auto backup = backupName(path);
     ByteSource source;
     if (const auto status = source.open(path); !status.ok()) {
-        showBox(parent, formatPrintf("Unable to read '%s'.\n\nReason: %s", path, status.reason()),
-                kBackupTitle);
-        return false;
+        return reportUnreadable(parent, path, status.reason());
     }
     // Two names of one file can not hold two contents either.
     if (backup == path || isSameFile(backup, path)) {
         showBox(parent, "Unable to create backup file. File names are the same.", kBackupTitle);
         return false;
     }
+    const bool isNew = makePrivateFile(path, backup);
     auto status = copyFile(path, backup, true);
-    if (made != nullptr) {
-        *made = false;
+    if (!status.ok() && status.path() == path) {
+        discard(backup, isNew);
+        return reportUnreadable(parent, path, status.reason());
+    }
+    if (IoStatus failure; status.ok() && source.changedSinceOpened(&failure)) {
+        discard(backup, isNew);
+        return reportUnreadable(
+            parent, path,
+            failure.ok() ? "Another program has changed the file meanwhile" : failure.reason());
     }
     if (status.ok() && fileSize(backup) != source.size()) {
         status = {backup, EIO};
     }
-    if (!status.ok() && status.path() == path) {
-        showBox(parent, formatPrintf("Unable to read '%s'.\n\nReason: %s", path, status.reason()),
-                kBackupTitle);
-        return false;
+    if (status.ok() && isNew) {
+        status = makeEntryDurable(backup);
     }
     if (status.ok()) {
         if (made != nullptr) {
@@ -101,6 +152,7 @@ bool makeBackup(UserInterface* parent, const std::string& path, bool* made) {
         }
         return true;
     }
+    discard(backup, isNew);
     return showBox(parent,
                    formatPrintf("Unable to create backup file '%s'\n\nUnable to save contents of "
                                 "original file (%s) to backup file.\n\nContinue anyway?\n\n"
