@@ -10,10 +10,12 @@ says which file and why; and nothing stays in the temporary root.
 
 import errno
 import os
+import re
 import subprocess
 import unittest
 from collections import namedtuple
 from concurrent.futures import ThreadPoolExecutor
+from pathlib import Path
 
 import support
 
@@ -21,15 +23,29 @@ FORMER = b"G\\PN:FORMER;\r\n" + b"G\\COM:what the target held before;\r\n" * 40
 OLDER_BACKUP = b"G\\PN:OLDER;\r\n"
 ERRORS = (errno.ENOSPC, errno.EIO, errno.EACCES)
 WORKERS = 2
+SOURCES = Path(__file__).resolve().parents[2] / "src"
 
 Call = namedtuple("Call", "number name access path second missing")
 Fault = namedtuple("Fault", "call code short")
 
 
+GUID = re.compile(r"KAVU-9-[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}")
+
+
+def without_guid(text):
+    """The store has a new name in each run."""
+    return GUID.sub("KAVU-9-GUID", text)
+
+
+def is_important(call):
+    """On the files of the user, not on the program's own."""
+    return call.path.startswith(("source/", "target/")) or call.path == "target"
+
+
 def recorded_calls(log):
     missing = set()
     rows = []
-    for line in log.read_text().splitlines():
+    for line in without_guid(log.read_text()).splitlines():
         cells = line.split("\t")
         if cells[1] == "missing":
             missing.add(int(cells[0]))
@@ -98,6 +114,16 @@ def is_behind_the_save(plan, fault):
     return fault.call.number > plan.last_of_save and fault.call.path.startswith("temp")
 
 
+def is_cleaning_of_new_store(plan, fault):
+    return (fault.call.number < plan.first_of_source and fault.call.path.startswith("temp/")
+            and fault.call.name in ("opendir", "readdir"))
+
+
+def is_probe_of_source(plan, fault):
+    return (fault.call.path == "source/in.tma" and fault.call.number <= plan.probes_of_source
+            and (fault.call.name == "stat" or fault.call.access == "w"))
+
+
 def is_settings(plan, fault):
     return fault.call.path.startswith("home")
 
@@ -107,7 +133,8 @@ def is_probe_of_missing_file(plan, fault):
 
 
 def is_lock(plan, fault):
-    return fault.call.name == "flock"
+    return fault.call.path.startswith("temp/") and (
+        fault.call.name == "flock" or fault.call.name == "open" and fault.call.access == "d")
 
 
 def is_backup_that_is_given_up(plan, fault):
@@ -119,6 +146,9 @@ HARMLESS = [
     ("nothing is lost by the closing of a file that was only read", is_closing_of_read_file),
     ("a scratch file that can not be removed goes with the folder", is_removal),
     ("the document is saved; what is left behind is told", is_behind_the_save),
+    ("a store that was just made holds nothing to delete", is_cleaning_of_new_store),
+    ("the open of the source tells what a probe could not, and whether it is read-only does "
+     "not matter for a save under another name", is_probe_of_source),
     ("settings have defaults, and a run does not need to store them", is_settings),
     ("a file that is not there holds nothing to lose", is_probe_of_missing_file),
     ("the lock only keeps a living store out of the list of abandoned ones", is_lock),
@@ -175,11 +205,14 @@ class Judge:
             self.problems.append("the target is partial and the run says it is done")
 
     def _says_why(self):
-        reason = os.strerror(self.fault.code)
+        err = without_guid(self.outcome.err)
         paths = [self.case.root / path for path in (self.fault.call.path, self.fault.call.second)
                  if path]
-        # A folder stands for the files in it: a failed sync of it is told for the target.
-        return reason in self.outcome.err and any(str(path) in self.outcome.err for path in paths)
+        if not is_important(self.fault.call):
+            # Of a scratch file the user is told the folder.
+            paths += [path.parent for path in paths]
+        return (os.strerror(self.fault.code) in err
+                and any(str(path) in err for path in paths))
 
     def _message(self):
         if not self._says_why():
@@ -210,8 +243,7 @@ class TortureTest(unittest.TestCase):
 
     def faults_of(self, plan):
         for call in plan.calls:
-            important = call.path.startswith(("source/", "target/")) or call.path == "target"
-            codes = ERRORS if important else (ERRORS[call.number % len(ERRORS)],)
+            codes = ERRORS if is_important(call) else (ERRORS[call.number % len(ERRORS)],)
             for code in codes:
                 yield Fault(call, code, False)
             if call.name == "write":
@@ -238,6 +270,10 @@ class TortureTest(unittest.TestCase):
         self.assertEqual(problems, [])
         of_target = [call.number for call in plan.calls if call.path.startswith("target")]
         plan.last_of_save = max(of_target)
+        plan.first_of_source = min(call.number for call in plan.calls
+                                   if call.path.startswith("source/"))
+        plan.probes_of_source = min(call.number for call in plan.calls
+                                    if call.path == "source/in.tma" and call.access == "r")
         names = {call.name for call in plan.calls}
         self.assertLessEqual({"open", "read", "write", "close", "fsync", "mkdir", "rmdir"}, names)
         faults = list(self.faults_of(plan))
@@ -247,7 +283,8 @@ class TortureTest(unittest.TestCase):
                      if text is not None]
         print(f"{plan.name}: {len(plan.calls)} calls, {len(faults)} faults, "
               f"{len(found)} findings", flush=True)
-        self.assertEqual(len(found), 0, "\n\n".join(found[:int(os.environ.get("FINDINGS", 20))]))
+        heads = "\n".join(text.splitlines()[0] for text in found)
+        self.assertEqual(len(found), 0, f"{heads}\n\n" + "\n\n".join(found[:20]))
 
     def test_with_backup(self):
         self.torture(Plan("backup", [], support.small_document()))
@@ -301,9 +338,15 @@ class ShimTest(unittest.TestCase):
         names = self.imported()
         self.assertIn("open", {name.removesuffix("64") for name in names})
         self.assertEqual(names & (self.OTHER - self.ALLOWED), set())
-        streams = {name for name in names if "basic_filebuf" in name or "fstream" in name
-                   or "10filesystem" in name}
-        self.assertEqual(streams, set())
+
+    def test_no_source_uses_file_streams(self):
+        # Their calls come from inside the library, where no shim sees them. The parser of
+        # the command line links them for a use that the program does not make.
+        sources = [path for path in SOURCES.rglob("*") if path.suffix in (".cpp", ".h")]
+        self.assertGreater(len(sources), 50)
+        users = [str(path) for path in sources
+                 if re.search(r"#include <(fstream|filesystem|cstdio)>", path.read_text())]
+        self.assertEqual(users, [])
 
 
 if __name__ == "__main__":
