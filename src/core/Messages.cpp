@@ -33,12 +33,17 @@ std::string withReason(std::string text, const IoStatus& status) {
     return status.ok() ? text : text + "\n\nReason: " + status.reason();
 }
 
-/// The body of a log entry: indented by a tab under a title, and broken at a blank once a
-/// line is past the wrap column.
-std::string wrapped(std::string text, bool indented) {
-    const std::size_t column = indented ? kColumnWithTitle : kColumnWithoutTitle;
+/// A text with its line breaks as line feeds, also those that it keeps in stored form.
+std::string withLineFeeds(std::string text) {
     fromStoredForm(text);
     std::erase(text, '\r');
+    return text;
+}
+
+/// The body of a log entry: indented by a tab under a title, and broken at a blank once a
+/// line is past the wrap column. A text without blanks is never broken.
+std::string wrapped(const std::string& text, bool indented) {
+    const std::size_t column = indented ? kColumnWithTitle : kColumnWithoutTitle;
     std::string result(indented ? "\t" : "");
     std::size_t count = 0;
     for (const char c : text) {
@@ -124,7 +129,7 @@ Button Messages::showBoxOf(UserInterface* parent, int id, int titleId, const std
 
 void Messages::logArgs(UserInterface* parent, int id, int titleId, const IoStatus& status,
                        PrintfArgs args) const {
-    const auto text = withReason(messageText(id, args, kLogBuffer - 1), status);
+    const auto text = withLineFeeds(withReason(messageText(id, args, kLogBuffer - 1), status));
     const auto title = titleId > 0 ? titleText(titleId) : std::string();
     appendEntry(logPath(), title, id, text);
     if (parent != nullptr) {
@@ -134,9 +139,10 @@ void Messages::logArgs(UserInterface* parent, int id, int titleId, const IoStatu
 
 void Messages::logText(UserInterface* parent, int titleId, const std::string& text) const {
     const auto title = titleId > 0 ? titleText(titleId) : std::string();
-    appendEntry(logPath(), title, 0, text);
+    const auto shown = text.empty() ? std::string(kMissingText) : withLineFeeds(text);
+    appendEntry(logPath(), title, 0, shown);
     if (parent != nullptr) {
-        parent->logged({0, titleId, title, text});
+        parent->logged({0, titleId, title, shown});
     }
 }
 
@@ -165,6 +171,9 @@ void Messages::showLog(UserInterface* parent, const std::string& documentPath,
 
 bool Messages::showDialog(UserInterface* parent, const std::string& title,
                           const std::string& subtitle, const std::string& path) const {
+    if (parent == nullptr) {
+        return false;
+    }
     std::string text;
     PathKind kind = PathKind::Missing;
     auto status = probePath(path, kind);
@@ -173,12 +182,12 @@ bool Messages::showDialog(UserInterface* parent, const std::string& title,
     }
     status = status.ok() ? readWholeFile(path, text) : status;
     (void)deleteFile(path);
-    if (parent == nullptr || (status.ok() && text.empty())) {
+    if (status.ok() && text.empty()) {
         return false;
     }
     auto lines = splitLines(text);
     for (auto& line : lines) {
-        const auto first = line.find_first_not_of(" \t");
+        const auto first = line.find_first_not_of(" \t\v\f\r");
         line.erase(0, first == std::string::npos ? line.size() : first);
     }
     if (!status.ok()) {

@@ -124,7 +124,11 @@ bool makeBackup(UserInterface* parent, const std::string& path, bool* made) {
         return reportUnreadable(parent, path, status.reason());
     }
     // Two names of one file can not hold two contents either.
-    if (backup == path || isSameFile(backup, path)) {
+    bool same = backup == path;
+    if (IoStatus failure; !same && !(failure = probeSameFile(path, backup, same)).ok()) {
+        return reportUnreadable(parent, failure.path(), failure.reason());
+    }
+    if (same) {
         showBox(parent, "Unable to create backup file. File names are the same.", kBackupTitle);
         return false;
     }

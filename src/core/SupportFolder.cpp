@@ -10,8 +10,13 @@ namespace {
 
 constexpr const char* kWriteTest = "kavu.tmp";
 
+constexpr const char* kDefaultSharedRoot = "/etc/xdg";
+
+/// The first folder of a list; an empty place in it names none.
 std::string firstOf(const std::string& list) {
-    return list.substr(0, list.find(':'));
+    const auto first = list.find_first_not_of(':');
+    return first == std::string::npos ? kDefaultSharedRoot
+                                      : list.substr(first, list.find(':', first) - first);
 }
 
 /// The root of the files that all users share.
@@ -19,7 +24,7 @@ std::string sharedRoot(const Environment& environment) {
     if (const auto profile = environment.variable("ALLUSERSPROFILE")) {
         return *profile + "/Application Data";
     }
-    return firstOf(environment.variable("XDG_CONFIG_DIRS").value_or("/etc/xdg"));
+    return firstOf(environment.variable("XDG_CONFIG_DIRS").value_or(kDefaultSharedRoot));
 }
 
 /// The root of the files of this user.
@@ -38,9 +43,11 @@ std::string userRoot(const Environment& environment, const std::string& otherwis
 
 /// Tries a step until it works or the user gives up.
 template <typename Step>
-bool retried(UserInterface* parent, const char* text, const char* title, const Step& step) {
+bool retried(UserInterface* parent, const std::string& path, const char* text, const char* title,
+             const Step& step) {
     for (IoStatus status = step(); !status.ok(); status = step()) {
-        const auto shown = formatPrintf(text, status.path()) + "\n\nReason: " + status.reason();
+        const auto shown = formatPrintf(text, path) + "\n\nReason: " + status.reason();
+        // Without a parent nobody tries again.
         if (showBox(parent, shown, title, Icon::Error, Buttons::RetryCancel, Button::Retry) !=
             Button::Retry) {
             return false;
@@ -69,21 +76,20 @@ bool activateSupportFolder(UserInterface* parent, const std::string& folder) {
     const std::string path = folder.ends_with('/') ? folder.substr(0, folder.size() - 1) : folder;
     const bool made =
         folderExists(path) ||
-        retried(parent,
+        retried(parent, path,
                 "Could not create the path '%s'.\n\nThis application creates and uses this folder "
                 "to store temporary files.\n\nRetry: Try again\nCancel: Terminate application.",
                 "ERROR Activating Application", [&path] { return makeFolders(path); });
     // An existing folder has to prove as well that it takes files.
     return made &&
-           retried(parent,
+           retried(parent, path,
                    "This application could not write to the folder '%s'.\n\nThis application uses "
                    "this folder to store temporary files. Make sure you have 'Write' permissons "
                    "on this folder.\n\nRetry: Try again\nCancel: Terminate application.",
                    "Error Activating Application", [&path] {
                        const auto test = path + "/" + kWriteTest;
-                       auto status = writeWholeFile(test, {});
-                       status = status.ok() ? deleteFile(test) : status;
-                       return status.ok() ? status : IoStatus(path, status.code());
+                       const auto status = writeWholeFile(test, {});
+                       return status.ok() ? deleteFile(test) : status;
                    });
 }
 

@@ -1,6 +1,7 @@
 #include "core/WorkingStore.h"
 
 #include "core/Clock.h"
+#include "core/Edition.h"
 #include "core/GroupFiles.h"
 #include "core/Text.h"
 #include "core/TextEncoding.h"
@@ -9,6 +10,7 @@
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
+#include <optional>
 #include <set>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -41,39 +43,64 @@ constexpr auto kNamedFiles = std::to_array<std::string_view>({
     "[kavu]TmpPCMFMT.ALTTAG",
 });
 
-bool deleteReported(UserInterface* parent, const std::string& path) {
-    const auto status = deleteFile(path);
+bool reportDelete(UserInterface* parent, const IoStatus& status, const char* title) {
     if (!status.ok()) {
-        showBox(parent, formatPrintf("Unable to delete: %s\n\n%s", path, status.reason()),
-                "ERROR: Unable To Delete File");
+        showBox(parent, formatPrintf("Unable to delete: %s\n\n%s", status.path(), status.reason()),
+                title);
     }
     return status.ok();
 }
 
-/// The names in a folder as one listing found them. A name that comes later is not in it,
-/// and none is looked for: only what exists has to be deleted.
+bool deleteReported(UserInterface* parent, const std::string& path) {
+    return reportDelete(parent, deleteFile(path), "ERROR: Unable To Delete File");
+}
+
+bool deleteFolderReported(UserInterface* parent, const std::string& path) {
+    return reportDelete(parent, deleteFolder(path), "ERROR: Unable To Delete Folder");
+}
+
+/// The temporary root that the system names, without a separator at its end.
+std::optional<std::string> namedTemporaryRoot(const Environment& environment) {
+    for (const char* const name : {"TEMP", "TMPDIR"}) {
+        if (auto root = environment.variable(name)) {
+            while (root->size() > 1 && root->ends_with('/')) {
+                root->pop_back();
+            }
+            return root;
+        }
+    }
+    return std::nullopt;
+}
+
+/// The names in a folder as one listing found them: a thousand names are possible, but
+/// only what exists has to be deleted.
 class Listing {
   public:
     explicit Listing(const std::string& folder) {
         std::vector<FolderEntry> entries;
         (void)listFolder(folder, entries);
         for (auto& entry : entries) {
-            if (!entry.isFolder) {
-                names_.insert(std::move(entry.name));
-            }
+            (entry.isFolder ? folders_ : files_).insert(std::move(entry.name));
         }
     }
-    [[nodiscard]] bool has(const std::string& name) const { return names_.contains(name); }
+    [[nodiscard]] bool hasFile(const std::string& name) const { return files_.contains(name); }
+    /// A link to a folder is none: what it leads to is not ours to delete.
+    [[nodiscard]] bool hasFolder(const std::string& name) const { return folders_.contains(name); }
 
   private:
-    std::set<std::string> names_;
+    std::set<std::string> files_;
+    std::set<std::string> folders_;
 };
 
 /// Deletes the files of a document, in the order that the close has always had.
 class DocumentFiles {
   public:
-    DocumentFiles(const WorkingStore& store, UserInterface* parent, bool withStatus)
-        : store_(store), parent_(parent), withStatus_(withStatus), listing_(store.folder()) {}
+    DocumentFiles(const WorkingStore& store, UserInterface* parent, bool withStatus, int edition)
+        : store_(store),
+          parent_(parent),
+          withStatus_(withStatus),
+          dataLinkGroups_(edition >= groupKind('S').firstEdition ? "PDS" : "PD"),
+          listing_(store.folder()) {}
 
     void remove() {
         for (const auto name : kNamedFiles) {
@@ -90,16 +117,15 @@ class DocumentFiles {
         }
         status("Deleting all data link temporary files");
         for (int index = kLeastGroupIndex; index <= kMostGroupIndex; ++index) {
-            removeGroups("PDS", index);
+            removeGroups(dataLinkGroups_, index);
             removeMeasurementLists(index);
             removeGroups("BA", index);
             step();
         }
         store_.deleteFiles(nullptr, "[kavu]D*.D*");
         store_.deleteFiles(nullptr, "[kavu]*.C_*");
-        const auto copies = store_.pathOf(working::kEuDefinitions);
-        if (folderExists(copies)) {
-            (void)deleteFolder(copies);
+        if (const std::string copies(working::kEuDefinitions); listing_.hasFolder(copies)) {
+            deleteFolderReported(parent_, store_.pathOf(copies));
         }
         setProgressBar(withStatus_ ? parent_ : nullptr, -1);
         status({});
@@ -107,7 +133,7 @@ class DocumentFiles {
 
   private:
     void removeFile(const std::string& name) {
-        if (!name.empty() && listing_.has(name)) {
+        if (!name.empty() && listing_.hasFile(name)) {
             yieldToInterface(parent_);
             deleteReported(parent_, store_.pathOf(name));
         }
@@ -121,7 +147,7 @@ class DocumentFiles {
     void removeMeasurementLists(int index) {
         for (long list = 0;; ++list) {
             const auto name = formatPrintf("[kavu]D%8.8ld.D%2.2d", list, index);
-            if (!listing_.has(name)) {
+            if (!listing_.hasFile(name)) {
                 return;
             }
             removeFile(name);
@@ -135,6 +161,7 @@ class DocumentFiles {
     const WorkingStore& store_;
     UserInterface* parent_;
     bool withStatus_;
+    std::string_view dataLinkGroups_;
     Listing listing_;
     int steps_ = 0;
 };
@@ -154,13 +181,8 @@ WorkingStore::~WorkingStore() {
 }
 
 std::string WorkingStore::temporaryRoot() const {
-    for (const char* const name : {"TEMP", "TMPDIR"}) {
-        if (auto root = environment_.variable(name)) {
-            while (root->size() > 1 && root->ends_with('/')) {
-                root->pop_back();
-            }
-            return *root;
-        }
+    if (const auto root = namedTemporaryRoot(environment_)) {
+        return *root;
     }
     // Beside the settings of this user.
     const auto beside = supportFolderPath(environment_, "x", environment_.userName, false);
@@ -169,6 +191,9 @@ std::string WorkingStore::temporaryRoot() const {
 
 bool WorkingStore::activate(UserInterface* parent, std::string_view applicationName,
                             RandomSource& random) {
+    if (active()) {
+        return true;  // one store for one process
+    }
     const auto guid = makeGuid(random);
     const auto root = temporaryRoot();
     folder_ = root + "/" + std::string(applicationName) + (guid ? "-" + *guid : std::string());
@@ -204,14 +229,17 @@ bool WorkingStore::activate(UserInterface* parent, std::string_view applicationN
 }
 
 IoStatus WorkingStore::makePrivateFolder() const {
-    // A temporary root that the system named exists; the one beside the settings may not.
-    auto status = makeFolders(folderOf(folder_), kPrivateMode);
+    // A temporary root that the system names has to exist: to make one where it does not
+    // would hide a mistake in its name. The one beside the settings may be new.
+    auto status =
+        namedTemporaryRoot(environment_) ? IoStatus() : makeFolders(temporaryRoot(), kPrivateMode);
     if (status.ok() && ::mkdir(folder_.c_str(), kPrivateMode) != 0) {
         status = {folder_, errno};
     }
     // The user's mask may have taken more away than it should.
     if (status.ok() && ::chmod(folder_.c_str(), kPrivateMode) != 0) {
         status = {folder_, errno};
+        ::rmdir(folder_.c_str());
     }
     return status;
 }
@@ -228,10 +256,7 @@ void WorkingStore::deactivate(UserInterface* parent) {
     if (!active()) {
         return;
     }
-    if (const auto status = deleteFolder(folder_); !status.ok()) {
-        showBox(parent, formatPrintf("Unable to delete: %s\n\n%s", status.path(), status.reason()),
-                "ERROR: Unable To Delete Folder");
-    }
+    deleteFolderReported(parent, folder_);
     if (lock_ >= 0) {
         ::close(lock_);
         lock_ = -1;
@@ -246,10 +271,15 @@ std::string WorkingStore::pathOf(std::string_view name) const {
 bool WorkingStore::deleteFiles(UserInterface* parent, std::string_view pattern) const {
     if (pattern.find('*') == std::string_view::npos) {
         const auto path = pathOf(pattern);
-        return !isPlainFile(path) || deleteReported(parent, path);
+        if (!isPlainFile(path)) {
+            return true;
+        }
+        yieldToInterface(parent);
+        return deleteReported(parent, path);
     }
     std::vector<FolderEntry> entries;
-    bool good = listFolder(pathOf({}), entries).ok();
+    bool good =
+        reportDelete(parent, listFolder(pathOf({}), entries), "ERROR: Unable To Delete File");
     for (const auto& entry : entries) {
         if (!entry.isFolder && matchesWildcard(entry.name, pattern)) {
             yieldToInterface(parent);
@@ -259,27 +289,30 @@ bool WorkingStore::deleteFiles(UserInterface* parent, std::string_view pattern) 
     return good;
 }
 
-void WorkingStore::clearDocumentFiles(UserInterface* parent) const {
+void WorkingStore::clearDocumentFiles(UserInterface* parent, int edition) const {
     if (active()) {
-        DocumentFiles(*this, parent, true).remove();
+        DocumentFiles(*this, parent, true, edition).remove();
     }
 }
 
 void WorkingStore::verifyNoDocumentFiles(UserInterface* parent) const {
-    // The store is new, so there is normally nothing; one that was found to exist is cleaned.
+    // The store is new, so there is normally nothing; one that was found to exist is cleaned,
+    // whatever edition its document had.
     if (active()) {
-        DocumentFiles(*this, parent, false).remove();
+        DocumentFiles(*this, parent, false, kLatestEdition).remove();
     }
 }
 
 std::string safeFileName(std::string_view name) {
+    const bool valid = isValidUtf8(name);
     std::string safe;
+    safe.reserve(name.size());
     for (std::size_t i = 0; i < name.size(); ++i) {
         const char c = name[i];
-        const bool atEdge =
-            (i == 0 && (c == '.' || c == ' ')) || (i + 1 == name.size() && (c == '.' || c == ' '));
+        const bool hidden = c == '.' || c == ' ';
+        const bool atEdge = hidden && (i == 0 || i + 1 == name.size());
         const bool readable =
-            isPlainInFileName(c) || (static_cast<unsigned char>(c) >= 0x80 && isValidUtf8(name));
+            isPlainInFileName(c) || (static_cast<unsigned char>(c) >= 0x80 && valid);
         if (readable && !atEdge) {
             safe.push_back(c);
         } else {

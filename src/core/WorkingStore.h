@@ -4,6 +4,7 @@
 // The text "[kavu]" at the head of many names is a literal part of the file name.
 #pragma once
 
+#include "core/Edition.h"
 #include "core/Environment.h"
 #include "core/FileIo.h"
 #include "core/Printf.h"
@@ -61,7 +62,9 @@ class WorkingStore {
     bool deleteFiles(UserInterface* parent, std::string_view pattern) const;
 
     /// Deletes every file of the document, with status texts: the close of a document.
-    void clearDocumentFiles(UserInterface* parent) const;
+    /// The loops know the groups of the document's edition: S files of an edition before
+    /// 2005, which nothing else reads either, stay until the folder goes.
+    void clearDocumentFiles(UserInterface* parent, int edition = kLatestEdition) const;
     /// The same, deleting only what exists, at the start of the program.
     void verifyNoDocumentFiles(UserInterface* parent) const;
 
