@@ -1,175 +1,164 @@
 #include "groups/MeasurementNames.h"
 
-#include "core/FileIo.h"
 #include "core/GroupFiles.h"
 #include "core/Messages.h"
 #include "core/ProfileSettings.h"
 #include "core/Text.h"
-#include "core/TmatsReader.h"
+#include "core/TmatsDocument.h"
+#include "core/UserInterface.h"
 #include "core/WorkingStore.h"
 #include "groups/DataSources.h"
 
 #include <algorithm>
-#include <set>
 
 namespace kavu {
 
 namespace {
 
+constexpr std::string_view kSetting = "CheckForDupMeasurements";
+constexpr std::string_view kNameBeginning = "MN-";
 constexpr unsigned kPollEvery = 64;  // commands
-
-/// True for the field of a measurement's name: in D and B groups "MN-", in S groups those
-/// of telemetry, header and sub-channel measurements as well.
-bool namesMeasurement(char letter, std::string_view field) {
-    if (startsWithIgnoreCase(field, "MN-")) {
-        return true;
-    }
-    return letter == 'S' &&
-           (startsWithIgnoreCase(field, "TMN-") || startsWithIgnoreCase(field, "HMN-") ||
-            startsWithIgnoreCase(field, "SMN-"));
-}
-
-/// The value of a command that names a measurement, or empty.
-std::string_view measurementName(char letter, std::string_view command) {
-    const auto backslash = command.find('\\');
-    const auto colon = command.find(':');
-    if (backslash == std::string_view::npos || colon == std::string_view::npos ||
-        colon < backslash ||
-        !namesMeasurement(letter, command.substr(backslash + 1, colon - backslash - 1))) {
-        return {};
-    }
-    return command.substr(colon + 1, command.size() - colon - 2);
-}
 
 }  // namespace
 
-struct MeasurementFiles::Names {
-    Names(DocumentContext& context, UserInterface* parent)
-        : d(context, parent, 'D'), b(context, parent, 'B'), s(context, parent, 'S') {}
-    GroupNames d;
-    GroupNames b;
-    GroupNames s;
-};
+StreamFiles::StreamFiles(DocumentContext& context, UserInterface* parent)
+    : context_(context),
+      measurements_(context, parent, 'D'),
+      buses_(context, parent, 'B'),
+      messages_(context, parent, 'S') {}
 
-MeasurementFiles::MeasurementFiles(DocumentContext& context, UserInterface* parent)
-    : context_(context), names_(std::make_unique<Names>(context, parent)) {}
+bool StreamFiles::complete() const {
+    return measurements_.complete() && buses_.complete() && messages_.complete();
+}
 
-MeasurementFiles::~MeasurementFiles() = default;
-
-bool MeasurementFiles::forEachName(UserInterface* parent, std::string_view link,
-                                   const std::function<void(std::string_view)>& take) const {
+bool StreamFiles::readNames(UserInterface* parent, std::string_view link,
+                            const std::function<void(std::string_view)>& take) const {
     char letter = 'D';
-    int index = names_->d.indexOf(link);
+    int index = measurements_.find(link);
     if (index == 0) {
         letter = 'B';
-        index = names_->b.indexOf(link);
+        index = buses_.find(link);
     }
     if (index == 0) {
         letter = 'S';
-        index = names_->s.indexOf(link);
+        index = messages_.find(link);
     }
     if (index == 0) {
         return true;
     }
-    ByteSource source;
-    IoStatus status = source.open(context_.store.pathOf(groupFile(letter, index)));
-    std::string command;
-    for (unsigned count = 1; status.ok() && context_.reader.nextCommand(source, command); ++count) {
-        const auto name = measurementName(letter, command);
-        if (!name.empty()) {
-            take(name);
-        }
-        if (count % kPollEvery == 0 && cancelRequested(parent)) {
-            return false;
-        }
-    }
-    status = status.ok() ? source.status() : status;
+    bool cancelled = false;
+    unsigned count = 0;
+    const auto status = forEachCommand(
+        context_.reader, context_.store.pathOf(groupFile(letter, index)),
+        [&](const std::string& command) {
+            const auto field = fieldView(command);
+            if (startsWithIgnoreCase(field.code, kNameBeginning) && !field.value.empty()) {
+                take(field.value);
+            }
+            if (++count % kPollEvery == 0) {
+                yieldToInterface(parent);
+                cancelled = cancelRequested(parent);
+            }
+            return !cancelled;
+        });
     if (!status.ok()) {
-        showBox(parent,
-                formatPrintf("Unable to read '%s'\n\nReason: %s", status.path(), status.reason()),
-                "Error Reading TMATS File");
+        reportUnableToRead(parent, status);
     }
-    return status.ok();
+    return status.ok() && !cancelled;
 }
 
-bool MeasurementNames::streamMeasurementNames(UserInterface* parent, std::string_view link,
-                                              std::vector<std::string>& names) const {
-    names.clear();
-    return MeasurementFiles(context_, parent)
-        .forEachName(parent, link, [&names](std::string_view name) { names.emplace_back(name); });
-}
+MeasurementNames::MeasurementNames(DocumentContext& context)
+    : context_(context), checking_(context.settings.integer(kSetting, 1) != 0) {}
 
 bool MeasurementNames::checkForDuplicates(UserInterface* parent) {
-    forget(std::nullopt);
-    if (!checking_) {
-        return true;
-    }
     setStatusText(parent, "Gathering measurement names");
-    const MeasurementFiles files(context_, parent);
-    std::set<std::string> seen;
+    streams_.clear();
+    std::vector<std::string> links;
+    bool complete = gatherDataLinks(context_, parent, links);
     bool repeated = false;
-    int stream = 0;
-    for (const auto& link : gatherDataLinks(context_, parent)) {
-        if (!seen.insert(link).second) {
-            continue;  // one stream, however often its link is named
-        }
-        ++stream;
-        setStatusText(parent, formatPrintf("Reading measurement names (Datalink '%s')", link));
-        const bool read = files.forEachName(
-            parent, link, [&](std::string_view name) { add(std::string(name), stream, repeated); });
-        if (!read || cancelRequested(parent)) {
-            forget(std::nullopt);
-            return false;
+    if (complete) {
+        const StreamFiles files(context_, parent);
+        complete = files.complete();
+        for (std::size_t i = 0; complete && i < links.size(); ++i) {
+            setStatusText(parent,
+                          formatPrintf("Reading measurement names (Datalink '%s')", links[i]));
+            complete = !cancelRequested(parent) &&
+                       files.readNames(parent, links[i], [&](std::string_view name) {
+                           repeated = add(name, static_cast<int>(i) + 1) || repeated;
+                       });
         }
     }
-    if (repeated) {
+    setStatusText(parent, {});
+    if (!complete) {
+        streams_.clear();
+        return false;
+    }
+    if (repeated && checking_) {
         context_.messages.show(parent, 456, title::kError, kErrorBox);
         setChecking(false, false);
     }
     return true;
 }
 
-void MeasurementNames::add(std::string&& name, int stream, bool& repeated) {
-    const auto [place, isNew] = streams_.try_emplace(std::move(name), stream);
-    if (isNew || place->second == stream) {
-        return;
-    }
-    repeated = true;
-    auto& further = furtherStreams_[place->first];
-    if (std::find(further.begin(), further.end(), stream) == further.end()) {
-        further.push_back(stream);
-    }
-}
-
 void MeasurementNames::setChecking(bool on, bool save) {
     checking_ = on;
     if (save) {
-        context_.settings.writeInteger("CheckForDupMeasurements", on ? 1 : 0);
+        context_.settings.writeInteger(kSetting, on ? 1 : 0);
     }
 }
 
-int MeasurementNames::measurementInOtherStream(std::string_view name, int stream) const {
-    const auto place = streams_.find(std::string(name));
-    if (place == streams_.end()) {
-        return 0;
+bool MeasurementNames::measurementInOtherStream(std::string_view name, int stream) const {
+    return otherStream(name, stream).has_value();
+}
+
+std::optional<int> MeasurementNames::otherStream(std::string_view name, int stream) const {
+    const auto it = streams_.find(name);
+    if (it == streams_.end()) {
+        return std::nullopt;
     }
-    if (place->second != stream) {
-        return place->second;
+    if (it->second.first != stream) {
+        return it->second.first;
     }
-    const auto further = furtherStreams_.find(name);
-    return further == furtherStreams_.end() ? 0 : further->second.front();
+    return it->second.others.empty() ? std::nullopt : std::optional(it->second.others.front());
 }
 
 void MeasurementNames::forget(std::optional<std::string_view> name) {
     if (!name) {
         streams_.clear();
-        furtherStreams_.clear();
-        return;
+    } else if (const auto it = streams_.find(*name); it != streams_.end()) {
+        streams_.erase(it);
     }
-    streams_.erase(std::string(*name));
-    if (const auto further = furtherStreams_.find(*name); further != furtherStreams_.end()) {
-        furtherStreams_.erase(further);
+}
+
+bool MeasurementNames::streamMeasurementNames(UserInterface* parent, std::string_view link,
+                                              std::vector<std::string>& names) const {
+    const StreamFiles files(context_, parent);
+    return files.complete() &&
+           files.readNames(parent, link, [&](std::string_view name) { names.emplace_back(name); });
+}
+
+std::vector<std::string> MeasurementNames::names() const {
+    std::vector<std::string> all;
+    all.reserve(streams_.size());
+    for (const auto& entry : streams_) {
+        all.push_back(entry.first);
     }
+    std::sort(all.begin(), all.end());
+    return all;
+}
+
+bool MeasurementNames::add(std::string_view name, int stream) {
+    const auto it = streams_.find(name);
+    if (it == streams_.end()) {
+        streams_.emplace(name, Streams{stream, {}});
+        return false;
+    }
+    auto& streams = it->second;
+    // Streams come in order: one that was added before is the last.
+    if (streams.others.empty() ? streams.first != stream : streams.others.back() != stream) {
+        streams.others.push_back(stream);
+    }
+    return !streams.others.empty();
 }
 
 }  // namespace kavu

@@ -1,12 +1,10 @@
-// The measurement names of all streams of the document, for the rule that a name may be
-// used in one stream only.
+// The measurement names of all streams of a document, and in which streams each is used:
+// the conversion record of a name serves every stream that uses it.
 #pragma once
 
-#include "core/TmatsDocument.h"
+#include "groups/GroupScan.h"
 
 #include <functional>
-#include <map>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -15,57 +13,73 @@
 
 namespace kavu {
 
-class MeasurementNames {
+/// The files that hold the measurements of data links, found by the names in them in one
+/// look into each file, and read on request.
+class StreamFiles {
   public:
-    explicit MeasurementNames(DocumentContext& context) : context_(context) {}
-    MeasurementNames(const MeasurementNames&) = delete;
-    MeasurementNames& operator=(const MeasurementNames&) = delete;
+    StreamFiles(DocumentContext& context, UserInterface* parent);
+    /// False if a file could not be read while they were looked for; that is reported.
+    [[nodiscard]] bool complete() const;
 
-    /// Gathers the names of all data links if the check is on. A name in more than one
-    /// stream brings message 456 once, and turns the check off for this document. False if
-    /// it was cancelled; then no name is known.
-    bool checkForDuplicates(UserInterface* parent);
-    /// Turns the check on or off; with `save` in the settings too.
-    void setChecking(bool on, bool save);
-    [[nodiscard]] bool checking() const { return checking_; }
-    /// A stream other than `stream` (they count from 1) that has the name, or 0.
-    [[nodiscard]] int measurementInOtherStream(std::string_view name, int stream) const;
-    /// Forgets one name, or all.
-    void forget(std::optional<std::string_view> name);
-    /// Names that are known.
-    [[nodiscard]] std::size_t count() const { return streams_.size(); }
-
-    /// The names of a data link's measurements in file order: those of its D group, else
-    /// of its B group, else of its S group. False if it was cancelled or could not be read.
-    bool streamMeasurementNames(UserInterface* parent, std::string_view link,
-                                std::vector<std::string>& names) const;
+    /// Calls `take` with the name of every measurement of a link: from its D file, else its B
+    /// file, else its S file. False if the file could not be read (reported) or the user has
+    /// cancelled.
+    bool readNames(UserInterface* parent, std::string_view link,
+                   const std::function<void(std::string_view)>& take) const;
 
   private:
-    void add(std::string&& name, int stream, bool& repeated);
-
     DocumentContext& context_;
-    bool checking_ = true;
-    /// The first stream of a name; nearly all names have no other.
-    std::unordered_map<std::string, int> streams_;
-    std::map<std::string, std::vector<int>, std::less<>> furtherStreams_;
+    GroupNames measurements_;
+    GroupNames buses_;
+    GroupNames messages_;
 };
 
-/// The group files that hold measurements, by link name, read once for many links.
-class MeasurementFiles {
+class MeasurementNames {
   public:
-    MeasurementFiles(DocumentContext& context, UserInterface* parent);
-    ~MeasurementFiles();
-    MeasurementFiles(const MeasurementFiles&) = delete;
-    MeasurementFiles& operator=(const MeasurementFiles&) = delete;
+    /// Checking starts as the setting `CheckForDupMeasurements` says.
+    explicit MeasurementNames(DocumentContext& context);
 
-    /// Calls `take` with each name of the link's measurements.
-    bool forEachName(UserInterface* parent, std::string_view link,
-                     const std::function<void(std::string_view name)>& take) const;
+    /// Gathers the names of all data links anew; streams are counted from 1 in the order of
+    /// `gatherDataLinks`. With checking on, a name in more than one stream brings message
+    /// 456, and checking goes off for this document. False if the user has cancelled or a
+    /// file could not be read; then no name is known.
+    bool checkForDuplicates(UserInterface* parent);
+    /// With `save` the setting is written, too.
+    void setChecking(bool on, bool save);
+    [[nodiscard]] bool checking() const { return checking_; }
+
+    /// True if a stream other than this one has the name, whether checking is on or not.
+    [[nodiscard]] bool measurementInOtherStream(std::string_view name, int stream) const;
+    /// The number of the first such stream.
+    [[nodiscard]] std::optional<int> otherStream(std::string_view name, int stream) const;
+    /// Forgets one name, or all of them.
+    void forget(std::optional<std::string_view> name);
+
+    /// The measurement names of one link in the order of its file, an empty list if no file
+    /// bears the link. False as in `StreamFiles::readNames`.
+    bool streamMeasurementNames(UserInterface* parent, std::string_view link,
+                                std::vector<std::string>& names) const;
+    /// All names that are known, sorted by their bytes.
+    [[nodiscard]] std::vector<std::string> names() const;
 
   private:
+    struct Hash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view text) const {
+            return std::hash<std::string_view>()(text);
+        }
+    };
+    /// Nearly every name is in one stream only.
+    struct Streams {
+        int first = 0;
+        std::vector<int> others;
+    };
+    /// Adds a name; true if it is in more than one stream now.
+    bool add(std::string_view name, int stream);
+
     DocumentContext& context_;
-    struct Names;
-    std::unique_ptr<Names> names_;
+    bool checking_;
+    std::unordered_map<std::string, Streams, Hash, std::equal_to<>> streams_;
 };
 
 }  // namespace kavu
