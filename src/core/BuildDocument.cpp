@@ -347,7 +347,7 @@ CloseResult closeDocument(DocumentContext& context, UserInterface* parent) {
     if (steps.rememberFile) {
         steps.rememberFile(document.path);
     }
-    context.store.clearDocumentFiles(parent);
+    context.store.clearDocumentFiles(parent, document.version);
     if (steps.forgetConversions) {
         steps.forgetConversions();
     }

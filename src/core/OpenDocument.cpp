@@ -55,7 +55,7 @@ class LengthLog {
 /// No half-open document can exist: what a failed load has made goes.
 void abandonLoad(DocumentContext& context, UserInterface* parent) {
     auto& document = context.document;
-    context.store.clearDocumentFiles(parent);
+    context.store.clearDocumentFiles(parent, document.version);
     if (context.steps.forgetConversions) {
         context.steps.forgetConversions();
     }
@@ -163,6 +163,8 @@ bool loadDocument(DocumentContext& context, UserInterface* parent, const std::st
     }
     resetVersionFromSettings(context);
     document.path = path;
+    // The close of a document that was too old for S groups leaves them behind.
+    context.store.deleteFiles(nullptr, groupKind('S').wildcard);
 
     const LengthLog log(context.reader, context.messages.logPath());
     const bool opened = loadContents(context, parent, path, options) && finishLoad(context, parent);

@@ -124,11 +124,9 @@ bool makeBackup(UserInterface* parent, const std::string& path, bool* made) {
         return reportUnreadable(parent, path, status.reason());
     }
     // Two names of one file can not hold two contents either.
-    bool same = backup == path;
-    if (IoStatus failure; !same && !(failure = probeSameFile(path, backup, same)).ok()) {
-        return reportUnreadable(parent, failure.path(), failure.reason());
-    }
-    if (same) {
+    bool same = false;
+    (void)probeSameFile(path, backup, same);  // the copy tells what is wrong with the backup
+    if (same || backup == path) {
         showBox(parent, "Unable to create backup file. File names are the same.", kBackupTitle);
         return false;
     }
