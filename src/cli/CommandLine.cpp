@@ -72,6 +72,7 @@ CLI::App* addCommand(CLI::App& app, const char* name, const char* description) {
     CLI::App* const command = app.add_subcommand(name, description);
     // So that the common options may stand behind the command as well.
     command->fallthrough();
+    command->group("Commands");
     command->footer(kFooter);
     return command;
 }
@@ -220,6 +221,7 @@ ParsedCommandLine parseCommandLine(const std::vector<std::string>& arguments) {
     app.set_version_flag("--version", std::string("kavu-cli " KAVU_VERSION),
                          "Print the version and exit");
     app.require_subcommand(1);
+    app.get_formatter()->label("SUBCOMMAND", "COMMAND");
     addCommonOptions(app, line, raw);
     const CommandApps apps = addCommands(app, line, raw);
 
