@@ -142,9 +142,6 @@ bool makeBackup(UserInterface* parent, const std::string& path, bool* made) {
             parent, path,
             failure.ok() ? "Another program has changed the file meanwhile" : failure.reason());
     }
-    if (status.ok() && fileSize(backup) != source.size()) {
-        status = {backup, EIO};
-    }
     if (status.ok() && isNew) {
         status = makeEntryDurable(backup);
     }

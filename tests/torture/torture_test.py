@@ -115,13 +115,22 @@ def is_behind_the_save(plan, fault):
 
 
 def is_cleaning_of_new_store(plan, fault):
-    return (fault.call.number < plan.first_of_source and fault.call.path.startswith("temp/")
+    return (fault.call.number < plan.open_of_source and fault.call.path.startswith("temp/")
             and fault.call.name in ("opendir", "readdir"))
 
 
 def is_probe_of_source(plan, fault):
-    return (fault.call.path == "source/in.tma" and fault.call.number <= plan.probes_of_source
+    return (fault.call.path == "source/in.tma" and fault.call.number < plan.open_of_source
             and (fault.call.name == "stat" or fault.call.access == "w"))
+
+
+def is_done_again_by_copy(plan, fault):
+    call = fault.call
+    same = [other.number for other in plan.calls
+            if (other.name, other.access, other.path) == (call.name, call.access, call.path)
+            and other.number < plan.copy_to_backup]
+    return (call.name == "stat" or call.name == "open" and call.access == "w") and (
+        plan.backs_up and call.number in same[:-1])
 
 
 def is_settings(plan, fault):
@@ -149,6 +158,7 @@ HARMLESS = [
     ("a store that was just made holds nothing to delete", is_cleaning_of_new_store),
     ("the open of the source tells what a probe could not, and whether it is read-only does "
      "not matter for a save under another name", is_probe_of_source),
+    ("the copy to the backup does the same again, and stops for it", is_done_again_by_copy),
     ("settings have defaults, and a run does not need to store them", is_settings),
     ("a file that is not there holds nothing to lose", is_probe_of_missing_file),
     ("the lock only keeps a living store out of the list of abandoned ones", is_lock),
@@ -270,10 +280,11 @@ class TortureTest(unittest.TestCase):
         self.assertEqual(problems, [])
         of_target = [call.number for call in plan.calls if call.path.startswith("target")]
         plan.last_of_save = max(of_target)
-        plan.first_of_source = min(call.number for call in plan.calls
-                                   if call.path.startswith("source/"))
-        plan.probes_of_source = min(call.number for call in plan.calls
-                                    if call.path == "source/in.tma" and call.access == "r")
+        plan.open_of_source = min(call.number for call in plan.calls
+                                  if call.path == "source/in.tma" and call.access == "r")
+        plan.copy_to_backup = max(
+            [call.number for call in plan.calls
+             if (call.name, call.path) == ("write", "target/out.bak")], default=0)
         names = {call.name for call in plan.calls}
         self.assertLessEqual({"open", "read", "write", "close", "fsync", "mkdir", "rmdir"}, names)
         faults = list(self.faults_of(plan))
