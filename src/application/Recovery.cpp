@@ -10,6 +10,7 @@
 #include "core/WorkingStore.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <fcntl.h>
 #include <set>
 #include <sys/file.h>
@@ -35,11 +36,21 @@ bool belongsToDocument(const std::string& name) {
     return name.starts_with("[kavu]") && !name.ends_with("tmp") && !name.ends_with(".new");
 }
 
-/// True for a working file whose first command is a raw C command: the crash came before
-/// it was converted.
-bool holdsRawCommands(const std::string& path) {
+/// Tells if the first command of a working file is a raw C command: the crash came before
+/// it was converted. A file that can not be read is a failure: taken for a converted one,
+/// its commands would be lost.
+IoStatus probeRawCommands(const std::string& path, bool& raw) {
+    raw = false;
+    PathKind kind = PathKind::Missing;
+    if (auto status = probePath(path, kind); !status.ok() || kind != PathKind::PlainFile) {
+        return status;
+    }
     ByteSource source;
-    return source.open(path).ok() && source.window().substr(0, 2) == "C-";
+    if (auto status = source.open(path); !status.ok()) {
+        return status;
+    }
+    raw = source.window().substr(0, 2) == "C-";
+    return source.status();
 }
 
 /// Gathers the raw C commands of several files in one. A command may stand in more than
@@ -85,7 +96,11 @@ class StoreCopy {
             return status;
         }
         const auto data = folder_ + "/" + std::string(working::kData1);
-        if (holdsRawCommands(data)) {
+        bool raw = false;
+        if (auto status = probeRawCommands(data, raw); !status.ok()) {
+            return status;
+        }
+        if (raw) {
             raw_.push_back(data);
         }
         for (const auto& entry : entries) {
@@ -103,10 +118,20 @@ class StoreCopy {
     IoStatus copyEntry(const FolderEntry& entry) {
         const auto path = folder_ + "/" + entry.name;
         // A link could lead anywhere; a working store never holds one.
-        if (entry.isFolder || !belongsToDocument(entry.name) || isLink(path)) {
+        if (entry.isFolder || !belongsToDocument(entry.name)) {
             return {};
         }
-        if (isChunk(entry.name) && holdsRawCommands(path)) {
+        bool plain = false;
+        if (auto status = probeOwnFile(path, plain); !status.ok() || !plain) {
+            return status;
+        }
+        bool raw = false;
+        if (isChunk(entry.name)) {
+            if (auto status = probeRawCommands(path, raw); !status.ok()) {
+                return status;
+            }
+        }
+        if (raw) {
             raw_.push_back(path);
             return {};
         }
@@ -132,9 +157,13 @@ class StoreCopy {
         return writer.close();
     }
 
-    static bool isLink(const std::string& path) {
+    static IoStatus probeOwnFile(const std::string& path, bool& plain) {
         struct stat info {};
-        return ::lstat(path.c_str(), &info) != 0 || !S_ISREG(info.st_mode);
+        if (::lstat(path.c_str(), &info) != 0) {
+            return {path, errno};
+        }
+        plain = S_ISREG(info.st_mode);
+        return {};
     }
 
     const WorkingStore& store_;

@@ -424,7 +424,8 @@ IoStatus deleteFolder(const std::string& path) {
 IoStatus syncFolder(const std::string& path) {
     const int descriptor = openFile(path, O_RDONLY | O_DIRECTORY);
     if (descriptor < 0) {
-        return {path, errno};
+        // One may write in a folder that one may not read; what is in it is no worse for that.
+        return errno == EACCES ? IoStatus() : IoStatus(path, errno);
     }
     const int code = ::fsync(descriptor) == 0 || errno == EINVAL || errno == EROFS ? 0 : errno;
     ::close(descriptor);

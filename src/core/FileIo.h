@@ -122,7 +122,7 @@ class FileWriter {
 [[nodiscard]] IoStatus makeFolders(const std::string& path, unsigned mode = 0777);
 /// Deletes a folder with all it holds, depth first. Gives the first failure and goes on.
 [[nodiscard]] IoStatus deleteFolder(const std::string& path);
-/// Makes the entries of a folder durable.
+/// Makes the entries of a folder durable, if one may read the folder.
 [[nodiscard]] IoStatus syncFolder(const std::string& path);
 
 enum class PathKind { Missing, PlainFile, Folder, Other };

@@ -48,13 +48,6 @@ void discard(const std::string& backup, bool isNew) {
     }
 }
 
-/// A folder in which one may write but not look can not be synchronised; the backup in it
-/// is no worse for that.
-IoStatus makeEntryDurable(const std::string& path) {
-    const auto status = syncFolder(folderOf(path));
-    return status.code() == EACCES ? IoStatus() : status;
-}
-
 }  // namespace
 
 void reportUnableToOpen(UserInterface* parent, const IoStatus& status) {
@@ -143,7 +136,7 @@ bool makeBackup(UserInterface* parent, const std::string& path, bool* made) {
             failure.ok() ? "Another program has changed the file meanwhile" : failure.reason());
     }
     if (status.ok() && isNew) {
-        status = makeEntryDurable(backup);
+        status = syncFolder(folderOf(backup));
     }
     if (status.ok()) {
         if (made != nullptr) {

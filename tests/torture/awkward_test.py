@@ -77,6 +77,12 @@ class AwkwardTest(support.WorkshopTest):
         self.assertFalse(case.backup.exists())
         self.assertNothingLeft(case)
 
+    def test_folder_that_can_be_written_but_not_listed(self):
+        case = self.case_of_nobody()
+        case.target.parent.chmod(0o333)
+        self.assertSaved(case.save(user=NOBODY), case.target, self.right)
+        self.assertEqual(contents(case.backup), FORMER)
+
     def test_unreadable_source(self):
         case = self.case_of_nobody()
         case.source.chmod(0)

@@ -11,6 +11,7 @@ says which file and why; and nothing stays in the temporary root.
 import errno
 import os
 import re
+import signal
 import subprocess
 import unittest
 from collections import namedtuple
@@ -58,18 +59,21 @@ def recorded_calls(log):
 class Plan:
     """One way to run the program, and what a good run of it makes."""
 
-    def __init__(self, name, options, source, settings=None, backs_up=True, puts_back=False):
+    def __init__(self, name, options, source, settings=None, backs_up=True, puts_back=False,
+                 former=FORMER, older_backup=OLDER_BACKUP):
         self.name = name
         self.options = options
         self.source = source
         self.settings = settings
-        self.backs_up = backs_up
+        self.backs_up = backs_up and former is not None
         self.puts_back = puts_back
+        self.former = former
+        self.older_backup = older_backup
         self.right = None
         self.calls = []
 
     def case(self, workshop, name):
-        case = workshop.case(f"{self.name}-{name}", self.source, FORMER, OLDER_BACKUP)
+        case = workshop.case(f"{self.name}-{name}", self.source, self.former, self.older_backup)
         if self.settings is not None:
             case.settings.write_text(self.settings)
         return case
@@ -80,6 +84,9 @@ class Plan:
             options += ["--settings", case.settings]
         return case.save(*options, faults=faults)
 
+    def keeps_source(self, case):
+        return support.contents(case.source) == self.source
+
     def record(self, workshop):
         """A good run: what it writes, and the calls it makes."""
         case = self.case(workshop, "recorded")
@@ -89,7 +96,7 @@ class Plan:
         if outcome.status not in (0, 1):
             problems.append(f"a run without faults fails: {outcome}")
         self.right = support.contents(case.target)
-        if self.backs_up and support.contents(case.backup) != FORMER:
+        if self.backs_up and support.contents(case.backup) != self.former:
             problems.append("a run without faults makes no backup")
         if case.left_in_temp():
             problems.append(f"a run without faults leaves {case.left_in_temp()}")
@@ -98,6 +105,38 @@ class Plan:
                       for call in recorded_calls(log)]
         case.remove()
         return problems
+
+
+class RecoverPlan(Plan):
+    """A recovery of the store that a killed run has left behind."""
+
+    def __init__(self, name, files):
+        super().__init__(name, [], b"")
+        self.files = files
+
+    def case(self, workshop, name):
+        case = super().case(workshop, name)
+        case.source.unlink()
+        store = self.store(case)
+        store.mkdir()
+        for file, contents in self.files.items():
+            (store / file).write_bytes(contents)
+        return case
+
+    @staticmethod
+    def store(case):
+        return case.root / "source" / "store"
+
+    def run(self, case, faults):
+        return case.run("--now", support.NOW, "recover", self.store(case), "-o", case.target,
+                        faults=faults)
+
+    def keeps_source(self, case):
+        return self.files == files_of(self.store(case))
+
+
+def files_of(folder):
+    return {path.name: path.read_bytes() for path in folder.iterdir()}
 
 
 # What may fail without failing the run, each with the reason why. In every such run the
@@ -133,6 +172,16 @@ def is_done_again_by_copy(plan, fault):
         plan.backs_up and call.number in same[:-1])
 
 
+def is_closing_of_empty_backup(plan, fault):
+    return (plan.older_backup is None and fault.call.name == "close"
+            and fault.call.path == "target/out.bak" and fault.call.number < plan.copy_to_backup)
+
+
+def is_folder_that_may_not_be_read(plan, fault):
+    return (fault.call.path == "target" and fault.call.name == "open"
+            and fault.code == errno.EACCES)
+
+
 def is_settings(plan, fault):
     return fault.call.path.startswith("home")
 
@@ -159,6 +208,10 @@ HARMLESS = [
     ("the open of the source tells what a probe could not, and whether it is read-only does "
      "not matter for a save under another name", is_probe_of_source),
     ("the copy to the backup does the same again, and stops for it", is_done_again_by_copy),
+    ("the backup is made empty first, with its mode; nothing has been written to it yet",
+     is_closing_of_empty_backup),
+    ("a folder in which one may write and not read can not be synchronised",
+     is_folder_that_may_not_be_read),
     ("settings have defaults, and a run does not need to store them", is_settings),
     ("a file that is not there holds nothing to lose", is_probe_of_missing_file),
     ("the lock only keeps a living store out of the list of abandoned ones", is_lock),
@@ -199,17 +252,21 @@ class Judge:
         return self.problems
 
     def _source(self):
-        if support.contents(self.case.source) != self.plan.source:
+        if not self.plan.keeps_source(self.case):
             self.problems.append("the source has changed")
 
     def _target(self):
         target = support.contents(self.case.target)
         backup = support.contents(self.case.backup)
-        if target in (FORMER, self.plan.right):
+        if target in (self.plan.former, self.plan.right):
             return
-        if self.plan.puts_back:
+        if self.plan.former is None:
+            # A file that was not there has nothing to lose; a partial one must be reported.
+            if self.outcome.status != 2:
+                self.problems.append("the target is partial and the run says it is done")
+        elif self.plan.puts_back:
             self.problems.append("the target is neither the former nor the new file")
-        elif backup != FORMER:
+        elif backup != self.plan.former:
             self.problems.append("the target is partial and the backup is not the former file")
         elif self.outcome.status != 2:
             self.problems.append("the target is partial and the run says it is done")
@@ -281,7 +338,7 @@ class TortureTest(unittest.TestCase):
         of_target = [call.number for call in plan.calls if call.path.startswith("target")]
         plan.last_of_save = max(of_target)
         plan.open_of_source = min(call.number for call in plan.calls
-                                  if call.path == "source/in.tma" and call.access == "r")
+                                  if call.path.startswith("source/") and call.access in "rd")
         plan.copy_to_backup = max(
             [call.number for call in plan.calls
              if (call.name, call.path) == ("write", "target/out.bak")], default=0)
@@ -308,6 +365,40 @@ class TortureTest(unittest.TestCase):
     def test_with_backup_and_put_back(self):
         self.torture(Plan("both", ["--answer-all", "yes"], support.small_document(),
                           puts_back=True))
+
+    def test_with_a_first_backup(self):
+        self.torture(Plan("first-backup", [], support.small_document(), older_backup=None))
+
+    def test_with_a_new_target(self):
+        self.torture(Plan("new-target", [], support.small_document(), former=None,
+                          older_backup=None))
+
+    def abandoned_store(self, name, is_point):
+        """The files of the store of a run that is killed at a point of its calls."""
+        plan = Plan(name, [], support.small_document())
+        self.assertEqual(plan.record(self.workshop), [])
+        points = [call.number for call in plan.calls if is_point(call)]
+        self.assertTrue(points, "there is no such point in a run")
+        case = plan.case(self.workshop, "killed")
+        self.addCleanup(case.remove)
+        outcome = plan.run(case, {"KILL_AT": points[len(points) // 2]})
+        self.assertEqual(outcome.status, -signal.SIGKILL, outcome)
+        stores = list(case.temp.iterdir())
+        self.assertEqual(len(stores), 1)
+        return files_of(stores[0])
+
+    def test_recovery_of_raw_conversions(self):
+        # In the middle of the conversion some chunks are converted and some are not.
+        files = self.abandoned_store(
+            "kill-raw", lambda call: call.name == "rename" and call.second.endswith(".C_O"))
+        self.assertTrue(any(text.startswith(b"C-") for text in files.values()))
+        self.torture(RecoverPlan("recover-raw", files))
+
+    def test_recovery_of_a_whole_store(self):
+        files = self.abandoned_store(
+            "kill-whole", lambda call: call.name == "open" and call.path == "target/out.tma"
+            and call.access == "w")
+        self.torture(RecoverPlan("recover-whole", files))
 
     def test_with_migration(self):
         source = support.small_document().replace(b"G\\106:09", b"G\\106:07")
