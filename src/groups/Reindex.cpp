@@ -86,17 +86,22 @@ class Reindexer {
         return walk(wildcard, [&](const std::string& path) {
             ByteSource source;
             auto status = source.open(path);
-            std::optional<std::string> command;
-            if (status.ok()) {
-                command = context_.reader.findCommandContaining(source, code);
-                status = source.status();
+            std::string name;
+            while (status.ok() && name.empty()) {
+                const auto command = context_.reader.findCommandContaining(source, code);
+                if (!command) {
+                    status = source.status();
+                    break;
+                }
+                // The text may also stand inside the value of another command.
+                const auto field = fieldView(*command);
+                name = equalsIgnoreCase(field.code, code) ? field.value.substr(0, kNameLimit)
+                                                          : std::string_view();
             }
             if (!status.ok()) {
                 reportUnableToRead(parent_, status);
                 return false;
             }
-            const auto name =
-                command ? fieldView(*command).value.substr(0, kNameLimit) : std::string_view();
             if (name.empty() || listed.has(name)) {
                 return true;
             }

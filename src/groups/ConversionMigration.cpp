@@ -1,0 +1,220 @@
+#include "groups/ConversionMigration.h"
+
+#include "conversion/ConversionSections.h"
+#include "core/Clock.h"
+#include "core/ProfileFile.h"
+#include "core/Text.h"
+#include "core/TmatsDocument.h"
+#include "core/UserInterface.h"
+#include "groups/DateForms.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace kavu {
+
+namespace {
+
+/// A change of one key: of one old value, or of any if that is empty; without a new value
+/// the key goes.
+struct KeyRule {
+    std::string_view key;
+    std::string_view oldValue = {};
+    std::optional<std::string_view> newValue = std::nullopt;
+};
+
+constexpr auto kTo99 = std::to_array<KeyRule>({{"TRD4", "OTH", "O"}});
+
+constexpr auto kTo96 = std::to_array<KeyRule>({
+    {"TRD4", "O", "OTH"},
+    {"MNA"},
+    {"MN\\N"},
+    {"BFM", "FPT", "OTH"},
+    {"MOT5"},
+    {"MOT6"},
+    {"DCT", "PTM"},
+    {"DCT", "BTM"},
+    {"DCT", "VOI"},
+    {"DCT", "VID"},
+    {"DP\\N"},
+    {"DPC\\N"},
+    {"PTM"},
+    {"BTM"},
+});
+
+constexpr auto kWithout00 = std::to_array<KeyRule>({
+    {"FPF"},
+    {"BFM", "BCD", "OTH"},
+    {"BFM", "SIM", "SIG"},
+});
+
+constexpr auto kMatrixKeys = std::to_array<std::string_view>({"MA1", "MA2", "MA3"});
+constexpr std::size_t kVoiceEncodingLimit = 4;
+
+/// One record that is being changed.
+class Record {
+  public:
+    Record(ProfileFile& chunk, std::string_view name) : chunk_(chunk), name_(name) {}
+
+    [[nodiscard]] std::string get(std::string_view key) const {
+        return chunk_.value(name_, key).value_or(std::string());
+    }
+    void set(std::string_view key, std::string_view value) {
+        chunk_.setValue(name_, key, value);
+        changed_ = true;
+    }
+    void remove(std::string_view key) {
+        if (chunk_.value(name_, key)) {
+            chunk_.removeKey(name_, key);
+            changed_ = true;
+        }
+    }
+    [[nodiscard]] std::vector<std::string> keys() const { return chunk_.keyNames(name_); }
+    [[nodiscard]] const std::string& name() const { return name_; }
+    [[nodiscard]] bool changed() const { return changed_; }
+
+  private:
+    ProfileFile& chunk_;
+    std::string name_;
+    bool changed_ = false;
+};
+
+void applyKeyRules(Record& record, std::span<const KeyRule> rules) {
+    for (const auto& rule : rules) {
+        if (!rule.oldValue.empty() && !equalsIgnoreCase(record.get(rule.key), rule.oldValue)) {
+            continue;
+        }
+        if (rule.newValue) {
+            record.set(rule.key, *rule.newValue);
+        } else {
+            record.remove(rule.key);
+        }
+    }
+}
+
+void convertRecordDate(DocumentContext& context, UserInterface* parent, Record& record,
+                       int sourceYear) {
+    const auto text = record.get("TRD5");
+    const auto date = convertDate(text, sourceYear, context.clock.now().year);
+    if (!date) {
+        return;
+    }
+    record.set("TRD5", date->text);
+    if (date->doubtful) {
+        reportDoubtfulDate(context, parent, "TRD5 of measurement " + record.name(), text,
+                           date->text);
+    }
+}
+
+/// Voice and video had no conversion types of their own in 1996.
+void setMediaType(Record& record) {
+    const auto type = record.get("DCT");
+    if (!type.empty() && !equalsIgnoreCase(type, "NON")) {
+        return;
+    }
+    if (!record.get("VOI\\E").empty() || !record.get("VOI\\D").empty()) {
+        record.set("DCT", "VOI");
+    } else if (!record.get("VID\\E").empty() || !record.get("VID\\D").empty()) {
+        record.set("DCT", "VID");
+    }
+}
+
+void cutVoiceEncoding(Record& record) {
+    const auto encoding = record.get("VOI\\E");
+    if (encoding.empty()) {
+        return;
+    }
+    const auto cut = encoding.substr(0, kVoiceEncodingLimit);
+    if (!equalsIgnoreCase(cut, "CVSD") && !equalsIgnoreCase(cut, "OTHR")) {
+        record.remove("VOI\\E");
+    } else if (cut != encoding) {
+        record.set("VOI\\E", cut);
+    }
+}
+
+void moveMatrixToRows(Record& record) {
+    bool any = false;
+    for (const auto key : kMatrixKeys) {
+        if (const auto value = record.get(key); !value.empty()) {
+            record.set(std::string(key) + "-1", value);
+            any = true;
+        }
+        record.remove(key);
+    }
+    if (any) {
+        record.set("MA\\N", "1");
+    }
+}
+
+void moveMatrixFromRows(Record& record) {
+    for (const auto key : kMatrixKeys) {
+        const auto row = std::string(key) + "-1";
+        if (const auto value = record.get(row); !value.empty()) {
+            record.set(key, value);
+        }
+        record.remove(row);
+    }
+}
+
+/// Removes what has list indices and no place in edition 1996: the second and later rows
+/// of the calibration matrix, and the constants of derived parameters.
+void removeRows(Record& record) {
+    for (const auto& key : record.keys()) {
+        const bool constant = startsWithIgnoreCase(key, "DPC-");
+        const bool matrix =
+            std::any_of(kMatrixKeys.begin(), kMatrixKeys.end(), [&key](std::string_view beginning) {
+                return startsWithIgnoreCase(key, std::string(beginning) + "-") &&
+                       leadingInteger(std::string_view(key).substr(beginning.size() + 1)) >= 2;
+            });
+        if (constant || matrix) {
+            record.remove(key);
+        }
+    }
+}
+
+void changeRecord(DocumentContext& context, UserInterface* parent, Record& record,
+                  RecordChange change) {
+    switch (change) {
+        case RecordChange::To99:
+            applyKeyRules(record, kTo99);
+            convertRecordDate(context, parent, record, 1996);
+            moveMatrixToRows(record);
+            cutVoiceEncoding(record);
+            setMediaType(record);
+            break;
+        case RecordChange::To96:
+            applyKeyRules(record, kTo96);
+            convertRecordDate(context, parent, record, 1999);
+            moveMatrixFromRows(record);
+            removeRows(record);
+            break;
+        case RecordChange::Without00:
+            applyKeyRules(record, kWithout00);
+            break;
+    }
+}
+
+}  // namespace
+
+bool migrateRecords(DocumentContext& context, ConversionStore& conversions, UserInterface* parent,
+                    RecordChange change, IoStatus& status) {
+    bool changed = false;
+    status = forEachRecord(context, conversions, [&](ProfileFile& chunk, std::string_view name) {
+        if (cancelRequested(parent)) {
+            return false;
+        }
+        if (!name.empty()) {
+            Record record(chunk, name);
+            changeRecord(context, parent, record, change);
+            changed = changed || record.changed();
+        }
+        return true;
+    });
+    return changed;
+}
+
+}  // namespace kavu

@@ -1,0 +1,196 @@
+#include "groups/Irig11Changes.h"
+
+#include "core/GroupFiles.h"
+#include "core/Text.h"
+#include "core/TmatsDocument.h"
+#include "core/TmatsReader.h"
+#include "core/UserInterface.h"
+#include "core/WorkingStore.h"
+#include "groups/GroupRewrite.h"
+#include "groups/GroupScan.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace kavu {
+
+namespace {
+
+constexpr auto kBusFields =
+    std::to_array<std::string_view>({"RTRN", "RTRA", "RSTN", "RSTA", "RDWC"});
+
+bool isBusField(std::string_view field) {
+    return std::any_of(kBusFields.begin(), kBusFields.end(), [field](std::string_view known) {
+        return startsWithIgnoreCase(field, known);
+    });
+}
+
+Rewritten dropThirdIndex(std::string& command) {
+    const auto field = fieldView(command);
+    if (!isBusField(field.code)) {
+        return Rewritten::Same;
+    }
+    const auto indices = parseCommandIndices(command);
+    if (indices.count == 2) {
+        return Rewritten::Same;
+    }
+    if (indices.count != 3 || indices.fields[2] != 1) {
+        return Rewritten::Deleted;
+    }
+    command = formatPrintf("%c-%d\\%s-%d-%d:%s;", indices.letter, indices.group,
+                           std::string(field.code.substr(0, field.code.find('-'))),
+                           indices.fields[0], indices.fields[1], std::string(field.value));
+    return Rewritten::Changed;
+}
+
+/// Measurement list and place in it.
+using Place = std::pair<int, int>;
+
+constexpr std::string_view kCountCode = "SMF\\N-";
+constexpr std::string_view kNameCode = "SMF\\SMN-";
+constexpr std::string_view kTagCode = "MFOT-";
+constexpr std::string_view kMeasurementCode = "MN-";
+
+bool isOldFilterCode(std::string_view code) {
+    return startsWithIgnoreCase(code, kCountCode) || startsWithIgnoreCase(code, kNameCode) ||
+           startsWithIgnoreCase(code, kTagCode);
+}
+
+/// The filter lists of a D file while they become one.
+class FilterLists {
+  public:
+    /// Takes the names and the tags of the first look at the file.
+    void collect(const std::string& command) {
+        const auto field = fieldView(command);
+        if (!isOldFilterCode(field.code)) {
+            return;
+        }
+        found_ = true;
+        if (field.value.empty()) {
+            return;
+        }
+        if (startsWithIgnoreCase(field.code, kNameCode)) {
+            selected_.emplace(placeOf(command), field.value);
+        } else if (startsWithIgnoreCase(field.code, kTagCode)) {
+            tags_.emplace(placeOf(command), field.value);
+        }
+    }
+    /// Takes the names of measurements that have a tag, and drops the old commands.
+    Rewritten rewrite(const std::string& command) {
+        const auto field = fieldView(command);
+        if (isOldFilterCode(field.code)) {
+            return Rewritten::Deleted;
+        }
+        if (startsWithIgnoreCase(field.code, kMeasurementCode) && !field.value.empty() &&
+            tags_.contains(placeOf(command))) {
+            tagged_.emplace(placeOf(command), field.value);
+        }
+        return Rewritten::Same;
+    }
+    /// The commands of the one list.
+    [[nodiscard]] std::string newList(const std::string& prefix) {
+        for (const auto& [place, name] : selected_) {
+            rowOf(name);
+        }
+        for (const auto& [place, name] : tagged_) {
+            rows_[rowOf(name)].tag = tags_[place];
+        }
+        std::string text = formatPrintf("%sSMF\\N:%d;\r\n", prefix, rows_.size());
+        for (std::size_t i = 0; i < rows_.size(); ++i) {
+            text += formatPrintf("%sSMF\\SMN-%d:%s;\r\n", prefix, i + 1, rows_[i].name);
+            if (!rows_[i].tag.empty()) {
+                text += formatPrintf("%sSMF\\MFOT-%d:%s;\r\n", prefix, i + 1, rows_[i].tag);
+            }
+        }
+        return text;
+    }
+    [[nodiscard]] bool found() const { return found_; }
+
+  private:
+    struct Row {
+        std::string name;
+        std::string tag;
+    };
+    static Place placeOf(const std::string& command) {
+        const auto indices = parseCommandIndices(command);
+        return {indices.fields[0], indices.fields[1]};
+    }
+    std::size_t rowOf(const std::string& name) {
+        const auto [it, added] = rowByName_.try_emplace(name, rows_.size());
+        if (added) {
+            rows_.push_back({name, {}});
+        }
+        return it->second;
+    }
+
+    bool found_ = false;
+    std::map<Place, std::string> selected_;
+    std::map<Place, std::string> tags_;
+    std::map<Place, std::string> tagged_;
+    std::vector<Row> rows_;
+    std::unordered_map<std::string, std::size_t> rowByName_;
+};
+
+bool hasSubframes(std::string_view code, std::string_view value) {
+    return startsWithIgnoreCase(code, "SF\\N-") && leadingInteger(value) > 0;
+}
+
+bool hasOlderLocation(std::string_view code, std::string_view value) {
+    return startsWithIgnoreCase(code, "LT-") && !value.empty() &&
+           !equalsIgnoreCase(value, "WDFR") && !equalsIgnoreCase(value, "TD");
+}
+
+}  // namespace
+
+bool dropThirdBusIndex(DocumentContext& context, const std::string& path, IoStatus& status) {
+    return rewriteFile(context.reader, path, dropThirdIndex, {}, status);
+}
+
+bool joinFilterLists(DocumentContext& context, const std::string& path, int index,
+                     IoStatus& status) {
+    FilterLists lists;
+    status = forEachCommand(context.reader, path, [&lists](const std::string& command) {
+        lists.collect(command);
+        return true;
+    });
+    if (!status.ok() || !lists.found()) {
+        status = isMissing(status) ? IoStatus() : status;
+        return false;
+    }
+    return rewriteFile(
+        context.reader, path,
+        [&lists](const std::string& command) { return lists.rewrite(command); },
+        [&] { return lists.newList(groupPrefix('D', index)); }, status);
+}
+
+bool needsWordFrames(DocumentContext& context, UserInterface* parent, IoStatus& status) {
+    struct Test {
+        char letter;
+        bool (*found)(std::string_view code, std::string_view value);
+    };
+    bool found = false;
+    for (const auto& test : {Test{'P', hasSubframes}, Test{'D', hasOlderLocation}}) {
+        for (int index = kLeastGroupIndex; !found && index <= kMostGroupIndex; ++index) {
+            status =
+                forEachCommand(context.reader, context.store.pathOf(groupFile(test.letter, index)),
+                               [&](const std::string& command) {
+                                   const auto field = fieldView(command);
+                                   found = test.found(field.code, field.value);
+                                   return !found;
+                               });
+            if (isMissing(status)) {
+                status = {};
+            }
+            if (!status.ok() || cancelRequested(parent)) {
+                return false;
+            }
+        }
+    }
+    return found;
+}
+
+}  // namespace kavu

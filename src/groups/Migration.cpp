@@ -1,0 +1,375 @@
+#include "groups/Migration.h"
+
+#include "conversion/ConversionStore.h"
+#include "core/Clock.h"
+#include "core/Edition.h"
+#include "core/FieldIndex.h"
+#include "core/GroupFiles.h"
+#include "core/Messages.h"
+#include "core/ProfileSettings.h"
+#include "core/Text.h"
+#include "core/TmatsDocument.h"
+#include "core/TmatsReader.h"
+#include "core/UserInterface.h"
+#include "core/WorkingStore.h"
+#include "groups/ConversionMigration.h"
+#include "groups/DateForms.h"
+#include "groups/GroupRewrite.h"
+#include "groups/GroupScan.h"
+#include "groups/Irig11Changes.h"
+
+#include <array>
+#include <span>
+
+namespace kavu {
+
+namespace {
+
+constexpr std::string_view kVersionCode = "G\\106";
+constexpr int kVersionLimit = 2;
+/// The first edition whose files tell their edition.
+constexpr int kFirstTold = 1999;
+constexpr int kConvertMethod = 2;
+
+constexpr auto kTo99 = std::to_array<ValueRule>({
+    {'T', "RF4", Indices::None, "OTHER", "OTHR"},
+    {'T', "GST7", Indices::None, "OTH", "OTHER"},
+    {'R', "TC1", Indices::None, "OTH", "OTHR"},
+    {'R', "TC7", Indices::None, "OTH", "OT"},
+    {'M', "SIF2-", Indices::One, "OTH", "OT"},
+    {'A', "SF3-", Indices::One, "OTR", "OTH"},
+});
+
+constexpr auto kTo96 = std::to_array<ValueRule>({
+    {'T', "RF4", Indices::None, "OTHR", "OTHER"},
+    {'T', "GST7", Indices::None, "OTHER", "OTH"},
+    {'R', "TC1", Indices::None, "CASS"},
+    {'R', "TC1", Indices::None, "OTHR", "OTH"},
+    {'R', "TC5", Indices::None, "12.65"},
+    {'R', "TC5", Indices::None, "19.0"},
+    {'R', "TC7", Indices::None, "OT", "OTH"},
+    {'R', "TT"},
+    {'R', "TK2-", Indices::One, "RO-TK"},
+    {'R', "TK2-", Indices::One, "RO-MUX"},
+    {'M', "SIF2-", Indices::One, "OT", "OTH"},
+    {'P', "ADM\\N"},
+    {'P', "ADM\\DMN-", Indices::One},
+    {'P', "ADM1-", Indices::One},
+    {'P', "ADM2-", Indices::One},
+    {'P', "ADM3-", Indices::Two},
+    {'P', "ADM4-", Indices::One},
+    {'P', "ADM5-", Indices::One},
+    {'P', "ADM6-", Indices::One},
+    {'P', "ADM7-", Indices::One},
+    {'A', "SF3-", Indices::One, "OTH", "OTR"},
+});
+
+constexpr auto kWithout00 = std::to_array<ValueRule>({{'T', "RF4", Indices::None, "FQPSK-B"}});
+
+/// A version key of the settings as a year; a missing or impossible one is the latest.
+int settingsEdition(const ProfileSettings& settings, std::string_view key) {
+    const int number = leadingInt(std::string_view(settings.text(key)).substr(0, 10));
+    return number <= 0 || number > kLatestEdition ? kLatestEdition : normalisedEdition(number);
+}
+
+void report(UserInterface* parent, const IoStatus& status, IoStatus* failure) {
+    reportUnableToWrite(parent, status);
+    if (failure != nullptr) {
+        *failure = status;
+    }
+}
+
+/// One move of a document from edition to edition. A step that fails ends it.
+class Migration {
+  public:
+    Migration(DocumentContext& context, ConversionStore& conversions, UserInterface* parent,
+              const ConvertStreamStep& convertStream)
+        : context_(context),
+          conversions_(conversions),
+          parent_(parent),
+          convertStream_(convertStream) {}
+
+    void run(int input, int target) {
+        if (target < 2000) {
+            removeIrig00Changes();
+        }
+        if (goesOn()) {
+            changed_ = setVersionField(context_, parent_, target, &status_) || changed_;
+            reported_ = !status_.ok();
+        }
+        if (input == 1996 && target >= 1999) {
+            convert96To99();
+        } else if (input >= 1999 && target == 1996) {
+            convert99To96();
+        }
+        if (input < 2011 && target >= 2011) {
+            addIrig11Changes(input);
+        }
+        if (!status_.ok() && !reported_) {
+            reportUnableToWrite(parent_, status_);
+        }
+    }
+    [[nodiscard]] bool changed() const { return changed_; }
+    [[nodiscard]] bool complete() const { return status_.ok() && !cancelled_; }
+    [[nodiscard]] const IoStatus& status() const { return status_; }
+
+  private:
+    /// False once a step has failed or the user has cancelled.
+    bool goesOn() {
+        cancelled_ = cancelled_ || cancelRequested(parent_);
+        return complete();
+    }
+
+    template <typename Step>
+    void forEachFile(char letter, const Step& step) {
+        for (int index = kLeastGroupIndex; index <= kMostGroupIndex && goesOn(); ++index) {
+            const auto path = context_.store.pathOf(groupFile(letter, index));
+            if (fileExists(path)) {
+                changed_ = step(path, index) || changed_;
+            }
+        }
+    }
+
+    void applyTable(char letter, std::span<const ValueRule> rules) {
+        forEachFile(letter, [&](const std::string& path, int index) {
+            return applyRules(context_.reader, path, letter, index, rules, status_);
+        });
+    }
+
+    void convertRecords(RecordChange change) {
+        if (goesOn()) {
+            changed_ = migrateRecords(context_, conversions_, parent_, change, status_) || changed_;
+        }
+    }
+
+    void removeIrig00Changes() {
+        setStatusText(parent_, "Removing IRIG 106-00 changes");
+        applyTable('T', kWithout00);
+        convertRecords(RecordChange::Without00);
+    }
+
+    void convert96To99() {
+        setStatusText(parent_, "Updating file to IRIG 106-99");
+        applyTable('T', kTo99);
+        setProgressBar(parent_, 20);
+        applyTable('R', kTo99);
+        convertRecorderDates(1996);
+        setProgressBar(parent_, 40);
+        applyTable('M', kTo99);
+        setProgressBar(parent_, 60);
+        applyTable('A', kTo99);
+        setProgressBar(parent_, 80);
+        convertRecords(RecordChange::To99);
+    }
+
+    void convert99To96() {
+        setStatusText(parent_, "Updating file from IRIG 106-99 to 106-96");
+        applyTable('T', kTo96);
+        setProgressBar(parent_, 20);
+        applyTable('R', kTo96);
+        convertRecorderDates(1999);
+        setProgressBar(parent_, 40);
+        applyTable('M', kTo96);
+        applyTable('P', kTo96);
+        setProgressBar(parent_, 60);
+        applyTable('A', kTo96);
+        setProgressBar(parent_, 80);
+        convertRecords(RecordChange::To96);
+    }
+
+    /// The dates of modification and of the last calibration of the recorders.
+    void convertRecorderDates(int sourceYear) {
+        const int currentYear = context_.clock.now().year;
+        forEachFile('R', [&](const std::string& path, int) {
+            return rewriteFile(
+                context_.reader, path,
+                [&](std::string& command) {
+                    const auto field = fieldView(command);
+                    if (!equalsIgnoreCase(field.code, "RI4") &&
+                        !equalsIgnoreCase(field.code, "RI5")) {
+                        return Rewritten::Same;
+                    }
+                    const auto date = convertDate(field.value, sourceYear, currentYear);
+                    if (!date) {
+                        return Rewritten::Same;
+                    }
+                    const auto colon = command.find(':') + 1;
+                    if (date->doubtful) {
+                        reportDoubtfulDate(context_, parent_, command.substr(0, colon - 1),
+                                           field.value, date->text);
+                    }
+                    command.replace(colon, std::string::npos, date->text + ";");
+                    return Rewritten::Changed;
+                },
+                {}, status_);
+        });
+    }
+
+    void addIrig11Changes(int input) {
+        setStatusText(parent_, "Adding IRIG 106-11 Changes");
+        forEachFile('B', [&](const std::string& path, int) {
+            return dropThirdBusIndex(context_, path, status_);
+        });
+        setProgressBar(parent_, 25);
+        if (input == 2009 && context_.document.version >= 2011) {
+            forEachFile('D', [&](const std::string& path, int index) {
+                return joinFilterLists(context_, path, index, status_);
+            });
+        }
+        setProgressBar(parent_, 50);
+        if (convertStream_ && goesOn() && needsWordFrames(context_, parent_, status_)) {
+            convertStreams();
+        }
+    }
+
+    void convertStreams() {
+        forEachFile('P', [&](const std::string& path, int index) {
+            setStatusText(
+                parent_, formatPrintf("Converting measurements to Word/Frame (Stream #%d)", index));
+            setProgressBar(parent_, 50 + 50.0 * index / kMostGroupIndex);
+            FieldIndex fields(context_.reader, path, {"TF"});
+            status_ = fields.status();
+            const auto format = fields.findField(parent_, groupPrefix('P', index), "TF", 0);
+            return (format == "ONE" || format == "TWO") && convertStream_(parent_, index);
+        });
+    }
+
+    DocumentContext& context_;
+    ConversionStore& conversions_;
+    UserInterface* parent_;
+    const ConvertStreamStep& convertStream_;
+    IoStatus status_;
+    bool reported_ = false;
+    bool cancelled_ = false;
+    bool changed_ = false;
+};
+
+}  // namespace
+
+int detectVersions(DocumentContext& context, UserInterface* parent, int& inputVersion) {
+    inputVersion = settingsEdition(context.settings, "IRIGInputVersion");
+    ByteSource source;
+    if (const auto status = source.open(context.store.pathOf(working::kGeneral)); status.ok()) {
+        const auto text = context.reader.findField(parent, source, {}, kVersionCode, kVersionLimit);
+        if (text) {
+            const int number = leadingInt(*text);
+            const int edition = normalisedEdition(number);
+            if (edition < kFirstTold) {
+                context.messages.log(parent, 442, title::kErrorReading, *text,
+                                     editionNumber(inputVersion));
+            } else if (edition > kLatestEdition) {
+                context.messages.log(parent, 443, title::kErrorReading, editionNumber(edition),
+                                     editionNumber(kLatestEdition));
+                inputVersion = kLatestEdition;
+            } else {
+                inputVersion = edition;
+            }
+        }
+    } else if (!isMissing(status)) {
+        reportUnableToRead(parent, status);
+    }
+    return context.settings.integer("IRIGOutputMethod", 1) == kConvertMethod
+               ? settingsEdition(context.settings, "IRIGOutputVersion")
+               : inputVersion;
+}
+
+bool migrateDocument(DocumentContext& context, ConversionStore& conversions, UserInterface* parent,
+                     int input, int target, const ConvertStreamStep& convertStream,
+                     IoStatus* failure) {
+    context.document.version = target;
+    if (input == target) {
+        return false;
+    }
+    const ProgressScope progress(parent, ProgressMode::WithCancel);
+    const int from = editionNumber(input);
+    const int to = editionNumber(target);
+    const auto text = formatPrintf("Converting TMATS file from 106-%2.2d to 106-%2.2d", from, to);
+    setStatusText(parent, text);
+    Migration migration(context, conversions, parent, convertStream);
+    migration.run(input, target);
+    if (failure != nullptr) {
+        *failure = migration.status();
+    }
+    setProgressBar(parent, -1);
+    setStatusText(parent, {});
+    if (migration.changed() && migration.complete()) {
+        context.messages.show(parent, -444, title::kNote, kNoteBox, from, to);
+    }
+    return migration.changed();
+}
+
+bool setVersionField(DocumentContext& context, UserInterface* parent, int target,
+                     IoStatus* failure) {
+    const auto path = context.store.pathOf(working::kGeneral);
+    const auto number = formatPrintf("%2.2d", editionNumber(target));
+    const auto line = formatPrintf("%s:%s;\r\n", kVersionCode, number);
+    bool changed = false;
+    ByteSource source;
+    auto status = source.open(path);
+    const bool missing = isMissing(status);
+    const bool told = status.ok() && context.reader.findField(nullptr, source, {}, kVersionCode, 0);
+    status = status.ok() ? source.status() : status;
+    source.close();
+    if (missing) {
+        status = target < kFirstTold ? IoStatus() : replaceFile(path, line);
+        changed = target >= kFirstTold && status.ok();
+    } else if (status.ok() && target < kFirstTold) {
+        changed = rewriteCommands(path, kVersionCode, std::nullopt, std::nullopt, &status);
+    } else if (status.ok() && told) {
+        changed = rewriteCommands(path, kVersionCode, std::nullopt, number, &status);
+    } else if (status.ok()) {
+        changed = rewriteFile(
+            context.reader, path, [](std::string&) { return Rewritten::Same; },
+            [&line] { return line; }, status);
+    }
+    if (!status.ok()) {
+        report(parent, status, failure);
+    }
+    return changed;
+}
+
+VersionOptions readVersionOptions(const DocumentContext& context) {
+    VersionOptions options;
+    options.inputVersion = settingsEdition(context.settings, "IRIGInputVersion");
+    options.method = context.settings.integer("IRIGOutputMethod", 1);
+    options.outputVersion = settingsEdition(context.settings, "IRIGOutputVersion");
+    return options;
+}
+
+bool mayEditVersionOptions(DocumentContext& context, UserInterface* parent) {
+    if (!context.document.open || !context.document.changed) {
+        return true;
+    }
+    context.messages.show(parent, -441, title::kNote, kNoteBox,
+                          editionNumber(context.document.version));
+    return false;
+}
+
+bool editVersionOptions(DocumentContext& context, ConversionStore& conversions,
+                        UserInterface* parent, const VersionOptions& options,
+                        const ConvertStreamStep& convertStream, IoStatus* failure) {
+    if (!mayEditVersionOptions(context, parent)) {
+        return false;
+    }
+    const auto before = readVersionOptions(context);
+    context.settings.writeInteger("IRIGInputVersion", options.inputVersion);
+    context.settings.writeInteger("IRIGOutputMethod", options.method);
+    context.settings.writeInteger("IRIGOutputVersion", options.outputVersion);
+    bool changed = before.inputVersion != options.inputVersion || before.method != options.method ||
+                   before.outputVersion != options.outputVersion;
+    auto& document = context.document;
+    if (document.open) {
+        context.store.deleteFiles(nullptr, working::kMessageLog);
+        int input = 0;
+        const int target = detectVersions(context, parent, input);
+        if (migrateDocument(context, conversions, parent, document.version, target, convertStream,
+                            failure)) {
+            document.changed = true;
+            changed = true;
+        }
+        context.messages.showLog(parent, document.path);
+    }
+    return changed;
+}
+
+}  // namespace kavu

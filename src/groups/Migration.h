@@ -1,0 +1,56 @@
+// The edition of a document: how it is found, and how the group files and the conversion
+// records are rewritten when a document is to be of another edition than its file.
+#pragma once
+
+#include "core/IoStatus.h"
+
+#include <functional>
+
+namespace kavu {
+
+class ConversionStore;
+struct DocumentContext;
+class UserInterface;
+
+/// The target edition of a document whose group files have just been made. `inputVersion`
+/// becomes the edition of the files: that of `G\106`, else that of the settings. Logs 442
+/// for an edition before 1999 (which then counts as missing) and 443 for one after 2011
+/// (which then counts as 2011).
+int detectVersions(DocumentContext& context, UserInterface* parent, int& inputVersion);
+
+/// Converts the measurements of the stream in this P file to word/frame locations; true if
+/// that changed its files.
+using ConvertStreamStep = std::function<bool(UserInterface*, int pIndex)>;
+
+/// Rewrites the files from one edition to the other and makes `target` the document's
+/// version. True if any file changed, which is told as note 444. A step that is empty
+/// counts as done.
+///
+/// A file that can not be read or written is reported and ends the migration, and is given
+/// in `failure`; so does a cancel, without a report. There is no way back from either: the
+/// caller gives the document up.
+bool migrateDocument(DocumentContext& context, ConversionStore& conversions, UserInterface* parent,
+                     int input, int target, const ConvertStreamStep& convertStream,
+                     IoStatus* failure = nullptr);
+
+/// Sets `G\106`, or removes it for a target before 1999. True if the G file changed; a
+/// failure is reported and given in `failure`.
+bool setVersionField(DocumentContext& context, UserInterface* parent, int target,
+                     IoStatus* failure = nullptr);
+
+/// What the dialog "TMATS Version Numbers" gives on OK. Editions are years.
+struct VersionOptions {
+    int inputVersion = 2011;  ///< of a file that does not tell
+    int method = 1;           ///< 1: save in the edition that was read, 2: in `outputVersion`
+    int outputVersion = 2011;
+};
+[[nodiscard]] VersionOptions readVersionOptions(const DocumentContext& context);
+/// False, after note 441, if the open document has unsaved changes: the dialog is not shown.
+bool mayEditVersionOptions(DocumentContext& context, UserInterface* parent);
+/// Writes the settings and brings an open document to the target edition. True if a setting
+/// or a file changed. REQUIRES: `mayEditVersionOptions`, which is asked again here.
+bool editVersionOptions(DocumentContext& context, ConversionStore& conversions,
+                        UserInterface* parent, const VersionOptions& options,
+                        const ConvertStreamStep& convertStream, IoStatus* failure = nullptr);
+
+}  // namespace kavu
