@@ -93,7 +93,8 @@ class WorkingStoreTest(kavu.KavuTest):
         folder = found[0]
         kavu.interrupt(process)
         self.finish(process)
-        self.assertIn("KavuSupportFiles", folder)
+        self.assertEqual(os.path.dirname(folder), os.path.join(self.home, ".config"))
+        self.assertTrue(os.path.isdir(os.path.join(self.home, ".config", "KavuSupportFiles")))
         self.assertFalse(store(), found)
 
 
