@@ -11,7 +11,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <fcntl.h>
+#include <limits>
 #include <set>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -29,6 +31,13 @@ void reportFailure(UserInterface* parent, const char* format, const IoStatus& st
 
 bool isChunk(const std::string& name) {
     return matchesWildcard(name, "[kavu]*.C_O");
+}
+/// The raw C commands, whole, of a load that did not end.
+bool isRawGroup(const std::string& name) {
+    return matchesWildcard(name, "[kavu]*.C_RAW");
+}
+std::int64_t numberIn(const std::string& name) {
+    return leadingInteger(std::string_view(name).substr(std::string_view("[kavu]").size()));
 }
 
 /// The files of a document; scratch files that end in "tmp" are halves of something.
@@ -104,6 +113,11 @@ class StoreCopy {
             raw_.push_back(data);
         }
         for (const auto& entry : entries) {
+            if (auto status = takeRawGroup(entry); !status.ok()) {
+                return status;
+            }
+        }
+        for (const auto& entry : entries) {
             if (auto status = copyEntry(entry); !status.ok()) {
                 return status;
             }
@@ -115,10 +129,26 @@ class StoreCopy {
     [[nodiscard]] bool needsConversion() const { return !raw_.empty(); }
 
   private:
+    /// The commands of a load that did not end; what it has made of them so far is left.
+    IoStatus takeRawGroup(const FolderEntry& entry) {
+        if (entry.isFolder || !isRawGroup(entry.name)) {
+            return {};
+        }
+        const auto path = folder_ + "/" + entry.name;
+        bool plain = false;
+        if (auto status = probeOwnFile(path, plain); !status.ok() || !plain) {
+            return status;
+        }
+        raw_.push_back(path);
+        firstUnfinished_ = std::min(firstUnfinished_, numberIn(entry.name));
+        return {};
+    }
+
     IoStatus copyEntry(const FolderEntry& entry) {
         const auto path = folder_ + "/" + entry.name;
         // A link could lead anywhere; a working store never holds one.
-        if (entry.isFolder || !belongsToDocument(entry.name)) {
+        if (entry.isFolder || !belongsToDocument(entry.name) || isRawGroup(entry.name) ||
+            (isChunk(entry.name) && numberIn(entry.name) >= firstUnfinished_)) {
             return {};
         }
         bool plain = false;
@@ -169,6 +199,8 @@ class StoreCopy {
     const WorkingStore& store_;
     std::string folder_;
     std::vector<std::string> raw_;
+    /// From this number on the chunks were made from raw commands that are still there.
+    std::int64_t firstUnfinished_ = std::numeric_limits<std::int64_t>::max();
     int copied_ = 0;
 };
 

@@ -66,41 +66,41 @@ ChunkConverter::Record& ChunkConverter::record(std::int64_t index) {
     return records_[it->second];
 }
 
-bool ChunkConverter::convert(std::int64_t number, double percent, bool commentsOutside) {
-    const auto path = chunkPath(context_.store, number);
-    const auto data1 = context_.store.pathOf(working::kData1);
-    const auto data2 = context_.store.pathOf(working::kData2);
-    at_ = 0;
-    records_.clear();
-    byIndex_.clear();
-    nameLines_.clear();
-    std::string bytes;
-    if (const auto status = readWholeFile(path, bytes); !status.ok()) {
+bool ChunkConverter::open() {
+    const auto names = context_.store.pathOf(working::kData2);
+    if (const auto status = namesFile_.open(names, WriteMode::Truncate); !status.ok()) {
+        reportUnwritable(context_, parent_, status, "Create", working::kData2);
+        return false;
+    }
+    const auto sections = context_.store.pathOf(working::kData1);
+    if (const auto status = sectionsFile_.open(sections, WriteMode::Truncate); !status.ok()) {
         reportUnreadable(context_, parent_, status);
         return false;
     }
-    FileWriter namesFile;
-    if (const auto status = namesFile.open(data2, WriteMode::Truncate); !status.ok()) {
-        reportUnwritable(context_, parent_, status, "Create", working::kData2);
-        return false;
-    }
-    if (!collect(bytes, percent)) {
-        return false;
-    }
-    namesFile.write(nameLines_);
-    if (const auto status = namesFile.close(); !status.ok()) {
-        reportUnwritable(context_, parent_, status, "Create", working::kData2);
-        return false;
-    }
-    if (!writeChunk(number, commentsOutside)) {
-        return false;
-    }
-    (void)deleteFile(data1);
-    (void)deleteFile(data2);
     return true;
 }
 
-bool ChunkConverter::collect(std::string_view bytes, double percent) {
+bool ChunkConverter::close() {
+    if (const auto status = namesFile_.close(); !status.ok()) {
+        reportUnwritable(context_, parent_, status, "Create", working::kData2);
+        return false;
+    }
+    if (const auto status = sectionsFile_.close(); !status.ok()) {
+        reportUnreadable(context_, parent_, status);
+        return false;
+    }
+    return true;
+}
+
+bool ChunkConverter::convert(std::int64_t number, std::string& bytes, double percent,
+                             bool commentsOutside) {
+    at_ = 0;
+    records_.clear();
+    byIndex_.clear();
+    return collect(bytes, percent) && writeChunk(number, commentsOutside);
+}
+
+bool ChunkConverter::collect(std::string& bytes, double percent) {
     bool good = true;
     forEachRawCommand(bytes, [&](const RawCommand& command) {
         if (!good) {
@@ -149,7 +149,7 @@ bool ChunkConverter::takeName(const RawCommand& command, std::string_view name, 
     }
     to.name = name;
     to.nameAt = at_;
-    nameLines_.append("[").append(index).append("]\nN=").append(name).append("\n");
+    namesFile_.write("[" + index + "]\nN=" + to.name + "\n");
     ++measurements_;
     if (parent_ != nullptr && context_.ticker.secondElapsed()) {
         parent_->setProgressText(formatPrintf(
@@ -225,11 +225,7 @@ bool ChunkConverter::writeChunk(std::int64_t number, bool commentsOutside) {
             chunk.append(kNameCode).append("=").append(record->name).append(kLineEnd);
         }
     }
-    if (const auto status = writeWholeFile(context_.store.pathOf(working::kData1), byIndex);
-        !status.ok()) {
-        reportUnreadable(context_, parent_, status);
-        return false;
-    }
+    sectionsFile_.write(byIndex);
     if (const auto status = replaceFile(chunkPath(context_.store, number), chunk); !status.ok()) {
         reportUnwritable(context_, parent_, status, "Write/Create");
         return false;

@@ -2,6 +2,8 @@
 // name of its measurement.
 #pragma once
 
+#include "core/FileIo.h"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -22,11 +24,17 @@ class ChunkConverter {
                    int edition)
         : context_(context), names_(names), parent_(parent), edition_(edition) {}
 
-    /// Converts one chunk. `percent` is for the progress bar. With `commentsOutside` a
-    /// comment goes to the file of its own. False if it was cancelled or has failed, and
-    /// then messages 313 and 314 have told of the file. Logs 318 for a name and 315 for a
-    /// value that is too long, 317 for a measurement that is there already.
-    bool convert(std::int64_t number, double percent, bool commentsOutside);
+    /// Makes the working files of a conversion: "DATA2.TMP" holds the names by group index
+    /// (message 313 if it can not be made), "DATA1.TMP" the sections by group index (314).
+    bool open();
+    /// Makes a chunk of raw commands. `percent` is for the progress bar. With
+    /// `commentsOutside` a comment goes to the file of its own. False if it was cancelled
+    /// or has failed, and then messages 313 and 314 have told of the file. Logs 318 for a
+    /// name and 315 for a value that is too long, 317 for a measurement that is there
+    /// already.
+    bool convert(std::int64_t number, std::string& bytes, double percent, bool commentsOutside);
+    /// Closes the working files; false if one of them was not complete.
+    bool close();
 
   private:
     /// What the chunk holds of one group index. The texts lie in the bytes of the chunk.
@@ -45,7 +53,7 @@ class ChunkConverter {
         void put(std::string_view code, std::string_view value);
     };
 
-    bool collect(std::string_view bytes, double percent);
+    bool collect(std::string& bytes, double percent);
     bool takeName(const RawCommand& command, std::string_view name, double percent);
     void takeField(const RawCommand& command);
     Record& record(std::int64_t index);
@@ -59,11 +67,13 @@ class ChunkConverter {
     unsigned measurements_ = 0;
     unsigned polled_ = 0;
 
+    FileWriter namesFile_;
+    FileWriter sectionsFile_;
+
     // The chunk in work.
     std::size_t at_ = 0;
     std::vector<Record> records_;
     std::unordered_map<std::int64_t, std::size_t> byIndex_;
-    std::string nameLines_;
 };
 
 }  // namespace kavu

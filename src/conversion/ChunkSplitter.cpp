@@ -1,21 +1,20 @@
 #include "conversion/ChunkSplitter.h"
 
 #include "conversion/ConversionFiles.h"
-#include "conversion/LoadReports.h"
 #include "conversion/RawChunk.h"
-#include "core/FileIo.h"
-#include "core/TmatsDocument.h"
-#include "core/WorkingStore.h"
+#include "conversion/RawGroup.h"
 
-#include <algorithm>
 #include <map>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace kavu {
 
 namespace {
+
+constexpr std::uint64_t kLineEnd = 2;
 
 /// The numbers in use, with a short way to the next free one however long their runs are.
 class UsedNumbers {
@@ -30,9 +29,7 @@ class UsedNumbers {
         }
         // All that was passed on the way leads to the end of the run at once.
         for (std::int64_t at = number + 1; at != free;) {
-            auto& next = next_[at];
-            at = next;
-            next = free + 1;
+            at = std::exchange(next_[at], free + 1);
         }
         use(free);
         return free;
@@ -42,19 +39,21 @@ class UsedNumbers {
     std::unordered_map<std::int64_t, std::int64_t> next_;
 };
 
-/// How the commands of a chunk go into pieces. An index that is named is a piece of its
+/// A chunk as the pieces it is to be split into. An index that is named is a piece of its
 /// own as long as what follows is too large; the last piece takes all that is left.
-struct Pieces {
-    std::unordered_map<std::int64_t, std::size_t> pieceOf;  ///< group index to piece
+struct Plan {
+    std::int64_t origin = 0;
+    std::unordered_map<std::int64_t, std::size_t> pieceOf;  ///< of the indices with their own
     std::size_t count = 1;
     bool lastIsSingle = false;
+    std::vector<RawGroup::Chunk> pieces;
+    std::vector<std::int64_t> numbers;  ///< of the pieces, the origin's own first
 };
 
-Pieces planPieces(std::string_view bytes) {
-    constexpr std::uint64_t kLineEnd = 2;
+void countPieces(std::string& bytes, Plan& plan) {
     std::unordered_map<std::int64_t, std::uint64_t> sizes;
-    std::vector<std::int64_t> named;
     std::unordered_map<std::int64_t, bool> isNamed;
+    std::vector<std::int64_t> named;
     std::uint64_t left = 0;
     forEachRawCommand(bytes, [&](const RawCommand& command) {
         sizes[command.index] += command.line.size() + kLineEnd;
@@ -64,39 +63,49 @@ Pieces planPieces(std::string_view bytes) {
             named.push_back(command.index);
         }
     });
-    Pieces pieces;
     for (std::size_t i = 0; i < named.size() && left > kFullChunk; ++i) {
-        pieces.pieceOf[named[i]] = i;
+        plan.pieceOf[named[i]] = i;
         left -= sizes[named[i]];
-        pieces.lastIsSingle = left == 0;
-        pieces.count = pieces.lastIsSingle ? i + 1 : i + 2;
+        plan.lastIsSingle = left == 0;
+        plan.count = plan.lastIsSingle ? i + 1 : i + 2;
     }
-    return pieces;
 }
 
-struct Plan {
-    std::int64_t origin = 0;
-    std::size_t pieces = 1;
-    bool lastIsSingle = false;
-    std::vector<std::int64_t> numbers;  ///< of the pieces, the origin's own first
-};
+/// Shares the runs of the chunk among its pieces.
+void cutPieces(std::string& bytes, const RawGroup::Chunk& chunk, Plan& plan) {
+    plan.pieces.resize(plan.count);
+    auto extent = chunk.extents.begin();
+    std::uint64_t extentStart = 0;  // in the bytes
+    std::uint64_t start = 0;
+    forEachRawCommand(bytes, [&](const RawCommand& command) {
+        while (start >= extentStart + extent->length) {
+            extentStart += extent->length;
+            ++extent;
+        }
+        const auto found = plan.pieceOf.find(command.index);
+        auto& piece = plan.pieces[found == plan.pieceOf.end() ? plan.count - 1 : found->second];
+        piece.add({extent->at + (start - extentStart), command.end - start});
+        piece.size += command.line.size() + kLineEnd;
+        start = command.end;
+    });
+}
 
-/// Reads the oversize chunks and plans their pieces; false if one could not be read.
-bool planChunks(DocumentContext& context, UserInterface* parent, const std::set<std::int64_t>& raw,
-                std::vector<Plan>& plans) {
-    std::string bytes;
-    for (const auto number : raw) {
-        const auto path = chunkPath(context.store, number);
-        if (fileSize(path) <= kFullChunk) {
+bool planChunks(RawGroup& group, std::vector<Plan>& plans) {
+    for (const auto& [number, chunk] : group.chunks()) {
+        if (chunk.size <= kFullChunk) {
             continue;
         }
-        if (const auto status = readWholeFile(path, bytes); !status.ok()) {
-            reportUnreadable(context, parent, status);
+        auto* const bytes = group.bytes(number);
+        if (bytes == nullptr) {
             return false;
         }
-        const auto pieces = planPieces(bytes);
-        if (pieces.count > 1 || pieces.lastIsSingle) {
-            plans.push_back({number, pieces.count, pieces.lastIsSingle, {number}});
+        Plan plan;
+        plan.origin = number;
+        countPieces(*bytes, plan);
+        if (plan.count > 1 || plan.lastIsSingle) {
+            cutPieces(*bytes, chunk, plan);
+            plan.pieceOf.clear();
+            plans.push_back(std::move(plan));
         }
     }
     return true;
@@ -104,75 +113,42 @@ bool planChunks(DocumentContext& context, UserInterface* parent, const std::set<
 
 /// Gives each piece its number: going up through the chunks, what a chunk has too much
 /// goes to the next free number above it, and is met again there.
-void numberPieces(const DocumentContext& context, std::set<std::int64_t>& raw,
-                  std::vector<Plan>& plans) {
+void numberPieces(const RawGroup& group, std::vector<Plan>& plans) {
     UsedNumbers used;
-    ConversionFiles files;
-    (void)listConversionFiles(context.store, files);
-    for (const auto& chunk : files.chunks) {
-        used.use(chunk.number);
-    }
-    for (const auto number : raw) {
+    for (const auto& [number, chunk] : group.chunks()) {
         used.use(number);
     }
     std::map<std::int64_t, Plan*> waiting;
     for (auto& plan : plans) {
+        plan.numbers.push_back(plan.origin);
         waiting[plan.origin] = &plan;
     }
     for (auto it = waiting.begin(); it != waiting.end(); ++it) {
         auto& plan = *it->second;
-        if (plan.numbers.size() < plan.pieces) {
+        if (plan.numbers.size() < plan.count) {
             const auto number = used.takeAbove(it->first);
             plan.numbers.push_back(number);
-            raw.insert(number);
             waiting[number] = &plan;
         }
     }
 }
 
-/// Writes the pieces, the origin last: a run that is killed leaves no command out.
-bool writePieces(const DocumentContext& context, UserInterface* parent, const Plan& plan) {
-    if (plan.pieces == 1) {
-        return true;
-    }
-    const auto origin = chunkPath(context.store, plan.origin);
-    std::string bytes;
-    if (const auto status = readWholeFile(origin, bytes); !status.ok()) {
-        reportUnreadable(context, parent, status);
-        return false;
-    }
-    const auto pieces = planPieces(bytes);
-    std::vector<std::string> texts(plan.pieces);
-    forEachRawCommand(bytes, [&](const RawCommand& command) {
-        const auto found = pieces.pieceOf.find(command.index);
-        const auto piece = found == pieces.pieceOf.end() ? plan.pieces - 1 : found->second;
-        texts[std::min(piece, plan.pieces - 1)].append(command.line).append("\r\n");
-    });
-    for (auto piece = texts.size(); piece-- > 0;) {
-        const auto path = chunkPath(context.store, plan.numbers[piece]);
-        if (const auto status = replaceFile(path, texts[piece]); !status.ok()) {
-            reportUnwritable(context, parent, status, "Write/Create");
-            return false;
-        }
-    }
-    return true;
-}
-
 }  // namespace
 
-bool splitOversizeChunks(DocumentContext& context, UserInterface* parent,
-                         std::set<std::int64_t>& raw, std::set<std::int64_t>& single) {
+bool splitOversizeChunks(RawGroup& group, std::set<std::int64_t>& single) {
     std::vector<Plan> plans;
-    if (!planChunks(context, parent, raw, plans)) {
+    if (!planChunks(group, plans)) {
         return false;
     }
-    numberPieces(context, raw, plans);
-    for (const auto& plan : plans) {
-        if (!writePieces(context, parent, plan)) {
-            return false;
+    numberPieces(group, plans);
+    auto chunks = group.chunks();
+    for (auto& plan : plans) {
+        for (std::size_t i = 0; i < plan.count; ++i) {
+            chunks[plan.numbers[i]] = std::move(plan.pieces[i]);
         }
         single.insert(plan.numbers.begin(), plan.numbers.end() - (plan.lastIsSingle ? 0 : 1));
     }
+    group.setChunks(std::move(chunks));
     return true;
 }
 

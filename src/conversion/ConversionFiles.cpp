@@ -40,6 +40,10 @@ std::string chunkPath(const WorkingStore& store, std::int64_t number) {
     return store.path(working::kChunkFormat, number);
 }
 
+std::string rawGroupPath(const WorkingStore& store, std::int64_t base) {
+    return store.path(working::kRawConversionsFormat, base);
+}
+
 std::string commentPath(const WorkingStore& store, std::string_view measurement) {
     return store.pathOf(commentName(measurement, kCommentTail));
 }

@@ -24,6 +24,8 @@ struct ConversionChunk {
 };
 
 [[nodiscard]] std::string chunkPath(const WorkingStore& store, std::int64_t number);
+/// The file of raw commands while they are made into chunks from number `base` on.
+[[nodiscard]] std::string rawGroupPath(const WorkingStore& store, std::int64_t base);
 /// The file of a measurement's long comment, and its copy while the record is edited.
 [[nodiscard]] std::string commentPath(const WorkingStore& store, std::string_view measurement);
 [[nodiscard]] std::string commentCopyPath(const WorkingStore& store, std::string_view measurement);

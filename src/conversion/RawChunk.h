@@ -1,10 +1,11 @@
-// A chunk as the load first writes it: the commands of up to 25 group indices, one on a
-// line, before they are regrouped under their measurement names.
+// The commands of up to 25 group indices, before they are regrouped under their
+// measurement names.
 #pragma once
 
 #include "core/Text.h"
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace kavu {
@@ -17,7 +18,8 @@ namespace kavu {
 
 /// A command and its parts, all within the bytes of the chunk.
 struct RawCommand {
-    std::string_view line;  ///< without its line end
+    std::string_view line;  ///< with its `;`
+    std::size_t end = 0;    ///< its end in the bytes; it begins at the end of the one before
     std::int64_t index = 0;
     std::string_view code;
     std::string_view value;  ///< without the `;`
@@ -31,23 +33,30 @@ struct RawCommand {
     const auto colon = slash == std::string_view::npos ? slash : line.find(':', slash);
     if (colon != std::string_view::npos) {
         command.code = line.substr(slash + 1, colon - slash - 1);
-        command.value = line.substr(colon + 1);
-        command.value = command.value.substr(0, command.value.find(';'));
+        command.value = line.substr(colon + 1, line.size() - colon - 2);
     }
     return command;
 }
 
-/// Calls `visit` with each command of a raw chunk.
+/// Calls `visit` with each command. Line breaks within a command get their stored form in
+/// place, so that each value can stand on one line.
 template <typename Visit>
-void forEachRawCommand(std::string_view bytes, Visit visit) {
-    while (!bytes.empty()) {
-        const auto end = bytes.find('\n');
-        auto line = bytes.substr(0, end);
-        bytes.remove_prefix(end == std::string_view::npos ? bytes.size() : end + 1);
-        line = trimRight(line);
-        if (!line.empty()) {
-            visit(parseRawCommand(line));
+void forEachRawCommand(std::string& bytes, Visit visit) {
+    constexpr std::string_view kBetween = " \t\r\n\v\f\x1a";
+    std::size_t start = 0;
+    for (auto end = bytes.find(';'); end != std::string::npos; end = bytes.find(';', start)) {
+        const auto first = bytes.find_first_not_of(kBetween, start);
+        const auto length = end + 1 - first;
+        const std::string_view line(bytes.data() + first, length);
+        if (line.find('\n') != std::string_view::npos ||
+            line.find('\r') != std::string_view::npos) {
+            std::string stored(line);
+            toStoredForm(stored);
+            bytes.replace(first, length, stored);
         }
+        auto command = parseRawCommand(std::string_view(bytes.data() + first, length));
+        command.end = start = end + 1;
+        visit(command);
     }
 }
 

@@ -66,6 +66,20 @@ TEST_F(RecoveryTest, ConvertsConversionsThatWereStillRaw) {
     EXPECT_TRUE(t.ui.logs.empty());
 }
 
+TEST_F(RecoveryTest, TakesTheCommandsAndNotTheRecordsOfALoadThatDidNotEnd) {
+    crashed("[kavu]GTMP.G", "G\\106:09;\r\n");
+    crashed("[kavu]00000000.C_O", "[Kept]\r\nMN1=kept\r\n");
+    // The crash came while these were made into the chunks from number 1 on.
+    crashed("[kavu]00000001.C_RAW", "C-1\\DCN:M1;\r\nC-1\\MN1:one;\r\nC-30\\DCN:M2;\r\n");
+    crashed("[kavu]00000001.C_O", "[M1]\r\nMN1=one\r\n");
+    crashed("DATA1.TMP", "[1]\r\nMN1=one\r\n");
+    const auto text = recover();
+    EXPECT_NE(text.find("C-1\\DCN:Kept;\r\n"), std::string::npos);
+    EXPECT_NE(text.find("C-2\\DCN:M1;\r\n"), std::string::npos);
+    EXPECT_NE(text.find("C-3\\DCN:M2;\r\n"), std::string::npos);
+    EXPECT_EQ(text.find("C-4\\"), std::string::npos);
+}
+
 TEST_F(RecoveryTest, ChangesNothingInTheStore) {
     crashed("[kavu]GTMP.G", "G\\106:09;\r\n");
     crashed("DATA1.TMP", "C-1\\DCN:M1;\r\n");

@@ -1,0 +1,70 @@
+#include "conversion/ConversionCompaction.h"
+
+#include "conversion/ConversionFixture.h"
+
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+namespace kavu {
+namespace {
+
+using test::ConversionFixture;
+using test::Numbers;
+
+struct Case {
+    const char* what;
+    /// Chunk numbers; a negative one (less 1) is an empty chunk.
+    Numbers before;
+    /// The number that the chunk at each place had before, -1 for an empty one.
+    Numbers after;
+};
+
+class ConversionCompaction : public testing::TestWithParam<Case> {};
+
+constexpr std::int64_t empty(std::int64_t number) {
+    return -number - 1;
+}
+
+TEST_P(ConversionCompaction, LeavesNoHoleAndNoEmptyChunkInFrontOfAFullOne) {
+    ConversionFixture f;
+    for (const auto chunk : GetParam().before) {
+        const auto number = chunk < 0 ? -chunk - 1 : chunk;
+        test::writeFile(chunkPath(f.store, number), chunk < 0 ? "" : std::to_string(number));
+    }
+    ASSERT_TRUE(compactChunks(f.store).ok());
+    Numbers places;
+    for (std::size_t i = 0; i < GetParam().after.size(); ++i) {
+        places.push_back(static_cast<std::int64_t>(i));
+    }
+    ASSERT_EQ(f.chunks(), places) << GetParam().what;
+    for (const auto place : places) {
+        const auto from = GetParam().after[static_cast<std::size_t>(place)];
+        EXPECT_EQ(f.chunkText(place), from < 0 ? "" : std::to_string(from)) << GetParam().what;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, ConversionCompaction,
+    testing::Values(Case{"nothing", {}, {}}, Case{"dense", {0, 1, 2}, {0, 1, 2}},
+                    Case{"one chunk behind a hole", {2}, {2}},
+                    Case{"one empty chunk", {empty(0)}, {-1}},
+                    Case{"a hole takes the last", {0, 2, 3}, {0, 3, 2}},
+                    Case{"an empty one takes the last", {0, empty(1), 2, 3}, {0, 3, 2}},
+                    Case{"what was moved is empty itself", {empty(0), 1, empty(2)}, {1}},
+                    Case{"all empty", {empty(0), empty(1), empty(2)}, {-1}},
+                    Case{"an empty one at the end stays", {0, 1, empty(2)}, {0, 1, -1}},
+                    Case{"far away", {0, 80000000, 4000000000}, {0, 4000000000, 80000000}},
+                    Case{"two holes", {1, 3, 5}, {5, 1, 3}}));
+
+TEST(CompactChunks, AFailureEndsThePassAndNamesTheFile) {
+    ConversionFixture f;
+    test::writeFile(chunkPath(f.store, 2), "x");
+    std::filesystem::create_directory(chunkPath(f.store, 0));
+    const auto status = compactChunks(f.store);
+    EXPECT_FALSE(status.ok());
+    EXPECT_EQ(f.chunkText(2), "x");
+}
+
+}  // namespace
+}  // namespace kavu
