@@ -237,8 +237,10 @@ IoStatus FileWriter::open(const std::string& path, WriteMode mode) {
     status_ = {};
     position_ = 0;
     // Not blocking, so that a pipe without a reader is a failure and not a hang.
-    descriptor_ = openFile(
-        path, O_WRONLY | O_CREAT | O_NONBLOCK | (mode == WriteMode::Append ? O_APPEND : O_TRUNC));
+    const int how = mode == WriteMode::Append ? O_APPEND
+                    : mode == WriteMode::New  ? O_EXCL
+                                              : O_TRUNC;
+    descriptor_ = openFile(path, O_WRONLY | O_CREAT | O_NONBLOCK | how);
     if (descriptor_ < 0) {
         status_ = {path, errno};
         return status_;

@@ -66,6 +66,7 @@ class ByteSource {
 enum class WriteMode {
     Truncate,  ///< empties the file, or makes it
     Append,    ///< writes behind what is there, or makes it
+    New,       ///< makes the file, and fails if anything is at the path already
 };
 
 /// Buffered writing. The first failure sticks: later writes do nothing, and `close`
@@ -108,6 +109,10 @@ class FileWriter {
 /// Writes a file in one go, whole or not at all: through a file beside it that takes its
 /// place when it is complete.
 [[nodiscard]] IoStatus replaceFile(const std::string& path, std::string_view bytes);
+/// The same for a file of the user, complete on the disk when it returns: what a link leads
+/// to is written and the link stays, mode and owner stay, and so do other names of the
+/// file. Where a file beside it can not take its place for that, it is written in place.
+[[nodiscard]] IoStatus rewriteFile(const std::string& path, std::string_view bytes);
 [[nodiscard]] IoStatus writeWholeFile(const std::string& path, std::string_view bytes);
 /// Copies the bytes of a file, overwriting the target. The status names the file that
 /// failed; a file is not copied over itself (EEXIST). With `durable` the copy is complete on the

@@ -10,17 +10,20 @@ namespace kavu {
 namespace {
 
 constexpr const char* kTitle = "KAVU Database Error";
-constexpr const char* kFormat = "KVU%5.5d.sdk";
 
 std::size_t digitCount(int number) {
     return std::to_string(number).size();
+}
+
+void showFileBox(UserInterface* parent, std::string text, const IoStatus& status) {
+    showBox(parent, text + "\n\n" + status.path() + "\n\nReason: " + status.reason(), kTitle);
 }
 
 }  // namespace
 
 bool KeyValueStore::checkName(UserInterface* parent, std::string_view name) {
     if (name.find(';') == std::string_view::npos) {
-        return true;
+        return ProfileFile::canBeSection(name);
     }
     showBox(parent,
             "Invalid Key passed to KAVU-Database function. Names cannot contain a semi-colon",
@@ -28,36 +31,50 @@ bool KeyValueStore::checkName(UserInterface* parent, std::string_view name) {
     return false;
 }
 
-void KeyValueStore::startFamily(UserInterface* parent) {
-    if (!format_.empty()) {
-        return;
+bool KeyValueStore::start(UserInterface* parent) {
+    if (started_) {
+        return true;
     }
     // Another instance in the same folder has the first family; the next one that is free
-    // has a digit in the third place of its names.
-    format_ = kFormat;
+    // has a digit in the third place of its names. With none free, the last is shared.
     for (char digit = '1'; fileExists(filePath(0)); ++digit) {
         if (digit > '9') {
             showBox(parent, "Unable to create database files", kTitle);
-            return;
+            break;
         }
         format_[2] = digit;
     }
+    // The first file is made now: what is behind in memory must not leave the family free.
+    started_ = openWriteFile(parent);
+    return started_;
 }
 
 std::string KeyValueStore::filePath(int number) const {
     return store_.path(format_, number);
 }
 
-std::optional<std::size_t> KeyValueStore::find(std::string_view name) const {
-    const auto it = places_.find(std::string(name));
-    return it == places_.end() ? std::nullopt : std::optional(it->second);
+// --- The directory ---------------------------------------------------------------------
+
+std::size_t KeyValueStore::find(std::string_view name) const {
+    const auto it = places_.find(name);
+    return it == places_.end() ? kNone : it->second.first;
+}
+
+int KeyValueStore::fileOf(std::size_t place) const {
+    return place == kNone ? currentFile_ : directory_[place].file;
 }
 
 void KeyValueStore::addEntry(std::string_view name) {
     sizes_[static_cast<std::size_t>(currentFile_)] += name.size() + 4;
-    // A name that is added again stays found in its first file.
-    places_.try_emplace(std::string(name), directory_.size());
-    directory_.push_back({std::string(name), currentFile_});
+    const auto at = directory_.size();
+    // A name that is added again is found at its first place.
+    if (const auto it = places_.find(name); it != places_.end()) {
+        directory_[it->second.last].next = at;
+        it->second.last = at;
+    } else {
+        places_.emplace(name, Chain{at, at});
+    }
+    directory_.push_back({std::string(name), currentFile_, kNone});
     directoryLength_ +=
         (directoryLength_ == 0 ? 1 : 0) + name.size() + 2 + digitCount(currentFile_);
     ++sectionCount_;
@@ -65,7 +82,12 @@ void KeyValueStore::addEntry(std::string_view name) {
 
 void KeyValueStore::removeEntry(std::size_t at) {
     auto& entry = directory_[at];
-    places_.erase(entry.name);
+    const auto it = places_.find(entry.name);
+    if (entry.next == kNone) {
+        places_.erase(it);
+    } else {
+        it->second.first = entry.next;
+    }
     entry.name.assign(entry.name.size(), ' ');
     --sectionCount_;
 }
@@ -80,99 +102,142 @@ bool KeyValueStore::advance(UserInterface* parent) {
     return true;
 }
 
-void KeyValueStore::closeWriteFile() {
-    if (writeFile_.isOpen()) {
-        (void)writeFile_.close();
+std::optional<std::string> KeyValueStore::sectionName(int index) const {
+    if (index < 0 || index >= sectionCount_) {
+        return std::nullopt;
     }
+    return directory_[static_cast<std::size_t>(index)].name;
 }
 
-ProfileFile& KeyValueStore::profileOf(int number) {
-    if (profile_ == nullptr || profileNumber_ != number) {
-        if (profile_ != nullptr) {
-            (void)profile_->flush();
-        }
-        profile_ = std::make_unique<ProfileFile>(filePath(number));
-        profileNumber_ = number;
+// --- The files -------------------------------------------------------------------------
+
+bool KeyValueStore::openWriteFile(UserInterface* parent) {
+    if (writeFile_.isOpen()) {
+        return true;
     }
-    return *profile_;
+    // The ordinary writes that are behind come in front of the bulk, and a profile that was
+    // read does not know the bulk.
+    if (!flushProfile(parent)) {
+        return false;
+    }
+    profile_.reset();
+    const auto status = writeFile_.open(filePath(currentFile_), WriteMode::Append);
+    if (!status.ok()) {
+        (void)writeFile_.close();
+        showFileBox(parent, "ERROR: Unable to open Database file", status);
+    }
+    return status.ok();
 }
+
+bool KeyValueStore::closeWriteFile(UserInterface* parent) {
+    if (!writeFile_.isOpen()) {
+        return true;
+    }
+    const auto status = writeFile_.close();
+    if (!status.ok()) {
+        showFileBox(parent, "ERROR: Unable to close database file", status);
+    }
+    return status.ok();
+}
+
+bool KeyValueStore::flushProfile(UserInterface* parent) {
+    const auto status = profile_ ? profile_->flush() : IoStatus();
+    if (!status.ok()) {
+        showFileBox(parent, "ERROR: Unable to write Database file", status);
+    }
+    return status.ok();
+}
+
+ProfileFile* KeyValueStore::profileToChange(UserInterface* parent, int number) {
+    if (profile_ && profileNumber_ == number) {
+        return &*profile_;
+    }
+    if (!flushProfile(parent)) {
+        return nullptr;
+    }
+    profile_.emplace(filePath(number));
+    profileNumber_ = number;
+    if (const auto& status = profile_->load(); !status.ok()) {
+        showFileBox(parent, "ERROR: Unable to open Database file", status);
+        profile_.reset();
+        return nullptr;
+    }
+    return &*profile_;
+}
+
+// --- Writes ----------------------------------------------------------------------------
 
 bool KeyValueStore::writeSection(UserInterface* parent, std::string_view name,
                                  std::span<const Pair> pairs) {
     if (!checkName(parent, name)) {
         return false;
     }
-    startFamily(parent);
-    if (!writeFile_.isOpen()) {
-        // What the ordinary writes have behind belongs in front of the bulk.
-        if (profile_ != nullptr) {
-            (void)profile_->flush();
-            profile_.reset();
+    std::string text = "\r\n[" + std::string(name) + "]\r\n";
+    for (const auto& [key, value] : pairs) {
+        if (key.empty() || value.empty()) {
+            continue;
         }
-        if (!writeFile_.open(filePath(currentFile_), WriteMode::Append).ok()) {
-            showBox(parent, "ERROR: Unable to open Database file", kTitle);
+        if (!ProfileFile::canBeKey(key) || !ProfileFile::canBeValue(value)) {
             return false;
         }
+        text.append(key).append("=").append(value).append("\r\n");
     }
-    writeFile_.write("\r\n[" + std::string(name) + "]\r\n");
-    addEntry(name);
-    for (const auto& [key, value] : pairs) {
-        if (!key.empty() && !value.empty()) {
-            writeFile_.write(std::string(key) + "=" + std::string(value) + "\r\n");
-        }
-    }
-    if (!writeFile_.status().ok()) {
+    if (!start(parent) || !openWriteFile(parent)) {
         return false;
     }
+    writeFile_.write(text);
+    addEntry(name);
     if (writeFile_.position() > kFullSize) {
-        closeWriteFile();
-        return advance(parent);
+        return closeWriteFile(parent) && advance(parent);
     }
-    return true;
+    return writeFile_.status().ok();
 }
 
 bool KeyValueStore::sectionExists(std::string_view name) const {
-    return find(name).has_value();
+    return find(name) != kNone;
 }
 
 bool KeyValueStore::setValue(UserInterface* parent, std::string_view name,
                              std::optional<std::string_view> key,
                              std::optional<std::string_view> value) {
-    if (!checkName(parent, name)) {
+    if (!checkName(parent, name) ||
+        (key && (!ProfileFile::canBeKey(*key) ||
+                 !ProfileFile::canBeValue(value.value_or(std::string_view()))))) {
         return false;
     }
-    startFamily(parent);
-    closeWriteFile();
     const auto place = find(name);
-    const int number = place ? directory_[*place].file : currentFile_;
-    auto& profile = profileOf(number);
-    if (!profile.load().ok()) {
+    if (!key && place == kNone) {
+        return true;  // nothing is there, and nothing of another case must go instead
+    }
+    if (!start(parent) || !closeWriteFile(parent)) {
+        return false;
+    }
+    const int number = fileOf(place);
+    auto* const profile = profileToChange(parent, number);
+    if (profile == nullptr) {
         return false;
     }
     if (!key) {
-        profile.removeSection(name);
-        if (place) {
-            removeEntry(*place);
-        }
+        profile->removeSection(name);
+        removeEntry(place);
         return true;
     }
-    bool good = true;
-    if (value) {
+    if (place == kNone) {
         // A name that differs from another one only in case has a section of its own.
-        if (!place) {
-            profile.appendSection(name);
-        }
-        good = profile.setValue(name, *key, *value);
-    } else {
-        profile.removeKey(name, *key);
-    }
-    if (!place) {
+        profile->appendSection(name);
         addEntry(name);
     }
+    if (value) {
+        profile->setValue(name, *key, *value);
+    } else {
+        profile->removeKey(name, *key);
+    }
     auto& size = sizes_[static_cast<std::size_t>(number)];
-    size += good ? key->size() + value.value_or(std::string_view()).size() + 6 : 0;
-    return !place && size > kFullSize ? advance(parent) && good : good;
+    size += key->size() + value.value_or(std::string_view()).size() + 6;
+    return place != kNone || size <= kFullSize || advance(parent);
 }
+
+// --- Reads -----------------------------------------------------------------------------
 
 std::string KeyValueStore::getText(std::string_view name, std::string_view key,
                                    std::string_view otherwise, std::size_t size) {
@@ -182,44 +247,39 @@ std::string KeyValueStore::getText(std::string_view name, std::string_view key,
 std::string KeyValueStore::getString(std::string_view name, std::string_view key,
                                      std::string_view otherwise) {
     const auto place = find(name);
-    if (!place || name.find(';') != std::string_view::npos) {
+    if (place == kNone) {
         return std::string(otherwise);
     }
-    closeWriteFile();
-    return profileOf(directory_[*place].file).value(name, key, otherwise);
+    // A bulk that can not be written is kept open: the next write or the close reports it.
+    if (writeFile_.isOpen() && writeFile_.flush().ok()) {
+        (void)closeWriteFile(nullptr);
+    }
+    const int number = fileOf(place);
+    if (!profile_ || profileNumber_ != number) {
+        ProfileFile other(filePath(number));
+        if (!flushProfile(nullptr)) {
+            return other.value(name, key, otherwise);  // what is behind stays in memory
+        }
+        profile_ = std::move(other);
+        profileNumber_ = number;
+    }
+    return profile_->value(name, key, otherwise);
 }
 
 int KeyValueStore::getInt(std::string_view name, std::string_view key, int otherwise) {
-    const auto text = getString(name, key);
-    return text.empty() ? otherwise : leadingInt(text);
+    return leadingInt(getString(name, key, std::to_string(otherwise)));
 }
 
+// --- The end ---------------------------------------------------------------------------
+
 void KeyValueStore::closeStore(UserInterface* parent) {
-    if (!directory_.empty()) {
-        if (profile_ != nullptr) {
-            (void)profile_->flush();
-        }
-        if (writeFile_.isOpen() && !writeFile_.close().ok()) {
-            showBox(parent, "ERROR: Unable to close database file", kTitle);
-        }
-        bool tooLarge = false;
-        for (int number = 0; number < kMostFiles; ++number) {
-            const auto path = filePath(number);
-            if (!fileExists(path)) {
-                break;
-            }
-            tooLarge = tooLarge || fileSize(path) > kTooLarge;
-            (void)deleteFile(path);
-        }
-        if (tooLarge) {
-            showBox(parent,
-                    "Warning: One or more Database files were too large. Data may have been lost.",
-                    kTitle, Icon::Warning);
-        }
+    if (started_) {
+        (void)closeWriteFile(parent);
+        deleteFiles(parent);
     }
     profile_.reset();
     profileNumber_ = -1;
-    format_.clear();
+    started_ = false;
     currentFile_ = 0;
     directory_.clear();
     places_.clear();
@@ -228,12 +288,24 @@ void KeyValueStore::closeStore(UserInterface* parent) {
     sizes_.fill(0);
 }
 
-std::optional<std::string> KeyValueStore::sectionName(int index) const {
-    if (index < 0 || index >= sectionCount_) {
-        return std::nullopt;
+void KeyValueStore::deleteFiles(UserInterface* parent) {
+    // What is behind is not written any more, but it counts.
+    bool tooLarge = profile_ && profile_->serialisedSize() > kTooLarge;
+    for (int number = 0; number <= currentFile_; ++number) {
+        const auto path = filePath(number);
+        if (fileExists(path)) {
+            tooLarge = tooLarge || fileSize(path) > kTooLarge;
+            (void)deleteFile(path);
+        }
     }
-    return directory_[static_cast<std::size_t>(index)].name;
+    if (tooLarge) {
+        showBox(parent,
+                "Warning: One or more Database files were too large. Data may have been lost.",
+                kTitle, Icon::Warning);
+    }
 }
+
+// --- Helpers for any profile file ------------------------------------------------------
 
 std::string readValue(std::string_view section, std::string_view key, std::string_view otherwise,
                       const std::string& path) {
@@ -242,7 +314,7 @@ std::string readValue(std::string_view section, std::string_view key, std::strin
 
 bool renameSection(std::string_view section, std::string_view newName, const std::string& path) {
     ProfileFile profile(path);
-    return !section.empty() && profile.renameSection(section, newName) && profile.flush().ok();
+    return profile.renameSection(section, newName) && profile.flush(ProfileFile::Flush::Kept).ok();
 }
 
 bool copySection(std::string_view source, std::string_view target, const std::string& path) {
@@ -251,19 +323,20 @@ bool copySection(std::string_view source, std::string_view target, const std::st
     for (const auto& key : profile.keyNames(source)) {
         pairs.emplace_back(key, profile.value(source, key, ""));
     }
-    if (pairs.empty()) {
+    if (pairs.empty() || !ProfileFile::canBeSection(target)) {
         return false;
     }
-    if (source != target) {
+    // Another section whose name differs only in case is not the target.
+    if (profile.containsExactly(target)) {
         profile.removeSection(target);
-        profile.appendSection(target);
     }
+    profile.appendSection(target);
     for (const auto& [key, value] : pairs) {
         if (!value.empty()) {
             profile.setValue(target, key, value);
         }
     }
-    return profile.flush().ok();
+    return profile.flush(ProfileFile::Flush::Kept).ok();
 }
 
 std::vector<std::string> sectionNames(const std::string& path) {

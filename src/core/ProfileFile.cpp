@@ -4,6 +4,7 @@
 #include "core/Text.h"
 
 #include <algorithm>
+#include <cerrno>
 
 namespace kavu {
 
@@ -11,6 +12,7 @@ namespace {
 
 constexpr std::size_t kMissing = static_cast<std::size_t>(-1);
 constexpr std::size_t kIndexFrom = 32;  // keys of a section from which a hash pays
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 std::string_view trimBlanks(std::string_view text) {
     const auto first = text.find_first_not_of(" \t");
@@ -24,27 +26,78 @@ bool holdsLineBreak(std::string_view text) {
     return text.find_first_of("\r\n") != std::string_view::npos;
 }
 
-bool canBeKey(std::string_view key) {
-    return !key.empty() && key[0] != '[' && key[0] != ';' && !holdsLineBreak(key) &&
-           key.find('=') == std::string_view::npos && trimBlanks(key) == key;
+/// True for a key that would be something else when it is read again.
+bool beginsOtherwise(std::string_view key) {
+    return key.front() == '[' || key.front() == ';' || key.starts_with(kByteOrderMark);
 }
 
-bool canBeSection(std::string_view name) {
-    return !name.empty() && !holdsLineBreak(name) && trimRight(name) == name;
+/// A hash of a key that is equal for keys that differ only in case, and never 0.
+std::uint32_t markOf(std::string_view key) {
+    std::uint32_t mark = 2166136261U;
+    for (const char c : key) {
+        mark = (mark ^ static_cast<unsigned char>(toLowerAscii(c))) * 16777619U;
+    }
+    return mark | 1U;
+}
+
+/// Reads a plain file within the bounds; `bytes` holds what was read before a failure.
+IoStatus readProfile(const std::string& path, std::string& bytes) {
+    PathKind kind = PathKind::Missing;
+    if (auto status = probePath(path, kind); !status.ok() || kind == PathKind::Missing) {
+        return status;
+    }
+    if (kind == PathKind::Other) {
+        return {path, EINVAL};  // a device may never come to an end
+    }
+    ByteSource source;
+    if (auto status = source.open(path); !status.ok()) {
+        return status;
+    }
+    if (source.size() > ProfileFile::kMostBytes) {
+        return {path, EFBIG};
+    }
+    bytes.reserve(source.size());
+    std::uint64_t lines = 0;
+    for (auto window = source.window(); !window.empty(); window = source.window()) {
+        lines += static_cast<std::uint64_t>(std::count(window.begin(), window.end(), '\n'));
+        if (bytes.size() + window.size() > ProfileFile::kMostBytes ||
+            lines > ProfileFile::kMostLines) {
+            return {path, EFBIG};
+        }
+        bytes.append(window);
+        source.take(window.size());
+    }
+    return source.status();
 }
 
 }  // namespace
 
+bool ProfileFile::canBeSection(std::string_view name) {
+    return !name.empty() && !holdsLineBreak(name);
+}
+
+bool ProfileFile::canBeKey(std::string_view key) {
+    return !key.empty() && !beginsOtherwise(key) && !holdsLineBreak(key) &&
+           key.find('=') == std::string_view::npos && trimBlanks(key) == key;
+}
+
+bool ProfileFile::canBeValue(std::string_view value) {
+    return !holdsLineBreak(value);
+}
+
 // --- Section ---------------------------------------------------------------------------
 
 std::size_t ProfileFile::Section::indexOf(std::string_view key) const {
+    if (key.empty()) {
+        return kMissing;
+    }
     if (!index_.empty()) {
         const auto it = index_.find(lowerAscii(key));
         return it == index_.end() ? kMissing : it->second;
     }
-    for (std::size_t i = 0; i < lines_.size(); ++i) {
-        if (lines_[i].key.size() == key.size() && equalsIgnoreCase(lines_[i].key, key) &&
-            !key.empty()) {
+    const auto mark = markOf(key);
+    for (std::size_t i = 0; i < marks_.size(); ++i) {
+        if (marks_[i] == mark && equalsIgnoreCase(lines_[i].key, key)) {
             return i;
         }
     }
@@ -53,6 +106,7 @@ std::size_t ProfileFile::Section::indexOf(std::string_view key) const {
 
 void ProfileFile::Section::add(std::string_view key, std::string_view value) {
     lines_.push_back({std::string(key), std::string(value)});
+    marks_.push_back(key.empty() ? 0 : markOf(key));
     if (key.empty()) {
         return;
     }
@@ -60,10 +114,25 @@ void ProfileFile::Section::add(std::string_view key, std::string_view value) {
     if (!index_.empty()) {
         index_.try_emplace(lowerAscii(key), lines_.size() - 1);
     } else if (keyCount_ > kIndexFrom) {
-        for (std::size_t i = 0; i < lines_.size(); ++i) {
-            if (!lines_[i].key.empty()) {
-                index_.try_emplace(lowerAscii(lines_[i].key), i);
-            }
+        makeIndex();
+    }
+}
+
+void ProfileFile::Section::remove(std::size_t line) {
+    const auto at = static_cast<std::ptrdiff_t>(line);
+    keyCount_ -= lines_[line].key.empty() ? 0 : 1;
+    lines_.erase(lines_.begin() + at);
+    marks_.erase(marks_.begin() + at);
+    if (!index_.empty()) {
+        makeIndex();
+    }
+}
+
+void ProfileFile::Section::makeIndex() {
+    index_.clear();
+    for (std::size_t i = 0; keyCount_ > kIndexFrom && i < lines_.size(); ++i) {
+        if (!lines_[i].key.empty()) {
+            index_.try_emplace(lowerAscii(lines_[i].key), i);
         }
     }
 }
@@ -85,28 +154,96 @@ int ProfileFile::Section::integer(std::string_view key, int otherwise) const {
     return text ? leadingInt(*text) : otherwise;
 }
 
+// --- Contents --------------------------------------------------------------------------
+
+void ProfileFile::Contents::parse(std::string_view text) {
+    dropIndex();
+    sections.clear();
+    sections.emplace_back();
+    bytes = 0;
+    while (text.starts_with(kByteOrderMark)) {
+        text.remove_prefix(kByteOrderMark.size());
+    }
+    while (!text.empty()) {
+        const auto end = text.find('\n');
+        auto line = text.substr(0, end);
+        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+        while (!line.empty() && line.back() == '\r') {
+            line.remove_suffix(1);
+        }
+        parseLine(line);
+    }
+}
+
+void ProfileFile::Contents::parseLine(std::string_view line) {
+    if (!line.empty() && line.front() == '[') {
+        auto name = trimRight(line.substr(1));
+        if (!name.empty() && name.back() == ']') {
+            name.remove_suffix(1);
+        }
+        addSection(name);
+        return;
+    }
+    const auto equals = line.find('=');
+    const auto key =
+        equals == std::string_view::npos ? std::string_view() : trimBlanks(line.substr(0, equals));
+    if (key.empty() || beginsOtherwise(key)) {
+        addLine(sections.back(), {}, line);
+    } else {
+        addLine(sections.back(), key, line.substr(equals + 1));
+    }
+}
+
+ProfileFile::Section& ProfileFile::Contents::addSection(std::string_view name) {
+    const auto at = sections.size();
+    auto& section = sections.emplace_back();
+    section.name_ = std::string(name);
+    exact.try_emplace(section.name_, at);
+    folded.try_emplace(lowerAscii(name), at);
+    bytes += name.size() + 2 + lineEndSize;
+    return section;
+}
+
+void ProfileFile::Contents::addLine(Section& section, std::string_view key, std::string_view text) {
+    section.add(key, text);
+    bytes += sizeOf(section.lines_.back());
+}
+
+std::size_t ProfileFile::Contents::sizeOf(const Line& line) const {
+    return line.key.size() + (line.key.empty() ? 0 : 1) + line.text.size() + lineEndSize;
+}
+
+ProfileFile::Section* ProfileFile::Contents::find(std::string_view name) {
+    if (const auto it = exact.find(name); it != exact.end()) {
+        return &sections[it->second];
+    }
+    const auto it = folded.find(lowerAscii(name));
+    return it == folded.end() ? nullptr : &sections[it->second];
+}
+
+void ProfileFile::Contents::dropIndex() {
+    exact.clear();
+    folded.clear();
+}
+
+void ProfileFile::Contents::makeIndex() {
+    for (std::size_t i = 1; i < sections.size(); ++i) {
+        exact.try_emplace(sections[i].name_, i);
+        folded.try_emplace(lowerAscii(sections[i].name_), i);
+    }
+}
+
 // --- ProfileFile -----------------------------------------------------------------------
 
 ProfileFile::ProfileFile(std::string path, LineEnd lineEnd)
-    : path_(std::move(path)), lineEnd_(lineEnd) {
-    sections_.emplace_back();
-}
+    : path_(std::move(path)), lineEnd_(lineEnd), contents_(lineEnd == LineEnd::CrLf ? 2 : 1) {}
 
 const IoStatus& ProfileFile::load() const {
     if (!loaded_) {
-        auto& self = const_cast<ProfileFile&>(*this);
-        self.loaded_ = true;
-        self.status_ = {};
+        loaded_ = true;
         std::string bytes;
-        PathKind kind = PathKind::Missing;
-        if (!path_.empty()) {
-            self.status_ = probePath(path_, kind);
-        }
-        if (kind != PathKind::Missing) {
-            self.status_ = readWholeFile(path_, bytes);
-        }
-        self.parse(bytes);
-        self.changed_ = false;
+        status_ = path_.empty() ? IoStatus() : readProfile(path_, bytes);
+        contents_.parse(status_.ok() ? std::string_view(bytes) : std::string_view());
     }
     return status_;
 }
@@ -119,69 +256,13 @@ void ProfileFile::discard() {
 void ProfileFile::parse(std::string_view text) {
     loaded_ = true;
     changed_ = true;
-    sections_.clear();
-    sections_.emplace_back();
-    index_.clear();
-    bytes_ = 0;
-    while (!text.empty()) {
-        const auto end = text.find('\n');
-        auto line = text.substr(0, end);
-        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-        if (!line.empty() && line.back() == '\r') {
-            line.remove_suffix(1);
-        }
-        parseLine(line);
-    }
+    status_ = {};
+    contents_.parse(text);
 }
 
-void ProfileFile::parseLine(std::string_view line) {
-    if (!line.empty() && line.front() == '[') {
-        auto name = trimRight(line.substr(1));
-        if (!name.empty() && name.back() == ']') {
-            name.remove_suffix(1);
-        }
-        addSection(name);
-        return;
-    }
-    const auto equals = line.find('=');
-    const auto key = equals == std::string_view::npos || line.front() == ';'
-                         ? std::string_view()
-                         : trimBlanks(line.substr(0, equals));
-    addLine(sections_.back(), key, key.empty() ? line : line.substr(equals + 1));
-}
-
-ProfileFile::Section& ProfileFile::addSection(std::string_view name) {
-    sections_.emplace_back().name_ = std::string(name);
-    index_[lowerAscii(name)].push_back(sections_.size() - 1);
-    bytes_ += name.size() + 2 + lineEndSize();
-    return sections_.back();
-}
-
-void ProfileFile::addLine(Section& section, std::string_view key, std::string_view text) {
-    section.add(key, text);
-    bytes_ += lineSize(section.lines_.back());
-}
-
-std::size_t ProfileFile::lineSize(const Line& line) const {
-    return line.key.size() + (line.key.empty() ? 0 : 1) + line.text.size() + lineEndSize();
-}
-
-const ProfileFile::Section* ProfileFile::findSection(std::string_view name) const {
+ProfileFile::Section* ProfileFile::findSection(std::string_view name) const {
     load();
-    const auto it = index_.find(lowerAscii(name));
-    if (it == index_.end() || it->second.empty()) {
-        return nullptr;
-    }
-    for (const auto at : it->second) {
-        if (sections_[at].name_ == name) {
-            return &sections_[at];
-        }
-    }
-    return &sections_[it->second.front()];
-}
-
-ProfileFile::Section* ProfileFile::findSection(std::string_view name) {
-    return const_cast<Section*>(std::as_const(*this).findSection(name));
+    return contents_.find(name);
 }
 
 std::optional<std::string> ProfileFile::value(std::string_view section,
@@ -193,7 +274,8 @@ std::optional<std::string> ProfileFile::value(std::string_view section,
 
 std::string ProfileFile::value(std::string_view section, std::string_view key,
                                std::string_view otherwise) const {
-    return value(section, key).value_or(std::string(otherwise));
+    const auto* const found = findSection(section);
+    return std::string(found == nullptr ? otherwise : found->get(key, otherwise));
 }
 
 int ProfileFile::integer(std::string_view section, std::string_view key, int otherwise) const {
@@ -202,10 +284,11 @@ int ProfileFile::integer(std::string_view section, std::string_view key, int oth
 }
 
 std::vector<std::string> ProfileFile::sectionNames() const {
-    load();
+    const auto& all = sections();
     std::vector<std::string> names;
-    for (std::size_t i = 1; i < sections_.size(); ++i) {
-        names.push_back(sections_[i].name_);
+    names.reserve(all.size() - 1);
+    for (std::size_t i = 1; i < all.size(); ++i) {
+        names.push_back(all[i].name_);
     }
     return names;
 }
@@ -232,23 +315,28 @@ bool ProfileFile::hasSection(std::string_view section) const {
     return found != nullptr && found->hasKeys();
 }
 
+bool ProfileFile::containsExactly(std::string_view section) const {
+    const auto* const found = findSection(section);
+    return found != nullptr && found->name_ == section;
+}
+
 bool ProfileFile::setValue(std::string_view section, std::string_view key, std::string_view value) {
-    if (!canBeKey(key) || !canBeSection(section) || holdsLineBreak(value)) {
+    if (!canBeKey(key) || !canBeSection(section) || !canBeValue(value)) {
         return false;
     }
     auto* found = findSection(section);
-    if (found == nullptr || (found->name_ != section && found->name_.empty())) {
-        found = &addSection(section);
+    if (found == nullptr) {
+        found = &contents_.addSection(section);
     }
     const auto at = found->indexOf(key);
     if (at == kMissing) {
-        addLine(*found, key, value);
-    } else {
-        auto& text = found->lines_[at].text;
-        bytes_ = bytes_ - text.size() + value.size();
+        contents_.addLine(*found, key, value);
+        changed_ = true;
+    } else if (auto& text = found->lines_[at].text; text != value) {
+        contents_.bytes = contents_.bytes - text.size() + value.size();
         text = std::string(value);
+        changed_ = true;
     }
-    touch();
     return true;
 }
 
@@ -258,37 +346,26 @@ void ProfileFile::removeKey(std::string_view section, std::string_view key) {
     if (at == kMissing) {
         return;
     }
-    bytes_ -= lineSize(found->lines_[at]);
-    found->lines_.erase(found->lines_.begin() + static_cast<std::ptrdiff_t>(at));
-    found->reindex();
-    touch();
-}
-
-void ProfileFile::Section::reindex() {
-    index_.clear();
-    keyCount_ = 0;
-    std::vector<Line> lines;
-    lines.swap(lines_);
-    lines_.reserve(lines.size());
-    for (auto& line : lines) {
-        add(line.key, line.text);
-    }
+    contents_.bytes -= contents_.sizeOf(found->lines_[at]);
+    found->remove(at);
+    changed_ = true;
 }
 
 void ProfileFile::removeSection(std::string_view section) {
     const auto* const found = findSection(section);
-    if (found == nullptr || found == &sections_.front()) {
+    if (found == nullptr) {
         return;
     }
-    const auto at = std::find_if(sections_.begin(), sections_.end(),
-                                 [found](const Section& s) { return &s == found; });
-    bytes_ -= at->name_.size() + 2 + lineEndSize();
-    for (const auto& line : at->lines_) {
-        bytes_ -= lineSize(line);
+    contents_.bytes -= found->name_.size() + 2 + contents_.lineEndSize;
+    for (const auto& line : found->lines_) {
+        contents_.bytes -= contents_.sizeOf(line);
     }
-    sections_.erase(at);
-    rebuildIndex();
-    touch();
+    // A look-up finds the first section of its name, and that is the one in the index.
+    const auto at = contents_.exact.find(found->name_)->second;
+    contents_.dropIndex();
+    contents_.sections.erase(contents_.sections.begin() + static_cast<std::ptrdiff_t>(at));
+    contents_.makeIndex();
+    changed_ = true;
 }
 
 bool ProfileFile::renameSection(std::string_view section, std::string_view newName) {
@@ -296,40 +373,33 @@ bool ProfileFile::renameSection(std::string_view section, std::string_view newNa
     if (found == nullptr || !canBeSection(newName)) {
         return false;
     }
-    bytes_ = bytes_ - found->name_.size() + newName.size();
+    contents_.bytes = contents_.bytes - found->name_.size() + newName.size();
+    contents_.dropIndex();
     found->name_ = std::string(newName);
-    rebuildIndex();
-    touch();
+    contents_.makeIndex();
+    changed_ = true;
     return true;
 }
 
 void ProfileFile::appendSection(std::string_view section) {
     load();
     if (canBeSection(section)) {
-        addSection(section);
-        touch();
-    }
-}
-
-void ProfileFile::rebuildIndex() {
-    index_.clear();
-    for (std::size_t i = 1; i < sections_.size(); ++i) {
-        index_[lowerAscii(sections_[i].name_)].push_back(i);
+        contents_.addSection(section);
+        changed_ = true;
     }
 }
 
 const std::deque<ProfileFile::Section>& ProfileFile::sections() const {
     load();
-    return sections_;
+    return contents_.sections;
 }
 
 std::string ProfileFile::serialise() const {
-    load();
     const std::string_view end = lineEnd_ == LineEnd::CrLf ? "\r\n" : "\n";
     std::string text;
-    text.reserve(bytes_);
-    for (const auto& section : sections_) {
-        if (&section != &sections_.front()) {
+    text.reserve(serialisedSize());
+    for (const auto& section : contents_.sections) {
+        if (&section != &contents_.sections.front()) {
             text.append("[").append(section.name_).append("]").append(end);
         }
         for (const auto& line : section.lines_) {
@@ -344,22 +414,22 @@ std::string ProfileFile::serialise() const {
 
 std::uint64_t ProfileFile::serialisedSize() const {
     load();
-    return bytes_;
+    return contents_.bytes;
 }
 
-IoStatus ProfileFile::flush() {
-    load();
+IoStatus ProfileFile::flush(Flush how) {
     if (!changed_ || path_.empty()) {
         return {};
+    }
+    if (!status_.ok()) {
+        return status_;  // what could not be read is not overwritten either
     }
     const auto bytes = serialise();
     PathKind kind = PathKind::Missing;
     auto status = bytes.empty() ? probePath(path_, kind) : IoStatus();
-    if (status.ok() && bytes.empty() && kind == PathKind::Missing) {
-        changed_ = false;
-        return {};
+    if (status.ok() && (!bytes.empty() || kind != PathKind::Missing)) {
+        status = how == Flush::Kept ? rewriteFile(path_, bytes) : replaceFile(path_, bytes);
     }
-    status = status.ok() ? replaceFile(path_, bytes) : status;
     changed_ = !status.ok();
     return status;
 }

@@ -4,8 +4,10 @@
 //
 // Section and key names compare without regard to case; of two sections whose names
 // differ only in case, a look-up takes the one that is spelled exactly as asked, else the
-// first. Values are trimmed of outer blanks on read. Lines that are neither a section
-// head nor a pair (comments, blank lines) are kept where they stand.
+// first. Of two sections of one name the first answers, and both are kept. Values are
+// trimmed of outer blanks on read. Lines that are neither a section head nor a pair
+// (comments, blank lines) are kept where they stand. All other bytes pass through,
+// also NUL and the two that stand for line breaks.
 #pragma once
 
 #include "core/IoStatus.h"
@@ -25,11 +27,34 @@ class ProfileFile {
     /// The line end that `serialise` writes.
     enum class LineEnd { CrLf, Lf };
 
-    /// The profile in the file at `path`; a missing file is an empty profile.
+    /// How `flush` puts the bytes in their place.
+    enum class Flush {
+        Scratch,  ///< a working file of the program: through a file beside it
+        Kept,     ///< a file of the user: link, mode and owner stay, complete on the disk
+    };
+
+    /// A file of more bytes or more lines is not read (EFBIG): it is no profile.
+    static constexpr std::uint64_t kMostBytes = std::uint64_t{1} << 30;
+    static constexpr std::uint64_t kMostLines = std::uint64_t{1} << 23;
+
+    /// The profile in the file at `path`; a missing file is an empty profile. An empty path
+    /// is a profile that is only in memory.
     explicit ProfileFile(std::string path, LineEnd lineEnd = LineEnd::CrLf);
+    ProfileFile(const ProfileFile&) = delete;
+    ProfileFile& operator=(const ProfileFile&) = delete;
+    ProfileFile(ProfileFile&&) = default;
+    ProfileFile& operator=(ProfileFile&&) = default;
+    ~ProfileFile() = default;
+
+    // What the form can hold; a line break is nowhere possible.
+    [[nodiscard]] static bool canBeSection(std::string_view name);  ///< not empty
+    /// Not empty, without outer blanks, without `=`, not beginning as a head or a comment.
+    [[nodiscard]] static bool canBeKey(std::string_view key);
+    [[nodiscard]] static bool canBeValue(std::string_view value);
 
     /// Reads the file if it has not been read yet. Every operation below does so itself; a
-    /// file that can not be read counts as empty, and its status is kept.
+    /// file that can not be read counts as empty, its status is kept, and `flush` leaves it
+    /// as it is.
     const IoStatus& load() const;
     /// Forgets what was read and not flushed; the next operation reads the file again.
     void discard();
@@ -51,11 +76,14 @@ class ProfileFile {
     [[nodiscard]] bool hasExactSection(std::string_view section) const;
     /// True if a look-up of the section finds one that has a key.
     [[nodiscard]] bool hasSection(std::string_view section) const;
+    /// True if a section of exactly this name is there, with or without keys.
+    [[nodiscard]] bool containsExactly(std::string_view section) const;
 
-    /// Sets a key, making the section if needed. A name that the form can not hold (a line
-    /// break, a key with `=` or a leading `[` or `;`, an empty name) is refused.
+    /// Sets a key, making the section if needed; a key that is there keeps its place and its
+    /// spelling. False if the form can not hold the names or the value.
     bool setValue(std::string_view section, std::string_view key, std::string_view value);
     void removeKey(std::string_view section, std::string_view key);
+    /// Removes the section that a look-up finds; another one of that name then answers.
     void removeSection(std::string_view section);
     /// Gives the section a new name in its place; false if it is not there or the new name
     /// can not be held.
@@ -63,9 +91,10 @@ class ProfileFile {
     /// Adds a section behind all others even if one of that name exists.
     void appendSection(std::string_view section);
 
-    /// Writes the file if anything has changed. A file without any line stays unwritten
-    /// only if it does not exist yet.
-    IoStatus flush();
+    /// Writes the file if anything has changed, as a whole or not at all. A file without
+    /// any line stays unwritten only if it does not exist yet. After a failure the changes
+    /// are still there.
+    IoStatus flush(Flush how = Flush::Scratch);
     [[nodiscard]] bool changed() const { return changed_; }
     [[nodiscard]] const std::string& path() const { return path_; }
     /// The bytes that `flush` writes.
@@ -98,12 +127,16 @@ class ProfileFile {
         friend class ProfileFile;
         [[nodiscard]] std::size_t indexOf(std::string_view key) const;
         void add(std::string_view key, std::string_view value);
-        void reindex();
+        void remove(std::size_t line);
+        void makeIndex();
 
         std::string name_;
         std::vector<Line> lines_;
+        /// A hash of each line's key without regard to case, 0 for a kept line: a look-up
+        /// runs over these and touches a line only when it may be the one.
+        std::vector<std::uint32_t> marks_;
         std::size_t keyCount_ = 0;
-        /// Lower-case key to line; only kept for sections with many keys.
+        /// Lower-case key to its first line; only kept for sections with many keys.
         std::unordered_map<std::string, std::size_t> index_;
     };
     /// All sections in file order; the first has an empty name and holds what stands in
@@ -112,25 +145,37 @@ class ProfileFile {
     [[nodiscard]] const std::deque<Section>& sections() const;
 
   private:
-    [[nodiscard]] Section* findSection(std::string_view name);
-    [[nodiscard]] const Section* findSection(std::string_view name) const;
-    void touch() { changed_ = true; }
-    void rebuildIndex();
-    void parseLine(std::string_view line);
-    Section& addSection(std::string_view name);
-    void addLine(Section& section, std::string_view key, std::string_view text);
-    [[nodiscard]] std::size_t lineEndSize() const { return lineEnd_ == LineEnd::CrLf ? 2 : 1; }
-    [[nodiscard]] std::size_t lineSize(const Line& line) const;
+    /// The sections with their index: what a file is parsed into.
+    struct Contents {
+        explicit Contents(std::size_t lineEnd) : lineEndSize(lineEnd) { sections.emplace_back(); }
+
+        void parse(std::string_view text);
+        void parseLine(std::string_view line);
+        Section& addSection(std::string_view name);
+        void addLine(Section& section, std::string_view key, std::string_view text);
+        [[nodiscard]] std::size_t sizeOf(const Line& line) const;
+        [[nodiscard]] Section* find(std::string_view name);
+        void dropIndex();
+        void makeIndex();
+
+        std::size_t lineEndSize;
+        std::uint64_t bytes = 0;  ///< of what `serialise` gives
+        std::deque<Section> sections;
+        /// The first section of each name; the keys are the sections' own names.
+        std::unordered_map<std::string_view, std::size_t> exact;
+        /// The first section of each lower-case name.
+        std::unordered_map<std::string, std::size_t> folded;
+    };
+
+    [[nodiscard]] Section* findSection(std::string_view name) const;
 
     std::string path_;
     LineEnd lineEnd_;
-    bool loaded_ = false;
     bool changed_ = false;
-    std::uint64_t bytes_ = 0;  ///< of what `serialise` gives
-    IoStatus status_;
-    std::deque<Section> sections_;
-    /// Lower-case name to the positions of the sections of that name, in file order.
-    std::unordered_map<std::string, std::vector<std::size_t>> index_;
+    // Reading is put off until something is asked for.
+    mutable bool loaded_ = false;
+    mutable IoStatus status_;
+    mutable Contents contents_;
 };
 
 }  // namespace kavu

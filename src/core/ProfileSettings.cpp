@@ -38,9 +38,8 @@ void ProfileSettings::writeInteger(std::string_view key, long value) {
 
 int ProfileSettings::profileInteger(std::string_view section, std::string_view key,
                                     int otherwise) const {
-    if (const auto hidden = overrides_.find(key);
-        hidden != overrides_.end() && equalsIgnoreCase(section, kApplicationName)) {
-        return leadingInt(hidden->second);
+    if (const auto* const hidden = overrideOf(section, key)) {
+        return leadingInt(*hidden);
     }
     refresh();
     return file_.integer(section, key, otherwise);
@@ -48,9 +47,8 @@ int ProfileSettings::profileInteger(std::string_view section, std::string_view k
 
 std::string ProfileSettings::profileText(std::string_view section, std::string_view key,
                                          std::string_view otherwise) const {
-    if (const auto hidden = overrides_.find(key);
-        hidden != overrides_.end() && equalsIgnoreCase(section, kApplicationName)) {
-        return hidden->second;
+    if (const auto* const hidden = overrideOf(section, key)) {
+        return *hidden;
     }
     refresh();
     return file_.value(section, key, otherwise);
@@ -67,8 +65,8 @@ void ProfileSettings::writeProfile(std::string_view section, std::optional<std::
         file_.setValue(section, *key, *value);
     }
     // A settings file that can not be written is no error: the next run has the defaults.
-    (void)file_.flush();
-    stamp_ = fileStamp(file_.path());
+    (void)file_.flush(ProfileFile::Flush::Kept);
+    stamp_ = file_.path().empty() ? std::string() : fileStamp(file_.path());
 }
 
 std::vector<std::string> ProfileSettings::profileKeys(std::string_view section) const {
@@ -77,7 +75,16 @@ std::vector<std::string> ProfileSettings::profileKeys(std::string_view section) 
 }
 
 void ProfileSettings::overrideForThisRun(std::string_view key, std::string_view value) {
-    overrides_.insert_or_assign(std::string(key), std::string(value));
+    overrides_.insert_or_assign(lowerAscii(key), std::string(value));
+}
+
+const std::string* ProfileSettings::overrideOf(std::string_view section,
+                                               std::string_view key) const {
+    if (overrides_.empty() || !equalsIgnoreCase(section, kApplicationName)) {
+        return nullptr;
+    }
+    const auto found = overrides_.find(lowerAscii(key));
+    return found == overrides_.end() ? nullptr : &found->second;
 }
 
 }  // namespace kavu

@@ -17,10 +17,11 @@ inline constexpr std::string_view kApplicationName = "KAVU-9";
 
 class ProfileSettings {
   public:
-    /// `path` may be empty: then every key has its default and writes stay in memory.
+    /// `path` may be empty: then every key has its default at first, and what is written
+    /// stays in memory. The same holds for a file that can not be read or written.
     explicit ProfileSettings(std::string path);
 
-    /// The decimal value of a key of the main section.
+    /// The decimal value of a key of the main section; a text without digits is 0.
     [[nodiscard]] int integer(std::string_view key, int otherwise) const;
     [[nodiscard]] std::string text(std::string_view key, std::string_view otherwise = {}) const;
     void write(std::string_view key, std::string_view value);
@@ -45,10 +46,13 @@ class ProfileSettings {
   private:
     /// Reads the file again if another program has written it since.
     void refresh() const;
+    /// The value for this run of a key, or null.
+    [[nodiscard]] const std::string* overrideOf(std::string_view section,
+                                                std::string_view key) const;
 
     mutable ProfileFile file_;
-    mutable std::string stamp_;
-    std::map<std::string, std::string, std::less<>> overrides_;
+    mutable std::string stamp_;  ///< of the file when it was read or written last
+    std::map<std::string, std::string> overrides_;  ///< by lower-case key
 };
 
 }  // namespace kavu
