@@ -41,6 +41,15 @@ bool makePrivateFile(const std::string& like, const std::string& path) {
     return descriptor >= 0;
 }
 
+/// Proves that a file has the size it should have; a device takes every byte and keeps none.
+IoStatus checkSize(const std::string& path, std::uint64_t size) {
+    struct stat info {};
+    if (::stat(path.c_str(), &info) != 0) {
+        return {path, errno};
+    }
+    return {path, static_cast<std::uint64_t>(info.st_size) == size ? 0 : EIO};
+}
+
 /// Takes half a backup away, so that nobody takes it for a whole one.
 void discard(const std::string& backup, bool isNew) {
     if (isNew) {
@@ -135,6 +144,7 @@ bool makeBackup(UserInterface* parent, const std::string& path, bool* made) {
             parent, path,
             failure.ok() ? "Another program has changed the file meanwhile" : failure.reason());
     }
+    status = status.ok() ? checkSize(backup, source.size()) : status;
     if (status.ok() && isNew) {
         status = syncFolder(folderOf(backup));
     }

@@ -43,10 +43,9 @@ std::string userRoot(const Environment& environment, const std::string& otherwis
 
 /// Tries a step until it works or the user gives up.
 template <typename Step>
-bool retried(UserInterface* parent, const std::string& path, const char* text, const char* title,
-             const Step& step) {
+bool retried(UserInterface* parent, const char* text, const char* title, const Step& step) {
     for (IoStatus status = step(); !status.ok(); status = step()) {
-        const auto shown = formatPrintf(text, path) + "\n\nReason: " + status.reason();
+        const auto shown = formatPrintf(text, status.path()) + "\n\nReason: " + status.reason();
         // Without a parent nobody tries again.
         if (showBox(parent, shown, title, Icon::Error, Buttons::RetryCancel, Button::Retry) !=
             Button::Retry) {
@@ -76,20 +75,21 @@ bool activateSupportFolder(UserInterface* parent, const std::string& folder) {
     const std::string path = folder.ends_with('/') ? folder.substr(0, folder.size() - 1) : folder;
     const bool made =
         folderExists(path) ||
-        retried(parent, path,
+        retried(parent,
                 "Could not create the path '%s'.\n\nThis application creates and uses this folder "
                 "to store temporary files.\n\nRetry: Try again\nCancel: Terminate application.",
                 "ERROR Activating Application", [&path] { return makeFolders(path); });
     // An existing folder has to prove as well that it takes files.
     return made &&
-           retried(parent, path,
+           retried(parent,
                    "This application could not write to the folder '%s'.\n\nThis application uses "
                    "this folder to store temporary files. Make sure you have 'Write' permissons "
                    "on this folder.\n\nRetry: Try again\nCancel: Terminate application.",
                    "Error Activating Application", [&path] {
                        const auto test = path + "/" + kWriteTest;
                        const auto status = writeWholeFile(test, {});
-                       return status.ok() ? deleteFile(test) : status;
+                       const int code = status.ok() ? deleteFile(test).code() : status.code();
+                       return IoStatus(path, code);
                    });
 }
 
