@@ -186,12 +186,11 @@ def write_record(out, index, one, rate):
     """The C group of one measurement."""
     c = f"C-{index}\\"
     year = YEAR[out.edition]
-    new_class = "OTH" if out.edition < 1999 else "O"
     calibrated = one.conversion[0] in ("PRS", "COE") and index % 12 == 1
     conversion = conversion_of(out, one)
     out.put_all(
         c, ("DCN", one.name), ("TRD1", one.sensor), ("TRD2", f"M-{200 + index % 40}"),
-        ("TRD3", f"SN{1000 + 7 * index}"), ("TRD4", new_class if one.name == "POD-CRC" else "U"),
+        ("TRD3", f"SN{1000 + 7 * index}"), ("TRD4", "C" if one.name == "POD-CRC" else "U"),
         ("TRD5", out.date("02-11", year)), ("TRD6", "A"), ("TRD7", "Instrumentation"),
         ("POC1", "Calibration desk"), ("POC2", "Kestrel test team"),
         ("MN1", one.text), ("MN3", one.unit), ("MN4", "ANA" if one.name == "HOT-MIC" else "PCM"),

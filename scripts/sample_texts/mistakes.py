@@ -35,7 +35,9 @@ def conversions(out):
 
 
 def streams(out):
-    for index, link in ((1, "PCM Stream 1"), (2, "PCM Stream 2"), (3, "Nobody's stream")):
+    out.raw("COMMENT: SPEED lies in more than one stream, and two of the streams have no home.;")
+    for index, link in ((1, "PCM Stream 1"), (2, "PCM Stream 2"), (3, "Nobody's stream"),
+                        (4, "Pod Stream")):
         p, d = f"P-{index}\\", f"D-{index}\\"
         out.put_all(p, ("DLN", link), ("TF", "ONE"), ("F1", 16), ("MF\\N", 1), ("MF1", 8))
         if index == 1:
@@ -44,7 +46,7 @@ def streams(out):
         out.put_all(d, ("DLN", link), ("ML\\N", 1), ("MLN-1", "List"), ("MN\\N-1", 2),
                     ("MN-1-1", "SPEED"), ("LT-1-1", "MF"), ("MF-1-1", 1),
                     ("MN-1-2", f"OWN-{index}"), ("LT-1-2", "MF"), ("MF-1-2", 2))
-    out.put_all("D-4\\", ("DLN", "Measurements without a stream"), ("ML\\N", 1))
+    out.put_all("D-5\\", ("DLN", "Measurements without a stream"), ("ML\\N", 1))
     out.put_all("B-1\\", ("DLN", "A bus without a home"), ("NBS\\N", 0))
 
 
@@ -59,7 +61,8 @@ def mistakes():
     out.put_all("T-2\\", ("ID", "A data source whose name is longer than it may be"),
                 ("SCO\\N", 0))
     out.put_all("M-1\\", ("ID", "L-Band Telemetry"), ("BSG1", "PCM"),
-                ("BB\\DLN", "PCM Stream 1"), ("SI\\N", 0))
+                ("BB\\DLN", "PCM Stream 1"), ("SI\\N", 1), ("SI2-1", "PCM"),
+                ("SI\\DLN-1", "Pod Stream"))
     out.raw("COMMENT: A link name of more than 32 characters.;")
     out.put_all("M-2\\", ("ID", "A data source whose name is longer than it may be"),
                 ("BSG1", "PCM"), ("BB\\DLN", "PCM Stream 2 of the second data source"),
