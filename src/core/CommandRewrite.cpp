@@ -2,9 +2,6 @@
 #include "core/Text.h"
 #include "core/TmatsReader.h"
 
-#include <algorithm>
-#include <cstring>
-
 namespace kavu {
 
 namespace {
@@ -19,17 +16,16 @@ class Rewriter {
         auto status = source.open(path_);
         return status.ok() ? writer.open(beside_, WriteMode::Truncate) : status;
     }
-    IoStatus finish(bool changed) {
+    IoStatus finish() {
         auto status = source.status().ok() ? writer.close() : source.status();
         source.close();
-        if (status.ok() && changed) {
+        if (status.ok()) {
             status = renameFile(beside_, path_);
-            if (status.ok()) {
-                return status;
-            }
         }
-        (void)writer.close();
-        (void)deleteFile(beside_);
+        if (!status.ok()) {
+            (void)writer.close();
+            (void)deleteFile(beside_);
+        }
         return status;
     }
 
@@ -47,21 +43,18 @@ bool nextRun(ByteSource& source, std::string& run) {
     run.clear();
     bool any = false;
     for (auto window = source.window(); !window.empty(); window = source.window()) {
-        const auto* const hit =
-            static_cast<const char*>(std::memchr(window.data(), ';', window.size()));
-        const auto count =
-            hit == nullptr ? window.size() : static_cast<std::size_t>(hit - window.data()) + 1;
-        run.append(window.data(), count);
+        const auto semicolon = window.find(';');
+        const bool complete = semicolon != std::string_view::npos;
+        const auto count = complete ? semicolon + 1 : window.size();
+        run.append(window.substr(0, count));
         source.take(count);
         any = true;
-        if (hit != nullptr) {
+        if (complete) {
             break;
         }
     }
-    const auto trimmed = trim(run);
-    if (trimmed.size() != run.size()) {
-        run = std::string(trimmed);
-    }
+    run.resize(trimRight(run).size());
+    run.erase(0, run.size() - trim(run).size());
     return any;
 }
 
@@ -100,7 +93,7 @@ bool rewriteCommands(const std::string& path, const std::vector<CommandRewrite>&
                 rewriter.writer.write("\r\n");
             }
         }
-        result = rewriter.finish(matched);
+        result = rewriter.finish();
     }
     if (status != nullptr) {
         *status = result;
@@ -129,14 +122,22 @@ IoStatus rewriteGroupIndex(const std::string& path, int index) {
     }
     TmatsReader reader;
     std::string command;
+    std::string prefix;
     while (reader.nextCommand(rewriter.source, command)) {
         const auto parts = splitCommand(command);
         if (parts.group.size() >= 3 && parts.group[1] == '-') {
-            rewriter.writer.write(
-                formatPrintf("%c-%d\\%s:%s;\r\n", parts.group[0], index, parts.code, parts.value));
+            prefix.assign(1, parts.group[0]);
+            prefix += "-";
+            appendNumber(prefix, index);
+            prefix += "\\";
+            rewriter.writer.write(prefix);
+            rewriter.writer.write(parts.code);
+            rewriter.writer.write(":");
+            rewriter.writer.write(parts.value);
+            rewriter.writer.write(";\r\n");
         }
     }
-    return rewriter.finish(true);
+    return rewriter.finish();
 }
 
 }  // namespace kavu

@@ -30,14 +30,17 @@ FieldIndex::FieldIndex(TmatsReader& reader, const std::string& path,
     std::string command;
     while (reader.nextCommand(source, command)) {
         const auto colon = command.find(':');
-        // An empty value is no value: look-ups pass over it.
-        if (colon == std::string::npos || colon + 2 >= command.size() ||
-            !isWanted(std::string_view(command).substr(0, colon), fields)) {
+        if (colon == std::string::npos) {
             continue;
         }
-        byCode_[lowerAscii(std::string_view(command).substr(0, colon))].push_back(commands_.size());
-        commands_.push_back(
-            {command.substr(0, colon), command.substr(colon + 1, command.size() - colon - 2)});
+        const auto code = std::string_view(command).substr(0, colon);
+        auto value = std::string_view(command).substr(colon + 1);
+        value.remove_suffix(value.ends_with(';') ? 1 : 0);
+        // An empty value is no value: look-ups pass over it.
+        if (!value.empty() && isWanted(code, fields)) {
+            byCode_[lowerAscii(code)].push_back(commands_.size());
+            commands_.push_back({std::string(code), std::string(value)});
+        }
     }
     status_ = source.status();
 }

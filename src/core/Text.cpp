@@ -61,11 +61,11 @@ std::int64_t leadingInteger(std::string_view text) {
     if (text.empty() || !isDigit(text.front())) {
         return 0;
     }
-    constexpr auto kMost = std::numeric_limits<std::int64_t>::max();
     std::int64_t number = 0;
     const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
     if (result.ec == std::errc::result_out_of_range) {
-        number = kMost;
+        using Limits = std::numeric_limits<std::int64_t>;
+        return negative ? Limits::min() : Limits::max();
     }
     return negative ? -number : number;
 }

@@ -38,8 +38,9 @@ std::optional<RecordPair> nextPair(std::string_view& rest) {
     while (!rest.empty() && rest.front() == ' ') {
         rest.remove_prefix(1);
     }
-    const auto equals = rest.find('=');
-    if (rest.empty() || rest.front() == ']' || equals == std::string_view::npos) {
+    // A `]` in front of the `=` ends the record: what stands behind it is the user's text.
+    const auto equals = rest.find_first_of("=]");
+    if (equals == std::string_view::npos || rest[equals] == ']') {
         return std::nullopt;
     }
     RecordPair pair;

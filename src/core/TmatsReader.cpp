@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <cstring>
 
 namespace kavu {
 
@@ -31,42 +30,58 @@ void skipLeadingSpace(ByteSource& source) {
     }
 }
 
+/// Appends the bytes of a command and sees to its line ends: a line feed without a
+/// carriage return in front of it gets one, a run of carriage returns becomes one.
+class CommandText {
+  public:
+    explicit CommandText(std::string& text) : text_(text) { text.clear(); }
+
+    void append(std::string_view bytes) {
+        if (bytes.find('\n') == std::string_view::npos &&
+            bytes.find('\r') == std::string_view::npos) {
+            text_.append(bytes);
+            previous_ = bytes.back();
+            return;
+        }
+        text_.reserve(text_.size() + bytes.size() + 16);
+        for (const char c : bytes) {
+            appendOne(c);
+        }
+    }
+    [[nodiscard]] long lineFeeds() const { return lineFeeds_; }
+
+  private:
+    void appendOne(char c) {
+        if (c == '\n') {
+            ++lineFeeds_;
+            if (previous_ != '\r') {
+                text_.push_back('\r');
+            }
+            text_.push_back('\n');
+        } else if (c != '\r' || previous_ != '\r') {
+            text_.push_back(c);
+        }
+        previous_ = c;
+    }
+
+    std::string& text_;
+    char previous_ = 0;
+    long lineFeeds_ = 0;
+};
+
 /// Appends the bytes up to and including the next `;`. False if there is none.
-bool takeThroughSemicolon(ByteSource& source, std::string& raw) {
+bool takeThroughSemicolon(ByteSource& source, CommandText& text) {
     for (auto window = source.window(); !window.empty(); window = source.window()) {
-        const auto* const hit =
-            static_cast<const char*>(std::memchr(window.data(), ';', window.size()));
-        const std::size_t count =
-            hit == nullptr ? window.size() : static_cast<std::size_t>(hit - window.data()) + 1;
-        raw.append(window.data(), count);
+        const auto semicolon = window.find(';');
+        const bool complete = semicolon != std::string_view::npos;
+        const auto count = complete ? semicolon + 1 : window.size();
+        text.append(window.substr(0, count));
         source.take(count);
-        if (hit != nullptr) {
+        if (complete) {
             return true;
         }
     }
     return false;
-}
-
-/// A line feed without a carriage return in front of it gets one, and a run of carriage
-/// returns becomes one. Counts the line feeds.
-long normaliseLineEnds(const std::string& raw, std::string& text) {
-    long lineFeeds = 0;
-    text.clear();
-    text.reserve(raw.size() + 16);
-    char previous = 0;
-    for (const char c : raw) {
-        if (c == '\n') {
-            ++lineFeeds;
-            if (previous != '\r') {
-                text.push_back('\r');
-            }
-            text.push_back('\n');
-        } else if (c != '\r' || previous != '\r') {
-            text.push_back(c);
-        }
-        previous = c;
-    }
-    return lineFeeds;
 }
 
 /// Puts the `;` straight behind the last character that is no blank.
@@ -104,13 +119,8 @@ constexpr LimitReport kKept{
 bool TmatsReader::nextRawCommand(ByteSource& source, std::string& command, long* lineCounter,
                                  std::size_t* length) {
     skipLeadingSpace(source);
-    command.clear();
-    const bool complete = takeThroughSemicolon(source, command);
-    long lines = 1;
-    if (command.find_first_of("\r\n") != std::string::npos) {
-        lines += normaliseLineEnds(command, scratch_);
-        command.swap(scratch_);
-    }
+    CommandText text(command);
+    const bool complete = takeThroughSemicolon(source, text);
     if (complete) {
         trimBeforeSemicolon(command);
         if (!substitutions_.empty()) {
@@ -118,7 +128,7 @@ bool TmatsReader::nextRawCommand(ByteSource& source, std::string& command, long*
         }
     }
     if (lineCounter != nullptr) {
-        *lineCounter += lines;
+        *lineCounter += text.lineFeeds() + 1;
     }
     if (length != nullptr) {
         *length = command.size();
@@ -292,6 +302,7 @@ void TmatsReader::substitute(std::string& command) {
     if (changed == command) {
         return;
     }
+    command = std::move(changed);
     const bool comment = command.find("\\COM:") != std::string::npos;
     substitutionFlags_ |= substitution::kAny;
     if (comment && startsWithIgnoreCase(command, "C-")) {
@@ -301,7 +312,6 @@ void TmatsReader::substitute(std::string& command) {
     } else {
         substitutionFlags_ |= substitution::kOutsideComments;
     }
-    command = std::move(changed);
 }
 
 }  // namespace kavu

@@ -113,7 +113,6 @@ class TmatsReader {
                      int limit);
 
     std::string current_;
-    std::string scratch_;
     std::string logPath_;
     int* truncated_ = nullptr;
     std::set<std::string> reported_;
