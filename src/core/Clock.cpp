@@ -43,8 +43,10 @@ std::optional<CivilTime> parseIsoTime(const std::string& text) {
     };
     const CivilTime time{number(0, 4),  number(5, 2),  number(8, 2),
                          number(11, 2), number(14, 2), number(17, 2)};
-    const bool valid = time.month >= 1 && time.month <= 12 && time.day >= 1 && time.day <= 31 &&
-                       time.hour <= 23 && time.minute <= 59 && time.second <= 59;
+    const std::chrono::year_month_day date{std::chrono::year(time.year),
+                                           std::chrono::month(static_cast<unsigned>(time.month)),
+                                           std::chrono::day(static_cast<unsigned>(time.day))};
+    const bool valid = date.ok() && time.hour <= 23 && time.minute <= 59 && time.second <= 59;
     return valid ? std::optional(time) : std::nullopt;
 }
 

@@ -15,6 +15,12 @@ namespace {
 
 constexpr std::size_t kReadBuffer = 256 * 1024;
 constexpr std::size_t kWriteBuffer = 64 * 1024;
+constexpr std::uint64_t kMostReserved = 256 * 1024 * 1024;
+
+/// What the system would cut at a NUL: the part in front of it is another file.
+bool isCutBySystem(const std::string& path) {
+    return path.find('\0') != std::string::npos;
+}
 
 /// read() that goes on after a signal.
 ssize_t readSome(int descriptor, char* to, std::size_t count) {
@@ -31,8 +37,8 @@ bool meansMissing(int code) {
 }
 
 int openFile(const std::string& path, int flags, unsigned mode = 0666) {
-    if (path.find('\0') != std::string::npos) {
-        errno = EINVAL;  // the system would see the part in front of it, another file
+    if (isCutBySystem(path)) {
+        errno = EINVAL;
         return -1;
     }
     int descriptor = -1;
@@ -233,6 +239,7 @@ FileWriter::~FileWriter() {
 
 IoStatus FileWriter::open(const std::string& path, WriteMode mode) {
     (void)close();
+    buffer_.clear();  // what was written after a failed open belongs to no file
     path_ = path;
     status_ = {};
     position_ = 0;
@@ -315,7 +322,8 @@ IoStatus readWholeFile(const std::string& path, std::string& bytes) {
     if (auto status = source.open(path); !status.ok()) {
         return status;
     }
-    bytes.reserve(source.size());
+    // The size is what the file system says: it saves growing, but is not trusted.
+    bytes.reserve(static_cast<std::size_t>(std::min(source.size(), kMostReserved)));
     for (auto window = source.window(); !window.empty(); window = source.window()) {
         bytes.append(window);
         source.take(window.size());
@@ -367,14 +375,23 @@ IoStatus copyFile(const std::string& from, const std::string& to, bool durable) 
 }
 
 IoStatus deleteFile(const std::string& path) {
+    if (isCutBySystem(path)) {
+        return {path, EINVAL};
+    }
     return ::unlink(path.c_str()) == 0 ? IoStatus() : IoStatus(path, errno);
 }
 
 IoStatus renameFile(const std::string& from, const std::string& to) {
+    if (isCutBySystem(from) || isCutBySystem(to)) {
+        return {to, EINVAL};
+    }
     return ::rename(from.c_str(), to.c_str()) == 0 ? IoStatus() : IoStatus(to, errno);
 }
 
 IoStatus makeFolder(const std::string& path, unsigned mode) {
+    if (isCutBySystem(path)) {
+        return {path, EINVAL};
+    }
     if (::mkdir(path.c_str(), mode) == 0) {
         return {};
     }

@@ -4,8 +4,19 @@
 #include <algorithm>
 #include <cerrno>
 #include <dirent.h>
+#include <sys/stat.h>
 
 namespace kavu {
+
+namespace {
+
+/// A link to a folder is no folder here: deleting a tree must not leave the tree.
+bool isRealFolder(const std::string& path) {
+    struct stat info {};
+    return ::lstat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+}
+
+}  // namespace
 
 IoStatus listFolder(const std::string& path, std::vector<FolderEntry>& entries) {
     entries.clear();
@@ -18,7 +29,7 @@ IoStatus listFolder(const std::string& path, std::vector<FolderEntry>& entries) 
         const std::string name = entry->d_name;
         if (name != "." && name != "..") {
             const bool isFolder = entry->d_type == DT_DIR ||
-                                  (entry->d_type == DT_UNKNOWN && folderExists(path + "/" + name));
+                                  (entry->d_type == DT_UNKNOWN && isRealFolder(path + "/" + name));
             entries.push_back({name, isFolder});
         }
         errno = 0;
