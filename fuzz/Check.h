@@ -1,0 +1,14 @@
+// What a fuzz target says when a result is not what it must be.
+#pragma once
+
+#include <cstdio>
+#include <cstdlib>
+
+/// Ends the program with the condition and its place if it does not hold.
+#define KAVU_CHECK(condition)                                                              \
+    do {                                                                                   \
+        if (!(condition)) {                                                                \
+            std::fprintf(stderr, "%s:%d: not true: %s\n", __FILE__, __LINE__, #condition); \
+            std::abort();                                                                  \
+        }                                                                                  \
+    } while (false)
