@@ -151,10 +151,15 @@ void Application::installSteps() {
         parts.conversions.forget();
     };
     steps.detectVersions = [&parts](UserInterface* parent, int& input) {
-        return detectVersions(parts.context, parent, input);
+        IoStatus failure;
+        const int target = detectVersions(parts.context, parent, input, &failure);
+        return failure.ok() ? target : 0;
     };
     steps.migrate = [&parts](UserInterface* parent, int input, int target) {
-        return migrateDocument(parts.context, parts.conversions, parent, input, target, {});
+        IoStatus failure;
+        const bool changed =
+            migrateDocument(parts.context, parts.conversions, parent, input, target, {}, &failure);
+        return failure.ok() ? std::optional(changed) : std::nullopt;
     };
     steps.validateDataLinks = [&parts](UserInterface* parent) {
         return validateDataLinks(parts.context, parent);

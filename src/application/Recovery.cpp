@@ -251,7 +251,9 @@ bool recoverStore(Application& application, UserInterface* parent, const std::st
         return false;
     }
     int input = document.version;
-    (void)context.steps.detectVersions(parent, input);
+    if (context.steps.detectVersions(parent, input) == 0) {
+        return false;
+    }
     document.version = input;
     document.kind = DocumentKind::TmatsFile;
     document.open = true;

@@ -137,9 +137,11 @@ std::string ConversionStore::readEuComment(const ProfileFile::Section& record, I
     if (const auto text = record.get(kCommentCode); !text.empty()) {
         return decoded(text);
     }
-    list();
     std::string bytes;
-    if (commentFiles_.empty()) {
+    if (auto listed = list(); !listed.ok() || commentFiles_.empty()) {
+        if (status != nullptr) {
+            *status = std::move(listed);
+        }
         return bytes;
     }
     if (const auto path = commentPath(context_.store, record.name());

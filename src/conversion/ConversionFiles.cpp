@@ -61,7 +61,9 @@ IoStatus listConversionFiles(const WorkingStore& store, ConversionFiles& files) 
             continue;
         }
         if (const auto number = chunkNumber(entry.name)) {
-            files.chunks.push_back({*number, fileSize(store.pathOf(entry.name))});
+            files.chunks.push_back({*number, 0});
+            const auto sized = probeSize(store.pathOf(entry.name), files.chunks.back().size);
+            status = status.ok() ? sized : status;
         } else if (entry.name.starts_with(kHead) && entry.name.ends_with(kCommentTail)) {
             files.commentFiles.insert(store.pathOf(entry.name));
         }

@@ -65,7 +65,12 @@ bool loadConversionGroup(DocumentContext& context, KeyValueStore& names, Convers
                          UserInterface* parent, int edition) {
     store.forget();
     const auto data1 = context.store.pathOf(working::kData1);
-    if (!fileExists(data1)) {
+    PathKind kind = PathKind::Missing;
+    if (const auto status = probePath(data1, kind); !status.ok()) {
+        reportUnreadable(context, parent, status);
+        return false;
+    }
+    if (kind == PathKind::Missing) {
         return true;
     }
     const auto base = findBase(context, parent);
@@ -82,10 +87,7 @@ bool loadConversionGroup(DocumentContext& context, KeyValueStore& names, Convers
     }
     bool good = load(context, names, parent, edition, raw, *base);
     for (const auto& path : {data1, context.store.pathOf(working::kData2), raw}) {
-        // A folder in the place of one of them is not the load's.
-        if (isPlainFile(path)) {
-            (void)deleteFile(path);
-        }
+        (void)deleteFile(path);
     }
     names.closeStore(parent);
     if (good) {

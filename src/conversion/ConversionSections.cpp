@@ -5,7 +5,12 @@
 namespace kavu {
 
 IoStatus forEachChunk(DocumentContext&, ConversionStore& store, const ChunkVisitor& visit) {
-    for (const auto number : store.chunkNumbers()) {
+    IoStatus listed;
+    const auto numbers = store.chunkNumbers(&listed);
+    if (!listed.ok()) {
+        return listed;
+    }
+    for (const auto number : numbers) {
         const auto chunk = store.chunk(number);
         if (const auto& status = chunk->load(); !status.ok()) {
             return status;

@@ -43,23 +43,24 @@ void ConversionStore::forget() {
     recent_.clear();
 }
 
-void ConversionStore::list() {
+IoStatus ConversionStore::list() {
     if (listed_) {
-        return;
+        return {};
     }
     ConversionFiles files;
-    // A folder that can not be listed holds nothing that could be read either.
-    (void)listConversionFiles(context_.store, files);
+    if (auto status = listConversionFiles(context_.store, files); !status.ok()) {
+        return status;
+    }
     commentFiles_ = std::move(files.commentFiles);
     for (const auto& chunk : files.chunks) {
         setSize(chunk.number, chunk.size);
     }
     listed_ = true;
+    return {};
 }
 
 void ConversionStore::index() {
-    list();
-    if (indexed_) {
+    if (indexed_ || !list().ok()) {
         return;
     }
     indexed_ = true;
@@ -105,8 +106,10 @@ void ConversionStore::setSize(std::int64_t number, std::uint64_t size) {
     }
 }
 
-std::vector<std::int64_t> ConversionStore::chunkNumbers() {
-    list();
+std::vector<std::int64_t> ConversionStore::chunkNumbers(IoStatus* status) {
+    if (auto listed = list(); status != nullptr) {
+        *status = std::move(listed);
+    }
     std::vector<std::int64_t> numbers;
     numbers.reserve(sizes_.size());
     for (const auto& [number, size] : sizes_) {
@@ -280,7 +283,9 @@ void ConversionStore::fillDefaults(ProfileFile& chunk, const std::string& name,
 }
 
 bool ConversionStore::removeComment(UserInterface* parent, const std::string& path) {
-    list();
+    if (!report(parent, list(), "Read")) {
+        return false;
+    }
     if (commentFiles_.erase(path) == 0 && !fileExists(path)) {
         return true;
     }

@@ -104,8 +104,9 @@ class ConversionStore {
 
     // --- For passes over all records ----------------------------------------------------
 
-    /// The numbers of all chunks, rising.
-    [[nodiscard]] std::vector<std::int64_t> chunkNumbers();
+    /// The numbers of all chunks, rising. `status`, if given, tells of a store that could
+    /// not be listed; then there are none.
+    [[nodiscard]] std::vector<std::int64_t> chunkNumbers(IoStatus* status = nullptr);
     /// A chunk, read if it is not at hand. Whoever changes it calls `store` with it.
     [[nodiscard]] std::shared_ptr<ProfileFile> chunk(std::int64_t number);
     /// Writes a chunk that was changed and takes up its names anew.
@@ -121,7 +122,7 @@ class ConversionStore {
         std::shared_ptr<ProfileFile> file;
     };
 
-    void list();
+    IoStatus list();
     void index();
     void indexChunk(std::int64_t number, const ProfileFile& chunk);
     void unindexChunk(std::int64_t number);

@@ -165,8 +165,9 @@ class GroupWriter {
         setProgressText(parent_, "Saving PCM Data Conversion Information...");
         setProgressBar(parent_, 0);
         update_.open();
-        const auto chunks = store_.chunkNumbers();
-        bool good = true;
+        IoStatus status;
+        const auto chunks = store_.chunkNumbers(&status);
+        bool good = status.ok() || reportUnreadable(status);
         for (std::size_t i = 0; good && i < chunks.size(); ++i) {
             percent_ = 100.0 * static_cast<double>(i) / static_cast<double>(chunks.size());
             good = writeChunk(chunks[i]);

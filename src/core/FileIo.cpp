@@ -514,6 +514,15 @@ bool hasReadOnlyAttribute(const std::string& path) {
            (info.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0;
 }
 
+IoStatus probeSize(const std::string& path, std::uint64_t& size) {
+    struct stat info {};
+    if (::stat(path.c_str(), &info) != 0) {
+        return {path, errno};
+    }
+    size = static_cast<std::uint64_t>(info.st_size);
+    return {};
+}
+
 std::uint64_t fileSize(const std::string& path) {
     struct stat info {};
     return ::stat(path.c_str(), &info) == 0 ? static_cast<std::uint64_t>(info.st_size) : 0;

@@ -147,6 +147,8 @@ enum class PathKind { Missing, PlainFile, Folder, Other };
 [[nodiscard]] bool canWrite(const std::string& path);
 /// True if no permission bit lets anybody write to the file.
 [[nodiscard]] bool hasReadOnlyAttribute(const std::string& path);
+/// The size of a file; what is not there is a failure.
+[[nodiscard]] IoStatus probeSize(const std::string& path, std::uint64_t& size);
 /// The size of a file, 0 if there is none.
 [[nodiscard]] std::uint64_t fileSize(const std::string& path);
 

@@ -198,13 +198,16 @@ bool readTmatsFile(DocumentContext& context, UserInterface* parent, const std::s
     if (good) {
         int input = document.version;
         const int target = steps.detectVersions ? steps.detectVersions(parent, input) : input;
+        good = target != 0;
         setStatusText(parent, "Pre-processing Data Conversion Information");
-        if (!project && steps.loadConversions) {
+        if (good && !project && steps.loadConversions) {
             // Between two editions the fields of both are needed: those of the latest.
             good = steps.loadConversions(parent, input == target ? target : kLatestEdition);
         }
         if (good && steps.migrate) {
-            document.changed = steps.migrate(parent, input, target) || document.changed;
+            const auto migrated = steps.migrate(parent, input, target);
+            good = migrated.has_value();
+            document.changed = migrated.value_or(false) || document.changed;
         }
     }
     progress.close();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace kavu {
@@ -39,10 +40,12 @@ struct DocumentSteps {
     /// Writes the C group to the file that is being built.
     std::function<bool(UserInterface*, FileWriter&)> saveConversions;
     std::function<void()> forgetConversions;
-    /// Finds the input edition of the group files and gives the target edition.
+    /// Finds the input edition of the group files and gives the target edition; 0 if the
+    /// files could not be read, which has been reported.
     std::function<int(UserInterface*, int& inputVersion)> detectVersions;
-    /// Rewrites the group files for the target; true if any file changed.
-    std::function<bool(UserInterface*, int inputVersion, int targetVersion)> migrate;
+    /// Rewrites the group files for the target; true if any file changed. Nothing if it
+    /// failed, which has been reported, or was cancelled: the load is given up.
+    std::function<std::optional<bool>(UserInterface*, int inputVersion, int targetVersion)> migrate;
     std::function<bool(UserInterface*)> validateDataLinks;
     std::function<void()> releasePcmFormat;
     /// Writes the editor that is open to its group files; false stops the save.

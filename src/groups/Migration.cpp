@@ -19,6 +19,7 @@
 #include "groups/Irig11Changes.h"
 
 #include <array>
+#include <cerrno>
 #include <span>
 
 namespace kavu {
@@ -124,7 +125,9 @@ class Migration {
     void forEachFile(char letter, const Step& step) {
         for (int index = kLeastGroupIndex; index <= kMostGroupIndex && goesOn(); ++index) {
             const auto path = context_.store.pathOf(groupFile(letter, index));
-            if (fileExists(path)) {
+            PathKind kind = PathKind::Missing;
+            status_ = probePath(path, kind);
+            if (status_.ok() && kind != PathKind::Missing) {
                 changed_ = step(path, index) || changed_;
             }
         }
@@ -246,10 +249,12 @@ class Migration {
 
 }  // namespace
 
-int detectVersions(DocumentContext& context, UserInterface* parent, int& inputVersion) {
+int detectVersions(DocumentContext& context, UserInterface* parent, int& inputVersion,
+                   IoStatus* failure) {
     inputVersion = settingsEdition(context.settings, "IRIGInputVersion");
     ByteSource source;
-    if (const auto status = source.open(context.store.pathOf(working::kGeneral)); status.ok()) {
+    auto status = source.open(context.store.pathOf(working::kGeneral));
+    if (status.ok()) {
         const auto text = context.reader.findField(parent, source, {}, kVersionCode, kVersionLimit);
         if (text) {
             const int number = leadingInt(*text);
@@ -265,8 +270,13 @@ int detectVersions(DocumentContext& context, UserInterface* parent, int& inputVe
                 inputVersion = edition;
             }
         }
-    } else if (!isMissing(status)) {
+        status = source.status();
+    }
+    if (!status.ok() && !isMissing(status)) {
         reportUnableToRead(parent, status);
+        if (failure != nullptr) {
+            *failure = status;
+        }
     }
     return context.settings.integer("IRIGOutputMethod", 1) == kConvertMethod
                ? settingsEdition(context.settings, "IRIGOutputVersion")
@@ -288,7 +298,8 @@ bool migrateDocument(DocumentContext& context, ConversionStore& conversions, Use
     Migration migration(context, conversions, parent, convertStream);
     migration.run(input, target);
     if (failure != nullptr) {
-        *failure = migration.status();
+        const bool stopped = migration.status().ok() && !migration.complete();
+        *failure = stopped ? IoStatus(context.document.path, ECANCELED) : migration.status();
     }
     setProgressBar(parent, -1);
     setStatusText(parent, {});

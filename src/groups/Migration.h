@@ -15,8 +15,10 @@ class UserInterface;
 /// The target edition of a document whose group files have just been made. `inputVersion`
 /// becomes the edition of the files: that of `G\106`, else that of the settings. Logs 442
 /// for an edition before 1999 (which then counts as missing) and 443 for one after 2011
-/// (which then counts as 2011).
-int detectVersions(DocumentContext& context, UserInterface* parent, int& inputVersion);
+/// (which then counts as 2011). A G file that can not be read is reported, and given in
+/// `failure`.
+int detectVersions(DocumentContext& context, UserInterface* parent, int& inputVersion,
+                   IoStatus* failure = nullptr);
 
 /// Converts the measurements of the stream in this P file to word/frame locations; true if
 /// that changed its files.
@@ -27,7 +29,7 @@ using ConvertStreamStep = std::function<bool(UserInterface*, int pIndex)>;
 /// counts as done.
 ///
 /// A file that can not be read or written is reported and ends the migration, and is given
-/// in `failure`; so does a cancel, without a report. There is no way back from either: the
+/// in `failure`; so does a cancel (ECANCELED), without a report. There is no way back from either: the
 /// caller gives the document up.
 bool migrateDocument(DocumentContext& context, ConversionStore& conversions, UserInterface* parent,
                      int input, int target, const ConvertStreamStep& convertStream,
