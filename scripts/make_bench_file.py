@@ -13,7 +13,7 @@ import random
 import sys
 
 EDITION = 9
-STREAMS = 99
+STREAMS = 98  # 99 links are one too many for a document
 WORDS = ("pressure temperature sensor bridge channel range gain offset left right forward aft "
          "upper lower primary backup filtered raw calibrated nominal").split()
 
