@@ -43,6 +43,8 @@ constexpr auto kNamedFiles = std::to_array<std::string_view>({
     "[kavu]TmpPCMFMT.ALTTAG",
 });
 
+constexpr const char* kDeleteFileTitle = "ERROR: Unable To Delete File";
+
 bool reportDelete(UserInterface* parent, const IoStatus& status, const char* title) {
     if (!status.ok()) {
         showBox(parent, formatPrintf("Unable to delete: %s\n\n%s", status.path(), status.reason()),
@@ -52,7 +54,7 @@ bool reportDelete(UserInterface* parent, const IoStatus& status, const char* tit
 }
 
 bool deleteReported(UserInterface* parent, const std::string& path) {
-    return reportDelete(parent, deleteFile(path), "ERROR: Unable To Delete File");
+    return reportDelete(parent, deleteFile(path), kDeleteFileTitle);
 }
 
 bool deleteFolderReported(UserInterface* parent, const std::string& path) {
@@ -73,21 +75,27 @@ std::optional<std::string> namedTemporaryRoot(const Environment& environment) {
 }
 
 /// The names in a folder as one listing found them: a thousand names are possible, but
-/// only what exists has to be deleted.
+/// only what exists has to be deleted. Where the folder can not be listed, each name is
+/// looked for by itself, or files of this document would be taken into the next one.
 class Listing {
   public:
-    explicit Listing(const std::string& folder) {
+    explicit Listing(const std::string& folder) : folder_(folder) {
         std::vector<FolderEntry> entries;
-        (void)listFolder(folder, entries);
+        status_ = listFolder(folder, entries);
         for (auto& entry : entries) {
             (entry.isFolder ? folders_ : files_).insert(std::move(entry.name));
         }
     }
-    [[nodiscard]] bool hasFile(const std::string& name) const { return files_.contains(name); }
+    [[nodiscard]] const IoStatus& status() const { return status_; }
+    [[nodiscard]] bool hasFile(const std::string& name) const {
+        return status_.ok() ? files_.contains(name) : isPlainFile(folder_ + "/" + name);
+    }
     /// A link to a folder is none: what it leads to is not ours to delete.
     [[nodiscard]] bool hasFolder(const std::string& name) const { return folders_.contains(name); }
 
   private:
+    std::string folder_;
+    IoStatus status_;
     std::set<std::string> files_;
     std::set<std::string> folders_;
 };
@@ -103,6 +111,7 @@ class DocumentFiles {
           listing_(store.folder()) {}
 
     void remove() {
+        reportDelete(withStatus_ ? parent_ : nullptr, listing_.status(), kDeleteFileTitle);
         for (const auto name : kNamedFiles) {
             // At the start this one is left to the editor that makes it.
             if (!withStatus_ && name == "1553.TMP") {
@@ -278,8 +287,7 @@ bool WorkingStore::deleteFiles(UserInterface* parent, std::string_view pattern) 
         return deleteReported(parent, path);
     }
     std::vector<FolderEntry> entries;
-    bool good =
-        reportDelete(parent, listFolder(pathOf({}), entries), "ERROR: Unable To Delete File");
+    bool good = reportDelete(parent, listFolder(pathOf({}), entries), kDeleteFileTitle);
     for (const auto& entry : entries) {
         if (!entry.isFolder && matchesWildcard(entry.name, pattern)) {
             yieldToInterface(parent);

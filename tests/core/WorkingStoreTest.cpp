@@ -6,6 +6,7 @@
 #include <random>
 #include <set>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -42,6 +43,25 @@ class Mask {
 
   private:
     mode_t former_;
+};
+
+/// No file or folder can be opened while this lives.
+class NoMoreFiles {
+  public:
+    NoMoreFiles() {
+        const int free = ::dup(0);
+        ::close(free);
+        EXPECT_EQ(::getrlimit(RLIMIT_NOFILE, &former_), 0);
+        rlimit none = former_;
+        none.rlim_cur = static_cast<rlim_t>(free);
+        EXPECT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
+    }
+    NoMoreFiles(const NoMoreFiles&) = delete;
+    NoMoreFiles& operator=(const NoMoreFiles&) = delete;
+    ~NoMoreFiles() { EXPECT_EQ(::setrlimit(RLIMIT_NOFILE, &former_), 0); }
+
+  private:
+    rlimit former_{};
 };
 
 std::set<std::string> namesIn(const std::string& folder) {
@@ -451,6 +471,26 @@ TEST_F(StoreFilesTest, AFailedDeleteAtCloseIsToldAndStopsNothing) {
     ASSERT_EQ(rival.boxes.size(), 1u);
     EXPECT_THAT(rival.boxes[0].text, StartsWith("Unable to delete: " + store.pathOf("DATA1.TMP")));
     EXPECT_TRUE(left().empty());
+}
+
+TEST_F(StoreFilesTest, AStoreThatCanNotBeListedIsToldAndItsGroupsGoByName) {
+    make({"[kavu]GTMP.G", "[kavu]DSRCE.T99", "[kavu]D00000000.D01", "other"});
+    {
+        const NoMoreFiles none;
+        store.clearDocumentFiles(&ui);
+    }
+    ASSERT_EQ(ui.boxes.size(), 1u);
+    EXPECT_EQ(ui.boxes[0].text, "Unable to delete: " + store.folder() + "\n\nToo many open files");
+    EXPECT_THAT(left(), ElementsAre("other"));
+}
+
+TEST_F(StoreFilesTest, AStoreThatHasVanishedIsToldAtClose) {
+    const auto path = store.folder();
+    ASSERT_TRUE(deleteFolder(path).ok());
+    store.clearDocumentFiles(&ui);
+    ASSERT_EQ(ui.boxes.size(), 1u);
+    EXPECT_EQ(ui.boxes[0].text, "Unable to delete: " + path + "\n\nNo such file or directory");
+    EXPECT_EQ(ui.statusTexts.back(), "") << "the steps are done all the same";
 }
 
 TEST_F(StoreFilesTest, CloseIsSilentWithoutAParent) {
