@@ -31,7 +31,7 @@ def complete(prefix, words):
     script = ('. "$1"; shift; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _kavu_cli; '
               'printf "%s\\n" "${COMPREPLY[@]}"')
     completion = prefix / "share/bash-completion/completions/kavu-cli"
-    result = run("bash", "--norc", "-euc", script, "bash", str(completion), *words,
+    result = run("bash", "--norc", "-uc", script, "bash", str(completion), *words,
                  cwd=prefix / "share/doc/kavu/samples")
     return result.stdout.split(), result.stderr
 
