@@ -196,6 +196,21 @@ TEST(TmatsReaderCut, LineEndSplitByTheWindowIsOneLineEnd) {
     }
 }
 
+TEST(TmatsReaderCut, CarriageReturnAtTheEndOfAWindowIsForgottenByTheNextWindow) {
+    TempFolder folder;
+    const auto path = folder / "far.tma";
+    constexpr std::size_t kWindow = 256 * 1024;
+    const std::string front = "A:" + std::string(kWindow - 3, 'x') + "\r";
+    test::writeFile(path, front + std::string(kWindow, 'y') + "\nz;");
+    ByteSource source;
+    ASSERT_TRUE(source.open(path).ok());
+    TmatsReader reader;
+    std::string command;
+    ASSERT_TRUE(reader.nextCommand(source, command));
+    EXPECT_EQ(command.size(), 2 * kWindow + 4) << "the line feed gets a carriage return of its own";
+    EXPECT_TRUE(command.ends_with("y\r\nz;"));
+}
+
 TEST(TmatsReaderCut, ValueOfAHundredMegabytesIsOneCommand) {
     constexpr std::size_t kSize = 100'000'000;
     std::string text = "V-1\\COM:" + std::string(kSize, 'v') + ";G\\PN:x;";
