@@ -1,5 +1,4 @@
 #include "conversion/ChunkSplitter.h"
-
 #include "conversion/ConversionFixture.h"
 
 #include <gtest/gtest.h>

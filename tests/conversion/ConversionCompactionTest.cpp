@@ -1,5 +1,4 @@
 #include "conversion/ConversionCompaction.h"
-
 #include "conversion/ConversionFixture.h"
 
 #include <filesystem>

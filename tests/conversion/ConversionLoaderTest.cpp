@@ -1,6 +1,5 @@
-#include "conversion/ConversionLoader.h"
-
 #include "conversion/ConversionFixture.h"
+#include "conversion/ConversionLoader.h"
 #include "core/Text.h"
 
 #include <filesystem>
@@ -14,7 +13,8 @@ using test::ConversionFixture;
 using test::Names;
 using test::Numbers;
 
-std::string record(std::int64_t index, const std::string& name, const std::string& field = "MN1:x") {
+std::string record(std::int64_t index, const std::string& name,
+                   const std::string& field = "MN1:x") {
     const auto prefix = "C-" + std::to_string(index) + "\\";
     return prefix + "DCN:" + name + ";\r\n" + prefix + field + ";\r\n";
 }
@@ -176,15 +176,17 @@ TEST(ConversionLoader, ARecordThatHasOnlyItsNameIsKept) {
 
 TEST(ConversionLoader, SectionsStandInTheOrderOfTheirFirstStoredCommand) {
     ConversionFixture f;
-    ASSERT_TRUE(f.load("C-1\\DCN:One;\r\nC-2\\MN1:b;\r\nC-3\\DCN:Three;\r\nC-1\\MN1:a;\r\n"
-                       "C-2\\DCN:Two;\r\n"));
+    ASSERT_TRUE(
+        f.load("C-1\\DCN:One;\r\nC-2\\MN1:b;\r\nC-3\\DCN:Three;\r\nC-1\\MN1:a;\r\n"
+               "C-2\\DCN:Two;\r\n"));
     EXPECT_EQ(f.chunkText(0), "[Two]\r\nMN1=b\r\n[Three]\r\nDCN=Three\r\n[One]\r\nMN1=a\r\n");
 }
 
 TEST(ConversionLoader, CommandsBeforeTheirNameAndInterleavedAreRegrouped) {
     ConversionFixture f;
-    ASSERT_TRUE(f.load("C-2\\MN1:b1;\r\nC-30\\MN1:c1;\r\nC-1\\MN1:a1;\r\nC-2\\DCN:B;\r\n"
-                       "C-1\\DCN:A;\r\nC-30\\DCN:C;\r\nC-2\\MN2:b2;\r\nC-30\\MN2:c2;\r\n"));
+    ASSERT_TRUE(
+        f.load("C-2\\MN1:b1;\r\nC-30\\MN1:c1;\r\nC-1\\MN1:a1;\r\nC-2\\DCN:B;\r\n"
+               "C-1\\DCN:A;\r\nC-30\\DCN:C;\r\nC-2\\MN2:b2;\r\nC-30\\MN2:c2;\r\n"));
     EXPECT_EQ(f.chunkText(0), "[B]\r\nMN1=b1\r\nMN2=b2\r\n[A]\r\nMN1=a1\r\n");
     EXPECT_EQ(f.chunkText(1), "[C]\r\nMN1=c1\r\nMN2=c2\r\n");
 }
@@ -216,8 +218,9 @@ TEST(ConversionLoader, ACodeThatComesAgainInALongRecordKeepsItsPlace) {
 
 TEST(ConversionLoader, EmptyValuesAndCodesThatAreNoKeysAreDropped) {
     ConversionFixture f;
-    ASSERT_TRUE(f.load("C-1\\DCN:A;\r\nC-1\\MN1:;\r\nC-1\\A=B:1;\r\nC-1\\[X:1;\r\nC-1\\:1;\r\n"
-                       "C-1\\MN2;\r\nC-1\\MN3:y;\r\n"));
+    ASSERT_TRUE(
+        f.load("C-1\\DCN:A;\r\nC-1\\MN1:;\r\nC-1\\A=B:1;\r\nC-1\\[X:1;\r\nC-1\\:1;\r\n"
+               "C-1\\MN2;\r\nC-1\\MN3:y;\r\n"));
     EXPECT_EQ(f.chunkText(0), "[A]\r\nMN3=y\r\n");
 }
 

@@ -1,5 +1,4 @@
 #include "conversion/SampleRate.h"
-
 #include "support/TestContext.h"
 
 #include <gtest/gtest.h>
