@@ -226,7 +226,9 @@ bool ChunkConverter::writeChunk(std::int64_t number, bool commentsOutside) {
         }
     }
     sectionsFile_.write(byIndex);
-    if (const auto status = replaceFile(chunkPath(context_.store, number), chunk); !status.ok()) {
+    // In place: the raw commands are kept as a whole until the load has ended.
+    if (const auto status = writeWholeFile(chunkPath(context_.store, number), chunk);
+        !status.ok()) {
         reportUnwritable(context_, parent_, status, "Write/Create");
         return false;
     }

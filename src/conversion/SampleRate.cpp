@@ -21,8 +21,11 @@ void trimSampleRate(std::string& rate, const SampleRateOptions& options) {
     }
     const auto precision = static_cast<std::size_t>(std::max(0, options.precision));
     const auto first = rate.begin() + static_cast<std::ptrdiff_t>(point) + 1;
-    const auto digits =
-        static_cast<std::size_t>(std::find_if_not(first, rate.end(), isDigit) - first);
+    const auto behind = std::find_if_not(first, rate.end(), isDigit);
+    if (behind != rate.end() && toLowerAscii(*behind) == 'e') {
+        return;  // the zeros of an exponent are worth powers of ten
+    }
+    const auto digits = static_cast<std::size_t>(behind - first);
     if (digits > precision) {
         rate.resize(point + 1 + precision);
     }

@@ -112,7 +112,7 @@ bool GroupSplitter::sortCommand(std::string& command, long line) {
     if (command.find(':') == std::string::npos) {
         notes_.withoutColon(line, command);
     }
-    if (command.find_first_of("\r\n") != std::string::npos) {
+    if (holdsLineBreak(command)) {
         notes_.severalLines(line, command);
         toStoredForm(command);
     }

@@ -22,10 +22,6 @@ std::string_view trimBlanks(std::string_view text) {
     return text.substr(first, text.find_last_not_of(" \t") - first + 1);
 }
 
-bool holdsLineBreak(std::string_view text) {
-    return text.find_first_of("\r\n") != std::string_view::npos;
-}
-
 /// True for a key that would be something else when it is read again.
 bool beginsOtherwise(std::string_view key) {
     return key.front() == '[' || key.front() == ';' || key.starts_with(kByteOrderMark);

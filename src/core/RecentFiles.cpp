@@ -3,6 +3,7 @@
 #include "core/FileIo.h"
 #include "core/Printf.h"
 #include "core/ProfileSettings.h"
+#include "core/Text.h"
 
 #include <algorithm>
 
@@ -35,7 +36,7 @@ std::vector<std::string> offeredRecentFiles(const ProfileSettings& settings) {
 
 void rememberFile(ProfileSettings& settings, const std::string& path) {
     // A line break would end the entry in the settings file.
-    if (path.empty() || path.find_first_of("\r\n") != std::string::npos) {
+    if (path.empty() || holdsLineBreak(path)) {
         return;
     }
     auto files = recentFiles(settings);

@@ -41,6 +41,8 @@ inline constexpr char kStoredLineFeed = 0x15;
 /// The same, clamped to the range of an int.
 [[nodiscard]] int leadingInt(std::string_view text);
 
+/// True if the text holds a carriage return or a line feed.
+[[nodiscard]] bool holdsLineBreak(std::string_view text);
 /// Replaces line breaks by the bytes that stand for them in a group file, in place.
 void toStoredForm(std::string& text);
 /// Turns the two stored bytes back into real line breaks, in place.

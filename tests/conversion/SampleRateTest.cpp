@@ -31,7 +31,7 @@ TEST(TrimSampleRate, CutsToThePrecisionAndDropsZeros) {
         {"empty", "", 2, ""},
         {"only digits are counted", "1.25 Hz", 2, "1.25 Hz"},
         {"a cut takes what stands behind the digits", "1.2500 Hz", 2, "1.25"},
-        {"zeros of an exponent go as well", "1.5E+10", 2, "1.5E+1"},
+        {"a number with an exponent stays", "1.5000E+10", 2, "1.5000E+10"},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(trimmed(c.rate, c.precision), c.expected) << c.what;
