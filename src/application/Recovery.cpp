@@ -220,10 +220,13 @@ bool isAbandoned(const std::string& folder, AbandonedStore& found) {
 
 }  // namespace
 
-std::vector<AbandonedStore> findAbandonedStores(const std::string& temporaryRoot) {
+std::vector<AbandonedStore> findAbandonedStores(const std::string& temporaryRoot,
+                                                IoStatus* failure) {
     std::vector<FolderEntry> entries;
     std::vector<AbandonedStore> stores;
-    (void)listFolder(temporaryRoot, entries);
+    if (auto status = listFolder(temporaryRoot, entries); failure != nullptr) {
+        *failure = std::move(status);
+    }
     for (const auto& entry : entries) {
         AbandonedStore store;
         if (entry.isFolder && entry.name.starts_with(kApplicationName) &&

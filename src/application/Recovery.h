@@ -2,6 +2,8 @@
 // from what was split.
 #pragma once
 
+#include "core/IoStatus.h"
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -22,7 +24,8 @@ struct AbandonedStore {
     std::int64_t modified = 0;  ///< seconds since 1970
 };
 /// The abandoned stores of this user, newest first. Only their folders are looked at,
-/// nothing in them is read.
-[[nodiscard]] std::vector<AbandonedStore> findAbandonedStores(const std::string& temporaryRoot);
+/// nothing in them is read. `failure`, if given, tells why the root could not be listed.
+[[nodiscard]] std::vector<AbandonedStore> findAbandonedStores(const std::string& temporaryRoot,
+                                                              IoStatus* failure = nullptr);
 
 }  // namespace kavu

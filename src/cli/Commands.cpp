@@ -144,17 +144,24 @@ bool recoverCommand(CommandContext& context, CommandOutput& output) {
     return true;
 }
 
-void listAbandonedCommand(CommandContext& context, CommandOutput& output) {
+bool listAbandonedCommand(CommandContext& context, CommandOutput& output) {
     const auto& store = context.application.context().store;
     Json stores = Json::array();
     std::vector<std::vector<std::string>> rows;
-    for (const auto& found : findAbandonedStores(store.temporaryRoot())) {
+    IoStatus failure;
+    for (const auto& found : findAbandonedStores(store.temporaryRoot(), &failure)) {
         stores.push_back(
             {{"folder", jsonText(found.folder)}, {"modified", localTime(found.modified)}});
         rows.push_back({localTime(found.modified), terminalLine(found.folder)});
     }
+    if (!failure.ok()) {
+        showBox(context.ui,
+                formatPrintf("Unable to read '%s'\n\nReason: %s", failure.path(), failure.reason()),
+                "Unable To Recover Working Store");
+    }
     output.text = rows.empty() ? "No folder was left behind.\n" : alignedTable(rows);
     output.members["stores"] = std::move(stores);
+    return failure.ok();
 }
 
 }  // namespace kavu::cli

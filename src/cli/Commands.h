@@ -38,7 +38,7 @@ struct DocumentCommand {
 /// `recover STORE -o OUT`
 [[nodiscard]] bool recoverCommand(CommandContext& context, CommandOutput& output);
 /// `recover --list`
-void listAbandonedCommand(CommandContext& context, CommandOutput& output);
+[[nodiscard]] bool listAbandonedCommand(CommandContext& context, CommandOutput& output);
 
 /// `tree`
 [[nodiscard]] bool treeCommand(CommandContext& context, CommandOutput& output);

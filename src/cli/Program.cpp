@@ -11,6 +11,7 @@
 #include "core/FileIo.h"
 #include "core/OpenDocument.h"
 #include "core/TmatsDocument.h"
+#include "core/WorkingStore.h"
 
 #include <cerrno>
 #include <cstring>
@@ -144,8 +145,9 @@ class Run {
 
     bool recover() {
         if (line_.list) {
-            listAbandonedCommand(context_, output_);
-            return true;
+            file_.file = application_.context().store.temporaryRoot();
+            file_.opened = true;
+            return listAbandonedCommand(context_, output_);
         }
         const auto& document = application_.context().document;
         file_.opened = recoverCommand(context_, output_);

@@ -76,6 +76,22 @@ TEST_F(OpenDocumentTest, ConversionsAreReadForTheLatestEditionWhenTheDocumentMov
     EXPECT_EQ(editions, (std::vector<int>{2005, 2011}));
 }
 
+TEST_F(OpenDocumentTest, AnEditionThatCanNotBeReadOrAMigrationThatFailsGivesTheLoadUp) {
+    int target = 0;
+    bool loaded = false;
+    t.steps.detectVersions = [&](UserInterface*, int&) { return target; };
+    t.steps.loadConversions = [&](UserInterface*, int) { return loaded = true; };
+    t.steps.migrate = [](UserInterface*, int, int) { return std::nullopt; };
+    const auto path = file("a.tma", "G\\PN:A;");
+    EXPECT_FALSE(loadDocument(t.context, &t.ui, path));
+    EXPECT_FALSE(loaded);
+    EXPECT_FALSE(t.document.open);
+    target = 2009;
+    EXPECT_FALSE(loadDocument(t.context, &t.ui, path));
+    EXPECT_TRUE(loaded);
+    EXPECT_FALSE(t.document.open);
+}
+
 TEST_F(OpenDocumentTest, WhatIsReportedWhileLoadingIsShownUnderTheFileName) {
     const auto path = file("a.tma", "G\\PN:A;");
     t.steps.gatherMeasurementNames = [&](UserInterface* parent) {

@@ -83,6 +83,16 @@ class AwkwardTest(support.WorkshopTest):
         self.assertSaved(case.save(user=NOBODY), case.target, self.right)
         self.assertEqual(contents(case.backup), FORMER)
 
+    def test_temporary_root_that_can_not_be_listed(self):
+        case = self.case_of_nobody()
+        case.temp.chmod(0o333)
+        self.assertSaved(case.save(user=NOBODY), case.target, self.right)
+        self.assertNothingLeft(case)
+        # "No folder was left behind" would be a guess.
+        outcome = case.run("recover", "--list", user=NOBODY)
+        self.assertFailed(outcome, case.temp, "Permission denied")
+        self.assertNotIn("No folder", outcome.out)
+
     def test_unreadable_source(self):
         case = self.case_of_nobody()
         case.source.chmod(0)

@@ -349,6 +349,23 @@ int rmdir(const char* path) __THROW {
 int chmod(const char* path, mode_t mode) __THROW {
     return failsOn("chmod", path, 'w') ? -1 : real<int(const char*, mode_t)>("chmod")(path, mode);
 }
+int chown(const char* path, uid_t owner, gid_t group) __THROW {
+    return failsOn("chown", path, 'w')
+               ? -1
+               : real<int(const char*, uid_t, gid_t)>("chown")(path, owner, group);
+}
+char* realpath(const char* path, char* resolved) __THROW {
+    if (failsOn("realpath", path)) {
+        return nullptr;
+    }
+    return real<char*(const char*, char*)>("realpath")(path, resolved);
+}
+char* __realpath_chk(const char* path, char* resolved, std::size_t size) __THROW {
+    if (failsOn("realpath", path)) {
+        return nullptr;
+    }
+    return real<char*(const char*, char*, std::size_t)>("__realpath_chk")(path, resolved, size);
+}
 int access(const char* path, int how) __THROW {
     return failsOn("access", path)
                ? -1

@@ -123,8 +123,8 @@ class Case:
                                 stdout=subprocess.PIPE, stderr=subprocess.PIPE)
 
     def save(self, *options, target=None, **settings):
-        return self.run("--now", NOW, *options, "save", self.source, "-o",
-                        target or self.target, **settings)
+        return self.run("--now", NOW, "save", self.source, "-o", target or self.target, *options,
+                        **settings)
 
     def give_to(self, user, *paths):
         if os.geteuid() == 0:
