@@ -2,11 +2,13 @@
 # sanitizers and coverage by option. Link `kavu_options` to get it.
 include(FeatureSummary)
 
+option(KAVU_PCH "Use precompiled headers" ON)
 find_program(KAVU_CCACHE ccache)
 if(KAVU_CCACHE)
-    set(CMAKE_CXX_COMPILER_LAUNCHER ${KAVU_CCACHE})
     # A precompiled header carries time stamps; without this every ccache look-up misses.
-    set(ENV{CCACHE_SLOPPINESS} "pch_defines,time_macros,include_file_mtime,include_file_ctime")
+    set(sloppiness pch_defines,time_macros,include_file_mtime,include_file_ctime)
+    set(CMAKE_CXX_COMPILER_LAUNCHER
+        ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=${sloppiness} ${KAVU_CCACHE})
 endif()
 add_feature_info(ccache KAVU_CCACHE "compiler cache")
 
@@ -14,7 +16,7 @@ add_library(kavu_options INTERFACE)
 target_include_directories(kavu_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 target_compile_options(kavu_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
-if(KAVU_CCACHE AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+if(KAVU_CCACHE AND KAVU_PCH AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     target_compile_options(kavu_options INTERFACE -fpch-preprocess)
 endif()
 if(KAVU_SANITIZE)
@@ -26,7 +28,16 @@ if(KAVU_COVERAGE)
     target_compile_options(kavu_options INTERFACE --coverage -O0)
     target_link_options(kavu_options INTERFACE --coverage)
 endif()
+add_feature_info(precompiled_headers KAVU_PCH "of the standard library and the test framework")
 add_feature_info(sanitizers KAVU_SANITIZE "${KAVU_SANITIZE}")
+
+# A build without precompiled headers (the sanitizers' one) finds the includes that a file
+# has forgotten.
+function(kavu_precompile target)
+    if(KAVU_PCH)
+        target_precompile_headers(${target} PRIVATE ${ARGN})
+    endif()
+endfunction()
 
 # One library for a folder of src. DEPENDS names the folders it may include; the build
 # rule that folders only include to their left is checked by tests/architecture.
@@ -36,6 +47,8 @@ function(kavu_add_library folder)
     set(scope PUBLIC)
     if(sources)
         add_library(kavu_${folder} STATIC ${sources})
+        kavu_precompile(kavu_${folder} <algorithm> <functional> <map> <optional>
+                        <string> <string_view> <unordered_map> <vector>)
     else()
         # A folder of headers alone.
         add_library(kavu_${folder} INTERFACE)
