@@ -34,6 +34,8 @@ class Workshop:
     every user of the machine can reach."""
 
     def __init__(self):
+        for name in ("KAVU_CLI", "KAVU_FAULTSHIM"):
+            needed(name)
         self.folder = Path(tempfile.mkdtemp(prefix="kavu-torture-", dir=scratch_root()))
         self.folder.chmod(0o755)
         self.program = self._copy("KAVU_CLI")
