@@ -5,6 +5,8 @@
 #include "core/UserInterface.h"
 #include "core/WorkingStore.h"
 
+#include <cerrno>
+
 namespace kavu {
 
 namespace {
@@ -121,7 +123,10 @@ bool KeyValueStore::openWriteFile(UserInterface* parent) {
         return false;
     }
     profile_.reset();
-    const auto status = writeFile_.open(filePath(currentFile_), WriteMode::Append);
+    const auto path = filePath(currentFile_);
+    // Without a folder of its own the file would land where the program was started.
+    const auto status =
+        store_.active() ? writeFile_.open(path, WriteMode::Append) : IoStatus(path, ENOENT);
     if (!status.ok()) {
         (void)writeFile_.close();
         showFileBox(parent, "ERROR: Unable to open Database file", status);
