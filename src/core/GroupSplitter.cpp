@@ -22,6 +22,22 @@ bool isComment(std::string_view command) {
     return startsWithIgnoreCase(command, "COMMENT:");
 }
 
+/// True if the last bytes of a source are NUL and nothing else: recorders fill a file up to
+/// the length of a block.
+bool endsInNulBytes(ByteSource& source, std::size_t count) {
+    if (count > source.size()) {
+        return false;
+    }
+    source.seek(source.size() - count);
+    for (auto window = source.window(); !window.empty(); window = source.window()) {
+        if (window.find_first_not_of('\0') != std::string_view::npos) {
+            return false;
+        }
+        source.take(window.size());
+    }
+    return true;
+}
+
 bool isIndexedLetter(char letter) {
     return std::string_view("TRMPDBAVS").find(letter) != std::string_view::npos;
 }
@@ -84,7 +100,7 @@ bool GroupSplitter::splitCommands(ByteSource& source) {
     }
 }
 
-bool GroupSplitter::endOfFile(const ByteSource& source, std::size_t partial, long line) {
+bool GroupSplitter::endOfFile(ByteSource& source, std::size_t partial, long line) {
     if (!source.status().ok()) {
         showBox(parent_,
                 formatPrintf("Unable to read '%s'\n\nReason: %s", source.status().path(),
@@ -94,6 +110,10 @@ bool GroupSplitter::endOfFile(const ByteSource& source, std::size_t partial, lon
     }
     if (partial > 0) {
         context_.messages.show(parent_, 157, title::kErrorReading, kWarningBox, line);
+        if (endsInNulBytes(source, partial)) {
+            notes_.nulBytesAtTheEnd();
+        }
+        notes_.tell(parent_);
         return false;
     }
     return true;

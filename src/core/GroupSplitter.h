@@ -41,7 +41,7 @@ class GroupSplitter {
     Target& target(const GroupKind& kind, std::int64_t index);
     bool flush(Target& target);
     bool flushAll();
-    bool endOfFile(const ByteSource& source, std::size_t partial, long line);
+    bool endOfFile(ByteSource& source, std::size_t partial, long line);
     void reportWriteFailure(const IoStatus& status);
     void showProgress(const ByteSource& source, long line);
 

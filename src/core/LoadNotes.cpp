@@ -90,6 +90,10 @@ void LoadNotes::tell(UserInterface* parent) const {
     if (byteOrderMark_) {
         parent->note("The file begins with a byte order mark. It is left out.");
     }
+    if (nulBytesAtTheEnd_) {
+        parent->note(
+            "Nothing but NUL bytes stands behind the last command. Without them the file opens.");
+    }
     if (nulBytes_.count > 0) {
         parent->note(
             formatPrintf("NUL bytes were found in %ld commands, the first at line %ld. "

@@ -13,6 +13,8 @@ class UserInterface;
 class LoadNotes {
   public:
     void byteOrderMark() { byteOrderMark_ = true; }
+    /// The file is refused for NUL bytes behind its last command.
+    void nulBytesAtTheEnd() { nulBytesAtTheEnd_ = true; }
     void nulBytes(long line) { nulBytes_.add(line, {}); }
     /// A command of no known group; it is not kept.
     void unknownCommand(long line, std::string_view command) { unknown_.add(line, command); }
@@ -36,6 +38,7 @@ class LoadNotes {
         void add(long at, std::string_view command);
     };
     bool byteOrderMark_ = false;
+    bool nulBytesAtTheEnd_ = false;
     Finding nulBytes_;
     Finding unknown_;
     Finding range_;

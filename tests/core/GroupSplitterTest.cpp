@@ -71,6 +71,13 @@ TEST_F(GroupSplitterTest, MissingLastSemicolonRefusesTheFile) {
               "line #4. Operation aborted.");
 }
 
+TEST_F(GroupSplitterTest, NulBytesBehindTheLastCommandRefuseTheFileAndAreNamed) {
+    using namespace std::string_literals;
+    EXPECT_FALSE(split("G\\PN:A;\r\n\0\0"s));
+    EXPECT_TRUE(t.ui.hasBox(157));
+    EXPECT_NE(note().find("Nothing but NUL bytes"), std::string::npos);
+}
+
 TEST_F(GroupSplitterTest, LowerCaseGroupVanishesButIsRemarked) {
     ASSERT_TRUE(split("p-1\\TF:ONE;"));
     EXPECT_FALSE(t.has("[kavu]PCMFMT.P01"));

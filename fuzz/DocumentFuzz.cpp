@@ -1,0 +1,144 @@
+// Opens any bytes as a document and saves it, with replies, a cancel and editions that the
+// input chooses. What opened must save, and what was saved must open again and save as the
+// same bytes: nothing may get lost on a second way through.
+#include "Check.h"
+#include "application/Application.h"
+#include "core/BuildDocument.h"
+#include "core/FileIo.h"
+#include "core/OpenDocument.h"
+#include "core/ProfileSettings.h"
+#include "core/WorkingStore.h"
+#include "support/RecordingInterface.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+namespace {
+
+using kavu::test::RecordingInterface;
+
+/// A folder in memory where there is one: an input costs a hundred files.
+std::string makeScratch() {
+    std::string pattern =
+        kavu::folderExists("/dev/shm") ? "/dev/shm/kavu-fuzz-XXXXXX" : "/tmp/kavu-fuzz-XXXXXX";
+    KAVU_CHECK(mkdtemp(pattern.data()) != nullptr);
+    return pattern;
+}
+
+class CountingRandom : public kavu::RandomSource {
+  public:
+    std::optional<std::array<std::uint8_t, 16>> bytes16() override {
+        return std::array<std::uint8_t, 16>{next_++};
+    }
+
+  private:
+    std::uint8_t next_ = 0;
+};
+
+struct Run {
+    explicit Run(const std::string& folder)
+        : application(environment(folder), clock, random, folder + "/kavu.ini") {
+        KAVU_CHECK(application.startUp(&ui));
+    }
+    ~Run() { application.shutDown(nullptr); }
+
+    static kavu::Environment environment(const std::string& folder) {
+        kavu::Environment environment;
+        environment.variable = [folder](const std::string& name) {
+            return name == "TEMP" || name == "HOME" ? std::optional(folder) : std::nullopt;
+        };
+        environment.userName = "fuzz";
+        return environment;
+    }
+
+    kavu::FixedClock clock{kavu::CivilTime{2026, 1, 2, 3, 4, 5}};
+    CountingRandom random;
+    RecordingInterface ui;
+    kavu::Application application;
+};
+
+std::string read(const std::string& path) {
+    std::string bytes;
+    KAVU_CHECK(kavu::readWholeFile(path, bytes).ok());
+    return bytes;
+}
+
+/// The edition of a document without a `G\106`, and one to convert to, or 0.
+struct Editions {
+    std::string_view input = "2011";
+    std::string_view output;
+};
+
+Editions editionsOf(std::uint8_t choice) {
+    constexpr std::string_view kYears[] = {"1996", "1999", "2000", "2001", "2004",
+                                           "2005", "2007", "2009", "2011"};
+    Editions editions;
+    editions.input = kYears[choice % 9];
+    const auto output = static_cast<std::size_t>(choice / 9);
+    editions.output = output < 9 ? kYears[output] : std::string_view();
+    return editions;
+}
+
+void setEditions(Run& run, const Editions& editions) {
+    auto& settings = run.application.context().settings;
+    settings.overrideForThisRun("IRIGInputVersion", editions.input);
+    if (!editions.output.empty()) {
+        settings.overrideForThisRun("IRIGOutputMethod", "2");
+        settings.overrideForThisRun("IRIGOutputVersion", editions.output);
+    }
+}
+
+/// Opens and saves; gives the edition of the document, or 0 if it did not open.
+int roundTrip(Run& run, const std::string& from, const std::string& to) {
+    auto& context = run.application.context();
+    if (!kavu::loadDocument(context, &run.ui, from)) {
+        KAVU_CHECK(!context.document.open);
+        KAVU_CHECK(!kavu::fileExists(context.store.pathOf(kavu::working::kGeneral)));
+        return 0;
+    }
+    const int edition = context.document.version;
+    const bool saved = kavu::saveDocumentTo(context, &run.ui, to);
+    KAVU_CHECK(saved || run.ui.cancelAtPoll > 0);
+    return saved ? edition : 0;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static const std::string scratch = makeScratch();
+    if (size < 3) {
+        return 0;
+    }
+    const auto editions = editionsOf(data[0]);
+    const auto reply = data[1] % 2 == 0 ? kavu::Button::Yes : kavu::Button::No;
+    const int cancelAt = data[2] < 200 ? 0 : data[2] - 199;
+    const std::string in = scratch + "/in.tma";
+    const std::string folders[] = {scratch + "/one", scratch + "/two"};
+    KAVU_CHECK(kavu::writeWholeFile(in, {reinterpret_cast<const char*>(data) + 3, size - 3}).ok());
+    for (const auto& folder : folders) {
+        KAVU_CHECK(kavu::makeFolder(folder).ok());
+    }
+
+    int edition = 0;
+    {
+        Run run(scratch);
+        run.ui.otherwise = reply;
+        run.ui.cancelAtPoll = cancelAt;
+        setEditions(run, editions);
+        edition = roundTrip(run, in, folders[0] + "/out.tma");
+    }
+    if (edition > 0) {
+        Run run(scratch);
+        run.ui.otherwise = reply;
+        const auto year = std::to_string(edition);
+        setEditions(run, {year, {}});
+        if (roundTrip(run, folders[0] + "/out.tma", folders[1] + "/out.tma") > 0) {
+            KAVU_CHECK(read(folders[0] + "/out.tma") == read(folders[1] + "/out.tma"));
+        }
+    }
+    (void)kavu::deleteFolder(folders[0]);
+    (void)kavu::deleteFolder(folders[1]);
+    return 0;
+}
