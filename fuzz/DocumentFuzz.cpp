@@ -10,8 +10,10 @@
 #include "core/WorkingStore.h"
 #include "support/RecordingInterface.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -90,6 +92,12 @@ void setEditions(Run& run, const Editions& editions) {
     }
 }
 
+/// The two bytes that stand for line breaks in a group file come out as line breaks.
+bool holdsStoredBytes(std::span<const std::uint8_t> data) {
+    return std::any_of(data.begin(), data.end(),
+                       [](std::uint8_t byte) { return byte == 0x14 || byte == 0x15; });
+}
+
 /// Opens and saves; gives the edition of the document, or 0 if it did not open.
 int roundTrip(Run& run, const std::string& from, const std::string& to) {
     auto& context = run.application.context();
@@ -134,7 +142,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         run.ui.otherwise = reply;
         const auto year = std::to_string(edition);
         setEditions(run, {year, {}});
-        if (roundTrip(run, folders[0] + "/out.tma", folders[1] + "/out.tma") > 0) {
+        const int again = roundTrip(run, folders[0] + "/out.tma", folders[1] + "/out.tma");
+        if (again > 0 && !holdsStoredBytes({data, size})) {
             KAVU_CHECK(read(folders[0] + "/out.tma") == read(folders[1] + "/out.tma"));
         }
     }
