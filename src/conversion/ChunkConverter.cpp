@@ -89,6 +89,11 @@ bool ChunkConverter::close() {
         reportUnreadable(context_, parent_, status);
         return false;
     }
+    // No message has told of them, so that nobody has to answer for them; but a person who
+    // looks for the lost calibration has to be able to find out.
+    if (unnamed_ > 0 && parent_ != nullptr) {
+        parent_->note(formatPrintf("%d C groups without a name (DCN) are left out.", unnamed_));
+    }
     return true;
 }
 
@@ -135,6 +140,7 @@ bool ChunkConverter::takeName(const RawCommand& command, std::string_view name, 
     if (names_.sectionExists(name)) {
         context_.messages.log(parent_, 317, title::kErrorReadingConversion, name);
         context_.document.changed = true;
+        record(command.index).refused = true;
         return true;
     }
     auto& to = record(command.index);
@@ -216,6 +222,7 @@ bool ChunkConverter::writeChunk(std::int64_t number, bool commentsOutside) {
             inChunk = true;
         }
         if (record->name.empty()) {
+            unnamed_ += record->refused ? 0 : 1;
             continue;
         }
         chunk.append("[").append(record->name).append("]").append(kLineEnd);

@@ -41,6 +41,7 @@ class ChunkConverter {
     struct Record {
         std::int64_t index = 0;
         std::string name;
+        bool refused = false;     ///< its name belongs to another record; 317 has told
         std::size_t nameAt = 0;   ///< the position of its first name among the commands
         std::size_t firstAt = 0;  ///< that of its first field
         struct Field {
@@ -65,6 +66,7 @@ class ChunkConverter {
     UserInterface* parent_;
     int edition_;
     unsigned measurements_ = 0;
+    unsigned unnamed_ = 0;  ///< group indices without a name
     unsigned polled_ = 0;
 
     FileWriter namesFile_;

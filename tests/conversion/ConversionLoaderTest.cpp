@@ -80,13 +80,15 @@ TEST(ConversionLoader, AnOverlongNameAloneDoesNotMarkTheDocumentChanged) {
     EXPECT_FALSE(f.document.changed);
 }
 
-TEST(ConversionLoader, ADefinitionWithoutANameVanishesWithoutAMessage) {
+TEST(ConversionLoader, ADefinitionWithoutANameVanishesWithoutAMessageButWithANote) {
     ConversionFixture f;
-    ASSERT_TRUE(f.load("C-1\\MN1:lost;\r\n" + record(2, "B")));
+    ASSERT_TRUE(f.load("C-1\\MN1:lost;\r\n" + record(2, "B") + record(3, "B")));
     EXPECT_EQ(f.savedNames(), (Names{"B"}));
     EXPECT_EQ(f.save().find("lost"), std::string::npos);
     EXPECT_TRUE(f.ui.boxes.empty());
-    EXPECT_TRUE(f.ui.logs.empty());
+    EXPECT_EQ(f.ui.logs.size(), 1u);  // of the duplicate, which the note leaves out
+    EXPECT_EQ(f.ui.notes,
+              std::vector<std::string>{"1 C groups without a name (DCN) are left out."});
 }
 
 TEST(ConversionLoader, ABlankNameIsNoName) {

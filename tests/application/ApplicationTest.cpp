@@ -1,0 +1,86 @@
+#include "application/Application.h"
+#include "core/OpenDocument.h"
+#include "support/TestApplication.h"
+
+namespace kavu::test {
+namespace {
+
+TEST(ApplicationTest, SecondStartGetsItsOwnWorkingStore) {
+    TestApplication first;
+    CountingRandom random;
+    (void)random.bytes16();
+    Application second(
+        testEnvironment({{"TEMP", first.folder / "temp"}, {"HOME", first.folder.path()}}),
+        first.clock, random, first.folder / "kavu.ini");
+    ASSERT_TRUE(second.startUp(&first.ui));
+    EXPECT_NE(second.context().store.folder(), first.application.context().store.folder());
+    EXPECT_TRUE(second.shutDown(nullptr));
+    EXPECT_TRUE(first.ui.boxes.empty());
+}
+
+TEST(ApplicationTest, ExitWithAnOpenDocumentAndCancelLeavesItRunning) {
+    TestApplication t;
+    writeFile(t.folder / "a.tma", "G\\PN:A;");
+    ASSERT_TRUE(loadDocument(t.application.context(), &t.ui, t.folder / "a.tma"));
+    t.application.context().document.changed = true;
+    t.ui.byId[76] = Button::Cancel;
+    EXPECT_FALSE(t.application.shutDown(&t.ui));
+    EXPECT_TRUE(t.application.context().document.open);
+    EXPECT_TRUE(folderExists(t.application.context().store.folder()));
+    t.ui.byId[76] = Button::No;
+    EXPECT_TRUE(t.application.shutDown(&t.ui));
+    EXPECT_TRUE(t.application.shutDown(&t.ui));
+}
+
+TEST(ApplicationTest, StartReadsTheSettingsAndRepairsTheVersionKeys) {
+    TestApplication t;
+    EXPECT_EQ(t.application.held().floatPrecision, 8);
+    EXPECT_EQ(t.application.held().sampleRatePrecision, 2);
+    const auto ini = readFile(t.folder / "kavu.ini");
+    EXPECT_NE(ini.find("IRIGInputVersion=2011"), std::string::npos);
+    EXPECT_NE(ini.find("kavu.mdb"), std::string::npos);
+}
+
+TEST(ApplicationTest, WithNoSettingsFileGivenTheSupportFolderHoldsIt) {
+    TempFolder folder;
+    RecordingInterface ui;
+    const SystemClock clock;
+    CountingRandom random;
+    Application application(
+        testEnvironment({{"TEMP", folder.path()}, {"AppData", folder / "data"}}), clock, random);
+    ASSERT_TRUE(application.startUp(&ui));
+    EXPECT_EQ(application.supportFolder(), folder / "data/KavuSupportFiles/");
+    EXPECT_TRUE(fileExists(folder / "data/KavuSupportFiles/kavu.ini"));
+    EXPECT_TRUE(application.shutDown(&ui));
+}
+
+TEST(ApplicationTest, WelcomeTextIsLookedForInTheFolderOfAllUsersThenBesideTheProgram) {
+    TempFolder folder;
+    const SystemClock clock;
+    CountingRandom random;
+    const auto environment = testEnvironment(
+        {{"TEMP", folder.path()}, {"AppData", folder.path()}, {"ALLUSERSPROFILE", folder / "all"}},
+        folder.path());
+    Application application(environment, clock, random, folder / "kavu.ini");
+    EXPECT_EQ(application.welcomeText(), "");
+    writeFile(folder / "welcome.txt", "hello");
+    EXPECT_EQ(application.welcomeText(), "hello");
+    ASSERT_TRUE(makeFolders(folder / "all/Application Data/KavuSupportFiles").ok());
+    writeFile(folder / "all/Application Data/KavuSupportFiles/welcome.txt", "all users");
+    EXPECT_EQ(application.welcomeText(), "all users");
+    writeFile(folder / "all/Application Data/KavuSupportFiles/welcome.txt", " \n ");
+    EXPECT_EQ(application.welcomeText(), "");
+}
+
+TEST(ApplicationTest, RecentFilesAreOnlyKeptWhereAskedFor) {
+    TestApplication t;
+    writeFile(t.folder / "a.tma", "G\\PN:A;");
+    ASSERT_TRUE(loadDocument(t.application.context(), &t.ui, t.folder / "a.tma"));
+    EXPECT_EQ(readFile(t.folder / "kavu.ini").find("KAVU_Opened_Files"), std::string::npos);
+    t.application.keepRecentFiles();
+    ASSERT_TRUE(loadDocument(t.application.context(), &t.ui, t.folder / "a.tma"));
+    EXPECT_NE(readFile(t.folder / "kavu.ini").find("[KAVU_Opened_Files]"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace kavu::test
