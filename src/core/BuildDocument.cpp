@@ -27,6 +27,13 @@ void reportUnableToWrite(UserInterface* parent, const IoStatus& status) {
             kSaveTitle);
 }
 
+/// A group file of a crashed run may end within a command.
+void noteCutOff(UserInterface* parent, const std::string& where) {
+    if (parent != nullptr) {
+        parent->note(where + ": the last command is cut off and is left out.");
+    }
+}
+
 /// Joins the group files, one table row after the other.
 class Builder {
   public:
@@ -139,7 +146,8 @@ bool putIntoGeneralFile(DocumentContext& context, UserInterface* parent, const s
         bool placed = !behindComments;
         writer.write(placed ? head : std::string());
         std::string command;
-        while (context.reader.nextRawCommand(source, command)) {
+        std::size_t partial = 0;
+        while (context.reader.nextRawCommand(source, command, nullptr, &partial)) {
             if (!placed && !startsWithIgnoreCase(command, "COMMENT:")) {
                 writer.write(head);
                 placed = true;
@@ -148,6 +156,9 @@ bool putIntoGeneralFile(DocumentContext& context, UserInterface* parent, const s
             writer.write("\r\n");
         }
         writer.write(placed ? std::string() : head);
+        if (partial > 0) {
+            noteCutOff(parent, "General Information");
+        }
         status = writer.close();
         status = source.status().ok() ? status : source.status();
     }
@@ -246,8 +257,8 @@ bool copyGroupFile(DocumentContext& context, UserInterface* parent, ByteSource& 
                                    static_cast<double>(source.size() + 1));
         }
     }
-    if (partial > 0 && parent != nullptr) {
-        parent->note(progressText + ": the last command is cut off and is left out.");
+    if (partial > 0) {
+        noteCutOff(parent, progressText);
     }
     return true;
 }
