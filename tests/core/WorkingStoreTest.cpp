@@ -475,6 +475,10 @@ TEST_F(StoreFilesTest, AFailedDeleteAtCloseIsToldAndStopsNothing) {
 
 TEST_F(StoreFilesTest, AStoreThatCanNotBeListedIsToldAndItsGroupsGoByName) {
     make({"[kavu]GTMP.G", "[kavu]DSRCE.T99", "[kavu]D00000000.D01", "other"});
+    // The sanitizer of virtual calls opens a pipe at its first look at a class; after that it
+    // remembers the answer.
+    showBox(&ui, "", "", Icon::None);
+    ui.boxes.clear();
     {
         const NoMoreFiles none;
         store.clearDocumentFiles(&ui);
