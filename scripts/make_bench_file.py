@@ -119,10 +119,9 @@ def others(count, rng):
             yield f"V-{n}\\REC\\SET:{prose(rng, 28)};"
 
 
-def commands(size):
-    """As many as make SIZE bytes, by what a command of each kind takes on average."""
-    rng = random.Random(size)
-    total = size / 41.7
+def commands(total, seed):
+    """About TOTAL commands."""
+    rng = random.Random(seed)
     third = int(total / 3)
     yield from general()
     yield from pcm(third, rng)
@@ -133,9 +132,13 @@ def commands(size):
 
 def main(size_mb, path):
     size = int(float(size_mb) * 1_000_000)
+    # Longer indices make longer commands, so how many commands make the size is found by
+    # making them twice.
+    total = size / 41.7
+    total *= size / sum(len(command) + 2 for command in commands(total, size))
     count = 0
     with open(path, "w", encoding="ascii", newline="") as out:
-        for command in commands(size):
+        for command in commands(total, size):
             out.write(command + "\r\n")
             count += 1
         written = out.tell()
