@@ -1,0 +1,43 @@
+// Every modal dialog of the editor is run through one door, so that a test (or a renderer
+// of pictures) can stand in it: it gets the real dialog, drives it by real keys and object
+// names, and nothing ever waits for a person.
+#pragma once
+
+#include <QDialog>
+
+namespace kavu {
+
+class DialogDoor {
+  public:
+    DialogDoor() = default;
+    DialogDoor(const DialogDoor&) = delete;
+    DialogDoor& operator=(const DialogDoor&) = delete;
+    virtual ~DialogDoor() = default;
+
+    /// Shows the dialog modally and gives its result (`QDialog::Accepted`, ...).
+    virtual int run(QDialog& dialog) { return dialog.exec(); }
+
+    /// How many dialogs are inside `run` now. The main window refuses the end of the
+    /// session while it is not 0.
+    [[nodiscard]] int depth() const { return depth_; }
+
+    /// The property sheets that are up at once, at most `kMostSheets`.
+    static constexpr int kMostSheets = 10;
+    bool enterSheet() { return sheets_ < kMostSheets && ++sheets_ > 0; }
+    void leaveSheet() { --sheets_; }
+
+  private:
+    friend int runDialog(DialogDoor& door, QDialog& dialog);
+    int depth_ = 0;
+    int sheets_ = 0;
+};
+
+/// The call by which all windows run a dialog: counts it and passes it to the door.
+inline int runDialog(DialogDoor& door, QDialog& dialog) {
+    ++door.depth_;
+    const int result = door.run(dialog);
+    --door.depth_;
+    return result;
+}
+
+}  // namespace kavu

@@ -1,0 +1,92 @@
+// Controls made from a vocabulary table: one for each field of a page that the edition
+// knows, named by its code, with its label, its limit and its choices.
+#pragma once
+
+#include "app/framework/FormContext.h"
+#include "app/framework/PropertySheet.h"
+#include "core/Vocabulary.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <QString>
+#include <QWidget>
+
+class QLabel;
+
+namespace kavu {
+
+class FieldControl;
+
+/// Values by code, in the bytes of the group file. Line breaks may be real ones or the
+/// bytes that stand for them.
+using FieldValues = std::map<std::string, std::string, std::less<>>;
+
+class FieldForm : public QWidget {
+    Q_OBJECT
+  public:
+    /// Takes the fields of the table that stand on page `pageName` (all that have a label
+    /// if it is empty) and that the edition of the context knows. The table must outlive
+    /// the form, as a `constexpr` one does.
+    FieldForm(FormContext& form, std::span<const Field> fields, std::string_view pageName,
+              QWidget* parent = nullptr);
+    ~FieldForm() override;
+
+    /// Shows the values; a code that is missing shows nothing. Is no edit.
+    void setValues(const FieldValues& values);
+    /// Writes the values of the form's fields into `values` and leaves other codes alone.
+    /// What was not edited has the bytes it was given; a field without a value is removed.
+    void storeValues(FieldValues& values) const;
+
+    /// One value as it would be stored.
+    [[nodiscard]] std::string value(std::string_view code) const;
+    /// Sets a value as an edit of the user would: `edited` is sent if it is another one.
+    void editValue(std::string_view code, std::string_view value);
+    /// The widget of a field, or null if the form does not have it.
+    [[nodiscard]] QWidget* control(std::string_view code) const;
+    [[nodiscard]] std::vector<std::string_view> codes() const;
+    /// Today in the form of the edition.
+    [[nodiscard]] std::string today() const;
+
+    /// Refuses a semi-colon and an invalid date, with the focus on the field.
+    [[nodiscard]] bool validate();
+
+  signals:
+    /// The user has changed a field.
+    void edited(const QString& code);
+
+  private:
+    friend class FieldControl;
+    void build(std::span<const Field> fields, std::string_view pageName);
+    void showHint(const QString& text);
+
+    FormContext& form_;
+    std::vector<std::unique_ptr<FieldControl>> controls_;
+    std::map<std::string, FieldControl*, std::less<>> byCode_;
+    QLabel* hint_ = nullptr;
+};
+
+/// A page that is a form of fields over a map of values.
+class FieldPage : public PropertyPage {
+    Q_OBJECT
+  public:
+    /// `values` is the model of the sheet and must outlive the page.
+    FieldPage(FormContext& form, const char* resourceName, const std::string& title,
+              std::span<const Field> fields, FieldValues& values, QWidget* parent = nullptr);
+
+    [[nodiscard]] FieldForm& fields() const { return *fields_; }
+    void load() override;
+    [[nodiscard]] bool validate() override;
+    [[nodiscard]] bool store() override;
+
+  private:
+    FieldValues& values_;
+    FieldForm* fields_ = nullptr;
+};
+
+}  // namespace kavu

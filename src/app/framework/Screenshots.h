@@ -1,0 +1,48 @@
+// The list of all windows, pages and dialogs there are, each with a maker that fills it
+// with sample content. Pictures of them all are rendered from it, and a test walks it: a
+// window that is not in it has no picture and no check.
+#pragma once
+
+#include "app/framework/FormContext.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <QString>
+#include <QWidget>
+
+namespace kavu {
+
+/// What the makers are given. `document` is the sample document, or null where the caller
+/// has none; a maker that needs it then gives null.
+struct ScreenshotStage {
+    FormContext& form;
+    DocumentContext* document = nullptr;
+};
+
+struct Screenshot {
+    std::string name;  ///< resource name, and the name of the picture's file
+    std::function<std::unique_ptr<QWidget>(ScreenshotStage&)> make;
+};
+
+class ScreenshotList {
+  public:
+    /// REQUIRES: the name is not in the list.
+    void add(std::string name, std::function<std::unique_ptr<QWidget>(ScreenshotStage&)> make);
+    /// One picture for each page of a sheet, named by the page; the sheet is made anew for
+    /// each of them. `names` are the resource names in the order of the pages.
+    void addSheet(const std::vector<std::string>& names,
+                  const std::function<std::unique_ptr<QWidget>(ScreenshotStage&)>& make);
+
+    [[nodiscard]] const std::vector<Screenshot>& entries() const { return entries_; }
+
+  private:
+    std::vector<Screenshot> entries_;
+};
+
+/// The windows of the framework.
+void addFrameworkScreenshots(ScreenshotList& list);
+
+}  // namespace kavu
