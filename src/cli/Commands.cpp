@@ -3,6 +3,7 @@
 #include "application/Application.h"
 #include "application/Recovery.h"
 #include "cli/TerminalText.h"
+#include "conversion/ConversionStore.h"
 #include "core/BuildDocument.h"
 #include "core/FileIo.h"
 #include "core/Printf.h"
@@ -75,7 +76,10 @@ bool storeCommand(CommandContext& context, CommandOutput& output) {
     const auto& store = context.application.context().store;
     const std::string& into = context.line.into;
     std::vector<FolderEntry> entries;
-    IoStatus status = makeFolders(into);
+    IoStatus status = context.application.conversions().writeOut();
+    if (status.ok()) {
+        status = makeFolders(into);
+    }
     if (status.ok()) {
         status = listFolder(store.folder(), entries);
     }

@@ -4,6 +4,7 @@
 #include "conversion/ConversionFiles.h"
 #include "conversion/LoadReports.h"
 #include "conversion/RawChunk.h"
+#include "conversion/StagedChunks.h"
 #include "core/Clock.h"
 #include "core/FileIo.h"
 #include "core/KeyValueStore.h"
@@ -12,6 +13,7 @@
 #include "core/WorkingStore.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kavu {
 
@@ -233,9 +235,7 @@ bool ChunkConverter::writeChunk(std::int64_t number, bool commentsOutside) {
         }
     }
     sectionsFile_.write(byIndex);
-    // In place: the raw commands are kept as a whole until the load has ended.
-    if (const auto status = writeWholeFile(chunkPath(context_.store, number), chunk);
-        !status.ok()) {
+    if (const auto status = chunks_.put(context_.store, number, std::move(chunk)); !status.ok()) {
         reportUnwritable(context_, parent_, status, "Write/Create");
         return false;
     }

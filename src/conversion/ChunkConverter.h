@@ -15,14 +15,16 @@ namespace kavu {
 struct DocumentContext;
 class KeyValueStore;
 struct RawCommand;
+class StagedChunks;
 class UserInterface;
 
 class ChunkConverter {
   public:
-    /// `names` holds the measurement names of the whole load; `edition` rules the limits.
-    ChunkConverter(DocumentContext& context, KeyValueStore& names, UserInterface* parent,
-                   int edition)
-        : context_(context), names_(names), parent_(parent), edition_(edition) {}
+    /// `names` holds the measurement names of the whole load; `edition` rules the limits;
+    /// the chunks go to `chunks`.
+    ChunkConverter(DocumentContext& context, KeyValueStore& names, StagedChunks& chunks,
+                   UserInterface* parent, int edition)
+        : context_(context), names_(names), chunks_(chunks), parent_(parent), edition_(edition) {}
 
     /// Makes the working files of a conversion: "DATA2.TMP" holds the names by group index
     /// (message 313 if it can not be made), "DATA1.TMP" the sections by group index (314).
@@ -63,6 +65,7 @@ class ChunkConverter {
 
     DocumentContext& context_;
     KeyValueStore& names_;
+    StagedChunks& chunks_;
     UserInterface* parent_;
     int edition_;
     unsigned measurements_ = 0;

@@ -1,16 +1,48 @@
 #include "conversion/ConversionCompaction.h"
 
 #include "conversion/ConversionFiles.h"
+#include "conversion/StagedChunks.h"
 #include "core/FileIo.h"
+
+#include <algorithm>
 
 namespace kavu {
 
-IoStatus compactChunks(const WorkingStore& store) {
+namespace {
+
+/// Deletes an empty chunk, or gives a full one the number of an empty or missing one.
+IoStatus moveChunk(const WorkingStore& store, StagedChunks& staged, const ConversionChunk& chunk,
+                   std::int64_t to) {
+    const bool inFile = staged.find(chunk.number) == nullptr;
+    if (chunk.size == 0) {
+        staged.erase(chunk.number);
+        return inFile ? deleteFile(chunkPath(store, chunk.number)) : IoStatus();
+    }
+    staged.erase(to);
+    const auto target = chunkPath(store, to);
+    if (inFile) {
+        return renameFile(chunkPath(store, chunk.number), target);
+    }
+    auto status = fileExists(target) ? deleteFile(target) : IoStatus();
+    if (status.ok()) {
+        staged.renumber(chunk.number, to);
+    }
+    return status;
+}
+
+}  // namespace
+
+IoStatus compactChunks(const WorkingStore& store, StagedChunks& staged) {
     ConversionFiles files;
     if (auto status = listConversionFiles(store, files); !status.ok()) {
         return status;
     }
     auto& chunks = files.chunks;
+    for (const auto& [number, bytes] : staged.all()) {
+        chunks.push_back({number, bytes.size()});
+    }
+    std::sort(chunks.begin(), chunks.end(),
+              [](const auto& a, const auto& b) { return a.number < b.number; });
     std::size_t next = 0;  // the first chunk at or above the place
     for (std::int64_t place = 0; next < chunks.size();) {
         const bool here = chunks[next].number == place;
@@ -20,10 +52,7 @@ IoStatus compactChunks(const WorkingStore& store) {
             continue;
         }
         const auto last = chunks.back();
-        const auto path = chunkPath(store, last.number);
-        const auto status =
-            last.size > 0 ? renameFile(path, chunkPath(store, place)) : deleteFile(path);
-        if (!status.ok()) {
+        if (auto status = moveChunk(store, staged, last, place); !status.ok()) {
             return status;
         }
         chunks.pop_back();

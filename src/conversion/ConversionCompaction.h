@@ -5,11 +5,12 @@
 
 namespace kavu {
 
+class StagedChunks;
 class WorkingStore;
 
 /// Moves the last chunk to the first number that is missing or whose chunk is empty, until
-/// there is no such number in front of a chunk. The status names the file that could not
-/// be moved; what was moved before it stays.
-[[nodiscard]] IoStatus compactChunks(const WorkingStore& store);
+/// there is no such number in front of a chunk, be the chunks staged or in files. The status names
+/// the file that could not be moved; what was moved before it stays.
+[[nodiscard]] IoStatus compactChunks(const WorkingStore& store, StagedChunks& staged);
 
 }  // namespace kavu

@@ -50,7 +50,8 @@ bool ConversionStore::beginDefinitionEdit(UserInterface* parent, const std::stri
         return false;
     }
     const auto working = context_.store.pathOf(working::kData1);
-    if (!report(parent, copyFile(place.path, working), "Copy")) {
+    if (!report(parent, writeOut(), "Write/Create") ||
+        !report(parent, copyFile(place.path, working), "Copy")) {
         return false;
     }
     if (place.section != newName) {
@@ -125,7 +126,7 @@ bool ConversionStore::edit(
     }
     const auto file = chunk(place.chunk);
     if (!change(*file, place.section)) {
-        file->discard();
+        discardChanges(place.chunk, *file);
         return false;
     }
     return report(parent, store(place.chunk, *file), "Write/Create");

@@ -7,6 +7,7 @@
 #include "conversion/ConversionStore.h"
 #include "conversion/LoadReports.h"
 #include "conversion/RawGroup.h"
+#include "conversion/StagedChunks.h"
 #include "core/FileIo.h"
 #include "core/KeyValueStore.h"
 #include "core/TmatsDocument.h"
@@ -22,8 +23,9 @@ namespace kavu {
 namespace {
 
 bool convertChunks(DocumentContext& context, KeyValueStore& names, UserInterface* parent,
-                   int edition, RawGroup& group, const std::set<std::int64_t>& single) {
-    ChunkConverter converter(context, names, parent, edition);
+                   int edition, RawGroup& group, const std::set<std::int64_t>& single,
+                   StagedChunks& chunks) {
+    ChunkConverter converter(context, names, chunks, parent, edition);
     if (!converter.open()) {
         return false;
     }
@@ -52,17 +54,21 @@ std::optional<std::int64_t> findBase(DocumentContext& context, UserInterface* pa
 }
 
 bool load(DocumentContext& context, KeyValueStore& names, UserInterface* parent, int edition,
-          const std::string& rawPath, std::int64_t base) {
+          const std::string& rawPath, std::int64_t base, StagedChunks& chunks) {
     RawGroup group(context, parent, rawPath);
     std::set<std::int64_t> single;
     return group.sort(base) && splitOversizeChunks(group, single) &&
-           convertChunks(context, names, parent, edition, group, single);
+           convertChunks(context, names, parent, edition, group, single, chunks);
 }
 
 }  // namespace
 
 bool loadConversionGroup(DocumentContext& context, KeyValueStore& names, ConversionStore& store,
                          UserInterface* parent, int edition) {
+    if (const auto status = store.writeOut(); !status.ok()) {
+        reportUnwritable(context, parent, status, "Write/Create");
+        return false;
+    }
     store.forget();
     const auto data1 = context.store.pathOf(working::kData1);
     PathKind kind = PathKind::Missing;
@@ -85,18 +91,26 @@ bool loadConversionGroup(DocumentContext& context, KeyValueStore& names, Convers
         reportUnwritable(context, parent, status, "Move");
         return false;
     }
-    bool good = load(context, names, parent, edition, raw, *base);
-    for (const auto& path : {data1, context.store.pathOf(working::kData2), raw}) {
+    // Records of two loads never wait side by side: the raw commands would not tell whose
+    // they are.
+    StagedChunks chunks(*base == 0 ? store.stagingLimit : 0);
+    chunks.standFor(raw);
+    bool good = load(context, names, parent, edition, raw, *base, chunks);
+    for (const auto& path : {data1, context.store.pathOf(working::kData2)}) {
         (void)deleteFile(path);
     }
     names.closeStore(parent);
     if (good) {
-        if (const auto status = compactChunks(context.store); !status.ok()) {
+        if (const auto status = compactChunks(context.store, chunks); !status.ok()) {
             reportUnwritable(context, parent, status, "Move");
             good = false;
         }
     }
+    if (!good || chunks.all().empty()) {
+        (void)chunks.writeOut(context.store);
+    }
     store.forget();
+    store.stage(std::move(chunks));
     return good;
 }
 

@@ -41,6 +41,11 @@ void ConversionStore::forget() {
     names_.clear();
     namesOfChunk_.clear();
     recent_.clear();
+    staged_.clear();
+}
+
+IoStatus ConversionStore::writeOut() {
+    return staged_.writeOut(context_.store);
 }
 
 IoStatus ConversionStore::list() {
@@ -54,6 +59,9 @@ IoStatus ConversionStore::list() {
     commentFiles_ = std::move(files.commentFiles);
     for (const auto& chunk : files.chunks) {
         setSize(chunk.number, chunk.size);
+    }
+    for (const auto& [number, bytes] : staged_.all()) {
+        setSize(number, bytes.size());
     }
     listed_ = true;
     return {};
@@ -126,6 +134,9 @@ std::shared_ptr<ProfileFile> ConversionStore::chunk(std::int64_t number) {
         }
     }
     auto file = std::make_shared<ProfileFile>(chunkPath(context_.store, number));
+    if (const auto* const bytes = staged_.find(number)) {
+        file->adopt(*bytes);
+    }
     recent_.push_front({number, file});
     // A chunk that somebody still works on stays, so that there is never a second one.
     for (auto it = recent_.end(); recent_.size() > kChunksAtHand && it != recent_.begin();) {
@@ -145,10 +156,11 @@ IoStatus ConversionStore::store(std::int64_t number, ProfileFile& chunk) {
     if (!chunk.changed()) {
         return {};
     }
-    auto status = chunk.flush();
+    auto status = writeOut();
+    status = status.ok() ? chunk.flush() : status;
     if (!status.ok()) {
         // What is in memory is not what is on the disk: it is read again.
-        chunk.discard();
+        discardChanges(number, chunk);
     }
     setSize(number, chunk.serialisedSize());
     if (indexed_) {
@@ -156,6 +168,13 @@ IoStatus ConversionStore::store(std::int64_t number, ProfileFile& chunk) {
         indexChunk(number, chunk);
     }
     return status;
+}
+
+void ConversionStore::discardChanges(std::int64_t number, ProfileFile& chunk) {
+    chunk.discard();
+    if (const auto* const bytes = staged_.find(number)) {
+        chunk.adopt(*bytes);
+    }
 }
 
 // --- Finding -----------------------------------------------------------------------------

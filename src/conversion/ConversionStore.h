@@ -4,10 +4,12 @@
 //
 // A record is found by its exact name, else by a name that differs in case only. Names are
 // held in an index, so that a look-up costs no search through the files; the files are
-// written before an operation returns, so whoever reads them sees what was done.
+// written before an operation that changes records returns. Records that were loaded and
+// not changed since are in their files only after `writeOut`.
 #pragma once
 
 #include "conversion/ConversionFiles.h"
+#include "conversion/StagedChunks.h"
 #include "core/ProfileFile.h"
 
 #include <cstdint>
@@ -42,9 +44,15 @@ class ConversionStore {
     ConversionStore(const ConversionStore&) = delete;
     ConversionStore& operator=(const ConversionStore&) = delete;
 
-    /// Forgets all that is known of the files: the document was closed, or its chunks were
-    /// written by somebody else.
+    /// Forgets all that is known of the files, and records that are not in files yet: the
+    /// document was closed, or its chunks were written by somebody else.
     void forget();
+    /// Takes over the chunks that a load has made.
+    void stage(StagedChunks&& chunks) { staged_ = std::move(chunks); }
+    /// Brings all records to their files. Whoever reads the files, not this object, calls it.
+    IoStatus writeOut();
+    /// Bytes of records that may wait for `writeOut`.
+    std::uint64_t stagingLimit = StagedChunks::kDefaultLimit;
 
     /// Gives the calculated sample rate of a measurement, empty if there is none.
     std::function<std::string(std::string_view measurement)> sampleRateStep;
@@ -111,6 +119,8 @@ class ConversionStore {
     [[nodiscard]] std::shared_ptr<ProfileFile> chunk(std::int64_t number);
     /// Writes a chunk that was changed and takes up its names anew.
     [[nodiscard]] IoStatus store(std::int64_t number, ProfileFile& chunk);
+    /// Forgets the changes of a chunk that were not stored.
+    void discardChanges(std::int64_t number, ProfileFile& chunk);
 
   private:
     struct Holder {
@@ -150,6 +160,7 @@ class ConversionStore {
     std::unordered_map<std::string, std::vector<Holder>> names_;  ///< by lower-case name
     std::unordered_map<std::int64_t, std::vector<std::string>> namesOfChunk_;
     std::list<Recent> recent_;
+    StagedChunks staged_;
 };
 
 }  // namespace kavu

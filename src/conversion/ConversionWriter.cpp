@@ -190,7 +190,7 @@ class GroupWriter {
             if (cancelRequested(parent_) || !writeRecord(*chunk, sections[i]) ||
                 !output_.status().ok()) {
                 // Nothing of a save that was given up may stay in the records.
-                chunk->discard();
+                store_.discardChanges(number, *chunk);
                 return false;
             }
         }

@@ -250,8 +250,13 @@ void ProfileFile::discard() {
 }
 
 void ProfileFile::parse(std::string_view text) {
-    loaded_ = true;
+    adopt(text);
     changed_ = true;
+}
+
+void ProfileFile::adopt(std::string_view text) {
+    loaded_ = true;
+    changed_ = false;
     status_ = {};
     contents_.parse(text);
 }

@@ -101,6 +101,8 @@ class ProfileFile {
     [[nodiscard]] std::string serialise() const;
     /// Replaces the contents by those of a text in this form.
     void parse(std::string_view text);
+    /// Takes a text in this form for what the file holds, in place of reading it.
+    void adopt(std::string_view text);
     /// The size in bytes of what `flush` writes, kept up to date without writing.
     [[nodiscard]] std::uint64_t serialisedSize() const;
 

@@ -28,8 +28,9 @@ inline constexpr std::string_view kGeneralCopy = "[kavu]GTMP.Gtmp";
 inline constexpr std::string_view kMultiplexScratch = "[kavu]MULTIPLX.TMP";
 inline constexpr std::string_view kEuDefinitions = "EuDefinitions";
 inline constexpr std::string_view kChunkFormat = "[kavu]%8.8ld.C_O";
-/// The raw C commands while they are made into chunks: all chunks from this number on are
-/// made from it, and are worth nothing as long as it is there.
+/// The raw C commands while they are made into chunks, and until all of these are in files:
+/// all chunks from this number on are made from it, and are worth nothing as long as it is
+/// there.
 inline constexpr std::string_view kRawConversionsFormat = "[kavu]%8.8ld.C_RAW";
 }  // namespace working
 

@@ -40,6 +40,7 @@ class ConversionFixture : public TestContext {
         return load(commands) ? save() : "<not loaded>";
     }
     [[nodiscard]] std::vector<std::int64_t> chunks() {
+        EXPECT_TRUE(conversions.writeOut().ok());
         ConversionFiles files;
         EXPECT_TRUE(listConversionFiles(store, files).ok());
         std::vector<std::int64_t> numbers;
@@ -49,6 +50,7 @@ class ConversionFixture : public TestContext {
         return numbers;
     }
     [[nodiscard]] std::string chunkText(std::int64_t number) {
+        EXPECT_TRUE(conversions.writeOut().ok());
         return readFile(chunkPath(store, number));
     }
     [[nodiscard]] std::string value(const std::string& name, std::string_view key) {

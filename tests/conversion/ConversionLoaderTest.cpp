@@ -342,6 +342,7 @@ TEST(ConversionLoader, Message313WhenAChunkCanNotBeWritten) {
     ConversionFixture f;
     const auto path = chunkPath(f.store, 1);
     Saboteur saboteur(path);
+    f.conversions.stagingLimit = 0;
     f.write("DATA1.TMP", records(40));
     EXPECT_FALSE(loadConversionGroup(f.context, f.names, f.conversions, &saboteur, 2011));
     ASSERT_EQ(saboteur.countBoxes(313), 1);
@@ -376,8 +377,50 @@ TEST(ConversionLoader, UntilAllCommandsAreRecordsTheyStayTogetherInOneFile) {
     f.write("DATA1.TMP", text);
     EXPECT_TRUE(loadConversionGroup(f.context, f.names, f.conversions, &onlooker, 2011));
     EXPECT_EQ(onlooker.raw, text);
-    EXPECT_EQ(onlooker.chunks, (Numbers{0}));
+    EXPECT_EQ(onlooker.chunks, Numbers{});
+    EXPECT_EQ(test::readFile(rawGroupPath(f.store, 0)), text);
+    EXPECT_EQ(f.chunks(), (Numbers{0, 1}));
     EXPECT_FALSE(fileExists(rawGroupPath(f.store, 0)));
+}
+
+TEST(ConversionLoader, RecordsBeyondTheLimitOfWhatMayWaitAreInFilesAtOnce) {
+    ConversionFixture f;
+    f.conversions.stagingLimit = 0;
+    ASSERT_TRUE(f.load(records(40)));
+    EXPECT_TRUE(fileExists(chunkPath(f.store, 0)));
+    EXPECT_TRUE(fileExists(chunkPath(f.store, 1)));
+    EXPECT_FALSE(fileExists(rawGroupPath(f.store, 0)));
+}
+
+TEST(ConversionLoader, ALoadOnTopOfRecordsThatWaitKeepsBoth) {
+    ConversionFixture f;
+    ASSERT_TRUE(f.load(record(1, "A")));
+    ASSERT_TRUE(f.load(record(1, "B")));
+    EXPECT_FALSE(fileExists(rawGroupPath(f.store, 0)));
+    EXPECT_FALSE(fileExists(rawGroupPath(f.store, 1)));
+    EXPECT_EQ(f.savedNames(), (Names{"A", "B"}));
+}
+
+TEST(ConversionLoader, AChangedRecordBringsAllToTheirFilesFirst) {
+    ConversionFixture f;
+    ASSERT_TRUE(f.load(records(40)));
+    EXPECT_FALSE(fileExists(chunkPath(f.store, 0)));
+    ASSERT_TRUE(f.conversions.renameDefinition(&f.ui, "New", "M1"));
+    EXPECT_TRUE(fileExists(chunkPath(f.store, 0)));
+    EXPECT_TRUE(fileExists(chunkPath(f.store, 1)));
+    EXPECT_FALSE(fileExists(rawGroupPath(f.store, 0)));
+}
+
+TEST(ConversionLoader, ARecordThatCanNotBeStoredStaysAsItWasLoaded) {
+    ConversionFixture f;
+    ASSERT_TRUE(f.load(records(40)));
+    std::filesystem::create_directory(chunkPath(f.store, 1));
+    EXPECT_FALSE(f.conversions.renameDefinition(&f.ui, "New", "M1"));
+    EXPECT_EQ(f.ui.countBoxes(313), 1);
+    EXPECT_TRUE(f.conversions.locateDefinition("M1").found);
+    EXPECT_FALSE(f.conversions.locateDefinition("New").found);
+    EXPECT_TRUE(fileExists(rawGroupPath(f.store, 0)));
+    EXPECT_EQ(f.savedNames().size(), 40U);
 }
 
 TEST(ConversionLoader, CommandsOverSeveralLinesGetTheirStoredForm) {

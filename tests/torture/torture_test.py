@@ -396,9 +396,9 @@ class TortureTest(unittest.TestCase):
         self.torture(Plan("new-target", [], support.small_document(), former=None,
                           older_backup=None, part=BUILD))
 
-    def abandoned_store(self, name, is_point):
+    def abandoned_store(self, name, is_point, arguments=(), source=None):
         """The files of the store of a run that is killed at a point of its calls."""
-        plan = Plan(name, [], support.small_document())
+        plan = Plan(name, list(arguments), source or support.small_document())
         self.assertEqual(plan.record(self.workshop), [])
         points = [call.number for call in plan.calls if is_point(call)]
         self.assertTrue(points, "there is no such point in a run")
@@ -410,13 +410,29 @@ class TortureTest(unittest.TestCase):
         self.assertEqual(len(stores), 1)
         return files_of(stores[0])
 
+    # A conversion whose date has to change brings all of them to their files.
+    MIGRATED = (["--edition", "1996"], "C-1\\TRD5:05-06-2001")
+
+    def abandoned_migration(self, name, is_point):
+        arguments, command = self.MIGRATED
+        source = support.small_document().replace(b"G\\106:09", b"G\\106:99")
+        return self.abandoned_store(name, is_point, arguments, source + support.lines(command))
+
     def test_recovery_of_raw_conversions(self):
-        # In the middle of the conversion some chunks are converted and some are not.
-        files = self.abandoned_store(
+        # In the middle of the conversion some chunks are in their files and some are not.
+        files = self.abandoned_migration(
             "kill-raw", lambda call: call.name == "open" and call.access == "w"
-            and ".C_O" in call.path and ".C_COM" not in call.path)
+            and ".C_O" in call.path and ".C_COM" not in call.path and ".new" not in call.path)
         self.assertTrue(any(text.startswith(b"C-") for text in files.values()))
         self.torture(RecoverPlan("recover-raw", files))
+
+    def test_recovery_of_conversions_in_their_files(self):
+        files = self.abandoned_migration(
+            "kill-chunks", lambda call: call.name == "open" and call.path == "target/out.tma"
+            and call.access == "w")
+        self.assertFalse(any(text.startswith(b"C-") for text in files.values()))
+        self.assertTrue(any(name.endswith(".C_O") for name in files))
+        self.torture(RecoverPlan("recover-chunks", files))
 
     def test_recovery_of_a_whole_store(self):
         files = self.abandoned_store(
