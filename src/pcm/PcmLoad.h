@@ -1,0 +1,148 @@
+// Bringing a stream from its group files into memory, and the state of one such load. All
+// messages of a load are gathered in the message log and shown when it ends.
+#pragma once
+
+#include "core/FieldIndex.h"
+#include "core/Messages.h"
+#include "core/TmatsDocument.h"
+#include "core/UserInterface.h"
+#include "pcm/PcmFormat.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kavu {
+
+class ConversionStore;
+
+/// The answer to the question for an ID counter (messages 357 and 358): it is asked once in
+/// a load, and after a No it counts as No for the rest.
+struct CounterQuestion {
+    bool refused = false;
+};
+
+/// The state of one read of a P or D group. Also the seat of the messages of the steps that
+/// a load shares with edits: with no fields, they report and place in the same manner. A
+/// null parent reports nothing and answers every question as No.
+class PcmLoad {
+  public:
+    PcmLoad(PcmFormat& loaded, UserInterface* window) : format(loaded), parent(window) {}
+    PcmLoad(const PcmLoad&) = delete;
+    PcmLoad& operator=(const PcmLoad&) = delete;
+
+    PcmFormat& format;
+    UserInterface* parent;
+    FieldIndex* fields = nullptr;  ///< of the group that is being read
+    std::string prefix;            ///< "P-1\" or "D-1\"
+    int result = 0;                ///< 0 clean, 1 corrected
+    bool abort = false;            ///< a fatal error or a cancel
+    CounterQuestion counterQuestion;
+
+    [[nodiscard]] int edition() const { return format.edition(); }
+    void corrected() { result = 1; }
+
+    /// Appends a message to the log. A load that reports without end is cut short: after
+    /// `kMostMessages` only one more text says so.
+    template <typename... Args>
+    void log(int id, int titleId, const Args&... args) {
+        if (mayLog()) {
+            format.context().messages.log(parent, id, titleId, args...);
+        }
+    }
+    /// The commands that were read last, behind a message.
+    void logLastCommands(std::string_view commands);
+    static constexpr int kMostMessages = 10'000;
+
+    /// A numbered yes-no question in a box; No without a parent.
+    template <typename... Args>
+    [[nodiscard]] bool ask(int id, int titleId, const Args&... args) {
+        return format.context().messages.show(parent, id, titleId, kYesNoBox, args...) ==
+               Button::Yes;
+    }
+
+    /// The value of a field, which lives as long as the field index.
+    template <typename... Args>
+    [[nodiscard]] std::optional<std::string_view> text(std::string_view code, int limit,
+                                                       const Args&... args) {
+        return fields->findField(parent, prefix, code, limit, args...);
+    }
+    /// The value, or nothing; a negative number counts as 0.
+    template <typename... Args>
+    [[nodiscard]] std::optional<int> number(std::string_view code, const Args&... args) {
+        int value = 0;
+        return fields->findIntField(parent, prefix, code, value, args...) ? std::optional(value)
+                                                                          : std::nullopt;
+    }
+    /// The code of a command as messages name it, without its prefix.
+    template <typename... Args>
+    [[nodiscard]] static std::string code(std::string_view format, const Args&... args) {
+        return formatPrintf(format, args...);
+    }
+    /// Lets the interface breathe, and tells if the user has cancelled.
+    [[nodiscard]] bool cancelled();
+    /// A status text, at most once a second.
+    template <typename... Args>
+    void status(std::string_view text, const Args&... args) {
+        if (parent != nullptr && statusDue()) {
+            parent->setStatusText(formatPrintf(text, args...));
+        }
+    }
+    void progress(double percent) { setProgressBar(parent, percent); }
+
+  private:
+    [[nodiscard]] bool mayLog();
+    [[nodiscard]] bool statusDue();
+
+    int messages_ = 0;
+};
+
+/// What a load needs of other subsystems. A step that is not installed counts as done.
+struct PcmSteps {
+    /// Brings the bus definitions of the stream into the working store; false fails the load.
+    std::function<bool(UserInterface*, PcmFormat&)> loadBusDefinitions;
+    /// The same for packet telemetry.
+    std::function<bool(UserInterface*, PcmFormat&)> loadPacketDefinitions;
+    /// Lets the user choose a stream; empty if none was chosen.
+    std::function<std::string(UserInterface*)> selectStream;
+    /// The conversion records whose sample rates follow the stream; may be null.
+    ConversionStore* conversions = nullptr;
+};
+
+/// What a load has found.
+struct PcmLoadReport {
+    int result = 0;  ///< 0 clean, 1 corrected, -1 failed
+};
+
+/// Loads the stream that bears a link name, or, with no name, the one that the user chooses.
+/// A stream that is in memory already stays as it is. False if there is no such stream or
+/// the load has failed; then no format is in memory, unless there was no such stream.
+bool loadPcmFormat(PcmFormat& format, UserInterface* parent, const PcmSteps& steps,
+                   std::optional<std::string_view> streamName, PcmLoadReport* report = nullptr);
+
+/// The P or D group whose `DLN` equals the name exactly, the lowest index of those; 0 if
+/// there is none.
+[[nodiscard]] int findStreamGroup(PcmFormat& format, UserInterface* parent, char letter,
+                                  std::string_view streamName);
+
+/// Reads the P group of the stream: 0, 1 with corrections, -1 on failure or cancel.
+int readPcmGroup(PcmLoad& load);
+/// Makes a new format from the settings; false if its words could not be had.
+bool makeNewFormat(PcmLoad& load);
+/// Decides `implicitSubframes` for a stream whose P group has been read.
+void prepareWordFrameReading(PcmLoad& load);
+/// Reads the D group of the stream: 0, 1 with corrections, -1 on failure or cancel.
+int readMeasurements(PcmLoad& load);
+
+// Working files of the loaded stream.
+inline constexpr std::string_view kMeasurementComment = "[kavu]TmpPCMMEASCOM";
+inline constexpr std::string_view kFrameFilterFile = "[kavu]TmpPCMFMT.MFF";
+inline constexpr std::string_view kFormatSwitchFile = "[kavu]TmpPCMFMT.FFI";
+inline constexpr std::string_view kAltTagFile = "[kavu]TmpPCMFMT.ALTTAG";
+/// Of a D group, by its index.
+inline constexpr std::string_view kSmfFormat = "[kavu]DSMF0000.D%2.2d";
+inline constexpr std::string_view kTagFormat = "[kavu]DTAG0000.D%2.2d";
+inline constexpr std::string_view kDataChunkFormat = "[kavu]D%8.8ld.D%2.2d";
+
+}  // namespace kavu
