@@ -1,19 +1,20 @@
 #!/usr/bin/env python3
 """Writes a large but valid TMATS file for the benchmark.
 
-    make_bench_file.py SIZE_MB OUT
+    make_bench_file.py SIZE_MB OUT [SOURCES]
 
 25 MB are about 600,000 commands: a third each of P commands, D commands, and the rest, which
-is C records of 20 fields, bus messages and vendor commands. All group indices lie in 1 to 99
-and every link has its home, so that opening the file asks nothing. The content depends on
-the size alone.
+is C records of 20 fields, bus messages and vendor commands. There are 24 data sources, three
+times as many as in the largest file from the field that we know; 98 are the most that a
+document can have. Every link has its home, so that opening the file asks nothing. The content
+depends on the size and the number of sources alone.
 """
 
 import random
 import sys
 
 EDITION = 9
-STREAMS = 98  # 99 links are one too many for a document
+MOST_SOURCES = 98  # 99 links are one too many for a document
 WORDS = ("pressure temperature sensor bridge channel range gain offset left right forward aft "
          "upper lower primary backup filtered raw calibrated nominal").split()
 
@@ -26,27 +27,27 @@ def prose(rng, length):
     return text[:length - 1] + "."
 
 
-def general():
+def general(sources):
     yield "G\\PN:BENCH;"
     yield f"G\\106:{EDITION:02d};"
-    yield f"G\\DSI\\N:{STREAMS};"
-    for n in range(1, STREAMS + 1):
+    yield f"G\\DSI\\N:{sources};"
+    for n in range(1, sources + 1):
         yield f"G\\DSI-{n}:Source {n};"
         yield f"G\\DST-{n}:RF;"
-    for n in range(1, STREAMS + 1):
+    for n in range(1, sources + 1):
         yield f"T-{n}\\ID:Source {n};"
         yield f"T-{n}\\SCO\\N:0;"
-    for n in range(1, STREAMS):
+    for n in range(1, sources):
         yield f"M-{n}\\ID:Source {n};"
         yield f"M-{n}\\BSG1:PCM;"
         yield f"M-{n}\\BB\\DLN:PCM Stream {n};"
         yield f"M-{n}\\SI\\N:0;"
 
 
-def pcm(count, rng):
+def pcm(count, rng, streams):
     """Formats with subframes without end."""
-    share = count // (STREAMS - 1)
-    for n in range(1, STREAMS):
+    share = count // streams
+    for n in range(1, streams + 1):
         p = f"P-{n}\\"
         head = [f"DLN:PCM Stream {n}", "D1:NRZ-L", "D2:1000000", "TF:ONE", "F1:16", "F2:M",
                 "F3:NO", "MF\\N:256", "MF1:512", "MF3:FPT", "MF4:16", "MF5:1110101110010000",
@@ -61,10 +62,10 @@ def pcm(count, rng):
             yield f"{p}COM-{m}:{prose(rng, 87)};"
 
 
-def measurements(count, rng):
+def measurements(count, rng, streams):
     """Lists of measurements in minor words, masks included."""
-    share = count // (STREAMS - 1)
-    for n in range(1, STREAMS):
+    share = count // streams
+    for n in range(1, streams + 1):
         d = f"D-{n}\\"
         rows = (share - 4) // 7
         yield f"{d}DLN:PCM Stream {n};"
@@ -81,12 +82,12 @@ def measurements(count, rng):
             yield f"{d}COM-1-{m}:{prose(rng, 80)};"
 
 
-def records(count, rng):
+def records(count, rng, streams):
     """Conversion records of 20 fields."""
     for n in range(1, count // 20 + 1):
         c = f"C-{n}\\"
-        stream = (n - 1) % (STREAMS - 1) + 1
-        for field in (f"DCN:MEASUREMENT-{stream:02d}-{(n - 1) // (STREAMS - 1) + 1:06d}",
+        stream = (n - 1) % streams + 1
+        for field in (f"DCN:MEASUREMENT-{stream:02d}-{(n - 1) // streams + 1:06d}",
                       f"TRD1:{prose(rng, 40)}", f"TRD2:M-{rng.randrange(1000)}", f"TRD3:SN{n}",
                       "TRD4:U", "TRD5:02-11-2009", f"TRD7:{prose(rng, 60)}",
                       f"POC1:{prose(rng, 48)}", f"POC2:{prose(rng, 64)}",
@@ -98,12 +99,12 @@ def records(count, rng):
             yield f"{c}{field};"
 
 
-def others(count, rng):
+def others(count, rng, sources):
     """A bus and the commands of a vendor."""
-    yield f"M-{STREAMS}\\ID:Source {STREAMS};"
-    yield f"M-{STREAMS}\\BSG1:PCM;"
-    yield f"M-{STREAMS}\\BB\\DLN:Bus 1;"
-    yield f"M-{STREAMS}\\SI\\N:0;"
+    yield f"M-{sources}\\ID:Source {sources};"
+    yield f"M-{sources}\\BSG1:PCM;"
+    yield f"M-{sources}\\BB\\DLN:Bus 1;"
+    yield f"M-{sources}\\SI\\N:0;"
     rows = count // 2 // 5
     yield "B-1\\DLN:Bus 1;"
     yield "B-1\\NBS\\N:1;"
@@ -114,31 +115,33 @@ def others(count, rng):
         yield f"B-1\\SPR-1-{m}:{prose(rng, 70)};"
         yield f"B-1\\TRA-1-{m}:{rng.randrange(31):05b};"
         yield f"B-1\\MN\\N-1-{m}:0;"
-    for n in range(1, STREAMS + 1):
-        for _ in range(count // 2 // STREAMS):
+    for n in range(1, sources + 1):
+        for _ in range(count // 2 // sources):
             yield f"V-{n}\\REC\\SET:{prose(rng, 28)};"
 
 
-def commands(total, seed):
-    """About TOTAL commands."""
+def commands(total, seed, sources):
+    """About TOTAL commands; the last source has a bus, every other a stream."""
     rng = random.Random(seed)
     third = int(total / 3)
-    yield from general()
-    yield from pcm(third, rng)
-    yield from measurements(third, rng)
-    yield from records(int(third * 0.7), rng)
-    yield from others(int(third * 0.3), rng)
+    streams = sources - 1
+    yield from general(sources)
+    yield from pcm(third, rng, streams)
+    yield from measurements(third, rng, streams)
+    yield from records(int(third * 0.7), rng, streams)
+    yield from others(int(third * 0.3), rng, sources)
 
 
-def main(size_mb, path):
+def main(size_mb, path, sources="24"):
     size = int(float(size_mb) * 1_000_000)
+    sources = min(max(int(sources), 2), MOST_SOURCES)
     # Longer indices make longer commands, so how many commands make the size is found by
     # making them twice.
     total = size / 41.7
-    total *= size / sum(len(command) + 2 for command in commands(total, size))
+    total *= size / sum(len(command) + 2 for command in commands(total, size, sources))
     count = 0
     with open(path, "w", encoding="ascii", newline="") as out:
-        for command in commands(total, size):
+        for command in commands(total, size, sources):
             out.write(command + "\r\n")
             count += 1
         written = out.tell()

@@ -17,7 +17,7 @@ class WorkingStore;
 class StagedChunks {
   public:
     /// What is staged beyond this many bytes goes to its file at once.
-    static constexpr std::uint64_t kDefaultLimit = std::uint64_t{16} << 20;
+    static constexpr std::uint64_t kDefaultLimit = std::uint64_t{64} << 20;
 
     explicit StagedChunks(std::uint64_t limit = kDefaultLimit) : limit_(limit) {}
 
