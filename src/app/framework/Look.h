@@ -4,13 +4,13 @@
 
 #include <QIcon>
 #include <QString>
+#include <QStringList>
 
 class QApplication;
-class QBoxLayout;
+
 class QDialog;
 class QDialogButtonBox;
-class QFormLayout;
-class QGridLayout;
+
 class QLabel;
 class QLayout;
 class QPushButton;

@@ -12,7 +12,7 @@ namespace kavu {
 
 /// Bytes that are valid UTF-8 as UTF-8, others as Windows-1252.
 [[nodiscard]] QString toQString(std::string_view bytes);
-/// The text as UTF-8. Half a surrogate pair becomes U+FFFD.
+/// The text as UTF-8. Half of a surrogate pair becomes a question mark.
 [[nodiscard]] std::string toBytes(const QString& text);
 [[nodiscard]] QStringList toQStrings(const std::vector<std::string>& texts);
 

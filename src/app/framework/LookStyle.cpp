@@ -1,0 +1,52 @@
+#include "app/framework/LookStyle.h"
+
+#include <algorithm>
+
+#include <QDialogButtonBox>
+#include <QFontMetrics>
+#include <QStyleOption>
+#include <QWidget>
+
+namespace kavu {
+
+LookStyle::LookStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+int LookStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                         QStyleHintReturn* data) const {
+    switch (hint) {
+        case SH_DialogButtonBox_ButtonsHaveIcons:
+            return 0;
+        case SH_DialogButtonLayout:
+            return QDialogButtonBox::WinLayout;
+        case SH_EtchDisabledText:
+            return 0;
+        default:
+            return QProxyStyle::styleHint(hint, option, widget, data);
+    }
+}
+
+int LookStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
+                           const QWidget* widget) const {
+    const int height = option != nullptr   ? option->fontMetrics.height()
+                       : widget != nullptr ? widget->fontMetrics().height()
+                                           : 16;
+    switch (metric) {
+        case PM_SmallIconSize:
+        case PM_ButtonIconSize:
+        case PM_ListViewIconSize:
+        case PM_TabBarIconSize:
+            // Icons stand beside text: they are as large as it is.
+            return std::max(16, height);
+        case PM_IndicatorWidth:
+        case PM_IndicatorHeight:
+        case PM_ExclusiveIndicatorWidth:
+        case PM_ExclusiveIndicatorHeight:
+            return std::max(14, height * 7 / 8);
+        case PM_ScrollBarExtent:
+            return std::max(12, height * 4 / 5);
+        default:
+            return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+}
+
+}  // namespace kavu

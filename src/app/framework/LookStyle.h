@@ -1,0 +1,19 @@
+// How the house paints: the toolkit's plain style without the decorations that differ from
+// desktop to desktop.
+#pragma once
+
+#include <QProxyStyle>
+
+namespace kavu {
+
+class LookStyle : public QProxyStyle {
+    Q_OBJECT
+  public:
+    LookStyle();
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* data) const override;
+    int pixelMetric(PixelMetric metric, const QStyleOption* option,
+                    const QWidget* widget) const override;
+};
+
+}  // namespace kavu
