@@ -84,10 +84,13 @@ class FrameCells {
     [[nodiscard]] std::vector<Place> places(std::string_view name) const;
     /// The first cell of that name in a list, from `from` on; async slots are passed over.
     [[nodiscard]] CellRef findFrom(CellRef from, std::string_view name) const;
+    [[nodiscard]] CellRef findFrom(CellRef from, int nameNumber) const;
     /// True if that place holds the name.
     [[nodiscard]] bool holdsAt(int fwp, int index, std::string_view name) const;
     /// Changes every copy of a measurement; the name stays what it is.
     void updateAll(std::string_view name, const std::function<void(Measurement&)>& change);
+    /// True if some measurement of the frame answers the test.
+    [[nodiscard]] bool any(const std::function<bool(const Measurement&)>& test) const;
     /// Number of different names.
     [[nodiscard]] int nameCount() const;
     /// A number for a name that is in use, the same for every spelling; -1 for any other.
@@ -109,6 +112,7 @@ class FrameCells {
     struct HeadCell {
         Cell cell;
         std::uint32_t tail = 0;  ///< the last chained cell, 0 if there is none
+        std::uint32_t free = 1;  ///< free cells of the list, this one included
     };
     struct Word {
         std::vector<HeadCell> heads;
@@ -122,7 +126,7 @@ class FrameCells {
         std::string folded;
         mutable std::vector<std::uint32_t> places;  ///< sorted up to `sorted`
         mutable std::size_t sorted = 0;
-        mutable std::size_t dead = 0;  ///< entries that are marked as gone
+        std::size_t dead = 0;  ///< entries that are marked as gone
         std::size_t live = 0;
         std::uint32_t lastRecord = 0;
         std::uint32_t rank = 0;
@@ -143,15 +147,22 @@ class FrameCells {
     [[nodiscard]] const Cell& chained(std::uint32_t number) const;
     [[nodiscard]] std::uint32_t takeChained();
     void giveChained(std::uint32_t number);
-    void freeHead(int fwp, int index);
 
+    [[nodiscard]] bool isFreeCell(const Cell& cell) const {
+        return cell.async == 0 && records_[cell.record].name == 0;
+    }
+    [[nodiscard]] bool isMeasurementCell(const Cell& cell) const {
+        return cell.async == 0 && records_[cell.record].name != 0;
+    }
     [[nodiscard]] std::uint32_t recordFor(const Measurement& measurement);
+    [[nodiscard]] std::uint32_t newRecord(Measurement measurement, std::uint32_t name);
     [[nodiscard]] std::uint32_t nameFor(std::string_view name);
     [[nodiscard]] std::uint32_t findName(std::string_view name) const;
     void release(std::uint32_t record);
     void setContents(CellRef at, std::uint32_t record, std::uint8_t async);
     void enter(CellRef at, std::uint32_t name);
     void leave(CellRef at, std::uint32_t name);
+    void freeHead(HeadCell& head, CellRef at);
     static void settle(const Name& name);
 
     std::vector<Word> words_;
@@ -164,6 +175,7 @@ class FrameCells {
     std::vector<Name> names_;  ///< 0 is the empty name
     std::unordered_map<std::string, std::uint32_t, Hash, std::equal_to<>> nameIndex_;
     int liveNames_ = 0;
+    std::uint32_t lastStored_ = 0;  ///< the record of the last store, 0 once it is gone
 };
 
 }  // namespace kavu

@@ -19,12 +19,12 @@ namespace kavu {
 /// Four bits at a time from the right; what is less than four at the front makes the top
 /// digit, and a blank ends a group early.
 [[nodiscard]] std::string binaryToHex(std::string_view binary);
-/// Four bits for each digit, without any `0` at the front.
+/// Four bits for each digit.
 [[nodiscard]] std::string hexToBinary(std::string_view hexadecimal);
-/// Bits of a pattern, blanks aside: of a hexadecimal one without those in front of the first
-/// 1 of its first digit.
+/// Bits of a pattern, blanks aside: of a hexadecimal one four for each digit, without the
+/// zeros in front of the first 1 of its first digit that is not 0.
 [[nodiscard]] int countPatternBits(std::string_view pattern, bool hexadecimal);
-/// The other form of a pattern, grouped as it is shown.
+/// The other form of a pattern, grouped as it is shown; a binary form has no `0` in front.
 [[nodiscard]] std::string switchPattern(std::string_view pattern, bool toHexadecimal);
 
 }  // namespace kavu

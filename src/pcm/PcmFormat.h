@@ -15,6 +15,7 @@
 #include "pcm/WordFrame.h"
 
 #include <array>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -112,8 +113,8 @@ class PcmFormat : public PcmAttributes {
     /// 1 to 256: message 216.
     bool setNumberOfFrames(UserInterface* parent, int frames);
     /// At least 1, 128 to 256 in a bus stream, at most 1024 in class 1: messages 161, 222,
-    /// 223. With `deleteData` the cells of words that go are freed.
-    bool setWordsPerMinorFrame(UserInterface* parent, int words, bool deleteData);
+    /// 223. Words that go take their counters, subframes and measurements with them.
+    bool setWordsPerMinorFrame(UserInterface* parent, int words);
     /// Messages 439, 440.
     bool setFrameSyncPatternByValue(UserInterface* parent, std::string_view pattern);
     /// Takes the recommended pattern of a length.
@@ -126,13 +127,17 @@ class PcmFormat : public PcmAttributes {
     /// The wording of the first attribute that class 1 does not have, or nothing.
     [[nodiscard]] std::optional<std::string> classTwoAttribute() const;
 
-    /// The capacity steps alone: messages 188, 189 go to `report`, which may be null.
-    using Report = std::function<void(int id, int titleId, int found, int kept)>;
+    /// The capacity steps alone: messages 188 and 189 with their two numbers go to `report`,
+    /// which may be null. The number of frames only ever rises.
+    using Report = std::function<void(int id, int titleId, int first, int second)>;
     void raiseNumberOfFrames(const Report& report, int frames);
-    /// False if the cells could not be had.
-    bool allocateWords(const Report& report, int words, bool deleteData);
+    /// False if the cells could not be had. New words have the common length.
+    bool allocateWords(const Report& report, int words);
 
     // --- words ------------------------------------------------------------------------------
+
+    // A position is taken up to `wordsPerMinorFrame` inclusive: that one, which no stream has,
+    // reads and writes without effect on any other.
 
     [[nodiscard]] const FrameWord& word(int fwp) const;
     [[nodiscard]] WordType wordType(int fwp) const { return word(fwp).type; }
@@ -206,6 +211,9 @@ class PcmFormat : public PcmAttributes {
     /// Whoever changes the records of `idCounters` (names, depths, entries) calls this, so
     /// that names are looked up anew. Words are followed by themselves.
     void subframesChanged();
+    /// The same for one entry that had no name and has one now: the others stay indexed, so
+    /// that many entries can be made one after the other.
+    void subframeNamed(SubframeRef ref);
 
     // --- masks and word/frame definitions ---------------------------------------------------
 
@@ -222,10 +230,11 @@ class PcmFormat : public PcmAttributes {
 
   private:
     friend class Occurrences;
-    void buildSubframeIndex() const;
+    void indexSubframeNames() const;
+    void indexSubframeWords() const;
 
     DocumentContext& context_;
-    std::vector<FrameWord> words_;
+    std::vector<FrameWord> words_;  ///< one more than there are words
     FrameCells cells_;
     /// Made when asked for, dropped when a word or a record changes.
     struct SubframeIndex {
@@ -262,11 +271,11 @@ class Occurrences {
         std::size_t first;
         std::size_t end;
     };
-    [[nodiscard]] bool matches(CellRef cell) const;
+    [[nodiscard]] CellRef matching(CellRef from) const;
     [[nodiscard]] CellRef firstIn(const WordPlaces& word) const;
 
     const PcmFormat& format_;
-    std::string name_;
+    int name_;
     int fragment_;
     std::vector<FrameCells::Place> places_;
     std::vector<WordPlaces> words_;

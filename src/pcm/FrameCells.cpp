@@ -1,0 +1,498 @@
+#include "pcm/FrameCells.h"
+
+#include "core/Text.h"
+
+#include <algorithm>
+#include <numeric>
+#include <set>
+
+namespace kavu {
+
+namespace {
+
+// An entry of the index: the place, and a mark for one that is gone.
+constexpr std::uint32_t kGone = 1U << 31U;
+
+std::uint32_t keyOf(std::uint16_t word, std::uint16_t index) {
+    return (static_cast<std::uint32_t>(word) << 16U) | index;
+}
+bool keyLess(std::uint32_t a, std::uint32_t b) {
+    return (a & ~kGone) < (b & ~kGone);
+}
+
+/// A list up to this length is searched by walking it.
+constexpr int kShortList = 32;
+
+}  // namespace
+
+bool isFragmented(const FixedText<4>& locationType) {
+    return equalsIgnoreCase(locationType, "MFFR") || equalsIgnoreCase(locationType, "SFFR") ||
+           equalsIgnoreCase(locationType, "WDFR");
+}
+
+FrameCells::FrameCells() {
+    reset(0);
+}
+
+void FrameCells::reset(int words) {
+    words_.clear();
+    words_.resize(static_cast<std::size_t>(std::max(0, words)));
+    blocks_.clear();
+    chainedEnd_ = 1;
+    freeChained_ = 0;
+    chainedUsed_ = 0;
+    records_.assign(1, Record{});
+    freeRecords_.clear();
+    names_.clear();
+    names_.emplace_back();
+    nameIndex_.clear();
+    liveNames_ = 0;
+    lastStored_ = 0;
+}
+
+void FrameCells::setWordCount(int words) {
+    words = std::max(0, words);
+    for (int fwp = words; fwp < wordCount(); ++fwp) {
+        resizeWord(fwp, 0);
+    }
+    words_.resize(static_cast<std::size_t>(words));
+}
+
+// --- cells ----------------------------------------------------------------------------------
+
+FrameCells::HeadCell& FrameCells::headOf(CellRef at) {
+    return words_[at.word].heads[at.index - 1U];
+}
+const FrameCells::HeadCell& FrameCells::headOf(CellRef at) const {
+    return words_[at.word].heads[at.index - 1U];
+}
+FrameCells::Cell& FrameCells::chained(std::uint32_t number) {
+    return blocks_[number / kBlock][number % kBlock];
+}
+const FrameCells::Cell& FrameCells::chained(std::uint32_t number) const {
+    return blocks_[number / kBlock][number % kBlock];
+}
+FrameCells::Cell& FrameCells::cellOf(CellRef at) {
+    return at.chained == 0 ? headOf(at).cell : chained(at.chained);
+}
+const FrameCells::Cell& FrameCells::cellOf(CellRef at) const {
+    return at.chained == 0 ? headOf(at).cell : chained(at.chained);
+}
+
+std::uint32_t FrameCells::takeChained() {
+    if (chainedUsed_ >= kMostChained) {
+        return 0;
+    }
+    ++chainedUsed_;
+    if (freeChained_ != 0) {
+        const auto number = freeChained_;
+        freeChained_ = chained(number).next;
+        chained(number) = Cell{};
+        return number;
+    }
+    if (chainedEnd_ / kBlock == blocks_.size()) {
+        blocks_.push_back(std::make_unique<Cell[]>(kBlock));
+    }
+    return chainedEnd_++;
+}
+
+void FrameCells::giveChained(std::uint32_t number) {
+    chained(number) = Cell{0, freeChained_, 0};
+    freeChained_ = number;
+    --chainedUsed_;
+}
+
+int FrameCells::cellCount(int fwp) const {
+    return fwp >= 0 && fwp < wordCount()
+               ? static_cast<int>(words_[static_cast<std::size_t>(fwp)].heads.size())
+               : 0;
+}
+
+CellRef FrameCells::cell(int fwp, int index) const {
+    if (index < 1 || index > cellCount(fwp)) {
+        return {};
+    }
+    return {static_cast<std::uint16_t>(fwp), static_cast<std::uint16_t>(index), 0};
+}
+
+CellRef FrameCells::next(CellRef at) const {
+    const auto number = cellOf(at).next;
+    return number == 0 ? CellRef{} : CellRef{at.word, at.index, number};
+}
+
+void FrameCells::freeChain(CellRef head) {
+    for (auto number = headOf(head).cell.next; number != 0;) {
+        const CellRef at{head.word, head.index, number};
+        const auto following = chained(number).next;
+        setContents(at, 0, 0);
+        giveChained(number);
+        number = following;
+    }
+    auto& owner = headOf(head);
+    owner.cell.next = 0;
+    owner.tail = 0;
+    owner.free = isFreeCell(owner.cell) ? 1 : 0;
+}
+
+void FrameCells::resizeWord(int fwp, int count) {
+    if (fwp < 0 || fwp >= wordCount()) {
+        return;
+    }
+    auto& heads = words_[static_cast<std::size_t>(fwp)].heads;
+    const auto wanted = static_cast<std::size_t>(std::clamp(count, 0, kMostIndex));
+    for (std::size_t i = wanted; i < heads.size(); ++i) {
+        const CellRef head = cell(fwp, static_cast<int>(i) + 1);
+        freeChain(head);
+        setContents(head, 0, 0);
+    }
+    heads.resize(wanted);
+    if (wanted == 0) {
+        heads.shrink_to_fit();
+    }
+}
+
+// --- contents -------------------------------------------------------------------------------
+
+const Measurement& FrameCells::measurement(CellRef at) const {
+    return records_[at ? cellOf(at).record : 0].measurement;
+}
+int FrameCells::asyncNumber(CellRef at) const {
+    return at ? cellOf(at).async : 0;
+}
+bool FrameCells::isFree(CellRef at) const {
+    return isFreeCell(cellOf(at));
+}
+bool FrameCells::isMeasurement(CellRef at) const {
+    return isMeasurementCell(cellOf(at));
+}
+bool FrameCells::sameRecord(CellRef a, CellRef b) const {
+    return cellOf(a).record == cellOf(b).record;
+}
+
+std::uint32_t FrameCells::findName(std::string_view name) const {
+    const auto it = nameIndex_.find(lowerAscii(name));
+    return it == nameIndex_.end() ? 0 : it->second;
+}
+
+std::uint32_t FrameCells::nameFor(std::string_view name) {
+    if (name.empty()) {
+        return 0;
+    }
+    auto folded = lowerAscii(name);
+    const auto [it, isNew] =
+        nameIndex_.try_emplace(folded, static_cast<std::uint32_t>(names_.size()));
+    if (isNew) {
+        names_.emplace_back().folded = std::move(folded);
+    }
+    return it->second;
+}
+
+std::uint32_t FrameCells::newRecord(Measurement measurement, std::uint32_t name) {
+    std::uint32_t number = 0;
+    if (freeRecords_.empty()) {
+        number = static_cast<std::uint32_t>(records_.size());
+        records_.emplace_back();
+    } else {
+        number = freeRecords_.back();
+        freeRecords_.pop_back();
+    }
+    records_[number] = {measurement, 0, name};
+    return number;
+}
+
+std::uint32_t FrameCells::recordFor(const Measurement& measurement) {
+    if (lastStored_ != 0 && records_[lastStored_].measurement == measurement) {
+        return lastStored_;
+    }
+    if (measurement == Measurement{}) {
+        return 0;
+    }
+    const auto name = nameFor(measurement.name);
+    const auto shared = names_[name].lastRecord;
+    if (shared != 0 && records_[shared].measurement == measurement) {
+        return lastStored_ = shared;
+    }
+    lastStored_ = newRecord(measurement, name);
+    return names_[name].lastRecord = lastStored_;
+}
+
+void FrameCells::release(std::uint32_t record) {
+    if (record == 0 || --records_[record].uses != 0) {
+        return;
+    }
+    auto& name = names_[records_[record].name];
+    if (name.lastRecord == record) {
+        name.lastRecord = 0;
+    }
+    lastStored_ = lastStored_ == record ? 0 : lastStored_;
+    records_[record] = Record{};
+    freeRecords_.push_back(record);
+}
+
+void FrameCells::setContents(CellRef at, std::uint32_t record, std::uint8_t async) {
+    auto& target = cellOf(at);
+    auto& head = headOf(at);
+    const auto old = target;
+    if (record != 0) {
+        ++records_[record].uses;
+    }
+    head.free -= isFreeCell(old) ? 1U : 0U;
+    if (isMeasurementCell(old)) {
+        leave(at, records_[old.record].name);
+    }
+    target.record = record;
+    target.async = async;
+    release(old.record);
+    head.free += isFreeCell(target) ? 1U : 0U;
+    if (isMeasurementCell(target)) {
+        enter(at, records_[record].name);
+    }
+}
+
+void FrameCells::store(CellRef at, const Measurement& measurement, int asyncNumber) {
+    const auto async =
+        asyncNumber > 0 ? static_cast<std::uint8_t>(std::min(asyncNumber, 255)) : cellOf(at).async;
+    setContents(at, recordFor(measurement), async);
+}
+
+void FrameCells::setAsyncNumber(CellRef at, int number) {
+    setContents(at, cellOf(at).record, static_cast<std::uint8_t>(std::clamp(number, 0, 255)));
+}
+
+void FrameCells::clear(CellRef at) {
+    setContents(at, 0, 0);
+}
+
+CellRef FrameCells::freeCell(CellRef head) {
+    head.chained = 0;
+    if (headOf(head).free != 0) {
+        for (CellRef at = head; at; at = next(at)) {
+            if (isFree(at)) {
+                return at;
+            }
+        }
+    }
+    const auto number = takeChained();
+    if (number == 0) {
+        return {};
+    }
+    auto& owner = headOf(head);
+    (owner.tail == 0 ? owner.cell : chained(owner.tail)).next = number;
+    owner.tail = number;
+    ++owner.free;
+    return {head.word, head.index, number};
+}
+
+void FrameCells::remove(CellRef at) {
+    setContents(at, 0, 0);
+    if (at.chained == 0) {
+        return;
+    }
+    CellRef before{at.word, at.index, 0};
+    while (cellOf(before).next != at.chained) {
+        before = next(before);
+    }
+    cellOf(before).next = chained(at.chained).next;
+    auto& head = headOf(at);
+    head.tail = head.tail == at.chained ? before.chained : head.tail;
+    --head.free;
+    giveChained(at.chained);
+}
+
+void FrameCells::prepareSort() {
+    std::vector<std::uint32_t> order(names_.size());
+    std::iota(order.begin(), order.end(), 0U);
+    std::sort(order.begin(), order.end(), [this](std::uint32_t a, std::uint32_t b) {
+        return names_[a].folded < names_[b].folded;
+    });
+    for (std::uint32_t rank = 0; rank < order.size(); ++rank) {
+        names_[order[rank]].rank = rank;
+    }
+}
+
+void FrameCells::sortList(CellRef head) {
+    std::vector<Cell*> cells;
+    bool sorted = true;
+    const auto rank = [this](std::uint32_t record) { return names_[records_[record].name].rank; };
+    for (CellRef at = head; at; at = next(at)) {
+        auto& cell = cellOf(at);
+        if (cell.async != 0) {
+            break;
+        }
+        sorted = sorted && (cells.empty() || rank(cells.back()->record) <= rank(cell.record));
+        cells.push_back(&cell);
+    }
+    if (sorted || cells.size() < 2) {
+        return;
+    }
+    std::vector<std::uint32_t> records;
+    records.reserve(cells.size());
+    for (const auto* cell : cells) {
+        records.push_back(cell->record);
+    }
+    std::stable_sort(records.begin(), records.end(),
+                     [&rank](std::uint32_t a, std::uint32_t b) { return rank(a) < rank(b); });
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        cells[i]->record = records[i];
+    }
+}
+
+// --- names ----------------------------------------------------------------------------------
+
+void FrameCells::settle(const Name& name) {
+    const auto middle = name.places.begin() + static_cast<std::ptrdiff_t>(name.sorted);
+    if (middle == name.places.end()) {
+        return;
+    }
+    std::sort(middle, name.places.end(), keyLess);
+    std::inplace_merge(name.places.begin(), middle, name.places.end(), keyLess);
+    name.sorted = name.places.size();
+}
+
+void FrameCells::enter(CellRef at, std::uint32_t number) {
+    auto& name = names_[number];
+    const auto key = keyOf(at.word, at.index);
+    if (name.sorted == name.places.size() &&
+        (name.places.empty() || !keyLess(key, name.places.back()))) {
+        ++name.sorted;
+    }
+    name.places.push_back(key);
+    liveNames_ += name.live++ == 0 ? 1 : 0;
+}
+
+void FrameCells::leave(CellRef at, std::uint32_t number) {
+    auto& name = names_[number];
+    settle(name);
+    const auto key = keyOf(at.word, at.index);
+    auto it = std::lower_bound(name.places.begin(), name.places.end(), key, keyLess);
+    while (it != name.places.end() && *it != key) {
+        ++it;
+    }
+    if (it != name.places.end()) {
+        *it |= kGone;
+        ++name.dead;
+        liveNames_ -= --name.live == 0 ? 1 : 0;
+    }
+    if (name.dead > 16 && name.dead > name.live) {
+        std::erase_if(name.places, [](std::uint32_t entry) { return (entry & kGone) != 0; });
+        name.sorted = name.places.size();
+        name.dead = 0;
+    }
+}
+
+bool FrameCells::holds(std::string_view name) const {
+    return names_[findName(name)].live > 0;
+}
+
+std::vector<FrameCells::Place> FrameCells::places(std::string_view name) const {
+    std::vector<Place> result;
+    const auto& entry = names_[findName(name)];
+    settle(entry);
+    result.reserve(entry.live);
+    for (const auto key : entry.places) {
+        if ((key & kGone) == 0) {
+            result.push_back({static_cast<std::uint16_t>(key >> 16U),
+                              static_cast<std::uint16_t>(key & 0xFFFFU)});
+        }
+    }
+    return result;
+}
+
+CellRef FrameCells::findFrom(CellRef from, std::string_view name) const {
+    return findFrom(from, static_cast<int>(findName(name)));
+}
+
+CellRef FrameCells::findFrom(CellRef from, int nameNumber) const {
+    if (nameNumber <= 0) {
+        return {};
+    }
+    const auto number = static_cast<std::uint32_t>(nameNumber);
+    for (CellRef at = from; at; at = next(at)) {
+        const auto& cell = cellOf(at);
+        if (cell.async == 0 && records_[cell.record].name == number) {
+            return at;
+        }
+    }
+    return {};
+}
+
+bool FrameCells::holdsAt(int fwp, int index, std::string_view name) const {
+    const auto number = findName(name);
+    const CellRef head = cell(fwp, index);
+    if (number == 0 || !head || names_[number].live == 0) {
+        return false;
+    }
+    CellRef at = head;
+    for (int seen = 0; seen < kShortList && at; ++seen, at = next(at)) {
+        const auto& found = cellOf(at);
+        if (found.async == 0 && records_[found.record].name == number) {
+            return true;
+        }
+    }
+    if (!at) {
+        return false;
+    }
+    const auto& entry = names_[number];
+    settle(entry);
+    const auto key = keyOf(head.word, head.index);
+    const auto [first, last] =
+        std::equal_range(entry.places.begin(), entry.places.end(), key, keyLess);
+    return std::find(first, last, key) != last;
+}
+
+void FrameCells::updateAll(std::string_view name, const std::function<void(Measurement&)>& change) {
+    std::set<std::uint32_t> done;
+    const auto number = findName(name);
+    if (number == 0) {
+        return;
+    }
+    Place before{0, 0};
+    for (const auto& place : places(name)) {
+        if (place == before) {
+            continue;
+        }
+        before = place;
+        for (CellRef at = cell(place.word, place.index); at; at = next(at)) {
+            const auto& found = cellOf(at);
+            if (found.async != 0 || records_[found.record].name != number ||
+                !done.insert(found.record).second) {
+                continue;
+            }
+            auto& record = records_[found.record].measurement;
+            const auto kept = record.name;
+            change(record);
+            record.name = kept;
+        }
+    }
+}
+
+bool FrameCells::any(const std::function<bool(const Measurement&)>& test) const {
+    return std::any_of(records_.begin(), records_.end(), [&](const Record& record) {
+        return record.uses > 0 && names_[record.name].live > 0 && test(record.measurement);
+    });
+}
+
+int FrameCells::nameCount() const {
+    return liveNames_;
+}
+int FrameCells::nameNumber(std::string_view name) const {
+    const auto number = findName(name);
+    return names_[number].live > 0 ? static_cast<int>(number) : -1;
+}
+int FrameCells::nameNumber(CellRef at) const {
+    return static_cast<int>(records_[cellOf(at).record].name);
+}
+
+std::size_t FrameCells::memory() const {
+    std::size_t bytes = blocks_.size() * kBlock * sizeof(Cell) +
+                        records_.capacity() * sizeof(Record) + names_.capacity() * sizeof(Name);
+    for (const auto& word : words_) {
+        bytes += word.heads.capacity() * sizeof(HeadCell);
+    }
+    for (const auto& name : names_) {
+        bytes += name.places.capacity() * sizeof(std::uint32_t);
+    }
+    return bytes;
+}
+
+}  // namespace kavu
