@@ -2,13 +2,14 @@
 // It checks on OK, says what is wrong and stays open until the value is good.
 #pragma once
 
-#include <functional>
+#include "app/framework/QtText.h"
+#include "app/framework/Refusals.h"
+
 #include <optional>
 #include <string>
 #include <vector>
 
 #include <QDialog>
-#include <QString>
 
 class QCheckBox;
 class QComboBox;
@@ -16,29 +17,15 @@ class QLineEdit;
 
 namespace kavu {
 
-class UserInterface;
-
-/// Checks a value; gives the text of the error, or nothing.
-using ValueCheck = std::function<std::optional<std::string>(const std::string&)>;
-
-/// The title of the boxes about a refused value.
-inline constexpr char kIllegalValue[] = "ERROR: Illegal Value Entered";
-
-[[nodiscard]] ValueCheck textCheck(std::size_t limit);
-[[nodiscard]] ValueCheck integerCheck(long least, long most);
-[[nodiscard]] ValueCheck doubleCheck(double least, double most);
-
 struct EnterValueSetup {
     std::string title;  ///< empty is "Enter Value"
     std::string prompt;
     std::string initial;
-    /// Characters beyond which the field takes no more; 0 is no limit.
-    std::size_t limit = 0;
     /// With choices the value is one of them.
     std::vector<std::string> choices;
     ValueCheck check;
     /// Title of the boxes about a refused value.
-    std::string errorTitle = kIllegalValue;
+    std::string errorTitle = kIllegalNumber;
     /// A semi-colon is refused by the numbered message 402; otherwise `check` decides.
     bool refuseSemicolon = true;
     bool offerLock = true;
@@ -58,9 +45,11 @@ class EnterValueDialog : public QDialog {
     void accept() override;
 
   private:
+    [[nodiscard]] QWidget& makeControl();
+
     UserInterface& ui_;
     EnterValueSetup setup_;
-    QString initial_;
+    ShownText initial_;
     QLineEdit* edit_ = nullptr;
     QComboBox* choices_ = nullptr;
     QCheckBox* lock_ = nullptr;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/framework/FormContext.h"
+#include "core/UserInterface.h"
 
 #include <functional>
 #include <memory>
@@ -91,6 +92,9 @@ class PropertySheet : public QDialog {
   private:
     void rememberPage(int index);
     void openHelp();
+    [[nodiscard]] bool validatePages();
+    void storeAndClose();
+    [[nodiscard]] Button ask(const char* question, Buttons buttons);
     void fitToScreen();
 
     FormContext& form_;
@@ -99,6 +103,7 @@ class PropertySheet : public QDialog {
     std::function<bool()> writer_;
     bool changedElsewhere_ = false;
     bool pageRestored_ = false;
+    bool checking_ = false;
     SheetResult result_ = SheetResult::Cancelled;
     QTabWidget* tabs_ = nullptr;
 };

@@ -18,6 +18,7 @@ namespace kavu {
 
 class DialogDoor;
 class ProgressWindow;
+struct EnterValueSetup;
 
 /// Where the main window receives what has no window of its own. A hook that is not set is
 /// silent.
@@ -75,6 +76,8 @@ class QtInterface : public UserInterface {
   private:
     /// Where a prompt of a title stood when its position was locked.
     using LockedPositions = std::map<std::string, QPoint>;
+
+    std::optional<std::string> enterValue(EnterValueSetup setup);
 
     QPointer<QWidget> window_;
     DialogDoor& door_;

@@ -1,0 +1,222 @@
+#include "app/framework/PropertySheet.h"
+
+#include "app/framework/DialogDoor.h"
+#include "app/framework/Look.h"
+#include "app/framework/QtText.h"
+#include "core/ProfileSettings.h"
+
+#include <QCloseEvent>
+#include <QDialogButtonBox>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QVBoxLayout>
+#include <algorithm>
+
+namespace kavu {
+
+namespace {
+
+constexpr char kPageSection[] = "PropSheet";
+constexpr char kCancelTitle[] = "Cancel Operation?";
+
+/// A page larger than the screen scrolls; any other is as large as it wants.
+class PageScroller : public QScrollArea {
+  public:
+    PageScroller(QWidget* page, QWidget* parent) : QScrollArea(parent) {
+        setFrameShape(QFrame::NoFrame);
+        setWidgetResizable(true);
+        setFocusPolicy(Qt::NoFocus);
+        setWidget(page);
+        page->setAutoFillBackground(false);
+        viewport()->setAutoFillBackground(false);
+    }
+    [[nodiscard]] QSize sizeHint() const override {
+        return widget()->sizeHint().expandedTo(widget()->minimumSizeHint());
+    }
+};
+
+}  // namespace
+
+PropertyPage::PropertyPage(FormContext& form, const char* resourceName, const std::string& title,
+                           QWidget* parent)
+    : QWidget(parent), form_(form), title_(title) {
+    setObjectName(QLatin1String(resourceName));
+}
+
+void PropertyPage::markChanged() {
+    changed_ = true;
+    emit changed();
+}
+
+PropertySheet::PropertySheet(FormContext& form, const char* resourceName, const std::string& title,
+                             std::string pageKey, QWidget* parent)
+    : QDialog(parent), form_(form), pageKey_(std::move(pageKey)) {
+    setObjectName(QLatin1String(resourceName));
+    setWindowTitle(toQString(title));
+    auto* layout = new QVBoxLayout(this);
+    look::arrangeWindow(*layout, *this);
+    tabs_ = new QTabWidget(this);
+    tabs_->setObjectName(QStringLiteral("pages"));
+    tabs_->setAccessibleName(QStringLiteral("Pages"));
+    tabs_->tabBar()->setAccessibleName(QStringLiteral("Pages"));
+    tabs_->setUsesScrollButtons(true);
+    layout->addWidget(tabs_, 1);
+    auto* buttons = look::makeDialogButtons(*this, true);
+    layout->addWidget(buttons);
+    auto* help = buttons->button(QDialogButtonBox::Help);
+    help->setEnabled(static_cast<bool>(form_.help));
+    connect(help, &QPushButton::clicked, this, &PropertySheet::openHelp);
+    connect(tabs_, &QTabWidget::currentChanged, this, &PropertySheet::rememberPage);
+}
+
+PropertyPage& PropertySheet::addPage(std::unique_ptr<PropertyPage> page) {
+    auto* added = page.release();
+    auto* scroller = new PageScroller(added, tabs_);
+    tabs_->addTab(scroller, toQString(added->title()).replace(u'&', QStringLiteral("&&")));
+    pages_.push_back(added);
+    added->load();
+    return *added;
+}
+
+bool PropertySheet::isChanged() const {
+    return changedElsewhere_ || std::any_of(pages_.begin(), pages_.end(),
+                                            [](const auto* page) { return page->isChanged(); });
+}
+
+PropertyPage& PropertySheet::page(int index) const {
+    return *pages_[static_cast<std::size_t>(index)];
+}
+
+void PropertySheet::openPage(int index) {
+    tabs_->setCurrentIndex(std::clamp(index, 0, std::max(0, pageCount() - 1)));
+}
+
+int PropertySheet::openedPage() const {
+    return tabs_->currentIndex();
+}
+
+void PropertySheet::showEvent(QShowEvent* event) {
+    if (!pageRestored_) {
+        if (!pageKey_.empty()) {
+            openPage(form_.settings.profileInteger(kPageSection, pageKey_, 1) - 1);
+        }
+        pageRestored_ = true;
+        fitToScreen();
+    }
+    QDialog::showEvent(event);
+}
+
+void PropertySheet::fitToScreen() {
+    const auto room = look::roomOnScreen(*this);
+    const auto wanted =
+        sizeHint().expandedTo(QSize(look::charactersWide(*this, 70), look::unit(*this) * 2 * 18));
+    resize(wanted.boundedTo(room));
+}
+
+void PropertySheet::rememberPage(int index) {
+    // Pages that are being added open the first one; that is no choice of the user.
+    if (pageRestored_ && !checking_ && !pageKey_.empty() && index >= 0) {
+        form_.settings.writeProfile(kPageSection, pageKey_, std::to_string(index + 1));
+    }
+}
+
+void PropertySheet::accept() {
+    if (!isChanged()) {
+        result_ = SheetResult::Unchanged;
+        QDialog::accept();
+        return;
+    }
+    storeAndClose();
+}
+
+/// Checks the pages in their order. Each comes to the front for it: what is wrong on it
+/// takes the focus there.
+bool PropertySheet::validatePages() {
+    const int before = openedPage();
+    checking_ = true;
+    for (int i = 0; i < pageCount(); ++i) {
+        openPage(i);
+        if (!page(i).validate()) {
+            checking_ = false;
+            rememberPage(i);
+            return false;
+        }
+    }
+    openPage(before);
+    checking_ = false;
+    return true;
+}
+
+void PropertySheet::storeAndClose() {
+    if (!validatePages()) {
+        return;
+    }
+    const bool stored = std::all_of(pages_.begin(), pages_.end(),
+                                    [](PropertyPage* page) { return page->store(); });
+    if (stored && (!writer_ || writer_())) {
+        result_ = SheetResult::Stored;
+        QDialog::accept();
+    }
+}
+
+Button PropertySheet::ask(const char* question, Buttons buttons) {
+    return showBox(&form_.ui, question, kCancelTitle, Icon::Question, buttons);
+}
+
+void PropertySheet::reject() {
+    if (isChanged() &&
+        ask("Items have changed. If you cancel, these items will not take effect.\n\n"
+            "Do you really want to cancel?",
+            Buttons::YesNo) != Button::Yes) {
+        return;
+    }
+    result_ = SheetResult::Cancelled;
+    QDialog::reject();
+}
+
+void PropertySheet::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    if (!isChanged()) {
+        reject();
+        return;
+    }
+    const auto answer =
+        ask("Items have changed. If you close this window, all changes will be lost!\n\n"
+            "Save changes before closing?",
+            Buttons::YesNoCancel);
+    if (answer == Button::Yes) {
+        accept();
+    } else if (answer == Button::No) {
+        result_ = SheetResult::Cancelled;
+        QDialog::reject();
+    }
+}
+
+void PropertySheet::openHelp() {
+    if (form_.help) {
+        form_.help(toBytes(pages_.empty() ? objectName() : page(openedPage()).objectName()));
+    }
+}
+
+void PropertySheet::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_F1) {
+        openHelp();
+        return;
+    }
+    QDialog::keyPressEvent(event);
+}
+
+SheetResult runPropertySheet(FormContext& form, PropertySheet& sheet) {
+    if (!form.door.enterSheet()) {
+        showBox(&form.ui, "Too many property sheets defined", "Unable To Create Property Sheet");
+        return SheetResult::NotCreated;
+    }
+    runDialog(form.door, sheet);
+    form.door.leaveSheet();
+    return sheet.sheetResult();
+}
+
+}  // namespace kavu
