@@ -43,6 +43,14 @@ class FieldIndex {
         value = text ? std::max(0, leadingInt(*text)) : 0;
         return text.has_value();
     }
+    /// Calls `visit(code, value)` for every command in the order of the file, to know which
+    /// of many fields there are without asking for each.
+    template <typename Visit>
+    void forEach(const Visit& visit) const {
+        for (const auto& command : commands_) {
+            visit(std::string_view(command.code), std::string_view(command.value));
+        }
+    }
     /// Back to the front of the file.
     void rewind() { position_ = 0; }
 
