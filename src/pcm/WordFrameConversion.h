@@ -1,4 +1,5 @@
-// From the older location types to word/frame locations.
+// From the older location types to word/frame locations, and the option that decides which
+// of them new measurements get.
 #pragma once
 
 #include <vector>
@@ -7,18 +8,34 @@ namespace kavu {
 
 class PcmFormat;
 class UserInterface;
+struct PcmSteps;
 
-/// Sets `implicitSubframes` by the option of new measurements, on 106-04 to 106-09.
+/// Sets `implicitSubframes` by the option of new measurements; it is off before 106-04 and on
+/// from 106-11 on. If the option was never chosen it becomes word/frame, and for a stream
+/// without measurements the user is asked.
 void wordFrameMode(PcmFormat& format, UserInterface* parent);
-/// Messages 460, 461. False for an edition that has no word/frame locations, which is told.
+/// Asks for the option; true if it has changed.
+bool chooseWordFrameMode(PcmFormat& format, UserInterface* parent);
+
+/// Gives every measurement word/frame locations in place of its older ones. What can not be
+/// converted stays and is told by message 460; 461 if places got lost. They are logged, and
+/// shown at the end. False for an edition that has no word/frame locations, which is told,
+/// without a format, and after a cancel; then nothing has changed.
 bool convertToWordFrame(PcmFormat& format, UserInterface* parent);
+
+/// Converts and saves the stream in this P file while the document moves to the edition that
+/// it has already: the stream is read as one of `inputEdition`. True if its files changed.
+/// No format is in memory afterwards.
+bool migrateStream(PcmFormat& format, UserInterface* parent, const PcmSteps& steps, int pIndex,
+                   int inputEdition);
 
 struct Sequence {
     int start = 0;
     int end = 0;
     int interval = 0;
+    [[nodiscard]] bool operator==(const Sequence&) const = default;
 };
-/// True if a list is one value or has a constant step.
+/// True if a list is one value or has a constant step, which `sequence` tells then.
 [[nodiscard]] bool findSequence(const std::vector<int>& list, Sequence& sequence);
 
 }  // namespace kavu

@@ -1,0 +1,330 @@
+#include "pcm/MeasurementCommands.h"
+
+#include "core/Messages.h"
+#include "core/Text.h"
+#include "core/TmatsDocument.h"
+#include "core/TmatsReader.h"
+#include "pcm/SubframeEdit.h"
+
+#include <algorithm>
+#include <bitset>
+#include <tuple>
+
+namespace kavu {
+
+namespace {
+
+constexpr int kTitleSaving = 101;
+constexpr int kTitleSupercom = 131;
+constexpr int kTitleFragments = 132;
+constexpr int kTitleSubframeSupercom = 133;
+/// Fragments with a higher number are not counted.
+constexpr int kMostCountedFragments = 9;
+
+/// Only the first character counts, and whatever is not "I" tells every location.
+bool isInterval(const Measurement& measurement) {
+    return measurement.locationMode.view().starts_with('I');
+}
+
+}  // namespace
+
+MeasurementCommands::MeasurementCommands(PcmFormat& format, UserInterface* parent,
+                                         FileWriter& writer, std::string prefix)
+    : format_(format),
+      parent_(parent),
+      writer_(writer),
+      prefix_(std::move(prefix)),
+      edition_(format.edition()),
+      namesCounter_(edition_ >= 2011 && countIdCounters(format) > 1) {}
+
+void MeasurementCommands::write(int l, int m, CellRef cell, int fwp, int index) {
+    measurement_ = format_.cells().measurement(cell);
+    fwp_ = fwp;
+    index_ = index;
+    suffix_ = "-";
+    appendNumber(suffix_, l);
+    suffix_ += '-';
+    appendNumber(suffix_, m);
+    text("MN", measurement_.name);
+    text("MN1", measurement_.parity);
+    text("MN2", measurement_.parityTransferOrder);
+    text("MN3", measurement_.transferOrder);
+    if (edition_ == 2009) {
+        text("MFOT", measurement_.filterOverwrite);
+    }
+    if (const auto type = replaceAll(measurement_.locationType.view(), " ", "");
+        type.size() != measurement_.locationType.size()) {
+        measurement_.locationType = type;
+        format_.cells().store(cell, measurement_);
+    }
+    text("LT", measurement_.locationType);
+    writeLocations();
+}
+
+void MeasurementCommands::setCode(std::string_view code, std::initializer_list<int> more) {
+    code_.assign(code).append(suffix_);
+    for (const int index : more) {
+        code_ += '-';
+        appendNumber(code_, index);
+    }
+}
+
+void MeasurementCommands::text(std::string_view code, std::string_view value,
+                               std::initializer_list<int> more) {
+    if (!value.empty()) {
+        setCode(code, more);
+        writeCommand(writer_, prefix_, code_, value);
+    }
+}
+
+void MeasurementCommands::number(std::string_view code, long value,
+                                 std::initializer_list<int> more) {
+    setCode(code, more);
+    writeIntCommand(writer_, prefix_, code_, value);
+}
+
+void MeasurementCommands::cannotFindOthers(int titleId) {
+    format_.context().messages.show(parent_, 295, titleId, kErrorBox, measurement_.name.view());
+}
+
+std::string_view MeasurementCommands::subframeName(int fwp) const {
+    const auto* const subframe = format_.subframeOfWord(fwp);
+    return subframe == nullptr ? std::string_view() : subframe->name.view();
+}
+
+std::vector<MeasurementCommands::Hit> MeasurementCommands::hits() const {
+    const auto& cells = format_.cells();
+    auto places = cells.places(measurement_.name);
+    places.erase(std::unique(places.begin(), places.end()), places.end());
+    std::sort(places.begin(), places.end(), [](const auto& a, const auto& b) {
+        return std::tie(a.index, a.word) < std::tie(b.index, b.word);
+    });
+    std::vector<Hit> found;
+    for (const auto& place : places) {
+        const int fwp = place.word;
+        const int fn = place.index;
+        if (fn > format_.wordDepth(fwp)) {
+            continue;
+        }
+        for (auto at = cells.findFrom(format_.cellAtFrame(fwp, fn), measurement_.name); at;
+             at = cells.findFrom(cells.next(at), measurement_.name)) {
+            found.push_back({at, fwp, fn});
+        }
+    }
+    return found;
+}
+
+// --- location types -------------------------------------------------------------------------
+
+void MeasurementCommands::writeLocations() {
+    struct Row {
+        std::string_view type;
+        void (MeasurementCommands::*write)();
+    };
+    static constexpr Row kRows[] = {
+        {"WDFR", &MeasurementCommands::writeWordFrame},
+        {"MF", &MeasurementCommands::writeMinorWord},
+        {"SF", &MeasurementCommands::writeSubframe},
+        {"MFSC", &MeasurementCommands::writeMinorSupercom},
+        {"MFFR", &MeasurementCommands::writeMinorFragmented},
+        {"SFSC", &MeasurementCommands::writeSubframeSupercom},
+        {"SFFR", &MeasurementCommands::writeSubframeFragmented},
+    };
+    for (const auto& row : kRows) {
+        if (measurement_.locationType == row.type) {
+            (this->*row.write)();
+            return;
+        }
+    }
+    format_.context().messages.show(parent_, 297, kTitleSaving, kErrorBox,
+                                    measurement_.name.view());
+}
+
+void MeasurementCommands::writeMinorWord() {
+    number("MF", fwp_);
+    text("MFM", measurement_.mask);
+}
+
+void MeasurementCommands::writeSubframe() {
+    const auto name = subframeName(fwp_);
+    text("SF1", name);
+    number("SF2", format_.subframePosition(name, fwp_, index_));
+    text("SFM", measurement_.mask);
+}
+
+void MeasurementCommands::writeMinorSupercom() {
+    number("MFS\\N", measurement_.locationCount);
+    text("MFS1", measurement_.locationMode);
+    if (isInterval(measurement_)) {
+        number("MFS2", fwp_);
+        text("MFS3", measurement_.mask);
+        number("MFS4", measurement_.interval);
+        return;
+    }
+    Occurrences occurrences(format_, measurement_.name);
+    for (int k = 1; k <= measurement_.locationCount; ++k) {
+        const auto found = occurrences.next();
+        if (!found) {
+            cannotFindOthers(kTitleSupercom);
+            return;
+        }
+        number("MFSW", found->fwp, {k});
+        // The mask is that of the first measurement of the place, whichever that is: files
+        // are in use that were written so.
+        if (const auto head = format_.cellAt(found->fwp, found->fn)) {
+            text("MFSM", format_.cells().measurement(head).mask, {k});
+        } else {
+            cannotFindOthers(kTitleSupercom);
+        }
+    }
+}
+
+void MeasurementCommands::writeMinorFragmented() {
+    number("FMF\\N", measurement_.locationCount);
+    number("FMF1", measurement_.reconstructedLength);
+    text("FMF2", measurement_.locationMode);
+    if (isInterval(measurement_)) {
+        number("FMF3", fwp_);
+        text("FMF4", measurement_.mask);
+        number("FMF5", measurement_.interval);
+        return;
+    }
+    Occurrences occurrences(format_, measurement_.name);
+    for (int k = 1; k <= measurement_.locationCount; ++k) {
+        const auto found = occurrences.next();
+        if (!found) {
+            cannotFindOthers(kTitleFragments);
+            return;
+        }
+        const auto& fragment = format_.cells().measurement(found->cell);
+        number("FMF6", found->fwp, {k});
+        if (fragment.mask.empty()) {
+            cannotFindOthers(kTitleFragments);
+        }
+        text("FMF7", fragment.mask, {k});
+        text("FMF8", fragment.fragmentTransferOrder, {k});
+        number("FMF9", fragment.fragmentNumber, {k});
+    }
+}
+
+void MeasurementCommands::writeSubframeSupercom() {
+    const auto name = subframeName(fwp_);
+    if (name.empty()) {
+        format_.context().messages.show(parent_, 296, kTitleSubframeSupercom, kErrorBox,
+                                        measurement_.name.view());
+    }
+    text("SFS1", name);
+    number("SFS\\N", measurement_.locationCount);
+    text("SFS2", measurement_.locationMode);
+    if (isInterval(measurement_)) {
+        if (const int position = format_.subframePosition(name, fwp_, index_); position > 0) {
+            number("SFS3", position);
+        }
+        text("SFS4", measurement_.mask);
+        number("SFS5", measurement_.interval);
+        return;
+    }
+    int k = 0;
+    for (const auto& hit : hits()) {
+        if (const int position = format_.subframePosition(name, hit.fwp, hit.fn); position > 0) {
+            ++k;
+            number("SFS6", position, {k});
+            text("SFS7", format_.cells().measurement(hit.cell).mask, {k});
+        }
+    }
+}
+
+void MeasurementCommands::writeSubframeFragmented() {
+    const auto all = hits();
+    std::bitset<kMostCountedFragments + 1> fragments;
+    std::vector<std::string_view> subframes;
+    for (const auto& hit : all) {
+        const int fragment = format_.cells().measurement(hit.cell).fragmentNumber;
+        if (fragment >= 1 && fragment <= kMostCountedFragments) {
+            fragments.set(static_cast<std::size_t>(fragment));
+        }
+        const auto name = subframeName(hit.fwp);
+        if (!name.empty() &&
+            std::find(subframes.begin(), subframes.end(), name) == subframes.end()) {
+            subframes.push_back(name);
+        }
+    }
+    number("FSF\\N", static_cast<long>(fragments.count()));
+    number("FSF1", measurement_.reconstructedLength);
+    number("FSF2\\N", static_cast<long>(subframes.size()));
+    int s = 0;
+    for (const auto subframe : subframes) {
+        writeFragmentsOf(++s, subframe, all);
+    }
+}
+
+void MeasurementCommands::writeFragmentsOf(int s, std::string_view subframe,
+                                           const std::vector<Hit>& all) {
+    int j = 0;
+    bool named = false;
+    for (const auto& hit : all) {
+        if (subframeName(hit.fwp) != subframe) {
+            continue;
+        }
+        const auto& fragment = format_.cells().measurement(hit.cell);
+        if (!named) {
+            named = true;
+            text("FSF3", subframe, {s});
+            text("FSF4", fragment.locationMode, {s});
+            // The first position and the interval of this form are not kept in the model: it
+            // comes back from a save without them.
+            if (isInterval(measurement_)) {
+                return;
+            }
+        }
+        ++j;
+        number("FSF8", format_.subframePosition(subframe, hit.fwp, hit.fn), {s, j});
+        text("FSF9", fragment.mask, {s, j});
+        text("FSF10", fragment.fragmentTransferOrder, {s, j});
+        number("FSF11", fragment.fragmentNumber, {s, j});
+    }
+}
+
+void MeasurementCommands::writeWordFrame() {
+    const auto* const definition = format_.wordFrameDefinition(measurement_.wordFrameIndex);
+    if (namesCounter_ && definition != nullptr) {
+        text("IDCN", definition->idCounterName);
+    }
+    number("MML\\N", definition == nullptr ? 0 : definition->locationCount());
+    if (definition == nullptr) {
+        return;
+    }
+    int k = 0;
+    for (const auto& location : definition->locations) {
+        ++k;
+        number("MNF\\N", location.fragmentCount(), {k});
+        if (location.fragmentCount() > 1) {
+            number("MWL", location.wordLength, {k});
+        }
+        int f = 0;
+        for (const auto& fragment : location.fragments) {
+            writeWordFrameFragment(fragment, k, ++f);
+        }
+    }
+}
+
+void MeasurementCommands::writeWordFrameFragment(const WordFrameFragment& fragment, int k, int f) {
+    const bool writesEnds = edition_ >= 2009;
+    number("WP", fragment.startWord, {k, f});
+    number("WI", fragment.wordInterval, {k, f});
+    if (writesEnds) {
+        number("EWP", fragment.endWord, {k, f});
+    }
+    number("FP", fragment.startFrame, {k, f});
+    number("FI", fragment.frameInterval, {k, f});
+    if (writesEnds) {
+        number("EFP", fragment.endFrame, {k, f});
+    }
+    text("WFM", fragment.mask, {k, f});
+    const bool known = fragment.transferOrder == 'M' || fragment.transferOrder == 'L';
+    const char order = known ? fragment.transferOrder : 'D';
+    text("WFT", std::string_view(&order, 1), {k, f});
+    number("WFP", fragment.fragmentPosition, {k, f});
+}
+
+}  // namespace kavu

@@ -1,0 +1,295 @@
+#include "pcm/WordFrameConversion.h"
+
+#include "core/Clock.h"
+#include "core/Edition.h"
+#include "core/FieldIndex.h"
+#include "core/GroupFiles.h"
+#include "core/Messages.h"
+#include "core/TmatsDocument.h"
+#include "core/WorkingStore.h"
+#include "groups/GroupScan.h"
+#include "pcm/MeasurementPlacing.h"
+#include "pcm/PcmLoad.h"
+#include "pcm/PcmSave.h"
+#include "pcm/WordFrameBuild.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+
+namespace kavu {
+
+namespace {
+
+constexpr int kFirstEdition = 2004;
+constexpr std::string_view kWordFrameType = "WDFR";
+constexpr int kTitle = 89;
+
+bool isWordFrame(const Measurement& measurement) {
+    return equalsIgnoreCase(measurement.locationType, kWordFrameType);
+}
+
+/// Calls `visit(head, fwp, fn)` for every array cell: frame by frame, and within a frame
+/// word by word, each once.
+template <typename Visit>
+void forEachHead(const PcmFormat& format, const Visit& visit) {
+    std::vector<int> depths;
+    for (int fwp = 0; fwp < format.wordsPerMinorFrame; ++fwp) {
+        const bool folds = format.wordType(fwp) == WordType::Subframe;
+        depths.push_back(
+            std::min(format.cells().cellCount(fwp), folds ? format.wordDepth(fwp) : 1));
+    }
+    for (int fn = 1; fn <= format.numberOfFrames; ++fn) {
+        for (int fwp = 1; fwp < format.wordsPerMinorFrame; ++fwp) {
+            if (fn <= depths[static_cast<std::size_t>(fwp)]) {
+                visit(format.cellAtFrame(fwp, fn), fwp, fn);
+            }
+        }
+    }
+}
+
+/// The measurements of all words in all frames, folded repetitions included.
+int countPlaces(const PcmFormat& format) {
+    std::int64_t count = 0;
+    forEachHead(format, [&](CellRef, int fwp, int fn) {
+        const int depth = format.wordType(fwp) == WordType::Subframe ? format.wordDepth(fwp) : 1;
+        const std::int64_t repetitions = (format.numberOfFrames - fn) / std::max(1, depth) + 1;
+        count += repetitions * format.countMeasurementsAt(fwp, fn, true);
+    });
+    return static_cast<int>(std::min<std::int64_t>(count, std::numeric_limits<int>::max()));
+}
+
+/// One conversion of a stream. All definitions are made before the first cell changes, so
+/// that a list of many measurements is gone through once, and a cancel leaves all as it was.
+class Conversion {
+  public:
+    Conversion(PcmFormat& format, UserInterface* parent)
+        : format_(format),
+          parent_(parent),
+          load_(format, parent),
+          held_(static_cast<std::size_t>(format.cells().nameNumberEnd())) {}
+
+    bool run() {
+        const int before = countPlaces(format_);
+        gather();
+        if (!build()) {
+            return false;
+        }
+        if (!converted_.empty()) {
+            takeOut();
+            place();
+            format_.sortCells();
+            format_.changed = true;
+        }
+        report(before);
+        return true;
+    }
+
+  private:
+    struct Converted {
+        Measurement measurement;
+        WordFrameDefinition definition;
+    };
+
+    /// The cells of each measurement that is not of this form yet, and the order in which
+    /// they are met first.
+    void gather() {
+        const auto& cells = format_.cells();
+        forEachHead(format_, [&](CellRef head, int fwp, int fn) {
+            for (auto at = head; at; at = cells.next(at)) {
+                if (!cells.isMeasurement(at) || isWordFrame(cells.measurement(at))) {
+                    continue;
+                }
+                const auto name = static_cast<std::size_t>(cells.nameNumber(at));
+                if (held_[name].empty()) {
+                    order_.push_back(name);
+                }
+                held_[name].push_back({at, fwp, fn});
+            }
+        });
+    }
+
+    bool build() {
+        taken_.resize(held_.size());
+        double done = 0;
+        for (const auto name : order_) {
+            if (format_.context().ticker.secondElapsed()) {
+                setProgressBar(parent_, 100 * done / static_cast<double>(order_.size()));
+                yieldToInterface(parent_);
+            }
+            if (cancelRequested(parent_)) {
+                return false;
+            }
+            ++done;
+            auto& held = held_[name];
+            if (auto definition = buildWordFrame(format_, held)) {
+                converted_.push_back(
+                    {converted(held.front().cell, *definition), std::move(*definition)});
+                taken_[name] = true;
+            }
+        }
+        held_.clear();
+        return true;
+    }
+
+    /// What stays of a measurement; where it is the definition tells from now on.
+    [[nodiscard]] Measurement converted(CellRef cell, const WordFrameDefinition& definition) const {
+        const auto& old = format_.cells().measurement(cell);
+        Measurement result;
+        result.name = old.name;
+        result.parity = old.parity;
+        result.parityTransferOrder = old.parityTransferOrder;
+        result.transferOrder = old.transferOrder;
+        result.filterOverwrite = old.filterOverwrite;
+        result.locationType = kWordFrameType;
+        result.locationCount = definition.locationCount();
+        return result;
+    }
+
+    void takeOut() {
+        auto& cells = format_.cells();
+        struct Kept {
+            Measurement measurement;
+            int asyncNumber;
+        };
+        std::vector<Kept> kept;
+        forEachHead(format_, [&](CellRef head, int, int) {
+            bool anyTaken = false;
+            kept.clear();
+            for (auto at = head; at; at = cells.next(at)) {
+                const bool taken = cells.isMeasurement(at) &&
+                                   taken_[static_cast<std::size_t>(cells.nameNumber(at))];
+                anyTaken = anyTaken || taken;
+                if (!taken && !cells.isFree(at)) {
+                    kept.push_back({cells.measurement(at), cells.asyncNumber(at)});
+                }
+            }
+            if (!anyTaken) {
+                return;
+            }
+            cells.freeChain(head);
+            cells.clear(head);
+            for (const auto& entry : kept) {
+                cells.store(cells.freeCell(head), entry.measurement, entry.asyncNumber);
+            }
+        });
+    }
+
+    void place() {
+        for (auto& [measurement, definition] : converted_) {
+            measurement.wordFrameIndex =
+                format_.addWordFrameDefinition(-1, definition.locationCount());
+            auto& stored = *format_.wordFrameDefinition(measurement.wordFrameIndex);
+            stored = std::move(definition);
+            for (const auto& location : stored.locations) {
+                for (const auto& fragment : location.fragments) {
+                    placeWordFrameFragment(load_, measurement, fragment);
+                }
+            }
+        }
+    }
+
+    void report(int before) {
+        std::vector<bool> told(static_cast<std::size_t>(format_.cells().nameNumberEnd()));
+        const auto& cells = format_.cells();
+        forEachHead(format_, [&](CellRef head, int fwp, int fn) {
+            for (auto at = head; at; at = cells.next(at)) {
+                const auto name = static_cast<std::size_t>(cells.nameNumber(at));
+                if (!cells.isMeasurement(at) || isWordFrame(cells.measurement(at)) || told[name]) {
+                    continue;
+                }
+                told[name] = true;
+                const auto& measurement = cells.measurement(at);
+                load_.log(460, kTitle, measurement.name.view(), fwp, fn,
+                          measurement.locationType.view());
+            }
+        });
+        if (const int after = countPlaces(format_); after != before) {
+            load_.log(461, kTitle, before, after);
+        }
+    }
+
+    PcmFormat& format_;
+    UserInterface* parent_;
+    PcmLoad load_;
+    std::vector<std::vector<HeldPlace>> held_;  ///< by the number of the name
+    std::vector<std::size_t> order_;
+    std::vector<bool> taken_;
+    std::vector<Converted> converted_;
+};
+
+/// Keeps what an operation around this one has logged so far out of its log.
+class LogAside {
+  public:
+    explicit LogAside(const Messages& messages) : path_(messages.logPath()) {
+        if (fileExists(path_)) {
+            (void)readWholeFile(path_, bytes_);
+            (void)deleteFile(path_);
+        }
+    }
+    LogAside(const LogAside&) = delete;
+    LogAside& operator=(const LogAside&) = delete;
+    ~LogAside() {
+        if (!bytes_.empty()) {
+            (void)writeWholeFile(path_, bytes_);
+        }
+    }
+
+  private:
+    std::string path_;
+    std::string bytes_;
+};
+
+}  // namespace
+
+bool convertToWordFrame(PcmFormat& format, UserInterface* parent) {
+    auto& context = format.context();
+    if (!format.loaded()) {
+        return false;
+    }
+    if (format.edition() < kFirstEdition) {
+        showBox(parent,
+                formatPrintf("The measurements of stream '%s' can not be converted. The "
+                             "'Word/Frame' Method of describing measurement locations is only "
+                             "available on TMATS files written to 106-04 and later "
+                             "specifications. This TMATS file is a 106-%2.2d file.",
+                             format.streamName.view(), editionNumber(format.edition())),
+                std::string(loadText(title::kError).value_or("")));
+        return false;
+    }
+    const ProgressScope progress(parent, ProgressMode::WithCancel);
+    const auto text = formatPrintf("Converting measurements in stream '%s' to Word/Frame",
+                                   format.streamName.view());
+    setStatusText(parent, text);
+    setProgressBar(parent, 0);
+    const LogAside aside(context.messages);
+    const bool done = Conversion(format, parent).run();
+    context.messages.showLog(parent, context.document.path, format.streamName);
+    setProgressBar(parent, -1);
+    setStatusText(parent, {});
+    return done;
+}
+
+bool migrateStream(PcmFormat& format, UserInterface* parent, const PcmSteps& steps, int pIndex,
+                   int inputEdition) {
+    auto& context = format.context();
+    const LogAside aside(context.messages);
+    FieldIndex fields(context.reader, context.store.pathOf(groupFile('P', pIndex)), {"DLN"});
+    const auto found = fields.findField(nullptr, groupPrefix('P', pIndex), "DLN", kNameLimit);
+    const auto name = std::string(found.value_or(""));
+    format.closeFormat();
+    if (name.empty() || findStreamGroup(format, parent, 'P', name) != pIndex) {
+        return false;  // a link belongs to the first stream of its name
+    }
+    auto& version = context.document.version;
+    const int target = version;
+    version = inputEdition;
+    const bool loaded = loadPcmFormat(format, parent, steps, name);
+    version = target;
+    const bool changed = loaded && convertToWordFrame(format, parent) && format.changed &&
+                         savePcmFormat(format, parent);
+    format.closeFormat();
+    return changed;
+}
+
+}  // namespace kavu
