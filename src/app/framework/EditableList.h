@@ -11,13 +11,12 @@
 #include <string>
 #include <vector>
 
-#include <QDialog>
 #include <QString>
 #include <QWidget>
 
 class QHBoxLayout;
 class QPushButton;
-class QTreeView;
+class QTableView;
 
 namespace kavu {
 
@@ -90,7 +89,7 @@ class EditableList : public QWidget {
 
     /// A button of the caller's own below the others, as "Edit Source Definition".
     QPushButton* addButton(const char* name, const QString& text);
-    [[nodiscard]] QTreeView* view() const { return view_; }
+    [[nodiscard]] QTableView* view() const { return view_; }
 
     /// The text of why a value is refused in a cell, or nothing. `row` is left out when
     /// another row is looked for that has the same value; -1 for a new row.
@@ -102,17 +101,23 @@ class EditableList : public QWidget {
     void changed();
     void currentRowChanged(int row);
 
+  protected:
+    bool eventFilter(QObject* receiver, QEvent* event) override;
+
   private:
     void makeView();
     void makeButtons();
     void updateButtons();
-    std::optional<ListRow> runRowDialog(int row, const ListRow& before);
+    std::optional<ListRow> runRowDialog(int row, const ListRow& before, bool isNew);
     [[nodiscard]] bool somethingSelected();
+    bool handleKey(int key, bool alt);
+    std::vector<ListRow> sortedRows(int column);
+    void fitColumns();
 
     FormContext& form_;
     ListSetup setup_;
     RowModel* model_ = nullptr;
-    QTreeView* view_ = nullptr;
+    QTableView* view_ = nullptr;
     QHBoxLayout* buttons_ = nullptr;
     QPushButton* add_ = nullptr;
     QPushButton* edit_ = nullptr;
@@ -120,6 +125,7 @@ class EditableList : public QWidget {
     QPushButton* up_ = nullptr;
     QPushButton* down_ = nullptr;
     int sortedColumn_ = -1;
+    int sortedCurrent_ = -1;
     bool sortedDown_ = false;
 };
 

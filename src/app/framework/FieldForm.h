@@ -17,11 +17,13 @@
 #include <QString>
 #include <QWidget>
 
+class QHBoxLayout;
 class QLabel;
 
 namespace kavu {
 
 class FieldControl;
+struct FieldControlHost;
 
 /// Values by code, in the bytes of the group file. Line breaks may be real ones or the
 /// bytes that stand for them.
@@ -61,11 +63,12 @@ class FieldForm : public QWidget {
     void edited(const QString& code);
 
   private:
-    friend class FieldControl;
     void build(std::span<const Field> fields, std::string_view pageName);
+    void placeBoxes(QHBoxLayout& columns);
     void showHint(const QString& text);
 
     FormContext& form_;
+    std::unique_ptr<FieldControlHost> host_;
     std::vector<std::unique_ptr<FieldControl>> controls_;
     std::map<std::string, FieldControl*, std::less<>> byCode_;
     QLabel* hint_ = nullptr;

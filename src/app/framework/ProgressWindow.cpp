@@ -109,7 +109,7 @@ void ProgressWindow::showIfLate() {
 }
 
 void ProgressWindow::showContents() {
-    if (!stale_ || !isVisible()) {
+    if (!stale_) {
         return;
     }
     stale_ = false;
@@ -124,7 +124,9 @@ void ProgressWindow::pump(bool atOnce) {
     }
     pumping_ = true;
     showIfLate();
-    showContents();
+    if (isVisible()) {
+        showContents();
+    }
     QCoreApplication::instance()->installEventFilter(this);
     QCoreApplication::processEvents(QEventLoop::AllEvents);
     QCoreApplication::instance()->removeEventFilter(this);

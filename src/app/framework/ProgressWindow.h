@@ -30,6 +30,9 @@ class ProgressWindow : public QDialog {
     /// Percent; below 0 the bar runs without a measure.
     void setPercent(double percent);
 
+    /// Puts text and percent on the window; `pump` does it while the window is up.
+    void showContents();
+
     /// Lets the interface paint, and drops all input except the progress window's own.
     /// Costs a look at the clock unless `kPumpMilliseconds` have passed or `atOnce` is set.
     /// Called from within itself it does nothing.
@@ -50,7 +53,6 @@ class ProgressWindow : public QDialog {
 
   private:
     void showIfLate();
-    void showContents();
     void askToCancel();
     [[nodiscard]] bool isDropped(QObject* receiver, QEvent* event);
 

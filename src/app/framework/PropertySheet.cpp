@@ -5,6 +5,8 @@
 #include "app/framework/QtText.h"
 #include "core/ProfileSettings.h"
 
+#include <algorithm>
+
 #include <QCloseEvent>
 #include <QDialogButtonBox>
 #include <QPushButton>
@@ -13,7 +15,6 @@
 #include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
-#include <algorithm>
 
 namespace kavu {
 
@@ -94,6 +95,11 @@ void PropertySheet::openPage(int index) {
     tabs_->setCurrentIndex(std::clamp(index, 0, std::max(0, pageCount() - 1)));
 }
 
+void PropertySheet::openFirst(int index) {
+    openPage(index);
+    pageKey_.clear();
+}
+
 int PropertySheet::openedPage() const {
     return tabs_->currentIndex();
 }
@@ -154,8 +160,8 @@ void PropertySheet::storeAndClose() {
     if (!validatePages()) {
         return;
     }
-    const bool stored = std::all_of(pages_.begin(), pages_.end(),
-                                    [](PropertyPage* page) { return page->store(); });
+    const bool stored =
+        std::all_of(pages_.begin(), pages_.end(), [](PropertyPage* page) { return page->store(); });
     if (stored && (!writer_ || writer_())) {
         result_ = SheetResult::Stored;
         QDialog::accept();

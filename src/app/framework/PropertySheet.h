@@ -77,6 +77,8 @@ class PropertySheet : public QDialog {
     [[nodiscard]] int pageCount() const { return static_cast<int>(pages_.size()); }
     [[nodiscard]] PropertyPage& page(int index) const;
     void openPage(int index);
+    /// Opens a page in place of the remembered one when the sheet is shown.
+    void openFirst(int index);
     [[nodiscard]] int openedPage() const;
 
     /// OK: all pages are checked, then all are stored, then the writer runs.

@@ -2,137 +2,21 @@
 
 #include "app/framework/DialogDoor.h"
 #include "app/framework/EnterValueDialog.h"
-#include "app/framework/Look.h"
 #include "app/framework/MessagesWindow.h"
 #include "app/framework/ProgressWindow.h"
 #include "app/framework/QtText.h"
 #include "app/framework/SelectDialogs.h"
+#include "app/framework/StandardDialogs.h"
 #include "core/FieldRules.h"
-#include "core/Printf.h"
-#include "core/Text.h"
 
 #include <array>
 
 #include <QApplication>
 #include <QFileDialog>
-#include <QFileInfo>
 #include <QMessageBox>
 #include <QPushButton>
 
 namespace kavu {
-
-namespace {
-
-struct ButtonRow {
-    Button button;
-    QMessageBox::StandardButton standard;
-    const char* name;
-    const char16_t* text;
-};
-constexpr std::array<ButtonRow, 5> kButtons = {{
-    {Button::Ok, QMessageBox::Ok, "ok", u"OK"},
-    {Button::Yes, QMessageBox::Yes, "yes", u"&Yes"},
-    {Button::No, QMessageBox::No, "no", u"&No"},
-    {Button::Retry, QMessageBox::Retry, "retry", u"&Retry"},
-    {Button::Cancel, QMessageBox::Cancel, "cancel", u"Cancel"},
-}};
-
-bool holds(Buttons buttons, Button button) {
-    switch (button) {
-        case Button::Ok:
-            return buttons == Buttons::Ok || buttons == Buttons::OkCancel;
-        case Button::Yes:
-        case Button::No:
-            return buttons == Buttons::YesNo || buttons == Buttons::YesNoCancel;
-        case Button::Retry:
-            return buttons == Buttons::RetryCancel;
-        case Button::Cancel:
-            return buttons == Buttons::OkCancel || buttons == Buttons::RetryCancel ||
-                   buttons == Buttons::YesNoCancel;
-        case Button::None:
-            break;
-    }
-    return false;
-}
-
-QString iconName(Icon icon) {
-    switch (icon) {
-        case Icon::Error:
-            return QStringLiteral("error");
-        case Icon::Question:
-            return QStringLiteral("question");
-        case Icon::Warning:
-            return QStringLiteral("warning");
-        case Icon::Information:
-            return QStringLiteral("information");
-        case Icon::None:
-            break;
-    }
-    return {};
-}
-
-void fillBox(QMessageBox& shown, const MessageBox& box) {
-    shown.setObjectName(QStringLiteral("MessageBox"));
-    shown.setWindowTitle(toQString(box.title));
-    // Texts hold names from files: they are never read as markup.
-    shown.setTextFormat(Qt::PlainText);
-    shown.setText(toQString(box.shownText()));
-    shown.setTextInteractionFlags(Qt::TextSelectableByMouse);
-    if (box.icon != Icon::None) {
-        const int size = look::unit(shown) * 4;
-        shown.setIconPixmap(
-            look::icon(iconName(box.icon)).pixmap(QSize(size, size), shown.devicePixelRatioF()));
-    }
-    for (const auto& row : kButtons) {
-        if (holds(box.buttons, row.button)) {
-            auto* button = shown.addButton(row.standard);
-            button->setObjectName(QLatin1String(row.name));
-            button->setText(QString::fromUtf16(row.text));
-            button->setAccessibleName(look::spokenName(button->text()));
-            if (row.button == box.defaultButton) {
-                shown.setDefaultButton(row.standard);
-            }
-        }
-    }
-}
-
-QString filterText(const std::pair<std::string, std::string>& filter) {
-    QString patterns = toQString(filter.second);
-    return toQString(filter.first) + QStringLiteral(" (") + patterns.replace(u';', u' ') +
-           QStringLiteral(")");
-}
-
-void fillFileDialog(QFileDialog& dialog, const FilePrompt& prompt) {
-    dialog.setObjectName(QStringLiteral("ChooseFile"));
-    // One dialog on every desktop; who saves asks about an existing file.
-    dialog.setOption(QFileDialog::DontUseNativeDialog);
-    dialog.setOption(QFileDialog::DontConfirmOverwrite);
-    dialog.setAcceptMode(prompt.forSaving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-    dialog.setFileMode(prompt.forSaving ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
-    if (!prompt.title.empty()) {
-        dialog.setWindowTitle(toQString(prompt.title));
-    }
-    QStringList filters;
-    for (const auto& filter : prompt.filters) {
-        filters.append(filterText(filter));
-    }
-    if (!filters.isEmpty()) {
-        dialog.setNameFilters(filters);
-        const int index = std::clamp(prompt.filterIndex, 1, static_cast<int>(filters.size()));
-        dialog.selectNameFilter(filters.at(index - 1));
-    }
-    if (!prompt.path.empty()) {
-        const QFileInfo start(QFile::decodeName(prompt.path.c_str()));
-        if (start.isDir()) {
-            dialog.setDirectory(start.filePath());
-        } else {
-            dialog.setDirectory(start.absolutePath());
-            dialog.selectFile(start.fileName());
-        }
-    }
-}
-
-}  // namespace
 
 QtInterface::QtInterface(QWidget* window, DialogDoor& door) : window_(window), door_(door) {}
 
@@ -144,16 +28,9 @@ QWidget* QtInterface::dialogParent() const {
 }
 
 Button QtInterface::message(const MessageBox& box) {
-    QMessageBox shown(dialogParent());
-    fillBox(shown, box);
-    runDialog(door_, shown);
-    const auto* clicked = shown.clickedButton();
-    for (const auto& row : kButtons) {
-        if (clicked != nullptr && shown.button(row.standard) == clicked) {
-            return row.button;
-        }
-    }
-    return Button::None;
+    const auto shown = makeMessageBox(box, dialogParent());
+    runDialog(door_, *shown);
+    return pressedButton(*shown);
 }
 
 std::optional<std::string> QtInterface::enterValue(EnterValueSetup setup) {
@@ -222,17 +99,8 @@ std::vector<int> QtInterface::selectRowsFromTable(const TablePrompt& prompt) {
 }
 
 std::optional<FileChoice> QtInterface::chooseFile(const FilePrompt& prompt) {
-    QFileDialog dialog(dialogParent());
-    fillFileDialog(dialog, prompt);
-    if (runDialog(door_, dialog) != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
-        return std::nullopt;
-    }
-    FileChoice choice;
-    choice.path = QFile::encodeName(dialog.selectedFiles().constFirst()).toStdString();
-    const auto filters = dialog.nameFilters();
-    choice.filterIndex =
-        std::max(1, static_cast<int>(filters.indexOf(dialog.selectedNameFilter())) + 1);
-    return choice;
+    const auto dialog = makeFileDialog(prompt, dialogParent());
+    return runDialog(door_, *dialog) == QDialog::Accepted ? chosenFile(*dialog) : std::nullopt;
 }
 
 void QtInterface::logged(const LoggedMessage& message) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "app/framework/FormContext.h"
+#include "app/framework/PropertySheet.h"
 
 #include <functional>
 #include <memory>
@@ -34,7 +35,7 @@ class ScreenshotList {
     /// One picture for each page of a sheet, named by the page; the sheet is made anew for
     /// each of them. `names` are the resource names in the order of the pages.
     void addSheet(const std::vector<std::string>& names,
-                  const std::function<std::unique_ptr<QWidget>(ScreenshotStage&)>& make);
+                  const std::function<std::unique_ptr<PropertySheet>(ScreenshotStage&)>& make);
 
     [[nodiscard]] const std::vector<Screenshot>& entries() const { return entries_; }
 

@@ -4,13 +4,12 @@
 #include "app/framework/FormContext.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
-#include <QIcon>
 #include <QWidget>
 
-class QAction;
 class QMenu;
 class QPushButton;
 class QTreeWidget;
@@ -58,14 +57,14 @@ class TreeEditor : public QWidget {
 
     /// The operations of the buttons and the context menu; each does nothing where it is
     /// not allowed.
-    void addChild(int kind);
-    void insertBefore(int kind);
+    void addChild(int itemKind);
+    void insertBefore(int itemKind);
     void renameCurrent();
     void deleteCurrent();
     void moveCurrent(int by);
 
     /// Asks for the name of a new item, or for a new name; without it the text prompt does.
-    std::function<std::optional<std::string>(int kind, const std::string& before)> nameEditor;
+    std::function<std::optional<std::string>(int itemKind, const std::string& before)> nameEditor;
     /// A double click, or Enter, on an item.
     std::function<void(const TreeNode&)> opened;
     /// Adds the caller's entries to the context menu of the current item.
@@ -79,15 +78,21 @@ class TreeEditor : public QWidget {
     void changed();
     void currentChanged();
 
+  protected:
+    bool eventFilter(QObject* receiver, QEvent* event) override;
+
   private:
     QTreeWidgetItem* makeItem(const TreeNode& node) const;
     [[nodiscard]] TreeNode nodeOf(const QTreeWidgetItem& item, bool deep) const;
     [[nodiscard]] const std::vector<int>& kindsBelow(const QTreeWidgetItem* item) const;
-    [[nodiscard]] bool nameTaken(const QTreeWidgetItem* parent, const QTreeWidgetItem* except,
-                                 int kind, const std::string& name) const;
-    std::optional<std::string> askName(const QTreeWidgetItem* parent, const QTreeWidgetItem* item,
-                                       int kind, const std::string& before);
-    void place(QTreeWidgetItem* parent, int row, int kind);
+    [[nodiscard]] const TreeKind& kind(int number) const;
+    [[nodiscard]] bool nameTaken(QTreeWidgetItem* parent, const QTreeWidgetItem* except,
+                                 int itemKind, const std::string& name) const;
+    std::optional<std::string> askName(QTreeWidgetItem* parent, const QTreeWidgetItem* item,
+                                       int itemKind, const std::string& before);
+    void place(QTreeWidgetItem* parent, int row, int itemKind);
+    void addKindEntries(QMenu& menu);
+    bool handleKey(int key, bool alt);
     void makeButtons();
     void updateButtons();
 

@@ -1,0 +1,475 @@
+#include "app/framework/EditableList.h"
+
+#include "app/framework/DialogDoor.h"
+#include "app/framework/EnterValueDialog.h"
+#include "app/framework/Look.h"
+#include "app/framework/QtText.h"
+#include "app/framework/RowDialog.h"
+#include "app/framework/RowModel.h"
+#include "core/FieldRules.h"
+#include "core/Messages.h"
+#include "core/Printf.h"
+#include "core/Text.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <numeric>
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QPushButton>
+#include <QTableView>
+#include <QVBoxLayout>
+
+namespace kavu {
+
+namespace {
+
+constexpr char kUnableToEdit[] = "Unable To Edit ListView";
+/// A list longer than this takes long enough to sort that its progress is shown.
+constexpr std::size_t kLongList = 1000;
+
+std::vector<std::string> titlesOf(const std::vector<ListColumn>& columns) {
+    std::vector<std::string> titles;
+    for (const auto& column : columns) {
+        titles.push_back(column.title);
+    }
+    return titles;
+}
+
+bool isNumeric(ColumnKind kind) {
+    return kind == ColumnKind::Integer || kind == ColumnKind::Double;
+}
+
+long clampedLong(double number) {
+    // The ends of a double's range are no longs.
+    if (number <= static_cast<double>(std::numeric_limits<long>::min())) {
+        return std::numeric_limits<long>::min();
+    }
+    if (number >= static_cast<double>(std::numeric_limits<long>::max())) {
+        return std::numeric_limits<long>::max();
+    }
+    return static_cast<long>(number);
+}
+
+/// What is wrong with a value by itself.
+std::optional<std::string> refusalOfKind(const ListColumn& column, const std::string& value) {
+    if (value.empty()) {
+        return !column.required
+                   ? std::nullopt
+                   : std::optional(formatPrintf("You must enter a value for '%s'.", column.title));
+    }
+    switch (column.kind) {
+        case ColumnKind::Integer:
+            return integerCheck(clampedLong(column.least), clampedLong(column.most))(value);
+        case ColumnKind::Double:
+            return doubleCheck(column.least, column.most)(value);
+        case ColumnKind::Text:
+        case ColumnKind::Choice:
+            break;
+    }
+    return textCheck(column.limit)(value);
+}
+
+}  // namespace
+
+EditableList::EditableList(FormContext& form, const char* name, ListSetup setup, QWidget* parent)
+    : QWidget(parent), form_(form), setup_(std::move(setup)) {
+    setObjectName(QLatin1String(name));
+    auto* layout = new QVBoxLayout(this);
+    look::arrangePart(*layout, *this);
+    makeView();
+    layout->addWidget(view_, 1);
+    buttons_ = new QHBoxLayout;
+    layout->addLayout(buttons_);
+    makeButtons();
+    updateButtons();
+}
+
+EditableList::~EditableList() = default;
+
+void EditableList::makeView() {
+    model_ = new RowModel(titlesOf(setup_.columns), this);
+    for (int i = 0; i < static_cast<int>(setup_.columns.size()); ++i) {
+        if (isNumeric(setup_.columns[static_cast<std::size_t>(i)].kind)) {
+            model_->setNumeric(i);
+        }
+    }
+    view_ = new QTableView(this);
+    view_->setObjectName(QStringLiteral("rows"));
+    view_->setAccessibleName(QStringLiteral("Rows"));
+    view_->setModel(model_);
+    view_->setSelectionBehavior(QTableView::SelectRows);
+    view_->setSelectionMode(QTableView::SingleSelection);
+    view_->setEditTriggers(QTableView::NoEditTriggers);
+    view_->setAlternatingRowColors(true);
+    view_->setShowGrid(false);
+    view_->setTabKeyNavigation(false);
+    view_->setWordWrap(false);
+    view_->verticalHeader()->hide();
+    view_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    view_->verticalHeader()->setMinimumSectionSize(1);
+    view_->verticalHeader()->setDefaultSectionSize(look::unit(*view_) * 3);
+    auto* head = view_->horizontalHeader();
+    head->setHighlightSections(false);
+    head->setStretchLastSection(true);
+    head->setResizeContentsPrecision(200);
+    head->setSectionsClickable(setup_.canSort);
+    head->setSortIndicatorShown(setup_.canSort);
+    head->setSortIndicator(-1, Qt::AscendingOrder);
+    view_->setMinimumSize(look::charactersWide(*this, 48), look::unit(*this) * 3 * 7);
+    view_->installEventFilter(this);
+    if (setup_.canSort) {
+        connect(head, &QHeaderView::sectionClicked, this, &EditableList::sortBy);
+    }
+    connect(view_, &QTableView::doubleClicked, this, [this](const QModelIndex& index) {
+        if (setup_.editCells) {
+            editCell(index.column());
+        } else {
+            editRow();
+        }
+    });
+    connect(view_->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
+        updateButtons();
+        emit currentRowChanged(currentRow());
+    });
+}
+
+void EditableList::makeButtons() {
+    const auto make = [&](bool wanted, const char* name, const char16_t* text, const char16_t* icon,
+                          auto action) {
+        auto* button =
+            look::makeButton(name, QString::fromUtf16(text), QString::fromUtf16(icon), this);
+        connect(button, &QPushButton::clicked, this, action);
+        button->setVisible(wanted);
+        buttons_->addWidget(button);
+        return button;
+    };
+    add_ = make(setup_.canAdd, "add", u"&Add", u"add", [this] { addRow(); });
+    edit_ = make(setup_.canEdit, "edit", u"&Edit", u"edit", [this] { editRow(); });
+    delete_ = make(setup_.canDelete, "delete", u"&Delete", u"delete", [this] { deleteRow(); });
+    up_ = make(setup_.canMove, "moveUp", u"Move &Up", u"up", [this] { moveRow(-1); });
+    down_ = make(setup_.canMove, "moveDown", u"Move Do&wn", u"down", [this] { moveRow(1); });
+    buttons_->addStretch();
+}
+
+QPushButton* EditableList::addButton(const char* name, const QString& text) {
+    auto* button = look::makeButton(name, text, {}, this);
+    buttons_->addWidget(button);
+    return button;
+}
+
+void EditableList::updateButtons() {
+    const int row = currentRow();
+    add_->setEnabled(setup_.mostRows == 0 || rowCount() < setup_.mostRows);
+    edit_->setEnabled(row >= 0);
+    delete_->setEnabled(row >= 0);
+    up_->setEnabled(row > 0);
+    down_->setEnabled(row >= 0 && row + 1 < rowCount());
+}
+
+void EditableList::fitColumns() {
+    for (int column = 0; column < model_->columnCount(); ++column) {
+        view_->resizeColumnToContents(column);
+        view_->setColumnWidth(
+            column, std::clamp(view_->columnWidth(column) + look::unit(*this),
+                               look::charactersWide(*this, 10), look::charactersWide(*this, 40)));
+    }
+}
+
+void EditableList::setRows(std::vector<ListRow> rows) {
+    model_->setRows(std::move(rows));
+    sortedColumn_ = -1;
+    view_->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+    fitColumns();
+    selectRow(0);
+    updateButtons();
+}
+
+const std::vector<ListRow>& EditableList::rows() const {
+    return model_->rows();
+}
+
+int EditableList::rowCount() const {
+    return model_->rowCount();
+}
+
+int EditableList::currentRow() const {
+    const auto selected = view_->selectionModel()->selectedRows();
+    return selected.isEmpty() ? -1 : selected.constFirst().row();
+}
+
+void EditableList::selectRow(int row) {
+    if (row < 0 || row >= rowCount()) {
+        view_->selectionModel()->clear();
+        return;
+    }
+    const int column = std::max(0, view_->currentIndex().column());
+    view_->setCurrentIndex(model_->index(row, column));
+    view_->scrollTo(model_->index(row, column));
+}
+
+void EditableList::replaceRow(int row, ListRow values) {
+    if (model_->rows()[static_cast<std::size_t>(row)] != values) {
+        model_->replaceRow(row, std::move(values));
+        emit changed();
+    }
+}
+
+std::optional<std::string> EditableList::refusal(int row, int column,
+                                                 const std::string& value) const {
+    const auto& of = setup_.columns[static_cast<std::size_t>(column)];
+    if (value.find(';') != std::string::npos) {
+        return "Error: The value you entered can not contain a semi-colon";
+    }
+    if (auto why = refusalOfKind(of, value)) {
+        return why;
+    }
+    if (!of.unique || value.empty()) {
+        return std::nullopt;
+    }
+    const auto& all = model_->rows();
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        if (static_cast<int>(i) != row &&
+            equalsIgnoreCase(all[i][static_cast<std::size_t>(column)], value)) {
+            return formatPrintf("Another '%s' exists with this same value.", of.title);
+        }
+    }
+    return std::nullopt;
+}
+
+bool EditableList::somethingSelected() {
+    if (currentRow() >= 0) {
+        return true;
+    }
+    showBox(&form_.ui, "Unable to edit. Nothing was selected.", kUnableToEdit);
+    return false;
+}
+
+std::optional<ListRow> EditableList::runRowDialog(int row, const ListRow& before, bool isNew) {
+    if (rowEditor) {
+        return rowEditor(row, before);
+    }
+    RowDialog dialog(form_, *this, setup_, row, before, isNew, window());
+    return runDialog(form_.door, dialog) == QDialog::Accepted ? std::optional(dialog.values())
+                                                              : std::nullopt;
+}
+
+void EditableList::addRow() {
+    if (setup_.mostRows != 0 && rowCount() >= setup_.mostRows) {
+        showBox(&form_.ui,
+                formatPrintf("This list can hold no more than %d entries.", setup_.mostRows),
+                kUnableToEdit);
+        return;
+    }
+    ListRow blank;
+    for (const auto& column : setup_.columns) {
+        blank.push_back(column.initial);
+    }
+    const int row = rowCount();
+    model_->appendRow(blank);
+    selectRow(row);
+    if (auto entered = runRowDialog(row, blank, true)) {
+        model_->replaceRow(row, std::move(*entered));
+        updateButtons();
+        emit changed();
+        return;
+    }
+    model_->removeRowAt(row);
+    selectRow(row - 1);
+    updateButtons();
+}
+
+void EditableList::editRow() {
+    if (!setup_.canEdit || !somethingSelected()) {
+        return;
+    }
+    const int row = currentRow();
+    if (auto entered = runRowDialog(row, rows()[static_cast<std::size_t>(row)], false)) {
+        replaceRow(row, std::move(*entered));
+    }
+}
+
+void EditableList::deleteRow() {
+    constexpr int kDeleteEntry = title::kDeleteEntry;
+    if (!somethingSelected()) {
+        return;
+    }
+    const int row = currentRow();
+    const bool may = mayDelete ? mayDelete(row)
+                               : showBox(&form_.ui, "Do you wish to delete the selected entry?",
+                                         std::string(loadText(kDeleteEntry).value_or("")),
+                                         Icon::Question, Buttons::YesNo) == Button::Yes;
+    if (!may || row >= rowCount()) {
+        return;
+    }
+    model_->removeRowAt(row);
+    selectRow(std::min(row, rowCount() - 1));
+    updateButtons();
+    emit changed();
+}
+
+void EditableList::moveRow(int by) {
+    const int row = currentRow();
+    const int to = row + by;
+    if (row < 0 || to < 0 || to >= rowCount()) {
+        return;
+    }
+    model_->swapRows(row, to);
+    selectRow(to);
+    updateButtons();
+    emit changed();
+}
+
+void EditableList::editCell(int column) {
+    if (!somethingSelected()) {
+        return;
+    }
+    const int row = currentRow();
+    const auto at = static_cast<std::size_t>(column);
+    if (column < 0 || at >= setup_.columns.size() || !setup_.columns[at].editable) {
+        form_.ui.beep();
+        return;
+    }
+    auto values = rows()[static_cast<std::size_t>(row)];
+    EnterValueSetup setup;
+    setup.title = "Current Value";
+    setup.prompt = setup_.columns[at].title + ":";
+    setup.initial = values[at];
+    setup.choices = setup_.columns[at].choices;
+    setup.refuseSemicolon = false;
+    setup.offerLock = false;
+    setup.check = [&](const std::string& value) {
+        return value == values[at] ? std::nullopt : refusal(row, column, value);
+    };
+    EnterValueDialog dialog(form_.ui, std::move(setup), window());
+    dialog.setObjectName(QStringLiteral("CurrentValue"));
+    if (runDialog(form_.door, dialog) == QDialog::Accepted) {
+        values[at] = dialog.value();
+        replaceRow(row, std::move(values));
+    }
+}
+
+std::vector<ListRow> EditableList::sortedRows(int column) {
+    const auto& all = rows();
+    const auto& of = setup_.columns[static_cast<std::size_t>(column)];
+    std::vector<std::size_t> order(all.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    const double expected =
+        static_cast<double>(all.size()) * static_cast<double>(std::bit_width(all.size()));
+    std::size_t compared = 0;
+    const bool numeric = isNumeric(of.kind);
+    std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+        if ((++compared & 0xFFF) == 0) {
+            const double share = 100 * static_cast<double>(compared) / expected;
+            const int percent = std::min(99, static_cast<int>(share));
+            form_.ui.setProgressText(
+                formatPrintf("Sorting list by '%s'\n%d%% Complete", of.title, percent));
+            form_.ui.setProgressBar(percent);
+            form_.ui.yieldToInterface();
+        }
+        const auto& left = all[a][static_cast<std::size_t>(column)];
+        const auto& right = all[b][static_cast<std::size_t>(column)];
+        return sortedDown_ ? cellLess(right, left, numeric) : cellLess(left, right, numeric);
+    });
+    std::vector<ListRow> sorted;
+    sorted.reserve(all.size());
+    for (const auto index : order) {
+        sorted.push_back(all[index]);
+    }
+    const auto before = static_cast<std::size_t>(std::max(0, currentRow()));
+    const auto now = std::find(order.begin(), order.end(), before);
+    sortedCurrent_ = now == order.end() ? -1 : static_cast<int>(now - order.begin());
+    return sorted;
+}
+
+void EditableList::sortBy(int column) {
+    if (column < 0 || column >= model_->columnCount()) {
+        return;
+    }
+    sortedDown_ = column == sortedColumn_ && !sortedDown_;
+    sortedColumn_ = column;
+    const bool isLong = rows().size() > kLongList;
+    ProgressScope progress(isLong ? &form_.ui : nullptr, ProgressMode::WithoutCancel);
+    if (isLong) {
+        form_.ui.setStatusText(formatPrintf("Sorting Column #%d", column + 1));
+    }
+    auto sorted = sortedRows(column);
+    if (isLong) {
+        form_.ui.setProgressText("Rebuilding List");
+        form_.ui.yieldToInterface();
+    }
+    model_->setRows(std::move(sorted));
+    view_->horizontalHeader()->setSortIndicator(
+        column, sortedDown_ ? Qt::DescendingOrder : Qt::AscendingOrder);
+    selectRow(sortedCurrent_);
+    if (isLong) {
+        form_.ui.setProgressBar(-1);
+        form_.ui.setStatusText({});
+    }
+}
+
+bool EditableList::handleKey(int key, bool alt) {
+    switch (key) {
+        case Qt::Key_F2:
+            editCell(std::max(0, view_->currentIndex().column()));
+            return true;
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            editRow();
+            return setup_.canEdit;
+        case Qt::Key_Insert:
+            if (add_->isVisibleTo(this) && add_->isEnabled()) {
+                addRow();
+            }
+            return true;
+        case Qt::Key_Delete:
+            if (delete_->isVisibleTo(this) && delete_->isEnabled()) {
+                deleteRow();
+            }
+            return true;
+        case Qt::Key_Up:
+        case Qt::Key_Down:
+            if (alt && setup_.canMove) {
+                moveRow(key == Qt::Key_Up ? -1 : 1);
+                return true;
+            }
+            return false;
+        default:
+            return false;
+    }
+}
+
+bool EditableList::eventFilter(QObject* receiver, QEvent* event) {
+    if (receiver == view_ && event->type() == QEvent::KeyPress) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        if (handleKey(key->key(), (key->modifiers() & Qt::AltModifier) != 0)) {
+            return true;
+        }
+    }
+    return QWidget::eventFilter(receiver, event);
+}
+
+ListPage::ListPage(FormContext& form, const char* resourceName, const std::string& title,
+                   ListSetup setup, std::vector<ListRow>& rows, QWidget* parent)
+    : PropertyPage(form, resourceName, title, parent), rows_(rows) {
+    auto* layout = new QVBoxLayout(this);
+    look::arrangeWindow(*layout, *this);
+    list_ = new EditableList(form, "list", std::move(setup), this);
+    list_->view()->setAccessibleName(toQString(title));
+    layout->addWidget(list_);
+    connect(list_, &EditableList::changed, this, [this] { markChanged(); });
+}
+
+void ListPage::load() {
+    list_->setRows(rows_);
+}
+
+bool ListPage::store() {
+    rows_ = list_->rows();
+    return true;
+}
+
+}  // namespace kavu

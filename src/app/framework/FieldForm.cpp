@@ -1,0 +1,245 @@
+#include "app/framework/FieldForm.h"
+
+#include "app/framework/FieldControl.h"
+#include "app/framework/Look.h"
+#include "app/framework/QtText.h"
+#include "core/Clock.h"
+
+#include <algorithm>
+
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QVBoxLayout>
+
+namespace kavu {
+
+namespace {
+
+/// A page with more fields than this is set in two columns, if it has boxes to set.
+constexpr int kFieldsOfOneColumn = 10;
+
+struct Box {
+    std::string_view title;
+    std::vector<FieldControl*> controls;
+    bool holdsComment = false;
+};
+
+std::vector<Box> boxesOf(const std::vector<std::unique_ptr<FieldControl>>& controls) {
+    std::vector<Box> boxes;
+    for (const auto& control : controls) {
+        const auto title = control->field().box;
+        auto it = std::find_if(boxes.begin(), boxes.end(),
+                               [&](const Box& box) { return box.title == title; });
+        if (it == boxes.end()) {
+            it = boxes.insert(boxes.end(), Box{title, {}, false});
+        }
+        it->controls.push_back(control.get());
+        it->holdsComment = it->holdsComment || control->field().kind == FieldKind::Comment;
+    }
+    return boxes;
+}
+
+/// The width that all labels of a page share, so that its controls stand in one line.
+int labelWidth(const std::vector<std::unique_ptr<FieldControl>>& controls, const QWidget& form) {
+    int width = 0;
+    for (const auto& control : controls) {
+        if (control->field().kind != FieldKind::Comment) {
+            width = std::max(
+                width, form.fontMetrics().horizontalAdvance(toQString(control->field().label)));
+        }
+    }
+    return width;
+}
+
+void placeControl(QGridLayout& grid, FieldControl& control, int row, int width) {
+    auto* label = look::addLabel(toQString(control.field().label), control.widget());
+    if (control.field().kind == FieldKind::Comment) {
+        grid.addWidget(label, row, 0, 1, 2);
+        grid.addWidget(&control.widget(), row + 1, 0, 1, 2);
+        grid.setRowStretch(row + 1, 1);
+        return;
+    }
+    label->setMinimumWidth(width);
+    grid.addWidget(label, row, 0);
+    // Only a field that may hold a long text takes the rest of the row.
+    const bool wide = control.widget().maximumWidth() == QWIDGETSIZE_MAX &&
+                      control.field().kind == FieldKind::Text;
+    grid.addWidget(&control.widget(), row, 1, wide ? Qt::Alignment() : Qt::AlignLeft);
+}
+
+QWidget* makeBox(const Box& box, QWidget* parent, int width) {
+    QWidget* frame =
+        box.title.empty() ? new QWidget(parent) : new QGroupBox(toQString(box.title), parent);
+    if (!box.title.empty()) {
+        frame->setAccessibleName(toQString(box.title));
+    }
+    auto* grid = new QGridLayout(frame);
+    const int distance = look::unit(*frame);
+    grid->setContentsMargins(distance, distance, distance, distance);
+    grid->setHorizontalSpacing(distance);
+    grid->setVerticalSpacing(distance * 3 / 4);
+    grid->setColumnStretch(1, 1);
+    int row = 0;
+    for (auto* control : box.controls) {
+        placeControl(*grid, *control, row, width);
+        row += 2;
+    }
+    return frame;
+}
+
+}  // namespace
+
+FieldForm::FieldForm(FormContext& form, std::span<const Field> fields, std::string_view pageName,
+                     QWidget* parent)
+    : QWidget(parent),
+      form_(form),
+      host_(std::make_unique<FieldControlHost>(FieldControlHost{
+          form, this, [this](const Field& field) { emit edited(toQString(field.code)); },
+          [this](const QString& text) { showHint(text); }})) {
+    build(fields, pageName);
+}
+
+FieldForm::~FieldForm() = default;
+
+void FieldForm::build(std::span<const Field> fields, std::string_view pageName) {
+    for (const auto& field : fields) {
+        if (field.label.empty() || !isKnownIn(form_.edition, field) ||
+            (!pageName.empty() && field.page != pageName)) {
+            continue;
+        }
+        controls_.push_back(makeFieldControl(*host_, field));
+        byCode_[std::string(field.code)] = controls_.back().get();
+    }
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(look::unit(*this));
+    auto* columns = new QHBoxLayout;
+    columns->setSpacing(look::unit(*this) * 2);
+    layout->addLayout(columns, 1);
+    placeBoxes(*columns);
+    hint_ = look::makeNote({}, this);
+    hint_->setObjectName(QStringLiteral("hint"));
+    hint_->setMinimumHeight(hint_->fontMetrics().height());
+    layout->addWidget(hint_);
+    for (std::size_t i = 1; i < controls_.size(); ++i) {
+        setTabOrder(&controls_[i - 1]->widget(), &controls_[i]->widget());
+    }
+}
+
+void FieldForm::placeBoxes(QHBoxLayout& columns) {
+    const auto boxes = boxesOf(controls_);
+    const int width = labelWidth(controls_, *this);
+    const int total = static_cast<int>(controls_.size() + boxes.size());
+    const bool two = boxes.size() > 1 && controls_.size() > kFieldsOfOneColumn;
+    QVBoxLayout* column = nullptr;
+    int placed = 0;
+    bool stretched = true;
+    const auto beginColumn = [&] {
+        column = new QVBoxLayout;
+        column->setSpacing(look::unit(*this));
+        columns.addLayout(column, 1);
+        stretched = false;
+    };
+    const auto endColumn = [&] {
+        if (!stretched) {
+            column->addStretch();
+        }
+    };
+    beginColumn();
+    bool second = false;
+    for (const auto& box : boxes) {
+        if (two && !second && placed * 2 >= total) {
+            endColumn();
+            beginColumn();
+            second = true;
+        }
+        column->addWidget(makeBox(box, this, width), box.holdsComment ? 1 : 0);
+        stretched = stretched || box.holdsComment;
+        placed += static_cast<int>(box.controls.size()) + 1;
+    }
+    endColumn();
+}
+
+void FieldForm::showHint(const QString& text) {
+    if (hint_ != nullptr && hint_->text() != text) {
+        hint_->setText(text);
+    }
+}
+
+void FieldForm::setValues(const FieldValues& values) {
+    for (const auto& control : controls_) {
+        const auto it = values.find(control->field().code);
+        control->show(it == values.end() ? std::string_view() : std::string_view(it->second));
+    }
+}
+
+void FieldForm::storeValues(FieldValues& values) const {
+    for (const auto& control : controls_) {
+        auto now = control->value();
+        if (now.empty()) {
+            values.erase(std::string(control->field().code));
+        } else {
+            values[std::string(control->field().code)] = std::move(now);
+        }
+    }
+}
+
+std::string FieldForm::value(std::string_view code) const {
+    const auto it = byCode_.find(code);
+    return it == byCode_.end() ? std::string() : it->second->value();
+}
+
+void FieldForm::editValue(std::string_view code, std::string_view newValue) {
+    if (const auto it = byCode_.find(code); it != byCode_.end()) {
+        it->second->edit(newValue);
+    }
+}
+
+QWidget* FieldForm::control(std::string_view code) const {
+    const auto it = byCode_.find(code);
+    return it == byCode_.end() ? nullptr : &it->second->widget();
+}
+
+std::vector<std::string_view> FieldForm::codes() const {
+    std::vector<std::string_view> all;
+    for (const auto& control : controls_) {
+        all.push_back(control->field().code);
+    }
+    return all;
+}
+
+std::string FieldForm::today() const {
+    return tmatsDate(form_.clock.now(), form_.edition);
+}
+
+bool FieldForm::validate() {
+    return std::all_of(controls_.begin(), controls_.end(),
+                       [](const auto& control) { return control->validate(); });
+}
+
+FieldPage::FieldPage(FormContext& form, const char* resourceName, const std::string& title,
+                     std::span<const Field> fields, FieldValues& values, QWidget* parent)
+    : PropertyPage(form, resourceName, title, parent), values_(values) {
+    auto* layout = new QVBoxLayout(this);
+    look::arrangeWindow(*layout, *this);
+    fields_ = new FieldForm(form, fields, resourceName, this);
+    layout->addWidget(fields_);
+    connect(fields_, &FieldForm::edited, this, [this] { markChanged(); });
+}
+
+void FieldPage::load() {
+    fields_->setValues(values_);
+}
+
+bool FieldPage::validate() {
+    return fields_->validate();
+}
+
+bool FieldPage::store() {
+    fields_->storeValues(values_);
+    return true;
+}
+
+}  // namespace kavu

@@ -1,0 +1,258 @@
+#include "app/framework/EditableList.h"
+#include "app/framework/EnterValueDialog.h"
+#include "app/framework/FieldForm.h"
+#include "app/framework/Look.h"
+#include "app/framework/MessagesWindow.h"
+#include "app/framework/ProgressWindow.h"
+#include "app/framework/QtText.h"
+#include "app/framework/RowDialog.h"
+#include "app/framework/Screenshots.h"
+#include "app/framework/SelectDialogs.h"
+#include "app/framework/StandardDialogs.h"
+#include "app/framework/TreeEditor.h"
+#include "core/Messages.h"
+
+#include <array>
+
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QVBoxLayout>
+
+namespace kavu {
+
+namespace {
+
+constexpr auto kClasses = std::to_array<Choice>({
+    {.value = "U", .text = "Unclassified"},
+    {.value = "C", .text = "Confidential"},
+    {.value = "S", .text = "Secret"},
+});
+
+// A page as groups have them; its codes are nobody's.
+constexpr auto kSampleFields = std::to_array<Field>({
+    {.code = "XN", .label = "Program Name:", .page = "SampleFields", .limit = 16},
+    {.code = "XI", .label = "Test Item:", .page = "SampleFields", .limit = 64},
+    {.code = "XD",
+     .label = "Origination Date:",
+     .page = "SampleFields",
+     .limit = 10,
+     .kind = FieldKind::Date},
+    {.code = "XRN", .label = "Number:", .box = "Revision", .page = "SampleFields", .limit = 4},
+    {.code = "XRD",
+     .label = "Date:",
+     .box = "Revision",
+     .page = "SampleFields",
+     .limit = 10,
+     .kind = FieldKind::Date},
+    {.code = "XUN",
+     .label = "Number:",
+     .box = "Update",
+     .page = "SampleFields",
+     .limit = 2,
+     .kind = FieldKind::Digits},
+    {.code = "XUD",
+     .label = "Date:",
+     .box = "Update",
+     .page = "SampleFields",
+     .limit = 10,
+     .kind = FieldKind::Date},
+    {.code = "XTN", .label = "Number:", .box = "Test", .page = "SampleFields", .limit = 16},
+    {.code = "XTD", .label = "Duration:", .box = "Test", .page = "SampleFields", .limit = 4},
+    {.code = "XSC",
+     .label = "Security Classification:",
+     .box = "Handling",
+     .page = "SampleFields",
+     .limit = 1,
+     .kind = FieldKind::Choice,
+     .choices = kClasses},
+    {.code = "XCT",
+     .label = "Closed At:",
+     .box = "Handling",
+     .page = "SampleFields",
+     .limit = 19,
+     .kind = FieldKind::DateTime},
+    {.code = "XC", .label = "Comments:", .page = "SampleComments", .kind = FieldKind::Comment},
+});
+
+/// What the pages of the sample sheet edit; the sheet keeps it alive.
+struct SampleModel {
+    FieldValues values = {{"XN", "Flight Test 7"},
+                          {"XI", "Airframe 2, left wing strain gauges"},
+                          {"XD", "01-14-2011"},
+                          {"XRN", "3"},
+                          {"XRD", "02-03-2011"},
+                          {"XUN", "12"},
+                          {"XTN", "FT-0007"},
+                          {"XTD", "2.5"},
+                          {"XSC", "U"},
+                          {"XC",
+                           "First flight with the new recorder.\x14\x15"
+                           "The second antenna was not connected."}};
+    std::vector<ListRow> contacts = {
+        {"A. Keller", "Flight Test", "Hangar 4, Room 12", "+49 89 555 0101"},
+        {"M. Okafor", "Instrumentation", "Building 17", "+49 89 555 0144"},
+        {"J. Lindqvist", "Range Safety", "Tower", "+49 89 555 0172"}};
+};
+
+ListSetup contactSetup() {
+    ListSetup setup;
+    setup.columns = {{.title = "Name", .limit = 24, .unique = true, .required = true},
+                     {.title = "Agency", .limit = 48},
+                     {.title = "Address", .limit = 48},
+                     {.title = "Phone", .limit = 20}};
+    setup.mostRows = 9;
+    setup.rowDialogTitle = "Edit Point Of Contact";
+    return setup;
+}
+
+class SampleTreePage : public PropertyPage {
+  public:
+    explicit SampleTreePage(FormContext& form) : PropertyPage(form, "SampleTree", "Messages") {
+        auto* layout = new QVBoxLayout(this);
+        look::arrangeWindow(*layout, *this);
+        TreeSetup setup;
+        setup.kinds = {{.name = "Bus", .icon = "bus", .holds = {1}},
+                       {.name = "Message", .icon = "message", .holds = {2}},
+                       {.name = "Measurement", .icon = "measurement", .holds = {}}};
+        setup.topKinds = {0};
+        auto* editor = new TreeEditor(form, "treeEditor", setup, this);
+        layout->addWidget(editor);
+        editor->setNodes(
+            {{0,
+              "Avionics A",
+              1,
+              {{1, "Air data, 50 Hz", 2, {{2, "PRESSURE_ALT", 3, {}}, {2, "AIRSPEED", 4, {}}}},
+               {1, "Attitude, 100 Hz", 5, {{2, "PITCH", 6, {}}}}}},
+             {0, "Avionics B", 7, {}}});
+        editor->select({0, 0});
+    }
+    void load() override {}
+    [[nodiscard]] bool store() override { return true; }
+};
+
+std::unique_ptr<PropertySheet> makeSampleSheet(ScreenshotStage& stage) {
+    auto model = std::make_shared<SampleModel>();
+    auto sheet = std::make_unique<PropertySheet>(stage.form, "Sample", "Edit Sample", "");
+    sheet->addPage(std::make_unique<FieldPage>(stage.form, "SampleFields", "Program Information",
+                                               kSampleFields, model->values));
+    sheet->addPage(std::make_unique<ListPage>(stage.form, "SampleList", "Points Of Contact",
+                                              contactSetup(), model->contacts));
+    sheet->addPage(std::make_unique<SampleTreePage>(stage.form));
+    sheet->addPage(std::make_unique<FieldPage>(stage.form, "SampleComments", "Comments",
+                                               kSampleFields, model->values));
+    sheet->setWriter([model] { return true; });
+    return sheet;
+}
+
+std::unique_ptr<QWidget> makeSampleBox(ScreenshotStage&) {
+    MessageBox box;
+    box.title = "KAVU-9 Warning";
+    box.text =
+        "WARNING: The TMATS file you have been editing, has been modified.\n\nSave file first?";
+    box.icon = Icon::Question;
+    box.buttons = Buttons::YesNoCancel;
+    return makeMessageBox(box, nullptr);
+}
+
+std::unique_ptr<QWidget> makeErrorBox(ScreenshotStage&) {
+    MessageBox box;
+    box.id = 402;
+    box.title = loadText(139).value_or("");
+    box.text = loadText(402).value_or("");
+    box.icon = Icon::Error;
+    return makeMessageBox(box, nullptr);
+}
+
+std::unique_ptr<QWidget> makeEnterValue(ScreenshotStage& stage) {
+    return std::make_unique<EnterValueDialog>(stage.form.ui,
+                                              EnterValueSetup{.title = "Enter Date (MM-DD-YYYY)",
+                                                              .prompt = "Origination Date:",
+                                                              .initial = "01-14-2011",
+                                                              .choices = {},
+                                                              .check = {}},
+                                              nullptr);
+}
+
+std::unique_ptr<QWidget> makeTable(ScreenshotStage&) {
+    TablePrompt prompt;
+    prompt.columns = {"Data Source", "Type", "Streams"};
+    for (int i = 1; i <= 18; ++i) {
+        prompt.rows.push_back({"SOURCE_" + std::to_string(i), i % 3 == 0 ? "Tape" : "RF",
+                               std::to_string(i * 7 % 12)});
+    }
+    return std::make_unique<SelectDialog>(prompt, false, nullptr);
+}
+
+std::unique_ptr<QWidget> makeMessages(ScreenshotStage& stage) {
+    MessageLines content;
+    content.title = "KAVU-9 Error Messages";
+    content.subtitle = "TMATS File: /home/test/flight-7/flight-test.tma";
+    for (int i = 1; i <= 12; ++i) {
+        const auto n = std::to_string(i);
+        content.lines.insert(
+            content.lines.end(),
+            {"Error Reading TMATS File - (KAVU Error #" + std::to_string(178 + i) + ")",
+             "The definition of measurement STRAIN_" + n +
+                 " has no word position. It was left out.",
+             "Last TMATS commands read:", "D-1\\MN-1-" + n + ":STRAIN_" + n + ";", ""});
+    }
+    // The two references outlive the picture.
+    return std::make_unique<MessagesWindow>(
+        stage.form.ui, stage.form.door, content, [](const std::string&) { return false; }, nullptr);
+}
+
+std::unique_ptr<QWidget> makeProgress(ScreenshotStage&) {
+    auto window = std::make_unique<ProgressWindow>(true, true, nullptr);
+    window->setText(QStringLiteral("Reading line 184,000 of 612,000\n30% Complete"));
+    window->setPercent(30);
+    window->showContents();
+    return window;
+}
+
+std::unique_ptr<QWidget> makeRowDialog(ScreenshotStage& stage) {
+    struct Sample {
+        SampleModel model;
+        ListSetup setup = contactSetup();
+    };
+    auto sample = std::make_unique<Sample>();
+    auto list = std::make_unique<EditableList>(stage.form, "list", sample->setup);
+    list->setRows(sample->model.contacts);
+    auto dialog = std::make_unique<RowDialog>(stage.form, *list, sample->setup, 0,
+                                              sample->model.contacts.front(), false, nullptr);
+    // The dialog looks at its list and its columns when it is closed with OK.
+    QObject::connect(dialog.get(), &QObject::destroyed,
+                     [kept = std::shared_ptr<Sample>(std::move(sample)),
+                      list = std::shared_ptr<EditableList>(std::move(list))] {});
+    return dialog;
+}
+
+}  // namespace
+
+void addFrameworkScreenshots(ScreenshotList& list) {
+    list.addSheet({"SampleFields", "SampleList", "SampleTree", "SampleComments"}, makeSampleSheet);
+    list.add("MessageBox", makeSampleBox);
+    list.add("MessageBoxError", makeErrorBox);
+    list.add("EnterValue", makeEnterValue);
+    list.add("EditRow", makeRowDialog);
+    list.add("SelectFromTable", makeTable);
+    list.add("ChooseFromList", [](ScreenshotStage&) -> std::unique_ptr<QWidget> {
+        return std::make_unique<ChoiceDialog>(
+            "Enter Precision",
+            std::vector<std::string>{"0", "1", "2", "3", "4", "5", "6", "7", "8"}, nullptr);
+    });
+    list.add("ChooseFromTwo", [](ScreenshotStage&) -> std::unique_ptr<QWidget> {
+        return std::make_unique<ChoiceDialog>(
+            "Which of the two files should be kept?",
+            std::vector<std::string>{"Keep The File On The Disk", "Keep My Changes"}, nullptr);
+    });
+    list.add("ChooseFile", [](ScreenshotStage&) -> std::unique_ptr<QWidget> {
+        FilePrompt prompt;
+        prompt.title = "Open TMATS File";
+        prompt.filters = {{"TMATS Files", "*.tma;*.tmt"}, {"All Files", "*"}};
+        return makeFileDialog(prompt, nullptr);
+    });
+    list.add("Messages", makeMessages);
+    list.add("ProgressWindow", makeProgress);
+}
+
+}  // namespace kavu
