@@ -13,25 +13,25 @@ enum class FieldKind { Text, Choice, Date, DateTime, Count, Digits, Comment };
 
 /// One entry of a choice. An edition of 0 is no gate.
 struct Choice {
-    std::string_view value;  ///< as stored in the file
-    std::string_view text;   ///< as shown
-    std::string_view xml;    ///< as written to XML
+    std::string_view value{};  ///< as stored in the file
+    std::string_view text{};   ///< as shown
+    std::string_view xml{};    ///< as written to XML
     int firstEdition = 0;
     int lastEdition = 0;
 };
 
 struct Field {
-    std::string_view code;   ///< with "-n", "-m" where the command has indices
-    std::string_view label;  ///< as on the page; empty if the page does not show it
-    std::string_view box;    ///< title of the box of the page in which it stands, or empty
-    std::string_view page;   ///< resource name of its page
-    std::size_t limit = 0;   ///< characters; 0 is no limit
+    std::string_view code{};   ///< with "-n", "-m" where the command has indices
+    std::string_view label{};  ///< as on the page; empty if the page does not show it
+    std::string_view box{};    ///< title of the box of the page in which it stands, or empty
+    std::string_view page{};   ///< resource name of its page
+    std::size_t limit = 0;     ///< characters; 0 is no limit
     FieldKind kind = FieldKind::Text;
-    int firstEdition = 0;          ///< 0 is from the first
-    int lastEdition = 0;           ///< 0 is still in use
-    std::string_view element;      ///< XML path that is written, relative to the group's
-    std::string_view elementRead;  ///< XML path that is read, if it differs
-    std::span<const Choice> choices;
+    int firstEdition = 0;            ///< 0 is from the first
+    int lastEdition = 0;             ///< 0 is still in use
+    std::string_view element{};      ///< XML path that is written, relative to the group's
+    std::string_view elementRead{};  ///< XML path that is read, if it differs
+    std::span<const Choice> choices{};
 };
 
 [[nodiscard]] constexpr bool isKnownIn(int edition, int firstEdition, int lastEdition) {

@@ -25,23 +25,23 @@ class RowModel;
 enum class ColumnKind { Text, Integer, Double, Choice };
 
 struct ListColumn {
-    std::string title;
+    std::string title{};
     ColumnKind kind = ColumnKind::Text;
     std::size_t limit = 0;  ///< characters; 0 is no limit
     double least = std::numeric_limits<double>::lowest();
     double most = std::numeric_limits<double>::max();
-    std::vector<std::string> choices;  ///< shown texts, of a choice
-    bool unique = false;               ///< no two rows have the same value, whatever the case
+    std::vector<std::string> choices{};  ///< shown texts, of a choice
+    bool unique = false;                 ///< no two rows have the same value, whatever the case
     bool editable = true;
-    bool required = false;   ///< an empty value is refused
-    std::string initial;     ///< of a new row
-    std::string objectName;  ///< of its control in the row dialog; empty takes the title
+    bool required = false;     ///< an empty value is refused
+    std::string initial{};     ///< of a new row
+    std::string objectName{};  ///< of its control in the row dialog; empty takes the title
 };
 
 using ListRow = std::vector<std::string>;
 
 struct ListSetup {
-    std::vector<ListColumn> columns;
+    std::vector<ListColumn> columns{};
     int mostRows = 0;  ///< 0 is no limit
     bool canAdd = true;
     bool canEdit = true;

@@ -18,12 +18,12 @@ class QLineEdit;
 namespace kavu {
 
 struct EnterValueSetup {
-    std::string title;  ///< empty is "Enter Value"
-    std::string prompt;
-    std::string initial;
+    std::string title{};  ///< empty is "Enter Value"
+    std::string prompt{};
+    std::string initial{};
     /// With choices the value is one of them.
-    std::vector<std::string> choices;
-    ValueCheck check;
+    std::vector<std::string> choices{};
+    ValueCheck check{};
     /// Title of the boxes about a refused value.
     std::string errorTitle = kIllegalNumber;
     /// A semi-colon is refused by the numbered message 402; otherwise `check` decides.

@@ -19,9 +19,9 @@ namespace kavu {
 
 /// What holds for all items of a kind. Kinds are numbered by their place in the setup.
 struct TreeKind {
-    std::string name;        ///< as in "Add Message"
-    std::string icon;        ///< name of an icon of the look
-    std::vector<int> holds;  ///< kinds of its children
+    std::string name{};        ///< as in "Add Message"
+    std::string icon{};        ///< name of an icon of the look
+    std::vector<int> holds{};  ///< kinds of its children
     bool canRename = true;
     bool canDelete = true;
     std::size_t nameLimit = 0;
@@ -30,14 +30,14 @@ struct TreeKind {
 
 struct TreeNode {
     int kind = 0;
-    std::string name;
+    std::string name{};
     long id = 0;  ///< the caller's own, kept through all moves
-    std::vector<TreeNode> children;
+    std::vector<TreeNode> children{};
 };
 
 struct TreeSetup {
-    std::vector<TreeKind> kinds;
-    std::vector<int> topKinds;  ///< kinds that may stand on the first level
+    std::vector<TreeKind> kinds{};
+    std::vector<int> topKinds{};  ///< kinds that may stand on the first level
 };
 
 class TreeEditor : public QWidget {
