@@ -28,6 +28,10 @@ bool addMeasurementLocation(PcmLoad& load, int fwp, int fn, const Measurement& m
 bool checkWordFrameFragment(PcmLoad& load, std::string_view name,
                             const WordFrameFragment& fragment);
 
+/// Gives every word of a subcommutated fragment that has no subframe a hidden one. False if one
+/// can not be made.
+bool giveHiddenSubframes(PcmLoad& load, std::string_view name, const WordFrameFragment& fragment);
+
 /// Places a measurement in all words and frames of a fragment, the last two steps of reading
 /// it: each word's end frame is lowered to its depth, and a place that fails ends its word.
 void placeWordFrameFragment(PcmLoad& load, const Measurement& measurement,

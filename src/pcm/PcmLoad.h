@@ -39,6 +39,8 @@ class PcmLoad {
     int result = 0;                ///< 0 clean, 1 corrected
     bool abort = false;            ///< a fatal error or a cancel
     CounterQuestion counterQuestion;
+    bool isNew = false;            ///< there was no P group: the format comes from the settings
+    bool countsSubframes = false;  ///< a counter of the P group has an `SF\N` above 0
 
     [[nodiscard]] int edition() const { return format.edition(); }
     void corrected() { result = 1; }
@@ -77,6 +79,13 @@ class PcmLoad {
         return fields->findIntField(parent, prefix, code, value, args...) ? std::optional(value)
                                                                           : std::nullopt;
     }
+    /// The value cut to its limit, as a number; a negative one counts as 0.
+    template <typename... Args>
+    [[nodiscard]] std::optional<int> limitedNumber(std::string_view code, int limit,
+                                                   const Args&... args) {
+        const auto value = fields->findField(parent, prefix, code, limit, args...);
+        return value ? std::optional(std::max(0, leadingInt(*value))) : std::nullopt;
+    }
     /// The code of a command as messages name it, without its prefix.
     template <typename... Args>
     [[nodiscard]] static std::string code(std::string_view format, const Args&... args) {
@@ -98,6 +107,7 @@ class PcmLoad {
     [[nodiscard]] bool statusDue();
 
     int messages_ = 0;
+    std::size_t commandBytes_ = 0;
 };
 
 /// What a load needs of other subsystems. A step that is not installed counts as done.
@@ -128,13 +138,13 @@ bool loadPcmFormat(PcmFormat& format, UserInterface* parent, const PcmSteps& ste
 [[nodiscard]] int findStreamGroup(PcmFormat& format, UserInterface* parent, char letter,
                                   std::string_view streamName);
 
-/// Reads the P group of the stream: 0, 1 with corrections, -1 on failure or cancel.
+/// Reads the P group `format.pGroup`, or makes a new format if there is none: 0, 1 with
+/// corrections, -1 on failure or cancel.
 int readPcmGroup(PcmLoad& load);
 /// Makes a new format from the settings; false if its words could not be had.
 bool makeNewFormat(PcmLoad& load);
-/// Decides `implicitSubframes` for a stream whose P group has been read.
-void prepareWordFrameReading(PcmLoad& load);
-/// Reads the D group of the stream: 0, 1 with corrections, -1 on failure or cancel.
+/// Reads the D group of the stream, and decides before that if measurements get hidden
+/// subframes as they need them: 0, 1 with corrections, -1 on failure or cancel.
 int readMeasurements(PcmLoad& load);
 
 // Working files of the loaded stream.

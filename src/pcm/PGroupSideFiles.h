@@ -1,0 +1,13 @@
+// The parts of a P group that are no part of the model: they are kept as commands in working
+// files, which the form edits and a save appends as they stand.
+#pragma once
+
+namespace kavu {
+
+class PcmLoad;
+
+void keepFrameFilter(PcmLoad& load);   ///< MFF, from 106-09 on
+void keepFormatSwitch(PcmLoad& load);  ///< FFI, MLC, FSC
+void keepAltTag(PcmLoad& load);        ///< ALT
+
+}  // namespace kavu

@@ -1,0 +1,237 @@
+#include "pcm/PcmLoad.h"
+
+#include "core/Clock.h"
+#include "core/GroupFiles.h"
+#include "core/ProfileSettings.h"
+#include "core/WorkingStore.h"
+#include "groups/DataSources.h"
+#include "groups/GroupScan.h"
+#include "pcm/SampleRateCheck.h"
+#include "pcm/SubframeEdit.h"
+#include "pcm/WordFrameConversion.h"
+
+namespace kavu {
+
+namespace {
+
+constexpr int kErrorReadingFormat = 88;
+
+/// While a stream is loaded, over-long fields are reported in the log; what was cut is a
+/// correction.
+class LengthLog {
+  public:
+    LengthLog(TmatsReader& reader, const std::string& path) : reader_(reader) {
+        reader_.setLogFile(path, &cut_);
+    }
+    LengthLog(const LengthLog&) = delete;
+    LengthLog& operator=(const LengthLog&) = delete;
+    ~LengthLog() { reader_.setLogFile({}); }
+    [[nodiscard]] bool hasCut() const { return cut_ != 0; }
+
+  private:
+    TmatsReader& reader_;
+    int cut_ = 0;
+};
+
+/// What bears a link name.
+struct Stream {
+    bool found = false;
+    int pGroup = 0;
+    bool isBus = false;
+};
+
+Stream findStream(PcmFormat& format, UserInterface* parent, std::string_view name) {
+    auto& context = format.context();
+    Stream stream;
+    stream.pGroup = findStreamGroup(format, parent, 'P', name);
+    stream.found = stream.pGroup > 0 ||
+                   (format.edition() >= 2009 && findStreamGroup(format, parent, 'S', name) > 0);
+    if (stream.found) {
+        return stream;
+    }
+    LinkNames links;
+    std::vector<std::string> names;
+    (void)gatherDataLinks(context, parent, names);
+    for (const auto& link : names) {
+        links.add(link);
+    }
+    const std::string link(name);
+    if (!links.has(link)) {
+        return stream;
+    }
+    stream.isBus = findGroupIndex(context, parent, 'B', link) > 0;
+    stream.found = stream.isBus ||
+                   (format.edition() >= 2009 && findGroupIndex(context, parent, 'S', link) > 0);
+    return stream;
+}
+
+bool runStep(const std::function<bool(UserInterface*, PcmFormat&)>& step, PcmLoad& load) {
+    return !step || step(load.parent, load.format);
+}
+
+/// The words' cells, and what is in them: the bus or packet definitions or the measurements.
+bool readContents(PcmLoad& load, const PcmSteps& steps) {
+    auto& format = load.format;
+    if (format.isBusStream) {
+        return runStep(steps.loadBusDefinitions, load);
+    }
+    if (format.typeFormat == "PKTM" && (format.edition() == 2005 || format.edition() == 2007)) {
+        return runStep(steps.loadPacketDefinitions, load);
+    }
+    for (int fwp = 0; fwp < format.wordsPerMinorFrame; ++fwp) {
+        load.status("Initializing PCM Measurement Information. Allocating memory for FWP %d.", fwp);
+        if (!format.allocateCells(load.parent, fwp)) {
+            return false;
+        }
+    }
+    const int result = readMeasurements(load);
+    if (result >= 0 && !format.hasAnyMeasurement()) {
+        wordFrameMode(format, load.parent);
+    }
+    return result >= 0;
+}
+
+void checkClass(PcmLoad& load) {
+    auto& format = load.format;
+    const auto attribute = format.classTwoAttribute();
+    if (!attribute) {
+        return;
+    }
+    load.log(221, kErrorReadingFormat, format.streamName.view(), *attribute);
+    format.typeFormat = format.edition() <= 2001 ? "OTHR" : "TWO";
+    load.corrected();
+}
+
+void showMessages(const PcmFormat& format, UserInterface* parent) {
+    const auto& context = format.context();
+    const auto path = context.messages.logPath();
+    std::string text;
+    if (!fileExists(path) || !readWholeFile(path, text).ok() || text.empty()) {
+        return;
+    }
+    // Without its heading the log is shown all the same.
+    (void)writeWholeFile(path, formatPrintf("Stream: %s\n\n", format.streamName.view()) + text);
+    context.messages.showLog(parent, context.document.path, format.streamName);
+}
+
+bool loadStream(PcmLoad& load, const PcmSteps& steps, const Stream& stream) {
+    auto& format = load.format;
+    auto& context = format.context();
+    const LengthLog lengths(context.reader, context.messages.logPath());
+    if (readPcmGroup(load) < 0) {
+        return false;
+    }
+    const bool isNew = load.isNew;
+    const int counters = countIdCounters(format);
+    if (stream.isBus && stream.pGroup == 0) {
+        format.typeFormat = "1553";
+        format.isBusStream = true;
+    }
+    if (!readContents(load, steps)) {
+        return false;
+    }
+    if (lengths.hasCut()) {
+        load.corrected();
+    }
+    checkClass(load);
+    // Hidden subframes are made anew by each load: they are no change.
+    format.changed = isNew || load.result > 0 || countIdCounters(format) != counters;
+    if (steps.conversions != nullptr && checkSampleRates(format, load.parent, *steps.conversions)) {
+        format.changed = true;
+    }
+    return true;
+}
+
+}  // namespace
+
+bool PcmLoad::mayLog() {
+    if (parent == nullptr || messages_ > kMostMessages) {
+        return false;
+    }
+    if (++messages_ > kMostMessages) {
+        format.context().messages.logText(parent, title::kWarning,
+                                          "There are more messages than can be shown. The rest "
+                                          "of them is left out.");
+        return false;
+    }
+    return true;
+}
+
+void PcmLoad::logLastCommands(std::string_view commands) {
+    constexpr std::size_t kMostBytes = std::size_t{16} << 20U;
+    commandBytes_ += commands.size();
+    if (parent != nullptr && !logIsFull() && commandBytes_ < kMostBytes) {
+        format.context().messages.logLastCommands(commands);
+    }
+}
+
+bool PcmLoad::cancelled() {
+    yieldToInterface(parent);
+    abort = abort || cancelRequested(parent);
+    return abort;
+}
+
+bool PcmLoad::statusDue() {
+    return format.context().ticker.secondElapsed();
+}
+
+int findStreamGroup(PcmFormat& format, UserInterface* parent, char letter,
+                    std::string_view streamName) {
+    auto& context = format.context();
+    for (int index = kLeastGroupIndex; index <= kMostGroupIndex; ++index) {
+        const auto file = groupFileName(letter, index, format.edition());
+        ByteSource source;
+        if (file.empty() || !source.open(context.store.pathOf(file)).ok()) {
+            continue;
+        }
+        // No message for a long name here: the load of that stream has its own.
+        const auto name =
+            context.reader.findField(parent, source, groupPrefix(letter, index), "DLN", 0);
+        if (name && name->substr(0, kNameLimit) == streamName.substr(0, kNameLimit)) {
+            return index;
+        }
+    }
+    return 0;
+}
+
+bool loadPcmFormat(PcmFormat& format, UserInterface* parent, const PcmSteps& steps,
+                   std::optional<std::string_view> streamName, PcmLoadReport* report) {
+    PcmLoadReport ignored;
+    auto& outcome = report == nullptr ? ignored : *report;
+    outcome.result = -1;
+    std::string name(streamName.value_or(std::string_view()));
+    if (!streamName && steps.selectStream) {
+        name = steps.selectStream(parent);
+    }
+    const auto stream = name.empty() ? Stream{} : findStream(format, parent, name);
+    if (!stream.found) {
+        return false;
+    }
+    if (format.loaded() && format.streamName == FixedText<32>(name)) {
+        outcome.result = 0;
+        return true;
+    }
+    auto& context = format.context();
+    format.closeFormat();
+    format.hexFsp = context.settings.integer("HexFSP", 0) != 0;
+    format.streamName = name;
+    format.pGroup = stream.pGroup;
+    ProgressScope progress(parent, ProgressMode::WithCancel);
+    if (fileExists(context.messages.logPath())) {
+        (void)deleteFile(context.messages.logPath());
+    }
+    PcmLoad load(format, parent);
+    const bool loaded = loadStream(load, steps, stream);
+    setProgressBar(parent, -1);
+    setStatusText(parent, {});
+    progress.close();
+    showMessages(format, parent);
+    if (!loaded) {
+        format.closeFormat();
+        return false;
+    }
+    outcome.result = load.result;
+    return true;
+}
+
+}  // namespace kavu

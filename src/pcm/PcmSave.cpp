@@ -1,0 +1,165 @@
+#include "pcm/PcmSave.h"
+
+#include "core/FileIo.h"
+#include "core/GroupFiles.h"
+#include "core/ProfileSettings.h"
+#include "core/TmatsDocument.h"
+#include "core/TmatsReader.h"
+#include "core/UserInterface.h"
+#include "core/WorkingStore.h"
+#include "groups/GroupScan.h"
+#include "pcm/AsyncWriting.h"
+#include "pcm/FrameSyncPattern.h"
+#include "pcm/MeasurementWriting.h"
+#include "pcm/PcmLoad.h"
+#include "pcm/SubframeWriting.h"
+
+namespace kavu {
+
+namespace {
+
+void writeAttributes(const PcmFormat& format, FileWriter& writer, const std::string& prefix) {
+    const auto text = [&](std::string_view code, std::string_view value) {
+        writeCommand(writer, prefix, code, value);
+    };
+    text("DLN", format.streamName);
+    text("D1", format.pcmCode);
+    text("D2", format.bitRate);
+    text("D3", format.encryption);
+    text("D4", format.polarity);
+    text("D5", format.autoPolarityCorrection);
+    text("D6", format.dataDirection);
+    text("D7", format.dataRandomized);
+    text("D8", format.randomizerLength);
+    text("TF", format.typeFormat);
+    writeIntCommand(writer, prefix, "F1", format.commonWordLength);
+    text("F2", format.wordTransferOrder);
+    text("F3", format.parity);
+    text("F4", format.parityTransferOrder);
+    writeIntCommand(writer, prefix, "MF\\N", format.numberOfFrames);
+    writeIntCommand(writer, prefix, "MF1", format.wordsPerMinorFrame);
+    writeIntCommand(writer, prefix, "MF2", format.bitsPerMinorFrame);
+    text("MF3", format.syncType);
+}
+
+/// The pattern stands in the file in binary and without blanks, whatever its form here.
+void writeSync(const PcmFormat& format, FileWriter& writer, const std::string& prefix) {
+    auto pattern = withoutBlanks(format.syncPattern);
+    if (format.hexFsp) {
+        pattern = hexToBinary(pattern);
+    }
+    const auto length = static_cast<std::size_t>(std::max(0, format.syncLength));
+    if (pattern.size() > length) {
+        pattern.erase(0, pattern.size() - length);
+    }
+    if (!pattern.empty()) {
+        writeIntCommand(writer, prefix, "MF4", format.syncLength);
+        writeCommand(writer, prefix, "MF5", pattern);
+    }
+    writeCommand(writer, prefix, "SYNC1", format.inSyncCriteria);
+    writeCommand(writer, prefix, "SYNC2", format.inSyncPatternCriteria);
+    writeCommand(writer, prefix, "SYNC3", format.outOfSyncDisagrees);
+    writeCommand(writer, prefix, "SYNC4", format.outOfSyncPatternCriteria);
+}
+
+void writeWordLengths(const PcmFormat& format, FileWriter& writer, const std::string& prefix) {
+    int n = 0;
+    for (int fwp = 1; fwp < format.wordsPerMinorFrame; ++fwp) {
+        if (format.wordLength(fwp) != format.commonWordLength) {
+            ++n;
+            writeIntCommand(writer, prefix, formatPrintf("MFW1-%d", n), fwp);
+            writeIntCommand(writer, prefix, formatPrintf("MFW2-%d", n), format.wordLength(fwp));
+        }
+    }
+}
+
+void writeComment(const PcmFormat& format, FileWriter& writer, const std::string& prefix) {
+    auto comment = format.comment;
+    if (format.pcmCode == "OTHER" && !format.nonStandardCode.empty()) {
+        auto parts = splitCommentRecord(comment);
+        setCommentRecordValue(parts.record, "D1", format.nonStandardCode);
+        comment = parts.record + parts.plain;
+    }
+    writeCommand(writer, prefix, "COM", comment);
+}
+
+}  // namespace
+
+void appendWorkingFile(const PcmFormat& format, FileWriter& writer, std::string_view name) {
+    const auto path = format.context().store.pathOf(name);
+    ByteSource source;
+    if (!fileExists(path) || !source.open(path).ok()) {
+        return;
+    }
+    for (auto window = source.window(); !window.empty(); window = source.window()) {
+        writer.write(window);
+        source.take(window.size());
+    }
+}
+
+bool writePcmGroup(PcmFormat& format, UserInterface* parent) {
+    auto& context = format.context();
+    setStatusText(parent, "Saving PCM Format Information...");
+    setProgressBar(parent, 0);
+    if (format.pGroup < 1) {
+        format.pGroup = firstFreeIndex(context, 'P');
+    }
+    FileWriter writer;
+    const auto file = groupFileName('P', format.pGroup, format.edition());
+    const auto opened = file.empty() ? IoStatus(groupFile('P', format.pGroup), ENOSPC)
+                                     : writer.open(context.store.pathOf(file), WriteMode::Truncate);
+    if (!opened.ok()) {
+        if (parent != nullptr) {
+            parent->beep();
+        }
+        showBox(parent,
+                "Unable to open PCM Format Definition File. Operation Aborted\n\nReason: " +
+                    opened.path() + ": " + opened.reason(),
+                std::string(loadText(title::kError).value_or("")));
+        return false;
+    }
+    const auto prefix = groupPrefix('P', format.pGroup);
+    writeAttributes(format, writer, prefix);
+    setProgressBar(parent, 20);
+    writeSync(format, writer, prefix);
+    writeWordLengths(format, writer, prefix);
+    writeIdCounters(format, writer, prefix);
+    setProgressBar(parent, 50);
+    if (format.edition() >= 2009) {
+        appendWorkingFile(format, writer, kFrameFilterFile);
+    }
+    setProgressBar(parent, 80);
+    writeAsyncEmbedded(format, parent, writer, prefix);
+    setProgressBar(parent, 85);
+    appendWorkingFile(format, writer, kFormatSwitchFile);
+    setProgressBar(parent, 90);
+    appendWorkingFile(format, writer, kAltTagFile);
+    writeDataMerge(format, parent, writer, prefix);
+    setProgressBar(parent, 95);
+    writeComment(format, writer, prefix);
+    if (const auto status = writer.close(); !status.ok()) {
+        reportUnableToWrite(parent, status);
+        return false;
+    }
+    return true;
+}
+
+bool savePcmFormat(PcmFormat& format, UserInterface* parent) {
+    if (!format.loaded() || !format.changed) {
+        return true;
+    }
+    // The measurements of bus and packet streams are in groups of their own.
+    const bool hasMeasurements =
+        !format.isBusStream &&
+        !(format.typeFormat == "PKTM" && (format.edition() == 2005 || format.edition() == 2007));
+    if (!writePcmGroup(format, parent) || (hasMeasurements && !writeMeasurements(format, parent))) {
+        return false;
+    }
+    format.changed = false;
+    format.context().document.changed = true;
+    setProgressBar(parent, -1);
+    setStatusText(parent, {});
+    return true;
+}
+
+}  // namespace kavu
