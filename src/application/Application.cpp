@@ -13,9 +13,14 @@
 #include "core/Text.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "groups/DataSources.h"
 #include "groups/LinkValidation.h"
 #include "groups/MeasurementNames.h"
 #include "groups/Migration.h"
+#include "pcm/PcmFormat.h"
+#include "pcm/PcmLoad.h"
+#include "pcm/SampleRateCheck.h"
+#include "pcm/WordFrameConversion.h"
 
 #include <optional>
 
@@ -25,6 +30,16 @@ namespace {
 
 constexpr std::uint64_t kLongestWelcome = 64 * 1024;
 constexpr const char* kVerifying = "Verifying no KAVU temporary files exist";
+
+/// The name of the stream that the user chooses, or nothing.
+std::string selectStream(DocumentContext& context, UserInterface* parent) {
+    std::vector<std::string> links;
+    if (parent == nullptr || !gatherDataLinks(context, parent, links) || links.empty()) {
+        return {};
+    }
+    const int choice = parent->chooseFromList("Select Data Link", links);
+    return choice < 0 ? std::string() : links.at(static_cast<std::size_t>(choice));
+}
 
 }  // namespace
 
@@ -39,7 +54,8 @@ struct Application::Parts {
           context{clock, ticker, random, settings, store, messages, reader, document, steps},
           names(store),
           conversions(context),
-          measurements(context) {}
+          measurements(context),
+          pcmFormat(context) {}
 
     ProfileSettings settings;
     WorkingStore store;
@@ -52,6 +68,8 @@ struct Application::Parts {
     KeyValueStore names;
     ConversionStore conversions;
     MeasurementNames measurements;
+    PcmFormat pcmFormat;
+    PcmSteps pcmSteps;
     HeldSettings held;
 };
 
@@ -157,12 +175,28 @@ void Application::installSteps() {
     };
     steps.migrate = [&parts](UserInterface* parent, int input, int target) {
         IoStatus failure;
-        const bool changed =
-            migrateDocument(parts.context, parts.conversions, parent, input, target, {}, &failure);
+        const auto convertStream = [&parts, input](UserInterface* window, int pIndex) {
+            return migrateStream(parts.pcmFormat, window, parts.pcmSteps, pIndex, input);
+        };
+        const bool changed = migrateDocument(parts.context, parts.conversions, parent, input,
+                                             target, convertStream, &failure);
         return failure.ok() ? std::optional(changed) : std::nullopt;
     };
     steps.validateDataLinks = [&parts](UserInterface* parent) {
         return validateDataLinks(parts.context, parent);
+    };
+    installPcmSteps();
+}
+
+void Application::installPcmSteps() {
+    auto& parts = *parts_;
+    parts.steps.releasePcmFormat = [&parts] { parts.pcmFormat.closeFormat(); };
+    parts.pcmSteps.conversions = &parts.conversions;
+    parts.pcmSteps.selectStream = [&parts](UserInterface* parent) {
+        return selectStream(parts.context, parent);
+    };
+    parts.conversions.sampleRateStep = [&parts](std::string_view measurement) {
+        return calculateSampleRate(parts.pcmFormat, measurement);
     };
 }
 
@@ -180,6 +214,12 @@ ConversionStore& Application::conversions() {
 }
 MeasurementNames& Application::measurementNames() {
     return parts_->measurements;
+}
+PcmFormat& Application::pcmFormat() {
+    return parts_->pcmFormat;
+}
+const PcmSteps& Application::pcmSteps() {
+    return parts_->pcmSteps;
 }
 Application::HeldSettings& Application::held() {
     return parts_->held;

@@ -14,6 +14,8 @@ namespace kavu {
 
 class ConversionStore;
 class MeasurementNames;
+class PcmFormat;
+struct PcmSteps;
 
 class Application {
   public:
@@ -40,6 +42,9 @@ class Application {
     [[nodiscard]] DocumentContext& context();
     [[nodiscard]] ConversionStore& conversions();
     [[nodiscard]] MeasurementNames& measurementNames();
+    /// The one stream that can be in memory, and what its load needs of other folders.
+    [[nodiscard]] PcmFormat& pcmFormat();
+    [[nodiscard]] const PcmSteps& pcmSteps();
 
     /// Settings that are held in memory while the program runs.
     struct HeldSettings {
@@ -67,6 +72,7 @@ class Application {
   private:
     struct Parts;
     void installSteps();
+    void installPcmSteps();
     void readSettings();
 
     Environment environment_;

@@ -87,12 +87,45 @@ struct CommandApps {
     CLI::App* store;
     CLI::App* tree;
     CLI::App* recover;
+    CLI::App* stream;
+    CLI::App* rewrite;
+    CLI::App* wordFrame;
 };
+
+void addLink(CLI::App& command, CommandLine& line) {
+    oneValue(command.add_option("LINK", line.link, "The name of the stream's data link"), "")
+        ->required();
+}
+
+void addOutput(CLI::App& command, CommandLine& line) {
+    oneValue(command.add_option("-o,--output", line.output, "The file to write"), "OUT")
+        ->required();
+}
+
+void addStreamCommands(CLI::App& app, CommandApps& apps, CommandLine& line) {
+    apps.stream = addCommand(app, "stream", "Load a PCM stream and show its whole model");
+    addFile(*apps.stream, line);
+    addLink(*apps.stream, line);
+    apps.rewrite = addCommand(app, "rewrite",
+                              "Load a PCM stream, write its groups anew, and save the document "
+                              "under another name");
+    addFile(*apps.rewrite, line);
+    addLink(*apps.rewrite, line);
+    addOutput(*apps.rewrite, line);
+    apps.wordFrame = addCommand(app, "word-frame",
+                                "Load a PCM stream, give its measurements word/frame locations, "
+                                "and save the document under another name");
+    addFile(*apps.wordFrame, line);
+    addLink(*apps.wordFrame, line);
+    addOutput(*apps.wordFrame, line);
+}
 
 CommandApps addCommands(CLI::App& app, CommandLine& line, RawOptions& raw) {
     CommandApps apps{};
     apps.check = addCommand(app, "check", "Open a TMATS file as the editor does, and report");
     addFile(*apps.check, line);
+    apps.check->add_flag("--deep", line.deep,
+                         "Load every stream as well, and report what is wrong with each");
 
     apps.save = addCommand(app, "save", "Open a TMATS file and save it under another name");
     addFile(*apps.save, line);
@@ -124,6 +157,7 @@ CommandApps addCommands(CLI::App& app, CommandLine& line, RawOptions& raw) {
     oneValue(apps.recover->add_option("-o,--output", line.output, "The file to write"), "OUT");
     apps.recover->add_flag("--list", line.list,
                            "List the folders that dead runs left behind, newest first");
+    addStreamCommands(app, apps, line);
     return apps;
 }
 
@@ -136,6 +170,15 @@ Command chosenCommand(const CommandApps& apps) {
     }
     if (apps.tree->parsed()) {
         return Command::Tree;
+    }
+    if (apps.stream->parsed()) {
+        return Command::Stream;
+    }
+    if (apps.rewrite->parsed()) {
+        return Command::Rewrite;
+    }
+    if (apps.wordFrame->parsed()) {
+        return Command::WordFrame;
     }
     return apps.recover->parsed() ? Command::Recover : Command::Check;
 }

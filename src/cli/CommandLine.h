@@ -11,7 +11,7 @@
 
 namespace kavu::cli {
 
-enum class Command { Check, Save, Store, Tree, Recover };
+enum class Command { Check, Save, Store, Tree, Recover, Stream, Rewrite, WordFrame };
 
 /// When a progress line is shown on standard error.
 enum class ProgressWhen { Auto, Always, Never };
@@ -33,10 +33,12 @@ struct CommandLine {
     Replies replies;
 
     std::string file;            ///< the document, or the store to recover
-    std::string output;          ///< `save`, `recover`
+    std::string output;          ///< `save`, `recover`, `rewrite`, `word-frame`
+    std::string link;            ///< `stream`, `rewrite`, `word-frame`: the data link
     std::optional<int> edition;  ///< `save`: the edition to convert to, one of `kEditions`
     std::string into;            ///< `store`: the folder for the copies
     bool list = false;           ///< `recover`: list what there is
+    bool deep = false;           ///< `check`: load every stream as well
 };
 
 /// The command line, or, when there is nothing to run, what to print and how to exit: help

@@ -23,10 +23,6 @@ bool nothingToPrepare(CommandContext&) {
     return true;
 }
 
-bool nothingMore(CommandContext&, CommandOutput&) {
-    return true;
-}
-
 // --- save ---------------------------------------------------------------------------------
 
 bool prepareSave(CommandContext& context) {
@@ -117,10 +113,13 @@ std::string localTime(std::int64_t seconds) {
 
 // --- the table ----------------------------------------------------------------------------
 
-constexpr DocumentCommand kCheck{nothingToPrepare, nothingMore};
+constexpr DocumentCommand kCheck{nothingToPrepare, checkCommand};
 constexpr DocumentCommand kSave{prepareSave, saveCommand};
 constexpr DocumentCommand kStore{prepareStore, storeCommand};
 constexpr DocumentCommand kTree{nothingToPrepare, treeCommand};
+constexpr DocumentCommand kStream{nothingToPrepare, streamCommand};
+constexpr DocumentCommand kRewrite{nothingToPrepare, rewriteCommand};
+constexpr DocumentCommand kWordFrame{nothingToPrepare, wordFrameCommand};
 
 }  // namespace
 
@@ -132,6 +131,12 @@ const DocumentCommand& documentCommand(Command command) {
             return kStore;
         case Command::Tree:
             return kTree;
+        case Command::Stream:
+            return kStream;
+        case Command::Rewrite:
+            return kRewrite;
+        case Command::WordFrame:
+            return kWordFrame;
         case Command::Check:
         case Command::Recover:
             break;

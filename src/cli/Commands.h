@@ -17,11 +17,12 @@ namespace kavu::cli {
 struct CommandOutput {
     Json members = Json::object();  ///< stand behind the members of the file
     std::string text;               ///< the same for a person, as terminal text
+    bool changed = false;           ///< the command has changed the document and saved it
 };
 
 struct CommandContext {
     Application& application;
-    UserInterface* ui;
+    ScriptedInterface* ui;
     const CommandLine& line;
 };
 
@@ -39,6 +40,15 @@ struct DocumentCommand {
 [[nodiscard]] bool recoverCommand(CommandContext& context, CommandOutput& output);
 /// `recover --list`
 [[nodiscard]] bool listAbandonedCommand(CommandContext& context, CommandOutput& output);
+
+/// `check --deep`; without the option there is nothing more to do.
+[[nodiscard]] bool checkCommand(CommandContext& context, CommandOutput& output);
+/// `stream`
+[[nodiscard]] bool streamCommand(CommandContext& context, CommandOutput& output);
+/// `rewrite`
+[[nodiscard]] bool rewriteCommand(CommandContext& context, CommandOutput& output);
+/// `word-frame`
+[[nodiscard]] bool wordFrameCommand(CommandContext& context, CommandOutput& output);
 
 /// `tree`
 [[nodiscard]] bool treeCommand(CommandContext& context, CommandOutput& output);

@@ -8,6 +8,23 @@ Json jsonText(const std::string& bytes) {
     return toUtf8(bytes);
 }
 
+namespace {
+
+template <typename Reported>
+Json reportedMembers(const Reported& reported) {
+    Json members{
+        {"id", reported.id}, {"title", reported.titleId}, {"text", jsonText(reported.text)}};
+    if constexpr (requires { reported.reply; }) {
+        members["reply"] = jsonText(reported.reply);
+    }
+    if (!reported.stream.empty()) {
+        members["stream"] = jsonText(reported.stream);
+    }
+    return members;
+}
+
+}  // namespace
+
 Json fileMembers(const OpenedFile& file, const ScriptedInterface& ui) {
     Json document;
     document["file"] = jsonText(file.file);
@@ -16,15 +33,11 @@ Json fileMembers(const OpenedFile& file, const ScriptedInterface& ui) {
     document["version"] = file.version;
     document["messages"] = Json::array();
     for (const auto& message : ui.messages()) {
-        document["messages"].push_back(
-            {{"id", message.id}, {"title", message.titleId}, {"text", jsonText(message.text)}});
+        document["messages"].push_back(reportedMembers(message));
     }
     document["questions"] = Json::array();
     for (const auto& question : ui.questions()) {
-        document["questions"].push_back({{"id", question.id},
-                                         {"title", question.titleId},
-                                         {"text", jsonText(question.text)},
-                                         {"reply", jsonText(question.reply)}});
+        document["questions"].push_back(reportedMembers(question));
     }
     return document;
 }

@@ -140,7 +140,9 @@ class Run {
         file_.file = document.path;
         file_.changed = document.changed;
         // A stop that came too late for the load still comes before the work.
-        return !ui_.cancelRequested() && command.run(context_, output_);
+        const bool done = !ui_.cancelRequested() && command.run(context_, output_);
+        file_.changed = document.changed || output_.changed;
+        return done;
     }
 
     bool recover() {
@@ -180,10 +182,10 @@ class Run {
     }
 
     void tellFailure() {
-        const char* const what = ui_.cancelRequested()            ? "cancelled"
-                                 : !file_.opened                  ? "not opened"
-                                 : line_.command == Command::Save ? "not saved"
-                                                                  : "not done";
+        const char* const what = ui_.cancelRequested()   ? "cancelled"
+                                 : !file_.opened         ? "not opened"
+                                 : !line_.output.empty() ? "not saved"
+                                                         : "not done";
         streams_.err << "kavu-cli: " << terminalLine(file_.file) << ": " << what << std::endl;
     }
 

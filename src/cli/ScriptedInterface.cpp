@@ -135,14 +135,14 @@ Button ScriptedInterface::message(const MessageBox& box) {
     const std::string text = reportText(box.text);
     const int id = std::abs(box.id);
     if (box.buttons == Buttons::Ok) {
-        messages_.push_back({id, box.titleId, text});
+        messages_.push_back({id, box.titleId, text, stream_});
         if (options_.showBoxes) {
             showLine((box.title.empty() ? std::string() : box.title + ": ") + box.shownText());
         }
         return Button::Ok;
     }
     const Button button = pressed(box, replyTo(box.id));
-    questions_.push_back({id, box.titleId, text, replyName(button)});
+    questions_.push_back({id, box.titleId, text, replyName(button), stream_});
     if (options_.showBoxes) {
         showLine((box.title.empty() ? std::string() : box.title + ": ") + box.shownText() + " -> " +
                  replyName(button));
@@ -151,7 +151,7 @@ Button ScriptedInterface::message(const MessageBox& box) {
 }
 
 void ScriptedInterface::remember(const std::string& text, const std::string& reply) {
-    questions_.push_back({0, 0, reportText(text), reply});
+    questions_.push_back({0, 0, reportText(text), reply, stream_});
     if (options_.showBoxes) {
         showLine(text + " -> " + reply);
     }
@@ -217,7 +217,7 @@ std::optional<FileChoice> ScriptedInterface::chooseFile(const FilePrompt& prompt
 }
 
 void ScriptedInterface::logged(const LoggedMessage& message) {
-    messages_.push_back({std::abs(message.id), message.titleId, reportText(message.text)});
+    messages_.push_back({std::abs(message.id), message.titleId, reportText(message.text), stream_});
 }
 
 void ScriptedInterface::showMessages(const std::string& title, const std::string& subtitle,

@@ -28,6 +28,7 @@ struct ReportedMessage {
     int id = 0;  ///< without its sign, 0 for a text without a number
     int titleId = 0;
     std::string text;
+    std::string stream;  ///< the stream it belongs to, if that was told
 };
 
 /// A question, with the reply that it was given.
@@ -36,6 +37,7 @@ struct AnsweredQuestion {
     int titleId = 0;
     std::string text;
     std::string reply;
+    std::string stream;
 };
 
 /// What the Messages window was given to show.
@@ -54,6 +56,9 @@ class ScriptedInterface : public UserInterface {
     [[nodiscard]] const std::vector<ReportedMessage>& messages() const { return messages_; }
     [[nodiscard]] const std::vector<AnsweredQuestion>& questions() const { return questions_; }
     [[nodiscard]] const std::vector<ShownMessages>& shown() const { return shown_; }
+
+    /// What is told from now on belongs to this stream; empty ends that.
+    void setStream(std::string stream) { stream_ = std::move(stream); }
 
     Button message(const MessageBox& box) override;
     /// Prompts take the reply for all: a text or a number is the value, `yes` the initial
@@ -89,6 +94,7 @@ class ScriptedInterface : public UserInterface {
 
     ScriptedInterfaceOptions options_;
     std::ostream& err_;
+    std::string stream_;
     std::vector<ReportedMessage> messages_;
     std::vector<AnsweredQuestion> questions_;
     std::vector<ShownMessages> shown_;

@@ -1,29 +1,66 @@
 #include "application/Application.h"
 #include "cli/Commands.h"
+#include "cli/ScriptedInterface.h"
 #include "cli/TerminalText.h"
 #include "conversion/ConversionStore.h"
 #include "groups/DocumentTree.h"
+#include "pcm/StreamSummary.h"
+
+#include <map>
 
 namespace kavu::cli {
 
 namespace {
 
-Json linkJson(const TreeLink& link) {
+/// What is told of the PCM streams, by the index of their P files.
+using Summaries = std::map<int, StreamSummary>;
+
+/// Links that bear a PCM stream; all others have no frame.
+bool isPcm(const TreeLink& link) {
+    return link.group > 0 && link.kind.starts_with("PCM");
+}
+
+Summaries readSummaries(CommandContext& context, const DocumentTree& tree) {
+    Summaries summaries;
+    for (const auto& source : tree.dataSources) {
+        for (const auto& link : source.links) {
+            if (isPcm(link) && !summaries.contains(link.group)) {
+                summaries[link.group] = readStreamSummary(context.application.context(), context.ui,
+                                                          link.group, link.measurements);
+            }
+        }
+    }
+    return summaries;
+}
+
+Json summaryJson(const StreamSummary& summary) {
+    return {{"words", summary.words},
+            {"frames", summary.frames},
+            {"bitRate", jsonText(summary.bitRate)},
+            {"counters", summary.counters},
+            {"subframes", summary.subframes}};
+}
+
+Json linkJson(const TreeLink& link, const Summaries& summaries) {
     Json embedded = Json::array();
     for (const auto& name : link.embedded) {
         embedded.push_back(jsonText(name));
     }
-    return {{"name", jsonText(link.name)},
-            {"kind", jsonText(link.kind)},
-            {"group", link.group},
-            {"measurements", link.measurements},
-            {"embedded", std::move(embedded)}};
+    Json members{{"name", jsonText(link.name)},
+                 {"kind", jsonText(link.kind)},
+                 {"group", link.group},
+                 {"measurements", link.measurements},
+                 {"embedded", std::move(embedded)}};
+    if (isPcm(link)) {
+        members["summary"] = summaryJson(summaries.at(link.group));
+    }
+    return members;
 }
 
-Json sourceJson(const TreeSource& source) {
+Json sourceJson(const TreeSource& source, const Summaries& summaries) {
     Json links = Json::array();
     for (const auto& link : source.links) {
-        links.push_back(linkJson(link));
+        links.push_back(linkJson(link, summaries));
     }
     return {{"name", jsonText(source.name)},
             {"type", jsonText(source.type)},
@@ -43,7 +80,7 @@ std::string countText(std::size_t count, const char* what) {
 }
 
 /// The tree for a person: indented names, and columns with what is known of them.
-std::string treeText(const DocumentTree& tree) {
+std::string treeText(const DocumentTree& tree, const Summaries& summaries) {
     std::vector<std::vector<std::string>> rows;
     for (const auto& source : tree.dataSources) {
         // The class T is a recorder, whose group letter is R.
@@ -52,7 +89,8 @@ std::string treeText(const DocumentTree& tree) {
                         groupName(letter, source.group), groupName('M', source.multiplex)});
         for (const auto& link : source.links) {
             rows.push_back({"  " + terminalLine(link.name), terminalLine(link.kind),
-                            countText(link.measurements, "measurement")});
+                            isPcm(link) ? terminalLine(summaryText(summaries.at(link.group)))
+                                        : countText(link.measurements, "measurement")});
             for (const auto& name : link.embedded) {
                 rows.push_back({"    " + terminalLine(name), "embedded"});
             }
@@ -66,15 +104,16 @@ std::string treeText(const DocumentTree& tree) {
 bool treeCommand(CommandContext& context, CommandOutput& output) {
     auto& application = context.application;
     const DocumentTree tree = readDocumentTree(application.context(), context.ui);
+    const auto summaries = readSummaries(context, tree);
     const auto names =
         application.conversions().definitionNames(-1).value_or(std::vector<std::string>());
 
     Json sources = Json::array();
     for (const auto& source : tree.dataSources) {
-        sources.push_back(sourceJson(source));
+        sources.push_back(sourceJson(source, summaries));
     }
     Json conversions = Json::array();
-    output.text = treeText(tree);
+    output.text = treeText(tree, summaries);
     if (!names.empty()) {
         output.text += "Data conversions\n";
     }

@@ -27,15 +27,6 @@ constexpr auto kFormatTexts = std::to_array<FormatText>({
     {"1553", "1553"},
 });
 
-std::string formatText(const std::string& format) {
-    for (const auto& row : kFormatTexts) {
-        if (row.format == format) {
-            return std::string(row.text);
-        }
-    }
-    return format;
-}
-
 /// Everything that the rows of the tree are made of, from one look into each group file.
 class TreeReader {
   public:
@@ -101,7 +92,7 @@ class TreeReader {
         TreeLink row;
         row.name = link;
         if (const auto* const format = formatNamed(link); format != nullptr) {
-            row.kind = formatText(format->format);
+            row.kind = streamKindText(format->format);
             row.group = format->index;
             row.embedded = format->embedded;
         } else if (const int bus = buses_.find(link); bus > 0) {
@@ -149,6 +140,15 @@ class TreeReader {
 };
 
 }  // namespace
+
+std::string streamKindText(std::string_view format) {
+    for (const auto& row : kFormatTexts) {
+        if (row.format == format) {
+            return std::string(row.text);
+        }
+    }
+    return std::string(format);
+}
 
 DocumentTree readDocumentTree(DocumentContext& context, UserInterface* parent) {
     return TreeReader(context, parent).read();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kavu {
@@ -33,5 +34,9 @@ struct DocumentTree {
 /// Reads the tree from the group files. Files that can not be read are reported and left
 /// out; after a cancel the rest is missing.
 [[nodiscard]] DocumentTree readDocumentTree(DocumentContext& context, UserInterface* parent);
+
+/// The display text of a stored `TF`: "PCM (Class 1)", "PCM (Class 2)", "Packet", "1553", or the
+/// value itself.
+[[nodiscard]] std::string streamKindText(std::string_view format);
 
 }  // namespace kavu

@@ -24,6 +24,13 @@ namespace {
 constexpr const char* kUnableToOpen =
     "Unable to open PCM Measurement Definition File. Operation Aborted";
 
+/// A bus or packet stream: its measurements are in another group, and a D group that bears its
+/// name was never read.
+bool keepsMeasurementsElsewhere(const PcmFormat& format) {
+    return format.isBusStream || (format.typeFormat == "PKTM" &&
+                                  (format.edition() == 2005 || format.edition() == 2007));
+}
+
 /// A measurement at the place where the walk over the frame meets it first.
 struct FirstPlace {
     CellRef cell;
@@ -142,6 +149,9 @@ class ListWriter {
 
 bool writeMeasurements(PcmFormat& format, UserInterface* parent) {
     auto& context = format.context();
+    if (keepsMeasurementsElsewhere(format)) {
+        return true;
+    }
     setStatusText(parent, "Saving PCM Measurement Information...");
     setProgressBar(parent, 0);
     if (format.dGroup == 0) {

@@ -1,0 +1,126 @@
+#include "application/Application.h"
+#include "cli/Commands.h"
+#include "cli/ScriptedInterface.h"
+#include "cli/StreamReport.h"
+#include "cli/TerminalText.h"
+#include "core/BuildDocument.h"
+#include "core/Printf.h"
+#include "core/TmatsDocument.h"
+#include "groups/GroupScan.h"
+#include "pcm/PcmFormat.h"
+#include "pcm/PcmLoad.h"
+#include "pcm/PcmSave.h"
+#include "pcm/WordFrameConversion.h"
+
+#include <set>
+
+namespace kavu::cli {
+
+namespace {
+
+const char* resultText(int result) {
+    return result < 0 ? "failed" : result > 0 ? "corrected" : "clean";
+}
+
+/// True if any group file bears the link: a load that failed has told why, but nothing has
+/// told of a name that nobody has.
+bool bearsLink(DocumentContext& context, ScriptedInterface* ui, const std::string& link) {
+    for (const char letter : {'P', 'S', 'B'}) {
+        if (GroupNames(context, ui, letter).find(link) > 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool loadStream(CommandContext& context, CommandOutput& output) {
+    auto& application = context.application;
+    const auto& link = context.line.link;
+    PcmLoadReport report;
+    const bool loaded =
+        loadPcmFormat(application.pcmFormat(), context.ui, application.pcmSteps(), link, &report);
+    output.members["stream"] = jsonText(link);
+    output.members["result"] = loaded ? report.result : -1;
+    if (!loaded && !bearsLink(application.context(), context.ui, link)) {
+        showBox(context.ui, formatPrintf("There is no stream '%s' in this document.", link),
+                "Unable To Load Stream");
+    }
+    return loaded && !cancelRequested(context.ui);
+}
+
+/// Writes the stream to its groups and the document to its new file.
+bool saveStream(CommandContext& context, CommandOutput& output) {
+    auto& application = context.application;
+    auto& format = application.pcmFormat();
+    format.changed = true;
+    if (!savePcmFormat(format, context.ui)) {
+        return false;
+    }
+    output.changed = true;
+    if (!saveDocumentTo(application.context(), context.ui, context.line.output)) {
+        return false;
+    }
+    output.members["output"] = jsonText(context.line.output);
+    output.text += "Saved as " + terminalLine(context.line.output) + "\n";
+    return true;
+}
+
+}  // namespace
+
+bool checkCommand(CommandContext& context, CommandOutput& output) {
+    if (!context.line.deep) {
+        return true;
+    }
+    auto& application = context.application;
+    std::vector<PcmLinks> formats;
+    (void)readPcmLinks(application.context(), context.ui, formats);
+    Json streams = Json::array();
+    std::vector<std::vector<std::string>> rows;
+    std::set<std::string> loaded;
+    for (const auto& format : formats) {
+        // A link belongs to the first stream of its name.
+        if (format.link.empty() || !loaded.insert(format.link).second) {
+            continue;
+        }
+        context.ui->setStream(format.link);
+        PcmLoadReport report;
+        if (!loadPcmFormat(application.pcmFormat(), context.ui, application.pcmSteps(), format.link,
+                           &report)) {
+            report.result = -1;
+        }
+        application.pcmFormat().closeFormat();
+        context.ui->setStream({});
+        if (cancelRequested(context.ui)) {
+            return false;
+        }
+        streams.push_back({{"stream", jsonText(format.link)}, {"result", report.result}});
+        rows.push_back({terminalLine(format.link), resultText(report.result)});
+    }
+    output.members["streams"] = std::move(streams);
+    output.text = alignedTable(rows);
+    return true;
+}
+
+bool streamCommand(CommandContext& context, CommandOutput& output) {
+    if (!loadStream(context, output)) {
+        return false;
+    }
+    if (context.line.json) {
+        addStreamMembers(output.members, context.application.pcmFormat());
+    } else {
+        output.text = streamText(context.application.pcmFormat());
+    }
+    return true;
+}
+
+bool rewriteCommand(CommandContext& context, CommandOutput& output) {
+    return loadStream(context, output) && saveStream(context, output);
+}
+
+bool wordFrameCommand(CommandContext& context, CommandOutput& output) {
+    return loadStream(context, output) &&
+           convertToWordFrame(context.application.pcmFormat(), context.ui) &&
+           saveStream(context, output);
+}
+
+}  // namespace kavu::cli

@@ -1,0 +1,36 @@
+// What a list of streams tells of each: a stream in memory, or one in its group files that
+// nobody has loaded.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace kavu {
+
+struct DocumentContext;
+class PcmFormat;
+class UserInterface;
+
+struct StreamSummary {
+    std::string kind;  ///< display text, as in the tree
+    int words = 0;     ///< of a minor frame, the sync word counted
+    int frames = 0;    ///< minor frames of a major frame
+    std::string bitRate;
+    int counters = 0;   ///< ID counters
+    int subframes = 0;  ///< those that the file tells of, not the hidden ones
+    std::size_t measurements = 0;
+    [[nodiscard]] bool operator==(const StreamSummary&) const = default;
+};
+
+[[nodiscard]] StreamSummary summariseStream(const PcmFormat& format);
+/// Of the stream in a P file, which is read but not loaded: a value that a load would correct
+/// counts as it stands, within the limits of a format. `measurements` comes from the caller,
+/// who has counted them. A file that can not be read is reported, and gives an empty one.
+[[nodiscard]] StreamSummary readStreamSummary(DocumentContext& context, UserInterface* parent,
+                                              int pGroup, std::size_t measurements);
+
+/// "128 words, 8 frames, 1000000 bit/s, 1 ID counter, 4 subframes, 20 measurements"; what there
+/// is none of is left out, but for the words, the frames and the measurements.
+[[nodiscard]] std::string summaryText(const StreamSummary& summary);
+
+}  // namespace kavu
