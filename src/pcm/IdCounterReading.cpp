@@ -5,6 +5,8 @@
 #include "pcm/SubframeNumbers.h"
 #include "pcm/SubframeReading.h"
 
+#include <set>
+
 namespace kavu {
 
 namespace {
@@ -151,6 +153,34 @@ class CounterReader {
     std::optional<std::string_view> endValueFound_;
 };
 
+/// Which counters the commands of the file tell of.
+class CounterNumbers {
+  public:
+    explicit CounterNumbers(const PcmLoad& load) {
+        load.fields->forEach([&](std::string_view code, std::string_view) {
+            if (!startsWithIgnoreCase(code, load.prefix)) {
+                return;
+            }
+            code.remove_prefix(load.prefix.size());
+            const auto hyphen = code.find('-');
+            if (hyphen == std::string_view::npos ||
+                !(startsWithIgnoreCase(code, subframe_code::kCounterHead) ||
+                  startsWithIgnoreCase(code, subframe_code::kCounterFields))) {
+                return;
+            }
+            numbers_.insert(leadingInt(code.substr(hyphen + 1)));
+        });
+    }
+    /// A deleted counter leaves a gap in the numbers, while their count is that of the
+    /// counters: the file goes on behind it. Such a gap is no counter without a name.
+    [[nodiscard]] bool isGap(int number, int count) const {
+        return !numbers_.contains(number) && !numbers_.empty() && *numbers_.rbegin() > count;
+    }
+
+  private:
+    std::set<int> numbers_;
+};
+
 /// The number of counters that the file tells, at most as many as there can be.
 int readCounterCount(PcmLoad& load) {
     const int count = load.number(subframe_code::kCounterCount).value_or(0);
@@ -175,11 +205,12 @@ bool readIdCounters(PcmLoad& load) {
     const bool withSubframes = load.edition() < 2011 && count > 0;
     const auto numbers =
         withSubframes ? SubframeNumbers(*load.fields, load.prefix) : SubframeNumbers();
+    const CounterNumbers present(load);
     for (int n = 1; n <= count; ++n) {
         if (load.cancelled()) {
             return false;
         }
-        if (CounterReader(load, n).read() && withSubframes &&
+        if (!present.isGap(n, count) && CounterReader(load, n).read() && withSubframes &&
             !readSubframes(load, n - 1, numbers)) {
             return false;
         }

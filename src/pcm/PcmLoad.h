@@ -57,7 +57,9 @@ class PcmLoad {
     void logLastCommands(std::string_view commands);
     static constexpr int kMostMessages = 10'000;
     /// True once no further message is taken: a loop need not make their texts any more.
-    [[nodiscard]] bool logIsFull() const { return messages_ >= kMostMessages; }
+    [[nodiscard]] bool logIsFull() const {
+        return parent == nullptr || messages_ > kMostMessages;
+    }
 
     /// A numbered yes-no question in a box; No without a parent.
     template <typename... Args>

@@ -6,6 +6,10 @@
 
 namespace kavu::subframe_code {
 
+// How the codes of a counter begin.
+inline constexpr std::string_view kCounterHead = "ISF";
+inline constexpr std::string_view kCounterFields = "IDC";
+
 inline constexpr std::string_view kCounterCount = "ISF\\N";
 inline constexpr std::string_view kCounterName = "ISF1-%d";
 inline constexpr std::string_view kCounterType = "ISF2-%d";

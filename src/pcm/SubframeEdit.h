@@ -58,7 +58,8 @@ enum class HiddenMode { Shown = 0, Hidden = 1, ForMeasurement = -1 };
 
 struct SubframeRequest {
     int fwp = 0;
-    std::optional<std::string_view> name;  ///< of the measurement for `ForMeasurement`
+    std::optional<std::string_view> name =
+        std::nullopt;  ///< of the measurement for `ForMeasurement`
     HiddenMode hidden = HiddenMode::Shown;
     int depth = 0;  ///< 0 is the counter's end frame
     int locations = 1;
