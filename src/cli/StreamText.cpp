@@ -214,7 +214,8 @@ std::string measurementSection(const PcmFormat& format) {
     Rows rows{{"Name", "Location", "Word", "Frame", "Samples", "Order", "Mask"}};
     format.forEachMeasurement([&](CellRef cell, int fwp, int index) {
         const auto& measurement = format.cells().measurement(cell);
-        const bool every = format.wordType(fwp) != WordType::Subframe;
+        const bool every =
+            format.wordType(fwp) != WordType::Subframe || format.isInEveryFrame(measurement);
         rows.push_back({terminalLine(measurement.name), terminalLine(measurement.locationType),
                         number(fwp), every ? "all" : number(index),
                         number(format.countMeasurementOccurences(measurement.name)),

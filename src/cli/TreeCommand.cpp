@@ -75,6 +75,11 @@ std::string groupName(char letter, int index) {
     return index > 0 ? std::string(1, letter) + "-" + std::to_string(index) : std::string();
 }
 
+/// The group of a link's own file: a bus, message or PAM stream may have a P file, too.
+char streamLetter(const TreeLink& link) {
+    return link.kind == "Message Data" ? 'S' : link.kind == "PAM" ? 'A' : 'P';
+}
+
 std::string countText(std::size_t count, const char* what) {
     return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
@@ -89,6 +94,7 @@ std::string treeText(const DocumentTree& tree, const Summaries& summaries) {
                         groupName(letter, source.group), groupName('M', source.multiplex)});
         for (const auto& link : source.links) {
             rows.push_back({"  " + terminalLine(link.name), terminalLine(link.kind),
+                            groupName(streamLetter(link), link.group), "",
                             isPcm(link) ? terminalLine(summaryText(summaries.at(link.group)))
                                         : countText(link.measurements, "measurement")});
             for (const auto& name : link.embedded) {

@@ -15,6 +15,8 @@ namespace {
 constexpr int kMostFragmentNumber = 9;
 /// From here on subframes are not written.
 constexpr int kHiddenSubframesEdition = 2011;
+/// From here on a fragment is written with its end word and its end frame.
+constexpr int kEndsEdition = 2009;
 
 using Places = std::vector<HeldPlace>;
 
@@ -95,6 +97,23 @@ class Builder {
         fragment.transferOrder = order == "M" || order == "L" ? order.view().front() : 'D';
     }
 
+    /// Before 106-09 no end is written: a reader takes the last word, or the last frame, of a
+    /// range. One that ends before it would come back as more places than it was.
+    [[nodiscard]] bool comesBack(const WordFrameFragment& fragment) const {
+        if (format_.edition() >= kEndsEdition) {
+            return true;
+        }
+        const int depth = format_.wordType(fragment.startWord) == WordType::Subframe
+                              ? format_.wordDepth(fragment.startWord)
+                              : format_.numberOfFrames;
+        const bool words = fragment.wordInterval == 0 ||
+                           fragment.endWord + fragment.wordInterval >= format_.wordsPerMinorFrame;
+        const bool frames = fragment.frameInterval == 0 ||
+                            (fragment.endFrame + fragment.frameInterval > format_.numberOfFrames &&
+                             depth >= format_.numberOfFrames);
+        return words && frames;
+    }
+
     /// A location of one fragment, as long as its first word.
     void addLocation(WordFrameFragment fragment, std::string_view mask) {
         fragment.mask = mask;
@@ -113,13 +132,15 @@ class Builder {
     }
 
     void buildMinorSupercom() {
-        if (isInterval()) {
-            const std::int64_t end =
-                fwp_ + std::int64_t{measurement_.interval} * (measurement_.locationCount - 1);
-            if (measurement_.locationCount >= 1 && end < format_.wordsPerMinorFrame) {
-                const int interval = measurement_.locationCount == 1 ? 0 : measurement_.interval;
-                addLocation(everyFrame(fwp_, interval, static_cast<int>(end)), measurement_.mask);
-            }
+        const std::int64_t end =
+            fwp_ + std::int64_t{measurement_.interval} * (measurement_.locationCount - 1);
+        if (isInterval() && (measurement_.locationCount < 1 || end >= format_.wordsPerMinorFrame)) {
+            return;
+        }
+        const int interval = measurement_.locationCount == 1 ? 0 : measurement_.interval;
+        const auto range = everyFrame(fwp_, interval, static_cast<int>(end));
+        if (isInterval() && comesBack(range)) {
+            addLocation(range, measurement_.mask);
             return;
         }
         for (const auto& place : places()) {
@@ -196,7 +217,7 @@ class Builder {
         fragment.endWord = word.end;
         fragment.frameInterval = frame.interval;
         fragment.endFrame = frame.end;
-        return fragment;
+        return comesBack(fragment) ? std::optional(fragment) : std::nullopt;
     }
 
     void buildSubframe() {

@@ -11,11 +11,16 @@
 #include "pcm/MeasurementPlacing.h"
 #include "pcm/PcmLoad.h"
 #include "pcm/PcmSave.h"
+#include "pcm/SubframeCodes.h"
+#include "pcm/SubframeEdit.h"
 #include "pcm/WordFrameBuild.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <limits>
+#include <optional>
+#include <set>
+#include <utility>
 
 namespace kavu {
 
@@ -24,6 +29,8 @@ namespace {
 constexpr int kFirstEdition = 2004;
 constexpr std::string_view kWordFrameType = "WDFR";
 constexpr int kTitle = 89;
+/// From here on subframes are not written.
+constexpr int kHiddenSubframesEdition = 2011;
 
 bool isWordFrame(const Measurement& measurement) {
     return equalsIgnoreCase(measurement.locationType, kWordFrameType);
@@ -75,7 +82,9 @@ class Conversion {
         if (!build()) {
             return false;
         }
+        keepWhatBlocks();
         if (!converted_.empty()) {
+            splitSupercommutated();
             takeOut();
             place();
             format_.sortCells();
@@ -87,6 +96,7 @@ class Conversion {
 
   private:
     struct Converted {
+        std::size_t name;
         Measurement measurement;
         WordFrameDefinition definition;
     };
@@ -123,13 +133,88 @@ class Conversion {
             ++done;
             auto& held = held_[name];
             if (auto definition = buildWordFrame(format_, held)) {
-                converted_.push_back(
-                    {converted(held.front().cell, *definition), std::move(*definition)});
+                const auto measurement = converted(held.front().cell, *definition);
+                converted_.push_back({name, measurement, std::move(*definition)});
                 taken_[name] = true;
             }
         }
-        held_.clear();
         return true;
+    }
+
+    /// The supercommutated subframe of a word, where subframes are written.
+    [[nodiscard]] std::optional<std::pair<int, int>> supercommutatedAt(int fwp) const {
+        const auto* const subframe = format_.subframeOfWord(fwp);
+        if (subframe == nullptr || !subframe->isSupercommutated() ||
+            format_.edition() >= kHiddenSubframesEdition) {
+            return std::nullopt;
+        }
+        return std::pair(format_.word(fwp).idCounterIndex, format_.word(fwp).subframeIndex);
+    }
+
+    /// Word/frame locations in a supercommutated subframe would not be read again, so such
+    /// subframes become several ordinary ones. One that holds a measurement which stays as it
+    /// is has to stay, too, and so have its other measurements.
+    void keepWhatBlocks() {
+        for (bool changed = true; changed;) {
+            changed = false;
+            std::set<std::pair<int, int>> blocked;
+            for (const auto name : order_) {
+                for (const auto& place : held_[name]) {
+                    if (const auto subframe = supercommutatedAt(place.fwp);
+                        subframe && !taken_[name]) {
+                        blocked.insert(*subframe);
+                    }
+                }
+            }
+            for (const auto& entry : converted_) {
+                const auto& held = held_[entry.name];
+                const bool stays = std::any_of(held.begin(), held.end(), [&](const auto& place) {
+                    const auto subframe = supercommutatedAt(place.fwp);
+                    return subframe && blocked.contains(*subframe);
+                });
+                changed = changed || (stays && taken_[entry.name]);
+                taken_[entry.name] = taken_[entry.name] && !stays;
+            }
+        }
+        std::erase_if(converted_, [this](const auto& entry) { return !taken_[entry.name]; });
+    }
+
+    void splitSupercommutated() {
+        std::set<std::pair<int, int>> subframes;
+        for (const auto& entry : converted_) {
+            for (const auto& place : held_[entry.name]) {
+                if (const auto subframe = supercommutatedAt(place.fwp)) {
+                    subframes.insert(*subframe);
+                }
+            }
+        }
+        for (const auto& [counter, index] : subframes) {
+            const auto words = format_.wordsOf({counter, index});
+            auto& array = format_.idCounters[static_cast<std::size_t>(counter)].subframes;
+            auto record = array[static_cast<std::size_t>(index)];
+            record.supercommutated = kNotSupercommutated;
+            record.locationMode = kNoLocationMode;
+            record.interval = "0";
+            array[static_cast<std::size_t>(index)] = record;
+            for (std::size_t i = 1; i < words.size(); ++i) {
+                const auto slot = getSubframeSlot(format_, parent_, counter);
+                if (!slot) {
+                    return;
+                }
+                record.name = freeSubframeName(words[i]);
+                array[static_cast<std::size_t>(*slot)] = record;
+                format_.subframeNamed({counter, *slot});
+                format_.setWord(words[i], WordType::Subframe, counter, *slot);
+            }
+        }
+    }
+
+    [[nodiscard]] std::string freeSubframeName(int fwp) const {
+        auto name = formatPrintf("SF-%d", fwp);
+        for (int n = 1; subframeNameExists(format_, name); ++n) {
+            name = formatPrintf("SF-%d-%d", fwp, n);
+        }
+        return name;
     }
 
     /// What stays of a measurement; where it is the definition tells from now on.
@@ -176,7 +261,7 @@ class Conversion {
     }
 
     void place() {
-        for (auto& [measurement, definition] : converted_) {
+        for (auto& [name, measurement, definition] : converted_) {
             measurement.wordFrameIndex =
                 format_.addWordFrameDefinition(-1, definition.locationCount());
             auto& stored = *format_.wordFrameDefinition(measurement.wordFrameIndex);
