@@ -79,7 +79,7 @@ namespace {
 
 /// Widths come in three sizes, so that a page of fields has few edges.
 int controlWidth(const QWidget& widget, std::size_t limit) {
-    return look::charactersWide(widget, limit == 0 || limit > 32 ? 40 : limit > 10 ? 28 : 14);
+    return look::charactersWide(widget, limit == 0 || limit > 32 ? 34 : limit > 10 ? 28 : 14);
 }
 
 class TextControl : public FieldControl {
@@ -208,7 +208,7 @@ class DateControl : public FieldControl {
         : FieldControl(host, field),
           withTime_(field.kind == FieldKind::DateTime),
           button_(look::makeButton("", {}, QStringLiteral("date"), host.parent)) {
-        button_->setMinimumWidth(controlWidth(*button_, withTime_ ? 19 : 10));
+        button_->setMinimumWidth(look::charactersWide(*button_, withTime_ ? 26 : 17));
         button_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
         connect(button_, &QPushButton::clicked, this, &DateControl::prompt);
     }

@@ -18,7 +18,7 @@ namespace kavu {
 namespace {
 
 /// A page with more fields than this is set in two columns, if it has boxes to set.
-constexpr int kFieldsOfOneColumn = 10;
+constexpr std::size_t kFieldsOfOneColumn = 10;
 
 struct Box {
     std::string_view title;
@@ -41,16 +41,40 @@ std::vector<Box> boxesOf(const std::vector<std::unique_ptr<FieldControl>>& contr
     return boxes;
 }
 
-/// The width that all labels of a page share, so that its controls stand in one line.
-int labelWidth(const std::vector<std::unique_ptr<FieldControl>>& controls, const QWidget& form) {
+/// The width that the labels of a column share, so that its controls stand in one line.
+int labelWidth(std::span<const Box> boxes, const QWidget& form) {
     int width = 0;
-    for (const auto& control : controls) {
-        if (control->field().kind != FieldKind::Comment) {
-            width = std::max(
-                width, form.fontMetrics().horizontalAdvance(toQString(control->field().label)));
+    for (const auto& box : boxes) {
+        for (const auto* control : box.controls) {
+            if (control->field().kind != FieldKind::Comment) {
+                width = std::max(
+                    width, form.fontMetrics().horizontalAdvance(toQString(control->field().label)));
+            }
         }
     }
     return width;
+}
+
+/// How many of the boxes stand in the first column; all if one column is enough, or if the
+/// screen has no room for two.
+std::size_t boxesOfFirstColumn(std::span<const Box> boxes, const QWidget& form) {
+    std::size_t total = 0;
+    std::size_t fields = 0;
+    for (const auto& box : boxes) {
+        total += box.controls.size() + 1;
+        fields += box.controls.size();
+    }
+    const int column =
+        labelWidth(boxes, form) + look::charactersWide(form, 30) + look::unit(form) * 6;
+    if (boxes.size() < 2 || fields <= kFieldsOfOneColumn ||
+        column * 2 > look::roomOnScreen(form).width()) {
+        return boxes.size();
+    }
+    std::size_t count = 0;
+    for (std::size_t placed = 0; placed * 2 < total; ++count) {
+        placed += boxes[count].controls.size() + 1;
+    }
+    return count;
 }
 
 void placeControl(QGridLayout& grid, FieldControl& control, int row, int width) {
@@ -77,7 +101,10 @@ QWidget* makeBox(const Box& box, QWidget* parent, int width) {
     }
     auto* grid = new QGridLayout(frame);
     const int distance = look::unit(*frame);
-    grid->setContentsMargins(distance, distance, distance, distance);
+    // What stands in no box is in line with what stands in one.
+    const int frameWidth = box.title.empty() ? 3 : 0;
+    grid->setContentsMargins(distance + frameWidth, box.title.empty() ? 0 : distance, distance,
+                             distance);
     grid->setHorizontalSpacing(distance);
     grid->setVerticalSpacing(distance * 3 / 4);
     grid->setColumnStretch(1, 1);
@@ -130,36 +157,26 @@ void FieldForm::build(std::span<const Field> fields, std::string_view pageName) 
 
 void FieldForm::placeBoxes(QHBoxLayout& columns) {
     const auto boxes = boxesOf(controls_);
-    const int width = labelWidth(controls_, *this);
-    const int total = static_cast<int>(controls_.size() + boxes.size());
-    const bool two = boxes.size() > 1 && controls_.size() > kFieldsOfOneColumn;
-    QVBoxLayout* column = nullptr;
-    int placed = 0;
-    bool stretched = true;
-    const auto beginColumn = [&] {
-        column = new QVBoxLayout;
+    const auto addColumn = [&](std::span<const Box> ofColumn) {
+        auto* column = new QVBoxLayout;
         column->setSpacing(look::unit(*this));
         columns.addLayout(column, 1);
-        stretched = false;
-    };
-    const auto endColumn = [&] {
+        const int width = labelWidth(ofColumn, *this);
+        bool stretched = false;
+        for (const auto& box : ofColumn) {
+            column->addWidget(makeBox(box, this, width), box.holdsComment ? 1 : 0);
+            stretched = stretched || box.holdsComment;
+        }
         if (!stretched) {
             column->addStretch();
         }
     };
-    beginColumn();
-    bool second = false;
-    for (const auto& box : boxes) {
-        if (two && !second && placed * 2 >= total) {
-            endColumn();
-            beginColumn();
-            second = true;
-        }
-        column->addWidget(makeBox(box, this, width), box.holdsComment ? 1 : 0);
-        stretched = stretched || box.holdsComment;
-        placed += static_cast<int>(box.controls.size()) + 1;
+    const std::span<const Box> all(boxes);
+    const auto first = boxesOfFirstColumn(all, *this);
+    addColumn(all.first(first));
+    if (first < all.size()) {
+        addColumn(all.subspan(first));
     }
-    endColumn();
 }
 
 void FieldForm::showHint(const QString& text) {

@@ -50,7 +50,7 @@ Colours coloursOf(QIcon::Mode mode) {
 
 /// The boxes' icons have colours of their own, which mean something.
 bool hasOwnColours(const QByteArray& drawing) {
-    return !drawing.contains(kInk);
+    return drawing.contains("#ffffff");
 }
 
 }  // namespace

@@ -49,4 +49,28 @@ int LookStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
     }
 }
 
+QSize LookStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                                  const QWidget* widget) const {
+    auto wanted = QProxyStyle::sizeFromContents(type, option, size, widget);
+    const int height = option == nullptr ? 16 : option->fontMetrics.height();
+    switch (type) {
+        case CT_PushButton:
+            return wanted + QSize(height * 3 / 4, height / 8);
+        case CT_LineEdit:
+        case CT_ComboBox:
+            return wanted + QSize(0, height / 8);
+        case CT_ItemViewItem:
+            // Rows with some air are read without a ruler.
+            return wanted + QSize(height / 3, height / 4);
+        default:
+            return wanted;
+    }
+}
+
+QRect LookStyle::subElementRect(SubElement element, const QStyleOption* option,
+                                const QWidget* widget) const {
+    const auto rect = QProxyStyle::subElementRect(element, option, widget);
+    return element == SE_LineEditContents ? rect.adjusted(3, 0, -3, 0) : rect;
+}
+
 }  // namespace kavu

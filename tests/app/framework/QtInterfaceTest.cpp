@@ -1,0 +1,368 @@
+#include "app/framework/QtInterface.h"
+#include "app/support/TestDoor.h"
+#include "support/TestContext.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTreeView>
+
+namespace kavu {
+namespace {
+
+using test::find;
+using test::press;
+using test::type;
+
+class QtInterfaceTest : public testing::Test {
+  protected:
+    Button show(Buttons buttons, const std::function<void(QDialog&)>& driver,
+                Button standard = Button::None) {
+        MessageBox box;
+        box.text = "Text";
+        box.title = "Title";
+        box.buttons = buttons;
+        box.defaultButton = standard;
+        door.next(driver);
+        return ui.message(box);
+    }
+    /// Answers the box that tells why a value is refused, and keeps its text and title.
+    void expectRefusal() {
+        door.next([this](QDialog& box) {
+            refusals.push_back(toBytes(static_cast<QMessageBox&>(box).text()));
+            refusalTitles.push_back(toBytes(box.windowTitle()));
+            press(box, "ok");
+        });
+    }
+
+    test::TestDoor door;
+    QtInterface ui{nullptr, door};
+    std::vector<std::string> refusals;
+    std::vector<std::string> refusalTitles;
+};
+
+TEST_F(QtInterfaceTest, ABoxHasTheButtonsOfItsSetAndGivesTheOnePressed) {
+    struct Case {
+        Buttons buttons;
+        std::vector<std::pair<const char*, Button>> names;
+    };
+    const std::vector<Case> cases = {
+        {Buttons::Ok, {{"ok", Button::Ok}}},
+        {Buttons::OkCancel, {{"ok", Button::Ok}, {"cancel", Button::Cancel}}},
+        {Buttons::RetryCancel, {{"retry", Button::Retry}, {"cancel", Button::Cancel}}},
+        {Buttons::YesNo, {{"yes", Button::Yes}, {"no", Button::No}}},
+        {Buttons::YesNoCancel,
+         {{"yes", Button::Yes}, {"no", Button::No}, {"cancel", Button::Cancel}}},
+    };
+    for (const auto& row : cases) {
+        for (const auto& [name, button] : row.names) {
+            EXPECT_EQ(show(row.buttons,
+                           [&, n = name](QDialog& box) {
+                               EXPECT_EQ(static_cast<QMessageBox&>(box).buttons().size(),
+                                         static_cast<qsizetype>(row.names.size()));
+                               press(box, n);
+                           }),
+                      button)
+                << name;
+        }
+    }
+}
+
+TEST_F(QtInterfaceTest, EscapeIsTheButtonThatMeansNo) {
+    const auto escape = [](QDialog& box) { QTest::keyClick(&box, Qt::Key_Escape); };
+    EXPECT_EQ(show(Buttons::Ok, escape), Button::Ok);
+    EXPECT_EQ(show(Buttons::OkCancel, escape), Button::Cancel);
+    EXPECT_EQ(show(Buttons::YesNo, escape), Button::No);
+    EXPECT_EQ(show(Buttons::YesNoCancel, escape), Button::Cancel);
+}
+
+TEST_F(QtInterfaceTest, ABoxThatIsTakenAwayHasNoAnswer) {
+    EXPECT_EQ(show(Buttons::YesNo, [](QDialog& box) { box.hide(); }), Button::None);
+}
+
+TEST_F(QtInterfaceTest, EnterIsTheDefaultButton) {
+    const auto enter = [](QDialog& box) { QTest::keyClick(&box, Qt::Key_Return); };
+    EXPECT_EQ(show(Buttons::YesNoCancel, enter, Button::No), Button::No);
+    EXPECT_EQ(show(Buttons::YesNoCancel, enter, Button::Cancel), Button::Cancel);
+    EXPECT_EQ(show(Buttons::YesNo, enter), Button::Yes);
+}
+
+TEST_F(QtInterfaceTest, ABoxShowsItsNumberAndNeverReadsItsTextAsMarkup) {
+    MessageBox box;
+    box.id = 402;
+    box.text = "a <b>bold</b> name";
+    box.icon = Icon::Error;
+    door.next([](QDialog& dialog) {
+        auto& shown = static_cast<QMessageBox&>(dialog);
+        EXPECT_EQ(shown.text(), QStringLiteral("KAVU Error #402\n\na <b>bold</b> name"));
+        EXPECT_EQ(shown.textFormat(), Qt::PlainText);
+        EXPECT_FALSE(shown.iconPixmap().isNull());
+        press(shown, "ok");
+    });
+    EXPECT_EQ(ui.message(box), Button::Ok);
+}
+
+TEST_F(QtInterfaceTest, ATextIsEnteredByTyping) {
+    door.next([](QDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), QStringLiteral("New Name"));
+        EXPECT_EQ(find<QLineEdit>(dialog, "value")->text(), QStringLiteral("old"));
+        // The old value is selected: typing replaces it.
+        QTest::keyClicks(dialog.focusWidget(), QStringLiteral("new"));
+        QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
+    });
+    EXPECT_EQ(ui.enterText({"New Name", "Name:", "old", 0}), "new");
+}
+
+TEST_F(QtInterfaceTest, ATextThatNobodyEditedKeepsItsBytes) {
+    door.next([](QDialog& dialog) { press(dialog, "ok"); });
+    EXPECT_EQ(ui.enterText({"", "Name:", "K\xF6ln", 0}), "K\xF6ln");
+    EXPECT_EQ(door.titles.back(), "Enter Value");
+}
+
+TEST_F(QtInterfaceTest, APromptThatIsCancelledHasNoValue) {
+    door.next([](QDialog& dialog) { press(dialog, "cancel"); });
+    EXPECT_EQ(ui.enterText({"", "Name:", "x", 0}), std::nullopt);
+    door.next([](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+    EXPECT_EQ(ui.enterInteger({"", "Number:", 1, 0, 9}), std::nullopt);
+    door.next([](QDialog& dialog) { dialog.close(); });
+    EXPECT_EQ(ui.enterDouble({"", "Number:", 1, 0, 9}), std::nullopt);
+}
+
+TEST_F(QtInterfaceTest, ATextBeyondItsLimitIsAskedForAgain) {
+    door.next([this](QDialog& dialog) {
+        type(dialog, "value", QStringLiteral("12345"));
+        expectRefusal();
+        press(dialog, "ok");
+        EXPECT_TRUE(dialog.isVisible());
+        type(dialog, "value", QStringLiteral("1234"));
+        press(dialog, "ok");
+    });
+    EXPECT_EQ(ui.enterText({"", "Name:", "", 4}), "1234");
+    EXPECT_EQ(refusals.at(0), "This string must be no more than 4 characters long.");
+    EXPECT_EQ(refusalTitles.at(0), "Illegal Value Entered");
+}
+
+TEST_F(QtInterfaceTest, ATextWithASemicolonIsRefusedByMessage402) {
+    door.next([this](QDialog& dialog) {
+        type(dialog, "value", QStringLiteral("a;b"));
+        expectRefusal();
+        press(dialog, "ok");
+        press(dialog, "cancel");
+    });
+    EXPECT_EQ(ui.enterText({"", "Name:", "", 0}), std::nullopt);
+    EXPECT_EQ(refusals.at(0),
+              "KAVU Error #402\n\nYou are not allowed to use a semi-colon (;) as part of any "
+              "field. Please remove the semi-colon.");
+}
+
+TEST_F(QtInterfaceTest, AnIntegerIsAskedForUntilItIsOne) {
+    door.next([this](QDialog& dialog) {
+        for (const char16_t* bad : {u"", u"12x", u"1.5", u"0", u"100"}) {
+            type(dialog, "value", QString::fromUtf16(bad));
+            if (*bad == 0) {
+                QTest::keyClick(find<QLineEdit>(dialog, "value"), Qt::Key_Delete);
+            }
+            expectRefusal();
+            press(dialog, "ok");
+        }
+        type(dialog, "value", QStringLiteral("99"));
+        press(dialog, "ok");
+    });
+    EXPECT_EQ(ui.enterInteger({"", "Number:", 5, 1, 99}), 99);
+    const std::string invalid = "Value entered is not a valid integer. Please re-enter.";
+    const std::string range =
+        "Integer number out of range. You must enter a number between 1 and 99";
+    EXPECT_EQ(refusals, (std::vector<std::string>{invalid, invalid, invalid, range, range}));
+    EXPECT_EQ(refusalTitles, std::vector<std::string>(5, "ERROR: Illegal Value Entered"));
+}
+
+TEST_F(QtInterfaceTest, ANumberIsAskedForUntilItIsOne) {
+    door.next([this](QDialog& dialog) {
+        EXPECT_EQ(find<QLineEdit>(dialog, "value")->text(), QStringLiteral("0.5"));
+        for (const char16_t* bad : {u"1,5", u"2.5"}) {
+            type(dialog, "value", QString::fromUtf16(bad));
+            expectRefusal();
+            press(dialog, "ok");
+        }
+        type(dialog, "value", QStringLiteral("1.5"));
+        press(dialog, "ok");
+    });
+    EXPECT_EQ(ui.enterDouble({"", "Number:", 0.5, 0, 2}), 1.5);
+    EXPECT_EQ(refusals.at(0),
+              "Value entered is not a valid floating point number. Please re-enter.");
+    EXPECT_EQ(refusals.at(1),
+              "Floating point number out of range. You must enter a number between 0 and 2");
+}
+
+TEST_F(QtInterfaceTest, ALockedPromptComesBackWhereItStood) {
+    door.next([](QDialog& dialog) {
+        auto* lock = find<QCheckBox>(dialog, "lockPosition");
+        EXPECT_EQ(lock->accessibleName(), QStringLiteral("Lock this window's position on screen"));
+        EXPECT_FALSE(lock->isChecked());
+        lock->click();
+        dialog.move(123, 45);
+        press(dialog, "ok");
+    });
+    door.next([](QDialog& dialog) {
+        EXPECT_TRUE(find<QCheckBox>(dialog, "lockPosition")->isChecked());
+        EXPECT_EQ(dialog.pos(), QPoint(123, 45));
+        find<QCheckBox>(dialog, "lockPosition")->click();
+        press(dialog, "ok");
+    });
+    door.next([](QDialog& dialog) {
+        EXPECT_FALSE(find<QCheckBox>(dialog, "lockPosition")->isChecked());
+        press(dialog, "ok");
+    });
+    for (int i = 0; i < 3; ++i) {
+        (void)ui.enterText({"Same", "Name:", "x", 0});
+    }
+}
+
+TEST_F(QtInterfaceTest, TwoChoicesAreTwoButtons) {
+    for (const int wanted : {0, 1}) {
+        door.next([wanted](QDialog& dialog) {
+            EXPECT_EQ(dialog.findChild<QListWidget*>(), nullptr);
+            press(dialog, wanted == 0 ? "choice0" : "choice1");
+        });
+        EXPECT_EQ(ui.chooseFromList("Which?", {"This", "That"}), wanted);
+    }
+    door.next([](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+    EXPECT_EQ(ui.chooseFromList("Which?", {"This", "That"}), -1);
+}
+
+TEST_F(QtInterfaceTest, MoreChoicesAreAListForTheKeyboard) {
+    door.next([](QDialog& dialog) {
+        QTest::keyClick(dialog.focusWidget(), Qt::Key_Down);
+        QTest::keyClick(dialog.focusWidget(), Qt::Key_Down);
+        press(dialog, "ok");
+    });
+    EXPECT_EQ(ui.chooseFromList("Which?", {"a", "b", "c", "d"}), 2);
+    door.next([](QDialog& dialog) { press(dialog, "cancel"); });
+    EXPECT_EQ(ui.chooseFromList("Which?", {"a", "b", "c", "d"}), -1);
+}
+
+TablePrompt samplePrompt() {
+    return {"", {"Name", "Size"}, {{"beta", "10"}, {"alpha", "9"}, {"gamma", "100"}}};
+}
+
+TEST_F(QtInterfaceTest, ARowOfATableIsChosenByOkOrByADoubleClick) {
+    door.next([](QDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Make Selection"));
+        EXPECT_NE(dialog.findChild<QLabel*>(), nullptr);
+        EXPECT_EQ(dialog.findChild<QLabel*>()->text(),
+                  QStringLiteral("Select one of the following:"));
+        QTest::keyClick(dialog.focusWidget(), Qt::Key_Down);
+        press(dialog, "ok");
+    });
+    EXPECT_EQ(ui.selectFromTable(samplePrompt()), 1);
+    door.next([](QDialog& dialog) {
+        auto* view = find<QTreeView>(dialog, "rows");
+        const auto place = view->visualRect(view->model()->index(2, 0)).center();
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, place);
+        QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, place);
+    });
+    EXPECT_EQ(ui.selectFromTable(samplePrompt()), 2);
+    door.next([](QDialog& dialog) { press(dialog, "cancel"); });
+    EXPECT_EQ(ui.selectFromTable(samplePrompt()), -1);
+}
+
+TEST_F(QtInterfaceTest, ATableSortsNumbersByValueAndGivesTheRowOfTheCaller) {
+    door.next([](QDialog& dialog) {
+        auto* view = find<QTreeView>(dialog, "rows");
+        view->sortByColumn(1, Qt::AscendingOrder);
+        EXPECT_EQ(view->model()->index(0, 0).data().toString(), QStringLiteral("alpha"));
+        EXPECT_EQ(view->model()->index(2, 0).data().toString(), QStringLiteral("gamma"));
+        view->setCurrentIndex(view->model()->index(0, 0));
+        press(dialog, "ok");
+    });
+    EXPECT_EQ(ui.selectFromTable(samplePrompt()), 1);
+}
+
+TEST_F(QtInterfaceTest, SeveralRowsOfATableComeInTheOrderOfTheCaller) {
+    door.next([](QDialog& dialog) {
+        EXPECT_EQ(dialog.findChild<QLabel*>()->text(),
+                  QStringLiteral("Select one or more of the following:"));
+        auto* view = find<QTreeView>(dialog, "rows");
+        view->sortByColumn(0, Qt::DescendingOrder);
+        view->selectAll();
+        press(dialog, "ok");
+    });
+    EXPECT_EQ(ui.selectRowsFromTable(samplePrompt()), (std::vector<int>{0, 1, 2}));
+}
+
+TEST_F(QtInterfaceTest, AnEmptyTableHasNothingToChoose) {
+    door.next([](QDialog& dialog) {
+        EXPECT_FALSE(find<QPushButton>(dialog, "ok")->isEnabled());
+        press(dialog, "cancel");
+    });
+    EXPECT_EQ(ui.selectFromTable({"", {"Name"}, {}}), -1);
+}
+
+TEST_F(QtInterfaceTest, AFileIsChosenWithItsFilter) {
+    test::TempFolder folder;
+    test::writeFile(folder / "one.tma", "x");
+    FilePrompt prompt;
+    prompt.title = "Open TMATS File";
+    prompt.filters = {{"TMATS Files", "*.tma;*.tmt"}, {"All Files", "*"}};
+    prompt.filterIndex = 2;
+    prompt.path = folder.path();
+    door.next([](QDialog& dialog) {
+        auto& files = static_cast<QFileDialog&>(dialog);
+        EXPECT_EQ(files.nameFilters().at(0), QStringLiteral("TMATS Files (*.tma *.tmt)"));
+        EXPECT_EQ(files.selectedNameFilter(), QStringLiteral("All Files (*)"));
+        EXPECT_EQ(files.acceptMode(), QFileDialog::AcceptOpen);
+        auto* name = find<QLineEdit>(dialog, "fileNameEdit");
+        name->setText(QStringLiteral("one.tma"));
+        QTest::keyClick(name, Qt::Key_Return);
+    });
+    const auto choice = ui.chooseFile(prompt);
+    ASSERT_TRUE(choice);
+    EXPECT_EQ(choice->path, folder / "one.tma");
+    EXPECT_EQ(choice->filterIndex, 2);
+}
+
+TEST_F(QtInterfaceTest, AFileToSaveStartsWithItsNameAndIsNotAskedAbout) {
+    test::TempFolder folder;
+    test::writeFile(folder / "there.tma", "x");
+    FilePrompt prompt;
+    prompt.filters = {{"TMATS Files", "*.tma;*.tmt"}};
+    prompt.path = folder / "there.tma";
+    prompt.forSaving = true;
+    door.next([](QDialog& dialog) {
+        EXPECT_EQ(find<QLineEdit>(dialog, "fileNameEdit")->text(), QStringLiteral("there.tma"));
+        dialog.accept();
+    });
+    const auto choice = ui.chooseFile(prompt);
+    ASSERT_TRUE(choice);
+    EXPECT_EQ(choice->path, folder / "there.tma");
+    EXPECT_EQ(choice->filterIndex, 1);
+    door.next([](QDialog& dialog) { dialog.reject(); });
+    EXPECT_FALSE(ui.chooseFile(prompt).has_value());
+}
+
+TEST_F(QtInterfaceTest, WhatHasNoWindowGoesToTheHooks) {
+    std::vector<std::string> told;
+    ui.setStatusText("silent without a hook");
+    ui.hooks.statusText = [&](const std::string& text) { told.push_back("status " + text); };
+    ui.hooks.progressBar = [&](double percent) {
+        told.push_back("bar " + std::to_string(static_cast<int>(percent)));
+    };
+    ui.hooks.note = [&](const std::string& text) { told.push_back("note " + text); };
+    ui.hooks.logged = [&](const LoggedMessage& m) { told.push_back("log " + m.text); };
+    ui.hooks.beep = [&] { told.push_back("beep"); };
+    ui.setStatusText("s");
+    ui.setProgressBar(-1);
+    ui.note("n");
+    ui.logged({1, 0, "", "m"});
+    ui.beep();
+    EXPECT_EQ(told, (std::vector<std::string>{"status s", "bar -1", "note n", "log m", "beep"}));
+}
+
+}  // namespace
+}  // namespace kavu
