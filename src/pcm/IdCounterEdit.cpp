@@ -230,19 +230,26 @@ bool setEndFrame(PcmFormat& format, UserInterface* parent, IdCounter& counter, i
     return true;
 }
 
+bool checkIdCounterName(const PcmFormat& format, UserInterface* parent, int counter,
+                        std::string_view name) {
+    if (name.empty()) {
+        return refuse(format, parent, 361, kTitleValue);
+    }
+    for (int other = 0; isEntry(format, other); ++other) {
+        if (other != counter && format.idCounters[static_cast<std::size_t>(other)].name == name) {
+            return refuse(format, parent, 365, kTitleValue, wordOfIdCounter(format, other));
+        }
+    }
+    return true;
+}
+
 bool saveIdCounter(PcmFormat& format, UserInterface* parent, int fwp, const IdCounter& record) {
     const int index = format.word(fwp).idCounterIndex;
     if (format.wordType(fwp) != WordType::IdCounter || !isEntry(format, index)) {
         return refuse(format, parent, 359, title::kInternalError);
     }
-    if (record.name.empty()) {
-        return refuse(format, parent, 361, kTitleValue);
-    }
-    for (int other = 0; isEntry(format, other); ++other) {
-        if (other != index &&
-            format.idCounters[static_cast<std::size_t>(other)].name == record.name) {
-            return refuse(format, parent, 365, kTitleValue, wordOfIdCounter(format, other));
-        }
+    if (!checkIdCounterName(format, parent, index, record.name)) {
+        return false;
     }
     const int most = format.wordLength(fwp);
     if (record.counterLength.number() > most) {

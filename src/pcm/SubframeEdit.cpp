@@ -284,4 +284,30 @@ bool canCreateAt(const PcmFormat& format, UserInterface* parent, int fwp) {
     return true;
 }
 
+Created createAt(PcmFormat& format, UserInterface* parent, int fwp) {
+    if (!canCreateAt(format, parent, fwp)) {
+        return Created::Nothing;
+    }
+    if (format.edition() < 2011) {
+        std::vector<std::string> choices{"Create Subframe", "Create ID Counter"};
+        if (format.implicitSubframes) {
+            show(format, parent, 233, title::kNote, kNoteBox);
+            choices.erase(choices.begin());
+        }
+        const int choice =
+            parent == nullptr
+                ? -1
+                : parent->chooseFromList("Which type of subframe do you wish to create?", choices);
+        if (choice < 0 || static_cast<std::size_t>(choice) >= choices.size()) {
+            return Created::Nothing;
+        }
+        if (choice == 0 && choices.size() == 2) {
+            SubframeRequest request;
+            request.fwp = fwp;
+            return createSubframe(format, parent, request) ? Created::Subframe : Created::Nothing;
+        }
+    }
+    return createIdCounter(format, parent, fwp) ? Created::IdCounter : Created::Nothing;
+}
+
 }  // namespace kavu

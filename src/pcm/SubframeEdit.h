@@ -43,6 +43,9 @@ bool setMsbStartBit(PcmFormat& format, UserInterface* parent, IdCounter& counter
 bool setStartFrame(PcmFormat& format, UserInterface* parent, IdCounter& counter, int frame);
 /// 1 to the number of frames, above the start frame: messages 363, 364.
 bool setEndFrame(PcmFormat& format, UserInterface* parent, IdCounter& counter, int frame);
+/// A new name of the counter with this index: messages 361, 365.
+[[nodiscard]] bool checkIdCounterName(const PcmFormat& format, UserInterface* parent, int counter,
+                                      std::string_view name);
 /// The rules on leaving the form of the counter at a word: messages 361, 365, 362; the
 /// counter's length may not exceed the length of its word. The subframes stay.
 bool saveIdCounter(PcmFormat& format, UserInterface* parent, int fwp, const IdCounter& record);
@@ -89,6 +92,13 @@ bool saveSubframe(PcmFormat& format, UserInterface* parent, int fwp, const Subfr
 void resetWord(PcmFormat& format, UserInterface* parent, int fwp, bool cellsToo);
 /// True if a counter or subframe can be made at the word. Message 231.
 [[nodiscard]] bool canCreateAt(const PcmFormat& format, UserInterface* parent, int fwp);
+/// What was made at a word that a person has pointed at; its form comes next, and if that is
+/// left with Cancel, what was made is deleted again.
+enum class Created { Nothing, Subframe, IdCounter };
+/// From 106-11 on there is only a counter to make. Before that the user chooses; while new
+/// measurements do without subframe definitions only the counter is offered, after message
+/// 233. Nothing is made without a parent to choose. Messages 231, 177, 355.
+Created createAt(PcmFormat& format, UserInterface* parent, int fwp);
 /// True if a word holds a measurement or an async slot in any frame.
 [[nodiscard]] bool holdsAnything(const PcmFormat& format, int fwp);
 

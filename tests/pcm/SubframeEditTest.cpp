@@ -155,7 +155,7 @@ TEST(SubframeEdit, ACounterInOneOfItsOwnWordsEndsTheSubframe) {
     StreamFixture f(2004);
     f.ui.byId[357] = Button::Yes;
     f.ui.choices = {0};
-    EXPECT_FALSE(
+    EXPECT_TRUE(
         createSubframe(f.format, f.parent,
                        {.fwp = 5, .hidden = HiddenMode::Hidden, .locations = 2, .interval = 1}));
     EXPECT_EQ(f.format.wordType(1), WordType::IdCounter);
@@ -283,6 +283,37 @@ TEST(SubframeEdit, InTheLatestEditionACounterMayTakeAnyWordOfMeasurements) {
     EXPECT_TRUE(canCreateAt(f.format, f.parent, 7));
     EXPECT_FALSE(canCreateAt(f.format, f.parent, 30));
     EXPECT_FALSE(canCreateAt(f.format, f.parent, 0));
+}
+
+TEST(SubframeEdit, APersonChoosesWhatToMakeAtAWord) {
+    StreamFixture f;
+    f.ui.choices = {1, 0, -1};
+    EXPECT_EQ(createAt(f.format, f.parent, 5), Created::IdCounter);
+    ASSERT_EQ(f.ui.listPrompts.size(), 1U);
+    EXPECT_EQ(f.ui.listPrompts[0].first, "Which type of subframe do you wish to create?");
+    EXPECT_EQ(f.ui.listPrompts[0].second,
+              (std::vector<std::string>{"Create Subframe", "Create ID Counter"}));
+    EXPECT_EQ(createAt(f.format, f.parent, 6), Created::Subframe);
+    EXPECT_EQ(f.format.subframeOfWord(6)->name, "SF-6");
+    EXPECT_EQ(createAt(f.format, f.parent, 7), Created::Nothing);
+    EXPECT_EQ(createAt(f.format, f.parent, 6), Created::Nothing);
+    EXPECT_EQ(createAt(f.format, nullptr, 7), Created::Nothing);
+    EXPECT_EQ(f.ui.listPrompts.size(), 3U);
+}
+
+TEST(SubframeEdit, WhileMeasurementsDoWithoutSubframesOnlyTheCounterIsOffered) {
+    StreamFixture f;
+    f.format.implicitSubframes = true;
+    f.ui.choices = {0};
+    EXPECT_EQ(createAt(f.format, f.parent, 5), Created::IdCounter);
+    EXPECT_EQ(f.ui.countBoxes(233), 1);
+    EXPECT_EQ(f.ui.listPrompts[0].second, (std::vector<std::string>{"Create ID Counter"}));
+}
+
+TEST(SubframeEdit, InTheLatestEditionACounterIsMadeAtOnce) {
+    StreamFixture f(2011);
+    EXPECT_EQ(createAt(f.format, f.parent, 5), Created::IdCounter);
+    EXPECT_TRUE(f.ui.listPrompts.empty());
 }
 
 TEST(SubframeEdit, TwoThousandHiddenSubframesCostNoScans) {

@@ -180,7 +180,6 @@ TEST(SubframeReading, TooManySubframesAreCutToTheMost) {
 // report is cut short.
 TEST(SubframeReading, NinetyNineCountersOfNineThousandSubframesAreReadInBoundedTime) {
     StreamFixture f;
-    f.parent = nullptr;
     Commands commands{"ISF\\N:99"};
     for (int n = 1; n <= 99; ++n) {
         commands.push_back("SF\\N-" + std::to_string(n) + ":9999");
