@@ -179,6 +179,9 @@ bool WordFrameReader::readFragments(int k, int count, bool hasLength, WordFrameL
     const int sum = count > 1 ? sumOfMasks(location) : 0;
     if (count > 1 && !hasLength) {
         location.wordLength = sum;
+    } else if (count == 1 && !location.fragments.empty()) {
+        // The length is written for several fragments only; of one it is the word's.
+        location.wordLength = format_.wordLength(location.fragments.front().startWord);
     }
     if (location.fragmentCount() > 1 && hasLength && sum != location.wordLength) {
         load_.log(294, title::kErrorReadingMeasurement, input_.name(), sum);
