@@ -15,6 +15,10 @@ namespace {
 constexpr int kTitleFormat = 88;
 constexpr int kTitleValue = 86;
 
+/// So many subframes of which the file says nothing are reported one by one; a count that is
+/// far beyond the file must not crowd out what else there is to tell.
+constexpr int kMostAbsentReported = 100;
+
 /// The number at the front of `text`, behind a hyphen, which both are taken off; 0 without.
 int takeIndex(std::string_view& text) {
     int number = 0;
@@ -41,12 +45,14 @@ std::string keyword(std::string_view value) {
 /// Reads the commands of one subframe; all numbers count from 1.
 class SubframeReader {
   public:
-    SubframeReader(PcmLoad& load, int counter, int subframe, const SubframeNumbers& numbers)
+    SubframeReader(PcmLoad& load, int counter, int subframe, const SubframeNumbers& numbers,
+                   bool quiet)
         : load_(load),
           format_(load.format),
           n_(counter),
           m_(subframe),
           present_(numbers.has(counter, subframe)),
+          quiet_(quiet),
           locations_(numbers.locations(counter, subframe)),
           counter_(format_.idCounters[static_cast<std::size_t>(counter - 1)]),
           record_(counter_.subframes[static_cast<std::size_t>(subframe - 1)]) {}
@@ -64,6 +70,7 @@ class SubframeReader {
     }
 
   private:
+    bool isQuiet() const { return quiet_ || load_.logIsFull(); }
     std::string code(std::string_view format) const { return PcmLoad::code(format, n_, m_); }
     std::optional<std::string_view> text(std::string_view format, int limit) {
         return present_ ? load_.text(format, limit, n_, m_) : std::nullopt;
@@ -75,11 +82,11 @@ class SubframeReader {
     bool readName() {
         const auto found = text(subframe_code::kSubframeName, 32);
         const auto name = found ? std::string(*found) : formatPrintf("SF#%d", m_);
-        if (!found && !load_.logIsFull()) {
+        if (!found && !isQuiet()) {
             load_.log(208, kTitleFormat, load_.prefix, code(subframe_code::kSubframeName), m_);
         }
         if (subframeNameExists(format_, name)) {
-            if (!load_.logIsFull()) {
+            if (!isQuiet()) {
                 load_.log(205, kTitleFormat, name, load_.prefix,
                           code(subframe_code::kSubframeName));
             }
@@ -153,7 +160,7 @@ class SubframeReader {
             return true;
         }
         load_.corrected();
-        if (load_.logIsFull()) {
+        if (isQuiet()) {
             return false;
         }
         const auto command = PcmLoad::code(subframe_code::kLocation, n_, m_, k);
@@ -195,7 +202,7 @@ class SubframeReader {
         if (found) {
             load_.log(212, kTitleValue, record_.name.view(), *found, depth);
             load_.corrected();
-        } else if (!load_.logIsFull()) {
+        } else if (!isQuiet()) {
             load_.log(213, kTitleValue, record_.name.view(), depth);
         }
         record_.depth = std::to_string(depth);
@@ -206,6 +213,7 @@ class SubframeReader {
     int n_;
     int m_;
     bool present_;
+    bool quiet_;
     std::span<const SubframeNumbers::Number> locations_;
     IdCounter& counter_;
     Subframe& record_;
@@ -260,12 +268,14 @@ bool readSubframes(PcmLoad& load, int counter, const SubframeNumbers& numbers) {
         count = kMostSubframes;
     }
     subframes.assign(static_cast<std::size_t>(count), {});
+    int absent = 0;
     for (int m = 1; m <= count; ++m) {
         if (load.cancelled()) {
             return false;
         }
         load.status("Initializing ID Counter: #%d - Subframe: #%d", n, m);
-        SubframeReader(load, n, m, numbers).read();
+        absent += numbers.has(n, m) ? 0 : 1;
+        SubframeReader(load, n, m, numbers, absent > kMostAbsentReported).read();
     }
     return true;
 }
