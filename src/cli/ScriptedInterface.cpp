@@ -116,7 +116,7 @@ const std::string& ScriptedInterface::replyTo(int id) const {
 }
 
 Button ScriptedInterface::pressed(const MessageBox& box, const std::string& reply) {
-    if (!equalsIgnoreCase(reply, "yes")) {
+    if (!equalsIgnoreCase(reply, "yes") && !followUp_) {
         return refusing(box.buttons, equalsIgnoreCase(reply, "cancel"));
     }
     const Button button = agreeing(box.buttons);
@@ -141,6 +141,10 @@ Button ScriptedInterface::message(const MessageBox& box) {
         }
         return Button::Ok;
     }
+    const auto own = options_.replies.byId.find(id);
+    const bool numbered = id != 0 && own != options_.replies.byId.end() &&
+                          wholeNumber<long>(own->second) && agreeing(box.buttons) == Button::Yes;
+    followUp_ = numbered ? std::optional(own->second) : std::nullopt;
     const Button button = pressed(box, replyTo(box.id));
     questions_.push_back({id, box.titleId, text, replyName(button), stream_});
     if (options_.showBoxes) {
@@ -148,6 +152,12 @@ Button ScriptedInterface::message(const MessageBox& box) {
                  replyName(button));
     }
     return button;
+}
+
+std::string ScriptedInterface::promptReply() {
+    auto reply = followUp_.value_or(options_.replies.all);
+    followUp_.reset();
+    return reply;
 }
 
 void ScriptedInterface::remember(const std::string& text, const std::string& reply) {
@@ -158,7 +168,7 @@ void ScriptedInterface::remember(const std::string& text, const std::string& rep
 }
 
 std::optional<std::string> ScriptedInterface::enterText(const TextPrompt& prompt) {
-    const std::string& reply = options_.replies.all;
+    const auto reply = promptReply();
     std::optional<std::string> value;
     if (equalsIgnoreCase(reply, "yes")) {
         value = prompt.initial;
@@ -170,13 +180,13 @@ std::optional<std::string> ScriptedInterface::enterText(const TextPrompt& prompt
 }
 
 std::optional<long> ScriptedInterface::enterInteger(const IntegerPrompt& prompt) {
-    const auto value = numberFor<IntegerPrompt, long>(prompt, options_.replies.all);
+    const auto value = numberFor<IntegerPrompt, long>(prompt, promptReply());
     remember(prompt.prompt, value ? std::to_string(*value) : "cancel");
     return value;
 }
 
 std::optional<double> ScriptedInterface::enterDouble(const DoublePrompt& prompt) {
-    const std::string& reply = options_.replies.all;
+    const auto reply = promptReply();
     const auto value = numberFor<DoublePrompt, double>(prompt, reply);
     remember(prompt.prompt, value ? reply : "cancel");
     return value;
@@ -184,10 +194,12 @@ std::optional<double> ScriptedInterface::enterDouble(const DoublePrompt& prompt)
 
 int ScriptedInterface::chooseFromList(const std::string& title,
                                       const std::vector<std::string>& choices) {
-    const std::string& reply = options_.replies.all;
+    // The choices of such a question may be numbers themselves.
+    const bool textOnly = followUp_.has_value();
+    const auto reply = promptReply();
     int chosen = -1;
     for (std::size_t i = 0; i < choices.size() && chosen < 0; ++i) {
-        if (equalsIgnoreCase(choices[i], reply) || reply == std::to_string(i + 1)) {
+        if (equalsIgnoreCase(choices[i], reply) || (!textOnly && reply == std::to_string(i + 1))) {
             chosen = static_cast<int>(i);
         }
     }
@@ -196,7 +208,7 @@ int ScriptedInterface::chooseFromList(const std::string& title,
 }
 
 int ScriptedInterface::selectFromTable(const TablePrompt& prompt) {
-    const auto number = wholeNumber<long>(options_.replies.all);
+    const auto number = wholeNumber<long>(promptReply());
     const bool there =
         number && *number >= 1 && static_cast<unsigned long>(*number) <= prompt.rows.size();
     remember(prompt.title, there ? std::to_string(*number) : "cancel");
@@ -204,7 +216,7 @@ int ScriptedInterface::selectFromTable(const TablePrompt& prompt) {
 }
 
 std::optional<FileChoice> ScriptedInterface::chooseFile(const FilePrompt& prompt) {
-    const std::string& reply = options_.replies.all;
+    const auto reply = promptReply();
     std::string path;
     if (equalsIgnoreCase(reply, "yes")) {
         path = prompt.path;

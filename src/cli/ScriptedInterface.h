@@ -60,13 +60,16 @@ class ScriptedInterface : public UserInterface {
     /// What is told from now on belongs to this stream; empty ends that.
     void setStream(std::string stream) { stream_ = std::move(stream); }
 
+    /// A number that is given to a question of its own says Yes, and is the reply to the
+    /// prompt that follows.
     Button message(const MessageBox& box) override;
     /// Prompts take the reply for all: a text or a number is the value, `yes` the initial
     /// one, anything that does not fit is Cancel.
     std::optional<std::string> enterText(const TextPrompt& prompt) override;
     std::optional<long> enterInteger(const IntegerPrompt& prompt) override;
     std::optional<double> enterDouble(const DoublePrompt& prompt) override;
-    /// A reply is the text of a choice, or its number from 1.
+    /// A reply is the text of a choice, or its number from 1; one that was given to the
+    /// question in front is the text.
     int chooseFromList(const std::string& title, const std::vector<std::string>& choices) override;
     /// A reply is the number of the row, from 1.
     int selectFromTable(const TablePrompt& prompt) override;
@@ -86,6 +89,8 @@ class ScriptedInterface : public UserInterface {
 
   private:
     [[nodiscard]] const std::string& replyTo(int id) const;
+    /// The reply to a prompt.
+    [[nodiscard]] std::string promptReply();
     Button pressed(const MessageBox& box, const std::string& reply);
     void remember(const std::string& text, const std::string& reply);
     void showLine(const std::string& text);
@@ -100,6 +105,7 @@ class ScriptedInterface : public UserInterface {
     std::vector<ShownMessages> shown_;
 
     std::string lastRetried_;
+    std::optional<std::string> followUp_;  ///< reply to the next prompt
     bool progressOpen_ = false;
     bool lineOnScreen_ = false;
     std::string statusText_;

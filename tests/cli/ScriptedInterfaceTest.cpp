@@ -72,6 +72,26 @@ TEST(ScriptedInterface, AnAnswerOfItsOwnGoesBeforeTheAnswerForAll) {
     EXPECT_EQ(terminal.ui().questions()[0].titleId, 79);
 }
 
+TEST(ScriptedInterface, ANumberForAQuestionSaysYesAndAnswersThePromptBehindIt) {
+    const std::vector<std::string> words{"1", "3", "12", "13"};
+    Terminal terminal({{{357, "12"}}, "no"});
+    EXPECT_EQ(terminal.ui().message(box(357, Buttons::YesNo)), Button::Yes);
+    EXPECT_EQ(terminal.ui().questions()[0].reply, "yes");
+    EXPECT_EQ(terminal.ui().chooseFromList("word", words), 2);
+    EXPECT_EQ(terminal.ui().chooseFromList("word", words), -1) << "it answers one prompt";
+
+    // What is not offered is not taken for the number of a choice.
+    Terminal absent({{{357, "2"}}, "yes"});
+    EXPECT_EQ(absent.ui().message(box(357, Buttons::YesNo)), Button::Yes);
+    EXPECT_EQ(absent.ui().chooseFromList("word", words), -1);
+
+    // Another question in between ends it.
+    Terminal between({{{357, "12"}}, "no"});
+    EXPECT_EQ(between.ui().message(box(357, Buttons::YesNo)), Button::Yes);
+    EXPECT_EQ(between.ui().message(box(1, Buttons::YesNo)), Button::No);
+    EXPECT_EQ(between.ui().chooseFromList("word", words), -1);
+}
+
 TEST(ScriptedInterface, ARetryThatHelpedNothingIsNotRepeatedForEver) {
     Terminal terminal({{}, "yes"});
     EXPECT_EQ(terminal.ui().message(box(0, Buttons::RetryCancel, "a")), Button::Retry);
