@@ -90,7 +90,7 @@ FieldView fieldView(std::string_view command) {
 }
 
 bool LinkNames::add(std::string_view name) {
-    if (name.empty() || !lower_.insert(lowerAscii(name)).second) {
+    if (name.empty() || !lower_.insert(lowerAscii(trimTrailingBlanks(name))).second) {
         return false;
     }
     names_.emplace_back(name);
@@ -98,7 +98,7 @@ bool LinkNames::add(std::string_view name) {
 }
 
 bool LinkNames::has(std::string_view name) const {
-    return lower_.contains(lowerAscii(name));
+    return lower_.contains(lowerAscii(trimTrailingBlanks(name)));
 }
 
 GroupNames::GroupNames(DocumentContext& context, UserInterface* parent, char letter) {

@@ -52,8 +52,9 @@ template <typename Visit>
     return source.status();
 }
 
-/// A list of link names. A name is in it whatever its case; each is held once, in the
-/// order in which they came, spelled as the first of them.
+/// A list of link names. A name is in it whatever its case and the blanks at its end, which
+/// no command keeps; each is held once, in the order in which they came, spelled as the first
+/// of them.
 class LinkNames {
   public:
     bool add(std::string_view name);

@@ -233,6 +233,16 @@ TEST_F(LinkValidation, ALinkNameOverItsLimitIsReportedAndCut) {
     EXPECT_THAT(t.ui.boxes[0].text, HasSubstr("(" + std::string(32, 'n') + ")"));
 }
 
+TEST_F(LinkValidation, ALinkNameThatIsCutBehindABlankGetsItsHomeOnce) {
+    answer(Button::Yes);
+    writePcm(1, "P-1\\DLN:a name of thirty-one characters and more;\r\n");
+    EXPECT_TRUE(validate());
+    EXPECT_EQ(t.ui.countBoxes(304), 1);
+    EXPECT_TRUE(validate());
+    EXPECT_EQ(t.ui.countBoxes(304), 1);
+    EXPECT_FALSE(t.store.exists("[kavu]MULT.M02"));
+}
+
 TEST_F(LinkValidation, AFileThatCanNotBeReadEndsTheLoadWithItsPath) {
     ASSERT_TRUE(makeFolder(t.store.pathOf("[kavu]PCMMEAS.D05")).ok());
     EXPECT_FALSE(validate());
