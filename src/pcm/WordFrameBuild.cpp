@@ -97,17 +97,25 @@ class Builder {
         fragment.transferOrder = order == "M" || order == "L" ? order.view().front() : 'D';
     }
 
-    /// Before 106-09 no end is written: a reader takes the last word, or the last frame, of a
-    /// range. One that ends before it would come back as more places than it was.
+    /// True if a reader makes the same places of a range. The word of an ID counter is in none.
+    /// Before 106-09 no end is written, and a reader takes the last word, or the last frame:
+    /// one that ends before it would come back as more places than it was.
     [[nodiscard]] bool comesBack(const WordFrameFragment& fragment) const {
+        const int interval = fragment.wordInterval;
+        for (int fwp = fragment.startWord; interval > 0 && fwp <= fragment.endWord;
+             fwp += interval) {
+            if (format_.wordType(fwp) == WordType::IdCounter) {
+                return false;
+            }
+        }
         if (format_.edition() >= kEndsEdition) {
             return true;
         }
         const int depth = format_.wordType(fragment.startWord) == WordType::Subframe
                               ? format_.wordDepth(fragment.startWord)
                               : format_.numberOfFrames;
-        const bool words = fragment.wordInterval == 0 ||
-                           fragment.endWord + fragment.wordInterval >= format_.wordsPerMinorFrame;
+        const bool words =
+            interval == 0 || fragment.endWord + interval >= format_.wordsPerMinorFrame;
         const bool frames = fragment.frameInterval == 0 ||
                             (fragment.endFrame + fragment.frameInterval > format_.numberOfFrames &&
                              depth >= format_.numberOfFrames);

@@ -83,6 +83,7 @@ class Conversion {
             return false;
         }
         keepWhatBlocks();
+        tellRepetitions();
         if (!converted_.empty()) {
             splitSupercommutated();
             takeOut();
@@ -206,6 +207,66 @@ class Conversion {
                 format_.subframeNamed({counter, *slot});
                 format_.setWord(words[i], WordType::Subframe, counter, *slot);
             }
+        }
+    }
+
+    /// The depth of the subframes that a location is in, if it is less than the major frame is
+    /// deep and the same for all of its words; else 0.
+    [[nodiscard]] int shallowDepth(const WordFrameLocation& location) const {
+        int depth = 0;
+        for (const auto& fragment : location.fragments) {
+            for (int fwp = fragment.startWord; fwp <= fragment.endWord;
+                 fwp += std::max(1, fragment.wordInterval)) {
+                const int here = format_.wordDepth(fwp);
+                if (format_.wordType(fwp) != WordType::Subframe || here < 1 ||
+                    here >= format_.numberOfFrames || (depth != 0 && depth != here)) {
+                    return 0;
+                }
+                depth = here;
+            }
+        }
+        return depth;
+    }
+
+    /// Where subframes are not written, a word/frame location in one that is less deep than the
+    /// major frame stands for its repetitions no more: they become locations of their own.
+    void tellRepetitions() {
+        if (format_.edition() < kHiddenSubframesEdition) {
+            return;
+        }
+        std::vector<std::pair<std::string, int>> counts;
+        format_.forEachMeasurement([&](CellRef cell, int, int) {
+            const auto& measurement = format_.cells().measurement(cell);
+            auto* const definition = format_.wordFrameDefinition(measurement.wordFrameIndex);
+            const int before = definition == nullptr ? 0 : definition->locationCount();
+            for (int k = 0; k < before; ++k) {
+                auto location = definition->locations[static_cast<std::size_t>(k)];
+                const int depth = shallowDepth(location);
+                for (int frame = depth; depth > 0 && frame < format_.numberOfFrames;
+                     frame += depth) {
+                    bool within = true;
+                    for (auto& fragment : location.fragments) {
+                        fragment.startFrame += depth;
+                        fragment.endFrame =
+                            std::min(fragment.endFrame + depth, format_.numberOfFrames);
+                        within = within && fragment.startFrame <= format_.numberOfFrames;
+                    }
+                    if (!within) {
+                        break;
+                    }
+                    definition->locations.push_back(location);
+                }
+            }
+            if (definition != nullptr && definition->locationCount() != before) {
+                counts.emplace_back(measurement.name.str(), definition->locationCount());
+            }
+            return true;
+        });
+        for (const auto& [name, count] : counts) {
+            format_.cells().updateAll(name, [count = count](Measurement& measurement) {
+                measurement.locationCount = count;
+            });
+            format_.changed = true;
         }
     }
 

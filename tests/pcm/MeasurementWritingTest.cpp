@@ -1,6 +1,5 @@
-#include "pcm/MeasurementWriting.h"
-
 #include "pcm/LoadFixture.h"
+#include "pcm/MeasurementWriting.h"
 
 #include <gmock/gmock.h>
 
@@ -68,14 +67,14 @@ TEST(MeasurementWriting, AStreamWithoutMeasurementsWritesACountOf0AndTheComment)
 
 TEST(MeasurementWriting, EveryLocationOfAMinorSupercomGoesByRisingWord) {
     Writing stream;
-    ASSERT_TRUE(stream.load(plainFormat(16, 4),
-                            listOf({named("A", "MFSC",
-                                          {"MFS\\N@:2", "MFS1@:E", "MFSW@-1:9", "MFSM@-1:11",
-                                           "MFSW@-2:5", "MFSM@-2:1"})})));
-    EXPECT_EQ(Writing::of(stream.rewritten(), 1),
-              written("A", "MFSC",
-                      {"MFS\\N@:2", "MFS1@:E", "MFSW@-1:5", "MFSM@-1:1", "MFSW@-2:9",
-                       "MFSM@-2:11"}));
+    ASSERT_TRUE(
+        stream.load(plainFormat(16, 4), listOf({named("A", "MFSC",
+                                                      {"MFS\\N@:2", "MFS1@:E", "MFSW@-1:9",
+                                                       "MFSM@-1:11", "MFSW@-2:5", "MFSM@-2:1"})})));
+    EXPECT_EQ(
+        Writing::of(stream.rewritten(), 1),
+        written("A", "MFSC",
+                {"MFS\\N@:2", "MFS1@:E", "MFSW@-1:5", "MFSM@-1:1", "MFSW@-2:9", "MFSM@-2:11"}));
 }
 
 TEST(MeasurementWriting, TheIntervalFormIsWrittenAsItStandsAndTheWordsAreNotConsulted) {
@@ -106,24 +105,23 @@ TEST(MeasurementWriting, AModeThatIsNotIntervalCountsAsEveryLocation) {
 
 TEST(MeasurementWriting, TheMaskOfAMinorSupercomIsThatOfTheHeadCellOfThePlace) {
     Writing stream;
-    ASSERT_TRUE(stream.load(
-        plainFormat(16, 4),
-        listOf({named("A-HEAD", "MF", {"MF@:5", "MFM@:111"}),
-                named("B", "MFSC",
-                      {"MFS\\N@:2", "MFS1@:E", "MFSW@-1:5", "MFSM@-1:1", "MFSW@-2:9",
-                       "MFSM@-2:11"})})));
-    EXPECT_EQ(Writing::of(stream.rewritten(), 2),
-              written("B", "MFSC",
-                      {"MFS\\N@:2", "MFS1@:E", "MFSW@-1:5", "MFSM@-1:111", "MFSW@-2:9",
-                       "MFSM@-2:11"}));
+    ASSERT_TRUE(
+        stream.load(plainFormat(16, 4), listOf({named("A-HEAD", "MF", {"MF@:5", "MFM@:111"}),
+                                                named("B", "MFSC",
+                                                      {"MFS\\N@:2", "MFS1@:E", "MFSW@-1:5",
+                                                       "MFSM@-1:1", "MFSW@-2:9", "MFSM@-2:11"})})));
+    EXPECT_EQ(
+        Writing::of(stream.rewritten(), 2),
+        written("B", "MFSC",
+                {"MFS\\N@:2", "MFS1@:E", "MFSW@-1:5", "MFSM@-1:111", "MFSW@-2:9", "MFSM@-2:11"}));
 }
 
 TEST(MeasurementWriting, LocationsBeyondThoseOfTheFirstFrameHaveNoHeadCellThere) {
     Writing stream;
-    ASSERT_TRUE(stream.load(plainFormat(16, 4),
-                            listOf({named("A", "MFSC",
-                                          {"MFS\\N@:2", "MFS1@:E", "MFSW@-1:5", "MFSM@-1:1",
-                                           "MFSW@-2:9", "MFSM@-2:11"})})));
+    ASSERT_TRUE(
+        stream.load(plainFormat(16, 4), listOf({named("A", "MFSC",
+                                                      {"MFS\\N@:2", "MFS1@:E", "MFSW@-1:5",
+                                                       "MFSM@-1:1", "MFSW@-2:9", "MFSM@-2:11"})})));
     stream.format.cells().updateAll("A", [](Measurement& m) { m.locationCount = 3; });
     const auto commands = Writing::of(stream.rewritten(), 1);
     EXPECT_THAT(commands, Contains("MFSW@-3:5"));
@@ -134,12 +132,11 @@ TEST(MeasurementWriting, LocationsBeyondThoseOfTheFirstFrameHaveNoHeadCellThere)
 
 TEST(MeasurementWriting, ACountBeyondAllOccurrencesIsTold) {
     Writing stream;
-    ASSERT_TRUE(stream.load(plainFormat(16, 1),
-                            listOf({named("A", "MFSC",
-                                          {"MFS\\N@:1", "MFS1@:E", "MFSW@-1:5", "MFSM@-1:1"}),
-                                    named("B", "MF", {"MF@:7"})})));
-    stream.format.cells().updateAll("A",
-                                    [](Measurement& m) { m.locationCount = 1'000'000'000; });
+    ASSERT_TRUE(
+        stream.load(plainFormat(16, 1),
+                    listOf({named("A", "MFSC", {"MFS\\N@:1", "MFS1@:E", "MFSW@-1:5", "MFSM@-1:1"}),
+                            named("B", "MF", {"MF@:7"})})));
+    stream.format.cells().updateAll("A", [](Measurement& m) { m.locationCount = 1'000'000'000; });
     const auto commands = stream.rewritten();
     EXPECT_EQ(stream.ui.countBoxes(295), 1);
     EXPECT_THAT(Writing::of(commands, 2), Contains("MN@:B")) << "the write goes on";
@@ -147,9 +144,8 @@ TEST(MeasurementWriting, ACountBeyondAllOccurrencesIsTold) {
 
 TEST(MeasurementWriting, AMinorWordKeepsItsMaskAndAnEmptyOneIsNotWritten) {
     Writing stream;
-    ASSERT_TRUE(stream.load(plainFormat(16, 4),
-                            listOf({named("A", "MF", {"MF@:3", "MFM@:1100"}),
-                                    named("B", "MF", {"MF@:4"})})));
+    ASSERT_TRUE(stream.load(plainFormat(16, 4), listOf({named("A", "MF", {"MF@:3", "MFM@:1100"}),
+                                                        named("B", "MF", {"MF@:4"})})));
     const auto commands = stream.rewritten();
     EXPECT_EQ(Writing::of(commands, 1), written("A", "MF", {"MF@:3", "MFM@:1100"}));
     EXPECT_EQ(Writing::of(commands, 2), written("B", "MF", {"MF@:4"}));
@@ -159,8 +155,8 @@ TEST(MeasurementWriting, AMinorWordKeepsItsMaskAndAnEmptyOneIsNotWritten) {
 
 TEST(MeasurementWriting, MinorFragmentsOfEveryLocationCarryTheirOwnValues) {
     Writing stream;
-    const Commands rest = {"FMF\\N@:2",   "FMF1@:20",   "FMF2@:E",    "FMF6@-1:5",
-                           "FMF7@-1:FW",  "FMF8@-1:M",  "FMF9@-1:2",  "FMF6@-2:9",
+    const Commands rest = {"FMF\\N@:2",    "FMF1@:20",  "FMF2@:E",   "FMF6@-1:5",
+                           "FMF7@-1:FW",   "FMF8@-1:M", "FMF9@-1:2", "FMF6@-2:9",
                            "FMF7@-2:1111", "FMF8@-2:L", "FMF9@-2:1"};
     ASSERT_TRUE(stream.load(plainFormat(16, 4), listOf({named("A", "MFFR", rest)})));
     EXPECT_EQ(Writing::of(stream.rewritten(), 1), written("A", "MFFR", rest));
@@ -171,8 +167,8 @@ TEST(MeasurementWriting, AMinorFragmentWithoutAMaskIsTold) {
     Writing stream;
     ASSERT_TRUE(stream.load(
         plainFormat(16, 4),
-        listOf({named("A", "MFFR",
-                      {"FMF\\N@:1", "FMF1@:16", "FMF2@:E", "FMF6@-1:5", "FMF9@-1:1"})})));
+        listOf(
+            {named("A", "MFFR", {"FMF\\N@:1", "FMF1@:16", "FMF2@:E", "FMF6@-1:5", "FMF9@-1:1"})})));
     stream.format.cells().updateAll("A", [](Measurement& m) { m.mask.clear(); });
     EXPECT_THAT(Writing::of(stream.rewritten(), 1), Contains("FMF6@-1:5"));
     EXPECT_EQ(stream.ui.countBoxes(295), 1);
@@ -200,12 +196,11 @@ Commands twoSubframes() {
 
 TEST(MeasurementWriting, ASubframeMeasurementNamesItsSubframeAndItsPosition) {
     Writing stream;
-    ASSERT_TRUE(stream.load(
-        twoSubframes(), listOf({named("A", "SF", {"SF1@:PLAIN", "SF2@:6", "SFM@:FW"}),
-                                named("B", "SF", {"SF1@:SUPER", "SF2@:5", "SFM@:11"})})));
+    ASSERT_TRUE(stream.load(twoSubframes(),
+                            listOf({named("A", "SF", {"SF1@:PLAIN", "SF2@:6", "SFM@:FW"}),
+                                    named("B", "SF", {"SF1@:SUPER", "SF2@:5", "SFM@:11"})})));
     const auto commands = stream.rewritten();
-    EXPECT_EQ(Writing::of(commands, 1),
-              written("A", "SF", {"SF1@:PLAIN", "SF2@:6", "SFM@:FW"}));
+    EXPECT_EQ(Writing::of(commands, 1), written("A", "SF", {"SF1@:PLAIN", "SF2@:6", "SFM@:FW"}));
     // Position 5 is the second word in frame 2.
     EXPECT_EQ(stream.places("B"), (test::Places{{9, 2}}));
     EXPECT_EQ(Writing::of(commands, 2), written("B", "SF", {"SF1@:SUPER", "SF2@:5", "SFM@:11"}));
@@ -213,11 +208,11 @@ TEST(MeasurementWriting, ASubframeMeasurementNamesItsSubframeAndItsPosition) {
 
 TEST(MeasurementWriting, ASubframeSupercomOfEveryLocationListsItsPositionsInOrder) {
     Writing stream;
-    ASSERT_TRUE(stream.load(
-        twoSubframes(),
-        listOf({named("A", "SFSC",
-                      {"SFS1@:SUPER", "SFS\\N@:3", "SFS2@:E", "SFS6@-1:12", "SFS7@-1:1",
-                       "SFS6@-2:4", "SFS7@-2:11", "SFS6@-3:1", "SFS7@-3:FW"})})));
+    ASSERT_TRUE(
+        stream.load(twoSubframes(),
+                    listOf({named("A", "SFSC",
+                                  {"SFS1@:SUPER", "SFS\\N@:3", "SFS2@:E", "SFS6@-1:12", "SFS7@-1:1",
+                                   "SFS6@-2:4", "SFS7@-2:11", "SFS6@-3:1", "SFS7@-3:FW"})})));
     EXPECT_EQ(Writing::of(stream.rewritten(), 1),
               written("A", "SFSC",
                       {"SFS1@:SUPER", "SFS\\N@:3", "SFS2@:E", "SFS6@-1:1", "SFS7@-1:FW",
@@ -226,10 +221,18 @@ TEST(MeasurementWriting, ASubframeSupercomOfEveryLocationListsItsPositionsInOrde
 
 TEST(MeasurementWriting, ASubframeSupercomInIntervalFormTellsItsFirstPosition) {
     Writing stream;
-    const Commands rest = {"SFS1@:PLAIN", "SFS\\N@:2", "SFS2@:I",
-                           "SFS3@:3",     "SFS4@:FW",  "SFS5@:4"};
+    const Commands rest = {"SFS1@:PLAIN", "SFS\\N@:2", "SFS2@:I", "SFS3@:3", "SFS4@:FW", "SFS5@:4"};
     ASSERT_TRUE(stream.load(twoSubframes(), listOf({named("A", "SFSC", rest)})));
     EXPECT_EQ(Writing::of(stream.rewritten(), 1), written("A", "SFSC", rest));
+}
+
+TEST(MeasurementWriting, TheFirstPositionOfASupercomIsThatOfThePlaceInTheLowestWord) {
+    // Positions 2 and 4 are word 9 of frame 1 and word 5 of frame 2: the walk meets word 5 first.
+    Writing stream;
+    ASSERT_TRUE(stream.load(twoSubframes(), listOf({named("A", "SFSC",
+                                                          {"SFS1@:SUPER", "SFS\\N@:2", "SFS2@:I",
+                                                           "SFS3@:2", "SFS4@:FW", "SFS5@:2"})})));
+    EXPECT_THAT(Writing::of(stream.rewritten(), 1), Contains("SFS3@:4"));
 }
 
 TEST(MeasurementWriting, ASubframeSupercomInAPlainWordIsTold) {
@@ -254,10 +257,10 @@ Commands fragmentAt(int s, int j, int position, int number, const std::string& m
 
 TEST(MeasurementWriting, SubframeFragmentsOfEveryLocationAreWrittenForEachSubframe) {
     Writing stream;
-    const auto rest = Commands{"FSF\\N@:2", "FSF1@:32", "FSF2\\N@:2", "FSF3@-1:PLAIN",
-                               "FSF4@-1:E"} +
-                      fragmentAt(1, 1, 2, 1) + Commands{"FSF3@-2:SUPER", "FSF4@-2:E"} +
-                      fragmentAt(2, 1, 4, 2, "1111");
+    const auto rest =
+        Commands{"FSF\\N@:2", "FSF1@:32", "FSF2\\N@:2", "FSF3@-1:PLAIN", "FSF4@-1:E"} +
+        fragmentAt(1, 1, 2, 1) + Commands{"FSF3@-2:SUPER", "FSF4@-2:E"} +
+        fragmentAt(2, 1, 4, 2, "1111");
     ASSERT_TRUE(stream.load(twoSubframes(), listOf({named("A", "SFFR", rest)})));
     EXPECT_EQ(Writing::of(stream.rewritten(), 1), written("A", "SFFR", rest));
 }
@@ -265,13 +268,12 @@ TEST(MeasurementWriting, SubframeFragmentsOfEveryLocationAreWrittenForEachSubfra
 TEST(MeasurementWriting, SubframeFragmentsOfEveryLocationSkipFoldedRepetitions) {
     // The subframe is half as deep as the major frame: each fragment is sent twice.
     Writing stream;
-    const auto rest = Commands{"FSF\\N@:2", "FSF1@:32", "FSF2\\N@:1", "FSF3@-1:HALF",
-                               "FSF4@-1:E"} +
+    const auto rest = Commands{"FSF\\N@:2", "FSF1@:32", "FSF2\\N@:1", "FSF3@-1:HALF", "FSF4@-1:E"} +
                       fragmentAt(1, 1, 1, 1) + fragmentAt(1, 2, 2, 2);
-    ASSERT_TRUE(stream.load(
-        subframes(Commands{"SF\\N-1:1", "SF1-1-1:HALF", "SF2-1-1:2", "SF3-1-1:FI", "SF4-1-1-1:5",
-                           "SF5-1-1:4", "SF6-1-1:4"}),
-        listOf({named("A", "SFFR", rest)})));
+    ASSERT_TRUE(
+        stream.load(subframes(Commands{"SF\\N-1:1", "SF1-1-1:HALF", "SF2-1-1:2", "SF3-1-1:FI",
+                                       "SF4-1-1-1:5", "SF5-1-1:4", "SF6-1-1:4"}),
+                    listOf({named("A", "SFFR", rest)})));
     EXPECT_EQ(stream.format.countMeasurementOccurences("A"), 2);
     EXPECT_EQ(Writing::of(stream.rewritten(), 1), written("A", "SFFR", rest));
 }
@@ -279,10 +281,9 @@ TEST(MeasurementWriting, SubframeFragmentsOfEveryLocationSkipFoldedRepetitions) 
 TEST(MeasurementWriting, SubframeFragmentsInIntervalFormLoseTheirPositions) {
     Writing stream;
     ASSERT_TRUE(stream.load(
-        twoSubframes(),
-        listOf({named("A", "SFFR",
-                      {"FSF\\N@:4", "FSF1@:64", "FSF2\\N@:1", "FSF3@-1:PLAIN", "FSF4@-1:I",
-                       "FSF5@-1:1", "FSF6@-1:FW", "FSF7@-1:2"})})));
+        twoSubframes(), listOf({named("A", "SFFR",
+                                      {"FSF\\N@:4", "FSF1@:64", "FSF2\\N@:1", "FSF3@-1:PLAIN",
+                                       "FSF4@-1:I", "FSF5@-1:1", "FSF6@-1:FW", "FSF7@-1:2"})})));
     EXPECT_EQ(stream.places("A"), (test::Places{{3, 1}, {3, 3}, {3, 5}, {3, 7}}));
     EXPECT_EQ(Writing::of(stream.rewritten(), 1),
               written("A", "SFFR",
@@ -304,12 +305,11 @@ TEST(MeasurementWriting, FragmentNumbersAbove9AreNotCounted) {
 // --- word/frame -----------------------------------------------------------------------------
 
 TEST(MeasurementWriting, WordFrameLocationsAreWrittenWithTheirEndsFrom106_09On) {
-    const Commands location = {"MML\\N@:1",    "MNF\\N@-1:2",  "MWL@-1:32",    "WP@-1-1:2",
-                               "WI@-1-1:0",    "EWP@-1-1:2",   "FP@-1-1:1",    "FI@-1-1:1",
-                               "EFP@-1-1:4",   "WFM@-1-1:FW",  "WFT@-1-1:L",   "WFP@-1-1:1",
-                               "WP@-1-2:7",    "WI@-1-2:0",    "EWP@-1-2:7",   "FP@-1-2:1",
-                               "FI@-1-2:1",    "EFP@-1-2:4",   "WFM@-1-2:FW",  "WFT@-1-2:D",
-                               "WFP@-1-2:2"};
+    const Commands location = {
+        "MML\\N@:1",   "MNF\\N@-1:2", "MWL@-1:32",  "WP@-1-1:2",   "WI@-1-1:0",  "EWP@-1-1:2",
+        "FP@-1-1:1",   "FI@-1-1:1",   "EFP@-1-1:4", "WFM@-1-1:FW", "WFT@-1-1:L", "WFP@-1-1:1",
+        "WP@-1-2:7",   "WI@-1-2:0",   "EWP@-1-2:7", "FP@-1-2:1",   "FI@-1-2:1",  "EFP@-1-2:4",
+        "WFM@-1-2:FW", "WFT@-1-2:D",  "WFP@-1-2:2"};
     for (const int edition : {2004, 2007, 2009, 2011}) {
         Writing stream(edition);
         ASSERT_TRUE(stream.load(plainFormat(16, 4) + counterAt(1, 4),
@@ -321,33 +321,33 @@ TEST(MeasurementWriting, WordFrameLocationsAreWrittenWithTheirEndsFrom106_09On) 
                 expected.push_back(command);
             }
         }
-        const auto all = edition == 2009 ? written("A", "WDFR", expected)
-                                         : named("A", "WDFR", expected);
+        const auto all =
+            edition == 2009 ? written("A", "WDFR", expected) : named("A", "WDFR", expected);
         EXPECT_EQ(Writing::of(stream.rewritten(), 1), all) << edition;
     }
 }
 
 TEST(MeasurementWriting, AnUnknownTransferOrderOfAFragmentIsTheDefault) {
     Writing stream;
-    ASSERT_TRUE(stream.load(plainFormat(16, 4),
-                            listOf({named("A", "WDFR", {"MML\\N@:1", "WP@-1-1:2", "FP@-1-1:1",
-                                                        "FI@-1-1:1"})})));
+    ASSERT_TRUE(stream.load(
+        plainFormat(16, 4),
+        listOf({named("A", "WDFR", {"MML\\N@:1", "WP@-1-1:2", "FP@-1-1:1", "FI@-1-1:1"})})));
     stream.format.wordFrameDefinition(1)->locations[0].fragments[0].transferOrder = 'x';
     EXPECT_THAT(Writing::of(stream.rewritten(), 1), Contains("WFT@-1-1:D"));
 }
 
 TEST(MeasurementWriting, TheCounterOfALocationIsNamedWhereThereAreSeveral) {
     Writing stream(2011);
-    const Commands second = {"ISF1-2:SECOND", "ISF2-2:ID", "IDC1-2:2",  "IDC2-2:16",
-                             "IDC3-2:1",      "IDC4-2:16", "IDC5-2:M",  "IDC6-2:1",
-                             "IDC7-2:1",      "IDC8-2:4",  "IDC9-2:4",  "IDC10-2:INC"};
+    const Commands second = {"ISF1-2:SECOND", "ISF2-2:ID", "IDC1-2:2", "IDC2-2:16",
+                             "IDC3-2:1",      "IDC4-2:16", "IDC5-2:M", "IDC6-2:1",
+                             "IDC7-2:1",      "IDC8-2:4",  "IDC9-2:4", "IDC10-2:INC"};
     auto format = plainFormat(16, 4) + counterAt(1, 4) + second;
     std::replace(format.begin(), format.end(), std::string("ISF\\N:1"), std::string("ISF\\N:2"));
-    ASSERT_TRUE(stream.load(
-        format, listOf({named("A", "WDFR",
-                              {"IDCN@:SECOND", "MML\\N@:1", "MNF\\N@-1:1", "WP@-1-1:5",
-                               "WI@-1-1:0", "EWP@-1-1:5", "FP@-1-1:2", "FI@-1-1:0",
-                               "EFP@-1-1:2", "WFM@-1-1:FW", "WFP@-1-1:1"})})));
+    ASSERT_TRUE(
+        stream.load(format, listOf({named("A", "WDFR",
+                                          {"IDCN@:SECOND", "MML\\N@:1", "MNF\\N@-1:1", "WP@-1-1:5",
+                                           "WI@-1-1:0", "EWP@-1-1:5", "FP@-1-1:2", "FI@-1-1:0",
+                                           "EFP@-1-1:2", "WFM@-1-1:FW", "WFP@-1-1:1"})})));
     EXPECT_THAT(Writing::of(stream.rewritten(), 1), Contains("IDCN@:SECOND"));
 }
 
@@ -356,8 +356,8 @@ TEST(MeasurementWriting, TheCounterOfALocationIsNamedWhereThereAreSeveral) {
 TEST(MeasurementWriting, EveryListHoldsEveryMeasurement) {
     Writing stream;
     const auto lists =
-        Commands{"ML\\N:2", "MLN-1:FIRST", "MN\\N-1:1", "MN-1-1:A", "LT-1-1:MF", "MF-1-1:3",
-                 "MLN-2:SECOND", "MN\\N-2:1", "MN-2-1:B", "LT-2-1:MF", "MF-2-1:2"};
+        Commands{"ML\\N:2",      "MLN-1:FIRST", "MN\\N-1:1", "MN-1-1:A",  "LT-1-1:MF", "MF-1-1:3",
+                 "MLN-2:SECOND", "MN\\N-2:1",   "MN-2-1:B",  "LT-2-1:MF", "MF-2-1:2"};
     ASSERT_TRUE(stream.load(plainFormat(16, 4), lists));
     const auto commands = stream.rewritten();
     for (const int l : {1, 2}) {
@@ -380,11 +380,11 @@ TEST(MeasurementWriting, ACountOf0ListsBecomesOne) {
 
 TEST(MeasurementWriting, MeasurementsGoByWordThenFrameThenName) {
     Writing stream;
-    ASSERT_TRUE(stream.load(
-        twoSubframes(),
-        listOf({named("Z", "MF", {"MF@:4"}), named("C", "SF", {"SF1@:PLAIN", "SF2@:2"}),
-                named("b", "SF", {"SF1@:PLAIN", "SF2@:1"}), named("A", "MF", {"MF@:4"}),
-                named("D", "MF", {"MF@:2"})})));
+    ASSERT_TRUE(
+        stream.load(twoSubframes(),
+                    listOf({named("Z", "MF", {"MF@:4"}), named("C", "SF", {"SF1@:PLAIN", "SF2@:2"}),
+                            named("b", "SF", {"SF1@:PLAIN", "SF2@:1"}), named("A", "MF", {"MF@:4"}),
+                            named("D", "MF", {"MF@:2"})})));
     Commands names;
     for (const auto& command : stream.rewritten()) {
         if (command.starts_with("MN-")) {
@@ -437,8 +437,8 @@ TEST(MeasurementWriting, FilterOverwriteIsWrittenOn106_09Only) {
 
 TEST(MeasurementWriting, BlanksGoFromALocationTypeAndItsCaseCounts) {
     Writing stream;
-    ASSERT_TRUE(stream.load(plainFormat(8, 1), listOf({named("A", "MF", {"MF@:3"}),
-                                                       named("B", "MF", {"MF@:4"})})));
+    ASSERT_TRUE(stream.load(plainFormat(8, 1),
+                            listOf({named("A", "MF", {"MF@:3"}), named("B", "MF", {"MF@:4"})})));
     stream.format.cells().updateAll("A", [](Measurement& m) { m.locationType = "M F "; });
     stream.format.cells().updateAll("B", [](Measurement& m) { m.locationType = "mf"; });
     const auto commands = stream.rewritten();
@@ -467,8 +467,8 @@ TEST(MeasurementWriting, AFileThatCanNotBeWrittenIsTold) {
     stream.format.dGroup = 7;
     ASSERT_TRUE(makeFolder(stream.store.pathOf("[kavu]PCMMEAS.D07")).ok());
     EXPECT_FALSE(writeMeasurements(stream.format, stream.parent));
-    EXPECT_TRUE(stream.ui.hasText(
-        "Unable to open PCM Measurement Definition File. Operation Aborted"));
+    EXPECT_TRUE(
+        stream.ui.hasText("Unable to open PCM Measurement Definition File. Operation Aborted"));
     EXPECT_EQ(stream.ui.beeps, 1);
     EXPECT_FALSE(stream.has("[kavu]PCMMEAS.D07.new"));
     EXPECT_FALSE(writeMeasurements(stream.format, nullptr)) << "silent, and a failure";
@@ -476,9 +476,9 @@ TEST(MeasurementWriting, AFileThatCanNotBeWrittenIsTold) {
 
 TEST(MeasurementWriting, ABusStreamLeavesItsDGroupAlone) {
     Writing stream;
-    ASSERT_TRUE(stream.load({"TF:1553", "F1:24", "MF\\N:1", "MF1:128", "MF4:24",
-                             "MF5:111110101111001100100000"},
-                            listOf({named("A", "MF", {"MF@:3"})})));
+    ASSERT_TRUE(stream.load(
+        {"TF:1553", "F1:24", "MF\\N:1", "MF1:128", "MF4:24", "MF5:111110101111001100100000"},
+        listOf({named("A", "MF", {"MF@:3"})})));
     ASSERT_TRUE(writeMeasurements(stream.format, stream.parent));
     EXPECT_THAT(stream.saved("[kavu]PCMMEAS.D01"), Contains("D-1\\MN-1-1:A;"));
 }

@@ -1,7 +1,6 @@
-#include "pcm/WordFrameConversion.h"
-
 #include "core/ProfileSettings.h"
 #include "pcm/LoadFixture.h"
+#include "pcm/WordFrameConversion.h"
 
 #include <gmock/gmock.h>
 
@@ -61,11 +60,11 @@ class Converting : public LoadFixture {
 /// An ordinary subframe over all frames at word 3, one of half their number at word 4, and a
 /// supercommutated one at words 5, 9 and 13.
 Commands threeSubframes() {
-    return plainFormat(16, 12) +
-           counterAt(1, 12, Commands{"SF\\N-1:3"} + subframeAt(1, "PLAIN", 3, 12) +
-                                subframeAt(2, "HALF", 4, 6) +
-                                Commands{"SF1-1-3:SUPER", "SF2-1-3:3", "SF3-1-3:FI",
-                                         "SF4-1-3-1:5", "SF5-1-3:4", "SF6-1-3:12"});
+    return plainFormat(16, 12) + counterAt(1, 12,
+                                           Commands{"SF\\N-1:3"} + subframeAt(1, "PLAIN", 3, 12) +
+                                               subframeAt(2, "HALF", 4, 6) +
+                                               Commands{"SF1-1-3:SUPER", "SF2-1-3:3", "SF3-1-3:FI",
+                                                        "SF4-1-3-1:5", "SF5-1-3:4", "SF6-1-3:12"});
 }
 
 // --- one location type after the other ------------------------------------------------------
@@ -85,11 +84,10 @@ TEST(WordFrameConversion, AMinorWordIsInEveryFrame) {
 
 TEST(WordFrameConversion, WhatIsNotALocationStays) {
     Converting stream;
-    ASSERT_TRUE(stream.load(
-        plainFormat(16, 4),
-        listOf({named("A", "MFSC",
-                      {"MN1@:EV", "MN2@:L", "MN3@:M", "MFOT@:F", "MFS\\N@:2", "MFS1@:I",
-                       "MFS2@:2", "MFS3@:FW", "MFS4@:8"})})));
+    ASSERT_TRUE(stream.load(plainFormat(16, 4),
+                            listOf({named("A", "MFSC",
+                                          {"MN1@:EV", "MN2@:L", "MN3@:M", "MFOT@:F", "MFS\\N@:2",
+                                           "MFS1@:I", "MFS2@:2", "MFS3@:FW", "MFS4@:8"})})));
     ASSERT_TRUE(stream.convert());
     Measurement expected;
     expected.name = "A";
@@ -107,10 +105,8 @@ TEST(WordFrameConversion, AMinorSupercomInIntervalFormIsOneRange) {
     Converting stream;
     ASSERT_TRUE(stream.load(
         plainFormat(16, 4),
-        listOf({named("A", "MFSC",
-                      {"MFS\\N@:3", "MFS1@:I", "MFS2@:2", "MFS3@:FW", "MFS4@:5"}),
-                named("B", "MFSC",
-                      {"MFS\\N@:1", "MFS1@:I", "MFS2@:3", "MFS3@:FW", "MFS4@:5"})})));
+        listOf({named("A", "MFSC", {"MFS\\N@:3", "MFS1@:I", "MFS2@:2", "MFS3@:FW", "MFS4@:5"}),
+                named("B", "MFSC", {"MFS\\N@:1", "MFS1@:I", "MFS2@:3", "MFS3@:FW", "MFS4@:5"})})));
     ASSERT_TRUE(stream.convert());
     EXPECT_EQ(stream.fragments("A"), Commands{"2+5..12 1+1..4 FW D #1"});
     EXPECT_EQ(stream.fragments("B"), Commands{"3+0..3 1+1..4 FW D #1"});
@@ -119,22 +115,21 @@ TEST(WordFrameConversion, AMinorSupercomInIntervalFormIsOneRange) {
 
 TEST(WordFrameConversion, AMinorSupercomOfEveryLocationHasALocationForEachWord) {
     Converting stream;
-    ASSERT_TRUE(stream.load(plainFormat(16, 4),
-                            listOf({named("A", "MFSC",
-                                          {"MFS\\N@:2", "MFS1@:E", "MFSW@-1:9", "MFSM@-1:11",
-                                           "MFSW@-2:5", "MFSM@-2:1"})})));
+    ASSERT_TRUE(
+        stream.load(plainFormat(16, 4), listOf({named("A", "MFSC",
+                                                      {"MFS\\N@:2", "MFS1@:E", "MFSW@-1:9",
+                                                       "MFSM@-1:11", "MFSW@-2:5", "MFSM@-2:1"})})));
     ASSERT_TRUE(stream.convert());
-    EXPECT_EQ(stream.fragments("A"),
-              (Commands{"5+0..5 1+1..4 1 D #1", "9+0..9 1+1..4 11 D #1"}));
+    EXPECT_EQ(stream.fragments("A"), (Commands{"5+0..5 1+1..4 1 D #1", "9+0..9 1+1..4 11 D #1"}));
     EXPECT_EQ(stream.first("A").locationCount, 2);
 }
 
 TEST(WordFrameConversion, MinorFragmentsInIntervalFormStepByTheInterval) {
     Converting stream;
-    ASSERT_TRUE(stream.load(plainFormat(16, 4),
-                            listOf({named("A", "MFFR",
-                                          {"FMF\\N@:3", "FMF1@:24", "FMF2@:I", "FMF3@:2",
-                                           "FMF4@:11111111", "FMF5@:4"})})));
+    ASSERT_TRUE(
+        stream.load(plainFormat(16, 4), listOf({named("A", "MFFR",
+                                                      {"FMF\\N@:3", "FMF1@:24", "FMF2@:I",
+                                                       "FMF3@:2", "FMF4@:11111111", "FMF5@:4"})})));
     const int before = stream.format.countMeasurementOccurences("A");
     ASSERT_TRUE(stream.convert());
     EXPECT_EQ(stream.fragments("A"),
@@ -149,12 +144,10 @@ TEST(WordFrameConversion, MinorFragmentsOfEveryLocationGoByTheirNumbers) {
     ASSERT_TRUE(stream.load(
         plainFormat(16, 4),
         listOf({named("A", "MFFR",
-                      {"FMF\\N@:2", "FMF1@:20", "FMF2@:E", "FMF6@-1:5", "FMF7@-1:FW",
-                       "FMF8@-1:M", "FMF9@-1:2", "FMF6@-2:9", "FMF7@-2:1111", "FMF8@-2:L",
-                       "FMF9@-2:1"})})));
+                      {"FMF\\N@:2", "FMF1@:20", "FMF2@:E", "FMF6@-1:5", "FMF7@-1:FW", "FMF8@-1:M",
+                       "FMF9@-1:2", "FMF6@-2:9", "FMF7@-2:1111", "FMF8@-2:L", "FMF9@-2:1"})})));
     ASSERT_TRUE(stream.convert());
-    EXPECT_EQ(stream.fragments("A"),
-              Commands{"9+0..9 1+1..4 1111 L #1, 5+0..5 1+1..4 FW M #2"});
+    EXPECT_EQ(stream.fragments("A"), Commands{"9+0..9 1+1..4 1111 L #1, 5+0..5 1+1..4 FW M #2"});
     EXPECT_EQ(stream.definition("A").locations[0].wordLength, 20);
 }
 
@@ -185,11 +178,11 @@ TEST(WordFrameConversion, ASubframeMeasurementInFrames1And5And9IsOneFragment) {
 
 TEST(WordFrameConversion, FramesWithoutAConstantStepAreLocationsOfTheirOwn) {
     Converting stream;
-    ASSERT_TRUE(stream.load(threeSubframes(),
-                            listOf({named("A", "SFSC",
-                                          {"SFS1@:PLAIN", "SFS\\N@:3", "SFS2@:E", "SFS6@-1:1",
-                                           "SFS7@-1:FW", "SFS6@-2:2", "SFS7@-2:FW", "SFS6@-3:4",
-                                           "SFS7@-3:FW"})})));
+    ASSERT_TRUE(
+        stream.load(threeSubframes(),
+                    listOf({named("A", "SFSC",
+                                  {"SFS1@:PLAIN", "SFS\\N@:3", "SFS2@:E", "SFS6@-1:1", "SFS7@-1:FW",
+                                   "SFS6@-2:2", "SFS7@-2:FW", "SFS6@-3:4", "SFS7@-3:FW"})})));
     ASSERT_TRUE(stream.convert());
     EXPECT_EQ(stream.fragments("A"), (Commands{"3+0..3 1+0..1 FW D #1", "3+0..3 2+0..2 FW D #1",
                                                "3+0..3 4+0..4 FW D #1"}));
@@ -202,8 +195,7 @@ TEST(WordFrameConversion, PlacesOfDifferentMasksAreLocationsOfTheirOwn) {
                                           {"SFS1@:PLAIN", "SFS\\N@:2", "SFS2@:E", "SFS6@-1:1",
                                            "SFS7@-1:1", "SFS6@-2:2", "SFS7@-2:11"})})));
     ASSERT_TRUE(stream.convert());
-    EXPECT_EQ(stream.fragments("A"),
-              (Commands{"3+0..3 1+0..1 1 D #1", "3+0..3 2+0..2 11 D #1"}));
+    EXPECT_EQ(stream.fragments("A"), (Commands{"3+0..3 1+0..1 1 D #1", "3+0..3 2+0..2 11 D #1"}));
 }
 
 TEST(WordFrameConversion, FoldedRepetitionsAreNotConvertedAgain) {
@@ -221,10 +213,9 @@ TEST(WordFrameConversion, FoldedRepetitionsAreNotConvertedAgain) {
 TEST(WordFrameConversion, ASupercommutatedSubframeGivesALocationForEachOccurrence) {
     // Positions 2, 4 and 6: word 9 of frame 1, words 5 and 13 of frame 2.
     Converting stream;
-    ASSERT_TRUE(stream.load(threeSubframes(),
-                            listOf({named("A", "SFSC",
-                                          {"SFS1@:SUPER", "SFS\\N@:3", "SFS2@:I", "SFS3@:2",
-                                           "SFS4@:FW", "SFS5@:2"})})));
+    ASSERT_TRUE(stream.load(threeSubframes(), listOf({named("A", "SFSC",
+                                                            {"SFS1@:SUPER", "SFS\\N@:3", "SFS2@:I",
+                                                             "SFS3@:2", "SFS4@:FW", "SFS5@:2"})})));
     ASSERT_TRUE(stream.convert());
     EXPECT_EQ(stream.fragments("A"), (Commands{"9+0..9 1+0..1 FW D #1", "5+0..5 2+0..2 FW D #1",
                                                "13+0..13 2+0..2 FW D #1"}));
@@ -233,29 +224,27 @@ TEST(WordFrameConversion, ASupercommutatedSubframeGivesALocationForEachOccurrenc
 TEST(WordFrameConversion, FramesOfOneWordOfASupercommutatedSubframeAreNoRange) {
     // Positions 1, 4 and 7 are all in word 5.
     Converting stream;
-    ASSERT_TRUE(stream.load(threeSubframes(),
-                            listOf({named("A", "SFSC",
-                                          {"SFS1@:SUPER", "SFS\\N@:3", "SFS2@:I", "SFS3@:1",
-                                           "SFS4@:FW", "SFS5@:3"})})));
+    ASSERT_TRUE(stream.load(threeSubframes(), listOf({named("A", "SFSC",
+                                                            {"SFS1@:SUPER", "SFS\\N@:3", "SFS2@:I",
+                                                             "SFS3@:1", "SFS4@:FW", "SFS5@:3"})})));
     ASSERT_TRUE(stream.convert());
     EXPECT_EQ(stream.definition("A").locationCount(), 3);
 }
 
 TEST(WordFrameConversion, WordsOfASupercommutatedSubframeInOneFrameAreARange) {
     Converting stream;
-    ASSERT_TRUE(stream.load(threeSubframes(),
-                            listOf({named("A", "SFSC",
-                                          {"SFS1@:SUPER", "SFS\\N@:3", "SFS2@:I", "SFS3@:4",
-                                           "SFS4@:FW", "SFS5@:1"})})));
+    ASSERT_TRUE(stream.load(threeSubframes(), listOf({named("A", "SFSC",
+                                                            {"SFS1@:SUPER", "SFS\\N@:3", "SFS2@:I",
+                                                             "SFS3@:4", "SFS4@:FW", "SFS5@:1"})})));
     ASSERT_TRUE(stream.convert());
     EXPECT_EQ(stream.fragments("A"), Commands{"5+4..13 2+0..2 FW D #1"});
 }
 
 TEST(WordFrameConversion, ASupercommutatedSubframeBecomesOrdinaryOnesThatCanBeRead) {
     Converting stream;
-    ASSERT_TRUE(stream.load(threeSubframes(),
-                            listOf({named("A", "SF", {"SF1@:SUPER", "SF2@:5"}),
-                                    named("B", "SF", {"SF1@:SUPER", "SF2@:6"})})));
+    ASSERT_TRUE(
+        stream.load(threeSubframes(), listOf({named("A", "SF", {"SF1@:SUPER", "SF2@:5"}),
+                                              named("B", "SF", {"SF1@:SUPER", "SF2@:6"})})));
     ASSERT_TRUE(stream.convert());
     for (const int fwp : {5, 9, 13}) {
         ASSERT_NE(stream.format.subframeOfWord(fwp), nullptr);
@@ -284,11 +273,10 @@ Commands fragmented(const std::string& name, const std::string& subframe, const 
 
 TEST(WordFrameConversion, SubframeFragmentsPairUpByTheirNumbers) {
     Converting stream;
-    ASSERT_TRUE(stream.load(
-        threeSubframes(),
-        listOf({fragmented("A", "SUPER",
-                           fragmentAt(1, 2, 2) + fragmentAt(2, 1, 1) + fragmentAt(3, 5, 2) +
-                               fragmentAt(4, 4, 1))})));
+    ASSERT_TRUE(stream.load(threeSubframes(),
+                            listOf({fragmented("A", "SUPER",
+                                               fragmentAt(1, 2, 2) + fragmentAt(2, 1, 1) +
+                                                   fragmentAt(3, 5, 2) + fragmentAt(4, 4, 1))})));
     ASSERT_TRUE(stream.convert());
     EXPECT_EQ(stream.fragments("A"), (Commands{"5+0..5 1+0..1 FW L #1, 9+0..9 1+0..1 FW L #2",
                                                "5+0..5 2+0..2 FW L #1, 9+0..9 2+0..2 FW L #2"}));
@@ -362,10 +350,9 @@ TEST(WordFrameConversion, WhereEndsAreNotWrittenARangeMustEndWithTheFrame) {
         Converting stream(edition);
         ASSERT_TRUE(stream.load(
             plainFormat(16, 4),
-            listOf({named("A", "MFSC",
-                          {"MFS\\N@:3", "MFS1@:I", "MFS2@:2", "MFS3@:FW", "MFS4@:5"}),
-                    named("B", "MFSC",
-                          {"MFS\\N@:2", "MFS1@:I", "MFS2@:3", "MFS3@:FW", "MFS4@:4"})})));
+            listOf(
+                {named("A", "MFSC", {"MFS\\N@:3", "MFS1@:I", "MFS2@:2", "MFS3@:FW", "MFS4@:5"}),
+                 named("B", "MFSC", {"MFS\\N@:2", "MFS1@:I", "MFS2@:3", "MFS3@:FW", "MFS4@:4"})})));
         ASSERT_TRUE(stream.convert());
         EXPECT_EQ(stream.definition("A").locationCount(), 1) << edition;
         EXPECT_EQ(stream.definition("B").locationCount(), edition < 2009 ? 2 : 1) << edition;
@@ -377,9 +364,9 @@ TEST(WordFrameConversion, WhereEndsAreNotWrittenARangeMustEndWithTheFrame) {
 
 TEST(WordFrameConversion, OnTheWayTo106_11RepetitionsAreToldAsSubframesAreNot) {
     Converting stream;
-    stream.load(threeSubframes(), listOf({named("A", "SF", {"SF1@:HALF", "SF2@:2"}),
-                                          named("B", "SF", {"SF1@:SUPER", "SF2@:5"}),
-                                          named("C", "MF", {"MF@:2"})}));
+    stream.load(threeSubframes(),
+                listOf({named("A", "SF", {"SF1@:HALF", "SF2@:2"}),
+                        named("B", "SF", {"SF1@:SUPER", "SF2@:5"}), named("C", "MF", {"MF@:2"})}));
     stream.format.closeFormat();
     stream.document.version = 2011;
     EXPECT_TRUE(migrateStream(stream.format, stream.parent, stream.steps_, 1, 2009));
@@ -391,6 +378,21 @@ TEST(WordFrameConversion, OnTheWayTo106_11RepetitionsAreToldAsSubframesAreNot) {
     EXPECT_EQ(stream.format.countMeasurementOccurences("A"), 2);
     EXPECT_EQ(stream.format.countMeasurementOccurences("B"), 1);
     EXPECT_EQ(stream.format.countMeasurementOccurences("C"), 12);
+}
+
+TEST(WordFrameConversion, OnTheWayTo106_11WordFrameLocationsRepeatAsTheirSubframesDid) {
+    Converting stream;
+    stream.load(threeSubframes(),
+                listOf({named("A", "WDFR",
+                              {"MML\\N@:1", "WP@-1-1:4", "FP@-1-1:2", "FI@-1-1:1", "EFP@-1-1:3"}),
+                        named("B", "MF", {"MF@:2"})}));
+    ASSERT_EQ(stream.format.countMeasurementOccurences("A"), 4);
+    stream.format.closeFormat();
+    stream.document.version = 2011;
+    EXPECT_TRUE(migrateStream(stream.format, stream.parent, stream.steps_, 1, 2009));
+    ASSERT_TRUE(stream.reload());
+    EXPECT_EQ(stream.fragments("A"), (Commands{"4+0..4 2+1..3  D #1", "4+0..4 8+1..9  D #1"}));
+    EXPECT_EQ(stream.format.countMeasurementOccurences("A"), 4);
 }
 
 TEST(WordFrameConversion, AMigrationKeepsTheLogOfTheLoadAroundIt) {
@@ -421,8 +423,7 @@ TEST(WordFrameConversion, PlacesThatGotLostAreTold) {
     Converting stream;
     ASSERT_TRUE(stream.load(
         plainFormat(16, 4),
-        listOf({named("A", "MFSC",
-                      {"MFS\\N@:3", "MFS1@:I", "MFS2@:2", "MFS3@:FW", "MFS4@:5"})})));
+        listOf({named("A", "MFSC", {"MFS\\N@:3", "MFS1@:I", "MFS2@:2", "MFS3@:FW", "MFS4@:5"})})));
     stream.format.cells().updateAll("A", [](Measurement& m) { m.locationCount = 2; });
     ASSERT_TRUE(stream.convert());
     ASSERT_EQ(stream.logged(), (test::Logged{{461, 89}}));
@@ -432,12 +433,12 @@ TEST(WordFrameConversion, PlacesThatGotLostAreTold) {
 
 TEST(WordFrameConversion, AsyncSlotsAndConvertedMeasurementsStay) {
     Converting stream;
-    const auto format = plainFormat(16, 4) +
-                        Commands{"AEF\\N:1", "AEF\\DLN-1:OTHER", "AEF1-1:NO", "AEF3-1-1:5"};
+    const auto format =
+        plainFormat(16, 4) + Commands{"AEF\\N:1", "AEF\\DLN-1:OTHER", "AEF1-1:NO", "AEF3-1-1:5"};
     ASSERT_TRUE(stream.load(
-        format, listOf({named("A", "MF", {"MF@:5"}), named("C", "MF", {"MF@:5"}),
-                        named("B", "WDFR",
-                              {"MML\\N@:1", "WP@-1-1:5", "FP@-1-1:1", "FI@-1-1:1"})})));
+        format,
+        listOf({named("A", "MF", {"MF@:5"}), named("C", "MF", {"MF@:5"}),
+                named("B", "WDFR", {"MML\\N@:1", "WP@-1-1:5", "FP@-1-1:1", "FI@-1-1:1"})})));
     ASSERT_TRUE(stream.convert());
     EXPECT_EQ(stream.format.countMeasurementsAt(5, 1, false), 4);
     EXPECT_EQ(stream.format.countMeasurementsAt(5, 1, true), 3);
@@ -447,8 +448,8 @@ TEST(WordFrameConversion, AsyncSlotsAndConvertedMeasurementsStay) {
 
 TEST(WordFrameConversion, ACancelLeavesEverythingAsItWas) {
     Converting stream;
-    ASSERT_TRUE(stream.load(plainFormat(16, 4), listOf({named("A", "MF", {"MF@:2"}),
-                                                        named("B", "MF", {"MF@:3"})})));
+    ASSERT_TRUE(stream.load(plainFormat(16, 4),
+                            listOf({named("A", "MF", {"MF@:2"}), named("B", "MF", {"MF@:3"})})));
     stream.ui.cancelAtPoll = stream.ui.polls + 2;
     EXPECT_FALSE(stream.convert());
     EXPECT_EQ(stream.first("A").locationType, "MF");
@@ -458,12 +459,25 @@ TEST(WordFrameConversion, ACancelLeavesEverythingAsItWas) {
 
 TEST(WordFrameConversion, ANullParentIsSilent) {
     Converting stream;
-    ASSERT_TRUE(stream.load(threeSubframes(),
-                            listOf({named("B", "SF", {"SF1@:SUPER", "SF2@:5"})})));
+    ASSERT_TRUE(
+        stream.load(threeSubframes(), listOf({named("B", "SF", {"SF1@:SUPER", "SF2@:5"})})));
     EXPECT_TRUE(convertToWordFrame(stream.format, nullptr));
     EXPECT_EQ(stream.first("B").locationType, "WDFR");
     stream.format.closeFormat();
     EXPECT_FALSE(convertToWordFrame(stream.format, nullptr)) << "there is no format";
+}
+
+TEST(WordFrameConversion, TheWordOfACounterIsInNoRange) {
+    Converting stream;
+    ASSERT_TRUE(stream.load(
+        plainFormat(16, 4) + counterAt(7, 4),
+        listOf({named("A", "MFSC", {"MFS\\N@:3", "MFS1@:I", "MFS2@:2", "MFS3@:FW", "MFS4@:5"})})));
+    EXPECT_EQ(stream.places("A"), (test::Places{{2, 1}, {7, 1}, {12, 1}}));
+    ASSERT_TRUE(stream.convert());
+    EXPECT_EQ(stream.definition("A").locationCount(), 3);
+    ASSERT_TRUE(stream.saveAndReload());
+    EXPECT_TRUE(stream.ui.logs.empty());
+    EXPECT_EQ(stream.format.countMeasurementOccurences("A"), 12);
 }
 
 TEST(WordFrameConversion, ManyMeasurementsInOneWordAreOnePass) {
