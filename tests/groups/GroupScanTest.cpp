@@ -36,7 +36,8 @@ TEST(LinkNamesTest, HoldsANameOnceWhateverItsCase) {
     EXPECT_FALSE(names.add("LINK"));
     EXPECT_FALSE(names.add(""));
     EXPECT_TRUE(names.has("link"));
-    EXPECT_FALSE(names.has("Link "));
+    EXPECT_TRUE(names.has("Link "));  // no command keeps the blank
+    EXPECT_FALSE(names.has(" Link"));
     EXPECT_THAT(names.names(), ElementsAre("Link"));
 }
 
