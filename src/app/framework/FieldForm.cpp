@@ -52,7 +52,8 @@ int labelWidth(std::span<const Box> boxes, const QWidget& form) {
             }
         }
     }
-    return width;
+    // A label is a little wider than its text.
+    return width + 2;
 }
 
 /// How many of the boxes stand in the first column; all if one column is enough, or if the
@@ -85,7 +86,7 @@ void placeControl(QGridLayout& grid, FieldControl& control, int row, int width) 
         grid.setRowStretch(row + 1, 1);
         return;
     }
-    label->setMinimumWidth(width);
+    label->setMinimumWidth(std::max(width, label->sizeHint().width()));
     grid.addWidget(label, row, 0);
     // Only a field that may hold a long text takes the rest of the row.
     const bool wide = control.widget().maximumWidth() == QWIDGETSIZE_MAX &&

@@ -65,9 +65,9 @@ PropertySheet::PropertySheet(FormContext& form, const char* resourceName, const 
     tabs_->tabBar()->setAccessibleName(QStringLiteral("Pages"));
     tabs_->setUsesScrollButtons(true);
     layout->addWidget(tabs_, 1);
-    auto* buttons = look::makeDialogButtons(*this, true);
-    layout->addWidget(buttons);
-    auto* help = buttons->button(QDialogButtonBox::Help);
+    buttons_ = look::makeDialogButtons(*this, true);
+    layout->addWidget(buttons_);
+    auto* help = buttons_->button(QDialogButtonBox::Help);
     help->setEnabled(static_cast<bool>(form_.help));
     connect(help, &QPushButton::clicked, this, &PropertySheet::openHelp);
     connect(tabs_, &QTabWidget::currentChanged, this, &PropertySheet::rememberPage);
@@ -110,9 +110,25 @@ void PropertySheet::showEvent(QShowEvent* event) {
             openPage(form_.settings.profileInteger(kPageSection, pageKey_, 1) - 1);
         }
         pageRestored_ = true;
+        putButtonsLast();
         fitToScreen();
     }
     QDialog::showEvent(event);
+}
+
+/// The pages came after the buttons; the Tab key goes through them first.
+void PropertySheet::putButtonsLast() {
+    QWidget* last = tabs_;
+    for (auto* widget = nextInFocusChain(); widget != this; widget = widget->nextInFocusChain()) {
+        if (tabs_->isAncestorOf(widget) && widget->focusPolicy() != Qt::NoFocus) {
+            last = widget;
+        }
+    }
+    for (const char* name : {"ok", "cancel", "help"}) {
+        auto* button = buttons_->findChild<QPushButton*>(QLatin1String(name));
+        setTabOrder(last, button);
+        last = button;
+    }
 }
 
 void PropertySheet::fitToScreen() {

@@ -13,7 +13,7 @@
 #include <QString>
 #include <QWidget>
 
-class QPushButton;
+class QDialogButtonBox;
 class QTabWidget;
 
 namespace kavu {
@@ -98,6 +98,7 @@ class PropertySheet : public QDialog {
     void storeAndClose();
     [[nodiscard]] Button ask(const char* question, Buttons buttons);
     void fitToScreen();
+    void putButtonsLast();
 
     FormContext& form_;
     std::string pageKey_;
@@ -108,6 +109,7 @@ class PropertySheet : public QDialog {
     bool checking_ = false;
     SheetResult result_ = SheetResult::Cancelled;
     QTabWidget* tabs_ = nullptr;
+    QDialogButtonBox* buttons_ = nullptr;
 };
 
 /// Runs a sheet through the door, unless too many are up.

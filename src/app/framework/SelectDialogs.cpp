@@ -83,20 +83,18 @@ SelectDialog::SelectDialog(const TablePrompt& prompt, bool several, QWidget* par
                                          ? QStringLiteral("Select one or more of the following:")
                                          : QStringLiteral("Select one of the following:"),
                                      *view_));
+    QLineEdit* filter = nullptr;
     if (model->rowCount() > kManyRows) {
-        auto* filter = new QLineEdit(this);
-        filter->setObjectName(QStringLiteral("filter"));
-        filter->setAccessibleName(QStringLiteral("Filter"));
-        filter->setPlaceholderText(QStringLiteral("Filter"));
-        filter->setClearButtonEnabled(true);
-        filter->addAction(look::icon(QStringLiteral("search")), QLineEdit::LeadingPosition);
-        connect(filter, &QLineEdit::textChanged, sorted_,
-                &QSortFilterProxyModel::setFilterFixedString);
+        filter = makeFilter();
         layout->addWidget(filter);
     }
     layout->addWidget(view_, 1);
     auto* buttons = look::makeDialogButtons(*this);
     layout->addWidget(buttons);
+    if (filter != nullptr) {
+        // Works only once there is something behind the view.
+        setTabOrder(filter, view_);
+    }
 
     auto* ok = buttons->button(QDialogButtonBox::Ok);
     connect(view_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
@@ -109,6 +107,17 @@ SelectDialog::SelectDialog(const TablePrompt& prompt, bool several, QWidget* par
     view_->setSortingEnabled(true);
     fitColumns(*view_, *this);
     view_->setFocus();
+}
+
+QLineEdit* SelectDialog::makeFilter() {
+    auto* filter = new QLineEdit(this);
+    filter->setObjectName(QStringLiteral("filter"));
+    filter->setAccessibleName(QStringLiteral("Filter"));
+    filter->setPlaceholderText(QStringLiteral("Filter"));
+    filter->setClearButtonEnabled(true);
+    filter->addAction(look::icon(QStringLiteral("search")), QLineEdit::LeadingPosition);
+    connect(filter, &QLineEdit::textChanged, sorted_, &QSortFilterProxyModel::setFilterFixedString);
+    return filter;
 }
 
 std::vector<int> SelectDialog::rows() const {

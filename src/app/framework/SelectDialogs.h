@@ -26,6 +26,8 @@ class SelectDialog : public QDialog {
     [[nodiscard]] std::vector<int> rows() const;
 
   private:
+    QLineEdit* makeFilter();
+
     QTreeView* view_ = nullptr;
     QSortFilterProxyModel* sorted_ = nullptr;
 };

@@ -14,6 +14,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QProgressBar>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QTabBar>
 #include <QTextEdit>
@@ -88,6 +89,14 @@ void checkHead(const QHeaderView& head, std::vector<std::string>& found) {
                             std::to_string(i) + " is cut");
         }
     }
+}
+
+const QScrollArea* scrollerOf(const QWidget& widget) {
+    const QWidget* above = widget.parentWidget();
+    while (above != nullptr && qobject_cast<const QScrollArea*>(above) == nullptr) {
+        above = above->parentWidget();
+    }
+    return static_cast<const QScrollArea*>(above);
 }
 
 bool isCut(const QWidget& widget) {
@@ -167,6 +176,11 @@ std::vector<std::string> checkTabOrder(const QWidget& window) {
         return QRect(widget.mapTo(&window, QPoint(0, 0)), widget.size());
     };
     for (std::size_t i = 1; i < chain.size(); ++i) {
+        // What is scrolled out of sight has no place that could be compared with one outside.
+        if (scrollerOf(*chain[i - 1]) != scrollerOf(*chain[i]) &&
+            (chain[i - 1]->visibleRegion().isEmpty() || chain[i]->visibleRegion().isEmpty())) {
+            continue;
+        }
         const auto before = place(*chain[i - 1]);
         const auto after = place(*chain[i]);
         const bool sameRow = after.top() < before.bottom() && before.top() < after.bottom();
