@@ -11,7 +11,7 @@ _kavu_cli() {
         case $word in
             --settings | --answer | --answer-all | --now | --progress) ((index++)) ;;
             -*) ;;
-            check | save | store | tree | recover)
+            check | save | store | tree | recover | stream | rewrite | word-frame)
                 command=$word
                 break
                 ;;
@@ -40,13 +40,15 @@ _kavu_cli() {
 
     if [[ $current == -* ]]; then
         case $command in
+            check) common+=" --deep" ;;
             save) common+=" --output --edition" ;;
+            rewrite | word-frame) common+=" --output" ;;
             store) common+=" --into" ;;
             recover) common+=" --output --list" ;;
         esac
         COMPREPLY=($(compgen -W "$common" -- "$current"))
     elif [[ -z $command ]]; then
-        COMPREPLY=($(compgen -W "check save store tree recover" -- "$current"))
+        COMPREPLY=($(compgen -W "check save store tree recover stream rewrite word-frame" -- "$current"))
     else
         compopt -o filenames 2>/dev/null
         if [[ $command == recover ]]; then
