@@ -155,8 +155,9 @@ int countPatternBits(std::string_view pattern, bool hexadecimal) {
     }
     const auto first = digits.find_first_not_of('0');
     const int value = first == std::string::npos ? 8 : digitValue(digits[first]);
-    return 4 * static_cast<int>(digits.size()) -
-           (4 - std::bit_width(static_cast<unsigned>(std::max(value, 1))));
+    const auto usedBits =
+        static_cast<int>(std::bit_width(static_cast<unsigned>(std::max(value, 1))));
+    return 4 * static_cast<int>(digits.size()) - (4 - usedBits);
 }
 
 std::string switchPattern(std::string_view pattern, bool toHexadecimal) {
