@@ -234,6 +234,16 @@ void addFrameworkScreenshots(ScreenshotList& list) {
     list.add("MessageBoxError", makeErrorBox);
     list.add("EnterValue", makeEnterValue);
     list.add("EditRow", makeRowDialog);
+    list.add("CurrentValue", [](ScreenshotStage& stage) -> std::unique_ptr<QWidget> {
+        return std::make_unique<EnterValueDialog>(stage.form.ui,
+                                                  EnterValueSetup{.title = "Current Value",
+                                                                  .prompt = "Type:",
+                                                                  .initial = "Tape",
+                                                                  .choices = {"RF", "Tape"},
+                                                                  .check = {},
+                                                                  .offerLock = false},
+                                                  nullptr);
+    });
     list.add("SelectFromTable", makeTable);
     list.add("ChooseFromList", [](ScreenshotStage&) -> std::unique_ptr<QWidget> {
         return std::make_unique<ChoiceDialog>(
