@@ -184,6 +184,24 @@ bool placeAsyncSlots(PcmFormat& format, UserInterface* parent, int record,
     return true;
 }
 
+void asyncFramesChanged(PcmFormat& format, int before) {
+    const int now = format.numberOfFrames;
+    const std::vector<FrameRange> everyFrame{{1, 1, before}};
+    for (auto& record : format.asyncFormats) {
+        for (auto& location : record.locations) {
+            auto& frames = location.frames;
+            const bool every = frames == everyFrame;
+            std::erase_if(frames, [now](const FrameRange& range) { return range.start > now; });
+            for (auto& range : frames) {
+                range.end = every ? now : std::min(range.end, now);
+            }
+            if (frames.empty()) {
+                frames = {{1, 1, now}};
+            }
+        }
+    }
+}
+
 std::vector<std::vector<AsyncPlace>> asyncPlaces(const PcmFormat& format) {
     std::vector<std::vector<AsyncPlace>> places(format.asyncFormats.size());
     if (places.empty()) {

@@ -33,6 +33,10 @@ bool deleteAsyncFormat(PcmFormat& format, UserInterface* parent, int record);
 bool placeAsyncSlots(PcmFormat& format, UserInterface* parent, int record,
                      const AsyncLocation& location, std::string_view mask);
 
+/// The number of frames was `before` until now: what stood in all frames does so still, other
+/// ranges end with the last frame, and those that begin behind it go.
+void asyncFramesChanged(PcmFormat& format, int before);
+
 /// A word that a record takes, as it is written: its mask is that of the first slot there.
 struct AsyncPlace {
     int fwp = 0;

@@ -2,6 +2,7 @@
 #include "core/ProfileSettings.h"
 #include "core/Text.h"
 #include "core/TmatsDocument.h"
+#include "pcm/AsyncEdit.h"
 #include "pcm/FrameSyncPattern.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/SubframeEdit.h"
@@ -82,7 +83,9 @@ bool PcmFormat::setNumberOfFrames(UserInterface* parent, int frames) {
         subframesChanged();
     }
     changed = changed || frames != numberOfFrames;
+    const int before = numberOfFrames;
     numberOfFrames = frames;
+    asyncFramesChanged(*this, before);
     for (int fwp = 0; fwp < wordsPerMinorFrame; ++fwp) {
         if (wordType(fwp) == WordType::Subframe && !allocateCells(parent, fwp)) {
             return false;

@@ -227,11 +227,12 @@ bool moveSubframeToCounter(PcmFormat& format, int fwp, const Subframe& record, i
         }
         to = {counter, *slot};
     }
+    const Subframe moved = record;  // which may be the very entry that is emptied
     const auto words = format.wordsOf(from);
     format.idCounters[static_cast<std::size_t>(from.counter)]
         .subframes[static_cast<std::size_t>(from.index)] = {};
     format.idCounters[static_cast<std::size_t>(to.counter)]
-        .subframes[static_cast<std::size_t>(to.index)] = record;
+        .subframes[static_cast<std::size_t>(to.index)] = moved;
     format.subframesChanged();
     for (const int word : words) {
         format.setWord(word, WordType::Subframe, to.counter, to.index);

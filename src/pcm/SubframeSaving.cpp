@@ -132,7 +132,10 @@ class SubframeSaver {
         }
         std::sort(locations_.begin(), locations_.end());
         locations_.erase(std::unique(locations_.begin(), locations_.end()), locations_.end());
-        record_.supercommutated = std::to_string(locations_.size());
+        const bool single = locations_.size() == 1;
+        record_.supercommutated =
+            single ? std::string(kNotSupercommutated) : std::to_string(locations_.size());
+        record_.locationMode = single ? kNoLocationMode : kEveryLocation;
         return true;
     }
 

@@ -88,6 +88,21 @@ TEST_F(AsyncEdit, AClearedRecordIsEmptyAndKeepsItsSlots) {
     EXPECT_EQ(f.format.asyncCount(), 3);
 }
 
+TEST_F(AsyncEdit, RangesFollowTheNumberOfFrames) {
+    f.document.version = 2011;
+    auto& frames = f.format.asyncFormats[1].locations[1].frames;
+    frames = {{2, 1, 8}, {7, 0, 7}};
+    ASSERT_TRUE(f.format.setNumberOfFrames(f.parent, 4));
+    EXPECT_EQ(frames, (std::vector<FrameRange>{{2, 1, 4}}));
+    EXPECT_EQ(f.format.asyncFormats[0].locations[0].frames, (std::vector<FrameRange>{{1, 1, 4}}));
+    ASSERT_TRUE(f.format.setNumberOfFrames(f.parent, 16));
+    EXPECT_EQ(frames, (std::vector<FrameRange>{{2, 1, 4}}));
+    EXPECT_TRUE(StreamFixture::holds(f.written(), "AEF7-1-1:NO"));
+    EXPECT_TRUE(StreamFixture::holds(f.written(), "AEF10-2-2-1:4"));
+    ASSERT_TRUE(f.format.setNumberOfFrames(f.parent, 1));
+    EXPECT_EQ(frames, (std::vector<FrameRange>{{1, 1, 1}}));
+}
+
 TEST_F(AsyncEdit, PlacesFollowTheSlotsWhenWordsHaveMoved) {
     freeAsyncSlots(f.format, 2);
     AsyncLocation moved{8, {{1, 1, 8}}};

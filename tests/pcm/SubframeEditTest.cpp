@@ -255,6 +255,9 @@ TEST(SubframeEdit, ASubframeMovesToAFreeEntryOfAnotherCounter) {
     EXPECT_EQ(f.wordsOf("T"), (std::vector<int>{5, 9}));
     EXPECT_EQ(f.format.word(9).idCounterIndex, 1);
     EXPECT_TRUE(f.format.hasMeasurement("A"));
+    // The record may be the one that is moved.
+    ASSERT_TRUE(moveSubframeToCounter(f.format, 5, *f.format.subframeOfWord(5), 0));
+    EXPECT_EQ(f.wordsOf("T"), (std::vector<int>{5, 9}));
     EXPECT_FALSE(moveSubframeToCounter(f.format, 5, record, 2));
     EXPECT_FALSE(moveSubframeToCounter(f.format, 6, record, 0));
 }

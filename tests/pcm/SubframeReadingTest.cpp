@@ -204,6 +204,25 @@ TEST(SubframeReading, ManyClaimedLocationsThatAreNotThereAreBounded) {
     EXPECT_EQ(f.ui.countLogs(186), 198);
 }
 
+TEST(SubframeReading, EveryMessageBearsItsTitle) {
+    StreamFixture f;
+    ASSERT_TRUE(f.read(Commands{
+        "ISF\\N:120",  "ISF1-1:A",     "IDC1-1:31",    "IDC2-1:8",  "IDC3-1:0",  "SF\\N-1:10000",
+        "SF2-1-1:NO",  "SF3-1-1:FI",   "SF4-1-1-1:99", "SF6-1-1:1", "SF1-1-2:T", "SF2-1-2:2",
+        "SF3-1-2:NA",  "SF4-1-2-1:31", "SF1-1-3:T",    "SF1-1-4:U", "SF2-1-4:2", "SF3-1-4:FI",
+        "SF4-1-4-1:1", "SF5-1-4:30",   "ISF1-2:A",     "ISF1-3:B",  "IDC1-3:99"}));
+    std::map<int, int> titles;
+    for (const auto& log : f.ui.logs) {
+        const auto [at, isNew] = titles.emplace(log.id, log.titleId);
+        EXPECT_TRUE(isNew || at->second == log.titleId) << log.id;
+    }
+    const std::map<int, int> expected{
+        {177, 78}, {179, 88}, {180, 78}, {182, 88}, {183, 88}, {184, 88}, {185, 88},
+        {186, 88}, {199, 88}, {200, 88}, {201, 86}, {202, 80}, {203, 88}, {204, 88},
+        {205, 88}, {208, 88}, {209, 88}, {210, 86}, {211, 88}, {212, 86}, {213, 86}};
+    EXPECT_EQ(titles, expected);
+}
+
 TEST(SubframeReading, ACancelEndsTheRead) {
     StreamFixture f;
     f.ui.cancelAtPoll = 3;

@@ -150,6 +150,13 @@ TEST_F(SubframeSaving, AListOfWordsMustLieInTheFrameAndHoldTheWordThatIsEdited) 
     EXPECT_EQ(f.subframe(0, 0).supercommutated, "3");
 }
 
+TEST_F(SubframeSaving, AListOfOneWordIsNotSupercommutated) {
+    EXPECT_TRUE(save(listed(), {5}));
+    EXPECT_EQ(f.subframe(0, 0).supercommutated, "NO");
+    EXPECT_EQ(f.subframe(0, 0).locationMode, "NA");
+    EXPECT_EQ(f.wordsOf("S"), std::vector<int>{5});
+}
+
 TEST_F(SubframeSaving, ADepthThatDoesNotDivideTheCountersDepthIsRefused) {
     auto record = old;
     record.depth = "3";
