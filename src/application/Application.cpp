@@ -200,6 +200,17 @@ void Application::installPcmSteps() {
     };
 }
 
+bool Application::changeVersions(UserInterface* parent, const VersionOptions& options,
+                                 IoStatus* failure) {
+    auto& parts = *parts_;
+    const auto convertStream = [&parts, input = parts.document.version](UserInterface* window,
+                                                                        int pIndex) {
+        return migrateStream(parts.pcmFormat, window, parts.pcmSteps, pIndex, input);
+    };
+    return editVersionOptions(parts.context, parts.conversions, parent, options, convertStream,
+                              failure);
+}
+
 void Application::keepRecentFiles() {
     parts_->steps.rememberFile = [this](const std::string& path) {
         rememberFile(parts_->settings, path);

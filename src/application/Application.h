@@ -13,7 +13,9 @@
 namespace kavu {
 
 class ConversionStore;
+class IoStatus;
 class MeasurementNames;
+struct VersionOptions;
 class PcmFormat;
 struct PcmSteps;
 
@@ -45,6 +47,11 @@ class Application {
     /// The one stream that can be in memory, and what its load needs of other folders.
     [[nodiscard]] PcmFormat& pcmFormat();
     [[nodiscard]] const PcmSteps& pcmSteps();
+
+    /// What the dialog of the editions gives on OK: see `editVersionOptions`. A failure may
+    /// leave the open document half converted.
+    bool changeVersions(UserInterface* parent, const VersionOptions& options,
+                        IoStatus* failure = nullptr);
 
     /// Settings that are held in memory while the program runs.
     struct HeldSettings {

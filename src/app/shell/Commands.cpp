@@ -1,0 +1,421 @@
+#include "app/shell/Commands.h"
+
+#include "core/Messages.h"
+
+#include <algorithm>
+#include <array>
+
+namespace kavu {
+
+namespace {
+
+using enum CommandId;
+using enum MenuId;
+
+constexpr std::string_view kAddRoot = "'&Root Word' Of Measurements";
+constexpr std::string_view kAddChildren = "'&Children' Of Measurements";
+constexpr std::string_view kSameNames = "Same Measurement &Names";
+constexpr std::string_view kBackups = "&Backup TMATS Files";
+
+constexpr auto kCommands = std::to_array<CommandRow>({
+    {.id = CreateNew,
+     .menu = File,
+     .submenu = {},
+     .text = "&Create New TMATS File",
+     .icon = "new",
+     .keys = "Ctrl+N",
+     .inToolBar = true,
+     .builtIn = true},
+    {.id = Open,
+     .menu = File,
+     .submenu = {},
+     .text = "&Open TMATS File",
+     .icon = "open",
+     .keys = "Ctrl+O",
+     .inToolBar = true,
+     .builtIn = true},
+    {.id = Save,
+     .menu = File,
+     .submenu = {},
+     .text = "&Save TMATS File",
+     .icon = "save",
+     .keys = "Ctrl+S",
+     .separatorBefore = true,
+     .inToolBar = true,
+     .builtIn = true},
+    {.id = SaveAs,
+     .menu = File,
+     .submenu = {},
+     .text = "Save TMATS File &As...",
+     .icon = "save-as",
+     .keys = "Ctrl+Shift+S",
+     .builtIn = true},
+    {.id = Close,
+     .menu = File,
+     .submenu = {},
+     .text = "C&lose TMATS File",
+     .icon = "close",
+     .keys = "Ctrl+W",
+     .builtIn = true},
+    {.id = Exit,
+     .menu = File,
+     .submenu = {},
+     .text = "E&xit",
+     .icon = "exit",
+     .keys = "Ctrl+Q",
+     .separatorBefore = true,
+     .builtIn = true},
+    {.id = General,
+     .menu = Edit,
+     .submenu = {},
+     .text = "&General Information",
+     .icon = "general",
+     .keys = "Ctrl+1",
+     .inToolBar = true},
+    {.id = Transmission,
+     .menu = Edit,
+     .submenu = {},
+     .text = "&Transmission Attributes",
+     .icon = "rf",
+     .keys = "Ctrl+2",
+     .inToolBar = true},
+    {.id = Recorder,
+     .menu = Edit,
+     .submenu = {},
+     .text = "&Recorder/Reproducer Attributes",
+     .icon = "tape",
+     .keys = "Ctrl+3",
+     .inToolBar = true},
+    {.id = Multiplex,
+     .menu = Edit,
+     .submenu = {},
+     .text = "&Multiplexing/Modulation",
+     .icon = "multiplex",
+     .keys = "Ctrl+4",
+     .inToolBar = true},
+    {.id = Stream,
+     .menu = Edit,
+     .submenu = {},
+     .text = "&Stream Format Information",
+     .icon = "stream",
+     .keys = "Ctrl+5",
+     .inToolBar = true},
+    {.id = Conversion,
+     .menu = Edit,
+     .submenu = {},
+     .text = "&Data Conversion Information",
+     .icon = "conversion",
+     .keys = "Ctrl+6",
+     .inToolBar = true},
+    {.id = Hardware,
+     .menu = Edit,
+     .submenu = {},
+     .text = "Airborne &Hardware Information",
+     .icon = "hardware",
+     .keys = "Ctrl+7"},
+    {.id = Vendor,
+     .menu = Edit,
+     .submenu = {},
+     .text = "&Vendor Specific Information",
+     .icon = "vendor",
+     .keys = "Ctrl+8"},
+    {.id = Pam, .menu = Edit, .submenu = {}, .text = "&PAM", .icon = "pam", .keys = "Ctrl+9"},
+    {.id = Plots,
+     .menu = Reports,
+     .submenu = {},
+     .text = "Display &Plots For Multiple Measurements",
+     .icon = "plot",
+     .keys = {}},
+    {.id = CalibrationReports,
+     .menu = Reports,
+     .submenu = {},
+     .text = "Print All &Calibration Reports",
+     .icon = "print",
+     .keys = {}},
+    {.id = ReportOptions,
+     .menu = Reports,
+     .submenu = {},
+     .text = "&Report Options",
+     .icon = "settings",
+     .keys = {},
+     .separatorBefore = true},
+    {.id = EditDatabase,
+     .menu = Database,
+     .submenu = {},
+     .text = "&Edit Measurement Database",
+     .icon = "database",
+     .keys = {}},
+    {.id = DatabaseLocation,
+     .menu = Database,
+     .submenu = {},
+     .text = "Change Measurement Database &Version/Location",
+     .icon = {},
+     .keys = {}},
+    {.id = ImportDatabase,
+     .menu = Database,
+     .submenu = {},
+     .text = "&Import External File Into KAVU Database",
+     .icon = "import",
+     .keys = {}},
+    {.id = EnableDatabase,
+     .menu = Database,
+     .submenu = {},
+     .text = "E&nable Measurement Database",
+     .icon = {},
+     .keys = {},
+     .separatorBefore = true},
+    {.id = DisableDatabase,
+     .menu = Database,
+     .submenu = {},
+     .text = "&Disable Measurement Database",
+     .icon = {},
+     .keys = {}},
+    {.id = AddRoot,
+     .menu = Database,
+     .submenu = kAddRoot,
+     .text = "&Automatically Add 'Root Word'",
+     .icon = {},
+     .keys = {},
+     .checkable = true,
+     .builtIn = true},
+    {.id = DoNotAddRoot,
+     .menu = Database,
+     .submenu = kAddRoot,
+     .text = "&Do Not Add",
+     .icon = {},
+     .keys = {},
+     .checkable = true,
+     .builtIn = true},
+    {.id = AddChildren,
+     .menu = Database,
+     .submenu = kAddChildren,
+     .text = "&Automatically Add 'Children'",
+     .icon = {},
+     .keys = {},
+     .checkable = true,
+     .builtIn = true},
+    {.id = DoNotAddChildren,
+     .menu = Database,
+     .submenu = kAddChildren,
+     .text = "&Do Not Add",
+     .icon = {},
+     .keys = {},
+     .checkable = true,
+     .builtIn = true},
+    {.id = SampleRateOptions,
+     .menu = Options,
+     .submenu = {},
+     .text = "&Sample Rate Options",
+     .icon = {},
+     .keys = {},
+     .builtIn = true},
+    {.id = CommentOptions,
+     .menu = Options,
+     .submenu = {},
+     .text = "&Comment Field Options",
+     .icon = {},
+     .keys = {}},
+    {.id = Precision,
+     .menu = Options,
+     .submenu = {},
+     .text = "&Floating Point Precision",
+     .icon = {},
+     .keys = {},
+     .builtIn = true},
+    {.id = UpdateOptions,
+     .menu = Options,
+     .submenu = {},
+     .text = "&KAVU-Update Options",
+     .icon = {},
+     .keys = {},
+     .builtIn = true},
+    {.id = Versions,
+     .menu = Options,
+     .submenu = {},
+     .text = "&IRIG TMATS File Version Numbers",
+     .icon = {},
+     .keys = {},
+     .builtIn = true},
+    {.id = AllowSameNames,
+     .menu = Options,
+     .submenu = kSameNames,
+     .text = "&Allow the same measurement name in different streams",
+     .icon = {},
+     .keys = {},
+     .checkable = true,
+     .builtIn = true},
+    {.id = RefuseSameNames,
+     .menu = Options,
+     .submenu = kSameNames,
+     .text = "&Do not allow the same measurement name in different streams",
+     .icon = {},
+     .keys = {},
+     .checkable = true,
+     .builtIn = true},
+    {.id = MakeBackups,
+     .menu = Options,
+     .submenu = kBackups,
+     .text = "&Yes - Backup TMATS files",
+     .icon = {},
+     .keys = {},
+     .checkable = true,
+     .builtIn = true},
+    {.id = NoBackups,
+     .menu = Options,
+     .submenu = kBackups,
+     .text = "&No - Do not create backup files",
+     .icon = {},
+     .keys = {},
+     .checkable = true,
+     .builtIn = true},
+    {.id = ExpandAll,
+     .menu = View,
+     .submenu = {},
+     .text = "&Expand All",
+     .icon = "expand",
+     .keys = "Ctrl+Alt+Down",
+     .builtIn = true},
+    {.id = ExpandBranch,
+     .menu = View,
+     .submenu = {},
+     .text = "Expand &Branch",
+     .icon = {},
+     .keys = "Alt+Right",
+     .builtIn = true},
+    {.id = ExpandChildren,
+     .menu = View,
+     .submenu = {},
+     .text = "Expand Branch And Its &Children",
+     .icon = {},
+     .keys = "Alt+Shift+Right",
+     .builtIn = true},
+    {.id = CollapseAll,
+     .menu = View,
+     .submenu = {},
+     .text = "C&ollapse All",
+     .icon = "collapse",
+     .keys = "Ctrl+Alt+Up",
+     .separatorBefore = true,
+     .builtIn = true},
+    {.id = CollapseBranch,
+     .menu = View,
+     .submenu = {},
+     .text = "Co&llapse Branch",
+     .icon = {},
+     .keys = "Alt+Left",
+     .builtIn = true},
+    {.id = CollapseChildren,
+     .menu = View,
+     .submenu = {},
+     .text = "Collapse Branch &And Its Children",
+     .icon = {},
+     .keys = "Alt+Shift+Left",
+     .builtIn = true},
+    {.id = HelpIndex,
+     .menu = Help,
+     .submenu = {},
+     .text = "&Index",
+     .icon = "help",
+     .keys = "F1",
+     .inToolBar = true,
+     .builtIn = true},
+    {.id = About,
+     .menu = Help,
+     .submenu = {},
+     .text = "&About KAVU-9",
+     .icon = "about",
+     .keys = {},
+     .separatorBefore = true,
+     .builtIn = true},
+});
+
+/// Prompts that have no text in the table of messages.
+struct OwnPrompt {
+    CommandId id;
+    std::string_view text;
+};
+constexpr auto kOwnPrompts = std::to_array<OwnPrompt>({
+    {AddRoot, "Add the root word of a measurement from the database automatically"},
+    {DoNotAddRoot, "Do not add the root word of a measurement automatically"},
+    {AddChildren, "Add the children of a measurement from the database automatically"},
+    {DoNotAddChildren, "Do not add the children of a measurement automatically"},
+    {AllowSameNames, "Let measurements of different streams have the same name"},
+    {RefuseSameNames, "Report measurements of different streams that have the same name"},
+    {MakeBackups, "Copy a TMATS file to a .bak file before it is overwritten"},
+    {NoBackups, "Overwrite TMATS files without a backup"},
+    {ExpandAll, "Expand all branches of the tree"},
+    {ExpandBranch, "Expand the selected branch"},
+    {ExpandChildren, "Expand the selected branch and all branches below it"},
+    {CollapseAll, "Collapse all branches of the tree"},
+    {CollapseBranch, "Collapse the selected branch"},
+    {CollapseChildren, "Collapse the selected branch and all branches below it"},
+});
+
+constexpr int kFirstHardwareEdition = 1996;
+constexpr int kFirstVendorEdition = 2004;
+constexpr int kFirstMessageEdition = 2009;
+
+}  // namespace
+
+std::span<const CommandRow> commandTable() {
+    return kCommands;
+}
+
+const CommandRow& commandRow(CommandId id) {
+    const auto found = std::find_if(kCommands.begin(), kCommands.end(),
+                                    [id](const CommandRow& row) { return row.id == id; });
+    return found == kCommands.end() ? kCommands.front() : *found;
+}
+
+std::string_view menuTitle(MenuId menu) {
+    constexpr std::string_view kTitles[] = {"&File",    "&Edit", "&Reports", "&Database",
+                                            "&Options", "&View", "&Help"};
+    return kTitles[static_cast<std::size_t>(menu)];
+}
+
+bool documentAllows(CommandId id, const DocumentFacts& facts) {
+    switch (id) {
+        case Save:
+        case SaveAs:
+        case Close:
+        case General:
+        case Conversion:
+        case Pam:
+        case Plots:
+        case CalibrationReports:
+        case ExpandAll:
+        case CollapseAll:
+            return facts.open;
+        case Hardware:
+            return facts.open && facts.version >= kFirstHardwareEdition;
+        case Vendor:
+            return facts.open && facts.version >= kFirstVendorEdition;
+        case Transmission:
+            return facts.open && facts.hasRadioSource;
+        case Recorder:
+            return facts.open && facts.hasTapeSource;
+        case Multiplex:
+            return facts.open && (facts.hasRadioSource || facts.hasTapeSource);
+        case Stream:
+            return facts.open && (facts.hasDataLink || (facts.version >= kFirstMessageEdition &&
+                                                        facts.hasMessageStream));
+        case ExpandBranch:
+        case ExpandChildren:
+        case CollapseBranch:
+        case CollapseChildren:
+            return facts.open && facts.treeItemSelected;
+        default:
+            return true;
+    }
+}
+
+std::string commandPrompt(CommandId id) {
+    if (const auto text = loadText(static_cast<int>(id))) {
+        return std::string(*text);
+    }
+    const auto own = std::find_if(kOwnPrompts.begin(), kOwnPrompts.end(),
+                                  [id](const OwnPrompt& row) { return row.id == id; });
+    return own == kOwnPrompts.end() ? std::string() : std::string(own->text);
+}
+
+}  // namespace kavu

@@ -1,0 +1,98 @@
+// The commands of the main window: number, menu entry, prompt, key, and when each of them
+// can be given. The menus, the tool bar and the tests walk this one table.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace kavu {
+
+/// The number of a command is the number of its prompt in the table of messages.
+enum class CommandId : int {
+    CreateNew = 1,
+    Open = 2,
+    Save = 4,
+    SaveAs = 5,
+    Close = 11,
+    Exit = 12,
+    General = 13,
+    Transmission = 14,
+    Recorder = 15,
+    Multiplex = 16,
+    Stream = 17,
+    Conversion = 18,
+    Hardware = 19,
+    Vendor = 20,
+    Pam = 21,
+    Plots = 22,
+    CalibrationReports = 23,
+    ReportOptions = 28,
+    EditDatabase = 29,
+    DatabaseLocation = 30,
+    ImportDatabase = 31,
+    EnableDatabase = 32,
+    DisableDatabase = 33,
+    AddRoot = 34,
+    DoNotAddRoot = 35,
+    AddChildren = 36,
+    DoNotAddChildren = 37,
+    SampleRateOptions = 38,
+    CommentOptions = 39,
+    Precision = 40,
+    UpdateOptions = 41,
+    Versions = 42,
+    AllowSameNames = 43,
+    RefuseSameNames = 44,
+    MakeBackups = 45,
+    NoBackups = 46,
+    ExpandAll = 49,
+    ExpandBranch = 50,
+    ExpandChildren = 51,
+    CollapseAll = 52,
+    CollapseBranch = 53,
+    CollapseChildren = 54,
+    HelpIndex = 55,
+    About = 56,
+};
+
+enum class MenuId { File, Edit, Reports, Database, Options, View, Help };
+
+struct CommandRow {
+    CommandId id;
+    MenuId menu;
+    /// Entries of one submenu stand together; empty is the menu itself.
+    std::string_view submenu;
+    std::string_view text;  ///< of the menu entry, with "&" in front of its key
+    std::string_view icon;
+    std::string_view keys;  ///< in the portable form of key sequences
+    bool checkable = false;
+    bool separatorBefore = false;
+    bool inToolBar = false;
+    /// Done by the main window itself; all others need an editor to be installed.
+    bool builtIn = false;
+};
+
+[[nodiscard]] std::span<const CommandRow> commandTable();
+[[nodiscard]] const CommandRow& commandRow(CommandId id);
+[[nodiscard]] std::string_view menuTitle(MenuId menu);
+
+/// What the enabling rules ask of the open document.
+struct DocumentFacts {
+    bool open = false;
+    int version = 2011;
+    bool hasRadioSource = false;
+    bool hasTapeSource = false;
+    bool hasDataLink = false;
+    bool hasMessageStream = false;  ///< an S file, from 106-09 on
+    bool treeItemSelected = false;
+};
+/// Tells if the document allows a command; whether its editor exists is another question.
+[[nodiscard]] bool documentAllows(CommandId id, const DocumentFacts& facts);
+
+/// The prompt for the status bar: the text of that number, else our own.
+[[nodiscard]] std::string commandPrompt(CommandId id);
+/// What is added to the prompt of an entry whose editor is not there.
+inline constexpr std::string_view kNotAvailable = " (not available in this version)";
+
+}  // namespace kavu
