@@ -106,8 +106,8 @@ void DataChunks::add(std::string_view command) {
         return;
     }
     const auto indices = parseCommandIndices(command);
-    if (indices.count >= 1) {
-        highestList_ = std::max(highestList_, indices.fields[0]);
+    if (indices.count == 1 && startsWithIgnoreCase(field, "MN\\N-")) {
+        countedLists_.insert(indices.fields[0]);
     }
     const int measurement = indices.count >= 2 ? indices.fields[1] : 0;
     if (measurement < 0 || measurement > kMostMeasurements) {

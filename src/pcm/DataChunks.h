@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -75,8 +76,8 @@ class DataChunks {
     [[nodiscard]] ChunkFields* chunkOf(int measurement);
     /// The commands that name no measurement.
     [[nodiscard]] ChunkFields& lists();
-    /// The highest list number of a command.
-    [[nodiscard]] int highestList() const { return highestList_; }
+    /// The numbers of the lists that tell how many measurements they have.
+    [[nodiscard]] const std::set<int>& countedLists() const { return countedLists_; }
     /// The first measurement number from `number` on whose chunk is there, or one that is too
     /// high.
     [[nodiscard]] int nextPresent(int number) const;
@@ -99,7 +100,7 @@ class DataChunks {
     std::unordered_map<int, std::unique_ptr<ChunkFields>> read_;
     std::size_t readBytes_ = 0;
     std::unique_ptr<ChunkFields> none_;
-    int highestList_ = 0;
+    std::set<int> countedLists_;
     bool hasWordFrame_ = false;
     bool hasOtherTypes_ = false;
 };

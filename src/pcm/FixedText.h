@@ -38,7 +38,17 @@ class FixedText {
     [[nodiscard]] bool empty() const { return size_ == 0; }
     [[nodiscard]] std::size_t size() const { return size_; }
     /// The decimal number at the front; 0 without one.
-    [[nodiscard]] int number() const { return leadingInt(view()); }
+    [[nodiscard]] int number() const {
+        // Depths are asked for with every cell; plain digits need no parser.
+        int value = 0;
+        for (std::size_t i = 0; i < size_; ++i) {
+            if (!isDigit(bytes_[i]) || i >= 9) {
+                return leadingInt(view());
+            }
+            value = 10 * value + (bytes_[i] - '0');
+        }
+        return value;
+    }
 
     friend bool operator==(const FixedText& a, const FixedText& b) { return a.view() == b.view(); }
     friend bool operator==(const FixedText& a, std::string_view b) { return a.view() == b; }

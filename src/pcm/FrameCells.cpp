@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <numeric>
-#include <set>
+#include <tuple>
 
 namespace kavu {
 
@@ -16,12 +16,6 @@ constexpr std::uint32_t kGone = 1U << 31U;
 std::uint32_t keyOf(std::uint16_t word, std::uint16_t index) {
     return (static_cast<std::uint32_t>(word) << 16U) | index;
 }
-bool keyLess(std::uint32_t a, std::uint32_t b) {
-    return (a & ~kGone) < (b & ~kGone);
-}
-
-/// A list up to this length is searched by walking it.
-constexpr int kShortList = 32;
 
 }  // namespace
 
@@ -196,7 +190,12 @@ std::uint32_t FrameCells::newRecord(Measurement measurement, std::uint32_t name)
         number = freeRecords_.back();
         freeRecords_.pop_back();
     }
-    records_[number] = {measurement, 0, name};
+    auto& first = names_[name].firstRecord;
+    records_[number] = {measurement, 0, name, first, 0};
+    if (first != 0) {
+        records_[first].previous = number;
+    }
+    first = number;
     return number;
 }
 
@@ -225,6 +224,12 @@ void FrameCells::release(std::uint32_t record) {
         name.lastRecord = 0;
     }
     lastStored_ = lastStored_ == record ? 0 : lastStored_;
+    const auto next = records_[record].next;
+    const auto previous = records_[record].previous;
+    (previous == 0 ? name.firstRecord : records_[previous].next) = next;
+    if (next != 0) {
+        records_[next].previous = previous;
+    }
     records_[record] = Record{};
     freeRecords_.push_back(record);
 }
@@ -311,70 +316,110 @@ void FrameCells::prepareSort() {
 }
 
 void FrameCells::sortList(CellRef head) {
-    std::vector<Cell*> cells;
+    std::vector<CellRef> cells;
     bool sorted = true;
     const auto rank = [this](std::uint32_t record) { return names_[records_[record].name].rank; };
     for (CellRef at = head; at; at = next(at)) {
-        auto& cell = cellOf(at);
+        const auto& cell = cellOf(at);
         if (cell.async != 0) {
             break;
         }
-        sorted = sorted && (cells.empty() || rank(cells.back()->record) <= rank(cell.record));
-        cells.push_back(&cell);
+        sorted =
+            sorted && (cells.empty() || rank(cellOf(cells.back()).record) <= rank(cell.record));
+        cells.push_back(at);
     }
     if (sorted || cells.size() < 2) {
         return;
     }
     std::vector<std::uint32_t> records;
     records.reserve(cells.size());
-    for (const auto* cell : cells) {
-        records.push_back(cell->record);
+    for (const auto& at : cells) {
+        records.push_back(cellOf(at).record);
     }
     std::stable_sort(records.begin(), records.end(),
                      [&rank](std::uint32_t a, std::uint32_t b) { return rank(a) < rank(b); });
     for (std::size_t i = 0; i < cells.size(); ++i) {
-        cells[i]->record = records[i];
+        cellOf(cells[i]).record = records[i];
+    }
+    relocate(head, cells);
+}
+
+/// Brings the index of a list up to date whose contents have changed their cells. They are
+/// sorted, so the cells of one name stand together.
+void FrameCells::relocate(CellRef head, const std::vector<CellRef>& moved) {
+    const Entry wanted{keyOf(head.word, head.index), 0};
+    std::uint32_t before = 0;
+    std::vector<Entry>::iterator it;
+    std::vector<Entry>::iterator end;
+    for (const auto& at : moved) {
+        const auto number = records_[cellOf(at).record].name;
+        if (number == 0) {
+            continue;
+        }
+        if (number != before) {
+            auto& name = names_[number];
+            settle(name);
+            std::tie(it, end) =
+                std::equal_range(name.places.begin(), name.places.end(), wanted, placeLess);
+            before = number;
+        }
+        while (it != end && (it->place & kGone) != 0) {
+            ++it;
+        }
+        if (it != end) {
+            it->chained = at.chained;
+            ++it;
+        }
     }
 }
 
 // --- names ----------------------------------------------------------------------------------
+
+bool FrameCells::placeLess(const Entry& a, const Entry& b) {
+    return (a.place & ~kGone) < (b.place & ~kGone);
+}
 
 void FrameCells::settle(const Name& name) {
     const auto middle = name.places.begin() + static_cast<std::ptrdiff_t>(name.sorted);
     if (middle == name.places.end()) {
         return;
     }
-    std::sort(middle, name.places.end(), keyLess);
-    std::inplace_merge(name.places.begin(), middle, name.places.end(), keyLess);
+    std::sort(middle, name.places.end(), placeLess);
+    std::inplace_merge(name.places.begin(), middle, name.places.end(), placeLess);
     name.sorted = name.places.size();
 }
 
 void FrameCells::enter(CellRef at, std::uint32_t number) {
     auto& name = names_[number];
-    const auto key = keyOf(at.word, at.index);
+    const Entry entry{keyOf(at.word, at.index), at.chained};
     if (name.sorted == name.places.size() &&
-        (name.places.empty() || !keyLess(key, name.places.back()))) {
+        (name.places.empty() || !placeLess(entry, name.places.back()))) {
         ++name.sorted;
     }
-    name.places.push_back(key);
+    name.places.push_back(entry);
     liveNames_ += name.live++ == 0 ? 1 : 0;
+}
+
+std::vector<FrameCells::Entry>::iterator FrameCells::entryOf(Name& name, CellRef at) {
+    settle(name);
+    const Entry wanted{keyOf(at.word, at.index), at.chained};
+    auto it = std::lower_bound(name.places.begin(), name.places.end(), wanted, placeLess);
+    while (it != name.places.end() &&
+           (it->place != wanted.place || it->chained != wanted.chained)) {
+        ++it;
+    }
+    return it;
 }
 
 void FrameCells::leave(CellRef at, std::uint32_t number) {
     auto& name = names_[number];
-    settle(name);
-    const auto key = keyOf(at.word, at.index);
-    auto it = std::lower_bound(name.places.begin(), name.places.end(), key, keyLess);
-    while (it != name.places.end() && *it != key) {
-        ++it;
-    }
-    if (it != name.places.end()) {
-        *it |= kGone;
+    if (const auto it = entryOf(name, at); it != name.places.end()) {
+        it->place |= kGone;
         ++name.dead;
         liveNames_ -= --name.live == 0 ? 1 : 0;
     }
     if (name.dead > 16 && name.dead > name.live) {
-        std::erase_if(name.places, [](std::uint32_t entry) { return (entry & kGone) != 0; });
+        std::erase_if(name.places, [](const Entry& entry) { return (entry.place & kGone) != 0; });
         name.sorted = name.places.size();
         name.dead = 0;
     }
@@ -389,7 +434,7 @@ std::vector<FrameCells::Place> FrameCells::places(std::string_view name) const {
     const auto& entry = names_[findName(name)];
     settle(entry);
     result.reserve(entry.live);
-    for (const auto key : entry.places) {
+    for (const auto& [key, chained] : entry.places) {
         if ((key & kGone) == 0) {
             result.push_back({static_cast<std::uint16_t>(key >> 16U),
                               static_cast<std::uint16_t>(key & 0xFFFFU)});
@@ -399,14 +444,10 @@ std::vector<FrameCells::Place> FrameCells::places(std::string_view name) const {
 }
 
 CellRef FrameCells::findFrom(CellRef from, std::string_view name) const {
-    return findFrom(from, static_cast<int>(findName(name)));
-}
-
-CellRef FrameCells::findFrom(CellRef from, int nameNumber) const {
-    if (nameNumber <= 0) {
+    const auto number = findName(name);
+    if (number == 0 || names_[number].live == 0) {
         return {};
     }
-    const auto number = static_cast<std::uint32_t>(nameNumber);
     for (CellRef at = from; at; at = next(at)) {
         const auto& cell = cellOf(at);
         if (cell.async == 0 && records_[cell.record].name == number) {
@@ -416,53 +457,53 @@ CellRef FrameCells::findFrom(CellRef from, int nameNumber) const {
     return {};
 }
 
-bool FrameCells::holdsAt(int fwp, int index, std::string_view name) const {
-    const auto number = findName(name);
+void FrameCells::cellsAt(int fwp, int index, int nameNumber, std::vector<CellRef>& cells) const {
+    cells.clear();
     const CellRef head = cell(fwp, index);
-    if (number == 0 || !head || names_[number].live == 0) {
-        return false;
+    if (!head || nameNumber <= 0) {
+        return;
     }
-    CellRef at = head;
-    for (int seen = 0; seen < kShortList && at; ++seen, at = next(at)) {
-        const auto& found = cellOf(at);
-        if (found.async == 0 && records_[found.record].name == number) {
-            return true;
+    const auto& name = names_[static_cast<std::size_t>(nameNumber)];
+    settle(name);
+    const Entry wanted{keyOf(head.word, head.index), 0};
+    const auto [first, last] =
+        std::equal_range(name.places.begin(), name.places.end(), wanted, placeLess);
+    for (auto it = first; it != last; ++it) {
+        if ((it->place & kGone) == 0) {
+            cells.push_back({head.word, head.index, it->chained});
         }
     }
-    if (!at) {
-        return false;
+    if (cells.size() < 2) {
+        return;
     }
-    const auto& entry = names_[number];
-    settle(entry);
-    const auto key = keyOf(head.word, head.index);
-    const auto [first, last] =
-        std::equal_range(entry.places.begin(), entry.places.end(), key, keyLess);
-    return std::find(first, last, key) != last;
+    // Several stand in the order of the list.
+    const auto count = cells.size();
+    cells.clear();
+    for (CellRef at = head; at && cells.size() < count; at = next(at)) {
+        const auto& found = cellOf(at);
+        if (found.async == 0 &&
+            records_[found.record].name == static_cast<std::uint32_t>(nameNumber)) {
+            cells.push_back(at);
+        }
+    }
+}
+
+CellRef FrameCells::firstAt(int fwp, int index, std::string_view name) const {
+    std::vector<CellRef> found;
+    cellsAt(fwp, index, static_cast<int>(findName(name)), found);
+    return found.empty() ? CellRef{} : found.front();
 }
 
 void FrameCells::updateAll(std::string_view name, const std::function<void(Measurement&)>& change) {
-    std::set<std::uint32_t> done;
     const auto number = findName(name);
     if (number == 0) {
         return;
     }
-    Place before{0, 0};
-    for (const auto& place : places(name)) {
-        if (place == before) {
-            continue;
-        }
-        before = place;
-        for (CellRef at = cell(place.word, place.index); at; at = next(at)) {
-            const auto& found = cellOf(at);
-            if (found.async != 0 || records_[found.record].name != number ||
-                !done.insert(found.record).second) {
-                continue;
-            }
-            auto& record = records_[found.record].measurement;
-            const auto kept = record.name;
-            change(record);
-            record.name = kept;
-        }
+    for (auto i = names_[number].firstRecord; i != 0; i = records_[i].next) {
+        auto& record = records_[i].measurement;
+        const auto kept = record.name;
+        change(record);
+        record.name = kept;
     }
 }
 
@@ -490,7 +531,7 @@ std::size_t FrameCells::memory() const {
         bytes += word.heads.capacity() * sizeof(HeadCell);
     }
     for (const auto& name : names_) {
-        bytes += name.places.capacity() * sizeof(std::uint32_t);
+        bytes += name.places.capacity() * sizeof(Entry);
     }
     return bytes;
 }

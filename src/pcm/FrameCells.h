@@ -21,7 +21,7 @@ namespace kavu {
 class FrameCells {
   public:
     /// No more cells are chained than this; a file that asks for more is no stream.
-    static constexpr std::uint32_t kMostChained = 16'000'000;
+    static constexpr std::uint32_t kMostChained = 12'000'000;
     /// A word's array has at most this many cells.
     static constexpr int kMostIndex = 9999;
 
@@ -84,9 +84,14 @@ class FrameCells {
     [[nodiscard]] std::vector<Place> places(std::string_view name) const;
     /// The first cell of that name in a list, from `from` on; async slots are passed over.
     [[nodiscard]] CellRef findFrom(CellRef from, std::string_view name) const;
-    [[nodiscard]] CellRef findFrom(CellRef from, int nameNumber) const;
-    /// True if that place holds the name.
-    [[nodiscard]] bool holdsAt(int fwp, int index, std::string_view name) const;
+    /// The cells of a name in a list, in their order; `nameNumber` is that of the name. Takes
+    /// the list's length only if there are several.
+    void cellsAt(int fwp, int index, int nameNumber, std::vector<CellRef>& cells) const;
+    /// The first of them, or none.
+    [[nodiscard]] CellRef firstAt(int fwp, int index, std::string_view name) const;
+    [[nodiscard]] bool holdsAt(int fwp, int index, std::string_view name) const {
+        return static_cast<bool>(firstAt(fwp, index, name));
+    }
     /// Changes every copy of a measurement; the name stays what it is.
     void updateAll(std::string_view name, const std::function<void(Measurement&)>& change);
     /// True if some measurement of the frame answers the test.
@@ -121,14 +126,22 @@ class FrameCells {
         Measurement measurement;
         std::uint32_t uses = 0;
         std::uint32_t name = 0;
+        std::uint32_t next = 0;  ///< the records of a name are a list
+        std::uint32_t previous = 0;
+    };
+    /// Where a name is: the place, marked once it is gone, and the chained cell or 0.
+    struct Entry {
+        std::uint32_t place;
+        std::uint32_t chained;
     };
     struct Name {
         std::string folded;
-        mutable std::vector<std::uint32_t> places;  ///< sorted up to `sorted`
+        mutable std::vector<Entry> places;  ///< sorted up to `sorted`
         mutable std::size_t sorted = 0;
         std::size_t dead = 0;  ///< entries that are marked as gone
         std::size_t live = 0;
-        std::uint32_t lastRecord = 0;
+        std::uint32_t firstRecord = 0;
+        std::uint32_t lastRecord = 0;  ///< the one that was made last
         std::uint32_t rank = 0;
     };
     struct Hash {
@@ -164,6 +177,9 @@ class FrameCells {
     void leave(CellRef at, std::uint32_t name);
     void freeHead(HeadCell& head, CellRef at);
     static void settle(const Name& name);
+    static bool placeLess(const Entry& a, const Entry& b);
+    void relocate(CellRef head, const std::vector<CellRef>& moved);
+    [[nodiscard]] std::vector<Entry>::iterator entryOf(Name& name, CellRef at);
 
     std::vector<Word> words_;
     std::vector<std::unique_ptr<Cell[]>> blocks_;

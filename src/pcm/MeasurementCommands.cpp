@@ -99,6 +99,8 @@ std::vector<MeasurementCommands::Hit> MeasurementCommands::hits() const {
     std::sort(places.begin(), places.end(), [](const auto& a, const auto& b) {
         return std::tie(a.index, a.word) < std::tie(b.index, b.word);
     });
+    const int number = cells.nameNumber(measurement_.name);
+    std::vector<CellRef> here;
     std::vector<Hit> found;
     for (const auto& place : places) {
         const int fwp = place.word;
@@ -106,9 +108,11 @@ std::vector<MeasurementCommands::Hit> MeasurementCommands::hits() const {
         if (fn > format_.wordDepth(fwp)) {
             continue;
         }
-        for (auto at = cells.findFrom(format_.cellAtFrame(fwp, fn), measurement_.name); at;
-             at = cells.findFrom(cells.next(at), measurement_.name)) {
-            found.push_back({at, fwp, fn});
+        if (format_.cellAtFrame(fwp, fn)) {
+            cells.cellsAt(fwp, fn, number, here);
+            for (const auto at : here) {
+                found.push_back({at, fwp, fn});
+            }
         }
     }
     return found;

@@ -100,8 +100,9 @@ bool addMeasurementLocation(PcmLoad& load, int fwp, int fn, const Measurement& m
         return false;
     }
     const auto& cells = format.cells();
-    if (!isFragmented(measurement.locationType) && cells.holdsAt(fwp, head.index, name) &&
-        !isFragmented(cells.measurement(cells.findFrom(head, name)).locationType)) {
+    const auto same =
+        isFragmented(measurement.locationType) ? CellRef{} : cells.firstAt(fwp, head.index, name);
+    if (same && !isFragmented(cells.measurement(same).locationType)) {
         load.log(275, kErrorReadingMeasurement, name, name, fwp, fn, name);
         load.corrected();
         return false;

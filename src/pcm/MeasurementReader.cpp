@@ -55,7 +55,7 @@ std::optional<int> MeasurementReader::listNumber(const std::string& field) {
     return value ? std::optional(std::max(0, leadingInt(*value))) : std::nullopt;
 }
 
-/// The number of lists that are read.
+/// The number of lists that the file tells of.
 int MeasurementReader::readCount() {
     const auto told = listNumber("ML\\N");
     int count = told.value_or(1);
@@ -69,11 +69,11 @@ int MeasurementReader::readCount() {
     }
     format_.measurementListCount = count;
     if (count > kMostMeasurementLists) {
-        // More lists keep no name; what the file has of them is read all the same.
+        // More lists keep no name; those that the file has are read all the same.
         format_.measurementListCount = kMostMeasurementLists;
         load_.corrected();
     }
-    return std::min(count, std::max(kMostMeasurementLists, chunks_.highestList()));
+    return count;
 }
 
 void MeasurementReader::keepComment() {
@@ -224,7 +224,6 @@ void MeasurementReader::readList(int list) {
         return;
     }
     const int count = std::min(*told, DataChunks::kMostMeasurements);
-    tagNumber_ = 0;
     for (int m = chunks_.nextPresent(1); m <= count; ++m) {
         if (load_.cancelled()) {
             return;
@@ -271,8 +270,15 @@ int MeasurementReader::read() {
             reportUnableToWrite(load_.parent, status);
         }
     }
-    for (int list = 1; list <= lists && !load_.cancelled(); ++list) {
+    for (int list = 1; list <= std::min(lists, kMostMeasurementLists) && !load_.cancelled();
+         ++list) {
+        tagNumber_ = 0;
         readList(list);
+    }
+    for (const int list : chunks_.countedLists()) {
+        if (list > kMostMeasurementLists && list <= lists && !load_.cancelled()) {
+            readList(list);
+        }
     }
     closeTags();
     setStatusText(load_.parent, {});

@@ -28,33 +28,43 @@ Occurrences::Occurrences(const PcmFormat& format, std::string_view name, std::st
     }
 }
 
-CellRef Occurrences::matching(CellRef from) const {
+/// Finds the cells of a word in the frame that is on, the last one first.
+void Occurrences::collect(const WordPlaces& word) {
+    const auto head = format_.cellAtFrame(word.fwp, fn_);
+    const auto first = places_.begin() + static_cast<std::ptrdiff_t>(word.first);
+    const auto end = places_.begin() + static_cast<std::ptrdiff_t>(word.end);
     const auto& cells = format_.cells();
-    for (auto at = cells.findFrom(from, name_); at; at = cells.findFrom(cells.next(at), name_)) {
-        if (fragment_ < 1 || cells.measurement(at).fragmentNumber == fragment_) {
-            return at;
-        }
+    found_.clear();
+    if (head && std::binary_search(first, end, FrameCells::Place{head.word, head.index})) {
+        cells.cellsAt(head.word, head.index, name_, found_);
     }
-    return {};
+    if (fragment_ >= 1) {
+        std::erase_if(
+            found_, [&](CellRef at) { return cells.measurement(at).fragmentNumber != fragment_; });
+    }
+    std::reverse(found_.begin(), found_.end());
 }
 
-CellRef Occurrences::firstIn(const WordPlaces& word) const {
-    const auto head = format_.cellAtFrame(word.fwp, fn_);
-    const auto begin = places_.begin();
-    const auto first = begin + static_cast<std::ptrdiff_t>(word.first);
-    const auto end = begin + static_cast<std::ptrdiff_t>(word.end);
-    const bool holds =
-        head && std::binary_search(first, end, FrameCells::Place{head.word, head.index});
-    return holds ? matching(head) : CellRef{};
+bool Occurrences::stillHolds(CellRef at) const {
+    const auto& cells = format_.cells();
+    return cells.cell(at.word, at.index) && cells.isMeasurement(at) &&
+           cells.nameNumber(at) == name_;
 }
 
 std::optional<Occurrence> Occurrences::next() {
-    for (; fn_ <= format_.numberOfFrames; ++fn_, word_ = 0) {
-        for (; word_ < words_.size(); ++word_) {
+    for (; fn_ <= format_.numberOfFrames; ++fn_, word_ = 0, collected_ = false) {
+        for (; word_ < words_.size(); ++word_, collected_ = false) {
             const auto& word = words_[word_];
-            cell_ = cell_ ? matching(format_.next(cell_)) : firstIn(word);
-            if (cell_) {
-                return Occurrence{cell_, word.fwp, fn_};
+            if (!collected_) {
+                collect(word);
+                collected_ = true;
+            }
+            while (!found_.empty()) {
+                const auto cell = found_.back();
+                found_.pop_back();
+                if (stillHolds(cell)) {
+                    return Occurrence{cell, word.fwp, fn_};
+                }
             }
         }
     }

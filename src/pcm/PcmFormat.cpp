@@ -128,7 +128,8 @@ CellRef PcmFormat::getFreeCell(UserInterface* parent, int fwp, int fn) {
 }
 
 CellRef PcmFormat::findInCell(int fwp, int fn, std::string_view name) const {
-    return cells_.findFrom(cellAtFrame(fwp, fn), name);
+    const auto head = cellAtFrame(fwp, fn);
+    return head ? cells_.firstAt(fwp, head.index, name) : CellRef{};
 }
 
 int PcmFormat::countMeasurementsAt(int fwp, int fn, bool measurementsOnly) const {
@@ -242,8 +243,7 @@ void PcmFormat::removeMeasurement(std::string_view name) {
     auto places = cells_.places(name);
     places.erase(std::unique(places.begin(), places.end()), places.end());
     for (const auto& place : places) {
-        const auto head = cells_.cell(place.word, place.index);
-        while (const auto at = cells_.findFrom(head, name)) {
+        while (const auto at = cells_.firstAt(place.word, place.index, name)) {
             cells_.remove(at);
         }
     }

@@ -271,8 +271,8 @@ class Occurrences {
         std::size_t first;
         std::size_t end;
     };
-    [[nodiscard]] CellRef matching(CellRef from) const;
-    [[nodiscard]] CellRef firstIn(const WordPlaces& word) const;
+    void collect(const WordPlaces& word);
+    [[nodiscard]] bool stillHolds(CellRef at) const;
 
     const PcmFormat& format_;
     int name_;
@@ -281,7 +281,8 @@ class Occurrences {
     std::vector<WordPlaces> words_;
     int fn_ = 1;
     std::size_t word_ = 0;
-    CellRef cell_;
+    bool collected_ = false;
+    std::vector<CellRef> found_;  ///< the cells of the word that are still to come, reversed
 };
 
 }  // namespace kavu

@@ -129,6 +129,8 @@ TEST(MeasurementReader, ChunkFilesGoAlsoWhenTheLoadIsCancelled) {
     Commands lines = {"ML\\N:1", "MLN-1:L", "MN\\N-1:2"};
     for (int m = 1; m <= 2; ++m) {
         lines.push_back("MN-1-" + std::to_string(m) + ":M" + std::to_string(m));
+        lines.push_back("LT-1-" + std::to_string(m) + ":MF");
+        lines.push_back("MF-1-" + std::to_string(m) + ":3");
     }
     f.writeGroup('D', lines);
     for (int poll = 1; poll < 60; ++poll) {
@@ -334,8 +336,8 @@ TEST(MeasurementReader, CountsWithoutMeasureEndWithWhatTheFileHolds) {
     LoadFixture f;
     ASSERT_TRUE(f.load(plainFormat(16, 4),
                        Commands{"ML\\N:1000000000", "MLN-1:L", "MN\\N-1:1000000000", "MN-1-1:A",
-                                "LT-1-1:MF", "MF-1-1:3", "MN-1-4000000000:B", "MN-1-999950:C",
-                                "LT-1-999950:MF", "MF-1-999950:4"}));
+                                "MN\\N-999999999:1", "LT-1-1:MF", "MF-1-1:3", "MN-1-4000000000:B",
+                                "MN-1-999950:C", "LT-1-999950:MF", "MF-1-999950:4"}));
     EXPECT_EQ(f.format.measurementListCount, 99);
     EXPECT_TRUE(f.format.hasMeasurement("A"));
     EXPECT_TRUE(f.format.hasMeasurement("C"));
