@@ -33,34 +33,22 @@ Summaries readSummaries(CommandContext& context, const DocumentTree& tree) {
     return summaries;
 }
 
-Json summaryJson(const StreamSummary& summary) {
-    return {{"words", summary.words},
-            {"frames", summary.frames},
-            {"bitRate", jsonText(summary.bitRate)},
-            {"counters", summary.counters},
-            {"subframes", summary.subframes}};
-}
-
-Json linkJson(const TreeLink& link, const Summaries& summaries) {
+Json linkJson(const TreeLink& link) {
     Json embedded = Json::array();
     for (const auto& name : link.embedded) {
         embedded.push_back(jsonText(name));
     }
-    Json members{{"name", jsonText(link.name)},
-                 {"kind", jsonText(link.kind)},
-                 {"group", link.group},
-                 {"measurements", link.measurements},
-                 {"embedded", std::move(embedded)}};
-    if (isPcm(link)) {
-        members["summary"] = summaryJson(summaries.at(link.group));
-    }
-    return members;
+    return {{"name", jsonText(link.name)},
+            {"kind", jsonText(link.kind)},
+            {"group", link.group},
+            {"measurements", link.measurements},
+            {"embedded", std::move(embedded)}};
 }
 
-Json sourceJson(const TreeSource& source, const Summaries& summaries) {
+Json sourceJson(const TreeSource& source) {
     Json links = Json::array();
     for (const auto& link : source.links) {
-        links.push_back(linkJson(link, summaries));
+        links.push_back(linkJson(link));
     }
     return {{"name", jsonText(source.name)},
             {"type", jsonText(source.type)},
@@ -110,16 +98,17 @@ std::string treeText(const DocumentTree& tree, const Summaries& summaries) {
 bool treeCommand(CommandContext& context, CommandOutput& output) {
     auto& application = context.application;
     const DocumentTree tree = readDocumentTree(application.context(), context.ui);
-    const auto summaries = readSummaries(context, tree);
+    // Only a person reads them; a script asks for the stream itself.
+    const auto summaries = context.line.json ? Summaries() : readSummaries(context, tree);
     const auto names =
         application.conversions().definitionNames(-1).value_or(std::vector<std::string>());
 
     Json sources = Json::array();
     for (const auto& source : tree.dataSources) {
-        sources.push_back(sourceJson(source, summaries));
+        sources.push_back(sourceJson(source));
     }
     Json conversions = Json::array();
-    output.text = treeText(tree, summaries);
+    output.text = context.line.json ? std::string() : treeText(tree, summaries);
     if (!names.empty()) {
         output.text += "Data conversions\n";
     }

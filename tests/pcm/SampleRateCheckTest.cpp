@@ -1,8 +1,7 @@
-#include "pcm/SampleRateCheck.h"
-
 #include "conversion/ConversionStore.h"
 #include "core/ProfileSettings.h"
 #include "pcm/LoadFixture.h"
+#include "pcm/SampleRateCheck.h"
 
 namespace kavu {
 namespace {
@@ -18,8 +17,8 @@ using test::operator+;
 /// 16 words of 16 bits, 4 frames, a sync word of 24 bits: w = 16 + 24 / 16 - 1 = 16 words, and
 /// so 64000 / 16 / 16 / 4 = 62.5 major frames a second.
 Commands formatAt(const std::string& bitRate) {
-    auto commands = plainFormat(16, 4) +
-                    counterAt(1, 4, Commands{"SF\\N-1:1"} + subframeAt(1, "S", 3, 4));
+    auto commands =
+        plainFormat(16, 4) + counterAt(1, 4, Commands{"SF\\N-1:1"} + subframeAt(1, "S", 3, 4));
     return bitRate.empty() ? commands : commands + Commands{"D2:" + bitRate};
 }
 const auto kMeasurements = listOf({

@@ -1,6 +1,5 @@
-#include "pcm/StreamSummary.h"
-
 #include "pcm/LoadFixture.h"
+#include "pcm/StreamSummary.h"
 
 namespace kavu {
 namespace {
@@ -15,8 +14,8 @@ using test::operator+;
 
 Commands format() {
     return plainFormat(16, 4) + Commands{"D2:64000"} +
-           counterAt(1, 4, Commands{"SF\\N-1:2"} + subframeAt(1, "S", 3, 4) +
-                               subframeAt(2, "T", 4, 2));
+           counterAt(1, 4,
+                     Commands{"SF\\N-1:2"} + subframeAt(1, "S", 3, 4) + subframeAt(2, "T", 4, 2));
 }
 const auto kMeasurement = listOf({Commands{"MN@:A", "LT@:MF", "MF@:2"}});
 

@@ -1,0 +1,174 @@
+// How fast a stream is loaded, written and converted, in measurements a second.
+#include "core/Clock.h"
+#include "core/Messages.h"
+#include "core/ProfileSettings.h"
+#include "core/TmatsDocument.h"
+#include "core/TmatsReader.h"
+#include "core/WorkingStore.h"
+#include "pcm/PcmFormat.h"
+#include "pcm/PcmLoad.h"
+#include "pcm/PcmSave.h"
+#include "pcm/WordFrameConversion.h"
+
+#include <array>
+#include <cstdlib>
+#include <string>
+
+#include <benchmark/benchmark.h>
+
+namespace kavu {
+namespace {
+
+constexpr int kWords = 2047;
+constexpr int kFrames = 256;
+constexpr int kWordFrameEdition = 2011;
+constexpr int kOlderEdition = 2009;
+
+class FixedRandom : public RandomSource {
+  public:
+    std::optional<std::array<std::uint8_t, 16>> bytes16() override {
+        return std::array<std::uint8_t, 16>{1};
+    }
+};
+
+struct World {
+    World() : settings(folder + "/kavu.ini"), store(environment(folder)), messages(store) {
+        store.activate(nullptr, "KAVU-9", random);
+    }
+    ~World() { store.deactivate(nullptr); }
+    static std::string makeFolder() {
+        std::string pattern = "/tmp/kavu-bench-XXXXXX";
+        return mkdtemp(pattern.data()) == nullptr ? std::string("/tmp") : pattern;
+    }
+    static Environment environment(const std::string& folder) {
+        Environment environment;
+        environment.variable = [folder](const std::string&) { return std::optional(folder); };
+        return environment;
+    }
+
+    std::string folder = makeFolder();
+    FixedClock clock{CivilTime{2026, 1, 2, 3, 4, 5}};
+    FixedRandom random;
+    ProfileSettings settings;
+    WorkingStore store;
+    Messages messages;
+    SecondTicker ticker{clock};
+    TmatsReader reader;
+    TmatsDocument document;
+    DocumentSteps steps;
+    DocumentContext context{clock,    ticker, random,   settings, store,
+                            messages, reader, document, steps};
+    PcmFormat format{context};
+};
+
+std::string formatGroup() {
+    std::string text;
+    for (const char* const command : {"DLN:S",      "D2:20000000", "TF:TWO",
+                                      "F1:16",      "MF\\N:256",   "MF1:2047",
+                                      "MF2:32760",  "MF4:24",      "MF5:111110101111001100100000",
+                                      "ISF\\N:1",   "ISF1-1:SFID", "ISF2-1:ID",
+                                      "IDC1-1:1",   "IDC2-1:16",   "IDC4-1:8",
+                                      "IDC6-1:1",   "IDC7-1:1",    "IDC8-1:256",
+                                      "IDC9-1:256", "IDC10-1:INC"}) {
+        text += std::string("P-1\\") + command + ";\r\n";
+    }
+    return text;
+}
+
+/// A measurement in every frame, one in a single frame, and so on; in an older edition they are
+/// minor words, supercommutated or not.
+std::string dataGroup(int count, int edition) {
+    std::string text =
+        "D-1\\DLN:S;\r\nD-1\\ML\\N:1;\r\nD-1\\MLN-1:L;\r\nD-1\\MN\\N-1:" + std::to_string(count) +
+        ";\r\n";
+    for (int m = 1; m <= count; ++m) {
+        const auto at = "-1-" + std::to_string(m);
+        const auto add = [&](const std::string& code, const std::string& value) {
+            text += "D-1\\" + code + ":" + value + ";\r\n";
+        };
+        const int word = 2 + m % (kWords - 40);
+        add("MN" + at, "MEASUREMENT-" + std::to_string(m));
+        if (edition < kWordFrameEdition) {
+            add("LT" + at, m % 2 == 0 ? "MF" : "MFSC");
+            add("MF" + at, std::to_string(word));
+            add("MFS\\N" + at, "4");
+            add("MFS1" + at, "I");
+            add("MFS2" + at, std::to_string(word));
+            add("MFS4" + at, "8");
+            continue;
+        }
+        const bool every = m % 4 == 0;
+        const auto frame = std::to_string(every ? 1 : 1 + m % kFrames);
+        add("LT" + at, "WDFR");
+        add("MML\\N" + at, "1");
+        add("WP" + at + "-1-1", std::to_string(word));
+        add("WI" + at + "-1-1", "0");
+        add("FP" + at + "-1-1", frame);
+        add("FI" + at + "-1-1", every ? "1" : "0");
+        add("EFP" + at + "-1-1", every ? std::to_string(kFrames) : frame);
+        add("WFM" + at + "-1-1", "FW");
+    }
+    return text;
+}
+
+void makeStream(World& world, int count, int edition) {
+    world.document.version = edition;
+    (void)writeWholeFile(world.store.pathOf("[kavu]PCMFMT.P01"), formatGroup());
+    (void)writeWholeFile(world.store.pathOf("[kavu]PCMMEAS.D01"), dataGroup(count, edition));
+}
+
+bool load(World& world) {
+    world.format.closeFormat();
+    return loadPcmFormat(world.format, nullptr, {}, "S");
+}
+
+void StreamLoad(benchmark::State& state) {
+    World world;
+    const auto count = static_cast<int>(state.range(0));
+    makeStream(world, count, kWordFrameEdition);
+    for (auto _ : state) {
+        if (!load(world) || world.format.cells().nameCount() != count) {
+            state.SkipWithError("the stream did not load");
+        }
+    }
+    state.SetItemsProcessed(state.iterations() * count);
+    state.counters["bytes"] = static_cast<double>(world.format.cells().memory());
+    state.SetComplexityN(count);
+}
+BENCHMARK(StreamLoad)->RangeMultiplier(2)->Range(5000, 40000)->Complexity(benchmark::oN);
+
+void StreamWrite(benchmark::State& state) {
+    World world;
+    const auto count = static_cast<int>(state.range(0));
+    makeStream(world, count, kWordFrameEdition);
+    const bool loaded = load(world);
+    for (auto _ : state) {
+        world.format.changed = true;
+        if (!loaded || !savePcmFormat(world.format, nullptr)) {
+            state.SkipWithError("the stream was not written");
+        }
+    }
+    state.SetItemsProcessed(state.iterations() * count);
+    state.SetComplexityN(count);
+}
+BENCHMARK(StreamWrite)->RangeMultiplier(2)->Range(5000, 40000)->Complexity(benchmark::oN);
+
+void StreamToWordFrame(benchmark::State& state) {
+    World world;
+    const auto count = static_cast<int>(state.range(0));
+    makeStream(world, count, kOlderEdition);
+    for (auto _ : state) {
+        state.PauseTiming();
+        const bool loaded = load(world);
+        state.ResumeTiming();
+        if (!loaded || !convertToWordFrame(world.format, nullptr)) {
+            state.SkipWithError("the stream was not converted");
+        }
+    }
+    state.SetItemsProcessed(state.iterations() * count);
+    state.SetComplexityN(count);
+}
+BENCHMARK(StreamToWordFrame)->RangeMultiplier(2)->Range(5000, 40000)->Complexity(benchmark::oN);
+
+}  // namespace
+}  // namespace kavu

@@ -1,0 +1,208 @@
+// Loads any bytes as the groups of a stream, with replies, a cancel and an edition that the input
+// chooses, and writes it back. What was loaded must be written, and what was written must load
+// again: as a frame in which no count, depth or index leads anywhere else, and in the end as the
+// same bytes. In between it may be converted to word/frame locations.
+#include "Check.h"
+#include "core/Clock.h"
+#include "core/Edition.h"
+#include "core/FileIo.h"
+#include "core/Messages.h"
+#include "core/ProfileSettings.h"
+#include "core/TmatsDocument.h"
+#include "core/TmatsReader.h"
+#include "core/WorkingStore.h"
+#include "pcm/PcmFormat.h"
+#include "pcm/PcmLoad.h"
+#include "pcm/PcmSave.h"
+#include "pcm/WordFrameConversion.h"
+
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+namespace {
+
+using namespace kavu;
+
+std::string makeScratch() {
+    std::string pattern =
+        folderExists("/dev/shm") ? "/dev/shm/kavu-fuzz-XXXXXX" : "/tmp/kavu-fuzz-XXXXXX";
+    KAVU_CHECK(mkdtemp(pattern.data()) != nullptr);
+    return pattern;
+}
+
+class FixedRandom : public RandomSource {
+  public:
+    std::optional<std::array<std::uint8_t, 16>> bytes16() override {
+        return std::array<std::uint8_t, 16>{7};
+    }
+};
+
+/// A parent that answers everything alike, and may cancel.
+class Parent : public UserInterface {
+  public:
+    bool yes = false;
+    int cancelAt = 0;
+
+    Button message(const MessageBox& box) override {
+        return box.buttons == Buttons::Ok ? Button::Ok : yes ? Button::Yes : Button::No;
+    }
+    std::optional<std::string> enterText(const TextPrompt&) override { return std::nullopt; }
+    std::optional<long> enterInteger(const IntegerPrompt& prompt) override {
+        return yes ? std::optional(prompt.initial) : std::nullopt;
+    }
+    std::optional<double> enterDouble(const DoublePrompt&) override { return std::nullopt; }
+    int chooseFromList(const std::string&, const std::vector<std::string>&) override {
+        return yes ? 0 : -1;
+    }
+    int selectFromTable(const TablePrompt&) override { return -1; }
+    std::optional<FileChoice> chooseFile(const FilePrompt&) override { return std::nullopt; }
+    void showMessages(const std::string&, const std::string&,
+                      const std::vector<std::string>&) override {}
+    bool cancelRequested() override { return cancelAt > 0 && ++polls_ >= cancelAt; }
+
+  private:
+    int polls_ = 0;
+};
+
+/// All that a load needs, in a folder that stays for the whole run.
+struct World {
+    World()
+        : folder(makeScratch()),
+          settings(folder + "/kavu.ini"),
+          store(environment(folder)),
+          messages(store),
+          ticker(clock),
+          context{clock, ticker, random, settings, store, messages, reader, document, steps},
+          format(context) {
+        KAVU_CHECK(store.activate(nullptr, "KAVU-9", random));
+        settings.overrideForThisRun("WdFrCreation", "1");
+    }
+    static Environment environment(const std::string& folder) {
+        Environment environment;
+        environment.variable = [folder](const std::string& name) {
+            return name == "TEMP" || name == "HOME" ? std::optional(folder) : std::nullopt;
+        };
+        environment.userName = "fuzz";
+        return environment;
+    }
+
+    std::string folder;
+    FixedClock clock{CivilTime{2026, 1, 2, 3, 4, 5}};
+    FixedRandom random;
+    ProfileSettings settings;
+    WorkingStore store;
+    Messages messages;
+    SecondTicker ticker;
+    TmatsReader reader;
+    TmatsDocument document;
+    DocumentSteps steps;
+    DocumentContext context;
+    PcmFormat format;
+};
+
+constexpr std::string_view kFormatFile = "[kavu]PCMFMT.P01";
+constexpr std::string_view kDataFile = "[kavu]PCMMEAS.D01";
+constexpr std::string_view kLink = "PCM 1";
+
+void checkFrame(const PcmFormat& format) {
+    KAVU_CHECK(format.wordsPerMinorFrame >= 1 && format.wordsPerMinorFrame <= kMostWords);
+    KAVU_CHECK(format.numberOfFrames >= 1 && format.numberOfFrames <= kMostFrames);
+    KAVU_CHECK(format.cells().wordCount() >= format.wordsPerMinorFrame);
+    KAVU_CHECK(format.asyncCount() <= kMostAsyncFormats);
+    KAVU_CHECK(format.idCounters.size() <= kMostIdCounters);
+    for (int fwp = 0; fwp < format.wordsPerMinorFrame; ++fwp) {
+        const auto& word = format.word(fwp);
+        KAVU_CHECK(word.idCounterIndex < static_cast<int>(format.idCounters.size()));
+        for (int index = 1; index <= format.cells().cellCount(fwp); ++index) {
+            for (auto at = format.cells().cell(fwp, index); at; at = format.next(at)) {
+                KAVU_CHECK(format.cells().asyncNumber(at) <= format.asyncCount());
+                const int entry = format.cells().measurement(at).wordFrameIndex;
+                KAVU_CHECK(entry >= 0 &&
+                           entry <= static_cast<int>(format.wordFrameDefinitions.size()));
+            }
+        }
+    }
+}
+
+std::string readFile(const World& world, std::string_view name) {
+    std::string bytes;
+    const auto path = world.store.pathOf(name);
+    KAVU_CHECK(!fileExists(path) || readWholeFile(path, bytes).ok());
+    return bytes;
+}
+
+/// Loads the stream and writes it; false if it did not load.
+bool roundTrip(World& world, Parent& parent, bool convert) {
+    world.format.closeFormat();
+    if (!loadPcmFormat(world.format, &parent, {}, kLink)) {
+        KAVU_CHECK(!world.format.loaded());
+        return false;
+    }
+    checkFrame(world.format);
+    if (convert && !convertToWordFrame(world.format, &parent)) {
+        return false;
+    }
+    checkFrame(world.format);
+    world.format.changed = true;
+    KAVU_CHECK(savePcmFormat(world.format, &parent));
+    return true;
+}
+
+/// The bytes as commands of one group: a link name in front, so that the stream is found.
+void writeGroup(World& world, char letter, std::string_view name, std::string_view bytes) {
+    const auto prefix = std::string(1, letter) + "-1\\";
+    std::string text = prefix + "DLN:" + std::string(kLink) + ";\r\n";
+    // Each line is a command without its prefix, which is most of what a mutation would break.
+    while (!bytes.empty()) {
+        const auto end = bytes.find('\n');
+        text += prefix;
+        text += bytes.substr(0, end);
+        text += ";\r\n";
+        bytes.remove_prefix(end == std::string_view::npos ? bytes.size() : end + 1);
+    }
+    KAVU_CHECK(writeWholeFile(world.store.pathOf(name), text).ok());
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static World world;
+    if (size < 3) {
+        return 0;
+    }
+    world.document.version = kEditions[data[0] % kEditions.size()];
+    const bool convert = data[0] >= 128;
+    Parent parent;
+    parent.yes = data[1] % 2 == 0;
+    parent.cancelAt = data[2] < 200 ? 0 : data[2] - 199;
+    const std::string_view bytes(reinterpret_cast<const char*>(data) + 3, size - 3);
+    // A line of one hyphen ends the P group.
+    const auto border = bytes.find("\n-\n");
+    writeGroup(world, 'P', kFormatFile, bytes.substr(0, border));
+    writeGroup(world, 'D', kDataFile,
+               border == std::string_view::npos ? std::string_view() : bytes.substr(border + 3));
+
+    if (roundTrip(world, parent, convert)) {
+        Parent patient;
+        patient.yes = parent.yes;
+        std::string before;
+        // What a load corrects and a write leaves out settles after a few rounds.
+        for (int round = 0; round < 6; ++round) {
+            if (!roundTrip(world, patient, false)) {
+                break;
+            }
+            const auto now = readFile(world, kFormatFile) + readFile(world, kDataFile);
+            KAVU_CHECK(now.size() < 100'000'000);
+            if (now == before) {
+                break;
+            }
+            before = now;
+        }
+    }
+    world.format.closeFormat();
+    world.store.deleteFiles(nullptr, "[kavu]*");
+    return 0;
+}

@@ -1,0 +1,1 @@
+kavu_add_fuzzer(stream StreamFuzz.cpp LIBS kavu_pcm)
