@@ -1,0 +1,77 @@
+#include "conversion/EuNumbers.h"
+
+#include "core/Printf.h"
+#include "core/ProfileSettings.h"
+#include "core/Text.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <limits>
+
+namespace kavu {
+
+namespace {
+
+constexpr int kDefaultPrecision = 8;
+
+std::string formatted(const char* conversion, double value, int precision) {
+    const auto digits = std::clamp(precision, 0, kMostFloatPrecision);
+    return formatPrintf("%." + std::to_string(digits) + conversion, value);
+}
+
+/// Of a number without sign that is out of range: nothing, or beyond everything.
+double beyondRange(std::string_view text) {
+    const auto exponent = text.find_first_of("eE");
+    if (exponent != std::string_view::npos) {
+        return text.substr(exponent + 1).starts_with('-') ? 0.0
+                                                          : std::numeric_limits<double>::infinity();
+    }
+    text.remove_prefix(std::min(text.find_first_not_of('0'), text.size()));
+    return text.empty() || text[0] == '.' ? 0.0 : std::numeric_limits<double>::infinity();
+}
+
+}  // namespace
+
+double leadingDouble(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n\v\f"), text.size()));
+    const bool negative = text.starts_with('-');
+    if (negative || text.starts_with('+')) {
+        text.remove_prefix(1);
+    }
+    const bool fraction = text.size() > 1 && text[0] == '.' && isDigit(text[1]);
+    if (text.empty() || (!isDigit(text[0]) && !fraction)) {
+        return 0;
+    }
+    double value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error == std::errc::result_out_of_range) {
+        value = beyondRange(text.substr(0, static_cast<std::size_t>(end - text.data())));
+    }
+    return negative ? -value : value;
+}
+
+int floatPrecision(const ProfileSettings& settings) {
+    return std::clamp(settings.integer("FloatPrecision", kDefaultPrecision), 0,
+                      kMostFloatPrecision);
+}
+
+std::string exponentText(double value, int precision) {
+    return replaceAll(formatted("e", value, precision), "e", "E");
+}
+
+std::string fixedText(double value, int precision) {
+    return formatted("f", value, precision);
+}
+
+std::string fixedText(double value) {
+    return formatted("f", value, 6);
+}
+
+std::string exactText(double value) {
+    std::array<char, 32> buffer{};
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
+    return {buffer.data(), end};
+}
+
+}  // namespace kavu

@@ -1,0 +1,28 @@
+// The text forms of the numbers of conversions.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kavu {
+
+class ProfileSettings;
+
+/// The decimal number at the front of a text behind white space; 0 if there is none. What is
+/// beyond the range of a double is infinite; words and hexadecimal forms are no numbers.
+[[nodiscard]] double leadingDouble(std::string_view text);
+
+/// Digits behind the point in texts of coefficients and statistics: `FloatPrecision`, 0 to 40.
+[[nodiscard]] int floatPrecision(const ProfileSettings& settings);
+inline constexpr int kMostFloatPrecision = 40;
+
+/// "%.*e" with `E` in place of `e`.
+[[nodiscard]] std::string exponentText(double value, int precision);
+/// "%.*f"
+[[nodiscard]] std::string fixedText(double value, int precision);
+/// "%f"
+[[nodiscard]] std::string fixedText(double value);
+/// The shortest text that reads back to the same number.
+[[nodiscard]] std::string exactText(double value);
+
+}  // namespace kavu

@@ -1,0 +1,233 @@
+#include "conversion/PairSet.h"
+
+#include "conversion/EuNumbers.h"
+#include "core/FieldRules.h"
+#include "core/Printf.h"
+#include "core/ProfileFile.h"
+#include "core/Text.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace kavu {
+
+namespace {
+
+constexpr std::string_view kCountCode = "PS\\N";
+
+ValuePair cutToLimits(ValuePair pair) {
+    pair.telemetry = cutToBytes(pair.telemetry, PairSet::kTelemetryLimit);
+    pair.engineering = cutToBytes(pair.engineering, PairSet::kEngineeringLimit);
+    return pair;
+}
+
+/// The next line of a text, which ends with a line feed; nothing behind the last one.
+std::optional<std::string_view> takeLine(std::string_view& text) {
+    const auto end = text.find('\n');
+    if (end == std::string_view::npos) {
+        return std::nullopt;
+    }
+    const auto line = text.substr(0, end);
+    text.remove_prefix(end + 1);
+    return trim(line);
+}
+
+/// The text of what is wrong with a value of the import, or nothing.
+std::optional<std::string> checkValue(int row, const char* axis, std::string_view text,
+                                      std::size_t limit) {
+    if (!parseDouble(text)) {
+        return formatPrintf("Error in row #%d. %s Value found is not a valid floating point number",
+                            row, axis);
+    }
+    // Cut off, a number may lose its exponent and be another one.
+    if (text.size() > limit) {
+        return formatPrintf("Error in row #%d. %s Value found is longer than %d characters", row,
+                            axis, limit);
+    }
+    return std::nullopt;
+}
+
+/// NaN can not come from a text, so that this is an order.
+bool comesFirst(const ValuePair& a, const ValuePair& b) {
+    return leadingDouble(a.telemetry) < leadingDouble(b.telemetry);
+}
+
+std::string rowKey(const char* code, std::size_t index) {
+    return code + std::to_string(index + 1);
+}
+
+}  // namespace
+
+std::size_t PairSet::sortAround(std::size_t index) {
+    if (!sorted_) {
+        return index;
+    }
+    std::vector<std::size_t> order(pairs_.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::stable_sort(order.begin(), order.end(), [this](std::size_t a, std::size_t b) {
+        return comesFirst(pairs_[a], pairs_[b]);
+    });
+    std::vector<ValuePair> sorted;
+    sorted.reserve(pairs_.size());
+    std::size_t place = index;
+    for (const auto from : order) {
+        if (from == index) {
+            place = sorted.size();
+        }
+        sorted.push_back(std::move(pairs_[from]));
+    }
+    pairs_ = std::move(sorted);
+    return place;
+}
+
+std::optional<std::size_t> PairSet::add(ValuePair pair) {
+    if (!canAdd()) {
+        return std::nullopt;
+    }
+    pairs_.push_back(cutToLimits(std::move(pair)));
+    return sortAround(pairs_.size() - 1);
+}
+
+std::optional<std::size_t> PairSet::edit(std::size_t index, ValuePair pair) {
+    if (index >= pairs_.size()) {
+        return std::nullopt;
+    }
+    pairs_[index] = cutToLimits(std::move(pair));
+    return sortAround(index);
+}
+
+bool PairSet::remove(std::size_t index) {
+    if (index >= pairs_.size()) {
+        return false;
+    }
+    pairs_.erase(pairs_.begin() + static_cast<std::ptrdiff_t>(index));
+    return true;
+}
+
+void PairSet::setSorted(bool sorted) {
+    sorted_ = sorted;
+    (void)sortAround(0);
+}
+
+std::vector<double> PairSet::telemetryValues() const {
+    std::vector<double> values;
+    for (const auto& pair : pairs_) {
+        values.push_back(leadingDouble(pair.telemetry));
+    }
+    return values;
+}
+
+std::vector<double> PairSet::engineeringValues() const {
+    std::vector<double> values;
+    for (const auto& pair : pairs_) {
+        values.push_back(leadingDouble(pair.engineering));
+    }
+    return values;
+}
+
+// --- Import ------------------------------------------------------------------------------
+
+std::pair<std::string, std::string> PairSet::boxTexts() const {
+    std::pair<std::string, std::string> texts;
+    for (const auto& pair : pairs_) {
+        texts.first += pair.telemetry + "\n";
+        texts.second += pair.engineering + "\n";
+    }
+    return texts;
+}
+
+std::optional<std::string> PairSet::import(std::string_view telemetryBox,
+                                           std::string_view engineeringBox) {
+    const auto firstText = std::string(telemetryBox) + "\n";
+    const auto secondText = std::string(engineeringBox) + "\n";
+    std::string_view first = firstText;
+    std::string_view second = secondText;
+    std::vector<ValuePair> found;
+    std::size_t count = 0;
+    for (int row = 1;; ++row) {
+        const auto telemetry = takeLine(first);
+        const auto engineering = takeLine(second);
+        if (!telemetry || !engineering) {
+            break;
+        }
+        if (telemetry->empty() || engineering->empty()) {
+            continue;
+        }
+        if (auto error = checkValue(row, "X", *telemetry, kTelemetryLimit)) {
+            return error;
+        }
+        if (auto error = checkValue(row, "Y", *engineering, kEngineeringLimit)) {
+            return error;
+        }
+        if (++count <= kMostPairs) {
+            found.push_back({std::string(*telemetry), std::string(*engineering)});
+        }
+    }
+    if (count > kMostPairs) {
+        return formatPrintf("There are %d pairs. A pair set can not have more than %d.", count,
+                            kMostPairs);
+    }
+    pairs_ = std::move(found);
+    (void)sortAround(0);
+    return std::nullopt;
+}
+
+ColumnPair splitColumnPair(std::string_view line) {
+    line = trim(line);
+    for (const char separator : {'\t', ';', ','}) {
+        if (const auto at = line.find(separator); at != std::string_view::npos) {
+            const auto rest = line.substr(at + 1);
+            return {trim(line.substr(0, at)), trim(rest.substr(0, rest.find(separator)))};
+        }
+    }
+    const auto at = line.find(' ');
+    if (at == std::string_view::npos) {
+        return {line, {}};
+    }
+    const auto rest = trim(line.substr(at));
+    return {line.substr(0, at), rest.substr(0, rest.find(' '))};
+}
+
+std::pair<std::string, std::string> PairSet::splitColumns(std::string_view text) {
+    std::pair<std::string, std::string> columns;
+    const auto whole = std::string(text) + "\n";
+    std::string_view rest = whole;
+    while (const auto line = takeLine(rest)) {
+        if (!line->empty()) {
+            const auto [first, second] = splitColumnPair(*line);
+            columns.first.append(first).append("\n");
+            columns.second.append(second).append("\n");
+        }
+    }
+    return columns;
+}
+
+// --- The record --------------------------------------------------------------------------
+
+PairSet PairSet::read(const ProfileFile& file, std::string_view section, bool sorted) {
+    PairSet set(sorted);
+    const int count =
+        std::clamp(file.integer(section, kCountCode, 0), 0, static_cast<int>(kMostPairs));
+    for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
+        set.pairs_.push_back({file.value(section, rowKey("PS3-", i), ""),
+                              file.value(section, rowKey("PS4-", i), "")});
+    }
+    (void)set.sortAround(0);
+    return set;
+}
+
+bool PairSet::write(ProfileFile& file, std::string_view section) const {
+    bool good = file.setValue(section, kCountCode, std::to_string(pairs_.size()));
+    for (std::size_t i = 0; i < kMostPairs; ++i) {
+        if (i < pairs_.size()) {
+            good = file.setValue(section, rowKey("PS3-", i), pairs_[i].telemetry) && good;
+            good = file.setValue(section, rowKey("PS4-", i), pairs_[i].engineering) && good;
+        } else {
+            file.removeKey(section, rowKey("PS3-", i));
+            file.removeKey(section, rowKey("PS4-", i));
+        }
+    }
+    return good;
+}
+
+}  // namespace kavu
