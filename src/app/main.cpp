@@ -1,7 +1,81 @@
-// The editor.
+// The editor. Here is only what a process has and a library must not: arguments, signals,
+// the one application object of the toolkit.
+#include "app/framework/DialogDoor.h"
+#include "app/framework/Look.h"
+#include "app/framework/QtText.h"
+#include "app/shell/MainWindow.h"
+#include "app/shell/Pictures.h"
+#include "app/shell/StartOptions.h"
+#include "application/Application.h"
+#include "core/Clock.h"
+
+#include <clocale>
+#include <csignal>
+#include <cstdio>
+#include <string>
+#include <vector>
+
 #include <QApplication>
+#include <QTimer>
+
+namespace {
+
+// A signal handler can reach nothing but a static variable.
+volatile std::sig_atomic_t stopSignals = 0;
+
+extern "C" void rememberSignal(int) {
+    stopSignals = 1;
+}
+
+/// A signal ends the program as the close of its window does, questions included.
+void followSignals(kavu::MainWindow& window) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        std::signal(signal, rememberSignal);
+    }
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+    auto* const timer = new QTimer(&window);
+    QObject::connect(timer, &QTimer::timeout, &window, [&window] {
+        if (stopSignals != 0) {
+            stopSignals = 0;
+            window.close();
+        }
+    });
+    timer->start(std::chrono::milliseconds(200));
+}
+
+}  // namespace
 
 int main(int argc, char** argv) {
+    const auto options =
+        kavu::readStartOptions(std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc));
+    if (options.automation) {
+        return 0;
+    }
+    if (!options.print.empty()) {
+        std::fputs(options.print.c_str(), options.wrong ? stderr : stdout);
+        return options.wrong ? 64 : 0;
+    }
     QApplication application(argc, argv);
-    return 0;
+    // The toolkit takes over the user's locale; numbers in files stay as they are.
+    std::setlocale(LC_NUMERIC, "C");
+    QLocale::setDefault(QLocale::c());
+    kavu::look::apply(application, options.scheme.value_or(kavu::look::desktopScheme()));
+
+    kavu::SystemClock clock;
+    kavu::SystemRandomSource random;
+    kavu::Application system(kavu::Environment::ofProcess(), clock, random, options.settings);
+    if (!options.pictures.empty()) {
+        return kavu::renderPictures(application, system, options.pictures, options.file);
+    }
+    kavu::DialogDoor door;
+    kavu::MainWindow window(system, door);
+    if (!window.begin({.splash = options.splash, .file = options.file})) {
+        system.shutDown(nullptr);
+        return 1;
+    }
+    followSignals(window);
+    const int result = QApplication::exec();
+    system.shutDown(nullptr);
+    return result;
 }

@@ -1,0 +1,370 @@
+#include "app/shell/MainWindow.h"
+
+#include "app/framework/DialogDoor.h"
+#include "app/framework/FormContext.h"
+#include "app/framework/Look.h"
+#include "app/framework/QtText.h"
+#include "app/shell/CommandPane.h"
+#include "app/shell/NoteBar.h"
+#include "app/shell/TreePanel.h"
+#include "application/Application.h"
+#include "conversion/ConversionStore.h"
+#include "core/Edition.h"
+#include "core/FileIo.h"
+#include "core/GroupFiles.h"
+#include "core/Printf.h"
+#include "core/ProfileSettings.h"
+#include "core/RecentFiles.h"
+#include "core/WorkingStore.h"
+#include "groups/DocumentTree.h"
+
+#include <algorithm>
+
+#include <QActionGroup>
+#include <QApplication>
+#include <QBoxLayout>
+#include <QCloseEvent>
+#include <QDropEvent>
+#include <QLabel>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QProgressBar>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QToolBar>
+
+namespace kavu {
+
+namespace {
+
+constexpr int kMostFileCharacters = 60;
+constexpr int kProgressCharacters = 10;
+
+bool hasMessageFile(const WorkingStore& store) {
+    for (int index = 1; index <= kMostGroupIndex; ++index) {
+        if (fileExists(store.pathOf(groupFile('S', index)))) {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+MainWindow::MainWindow(Application& application, DialogDoor& door)
+    : application_(application), door_(door), ui_(std::make_unique<QtInterface>(this, door)) {
+    setObjectName(QStringLiteral("MainWindow"));
+    setWindowIcon(look::icon(QStringLiteral("kavu")));
+    setAcceptDrops(true);
+    makeStatusBar();
+    makeMenus();
+    makeToolBar();
+    hangHooks();
+    updateTitle();
+    updateActions();
+    resize(look::charactersWide(*this, 150), look::unit(*this) * 96);
+}
+
+MainWindow::~MainWindow() = default;
+
+// --- parts ----------------------------------------------------------------------------------
+
+void MainWindow::makeStatusBar() {
+    auto* const bar = statusBar();
+    const auto makePart = [&](const char* name, const QString& spoken) {
+        auto* const label = new QLabel(bar);
+        label->setObjectName(QLatin1String(name));
+        label->setAccessibleName(spoken);
+        label->setTextFormat(Qt::PlainText);
+        return label;
+    };
+    fileLabel_ = makePart("statusFile", QStringLiteral("File"));
+    fileLabel_->setMaximumWidth(look::charactersWide(*this, kMostFileCharacters));
+    editionLabel_ = makePart("statusEdition", QStringLiteral("Edition"));
+    statusLabel_ = makePart("statusText", QStringLiteral("Status"));
+    progress_ = new QProgressBar(bar);
+    progress_->setObjectName(QStringLiteral("statusProgress"));
+    progress_->setAccessibleName(QStringLiteral("Progress"));
+    progress_->setFixedWidth(look::charactersWide(*this, kProgressCharacters));
+    progress_->setTextVisible(false);
+    progress_->setVisible(false);
+    bar->addWidget(fileLabel_);
+    bar->addWidget(editionLabel_);
+    bar->addWidget(statusLabel_, 1);
+    bar->addPermanentWidget(progress_);
+}
+
+void MainWindow::addCommand(const CommandRow& row, QMenu& menu) {
+    if (row.separatorBefore) {
+        menu.addSeparator();
+    }
+    auto* const entry = menu.addAction(toQString(row.text));
+    entry->setObjectName(QStringLiteral("command%1").arg(static_cast<int>(row.id)));
+    if (!row.icon.empty()) {
+        entry->setIcon(look::icon(toQString(row.icon)));
+    }
+    if (!row.keys.empty()) {
+        entry->setShortcut(QKeySequence(toQString(row.keys), QKeySequence::PortableText));
+    }
+    entry->setCheckable(row.checkable);
+    connect(entry, &QAction::triggered, this, [this, id = row.id] { run(id); });
+    commands_[row.id] = entry;
+}
+
+void MainWindow::makeMenus() {
+    std::map<MenuId, QMenu*> menus;
+    std::map<std::string_view, QMenu*> submenus;
+    std::map<std::string_view, QActionGroup*> groups;
+    for (const auto& row : commandTable()) {
+        auto*& menu = menus[row.menu];
+        if (menu == nullptr) {
+            menu = menuBar()->addMenu(toQString(menuTitle(row.menu)));
+            menu->setObjectName(toQString(menuTitle(row.menu).substr(1)).toLower() +
+                                QStringLiteral("Menu"));
+        }
+        if (row.id == CommandId::Exit) {
+            recentMenu_ = menu->addMenu(QStringLiteral("&Recent Files"));
+            recentMenu_->setObjectName(QStringLiteral("recentMenu"));
+            recentMenu_->setToolTipsVisible(true);
+            connect(menu, &QMenu::aboutToShow, this, &MainWindow::fillRecentMenu);
+        }
+        auto* into = menu;
+        if (!row.submenu.empty()) {
+            auto*& submenu = submenus[row.submenu];
+            if (submenu == nullptr) {
+                submenu = menu->addMenu(toQString(row.submenu));
+                groups[row.submenu] = new QActionGroup(this);
+            }
+            into = submenu;
+        }
+        addCommand(row, *into);
+        if (!row.submenu.empty()) {
+            groups[row.submenu]->addAction(commands_[row.id]);
+        }
+    }
+    installBuiltIn();
+    installChoices();
+}
+
+void MainWindow::makeToolBar() {
+    auto* const bar = addToolBar(QStringLiteral("Commands"));
+    bar->setObjectName(QStringLiteral("commands"));
+    bar->setMovable(false);
+    bar->setToolButtonStyle(Qt::ToolButtonIconOnly);
+    const int size = look::unit(*this) * 5 / 2;
+    bar->setIconSize({size, size});
+    std::optional<MenuId> last;
+    for (const auto& row : commandTable()) {
+        if (!row.inToolBar) {
+            continue;
+        }
+        if (last && *last != row.menu) {
+            bar->addSeparator();
+        }
+        last = row.menu;
+        bar->addAction(commands_[row.id]);
+    }
+}
+
+void MainWindow::makeDocumentArea() {
+    auto* const area = new QWidget(this);
+    auto* const column = new QVBoxLayout(area);
+    column->setContentsMargins({});
+    column->setSpacing(0);
+    noteBar_ = new NoteBar(area);
+    splitter_ = new QSplitter(area);
+    splitter_->setObjectName(QStringLiteral("splitter"));
+    splitter_->setChildrenCollapsible(false);
+    tree_ = new TreePanel(readTreeExpansion(application_.context().settings), splitter_);
+    pane_ = new CommandPane(application_, splitter_);
+    splitter_->addWidget(tree_);
+    splitter_->addWidget(pane_);
+    splitter_->setSizes({look::charactersWide(*this, 50), look::charactersWide(*this, 90)});
+    splitter_->setStretchFactor(1, 1);
+    column->addWidget(noteBar_);
+    column->addWidget(splitter_, 1);
+    setCentralWidget(area);
+    connect(tree_, &TreePanel::activated, this, &MainWindow::openTreeItem);
+    connect(tree_, &TreePanel::requested, this, &MainWindow::runTreeAction);
+    connect(tree_, &TreePanel::currentChanged, this, [this] {
+        const auto item = tree_->current();
+        facts_.treeItemSelected = item.has_value();
+        updateActions();
+        if (item) {
+            pane_->showItem(*item);
+        } else {
+            pane_->clear();
+        }
+    });
+    tree_->available = [this](TreeAction action, const TreeItem&) {
+        return treeHandlers_.contains(action);
+    };
+}
+
+void MainWindow::hangHooks() {
+    auto& hooks = ui_->hooks;
+    hooks.statusText = [this](const std::string& text) { statusLabel_->setText(toQString(text)); };
+    hooks.progressBar = [this](double percent) {
+        progress_->setVisible(percent >= 0);
+        progress_->setValue(static_cast<int>(std::clamp(percent, 0.0, 100.0)));
+    };
+    hooks.note = [this](const std::string& text) { notes_.push_back(text); };
+    hooks.goToLine = [this](const std::string& line) { return goToLine(line); };
+}
+
+// --- state ----------------------------------------------------------------------------------
+
+void MainWindow::installEditor(CommandId id, std::function<void()> editor) {
+    handlers_[id] = std::move(editor);
+    updateActions();
+}
+
+void MainWindow::installTreeAction(TreeAction treeAction,
+                                   std::function<void(const TreeItem&)> edit) {
+    treeHandlers_[treeAction] = std::move(edit);
+}
+
+QAction* MainWindow::action(CommandId id) const {
+    const auto found = commands_.find(id);
+    return found == commands_.end() ? nullptr : found->second;
+}
+
+void MainWindow::run(CommandId id) {
+    const auto handler = handlers_.find(id);
+    const auto* const entry = action(id);
+    if (handler == handlers_.end() || entry == nullptr || !entry->isEnabled()) {
+        return;
+    }
+    handler->second();
+    showNotes();
+    updateActions();
+}
+
+void MainWindow::updateActions() {
+    for (const auto& [id, entry] : commands_) {
+        const bool installed = handlers_.contains(id);
+        entry->setEnabled(installed && documentAllows(id, facts_));
+        auto prompt = commandPrompt(id);
+        if (!installed) {
+            prompt += kNotAvailable;
+        }
+        entry->setStatusTip(toQString(prompt));
+        auto name = entry->text().remove(QLatin1Char('&'));
+        if (!entry->shortcut().isEmpty()) {
+            name +=
+                QStringLiteral(" (%1)").arg(entry->shortcut().toString(QKeySequence::NativeText));
+        }
+        entry->setToolTip(installed ? name : name + toQString(kNotAvailable));
+    }
+}
+
+void MainWindow::updateTitle() {
+    QString title = QStringLiteral("KAVU-9 - TMATS Editor");
+    QString file;
+    QString edition;
+    bool changed = false;
+    if (started_ && application_.context().document.open) {
+        const auto& document = application_.context().document;
+        file = document.path.empty() ? QStringLiteral("New TMATS File")
+                                     : toQString(fileNameOf(document.path));
+        edition = toQString(formatPrintf("106-%2.2d", editionNumber(document.version)));
+        title += QStringLiteral(" %1 (%2)").arg(file, edition);
+        title += document.readOnly ? QStringLiteral(" - Read-Only") : QString();
+        changed = document.changed || document.created;
+        fileLabel_->setToolTip(toQString(document.path));
+    }
+    // A "[*]" of a file's own name would be taken for the mark.
+    title.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
+    setWindowTitle(title + QStringLiteral("[*]"));
+    setWindowModified(changed);
+    fileLabel_->setText(file);
+    fileLabel_->setVisible(!file.isEmpty());
+    editionLabel_->setText(edition);
+    editionLabel_->setVisible(!edition.isEmpty());
+}
+
+void MainWindow::refresh() {
+    rebuildTree();
+    updateTitle();
+    updateChecks();
+}
+
+void MainWindow::rebuildTree() {
+    facts_ = {};
+    auto& context = application_.context();
+    facts_.open = context.document.open;
+    facts_.version = context.document.version;
+    if (!facts_.open) {
+        tree_->clear();
+        pane_->clear();
+        updateActions();
+        return;
+    }
+    const ProgressScope progress(ui_.get(), ProgressMode::WithoutCancel, false);
+    ui_->setProgressText("Rebulding Tree View");
+    const auto tree = readDocumentTree(context, ui_.get());
+    for (const auto& source : tree.dataSources) {
+        facts_.hasRadioSource = facts_.hasRadioSource || source.sourceClass == 'R';
+        facts_.hasTapeSource = facts_.hasTapeSource || source.sourceClass == 'T';
+        facts_.hasDataLink = facts_.hasDataLink || !source.links.empty();
+    }
+    facts_.hasMessageStream = hasMessageFile(context.store);
+    const auto branch = [this](CommandId id) { return documentAllows(id, facts_); };
+    tree_->rebuild(
+        tree, application_.conversions().definitionNames(-1).value_or(std::vector<std::string>()),
+        {.general = branch(CommandId::General),
+         .conversion = branch(CommandId::Conversion),
+         .hardware = branch(CommandId::Hardware),
+         .pam = branch(CommandId::Pam)});
+    facts_.treeItemSelected = tree_->current().has_value();
+    if (const auto item = tree_->current()) {
+        pane_->showItem(*item);
+    } else {
+        pane_->clear();
+    }
+    updateActions();
+}
+
+DocumentContext* MainWindow::document() {
+    return facts_.open ? &application_.context() : nullptr;
+}
+
+FormContext MainWindow::formContext() {
+    auto form = kavu::formContext(*ui_, door_, application_.context());
+    form.help = [this](const std::string& topic) { showHelp(topic); };
+    return form;
+}
+
+// --- events ---------------------------------------------------------------------------------
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    if (quitting_ || quit()) {
+        event->accept();
+    } else {
+        event->ignore();
+    }
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
+        checkDisk();
+    }
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+    const auto urls = event->mimeData()->urls();
+    if (door_.depth() == 0 && urls.size() == 1 && urls.front().isLocalFile()) {
+        event->acceptProposedAction();
+    }
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+    const auto urls = event->mimeData()->urls();
+    if (urls.size() == 1 && urls.front().isLocalFile()) {
+        event->acceptProposedAction();
+        openNamed(toBytes(urls.front().toLocalFile()));
+    }
+}
+
+}  // namespace kavu

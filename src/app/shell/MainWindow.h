@@ -1,0 +1,147 @@
+// The main window: menus, the tree of the open document, the pane with the commands of the
+// selected item, the status bar. Every command lands here and goes to who does the work.
+#pragma once
+
+#include "app/framework/QtInterface.h"
+#include "app/shell/Commands.h"
+#include "app/shell/DocumentActions.h"
+#include "app/shell/TreeItem.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <QMainWindow>
+
+class QActionGroup;
+class QLabel;
+class QMenu;
+class QProgressBar;
+class QSessionManager;
+class QSplitter;
+
+namespace kavu {
+
+class Application;
+struct DocumentContext;
+class CommandPane;
+class HelpWindow;
+class NoteBar;
+struct FormContext;
+class TreePanel;
+
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+  public:
+    /// The application need not be started yet; `begin` does it. Both outlive the window.
+    MainWindow(Application& application, DialogDoor& door);
+    ~MainWindow() override;
+
+    struct BeginOptions {
+        bool splash = true;
+        std::string file{};  ///< to open at once
+    };
+    /// The order of the start, from the size of the screen to the welcome text. False if the
+    /// program can not go on; it has been reported.
+    bool begin(const BeginOptions& options);
+    /// Closes the document, with its question, keeps the settings of the window and ends the
+    /// program. False if the user cancelled, or a dialog is up.
+    bool quit();
+
+    /// Gives a command its editor. The entry is then enabled whenever the document allows.
+    void installEditor(CommandId id, std::function<void()> editor);
+    /// The same for the entries of the tree's menus; `edit` gets the item.
+    void installTreeAction(TreeAction action, std::function<void(const TreeItem&)> edit);
+    /// Gives a command as its menu entry does. Nothing happens while that is disabled.
+    void run(CommandId id);
+    [[nodiscard]] QAction* action(CommandId id) const;
+
+    /// Opens a file by name, as the command line, a drop and the recent files do.
+    bool openNamed(const std::string& name);
+    /// Builds tree, title and menus anew from the open document.
+    void refresh();
+    /// Selects what a line of text names by its first command; false if it names nothing
+    /// that has a place.
+    bool goToLine(const std::string& line);
+    /// Whether the session may end: not while a dialog is up, else as the user answers.
+    bool maySessionEnd();
+    /// Looks whether another program has changed the document's file.
+    void checkDisk();
+
+    [[nodiscard]] QtInterface& ui() { return *ui_; }
+    [[nodiscard]] TreePanel& tree() { return *tree_; }
+    [[nodiscard]] CommandPane& pane() { return *pane_; }
+    [[nodiscard]] NoteBar& noteBar() { return *noteBar_; }
+    [[nodiscard]] const DocumentFacts& facts() const { return facts_; }
+    /// The open document, or null.
+    [[nodiscard]] DocumentContext* document();
+    /// What every form of the open document is given.
+    [[nodiscard]] FormContext formContext();
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+  private:
+    void makeMenus();
+    void makeToolBar();
+    void makeStatusBar();
+    void makeDocumentArea();
+    void hangHooks();
+    void addCommand(const CommandRow& row, QMenu& menu);
+    void fillRecentMenu();
+    void installBuiltIn();
+    void installChoices();
+    void updateActions();
+    void updateTitle();
+    void updateChecks();
+    void rebuildTree();
+    void openTreeItem(const TreeItem& item);
+    void runTreeAction(TreeAction action, const TreeItem& item);
+
+    bool screenIsLargeEnough();
+    void restoreGeometryFromSettings();
+    void storeWindowSettings();
+    void showSplash();
+    void showWelcome();
+    void offerRecovery();
+    void showNotes();
+
+    void choosePrecision();
+    void editSampleRates();
+    void editUpdateOptions();
+    void editVersions();
+    void showHelp(const std::string& topic);
+    void showAbout();
+
+    Application& application_;
+    DialogDoor& door_;
+    std::unique_ptr<QtInterface> ui_;
+    std::unique_ptr<DocumentActions> actions_;
+    std::map<CommandId, QAction*> commands_;
+    std::map<CommandId, std::function<void()>> handlers_;
+    std::map<TreeAction, std::function<void(const TreeItem&)>> treeHandlers_;
+    DocumentFacts facts_;
+    std::vector<std::string> notes_;
+    bool started_ = false;
+    bool quitting_ = false;
+    bool checkingDisk_ = false;
+
+    QMenu* recentMenu_ = nullptr;
+    NoteBar* noteBar_ = nullptr;
+    QSplitter* splitter_ = nullptr;
+    TreePanel* tree_ = nullptr;
+    CommandPane* pane_ = nullptr;
+    HelpWindow* help_ = nullptr;
+    QLabel* fileLabel_ = nullptr;
+    QLabel* editionLabel_ = nullptr;
+    QLabel* statusLabel_ = nullptr;
+    QProgressBar* progress_ = nullptr;
+};
+
+}  // namespace kavu

@@ -1,0 +1,240 @@
+// The start and the exit of the main window.
+#include "app/framework/DialogDoor.h"
+#include "app/framework/Look.h"
+#include "app/framework/QtText.h"
+#include "app/shell/HelpWindow.h"
+#include "app/shell/MainWindow.h"
+#include "app/shell/NoteBar.h"
+#include "app/shell/TreePanel.h"
+#include "application/Application.h"
+#include "application/Recovery.h"
+#include "core/Messages.h"
+#include "core/Printf.h"
+#include "core/ProfileSettings.h"
+#include "core/WorkingStore.h"
+
+#include <algorithm>
+
+#include <QApplication>
+#include <QDateTime>
+#include <QEventLoop>
+#include <QGuiApplication>
+#include <QPainter>
+#include <QScreen>
+#include <QSessionManager>
+#include <QSplashScreen>
+#include <QTimer>
+
+namespace kavu {
+
+namespace {
+
+constexpr int kLeastScreenWidth = 800;
+constexpr int kLeastScreenHeight = 600;
+constexpr int kSplashMilliseconds = 750;
+constexpr std::string_view kDismissedStores = "KAVU_Dismissed_Stores";
+constexpr const char* kStillActive =
+    "The KAVU-9 TMATS editor is still active. Please close KAVU-9 windows before exiting.";
+
+QPixmap splashPicture(const QWidget& window) {
+    const int unit = look::unit(window);
+    const QSize size(unit * 48, unit * 26);
+    QPixmap picture(size * window.devicePixelRatioF());
+    picture.setDevicePixelRatio(window.devicePixelRatioF());
+    const auto palette = window.palette();
+    picture.fill(palette.color(QPalette::Base));
+    QPainter painter(&picture);
+    painter.setPen(palette.color(QPalette::Mid));
+    painter.drawRect(QRect({0, 0}, size - QSize(1, 1)));
+    look::icon(QStringLiteral("kavu"))
+        .paint(&painter, QRect(unit * 3, unit * 8, unit * 10, unit * 10));
+    auto font = window.font();
+    font.setPointSizeF(font.pointSizeF() * 2);
+    painter.setFont(font);
+    painter.setPen(palette.color(QPalette::Text));
+    painter.drawText(QRect(unit * 16, unit * 7, unit * 30, unit * 6), Qt::AlignVCenter,
+                     QStringLiteral("KAVU-9"));
+    painter.setFont(window.font());
+    painter.drawText(QRect(unit * 16, unit * 12, unit * 30, unit * 6), Qt::AlignVCenter,
+                     QStringLiteral("Kavu Telemetry Workbench\nTMATS Editor"));
+    return picture;
+}
+
+}  // namespace
+
+bool MainWindow::screenIsLargeEnough() {
+    const auto* const screen = QGuiApplication::primaryScreen();
+    const QSize size = screen == nullptr ? QSize() : screen->size();
+    if (size.width() >= kLeastScreenWidth && size.height() >= kLeastScreenHeight) {
+        return true;
+    }
+    MessageBox box;
+    box.id = -153;
+    box.titleId = title::kWarning;
+    box.title = std::string(loadText(title::kWarning).value_or(""));
+    box.text = formatPrintf(loadText(153).value_or(""), size.width(), size.height(),
+                            kLeastScreenWidth, kLeastScreenHeight);
+    box.icon = Icon::Question;
+    box.buttons = Buttons::YesNo;
+    return ui_->message(box) == Button::Yes;
+}
+
+void MainWindow::restoreGeometryFromSettings() {
+    const auto& settings = application_.context().settings;
+    QRect wanted(settings.integer("X", 0), settings.integer("Y", 0), settings.integer("DX", 0),
+                 settings.integer("DY", 0));
+    const bool kept = wanted.width() > 0 && wanted.height() > 0;
+    // A screen that was taken away since must not keep the window.
+    auto* const place = kept ? QGuiApplication::screenAt(wanted.center()) : nullptr;
+    const auto* const screen = place != nullptr ? place : QGuiApplication::primaryScreen();
+    const QRect room = screen == nullptr ? QRect(0, 0, 1024, 768) : screen->availableGeometry();
+    if (!kept) {
+        wanted = QRect(room.topLeft(), size());
+        wanted.moveCenter(room.center());
+    }
+    wanted.setSize(wanted.size().boundedTo(room.size()).expandedTo(minimumSizeHint()));
+    wanted.moveLeft(std::clamp(wanted.left(), room.left(),
+                               std::max(room.left(), room.right() - wanted.width() + 1)));
+    wanted.moveTop(std::clamp(wanted.top(), room.top(),
+                              std::max(room.top(), room.bottom() - wanted.height() + 1)));
+    setGeometry(wanted);
+}
+
+void MainWindow::storeWindowSettings() {
+    auto& settings = application_.context().settings;
+    const auto place = isMaximized() || isFullScreen() ? normalGeometry() : geometry();
+    settings.writeInteger("X", place.x());
+    settings.writeInteger("Y", place.y());
+    settings.writeInteger("DX", place.width());
+    settings.writeInteger("DY", place.height());
+    writeTreeExpansion(settings, tree_->expansion());
+}
+
+void MainWindow::showSplash() {
+    const auto picture = splashPicture(*this);
+    if (picture.isNull()) {
+        showBox(ui_.get(), "Unable to display Splash Screen",
+                std::string(loadText(title::kError).value_or("")));
+        return;
+    }
+    QSplashScreen splash(picture);
+    splash.show();
+    QEventLoop wait;
+    QTimer::singleShot(kSplashMilliseconds, &wait, &QEventLoop::quit);
+    wait.exec(QEventLoop::ExcludeUserInputEvents);
+}
+
+bool MainWindow::begin(const BeginOptions& options) {
+    if (!screenIsLargeEnough() || !application_.startUp(ui_.get())) {
+        return false;
+    }
+    started_ = true;
+    application_.keepRecentFiles();
+    actions_ = std::make_unique<DocumentActions>(application_, *ui_);
+    makeDocumentArea();
+    auto& steps = application_.context().steps;
+    steps.updateDocumentMenus = [this] {
+        facts_.open = application_.context().document.open;
+        facts_.version = application_.context().document.version;
+        updateTitle();
+        updateActions();
+    };
+    steps.rebuildTree = [this] { rebuildTree(); };
+    restoreGeometryFromSettings();
+    show();
+    if (options.splash) {
+        showSplash();
+    }
+    refresh();
+    connect(
+        qApp, &QGuiApplication::commitDataRequest, this,
+        [this](QSessionManager& manager) {
+            if (!maySessionEnd()) {
+                manager.cancel();
+            }
+        },
+        Qt::DirectConnection);
+    showWelcome();
+    offerRecovery();
+    if (!options.file.empty()) {
+        openNamed(options.file);
+    }
+    return true;
+}
+
+void MainWindow::showWelcome() {
+    const auto text = application_.welcomeText();
+    if (!text.empty()) {
+        showBox(ui_.get(), text, "Message", Icon::Information);
+    }
+}
+
+void MainWindow::offerRecovery() {
+    auto& settings = application_.context().settings;
+    const auto dismissed = settings.profileKeys(kDismissedStores);
+    auto stores = findAbandonedStores(application_.context().store.temporaryRoot());
+    std::erase_if(stores, [&](const AbandonedStore& store) {
+        return std::find(dismissed.begin(), dismissed.end(), fileNameOf(store.folder)) !=
+               dismissed.end();
+    });
+    if (stores.empty()) {
+        return;
+    }
+    const auto when = QDateTime::fromSecsSinceEpoch(stores.front().modified)
+                          .toString(QStringLiteral("MM-dd-yyyy HH:mm:ss"));
+    const auto folder = stores.front().folder;
+    noteBar_->showNote(
+        QStringLiteral("A session of %1 did not end properly. Its document may be recovered.")
+            .arg(when),
+        {{"recover", QStringLiteral("&Recover..."),
+          [this, folder] {
+              actions_->recover(folder);
+              refresh();
+              showNotes();
+          }},
+         {"later", QStringLiteral("Not &Now"), {}},
+         {"never", QStringLiteral("Ne&ver For This One"), [this, folder] {
+              application_.context().settings.writeProfile(kDismissedStores, fileNameOf(folder),
+                                                           "1");
+              offerRecovery();
+          }}});
+}
+
+bool MainWindow::maySessionEnd() {
+    if (door_.depth() > 0) {
+        // Said when the session manager has its answer: it does not wait for a person.
+        QTimer::singleShot(0, this, [this] {
+            showBox(ui_.get(), kStillActive, std::string(loadText(title::kNote).value_or("")),
+                    Icon::Information);
+        });
+        return false;
+    }
+    return !application_.context().document.changed || actions_->close();
+}
+
+bool MainWindow::quit() {
+    if (!started_) {
+        return true;
+    }
+    if (door_.depth() > 0) {
+        showBox(ui_.get(), kStillActive, std::string(loadText(title::kNote).value_or("")),
+                Icon::Information);
+        return false;
+    }
+    if (application_.context().document.open && !actions_->close()) {
+        return false;
+    }
+    storeWindowSettings();
+    if (!application_.shutDown(ui_.get())) {
+        return false;
+    }
+    started_ = false;
+    quitting_ = true;
+    delete help_;
+    help_ = nullptr;
+    close();
+    QApplication::quit();
+    return true;
+}
+
+}  // namespace kavu

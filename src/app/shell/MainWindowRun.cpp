@@ -1,0 +1,310 @@
+// The commands that the main window does itself, and the ways into the editors.
+#include "app/framework/DialogDoor.h"
+#include "app/framework/FormContext.h"
+#include "app/framework/QtText.h"
+#include "app/shell/CommandPane.h"
+#include "app/shell/HelpWindow.h"
+#include "app/shell/MainWindow.h"
+#include "app/shell/NoteBar.h"
+#include "app/shell/OptionDialogs.h"
+#include "app/shell/TreePanel.h"
+#include "application/AboutText.h"
+#include "application/Application.h"
+#include "core/Clock.h"
+#include "core/FileIo.h"
+#include "core/Messages.h"
+#include "core/ProfileSettings.h"
+#include "core/RecentFiles.h"
+#include "core/Text.h"
+#include "groups/MeasurementNames.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include <QApplication>
+#include <QMenu>
+
+namespace kavu {
+
+namespace {
+
+constexpr int kMostPrecision = 12;
+constexpr int kDefaultPrecision = 8;
+
+/// The group letter and index of the first command that a line names, as in "P-1\D2".
+struct NamedGroup {
+    char letter = 0;
+    int index = 0;
+};
+std::optional<NamedGroup> groupNamedIn(std::string_view line) {
+    constexpr std::string_view kLetters = "GTRMPDBSACHV";
+    for (std::size_t at = 0; at < line.size(); ++at) {
+        const bool begins = at == 0 || std::isalnum(static_cast<unsigned char>(line[at - 1])) == 0;
+        if (!begins || kLetters.find(line[at]) == std::string_view::npos) {
+            continue;
+        }
+        auto rest = line.substr(at + 1);
+        NamedGroup group{line[at], 0};
+        if (rest.starts_with('-')) {
+            group.index = leadingInt(rest.substr(1));
+            const auto digits = rest.find_first_not_of("0123456789", 1);
+            if (digits == 1 || digits == std::string_view::npos) {
+                continue;
+            }
+            rest.remove_prefix(digits);
+        }
+        if (rest.starts_with('\\')) {
+            return group;
+        }
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+bool MainWindow::openNamed(const std::string& name) {
+    const bool opened = actions_->openNamed(name);
+    refresh();
+    showNotes();
+    return opened;
+}
+
+void MainWindow::installBuiltIn() {
+    const auto onDocument = [this](bool (DocumentActions::*act)()) {
+        return [this, act] {
+            (actions_.get()->*act)();
+            refresh();
+        };
+    };
+    handlers_[CommandId::CreateNew] = onDocument(&DocumentActions::create);
+    handlers_[CommandId::Open] = onDocument(&DocumentActions::open);
+    handlers_[CommandId::Save] = onDocument(&DocumentActions::save);
+    handlers_[CommandId::SaveAs] = onDocument(&DocumentActions::saveAs);
+    handlers_[CommandId::Close] = onDocument(&DocumentActions::close);
+    handlers_[CommandId::Exit] = [this] { close(); };
+    handlers_[CommandId::SampleRateOptions] = [this] { editSampleRates(); };
+    handlers_[CommandId::Precision] = [this] { choosePrecision(); };
+    handlers_[CommandId::UpdateOptions] = [this] { editUpdateOptions(); };
+    handlers_[CommandId::Versions] = [this] { editVersions(); };
+    handlers_[CommandId::ExpandAll] = [this] { tree_->expandAll(); };
+    handlers_[CommandId::ExpandBranch] = [this] { tree_->expandBranch(false); };
+    handlers_[CommandId::ExpandChildren] = [this] { tree_->expandBranch(true); };
+    handlers_[CommandId::CollapseAll] = [this] { tree_->collapseAll(); };
+    handlers_[CommandId::CollapseBranch] = [this] { tree_->collapseBranch(false); };
+    handlers_[CommandId::CollapseChildren] = [this] { tree_->collapseBranch(true); };
+    handlers_[CommandId::HelpIndex] = [this] { showHelp("index"); };
+    handlers_[CommandId::About] = [this] { showAbout(); };
+}
+
+/// The entries of which one is checked.
+void MainWindow::installChoices() {
+    const auto held = [this](int Application::HeldSettings::*setting, int value) {
+        return [this, setting, value] { application_.held().*setting = value; };
+    };
+    handlers_[CommandId::AddRoot] = held(&Application::HeldSettings::mdbAddRoot, 1);
+    handlers_[CommandId::DoNotAddRoot] = held(&Application::HeldSettings::mdbAddRoot, 0);
+    handlers_[CommandId::AddChildren] = held(&Application::HeldSettings::mdbAddChildren, 1);
+    handlers_[CommandId::DoNotAddChildren] = held(&Application::HeldSettings::mdbAddChildren, 0);
+    const auto setting = [this](const char* key, int value) {
+        return [this, key, value] { application_.context().settings.writeInteger(key, value); };
+    };
+    handlers_[CommandId::AllowSameNames] = [this] {
+        application_.context().settings.writeInteger("CheckForDupMeasurements", 0);
+        application_.measurementNames().setChecking(false, false);
+    };
+    handlers_[CommandId::RefuseSameNames] = [this] {
+        application_.context().settings.writeInteger("CheckForDupMeasurements", 1);
+        application_.measurementNames().setChecking(true, false);
+    };
+    handlers_[CommandId::MakeBackups] = setting("CreateBackup", 1);
+    handlers_[CommandId::NoBackups] = setting("CreateBackup", 0);
+}
+
+void MainWindow::updateChecks() {
+    const auto& settings = application_.context().settings;
+    const auto choose = [this](bool first, CommandId yes, CommandId no) {
+        action(first ? yes : no)->setChecked(true);
+    };
+    choose(application_.held().mdbAddRoot != 0, CommandId::AddRoot, CommandId::DoNotAddRoot);
+    choose(application_.held().mdbAddChildren != 0, CommandId::AddChildren,
+           CommandId::DoNotAddChildren);
+    choose(settings.integer("CheckForDupMeasurements", 1) == 0, CommandId::AllowSameNames,
+           CommandId::RefuseSameNames);
+    choose(settings.integer("CreateBackup", 1) != 0, CommandId::MakeBackups, CommandId::NoBackups);
+}
+
+void MainWindow::fillRecentMenu() {
+    recentMenu_->clear();
+    const auto files =
+        started_ ? offeredRecentFiles(application_.context().settings) : std::vector<std::string>();
+    int number = 0;
+    for (const auto& path : files) {
+        // A "&" in a name is no key.
+        auto name = toQString(fileNameOf(path)).replace(QLatin1Char('&'), QStringLiteral("&&"));
+        auto* const entry =
+            recentMenu_->addAction(QStringLiteral("&%1  %2").arg(++number).arg(name));
+        entry->setToolTip(toQString(path));
+        entry->setStatusTip(toQString(path));
+        connect(entry, &QAction::triggered, this, [this, path] { openNamed(path); });
+    }
+    if (files.empty()) {
+        recentMenu_->addAction(QStringLiteral("(none)"))->setEnabled(false);
+    }
+}
+
+// --- options --------------------------------------------------------------------------------
+
+void MainWindow::choosePrecision() {
+    std::vector<std::string> choices;
+    for (int digits = 0; digits <= kMostPrecision; ++digits) {
+        choices.push_back(std::to_string(digits));
+    }
+    const int choice = ui_->chooseFromList("Enter Precision", choices);
+    if (choice >= 0) {
+        // What is kept is one more than what was chosen.
+        application_.held().floatPrecision = choice + 1;
+        application_.context().settings.writeInteger("FloatPrecision", choice + 1);
+    }
+}
+
+void MainWindow::editSampleRates() {
+    auto& held = application_.held();
+    SampleRateDialog dialog(held.checkSampleRate != 0, held.sampleRatePrecision,
+                            ui_->dialogParent());
+    if (runDialog(door_, dialog) == QDialog::Accepted) {
+        held.checkSampleRate = dialog.calculate() ? 1 : 0;
+        held.sampleRatePrecision = dialog.digits();
+        auto& settings = application_.context().settings;
+        settings.writeInteger("ChkSR", held.checkSampleRate);
+        settings.writeInteger("SRPrec", held.sampleRatePrecision);
+    }
+}
+
+void MainWindow::editUpdateOptions() {
+    auto form = formContext();
+    UpdateDialog dialog(form, ui_->dialogParent());
+    if (runDialog(door_, dialog) == QDialog::Accepted) {
+        dialog.store();
+    }
+}
+
+void MainWindow::editVersions() {
+    auto& context = application_.context();
+    if (!mayEditVersionOptions(context, ui_.get())) {
+        return;
+    }
+    VersionDialog dialog(readVersionOptions(context),
+                         context.document.open ? context.document.version : 0, ui_->dialogParent());
+    if (runDialog(door_, dialog) == QDialog::Accepted) {
+        actions_->setVersions(dialog.options());
+        refresh();
+    }
+}
+
+// --- help -----------------------------------------------------------------------------------
+
+void MainWindow::showHelp(const std::string& topic) {
+    if (help_ == nullptr) {
+        help_ = new HelpWindow(manualFolder(toBytes(QApplication::applicationDirPath())), this);
+    }
+    help_->openPage(toQString(topic));
+    help_->show();
+    help_->raise();
+    help_->activateWindow();
+}
+
+void MainWindow::showAbout() {
+    InstalledParts parts;
+    parts.reports = handlers_.contains(CommandId::ReportOptions);
+    parts.database = handlers_.contains(CommandId::EditDatabase);
+    showBox(ui_.get(),
+            aboutText(parts) + "\n\n" + rightsText(application_.context().clock.now().year),
+            "About KAVU-9", Icon::Information);
+}
+
+/// Remarks of an opening are offered, not forced upon the user.
+void MainWindow::showNotes() {
+    if (notes_.empty()) {
+        return;
+    }
+    const auto notes = std::exchange(notes_, {});
+    const auto text = notes.size() == 1
+                          ? toQString(notes.front())
+                          : QStringLiteral("There are %1 remarks on this file.").arg(notes.size());
+    std::vector<NoteBar::Action> buttons;
+    if (notes.size() > 1) {
+        buttons.push_back({"showRemarks", QStringLiteral("&Show"), [this, notes] {
+                               ui_->showMessages("Remarks", application_.context().document.path,
+                                                 notes);
+                           }});
+    }
+    buttons.push_back({"dismiss", QStringLiteral("&Dismiss"), {}});
+    noteBar_->showNote(text, buttons);
+}
+
+// --- the tree, the disk ---------------------------------------------------------------------
+
+bool MainWindow::goToLine(const std::string& line) {
+    const auto group = groupNamedIn(line);
+    if (!group) {
+        return false;
+    }
+    if (!tree_->select(group->letter, group->index)) {
+        return false;
+    }
+    activateWindow();
+    return true;
+}
+
+void MainWindow::openTreeItem(const TreeItem& item) {
+    switch (item.kind) {
+        case TreeKind::General:
+            run(CommandId::General);
+            return;
+        case TreeKind::Hardware:
+            run(CommandId::Hardware);
+            return;
+        case TreeKind::Pam:
+            run(CommandId::Pam);
+            return;
+        case TreeKind::Stream:
+        case TreeKind::EmbeddedStream:
+            runTreeAction(TreeAction::EditStream, item);
+            return;
+        case TreeKind::Measurement:
+            runTreeAction(TreeAction::EditConversion, item);
+            return;
+        case TreeKind::Source:
+        case TreeKind::MultiplexDefinition:
+            runTreeAction(TreeAction::Edit, item);
+            return;
+        default:
+            return;
+    }
+}
+
+void MainWindow::runTreeAction(TreeAction treeAction, const TreeItem& item) {
+    const auto handler = treeHandlers_.find(treeAction);
+    if (handler == treeHandlers_.end()) {
+        return;
+    }
+    handler->second(item);
+    showNotes();
+    updateActions();
+}
+
+void MainWindow::checkDisk() {
+    // A dialog that goes away activates the window as well.
+    if (!started_ || checkingDisk_ || door_.depth() > 0 || ui_->progressWindow() != nullptr) {
+        return;
+    }
+    checkingDisk_ = true;
+    const auto before = actions_->diskState();
+    if (before != DocumentActions::DiskState::Same) {
+        actions_->checkDisk();
+        refresh();
+    }
+    checkingDisk_ = false;
+}
+
+}  // namespace kavu

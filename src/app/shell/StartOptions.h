@@ -1,0 +1,27 @@
+// The command line of the editor.
+#pragma once
+
+#include "app/framework/Look.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kavu {
+
+struct StartOptions {
+    std::string file{};      ///< to open
+    std::string settings{};  ///< in place of the settings file of the user
+    std::string pictures{};  ///< a folder: pictures of all windows go there, and that is all
+    std::optional<look::Scheme> scheme{};
+    bool splash = true;
+    bool automation = false;  ///< started for automation: there is no interface to show
+    bool wrong = false;       ///< `print` tells what is wrong
+    std::string print{};      ///< to be printed, and that is all
+};
+
+/// Reads the arguments behind the program's name. A switch begins with "-" or "/"; what is
+/// no switch of ours and exists as a file is a file.
+[[nodiscard]] StartOptions readStartOptions(const std::vector<std::string>& arguments);
+
+}  // namespace kavu
