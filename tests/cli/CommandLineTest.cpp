@@ -35,6 +35,30 @@ TEST(CommandLine, SaveTakesFileOutputAndEdition) {
     EXPECT_EQ(line.edition, 2009);
 }
 
+TEST(CommandLine, StreamCommandsTakeAFileALinkAndAnOutput) {
+    const auto stream = parsed({"stream", "in.tma", "PCM Stream 1"});
+    EXPECT_EQ(stream.command, Command::Stream);
+    EXPECT_EQ(stream.file, "in.tma");
+    EXPECT_EQ(stream.link, "PCM Stream 1");
+    const auto rewrite = parsed({"rewrite", "in.tma", "PCM 1", "-o", "out.tma"});
+    EXPECT_EQ(rewrite.command, Command::Rewrite);
+    EXPECT_EQ(rewrite.link, "PCM 1");
+    EXPECT_EQ(rewrite.output, "out.tma");
+    EXPECT_EQ(parsed({"word-frame", "a", "b", "-o", "c"}).command, Command::WordFrame);
+    for (const auto& arguments :
+         {Arguments{"stream", "in.tma"}, Arguments{"rewrite", "in.tma", "PCM 1"},
+          Arguments{"word-frame", "in.tma", "-o", "out.tma"}}) {
+        EXPECT_EQ(parseCommandLine(arguments).status, ExitStatus::Usage) << arguments[0];
+    }
+}
+
+TEST(CommandLine, ACheckIsDeepOnRequest) {
+    EXPECT_FALSE(parsed({"check", "in.tma"}).deep);
+    EXPECT_TRUE(parsed({"check", "--deep", "in.tma"}).deep);
+    EXPECT_TRUE(parsed({"check", "in.tma", "--deep"}).deep);
+    EXPECT_EQ(parseCommandLine({"save", "a", "-o", "b", "--deep"}).status, ExitStatus::Usage);
+}
+
 TEST(CommandLine, EveryEditionIsAcceptedAndNoOtherYear) {
     for (const char* const year :
          {"1996", "1999", "2000", "2001", "2004", "2005", "2007", "2009", "2011"}) {
