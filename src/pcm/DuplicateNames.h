@@ -1,0 +1,28 @@
+// Measurement names that another stream of the document uses as well: its conversion record
+// serves both.
+#pragma once
+
+#include <string_view>
+
+namespace kavu {
+
+class MeasurementNames;
+class PcmFormat;
+class UserInterface;
+
+/// The number of the stream in memory among the data links of the document, from 1; 0 if no
+/// link bears its name.
+[[nodiscard]] int streamNumber(PcmFormat& format, UserInterface* parent);
+
+/// False with message 455 if checking is on and another stream than this one uses the name.
+bool checkNameInOtherStreams(PcmFormat& format, UserInterface* parent,
+                             const MeasurementNames& names, std::string_view name, int stream);
+
+/// Asks whether the conversions of a measurement may be deleted or renamed (message 457) if
+/// another stream than this one uses the name, too; true without a question if none does or
+/// checking is off. A null parent refuses.
+[[nodiscard]] bool askEuChange(PcmFormat& format, UserInterface* parent,
+                               const MeasurementNames& names, std::string_view name, int stream,
+                               bool deleting);
+
+}  // namespace kavu
