@@ -73,7 +73,7 @@ class StreamGenerator {
     }
 
     void makeFrame() {
-        words_ = 12 + below(30);
+        words_ = 40 + below(20);  // enough for all that takes a word of its own
         // From 106-11 on a stream without a counter asks for one.
         frames_ =
             edition_ >= 2011 ? oneOf<int>({2, 4, 8, 16, 60}) : oneOf<int>({1, 2, 4, 8, 16, 60});
