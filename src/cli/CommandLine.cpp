@@ -1,6 +1,9 @@
 #include "cli/CommandLine.h"
 
+#include "conversion/CurveFit.h"
+#include "conversion/EuNumbers.h"
 #include "core/Edition.h"
+#include "core/FieldRules.h"
 #include "core/Text.h"
 
 #include <algorithm>
@@ -29,6 +32,11 @@ struct RawOptions {
     std::string now;
     std::string progress = "auto";
     std::string edition;
+    std::vector<std::string> values;
+    std::string order;
+    std::string maxOrder;
+    std::string precision;
+    std::string bits;
 };
 
 /// A wrong value; the text is for the user.
@@ -90,6 +98,9 @@ struct CommandApps {
     CLI::App* stream;
     CLI::App* rewrite;
     CLI::App* wordFrame;
+    CLI::App* conversions;
+    CLI::App* evaluate;
+    CLI::App* fit;
 };
 
 void addLink(CLI::App& command, CommandLine& line) {
@@ -118,6 +129,43 @@ void addStreamCommands(CLI::App& app, CommandApps& apps, CommandLine& line) {
     addFile(*apps.wordFrame, line);
     addLink(*apps.wordFrame, line);
     addOutput(*apps.wordFrame, line);
+}
+
+void addConversionCommands(CLI::App& app, CommandApps& apps, CommandLine& line, RawOptions& raw) {
+    apps.conversions = addCommand(app, "conversions", "Show the conversion records of a file");
+    addFile(*apps.conversions, line);
+    oneValue(apps.conversions->add_option("NAME", line.name, "Only the record of this measurement"),
+             "");
+
+    apps.evaluate = addCommand(app, "evaluate",
+                               "Convert telemetry values of a measurement to engineering units");
+    addFile(*apps.evaluate, line);
+    oneValue(apps.evaluate->add_option("NAME", line.name, "The measurement"), "")->required();
+    apps.evaluate->add_option("VALUE", raw.values, "The telemetry values")
+        ->type_name("")
+        ->required();
+
+    apps.fit = addCommand(app, "fit", "Fit a curve to the pairs of a text file");
+    oneValue(apps.fit->add_option("PAIRS", line.file,
+                                  "The file: a telemetry value and an engineering-unit value on "
+                                  "each line"),
+             "")
+        ->required();
+    oneValue(apps.fit->add_option("--order", raw.order, "The order of the fit, 0 to 10"), "N");
+    apps.fit->add_flag("--best", line.best, "The order of the best fit (default)");
+    oneValue(apps.fit->add_option("--max-order", raw.maxOrder,
+                                  "The highest order that the search for the best fit tries, 1 to "
+                                  "10 (default: the setting LSBFMaxOrder)"),
+             "N");
+    oneValue(apps.fit->add_option("--precision", raw.precision,
+                                  "Digits behind the point, 0 to 40 (default: the setting "
+                                  "FloatPrecision)"),
+             "N");
+    oneValue(apps.fit->add_option("--bits", raw.bits,
+                                  "The size of the telemetry word, 1 to 64: judge the "
+                                  "coefficients over all its counts"),
+             "N");
+    oneValue(apps.fit->add_option("--svg", line.svg, "Draw the plot into this file"), "FILE");
 }
 
 CommandApps addCommands(CLI::App& app, CommandLine& line, RawOptions& raw) {
@@ -158,6 +206,7 @@ CommandApps addCommands(CLI::App& app, CommandLine& line, RawOptions& raw) {
     apps.recover->add_flag("--list", line.list,
                            "List the folders that dead runs left behind, newest first");
     addStreamCommands(app, apps, line);
+    addConversionCommands(app, apps, line, raw);
     return apps;
 }
 
@@ -179,6 +228,15 @@ Command chosenCommand(const CommandApps& apps) {
     }
     if (apps.wordFrame->parsed()) {
         return Command::WordFrame;
+    }
+    if (apps.conversions->parsed()) {
+        return Command::Conversions;
+    }
+    if (apps.evaluate->parsed()) {
+        return Command::Evaluate;
+    }
+    if (apps.fit->parsed()) {
+        return Command::Fit;
     }
     return apps.recover->parsed() ? Command::Recover : Command::Check;
 }
@@ -235,6 +293,49 @@ void readEdition(const CommandApps& apps, const RawOptions& raw, CommandLine& li
                      "' is not an edition of IRIG 106 that is known here"};
 }
 
+void readValues(const RawOptions& raw, CommandLine& line) {
+    for (const auto& text : raw.values) {
+        const auto value = parseDouble(text);
+        if (!value) {
+            throw UsageError{"evaluate: '" + text + "' is not a number"};
+        }
+        line.values.push_back(*value);
+    }
+}
+
+std::optional<int> readBounded(const CLI::App& app, const char* option, const std::string& text,
+                               int least, int most) {
+    if (app.count(option) == 0) {
+        return std::nullopt;
+    }
+    const auto number = parseInteger(text);
+    if (!number || *number < least || *number > most) {
+        throw UsageError{std::string(option) + ": '" + text + "' is not a whole number from " +
+                         std::to_string(least) + " to " + std::to_string(most)};
+    }
+    return static_cast<int>(*number);
+}
+
+void readFit(const CommandApps& apps, const RawOptions& raw, CommandLine& line) {
+    line.order = readBounded(*apps.fit, "--order", raw.order, 0, kHighestOrder);
+    line.maxOrder = readBounded(*apps.fit, "--max-order", raw.maxOrder, 1, kHighestOrder);
+    line.precision = readBounded(*apps.fit, "--precision", raw.precision, 0, kMostFloatPrecision);
+    line.bits = readBounded(*apps.fit, "--bits", raw.bits, 1, 64);
+    if (line.best && line.order) {
+        throw UsageError{"fit: --order and --best exclude each other"};
+    }
+}
+
+/// A number that begins with its point would be taken for an option.
+std::vector<std::string> withWholeNumbers(std::vector<std::string> arguments) {
+    for (auto& argument : arguments) {
+        if (argument.size() > 2 && argument.starts_with("-.") && isDigit(argument[2])) {
+            argument.insert(1, "0");
+        }
+    }
+    return arguments;
+}
+
 void checkRecover(const CommandLine& line) {
     if (line.command != Command::Recover) {
         return;
@@ -269,13 +370,17 @@ ParsedCommandLine parseCommandLine(const std::vector<std::string>& arguments) {
     const CommandApps apps = addCommands(app, line, raw);
 
     try {
-        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+        auto words = withWholeNumbers(arguments);
+        std::reverse(words.begin(), words.end());
+        app.parse(std::move(words));
         line.command = chosenCommand(apps);
         readAnswers(raw, line);
         readNow(app, raw, line);
         readProgress(raw, line);
         readEdition(apps, raw, line);
         checkRecover(line);
+        readValues(raw, line);
+        readFit(apps, raw, line);
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() != 0) {
             return wrongUsage(error.what());

@@ -11,7 +11,19 @@
 
 namespace kavu::cli {
 
-enum class Command { Check, Save, Store, Tree, Recover, Stream, Rewrite, WordFrame };
+enum class Command {
+    Check,
+    Save,
+    Store,
+    Tree,
+    Recover,
+    Stream,
+    Rewrite,
+    WordFrame,
+    Conversions,
+    Evaluate,
+    Fit
+};
 
 /// When a progress line is shown on standard error.
 enum class ProgressWhen { Auto, Always, Never };
@@ -39,6 +51,15 @@ struct CommandLine {
     std::string into;            ///< `store`: the folder for the copies
     bool list = false;           ///< `recover`: list what there is
     bool deep = false;           ///< `check`: load every stream as well
+
+    std::string name;              ///< `conversions`, `evaluate`: a measurement
+    std::vector<double> values;    ///< `evaluate`: telemetry values
+    bool best = false;             ///< `fit`: the order of the best fit
+    std::optional<int> order;      ///< `fit`: 0 to 10; without it the best fit
+    std::optional<int> maxOrder;   ///< `fit`: of the search, 1 to 10
+    std::optional<int> precision;  ///< `fit`: digits behind the point, 0 to 40
+    std::optional<int> bits;       ///< `fit`: size of the word, 1 to 64
+    std::string svg;               ///< `fit`: the picture to write
 };
 
 /// The command line, or, when there is nothing to run, what to print and how to exit: help

@@ -120,6 +120,8 @@ constexpr DocumentCommand kTree{nothingToPrepare, treeCommand};
 constexpr DocumentCommand kStream{nothingToPrepare, streamCommand};
 constexpr DocumentCommand kRewrite{nothingToPrepare, rewriteCommand};
 constexpr DocumentCommand kWordFrame{nothingToPrepare, wordFrameCommand};
+constexpr DocumentCommand kConversions{nothingToPrepare, conversionsCommand};
+constexpr DocumentCommand kEvaluate{nothingToPrepare, evaluateCommand};
 
 }  // namespace
 
@@ -137,8 +139,13 @@ const DocumentCommand& documentCommand(Command command) {
             return kRewrite;
         case Command::WordFrame:
             return kWordFrame;
+        case Command::Conversions:
+            return kConversions;
+        case Command::Evaluate:
+            return kEvaluate;
         case Command::Check:
         case Command::Recover:
+        case Command::Fit:
             break;
     }
     return kCheck;

@@ -33,7 +33,7 @@ struct DocumentCommand {
     bool (*run)(CommandContext&, CommandOutput&);
 };
 
-/// The row of a command. REQUIRES: it is one that opens a file (not `recover`).
+/// The row of a command. REQUIRES: it is one that opens a file (not `recover`, not `fit`).
 [[nodiscard]] const DocumentCommand& documentCommand(Command command);
 
 /// `recover STORE -o OUT`
@@ -49,6 +49,13 @@ struct DocumentCommand {
 [[nodiscard]] bool rewriteCommand(CommandContext& context, CommandOutput& output);
 /// `word-frame`
 [[nodiscard]] bool wordFrameCommand(CommandContext& context, CommandOutput& output);
+
+/// `conversions`
+[[nodiscard]] bool conversionsCommand(CommandContext& context, CommandOutput& output);
+/// `evaluate`
+[[nodiscard]] bool evaluateCommand(CommandContext& context, CommandOutput& output);
+/// `fit`, which opens no document.
+[[nodiscard]] bool fitCommand(CommandContext& context, CommandOutput& output);
 
 /// `tree`
 [[nodiscard]] bool treeCommand(CommandContext& context, CommandOutput& output);

@@ -25,16 +25,21 @@ Json reportedMembers(const Reported& reported) {
 
 }  // namespace
 
+Json messageMembers(const ScriptedInterface& ui) {
+    Json messages = Json::array();
+    for (const auto& message : ui.messages()) {
+        messages.push_back(reportedMembers(message));
+    }
+    return messages;
+}
+
 Json fileMembers(const OpenedFile& file, const ScriptedInterface& ui) {
     Json document;
     document["file"] = jsonText(file.file);
     document["opened"] = file.opened;
     document["changed"] = file.changed;
     document["version"] = file.version;
-    document["messages"] = Json::array();
-    for (const auto& message : ui.messages()) {
-        document["messages"].push_back(reportedMembers(message));
-    }
+    document["messages"] = messageMembers(ui);
     document["questions"] = Json::array();
     for (const auto& question : ui.questions()) {
         document["questions"].push_back(reportedMembers(question));

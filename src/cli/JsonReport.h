@@ -23,6 +23,9 @@ struct OpenedFile {
 /// The members that stand first in every document of a command that opens a file.
 [[nodiscard]] Json fileMembers(const OpenedFile& file, const ScriptedInterface& ui);
 
+/// What was reported, in order.
+[[nodiscard]] Json messageMembers(const ScriptedInterface& ui);
+
 /// A text of the logic, bytes of any kind, as a JSON string.
 [[nodiscard]] Json jsonText(const std::string& bytes);
 

@@ -105,7 +105,11 @@ class Run {
         started_ = application_.startUp(&ui_);
         if (started_) {
             file_.version = application_.context().document.version;
-            done = line_.command == Command::Recover ? recover() : openAndRun();
+            if (line_.command == Command::Recover) {
+                done = recover();
+            } else {
+                done = line_.command == Command::Fit ? fit() : openAndRun();
+            }
         }
         done = leave() && done;
         if (!printAll(streams_, report(done))) {
@@ -158,6 +162,11 @@ class Run {
         return file_.opened;
     }
 
+    bool fit() {
+        file_.opened = true;
+        return fitCommand(context_, output_);
+    }
+
     bool leave() {
         if (started_) {
             // The document is what the user has on the disk; a command that does not save
@@ -172,13 +181,19 @@ class Run {
         if (line_.json && line_.list) {
             return printed(output_.members);
         }
+        if (line_.json && line_.command == Command::Fit) {
+            Json document = output_.members;
+            document["messages"] = messageMembers(ui_);
+            return printed(document);
+        }
         if (line_.json) {
             Json document = fileMembers(file_, ui_);
             document.update(output_.members);
             return printed(document);
         }
         return messagesText(ui_) + (done ? output_.text : std::string()) +
-               (done && !line_.list ? summaryLine(file_, ui_) : std::string());
+               (done && !line_.list && line_.command != Command::Fit ? summaryLine(file_, ui_)
+                                                                     : std::string());
     }
 
     void tellFailure() {

@@ -1,0 +1,23 @@
+// A text file of pairs: a telemetry value and an engineering-unit value on each line.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kavu {
+
+inline constexpr std::size_t kMostFilePairs = 1000000;
+
+struct PairFile {
+    std::vector<double> x;
+    std::vector<double> y;
+    std::string error;  ///< what is wrong with the file; then there are no values
+};
+
+/// The values are parted by a tab, a semi-colon, a comma or blanks, and may stand in quotes.
+/// Blank lines, lines that begin with `#`, columns behind the second, and a first line that
+/// is no pair of numbers are left out. Every other line must hold two finite numbers.
+[[nodiscard]] PairFile parsePairFile(std::string_view text);
+
+}  // namespace kavu
