@@ -106,8 +106,11 @@ bool writePcmGroup(PcmFormat& format, UserInterface* parent) {
     }
     FileWriter writer;
     const auto file = groupFileName('P', format.pGroup, format.edition());
+    const auto path = context.store.pathOf(file);
+    // Beside the old one, which stays whole if this one can not be completed.
+    const auto beside = path + ".new";
     const auto opened = file.empty() ? IoStatus(groupFile('P', format.pGroup), ENOSPC)
-                                     : writer.open(context.store.pathOf(file), WriteMode::Truncate);
+                                     : writer.open(beside, WriteMode::Truncate);
     if (!opened.ok()) {
         if (parent != nullptr) {
             parent->beep();
@@ -137,11 +140,13 @@ bool writePcmGroup(PcmFormat& format, UserInterface* parent) {
     writeDataMerge(format, parent, writer, prefix);
     setProgressBar(parent, 95);
     writeComment(format, writer, prefix);
-    if (const auto status = writer.close(); !status.ok()) {
+    auto status = writer.close();
+    status = status.ok() ? renameFile(beside, path) : status;
+    if (!status.ok()) {
+        (void)deleteFile(beside);
         reportUnableToWrite(parent, status);
-        return false;
     }
-    return true;
+    return status.ok();
 }
 
 bool savePcmFormat(PcmFormat& format, UserInterface* parent) {

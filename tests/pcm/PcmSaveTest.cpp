@@ -137,13 +137,25 @@ TEST(PcmSave, ABusStreamWritesItsFormatOnly) {
 TEST(PcmSave, AFileThatCanNotBeOpenedIsReportedAndTheFormatStaysChanged) {
     LoadFixture f;
     ASSERT_TRUE(f.load(plainFormat(8, 1)));
-    ASSERT_TRUE(deleteFile(f.store.pathOf("[kavu]PCMFMT.P01")).ok());
-    ASSERT_TRUE(makeFolder(f.store.pathOf("[kavu]PCMFMT.P01")).ok());
+    const auto before = f.read("[kavu]PCMFMT.P01");
+    ASSERT_TRUE(makeFolder(f.store.pathOf("[kavu]PCMFMT.P01.new")).ok());
     f.format.changed = true;
     EXPECT_FALSE(savePcmFormat(f.format, f.parent));
     EXPECT_TRUE(f.ui.hasText("Unable to open PCM Format Definition File. Operation Aborted"));
     EXPECT_GE(f.ui.beeps, 1);
     EXPECT_TRUE(f.format.changed);
+    EXPECT_EQ(f.read("[kavu]PCMFMT.P01"), before);
+}
+
+TEST(PcmSave, AFileThatCanNotTakeItsPlaceLeavesNothingBehind) {
+    LoadFixture f;
+    ASSERT_TRUE(f.load(plainFormat(8, 1)));
+    ASSERT_TRUE(deleteFile(f.store.pathOf("[kavu]PCMFMT.P01")).ok());
+    ASSERT_TRUE(makeFolder(f.store.pathOf("[kavu]PCMFMT.P01")).ok());
+    f.format.changed = true;
+    EXPECT_FALSE(savePcmFormat(f.format, f.parent));
+    EXPECT_TRUE(f.format.changed);
+    EXPECT_FALSE(fileExists(f.store.pathOf("[kavu]PCMFMT.P01.new")));
 }
 
 /// What is read, written and read again is the same.
