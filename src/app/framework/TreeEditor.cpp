@@ -108,7 +108,7 @@ void TreeEditor::makeButtons() {
     connect(down_, &QPushButton::clicked, this, [this] { moveCurrent(1); });
 }
 
-const TreeKind& TreeEditor::kind(int number) const {
+const TreeEditorKind& TreeEditor::kind(int number) const {
     return setup_.kinds[static_cast<std::size_t>(number)];
 }
 

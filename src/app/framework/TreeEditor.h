@@ -18,7 +18,7 @@ class QTreeWidgetItem;
 namespace kavu {
 
 /// What holds for all items of a kind. Kinds are numbered by their place in the setup.
-struct TreeKind {
+struct TreeEditorKind {
     std::string name{};        ///< as in "Add Message"
     std::string icon{};        ///< name of an icon of the look
     std::vector<int> holds{};  ///< kinds of its children
@@ -36,7 +36,7 @@ struct TreeNode {
 };
 
 struct TreeSetup {
-    std::vector<TreeKind> kinds{};
+    std::vector<TreeEditorKind> kinds{};
     std::vector<int> topKinds{};  ///< kinds that may stand on the first level
 };
 
@@ -85,7 +85,7 @@ class TreeEditor : public QWidget {
     QTreeWidgetItem* makeItem(const TreeNode& node) const;
     [[nodiscard]] TreeNode nodeOf(const QTreeWidgetItem& item, bool deep) const;
     [[nodiscard]] const std::vector<int>& kindsBelow(const QTreeWidgetItem* item) const;
-    [[nodiscard]] const TreeKind& kind(int number) const;
+    [[nodiscard]] const TreeEditorKind& kind(int number) const;
     [[nodiscard]] bool nameTaken(QTreeWidgetItem* parent, const QTreeWidgetItem* except,
                                  int itemKind, const std::string& name) const;
     std::optional<std::string> askName(QTreeWidgetItem* parent, const QTreeWidgetItem* item,
