@@ -15,6 +15,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <set>
+#include <string_view>
+#include <unordered_set>
 #include <vector>
 
 namespace kavu {
@@ -27,8 +29,8 @@ constexpr const char* kUnableToOpen =
 /// A bus or packet stream: its measurements are in another group, and a D group that bears its
 /// name was never read.
 bool keepsMeasurementsElsewhere(const PcmFormat& format) {
-    return format.isBusStream || (format.typeFormat == "PKTM" &&
-                                  (format.edition() == 2005 || format.edition() == 2007));
+    return format.isBusStream ||
+           (format.typeFormat == "PKTM" && (format.edition() == 2005 || format.edition() == 2007));
 }
 
 /// A measurement at the place where the walk over the frame meets it first.
@@ -64,6 +66,28 @@ int countTaggedMeasurements(const PcmFormat& format, const std::string& path) {
     return count;
 }
 
+/// The lines of a working file, each once. Every list gets the filter commands of all lists, so
+/// a file that was written so holds them several times; without this they would grow by that
+/// factor with each save.
+std::string distinctLines(const std::string& path) {
+    std::string bytes;
+    if (!fileExists(path) || !readWholeFile(path, bytes).ok()) {
+        return {};
+    }
+    std::unordered_set<std::string_view> seen;
+    std::string text;
+    const std::string_view all(bytes);
+    for (std::size_t at = 0; at < all.size();) {
+        const auto end = std::min(all.find('\n', at), all.size() - 1) + 1;
+        const auto line = all.substr(at, end - at);
+        if (seen.insert(line).second) {
+            text += line;
+        }
+        at = end;
+    }
+    return text;
+}
+
 /// Writes one D group to an open file.
 class ListWriter {
   public:
@@ -83,13 +107,16 @@ class ListWriter {
         format_.measurementListCount = std::max(1, format_.measurementListCount);
         writeIntCommand(writer_, prefix_, "ML\\N", format_.measurementListCount);
         gather();
+        if (format_.edition() == 2009) {
+            filters_ = distinctLines(format_.context().store.pathOf(filterLists));
+        }
         for (int l = 1; l <= format_.measurementListCount; ++l) {
             if (l <= kMostMeasurementLists) {
                 writeCommand(writer_, prefix_, formatPrintf("MLN-%d", l),
                              format_.measurementListNames[static_cast<std::size_t>(l) - 1]);
             }
             if (format_.edition() == 2009) {
-                appendWorkingFile(format_, writer_, filterLists);
+                writer_.write(filters_);
             }
             writeList(l);
         }
@@ -143,6 +170,7 @@ class ListWriter {
     MeasurementCommands commands_;
     std::vector<FirstPlace> places_;
     int tagged_ = 0;
+    std::string filters_;
 };
 
 }  // namespace

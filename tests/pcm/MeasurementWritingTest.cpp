@@ -407,6 +407,20 @@ TEST(MeasurementWriting, FilterCommandsAreKeptInFrontFrom106_11OnAndInEachList10
               (Commands{"DLN:PCM 1", "ML\\N:1", "MLN-1:L"} + filters09 + Commands{"MN\\N-1:0"}));
 }
 
+TEST(MeasurementWriting, FilterCommandsOfSeveralListsDoNotGrowWithEachSave) {
+    Writing stream;
+    ASSERT_TRUE(stream.load(
+        plainFormat(8, 1),
+        Commands{"ML\\N:3", "MLN-1:L", "SMF\\N-1:1", "SMF\\SMN-1-1:A", "MN\\N-1:0", "MLN-2:L",
+                 "SMF\\N-2:1", "SMF\\SMN-2-1:B", "MN\\N-2:0", "MLN-3:L", "MN\\N-3:0"}));
+    const auto once = stream.rewritten();
+    EXPECT_EQ(std::count(once.begin(), once.end(), "SMF\\SMN-2-1:B"), 3) << "each list has all";
+    for (int round = 0; round < 3; ++round) {
+        ASSERT_TRUE(stream.reload());
+        EXPECT_EQ(stream.rewritten(), once);
+    }
+}
+
 TEST(MeasurementWriting, TaggedMeasurementsStandInFrontAndAreCounted) {
     Writing stream(2011);
     const auto lists =
