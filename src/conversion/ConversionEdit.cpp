@@ -2,22 +2,20 @@
 // pairs, fits.
 #include "conversion/ConversionFields.h"
 #include "conversion/ConversionStore.h"
+#include "conversion/EuNumbers.h"
 #include "core/FileIo.h"
 #include "core/Messages.h"
-#include "core/Printf.h"
 #include "core/ProfileSettings.h"
 #include "core/Text.h"
 #include "core/TmatsDocument.h"
+#include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
-
-#include <algorithm>
 
 namespace kavu {
 
 namespace {
 
 constexpr std::size_t kLongestCommentRecord = 499;
-constexpr int kMostPrecision = 40;
 
 std::string decoded(std::string_view stored) {
     std::string text(stored);
@@ -56,18 +54,64 @@ bool ConversionStore::beginDefinitionEdit(UserInterface* parent, const std::stri
     }
     if (place.section != newName) {
         ProfileFile copy(working);
-        if (!copy.renameSection(place.section, newName) ||
+        if (!report(parent, copy.load(), "Read") || !copy.renameSection(place.section, newName) ||
             !report(parent, copy.flush(), "Write/Create")) {
             return false;
         }
     }
-    const auto comment = commentPath(context_.store, place.section);
-    const auto commentCopy = commentCopyPath(context_.store, newName);
-    if (fileExists(comment)) {
-        return report(parent, copyFile(comment, commentCopy), "Copy");
+    return copyComment(parent, commentPath(context_.store, place.section),
+                       commentCopyPath(context_.store, newName)) &&
+           separatePairs(parent, newName, true);
+}
+
+bool ConversionStore::findComment(UserInterface* parent, const std::string& path,
+                                  bool& found) const {
+    PathKind kind = PathKind::Missing;
+    const bool known = report(parent, probePath(path, kind), "Read");
+    found = kind != PathKind::Missing;
+    return known;
+}
+
+bool ConversionStore::copyComment(UserInterface* parent, const std::string& from,
+                                  const std::string& to) const {
+    bool found = false;
+    if (!findComment(parent, from, found)) {
+        return false;
+    }
+    if (found) {
+        return report(parent, copyFile(from, to), "Copy");
     }
     // One that an earlier edit left behind would be taken for this record's.
-    return !fileExists(commentCopy) || report(parent, deleteFile(commentCopy), "Delete");
+    return findComment(parent, to, found) && (!found || report(parent, deleteFile(to), "Delete"));
+}
+
+bool ConversionStore::separatePairs(UserInterface* parent, const std::string& name,
+                                    bool workingCopy) {
+    IoStatus status;
+    const auto comment = readEuComment(name, workingCopy, &status);
+    if (!report(parent, status, "Read")) {
+        return false;
+    }
+    auto [record, plain] = splitCommentRecord(comment);
+    if (record.empty()) {
+        return true;
+    }
+    std::string_view pairs = record;
+    pairs.remove_prefix(pairs.find(':') + 1);
+    pairs = trim(pairs.substr(0, pairs.find(']')));
+    return edit(parent, name, workingCopy,
+                [&](ProfileFile& file, const std::string& section) {
+                    // Those that are there already are newer.
+                    return pairs.empty() ||
+                           !file.value(section, recordkey::kCommentRecord, "").empty() ||
+                           file.setValue(section, recordkey::kCommentRecord, pairs);
+                }) &&
+           writeEuComment(parent, name, std::move(plain), workingCopy);
+}
+
+bool ConversionStore::isInWorkingCopy(const std::string& name) const {
+    const auto working = context_.store.pathOf(working::kData1);
+    return fileExists(working) && ProfileFile(working).containsExactly(name);
 }
 
 bool ConversionStore::commitDefinitionEdit(UserInterface* parent, const std::string& name) {
@@ -86,7 +130,11 @@ bool ConversionStore::commitDefinitionEdit(UserInterface* parent, const std::str
     }
     const auto comment = commentPath(context_.store, place.section);
     const auto commentCopy = commentCopyPath(context_.store, name);
-    if (!fileExists(commentCopy)) {
+    bool found = false;
+    if (!findComment(parent, commentCopy, found)) {
+        return false;
+    }
+    if (!found) {
         return removeComment(parent, comment);
     }
     commentFiles_.insert(comment);
@@ -106,6 +154,9 @@ bool ConversionStore::openDefinitionForEdit(UserInterface* parent, const std::st
     }
     const auto place = locateDefinition(name);
     const auto file = chunk(place.chunk);
+    if (!report(parent, file->load(), "Read")) {
+        return false;
+    }
     isTemplate = file->integer(place.section, recordkey::kTemplate, 0) != 0;
     file->removeKey(place.section, recordkey::kTemplate);
     return report(parent, store(place.chunk, *file), "Write/Create") &&
@@ -117,14 +168,18 @@ bool ConversionStore::edit(
     const std::function<bool(ProfileFile&, const std::string& section)>& change) {
     if (workingCopy) {
         ProfileFile copy(context_.store.pathOf(working::kData1));
-        return report(parent, copy.load(), "Read") && change(copy, name) &&
-               report(parent, copy.flush(), "Write/Create");
+        // Without the record in it a change would make half a record.
+        return report(parent, copy.load(), "Read") && copy.containsExactly(name) &&
+               change(copy, name) && report(parent, copy.flush(), "Write/Create");
     }
     const auto place = locateDefinition(name);
     if (!place.found) {
         return false;
     }
     const auto file = chunk(place.chunk);
+    if (!report(parent, file->load(), "Read")) {
+        return false;
+    }
     if (!change(*file, place.section)) {
         discardChanges(place.chunk, *file);
         return false;
@@ -155,25 +210,36 @@ std::string ConversionStore::readEuComment(const ProfileFile::Section& record, I
     return decoded(bytes);
 }
 
-std::string ConversionStore::readEuComment(const std::string& name, bool fromWorkingCopy) {
+std::string ConversionStore::readEuComment(const std::string& name, bool fromWorkingCopy,
+                                           IoStatus* status) {
     std::string section = name;
     std::string text;
+    IoStatus read;
     if (fromWorkingCopy) {
-        text = ProfileFile(context_.store.pathOf(working::kData1)).value(name, kCommentCode, "");
+        const ProfileFile copy(context_.store.pathOf(working::kData1));
+        read = copy.load();
+        text = copy.value(name, kCommentCode, "");
     } else {
         const auto place = locateDefinition(name);
         if (!place.found) {
             return {};
         }
         section = place.section;
-        text = chunk(place.chunk)->value(section, kCommentCode, "");
+        const auto file = chunk(place.chunk);
+        read = file->load();
+        text = file->value(section, kCommentCode, "");
     }
-    if (text.empty()) {
+    if (text.empty() && read.ok()) {
         const auto path = fromWorkingCopy ? commentCopyPath(context_.store, section)
                                           : commentPath(context_.store, section);
-        if (fileExists(path)) {
-            (void)readWholeFile(path, text);
+        PathKind kind = PathKind::Missing;
+        read = probePath(path, kind);
+        if (read.ok() && kind != PathKind::Missing) {
+            read = readWholeFile(path, text);
         }
+    }
+    if (status != nullptr) {
+        *status = std::move(read);
     }
     return decoded(text);
 }
@@ -208,10 +274,16 @@ bool ConversionStore::writeEuComment(UserInterface* parent, const std::string& n
 
 std::string ConversionStore::commentRecordGet(const std::string& name, std::string_view key) {
     std::string row;
-    if (const auto working = context_.store.pathOf(working::kData1); fileExists(working)) {
-        row = ProfileFile(working).value(name, recordkey::kCommentRecord, "");
+    const bool working = isInWorkingCopy(name);
+    if (working) {
+        row = ProfileFile(context_.store.pathOf(working::kData1))
+                  .value(name, recordkey::kCommentRecord, "");
     } else if (const auto place = locateDefinition(name); place.found) {
         row = chunk(place.chunk)->value(place.section, recordkey::kCommentRecord, "");
+    }
+    if (row.empty()) {
+        // A record that nobody has edited since the load has them in its comment.
+        return commentRecordValue(readEuComment(name, working), key).value_or(std::string());
     }
     std::optional<std::string> value;
     forEachPair(row, [&](std::string_view pairKey, std::string_view pairValue) {
@@ -224,7 +296,10 @@ std::string ConversionStore::commentRecordGet(const std::string& name, std::stri
 
 bool ConversionStore::commentRecordSet(UserInterface* parent, const std::string& name,
                                        std::string_view key, std::string_view value) {
-    const bool working = fileExists(context_.store.pathOf(working::kData1));
+    const bool working = isInWorkingCopy(name);
+    if (!separatePairs(parent, name, working)) {
+        return false;
+    }
     return edit(parent, name, working, [&](ProfileFile& file, const std::string& section) {
         std::string row;
         const auto append = [&row](std::string_view pairKey, std::string_view pairValue) {
@@ -257,16 +332,13 @@ bool ConversionStore::writeFitCoefficients(UserInterface* parent, const std::str
     if (order < 0 || coefficients.size() <= static_cast<std::size_t>(order)) {
         return false;
     }
-    const int precision =
-        std::clamp(context_.settings.integer("FloatPrecision", 8), 0, kMostPrecision);
-    const std::string format = "%." + std::to_string(precision) + "e";
+    const int precision = floatPrecision(context_.settings);
     return edit(parent, name, true, [&](ProfileFile& file, const std::string& section) {
         bool good = file.setValue(section, "CO1", "Y") &&
                     file.setValue(section, "CO\\N", std::to_string(order));
         for (int i = 0; i <= order; ++i) {
-            const auto text = formatPrintf(format, coefficients[static_cast<std::size_t>(i)]);
-            good = good && file.setValue(section, i == 0 ? "CO" : "CO-" + std::to_string(i),
-                                         replaceAll(text, "e", "E"));
+            const auto text = exponentText(coefficients[static_cast<std::size_t>(i)], precision);
+            good = good && file.setValue(section, i == 0 ? "CO" : "CO-" + std::to_string(i), text);
         }
         return good;
     });

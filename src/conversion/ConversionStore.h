@@ -87,7 +87,9 @@ class ConversionStore {
     [[nodiscard]] std::optional<std::vector<std::string>> definitionNames(std::int64_t chunkNumber);
 
     /// The comment with real line breaks; empty if there is none.
-    [[nodiscard]] std::string readEuComment(const std::string& name, bool fromWorkingCopy);
+    /// `status`, if given, tells of a file that could not be read.
+    [[nodiscard]] std::string readEuComment(const std::string& name, bool fromWorkingCopy,
+                                            IoStatus* status = nullptr);
     /// The comment of a record that a pass has at hand. `status`, if given, tells of a
     /// comment file that could not be read.
     [[nodiscard]] std::string readEuComment(const ProfileFile::Section& record,
@@ -97,7 +99,8 @@ class ConversionStore {
     bool writeEuComment(UserInterface* parent, const std::string& name, std::string text,
                         bool toWorkingCopy);
     /// A pair of the record of private data that travels in the comment. They work on
-    /// "DATA1.TMP" if it exists, else on the record.
+    /// "DATA1.TMP" if it exists and holds the record, else on the record in its chunk. The
+    /// edit of a record takes the pairs out of its comment; the save puts them back.
     [[nodiscard]] std::string commentRecordGet(const std::string& name, std::string_view key);
     /// False also if the pairs would be longer than 499 characters.
     bool commentRecordSet(UserInterface* parent, const std::string& name, std::string_view key,
@@ -144,6 +147,14 @@ class ConversionStore {
 
     void fillDefaults(ProfileFile& chunk, const std::string& name, bool asTemplate) const;
     bool removeComment(UserInterface* parent, const std::string& path);
+    /// Tells if there is a comment file; false if that can not be known, which is reported:
+    /// a comment that is taken for missing would be deleted.
+    bool findComment(UserInterface* parent, const std::string& path, bool& found) const;
+    bool copyComment(UserInterface* parent, const std::string& from, const std::string& to) const;
+    /// Moves the private pairs from the comment into a key of the record.
+    bool separatePairs(UserInterface* parent, const std::string& name, bool workingCopy);
+    /// True if "DATA1.TMP" holds the record.
+    [[nodiscard]] bool isInWorkingCopy(const std::string& name) const;
     /// Changes the record that `name` means, in the working copy or in its chunk.
     bool edit(UserInterface* parent, const std::string& name, bool workingCopy,
               const std::function<bool(ProfileFile&, const std::string& section)>& change);

@@ -221,9 +221,13 @@ class GroupWriter {
         }
         const std::string type(field(record, kTypeCode, "NON"));
         IoStatus status;
-        const auto comment = store_.readEuComment(record, &status);
+        auto comment = store_.readEuComment(record, &status);
         if (!status.ok()) {
             return reportUnreadable(status);
+        }
+        // Private pairs travel in the comment, where other software sees text.
+        if (const auto pairs = record.get(recordkey::kCommentRecord); !pairs.empty()) {
+            comment = std::string("[KAVU:").append(pairs).append("]").append(comment);
         }
         record_.write(record, index_, type, comment);
         output_.write(record_.text());
