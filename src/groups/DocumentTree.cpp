@@ -68,9 +68,11 @@ class TreeReader {
         row.sourceClass = dataSourceClass(source.type);
         if (row.sourceClass != 'T') {
             row.group = radios_.find(source.name);
+            row.groupLetter = row.group > 0 ? 'T' : '\0';
         }
         if (row.group == 0 && row.sourceClass != 'R') {
             row.group = recorders_.find(source.name);
+            row.groupLetter = row.group > 0 ? 'R' : '\0';
         }
         const bool exact = std::any_of(
             multiplexes_.begin(), multiplexes_.end(),
@@ -94,16 +96,20 @@ class TreeReader {
         if (const auto* const format = formatNamed(link); format != nullptr) {
             row.kind = streamKindText(format->format);
             row.group = format->index;
+            row.letter = 'P';
             row.embedded = format->embedded;
         } else if (const int bus = buses_.find(link); bus > 0) {
             row.kind = "1553";
             row.group = bus;
+            row.letter = 'B';
         } else if (const int message = messages_.find(link); message > 0) {
             row.kind = context_.document.version >= kMessageDataEdition ? "Message Data" : "Packet";
             row.group = message;
+            row.letter = 'S';
         } else if (const int pam = pams_.find(link); pam > 0) {
             row.kind = "PAM";
             row.group = pam;
+            row.letter = 'A';
         }
         row.measurements = measurementCount(link);
         return row;

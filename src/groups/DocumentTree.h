@@ -15,16 +15,18 @@ struct TreeLink {
     std::string kind;              ///< display text; empty if no stream bears the name
     int group = 0;                 ///< index of its P file, else of its B, S or A file, or 0
     std::size_t measurements = 0;  ///< names in its D, B or S file
-    std::vector<std::string> embedded;
+    std::vector<std::string> embedded{};
+    char letter = 0;  ///< of the file that `group` belongs to: P, B, S or A, or 0
 };
 
 struct TreeSource {
     std::string name;
-    std::string type;             ///< the stored `DST` value
-    char sourceClass = 'O';       ///< 'R', 'T' or 'O'
-    int group = 0;                ///< index of its T or R file, or 0
-    int multiplex = 0;            ///< index of its first M file, or 0
-    std::vector<TreeLink> links;  ///< of all its M files
+    std::string type;               ///< the stored `DST` value
+    char sourceClass = 'O';         ///< 'R', 'T' or 'O'
+    int group = 0;                  ///< index of its T or R file, or 0
+    int multiplex = 0;              ///< index of its first M file, or 0
+    std::vector<TreeLink> links{};  ///< of all its M files
+    char groupLetter = 0;           ///< T or R, of the file that `group` belongs to, or 0
 };
 
 struct DocumentTree {

@@ -1,0 +1,146 @@
+#include "app/shell/ItemCommands.h"
+
+#include "app/framework/QtText.h"
+#include "core/Text.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+namespace kavu {
+
+namespace {
+
+bool isAscii(std::string_view text) {
+    return std::all_of(text.begin(), text.end(),
+                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+bool startsWithLower(const char* text, std::string_view lower) {
+    for (const char c : lower) {
+        if (toLowerAscii(*text++) != c) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// The end of a value is its `;`, which is not shown.
+std::string_view withoutEnd(std::string_view command) {
+    return command.ends_with(';') ? command.substr(0, command.size() - 1) : command;
+}
+
+}  // namespace
+
+CommandFilter::CommandFilter(std::string_view text) : ascii_(isAscii(text)) {
+    lower_ = ascii_ ? lowerAscii(text) : toBytes(toQString(text).toLower());
+}
+
+bool CommandFilter::matches(std::string_view text) const {
+    if (lower_.empty()) {
+        return true;
+    }
+    if (!ascii_) {
+        return !isAscii(text) && toQString(text).contains(toQString(lower_), Qt::CaseInsensitive);
+    }
+    if (text.size() < lower_.size()) {
+        return false;
+    }
+    // The rarer work first: most places differ in the first letter.
+    const char low = lower_.front();
+    const char high = toUpperAscii(low);
+    const char* const last = text.data() + (text.size() - lower_.size());
+    const std::string_view rest = std::string_view(lower_).substr(1);
+    for (const char* at = text.data(); at <= last; ++at) {
+        if ((*at == low || *at == high) && startsWithLower(at + 1, rest)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void ItemCommands::clear() {
+    bytes_ = std::string();
+    source_ = ByteSource();
+    places_ = {};
+    pairs_ = {};
+    complete_ = true;
+}
+
+IoStatus ItemCommands::open(const std::string& path) {
+    clear();
+    std::uint64_t size = 0;
+    if (auto status = probeSize(path, size); !status.ok()) {
+        return status;
+    }
+    if (size > kMostBytes) {
+        return {path, EFBIG};
+    }
+    if (auto status = readWholeFile(path, bytes_); !status.ok()) {
+        return status;
+    }
+    source_ = ByteSource::fromMemory(bytes_);
+    complete_ = false;
+    return {};
+}
+
+void ItemCommands::setPairs(std::vector<std::pair<std::string, std::string>> pairs) {
+    clear();
+    pairs_ = std::move(pairs);
+}
+
+bool ItemCommands::findMore(std::size_t most) {
+    for (std::size_t i = 0; i < most && !complete_; ++i) {
+        if (!reader_.nextRawCommand(source_, command_)) {
+            complete_ = true;
+            break;
+        }
+        const auto end = source_.position();
+        const auto colon = command_.find(':');
+        const auto length = command_.size();
+        places_.push_back(
+            {static_cast<std::uint32_t>(end - length), static_cast<std::uint32_t>(length),
+             static_cast<std::uint32_t>(colon == std::string::npos ? withoutEnd(command_).size()
+                                                                   : colon)});
+    }
+    return !complete_;
+}
+
+std::size_t ItemCommands::size() const {
+    return pairs_.empty() ? places_.size() : pairs_.size();
+}
+
+std::string_view ItemCommands::code(std::size_t row) const {
+    if (!pairs_.empty()) {
+        return pairs_[row].first;
+    }
+    return std::string_view(bytes_).substr(places_[row].at, places_[row].codeLength);
+}
+
+std::string_view ItemCommands::rawValue(std::size_t row) const {
+    if (!pairs_.empty()) {
+        return pairs_[row].second;
+    }
+    const auto& place = places_[row];
+    const auto command = withoutEnd(std::string_view(bytes_).substr(place.at, place.length));
+    return command.substr(std::min<std::size_t>(command.size(), place.codeLength + 1U));
+}
+
+std::string ItemCommands::value(std::size_t row) const {
+    std::string text(rawValue(row));
+    fromStoredForm(text);
+    return replaceAll(text, "\r\n", "\n");
+}
+
+int ItemCommands::lines(std::size_t row) const {
+    const auto text = rawValue(row);
+    return 1 + static_cast<int>(std::count_if(text.begin(), text.end(), [](char c) {
+               return c == '\n' || c == kStoredLineFeed;
+           }));
+}
+
+bool ItemCommands::matches(std::size_t row, const CommandFilter& filter) const {
+    return filter.matches(code(row)) || filter.matches(rawValue(row));
+}
+
+}  // namespace kavu
