@@ -9,7 +9,6 @@
 #include "application/Application.h"
 #include "core/Clock.h"
 
-#include <clocale>
 #include <csignal>
 #include <cstdio>
 #include <string>
@@ -57,9 +56,7 @@ int main(int argc, char** argv) {
         return options.wrong ? 64 : 0;
     }
     QApplication application(argc, argv);
-    // The toolkit takes over the user's locale; numbers in files stay as they are.
-    std::setlocale(LC_NUMERIC, "C");
-    QLocale::setDefault(QLocale::c());
+    kavu::keepNumbersPlain();
     kavu::look::apply(application, options.scheme.value_or(kavu::look::desktopScheme()));
 
     kavu::SystemClock clock;

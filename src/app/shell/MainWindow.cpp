@@ -65,7 +65,14 @@ MainWindow::MainWindow(Application& application, DialogDoor& door)
     resize(look::charactersWide(*this, 150), look::unit(*this) * 96);
 }
 
-MainWindow::~MainWindow() = default;
+MainWindow::~MainWindow() {
+    if (started_) {
+        // The document may be closed without a window to tell.
+        auto& steps = application_.context().steps;
+        steps.updateDocumentMenus = nullptr;
+        steps.rebuildTree = nullptr;
+    }
+}
 
 // --- parts ----------------------------------------------------------------------------------
 
@@ -163,6 +170,8 @@ void MainWindow::makeToolBar() {
         }
         last = row.menu;
         bar->addAction(commands_[row.id]);
+        bar->widgetForAction(commands_[row.id])
+            ->setObjectName(QStringLiteral("tool%1").arg(static_cast<int>(row.id)));
     }
 }
 

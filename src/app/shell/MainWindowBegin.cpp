@@ -228,6 +228,8 @@ bool MainWindow::quit() {
     if (!application_.shutDown(ui_.get())) {
         return false;
     }
+    application_.context().steps.updateDocumentMenus = nullptr;
+    application_.context().steps.rebuildTree = nullptr;
     started_ = false;
     quitting_ = true;
     delete help_;

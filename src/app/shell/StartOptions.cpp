@@ -5,6 +5,9 @@
 
 #include <algorithm>
 #include <array>
+#include <clocale>
+
+#include <QLocale>
 
 namespace kavu {
 
@@ -31,6 +34,11 @@ bool isAutomationSwitch(std::string_view argument) {
 }
 
 }  // namespace
+
+void keepNumbersPlain() {
+    std::setlocale(LC_NUMERIC, "C");
+    QLocale::setDefault(QLocale::c());
+}
 
 StartOptions readStartOptions(const std::vector<std::string>& arguments) {
     StartOptions options;

@@ -24,4 +24,8 @@ struct StartOptions {
 /// no switch of ours and exists as a file is a file.
 [[nodiscard]] StartOptions readStartOptions(const std::vector<std::string>& arguments);
 
+/// Numbers in files stay as they are, whatever the user's locale: the toolkit's application
+/// object has taken that over. REQUIRES: the object exists.
+void keepNumbersPlain();
+
 }  // namespace kavu

@@ -1,0 +1,356 @@
+#include "app/framework/FormContext.h"
+#include "app/shell/MainWindow.h"
+#include "app/shell/NoteBar.h"
+#include "app/shell/StartOptions.h"
+#include "app/shell/TreePanel.h"
+#include "app/support/TestDoor.h"
+#include "app/support/WidgetChecks.h"
+#include "application/Application.h"
+#include "core/FileIo.h"
+#include "core/ProfileSettings.h"
+#include "core/WorkingStore.h"
+#include "support/TestContext.h"
+
+#include <clocale>
+#include <filesystem>
+
+#include <QComboBox>
+#include <QDropEvent>
+#include <QLabel>
+#include <QListWidget>
+#include <QMenu>
+#include <QMimeData>
+#include <QRadioButton>
+#include <QStatusBar>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace kavu {
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using enum CommandId;
+
+/// Takes a drop as the toolkit would hand it over.
+class DropWindow : public MainWindow {
+  public:
+    using MainWindow::dropEvent;
+    using MainWindow::MainWindow;
+};
+
+/// A sample document in a folder of its own.
+class MainWindowTest : public testing::Test {
+  public:
+    MainWindowTest() {
+        std::filesystem::copy_file(std::string(KAVU_SOURCE_DIR) + "/samples/flight-test.tma", path);
+    }
+    ~MainWindowTest() override {
+        window.reset();
+        application.shutDown(nullptr);
+    }
+    void begin(const std::string& file = {}) {
+        window = std::make_unique<DropWindow>(application, door);
+        ASSERT_TRUE(window->begin({.splash = false, .file = file}));
+    }
+    bool enabled(CommandId id) { return window->action(id)->isEnabled(); }
+    std::string title() { return toBytes(window->windowTitle()); }
+    TmatsDocument& document() { return application.context().document; }
+    ProfileSettings& settings() { return application.context().settings; }
+    std::string temp() {
+        EXPECT_TRUE(makeFolder(folder / "temp").ok());
+        return folder / "temp";
+    }
+    void answer(const char* button) {
+        door.next([button](QDialog& dialog) { test::press(dialog, button); });
+    }
+
+    test::TempFolder folder;
+    std::string path = folder / "flight.tma";
+    FixedClock clock{CivilTime{2026, 1, 2, 3, 4, 5}};
+    test::CountingRandom random;
+    Application application{test::testEnvironment({{"TEMP", temp()}, {"HOME", folder.path()}}),
+                            clock, random, folder / "kavu.ini"};
+    test::TestDoor door;
+    std::unique_ptr<DropWindow> window;
+};
+
+TEST_F(MainWindowTest, WithoutADocumentOnlyTheWaysToOneAreOpen) {
+    begin();
+    EXPECT_EQ(title(), "KAVU-9 - TMATS Editor[*]");
+    for (const auto id : {CreateNew, Open, Exit, Versions, HelpIndex, About}) {
+        EXPECT_TRUE(enabled(id)) << static_cast<int>(id);
+    }
+    for (const auto id : {Save, SaveAs, Close, General, ExpandAll, CollapseAll, ExpandBranch}) {
+        EXPECT_FALSE(enabled(id)) << static_cast<int>(id);
+    }
+}
+
+TEST_F(MainWindowTest, TheTitleTellsFileEditionAndChanges) {
+    begin(path);
+    ASSERT_TRUE(document().open);
+    EXPECT_EQ(title(), "KAVU-9 - TMATS Editor flight.tma (106-09)[*]");
+    EXPECT_FALSE(window->isWindowModified());
+    document().changed = true;
+    application.context().steps.updateDocumentMenus();
+    EXPECT_TRUE(window->isWindowModified());
+    EXPECT_TRUE(enabled(Save));
+    EXPECT_TRUE(enabled(Close));
+}
+
+TEST_F(MainWindowTest, AnEntryWithoutAnEditorIsDisabledAndItsPromptSaysSo) {
+    begin(path);
+    EXPECT_FALSE(enabled(General));
+    EXPECT_EQ(window->action(General)->statusTip(),
+              QStringLiteral("Edit GENERAL Information Section (not available in this version)"));
+    int opened = 0;
+    window->installEditor(General, [&] { ++opened; });
+    EXPECT_TRUE(enabled(General));
+    EXPECT_EQ(window->action(General)->statusTip(),
+              QStringLiteral("Edit GENERAL Information Section"));
+    window->run(General);
+    EXPECT_EQ(opened, 1);
+    window->run(Close);
+    EXPECT_FALSE(enabled(General));
+    window->run(General);
+    EXPECT_EQ(opened, 1);
+}
+
+TEST_F(MainWindowTest, EditorsAreOpenedFromTheTreeAsWell) {
+    begin(path);
+    int general = 0;
+    std::string stream;
+    window->installEditor(General, [&] { ++general; });
+    window->installTreeAction(TreeAction::EditStream,
+                              [&](const TreeItem& item) { stream = item.name; });
+    emit window->tree().activated({.kind = TreeKind::General, .command = 13});
+    emit window->tree().activated({.kind = TreeKind::Stream, .name = "PCM Stream 1"});
+    EXPECT_EQ(general, 1);
+    EXPECT_EQ(stream, "PCM Stream 1");
+}
+
+TEST_F(MainWindowTest, FactsComeFromTheSourcesOfTheDocument) {
+    begin(path);
+    EXPECT_TRUE(window->facts().hasRadioSource);
+    EXPECT_TRUE(window->facts().hasTapeSource);
+    EXPECT_TRUE(window->facts().hasDataLink);
+    window->run(Close);
+    EXPECT_FALSE(window->facts().hasRadioSource);
+    EXPECT_FALSE(document().open);
+}
+
+TEST_F(MainWindowTest, EveryControlHasANameAndFits) {
+    begin(path);
+    EXPECT_THAT(test::checkNames(*window), IsEmpty());
+    EXPECT_THAT(test::checkText(*window), IsEmpty());
+}
+
+TEST_F(MainWindowTest, ClosingAChangedDocumentAsksAndCancelKeepsTheProgramRunning) {
+    begin(path);
+    document().changed = true;
+    answer("cancel");
+    EXPECT_FALSE(window->quit());
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_TRUE(document().open);
+    answer("no");
+    EXPECT_TRUE(window->quit());
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_FALSE(fileExists(folder / "temp/[kavu]GTMP.G"));
+}
+
+TEST_F(MainWindowTest, ClosingWithYesSavesTheDocument) {
+    begin(path);
+    document().changed = true;
+    // The question about the backup's file comes only if one was made before.
+    answer("yes");
+    window->run(Close);
+    EXPECT_FALSE(document().open);
+    EXPECT_THAT(test::readFile(path), HasSubstr("G\\FN:flight.tma;"));
+}
+
+TEST_F(MainWindowTest, GeometryAndOpenBranchesComeBack) {
+    begin(path);
+    window->setGeometry(40, 30, 700, 500);
+    window->run(ExpandAll);
+    ASSERT_TRUE(window->quit());
+    EXPECT_EQ(settings().integer("DX", 0), 700);
+    EXPECT_EQ(settings().integer("DY", 0), 500);
+    EXPECT_EQ(settings().integer("ExpG", 0), 1);
+    begin(path);
+    EXPECT_EQ(window->geometry(), QRect(40, 30, 700, 500));
+    EXPECT_TRUE(window->tree().expansion().general);
+}
+
+TEST_F(MainWindowTest, AWindowOfAScreenThatIsGoneComesBackOntoOneThatIsThere) {
+    test::writeFile(folder / "kavu.ini", "[KAVU-9]\r\nX=9000\r\nY=-4000\r\nDX=600\r\nDY=400\r\n");
+    begin();
+    const auto room = window->screen()->availableGeometry();
+    EXPECT_TRUE(room.contains(window->geometry())) << window->geometry().x();
+}
+
+TEST_F(MainWindowTest, ADroppedFileIsOpened) {
+    begin();
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(toQString(path))});
+    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    window->dropEvent(&drop);
+    EXPECT_EQ(document().path, path);
+}
+
+TEST_F(MainWindowTest, RecentFilesAreOfferedAndOpened) {
+    begin(path);
+    window->run(Close);
+    auto* const menu = window->findChild<QMenu*>(QStringLiteral("recentMenu"));
+    ASSERT_NE(menu, nullptr);
+    emit qobject_cast<QMenu*>(menu->parent())->aboutToShow();
+    ASSERT_EQ(menu->actions().size(), 1);
+    EXPECT_EQ(menu->actions().front()->toolTip(), toQString(path));
+    menu->actions().front()->trigger();
+    EXPECT_TRUE(document().open);
+}
+
+TEST_F(MainWindowTest, TheDialogOfTheEditionsConvertsTheDocument) {
+    begin(path);
+    door.next([](QDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(),
+                  QStringLiteral("TMATS Version Numbers (Current file is 106-09)"));
+        test::find<QRadioButton>(dialog, "saveAsSelected")->click();
+        auto* const output = test::find<QComboBox>(dialog, "outputVersion");
+        output->setCurrentIndex(output->findData(2007));
+        test::press(dialog, "ok");
+    });
+    answer("ok");  // note 444
+    window->run(Versions);
+    EXPECT_EQ(document().version, 2007);
+    EXPECT_TRUE(document().changed);
+    EXPECT_EQ(title(), "KAVU-9 - TMATS Editor flight.tma (106-07)[*]");
+}
+
+TEST_F(MainWindowTest, EditionsOfAChangedDocumentAreNotTouched) {
+    begin(path);
+    document().changed = true;
+    answer("ok");  // note 441
+    window->run(Versions);
+    EXPECT_EQ(document().version, 2009);
+    document().changed = false;
+}
+
+TEST_F(MainWindowTest, ThePrecisionIsKeptAsOneMoreThanWasChosen) {
+    begin();
+    door.next([](QDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Enter Precision"));
+        auto* const list = dialog.findChild<QListWidget*>();
+        ASSERT_NE(list, nullptr);
+        EXPECT_EQ(list->count(), 13);
+        list->setCurrentRow(6);
+        test::press(dialog, "ok");
+    });
+    window->run(Precision);
+    EXPECT_EQ(settings().integer("FloatPrecision", 0), 7);
+    EXPECT_EQ(application.held().floatPrecision, 7);
+}
+
+TEST_F(MainWindowTest, ChoicesAreCheckedAndWrittenAtOnce) {
+    begin();
+    EXPECT_TRUE(window->action(MakeBackups)->isChecked());
+    window->action(NoBackups)->trigger();
+    EXPECT_EQ(settings().integer("CreateBackup", 1), 0);
+    EXPECT_FALSE(window->action(MakeBackups)->isChecked());
+    EXPECT_TRUE(window->action(RefuseSameNames)->isChecked());
+    window->action(AllowSameNames)->trigger();
+    EXPECT_EQ(settings().integer("CheckForDupMeasurements", 1), 0);
+    window->action(AddRoot)->trigger();
+    EXPECT_EQ(application.held().mdbAddRoot, 1);
+}
+
+TEST_F(MainWindowTest, TheSessionDoesNotEndWhileADialogIsUp) {
+    begin(path);
+    door.next([&](QDialog& dialog) {
+        EXPECT_FALSE(window->maySessionEnd());
+        test::press(dialog, "cancel");
+    });
+    answer("ok");  // the note that the editor is still active
+    window->run(SampleRateOptions);
+    QApplication::processEvents();
+    EXPECT_TRUE(document().open);
+    EXPECT_TRUE(window->maySessionEnd());
+}
+
+TEST_F(MainWindowTest, TheSessionEndsAsTheUserAnswersForAChangedDocument) {
+    begin(path);
+    document().changed = true;
+    answer("cancel");
+    EXPECT_FALSE(window->maySessionEnd());
+    answer("no");
+    EXPECT_TRUE(window->maySessionEnd());
+}
+
+TEST_F(MainWindowTest, AFileThatAnotherProgramHasChangedIsAskedAboutOnce) {
+    begin(path);
+    std::filesystem::remove(path);
+    test::writeFile(path, "G\\PN:OTHER;\r\nG\\106:09;\r\n");
+    door.next([](QDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Another program has changed 'flight.tma'"));
+        dialog.reject();
+    });
+    window->checkDisk();
+    EXPECT_TRUE(document().changed);
+    window->checkDisk();
+    document().changed = false;
+}
+
+TEST_F(MainWindowTest, ALineOfTheMessagesGoesToThePlaceOfItsCommand) {
+    begin(path);
+    EXPECT_TRUE(window->goToLine("The command P-1\\D2 is wrong"));
+    ASSERT_TRUE(window->tree().current().has_value());
+    EXPECT_EQ(window->tree().current()->letter, 'P');
+    EXPECT_EQ(window->tree().current()->group, 1);
+    EXPECT_TRUE(window->goToLine("G\\PN:KESTREL;"));
+    EXPECT_EQ(window->tree().current()->kind, TreeKind::General);
+    EXPECT_FALSE(window->goToLine("Nothing is named here, not even P-x"));
+    EXPECT_FALSE(window->goToLine("P-98\\D2"));
+}
+
+TEST_F(MainWindowTest, RemarksOfAnOpeningAreOffered) {
+    test::writeFile(path, "G\\PN:X;\r\nQ-1\\ID:unknown;\r\n");
+    begin(path);
+    EXPECT_TRUE(window->noteBar().isVisible());
+    EXPECT_THAT(toBytes(window->noteBar().text()), HasSubstr("no known group"));
+    test::press(window->noteBar(), "dismiss");
+    EXPECT_FALSE(window->noteBar().isVisible());
+}
+
+TEST_F(MainWindowTest, AStoreThatWasLeftBehindIsOfferedAndCanBeDismissedForGood) {
+    const auto store = temp() + "/KAVU-9-00000000-0000-0000-0000-000000000000";
+    ASSERT_TRUE(makeFolder(store, 0700).ok());
+    test::writeFile(store + "/[kavu]GTMP.G", "G\\PN:LOST;\r\n");
+    begin();
+    if (!window->noteBar().isVisible()) {
+        FAIL() << "the store was not offered";
+    }
+    EXPECT_THAT(toBytes(window->noteBar().text()), HasSubstr("did not end properly"));
+    test::press(window->noteBar(), "never");
+    EXPECT_FALSE(window->noteBar().isVisible());
+    ASSERT_TRUE(window->quit());
+    begin();
+    EXPECT_FALSE(window->noteBar().isVisible());
+    EXPECT_TRUE(fileExists(store + "/[kavu]GTMP.G"));
+}
+
+TEST_F(MainWindowTest, NumbersStayAsTheyAreWhateverTheLocale) {
+    keepNumbersPlain();
+    begin(path);
+    EXPECT_STREQ(std::setlocale(LC_NUMERIC, nullptr), "C");
+}
+
+TEST_F(MainWindowTest, TheAboutBoxTellsVersionAndRights) {
+    begin();
+    door.next([](QDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), QStringLiteral("About KAVU-9"));
+        test::press(dialog, "ok");
+    });
+    window->run(About);
+}
+
+}  // namespace
+}  // namespace kavu
