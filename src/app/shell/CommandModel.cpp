@@ -6,6 +6,7 @@
 
 #include <QElapsedTimer>
 #include <QFontDatabase>
+#include <QGuiApplication>
 
 namespace kavu {
 
@@ -15,6 +16,13 @@ constexpr int kSliceMilliseconds = 12;
 constexpr std::size_t kStep = 1000;
 /// What a cell shows of a value; the whole of it can be copied.
 constexpr std::size_t kMostShown = 20000;
+
+/// As large as all other text.
+QFont codeFont() {
+    auto font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setPointSizeF(QGuiApplication::font().pointSizeF());
+    return font;
+}
 
 }  // namespace
 
@@ -134,11 +142,10 @@ QVariant CommandModel::data(const QModelIndex& index, int role) const {
             return toQString(value);
         }
         case Qt::FontRole:
-            return index.column() == kCode
-                       ? QVariant(QFontDatabase::systemFont(QFontDatabase::FixedFont))
-                       : QVariant();
+            return index.column() == kCode ? QVariant(codeFont()) : QVariant();
         case Qt::TextAlignmentRole:
-            return QVariant::fromValue(Qt::AlignLeft | Qt::AlignTop);
+            return QVariant::fromValue(Qt::AlignLeft |
+                                       (lines(index.row()) > 1 ? Qt::AlignTop : Qt::AlignVCenter));
         default:
             return {};
     }

@@ -169,6 +169,8 @@ void CommandPane::makeTable() {
     copyAction_->setShortcutContext(Qt::WidgetShortcut);
     connect(copyAction_, &QAction::triggered, this, &CommandPane::copySelection);
     table_->addAction(copyAction_);
+    table_->installEventFilter(this);
+    table_->viewport()->installEventFilter(this);
     table_->setContextMenuPolicy(Qt::ActionsContextMenu);
 
     empty_ = look::makeNote({}, this);
@@ -447,6 +449,16 @@ void CommandPane::resizeEvent(QResizeEvent* event) {
 }
 
 bool CommandPane::eventFilter(QObject* receiver, QEvent* event) {
+    if (table_ != nullptr && receiver == table_->viewport() && event->type() == QEvent::Resize) {
+        fitColumns();
+        fitVisibleRows();
+    }
+    // The table would copy its current cell alone.
+    if (receiver == table_ && event->type() == QEvent::KeyPress &&
+        static_cast<QKeyEvent*>(event)->matches(QKeySequence::Copy)) {
+        copySelection();
+        return true;
+    }
     if (receiver == filter_ && event->type() == QEvent::KeyPress) {
         const int key = static_cast<QKeyEvent*>(event)->key();
         if (key == Qt::Key_Down && model_->rowCount() > 0) {
