@@ -3,6 +3,7 @@
 #include "conversion/ConversionLoader.h"
 #include "conversion/ConversionStore.h"
 #include "conversion/ConversionWriter.h"
+#include "conversion/DefinitionEdit.h"
 #include "core/BuildDocument.h"
 #include "core/FileIo.h"
 #include "core/KeyValueStore.h"
@@ -194,6 +195,12 @@ void Application::installPcmSteps() {
     parts.pcmSteps.conversions = &parts.conversions;
     parts.pcmSteps.selectStream = [&parts](UserInterface* parent) {
         return selectStream(parts.context, parent);
+    };
+    parts.conversions.defaultCommentStep = [&parts](UserInterface* parent,
+                                                    const std::string& name) {
+        if (auto comment = defaultComment(readCommentStrings(parts.context)); !comment.empty()) {
+            (void)parts.conversions.writeEuComment(parent, name, std::move(comment), false);
+        }
     };
     parts.conversions.sampleRateStep = [&parts](std::string_view measurement) {
         return calculateSampleRate(parts.pcmFormat, measurement);

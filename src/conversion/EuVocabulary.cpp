@@ -3,6 +3,7 @@
 #include "conversion/ConversionFields.h"
 #include "core/FieldRules.h"
 #include "core/Printf.h"
+#include "core/ProfileFile.h"
 #include "core/Text.h"
 
 #include <algorithm>
@@ -243,6 +244,26 @@ std::string typeText(std::string_view stored, int edition) {
 
 std::string storedType(std::string_view text) {
     return std::string(trimTrailingBlanks(text.substr(0, 3)));
+}
+
+std::string storedType(std::string_view text, int edition) {
+    auto type = storedType(text);
+    const bool laterType = type == "VOI" || type == "VID";
+    return edition <= kOnly1996 && laterType ? "NON" : type;
+}
+
+std::string shownType(const ProfileFile& file, std::string_view section, int edition) {
+    auto type = file.value(section, kTypeCode, "NON");
+    const auto has = [&](std::string_view code) { return !file.value(section, code, "").empty(); };
+    if (edition <= kOnly1996 && equalsIgnoreCase(type, "NON")) {
+        if (has("VOI\\E") || has("VOI\\D")) {
+            return "VOI";
+        }
+        if (has("VID\\E") || has("VID\\D")) {
+            return "VID";
+        }
+    }
+    return type;
 }
 
 std::string coefficientTerm(int term) {

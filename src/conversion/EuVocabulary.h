@@ -13,6 +13,8 @@
 
 namespace kavu {
 
+class ProfileFile;
+
 /// One field of a page; the code is its key in the record.
 struct EuField {
     std::string_view label;
@@ -56,10 +58,10 @@ struct EuChoice {
     std::string_view value;
     std::string_view text;
 };
-[[nodiscard]] std::span<const EuChoice> busTimeChoices();       ///< "BTM"
-[[nodiscard]] std::span<const EuChoice> pcmTimeChoices();       ///< "PTM"
-[[nodiscard]] std::span<const EuChoice> algorithmChoices();     ///< "DPAT"
-[[nodiscard]] std::span<const EuChoice> voiceEncodings();       ///< "VOI\E"
+[[nodiscard]] std::span<const EuChoice> busTimeChoices();    ///< "BTM"
+[[nodiscard]] std::span<const EuChoice> pcmTimeChoices();    ///< "PTM"
+[[nodiscard]] std::span<const EuChoice> algorithmChoices();  ///< "DPAT"
+[[nodiscard]] std::span<const EuChoice> voiceEncodings();    ///< "VOI\E"
 
 /// The detail window of a conversion type.
 struct DetailWindow {
@@ -80,6 +82,10 @@ struct DetailWindow {
 [[nodiscard]] std::string typeText(std::string_view stored, int edition);
 /// The stored value of a display text: its first three characters without a blank at the end.
 [[nodiscard]] std::string storedType(std::string_view text);
+/// The same for an edition: 106-96 stores "NON" for voice and video.
+[[nodiscard]] std::string storedType(std::string_view text, int edition);
+/// The type that a record shows: "NON" is voice or video in 106-96 if it has their fields.
+[[nodiscard]] std::string shownType(const ProfileFile& file, std::string_view section, int edition);
 
 // --- Texts of the sheet ------------------------------------------------------------------
 

@@ -18,6 +18,12 @@ std::string_view withoutQuotes(std::string_view text) {
     return text;
 }
 
+bool beginsAsNumber(std::string_view text) {
+    text = withoutQuotes(text);
+    return !text.empty() &&
+           (isDigit(text[0]) || text[0] == '-' || text[0] == '+' || text[0] == '.');
+}
+
 PairFile failed(std::string text) {
     PairFile file;
     file.error = std::move(text);
@@ -42,7 +48,7 @@ PairFile parsePairFile(std::string_view text) {
         const auto columns = splitColumnPair(line);
         const auto x = parseDouble(withoutQuotes(columns.first));
         const auto y = parseDouble(withoutQuotes(columns.second));
-        if (!x && !y && mayBeHead) {
+        if (mayBeHead && !beginsAsNumber(columns.first) && !beginsAsNumber(columns.second)) {
             mayBeHead = false;
             continue;
         }

@@ -16,8 +16,8 @@ struct PairFile {
 };
 
 /// The values are parted by a tab, a semi-colon, a comma or blanks, and may stand in quotes.
-/// Blank lines, lines that begin with `#`, columns behind the second, and a first line that
-/// is no pair of numbers are left out. Every other line must hold two finite numbers.
+/// Blank lines, lines that begin with `#`, columns behind the second, and a first line
+/// whose columns do not begin as numbers are left out. Every other line must hold two finite numbers.
 [[nodiscard]] PairFile parsePairFile(std::string_view text);
 
 }  // namespace kavu

@@ -1,0 +1,68 @@
+#include "conversion/EuNumbers.h"
+#include "core/ProfileSettings.h"
+
+#include <cmath>
+#include <limits>
+
+#include <gtest/gtest.h>
+
+namespace kavu {
+namespace {
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+TEST(LeadingDouble, TakesTheNumberAtTheFront) {
+    const std::pair<const char*, double> cases[] = {
+        {"1", 1},
+        {" \t-2.5e1x", -25},
+        {"+3", 3},
+        {".5", 0.5},
+        {"-.5", -0.5},
+        {"5.", 5},
+        {"1,5", 1},
+        {"12abc", 12},
+        {"1e", 1},
+        {"1e400", kInfinity},
+        {"-1e400", -kInfinity},
+        {"1e-400", 0},
+        {"0x10", 0},
+        {"2.2250738585072014e-308", 2.2250738585072014e-308},
+    };
+    for (const auto& [text, value] : cases) {
+        EXPECT_EQ(leadingDouble(text), value) << text;
+    }
+}
+
+TEST(LeadingDouble, BadTextCountsAs0) {
+    for (const char* const text :
+         {"", " ", "abc", "nan", "inf", "-inf", "infinity", "--1", "+-1", ".", "-", "e5", ".e5"}) {
+        EXPECT_EQ(leadingDouble(text), 0) << text;
+    }
+}
+
+TEST(LeadingDouble, KnowsLargeAndSmallWithoutAnExponent) {
+    EXPECT_EQ(leadingDouble(std::string(400, '9')), kInfinity);
+    EXPECT_EQ(leadingDouble("0." + std::string(400, '0') + "1"), 0);
+    EXPECT_EQ(leadingDouble("00" + std::string(400, '9')), kInfinity);
+}
+
+TEST(EuNumbers, HaveTheTextFormsOfRecords) {
+    EXPECT_EQ(exponentText(-1234.5, 3), "-1.234E+03");
+    EXPECT_EQ(exponentText(0, 8), "0.00000000E+00");
+    EXPECT_EQ(exponentText(1, 0), "1E+00");
+    EXPECT_EQ(fixedText(2.0 / 3, 4), "0.6667");
+    EXPECT_EQ(fixedText(2.0 / 3), "0.666667");
+    EXPECT_EQ(exactText(0.1), "0.1");
+}
+
+TEST(FloatPrecision, Is8AndStaysWithinItsBounds) {
+    ProfileSettings settings{std::string()};
+    EXPECT_EQ(floatPrecision(settings), 8);
+    settings.write("FloatPrecision", "-3");
+    EXPECT_EQ(floatPrecision(settings), 0);
+    settings.write("FloatPrecision", "99999");
+    EXPECT_EQ(floatPrecision(settings), 40);
+}
+
+}  // namespace
+}  // namespace kavu
