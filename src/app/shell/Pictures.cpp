@@ -9,6 +9,7 @@
 #include "app/shell/MainWindow.h"
 #include "app/shell/OptionDialogs.h"
 #include "app/shell/TreePanel.h"
+#include "app/shell/TreeScreenshots.h"
 #include "application/Application.h"
 #include "core/FileIo.h"
 #include "core/Printf.h"
@@ -74,6 +75,7 @@ void renderAll(Renderer& renderer, MainWindow& window, const ScreenshotList& lis
 void addAllScreenshots(ScreenshotList& list) {
     addFrameworkScreenshots(list);
     addOptionScreenshots(list);
+    addTreeScreenshots(list);
 }
 
 int renderPictures(QApplication& toolkit, Application& application, const std::string& folder,
