@@ -1,0 +1,29 @@
+// The lists of a word taken out of the frame, to be put back there or at another position.
+#pragma once
+
+#include "pcm/PcmFormat.h"
+
+#include <vector>
+
+namespace kavu {
+
+struct CellContents {
+    Measurement measurement;
+    int asyncNumber = 0;
+    [[nodiscard]] bool operator==(const CellContents&) const = default;
+};
+/// The cells of one list; free ones at its end are left out.
+using CellList = std::vector<CellContents>;
+
+/// A word with all that it holds.
+struct WordContents {
+    FrameWord word;
+    std::vector<CellList> lists;  ///< one for each cell of the array
+    [[nodiscard]] bool operator==(const WordContents&) const = default;
+};
+
+[[nodiscard]] WordContents takeWord(const PcmFormat& format, int fwp);
+/// Makes a word hold these contents and nothing else. False if there can be no more cells.
+bool putWord(PcmFormat& format, int fwp, const WordContents& contents);
+
+}  // namespace kavu
