@@ -14,6 +14,19 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/manual ${PROJECT_SOURCE_DIR}/docs/p
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/samples/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/samples
         FILES_MATCHING PATTERN "*.tma" PATTERN "*.md")
 
+if(TARGET kavu)
+    # The icon is the one that the windows show.
+    install(FILES ${PROJECT_SOURCE_DIR}/src/app/resources/icons/kavu.svg
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
+    install(FILES ${PROJECT_SOURCE_DIR}/packaging/kavu.desktop
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
+    install(FILES ${PROJECT_SOURCE_DIR}/packaging/kavu-mime.xml
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/mime/packages RENAME kavu.xml)
+    install(FILES ${PROJECT_SOURCE_DIR}/packaging/kavu.metainfo.xml
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
+    install(FILES ${PROJECT_SOURCE_DIR}/docs/kavu.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+endif()
+
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME kavu)
 set(CPACK_PACKAGE_VENDOR "Kavu developers")
@@ -21,7 +34,7 @@ set(CPACK_PACKAGE_CONTACT "Kavu developers <developers@kavu.invalid>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
 set(CPACK_PACKAGE_DESCRIPTION
     "Opens, checks, converts and saves the telemetry attributes transfer standard (TMATS)\n\
-files of IRIG 106 Chapter 9, editions 106-96 to 106-11, from the command line.")
+files of IRIG 106 Chapter 9, editions 106-96 to 106-11.")
 set(CPACK_PACKAGE_INSTALL_DIRECTORY kavu)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
@@ -32,4 +45,8 @@ set(CPACK_DEBIAN_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 # The libraries come from what the program is linked with, not from a list that ages.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+if(TARGET kavu)
+    # What the windows load while they run is not seen in what they are linked with.
+    set(CPACK_DEBIAN_PACKAGE_DEPENDS "fonts-dejavu-core | fonts-freefont-ttf | fonts-noto-core")
+endif()
 include(CPack)

@@ -1,16 +1,18 @@
 #!/usr/bin/env python3
 """Installs the built tree to a prefix and looks at everything that lands there.
 
-    check_install.py CMAKE BUILD_DIR PREFIX
+    check_install.py CMAKE BUILD_DIR PREFIX [--app]
+
+With --app the editor is part of the tree.
 """
 
+import os
 import re
 import shutil
 import subprocess
 import sys
 from pathlib import Path
 
-COMMANDS = {"check", "save", "store", "tree", "recover"}
 FILES = [
     "bin/kavu-cli", "share/man/man1/kavu-cli.1",
     "share/bash-completion/completions/kavu-cli", "share/zsh/site-functions/_kavu-cli",
@@ -18,6 +20,11 @@ FILES = [
     "share/doc/kavu/manual/index.md", "share/doc/kavu/samples/flight-test.tma",
     "share/doc/kavu/samples/flight-test-96.tma", "share/doc/kavu/samples/flight-test-11.tma",
     "share/doc/kavu/samples/mistakes.tma",
+]
+APP_FILES = [
+    "bin/kavu", "share/man/man1/kavu.1", "share/applications/kavu.desktop",
+    "share/icons/hicolor/scalable/apps/kavu.svg", "share/mime/packages/kavu.xml",
+    "share/metainfo/kavu.metainfo.xml",
 ]
 
 
@@ -36,10 +43,17 @@ def complete(prefix, words):
     return result.stdout.split(), result.stderr
 
 
+def commands_of(prefix):
+    """The commands that the program itself tells of."""
+    text = run(str(prefix / "bin/kavu-cli"), "--help").stdout
+    return set(re.findall(r"(?m)^  ([a-z][a-z-]*) ", text.partition("\nCommands:\n")[2]))
+
+
 def check_completion(prefix):
+    commands = commands_of(prefix)
     cases = [
-        (["kavu-cli", ""], COMMANDS),
-        (["kavu-cli", "--quiet", "s"], {"save", "store"}),
+        (["kavu-cli", ""], commands),
+        (["kavu-cli", "--quiet", "s"], {name for name in commands if name.startswith("s")}),
         (["kavu-cli", "--settings", "check", "tr"], {"tree"}),
         (["kavu-cli", "save", "--edition", "20"],
          {"2000", "2001", "2004", "2005", "2007", "2009", "2011"}),
@@ -53,39 +67,101 @@ def check_completion(prefix):
             yield f"completion of {words}: {offered}, not {sorted(expected)}; {error}"
 
 
-def check_man_page(prefix):
-    page = str(prefix / "share/man/man1/kavu-cli.1")
-    result = run("groff", "-man", "-ww", "-Tutf8", page)
-    if result.returncode or result.stderr:
-        yield f"the man page renders with warnings: {result.stderr}"
+def man_page(prefix, name):
+    """The text of a page, and what is wrong with it."""
+    result = run("groff", "-man", "-ww", "-Tutf8", str(prefix / "share/man/man1" / name))
     text = re.sub("\x1b\\[[0-9;]*m|.\b", "", result.stdout)
-    help_text = run(str(prefix / "bin/kavu-cli"), "--help").stdout
-    options = set(re.findall(r"--[a-z][a-z-]+", help_text))
-    for command in COMMANDS:
-        options |= set(re.findall(r"--[a-z][a-z-]+", run(str(prefix / "bin/kavu-cli"), command,
-                                                          "--help").stdout))
+    wrong = result.stderr or (result.returncode and "groff fails")
+    return text.replace("‐", "-").replace("−", "-"), wrong
+
+
+def options_of(program, *arguments):
+    return set(re.findall(r"--[a-z][a-z-]+", run(str(program), *arguments, "--help").stdout))
+
+
+def check_man_page(prefix):
+    plain, wrong = man_page(prefix, "kavu-cli.1")
+    if wrong:
+        yield f"the man page renders with warnings: {wrong}"
+    options = options_of(prefix / "bin/kavu-cli")
+    commands = commands_of(prefix)
+    if not {"check", "save", "store", "tree", "recover"} <= commands:
+        yield f"the program tells of few commands: {sorted(commands)}"
+    for command in commands:
+        options |= options_of(prefix / "bin/kavu-cli", command)
     if len(options) < 10:
         yield f"the program tells of few options: {sorted(options)}"
-    plain = text.replace("‐", "-").replace("−", "-")
     for option in sorted(options - {"--output", "--help-all"}):
         if option not in plain:
             yield f"the man page does not tell of {option}"
 
 
-def main(cmake, build, prefix_text):
+def check_editor(prefix):
+    plain, wrong = man_page(prefix, "kavu.1")
+    if wrong:
+        yield f"the man page of the editor renders with warnings: {wrong}"
+    options = options_of(prefix / "bin/kavu")
+    if len(options) < 4:
+        yield f"the editor tells of few options: {sorted(options)}"
+    for option in sorted(options):
+        if option not in plain:
+            yield f"the man page of the editor does not tell of {option}"
+    for command in (["desktop-file-validate", "share/applications/kavu.desktop"],
+                    ["appstreamcli", "validate", "--no-net", "share/metainfo/kavu.metainfo.xml"]):
+        result = run(*command, cwd=prefix)
+        if result.returncode:
+            yield f"{command}: {result.stdout}{result.stderr}"
+    yield from check_mime_type(prefix)
+
+
+def check_mime_type(prefix):
+    """The desktop knows the files by their endings, and who opens them."""
+    data = prefix / "share"
+    result = run("update-mime-database", str(data / "mime"))
+    if result.returncode:
+        yield f"the MIME type can not be read: {result.stderr}"
+        return
+    globs = (data / "mime/globs2").read_text(encoding="utf-8").splitlines()
+    for pattern in ("*.tma", "*.tmt"):
+        if f"50:application/x-tmats:{pattern}" not in globs:
+            yield f"the MIME type does not have {pattern}: {globs}"
+    if "application/x-tmats" not in (data / "applications/kavu.desktop").read_text("utf-8"):
+        yield "the editor does not take files of its MIME type"
+
+
+def check_editor_starts(prefix):
+    """It renders its windows with what is installed, and without a display."""
+    home = prefix / "home"
+    home.mkdir()
+    environment = {"PATH": os.environ.get("PATH", ""), "HOME": str(home), "TEMP": str(home),
+                   "QT_QPA_PLATFORM": "offscreen", "XDG_RUNTIME_DIR": str(home)}
+    sample = prefix / "share/doc/kavu/samples/flight-test.tma"
+    result = run(str(prefix / "bin/kavu"), "--screenshots", str(home / "out"), str(sample),
+                 env=environment)
+    pictures = {path.name for path in (home / "out").glob("*.png")}
+    if result.returncode or not {"MainWindow.png", "MainWindow-dark.png", "HELP.png"} <= pictures:
+        yield f"the editor does not start: {result}, {sorted(pictures)}"
+
+
+def main(cmake, build, prefix_text, *more):
+    app = "--app" in more
     prefix = Path(prefix_text)
     shutil.rmtree(prefix, ignore_errors=True)
     result = run(cmake, "--install", build, "--prefix", str(prefix))
     findings = []
     if result.returncode:
         findings.append(result.stdout + result.stderr)
-    findings += [f"{name} is missing" for name in FILES if not (prefix / name).is_file()]
+    findings += [f"{name} is missing" for name in FILES + (APP_FILES if app else [])
+                 if not (prefix / name).is_file()]
     if not findings:
         version = run(str(prefix / "bin/kavu-cli"), "--version")
         if version.returncode or not re.fullmatch(r"kavu-cli \d+\.\d+\.\d+\n", version.stdout):
             findings.append(f"--version: {version}")
         findings += check_man_page(prefix)
         findings += check_completion(prefix)
+        if app:
+            findings += check_editor(prefix)
+            findings += check_editor_starts(prefix)
         if shutil.which("zsh"):
             zsh = run("zsh", "-n", str(prefix / "share/zsh/site-functions/_kavu-cli"))
             if zsh.returncode:

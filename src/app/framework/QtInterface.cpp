@@ -154,7 +154,15 @@ bool QtInterface::openProgress(ProgressMode mode, bool withBar) {
 }
 
 void QtInterface::closeProgress() {
+    const bool hadKeyboard =
+        progress_ && progress_->isVisible() && (cancelled_ || progress_->isActiveWindow());
     progress_.reset();
+    cancelled_ = false;
+    if (auto* const window = dialogParent(); hadKeyboard && window != nullptr) {
+        // The question of the cancel and the window under it go in the same moment: a window
+        // manager that was about to give the keyboard to the one has nobody to give it to.
+        window->activateWindow();
+    }
 }
 
 void QtInterface::setProgressText(const std::string& text) {
@@ -178,10 +186,11 @@ bool QtInterface::cancelRequested() {
     const auto answer = showBox(this, "Do you really want to cancel?", "Cancel Operation",
                                 Icon::Question, Buttons::YesNo);
     progress_->clearPending();
-    if (answer != Button::Yes) {
+    cancelled_ = answer == Button::Yes;
+    if (!cancelled_) {
         progress_->pump(true);
     }
-    return answer == Button::Yes;
+    return cancelled_;
 }
 
 }  // namespace kavu

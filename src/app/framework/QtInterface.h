@@ -82,6 +82,7 @@ class QtInterface : public UserInterface {
     QPointer<QWidget> window_;
     DialogDoor& door_;
     std::unique_ptr<ProgressWindow> progress_;
+    bool cancelled_ = false;  ///< the operation under the progress window
     LockedPositions locked_;
 };
 
