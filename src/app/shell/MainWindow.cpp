@@ -95,6 +95,7 @@ void MainWindow::makeStatusBar() {
     progress_->setFixedWidth(look::charactersWide(*this, kProgressCharacters));
     progress_->setTextVisible(false);
     progress_->setVisible(false);
+    bar->setContentsMargins(look::unit(*this), 0, 0, 0);
     bar->addWidget(fileLabel_);
     bar->addWidget(editionLabel_);
     bar->addWidget(statusLabel_, 1);
