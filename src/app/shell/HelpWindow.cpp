@@ -52,6 +52,8 @@ HelpWindow::HelpWindow(const std::string& folder, QWidget* parent)
     pages_ = new QListWidget(splitter);
     pages_->setObjectName(QStringLiteral("pages"));
     pages_->setAccessibleName(QStringLiteral("Pages of the manual"));
+    pages_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    pages_->setWordWrap(true);
     browser_ = new QTextBrowser(splitter);
     browser_->setObjectName(QStringLiteral("page"));
     browser_->setAccessibleName(QStringLiteral("Page"));
