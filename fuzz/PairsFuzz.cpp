@@ -1,0 +1,59 @@
+// Files of pairs, pasted columns and imports: what is taken is finite and within the limits,
+// what is refused changes nothing, and a fit of whatever came in ends.
+#include "Check.h"
+#include "conversion/PairFile.h"
+#include "conversion/PairSetFit.h"
+
+#include <cmath>
+#include <cstdint>
+#include <string_view>
+
+namespace {
+
+using namespace kavu;
+
+void checkFile(std::string_view text) {
+    const auto file = parsePairFile(text);
+    KAVU_CHECK(file.x.size() == file.y.size());
+    KAVU_CHECK(file.error.empty() || file.x.empty());
+    for (std::size_t i = 0; i < file.x.size(); ++i) {
+        KAVU_CHECK(std::isfinite(file.x[i]) && std::isfinite(file.y[i]));
+    }
+    if (file.x.size() > PairSet::kMostPairs) {
+        return;
+    }
+    FitInput input;
+    input.x = file.x;
+    input.y = file.y;
+    for (const int order : {-1, 1, 4, 10, 11}) {
+        input.order = order;
+        const auto result = refitPairs(input, {});
+        KAVU_CHECK(result.fitted == fitFailureText(result).empty());
+        KAVU_CHECK(!result.fitted || result.computed.size() == file.x.size());
+        for (const double c : result.fittedCoefficients()) {
+            KAVU_CHECK(std::isfinite(c));
+        }
+    }
+}
+
+void checkImport(std::string_view text) {
+    const auto [first, second] = PairSet::splitColumns(text);
+    PairSet set(true);
+    (void)set.add({"1", "2"});
+    const auto error = set.import(first, second);
+    KAVU_CHECK(set.size() <= PairSet::kMostPairs);
+    KAVU_CHECK(!error || (set.size() == 1 && set.pairs()[0].telemetry == "1"));
+    const auto x = set.telemetryValues();
+    for (std::size_t i = 1; i < x.size(); ++i) {
+        KAVU_CHECK(x[i - 1] <= x[i]);
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view text(reinterpret_cast<const char*>(data), size);
+    checkFile(text);
+    checkImport(text);
+    return 0;
+}

@@ -1,0 +1,1 @@
+kavu_add_fuzzer(pairs PairsFuzz.cpp LIBS kavu_conversion)
