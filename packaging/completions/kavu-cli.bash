@@ -11,7 +11,8 @@ _kavu_cli() {
         case $word in
             --settings | --answer | --answer-all | --now | --progress) ((index++)) ;;
             -*) ;;
-            check | save | store | tree | recover | stream | rewrite | word-frame)
+            check | save | store | tree | recover | stream | rewrite | word-frame | \
+                conversions | evaluate | fit)
                 command=$word
                 break
                 ;;
@@ -25,13 +26,17 @@ _kavu_cli() {
             COMPREPLY=($(compgen -W "1996 1999 2000 2001 2004 2005 2007 2009 2011" -- "$current"))
             return
             ;;
-        --answer | --now) return ;;
+        --order | --max-order)
+            COMPREPLY=($(compgen -W "1 2 3 4 5 6 7 8 9 10" -- "$current"))
+            return
+            ;;
+        --answer | --now | --precision | --bits) return ;;
         --into)
             compopt -o filenames 2>/dev/null
             mapfile -t COMPREPLY < <(compgen -d -- "$current")
             return
             ;;
-        --settings | -o | --output)
+        --settings | --svg | -o | --output)
             compopt -o filenames 2>/dev/null
             mapfile -t COMPREPLY < <(compgen -f -- "$current")
             return
@@ -43,16 +48,19 @@ _kavu_cli() {
             check) common+=" --deep" ;;
             save) common+=" --output --edition" ;;
             rewrite | word-frame) common+=" --output" ;;
+            fit) common+=" --order --best --max-order --precision --bits --svg" ;;
             store) common+=" --into" ;;
             recover) common+=" --output --list" ;;
         esac
         COMPREPLY=($(compgen -W "$common" -- "$current"))
     elif [[ -z $command ]]; then
-        COMPREPLY=($(compgen -W "check save store tree recover stream rewrite word-frame" -- "$current"))
+        COMPREPLY=($(compgen -W "check save store tree recover stream rewrite word-frame conversions evaluate fit" -- "$current"))
     else
         compopt -o filenames 2>/dev/null
         if [[ $command == recover ]]; then
             mapfile -t COMPREPLY < <(compgen -d -- "$current")
+        elif [[ $command == fit ]]; then
+            mapfile -t COMPREPLY < <(compgen -f -- "$current")
         else
             while IFS= read -r word; do
                 case ${word,,} in
