@@ -46,6 +46,7 @@ struct IdCounter {
 
     /// End frame minus start frame plus 1.
     [[nodiscard]] int depth() const { return endFrame.number() - startFrame.number() + 1; }
+    [[nodiscard]] bool operator==(const IdCounter&) const = default;
 };
 
 /// Where a subframe is held; both indices count from 0.
