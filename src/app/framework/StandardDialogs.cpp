@@ -90,8 +90,9 @@ void fillBox(QMessageBox& shown, const MessageBox& box) {
 
 QString filterText(const std::pair<std::string, std::string>& filter) {
     QString patterns = toQString(filter.second);
-    return toQString(filter.first) + QStringLiteral(" (") + patterns.replace(u';', u' ') +
-           QStringLiteral(")");
+    // Some texts name their patterns themselves; they are shown once.
+    const QString text = toQString(filter.first).section(QStringLiteral(" ("), 0, 0);
+    return text + QStringLiteral(" (") + patterns.replace(u';', u' ') + QStringLiteral(")");
 }
 
 void fillFileDialog(QFileDialog& dialog, const FilePrompt& prompt) {

@@ -63,24 +63,31 @@ std::optional<NamedGroup> groupNamedIn(std::string_view line) {
 }  // namespace
 
 bool MainWindow::openNamed(const std::string& name) {
+    // The load has built the tree, and its failure has emptied it.
     const bool opened = actions_->openNamed(name);
-    refresh();
+    updateTitle();
+    updateChecks();
     showNotes();
     return opened;
 }
 
 void MainWindow::installBuiltIn() {
-    const auto onDocument = [this](bool (DocumentActions::*act)()) {
-        return [this, act] {
+    // What opens or closes a document builds the tree; a save changes what the pane shows.
+    const auto onDocument = [this](bool (DocumentActions::*act)(), bool treeIsBuilt) {
+        return [this, act, treeIsBuilt] {
             (actions_.get()->*act)();
-            refresh();
+            if (!treeIsBuilt) {
+                rebuildTree();
+            }
+            updateTitle();
+            updateChecks();
         };
     };
-    handlers_[CommandId::CreateNew] = onDocument(&DocumentActions::create);
-    handlers_[CommandId::Open] = onDocument(&DocumentActions::open);
-    handlers_[CommandId::Save] = onDocument(&DocumentActions::save);
-    handlers_[CommandId::SaveAs] = onDocument(&DocumentActions::saveAs);
-    handlers_[CommandId::Close] = onDocument(&DocumentActions::close);
+    handlers_[CommandId::CreateNew] = onDocument(&DocumentActions::create, true);
+    handlers_[CommandId::Open] = onDocument(&DocumentActions::open, true);
+    handlers_[CommandId::Save] = onDocument(&DocumentActions::save, false);
+    handlers_[CommandId::SaveAs] = onDocument(&DocumentActions::saveAs, false);
+    handlers_[CommandId::Close] = onDocument(&DocumentActions::close, true);
     handlers_[CommandId::Exit] = [this] { close(); };
     handlers_[CommandId::SampleRateOptions] = [this] { editSampleRates(); };
     handlers_[CommandId::Precision] = [this] { choosePrecision(); };
