@@ -4,6 +4,7 @@
 
 #include <QDialogButtonBox>
 #include <QFontMetrics>
+#include <QPainter>
 #include <QStyleOption>
 #include <QWidget>
 
@@ -65,6 +66,32 @@ QSize LookStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
         default:
             return wanted;
     }
+}
+
+void LookStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
+                              QPainter* painter, const QWidget* widget) const {
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+    const bool isBox = element == PE_IndicatorCheckBox;
+    if (!isBox && element != PE_IndicatorRadioButton) {
+        return;
+    }
+    // On a dark ground the plain style's own outline can not be seen.
+    auto colour = option->palette.color(QPalette::WindowText);
+    colour.setAlpha((option->state & State_Enabled) != 0 ? 130 : 60);
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing, !isBox);
+    painter->setPen(colour);
+    painter->setBrush(Qt::NoBrush);
+    const auto inside = option->rect.adjusted(0, 0, -1, -1);
+    if (isBox) {
+        painter->drawRect(inside);
+    } else {
+        const int size = std::min(inside.width(), inside.height()) - 1;
+        QRect circle(0, 0, size, size);
+        circle.moveCenter(inside.center());
+        painter->drawEllipse(circle);
+    }
+    painter->restore();
 }
 
 QRect LookStyle::subElementRect(SubElement element, const QStyleOption* option,
