@@ -191,5 +191,43 @@ TEST(CommandLine, HelpOfACommandNamesItsOwnOptionsAndTheCommonOnes) {
     }
 }
 
+TEST(CommandLine, FitTakesItsNumbersWithinTheirBounds) {
+    const auto line = parsed({"fit", "p.csv", "--order", "10", "--max-order", "3", "--precision",
+                              "0", "--bits", "64", "--svg", "p.svg"});
+    EXPECT_EQ(line.command, Command::Fit);
+    EXPECT_EQ(line.file, "p.csv");
+    EXPECT_EQ(line.order, 10);
+    EXPECT_EQ(line.maxOrder, 3);
+    EXPECT_EQ(line.precision, 0);
+    EXPECT_EQ(line.bits, 64);
+    EXPECT_EQ(line.svg, "p.svg");
+    EXPECT_TRUE(parsed({"fit", "p", "--best"}).best);
+    for (const auto& arguments :
+         {Arguments{"fit"}, Arguments{"fit", "p", "--order", "11"},
+          Arguments{"fit", "p", "--order", "1.5"}, Arguments{"fit", "p", "--order", ""},
+          Arguments{"fit", "p", "--order", "1", "--best"},
+          Arguments{"fit", "p", "--max-order", "0"}, Arguments{"fit", "p", "--precision", "41"},
+          Arguments{"fit", "p", "--bits", "99999999999999999999"}}) {
+        EXPECT_EQ(parseCommandLine(arguments).status, ExitStatus::Usage);
+    }
+}
+
+TEST(CommandLine, EvaluateTakesNegativeNumbers) {
+    const auto line = parsed({"evaluate", "f", "M", "-5", "-.5", "1e3", "--json", "-1e-3"});
+    EXPECT_EQ(line.command, Command::Evaluate);
+    EXPECT_EQ(line.name, "M");
+    EXPECT_EQ(line.values, (std::vector<double>{-5, -0.5, 1000, -0.001}));
+    EXPECT_TRUE(line.json);
+    for (const char* const bad : {"x", "nan", "inf", "1e999", "", "0x10"}) {
+        EXPECT_EQ(parseCommandLine({"evaluate", "f", "M", bad}).status, ExitStatus::Usage) << bad;
+    }
+}
+
+TEST(CommandLine, ConversionsTakesANameOrNone) {
+    EXPECT_EQ(parsed({"conversions", "f"}).name, "");
+    EXPECT_EQ(parsed({"conversions", "f", "M"}).name, "M");
+    EXPECT_EQ(parsed({"conversions", "f", "M"}).command, Command::Conversions);
+}
+
 }  // namespace
 }  // namespace kavu::cli

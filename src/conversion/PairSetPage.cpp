@@ -1,0 +1,92 @@
+#include "conversion/PairSetPage.h"
+
+#include "conversion/ConversionStore.h"
+#include "core/Messages.h"
+#include "core/ProfileFile.h"
+#include "core/ProfileSettings.h"
+#include "core/Text.h"
+#include "core/TmatsDocument.h"
+#include "core/WorkingStore.h"
+
+namespace kavu {
+
+namespace {
+
+constexpr std::string_view kZero = "ZeroCal";
+constexpr std::string_view kCal = "RCal";
+constexpr int kAreYouSure = 82;
+
+}  // namespace
+
+FitInput PairSetPage::input(int bits) const {
+    const ProfileFile file(context_.store.pathOf(working::kData1));
+    const auto options = FitOptions::read(context_.settings);
+    const auto pairs = PairSet::read(file, name_, options.sorted);
+    FitInput input;
+    input.x = pairs.telemetryValues();
+    input.y = pairs.engineeringValues();
+    input.order = file.integer(name_, "PS2", 1);
+    input.limits = {file.value(name_, "MOT1", ""), file.value(name_, "MOT2", ""),
+                    file.value(name_, "MOT3", ""), file.value(name_, "MOT4", "")};
+    input.bits = bits;
+    input.binaryFormat = file.value(name_, "BFM", "");
+    const auto series = openSeries();
+    input.series = series.on;
+    input.zero = series.zero;
+    input.cal = series.cal;
+    return input;
+}
+
+FitResult PairSetPage::refresh(UserInterface* parent, const FitInput& input) {
+    const ProfileFile file(context_.store.pathOf(working::kData1));
+    if (!startsWithIgnoreCase(file.value(name_, "PS1", "N"), "Y")) {
+        return {};
+    }
+    auto result = refitPairs(input, FitOptions::read(context_.settings));
+    if (result.fitted) {
+        (void)store_.writeFitCoefficients(parent, name_, result.order, result.fittedCoefficients());
+    }
+    return result;
+}
+
+bool PairSetPage::deriveCoefficients(UserInterface* parent) {
+    const auto result = refitPairs(input(0), FitOptions::read(context_.settings));
+    return result.fitted &&
+           store_.writeFitCoefficients(parent, name_, result.order, result.fittedCoefficients());
+}
+
+SeriesValues PairSetPage::openSeries() const {
+    SeriesValues series;
+    series.zero = store_.commentRecordGet(name_, kZero);
+    series.cal = store_.commentRecordGet(name_, kCal);
+    series.on = context_.settings.integer("DoRCal", 0) != 0 &&
+                (!series.zero.empty() || !series.cal.empty());
+    return series;
+}
+
+bool PairSetPage::enableSeries(UserInterface* parent, bool on, SeriesValues& series) {
+    context_.settings.writeInteger("DoRCal", on ? 1 : 0);
+    series.on = on;
+    if (!on) {
+        return true;
+    }
+    series.zero = series.zero.empty() ? "0" : series.zero;
+    series.cal = series.cal.empty() ? "0" : series.cal;
+    return storeSeries(parent, series);
+}
+
+bool PairSetPage::storeSeries(UserInterface* parent, const SeriesValues& series) {
+    // A blank ends a pair in the row where they are kept.
+    const auto held = [](std::string_view text) {
+        return replaceAll(cutToBytes(trim(text), kSeriesLimit), " ", "");
+    };
+    return store_.commentRecordSet(parent, name_, kZero, held(series.zero)) &&
+           store_.commentRecordSet(parent, name_, kCal, held(series.cal));
+}
+
+bool PairSetPage::confirmDelete(UserInterface* parent) const {
+    return context_.messages.show(parent, -kAreYouSure, title::kDeleteEntry, kYesNoBox) ==
+           Button::Yes;
+}
+
+}  // namespace kavu

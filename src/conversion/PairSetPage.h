@@ -1,0 +1,57 @@
+// What the pair set page does with the record that is being edited: its pairs, its fit, the
+// values of its series.
+#pragma once
+
+#include "conversion/PairSetFit.h"
+
+#include <string>
+#include <string_view>
+
+namespace kavu {
+
+struct DocumentContext;
+class ConversionStore;
+class UserInterface;
+
+/// The zero and the cal value of the series plot, kept in the record's private pairs.
+struct SeriesValues {
+    std::string zero;
+    std::string cal;
+    bool on = false;
+};
+
+class PairSetPage {
+  public:
+    static constexpr std::size_t kSeriesLimit = 20;  ///< characters of a value
+
+    /// `name` is a record whose working copy is up.
+    PairSetPage(DocumentContext& context, ConversionStore& store, std::string name)
+        : context_(context), store_(store), name_(std::move(name)) {}
+
+    /// What a refit works on, from the working copy: pairs, order, limits, binary format and
+    /// series. `bits` is the word length of the measurement, 0 if it is not known.
+    [[nodiscard]] FitInput input(int bits) const;
+    /// Refits if the record defines a curve ("PS1" is "Y"), and stores the coefficients of a
+    /// fit that succeeded; otherwise the stored ones stay.
+    FitResult refresh(UserInterface* parent, const FitInput& input);
+    /// The same for the window of coefficients when it is set to "derived from pair set": the
+    /// pairs that stay in the record are fitted, whatever "PS1" says. False without a fit.
+    bool deriveCoefficients(UserInterface* parent);
+
+    /// The series as the page opens: on only if `DoRCal` is set and one of the values exists.
+    [[nodiscard]] SeriesValues openSeries() const;
+    /// The check of the series: stores `DoRCal`; an empty value becomes "0" when it is enabled.
+    bool enableSeries(UserInterface* parent, bool on, SeriesValues& series);
+    /// Stores values that were entered.
+    bool storeSeries(UserInterface* parent, const SeriesValues& series);
+
+    /// Asks "Are You Sure?" under "Delete This Entry?".
+    [[nodiscard]] bool confirmDelete(UserInterface* parent) const;
+
+  private:
+    DocumentContext& context_;
+    ConversionStore& store_;
+    std::string name_;
+};
+
+}  // namespace kavu
