@@ -20,8 +20,6 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QTimer>
-#include <QLabel>
-#include "app/framework/ProgressWindow.h"
 
 namespace {
 
@@ -50,12 +48,10 @@ class PaintWatch : public QObject {
         if (event->type() == QEvent::Paint) {
             const auto now = clock_.nsecsElapsed();
             gaps.push_back(static_cast<double>(now - last_) / 1e6);
-            if (gaps.back() > 70) { std::fprintf(stderr, "GAP %.1f at %.1f: %s\n", gaps.back(), double(now)/1e6, ui->progressWindow() ? qPrintable(ui->progressWindow()->findChild<QLabel*>(QStringLiteral("text"))->text()) : "none"); }
             last_ = now;
         }
         return QObject::eventFilter(receiver, event);
     }
-    kavu::QtInterface* ui = nullptr;
     std::vector<double> gaps;  ///< milliseconds
 
   private:
@@ -80,7 +76,7 @@ struct Figures {
 
 bool measure(MainWindow& window, const std::string& file, Figures& figures) {
     QElapsedTimer clock;
-    PaintWatch watch(window); watch.ui = &window.ui();
+    PaintWatch watch(window);
     clock.start();
     if (!window.openNamed(file)) {
         return false;

@@ -101,6 +101,36 @@ class Program(EditorTest):
             return file.read()
 
 
+class GermanLocale(EditorTest):
+    """Numbers of a file keep their points in a country of commas."""
+
+    def environment(self):
+        environment = super().environment()
+        if hasattr(self, "locales"):
+            environment.update(LOCPATH=self.locales, LC_ALL="de_DE.UTF-8", LANG="de_DE.UTF-8")
+        return environment
+
+    def test_the_same_bytes_are_saved_as_by_the_terminal(self):
+        self.sample()
+        expected = self.saved_by_terminal("flight.tma", "--edition", "2011")
+        locales = self.folder("locales")
+        # A character map that is not there in full makes it warn, and end with 1.
+        subprocess.run(["localedef", "--no-archive", "-i", "de_DE", "-f", "UTF-8",
+                        os.path.join(locales, "de_DE.UTF-8")], check=False,
+                       capture_output=True, stdin=subprocess.DEVNULL)
+        self.locales = locales
+        shown = subprocess.run(["locale", "decimal_point"], env=self.environment(), text=True,
+                               capture_output=True, check=True, stdin=subprocess.DEVNULL)
+        self.assertEqual(shown.stdout.strip(), ",", shown.stderr)
+        editor = self.start_shown(self.path("flight.tma"), title=MAIN + ".*flight")
+        self.choose_edition()
+        self.save_as("later.tma")
+        self.key("ctrl+q")
+        self.ended(editor)
+        self.assertSameDocument(self.read("later.tma"), expected)
+        self.assertIn(b"0.5", expected)
+
+
 class LongLoad(EditorTest):
     def test_esc_asks_and_no_goes_on_and_yes_leaves_no_document(self):
         with open(self.path("big.tma"), "wb") as file:

@@ -186,7 +186,7 @@ void MainWindow::offerRecovery() {
     noteBar_->showNote(
         QStringLiteral("A session of %1 did not end properly. Its document may be recovered.")
             .arg(when),
-        {{"recover", QStringLiteral("&Recover..."),
+        {{"recover", QStringLiteral("Re&cover..."),
           [this, folder] {
               actions_->recover(folder);
               refresh();
