@@ -37,6 +37,7 @@ bool prepareSave(CommandContext& context) {
 
 bool saveCommand(CommandContext& context, CommandOutput& output) {
     auto& document = context.application.context();
+    output.changed = document.document.changed;  // the save clears it
     if (!saveDocumentTo(document, context.ui, context.line.output)) {
         return false;
     }

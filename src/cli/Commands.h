@@ -17,7 +17,7 @@ namespace kavu::cli {
 struct CommandOutput {
     Json members = Json::object();  ///< stand behind the members of the file
     std::string text;               ///< the same for a person, as terminal text
-    bool changed = false;           ///< the command has changed the document and saved it
+    bool changed = false;           ///< the document was changed before the command saved it
 };
 
 struct CommandContext {
