@@ -10,7 +10,7 @@
 #include "core/Clock.h"
 
 #include <csignal>
-#include <cstdio>
+#include <iostream>
 #include <string>
 #include <vector>
 
@@ -52,7 +52,7 @@ int main(int argc, char** argv) {
         return 0;
     }
     if (!options.print.empty()) {
-        std::fputs(options.print.c_str(), options.wrong ? stderr : stdout);
+        (options.wrong ? std::cerr : std::cout) << options.print << std::flush;
         return options.wrong ? 64 : 0;
     }
     QApplication application(argc, argv);

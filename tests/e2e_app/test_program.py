@@ -9,11 +9,14 @@ import time
 from desktop import MAIN, Desktop, EditorTest, interrupt, main
 
 
-def big_document(megabytes):
+def write_big_document(path, megabytes):
     """A file that takes seconds: one group with commands that no look-up knows."""
     line = "D-1\\X%020d:value of a field;\r\n"
-    block = "".join(line % i for i in range(2000))
-    return ("G\\106:09;\r\n" + block * (megabytes * 1000000 // len(block) + 1)).encode("latin-1")
+    block = "".join(line % i for i in range(2000)).encode("latin-1")
+    with open(path, "wb") as file:
+        file.write(b"G\\106:09;\r\n")
+        for _ in range(megabytes * 1000000 // len(block) + 1):
+            file.write(block)
 
 
 class Program(EditorTest):
@@ -133,8 +136,7 @@ class GermanLocale(EditorTest):
 
 class LongLoad(EditorTest):
     def test_esc_asks_and_no_goes_on_and_yes_leaves_no_document(self):
-        with open(self.path("big.tma"), "wb") as file:
-            file.write(big_document(160))
+        write_big_document(self.path("big.tma"), 480)
         editor = self.start_shown()
         self.key("ctrl+o")
         self.shown(r"^Open TMATS File$")

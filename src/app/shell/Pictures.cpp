@@ -14,7 +14,7 @@
 #include "core/FileIo.h"
 #include "core/Printf.h"
 
-#include <cstdio>
+#include <iostream>
 
 #include <QApplication>
 #include <QPixmap>
@@ -43,7 +43,7 @@ class Renderer {
     }
     void fail(const std::string& what) {
         failed_ = true;
-        std::fputs((what + "\n").c_str(), stderr);
+        std::cerr << what << '\n';
     }
     [[nodiscard]] bool failed() const { return failed_; }
 
