@@ -49,7 +49,8 @@ TEST(FrameEditMask, AHexadecimalEntryIsEnteredFromTheLeft) {
 
 TEST(FrameEditMask, OtherTextsAreRefused) {
     TestContext t;
-    for (const std::string text : {"", "12", "F", "0x1", std::string(65, '1').c_str(), "fw"}) {
+    const std::vector<std::string> refused{"", "12", "F", "0x1", std::string(65, '1'), "fw"};
+    for (const auto& text : refused) {
         EXPECT_EQ(enteredMask(t.context, &t.ui, text, 16), std::nullopt) << text;
         EXPECT_EQ(t.ui.boxes.back().id, 142);
     }
