@@ -1,8 +1,10 @@
 // The editor. Here is only what a process has and a library must not: arguments, signals,
 // the one application object of the toolkit.
+#include "app/Forms.h"
 #include "app/framework/DialogDoor.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
+#include "app/framework/Screenshots.h"
 #include "app/shell/MainWindow.h"
 #include "app/shell/Pictures.h"
 #include "app/shell/StartOptions.h"
@@ -63,10 +65,13 @@ int main(int argc, char** argv) {
     kavu::SystemRandomSource random;
     kavu::Application system(kavu::Environment::ofProcess(), clock, random, options.settings);
     if (!options.pictures.empty()) {
-        return kavu::renderPictures(application, system, options.pictures, options.file);
+        kavu::ScreenshotList list;
+        kavu::addAllScreenshots(list);
+        return kavu::renderPictures(application, system, list, options.pictures, options.file);
     }
     kavu::DialogDoor door;
     kavu::MainWindow window(system, door);
+    kavu::installForms(window, system);
     if (!window.begin({.splash = options.splash, .file = options.file})) {
         system.shutDown(nullptr);
         return 1;

@@ -214,7 +214,7 @@ bool ChunkConverter::writeChunk(std::int64_t number, bool commentsOutside) {
             if (commentsOutside && !record->name.empty() &&
                 equalsIgnoreCase(field.code, kCommentCode)) {
                 const auto path = commentPath(context_.store, record->name);
-                if (const auto status = replaceFile(path, field.value); !status.ok()) {
+                if (const auto status = replaceWorkingFile(path, field.value); !status.ok()) {
                     reportUnwritable(context_, parent_, status, "Write/Create");
                     return false;
                 }

@@ -256,7 +256,7 @@ bool ConversionStore::writeEuComment(UserInterface* parent, const std::string& n
             file.removeKey(section, kCommentCode);
             inFile = text.size() + file.serialisedSize() > kFullChunk;
             if (inFile) {
-                return report(parent, replaceFile(path, text), "Write/Create");
+                return report(parent, replaceWorkingFile(path, text), "Write/Create");
             }
             return text.empty() || file.setValue(section, kCommentCode, text);
         });

@@ -4,7 +4,7 @@
 #include "conversion/SampleRate.h"
 #include "core/Clock.h"
 #include "core/FileIo.h"
-#include "core/Messages.h"
+#include "core/FileReports.h"
 #include "core/ProfileSettings.h"
 #include "core/Text.h"
 #include "core/TmatsDocument.h"
@@ -239,8 +239,8 @@ std::optional<std::vector<std::string>> ConversionStore::definitionNames(std::in
 bool ConversionStore::report(UserInterface* parent, const IoStatus& status,
                              std::string_view action) const {
     if (!status.ok()) {
-        context_.messages.showFailure(parent, status, 313, title::kErrorReadingConversion,
-                                      kErrorBox, action, status.path());
+        reportFailedAction(context_.messages, parent, status, title::kErrorReadingConversion,
+                           action);
     }
     return status.ok();
 }

@@ -6,7 +6,7 @@
 #include "conversion/UpdateFile.h"
 #include "core/Clock.h"
 #include "core/FileIo.h"
-#include "core/Messages.h"
+#include "core/FileReports.h"
 #include "core/Printf.h"
 #include "core/Text.h"
 #include "core/TmatsDocument.h"
@@ -201,8 +201,8 @@ class GroupWriter {
             }
         }
         if (const auto status = store_.store(number, *chunk); !status.ok()) {
-            context_.messages.showFailure(parent_, status, 313, title::kErrorSaving, kErrorBox,
-                                          "Write/Create", status.path());
+            reportFailedAction(context_.messages, parent_, status, title::kErrorSaving,
+                               "Write/Create");
             return false;
         }
         return true;
@@ -238,8 +238,7 @@ class GroupWriter {
     }
 
     bool reportUnreadable(const IoStatus& status) {
-        context_.messages.showFailure(parent_, status, 407, title::kErrorSaving, kWarningBox,
-                                      kGroupName, status.path());
+        reportUnreadableGroup(context_.messages, parent_, status, kGroupName, status.path());
         return false;
     }
 

@@ -1,6 +1,6 @@
 #include "conversion/LoadReports.h"
 
-#include "core/Messages.h"
+#include "core/FileReports.h"
 #include "core/TmatsDocument.h"
 
 namespace kavu {
@@ -13,8 +13,8 @@ void reportUnreadable(const DocumentContext& context, UserInterface* parent,
 
 void reportUnwritable(const DocumentContext& context, UserInterface* parent, const IoStatus& status,
                       std::string_view action, std::string_view name) {
-    context.messages.showFailure(parent, status, 313, title::kErrorReadingConversion, kErrorBox,
-                                 action, name.empty() ? std::string_view(status.path()) : name);
+    reportFailedAction(context.messages, parent, status, title::kErrorReadingConversion, action,
+                       name);
 }
 
 }  // namespace kavu

@@ -2,7 +2,7 @@
 
 #include "conversion/ConversionFields.h"
 #include "core/Clock.h"
-#include "core/Messages.h"
+#include "core/FileReports.h"
 #include "core/Printf.h"
 #include "core/ProfileSettings.h"
 #include "core/Text.h"
@@ -24,8 +24,8 @@ std::string_view field(const ProfileFile::Section& record, std::string_view key,
 
 bool UpdateFile::report(const IoStatus& status) {
     if (!status.ok()) {
-        context_.messages.showFailure(parent_, status, 313, title::kErrorSaving, kWarningBox,
-                                      "Write/Create", status.path());
+        reportFailedAction(context_.messages, parent_, status, title::kErrorSaving, "Write/Create",
+                           {}, kWarningBox);
     }
     return status.ok();
 }

@@ -2,6 +2,7 @@
 
 #include "core/Clock.h"
 #include "core/FileIo.h"
+#include "core/FileReports.h"
 #include "core/FormerContents.h"
 #include "core/GroupFiles.h"
 #include "core/Messages.h"
@@ -19,13 +20,6 @@ namespace kavu {
 namespace {
 
 constexpr unsigned kPollEvery = 64;  // commands
-constexpr const char* kSaveTitle = "Error Saving TMATS File";
-
-void reportUnableToWrite(UserInterface* parent, const IoStatus& status) {
-    showBox(parent,
-            formatPrintf("Unable to write '%s'\n\nReason: %s", status.path(), status.reason()),
-            kSaveTitle);
-}
 
 /// A group file of a crashed run may end within a command.
 void noteCutOff(UserInterface* parent, const std::string& where) {
@@ -44,10 +38,7 @@ class Builder {
         // One listing tells what is there. To try every name would cost a call for each, and
         // a name whose file can not be reached would pass for one that does not exist.
         if (const auto status = listStore(); !status.ok()) {
-            showBox(
-                parent_,
-                formatPrintf("Unable to read '%s'\n\nReason: %s", status.path(), status.reason()),
-                kSaveTitle);
+            reportUnableToRead(parent_, status, title::kErrorSaving);
             return false;
         }
         for (const auto& kind : groupKinds()) {
@@ -117,8 +108,7 @@ class Builder {
             status = source.status();
         }
         if (!status.ok()) {
-            context_.messages.showFailure(parent_, status, 407, title::kErrorSaving, kWarningBox,
-                                          nameOf(kind), path);
+            reportUnreadableGroup(context_.messages, parent_, status, nameOf(kind), path);
         }
         // A target that takes no more is reported when it is closed.
         return status.ok() && target_.status().ok();
@@ -166,7 +156,7 @@ bool putIntoGeneralFile(DocumentContext& context, UserInterface* parent, const s
         status = renameFile(copy, path);
     }
     if (!status.ok()) {
-        reportUnableToWrite(parent, status);
+        reportUnableToWrite(parent, status, title::kErrorSaving);
         (void)deleteFile(copy);
     }
     return status.ok();
@@ -182,7 +172,7 @@ bool ensureGeneralFile(DocumentContext& context, UserInterface* parent) {
     }
     status = status.ok() ? writeWholeFile(path, {}) : status;
     if (!status.ok()) {
-        reportUnableToWrite(parent, status);
+        reportUnableToWrite(parent, status, title::kErrorSaving);
     }
     return status.ok();
 }
@@ -197,7 +187,7 @@ bool writeBanner(DocumentContext& context, UserInterface* parent) {
     (void)rewriteCommands(context.store.pathOf(working::kGeneral), "COMMENT", std::nullopt,
                           std::nullopt, &status);
     if (!status.ok()) {
-        reportUnableToWrite(parent, status);
+        reportUnableToWrite(parent, status, title::kErrorSaving);
         return false;
     }
     const auto now = context.clock.now();
@@ -224,7 +214,7 @@ bool writeFileNameField(DocumentContext& context, UserInterface* parent, const s
     const bool replaced = rewriteCommands(context.store.pathOf(working::kGeneral), "G\\FN",
                                           std::nullopt, name, &status);
     if (!status.ok()) {
-        reportUnableToWrite(parent, status);
+        reportUnableToWrite(parent, status, title::kErrorSaving);
         return false;
     }
     return replaced || putIntoGeneralFile(context, parent, "G\\FN:" + name + ";\r\n", true);
@@ -285,7 +275,7 @@ bool buildTmatsFile(DocumentContext& context, UserInterface* parent, const std::
     progress.close();
     setProgressBar(parent, -1);
     if (!status.ok()) {
-        reportUnableToWrite(parent, status);
+        reportUnableToWrite(parent, status, title::kErrorSaving);
     }
     if (!built || !status.ok()) {
         former.offerToPutBack(parent);

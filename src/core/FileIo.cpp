@@ -340,7 +340,7 @@ IoStatus writeWholeFile(const std::string& path, std::string_view bytes) {
     return writer.close();
 }
 
-IoStatus replaceFile(const std::string& path, std::string_view bytes) {
+IoStatus replaceWorkingFile(const std::string& path, std::string_view bytes) {
     const std::string beside = path + ".new";
     auto status = writeWholeFile(beside, bytes);
     if (status.ok()) {
@@ -400,7 +400,8 @@ IoStatus makeFolder(const std::string& path, unsigned mode) {
     }
     PathKind kind = PathKind::Missing;
     const auto status = probePath(path, kind);
-    return !status.ok() || kind == PathKind::Folder ? status : IoStatus(path, EEXIST);
+    // "File exists" would not tell that it is a file that is in the way of a folder.
+    return !status.ok() || kind == PathKind::Folder ? status : IoStatus(path, ENOTDIR);
 }
 
 IoStatus makeFolders(const std::string& path, unsigned mode) {

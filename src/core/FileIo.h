@@ -106,13 +106,14 @@ class FileWriter {
 };
 
 [[nodiscard]] IoStatus readWholeFile(const std::string& path, std::string& bytes);
-/// Writes a file in one go, whole or not at all: through a file beside it that takes its
-/// place when it is complete.
-[[nodiscard]] IoStatus replaceFile(const std::string& path, std::string_view bytes);
-/// The same for a file of the user, complete on the disk when it returns: what a link leads
-/// to is written and the link stays, mode and owner stay, and so do other names of the
-/// file. Where a file beside it can not take its place for that, it is written in place.
-[[nodiscard]] IoStatus rewriteFile(const std::string& path, std::string_view bytes);
+/// Replaces a working file, whole or not at all: through a file beside it that takes its
+/// place when it is complete. Quick: the disk may be behind.
+[[nodiscard]] IoStatus replaceWorkingFile(const std::string& path, std::string_view bytes);
+/// Replaces a file of the user, complete on the disk when it returns: what a link leads to
+/// is written and the link stays, mode and owner stay, and so do other names of the file.
+/// Where a file beside it can not take its place for that, it is written in place.
+[[nodiscard]] IoStatus replaceUserFile(const std::string& path, std::string_view bytes);
+/// Writes a file in place, in one go.
 [[nodiscard]] IoStatus writeWholeFile(const std::string& path, std::string_view bytes);
 /// Copies the bytes of a file, overwriting the target. The status names the file that
 /// failed; a file is not copied over itself (EEXIST). With `durable` the copy is complete on the
@@ -121,7 +122,8 @@ class FileWriter {
                                 bool durable = false);
 [[nodiscard]] IoStatus deleteFile(const std::string& path);
 [[nodiscard]] IoStatus renameFile(const std::string& from, const std::string& to);
-/// Makes one folder; one that is there already is no failure.
+/// Makes one folder; one that is there already is no failure, anything else there is
+/// (ENOTDIR).
 [[nodiscard]] IoStatus makeFolder(const std::string& path, unsigned mode = 0777);
 /// Makes a folder with all its parents.
 [[nodiscard]] IoStatus makeFolders(const std::string& path, unsigned mode = 0777);

@@ -429,7 +429,8 @@ IoStatus ProfileFile::flush(Flush how) {
     PathKind kind = PathKind::Missing;
     auto status = bytes.empty() ? probePath(path_, kind) : IoStatus();
     if (status.ok() && (!bytes.empty() || kind != PathKind::Missing)) {
-        status = how == Flush::Kept ? rewriteFile(path_, bytes) : replaceFile(path_, bytes);
+        status =
+            how == Flush::Kept ? replaceUserFile(path_, bytes) : replaceWorkingFile(path_, bytes);
     }
     changed_ = !status.ok();
     return status;

@@ -1,6 +1,7 @@
 #include "core/ProfileSettings.h"
 
 #include "core/FileIo.h"
+#include "core/FolderLock.h"
 #include "core/Text.h"
 
 namespace kavu {
@@ -56,6 +57,11 @@ std::string ProfileSettings::profileText(std::string_view section, std::string_v
 
 void ProfileSettings::writeProfile(std::string_view section, std::optional<std::string_view> key,
                                    std::optional<std::string_view> value) {
+    // Another process may write between the read and the write, and its key would be lost.
+    std::optional<FolderLock> lock;
+    if (!file_.path().empty()) {
+        lock.emplace(folderOf(file_.path()));
+    }
     refresh();
     if (!key) {
         file_.removeSection(section);

@@ -147,13 +147,13 @@ bool applyRules(TmatsReader& reader, const std::string& path, char letter, int i
     for (auto& walk : walks) {
         walk.finish();
     }
-    return rewriteFile(
+    return rewriteGroupFile(
         reader, path, [&](std::string& command) { return applyTo(command, walks); }, {}, status);
 }
 
-bool rewriteFile(TmatsReader& reader, const std::string& path,
-                 const std::function<Rewritten(std::string& command)>& edit,
-                 const std::function<std::string()>& tail, IoStatus& status) {
+bool rewriteGroupFile(TmatsReader& reader, const std::string& path,
+                      const std::function<Rewritten(std::string& command)>& edit,
+                      const std::function<std::string()>& tail, IoStatus& status) {
     const auto beside = path + ".new";
     ByteSource source;
     status = source.open(path);

@@ -40,8 +40,8 @@ bool applyRules(TmatsReader& reader, const std::string& path, char letter, int i
 /// Passes every command of a file through `edit`, which may change its text, and writes
 /// `tail` behind them. The new file takes the place of the old one when it is complete;
 /// if nothing has changed it is not touched. True if it was changed.
-bool rewriteFile(TmatsReader& reader, const std::string& path,
-                 const std::function<Rewritten(std::string& command)>& edit,
-                 const std::function<std::string()>& tail, IoStatus& status);
+bool rewriteGroupFile(TmatsReader& reader, const std::string& path,
+                      const std::function<Rewritten(std::string& command)>& edit,
+                      const std::function<std::string()>& tail, IoStatus& status);
 
 }  // namespace kavu

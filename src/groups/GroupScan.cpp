@@ -2,7 +2,6 @@
 
 #include "core/FieldIndex.h"
 #include "core/GroupFiles.h"
-#include "core/Messages.h"
 #include "core/Text.h"
 #include "core/TmatsDocument.h"
 #include "core/UserInterface.h"
@@ -14,11 +13,6 @@
 namespace kavu {
 
 namespace {
-
-void reportFile(UserInterface* parent, const char* text, const IoStatus& status) {
-    showBox(parent, formatPrintf(text, status.path(), status.reason()),
-            std::string(loadText(title::kError).value_or("")));
-}
 
 /// Appends the values of `code` for k from 1 to the value of `countCode`. The count is a
 /// number from a file: it is cut to the rows that a group can have.
@@ -63,14 +57,6 @@ bool readGroup(DocumentContext& context, UserInterface* parent, char letter,
 
 bool isMissing(const IoStatus& status) {
     return status.code() == ENOENT;
-}
-
-void reportUnableToRead(UserInterface* parent, const IoStatus& status) {
-    reportFile(parent, "Unable to read '%s'\n\nReason: %s", status);
-}
-
-void reportUnableToWrite(UserInterface* parent, const IoStatus& status) {
-    reportFile(parent, "Unable to write '%s'\n\nReason: %s", status);
 }
 
 FieldView fieldView(std::string_view command) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/FileIo.h"
+#include "core/FileReports.h"
 #include "core/TmatsReader.h"
 
 #include <string>
@@ -23,9 +24,6 @@ inline constexpr int kMostListRows = 99;
 
 /// True if the file is not there at all, which is no failure for a pass over files.
 [[nodiscard]] bool isMissing(const IoStatus& status);
-/// Boxes with path and reason of a working file that could not be read or written.
-void reportUnableToRead(UserInterface* parent, const IoStatus& status);
-void reportUnableToWrite(UserInterface* parent, const IoStatus& status);
 
 /// The field and the value of a command, without its `;`. Both are views into the command;
 /// a command without `\` or `:` has neither.

@@ -147,7 +147,7 @@ bool hasOlderLocation(std::string_view code, std::string_view value) {
 }  // namespace
 
 bool dropThirdBusIndex(DocumentContext& context, const std::string& path, IoStatus& status) {
-    return rewriteFile(context.reader, path, dropThirdIndex, {}, status);
+    return rewriteGroupFile(context.reader, path, dropThirdIndex, {}, status);
 }
 
 bool joinFilterLists(DocumentContext& context, const std::string& path, int index,
@@ -161,7 +161,7 @@ bool joinFilterLists(DocumentContext& context, const std::string& path, int inde
         status = isMissing(status) ? IoStatus() : status;
         return false;
     }
-    return rewriteFile(
+    return rewriteGroupFile(
         context.reader, path,
         [&lists](const std::string& command) { return lists.rewrite(command); },
         [&] { return lists.newList(groupPrefix('D', index)); }, status);

@@ -90,7 +90,7 @@ int indexForNew(DocumentContext& context, UserInterface* parent, char letter,
 
 bool writeGroup(DocumentContext& context, UserInterface* parent, char letter, int index,
                 const std::string& text) {
-    const auto status = replaceFile(context.store.pathOf(groupFile(letter, index)), text);
+    const auto status = replaceWorkingFile(context.store.pathOf(groupFile(letter, index)), text);
     if (!status.ok()) {
         reportUnableToWrite(parent, status);
     }

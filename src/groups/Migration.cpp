@@ -184,7 +184,7 @@ class Migration {
     void convertRecorderDates(int sourceYear) {
         const int currentYear = context_.clock.now().year;
         forEachFile('R', [&](const std::string& path, int) {
-            return rewriteFile(
+            return rewriteGroupFile(
                 context_.reader, path,
                 [&](std::string& command) {
                     const auto field = fieldView(command);
@@ -322,14 +322,14 @@ bool setVersionField(DocumentContext& context, UserInterface* parent, int target
     status = status.ok() ? source.status() : status;
     source.close();
     if (missing) {
-        status = target < kFirstTold ? IoStatus() : replaceFile(path, line);
+        status = target < kFirstTold ? IoStatus() : replaceWorkingFile(path, line);
         changed = target >= kFirstTold && status.ok();
     } else if (status.ok() && target < kFirstTold) {
         changed = rewriteCommands(path, kVersionCode, std::nullopt, std::nullopt, &status);
     } else if (status.ok() && told) {
         changed = rewriteCommands(path, kVersionCode, std::nullopt, number, &status);
     } else if (status.ok()) {
-        changed = rewriteFile(
+        changed = rewriteGroupFile(
             context.reader, path, [](std::string&) { return Rewritten::Same; },
             [&line] { return line; }, status);
     }

@@ -147,7 +147,7 @@ TEST_F(FileIoTest, SourceSeesThatItsFileIsAnother) {
     writeFile(path, "longer");
     EXPECT_TRUE(source.changedSinceOpened()) << "written";
     ASSERT_TRUE(source.open(path).ok());
-    ASSERT_TRUE(replaceFile(path, "longer").ok());
+    ASSERT_TRUE(replaceWorkingFile(path, "longer").ok());
     EXPECT_TRUE(source.changedSinceOpened()) << "replaced";
     ASSERT_TRUE(source.open(path).ok());
     ASSERT_TRUE(deleteFile(path).ok());
@@ -238,17 +238,17 @@ TEST_F(FileIoTest, PipeWithoutAReaderIsAFailureAndNoHang) {
 TEST_F(FileIoTest, ReplaceKeepsTheOldFileWhenTheNewOneCanNotBeWritten) {
     writeFile(path, "old");
     ASSERT_EQ(::mkdir((path + ".new").c_str(), 0700), 0);
-    EXPECT_FALSE(replaceFile(path, "new").ok());
+    EXPECT_FALSE(replaceWorkingFile(path, "new").ok());
     EXPECT_EQ(readFile(path), "old");
     ASSERT_EQ(::rmdir((path + ".new").c_str()), 0);
-    EXPECT_TRUE(replaceFile(path, "new").ok());
+    EXPECT_TRUE(replaceWorkingFile(path, "new").ok());
     EXPECT_EQ(readFile(path), "new");
     EXPECT_THAT(names(folder.path()), ElementsAre("file"));
 }
 
 TEST_F(FileIoTest, ReplaceOfAFolderFailsAndLeavesNothing) {
     ASSERT_EQ(::mkdir(path.c_str(), 0700), 0);
-    EXPECT_FALSE(replaceFile(path, "new").ok());
+    EXPECT_FALSE(replaceWorkingFile(path, "new").ok());
     EXPECT_THAT(names(folder.path()), ElementsAre("file/"));
 }
 
@@ -297,8 +297,10 @@ TEST_F(FileIoTest, FoldersAreMadeWithTheirParentsAndMode) {
     EXPECT_TRUE(makeFolders(deep).ok()) << "what is there is no failure";
     EXPECT_TRUE(makeFolders(deep + "/").ok());
     writeFile(path, "x");
-    EXPECT_EQ(makeFolder(path).code(), EEXIST);
-    EXPECT_FALSE(makeFolders(path + "/d").ok());
+    EXPECT_EQ(makeFolder(path).code(), ENOTDIR);
+    const auto below = makeFolders(path + "/sub");
+    EXPECT_EQ(below.code(), ENOTDIR);
+    EXPECT_EQ(below.path(), path) << "the file that is in the way";
     EXPECT_EQ(makeFolder(folder / "e/f").code(), ENOENT);
 }
 
@@ -416,7 +418,7 @@ TEST_F(FileIoTest, StampDiffersOnceAFileIsWrittenReplacedMadeOrDeleted) {
     writeFile(path, "abcd");
     const auto written = fileStamp(path);
     EXPECT_NE(written, made);
-    ASSERT_TRUE(replaceFile(path, "abcd").ok());
+    ASSERT_TRUE(replaceWorkingFile(path, "abcd").ok());
     EXPECT_NE(fileStamp(path), written);
 }
 

@@ -351,6 +351,17 @@ TEST_F(OpenFileCheckedTest, ABackupIsNoMorePublicThanItsFile) {
     EXPECT_EQ(modeOf(folder / "a.bak"), 0600u) << "the next backup has to overwrite it";
 }
 
+TEST_F(OpenFileCheckedTest, AnOlderBackupIsOverwrittenInPlace) {
+    const auto path = folder / "a.tma";
+    writeFile(path, "former");
+    writeFile(folder / "older", "an older and longer backup");
+    ASSERT_EQ(::symlink("older", (folder / "a.bak").c_str()), 0);
+    ASSERT_EQ(::chmod((folder / "older").c_str(), 0640), 0);
+    EXPECT_TRUE(makeBackup(&ui, path));
+    EXPECT_EQ(readFile(folder / "older"), "former") << "the link and what it leads to stay";
+    EXPECT_EQ(modeOf(folder / "older"), 0640u);
+}
+
 TEST_F(OpenFileCheckedTest, AnEmptyFileHasAnEmptyBackup) {
     writeFile(folder / "a.tma", "");
     EXPECT_TRUE(makeBackup(&ui, folder / "a.tma"));

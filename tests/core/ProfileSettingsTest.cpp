@@ -1,7 +1,10 @@
 #include "core/ProfileSettings.h"
 #include "support/TestContext.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 namespace kavu::test {
@@ -108,6 +111,32 @@ TEST_F(ProfileSettingsTest, TwoObjectsOnOneFileKeepEachOthersKeys) {
         EXPECT_EQ(one.integer("Two", -1), i);
         EXPECT_EQ(two.integer("One", -1), i);
     }
+}
+
+TEST_F(ProfileSettingsTest, TwoThatWriteAtOnceLoseNoKey) {
+    constexpr int kKeys = 60;
+    const auto writeAll = [this](const std::string& head) {
+        ProfileSettings settings(path_);
+        for (int i = 0; i < kKeys; ++i) {
+            settings.writeInteger(head + std::to_string(i), i);
+        }
+    };
+    std::thread other(writeAll, "B");
+    writeAll("A");
+    other.join();
+    const ProfileSettings settings(path_);
+    for (int i = 0; i < kKeys; ++i) {
+        EXPECT_EQ(settings.integer("A" + std::to_string(i), -1), i);
+        EXPECT_EQ(settings.integer("B" + std::to_string(i), -1), i);
+    }
+}
+
+TEST_F(ProfileSettingsTest, ALockThatIsNotGivenBackDoesNotStopAWrite) {
+    const int held = ::open(folder_.path().c_str(), O_RDONLY | O_DIRECTORY);
+    ASSERT_EQ(::flock(held, LOCK_EX), 0);
+    ProfileSettings(path_).write("PTF", "TWO");
+    EXPECT_EQ(ProfileSettings(path_).text("PTF"), "TWO");
+    ::close(held);
 }
 
 TEST_F(ProfileSettingsTest, ValueForThisRunHidesTheFileAndIsNeverWritten) {

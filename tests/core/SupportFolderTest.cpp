@@ -194,7 +194,7 @@ TEST_F(SupportFolderTest, APathThatCanNotBeMadeAsksUntilCancel) {
     EXPECT_EQ(ui.boxes[0].text, "Could not create the path '" + (folder / "file") +
                                     "'.\n\nThis application creates and uses this folder to store "
                                     "temporary files.\n\nRetry: Try again\nCancel: Terminate "
-                                    "application.\n\nReason: File exists");
+                                    "application.\n\nReason: Not a directory");
     EXPECT_FALSE(activateSupportFolder(nullptr, path + "/"));
 }
 

@@ -16,11 +16,14 @@
 
 namespace kavu {
 
-/// What the makers are given. `document` is the sample document, or null where the caller
-/// has none; a maker that needs it then gives null.
+class Application;
+
+/// What the makers are given: the sample document and who owns its streams and conversions,
+/// or null where the caller has none; a maker that needs them then gives null.
 struct ScreenshotStage {
     FormContext& form;
     DocumentContext* document = nullptr;
+    Application* application = nullptr;
 };
 
 struct Screenshot {

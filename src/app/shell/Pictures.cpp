@@ -7,9 +7,7 @@
 #include "app/framework/Screenshots.h"
 #include "app/shell/HelpWindow.h"
 #include "app/shell/MainWindow.h"
-#include "app/shell/OptionDialogs.h"
 #include "app/shell/TreePanel.h"
-#include "app/shell/TreeScreenshots.h"
 #include "application/Application.h"
 #include "core/FileIo.h"
 #include "core/Printf.h"
@@ -52,14 +50,14 @@ class Renderer {
     bool failed_ = false;
 };
 
-void renderAll(Renderer& renderer, MainWindow& window, const ScreenshotList& list,
-               const std::string& suffix) {
+void renderAll(Renderer& renderer, MainWindow& window, Application& application,
+               const ScreenshotList& list, const std::string& suffix) {
     renderer.render(window, "MainWindow" + suffix);
     HelpWindow help(manualFolder(toBytes(QApplication::applicationDirPath())));
     renderer.render(help, "HELP" + suffix);
     auto form = window.formContext();
     for (const auto& entry : list.entries()) {
-        ScreenshotStage stage{form, window.document()};
+        ScreenshotStage stage{form, window.document(), &application};
         const auto picture = entry.make(stage);
         if (picture == nullptr) {
             renderer.fail("There is nothing to show of " + entry.name);
@@ -72,22 +70,14 @@ void renderAll(Renderer& renderer, MainWindow& window, const ScreenshotList& lis
 
 }  // namespace
 
-void addAllScreenshots(ScreenshotList& list) {
-    addFrameworkScreenshots(list);
-    addOptionScreenshots(list);
-    addTreeScreenshots(list);
-}
-
-int renderPictures(QApplication& toolkit, Application& application, const std::string& folder,
-                   const std::string& sample) {
+int renderPictures(QApplication& toolkit, Application& application, const ScreenshotList& list,
+                   const std::string& folder, const std::string& sample) {
     Renderer renderer(folder);
     if (const auto status = makeFolders(folder); !status.ok()) {
         renderer.fail(formatPrintf("Unable to make '%s': %s", status.path(), status.reason()));
         return 1;
     }
     NobodysDoor door;
-    ScreenshotList list;
-    addAllScreenshots(list);
     {
         MainWindow window(application, door);
         if (!window.begin({.splash = false, .file = sample})) {
@@ -98,7 +88,8 @@ int renderPictures(QApplication& toolkit, Application& application, const std::s
         window.tree().select('P', 1);
         for (const auto scheme : {look::Scheme::Light, look::Scheme::Dark}) {
             look::apply(toolkit, scheme);
-            renderAll(renderer, window, list, scheme == look::Scheme::Dark ? "-dark" : "");
+            renderAll(renderer, window, application, list,
+                      scheme == look::Scheme::Dark ? "-dark" : "");
         }
         window.quit();
     }

@@ -10,13 +10,11 @@ namespace kavu {
 class Application;
 class ScreenshotList;
 
-/// Every window, page and dialog of the program.
-void addAllScreenshots(ScreenshotList& list);
-
-/// Renders each of them to a PNG file of its resource name in `folder`, and once more in
-/// the dark palette with "-dark" behind the name. `sample` is the document that fills them.
-/// The exit status: 0, or 1 after the failures were told on standard error.
-int renderPictures(QApplication& toolkit, Application& application, const std::string& folder,
-                   const std::string& sample);
+/// Renders the main window, the help and each window of the list to a PNG file of its resource name
+/// in `folder`, and once more in the dark palette with "-dark" behind the name. `sample` is the
+/// document that fills them. The exit status: 0, or 1 after the failures were told on standard
+/// error.
+int renderPictures(QApplication& toolkit, Application& application, const ScreenshotList& list,
+                   const std::string& folder, const std::string& sample);
 
 }  // namespace kavu

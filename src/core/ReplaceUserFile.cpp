@@ -49,7 +49,7 @@ bool forbidsFilesBeside(int code) {
 
 }  // namespace
 
-IoStatus rewriteFile(const std::string& path, std::string_view bytes) {
+IoStatus replaceUserFile(const std::string& path, std::string_view bytes) {
     if (path.find('\0') != std::string::npos) {
         return {path, EINVAL};  // the system would see the part in front of it
     }

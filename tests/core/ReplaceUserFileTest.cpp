@@ -39,111 +39,111 @@ class WithoutPrivileges {
     uid_t was_;
 };
 
-TEST(RewriteFileTest, NewFileIsMadeWithTheModeOfTheUser) {
+TEST(ReplaceUserFileTest, NewFileIsMadeWithTheModeOfTheUser) {
     const TempFolder folder;
     const auto mask = ::umask(027);
-    EXPECT_TRUE(rewriteFile(folder / "f", "new").ok());
+    EXPECT_TRUE(replaceUserFile(folder / "f", "new").ok());
     ::umask(mask);
     EXPECT_EQ(readFile(folder / "f"), "new");
     EXPECT_EQ(modeOf(folder / "f"), 0640U);
 }
 
-TEST(RewriteFileTest, ModeStaysAndTheFileIsAnother) {
+TEST(ReplaceUserFileTest, ModeStaysAndTheFileIsAnother) {
     const TempFolder folder;
     writeFile(folder / "f", "former");
     ASSERT_EQ(::chmod((folder / "f").c_str(), 0604), 0);
     // Whoever has the former file open reads it whole.
     ByteSource reader;
     ASSERT_TRUE(reader.open(folder / "f").ok());
-    EXPECT_TRUE(rewriteFile(folder / "f", "new").ok());
+    EXPECT_TRUE(replaceUserFile(folder / "f", "new").ok());
     EXPECT_EQ(readFile(folder / "f"), "new");
     EXPECT_EQ(reader.window(), "former");
     EXPECT_EQ(modeOf(folder / "f"), 0604U);
     EXPECT_EQ(namesIn(folder), std::vector<std::string>{"f"});
 }
 
-TEST(RewriteFileTest, LinkStaysAndWhatItLeadsToIsWritten) {
+TEST(ReplaceUserFileTest, LinkStaysAndWhatItLeadsToIsWritten) {
     const TempFolder folder;
     ASSERT_TRUE(makeFolder(folder / "d").ok());
     writeFile(folder / "d/f", "former");
     ASSERT_EQ(::symlink("d/f", (folder / "inner").c_str()), 0);
     ASSERT_EQ(::symlink("inner", (folder / "outer").c_str()), 0);
-    EXPECT_TRUE(rewriteFile(folder / "outer", "new").ok());
+    EXPECT_TRUE(replaceUserFile(folder / "outer", "new").ok());
     EXPECT_TRUE(S_ISLNK(infoOf(folder / "outer").st_mode));
     EXPECT_TRUE(S_ISLNK(infoOf(folder / "inner").st_mode));
     EXPECT_EQ(readFile(folder / "d/f"), "new");
 }
 
-TEST(RewriteFileTest, LinkToNothingGetsItsFile) {
+TEST(ReplaceUserFileTest, LinkToNothingGetsItsFile) {
     const TempFolder folder;
     ASSERT_EQ(::symlink("f", (folder / "link").c_str()), 0);
-    EXPECT_TRUE(rewriteFile(folder / "link", "new").ok());
+    EXPECT_TRUE(replaceUserFile(folder / "link", "new").ok());
     EXPECT_TRUE(S_ISLNK(infoOf(folder / "link").st_mode));
     EXPECT_EQ(readFile(folder / "f"), "new");
 }
 
-TEST(RewriteFileTest, OtherNamesOfTheFileStayItsNames) {
+TEST(ReplaceUserFileTest, OtherNamesOfTheFileStayItsNames) {
     const TempFolder folder;
     writeFile(folder / "f", "former");
     ASSERT_EQ(::link((folder / "f").c_str(), (folder / "g").c_str()), 0);
-    EXPECT_TRUE(rewriteFile(folder / "f", "new").ok());
+    EXPECT_TRUE(replaceUserFile(folder / "f", "new").ok());
     EXPECT_EQ(readFile(folder / "g"), "new");
     EXPECT_EQ(infoOf(folder / "f").st_ino, infoOf(folder / "g").st_ino);
 }
 
-TEST(RewriteFileTest, FileInAFolderThatTakesNoNewOnesIsWrittenInPlace) {
+TEST(ReplaceUserFileTest, FileInAFolderThatTakesNoNewOnesIsWrittenInPlace) {
     const TempFolder folder;
     writeFile(folder / "f", "former and longer");
     ASSERT_EQ(::chmod((folder / "f").c_str(), 0666), 0);
     ASSERT_EQ(::chmod(folder.path().c_str(), 0555), 0);
     {
         const WithoutPrivileges less;
-        EXPECT_TRUE(rewriteFile(folder / "f", "new").ok());
-        EXPECT_EQ(rewriteFile(folder / "g", "new").code(), EACCES);
+        EXPECT_TRUE(replaceUserFile(folder / "f", "new").ok());
+        EXPECT_EQ(replaceUserFile(folder / "g", "new").code(), EACCES);
     }
     EXPECT_EQ(::chmod(folder.path().c_str(), 0755), 0);
     EXPECT_EQ(readFile(folder / "f"), "new");
     EXPECT_EQ(namesIn(folder), std::vector<std::string>{"f"});
 }
 
-TEST(RewriteFileTest, FileWithoutWritePermissionIsLeftThoughItsFolderIsOpen) {
+TEST(ReplaceUserFileTest, FileWithoutWritePermissionIsLeftThoughItsFolderIsOpen) {
     const TempFolder folder;
     writeFile(folder / "f", "former");
     ASSERT_EQ(::chmod((folder / "f").c_str(), 0444), 0);
     ASSERT_EQ(::chmod(folder.path().c_str(), 0777), 0);
     {
         const WithoutPrivileges less;
-        EXPECT_EQ(rewriteFile(folder / "f", "new").code(), EACCES);
+        EXPECT_EQ(replaceUserFile(folder / "f", "new").code(), EACCES);
     }
     EXPECT_EQ(readFile(folder / "f"), "former");
     EXPECT_EQ(namesIn(folder), std::vector<std::string>{"f"});
 }
 
-TEST(RewriteFileTest, LeftoverOfAKilledRunIsNoHindrance) {
+TEST(ReplaceUserFileTest, LeftoverOfAKilledRunIsNoHindrance) {
     const TempFolder folder;
     writeFile(folder / "f", "former");
     writeFile(folder / ("f." + std::to_string(::getpid()) + ".new"), "half");
-    EXPECT_TRUE(rewriteFile(folder / "f", "new").ok());
+    EXPECT_TRUE(replaceUserFile(folder / "f", "new").ok());
     EXPECT_EQ(readFile(folder / "f"), "new");
     EXPECT_EQ(namesIn(folder), std::vector<std::string>{"f"});
 }
 
-TEST(RewriteFileTest, NameAsLongAsNamesCanBeIsWrittenInPlace) {
+TEST(ReplaceUserFileTest, NameAsLongAsNamesCanBeIsWrittenInPlace) {
     const TempFolder folder;
     const std::string name(255, 'n');
     writeFile(folder / name, "former");
-    EXPECT_TRUE(rewriteFile(folder / name, "new").ok());
+    EXPECT_TRUE(replaceUserFile(folder / name, "new").ok());
     EXPECT_EQ(readFile(folder / name), "new");
 }
 
-TEST(RewriteFileTest, FailureNamesThePathAndTheReason) {
+TEST(ReplaceUserFileTest, FailureNamesThePathAndTheReason) {
     const TempFolder folder;
     ASSERT_TRUE(makeFolder(folder / "d").ok());
-    const auto onFolder = rewriteFile(folder / "d", "new");
+    const auto onFolder = replaceUserFile(folder / "d", "new");
     EXPECT_EQ(onFolder.code(), EISDIR);
     EXPECT_EQ(onFolder.path(), folder / "d");
-    EXPECT_EQ(rewriteFile(folder / "none/f", "new").code(), ENOENT);
-    EXPECT_EQ(rewriteFile(std::string("a\0b", 3), "new").code(), EINVAL);
+    EXPECT_EQ(replaceUserFile(folder / "none/f", "new").code(), ENOENT);
+    EXPECT_EQ(replaceUserFile(std::string("a\0b", 3), "new").code(), EINVAL);
 }
 
 }  // namespace

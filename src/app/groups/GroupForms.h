@@ -1,0 +1,14 @@
+// The forms of the attribute groups and the data sources: gives the main window their editors, and
+// the pictures their makers.
+#pragma once
+
+namespace kavu {
+
+class Application;
+class MainWindow;
+class ScreenshotList;
+
+void installGroupForms(MainWindow& window, Application& application);
+void addGroupScreenshots(ScreenshotList& list);
+
+}  // namespace kavu
