@@ -14,7 +14,7 @@ enum class FieldKind { Text, Choice, Date, DateTime, Count, Digits, Comment };
 /// One entry of a choice. An edition of 0 is no gate.
 struct Choice {
     std::string_view value{};  ///< as stored in the file
-    std::string_view text{};   ///< as shown
+    std::string_view text{};   ///< as shown; empty if only XML knows it
     std::string_view xml{};    ///< as written to XML
     int firstEdition = 0;
     int lastEdition = 0;
@@ -32,6 +32,7 @@ struct Field {
     std::string_view element{};      ///< XML path that is written, relative to the group's
     std::string_view elementRead{};  ///< XML path that is read, if it differs
     std::span<const Choice> choices{};
+    std::string_view prompt{};  ///< title of the prompt that edits it, of a field of a list
 };
 
 [[nodiscard]] constexpr bool isKnownIn(int edition, int firstEdition, int lastEdition) {
