@@ -73,14 +73,14 @@ constexpr auto kCommon = std::to_array<ConversionField>({
     {.code = "FPF", .from = 2000},
     {.code = "BWT\\N", .otherwise = "0", .from = 2007, .bitWeights = true},
     {.code = "BWT\\N",
-     .form = FieldForm::List,
+     .form = WrittenForm::List,
      .from = 2007,
      .bitWeights = true,
      .items = {"BWTB", "BWTV"}},
-    {.code = "MC\\N", .form = FieldForm::Count, .otherwise = "N"},
-    {.code = "MC\\N", .form = FieldForm::List, .items = {"MC1", "MC2", "MC3"}},
-    {.code = "MA\\N", .form = FieldForm::Count, .otherwise = "N", .from = 1999},
-    {.code = "MA\\N", .form = FieldForm::List, .from = 1999, .items = {"MA1", "MA2", "MA3"}},
+    {.code = "MC\\N", .form = WrittenForm::Count, .otherwise = "N"},
+    {.code = "MC\\N", .form = WrittenForm::List, .items = {"MC1", "MC2", "MC3"}},
+    {.code = "MA\\N", .form = WrittenForm::Count, .otherwise = "N", .from = 1999},
+    {.code = "MA\\N", .form = WrittenForm::List, .from = 1999, .items = {"MA1", "MA2", "MA3"}},
     {.code = "MA1", .until = before(1999)},
     {.code = "MA2", .until = before(1999)},
     {.code = "MA3", .until = before(1999)},
@@ -90,27 +90,27 @@ constexpr auto kCommon = std::to_array<ConversionField>({
     {.code = "MOT4"},
     {.code = "MOT5", .from = after(1996)},
     {.code = "MOT6", .from = after(1996)},
-    {.code = "SR", .form = FieldForm::SampleRate},
+    {.code = "SR", .form = WrittenForm::SampleRate},
     {.code = "CRT", .from = 2004},
 });
 
 // A fit leaves its coefficients beside the pairs, so both types write both.
 constexpr auto kPairsAndCoefficients = std::to_array<ConversionField>({
-    {.code = "PS\\N", .form = FieldForm::IntegerCount},
+    {.code = "PS\\N", .form = WrittenForm::IntegerCount},
     {.code = "PS1", .otherwise = "N"},
     {.code = "PS2", .otherwise = "1"},
-    {.code = "PS\\N", .form = FieldForm::List, .items = {"PS3", "PS4"}},
+    {.code = "PS\\N", .form = WrittenForm::List, .items = {"PS3", "PS4"}},
     {.code = "CO\\N", .needs = "CO\\N"},
     {.code = "CO1", .otherwise = "N", .needs = "CO\\N"},
     {.code = "CO", .needs = "CO\\N"},
-    {.code = "CO\\N", .form = FieldForm::List, .needs = "CO\\N", .items = {"CO"}},
+    {.code = "CO\\N", .form = WrittenForm::List, .needs = "CO\\N", .items = {"CO"}},
 });
 
 constexpr auto kNegativePowers = std::to_array<ConversionField>({
     {.code = "NPC\\N", .needs = "NPC\\N"},
     {.code = "NPC1", .otherwise = "N", .needs = "NPC\\N"},
     {.code = "NPC", .needs = "NPC\\N"},
-    {.code = "NPC\\N", .form = FieldForm::List, .needs = "NPC\\N", .items = {"NPC"}},
+    {.code = "NPC\\N", .form = WrittenForm::List, .needs = "NPC\\N", .items = {"NPC"}},
 });
 
 constexpr auto kOther = std::to_array<ConversionField>({{.code = "OTH"}});
@@ -122,10 +122,10 @@ constexpr auto kDerived = std::to_array<ConversionField>({
     {.code = "DPTM", .from = 2009},
     {.code = "DPNO", .from = 2009},
     {.code = "DP\\N", .needs = "DP\\N"},
-    {.code = "DP\\N", .form = FieldForm::List, .needs = "DP\\N", .items = {"DP"}},
+    {.code = "DP\\N", .form = WrittenForm::List, .needs = "DP\\N", .items = {"DP"}},
     {.code = "DPC\\N", .from = after(1996), .needs = "DPC\\N"},
     {.code = "DPC\\N",
-     .form = FieldForm::List,
+     .form = WrittenForm::List,
      .from = after(1996),
      .needs = "DPC\\N",
      .items = {"DPC"}},
@@ -135,7 +135,7 @@ constexpr auto kDerived = std::to_array<ConversionField>({
 constexpr auto kDiscrete = std::to_array<ConversionField>({
     {.code = "DIC\\N", .needs = "DIC\\N"},
     {.code = "DICI\\N", .otherwise = "0", .needs = "DIC\\N"},
-    {.code = "DIC\\N", .form = FieldForm::List, .needs = "DIC\\N", .items = {"DICC", "DICP"}},
+    {.code = "DIC\\N", .form = WrittenForm::List, .needs = "DIC\\N", .items = {"DICC", "DICP"}},
 });
 
 constexpr auto kBusTime = std::to_array<ConversionField>({{.code = "BTM"}});

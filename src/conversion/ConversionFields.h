@@ -46,7 +46,7 @@ struct ConversionLimit {
 
 // --- Order of writing --------------------------------------------------------------------
 
-enum class FieldForm {
+enum class WrittenForm {
     Value,         ///< the text, left out if it is empty
     Count,         ///< the text; a negative number becomes "0"
     IntegerCount,  ///< always written, as a number
@@ -57,7 +57,7 @@ enum class FieldForm {
 /// One step of the writing of a record.
 struct ConversionField {
     std::string_view code;  ///< for a list the code of its count
-    FieldForm form = FieldForm::Value;
+    WrittenForm form = WrittenForm::Value;
     std::string_view otherwise = {};  ///< written for a missing value
     int from = 0;                     ///< first edition
     int until = kLatestEdition;       ///< last edition

@@ -104,22 +104,22 @@ class RecordText {
     void writeField(const ConversionField& row) {
         const auto value = field(*record_, row.code, row.otherwise);
         switch (row.form) {
-            case FieldForm::Value:
+            case WrittenForm::Value:
                 put(row.code, value);
                 break;
-            case FieldForm::Count:
+            case WrittenForm::Count:
                 put(row.code, leadingInt(value) < 0 ? "0" : value);
                 break;
-            case FieldForm::IntegerCount:
+            case WrittenForm::IntegerCount:
                 put(row.code, std::to_string(leadingInt(value)));
                 break;
-            case FieldForm::SampleRate: {
+            case WrittenForm::SampleRate: {
                 std::string rate(value);
                 trimSampleRate(rate, rates_);
                 put(row.code, rate);
                 break;
             }
-            case FieldForm::List:
+            case WrittenForm::List:
                 writeList(row, leadingInt(value));
                 break;
         }

@@ -33,6 +33,8 @@ MAX_FUNCTION_LINES = 80
 # Tables are as long as what they list.
 TABLES = {"core/Messages.cpp", "core/MessageTable.cpp"}
 
+# A type at the level of the namespace, with its body or its bases.
+TYPE = re.compile(r"^(?:class|struct|enum class) (\w+)(?: final)?\s*(?::[^;]*)?\{", re.M)
 INCLUDE = re.compile(r'^\s*#\s*include\s+(?:"([^"]+)"|(<[^>]+>))')
 UNFINISHED = re.compile(r"\b(TODO|FIXME|XXX)\b")
 NO_FUNCTION = re.compile(r"^(namespace|struct|class|enum|union|extern|typedef|using|constexpr|"
@@ -99,6 +101,13 @@ def check_file(path, name):
     return findings, used
 
 
+def twice_defined(definitions):
+    """Two types of one name compile, link, and take each other's functions."""
+    for type_name, places in sorted(definitions.items()):
+        if len(places) > 1:
+            yield f"{type_name} is defined in {' and in '.join(places)}"
+
+
 def find_circle(uses):
     """A list of folders that include each other in a ring, or nothing."""
     done = set()
@@ -126,6 +135,7 @@ def find_circle(uses):
 def check_tree(root):
     findings = []
     uses = {}
+    definitions = {}
     count = 0
     source = root / "src"
     for path in sorted(source.rglob("*")):
@@ -139,7 +149,11 @@ def check_tree(root):
         count += 1
         in_file, used = check_file(path, name)
         findings += in_file
+        if path.suffix == ".h":
+            for type_name in TYPE.findall(path.read_text(encoding="utf-8")):
+                definitions.setdefault(type_name, []).append(name)
         uses.setdefault(folder, set()).update(used)
+    findings += twice_defined(definitions)
     circle = find_circle(uses)
     if circle:
         findings.append("a circle of folders: " + " -> ".join(circle))
@@ -197,6 +211,10 @@ def self_test():
                             ("groups/B.cpp", '#include "core/A.h"\n')])
     if not any("circle" in finding for finding in findings):
         problems.append(f"a planted circle was not found: {findings}")
+    findings = findings_of([("core/A.h", "struct Same {\n};\n"),
+                            ("groups/B.h", "enum class Same : int {\n};\n")])
+    if not any("Same is defined in core/A.h and in groups/B.h" in finding for finding in findings):
+        problems.append(f"a type that is defined twice was not found: {findings}")
     if not findings_of([]):
         problems.append("an empty tree passed")
     return problems

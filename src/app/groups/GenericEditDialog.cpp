@@ -22,7 +22,7 @@ constexpr std::size_t kMostListed = 10;
 constexpr int kColumns = 90;
 constexpr int kLines = 24;
 
-std::string dialogTitle(const RawGroup& group) {
+std::string dialogTitle(const GroupText& group) {
     return group.letter == 'V' ? "Vendor Specific Information - Data Source: " + group.source
                                : std::string("Airborne Hardware Information");
 }
@@ -40,7 +40,7 @@ std::string listed(const std::vector<std::string>& commands) {
 
 }  // namespace
 
-GenericEditPage::GenericEditPage(FormContext& form, DocumentContext& document, RawGroup group,
+GenericEditPage::GenericEditPage(FormContext& form, DocumentContext& document, GroupText group,
                                  QWidget* parent)
     : PropertyPage(form, "GENERIC_EDIT", "Commands", parent),
       document_(document),
@@ -137,21 +137,21 @@ bool GenericEditPage::validate() {
 }
 
 bool GenericEditPage::store() {
-    return storeRawGroup(document_, &form().ui, group_, text());
+    return storeGroupText(document_, &form().ui, group_, text());
 }
 
 std::unique_ptr<PropertySheet> makeGenericEditDialog(FormContext& form, DocumentContext& document,
-                                                     RawGroup group) {
+                                                     GroupText group) {
     auto sheet = std::make_unique<PropertySheet>(form, "GenericEditDialog", dialogTitle(group), "");
     sheet->addPage(std::make_unique<GenericEditPage>(form, document, std::move(group)));
     return sheet;
 }
 
-bool editRawGroup(FormContext& form, DocumentContext& document, char letter,
-                  const std::string& source) {
-    RawGroup group;
-    if (!mayEditRawGroup(document, &form.ui, letter) ||
-        !readRawGroup(document, &form.ui, letter, source, group)) {
+bool editGroupText(FormContext& form, DocumentContext& document, char letter,
+                   const std::string& source) {
+    GroupText group;
+    if (!mayEditGroupText(document, &form.ui, letter) ||
+        !readGroupText(document, &form.ui, letter, source, group)) {
         return false;
     }
     const auto sheet = makeGenericEditDialog(form, document, std::move(group));
@@ -163,7 +163,7 @@ void addGenericEditScreenshots(ScreenshotList& list) {
         if (stage.document == nullptr) {
             return nullptr;
         }
-        RawGroup group{.letter = 'H', .exists = true};
+        GroupText group{.letter = 'H', .exists = true};
         group.text =
             "H\\TA:ENG 4711;\r\nH\\ST1-1:PCM encoder, left bay;\r\n"
             "H\\COM:Harness replaced after flight 12;\r\n";

@@ -3,7 +3,7 @@
 
 #include "app/framework/PropertySheet.h"
 #include "app/framework/QtText.h"
-#include "groups/RawGroupText.h"
+#include "groups/GroupText.h"
 
 #include <memory>
 #include <vector>
@@ -17,7 +17,7 @@ class ScreenshotList;
 class GenericEditPage : public PropertyPage {
     Q_OBJECT
   public:
-    GenericEditPage(FormContext& form, DocumentContext& document, RawGroup group,
+    GenericEditPage(FormContext& form, DocumentContext& document, GroupText group,
                     QWidget* parent = nullptr);
 
     /// The text that would be stored: lines that were not edited have the bytes they had.
@@ -30,20 +30,20 @@ class GenericEditPage : public PropertyPage {
 
   private:
     DocumentContext& document_;
-    RawGroup group_;
+    GroupText group_;
     std::vector<ShownText> lines_;
     QPlainTextEdit* edit_ = nullptr;
 };
 
-/// The dialog over a group that `readRawGroup` has read.
+/// The dialog over a group that `readGroupText` has read.
 [[nodiscard]] std::unique_ptr<PropertySheet> makeGenericEditDialog(FormContext& form,
                                                                    DocumentContext& document,
-                                                                   RawGroup group);
+                                                                   GroupText group);
 
 /// The menu's command: reads the group (of a data source, for V), runs the dialog over it.
 /// True if it was stored.
-bool editRawGroup(FormContext& form, DocumentContext& document, char letter,
-                  const std::string& source = {});
+bool editGroupText(FormContext& form, DocumentContext& document, char letter,
+                   const std::string& source = {});
 
 void addGenericEditScreenshots(ScreenshotList& list);
 

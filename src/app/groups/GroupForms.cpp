@@ -24,7 +24,7 @@ std::function<void()> command(MainWindow& window, Editor editor) {
 void installGroupForms(MainWindow& window, Application& /*application*/) {
     window.installEditor(CommandId::Hardware,
                          command(window, [](FormContext& form, DocumentContext& document) {
-                             return editRawGroup(form, document, 'H');
+                             return editGroupText(form, document, 'H');
                          }));
 }
 

@@ -19,7 +19,7 @@ class GenericEditDialogTest : public ::testing::Test {
     bool edit(const test::TestDoor::Driver& driver) {
         form.edition = t.document.version;
         door.next(driver);
-        return editRawGroup(form, t.context, 'H');
+        return editGroupText(form, t.context, 'H');
     }
     static QPlainTextEdit* field(QWidget& dialog) {
         return find<QPlainTextEdit>(dialog, "commands");
@@ -129,7 +129,7 @@ TEST_F(GenericEditDialogTest, CancelAsksOnlyAfterAChange) {
 
 TEST_F(GenericEditDialogTest, TheVendorGroupNeedsItsEdition) {
     t.document.version = 2002;
-    EXPECT_FALSE(editRawGroup(form, t.context, 'V', "Src"));
+    EXPECT_FALSE(editGroupText(form, t.context, 'V', "Src"));
     EXPECT_EQ(t.ui.boxes.back().id, 73);
     t.document.version = 2004;
     door.next([](QDialog& dialog) {
@@ -137,7 +137,7 @@ TEST_F(GenericEditDialogTest, TheVendorGroupNeedsItsEdition) {
         QTest::keyClicks(field(dialog), QStringLiteral("V-1\\VN:ACM;"));
         press(dialog, "ok");
     });
-    EXPECT_TRUE(editRawGroup(form, t.context, 'V', "Src"));
+    EXPECT_TRUE(editGroupText(form, t.context, 'V', "Src"));
     EXPECT_EQ(t.read(groupFile('V', 1)), "V-1\\ID:Src;\r\nV-1\\VN:ACM;\r\n");
 }
 

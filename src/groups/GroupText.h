@@ -16,7 +16,7 @@ class UserInterface;
 /// The vendor group is known from this edition on.
 inline constexpr int kVendorEdition = 2004;
 
-struct RawGroup {
+struct GroupText {
     char letter = 'H';
     int index = 0;         ///< 1 to 99; of no meaning for H
     std::string source{};  ///< the data source of a V group
@@ -25,26 +25,26 @@ struct RawGroup {
 };
 
 /// Message 73 if the edition of the document does not know the group, and false.
-[[nodiscard]] bool mayEditRawGroup(DocumentContext& context, UserInterface* parent, char letter);
+[[nodiscard]] bool mayEditGroupText(DocumentContext& context, UserInterface* parent, char letter);
 
 /// Finds the group (of a data source, for V) and reads its text. A file that is not there
 /// gives message 85 and an empty text. False if it can not be read, or if all 99 numbers are
 /// taken; that has been reported.
-[[nodiscard]] bool readRawGroup(DocumentContext& context, UserInterface* parent, char letter,
-                                const std::string& source, RawGroup& group);
+[[nodiscard]] bool readGroupText(DocumentContext& context, UserInterface* parent, char letter,
+                                 const std::string& source, GroupText& group);
 
 /// What stands behind the last `;`, without white space around it.
 [[nodiscard]] std::string unfinishedCommand(std::string_view text);
 /// The commands that belong to another group, and would move there when the file is opened
 /// again. Comments belong to every group.
-[[nodiscard]] std::vector<std::string> foreignCommands(const RawGroup& group,
+[[nodiscard]] std::vector<std::string> foreignCommands(const GroupText& group,
                                                        std::string_view text);
 
 /// Writes the commands of a text, one on a line; a text without any removes the file. A V
 /// group without an `ID` gets its data source's name, or it would not be found again.
 /// `changed` of the document is set. False after a failure, which has been reported.
 /// REQUIRES: nothing unfinished.
-[[nodiscard]] bool storeRawGroup(DocumentContext& context, UserInterface* parent,
-                                 const RawGroup& group, std::string_view text);
+[[nodiscard]] bool storeGroupText(DocumentContext& context, UserInterface* parent,
+                                  const GroupText& group, std::string_view text);
 
 }  // namespace kavu

@@ -1,4 +1,4 @@
-#include "groups/RawGroupText.h"
+#include "groups/GroupText.h"
 
 #include "core/Edition.h"
 #include "core/FileIo.h"
@@ -24,7 +24,7 @@ std::string sectionName(char letter) {
     return formatPrintf("TMATS %c-Section", letter);
 }
 
-std::string prefixOf(const RawGroup& group) {
+std::string prefixOf(const GroupText& group) {
     return group.letter == 'V' ? formatPrintf("V-%d\\", group.index) : std::string("H\\");
 }
 
@@ -56,7 +56,7 @@ std::string shownText(std::string_view bytes) {
 
 }  // namespace
 
-bool mayEditRawGroup(DocumentContext& context, UserInterface* parent, char letter) {
+bool mayEditGroupText(DocumentContext& context, UserInterface* parent, char letter) {
     if (letter != 'V' || context.document.version >= kVendorEdition) {
         return true;
     }
@@ -65,9 +65,9 @@ bool mayEditRawGroup(DocumentContext& context, UserInterface* parent, char lette
     return false;
 }
 
-bool readRawGroup(DocumentContext& context, UserInterface* parent, char letter,
-                  const std::string& source, RawGroup& group) {
-    group = RawGroup{.letter = letter, .source = source};
+bool readGroupText(DocumentContext& context, UserInterface* parent, char letter,
+                   const std::string& source, GroupText& group) {
+    group = GroupText{.letter = letter, .source = source};
     if (letter == 'V') {
         const int found = findGroupIndex(context, parent, letter, source);
         group.index = found > 0 ? found : -findGroupIndex(context, parent, letter, {});
@@ -97,7 +97,7 @@ std::string unfinishedCommand(std::string_view text) {
     return std::string(forEachCommandOf(text, [](const std::string&) {}));
 }
 
-std::vector<std::string> foreignCommands(const RawGroup& group, std::string_view text) {
+std::vector<std::string> foreignCommands(const GroupText& group, std::string_view text) {
     std::vector<std::string> foreign;
     const auto prefix = prefixOf(group);
     forEachCommandOf(text, [&](const std::string& command) {
@@ -108,8 +108,8 @@ std::vector<std::string> foreignCommands(const RawGroup& group, std::string_view
     return foreign;
 }
 
-bool storeRawGroup(DocumentContext& context, UserInterface* parent, const RawGroup& group,
-                   std::string_view text) {
+bool storeGroupText(DocumentContext& context, UserInterface* parent, const GroupText& group,
+                    std::string_view text) {
     std::string bytes;
     bool named = group.letter != 'V';
     const auto idCode = prefixOf(group) + "ID:";
