@@ -1,0 +1,85 @@
+// What can be done with the data sources of a document and the links that tie streams to
+// them. All of it works on the group files. An operation is done whole or not at all: if a
+// step fails, which is reported, every file is as it was before.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kavu {
+
+class ConversionStore;
+class MeasurementNames;
+class UserInterface;
+struct DocumentContext;
+
+/// Who has a part in the work; all of it belongs to the open document.
+struct SourceParts {
+    DocumentContext& context;
+    ConversionStore& conversions;
+    MeasurementNames& measurements;
+};
+
+/// A data source that has a T or an R group, as a list offers it.
+struct SourceRow {
+    std::string name;
+    std::string type;  ///< the stored `DST` value
+    int index = 0;     ///< of its group file, 0 if there is none
+};
+/// The data sources whose group has this letter, T or R, in the order of the list.
+[[nodiscard]] std::vector<SourceRow> sourcesOfGroup(DocumentContext& context, UserInterface* parent,
+                                                    char letter);
+
+// The operations set `changed` and tell the tree once they have changed the document.
+
+/// Asks for a new stream, and makes the multiplex definition of the data source, with the
+/// stream's files if one is wanted. Without a parent no stream is made. False if a file
+/// could not be written or no index is free (303).
+bool createStream(DocumentContext& context, UserInterface* parent, const std::string& source);
+/// Asks for the name (141 for one that exists) and the kind of a new data source, and then for
+/// its stream. Nothing is done without a parent.
+bool createDataSource(SourceParts& parts, UserInterface* parent);
+/// Asks whether to make a new data source from a template or to import one; `letter` is
+/// that of the group the user is busy with, T or R.
+bool createOrImportDataSource(SourceParts& parts, UserInterface* parent, char letter);
+
+/// Gives a data link another name wherever it is named: in M, P, D, B, S, A and R groups. A
+/// name that exists is refused with 374, one that can not be a name with a text. With
+/// `update` the tree is told.
+bool renameDataLink(SourceParts& parts, UserInterface* parent, const std::string& oldName,
+                    const std::string& newName, bool update = true);
+/// Asks for the new name.
+bool askRenameDataLink(SourceParts& parts, UserInterface* parent, const std::string& oldName);
+/// The same for a data source: in the G group and in its T or R, M and V groups. A name that
+/// exists is refused with 141.
+bool renameDataSource(SourceParts& parts, UserInterface* parent, const std::string& oldName,
+                      const std::string& newName);
+bool askRenameDataSource(SourceParts& parts, UserInterface* parent, const std::string& oldName);
+
+/// Asks 140 (without a parent the answer is Yes) and deletes a data source with all streams
+/// that nobody else names; the groups are numbered anew.
+bool deleteDataSource(SourceParts& parts, UserInterface* parent, const std::string& name);
+
+/// Makes a copy of a data source and its streams, with names that the user is asked for.
+bool copyDataSource(SourceParts& parts, UserInterface* parent, const std::string& name);
+
+/// Asks for a TMATS file and imports one of its data sources: `kind` is R for one that is
+/// transmitted, T for a recorder. See SourceImport.h.
+bool importDataSource(SourceParts& parts, UserInterface* parent, char kind);
+
+/// What measurement names that are copied get in front and behind.
+struct NameAffixes {
+    bool wanted = false;
+    std::string prefix;
+    std::string suffix;
+
+    [[nodiscard]] std::string applied(std::string_view name) const {
+        return wanted ? prefix + std::string(name) + suffix : std::string(name);
+    }
+};
+/// Asks for prefix and suffix, which the settings remember. False for Cancel. Without a parent
+/// names stay as they are.
+bool askPrefixSuffix(DocumentContext& context, UserInterface* parent, NameAffixes& affixes);
+
+}  // namespace kavu
