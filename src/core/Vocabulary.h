@@ -11,28 +11,56 @@ namespace kavu {
 
 enum class FieldKind { Text, Choice, Date, DateTime, Count, Digits, Comment };
 
-/// One entry of a choice. An edition of 0 is no gate.
+/// One entry of a choice. An edition of 0 is no gate. An entry that the page and XML store
+/// differently is two entries: one without `xml`, one without `text`.
 struct Choice {
     std::string_view value{};  ///< as stored in the file
-    std::string_view text{};   ///< as shown; empty if only XML knows it
-    std::string_view xml{};    ///< as written to XML
+    std::string_view text{};   ///< as shown; empty if only XML knows it, no page offers it then
+    std::string_view xml{};    ///< as written to XML; empty if XML does not know it
     int firstEdition = 0;
     int lastEdition = 0;
 };
 
+/// A command of a group. The rows of a list are fields with one index more than the count
+/// that governs them, and name it:
+///
+///     {.code = "SCO\\N", .kind = FieldKind::Count, .rows = 99},
+///     {.code = "SCO1-n", .label = "Number", .limit = 5, .list = "SCO\\N"},
+///     {.code = "SCO2-n", .label = "Modulation Index", .limit = 4, .list = "SCO\\N"},
+///
+/// They stand behind their count in the order in which a row is written. A list within a row
+/// is the same once more: a count "EV\PM\N-n" with `list = "EV\\N"`, and behind it fields
+/// "-n-m" with `list = "EV\\PM\\N-n"`.
 struct Field {
     std::string_view code{};   ///< with "-n", "-m" where the command has indices
     std::string_view label{};  ///< as on the page; empty if the page does not show it
     std::string_view box{};    ///< title of the box of the page in which it stands, or empty
     std::string_view page{};   ///< resource name of its page
-    std::size_t limit = 0;     ///< characters; 0 is no limit
+    std::size_t limit = 0;     ///< characters; 0 is no limit. See `limitIn`
     FieldKind kind = FieldKind::Text;
     int firstEdition = 0;            ///< 0 is from the first
     int lastEdition = 0;             ///< 0 is still in use
     std::string_view element{};      ///< XML path that is written, relative to the group's
     std::string_view elementRead{};  ///< XML path that is read, if it differs
     std::span<const Choice> choices{};
-    std::string_view prompt{};  ///< title of the prompt that edits it, of a field of a list
+    std::size_t limit1996 = 0;       ///< in documents of 106-96; 0 is `limit` as well
+    std::size_t limit1999 = 0;       ///< in documents of 106-99; 0 is `limit` as well
+    std::string_view unit{};         ///< shown behind the value, as "KHz"
+    std::string_view codeRead{};     ///< that the page reads, if it is not `code`
+    std::string_view codeToXml{};    ///< whose value goes to XML, if it is not `code`
+    std::string_view codeFromXml{};  ///< that is written from XML, if it is not `code`
+    std::string_view prompt{};       ///< title of the prompt that edits it, of a field of a list
+    std::string_view list{};         ///< code of the count that governs it; empty outside of lists
+    std::size_t rows = 0;            ///< of a count: the most rows of its list; 0 governs no list
+    bool writesZero = false;         ///< of a count: is written for a list without rows as well
+    /// The value that a missing command stands for, and that the next save writes; "%d" in it
+    /// is the number of the row.
+    std::string_view missing{};
+    /// What a list shows in a cell without a value. It is never stored.
+    std::string_view placeholder{};
+    /// No page reads or writes it, only the XML bridge does; `code` may then be one that a
+    /// field of a page has as well.
+    bool bridgeOnly = false;
 };
 
 [[nodiscard]] constexpr bool isKnownIn(int edition, int firstEdition, int lastEdition) {
@@ -43,6 +71,23 @@ struct Field {
 }
 [[nodiscard]] constexpr bool isKnownIn(int edition, const Choice& choice) {
     return isKnownIn(edition, choice.firstEdition, choice.lastEdition);
+}
+
+/// The limit of a field in documents of an edition; 0 is no limit.
+[[nodiscard]] constexpr std::size_t limitIn(int edition, const Field& field) {
+    if (edition <= 1996 && field.limit1996 != 0) {
+        return field.limit1996;
+    }
+    return edition == 1999 && field.limit1999 != 0 ? field.limit1999 : field.limit;
+}
+
+/// The number of indices of a code: 0 for "PN", 1 for "POC1-n", 2 for "ADL-n-m".
+[[nodiscard]] constexpr int indexCountOf(std::string_view code) {
+    return code.ends_with("-n-m") ? 2 : code.ends_with("-n") ? 1 : 0;
+}
+/// True for the count of a list of rows.
+[[nodiscard]] constexpr bool governsRows(const Field& field) {
+    return field.kind == FieldKind::Count && field.rows > 0;
 }
 
 }  // namespace kavu

@@ -1,0 +1,84 @@
+// The tracks of a recorder with the details of their channel data type: how they are read
+// from the group file, held while they are edited, and written.
+#pragma once
+
+#include "groups/RLookup.h"
+#include "groups/RTrackFields.h"
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kavu {
+
+/// The details of a track. What another channel data type left here stays, and shows again
+/// when the track gets its old type back. Values are as stored.
+struct TrackDetails {
+    /// By code without number ("PDTF", "VCO\OE"); the data link by the key of its type.
+    std::map<std::string, std::string, std::less<>> values{};
+    /// The items by the code of their count; each row has a value for every field of
+    /// `itemFields`.
+    std::map<std::string, std::vector<std::vector<std::string>>, std::less<>> items{};
+
+    bool operator==(const TrackDetails&) const = default;
+};
+
+struct Track {
+    /// As stored, by the order of `trackFields`.
+    std::vector<std::string> values{};
+    TrackDetails details{};
+    int fileRow = 0;  ///< the number it was read under; 0 for a new track
+
+    bool operator==(const Track&) const = default;
+};
+
+/// The value of a column ("TK1-n"), as stored.
+[[nodiscard]] const std::string& trackValue(const Track& track, std::string_view code);
+void setTrackValue(Track& track, std::string_view code, std::string value);
+/// The type that the track has in this edition, or null.
+[[nodiscard]] const ChannelType* typeOf(const Track& track, int edition);
+
+/// The fields of the track itself that the edition knows, without the count.
+[[nodiscard]] std::vector<const Field*> detailFields(const ChannelType& type, int edition);
+/// The fields of an item that the edition knows.
+[[nodiscard]] std::vector<const Field*> itemFields(const ChannelType& type, int edition);
+/// The count of the items, or null for a type that has no items in this edition.
+[[nodiscard]] const Field* itemCount(const ChannelType& type, int edition);
+/// The key of a detail in `TrackDetails::values`.
+[[nodiscard]] std::string detailKey(const ChannelType& type, const Field& field);
+
+/// The text of a stored value: that of the entry it names, else, of a choice, `otherwise`.
+[[nodiscard]] std::string shownValue(const Field& field, int edition, std::string_view stored,
+                                     std::string_view otherwise);
+/// What is stored for a text that is shown. A text that is no entry stays as it is.
+[[nodiscard]] std::string storedValue(const Field& field, int edition, std::string_view shown);
+/// The entry of a choice that a stored value names, whatever the case, or null.
+[[nodiscard]] const Choice* choiceOfValue(const Field& field, int edition, std::string_view stored);
+
+/// The tracks 1 to `count`; a row without a track number is skipped. False if the user has
+/// cancelled.
+[[nodiscard]] bool readTracks(FieldLookup& lookup, UserInterface* parent, int count,
+                              std::vector<Track>& tracks);
+
+/// The commands of the tracks, in the order in which they are written, and apart from them
+/// those with values that are no entry of their choice: these are not written.
+struct TrackCommands {
+    std::vector<GroupCommand> written{};
+    std::vector<GroupCommand> refused{};
+};
+[[nodiscard]] TrackCommands trackCommands(const std::vector<Track>& tracks, int edition);
+
+/// Holds what deleted tracks had, under their track numbers: a new track with the number of
+/// an old one has its details again.
+class TrackMemory {
+  public:
+    void keep(const Track& track);
+    /// The details for a track of this number, or empty ones.
+    [[nodiscard]] TrackDetails find(std::string_view trackNumber) const;
+
+  private:
+    std::map<int, TrackDetails> byNumber_;
+};
+
+}  // namespace kavu
