@@ -1,5 +1,6 @@
 #include "core/FieldRules.h"
 
+#include "core/Clock.h"
 #include "core/Text.h"
 
 #include <algorithm>
@@ -58,10 +59,23 @@ std::optional<Number> parseWhole(std::string_view text) {
 
 }  // namespace
 
+std::vector<Field> knownFields(std::span<const Field> table, int edition) {
+    std::vector<Field> known;
+    for (const auto& field : table) {
+        if (!field.bridgeOnly && isKnownIn(edition, field)) {
+            known.push_back(field);
+            known.back().limit = limitIn(edition, field);
+            known.back().limit1996 = known.back().limit1999 = 0;
+        }
+    }
+    return known;
+}
+
 std::vector<Choice> choicesOf(const Field& field, int edition) {
     std::vector<Choice> known;
-    std::copy_if(field.choices.begin(), field.choices.end(), std::back_inserter(known),
-                 [&](const Choice& choice) { return isKnownIn(edition, choice); });
+    std::copy_if(
+        field.choices.begin(), field.choices.end(), std::back_inserter(known),
+        [&](const Choice& choice) { return !choice.text.empty() && isKnownIn(edition, choice); });
     return known;
 }
 
@@ -113,6 +127,89 @@ bool isValidDateTime(std::string_view text, int edition) {
            isBetween(digitsAt(text, at + 1, 2), 0, 23) &&
            isBetween(digitsAt(text, at + 4, 2), 0, 59) &&
            isBetween(digitsAt(text, at + 7, 2), 0, 59);
+}
+
+namespace {
+
+bool isBadDate(const Field& field, std::string_view value, int edition) {
+    return (field.kind == FieldKind::Date && !isValidDate(value, edition)) ||
+           (field.kind == FieldKind::DateTime && !isValidDateTime(value, edition));
+}
+
+bool wantsDigits(const Field& field) {
+    return field.kind == FieldKind::Count || field.kind == FieldKind::Digits;
+}
+
+bool exceedsRows(const Field& field, std::string_view digits) {
+    if (!governsRows(field)) {
+        return false;
+    }
+    // A text of digits that does not fit a number is more than any list can have.
+    const auto count = parseInteger(digits);
+    return !count || static_cast<std::size_t>(*count) > field.rows;
+}
+
+}  // namespace
+
+ValueFault checkValue(const Field& field, std::string_view value, int edition) {
+    const auto limit = limitIn(edition, field);
+    if (value.empty()) {
+        return ValueFault::None;
+    }
+    if (holdsSemicolon(value)) {
+        return ValueFault::Semicolon;
+    }
+    if (field.kind == FieldKind::Choice) {
+        return choiceIndex(choicesOf(field, edition), value) < 0 ? ValueFault::NoChoice
+                                                                 : ValueFault::None;
+    }
+    if (isBadDate(field, value, edition)) {
+        return ValueFault::BadDate;
+    }
+    if (wantsDigits(field) && !std::all_of(value.begin(), value.end(), isDigit)) {
+        return ValueFault::NotDigits;
+    }
+    if (exceedsRows(field, value)) {
+        return ValueFault::TooMany;
+    }
+    return limit != 0 && value.size() > limit ? ValueFault::TooLong : ValueFault::None;
+}
+
+std::string storedValue(const Field& field, std::string_view value, int edition) {
+    if (field.kind == FieldKind::Choice) {
+        const auto choices = choicesOf(field, edition);
+        if (const int index = choiceIndex(choices, value); index >= 0) {
+            return storedChoice(choices[static_cast<std::size_t>(index)], limitIn(edition, field));
+        }
+    }
+    return std::string(trimTrailingBlanks(value));
+}
+
+std::size_t clampedCount(std::string_view value, std::size_t most) {
+    const auto count = leadingInteger(value);
+    return count <= 0 ? 0 : std::min(static_cast<std::size_t>(count), most);
+}
+
+std::string presentDate(const Clock& clock, FieldKind kind, int edition) {
+    const auto now = clock.now();
+    return kind == FieldKind::DateTime ? tmatsDateTime(now, edition) : tmatsDate(now, edition);
+}
+
+std::vector<std::string_view> fillDates(std::span<const AutomaticDate> rules,
+                                        std::string_view changed, FieldValues& values,
+                                        const Clock& clock, int edition) {
+    std::vector<std::string_view> filled;
+    for (const auto& rule : rules) {
+        if (!rule.field.empty() && rule.field != changed) {
+            continue;
+        }
+        auto& value = values[std::string(rule.date)];
+        if (value.empty()) {
+            value = presentDate(clock, rule.kind, edition);
+            filled.push_back(rule.date);
+        }
+    }
+    return filled;
 }
 
 std::optional<long> parseInteger(std::string_view text) {

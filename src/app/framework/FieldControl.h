@@ -58,7 +58,7 @@ class FieldControl : public QObject {
     FieldControlHost& host_;
 
   private:
-    const Field& field_;
+    const Field field_;
     std::string original_;
     QString shown_;
     bool showing_ = false;

@@ -91,7 +91,18 @@ void placeControl(QGridLayout& grid, FieldControl& control, int row, int width) 
     // Only a field that may hold a long text takes the rest of the row.
     const bool wide = control.widget().maximumWidth() == QWIDGETSIZE_MAX &&
                       control.field().kind == FieldKind::Text;
-    grid.addWidget(&control.widget(), row, 1, wide ? Qt::Alignment() : Qt::AlignLeft);
+    if (control.field().unit.empty()) {
+        grid.addWidget(&control.widget(), row, 1, wide ? Qt::Alignment() : Qt::AlignLeft);
+        return;
+    }
+    auto* const measured = new QHBoxLayout;
+    measured->addWidget(&control.widget(), wide ? 1 : 0);
+    auto* const unit = new QLabel(toQString(control.field().unit), control.widget().parentWidget());
+    unit->setTextFormat(Qt::PlainText);
+    control.widget().setAccessibleDescription(unit->text());
+    measured->addWidget(unit);
+    measured->addStretch(wide ? 0 : 1);
+    grid.addLayout(measured, row, 1);
 }
 
 QWidget* makeBox(const Box& box, QWidget* parent, int width) {
@@ -132,8 +143,8 @@ FieldForm::FieldForm(FormContext& form, std::span<const Field> fields, std::stri
 FieldForm::~FieldForm() = default;
 
 void FieldForm::build(std::span<const Field> fields, std::string_view pageName) {
-    for (const auto& field : fields) {
-        if (field.label.empty() || !isKnownIn(form_.edition, field) ||
+    for (const auto& field : knownFields(fields, form_.edition)) {
+        if (field.label.empty() || !field.list.empty() ||
             (!pageName.empty() && field.page != pageName)) {
             continue;
         }

@@ -4,6 +4,7 @@
 
 #include "app/framework/FormContext.h"
 #include "app/framework/PropertySheet.h"
+#include "core/FieldRules.h"
 #include "core/Vocabulary.h"
 
 #include <functional>
@@ -25,16 +26,13 @@ namespace kavu {
 class FieldControl;
 struct FieldControlHost;
 
-/// Values by code, in the bytes of the group file. Line breaks may be real ones or the
-/// bytes that stand for them.
-using FieldValues = std::map<std::string, std::string, std::less<>>;
-
 class FieldForm : public QWidget {
     Q_OBJECT
   public:
     /// Takes the fields of the table that stand on page `pageName` (all that have a label
-    /// if it is empty) and that the edition of the context knows. The table must outlive
-    /// the form, as a `constexpr` one does.
+    /// if it is empty) and that the edition of the context knows, with the limits of that
+    /// edition; the fields of lists are not for a form. The texts of the table must outlive
+    /// the form, as those of a `constexpr` one do.
     FieldForm(FormContext& form, std::span<const Field> fields, std::string_view pageName,
               QWidget* parent = nullptr);
     ~FieldForm() override;
