@@ -12,6 +12,8 @@ namespace kavu {
 inline constexpr int kMostEvents = 10;
 inline constexpr int kMostModules = 1000;
 inline constexpr int kMostMedia = 100;
+/// Of one event. No document has so many: the file bounds them, see `FieldLookup::openCount`.
+inline constexpr int kMostEventMeasurements = 99999;
 inline constexpr int kMostReferenceTracks = 9;
 
 /// From this edition on the group has recording events and their index.

@@ -1,7 +1,6 @@
 #include "groups/RLookup.h"
 
 #include <algorithm>
-#include <limits>
 
 namespace kavu {
 
@@ -43,8 +42,12 @@ int FieldLookup::count(const Field& field, int most, int n) {
     return std::min(number, most);
 }
 
-int FieldLookup::openCount(const Field& field, std::span<const Field> items, int n) {
-    const int number = count(field, std::numeric_limits<int>::max(), n);
+std::optional<int> FieldLookup::openCount(const Field& field, std::span<const Field> items, int n) {
+    int number = 0;
+    if (!isKnownIn(edition_, field) ||
+        !index_.findIntField(parent_, prefix_, indexedCode(field.code, n), number)) {
+        return std::nullopt;
+    }
     return number <= kBelieved ? number : std::min(number, kBelieved + commandsOf(items, n));
 }
 

@@ -5,6 +5,7 @@
 #include "core/FieldIndex.h"
 #include "core/Vocabulary.h"
 
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -29,9 +30,11 @@ class FieldLookup {
     [[nodiscard]] std::string value(const Field& field, int n = 0, int m = 0);
     /// A count, 0 to `most`.
     [[nodiscard]] int count(const Field& field, int most, int n = 0);
-    /// A count that has no limit of its own: it is believed as long as at most `kBelieved`
-    /// items more than the file has commands for are missing.
-    [[nodiscard]] int openCount(const Field& field, std::span<const Field> items, int n);
+    /// A count that has no limit of its own, or nothing if the file does not have it: it is
+    /// believed as long as at most `kBelieved` items more than the file has commands for are
+    /// missing.
+    [[nodiscard]] std::optional<int> openCount(const Field& field, std::span<const Field> items,
+                                               int n);
 
     static constexpr int kBelieved = 256;
 

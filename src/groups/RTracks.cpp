@@ -15,18 +15,19 @@ std::size_t columnOf(std::string_view code) {
     return static_cast<std::size_t>(it - fields.begin());
 }
 
-/// What a column holds when the file says nothing, or nothing that is known.
-std::string normalised(const Field& field, std::string value, int edition) {
-    if (!isKnownIn(edition, field)) {
-        return {};
+/// What a column holds for what the file says. Two columns have but two values: all that is
+/// not the one is the other.
+std::string normalised(const Field& field, std::string value) {
+    if (value.empty()) {
+        return std::string(field.missing);
     }
     if (field.code == "TK3-n") {
-        return value.empty() || equalsIgnoreCase(value, "FWD") ? "FWD" : "REV";
+        return equalsIgnoreCase(value, "FWD") ? "FWD" : "REV";
     }
     if (field.code == "CHE-n") {
         return equalsIgnoreCase(value, "T") ? "T" : "F";
     }
-    return value.empty() && field.code == "IDDR-n" ? "N" : value;
+    return value;
 }
 
 void readDetails(FieldLookup& lookup, const ChannelType& type, int row, TrackDetails& details) {
@@ -40,9 +41,13 @@ void readDetails(FieldLookup& lookup, const ChannelType& type, int row, TrackDet
     if (count == nullptr) {
         return;
     }
+    const auto number = lookup.openCount(*count, type.fields, row);
+    if (!number) {
+        return;
+    }
     const auto fields = itemFields(type, edition);
     auto& items = details.items[std::string(count->code)];
-    items.resize(static_cast<std::size_t>(lookup.openCount(*count, type.fields, row)));
+    items.resize(static_cast<std::size_t>(*number));
     for (std::size_t i = 0; i < items.size(); ++i) {
         for (const auto* field : fields) {
             items[i].push_back(lookup.value(*field, row, static_cast<int>(i) + 1));
@@ -91,7 +96,7 @@ void addDetails(Collector& collector, const ChannelType& type, const TrackDetail
         return;
     }
     const auto it = details.items.find(count->code);
-    if (it == details.items.end() || it->second.empty()) {
+    if (it == details.items.end()) {
         return;
     }
     collector.addCount(*count, it->second.size(), row);
@@ -161,8 +166,8 @@ const Choice* choiceOfValue(const Field& field, int edition, std::string_view st
     return stored.empty() || it == field.choices.end() ? nullptr : &*it;
 }
 
-std::string shownValue(const Field& field, int edition, std::string_view stored,
-                       std::string_view otherwise) {
+std::string textOfValue(const Field& field, int edition, std::string_view stored,
+                        std::string_view otherwise) {
     if (field.choices.empty()) {
         return std::string(stored);
     }
@@ -170,7 +175,7 @@ std::string shownValue(const Field& field, int edition, std::string_view stored,
     return std::string(choice == nullptr ? otherwise : choice->text);
 }
 
-std::string storedValue(const Field& field, int edition, std::string_view shown) {
+std::string valueOfText(const Field& field, int edition, std::string_view shown) {
     const auto it = std::find_if(
         field.choices.begin(), field.choices.end(),
         [&](const Choice& choice) { return isKnownIn(edition, choice) && choice.text == shown; });
@@ -190,7 +195,9 @@ bool readTracks(FieldLookup& lookup, UserInterface* parent, int count, std::vect
             if (track.values.front().empty()) {
                 break;
             }
-            track.values.back() = normalised(field, track.values.back(), lookup.edition());
+            if (isKnownIn(lookup.edition(), field)) {
+                track.values.back() = normalised(field, std::move(track.values.back()));
+            }
         }
         if (track.values.front().empty()) {
             continue;

@@ -49,10 +49,10 @@ void setTrackValue(Track& track, std::string_view code, std::string value);
 [[nodiscard]] std::string detailKey(const ChannelType& type, const Field& field);
 
 /// The text of a stored value: that of the entry it names, else, of a choice, `otherwise`.
-[[nodiscard]] std::string shownValue(const Field& field, int edition, std::string_view stored,
-                                     std::string_view otherwise);
+[[nodiscard]] std::string textOfValue(const Field& field, int edition, std::string_view stored,
+                                      std::string_view otherwise);
 /// What is stored for a text that is shown. A text that is no entry stays as it is.
-[[nodiscard]] std::string storedValue(const Field& field, int edition, std::string_view shown);
+[[nodiscard]] std::string valueOfText(const Field& field, int edition, std::string_view shown);
 /// The entry of a choice that a stored value names, whatever the case, or null.
 [[nodiscard]] const Choice* choiceOfValue(const Field& field, int edition, std::string_view stored);
 
