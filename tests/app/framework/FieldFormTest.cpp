@@ -45,6 +45,7 @@ constexpr auto kFields = std::to_array<Field>({
      .limit = 1,
      .kind = FieldKind::Choice,
      .choices = kAnswers},
+    {.code = "RATE", .label = "Rate:", .page = "One", .limit = 6, .unit = "KHz"},
     {.code = "DT", .label = "Closed:", .page = "One", .limit = 19, .kind = FieldKind::DateTime},
     {.code = "106", .label = "", .page = "One", .limit = 2},
     {.code = "NEW", .label = "New:", .page = "One", .limit = 4, .firstEdition = 2009},
@@ -93,9 +94,22 @@ class FieldFormTest : public testing::Test {
 
 TEST_F(FieldFormTest, HasTheFieldsOfItsPageThatTheEditionKnowsAndThatHaveALabel) {
     using Codes = std::vector<std::string_view>;
-    EXPECT_EQ(make({}, "One").codes(), (Codes{"PN", "RN", "RD", "UN", "TI", "DT", "NEW"}));
-    EXPECT_EQ(make({}, "One", 2007).codes(), (Codes{"PN", "RN", "RD", "UN", "TI", "DT"}));
+    EXPECT_EQ(make({}, "One").codes(), (Codes{"PN", "RN", "RD", "UN", "TI", "RATE", "DT", "NEW"}));
+    EXPECT_EQ(make({}, "One", 2007).codes(), (Codes{"PN", "RN", "RD", "UN", "TI", "RATE", "DT"}));
     EXPECT_EQ(make({}, "Two").codes(), (Codes{"COM", "LIM"}));
+}
+
+TEST_F(FieldFormTest, AUnitStandsBehindTheValue) {
+    auto& form = make({{"RATE", "2.5"}}, "One");
+    const auto* const control = form.control("RATE");
+    EXPECT_EQ(control->accessibleDescription(), QStringLiteral("KHz"));
+    const auto labels = form.findChildren<QLabel*>();
+    const auto unit = std::find_if(labels.begin(), labels.end(), [](const QLabel* label) {
+        return label->text() == QStringLiteral("KHz");
+    });
+    ASSERT_NE(unit, labels.end());
+    form.show();
+    EXPECT_GT((*unit)->mapTo(&form, QPoint()).x(), control->mapTo(&form, QPoint()).x());
 }
 
 TEST_F(FieldFormTest, ControlsAreNamedByTheirCodeAndLabelledByTheirLabel) {
