@@ -18,6 +18,7 @@
 #include "groups/LinkValidation.h"
 #include "groups/MeasurementNames.h"
 #include "groups/Migration.h"
+#include "groups/SourceEdit.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/PcmLoad.h"
 #include "pcm/SampleRateCheck.h"
@@ -185,6 +186,9 @@ void Application::installSteps() {
     };
     steps.validateDataLinks = [&parts](UserInterface* parent) {
         return validateDataLinks(parts.context, parent);
+    };
+    steps.createStream = [&parts](UserInterface* parent, const std::string& source) {
+        return createStream(parts.context, parent, source);
     };
     installPcmSteps();
 }

@@ -10,6 +10,19 @@ std::string MessageBox::shownText() const {
     return id > 0 ? formatPrintf("KAVU Error #%d\n\n", id) + text : text;
 }
 
+std::optional<std::vector<std::string>> UserInterface::enterTexts(
+    const std::string& /*title*/, const std::vector<TextPrompt>& prompts) {
+    std::vector<std::string> texts;
+    for (const auto& prompt : prompts) {
+        auto text = enterText(prompt);
+        if (!text) {
+            return std::nullopt;
+        }
+        texts.push_back(std::move(*text));
+    }
+    return texts;
+}
+
 Button showBox(UserInterface* parent, std::string text, std::string title, Icon icon,
                Buttons buttons, Button defaultButton) {
     if (parent == nullptr) {

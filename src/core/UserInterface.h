@@ -26,6 +26,8 @@ struct MessageBox {
     Icon icon = Icon::None;
     Buttons buttons = Buttons::Ok;
     Button defaultButton = Button::None;
+    /// More than a box can hold, shown on demand; empty if there is no more to tell.
+    std::string details{};
 
     /// The text as a box shows it, with the number in front when it has one to show.
     [[nodiscard]] std::string shownText() const;
@@ -44,6 +46,8 @@ struct TextPrompt {
     std::string prompt;
     std::string initial;
     std::size_t limit = 0;  ///< characters; 0 is no limit
+    /// Shown above the field: what there is already, for somebody who thinks of a name.
+    std::vector<std::string> listed{};
 };
 
 struct IntegerPrompt {
@@ -94,6 +98,9 @@ class UserInterface {
     /// Shows a box and gives the button that was pressed.
     virtual Button message(const MessageBox& box) = 0;
     virtual std::optional<std::string> enterText(const TextPrompt& prompt) = 0;
+    /// Several texts in one dialog, or one after the other; nothing if any is cancelled.
+    virtual std::optional<std::vector<std::string>> enterTexts(
+        const std::string& title, const std::vector<TextPrompt>& prompts);
     virtual std::optional<long> enterInteger(const IntegerPrompt& prompt) = 0;
     virtual std::optional<double> enterDouble(const DoublePrompt& prompt) = 0;
     /// A two-button or multi-choice question; the index of the choice, or -1.

@@ -1,0 +1,298 @@
+// New data sources and streams from a template.
+#include "core/GroupFiles.h"
+#include "core/Messages.h"
+#include "core/ProfileSettings.h"
+#include "core/TmatsDocument.h"
+#include "core/UserInterface.h"
+#include "groups/DataSources.h"
+#include "groups/SourceEdit.h"
+#include "groups/SourceList.h"
+#include "groups/SourceNames.h"
+#include "groups/SourceUndo.h"
+
+#include <algorithm>
+#include <array>
+
+namespace kavu {
+
+namespace {
+
+constexpr const char* kNewName = "Enter New Data Source Name";
+// The same question as for a new document.
+constexpr const char* kKindQuestion =
+    "Which kind of TMATS Data Source would you like to create?\n\n"
+    "RF: Creates a TMATS T-Group definition\n"
+    "Tape: Creates a TMATS R-Group definition";
+constexpr int kFirstPacketEdition = 2005;
+constexpr int kLastPacketEdition = 2007;
+constexpr std::string_view kBusType = "1553";
+
+/// A field of a new P group: its setting and default, and what a bus stream always has.
+struct StreamField {
+    std::string_view code;
+    std::string_view setting;
+    std::string_view otherwise;
+    std::string_view ofBus{};
+};
+constexpr auto kSignalFields = std::to_array<StreamField>({
+    {"D1", "PD1", "NRZ-L"},
+    {"D2", "PD2", "0"},
+    {"D3", "PD3", "U"},
+    {"D4", "PD4", "N"},
+    {"D5", "PD5", "Y"},
+    {"D6", "PD6", "N"},
+    {"D7", "PD7", "N"},
+    {"D8", "PD8", "N/A"},
+});
+constexpr auto kWordFields = std::to_array<StreamField>({
+    {"F2", "PF2", "M", "M"},
+    {"F3", "PF3", "NO", "OD"},
+    {"F4", "PF4", "T", "L"},
+});
+constexpr auto kSyncFields = std::to_array<StreamField>({
+    {"SYNC1", "PSYNC1", "NS"},
+    {"SYNC2", "PSYNC2", "0"},
+    {"SYNC3", "PSYNC3", "NS"},
+    {"SYNC4", "PSYNC4", "0"},
+});
+
+struct NewStream {
+    bool wanted = false;
+    std::string type = "PCM";
+    std::string link;
+
+    [[nodiscard]] bool isBus() const { return type == kBusType; }
+};
+
+/// The commands of a new P group, in the order in which they are written.
+class StreamText {
+  public:
+    StreamText(const DocumentContext& context, const NewStream& stream, int index)
+        : settings_(context.settings), stream_(stream), prefix_(groupPrefix('P', index)) {}
+
+    std::string make() {
+        put("DLN", stream_.link);
+        putAll(kSignalFields);
+        put("TF", stream_.type);
+        const bool bus = stream_.isBus();
+        const int wordLength = bus ? 24 : settings_.integer("PF1", 16);
+        put("F1", std::to_string(wordLength));
+        putAll(kWordFields);
+        put("MF\\N", std::to_string(bus ? 1 : settings_.integer("PMFN", 1)));
+        const int words = settings_.integer("PMF1", 1);
+        put("MF1", std::to_string(words));
+        const std::string pattern =
+            bus ? "111110101111001100100000"
+                : settings_.text("PMF5", "11111110011010110010100001000000");
+        // The sync word is one of the words of the minor frame.
+        const auto bits = static_cast<std::int64_t>(pattern.size()) +
+                          std::int64_t{std::max(words - 1, 0)} * std::max(wordLength, 0);
+        put("MF2", std::to_string(bits));
+        put("MF3", bus ? "FPT" : settings_.text("PMF3", "FPT"));
+        put("MF4", std::to_string(pattern.size()));
+        put("MF5", pattern);
+        putAll(kSyncFields);
+        put("ISF\\N", "0");
+        put("AEF\\N", "0");
+        return std::move(text_);
+    }
+
+  private:
+    void put(std::string_view code, std::string_view value) {
+        if (!value.empty()) {
+            text_.append(prefix_).append(code).append(":").append(value).append(";\r\n");
+        }
+    }
+    template <typename Fields>
+    void putAll(const Fields& fields) {
+        for (const auto& field : fields) {
+            put(field.code, stream_.isBus() && !field.ofBus.empty()
+                                ? std::string(field.ofBus)
+                                : settings_.text(field.setting, field.otherwise));
+        }
+    }
+
+    const ProfileSettings& settings_;
+    const NewStream& stream_;
+    std::string prefix_;
+    std::string text_;
+};
+
+/// The data that a new stream starts with: an empty bus, or one empty measurement list.
+std::string dataText(const NewStream& stream, int index) {
+    if (stream.isBus()) {
+        return formatPrintf("B-%d\\DLN:%s;\r\n", index, stream.link);
+    }
+    return formatPrintf(
+        "D-%d\\DLN:%s;\r\nD-%d\\ML\\N:1;\r\n"
+        "D-%d\\MLN-1:Measurement List;\r\nD-%d\\MN\\N-1:0;\r\n",
+        index, stream.link, index, index, index);
+}
+
+NewStream askStream(const DocumentContext& context, UserInterface* parent) {
+    NewStream stream;
+    if (showBox(parent, "Do you want to create a new stream, too?", "New Stream", Icon::Question,
+                Buttons::YesNo, Button::Yes) != Button::Yes) {
+        return stream;
+    }
+    const int edition = context.document.version;
+    std::vector<std::string> shown = {"PCM", std::string(kBusType)};
+    if (edition >= kFirstPacketEdition && edition <= kLastPacketEdition) {
+        shown.emplace_back("Packet Telemetry");
+    }
+    const int choice = parent->chooseFromList("What Type Of Stream?", shown);
+    if (choice < 0) {
+        return stream;
+    }
+    stream.wanted = true;
+    constexpr auto kTypes = std::to_array<std::string_view>({"PCM", kBusType, "PKTM"});
+    stream.type = kTypes.at(static_cast<std::size_t>(choice));
+    if (choice == 2 && edition < kFirstPacketEdition) {
+        stream.type = "PCM";
+    }
+    return stream;
+}
+
+/// The files of the stream; the multiplex definition names its link, be there a stream or
+/// not: the stream's editor makes what is missing.
+IoStatus writeStream(DocumentContext& context, const std::string& source, const NewStream& stream,
+                     int multiplex, int format, int data) {
+    auto status = writeGroupFile(
+        context, 'M', multiplex,
+        formatPrintf("M-%d\\ID:%s;\r\nM-%d\\BSG1:PCM;\r\nM-%d\\BB\\DLN:%s;\r\nM-%d\\SI\\N:0;\r\n",
+                     multiplex, source, multiplex, multiplex, stream.link, multiplex));
+    if (status.ok() && stream.wanted) {
+        status = writeGroupFile(context, 'P', format, StreamText(context, stream, format).make());
+    }
+    if (status.ok() && stream.wanted) {
+        status = writeGroupFile(context, stream.isBus() ? 'B' : 'D', data, dataText(stream, data));
+    }
+    return status;
+}
+
+/// Asks, and writes what was asked for; `undo` gets to know the files.
+bool makeStream(DocumentContext& context, UserInterface* parent, const std::string& source,
+                SourceUndo& undo) {
+    auto stream = askStream(context, parent);
+    LinkNames links;
+    if (!gatherLinkNames(context, parent, links)) {
+        return false;
+    }
+    const char dataLetter = stream.isBus() ? 'B' : 'D';
+    const int format = indexForNew(context, parent, 'P', "PCM Format");
+    const int multiplex = format == 0 ? 0 : indexForNew(context, parent, 'M', "Multiplex");
+    const int data = multiplex == 0 ? 0 : indexForNew(context, parent, dataLetter, "PCM Format");
+    if (data == 0) {
+        return false;
+    }
+    stream.link = uniqueName(
+        formatPrintf(stream.isBus() ? "1553 Stream %d" : "PCM Stream %d", format), links);
+    IoStatus status;
+    for (const auto& name :
+         {groupFile('M', multiplex), groupFile('P', format), groupFile(dataLetter, data)}) {
+        status = status.ok() ? undo.keep(name) : status;
+    }
+    status = status.ok() ? writeStream(context, source, stream, multiplex, format, data) : status;
+    if (!status.ok()) {
+        reportUnableToWrite(parent, status);
+    }
+    return status.ok();
+}
+
+std::optional<std::string> askSourceName(DocumentContext& context, UserInterface* parent,
+                                         const std::vector<DataSource>& sources) {
+    TextPrompt prompt;
+    prompt.title = kNewName;
+    prompt.prompt = kNewName;
+    prompt.limit = kNameLimit;
+    LinkNames names;
+    for (const auto& source : sources) {
+        names.add(source.name);
+        prompt.listed.push_back(source.name);
+    }
+    return askName(parent, prompt, [&](const std::string& name) {
+        if (!isAcceptableName(context, parent, name, kNewName)) {
+            return false;
+        }
+        if (names.has(name)) {
+            context.messages.show(parent, 141, title::kError, kErrorBox);
+            return false;
+        }
+        return true;
+    });
+}
+
+}  // namespace
+
+std::vector<SourceRow> sourcesOfGroup(DocumentContext& context, UserInterface* parent,
+                                      char letter) {
+    std::vector<DataSource> sources;
+    readDataSources(context, parent, sources);
+    const GroupNames files(context, parent, letter);
+    std::vector<SourceRow> rows;
+    for (auto& source : sources) {
+        if (!source.name.empty() && dataSourceClass(source.type) == (letter == 'T' ? 'R' : 'T')) {
+            const int index = files.find(source.name);
+            rows.push_back({std::move(source.name), std::move(source.type), index});
+        }
+    }
+    return rows;
+}
+
+bool createStream(DocumentContext& context, UserInterface* parent, const std::string& source) {
+    SourceUndo undo(context);
+    if (!makeStream(context, parent, source, undo)) {
+        undo.takeBack(parent);
+        return false;
+    }
+    tellChanged(context, context.document.open);
+    return true;
+}
+
+bool createDataSource(SourceParts& parts, UserInterface* parent) {
+    auto& context = parts.context;
+    std::vector<DataSource> sources;
+    if (showBox(parent, "Add a new data source/stream?", "New Data Source", Icon::Question,
+                Buttons::YesNo, Button::Yes) != Button::Yes ||
+        !readDataSources(context, parent, sources)) {
+        return false;
+    }
+    const int rows = static_cast<int>(sources.size());
+    if (rows >= kMostListRows) {
+        context.messages.show(parent, 303, title::kError, kErrorBox, "data source");
+        return false;
+    }
+    const auto name = askSourceName(context, parent, sources);
+    if (!name) {
+        return false;
+    }
+    const int kind = parent->chooseFromList(kKindQuestion, {"RF", "Tape"});
+    if (kind < 0) {
+        return false;
+    }
+    const char letter = kind == 0 ? 'T' : 'R';
+    const int index = indexForNew(context, parent, letter, letter == 'T' ? "RF" : "Tape");
+    if (index == 0) {
+        return false;
+    }
+    SourceUndo undo(context);
+    auto status = undo.keep(groupFile('G'));
+    status = status.ok() ? undo.keep(groupFile(letter, index)) : status;
+    status = status.ok() ? appendSource(context, rows, *name, kind == 0 ? "RF" : "TAP") : status;
+    if (status.ok()) {
+        auto text = formatPrintf("%c-%d\\ID:%s;\r\n", letter, index, *name);
+        text += letter == 'T' ? formatPrintf("T-%d\\SCO\\N:0;\r\n", index) : std::string();
+        status = writeGroupFile(context, letter, index, text);
+    }
+    if (!status.ok()) {
+        reportUnableToWrite(parent, status);
+    }
+    if (!status.ok() || !makeStream(context, parent, *name, undo)) {
+        undo.takeBack(parent);
+        return false;
+    }
+    tellChanged(context);
+    return true;
+}
+
+}  // namespace kavu

@@ -1,0 +1,134 @@
+// The deletion of a data source with its streams.
+#include "core/GroupFiles.h"
+#include "core/Messages.h"
+#include "core/Text.h"
+#include "core/TmatsDocument.h"
+#include "core/UserInterface.h"
+#include "core/WorkingStore.h"
+#include "groups/DataSources.h"
+#include "groups/MeasurementNames.h"
+#include "groups/Reindex.h"
+#include "groups/SourceEdit.h"
+#include "groups/SourceList.h"
+#include "groups/SourceUndo.h"
+
+#include <algorithm>
+
+namespace kavu {
+
+namespace {
+
+/// The names of the measurements that go with the data source: those of its one link. Where
+/// there are several links, the names stay known.
+bool gatherLostNames(SourceParts& parts, UserInterface* parent, const std::string& name,
+                     std::vector<std::string>& lost) {
+    std::vector<Multiplex> multiplexes;
+    if (!readMultiplexes(parts.context, parent, multiplexes)) {
+        return false;
+    }
+    const auto own = std::find_if(
+        multiplexes.begin(), multiplexes.end(),
+        [&](const Multiplex& multiplex) { return equalsIgnoreCase(multiplex.source, name); });
+    return own == multiplexes.end() || own->links.size() != 1 ||
+           parts.measurements.streamMeasurementNames(parent, own->links.front(), lost);
+}
+
+/// Takes the row out of the list. False after a report.
+bool removeRow(DocumentContext& context, UserInterface* parent, const std::string& name) {
+    std::vector<DataSource> rows;
+    if (!readDataSources(context, parent, rows)) {
+        return false;
+    }
+    auto row = std::find_if(rows.begin(), rows.end(),
+                            [&](const DataSource& source) { return source.name == name; });
+    if (row == rows.end()) {
+        row = std::find_if(rows.begin(), rows.end(), [&](const DataSource& source) {
+            return equalsIgnoreCase(source.name, name);
+        });
+    }
+    if (row != rows.end()) {
+        rows.erase(row);
+    }
+    const auto status = rewriteSources(context, rows);
+    if (!status.ok()) {
+        reportUnableToWrite(parent, status);
+    }
+    return status.ok();
+}
+
+/// Copies that bring back everything: the two files that are changed first, then all others,
+/// which may get other numbers.
+bool keepFiles(UserInterface* parent, SourceUndo& undo, const std::string& sourceFile) {
+    auto status = sourceFile.empty() ? IoStatus() : undo.keep(sourceFile);
+    status = status.ok() ? undo.keep(groupFile('G')) : status;
+    status = status.ok() ? undo.keepAllGroups() : status;
+    if (!status.ok()) {
+        reportUnableToWrite(parent, status);
+    }
+    return status.ok();
+}
+
+bool remove(SourceParts& parts, UserInterface* parent, const std::string& name,
+            const std::string& sourceFile) {
+    auto& context = parts.context;
+    if (!sourceFile.empty()) {
+        if (const auto status = deleteFile(context.store.pathOf(sourceFile)); !status.ok()) {
+            reportUnableToWrite(parent, status);
+            return false;
+        }
+    }
+    std::vector<std::string> lost;
+    if (!removeRow(context, parent, name) || !gatherLostNames(parts, parent, name, lost) ||
+        !reindexAllSections(context, parent)) {
+        return false;
+    }
+    for (const auto& measurement : lost) {
+        parts.measurements.forget(measurement);
+    }
+    return true;
+}
+
+}  // namespace
+
+bool deleteDataSource(SourceParts& parts, UserInterface* parent, const std::string& name) {
+    auto& context = parts.context;
+    char letter = 'T';
+    int index = findGroupIndex(context, parent, letter, name);
+    if (index == 0) {
+        letter = 'R';
+        index = findGroupIndex(context, parent, letter, name);
+    }
+    std::vector<std::string> names;
+    listDataSources(context, parent, &names);
+    const bool listed = std::any_of(names.begin(), names.end(), [&](const std::string& other) {
+        return equalsIgnoreCase(other, name);
+    });
+    if (name.empty() || (index == 0 && !listed)) {
+        showBox(parent, formatPrintf("There is no data source '%s' in this document.", name),
+                std::string(loadText(title::kDeleteEntry).value_or("")));
+        return false;
+    }
+    if (parent != nullptr &&
+        context.messages.show(parent, -140, title::kDeleteEntry, kYesNoBox, name) != Button::Yes) {
+        return false;
+    }
+    const auto sourceFile = index == 0 ? std::string() : groupFile(letter, index);
+    SourceUndo undo(context);
+    if (!keepFiles(parent, undo, sourceFile)) {
+        return false;
+    }
+    if (!remove(parts, parent, name, sourceFile)) {
+        undo.takeBack(parent);
+        return false;
+    }
+    // A stream in memory may have lost its files, or have other numbers now.
+    if (context.steps.releasePcmFormat) {
+        context.steps.releasePcmFormat();
+    }
+    // Streams are counted by their place among the links: it has changed.
+    parts.measurements.checkForDuplicates(parent);
+    tellChanged(context);
+    return true;
+}
+
+}  // namespace kavu

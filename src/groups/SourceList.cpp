@@ -1,0 +1,140 @@
+#include "groups/SourceList.h"
+
+#include "core/GroupFiles.h"
+#include "core/Messages.h"
+#include "core/Text.h"
+#include "core/TmatsDocument.h"
+#include "core/WorkingStore.h"
+#include "groups/GroupRewrite.h"
+
+namespace kavu {
+
+namespace {
+
+constexpr std::string_view kCount = "G\\DSI\\N";
+constexpr std::string_view kName = "G\\DSI-";
+constexpr std::string_view kType = "G\\DST-";
+
+std::string rowText(int row, std::string_view name, std::string_view type) {
+    auto text = formatPrintf("%s%d:%s;\r\n", kName, row, name);
+    return type.empty() ? text : text + formatPrintf("%s%d:%s;\r\n", kType, row, type);
+}
+
+/// The code of a command with its head, or nothing.
+std::string_view codeOf(std::string_view command) {
+    const auto colon = command.find(':');
+    return colon == std::string_view::npos ? std::string_view() : command.substr(0, colon);
+}
+
+/// Changes the G file; a document without one gets it.
+IoStatus editGeneral(DocumentContext& context,
+                     const std::function<Rewritten(std::string& command)>& edit,
+                     const std::function<std::string()>& tail) {
+    const auto path = context.store.pathOf(working::kGeneral);
+    PathKind kind = PathKind::Missing;
+    if (auto status = probePath(path, kind); !status.ok()) {
+        return status;
+    }
+    if (kind == PathKind::Missing) {
+        return replaceWorkingFile(path, tail());
+    }
+    IoStatus status;
+    rewriteGroupFile(context.reader, path, edit, tail, status);
+    return status;
+}
+
+}  // namespace
+
+IoStatus appendSource(DocumentContext& context, int rows, std::string_view name,
+                      std::string_view type) {
+    const int row = rows + 1;
+    const auto nameCode = formatPrintf("%s%d", kName, row);
+    const auto typeCode = formatPrintf("%s%d", kType, row);
+    const auto count = formatPrintf("%s:%d;", kCount, row);
+    bool counted = false;
+    const auto edit = [&](std::string& command) {
+        const auto code = codeOf(command);
+        if (equalsIgnoreCase(code, kCount)) {
+            if (counted) {
+                return Rewritten::Deleted;
+            }
+            counted = true;
+            command = count;
+            return Rewritten::Changed;
+        }
+        // A row behind the old count was none; it must not answer for the new one.
+        const bool stale = equalsIgnoreCase(code, nameCode) || equalsIgnoreCase(code, typeCode);
+        return stale ? Rewritten::Deleted : Rewritten::Same;
+    };
+    return editGeneral(context, edit, [&] {
+        return (counted ? std::string() : count + "\r\n") + rowText(row, name, type);
+    });
+}
+
+IoStatus rewriteSources(DocumentContext& context, std::span<const DataSource> rows) {
+    const auto edit = [](std::string& command) {
+        const auto code = codeOf(command);
+        const bool listed = equalsIgnoreCase(code, kCount) || startsWithIgnoreCase(code, kName) ||
+                            startsWithIgnoreCase(code, kType);
+        return listed ? Rewritten::Deleted : Rewritten::Same;
+    };
+    return editGeneral(context, edit, [&] {
+        auto text = formatPrintf("%s:%d;\r\n", kCount, rows.size());
+        int row = 0;
+        for (const auto& source : rows) {
+            ++row;
+            // A row without a name stays one: the numbers of the others follow from it.
+            text += source.name.empty() ? std::string() : rowText(row, source.name, source.type);
+        }
+        return text;
+    });
+}
+
+bool replaceValues(
+    DocumentContext& context, const std::string& path,
+    const std::function<std::optional<std::string>(std::string_view code, std::string_view value)>&
+        newValue,
+    IoStatus& status) {
+    return rewriteGroupFile(
+        context.reader, path,
+        [&](std::string& command) {
+            const auto field = fieldView(command);
+            if (field.code.empty() || field.value.empty()) {
+                return Rewritten::Same;
+            }
+            const auto value = newValue(field.code, field.value);
+            if (!value) {
+                return Rewritten::Same;
+            }
+            command.resize(command.find(':') + 1);
+            command.append(*value).append(";");
+            return Rewritten::Changed;
+        },
+        {}, status);
+}
+
+int indexForNew(DocumentContext& context, UserInterface* parent, char letter,
+                std::string_view called) {
+    const int index = firstFreeIndex(context, letter);
+    if (index <= kMostGroupIndex) {
+        return index;
+    }
+    context.messages.show(parent, 303, title::kError, kErrorBox, called);
+    return 0;
+}
+
+IoStatus writeGroupFile(DocumentContext& context, char letter, int index, const std::string& text) {
+    return replaceWorkingFile(context.store.pathOf(groupFile(letter, index)), text);
+}
+
+void tellChanged(DocumentContext& context, bool update) {
+    context.document.changed = true;
+    if (update && context.steps.updateDocumentMenus) {
+        context.steps.updateDocumentMenus();
+    }
+    if (update && context.steps.rebuildTree) {
+        context.steps.rebuildTree();
+    }
+}
+
+}  // namespace kavu

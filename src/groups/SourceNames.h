@@ -1,0 +1,59 @@
+// The names that data sources, links and measurements bear, and the rules for new ones.
+#pragma once
+
+#include "core/Text.h"
+#include "core/UserInterface.h"
+#include "groups/GroupScan.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kavu {
+
+/// The names of all data sources. False if a file could not be read, which is reported.
+bool gatherSourceNames(DocumentContext& context, UserInterface* parent, LinkNames& names);
+/// Every link name that stands anywhere in the document: in M groups, in the stream groups,
+/// embedded in others, on recorders. False as above.
+bool gatherLinkNames(DocumentContext& context, UserInterface* parent, LinkNames& names);
+
+/// The name, or, if it is taken in any case of its letters, the name with " 2", " 3", ...
+/// behind it; cut so that it has at most 32 characters.
+[[nodiscard]] std::string uniqueName(std::string_view name, const LinkNames& taken);
+
+/// Tells if a text can be the name of a data source or a link. What can not is told: 402 for
+/// a semi-colon, a text for an empty name, a line break or more than 32 characters.
+bool isAcceptableName(const DocumentContext& context, UserInterface* parent, std::string_view name,
+                      const std::string& title);
+
+/// Asks for a name until `accept` takes it, which tells why it does not. Nothing for Cancel, or
+/// if the same name is refused twice in a row, as from somebody who has but one answer.
+template <typename Accept>
+[[nodiscard]] std::optional<std::string> askName(UserInterface* parent, const TextPrompt& prompt,
+                                                 const Accept& accept) {
+    std::optional<std::string> refused;
+    auto again = prompt;
+    while (parent != nullptr) {
+        auto reply = parent->enterText(again);
+        if (!reply) {
+            return std::nullopt;
+        }
+        std::string name(trim(*reply));
+        if (accept(name)) {
+            return name;
+        }
+        if (refused == name) {
+            return std::nullopt;
+        }
+        again.initial = name;
+        refused = std::move(name);
+    }
+    return std::nullopt;
+}
+
+/// True for a code, without its head, whose value is the name of a measurement.
+[[nodiscard]] bool isMeasurementNameCode(char letter, std::string_view code);
+/// True for a code whose value is the name of a data link, in any group.
+[[nodiscard]] bool isLinkCode(char letter, std::string_view code);
+
+}  // namespace kavu

@@ -1,0 +1,258 @@
+// Other names for data sources and data links, everywhere they are named.
+#include "core/GroupFiles.h"
+#include "core/Messages.h"
+#include "core/Text.h"
+#include "core/TmatsDocument.h"
+#include "core/UserInterface.h"
+#include "core/WorkingStore.h"
+#include "groups/DataSources.h"
+#include "groups/SourceEdit.h"
+#include "groups/SourceList.h"
+#include "groups/SourceNames.h"
+#include "groups/SourceUndo.h"
+
+#include <algorithm>
+#include <array>
+
+namespace kavu {
+
+namespace {
+
+constexpr const char* kNewLink = "Enter New Data Link Name";
+constexpr const char* kNewSource = "Enter New Data Source Name";
+
+/// A group that names links, and the status text while its files are looked through.
+struct LinkingGroup {
+    char letter;
+    std::string_view status;  ///< a printf format of the letter (if told) and the index
+    bool tellsLetter = false;
+};
+constexpr auto kLinkingGroups = std::to_array<LinkingGroup>({
+    {'M', "Updating Multiplex Data link Names (M-%d)"},
+    {'P', "Updating Data link Names (%c-%d)", true},
+    {'D', "Updating Data link Names (%c-%d)", true},
+    {'B', "Updating Data link Names (%c-%d)", true},
+    {'S', "Updating Data link Names (%c-%d)", true},
+    {'A', "Updating Data link Names (%c-%d)", true},
+    {'P', "Updating Async Data link Names (P-%d)"},
+    {'R', "Updating Tape Data Link Names (R-%d)"},
+});
+
+/// A value as a name: look-ups cut it to the limit of names.
+std::string_view asName(std::string_view value) {
+    return trimTrailingBlanks(value.substr(0, kNameLimit));
+}
+
+/// One name that gets another, in all files that hold it.
+class Renaming {
+  public:
+    /// With `anyCase` the name is found in any case of its letters, as look-ups find it;
+    /// that is wrong only if there is another name that differs in nothing else.
+    Renaming(DocumentContext& context, UserInterface* parent, const std::string& oldName,
+             const std::string& newName, bool anyCase)
+        : context_(context),
+          parent_(parent),
+          undo_(context),
+          oldName_(asName(oldName)),
+          newName_(newName),
+          anyCase_(anyCase) {}
+
+    /// Replaces the name in the values of `wanted(code)` of one file. False after a failure
+    /// or a cancel; then nothing more is done.
+    template <typename Wanted>
+    bool inFile(char letter, int index, const Wanted& wanted) {
+        if (!good_ || cancelRequested(parent_)) {
+            good_ = false;
+            return false;
+        }
+        const auto name = groupFile(letter, index);
+        const auto path = context_.store.pathOf(name);
+        // Looked at first: most files do not hold the name, and need no copy.
+        bool holds = false;
+        auto status = forEachCommand(context_.reader, path, [&](const std::string& command) {
+            const auto field = fieldView(command);
+            holds = !field.code.empty() && wanted(field.code) && matches(field.value);
+            return !holds;
+        });
+        if (isMissing(status)) {
+            return true;
+        }
+        if (status.ok() && holds) {
+            status = undo_.keep(name);
+        }
+        if (status.ok() && holds) {
+            replaceValues(
+                context_, path,
+                [&](std::string_view code, std::string_view value) {
+                    return wanted(code) && matches(value) ? std::optional(newName_) : std::nullopt;
+                },
+                status);
+        }
+        if (!status.ok()) {
+            reportUnableToWrite(parent_, status);
+            good_ = false;
+        }
+        return good_;
+    }
+
+    /// True if all went well; else everything is as it was.
+    bool finish() {
+        if (!good_) {
+            undo_.takeBack(parent_);
+        }
+        return good_;
+    }
+
+  private:
+    [[nodiscard]] bool matches(std::string_view value) const {
+        const auto name = asName(value);
+        return anyCase_ ? equalsIgnoreCase(name, oldName_) : name == oldName_;
+    }
+
+    DocumentContext& context_;
+    UserInterface* parent_;
+    SourceUndo undo_;
+    std::string oldName_;
+    std::string newName_;
+    bool anyCase_;
+    bool good_ = true;
+};
+
+/// True if no other of the names differs from this one in case only.
+bool standsAlone(const std::vector<std::string>& names, std::string_view name) {
+    return std::none_of(names.begin(), names.end(), [&](const std::string& other) {
+        return other != name && equalsIgnoreCase(other, name);
+    });
+}
+
+/// Refuses a name that cannot be one or exists; the name itself in another case is new.
+bool mayRename(const DocumentContext& context, UserInterface* parent, const std::string& oldName,
+               const std::string& newName, const LinkNames& taken, int refusal,
+               const std::string& title) {
+    if (!isAcceptableName(context, parent, newName, title)) {
+        return false;
+    }
+    if (taken.has(newName) && (newName == oldName || !equalsIgnoreCase(newName, oldName))) {
+        context.messages.show(parent, refusal, title::kError, kErrorBox);
+        return false;
+    }
+    return true;
+}
+
+bool renameInLinkingGroups(Renaming& renaming, UserInterface* parent) {
+    int step = 0;
+    for (const auto& group : kLinkingGroups) {
+        setProgressBar(parent, 100.0 * step++ / static_cast<double>(kLinkingGroups.size()));
+        const bool own = group.tellsLetter;
+        for (int index = kLeastGroupIndex; index <= kMostGroupIndex; ++index) {
+            setStatusText(parent, own ? formatPrintf(group.status, group.letter, index)
+                                      : formatPrintf(group.status, index));
+            const auto wanted = [&](std::string_view code) {
+                const bool isOwn = equalsIgnoreCase(code, "DLN");
+                return isLinkCode(group.letter, code) && (group.letter == 'R' || own == isOwn);
+            };
+            if (!renaming.inFile(group.letter, index, wanted)) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+bool renameDataLink(SourceParts& parts, UserInterface* parent, const std::string& oldName,
+                    const std::string& newName, bool update) {
+    auto& context = parts.context;
+    LinkNames taken;
+    std::vector<std::string> links;
+    if (!gatherLinkNames(context, parent, taken) || !gatherDataLinks(context, parent, links)) {
+        return false;
+    }
+    if (!taken.has(oldName)) {
+        showBox(parent, formatPrintf("There is no data link '%s' in this document.", oldName),
+                kNewLink);
+        return false;
+    }
+    if (!mayRename(context, parent, oldName, newName, taken, 374, kNewLink)) {
+        return false;
+    }
+    ProgressScope progress(parent, ProgressMode::WithCancel);
+    Renaming renaming(context, parent, oldName, newName, standsAlone(links, oldName));
+    renameInLinkingGroups(renaming, parent);
+    const bool done = renaming.finish();
+    progress.close();
+    setProgressBar(parent, -1);
+    setStatusText(parent, {});
+    if (done) {
+        tellChanged(context, update);
+    }
+    return done;
+}
+
+bool askRenameDataLink(SourceParts& parts, UserInterface* parent, const std::string& oldName) {
+    LinkNames taken;
+    if (!gatherLinkNames(parts.context, parent, taken)) {
+        return false;
+    }
+    const TextPrompt prompt{kNewLink, kNewLink, oldName, kNameLimit};
+    const auto name = askName(parent, prompt, [&](const std::string& entered) {
+        return mayRename(parts.context, parent, oldName, entered, taken, 374, kNewLink);
+    });
+    return name && renameDataLink(parts, parent, oldName, *name);
+}
+
+bool renameDataSource(SourceParts& parts, UserInterface* parent, const std::string& oldName,
+                      const std::string& newName) {
+    auto& context = parts.context;
+    ProgressScope progress(parent, ProgressMode::WithCancel);
+    setStatusText(parent, "Validating Data Source Names");
+    LinkNames taken;
+    std::vector<std::string> names;
+    if (!gatherSourceNames(context, parent, taken)) {
+        return false;
+    }
+    listDataSources(context, nullptr, &names);
+    if (!taken.has(oldName)) {
+        showBox(parent, formatPrintf("There is no data source '%s' in this document.", oldName),
+                kNewSource);
+        return false;
+    }
+    if (!mayRename(context, parent, oldName, newName, taken, 141, kNewSource)) {
+        return false;
+    }
+    setStatusText(parent, "Changing Data Source Names");
+    Renaming renaming(context, parent, oldName, newName, standsAlone(names, oldName));
+    renaming.inFile('G', 0,
+                    [](std::string_view code) { return startsWithIgnoreCase(code, "DSI-"); });
+    for (const char letter : {'T', 'R', 'M', 'V'}) {
+        for (int index = kLeastGroupIndex; index <= kMostGroupIndex; ++index) {
+            if (!renaming.inFile(letter, index, [](std::string_view code) {
+                    return equalsIgnoreCase(code, "ID");
+                })) {
+                break;
+            }
+        }
+    }
+    const bool done = renaming.finish();
+    progress.close();
+    setStatusText(parent, {});
+    if (done) {
+        tellChanged(context);
+    }
+    return done;
+}
+
+bool askRenameDataSource(SourceParts& parts, UserInterface* parent, const std::string& oldName) {
+    LinkNames taken;
+    if (!gatherSourceNames(parts.context, parent, taken)) {
+        return false;
+    }
+    const TextPrompt prompt{kNewSource, kNewSource, oldName, kNameLimit};
+    const auto name = askName(parent, prompt, [&](const std::string& entered) {
+        return mayRename(parts.context, parent, oldName, entered, taken, 141, kNewSource);
+    });
+    return name && renameDataSource(parts, parent, oldName, *name);
+}
+
+}  // namespace kavu
