@@ -70,6 +70,9 @@ void fillBox(QMessageBox& shown, const MessageBox& box) {
     shown.setTextFormat(Qt::PlainText);
     shown.setText(toQString(box.shownText()));
     shown.setTextInteractionFlags(Qt::TextSelectableByMouse);
+    if (!box.details.empty()) {
+        shown.setDetailedText(toQString(box.details));
+    }
     if (box.icon != Icon::None) {
         const int size = look::unit(shown) * 4;
         shown.setIconPixmap(

@@ -1,0 +1,280 @@
+#include "groups/GroupRecord.h"
+
+#include "core/FileIo.h"
+#include "core/FileReports.h"
+#include "core/GroupFiles.h"
+#include "core/Text.h"
+#include "core/TmatsDocument.h"
+#include "core/TmatsReader.h"
+#include "core/UserInterface.h"
+#include "core/WorkingStore.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace kavu {
+
+std::string_view GroupRow::value(std::string_view code) const {
+    const auto it = values.find(code);
+    return it == values.end() ? std::string_view() : std::string_view(it->second);
+}
+
+void GroupRow::set(std::string_view code, std::string_view value) {
+    if (value.empty()) {
+        values.erase(std::string(code));
+    } else {
+        values.insert_or_assign(std::string(code), std::string(value));
+    }
+}
+
+std::span<const GroupRow> GroupRow::rows(std::string_view count) const {
+    const auto it = lists.find(count);
+    return it == lists.end() ? std::span<const GroupRow>() : std::span(it->second);
+}
+
+std::string codeAt(std::string_view code, RowNumbers at) {
+    const int indices = indexCountOf(code);
+    std::string text(code.substr(0, code.size() - (indices == 2 ? 3 : indices == 1 ? 1 : 0)));
+    if (indices > 0) {
+        appendNumber(text, static_cast<std::int64_t>(at.n));
+    }
+    if (indices > 1) {
+        text += '-';
+        appendNumber(text, static_cast<std::int64_t>(at.m));
+    }
+    return text;
+}
+
+std::string codePrefix(char letter, int index) {
+    std::string prefix(1, letter);
+    if (groupKind(letter).indexed) {
+        prefix += '-';
+        appendNumber(prefix, index);
+    }
+    prefix += '\\';
+    return prefix;
+}
+
+// --- Reading ----------------------------------------------------------------------------------
+
+/// The fields of an edition by the list that they belong to.
+struct GroupSource::Plan {
+    Plan(std::span<const Field> table, int edition, std::span<const LoadStep> loadSteps)
+        : fields(knownFields(table, edition)), steps(loadSteps) {
+        for (const auto& field : fields) {
+            byList[field.list].push_back(&field);
+        }
+    }
+    std::vector<Field> fields;
+    std::unordered_map<std::string_view, std::vector<const Field*>> byList;
+    std::span<const LoadStep> steps;
+};
+
+GroupSource::GroupSource(DocumentContext& context, UserInterface* parent, char letter, int index)
+    : context_(context), parent_(parent), prefix_(codePrefix(letter, index)) {
+    ByteSource source;
+    status_ = source.open(context.store.pathOf(groupFile(letter, index)));
+    if (!status_.ok()) {
+        return;
+    }
+    std::string command;
+    while (context.reader.nextCommand(source, command)) {
+        addCommand(command);
+    }
+    status_ = source.status();
+}
+
+void GroupSource::addCommand(std::string command) {
+    const auto colon = command.find(':');
+    std::string value;
+    if (colon != std::string::npos) {
+        value = command.substr(colon + 1);
+        if (value.ends_with(';')) {
+            value.pop_back();
+        }
+        // An empty value is no value: look-ups pass over it.
+        if (!value.empty()) {
+            byCode_[lowerAscii(std::string_view(command).substr(0, colon))].push_back(
+                values_.size());
+        }
+    }
+    values_.push_back(std::move(value));
+    kept_.add(std::move(command));
+}
+
+std::optional<GroupSource::Found> GroupSource::find(const Field& field, RowNumbers at) {
+    auto code = prefix_ + codeAt(field.codeRead.empty() ? field.code : field.codeRead, at);
+    const auto it = byCode_.find(lowerAscii(code));
+    if (it == byCode_.end()) {
+        return std::nullopt;
+    }
+    const auto& places = it->second;
+    auto place = std::lower_bound(places.begin(), places.end(), position_);
+    if (place == places.end()) {
+        place = places.begin();
+    }
+    position_ = *place + 1;
+    return Found{*place, std::move(code), values_[*place]};
+}
+
+std::string GroupSource::taken(const Field& field, const Found& found) {
+    kept_.markRead(found.place);
+    const auto limit = static_cast<int>(limitIn(context_.document.version, field));
+    return std::string(context_.reader.applyLimit(parent_, found.code, found.value, limit));
+}
+
+std::string GroupSource::valueIfThere(const Field& field, RowNumbers at) {
+    const auto found = find(field, at);
+    return found ? taken(field, *found) : std::string();
+}
+
+std::string GroupSource::value(const Field& field, RowNumbers at) {
+    auto text = valueIfThere(field, at);
+    if (!text.empty() || field.missing.empty()) {
+        return text;
+    }
+    return replaceAll(field.missing, "%d", std::to_string(at.m > 0 ? at.m : at.n));
+}
+
+std::size_t GroupSource::count(const Field& field, RowNumbers at) {
+    const auto found = find(field, at);
+    if (!found) {
+        return 0;
+    }
+    kept_.markRead(found->place);
+    const auto most = field.rows > 0 ? field.rows : std::numeric_limits<int>::max();
+    return clampedCount(found->value, static_cast<std::size_t>(most));
+}
+
+void GroupSource::readRow(std::span<const Field> fields, GroupRow& row, RowNumbers at) {
+    for (const auto& field : knownFields(fields, context_.document.version)) {
+        row.set(field.code, value(field, at));
+    }
+}
+
+bool GroupSource::step(const Plan& plan, std::string_view after) {
+    const auto it = std::find_if(plan.steps.begin(), plan.steps.end(),
+                                 [&](const LoadStep& each) { return each.after == after; });
+    if (it == plan.steps.end()) {
+        return true;
+    }
+    setProgressBar(parent_, it->percent);
+    yieldToInterface(parent_);
+    return !cancelRequested(parent_);
+}
+
+bool GroupSource::readRows(const Plan& plan, const Field& field, GroupRow& row, RowNumbers at) {
+    const auto rows = count(field, at);
+    for (std::size_t i = 1; i <= rows; ++i) {
+        if (cancelRequested(parent_)) {
+            return false;
+        }
+        const RowNumbers inner = at.n == 0 ? RowNumbers{i, 0} : RowNumbers{at.n, i};
+        auto& added = row.lists[std::string(field.code)].emplace_back();
+        if (!readLevel(plan, field.code, added, inner)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void GroupSource::readChoice(const Field& field, GroupRow& row) {
+    const auto found = find(field, {});
+    if (!found) {
+        row.set(field.code, field.missing);
+        return;
+    }
+    const auto cut = field.limit == 0 ? found->value : found->value.substr(0, field.limit);
+    if (choiceIndex(choicesOf(field, context_.document.version), cut) >= 0) {
+        row.set(field.code, taken(field, *found));
+    }
+}
+
+bool GroupSource::readLevel(const Plan& plan, std::string_view list, GroupRow& row, RowNumbers at) {
+    const auto it = plan.byList.find(list);
+    if (it == plan.byList.end()) {
+        return true;
+    }
+    for (const auto* const field : it->second) {
+        if (governsRows(*field)) {
+            if (!readRows(plan, *field, row, at)) {
+                return false;
+            }
+        } else if (field->kind == FieldKind::Choice && list.empty()) {
+            readChoice(*field, row);
+        } else {
+            row.set(field->code, value(*field, at));
+        }
+        if (list.empty() && !step(plan, field->code)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool GroupSource::readTable(std::span<const Field> table, GroupRow& record,
+                            std::span<const LoadStep> steps) {
+    const Plan plan(table, context_.document.version, steps);
+    return step(plan, {}) && readLevel(plan, {}, record, {});
+}
+
+// --- Writing ----------------------------------------------------------------------------------
+
+void GroupWriter::write(const Field& field, std::string_view value, RowNumbers at) {
+    std::string stored(trimTrailingBlanks(value));
+    if (stored.empty()) {
+        return;
+    }
+    toStoredForm(stored);
+    text_ += prefix_;
+    text_ += codeAt(field.code, at);
+    text_ += ':';
+    text_ += stored;
+    text_ += ";\r\n";
+}
+
+void GroupWriter::writeCount(const Field& field, std::size_t rows, RowNumbers at) {
+    if (rows > 0 || field.writesZero) {
+        write(field, std::to_string(rows), at);
+    }
+}
+
+void GroupWriter::writeLevel(std::span<const Field> known, std::string_view list,
+                             const GroupRow& row, RowNumbers at) {
+    for (const auto& field : known) {
+        if (field.list != list) {
+            continue;
+        }
+        if (!governsRows(field)) {
+            write(field, row.value(field.code), at);
+            continue;
+        }
+        const auto& all = row.rows(field.code);
+        const auto rows = std::min(all.size(), field.rows);
+        writeCount(field, rows, at);
+        for (std::size_t i = 1; i <= rows; ++i) {
+            const RowNumbers inner = at.n == 0 ? RowNumbers{i, 0} : RowNumbers{at.n, i};
+            writeLevel(known, field.code, all[i - 1], inner);
+        }
+    }
+}
+
+void GroupWriter::writeTable(std::span<const Field> table, const GroupRow& record, int edition) {
+    const auto known = knownFields(table, edition);
+    writeLevel(known, {}, record, {});
+}
+
+bool storeGroup(DocumentContext& context, UserInterface* parent, char letter, int index,
+                std::string_view text, const KeptCommands& kept) {
+    std::string bytes(text);
+    bytes += keptTail(parent, kept, text);
+    const auto status = replaceWorkingFile(context.store.pathOf(groupFile(letter, index)), bytes);
+    if (!status.ok()) {
+        reportUnableToWrite(parent, status);
+        return false;
+    }
+    context.document.changed = true;
+    return true;
+}
+
+}  // namespace kavu

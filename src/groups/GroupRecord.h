@@ -1,0 +1,154 @@
+// The one model of an attribute group. A group file is read in one pass against a vocabulary
+// table into a record, a form or the command line changes the values of the record, and the
+// record is written in the order of the table.
+//
+//     GroupSource source(context, parent, 'T', 3);      // reads "[kavu]DSRCE.T03"
+//     GroupRow record;
+//     if (!source.readTable(tFields(), record)) ...      // the user has cancelled
+//     record.values["RF1"] = "2200.5";
+//     record.lists["SCO\\N"].push_back({{{"SCO1-n", "1"}}, {}});
+//     GroupWriter writer('T', 3);
+//     writer.writeTable(tFields(), record, edition);
+//     storeGroup(context, parent, 'T', 3, writer.text(), source.kept());
+//
+// A group whose rows do not follow from a table alone (the tracks of a recorder) reads and
+// writes the parts of its table in turn, and the fields between them with `value` and `write`.
+#pragma once
+
+#include "core/FieldRules.h"
+#include "core/IoStatus.h"
+#include "core/Vocabulary.h"
+#include "groups/KeptCommands.h"
+
+#include <cstddef>
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace kavu {
+
+struct DocumentContext;
+class UserInterface;
+
+/// The values of a group, or of one row of a list: by the code of the table ("RF1",
+/// "SCO1-n"), in the bytes of the group file. `lists` has the rows by the code of their count.
+struct GroupRow {
+    FieldValues values{};
+    std::map<std::string, std::vector<GroupRow>, std::less<>> lists{};
+
+    [[nodiscard]] std::string_view value(std::string_view code) const;
+    /// An empty value removes it.
+    void set(std::string_view code, std::string_view value);
+    /// The rows under a count; none if there are none.
+    [[nodiscard]] std::span<const GroupRow> rows(std::string_view count) const;
+    bool operator==(const GroupRow&) const = default;
+};
+
+/// The numbers in place of "-n" and "-m"; they count from 1.
+struct RowNumbers {
+    std::size_t n = 0;
+    std::size_t m = 0;
+};
+/// The code of a command: "ADL-n-m" becomes "ADL-2-5".
+[[nodiscard]] std::string codeAt(std::string_view code, RowNumbers at);
+/// The head of a group's codes: "T-3\", "G\" and "H\" for the groups without index.
+[[nodiscard]] std::string codePrefix(char letter, int index);
+
+/// Progress while a table is read: when the field of this code (of a count: with its rows) has
+/// been read, the bar shows the percentage and the user may cancel. An empty code: at the start.
+struct LoadStep {
+    std::string_view after{};
+    double percent = 0;
+};
+
+/// A group file, read once. Look-ups answer as those of `FieldIndex` do: the first command of
+/// a code at or behind the one found last, once around the file.
+class GroupSource {
+  public:
+    /// Reads the file of the group; `index` is of no meaning for G and H.
+    GroupSource(DocumentContext& context, UserInterface* parent, char letter, int index);
+
+    /// Tells of a file that is not there (`isMissing`) or can not be read.
+    [[nodiscard]] const IoStatus& status() const { return status_; }
+
+    /// The value of a field, read under its `codeRead`. A value over the limit of the edition
+    /// is cut with a message; a missing one is the `missing` of the field, or empty.
+    [[nodiscard]] std::string value(const Field& field, RowNumbers at = {});
+    /// The same; empty if the command is missing.
+    [[nodiscard]] std::string valueIfThere(const Field& field, RowNumbers at = {});
+    /// A count, clamped to the rows that its list can have.
+    [[nodiscard]] std::size_t count(const Field& field, RowNumbers at = {});
+    /// Reads all fields that the edition knows, with their lists. A choice outside of lists
+    /// that is no entry of its field is left unselected: its command counts as one that was
+    /// not read. In a list the value stays as it is. False if the user has cancelled, which is
+    /// asked at each step and before each row.
+    [[nodiscard]] bool readTable(std::span<const Field> table, GroupRow& record,
+                                 std::span<const LoadStep> steps = {});
+    /// Reads the fields of one row; `fields` are those of its list, and no lists in it.
+    void readRow(std::span<const Field> fields, GroupRow& row, RowNumbers at);
+
+    /// All commands of the file with what was read of them.
+    [[nodiscard]] KeptCommands& kept() { return kept_; }
+
+  private:
+    struct Found {
+        std::size_t place = 0;
+        std::string code{};
+        std::string_view value{};
+    };
+    struct Plan;
+    void addCommand(std::string command);
+    [[nodiscard]] std::optional<Found> find(const Field& field, RowNumbers at);
+    [[nodiscard]] std::string taken(const Field& field, const Found& found);
+    void readChoice(const Field& field, GroupRow& row);
+    [[nodiscard]] bool readLevel(const Plan& plan, std::string_view list, GroupRow& row,
+                                 RowNumbers at);
+    [[nodiscard]] bool readRows(const Plan& plan, const Field& count, GroupRow& row, RowNumbers at);
+    [[nodiscard]] bool step(const Plan& plan, std::string_view after);
+
+    DocumentContext& context_;
+    UserInterface* parent_;
+    std::string prefix_;
+    IoStatus status_;
+    KeptCommands kept_;
+    std::vector<std::string> values_;
+    /// The places of the commands of a code with a value, by the code in lower case.
+    std::unordered_map<std::string, std::vector<std::size_t>> byCode_;
+    std::size_t position_ = 0;
+};
+
+/// Composes the new text of a group file.
+class GroupWriter {
+  public:
+    GroupWriter(char letter, int index) : prefix_(codePrefix(letter, index)) {}
+
+    /// Writes nothing for an empty value. Line breaks are stored as their two bytes; blanks at
+    /// the end go.
+    void write(const Field& field, std::string_view value, RowNumbers at = {});
+    /// Writes the number of rows; 0 only if the field says so.
+    void writeCount(const Field& field, std::size_t rows, RowNumbers at = {});
+    /// Writes all fields that the edition knows in the order of the table, each count with its
+    /// rows behind it.
+    void writeTable(std::span<const Field> table, const GroupRow& record, int edition);
+
+    [[nodiscard]] const std::string& text() const { return text_; }
+
+  private:
+    void writeLevel(std::span<const Field> known, std::string_view list, const GroupRow& row,
+                    RowNumbers at);
+
+    std::string prefix_;
+    std::string text_;
+};
+
+/// Puts the text in place of the group file. Asks about the commands that would be dropped,
+/// and puts those to be kept behind it. The document is changed then. False if it could not
+/// be written, which has been reported; the old file is still there.
+[[nodiscard]] bool storeGroup(DocumentContext& context, UserInterface* parent, char letter,
+                              int index, std::string_view text, const KeptCommands& kept);
+
+}  // namespace kavu

@@ -1,0 +1,65 @@
+// What a rewrite of a group would lose. An editor writes a group file anew from its model, so
+// a command that it neither read nor writes would go without a word: attributes of a newer
+// edition, of another maker's program, rows behind the end of a list. This keeps book of them
+// and asks the user. One mechanism for all group, bus and message editors:
+//
+//     KeptCommands kept;                      // on loading: all commands of the file,
+//     kept.add(command);                      //   in their order,
+//     kept.markRead(place);                   //   and which of them the editor has read
+//     text += keptTail(parent, kept, text);   // on saving, behind what the editor writes
+//
+// `GroupSource` and `storeGroup` (GroupRecord.h) do this for editors with a vocabulary table.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+namespace kavu {
+
+class UserInterface;
+
+class KeptCommands {
+  public:
+    /// The next command of the file, whole, as it stands there ("T-1\RF1:2200.5;").
+    void add(std::string command);
+    /// The command at this place, counted from 0 in the order of `add`, was read.
+    /// REQUIRES: place < size().
+    void markRead(std::size_t place);
+    /// All commands of this code ("G\FN", in any case) are somebody else's to write, or are
+    /// to go: none of them is kept.
+    void markCode(std::string_view code);
+    [[nodiscard]] std::size_t size() const { return commands_.size(); }
+    void clear();
+
+    /// The commands that would be lost if the file became `rewritten`, in their old order with
+    /// their repeats. Kept are
+    ///  - commands that were not read, unless the new text has a command of their code: what
+    ///    the editor writes takes their place;
+    ///  - repeats of a command that was read, as long as the new text has it: whoever empties
+    ///    a field does not want its repeat to come forward.
+    [[nodiscard]] std::vector<std::string> dropped(std::string_view rewritten) const;
+
+  private:
+    struct Command {
+        std::string text;
+        std::string code;  ///< in lower case
+        bool read = false;
+    };
+    std::vector<Command> commands_;
+    std::unordered_set<std::string> readCodes_;
+    std::unordered_set<std::string> markedCodes_;
+};
+
+/// The part of a command in front of its first `:`, in lower case: what it is compared by.
+[[nodiscard]] std::string commandKey(std::string_view command);
+
+/// Lists what would be dropped and asks whether to keep it, with Yes as default. Gives the
+/// lines to append: all of it with Yes, nothing with No, without a parent, or (then nobody is
+/// asked) if nothing would be dropped.
+[[nodiscard]] std::string keptTail(UserInterface* parent, const KeptCommands& kept,
+                                   std::string_view rewritten);
+
+}  // namespace kavu
