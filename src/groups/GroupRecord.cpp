@@ -136,6 +136,13 @@ std::string GroupSource::value(const Field& field, RowNumbers at) {
     return replaceAll(field.missing, "%d", std::to_string(at.m > 0 ? at.m : at.n));
 }
 
+std::string GroupSource::peek(const Field& field, RowNumbers at) {
+    const auto before = position_;
+    const auto found = find(field, at);
+    position_ = before;
+    return !found ? std::string() : std::string(found->value);
+}
+
 std::size_t GroupSource::count(const Field& field, RowNumbers at) {
     const auto found = find(field, at);
     if (!found) {

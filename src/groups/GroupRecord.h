@@ -80,6 +80,8 @@ class GroupSource {
     [[nodiscard]] std::string value(const Field& field, RowNumbers at = {});
     /// The same; empty if the command is missing.
     [[nodiscard]] std::string valueIfThere(const Field& field, RowNumbers at = {});
+    /// The value in its full length, without taking the command for read.
+    [[nodiscard]] std::string peek(const Field& field, RowNumbers at = {});
     /// A count, clamped to the rows that its list can have.
     [[nodiscard]] std::size_t count(const Field& field, RowNumbers at = {});
     /// Reads all fields that the edition knows, with their lists. A choice outside of lists

@@ -79,6 +79,26 @@ void KeptCommands::markCode(std::string_view code) {
     markedCodes_.insert(lowerAscii(code));
 }
 
+void KeptCommands::recode(const std::function<bool(std::string& code)>& change) {
+    std::vector<Command> left;
+    left.reserve(commands_.size());
+    readCodes_.clear();
+    for (auto& command : commands_) {
+        const auto colon = command.text.find(':');
+        auto code = command.text.substr(0, colon);
+        if (colon != std::string::npos && !change(code)) {
+            continue;
+        }
+        command.text.replace(0, std::min(colon, command.text.size()), code);
+        command.code = commandKey(command.text);
+        if (command.read) {
+            readCodes_.insert(command.code);
+        }
+        left.push_back(std::move(command));
+    }
+    commands_ = std::move(left);
+}
+
 void KeptCommands::clear() {
     *this = KeptCommands();
 }

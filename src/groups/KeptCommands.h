@@ -12,6 +12,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -31,6 +32,9 @@ class KeptCommands {
     /// All commands of this code ("G\FN", in any case) are somebody else's to write, or are
     /// to go: none of them is kept.
     void markCode(std::string_view code);
+    /// Gives the commands other codes, as when the rows of a list have moved. `change` may
+    /// alter a code ("R-1\TK1-3"); false drops the command, whose row is gone.
+    void recode(const std::function<bool(std::string& code)>& change);
     [[nodiscard]] std::size_t size() const { return commands_.size(); }
     void clear();
 

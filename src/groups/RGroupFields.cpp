@@ -1,9 +1,12 @@
 #include "groups/RGroupFields.h"
 
+#include "groups/RGroupTables.h"
 #include "groups/RTrackFields.h"
 #include "groups/RTrackTables.h"
 
 #include <array>
+#include <initializer_list>
+#include <vector>
 
 namespace kavu {
 
@@ -321,14 +324,22 @@ constexpr auto kCommentFields = std::to_array<Field>({
      .element = "Comments"},
 });
 
-void append(std::vector<Field>& all, const RecorderPart& list) {
-    all.push_back(*list.count);
-    all.insert(all.end(), list.fields.begin(), list.fields.end());
+using Table = std::span<const Field>;
+
+std::vector<Field> joined(std::initializer_list<Table> tables) {
+    std::vector<Field> all;
+    for (const auto table : tables) {
+        all.insert(all.end(), table.begin(), table.end());
+    }
+    return all;
 }
 
-template <typename Fields>
-void append(std::vector<Field>& all, const Fields& fields) {
-    all.insert(all.end(), fields.begin(), fields.end());
+std::vector<Field> singlesOf(std::initializer_list<Table> tables) {
+    auto all = joined(tables);
+    std::erase_if(all, [](const Field& field) {
+        return !field.list.empty() || governsRows(field) || field.bridgeOnly;
+    });
+    return all;
 }
 
 }  // namespace
@@ -336,45 +347,47 @@ void append(std::vector<Field>& all, const Fields& fields) {
 std::span<const RecorderPage> recorderPages() {
     return kPages;
 }
-std::span<const Field> recorderHeadFields() {
-    return kHeadFields;
-}
-std::span<const Field> recorderMiddleFields() {
-    return kMiddleFields;
-}
-std::span<const Field> recorderIndexFields() {
-    return kIndexFields;
-}
-std::span<const Field> recorderCommentFields() {
-    return kCommentFields;
-}
-std::vector<const Field*> recorderSingleFields() {
-    std::vector<const Field*> all;
-    for (const auto part : {recorderHeadFields(), recorderMiddleFields(), recorderIndexFields(),
-                            recorderCommentFields()}) {
-        for (const auto& field : part) {
-            all.push_back(&field);
-        }
-    }
-    return all;
+
+std::span<const Field> recorderFieldsBeforeTracks() {
+    static const auto fields =
+        joined({kHeadFields, recorder::moduleFields(), recorder::mediaFields(), kMiddleFields,
+                recorder::eventFields(), recorder::eventMeasurementFields(), kIndexFields});
+    return fields;
 }
 
-std::vector<Field> recorderVocabulary() {
-    std::vector<Field> all;
-    append(all, kHeadFields);
-    append(all, moduleList());
-    append(all, mediaList());
-    append(all, kMiddleFields);
-    append(all, eventList());
-    append(all, eventMeasurementList());
-    append(all, kIndexFields);
-    append(all, trackFields());
-    for (const auto& type : channelTypes()) {
-        append(all, type.fields);
+std::span<const Field> recorderFieldsBehindTracks() {
+    static const auto fields = joined({recorder::referenceFields(), kCommentFields});
+    return fields;
+}
+
+std::span<const Field> recorderSingleFields() {
+    static const auto fields =
+        singlesOf({recorderFieldsBeforeTracks(), recorderFieldsBehindTracks()});
+    return fields;
+}
+
+std::span<const Field> recorderColumns(std::string_view count) {
+    for (const auto table :
+         {recorder::moduleFields(), recorder::mediaFields(), recorder::eventFields(),
+          recorder::eventMeasurementFields(), recorder::referenceFields()}) {
+        if (table.front().code == count) {
+            return table.subspan(1);
+        }
     }
-    append(all, referenceTrackList());
-    append(all, kCommentFields);
-    return all;
+    return {};
+}
+
+std::span<const Field> recorderVocabulary() {
+    static const auto fields = [] {
+        auto all = joined({recorderFieldsBeforeTracks(), trackFields()});
+        for (const auto& type : channelTypes()) {
+            all.insert(all.end(), type.fields.begin(), type.fields.end());
+        }
+        const auto rest = joined({recorderFieldsBehindTracks(), recorderBridgeFields()});
+        all.insert(all.end(), rest.begin(), rest.end());
+        return all;
+    }();
+    return fields;
 }
 
 }  // namespace kavu

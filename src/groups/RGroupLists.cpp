@@ -1,5 +1,6 @@
 // The lists of the recorder group, and what only XML knows of it.
 #include "groups/RGroupFields.h"
+#include "groups/RGroupTables.h"
 #include "groups/RTrackTables.h"
 
 #include <array>
@@ -324,35 +325,23 @@ constexpr auto kBridgeFields = std::to_array<Field>({
      .bridgeOnly = true},
 });
 
-/// A table whose first row is the count of the others.
-template <std::size_t N>
-RecorderPart listOf(const std::array<Field, N>& fields) {
-    return {std::span<const Field>(fields).subspan(1), fields.data()};
-}
-
 }  // namespace
 
-const RecorderPart& moduleList() {
-    static const auto list = listOf(kModuleFields);
-    return list;
+std::span<const Field> recorder::moduleFields() {
+    return kModuleFields;
 }
-const RecorderPart& mediaList() {
-    static const auto list = listOf(kMediaFields);
-    return list;
+std::span<const Field> recorder::mediaFields() {
+    return kMediaFields;
 }
-const RecorderPart& eventList() {
-    static const auto list = listOf(kEventFields);
-    return list;
+std::span<const Field> recorder::eventFields() {
+    return kEventFields;
 }
-const RecorderPart& eventMeasurementList() {
-    static const auto list = listOf(kEventMeasurementFields);
-    return list;
+std::span<const Field> recorder::eventMeasurementFields() {
+    return kEventMeasurementFields;
 }
-const RecorderPart& referenceTrackList() {
-    static const auto list = listOf(kReferenceFields);
-    return list;
+std::span<const Field> recorder::referenceFields() {
+    return kReferenceFields;
 }
-
 std::span<const Field> recorderBridgeFields() {
     return kBridgeFields;
 }

@@ -1,5 +1,6 @@
 #include "groups/RTracks.h"
 
+#include "core/Text.h"
 #include "core/UserInterface.h"
 
 #include <algorithm>
@@ -15,95 +16,130 @@ std::size_t columnOf(std::string_view code) {
     return static_cast<std::size_t>(it - fields.begin());
 }
 
-/// What a column holds for what the file says. Two columns have but two values: all that is
-/// not the one is the other.
+/// True for a column in which all that is not the one value is the other.
+bool hasTwoValues(const Field& field) {
+    return field.code == "TK3-n" || field.code == "CHE-n";
+}
+
 std::string normalised(const Field& field, std::string value) {
-    if (value.empty()) {
-        return std::string(field.missing);
+    if (value.empty() || !hasTwoValues(field)) {
+        return value;
     }
-    if (field.code == "TK3-n") {
-        return equalsIgnoreCase(value, "FWD") ? "FWD" : "REV";
-    }
-    if (field.code == "CHE-n") {
-        return equalsIgnoreCase(value, "T") ? "T" : "F";
-    }
-    return value;
+    const bool isDirection = field.code == "TK3-n";
+    const std::string_view one = isDirection ? "FWD" : "T";
+    const std::string_view other = isDirection ? "REV" : "F";
+    return std::string(equalsIgnoreCase(value, one) ? one : other);
 }
 
-void readDetails(FieldLookup& lookup, const ChannelType& type, int row, TrackDetails& details) {
-    const int edition = lookup.edition();
-    for (const auto* field : detailFields(type, edition)) {
-        if (auto value = lookup.value(*field, row); !value.empty()) {
-            details.values[detailKey(type, *field)] = std::move(value);
-        }
-    }
-    const auto* count = itemCount(type, edition);
-    if (count == nullptr) {
-        return;
-    }
-    const auto number = lookup.openCount(*count, type.fields, row);
-    if (!number) {
-        return;
-    }
-    const auto fields = itemFields(type, edition);
-    auto& items = details.items[std::string(count->code)];
-    items.resize(static_cast<std::size_t>(*number));
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        for (const auto* field : fields) {
-            items[i].push_back(lookup.value(*field, row, static_cast<int>(i) + 1));
-        }
-    }
-}
-
-class Collector {
+/// Reads the tracks of one file.
+class TrackReader {
   public:
-    explicit Collector(int edition) : edition_(edition) {}
+    TrackReader(GroupSource& source, int edition)
+        : source_(source), edition_(edition), rowsLeft_(source.kept().size()) {}
 
-    void add(const Field& field, const std::string& value, int n, int m = 0) {
-        if (value.empty()) {
-            return;
-        }
-        GroupCommand command{indexedCode(field.code, n, m), value};
-        if (field.choices.empty()) {
-            commands.written.push_back(std::move(command));
-            return;
-        }
-        const auto* choice = choiceOfValue(field, edition_, value);
-        auto& list = choice == nullptr ? commands.refused : commands.written;
-        command.value = choice == nullptr ? value : std::string(choice->value);
-        list.push_back(std::move(command));
-    }
-    void addCount(const Field& field, std::size_t count, int n) {
-        commands.written.push_back({indexedCode(field.code, n), std::to_string(count)});
-    }
-
-    TrackCommands commands;
+    [[nodiscard]] Track read(std::size_t row);
 
   private:
+    [[nodiscard]] std::string value(const Field& field, RowNumbers at);
+    [[nodiscard]] std::size_t countItems(const Field& count, std::size_t row);
+    void readDetails(const ChannelType& type, std::size_t row, TrackDetails& details);
+
+    GroupSource& source_;
     int edition_;
+    /// How many items more than are believed anyway all tracks together may have: what the
+    /// file has no commands for is no item.
+    std::size_t rowsLeft_;
 };
 
-void addDetails(Collector& collector, const ChannelType& type, const TrackDetails& details,
-                int edition, int row) {
+std::string TrackReader::value(const Field& field, RowNumbers at) {
+    if (!isKnownIn(edition_, field)) {
+        return {};
+    }
+    if (!field.choices.empty() && !hasTwoValues(field)) {
+        auto raw = source_.peek(field, at);
+        if (choiceOfValue(field, edition_, raw) == nullptr && !raw.empty()) {
+            return raw;
+        }
+    }
+    return source_.value(field, at);
+}
+
+std::size_t TrackReader::countItems(const Field& count, std::size_t row) {
+    constexpr std::size_t kBelieved = 256;
+    const auto number = source_.count(count, {row, 0});
+    if (number <= kBelieved) {
+        return number;
+    }
+    const auto more = std::min(number - kBelieved, rowsLeft_);
+    rowsLeft_ -= more;
+    return kBelieved + more;
+}
+
+void TrackReader::readDetails(const ChannelType& type, std::size_t row, TrackDetails& details) {
+    for (const auto* field : detailFields(type, edition_)) {
+        if (auto text = value(*field, {row, 0}); !text.empty()) {
+            details.values[detailKey(type, *field)] = std::move(text);
+        }
+    }
+    const auto* count = itemCount(type, edition_);
+    if (count == nullptr || source_.peek(*count, {row, 0}).empty()) {
+        return;
+    }
+    const auto fields = itemFields(type, edition_);
+    auto& items = details.items[std::string(count->code)];
+    items.resize(countItems(*count, row));
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        for (const auto* field : fields) {
+            items[i].push_back(value(*field, {row, i + 1}));
+        }
+    }
+}
+
+Track TrackReader::read(std::size_t row) {
+    Track track;
+    track.fileRow = row;
+    for (const auto& field : trackFields()) {
+        track.values.push_back(normalised(field, value(field, {row, 0})));
+        if (track.values.front().empty()) {
+            return track;
+        }
+    }
+    if (const auto* type = typeOf(track, edition_)) {
+        readDetails(*type, row, track.details);
+    }
+    return track;
+}
+
+void writeValue(GroupWriter& writer, int edition, const Field& field, const std::string& value,
+                RowNumbers at) {
+    if (!isKnownIn(edition, field)) {
+        return;
+    }
+    if (field.choices.empty()) {
+        writer.write(field, value, at);
+    } else if (const auto* choice = choiceOfValue(field, edition, value)) {
+        writer.write(field, choice->value, at);
+    }
+}
+
+void writeDetails(GroupWriter& writer, int edition, const ChannelType& type,
+                  const TrackDetails& details, std::size_t row) {
     for (const auto* field : detailFields(type, edition)) {
         if (const auto it = details.values.find(detailKey(type, *field));
             it != details.values.end()) {
-            collector.add(*field, it->second, row);
+            writeValue(writer, edition, *field, it->second, {row, 0});
         }
     }
     const auto* count = itemCount(type, edition);
-    if (count == nullptr) {
+    const auto items = details.items.find(count == nullptr ? std::string_view() : count->code);
+    if (items == details.items.end()) {
         return;
     }
-    const auto it = details.items.find(count->code);
-    if (it == details.items.end()) {
-        return;
-    }
-    collector.addCount(*count, it->second.size(), row);
+    writer.write(*count, std::to_string(items->second.size()), {row, 0});
     const auto fields = itemFields(type, edition);
-    for (std::size_t i = 0; i < it->second.size(); ++i) {
+    for (std::size_t i = 0; i < items->second.size(); ++i) {
         for (std::size_t column = 0; column < fields.size(); ++column) {
-            collector.add(*fields[column], it->second[i][column], row, static_cast<int>(i) + 1);
+            writeValue(writer, edition, *fields[column], items->second[i][column], {row, i + 1});
         }
     }
 }
@@ -153,7 +189,8 @@ const Field* itemCount(const ChannelType& type, int edition) {
 }
 
 std::string detailKey(const ChannelType& type, const Field& field) {
-    return std::string(field.code == "CDLN-n" ? type.linkKey : plainCode(field.code));
+    return std::string(field.code == "CDLN-n" ? type.linkKey
+                                              : field.code.substr(0, field.code.find('-')));
 }
 
 const Choice* choiceOfValue(const Field& field, int edition, std::string_view stored) {
@@ -182,50 +219,33 @@ std::string valueOfText(const Field& field, int edition, std::string_view shown)
     return std::string(shown.empty() || it == field.choices.end() ? shown : it->value);
 }
 
-bool readTracks(FieldLookup& lookup, UserInterface* parent, int count, std::vector<Track>& tracks) {
-    const auto fields = trackFields();
-    for (int row = 1; row <= count; ++row) {
+bool readTracks(GroupSource& source, UserInterface* parent, int edition, std::size_t count,
+                std::vector<Track>& tracks) {
+    TrackReader reader(source, edition);
+    for (std::size_t row = 1; row <= std::min(count, kMostTracks); ++row) {
         if (cancelRequested(parent)) {
             return false;
         }
-        Track track;
-        track.fileRow = row;
-        for (const auto& field : fields) {
-            track.values.push_back(lookup.value(field, row));
-            if (track.values.front().empty()) {
-                break;
-            }
-            if (isKnownIn(lookup.edition(), field)) {
-                track.values.back() = normalised(field, std::move(track.values.back()));
-            }
+        auto track = reader.read(row);
+        if (!trackValue(track, "TK1-n").empty()) {
+            tracks.push_back(std::move(track));
         }
-        if (track.values.front().empty()) {
-            continue;
-        }
-        if (const auto* type = typeOf(track, lookup.edition())) {
-            readDetails(lookup, *type, row, track.details);
-        }
-        tracks.push_back(std::move(track));
     }
     return true;
 }
 
-TrackCommands trackCommands(const std::vector<Track>& tracks, int edition) {
-    Collector collector(edition);
+void writeTracks(GroupWriter& writer, const std::vector<Track>& tracks, int edition) {
     const auto fields = trackFields();
-    int row = 0;
+    std::size_t row = 0;
     for (const auto& track : tracks) {
         ++row;
         for (std::size_t i = 0; i < fields.size() && i < track.values.size(); ++i) {
-            if (isKnownIn(edition, fields[i])) {
-                collector.add(fields[i], track.values[i], row);
-            }
+            writeValue(writer, edition, fields[i], track.values[i], {row, 0});
         }
         if (const auto* type = typeOf(track, edition)) {
-            addDetails(collector, *type, track.details, edition, row);
+            writeDetails(writer, edition, *type, track.details, row);
         }
     }
-    return std::move(collector.commands);
 }
 
 void TrackMemory::keep(const Track& track) {

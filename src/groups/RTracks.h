@@ -2,7 +2,7 @@
 // from the group file, held while they are edited, and written.
 #pragma once
 
-#include "groups/RLookup.h"
+#include "groups/GroupRecord.h"
 #include "groups/RTrackFields.h"
 
 #include <map>
@@ -28,7 +28,7 @@ struct Track {
     /// As stored, by the order of `trackFields`.
     std::vector<std::string> values{};
     TrackDetails details{};
-    int fileRow = 0;  ///< the number it was read under; 0 for a new track
+    std::size_t fileRow = 0;  ///< the number it was read under; 0 for a new track
 
     bool operator==(const Track&) const = default;
 };
@@ -56,18 +56,15 @@ void setTrackValue(Track& track, std::string_view code, std::string value);
 /// The entry of a choice that a stored value names, whatever the case, or null.
 [[nodiscard]] const Choice* choiceOfValue(const Field& field, int edition, std::string_view stored);
 
-/// The tracks 1 to `count`; a row without a track number is skipped. False if the user has
-/// cancelled.
-[[nodiscard]] bool readTracks(FieldLookup& lookup, UserInterface* parent, int count,
-                              std::vector<Track>& tracks);
+/// The tracks 1 to `count`; a row without a track number is skipped. A choice with a value
+/// that is no entry keeps it, but it counts as one that was not read: it can not be written.
+/// False if the user has cancelled, which is asked before each track.
+[[nodiscard]] bool readTracks(GroupSource& source, UserInterface* parent, int edition,
+                              std::size_t count, std::vector<Track>& tracks);
 
-/// The commands of the tracks, in the order in which they are written, and apart from them
-/// those with values that are no entry of their choice: these are not written.
-struct TrackCommands {
-    std::vector<GroupCommand> written{};
-    std::vector<GroupCommand> refused{};
-};
-[[nodiscard]] TrackCommands trackCommands(const std::vector<Track>& tracks, int edition);
+/// Writes the tracks, numbered by their place, each with the details of its type. A value that
+/// is no entry of its choice is left out.
+void writeTracks(GroupWriter& writer, const std::vector<Track>& tracks, int edition);
 
 /// Holds what deleted tracks had, under their track numbers: a new track with the number of
 /// an old one has its details again.

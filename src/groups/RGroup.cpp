@@ -1,0 +1,225 @@
+#include "groups/RGroup.h"
+
+#include "core/Clock.h"
+#include "core/FileReports.h"
+#include "core/GroupFiles.h"
+#include "core/Messages.h"
+#include "core/Text.h"
+#include "core/TmatsDocument.h"
+#include "core/UserInterface.h"
+#include "groups/DataSources.h"
+
+#include <algorithm>
+#include <array>
+#include <unordered_map>
+
+namespace kavu {
+
+namespace {
+
+constexpr auto kSteps = std::to_array<LoadStep>({
+    {"R1", 10},
+    {"NSB", 20},
+    {"RI3", 30},
+    {"POC4", 40},
+    {"DPOC4", 45},
+    {"RMM\\N", 50},
+    {"EV\\N", 60},
+    {"IDX\\ICV", 70},
+    {"RT\\N", 90},
+});
+
+const Field& trackCountField() {
+    const auto fields = recorderSingleFields();
+    return *std::find_if(fields.begin(), fields.end(),
+                         [](const Field& field) { return field.code == "N"; });
+}
+
+/// Cut to the two characters of the field a longer number would be another number.
+std::size_t readTrackCount(GroupSource& source, GroupRow& record) {
+    const auto& field = trackCountField();
+    const auto text = source.peek(field);
+    const auto count = clampedCount(text, kMostTracks);
+    if (text.size() > field.limit) {
+        record.set(field.code, std::to_string(count));
+    }
+    return count;
+}
+
+void noteEmptyLists(GroupSource& source, int edition, RecorderGroup& group) {
+    for (const auto table : {recorderFieldsBeforeTracks(), recorderFieldsBehindTracks()}) {
+        for (const auto& field : table) {
+            if (governsRows(field) && field.list.empty() && isKnownIn(edition, field) &&
+                group.record.rows(field.code).empty() && !source.peek(field).empty()) {
+                group.emptyLists.emplace(field.code);
+            }
+        }
+    }
+}
+
+bool readGroup(GroupSource& source, UserInterface* parent, int edition, RecorderGroup& group) {
+    if (!source.readTable(recorderFieldsBeforeTracks(), group.record, kSteps)) {
+        return false;
+    }
+    const auto count = readTrackCount(source, group.record);
+    if (!readTracks(source, parent, edition, count, group.tracks) ||
+        !source.readTable(recorderFieldsBehindTracks(), group.record, kSteps)) {
+        return false;
+    }
+    for (const auto& track : group.tracks) {
+        group.rowsRead.insert(track.fileRow);
+    }
+    noteEmptyLists(source, edition, group);
+    return true;
+}
+
+void beginGroup(DocumentContext& context, UserInterface* parent, RecorderGroup& group) {
+    constexpr int kNotFound = 310;
+    context.messages.show(parent, -kNotFound, title::kNote, kNoteBox);
+    for (const auto& field : knownFields(recorderSingleFields(), context.document.version)) {
+        group.record.set(field.code, field.missing);
+    }
+    group.record.set("RI4",
+                     presentDate(context.clock, FieldKind::DateTime, context.document.version));
+}
+
+/// True for a field of one of the lists that are no tracks.
+bool isOfAnotherList(std::string_view field) {
+    const auto isIt = [&](const Field& other) {
+        return !other.list.empty() &&
+               equalsIgnoreCase(field, other.code.substr(0, other.code.find('-')));
+    };
+    return std::any_of(recorderFieldsBeforeTracks().begin(), recorderFieldsBeforeTracks().end(),
+                       isIt) ||
+           std::any_of(recorderFieldsBehindTracks().begin(), recorderFieldsBehindTracks().end(),
+                       isIt);
+}
+
+std::vector<Field> withEmptyLists(std::span<const Field> table, const RecorderGroup& group) {
+    std::vector<Field> fields(table.begin(), table.end());
+    for (auto& field : fields) {
+        field.writesZero = group.emptyLists.contains(field.code);
+    }
+    return fields;
+}
+
+bool isBlank(const GroupRow& row) {
+    return std::all_of(row.values.begin(), row.values.end(),
+                       [](const auto& value) { return value.second.empty(); });
+}
+
+/// Rows of measurements without any value are not written and do not count.
+GroupRow withoutBlankMeasurements(GroupRow record) {
+    for (auto& event : record.lists["EV\\N"]) {
+        if (const auto rows = event.lists.find("EV\\PM\\N-n"); rows != event.lists.end()) {
+            std::erase_if(rows->second, isBlank);
+        }
+    }
+    return record;
+}
+
+void countTracks(RecorderGroup& group) {
+    group.record.set("N", std::to_string(group.tracks.size()));
+}
+
+}  // namespace
+
+std::optional<RecorderGroup> readRecorder(DocumentContext& context, UserInterface* parent,
+                                          const std::string& source) {
+    constexpr int kUnableToEdit = 85;
+    RecorderGroup group;
+    group.source = source;
+    const int found = findGroupIndex(context, parent, 'R', source);
+    group.index = found > 0 ? found : -findGroupIndex(context, parent, 'R', {});
+    if (group.index > kMostGroupIndex) {
+        context.messages.show(parent, kUnableToEdit, title::kError, kErrorBox,
+                              groupKind('R').messageName);
+        return std::nullopt;
+    }
+    setStatusText(parent, "Initializing Tape Data Source Information...");
+    GroupSource file(context, parent, 'R', group.index);
+    if (isMissing(file.status())) {
+        beginGroup(context, parent, group);
+    } else if (!file.status().ok()) {
+        reportUnableToRead(parent, file.status());
+        return std::nullopt;
+    } else if (!readGroup(file, parent, context.document.version, group)) {
+        setProgressBar(parent, -1);
+        return std::nullopt;
+    }
+    group.record.set("ID", source);
+    group.kept = std::move(file.kept());
+    setProgressBar(parent, -1);
+    setStatusText(parent, "Edit Recorder/Reproducer Information.");
+    return group;
+}
+
+std::string recorderText(const RecorderGroup& group, int edition) {
+    const auto record = withoutBlankMeasurements(group.record);
+    GroupWriter writer('R', group.index);
+    writer.writeTable(withEmptyLists(recorderFieldsBeforeTracks(), group), record, edition);
+    writeTracks(writer, group.tracks, edition);
+    writer.writeTable(withEmptyLists(recorderFieldsBehindTracks(), group), record, edition);
+    return writer.text();
+}
+
+KeptCommands recorderLeftovers(const RecorderGroup& group) {
+    std::unordered_map<std::size_t, std::size_t> numbers;
+    for (std::size_t i = 0; i < group.tracks.size(); ++i) {
+        numbers[group.tracks[i].fileRow] = i + 1;
+    }
+    const auto prefix = codePrefix('R', group.index);
+    auto kept = group.kept;
+    kept.recode([&](std::string& code) {
+        const auto dash = code.find('-', prefix.size());
+        if (!startsWithIgnoreCase(code, prefix) || dash == std::string::npos ||
+            isOfAnotherList(std::string_view(code).substr(prefix.size(), dash - prefix.size()))) {
+            return true;
+        }
+        const auto row = clampedCount(std::string_view(code).substr(dash + 1), kMostTracks);
+        if (!group.rowsRead.contains(row)) {
+            return true;
+        }
+        const auto now = numbers.find(row);
+        if (now == numbers.end()) {
+            return false;
+        }
+        const auto end = std::find_if_not(code.begin() + static_cast<std::ptrdiff_t>(dash) + 1,
+                                          code.end(), isDigit);
+        code =
+            code.substr(0, dash + 1) + std::to_string(now->second) + std::string(end, code.end());
+        return true;
+    });
+    return kept;
+}
+
+bool storeRecorder(DocumentContext& context, UserInterface* parent, const RecorderGroup& group) {
+    return storeGroup(context, parent, 'R', group.index,
+                      recorderText(group, context.document.version), recorderLeftovers(group));
+}
+
+bool setTrackCount(const Messages& messages, UserInterface* parent, RecorderGroup& group,
+                   const std::string& number) {
+    constexpr int kFewerThanTracks = 312;
+    const auto tracks = static_cast<int>(group.tracks.size());
+    if (static_cast<int>(clampedCount(number, kMostTracks)) < tracks) {
+        messages.show(parent, kFewerThanTracks, title::kError, kErrorBox, tracks, tracks);
+        return false;
+    }
+    group.record.set("N", number);
+    return true;
+}
+
+void addTrack(RecorderGroup& group, Track track) {
+    track.details = group.memory.find(trackValue(track, "TK1-n"));
+    group.tracks.push_back(std::move(track));
+    countTracks(group);
+}
+
+void deleteTrack(RecorderGroup& group, std::size_t row) {
+    group.memory.keep(group.tracks[row]);
+    group.tracks.erase(group.tracks.begin() + static_cast<std::ptrdiff_t>(row));
+    countTracks(group);
+}
+
+}  // namespace kavu

@@ -1,0 +1,59 @@
+// The recorder/reproducer group of a data source: read from its group file, held while it is
+// edited, and written anew.
+#pragma once
+
+#include "groups/GroupRecord.h"
+#include "groups/RGroupFields.h"
+#include "groups/RTracks.h"
+
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace kavu {
+
+class Messages;
+struct DocumentContext;
+
+struct RecorderGroup {
+    int index = 0;         ///< of the group file, 1 to 99
+    std::string source{};  ///< the data source it belongs to
+    GroupRow record{};     ///< all but the tracks
+    std::vector<Track> tracks{};
+    TrackMemory memory{};
+    /// Counts of the file that are 0; they stay as long as their list is empty.
+    std::set<std::string, std::less<>> emptyLists{};
+    std::set<std::size_t> rowsRead{};  ///< the numbers under which the file has tracks
+    KeptCommands kept{};
+};
+
+/// Reads the group of a data source. Without a group file it is a new one, made now, with the
+/// next free number (message 310). Nothing if the user has cancelled, if the file can not be
+/// read or if all 99 numbers are taken (85); the latter two have been reported.
+[[nodiscard]] std::optional<RecorderGroup> readRecorder(DocumentContext& context,
+                                                        UserInterface* parent,
+                                                        const std::string& source);
+
+/// The new text of the group file, without the commands that are to be kept.
+[[nodiscard]] std::string recorderText(const RecorderGroup& group, int edition);
+/// What of the file is no part of the record, under the numbers that the tracks have now. What
+/// belongs to a deleted track is gone with it.
+[[nodiscard]] KeptCommands recorderLeftovers(const RecorderGroup& group);
+/// Writes the group file; see `storeGroup`.
+[[nodiscard]] bool storeRecorder(DocumentContext& context, UserInterface* parent,
+                                 const RecorderGroup& group);
+
+// --- Edits with rules of their own ------------------------------------------------------------
+
+/// The number of tracks as a person enters it. Message 312 if it is less than there are tracks,
+/// and false; the group is as it was then.
+[[nodiscard]] bool setTrackCount(const Messages& messages, UserInterface* parent,
+                                 RecorderGroup& group, const std::string& number);
+/// Adds a track with the details that its number had before, if it had any. The number of
+/// tracks is then that of the list.
+void addTrack(RecorderGroup& group, Track track);
+/// Deletes a track, whose details are remembered. The number of tracks is then that of the list.
+void deleteTrack(RecorderGroup& group, std::size_t row);
+
+}  // namespace kavu

@@ -1,0 +1,18 @@
+// The lists of the recorder group, each with its count in front. For the tables only:
+// everybody else takes `RGroupFields.h`.
+#pragma once
+
+#include "core/Vocabulary.h"
+
+#include <span>
+
+namespace kavu::recorder {
+
+[[nodiscard]] std::span<const Field> moduleFields();
+[[nodiscard]] std::span<const Field> mediaFields();
+[[nodiscard]] std::span<const Field> eventFields();
+/// The measurements to process of an event: "-n" is the event.
+[[nodiscard]] std::span<const Field> eventMeasurementFields();
+[[nodiscard]] std::span<const Field> referenceFields();
+
+}  // namespace kavu::recorder
