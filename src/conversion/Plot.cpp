@@ -127,8 +127,7 @@ std::optional<DrawingPoint> Plot::map(double x, double y) const {
 }
 
 std::optional<DrawingPoint> Plot::valuesAt(DrawingPoint pixel) const {
-    if (surface_ == nullptr || !rect_.contains(pixel) || rect_.width() <= 0 ||
-        rect_.height() <= 0) {
+    if (!framed_ || !rect_.contains(pixel) || rect_.width() <= 0 || rect_.height() <= 0) {
         return std::nullopt;
     }
     return DrawingPoint{(pixel.x - rect_.left) / rect_.width() * xAxis_.span - xAxis_.offset,
@@ -194,6 +193,7 @@ DrawingRect Plot::place(const PlotFrame& frame) const {
 
 bool Plot::drawFrame(DrawingSurface* surface, const PlotFrame& frame) {
     surface_ = surface;
+    framed_ = false;
     if (surface_ == nullptr || (surface_->isPage() && !surface_->startPage())) {
         surface_ = nullptr;
         return false;
@@ -232,6 +232,7 @@ bool Plot::drawFrame(DrawingSurface* surface, const PlotFrame& frame) {
         fail("Unable to create pen.");
         return false;
     }
+    framed_ = true;
     drawXLabels();
     drawTitles(frame, drawYLabels());
     if (surface_->isPage() && frame.advance) {

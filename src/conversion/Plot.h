@@ -56,8 +56,13 @@ class Plot {
     /// Draws a series by its number from 1. With `sorted` its points are taken by rising x.
     /// False if no frame is up, or there is no point, or a point has no place.
     bool drawSeries(int number, std::span<const double> x, std::span<const double> y, bool sorted);
-    /// Forgets the surface.
-    void endFrame() { surface_ = nullptr; }
+    /// The surface goes; the scale of the frame stays for `map` and `valuesAt`.
+    void releaseSurface() { surface_ = nullptr; }
+    /// Forgets the surface and the frame.
+    void endFrame() {
+        surface_ = nullptr;
+        framed_ = false;
+    }
 
     /// The rectangle of the frame that is up, in pixels; and where a value is in it.
     [[nodiscard]] const DrawingRect& rectangle() const { return rect_; }
@@ -80,6 +85,7 @@ class Plot {
     [[nodiscard]] double labelHeight() const;
 
     DrawingSurface* surface_ = nullptr;
+    bool framed_ = false;  ///< the rectangle and the axes are those of a frame
     DrawingRect rect_;
     PlotAxis xAxis_;
     PlotAxis yAxis_;

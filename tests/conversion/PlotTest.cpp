@@ -335,6 +335,9 @@ TEST(ValuesAt, GoesBackFromAPixel) {
     EXPECT_EQ(values->x, 2.5);
     EXPECT_EQ(values->y, 5);
     EXPECT_FALSE(f.plot.valuesAt({99, 150}));
+    f.plot.releaseSurface();
+    EXPECT_TRUE(f.plot.valuesAt({150, 150})) << "a pointer moves long after the drawing";
+    EXPECT_FALSE(f.plot.drawSeries(1, Values{1}, Values{1}, false));
     f.plot.endFrame();
     EXPECT_FALSE(f.plot.valuesAt({150, 150}));
 }

@@ -1,0 +1,28 @@
+// A plot on paper and in files.
+#pragma once
+
+#include "app/framework/FormContext.h"
+
+#include <functional>
+#include <string>
+
+class QPagedPaintDevice;
+class QWidget;
+
+namespace kavu {
+
+class DrawingSurface;
+
+/// Draws a page; false if there is nothing to show.
+using DrawPage = std::function<bool(DrawingSurface&)>;
+
+/// Asks for a printer and prints one page. What fails is reported under `title`.
+void printPlot(FormContext& form, const std::string& title, const DrawPage& draw, QWidget* parent);
+/// Asks for a file and writes the page as PDF, or the picture as SVG by the file's ending. What
+/// fails is reported under `title`; what can not be drawn leaves the file alone.
+void savePlot(FormContext& form, const std::string& title, const DrawPage& draw);
+
+/// One page on a printer or in a PDF; false if the device failed or `draw` did.
+[[nodiscard]] bool paintPage(QPagedPaintDevice& device, const DrawPage& draw);
+
+}  // namespace kavu

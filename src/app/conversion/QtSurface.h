@@ -1,0 +1,83 @@
+// Paints what logic draws with the toolkit: on a window or a picture, and on the pages of a
+// printer or a PDF file.
+#pragma once
+
+#include "core/DrawingSurface.h"
+
+#include <vector>
+
+#include <QFont>
+#include <QPageLayout>
+#include <QPainter>
+#include <QPointF>
+#include <QRectF>
+
+class QPagedPaintDevice;
+
+namespace kavu {
+
+class QtSurface : public DrawingSurface {
+  public:
+    /// Draws in `area`, in the coordinates of the painter, which is active and outlives the
+    /// surface. `font` is that of texts without a family.
+    QtSurface(QPainter& painter, const QRectF& area, const QFont& font);
+    ~QtSurface() override;
+
+    [[nodiscard]] DrawingRect area() const override;
+    [[nodiscard]] double pixelsPerInch() const override { return kPixelsPerInch; }
+    bool setPen(const DrawingPen& pen) override;
+    void setHollowBrush() override;
+    void setSolidBrush(DrawingColour colour) override;
+    void line(DrawingPoint from, DrawingPoint to) override;
+    void rectangle(const DrawingRect& rect) override;
+    void ellipse(const DrawingRect& rect) override;
+    void polygon(std::span<const DrawingPoint> points) override;
+    [[nodiscard]] DrawingSize textSize(std::string_view text,
+                                       const DrawingFont& font) const override;
+    void text(DrawingPoint at, std::string_view text, const DrawingFont& font) override;
+    void clip(const DrawingRect& rect) override;
+    void releaseClip() override;
+
+    /// The toolkit scales windows and pages itself, so that a pixel is the same everywhere.
+    static constexpr double kPixelsPerInch = 96;
+
+  protected:
+    /// Paints the segments that wait for their successors.
+    void endPath();
+
+  private:
+    [[nodiscard]] QFont fontOf(const DrawingFont& font) const;
+
+    QPainter& painter_;
+    QRectF area_;
+    QFont font_;
+    std::vector<QPointF> path_;
+};
+
+/// Stands before the surface that paints with it.
+struct PagePainter {
+    QPainter onPage;
+};
+
+/// A printed page. Nothing is painted before it is started.
+class PageSurface : private PagePainter, public QtSurface {
+  public:
+    /// The device outlives the surface and has one page a surface.
+    explicit PageSurface(QPagedPaintDevice& device);
+    ~PageSurface() override;
+
+    [[nodiscard]] bool isPage() const override { return true; }
+    bool startPage() override;
+    [[nodiscard]] double textLine() const override { return textLine_; }
+    void setTextLine(double line) override { textLine_ = line; }
+    [[nodiscard]] double lineHeight() const override;
+    /// Ends the page; false if it could not be started or finished.
+    bool finish();
+
+  private:
+    QPagedPaintDevice& device_;
+    bool started_ = false;
+    double textLine_ = 0;
+};
+
+}  // namespace kavu
