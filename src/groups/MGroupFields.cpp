@@ -1,0 +1,211 @@
+#include "groups/MGroupFields.h"
+
+#include "core/Text.h"
+
+#include <algorithm>
+#include <array>
+
+namespace kavu {
+
+namespace {
+
+constexpr std::string_view kPage = "multiplex_info";
+constexpr std::string_view kRows = "SI\\N";
+constexpr std::string_view kComposite = "Composite Signal Structure";
+constexpr std::string_view kBaseband = "Baseband Signal";
+constexpr std::string_view kFilter = "Low Pass Filter";
+constexpr std::string_view kSubcarriers = "Sub Carriers";
+
+constexpr auto kStructures = std::to_array<Choice>({
+    {"PCM", "PCM", "PCM"},
+    {"PAM", "PAM", "PAM"},
+    {"ANALOG", "ANALOG", "Analog"},
+    {"SCO's", "SCO's", "SCO's"},
+    {"OTHER", "OTHER", "Other"},
+    {"ANA/SCO", "ANA/SCO", "ANA/SCO"},
+    {"PAM/SCO", "PAM/SCO", "PAM/SCO"},
+    {"PCM/SCO", "PCM/SCO", "PCM/SCO"},
+});
+// The tails in small letters are there because the leftmost characters are what is stored.
+constexpr auto kSenses = std::to_array<Choice>({
+    {"POS", "POSitive", "Positive"},
+    {"NEG", "NEGative", "Negative"},
+});
+constexpr auto kSignals = std::to_array<Choice>({
+    {"PCM", "PCM", "PCM"},
+    {"ANA", "ANALOG", "Analog"},
+    {"PAM", "PAM", "PAM"},
+    {"OTH", "OTHER", "Other"},
+    {"NON", "NONE", "None"},
+});
+constexpr auto kDataTypes = std::to_array<Choice>({
+    {"PCM", "PCM", "PCM"},
+    {"ANA", "ANAlog", "Analog"},
+    {"PAM", "PAM", "PAM"},
+    {"OTH", "OTHer", "Other"},
+});
+constexpr auto kFilterTypes = std::to_array<Choice>({
+    {"CA", "CA - Constant Amplitude", "Constant Amplitude"},
+    {"CD", "CD - Constant Delay", "Constant Delay"},
+    {"OTH", "OTH - Other", "", 0, 1996},
+    {"OT", "OT - Other", "Other", 1999},
+});
+constexpr auto kYesNo = std::to_array<Choice>({
+    {"Y", "Yes", "Yes"},
+    {"N", "No", "No"},
+});
+
+constexpr auto kFields = std::to_array<Field>({
+    {.code = "ID", .limit = 32, .element = "../@Name"},
+    {.code = "BB1",
+     .label = "Type:",
+     .box = kComposite,
+     .page = kPage,
+     .limit = 7,
+     .kind = FieldKind::Choice,
+     .element = "CompositeSignalStructure/SignalStructureType",
+     .elementRead = "CompositeSignalStructures/SignalStructureType",
+     .choices = kStructures},
+    {.code = "BB2",
+     .label = "Modulation Sense:",
+     .box = kComposite,
+     .page = kPage,
+     .limit = 3,
+     .kind = FieldKind::Choice,
+     .element = "CompositeSignalStructure/ModulationSense",
+     .elementRead = "CompositeSignalStructures/ModulationSense",
+     .choices = kSenses},
+    {.code = "BB3",
+     .label = "Composite LPF Bandwidth:",
+     .box = kComposite,
+     .page = kPage,
+     .limit = 6,
+     .element = "CompositeSignalStructure/CompositeLPFBandwidth",
+     .elementRead = "CompositeSignalStructures/CompositeLPFBandwidth",
+     .unit = "KHz"},
+    {.code = "BSG1",
+     .label = "Signal Type",
+     .box = kBaseband,
+     .page = kPage,
+     .limit = 3,
+     .kind = FieldKind::Choice,
+     .element = "BasebandSignal/SignalType",
+     .choices = kSignals},
+    {.code = "BSF1",
+     .label = "Bandwidth:",
+     .box = kFilter,
+     .page = kPage,
+     .limit = 6,
+     .element = "BasebandSignal/LowPassFilter/Bandwidth",
+     .unit = "KHz"},
+    {.code = "BSF2",
+     .label = "Type:",
+     .box = kFilter,
+     .page = kPage,
+     .limit = 2,
+     .kind = FieldKind::Choice,
+     .element = "BasebandSignal/LowPassFilter/Type",
+     .choices = kFilterTypes,
+     .limit1996 = 3},
+    {.code = "BB\\MN", .limit = 32, .element = "BasebandSignal/MeasurementName"},
+    {.code = "BB\\DLN", .limit = 32, .element = "BasebandSignal/DataLinkName"},
+    {.code = "SCO\\N",
+     .label = "Total Number Of Sub Carriers:",
+     .box = kSubcarriers,
+     .page = kPage,
+     .limit = 2},
+    {.code = kRows, .kind = FieldKind::Count, .rows = kMostSubcarriers, .writesZero = true},
+    {.code = "SI1-n",
+     .label = "SCO Number",
+     .limit = 5,
+     .element = "Subcarriers/IRIGSubcarrier/Number",
+     .list = kRows},
+    {.code = "SI2-n",
+     .label = "Data Type",
+     .limit = 3,
+     .kind = FieldKind::Choice,
+     .element = "Subcarriers/IRIGSubcarrier/DataType",
+     .choices = kDataTypes,
+     .list = kRows,
+     .missing = "OTH"},
+    {.code = "SI3-n",
+     .label = "Modulation Sense",
+     .limit = 3,
+     .kind = FieldKind::Choice,
+     .element = "Subcarriers/IRIGSubcarrier/ModulationSense",
+     .choices = kSenses,
+     .list = kRows,
+     .missing = "NEG"},
+    {.code = "SIF1-n",
+     .label = "Low Pass Filter Bandwidth",
+     .limit = 6,
+     .element = "Subcarriers/IRIGSubcarrier/LowPassFilter/Bandwidth",
+     .list = kRows},
+    {.code = "SIF2-n",
+     .label = "Low Pass Filter Type",
+     .limit = 2,
+     .kind = FieldKind::Choice,
+     .element = "Subcarriers/IRIGSubcarrier/LowPassFilter/Type",
+     .choices = kFilterTypes,
+     .limit1996 = 3,
+     .list = kRows,
+     .missing = "OT"},
+    {.code = "SI\\MN-n",
+     .label = "Measurement Name",
+     .limit = 32,
+     .element = "Subcarriers/IRIGSubcarrier/MeasurementName",
+     .list = kRows},
+    {.code = "SI\\DLN-n",
+     .label = "Data Link Name",
+     .limit = 32,
+     .element = "Subcarriers/IRIGSubcarrier/DataLinkName",
+     .list = kRows},
+    {.code = "SO",
+     .label = "Other Non-Standard Subcarriers?",
+     .box = kSubcarriers,
+     .page = kPage,
+     .limit = 1,
+     .kind = FieldKind::Choice,
+     .element = "Subcarriers/Other",
+     .choices = kYesNo},
+    {.code = "RC",
+     .label = "Frequency:",
+     .box = "Reference Channel",
+     .page = kPage,
+     .limit = 6,
+     .element = "ReferenceChannel",
+     .unit = "KHz"},
+    {.code = "COM",
+     .label = "Comments:",
+     .page = kPage,
+     .kind = FieldKind::Comment,
+     .element = "Comments"},
+});
+
+constexpr auto firstOfRow() {
+    return std::find_if(kFields.begin(), kFields.end(),
+                        [](const Field& field) { return !field.list.empty(); });
+}
+constexpr auto endOfRow() {
+    return std::find_if(firstOfRow(), kFields.end(),
+                        [](const Field& field) { return field.list.empty(); });
+}
+
+}  // namespace
+
+std::span<const Field> multiplexFields() {
+    return kFields;
+}
+
+std::span<const Field> subcarrierFields() {
+    return {firstOfRow(), endOfRow()};
+}
+
+SignalName signalNameOf(std::string_view type) {
+    if (startsWithIgnoreCase(type, "PCM") || startsWithIgnoreCase(type, "PAM")) {
+        return SignalName::DataLink;
+    }
+    return startsWithIgnoreCase(type, "ANA") ? SignalName::Measurement : SignalName::None;
+}
+
+}  // namespace kavu

@@ -1,0 +1,24 @@
+// The multiplex/modulation group: its page, and the list of its subcarriers.
+#pragma once
+
+#include "core/Vocabulary.h"
+
+#include <span>
+#include <string_view>
+
+namespace kavu {
+
+inline constexpr std::size_t kMostSubcarriers = 99;
+
+/// The commands in the order in which they are written; those of a subcarrier ("-n") stand
+/// behind their count.
+[[nodiscard]] std::span<const Field> multiplexFields();
+/// The columns of a subcarrier, the part of the above with an index.
+[[nodiscard]] std::span<const Field> subcarrierFields();
+
+/// What carries a baseband signal or a subcarrier.
+enum class SignalName { None, DataLink, Measurement };
+/// PCM and PAM signals bear a data link, analog ones a measurement; others have no name.
+[[nodiscard]] SignalName signalNameOf(std::string_view type);
+
+}  // namespace kavu
