@@ -121,10 +121,6 @@ bool deleteDataSource(SourceParts& parts, UserInterface* parent, const std::stri
         undo.takeBack(parent);
         return false;
     }
-    // A stream in memory may have lost its files, or have other numbers now.
-    if (context.steps.releasePcmFormat) {
-        context.steps.releasePcmFormat();
-    }
     // Streams are counted by their place among the links: it has changed.
     parts.measurements.checkForDuplicates(parent);
     tellChanged(context);

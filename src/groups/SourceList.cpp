@@ -129,6 +129,10 @@ IoStatus writeGroupFile(DocumentContext& context, char letter, int index, const 
 
 void tellChanged(DocumentContext& context, bool update) {
     context.document.changed = true;
+    // A stream in memory may have another name or number now, or no files any more.
+    if (context.steps.releasePcmFormat) {
+        context.steps.releasePcmFormat();
+    }
     if (update && context.steps.updateDocumentMenus) {
         context.steps.updateDocumentMenus();
     }

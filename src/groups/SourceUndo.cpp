@@ -8,7 +8,7 @@
 #include "groups/GroupScan.h"
 
 #include <algorithm>
-#include <vector>
+#include <iterator>
 
 namespace kavu {
 
@@ -16,23 +16,9 @@ namespace {
 
 constexpr const char* kInFront = "TEMP";
 
-bool isGroupFile(const FolderEntry& entry) {
-    const auto kinds = groupKinds();
-    return !entry.isFolder && std::any_of(kinds.begin(), kinds.end(), [&](const GroupKind& kind) {
-        return matchesWildcard(entry.name, kind.wildcard);
-    });
-}
-
-IoStatus listGroupFiles(const DocumentContext& context, std::vector<std::string>& names) {
-    std::vector<FolderEntry> entries;
-    auto status = listFolder(context.store.folder(), entries);
-    for (auto& entry : entries) {
-        if (isGroupFile(entry)) {
-            names.push_back(std::move(entry.name));
-        }
-    }
-    return status;
-}
+// The chunks, the long comments, and raw commands that are not in chunks yet.
+constexpr std::string_view kConversionPatterns[] = {"[kavu]*.C_O", "[kavu]*.C_COM",
+                                                    "[kavu]*.C_RAW"};
 
 }  // namespace
 
@@ -61,19 +47,48 @@ IoStatus SourceUndo::keep(const std::string& name) {
     return status;
 }
 
-IoStatus SourceUndo::keepAllGroups() {
+IoStatus SourceUndo::matchingFiles(const std::vector<std::string_view>& patterns,
+                                   std::vector<std::string>& names) const {
+    std::vector<FolderEntry> entries;
+    auto status = listFolder(context_.store.folder(), entries);
+    for (auto& entry : entries) {
+        if (!entry.isFolder &&
+            std::any_of(patterns.begin(), patterns.end(), [&](std::string_view pattern) {
+                return matchesWildcard(entry.name, pattern);
+            })) {
+            names.push_back(std::move(entry.name));
+        }
+    }
+    return status;
+}
+
+IoStatus SourceUndo::keepAll(std::vector<std::string_view> patterns) {
     std::vector<std::string> names;
-    auto status = listGroupFiles(context_, names);
+    auto status = matchingFiles(patterns, names);
     for (std::size_t i = 0; status.ok() && i < names.size(); ++i) {
         status = keep(names[i]);
     }
-    all_ = status.ok();
+    if (status.ok()) {
+        families_.insert(families_.end(), patterns.begin(), patterns.end());
+    }
     return status;
+}
+
+IoStatus SourceUndo::keepAllGroups() {
+    std::vector<std::string_view> patterns;
+    for (const auto& kind : groupKinds()) {
+        patterns.push_back(kind.wildcard);
+    }
+    return keepAll(std::move(patterns));
+}
+
+IoStatus SourceUndo::keepConversions() {
+    return keepAll({std::begin(kConversionPatterns), std::end(kConversionPatterns)});
 }
 
 IoStatus SourceUndo::deleteOthers() const {
     std::vector<std::string> names;
-    auto status = listGroupFiles(context_, names);
+    auto status = matchingFiles(families_, names);
     for (const auto& name : names) {
         if (!kept_.contains(name)) {
             const auto deleted = deleteFile(context_.store.pathOf(name));
@@ -84,7 +99,7 @@ IoStatus SourceUndo::deleteOthers() const {
 }
 
 void SourceUndo::takeBack(UserInterface* parent) {
-    IoStatus first = all_ ? deleteOthers() : IoStatus();
+    IoStatus first = deleteOthers();
     for (auto it = kept_.begin(); it != kept_.end();) {
         const auto path = context_.store.pathOf(it->first);
         auto status = it->second ? renameFile(context_.store.pathOf(kInFront + it->first), path)

@@ -5,7 +5,9 @@
 #include "core/IoStatus.h"
 
 #include <string>
+#include <string_view>
 #include <unordered_map>
+#include <vector>
 
 namespace kavu {
 
@@ -25,15 +27,21 @@ class SourceUndo {
     /// Copies every group file that is there. The way back then also deletes all that there
     /// are not now.
     [[nodiscard]] IoStatus keepAllGroups();
+    /// The same for the files of the conversion records. Their store has to be told to
+    /// forget what it knows of them after the way back.
+    [[nodiscard]] IoStatus keepConversions();
 
     /// Puts everything back. What can not be put back is reported, and its copy stays.
     void takeBack(UserInterface* parent);
 
   private:
+    [[nodiscard]] IoStatus keepAll(std::vector<std::string_view> patterns);
+    [[nodiscard]] IoStatus matchingFiles(const std::vector<std::string_view>& patterns,
+                                         std::vector<std::string>& names) const;
     [[nodiscard]] IoStatus deleteOthers() const;
 
     DocumentContext& context_;
-    bool all_ = false;
+    std::vector<std::string_view> families_;      ///< patterns of which all files are kept
     std::unordered_map<std::string, bool> kept_;  ///< name to whether there is a copy
 };
 

@@ -1,0 +1,137 @@
+#include "groups/SourceConversions.h"
+
+#include "conversion/ConversionFields.h"
+#include "conversion/ConversionFiles.h"
+#include "conversion/ConversionStore.h"
+#include "core/FileReports.h"
+#include "core/Messages.h"
+#include "core/ProfileFile.h"
+#include "core/Text.h"
+#include "core/TmatsDocument.h"
+#include "core/UserInterface.h"
+
+#include <algorithm>
+#include <memory>
+
+namespace kavu {
+
+namespace {
+
+constexpr const char* kTextWithPercent = "Adding EU Conversion Information (%.0f%%)";
+constexpr std::size_t kTellEvery = 64;
+
+/// Copies of records gather in one chunk, which is written when it is full: not once for each.
+class RecordCopier {
+  public:
+    RecordCopier(SourceParts& parts, UserInterface* parent) : parts_(parts), parent_(parent) {}
+
+    bool copy(const std::string& oldName, const std::string& newName) {
+        auto& store = parts_.conversions;
+        const auto from = store.locateDefinition(oldName);
+        if (!from.found || oldName == newName) {
+            return true;
+        }
+        const auto to = store.locateDefinition(newName);
+        if (to.found || pending_.contains(lowerAscii(newName))) {
+            parts_.context.messages.log(parent_, 459, title::kWarning, newName);
+            return true;
+        }
+        IoStatus status;
+        auto comment = store.readEuComment(oldName, false, &status);
+        const auto source = store.chunk(from.chunk);
+        status = status.ok() ? source->load() : status;
+        if (!status.ok()) {
+            return report(status, "Read");
+        }
+        if ((target_ != nullptr && number_ != to.chunk) && !flush()) {
+            return false;
+        }
+        number_ = to.chunk;
+        target_ = target_ == nullptr ? store.chunk(number_) : target_;
+        if (status = target_->load(); !status.ok()) {
+            return report(status, "Read");
+        }
+        copySection(*source, from.section, newName);
+        pending_.insert(lowerAscii(newName));
+        if (!comment.empty()) {
+            comments_.emplace_back(newName, std::move(comment));
+        }
+        return target_->serialisedSize() < kFullChunk || flush();
+    }
+
+    /// Writes what is left, then the comments, which find their own places.
+    bool finish() {
+        if (!flush()) {
+            return false;
+        }
+        return std::all_of(comments_.begin(), comments_.end(), [this](auto& comment) {
+            return parts_.conversions.writeEuComment(parent_, comment.first,
+                                                     std::move(comment.second), false);
+        });
+    }
+
+  private:
+    void copySection(const ProfileFile& source, const std::string& section,
+                     const std::string& newName) {
+        const auto& sections = source.sections();
+        const auto found = std::find_if(sections.begin(), sections.end(), [&](const auto& s) {
+            return s.name() == section && s.hasKeys();
+        });
+        if (found == sections.end()) {
+            return;
+        }
+        const auto lines = found->lines();  // the target may be the same profile
+        for (const auto& line : lines) {
+            if (!line.key.empty() && !equalsIgnoreCase(line.key, kCommentCode)) {
+                target_->setValue(newName, line.key, trim(line.text));
+            }
+        }
+    }
+    bool flush() {
+        if (target_ == nullptr) {
+            return true;
+        }
+        const auto status = parts_.conversions.store(number_, *target_);
+        target_ = nullptr;
+        pending_.clear();
+        return report(status, "Write/Create");
+    }
+    bool report(const IoStatus& status, std::string_view action) {
+        if (!status.ok()) {
+            reportFailedAction(parts_.context.messages, parent_, status,
+                               title::kErrorReadingConversion, action);
+        }
+        return status.ok();
+    }
+
+    SourceParts& parts_;
+    UserInterface* parent_;
+    std::int64_t number_ = 0;
+    std::shared_ptr<ProfileFile> target_;
+    std::unordered_set<std::string> pending_;  ///< names in the chunk that is not written yet
+    std::vector<std::pair<std::string, std::string>> comments_;
+};
+
+}  // namespace
+
+bool copyConversions(SourceParts& parts, UserInterface* parent,
+                     std::span<const MeasurementPair> names) {
+    RecordCopier copier(parts, parent);
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (i % kTellEvery == 0) {
+            const auto percent = 100.0 * static_cast<double>(i) / static_cast<double>(names.size());
+            setStatusText(parent, formatPrintf(kTextWithPercent, percent));
+            setProgressBar(parent, percent);
+            yieldToInterface(parent);
+            if (cancelRequested(parent)) {
+                return false;
+            }
+        }
+        if (!copier.copy(names[i].first, names[i].second)) {
+            return false;
+        }
+    }
+    return copier.finish();
+}
+
+}  // namespace kavu

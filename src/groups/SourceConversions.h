@@ -1,0 +1,17 @@
+// The conversion records that go with measurements under new names.
+#pragma once
+
+#include "groups/SourceEdit.h"
+#include "groups/SourceTransfer.h"
+
+#include <span>
+
+namespace kavu {
+
+/// Gives every new name a copy of the record of the old one, with its comment. A new name that
+/// has a record keeps it, which is logged (459). Failures are reported; what was made until then
+/// stays for `SourceUndo` to take back.
+bool copyConversions(SourceParts& parts, UserInterface* parent,
+                     std::span<const MeasurementPair> names);
+
+}  // namespace kavu

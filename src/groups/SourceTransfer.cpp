@@ -1,0 +1,170 @@
+#include "groups/SourceTransfer.h"
+
+#include "core/FileReports.h"
+#include "core/GroupFiles.h"
+#include "core/Messages.h"
+#include "core/TmatsDocument.h"
+#include "core/WorkingStore.h"
+
+namespace kavu {
+
+namespace {
+
+/// In front of the names of staged files: no pass over the groups sees them.
+constexpr const char* kStaged = "STAGED";
+constexpr std::size_t kLongestName = kNameLimit;
+
+std::string linkKey(std::string_view name) {
+    return lowerAscii(trimTrailingBlanks(name.substr(0, kNameLimit)));
+}
+
+/// What message 303 calls a group.
+std::string_view calledInMessage(char letter) {
+    switch (letter) {
+        case 'T':
+            return "RF";
+        case 'R':
+            return "Tape";
+        case 'M':
+            return "Multiplex";
+        case 'B':
+            return "1553";
+        case 'S':
+            return "Packet";
+        default:
+            return "PCM Format";
+    }
+}
+
+}  // namespace
+
+SourceTransfer::~SourceTransfer() {
+    for (auto& [key, group] : groups_) {
+        if (!group.staged.empty()) {
+            (void)group.writer.close();
+            (void)deleteFile(group.staged);
+        }
+    }
+}
+
+void SourceTransfer::renameLink(std::string_view oldName, std::string newName) {
+    links_[linkKey(oldName)] = std::move(newName);
+}
+
+int SourceTransfer::nextIndex(char letter) const {
+    std::unordered_set<int> planned;
+    for (const auto& [key, group] : groups_) {
+        if (key.first == letter) {
+            planned.insert(group.newIndex);
+        }
+    }
+    for (int index = kLeastGroupIndex; index <= kMostGroupIndex; ++index) {
+        if (!planned.contains(index) &&
+            !fileExists(context_.store.pathOf(groupFile(letter, index)))) {
+            return index;
+        }
+    }
+    return 0;
+}
+
+bool SourceTransfer::expect(UserInterface* parent, char letter, int oldIndex) {
+    if (expects(letter, oldIndex)) {
+        return true;
+    }
+    const int index = nextIndex(letter);
+    if (index == 0) {
+        context_.messages.show(parent, 303, title::kError, kErrorBox, calledInMessage(letter));
+        return false;
+    }
+    auto& group = groups_[{letter, oldIndex}];
+    group.newIndex = index;
+    group.prefix = groupPrefix(letter, index);
+    const auto path = context_.store.pathOf(kStaged + groupFile(letter, index));
+    if (const auto status = group.writer.open(path, WriteMode::Truncate); !status.ok()) {
+        reportUnableToWrite(parent, status);
+        return false;
+    }
+    group.staged = path;
+    return true;
+}
+
+std::string SourceTransfer::newValue(char letter, std::string_view code, std::string_view value) {
+    const bool named = letter == 'T' || letter == 'R' || letter == 'M';
+    if (named && equalsIgnoreCase(code, "ID")) {
+        return source_;
+    }
+    if (isLinkCode(letter, code)) {
+        const auto link = links_.find(linkKey(value));
+        return link == links_.end() ? std::string(value) : link->second;
+    }
+    if (!value.empty() && isMeasurementNameCode(letter, code)) {
+        auto name = affixes_.applied(value);
+        if (met_.emplace(value).second) {
+            measurements_.emplace_back(value, name);
+        }
+        return name;
+    }
+    return std::string(value);
+}
+
+void SourceTransfer::take(char letter, int oldIndex, std::string_view command) {
+    const auto found = groups_.find({letter, oldIndex});
+    const auto field = fieldView(command);
+    if (found == groups_.end() || field.code.empty()) {
+        return;
+    }
+    auto& writer = found->second.writer;
+    writer.write(found->second.prefix);
+    writer.write(field.code);
+    writer.put(':');
+    writer.write(newValue(letter, field.code, field.value));
+    writer.write(";\r\n");
+}
+
+bool SourceTransfer::takeFile(UserInterface* parent, char letter, int oldIndex) {
+    const auto status =
+        forEachCommand(context_.reader, context_.store.pathOf(groupFile(letter, oldIndex)),
+                       [&](const std::string& command) {
+                           take(letter, oldIndex, command);
+                           return true;
+                       });
+    if (!status.ok()) {
+        reportUnableToRead(parent, status);
+    }
+    return status.ok() && !cancelRequested(parent);
+}
+
+bool SourceTransfer::tellTooLong(UserInterface* parent) const {
+    for (const auto& [oldName, newName] : measurements_) {
+        if (newName != oldName && newName.size() > kLongestName) {
+            showBox(parent,
+                    formatPrintf("With this prefix and suffix the name of measurement '%s' would "
+                                 "be longer than %d characters.",
+                                 oldName, kNameLimit),
+                    "Measurement Prefix And Suffix");
+            return true;
+        }
+    }
+    return false;
+}
+
+bool SourceTransfer::moveIn(UserInterface* parent, SourceUndo& undo) {
+    IoStatus status;
+    for (auto& [key, group] : groups_) {
+        status = status.ok() ? group.writer.close() : status;
+    }
+    for (auto& [key, group] : groups_) {
+        const auto name = groupFile(key.first, group.newIndex);
+        status = status.ok() ? undo.keep(name) : status;
+        status = status.ok() ? renameFile(group.staged, context_.store.pathOf(name)) : status;
+        if (status.ok()) {
+            group.staged.clear();
+        }
+    }
+    if (!status.ok()) {
+        reportUnableToWrite(parent, status);
+    }
+    return status.ok();
+}
+
+}  // namespace kavu

@@ -1,0 +1,73 @@
+// Groups on their way to a new data source: of a copy, or of an import. Their commands get the
+// new index, the new names and go to staged files, which become group files all at once.
+#pragma once
+
+#include "core/FileIo.h"
+#include "groups/SourceEdit.h"
+#include "groups/SourceNames.h"
+#include "groups/SourceUndo.h"
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+namespace kavu {
+
+/// The old and the new name of a measurement.
+using MeasurementPair = std::pair<std::string, std::string>;
+
+class SourceTransfer {
+  public:
+    SourceTransfer(DocumentContext& context, std::string source, NameAffixes affixes)
+        : context_(context), source_(std::move(source)), affixes_(std::move(affixes)) {}
+    SourceTransfer(const SourceTransfer&) = delete;
+    SourceTransfer& operator=(const SourceTransfer&) = delete;
+    /// Deletes what was staged and not moved in.
+    ~SourceTransfer();
+
+    void renameLink(std::string_view oldName, std::string newName);
+
+    /// Expects the commands of a group and gives it the next free index. False without one
+    /// (303), or if its file can not be made, which is reported. A group that is expected
+    /// already is no other one.
+    bool expect(UserInterface* parent, char letter, int oldIndex);
+    [[nodiscard]] bool expects(char letter, int oldIndex) const {
+        return groups_.contains({letter, oldIndex});
+    }
+    /// Takes a command, in the stored form, of a group that is expected; others are left out.
+    void take(char letter, int oldIndex, std::string_view command);
+    /// Takes all commands of a group file of the document.
+    bool takeFile(UserInterface* parent, char letter, int oldIndex);
+
+    /// The names of all measurements that were met, each once, in their order.
+    [[nodiscard]] const std::vector<MeasurementPair>& measurements() const { return measurements_; }
+    /// Tells of the first measurement whose new name is longer than names can be.
+    bool tellTooLong(UserInterface* parent) const;
+
+    /// Makes group files of what was staged. Failures are reported; `undo` takes it back.
+    bool moveIn(UserInterface* parent, SourceUndo& undo);
+
+  private:
+    struct Group {
+        int newIndex = 0;
+        std::string prefix;  ///< the head of its new codes
+        std::string staged;  ///< path
+        FileWriter writer;
+    };
+    [[nodiscard]] int nextIndex(char letter) const;
+    [[nodiscard]] std::string newValue(char letter, std::string_view code, std::string_view value);
+
+    DocumentContext& context_;
+    std::string source_;
+    NameAffixes affixes_;
+    std::unordered_map<std::string, std::string> links_;  ///< by lower-case old name
+    std::map<std::pair<char, int>, Group> groups_;
+    std::vector<MeasurementPair> measurements_;
+    std::unordered_set<std::string> met_;
+};
+
+}  // namespace kavu
