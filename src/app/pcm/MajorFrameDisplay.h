@@ -1,0 +1,19 @@
+// "PCM Format Display": one stream as a grid of word positions and frames, from which its
+// measurements are reached and edited.
+#pragma once
+
+#include "app/framework/FormContext.h"
+
+namespace kavu {
+
+class PcmFormat;
+struct DocumentContext;
+struct PcmFormSteps;
+
+/// Shows the stream in memory, modally. True if it was edited: the caller then saves it.
+/// Message 224 (more words than the display can show), and 225 if the window can not be made.
+/// Nothing happens while no stream is loaded.
+bool showMajorFrameDisplay(FormContext& form, DocumentContext& document, PcmFormat& format,
+                           PcmFormSteps& steps);
+
+}  // namespace kavu

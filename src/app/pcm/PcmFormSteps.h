@@ -1,0 +1,58 @@
+// What the windows of a PCM stream call in each other and in other folders. Who makes a form
+// installs the step that opens it; an entry of a menu whose step is not installed is disabled.
+//
+// Steps edit the one stream that is in memory. They are given the window that they belong to,
+// and give true if the stream (or what is shown of it) has changed.
+#pragma once
+
+#include "pcm/MeasurementEdit.h"
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+class QWidget;
+
+namespace kavu {
+
+class ConversionStore;
+
+struct PcmFormSteps {
+    using Edit = std::function<bool(QWidget& window)>;
+    using EditPlace = std::function<bool(QWidget& window, int fwp, int fn)>;
+
+    /// "Edit Data Word Definition" for the place; with several measurements there it lets the
+    /// user choose.
+    EditPlace editMeasurementAt;
+    /// The form of an async format at the place.
+    EditPlace editAsyncAt;
+
+    Edit generateDataWords;     ///< "Initialize Undefined Measurements"
+    Edit editSectionComment;    ///< "Measurement Section Comment Field"
+    Edit editFilterList;        ///< "Measurement Selected Filter/Overwrite List"
+    Edit editTaggedData;        ///< "Tagged Data Definitions"
+    Edit editConversions;       ///< "Data Conversion Information"
+    Edit insertFwps;            ///< if not installed, the display asks by prompts
+    Edit deleteFwps;            ///< the same
+    Edit moveFwps;              ///< the same
+    Edit chooseDefinitionMode;  ///< "Measurement Definition Options"; the same
+    Edit generateReports;       ///< "Generate Reports"
+
+    /// One entry of the menu of the database.
+    struct DatabaseEntry {
+        std::string text;  ///< with an "&"
+        Edit run;
+    };
+    /// Without entries the menu is disabled, and there is no database.
+    std::vector<DatabaseEntry> databaseEntries;
+    /// Makes the pane of the database, which the window shows beside its grid.
+    std::function<QWidget*(QWidget& window)> makeDatabasePane;
+
+    /// The records of conversions; null if there are none.
+    ConversionStore* conversions = nullptr;
+    /// What the edits need of other folders.
+    EditSteps edit;
+};
+
+}  // namespace kavu
