@@ -65,7 +65,7 @@ bool deleteDataSource(SourceParts& parts, UserInterface* parent, const std::stri
 bool copyDataSource(SourceParts& parts, UserInterface* parent, const std::string& name);
 
 /// Asks for a TMATS file and imports one of its data sources: `kind` is R for one that is
-/// transmitted, T for a recorder. See SourceImport.h.
+/// transmitted, T for a recorder.
 bool importDataSource(SourceParts& parts, UserInterface* parent, char kind);
 
 /// What measurement names that are copied get in front and behind.
