@@ -25,17 +25,16 @@ bool refuse(const PcmFormat& format, UserInterface* parent, int id, const Args&.
     return false;
 }
 
-/// A number of the user, held to the range of an int.
-std::optional<int> askNumber(UserInterface* parent, std::string prompt, long initial, long least,
-                             long most) {
+/// A number of the user. The prompt takes any: what is out of range is told by a message.
+std::optional<int> askNumber(UserInterface* parent, std::string prompt, long initial) {
     if (parent == nullptr) {
         return std::nullopt;
     }
     const auto value = parent->enterInteger({.title = "Enter Value",
                                              .prompt = std::move(prompt),
                                              .initial = initial,
-                                             .least = least,
-                                             .most = most});
+                                             .least = INT32_MIN,
+                                             .most = INT32_MAX});
     return value ? std::optional(static_cast<int>(std::clamp<long>(*value, INT32_MIN, INT32_MAX)))
                  : std::nullopt;
 }
@@ -162,14 +161,14 @@ bool insertFwps(PcmFormat& format, UserInterface* parent, int after, int count) 
 
 bool insertFwps(PcmFormat& format, UserInterface* parent) {
     const int last = format.wordsPerMinorFrame - 1;
-    const auto after = askNumber(parent, "Add New FWPs After FWP:", 1, 0, last);
+    const auto after = askNumber(parent, "Add New FWPs After FWP:", 1);
     if (!after) {
         return false;
     }
     if (*after < 0 || *after > last) {
         return refuse(format, parent, 160, 0, last);
     }
-    const auto count = askNumber(parent, "How many FWP's to be added?", 1, 1, kMostWords);
+    const auto count = askNumber(parent, "How many FWP's to be added?", 1);
     return count && insertFwps(format, parent, *after, *count);
 }
 
@@ -214,7 +213,7 @@ std::optional<int> deleteFwps(PcmFormat& format, UserInterface* parent, const Ed
 
 std::optional<int> deleteFwps(PcmFormat& format, UserInterface* parent, const EditSteps& steps) {
     const int most = format.wordsPerMinorFrame - 1;
-    const auto first = askNumber(parent, "Delete FWPs Starting at:", 1, 1, most);
+    const auto first = askNumber(parent, "Delete FWPs Starting at:", 1);
     if (!first) {
         return std::nullopt;
     }
@@ -222,7 +221,7 @@ std::optional<int> deleteFwps(PcmFormat& format, UserInterface* parent, const Ed
         refuse(format, parent, 160, 1, most);
         return std::nullopt;
     }
-    const auto last = askNumber(parent, "Last FWP to delete:", *first, *first, most);
+    const auto last = askNumber(parent, "Last FWP to delete:", *first);
     return last ? deleteFwps(format, parent, steps, *first, *last) : std::nullopt;
 }
 
@@ -257,21 +256,21 @@ bool moveFwps(PcmFormat& format, UserInterface* parent, int first, int last, int
 
 bool moveFwps(PcmFormat& format, UserInterface* parent) {
     const int most = format.wordsPerMinorFrame - 1;
-    const auto first = askNumber(parent, "Starting FWP To Move:", 1, 1, most);
+    const auto first = askNumber(parent, "Starting FWP To Move:", 1);
     if (!first) {
         return false;
     }
     if (*first < 1 || *first > most) {
         return refuse(format, parent, 160, 1, most);
     }
-    const auto last = askNumber(parent, "Ending FWP To Move:", *first, *first, most);
+    const auto last = askNumber(parent, "Ending FWP To Move:", *first);
     if (!last) {
         return false;
     }
     if (*last < *first || *last > most) {
         return refuse(format, parent, 160, *first, most);
     }
-    const auto after = askNumber(parent, "Insert After FWP:", 1, 1, most);
+    const auto after = askNumber(parent, "Insert After FWP:", 1);
     return after && moveFwps(format, parent, *first, *last, *after);
 }
 

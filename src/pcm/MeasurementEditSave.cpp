@@ -5,6 +5,7 @@
 #include "core/TmatsDocument.h"
 #include "groups/MeasurementNames.h"
 #include "pcm/DuplicateNames.h"
+#include "pcm/MeasurementEditWordFrame.h"
 
 #include <algorithm>
 #include <map>
@@ -37,10 +38,13 @@ class MeasurementSave {
 
     /// False if the definition can not be saved; nothing has changed then.
     bool plan() {
-        return checkEntered() && checkName() && checkNumbers() && planPlaces() && checkFragments();
+        return checkEntered() && checkName() &&
+               (is("WDFR") ? checkRanges() : checkNumbers() && planPlaces() && checkFragments());
     }
     /// False, with the old measurement back in place, if there can be no more cells.
     bool place();
+    /// The new name was another measurement's, whose places are all among these.
+    [[nodiscard]] bool tookOver() const { return tookOver_; }
 
   private:
     template <typename... Args>
@@ -55,8 +59,15 @@ class MeasurementSave {
         return cell_.locationMode == "I" && !is("SFFR") && !is("MF") && !is("SF");
     }
     bool checkEntered() const;
-    bool checkName() const;
+    bool checkName();
     bool checkNumbers();
+    bool checkRanges() const;
+    bool placeWordFrame();
+    [[nodiscard]] std::vector<std::pair<CellRef, Measurement>> takeOut(
+        const std::vector<std::string>& names);
+    [[nodiscard]] bool areOwnLocations() const;
+    [[nodiscard]] std::vector<std::string> oldNames() const;
+    [[nodiscard]] int definitionOf(std::string_view name) const;
     bool planPlaces();
     bool planInterval();
     bool planMinor(int fwp, const MeasurementSpot& spot);
@@ -75,6 +86,7 @@ class MeasurementSave {
     const MeasurementDefinition& definition_;
     Measurement cell_;
     std::vector<Planned> planned_;
+    bool tookOver_ = false;
     std::set<std::pair<int, int>> taken_;  ///< word and index of those
 };
 
@@ -88,8 +100,11 @@ bool MeasurementSave::checkEntered() const {
     if (is("MF") || is("SF")) {
         return true;
     }
+    if (is("WDFR") && format_.edition() >= 2004) {
+        return !definition_.wordFrame.locations.empty() || refuse(328);
+    }
     if (!is("MFSC") && !is("SFSC") && !isFragments()) {
-        return false;
+        return refuse(327);
     }
     const bool isSelected = is("SFFR") || cell_.locationMode == "I" || cell_.locationMode == "E";
     if (!isSelected || (!usesInterval() && definition_.spots.empty())) {
@@ -98,17 +113,35 @@ bool MeasurementSave::checkEntered() const {
     return true;
 }
 
-bool MeasurementSave::checkName() const {
+bool MeasurementSave::areOwnLocations() const {
+    const auto places = format_.cells().places(cell_.name);
+    return !places.empty() && std::all_of(places.begin(), places.end(), [&](const auto& at) {
+        return isOwnLocation(format_, place_, definition_, at.word, at.index);
+    });
+}
+
+bool MeasurementSave::checkName() {
     // A name that only its case sets apart is found at this measurement's own places.
     if (equalsIgnoreCase(cell_.name, place_.oldName)) {
         return true;
     }
-    if (checkMeasurementName(format_, parent_, cell_.name)) {
+    tookOver_ = areOwnLocations();
+    if (!tookOver_ && checkMeasurementName(format_, parent_, cell_.name)) {
         return false;
     }
     return steps_.names == nullptr || !steps_.names->checking() ||
            checkNameInOtherStreams(format_, parent_, *steps_.names, cell_.name,
                                    streamNumber(format_, parent_));
+}
+
+bool MeasurementSave::checkRanges() const {
+    if (!checkWordFrameAllowed(format_, parent_, place_.fwp)) {
+        return false;
+    }
+    auto locations = definition_.wordFrame.locations;
+    return std::all_of(locations.begin(), locations.end(), [&](auto& location) {
+        return completeWordFrameLocation(format_, parent_, cell_.name, location);
+    });
 }
 
 bool MeasurementSave::checkNumbers() {
@@ -239,39 +272,98 @@ bool MeasurementSave::checkFragments() const {
     return true;
 }
 
-bool MeasurementSave::place() {
-    int entry = 0;
+std::vector<std::string> MeasurementSave::oldNames() const {
+    std::vector<std::string> names;
     if (!place_.oldName.empty()) {
-        if (const auto first = Occurrences(format_, place_.oldName).next()) {
-            entry = format_.cells().measurement(first->cell).wordFrameIndex;
+        names.push_back(place_.oldName);
+    }
+    if (tookOver_) {
+        names.push_back(cell_.name.str());
+    }
+    return names;
+}
+
+int MeasurementSave::definitionOf(std::string_view name) const {
+    const auto first = Occurrences(format_, name).next();
+    return first ? format_.cells().measurement(first->cell).wordFrameIndex : 0;
+}
+
+/// Empties every cell of these names, and gives what they held.
+std::vector<std::pair<CellRef, Measurement>> MeasurementSave::takeOut(
+    const std::vector<std::string>& names) {
+    auto& cells = format_.cells();
+    std::vector<std::pair<CellRef, Measurement>> held;
+    std::vector<CellRef> found;
+    for (const auto& name : names) {
+        const int number = cells.nameNumber(name);
+        auto places = cells.places(name);
+        places.erase(std::unique(places.begin(), places.end()), places.end());
+        for (const auto& place : places) {
+            found.clear();
+            cells.cellsAt(place.word, place.index, number, found);
+            for (const auto& at : found) {
+                held.emplace_back(at, cells.measurement(at));
+            }
+        }
+        for (const auto& entry : held) {
+            cells.store(entry.first, Measurement{});
         }
     }
+    return held;
+}
+
+bool MeasurementSave::placeWordFrame() {
+    auto definition = definition_.wordFrame;
+    for (auto& location : definition.locations) {
+        // It was told of already if a length did not add up.
+        (void)completeWordFrameLocation(format_, nullptr, cell_.name, location);
+    }
+    cell_.locationMode.clear();
+    cell_.locationCount = definition.locationCount();
+    cell_.interval = 0;
+    cell_.reconstructedLength = 0;
+    cell_.fragmentNumber = 0;
+    if (const auto* const counter = format_.idCounterOfWord(place_.fwp);
+        definition.idCounterName.empty() && counter != nullptr) {
+        definition.idCounterName = counter->name.str();
+    }
+    const int entry = place_.oldName.empty() ? 0 : definitionOf(place_.oldName);
+    return placeWordFrameMeasurement(format_, parent_, cell_, definition, oldNames(), entry);
+}
+
+bool MeasurementSave::place() {
+    if (is("WDFR")) {
+        return placeWordFrame();
+    }
+    const auto old = oldNames();
+    std::vector<int> entries;
+    for (const auto& name : old) {
+        entries.push_back(definitionOf(name));
+    }
+    // The old cells are free for the new ones, so that a list keeps its order.
+    const auto held = takeOut(old);
     std::vector<CellRef> placed;
-    const auto old = place_.oldName;
     for (auto& planned : planned_) {
         const auto cell = format_.getFreeCell(parent_, planned.fwp, planned.fn);
         if (!cell) {
             for (const auto& at : placed) {
                 format_.cells().clear(at);
             }
+            for (const auto& [at, measurement] : held) {
+                format_.cells().store(at, measurement);
+            }
             return false;
         }
-        // Stored under a name that nobody has, until the old one has gone.
-        auto waiting = planned.measurement;
-        waiting.name = "\x01";
-        format_.cells().store(cell, waiting);
+        format_.cells().store(cell, planned.measurement);
         placed.push_back(cell);
     }
-    if (!old.empty()) {
-        clearMeasurement(format_, old);
+    for (const int entry : entries) {
         format_.freeWordFrameDefinition(entry);
     }
-    for (std::size_t i = 0; i < placed.size(); ++i) {
-        auto measurement = planned_[i].measurement;
-        if (!usesInterval() && !is("MF") && !is("SF")) {
-            measurement.locationCount = static_cast<int>(placed.size());
-        }
-        format_.cells().store(placed[i], measurement);
+    if (!usesInterval() && !is("MF") && !is("SF")) {
+        const int count = static_cast<int>(placed.size());
+        format_.cells().updateAll(cell_.name,
+                                  [count](Measurement& copy) { copy.locationCount = count; });
     }
     removeEmptyHiddenSubframes(format_);
     format_.changed = true;
@@ -288,7 +380,9 @@ bool saveMeasurement(PcmFormat& format, UserInterface* parent, const EditSteps& 
         return false;
     }
     const auto name = definition.attributes.name.str();
-    if (!place.oldName.empty() && name != place.oldName && saving.renameConversion &&
+    // A name that was taken over has its record already.
+    if (!place.oldName.empty() && name != place.oldName && !save.tookOver() &&
+        saving.renameConversion &&
         (steps.names == nullptr || !steps.names->checking() ||
          askEuChange(format, parent, *steps.names, place.oldName, streamNumber(format, parent),
                      false))) {
@@ -297,7 +391,45 @@ bool saveMeasurement(PcmFormat& format, UserInterface* parent, const EditSteps& 
     if (saving.storeInDatabase && format.context().settings.integer("SaveMDB", 0) != 0) {
         saving.storeInDatabase(parent, name);
     }
+    if (definition.isPicked) {
+        addRootAndChildren(format, parent, saving.database, saving.autoAdd, name,
+                           definition.attributes.locationType.view(), place.fwp, place.fn);
+    }
     return true;
+}
+
+bool isOwnLocation(const PcmFormat& format, const EditedPlace& place,
+                   const MeasurementDefinition& definition, int fwp, int fn) {
+    const auto& cell = definition.attributes;
+    const auto type = trimTrailingBlanks(cell.locationType.view());
+    const bool isMinor = type == "MFSC" || type == "MFFR";
+    if ((!isMinor && type != "SFSC" && type != "SFFR") || !format.findInCell(fwp, fn, cell.name)) {
+        return false;
+    }
+    const auto* const subframe = format.subframeOfWord(place.fwp);
+    const auto here = subframe == nullptr ? std::string() : subframe->name.str();
+    const auto positionIn = [&](const std::string& name) {
+        return format.subframePosition(name, fwp, format.foldedFrame(fwp, fn));
+    };
+    if (cell.locationMode == "I" && type != "SFFR") {
+        if (cell.interval < 1) {
+            return false;
+        }
+        const int at = isMinor ? fwp : positionIn(here);
+        const int start = isMinor ? place.fwp
+                                  : format.subframePosition(
+                                        here, place.fwp, format.foldedFrame(place.fwp, place.fn));
+        const int step = at - start;
+        return at > 0 && step >= 0 && step % cell.interval == 0 &&
+               step / cell.interval < cell.locationCount && (!isMinor || fn == 1);
+    }
+    return std::any_of(definition.spots.begin(), definition.spots.end(), [&](const auto& spot) {
+        if (isMinor) {
+            return spot.fwp == fwp && fn == 1;
+        }
+        return spot.position > 0 &&
+               spot.position == positionIn(spot.subframe.empty() ? here : spot.subframe);
+    });
 }
 
 std::vector<std::string> locationTypes(const PcmFormat& format, int fwp) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "pcm/MeasurementEdit.h"
+#include "pcm/MeasurementEditDatabase.h"
 
 #include <functional>
 #include <optional>
@@ -27,6 +28,10 @@ struct MeasurementDefinition {
     /// The list of mode "E", and of every fragmented type. With mode "I" the measurement begins
     /// at the place that is edited.
     std::vector<MeasurementSpot> spots;
+    /// Of "WDFR".
+    WordFrameDefinition wordFrame;
+    /// The values were picked from the database.
+    bool isPicked = false;
 };
 
 /// The place that is edited.
@@ -42,17 +47,26 @@ struct SaveSteps {
         renameConversion;
     /// Stores the measurement in the database; asked for with the setting `SaveMDB` only.
     std::function<void(UserInterface*, std::string_view name)> storeInDatabase;
+    DatabaseSteps database;
+    /// Of a measurement that was picked from the database.
+    AutoAdd autoAdd;
 };
 
 /// Checks a definition and puts it in place of the old one: messages 326 (no name), 327 (no
 /// location type), 328 (nothing selected for its type), 334, 339 and 455 (a new name that is in
 /// use), 336 (no reconstructed length), 337 (number of locations or interval), 330 (no minor
-/// word), 331 (no such place), 335 (fragments of a word in different frames) and 323. The
-/// types are those of minor frames and subframes; false, without a message, for word/frame
-/// ranges. False leaves the frame as it was.
+/// word), 331 (no such place), 335 (fragments of a word in different frames) and 323. Of
+/// word/frame ranges also 338 (a supercommutated subframe), 276, 285 to 287, 292 to 294 and
+/// question 357. Then the new name goes to the conversion record, the measurement to the
+/// database, and what a pick brings along into the frame. False leaves the frame as it was.
 bool saveMeasurement(PcmFormat& format, UserInterface* parent, const EditSteps& steps,
                      const SaveSteps& saving, const EditedPlace& place,
                      const MeasurementDefinition& definition);
+
+/// True if a name has one of its places at this word and frame, and that place is one of those
+/// that a supercommutated or fragmented definition tells of: it is the measurement's own.
+[[nodiscard]] bool isOwnLocation(const PcmFormat& format, const EditedPlace& place,
+                                 const MeasurementDefinition& definition, int fwp, int fn);
 
 /// The location types that a word offers, as the list shows them; the type is the first four
 /// characters. None from 106-11 on.

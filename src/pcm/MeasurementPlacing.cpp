@@ -60,9 +60,12 @@ bool checkFrames(PcmLoad& load, std::string_view name, const WordFrameFragment& 
 /// Gives a plain word the hidden subframe of a measurement.
 bool giveSubframe(PcmLoad& load, std::string_view name, int fwp) {
     auto& format = load.format;
-    return createSubframe(format, load.parent,
-                          {fwp, name, HiddenMode::ForMeasurement, format.numberOfFrames, 1, 0},
-                          &load.counterQuestion);
+    SubframeRequest request{fwp, name, HiddenMode::ForMeasurement, format.numberOfFrames, 1, 0};
+    if (load.report) {  // nothing is read: the question is the one of an edit
+        request.name = std::nullopt;
+        request.hidden = HiddenMode::Hidden;
+    }
+    return createSubframe(format, load.parent, request, &load.counterQuestion);
 }
 
 }  // namespace
@@ -154,7 +157,7 @@ bool checkWordFrameFragment(PcmLoad& load, std::string_view name,
         return false;
     }
     const bool makesSubframes =
-        format.implicitSubframes &&
+        load.mayMakeSubframes && format.implicitSubframes &&
         isSubcommutated(format, fragment.startFrame, fragment.frameInterval, fragment.endFrame);
     return forEachStep(fragment.startWord, fragment.wordInterval, fragment.endWord, [&](int fwp) {
         return checkWord(load, shown, fragment, fwp) &&

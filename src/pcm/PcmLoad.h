@@ -45,11 +45,18 @@ class PcmLoad {
     [[nodiscard]] int edition() const { return format.edition(); }
     void corrected() { result = 1; }
 
+    /// Takes the messages in place of the log: an edit tells them at once.
+    std::function<void(int id, int titleId, const std::string& text)> report;
+    /// Without it a check only looks, and makes no hidden subframe.
+    bool mayMakeSubframes = true;
+
     /// Appends a message to the log. A load that reports without end is cut short: after
     /// `kMostMessages` only one more text says so.
     template <typename... Args>
     void log(int id, int titleId, const Args&... args) {
-        if (mayLog()) {
+        if (report) {
+            report(id, titleId, formatPrintf(loadText(id).value_or(""), args...));
+        } else if (mayLog()) {
             format.context().messages.log(parent, id, titleId, args...);
         }
     }
@@ -57,9 +64,7 @@ class PcmLoad {
     void logLastCommands(std::string_view commands);
     static constexpr int kMostMessages = 10'000;
     /// True once no further message is taken: a loop need not make their texts any more.
-    [[nodiscard]] bool logIsFull() const {
-        return parent == nullptr || messages_ > kMostMessages;
-    }
+    [[nodiscard]] bool logIsFull() const { return parent == nullptr || messages_ > kMostMessages; }
 
     /// A numbered yes-no question in a box; No without a parent.
     template <typename... Args>

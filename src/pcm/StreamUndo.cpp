@@ -1,15 +1,45 @@
 #include "pcm/StreamUndo.h"
 
+#include "core/FileIo.h"
+#include "core/TmatsDocument.h"
+#include "core/WorkingStore.h"
+#include "pcm/PcmLoad.h"
+
 #include <algorithm>
 
 namespace kavu {
+
+namespace {
+
+std::string commentPath(const PcmFormat& format) {
+    return format.context().store.pathOf(kMeasurementComment);
+}
+std::string filterPath(const PcmFormat& format) {
+    return format.context().store.path(kSmfFormat, format.dGroup);
+}
+
+/// A file that is not there counts as empty.
+std::string contentsOf(const std::string& path) {
+    std::string bytes;
+    return fileExists(path) && readWholeFile(path, bytes).ok() ? bytes : std::string();
+}
+
+bool putContents(const std::string& path, const std::string& bytes) {
+    return contentsOf(path) == bytes || replaceWorkingFile(path, bytes).ok();
+}
+
+}  // namespace
 
 StreamUndo::StreamUndo(PcmFormat& format) : format_(format), now_(take()) {}
 
 StreamUndo::State StreamUndo::take() const {
     State state;
-    state.records = {static_cast<const PcmAttributes&>(format_), format_.idCounters,
-                     format_.asyncFormats, format_.wordFrameDefinitions};
+    state.records = {static_cast<const PcmAttributes&>(format_),
+                     format_.idCounters,
+                     format_.asyncFormats,
+                     format_.wordFrameDefinitions,
+                     contentsOf(commentPath(format_)),
+                     contentsOf(filterPath(format_))};
     for (int fwp = 0; fwp < format_.wordsPerMinorFrame; ++fwp) {
         state.words.push_back(takeWord(format_, fwp));
     }
@@ -25,7 +55,8 @@ bool StreamUndo::same(const Records& a, const Records& b) {
            x.numberOfFrames == y.numberOfFrames && x.commonWordLength == y.commonWordLength &&
            x.bitsPerMinorFrame == y.bitsPerMinorFrame &&
            x.implicitSubframes == y.implicitSubframes && x.syncPattern == y.syncPattern &&
-           x.bitRate == y.bitRate && x.comment == y.comment;
+           x.bitRate == y.bitRate && x.comment == y.comment &&
+           a.sectionComment == b.sectionComment && a.filterList == b.filterList;
 }
 
 bool StreamUndo::commit() {
@@ -67,6 +98,8 @@ bool StreamUndo::restore(const Part& part) {
     for (const auto& [fwp, contents] : part.words) {
         done = putWord(format_, fwp, contents) && done;
     }
+    done = putContents(commentPath(format_), part.records.sectionComment) && done;
+    done = putContents(filterPath(format_), part.records.filterList) && done;
     now_ = take();
     return done;
 }

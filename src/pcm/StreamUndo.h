@@ -5,6 +5,7 @@
 #include "pcm/FrameEditLists.h"
 
 #include <map>
+#include <string>
 #include <vector>
 
 namespace kavu {
@@ -24,12 +25,14 @@ class StreamUndo {
     bool redo();
 
   private:
-    /// All but the words.
+    /// All but the words, and the working files that an edit changes.
     struct Records {
         PcmAttributes attributes;
         std::vector<IdCounter> counters;
         std::vector<AsyncFormat> asyncFormats;
         std::vector<WordFrameDefinition> definitions;
+        std::string sectionComment;
+        std::string filterList;
     };
     struct State {
         Records records;
