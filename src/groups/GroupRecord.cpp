@@ -172,6 +172,10 @@ bool GroupSource::step(const Plan& plan, std::string_view after) {
 
 bool GroupSource::readRows(const Plan& plan, const Field& field, GroupRow& row, RowNumbers at) {
     const auto rows = count(field, at);
+    if (rows == 0 && !peek(field, at).empty()) {
+        // A count of 0 that stands in the file stays there.
+        row.lists[std::string(field.code)];
+    }
     for (std::size_t i = 1; i <= rows; ++i) {
         if (cancelRequested(parent_)) {
             return false;
@@ -258,7 +262,9 @@ void GroupWriter::writeLevel(std::span<const Field> known, std::string_view list
         }
         const auto& all = row.rows(field.code);
         const auto rows = std::min(all.size(), field.rows);
-        writeCount(field, rows, at);
+        if (rows > 0 || field.writesZero || row.lists.contains(field.code)) {
+            write(field, std::to_string(rows), at);
+        }
         for (std::size_t i = 1; i <= rows; ++i) {
             const RowNumbers inner = at.n == 0 ? RowNumbers{i, 0} : RowNumbers{at.n, i};
             writeLevel(known, field.code, all[i - 1], inner);

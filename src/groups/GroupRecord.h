@@ -35,7 +35,8 @@ struct DocumentContext;
 class UserInterface;
 
 /// The values of a group, or of one row of a list: by the code of the table ("RF1",
-/// "SCO1-n"), in the bytes of the group file. `lists` has the rows by the code of their count.
+/// "SCO1-n"), in the bytes of the group file. `lists` has the rows by the code of their count;
+/// a list that is there without rows has a count of 0 in the file.
 struct GroupRow {
     FieldValues values{};
     std::map<std::string, std::vector<GroupRow>, std::less<>> lists{};

@@ -112,6 +112,13 @@ TEST_F(GroupRecordTest, ACountIsClampedToItsList) {
     }
 }
 
+TEST_F(GroupRecordTest, ACountOfZeroStaysIfItWasThere) {
+    put("T-3\\EV\\N:0;\r\n");
+    EXPECT_EQ(store(read(), &t.ui), "T-3\\EV\\N:0;\r\nT-3\\X\\N:0;\r\n");
+    put("T-3\\A1:x;\r\n");
+    EXPECT_EQ(store(read(), &t.ui), "T-3\\A1:x;\r\nT-3\\X\\N:0;\r\n");
+}
+
 TEST_F(GroupRecordTest, RowsWithoutACountAreNone) {
     put("T-3\\EV\\ID-1:a;");
     EXPECT_TRUE(read().rows("EV\\N").empty());
