@@ -46,17 +46,6 @@ std::size_t readTrackCount(GroupSource& source, GroupRow& record) {
     return count;
 }
 
-void noteEmptyLists(GroupSource& source, int edition, RecorderGroup& group) {
-    for (const auto table : {recorderFieldsBeforeTracks(), recorderFieldsBehindTracks()}) {
-        for (const auto& field : table) {
-            if (governsRows(field) && field.list.empty() && isKnownIn(edition, field) &&
-                group.record.rows(field.code).empty() && !source.peek(field).empty()) {
-                group.emptyLists.emplace(field.code);
-            }
-        }
-    }
-}
-
 bool readGroup(GroupSource& source, UserInterface* parent, int edition, RecorderGroup& group) {
     if (!source.readTable(recorderFieldsBeforeTracks(), group.record, kSteps)) {
         return false;
@@ -69,7 +58,6 @@ bool readGroup(GroupSource& source, UserInterface* parent, int edition, Recorder
     for (const auto& track : group.tracks) {
         group.rowsRead.insert(track.fileRow);
     }
-    noteEmptyLists(source, edition, group);
     return true;
 }
 
@@ -95,14 +83,6 @@ bool isOfAnotherList(std::string_view field) {
                        isIt);
 }
 
-std::vector<Field> withEmptyLists(std::span<const Field> table, const RecorderGroup& group) {
-    std::vector<Field> fields(table.begin(), table.end());
-    for (auto& field : fields) {
-        field.writesZero = group.emptyLists.contains(field.code);
-    }
-    return fields;
-}
-
 bool isBlank(const GroupRow& row) {
     return std::all_of(row.values.begin(), row.values.end(),
                        [](const auto& value) { return value.second.empty(); });
@@ -110,7 +90,11 @@ bool isBlank(const GroupRow& row) {
 
 /// Rows of measurements without any value are not written and do not count.
 GroupRow withoutBlankMeasurements(GroupRow record) {
-    for (auto& event : record.lists["EV\\N"]) {
+    const auto events = record.lists.find("EV\\N");
+    if (events == record.lists.end()) {
+        return record;
+    }
+    for (auto& event : events->second) {
         if (const auto rows = event.lists.find("EV\\PM\\N-n"); rows != event.lists.end()) {
             std::erase_if(rows->second, isBlank);
         }
@@ -157,9 +141,9 @@ std::optional<RecorderGroup> readRecorder(DocumentContext& context, UserInterfac
 std::string recorderText(const RecorderGroup& group, int edition) {
     const auto record = withoutBlankMeasurements(group.record);
     GroupWriter writer('R', group.index);
-    writer.writeTable(withEmptyLists(recorderFieldsBeforeTracks(), group), record, edition);
+    writer.writeTable(recorderFieldsBeforeTracks(), record, edition);
     writeTracks(writer, group.tracks, edition);
-    writer.writeTable(withEmptyLists(recorderFieldsBehindTracks(), group), record, edition);
+    writer.writeTable(recorderFieldsBehindTracks(), record, edition);
     return writer.text();
 }
 

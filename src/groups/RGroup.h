@@ -22,8 +22,6 @@ struct RecorderGroup {
     GroupRow record{};     ///< all but the tracks
     std::vector<Track> tracks{};
     TrackMemory memory{};
-    /// Counts of the file that are 0; they stay as long as their list is empty.
-    std::set<std::string, std::less<>> emptyLists{};
     std::set<std::size_t> rowsRead{};  ///< the numbers under which the file has tracks
     KeptCommands kept{};
 };

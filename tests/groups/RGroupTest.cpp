@@ -1,0 +1,312 @@
+#include "core/GroupFiles.h"
+#include "core/Text.h"
+#include "groups/RGroup.h"
+#include "support/TestContext.h"
+
+#include <algorithm>
+#include <set>
+
+namespace kavu {
+namespace {
+
+using test::TestContext;
+
+bool contains(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+}
+
+std::vector<std::string> codesOf(const std::string& text) {
+    std::vector<std::string> codes;
+    for (const auto& line : splitLines(text)) {
+        codes.push_back(line.substr(4, line.find(':') - 4));
+    }
+    return codes;
+}
+
+class RGroup : public ::testing::Test {
+  protected:
+    RecorderGroup read(int edition, const std::string& commands) {
+        t.document.version = edition;
+        t.write(groupFile('R', 1), "R-1\\ID:Deck;\r\n" + commands);
+        auto group = readRecorder(t.context, &t.ui, "Deck");
+        EXPECT_TRUE(group.has_value());
+        return std::move(*group);
+    }
+    std::string rewritten(int edition, const std::string& commands) {
+        return recorderText(read(edition, commands), edition);
+    }
+
+    TestContext t;
+};
+
+std::string valueFor(const Field& field, int edition) {
+    if (field.kind == FieldKind::DateTime) {
+        return edition <= 1996 ? "01-02-96-03-04-05" : "01-02-2003-04-05-06";
+    }
+    if (field.kind == FieldKind::Choice) {
+        const auto it =
+            std::find_if(field.choices.begin(), field.choices.end(), [&](const Choice& choice) {
+                return !choice.text.empty() && isKnownIn(edition, choice);
+            });
+        return std::string(it->value);
+    }
+    return "1";
+}
+
+TEST(RecorderTables, NameEveryCodeOnceAndAllPagesThereAre) {
+    std::set<std::string_view> pages;
+    for (const auto& page : recorderPages()) {
+        pages.insert(page.name);
+        EXPECT_FALSE(page.title.empty());
+    }
+    EXPECT_EQ(pages.size(), 11u);
+    std::set<std::string> codes;
+    for (const auto& field : recorderVocabulary()) {
+        EXPECT_TRUE(field.page.empty() || pages.contains(field.page)) << field.code;
+        if (!field.bridgeOnly && field.code != "CDLN-n") {
+            EXPECT_TRUE(codes.insert(std::string(field.code)).second) << field.code;
+        }
+        EXPECT_EQ(field.kind == FieldKind::Choice, !field.choices.empty()) << field.code;
+    }
+}
+
+TEST(RecorderTables, GiveXmlItsOwnCodesForSerialNumberFirmwareAndMediaIdentifier) {
+    for (const auto& field : recorderVocabulary()) {
+        if (field.code == "RI6" && !field.bridgeOnly) {
+            EXPECT_EQ(field.codeToXml, "RI9");
+            EXPECT_EQ(field.codeFromXml, "RI9");
+        } else if (field.code == "RI7" && !field.bridgeOnly) {
+            EXPECT_EQ(field.codeToXml, "RI10");
+            EXPECT_EQ(field.codeFromXml, "RI10");
+        } else if (field.code == "RMMID-n") {
+            EXPECT_EQ(field.codeToXml, "RIMMID-n");
+            EXPECT_EQ(field.codeFromXml, "");
+        }
+    }
+}
+
+TEST(RecorderTables, KeepTheBrokenXmlTextOfTheFifteenInchReel) {
+    const auto fields = recorderSingleFields();
+    const auto reel = std::find_if(fields.begin(), fields.end(),
+                                   [](const Field& field) { return field.code == "TC5"; });
+    ASSERT_NE(reel, fields.end());
+    EXPECT_EQ(reel->choices[3].value, "15.0");
+    EXPECT_EQ(reel->choices[3].xml, "`5.0");
+}
+
+/// Every field that an edition knows, filled from a file and written again: the written order
+/// is that of the tables, and what the edition does not know is not written.
+TEST_F(RGroup, IsWrittenInTheOrderOfTheTablesFromBothSidesOfEachGate) {
+    for (const int edition : {1996, 1999, 2000, 2001, 2004, 2005, 2007, 2009, 2011}) {
+        std::string file;
+        std::vector<std::string> expected = {"ID"};
+        for (const auto table : {recorderFieldsBeforeTracks(), recorderFieldsBehindTracks()}) {
+            for (const auto& field : table) {
+                if (field.code == "ID") {
+                    continue;
+                }
+                const auto code = codeAt(field.code, {1, 1});
+                const auto value = field.code == "N" ? "0" : valueFor(field, edition);
+                file += "R-1\\" + code + ":" + value + ";\r\n";
+                if (isKnownIn(edition, field)) {
+                    expected.push_back(code);
+                }
+            }
+        }
+        EXPECT_EQ(codesOf(rewritten(edition, file)), expected) << edition;
+        EXPECT_EQ(t.ui.boxes.size(), 0u) << edition;
+    }
+}
+
+TEST_F(RGroup, ShowsTenEventsOfFifteen) {
+    std::string file = "R-1\\EV\\N:15;\r\n";
+    for (int n = 1; n <= 15; ++n) {
+        file += "R-1\\EV\\ID-" + std::to_string(n) + ":E" + std::to_string(n) + ";\r\n";
+    }
+    const auto group = read(2011, file);
+    EXPECT_EQ(group.record.rows("EV\\N").size(), 10u);
+    const auto text = recorderText(group, 2011);
+    EXPECT_TRUE(contains(text, "R-1\\EV\\N:10;"));
+    EXPECT_EQ(recorderLeftovers(group).dropped(text).size(), 5u);
+}
+
+TEST_F(RGroup, LeavesTheNumberOfTracksUntilATrackIsAddedOrDeleted) {
+    auto group = read(2011, "R-1\\N:4;\r\nR-1\\TK1-1:1;\r\nR-1\\TK1-3:3;\r\n");
+    ASSERT_EQ(group.tracks.size(), 2u);
+    EXPECT_EQ(group.record.value("N"), "4");
+    EXPECT_TRUE(contains(recorderText(group, 2011), "R-1\\N:4;"));
+    Track track;
+    setTrackValue(track, "TK1-n", "9");
+    addTrack(group, track);
+    EXPECT_EQ(group.record.value("N"), "3");
+    deleteTrack(group, 0);
+    EXPECT_EQ(group.record.value("N"), "2");
+}
+
+TEST_F(RGroup, RefusesANumberOfTracksBelowTheRowsWith312) {
+    auto group = read(2011, "R-1\\N:2;\r\nR-1\\TK1-1:1;\r\nR-1\\TK1-2:2;\r\n");
+    EXPECT_FALSE(setTrackCount(t.messages, &t.ui, group, "1"));
+    ASSERT_EQ(t.ui.countBoxes(312), 1);
+    EXPECT_EQ(t.ui.boxes[0].text.find("There are currently 2 Data Tracks defined. Please enter a "
+                                      "number greater than or equal to 2,"),
+              0u);
+    EXPECT_EQ(group.record.value("N"), "2");
+    EXPECT_TRUE(setTrackCount(t.messages, &t.ui, group, "7"));
+    EXPECT_EQ(group.record.value("N"), "7");
+    EXPECT_FALSE(setTrackCount(t.messages, nullptr, group, "0"));
+}
+
+TEST_F(RGroup, Of2004HasNoSerialNumberNoMediaLocationAndNoMeasurementsToProcess) {
+    const std::string file =
+        "R-1\\RML:I;\r\nR-1\\RI6:123;\r\nR-1\\EV\\N:1;\r\nR-1\\EV\\ID-1:E;\r\n"
+        "R-1\\EV\\PM\\N-1:1;\r\nR-1\\EV\\PM\\MN-1-1:M;\r\n";
+    const auto group = read(2004, file);
+    EXPECT_EQ(group.record.value("RML"), "");
+    EXPECT_EQ(group.record.value("RI6"), "");
+    EXPECT_TRUE(group.record.rows("EV\\N").empty());
+    EXPECT_EQ(recorderText(group, 2004), "R-1\\ID:Deck;\r\n");
+    EXPECT_EQ(recorderLeftovers(group).dropped(recorderText(group, 2004)).size(), 6u);
+}
+
+TEST_F(RGroup, RewritesSerialNumberAndFirmwareAsTheyWereRead) {
+    const auto text = rewritten(2009, "R-1\\RI6:SN1;\r\nR-1\\RI7:FW2;\r\nR-1\\RI9:other;\r\n");
+    EXPECT_TRUE(contains(text, "R-1\\RI6:SN1;\r\nR-1\\RI7:FW2;\r\n"));
+    EXPECT_FALSE(contains(text, "RI9"));
+}
+
+TEST_F(RGroup, NamesAnEventWithoutAnIdByItsRow) {
+    const auto text = rewritten(2005, "R-1\\EV\\N:2;\r\nR-1\\EV\\ID-1:A;\r\n");
+    EXPECT_TRUE(contains(text, "R-1\\EV\\ID-1:A;\r\nR-1\\EV\\ID-2:ID2;\r\n"));
+}
+
+TEST_F(RGroup, IsNotEnabledWithoutAWordFrom2005On) {
+    EXPECT_TRUE(contains(rewritten(2005, ""), "R-1\\EV\\E:F;\r\nR-1\\IDX\\E:F;\r\n"));
+    EXPECT_EQ(rewritten(2004, ""), "R-1\\ID:Deck;\r\n");
+}
+
+TEST_F(RGroup, SkipsBlankMeasurementsToProcess) {
+    const auto text = rewritten(
+        2011,
+        "R-1\\EV\\N:1;\r\nR-1\\EV\\ID-1:A;\r\nR-1\\EV\\PM\\N-1:3;\r\nR-1\\EV\\PM\\MN-1-1:M1;\r\n"
+        "R-1\\EV\\PM\\PST-1-3:5;\r\n");
+    EXPECT_TRUE(contains(text,
+                         "R-1\\EV\\PM\\N-1:2;\r\nR-1\\EV\\PM\\MN-1-1:M1;\r\n"
+                         "R-1\\EV\\PM\\PST-1-2:5;\r\n"));
+}
+
+TEST_F(RGroup, KeepsCountsThatAreZero) {
+    const auto text =
+        rewritten(2009, "R-1\\RIM\\N:0;\r\nR-1\\RMM\\N:0;\r\nR-1\\EV\\N:0;\r\nR-1\\RT\\N:0;\r\n");
+    for (const auto* count : {"RIM\\N:0;", "RMM\\N:0;", "EV\\N:0;", "RT\\N:0;"}) {
+        EXPECT_TRUE(contains(text, count)) << count;
+    }
+    EXPECT_FALSE(contains(rewritten(2009, ""), "RT\\N"));
+}
+
+TEST_F(RGroup, CutsListsToTheirMostRows) {
+    const auto group = read(
+        2009, "R-1\\RIM\\N:2000000000;\r\nR-1\\RMM\\N:101;\r\nR-1\\RT\\N:10;\r\nR-1\\N:100;\r\n");
+    EXPECT_EQ(group.record.rows("RIM\\N").size(), 1000u);
+    EXPECT_EQ(group.record.rows("RMM\\N").size(), 100u);
+    EXPECT_EQ(group.record.rows("RT\\N").size(), 9u);
+    EXPECT_EQ(group.record.value("N"), "99");
+}
+
+TEST_F(RGroup, HasShorterDatesAndLongerDensitiesIn1996) {
+    const auto fields = knownFields(recorderSingleFields(), 1996);
+    const auto limitOf = [&](std::string_view code) {
+        return std::find_if(fields.begin(), fields.end(),
+                            [&](const Field& field) { return field.code == code; })
+            ->limit;
+    };
+    EXPECT_EQ(limitOf("RI4"), 17u);
+    EXPECT_EQ(limitOf("RI5"), 17u);
+    EXPECT_EQ(limitOf("TC7"), 3u);
+    const auto text = rewritten(1996, "R-1\\TC7:OTH;\r\nR-1\\TC1:OTH;\r\nR-1\\TC5:12.65;\r\n");
+    EXPECT_TRUE(contains(text, "TC7:OTH;"));
+    EXPECT_TRUE(contains(text, "TC1:OTH;"));
+    EXPECT_FALSE(contains(text, "TC5"));
+}
+
+TEST_F(RGroup, BeginsANewOneWith310AndThePresentTime) {
+    t.document.version = 2009;
+    const auto group = readRecorder(t.context, &t.ui, "Nowhere");
+    ASSERT_TRUE(group.has_value());
+    ASSERT_EQ(t.ui.boxes.size(), 1u);
+    EXPECT_EQ(t.ui.boxes[0].id, -310);
+    EXPECT_EQ(t.ui.boxes[0].shownText(),
+              "Recorder/Reproducer Data Source definition not found. Creating new data source "
+              "definition.");
+    EXPECT_EQ(group->index, 1);
+    EXPECT_EQ(group->record.value("RI4"), "01-02-2026-03-04-05");
+    EXPECT_EQ(recorderText(*group, 2009),
+              "R-1\\ID:Nowhere;\r\nR-1\\RI4:01-02-2026-03-04-05;\r\nR-1\\EV\\E:F;\r\n"
+              "R-1\\IDX\\E:F;\r\n");
+    t.document.version = 1996;
+    EXPECT_EQ(readRecorder(t.context, nullptr, "Nowhere")->record.value("RI4"),
+              "01-02-26-03-04-05");
+}
+
+TEST_F(RGroup, IsNotReadWhenAllNumbersAreTaken) {
+    for (int index = 1; index <= 99; ++index) {
+        t.write(groupFile('R', index), "R-" + std::to_string(index) + "\\ID:S;\r\n");
+    }
+    EXPECT_FALSE(readRecorder(t.context, &t.ui, "New").has_value());
+    EXPECT_EQ(t.ui.countBoxes(85), 1);
+}
+
+TEST_F(RGroup, IsNotReadAfterACancel) {
+    std::string file = "R-1\\N:2;\r\nR-1\\TK1-1:1;\r\nR-1\\TK1-2:2;\r\nR-1\\EV\\N:1;\r\n";
+    t.write(groupFile('R', 1), "R-1\\ID:Deck;\r\n" + file);
+    ASSERT_TRUE(readRecorder(t.context, &t.ui, "Deck").has_value());
+    const int polls = t.ui.polls;
+    EXPECT_GT(polls, 3);
+    for (int at = 1; at <= polls; ++at) {
+        t.ui.polls = 0;
+        t.ui.cancelAtPoll = at;
+        EXPECT_FALSE(readRecorder(t.context, &t.ui, "Deck").has_value()) << at;
+    }
+}
+
+TEST_F(RGroup, TellsWhatItDoesOnTheStatusLine) {
+    (void)read(2011, "");
+    EXPECT_EQ(t.ui.statusTexts,
+              (std::vector<std::string>{"Initializing Tape Data Source Information...",
+                                        "Edit Recorder/Reproducer Information."}));
+}
+
+TEST_F(RGroup, KeepsUnknownCommandsIfTheUserWants) {
+    const std::string file = "R-1\\RSS:C;\r\nR-1\\CRE:F;\r\nR-1\\TC1:SSR;\r\nR-1\\RSS:R;\r\n";
+    const auto group = read(2009, file);
+    t.ui.queued = {Button::Yes};
+    ASSERT_TRUE(storeRecorder(t.context, &t.ui, group));
+    EXPECT_EQ(t.read(groupFile('R', 1)),
+              "R-1\\ID:Deck;\r\nR-1\\EV\\E:F;\r\nR-1\\IDX\\E:F;\r\n" + file);
+    EXPECT_TRUE(t.document.changed);
+    t.ui.queued = {Button::No};
+    ASSERT_TRUE(storeRecorder(t.context, &t.ui, group));
+    EXPECT_EQ(t.read(groupFile('R', 1)), "R-1\\ID:Deck;\r\nR-1\\EV\\E:F;\r\nR-1\\IDX\\E:F;\r\n");
+}
+
+TEST_F(RGroup, DropsUnknownCommandsWithoutAParent) {
+    const auto group = read(2004, "R-1\\CRE:F;\r\n");
+    ASSERT_TRUE(storeRecorder(t.context, nullptr, group));
+    EXPECT_EQ(t.read(groupFile('R', 1)), "R-1\\ID:Deck;\r\n");
+}
+
+TEST_F(RGroup, IsStableFromTheSecondWritingOn) {
+    const auto group = read(2011,
+                            "R-1\\N:2;\r\nR-1\\TK1-1:1;\r\nR-1\\CDT-1:PCMIN;\r\nR-1\\PDP-1:ZZ;\r\n"
+                            "R-1\\TK1-2:2;\r\nR-1\\CCF\\E-2:T;\r\nR-1\\COM:one\x14\x15two;\r\n");
+    t.ui.queued = {Button::Yes, Button::Yes};
+    ASSERT_TRUE(storeRecorder(t.context, &t.ui, group));
+    const auto once = t.read(groupFile('R', 1));
+    const auto again = readRecorder(t.context, &t.ui, "Deck");
+    ASSERT_TRUE(again.has_value());
+    ASSERT_TRUE(storeRecorder(t.context, &t.ui, *again));
+    EXPECT_EQ(t.read(groupFile('R', 1)), once);
+    EXPECT_TRUE(contains(once, "R-1\\COM:one\x14\x15two;"));
+}
+
+}  // namespace
+}  // namespace kavu
