@@ -1,0 +1,389 @@
+#include "groups/AttributeEdit.h"
+
+#include "core/Edition.h"
+#include "core/FieldRules.h"
+#include "core/FileIo.h"
+#include "core/FileReports.h"
+#include "core/GroupFiles.h"
+#include "core/Printf.h"
+#include "core/Text.h"
+#include "core/TmatsDocument.h"
+#include "core/TmatsReader.h"
+#include "core/UserInterface.h"
+#include "core/WorkingStore.h"
+#include "groups/GroupRecord.h"
+#include "groups/GroupScan.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <optional>
+
+namespace kavu {
+
+namespace {
+
+/// What keeps a change from being made; empty for nothing.
+using Refusal = std::string;
+
+/// A group file as a list of commands.
+struct GroupLines {
+    bool exists = false;
+    bool changed = false;
+    std::vector<std::string> commands{};
+};
+
+using GroupKey = std::pair<char, int>;
+
+IoStatus readLines(DocumentContext& context, char letter, int index, GroupLines& lines) {
+    ByteSource source;
+    auto status = source.open(context.store.pathOf(groupFile(letter, index)));
+    if (!status.ok()) {
+        return isMissing(status) ? IoStatus() : status;
+    }
+    lines.exists = true;
+    std::string command;
+    while (context.reader.nextRawCommand(source, command)) {
+        lines.commands.push_back(command);
+    }
+    return source.status();
+}
+
+std::string valueOf(std::string_view command) {
+    const auto colon = command.find(':');
+    if (colon == std::string_view::npos) {
+        return {};
+    }
+    auto value = command.substr(colon + 1);
+    value.remove_suffix(value.ends_with(';') ? 1 : 0);
+    return std::string(value);
+}
+
+/// The value that a look-up from the front finds.
+std::string currentValue(const GroupLines& lines, const std::string& code) {
+    const auto key = lowerAscii(code);
+    for (const auto& command : lines.commands) {
+        if (auto value = valueOf(command); !value.empty() && commandKey(command) == key) {
+            return value;
+        }
+    }
+    return {};
+}
+
+// --- The place of a new command ---------------------------------------------------------------
+
+/// Sorts commands as the writer of the group does: rows stand together behind their count.
+using Rank = std::array<std::size_t, 5>;
+
+/// The first of the fields around a place that have at least so many indices.
+std::size_t firstOfRun(std::span<const Field> table, std::size_t place, int indices) {
+    while (place > 0 && indexCountOf(table[place - 1].code) >= indices) {
+        --place;
+    }
+    return place;
+}
+
+Rank rankOf(std::span<const Field> table, const VocabularyMatch& match) {
+    const auto place = static_cast<std::size_t>(match.field - table.data());
+    switch (indexCountOf(match.field->code)) {
+        case 0:
+            return {place, 0, 0, 0, 0};
+        case 1:
+            return {firstOfRun(table, place, 1), match.n, place, 0, 0};
+        default:
+            return {firstOfRun(table, place, 1), match.n, firstOfRun(table, place, 2), match.m,
+                    place};
+    }
+}
+
+std::size_t placeOf(std::span<const Field> table, const GroupLines& lines,
+                    const std::string& prefix, const Rank& rank) {
+    std::size_t place = 0;
+    std::optional<Rank> best;
+    for (std::size_t i = 0; i < lines.commands.size(); ++i) {
+        const auto key = commandKey(lines.commands[i]);
+        if (!startsWithIgnoreCase(key, prefix)) {
+            continue;
+        }
+        const auto matches = matchVocabulary(table, std::string_view(key).substr(prefix.size()));
+        if (matches.empty()) {
+            continue;
+        }
+        const auto other = rankOf(table, matches.front());
+        if (other <= rank && (!best || other >= *best)) {
+            best = other;
+            place = i + 1;
+        }
+    }
+    return place;
+}
+
+// --- The rules --------------------------------------------------------------------------------
+
+struct Names {
+    std::string_view letters;
+    std::string_view code;
+    std::string_view instead;
+};
+/// What other groups refer to: it is renamed everywhere or not at all.
+constexpr auto kNames = std::to_array<Names>({
+    {"TRM", "ID", "source rename"},
+    {"G", "DSI-n", "source rename"},
+    {"A", "DLN", "link rename"},
+    {"M", "BB\\DLN", "link rename"},
+    {"M", "SI\\DLN-n", "link rename"},
+    {"G", "106", "save --edition"},
+});
+
+Refusal refusedName(const Field& field, char letter, const std::string& now,
+                    const std::string& value) {
+    const auto it = std::find_if(kNames.begin(), kNames.end(), [&](const Names& each) {
+        return each.letters.find(letter) != std::string_view::npos && each.code == field.code;
+    });
+    return it == kNames.end() || now.empty() || now == value
+               ? Refusal()
+               : formatPrintf("Other groups depend on this value. Use '%s' to change it.",
+                              it->instead);
+}
+
+Refusal refusedEdition(const Field& field, int edition) {
+    if (isKnownIn(edition, field)) {
+        return {};
+    }
+    return edition < field.firstEdition
+               ? formatPrintf("It is known from IRIG %s on, and this document is of IRIG %s.",
+                              editionText(field.firstEdition), editionText(edition))
+               : formatPrintf("It is known up to IRIG %s, and this document is of IRIG %s.",
+                              editionText(field.lastEdition), editionText(edition));
+}
+
+std::string listedChoices(const Field& field, int edition) {
+    std::string text;
+    for (const auto& choice : field.choices) {
+        if (isKnownIn(edition, choice) && (field.bridgeOnly || !choice.text.empty())) {
+            text += text.empty() ? "" : ", ";
+            text += storedChoice(choice, limitIn(edition, field));
+        }
+    }
+    return text;
+}
+
+/// A field without a page is checked against what XML knows of it.
+ValueFault faultOf(const Field& field, const std::string& value, int edition) {
+    if (!field.bridgeOnly || field.kind != FieldKind::Choice || holdsSemicolon(value)) {
+        return checkValue(field, value, edition);
+    }
+    const bool known = std::any_of(field.choices.begin(), field.choices.end(),
+                                   [&](const Choice& choice) { return choice.value == value; });
+    return known || value.empty() ? ValueFault::None : ValueFault::NoChoice;
+}
+
+Refusal refusedValue(const Field& field, const std::string& value, int edition) {
+    switch (faultOf(field, value, edition)) {
+        case ValueFault::None:
+            return {};
+        case ValueFault::Semicolon:
+            return "A value can not hold a semi-colon.";
+        case ValueFault::NoChoice:
+            return "The value is not one of: " + listedChoices(field, edition) + ".";
+        case ValueFault::BadDate:
+            return formatPrintf("The value is not of the form %s.", field.kind == FieldKind::Date
+                                                                        ? dateForm(edition)
+                                                                        : dateTimeForm(edition));
+        case ValueFault::NotDigits:
+            return "The value is not made of digits.";
+        case ValueFault::TooMany:
+            return formatPrintf("The list can have %d rows.", static_cast<int>(field.rows));
+        case ValueFault::TooLong:
+            break;
+    }
+    return formatPrintf("The value can only be %d characters long.",
+                        static_cast<int>(limitIn(edition, field)));
+}
+
+/// One change on its way: the group it is for, and what it is to become.
+class Change {
+  public:
+    Change(GroupLines& lines, const AttributeChange& change, int edition)
+        : lines_(lines),
+          code_(change.code),
+          table_(groupVocabulary(change.code.letter)),
+          value_(replaceAll(replaceAll(change.value, "\r\n", "\n"), "\n", "\r\n")),
+          edition_(edition) {}
+
+    [[nodiscard]] Refusal make() {
+        if (table_.empty()) {
+            return formatPrintf("The commands of group %c can not be set one by one.",
+                                code_.letter);
+        }
+        if (!lines_.exists && code_.letter != 'G') {
+            return formatPrintf("There is no group %c-%d in this document.", code_.letter,
+                                code_.index);
+        }
+        const auto matches = matchVocabulary(table_, code_.field);
+        if (matches.empty()) {
+            return formatPrintf("The vocabulary of group %c has no such command.", code_.letter);
+        }
+        Refusal first;
+        for (const auto& match : matches) {
+            auto why = refusal(match);
+            if (why.empty()) {
+                apply(match);
+                return {};
+            }
+            first = first.empty() ? std::move(why) : first;
+        }
+        return first;
+    }
+
+  private:
+    [[nodiscard]] std::string codeOf(std::string_view field, RowNumbers at) const {
+        return codePrefix(code_.letter, code_.index) + codeAt(field, at);
+    }
+
+    [[nodiscard]] Refusal refusal(const VocabularyMatch& match) const {
+        const auto& field = *match.field;
+        const RowNumbers at{match.n, match.m};
+        for (auto why : {refusedEdition(field, edition_), refusedValue(field, value_, edition_),
+                         refusedName(field, code_.letter,
+                                     currentValue(lines_, codeOf(field.code, at)), value_),
+                         refusedRow(field, at), refusedSources(field)}) {
+            if (!why.empty()) {
+                return why;
+            }
+        }
+        return {};
+    }
+
+    /// A row has to be one of those that its count tells of, in each list it stands in.
+    [[nodiscard]] Refusal refusedRow(const Field& field, RowNumbers at) const {
+        for (auto list = field.list; !list.empty();) {
+            const auto count = std::find_if(table_.begin(), table_.end(),
+                                            [&](const Field& each) { return each.code == list; });
+            const bool inner = indexCountOf(list) > 0;
+            const auto code = codeOf(list, {at.n, 0});
+            const auto rows = clampedCount(currentValue(lines_, code), count->rows);
+            if ((inner ? at.m : at.n) > rows) {
+                return formatPrintf("The list has %d rows. Set '%s' first.", static_cast<int>(rows),
+                                    code);
+            }
+            list = count->list;
+        }
+        return {};
+    }
+
+    [[nodiscard]] Refusal refusedSources(const Field& field) const {
+        constexpr std::string_view kSources = "DSI\\N";
+        if (code_.letter != 'G' || field.code != kSources) {
+            return {};
+        }
+        const auto rows = clampedCount(currentValue(lines_, codeOf(kSources, {})), field.rows);
+        return clampedCount(value_, field.rows) >= rows
+                   ? Refusal()
+                   : Refusal("Use 'source delete' to delete a data source.");
+    }
+
+    void apply(const VocabularyMatch& match) {
+        const auto code = codeOf(match.field->code, {match.n, match.m});
+        const auto key = lowerAscii(code);
+        const auto isOfCode = [&key](const std::string& command) {
+            return commandKey(command) == key;
+        };
+        auto& all = lines_.commands;
+        const auto first = std::find_if(all.begin(), all.end(), isOfCode);
+        auto place = static_cast<std::size_t>(first - all.begin());
+        if (first == all.end()) {
+            place = placeOf(table_, lines_, codePrefix(code_.letter, code_.index),
+                            rankOf(table_, match));
+        }
+        std::erase_if(all, isOfCode);
+        auto stored = match.field->bridgeOnly ? std::string(trimTrailingBlanks(value_))
+                                              : storedValue(*match.field, value_, edition_);
+        if (!stored.empty()) {
+            toStoredForm(stored);
+            const auto at = all.begin() + static_cast<std::ptrdiff_t>(std::min(place, all.size()));
+            all.insert(at, code + ":" + stored + ";");
+        }
+        lines_.changed = true;
+    }
+
+    GroupLines& lines_;
+    const CommandCode& code_;
+    std::span<const Field> table_;
+    std::string value_;
+    int edition_;
+};
+
+bool storeLines(DocumentContext& context, UserInterface* parent, const GroupKey& key,
+                const GroupLines& lines) {
+    std::string bytes;
+    for (const auto& command : lines.commands) {
+        bytes += command;
+        bytes += "\r\n";
+    }
+    const auto path = context.store.pathOf(groupFile(key.first, key.second));
+    if (const auto status = replaceWorkingFile(path, bytes); !status.ok()) {
+        reportUnableToWrite(parent, status);
+        return false;
+    }
+    context.document.changed = true;
+    return true;
+}
+
+/// The group of a code, read once; null if it can not be read.
+GroupLines* linesOf(DocumentContext& context, UserInterface* parent,
+                    std::map<GroupKey, GroupLines>& groups, const CommandCode& code) {
+    const auto [it, isNew] = groups.try_emplace(GroupKey{code.letter, code.index});
+    if (isNew) {
+        if (const auto status = readLines(context, code.letter, code.index, it->second);
+            !status.ok()) {
+            reportUnableToRead(parent, status);
+            return nullptr;
+        }
+    }
+    return &it->second;
+}
+
+}  // namespace
+
+bool readAttributes(DocumentContext& context, UserInterface* parent,
+                    std::span<const CommandCode> codes,
+                    std::vector<std::vector<std::string>>& values) {
+    std::map<GroupKey, GroupLines> groups;
+    for (const auto& code : codes) {
+        const auto* const lines = linesOf(context, parent, groups, code);
+        if (lines == nullptr) {
+            return false;
+        }
+        const auto key = lowerAscii(code.text());
+        auto& found = values.emplace_back();
+        for (const auto& command : lines->commands) {
+            if (commandKey(command) == key && command.find(':') != std::string::npos) {
+                found.push_back(valueOf(command));
+            }
+        }
+    }
+    return true;
+}
+
+bool setAttributes(DocumentContext& context, UserInterface* parent,
+                   std::span<const AttributeChange> changes) {
+    std::map<GroupKey, GroupLines> groups;
+    for (const auto& change : changes) {
+        auto* const lines = linesOf(context, parent, groups, change.code);
+        if (lines == nullptr) {
+            return false;
+        }
+        const auto why = Change(*lines, change, context.document.version).make();
+        if (!why.empty()) {
+            showBox(parent, formatPrintf("%s=%s\n\n", change.code.text(), change.value) + why,
+                    "Unable To Set Attribute");
+            return false;
+        }
+    }
+    return std::all_of(groups.begin(), groups.end(), [&](const auto& group) {
+        return !group.second.changed || storeLines(context, parent, group.first, group.second);
+    });
+}
+
+}  // namespace kavu
