@@ -27,6 +27,12 @@ struct PcmFormSteps {
     EditPlace editMeasurementAt;
     /// The form of an async format at the place.
     EditPlace editAsyncAt;
+    /// The form of the ID counter or of the subframe that the word belongs to; `fn` is of no
+    /// meaning. False for any other word.
+    EditPlace editSubframeAt;
+    /// Asks what to make at the word, a subframe or an ID counter, and opens its form. Cancel
+    /// there takes it back, and gives false.
+    EditPlace createSubframeAt;
 
     Edit generateDataWords;     ///< "Initialize Undefined Measurements"
     Edit editSectionComment;    ///< "Measurement Section Comment Field"
