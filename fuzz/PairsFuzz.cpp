@@ -4,6 +4,7 @@
 #include "conversion/PairFile.h"
 #include "conversion/PairSetFit.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <string_view>
@@ -16,6 +17,13 @@ void checkFile(std::string_view text) {
     const auto file = parsePairFile(text);
     KAVU_CHECK(file.x.size() == file.y.size());
     KAVU_CHECK(file.error.empty() || file.x.empty());
+    const auto columns = splitPairFile(text);
+    KAVU_CHECK(columns.error == file.error);
+    KAVU_CHECK(columns.count == file.x.size());
+    for (const auto* const box : {&columns.telemetry, &columns.engineering}) {
+        KAVU_CHECK(static_cast<std::size_t>(std::count(box->begin(), box->end(), '\n')) ==
+                   columns.count);
+    }
     for (std::size_t i = 0; i < file.x.size(); ++i) {
         KAVU_CHECK(std::isfinite(file.x[i]) && std::isfinite(file.y[i]));
     }

@@ -19,25 +19,26 @@ std::string_view withoutQuotes(std::string_view text) {
 }
 
 bool beginsAsNumber(std::string_view text) {
-    text = withoutQuotes(text);
     return !text.empty() &&
            (isDigit(text[0]) || text[0] == '-' || text[0] == '+' || text[0] == '.');
 }
 
-PairFile failed(std::string text) {
-    PairFile file;
-    file.error = std::move(text);
-    return file;
-}
+/// One line of values.
+struct PairLine {
+    std::string_view first;
+    std::string_view second;
+    double x;
+    double y;
+};
 
-}  // namespace
-
-PairFile parsePairFile(std::string_view text) {
+/// Gives the lines one after the other to `take`; what is wrong with the file, or nothing.
+template <typename Take>
+std::string readLines(std::string_view text, Take take) {
     if (text.starts_with(kByteOrderMark)) {
         text.remove_prefix(kByteOrderMark.size());
     }
-    PairFile file;
     bool mayBeHead = true;
+    std::size_t count = 0;
     for (int row = 1; !text.empty(); ++row) {
         const auto end = text.find('\n');
         const auto line = trim(text.substr(0, end));
@@ -46,26 +47,51 @@ PairFile parsePairFile(std::string_view text) {
             continue;
         }
         const auto columns = splitColumnPair(line);
-        const auto x = parseDouble(withoutQuotes(columns.first));
-        const auto y = parseDouble(withoutQuotes(columns.second));
-        if (mayBeHead && !beginsAsNumber(columns.first) && !beginsAsNumber(columns.second)) {
-            mayBeHead = false;
+        const auto first = withoutQuotes(columns.first);
+        const auto second = withoutQuotes(columns.second);
+        const bool isHead = mayBeHead && !beginsAsNumber(first) && !beginsAsNumber(second);
+        mayBeHead = false;
+        if (isHead) {
             continue;
         }
-        mayBeHead = false;
+        const auto x = parseDouble(first);
+        const auto y = parseDouble(second);
         if (!x || !y) {
-            return failed(formatPrintf(
+            return formatPrintf(
                 "Error in row #%d. %s Value found is not a valid floating point number", row,
-                x ? "Y" : "X"));
+                x ? "Y" : "X");
         }
-        if (file.x.size() == kMostFilePairs) {
-            return failed(
-                formatPrintf("There are more than %d pairs in the file.", kMostFilePairs));
+        if (++count > kMostFilePairs) {
+            return formatPrintf("There are more than %d pairs in the file.", kMostFilePairs);
         }
-        file.x.push_back(*x);
-        file.y.push_back(*y);
+        take(PairLine{first, second, *x, *y});
+    }
+    return {};
+}
+
+}  // namespace
+
+PairFile parsePairFile(std::string_view text) {
+    PairFile file;
+    file.error = readLines(text, [&file](const PairLine& line) {
+        file.x.push_back(line.x);
+        file.y.push_back(line.y);
+    });
+    if (!file.error.empty()) {
+        file.x.clear();
+        file.y.clear();
     }
     return file;
+}
+
+PairColumns splitPairFile(std::string_view text) {
+    PairColumns columns;
+    auto error = readLines(text, [&columns](const PairLine& line) {
+        columns.telemetry.append(line.first).append("\n");
+        columns.engineering.append(line.second).append("\n");
+        ++columns.count;
+    });
+    return error.empty() ? columns : PairColumns{{}, {}, 0, std::move(error)};
 }
 
 }  // namespace kavu

@@ -1,6 +1,7 @@
 // A text file of pairs: a telemetry value and an engineering-unit value on each line.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,7 +18,18 @@ struct PairFile {
 
 /// The values are parted by a tab, a semi-colon, a comma or blanks, and may stand in quotes.
 /// Blank lines, lines that begin with `#`, columns behind the second, and a first line
-/// whose columns do not begin as numbers are left out. Every other line must hold two finite numbers.
+/// whose columns do not begin as numbers are left out. Every other line must hold two finite
+/// numbers.
 [[nodiscard]] PairFile parsePairFile(std::string_view text);
+
+/// The same file as the texts of the two boxes of the import, one value a line: the values
+/// stand in them as in the file.
+struct PairColumns {
+    std::string telemetry;
+    std::string engineering;
+    std::size_t count = 0;
+    std::string error;  ///< what is wrong with the file; then there are no values
+};
+[[nodiscard]] PairColumns splitPairFile(std::string_view text);
 
 }  // namespace kavu

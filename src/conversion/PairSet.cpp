@@ -104,9 +104,9 @@ bool PairSet::remove(std::size_t index) {
     return true;
 }
 
-void PairSet::setSorted(bool sorted) {
+std::size_t PairSet::setSorted(bool sorted, std::size_t followed) {
     sorted_ = sorted;
-    (void)sortAround(0);
+    return sortAround(followed);
 }
 
 std::vector<double> PairSet::telemetryValues() const {

@@ -43,8 +43,9 @@ class PairSet {
     std::optional<std::size_t> edit(std::size_t index, ValuePair pair);
     bool remove(std::size_t index);
     void clear() { pairs_.clear(); }
-    /// Pairs that were sorted can not be brought back into their former order.
-    void setSorted(bool sorted);
+    /// Pairs that were sorted can not be brought back into their former order. Gives the place
+    /// of the pair that was at `followed`.
+    std::size_t setSorted(bool sorted, std::size_t followed = 0);
 
     /// The values as numbers; text that is no number is 0.
     [[nodiscard]] std::vector<double> telemetryValues() const;

@@ -7,32 +7,19 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numeric>
 
 namespace kavu {
 
 namespace {
 
 constexpr std::string_view kNoPoints = "Unable to draw graph. No data points defined";
-constexpr std::string_view kXTitle = "TM Value";
-constexpr std::string_view kYTitle = "EU Value";
-constexpr std::string_view kDefaultFormat = "INT";
 constexpr int kDefaultBits = 16;
 
 bool allFinite(std::span<const double> values) {
     return std::all_of(values.begin(), values.end(), [](double v) { return std::isfinite(v); });
 }
 
-int bitsOf(const FitInput& input, const FitOptions& options) {
-    return input.bits != 0 ? input.bits : options.defaultBits;
-}
-
-std::optional<CountRange> rangeOf(const FitInput& input, const FitOptions& options) {
-    return countRange(bitsOf(input, options),
-                      input.binaryFormat.empty() ? kDefaultFormat : input.binaryFormat);
-}
-
-/// Step 2: what the page offers.
+/// What the page offers.
 void setOffers(FitResult& result, const FitInput& input) {
     const bool possible = result.pairs >= 2 && input.order < result.pairs;
     result.series = possible && input.series;
@@ -140,6 +127,12 @@ FitResult refitPairs(const FitInput& input, const FitOptions& options) {
     return result;
 }
 
+std::optional<CountRange> fitCountRange(const FitInput& input, const FitOptions& options) {
+    // What the page has selected, or integers if it has nothing.
+    const std::string_view format = input.binaryFormat.empty() ? "INT" : input.binaryFormat;
+    return countRange(input.bits != 0 ? input.bits : options.defaultBits, format);
+}
+
 CurveTrust judgeResult(const FitResult& result, const FitInput& input, const FitOptions& options) {
     if (!result.fitted) {
         return {};
@@ -147,7 +140,7 @@ CurveTrust judgeResult(const FitResult& result, const FitInput& input, const Fit
     const bool seen = input.bits > 0 || options.curveAllPairs;
     return judgeFit(result.x, result.y, result.order, options.precision,
                     result.fullScale.most - result.fullScale.least,
-                    seen ? rangeOf(input, options) : std::nullopt);
+                    seen ? fitCountRange(input, options) : std::nullopt);
 }
 
 // --- Texts -------------------------------------------------------------------------------
@@ -194,131 +187,6 @@ std::vector<FitRow> fitRows(const FitResult& result) {
         rows.push_back(std::move(row));
     }
     return rows;
-}
-
-// --- The plot ----------------------------------------------------------------------------
-
-namespace {
-
-struct Curve {
-    std::vector<double> x;
-    std::vector<double> y;
-};
-
-/// As many points as the range spans, from the lowest count on.
-Curve curveOf(const FitResult& result, const CountRange& range) {
-    const double span = range.highest - range.lowest;
-    const bool everyCount = span <= static_cast<double>(kMostCurvePoints);
-    const auto points = everyCount ? static_cast<std::size_t>(span) : kMostCurvePoints;
-    const double step = everyCount ? 1.0 : span / static_cast<double>(kMostCurvePoints);
-    Curve curve;
-    curve.x.reserve(points);
-    curve.y.reserve(points);
-    const auto c = result.fittedCoefficients();
-    for (std::size_t i = 0; i < points; ++i) {
-        curve.x.push_back(range.lowest + static_cast<double>(i) * step);
-        curve.y.push_back(evaluatePolynomial(curve.x.back(), c, result.order));
-    }
-    return curve;
-}
-
-/// Steps 11 and 12: the range of the plot.
-void setPlotRange(Plot& plot, const FitResult& result, const std::optional<CountRange>& counts,
-                  const FitDrawing& drawing) {
-    auto& attributes = plot.attributes;
-    if (drawing.rescale && !scalesY(attributes.scale)) {
-        attributes.y = result.fullScale;
-    }
-    if (counts && result.fitted && result.pairs >= 2 && result.order < result.pairs) {
-        const auto c = result.fittedCoefficients();
-        attributes.setRange(static_cast<int>(PlotScale::MinMax), counts->lowest, counts->highest,
-                            evaluatePolynomial(counts->lowest, c, result.order),
-                            evaluatePolynomial(counts->highest, c, result.order));
-    }
-}
-
-/// A ring around the point of the row that is selected in the list.
-void highlight(const Plot& plot, DrawingSurface& surface, double x, double y) {
-    const auto place = plot.map(x, y);
-    if (!place || !plot.rectangle().contains(*place)) {
-        return;
-    }
-    const double half = std::floor(surface.pixelsPerInch() / 12);
-    (void)surface.setPen({0xFF0000, 2, LineStyle::Solid});
-    surface.setHollowBrush();
-    surface.ellipse({place->x - half, place->y - half, place->x + half, place->y + half});
-}
-
-}  // namespace
-
-bool drawFit(Plot& plot, DrawingSurface& surface, const FitResult& result, const FitInput& input,
-             const FitOptions& options, const FitDrawing& drawing) {
-    if (!drawing.printing) {
-        (void)surface.setPen({0xFFFFFF, 1, LineStyle::Solid});
-        surface.setSolidBrush(0xFFFFFF);
-        surface.rectangle(surface.area());
-    }
-    if (result.pairs == 0) {
-        drawMessage(surface, kNoPoints);
-        return false;
-    }
-    const auto counts = options.curveAllPairs ? rangeOf(input, options) : std::nullopt;
-    setPlotRange(plot, result, counts, drawing);
-    PlotFrame frame;
-    frame.widthFraction = drawing.widthFraction;
-    frame.heightFraction = drawing.heightFraction;
-    frame.alignment = drawing.alignment;
-    frame.advance = drawing.printing;
-    frame.x = result.x;
-    frame.y = result.y;
-    frame.xTitle = kXTitle;
-    frame.yTitle = drawing.units.empty() ? kYTitle : std::string_view(drawing.units);
-    const bool framed = plot.drawFrame(&surface, frame);
-    if (result.order < result.pairs) {
-        (void)plot.drawSeries(1, result.x, result.y, options.sorted);
-    }
-    if (result.fitted && counts) {
-        const auto curve = curveOf(result, *counts);
-        (void)plot.drawSeries(2, curve.x, curve.y, false);
-    } else if (result.fitted) {
-        (void)plot.drawSeries(2, result.x, result.computed, options.sorted);
-    }
-    if (result.zeroY && result.calY) {
-        const double x[] = {*result.zeroX, *result.calX};
-        const double y[] = {*result.zeroY, *result.calY};
-        (void)plot.drawSeries(3, x, y, false);
-    }
-    if (framed && drawing.selected && *drawing.selected < result.x.size()) {
-        highlight(plot, surface, result.x[*drawing.selected], result.y[*drawing.selected]);
-    }
-    if (!result.fitted) {
-        drawMessage(surface, fitFailureText(result));
-    }
-    return framed;
-}
-
-bool drawResiduals(Plot& plot, DrawingSurface& surface, const FitResult& result,
-                   const FitDrawing& drawing) {
-    if (!result.fitted) {
-        return false;
-    }
-    PlotFrame frame;
-    frame.widthFraction = drawing.widthFraction;
-    frame.heightFraction = drawing.heightFraction;
-    frame.x = result.x;
-    frame.y = result.errors;
-    frame.xTitle = kXTitle;
-    frame.yTitle = "Error";
-    if (!plot.drawFrame(&surface, frame)) {
-        return false;
-    }
-    for (std::size_t i = 0; i < result.x.size(); ++i) {
-        const double x[] = {result.x[i], result.x[i]};
-        const double y[] = {0.0, result.errors[i]};
-        // A marked row is drawn as the third series, so that it stands out.
-        (void)plot.drawSeries(result.marked[i] ? 3 : 2, x, y, false);
-    }
-    return true;
 }
 
 }  // namespace kavu

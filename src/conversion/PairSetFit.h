@@ -95,6 +95,10 @@ struct FitResult {
                                     std::optional<std::pair<double, double>> series,
                                     std::span<const double> y);
 
+/// The counts that the curve is drawn through; nothing for a word of less than 1 bit.
+[[nodiscard]] std::optional<CountRange> fitCountRange(const FitInput& input,
+                                                      const FitOptions& options);
+
 /// How far the result holds as it is written. The range of the counts is looked at if the
 /// word length is known or the curve is drawn over it.
 [[nodiscard]] CurveTrust judgeResult(const FitResult& result, const FitInput& input,
@@ -127,18 +131,34 @@ struct FitDrawing {
     double heightFraction = 1;
     PlotAlignment alignment = PlotAlignment::Centre;
     std::optional<std::size_t> selected;  ///< a row that is highlighted
+    bool showMarked = false;              ///< rings the rows that are out of tolerance, too
 };
+/// Leaves just the room that the labels and the titles of a frame need on a window; `xTitle`
+/// tells whether there is one below the labels.
+void leaveRoomForLabels(FitDrawing& drawing, const DrawingSurface& surface, bool xTitle);
 
 /// The most points of a curve through every count; a longer range is drawn in equal steps.
 inline constexpr std::size_t kMostCurvePoints = std::size_t{1} << 20;
+
+/// The attributes with the ranges that the drawing of the fit has.
+[[nodiscard]] PlotAttributes fitScale(PlotAttributes attributes, const FitResult& result,
+                                      const FitInput& input, const FitOptions& options,
+                                      const FitDrawing& drawing);
 
 /// Draws the axes and the three series, or the text of what is wrong. False if no frame could
 /// be drawn.
 bool drawFit(Plot& plot, DrawingSurface& surface, const FitResult& result, const FitInput& input,
              const FitOptions& options, const FitDrawing& drawing);
 
-/// Draws the errors under the curve: a zero line and one bar a pair.
+/// Draws the errors under the curve: a zero line and one bar a pair; bars of rows that are out
+/// of tolerance look as the third series, others as the second. The range of X is that of
+/// `curve` (`fitScale`), so that both have their pairs one above the other.
 bool drawResiduals(Plot& plot, DrawingSurface& surface, const FitResult& result,
-                   const FitDrawing& drawing);
+                   const PlotAttributes& curve, const FitDrawing& drawing);
+
+/// One page: the name, the plot, the coefficients and the statistics. False if the page can
+/// not be started or there is no frame.
+bool drawFitPage(Plot& plot, DrawingSurface& page, std::string_view name, const FitResult& result,
+                 const FitInput& input, const FitOptions& options, FitDrawing drawing);
 
 }  // namespace kavu

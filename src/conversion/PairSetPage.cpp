@@ -14,6 +14,8 @@ namespace {
 
 constexpr std::string_view kZero = "ZeroCal";
 constexpr std::string_view kCal = "RCal";
+constexpr std::string_view kCurveCode = "PS1";
+constexpr std::string_view kOrderCode = "PS2";
 constexpr int kAreYouSure = 82;
 
 }  // namespace
@@ -25,7 +27,7 @@ FitInput PairSetPage::input(int bits) const {
     FitInput input;
     input.x = pairs.telemetryValues();
     input.y = pairs.engineeringValues();
-    input.order = file.integer(name_, "PS2", 1);
+    input.order = file.integer(name_, kOrderCode, 1);
     input.limits = {file.value(name_, "MOT1", ""), file.value(name_, "MOT2", ""),
                     file.value(name_, "MOT3", ""), file.value(name_, "MOT4", "")};
     input.bits = bits;
@@ -37,9 +39,51 @@ FitInput PairSetPage::input(int bits) const {
     return input;
 }
 
-FitResult PairSetPage::refresh(UserInterface* parent, const FitInput& input) {
+PairSet PairSetPage::pairs() const {
     const ProfileFile file(context_.store.pathOf(working::kData1));
-    if (!startsWithIgnoreCase(file.value(name_, "PS1", "N"), "Y")) {
+    return PairSet::read(file, name_, FitOptions::read(context_.settings).sorted);
+}
+
+std::string PairSetPage::units() const {
+    return ProfileFile(context_.store.pathOf(working::kData1)).value(name_, "MN3", "");
+}
+
+bool PairSetPage::definesCurve() const {
+    const ProfileFile file(context_.store.pathOf(working::kData1));
+    return startsWithIgnoreCase(file.value(name_, kCurveCode, "N"), "Y");
+}
+
+bool PairSetPage::change(UserInterface* parent, const std::function<bool(ProfileFile&)>& edit) {
+    ProfileFile file(context_.store.pathOf(working::kData1));
+    const auto report = [&](const IoStatus& status, std::string_view action) {
+        if (!status.ok()) {
+            context_.messages.showFailure(parent, status, 313, title::kErrorReadingConversion,
+                                          kErrorBox, action, status.path());
+        }
+        return status.ok();
+    };
+    return report(file.load(), "Read") && file.containsExactly(name_) && edit(file) &&
+           report(file.flush(), "Write/Create");
+}
+
+bool PairSetPage::storePairs(UserInterface* parent, const PairSet& pairs) {
+    return change(parent, [&](ProfileFile& file) { return pairs.write(file, name_); });
+}
+
+bool PairSetPage::storeCurve(UserInterface* parent, bool defined) {
+    return change(parent, [&](ProfileFile& file) {
+        return file.setValue(name_, kCurveCode, defined ? "Y" : "N");
+    });
+}
+
+bool PairSetPage::storeOrder(UserInterface* parent, int order) {
+    return change(parent, [&](ProfileFile& file) {
+        return file.setValue(name_, kOrderCode, std::to_string(order));
+    });
+}
+
+FitResult PairSetPage::refresh(UserInterface* parent, const FitInput& input) {
+    if (!definesCurve()) {
         return {};
     }
     auto result = refitPairs(input, FitOptions::read(context_.settings));

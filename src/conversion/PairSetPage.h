@@ -4,6 +4,7 @@
 
 #include "conversion/PairSetFit.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -11,6 +12,7 @@ namespace kavu {
 
 struct DocumentContext;
 class ConversionStore;
+class ProfileFile;
 class UserInterface;
 
 /// The zero and the cal value of the series plot, kept in the record's private pairs.
@@ -31,6 +33,18 @@ class PairSetPage {
     /// What a refit works on, from the working copy: pairs, order, limits, binary format and
     /// series. `bits` is the word length of the measurement, 0 if it is not known.
     [[nodiscard]] FitInput input(int bits) const;
+    /// The pairs of the working copy, sorted if the settings want it.
+    [[nodiscard]] PairSet pairs() const;
+    /// "MN3"
+    [[nodiscard]] std::string units() const;
+    /// The record defines a curve: "PS1" is "Y".
+    [[nodiscard]] bool definesCurve() const;
+
+    // These store in the working copy. False if a file failed, which is reported by message 313.
+    bool storePairs(UserInterface* parent, const PairSet& pairs);
+    bool storeCurve(UserInterface* parent, bool defined);
+    bool storeOrder(UserInterface* parent, int order);
+
     /// Refits if the record defines a curve ("PS1" is "Y"), and stores the coefficients of a
     /// fit that succeeded; otherwise the stored ones stay.
     FitResult refresh(UserInterface* parent, const FitInput& input);
@@ -49,6 +63,8 @@ class PairSetPage {
     [[nodiscard]] bool confirmDelete(UserInterface* parent) const;
 
   private:
+    bool change(UserInterface* parent, const std::function<bool(ProfileFile&)>& edit);
+
     DocumentContext& context_;
     ConversionStore& store_;
     std::string name_;

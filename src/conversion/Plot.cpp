@@ -34,14 +34,6 @@ double gridPixel(double from, double length, int line, int divisions) {
     return from + std::trunc(length / divisions) * line;
 }
 
-void widen(PlotRange& range, std::span<const double> values) {
-    range = {};
-    for (const double value : values) {
-        range.least = value < range.least ? value : range.least;
-        range.most = value > range.most ? value : range.most;
-    }
-}
-
 /// number * numerator / denominator, rounded to the nearest integer.
 double mulDiv(double number, double numerator, double denominator) {
     return std::floor(number * numerator / denominator + 0.5);
@@ -166,12 +158,7 @@ bool Plot::rangesHold() const {
 }
 
 void Plot::scaleTo(const PlotFrame& frame) {
-    if (scalesX(attributes.scale)) {
-        widen(attributes.x, frame.x);
-    }
-    if (scalesY(attributes.scale)) {
-        widen(attributes.y, frame.y);
-    }
+    attributes.scaleTo(frame.x, frame.y);
     xAxis_ = PlotAxis::of(attributes.x);
     yAxis_ = PlotAxis::of(attributes.y);
 }

@@ -163,6 +163,22 @@ void PlotAttributes::setRange(int method, double xLeast, double xMost, double yL
     }
 }
 
+void PlotAttributes::scaleTo(std::span<const double> xData, std::span<const double> yData) {
+    const auto widen = [](PlotRange& range, std::span<const double> values) {
+        range = {};
+        for (const double value : values) {
+            range.least = value < range.least ? value : range.least;
+            range.most = value > range.most ? value : range.most;
+        }
+    };
+    if (scalesX(scale)) {
+        widen(x, xData);
+    }
+    if (scalesY(scale)) {
+        widen(y, yData);
+    }
+}
+
 void PlotAttributes::load(const ProfileFile& file, std::string_view section) {
     Reading([&](const std::string& key) { return file.value(section, key, ""); }).all(*this);
 }

@@ -75,6 +75,10 @@ struct PlotAttributes {
     /// accepted, equal ones leave the range.
     void setRange(int method, double xLeast, double xMost, double yLeast, double yMost);
 
+    /// Automatic scaling: widens 0 to all values of the data, for the axes that scale
+    /// themselves.
+    void scaleTo(std::span<const double> xData, std::span<const double> yData);
+
     /// Keys that are absent, or hold what is no value, leave what is in force.
     void load(const ProfileFile& file, std::string_view section);
     void load(const ProfileSettings& settings, std::string_view section);

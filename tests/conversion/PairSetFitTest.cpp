@@ -332,13 +332,103 @@ TEST(DrawFit, TheSelectedRowStandsOut) {
     EXPECT_TRUE(other.of("ellipse").empty());
 }
 
-TEST(DrawResiduals, ABarForEachPair) {
-    RecordingSurface surface;
+TEST(DrawFit, MarkedRowsHaveRingsIfTheyAreWanted) {
     Plot plot;
     const auto in = input({1, 2, 3}, {1, 2.5, 3});
-    ASSERT_TRUE(drawResiduals(plot, surface, refitPairs(in, {}), {}));
+    const auto result = refitPairs(in, {});
+    ASSERT_EQ(result.marked, (std::vector<bool>{true, true, true}));
+    for (const bool wanted : {false, true}) {
+        RecordingSurface surface;
+        FitDrawing drawing;
+        drawing.showMarked = wanted;
+        EXPECT_TRUE(drawFit(plot, surface, result, in, {}, drawing));
+        EXPECT_EQ(surface.of("ellipse").size(), wanted ? 3U : 0U);
+    }
+}
+
+TEST(LeaveRoomForLabels, KeepsThemOnTheWindow) {
+    RecordingSurface surface(800, 500);
+    Plot plot;
+    const auto in = input({1, 20000}, {1, 1000000});
+    FitDrawing drawing;
+    leaveRoomForLabels(drawing, surface, true);
+    ASSERT_TRUE(drawFit(plot, surface, refitPairs(in, {}), in, {}, drawing));
+    for (const auto& call : surface.of("text ")) {
+        EXPECT_EQ(call.find("text -"), std::string::npos) << call;
+    }
+    EXPECT_LE(plot.rectangle().bottom + 2 + 12 + 16, 500);
+    // A window without room gets a small plot and no fraction that is none.
+    RecordingSurface tiny(10, 10);
+    leaveRoomForLabels(drawing, tiny, true);
+    EXPECT_EQ(drawing.widthFraction, 0.1);
+    RecordingSurface nothing(0, 0);
+    leaveRoomForLabels(drawing, nothing, true);
+    EXPECT_EQ(drawing.heightFraction, 1.0);
+}
+
+TEST(FitScale, IsThatOfTheDrawing) {
+    auto in = input({100, 200, 300}, {1, 2.5, -3});
+    in.bits = 8;
+    for (const int method : {0, 1, 2, 3}) {
+        for (const bool all : {false, true}) {
+            RecordingSurface surface;
+            Plot plot;
+            plot.attributes.setRange(method, 50, 400, -9, 9);
+            FitOptions options;
+            options.curveAllPairs = all;
+            FitDrawing drawing;
+            drawing.rescale = method == 1;
+            const auto result = refitPairs(in, options);
+            const auto scaled = fitScale(plot.attributes, result, in, options, drawing);
+            EXPECT_TRUE(drawFit(plot, surface, result, in, options, drawing));
+            EXPECT_EQ(plot.attributes, scaled) << method << all;
+        }
+    }
+}
+
+TEST(DrawResiduals, ABarForEachPairOverTheRangeOfTheCurve) {
+    RecordingSurface surface;
+    Plot plot;
+    PlotAttributes curve;
+    curve.setRange(0, -5, 5, 0, 1);
+    const auto in = input({1, 2, 3}, {1, 2.5, 3});
+    ASSERT_TRUE(drawResiduals(plot, surface, refitPairs(in, {}), curve, {}));
     EXPECT_EQ(segments(surface, "pen 00FF00 1 0"), 3U) << "all are out of tolerance";
-    EXPECT_FALSE(drawResiduals(plot, surface, refitPairs(input({1}, {1}), {}), {}));
+    EXPECT_EQ(segments(surface, "pen 000000 1 0"), 1U) << "the zero line";
+    EXPECT_EQ(plot.attributes.x, (PlotRange{-5, 5}));
+    EXPECT_EQ(plot.attributes.yPrecision, 3) << "errors of 0.17 and 0.33";
+    EXPECT_FALSE(drawResiduals(plot, surface, refitPairs(input({1}, {1}), {}), curve, {}));
+}
+
+TEST(DrawResiduals, WithoutAnErrorThereIsStillAZeroLine) {
+    RecordingSurface surface;
+    Plot plot;
+    PlotAttributes curve;
+    curve.setRange(0, 0, 3, 0, 3);
+    const auto in = input({1, 2, 3}, {1, 2, 3});
+    ASSERT_TRUE(drawResiduals(plot, surface, refitPairs(in, {}), curve, {}));
+    EXPECT_EQ(plot.attributes.y, (PlotRange{-1, 1}));
+    EXPECT_EQ(segments(surface, "pen 000000 1 0"), 1U);
+}
+
+TEST(DrawFitPage, HasTheNameThePlotAndTheNumbers) {
+    RecordingSurface surface(700, 1000);
+    surface.page = true;
+    Plot plot;
+    const auto in = input({1, 2, 3}, {1, 2, 3});
+    FitOptions options;
+    options.precision = 2;
+    ASSERT_TRUE(drawFitPage(plot, surface, "ENG1", refitPairs(in, options), in, options, {}));
+    EXPECT_EQ(surface.calls.front(), "page");
+    for (const char* const text :
+         {"\"ENG1\"", "\"TM Value\"", "\"Order Of Fit: 1\"", "\"c(1) = 1.00E+00\"",
+          "\"Correlation Coefficient: 1.00\"", "\"RMS: 0.00\""}) {
+        EXPECT_TRUE(surface.has(text)) << text;
+    }
+    RecordingSurface refused;
+    refused.page = true;
+    refused.startsPage = false;
+    EXPECT_FALSE(drawFitPage(plot, refused, "ENG1", refitPairs(in, options), in, options, {}));
 }
 
 TEST(JudgeResult, LooksAtTheRangeOnlyIfTheWordIsKnownOrDrawn) {

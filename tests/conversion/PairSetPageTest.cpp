@@ -2,6 +2,8 @@
 #include "conversion/DefinitionEdit.h"
 #include "conversion/PairSetPage.h"
 
+#include <filesystem>
+
 #include <gtest/gtest.h>
 
 namespace kavu {
@@ -53,6 +55,30 @@ TEST(PairSetPage, ARefitStoresDerivedCoefficients) {
     EXPECT_EQ(p.value("CO-1"), "2.000E+00");
     EXPECT_EQ(p.f.value("A", "CO"), "77") << "in the working copy only";
     EXPECT_EQ(p.value("PS3-1"), "0") << "the list still shows its text";
+}
+
+TEST(PairSetPage, StoresPairsAndChoicesInTheWorkingCopyOnly) {
+    Page p;
+    auto pairs = p.page.pairs();
+    ASSERT_TRUE(pairs.remove(0));
+    EXPECT_TRUE(p.page.storePairs(&p.f.ui, pairs));
+    EXPECT_EQ(p.value("PS\\N"), "2");
+    EXPECT_EQ(p.value("PS3-1"), "2");
+    EXPECT_EQ(p.value("PS3-3"), "") << "a row that is gone leaves nothing behind";
+    EXPECT_TRUE(p.page.storeOrder(&p.f.ui, 4));
+    EXPECT_EQ(p.value("PS2"), "4");
+    EXPECT_TRUE(p.page.definesCurve());
+    EXPECT_TRUE(p.page.storeCurve(&p.f.ui, false));
+    EXPECT_FALSE(p.page.definesCurve());
+    EXPECT_EQ(p.f.value("A", "PS\\N"), "3");
+    EXPECT_EQ(p.f.value("A", "PS1"), "Y");
+}
+
+TEST(PairSetPage, AWorkingCopyThatIsGoneIsNotMadeAgain) {
+    Page p;
+    ASSERT_TRUE(std::filesystem::remove(p.f.store.pathOf(working::kData1)));
+    EXPECT_FALSE(p.page.storeOrder(&p.f.ui, 4));
+    EXPECT_FALSE(p.f.has(working::kData1));
 }
 
 TEST(PairSetPage, AFitThatFailsLeavesTheCoefficients) {

@@ -49,6 +49,15 @@ TEST(PairSet, ASortedListTellsWhereTheChangedPairHasGone) {
     EXPECT_EQ(set.add({"5", "equal"}), 1U) << "equal values stay in order";
 }
 
+TEST(PairSet, ASortThatIsTurnedOnTellsWhereAPairHasGone) {
+    PairSet set;
+    for (const char* const x : {"3", "1", "2"}) {
+        (void)set.add({x, x});
+    }
+    EXPECT_EQ(set.setSorted(true, 2), 1U);
+    EXPECT_EQ(set.pairs()[1].telemetry, "2");
+}
+
 TEST(PairSet, EditsAndRemovesOnlyWhatIsThere) {
     PairSet set;
     EXPECT_FALSE(set.edit(0, {"1", "1"}));
@@ -182,6 +191,22 @@ TEST(ParsePairFile, TakesTheUsualForms) {
         EXPECT_EQ(found.x, (std::vector<double>{1, 3})) << file;
         EXPECT_EQ(found.y, (std::vector<double>{2, 4})) << file;
     }
+}
+
+TEST(SplitPairFile, KeepsTheTextsOfTheFile) {
+    const auto columns = splitPairFile(
+        "\xEF\xBB\xBF\"counts\",\"psi\"\r\n# a remark\r\n\"1.50\",2.10,x\r\n\n-3;4e5\n");
+    EXPECT_EQ(columns.error, "");
+    EXPECT_EQ(columns.count, 2U);
+    EXPECT_EQ(columns.telemetry, "1.50\n-3\n");
+    EXPECT_EQ(columns.engineering, "2.10\n4e5\n");
+}
+
+TEST(SplitPairFile, AFileThatIsWrongHasNoValues) {
+    const auto columns = splitPairFile("1 2\n3 nan\n");
+    EXPECT_EQ(columns.error, "Error in row #2. Y Value found is not a valid floating point number");
+    EXPECT_EQ(columns.telemetry + columns.engineering, "");
+    EXPECT_EQ(columns.count, 0U);
 }
 
 TEST(ParsePairFile, TellsTheFirstValueThatIsNone) {

@@ -46,6 +46,12 @@ void PlotView::mouseMoveEvent(QMouseEvent* event) {
     emit pointedAt(event->position());
 }
 
+void PlotView::mousePressEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) {
+        emit clickedAt(event->position());
+    }
+}
+
 void PlotView::leaveEvent(QEvent* /*event*/) {
     emit pointerLeft();
 }

@@ -29,10 +29,12 @@ class PlotView : public QWidget {
     /// The pointer is over a place of the surface.
     void pointedAt(QPointF place);
     void pointerLeft();
+    void clickedAt(QPointF place);
 
   protected:
     void paintEvent(QPaintEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void changeEvent(QEvent* event) override;
 

@@ -1,0 +1,244 @@
+#include "conversion/EuNumbers.h"
+#include "conversion/PairSetFit.h"
+#include "core/Printf.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kavu {
+
+namespace {
+
+constexpr std::string_view kXTitle = "TM Value";
+constexpr std::string_view kYTitle = "EU Value";
+constexpr DrawingColour kHighlight = 0xFF0000;
+constexpr DrawingColour kMarked = 0xFF8000;
+/// Digits of the longest label that room is left for.
+constexpr std::string_view kWidestLabel = "-00000000.00";
+constexpr double kTitleHeight = 16;
+/// Of the page that the plot takes, with its labels.
+constexpr double kPageWidth = 0.82;
+constexpr double kPageHeight = 0.45;
+
+struct Curve {
+    std::vector<double> x;
+    std::vector<double> y;
+};
+
+/// As many points as the range spans, from the lowest count on.
+Curve curveOf(const FitResult& result, const CountRange& range) {
+    const double span = range.highest - range.lowest;
+    const bool everyCount = span <= static_cast<double>(kMostCurvePoints);
+    const auto points = everyCount ? static_cast<std::size_t>(span) : kMostCurvePoints;
+    const double step = everyCount ? 1.0 : span / static_cast<double>(kMostCurvePoints);
+    Curve curve;
+    curve.x.reserve(points);
+    curve.y.reserve(points);
+    const auto c = result.fittedCoefficients();
+    for (std::size_t i = 0; i < points; ++i) {
+        curve.x.push_back(range.lowest + static_cast<double>(i) * step);
+        curve.y.push_back(evaluatePolynomial(curve.x.back(), c, result.order));
+    }
+    return curve;
+}
+
+/// The range of the plot: the full scale if it is wanted, all counts if they are drawn.
+void setPlotRange(PlotAttributes& attributes, const FitResult& result,
+                  const std::optional<CountRange>& counts, const FitDrawing& drawing) {
+    if (drawing.rescale && !scalesY(attributes.scale)) {
+        attributes.y = result.fullScale;
+    }
+    if (counts && result.fitted && result.pairs >= 2 && result.order < result.pairs) {
+        const auto c = result.fittedCoefficients();
+        attributes.setRange(static_cast<int>(PlotScale::MinMax), counts->lowest, counts->highest,
+                            evaluatePolynomial(counts->lowest, c, result.order),
+                            evaluatePolynomial(counts->highest, c, result.order));
+    }
+}
+
+std::optional<CountRange> drawnCounts(const FitInput& input, const FitOptions& options) {
+    return options.curveAllPairs ? fitCountRange(input, options) : std::nullopt;
+}
+
+/// A ring around the point of a row.
+void drawRing(const Plot& plot, DrawingSurface& surface, const FitResult& result, std::size_t row,
+              const DrawingPen& pen) {
+    const auto place = plot.map(result.x[row], result.y[row]);
+    if (!place || !plot.rectangle().contains(*place)) {
+        return;
+    }
+    const double half = std::floor(surface.pixelsPerInch() / 12);
+    (void)surface.setPen(pen);
+    surface.setHollowBrush();
+    surface.ellipse({place->x - half, place->y - half, place->x + half, place->y + half});
+}
+
+void drawRings(const Plot& plot, DrawingSurface& surface, const FitResult& result,
+               const FitDrawing& drawing) {
+    for (std::size_t i = 0; drawing.showMarked && i < result.marked.size(); ++i) {
+        if (result.marked[i]) {
+            drawRing(plot, surface, result, i, {kMarked, 1, LineStyle::Solid});
+        }
+    }
+    if (drawing.selected && *drawing.selected < result.x.size()) {
+        drawRing(plot, surface, result, *drawing.selected, {kHighlight, 2, LineStyle::Solid});
+    }
+}
+
+/// As many digits as tell the errors apart.
+int errorPrecision(const FitResult& result) {
+    double most = 0;
+    for (const double error : result.errors) {
+        most = std::max(most, std::abs(error));
+    }
+    constexpr int kDigits = 2;
+    constexpr int kMostDigits = 12;
+    if (!(most > 0) || !std::isfinite(most)) {
+        return kDigits;
+    }
+    const int magnitude = static_cast<int>(std::floor(std::log10(most)));
+    return std::clamp(kDigits - magnitude, 0, kMostDigits);
+}
+
+}  // namespace
+
+PlotAttributes fitScale(PlotAttributes attributes, const FitResult& result, const FitInput& input,
+                        const FitOptions& options, const FitDrawing& drawing) {
+    setPlotRange(attributes, result, drawnCounts(input, options), drawing);
+    attributes.scaleTo(result.x, result.y);
+    return attributes;
+}
+
+bool drawFit(Plot& plot, DrawingSurface& surface, const FitResult& result, const FitInput& input,
+             const FitOptions& options, const FitDrawing& drawing) {
+    if (!drawing.printing) {
+        (void)surface.setPen({0xFFFFFF, 1, LineStyle::Solid});
+        surface.setSolidBrush(0xFFFFFF);
+        surface.rectangle(surface.area());
+    }
+    if (result.pairs == 0) {
+        drawMessage(surface, fitFailureText(result));
+        return false;
+    }
+    const auto counts = drawnCounts(input, options);
+    setPlotRange(plot.attributes, result, counts, drawing);
+    PlotFrame frame;
+    frame.widthFraction = drawing.widthFraction;
+    frame.heightFraction = drawing.heightFraction;
+    frame.alignment = drawing.alignment;
+    frame.advance = drawing.printing;
+    frame.x = result.x;
+    frame.y = result.y;
+    frame.xTitle = kXTitle;
+    frame.yTitle = drawing.units.empty() ? kYTitle : std::string_view(drawing.units);
+    const bool framed = plot.drawFrame(&surface, frame);
+    if (result.order < result.pairs) {
+        (void)plot.drawSeries(1, result.x, result.y, options.sorted);
+    }
+    if (result.fitted && counts) {
+        const auto curve = curveOf(result, *counts);
+        (void)plot.drawSeries(2, curve.x, curve.y, false);
+    } else if (result.fitted) {
+        (void)plot.drawSeries(2, result.x, result.computed, options.sorted);
+    }
+    if (result.zeroY && result.calY) {
+        const double x[] = {*result.zeroX, *result.calX};
+        const double y[] = {*result.zeroY, *result.calY};
+        (void)plot.drawSeries(3, x, y, false);
+    }
+    if (framed) {
+        drawRings(plot, surface, result, drawing);
+    }
+    if (!result.fitted) {
+        drawMessage(surface, fitFailureText(result));
+    }
+    return framed;
+}
+
+void leaveRoomForLabels(FitDrawing& drawing, const DrawingSurface& surface, bool xTitle) {
+    const auto area = surface.area();
+    const auto label = surface.textSize(kWidestLabel, {});
+    const double beside = label.width + kTitleHeight;
+    // The frame stands in the middle, so that there is as much room above as below.
+    const double below = label.height * (xTitle ? 1.5 : 1.0) + (xTitle ? kTitleHeight : 0);
+    const auto fraction = [](double length, double margin) {
+        return length > 0 ? std::clamp(1 - 2 * margin / length, 0.1, 1.0) : 1.0;
+    };
+    drawing.widthFraction = fraction(area.width(), beside);
+    drawing.heightFraction = fraction(area.height(), below);
+    drawing.alignment = PlotAlignment::Centre;
+}
+
+bool drawResiduals(Plot& plot, DrawingSurface& surface, const FitResult& result,
+                   const PlotAttributes& curve, const FitDrawing& drawing) {
+    (void)surface.setPen({0xFFFFFF, 1, LineStyle::Solid});
+    surface.setSolidBrush(0xFFFFFF);
+    surface.rectangle(surface.area());
+    if (!result.fitted) {
+        return false;
+    }
+    plot.attributes = curve;
+    plot.attributes.scale = PlotScale::AutoY;
+    plot.attributes.yPrecision = errorPrecision(result);
+    if (std::all_of(result.errors.begin(), result.errors.end(), [](double e) { return e == 0; })) {
+        plot.attributes.setRange(static_cast<int>(PlotScale::MinMax), curve.x.least, curve.x.most,
+                                 -1, 1);
+    }
+    PlotFrame frame;
+    frame.widthFraction = drawing.widthFraction;
+    frame.heightFraction = drawing.heightFraction;
+    frame.alignment = drawing.alignment;
+    frame.x = result.x;
+    frame.y = result.errors;
+    frame.yTitle = "Error";
+    if (!plot.drawFrame(&surface, frame)) {
+        return false;
+    }
+    const auto& rect = plot.rectangle();
+    if (const auto zero = plot.map(0, 0)) {
+        (void)surface.setPen({0, 1, LineStyle::Solid});
+        surface.line({rect.left, zero->y}, {rect.right, zero->y});
+    }
+    for (std::size_t i = 0; i < result.x.size(); ++i) {
+        const double x[] = {result.x[i], result.x[i]};
+        const double y[] = {0.0, result.errors[i]};
+        // A marked row is drawn as the third series, so that it stands out.
+        (void)plot.drawSeries(result.marked[i] ? 3 : 2, x, y, false);
+    }
+    return true;
+}
+
+bool drawFitPage(Plot& plot, DrawingSurface& page, std::string_view name, const FitResult& result,
+                 const FitInput& input, const FitOptions& options, FitDrawing drawing) {
+    if (page.isPage() && !page.startPage()) {
+        return false;
+    }
+    const auto area = page.area();
+    const double lineHeight = page.textSize("0", {}).height;
+    page.text({area.left, area.top}, name, {"Arial", kTitleHeight, true, 0});
+    drawing.printing = true;
+    drawing.alignment = PlotAlignment::Centre;
+    drawing.widthFraction = kPageWidth;
+    drawing.heightFraction = kPageHeight;
+    page.setTextLine(area.top + 2 * kTitleHeight);
+    if (!drawFit(plot, page, result, input, options, drawing)) {
+        return false;
+    }
+    // A picture has no text line of its own; there the plot stands in the middle.
+    double line = page.isPage() ? page.textLine()
+                                : plot.rectangle().bottom + 2 * lineHeight + 2 * kTitleHeight;
+    auto lines = coefficientLines(result, options.precision);
+    if (result.fitted) {
+        lines.insert(lines.begin(), formatPrintf("Order Of Fit: %d", result.order));
+        lines.push_back("Correlation Coefficient: " +
+                        fixedText(result.correlation, options.precision));
+        lines.push_back("RMS: " + fixedText(result.rms, options.precision));
+    }
+    for (const auto& text : lines) {
+        page.text({area.left, line}, text, {});
+        line += lineHeight;
+    }
+    return true;
+}
+
+}  // namespace kavu
