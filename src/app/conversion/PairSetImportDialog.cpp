@@ -1,0 +1,174 @@
+#include "app/conversion/PairSetImportDialog.h"
+
+#include "app/framework/Look.h"
+#include "app/framework/QtText.h"
+#include "conversion/PairFile.h"
+#include "core/FileIo.h"
+#include "core/OpenFileChecked.h"
+#include "core/Printf.h"
+#include "core/Text.h"
+#include "core/UserInterface.h"
+
+#include <functional>
+
+#include <QDialogButtonBox>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMimeData>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace kavu {
+
+namespace {
+
+constexpr char kTitle[] = "Import Pair Sets";
+/// What is behind this is not read: there are more pairs than any list holds.
+constexpr std::uint64_t kMostFileBytes = 64U << 20U;
+
+std::size_t filledLines(const QPlainTextEdit& box) {
+    std::size_t count = 0;
+    for (const auto& line : box.toPlainText().split(u'\n')) {
+        count += line.trimmed().isEmpty() ? 0U : 1U;
+    }
+    return count;
+}
+
+/// Text of two columns that is pasted or dropped here goes to both boxes.
+class ColumnBox : public QPlainTextEdit {
+  public:
+    using Take = std::function<void(const std::pair<std::string, std::string>&)>;
+
+    ColumnBox(Take take, QWidget* parent) : QPlainTextEdit(parent), take_(std::move(take)) {}
+
+  protected:
+    void insertFromMimeData(const QMimeData* source) override {
+        if (const auto columns = pastedColumns(toBytes(source->text()))) {
+            take_(*columns);
+        } else {
+            QPlainTextEdit::insertFromMimeData(source);
+        }
+    }
+
+  private:
+    Take take_;
+};
+
+}  // namespace
+
+std::optional<std::pair<std::string, std::string>> pastedColumns(const std::string& text) {
+    auto columns = PairSet::splitColumns(text);
+    if (trim(columns.second).empty()) {
+        return std::nullopt;
+    }
+    return columns;
+}
+
+PairSetImportDialog::PairSetImportDialog(FormContext& form, const PairSet& pairs,
+                                         const std::pair<std::string, std::string>& boxes,
+                                         QWidget* parent)
+    : QDialog(parent), form_(form), pairs_(pairs) {
+    setObjectName(QStringLiteral("ImportPairSets"));
+    setWindowTitle(QLatin1String(kTitle));
+    auto* layout = new QVBoxLayout(this);
+    look::arrangeWindow(*layout, *this);
+    layout->addWidget(look::makeNote(
+        QStringLiteral("One value a line. Two columns of a spreadsheet that are pasted into a box "
+                       "fill both. OK replaces the list."),
+        this));
+    auto* grid = new QGridLayout;
+    layout->addLayout(grid, 1);
+    telemetry_ = makeBox("tmValues", "&TM Values:", boxes.first, *grid, 0);
+    engineering_ = makeBox("euValues", "&EU Values:", boxes.second, *grid, 1);
+    auto* row = new QHBoxLayout;
+    layout->addLayout(row);
+    auto* file =
+        look::makeButton("fromFile", QStringLiteral("From &File..."), QStringLiteral("open"), this);
+    connect(file, &QPushButton::clicked, this, &PairSetImportDialog::readPairFile);
+    row->addWidget(file);
+    count_ = new QLabel(this);
+    count_->setObjectName(QStringLiteral("count"));
+    row->addWidget(count_, 1);
+    layout->addWidget(look::makeDialogButtons(*this));
+    showCount();
+    telemetry_->setFocus();
+}
+
+QPlainTextEdit* PairSetImportDialog::makeBox(const char* name, const char* label,
+                                             const std::string& text, QGridLayout& grid,
+                                             int column) {
+    auto* box = new ColumnBox([this](const auto& columns) { show(columns); }, this);
+    box->setPlainText(toQString(text));
+    box->setObjectName(QLatin1String(name));
+    box->setTabChangesFocus(true);
+    box->setLineWrapMode(QPlainTextEdit::NoWrap);
+    box->setMinimumSize(look::charactersWide(*box, 24), look::unit(*box) * 2 * 14);
+    auto* title = look::addLabel(QLatin1String(label), *box);
+    grid.addWidget(title, 0, column);
+    grid.addWidget(box, 1, column);
+    connect(box, &QPlainTextEdit::textChanged, this, &PairSetImportDialog::showCount);
+    return box;
+}
+
+void PairSetImportDialog::show(const std::pair<std::string, std::string>& boxes) {
+    telemetry_->setPlainText(toQString(boxes.first));
+    engineering_->setPlainText(toQString(boxes.second));
+}
+
+void PairSetImportDialog::showCount() {
+    if (count_ != nullptr) {
+        count_->setText(toQString(formatPrintf(
+            "%d TM Values, %d EU Values", filledLines(*telemetry_), filledLines(*engineering_))));
+    }
+}
+
+void PairSetImportDialog::readPairFile() {
+    FilePrompt prompt;
+    prompt.title = kTitle;
+    prompt.filters = {{"Text Files", "*.csv;*.txt;*.tsv;*.dat"}, {"All Files", "*"}};
+    const auto choice = form_.ui.chooseFile(prompt);
+    if (!choice) {
+        return;
+    }
+    ByteSource source;
+    if (!openFileChecked(&form_.ui, choice->path, source)) {
+        return;
+    }
+    std::string bytes;
+    while (!source.atEnd() && bytes.size() <= kMostFileBytes) {
+        const auto window = source.window();
+        bytes.append(window);
+        source.take(window.size());
+    }
+    if (!source.status().ok()) {
+        showBox(&form_.ui,
+                "Unable to read '" + choice->path + "'\n\nReason: " + source.status().reason(),
+                kTitle);
+        return;
+    }
+    auto columns = splitPairFile(bytes);
+    if (columns.error.empty() && columns.count > PairSet::kMostPairs) {
+        columns.error = formatPrintf("There are %d pairs. A pair set can not have more than %d.",
+                                     columns.count, PairSet::kMostPairs);
+    }
+    if (!columns.error.empty()) {
+        showBox(&form_.ui, columns.error, kTitle);
+        return;
+    }
+    show({columns.telemetry, columns.engineering});
+}
+
+void PairSetImportDialog::accept() {
+    auto imported = pairs_;
+    if (const auto error = imported.import(toBytes(telemetry_->toPlainText()),
+                                           toBytes(engineering_->toPlainText()))) {
+        showBox(&form_.ui, *error, kTitle);
+        return;
+    }
+    pairs_ = std::move(imported);
+    QDialog::accept();
+}
+
+}  // namespace kavu

@@ -1,0 +1,338 @@
+#include "app/conversion/PairSetPanel.h"
+
+#include "app/conversion/PairSetImportDialog.h"
+#include "app/conversion/PairSetParts.h"
+#include "app/conversion/PlotView.h"
+#include "app/framework/DialogDoor.h"
+#include "app/framework/EditableList.h"
+#include "app/framework/QtText.h"
+#include "app/framework/Refusals.h"
+#include "app/framework/RowDialog.h"
+#include "conversion/EuNumbers.h"
+#include "conversion/EuVocabulary.h"
+#include "core/FieldRules.h"
+#include "core/ProfileSettings.h"
+#include "core/UserInterface.h"
+
+#include <algorithm>
+#include <limits>
+
+#include <QCheckBox>
+#include <QClipboard>
+#include <QComboBox>
+#include <QGuiApplication>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QShortcut>
+#include <QTableView>
+
+namespace kavu {
+
+namespace {
+
+constexpr char kPasteTitle[] = "Paste Pair Sets";
+
+std::size_t rowOf(const EditableList& list) {
+    return static_cast<std::size_t>(std::max(0, list.currentRow()));
+}
+
+}  // namespace
+
+PairSetPanel::PairSetPanel(FormContext& form, DocumentContext& document,
+                           ConversionStore& conversions, std::string name,
+                           const PairSetSetup& setup, QWidget* parent)
+    : QWidget(parent),
+      parts_(std::make_unique<Parts>(*this, form, document, conversions, std::move(name), setup)) {
+    load();
+}
+
+PairSetPanel::~PairSetPanel() = default;
+
+void PairSetPanel::load() {
+    parts_->load();
+}
+
+void PairSetPanel::refit() {
+    parts_->refit(true);
+}
+
+bool PairSetPanel::store() {
+    return parts_->store();
+}
+
+PairSetPanel::Parts::Parts(PairSetPanel& panel, FormContext& form, DocumentContext& document,
+                           ConversionStore& conversions, std::string name,
+                           const PairSetSetup& setup)
+    : panel_(panel),
+      form_(form),
+      document_(document),
+      name_(std::move(name)),
+      setup_(setup),
+      page_(document, conversions, name_) {
+    curveView_ = new PlotView(
+        "curve", QStringLiteral("Plot"), [this](DrawingSurface& s) { drawCurve(s); }, &panel_);
+    residualView_ = new PlotView(
+        "residuals", QStringLiteral("Errors"), [this](DrawingSurface& s) { drawErrors(s); },
+        &panel_);
+    chosen_.load(document_.settings, kApplicationName);
+    controls_ = makePairSetControls(form, panel_, curveView_, residualView_, setup_.readOnly);
+    connectList();
+    connectChoices();
+    connectPlot();
+    setPlotShown(setup_.plot);
+}
+
+void PairSetPanel::Parts::load() {
+    options_ = FitOptions::read(document_.settings);
+    pairs_ = page_.pairs();
+    order_ = page_.input(setup_.bits).order;
+    series_ = page_.openSeries();
+    rescaled_ = false;
+    showChoices();
+    showPairs(0);
+    refit(false);
+}
+
+bool PairSetPanel::Parts::store() {
+    if (unstored_ && !setup_.readOnly) {
+        unstored_ = false;
+        noteStored(page_.storePairs(&form_.ui, pairs_) && page_.storeCurve(&form_.ui, curve_) &&
+                   page_.storeOrder(&form_.ui, order_) && page_.storeSeries(&form_.ui, series_));
+    }
+    return !unstored_;
+}
+
+void PairSetPanel::Parts::changed() {
+    emit panel_.changed();
+}
+
+// --- The list ----------------------------------------------------------------------------
+
+void PairSetPanel::Parts::connectList() {
+    auto* list = controls_.list;
+    list->rowEditor = [this](int row, const ListRow& before) -> std::optional<ListRow> {
+        const bool isNew = static_cast<std::size_t>(row) >= pairs_.size();
+        const auto pair = askForPair({before[kPairTelemetry], before[kPairEngineering]}, isNew);
+        if (!pair) {
+            return std::nullopt;
+        }
+        adding_ = isNew;
+        auto edited = before;
+        edited[kPairTelemetry] = pair->telemetry;
+        edited[kPairEngineering] = pair->engineering;
+        return edited;
+    };
+    list->mayDelete = [this](int) { return page_.confirmDelete(&form_.ui); };
+    connect(list, &EditableList::changed, &panel_, [this] { takeList(); });
+    connect(list, &EditableList::currentRowChanged, &panel_, [this] {
+        if (!filling_) {
+            redraw();
+        }
+    });
+    connect(controls_.import, &QPushButton::clicked, &panel_,
+            [this] { importPairs(pairs_.boxTexts()); });
+    connect(controls_.paste, &QPushButton::clicked, &panel_, [this] { pastePairs(); });
+    auto* pasteKey = new QShortcut(QKeySequence::Paste, list->view());
+    pasteKey->setContext(Qt::WidgetShortcut);
+    connect(pasteKey, &QShortcut::activated, &panel_, [this] {
+        if (!setup_.readOnly) {
+            pastePairs();
+        }
+    });
+}
+
+std::optional<ValuePair> PairSetPanel::Parts::askForPair(const ValuePair& before, bool isNew) {
+    ListSetup setup;
+    setup.columns = {{.title = std::string(PairSet::kEnterTelemetry),
+                      .kind = ColumnKind::Double,
+                      .limit = PairSet::kTelemetryLimit,
+                      .required = true,
+                      .objectName = "telemetryValue"},
+                     {.title = std::string(PairSet::kEnterEngineering),
+                      .kind = ColumnKind::Double,
+                      .limit = PairSet::kEngineeringLimit,
+                      .required = true,
+                      .objectName = "euValue"}};
+    setup.rowDialogTitle = isNew ? "Add Pair Set" : "Edit Pair Set";
+    // Never shown: it knows what is refused in these columns.
+    const EditableList rules(form_, "rules", setup);
+    RowDialog dialog(form_, rules, setup, 0, {before.telemetry, before.engineering}, isNew,
+                     panel_.window());
+    if (runDialog(form_.door, dialog) != QDialog::Accepted) {
+        return std::nullopt;
+    }
+    auto values = dialog.values();
+    return ValuePair{std::move(values[0]), std::move(values[1])};
+}
+
+void PairSetPanel::Parts::takeList() {
+    const auto row = rowOf(*controls_.list);
+    pairs_ = PairSet(false);
+    for (const auto& values : controls_.list->rows()) {
+        (void)pairs_.add({values[kPairTelemetry], values[kPairEngineering]});
+    }
+    storePairs(pairs_.setSorted(options_.sorted, row));
+    // Add goes on until it is cancelled.
+    if (std::exchange(adding_, false) && pairs_.canAdd()) {
+        controls_.list->addRow();
+    }
+}
+
+void PairSetPanel::Parts::importPairs(const std::pair<std::string, std::string>& boxes) {
+    PairSetImportDialog dialog(form_, pairs_, boxes, panel_.window());
+    if (runDialog(form_.door, dialog) == QDialog::Accepted) {
+        pairs_ = dialog.pairs();
+        storePairs(0);
+    }
+}
+
+void PairSetPanel::Parts::pastePairs() {
+    const auto columns = pastedColumns(toBytes(QGuiApplication::clipboard()->text()));
+    if (!columns) {
+        showBox(&form_.ui, "The clipboard does not hold two columns of values.", kPasteTitle);
+        return;
+    }
+    // What can not be imported is told at once; what can is shown first, as it replaces the list.
+    auto trial = pairs_;
+    if (const auto error = trial.import(columns->first, columns->second)) {
+        showBox(&form_.ui, *error, kPasteTitle);
+        return;
+    }
+    importPairs(*columns);
+}
+
+void PairSetPanel::Parts::storePairs(std::size_t selected) {
+    noteStored(page_.storePairs(&form_.ui, pairs_));
+    showPairs(selected);
+    refit(true);
+    changed();
+}
+
+void PairSetPanel::Parts::showPairs(std::size_t selected) {
+    const auto computed = fitRows(result_);
+    std::vector<ListRow> rows;
+    for (std::size_t i = 0; i < pairs_.size(); ++i) {
+        const auto& pair = pairs_.pairs()[i];
+        const FitRow row = i < computed.size() ? computed[i] : FitRow{};
+        rows.push_back(
+            {std::to_string(i + 1), pair.telemetry, pair.engineering, row.computed, row.error});
+    }
+    filling_ = true;
+    controls_.list->setRows(std::move(rows));
+    controls_.list->selectRow(static_cast<int>(selected));
+    controls_.list->view()->setColumnHidden(kPairComputed, !curve_);
+    controls_.list->view()->setColumnHidden(kPairError, !curve_);
+    filling_ = false;
+}
+
+// --- The choices -------------------------------------------------------------------------
+
+void PairSetPanel::Parts::connectChoices() {
+    const auto setting = [this](const char* key) {
+        return [this, key](bool on) {
+            document_.settings.writeInteger(key, on ? 1 : 0);
+            optionChanged();
+        };
+    };
+    auto& c = controls_;
+    connect(c.curve, &QCheckBox::clicked, &panel_, [this](bool on) {
+        noteStored(page_.storeCurve(&form_.ui, on));
+        refit(false);
+        changed();
+    });
+    connect(c.order, &QComboBox::activated, &panel_, [this](int index) {
+        order_ = index + 1;
+        noteStored(page_.storeOrder(&form_.ui, order_));
+        refit(false);
+        changed();
+    });
+    connect(c.useBestFit, &QCheckBox::clicked, &panel_, setting("UseLSBFSolution"));
+    connect(c.allCounts, &QCheckBox::clicked, &panel_, setting("CurveAllPairs"));
+    connect(c.maxOrder, &QComboBox::activated, &panel_, [this](int index) {
+        document_.settings.writeInteger("LSBFMaxOrder", index + 1);
+        optionChanged();
+    });
+    connect(c.defaultBits, &QLineEdit::editingFinished, &panel_, [this] { setDefaultBits(); });
+    connect(c.sorted, &QCheckBox::clicked, &panel_, [this](bool on) { setSorted(on); });
+    connect(c.series, &QCheckBox::clicked, &panel_, [this](bool on) { enableSeries(on); });
+    connect(c.zero.edit, &QPushButton::clicked, &panel_,
+            [this] { editSeries(series_.zero, eutext::kEnterZero); });
+    connect(c.cal.edit, &QPushButton::clicked, &panel_,
+            [this] { editSeries(series_.cal, eutext::kEnterCal); });
+}
+
+void PairSetPanel::Parts::showChoices() {
+    controls_.useBestFit->setChecked(options_.useBestFit);
+    controls_.allCounts->setChecked(options_.curveAllPairs);
+    controls_.maxOrder->setCurrentIndex(options_.maxOrder - 1);
+    controls_.defaultBits->setText(QString::number(options_.defaultBits));
+    controls_.sorted->setChecked(options_.sorted);
+}
+
+void PairSetPanel::Parts::optionChanged() {
+    const auto before = result_;
+    refit(false);
+    if (before.order != result_.order || before.coefficients != result_.coefficients) {
+        changed();
+    }
+}
+
+void PairSetPanel::Parts::setDefaultBits() {
+    const auto text = toBytes(controls_.defaultBits->text());
+    if (text == std::to_string(options_.defaultBits)) {
+        return;
+    }
+    // The text goes first: a box takes the focus, which ends the edit once more.
+    controls_.defaultBits->setText(QString::number(options_.defaultBits));
+    constexpr long kMostBits = 64;
+    const auto bits = parseInteger(text);
+    if (!bits || *bits > kMostBits) {
+        const auto why = integerCheck(1, kMostBits)(text);
+        showBox(&form_.ui, why.value_or(""), kIllegalNumber);
+        return;
+    }
+    const long held = std::max<long>(*bits, std::numeric_limits<int>::min());
+    if (writeCurveDefaultBits(form_.messages, document_.settings, &form_.ui,
+                              static_cast<int>(held))) {
+        controls_.defaultBits->setText(toQString(text));
+        refit(false);
+    }
+}
+
+void PairSetPanel::Parts::setSorted(bool sorted) {
+    document_.settings.writeInteger("PRSSort", sorted ? 1 : 0);
+    options_.sorted = sorted;
+    const auto row = pairs_.setSorted(sorted, rowOf(*controls_.list));
+    if (sorted && !setup_.readOnly) {
+        storePairs(row);
+    } else {
+        refit(false);
+    }
+}
+
+void PairSetPanel::Parts::enableSeries(bool on) {
+    noteStored(page_.enableSeries(&form_.ui, on, series_));
+    refit(true);
+    changed();
+}
+
+void PairSetPanel::Parts::editSeries(std::string& value, std::string_view prompt) {
+    const auto entered = form_.ui.enterText({.title = "Series Plot",
+                                             .prompt = std::string(prompt),
+                                             .initial = value,
+                                             .limit = PairSetPage::kSeriesLimit});
+    if (!entered || *entered == value) {
+        return;
+    }
+    if (const auto why = doubleCheck(std::numeric_limits<double>::lowest(),
+                                     std::numeric_limits<double>::max())(*entered)) {
+        showBox(&form_.ui, *why, kIllegalNumber);
+        return;
+    }
+    value = *entered;
+    noteStored(page_.storeSeries(&form_.ui, series_));
+    refit(true);
+    changed();
+}
+
+}  // namespace kavu

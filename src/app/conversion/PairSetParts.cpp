@@ -1,0 +1,233 @@
+// The result and the plot of the panel.
+#include "app/conversion/PairSetParts.h"
+
+#include "app/conversion/PlotAttributesDialog.h"
+#include "app/conversion/PlotOutput.h"
+#include "app/conversion/PlotView.h"
+#include "app/framework/EditableList.h"
+#include "app/framework/QtText.h"
+#include "conversion/EuNumbers.h"
+#include "core/Printf.h"
+#include "core/ProfileSettings.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTableView>
+
+namespace kavu {
+
+namespace {
+
+/// Pixels from a pair within which the pointer is at it.
+constexpr double kNear = 8;
+constexpr std::string_view kSeriesNames = "Pair Sets\nCurve Fit\nSeries Plot";
+constexpr int kSeries = 3;
+constexpr std::string_view kNoCurve = "No polynomial curve fit is defined";
+
+void clear(DrawingSurface& surface) {
+    (void)surface.setPen({0xFFFFFF, 1, LineStyle::Solid});
+    surface.setSolidBrush(0xFFFFFF);
+    surface.rectangle(surface.area());
+}
+
+}  // namespace
+
+// --- The result --------------------------------------------------------------------------
+
+void PairSetPanel::Parts::refit(bool rescale) {
+    rescaled_ = rescaled_ || rescale;
+    options_ = FitOptions::read(document_.settings);
+    input_ = page_.input(setup_.bits);
+    input_.order = order_;
+    input_.series = series_.on;
+    input_.zero = series_.zero;
+    input_.cal = series_.cal;
+    units_ = page_.units();
+    curve_ = page_.definesCurve();
+    if (setup_.readOnly) {
+        result_ = curve_ ? refitPairs(input_, options_) : FitResult{};
+    } else {
+        result_ = page_.refresh(&form_.ui, input_);
+    }
+    if (curve_) {
+        series_.on = result_.series;
+        if (!result_.orderListEnabled && result_.order != order_) {
+            order_ = result_.order;
+            noteStored(setup_.readOnly || page_.storeOrder(&form_.ui, order_));
+        }
+    }
+    showResult();
+    redraw();
+}
+
+void PairSetPanel::Parts::showResult() {
+    auto& c = controls_;
+    showPairs(static_cast<std::size_t>(std::max(0, c.list->currentRow())));
+    c.curve->setChecked(curve_);
+    // The list of orders ends below 10, which a best fit may have.
+    c.order->setCurrentIndex(order_ >= 1 && order_ <= kHighestListedOrder ? order_ - 1 : -1);
+    c.bestFit->setText(curve_ && result_.pairs > 0 ? toQString(bestFitText(result_.bestFit))
+                                                   : QString());
+    c.coefficients->clear();
+    c.coefficients->addItems(toQStrings(coefficientLines(result_, options_.precision)));
+    const auto shown = [&](double value) {
+        return result_.fitted ? toQString(fixedText(value, options_.precision)) : QString();
+    };
+    c.correlation->setText(shown(result_.correlation));
+    c.rms->setText(shown(result_.rms));
+    c.series->setChecked(series_.on);
+    c.zero.value->setText(toQString(series_.zero));
+    c.cal.value->setText(toQString(series_.cal));
+    const auto computed = [](const std::optional<double>& value) {
+        return value ? toQString(fixedText(*value)) : QString();
+    };
+    c.zero.computed->setText(computed(result_.zeroY));
+    c.cal.computed->setText(computed(result_.calY));
+    showTrust();
+    enableControls();
+}
+
+void PairSetPanel::Parts::showTrust() {
+    const auto note =
+        trustNote(judgeResult(result_, input_, options_), result_.order, options_.precision);
+    controls_.trust->setText(toQString(note));
+    controls_.trust->setVisible(!note.empty());
+}
+
+void PairSetPanel::Parts::enableControls() {
+    auto& c = controls_;
+    const bool edits = !setup_.readOnly;
+    c.import->setEnabled(edits);
+    c.paste->setEnabled(edits);
+    c.curve->setEnabled(edits);
+    c.sorted->setEnabled(edits);
+    c.choices->setEnabled(curve_ && edits);
+    c.order->setEnabled(result_.orderListEnabled);
+    c.series->setEnabled(edits && curve_ && result_.seriesEnabled);
+    for (auto* const of : {&c.zero, &c.cal}) {
+        of->value->setEnabled(result_.boxesEnabled);
+        of->edit->setEnabled(edits && result_.boxesEnabled);
+    }
+    c.print->setEnabled(result_.printingEnabled);
+    c.save->setEnabled(result_.printingEnabled);
+}
+
+// --- The plot ----------------------------------------------------------------------------
+
+void PairSetPanel::Parts::connectPlot() {
+    auto& c = controls_;
+    connect(c.showPlot, &QCheckBox::clicked, &panel_, [this](bool on) {
+        document_.settings.writeInteger("WantsPlot", on ? 1 : 0);
+        setPlotShown(on);
+    });
+    connect(c.attributes, &QPushButton::clicked, &panel_, [this] { editAttributes(); });
+    const auto page = [this](DrawingSurface& surface) { return drawPage(surface); };
+    connect(c.print, &QPushButton::clicked, &panel_,
+            [this, page] { printPlot(form_, name_, page, panel_.window()); });
+    connect(c.save, &QPushButton::clicked, &panel_, [this, page] { savePlot(form_, name_, page); });
+    connect(curveView_, &PlotView::pointedAt, &panel_, [this](QPointF place) { pointAt(place); });
+    connect(curveView_, &PlotView::pointerLeft, &panel_, [this] { controls_.pointer->clear(); });
+    connect(curveView_, &PlotView::clickedAt, &panel_, [this](QPointF place) {
+        if (const auto pair = pairAt(place)) {
+            controls_.list->selectRow(static_cast<int>(*pair));
+        }
+    });
+}
+
+void PairSetPanel::Parts::setPlotShown(bool shown) {
+    panel_.setObjectName(shown ? QStringLiteral("PairSetsPlot") : QStringLiteral("PairSets"));
+    controls_.showPlot->setChecked(shown);
+    controls_.plotSide->setVisible(shown);
+}
+
+void PairSetPanel::Parts::redraw() {
+    curveView_->redraw();
+    residualView_->redraw();
+}
+
+void PairSetPanel::Parts::drawCurve(DrawingSurface& surface) {
+    plot_.endFrame();
+    if (!curve_) {
+        clear(surface);
+        drawMessage(surface, kNoCurve);
+        return;
+    }
+    FitDrawing drawing;
+    drawing.units = units_;
+    drawing.rescale = rescaled_;
+    drawing.showMarked = true;
+    if (const int row = controls_.list->currentRow(); row >= 0) {
+        drawing.selected = static_cast<std::size_t>(row);
+    }
+    leaveRoomForLabels(drawing, surface, true);
+    plot_.attributes = chosen_;
+    (void)drawFit(plot_, surface, result_, input_, options_, drawing);
+    plot_.releaseSurface();
+}
+
+void PairSetPanel::Parts::drawErrors(DrawingSurface& surface) {
+    FitDrawing drawing;
+    drawing.rescale = rescaled_;
+    const auto curve = fitScale(chosen_, result_, input_, options_, drawing);
+    leaveRoomForLabels(drawing, surface, false);
+    (void)drawResiduals(residuals_, surface, result_, curve, drawing);
+    residuals_.releaseSurface();
+}
+
+bool PairSetPanel::Parts::drawPage(DrawingSurface& surface) const {
+    Plot plot;
+    plot.attributes = chosen_;
+    FitDrawing drawing;
+    drawing.units = units_;
+    drawing.rescale = rescaled_;
+    return drawFitPage(plot, surface, name_, result_, input_, options_, drawing);
+}
+
+void PairSetPanel::Parts::editAttributes() {
+    if (editPlotAttributes(form_, chosen_, kSeries, kSeriesNames, panel_.window())) {
+        chosen_.save(document_.settings, kApplicationName);
+        rescaled_ = false;
+        redraw();
+    }
+}
+
+std::optional<std::size_t> PairSetPanel::Parts::pairAt(QPointF place) const {
+    std::optional<std::size_t> nearest;
+    double least = kNear;
+    for (std::size_t i = 0; i < std::min(result_.x.size(), result_.y.size()); ++i) {
+        const auto at = plot_.map(result_.x[i], result_.y[i]);
+        const double away = at ? std::hypot(at->x - place.x(), at->y - place.y()) : kNear + 1;
+        if (away <= least) {
+            least = away;
+            nearest = i;
+        }
+    }
+    return nearest;
+}
+
+void PairSetPanel::Parts::pointAt(QPointF place) {
+    const auto values = plot_.valuesAt({place.x(), place.y()});
+    if (!values) {
+        controls_.pointer->clear();
+        return;
+    }
+    auto text = formatPrintf("TM Value: %.6g   EU Value: %.6g", values->x, values->y);
+    if (result_.fitted) {
+        text += formatPrintf(
+            "   Curve: %.6g",
+            evaluatePolynomial(values->x, result_.fittedCoefficients(), result_.order));
+    }
+    if (const auto pair = pairAt(place)) {
+        text += formatPrintf("   Pair #%d", *pair + 1);
+    }
+    controls_.pointer->setText(toQString(text));
+}
+
+}  // namespace kavu
