@@ -141,11 +141,13 @@ constexpr auto kArinc429 = track::detailsOf(
                            {.code = "ASN-n-m",
                             .label = "Number",
                             .limit = 5,
-                            .element = "Data/ARINC429BusDataTypeAttributes/SubChannel/Number"},
+                            .element = "Data/ARINC429BusDataTypeAttributes/SubChannel/Number",
+                            .prompt = "Enter SubChannel Number"},
                            {.code = "ANM-n-m",
                             .label = "Sub Channel Name",
                             .limit = 32,
-                            .element = "Data/ARINC429BusDataTypeAttributes/SubChannel/Name"},
+                            .element = "Data/ARINC429BusDataTypeAttributes/SubChannel/Name",
+                            .prompt = "Enter SubChannel Name"},
                        }));
 constexpr auto kMessage = track::detailsOf(
     "Message Data Input", std::to_array<Field>({
@@ -160,12 +162,14 @@ constexpr auto kMessage = track::detailsOf(
                                .label = "Number",
                                .limit = 5,
                                .firstEdition = 2007,
-                               .element = "Data/MessageDataTypeAttributes/SubChannel/Number"},
+                               .element = "Data/MessageDataTypeAttributes/SubChannel/Number",
+                               .prompt = "Enter SubChannel Number"},
                               {.code = "MCNM-n-m",
                                .label = "Sub Channel Name",
                                .limit = 32,
                                .firstEdition = 2007,
-                               .element = "Data/MessageDataTypeAttributes/SubChannel/Name"},
+                               .element = "Data/MessageDataTypeAttributes/SubChannel/Name",
+                               .prompt = "Enter SubChannel Name"},
                           }));
 constexpr auto kParallel = track::detailsOf(
     "Parallel Input", std::to_array<Field>({
@@ -188,11 +192,13 @@ constexpr auto kEthernet = track::detailsOf(
                           {.code = "ENBR-n-m",
                            .label = "Number",
                            .firstEdition = 2009,
-                           .element = "Data/EthernetDataTypeAttributes/Network/Number"},
+                           .element = "Data/EthernetDataTypeAttributes/Network/Number",
+                           .prompt = "Network Number"},
                           {.code = "ENAM-n-m",
                            .label = "Network Name",
                            .firstEdition = 2009,
-                           .element = "Data/EthernetDataTypeAttributes/Network/Name"},
+                           .element = "Data/EthernetDataTypeAttributes/Network/Name",
+                           .prompt = "Network Name"},
                       }));
 constexpr auto kTspi = track::detailsOf(
     "TSPI/CTS Input", std::to_array<Field>({

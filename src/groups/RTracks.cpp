@@ -115,10 +115,9 @@ void writeValue(GroupWriter& writer, int edition, const Field& field, const std:
     if (!isKnownIn(edition, field)) {
         return;
     }
-    if (field.choices.empty()) {
+    // The bytes of the file, also where it spells an entry in other letters.
+    if (field.choices.empty() || choiceOfValue(field, edition, value) != nullptr) {
         writer.write(field, value, at);
-    } else if (const auto* choice = choiceOfValue(field, edition, value)) {
-        writer.write(field, choice->value, at);
     }
 }
 

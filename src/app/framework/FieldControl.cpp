@@ -233,7 +233,7 @@ class DateControl : public FieldControl {
         const auto shape = withTime_ ? dateTimeForm(form.edition) : dateForm(form.edition);
         const auto now = form.clock.now();
         TextPrompt ask;
-        ask.title = "Enter Date (" + std::string(shape) + ")";
+        ask.title = (withTime_ ? "Enter Date & Time (" : "Enter Date (") + std::string(shape) + ")";
         ask.prompt = toBytes(button_->accessibleName()) + ":";
         ask.initial = !value().empty() ? value()
                       : withTime_      ? tmatsDateTime(now, form.edition)

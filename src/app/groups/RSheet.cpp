@@ -1,0 +1,178 @@
+#include "app/groups/RSheet.h"
+
+#include "app/framework/Look.h"
+#include "app/framework/QtText.h"
+#include "app/framework/Screenshots.h"
+#include "app/groups/MultiplexDialog.h"
+#include "app/groups/RPages.h"
+#include "app/groups/RTrackPage.h"
+#include "core/Printf.h"
+#include "core/TmatsDocument.h"
+#include "groups/DataSources.h"
+
+#include <algorithm>
+
+#include <QDialogButtonBox>
+#include <QPushButton>
+
+namespace kavu {
+
+namespace {
+
+constexpr char kTitle[] = "Edit Recorder/Reproducer Attributes - Data Source: %s";
+/// Documents have message data from this edition on.
+constexpr int kFirstEditionOfMessages = 2009;
+/// The limits of the dialog over a module or a medium; a longer value of a file is kept.
+const std::vector<std::size_t> kModuleLimits = {2, 64, 256};
+
+const RecorderPage& pageNamed(std::string_view name) {
+    const auto pages = recorderPages();
+    return *std::find_if(pages.begin(), pages.end(),
+                         [&](const RecorderPage& page) { return page.name == name; });
+}
+
+std::vector<RecorderListsPage::List> informationLists() {
+    return {{.count = "RIM\\N",
+             .name = "modules",
+             .box = "Modules",
+             .rowDialogTitle = "Recorder Module",
+             .deleteTitle = "Delete Recorder Module Definition",
+             .limits = kModuleLimits},
+            {.count = "RMM\\N",
+             .name = "media",
+             .box = "Media",
+             .rowDialogTitle = "Recorder Removable Media Module",
+             .deleteTitle = "Delete Recorder Removable Media Module Definition",
+             .limits = kModuleLimits}};
+}
+
+std::vector<RecorderListsPage::List> referenceLists() {
+    return {{.count = "RT\\N",
+             .name = "referenceTracks",
+             .rowDialogTitle = "Reference Track",
+             .deleteTitle = "Delete Reference Track Definition"}};
+}
+
+/// The page of this name, made for what it holds.
+std::unique_ptr<PropertyPage> makePage(FormContext& form, const RecorderPage& page,
+                                       RecorderGroup& group) {
+    if (page.name == "Tape3") {
+        return std::make_unique<RecorderListsPage>(form, page, group, informationLists());
+    }
+    if (page.name == "Tape4" || page.name == "Tape5") {
+        return std::make_unique<RecorderDatePage>(form, page, group,
+                                                  page.name == "Tape4" ? "RI4" : "RI5");
+    }
+    if (page.name == "Tape6") {
+        return std::make_unique<RecorderEventsPage>(form, page, group);
+    }
+    if (page.name == "Tape9") {
+        return std::make_unique<RecorderListsPage>(form, page, group, referenceLists());
+    }
+    return std::make_unique<RecorderFieldPage>(form, page, group);
+}
+
+}  // namespace
+
+RecorderSheet::RecorderSheet(FormContext& form, DocumentContext& document, RecorderGroup group,
+                             RecorderSurroundings around, QWidget* parent)
+    : PropertySheet(form, "Recorder", formatPrintf(kTitle, group.source), "LastTapePage", parent),
+      form_(form),
+      group_(std::move(group)),
+      around_(std::move(around)) {
+    addPages(document);
+    addButtons();
+    setWriter([this, &document] { return storeRecorder(document, &form_.ui, group_); });
+}
+
+void RecorderSheet::addPages(DocumentContext& document) {
+    auto characteristics =
+        std::make_unique<RecorderCharacteristicsPage>(form_, pageNamed("Tape2"), group_);
+    auto* const counted = characteristics.get();
+    for (const auto& page : recorderPages()) {
+        if (form_.edition < page.firstEdition) {
+            continue;
+        }
+        if (page.name == "Tape2") {
+            addPage(std::move(characteristics));
+        } else if (page.name == "Tape8") {
+            auto tracks = std::make_unique<RecorderTrackPage>(
+                TrackPrompts{form_, document, around_.links}, page, group_, around_.sources);
+            connect(tracks.get(), &RecorderTrackPage::trackCountChanged, counted,
+                    &RecorderCharacteristicsPage::showTrackCount);
+            addPage(std::move(tracks));
+        } else {
+            addPage(makePage(form_, page, group_));
+        }
+    }
+}
+
+void RecorderSheet::addButtons() {
+    addButton("editMultiplex", "Edit &Multiplex Info", around_.editMultiplex);
+    if (form_.edition >= kFirstEditionOfMessages) {
+        addButton("editMessages", "Edit Message &Data", around_.editMessages);
+    }
+}
+
+void RecorderSheet::addButton(const char* name, const char* text,
+                              const std::function<bool(FormContext&, const std::string&)>& edit) {
+    auto* const row = findChild<QDialogButtonBox*>(QString(), Qt::FindDirectChildrenOnly);
+    if (!edit || row == nullptr) {
+        return;
+    }
+    auto* const button = look::makeButton(name, QLatin1String(text), {}, this);
+    row->addButton(button, QDialogButtonBox::ActionRole);
+    connect(button, &QPushButton::clicked, this,
+            [this, edit] { changedElsewhere_ = edit(form_, group_.source) || changedElsewhere_; });
+}
+
+bool editRecorder(FormContext& form, DocumentContext& document, const std::string& source,
+                  RecorderSurroundings around) {
+    auto group = readRecorder(document, &form.ui, source);
+    if (!group) {
+        return false;
+    }
+    RecorderSheet sheet(form, document, std::move(*group), std::move(around));
+    const auto result = runPropertySheet(form, sheet);
+    return result == SheetResult::Stored || sheet.changedElsewhere();
+}
+
+bool editRecorder(FormContext& form, SourceParts parts, const std::string& source) {
+    RecorderSurroundings around;
+    listDataSources(parts.context, &form.ui, &around.sources);
+    if (!gatherDataLinks(parts.context, &form.ui, around.links)) {
+        return false;
+    }
+    around.editMultiplex = [parts](FormContext& same, const std::string& name) {
+        return editMultiplex(same, parts, name);
+    };
+    return editRecorder(form, parts.context, source, std::move(around));
+}
+
+void addRecorderScreenshots(ScreenshotList& list) {
+    std::vector<std::string> names;
+    for (const auto& page : recorderPages()) {
+        names.emplace_back(page.name);
+    }
+    list.addSheet(names, [](ScreenshotStage& stage) -> std::unique_ptr<PropertySheet> {
+        if (stage.document == nullptr) {
+            return nullptr;
+        }
+        auto& document = *stage.document;
+        RecorderSurroundings around;
+        listDataSources(document, nullptr, &around.sources);
+        (void)gatherDataLinks(document, nullptr, around.links);
+        const auto source = std::find_if(
+            around.sources.begin(), around.sources.end(), [&](const std::string& name) {
+                return findGroupIndex(document, nullptr, 'R', name) > 0;
+            });
+        around.editMultiplex = [](FormContext&, const std::string&) { return false; };
+        auto group = readRecorder(
+            document, nullptr, source == around.sources.end() ? std::string("Recorder") : *source);
+        return group ? std::make_unique<RecorderSheet>(stage.form, document, std::move(*group),
+                                                       std::move(around))
+                     : nullptr;
+    });
+}
+
+}  // namespace kavu
