@@ -197,6 +197,7 @@ void Application::installPcmSteps() {
     auto& parts = *parts_;
     parts.steps.releasePcmFormat = [&parts] { parts.pcmFormat.closeFormat(); };
     parts.pcmSteps.conversions = &parts.conversions;
+    parts.pcmSteps.chooseDefinitionMode = definitionModeStep_;
     parts.pcmSteps.selectStream = [&parts](UserInterface* parent) {
         return selectStream(parts.context, parent);
     };
@@ -242,6 +243,13 @@ PcmFormat& Application::pcmFormat() {
 }
 const PcmSteps& Application::pcmSteps() {
     return parts_->pcmSteps;
+}
+void Application::setDefinitionModeStep(
+    std::function<std::optional<bool>(UserInterface&, bool wordFrame)> choose) {
+    definitionModeStep_ = std::move(choose);
+    if (parts_ != nullptr) {
+        parts_->pcmSteps.chooseDefinitionMode = definitionModeStep_;
+    }
 }
 Application::HeldSettings& Application::held() {
     return parts_->held;

@@ -7,7 +7,9 @@
 #include "core/Environment.h"
 #include "core/TmatsDocument.h"
 
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace kavu {
@@ -47,6 +49,10 @@ class Application {
     /// The one stream that can be in memory, and what its load needs of other folders.
     [[nodiscard]] PcmFormat& pcmFormat();
     [[nodiscard]] const PcmSteps& pcmSteps();
+    /// The editor asks by a dialog of its own how new measurements tell of their places. May be
+    /// given before the start.
+    void setDefinitionModeStep(
+        std::function<std::optional<bool>(UserInterface&, bool wordFrame)> choose);
 
     /// What the dialog of the editions gives on OK: see `editVersionOptions`. A failure may
     /// leave the open document half converted.
@@ -88,6 +94,7 @@ class Application {
     std::string settingsPath_;
     std::string supportFolder_;
     std::string helpPath_;
+    std::function<std::optional<bool>(UserInterface&, bool wordFrame)> definitionModeStep_;
     int starts_ = 0;
     std::unique_ptr<Parts> parts_;
 };

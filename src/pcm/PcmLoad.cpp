@@ -86,7 +86,7 @@ bool readContents(PcmLoad& load, const PcmSteps& steps) {
     }
     const int result = readMeasurements(load);
     if (result >= 0 && !format.hasAnyMeasurement()) {
-        wordFrameMode(format, load.parent);
+        wordFrameMode(format, load.parent, steps.chooseDefinitionMode);
     }
     return result >= 0;
 }

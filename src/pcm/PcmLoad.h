@@ -125,6 +125,9 @@ struct PcmSteps {
     std::function<bool(UserInterface*, PcmFormat&)> loadPacketDefinitions;
     /// Lets the user choose a stream; empty if none was chosen.
     std::function<std::string(UserInterface*)> selectStream;
+    /// Lets the user choose how new measurements tell of their places: true for word/frame
+    /// locations, nothing after a Cancel. Not installed, a choice of two is asked for.
+    std::function<std::optional<bool>(UserInterface&, bool wordFrame)> chooseDefinitionMode;
     /// The conversion records whose sample rates follow the stream; may be null.
     ConversionStore* conversions = nullptr;
 };

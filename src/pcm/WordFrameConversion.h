@@ -2,6 +2,8 @@
 // of them new measurements get.
 #pragma once
 
+#include <functional>
+#include <optional>
 #include <vector>
 
 namespace kavu {
@@ -10,12 +12,18 @@ class PcmFormat;
 class UserInterface;
 struct PcmSteps;
 
+/// Lets the user choose the option: true for word/frame locations, false for the older types,
+/// nothing after a Cancel. The present choice is given along.
+using ChooseDefinitionMode = std::function<std::optional<bool>(UserInterface&, bool wordFrame)>;
+
 /// Sets `implicitSubframes` by the option of new measurements; it is off before 106-04 and on
 /// from 106-11 on. If the option was never chosen it becomes word/frame, and for a stream
-/// without measurements the user is asked.
-void wordFrameMode(PcmFormat& format, UserInterface* parent);
+/// without measurements the user is asked: by `choose`, or, if there is none, by a choice of two.
+void wordFrameMode(PcmFormat& format, UserInterface* parent,
+                   const ChooseDefinitionMode& choose = {});
 /// Asks for the option; true if it has changed.
-bool chooseWordFrameMode(PcmFormat& format, UserInterface* parent);
+bool chooseWordFrameMode(PcmFormat& format, UserInterface* parent,
+                         const ChooseDefinitionMode& choose = {});
 
 /// Gives every measurement word/frame locations in place of its older ones. What can not be
 /// converted stays and is told by message 460; 461 if places got lost. They are logged, and

@@ -32,30 +32,37 @@ bool hasOlderType(const PcmFormat& format) {
     return found;
 }
 
-}  // namespace
-
-bool chooseWordFrameMode(PcmFormat& format, UserInterface* parent) {
-    if (parent == nullptr) {
-        return false;
-    }
-    const int choice = parent->chooseFromList(
+std::optional<bool> chooseFromTwo(UserInterface& parent) {
+    const int choice = parent.chooseFromList(
         "Measurement Definition Options",
         {"Create new measurements with word/frame locations, without subframe definitions",
          "Create new measurements with the older location types"});
-    if (choice < 0) {
+    return choice < 0 ? std::nullopt : std::optional(choice == 0);
+}
+
+}  // namespace
+
+bool chooseWordFrameMode(PcmFormat& format, UserInterface* parent,
+                         const ChooseDefinitionMode& choose) {
+    if (parent == nullptr) {
         return false;
     }
     auto& settings = format.context().settings;
-    const int mode = choice == 0 ? kWordFrame : kOlderTypes;
+    const bool before = settings.integer(kSetting, kWordFrame) == kWordFrame;
+    const auto choice = choose ? choose(*parent, before) : chooseFromTwo(*parent);
+    if (!choice) {
+        return false;
+    }
+    const int mode = *choice ? kWordFrame : kOlderTypes;
     if (settings.integer(kSetting, -1) == mode) {
         return false;
     }
     settings.writeInteger(kSetting, mode);
-    wordFrameMode(format, parent);
+    wordFrameMode(format, parent, choose);
     return true;
 }
 
-void wordFrameMode(PcmFormat& format, UserInterface* parent) {
+void wordFrameMode(PcmFormat& format, UserInterface* parent, const ChooseDefinitionMode& choose) {
     if (format.edition() < 2004 || format.edition() >= 2011) {
         format.implicitSubframes = format.edition() >= 2011;
         return;
@@ -63,7 +70,7 @@ void wordFrameMode(PcmFormat& format, UserInterface* parent) {
     auto& settings = format.context().settings;
     if (settings.text(kSetting).empty()) {
         settings.writeInteger(kSetting, kWordFrame);
-        if (!format.hasAnyMeasurement() && chooseWordFrameMode(format, parent)) {
+        if (!format.hasAnyMeasurement() && chooseWordFrameMode(format, parent, choose)) {
             return;
         }
     }

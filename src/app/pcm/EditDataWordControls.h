@@ -1,0 +1,58 @@
+// Small controls that the dialogs of a data word share.
+#pragma once
+
+#include "app/framework/FormContext.h"
+#include "pcm/MeasurementEditDefinition.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <QComboBox>
+#include <QLineEdit>
+#include <QWidget>
+
+class QGridLayout;
+
+namespace kavu {
+
+/// A choice of codes. A code that is none of the choices is shown as it is and kept until
+/// another one is chosen.
+class CodeBox : public QComboBox {
+    Q_OBJECT
+  public:
+    CodeBox(const char* name, const std::vector<WordChoice>& choices, QWidget* parent);
+
+    /// Shows a code; is no edit.
+    void setCode(std::string_view code);
+    [[nodiscard]] std::string code() const;
+
+  private:
+    [[nodiscard]] int indexOf(std::string_view code) const;
+
+    const std::vector<WordChoice>& choices_;
+    std::string original_;
+};
+
+/// A number without a sign; an empty field is 0.
+class NumberEdit : public QLineEdit {
+    Q_OBJECT
+  public:
+    NumberEdit(const char* name, int digits, QWidget* parent);
+
+    void setNumber(int number);
+    [[nodiscard]] int number() const;
+};
+
+/// A label with its control in the next row of a grid. Gives the row.
+int addField(QGridLayout& grid, const char16_t* label, QWidget& control);
+/// The grid of such rows.
+[[nodiscard]] QGridLayout* makeFieldGrid(const QWidget& owner);
+
+/// The question before an entry of a list is deleted.
+[[nodiscard]] bool mayDeleteEntry(FormContext& form);
+
+/// The heading of a panel that stands beside a dialog.
+[[nodiscard]] QWidget* makePanelTitle(const QString& title, QWidget* panel);
+
+}  // namespace kavu
