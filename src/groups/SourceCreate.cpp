@@ -230,8 +230,11 @@ std::vector<SourceRow> sourcesOfGroup(DocumentContext& context, UserInterface* p
     readDataSources(context, parent, sources);
     const GroupNames files(context, parent, letter);
     std::vector<SourceRow> rows;
+    const auto isOffered = [letter](char sourceClass) {
+        return letter == 'T' ? sourceClass == 'R' : letter != 'R' || sourceClass == 'T';
+    };
     for (auto& source : sources) {
-        if (!source.name.empty() && dataSourceClass(source.type) == (letter == 'T' ? 'R' : 'T')) {
+        if (!source.name.empty() && isOffered(dataSourceClass(source.type))) {
             const int index = files.find(source.name);
             rows.push_back({std::move(source.name), std::move(source.type), index});
         }

@@ -27,7 +27,8 @@ struct SourceRow {
     std::string type;  ///< the stored `DST` value
     int index = 0;     ///< of its group file, 0 if there is none
 };
-/// The data sources whose group has this letter, T or R, in the order of the list.
+/// The data sources that have a T or an R group, in the order of the list; for any other
+/// letter (M, V) all of them.
 [[nodiscard]] std::vector<SourceRow> sourcesOfGroup(DocumentContext& context, UserInterface* parent,
                                                     char letter);
 

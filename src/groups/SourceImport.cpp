@@ -23,6 +23,7 @@ namespace kavu {
 namespace {
 
 constexpr const char* kTitle = "Import Data Source";
+constexpr std::size_t kTellEvery = 64;
 constexpr const char* kFileTitle = "Import Data Source/Stream From TMATS File:";
 
 /// What the user wants to import.
@@ -152,7 +153,14 @@ class SourceImporter {
         std::unordered_map<std::int64_t, Record> wanted;
         auto number = static_cast<std::int64_t>(
             parts_.conversions.definitionNames(-1).value_or(std::vector<std::string>()).size());
-        for (const auto& [oldName, newName] : transfer_->measurements()) {
+        const auto& names = transfer_->measurements();
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            const auto& [oldName, newName] = names[i];
+            if (i % kTellEvery == 0) {
+                setStatusText(parent_, formatPrintf("Importing EU Conversion Information (%.0f%%)",
+                                                    100.0 * static_cast<double>(i) /
+                                                        static_cast<double>(names.size())));
+            }
             const auto index = file_.conversionOf(oldName);
             if (index == 0) {
                 continue;

@@ -1,0 +1,144 @@
+#include "core/GroupFiles.h"
+#include "groups/DataSources.h"
+#include "support/SourceStage.h"
+
+#include <gmock/gmock.h>
+
+namespace kavu {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+class SourceDeleteTest : public ::testing::Test {
+  protected:
+    SourceDeleteTest() {
+        t.open(test::threeSources());
+        t.ui.byId[140] = Button::Yes;
+    }
+    bool remove(const std::string& name) { return deleteDataSource(t.parts, &t.ui, name); }
+    test::SourceStage t;
+};
+
+TEST_F(SourceDeleteTest, AsksWithTheNameAndDoesNothingAfterNo) {
+    t.ui.byId[140] = Button::No;
+    const auto before = t.files();
+    EXPECT_FALSE(remove("Second"));
+    ASSERT_EQ(t.ui.boxes.size(), 1U);
+    EXPECT_EQ(t.ui.boxes[0].titleId, 83);
+    EXPECT_EQ(t.ui.boxes[0].buttons, Buttons::YesNo);
+    EXPECT_THAT(t.ui.boxes[0].text, HasSubstr("delete Data Source 'Second', and all stream"));
+    EXPECT_EQ(t.files(), before);
+    EXPECT_FALSE(t.document.changed);
+    EXPECT_EQ(t.treesBuilt, 0);
+}
+
+TEST_F(SourceDeleteTest, RemovesTheSourceAndItsStreamAndNumbersTheRestAnew) {
+    EXPECT_TRUE(remove("First"));
+    EXPECT_EQ(t.read(groupFile('T', 1)), "T-1\\ID:Second;\r\nT-1\\RF1:1450.5;\r\n");
+    EXPECT_FALSE(t.has(groupFile('T', 2)));
+    EXPECT_THAT(t.read(groupFile('M', 1)), HasSubstr("M-1\\ID:Second;"));
+    EXPECT_THAT(t.read(groupFile('M', 2)), HasSubstr("M-2\\ID:Recorder;"));
+    EXPECT_FALSE(t.has(groupFile('V', 1)));
+    EXPECT_TRUE(t.document.changed);
+    EXPECT_EQ(t.treesBuilt, 1);
+}
+
+TEST_F(SourceDeleteTest, TheListIsWrittenAnewAtTheEndOfTheFile) {
+    EXPECT_TRUE(remove("Second"));
+    EXPECT_EQ(t.read(groupFile('G')),
+              "G\\106:09;\r\nG\\COM:kept;\r\nG\\DSI\\N:2;\r\nG\\DSI-1:First;\r\nG\\DST-1:RF;\r\n"
+              "G\\DSI-2:Recorder;\r\nG\\DST-2:STO;\r\n");
+}
+
+TEST_F(SourceDeleteTest, AStreamThatAnotherSourceNamesStays) {
+    // The recorder records Link A, and the second stream embeds it.
+    EXPECT_TRUE(remove("First"));
+    EXPECT_THAT(t.read(groupFile('P', 1)), HasSubstr("P-1\\DLN:Link A;"));
+    EXPECT_TRUE(remove("Second"));
+    EXPECT_THAT(t.read(groupFile('P', 1)), HasSubstr("P-1\\DLN:Link A;"));
+    EXPECT_FALSE(t.has(groupFile('P', 2)));
+    EXPECT_FALSE(t.has(groupFile('D', 2)));
+}
+
+TEST_F(SourceDeleteTest, DeletingTheLastDataSourceLeavesACountOfZero) {
+    EXPECT_TRUE(remove("First"));
+    EXPECT_TRUE(remove("Second"));
+    EXPECT_TRUE(remove("Recorder"));
+    EXPECT_EQ(t.read(groupFile('G')), "G\\106:09;\r\nG\\COM:kept;\r\nG\\DSI\\N:0;\r\n");
+    for (const char letter : std::string("TRMPDBV")) {
+        EXPECT_FALSE(t.has(groupFile(letter, 1))) << letter;
+    }
+}
+
+TEST_F(SourceDeleteTest, TheMeasurementNamesOfItsOneLinkAreForgotten) {
+    EXPECT_EQ(t.measurements.names(),
+              (std::vector<std::string>{"ALPHA", "BETA", "GAMMA", "HEADING"}));
+    EXPECT_TRUE(remove("Second"));
+    EXPECT_EQ(t.measurements.names(), (std::vector<std::string>{"ALPHA", "BETA", "HEADING"}));
+}
+
+TEST_F(SourceDeleteTest, NoUndoFileIsLeft) {
+    EXPECT_TRUE(remove("Second"));
+    for (const auto& [name, bytes] : t.files()) {
+        EXPECT_THAT(name, Not(HasSubstr("TEMP")));
+    }
+}
+
+TEST_F(SourceDeleteTest, AnUnknownNameIsTold) {
+    EXPECT_FALSE(remove("Third"));
+    EXPECT_TRUE(t.ui.hasText("There is no data source 'Third' in this document."));
+    EXPECT_FALSE(remove(""));
+    EXPECT_FALSE(t.document.changed);
+}
+
+TEST_F(SourceDeleteTest, WithoutAParentItIsDeletedInSilence) {
+    EXPECT_TRUE(deleteDataSource(t.parts, nullptr, "Second"));
+    EXPECT_EQ(listDataSources(t.context, nullptr), 2);
+}
+
+// --- the way back ---------------------------------------------------------------------------
+
+TEST_F(SourceDeleteTest, IfTheUndoCopyCanNotBeMadeNothingHappens) {
+    for (const std::string name : {"TEMP[kavu]GTMP.G", "TEMP[kavu]DSRCE.T02"}) {
+        const auto before = t.files();
+        const auto obstacle = t.store.pathOf(name);
+        ASSERT_TRUE(makeFolder(obstacle).ok());
+        EXPECT_FALSE(remove("Second")) << name;
+        EXPECT_TRUE(t.ui.hasText(name));
+        ASSERT_TRUE(deleteFolder(obstacle).ok());
+        EXPECT_EQ(t.files(), before) << name;
+        EXPECT_FALSE(t.document.changed);
+    }
+}
+
+TEST_F(SourceDeleteTest, AFailedDeleteBringsBackEveryFile) {
+    // A folder stands where a P file is to go: R, T and M files have their new numbers by
+    // then, and the M file of the data source is gone.
+    ASSERT_TRUE(deleteFile(t.store.pathOf(groupFile('P', 1))).ok());
+    ASSERT_TRUE(makeFolder(t.store.pathOf(groupFile('P', 1))).ok());
+    const auto before = t.files();
+    EXPECT_FALSE(remove("First"));
+    EXPECT_TRUE(t.ui.hasText(groupFile('P', 1)));
+    EXPECT_EQ(t.files(), before);
+    EXPECT_FALSE(t.document.changed);
+    EXPECT_EQ(t.treesBuilt, 0);
+    EXPECT_EQ(t.measurements.names().size(), 4U);
+}
+
+TEST_F(SourceDeleteTest, AGeneralFileThatCanNotBeReadStopsTheDelete) {
+    ASSERT_TRUE(deleteFile(t.store.pathOf(groupFile('G'))).ok());
+    ASSERT_TRUE(makeFolder(t.store.pathOf(groupFile('G'))).ok());
+    const auto before = t.files();
+    EXPECT_FALSE(remove("First"));
+    EXPECT_EQ(t.files(), before);
+}
+
+TEST_F(SourceDeleteTest, ADataSourceOfNeitherTypeGoesWithItsRow) {
+    t.write(groupFile('G'), "G\\DSI\\N:1;\r\nG\\DSI-1:Odd;\r\nG\\DST-1:OTH;\r\n");
+    EXPECT_TRUE(remove("Odd"));
+    EXPECT_EQ(t.read(groupFile('G')), "G\\DSI\\N:0;\r\n");
+}
+
+}  // namespace
+}  // namespace kavu
