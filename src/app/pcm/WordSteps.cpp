@@ -1,6 +1,5 @@
 #include "app/pcm/WordSteps.h"
 
-#include "app/conversion/ConversionForms.h"
 #include "app/framework/DialogDoor.h"
 #include "app/pcm/CommentDialog.h"
 #include "app/pcm/DefinitionOptionsDialog.h"
@@ -63,9 +62,8 @@ bool generate(FormContext& form, PcmFormat& format, const WordSteps& words, QWid
     return generateDataWords(format, &form.ui, steps).value_or(0) > 0;
 }
 
-void installConversionSteps(WordSteps& steps, FormContext& form, Application& application) {
+void installConversionSteps(WordSteps& steps, Application& application) {
     auto& conversions = application.conversions();
-    auto& document = application.context();
     steps.edit.names = &application.measurementNames();
     steps.edit.deleteConversion = [&conversions](UserInterface* parent, std::string_view name) {
         conversions.deleteDefinition(parent, std::string(name));
@@ -78,10 +76,6 @@ void installConversionSteps(WordSteps& steps, FormContext& form, Application& ap
                                                      const DataWordDefaults&) {
         // The defaults are in the settings by now.
         conversions.createDefaultDefinition(parent, std::string(name), false);
-    };
-    steps.editConversion = [&form, &document, &conversions](QWidget& window,
-                                                            const std::string& name, int bits) {
-        return kavu::editConversion(form, document, conversions, name, {.bits = bits}, &window);
     };
 }
 
@@ -110,7 +104,7 @@ std::optional<bool> chooseDefinitionMode(FormContext& form, QWidget* window, boo
 
 WordSteps makeWordSteps(FormContext& form, Application& application) {
     WordSteps steps;
-    installConversionSteps(steps, form, application);
+    installConversionSteps(steps, application);
     auto& format = application.pcmFormat();
     steps.saveFormat = [&form, &format] {
         const bool saved = savePcmFormat(format, &form.ui);
