@@ -12,7 +12,7 @@ _kavu_cli() {
             --settings | --answer | --answer-all | --now | --progress) ((index++)) ;;
             -*) ;;
             check | save | store | tree | recover | stream | rewrite | word-frame | \
-                conversions | evaluate | fit)
+                conversions | evaluate | fit | vocabulary | get | set)
                 command=$word
                 break
                 ;;
@@ -47,18 +47,22 @@ _kavu_cli() {
         case $command in
             check) common+=" --deep" ;;
             save) common+=" --output --edition" ;;
-            rewrite | word-frame) common+=" --output" ;;
+            vocabulary) common+=" --edition" ;;
+            rewrite | word-frame | set) common+=" --output" ;;
             fit) common+=" --order --best --max-order --precision --bits --svg" ;;
             store) common+=" --into" ;;
             recover) common+=" --output --list" ;;
         esac
         COMPREPLY=($(compgen -W "$common" -- "$current"))
     elif [[ -z $command ]]; then
-        COMPREPLY=($(compgen -W "check save store tree recover stream rewrite word-frame conversions evaluate fit" -- "$current"))
+        COMPREPLY=($(compgen -W "check save store tree recover stream rewrite word-frame conversions evaluate fit vocabulary get set" -- "$current"))
     else
         compopt -o filenames 2>/dev/null
         if [[ $command == recover ]]; then
             mapfile -t COMPREPLY < <(compgen -d -- "$current")
+        elif [[ $command == vocabulary ]]; then
+            compopt +o filenames 2>/dev/null
+            COMPREPLY=($(compgen -W "G T R M A" -- "$current"))
         elif [[ $command == fit ]]; then
             mapfile -t COMPREPLY < <(compgen -f -- "$current")
         else

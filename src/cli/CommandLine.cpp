@@ -1,5 +1,6 @@
 #include "cli/CommandLine.h"
 
+#include "cli/AttributeCommandLine.h"
 #include "conversion/CurveFit.h"
 #include "conversion/EuNumbers.h"
 #include "core/Edition.h"
@@ -37,6 +38,7 @@ struct RawOptions {
     std::string maxOrder;
     std::string precision;
     std::string bits;
+    RawAttributes attributes;
 };
 
 /// A wrong value; the text is for the user.
@@ -101,6 +103,11 @@ struct CommandApps {
     CLI::App* conversions;
     CLI::App* evaluate;
     CLI::App* fit;
+    CLI::App* vocabulary;
+    CLI::App* get;
+    CLI::App* set;
+    /// By the command they are.
+    std::vector<std::pair<Command, CLI::App*>> sources;
 };
 
 void addLink(CLI::App& command, CommandLine& line) {
@@ -168,6 +175,95 @@ void addConversionCommands(CLI::App& app, CommandApps& apps, CommandLine& line, 
     oneValue(apps.fit->add_option("--svg", line.svg, "Draw the plot into this file"), "FILE");
 }
 
+void addEdition(CLI::App& command, const char* help, RawOptions& raw) {
+    oneValue(command.add_option("--edition", raw.edition,
+                                std::string(help) + ": 1996, 1999, 2000, 2001, 2004, 2005, 2007, "
+                                                    "2009 or 2011"),
+             "YEAR");
+}
+
+void addAttributeCommands(CLI::App& app, CommandApps& apps, CommandLine& line, RawOptions& raw) {
+    apps.vocabulary =
+        addCommand(app, "vocabulary", "Show the fields of a group in the order of the file");
+    oneValue(apps.vocabulary->add_option("LETTER", raw.attributes.letter,
+                                         "The letter of the group: G, T, R, M or A"),
+             "")
+        ->required();
+    addEdition(*apps.vocabulary, "As this edition of IRIG 106 knows them (default: 2011)", raw);
+
+    apps.get = addCommand(app, "get", "Show the values of commands by their codes");
+    addFile(*apps.get, line);
+    apps.get->add_option("CODE", raw.attributes.codes, "Codes, such as G\\PN and P-1\\D2")
+        ->type_name("")
+        ->required();
+
+    apps.set = addCommand(app, "set",
+                          "Set commands of the attribute groups, and save the document under "
+                          "another name");
+    addFile(*apps.set, line);
+    apps.set
+        ->add_option("CODE=VALUE", raw.attributes.assignments,
+                     "Codes with their new values; an empty value removes the command")
+        ->type_name("")
+        ->required();
+    addOutput(*apps.set, line);
+}
+
+void addAffixes(CLI::App& command, CommandLine& line) {
+    oneValue(command.add_option("--prefix", line.prefix,
+                                "Text in front of the names of the measurements"),
+             "TEXT");
+    oneValue(command.add_option("--suffix", line.suffix, "Text behind them"), "TEXT");
+}
+
+void addSourceCommands(CLI::App& app, CommandApps& apps, CommandLine& line) {
+    auto* const source =
+        addCommand(app, "source", "List, copy, rename, delete, import a data source");
+    source->require_subcommand(1);
+    auto* const link = addCommand(app, "link", "Rename a data link");
+    link->require_subcommand(1);
+    const auto add = [&](Command id, CLI::App& parent, const char* name, const char* help) {
+        auto* const command = addCommand(parent, name, help);
+        addFile(*command, line);
+        apps.sources.emplace_back(id, command);
+        return command;
+    };
+    const auto name = [&](CLI::App* command, const char* label, std::string& text,
+                          const char* help) {
+        oneValue(command->add_option(label, text, help), "")->required();
+    };
+    constexpr const char* kSource = "The name of the data source";
+    add(Command::SourceList, *source, "list", "Show the data sources, their groups and links");
+    auto* command =
+        add(Command::SourceCopy, *source, "copy", "Copy a data source with its streams");
+    name(command, "NAME", line.source, kSource);
+    name(command, "NEW", line.newName, "The name of the copy");
+    addAffixes(*command, line);
+    addOutput(*command, line);
+    command = add(Command::SourceRename, *source, "rename", "Rename a data source");
+    name(command, "OLD", line.source, kSource);
+    name(command, "NEW", line.newName, "Its new name");
+    addOutput(*command, line);
+    command = add(Command::SourceDelete, *source, "delete",
+                  "Delete a data source with its streams; asks question 140");
+    name(command, "NAME", line.source, kSource);
+    addOutput(*command, line);
+    command = add(Command::SourceImport, *source, "import",
+                  "Import a data source with its stream from another TMATS file");
+    name(command, "OTHER", line.otherFile, "The TMATS file to import from");
+    name(command, "NAME", line.source, "The name of the data source there");
+    command->add_flag("--recorder", line.recorder,
+                      "It is a recorder/reproducer, not a transmitted data source");
+    command->add_flag("--conversions", line.withConversions,
+                      "Import the conversion records of its measurements, too");
+    addAffixes(*command, line);
+    addOutput(*command, line);
+    command = add(Command::LinkRename, *link, "rename", "Rename a data link wherever it is named");
+    name(command, "OLD", line.link, "The name of the data link");
+    name(command, "NEW", line.newName, "Its new name");
+    addOutput(*command, line);
+}
+
 CommandApps addCommands(CLI::App& app, CommandLine& line, RawOptions& raw) {
     CommandApps apps{};
     apps.check = addCommand(app, "check", "Open a TMATS file as the editor does, and report");
@@ -179,10 +275,7 @@ CommandApps addCommands(CLI::App& app, CommandLine& line, RawOptions& raw) {
     addFile(*apps.save, line);
     oneValue(apps.save->add_option("-o,--output", line.output, "The file to write"), "OUT")
         ->required();
-    oneValue(apps.save->add_option("--edition", raw.edition,
-                                   "Convert the document to this edition of IRIG 106: 1996, 1999, "
-                                   "2000, 2001, 2004, 2005, 2007, 2009 or 2011"),
-             "YEAR");
+    addEdition(*apps.save, "Convert the document to this edition of IRIG 106", raw);
 
     apps.store = addCommand(app, "store",
                             "Open a TMATS file and copy the files of the working store, names "
@@ -207,6 +300,8 @@ CommandApps addCommands(CLI::App& app, CommandLine& line, RawOptions& raw) {
                            "List the folders that dead runs left behind, newest first");
     addStreamCommands(app, apps, line);
     addConversionCommands(app, apps, line, raw);
+    addAttributeCommands(app, apps, line, raw);
+    addSourceCommands(app, apps, line);
     return apps;
 }
 
@@ -237,6 +332,20 @@ Command chosenCommand(const CommandApps& apps) {
     }
     if (apps.fit->parsed()) {
         return Command::Fit;
+    }
+    if (apps.vocabulary->parsed()) {
+        return Command::Vocabulary;
+    }
+    if (apps.get->parsed()) {
+        return Command::Get;
+    }
+    if (apps.set->parsed()) {
+        return Command::Set;
+    }
+    for (const auto& [command, chosen] : apps.sources) {
+        if (chosen->parsed()) {
+            return command;
+        }
     }
     return apps.recover->parsed() ? Command::Recover : Command::Check;
 }
@@ -280,7 +389,7 @@ void readProgress(const RawOptions& raw, CommandLine& line) {
 }
 
 void readEdition(const CommandApps& apps, const RawOptions& raw, CommandLine& line) {
-    if (apps.save->count("--edition") == 0) {
+    if (apps.save->count("--edition") + apps.vocabulary->count("--edition") == 0) {
         return;
     }
     for (const int year : kEditions) {
@@ -381,6 +490,9 @@ ParsedCommandLine parseCommandLine(const std::vector<std::string>& arguments) {
         checkRecover(line);
         readValues(raw, line);
         readFit(apps, raw, line);
+        if (auto refused = readAttributeArguments(raw.attributes, line)) {
+            throw UsageError{*refused};
+        }
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() != 0) {
             return wrongUsage(error.what());

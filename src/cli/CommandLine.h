@@ -7,6 +7,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kavu::cli {
@@ -22,7 +23,16 @@ enum class Command {
     WordFrame,
     Conversions,
     Evaluate,
-    Fit
+    Fit,
+    Vocabulary,
+    Get,
+    Set,
+    SourceList,
+    SourceCopy,
+    SourceRename,
+    SourceDelete,
+    SourceImport,
+    LinkRename
 };
 
 /// When a progress line is shown on standard error.
@@ -47,7 +57,7 @@ struct CommandLine {
     std::string file;            ///< the document, or the store to recover
     std::string output;          ///< `save`, `recover`, `rewrite`, `word-frame`
     std::string link;            ///< `stream`, `rewrite`, `word-frame`: the data link
-    std::optional<int> edition;  ///< `save`: the edition to convert to, one of `kEditions`
+    std::optional<int> edition;  ///< `save`, `vocabulary`: the edition, one of `kEditions`
     std::string into;            ///< `store`: the folder for the copies
     bool list = false;           ///< `recover`: list what there is
     bool deep = false;           ///< `check`: load every stream as well
@@ -60,6 +70,19 @@ struct CommandLine {
     std::optional<int> precision;  ///< `fit`: digits behind the point, 0 to 40
     std::optional<int> bits;       ///< `fit`: size of the word, 1 to 64
     std::string svg;               ///< `fit`: the picture to write
+
+    char letter = 0;                 ///< `vocabulary`: a group that has one
+    std::vector<std::string> codes;  ///< `get`: well formed codes
+    /// `set`: well formed codes, and the values they are to have.
+    std::vector<std::pair<std::string, std::string>> changes;
+
+    std::string source;            ///< `source`: the data source that is meant
+    std::string newName;           ///< `source copy`, `rename`, `link rename`
+    std::string otherFile;         ///< `source import`: the file to import from
+    std::string prefix;            ///< `source copy`, `import`: in front of measurement names
+    std::string suffix;            ///< and behind them
+    bool withConversions = false;  ///< `source import`: the conversion records, too
+    bool recorder = false;         ///< `source import`: a recorder, not a transmitted source
 };
 
 /// The command line, or, when there is nothing to run, what to print and how to exit: help

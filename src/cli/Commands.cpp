@@ -123,6 +123,10 @@ constexpr DocumentCommand kRewrite{nothingToPrepare, rewriteCommand};
 constexpr DocumentCommand kWordFrame{nothingToPrepare, wordFrameCommand};
 constexpr DocumentCommand kConversions{nothingToPrepare, conversionsCommand};
 constexpr DocumentCommand kEvaluate{nothingToPrepare, evaluateCommand};
+constexpr DocumentCommand kGet{nothingToPrepare, getCommand};
+constexpr DocumentCommand kSet{nothingToPrepare, setCommand};
+constexpr DocumentCommand kSourceList{nothingToPrepare, sourceListCommand};
+constexpr DocumentCommand kSource{nothingToPrepare, sourceCommand};
 
 }  // namespace
 
@@ -144,9 +148,22 @@ const DocumentCommand& documentCommand(Command command) {
             return kConversions;
         case Command::Evaluate:
             return kEvaluate;
+        case Command::Get:
+            return kGet;
+        case Command::Set:
+            return kSet;
+        case Command::SourceList:
+            return kSourceList;
+        case Command::SourceCopy:
+        case Command::SourceRename:
+        case Command::SourceDelete:
+        case Command::SourceImport:
+        case Command::LinkRename:
+            return kSource;
         case Command::Check:
         case Command::Recover:
         case Command::Fit:
+        case Command::Vocabulary:
             break;
     }
     return kCheck;

@@ -9,6 +9,7 @@
 
 namespace kavu {
 class Application;
+struct DocumentTree;
 }
 
 namespace kavu::cli {
@@ -33,7 +34,8 @@ struct DocumentCommand {
     bool (*run)(CommandContext&, CommandOutput&);
 };
 
-/// The row of a command. REQUIRES: it is one that opens a file (not `recover`, not `fit`).
+/// The row of a command. REQUIRES: it is one that opens a file (not `recover`, `fit`,
+/// `vocabulary`).
 [[nodiscard]] const DocumentCommand& documentCommand(Command command);
 
 /// `recover STORE -o OUT`
@@ -57,7 +59,21 @@ struct DocumentCommand {
 /// `fit`, which opens no document.
 [[nodiscard]] bool fitCommand(CommandContext& context, CommandOutput& output);
 
+/// `vocabulary`, which opens no document.
+[[nodiscard]] bool vocabularyCommand(CommandContext& context, CommandOutput& output);
+/// `get`
+[[nodiscard]] bool getCommand(CommandContext& context, CommandOutput& output);
+/// `set`
+[[nodiscard]] bool setCommand(CommandContext& context, CommandOutput& output);
+
+/// `source list`
+[[nodiscard]] bool sourceListCommand(CommandContext& context, CommandOutput& output);
+/// The other `source` commands and `link rename`, which change the document and save it.
+[[nodiscard]] bool sourceCommand(CommandContext& context, CommandOutput& output);
+
 /// `tree`
 [[nodiscard]] bool treeCommand(CommandContext& context, CommandOutput& output);
+/// The member `dataSources`.
+[[nodiscard]] Json dataSourcesJson(const DocumentTree& tree);
 
 }  // namespace kavu::cli

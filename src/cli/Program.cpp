@@ -108,7 +108,7 @@ class Run {
             if (line_.command == Command::Recover) {
                 done = recover();
             } else {
-                done = line_.command == Command::Fit ? fit() : openAndRun();
+                done = opensDocument() ? openAndRun() : runAlone();
             }
         }
         done = leave() && done;
@@ -162,9 +162,14 @@ class Run {
         return file_.opened;
     }
 
-    bool fit() {
+    [[nodiscard]] bool opensDocument() const {
+        return line_.command != Command::Fit && line_.command != Command::Vocabulary;
+    }
+
+    bool runAlone() {
         file_.opened = true;
-        return fitCommand(context_, output_);
+        return line_.command == Command::Fit ? fitCommand(context_, output_)
+                                             : vocabularyCommand(context_, output_);
     }
 
     bool leave() {
@@ -181,7 +186,7 @@ class Run {
         if (line_.json && line_.list) {
             return printed(output_.members);
         }
-        if (line_.json && line_.command == Command::Fit) {
+        if (line_.json && !opensDocument()) {
             Json document = output_.members;
             document["messages"] = messageMembers(ui_);
             return printed(document);
@@ -192,8 +197,7 @@ class Run {
             return printed(document);
         }
         return messagesText(ui_) + (done ? output_.text : std::string()) +
-               (done && !line_.list && line_.command != Command::Fit ? summaryLine(file_, ui_)
-                                                                     : std::string());
+               (done && !line_.list && opensDocument() ? summaryLine(file_, ui_) : std::string());
     }
 
     void tellFailure() {

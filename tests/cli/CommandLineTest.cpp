@@ -229,5 +229,44 @@ TEST(CommandLine, ConversionsTakesANameOrNone) {
     EXPECT_EQ(parsed({"conversions", "f", "M"}).command, Command::Conversions);
 }
 
+TEST(CommandLine, VocabularyTakesALetterAndAnEdition) {
+    const auto line = parsed({"vocabulary", "t", "--edition", "1999"});
+    EXPECT_EQ(line.command, Command::Vocabulary);
+    EXPECT_EQ(line.letter, 'T');
+    EXPECT_EQ(line.edition, 1999);
+    EXPECT_FALSE(parsed({"vocabulary", "G"}).edition.has_value());
+    for (const auto& arguments :
+         {Arguments{"vocabulary"}, Arguments{"vocabulary", "X"}, Arguments{"vocabulary", "GT"},
+          Arguments{"vocabulary", ""}, Arguments{"vocabulary", "G", "--edition", "1998"}}) {
+        EXPECT_EQ(parseCommandLine(arguments).status, ExitStatus::Usage);
+    }
+}
+
+TEST(CommandLine, GetTakesCodes) {
+    const auto line = parsed({"get", "in.tma", "G\\PN", "p-1\\D2"});
+    EXPECT_EQ(line.command, Command::Get);
+    EXPECT_EQ(line.codes, (Arguments{"G\\PN", "p-1\\D2"}));
+    for (const auto& code : {"PN", "G\\", "T\\RF1", "C-1\\DCN"}) {
+        EXPECT_EQ(parseCommandLine({"get", "in.tma", code}).status, ExitStatus::Usage) << code;
+    }
+    EXPECT_NE(parseCommandLine({"get", "in.tma", "C-1\\DCN"}).err.find("conversions"),
+              std::string::npos);
+}
+
+TEST(CommandLine, SetTakesCodesWithValues) {
+    const auto line = parsed({"set", "in.tma", "G\\PN=a=b", "T-1\\RF1=", "-o", "out.tma"});
+    EXPECT_EQ(line.command, Command::Set);
+    EXPECT_EQ(line.output, "out.tma");
+    ASSERT_EQ(line.changes.size(), 2u);
+    EXPECT_EQ(line.changes[0], (std::pair<std::string, std::string>{"G\\PN", "a=b"}));
+    EXPECT_EQ(line.changes[1], (std::pair<std::string, std::string>{"T-1\\RF1", ""}));
+    for (const auto& assignment : {"G\\PN", "=x", "PN=x"}) {
+        EXPECT_EQ(parseCommandLine({"set", "in.tma", assignment, "-o", "o"}).status,
+                  ExitStatus::Usage)
+            << assignment;
+    }
+    EXPECT_EQ(parseCommandLine({"set", "in.tma", "G\\PN=x"}).status, ExitStatus::Usage);
+}
+
 }  // namespace
 }  // namespace kavu::cli

@@ -1,0 +1,14 @@
+// The vocabulary of a group as a page of the manual.
+#pragma once
+
+#include <string>
+
+namespace kavu {
+
+/// A page in Markdown with all fields of a group in the order of the file: codes, labels,
+/// limits, editions, choices and XML elements. REQUIRES: a group with a vocabulary.
+[[nodiscard]] std::string vocabularyPage(char letter);
+/// The name of its file, "group-t.md".
+[[nodiscard]] std::string vocabularyPageName(char letter);
+
+}  // namespace kavu

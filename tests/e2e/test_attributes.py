@@ -1,0 +1,169 @@
+"""`vocabulary`, `get`, `set`: the commands of the attribute groups by their codes."""
+
+import unittest
+
+import kavu
+from kavu import CLEAN, FAILED, USAGE
+
+FLIGHT = (
+    "G\\PN:FLIGHT;G\\106:09;G\\X:1;G\\POC\\N:1;G\\POC1-1:Me;G\\DSI\\N:2;G\\DSI-1:Radio;"
+    "G\\DST-1:RF;G\\DSI-2:Tape;G\\DST-2:TAP;G\\X:2;G\\COM:one\r\ntwo;"
+    "T-1\\ID:Radio;T-1\\RF1:2200.5;T-1\\ZZ:unknown;R-1\\ID:Tape;"
+    "M-1\\ID:Radio;M-1\\BSG1:PCM;M-1\\BB\\DLN:Link;M-2\\ID:Tape;M-2\\BSG1:OTH;"
+    "P-1\\DLN:Link;P-1\\TF:ONE;P-1\\D2:1000000;"
+)
+
+
+class VocabularyTest(kavu.KavuTest):
+    def fields(self, *arguments):
+        result = self.run_json("vocabulary", *arguments)
+        self.assertEqual(result.status, CLEAN, result)
+        return result.json
+
+    def test_the_members_have_their_names_and_order(self):
+        document = self.fields("T")
+        self.assertEqual(list(document)[:3], ["group", "edition", "fields"])
+        self.assertEqual((document["group"], document["edition"]), ("T", 2011))
+        field = [each for each in document["fields"] if each["code"] == "RF1"][0]
+        self.assertEqual(list(field)[:9], ["code", "label", "page", "limit", "kind", "from", "to",
+                                           "element", "choices"])
+        self.assertEqual([field[key] for key in list(field)[:9]],
+                         ["RF1", "Frequency:", "RF1", 6, "text", 1996, 0,
+                          "SourceRFAttributes/Frequency", []])
+
+    def test_choices_have_value_text_and_xml(self):
+        fields = self.fields("T")["fields"]
+        choices = [each for each in fields if each["code"] == "RF4"][0]["choices"]
+        self.assertEqual(choices[0], {"value": "FM", "text": "FM", "xml": "FM"})
+        self.assertIn({"value": "OTHR", "text": "OTHR", "xml": "Other"}, choices)
+
+    def test_the_edition_decides_what_there_is(self):
+        limits = {}
+        for edition in ("1996", "1999", "2011"):
+            fields = {each["code"]: each for each in self.fields("T", "--edition", edition)["fields"]}
+            limits[edition] = fields["RF4"]["limit"]
+        self.assertEqual(limits, {"1996": 5, "1999": 4, "2011": 8})
+        codes = [each["code"] for each in self.fields("r", "--edition", "2007")["fields"]]
+        self.assertNotIn("RML", codes)
+        self.assertIn("RML", [each["code"] for each in self.fields("R")["fields"]])
+
+    def test_every_group_with_a_table_is_served_in_file_order(self):
+        firsts = {letter: self.fields(letter)["fields"][0]["code"] for letter in "GTRMA"}
+        self.assertEqual(firsts, {"G": "PN", "T": "ID", "R": "ID", "M": "ID", "A": "DLN"})
+        codes = [each["code"] for each in self.fields("R")["fields"]]
+        self.assertLess(codes.index("TK1-n"), codes.index("COM"))
+        self.assertIn("ADL-n-m", codes)
+
+    def test_a_person_reads_a_table(self):
+        result = self.run_cli("vocabulary", "G")
+        self.assertEqual(result.status, CLEAN, result)
+        self.assertIn("General information (G), IRIG 106-11 (2011)", result.text)
+        self.assertRegex(result.text, r"(?m)^SC +1 +choice +Security Classification: +U, C, S, T, O$")
+
+    def test_a_group_without_a_table_is_wrong_usage(self):
+        for arguments in (["X"], [""], ["GT"], ["P"], ["G", "--edition", "1998"], []):
+            self.assertEqual(self.run_cli("vocabulary", *arguments).status, USAGE, arguments)
+
+
+class GetTest(kavu.KavuTest):
+    def setUp(self):
+        super().setUp()
+        self.write("in.tma", FLIGHT)
+
+    def test_every_command_of_a_code_in_file_order(self):
+        result = self.run_json("get", "in.tma", "G\\X", "p-1\\d2", "G\\COM", "G\\NONE", "T-7\\ID")
+        self.assertEqual(result.status, CLEAN, result)
+        self.assertEqual(list(result.json)[-1], "values")
+        self.assertEqual(result.json["values"], {"G\\X": ["1", "2"], "p-1\\d2": ["1000000"],
+                                                 "G\\COM": ["one\r\ntwo"], "G\\NONE": [],
+                                                 "T-7\\ID": []})
+
+    def test_a_person_reads_lines(self):
+        result = self.run_cli("get", "in.tma", "G\\X", "T-1\\RF1")
+        self.assertEqual(result.text.splitlines()[:3], ["G\\X      1", "G\\X      2",
+                                                        "T-1\\RF1  2200.5"])
+
+    def test_what_is_no_code_is_wrong_usage(self):
+        for code in ("PN", "G\\", "T\\RF1", "T-100\\RF1", "C-1\\DCN", "G\\PN:x"):
+            self.assertEqual(self.run_cli("get", "in.tma", code).status, USAGE, code)
+        self.assertEqual(self.run_cli("get", "in.tma").status, USAGE)
+
+
+class SetTest(kavu.KavuTest):
+    def setUp(self):
+        super().setUp()
+        self.write("in.tma", FLIGHT)
+
+    def set(self, *assignments):
+        result = self.run_json("set", "in.tma", *assignments, "-o", "out.tma")
+        self.assertEqual(result.status, CLEAN, result)
+        return result.json
+
+    def values(self, *codes):
+        return self.run_json("get", "out.tma", *codes).json["values"]
+
+    def lines(self, name):
+        return [line for line in self.read(name).decode("latin-1").split("\r\n")
+                if not line.startswith(("COMMENT", "G\\FN"))]
+
+    def refusal(self, *assignments):
+        result = self.run_json("set", "in.tma", *assignments, "-o", "out.tma")
+        self.assertEqual(result.status, FAILED, result)
+        self.assertFalse(self.exists("out.tma"))
+        self.assertFalse(result.json["changed"])
+        return result.json["messages"][-1]["text"].split("\n\n")[-1]
+
+    def test_only_what_was_set_differs_from_a_save(self):
+        document = self.set("G\\PN=NEW", "T-1\\RF2=4", "G\\SC=top")
+        self.assertEqual((document["changed"], document["output"]), (True, "out.tma"))
+        self.run_cli("save", "in.tma", "-o", "plain.tma")
+        before, after = self.lines("plain.tma"), self.lines("out.tma")
+        self.assertEqual([line for line in after if line not in before],
+                         ["G\\PN:NEW;", "G\\SC:T;", "T-1\\RF2:4;"])
+        self.assertEqual([line for line in before if line not in after], ["G\\PN:FLIGHT;"])
+        self.assertEqual(after.index("T-1\\RF2:4;"), after.index("T-1\\RF1:2200.5;") + 1)
+
+    def test_an_empty_value_removes(self):
+        self.set("G\\PN=", "T-1\\RF1=")
+        self.assertEqual(self.values("G\\PN", "T-1\\RF1", "T-1\\ZZ"),
+                         {"G\\PN": [], "T-1\\RF1": [], "T-1\\ZZ": ["unknown"]})
+
+    def test_a_value_may_hold_anything_but_a_semicolon(self):
+        self.set("G\\COM=a=b:c\nd", "T-1\\TID=[x, y]")
+        self.assertEqual(self.values("G\\COM", "T-1\\TID"),
+                         {"G\\COM": ["a=b:c\r\nd"], "T-1\\TID": ["[x, y]"]})
+
+    def test_the_vocabulary_refuses_with_a_reason(self):
+        self.assertEqual(self.refusal("G\\PN=" + "x" * 17),
+                         "The value can only be 16 characters long.")
+        self.assertEqual(self.refusal("G\\PN=a;b"), "A value can not hold a semi-colon.")
+        self.assertEqual(self.refusal("G\\SC=Q"), "The value is not one of: U, C, S, T, O.")
+        self.assertEqual(self.refusal("G\\OD=12-31-99"),
+                         "The value is not of the form MM-DD-YYYY.")
+        self.assertEqual(self.refusal("G\\POC\\N=10"), "The list can have 9 rows.")
+        self.assertEqual(self.refusal("G\\POC1-2=You"),
+                         "The list has 1 rows. Set 'G\\POC\\N' first.")
+        self.assertTrue(self.refusal("R-1\\RML=I").startswith("It is known from IRIG 106-11"))
+        self.assertEqual(self.refusal("P-1\\D2=1"),
+                         "The commands of group P can not be set one by one.")
+        self.assertEqual(self.refusal("T-2\\RF1=1"),
+                         "There is no group T-2 in this document.")
+
+    def test_names_are_changed_by_the_commands_for_it(self):
+        for assignment in ("G\\DSI-1=New", "T-1\\ID=New", "M-1\\ID="):
+            self.assertIn("'source rename'", self.refusal(assignment))
+        self.assertIn("'link rename'", self.refusal("M-1\\BB\\DLN=New"))
+        self.assertIn("'source delete'", self.refusal("G\\DSI\\N=1"))
+
+    def test_one_refusal_leaves_the_others_undone(self):
+        self.refusal("G\\PN=NEW", "G\\SC=Q")
+
+    def test_wrong_usage(self):
+        for arguments in (["G\\PN"], ["=x"], ["PN=x"], ["C-1\\DCN=x"], []):
+            result = self.run_cli("set", "in.tma", *arguments, "-o", "out.tma")
+            self.assertEqual(result.status, USAGE, arguments)
+        self.assertEqual(self.run_cli("set", "in.tma", "G\\PN=x").status, USAGE)
+
+
+if __name__ == "__main__":
+    unittest.main()
