@@ -110,7 +110,7 @@ RecorderCharacteristicsPage::RecorderCharacteristicsPage(FormContext& form,
                                                          RecorderGroup& group, QWidget* parent)
     : RecorderFieldPage(form, page, group, parent), group_(group) {
     auto* control = fields().control("N");
-    count_ = look::makeButton("N", {}, QStringLiteral("edit"), &fields());
+    count_ = look::makeButton("N", {}, QStringLiteral("edit"), control->parentWidget());
     count_->setMinimumWidth(control->minimumWidth());
     count_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     for (auto* label : fields().findChildren<QLabel*>()) {
@@ -121,7 +121,7 @@ RecorderCharacteristicsPage::RecorderCharacteristicsPage(FormContext& form,
     count_->setAccessibleName(control->accessibleName());
     // The field goes on holding the value, without being seen.
     control->setObjectName(QString());
-    fields().layout()->replaceWidget(control, count_, Qt::FindChildrenRecursively);
+    control->parentWidget()->layout()->replaceWidget(control, count_, Qt::FindChildrenRecursively);
     QWidget::setTabOrder(control, count_);
     control->hide();
     control->setFocusPolicy(Qt::NoFocus);

@@ -12,8 +12,9 @@
 
 #include <algorithm>
 
-#include <QDialogButtonBox>
+#include <QHBoxLayout>
 #include <QPushButton>
+#include <QVBoxLayout>
 
 namespace kavu {
 
@@ -108,22 +109,39 @@ void RecorderSheet::addPages(DocumentContext& document) {
 }
 
 void RecorderSheet::addButtons() {
+    tools_ = new QHBoxLayout;
     addButton("editMultiplex", "Edit &Multiplex Info", around_.editMultiplex);
     if (form_.edition >= kFirstEditionOfMessages) {
         addButton("editMessages", "Edit Message &Data", around_.editMessages);
     }
+    tools_->addStretch();
+    auto& rows = *static_cast<QVBoxLayout*>(layout());
+    rows.insertLayout(rows.count() - 1, tools_);
 }
 
 void RecorderSheet::addButton(const char* name, const char* text,
                               const std::function<bool(FormContext&, const std::string&)>& edit) {
-    auto* const row = findChild<QDialogButtonBox*>(QString(), Qt::FindDirectChildrenOnly);
-    if (!edit || row == nullptr) {
+    if (!edit) {
         return;
     }
     auto* const button = look::makeButton(name, QLatin1String(text), {}, this);
-    row->addButton(button, QDialogButtonBox::ActionRole);
+    tools_->addWidget(button);
     connect(button, &QPushButton::clicked, this,
             [this, edit] { changedElsewhere_ = edit(form_, group_.source) || changedElsewhere_; });
+}
+
+void RecorderSheet::showEvent(QShowEvent* event) {
+    PropertySheet::showEvent(event);
+    // The Tab key goes from the pages through these buttons to OK.
+    auto* const ok = findChild<QPushButton*>(QStringLiteral("ok"));
+    QWidget* last = ok->previousInFocusChain();
+    for (int i = 0; i < tools_->count(); ++i) {
+        if (auto* const button = tools_->itemAt(i)->widget()) {
+            setTabOrder(last, button);
+            last = button;
+        }
+    }
+    setTabOrder(last, ok);
 }
 
 bool editRecorder(FormContext& form, DocumentContext& document, const std::string& source,

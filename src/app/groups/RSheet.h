@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+class QHBoxLayout;
+
 namespace kavu {
 
 class ScreenshotList;
@@ -34,6 +36,9 @@ class RecorderSheet : public PropertySheet {
     /// One of the buttons has changed the document, whatever became of the sheet.
     [[nodiscard]] bool changedElsewhere() const { return changedElsewhere_; }
 
+  protected:
+    void showEvent(QShowEvent* event) override;
+
   private:
     void addPages(DocumentContext& document);
     void addButtons();
@@ -43,6 +48,7 @@ class RecorderSheet : public PropertySheet {
     FormContext& form_;
     RecorderGroup group_;
     RecorderSurroundings around_;
+    QHBoxLayout* tools_ = nullptr;
     bool changedElsewhere_ = false;
 };
 
