@@ -1,0 +1,221 @@
+#include "app/pcm/FrameAccess.h"
+
+#include "app/framework/QtText.h"
+#include "app/pcm/FrameGrid.h"
+
+#include <map>
+#include <utility>
+#include <vector>
+
+#include <QAccessible>
+#include <QAccessibleWidget>
+#include <QPointer>
+
+namespace kavu {
+
+namespace {
+
+/// What a screen reader says of a place.
+QString spokenPlace(const FrameGrid& grid, FramePlace at) {
+    const auto& display = grid.display();
+    if (!display.isShown(at)) {
+        return QStringLiteral("no cell");
+    }
+    const auto text = display.cellText(FrameArea::Grid, at.word, at.frame).text;
+    return QStringLiteral("FWP %1 FN %2: %3")
+        .arg(at.word)
+        .arg(at.frame)
+        .arg(text.empty() ? QStringLiteral("empty") : toQString(text));
+}
+
+class CellAccess : public QAccessibleInterface, public QAccessibleTableCellInterface {
+  public:
+    CellAccess(FrameGrid& grid, FramePlace at) : grid_(&grid), at_(at) {}
+
+    [[nodiscard]] bool isValid() const override { return grid_ != nullptr; }
+    [[nodiscard]] QObject* object() const override { return nullptr; }
+    [[nodiscard]] QAccessibleInterface* childAt(int, int) const override { return nullptr; }
+    [[nodiscard]] QAccessibleInterface* parent() const override {
+        return QAccessible::queryAccessibleInterface(grid_);
+    }
+    [[nodiscard]] QAccessibleInterface* child(int) const override { return nullptr; }
+    [[nodiscard]] int childCount() const override { return 0; }
+    [[nodiscard]] int indexOfChild(const QAccessibleInterface*) const override { return -1; }
+    [[nodiscard]] QString text(QAccessible::Text text) const override {
+        if (!isValid()) {
+            return {};
+        }
+        return text == QAccessible::Name          ? spokenPlace(*grid_, at_)
+               : text == QAccessible::Description ? toQString(grid_->display().tipText(at_))
+                                                  : QString();
+    }
+    void setText(QAccessible::Text, const QString&) override {}
+    [[nodiscard]] QRect rect() const override {
+        const auto cell = grid_->cellRect(at_);
+        return {grid_->mapToGlobal(cell.topLeft()), cell.size()};
+    }
+    [[nodiscard]] QAccessible::Role role() const override { return QAccessible::Cell; }
+    [[nodiscard]] QAccessible::State state() const override {
+        QAccessible::State state;
+        if (!isValid()) {
+            state.invalid = true;
+            return state;
+        }
+        state.selectable = grid_->display().isWithin(at_);
+        state.focusable = state.selectable;
+        state.selected = isSelected();
+        state.focused = grid_->hasFocus() && grid_->view().selected() == at_;
+        state.invisible = !grid_->display().isShown(at_);
+        return state;
+    }
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        return type == QAccessible::TableCellInterface
+                   ? static_cast<QAccessibleTableCellInterface*>(this)
+                   : nullptr;
+    }
+
+    // --- as a cell of the table in view ---------------------------------------------------
+
+    [[nodiscard]] int columnExtent() const override { return 1; }
+    [[nodiscard]] int rowExtent() const override { return 1; }
+    [[nodiscard]] QList<QAccessibleInterface*> columnHeaderCells() const override { return {}; }
+    [[nodiscard]] QList<QAccessibleInterface*> rowHeaderCells() const override { return {}; }
+    [[nodiscard]] int columnIndex() const override { return at_.word - grid_->view().firstWord; }
+    [[nodiscard]] int rowIndex() const override {
+        return at_.frame - 1 - grid_->view().scrolledRows;
+    }
+    [[nodiscard]] bool isSelected() const override { return grid_->view().block().holds(at_); }
+    [[nodiscard]] QAccessibleInterface* table() const override { return parent(); }
+
+    [[nodiscard]] FramePlace at() const { return at_; }
+
+  private:
+    QPointer<FrameGrid> grid_;
+    FramePlace at_;
+};
+
+class GridAccess : public QAccessibleWidget, public QAccessibleTableInterface {
+  public:
+    explicit GridAccess(FrameGrid& grid)
+        : QAccessibleWidget(&grid, QAccessible::Table), grid_(grid) {
+        connections_ = {
+            QObject::connect(&grid, &FrameGrid::viewRefreshed, &grid, [this] { forgetCells(); }),
+            QObject::connect(&grid, &FrameGrid::selectionMoved, &grid, [this] { tellFocus(); })};
+    }
+    GridAccess(const GridAccess&) = delete;
+    GridAccess& operator=(const GridAccess&) = delete;
+    ~GridAccess() override {
+        for (const auto& connection : connections_) {
+            QObject::disconnect(connection);
+        }
+        forgetCells();
+    }
+
+    [[nodiscard]] int childCount() const override { return rowCount() * columnCount(); }
+    [[nodiscard]] QAccessibleInterface* child(int index) const override {
+        const int columns = columnCount();
+        return columns < 1 || index < 0 ? nullptr : cellAt(index / columns, index % columns);
+    }
+    [[nodiscard]] int indexOfChild(const QAccessibleInterface* child) const override {
+        if (child == nullptr || child->role() != QAccessible::Cell) {
+            return -1;
+        }
+        const auto at = static_cast<const CellAccess*>(child)->at();
+        return (at.frame - 1 - grid_.view().scrolledRows) * columnCount() + at.word -
+               grid_.view().firstWord;
+    }
+    [[nodiscard]] QAccessibleInterface* childAt(int x, int y) const override {
+        const auto point = grid_.mapFromGlobal(QPoint(x, y));
+        return cellOf(grid_.view().cellAtPoint(point.x(), point.y()));
+    }
+    [[nodiscard]] QAccessibleInterface* focusChild() const override {
+        return grid_.hasFocus() ? cellOf(grid_.view().selected()) : nullptr;
+    }
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        return type == QAccessible::TableInterface ? static_cast<QAccessibleTableInterface*>(this)
+                                                   : QAccessibleWidget::interface_cast(type);
+    }
+
+    // --- the table of what is in view -----------------------------------------------------
+
+    [[nodiscard]] QAccessibleInterface* caption() const override { return nullptr; }
+    [[nodiscard]] QAccessibleInterface* summary() const override { return nullptr; }
+    [[nodiscard]] QAccessibleInterface* cellAt(int row, int column) const override {
+        return row < 0 || column < 0 || row >= rowCount() || column >= columnCount()
+                   ? nullptr
+                   : cellOf({grid_.view().firstWord + column, grid_.view().scrolledRows + 1 + row});
+    }
+    [[nodiscard]] int selectedCellCount() const override {
+        return static_cast<int>(selectedCells().size());
+    }
+    [[nodiscard]] QList<QAccessibleInterface*> selectedCells() const override {
+        auto* const cell = cellOf(grid_.view().selected());
+        return cell == nullptr ? QList<QAccessibleInterface*>()
+                               : QList<QAccessibleInterface*>{cell};
+    }
+    [[nodiscard]] QString columnDescription(int column) const override {
+        const int word = grid_.view().firstWord + column;
+        const auto label = grid_.display().cellText(FrameArea::Labels, word, 0).text;
+        return QStringLiteral("FWP %1 %2").arg(word).arg(toQString(label)).trimmed();
+    }
+    [[nodiscard]] QString rowDescription(int row) const override {
+        return QStringLiteral("FN %1").arg(grid_.view().scrolledRows + 1 + row);
+    }
+    [[nodiscard]] int selectedColumnCount() const override { return 0; }
+    [[nodiscard]] int selectedRowCount() const override { return 0; }
+    [[nodiscard]] int columnCount() const override { return grid_.columnsInView(); }
+    [[nodiscard]] int rowCount() const override { return grid_.rowsInView(); }
+    [[nodiscard]] QList<int> selectedColumns() const override { return {}; }
+    [[nodiscard]] QList<int> selectedRows() const override { return {}; }
+    [[nodiscard]] bool isColumnSelected(int) const override { return false; }
+    [[nodiscard]] bool isRowSelected(int) const override { return false; }
+    bool selectRow(int) override { return false; }
+    bool selectColumn(int) override { return false; }
+    bool unselectRow(int) override { return false; }
+    bool unselectColumn(int) override { return false; }
+    void modelChange(QAccessibleTableModelChangeEvent*) override { forgetCells(); }
+
+  private:
+    /// The object of a cell in view, made when it is asked for.
+    [[nodiscard]] QAccessibleInterface* cellOf(FramePlace at) const {
+        const auto& view = grid_.view();
+        if (!at || at.word < view.firstWord || at.word >= view.firstWord + columnCount() ||
+            at.frame <= view.scrolledRows || at.frame > view.scrolledRows + rowCount()) {
+            return nullptr;
+        }
+        auto& id = cells_[{at.word, at.frame}];
+        if (id == 0) {
+            id = QAccessible::registerAccessibleInterface(new CellAccess(grid_, at));
+        }
+        return QAccessible::accessibleInterface(id);
+    }
+    void forgetCells() {
+        for (const auto& [place, id] : std::exchange(cells_, {})) {
+            QAccessible::deleteAccessibleInterface(id);
+        }
+    }
+    void tellFocus() {
+        if (auto* const cell = focusChild()) {
+            QAccessibleEvent event(cell, QAccessible::Focus);
+            QAccessible::updateAccessibility(&event);
+        }
+    }
+
+    FrameGrid& grid_;
+    std::vector<QMetaObject::Connection> connections_;
+    mutable std::map<std::pair<int, int>, QAccessible::Id> cells_;
+};
+
+QAccessibleInterface* makeAccess(const QString& /*key*/, QObject* object) {
+    auto* const grid = qobject_cast<FrameGrid*>(object);
+    return grid == nullptr ? nullptr : new GridAccess(*grid);
+}
+
+}  // namespace
+
+void installFrameAccess() {
+    QAccessible::removeFactory(makeAccess);
+    QAccessible::installFactory(makeAccess);
+}
+
+}  // namespace kavu

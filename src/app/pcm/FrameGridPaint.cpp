@@ -1,0 +1,316 @@
+#include "app/pcm/FrameGridPaint.h"
+
+#include "app/framework/QtText.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QWidget>
+
+namespace kavu {
+
+namespace {
+
+constexpr Rgb kShade = 0x808080;
+/// From this height on a cell has an edge of its own, and shaded lines.
+constexpr int kShadedHeight = 10;
+constexpr int kMarkedHeight = 10;
+constexpr double kSmaller = 0.75;
+constexpr const char* kStar = "*";
+
+QColor colourOf(Rgb rgb) {
+    return QColor::fromRgb(static_cast<QRgb>(rgb | 0xFF000000U));
+}
+
+Rgb rgbOf(const QColor& colour) {
+    return static_cast<Rgb>(colour.rgb()) & 0xFFFFFFU;
+}
+
+QFont smallerFont(const QFont& font) {
+    QFont smaller = font;
+    smaller.setPixelSize(
+        std::max(5, static_cast<int>(QFontMetricsF(font).height() * kSmaller * kSmaller)));
+    return smaller;
+}
+
+}  // namespace
+
+CellFont::CellFont(const QFont& font) : font_(font), capital_(0) {
+    const QFontMetricsF metrics(font);
+    capital_ = static_cast<int>(std::ceil(metrics.capHeight()));
+    for (std::size_t i = 0x20; i < advances_.size(); ++i) {
+        advances_[i] = metrics.horizontalAdvance(QChar(static_cast<ushort>(i)));
+    }
+}
+
+int CellFont::width(const std::string& text) const {
+    double sum = 0;
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < 0x20 || byte >= advances_.size()) {
+            return static_cast<int>(
+                std::ceil(QFontMetricsF(font_).horizontalAdvance(toQString(text))));
+        }
+        sum += advances_[byte];
+    }
+    return static_cast<int>(std::ceil(sum));
+}
+
+bool CellFont::fits(const std::string& text, const QSize& room) const {
+    return capital_ <= room.height() && width(text) <= room.width();
+}
+
+/// A word of the grid while it is painted: its own size and place, and what is the same for
+/// all of its cells.
+struct FrameGridPaint::Column {
+    const FrameDisplay& display;
+    const FrameView& view;
+    bool hasFocus;
+    int word;
+    int depth;
+    int shown;  ///< frames that are shown
+    int x;
+    std::optional<PlaceKind> kind;  ///< if all cells are of one kind
+
+    Column(const FrameDisplay& of, const FrameView& from, bool focus, int fwp)
+        : display(of),
+          view(from),
+          hasFocus(focus),
+          word(fwp),
+          depth(of.depth(fwp)),
+          shown(of.showAllCells ? of.frames() : depth),
+          x((fwp - from.firstWord) * from.cellWidth()) {
+        if (of.format().asyncCount() == 0 || of.format().wordType(fwp) != WordType::Subframe) {
+            kind = of.kindAt({fwp, 1});
+        }
+    }
+    [[nodiscard]] Rgb ground(int frame, Rgb face) const {
+        const FramePlace at{word, frame};
+        return cellColour(kind ? *kind : display.kindAt(at), frame <= depth, isSelected(frame),
+                          face);
+    }
+    [[nodiscard]] bool isSelected(int frame) const {
+        return view.selected() == FramePlace{word, frame};
+    }
+    [[nodiscard]] QRect rect(int frame) const {
+        return {x, (frame - 1 - view.scrolledRows) * view.cellHeight(), view.cellWidth(),
+                view.cellHeight()};
+    }
+};
+
+FrameGridPaint::FrameGridPaint(const QWidget& widget)
+    : normal_(widget.font()),
+      small_(smallerFont(widget.font())),
+      face_(rgbOf(widget.palette().color(QPalette::Button))),
+      border_(widget.palette().color(QPalette::Shadow)),
+      ground_(widget.palette().color(QPalette::Window)),
+      frame_(widget.palette().color(QPalette::Highlight)),
+      ratio_(widget.devicePixelRatioF()) {}
+
+QSize FrameGridPaint::textRoom(const QSize& cell) {
+    // Two pixels on the left for what may be the edge, four on the right with the shade.
+    return cell.height() >= kShadedHeight ? cell - QSize(5, 4) : cell - QSize(1, 1);
+}
+
+const CellFont* FrameGridPaint::fontFor(const QSize& cell, std::string& shown) const {
+    const auto room = textRoom(cell);
+    if (normal_.fits(shown, room)) {
+        return &normal_;
+    }
+    shown = kStar;
+    // A star is half as high as a letter, and has its room where it stands.
+    return small_.fits(kStar, room) ? &small_ : normal_.fits(kStar, room) ? &normal_ : nullptr;
+}
+
+// --- the look of a cell without its text ------------------------------------------------------
+
+void FrameGridPaint::drawLook(QPainter& painter, const QRect& cell, Rgb ground,
+                              bool isSelected) const {
+    painter.fillRect(cell, colourOf(ground));
+    const int right = cell.right();
+    const int bottom = cell.bottom();
+    painter.fillRect(cell.left(), bottom, cell.width(), 1, border_);
+    painter.fillRect(right, cell.top(), 1, cell.height(), border_);
+    if (cell.height() < kShadedHeight) {
+        return;
+    }
+    const auto shade = colourOf(kShade);
+    if (isSelected) {
+        // Pressed: the shade is on the other side.
+        painter.fillRect(cell.left(), cell.top(), cell.width() - 1, 2, border_);
+        painter.fillRect(cell.left(), cell.top(), 2, cell.height() - 1, border_);
+        return;
+    }
+    painter.fillRect(cell.left() + 1, bottom - 2, cell.width() - 2, 2, shade);
+    painter.fillRect(right - 2, cell.top() + 1, 2, cell.height() - 2, shade);
+}
+
+const QPixmap& FrameGridPaint::look(Rgb ground, bool isSelected, const QSize& size) {
+    if (size_ != size) {
+        looks_.clear();
+        size_ = size;
+    }
+    auto& pixmap = looks_[{ground, isSelected}];
+    if (pixmap.isNull()) {
+        pixmap = QPixmap(size * ratio_);
+        pixmap.setDevicePixelRatio(ratio_);
+        QPainter painter(&pixmap);
+        drawLook(painter, {{}, size}, ground, isSelected);
+    }
+    return pixmap;
+}
+
+// --- texts ------------------------------------------------------------------------------------
+
+void FrameGridPaint::paintStar(QPainter& painter, const QRect& cell, const CellFont& font,
+                               Rgb ink) {
+    auto& pixmap = stars_[{&font, ink}];
+    const int side = font.width(kStar) + 2;
+    if (pixmap.isNull()) {
+        pixmap = QPixmap(QSize(side, font.capital() + 2) * ratio_);
+        pixmap.setDevicePixelRatio(ratio_);
+        pixmap.fill(Qt::transparent);
+        QPainter star(&pixmap);
+        star.setFont(font.font());
+        star.setPen(colourOf(ink));
+        star.drawText(1, font.capital() + 1, QStringLiteral("*"));
+    }
+    painter.drawPixmap(cell.left() + (cell.width() - side) / 2,
+                       cell.top() + (cell.height() - font.capital() - 2) / 2, pixmap);
+}
+
+void FrameGridPaint::paintText(QPainter& painter, const QRect& cell, Rgb ground, FrameText text,
+                               bool isSelected) {
+    if (text.text.empty()) {
+        return;
+    }
+    const auto* const font = fontFor(cell.size(), text.text);
+    if (font == nullptr) {
+        return;
+    }
+    const Rgb ink = readableInk(inkColour(text.ink), ground);
+    const auto place = isSelected ? cell.translated(1, 1) : cell;
+    if (text.text == kStar) {
+        paintStar(painter, place, *font, ink);
+        return;
+    }
+    painter.setFont(font->font());
+    painter.setPen(colourOf(ink));
+    const int shift = cell.height() >= kShadedHeight ? 1 : 0;
+    painter.drawText(place.left() - shift + (place.width() - font->width(text.text)) / 2,
+                     place.top() - shift + (place.height() + font->capital()) / 2,
+                     toQString(text.text));
+}
+
+/// Shapes that tell without colours: a corner for several measurements, two crossed lines
+/// where their bits overlap, two bars for an async stream.
+void FrameGridPaint::paintMarks(QPainter& painter, const QRect& cell, const FrameMarks& marks,
+                                Rgb ink) {
+    const auto colour = colourOf(ink);
+    const int size = std::clamp(cell.height() / 4, 4, 10);
+    if (marks.async) {
+        painter.fillRect(cell.left() + 2, cell.top() + 3, 1, cell.height() - 8, colour);
+        painter.fillRect(cell.left() + 4, cell.top() + 3, 1, cell.height() - 8, colour);
+    }
+    if (marks.several) {
+        const QPoint corner(cell.right() - 3, cell.top() + 1);
+        for (int row = 0; row < size; ++row) {
+            painter.fillRect(corner.x() - (size - row) + 1, corner.y() + row, size - row, 1,
+                             colour);
+        }
+    }
+    if (marks.overlap) {
+        const QPoint corner(cell.left() + 7, cell.top() + 2);
+        painter.setPen(colour);
+        painter.drawLine(corner, corner + QPoint(size - 1, size - 1));
+        painter.drawLine(corner + QPoint(size - 1, 0), corner + QPoint(0, size - 1));
+    }
+}
+
+// --- cells ------------------------------------------------------------------------------------
+
+void FrameGridPaint::paintCell(QPainter& painter, const Column& column, int frame) {
+    const auto cell = column.rect(frame);
+    const bool selected = column.isSelected(frame);
+    const auto ground = column.ground(frame, face_);
+    const FramePlace at{column.word, frame};
+    paintText(painter, cell, ground, column.display.cellText(FrameArea::Grid, column.word, frame),
+              selected);
+    const auto marks = cell.height() >= kMarkedHeight ? column.display.marksAt(at) : FrameMarks{};
+    if (marks.several || marks.overlap || marks.async) {
+        paintMarks(painter, cell, marks, readableInk(0, ground));
+    }
+    if (selected && column.hasFocus && cell.height() >= kShadedHeight) {
+        painter.setPen(QPen(colourOf(readableInk(0, ground)), 1, Qt::DotLine));
+        painter.drawRect(cell.adjusted(3, 3, -4, -4));
+    }
+}
+
+void FrameGridPaint::paintTexts(QPainter& painter, const Column& column, int firstFrame,
+                                int lastFrame) {
+    const QSize size(column.view.cellWidth(), column.view.cellHeight());
+    if (std::string star = kStar; fontFor(size, star) == nullptr) {
+        return;
+    }
+    for (int frame = firstFrame; frame <= lastFrame; ++frame) {
+        paintCell(painter, column, frame);
+    }
+}
+
+/// Cells of one look that stand below each other are painted at once.
+void FrameGridPaint::paintColumn(QPainter& painter, const Column& column, int firstFrame,
+                                 int lastFrame) {
+    const QSize size(column.view.cellWidth(), column.view.cellHeight());
+    int begin = firstFrame;
+    while (begin <= lastFrame) {
+        const bool selected = column.isSelected(begin);
+        const auto ground = column.ground(begin, face_);
+        int end = begin + 1;
+        while (end <= lastFrame && column.isSelected(end) == selected &&
+               column.ground(end, face_) == ground) {
+            ++end;
+        }
+        const auto first = column.rect(begin);
+        painter.drawTiledPixmap(
+            QRect(first.topLeft(), QSize(size.width(), size.height() * (end - begin))),
+            look(ground, selected, size));
+        begin = end;
+    }
+}
+
+void FrameGridPaint::paintGrid(QPainter& painter, const QRect& dirty, const FrameDisplay& display,
+                               const FrameView& view, bool hasFocus) {
+    painter.fillRect(dirty, ground_);
+    const int firstWord = view.firstWord + dirty.left() / view.cellWidth();
+    const int lastWord =
+        std::min(display.words() - 1, view.firstWord + dirty.right() / view.cellWidth());
+    const int firstFrame = view.scrolledRows + 1 + dirty.top() / view.cellHeight();
+    const int lastFrame =
+        std::min(display.frames(), view.scrolledRows + 1 + dirty.bottom() / view.cellHeight());
+    for (int word = firstWord; word <= lastWord; ++word) {
+        const Column column(display, view, hasFocus, word);
+        const int last = std::min(lastFrame, column.shown);
+        paintColumn(painter, column, firstFrame, last);
+        paintTexts(painter, column, firstFrame, last);
+    }
+    const auto block = view.block();
+    if (block.first && !(block.first == block.last)) {
+        const auto corner = [&](FramePlace at) {
+            return QRect((at.word - view.firstWord) * view.cellWidth(),
+                         (at.frame - 1 - view.scrolledRows) * view.cellHeight(), view.cellWidth(),
+                         view.cellHeight());
+        };
+        painter.setPen(QPen(frame_, 2));
+        painter.drawRect(corner(block.first).united(corner(block.last)).adjusted(1, 1, -1, -1));
+    }
+}
+
+void FrameGridPaint::paintBox(QPainter& painter, const QRect& box, Rgb ground,
+                              const FrameText& text, bool isSelected) {
+    drawLook(painter, box, ground, isSelected);
+    paintText(painter, box, ground, text, isSelected);
+}
+
+}  // namespace kavu

@@ -1,0 +1,78 @@
+// How the cells of a frame are painted. Texts come from the stream at the moment of painting;
+// what is held here are only the looks of cells without their texts, for one size.
+#pragma once
+
+#include "pcm/FrameDisplayView.h"
+
+#include <array>
+#include <map>
+#include <utility>
+
+#include <QFont>
+#include <QPixmap>
+
+class QPainter;
+class QWidget;
+
+namespace kavu {
+
+/// A font, with what it takes to tell quickly if a text has room.
+class CellFont {
+  public:
+    explicit CellFont(const QFont& font);
+
+    [[nodiscard]] const QFont& font() const { return font_; }
+    [[nodiscard]] int width(const std::string& text) const;
+    [[nodiscard]] bool fits(const std::string& text, const QSize& room) const;
+    /// Height of a capital letter.
+    [[nodiscard]] int capital() const { return capital_; }
+
+  private:
+    QFont font_;
+    int capital_;
+    std::array<double, 128> advances_{};  ///< of the characters that all texts are made of
+};
+
+class FrameGridPaint {
+  public:
+    /// Fonts, palette and scaling of the widget.
+    explicit FrameGridPaint(const QWidget& widget);
+
+    /// Paints the cells of a grid that `dirty` touches, and nothing else of it.
+    void paintGrid(QPainter& painter, const QRect& dirty, const FrameDisplay& display,
+                   const FrameView& view, bool hasFocus);
+    /// One box: of a label, or of a cell that is no part of the grid.
+    void paintBox(QPainter& painter, const QRect& box, Rgb ground, const FrameText& text,
+                  bool isSelected);
+
+    /// The font that a text takes in a cell of that size, or null if not even a "*" has room;
+    /// `shown` becomes the text or the "*".
+    [[nodiscard]] const CellFont* fontFor(const QSize& cell, std::string& shown) const;
+    /// The part of a cell that a text may take.
+    [[nodiscard]] static QSize textRoom(const QSize& cell);
+
+  private:
+    struct Column;
+    [[nodiscard]] const QPixmap& look(Rgb ground, bool isSelected, const QSize& size);
+    void drawLook(QPainter& painter, const QRect& cell, Rgb ground, bool isSelected) const;
+    void paintColumn(QPainter& painter, const Column& column, int firstFrame, int lastFrame);
+    void paintTexts(QPainter& painter, const Column& column, int firstFrame, int lastFrame);
+    void paintCell(QPainter& painter, const Column& column, int frame);
+    void paintText(QPainter& painter, const QRect& cell, Rgb ground, FrameText text,
+                   bool isSelected);
+    void paintStar(QPainter& painter, const QRect& cell, const CellFont& font, Rgb ink);
+    static void paintMarks(QPainter& painter, const QRect& cell, const FrameMarks& marks, Rgb ink);
+
+    CellFont normal_;
+    CellFont small_;
+    Rgb face_;
+    QColor border_;
+    QColor ground_;
+    QColor frame_;
+    double ratio_;
+    std::map<std::pair<Rgb, bool>, QPixmap> looks_;
+    std::map<std::pair<const CellFont*, Rgb>, QPixmap> stars_;
+    QSize size_;
+};
+
+}  // namespace kavu

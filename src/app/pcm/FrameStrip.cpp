@@ -1,0 +1,132 @@
+#include "app/framework/Look.h"
+#include "app/framework/QtText.h"
+#include "app/pcm/FrameGrid.h"
+
+#include <algorithm>
+
+#include <QHelpEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QToolTip>
+
+namespace kavu {
+
+namespace {
+
+/// Every n-th number is shown, so that the longest one has its room.
+int numberStep(int room, int needed) {
+    for (const int step : {1, 2, 5, 10, 20, 50, 100, 200}) {
+        if (step * room >= needed) {
+            return step;
+        }
+    }
+    return 500;
+}
+
+}  // namespace
+
+FrameStrip::FrameStrip(FrameArea area, const char* name, FrameDisplay& display, FrameView& view,
+                       QWidget* parent)
+    : QWidget(parent), area_(area), display_(display), view_(view) {
+    setObjectName(QLatin1String(name));
+    setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+QSize FrameStrip::sizeHint() const {
+    const int line = fontMetrics().height();
+    if (area_ == FrameArea::FrameLegend) {
+        return {look::charactersWide(*this, 5), line};
+    }
+    return {line, area_ == FrameArea::Labels ? line + look::unit(*this) : line + 2};
+}
+
+void FrameStrip::refresh() {
+    update();
+}
+
+void FrameStrip::changeEvent(QEvent* event) {
+    paint_.reset();
+    QWidget::changeEvent(event);
+}
+
+int FrameStrip::wordAt(int x) const {
+    return view_.firstWord + x / view_.cellWidth();
+}
+
+bool FrameStrip::event(QEvent* event) {
+    if (event->type() == QEvent::ToolTip && area_ == FrameArea::Labels) {
+        const auto* const help = static_cast<QHelpEvent*>(event);
+        const auto text = display_.cellText(area_, wordAt(help->pos().x()), 0).text;
+        QToolTip::showText(help->globalPos(), toQString(text).toHtmlEscaped(), this);
+        return true;
+    }
+    return QWidget::event(event);
+}
+
+void FrameStrip::mousePressEvent(QMouseEvent* event) {
+    const bool down = area_ == FrameArea::FrameLegend;
+    const auto selected = view_.selected();
+    const FramePlace at{down ? std::max(selected.word, view_.firstWord) : wordAt(event->pos().x()),
+                        down ? view_.scrolledRows + 1 + event->pos().y() / view_.cellHeight()
+                             : std::max(selected.frame, 1)};
+    emit clicked(at);
+}
+
+void FrameStrip::paintEvent(QPaintEvent* event) {
+    if (paint_ == nullptr) {
+        paint_ = std::make_unique<FrameGridPaint>(*this);
+    }
+    QPainter painter(this);
+    const auto dirty = event->rect();
+    painter.fillRect(dirty, palette().window());
+    if (area_ == FrameArea::Labels) {
+        paintLabels(painter, dirty);
+    } else {
+        paintNumbers(painter, dirty);
+    }
+}
+
+void FrameStrip::paintLabels(QPainter& painter, const QRect& dirty) {
+    const int last = std::min(wordAt(dirty.right()), display_.words() - 1);
+    for (int word = wordAt(dirty.left()); word <= last; ++word) {
+        const bool selected = view_.selected().word == word;
+        const QRect box((word - view_.firstWord) * view_.cellWidth(), 0, view_.cellWidth(),
+                        height());
+        paint_->paintBox(painter, box, display_.labelColourOf(word, selected),
+                         display_.cellText(area_, word, 0), selected);
+    }
+}
+
+void FrameStrip::paintNumbers(QPainter& painter, const QRect& dirty) {
+    const bool down = area_ == FrameArea::FrameLegend;
+    const int first = down ? view_.scrolledRows + 1 : view_.firstWord;
+    const int end = down ? display_.frames() + 1 : display_.words();
+    const int room = down ? view_.cellHeight() : view_.cellWidth();
+    const int needed =
+        down ? fontMetrics().height() : fontMetrics().horizontalAdvance(QString::number(end)) + 4;
+    const int step = numberStep(room, needed);
+    const int from = first + (down ? dirty.top() : dirty.left()) / room;
+    const int to = std::min(end - 1, first + (down ? dirty.bottom() : dirty.right()) / room);
+    const auto selected = down ? view_.selected().frame : view_.selected().word;
+    painter.setFont(font());
+    // A number that is longer than its cell reaches into the next ones.
+    for (int number = std::max(first, from - step); number <= to; ++number) {
+        const int begin = (number - first) * room;
+        const QRect box = down ? QRect(0, begin, width(), std::max(room, needed))
+                               : QRect(begin, 0, std::max(room, needed), height());
+        if (number == selected) {
+            painter.fillRect(
+                down ? QRect(0, begin, width(), room) : QRect(begin, 0, room, height()),
+                palette().highlight());
+        }
+        if (number % step == 0 || step == 1) {
+            painter.setPen(palette().color(number == selected && step == 1
+                                               ? QPalette::HighlightedText
+                                               : QPalette::WindowText));
+            painter.drawText(box, Qt::AlignCenter,
+                             toQString(display_.cellText(area_, number, number).text));
+        }
+    }
+}
+
+}  // namespace kavu
