@@ -144,7 +144,7 @@ void MeasurementList::makeView() {
     view_->header()->setStretchLastSection(true);
     view_->installEventFilter(this);
     const int letter = look::charactersWide(*this, 1);
-    for (const auto [column, letters] :
+    for (const auto& [column, letters] :
          {std::pair{0, 22}, std::pair{1, 8}, std::pair{2, 12}, std::pair{3, 15}}) {
         view_->setColumnWidth(column, letter * letters);
     }
