@@ -298,10 +298,14 @@ void EditableList::deleteRow() {
         return;
     }
     const int row = currentRow();
-    const bool may = mayDelete ? mayDelete(row)
-                               : showBox(&form_.ui, "Do you wish to delete the selected entry?",
-                                         std::string(loadText(kDeleteEntry).value_or("")),
-                                         Icon::Question, Buttons::YesNo) == Button::Yes;
+    const auto ask = [this] {
+        return setup_.name.empty()
+                   ? showBox(&form_.ui, "Do you wish to delete the selected entry?",
+                             std::string(loadText(kDeleteEntry).value_or("")), Icon::Question,
+                             Buttons::YesNo)
+                   : form_.messages.showTitled(&form_.ui, kDeleteEntry, setup_.name, kYesNoBox);
+    };
+    const bool may = mayDelete ? mayDelete(row) : ask() == Button::Yes;
     if (!may || row >= rowCount()) {
         return;
     }

@@ -51,6 +51,9 @@ struct ListSetup {
     /// A double click edits the cell that was clicked; otherwise, as the Edit button, the row.
     bool editCells = false;
     std::string rowDialogTitle = "Edit";
+    /// The name of the list, title of message 83, which is asked before a row is deleted. A list
+    /// without a name asks with a text.
+    std::string name{};
 };
 
 class EditableList : public QWidget {

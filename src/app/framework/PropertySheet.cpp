@@ -64,6 +64,7 @@ PropertySheet::PropertySheet(FormContext& form, const char* resourceName, const 
     tabs_->setAccessibleName(QStringLiteral("Pages"));
     tabs_->tabBar()->setAccessibleName(QStringLiteral("Pages"));
     tabs_->setUsesScrollButtons(true);
+    tabs_->setTabBarAutoHide(true);
     layout->addWidget(tabs_, 1);
     buttons_ = look::makeDialogButtons(*this, true);
     layout->addWidget(buttons_);
@@ -85,6 +86,11 @@ PropertyPage& PropertySheet::addPage(std::unique_ptr<PropertyPage> page) {
 bool PropertySheet::isChanged() const {
     return changedElsewhere_ || std::any_of(pages_.begin(), pages_.end(),
                                             [](const auto* page) { return page->isChanged(); });
+}
+
+void PropertySheet::disableCancel() {
+    cancelDisabled_ = true;
+    buttons_->button(QDialogButtonBox::Cancel)->setEnabled(false);
 }
 
 PropertyPage& PropertySheet::page(int index) const {
@@ -189,6 +195,9 @@ Button PropertySheet::ask(const char* question, Buttons buttons) {
 }
 
 void PropertySheet::reject() {
+    if (cancelDisabled_) {
+        return;
+    }
     if (isChanged() &&
         ask("Items have changed. If you cancel, these items will not take effect.\n\n"
             "Do you really want to cancel?",
@@ -201,6 +210,10 @@ void PropertySheet::reject() {
 
 void PropertySheet::closeEvent(QCloseEvent* event) {
     event->ignore();
+    if (cancelDisabled_) {
+        accept();
+        return;
+    }
     if (!isChanged()) {
         reject();
         return;

@@ -72,6 +72,10 @@ class PropertySheet : public QDialog {
     /// Marks the sheet changed by something that is on no page.
     void markChanged() { changedElsewhere_ = true; }
 
+    /// Something was done that Cancel could not take back: the sheet can only be stored from
+    /// now on, and closing its window is OK.
+    void disableCancel();
+
     [[nodiscard]] bool isChanged() const;
     [[nodiscard]] SheetResult sheetResult() const { return result_; }
     [[nodiscard]] int pageCount() const { return static_cast<int>(pages_.size()); }
@@ -105,6 +109,7 @@ class PropertySheet : public QDialog {
     std::vector<PropertyPage*> pages_;
     std::function<bool()> writer_;
     bool changedElsewhere_ = false;
+    bool cancelDisabled_ = false;
     bool pageRestored_ = false;
     bool checking_ = false;
     SheetResult result_ = SheetResult::Cancelled;

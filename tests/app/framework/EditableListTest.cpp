@@ -259,6 +259,17 @@ TEST_F(EditableListTest, EditingWithNothingSelectedIsRefused) {
     EXPECT_EQ(stage.ui.boxes.size(), 3u);
 }
 
+TEST_F(EditableListTest, AListWithANameAsksUnderIt) {
+    auto setup = sampleSetup();
+    setup.name = "Things";
+    make(setup);
+    stage.ui.byId[83] = Button::Yes;
+    press(*list, "delete");
+    expectBox("Delete This Entry?", "Things");
+    EXPECT_EQ(stage.ui.boxes.back().id, 83);
+    EXPECT_EQ(list->rowCount(), 2);
+}
+
 TEST_F(EditableListTest, DeleteAsksAndSelectsTheNextRow) {
     make();
     stage.ui.queued = {Button::No, Button::Yes};

@@ -100,16 +100,16 @@ TEST_F(FieldFormTest, HasTheFieldsOfItsPageThatTheEditionKnowsAndThatHaveALabel)
 }
 
 TEST_F(FieldFormTest, AUnitStandsBehindTheValue) {
-    auto& form = make({{"RATE", "2.5"}}, "One");
-    const auto* const control = form.control("RATE");
+    auto& shown = make({{"RATE", "2.5"}}, "One");
+    const auto* const control = shown.control("RATE");
     EXPECT_EQ(control->accessibleDescription(), QStringLiteral("KHz"));
-    const auto labels = form.findChildren<QLabel*>();
+    const auto labels = shown.findChildren<QLabel*>();
     const auto unit = std::find_if(labels.begin(), labels.end(), [](const QLabel* label) {
         return label->text() == QStringLiteral("KHz");
     });
     ASSERT_NE(unit, labels.end());
-    form.show();
-    EXPECT_GT((*unit)->mapTo(&form, QPoint()).x(), control->mapTo(&form, QPoint()).x());
+    shown.show();
+    EXPECT_GT((*unit)->mapTo(&shown, QPoint()).x(), control->mapTo(&shown, QPoint()).x());
 }
 
 TEST_F(FieldFormTest, ControlsAreNamedByTheirCodeAndLabelledByTheirLabel) {

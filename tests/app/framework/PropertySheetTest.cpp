@@ -221,6 +221,21 @@ TEST_F(PropertySheetTest, ARememberedPageThatIsNotThereIsTheNearest) {
     }
 }
 
+TEST_F(PropertySheetTest, WhatCanNotBeTakenBackDisablesCancelAndClosingIsOk) {
+    EXPECT_EQ(run([&](QDialog& dialog) {
+                  auto& sheet = static_cast<PropertySheet&>(dialog);
+                  QTest::keyClicks(first->edit, QStringLiteral("x"));
+                  sheet.disableCancel();
+                  EXPECT_FALSE(find<QPushButton>(sheet, "cancel")->isEnabled());
+                  QTest::keyClick(&sheet, Qt::Key_Escape);
+                  EXPECT_TRUE(sheet.isVisible());
+                  sheet.close();
+              }),
+              SheetResult::Stored);
+    EXPECT_EQ(one, "1x");
+    EXPECT_TRUE(stage.ui.boxes.empty());
+}
+
 TEST_F(PropertySheetTest, PagesAreTabsNamedByTheirResource) {
     run([&](QDialog& sheet) {
         auto* tabs = find<QTabWidget>(sheet, "pages");
