@@ -7,6 +7,7 @@
 #include "core/UserInterface.h"
 #include "core/WorkingStore.h"
 #include "groups/DataSources.h"
+#include "groups/GroupScan.h"
 
 #include <algorithm>
 
@@ -122,7 +123,7 @@ GroupRow writtenRecord(const MultiplexGroup& group) {
 
 int multiplexIndex(DocumentContext& context, UserInterface* parent, const std::string& source) {
     const int found = findGroupIndex(context, parent, 'M', source);
-    return found > 0 ? found : -findGroupIndex(context, parent, 'M', {});
+    return found > 0 ? found : firstFreeIndex(context, 'M');
 }
 
 void loadMultiplex(DocumentContext& context, UserInterface* parent, const std::string& source,

@@ -16,6 +16,21 @@
 
 namespace kavu {
 
+namespace {
+
+QString listLabel(char letter) {
+    switch (letter) {
+        case 'T':
+            return QStringLiteral("&RF data sources:");
+        case 'R':
+            return QStringLiteral("&Recorder/reproducer data sources:");
+        default:
+            return QStringLiteral("&Data sources:");
+    }
+}
+
+}  // namespace
+
 SelectSourceDialog::SelectSourceDialog(FormContext& form, SourceParts parts, char letter,
                                        QWidget* parent)
     : QDialog(parent), form_(form), parts_(parts), letter_(letter) {
@@ -32,10 +47,7 @@ SelectSourceDialog::SelectSourceDialog(FormContext& form, SourceParts parts, cha
     view_->setAlternatingRowColors(true);
     view_->setAllColumnsShowFocus(true);
     view_->setMinimumSize(look::charactersWide(*this, 56), look::unit(*this) * 2 * 9);
-    layout->addWidget(look::addLabel(letter == 'T' ? QStringLiteral("&RF data sources:")
-                                                   : QStringLiteral("&Recorder/reproducer data "
-                                                                    "sources:"),
-                                     *view_));
+    layout->addWidget(look::addLabel(listLabel(letter), *view_));
     layout->addWidget(view_, 1);
 
     auto* buttons = new QHBoxLayout;
@@ -45,6 +57,8 @@ SelectSourceDialog::SelectSourceDialog(FormContext& form, SourceParts parts, cha
     edit_ = look::makeButton("edit", QStringLiteral("&Edit"), QStringLiteral("edit"), this);
     auto* close = look::makeButton("close", QStringLiteral("&Close"), {}, this);
     create->setAutoDefault(false);
+    // A source is made with its T or R group; other groups come with it.
+    create->setVisible(letter == 'T' || letter == 'R');
     close->setAutoDefault(false);
     edit_->setDefault(true);
     buttons->addWidget(create);

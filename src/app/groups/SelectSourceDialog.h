@@ -19,7 +19,7 @@ class ScreenshotList;
 class SelectSourceDialog : public QDialog {
     Q_OBJECT
   public:
-    /// `letter` is T or R: only data sources with such a group are offered.
+    /// For T and R only data sources with such a group are offered, for M and V all.
     SelectSourceDialog(FormContext& form, SourceParts parts, char letter,
                        QWidget* parent = nullptr);
 

@@ -1,0 +1,336 @@
+#include "app/groups/MultiplexDialog.h"
+
+#include "app/framework/DialogDoor.h"
+#include "app/framework/EditableList.h"
+#include "app/framework/FieldForm.h"
+#include "app/framework/Look.h"
+#include "app/framework/QtText.h"
+#include "app/framework/Refusals.h"
+#include "app/framework/RowDialog.h"
+#include "app/framework/Screenshots.h"
+#include "application/Application.h"
+#include "core/UserInterface.h"
+
+#include <algorithm>
+
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace kavu {
+
+namespace {
+
+constexpr std::string_view kRows = "SI\\N";
+constexpr std::string_view kSignalType = "BSG1";
+constexpr std::size_t kDataTypeColumn = 1;
+constexpr std::size_t kNameColumn = 5;
+constexpr std::size_t kColumns = 6;
+constexpr std::size_t kNameLimit = 32;
+constexpr char kNameTitle[] = "Measurement/Data Link Name";
+
+/// The columns of a subcarrier but its name, which has two codes.
+std::vector<Field> columnFields(int edition) {
+    auto fields = knownFields(subcarrierFields(), edition);
+    fields.resize(kNameColumn);
+    return fields;
+}
+
+ListSetup listSetup(int edition) {
+    ListSetup setup;
+    for (const auto& field : columnFields(edition)) {
+        ListColumn column{.title = std::string(field.label),
+                          .limit = field.limit,
+                          .objectName = std::string(field.code)};
+        if (field.kind == FieldKind::Choice) {
+            column.kind = ColumnKind::Choice;
+            for (const auto& choice : choicesOf(field, edition)) {
+                column.choices.emplace_back(choice.text);
+            }
+        }
+        setup.columns.push_back(std::move(column));
+    }
+    setup.columns.push_back({.title = kNameTitle, .limit = kNameLimit, .objectName = "name"});
+    setup.mostRows = static_cast<int>(kMostSubcarriers);
+    setup.rowDialogTitle = "IRIG Sub Carrier";
+    setup.name = "IRIG Sub Carriers";
+    return setup;
+}
+
+/// The entry of a choice that begins with the value, in its case. A value that no entry
+/// begins with is shown as it is, so that it is not lost.
+std::string shownCell(const Field& field, std::string_view value, int edition) {
+    if (field.kind != FieldKind::Choice || value.empty()) {
+        return std::string(value);
+    }
+    const auto choices = choicesOf(field, edition);
+    const auto it = std::find_if(choices.begin(), choices.end(), [&](const Choice& choice) {
+        return choice.text.starts_with(value);
+    });
+    return std::string(it == choices.end() ? value : it->text);
+}
+
+std::string storedCell(const Field& field, const std::string& shown, int edition) {
+    if (field.kind != FieldKind::Choice) {
+        return shown;
+    }
+    const auto choices = choicesOf(field, edition);
+    const auto it = std::find_if(choices.begin(), choices.end(),
+                                 [&](const Choice& choice) { return choice.text == shown; });
+    return it == choices.end() ? shown : storedChoice(*it, field.limit);
+}
+
+/// The dialog over a row, which stays open as long as the page does not take the name.
+class SubcarrierDialog : public RowDialog {
+  public:
+    using RowDialog::RowDialog;
+    std::function<bool(const ListRow&)> mayAccept;
+
+    void accept() override {
+        if (mayAccept(values())) {
+            RowDialog::accept();
+        }
+    }
+};
+
+}  // namespace
+
+MultiplexPage::MultiplexPage(FormContext& form, SourceParts parts, MultiplexGroup group,
+                             QWidget* parent)
+    : PropertyPage(form, "multiplex_info", "Multiplex/Modulation", parent),
+      parts_(parts),
+      group_(std::move(group)) {
+    auto* const column = new QVBoxLayout(this);
+    look::arrangeWindow(*column, *this);
+    fields_ = new FieldForm(form, multiplexFields(), "multiplex_info", this);
+    column->addWidget(fields_, 1);
+    column->addWidget(makeNameBox());
+    column->addWidget(makeListBox(), 1);
+    connect(fields_, &FieldForm::edited, this, &MultiplexPage::fieldEdited);
+}
+
+QWidget* MultiplexPage::makeNameBox() {
+    nameBox_ = new QGroupBox(this);
+    nameBox_->setObjectName(QStringLiteral("nameBox"));
+    auto* const row = new QHBoxLayout(nameBox_);
+    name_ = look::makeButton("signalName", {}, QStringLiteral("edit"), nameBox_);
+    name_->setMinimumWidth(look::charactersWide(*name_, static_cast<int>(kNameLimit)));
+    row->addWidget(name_);
+    row->addStretch();
+    connect(name_, &QPushButton::clicked, this, &MultiplexPage::editName);
+    return nameBox_;
+}
+
+QWidget* MultiplexPage::makeListBox() {
+    auto* const box = new QGroupBox(QStringLiteral("IRIG Sub Carriers"), this);
+    auto* const column = new QVBoxLayout(box);
+    rows_ = new EditableList(form(), "SI", listSetup(form().edition), box);
+    rows_->rowEditor = [this](int row, const ListRow& before) { return editRow(row, before); };
+    column->addWidget(rows_);
+    connect(rows_, &EditableList::changed, this, [this] {
+        takeRows();
+        markChanged();
+    });
+    return box;
+}
+
+void MultiplexPage::load() {
+    fields_->setValues(group_.record.values);
+    showName();
+    showRows();
+}
+
+void MultiplexPage::showName() {
+    const auto kind = signalNameOf(fields_->value(kSignalType));
+    nameBox_->setVisible(kind != SignalName::None);
+    nameBox_->setTitle(kind == SignalName::Measurement ? QStringLiteral("Measurement Name")
+                                                       : QStringLiteral("Data Link Name"));
+    const auto shown = toQString(basebandName(group_));
+    name_->setText(shown.isEmpty() ? QStringLiteral("(none)")
+                                   : QString(shown).replace(u'&', QStringLiteral("&&")));
+    name_->setAccessibleName(nameBox_->title() + QStringLiteral(": ") + shown);
+}
+
+void MultiplexPage::fieldEdited(const QString& code) {
+    if (toBytes(code) == kSignalType) {
+        // The name goes along as long as the new type has one; it is written under its code.
+        const std::string name(basebandName(group_));
+        group_.record.set(kSignalType, fields_->value(kSignalType));
+        if (!name.empty()) {
+            setBasebandName(group_, name);
+        }
+        showName();
+    }
+    markChanged();
+}
+
+bool MultiplexPage::takeLinkName(const std::string& oldName, const std::string& newName) {
+    if (!mayNameLink(parts_.context, &form().ui, newName)) {
+        return false;
+    }
+    if (oldName.empty() || newName.empty()) {
+        return true;
+    }
+    if (!renameDataLink(parts_, &form().ui, oldName, newName)) {
+        return false;
+    }
+    replaceLinkName(group_, oldName, newName);
+    emit linkRenamed();
+    return true;
+}
+
+void MultiplexPage::editName() {
+    const bool link = signalNameOf(fields_->value(kSignalType)) == SignalName::DataLink;
+    const std::string before(basebandName(group_));
+    TextPrompt prompt;
+    prompt.title = link ? "Data Link Name" : "Measurement Name";
+    prompt.prompt = link ? "Enter Data Link Name" : "Enter Measurement Name";
+    prompt.initial = before;
+    prompt.limit = kNameLimit;
+    const auto entered = form().ui.enterText(prompt);
+    if (!entered || *entered == before) {
+        return;
+    }
+    if (holdsSemicolon(*entered)) {
+        showSemicolonRefused(form().ui);
+        return;
+    }
+    if (link && !takeLinkName(before, *entered)) {
+        return;
+    }
+    setBasebandName(group_, *entered);
+    showName();
+    showRows();
+    markChanged();
+}
+
+std::vector<std::string> MultiplexPage::shownRow(const GroupRow& row) const {
+    std::vector<std::string> cells;
+    for (const auto& field : columnFields(form().edition)) {
+        cells.push_back(shownCell(field, row.value(field.code), form().edition));
+    }
+    cells.emplace_back(subcarrierName(row));
+    return cells;
+}
+
+void MultiplexPage::showRows() {
+    std::vector<ListRow> shown;
+    for (const auto& row : group_.record.rows(kRows)) {
+        shown.push_back(shownRow(row));
+    }
+    const int selected = rows_->currentRow();
+    rows_->setRows(std::move(shown));
+    if (selected >= 0) {
+        rows_->selectRow(selected);
+    }
+}
+
+void MultiplexPage::takeRows() {
+    auto& rows = group_.record.lists[std::string(kRows)];
+    rows.clear();
+    const auto fields = columnFields(form().edition);
+    for (const auto& shown : rows_->rows()) {
+        auto& row = rows.emplace_back();
+        for (std::size_t i = 0; i < fields.size(); ++i) {
+            row.set(fields[i].code, storedCell(fields[i], shown[i], form().edition));
+        }
+        setSubcarrierName(row, shown[kNameColumn]);
+    }
+}
+
+std::optional<ListRow> MultiplexPage::editRow(int index, const ListRow& before) {
+    const auto setup = listSetup(form().edition);
+    const bool isNew = static_cast<std::size_t>(index) >= group_.record.rows(kRows).size();
+    SubcarrierDialog dialog(form(), *rows_, setup, index, before, isNew, window());
+    std::string oldName = before[kNameColumn];
+    dialog.mayAccept = [this, &oldName, &before](const ListRow& now) {
+        const auto kind = signalNameOf(now[kDataTypeColumn]);
+        if (now[kNameColumn] == oldName || kind == SignalName::None) {
+            return true;
+        }
+        if (holdsSemicolon(now[kNameColumn])) {
+            // The dialog's own check says so.
+            return true;
+        }
+        if (!mayNameLink(parts_.context, &form().ui, now[kNameColumn])) {
+            return false;
+        }
+        const bool was = signalNameOf(before[kDataTypeColumn]) == SignalName::DataLink;
+        if (kind != SignalName::DataLink || !was) {
+            return true;
+        }
+        if (!takeLinkName(oldName, now[kNameColumn])) {
+            return false;
+        }
+        oldName = now[kNameColumn];
+        // Other signals of the group may bear the same link.
+        showName();
+        showRows();
+        return true;
+    };
+    if (runDialog(form().door, dialog) != QDialog::Accepted) {
+        return std::nullopt;
+    }
+    auto row = dialog.values();
+    if (signalNameOf(row[kDataTypeColumn]) == SignalName::None) {
+        row[kNameColumn].clear();
+    }
+    return row;
+}
+
+bool MultiplexPage::validate() {
+    return fields_->validate();
+}
+
+bool MultiplexPage::store() {
+    fields_->storeValues(group_.record.values);
+    return storeMultiplex(parts_.context, &form().ui, group_);
+}
+
+std::unique_ptr<PropertySheet> makeMultiplexDialog(FormContext& form, SourceParts parts,
+                                                   MultiplexGroup group) {
+    auto sheet = std::make_unique<PropertySheet>(
+        form, "MULTIPLEX_INFO", "Multiplex/Modulation - Data Source: " + group.source, "");
+    auto page = std::make_unique<MultiplexPage>(form, parts, std::move(group));
+    QObject::connect(page.get(), &MultiplexPage::linkRenamed, sheet.get(),
+                     [sheet = sheet.get()] { sheet->disableCancel(); });
+    sheet->addPage(std::move(page));
+    return sheet;
+}
+
+bool editMultiplex(FormContext& form, SourceParts parts, const std::string& source) {
+    MultiplexGroup group;
+    loadMultiplex(parts.context, &form.ui, source, multiplexIndex(parts.context, &form.ui, source),
+                  group);
+    const auto sheet = makeMultiplexDialog(form, parts, std::move(group));
+    const bool stored = runPropertySheet(form, *sheet) == SheetResult::Stored;
+    setStatusText(&form.ui, {});
+    return stored;
+}
+
+void addMultiplexScreenshots(ScreenshotList& list) {
+    list.add("MULTIPLEX_INFO", [](ScreenshotStage& stage) -> std::unique_ptr<QWidget> {
+        if (stage.application == nullptr || stage.document == nullptr) {
+            return nullptr;
+        }
+        const SourceParts parts{*stage.document, stage.application->conversions(),
+                                stage.application->measurementNames()};
+        MultiplexGroup group;
+        group.source = "L-Band Telemetry";
+        loadMultiplex(*stage.document, nullptr, group.source, 1, group);
+        auto& rows = group.record.lists[std::string(kRows)];
+        for (const auto* const type : {"PCM", "ANA", "OTH"}) {
+            auto& row = rows.emplace_back();
+            row.set("SI1-n", std::to_string(rows.size()));
+            row.set("SI2-n", type);
+            row.set("SI3-n", "POS");
+            row.set("SIF1-n", "6.0");
+            row.set("SIF2-n", "CD");
+            setSubcarrierName(row, type == std::string_view("ANA") ? "ENG_TEMP" : "PCM Stream 2");
+        }
+        return makeMultiplexDialog(stage.form, parts, std::move(group));
+    });
+}
+
+}  // namespace kavu

@@ -1,0 +1,67 @@
+// The dialog over the multiplex/modulation group of a data source.
+#pragma once
+
+#include "app/framework/PropertySheet.h"
+#include "groups/MGroup.h"
+#include "groups/SourceEdit.h"
+
+#include <memory>
+#include <optional>
+
+class QGroupBox;
+class QPushButton;
+
+namespace kavu {
+
+class EditableList;
+class FieldForm;
+class ScreenshotList;
+
+class MultiplexPage : public PropertyPage {
+    Q_OBJECT
+  public:
+    /// The group has been read by `loadMultiplex`; a rename of a link that it names is done at
+    /// once, in the whole document.
+    MultiplexPage(FormContext& form, SourceParts parts, MultiplexGroup group,
+                  QWidget* parent = nullptr);
+
+    void load() override;
+    [[nodiscard]] bool validate() override;
+    [[nodiscard]] bool store() override;
+    [[nodiscard]] const MultiplexGroup& group() const { return group_; }
+
+  signals:
+    /// A data link has another name now, whatever becomes of the dialog.
+    void linkRenamed();
+
+  private:
+    QWidget* makeNameBox();
+    QWidget* makeListBox();
+    void showName();
+    void fieldEdited(const QString& code);
+    void editName();
+    /// Checks a new name and renames the link; false if the old one has to stay.
+    [[nodiscard]] bool takeLinkName(const std::string& oldName, const std::string& newName);
+    [[nodiscard]] std::vector<std::string> shownRow(const GroupRow& row) const;
+    [[nodiscard]] std::optional<std::vector<std::string>> editRow(
+        int index, const std::vector<std::string>& before);
+    void takeRows();
+    void showRows();
+
+    SourceParts parts_;
+    MultiplexGroup group_;
+    FieldForm* fields_ = nullptr;
+    QGroupBox* nameBox_ = nullptr;
+    QPushButton* name_ = nullptr;
+    EditableList* rows_ = nullptr;
+};
+
+[[nodiscard]] std::unique_ptr<PropertySheet> makeMultiplexDialog(FormContext& form,
+                                                                 SourceParts parts,
+                                                                 MultiplexGroup group);
+/// Reads the group of a data source and runs the dialog over it. True if something changed.
+bool editMultiplex(FormContext& form, SourceParts parts, const std::string& source);
+
+void addMultiplexScreenshots(ScreenshotList& list);
+
+}  // namespace kavu

@@ -1,0 +1,156 @@
+#include "app/groups/PamDialog.h"
+
+#include "app/framework/EditableList.h"
+#include "app/framework/FieldForm.h"
+#include "app/framework/Look.h"
+#include "app/framework/Screenshots.h"
+#include "app/groups/RRows.h"
+#include "core/UserInterface.h"
+#include "groups/RTracks.h"
+
+#include <QGroupBox>
+#include <QVBoxLayout>
+
+namespace kavu {
+
+namespace {
+
+constexpr std::string_view kRows = "SF\\N";
+constexpr char kTitle[] = "PAM Attributes";
+
+ListSetup listSetup(int edition) {
+    ListSetup setup;
+    for (const auto& field : pamSubframeFields()) {
+        setup.columns.push_back(columnOf(field, edition));
+        if (field.kind != FieldKind::Choice) {
+            // A pattern is a text of several entries.
+            setup.columns.back().kind = ColumnKind::Text;
+            setup.columns.back().limit = field.limit;
+            setup.columns.back().choices.clear();
+        }
+    }
+    setup.mostRows = static_cast<int>(kMostPamSubframes);
+    setup.canMove = true;
+    setup.rowDialogTitle = "Subframe";
+    setup.name = "Subframes";
+    return setup;
+}
+
+bool isChoice(const Field& field) {
+    return field.kind == FieldKind::Choice;
+}
+
+}  // namespace
+
+PamPage::PamPage(FormContext& form, DocumentContext& document, PamGroup group, QWidget* parent)
+    : PropertyPage(form, "pam_info", kTitle, parent),
+      document_(document),
+      group_(std::move(group)) {
+    auto* const column = new QVBoxLayout(this);
+    look::arrangeWindow(*column, *this);
+    fields_ = new FieldForm(form, pamFields(), "pam_info", this);
+    column->addWidget(fields_, 1);
+    auto* const box = new QGroupBox(QStringLiteral("Subframes"), this);
+    auto* const inside = new QVBoxLayout(box);
+    rows_ = new EditableList(form, "SF", listSetup(form.edition), box);
+    inside->addWidget(rows_);
+    column->addWidget(box, 1);
+    connect(fields_, &FieldForm::edited, this, [this] { markChanged(); });
+    connect(rows_, &EditableList::changed, this, [this] { markChanged(); });
+}
+
+void PamPage::load() {
+    fields_->setValues(group_.record.values);
+    std::vector<ListRow> rows;
+    for (const auto& row : group_.record.rows(kRows)) {
+        auto& cells = rows.emplace_back();
+        for (const auto& field : pamSubframeFields()) {
+            const auto value = row.value(field.code);
+            cells.push_back(isChoice(field) ? textOfValue(field, form().edition, value, value)
+                                            : std::string(value));
+        }
+    }
+    rows_->setRows(std::move(rows));
+}
+
+bool PamPage::validate() {
+    return fields_->validate();
+}
+
+bool PamPage::store() {
+    fields_->storeValues(group_.record.values);
+    auto& rows = group_.record.lists[std::string(kRows)];
+    rows.clear();
+    for (const auto& cells : rows_->rows()) {
+        auto& row = rows.emplace_back();
+        for (std::size_t i = 0; i < cells.size(); ++i) {
+            const auto& field = pamSubframeFields()[i];
+            row.set(field.code,
+                    isChoice(field) ? valueOfText(field, form().edition, cells[i]) : cells[i]);
+        }
+    }
+    return storePam(document_, &form().ui, group_);
+}
+
+std::unique_ptr<PropertySheet> makePamDialog(FormContext& form, DocumentContext& document,
+                                             PamGroup group) {
+    auto sheet = std::make_unique<PropertySheet>(
+        form, "PAM_INFO", std::string(kTitle) + " - Data Link: " + group.link, "");
+    sheet->addPage(std::make_unique<PamPage>(form, document, std::move(group)));
+    return sheet;
+}
+
+bool editPam(FormContext& form, DocumentContext& document) {
+    const auto streams = pamStreams(document, &form.ui);
+    if (streams.empty()) {
+        showBox(&form.ui,
+                "This file has no PAM stream.\n\nGive a signal of a data source the type PAM and "
+                "a data link, under Multiplex/Modulation.",
+                kTitle, Icon::Information);
+        return false;
+    }
+    std::size_t chosen = 0;
+    if (streams.size() > 1) {
+        TablePrompt prompt{.title = "Select PAM Stream", .columns = {"Data Link Name"}, .rows = {}};
+        for (const auto& stream : streams) {
+            prompt.rows.push_back({stream.link});
+        }
+        const int row = form.ui.selectFromTable(prompt);
+        if (row < 0 || static_cast<std::size_t>(row) >= streams.size()) {
+            return false;
+        }
+        chosen = static_cast<std::size_t>(row);
+    }
+    PamGroup group;
+    if (!loadPam(document, &form.ui, streams[chosen], group)) {
+        return false;
+    }
+    const auto sheet = makePamDialog(form, document, std::move(group));
+    return runPropertySheet(form, *sheet) == SheetResult::Stored;
+}
+
+void addPamScreenshots(ScreenshotList& list) {
+    list.add("PAM_INFO", [](ScreenshotStage& stage) -> std::unique_ptr<QWidget> {
+        if (stage.document == nullptr) {
+            return nullptr;
+        }
+        PamGroup group{.link = "PAM Stream 1", .index = 1};
+        for (const auto& [code, value] : {std::pair{"A1", "NR"},
+                                          {"A2", "N"},
+                                          {"A3", "STD"},
+                                          {"A5", "900"},
+                                          {"A\\N", "45"},
+                                          {"RC1", "1"},
+                                          {"RC2", "23"},
+                                          {"RC3", "45"}}) {
+            group.record.set(code, value);
+        }
+        auto& row = group.record.lists[std::string(kRows)].emplace_back();
+        row.set("SF1-n", "7");
+        row.set("SF2-n", "OTH");
+        row.set("SF3-n", "0FFFH");
+        return makePamDialog(stage.form, *stage.document, std::move(group));
+    });
+}
+
+}  // namespace kavu
