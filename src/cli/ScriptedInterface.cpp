@@ -3,6 +3,7 @@
 #include "cli/TerminalText.h"
 #include "core/Text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdlib>
 #include <ostream>
@@ -145,7 +146,8 @@ Button ScriptedInterface::message(const MessageBox& box) {
     const bool numbered = id != 0 && own != options_.replies.byId.end() &&
                           wholeNumber<long>(own->second) && agreeing(box.buttons) == Button::Yes;
     followUp_ = numbered ? std::optional(own->second) : std::nullopt;
-    const Button button = pressed(box, replyTo(box.id));
+    const auto* const mine = id == 0 ? ownReply(text) : nullptr;
+    const Button button = pressed(box, mine != nullptr ? *mine : replyTo(box.id));
     questions_.push_back({id, box.titleId, text, replyName(button), stream_});
     if (options_.showBoxes) {
         showLine((box.title.empty() ? std::string() : box.title + ": ") + box.shownText() + " -> " +
@@ -154,8 +156,14 @@ Button ScriptedInterface::message(const MessageBox& box) {
     return button;
 }
 
-std::string ScriptedInterface::promptReply() {
-    auto reply = followUp_.value_or(options_.replies.all);
+const std::string* ScriptedInterface::ownReply(const std::string& text) const {
+    const auto it = ownReplies_.find(text);
+    return it == ownReplies_.end() ? nullptr : &it->second;
+}
+
+std::string ScriptedInterface::promptReply(const std::string& text) {
+    const auto* const mine = ownReply(text);
+    auto reply = followUp_.value_or(mine != nullptr ? *mine : options_.replies.all);
     followUp_.reset();
     return reply;
 }
@@ -168,9 +176,12 @@ void ScriptedInterface::remember(const std::string& text, const std::string& rep
 }
 
 std::optional<std::string> ScriptedInterface::enterText(const TextPrompt& prompt) {
-    const auto reply = promptReply();
+    const auto* const mine = ownReply(prompt.prompt);
+    const auto reply = promptReply(prompt.prompt);
     std::optional<std::string> value;
-    if (equalsIgnoreCase(reply, "yes")) {
+    if (mine != nullptr && reply == *mine) {
+        value = reply;  // whatever the name says, and the operation knows its limits
+    } else if (equalsIgnoreCase(reply, "yes")) {
         value = prompt.initial;
     } else if (!isCancel(reply) && (prompt.limit == 0 || reply.size() <= prompt.limit)) {
         value = reply;
@@ -180,13 +191,13 @@ std::optional<std::string> ScriptedInterface::enterText(const TextPrompt& prompt
 }
 
 std::optional<long> ScriptedInterface::enterInteger(const IntegerPrompt& prompt) {
-    const auto value = numberFor<IntegerPrompt, long>(prompt, promptReply());
+    const auto value = numberFor<IntegerPrompt, long>(prompt, promptReply(prompt.prompt));
     remember(prompt.prompt, value ? std::to_string(*value) : "cancel");
     return value;
 }
 
 std::optional<double> ScriptedInterface::enterDouble(const DoublePrompt& prompt) {
-    const auto reply = promptReply();
+    const auto reply = promptReply(prompt.prompt);
     const auto value = numberFor<DoublePrompt, double>(prompt, reply);
     remember(prompt.prompt, value ? reply : "cancel");
     return value;
@@ -196,7 +207,7 @@ int ScriptedInterface::chooseFromList(const std::string& title,
                                       const std::vector<std::string>& choices) {
     // The choices of such a question may be numbers themselves.
     const bool textOnly = followUp_.has_value();
-    const auto reply = promptReply();
+    const auto reply = promptReply(title);
     int chosen = -1;
     for (std::size_t i = 0; i < choices.size() && chosen < 0; ++i) {
         if (equalsIgnoreCase(choices[i], reply) || (!textOnly && reply == std::to_string(i + 1))) {
@@ -208,7 +219,14 @@ int ScriptedInterface::chooseFromList(const std::string& title,
 }
 
 int ScriptedInterface::selectFromTable(const TablePrompt& prompt) {
-    const auto number = wholeNumber<long>(promptReply());
+    if (const auto* const mine = ownReply(prompt.title)) {
+        const auto row = std::find_if(prompt.rows.begin(), prompt.rows.end(), [&](const auto& r) {
+            return !r.empty() && r.front() == *mine;
+        });
+        remember(prompt.title, row == prompt.rows.end() ? "cancel" : *mine);
+        return row == prompt.rows.end() ? -1 : static_cast<int>(row - prompt.rows.begin());
+    }
+    const auto number = wholeNumber<long>(promptReply(prompt.title));
     const bool there =
         number && *number >= 1 && static_cast<unsigned long>(*number) <= prompt.rows.size();
     remember(prompt.title, there ? std::to_string(*number) : "cancel");
@@ -216,7 +234,7 @@ int ScriptedInterface::selectFromTable(const TablePrompt& prompt) {
 }
 
 std::optional<FileChoice> ScriptedInterface::chooseFile(const FilePrompt& prompt) {
-    const auto reply = promptReply();
+    const auto reply = promptReply(prompt.title);
     std::string path;
     if (equalsIgnoreCase(reply, "yes")) {
         path = prompt.path;

@@ -8,6 +8,7 @@
 #include <chrono>
 #include <functional>
 #include <iosfwd>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -57,6 +58,12 @@ class ScriptedInterface : public UserInterface {
     [[nodiscard]] const std::vector<AnsweredQuestion>& questions() const { return questions_; }
     [[nodiscard]] const std::vector<ShownMessages>& shown() const { return shown_; }
 
+    /// The reply to a question or a prompt without a number, told by its text or title; for a
+    /// table it is the first cell of the row. Everything else is replied to as before.
+    void setReply(const std::string& text, std::string reply) {
+        ownReplies_[text] = std::move(reply);
+    }
+
     /// What is told from now on belongs to this stream; empty ends that.
     void setStream(std::string stream) { stream_ = std::move(stream); }
 
@@ -90,7 +97,8 @@ class ScriptedInterface : public UserInterface {
   private:
     [[nodiscard]] const std::string& replyTo(int id) const;
     /// The reply to a prompt.
-    [[nodiscard]] std::string promptReply();
+    [[nodiscard]] std::string promptReply(const std::string& text);
+    [[nodiscard]] const std::string* ownReply(const std::string& text) const;
     Button pressed(const MessageBox& box, const std::string& reply);
     void remember(const std::string& text, const std::string& reply);
     void showLine(const std::string& text);
@@ -100,6 +108,7 @@ class ScriptedInterface : public UserInterface {
     ScriptedInterfaceOptions options_;
     std::ostream& err_;
     std::string stream_;
+    std::map<std::string, std::string> ownReplies_;
     std::vector<ReportedMessage> messages_;
     std::vector<AnsweredQuestion> questions_;
     std::vector<ShownMessages> shown_;

@@ -95,6 +95,14 @@ std::string treeText(const DocumentTree& tree, const Summaries& summaries) {
 
 }  // namespace
 
+Json dataSourcesJson(const DocumentTree& tree) {
+    Json sources = Json::array();
+    for (const auto& source : tree.dataSources) {
+        sources.push_back(sourceJson(source));
+    }
+    return sources;
+}
+
 bool treeCommand(CommandContext& context, CommandOutput& output) {
     auto& application = context.application;
     const DocumentTree tree = readDocumentTree(application.context(), context.ui);
@@ -103,10 +111,6 @@ bool treeCommand(CommandContext& context, CommandOutput& output) {
     const auto names =
         application.conversions().definitionNames(-1).value_or(std::vector<std::string>());
 
-    Json sources = Json::array();
-    for (const auto& source : tree.dataSources) {
-        sources.push_back(sourceJson(source));
-    }
     Json conversions = Json::array();
     output.text = context.line.json ? std::string() : treeText(tree, summaries);
     if (!names.empty()) {
@@ -116,7 +120,7 @@ bool treeCommand(CommandContext& context, CommandOutput& output) {
         conversions.push_back(jsonText(name));
         output.text += "  " + terminalLine(name) + "\n";
     }
-    output.members["dataSources"] = std::move(sources);
+    output.members["dataSources"] = dataSourcesJson(tree);
     output.members["conversions"] = std::move(conversions);
     // A tree that was cut short is none.
     return !cancelRequested(context.ui);
