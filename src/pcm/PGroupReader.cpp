@@ -6,10 +6,11 @@
 #include "pcm/AsyncReading.h"
 #include "pcm/FrameSyncPattern.h"
 #include "pcm/PGroupSideFiles.h"
+#include "pcm/PcmFormatFields.h"
 #include "pcm/PcmLoad.h"
 #include "pcm/SubframeReading.h"
 
-#include <cerrno>
+#include <initializer_list>
 
 namespace kavu {
 
@@ -39,20 +40,17 @@ void fixBusNumber(PcmLoad& load, int& number, int only, int message) {
     }
 }
 
+void readTexts(PcmLoad& load, std::initializer_list<std::string_view> codes) {
+    for (const auto code : codes) {
+        const auto& attribute = *findPcmAttribute(code);
+        const auto text = load.text(code, static_cast<int>(attribute.field.limit));
+        attribute.setText(load.format, text.value_or(std::string_view()));
+    }
+}
+
 void readInputData(PcmLoad& load) {
     auto& format = load.format;
-    const auto text = [&load](std::string_view code, int limit) {
-        return load.text(code, limit).value_or(std::string_view());
-    };
-    format.pcmCode = text("D1", 6);
-    format.bitRate = text("D2", 9);
-    format.encryption = text("D3", 1);
-    format.polarity = text("D4", 1);
-    format.autoPolarityCorrection = text("D5", 1);
-    format.dataDirection = text("D6", 1);
-    format.dataRandomized = text("D7", 1);
-    format.randomizerLength = text("D8", 3);
-    format.typeFormat = text("TF", 4);
+    readTexts(load, {"D1", "D2", "D3", "D4", "D5", "D6", "D7", "D8", "TF"});
     format.isBusStream = format.typeFormat == "1553";
     if (format.typeFormat.empty()) {
         load.log(165, kErrorReadingFormat);
@@ -60,9 +58,7 @@ void readInputData(PcmLoad& load) {
         load.corrected();
     }
     format.commonWordLength = load.limitedNumber("F1", 2).value_or(0);
-    format.wordTransferOrder = text("F2", 1);
-    format.parity = text("F3", 2);
-    format.parityTransferOrder = text("F4", 1);
+    readTexts(load, {"F2", "F3", "F4"});
     fixBusField(load, format.wordTransferOrder, "M", 166);
     fixBusField(load, format.parity, "OD", 167);
     fixBusField(load, format.parityTransferOrder, "L", 168);
@@ -111,7 +107,7 @@ std::string readPattern(PcmLoad& load) {
 void readSync(PcmLoad& load) {
     auto& format = load.format;
     format.bitsPerMinorFrame = load.limitedNumber("MF2", 5).value_or(0);
-    format.syncType = load.text("MF3", 3).value_or(std::string_view());
+    readTexts(load, {"MF3"});
     fixBusField(load, format.syncType, "FPT", 170);
     int length = load.number("MF4").value_or(0);
     fixBusNumber(load, length, kBusWordLength, 171);
@@ -136,13 +132,7 @@ void readSync(PcmLoad& load) {
     format.syncLength = length;
     format.setWordLength(0, length);
     format.setWord(0, WordType::Sync, -1, -1);
-    const auto criterion = [&load](std::string_view code) {
-        return load.text(code, 2).value_or(std::string_view());
-    };
-    format.inSyncCriteria = criterion("SYNC1");
-    format.inSyncPatternCriteria = criterion("SYNC2");
-    format.outOfSyncDisagrees = criterion("SYNC3");
-    format.outOfSyncPatternCriteria = criterion("SYNC4");
+    readTexts(load, {"SYNC1", "SYNC2", "SYNC3", "SYNC4"});
 }
 
 /// Words whose length is not the common one.
@@ -273,34 +263,27 @@ bool makeNewFormat(PcmLoad& load) {
     auto& format = load.format;
     load.isNew = true;
     const auto& settings = format.context().settings;
-    format.pcmCode = settings.text("PD1");
-    format.bitRate = settings.text("PD2");
-    format.encryption = settings.text("PD3");
-    format.polarity = settings.text("PD4");
-    format.autoPolarityCorrection = settings.text("PD5");
-    format.dataDirection = settings.text("PD6");
-    format.dataRandomized = settings.text("PD7");
-    format.randomizerLength = settings.text("PD8");
-    format.wordTransferOrder = settings.text("PF2");
-    format.parity = settings.text("PF3");
-    format.parityTransferOrder = settings.text("PF4");
-    format.syncType = settings.text("PMF3");
-    format.inSyncCriteria = settings.text("PSYNC1");
-    format.inSyncPatternCriteria = settings.text("PSYNC2");
-    format.outOfSyncDisagrees = settings.text("PSYNC3");
-    format.outOfSyncPatternCriteria = settings.text("PSYNC4");
-    format.typeFormat = settings.text("PTF", "ONE");
+    const auto setting = [&settings](std::string_view code) {
+        const auto& attribute = *findPcmAttribute(code);
+        return settings.text(attribute.setting, attribute.fallback);
+    };
+    for (const auto& attribute : pcmAttributes()) {
+        if (attribute.setText != nullptr && !attribute.setting.empty()) {
+            attribute.setText(format, setting(attribute.field.code));
+        }
+    }
+    format.syncPattern.clear();  // it takes more than its text
     format.isBusStream = format.typeFormat == "1553";
-    format.commonWordLength = settings.integer("PF1", 16);
+    format.commonWordLength = leadingInt(setting("F1"));
     const PcmFormat::Report report = [&load](int id, int titleId, int first, int second) {
         load.log(id, titleId, first, second);
     };
-    format.raiseNumberOfFrames(report, std::max(1, settings.integer("PMFN", 1)));
-    if (!format.allocateWords(report, settings.integer("PMF1", 1))) {
+    format.raiseNumberOfFrames(report, std::max(1, leadingInt(setting("MF\\N"))));
+    if (!format.allocateWords(report, leadingInt(setting("MF1")))) {
         return false;
     }
     format.setWord(0, WordType::Sync, -1, -1);
-    const auto pattern = settings.text("PMF5", "111 010 111 001 000 0");
+    const auto pattern = setting("MF5");
     format.setFrameSyncPatternByValue(load.parent,
                                       format.hexFsp ? switchPattern(pattern, true) : pattern);
     return true;

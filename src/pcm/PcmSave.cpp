@@ -11,6 +11,7 @@
 #include "pcm/AsyncWriting.h"
 #include "pcm/FrameSyncPattern.h"
 #include "pcm/MeasurementWriting.h"
+#include "pcm/PcmFormatFields.h"
 #include "pcm/PcmLoad.h"
 #include "pcm/SubframeWriting.h"
 
@@ -19,27 +20,17 @@ namespace kavu {
 namespace {
 
 void writeAttributes(const PcmFormat& format, FileWriter& writer, const std::string& prefix) {
-    const auto text = [&](std::string_view code, std::string_view value) {
-        writeCommand(writer, prefix, code, value);
-    };
-    text("DLN", format.streamName);
-    text("D1", format.pcmCode);
-    text("D2", format.bitRate);
-    text("D3", format.encryption);
-    text("D4", format.polarity);
-    text("D5", format.autoPolarityCorrection);
-    text("D6", format.dataDirection);
-    text("D7", format.dataRandomized);
-    text("D8", format.randomizerLength);
-    text("TF", format.typeFormat);
-    writeIntCommand(writer, prefix, "F1", format.commonWordLength);
-    text("F2", format.wordTransferOrder);
-    text("F3", format.parity);
-    text("F4", format.parityTransferOrder);
-    writeIntCommand(writer, prefix, "MF\\N", format.numberOfFrames);
-    writeIntCommand(writer, prefix, "MF1", format.wordsPerMinorFrame);
-    writeIntCommand(writer, prefix, "MF2", format.bitsPerMinorFrame);
-    text("MF3", format.syncType);
+    for (const auto& attribute : pcmAttributes()) {
+        const auto code = attribute.field.code;
+        if (code == "MF4") {
+            return;  // the sync pattern and what follows
+        }
+        if (attribute.text != nullptr) {
+            writeCommand(writer, prefix, code, attribute.text(format));
+        } else {
+            writeIntCommand(writer, prefix, code, format.*attribute.number);
+        }
+    }
 }
 
 /// The pattern stands in the file in binary and without blanks, whatever its form here.
@@ -56,10 +47,9 @@ void writeSync(const PcmFormat& format, FileWriter& writer, const std::string& p
         writeIntCommand(writer, prefix, "MF4", format.syncLength);
         writeCommand(writer, prefix, "MF5", pattern);
     }
-    writeCommand(writer, prefix, "SYNC1", format.inSyncCriteria);
-    writeCommand(writer, prefix, "SYNC2", format.inSyncPatternCriteria);
-    writeCommand(writer, prefix, "SYNC3", format.outOfSyncDisagrees);
-    writeCommand(writer, prefix, "SYNC4", format.outOfSyncPatternCriteria);
+    for (const auto* const code : {"SYNC1", "SYNC2", "SYNC3", "SYNC4"}) {
+        writeCommand(writer, prefix, code, findPcmAttribute(code)->text(format));
+    }
 }
 
 void writeWordLengths(const PcmFormat& format, FileWriter& writer, const std::string& prefix) {

@@ -76,6 +76,7 @@ TEST_F(AsyncEdit, DeletingAsks) {
     EXPECT_TRUE(deleteAsyncFormat(f.format, nullptr, 1));
     EXPECT_EQ(f.format.asyncCount(), 1);
     EXPECT_EQ(f.ui.countBoxes(137), 2);
+    EXPECT_EQ(f.ui.boxes.back().titleId, 138);
     EXPECT_TRUE(f.format.changed);
 }
 
