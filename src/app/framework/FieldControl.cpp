@@ -272,7 +272,9 @@ std::unique_ptr<FieldControl> makeFieldControl(FieldControlHost& host, const Fie
         case FieldKind::Text:
         case FieldKind::Count:
         case FieldKind::Digits:
-            control = std::make_unique<TextControl>(host, field);
+            control = !field.prompt.empty()    ? makePromptControl(host, field)
+                      : !field.choices.empty() ? makeSuggestControl(host, field)
+                                               : std::make_unique<TextControl>(host, field);
             break;
     }
     control->widget().setObjectName(toQString(field.code));

@@ -67,5 +67,12 @@ class FieldControl : public QObject {
 /// The control for the kind of the field.
 [[nodiscard]] std::unique_ptr<FieldControl> makeFieldControl(FieldControlHost& host,
                                                              const Field& field);
+/// A button with the value, which asks for it with the prompt of the field: a number for
+/// digits, else a text. The form of the edit checks the range.
+[[nodiscard]] std::unique_ptr<FieldControl> makePromptControl(FieldControlHost& host,
+                                                              const Field& field);
+/// A list with free entry. It tells of an edit when that is complete.
+[[nodiscard]] std::unique_ptr<FieldControl> makeSuggestControl(FieldControlHost& host,
+                                                               const Field& field);
 
 }  // namespace kavu
