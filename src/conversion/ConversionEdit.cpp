@@ -149,6 +149,11 @@ bool ConversionStore::openDefinitionForEdit(UserInterface* parent, const std::st
                 std::string(loadText(title::kInternalError).value_or("")));
         return false;
     }
+    if (!ProfileFile::canBeSection(name)) {
+        showBox(parent, "ERROR: A data conversion record can not have this measurement name",
+                std::string(loadText(title::kError).value_or("")));
+        return false;
+    }
     if (!createDefaultDefinition(parent, name, true)) {
         return false;
     }

@@ -159,36 +159,6 @@ constexpr auto kTypes = std::to_array<ConversionType>({
     {.type = "PTM", .fields = kPcmTime},
 });
 
-constexpr auto kBinaryFormats = std::to_array<ConversionChoice>({
-    {.text = "INTeger"},
-    {.text = "UNSigned Binary"},
-    {.text = "SIG - Sign And Magnitude (+=0)", .from = 2000},
-    {.text = "SIM - Sign And Magnitude (+=1)", .from = 2000},
-    {.text = "SIGn And Magnitude", .until = before(2000)},
-    {.text = "ONE's Complement"},
-    {.text = "TWO's Complement"},
-    {.text = "OFFset Binary"},
-    {.text = "FPT - Float", .from = after(1996)},
-    {.text = "BCD - Binary Coded Decimal", .from = 2000},
-    {.text = "BWT - Bit Weight", .from = 2007},
-    {.text = "OTHer"},
-});
-
-constexpr auto kConversionTypes = std::to_array<ConversionChoice>({
-    {.text = "NON - None"},
-    {.text = "PRS - Pair Set"},
-    {.text = "COE - Coefficients"},
-    {.text = "NPC - Coefficients (Negative Powers of X)", .from = 2007},
-    {.text = "DER - Derived"},
-    {.text = "DIS - Discrete"},
-    {.text = "PTM - PCM Time", .from = after(1996)},
-    {.text = "BTM - 1553 Time", .from = after(1996)},
-    {.text = "OTH - Other"},
-    {.text = "SP  - Special Processing"},
-    {.text = "VID - Video"},
-    {.text = "VOI - Voice"},
-});
-
 }  // namespace
 
 std::span<const ConversionLimit> conversionLimits() {
@@ -214,14 +184,6 @@ std::span<const ConversionField> typeConversionFields(std::string_view type, int
         }
     }
     return kAnyOther;
-}
-
-std::span<const ConversionChoice> binaryFormats() {
-    return kBinaryFormats;
-}
-
-std::span<const ConversionChoice> conversionTypes() {
-    return kConversionTypes;
 }
 
 }  // namespace kavu

@@ -83,14 +83,42 @@ struct ConversionType {
 
 /// An entry of a choice. The stored value is the first three characters of the text.
 struct ConversionChoice {
-    std::string_view text;
+    std::string_view text{};
     int from = 0;
     int until = kLatestEdition;
 
     [[nodiscard]] constexpr std::string_view stored() const { return text.substr(0, 3); }
 };
 
-[[nodiscard]] std::span<const ConversionChoice> binaryFormats();
-[[nodiscard]] std::span<const ConversionChoice> conversionTypes();
+/// "BFM" and "DCT", in list order.
+inline constexpr auto kBinaryFormats = std::to_array<ConversionChoice>({
+    {.text = "INTeger"},
+    {.text = "UNSigned Binary"},
+    {.text = "SIG - Sign And Magnitude (+=0)", .from = 2000},
+    {.text = "SIM - Sign And Magnitude (+=1)", .from = 2000},
+    {.text = "SIGn And Magnitude", .until = 1999},
+    {.text = "ONE's Complement"},
+    {.text = "TWO's Complement"},
+    {.text = "OFFset Binary"},
+    {.text = "FPT - Float", .from = 1997},
+    {.text = "BCD - Binary Coded Decimal", .from = 2000},
+    {.text = "BWT - Bit Weight", .from = 2007},
+    {.text = "OTHer"},
+});
+
+inline constexpr auto kConversionTypes = std::to_array<ConversionChoice>({
+    {.text = "NON - None"},
+    {.text = "PRS - Pair Set"},
+    {.text = "COE - Coefficients"},
+    {.text = "NPC - Coefficients (Negative Powers of X)", .from = 2007},
+    {.text = "DER - Derived"},
+    {.text = "DIS - Discrete"},
+    {.text = "PTM - PCM Time", .from = 1997},
+    {.text = "BTM - 1553 Time", .from = 1997},
+    {.text = "OTH - Other"},
+    {.text = "SP  - Special Processing"},
+    {.text = "VID - Video"},
+    {.text = "VOI - Voice"},
+});
 
 }  // namespace kavu

@@ -370,11 +370,11 @@ std::vector<std::string_view> choicesOf(std::span<const ConversionChoice> choice
 }  // namespace
 
 std::vector<std::string_view> ConversionStore::binaryFormatList(int edition) {
-    return choicesOf(binaryFormats(), edition);
+    return choicesOf(kBinaryFormats, edition);
 }
 
 std::vector<std::string_view> ConversionStore::conversionTypeList(int edition) {
-    return choicesOf(conversionTypes(), edition);
+    return choicesOf(kConversionTypes, edition);
 }
 
 }  // namespace kavu

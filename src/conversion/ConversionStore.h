@@ -105,6 +105,8 @@ class ConversionStore {
     /// False also if the pairs would be longer than 499 characters.
     bool commentRecordSet(UserInterface* parent, const std::string& name, std::string_view key,
                           std::string_view value);
+    /// Moves the private pairs from the comment into a key of the record, as every edit does.
+    bool separatePairs(UserInterface* parent, const std::string& name, bool workingCopy);
     /// Stores a fit in the working copy: coefficients by rising power, c[0] to c[order].
     bool writeFitCoefficients(UserInterface* parent, const std::string& name, int order,
                               std::span<const double> coefficients);
@@ -151,8 +153,6 @@ class ConversionStore {
     /// a comment that is taken for missing would be deleted.
     bool findComment(UserInterface* parent, const std::string& path, bool& found) const;
     bool copyComment(UserInterface* parent, const std::string& from, const std::string& to) const;
-    /// Moves the private pairs from the comment into a key of the record.
-    bool separatePairs(UserInterface* parent, const std::string& name, bool workingCopy);
     /// True if "DATA1.TMP" holds the record.
     [[nodiscard]] bool isInWorkingCopy(const std::string& name) const;
     /// Changes the record that `name` means, in the working copy or in its chunk.

@@ -120,12 +120,30 @@ bool DefinitionEdit::setRows(UserInterface* parent, std::string_view countCode,
     return report(parent, file.flush(), "Write/Create");
 }
 
+ProfileFile DefinitionEdit::copy() const {
+    ProfileFile file(workingPath());
+    (void)file.load();
+    return file;
+}
+
+int DefinitionEdit::edition() const {
+    return context_->document.version;
+}
+
+std::string DefinitionEdit::comment() const {
+    return store_->readEuComment(name_, true);
+}
+
+bool DefinitionEdit::setComment(UserInterface* parent, std::string text) {
+    return store_->writeEuComment(parent, name_, std::move(text), true);
+}
+
+std::string releaseStamp(const DocumentContext& context) {
+    return tmatsDateTime(context.clock.now(), context.document.version);
+}
+
 bool DefinitionEdit::stampRelease(UserInterface* parent, bool setByHand) {
-    if (setByHand) {
-        return true;
-    }
-    const auto stamp = tmatsDateTime(context_->clock.now(), context_->document.version);
-    return setValues(parent, {{"CRT", stamp}});
+    return setByHand || setValues(parent, {{"CRT", releaseStamp(*context_)}});
 }
 
 DefinitionEdit::Import DefinitionEdit::importValues(UserInterface* parent,
@@ -158,7 +176,8 @@ DefinitionEdit::Import DefinitionEdit::importValues(UserInterface* parent,
     }
     const auto type = file.value(name_, kTypeCode, "NON");
     if (!report(parent, file.flush(), "Write/Create") ||
-        !store_->writeEuComment(parent, name_, std::move(comment), true)) {
+        !store_->writeEuComment(parent, name_, std::move(comment), true) ||
+        !store_->separatePairs(parent, name_, true)) {
         return Import::Failed;
     }
     context_->settings.write(kLastSource, source);

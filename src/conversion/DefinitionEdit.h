@@ -43,6 +43,13 @@ class DefinitionEdit {
                  std::span<const std::string_view> codes,
                  const std::vector<std::vector<std::string>>& rows);
 
+    /// The working copy as it stands.
+    [[nodiscard]] ProfileFile copy() const;
+    /// Which fields the record has is a question of its edition.
+    [[nodiscard]] int edition() const;
+    [[nodiscard]] std::string comment() const;
+    bool setComment(UserInterface* parent, std::string text);
+
     /// Stamps "CRT" with the present date for an edit of the page of EU information, unless
     /// it was set by hand.
     bool stampRelease(UserInterface* parent, bool setByHand);
@@ -72,6 +79,9 @@ class DefinitionEdit {
     std::string name_;
     bool wasTemplate_;
 };
+
+/// The present date and time as "CRT" has them.
+[[nodiscard]] std::string releaseStamp(const DocumentContext& context);
 
 /// The records that values can be imported from: all but the one that is edited. Without any
 /// message 435 is shown. `preselected` gets the name used last, if it is among them.
@@ -107,6 +117,15 @@ struct DefinitionRow {
 /// index into the rows, moves to the row that takes the place.
 bool deleteDefinitionRow(DocumentContext& context, ConversionStore& store, UserInterface* parent,
                          std::vector<DefinitionRow>& rows, std::size_t& selection);
+
+/// Asks message 118 and deletes the record; the document counts as changed.
+bool deleteDefinitionAsked(DocumentContext& context, ConversionStore& store, UserInterface* parent,
+                           const std::string& name);
+/// Asks message 436 and for the new name, and renames the record, not what streams have under
+/// the name. An empty name is refused with message 326, a semi-colon with 402, a name that a
+/// record has already with a text. The new name, or nothing.
+std::optional<std::string> renameDefinitionAsked(DocumentContext& context, ConversionStore& store,
+                                                 UserInterface* parent, const std::string& name);
 
 // --- Strings of the comment ------------------------------------------------------------------
 

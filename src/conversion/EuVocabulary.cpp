@@ -6,110 +6,171 @@
 #include "core/ProfileFile.h"
 #include "core/Text.h"
 
-#include <algorithm>
+#include <array>
 
 namespace kavu {
 
 namespace {
 
-constexpr auto kMeasurement = std::to_array<EuField>({
-    {"Description:", "MN1"},
-    {"Excitation Voltage:", "MN2"},
-    {"Engineering Units:", "MN3"},
-    {"Link Type:", "MN4", 3},
-});
-constexpr auto kInformation = std::to_array<EuField>({
-    {"Binary Format:", "BFM", 3},
-    {"Floating Point Format:", "FPF"},
-    {"Date/Time Released:", "CRT", 19},
-    {"Type:", "DCT", 3},
-});
-constexpr auto kLimits = std::to_array<EuField>({
-    {"Value Low:", "MOT2", 32},
-    {"Value High:", "MOT1", 32},
-    {"Limit Low:", "MOT4", 32},
-    {"Limit High:", "MOT3", 32},
-    {"Warning Low:", "MOT6", 32},
-    {"Warning High:", "MOT5", 32},
-    {"Sample Rate:", "SR"},
-});
-constexpr auto kAmbient = std::to_array<EuField>({
-    {"Stimulus", "MA1", 32},
-    {"Telemetry Value", "MA2", 16},
-    {"Data Value", "MA3", 32},
-});
-constexpr auto kInFlight = std::to_array<EuField>({
-    {"Stimulus", "MC1", 32},
-    {"Telemetry Value", "MC2", 16},
-    {"Data Value", "MC3", 32},
-});
-constexpr auto kTransducer = std::to_array<EuField>({
-    {"Type:", "TRD1"},
-    {"Model Number:", "TRD2"},
-    {"Serial Number:", "TRD3"},
-    {"Origination Date:", "TRD5"},
-    {"Revision Number:", "TRD6"},
-    {"Orientation:", "TRD7"},
-    {"Classification:", "TRD4", 4},
-});
-constexpr auto kContact = std::to_array<EuField>({
-    {"Name:", "POC1"},
-    {"Agency:", "POC2"},
-    {"Address:", "POC3"},
-    {"Telephone:", "POC4"},
-});
-constexpr auto kComments = std::to_array<EuField>({{"Comment:", "COM"}});
-
-constexpr int kFirstEditionOfAmbientList = 1999;
-
-constexpr auto kPages = std::to_array<EuPage>({
-    {"DataConversion1", "Measurement Information", kMeasurement, {}, {}, 0},
-    {"DataConversion2", "EU Information", kInformation, {}, {}, 0},
-    {"DataConversion3", "Limits And Sample Rate", kLimits, {}, {}, 0},
-    {"DataConversion4", "Ambient Value", {}, kAmbient, "MA\\N", kFirstEditionOfAmbientList},
-    {"DataConversion5", "In Flight Calibration", {}, kInFlight, "MC\\N", 0},
-    {"DataConversion6", "Transducer Information", kTransducer, {}, {}, 0},
-    {"DataConversion7", "Point Of Contact", kContact, {}, {}, 0},
-    {"DataConversion8", "Comments", kComments, {}, {}, 0},
-});
-
-/// The groups (TM), (EU) and (TM & EU) have the plain classes with a letter more. "Other" is
-/// another one in 106-96.
-struct Classification {
-    std::string_view text;
-    int from = 0;
-    int until = kLatestEdition;
-};
 constexpr int kOnly1996 = 1996;
 constexpr int kAfter1996 = 1997;
-constexpr auto kClassifications = std::to_array<Classification>({
-    {"T    - Top Secret"},
-    {"S    - Secret"},
-    {"C    - Confidential"},
-    {"U    - Unclassified"},
-    {"OTH  - Other", 0, kOnly1996},
-    {"O    - Other", kAfter1996},
-    {"TR   - Top Secret (TM)"},
-    {"SR   - Secret (TM)"},
-    {"CR   - Confidential (TM)"},
-    {"UR   - Unclassified (TM)"},
-    {"OTHR - Other (TM)", 0, kOnly1996},
-    {"OR   - Other (TM)", kAfter1996},
-    {"TE   - Top Secret (EU)"},
-    {"SE   - Secret (EU)"},
-    {"CE   - Confidential (EU)"},
-    {"UE   - Unclassified (EU)"},
-    {"OTHE - Other (EU)", 0, kOnly1996},
-    {"OE   - Other (EU)", kAfter1996},
-    {"TB   - Top Secret (TM & EU)"},
-    {"SB   - Secret (TM & EU)"},
-    {"CB   - Confidential (TM & EU)"},
-    {"UB   - Unclassified (TM & EU)"},
-    {"OTHB - Other (TM & EU)", 0, kOnly1996},
-    {"OB   - Other (TM & EU)", kAfter1996},
+
+/// The choices of a field from those of the record: the stored value is the front of the text.
+template <std::size_t N>
+constexpr std::array<Choice, N> choicesFrom(const std::array<ConversionChoice, N>& rows) {
+    std::array<Choice, N> choices{};
+    for (std::size_t i = 0; i < N; ++i) {
+        const auto stored = rows[i].stored();
+        choices[i].value = stored.ends_with(' ') ? stored.substr(0, 2) : stored;
+        choices[i].text = rows[i].text;
+        choices[i].firstEdition = rows[i].from;
+        choices[i].lastEdition = rows[i].until == kLatestEdition ? 0 : rows[i].until;
+    }
+    return choices;
+}
+constexpr auto kBinaryFormatChoices = choicesFrom(kBinaryFormats);
+constexpr auto kTypeChoices = choicesFrom(kConversionTypes);
+
+constexpr auto kLinkTypes = std::to_array<Choice>({
+    {.value = "ANA", .text = "ANAlog"},
+    {.value = "PCM", .text = "PCM"},
+    {.value = "PAM", .text = "PAM"},
+    {.value = "OTH", .text = "OTHer"},
 });
 
-constexpr auto kLinkTypes = std::to_array<std::string_view>({"ANAlog", "PCM", "PAM", "OTHer"});
+// The groups (TM), (EU) and (TM & EU) have the plain classes with a letter more. "Other" is
+// another one in 106-96.
+constexpr auto kClassifications = std::to_array<Choice>({
+    {.value = "T", .text = "T    - Top Secret"},
+    {.value = "S", .text = "S    - Secret"},
+    {.value = "C", .text = "C    - Confidential"},
+    {.value = "U", .text = "U    - Unclassified"},
+    {.value = "OTH", .text = "OTH  - Other", .lastEdition = kOnly1996},
+    {.value = "O", .text = "O    - Other", .firstEdition = kAfter1996},
+    {.value = "TR", .text = "TR   - Top Secret (TM)"},
+    {.value = "SR", .text = "SR   - Secret (TM)"},
+    {.value = "CR", .text = "CR   - Confidential (TM)"},
+    {.value = "UR", .text = "UR   - Unclassified (TM)"},
+    {.value = "OTHR", .text = "OTHR - Other (TM)", .lastEdition = kOnly1996},
+    {.value = "OR", .text = "OR   - Other (TM)", .firstEdition = kAfter1996},
+    {.value = "TE", .text = "TE   - Top Secret (EU)"},
+    {.value = "SE", .text = "SE   - Secret (EU)"},
+    {.value = "CE", .text = "CE   - Confidential (EU)"},
+    {.value = "UE", .text = "UE   - Unclassified (EU)"},
+    {.value = "OTHE", .text = "OTHE - Other (EU)", .lastEdition = kOnly1996},
+    {.value = "OE", .text = "OE   - Other (EU)", .firstEdition = kAfter1996},
+    {.value = "TB", .text = "TB   - Top Secret (TM & EU)"},
+    {.value = "SB", .text = "SB   - Secret (TM & EU)"},
+    {.value = "CB", .text = "CB   - Confidential (TM & EU)"},
+    {.value = "UB", .text = "UB   - Unclassified (TM & EU)"},
+    {.value = "OTHB", .text = "OTHB - Other (TM & EU)", .lastEdition = kOnly1996},
+    {.value = "OB", .text = "OB   - Other (TM & EU)", .firstEdition = kAfter1996},
+});
+
+constexpr std::string_view kFormatBox = "Telemetry Value Definition";
+constexpr std::string_view kTypeBox = "Data Conversion";
+
+constexpr auto kMeasurement = std::to_array<Field>({
+    {.code = "MN1", .label = "Description:"},
+    {.code = "MN2", .label = "Excitation Voltage:"},
+    {.code = "MN3", .label = "Engineering Units:"},
+    {.code = "MN4",
+     .label = "Link Type:",
+     .limit = 3,
+     .kind = FieldKind::Choice,
+     .choices = kLinkTypes},
+});
+constexpr auto kInformation = std::to_array<Field>({
+    {.code = "BFM",
+     .label = "Binary Format:",
+     .box = kFormatBox,
+     .limit = 3,
+     .kind = FieldKind::Choice,
+     .choices = kBinaryFormatChoices},
+    {.code = "FPF", .label = "Floating Point Format:", .box = kFormatBox, .firstEdition = 2000},
+    {.code = "CRT",
+     .label = "Date/Time Released:",
+     .box = kTypeBox,
+     .limit = 19,
+     .kind = FieldKind::DateTime,
+     .firstEdition = 2004},
+    {.code = "DCT",
+     .label = "Type:",
+     .box = kTypeBox,
+     .limit = 3,
+     .kind = FieldKind::Choice,
+     .choices = kTypeChoices},
+});
+constexpr auto kLimits = std::to_array<Field>({
+    {.code = "MOT2", .label = "Value Low:", .limit = 32},
+    {.code = "MOT1", .label = "Value High:", .limit = 32},
+    {.code = "MOT4", .label = "Limit Low:", .limit = 32},
+    {.code = "MOT3", .label = "Limit High:", .limit = 32},
+    {.code = "MOT6", .label = "Warning Low:", .limit = 32, .firstEdition = kAfter1996},
+    {.code = "MOT5", .label = "Warning High:", .limit = 32, .firstEdition = kAfter1996},
+    {.code = "SR", .label = "Sample Rate:"},
+});
+constexpr auto kAmbientColumns = std::to_array<Field>({
+    {.code = "MA1", .label = "Stimulus", .limit = 32},
+    {.code = "MA2", .label = "Telemetry Value", .limit = 16},
+    {.code = "MA3", .label = "Data Value", .limit = 32},
+});
+constexpr auto kInFlightColumns = std::to_array<Field>({
+    {.code = "MC1", .label = "Stimulus", .limit = 32},
+    {.code = "MC2", .label = "Telemetry Value", .limit = 16},
+    {.code = "MC3", .label = "Data Value", .limit = 32},
+});
+constexpr EuList kAmbient{.countCode = "MA\\N",
+                          .title = "Ambient Value",
+                          .columns = kAmbientColumns,
+                          .mostRows = 9,
+                          .firstEdition = kFirstEditionOfAmbientList};
+constexpr EuList kInFlight{.countCode = "MC\\N",
+                           .title = "In Flight Calibration",
+                           .columns = kInFlightColumns,
+                           .mostRows = 9};
+constexpr auto kTransducer = std::to_array<Field>({
+    {.code = "TRD1", .label = "Type:"},
+    {.code = "TRD2", .label = "Model Number:"},
+    {.code = "TRD3", .label = "Serial Number:"},
+    {.code = "TRD5", .label = "Origination Date:", .kind = FieldKind::Date},
+    {.code = "TRD6", .label = "Revision Number:"},
+    {.code = "TRD7", .label = "Orientation:"},
+    {.code = "TRD4",
+     .label = "Classification:",
+     .limit = 4,
+     .kind = FieldKind::Choice,
+     .choices = kClassifications},
+});
+constexpr auto kContact = std::to_array<Field>({
+    {.code = "POC1", .label = "Name:"},
+    {.code = "POC2", .label = "Agency:"},
+    {.code = "POC3", .label = "Address:", .kind = FieldKind::Comment},
+    {.code = "POC4", .label = "Telephone:"},
+});
+constexpr auto kComments =
+    std::to_array<Field>({{.code = "COM", .label = "Comment:", .kind = FieldKind::Comment}});
+
+constexpr auto kPages = std::to_array<EuPage>({
+    {"DataConversion1", "Measurement Information", kMeasurement},
+    {"DataConversion2", "EU Information", kInformation},
+    {"DataConversion3", "Limits And Sample Rate", kLimits},
+    {"DataConversion4", "Ambient Value", {}, &kAmbient},
+    {"DataConversion5", "In Flight Calibration", {}, &kInFlight},
+    {"DataConversion6", "Transducer Information", kTransducer},
+    {"DataConversion7", "Point Of Contact", kContact},
+    {"DataConversion8", "Comments", kComments},
+});
+
+constexpr auto kBitWeightColumns = std::to_array<Field>({
+    {.code = "BWTB", .label = "Bit Number", .limit = 3, .kind = FieldKind::Count},
+    {.code = "BWTV", .label = "Bit Value (Enter 'S' for sign bit)", .limit = 32},
+});
+constexpr EuList kBitWeights{.countCode = "BWT\\N",
+                             .title = "Edit Bit Weight Values",
+                             .columns = kBitWeightColumns,
+                             .mostRows = 999,
+                             .firstEdition = 2007};
 
 constexpr auto kFloatingPoint = std::to_array<FloatingPointFormat>({
     {"IEEE 754 Single Precision", "IEEE_32"},
@@ -125,115 +186,31 @@ constexpr auto kFloatingPoint = std::to_array<FloatingPointFormat>({
     {"TI Extended Precision", "TI_40"},
 });
 
-constexpr auto kBusTimes = std::to_array<EuChoice>({
-    {"R", "Response Time"},
-    {"M", "Microsecond Time"},
-    {"L", "Low Order Time"},
-    {"H", "High Order Time"},
-});
-constexpr auto kPcmTimes = std::to_array<EuChoice>({
-    {"M", "Microsecond Time"},
-    {"L", "Low Order Time"},
-    {"H", "High Order Time"},
-});
-constexpr auto kAlgorithms = std::to_array<EuChoice>({
-    {"A", "Algorithm"},
-    {"N", "Name Of Algorithm"},
-});
-constexpr auto kVoiceEncodings = std::to_array<EuChoice>({
-    {"OTHR", "OTHR"},
-    {"CVSD", "CVSD"},
-});
-
-constexpr auto kWindows = std::to_array<DetailWindow>({
-    {"PRS", "PairSets", {}, 0},
-    {"COE", "coefficients", {}, 0},
-    {"NPC", "coefficients", "Coefficients (Negative Powers Of X)", 2007},
-    {"OTH", "other", {}, 0},
-    {"DER", "derived", {}, 0},
-    {"DIS", "discrete", {}, 0},
-    {"VOI", "DigitalVoice", {}, 0},
-    {"VID", "DigitalVideo", {}, 0},
-    {"BTM", "Time1553", {}, 0},
-    {"PTM", "TimePCM", {}, 0},
-});
-
 }  // namespace
 
 std::span<const EuPage> euPages() {
     return kPages;
 }
 
-std::string euSheetTitle(std::string_view measurement) {
-    return formatPrintf("Data Conversion Attributes: %s", measurement);
+const EuList& bitWeightList() {
+    return kBitWeights;
 }
 
-std::vector<std::string_view> classificationList(int edition) {
-    std::vector<std::string_view> texts;
-    for (const auto& row : kClassifications) {
-        if (edition >= row.from && edition <= row.until) {
-            texts.push_back(row.text);
-        }
-    }
-    return texts;
+std::string euSheetTitle(std::string_view measurement) {
+    return formatPrintf("Data Conversion Attributes: %s", measurement);
 }
 
 std::string_view storedClassification(std::string_view text) {
     return text.substr(0, text.find(' '));
 }
 
-int classificationIndex(std::span<const std::string_view> list, std::string_view stored) {
-    for (std::size_t i = 0; i < list.size(); ++i) {
-        if (equalsIgnoreCase(storedClassification(list[i]), stored)) {
-            return static_cast<int>(i);
-        }
-    }
-    return -1;
-}
-
-std::span<const std::string_view> linkTypeList() {
-    return kLinkTypes;
-}
-
 std::span<const FloatingPointFormat> floatingPointFormats() {
     return kFloatingPoint;
 }
 
-std::span<const EuChoice> busTimeChoices() {
-    return kBusTimes;
-}
-
-std::span<const EuChoice> pcmTimeChoices() {
-    return kPcmTimes;
-}
-
-std::span<const EuChoice> algorithmChoices() {
-    return kAlgorithms;
-}
-
-std::span<const EuChoice> voiceEncodings() {
-    return kVoiceEncodings;
-}
-
-std::optional<DetailWindow> detailWindow(std::string_view type, int edition, bool plot) {
-    for (auto window : kWindows) {
-        if (edition >= window.from && startsWithIgnoreCase(type, window.type)) {
-            if (plot && window.type == "PRS") {
-                window.resource = "PairSetsPlot";
-            }
-            return window;
-        }
-    }
-    return std::nullopt;
-}
-
-std::string_view detailButtonText(bool shown) {
-    return shown ? "Hide Conversion Details" : "Show Conversion Details";
-}
-
 std::string typeText(std::string_view stored, int edition) {
     const auto type = trimTrailingBlanks(stored);
-    for (const auto& choice : conversionTypes()) {
+    for (const auto& choice : kConversionTypes) {
         if (!type.empty() && edition >= choice.from && edition <= choice.until &&
             equalsIgnoreCase(storedType(choice.text), type)) {
             return std::string(choice.text);
@@ -264,14 +241,6 @@ std::string shownType(const ProfileFile& file, std::string_view section, int edi
         }
     }
     return type;
-}
-
-std::string coefficientTerm(int term) {
-    return formatPrintf("C(%d)", term);
-}
-
-std::string coefficientPrompt(int term) {
-    return formatPrintf("Enter Coefficient 'C(%d)'", term);
 }
 
 bool isBitWeight(std::string_view text) {

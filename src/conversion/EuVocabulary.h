@@ -3,49 +3,55 @@
 #pragma once
 
 #include "core/Edition.h"
+#include "core/Vocabulary.h"
 
-#include <array>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace kavu {
 
 class ProfileFile;
 
-/// One field of a page; the code is its key in the record.
-struct EuField {
-    std::string_view label;
-    std::string_view code;
-    int limit = 0;  ///< characters; 0 is none
+/// A list of a record: the code of its count and one column for each code of a row.
+struct EuList {
+    std::string_view countCode{};
+    std::string_view title{};
+    std::span<const Field> columns{};
+    int mostRows = 0;      ///< what the digits of the count can say
+    int mostRows1996 = 0;  ///< 0: the same
+    int firstEdition = 0;
+    /// Asks for the one value of a row; without it a row has a dialog of its own.
+    std::string_view prompt{};
+
+    [[nodiscard]] constexpr bool isIn(int edition) const { return edition >= firstEdition; }
+    [[nodiscard]] constexpr int rowsIn(int edition) const {
+        return edition <= 1996 && mostRows1996 > 0 ? mostRows1996 : mostRows;
+    }
 };
 
+/// A page of the sheet: fields or one list.
 struct EuPage {
-    std::string_view resource;
-    std::string_view title;
-    std::span<const EuField> fields;
-    /// Codes of the columns of the page's list, with their limits.
-    std::span<const EuField> columns;
-    std::string_view countCode;  ///< of the list
-    int listFrom = 0;            ///< first edition of the list
+    const char* resource = nullptr;
+    std::string_view title{};
+    std::span<const Field> fields{};
+    const EuList* list = nullptr;
 };
 /// The eight pages in order.
 [[nodiscard]] std::span<const EuPage> euPages();
+/// The field of a page or a detail window. REQUIRES: there is one.
+[[nodiscard]] const Field& euField(std::string_view code);
+/// The weights of the bits, which are edited in a window of their own.
+[[nodiscard]] const EuList& bitWeightList();
+/// Rows that are no numbered list before this edition: one value of each column.
+inline constexpr int kFirstEditionOfAmbientList = 1999;
 
 /// "Data Conversion Attributes: %s"
 [[nodiscard]] std::string euSheetTitle(std::string_view measurement);
 
-/// The entries of the classification. What is stored stands in front of the first blank.
-[[nodiscard]] std::vector<std::string_view> classificationList(int edition);
-/// What is stored for an entry: the text up to its first blank.
+/// What is stored for an entry of the classification: the text up to its first blank.
 [[nodiscard]] std::string_view storedClassification(std::string_view text);
-/// The entry of a stored value, or -1.
-[[nodiscard]] int classificationIndex(std::span<const std::string_view> list,
-                                      std::string_view stored);
-
-[[nodiscard]] std::span<const std::string_view> linkTypeList();
 
 struct FloatingPointFormat {
     std::string_view text;
@@ -53,22 +59,14 @@ struct FloatingPointFormat {
 };
 [[nodiscard]] std::span<const FloatingPointFormat> floatingPointFormats();
 
-/// An entry whose stored value is not the front of its text.
-struct EuChoice {
-    std::string_view value;
-    std::string_view text;
-};
-[[nodiscard]] std::span<const EuChoice> busTimeChoices();    ///< "BTM"
-[[nodiscard]] std::span<const EuChoice> pcmTimeChoices();    ///< "PTM"
-[[nodiscard]] std::span<const EuChoice> algorithmChoices();  ///< "DPAT"
-[[nodiscard]] std::span<const EuChoice> voiceEncodings();    ///< "VOI\E"
-
 /// The detail window of a conversion type.
 struct DetailWindow {
-    std::string_view type;
-    std::string_view resource;
-    std::string_view title;  ///< empty: the window's own
-    int from = 0;            ///< first edition
+    std::string_view type{};
+    const char* resource = nullptr;
+    std::string_view title{};
+    int from = 0;  ///< first edition
+    std::span<const Field> fields{};
+    std::span<const EuList> lists{};
 };
 /// Nothing for a type without a window, and for one that the edition does not know. With
 /// `plot` pair sets have the window with their plot.
@@ -97,17 +95,13 @@ inline constexpr std::string_view kDefaultsNote =
     "Note: If you select \"Coefficients\" as the default conversion type, coefficients with the "
     "values 1.0 for gain, and 0.0 for offset will be created. If you select any other conversion "
     "type as the default, no EU values will be created for that conversion type.";
+inline constexpr std::string_view kImport = "Import EU Values";
 inline constexpr std::string_view kImportPrompt =
     "Replace this measurement's EU values, with the values from existing measurement:";
 inline constexpr std::string_view kAllMeasurements = "All Measurements";
 inline constexpr std::string_view kDeleteBitWeight = "Delete Bit Weight Definition";
 inline constexpr std::string_view kDeleteCommentString = "Delete EU Comment String";
 inline constexpr std::string_view kFloatingPointTypes = "Defined Floating Point Types";
-inline constexpr std::string_view kEnterIndicators = "Enter Number Of Indicators";
-inline constexpr std::string_view kEnterMeasurand = "Enter Measurand Name";
-inline constexpr std::string_view kEnterConstant = "Enter Constant Name";
-inline constexpr std::string_view kBitNumber = "Bit Number";
-inline constexpr std::string_view kBitValue = "Bit Value (Enter 'S' for sign bit)";
 inline constexpr std::string_view kEnterZero = "Enter New Zero Value";
 inline constexpr std::string_view kEnterCal = "Enter New 'Cal' Value";
 }  // namespace eutext

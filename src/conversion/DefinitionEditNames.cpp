@@ -1,0 +1,83 @@
+// What the tree of the document does to a record: delete it, give it another name.
+#include "conversion/ConversionFields.h"
+#include "conversion/ConversionStore.h"
+#include "conversion/DefinitionEdit.h"
+#include "core/Messages.h"
+#include "core/Text.h"
+#include "core/TmatsDocument.h"
+
+namespace kavu {
+
+namespace {
+
+constexpr int kDeleteRecord = 118;
+constexpr int kEnterNameFirst = 326;
+constexpr int kNoSemicolon = 402;
+constexpr int kRenameRecord = 436;
+
+/// Why a record can not have a name is told.
+bool canBeNamed(DocumentContext& context, ConversionStore& store, UserInterface* parent,
+                const std::string& name, const std::string& present) {
+    const auto refuse = [&](int id) {
+        context.messages.show(parent, id, title::kError, kErrorBox);
+        return false;
+    };
+    if (name.empty()) {
+        return refuse(kEnterNameFirst);
+    }
+    if (name.find(';') != std::string::npos) {
+        return refuse(kNoSemicolon);
+    }
+    const auto other = store.locateDefinition(name);
+    // Sections are found whatever the case: two that differ in it would be one.
+    const bool taken = other.found && !equalsIgnoreCase(other.section, present);
+    if (taken || !ProfileFile::canBeSection(name) || name.size() > kLongestMeasurementName) {
+        showBox(parent,
+                taken ? formatPrintf("Another data conversion record is named '%s'. Please select "
+                                     "another name.",
+                                     other.section)
+                      : formatPrintf("A data conversion record can not be named '%s'.", name),
+                std::string(loadText(title::kError).value_or("")));
+        return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+bool deleteDefinitionAsked(DocumentContext& context, ConversionStore& store, UserInterface* parent,
+                           const std::string& name) {
+    if (context.messages.show(parent, -kDeleteRecord, title::kDeleteEntry, kYesNoBox, name) !=
+            Button::Yes ||
+        !store.deleteDefinition(parent, name)) {
+        return false;
+    }
+    context.document.changed = true;
+    return true;
+}
+
+std::optional<std::string> renameDefinitionAsked(DocumentContext& context, ConversionStore& store,
+                                                 UserInterface* parent, const std::string& name) {
+    if (parent == nullptr ||
+        context.messages.show(parent, -kRenameRecord, title::kNote, kYesNoBox) != Button::Yes) {
+        return std::nullopt;
+    }
+    const auto present = store.locateDefinition(name);
+    TextPrompt prompt{"Rename Measurement", "Enter New Measurement Name", present.section,
+                      kLongestMeasurementName};
+    while (const auto entered = parent->enterText(prompt)) {
+        const std::string wanted(trim(*entered));
+        if (canBeNamed(context, store, parent, wanted, present.section)) {
+            if (wanted == present.section ||
+                !store.renameDefinition(parent, wanted, present.section)) {
+                return std::nullopt;
+            }
+            context.document.changed = true;
+            return wanted;
+        }
+        prompt.initial = wanted;
+    }
+    return std::nullopt;
+}
+
+}  // namespace kavu

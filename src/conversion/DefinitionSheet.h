@@ -1,0 +1,47 @@
+// What the sheet of a conversion record and its detail window show, as values, and how what the
+// user made of them goes into the working copy: only what was changed, so that a record
+// keeps the bytes of its file.
+#pragma once
+
+#include "conversion/EuVocabulary.h"
+
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kavu {
+
+class DefinitionEdit;
+class UserInterface;
+
+struct DefinitionValues {
+    using Fields = std::map<std::string, std::string, std::less<>>;
+    using Rows = std::vector<std::vector<std::string>>;
+
+    Fields fields;                                   ///< by code; one without a value is left out
+    std::map<std::string, Rows, std::less<>> lists;  ///< by the code of their count
+
+    [[nodiscard]] std::string field(std::string_view code) const;
+    [[nodiscard]] bool operator==(const DefinitionValues&) const = default;
+};
+
+/// The pages: their fields with the comment and the type that the record shows, their lists,
+/// the weights of the bits. Before 106-99 the one ambient value is the row of its list.
+[[nodiscard]] DefinitionValues readPages(const DefinitionEdit& edit);
+/// Stores what differs from the working copy. In 106-96 a type leaves only its own voice or video
+/// fields, because the record tells the type by them. False if a file failed, which is reported.
+bool storePages(DefinitionEdit& edit, UserInterface* parent, const DefinitionValues& now);
+
+/// The same for the window of a type, except pair sets, which are kept by their own page.
+[[nodiscard]] DefinitionValues readDetail(const DefinitionEdit& edit, const DetailWindow& window);
+bool storeDetail(DefinitionEdit& edit, UserInterface* parent, const DetailWindow& window,
+                 const DefinitionValues& now);
+
+/// Stores, of the values of the pages, those that a curve is fitted with and drawn from, so that
+/// a fit follows them while the sheet is up. `changed` tells whether any differed.
+bool storeFitFields(DefinitionEdit& edit, UserInterface* parent, const DefinitionValues& now,
+                    bool& changed);
+
+}  // namespace kavu
