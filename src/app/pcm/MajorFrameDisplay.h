@@ -4,9 +4,16 @@
 
 #include "app/framework/FormContext.h"
 
+#include <functional>
+#include <memory>
+
+class QWidget;
+
 namespace kavu {
 
+class FrameGridAreas;
 class PcmFormat;
+class ScreenshotList;
 struct DocumentContext;
 struct PcmFormSteps;
 
@@ -14,6 +21,14 @@ struct PcmFormSteps;
 /// Message 224 (more words than the display can show), and 225 if the window can not be made.
 /// Nothing happens while no stream is loaded.
 bool showMajorFrameDisplay(FormContext& form, DocumentContext& document, PcmFormat& format,
-                           PcmFormSteps& steps);
+                           PcmFormSteps& steps, QWidget* window = nullptr);
+
+/// The same with another maker of the drawing areas, which gives nothing if they can not be
+/// had.
+bool showMajorFrameDisplay(
+    FormContext& form, PcmFormat& format, PcmFormSteps& steps, QWidget* window,
+    const std::function<std::unique_ptr<FrameGridAreas>(const PcmFormat&, QWidget*)>& makeAreas);
+
+void addDisplayScreenshots(ScreenshotList& list);
 
 }  // namespace kavu

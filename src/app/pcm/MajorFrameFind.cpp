@@ -1,0 +1,94 @@
+#include "app/pcm/MajorFrameFind.h"
+
+#include "app/framework/Look.h"
+#include "app/framework/QtText.h"
+
+#include <utility>
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+namespace kavu {
+
+MajorFrameFind::MajorFrameFind(Rows rows, std::function<FramePlace()> present, QWidget* parent)
+    : QWidget(parent), rows_(std::move(rows)), present_(std::move(present)) {
+    setObjectName(QStringLiteral("findBar"));
+    text_ = new QLineEdit(this);
+    text_->setObjectName(QStringLiteral("findText"));
+    text_->setMaximumWidth(look::charactersWide(*this, 34));
+    text_->installEventFilter(this);
+    auto* const layout = new QHBoxLayout(this);
+    look::arrangePart(*layout, *this);
+    layout->addWidget(look::addLabel(QStringLiteral("Find:"), *text_));
+    layout->addWidget(text_, 1);
+    const auto addButton = [&](const char* name, const QString& text, const QString& icon) {
+        auto* const button = look::makeButton(name, text, icon, this);
+        button->setAutoDefault(false);
+        button->setFocusPolicy(Qt::ClickFocus);
+        layout->addWidget(button);
+        return button;
+    };
+    connect(addButton("findPrevious", QStringLiteral("Previous"), QStringLiteral("up")),
+            &QPushButton::clicked, this, [this] { find(false); });
+    connect(addButton("findNext", QStringLiteral("Next"), QStringLiteral("down")),
+            &QPushButton::clicked, this, [this] { find(true); });
+    result_ = new QLabel(this);
+    result_->setObjectName(QStringLiteral("findResult"));
+    result_->setTextFormat(Qt::PlainText);
+    layout->addWidget(result_);
+    layout->addStretch(1);
+    text_->setFocusPolicy(Qt::ClickFocus);
+    connect(text_, &QLineEdit::textEdited, this, [this] { search(true, true); });
+    hide();
+}
+
+void MajorFrameFind::begin() {
+    show();
+    text_->setFocus(Qt::ShortcutFocusReason);
+    text_->selectAll();
+}
+
+void MajorFrameFind::find(bool forward) {
+    if (text_->text().isEmpty()) {
+        begin();
+    } else {
+        search(false, forward);
+    }
+}
+
+void MajorFrameFind::search(bool includeHere, bool forward) {
+    const auto& rows = rows_();
+    const auto hits = findRows(rows, toBytes(text_->text()));
+    const auto hit = nextHit(rows, hits, present_(), includeHere, forward);
+    if (hit) {
+        result_->setText(QStringLiteral("%1 of %2: %3")
+                             .arg(*hit + 1)
+                             .arg(hits.size())
+                             .arg(toQString(rows[hits[*hit]].name)));
+        emit found(rows[hits[*hit]].first);
+    } else {
+        result_->setText(text_->text().isEmpty() ? QString()
+                                                 : QStringLiteral("No measurement of this name"));
+    }
+}
+
+bool MajorFrameFind::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == text_ && event->type() == QEvent::KeyPress) {
+        const auto* const press = static_cast<QKeyEvent*>(event);
+        if (press->key() == Qt::Key_Escape) {
+            hide();
+            emit ended();
+            return true;
+        }
+        if (press->key() == Qt::Key_Return || press->key() == Qt::Key_Enter) {
+            find((press->modifiers() & Qt::ShiftModifier) == 0);
+            return true;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+}  // namespace kavu

@@ -1,0 +1,42 @@
+// Finding measurements in the grid while one types, with next and previous.
+#pragma once
+
+#include "pcm/FrameDisplaySearch.h"
+
+#include <functional>
+
+#include <QWidget>
+
+class QLabel;
+class QLineEdit;
+
+namespace kavu {
+
+class MajorFrameFind : public QWidget {
+    Q_OBJECT
+  public:
+    using Rows = std::function<const std::vector<MeasurementRow>&()>;
+    /// `rows` gives the measurements of the stream as it is, `present` the selected cell.
+    MajorFrameFind(Rows rows, std::function<FramePlace()> present, QWidget* parent);
+
+    /// Shows the bar and gives it the keyboard.
+    void begin();
+    void find(bool forward);
+
+  signals:
+    void found(FramePlace at);
+    void ended();
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    void search(bool includeHere, bool forward);
+
+    Rows rows_;
+    std::function<FramePlace()> present_;
+    QLineEdit* text_ = nullptr;
+    QLabel* result_ = nullptr;
+};
+
+}  // namespace kavu

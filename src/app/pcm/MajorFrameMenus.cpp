@@ -1,0 +1,221 @@
+#include "app/framework/QtText.h"
+#include "app/pcm/MajorFrameFind.h"
+#include "app/pcm/MajorFrameWindow.h"
+#include "app/pcm/MeasurementList.h"
+#include "core/ProfileSettings.h"
+#include "groups/MeasurementNames.h"
+#include "pcm/FrameEditFilter.h"
+
+#include <QAction>
+#include <QActionGroup>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+
+namespace kavu {
+
+namespace {
+
+constexpr int kTaggedSince = 2011;
+constexpr const char* kNotThere = "Not available in this program";
+
+}  // namespace
+
+QAction* MajorFrameWindow::addEntry(QMenu& menu, const char* name, const QString& text,
+                                    const std::function<void()>& run, const QKeySequence& keys) {
+    auto* const action = menu.addAction(text);
+    action->setObjectName(QLatin1String(name));
+    action->setShortcut(keys);
+    connect(action, &QAction::triggered, this, [run] { run(); });
+    return action;
+}
+
+QAction* MajorFrameWindow::addStep(QMenu& menu, const char* name, const QString& text,
+                                   const PcmFormSteps::Edit& step) {
+    auto* const action = addEntry(menu, name, text, [this, &step] { runEdit(step); });
+    action->setEnabled(static_cast<bool>(step));
+    if (!step) {
+        action->setToolTip(QLatin1String(kNotThere));
+    }
+    return action;
+}
+
+void MajorFrameWindow::addPair(QMenu& menu, const char* name, const QString& on, const QString& off,
+                               bool isOn, const std::function<void(bool)>& change) {
+    auto* const group = new QActionGroup(this);
+    group->setObjectName(QLatin1String(name));
+    for (const bool value : {true, false}) {
+        auto* const action = menu.addAction(value ? on : off);
+        action->setObjectName(QLatin1String(name) +
+                              (value ? QStringLiteral("On") : QStringLiteral("Off")));
+        action->setCheckable(true);
+        action->setChecked(value == isOn);
+        group->addAction(action);
+        connect(action, &QAction::triggered, this, [change, value] { change(value); });
+    }
+}
+
+QMenu* MajorFrameWindow::makeEditMenu() {
+    auto* const menu = menus_->addMenu(QStringLiteral("&Edit"));
+    undoAction_ = addEntry(
+        *menu, "undo", QStringLiteral("&Undo"), [this] { undo(); }, QKeySequence::Undo);
+    redoAction_ = addEntry(
+        *menu, "redo", QStringLiteral("&Redo"), [this] { redo(); }, QKeySequence::Redo);
+    copyAction_ = addEntry(
+        *menu, "copy", QStringLiteral("&Copy"), [this] { copyBlock(); }, QKeySequence::Copy);
+    menu->addSeparator();
+    editAction_ = addEntry(*menu, "editCell", QStringLiteral("&Edit Data Word..."), [this] {
+        const auto at = areas_->view().selected();
+        editCell(at.word, at.frame);
+    });
+    deleteAction_ = addEntry(
+        *menu, "deleteCell", QStringLiteral("&Delete..."), [this] { deleteCell(); },
+        QKeySequence::Delete);
+    menu->addSeparator();
+    addStep(*menu, "generate", QStringLiteral("&Initialize Undefined Measurements..."),
+            steps_.generateDataWords);
+    addStep(*menu, "sectionComment", QStringLiteral("Measurement &Section Comment Field..."),
+            steps_.editSectionComment);
+    if (hasFilterList(format_)) {
+        addStep(*menu, "filterList",
+                QStringLiteral("Measurement Selected &Filter/Overwrite List..."),
+                steps_.editFilterList);
+    }
+    if (format_.edition() >= kTaggedSince) {
+        addStep(*menu, "taggedData", QStringLiteral("&Tagged Data Definitions..."),
+                steps_.editTaggedData);
+    }
+    addStep(*menu, "conversions", QStringLiteral("Data C&onversion Information..."),
+            steps_.editConversions);
+    menu->addSeparator();
+    addStep(*menu, "insertFwps", QStringLiteral("I&nsert New FWPs..."), steps_.insertFwps);
+    addStep(*menu, "deleteFwps", QStringLiteral("De&lete FWPs..."), steps_.deleteFwps);
+    addStep(*menu, "moveFwps", QStringLiteral("&Move FWPs..."), steps_.moveFwps);
+    return menu;
+}
+
+void MajorFrameWindow::makeSearchMenu() {
+    auto* const menu = menus_->addMenu(QStringLiteral("&Search"));
+    addEntry(
+        *menu, "find", QStringLiteral("&Find..."), [this] { find_->begin(); }, QKeySequence::Find);
+    addEntry(
+        *menu, "findNextEntry", QStringLiteral("Find &Next"), [this] { find_->find(true); },
+        QKeySequence(Qt::Key_F3));
+    addEntry(
+        *menu, "findPreviousEntry", QStringLiteral("Find &Previous"),
+        [this] { find_->find(false); }, QKeySequence(Qt::SHIFT | Qt::Key_F3));
+    menu->addSeparator();
+    addEntry(
+        *menu, "goTo", QStringLiteral("&Go To FWP/FN"),
+        [this] {
+            fwp_->setFocus(Qt::ShortcutFocusReason);
+            fwp_->selectAll();
+        },
+        QKeySequence(Qt::CTRL | Qt::Key_G));
+    addEntry(*menu, "goToMeasurement", QStringLiteral("Go To &Measurement Name..."),
+             [this] { goToMeasurement(); });
+    addEntry(*menu, "goToSubframe", QStringLiteral("Go To &Subframe Name..."),
+             [this] { goToSubframe(); });
+    menu->addSeparator();
+    addEntry(
+        *menu, "goToList", QStringLiteral("&List of Measurements"),
+        [this] { list_->focusFilter(); }, QKeySequence(Qt::CTRL | Qt::Key_L));
+}
+
+void MajorFrameWindow::makeViewMenu() {
+    auto* const menu = menus_->addMenu(QStringLiteral("&View"));
+    for (const int percent : {25, 50, 75, 100}) {
+        addEntry(*menu, qPrintable(QStringLiteral("zoom%1").arg(percent)),
+                 QStringLiteral("%1%").arg(percent),
+                 [this, percent] { setCellWidth(widthOfPercent(percent)); });
+    }
+    addEntry(
+        *menu, "zoomIn", QStringLiteral("Zoom &In By 10%"),
+        [this] { setCellWidth(areas_->view().cellWidth() + kZoomStep); }, QKeySequence::ZoomIn);
+    addEntry(
+        *menu, "zoomOut", QStringLiteral("Zoom &Out By 10%"),
+        [this] { setCellWidth(areas_->view().cellWidth() - kZoomStep); }, QKeySequence::ZoomOut);
+    menu->addSeparator();
+    auto& display = areas_->display();
+    addPair(
+        *menu, "highlightEu", QStringLiteral("&Highlight Measurement Names With EU Definitions"),
+        QStringLiteral("&Don't Highlight Measurement Names"), display.highlightEu, [this](bool on) {
+            areas_->display().highlightEu = on;
+            form_.settings.writeInteger("HLMesWEU", on ? 1 : 0);
+            areas_->refresh();
+        });
+    menu->addSeparator();
+    addPair(*menu, "depthOnly", QStringLiteral("Only Show Cells &To Depth Of Word Location"),
+            QStringLiteral("Show &All Cells In Major Frame"), !display.showAllCells,
+            [this](bool on) {
+                areas_->display().showAllCells = !on;
+                form_.settings.writeInteger("ShowAllCells", on ? 0 : 1);
+                areas_->refresh();
+                showSelection();
+            });
+}
+
+void MajorFrameWindow::makeDatabaseMenu() {
+    auto* const menu = menus_->addMenu(QStringLiteral("&Database"));
+    menu->setObjectName(QStringLiteral("databaseMenu"));
+    menu->menuAction()->setEnabled(!steps_.databaseEntries.empty());
+    databaseAction_ = addEntry(*menu, "viewDatabase", QStringLiteral("&View Measurement Database"),
+                               [this] { showDatabase(databaseAction_->isChecked()); });
+    databaseAction_->setCheckable(true);
+    databaseAction_->setEnabled(static_cast<bool>(steps_.makeDatabasePane));
+    for (std::size_t i = 0; i < steps_.databaseEntries.size(); ++i) {
+        const auto& entry = steps_.databaseEntries[i];
+        addStep(*menu, qPrintable(QStringLiteral("database%1").arg(i)), toQString(entry.text),
+                entry.run);
+    }
+    if (!steps_.databaseEntries.empty() && steps_.makeDatabasePane &&
+        form_.settings.profileInteger("ViewMdb", "Enabled", 0) != 0) {
+        databaseAction_->setChecked(true);
+        showDatabase(true);
+    }
+}
+
+void MajorFrameWindow::makeOptionsMenu() {
+    auto* const reports = menus_->addMenu(QStringLiteral("&Reports"));
+    addStep(*reports, "reports", QStringLiteral("&Generate Reports..."), steps_.generateReports);
+    auto* const menu = menus_->addMenu(QStringLiteral("&Options"));
+    if (format_.edition() < kTaggedSince) {
+        addStep(*menu, "definitionMode", QStringLiteral("&Measurement Definition Options..."),
+                steps_.chooseDefinitionMode);
+        menu->addSeparator();
+    }
+    const auto* const names = steps_.edit.names;
+    addPair(*menu, "sameNames",
+            QStringLiteral("&Allow the same measurement name in different streams"),
+            QStringLiteral("Do &not allow the same measurement name in different streams"),
+            names == nullptr || !names->checking(), [this](bool allow) { allowSameNames(allow); });
+    findChild<QActionGroup*>(QStringLiteral("sameNames"))->setEnabled(names != nullptr);
+    reports->setToolTipsVisible(true);
+    menu->setToolTipsVisible(true);
+    auto* const help = menus_->addMenu(QStringLiteral("&Help"));
+    auto* const topic = addEntry(*help, "displayHelp", QStringLiteral("&PCM Format Display"),
+                                 [this] { form_.help(toBytes(objectName())); });
+    topic->setEnabled(static_cast<bool>(form_.help));
+}
+
+void MajorFrameWindow::makeMenus() {
+    placeMenu_ = makeEditMenu();
+    placeMenu_->setToolTipsVisible(true);
+    makeSearchMenu();
+    makeViewMenu();
+    makeDatabaseMenu();
+    makeOptionsMenu();
+    updateMenus();
+}
+
+void MajorFrameWindow::updateMenus() {
+    const auto at = areas_->view().selected();
+    undoAction_->setEnabled(undo_.canUndo());
+    redoAction_->setEnabled(undo_.canRedo());
+    copyAction_->setEnabled(static_cast<bool>(at));
+    editAction_->setEnabled(static_cast<bool>(at));
+    deleteAction_->setEnabled(
+        at && (!areas_->display().measurementsAt(at).empty() || areas_->display().asyncAt(at) > 0));
+}
+
+}  // namespace kavu

@@ -1,0 +1,301 @@
+#include "app/pcm/MajorFrameWindow.h"
+
+#include "app/framework/Look.h"
+#include "app/framework/QtText.h"
+#include "app/pcm/MajorFrameFind.h"
+#include "app/pcm/MeasurementList.h"
+#include "conversion/ConversionStore.h"
+#include "core/ProfileSettings.h"
+#include "core/Text.h"
+#include "core/UserInterface.h"
+
+#include <algorithm>
+
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QScreen>
+#include <QSlider>
+#include <QSplitter>
+#include <QVBoxLayout>
+
+namespace kavu {
+
+namespace {
+
+constexpr int kGoToLimit = 11;  ///< two numbers and a blank
+
+std::string upperCase(std::string_view text) {
+    std::string upper(text);
+    std::transform(upper.begin(), upper.end(), upper.begin(), toUpperAscii);
+    return upper;
+}
+
+}  // namespace
+
+MajorFrameWindow::MajorFrameWindow(FormContext& form, PcmFormat& format, PcmFormSteps& steps,
+                                   const MakeAreas& makeAreas, QWidget* parent)
+    : QDialog(parent), form_(form), format_(format), steps_(steps), undo_(format) {
+    setObjectName(QStringLiteral("MajorFrameDisplay"));
+    setWindowTitle(QStringLiteral("PCM Format Display - Data Link: ") +
+                   toQString(format.streamName));
+    setWindowFlags(windowFlags() | Qt::WindowMinMaxButtonsHint);
+    auto areas = makeAreas(format, this);
+    if (areas == nullptr) {
+        return;
+    }
+    areas_ = areas.release();
+    auto& display = areas_->display();
+    display.showAllCells = form.settings.integer("ShowAllCells", 0) != 0;
+    display.highlightEu = form.settings.integer("HLMesWEU", 0) != 0;
+    display.hasConversion = [this](std::string_view name) {
+        return conversions_.contains(upperCase(name));
+    };
+    display.conversionText = [this](std::string_view name) {
+        const auto type = conversionValue(name, "DCT");
+        return type.empty() ? type : "conversion " + type;
+    };
+    readConversions();
+    arrange();
+    makeMenus();
+    connectParts();
+    areas_->setCellWidth(form.settings.integer("PCMScroll", kUsualCellWidth));
+    showZoom();
+    showSelection();
+    restorePlace();
+    areas_->grid().setFocus();
+}
+
+// --- parts ------------------------------------------------------------------------------------
+
+QLineEdit* MajorFrameWindow::makeGoTo(const char* name, const QString& text) {
+    auto* const field = new QLineEdit(text, this);
+    field->setObjectName(QLatin1String(name));
+    field->setMaxLength(kGoToLimit);
+    field->setFixedWidth(look::charactersWide(*this, 12));
+    connect(field, &QLineEdit::returnPressed, this, [this, field] {
+        if (!goToText(*field)) {
+            form_.ui.beep();
+        }
+        field->selectAll();
+    });
+    return field;
+}
+
+QWidget* MajorFrameWindow::makeZoom() {
+    auto* const part = new QWidget(this);
+    zoom_ = new QSlider(Qt::Horizontal, part);
+    zoom_->setObjectName(QStringLiteral("zoomBar"));
+    zoom_->setRange(kLeastCellWidth, kMostCellWidth);
+    zoom_->setSingleStep(1);
+    zoom_->setPageStep(kZoomStep);
+    zoom_->setMinimumWidth(look::charactersWide(*this, 24));
+    percent_ = new QLabel(part);
+    percent_->setObjectName(QStringLiteral("zoomPercent"));
+    percent_->setTextFormat(Qt::PlainText);
+    percent_->setMinimumWidth(look::charactersWide(*this, 6));
+    auto* const layout = new QHBoxLayout(part);
+    look::arrangePart(*layout, *this);
+    layout->addWidget(look::addLabel(QStringLiteral("&Zoom:"), *zoom_));
+    layout->addWidget(zoom_);
+    layout->addWidget(percent_);
+    return part;
+}
+
+QWidget* MajorFrameWindow::makeFoot() {
+    auto* const foot = new QWidget(this);
+    fwp_ = makeGoTo("goToFwp", QStringLiteral("0"));
+    fn_ = makeGoTo("goToFn", QStringLiteral("1"));
+    auto* const layout = new QHBoxLayout(foot);
+    look::arrangePart(*layout, *this);
+    layout->addWidget(look::addLabel(QStringLiteral("Enter F&WP (or \"fwp fn\")"), *fwp_));
+    layout->addWidget(fwp_);
+    layout->addWidget(look::addLabel(QStringLiteral("Enter F&N (or \"fwp fn\")"), *fn_));
+    layout->addWidget(fn_);
+    layout->addSpacing(look::unit(*this) * 2);
+    layout->addWidget(makeZoom());
+    layout->addStretch(1);
+    close_ = look::makeButton("close", QStringLiteral("&Close"), {}, foot);
+    help_ = look::makeButton("help", QStringLiteral("Help"), {}, foot);
+    help_->setEnabled(static_cast<bool>(form_.help));
+    for (auto* const button : {close_, help_}) {
+        // Return belongs to the grid and the fields.
+        button->setAutoDefault(false);
+        layout->addWidget(button);
+    }
+    return foot;
+}
+
+void MajorFrameWindow::arrange() {
+    list_ = new MeasurementList(
+        format_, [this](std::string_view name) { return conversionValue(name, "MN3"); }, this);
+    find_ = new MajorFrameFind(
+        [this]() -> const auto& { return list_->rows(); },
+        [this] { return areas_->view().selected(); }, this);
+    status_ = new QLabel(this);
+    status_->setObjectName(QStringLiteral("cellStatus"));
+    status_->setTextFormat(Qt::PlainText);
+    status_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    splitter_ = new QSplitter(Qt::Horizontal, this);
+    splitter_->setObjectName(QStringLiteral("displaySplitter"));
+    splitter_->addWidget(areas_);
+    splitter_->addWidget(list_);
+    splitter_->setStretchFactor(0, 1);
+    splitter_->setCollapsible(0, false);
+    menus_ = new QMenuBar(this);
+    auto* const body = new QWidget(this);
+    auto* const inner = new QVBoxLayout(body);
+    look::arrangeWindow(*inner, *this);
+    inner->addWidget(splitter_, 1);
+    inner->addWidget(find_);
+    inner->addWidget(status_);
+    inner->addWidget(makeFoot());
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->setMenuBar(menus_);
+    layout->addWidget(body, 1);
+    auto* before = static_cast<QWidget*>(&areas_->grid());
+    for (QWidget* const part :
+         {static_cast<QWidget*>(fwp_), static_cast<QWidget*>(fn_), static_cast<QWidget*>(zoom_),
+          static_cast<QWidget*>(close_), static_cast<QWidget*>(help_)}) {
+        setTabOrder(before, part);
+        before = part;
+    }
+}
+
+void MajorFrameWindow::connectParts() {
+    auto& grid = areas_->grid();
+    connect(zoom_, &QSlider::valueChanged, this, &MajorFrameWindow::setCellWidth);
+    connect(areas_, &FrameGridAreas::zoomed, this, &MajorFrameWindow::showZoom);
+    connect(areas_, &FrameGridAreas::selectionMoved, this, &MajorFrameWindow::showSelection);
+    connect(&grid, &FrameGrid::editRequested, this, [this] {
+        const auto at = areas_->view().selected();
+        if (at) {
+            editCell(at.word, at.frame);
+        }
+    });
+    connect(&grid, &FrameGrid::menuRequested, this,
+            [this](const QPoint& point) { placeMenu_->popup(point); });
+    const auto go = [this](FramePlace at) { areas_->goToCell(at.word, at.frame); };
+    connect(list_, &MeasurementList::goToRequested, this, go);
+    connect(find_, &MajorFrameFind::found, this, go);
+    const auto back = [this] { areas_->grid().setFocus(); };
+    connect(list_, &MeasurementList::left, this, back);
+    connect(find_, &MajorFrameFind::ended, this, back);
+    connect(close_, &QPushButton::clicked, this, &QDialog::accept);
+    connect(help_, &QPushButton::clicked, this, [this] { form_.help(toBytes(objectName())); });
+}
+
+// --- what is shown ----------------------------------------------------------------------------
+
+void MajorFrameWindow::setCellWidth(int width) {
+    areas_->setCellWidth(width);
+}
+
+void MajorFrameWindow::showZoom() {
+    const int width = areas_->view().cellWidth();
+    zoom_->setValue(width);
+    percent_->setText(toQString(zoomPercent(width)) + QStringLiteral("%"));
+}
+
+void MajorFrameWindow::showSelection() {
+    const auto at = areas_->view().selected();
+    if (at) {
+        fwp_->setText(QString::number(at.word));
+        fn_->setText(QString::number(at.frame));
+    }
+    auto text = toQString(areas_->display().tipText(at));
+    text.replace(QLatin1Char('\n'), QStringLiteral("  |  "));
+    status_->setText(at ? text : QStringLiteral("No cell is selected"));
+    updateMenus();
+}
+
+bool MajorFrameWindow::goToText(const QLineEdit& field) {
+    const FramePlace present{fwp_->text().toInt(), fn_->text().toInt()};
+    const auto to = parseGoTo(toBytes(field.text()), &field == fwp_, present);
+    if (!to || !areas_->goToCell(to->word, to->frame)) {
+        showSelection();
+        return false;
+    }
+    return true;
+}
+
+// --- conversions ------------------------------------------------------------------------------
+
+void MajorFrameWindow::readConversions() {
+    conversions_.clear();
+    if (steps_.conversions == nullptr) {
+        return;
+    }
+    for (const auto& name :
+         steps_.conversions->definitionNames(-1).value_or(std::vector<std::string>())) {
+        conversions_.insert(upperCase(name));
+    }
+}
+
+std::string MajorFrameWindow::conversionValue(std::string_view name, std::string_view key) const {
+    if (steps_.conversions == nullptr || !conversions_.contains(upperCase(name))) {
+        return {};
+    }
+    const auto place = steps_.conversions->locateDefinition(name);
+    if (!place.found) {
+        return {};
+    }
+    const auto chunk = steps_.conversions->chunk(place.chunk);
+    return chunk == nullptr ? std::string() : chunk->value(place.section, key, {});
+}
+
+// --- begin and end ----------------------------------------------------------------------------
+
+void MajorFrameWindow::restorePlace() {
+    const auto& settings = form_.settings;
+    const QPoint corner(settings.integer("PCMx", -1), settings.integer("PCMy", -1));
+    const QSize size(settings.integer("PCMdx", -1), settings.integer("PCMdy", -1));
+    if (corner == QPoint(-1, -1)) {
+        resize(sizeHint().boundedTo(look::roomOnScreen(*this)));
+        return;
+    }
+    const auto* const screen = QGuiApplication::screenAt(corner);
+    const auto* const place = screen != nullptr ? screen : QGuiApplication::primaryScreen();
+    const QRect room = place == nullptr ? QRect(0, 0, 1024, 768) : place->availableGeometry();
+    resize((size.width() >= 1 && size.height() >= 1 ? size : sizeHint()).boundedTo(room.size()));
+    // A screen that was taken away since must not keep the window.
+    move(std::clamp(corner.x(), room.left(), std::max(room.left(), room.right() - width())),
+         std::clamp(corner.y(), room.top(), std::max(room.top(), room.bottom() - height())));
+}
+
+void MajorFrameWindow::storePlace() {
+    auto& settings = form_.settings;
+    const auto place = isMaximized() || isFullScreen() ? normalGeometry() : geometry();
+    settings.writeInteger("PCMScroll", areas_->view().cellWidth());
+    settings.writeInteger("PCMx", place.x());
+    settings.writeInteger("PCMy", place.y());
+    settings.writeInteger("PCMdx", place.width());
+    settings.writeInteger("PCMdy", place.height());
+    const bool shown = database_ != nullptr && !database_->isHidden();
+    settings.writeProfile("ViewMdb", "Enabled", shown ? "1" : "0");
+}
+
+void MajorFrameWindow::done(int result) {
+    if (areas_ != nullptr && !isClosed_) {
+        isClosed_ = true;
+        storePlace();
+    }
+    QDialog::done(result);
+}
+
+void MajorFrameWindow::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_F1 && form_.help) {
+        form_.help(toBytes(objectName()));
+        return;
+    }
+    QDialog::keyPressEvent(event);
+}
+
+}  // namespace kavu
