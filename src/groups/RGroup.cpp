@@ -73,9 +73,11 @@ void beginGroup(DocumentContext& context, UserInterface* parent, RecorderGroup& 
 
 /// True for a field of one of the lists that are no tracks.
 bool isOfAnotherList(std::string_view field) {
+    const auto isCode = [&](std::string_view code) {
+        return equalsIgnoreCase(field, code.substr(0, code.find('-')));
+    };
     const auto isIt = [&](const Field& other) {
-        return !other.list.empty() &&
-               equalsIgnoreCase(field, other.code.substr(0, other.code.find('-')));
+        return !other.list.empty() && (isCode(other.code) || isCode(other.codeToXml));
     };
     return std::any_of(recorderFieldsBeforeTracks().begin(), recorderFieldsBeforeTracks().end(),
                        isIt) ||

@@ -257,11 +257,11 @@ TEST_F(RTracks, KeepWhatIsUnknownWithTheNumberThatTheirTrackHasNow) {
     auto group = read(2011,
                       "R-1\\N:3;\r\nR-1\\TK1-1:1;\r\nR-1\\TK1-2:2;\r\nR-1\\TK1-3:3;\r\n"
                       "R-1\\XQ-1:a;\r\nR-1\\XQ-2:b;\r\nR-1\\XQ-3:c;\r\nR-1\\XQ-3:d;\r\n"
-                      "R-1\\XQ\\Z-3-1:e;\r\nR-1\\RIMQ:f;\r\n");
+                      "R-1\\XQ\\Z-3-1:e;\r\nR-1\\RIMQ:f;\r\nR-1\\RIMMID-2:g;\r\n");
     deleteTrack(group, 1);
     EXPECT_EQ(recorderLeftovers(group).dropped(written(group)),
               (std::vector<std::string>{"R-1\\XQ-1:a;", "R-1\\XQ-2:c;", "R-1\\XQ-2:d;",
-                                        "R-1\\XQ\\Z-2-1:e;", "R-1\\RIMQ:f;"}));
+                                        "R-1\\XQ\\Z-2-1:e;", "R-1\\RIMQ:f;", "R-1\\RIMMID-2:g;"}));
 }
 
 /// One track of each type with every field that the edition knows: the written order is that

@@ -10,8 +10,10 @@
 #include <algorithm>
 
 #include <QGroupBox>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QTableView>
 #include <QVBoxLayout>
 
 namespace kavu {
@@ -77,7 +79,7 @@ ListSetup setupOf(std::span<const Field> fields, int edition, std::size_t mostRo
     return setup;
 }
 
-QVBoxLayout& boxed(QVBoxLayout& layout, const std::string& title, QWidget* parent) {
+QBoxLayout& boxed(QBoxLayout& layout, const std::string& title, QWidget* parent) {
     if (title.empty()) {
         return layout;
     }
@@ -170,12 +172,15 @@ RecorderListsPage::RecorderListsPage(FormContext& form, const RecorderPage& page
                                      RecorderGroup& group, const std::vector<List>& lists,
                                      QWidget* parent)
     : RecorderFieldPage(form, page, group, parent), group_(group) {
+    auto* const row = new QHBoxLayout;
+    row->setSpacing(look::unit(*this));
+    static_cast<QVBoxLayout*>(layout())->addLayout(row, 1);
     for (const auto& list : lists) {
-        addList(list, *static_cast<QVBoxLayout*>(layout()));
+        addList(list, *row);
     }
 }
 
-void RecorderListsPage::addList(const List& list, QVBoxLayout& layout) {
+void RecorderListsPage::addList(const List& list, QBoxLayout& layout) {
     const auto* const count = countField(list.count);
     if (!isKnownIn(form().edition, *count)) {
         return;
@@ -218,6 +223,7 @@ RecorderEventsPage::RecorderEventsPage(FormContext& form, const RecorderPage& pa
     list_ = new IdentifiedList(
         form, "events", setupOf(eventFields_, form.edition, kMostEvents, "Recording Event"), this);
     list_->setEnabled(form.edition >= kFirstEditionOfEvents);
+    list_->view()->setMinimumWidth(look::charactersWide(*this, 90));
     askBeforeDelete(form, *list_, "Delete Recording Event Definition");
     layout.addWidget(list_, 1);
     connect(list_, &EditableList::changed, this, [this] {

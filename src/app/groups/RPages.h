@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+class QBoxLayout;
 class QPushButton;
 class QVBoxLayout;
 
@@ -73,7 +74,7 @@ class RecorderListsPage : public RecorderFieldPage {
         std::vector<Field> fields;
         EditableList* list;
     };
-    void addList(const List& list, QVBoxLayout& layout);
+    void addList(const List& list, QBoxLayout& layout);
 
     RecorderGroup& group_;
     std::vector<Shown> lists_;

@@ -6,6 +6,7 @@
 #include "app/groups/MultiplexDialog.h"
 #include "app/groups/RPages.h"
 #include "app/groups/RTrackPage.h"
+#include "core/Messages.h"
 #include "core/Printf.h"
 #include "core/TmatsDocument.h"
 #include "groups/DataSources.h"
@@ -152,6 +153,10 @@ bool editRecorder(FormContext& form, DocumentContext& document, const std::strin
     }
     RecorderSheet sheet(form, document, std::move(*group), std::move(around));
     const auto result = runPropertySheet(form, sheet);
+    if (result == SheetResult::NotCreated) {
+        constexpr int kNoDisplay = 159;
+        form.messages.show(&form.ui, kNoDisplay, title::kInternalError, kErrorBox);
+    }
     return result == SheetResult::Stored || sheet.changedElsewhere();
 }
 
@@ -167,30 +172,43 @@ bool editRecorder(FormContext& form, SourceParts parts, const std::string& sourc
     return editRecorder(form, parts.context, source, std::move(around));
 }
 
+namespace {
+
+std::unique_ptr<RecorderSheet> makeSample(ScreenshotStage& stage) {
+    auto& document = *stage.document;
+    RecorderSurroundings around;
+    listDataSources(document, nullptr, &around.sources);
+    (void)gatherDataLinks(document, nullptr, around.links);
+    around.editMultiplex = [](FormContext&, const std::string&) { return false; };
+    const auto source = std::find_if(
+        around.sources.begin(), around.sources.end(),
+        [&](const auto& name) { return findGroupIndex(document, nullptr, 'R', name) > 0; });
+    auto group =
+        readRecorder(document, nullptr, source == around.sources.end() ? "Recorder" : *source);
+    return group ? std::make_unique<RecorderSheet>(stage.form, document, std::move(*group),
+                                                   std::move(around))
+                 : nullptr;
+}
+
+}  // namespace
+
 void addRecorderScreenshots(ScreenshotList& list) {
-    std::vector<std::string> names;
+    int place = 0;
     for (const auto& page : recorderPages()) {
-        names.emplace_back(page.name);
-    }
-    list.addSheet(names, [](ScreenshotStage& stage) -> std::unique_ptr<PropertySheet> {
-        if (stage.document == nullptr) {
-            return nullptr;
-        }
-        auto& document = *stage.document;
-        RecorderSurroundings around;
-        listDataSources(document, nullptr, &around.sources);
-        (void)gatherDataLinks(document, nullptr, around.links);
-        const auto source = std::find_if(
-            around.sources.begin(), around.sources.end(), [&](const std::string& name) {
-                return findGroupIndex(document, nullptr, 'R', name) > 0;
+        list.add(
+            std::string(page.name),
+            [first = page.firstEdition, place](ScreenshotStage& stage) -> std::unique_ptr<QWidget> {
+                if (stage.document == nullptr || stage.form.edition < first) {
+                    return nullptr;
+                }
+                auto sheet = makeSample(stage);
+                if (sheet) {
+                    sheet->openFirst(place);
+                }
+                return sheet;
             });
-        around.editMultiplex = [](FormContext&, const std::string&) { return false; };
-        auto group = readRecorder(
-            document, nullptr, source == around.sources.end() ? std::string("Recorder") : *source);
-        return group ? std::make_unique<RecorderSheet>(stage.form, document, std::move(*group),
-                                                       std::move(around))
-                     : nullptr;
-    });
+        ++place;
+    }
 }
 
 }  // namespace kavu

@@ -10,6 +10,7 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QPushButton>
+#include <QTableView>
 #include <QVBoxLayout>
 
 namespace kavu {
@@ -31,6 +32,7 @@ RecorderTrackPage::RecorderTrackPage(const TrackPrompts& prompts, const Recorder
     look::arrangeWindow(*layout, *this);
     list_ = new IdentifiedList(form(), "tracks", trackSetup(sources), this);
     askBeforeDelete(form(), *list_, "Delete Data Track Definition");
+    list_->view()->setMinimumWidth(look::charactersWide(*this, 100));
     layout->addWidget(list_, 1);
     connect(list_, &EditableList::changed, this, [this] {
         takeTracks();

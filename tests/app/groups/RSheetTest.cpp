@@ -377,6 +377,16 @@ TEST_F(RSheetTest, KeepsWhatItDoesNotKnowIfTheUserWants) {
     EXPECT_EQ(file(), "R-1\\ID:Deck;\r\nR-1\\R1:x;\r\nR-1\\CRE:F;\r\n");
 }
 
+TEST_F(RSheetTest, TellsWith159ThatItCanNotBeShown) {
+    put("R-1\\ID:Deck;\r\n");
+    for (int i = 0; i < DialogDoor::kMostSheets; ++i) {
+        ASSERT_TRUE(door.enterSheet());
+    }
+    EXPECT_FALSE(editRecorder(form, t.context, "Deck", around));
+    ASSERT_EQ(t.ui.countBoxes(159), 1);
+    EXPECT_TRUE(t.ui.hasText("INTERNAL ERROR: Unable to display dialog"));
+}
+
 TEST_F(RSheetTest, DoesNotOpenAfterACancelledLoad) {
     put("R-1\\ID:Deck;\r\n");
     t.ui.cancelAtPoll = 1;
