@@ -6,6 +6,9 @@
 #include "core/Messages.h"
 #include "groups/RTracks.h"
 
+#include <algorithm>
+
+#include <QHeaderView>
 #include <QTableView>
 
 namespace kavu {
@@ -74,6 +77,11 @@ void IdentifiedList::setIdentifiedRows(const std::vector<ListRow>& rows) {
         row.push_back(std::to_string(nextId_++));
     }
     setRows(std::move(all));
+    // Some heads are longer than a column is made by itself.
+    const auto& head = *view()->horizontalHeader();
+    for (int i = 0; i < static_cast<int>(shown_.columns.size()); ++i) {
+        view()->setColumnWidth(i, std::max(view()->columnWidth(i), head.sectionSizeHint(i)));
+    }
 }
 
 int IdentifiedList::idOf(int row) const {

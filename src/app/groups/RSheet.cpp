@@ -136,6 +136,9 @@ void RecorderSheet::showEvent(QShowEvent* event) {
     // The Tab key goes from the pages through these buttons to OK.
     auto* const ok = findChild<QPushButton*>(QStringLiteral("ok"));
     QWidget* last = ok->previousInFocusChain();
+    while (last->focusPolicy() == Qt::NoFocus && last != ok) {
+        last = last->previousInFocusChain();
+    }
     for (int i = 0; i < tools_->count(); ++i) {
         if (auto* const button = tools_->itemAt(i)->widget()) {
             setTabOrder(last, button);
