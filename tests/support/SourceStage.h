@@ -34,6 +34,8 @@ class SourceStage : public TestContext {
         const auto path = folder / "document.tma";
         writeFile(path, text);
         document.path = path;
+        conversions.forget();
+        keys.closeStore(nullptr);
         store.clearDocumentFiles(nullptr);
         const int edition = document.version;
         EXPECT_TRUE(readTmatsFile(context, &ui, path, false));

@@ -10,6 +10,7 @@
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QVBoxLayout>
 
 namespace kavu {
@@ -21,6 +22,9 @@ EnterValueDialog::EnterValueDialog(UserInterface& ui, EnterValueSetup setup, QWi
     auto* layout = new QVBoxLayout(this);
     look::arrangeWindow(*layout, *this);
 
+    if (!setup_.listed.empty()) {
+        addListed(*layout);
+    }
     auto& control = makeControl();
     auto* label = look::addLabel(
         setup_.prompt.empty() ? QStringLiteral("Value:") : toQString(setup_.prompt), control);
@@ -38,6 +42,22 @@ EnterValueDialog::EnterValueDialog(UserInterface& ui, EnterValueSetup setup, QWi
     layout->addStretch();
     layout->addWidget(look::makeDialogButtons(*this));
     control.setFocus();
+}
+
+/// Names to look at, not to choose from.
+void EnterValueDialog::addListed(QVBoxLayout& layout) {
+    constexpr int kMostLines = 6;
+    auto* list = new QListWidget(this);
+    list->setObjectName(QStringLiteral("listed"));
+    list->addItems(toQStrings(setup_.listed));
+    list->setSelectionMode(QListWidget::NoSelection);
+    list->setUniformItemSizes(true);
+    const int lines = std::clamp(list->count(), 2, kMostLines);
+    list->setFixedHeight(std::max(lines * list->sizeHintForRow(0) + look::unit(*this),
+                                  list->minimumSizeHint().height()));
+    layout.addWidget(look::addLabel(QStringLiteral("There are already:"), *list));
+    layout.addWidget(list);
+    layout.addSpacing(look::unit(*this) / 2);
 }
 
 QWidget& EnterValueDialog::makeControl() {

@@ -14,6 +14,7 @@
 class QCheckBox;
 class QComboBox;
 class QLineEdit;
+class QVBoxLayout;
 
 namespace kavu {
 
@@ -21,6 +22,8 @@ struct EnterValueSetup {
     std::string title{};  ///< empty is "Enter Value"
     std::string prompt{};
     std::string initial{};
+    /// Shown above the field: what there is already.
+    std::vector<std::string> listed{};
     /// With choices the value is one of them.
     std::vector<std::string> choices{};
     ValueCheck check{};
@@ -45,6 +48,7 @@ class EnterValueDialog : public QDialog {
     void accept() override;
 
   private:
+    void addListed(QVBoxLayout& layout);
     [[nodiscard]] QWidget& makeControl();
 
     UserInterface& ui_;

@@ -1,6 +1,7 @@
 #include "app/framework/QtInterface.h"
 
 #include "app/framework/DialogDoor.h"
+#include "app/framework/EnterTextsDialog.h"
 #include "app/framework/EnterValueDialog.h"
 #include "app/framework/MessagesWindow.h"
 #include "app/framework/ProgressWindow.h"
@@ -54,9 +55,17 @@ std::optional<std::string> QtInterface::enterText(const TextPrompt& prompt) {
     setup.title = prompt.title;
     setup.prompt = prompt.prompt;
     setup.initial = prompt.initial;
+    setup.listed = prompt.listed;
     setup.check = textCheck(prompt.limit);
     setup.errorTitle = kIllegalText;
     return enterValue(std::move(setup));
+}
+
+std::optional<std::vector<std::string>> QtInterface::enterTexts(
+    const std::string& title, const std::vector<TextPrompt>& prompts) {
+    EnterTextsDialog dialog(*this, title, prompts, dialogParent());
+    return runDialog(door_, dialog) == QDialog::Accepted ? std::optional(dialog.values())
+                                                         : std::nullopt;
 }
 
 std::optional<long> QtInterface::enterInteger(const IntegerPrompt& prompt) {

@@ -45,6 +45,8 @@ class QtInterface : public UserInterface {
 
     Button message(const MessageBox& box) override;
     std::optional<std::string> enterText(const TextPrompt& prompt) override;
+    std::optional<std::vector<std::string>> enterTexts(
+        const std::string& title, const std::vector<TextPrompt>& prompts) override;
     std::optional<long> enterInteger(const IntegerPrompt& prompt) override;
     std::optional<double> enterDouble(const DoublePrompt& prompt) override;
     int chooseFromList(const std::string& title, const std::vector<std::string>& choices) override;

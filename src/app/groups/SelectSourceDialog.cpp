@@ -1,6 +1,8 @@
 #include "app/groups/SelectSourceDialog.h"
 
 #include "app/framework/DialogDoor.h"
+#include "app/framework/EnterTextsDialog.h"
+#include "app/framework/EnterValueDialog.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
 #include "app/framework/RowModel.h"
@@ -133,6 +135,20 @@ void addSelectSourceScreenshots(ScreenshotList& list) {
                          letter);
                  });
     }
+    list.add("PrefixSuffix", [](ScreenshotStage& stage) -> std::unique_ptr<QWidget> {
+        const std::vector<TextPrompt> prompts = {
+            {.title = {}, .prompt = "Prefix:", .initial = "L_"},
+            {.title = {}, .prompt = "Suffix:", .initial = {}}};
+        return std::make_unique<EnterTextsDialog>(stage.form.ui, "Measurement Prefix And Suffix",
+                                                  prompts, nullptr);
+    });
+    list.add("NewDataSource", [](ScreenshotStage& stage) -> std::unique_ptr<QWidget> {
+        EnterValueSetup setup;
+        setup.title = "Enter New Data Source Name";
+        setup.prompt = "Enter New Data Source Name";
+        setup.listed = {"L-Band Telemetry", "S-Band Telemetry", "Onboard Recorder"};
+        return std::make_unique<EnterValueDialog>(stage.form.ui, std::move(setup), nullptr);
+    });
 }
 
 }  // namespace kavu

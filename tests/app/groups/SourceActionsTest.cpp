@@ -1,0 +1,157 @@
+// The entries of the tree that change the set of data sources, from the entry to the file.
+#include "app/groups/GroupForms.h"
+#include "app/shell/MainWindow.h"
+#include "app/shell/TreePanel.h"
+#include "app/support/TestDoor.h"
+#include "application/Application.h"
+#include "core/GroupFiles.h"
+#include "core/WorkingStore.h"
+#include "groups/DataSources.h"
+#include "support/SourceStage.h"
+
+#include <filesystem>
+
+#include <QListWidget>
+#include <QTreeView>
+#include <gmock/gmock.h>
+
+namespace kavu {
+namespace {
+
+using test::press;
+using test::type;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+class SourceActionsTest : public ::testing::Test {
+  protected:
+    SourceActionsTest() {
+        std::filesystem::create_directory(folder / "temp");
+        test::writeFile(path, test::threeSources());
+        window = std::make_unique<MainWindow>(application, door);
+        EXPECT_TRUE(window->begin({.splash = false, .file = path}));
+        installGroupForms(*window, application);
+    }
+    ~SourceActionsTest() override {
+        application.context().document.changed = false;
+        window.reset();
+        application.shutDown(nullptr);
+    }
+
+    void request(TreeAction action, const TreeItem& item) {
+        emit window->tree().requested(action, item);
+    }
+    static TreeItem source(const std::string& name) {
+        return {.kind = TreeKind::Source, .name = name};
+    }
+    /// The next dialog gets this button.
+    void answer(const char* button) {
+        door.next([button](QDialog& dialog) { press(dialog, button); });
+    }
+    void enter(const char* text) {
+        door.next([text](QDialog& dialog) {
+            type(dialog, "value", QLatin1String(text));
+            press(dialog, "ok");
+        });
+    }
+    std::vector<std::string> sources() {
+        std::vector<std::string> names;
+        listDataSources(application.context(), nullptr, &names);
+        return names;
+    }
+    bool treeHas(TreeKind kind, const std::string& name) {
+        const auto* const view = window->tree().findChild<QTreeView*>();
+        return static_cast<TreeModel*>(view->model())->indexOf(kind, name).isValid();
+    }
+    std::string file(char letter, int index) {
+        return test::readFile(application.context().store.pathOf(groupFile(letter, index)));
+    }
+
+    test::TempFolder folder;
+    std::string path = folder / "three.tma";
+    FixedClock clock{CivilTime{2026, 1, 2, 3, 4, 5}};
+    test::CountingRandom random;
+    Application application{
+        test::testEnvironment({{"TEMP", folder / "temp"}, {"HOME", folder.path()}}), clock, random,
+        folder / "kavu.ini"};
+    test::TestDoor door;
+    std::unique_ptr<MainWindow> window;
+};
+
+TEST_F(SourceActionsTest, Rename) {
+    enter("Renamed");
+    request(TreeAction::Rename, source("First"));
+    EXPECT_THAT(sources(), ElementsAre("Renamed", "Second", "Recorder"));
+    EXPECT_TRUE(treeHas(TreeKind::Source, "Renamed"));
+    EXPECT_FALSE(treeHas(TreeKind::Source, "First"));
+    EXPECT_TRUE(application.context().document.changed);
+    EXPECT_TRUE(window->isWindowModified());
+}
+
+TEST_F(SourceActionsTest, RenameStream) {
+    enter("Renamed");
+    request(TreeAction::RenameStream, {.kind = TreeKind::Stream, .name = "Link A"});
+    EXPECT_TRUE(treeHas(TreeKind::Stream, "Renamed"));
+    EXPECT_THAT(file('D', 1), HasSubstr("D-1\\DLN:Renamed;"));
+}
+
+TEST_F(SourceActionsTest, Delete) {
+    answer("no");
+    request(TreeAction::Delete, source("Second"));
+    EXPECT_EQ(sources().size(), 3U);
+    answer("yes");
+    request(TreeAction::Delete, source("Second"));
+    EXPECT_THAT(sources(), ElementsAre("First", "Recorder"));
+    EXPECT_FALSE(treeHas(TreeKind::Source, "Second"));
+    EXPECT_FALSE(treeHas(TreeKind::Stream, "Link B"));
+}
+
+TEST_F(SourceActionsTest, MakeACopyWithAPrefix) {
+    answer("yes");
+    enter("Copy");
+    answer("yes");
+    door.next([](QDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Measurement Prefix And Suffix"));
+        type(dialog, "value0", QStringLiteral("L_"));
+        press(dialog, "ok");
+    });
+    request(TreeAction::MakeCopy, source("First"));
+    EXPECT_THAT(sources(), ElementsAre("First", "Second", "Recorder", "Copy"));
+    EXPECT_TRUE(treeHas(TreeKind::Source, "Copy"));
+    EXPECT_TRUE(treeHas(TreeKind::Stream, "Link A 2"));
+    EXPECT_TRUE(treeHas(TreeKind::Measurement, "L_ALPHA"));
+}
+
+TEST_F(SourceActionsTest, CreateANewOne) {
+    answer("yes");
+    enter("New");
+    answer("choice0");  // RF
+    answer("yes");
+    answer("choice0");  // PCM
+    request(TreeAction::CreateNew, {.kind = TreeKind::TransmissionHead});
+    EXPECT_THAT(sources(), ElementsAre("First", "Second", "Recorder", "New"));
+    EXPECT_TRUE(treeHas(TreeKind::Stream, "PCM Stream 3"));
+}
+
+TEST_F(SourceActionsTest, ImportTakesTheKindOfTheBranch) {
+    const auto other = folder / "other.tma";
+    test::writeFile(other, "T-1\\ID:Radio;\nR-1\\ID:Box;\n");
+    const auto import = [&](TreeKind head) {
+        door.next([&](QDialog& dialog) {
+            type(dialog, "fileNameEdit", toQString(other));
+            QTest::keyClick(test::find<QWidget>(dialog, "fileNameEdit"), Qt::Key_Return);
+        });
+        answer("ok");
+        answer("no");
+        answer("no");
+        request(TreeAction::Import, {.kind = head});
+    };
+    import(TreeKind::TransmissionHead);
+    EXPECT_EQ(sources().back(), "Radio");
+    import(TreeKind::RecorderHead);
+    EXPECT_EQ(sources().back(), "Box");
+    EXPECT_TRUE(treeHas(TreeKind::Source, "Box"));
+}
+
+}  // namespace
+}  // namespace kavu
