@@ -16,6 +16,13 @@ _kavu_cli() {
                 command=$word
                 break
                 ;;
+            source | link)
+                command=$word
+                ((index++))
+                word=${COMP_WORDS[index]}
+                ((index < COMP_CWORD)) && command+=" $word"
+                break
+                ;;
         esac
     done
 
@@ -30,7 +37,7 @@ _kavu_cli() {
             COMPREPLY=($(compgen -W "1 2 3 4 5 6 7 8 9 10" -- "$current"))
             return
             ;;
-        --answer | --now | --precision | --bits) return ;;
+        --answer | --now | --precision | --bits | --prefix | --suffix) return ;;
         --into)
             compopt -o filenames 2>/dev/null
             mapfile -t COMPREPLY < <(compgen -d -- "$current")
@@ -50,12 +57,21 @@ _kavu_cli() {
             vocabulary) common+=" --edition" ;;
             rewrite | word-frame | set) common+=" --output" ;;
             fit) common+=" --order --best --max-order --precision --bits --svg" ;;
+            "source copy") common+=" --prefix --suffix --output" ;;
+            "source import")
+                common+=" --recorder --conversions --prefix --suffix --output"
+                ;;
+            "source rename" | "source delete" | "link rename") common+=" --output" ;;
             store) common+=" --into" ;;
             recover) common+=" --output --list" ;;
         esac
         COMPREPLY=($(compgen -W "$common" -- "$current"))
     elif [[ -z $command ]]; then
-        COMPREPLY=($(compgen -W "check save store tree recover stream rewrite word-frame conversions evaluate fit vocabulary get set" -- "$current"))
+        COMPREPLY=($(compgen -W "check save store tree recover stream rewrite word-frame conversions evaluate fit vocabulary get set source link" -- "$current"))
+    elif [[ $command == source ]]; then
+        COMPREPLY=($(compgen -W "list copy rename delete import" -- "$current"))
+    elif [[ $command == link ]]; then
+        COMPREPLY=($(compgen -W "rename" -- "$current"))
     else
         compopt -o filenames 2>/dev/null
         if [[ $command == recover ]]; then
