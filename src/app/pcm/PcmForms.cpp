@@ -1,12 +1,104 @@
 #include "app/pcm/PcmForms.h"
 
+#include "app/pcm/MajorFrameDisplay.h"
+#include "app/pcm/PcmAttributes.h"
+#include "app/pcm/PcmFormSteps.h"
+#include "app/pcm/PcmSheetPictures.h"
+#include "app/pcm/SheetSteps.h"
 #include "app/pcm/WordSteps.h"
 #include "app/shell/MainWindow.h"
 #include "application/Application.h"
+#include "groups/DataSources.h"
+#include "groups/DocumentTree.h"
+#include "pcm/PcmFormat.h"
+#include "pcm/PcmLoad.h"
 
 namespace kavu {
 
+namespace {
+
+constexpr char kTitle[] = "Edit Stream Format Information";
+
+/// The name that the user chooses of all data links; empty if none was chosen.
+std::string chooseStream(FormContext& form, DocumentContext& document) {
+    TablePrompt prompt;
+    prompt.title = "Select Data Link";
+    prompt.columns = {"Data Link Name", "Stream Type", "Data Source"};
+    for (const auto& source : readDocumentTree(document, &form.ui).dataSources) {
+        for (const auto& link : source.links) {
+            prompt.rows.push_back({link.name, link.kind, source.name});
+        }
+    }
+    if (prompt.rows.empty()) {
+        showBox(&form.ui, "This document has no streams.", kTitle, Icon::Information);
+        return {};
+    }
+    const int row = form.ui.selectFromTable(prompt);
+    return row < 0 ? std::string() : prompt.rows[static_cast<std::size_t>(row)].front();
+}
+
+/// Says why there is nothing to edit under a name, if so.
+bool mayOpen(FormContext& form, Application& application, const std::string& name) {
+    if (findStreamGroup(application.pcmFormat(), &form.ui, 'P', name) > 0) {
+        return true;
+    }
+    switch (streamKindOfLink(application.context(), &form.ui, name)) {
+        case StreamKind::Bus:
+            return true;
+        case StreamKind::MessageData:
+            showBox(&form.ui, "There is no editor for message data streams yet.", kTitle,
+                    Icon::Information);
+            return false;
+        default:
+            showBox(&form.ui, "No stream bears the data link name '" + name + "'.", kTitle,
+                    Icon::Information);
+            return false;
+    }
+}
+
+}  // namespace
+
+bool editStream(FormContext& form, Application& application,
+                const std::optional<std::string>& name) {
+    auto& document = application.context();
+    auto& format = application.pcmFormat();
+    const auto chosen = name ? *name : chooseStream(form, document);
+    if (chosen.empty() || !mayOpen(form, application, chosen)) {
+        return false;
+    }
+    // Other editors write to the group files: a stream that has stayed is not what they tell.
+    format.closeFormat();
+    if (!loadPcmFormat(format, &form.ui, application.pcmSteps(), chosen)) {
+        return false;
+    }
+    PcmFormSteps steps;
+    const auto words = makeWordSteps(form, application);
+    installWordSteps(steps, form, format, words);
+    installSheetSteps(steps, form, format);
+    steps.conversions = &application.conversions();
+    steps.edit = words.edit;
+    PcmSheetCalls calls;
+    calls.viewFrame = [&](QWidget&) {
+        return showMajorFrameDisplay(form, document, format, steps);
+    };
+    calls.reports = steps.generateReports;
+    const bool wrote = editPcmAttributes(form, format, std::move(calls));
+    format.closeFormat();
+    return wrote;
+}
+
 void installPcmForms(MainWindow& window, Application& application) {
+    const auto open = [&window, &application](const std::optional<std::string>& name) {
+        auto form = window.formContext();
+        if (window.document() != nullptr) {
+            editStream(form, application, name);
+            // A load may have made corrections, too: the tree shows what there is now.
+            window.refresh();
+        }
+    };
+    window.installEditor(CommandId::Stream, [open] { open(std::nullopt); });
+    window.installTreeAction(TreeAction::EditStream,
+                             [open](const TreeItem& item) { open(item.name); });
     application.setDefinitionModeStep([&window](UserInterface&, bool wordFrame) {
         auto form = window.formContext();
         return chooseDefinitionMode(form, window.ui().dialogParent(), wordFrame);
@@ -14,6 +106,7 @@ void installPcmForms(MainWindow& window, Application& application) {
 }
 
 void addPcmScreenshots(ScreenshotList& list) {
+    addSheetScreenshots(list);
     addWordScreenshots(list);
 }
 

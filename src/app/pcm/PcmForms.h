@@ -1,11 +1,21 @@
 // The forms of a PCM stream: gives the main window their editors, and the pictures their makers.
 #pragma once
 
+#include <optional>
+#include <string>
+
 namespace kavu {
 
 class Application;
+struct FormContext;
 class MainWindow;
 class ScreenshotList;
+
+/// "Edit Stream Format Information": loads a stream, or without a name the one that the user
+/// chooses, and opens its sheet. The stream leaves the memory again when that closes. Kinds of
+/// streams that there is no editor for are told. True if the document was written to.
+bool editStream(FormContext& form, Application& application,
+                const std::optional<std::string>& name = std::nullopt);
 
 void installPcmForms(MainWindow& window, Application& application);
 void addPcmScreenshots(ScreenshotList& list);

@@ -1,0 +1,140 @@
+#include "app/pcm/PcmAttributes.h"
+
+#include "app/framework/DialogDoor.h"
+#include "app/framework/FieldForm.h"
+#include "app/framework/Look.h"
+#include "app/framework/QtText.h"
+#include "app/framework/Screenshots.h"
+#include "app/pcm/PcmFieldsPage.h"
+#include "app/pcm/PcmFilterPage.h"
+#include "app/pcm/PcmSwitchPage.h"
+#include "core/UserInterface.h"
+#include "pcm/PcmFormat.h"
+#include "pcm/PcmFormatFields.h"
+#include "pcm/PcmSave.h"
+
+#include <QDialogButtonBox>
+#include <QPushButton>
+
+namespace kavu {
+
+namespace {
+
+constexpr int kFilterEdition = 2009;
+
+}  // namespace
+
+PcmAttributesModel::PcmAttributesModel(FormContext& formContext, PcmFormat& stream)
+    : form(formContext),
+      format(stream),
+      side(readSideRecords(stream, &formContext.ui)),
+      stored_(side) {}
+
+bool PcmAttributesModel::edit(std::string_view code, std::string_view value) {
+    const bool taken = editAttribute(format, &form.ui, code, value);
+    emit changed();
+    return taken;
+}
+
+void PcmAttributesModel::setHexadecimal(bool hexadecimal) {
+    editHexFsp(format, hexadecimal);
+    emit changed();
+}
+
+bool PcmAttributesModel::storeSide() {
+    if (side == stored_) {
+        return true;
+    }
+    if (!storeSideRecords(format, &form.ui, side)) {
+        return false;
+    }
+    stored_ = side;
+    return true;
+}
+
+PcmAttributesSheet::PcmAttributesSheet(FormContext& form, PcmFormat& format, PcmSheetCalls calls,
+                                       QWidget* parent)
+    : PropertySheet(form, "PCM_ATTRIBUTES", "Edit PCM Attributes", "LastPcmFmtPage", parent),
+      model_(std::make_unique<PcmAttributesModel>(form, format)),
+      calls_(std::move(calls)) {
+    setStatusText(&form.ui, "Initializing Stream Format Information...");
+    addPages();
+    addButtons();
+    connect(model_.get(), &PcmAttributesModel::changed, this, &PcmAttributesSheet::showKind);
+    setWriter(
+        [this] { return model_->storeSide() && savePcmFormat(model_->format, &model_->form.ui); });
+    showKind();
+}
+
+void PcmAttributesSheet::addPages() {
+    auto& model = *model_;
+    const auto add = [&](const char* name, const char* pageTitle) {
+        addPage(std::make_unique<PcmFieldsPage>(model, name, pageTitle));
+    };
+    add(pcm_page::kInputData, "Input Data");
+    add(pcm_page::kStream, "Stream Attributes");
+    addPage(std::make_unique<PcmSyncPage>(model));
+    add(pcm_page::kSyncCriteria, "Sync Criteria");
+    addPage(std::make_unique<PcmSwitchPage>(model));
+    addPage(std::make_unique<FieldPage>(model.form, pcm_page::kAltTag, "Alt Tag/Data",
+                                        altTagFields(), model.side.altTag.values));
+    add(pcm_page::kComments, "Comments");
+    if (model.format.edition() >= kFilterEdition) {
+        addPage(std::make_unique<PcmFilterPage>(model));
+    }
+}
+
+void PcmAttributesSheet::addButtons() {
+    auto* const box = findChild<QDialogButtonBox*>();
+    const auto add = [&](const char* name, const QString& text, const QString& icon) {
+        auto* const button = look::makeButton(name, text, icon, this);
+        button->setAutoDefault(false);
+        box->addButton(button, QDialogButtonBox::ActionRole);
+        return button;
+    };
+    view_ = add("viewEditStream", QStringLiteral("&View/Edit Stream"), QStringLiteral("edit"));
+    auto* const reports = add("reports", QStringLiteral("&Reports"), QStringLiteral("print"));
+    reports->setEnabled(static_cast<bool>(calls_.reports));
+    connect(view_, &QPushButton::clicked, this, [this] {
+        const auto& call = viewOfKind();
+        if (call && call(*this)) {
+            markChanged();
+        }
+        model_->refresh();
+    });
+    connect(reports, &QPushButton::clicked, this, [this] { calls_.reports(*this); });
+}
+
+const std::function<bool(QWidget&)>& PcmAttributesSheet::viewOfKind() const {
+    const auto& format = model_->format;
+    return format.isBusStream       ? calls_.viewBus
+           : isPacketStream(format) ? calls_.viewPackets
+                                    : calls_.viewFrame;
+}
+
+void PcmAttributesSheet::showKind() {
+    const auto& format = model_->format;
+    setWindowTitle(toQString(attributesTitle(format)));
+    setStatusText(&model_->form.ui, attributesStatus(format));
+    const bool there = static_cast<bool>(viewOfKind());
+    view_->setEnabled(there);
+    view_->setToolTip(there                ? QString()
+                      : format.isBusStream ? QStringLiteral("There is no editor for the messages "
+                                                            "of a bus stream yet.")
+                                           : QStringLiteral("There is no editor for the contents "
+                                                            "of such a stream yet."));
+}
+
+bool editPcmAttributes(FormContext& form, PcmFormat& format, PcmSheetCalls calls) {
+    PcmAttributesSheet sheet(form, format, std::move(calls));
+    auto result = runPropertySheet(form, sheet);
+    bool wrote = result == SheetResult::Stored;
+    if (result == SheetResult::Unchanged && format.changed) {
+        // What the load has corrected is saved, though nobody edited anything.
+        wrote = savePcmFormat(format, &form.ui);
+    }
+    setStatusText(&form.ui, {});
+    return wrote;
+}
+
+}  // namespace kavu
