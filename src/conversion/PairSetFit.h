@@ -133,10 +133,6 @@ struct FitDrawing {
     std::optional<std::size_t> selected;  ///< a row that is highlighted
     bool showMarked = false;              ///< rings the rows that are out of tolerance, too
 };
-/// Leaves just the room that the labels and the titles of a frame need on a window; `xTitle`
-/// tells whether there is one below the labels.
-void leaveRoomForLabels(FitDrawing& drawing, const DrawingSurface& surface, bool xTitle);
-
 /// The most points of a curve through every count; a longer range is drawn in equal steps.
 inline constexpr std::size_t kMostCurvePoints = std::size_t{1} << 20;
 
@@ -145,16 +141,25 @@ inline constexpr std::size_t kMostCurvePoints = std::size_t{1} << 20;
                                       const FitInput& input, const FitOptions& options,
                                       const FitDrawing& drawing);
 
+/// Leaves just the room that the labels and the titles of a frame need on a window. `scaled`
+/// has the ranges of the drawing; `xTitle` tells whether there is a title below the labels.
+void leaveRoomForLabels(FitDrawing& drawing, const DrawingSurface& surface,
+                        const PlotAttributes& scaled, bool xTitle);
+
 /// Draws the axes and the three series, or the text of what is wrong. False if no frame could
 /// be drawn.
 bool drawFit(Plot& plot, DrawingSurface& surface, const FitResult& result, const FitInput& input,
              const FitOptions& options, const FitDrawing& drawing);
 
-/// Draws the errors under the curve: a zero line and one bar a pair; bars of rows that are out
-/// of tolerance look as the third series, others as the second. The range of X is that of
-/// `curve` (`fitScale`), so that both have their pairs one above the other.
+/// The attributes that the residuals are drawn with. The range of X is that of `curve`
+/// (`fitScale`), so that both have their pairs one above the other.
+[[nodiscard]] PlotAttributes residualScale(const PlotAttributes& curve, const FitResult& result);
+
+/// Draws the errors under the curve: a zero line and one bar a pair; bars are of the colour of
+/// the curve, those of rows out of tolerance of the colour of their rings. The attributes of
+/// the plot are those of `residualScale`.
 bool drawResiduals(Plot& plot, DrawingSurface& surface, const FitResult& result,
-                   const PlotAttributes& curve, const FitDrawing& drawing);
+                   const FitDrawing& drawing);
 
 /// One page: the name, the plot, the coefficients and the statistics. False if the page can
 /// not be started or there is no frame.

@@ -13,8 +13,6 @@ constexpr std::string_view kXTitle = "TM Value";
 constexpr std::string_view kYTitle = "EU Value";
 constexpr DrawingColour kHighlight = 0xFF0000;
 constexpr DrawingColour kMarked = 0xFF8000;
-/// Digits of the longest label that room is left for.
-constexpr std::string_view kWidestLabel = "-00000000.00";
 constexpr double kTitleHeight = 16;
 /// Of the page that the plot takes, with its labels.
 constexpr double kPageWidth = 0.82;
@@ -155,12 +153,19 @@ bool drawFit(Plot& plot, DrawingSurface& surface, const FitResult& result, const
     return framed;
 }
 
-void leaveRoomForLabels(FitDrawing& drawing, const DrawingSurface& surface, bool xTitle) {
+void leaveRoomForLabels(FitDrawing& drawing, const DrawingSurface& surface,
+                        const PlotAttributes& scaled, bool xTitle) {
     const auto area = surface.area();
-    const auto label = surface.textSize(kWidestLabel, {});
-    const double beside = label.width + kTitleHeight;
+    double widest = 0;
+    for (const double share : {0.0, 0.25, 0.5, 0.75, 1.0}) {
+        const double value = scaled.y.least + share * (scaled.y.most - scaled.y.least);
+        const auto label = fixedText(value, scaled.yPrecision);
+        widest = std::max(widest, surface.textSize(label, {}).width);
+    }
+    const double gap = 2.0 * scaled.borderWidth + kTitleHeight / 2;
+    const double beside = widest + kTitleHeight + gap;
     // The frame stands in the middle, so that there is as much room above as below.
-    const double below = label.height * (xTitle ? 1.5 : 1.0) + (xTitle ? kTitleHeight : 0);
+    const double below = surface.textSize("0", {}).height + gap + (xTitle ? kTitleHeight : 0);
     const auto fraction = [](double length, double margin) {
         return length > 0 ? std::clamp(1 - 2 * margin / length, 0.1, 1.0) : 1.0;
     };
@@ -169,20 +174,25 @@ void leaveRoomForLabels(FitDrawing& drawing, const DrawingSurface& surface, bool
     drawing.alignment = PlotAlignment::Centre;
 }
 
+PlotAttributes residualScale(const PlotAttributes& curve, const FitResult& result) {
+    auto scaled = curve;
+    scaled.scale = PlotScale::AutoY;
+    scaled.scaleTo({}, result.errors);
+    scaled.yPrecision = errorPrecision(result);
+    if (scaled.y.least == scaled.y.most) {
+        scaled.y = {-1, 1};
+    }
+    scaled.scale = PlotScale::MinMax;
+    return scaled;
+}
+
 bool drawResiduals(Plot& plot, DrawingSurface& surface, const FitResult& result,
-                   const PlotAttributes& curve, const FitDrawing& drawing) {
+                   const FitDrawing& drawing) {
     (void)surface.setPen({0xFFFFFF, 1, LineStyle::Solid});
     surface.setSolidBrush(0xFFFFFF);
     surface.rectangle(surface.area());
     if (!result.fitted) {
         return false;
-    }
-    plot.attributes = curve;
-    plot.attributes.scale = PlotScale::AutoY;
-    plot.attributes.yPrecision = errorPrecision(result);
-    if (std::all_of(result.errors.begin(), result.errors.end(), [](double e) { return e == 0; })) {
-        plot.attributes.setRange(static_cast<int>(PlotScale::MinMax), curve.x.least, curve.x.most,
-                                 -1, 1);
     }
     PlotFrame frame;
     frame.widthFraction = drawing.widthFraction;
@@ -195,15 +205,23 @@ bool drawResiduals(Plot& plot, DrawingSurface& surface, const FitResult& result,
         return false;
     }
     const auto& rect = plot.rectangle();
-    if (const auto zero = plot.map(0, 0)) {
-        (void)surface.setPen({0, 1, LineStyle::Solid});
-        surface.line({rect.left, zero->y}, {rect.right, zero->y});
-    }
+    const auto drawBar = [&](const DrawingPen& pen, DrawingPoint from, DrawingPoint to) {
+        if (const auto seen = clipSegment({from, to}, rect)) {
+            (void)surface.setPen(pen);
+            surface.line(seen->from, seen->to);
+        }
+    };
+    const auto colour = plot.attributes.series[1].colour;
     for (std::size_t i = 0; i < result.x.size(); ++i) {
-        const double x[] = {result.x[i], result.x[i]};
-        const double y[] = {0.0, result.errors[i]};
-        // A marked row is drawn as the third series, so that it stands out.
-        (void)plot.drawSeries(result.marked[i] ? 3 : 2, x, y, false);
+        const auto foot = plot.map(result.x[i], 0);
+        const auto head = plot.map(result.x[i], result.errors[i]);
+        if (foot && head) {
+            const bool marked = result.marked[i];
+            drawBar({marked ? kMarked : colour, marked ? 3 : 2, LineStyle::Solid}, *foot, *head);
+        }
+    }
+    if (const auto zero = plot.map(plot.attributes.x.least, 0)) {
+        drawBar({0, 1, LineStyle::Solid}, {rect.left, zero->y}, {rect.right, zero->y});
     }
     return true;
 }

@@ -349,20 +349,23 @@ TEST(DrawFit, MarkedRowsHaveRingsIfTheyAreWanted) {
 TEST(LeaveRoomForLabels, KeepsThemOnTheWindow) {
     RecordingSurface surface(800, 500);
     Plot plot;
-    const auto in = input({1, 20000}, {1, 1000000});
+    const auto in = input({1, 20000}, {1, -1000000});
+    const auto result = refitPairs(in, {});
     FitDrawing drawing;
-    leaveRoomForLabels(drawing, surface, true);
-    ASSERT_TRUE(drawFit(plot, surface, refitPairs(in, {}), in, {}, drawing));
+    const auto scaled = fitScale(plot.attributes, result, in, {}, drawing);
+    leaveRoomForLabels(drawing, surface, scaled, true);
+    ASSERT_TRUE(drawFit(plot, surface, result, in, {}, drawing));
+    EXPECT_TRUE(surface.has("\"-1000000.00\""));
     for (const auto& call : surface.of("text ")) {
         EXPECT_EQ(call.find("text -"), std::string::npos) << call;
     }
     EXPECT_LE(plot.rectangle().bottom + 2 + 12 + 16, 500);
     // A window without room gets a small plot and no fraction that is none.
     RecordingSurface tiny(10, 10);
-    leaveRoomForLabels(drawing, tiny, true);
+    leaveRoomForLabels(drawing, tiny, scaled, true);
     EXPECT_EQ(drawing.widthFraction, 0.1);
     RecordingSurface nothing(0, 0);
-    leaveRoomForLabels(drawing, nothing, true);
+    leaveRoomForLabels(drawing, nothing, scaled, true);
     EXPECT_EQ(drawing.heightFraction, 1.0);
 }
 
@@ -391,13 +394,17 @@ TEST(DrawResiduals, ABarForEachPairOverTheRangeOfTheCurve) {
     Plot plot;
     PlotAttributes curve;
     curve.setRange(0, -5, 5, 0, 1);
-    const auto in = input({1, 2, 3}, {1, 2.5, 3});
-    ASSERT_TRUE(drawResiduals(plot, surface, refitPairs(in, {}), curve, {}));
-    EXPECT_EQ(segments(surface, "pen 00FF00 1 0"), 3U) << "all are out of tolerance";
+    const auto in = input({1, 2, 3, 4}, {1, 2.5, 3, 100});
+    auto result = refitPairs(in, {});
+    result.marked[1] = false;
+    plot.attributes = residualScale(curve, result);
+    ASSERT_TRUE(drawResiduals(plot, surface, result, {}));
+    EXPECT_EQ(segments(surface, "pen FF8000 3 0"), 3U) << "those out of tolerance";
+    EXPECT_EQ(segments(surface, "pen FF0000 2 0"), 1U);
     EXPECT_EQ(segments(surface, "pen 000000 1 0"), 1U) << "the zero line";
     EXPECT_EQ(plot.attributes.x, (PlotRange{-5, 5}));
-    EXPECT_EQ(plot.attributes.yPrecision, 3) << "errors of 0.17 and 0.33";
-    EXPECT_FALSE(drawResiduals(plot, surface, refitPairs(input({1}, {1}), {}), curve, {}));
+    EXPECT_EQ(plot.attributes.yPrecision, 1) << "errors of some tens";
+    EXPECT_FALSE(drawResiduals(plot, surface, refitPairs(input({1}, {1}), {}), {}));
 }
 
 TEST(DrawResiduals, WithoutAnErrorThereIsStillAZeroLine) {
@@ -406,7 +413,9 @@ TEST(DrawResiduals, WithoutAnErrorThereIsStillAZeroLine) {
     PlotAttributes curve;
     curve.setRange(0, 0, 3, 0, 3);
     const auto in = input({1, 2, 3}, {1, 2, 3});
-    ASSERT_TRUE(drawResiduals(plot, surface, refitPairs(in, {}), curve, {}));
+    const auto result = refitPairs(in, {});
+    plot.attributes = residualScale(curve, result);
+    ASSERT_TRUE(drawResiduals(plot, surface, result, {}));
     EXPECT_EQ(plot.attributes.y, (PlotRange{-1, 1}));
     EXPECT_EQ(segments(surface, "pen 000000 1 0"), 1U);
 }

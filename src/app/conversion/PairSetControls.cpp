@@ -96,21 +96,21 @@ QGroupBox* makeFitBox(PairSetControls& made, QWidget& panel) {
     for (int i = 1; i <= kHighestListedOrder; ++i) {
         made.order->addItem(QString::number(i));
     }
-    addLabelled(*grid, 0, 0, "&Order Of Fit:", made.order);
+    addLabelled(*grid, 0, 0, "Order Of Fit:", made.order);
     made.useBestFit = makeCheck("useBestFit", "Use &Best Fit", box);
     grid->addWidget(made.useBestFit, 0, 2);
     made.maxOrder = makeCombo("maxOrder", box);
     for (int i = 1; i <= kHighestOrder; ++i) {
         made.maxOrder->addItem(ordinal(i));
     }
-    addLabelled(*grid, 1, 0, "&Highest Order To Try:", made.maxOrder);
+    addLabelled(*grid, 1, 0, "Highest Order To Try:", made.maxOrder);
     made.bestFit = new QLabel(box);
     made.bestFit->setObjectName(QStringLiteral("bestFit"));
     grid->addWidget(made.bestFit, 1, 2);
     made.defaultBits = new QLineEdit(box);
     made.defaultBits->setObjectName(QStringLiteral("defaultBits"));
     made.defaultBits->setMaximumWidth(look::charactersWide(*made.defaultBits, 10));
-    addLabelled(*grid, 2, 0, "&Word Size If Unknown:", made.defaultBits);
+    addLabelled(*grid, 2, 0, "Word Size If Unknown:", made.defaultBits);
     made.allCounts = makeCheck("allCounts", "Curve Through &All Counts", box);
     grid->addWidget(made.allCounts, 2, 2);
     return box;
@@ -145,13 +145,14 @@ QGroupBox* makeSeriesBox(PairSetControls& made, QWidget& panel) {
 
 QGroupBox* makeResultBox(PairSetControls& made, QWidget& panel) {
     auto* box = new QGroupBox(QStringLiteral("Result"), &panel);
+    box->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     auto* grid = new QGridLayout(box);
     made.coefficients = new QListWidget(box);
     made.coefficients->setObjectName(QStringLiteral("coefficients"));
     made.coefficients->setMinimumHeight(look::unit(panel) * 2 * 5);
-    made.coefficients->setMaximumHeight(look::unit(panel) * 2 * 7);
+    made.coefficients->setMaximumHeight(look::unit(panel) * 2 * 6);
     made.coefficients->setMinimumWidth(look::charactersWide(panel, 28));
-    grid->addWidget(look::addLabel(QStringLiteral("&Coefficients:"), *made.coefficients), 0, 0);
+    grid->addWidget(look::addLabel(QStringLiteral("Coefficients:"), *made.coefficients), 0, 0);
     grid->addWidget(made.coefficients, 1, 0, 3, 1);
     made.correlation = makeShown("correlation", box);
     made.rms = makeShown("rms", box);

@@ -80,8 +80,8 @@ PairSetImportDialog::PairSetImportDialog(FormContext& form, const PairSet& pairs
         this));
     auto* grid = new QGridLayout;
     layout->addLayout(grid, 1);
-    telemetry_ = makeBox("tmValues", "&TM Values:", boxes.first, *grid, 0);
-    engineering_ = makeBox("euValues", "&EU Values:", boxes.second, *grid, 1);
+    telemetry_ = makeBox("tmValues", "TM Values:", boxes.first, *grid, 0);
+    engineering_ = makeBox("euValues", "EU Values:", boxes.second, *grid, 1);
     auto* row = new QHBoxLayout;
     layout->addLayout(row);
     auto* file =
@@ -99,7 +99,7 @@ PairSetImportDialog::PairSetImportDialog(FormContext& form, const PairSet& pairs
 QPlainTextEdit* PairSetImportDialog::makeBox(const char* name, const char* label,
                                              const std::string& text, QGridLayout& grid,
                                              int column) {
-    auto* box = new ColumnBox([this](const auto& columns) { show(columns); }, this);
+    auto* box = new ColumnBox([this](const auto& columns) { fill(columns); }, this);
     box->setPlainText(toQString(text));
     box->setObjectName(QLatin1String(name));
     box->setTabChangesFocus(true);
@@ -112,7 +112,7 @@ QPlainTextEdit* PairSetImportDialog::makeBox(const char* name, const char* label
     return box;
 }
 
-void PairSetImportDialog::show(const std::pair<std::string, std::string>& boxes) {
+void PairSetImportDialog::fill(const std::pair<std::string, std::string>& boxes) {
     telemetry_->setPlainText(toQString(boxes.first));
     engineering_->setPlainText(toQString(boxes.second));
 }
@@ -157,7 +157,7 @@ void PairSetImportDialog::readPairFile() {
         showBox(&form_.ui, columns.error, kTitle);
         return;
     }
-    show({columns.telemetry, columns.engineering});
+    fill({columns.telemetry, columns.engineering});
 }
 
 void PairSetImportDialog::accept() {

@@ -34,7 +34,7 @@ class PairSetImportDialog : public QDialog {
   private:
     QPlainTextEdit* makeBox(const char* name, const char* label, const std::string& text,
                             QGridLayout& grid, int column);
-    void show(const std::pair<std::string, std::string>& boxes);
+    void fill(const std::pair<std::string, std::string>& boxes);
     void readPairFile();
     void showCount();
 

@@ -218,10 +218,11 @@ void PairSetPanel::Parts::showPairs(std::size_t selected) {
             {std::to_string(i + 1), pair.telemetry, pair.engineering, row.computed, row.error});
     }
     filling_ = true;
-    controls_.list->setRows(std::move(rows));
-    controls_.list->selectRow(static_cast<int>(selected));
+    // A hidden column would get no width.
     controls_.list->view()->setColumnHidden(kPairComputed, !curve_);
     controls_.list->view()->setColumnHidden(kPairError, !curve_);
+    controls_.list->setRows(std::move(rows));
+    controls_.list->selectRow(static_cast<int>(selected));
     filling_ = false;
 }
 

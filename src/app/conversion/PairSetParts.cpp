@@ -166,7 +166,8 @@ void PairSetPanel::Parts::drawCurve(DrawingSurface& surface) {
     if (const int row = controls_.list->currentRow(); row >= 0) {
         drawing.selected = static_cast<std::size_t>(row);
     }
-    leaveRoomForLabels(drawing, surface, true);
+    leaveRoomForLabels(drawing, surface, fitScale(chosen_, result_, input_, options_, drawing),
+                       true);
     plot_.attributes = chosen_;
     (void)drawFit(plot_, surface, result_, input_, options_, drawing);
     plot_.releaseSurface();
@@ -176,8 +177,13 @@ void PairSetPanel::Parts::drawErrors(DrawingSurface& surface) {
     FitDrawing drawing;
     drawing.rescale = rescaled_;
     const auto curve = fitScale(chosen_, result_, input_, options_, drawing);
-    leaveRoomForLabels(drawing, surface, false);
-    (void)drawResiduals(residuals_, surface, result_, curve, drawing);
+    residuals_.attributes = residualScale(curve, result_);
+    leaveRoomForLabels(drawing, surface, residuals_.attributes, false);
+    // As wide as the curve, whose labels may be of another length.
+    FitDrawing above = drawing;
+    leaveRoomForLabels(above, surface, curve, false);
+    drawing.widthFraction = std::min(drawing.widthFraction, above.widthFraction);
+    (void)drawResiduals(residuals_, surface, result_, drawing);
     residuals_.releaseSurface();
 }
 

@@ -164,12 +164,15 @@ QGroupBox* PlotAttributesDialog::makeScaling() {
 QGroupBox* PlotAttributesDialog::makeGrid() {
     auto* box = new QGroupBox(QStringLiteral("Axes And Border"), this);
     auto* grid = new QGridLayout(box);
-    xPrecision_ = makeNumbers("xPrecision", 0, kMostListed, before_.xPrecision, box);
+    // In the order of the page, which the Tab key follows.
     yPrecision_ = makeNumbers("yPrecision", 0, kMostListed, before_.yPrecision, box);
-    xDivisions_ = makeNumbers("xDivisions", 0, kMostListed, before_.xDivisions, box);
-    yDivisions_ = makeNumbers("yDivisions", 0, kMostListed, before_.yDivisions, box);
+    xPrecision_ = makeNumbers("xPrecision", 0, kMostListed, before_.xPrecision, box);
     borderColour_ = makeColours("borderColour", before_.borderColour, box);
     borderWidth_ = makeNumbers("borderWidth", 1, kWidths, before_.borderWidth, box);
+    xDivisions_ = makeNumbers("xDivisions", 0, kMostListed, before_.xDivisions, box);
+    yDivisions_ = makeNumbers("yDivisions", 0, kMostListed, before_.yDivisions, box);
+    grid->setColumnStretch(1, 1);
+    grid->setColumnStretch(3, 1);
     addRow(*grid, 0, 0, "Y Label Precision:", yPrecision_);
     addRow(*grid, 0, 2, "X Label Precision:", xPrecision_);
     addRow(*grid, 1, 0, "Border Color:", borderColour_);
@@ -314,12 +317,12 @@ PlotSeriesDialog::PlotSeriesDialog(FormContext& form, const std::string& title,
     addRow(*grid, 3, 0, "Symbol:", symbol_);
     layout->addStretch();
     layout->addWidget(look::makeDialogButtons(*this));
-    show(series);
+    showSeries(series);
     connect(style_, &QComboBox::activated, this, [this] { lineChanged(false); });
     connect(width_, &QComboBox::activated, this, [this] { lineChanged(true); });
 }
 
-void PlotSeriesDialog::show(const SeriesAttributes& series) {
+void PlotSeriesDialog::showSeries(const SeriesAttributes& series) {
     selectColour(*colour_, series.colour);
     style_->setCurrentIndex(static_cast<int>(series.style));
     width_->setCurrentIndex(width_->findData(series.width));
@@ -347,7 +350,7 @@ bool PlotSeriesDialog::settle() {
         return false;
     }
     settleStyleConflict(now, widthWasChanged_);
-    show(now);
+    showSeries(now);
     return true;
 }
 

@@ -73,7 +73,7 @@ class PlotSeriesDialog : public QDialog {
     void accept() override;
 
   private:
-    void show(const SeriesAttributes& series);
+    void showSeries(const SeriesAttributes& series);
     /// Asks about a line style and a width that do not go together; true if they do now.
     bool settle();
     void lineChanged(bool width);
