@@ -21,7 +21,8 @@ CommentDialog::CommentDialog(FormContext& form, PcmFormat& format, std::string c
       comment_(std::move(comment)) {
     auto* layout = new QVBoxLayout(this);
     look::arrangeWindow(*layout, *this);
-    text_ = new LimitedTextEdit(kMostComment, {}, this);
+    text_ = new LimitedTextEdit(
+        kMostComment, [](const QString&) {}, this);
     text_->setObjectName(QStringLiteral("comment"));
     text_->setTabChangesFocus(true);
     text_->setMinimumSize(look::charactersWide(*this, 70), look::unit(*this) * 24);

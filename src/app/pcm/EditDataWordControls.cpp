@@ -46,7 +46,8 @@ std::string CodeBox::code() const {
 
 NumberEdit::NumberEdit(const char* name, int digits, QWidget* parent) : QLineEdit(parent) {
     setObjectName(QLatin1String(name));
-    auto* rule = new TypingRule(static_cast<std::size_t>(digits), true, {}, this);
+    auto* rule = new TypingRule(
+        static_cast<std::size_t>(digits), true, [](const QString&) {}, this);
     setValidator(rule);
     connect(this, &QLineEdit::textEdited, rule, &TypingRule::took);
     setMinimumWidth(look::charactersWide(*this, 8));

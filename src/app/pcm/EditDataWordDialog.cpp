@@ -78,7 +78,8 @@ QWidget* EditDataWordDialog::makeFields() {
     name_ = new QLineEdit(owner);
     name_->setObjectName(QStringLiteral("measurementName"));
     name_->setMinimumWidth(look::charactersWide(*this, 34));
-    auto* rule = new TypingRule(32, false, {}, name_);
+    auto* rule = new TypingRule(
+        32, false, [](const QString&) {}, name_);
     name_->setValidator(rule);
     connect(name_, &QLineEdit::textEdited, rule, &TypingRule::took);
     addField(*grid, u"Measurement Name:", *name_);
@@ -128,6 +129,7 @@ QWidget* EditDataWordDialog::makeOptions() {
     addChildren_->setAccessibleName(QStringLiteral("Auto-Add Children"));
     auto* label = new QLabel(QStringLiteral("Auto-Add:"), owner);
     label->setEnabled(steps_.hasDatabase());
+    label->setBuddy(addRoot_);
     layout->addWidget(storeInDatabase_, 0, 0, 1, 4);
     layout->addWidget(label, 1, 0);
     layout->addWidget(addRoot_, 1, 1);
@@ -153,7 +155,7 @@ QWidget* EditDataWordDialog::makeButtons() {
     select_ = make("selectFromDatabase", u"Select Measurement &From Database", u"",
                    &EditDataWordDialog::pickFromDatabase);
     move_ = make("move", u"&Move", u"", &EditDataWordDialog::move);
-    delete_ = make("delete", u"&Delete", u"delete", &EditDataWordDialog::deleteIt);
+    delete_ = make("deleteMeasurement", u"&Delete", u"delete", &EditDataWordDialog::deleteIt);
     layout->addStretch();
     return owner;
 }
@@ -279,12 +281,29 @@ void EditDataWordDialog::openPanel(const std::string& type) {
             markChanged();
             update();
         });
-        setTabOrder(mask_, panel_);
+        panel_->show();
+        putPanelBehindFields();
     }
     // The window grows and shrinks with what stands beside the fields.
     if (isVisible() || hadPanel) {
         layout()->activate();
         resize(sizeHint().boundedTo(look::roomOnScreen(*this)));
+    }
+}
+
+/// It was made last, and stands in the middle.
+void EditDataWordDialog::putPanelBehindFields() {
+    QList<QWidget*> controls;
+    for (auto* next = panel_->nextInFocusChain(); next != panel_ && next != nullptr;
+         next = next->nextInFocusChain()) {
+        if (panel_->isAncestorOf(next) && (next->focusPolicy() & Qt::TabFocus) != 0) {
+            controls.append(next);
+        }
+    }
+    QWidget* previous = addChildren_;
+    for (auto* control : controls) {
+        setTabOrder(previous, control);
+        previous = control;
     }
 }
 

@@ -45,6 +45,7 @@ class EditDataWordDialog : public EditDialog {
     void connectFields();
     void selectType();
     void openPanel(const std::string& type);
+    void putPanelBehindFields();
     void update();
 
     [[nodiscard]] std::string chosenType() const;

@@ -42,6 +42,11 @@ FragmentDialog::FragmentDialog(FormContext& form, PcmFormat& format, Setup setup
     grid->addWidget(mask_, row, 1);
     layout->addStretch();
     layout->addWidget(look::makeDialogButtons(*this));
+    if (subframe_ == nullptr) {
+        setTabOrder(number_, order_);
+        setTabOrder(order_, place_);
+        setTabOrder(place_, &mask_->field());
+    }
     connectFields();
     number_->setFocus();
     if (setup_.isNew) {

@@ -32,13 +32,10 @@ LocationMode::LocationMode(QGridLayout& grid, QWidget& panel) : QObject(&panel) 
     mode_->addItem(QString::fromUtf16(kEveryLocation));
     mode_->setPlaceholderText(QStringLiteral("Please select"));
     addField(grid, u"Location Definition:", *mode_);
-    first_ = new QLabel(&panel);
+    first_ = new QLineEdit(&panel);
     first_->setObjectName(QStringLiteral("firstLocation"));
-    first_->setTextFormat(Qt::PlainText);
-    firstLabel_ = new QLabel(QStringLiteral("First Location:"), &panel);
-    const int row = grid.rowCount();
-    grid.addWidget(firstLabel_, row, 0);
-    grid.addWidget(first_, row, 1);
+    first_->setReadOnly(true);
+    addField(grid, u"First Location:", *first_);
     count_ = new NumberEdit("numberOfLocations", 4, &panel);
     addField(grid, u"Number Of Locations:", *count_);
     interval_ = new NumberEdit("interval", 3, &panel);
@@ -83,7 +80,6 @@ void LocationMode::update() {
     count_->setEnabled(!everyLocation);
     interval_->setEnabled(!everyLocation);
     first_->setEnabled(!everyLocation);
-    firstLabel_->setEnabled(!everyLocation);
 }
 
 SuperComPanel::SuperComPanel(FormContext& form, PcmFormat& format, bool ofSubframe,

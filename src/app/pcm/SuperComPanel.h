@@ -14,7 +14,7 @@
 
 class QComboBox;
 class QGridLayout;
-class QLabel;
+class QLineEdit;
 
 namespace kavu {
 
@@ -60,8 +60,7 @@ class LocationMode : public QObject {
     QComboBox* mode_ = nullptr;
     NumberEdit* count_ = nullptr;
     NumberEdit* interval_ = nullptr;
-    QLabel* first_ = nullptr;
-    QLabel* firstLabel_ = nullptr;
+    QLineEdit* first_ = nullptr;
 };
 
 /// "SuperComWindow", for "MFSC" with words and for "SFSC" with positions of the subframe.

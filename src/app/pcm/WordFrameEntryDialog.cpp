@@ -17,7 +17,6 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QListWidget>
 #include <QVBoxLayout>
 
 namespace kavu {
@@ -72,11 +71,8 @@ QWidget* WordFrameEntryDialog::makeFields() {
         count_->addItem(QString::number(n));
     }
     addField(*grid, u"Number Of Fragments:", *count_);
-    fragments_ = new QListWidget(owner);
-    fragments_->setObjectName(QStringLiteral("fragments"));
-    fragments_->setFlow(QListView::LeftToRight);
-    fragments_->setFixedHeight(look::unit(*owner) * 4);
-    fragments_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    fragments_ = new QComboBox(owner);
+    fragments_->setObjectName(QStringLiteral("fragment"));
     addField(*grid, u"Fragment:", *fragments_);
     const auto add = [&](NumberEdit*& edit, const char* name, const char16_t* label) {
         edit = new NumberEdit(name, kDigits, owner);
@@ -103,8 +99,9 @@ QWidget* WordFrameEntryDialog::makeMapSide() {
     auto* layout = new QVBoxLayout(owner);
     look::arrangePart(*layout, *owner);
     map_ = new WordFrameMap(owner);
-    layout->addWidget(
-        new QLabel(QStringLiteral("Words (left to right) and frames (down):"), owner));
+    auto* label = new QLabel(QStringLiteral("Words (left to right) and frames (down):"), owner);
+    label->setBuddy(map_);
+    layout->addWidget(label);
     layout->addWidget(map_, 1);
     covered_ = new QLabel(owner);
     covered_->setObjectName(QStringLiteral("covered"));
@@ -127,7 +124,7 @@ void WordFrameEntryDialog::connectFields() {
         showFragment(std::min(shown_, index));
         edited();
     });
-    connect(fragments_, &QListWidget::currentRowChanged, this, [this](int row) {
+    connect(fragments_, &QComboBox::currentIndexChanged, this, [this](int row) {
         if (!showing_ && row >= 0) {
             keepFragment();
             showFragment(row);
@@ -167,7 +164,7 @@ void WordFrameEntryDialog::setFragmentCount(int count) {
     showing_ = true;
     fragments_->clear();
     for (int n = 1; n <= count; ++n) {
-        fragments_->addItem(QStringLiteral(" %1 ").arg(n));
+        fragments_->addItem(QString::number(n));
     }
     showing_ = false;
     fragments_->setEnabled(count > 1);
@@ -178,7 +175,7 @@ void WordFrameEntryDialog::setFragmentCount(int count) {
 void WordFrameEntryDialog::showFragment(int index) {
     showing_ = true;
     shown_ = index;
-    fragments_->setCurrentRow(index);
+    fragments_->setCurrentIndex(index);
     const auto& fragment = setup_.location.fragments[static_cast<std::size_t>(index)];
     startWord_->setNumber(fragment.startWord);
     wordInterval_->setNumber(fragment.wordInterval);

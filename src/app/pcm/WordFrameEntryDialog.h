@@ -11,7 +11,6 @@
 class QComboBox;
 class QLabel;
 class QVBoxLayout;
-class QListWidget;
 
 namespace kavu {
 
@@ -55,7 +54,7 @@ class WordFrameEntryDialog : public EditDialog {
     bool showing_ = false;
     NumberEdit* length_ = nullptr;
     QComboBox* count_ = nullptr;
-    QListWidget* fragments_ = nullptr;
+    QComboBox* fragments_ = nullptr;
     NumberEdit* startWord_ = nullptr;
     NumberEdit* wordInterval_ = nullptr;
     NumberEdit* endWord_ = nullptr;

@@ -1,0 +1,368 @@
+#include "app/pcm/WordStage.h"
+#include "app/support/WidgetChecks.h"
+
+#include <QCheckBox>
+#include <QPushButton>
+
+namespace kavu {
+namespace {
+
+using test::choose;
+using test::find;
+using test::press;
+using test::textOf;
+using test::type;
+using test::WordStage;
+
+TEST(EditDataWordDialogTest, ANewMeasurementIsStoredAsItWasEntered) {
+    WordStage stage;
+    stage.door.next([&](QDialog& dialog) {
+        EXPECT_EQ(dialog.objectName(), QStringLiteral("Pre_106_11_EditDataWord"));
+        EXPECT_EQ(toBytes(dialog.windowTitle()), "Edit Data Word Definition (FWP: 3  FN: 2)");
+        EXPECT_EQ(test::checkWindow(dialog), std::vector<std::string>{});
+        EXPECT_EQ(textOf(dialog, "wordLength"), "16");
+        EXPECT_EQ(textOf(dialog, "bitmask"), "FW");
+        type(dialog, "measurementName", QStringLiteral("SPEED"));
+        choose(dialog, "parity", QStringLiteral("ODD"));
+        choose(dialog, "parityTransferOrder", QStringLiteral("Trails"));
+        choose(dialog, "measurementTransferOrder", QStringLiteral("LSB"));
+        choose(dialog, "filtering", QStringLiteral("Filter"));
+        stage.ui.texts = {"11"};
+        press(dialog, "editMask");
+        press(dialog, "ok");
+    });
+    EXPECT_TRUE(stage.edit(3, 2));
+    const auto& cell = stage.at(3, 1, "SPEED");
+    EXPECT_EQ(cell.parity, "OD");
+    EXPECT_EQ(cell.parityTransferOrder, "T");
+    EXPECT_EQ(cell.transferOrder, "L");
+    EXPECT_EQ(cell.filterOverwrite, "F");
+    EXPECT_EQ(cell.mask, "1100000000000000");
+    EXPECT_EQ(cell.locationType, "MF");
+    EXPECT_TRUE(stage.format.changed);
+    EXPECT_TRUE(stage.ui.boxes.empty());
+}
+
+TEST(EditDataWordDialogTest, OkWithoutAnEditStoresNothing) {
+    WordStage stage;
+    stage.place(3, 1, "A");
+    EXPECT_TRUE(stage.leavesAlone(3, 1, [](QDialog& dialog) { press(dialog, "ok"); }));
+    EXPECT_TRUE(stage.ui.boxes.empty());
+}
+
+TEST(EditDataWordDialogTest, CancelAsksOnlyAfterAnEdit) {
+    WordStage stage;
+    stage.place(3, 1, "A");
+    EXPECT_TRUE(stage.leavesAlone(3, 1, [](QDialog& dialog) { press(dialog, "cancel"); }));
+    EXPECT_TRUE(stage.ui.boxes.empty());
+    EXPECT_TRUE(stage.leavesAlone(3, 1, [&](QDialog& dialog) {
+        type(dialog, "measurementName", QStringLiteral("B"));
+        stage.ui.otherwise = Button::No;
+        press(dialog, "cancel");
+        EXPECT_TRUE(dialog.isVisible());
+        EXPECT_TRUE(stage.ui.hasText("Do you really want to cancel?"));
+        stage.ui.otherwise = Button::Yes;
+        press(dialog, "cancel");
+    }));
+    EXPECT_EQ(stage.ui.boxes.size(), 2U);
+}
+
+TEST(EditDataWordDialogTest, ClosingTheWindowOffersToSave) {
+    WordStage stage;
+    EXPECT_TRUE(stage.leavesAlone(3, 1, [&](QDialog& dialog) {
+        type(dialog, "measurementName", QStringLiteral("B"));
+        stage.ui.queued = {Button::Cancel, Button::No};
+        dialog.close();
+        EXPECT_TRUE(dialog.isVisible());
+        dialog.close();
+    }));
+    stage.door.next([&](QDialog& dialog) {
+        type(dialog, "measurementName", QStringLiteral("B"));
+        stage.ui.queued = {Button::Yes};
+        dialog.close();
+    });
+    EXPECT_TRUE(stage.edit(3, 1));
+    EXPECT_EQ(stage.places("B"), "3/1 ");
+}
+
+TEST(EditDataWordDialogTest, WhatIsRefusedKeepsTheDialogAndTheStream) {
+    WordStage stage;
+    stage.place(9, 1, "TAKEN");
+    EXPECT_TRUE(stage.leavesAlone(3, 1, [&](QDialog& dialog) {
+        type(dialog, "measurementName", QStringLiteral("X"));
+        QTest::keyClick(find<QLineEdit>(dialog, "measurementName"), Qt::Key_Backspace);
+        press(dialog, "ok");
+        EXPECT_EQ(stage.lastBox(), 326);
+        type(dialog, "measurementName", QStringLiteral("taken"));
+        press(dialog, "ok");
+        EXPECT_EQ(stage.lastBox(), 334);
+        type(dialog, "measurementName", QStringLiteral("a;b"));
+        press(dialog, "ok");
+        EXPECT_TRUE(stage.ui.hasBox(402));
+        type(dialog, "measurementName", QStringLiteral("FREE"));
+        choose(dialog, "measurementLocationType", QStringLiteral("MFSC"));
+        press(dialog, "ok");
+        EXPECT_EQ(stage.lastBox(), 328);
+        choose(dialog, "locationDefinition", QStringLiteral("I - "));
+        type(dialog, "interval", QStringLiteral("0"));
+        press(dialog, "ok");
+        EXPECT_EQ(stage.lastBox(), 337);
+        type(dialog, "interval", QStringLiteral("2"));
+        type(dialog, "numberOfLocations", QStringLiteral("2"));
+        press(dialog, "ok");
+        EXPECT_EQ(stage.lastBox(), 330);  // word 5 is a subframe
+        choose(dialog, "measurementLocationType", QStringLiteral("MFFR"));
+        choose(dialog, "locationDefinition", QStringLiteral("I - "));
+        press(dialog, "ok");
+        EXPECT_EQ(stage.lastBox(), 336);
+        stage.ui.otherwise = Button::Yes;
+        press(dialog, "cancel");
+    }));
+}
+
+TEST(EditDataWordDialogTest, ATaggedNameIsRefusedFrom2011On) {
+    WordStage stage(2011);
+    stage.format.dGroup = 1;
+    stage.write("[kavu]DTAG0000.D01", "D-1\\MN-1-1:TAGGED;\r\n");
+    EXPECT_TRUE(stage.leavesAlone(3, 1, [&](QDialog& dialog) {
+        type(dialog, "measurementName", QStringLiteral("tagged"));
+        press(dialog, "ok");
+        EXPECT_EQ(stage.lastBox(), 339);
+        stage.ui.otherwise = Button::Yes;
+        press(dialog, "cancel");
+    }));
+}
+
+TEST(EditDataWordDialogTest, TheLocationTypesAreThoseOfTheWordAndTheEdition) {
+    const auto types = [](WordStage& stage, int fwp) {
+        QStringList found;
+        EXPECT_TRUE(stage.leavesAlone(fwp, 1, [&](QDialog& dialog) {
+            found = test::entries(dialog, "measurementLocationType");
+            press(dialog, "cancel");
+        }));
+        return toBytes(found.join(u','));
+    };
+    WordStage stage;
+    EXPECT_EQ(types(stage, 5),
+              "SF    - Sub Frame,SFSC  - Sub Frame Supercommutated,SFFR  - Sub Frame "
+              "Fragmented,WDFR  - Word/Frame");
+    EXPECT_EQ(types(stage, 30), "MF    - Minor Frame,WDFR  - Word/Frame");
+    EXPECT_EQ(types(stage, 3),
+              "MF    - Minor Frame,MFSC  - Minor Frame Supercommutated,MFFR  - Minor Frame "
+              "Fragmented,WDFR  - Word/Frame");
+    WordStage old(2001);
+    EXPECT_EQ(types(old, 30), "MF    - Minor Frame");
+    stage.format.implicitSubframes = true;
+    EXPECT_EQ(types(stage, 3), "WDFR  - Word/Frame");
+}
+
+TEST(EditDataWordDialogTest, FilteringIsShownFrom2009OnAndEditableInThatEditionOnly) {
+    for (const auto& [edition, isShown, isEnabled] :
+         {std::tuple{2007, false, false}, {2009, true, true}, {2011, true, false}}) {
+        WordStage stage(edition);
+        EXPECT_TRUE(
+            stage.leavesAlone(3, 1, [&, shown = isShown, enabled = isEnabled](QDialog& dialog) {
+                const auto* box = dialog.findChild<QComboBox*>(QStringLiteral("filtering"));
+                EXPECT_EQ(box != nullptr, shown);
+                EXPECT_EQ(box != nullptr && box->isEnabled(), enabled);
+                EXPECT_EQ(dialog.findChild<QComboBox*>(QStringLiteral("measurementLocationType")) !=
+                              nullptr,
+                          dialog.objectName() != QStringLiteral("EditDataWord"));
+                press(dialog, "cancel");
+            }));
+    }
+}
+
+TEST(EditDataWordDialogTest, WithoutADatabaseItsControlsAreUnavailable) {
+    WordStage stage;
+    EXPECT_TRUE(stage.leavesAlone(3, 1, [](QDialog& dialog) {
+        for (const auto* name :
+             {"storeInDatabase", "autoAddRoot", "autoAddChildren", "selectFromDatabase",
+              "editConversion", "deleteMeasurement", "move"}) {
+            EXPECT_FALSE(find<QWidget>(dialog, name)->isEnabled()) << name;
+        }
+        press(dialog, "cancel");
+    }));
+}
+
+TEST(EditDataWordDialogTest, APickFromTheDatabaseFillsTheFieldsAndBringsItsRoot) {
+    WordStage stage;
+    const DatabaseRecord record{"PICKED", "WHOLE", "1111000000000000", "L", "T", "EV"};
+    stage.steps.save.database.find = [&](UserInterface*, std::string_view name) {
+        return name == "PICKED"
+                   ? std::optional(record)
+                   : std::optional(DatabaseRecord{std::string(name), "", "FW", "M", "D", "DE"});
+    };
+    stage.steps.save.database.forEach = [](UserInterface*, const auto&) { return true; };
+    stage.steps.save.database.select = [&](UserInterface*) { return std::optional(record); };
+    std::string stored;
+    stage.steps.save.storeInDatabase = [&](UserInterface*, std::string_view name) {
+        stored = name;
+    };
+    AutoAdd kept;
+    stage.steps.autoAdd = [&] { return kept; };
+    stage.steps.keepAutoAdd = [&](const AutoAdd& wanted) { kept = wanted; };
+    stage.door.next([](QDialog& dialog) {
+        press(dialog, "selectFromDatabase");
+        EXPECT_EQ(textOf(dialog, "measurementName"), "PICKED");
+        EXPECT_EQ(textOf(dialog, "bitmask"), "1111000000000000");
+        find<QCheckBox>(dialog, "storeInDatabase")->click();
+        find<QCheckBox>(dialog, "autoAddRoot")->click();
+        press(dialog, "ok");
+    });
+    EXPECT_TRUE(stage.edit(3, 1));
+    EXPECT_EQ(stage.at(3, 1, "PICKED").parity, "EV");
+    EXPECT_EQ(stage.at(3, 1, "PICKED").transferOrder, "L");
+    EXPECT_EQ(stage.places("WHOLE"), "3/1 ");
+    EXPECT_EQ(stored, "PICKED");
+    EXPECT_TRUE(kept.root);
+    EXPECT_EQ(stage.settings.integer("SaveMDB", 0), 1);
+}
+
+TEST(EditDataWordDialogTest, ARootIsNotAddedForASupercommutatedPick) {
+    WordStage stage;
+    stage.steps.save.database.find = [](UserInterface*, std::string_view name) {
+        return std::optional(DatabaseRecord{std::string(name), "WHOLE", "FW", "M", "D", "DE"});
+    };
+    stage.steps.save.database.forEach = [](UserInterface*, const auto&) { return true; };
+    stage.steps.save.database.select = [](UserInterface*) {
+        return std::optional(DatabaseRecord{"PICKED", "WHOLE", "FW", "M", "D", "DE"});
+    };
+    stage.steps.autoAdd = [] { return AutoAdd{true, false}; };
+    stage.door.next([](QDialog& dialog) {
+        press(dialog, "selectFromDatabase");
+        choose(dialog, "measurementLocationType", QStringLiteral("MFSC"));
+        choose(dialog, "locationDefinition", QStringLiteral("I - "));
+        press(dialog, "ok");
+    });
+    EXPECT_TRUE(stage.edit(3, 1));
+    EXPECT_EQ(stage.lastBox(), 412);
+    EXPECT_EQ(stage.places("PICKED"), "3/1 ");
+    EXPECT_EQ(stage.places("WHOLE"), "");
+}
+
+TEST(EditDataWordDialogTest, TheConversionOfAStoredMeasurementIsEdited) {
+    WordStage stage;
+    stage.place(3, 1, "A");
+    stage.place(30, 1, "COUNT");
+    std::string edited;
+    stage.steps.editConversion = [&](QWidget&, const std::string& name, int bits) {
+        edited = name + " " + std::to_string(bits);
+        return true;
+    };
+    EXPECT_TRUE(stage.leavesAlone(3, 1, [&](QDialog& dialog) {
+        press(dialog, "editConversion");
+        type(dialog, "measurementName", QStringLiteral("B"));
+        EXPECT_FALSE(find<QPushButton>(dialog, "editConversion")->isEnabled());
+        EXPECT_FALSE(find<QPushButton>(dialog, "move")->isEnabled());
+        stage.ui.otherwise = Button::Yes;
+        press(dialog, "cancel");
+    }));
+    EXPECT_EQ(edited, "A 16");
+    // A counter has no conversion to edit.
+    EXPECT_TRUE(stage.leavesAlone(30, 1, [](QDialog& dialog) {
+        EXPECT_FALSE(find<QPushButton>(dialog, "editConversion")->isEnabled());
+        press(dialog, "cancel");
+    }));
+}
+
+TEST(EditDataWordDialogTest, ANewNameGoesToTheConversion) {
+    WordStage stage;
+    stage.place(3, 1, "A");
+    std::string renamed;
+    stage.steps.save.renameConversion = [&](UserInterface*, std::string_view from,
+                                            std::string_view to) {
+        renamed = std::string(from) + " " + std::string(to);
+    };
+    stage.door.next([](QDialog& dialog) {
+        type(dialog, "measurementName", QStringLiteral("B"));
+        press(dialog, "ok");
+    });
+    EXPECT_TRUE(stage.edit(3, 1));
+    EXPECT_EQ(renamed, "A B");
+    EXPECT_EQ(stage.places("B"), "3/1 ");
+    EXPECT_EQ(stage.places("A"), "");
+}
+
+TEST(EditDataWordDialogTest, MoveOffersEveryWordAndFrameAndSavesTheFormat) {
+    WordStage stage;
+    stage.place(3, 1, "A");
+    int saves = 0;
+    stage.steps.saveFormat = [&] { return ++saves > 0; };
+    stage.ui.choices = {-1};
+    EXPECT_TRUE(stage.leavesAlone(3, 1, [&](QDialog& dialog) {
+        press(dialog, "move");
+        EXPECT_TRUE(dialog.isVisible());
+        ASSERT_EQ(stage.ui.listPrompts.size(), 1U);
+        EXPECT_EQ(stage.ui.listPrompts[0].first, "Move This Measurement To:");
+        EXPECT_EQ(stage.ui.listPrompts[0].second[0], "Word #1 (every frame)\n");
+        EXPECT_EQ(stage.ui.listPrompts[0].second[5], "Word #5 Frame #2\n");
+        press(dialog, "cancel");
+    }));
+    stage.ui.choices = {5};
+    stage.door.next([](QDialog& dialog) { press(dialog, "move"); });
+    EXPECT_TRUE(stage.edit(3, 1));
+    EXPECT_EQ(stage.places("A"), "5/2 ");
+    EXPECT_EQ(stage.at(5, 2, "A").locationType, "SF");
+    EXPECT_EQ(saves, 1);
+}
+
+TEST(EditDataWordDialogTest, DeleteAsksAndForgetsTheConversion) {
+    WordStage stage;
+    stage.place(3, 1, "A");
+    std::string deleted;
+    stage.steps.edit.deleteConversion = [&](UserInterface*, std::string_view name) {
+        deleted = name;
+    };
+    EXPECT_TRUE(stage.leavesAlone(3, 1, [&](QDialog& dialog) {
+        press(dialog, "deleteMeasurement");
+        EXPECT_EQ(stage.lastBox(), 117);
+        EXPECT_TRUE(dialog.isVisible());
+        press(dialog, "cancel");
+    }));
+    stage.ui.byId[117] = Button::Yes;
+    stage.door.next([](QDialog& dialog) { press(dialog, "deleteMeasurement"); });
+    EXPECT_TRUE(stage.edit(3, 1));
+    EXPECT_EQ(stage.places("A"), "");
+    EXPECT_EQ(deleted, "A");
+}
+
+TEST(EditDataWordDialogTest, AtAPlaceOfSeveralMeasurementsOneIsChosenOrANewOne) {
+    WordStage stage;
+    stage.place(3, 1, "A");
+    stage.place(3, 1, "B");
+    EXPECT_FALSE(stage.edit(3, 1));  // none chosen
+    stage.ui.choices = {1, 2};
+    EXPECT_TRUE(stage.leavesAlone(3, 1, [](QDialog& dialog) {
+        EXPECT_EQ(textOf(dialog, "measurementName"), "B");
+        press(dialog, "cancel");
+    }));
+    stage.door.next([](QDialog& dialog) {
+        EXPECT_EQ(textOf(dialog, "measurementName"), "");
+        type(dialog, "measurementName", QStringLiteral("C"));
+        press(dialog, "ok");
+    });
+    EXPECT_TRUE(stage.edit(3, 1));
+    EXPECT_EQ(stage.format.countMeasurementsAt(3, 1, true), 3);
+}
+
+TEST(EditDataWordDialogTest, AnUnknownCodeOfAFileStaysUntilAnotherIsChosen) {
+    WordStage stage;
+    Measurement odd;
+    odd.name = "A";
+    odd.locationType = "MF";
+    odd.parity = "XX";
+    odd.transferOrder = "Q";
+    odd.mask = "FW";
+    stage.place(3, 1, odd);
+    stage.door.next([](QDialog& dialog) {
+        choose(dialog, "measurementTransferOrder", QStringLiteral("MSB"));
+        press(dialog, "ok");
+    });
+    EXPECT_TRUE(stage.edit(3, 1));
+    EXPECT_EQ(stage.at(3, 1, "A").parity, "XX");
+    EXPECT_EQ(stage.at(3, 1, "A").transferOrder, "M");
+}
+
+}  // namespace
+}  // namespace kavu
