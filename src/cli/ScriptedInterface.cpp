@@ -236,7 +236,9 @@ int ScriptedInterface::selectFromTable(const TablePrompt& prompt) {
 std::optional<FileChoice> ScriptedInterface::chooseFile(const FilePrompt& prompt) {
     const auto reply = promptReply(prompt.title);
     std::string path;
-    if (equalsIgnoreCase(reply, "yes")) {
+    if (ownReply(prompt.title) != nullptr) {
+        path = reply;
+    } else if (equalsIgnoreCase(reply, "yes")) {
         path = prompt.path;
     } else if (!isCancel(reply)) {
         path = reply;
