@@ -129,8 +129,9 @@ FitResult refitPairs(const FitInput& input, const FitOptions& options) {
 
 std::optional<CountRange> fitCountRange(const FitInput& input, const FitOptions& options) {
     // What the page has selected, or integers if it has nothing.
-    const std::string_view format = input.binaryFormat.empty() ? "INT" : input.binaryFormat;
-    return countRange(input.bits != 0 ? input.bits : options.defaultBits, format);
+    const std::string_view format = input.binaryFormat;
+    return countRange(input.bits != 0 ? input.bits : options.defaultBits,
+                      format.empty() ? "INT" : format);
 }
 
 CurveTrust judgeResult(const FitResult& result, const FitInput& input, const FitOptions& options) {
