@@ -11,6 +11,7 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace kavu {
@@ -96,6 +97,7 @@ void placeControl(QGridLayout& grid, FieldControl& control, int row, int width) 
         return;
     }
     auto* const measured = new QHBoxLayout;
+    measured->setSpacing(look::unit(control.widget()) / 2);
     measured->addWidget(&control.widget(), wide ? 1 : 0);
     auto* const unit = new QLabel(toQString(control.field().unit), control.widget().parentWidget());
     unit->setTextFormat(Qt::PlainText);
@@ -229,6 +231,24 @@ void FieldForm::editValue(std::string_view code, std::string_view newValue) {
 QWidget* FieldForm::control(std::string_view code) const {
     const auto it = byCode_.find(code);
     return it == byCode_.end() ? nullptr : &it->second->widget();
+}
+
+QPushButton* FieldForm::addButton(std::string_view code, const char* name, const QString& text) {
+    auto* const field = control(code);
+    auto* const grid =
+        field == nullptr ? nullptr : qobject_cast<QGridLayout*>(field->parentWidget()->layout());
+    if (grid == nullptr || grid->indexOf(field) < 0) {
+        return nullptr;
+    }
+    int row = 0;
+    int column = 0;
+    int rowSpan = 1;
+    int columnSpan = 1;
+    grid->getItemPosition(grid->indexOf(field), &row, &column, &rowSpan, &columnSpan);
+    auto* const button = look::makeButton(name, text, {}, field->parentWidget());
+    grid->addWidget(button, row, column + columnSpan, Qt::AlignLeft);
+    setTabOrder(field, button);
+    return button;
 }
 
 std::vector<std::string_view> FieldForm::codes() const {

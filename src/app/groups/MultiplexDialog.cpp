@@ -28,6 +28,7 @@ constexpr std::size_t kDataTypeColumn = 1;
 constexpr std::size_t kNameColumn = 5;
 constexpr std::size_t kColumns = 6;
 constexpr std::size_t kNameLimit = 32;
+constexpr int kListWidth = 96;  // characters
 constexpr char kNameTitle[] = "Measurement/Data Link Name";
 
 /// The columns of a subcarrier but its name, which has two codes.
@@ -45,6 +46,8 @@ ListSetup listSetup(int edition) {
                           .objectName = std::string(field.code)};
         if (field.kind == FieldKind::Choice) {
             column.kind = ColumnKind::Choice;
+            // The limit is that of what is stored.
+            column.limit = 0;
             for (const auto& choice : choicesOf(field, edition)) {
                 column.choices.emplace_back(choice.text);
             }
@@ -101,12 +104,14 @@ MultiplexPage::MultiplexPage(FormContext& form, SourceParts parts, MultiplexGrou
     : PropertyPage(form, "multiplex_info", "Multiplex/Modulation", parent),
       parts_(parts),
       group_(std::move(group)) {
-    auto* const column = new QVBoxLayout(this);
-    look::arrangeWindow(*column, *this);
+    auto* const columns = new QHBoxLayout(this);
+    look::arrangeWindow(*columns, *this);
     fields_ = new FieldForm(form, multiplexFields(), "multiplex_info", this);
-    column->addWidget(fields_, 1);
-    column->addWidget(makeNameBox());
-    column->addWidget(makeListBox(), 1);
+    columns->addWidget(fields_);
+    auto* const names = new QVBoxLayout;
+    names->addWidget(makeNameBox());
+    names->addWidget(makeListBox(), 1);
+    columns->addLayout(names, 1);
     connect(fields_, &FieldForm::edited, this, &MultiplexPage::fieldEdited);
 }
 
@@ -127,6 +132,7 @@ QWidget* MultiplexPage::makeListBox() {
     auto* const column = new QVBoxLayout(box);
     rows_ = new EditableList(form(), "SI", listSetup(form().edition), box);
     rows_->rowEditor = [this](int row, const ListRow& before) { return editRow(row, before); };
+    rows_->setMinimumWidth(look::charactersWide(*rows_, kListWidth));
     column->addWidget(rows_);
     connect(rows_, &EditableList::changed, this, [this] {
         takeRows();
@@ -177,6 +183,7 @@ bool MultiplexPage::takeLinkName(const std::string& oldName, const std::string& 
     }
     replaceLinkName(group_, oldName, newName);
     emit linkRenamed();
+    markChanged();
     return true;
 }
 
@@ -239,7 +246,9 @@ void MultiplexPage::takeRows() {
     }
 }
 
-std::optional<ListRow> MultiplexPage::editRow(int index, const ListRow& before) {
+std::optional<ListRow> MultiplexPage::editRow(int index, const ListRow& given) {
+    // The rows are shown anew when a link is renamed.
+    const ListRow before = given;
     const auto setup = listSetup(form().edition);
     const bool isNew = static_cast<std::size_t>(index) >= group_.record.rows(kRows).size();
     SubcarrierDialog dialog(form(), *rows_, setup, index, before, isNew, window());
