@@ -1,3 +1,4 @@
+#include "conversion/ExpectPicture.h"
 #include "conversion/PairSetFit.h"
 #include "core/ProfileSettings.h"
 #include "support/RecordingSurface.h"
@@ -438,6 +439,34 @@ TEST(DrawFitPage, HasTheNameThePlotAndTheNumbers) {
     refused.page = true;
     refused.startsPage = false;
     EXPECT_FALSE(drawFitPage(plot, refused, "ENG1", refitPairs(in, options), in, options, {}));
+}
+
+TEST(FitPictures, AreWhatTheyWere) {
+    auto in = input({0, 1000, 2000, 3000, 4000}, {0, 9.5, 21, 29, 41});
+    in.series = true;
+    in.zero = "500";
+    in.cal = "3500";
+    const auto result = refitPairs(in, {});
+    FitDrawing drawing;
+    drawing.units = "PSI";
+    drawing.selected = 2;
+    drawing.showMarked = true;
+    RecordingSurface window(600, 400);
+    Plot plot;
+    leaveRoomForLabels(drawing, window, fitScale(plot.attributes, result, in, {}, drawing), true);
+    ASSERT_TRUE(drawFit(plot, window, result, in, {}, drawing));
+    test::expectPicture(window, "fit");
+    RecordingSurface below(600, 120);
+    Plot residuals;
+    residuals.attributes = residualScale(plot.attributes, result);
+    leaveRoomForLabels(drawing, below, residuals.attributes, false);
+    ASSERT_TRUE(drawResiduals(residuals, below, result, drawing));
+    test::expectPicture(below, "residuals");
+    RecordingSurface page(700, 1000);
+    page.page = true;
+    Plot printed;
+    ASSERT_TRUE(drawFitPage(printed, page, "ENG1-P", result, in, {}, drawing));
+    test::expectPicture(page, "fit-page");
 }
 
 TEST(JudgeResult, LooksAtTheRangeOnlyIfTheWordIsKnownOrDrawn) {

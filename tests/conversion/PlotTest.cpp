@@ -1,3 +1,4 @@
+#include "conversion/ExpectPicture.h"
 #include "conversion/Plot.h"
 #include "support/RecordingSurface.h"
 #include "support/TestContext.h"
@@ -399,14 +400,6 @@ TEST(ClipSegment, WhatIsSeenIsAlwaysInside) {
 // --- Pictures ------------------------------------------------------------------------------
 
 /// Compares with tests/golden/plots/<name>.txt; KAVU_WRITE_GOLDEN writes it anew.
-void expectPicture(const RecordingSurface& surface, const std::string& name) {
-    const auto path = std::string(KAVU_SOURCE_DIR) + "/tests/golden/plots/" + name + ".txt";
-    if (std::getenv("KAVU_WRITE_GOLDEN") != nullptr) {
-        test::writeFile(path, surface.picture());
-    }
-    EXPECT_EQ(surface.picture(), test::readFile(path)) << name;
-}
-
 TEST(PlotPictures, AreWhatTheyWere) {
     const Values x{-10, 0, 10, 20, 30};
     const Values y{5, -2, 7, 9, 40};
@@ -425,7 +418,7 @@ TEST(PlotPictures, AreWhatTheyWere) {
         ASSERT_TRUE(plot.drawFrame(&surface, drawn));
         EXPECT_TRUE(plot.drawSeries(1, x, y, false));
         EXPECT_TRUE(plot.drawSeries(2, Values{-100, 100}, Values{-100, 100}, false));
-        expectPicture(surface, page ? "page" : "window");
+        test::expectPicture(surface, page ? "page" : "window");
     }
 }
 
@@ -438,7 +431,7 @@ TEST(PlotPictures, AClippedRangeIsWhatItWas) {
     const Values y{0, 7, 30, 5, -9};
     ASSERT_TRUE(plot.drawFrame(&surface, frame(x, y)));
     EXPECT_TRUE(plot.drawSeries(1, x, y, true));
-    expectPicture(surface, "clipped");
+    test::expectPicture(surface, "clipped");
 }
 
 }  // namespace

@@ -72,6 +72,7 @@ EditableList* makeList(FormContext& form, QWidget& panel, bool readOnly) {
     setup.canSort = false;
     auto* list = new EditableList(form, "pairs", std::move(setup), &panel);
     list->view()->setAccessibleName(QStringLiteral("Pair Sets"));
+    list->view()->setMinimumWidth(look::charactersWide(panel, 64));
     return list;
 }
 
@@ -213,7 +214,8 @@ PairSetControls makePairSetControls(FormContext& form, QWidget& panel, QWidget* 
     look::arrangePart(*columns, panel);
     auto* left = new QVBoxLayout;
     look::arrangePart(*left, panel);
-    columns->addLayout(left, 2);
+    columns->addLayout(left);
+    made.columns = columns;
     made.list = makeList(form, panel, readOnly);
     made.import = made.list->addButton("import", QStringLiteral("&Import..."));
     made.paste = made.list->addButton("paste", QStringLiteral("Pa&ste..."));
@@ -225,7 +227,7 @@ PairSetControls makePairSetControls(FormContext& form, QWidget& panel, QWidget* 
     made.showPlot = makeCheck("showPlot", "Sho&w Plot", &panel);
     auto* right = new QVBoxLayout;
     look::arrangePart(*right, panel);
-    columns->addLayout(right, 3);
+    columns->addLayout(right);
     right->addWidget(makePlotSide(made, panel, curveView, residualView), 1);
     right->addWidget(makeResultBox(made, panel));
     right->addStretch();

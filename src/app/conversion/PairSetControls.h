@@ -5,6 +5,7 @@
 
 class QCheckBox;
 class QComboBox;
+class QHBoxLayout;
 class QLabel;
 class QLineEdit;
 class QListWidget;
@@ -46,6 +47,7 @@ struct PairSetControls {
     QLineEdit* rms = nullptr;
     QLabel* trust = nullptr;
 
+    QHBoxLayout* columns = nullptr;  ///< what is entered, and what comes of it
     QCheckBox* showPlot = nullptr;
     QWidget* plotSide = nullptr;
     QLabel* pointer = nullptr;

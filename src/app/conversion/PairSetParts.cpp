@@ -15,6 +15,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -145,11 +146,30 @@ void PairSetPanel::Parts::setPlotShown(bool shown) {
     panel_.setObjectName(shown ? QStringLiteral("PairSetsPlot") : QStringLiteral("PairSets"));
     controls_.showPlot->setChecked(shown);
     controls_.plotSide->setVisible(shown);
+    controls_.columns->setStretch(0, shown ? 0 : 1);
+    controls_.columns->setStretch(1, shown ? 1 : 0);
 }
 
 void PairSetPanel::Parts::redraw() {
     curveView_->redraw();
     residualView_->redraw();
+}
+
+FitDrawing PairSetPanel::Parts::drawingOn(const DrawingSurface& surface, bool errors) {
+    FitDrawing drawing;
+    drawing.units = units_;
+    drawing.rescale = rescaled_;
+    drawing.showMarked = true;
+    if (const int row = controls_.list->currentRow(); row >= 0) {
+        drawing.selected = static_cast<std::size_t>(row);
+    }
+    const auto curve = fitScale(chosen_, result_, input_, options_, drawing);
+    FitDrawing other = drawing;
+    leaveRoomForLabels(errors ? other : drawing, surface, curve, true);
+    residuals_.attributes = residualScale(curve, result_);
+    leaveRoomForLabels(errors ? drawing : other, surface, residuals_.attributes, false);
+    drawing.widthFraction = std::min(drawing.widthFraction, other.widthFraction);
+    return drawing;
 }
 
 void PairSetPanel::Parts::drawCurve(DrawingSurface& surface) {
@@ -159,30 +179,14 @@ void PairSetPanel::Parts::drawCurve(DrawingSurface& surface) {
         drawMessage(surface, kNoCurve);
         return;
     }
-    FitDrawing drawing;
-    drawing.units = units_;
-    drawing.rescale = rescaled_;
-    drawing.showMarked = true;
-    if (const int row = controls_.list->currentRow(); row >= 0) {
-        drawing.selected = static_cast<std::size_t>(row);
-    }
-    leaveRoomForLabels(drawing, surface, fitScale(chosen_, result_, input_, options_, drawing),
-                       true);
+    const auto drawing = drawingOn(surface, false);
     plot_.attributes = chosen_;
     (void)drawFit(plot_, surface, result_, input_, options_, drawing);
     plot_.releaseSurface();
 }
 
 void PairSetPanel::Parts::drawErrors(DrawingSurface& surface) {
-    FitDrawing drawing;
-    drawing.rescale = rescaled_;
-    const auto curve = fitScale(chosen_, result_, input_, options_, drawing);
-    residuals_.attributes = residualScale(curve, result_);
-    leaveRoomForLabels(drawing, surface, residuals_.attributes, false);
-    // As wide as the curve, whose labels may be of another length.
-    FitDrawing above = drawing;
-    leaveRoomForLabels(above, surface, curve, false);
-    drawing.widthFraction = std::min(drawing.widthFraction, above.widthFraction);
+    const auto drawing = drawingOn(surface, true);
     (void)drawResiduals(residuals_, surface, result_, drawing);
     residuals_.releaseSurface();
 }

@@ -55,6 +55,8 @@ class PairSetPanel::Parts {
     // The plot.
     void connectPlot();
     void setPlotShown(bool shown);
+    /// How a view is drawn: both have frames of one width, with their pairs one above the other.
+    [[nodiscard]] FitDrawing drawingOn(const DrawingSurface& surface, bool errors);
     void drawCurve(DrawingSurface& surface);
     void drawErrors(DrawingSurface& surface);
     bool drawPage(DrawingSurface& surface) const;
