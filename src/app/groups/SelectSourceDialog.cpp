@@ -23,11 +23,11 @@ namespace {
 QString listLabel(char letter) {
     switch (letter) {
         case 'T':
-            return QStringLiteral("&RF data sources:");
+            return QStringLiteral("RF data sources:");
         case 'R':
-            return QStringLiteral("&Recorder/reproducer data sources:");
+            return QStringLiteral("Recorder/reproducer data sources:");
         default:
-            return QStringLiteral("&Data sources:");
+            return QStringLiteral("Data sources:");
     }
 }
 
@@ -49,7 +49,7 @@ SelectSourceDialog::SelectSourceDialog(FormContext& form, SourceParts parts, cha
     view_->setAlternatingRowColors(true);
     view_->setAllColumnsShowFocus(true);
     view_->setMinimumSize(look::charactersWide(*this, 56), look::unit(*this) * 2 * 9);
-    layout->addWidget(look::addLabel(listLabel(letter), *view_));
+    layout->addWidget(look::addKeyLabel(listLabel(letter), *view_));
     layout->addWidget(view_, 1);
 
     auto* buttons = new QHBoxLayout;
@@ -87,6 +87,8 @@ void SelectSourceDialog::fill() {
     }
     model_->setRows(std::move(shown));
     view_->setColumnWidth(0, look::charactersWide(*this, 36));
+    view_->setColumnWidth(1, look::charactersWide(*this, 8));
+    view_->setColumnWidth(2, look::charactersWide(*this, 6));
     view_->setCurrentIndex(model_->index(0, 0));
     edit_->setEnabled(!rows_.empty());
 }
