@@ -55,6 +55,7 @@ void sortRows(GroupRow& record, std::string_view list, const Key& key) {
 }  // namespace
 
 std::optional<EditedGroup> readGeneral(DocumentContext& context, UserInterface* parent) {
+    ProgressScope progress(parent, ProgressMode::WithCancel);
     setStatusText(parent, "Initalizing General Information...");
     EditedGroup group;
     GroupSource source(context, parent, group.letter, group.index);

@@ -29,6 +29,7 @@ constexpr auto kSteps = std::to_array<LoadStep>({
 
 std::optional<EditedGroup> readTransmission(DocumentContext& context, UserInterface* parent,
                                             const std::string& source) {
+    ProgressScope progress(parent, ProgressMode::WithCancel);
     setStatusText(parent, "Initializing RF Data Source Information...");
     EditedGroup group{.letter = 'T'};
     const int found = findGroupIndex(context, parent, group.letter, source);

@@ -164,8 +164,15 @@ void FieldForm::build(std::span<const Field> fields, std::string_view pageName) 
     hint_->setObjectName(QStringLiteral("hint"));
     hint_->setMinimumHeight(hint_->fontMetrics().height());
     layout->addWidget(hint_);
-    for (std::size_t i = 1; i < controls_.size(); ++i) {
-        setTabOrder(&controls_[i - 1]->widget(), &controls_[i]->widget());
+    // The order of a table is that of the file; the Tab key follows what is seen.
+    QWidget* last = nullptr;
+    for (const auto& box : boxesOf(controls_)) {
+        for (auto* control : box.controls) {
+            if (last != nullptr) {
+                setTabOrder(last, &control->widget());
+            }
+            last = &control->widget();
+        }
     }
 }
 

@@ -9,6 +9,7 @@
 
 #include <QCloseEvent>
 #include <QDialogButtonBox>
+#include <QHBoxLayout>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -22,6 +23,10 @@ namespace {
 
 constexpr char kPageSection[] = "PropSheet";
 constexpr char kCancelTitle[] = "Cancel Operation?";
+// The size of a sheet, in characters and lines.
+constexpr int kNarrowest = 70;
+constexpr int kWidestTabs = 170;
+constexpr int kLowest = 18;
 
 /// A page larger than the screen scrolls; any other is as large as it wants.
 class PageScroller : public QScrollArea {
@@ -83,6 +88,18 @@ PropertyPage& PropertySheet::addPage(std::unique_ptr<PropertyPage> page) {
     return *added;
 }
 
+QPushButton* PropertySheet::addButton(const char* name, const QString& text) {
+    if (tools_ == nullptr) {
+        tools_ = new QHBoxLayout;
+        tools_->addStretch();
+        auto& rows = *static_cast<QVBoxLayout*>(layout());
+        rows.insertLayout(rows.count() - 1, tools_);
+    }
+    auto* const button = look::makeButton(name, text, {}, this);
+    tools_->insertWidget(tools_->count() - 1, button);
+    return button;
+}
+
 bool PropertySheet::isChanged() const {
     return changedElsewhere_ || std::any_of(pages_.begin(), pages_.end(),
                                             [](const auto* page) { return page->isChanged(); });
@@ -130,6 +147,12 @@ void PropertySheet::putButtonsLast() {
             last = widget;
         }
     }
+    for (int i = 0; tools_ != nullptr && i < tools_->count(); ++i) {
+        if (auto* const button = tools_->itemAt(i)->widget()) {
+            setTabOrder(last, button);
+            last = button;
+        }
+    }
     for (const char* name : {"ok", "cancel", "help"}) {
         auto* button = buttons_->findChild<QPushButton*>(QLatin1String(name));
         setTabOrder(last, button);
@@ -139,8 +162,11 @@ void PropertySheet::putButtonsLast() {
 
 void PropertySheet::fitToScreen() {
     const auto room = look::roomOnScreen(*this);
-    const auto wanted =
-        sizeHint().expandedTo(QSize(look::charactersWide(*this, 70), look::unit(*this) * 2 * 18));
+    // Tabs that one has to scroll to are not found; only very many of them may be hidden.
+    const int tabs = std::min(tabs_->tabBar()->sizeHint().width() + look::unit(*this) * 4,
+                              look::charactersWide(*this, kWidestTabs));
+    const auto wanted = sizeHint().expandedTo(QSize(
+        std::max(tabs, look::charactersWide(*this, kNarrowest)), look::unit(*this) * 2 * kLowest));
     resize(wanted.boundedTo(room));
 }
 

@@ -14,6 +14,8 @@
 #include <QWidget>
 
 class QDialogButtonBox;
+class QHBoxLayout;
+class QPushButton;
 class QTabWidget;
 
 namespace kavu {
@@ -66,6 +68,9 @@ class PropertySheet : public QDialog {
 
     /// Takes the page, loads it and puts it on the next tab.
     PropertyPage& addPage(std::unique_ptr<PropertyPage> page);
+    /// A button below the pages, as "Edit Multiplex Info". The Tab key comes to it between the
+    /// pages and OK.
+    QPushButton* addButton(const char* name, const QString& text);
     /// Called on OK after all pages have stored, to write what they stored: false (it has
     /// been reported) keeps the sheet open.
     void setWriter(std::function<bool()> writer) { writer_ = std::move(writer); }
@@ -114,6 +119,7 @@ class PropertySheet : public QDialog {
     bool checking_ = false;
     SheetResult result_ = SheetResult::Cancelled;
     QTabWidget* tabs_ = nullptr;
+    QHBoxLayout* tools_ = nullptr;  ///< made with the first button
     QDialogButtonBox* buttons_ = nullptr;
 };
 

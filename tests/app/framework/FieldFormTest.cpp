@@ -1,7 +1,9 @@
 #include "app/framework/FieldForm.h"
 #include "app/framework/TypingRules.h"
 #include "app/support/FormStage.h"
+#include "app/support/WidgetChecks.h"
 
+#include <algorithm>
 #include <array>
 
 #include <QApplication>
@@ -97,6 +99,22 @@ TEST_F(FieldFormTest, HasTheFieldsOfItsPageThatTheEditionKnowsAndThatHaveALabel)
     EXPECT_EQ(make({}, "One").codes(), (Codes{"PN", "RN", "RD", "UN", "TI", "RATE", "DT", "NEW"}));
     EXPECT_EQ(make({}, "One", 2007).codes(), (Codes{"PN", "RN", "RD", "UN", "TI", "RATE", "DT"}));
     EXPECT_EQ(make({}, "Two").codes(), (Codes{"COM", "LIM"}));
+}
+
+TEST_F(FieldFormTest, TheTabKeyGoesThroughTheBoxesAndNotThroughTheFile) {
+    auto& shown = make({}, "One");
+    const auto chain = test::tabChain(shown);
+    std::vector<std::string> names;
+    for (const auto* widget : chain) {
+        names.push_back(toBytes(widget->objectName()));
+    }
+    const auto place = [&names](const char* name) {
+        return std::find(names.begin(), names.end(), name) - names.begin();
+    };
+    // The first box is that without a title: TI stands there, though behind RN in the table.
+    EXPECT_LT(place("PN"), place("TI"));
+    EXPECT_LT(place("TI"), place("RN"));
+    EXPECT_LT(place("RD"), place("UN"));
 }
 
 TEST_F(FieldFormTest, AUnitStandsBehindTheValue) {

@@ -1,6 +1,9 @@
 #include "app/framework/Look.h"
 #include "app/framework/PropertySheet.h"
 #include "app/support/FormStage.h"
+#include "app/support/WidgetChecks.h"
+
+#include <algorithm>
 
 #include <QLabel>
 #include <QLineEdit>
@@ -255,6 +258,26 @@ TEST_F(PropertySheetTest, TheKeyboardChangesThePage) {
         EXPECT_EQ(sheet.openedPage(), 1);
         QTest::keyClick(sheet.focusWidget(), Qt::Key_Return);
     });
+}
+
+TEST_F(PropertySheetTest, AButtonOfTheSheetStandsBetweenThePagesAndOk) {
+    PropertySheet sheet(stage.form, "Sheet", "Edit Things", "");
+    build(sheet);
+    int pressed = 0;
+    auto* const button = sheet.addButton("more", QStringLiteral("&More"));
+    QObject::connect(button, &QPushButton::clicked, &sheet, [&] { ++pressed; });
+    stage.door.next([](QDialog& dialog) {
+        EXPECT_EQ(test::checkWindow(dialog), std::vector<std::string>{});
+        const auto chain = test::tabChain(dialog);
+        ASSERT_GE(chain.size(), 3u);
+        const auto more = std::find(chain.begin(), chain.end(), find(dialog, "more"));
+        ASSERT_NE(more, chain.end());
+        EXPECT_EQ(*std::next(more), find(dialog, "ok"));
+        press(dialog, "more");
+        press(dialog, "cancel");
+    });
+    runPropertySheet(stage.form, sheet);
+    EXPECT_EQ(pressed, 1);
 }
 
 TEST_F(PropertySheetTest, HelpOpensThePageThatIsOpen) {
