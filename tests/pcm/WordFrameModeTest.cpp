@@ -28,6 +28,19 @@ TEST(WordFrameMode, AFormatWithoutMeasurementsShowsTheOptionDialogOnce) {
     EXPECT_EQ(stream.ui.listPrompts.size(), 1U);
 }
 
+TEST(WordFrameMode, AStepOfTheEditorAsksInPlaceOfTheChoiceOfTwo) {
+    LoadFixture stream(2009);
+    int asked = 0;
+    stream.steps_.chooseDefinitionMode = [&](UserInterface&, bool wordFrame) {
+        EXPECT_TRUE(wordFrame);
+        return ++asked > 0 ? std::optional(false) : std::nullopt;
+    };
+    ASSERT_TRUE(stream.load(plainFormat(8, 1)));
+    EXPECT_EQ(asked, 1);
+    EXPECT_TRUE(stream.ui.listPrompts.empty());
+    EXPECT_EQ(stream.settings.text("WdFrCreation"), "0");
+}
+
 TEST(WordFrameMode, TheOlderTypesCanBeChosen) {
     LoadFixture stream(2009);
     stream.ui.choices.push_back(1);

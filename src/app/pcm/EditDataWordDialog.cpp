@@ -74,6 +74,7 @@ EditDataWordDialog::~EditDataWordDialog() = default;
 QWidget* EditDataWordDialog::makeFields() {
     auto* owner = new QWidget(this);
     auto* grid = makeFieldGrid(*owner);
+    grid->setContentsMargins(0, 0, 0, 0);
     owner->setLayout(grid);
     name_ = new QLineEdit(owner);
     name_->setObjectName(QStringLiteral("measurementName"));

@@ -15,6 +15,7 @@
 
 #include <QGridLayout>
 #include <QLabel>
+#include <QTableView>
 #include <QVBoxLayout>
 
 namespace kavu {
@@ -74,6 +75,7 @@ void FragmentPanel::makeList() {
     }
     setup.canSort = false;
     list_ = new EditableList(form_, "fragments", std::move(setup), this);
+    list_->view()->setMinimumWidth(look::charactersWide(*this, ofSubframe_ ? 70 : 58));
     list_->rowEditor = [this](int row, const ListRow&) { return editFragment(row); };
     list_->mayDelete = [this](int row) {
         if (!mayDeleteEntry(form_)) {

@@ -62,6 +62,7 @@ WordFrameEntryDialog::WordFrameEntryDialog(FormContext& form, PcmFormat& format,
 QWidget* WordFrameEntryDialog::makeFields() {
     auto* owner = new QWidget(this);
     auto* grid = makeFieldGrid(*owner);
+    grid->setContentsMargins(0, 0, 0, 0);
     owner->setLayout(grid);
     length_ = new NumberEdit("measurementWordLength", 3, owner);
     addField(*grid, u"Measurement Word Length:", *length_);

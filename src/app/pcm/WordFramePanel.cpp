@@ -13,6 +13,7 @@
 #include "pcm/PcmFormat.h"
 
 #include <QPushButton>
+#include <QTableView>
 #include <QVBoxLayout>
 
 namespace kavu {
@@ -42,6 +43,7 @@ WordFramePanel::WordFramePanel(FormContext& form, PcmFormat& format, EditedPlace
         add->setText(QStringLiteral("&Add Location"));
         add->setAccessibleName(QStringLiteral("Add Location"));
     }
+    list_->view()->setMinimumWidth(look::charactersWide(*this, 84));
     layout->addWidget(list_, 1);
     list_->rowEditor = [this](int row, const ListRow&) { return editLocation(row); };
     list_->mayDelete = [this](int row) {

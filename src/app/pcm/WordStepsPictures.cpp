@@ -99,6 +99,7 @@ void addWords(ScreenshotList& list) {
             auto& definition = word.definition;
             definition.attributes.locationType = "MFSC";
             definition.attributes.locationMode = "E";
+            definition.spots.clear();
             for (const int fwp : {4, 13, 22, 31}) {
                 definition.spots.push_back({fwp, "", 0, "FW", "", 0});
             }

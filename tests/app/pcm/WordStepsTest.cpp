@@ -7,6 +7,7 @@
 #include "core/ProfileFile.h"
 #include "pcm/FrameEditComment.h"
 #include "pcm/PcmLoad.h"
+#include "pcm/WordFrameConversion.h"
 #include "support/TestApplication.h"
 
 #include <QApplication>
@@ -286,6 +287,24 @@ TEST(DefinitionOptionsForm, AChangedChoiceIsKeptAndDecidesAnew) {
     EXPECT_FALSE(stage.format.implicitSubframes);
     EXPECT_TRUE(run("wordFrame", "ok"));
     EXPECT_TRUE(stage.format.implicitSubframes);
+}
+
+TEST(DefinitionOptionsForm, AFormatWithoutMeasurementsShowsTheDialogOnce) {
+    WordStage stage;
+    stage.start(8, 1);
+    const auto choose = [&](UserInterface&, bool wordFrame) {
+        EXPECT_TRUE(wordFrame);
+        return chooseDefinitionMode(stage.form, nullptr, wordFrame);
+    };
+    stage.door.next([](QDialog& dialog) {
+        find<QRadioButton>(dialog, "olderTypes")->click();
+        press(dialog, "ok");
+    });
+    wordFrameMode(stage.format, stage.parent, choose);
+    EXPECT_EQ(stage.settings.integer("WdFrCreation", -1), 0);
+    EXPECT_FALSE(stage.format.implicitSubframes);
+    wordFrameMode(stage.format, stage.parent, choose);  // no dialog any more
+    EXPECT_EQ(stage.door.titles.size(), 1u);
 }
 
 TEST(DefinitionOptionsForm, OtherEditionsHaveNoChoice) {
