@@ -227,6 +227,11 @@ std::optional<std::string> EditableList::refusal(int row, int column,
     if (auto why = refusalOfKind(of, value)) {
         return why;
     }
+    if (of.check && !value.empty()) {
+        if (auto why = of.check(value)) {
+            return why;
+        }
+    }
     if (!of.unique || value.empty()) {
         return std::nullopt;
     }

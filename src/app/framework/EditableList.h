@@ -4,6 +4,7 @@
 
 #include "app/framework/FormContext.h"
 #include "app/framework/PropertySheet.h"
+#include "app/framework/Refusals.h"
 
 #include <functional>
 #include <limits>
@@ -36,6 +37,7 @@ struct ListColumn {
     bool required = false;     ///< an empty value is refused
     std::string initial{};     ///< of a new row
     std::string objectName{};  ///< of its control in the row dialog; empty takes the title
+    ValueCheck check{};        ///< a rule of the caller's own for a value that is not empty
 };
 
 using ListRow = std::vector<std::string>;

@@ -11,6 +11,7 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -256,6 +257,17 @@ QPushButton* FieldForm::addButton(std::string_view code, const char* name, const
     grid->addWidget(button, row, column + columnSpan, Qt::AlignLeft);
     setTabOrder(field, button);
     return button;
+}
+
+void FieldForm::makeDisplayOnly(std::string_view code) {
+    if (auto* const edit = qobject_cast<QLineEdit*>(control(code))) {
+        edit->setReadOnly(true);
+        edit->setFrame(false);
+        edit->setFocusPolicy(Qt::ClickFocus);
+        auto palette = edit->palette();
+        palette.setColor(QPalette::Base, Qt::transparent);
+        edit->setPalette(palette);
+    }
 }
 
 std::vector<std::string_view> FieldForm::codes() const {

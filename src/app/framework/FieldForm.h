@@ -20,6 +20,7 @@
 
 class QHBoxLayout;
 class QLabel;
+class QPushButton;
 
 namespace kavu {
 
@@ -45,11 +46,15 @@ class FieldForm : public QWidget {
 
     /// One value as it would be stored.
     [[nodiscard]] std::string value(std::string_view code) const;
+    /// The field shows a value that nobody enters.
+    void makeDisplayOnly(std::string_view code);
     /// Sets a value as an edit of the user would: `edited` is sent if it is another one.
     void editValue(std::string_view code, std::string_view value);
     /// The widget of a field, or null if the form does not have it.
     [[nodiscard]] QWidget* control(std::string_view code) const;
     [[nodiscard]] std::vector<std::string_view> codes() const;
+    /// A button of the caller's own behind a field, or null if the form does not have the field.
+    QPushButton* addButton(std::string_view code, const char* name, const QString& text);
     /// Today in the form of the edition.
     [[nodiscard]] std::string today() const;
 

@@ -20,6 +20,8 @@ struct FormContext {
     /// Opens the help at a topic, which is the resource name of a window or a page. Without
     /// it there is no help to open, and the Help buttons are disabled.
     std::function<void(const std::string& topic)> help;
+    /// The dialog of the sample rate options. Without it its buttons are disabled.
+    std::function<void()> sampleRates{};
 };
 
 /// The context of a form that edits the open document.
@@ -27,7 +29,7 @@ struct FormContext {
                                              DocumentContext& document) {
     return {
         ui, door, document.settings, document.messages, document.clock, document.document.version,
-        {}};
+        {}, {}};
 }
 
 }  // namespace kavu

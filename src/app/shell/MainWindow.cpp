@@ -342,6 +342,7 @@ DocumentContext* MainWindow::document() {
 FormContext MainWindow::formContext() {
     auto form = kavu::formContext(*ui_, door_, application_.context());
     form.help = [this](const std::string& topic) { showHelp(topic); };
+    form.sampleRates = [this] { editSampleRates(); };
     return form;
 }
 
