@@ -199,7 +199,9 @@ void SourceImportFile::findStreams(UserInterface* parent, std::vector<ImportOffe
     std::set<std::string> behind;  // names of the groups that the walk does not reach
     bool walking = true;
     int expected = kLeastGroupIndex;
-    for (const auto& [index, group] : groups('M')) {
+    for (const auto& entry : groups('M')) {
+        const int index = entry.first;
+        const auto& group = entry.second;
         yieldToInterface(parent);
         walking = walking && index == expected++ && !group.name.empty();
         const auto offer = std::find_if(table.begin(), table.end(), [&](const ImportOffer& row) {
