@@ -19,6 +19,7 @@ namespace kavu {
 namespace {
 
 constexpr int kCharactersWide = 14;
+constexpr std::size_t kShortText = 10;
 
 class PromptControl : public FieldControl {
   public:
@@ -89,8 +90,13 @@ class SuggestControl : public FieldControl {
         for (const auto& choice : choicesOf(field, host.form.edition)) {
             box_->addItem(toQString(choice.text));
         }
-        box_->setMinimumWidth(
-            look::charactersWide(*box_, field.limit > 32 ? 3 * kCharactersWide : kCharactersWide));
+        const bool isShort = field.limit != 0 && field.limit <= kShortText;
+        const int width =
+            look::charactersWide(*box_, isShort ? kCharactersWide : 3 * kCharactersWide);
+        box_->setMinimumWidth(width);
+        if (isShort) {
+            box_->setMaximumWidth(width);
+        }
         box_->setMaxVisibleItems(20);
         box_->installEventFilter(this);
         rule_ = new TypingRule(field.limit, false, host.hint, box_->lineEdit());

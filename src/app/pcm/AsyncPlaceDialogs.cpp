@@ -13,7 +13,6 @@
 
 #include <QDialogButtonBox>
 #include <QGroupBox>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -24,6 +23,10 @@ namespace {
 
 constexpr auto kDigits = FieldKind::Digits;
 constexpr auto kIntervalFields = std::to_array<Field>({
+    {.code = "firstFrameWordPosition",
+     .label = "First Frame Word Position:",
+     .limit = 4,
+     .kind = kDigits},
     {.code = "numberOfLocations", .label = "Number Of Locations:", .limit = 3, .kind = kDigits},
     {.code = "interval", .label = "Interval:", .limit = 4, .kind = kDigits, .unit = "words"},
 });
@@ -66,41 +69,35 @@ AsyncIntervalDialog::AsyncIntervalDialog(FormContext& form, const PcmFormat& for
       editing_(editing),
       first_(editing.places.front()) {
     fields_ = makeForm(form, kIntervalFields, *this);
-    auto* const row = new QHBoxLayout;
-    place_ = look::makeButton("firstLocation", {}, QStringLiteral("edit"), this);
-    place_->setAutoDefault(false);
-    row->addWidget(look::addLabel(QStringLiteral("&First Location:"), *place_));
-    row->addWidget(place_);
-    row->addStretch();
-    static_cast<QVBoxLayout*>(layout())->insertLayout(0, row);
-    closeForm(*this);
-    FieldValues values;
+    auto* const buttons = look::makeDialogButtons(*this);
+    auto* const place =
+        look::makeButton("maskAndFrames", QStringLiteral("&Mask And Frames..."), {}, this);
+    place->setAutoDefault(false);
+    buttons->addButton(place, QDialogButtonBox::ActionRole);
+    layout()->addWidget(buttons);
+    FieldValues values{{"firstFrameWordPosition", std::to_string(first_.fwp)}};
     if (editing.contents.supercom.number() > 0) {
         values["numberOfLocations"] = editing.contents.supercom.str();
         values["interval"] = std::to_string(editing.contents.interval);
     }
     fields_->setValues(values);
-    showFirst();
     connect(fields_, &FieldForm::edited, this, [this] { markChanged(); });
-    connect(place_, &QPushButton::clicked, this, &AsyncIntervalDialog::editFirst);
-}
-
-void AsyncIntervalDialog::showFirst() {
-    place_->setText(QStringLiteral("FWP %1").arg(first_.fwp));
-    place_->setAccessibleDescription(place_->text());
+    connect(place, &QPushButton::clicked, this, &AsyncIntervalDialog::editFirst);
 }
 
 void AsyncIntervalDialog::editFirst() {
+    first_.fwp = leadingInt(fields_->value("firstFrameWordPosition"));
     AsyncPlaceDialog dialog(form(), format_, editing_.contents.isDataMerge, first_, false, this);
     if (runDialog(form().door, dialog) == QDialog::Accepted) {
+        fields_->editValue("firstFrameWordPosition", std::to_string(first_.fwp));
         markChanged();
-        showFirst();
     }
 }
 
 bool AsyncIntervalDialog::store() {
     editing_.contents.supercom = fields_->value("numberOfLocations");
     editing_.contents.interval = leadingInt(fields_->value("interval"));
+    first_.fwp = leadingInt(fields_->value("firstFrameWordPosition"));
     editing_.places.front() = first_;
     return true;
 }
@@ -122,6 +119,7 @@ AsyncLocationsDialog::AsyncLocationsDialog(FormContext& form, const PcmFormat& f
     setup.mostRows = static_cast<int>(kMostPlaces);
     setup.canSort = false;  // the rows go in step with the places
     list_ = new EditableList(form, "locations", setup, this);
+    list_->setMinimumWidth(look::charactersWide(*this, 60));
     layout->addWidget(list_, 1);
     layout->addWidget(look::makeDialogButtons(*this));
     std::vector<ListRow> rows;

@@ -6,8 +6,6 @@
 
 #include <vector>
 
-class QPushButton;
-
 namespace kavu {
 
 class EditableList;
@@ -25,13 +23,11 @@ class AsyncIntervalDialog : public EditDialog {
 
   private:
     void editFirst();
-    void showFirst();
 
     const PcmFormat& format_;
     AsyncEditing& editing_;
     AsyncPlace first_;
     FieldForm* fields_ = nullptr;
-    QPushButton* place_ = nullptr;
 };
 
 /// The words of an "EL".

@@ -14,7 +14,6 @@
 #include <QDialogButtonBox>
 #include <QGroupBox>
 #include <QHBoxLayout>
-#include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -64,11 +63,7 @@ IdCounterDialog::IdCounterDialog(FormContext& form, PcmFormat& format, int fwp, 
     layout->addWidget(buttons);
     connect(delete_, &QPushButton::clicked, this, &IdCounterDialog::deleteCounter);
     connect(fields_, &FieldForm::edited, this, &IdCounterDialog::takeEdit);
-    if (auto* const end = qobject_cast<QLineEdit*>(fields_->control(kEndValue))) {
-        end->setReadOnly(true);
-        end->setFrame(false);
-        end->setFocusPolicy(Qt::ClickFocus);
-    }
+    fields_->makeDisplayOnly(kEndValue);
     fields_->setValues(idCounterValues(counter_));
     refresh();
     fields_->control(kName)->setFocus();

@@ -13,8 +13,12 @@
 #include "pcm/PcmFormatFields.h"
 #include "pcm/PcmSave.h"
 
+#include <algorithm>
+
 #include <QDialogButtonBox>
 #include <QPushButton>
+#include <QTabBar>
+#include <QTabWidget>
 
 namespace kavu {
 
@@ -82,6 +86,10 @@ void PcmAttributesSheet::addPages() {
     if (model.format.edition() >= kFilterEdition) {
         addPage(std::make_unique<PcmFilterPage>(model));
     }
+    // All tabs are to be seen, where the screen has room for them.
+    auto* const tabs = findChild<QTabWidget*>(QStringLiteral("pages"));
+    const int wanted = tabs->tabBar()->sizeHint().width() + look::unit(*this);
+    tabs->setMinimumWidth(std::min(wanted, look::roomOnScreen(*this).width() * 9 / 10));
 }
 
 void PcmAttributesSheet::addButtons() {

@@ -11,7 +11,6 @@
 #include <QComboBox>
 #include <QGroupBox>
 #include <QHBoxLayout>
-#include <QLineEdit>
 #include <QListView>
 #include <QRadioButton>
 #include <QSignalBlocker>
@@ -24,15 +23,6 @@ namespace {
 
 constexpr int kLeastRecommended = 7;
 
-/// A computed value is seen, and can not be entered.
-void makeDisplayOnly(QWidget* control) {
-    if (auto* const edit = qobject_cast<QLineEdit*>(control)) {
-        edit->setReadOnly(true);
-        edit->setFrame(false);
-        edit->setFocusPolicy(Qt::ClickFocus);
-    }
-}
-
 }  // namespace
 
 PcmFieldsPage::PcmFieldsPage(PcmAttributesModel& model, const char* resourceName,
@@ -43,7 +33,7 @@ PcmFieldsPage::PcmFieldsPage(PcmAttributesModel& model, const char* resourceName
     const auto table = pcmPageFields(resourceName);
     fields_ = new FieldForm(form(), table, {}, this);
     column_->addWidget(fields_, 1);
-    makeDisplayOnly(fields_->control("MF2"));
+    fields_->makeDisplayOnly("MF2");
     connect(fields_, &FieldForm::edited, this, &PcmFieldsPage::takeEdit);
     connect(&model_, &PcmAttributesModel::changed, this, [this] { refresh(); });
 }
@@ -128,8 +118,12 @@ PcmSyncPage::PcmSyncPage(PcmAttributesModel& model, QWidget* parent)
     row->setContentsMargins(look::unit(*this) + 3, 0, 0, 0);
     row->setSpacing(look::unit(*this) * 2);
     column().insertLayout(0, row);
-    setTabOrder(binary_, hexadecimal_);
-    setTabOrder(hexadecimal_, fields().control("MF4"));
+    QWidget* before = binary_;
+    for (QWidget* const next : {static_cast<QWidget*>(hexadecimal_), fields().control("MF4"),
+                                fields().control("MF5"), fields().control("MF3")}) {
+        setTabOrder(before, next);
+        before = next;
+    }
     connect(hexadecimal_, &QRadioButton::clicked, this, [this] {
         this->model().setHexadecimal(true);
         markChanged();

@@ -49,7 +49,10 @@ void PcmFilterPage::makeList() {
     list_->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
     list_->horizontalHeader()->setStretchLastSection(true);
     list_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    list_->horizontalHeader()->setHighlightSections(false);
     list_->verticalHeader()->hide();
+    list_->verticalHeader()->setDefaultSectionSize(list_->fontMetrics().height() +
+                                                   look::unit(*this) / 2);
     list_->setSelectionBehavior(QAbstractItemView::SelectRows);
     list_->setSelectionMode(QAbstractItemView::SingleSelection);
     list_->setEditTriggers(QAbstractItemView::NoEditTriggers);

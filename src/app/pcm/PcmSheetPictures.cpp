@@ -170,8 +170,10 @@ void addAsync(ScreenshotList& list) {
 
 void addTagged(ScreenshotList& list) {
     add(list, "TaggedDataDefinitions", 2011, [](const Sample& sample) {
+        auto second = sample->tagged;
+        second.values["MN"] = "ALTITUDE";
         return makeOver<TaggedDataDialog>(sample, sample->format,
-                                          std::vector{sample->tagged, sample->tagged});
+                                          std::vector{sample->tagged, second});
     });
     add(list, "TaggedMeasurement", 2011, [](const Sample& sample) {
         return makeOver<TaggedMeasurementDialog>(sample, sample->format, sample->tagged,

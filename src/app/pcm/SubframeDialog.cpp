@@ -44,7 +44,7 @@ QGridLayout* addGrid(QVBoxLayout& layout, const QWidget& window) {
 
 void addRow(QGridLayout& grid, const QString& text, QWidget& control) {
     const int row = grid.rowCount();
-    grid.addWidget(look::addLabel(text, control), row, 0);
+    grid.addWidget(look::addKeyLabel(text, control), row, 0);
     grid.addWidget(&control, row, 1);
 }
 
@@ -95,20 +95,20 @@ void SubframeDialog::makeFields(QVBoxLayout& layout) {
     auto* const grid = addGrid(layout, *this);
     name_ = makeText("name", Subframe{}.name.kWidth, false, kNameWide, this);
     name_->setText(toQString(editing_.record.name.view()));
-    addRow(*grid, QStringLiteral("&Name:"), *name_);
+    addRow(*grid, QStringLiteral("Name:"), *name_);
     counter_ = new QComboBox(this);
     counter_->setObjectName(QStringLiteral("idCounter"));
     fillCounters();
-    addRow(*grid, QStringLiteral("&ID Counter:"), *counter_);
+    addRow(*grid, QStringLiteral("ID Counter:"), *counter_);
     depth_ = makeText("depth", kDepthDigits, true, kNameWide, this);
     depth_->setText(toQString(editing_.record.depth.view()));
-    addRow(*grid, QStringLiteral("De&pth:"), *depth_);
+    addRow(*grid, QStringLiteral("Depth:"), *depth_);
     auto* const unit = new QLabel(QStringLiteral("frames"), this);
     grid->addWidget(unit, grid->rowCount() - 1, 2);
     supercom_ = new QComboBox(this);
     supercom_->setObjectName(QStringLiteral("supercommutated"));
     supercom_->addItems({QStringLiteral("No"), QStringLiteral("Yes")});
-    addRow(*grid, QStringLiteral("&Supercommutated?"), *supercom_);
+    addRow(*grid, QStringLiteral("Supercommutated?"), *supercom_);
     locations_ = look::makeButton("locations", QStringLiteral("&Locations..."), {}, this);
     locations_->setAutoDefault(false);
     grid->addWidget(locations_, grid->rowCount() - 1, 2, Qt::AlignLeft);
@@ -262,14 +262,14 @@ void SubframeLocationsDialog::makeFields(QVBoxLayout& layout) {
     mode_->addItems(
         {QStringLiteral("FI - First word and interval"), QStringLiteral("EL - Every location")});
     mode_->setCurrentIndex(record.locationMode == kEveryLocation ? 1 : 0);
-    addRow(*grid, QStringLiteral("Location &Type:"), *mode_);
+    addRow(*grid, QStringLiteral("Location Type:"), *mode_);
     count_ = makeText("numberOfLocations", record.supercommutated.kWidth, true, kNumberWide, this);
     count_->setText(record.isSupercommutated() ? toQString(record.supercommutated.view())
                                                : QString());
-    addRow(*grid, QStringLiteral("&Number Of Locations:"), *count_);
+    addRow(*grid, QStringLiteral("Number Of Locations:"), *count_);
     interval_ = makeText("interval", record.interval.kWidth, true, kNumberWide, this);
     interval_->setText(record.isSupercommutated() ? toQString(record.interval.view()) : QString());
-    addRow(*grid, QStringLiteral("&Interval:"), *interval_);
+    addRow(*grid, QStringLiteral("Interval:"), *interval_);
     connect(mode_, &QComboBox::activated, this, [this] {
         markChanged();
         updateControls();
@@ -281,7 +281,7 @@ void SubframeLocationsDialog::makeFields(QVBoxLayout& layout) {
 void SubframeLocationsDialog::makeList(QVBoxLayout& layout) {
     list_ = new QListWidget(this);
     list_->setObjectName(QStringLiteral("wordPositions"));
-    layout.addWidget(look::addLabel(QStringLiteral("&Word Positions:"), *list_));
+    layout.addWidget(look::addLabel(QStringLiteral("Word Positions:"), *list_));
     layout.addWidget(list_, 1);
     auto* const row = new QHBoxLayout;
     const auto add = [&](const char* name, const QString& text, const QString& icon) {
