@@ -178,7 +178,14 @@ ValueFault checkValue(const Field& field, std::string_view value, int edition) {
 std::string storedValue(const Field& field, std::string_view value, int edition) {
     if (field.kind == FieldKind::Choice) {
         const auto choices = choicesOf(field, edition);
-        if (const int index = choiceIndex(choices, value); index >= 0) {
+        // "1" may be the value of one entry and the beginning of another one's text: whoever
+        // gives a value by its own name means that.
+        const auto exact = std::find_if(choices.begin(), choices.end(), [&](const Choice& choice) {
+            return !choice.value.empty() && equalsIgnoreCase(choice.value, value);
+        });
+        const int index = exact != choices.end() ? static_cast<int>(exact - choices.begin())
+                                                 : choiceIndex(choices, value);
+        if (index >= 0) {
             return storedChoice(choices[static_cast<std::size_t>(index)], limitIn(edition, field));
         }
     }

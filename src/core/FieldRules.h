@@ -59,8 +59,8 @@ enum class ValueFault {
 /// tests: semi-colon, choice, date, digits, count, length. An empty value is always good: it
 /// removes the command.
 [[nodiscard]] ValueFault checkValue(const Field& field, std::string_view value, int edition);
-/// The value as it is stored: a choice by the rule of its leftmost characters, all else
-/// without blanks at the end. REQUIRES: no fault.
+/// The value as it is stored: a choice by its value, else by the rule of its leftmost
+/// characters, all else without blanks at the end. REQUIRES: no fault.
 [[nodiscard]] std::string storedValue(const Field& field, std::string_view value, int edition);
 [[nodiscard]] inline bool holdsSemicolon(std::string_view value) {
     return value.find(';') != std::string_view::npos;

@@ -171,6 +171,16 @@ TEST(FieldRules, AValueIsStoredByTheRuleOfItsField) {
     EXPECT_EQ(storedValue(Field{}, " two  ", 2011), " two");
 }
 
+TEST(FieldRules, AValueOfAChoiceIsStoredBeforeATextThatBeginsSo) {
+    constexpr auto bits = std::to_array<Choice>({{.value = "0", .text = "1.0"},
+                                                 {.value = "1", .text = "1.5"},
+                                                 {.value = "2", .text = "2.0"}});
+    const Field choice{.kind = FieldKind::Choice, .choices = bits};
+    EXPECT_EQ(storedValue(choice, "1", 2011), "1");
+    EXPECT_EQ(storedValue(choice, "1.0", 2011), "0");
+    EXPECT_EQ(storedValue(choice, "2", 2011), "2");
+}
+
 TEST(FieldRules, ACountFromAFileStaysWithinItsList) {
     EXPECT_EQ(clampedCount("12", 9), 9u);
     EXPECT_EQ(clampedCount("3 rows", 9), 3u);

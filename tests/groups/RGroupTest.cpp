@@ -294,6 +294,23 @@ TEST_F(RGroup, DropsUnknownCommandsWithoutAParent) {
     EXPECT_EQ(t.read(groupFile('R', 1)), "R-1\\ID:Deck;\r\n");
 }
 
+/// A file that is cut off anywhere, and one with counts of any text, is read and written again
+/// without harm.
+TEST_F(RGroup, SurvivesAFileThatIsCutOffAnywhere) {
+    std::string file = "R-1\\N:3;\r\nR-1\\RIM\\N:-1;\r\nR-1\\EV\\N:9999999999999999999999;\r\n";
+    for (int n = 1; n <= 3; ++n) {
+        const auto row = std::to_string(n);
+        file += "R-1\\TK1-" + row + ":" + row + ";\r\nR-1\\CDT-" + row + ":ANAIN;\r\nR-1\\ACH\\N-" +
+                row + ":x2;\r\nR-1\\AMN-" + row + "-1:;\r\nR-1\\EV\\PM\\N-" + row + ":77;\r\n";
+    }
+    for (std::size_t cut = 0; cut <= file.size(); cut += 3) {
+        const auto group = read(2011, file.substr(0, cut));
+        EXPECT_LE(group.tracks.size(), 3u);
+        EXPECT_LE(group.record.rows("EV\\N").size(), 10u);
+        EXPECT_TRUE(recorderText(group, 2011).starts_with("R-1\\ID:Deck;\r\n"));
+    }
+}
+
 TEST_F(RGroup, IsStableFromTheSecondWritingOn) {
     const auto group = read(2011,
                             "R-1\\N:2;\r\nR-1\\TK1-1:1;\r\nR-1\\CDT-1:PCMIN;\r\nR-1\\PDP-1:ZZ;\r\n"
