@@ -46,7 +46,7 @@ QComboBox* makeCombo(const char* name, QWidget* parent) {
 }
 
 void addLabelled(QGridLayout& grid, int row, int column, const char* label, QWidget* control) {
-    grid.addWidget(look::addLabel(QLatin1String(label), *control), row, column);
+    grid.addWidget(look::addKeyLabel(QLatin1String(label), *control), row, column);
     grid.addWidget(control, row, column + 1);
 }
 

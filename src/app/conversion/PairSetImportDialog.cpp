@@ -105,7 +105,7 @@ QPlainTextEdit* PairSetImportDialog::makeBox(const char* name, const char* label
     box->setTabChangesFocus(true);
     box->setLineWrapMode(QPlainTextEdit::NoWrap);
     box->setMinimumSize(look::charactersWide(*box, 24), look::unit(*box) * 2 * 14);
-    auto* title = look::addLabel(QLatin1String(label), *box);
+    auto* title = look::addKeyLabel(QLatin1String(label), *box);
     grid.addWidget(title, 0, column);
     grid.addWidget(box, 1, column);
     connect(box, &QPlainTextEdit::textChanged, this, &PairSetImportDialog::showCount);

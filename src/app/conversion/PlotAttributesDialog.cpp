@@ -92,7 +92,7 @@ QComboBox* makeTexts(const char* name, std::span<const std::string_view> texts, 
 }
 
 void addRow(QGridLayout& grid, int row, int column, const char* label, QWidget* control) {
-    grid.addWidget(look::addLabel(QLatin1String(label), *control), row, column);
+    grid.addWidget(look::addKeyLabel(QLatin1String(label), *control), row, column);
     grid.addWidget(control, row, column + 1);
 }
 

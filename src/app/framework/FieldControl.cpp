@@ -77,9 +77,10 @@ bool FieldControl::refuseSemicolon() {
 
 namespace {
 
-/// Widths come in three sizes, so that a page of fields has few edges.
+/// Widths come in a few sizes, so that a page of fields has few edges.
 int controlWidth(const QWidget& widget, std::size_t limit) {
-    return look::charactersWide(widget, limit == 0 || limit > 32 ? 34 : limit > 10 ? 28 : 14);
+    const auto characters = limit == 0 || limit > 32 ? 34 : limit > 20 ? 38 : limit > 10 ? 28 : 14;
+    return look::charactersWide(widget, characters);
 }
 
 class TextControl : public FieldControl {

@@ -150,12 +150,14 @@ QString spokenName(const QString& label) {
 }
 
 QLabel* addLabel(const QString& text, QWidget& control) {
-    QString shown = text;
-    shown.replace(u'&', QStringLiteral("&&"));
-    auto* label = new QLabel(shown, control.parentWidget());
+    return addKeyLabel(QString(text).replace(u'&', QStringLiteral("&&")), control);
+}
+
+QLabel* addKeyLabel(const QString& text, QWidget& control) {
+    auto* label = new QLabel(text, control.parentWidget());
     label->setTextFormat(Qt::PlainText);
     label->setBuddy(&control);
-    control.setAccessibleName(spokenName(shown));
+    control.setAccessibleName(spokenName(text));
     return label;
 }
 

@@ -46,6 +46,9 @@ void arrangePart(QLayout& layout, const QWidget& widget);
 /// A label of a control: its buddy, its accessible name (without "&", colon or blank at the
 /// end), text taken as it stands.
 QLabel* addLabel(const QString& text, QWidget& control);
+/// The same for a text of ours, in which "&" stands in front of the key that goes to the
+/// control.
+QLabel* addKeyLabel(const QString& text, QWidget& control);
 /// The text of a label as a screen reader should say it.
 [[nodiscard]] QString spokenName(const QString& label);
 /// A line of secondary text, as a subtitle or a hint. Plain text, wraps.

@@ -64,7 +64,7 @@ int NumberEdit::number() const {
 
 int addField(QGridLayout& grid, const char16_t* label, QWidget& control) {
     const int row = grid.rowCount();
-    auto* shown = look::addLabel(QString::fromUtf16(label), control);
+    auto* shown = look::addKeyLabel(QString::fromUtf16(label), control);
     grid.addWidget(shown, row, 0);
     grid.addWidget(&control, row, 1);
     return row;

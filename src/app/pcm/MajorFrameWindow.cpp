@@ -101,7 +101,7 @@ QWidget* MajorFrameWindow::makeZoom() {
     percent_->setMinimumWidth(look::charactersWide(*this, 6));
     auto* const layout = new QHBoxLayout(part);
     look::arrangePart(*layout, *this);
-    layout->addWidget(look::addLabel(QStringLiteral("&Zoom:"), *zoom_));
+    layout->addWidget(look::addKeyLabel(QStringLiteral("&Zoom:"), *zoom_));
     layout->addWidget(zoom_);
     layout->addWidget(percent_);
     return part;
@@ -113,9 +113,9 @@ QWidget* MajorFrameWindow::makeFoot() {
     fn_ = makeGoTo("goToFn", QStringLiteral("1"));
     auto* const layout = new QHBoxLayout(foot);
     look::arrangePart(*layout, *this);
-    layout->addWidget(look::addLabel(QStringLiteral("Enter F&WP (or \"fwp fn\")"), *fwp_));
+    layout->addWidget(look::addKeyLabel(QStringLiteral("Enter F&WP (or \"fwp fn\")"), *fwp_));
     layout->addWidget(fwp_);
-    layout->addWidget(look::addLabel(QStringLiteral("Enter F&N (or \"fwp fn\")"), *fn_));
+    layout->addWidget(look::addKeyLabel(QStringLiteral("Enter F&N (or \"fwp fn\")"), *fn_));
     layout->addWidget(fn_);
     layout->addSpacing(look::unit(*this) * 2);
     layout->addWidget(makeZoom());

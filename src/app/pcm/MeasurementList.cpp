@@ -112,7 +112,7 @@ MeasurementList::MeasurementList(const PcmFormat& format, MeasurementListModel::
     makeView();
     auto* const layout = new QVBoxLayout(this);
     look::arrangePart(*layout, *this);
-    layout->addWidget(look::addLabel(QStringLiteral("&Measurements:"), *filter_));
+    layout->addWidget(look::addKeyLabel(QStringLiteral("&Measurements:"), *filter_));
     layout->addWidget(filter_);
     layout->addWidget(view_, 1);
     layout->addWidget(count_);

@@ -125,6 +125,15 @@ TEST(Look, ALabelNamesItsControlAndIsTakenAsItStands) {
     EXPECT_EQ(label->textFormat(), Qt::PlainText);
 }
 
+TEST(Look, AKeyLabelMarksTheKeyThatGoesToItsControl) {
+    QWidget window;
+    auto* edit = new QLineEdit(&window);
+    auto* label = look::addKeyLabel(QStringLiteral("&Name:"), *edit);
+    EXPECT_EQ(label->text(), QStringLiteral("&Name:"));
+    EXPECT_EQ(label->buddy(), edit);
+    EXPECT_EQ(edit->accessibleName(), QStringLiteral("Name"));
+}
+
 TEST(Look, NamesAreSpokenWithoutTheirMarks) {
     EXPECT_EQ(look::spokenName(QStringLiteral("&Print")), QStringLiteral("Print"));
     EXPECT_EQ(look::spokenName(QStringLiteral("Move Do&wn")), QStringLiteral("Move Down"));
