@@ -51,7 +51,7 @@ void addRow(QGridLayout& grid, const QString& text, QWidget& control) {
 QLineEdit* makeText(const char* name, std::size_t limit, bool digits, int wide, QWidget* parent) {
     auto* const edit = new QLineEdit(parent);
     edit->setObjectName(QLatin1String(name));
-    auto* const rule = new TypingRule(limit, digits, {}, edit);
+    auto* const rule = new TypingRule(limit, digits, [](const QString&) {}, edit);
     edit->setValidator(rule);
     edit->setMinimumWidth(look::charactersWide(*edit, wide));
     QObject::connect(edit, &QLineEdit::textEdited, rule,
