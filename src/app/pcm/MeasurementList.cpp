@@ -4,6 +4,7 @@
 #include "app/framework/QtText.h"
 #include "pcm/SampleRateCheck.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <QEvent>
@@ -146,7 +147,8 @@ void MeasurementList::makeView() {
     const int letter = look::charactersWide(*this, 1);
     for (const auto& [column, letters] :
          {std::pair{0, 22}, std::pair{1, 8}, std::pair{2, 12}, std::pair{3, 15}}) {
-        view_->setColumnWidth(column, letter * letters);
+        view_->setColumnWidth(column,
+                              std::max(letter * letters, view_->header()->sectionSizeHint(column)));
     }
     // Tab goes around the grid and its fields; here one comes by a key of its own.
     filter_->setFocusPolicy(Qt::ClickFocus);

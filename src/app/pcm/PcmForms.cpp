@@ -108,6 +108,7 @@ void installPcmForms(MainWindow& window, Application& application) {
 void addPcmScreenshots(ScreenshotList& list) {
     addSheetScreenshots(list);
     addWordScreenshots(list);
+    addDisplayScreenshots(list);
 }
 
 }  // namespace kavu

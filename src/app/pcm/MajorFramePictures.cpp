@@ -1,0 +1,85 @@
+// The display of the sample's first stream, for the pictures.
+#include "app/framework/Look.h"
+#include "app/framework/Screenshots.h"
+#include "app/pcm/MajorFrameDisplay.h"
+#include "app/pcm/MajorFrameNewCell.h"
+#include "app/pcm/MajorFrameWindow.h"
+#include "application/Application.h"
+#include "groups/DataSources.h"
+#include "pcm/PcmFormat.h"
+#include "pcm/PcmLoad.h"
+
+#include <functional>
+#include <memory>
+
+namespace kavu {
+
+namespace {
+
+using Arrange = std::function<void(MajorFrameWindow& window)>;
+
+/// Steps of a picture do nothing; their entries look as they do in the program.
+void fillSteps(PcmFormSteps& steps) {
+    const auto nothing = [](QWidget&) { return false; };
+    steps.generateDataWords = nothing;
+    steps.editSectionComment = nothing;
+    steps.editFilterList = nothing;
+    steps.insertFwps = nothing;
+    steps.deleteFwps = nothing;
+    steps.moveFwps = nothing;
+    steps.chooseDefinitionMode = nothing;
+}
+
+std::unique_ptr<QWidget> makeDisplay(ScreenshotStage& stage, const Arrange& arrange) {
+    if (stage.application == nullptr) {
+        return nullptr;
+    }
+    auto& format = stage.application->pcmFormat();
+    std::vector<std::string> links;
+    if (!gatherDataLinks(stage.application->context(), nullptr, links) || links.empty() ||
+        !loadPcmFormat(format, nullptr, stage.application->pcmSteps(), links.front())) {
+        return nullptr;
+    }
+    const auto steps = std::make_shared<PcmFormSteps>();
+    fillSteps(*steps);
+    steps->conversions = &stage.application->conversions();
+    auto window = std::make_unique<MajorFrameWindow>(
+        stage.form, format, *steps,
+        [](const PcmFormat& stream, QWidget* parent) {
+            return std::make_unique<FrameGridAreas>(stream, parent);
+        },
+        nullptr);
+    QObject::connect(window.get(), &QObject::destroyed, [steps] {});
+    window->resize(look::charactersWide(*window, 190), look::unit(*window) * 88);
+    arrange(*window);
+    return window;
+}
+
+}  // namespace
+
+void addDisplayScreenshots(ScreenshotList& list) {
+    list.add("MajorFrameDisplay", [](ScreenshotStage& stage) {
+        return makeDisplay(stage, [](MajorFrameWindow& window) {
+            window.areas().setCellWidth(75);
+            window.areas().goToCell(3, 2);
+        });
+    });
+    list.add("MajorFrameDisplayAllCells", [](ScreenshotStage& stage) {
+        return makeDisplay(stage, [](MajorFrameWindow& window) {
+            window.areas().display().showAllCells = true;
+            window.areas().setCellWidth(110);
+            window.areas().goToCell(1, 1);
+            window.areas().goToCell(4, 3, true);
+        });
+    });
+    list.add("MajorFrameDisplaySmall", [](ScreenshotStage& stage) {
+        return makeDisplay(stage, [](MajorFrameWindow& window) {
+            window.areas().setCellWidth(14);
+            window.areas().goToCell(5, 1);
+        });
+    });
+    list.add("create_new_cell",
+             [](ScreenshotStage&) { return std::make_unique<NewCellDialog>(12, 3, nullptr); });
+}
+
+}  // namespace kavu
