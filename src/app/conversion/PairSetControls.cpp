@@ -72,7 +72,7 @@ EditableList* makeList(FormContext& form, QWidget& panel, bool readOnly) {
     setup.canSort = false;
     auto* list = new EditableList(form, "pairs", std::move(setup), &panel);
     list->view()->setAccessibleName(QStringLiteral("Pair Sets"));
-    list->view()->setMinimumWidth(look::charactersWide(panel, 64));
+    list->view()->setMinimumWidth(look::charactersWide(panel, 92));
     return list;
 }
 

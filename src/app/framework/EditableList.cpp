@@ -171,12 +171,16 @@ void EditableList::updateButtons() {
 }
 
 void EditableList::fitColumns() {
+    // A stretched column does not shrink to its contents: it would grow with every fit.
+    auto* head = view_->horizontalHeader();
+    head->setStretchLastSection(false);
     for (int column = 0; column < model_->columnCount(); ++column) {
         view_->resizeColumnToContents(column);
         view_->setColumnWidth(
             column, std::clamp(view_->columnWidth(column) + look::unit(*this),
                                look::charactersWide(*this, 10), look::charactersWide(*this, 40)));
     }
+    head->setStretchLastSection(true);
 }
 
 void EditableList::setRows(std::vector<ListRow> rows) {

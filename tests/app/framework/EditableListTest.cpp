@@ -76,6 +76,18 @@ TEST_F(EditableListTest, ShowsRowsWithTheirHeadsAndSelectsTheFirst) {
     EXPECT_EQ(changes, 0);
 }
 
+TEST_F(EditableListTest, TheLastColumnDoesNotGrowWhenRowsAreShownAgain) {
+    make();
+    const auto* head = list->view()->horizontalHeader();
+    const int before = head->length();
+    EXPECT_EQ(before, list->view()->viewport()->width());
+    for (int i = 0; i < 20; ++i) {
+        list->setRows(kRows);
+    }
+    QApplication::processEvents();
+    EXPECT_EQ(head->length(), before);
+}
+
 TEST_F(EditableListTest, KeepsTheBytesOfRowsAndFillsShortOnesUp) {
     make(sampleSetup(), {{"K\xF6ln"}, {"1", "2", "3", "4", "5"}});
     EXPECT_EQ(list->rows(), (Rows{{"K\xF6ln", "", "", ""}, {"1", "2", "3", "4"}}));
