@@ -31,6 +31,18 @@ int firstEditionOf(const RecorderPage& page) {
     return first;
 }
 
+/// The fields that stand once. Behind the date of creation stands the form it has.
+std::vector<Field> captionedFields(int edition) {
+    const auto all = recorderSingleFields();
+    std::vector<Field> fields(all.begin(), all.end());
+    for (auto& field : fields) {
+        if (field.code == "RI4") {
+            field.unit = edition <= 1996 ? "(MM-DD-YY-HH-MM-SS)" : "(MM-DD-YYYY-HH-MM-SS)";
+        }
+    }
+    return fields;
+}
+
 std::vector<Field> columnsOf(std::string_view count, int edition) {
     return knownFields(recorderColumns(count), edition);
 }
@@ -96,7 +108,7 @@ QBoxLayout& boxed(QBoxLayout& layout, const std::string& title, QWidget* parent)
 
 RecorderFieldPage::RecorderFieldPage(FormContext& form, const RecorderPage& page,
                                      RecorderGroup& group, QWidget* parent)
-    : FieldPage(form, page.name.data(), std::string(page.title), recorderSingleFields(),
+    : FieldPage(form, page.name.data(), std::string(page.title), captionedFields(form.edition),
                 group.record.values, parent) {
     const int first = firstEditionOf(page);
     if (form.edition < first) {

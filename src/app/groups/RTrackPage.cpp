@@ -219,6 +219,7 @@ void RecorderTrackPage::makeItems(const ChannelType& type) {
     if (auto* add = items_->findChild<QPushButton*>(QStringLiteral("add"))) {
         add->setText(toQString(type.addText));
         add->setAccessibleName(add->text());
+        add->setMinimumWidth(add->sizeHint().width());
     }
     askBeforeDelete(form(), *items_, kDeleteItem);
     items_->rowEditor = [this, &type](int row, const ListRow& before) {

@@ -5,8 +5,11 @@
 #include "core/GroupFiles.h"
 #include "support/TestContext.h"
 
+#include <algorithm>
+
 #include <QComboBox>
 #include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -193,6 +196,20 @@ TEST_F(RSheetTest, FillsTheDateOfCreationAndOfTheDubOnAnyChange) {
     EXPECT_EQ(file(),
               "R-1\\ID:Deck;\r\nR-1\\RI4:01-02-26-03-04-05;\r\nR-1\\POC1:A;\r\n"
               "R-1\\RI5:01-02-26-03-04-05;\r\nR-1\\DPOC1:B;\r\n");
+}
+
+TEST_F(RSheetTest, ShowsTheFormOfTheDateOfCreation) {
+    put("R-1\\ID:Deck;\r\n");
+    for (const auto& [edition, shape] :
+         {std::pair(1996, "(MM-DD-YY-HH-MM-SS)"), std::pair(1999, "(MM-DD-YYYY-HH-MM-SS)")}) {
+        EXPECT_FALSE(edit(edition, [shape = shape](QDialog& dialog) {
+            const auto labels = pageOf(dialog, "Tape4")->findChildren<QLabel*>();
+            EXPECT_TRUE(std::any_of(labels.begin(), labels.end(), [&](const QLabel* label) {
+                return label->text() == QLatin1String(shape);
+            })) << shape;
+            press(dialog, "cancel");
+        }));
+    }
 }
 
 TEST_F(RSheetTest, AsksForADateUntilItIsOneWith447) {
