@@ -91,8 +91,9 @@ std::string generalText(const EditedGroup& group, int edition) {
 }
 
 bool storeGeneral(DocumentContext& context, UserInterface* parent, const EditedGroup& group) {
-    return storeGroup(context, parent, group.letter, group.index,
-                      generalText(group, context.document.version), group.kept);
+    return storeGroup(
+        context, parent, group.letter, group.index, generalText(group, context.document.version),
+        keptAtRows(group.kept, group.letter, group.index, generalFields(), group.record));
 }
 
 bool isExistingSource(DocumentContext& context, UserInterface* parent, const std::string& name) {

@@ -176,12 +176,14 @@ bool GroupSource::readRows(const Plan& plan, const Field& field, GroupRow& row, 
         // A count of 0 that stands in the file stays there.
         row.lists[std::string(field.code)];
     }
+    row.fileRows[std::string(field.code)] = rows;
     for (std::size_t i = 1; i <= rows; ++i) {
         if (cancelRequested(parent_)) {
             return false;
         }
         const RowNumbers inner = at.n == 0 ? RowNumbers{i, 0} : RowNumbers{at.n, i};
         auto& added = row.lists[std::string(field.code)].emplace_back();
+        added.fileRow = i;
         if (!readLevel(plan, field.code, added, inner)) {
             return false;
         }
@@ -275,6 +277,76 @@ void GroupWriter::writeLevel(std::span<const Field> known, std::string_view list
 void GroupWriter::writeTable(std::span<const Field> table, const GroupRow& record, int edition) {
     const auto known = knownFields(table, edition);
     writeLevel(known, {}, record, {});
+}
+
+// --- Rows that have moved ---------------------------------------------------------------------
+
+namespace {
+
+/// The new number of each row of a list in the file; 0 for one that is gone.
+std::vector<std::size_t> newNumbers(const GroupRow& record, std::string_view list) {
+    const auto read = record.fileRows.find(list);
+    std::vector<std::size_t> numbers(read == record.fileRows.end() ? 1 : read->second + 1, 0);
+    std::size_t number = 0;
+    for (const auto& row : record.rows(list)) {
+        ++number;
+        if (row.fileRow > 0 && row.fileRow < numbers.size()) {
+            numbers[row.fileRow] = number;
+        }
+    }
+    return numbers;
+}
+
+/// Lists by the codes of their rows, in lower case and up to the number: "poc1-".
+using ListOfCode = std::unordered_map<std::string, std::string_view>;
+
+ListOfCode listsOfCodes(std::span<const Field> table) {
+    ListOfCode lists;
+    for (const auto& field : table) {
+        if (indexCountOf(field.code) != 1 || field.list.empty()) {
+            continue;
+        }
+        for (const auto code : {field.code, field.codeRead}) {
+            if (!code.empty()) {
+                lists.emplace(lowerAscii(code.substr(0, code.size() - 1)), field.list);
+            }
+        }
+    }
+    return lists;
+}
+
+}  // namespace
+
+KeptCommands keptAtRows(const KeptCommands& kept, char letter, int index,
+                        std::span<const Field> table, const GroupRow& record) {
+    const auto lists = listsOfCodes(table);
+    std::unordered_map<std::string_view, std::vector<std::size_t>> numbers;
+    const auto prefix = codePrefix(letter, index);
+    auto moved = kept;
+    moved.recode([&](std::string& code) {
+        const auto dash = code.rfind('-');
+        if (!startsWithIgnoreCase(code, prefix) || dash < prefix.size() ||
+            dash == std::string::npos) {
+            return true;
+        }
+        const auto head = code.substr(prefix.size(), dash + 1 - prefix.size());
+        const auto list = lists.find(lowerAscii(head));
+        if (list == lists.end()) {
+            return true;
+        }
+        auto [it, isNew] = numbers.try_emplace(list->second);
+        if (isNew) {
+            it->second = newNumbers(record, list->second);
+        }
+        const auto row = clampedCount(std::string_view(code).substr(dash + 1), it->second.size());
+        if (row == 0 || row >= it->second.size()) {
+            return true;
+        }
+        const auto now = it->second[row];
+        code = code.substr(0, dash + 1) + std::to_string(now);
+        return now > 0;
+    });
+    return moved;
 }
 
 bool storeGroup(DocumentContext& context, UserInterface* parent, char letter, int index,

@@ -40,13 +40,21 @@ class UserInterface;
 struct GroupRow {
     FieldValues values{};
     std::map<std::string, std::vector<GroupRow>, std::less<>> lists{};
+    /// The number under which a row stands in the file; 0 for a new one. It goes with the row
+    /// when rows are sorted, see `keptAtRows`.
+    std::size_t fileRow = 0;
+    /// How many rows of a list the file had, by the code of their count.
+    std::map<std::string, std::size_t, std::less<>> fileRows{};
 
     [[nodiscard]] std::string_view value(std::string_view code) const;
     /// An empty value removes it.
     void set(std::string_view code, std::string_view value);
     /// The rows under a count; none if there are none.
     [[nodiscard]] std::span<const GroupRow> rows(std::string_view count) const;
-    bool operator==(const GroupRow&) const = default;
+    /// Where rows came from makes no difference.
+    bool operator==(const GroupRow& other) const {
+        return values == other.values && lists == other.lists;
+    }
 };
 
 /// The numbers in place of "-n" and "-m"; they count from 1.
@@ -147,6 +155,12 @@ class GroupWriter {
     std::string prefix_;
     std::string text_;
 };
+
+/// The commands of a file under the numbers that the rows of its lists have now: what was not
+/// read of a row stays with it when rows are sorted or deleted before it, and goes with it.
+/// REQUIRES: rows that come from the file have their `fileRow`.
+[[nodiscard]] KeptCommands keptAtRows(const KeptCommands& kept, char letter, int index,
+                                      std::span<const Field> table, const GroupRow& record);
 
 /// Puts the text in place of the group file. Asks about the commands that would be dropped,
 /// and puts those to be kept behind it. The document is changed then. False if it could not

@@ -63,8 +63,10 @@ std::string transmissionText(const EditedGroup& group, int edition) {
 }
 
 bool storeTransmission(DocumentContext& context, UserInterface* parent, const EditedGroup& group) {
-    return storeGroup(context, parent, group.letter, group.index,
-                      transmissionText(group, context.document.version), group.kept);
+    return storeGroup(
+        context, parent, group.letter, group.index,
+        transmissionText(group, context.document.version),
+        keptAtRows(group.kept, group.letter, group.index, transmissionFields(), group.record));
 }
 
 }  // namespace kavu

@@ -100,6 +100,20 @@ TEST_F(GeneralGroup, AStandardTelephoneLeavesThePhoneEmptyAndIsNotLost) {
     EXPECT_EQ(t.ui.boxes.size(), 1u);
 }
 
+TEST_F(GeneralGroup, ATelephoneThatIsKeptStaysWithItsPerson) {
+    put("G\\POC\\N:3;\r\nG\\POC1-1:Zoe;\r\nG\\POC4-1:111;\r\nG\\POC1-2:Mia;\r\n"
+        "G\\POC4-2:222;\r\nG\\POC1-3:Ann;\r\nG\\POC4-3:333;\r\n");
+    auto group = read();
+    auto& rows = group.record.lists[std::string(kContactCount)];
+    // They are sorted by their names; the one in the middle is deleted.
+    ASSERT_EQ(rows[1].value("POC1-n"), "Mia");
+    rows.erase(rows.begin() + 1);
+    t.ui.otherwise = Button::Yes;
+    EXPECT_EQ(storedWith(group, &t.ui),
+              "G\\POC\\N:2;\r\nG\\POC1-1:Ann;\r\nG\\POC1-2:Zoe;\r\nG\\POC4-2:111;\r\n"
+              "G\\POC4-1:333;\r\n");
+}
+
 TEST_F(GeneralGroup, AClassificationThatIsNoEntryLeavesTheChoiceUnselected) {
     put("G\\SC:Q;\r\n");
     EXPECT_EQ(read().record.value("SC"), "");

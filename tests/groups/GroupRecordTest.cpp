@@ -207,6 +207,22 @@ TEST_F(GroupRecordTest, TheBarFollowsTheStepsAndCancelEndsTheLoad) {
     }
 }
 
+TEST_F(GroupRecordTest, WhatWasNotReadOfARowGoesWhereTheRowGoes) {
+    put("T-3\\EV\\N:3;\r\nT-3\\EV\\ID-1:a;\r\nT-3\\EV\\ID-2:b;\r\nT-3\\EV\\ID-3:c;\r\n"
+        "T-3\\EV\\ID-1:aa;\r\nT-3\\EV\\ID-2:bb;\r\nT-3\\EV\\ID-3:cc;\r\n"
+        "T-3\\EV\\ID-4:behind;\r\nT-3\\OTHER-1:x;\r\n");
+    auto record = read();
+    auto& rows = record.lists["EV\\N"];
+    // c, a; b is deleted.
+    rows = {rows[2], rows[0]};
+    GroupWriter writer('T', 3);
+    writer.writeTable(kTable, record, 2011);
+    const auto kept = keptAtRows(source_->kept(), 'T', 3, kTable, record);
+    EXPECT_EQ(kept.dropped(writer.text()),
+              (std::vector<std::string>{"T-3\\EV\\ID-2:aa;", "T-3\\EV\\ID-1:cc;",
+                                        "T-3\\EV\\ID-4:behind;", "T-3\\OTHER-1:x;"}));
+}
+
 TEST_F(GroupRecordTest, AMissingFileHasNoValues) {
     EXPECT_TRUE(isMissing(source().status()));
     EXPECT_EQ(read().value("A1"), "");

@@ -28,6 +28,8 @@ constexpr std::size_t kTypeColumn = 0;
 constexpr std::size_t kNameColumn = 1;
 /// Behind the columns that are shown: the type as the file has it.
 constexpr std::size_t kStoredColumn = 2;
+/// And the number of the row in the file, empty for a new one.
+constexpr std::size_t kRowColumn = 3;
 constexpr std::string_view kRadio = "RF";
 
 bool isDate(std::string_view code) {
@@ -63,8 +65,9 @@ ListSetup sourceSetup(int edition) {
     return setup;
 }
 
-ListSetup withStoredType(ListSetup setup) {
+ListSetup withHiddenColumns(ListSetup setup) {
     setup.columns.push_back({.title = "Stored", .editable = false});
+    setup.columns.push_back({.title = "Row", .editable = false});
     return setup;
 }
 
@@ -96,21 +99,23 @@ ContactPage::ContactPage(FormContext& form, GroupRow& record, QWidget* parent)
     : PropertyPage(form, "GeneralInfo2", "Points Of Contact", parent), record_(record) {
     auto* const layout = new QVBoxLayout(this);
     look::arrangeWindow(*layout, *this);
-    list_ = new EditableList(form, "contacts", contactSetup(form.edition), this);
+    list_ = new IdentifiedList(form, "contacts", contactSetup(form.edition), this);
     list_->view()->setAccessibleName(QStringLiteral("Points Of Contact"));
     layout->addWidget(list_);
     connect(list_, &EditableList::changed, this, [this] { markChanged(); });
 }
 
 void ContactPage::load() {
+    const auto contacts = record_.rows(kContactCount);
+    before_.assign(contacts.begin(), contacts.end());
     std::vector<ListRow> rows;
-    for (const auto& row : record_.rows(kContactCount)) {
+    for (const auto& row : before_) {
         auto& cells = rows.emplace_back();
         for (const auto& field : contactFields()) {
             cells.emplace_back(row.value(field.code));
         }
     }
-    list_->setRows(std::move(rows));
+    list_->setIdentifiedRows(rows);
 }
 
 bool ContactPage::store() {
@@ -120,8 +125,11 @@ bool ContactPage::store() {
     auto& rows = record_.lists[std::string(kContactCount)];
     rows.clear();
     const auto fields = contactFields();
-    for (const auto& cells : list_->rows()) {
+    for (int number = 0; number < list_->rowCount(); ++number) {
+        const auto id = static_cast<std::size_t>(list_->idOf(number));
+        const auto cells = list_->cellsOfRow(number);
         auto& row = rows.emplace_back();
+        row.fileRow = id < before_.size() ? before_[id].fileRow : 0;
         for (std::size_t i = 0; i < fields.size(); ++i) {
             row.set(fields[i].code, cells[i]);
         }
@@ -138,9 +146,11 @@ SourcePage::SourcePage(FormContext& form, GroupRow& record, SourceDeeds deeds, Q
       setup_(sourceSetup(form.edition)) {
     auto* const layout = new QVBoxLayout(this);
     look::arrangeWindow(*layout, *this);
-    list_ = new EditableList(form, "sources", withStoredType(setup_), this);
+    list_ = new EditableList(form, "sources", withHiddenColumns(setup_), this);
     list_->view()->setAccessibleName(QStringLiteral("Data Sources"));
-    list_->view()->setColumnHidden(static_cast<int>(kStoredColumn), true);
+    for (const auto hidden : {kStoredColumn, kRowColumn}) {
+        list_->view()->setColumnHidden(static_cast<int>(hidden), true);
+    }
     list_->rowEditor = [this](int row, const ListRow& before) { return editRow(row, before); };
     list_->mayDelete = [this](int row) { return mayDelete(row); };
     definition_ =
@@ -159,7 +169,8 @@ void SourcePage::load() {
     for (const auto& row : record_.rows(kSourceCount)) {
         const auto stored = row.value(kSourceType);
         rows.push_back({std::string(sourceTypeText(stored, form().edition)),
-                        std::string(row.value(kSourceName)), std::string(stored)});
+                        std::string(row.value(kSourceName)), std::string(stored),
+                        std::to_string(row.fileRow)});
     }
     list_->setRows(std::move(rows));
     updateDefinitionButton();
@@ -175,13 +186,14 @@ bool SourcePage::store() {
         auto& row = rows.emplace_back();
         row.set(kSourceName, cells[kNameColumn]);
         row.set(kSourceType, cells[kStoredColumn]);
+        row.fileRow = clampedCount(cells[kRowColumn], kMostSources);
     }
     return true;
 }
 
 std::optional<ListRow> SourcePage::editRow(int row, const ListRow& before) {
     ListRow shown(before.begin(), before.begin() + kStoredColumn);
-    const bool isNew = before[kStoredColumn].empty() && before[kNameColumn].empty();
+    const bool isNew = before[kRowColumn].empty() && before[kNameColumn].empty();
     RowDialog dialog(form(), *list_, setup_, row, shown, isNew, window());
     if (runDialog(form().door, dialog) != QDialog::Accepted) {
         return std::nullopt;
@@ -202,6 +214,7 @@ std::optional<ListRow> SourcePage::editRow(int row, const ListRow& before) {
     const bool sameType = !isNew && entered[kTypeColumn] == before[kTypeColumn];
     entered.emplace_back(sameType ? std::string_view(before[kStoredColumn])
                                   : storedSourceType(entered[kTypeColumn]));
+    entered.push_back(before[kRowColumn]);
     return entered;
 }
 

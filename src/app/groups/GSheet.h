@@ -16,6 +16,7 @@ class QPushButton;
 
 namespace kavu {
 
+class IdentifiedList;
 class ScreenshotList;
 
 /// Program information: its fields, and the dates that fill themselves.
@@ -38,7 +39,8 @@ class ContactPage : public PropertyPage {
 
   private:
     GroupRow& record_;
-    EditableList* list_ = nullptr;
+    std::vector<GroupRow> before_;
+    IdentifiedList* list_ = nullptr;
 };
 
 /// What the list of data sources does to the document at once.

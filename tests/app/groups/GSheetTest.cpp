@@ -206,6 +206,26 @@ TEST_F(GSheetTest, ContactsAreAddedEditedAndDeleted) {
               "G\\POC4-1:12345678901234567890;\r\n");
 }
 
+TEST_F(GSheetTest, ATelephoneThatIsKeptStaysWithItsPerson) {
+    put("G\\POC\\N:2;\r\nG\\POC1-1:Zoe;\r\nG\\POC4-1:111;\r\nG\\POC1-2:Ann;\r\n"
+        "G\\POC4-2:222;\r\n");
+    t.ui.otherwise = Button::Yes;
+    EXPECT_TRUE(edit(2011, [this](QDialog& dialog) {
+        auto& list = contacts(dialog);
+        door.next([](QDialog& row) {
+            type(row, "POC2", QStringLiteral("Agency"));
+            press(row, "ok");
+        });
+        press(list, "edit");
+        list.sortBy(0);
+        list.sortBy(0);
+        press(dialog, "ok");
+    }));
+    EXPECT_EQ(file(),
+              "G\\POC\\N:2;\r\nG\\POC1-1:Zoe;\r\nG\\POC1-2:Ann;\r\nG\\POC2-2:Agency;\r\n"
+              "G\\POC4-1:111;\r\nG\\POC4-2:222;\r\n");
+}
+
 TEST_F(GSheetTest, AddIsDisabledAtNineContacts) {
     put("G\\POC\\N:12;\r\n");
     EXPECT_FALSE(edit(2011, [](QDialog& dialog) {
