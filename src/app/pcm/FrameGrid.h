@@ -82,17 +82,21 @@ class FrameStrip : public QWidget {
 
   signals:
     void clicked(FramePlace at);
+    /// By a double click.
+    void activated(FramePlace at);
 
   protected:
     bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
 
   private:
     void paintNumbers(QPainter& painter, const QRect& dirty);
     void paintLabels(QPainter& painter, const QRect& dirty);
     [[nodiscard]] int wordAt(int x) const;
+    [[nodiscard]] FramePlace placeAt(const QPoint& point) const;
 
     FrameArea area_;
     FrameDisplay& display_;

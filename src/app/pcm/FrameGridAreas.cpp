@@ -92,6 +92,8 @@ void FrameGridAreas::connectAreas() {
         connect(strip, &FrameStrip::clicked, this,
                 [this](FramePlace at) { goToCell(at.word, at.frame); });
     }
+    connect(labels_, &FrameStrip::activated, this,
+            [this](FramePlace at) { emit labelActivated(at.word); });
 }
 
 /// Brings the bars to the view.

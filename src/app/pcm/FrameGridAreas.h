@@ -30,6 +30,8 @@ class FrameGridAreas : public QWidget {
 
   signals:
     void selectionMoved();
+    /// The label of a word was double clicked.
+    void labelActivated(int word);
     void zoomed();
 
   protected:

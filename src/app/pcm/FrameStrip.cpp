@@ -63,13 +63,20 @@ bool FrameStrip::event(QEvent* event) {
     return QWidget::event(event);
 }
 
-void FrameStrip::mousePressEvent(QMouseEvent* event) {
+FramePlace FrameStrip::placeAt(const QPoint& point) const {
     const bool down = area_ == FrameArea::FrameLegend;
     const auto selected = view_.selected();
-    const FramePlace at{down ? std::max(selected.word, view_.firstWord) : wordAt(event->pos().x()),
-                        down ? view_.scrolledRows + 1 + event->pos().y() / view_.cellHeight()
-                             : std::max(selected.frame, 1)};
-    emit clicked(at);
+    return {down ? std::max(selected.word, view_.firstWord) : wordAt(point.x()),
+            down ? view_.scrolledRows + 1 + point.y() / view_.cellHeight()
+                 : std::max(selected.frame, 1)};
+}
+
+void FrameStrip::mousePressEvent(QMouseEvent* event) {
+    emit clicked(placeAt(event->pos()));
+}
+
+void FrameStrip::mouseDoubleClickEvent(QMouseEvent* event) {
+    emit activated(placeAt(event->pos()));
 }
 
 void FrameStrip::paintEvent(QPaintEvent* event) {

@@ -54,6 +54,18 @@ void MajorFrameWindow::editCell(int word, int frame) {
     }
 }
 
+void MajorFrameWindow::editLabel(int word) {
+    const auto type = format_.wordType(word);
+    if (type == WordType::Sync) {
+        form_.messages.show(&form_.ui, 230, kSyncTitle, kErrorBox);
+        return;
+    }
+    const auto* const subframe = format_.subframeOfWord(word);
+    // From the newest edition on every word has a hidden subframe, which is nobody's to edit.
+    const bool isThere = type == WordType::IdCounter || (subframe != nullptr && !subframe->hidden);
+    editPlace(isThere ? steps_.editSubframeAt : steps_.createSubframeAt, word, 1, false);
+}
+
 void MajorFrameWindow::editPlace(const PcmFormSteps::EditPlace& step, int word, int frame,
                                  bool always) {
     if (!step) {

@@ -68,6 +68,11 @@ QMenu* MajorFrameWindow::makeEditMenu() {
         const auto at = areas_->view().selected();
         editCell(at.word, at.frame);
     });
+    addEntry(*menu, "editSubframe", QStringLiteral("Su&bframe Or ID Counter..."), [this] {
+        if (const auto at = areas_->view().selected()) {
+            editLabel(at.word);
+        }
+    })->setEnabled(steps_.editSubframeAt && steps_.createSubframeAt);
     deleteAction_ = addEntry(
         *menu, "deleteCell", QStringLiteral("&Delete..."), [this] { deleteCell(); },
         QKeySequence::Delete);

@@ -180,6 +180,7 @@ void MajorFrameWindow::connectParts() {
             editCell(at.word, at.frame);
         }
     });
+    connect(areas_, &FrameGridAreas::labelActivated, this, &MajorFrameWindow::editLabel);
     connect(&grid, &FrameGrid::menuRequested, this,
             [this](const QPoint& point) { placeMenu_->popup(point); });
     const auto go = [this](FramePlace at) { areas_->goToCell(at.word, at.frame); };

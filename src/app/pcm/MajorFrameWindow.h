@@ -46,6 +46,8 @@ class MajorFrameWindow : public QDialog {
 
     /// What a double click does: edits the place, or asks what an empty one becomes.
     void editCell(int word, int frame);
+    /// Edits the ID counter or the subframe of a word, or asks which of them to make there.
+    void editLabel(int word);
     /// Deletes what stands at the selected cell, with the question.
     void deleteCell();
     /// The place of a Go To field, or of both.
