@@ -27,10 +27,19 @@ constexpr int kLeastRecommended = 7;
 
 PcmFieldsPage::PcmFieldsPage(PcmAttributesModel& model, const char* resourceName,
                              const std::string& title, QWidget* parent)
+    : PcmFieldsPage(model, resourceName, title, Bare{}, parent) {
+    addFields();
+}
+
+PcmFieldsPage::PcmFieldsPage(PcmAttributesModel& model, const char* resourceName,
+                             const std::string& title, Bare, QWidget* parent)
     : PropertyPage(model.form, resourceName, title, parent), model_(model) {
     column_ = new QVBoxLayout(this);
     look::arrangeWindow(*column_, *this);
-    const auto table = pcmPageFields(resourceName);
+}
+
+void PcmFieldsPage::addFields() {
+    const auto table = pcmPageFields(toBytes(objectName()));
     fields_ = new FieldForm(form(), table, {}, this);
     column_->addWidget(fields_, 1);
     fields_->makeDisplayOnly("MF2");
@@ -103,7 +112,7 @@ bool PcmFieldsPage::validate() {
 // --- Frame Sync Pattern -----------------------------------------------------------------------
 
 PcmSyncPage::PcmSyncPage(PcmAttributesModel& model, QWidget* parent)
-    : PcmFieldsPage(model, pcm_page::kSyncPattern, "Frame Sync Pattern", parent) {
+    : PcmFieldsPage(model, pcm_page::kSyncPattern, "Frame Sync Pattern", Bare{}, parent) {
     auto* const row = new QHBoxLayout;
     const auto make = [&](const char* name, const QString& text) {
         auto* const button = new QRadioButton(text, this);
@@ -117,13 +126,8 @@ PcmSyncPage::PcmSyncPage(PcmAttributesModel& model, QWidget* parent)
     row->addStretch();
     row->setContentsMargins(look::unit(*this) + 3, 0, 0, 0);
     row->setSpacing(look::unit(*this) * 2);
-    column().insertLayout(0, row);
-    QWidget* before = binary_;
-    for (QWidget* const next : {static_cast<QWidget*>(hexadecimal_), fields().control("MF4"),
-                                fields().control("MF5"), fields().control("MF3")}) {
-        setTabOrder(before, next);
-        before = next;
-    }
+    column().addLayout(row);
+    addFields();
     connect(hexadecimal_, &QRadioButton::clicked, this, [this] {
         this->model().setHexadecimal(true);
         markChanged();

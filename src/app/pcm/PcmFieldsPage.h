@@ -26,6 +26,11 @@ class PcmFieldsPage : public PropertyPage {
     [[nodiscard]] bool store() override { return true; }
 
   protected:
+    /// Without its fields, for a page that has something above them.
+    struct Bare {};
+    PcmFieldsPage(PcmAttributesModel& model, const char* resourceName, const std::string& title,
+                  Bare bare, QWidget* parent);
+    void addFields();
     /// Shows what the stream has, without an edit.
     virtual void refresh();
     [[nodiscard]] PcmAttributesModel& model() const { return model_; }
