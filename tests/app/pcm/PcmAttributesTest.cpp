@@ -161,7 +161,7 @@ TEST_F(PcmAttributesTest, RefusedNumbersAreToldAndTheOldOnesStay) {
 
 TEST_F(PcmAttributesTest, WithoutATypeACommonWordLengthIsRefused) {
     SheetStage s;
-    s.ui.integers = {16};
+    s.ui.integers = {17};
     edit(s, [&](QDialog& dialog) {
         openPage(dialog, 1);
         QTest::keyClick(find<QComboBox>(dialog, "TF"), Qt::Key_Delete);

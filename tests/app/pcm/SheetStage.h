@@ -22,6 +22,7 @@ class SheetStage : public LoadFixture {
         EXPECT_TRUE(load(plainFormat(32, 8, type) + more));
         format.changed = false;
         ui.boxes.clear();
+        ui.statusTexts.clear();
     }
     [[nodiscard]] int lastBox() const { return ui.boxes.empty() ? 0 : ui.boxes.back().id; }
     [[nodiscard]] bool saved(const std::string& line) {
