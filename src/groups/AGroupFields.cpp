@@ -1,6 +1,7 @@
 #include "groups/AGroupFields.h"
 
-#include <algorithm>
+#include "groups/ListFields.h"
+
 #include <array>
 
 namespace kavu {
@@ -134,15 +135,6 @@ constexpr auto kFields = std::to_array<Field>({
      .element = "Comments"},
 });
 
-constexpr auto firstOfRow() {
-    return std::find_if(kFields.begin(), kFields.end(),
-                        [](const Field& field) { return !field.list.empty(); });
-}
-constexpr auto endOfRow() {
-    return std::find_if(firstOfRow(), kFields.end(),
-                        [](const Field& field) { return field.list.empty(); });
-}
-
 }  // namespace
 
 std::span<const Field> pamFields() {
@@ -150,7 +142,7 @@ std::span<const Field> pamFields() {
 }
 
 std::span<const Field> pamSubframeFields() {
-    return {firstOfRow(), endOfRow()};
+    return listFields(kFields, kRows);
 }
 
 }  // namespace kavu

@@ -1,8 +1,8 @@
 #include "groups/MGroupFields.h"
 
 #include "core/Text.h"
+#include "groups/ListFields.h"
 
-#include <algorithm>
 #include <array>
 
 namespace kavu {
@@ -182,15 +182,6 @@ constexpr auto kFields = std::to_array<Field>({
      .element = "Comments"},
 });
 
-constexpr auto firstOfRow() {
-    return std::find_if(kFields.begin(), kFields.end(),
-                        [](const Field& field) { return !field.list.empty(); });
-}
-constexpr auto endOfRow() {
-    return std::find_if(firstOfRow(), kFields.end(),
-                        [](const Field& field) { return field.list.empty(); });
-}
-
 }  // namespace
 
 std::span<const Field> multiplexFields() {
@@ -198,7 +189,7 @@ std::span<const Field> multiplexFields() {
 }
 
 std::span<const Field> subcarrierFields() {
-    return {firstOfRow(), endOfRow()};
+    return listFields(kFields, kRows);
 }
 
 SignalName signalNameOf(std::string_view type) {
