@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include <QFontMetricsF>
+#include <QGlyphRun>
 #include <QPainter>
 #include <QWidget>
 
@@ -37,12 +38,38 @@ QFont smallerFont(const QFont& font) {
 
 }  // namespace
 
-CellFont::CellFont(const QFont& font) : font_(font), capital_(0) {
+CellFont::CellFont(const QFont& font) : font_(font), raw_(QRawFont::fromFont(font)), capital_(0) {
     const QFontMetricsF metrics(font);
     capital_ = static_cast<int>(std::ceil(metrics.capHeight()));
     for (std::size_t i = 0x20; i < advances_.size(); ++i) {
-        advances_[i] = metrics.horizontalAdvance(QChar(static_cast<ushort>(i)));
+        const QString letter(QChar(static_cast<ushort>(i)));
+        advances_[i] = metrics.horizontalAdvance(letter);
+        const auto glyphs = raw_.glyphIndexesForString(letter);
+        glyphs_[i] = glyphs.isEmpty() ? 0 : glyphs.front();
     }
+}
+
+/// Names are plain letters: they need no shaping, which takes longer than all else.
+void CellFont::draw(QPainter& painter, const QPoint& begin, const std::string& text) const {
+    QList<quint32> glyphs;
+    QList<QPointF> places;
+    double x = 0;
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte >= glyphs_.size() || glyphs_[byte] == 0) {
+            painter.setFont(font_);
+            painter.drawText(begin, toQString(text));
+            return;
+        }
+        glyphs.push_back(glyphs_[byte]);
+        places.push_back({x, 0});
+        x += advances_[byte];
+    }
+    QGlyphRun run;
+    run.setRawFont(raw_);
+    run.setGlyphIndexes(glyphs);
+    run.setPositions(places);
+    painter.drawGlyphRun(begin, run);
 }
 
 int CellFont::width(const std::string& text) const {
@@ -162,6 +189,14 @@ const QPixmap& FrameGridPaint::look(Rgb ground, bool isSelected, const QSize& si
     return pixmap;
 }
 
+Rgb FrameGridPaint::readable(Rgb ink, Rgb ground) {
+    const auto [at, isNew] = inks_.try_emplace({ink, ground}, 0);
+    if (isNew) {
+        at->second = readableInk(ink, ground);
+    }
+    return at->second;
+}
+
 // --- texts ------------------------------------------------------------------------------------
 
 void FrameGridPaint::paintStar(QPainter& painter, const QRect& cell, const CellFont& font,
@@ -190,18 +225,18 @@ void FrameGridPaint::paintText(QPainter& painter, const QRect& cell, Rgb ground,
     if (font == nullptr) {
         return;
     }
-    const Rgb ink = readableInk(inkColour(text.ink), ground);
+    const Rgb ink = readable(inkColour(text.ink), ground);
     const auto place = isSelected ? cell.translated(1, 1) : cell;
     if (text.text == kStar) {
         paintStar(painter, place, *font, ink);
         return;
     }
-    painter.setFont(font->font());
     painter.setPen(colourOf(ink));
     const int shift = cell.height() >= kShadedHeight ? 1 : 0;
-    painter.drawText(place.left() - shift + (place.width() - font->width(text.text)) / 2,
-                     place.top() - shift + (place.height() + font->capital()) / 2,
-                     toQString(text.text));
+    font->draw(painter,
+               {place.left() - shift + (place.width() - font->width(text.text)) / 2,
+                place.top() - shift + (place.height() + font->capital()) / 2},
+               text.text);
 }
 
 /// Shapes that tell without colours: a corner for several measurements, two crossed lines
@@ -240,10 +275,10 @@ void FrameGridPaint::paintCell(QPainter& painter, const Column& column, int fram
               selected);
     const auto marks = cell.height() >= kMarkedHeight ? column.display.marksAt(at) : FrameMarks{};
     if (marks.several || marks.overlap || marks.async) {
-        paintMarks(painter, cell, marks, readableInk(0, ground));
+        paintMarks(painter, cell, marks, readable(0, ground));
     }
     if (selected && column.hasFocus && cell.height() >= kShadedHeight) {
-        painter.setPen(QPen(colourOf(readableInk(0, ground)), 1, Qt::DotLine));
+        painter.setPen(QPen(colourOf(readable(0, ground)), 1, Qt::DotLine));
         painter.drawRect(cell.adjusted(3, 3, -4, -4));
     }
 }
@@ -259,9 +294,15 @@ void FrameGridPaint::paintTexts(QPainter& painter, const Column& column, int fir
     }
 }
 
+void FrameGridPaint::paintRun(QPainter& painter, const Run& run, const QSize& size) {
+    if (!run.area.isEmpty()) {
+        painter.drawTiledPixmap(run.area, look(run.ground, run.isSelected, size));
+    }
+}
+
 /// Cells of one look that stand below each other are painted at once.
 void FrameGridPaint::paintColumn(QPainter& painter, const Column& column, int firstFrame,
-                                 int lastFrame) {
+                                 int lastFrame, Run& pending) {
     const QSize size(column.view.cellWidth(), column.view.cellHeight());
     int begin = firstFrame;
     while (begin <= lastFrame) {
@@ -272,10 +313,16 @@ void FrameGridPaint::paintColumn(QPainter& painter, const Column& column, int fi
                column.ground(end, face_) == ground) {
             ++end;
         }
-        const auto first = column.rect(begin);
-        painter.drawTiledPixmap(
-            QRect(first.topLeft(), QSize(size.width(), size.height() * (end - begin))),
-            look(ground, selected, size));
+        const QRect area(column.rect(begin).topLeft(),
+                         QSize(size.width(), size.height() * (end - begin)));
+        if (ground == pending.ground && selected == pending.isSelected &&
+            area.top() == pending.area.top() && area.height() == pending.area.height() &&
+            area.left() == pending.area.right() + 1) {
+            pending.area.setRight(area.right());
+        } else {
+            paintRun(painter, pending, size);
+            pending = {area, ground, selected};
+        }
         begin = end;
     }
 }
@@ -289,11 +336,15 @@ void FrameGridPaint::paintGrid(QPainter& painter, const QRect& dirty, const Fram
     const int firstFrame = view.scrolledRows + 1 + dirty.top() / view.cellHeight();
     const int lastFrame =
         std::min(display.frames(), view.scrolledRows + 1 + dirty.bottom() / view.cellHeight());
+    Run pending;
     for (int word = firstWord; word <= lastWord; ++word) {
         const Column column(display, view, hasFocus, word);
-        const int last = std::min(lastFrame, column.shown);
-        paintColumn(painter, column, firstFrame, last);
-        paintTexts(painter, column, firstFrame, last);
+        paintColumn(painter, column, firstFrame, std::min(lastFrame, column.shown), pending);
+    }
+    paintRun(painter, pending, {view.cellWidth(), view.cellHeight()});
+    for (int word = firstWord; word <= lastWord; ++word) {
+        const Column column(display, view, hasFocus, word);
+        paintTexts(painter, column, firstFrame, std::min(lastFrame, column.shown));
     }
     const auto block = view.block();
     if (block.first && !(block.first == block.last)) {

@@ -10,6 +10,7 @@
 
 #include <QFont>
 #include <QPixmap>
+#include <QRawFont>
 
 class QPainter;
 class QWidget;
@@ -26,11 +27,16 @@ class CellFont {
     [[nodiscard]] bool fits(const std::string& text, const QSize& room) const;
     /// Height of a capital letter.
     [[nodiscard]] int capital() const { return capital_; }
+    /// Draws a text from its left end on the base line.
+    void draw(QPainter& painter, const QPoint& begin, const std::string& text) const;
 
   private:
     QFont font_;
+    QRawFont raw_;
     int capital_;
-    std::array<double, 128> advances_{};  ///< of the characters that all texts are made of
+    /// Of the characters that nearly all texts are made of.
+    std::array<double, 128> advances_{};
+    std::array<quint32, 128> glyphs_{};
 };
 
 class FrameGridPaint {
@@ -54,8 +60,17 @@ class FrameGridPaint {
   private:
     struct Column;
     [[nodiscard]] const QPixmap& look(Rgb ground, bool isSelected, const QSize& size);
+    [[nodiscard]] Rgb readable(Rgb ink, Rgb ground);
     void drawLook(QPainter& painter, const QRect& cell, Rgb ground, bool isSelected) const;
-    void paintColumn(QPainter& painter, const Column& column, int firstFrame, int lastFrame);
+    /// Columns beside each other that are of one look are painted at once.
+    struct Run {
+        QRect area;
+        Rgb ground = 0;
+        bool isSelected = false;
+    };
+    void paintRun(QPainter& painter, const Run& run, const QSize& size);
+    void paintColumn(QPainter& painter, const Column& column, int firstFrame, int lastFrame,
+                     Run& pending);
     void paintTexts(QPainter& painter, const Column& column, int firstFrame, int lastFrame);
     void paintCell(QPainter& painter, const Column& column, int frame);
     void paintText(QPainter& painter, const QRect& cell, Rgb ground, FrameText text,
@@ -72,6 +87,7 @@ class FrameGridPaint {
     double ratio_;
     std::map<std::pair<Rgb, bool>, QPixmap> looks_;
     std::map<std::pair<const CellFont*, Rgb>, QPixmap> stars_;
+    std::map<std::pair<Rgb, Rgb>, Rgb> inks_;
     QSize size_;
 };
 

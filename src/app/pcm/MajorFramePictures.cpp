@@ -61,21 +61,21 @@ void addDisplayScreenshots(ScreenshotList& list) {
     list.add("MajorFrameDisplay", [](ScreenshotStage& stage) {
         return makeDisplay(stage, [](MajorFrameWindow& window) {
             window.areas().setCellWidth(75);
-            window.areas().goToCell(3, 2);
+            window.areas().grid().select({3, 2});
         });
     });
     list.add("MajorFrameDisplayAllCells", [](ScreenshotStage& stage) {
         return makeDisplay(stage, [](MajorFrameWindow& window) {
             window.areas().display().showAllCells = true;
             window.areas().setCellWidth(110);
-            window.areas().goToCell(1, 1);
-            window.areas().goToCell(4, 3, true);
+            window.areas().grid().select({1, 1});
+            window.areas().grid().select({4, 3}, true);
         });
     });
     list.add("MajorFrameDisplaySmall", [](ScreenshotStage& stage) {
         return makeDisplay(stage, [](MajorFrameWindow& window) {
             window.areas().setCellWidth(14);
-            window.areas().goToCell(5, 1);
+            window.areas().grid().select({5, 1});
         });
     });
     list.add("create_new_cell",
