@@ -68,6 +68,7 @@ BitWeightDialog::BitWeightDialog(FormContext& form, std::vector<ListRow> rows, Q
     setup.rowDialogTitle = "Edit Bit Weight";
     list_ = new EditableList(form_, "BWT\\N", std::move(setup), this);
     list_->view()->setAccessibleName(toQString(weights.title));
+    list_->view()->setMinimumWidth(look::charactersWide(*this, 64));
     list_->mayDelete = [this](int) { return mayDeleteUnder(form_, eutext::kDeleteBitWeight); };
     list_->setRows(std::move(rows));
     column->addWidget(list_, 1);
@@ -144,7 +145,7 @@ CommentOptionsDialog::CommentOptionsDialog(FormContext& form, DocumentContext& d
     setup.rowDialogTitle = "Edit EU Comment String";
     list_ = new EditableList(form_, "strings", std::move(setup), this);
     list_->view()->setAccessibleName(QStringLiteral("Comment strings"));
-    list_->view()->setMinimumWidth(look::charactersWide(*this, 90));
+    list_->view()->setMinimumWidth(look::charactersWide(*this, 112));
     list_->mayDelete = [this](int) { return mayDeleteUnder(form_, eutext::kDeleteCommentString); };
     std::vector<ListRow> rows;
     for (const auto& string : readCommentStrings(document)) {
