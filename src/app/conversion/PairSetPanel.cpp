@@ -46,7 +46,12 @@ PairSetPanel::PairSetPanel(FormContext& form, DocumentContext& document,
     load();
 }
 
-PairSetPanel::~PairSetPanel() = default;
+PairSetPanel::~PairSetPanel() {
+    // The controls go after the parts: a field that loses the focus then tells nobody.
+    for (auto* const child : findChildren<QObject*>()) {
+        child->disconnect(this);
+    }
+}
 
 void PairSetPanel::load() {
     parts_->load();

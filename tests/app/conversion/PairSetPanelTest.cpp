@@ -4,6 +4,8 @@
 #include "app/support/WidgetChecks.h"
 #include "conversion/EuVocabulary.h"
 
+#include <utility>
+
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
@@ -383,6 +385,17 @@ TEST(PairSetPanelForm, AReadOnlyPanelShowsAndChangesNothing) {
     EXPECT_FALSE(find<QCheckBox>(panel, "definesCurve")->isEnabled());
     EXPECT_FALSE(find<QCheckBox>(panel, "useBestFit")->isEnabled());
     EXPECT_TRUE(panel.store());
+}
+
+TEST(PairSetPanelForm, GoesWithAFieldHalfEdited) {
+    PairSetStage s;
+    auto& panel = s.open();
+    s.window->activateWindow();
+    type(panel, "defaultBits", QStringLiteral("0"));
+    // The sheet destroys it when another type is chosen; the field then loses the focus.
+    delete std::exchange(s.panel, nullptr);
+    EXPECT_TRUE(s.f.ui.boxes.empty());
+    EXPECT_EQ(s.f.settings.integer("CurveDefBits", 16), 16);
 }
 
 TEST(PairSetPanelForm, AFileThatFailsIsReportedAndStoreTriesAgain) {
