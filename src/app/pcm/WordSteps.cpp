@@ -1,5 +1,6 @@
 #include "app/pcm/WordSteps.h"
 
+#include "app/conversion/ConversionForms.h"
 #include "app/framework/DialogDoor.h"
 #include "app/pcm/CommentDialog.h"
 #include "app/pcm/DefinitionOptionsDialog.h"
@@ -62,8 +63,9 @@ bool generate(FormContext& form, PcmFormat& format, const WordSteps& words, QWid
     return generateDataWords(format, &form.ui, steps).value_or(0) > 0;
 }
 
-void installConversionSteps(WordSteps& steps, Application& application) {
+void installConversionSteps(WordSteps& steps, FormContext& form, Application& application) {
     auto& conversions = application.conversions();
+    auto& document = application.context();
     steps.edit.names = &application.measurementNames();
     steps.edit.deleteConversion = [&conversions](UserInterface* parent, std::string_view name) {
         conversions.deleteDefinition(parent, std::string(name));
@@ -76,6 +78,10 @@ void installConversionSteps(WordSteps& steps, Application& application) {
                                                      const DataWordDefaults&) {
         // The defaults are in the settings by now.
         conversions.createDefaultDefinition(parent, std::string(name), false);
+    };
+    steps.editConversion = [&form, &document, &conversions](QWidget& window,
+                                                            const std::string& name, int bits) {
+        return kavu::editConversion(form, document, conversions, name, {.bits = bits}, &window);
     };
 }
 
@@ -104,7 +110,7 @@ std::optional<bool> chooseDefinitionMode(FormContext& form, QWidget* window, boo
 
 WordSteps makeWordSteps(FormContext& form, Application& application) {
     WordSteps steps;
-    installConversionSteps(steps, application);
+    installConversionSteps(steps, form, application);
     auto& format = application.pcmFormat();
     steps.saveFormat = [&form, &format] {
         const bool saved = savePcmFormat(format, &form.ui);

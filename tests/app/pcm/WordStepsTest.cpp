@@ -326,6 +326,12 @@ TEST(ApplicationWordSteps, ConversionsFollowTheEditsAndTheOptionsAreHeld) {
     steps.save.renameConversion(&app.ui, "A", "B");
     EXPECT_FALSE(conversions.locateDefinition("A").found);
     EXPECT_TRUE(conversions.locateDefinition("B").found);
+    door.next([](QDialog& dialog) {
+        EXPECT_NE(toBytes(dialog.windowTitle()).find("B"), std::string::npos);
+        press(dialog, "cancel");
+    });
+    QWidget window;
+    EXPECT_FALSE(steps.editConversion(window, "B", 16));
     steps.edit.deleteConversion(&app.ui, "B");
     EXPECT_FALSE(conversions.locateDefinition("B").found);
     EXPECT_FALSE(steps.hasDatabase());
