@@ -85,7 +85,8 @@ bool storePam(DocumentContext& context, UserInterface* parent, const PamGroup& g
     record.set("DLN", group.link);
     GroupWriter writer('A', group.index);
     writer.writeTable(pamFields(), record, context.document.version);
-    return storeGroup(context, parent, 'A', group.index, writer.text(), group.kept);
+    return storeGroup(context, parent, 'A', group.index, writer.text(),
+                      keptAtRows(group.kept, 'A', group.index, pamFields(), group.record));
 }
 
 }  // namespace kavu

@@ -61,8 +61,10 @@ std::string_view rowCode(const GroupRow& row) {
 void readRows(GroupSource& source, GroupRow& record) {
     const auto count = source.count(fieldOf(kRows));
     auto& rows = record.lists[std::string(kRows)];
+    record.fileRows[std::string(kRows)] = count;
     for (std::size_t n = 1; n <= count; ++n) {
         auto& row = rows.emplace_back();
+        row.fileRow = n;
         for (const auto& field : subcarrierFields()) {
             if (!isName(field.code)) {
                 row.set(field.code, source.value(field, {n}));
@@ -157,7 +159,9 @@ bool storeMultiplex(DocumentContext& context, UserInterface* parent, const Multi
     IoStatus status;
     if (hasFile(group)) {
         auto text = writer.text();
-        text += keptTail(parent, group.kept, text);
+        text += keptTail(parent,
+                         keptAtRows(group.kept, 'M', group.index, multiplexFields(), group.record),
+                         text);
         status = replaceWorkingFile(context.store.pathOf(groupFile('M', group.index)), text);
     }
     if (!hasFile(group) || !status.ok()) {

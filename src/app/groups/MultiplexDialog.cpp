@@ -1,13 +1,13 @@
 #include "app/groups/MultiplexDialog.h"
 
 #include "app/framework/DialogDoor.h"
-#include "app/framework/EditableList.h"
 #include "app/framework/FieldForm.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
 #include "app/framework/Refusals.h"
 #include "app/framework/RowDialog.h"
 #include "app/framework/Screenshots.h"
+#include "app/groups/RRows.h"
 #include "application/Application.h"
 #include "core/UserInterface.h"
 
@@ -130,7 +130,7 @@ QWidget* MultiplexPage::makeNameBox() {
 QWidget* MultiplexPage::makeListBox() {
     auto* const box = new QGroupBox(QStringLiteral("IRIG Sub Carriers"), this);
     auto* const column = new QVBoxLayout(box);
-    rows_ = new EditableList(form(), "SI", listSetup(form().edition), box);
+    rows_ = new IdentifiedList(form(), "SI", listSetup(form().edition), box);
     rows_->rowEditor = [this](int row, const ListRow& before) { return editRow(row, before); };
     rows_->setMinimumWidth(look::charactersWide(*rows_, kListWidth));
     column->addWidget(rows_);
@@ -223,11 +223,13 @@ std::vector<std::string> MultiplexPage::shownRow(const GroupRow& row) const {
 
 void MultiplexPage::showRows() {
     std::vector<ListRow> shown;
+    fileRows_.clear();
     for (const auto& row : group_.record.rows(kRows)) {
         shown.push_back(shownRow(row));
+        fileRows_.push_back(row.fileRow);
     }
     const int selected = rows_->currentRow();
-    rows_->setRows(std::move(shown));
+    rows_->setIdentifiedRows(shown);
     if (selected >= 0) {
         rows_->selectRow(selected);
     }
@@ -237,21 +239,26 @@ void MultiplexPage::takeRows() {
     auto& rows = group_.record.lists[std::string(kRows)];
     rows.clear();
     const auto fields = columnFields(form().edition);
-    for (const auto& shown : rows_->rows()) {
+    for (int i = 0; i < rows_->rowCount(); ++i) {
+        const auto shown = rows_->cellsOfRow(i);
         auto& row = rows.emplace_back();
-        for (std::size_t i = 0; i < fields.size(); ++i) {
-            row.set(fields[i].code, storedCell(fields[i], shown[i], form().edition));
+        // A new row has no id.
+        const auto id = static_cast<std::size_t>(rows_->idOf(i));
+        row.fileRow = id < fileRows_.size() ? fileRows_[id] : 0;
+        for (std::size_t k = 0; k < fields.size(); ++k) {
+            row.set(fields[k].code, storedCell(fields[k], shown[k], form().edition));
         }
         setSubcarrierName(row, shown[kNameColumn]);
     }
 }
 
 std::optional<ListRow> MultiplexPage::editRow(int index, const ListRow& given) {
-    // The rows are shown anew when a link is renamed.
-    const ListRow before = given;
+    // The rows are shown anew when a link is renamed. The last cell is the id.
+    ListRow before = given;
+    const auto id = before.back();
+    before.pop_back();
     const auto setup = listSetup(form().edition);
-    const bool isNew = static_cast<std::size_t>(index) >= group_.record.rows(kRows).size();
-    SubcarrierDialog dialog(form(), *rows_, setup, index, before, isNew, window());
+    SubcarrierDialog dialog(form(), *rows_, setup, index, before, id.empty(), window());
     std::string oldName = before[kNameColumn];
     dialog.mayAccept = [this, &oldName, &before](const ListRow& now) {
         const auto kind = signalNameOf(now[kDataTypeColumn]);
@@ -285,6 +292,7 @@ std::optional<ListRow> MultiplexPage::editRow(int index, const ListRow& given) {
     if (signalNameOf(row[kDataTypeColumn]) == SignalName::None) {
         row[kNameColumn].clear();
     }
+    row.push_back(id);
     return row;
 }
 

@@ -7,14 +7,15 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 class QGroupBox;
 class QPushButton;
 
 namespace kavu {
 
-class EditableList;
 class FieldForm;
+class IdentifiedList;
 class ScreenshotList;
 
 class MultiplexPage : public PropertyPage {
@@ -53,7 +54,8 @@ class MultiplexPage : public PropertyPage {
     FieldForm* fields_ = nullptr;
     QGroupBox* nameBox_ = nullptr;
     QPushButton* name_ = nullptr;
-    EditableList* rows_ = nullptr;
+    IdentifiedList* rows_ = nullptr;
+    std::vector<std::size_t> fileRows_;  ///< by the id of a row
 };
 
 [[nodiscard]] std::unique_ptr<PropertySheet> makeMultiplexDialog(FormContext& form,

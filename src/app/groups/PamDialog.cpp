@@ -1,12 +1,13 @@
 #include "app/groups/PamDialog.h"
 
-#include "app/framework/EditableList.h"
 #include "app/framework/FieldForm.h"
 #include "app/framework/Look.h"
 #include "app/framework/Screenshots.h"
 #include "app/groups/RRows.h"
 #include "core/UserInterface.h"
 #include "groups/RTracks.h"
+
+#include <utility>
 
 #include <QGroupBox>
 #include <QVBoxLayout>
@@ -52,7 +53,7 @@ PamPage::PamPage(FormContext& form, DocumentContext& document, PamGroup group, Q
     column->addWidget(fields_, 1);
     auto* const box = new QGroupBox(QStringLiteral("Subframes"), this);
     auto* const inside = new QVBoxLayout(box);
-    rows_ = new EditableList(form, "SF", listSetup(form.edition), box);
+    rows_ = new IdentifiedList(form, "SF", listSetup(form.edition), box);
     inside->addWidget(rows_);
     column->addWidget(box, 1);
     connect(fields_, &FieldForm::edited, this, [this] { markChanged(); });
@@ -70,7 +71,7 @@ void PamPage::load() {
                                             : std::string(value));
         }
     }
-    rows_->setRows(std::move(rows));
+    rows_->setIdentifiedRows(rows);
 }
 
 bool PamPage::validate() {
@@ -80,9 +81,12 @@ bool PamPage::validate() {
 bool PamPage::store() {
     fields_->storeValues(group_.record.values);
     auto& rows = group_.record.lists[std::string(kRows)];
-    rows.clear();
-    for (const auto& cells : rows_->rows()) {
+    const auto before = std::exchange(rows, {});
+    for (int at = 0; at < rows_->rowCount(); ++at) {
+        const auto cells = rows_->cellsOfRow(at);
         auto& row = rows.emplace_back();
+        const auto id = static_cast<std::size_t>(rows_->idOf(at));
+        row.fileRow = id < before.size() ? before[id].fileRow : 0;
         for (std::size_t i = 0; i < cells.size(); ++i) {
             const auto& field = pamSubframeFields()[i];
             row.set(field.code,

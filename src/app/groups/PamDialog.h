@@ -8,8 +8,8 @@
 
 namespace kavu {
 
-class EditableList;
 class FieldForm;
+class IdentifiedList;
 class ScreenshotList;
 
 class PamPage : public PropertyPage {
@@ -27,7 +27,7 @@ class PamPage : public PropertyPage {
     DocumentContext& document_;
     PamGroup group_;
     FieldForm* fields_ = nullptr;
-    EditableList* rows_ = nullptr;
+    IdentifiedList* rows_ = nullptr;
 };
 
 [[nodiscard]] std::unique_ptr<PropertySheet> makePamDialog(FormContext& form,

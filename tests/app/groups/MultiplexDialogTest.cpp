@@ -1,5 +1,5 @@
-#include "app/framework/EditableList.h"
 #include "app/groups/MultiplexDialog.h"
+#include "app/groups/RRows.h"
 #include "app/support/TestDoor.h"
 #include "conversion/ConversionStore.h"
 #include "core/GroupFiles.h"
@@ -41,7 +41,7 @@ class MultiplexDialogTest : public ::testing::Test {
         box->setCurrentIndex(index);
         emit box->activated(index);
     }
-    static EditableList& list(QDialog& dialog) { return *find<EditableList>(dialog, "SI"); }
+    static IdentifiedList& list(QDialog& dialog) { return *find<IdentifiedList>(dialog, "SI"); }
 
     test::TestContext t{2009};
     ConversionStore conversions{t.context};
@@ -177,7 +177,7 @@ TEST_F(MultiplexDialogTest, ASubcarrierIsAdded) {
             press(row, "ok");
         });
         press(list(dialog), "add");
-        EXPECT_EQ(list(dialog).rows().back(),
+        EXPECT_EQ(list(dialog).cellsOfRow(0),
                   (ListRow{"7", "ANAlog", "POSitive", "6.5", "CD - Constant Delay", "TEMP"}));
         press(dialog, "ok");
     }));
@@ -207,7 +207,7 @@ TEST_F(MultiplexDialogTest, ARowThatBecomesOtherLosesItsName) {
             press(row, "ok");
         });
         press(list(dialog), "edit");
-        EXPECT_EQ(list(dialog).rows()[0].back(), "");
+        EXPECT_EQ(list(dialog).cellsOfRow(0).back(), "");
         press(dialog, "ok");
     }));
     EXPECT_EQ(file().find("Link 2"), std::string::npos);
@@ -243,6 +243,25 @@ TEST_F(MultiplexDialogTest, DeletingARowAsksUnderTheNameOfTheList) {
         press(dialog, "ok");
     }));
     EXPECT_EQ(file(), std::string(kHead) + "M-1\\SI\\N:0;\r\n");
+}
+
+TEST_F(MultiplexDialogTest, WhatWasNotReadOfARowStaysWithItWhenRowsAreSorted) {
+    put(std::string(kHead) +
+        "M-1\\SI\\N:2;\r\nM-1\\SI1-1:9;\r\nM-1\\SI2-1:OTH;\r\nM-1\\SI\\DLN-1:Old;\r\n"
+        "M-1\\SI1-2:3;\r\nM-1\\SI2-2:OTH;\r\n");
+    t.ui.otherwise = Button::Yes;
+    EXPECT_TRUE(edit([this](QDialog& dialog) {
+        list(dialog).sortBy(0);
+        list(dialog).selectRow(0);
+        door.next([](QDialog& row) {
+            type(row, "SI1-n", QStringLiteral("4"));
+            press(row, "ok");
+        });
+        press(list(dialog), "edit");
+        press(dialog, "ok");
+    }));
+    EXPECT_NE(file().find("M-1\\SI1-1:4;"), std::string::npos) << file();
+    EXPECT_TRUE(file().ends_with("M-1\\SI\\DLN-2:Old;\r\n")) << file();
 }
 
 TEST_F(MultiplexDialogTest, NoMoreThanNinetyNineSubcarriers) {

@@ -1,5 +1,5 @@
-#include "app/framework/EditableList.h"
 #include "app/groups/PamDialog.h"
+#include "app/groups/RRows.h"
 #include "app/support/TestDoor.h"
 #include "core/GroupFiles.h"
 #include "support/TestContext.h"
@@ -56,7 +56,7 @@ TEST_F(PamDialogTest, EveryFieldAndASubframeAreStored) {
             type(row, "SF3", QStringLiteral("XX"));
             press(row, "ok");
         });
-        press(*find<EditableList>(dialog, "SF"), "add");
+        press(*find<IdentifiedList>(dialog, "SF"), "add");
         press(dialog, "ok");
     }));
     EXPECT_EQ(file(),
