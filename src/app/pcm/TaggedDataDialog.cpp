@@ -147,6 +147,7 @@ void TaggedMeasurementDialog::makeTagList() {
                           .objectName = std::string(field.code)};
         if (field.kind == FieldKind::Choice) {
             column.kind = ColumnKind::Choice;
+            column.limit = 0;  // it is that of what is stored
             for (const auto& choice : choicesOf(field, form().edition)) {
                 column.choices.emplace_back(choice.text);
             }

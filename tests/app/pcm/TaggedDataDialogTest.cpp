@@ -40,11 +40,12 @@ TEST(TaggedDataDialog, AMeasurementWithItsTagsIsAdded) {
             test::type(measurement, "MN", QStringLiteral("SECOND"));
             pick(measurement, "MN1", QStringLiteral("Odd"));
             test::type(measurement, "TD1", QStringLiteral("8"));
-            s.door.next([](QDialog& tag) {
+            s.door.next([&s](QDialog& tag) {
                 test::type(tag, "TD2", QStringLiteral("44"));
                 test::type(tag, "TD3", QStringLiteral("1111"));
                 pick(tag, "TD4", QStringLiteral("LSB"));
                 press(tag, "ok");
+                EXPECT_TRUE(s.ui.boxes.empty()) << s.ui.boxes.back().text;
             });
             find<EditableList>(measurement, "tags")->addRow();
             press(measurement, "ok");
