@@ -42,7 +42,8 @@ PairSetPanel::PairSetPanel(FormContext& form, DocumentContext& document,
                            ConversionStore& conversions, std::string name,
                            const PairSetSetup& setup, QWidget* parent)
     : QWidget(parent),
-      parts_(std::make_unique<Parts>(*this, form, document, conversions, std::move(name), setup)) {
+      parts_(std::make_unique<PairSetParts>(*this, form, document, conversions, std::move(name),
+                                            setup)) {
     load();
 }
 
@@ -65,7 +66,7 @@ bool PairSetPanel::store() {
     return parts_->store();
 }
 
-PairSetPanel::Parts::Parts(PairSetPanel& panel, FormContext& form, DocumentContext& document,
+PairSetParts::PairSetParts(PairSetPanel& panel, FormContext& form, DocumentContext& document,
                            ConversionStore& conversions, std::string name,
                            const PairSetSetup& setup)
     : panel_(panel),
@@ -87,7 +88,7 @@ PairSetPanel::Parts::Parts(PairSetPanel& panel, FormContext& form, DocumentConte
     setPlotShown(setup_.plot);
 }
 
-void PairSetPanel::Parts::load() {
+void PairSetParts::load() {
     options_ = FitOptions::read(document_.settings);
     pairs_ = page_.pairs();
     order_ = page_.input(setup_.bits).order;
@@ -98,7 +99,7 @@ void PairSetPanel::Parts::load() {
     refit(false);
 }
 
-bool PairSetPanel::Parts::store() {
+bool PairSetParts::store() {
     if (unstored_ && !setup_.readOnly) {
         unstored_ = false;
         noteStored(page_.storePairs(&form_.ui, pairs_) && page_.storeCurve(&form_.ui, curve_) &&
@@ -107,13 +108,13 @@ bool PairSetPanel::Parts::store() {
     return !unstored_;
 }
 
-void PairSetPanel::Parts::changed() {
+void PairSetParts::changed() {
     emit panel_.changed();
 }
 
 // --- The list ----------------------------------------------------------------------------
 
-void PairSetPanel::Parts::connectList() {
+void PairSetParts::connectList() {
     auto* list = controls_.list;
     list->rowEditor = [this](int row, const ListRow& before) -> std::optional<ListRow> {
         const bool isNew = static_cast<std::size_t>(row) >= pairs_.size();
@@ -128,25 +129,25 @@ void PairSetPanel::Parts::connectList() {
         return edited;
     };
     list->mayDelete = [this](int) { return page_.confirmDelete(&form_.ui); };
-    connect(list, &EditableList::changed, &panel_, [this] { takeList(); });
-    connect(list, &EditableList::currentRowChanged, &panel_, [this] {
+    QObject::connect(list, &EditableList::changed, &panel_, [this] { takeList(); });
+    QObject::connect(list, &EditableList::currentRowChanged, &panel_, [this] {
         if (!filling_) {
             redraw();
         }
     });
-    connect(controls_.import, &QPushButton::clicked, &panel_,
-            [this] { importPairs(pairs_.boxTexts()); });
-    connect(controls_.paste, &QPushButton::clicked, &panel_, [this] { pastePairs(); });
+    QObject::connect(controls_.import, &QPushButton::clicked, &panel_,
+                     [this] { importPairs(pairs_.boxTexts()); });
+    QObject::connect(controls_.paste, &QPushButton::clicked, &panel_, [this] { pastePairs(); });
     auto* pasteKey = new QShortcut(QKeySequence::Paste, list->view());
     pasteKey->setContext(Qt::WidgetShortcut);
-    connect(pasteKey, &QShortcut::activated, &panel_, [this] {
+    QObject::connect(pasteKey, &QShortcut::activated, &panel_, [this] {
         if (!setup_.readOnly) {
             pastePairs();
         }
     });
 }
 
-std::optional<ValuePair> PairSetPanel::Parts::askForPair(const ValuePair& before, bool isNew) {
+std::optional<ValuePair> PairSetParts::askForPair(const ValuePair& before, bool isNew) {
     ListSetup setup;
     setup.columns = {{.title = std::string(PairSet::kEnterTelemetry),
                       .kind = ColumnKind::Double,
@@ -170,7 +171,7 @@ std::optional<ValuePair> PairSetPanel::Parts::askForPair(const ValuePair& before
     return ValuePair{std::move(values[0]), std::move(values[1])};
 }
 
-void PairSetPanel::Parts::takeList() {
+void PairSetParts::takeList() {
     const auto row = rowOf(*controls_.list);
     pairs_ = PairSet(false);
     for (const auto& values : controls_.list->rows()) {
@@ -183,7 +184,7 @@ void PairSetPanel::Parts::takeList() {
     }
 }
 
-void PairSetPanel::Parts::importPairs(const std::pair<std::string, std::string>& boxes) {
+void PairSetParts::importPairs(const std::pair<std::string, std::string>& boxes) {
     PairSetImportDialog dialog(form_, pairs_, boxes, panel_.window());
     if (runDialog(form_.door, dialog) == QDialog::Accepted) {
         pairs_ = dialog.pairs();
@@ -191,7 +192,7 @@ void PairSetPanel::Parts::importPairs(const std::pair<std::string, std::string>&
     }
 }
 
-void PairSetPanel::Parts::pastePairs() {
+void PairSetParts::pastePairs() {
     const auto columns = pastedColumns(toBytes(QGuiApplication::clipboard()->text()));
     if (!columns) {
         showBox(&form_.ui, "The clipboard does not hold two columns of values.", kPasteTitle);
@@ -206,14 +207,14 @@ void PairSetPanel::Parts::pastePairs() {
     importPairs(*columns);
 }
 
-void PairSetPanel::Parts::storePairs(std::size_t selected) {
+void PairSetParts::storePairs(std::size_t selected) {
     noteStored(page_.storePairs(&form_.ui, pairs_));
     showPairs(selected);
     refit(true);
     changed();
 }
 
-void PairSetPanel::Parts::showPairs(std::size_t selected) {
+void PairSetParts::showPairs(std::size_t selected) {
     const auto computed = fitRows(result_);
     std::vector<ListRow> rows;
     for (std::size_t i = 0; i < pairs_.size(); ++i) {
@@ -233,7 +234,7 @@ void PairSetPanel::Parts::showPairs(std::size_t selected) {
 
 // --- The choices -------------------------------------------------------------------------
 
-void PairSetPanel::Parts::connectChoices() {
+void PairSetParts::connectChoices() {
     const auto setting = [this](const char* key) {
         return [this, key](bool on) {
             document_.settings.writeInteger(key, on ? 1 : 0);
@@ -241,33 +242,34 @@ void PairSetPanel::Parts::connectChoices() {
         };
     };
     auto& c = controls_;
-    connect(c.curve, &QCheckBox::clicked, &panel_, [this](bool on) {
+    QObject::connect(c.curve, &QCheckBox::clicked, &panel_, [this](bool on) {
         noteStored(page_.storeCurve(&form_.ui, on));
         refit(false);
         changed();
     });
-    connect(c.order, &QComboBox::activated, &panel_, [this](int index) {
+    QObject::connect(c.order, &QComboBox::activated, &panel_, [this](int index) {
         order_ = index + 1;
         noteStored(page_.storeOrder(&form_.ui, order_));
         refit(false);
         changed();
     });
-    connect(c.useBestFit, &QCheckBox::clicked, &panel_, setting("UseLSBFSolution"));
-    connect(c.allCounts, &QCheckBox::clicked, &panel_, setting("CurveAllPairs"));
-    connect(c.maxOrder, &QComboBox::activated, &panel_, [this](int index) {
+    QObject::connect(c.useBestFit, &QCheckBox::clicked, &panel_, setting("UseLSBFSolution"));
+    QObject::connect(c.allCounts, &QCheckBox::clicked, &panel_, setting("CurveAllPairs"));
+    QObject::connect(c.maxOrder, &QComboBox::activated, &panel_, [this](int index) {
         document_.settings.writeInteger("LSBFMaxOrder", index + 1);
         optionChanged();
     });
-    connect(c.defaultBits, &QLineEdit::editingFinished, &panel_, [this] { setDefaultBits(); });
-    connect(c.sorted, &QCheckBox::clicked, &panel_, [this](bool on) { setSorted(on); });
-    connect(c.series, &QCheckBox::clicked, &panel_, [this](bool on) { enableSeries(on); });
-    connect(c.zero.edit, &QPushButton::clicked, &panel_,
-            [this] { editSeries(series_.zero, eutext::kEnterZero); });
-    connect(c.cal.edit, &QPushButton::clicked, &panel_,
-            [this] { editSeries(series_.cal, eutext::kEnterCal); });
+    QObject::connect(c.defaultBits, &QLineEdit::editingFinished, &panel_,
+                     [this] { setDefaultBits(); });
+    QObject::connect(c.sorted, &QCheckBox::clicked, &panel_, [this](bool on) { setSorted(on); });
+    QObject::connect(c.series, &QCheckBox::clicked, &panel_, [this](bool on) { enableSeries(on); });
+    QObject::connect(c.zero.edit, &QPushButton::clicked, &panel_,
+                     [this] { editSeries(series_.zero, eutext::kEnterZero); });
+    QObject::connect(c.cal.edit, &QPushButton::clicked, &panel_,
+                     [this] { editSeries(series_.cal, eutext::kEnterCal); });
 }
 
-void PairSetPanel::Parts::showChoices() {
+void PairSetParts::showChoices() {
     controls_.useBestFit->setChecked(options_.useBestFit);
     controls_.allCounts->setChecked(options_.curveAllPairs);
     controls_.maxOrder->setCurrentIndex(options_.maxOrder - 1);
@@ -275,7 +277,7 @@ void PairSetPanel::Parts::showChoices() {
     controls_.sorted->setChecked(options_.sorted);
 }
 
-void PairSetPanel::Parts::optionChanged() {
+void PairSetParts::optionChanged() {
     const auto before = result_;
     refit(false);
     if (before.order != result_.order || before.coefficients != result_.coefficients) {
@@ -283,7 +285,7 @@ void PairSetPanel::Parts::optionChanged() {
     }
 }
 
-void PairSetPanel::Parts::setDefaultBits() {
+void PairSetParts::setDefaultBits() {
     const auto text = toBytes(controls_.defaultBits->text());
     if (text == std::to_string(options_.defaultBits)) {
         return;
@@ -305,7 +307,7 @@ void PairSetPanel::Parts::setDefaultBits() {
     }
 }
 
-void PairSetPanel::Parts::setSorted(bool sorted) {
+void PairSetParts::setSorted(bool sorted) {
     document_.settings.writeInteger("PRSSort", sorted ? 1 : 0);
     options_.sorted = sorted;
     const auto row = pairs_.setSorted(sorted, rowOf(*controls_.list));
@@ -316,13 +318,13 @@ void PairSetPanel::Parts::setSorted(bool sorted) {
     }
 }
 
-void PairSetPanel::Parts::enableSeries(bool on) {
+void PairSetParts::enableSeries(bool on) {
     noteStored(page_.enableSeries(&form_.ui, on, series_));
     refit(true);
     changed();
 }
 
-void PairSetPanel::Parts::editSeries(std::string& value, std::string_view prompt) {
+void PairSetParts::editSeries(std::string& value, std::string_view prompt) {
     const auto entered = form_.ui.enterText({.title = "Series Plot",
                                              .prompt = std::string(prompt),
                                              .initial = value,

@@ -17,6 +17,7 @@
 namespace kavu {
 
 class ConversionStore;
+class PairSetParts;
 
 struct PairSetSetup {
     int bits = 0;           ///< word length of the measurement; 0 if it is not known
@@ -47,8 +48,7 @@ class PairSetPanel : public QWidget {
     void changed();
 
   private:
-    class Parts;
-    std::unique_ptr<Parts> parts_;
+    std::unique_ptr<PairSetParts> parts_;
 };
 
 }  // namespace kavu

@@ -42,7 +42,7 @@ void clear(DrawingSurface& surface) {
 
 // --- The result --------------------------------------------------------------------------
 
-void PairSetPanel::Parts::refit(bool rescale) {
+void PairSetParts::refit(bool rescale) {
     rescaled_ = rescaled_ || rescale;
     options_ = FitOptions::read(document_.settings);
     input_ = page_.input(setup_.bits);
@@ -68,7 +68,7 @@ void PairSetPanel::Parts::refit(bool rescale) {
     redraw();
 }
 
-void PairSetPanel::Parts::showResult() {
+void PairSetParts::showResult() {
     auto& c = controls_;
     showPairs(static_cast<std::size_t>(std::max(0, c.list->currentRow())));
     c.curve->setChecked(curve_);
@@ -95,14 +95,14 @@ void PairSetPanel::Parts::showResult() {
     enableControls();
 }
 
-void PairSetPanel::Parts::showTrust() {
+void PairSetParts::showTrust() {
     const auto note =
         trustNote(judgeResult(result_, input_, options_), result_.order, options_.precision);
     controls_.trust->setText(toQString(note));
     controls_.trust->setVisible(!note.empty());
 }
 
-void PairSetPanel::Parts::enableControls() {
+void PairSetParts::enableControls() {
     auto& c = controls_;
     const bool edits = !setup_.readOnly;
     c.import->setEnabled(edits);
@@ -122,27 +122,30 @@ void PairSetPanel::Parts::enableControls() {
 
 // --- The plot ----------------------------------------------------------------------------
 
-void PairSetPanel::Parts::connectPlot() {
+void PairSetParts::connectPlot() {
     auto& c = controls_;
-    connect(c.showPlot, &QCheckBox::clicked, &panel_, [this](bool on) {
+    QObject::connect(c.showPlot, &QCheckBox::clicked, &panel_, [this](bool on) {
         document_.settings.writeInteger("WantsPlot", on ? 1 : 0);
         setPlotShown(on);
     });
-    connect(c.attributes, &QPushButton::clicked, &panel_, [this] { editAttributes(); });
+    QObject::connect(c.attributes, &QPushButton::clicked, &panel_, [this] { editAttributes(); });
     const auto page = [this](DrawingSurface& surface) { return drawPage(surface); };
-    connect(c.print, &QPushButton::clicked, &panel_,
-            [this, page] { printPlot(form_, name_, page, panel_.window()); });
-    connect(c.save, &QPushButton::clicked, &panel_, [this, page] { savePlot(form_, name_, page); });
-    connect(curveView_, &PlotView::pointedAt, &panel_, [this](QPointF place) { pointAt(place); });
-    connect(curveView_, &PlotView::pointerLeft, &panel_, [this] { controls_.pointer->clear(); });
-    connect(curveView_, &PlotView::clickedAt, &panel_, [this](QPointF place) {
+    QObject::connect(c.print, &QPushButton::clicked, &panel_,
+                     [this, page] { printPlot(form_, name_, page, panel_.window()); });
+    QObject::connect(c.save, &QPushButton::clicked, &panel_,
+                     [this, page] { savePlot(form_, name_, page); });
+    QObject::connect(curveView_, &PlotView::pointedAt, &panel_,
+                     [this](QPointF place) { pointAt(place); });
+    QObject::connect(curveView_, &PlotView::pointerLeft, &panel_,
+                     [this] { controls_.pointer->clear(); });
+    QObject::connect(curveView_, &PlotView::clickedAt, &panel_, [this](QPointF place) {
         if (const auto pair = pairAt(place)) {
             controls_.list->selectRow(static_cast<int>(*pair));
         }
     });
 }
 
-void PairSetPanel::Parts::setPlotShown(bool shown) {
+void PairSetParts::setPlotShown(bool shown) {
     panel_.setObjectName(shown ? QStringLiteral("PairSetsPlot") : QStringLiteral("PairSets"));
     controls_.showPlot->setChecked(shown);
     controls_.plotSide->setVisible(shown);
@@ -150,12 +153,12 @@ void PairSetPanel::Parts::setPlotShown(bool shown) {
     controls_.columns->setStretch(1, shown ? 1 : 0);
 }
 
-void PairSetPanel::Parts::redraw() {
+void PairSetParts::redraw() {
     curveView_->redraw();
     residualView_->redraw();
 }
 
-FitDrawing PairSetPanel::Parts::drawingOn(const DrawingSurface& surface, bool errors) {
+FitDrawing PairSetParts::drawingOn(const DrawingSurface& surface, bool errors) {
     FitDrawing drawing;
     drawing.units = units_;
     drawing.rescale = rescaled_;
@@ -172,7 +175,7 @@ FitDrawing PairSetPanel::Parts::drawingOn(const DrawingSurface& surface, bool er
     return drawing;
 }
 
-void PairSetPanel::Parts::drawCurve(DrawingSurface& surface) {
+void PairSetParts::drawCurve(DrawingSurface& surface) {
     plot_.endFrame();
     if (!curve_) {
         clear(surface);
@@ -185,13 +188,13 @@ void PairSetPanel::Parts::drawCurve(DrawingSurface& surface) {
     plot_.releaseSurface();
 }
 
-void PairSetPanel::Parts::drawErrors(DrawingSurface& surface) {
+void PairSetParts::drawErrors(DrawingSurface& surface) {
     const auto drawing = drawingOn(surface, true);
     (void)drawResiduals(residuals_, surface, result_, drawing);
     residuals_.releaseSurface();
 }
 
-bool PairSetPanel::Parts::drawPage(DrawingSurface& surface) const {
+bool PairSetParts::drawPage(DrawingSurface& surface) const {
     Plot plot;
     plot.attributes = chosen_;
     FitDrawing drawing;
@@ -200,7 +203,7 @@ bool PairSetPanel::Parts::drawPage(DrawingSurface& surface) const {
     return drawFitPage(plot, surface, name_, result_, input_, options_, drawing);
 }
 
-void PairSetPanel::Parts::editAttributes() {
+void PairSetParts::editAttributes() {
     if (editPlotAttributes(form_, chosen_, kSeries, kSeriesNames, panel_.window())) {
         chosen_.save(document_.settings, kApplicationName);
         rescaled_ = false;
@@ -208,7 +211,7 @@ void PairSetPanel::Parts::editAttributes() {
     }
 }
 
-std::optional<std::size_t> PairSetPanel::Parts::pairAt(QPointF place) const {
+std::optional<std::size_t> PairSetParts::pairAt(QPointF place) const {
     std::optional<std::size_t> nearest;
     double least = kNear;
     for (std::size_t i = 0; i < std::min(result_.x.size(), result_.y.size()); ++i) {
@@ -222,7 +225,7 @@ std::optional<std::size_t> PairSetPanel::Parts::pairAt(QPointF place) const {
     return nearest;
 }
 
-void PairSetPanel::Parts::pointAt(QPointF place) {
+void PairSetParts::pointAt(QPointF place) {
     const auto values = plot_.valuesAt({place.x(), place.y()});
     if (!values) {
         controls_.pointer->clear();

@@ -16,10 +16,10 @@ namespace kavu {
 
 class PlotView;
 
-class PairSetPanel::Parts {
+class PairSetParts {
   public:
-    Parts(PairSetPanel& panel, FormContext& form, DocumentContext& document,
-          ConversionStore& conversions, std::string name, const PairSetSetup& setup);
+    PairSetParts(PairSetPanel& panel, FormContext& form, DocumentContext& document,
+                 ConversionStore& conversions, std::string name, const PairSetSetup& setup);
 
     void load();
     /// With `rescale` a range of Y that does not scale itself follows the values.
