@@ -104,6 +104,28 @@ GroupRow withoutBlankMeasurements(GroupRow record) {
     return record;
 }
 
+/// Every place of the group that names a data link, in a fixed order.
+std::vector<std::string*> linkNames(RecorderGroup& group) {
+    std::vector<std::string*> names;
+    const auto addOf = [&](auto& values, std::string_view code) {
+        if (const auto it = values.find(code); it != values.end()) {
+            names.push_back(&it->second);
+        }
+    };
+    for (auto& track : group.tracks) {
+        track.values.resize(trackFields().size());
+        names.push_back(&track.values.back());
+        addOf(track.details.values, "PDLN");
+        addOf(track.details.values, "BDLN");
+    }
+    if (const auto events = group.record.lists.find("EV\\N"); events != group.record.lists.end()) {
+        for (auto& event : events->second) {
+            addOf(event.values, "EV\\DLN-n");
+        }
+    }
+    return names;
+}
+
 void countTracks(RecorderGroup& group) {
     group.record.set("N", std::to_string(group.tracks.size()));
 }
@@ -182,6 +204,26 @@ KeptCommands recorderLeftovers(const RecorderGroup& group) {
 bool storeRecorder(DocumentContext& context, UserInterface* parent, const RecorderGroup& group) {
     return storeGroup(context, parent, 'R', group.index,
                       recorderText(group, context.document.version), recorderLeftovers(group));
+}
+
+void followRenamedLinks(RecorderGroup& group, const RecorderGroup& before,
+                        const RecorderGroup& after) {
+    auto old = before;
+    auto now = after;
+    const auto oldNames = linkNames(old);
+    const auto newNames = linkNames(now);
+    std::unordered_map<std::string, std::string> renamed;
+    for (std::size_t i = 0; i < std::min(oldNames.size(), newNames.size()); ++i) {
+        if (*oldNames[i] != *newNames[i]) {
+            renamed.try_emplace(*oldNames[i], *newNames[i]);
+        }
+    }
+    for (auto* const name : linkNames(group)) {
+        if (const auto it = renamed.find(*name); !name->empty() && it != renamed.end()) {
+            *name = it->second;
+        }
+    }
+    group.kept = after.kept;
 }
 
 bool setTrackCount(const Messages& messages, UserInterface* parent, RecorderGroup& group,

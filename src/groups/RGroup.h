@@ -42,6 +42,11 @@ struct RecorderGroup {
 [[nodiscard]] bool storeRecorder(DocumentContext& context, UserInterface* parent,
                                  const RecorderGroup& group);
 
+/// Follows data links that another editor has renamed in the group file while the group was
+/// being edited: `before` and `after` are the group as the file had it then and has it now.
+void followRenamedLinks(RecorderGroup& group, const RecorderGroup& before,
+                        const RecorderGroup& after);
+
 // --- Edits with rules of their own ------------------------------------------------------------
 
 /// The number of tracks as a person enters it. Message 312 if it is less than there are tracks,

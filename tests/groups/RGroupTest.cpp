@@ -294,6 +294,24 @@ TEST_F(RGroup, DropsUnknownCommandsWithoutAParent) {
     EXPECT_EQ(t.read(groupFile('R', 1)), "R-1\\ID:Deck;\r\n");
 }
 
+TEST_F(RGroup, FollowsDataLinksThatAreRenamedMeanwhile) {
+    const std::string file =
+        "R-1\\N:2;\r\nR-1\\TK1-1:1;\r\nR-1\\CDLN-1:Old;\r\nR-1\\TK1-2:2;\r\nR-1\\CDLN-2:Other;\r\n"
+        "R-1\\EV\\N:1;\r\nR-1\\EV\\DLN-1:Old;\r\n";
+    auto group = read(2011, file);
+    Track added;
+    setTrackValue(added, "TK1-n", "3");
+    setTrackValue(added, "CDLN-n", "Old");
+    addTrack(group, added);
+    deleteTrack(group, 1);
+    const auto before = read(2011, file);
+    followRenamedLinks(group, before, read(2011, replaceAll(file, ":Old;", ":New;")));
+    EXPECT_EQ(trackValue(group.tracks[0], "CDLN-n"), "New");
+    EXPECT_EQ(trackValue(group.tracks[1], "CDLN-n"), "New");
+    EXPECT_EQ(group.record.rows("EV\\N")[0].value("EV\\DLN-n"), "New");
+    EXPECT_EQ(group.tracks.size(), 2u);
+}
+
 /// A file that is cut off anywhere, and one with counts of any text, is read and written again
 /// without harm.
 TEST_F(RGroup, SurvivesAFileThatIsCutOffAnywhere) {

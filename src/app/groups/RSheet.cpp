@@ -80,14 +80,15 @@ RecorderSheet::RecorderSheet(FormContext& form, DocumentContext& document, Recor
                              RecorderSurroundings around, QWidget* parent)
     : PropertySheet(form, "Recorder", formatPrintf(kTitle, group.source), "LastTapePage", parent),
       form_(form),
+      document_(document),
       group_(std::move(group)),
       around_(std::move(around)) {
-    addPages(document);
+    addPages();
     addButtons();
-    setWriter([this, &document] { return storeRecorder(document, &form_.ui, group_); });
+    setWriter([this] { return storeRecorder(document_, &form_.ui, group_); });
 }
 
-void RecorderSheet::addPages(DocumentContext& document) {
+void RecorderSheet::addPages() {
     auto characteristics =
         std::make_unique<RecorderCharacteristicsPage>(form_, pageNamed("Tape2"), group_);
     auto* const counted = characteristics.get();
@@ -99,7 +100,7 @@ void RecorderSheet::addPages(DocumentContext& document) {
             addPage(std::move(characteristics));
         } else if (page.name == "Tape8") {
             auto tracks = std::make_unique<RecorderTrackPage>(
-                TrackPrompts{form_, document, around_.links}, page, group_, around_.sources);
+                TrackPrompts{form_, document_, around_.links}, page, group_, around_.sources);
             connect(tracks.get(), &RecorderTrackPage::trackCountChanged, counted,
                     &RecorderCharacteristicsPage::showTrackCount);
             addPage(std::move(tracks));
@@ -127,8 +128,29 @@ void RecorderSheet::addButton(const char* name, const char* text,
     }
     auto* const button = look::makeButton(name, QLatin1String(text), {}, this);
     tools_->addWidget(button);
-    connect(button, &QPushButton::clicked, this,
-            [this, edit] { changedElsewhere_ = edit(form_, group_.source) || changedElsewhere_; });
+    connect(button, &QPushButton::clicked, this, [this, edit] { editElsewhere(edit); });
+}
+
+void RecorderSheet::editElsewhere(
+    const std::function<bool(FormContext&, const std::string&)>& edit) {
+    const auto before = readRecorder(document_, nullptr, group_.source);
+    if (!edit(form_, group_.source)) {
+        return;
+    }
+    changedElsewhere_ = true;
+    const auto after = readRecorder(document_, nullptr, group_.source);
+    if (!before || !after) {
+        return;
+    }
+    // A data link may have been renamed in the group file as well: OK must not bring the old
+    // name back.
+    for (int i = 0; i < pageCount(); ++i) {
+        (void)page(i).store();
+    }
+    followRenamedLinks(group_, *before, *after);
+    for (int i = 0; i < pageCount(); ++i) {
+        page(i).load();
+    }
 }
 
 void RecorderSheet::showEvent(QShowEvent* event) {

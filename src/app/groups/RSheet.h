@@ -40,12 +40,16 @@ class RecorderSheet : public PropertySheet {
     void showEvent(QShowEvent* event) override;
 
   private:
-    void addPages(DocumentContext& document);
+    void addPages();
     void addButtons();
     void addButton(const char* name, const char* text,
                    const std::function<bool(FormContext&, const std::string&)>& edit);
 
+    /// Runs another editor, and takes over what it did to the group.
+    void editElsewhere(const std::function<bool(FormContext&, const std::string&)>& edit);
+
     FormContext& form_;
+    DocumentContext& document_;
     RecorderGroup group_;
     RecorderSurroundings around_;
     QHBoxLayout* tools_ = nullptr;

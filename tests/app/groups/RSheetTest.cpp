@@ -384,6 +384,22 @@ TEST_F(RSheetTest, OffersTheButtonsOfItsSurroundings) {
     }));
 }
 
+TEST_F(RSheetTest, DoesNotBringBackTheOldNameOfALinkThatWasRenamedMeanwhile) {
+    put("R-1\\ID:Deck;\r\nR-1\\N:1;\r\nR-1\\TK1-1:1;\r\nR-1\\CDLN-1:Old;\r\n");
+    around.editMultiplex = [this](FormContext&, const std::string&) {
+        put("R-1\\ID:Deck;\r\nR-1\\N:1;\r\nR-1\\TK1-1:1;\r\nR-1\\CDLN-1:New;\r\n");
+        return true;
+    };
+    EXPECT_TRUE(edit(2007, [](QDialog& dialog) {
+        type(*pageOf(dialog, "Tape1"), "R1", QStringLiteral("x"));
+        press(dialog, "editMultiplex");
+        EXPECT_EQ(find<EditableList>(*pageOf(dialog, "Tape8"), "tracks")->rows()[0][7], "New");
+        press(dialog, "ok");
+    }));
+    EXPECT_NE(file().find("R-1\\R1:x;"), std::string::npos);
+    EXPECT_NE(file().find("R-1\\CDLN-1:New;"), std::string::npos);
+}
+
 TEST_F(RSheetTest, KeepsWhatItDoesNotKnowIfTheUserWants) {
     put("R-1\\ID:Deck;\r\nR-1\\CRE:F;\r\n");
     t.ui.queued = {Button::Yes};
