@@ -30,7 +30,6 @@ TEST_F(AsyncFieldsTest, TheNameOfAnotherStreamIsRefused) {
     write("[kavu]PCMFMT.P02", "P-2\\DLN:Other;\r\n");
     EXPECT_FALSE(save(fresh("Other", 7)));
     EXPECT_EQ(ui.countBoxes(374), 1);
-    write("[kavu]MUXMOD.M01", "");
     EXPECT_TRUE(save(fresh("Another", 7)));
     EXPECT_FALSE(save(fresh("Another", 8)));
     EXPECT_EQ(ui.countBoxes(375), 1);

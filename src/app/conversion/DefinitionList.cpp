@@ -45,6 +45,10 @@ DefinitionListDialog::DefinitionListDialog(FormContext& form, DocumentContext& d
         return std::nullopt;
     };
     list_->mayDelete = [this](int row) { return deleteRecord(row); };
+    // Its report is made by nobody yet.
+    auto* const print = list_->addButton("print", QStringLiteral("&Print"));
+    print->setEnabled(false);
+    print->setToolTip(QStringLiteral("Print (not available in this version)"));
     column->addWidget(list_, 1);
     count_ = look::makeNote({}, this);
     count_->setObjectName(QStringLiteral("count"));

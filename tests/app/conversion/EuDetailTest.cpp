@@ -473,6 +473,14 @@ class DefinitionListTest : public EuDetailTest {
     std::function<bool(const std::string&)> onEdit;
 };
 
+TEST_F(DefinitionListTest, PrintIsThereAndSaysThatItIsNotAvailable) {
+    open();
+    const auto dialog = make();
+    const auto* const print = find<QPushButton>(*dialog, "print");
+    EXPECT_FALSE(print->isEnabled());
+    EXPECT_TRUE(print->toolTip().contains(QStringLiteral("not available")));
+}
+
 TEST_F(DefinitionListTest, ShowsAllAndFiltersByType) {
     open();
     const auto dialog = make();
