@@ -199,7 +199,8 @@ bool editRecorder(FormContext& form, SourceParts parts, const std::string& sourc
 
 namespace {
 
-std::unique_ptr<RecorderSheet> makeSample(ScreenshotStage& stage) {
+/// The sheet of the sample; a page of a newer edition is shown in a form of that edition.
+std::unique_ptr<RecorderSheet> makeSample(ScreenshotStage& stage, int firstEdition) {
     auto& document = *stage.document;
     RecorderSurroundings around;
     listDataSources(document, nullptr, &around.sources);
@@ -210,9 +211,16 @@ std::unique_ptr<RecorderSheet> makeSample(ScreenshotStage& stage) {
         [&](const auto& name) { return findGroupIndex(document, nullptr, 'R', name) > 0; });
     auto group =
         readRecorder(document, nullptr, source == around.sources.end() ? "Recorder" : *source);
-    return group ? std::make_unique<RecorderSheet>(stage.form, document, std::move(*group),
-                                                   std::move(around))
-                 : nullptr;
+    if (!group) {
+        return nullptr;
+    }
+    const auto form = std::make_shared<FormContext>(stage.form);
+    form->edition = std::max(form->edition, firstEdition);
+    auto sheet =
+        std::make_unique<RecorderSheet>(*form, document, std::move(*group), std::move(around));
+    // The form lives as long as the sheet.
+    QObject::connect(sheet.get(), &QObject::destroyed, [form] {});
+    return sheet;
 }
 
 }  // namespace
@@ -223,10 +231,10 @@ void addRecorderScreenshots(ScreenshotList& list) {
         list.add(
             std::string(page.name),
             [first = page.firstEdition, place](ScreenshotStage& stage) -> std::unique_ptr<QWidget> {
-                if (stage.document == nullptr || stage.form.edition < first) {
+                if (stage.document == nullptr) {
                     return nullptr;
                 }
-                auto sheet = makeSample(stage);
+                auto sheet = makeSample(stage, first);
                 if (sheet) {
                     sheet->openFirst(place);
                 }
