@@ -33,25 +33,11 @@ struct Stage {
     }
 };
 
-bool editAll(FormContext& form, DocumentContext& document, ConversionStore& store,
-             QWidget* parent) {
-    QWidget* window = parent;
-    DefinitionListDialog dialog(
-        form, document, store,
-        [&](const std::string& name) {
-            return editConversion(form, document, store, name, {}, window);
-        },
-        parent);
-    window = &dialog;
-    runDialog(form.door, dialog);
-    return dialog.changedRecords();
-}
-
 void installTreeEntries(Stage stage) {
     auto& window = stage.window;
     window.installTreeAction(TreeAction::ViewAllConversions, [stage](const TreeItem&) {
         stage.run([&](FormContext& form, DocumentContext& document) {
-            return editAll(form, document, stage.store(), stage.parent());
+            return editAllConversions(form, document, stage.store(), stage.parent());
         });
     });
     window.installTreeAction(TreeAction::EditConversion, [stage](const TreeItem& item) {
@@ -87,11 +73,25 @@ bool editConversion(FormContext& form, DocumentContext& document, ConversionStor
     return stored;
 }
 
+bool editAllConversions(FormContext& form, DocumentContext& document, ConversionStore& store,
+                        QWidget* parent) {
+    QWidget* window = parent;
+    DefinitionListDialog dialog(
+        form, document, store,
+        [&](const std::string& name) {
+            return editConversion(form, document, store, name, {}, window);
+        },
+        parent);
+    window = &dialog;
+    runDialog(form.door, dialog);
+    return dialog.changedRecords();
+}
+
 void installConversionForms(MainWindow& window, Application& application) {
     const Stage stage{window, application};
     window.installEditor(CommandId::Conversion, [stage] {
         stage.run([&](FormContext& form, DocumentContext& document) {
-            return editAll(form, document, stage.store(), stage.parent());
+            return editAllConversions(form, document, stage.store(), stage.parent());
         });
     });
     window.installEditor(CommandId::CommentOptions, [stage] {

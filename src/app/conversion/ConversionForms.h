@@ -27,6 +27,10 @@ bool editConversion(FormContext& form, DocumentContext& document, ConversionStor
                     const std::string& name, const ConversionSheetSetup& setup = {},
                     QWidget* parent = nullptr);
 
+/// The list of all records, each of which opens its sheet. True if records have changed.
+bool editAllConversions(FormContext& form, DocumentContext& document, ConversionStore& store,
+                        QWidget* parent = nullptr);
+
 void installConversionForms(MainWindow& window, Application& application);
 void addConversionScreenshots(ScreenshotList& list);
 

@@ -1,5 +1,6 @@
 #include "app/pcm/PcmForms.h"
 
+#include "app/conversion/ConversionForms.h"
 #include "app/pcm/MajorFrameDisplay.h"
 #include "app/pcm/PcmAttributes.h"
 #include "app/pcm/PcmFormSteps.h"
@@ -76,6 +77,9 @@ bool editStream(FormContext& form, Application& application,
     installWordSteps(steps, form, format, words);
     installSheetSteps(steps, form, format);
     steps.conversions = &application.conversions();
+    steps.editConversions = [&](QWidget& window) {
+        return editAllConversions(form, document, application.conversions(), &window);
+    };
     steps.edit = words.edit;
     PcmSheetCalls calls;
     calls.viewFrame = [&](QWidget&) {

@@ -67,6 +67,27 @@ TEST_F(PcmFormsTest, OkWritesTheStreamAndClosesIt) {
     EXPECT_FALSE(t.application.pcmFormat().loaded());
 }
 
+TEST_F(PcmFormsTest, TheDisplayReachesTheListOfConversions) {
+    bool listed = false;
+    door.next([&](QDialog& sheet) {
+        door.next([&](QDialog& display) {
+            door.next([&](QDialog& list) {
+                listed = list.objectName() == QStringLiteral("edit_data_conversion_from_menu");
+                list.reject();
+            });
+            auto* const entry = display.findChild<QAction*>(QStringLiteral("conversions"));
+            ASSERT_NE(entry, nullptr);
+            EXPECT_TRUE(entry->isEnabled());
+            entry->trigger();
+            display.close();
+        });
+        press(sheet, "viewEditStream");
+        press(sheet, "cancel");
+    });
+    edit("PCM 1");
+    EXPECT_TRUE(listed);
+}
+
 TEST_F(PcmFormsTest, CancelAfterAnEditWritesNothing) {
     const auto before = pGroup();
     t.ui.otherwise = Button::Yes;
