@@ -11,7 +11,7 @@ from desktop import MAIN, EditorTest, main
 WORDS, FRAMES = 2047, 256
 REQUESTS = 400
 ANSWER = 50  # ms for one answer
-LONG_LIST = 1000  # ms for the list of all cells where they are a few pixels small
+LONG_LIST = 2500  # ms for the list of all cells where they are a few pixels small
 SHEET = r"^Edit PCM Attributes"
 LATE, LATE_FRAME = 2040, 200  # the word of the one measurement, and a frame
 
