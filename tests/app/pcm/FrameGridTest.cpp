@@ -124,8 +124,9 @@ TEST(FrameGridWindow, EntriesFollowTheEdition) {
 TEST(FrameGridWindow, AssistiveTechnologySeesTheCellsInViewQuickly) {
     test::StreamFixture s(2009, 2047, 256);
     s.place(2040, 1, "LATE");
-    FrameGridAreas areas(s.format, nullptr);
+    // A widget keeps the interface that it was first asked for.
     installFrameAccess();
+    FrameGridAreas areas(s.format, nullptr);
     areas.resize(900, 600);
     areas.show();
     QApplication::processEvents();
