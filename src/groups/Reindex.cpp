@@ -155,8 +155,10 @@ class Reindexer {
             return false;
         }
         setStatusText(parent_, "Searching for Data Links in PCM definitions");
+        // A stream that is merged into another has no home of its own either.
         return gather(groupKind('P').wildcard, [](std::string_view code) {
-            return startsWithIgnoreCase(code, "AEF\\DLN-");
+            return startsWithIgnoreCase(code, "AEF\\DLN-") ||
+                   startsWithIgnoreCase(code, "ADM\\DMN-");
         });
     }
 

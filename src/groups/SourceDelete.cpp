@@ -33,23 +33,29 @@ bool gatherLostNames(SourceParts& parts, UserInterface* parent, const std::strin
            parts.measurements.streamMeasurementNames(parent, own->links.front(), lost);
 }
 
+/// Takes a row of the name out; false if there is none.
+bool eraseRow(std::vector<DataSource>& rows, const std::string& name, bool anyCase) {
+    const auto row = std::find_if(rows.begin(), rows.end(), [&](const DataSource& source) {
+        return anyCase ? equalsIgnoreCase(source.name, name) : source.name == name;
+    });
+    if (row == rows.end()) {
+        return false;
+    }
+    rows.erase(row);
+    return true;
+}
+
 /// Takes the row out of the list. False after a report.
 bool removeRow(DocumentContext& context, UserInterface* parent, const std::string& name) {
     std::vector<DataSource> rows;
+    std::vector<DataSource> uncounted;
     if (!readDataSources(context, parent, rows)) {
         return false;
     }
-    auto row = std::find_if(rows.begin(), rows.end(),
-                            [&](const DataSource& source) { return source.name == name; });
-    if (row == rows.end()) {
-        row = std::find_if(rows.begin(), rows.end(), [&](const DataSource& source) {
-            return equalsIgnoreCase(source.name, name);
-        });
-    }
-    if (row != rows.end()) {
-        rows.erase(row);
-    }
-    const auto status = rewriteSources(context, rows);
+    auto status = readUncountedSources(context, static_cast<int>(rows.size()), uncounted);
+    (void)(eraseRow(rows, name, false) || eraseRow(uncounted, name, false) ||
+           eraseRow(rows, name, true) || eraseRow(uncounted, name, true));
+    status = status.ok() ? rewriteSources(context, rows, uncounted) : status;
     if (!status.ok()) {
         reportUnableToWrite(parent, status);
     }

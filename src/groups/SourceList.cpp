@@ -7,6 +7,9 @@
 #include "core/WorkingStore.h"
 #include "groups/GroupRewrite.h"
 
+#include <map>
+#include <set>
+
 namespace kavu {
 
 namespace {
@@ -24,6 +27,23 @@ std::string rowText(int row, std::string_view name, std::string_view type) {
 std::string_view codeOf(std::string_view command) {
     const auto colon = command.find(':');
     return colon == std::string_view::npos ? std::string_view() : command.substr(0, colon);
+}
+
+/// Calls `visit(row, isName, value)` for every name and every type of the list, whatever the
+/// count says.
+template <typename Visit>
+IoStatus forEachRow(DocumentContext& context, const Visit& visit) {
+    const auto status = forEachCommand(
+        context.reader, context.store.pathOf(working::kGeneral), [&](const std::string& command) {
+            const auto code = codeOf(command);
+            const bool isName = startsWithIgnoreCase(code, kName);
+            if (isName || startsWithIgnoreCase(code, kType)) {
+                static_assert(kName.size() == kType.size());
+                visit(leadingInteger(code.substr(kName.size())), isName, fieldView(command).value);
+            }
+            return true;
+        });
+    return isMissing(status) ? IoStatus() : status;
 }
 
 /// Changes the G file; a document without one gets it.
@@ -51,6 +71,15 @@ IoStatus appendSource(DocumentContext& context, int rows, std::string_view name,
     const auto nameCode = formatPrintf("%s%d", kName, row);
     const auto typeCode = formatPrintf("%s%d", kType, row);
     const auto count = formatPrintf("%s:%d;", kCount, row);
+    std::set<std::int64_t> taken;
+    if (auto status = forEachRow(
+            context, [&](std::int64_t number, bool, std::string_view) { taken.insert(number); });
+        !status.ok()) {
+        return status;
+    }
+    std::int64_t unused = row;
+    while (taken.contains(++unused)) {
+    }
     bool counted = false;
     const auto edit = [&](std::string& command) {
         const auto code = codeOf(command);
@@ -62,16 +91,38 @@ IoStatus appendSource(DocumentContext& context, int rows, std::string_view name,
             command = count;
             return Rewritten::Changed;
         }
-        // A row behind the old count was none; it must not answer for the new one.
-        const bool stale = equalsIgnoreCase(code, nameCode) || equalsIgnoreCase(code, typeCode);
-        return stale ? Rewritten::Deleted : Rewritten::Same;
+        // A row behind the old count must not answer for the new one. It may be all that
+        // names a group, so it moves out of the way.
+        const bool isName = equalsIgnoreCase(code, nameCode);
+        if (!isName && !equalsIgnoreCase(code, typeCode)) {
+            return Rewritten::Same;
+        }
+        command.replace(0, code.size(), formatPrintf("%s%d", isName ? kName : kType, unused));
+        return Rewritten::Changed;
     };
     return editGeneral(context, edit, [&] {
         return (counted ? std::string() : count + "\r\n") + rowText(row, name, type);
     });
 }
 
-IoStatus rewriteSources(DocumentContext& context, std::span<const DataSource> rows) {
+IoStatus readUncountedSources(DocumentContext& context, int counted,
+                              std::vector<DataSource>& rows) {
+    std::map<std::int64_t, DataSource> found;
+    const auto status =
+        forEachRow(context, [&](std::int64_t row, bool isName, std::string_view value) {
+            if (row < 1 || row > counted) {
+                auto& text = isName ? found[row].name : found[row].type;
+                text = text.empty() ? std::string(value) : text;
+            }
+        });
+    for (auto& [row, source] : found) {
+        rows.push_back(std::move(source));
+    }
+    return status;
+}
+
+IoStatus rewriteSources(DocumentContext& context, std::span<const DataSource> rows,
+                        std::span<const DataSource> uncounted) {
     const auto edit = [](std::string& command) {
         const auto code = codeOf(command);
         const bool listed = equalsIgnoreCase(code, kCount) || startsWithIgnoreCase(code, kName) ||
@@ -81,10 +132,13 @@ IoStatus rewriteSources(DocumentContext& context, std::span<const DataSource> ro
     return editGeneral(context, edit, [&] {
         auto text = formatPrintf("%s:%d;\r\n", kCount, rows.size());
         int row = 0;
-        for (const auto& source : rows) {
-            ++row;
-            // A row without a name stays one: the numbers of the others follow from it.
-            text += source.name.empty() ? std::string() : rowText(row, source.name, source.type);
+        for (const auto& some : {rows, uncounted}) {
+            for (const auto& source : some) {
+                ++row;
+                // A row without a name stays one: the numbers of the others follow from it.
+                text +=
+                    source.name.empty() ? std::string() : rowText(row, source.name, source.type);
+            }
         }
         return text;
     });

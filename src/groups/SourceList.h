@@ -10,15 +10,22 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kavu {
 
-/// Adds a row behind the others; the count is replaced where it stands. REQUIRES: there are
-/// fewer than 99 rows.
+/// Adds a row behind the counted ones; the count is replaced where it stands. REQUIRES: there
+/// are fewer than 99 rows.
 [[nodiscard]] IoStatus appendSource(DocumentContext& context, int rows, std::string_view name,
                                     std::string_view type);
-/// Takes the whole list out and writes these rows at the end of the file, numbered from 1.
-[[nodiscard]] IoStatus rewriteSources(DocumentContext& context, std::span<const DataSource> rows);
+/// Adds the rows that stand in the list outside of 1 to `counted`: a count that is missing or
+/// too small hides them, and what they name is there all the same.
+[[nodiscard]] IoStatus readUncountedSources(DocumentContext& context, int counted,
+                                            std::vector<DataSource>& rows);
+/// Takes the whole list out and writes these rows at the end of the file, numbered from 1; the
+/// count is that of `rows`, and the others follow uncounted.
+[[nodiscard]] IoStatus rewriteSources(DocumentContext& context, std::span<const DataSource> rows,
+                                      std::span<const DataSource> uncounted);
 
 /// Replaces values of a group file: `newValue(code, value)` gives the new one for the code
 /// without its head, or nothing. A file that is not there is no failure. True if any value

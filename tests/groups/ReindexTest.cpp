@@ -84,6 +84,15 @@ TEST_F(Reindex, ALinkStaysThatAnotherFormatEmbedsOrARecorderNames) {
     EXPECT_FALSE(t.has("[kavu]PCMS.S01"));
 }
 
+TEST_F(Reindex, ALinkStaysThatIsMergedIntoAnotherFormat) {
+    t.write(working::kGeneral, "G\\DSI-1:One;\r\n");
+    t.write("[kavu]MULT.M01", "M-1\\ID:One;\r\nM-1\\BB\\DLN:Outer;\r\n");
+    t.write("[kavu]PCMFMT.P01", "P-1\\DLN:Outer;\r\nP-1\\ADM\\DMN-1:Merged;\r\n");
+    t.write("[kavu]PCMFMT.P02", "P-2\\DLN:Merged;\r\n");
+    EXPECT_TRUE(reindex());
+    EXPECT_TRUE(t.has("[kavu]PCMFMT.P02"));
+}
+
 TEST_F(Reindex, AFileWithoutANameIsKept) {
     t.write(working::kGeneral, "G\\DSI-1:One;\r\n");
     t.write("[kavu]DSRCE.T01", "T-1\\CF:1;\r\n");

@@ -218,7 +218,9 @@ TEST_F(SourceCreateTest, ARowBehindTheOldCountDoesNotAnswerForTheNewOne) {
     t.ui.texts = {"New"};
     t.ui.choices = {0, 0};
     EXPECT_TRUE(createDataSource(t.parts, &t.ui));
-    EXPECT_EQ(t.read(groupFile('G')), "G\\DSI\\N:1;\r\nG\\DSI-1:New;\r\nG\\DST-1:RF;\r\n");
+    EXPECT_EQ(t.read(groupFile('G')),
+              "G\\DSI\\N:1;\r\nG\\DSI-2:Stale;\r\nG\\DST-2:OTH;\r\n"
+              "G\\DSI-1:New;\r\nG\\DST-1:RF;\r\n");
 }
 
 TEST_F(SourceCreateTest, ADocumentWithoutAGeneralGroupGetsOne) {

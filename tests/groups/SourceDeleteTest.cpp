@@ -97,6 +97,32 @@ TEST_F(SourceDeleteTest, WithoutAParentItIsDeletedInSilence) {
     EXPECT_EQ(listDataSources(t.context, nullptr), 2);
 }
 
+TEST_F(SourceDeleteTest, SourcesThatTheCountLeavesOutKeepTheirRowsAndGroups) {
+    t.write(groupFile('G'),
+            "G\\DSI\\N:1;\r\nG\\DSI-1:First;\r\nG\\DST-1:RF;\r\n"
+            "G\\DSI-2:Second;\r\nG\\DST-2:RF;\r\nG\\DSI-3:Recorder;\r\n");
+    EXPECT_TRUE(remove("First"));
+    EXPECT_EQ(t.read(groupFile('G')),
+              "G\\DSI\\N:0;\r\nG\\DSI-1:Second;\r\nG\\DST-1:RF;\r\nG\\DSI-2:Recorder;\r\n");
+    EXPECT_EQ(t.read(groupFile('T', 1)), "T-1\\ID:Second;\r\nT-1\\RF1:1450.5;\r\n");
+    EXPECT_TRUE(t.has(groupFile('R', 1)));
+    EXPECT_TRUE(t.has(groupFile('M', 2)));
+    EXPECT_TRUE(t.has(groupFile('P', 2)));
+    EXPECT_TRUE(t.has(groupFile('B', 1)));
+}
+
+TEST_F(SourceDeleteTest, AListWithoutACountLosesOnlyTheRowThatIsDeleted) {
+    t.write(groupFile('G'),
+            "G\\DSI-1:First;\r\nG\\DST-1:RF;\r\n"
+            "G\\DSI-2:Second;\r\nG\\DST-2:RF;\r\nG\\DSI-3:Recorder;\r\n");
+    EXPECT_TRUE(remove("Second"));
+    EXPECT_EQ(t.read(groupFile('G')),
+              "G\\DSI\\N:0;\r\nG\\DSI-1:First;\r\nG\\DST-1:RF;\r\nG\\DSI-2:Recorder;\r\n");
+    EXPECT_TRUE(t.has(groupFile('T', 1)));
+    EXPECT_FALSE(t.has(groupFile('T', 2)));
+    EXPECT_TRUE(t.has(groupFile('R', 1)));
+}
+
 // --- the way back ---------------------------------------------------------------------------
 
 TEST_F(SourceDeleteTest, IfTheUndoCopyCanNotBeMadeNothingHappens) {
