@@ -12,6 +12,9 @@
 
 #include <algorithm>
 #include <memory>
+#include <unordered_set>
+#include <utility>
+#include <vector>
 
 namespace kavu {
 
@@ -53,22 +56,12 @@ class RecordCopier {
         }
         copySection(*source, from.section, newName);
         pending_.insert(lowerAscii(newName));
-        if (!comment.empty()) {
-            comments_.emplace_back(newName, std::move(comment));
-        }
+        copyComment(newName, std::move(comment));
         return target_->serialisedSize() < kFullChunk || flush();
     }
 
-    /// Writes what is left, then the comments, which find their own places.
-    bool finish() {
-        if (!flush()) {
-            return false;
-        }
-        return std::all_of(comments_.begin(), comments_.end(), [this](auto& comment) {
-            return parts_.conversions.writeEuComment(parent_, comment.first,
-                                                     std::move(comment.second), false);
-        });
-    }
+    /// Writes what is left.
+    bool finish() { return flush(); }
 
   private:
     void copySection(const ProfileFile& source, const std::string& section,
@@ -87,6 +80,15 @@ class RecordCopier {
             }
         }
     }
+    /// A comment goes with its record as long as there is room, so that it costs no write of
+    /// its own. One that needs a file waits until its record is in the store.
+    void copyComment(const std::string& newName, std::string comment) {
+        toStoredForm(comment);
+        if (comment.size() + target_->serialisedSize() > kFullChunk ||
+            (!comment.empty() && !target_->setValue(newName, kCommentCode, comment))) {
+            comments_.emplace_back(newName, std::move(comment));
+        }
+    }
     bool flush() {
         if (target_ == nullptr) {
             return true;
@@ -94,7 +96,13 @@ class RecordCopier {
         const auto status = parts_.conversions.store(number_, *target_);
         target_ = nullptr;
         pending_.clear();
-        return report(status, "Write/Create");
+        return report(status, "Write/Create") && writeComments();
+    }
+    bool writeComments() {
+        const auto comments = std::exchange(comments_, {});
+        return std::all_of(comments.begin(), comments.end(), [this](const auto& comment) {
+            return parts_.conversions.writeEuComment(parent_, comment.first, comment.second, false);
+        });
     }
     bool report(const IoStatus& status, std::string_view action) {
         if (!status.ok()) {
@@ -109,7 +117,7 @@ class RecordCopier {
     std::int64_t number_ = 0;
     std::shared_ptr<ProfileFile> target_;
     std::unordered_set<std::string> pending_;  ///< names in the chunk that is not written yet
-    std::vector<std::pair<std::string, std::string>> comments_;
+    std::vector<std::pair<std::string, std::string>> comments_;  ///< of records in that chunk
 };
 
 }  // namespace

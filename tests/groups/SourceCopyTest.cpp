@@ -40,8 +40,9 @@ TEST_F(SourceCopyTest, AllGroupsOfTheSourceAreCopiedUnderNewNames) {
     EXPECT_EQ(t.read(groupFile('M', 4)),
               "M-4\\ID:Third;\r\nM-4\\BSG1:PCM;\r\nM-4\\BB\\DLN:Link B 2;\r\nM-4\\SI\\N:0;\r\n");
     // The stream that is embedded is not copied, and stays embedded in the copy.
-    EXPECT_EQ(t.read(groupFile('P', 3)),
-              "P-3\\DLN:Link B 2;\r\nP-3\\TF:ONE;\r\nP-3\\AEF\\N:1;\r\nP-3\\AEF\\DLN-1:Link A;\r\n");
+    EXPECT_EQ(
+        t.read(groupFile('P', 3)),
+        "P-3\\DLN:Link B 2;\r\nP-3\\TF:ONE;\r\nP-3\\AEF\\N:1;\r\nP-3\\AEF\\DLN-1:Link A;\r\n");
     EXPECT_EQ(t.read(groupFile('D', 3)),
               "D-3\\DLN:Link B 2;\r\nD-3\\ML\\N:1;\r\nD-3\\MN\\N-1:1;\r\nD-3\\MN-1-1:GAMMA;\r\n");
     for (const char* text :
@@ -119,9 +120,10 @@ TEST_F(SourceCopyTest, ARecordThatIsThereIsKeptAndLogged) {
 }
 
 TEST_F(SourceCopyTest, ManyRecordsFillChunkAfterChunk) {
-    std::string text = "G\\106:09;\r\nG\\DSI\\N:1;\r\nG\\DSI-1:S;\r\nG\\DST-1:RF;\r\nT-1\\ID:S;\r\n"
-                       "M-1\\ID:S;\r\nM-1\\BB\\DLN:L;\r\nP-1\\DLN:L;\r\nP-1\\TF:ONE;\r\n"
-                       "D-1\\DLN:L;\r\n";
+    std::string text =
+        "G\\106:09;\r\nG\\DSI\\N:1;\r\nG\\DSI-1:S;\r\nG\\DST-1:RF;\r\nT-1\\ID:S;\r\n"
+        "M-1\\ID:S;\r\nM-1\\BB\\DLN:L;\r\nP-1\\DLN:L;\r\nP-1\\TF:ONE;\r\n"
+        "D-1\\DLN:L;\r\n";
     for (int i = 1; i <= 900; ++i) {
         text += formatPrintf("D-1\\MN-1-%d:M%d;\r\nC-%d\\DCN:M%d;\r\nC-%d\\MN1:%s;\r\n", i, i, i, i,
                              i, std::string(30, 'a'));
@@ -142,6 +144,35 @@ TEST_F(SourceCopyTest, ManyRecordsFillChunkAfterChunk) {
                   std::string(30, 'a'));
     }
     EXPECT_EQ(many.ui.countLogs(459), 0);
+}
+
+TEST_F(SourceCopyTest, CommentsShareTheChunksOfTheirRecordsAndNeedNoFilesOfTheirOwn) {
+    std::string text =
+        "G\\106:09;\r\nG\\DSI\\N:1;\r\nG\\DSI-1:S;\r\nG\\DST-1:RF;\r\nT-1\\ID:S;\r\n"
+        "M-1\\ID:S;\r\nM-1\\BB\\DLN:L;\r\nP-1\\DLN:L;\r\nP-1\\TF:ONE;\r\n"
+        "D-1\\DLN:L;\r\n";
+    for (int i = 1; i <= 600; ++i) {
+        text +=
+            formatPrintf("D-1\\MN-1-%d:M%d;\r\nC-%d\\DCN:M%d;\r\nC-%d\\COM:first %d\r\nlast;\r\n",
+                         i, i, i, i, i, i);
+    }
+    test::SourceStage many;
+    many.open(text);
+    many.ui.queued = {Button::Yes, Button::Yes};
+    many.ui.texts = {"Copy", "P_", ""};
+    EXPECT_TRUE(copyDataSource(many.parts, &many.ui, "S"));
+    for (int i = 1; i <= 600; ++i) {
+        EXPECT_EQ(many.conversions.readEuComment("P_M" + std::to_string(i), false),
+                  "first " + std::to_string(i) + "\r\nlast");
+    }
+    // At most one comment in each chunk finds no room any more.
+    std::size_t chunks = 0;
+    std::size_t comments = 0;
+    for (const auto& [name, bytes] : many.files()) {
+        chunks += name.ends_with(".C_O") ? 1 : 0;
+        comments += name.ends_with(".C_COM") ? 1 : 0;
+    }
+    EXPECT_LE(comments, chunks);
 }
 
 TEST_F(SourceCopyTest, ANameThatExistsIsRefused) {
