@@ -152,9 +152,10 @@ TEST_F(SourceCopyTest, CommentsShareTheChunksOfTheirRecordsAndNeedNoFilesOfTheir
         "M-1\\ID:S;\r\nM-1\\BB\\DLN:L;\r\nP-1\\DLN:L;\r\nP-1\\TF:ONE;\r\n"
         "D-1\\DLN:L;\r\n";
     for (int i = 1; i <= 600; ++i) {
-        text +=
-            formatPrintf("D-1\\MN-1-%d:M%d;\r\nC-%d\\DCN:M%d;\r\nC-%d\\COM:first %d\r\nlast;\r\n",
-                         i, i, i, i, i, i);
+        text += formatPrintf(
+            "D-1\\MN-1-%d:M%d;\r\nC-%d\\DCN:M%d;\r\nC-%d\\MN1:%s;\r\n"
+            "C-%d\\COM:first %d\r\nlast;\r\n",
+            i, i, i, i, i, std::string(60, 'a'), i, i);
     }
     test::SourceStage many;
     many.open(text);
