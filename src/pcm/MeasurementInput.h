@@ -6,10 +6,14 @@
 #include "pcm/Measurement.h"
 #include "pcm/PcmLoad.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include <climits>
 
 namespace kavu {
 
@@ -106,6 +110,12 @@ void readSubframeWord(MeasurementInput& input);
 void readSubframeSupercom(MeasurementInput& input);
 void readSubframeFragments(MeasurementInput& input);
 void readWordFrame(MeasurementInput& input);
+
+/// The i-th place of an interval form: first + i x interval, kept within the range of an int.
+[[nodiscard]] inline int stepped(int first, int i, int interval) {
+    return static_cast<int>(
+        std::min<std::int64_t>(first + static_cast<std::int64_t>(i) * interval, INT_MAX));
+}
 
 /// A copy of the measurement at a place of a subframe, whatever it holds already. False with
 /// message 271 if the place has no cell, or if there can be no more cells.

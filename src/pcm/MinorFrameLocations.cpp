@@ -5,17 +5,9 @@
 #include <algorithm>
 #include <set>
 
-#include <climits>
-
 namespace kavu {
 
 namespace {
-
-/// first + i x interval, kept within the range of an int.
-int stepped(int first, int i, int interval) {
-    return static_cast<int>(
-        std::min<std::int64_t>(first + static_cast<std::int64_t>(i) * interval, INT_MAX));
-}
 
 bool add(MeasurementInput& input, int fwp) {
     return addMeasurementLocation(input.load, fwp, 1, input.cell, Expected::MinorWord);

@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <map>
 
-#include <climits>
-
 namespace kavu {
 
 namespace {
@@ -15,11 +13,6 @@ constexpr int kTitleSubframe = 103;
 constexpr int kTitleInitialize = 96;
 constexpr int kTitleSupercomInterval = 97;
 constexpr int kTitleSupercomList = 98;
-
-int stepped(int first, int i, int interval) {
-    return static_cast<int>(
-        std::min<std::int64_t>(first + static_cast<std::int64_t>(i) * interval, INT_MAX));
-}
 
 /// The position of an "SF" measurement, put into the subframe if the user agrees.
 std::optional<int> askPosition(MeasurementInput& input, std::string_view subframe) {
@@ -196,7 +189,7 @@ class SubframeFragments {
     bool failed_ = false;
     bool usedInterval_ = false;
     bool usedList_ = false;
-    std::map<int, FixedText<64>> masks_;  ///< by fragment
+    std::map<int, FixedText<64>> masks_;  ///< by fragment, of the subframe that is read
     std::map<int, WordFragments> words_;
 };
 
@@ -288,11 +281,11 @@ bool SubframeFragments::readListEntry(int s, int j, int position, std::string_vi
         load.log(282, title::kErrorReadingMeasurement, load.prefix, code, input_.name(), fwp);
         return failCorrected();
     }
-    const auto [mask, isNew] = masks_.try_emplace(*fragment, cell.mask);
-    if (!isNew && !equalsIgnoreCase(mask->second, cell.mask)) {
+    if (const auto known = masks_.find(*fragment);
+        known != masks_.end() && !equalsIgnoreCase(known->second, cell.mask)) {
         load.log(291, title::kErrorReadingMeasurement, *fragment, input_.name());
         load.corrected();
-        cell.mask = mask->second;
+        cell.mask = known->second;
     }
     const bool placed = supercommutated
                             ? placeInSubframe(input_, subframe, fwp, fn)
@@ -301,6 +294,7 @@ bool SubframeFragments::readListEntry(int s, int j, int position, std::string_vi
         input_.setLocationCount(j + 1);
         return fail();
     }
+    masks_.try_emplace(*fragment, cell.mask);
     if (!supercommutated) {
         words_[fwp].add(*fragment, fn);
     }
@@ -309,6 +303,7 @@ bool SubframeFragments::readListEntry(int s, int j, int position, std::string_vi
 
 void SubframeFragments::readList(int s, std::string_view subframe, bool supercommutated) {
     usedList_ = true;
+    masks_.clear();
     for (int j = 1; !input_.load.cancelled(); ++j) {
         const auto position = input_.number("FSF8", {s, j});
         if (!position || !readListEntry(s, j, *position, subframe, supercommutated)) {

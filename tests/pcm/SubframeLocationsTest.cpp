@@ -248,6 +248,17 @@ TEST(SubframeLocations, FragmentsInAListAreCheckedOneByOne) {
         << "the first mask of a fragment stands";
 }
 
+TEST(SubframeLocations, TheMaskOfAFragmentIsComparedWithinOneSubframe) {
+    const Commands head = {"MN@:A",          "LT@:SFFR",    "FSF\\N@:2",   "FSF2\\N@:2",
+                           "FSF3@-1:S",      "FSF4@-1:E",   "FSF8@-1-1:2", "FSF9@-1-1:1100",
+                           "FSF11@-1-1:1",   "FSF3@-2:T",   "FSF4@-2:E",   "FSF8@-2-1:3",
+                           "FSF9@-2-1:0011", "FSF11@-2-1:1"};
+    Stream f({head});
+    EXPECT_TRUE(f.ui.logs.empty());
+    EXPECT_EQ(f.result(), 0);
+    EXPECT_EQ(f.format.cells().measurement(f.format.cellAt(21, 3)).mask, "0011");
+}
+
 TEST(SubframeLocations, AListInASupercommutatedSubframeMayHoldOtherFragmentsInOtherFrames) {
     Stream f({{"MN@:A", "LT@:SFFR", "FSF\\N@:2", "FSF2\\N@:1", "FSF3@-1:SC", "FSF4@-1:E",
                "FSF8@-1-1:1", "FSF11@-1-1:1", "FSF8@-1-2:4", "FSF11@-1-2:2"}});
