@@ -113,12 +113,7 @@ bool storeFilterList(PcmFormat& format, UserInterface* parent, const std::vector
     if (!hasFilterList(format)) {
         return false;
     }
-    if (format.dGroup == 0) {  // a stream that was never saved
-        format.dGroup = findStreamGroup(format, parent, 'D', format.streamName);
-    }
-    if (format.dGroup == 0) {
-        format.dGroup = firstFreeIndex(format.context(), 'D');
-    }
+    giveMeasurementGroup(format, parent);  // a stream that was never saved has none
     const auto prefix = groupPrefix('D', format.dGroup);
     const auto path = pathOf(format);
     const auto scratch = path + ".new";

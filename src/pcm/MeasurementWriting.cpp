@@ -9,6 +9,7 @@
 #include "core/WorkingStore.h"
 #include "groups/GroupScan.h"
 #include "pcm/MeasurementCommands.h"
+#include "pcm/PcmFormatEdit.h"
 #include "pcm/PcmLoad.h"
 #include "pcm/PcmSave.h"
 
@@ -25,13 +26,6 @@ namespace {
 
 constexpr const char* kUnableToOpen =
     "Unable to open PCM Measurement Definition File. Operation Aborted";
-
-/// A bus or packet stream: its measurements are in another group, and a D group that bears its
-/// name was never read.
-bool keepsMeasurementsElsewhere(const PcmFormat& format) {
-    return format.isBusStream ||
-           (format.typeFormat == "PKTM" && (format.edition() == 2005 || format.edition() == 2007));
-}
 
 /// A measurement at the place where the walk over the frame meets it first.
 struct FirstPlace {
@@ -177,17 +171,12 @@ class ListWriter {
 
 bool writeMeasurements(PcmFormat& format, UserInterface* parent) {
     auto& context = format.context();
-    if (keepsMeasurementsElsewhere(format)) {
-        return true;
+    if (format.isBusStream || isPacketStream(format)) {
+        return true;  // a D group that bears the stream's name was never read
     }
     setStatusText(parent, "Saving PCM Measurement Information...");
     setProgressBar(parent, 0);
-    if (format.dGroup == 0) {
-        format.dGroup = findStreamGroup(format, parent, 'D', format.streamName);
-    }
-    if (format.dGroup == 0) {
-        format.dGroup = firstFreeIndex(context, 'D');
-    }
+    giveMeasurementGroup(format, parent);
     // Written beside the file, which so is whole at any time.
     const auto path = context.store.pathOf(groupFile('D', format.dGroup));
     const auto scratch = path + ".new";

@@ -6,6 +6,7 @@
 #include "core/WorkingStore.h"
 #include "groups/DataSources.h"
 #include "groups/GroupScan.h"
+#include "pcm/PcmFormatEdit.h"
 #include "pcm/SampleRateCheck.h"
 #include "pcm/SubframeEdit.h"
 #include "pcm/WordFrameConversion.h"
@@ -75,7 +76,7 @@ bool readContents(PcmLoad& load, const PcmSteps& steps) {
     if (format.isBusStream) {
         return runStep(steps.loadBusDefinitions, load);
     }
-    if (format.typeFormat == "PKTM" && (format.edition() == 2005 || format.edition() == 2007)) {
+    if (isPacketStream(format)) {
         return runStep(steps.loadPacketDefinitions, load);
     }
     for (int fwp = 0; fwp < format.wordsPerMinorFrame; ++fwp) {
@@ -192,6 +193,19 @@ int findStreamGroup(PcmFormat& format, UserInterface* parent, char letter,
         }
     }
     return 0;
+}
+
+void giveMeasurementGroup(PcmFormat& format, UserInterface* parent) {
+    if (format.dGroup == 0) {
+        format.dGroup = findStreamGroup(format, parent, 'D', format.streamName);
+    }
+    if (format.dGroup == 0) {
+        const auto& context = format.context();
+        format.dGroup = firstFreeIndex(context, 'D');
+        for (const auto name : {kSmfFormat, kTagFormat}) {
+            (void)deleteFile(context.store.path(name, format.dGroup));
+        }
+    }
 }
 
 bool loadPcmFormat(PcmFormat& format, UserInterface* parent, const PcmSteps& steps,

@@ -147,6 +147,9 @@ bool loadPcmFormat(PcmFormat& format, UserInterface* parent, const PcmSteps& ste
 /// there is none.
 [[nodiscard]] int findStreamGroup(PcmFormat& format, UserInterface* parent, char letter,
                                   std::string_view streamName);
+/// Sees that the format has a D group: that of its stream, else the first index that is free,
+/// without what a stream that is gone has left in its working files.
+void giveMeasurementGroup(PcmFormat& format, UserInterface* parent);
 
 /// Reads the P group `format.pGroup`, or makes a new format if there is none: 0, 1 with
 /// corrections, -1 on failure or cancel.

@@ -143,14 +143,11 @@ bool savePcmFormat(PcmFormat& format, UserInterface* parent) {
     if (!format.loaded() || !format.changed) {
         return true;
     }
-    // The measurements of bus and packet streams are in groups of their own.
-    const bool hasMeasurements =
-        !format.isBusStream &&
-        !(format.typeFormat == "PKTM" && (format.edition() == 2005 || format.edition() == 2007));
-    if (!writePcmGroup(format, parent) || (hasMeasurements && !writeMeasurements(format, parent))) {
+    if (!writePcmGroup(format, parent) || !writeMeasurements(format, parent)) {
         return false;
     }
     format.changed = false;
+    ++format.saveCount;
     format.context().document.changed = true;
     setProgressBar(parent, -1);
     setStatusText(parent, {});

@@ -196,12 +196,7 @@ bool storeTaggedData(PcmFormat& format, UserInterface* parent,
     if (!hasTaggedData(format)) {
         return false;
     }
-    if (format.dGroup == 0) {  // a stream that was never saved
-        format.dGroup = findStreamGroup(format, parent, 'D', format.streamName);
-    }
-    if (format.dGroup == 0) {
-        format.dGroup = firstFreeIndex(format.context(), 'D');
-    }
+    giveMeasurementGroup(format, parent);  // a stream that was never saved has none
     const auto prefix = groupPrefix('D', format.dGroup);
     const auto path = format.context().store.path(kTagFormat, format.dGroup);
     const auto beside = path + ".new";

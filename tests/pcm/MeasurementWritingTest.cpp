@@ -475,6 +475,19 @@ TEST(MeasurementWriting, AStreamWithoutADGroupGetsTheFirstFreeOne) {
     EXPECT_THAT(stream.saved("[kavu]PCMMEAS.D01"), Contains("D-1\\DLN:ANOTHER;"));
 }
 
+TEST(MeasurementWriting, ANewDGroupHasNothingOfAStreamThatIsGone) {
+    Writing stream(2011);
+    const auto gone = Commands{"SMF\\N:1", "SMF\\SMN-1:OLD", "SMF\\MFOT-1:F"} +
+                      listOf({Commands{"MN@:OLD TAG", "LT@:TD", "TD\\N@:1", "TD2@-1:1"}});
+    ASSERT_TRUE(stream.load(plainFormat(8, 1), gone));
+    ASSERT_TRUE(stream.has("[kavu]DSMF0000.D01") && stream.has("[kavu]DTAG0000.D01"));
+    // Its group goes, and another stream is loaded that never had one.
+    ASSERT_TRUE(deleteFile(stream.store.pathOf("[kavu]PCMMEAS.D01")).ok());
+    ASSERT_TRUE(stream.reload());
+    EXPECT_EQ(stream.rewritten(), (Commands{"DLN:PCM 1", "ML\\N:1", "MN\\N-1:0"}));
+    EXPECT_EQ(stream.format.dGroup, 1);
+}
+
 TEST(MeasurementWriting, AFileThatCanNotBeWrittenIsTold) {
     Writing stream;
     ASSERT_TRUE(stream.load(plainFormat(8, 1)));
