@@ -4,6 +4,7 @@
 #include "conversion/LoadReports.h"
 #include "conversion/SampleRate.h"
 #include "core/Clock.h"
+#include "core/Messages.h"
 #include "core/Printf.h"
 #include "core/Text.h"
 #include "core/TmatsDocument.h"
@@ -11,6 +12,7 @@
 #include "pcm/PcmFormat.h"
 
 #include <charconv>
+#include <cmath>
 
 namespace kavu {
 
@@ -35,7 +37,7 @@ double majorFrameRate(const PcmFormat& format) {
     // The sync pattern counts as words of the common length.
     const int words = format.wordsPerMinorFrame + format.syncLength / format.commonWordLength - 1;
     const double bits = bitRateOf(format);
-    if (words <= 0 || format.numberOfFrames <= 0 || !(bits > 0)) {
+    if (words <= 0 || format.numberOfFrames <= 0 || !(bits > 0) || !std::isfinite(bits)) {
         return 0;
     }
     return bits / format.commonWordLength / words / format.numberOfFrames;
@@ -63,6 +65,7 @@ bool checkSampleRates(PcmFormat& format, UserInterface* parent, ConversionStore&
     int count = 0;
     for (const auto number : conversions.chunkNumbers()) {
         if (cancelRequested(parent)) {
+            context.messages.log(parent, 433, title::kWarning);
             break;
         }
         const auto chunk = conversions.chunk(number);

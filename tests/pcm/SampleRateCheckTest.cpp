@@ -134,6 +134,15 @@ TEST(SampleRateCheck, ACancelEndsIt) {
     rates.ui.cancelAtPoll = 1;
     EXPECT_FALSE(checkSampleRates(rates.format, rates.parent, rates.conversions));
     EXPECT_EQ(rates.record("EVERY"), "1");
+    EXPECT_EQ(rates.ui.countLogs(433), 1) << "some rates were not calculated";
+}
+
+TEST(SampleRate, ABitRateThatIsNoFiniteNumberGivesAnEmptyRate) {
+    for (const auto* const rate : {"inf", "nan", "INFINITY", "fast", "-5"}) {
+        Rates rates;
+        ASSERT_TRUE(rates.loadAt(rate));
+        EXPECT_EQ(rates.rate("EVERY"), "") << rate;
+    }
 }
 
 }  // namespace
