@@ -64,7 +64,9 @@ Measurement newMeasurement(PcmFormat& format, const DataWordDefaults& defaults, 
     measurement.parity = defaults.parity;
     measurement.parityTransferOrder = defaults.parityTransferOrder;
     measurement.transferOrder = defaults.transferOrder;
-    if (format.implicitSubframes) {
+    const auto* const subframe = format.subframeOfWord(fwp);
+    // A hidden subframe has no name in the file that another type could refer to.
+    if (format.implicitSubframes || (subframe != nullptr && subframe->hidden)) {
         measurement.locationType = "WDFR";
         measurement.wordFrameIndex = defineWordFrame(format, fwp, index, defaults.mask);
     } else {

@@ -61,6 +61,9 @@ std::optional<std::string> defaultLocationType(const PcmFormat& format, UserInte
         format.context().messages.show(parent, 323, title::kInternalError, kErrorBox);
         return std::nullopt;
     }
+    if (subframe->hidden) {
+        return "WDFR";  // no file tells of the subframe, so no other type would find it again
+    }
     return subframe->isSupercommutated() ? "SFSC" : "SF";
 }
 

@@ -22,8 +22,9 @@ struct EditSteps {
     std::function<void(UserInterface*, std::string_view name)> deleteConversion;
 };
 
-/// "MF", "SF" or "SFSC", as fits the word. Nothing, with message 323, for a word of a subframe
-/// that has no record; nothing at all for a position that holds no measurements.
+/// "MF", "SF" or "SFSC", as fits the word, and "WDFR" for the word of a hidden subframe.
+/// Nothing, with message 323, for a word of a subframe that has no record; nothing at all for a
+/// position that holds no measurements.
 [[nodiscard]] std::optional<std::string> defaultLocationType(const PcmFormat& format,
                                                              UserInterface* parent, int fwp);
 

@@ -15,6 +15,27 @@ namespace kavu {
 
 namespace {
 
+bool isHidden(const Subframe* subframe) {
+    return subframe != nullptr && subframe->hidden;
+}
+
+/// A measurement of one place has none of the values that tell of more.
+void makeSingle(Measurement& cell) {
+    cell.locationMode.clear();
+    cell.locationCount = 0;
+    cell.interval = 0;
+    cell.reconstructedLength = 0;
+    cell.fragmentTransferOrder.clear();
+    cell.fragmentNumber = 0;
+    cell.wordFrameIndex = 0;
+}
+
+/// The entry of the ranges that a measurement is told by, or 0.
+int wordFrameEntry(const PcmFormat& format, std::string_view name) {
+    const auto first = Occurrences(format, name).next();
+    return first ? format.cells().measurement(first->cell).wordFrameIndex : 0;
+}
+
 /// One cell of a measurement that is to be placed.
 struct Planned {
     int fwp = 0;
@@ -67,7 +88,6 @@ class MeasurementSave {
         const std::vector<std::string>& names);
     [[nodiscard]] bool areOwnLocations() const;
     [[nodiscard]] std::vector<std::string> oldNames() const;
-    [[nodiscard]] int definitionOf(std::string_view name) const;
     bool planPlaces();
     bool planInterval();
     bool planMinor(int fwp, const MeasurementSpot& spot);
@@ -152,11 +172,7 @@ bool MeasurementSave::checkNumbers() {
         return refuse(337);
     }
     if (is("MF") || is("SF")) {
-        cell_.locationMode.clear();
-        cell_.locationCount = 0;
-        cell_.interval = 0;
-        cell_.reconstructedLength = 0;
-        cell_.fragmentNumber = 0;
+        makeSingle(cell_);
     } else if (!usesInterval()) {
         cell_.locationMode = "E";
         cell_.interval = 0;
@@ -198,7 +214,10 @@ bool MeasurementSave::planPosition(std::string_view subframe, int position,
                                    const MeasurementSpot& spot) {
     int fwp = place_.fwp;
     int fn = position;
-    if (format_.subframeLocation(subframe, position, fwp, fn) != 1) {
+    const auto ref = format_.findSubframe(subframe);
+    // A file tells of no hidden subframe: what refers to one would be lost.
+    if (!ref || isHidden(format_.subframe(*ref)) ||
+        format_.subframeLocation(subframe, position, fwp, fn) != 1) {
         return refuse(331, place_.fwp, position);
     }
     return add(fwp, fn, spot);
@@ -283,11 +302,6 @@ std::vector<std::string> MeasurementSave::oldNames() const {
     return names;
 }
 
-int MeasurementSave::definitionOf(std::string_view name) const {
-    const auto first = Occurrences(format_, name).next();
-    return first ? format_.cells().measurement(first->cell).wordFrameIndex : 0;
-}
-
 /// Empties every cell of these names, and gives what they held.
 std::vector<std::pair<CellRef, Measurement>> MeasurementSave::takeOut(
     const std::vector<std::string>& names) {
@@ -327,7 +341,7 @@ bool MeasurementSave::placeWordFrame() {
         definition.idCounterName.empty() && counter != nullptr) {
         definition.idCounterName = counter->name.str();
     }
-    const int entry = place_.oldName.empty() ? 0 : definitionOf(place_.oldName);
+    const int entry = place_.oldName.empty() ? 0 : wordFrameEntry(format_, place_.oldName);
     return placeWordFrameMeasurement(format_, parent_, cell_, definition, oldNames(), entry);
 }
 
@@ -338,7 +352,7 @@ bool MeasurementSave::place() {
     const auto old = oldNames();
     std::vector<int> entries;
     for (const auto& name : old) {
-        entries.push_back(definitionOf(name));
+        entries.push_back(wordFrameEntry(format_, name));
     }
     // The old cells are free for the new ones, so that a list keeps its order.
     const auto held = takeOut(old);
@@ -437,7 +451,7 @@ std::vector<std::string> locationTypes(const PcmFormat& format, int fwp) {
         return {};
     }
     const std::string wordFrame = "WDFR  - Word/Frame";
-    if (format.implicitSubframes) {
+    if (format.implicitSubframes || isHidden(format.subframeOfWord(fwp))) {
         return {wordFrame};
     }
     std::vector<std::string> types;
@@ -476,7 +490,7 @@ std::vector<MoveTarget> moveTargets(const PcmFormat& format) {
         if (format.wordType(fwp) == WordType::Minor) {
             targets.push_back({fwp, 0, formatPrintf("Word #%d (every frame)\n", fwp)});
         } else if (format.wordType(fwp) == WordType::Subframe && subframe != nullptr &&
-                   !subframe->isSupercommutated()) {
+                   !subframe->isSupercommutated() && !subframe->hidden) {
             const int depth = std::min(subframe->depth.number(), format.numberOfFrames);
             for (int fn = 1; fn <= depth; ++fn) {
                 targets.push_back({fwp, fn, formatPrintf("Word #%d Frame #%d\n", fwp, fn)});
@@ -491,17 +505,20 @@ bool moveMeasurement(PcmFormat& format, const Measurement& values, const MoveTar
     const int fn = target.fn == 0 ? 1 : target.fn;
     const auto type = target.fn == 0 ? WordType::Minor : WordType::Subframe;
     if (!movable || !format.hasMeasurement(values.name) || format.wordType(target.fwp) != type ||
-        !format.cellAtFrame(target.fwp, fn)) {
+        isHidden(format.subframeOfWord(target.fwp)) || !format.cellAtFrame(target.fwp, fn)) {
         return false;
     }
     auto moved = values;
+    makeSingle(moved);
     moved.locationType = target.fn == 0 ? "MF" : "SF";
     const auto cell = format.getFreeCell(nullptr, target.fwp, fn);
     if (!cell) {
         return false;
     }
+    const int entry = wordFrameEntry(format, moved.name);
     clearMeasurement(format, moved.name);
     format.cells().store(cell, moved);
+    format.freeWordFrameDefinition(entry);
     format.changed = true;
     return true;
 }

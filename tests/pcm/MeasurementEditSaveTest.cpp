@@ -232,5 +232,27 @@ TEST(MeasurementEditSave, AMeasurementMovesToAWordOrAFrameOfAnOrdinarySubframe) 
     EXPECT_EQ(f.places("A"), "9/1 ");
 }
 
+TEST(MeasurementEditSave, AMoveLeavesNothingOfTheOldTypeBehind) {
+    SaveFixture f;
+    ASSERT_TRUE(f.save({7, 1, {}}, SaveFixture::interval("MFSC", 3, 10)));
+    auto values = f.at(7, 1, "A");
+    values.locationType = "MF";  // as chosen in the dialog, and not stored
+    ASSERT_TRUE(moveMeasurement(f.format, values, {9, 0, {}}));
+    EXPECT_EQ(f.places("A"), "9/1 ");
+    EXPECT_EQ(f.at(9, 1, "A").locationMode, "");
+    EXPECT_EQ(f.at(9, 1, "A").locationCount, 0);
+    EXPECT_EQ(f.at(9, 1, "A").interval, 0);
+    f.placeInEveryFrame(12, "B");
+    values = f.at(12, 1, "B");
+    const int entry = values.wordFrameIndex;
+    values.locationType = "MF";
+    values.fragmentNumber = 2;
+    ASSERT_TRUE(moveMeasurement(f.format, values, {5, 2, {}}));
+    EXPECT_EQ(f.at(5, 2, "B").locationType, "SF");
+    EXPECT_EQ(f.at(5, 2, "B").wordFrameIndex, 0);
+    EXPECT_EQ(f.at(5, 2, "B").fragmentNumber, 0);
+    EXPECT_EQ(f.format.wordFrameDefinition(entry)->locationCount(), 0);
+}
+
 }  // namespace
 }  // namespace kavu

@@ -153,7 +153,7 @@ std::vector<std::string> subframeNames(const PcmFormat& format) {
     std::vector<std::string> names;
     for (const auto& counter : format.idCounters) {
         for (const auto& subframe : counter.subframes) {
-            if (!subframe.name.empty()) {
+            if (!subframe.name.empty() && !subframe.hidden) {
                 names.push_back(subframe.name.str());
             }
         }
