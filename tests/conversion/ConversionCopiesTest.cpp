@@ -1,0 +1,131 @@
+#include "conversion/ConversionCopies.h"
+#include "conversion/ConversionFixture.h"
+
+#include <algorithm>
+#include <map>
+
+namespace kavu {
+namespace {
+
+using test::ConversionFixture;
+
+struct Copies : ConversionFixture {
+    Copies() { EXPECT_TRUE(load("C-1\\DCN:A;\nC-1\\DCT:NON;\nC-30\\DCN:B;\nC-30\\DCT:NON;\n")); }
+    /// The files of the records in the working store, or in the folder of the copies.
+    std::map<std::string, std::string> files(const std::string& inside = "") {
+        std::map<std::string, std::string> found;
+        std::vector<FolderEntry> entries;
+        (void)listFolder(store.folder() + inside, entries);
+        for (const auto& entry : entries) {
+            if (!entry.isFolder && matchesWildcard(entry.name, "[kavu]*.C_*")) {
+                found[entry.name] = test::readFile(store.folder() + inside + "/" + entry.name);
+            }
+        }
+        return found;
+    }
+    [[nodiscard]] bool hasCopies() const { return folderExists(store.pathOf("EuDefinitions")); }
+};
+
+TEST(ConversionCopies, HoldEveryFileOfTheRecordsAlsoOnesThatWereInMemoryOnly) {
+    Copies c;
+    ASSERT_TRUE(c.conversions.writeEuComment(nullptr, "A", std::string(40000, 'x'), false));
+    EXPECT_TRUE(copyConversionFiles(c.context, c.conversions, &c.ui));
+    EXPECT_EQ(c.files().size(), 3U) << "two chunks and a comment";
+    EXPECT_TRUE(c.files("/EuDefinitions") == c.files());
+    EXPECT_TRUE(c.ui.boxes.empty());
+}
+
+TEST(ConversionCopies, RestorePutsBackWhatWasChangedDeletedAndMade) {
+    Copies c;
+    ASSERT_TRUE(c.conversions.writeEuComment(nullptr, "A", std::string(40000, 'x'), false));
+    const auto saved = c.save();
+    ASSERT_TRUE(copyConversionFiles(c.context, c.conversions, &c.ui));
+    const auto before = c.files();
+    ASSERT_TRUE(c.conversions.renameDefinition(nullptr, "A2", "A"));
+    ASSERT_TRUE(c.conversions.deleteDefinition(nullptr, "B"));
+    ASSERT_TRUE(c.conversions.writeEuComment(nullptr, "A2", "short", false));
+    for (int i = 0; i < 400; ++i) {  // into chunks that were not there
+        ASSERT_TRUE(c.conversions.createDefaultDefinition(nullptr, "N" + std::to_string(i), false));
+        ASSERT_TRUE(c.conversions.writeEuComment(nullptr, "N" + std::to_string(i),
+                                                 std::string(300, 'n'), false));
+    }
+    EXPECT_FALSE(c.files() == before);
+    EXPECT_GT(c.files().size(), before.size());
+    EXPECT_TRUE(restoreConversionFiles(c.context, c.conversions, &c.ui));
+    EXPECT_TRUE(c.files() == before);
+    EXPECT_FALSE(c.hasCopies());
+    EXPECT_NE(std::find(c.ui.statusTexts.begin(), c.ui.statusTexts.end(), "Restoring EU files"),
+              c.ui.statusTexts.end());
+    EXPECT_TRUE(c.save() == saved);
+    EXPECT_FALSE(c.conversions.locateDefinition("A2").found);
+    EXPECT_EQ(c.conversions.readEuComment("A", false), std::string(40000, 'x'));
+}
+
+TEST(ConversionCopies, RestoreWithoutCopiesChangesNothing) {
+    Copies c;
+    ASSERT_TRUE(c.conversions.renameDefinition(nullptr, "Z", "A"));
+    const auto before = c.files();
+    EXPECT_TRUE(restoreConversionFiles(c.context, c.conversions, &c.ui));
+    EXPECT_TRUE(c.files() == before);
+    EXPECT_TRUE(c.ui.boxes.empty());
+}
+
+TEST(ConversionCopies, ASecondCopyTakesThePlaceOfTheFirst) {
+    Copies c;
+    ASSERT_TRUE(copyConversionFiles(c.context, c.conversions, nullptr));
+    ASSERT_TRUE(c.conversions.renameDefinition(nullptr, "Z", "A"));
+    ASSERT_TRUE(copyConversionFiles(c.context, c.conversions, nullptr));
+    ASSERT_TRUE(c.conversions.deleteDefinition(nullptr, "Z"));
+    EXPECT_TRUE(restoreConversionFiles(c.context, c.conversions, nullptr));
+    EXPECT_TRUE(c.conversions.locateDefinition("Z").found);
+    EXPECT_FALSE(c.conversions.locateDefinition("A").found);
+}
+
+TEST(ConversionCopies, ADocumentWithoutRecordsGetsBackToNone) {
+    ConversionFixture c;
+    ASSERT_TRUE(copyConversionFiles(c.context, c.conversions, &c.ui));
+    ASSERT_TRUE(c.conversions.createDefaultDefinition(nullptr, "New", true));
+    EXPECT_TRUE(restoreConversionFiles(c.context, c.conversions, &c.ui));
+    EXPECT_TRUE(c.chunks().empty());
+}
+
+TEST(ConversionCopies, DeletedCopiesLeaveTheRecordsAlone) {
+    Copies c;
+    ASSERT_TRUE(copyConversionFiles(c.context, c.conversions, &c.ui));
+    ASSERT_TRUE(c.conversions.renameDefinition(nullptr, "Z", "A"));
+    const auto before = c.files();
+    deleteConversionCopies(c.context, &c.ui);
+    EXPECT_FALSE(c.hasCopies());
+    EXPECT_TRUE(c.files() == before);
+    deleteConversionCopies(c.context, &c.ui);
+    EXPECT_TRUE(c.ui.boxes.empty());
+}
+
+TEST(ConversionCopies, ACopyThatFailsIsReportedAndLeavesNoPartOfTheFiles) {
+    Copies c;
+    ASSERT_TRUE(c.conversions.writeOut().ok());
+    test::writeFile(c.store.pathOf("EuDefinitions"), "in the way");
+    EXPECT_FALSE(copyConversionFiles(c.context, c.conversions, &c.ui));
+    ASSERT_EQ(c.ui.boxes.size(), 1U);
+    EXPECT_NE(c.ui.boxes[0].text.find("EuDefinitions"), std::string::npos);
+    EXPECT_FALSE(copyConversionFiles(c.context, c.conversions, nullptr)) << "silent";
+    const auto before = c.files();
+    EXPECT_TRUE(restoreConversionFiles(c.context, c.conversions, &c.ui));
+    EXPECT_TRUE(c.files() == before) << "nothing is restored from what was never copied";
+}
+
+TEST(ConversionCopies, ACopyThatCanNotBePutBackIsReportedAndStays) {
+    Copies c;
+    ASSERT_TRUE(copyConversionFiles(c.context, c.conversions, &c.ui));
+    const auto path = chunkPath(c.store, 0);
+    ASSERT_TRUE(deleteFile(path).ok());
+    ASSERT_TRUE(makeFolders(path + "/in the way").ok());
+    EXPECT_FALSE(restoreConversionFiles(c.context, c.conversions, &c.ui));
+    ASSERT_EQ(c.ui.boxes.size(), 1U);
+    EXPECT_TRUE(fileExists(c.store.pathOf("EuDefinitions/[kavu]00000000.C_O")));
+    EXPECT_TRUE(c.conversions.locateDefinition("B").found) << "the other chunk is back";
+    ASSERT_TRUE(deleteFolder(path).ok());
+}
+
+}  // namespace
+}  // namespace kavu
