@@ -73,6 +73,7 @@ MeasurementNames::MeasurementNames(DocumentContext& context)
 bool MeasurementNames::checkForDuplicates(UserInterface* parent) {
     setStatusText(parent, "Gathering measurement names");
     streams_.clear();
+    forgotten_.clear();
     std::vector<std::string> links;
     bool complete = gatherDataLinks(context_, parent, links);
     bool repeated = false;
@@ -125,8 +126,26 @@ std::optional<int> MeasurementNames::otherStream(std::string_view name, int stre
 void MeasurementNames::forget(std::optional<std::string_view> name) {
     if (!name) {
         streams_.clear();
+        forgotten_.clear();
     } else if (const auto it = streams_.find(*name); it != streams_.end()) {
+        forgotten_.emplace_back(it->first, std::move(it->second));
         streams_.erase(it);
+    }
+}
+
+std::vector<std::string> MeasurementNames::forgotten(std::size_t from) const {
+    std::vector<std::string> names;
+    for (std::size_t i = from; i < forgotten_.size(); ++i) {
+        names.push_back(forgotten_[i].first);
+    }
+    return names;
+}
+
+void MeasurementNames::recall(std::size_t count) {
+    while (forgotten_.size() > count) {
+        auto& [name, streams] = forgotten_.back();
+        streams_.insert_or_assign(std::move(name), std::move(streams));
+        forgotten_.pop_back();
     }
 }
 

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace kavu {
@@ -54,6 +55,11 @@ class MeasurementNames {
     [[nodiscard]] std::optional<int> otherStream(std::string_view name, int stream) const;
     /// Forgets one name, or all of them.
     void forget(std::optional<std::string_view> name);
+    /// The names that were forgotten one by one since they were gathered, the last one behind.
+    [[nodiscard]] std::vector<std::string> forgotten(std::size_t from) const;
+    [[nodiscard]] std::size_t forgottenCount() const { return forgotten_.size(); }
+    /// Takes back that names were forgotten, all but the first `count`.
+    void recall(std::size_t count);
 
     /// The measurement names of one link in the order of its file, an empty list if no file
     /// bears the link. False as in `StreamFiles::readNames`.
@@ -80,6 +86,7 @@ class MeasurementNames {
     DocumentContext& context_;
     bool checking_;
     std::unordered_map<std::string, Streams, Hash, std::equal_to<>> streams_;
+    std::vector<std::pair<std::string, Streams>> forgotten_;
 };
 
 }  // namespace kavu

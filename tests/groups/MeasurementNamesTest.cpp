@@ -68,6 +68,28 @@ TEST_F(MeasurementNamesTest, ALinkThatIsNamedTwiceIsReadOnce) {
     EXPECT_THAT(t.ui.boxes, IsEmpty());
 }
 
+TEST_F(MeasurementNamesTest, WhatWasForgottenOneByOneCanBeRecalled) {
+    second("D-2\\MN-1-1:A;\r\nD-2\\MN-1-2:C;\r\n");
+    MeasurementNames names(t.context);
+    EXPECT_TRUE(names.checkForDuplicates(&t.ui));
+    names.forget("C");
+    names.forget("unknown");
+    names.forget("A");
+    names.forget("B");
+    EXPECT_EQ(names.forgottenCount(), 3U);
+    EXPECT_THAT(names.forgotten(1), ElementsAre("A", "B"));
+    names.recall(1);
+    EXPECT_THAT(names.names(), ElementsAre("A", "B"));
+    EXPECT_TRUE(names.measurementInOtherStream("A", 1)) << "with all its streams";
+    EXPECT_EQ(names.forgottenCount(), 1U);
+    EXPECT_TRUE(names.checkForDuplicates(&t.ui));
+    EXPECT_EQ(names.forgottenCount(), 0U) << "gathered anew, nothing is left to recall";
+    names.forget("A");
+    names.forget(std::nullopt);
+    names.recall(0);
+    EXPECT_THAT(names.names(), IsEmpty());
+}
+
 TEST_F(MeasurementNamesTest, NamesThatDifferInCaseAreTwoNames) {
     second("D-2\\MN-1-1:a;\r\n");
     MeasurementNames names(t.context);
