@@ -138,6 +138,7 @@ bool ConversionStore::commitDefinitionEdit(UserInterface* parent, const std::str
         return removeComment(parent, comment);
     }
     commentFiles_.insert(comment);
+    announce(comment);
     return report(parent, renameFile(commentCopy, comment), "Write/Create");
 }
 
@@ -261,6 +262,9 @@ bool ConversionStore::writeEuComment(UserInterface* parent, const std::string& n
             file.removeKey(section, kCommentCode);
             inFile = text.size() + file.serialisedSize() > kFullChunk;
             if (inFile) {
+                if (!toWorkingCopy) {
+                    announce(path);
+                }
                 return report(parent, replaceWorkingFile(path, text), "Write/Create");
             }
             return text.empty() || file.setValue(section, kCommentCode, text);

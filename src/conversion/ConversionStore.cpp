@@ -157,6 +157,7 @@ IoStatus ConversionStore::store(std::int64_t number, ProfileFile& chunk) {
         return {};
     }
     auto status = writeOut();
+    announce(chunkPath(context_.store, number), number);
     status = status.ok() ? chunk.flush() : status;
     if (!status.ok()) {
         // What is in memory is not what is on the disk: it is read again.
@@ -166,6 +167,38 @@ IoStatus ConversionStore::store(std::int64_t number, ProfileFile& chunk) {
     if (indexed_) {
         unindexChunk(number);
         indexChunk(number, chunk);
+    }
+    return status;
+}
+
+IoStatus ConversionStore::putBack(const std::string& path, std::optional<std::int64_t> chunk,
+                                  const std::optional<std::string>& contents) {
+    auto status = writeOut();
+    if (status.ok()) {
+        status = contents           ? replaceWorkingFile(path, *contents)
+                 : fileExists(path) ? deleteFile(path)
+                                    : IoStatus();
+    }
+    if (!status.ok() || !listed_) {
+        return status;
+    }
+    if (!chunk) {
+        contents ? (void)commentFiles_.insert(path) : (void)commentFiles_.erase(path);
+        return status;
+    }
+    forgetChunk(*chunk);
+    if (contents) {
+        setSize(*chunk, contents->size());
+    } else {
+        sizes_.erase(*chunk);
+        roomy_.erase(*chunk);
+        firstMissing_ = std::min(firstMissing_, *chunk);
+    }
+    if (indexed_) {
+        unindexChunk(*chunk);
+        if (contents) {
+            indexChunk(*chunk, *this->chunk(*chunk));
+        }
     }
     return status;
 }
@@ -308,6 +341,7 @@ bool ConversionStore::removeComment(UserInterface* parent, const std::string& pa
     if (commentFiles_.erase(path) == 0 && !fileExists(path)) {
         return true;
     }
+    announce(path);
     return report(parent, deleteFile(path), "Delete");
 }
 
@@ -327,8 +361,11 @@ bool ConversionStore::renameDefinition(UserInterface* parent, const std::string&
     const auto from = commentPath(context_.store, place.section);
     const auto to = commentPath(context_.store, newName);
     const bool hasComment = fileExists(from) && from != to;
-    if (hasComment && !report(parent, copyFile(from, to), "Copy")) {
-        return false;
+    if (hasComment) {
+        announce(to);
+        if (!report(parent, copyFile(from, to), "Copy")) {
+            return false;
+        }
     }
     const auto file = chunk(place.chunk);
     if (!file->renameSection(place.section, newName) ||

@@ -59,6 +59,14 @@ class ConversionStore {
     /// Adds the default comment strings to a new record.
     std::function<void(UserInterface*, const std::string& name)> defaultCommentStep;
 
+    /// Called before a file of the records changes, comes or goes: a chunk, with its number, or
+    /// the comment file of a record.
+    std::function<void(const std::string& path, std::optional<std::int64_t> chunk)> beforeChange;
+    /// Makes such a file hold what it has held before; without contents it goes. What is known
+    /// of its records follows.
+    [[nodiscard]] IoStatus putBack(const std::string& path, std::optional<std::int64_t> chunk,
+                                   const std::optional<std::string>& contents);
+
     /// The place of a record. The search begins at the chunk found last and goes once
     /// around. A new record goes to the first chunk of less than 30000 bytes.
     [[nodiscard]] RecordPlace locateDefinition(std::string_view name);
@@ -146,6 +154,11 @@ class ConversionStore {
                                         bool exact) const;
     [[nodiscard]] std::int64_t chunkForNewRecord() const;
     void forgetChunk(std::int64_t number);
+    void announce(const std::string& path, std::optional<std::int64_t> chunk = {}) const {
+        if (beforeChange) {
+            beforeChange(path, chunk);
+        }
+    }
 
     void fillDefaults(ProfileFile& chunk, const std::string& name, bool asTemplate) const;
     bool removeComment(UserInterface* parent, const std::string& path);

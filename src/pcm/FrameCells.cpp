@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <numeric>
 #include <tuple>
+#include <utility>
 
 namespace kavu {
 
@@ -42,6 +43,10 @@ void FrameCells::reset(int words) {
     nameIndex_.clear();
     liveNames_ = 0;
     lastStored_ = 0;
+}
+
+WordWatcher* FrameCells::watch(WordWatcher* watcher) {
+    return std::exchange(watcher_, watcher);
 }
 
 void FrameCells::setWordCount(int words) {
@@ -132,6 +137,7 @@ void FrameCells::resizeWord(int fwp, int count) {
     if (fwp < 0 || fwp >= wordCount()) {
         return;
     }
+    announce(fwp);
     auto& heads = words_[static_cast<std::size_t>(fwp)].heads;
     const auto wanted = static_cast<std::size_t>(std::clamp(count, 0, kMostIndex));
     for (std::size_t i = wanted; i < heads.size(); ++i) {
@@ -161,6 +167,9 @@ bool FrameCells::isMeasurement(CellRef at) const {
 }
 bool FrameCells::sameRecord(CellRef a, CellRef b) const {
     return cellOf(a).record == cellOf(b).record;
+}
+std::uint32_t FrameCells::recordNumber(CellRef at) const {
+    return at ? cellOf(at).record : 0;
 }
 
 std::uint32_t FrameCells::findName(std::string_view name) const {
@@ -235,6 +244,7 @@ void FrameCells::release(std::uint32_t record) {
 }
 
 void FrameCells::setContents(CellRef at, std::uint32_t record, std::uint8_t async) {
+    announce(at.word);
     auto& target = cellOf(at);
     auto& head = headOf(at);
     const auto old = target;
@@ -277,6 +287,7 @@ CellRef FrameCells::freeCell(CellRef head) {
             }
         }
     }
+    announce(head.word);
     const auto number = takeChained();
     if (number == 0) {
         return {};
@@ -331,6 +342,7 @@ void FrameCells::sortList(CellRef head) {
     if (sorted || cells.size() < 2) {
         return;
     }
+    announce(head.word);
     std::vector<std::uint32_t> records;
     records.reserve(cells.size());
     for (const auto& at : cells) {
@@ -498,6 +510,11 @@ void FrameCells::updateAll(std::string_view name, const std::function<void(Measu
     const auto number = findName(name);
     if (number == 0) {
         return;
+    }
+    if (watcher_ != nullptr) {
+        for (const auto& place : places(name)) {
+            announce(place.word);
+        }
     }
     for (auto i = names_[number].firstRecord; i != 0; i = records_[i].next) {
         auto& record = records_[i].measurement;

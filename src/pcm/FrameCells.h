@@ -18,6 +18,13 @@
 
 namespace kavu {
 
+/// Is told of a word before it, or a cell of it, changes.
+class WordWatcher {
+  public:
+    virtual ~WordWatcher() = default;
+    virtual void beforeChange(int fwp) = 0;
+};
+
 class FrameCells {
   public:
     /// No more cells are chained than this; a file that asks for more is no stream.
@@ -29,7 +36,17 @@ class FrameCells {
     FrameCells(const FrameCells&) = delete;
     FrameCells& operator=(const FrameCells&) = delete;
 
-    /// Frees everything; there are `words` words without cells then.
+    /// Sets the one watcher, which may be null, and gives the one before. Whoever takes the
+    /// place of another one passes on what it is told.
+    WordWatcher* watch(WordWatcher* watcher);
+    /// Tells the watcher that a word is about to change.
+    void announce(int fwp) {
+        if (watcher_ != nullptr) {
+            watcher_->beforeChange(fwp);
+        }
+    }
+
+    /// Frees everything; there are `words` words without cells then. No watcher is told.
     void reset(int words);
     /// Cells of words that stay are kept, those of words that go are freed.
     void setWordCount(int words);
@@ -52,6 +69,8 @@ class FrameCells {
     [[nodiscard]] bool isMeasurement(CellRef at) const;
     /// True if two cells share one record.
     [[nodiscard]] bool sameRecord(CellRef a, CellRef b) const;
+    /// The number of that record, which may be another's after any change of a cell.
+    [[nodiscard]] std::uint32_t recordNumber(CellRef at) const;
 
     /// Stores a measurement. The async number of the cell stays unless `asyncNumber` is
     /// above 0.
@@ -181,6 +200,7 @@ class FrameCells {
     void relocate(CellRef head, const std::vector<CellRef>& moved);
     [[nodiscard]] std::vector<Entry>::iterator entryOf(Name& name, CellRef at);
 
+    WordWatcher* watcher_ = nullptr;
     std::vector<Word> words_;
     std::vector<std::unique_ptr<Cell[]>> blocks_;
     std::uint32_t chainedEnd_ = 1;  ///< 0 is no cell

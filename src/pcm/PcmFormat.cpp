@@ -28,6 +28,7 @@ int PcmFormat::edition() const {
 
 void PcmFormat::clear() {
     static_cast<PcmAttributes&>(*this) = PcmAttributes{};
+    saveCount = 0;
     idCounters.clear();
     asyncFormats.clear();
     wordFrameDefinitions.clear();
@@ -62,12 +63,14 @@ void PcmFormat::setWordType(int fwp, WordType type) {
 
 void PcmFormat::setWordLength(int fwp, int length) {
     if (fwp >= 0 && fwp < static_cast<int>(words_.size())) {
+        cells_.announce(fwp);
         words_[static_cast<std::size_t>(fwp)].length = length;
     }
 }
 
 void PcmFormat::setWord(int fwp, WordType type, int idCounter, int subframe) {
     if (fwp >= 0 && fwp < static_cast<int>(words_.size())) {
+        cells_.announce(fwp);
         auto& word = words_[static_cast<std::size_t>(fwp)];
         word.type = type;
         word.idCounterIndex = idCounter;

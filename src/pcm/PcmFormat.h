@@ -82,6 +82,7 @@ struct PcmAttributes {
     int measurementListCount = 0;    ///< ML\N of the D group
     std::array<FixedText<32>, kMostMeasurementLists> measurementListNames;  ///< MLN
     FixedText<9> bitRate;                                                   ///< D2, as entered
+    [[nodiscard]] bool operator==(const PcmAttributes&) const = default;
 };
 
 class PcmFormat : public PcmAttributes {
@@ -100,6 +101,8 @@ class PcmFormat : public PcmAttributes {
     /// The same without the files.
     void clear();
 
+    /// How often the stream was written to its group files since it came into memory.
+    int saveCount = 0;
     std::vector<IdCounter> idCounters;
     std::vector<AsyncFormat> asyncFormats;                  ///< at most 18; record n is at n - 1
     std::vector<WordFrameDefinition> wordFrameDefinitions;  ///< entry n is at n - 1

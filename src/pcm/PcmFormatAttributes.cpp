@@ -104,6 +104,9 @@ bool PcmFormat::allocateWords(const Report& report, int words) {
     }
     words = std::max(words, 1);
     const int before = wordsPerMinorFrame;
+    for (int fwp = words; fwp < before; ++fwp) {
+        cells_.announce(fwp);
+    }
     const FrameWord plain{WordType::Minor, commonWordLength, -1, -1};
     words_.resize(static_cast<std::size_t>(words) + 1, plain);
     for (int fwp = before; fwp < words; ++fwp) {

@@ -1,22 +1,18 @@
 #include "pcm/StreamUndo.h"
 
 #include "core/FileIo.h"
+#include "core/FileReports.h"
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "groups/MeasurementNames.h"
 #include "pcm/PcmLoad.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kavu {
 
 namespace {
-
-std::string commentPath(const PcmFormat& format) {
-    return format.context().store.pathOf(kMeasurementComment);
-}
-std::string filterPath(const PcmFormat& format) {
-    return format.context().store.path(kSmfFormat, format.dGroup);
-}
 
 /// A file that is not there counts as empty.
 std::string contentsOf(const std::string& path) {
@@ -24,102 +20,338 @@ std::string contentsOf(const std::string& path) {
     return fileExists(path) && readWholeFile(path, bytes).ok() ? bytes : std::string();
 }
 
-bool putContents(const std::string& path, const std::string& bytes) {
-    return contentsOf(path) == bytes || replaceWorkingFile(path, bytes).ok();
+IoStatus putContents(const std::string& path, const std::string& contents) {
+    if (!contents.empty()) {
+        return replaceWorkingFile(path, contents);
+    }
+    return fileExists(path) ? deleteFile(path) : IoStatus();
+}
+
+/// The attributes that are no more than marks of edits, or tell where the stream lies.
+PcmAttributes withMarksOf(PcmAttributes attributes, const PcmAttributes& marks) {
+    attributes.changed = marks.changed;
+    attributes.formatEdited = marks.formatEdited;
+    attributes.pGroup = marks.pGroup;
+    attributes.dGroup = marks.dGroup;
+    return attributes;
+}
+
+std::size_t sizeOf(const WordFrameDefinition& definition) {
+    std::size_t bytes = sizeof(definition) + definition.idCounterName.size();
+    for (const auto& location : definition.locations) {
+        bytes += sizeof(location) + location.fragments.size() * sizeof(WordFrameFragment);
+    }
+    return bytes;
 }
 
 }  // namespace
 
-StreamUndo::StreamUndo(PcmFormat& format) : format_(format), now_(take()) {}
-
-StreamUndo::State StreamUndo::take() const {
-    State state;
-    state.records = {static_cast<const PcmAttributes&>(format_),
-                     format_.idCounters,
-                     format_.asyncFormats,
-                     format_.wordFrameDefinitions,
-                     contentsOf(commentPath(format_)),
-                     contentsOf(filterPath(format_))};
-    for (int fwp = 0; fwp < format_.wordsPerMinorFrame; ++fwp) {
-        state.words.push_back(takeWord(format_, fwp));
+std::size_t StreamUndo::Level::bytes() const {
+    std::size_t bytes = sizeof(*this) + words.bytes() + bytesOf(conversions) +
+                        attributes.comment.size() + attributes.nonStandardCode.size();
+    if (counters) {
+        for (const auto& counter : *counters) {
+            bytes += sizeof(counter) + counter.subframes.size() * sizeof(Subframe);
+        }
     }
-    return state;
+    if (asyncFormats) {
+        for (const auto& record : *asyncFormats) {
+            bytes += sizeof(record) + record.locations.size() * sizeof(AsyncLocation);
+        }
+    }
+    for (const auto& [entry, definition] : definitions) {
+        bytes += sizeOf(definition);
+    }
+    for (const auto& file : files) {
+        bytes += file ? file->size() : 0;
+    }
+    for (const auto& name : forgotten) {
+        bytes += sizeof(name) + name.size();
+    }
+    return bytes;
 }
 
-/// The attributes of the operations that are edits of the frame.
-bool StreamUndo::same(const Records& a, const Records& b) {
-    const auto& x = a.attributes;
-    const auto& y = b.attributes;
-    return a.counters == b.counters && a.asyncFormats == b.asyncFormats &&
-           a.definitions == b.definitions && x.wordsPerMinorFrame == y.wordsPerMinorFrame &&
-           x.numberOfFrames == y.numberOfFrames && x.commonWordLength == y.commonWordLength &&
-           x.bitsPerMinorFrame == y.bitsPerMinorFrame &&
-           x.implicitSubframes == y.implicitSubframes && x.syncPattern == y.syncPattern &&
-           x.bitRate == y.bitRate && x.comment == y.comment &&
-           a.sectionComment == b.sectionComment && a.filterList == b.filterList;
+StreamUndo::StreamUndo(PcmFormat& format, const Beside& beside, std::size_t mostBytes)
+    : format_(format), beside_(beside), mostBytes_(mostBytes) {
+    if (beside_.conversions != nullptr) {
+        journal_ = std::make_unique<ConversionJournal>(*beside_.conversions);
+    }
+    if (beside_.names != nullptr) {
+        forgottenCount_ = beside_.names->forgottenCount();
+    }
+    base_ = {format_,
+             format_.saveCount,
+             format_.idCounters,
+             format_.asyncFormats,
+             format_.wordFrameDefinitions,
+             readFiles()};
+    outer_ = format_.cells().watch(this);
 }
 
-bool StreamUndo::commit() {
-    auto next = take();
+StreamUndo::~StreamUndo() {
+    format_.cells().watch(outer_);
+}
+
+void StreamUndo::beforeChange(int fwp) {
+    if (outer_ != nullptr) {
+        outer_->beforeChange(fwp);
+    }
+    // A word that has come since the last level goes again with the count of words.
+    if (!exchanging_ && fwp >= 0 && fwp < base_.attributes.wordsPerMinorFrame) {
+        touched_.keep(format_, fwp);
+    }
+}
+
+std::string StreamUndo::filePath(std::size_t file) const {
+    const auto& store = format_.context().store;
+    return file == 0   ? store.pathOf(kMeasurementComment)
+           : file == 1 ? store.path(kSmfFormat, format_.dGroup)
+                       : store.path(kTagFormat, format_.dGroup);
+}
+
+StreamUndo::Files StreamUndo::readFiles() const {
+    Files files;
+    for (std::size_t i = 0; i < kFiles; ++i) {
+        files[i] = contentsOf(filePath(i));
+    }
+    return files;
+}
+
+// --- making a level -----------------------------------------------------------------------------
+
+bool StreamUndo::takeWords(Level& level) {
+    for (const int fwp : touched_.words()) {
+        if (fwp < format_.wordsPerMinorFrame && touched_.isSame(format_, fwp)) {
+            touched_.drop(fwp);
+        }
+    }
+    level.words = std::exchange(touched_, {});
+    level.words.close();
+    return !level.words.empty();
+}
+
+bool StreamUndo::takeDefinitions(Level& level) {
+    auto& old = base_.definitions;
+    const auto& now = format_.wordFrameDefinitions;
+    level.definitionCount = old.size();
+    bool differs = old.size() != now.size();
+    for (std::size_t i = 0; i < old.size(); ++i) {
+        if (i >= now.size() || !(old[i] == now[i])) {
+            level.definitions.emplace(i, std::move(old[i]));
+            differs = true;
+            if (i < now.size()) {
+                old[i] = now[i];
+            }
+        }
+    }
+    const auto kept = std::min(old.size(), now.size());
+    old.resize(kept);
+    old.insert(old.end(), now.begin() + static_cast<std::ptrdiff_t>(kept), now.end());
+    return differs;
+}
+
+bool StreamUndo::takeDifference(Level& level) {
+    level.attributes = base_.attributes;
+    level.saveCount = base_.saveCount;
+    bool differs = takeWords(level);
+    differs = takeDefinitions(level) || differs;
+    if (!(base_.counters == format_.idCounters)) {
+        level.counters = std::exchange(base_.counters, format_.idCounters);
+    }
+    if (!(base_.asyncFormats == format_.asyncFormats)) {
+        level.asyncFormats = std::exchange(base_.asyncFormats, format_.asyncFormats);
+    }
+    auto files = readFiles();
+    for (std::size_t i = 0; i < kFiles; ++i) {
+        if (files[i] != base_.files[i]) {
+            level.files[i] = std::exchange(base_.files[i], std::move(files[i]));
+            differs = true;
+        }
+    }
+    if (beside_.names != nullptr) {
+        level.forgotten = beside_.names->forgotten(forgottenCount_);
+        forgottenCount_ = beside_.names->forgottenCount();
+    }
+    differs = differs || level.counters || level.asyncFormats || !level.forgotten.empty() ||
+              !(base_.attributes == withMarksOf(format_, base_.attributes));
+    if (differs) {
+        base_.attributes = format_;
+        base_.saveCount = format_.saveCount;
+    }
+    return differs;
+}
+
+bool StreamUndo::commit(bool accepted) {
     Level level;
-    level.before = {now_.records, {}, static_cast<int>(now_.words.size())};
-    level.after = {next.records, {}, static_cast<int>(next.words.size())};
-    const auto most = std::max(now_.words.size(), next.words.size());
-    for (std::size_t i = 0; i < most; ++i) {
-        const bool wasThere = i < now_.words.size();
-        const bool isThere = i < next.words.size();
-        if (wasThere && isThere && now_.words[i] == next.words[i]) {
-            continue;
-        }
-        if (wasThere) {
-            level.before.words.emplace(static_cast<int>(i), std::move(now_.words[i]));
-        }
-        if (isThere) {
-            level.after.words.emplace(static_cast<int>(i), next.words[i]);
-        }
+    bool differs = takeDifference(level);
+    if (journal_ != nullptr) {
+        // A file that can not be read is not put back; the records themselves are as they are.
+        IoStatus status;
+        level.conversions = journal_->take(status);
+        differs = differs || (accepted && !level.conversions.empty());
     }
-    const bool changed = !level.before.words.empty() || !level.after.words.empty() ||
-                         !same(now_.records, next.records);
-    if (changed) {
-        now_ = std::move(next);
-        undo_.push_back(std::move(level));
-        redo_.clear();
+    if (differs) {
+        clear(redo_);
+        add(undo_, std::move(level));
     }
-    return changed;
+    return differs;
 }
 
-bool StreamUndo::restore(const Part& part) {
-    bool done = format_.allocateWords({}, part.wordCount);
-    static_cast<PcmAttributes&>(format_) = part.records.attributes;
-    format_.idCounters = part.records.counters;
-    format_.asyncFormats = part.records.asyncFormats;
-    format_.wordFrameDefinitions = part.records.definitions;
-    format_.subframesChanged();
-    for (const auto& [fwp, contents] : part.words) {
-        done = putWord(format_, fwp, contents) && done;
+void StreamUndo::add(Levels& levels, Level level) {
+    bytes_ += level.bytes();
+    levels.push_back(std::move(level));
+    // Those that are farthest from the stream as it is now go first, and never the new one.
+    const auto dropFrom = [&](Levels& some) {
+        if (some.size() <= (&some == &levels ? 1U : 0U)) {
+            return false;
+        }
+        bytes_ -= some.front().bytes();
+        some.pop_front();
+        return true;
+    };
+    while (bytes_ > mostBytes_ && (dropFrom(undo_) || dropFrom(redo_))) {
     }
-    done = putContents(commentPath(format_), part.records.sectionComment) && done;
-    done = putContents(filterPath(format_), part.records.filterList) && done;
-    now_ = take();
+}
+
+void StreamUndo::clear(Levels& levels) {
+    for (const auto& level : levels) {
+        bytes_ -= level.bytes();
+    }
+    levels.clear();
+}
+
+// --- going back and forth -----------------------------------------------------------------------
+
+bool StreamUndo::exchangeWords(Level& level) {
+    const int now = format_.wordsPerMinorFrame;
+    const int wanted = level.attributes.wordsPerMinorFrame;
+    WordArchive held;
+    for (const int fwp : level.words.words()) {
+        if (fwp < now) {
+            held.keep(format_, fwp);
+        }
+    }
+    for (int fwp = wanted; fwp < now; ++fwp) {
+        held.keep(format_, fwp);
+    }
+    held.close();
+    bool done = format_.allocateWords({}, wanted);
+    for (const int fwp : level.words.words()) {
+        done = level.words.put(format_, fwp) && done;
+    }
+    level.words = std::move(held);
     return done;
 }
 
-bool StreamUndo::undo() {
-    if (undo_.empty()) {
-        return false;
+void StreamUndo::exchangeDefinitions(Level& level) {
+    auto& now = format_.wordFrameDefinitions;
+    std::map<std::size_t, WordFrameDefinition> held;
+    const auto count = now.size();
+    for (std::size_t i = level.definitionCount; i < count; ++i) {
+        held.emplace(i, now[i]);
     }
-    redo_.push_back(std::move(undo_.back()));
-    undo_.pop_back();
-    return restore(redo_.back().before);
+    now.resize(level.definitionCount);
+    for (auto& [i, definition] : level.definitions) {
+        if (i < count) {
+            held.emplace(i, now[i]);
+        }
+        now[i] = std::move(definition);
+    }
+    level.definitions = std::move(held);
+    level.definitionCount = count;
 }
 
-bool StreamUndo::redo() {
-    if (redo_.empty()) {
+bool StreamUndo::exchangeFiles(Level& level, UserInterface* parent) {
+    bool done = true;
+    for (std::size_t i = 0; i < kFiles; ++i) {
+        if (!level.files[i]) {
+            continue;
+        }
+        auto held = contentsOf(filePath(i));
+        const auto status = putContents(filePath(i), *level.files[i]);
+        if (!status.ok()) {
+            reportUnableToWrite(parent, status);
+            done = false;
+            continue;
+        }
+        level.files[i] = std::move(held);
+    }
+    if (journal_ != nullptr && !level.conversions.empty()) {
+        IoStatus status;
+        level.conversions = journal_->exchange(level.conversions, status);
+        if (!status.ok()) {
+            reportUnableToWrite(parent, status);
+            done = false;
+        }
+    }
+    return done;
+}
+
+void StreamUndo::exchangeNames(Level& level, bool isUndo) {
+    if (beside_.names == nullptr || level.forgotten.empty()) {
+        return;
+    }
+    if (isUndo) {
+        beside_.names->recall(forgottenCount_ - level.forgotten.size());
+    } else {
+        for (const auto& name : level.forgotten) {
+            beside_.names->forget(name);
+        }
+    }
+    forgottenCount_ = beside_.names->forgottenCount();
+}
+
+bool StreamUndo::exchange(Level& level, UserInterface* parent) {
+    const PcmAttributes held = format_;
+    const int saved = std::exchange(level.saveCount, format_.saveCount);
+    exchanging_ = true;
+    bool done = exchangeWords(level);
+    auto wanted = level.attributes;
+    // Where the stream lies does not go back; one that was saved meanwhile differs from there.
+    wanted.pGroup = format_.pGroup;
+    wanted.dGroup = format_.dGroup;
+    wanted.changed = wanted.changed || saved != format_.saveCount;
+    static_cast<PcmAttributes&>(format_) = wanted;
+    level.attributes = held;
+    if (level.counters) {
+        std::swap(*level.counters, format_.idCounters);
+    }
+    if (level.asyncFormats) {
+        std::swap(*level.asyncFormats, format_.asyncFormats);
+    }
+    exchangeDefinitions(level);
+    format_.subframesChanged();
+    done = exchangeFiles(level, parent) && done;
+    exchanging_ = false;
+    Level ignored;
+    (void)takeDifference(ignored);
+    base_.attributes = format_;
+    base_.saveCount = format_.saveCount;
+    return done;
+}
+
+bool StreamUndo::go(Levels& from, Levels& to, UserInterface* parent) {
+    if (from.empty()) {
         return false;
     }
-    undo_.push_back(std::move(redo_.back()));
-    redo_.pop_back();
-    return restore(undo_.back().after);
+    auto level = std::move(from.back());
+    from.pop_back();
+    bytes_ -= level.bytes();
+    const bool isUndo = &from == &undo_;
+    exchangeNames(level, isUndo);
+    const bool done = exchange(level, parent);
+    add(to, std::move(level));
+    return done;
+}
+
+bool StreamUndo::undo(UserInterface* parent) {
+    commit();
+    return go(undo_, redo_, parent);
+}
+
+bool StreamUndo::redo(UserInterface* parent) {
+    commit();
+    return go(redo_, undo_, parent);
 }
 
 }  // namespace kavu
