@@ -17,42 +17,29 @@ namespace kavu {
 
 namespace {
 
-constexpr std::string_view head(std::string_view code) {
-    return code.substr(0, code.find("-%d"));
+/// The fields of the form, with codes that stand without numbers, in the order of the file.
+constexpr auto kMergeFields = [] {
+    std::array<Field, kMergeTexts.size() + kMergeValues.size()> fields{};
+    std::size_t count = 0;
+    const auto add = [&](const MergeField& row) {
+        fields[count] = row.field;
+        fields[count].code = codeHead(row.field.code);
+        fields[count++].list = {};  // of one record there is one
+    };
+    for (const auto& row : kMergeTexts) {
+        add(row);
+    }
+    for (const auto& row : kMergeValues) {
+        add(row);
+    }
+    return fields;
+}();
+
+template <typename Visit>
+void forEachMergeField(const Visit& visit) {
+    std::for_each(kMergeTexts.begin(), kMergeTexts.end(), visit);
+    std::for_each(kMergeValues.begin(), kMergeValues.end(), visit);
 }
-constexpr std::size_t kTextLimit = 64;
-
-constexpr auto kMergeFields = std::to_array<Field>({
-    {.code = head(merge_code::kMergeParity), .label = "Merge Parity:", .limit = kTextLimit},
-    {.code = head(merge_code::kOverheadMask), .label = "Overhead Mask:", .limit = kTextLimit},
-    {.code = head(merge_code::kFirstDataPosition),
-     .label = "First Data Position:",
-     .limit = kTextLimit},
-    {.code = head(merge_code::kDataOrder), .label = "Data Order:", .limit = kTextLimit},
-    {.code = head(merge_code::kSecondDataPosition),
-     .label = "Second Data Position:",
-     .limit = kTextLimit},
-    {.code = head(merge_code::kUserDataPosition),
-     .label = "User Data Position:",
-     .limit = kTextLimit},
-    {.code = head(merge_code::kAdm5), .label = "ADM5:", .limit = 5, .kind = FieldKind::Digits},
-    {.code = head(merge_code::kAdm6), .label = "ADM6:", .limit = 5, .kind = FieldKind::Digits},
-    {.code = head(merge_code::kAdm7), .label = "ADM7:", .limit = kTextLimit},
-});
-
-struct MergeText {
-    std::string_view code;
-    std::string AsyncFormat::*text;
-};
-constexpr auto kMergeTexts = std::to_array<MergeText>({
-    {head(merge_code::kMergeParity), &AsyncFormat::mergeParity},
-    {head(merge_code::kOverheadMask), &AsyncFormat::overheadMask},
-    {head(merge_code::kFirstDataPosition), &AsyncFormat::firstDataPosition},
-    {head(merge_code::kDataOrder), &AsyncFormat::dataOrder},
-    {head(merge_code::kSecondDataPosition), &AsyncFormat::secondDataPosition},
-    {head(merge_code::kUserDataPosition), &AsyncFormat::userDataPosition},
-    {head(merge_code::kAdm7), &AsyncFormat::adm7},
-});
 
 std::string valueOf(const FieldValues& values, std::string_view code) {
     const auto it = values.find(code);
@@ -119,33 +106,30 @@ std::span<const Field> dataMergeFields() {
 
 FieldValues dataMergeValues(const AsyncFormat& contents) {
     FieldValues values;
-    for (const auto& row : kMergeTexts) {
-        if (!(contents.*row.text).empty()) {
-            values[std::string(row.code)] = contents.*row.text;
+    forEachMergeField([&](const MergeField& row) {
+        auto value =
+            row.number != nullptr ? std::to_string(contents.*row.number) : contents.*row.text;
+        if (!value.empty()) {
+            values[std::string(codeHead(row.field.code))] = std::move(value);
         }
-    }
-    values[std::string(head(merge_code::kAdm5))] = std::to_string(contents.adm5);
-    values[std::string(head(merge_code::kAdm6))] = std::to_string(contents.adm6);
+    });
     return values;
 }
 
 void setDataMergeValues(AsyncFormat& contents, const FieldValues& values) {
-    for (const auto& row : kMergeTexts) {
-        contents.*row.text = valueOf(values, row.code);
-    }
     const AsyncFormat fresh;
-    const auto adm5 = valueOf(values, head(merge_code::kAdm5));
-    const auto adm6 = valueOf(values, head(merge_code::kAdm6));
-    contents.adm5 = adm5.empty() ? fresh.adm5 : leadingInt(adm5);
-    contents.adm6 = adm6.empty() ? fresh.adm6 : leadingInt(adm6);
-    if (contents.adm7.empty()) {
-        contents.adm7 = fresh.adm7;
-    }
+    forEachMergeField([&](const MergeField& row) {
+        const auto value = valueOf(values, codeHead(row.field.code));
+        if (row.number != nullptr) {
+            contents.*row.number = value.empty() ? fresh.*row.number : leadingInt(value);
+        } else {
+            contents.*row.text = value.empty() ? fresh.*row.text : value;
+        }
+    });
 }
 
 bool hasAsyncFrames(const PcmFormat& format) {
-    constexpr int kFirstEdition = 2011;
-    return format.edition() >= kFirstEdition;
+    return isKnownIn(format.edition(), kAsyncEmbeddedCodes.ranges);
 }
 
 bool checkFrameRange(const PcmFormat& format, UserInterface* parent, const FrameRange& range) {

@@ -35,24 +35,29 @@ class AsyncReader {
   private:
     AsyncFormat& record() { return format_.asyncFormats[static_cast<std::size_t>(record_ - 1)]; }
     std::string name() { return record().dataLinkName.str(); }
-    std::string code(std::string_view format) const { return PcmLoad::code(format, n_); }
+    std::string code(const Field& field) const { return numberedCode(field.code, {n_}); }
+    std::string code(const Field& field, int k) const { return numberedCode(field.code, {n_, k}); }
+    static int limitOf(const Field& field) { return static_cast<int>(field.limit); }
+    std::optional<std::string_view> text(const Field& field) {
+        return load_.text(code(field), limitOf(field));
+    }
 
     bool readRecord() {
         readName();
         if (codes_.isDataMerge) {
-            readMergeTexts();
+            readMerge(kMergeTexts);
         }
         if (!readKind() || !readLocations()) {
             return false;
         }
         if (codes_.isDataMerge) {
-            readMergeNumbers();
+            readMerge(kMergeValues);
         }
         return true;
     }
 
     void readName() {
-        if (const auto link = load_.text(codes_.name, 32, n_)) {
+        if (const auto link = text(codes_.name)) {
             record().dataLinkName = *link;
             return;
         }
@@ -60,33 +65,28 @@ class AsyncReader {
         load_.log(191, kTitleFormat, codes_.streamWord, load_.prefix, code(codes_.name));
     }
 
-    std::string mergeText(std::string_view format) {
-        return std::string(load_.text(format, 0, n_).value_or(""));
-    }
-    void readMergeTexts() {
-        record().mergeParity = mergeText(merge_code::kMergeParity);
-        record().overheadMask = mergeText(merge_code::kOverheadMask);
-        record().firstDataPosition = mergeText(merge_code::kFirstDataPosition);
-        record().dataOrder = mergeText(merge_code::kDataOrder);
-        record().secondDataPosition = mergeText(merge_code::kSecondDataPosition);
-        record().userDataPosition = mergeText(merge_code::kUserDataPosition);
-    }
-    void readMergeNumbers() {
-        record().adm5 = load_.number(merge_code::kAdm5, n_).value_or(0);
-        record().adm6 = load_.number(merge_code::kAdm6, n_).value_or(1);
-        const auto text = mergeText(merge_code::kAdm7);
-        record().adm7 = text.empty() ? "NO" : text;
+    void readMerge(std::span<const MergeField> fields) {
+        const AsyncFormat fresh;
+        for (const auto& row : fields) {
+            if (row.number != nullptr) {
+                record().*row.number = load_.number(code(row.field)).value_or(fresh.*row.number);
+                continue;
+            }
+            // Kept whole: the limit is that of the form.
+            const auto value = load_.text(code(row.field), 0).value_or("");
+            record().*row.text = value.empty() ? fresh.*row.text : std::string(value);
+        }
     }
 
     bool readKind() {
-        count_ = std::max(0, leadingInt(load_.text(codes_.supercom, 3, n_).value_or("NO")));
+        count_ = std::max(0, leadingInt(text(codes_.supercom).value_or("NO")));
         record().supercom = count_ == 0 ? std::string(kNotSupercommutated) : std::to_string(count_);
         record().locationMode = kNoLocationMode;
         if (count_ == 0) {
             count_ = 1;
             return true;
         }
-        const auto mode = load_.text(codes_.mode, 2, n_).value_or(kNoLocationMode);
+        const auto mode = text(codes_.mode).value_or(kNoLocationMode);
         if (equalsIgnoreCase(mode, kNoLocationMode)) {
             load_.log(192, kTitleFormat, codes_.lowerWord, n_, name(), load_.prefix,
                       code(codes_.mode));
@@ -103,10 +103,10 @@ class AsyncReader {
 
     /// The word of a location from its command; nothing with message 194.
     std::optional<int> readWord(int k) {
-        const auto word = load_.number(codes_.location, n_, k);
+        const auto word = load_.number(code(codes_.location, k));
         if (!word && !load_.logIsFull()) {
-            load_.log(194, kTitleFormat, load_.prefix, PcmLoad::code(codes_.location, n_, k),
-                      codes_.word, n_, name());
+            load_.log(194, kTitleFormat, load_.prefix, code(codes_.location, k), codes_.word, n_,
+                      name());
         }
         return word;
     }
@@ -118,7 +118,7 @@ class AsyncReader {
         }
         const bool stepped = record().locationMode == kFirstAndInterval;
         if (stepped) {
-            const auto interval = load_.number(codes_.interval, n_);
+            const auto interval = load_.number(code(codes_.interval));
             if (!interval) {
                 load_.log(193, kTitleFormat, codes_.word, n_, name(), load_.prefix,
                           code(codes_.interval));
@@ -199,14 +199,13 @@ class AsyncReader {
 
     FixedText<64> readMask(int fwp, int k) {
         const int most = format_.wordLength(fwp);
-        int length = load_.number(codes_.length, n_, k).value_or(most);
+        int length = load_.number(code(codes_.length, k)).value_or(most);
         if (length < 1 || length > most) {
-            load_.log(207, kTitleFormat, load_.prefix, PcmLoad::code(codes_.length, n_, k), length,
-                      most);
+            load_.log(207, kTitleFormat, load_.prefix, code(codes_.length, k), length, most);
             load_.corrected();
             length = most;
         }
-        const auto mask = load_.text(codes_.mask, 64, n_, k);
+        const auto mask = load_.text(code(codes_.mask, k), limitOf(codes_.mask));
         if (mask && mask->find_first_not_of("01") == std::string_view::npos) {
             return *mask;
         }
@@ -218,8 +217,9 @@ class AsyncReader {
 
     std::vector<FrameRange> readRanges(int k) {
         const FrameRange all{1, 1, format_.numberOfFrames};
-        const auto text =
-            load_.edition() >= 2011 ? load_.text(codes_.ranges, 0, n_, k) : std::nullopt;
+        const auto text = isKnownIn(load_.edition(), codes_.ranges)
+                              ? load_.text(code(codes_.ranges, k), 0)
+                              : std::nullopt;
         int count = text ? leadingInt(*text) : 0;
         if (count > format_.numberOfFrames) {
             count = format_.numberOfFrames;
@@ -232,9 +232,9 @@ class AsyncReader {
         return ranges.empty() ? std::vector{all} : ranges;
     }
 
-    std::optional<int> signedNumber(std::string_view format, int k, int j) {
-        const auto text = load_.text(format, 0, n_, k, j);
-        return text ? std::optional(leadingInt(*text)) : std::nullopt;
+    std::optional<int> signedNumber(const Field& field, int k, int j) {
+        const auto value = load_.text(numberedCode(field.code, {n_, k, j}), 0);
+        return value ? std::optional(leadingInt(*value)) : std::nullopt;
     }
 
     FrameRange readRange(int k, int j, const FrameRange& all) {
@@ -263,10 +263,10 @@ class AsyncReader {
         return range;
     }
 
-    void replaced(std::string_view format, int k, int j, std::string_view reason, int& value,
+    void replaced(const Field& field, int k, int j, std::string_view reason, int& value,
                   int replacement) {
-        load_.log(214, kTitleValue, name(), reason, load_.prefix, PcmLoad::code(format, n_, k, j),
-                  value, replacement);
+        load_.log(214, kTitleValue, name(), reason, load_.prefix,
+                  numberedCode(field.code, {n_, k, j}), value, replacement);
         load_.corrected();
         value = replacement;
     }
@@ -298,7 +298,7 @@ bool readRecords(PcmLoad& load, const AsyncCodes& codes, int count) {
 }  // namespace
 
 bool readAsyncEmbedded(PcmLoad& load) {
-    const int count = load.number(kAsyncEmbeddedCodes.count).value_or(0);
+    const int count = load.number(kAsyncEmbeddedCodes.count.code).value_or(0);
     if (count > kMostAsyncFormats) {
         load.log(187, title::kError, kMostAsyncFormats);
         return true;
@@ -307,7 +307,7 @@ bool readAsyncEmbedded(PcmLoad& load) {
 }
 
 bool readDataMerge(PcmLoad& load) {
-    const int count = load.number(kDataMergeCodes.count).value_or(0);
+    const int count = load.number(kDataMergeCodes.count.code).value_or(0);
     if (count == 0) {
         return true;
     }

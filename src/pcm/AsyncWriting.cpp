@@ -26,7 +26,7 @@ class AsyncWriter {
         for (const auto& record : format_.asyncFormats) {
             count += record.isDataMerge == codes_.isDataMerge ? 1 : 0;
         }
-        number(codes_.count, count);
+        number(codes_.count, count, {});
         if (count == 0) {
             return;
         }
@@ -40,13 +40,11 @@ class AsyncWriter {
     }
 
   private:
-    template <typename... Args>
-    void text(std::string_view code, std::string_view value, const Args&... args) {
-        writeCommand(writer_, prefix_, formatPrintf(code, args...), value);
+    void text(const Field& field, std::string_view value, std::initializer_list<int> numbers) {
+        writeCommand(writer_, prefix_, numberedCode(field.code, numbers), value);
     }
-    template <typename... Args>
-    void number(std::string_view code, int value, const Args&... args) {
-        writeIntCommand(writer_, prefix_, formatPrintf(code, args...), value);
+    void number(const Field& field, int value, std::initializer_list<int> numbers) {
+        writeIntCommand(writer_, prefix_, numberedCode(field.code, numbers), value);
     }
     template <typename... Args>
     void complain(int id, const Args&... args) {
@@ -54,13 +52,13 @@ class AsyncWriter {
     }
 
     void writeRecord(const AsyncFormat& record, const std::vector<AsyncPlace>& places) {
-        text(codes_.name, record.dataLinkName, n_);
+        text(codes_.name, record.dataLinkName, {n_});
         if (codes_.isDataMerge) {
-            writeMergeTexts(record);
+            writeMergeFields(record, kMergeTexts);
         }
-        text(codes_.supercom, record.supercom, n_);
+        text(codes_.supercom, record.supercom, {n_});
         if (!(record.supercom == kNotSupercommutated)) {
-            text(codes_.mode, record.locationMode, n_);
+            text(codes_.mode, record.locationMode, {n_});
         }
         const auto located = locate(record, places);
         if (codes_.isDataMerge) {
@@ -118,14 +116,14 @@ class AsyncWriter {
     void writeEmbedded(const AsyncFormat& record, const std::vector<Located>& located) {
         for (const auto& [k, place] : located) {
             if (k == 1 || record.locationMode == kEveryLocation) {
-                number(codes_.location, place->fwp, n_, k);
+                number(codes_.location, place->fwp, {n_, k});
             }
             if (k == 1) {
                 writeInterval(record);
             }
             const auto mask = embeddedMask(*place);
-            number(codes_.length, static_cast<int>(mask.size()), n_, k);
-            text(codes_.mask, mask, n_, k);
+            number(codes_.length, static_cast<int>(mask.size()), {n_, k});
+            text(codes_.mask, mask, {n_, k});
             writeRanges(*place, k);
         }
     }
@@ -142,49 +140,48 @@ class AsyncWriter {
     void writeMerge(const AsyncFormat& record, const std::vector<Located>& located) {
         for (const auto& [k, place] : located) {
             if (k == 1 || record.locationMode == kEveryLocation) {
-                number(codes_.location, place->fwp, n_, k);
+                number(codes_.location, place->fwp, {n_, k});
             }
         }
         writeInterval(record);
-        number(merge_code::kAdm5, record.adm5, n_);
-        number(merge_code::kAdm6, record.adm6, n_);
-        text(merge_code::kAdm7, record.adm7, n_);
+        writeMergeFields(record, kMergeValues);
         for (const auto& [k, place] : located) {
             writeRanges(*place, k);
         }
     }
 
-    void writeMergeTexts(const AsyncFormat& record) {
-        text(merge_code::kMergeParity, record.mergeParity, n_);
-        text(merge_code::kOverheadMask, record.overheadMask, n_);
-        text(merge_code::kFirstDataPosition, record.firstDataPosition, n_);
-        text(merge_code::kDataOrder, record.dataOrder, n_);
-        text(merge_code::kSecondDataPosition, record.secondDataPosition, n_);
-        text(merge_code::kUserDataPosition, record.userDataPosition, n_);
+    void writeMergeFields(const AsyncFormat& record, std::span<const MergeField> fields) {
+        for (const auto& row : fields) {
+            if (row.number != nullptr) {
+                number(row.field, record.*row.number, {n_});
+            } else {
+                text(row.field, record.*row.text, {n_});
+            }
+        }
     }
 
     void writeInterval(const AsyncFormat& record) {
         if (record.locationMode == kFirstAndInterval) {
-            number(codes_.interval, record.interval, n_);
+            number(codes_.interval, record.interval, {n_});
         }
     }
 
     void writeRanges(const AsyncPlace& place, int k) {
-        if (format_.edition() < 2011) {
+        if (!isKnownIn(format_.edition(), codes_.ranges)) {
             return;
         }
         const FrameRange all{1, 1, format_.numberOfFrames};
         if (place.frames.empty() || place.frames == std::vector{all}) {
-            text(codes_.ranges, "NO", n_, k);
+            text(codes_.ranges, "NO", {n_, k});
             return;
         }
-        number(codes_.ranges, static_cast<int>(place.frames.size()), n_, k);
+        number(codes_.ranges, static_cast<int>(place.frames.size()), {n_, k});
         int j = 0;
         for (const auto& range : place.frames) {
             ++j;
-            number(codes_.start, range.start, n_, k, j);
-            number(codes_.frameStep, range.interval, n_, k, j);
-            number(codes_.end, range.end, n_, k, j);
+            number(codes_.start, range.start, {n_, k, j});
+            number(codes_.frameStep, range.interval, {n_, k, j});
+            number(codes_.end, range.end, {n_, k, j});
         }
     }
 

@@ -2,53 +2,49 @@
 
 #include "core/Printf.h"
 #include "core/Text.h"
-#include "pcm/PcmFormatFields.h"
-#include "pcm/SubframeCodes.h"
 #include "pcm/SubframeEdit.h"
+#include "pcm/SubframeFields.h"
 
+#include <algorithm>
 #include <array>
-#include <functional>
 
 namespace kavu {
 
 namespace {
 
-struct CounterText {
-    std::string_view code;  ///< as it is printed
-    std::string_view (*text)(const IdCounter&);
-    void (*setText)(IdCounter&, std::string_view);
-};
-
-template <auto Member>
-constexpr CounterText textOf(std::string_view code) {
-    return {code, [](const IdCounter& counter) { return (counter.*Member).view(); },
-            [](IdCounter& counter, std::string_view text) { counter.*Member = text; }};
+constexpr bool isShown(const CounterField& row) {
+    return !row.field.label.empty();
 }
-
-constexpr auto kTexts = std::to_array<CounterText>({
-    textOf<&IdCounter::name>(subframe_code::kCounterName),
-    textOf<&IdCounter::type>(subframe_code::kCounterType),
-    textOf<&IdCounter::wordLength>(subframe_code::kWordLength),
-    textOf<&IdCounter::msbStartBit>(subframe_code::kMsbStartBit),
-    textOf<&IdCounter::counterLength>(subframe_code::kCounterLength),
-    textOf<&IdCounter::transferOrder>(subframe_code::kTransferOrder),
-    textOf<&IdCounter::initialValue>(subframe_code::kInitialValue),
-    textOf<&IdCounter::startFrame>(subframe_code::kStartFrame),
-    textOf<&IdCounter::endValue>(subframe_code::kEndValue),
-    textOf<&IdCounter::endFrame>(subframe_code::kEndFrame),
-    textOf<&IdCounter::countDirection>(subframe_code::kCountDirection),
-});
-
-const CounterText* findText(std::string_view code) {
-    for (const auto& row : kTexts) {
-        if (row.code.substr(0, row.code.find("-%d")) == code) {
-            return &row;
+constexpr auto kShown = [] {
+    std::array<Field, std::count_if(kCounterFields.begin(), kCounterFields.end(), isShown)> shown{};
+    std::size_t count = 0;
+    for (const auto& row : kCounterFields) {
+        if (isShown(row)) {
+            shown[count] = row.field;
+            shown[count].code = codeHead(row.field.code);
+            shown[count++].list = {};  // of one counter there is one
         }
     }
-    return nullptr;
+    return shown;
+}();
+
+const CounterField* findText(std::string_view code) {
+    const auto* const row = std::find_if(
+        kCounterFields.begin(), kCounterFields.end(),
+        [code](const CounterField& each) { return codeHead(each.field.code) == code; });
+    return row == kCounterFields.end() || row->text == nullptr ? nullptr : row;
+}
+
+/// Both are rows of the one table.
+bool isField(const CounterField& row, const CounterField& field) {
+    return row.field.code == field.field.code;
 }
 
 }  // namespace
+
+std::span<const Field> idCounterFields() {
+    return kShown;
+}
 
 std::string idCounterValue(const IdCounter& counter, std::string_view code) {
     const auto* const row = findText(code);
@@ -72,17 +68,18 @@ bool editIdCounterField(PcmFormat& format, UserInterface* parent, IdCounter& cou
         return false;
     }
     const int number = leadingInt(value);
-    if (row->code == subframe_code::kMsbStartBit) {
+    if (isField(*row, counter_field::kMsbStartBit)) {
         return setMsbStartBit(format, parent, counter, number);
     }
-    if (row->code == subframe_code::kStartFrame) {
+    if (isField(*row, counter_field::kStartFrame)) {
         return setStartFrame(format, parent, counter, number);
     }
-    if (row->code == subframe_code::kEndFrame) {
+    if (isField(*row, counter_field::kEndFrame)) {
         return setEndFrame(format, parent, counter, number);
     }
     row->setText(counter, value);
-    if (row->code == subframe_code::kInitialValue || row->code == subframe_code::kCountDirection) {
+    if (isField(*row, counter_field::kInitialValue) ||
+        isField(*row, counter_field::kCountDirection)) {
         updateEndValue(counter);
     }
     return true;

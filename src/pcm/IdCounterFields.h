@@ -2,8 +2,10 @@
 #pragma once
 
 #include "core/FieldRules.h"
+#include "core/Vocabulary.h"
 #include "pcm/Subframe.h"
 
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -12,6 +14,8 @@ namespace kavu {
 class PcmFormat;
 class UserInterface;
 
+/// The fields that the form shows, with codes that stand without numbers.
+[[nodiscard]] std::span<const Field> idCounterFields();
 [[nodiscard]] std::string idCounterValue(const IdCounter& counter, std::string_view code);
 [[nodiscard]] FieldValues idCounterValues(const IdCounter& counter);
 /// Takes a value that a person has entered; what moves the end value computes it anew. False

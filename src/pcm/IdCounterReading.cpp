@@ -1,7 +1,7 @@
 #include "core/Text.h"
 #include "pcm/PcmLoad.h"
-#include "pcm/SubframeCodes.h"
 #include "pcm/SubframeEdit.h"
+#include "pcm/SubframeFields.h"
 #include "pcm/SubframeNumbers.h"
 #include "pcm/SubframeReading.h"
 
@@ -39,20 +39,24 @@ class CounterReader {
     }
 
   private:
-    std::string code(std::string_view format) const { return PcmLoad::code(format, number_); }
-    std::optional<std::string_view> text(std::string_view format, int limit) {
-        return load_.text(format, limit, number_);
+    std::string code(const CounterField& row) const {
+        return numberedCode(row.field.code, {number_});
+    }
+    std::optional<std::string_view> text(const CounterField& row) {
+        return load_.text(code(row), static_cast<int>(row.field.limit));
+    }
+    void take(const CounterField& row, std::string_view missing) {
+        row.setText(counter_, text(row).value_or(missing));
     }
 
     bool readName() {
-        const auto found = text(subframe_code::kCounterName, 32);
+        const auto found = text(counter_field::kName);
         const auto name = found ? std::string(*found) : generateIdCounterName(format_);
         if (!found) {
-            load_.log(202, title::kNote, load_.prefix, code(subframe_code::kCounterName), number_,
-                      name);
+            load_.log(202, title::kNote, load_.prefix, code(counter_field::kName), number_, name);
         }
         if (idCounterNameExists(format_, name)) {
-            load_.log(204, kTitleFormat, name, load_.prefix, code(subframe_code::kCounterName));
+            load_.log(204, kTitleFormat, name, load_.prefix, code(counter_field::kName));
             return false;
         }
         counter_.name = name;
@@ -60,17 +64,17 @@ class CounterReader {
     }
 
     void readType() {
-        if (const auto type = text(subframe_code::kCounterType, 2)) {
+        if (const auto type = text(counter_field::kType)) {
             counter_.type = *type;
             return;
         }
-        load_.log(200, kTitleFormat, load_.prefix, code(subframe_code::kCounterType));
+        load_.log(200, kTitleFormat, load_.prefix, code(counter_field::kType));
         counter_.type = "ID";
         load_.corrected();
     }
 
     bool readWord() {
-        const auto word = load_.number(subframe_code::kCounterWord, number_);
+        const auto word = load_.number(code(counter_field::kWord));
         if (!word) {
             return true;
         }
@@ -86,49 +90,49 @@ class CounterReader {
     }
 
     void readLengths() {
-        counter_.wordLength = text(subframe_code::kWordLength, 2).value_or("");
+        take(counter_field::kWordLength, "");
         counter_.msbStartBit = "1";
-        if (const auto bit = text(subframe_code::kMsbStartBit, 2)) {
+        if (const auto bit = text(counter_field::kMsbStartBit)) {
             if (leadingInt(*bit) < 1) {
                 load_.log(210, kTitleValue, counter_.name.view(), load_.prefix,
-                          code(subframe_code::kMsbStartBit), *bit);
+                          code(counter_field::kMsbStartBit), *bit);
                 load_.corrected();
             } else {
                 counter_.msbStartBit = *bit;
             }
         }
-        if (const auto length = text(subframe_code::kCounterLength, 2)) {
+        if (const auto length = text(counter_field::kCounterLength)) {
             counter_.counterLength = *length;
         } else if (!counter_.wordLength.empty()) {
             counter_.counterLength = counter_.wordLength;
-            load_.log(199, kTitleFormat, load_.prefix, code(subframe_code::kCounterLength),
+            load_.log(199, kTitleFormat, load_.prefix, code(counter_field::kCounterLength),
                       counter_.counterLength.view());
         }
-        counter_.transferOrder = text(subframe_code::kTransferOrder, 1).value_or("");
-        counter_.initialValue = text(subframe_code::kInitialValue, 3).value_or("1");
+        take(counter_field::kTransferOrder, "");
+        take(counter_field::kInitialValue, "1");
     }
 
     /// A frame number of the file, or `fallback` in place of one that is not in the range.
-    FixedText<3> readFrame(std::string_view format, std::string_view which, int least,
-                           int fallback) {
-        const auto found = text(format, 3);
+    void readFrame(const CounterField& row, std::string_view which, int least, int fallback) {
+        const auto found = text(row);
         const int most = format_.numberOfFrames;
         if (found && leadingInt(*found) >= least && leadingInt(*found) <= most) {
-            return *found;
+            row.setText(counter_, *found);
+            return;
         }
-        load_.log(201, kTitleValue, counter_.name.view(), which, load_.prefix, code(format),
+        load_.log(201, kTitleValue, counter_.name.view(), which, load_.prefix, code(row),
                   found.value_or("<none>"), least, most, fallback);
         load_.corrected();
-        return std::to_string(fallback);
+        row.setText(counter_, std::to_string(fallback));
     }
 
     void readFrames() {
-        counter_.startFrame = readFrame(subframe_code::kStartFrame, "starting", 1, 1);
-        endValueFound_ = text(subframe_code::kEndValue, 3);
+        readFrame(counter_field::kStartFrame, "starting", 1, 1);
+        endValueFound_ = text(counter_field::kEndValue);
         counter_.endValue = endValueFound_.value_or("");
-        counter_.endFrame = readFrame(subframe_code::kEndFrame, "ending",
-                                      counter_.startFrame.number(), format_.numberOfFrames);
-        counter_.countDirection = text(subframe_code::kCountDirection, 3).value_or("INC");
+        readFrame(counter_field::kEndFrame, "ending", counter_.startFrame.number(),
+                  format_.numberOfFrames);
+        take(counter_field::kCountDirection, "INC");
     }
 
     void checkEndValue() {
@@ -139,7 +143,7 @@ class CounterReader {
             return;
         }
         const int value = std::max(1, expected);
-        load_.log(209, kTitleFormat, load_.prefix, code(subframe_code::kEndValue),
+        load_.log(209, kTitleFormat, load_.prefix, code(counter_field::kEndValue),
                   counter_.name.view(), endValueFound_.value_or("<none>"), value);
         counter_.endValue = std::to_string(value);
         load_.corrected();
@@ -163,12 +167,9 @@ class CounterNumbers {
             }
             code.remove_prefix(load.prefix.size());
             const auto hyphen = code.find('-');
-            if (hyphen == std::string_view::npos ||
-                !(startsWithIgnoreCase(code, subframe_code::kCounterHead) ||
-                  startsWithIgnoreCase(code, subframe_code::kCounterFields))) {
-                return;
+            if (hyphen != std::string_view::npos && isOfCounter(code.substr(0, hyphen))) {
+                numbers_.insert(leadingInt(code.substr(hyphen + 1)));
             }
-            numbers_.insert(leadingInt(code.substr(hyphen + 1)));
         });
     }
     /// A deleted counter leaves a gap in the numbers, while their count is that of the
@@ -178,12 +179,17 @@ class CounterNumbers {
     }
 
   private:
+    static bool isOfCounter(std::string_view head) {
+        return std::any_of(kCounterFields.begin(), kCounterFields.end(), [head](const auto& row) {
+            return equalsIgnoreCase(codeHead(row.field.code), head);
+        });
+    }
     std::set<int> numbers_;
 };
 
 /// The number of counters that the file tells, at most as many as there can be.
 int readCounterCount(PcmLoad& load) {
-    const int count = load.number(subframe_code::kCounterCount).value_or(0);
+    const int count = load.number(counter_field::kCount.field.code).value_or(0);
     if (count <= kMostIdCounters) {
         return count;
     }

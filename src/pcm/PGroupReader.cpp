@@ -8,6 +8,7 @@
 #include "pcm/PGroupSideFiles.h"
 #include "pcm/PcmFormatFields.h"
 #include "pcm/PcmLoad.h"
+#include "pcm/SubframeFields.h"
 #include "pcm/SubframeReading.h"
 
 #include <initializer_list>
@@ -170,9 +171,10 @@ void checkBits(PcmLoad& load) {
 }
 
 bool hasSubframeCounts(PcmLoad& load) {
-    const int counters = std::min(load.number("ISF\\N").value_or(0), kMostIdCounters);
+    const int counters =
+        std::min(load.number(counter_field::kCount.field.code).value_or(0), kMostIdCounters);
     for (int n = 1; n <= counters; ++n) {
-        if (load.number("SF\\N-%d", n).value_or(0) > 0) {
+        if (load.number(numberedCode(subframe_field::kCount.field.code, {n})).value_or(0) > 0) {
             return true;
         }
     }

@@ -1,7 +1,6 @@
 #include "pcm/PcmFormatFields.h"
 
 #include "pcm/PcmFormat.h"
-#include "pcm/SubframeCodes.h"
 
 #include <algorithm>
 #include <array>
@@ -75,20 +74,6 @@ constexpr auto kFilterTypes = std::to_array<Choice>({
     {"IN", "INclusive Filtering", "Inclusive Filtering"},
     {"EX", "EXclusive Filtering", "Exclusive Filtering"},
 });
-constexpr auto kCounterTypes = std::to_array<Choice>({
-    {"ID", "ID Counter", "ID Counter"},
-    {"OT", "OTher", "Other"},
-});
-constexpr auto kTransferOrders = std::to_array<Choice>({
-    {"M", "MSB", "MSB First"},
-    {"L", "LSB", "LSB First"},
-    {"D", "Default", "Default", 2009},
-});
-constexpr auto kCountDirections = std::to_array<Choice>({
-    {"INC", "INCrease", "Increasing"},
-    {"DEC", "DECrease", "Decreasing"},
-});
-
 constexpr std::size_t kMostDisagrees = 99;
 /// "0" to "99"; two digits are one text.
 constexpr std::string_view kNumbers =
@@ -296,6 +281,11 @@ constexpr auto kPageOrders = std::to_array<PageOrder>({
     {kSyncPattern, {"MF4", "MF5", "MF3", "", "", "", "", "", ""}},
 });
 
+constexpr auto kWordLengths = std::to_array<Field>({
+    {.code = "MFW1-n", .label = "Frame Word Position", .kind = FieldKind::Digits},
+    {.code = "MFW2-n", .label = "Word Length", .kind = FieldKind::Digits, .unit = "bits"},
+});
+
 constexpr std::size_t kMostSwitchRows = 9999;
 constexpr std::string_view kPatternTitle = "FFI Pattern";
 constexpr auto kFormatSwitch = std::to_array<Field>({
@@ -373,71 +363,6 @@ constexpr auto kFrameFilters = std::to_array<Field>({
      .list = "MFF\\N"},
 });
 
-/// A code as it is printed, without its indices.
-constexpr std::string_view head(std::string_view code) {
-    return code.substr(0, code.find("-%d"));
-}
-constexpr std::string_view kNewValue = "Enter New Value";
-
-constexpr auto kIdCounters = std::to_array<Field>({
-    {.code = head(subframe_code::kCounterName), .label = "Name:", .limit = 32},
-    {.code = head(subframe_code::kCounterType),
-     .label = "Sync Type:",
-     .limit = 2,
-     .kind = kChoice,
-     .choices = kCounterTypes},
-    {.code = head(subframe_code::kWordLength),
-     .label = "Word Length:",
-     .limit = 2,
-     .kind = FieldKind::Digits,
-     .unit = "bits"},
-    {.code = head(subframe_code::kMsbStartBit),
-     .label = "MSB Start Bit:",
-     .limit = 2,
-     .kind = FieldKind::Digits,
-     .prompt = kNewValue},
-    {.code = head(subframe_code::kCounterLength),
-     .label = "ID Counter Length:",
-     .limit = 2,
-     .kind = FieldKind::Digits,
-     .unit = "bits"},
-    {.code = head(subframe_code::kTransferOrder),
-     .label = "Transfer Order:",
-     .limit = 1,
-     .kind = kChoice,
-     .choices = kTransferOrders},
-    {.code = head(subframe_code::kInitialValue),
-     .label = "Initial Value:",
-     .limit = 3,
-     .kind = FieldKind::Digits,
-     .prompt = kNewValue},
-    {.code = head(subframe_code::kStartFrame),
-     .label = "Initial Frame Number:",
-     .limit = 3,
-     .kind = FieldKind::Digits,
-     .prompt = kNewValue},
-    {.code = head(subframe_code::kEndValue), .label = "End Value:", .limit = 3},
-    {.code = head(subframe_code::kEndFrame),
-     .label = "End Frame Number:",
-     .limit = 3,
-     .kind = FieldKind::Digits,
-     .prompt = kNewValue},
-    {.code = head(subframe_code::kCountDirection),
-     .label = "Count Direction:",
-     .limit = 3,
-     .kind = kChoice,
-     .choices = kCountDirections},
-});
-
-constexpr auto kSubframeFields = std::to_array<Field>({
-    {.code = head(subframe_code::kSubframeName), .label = "Name:", .limit = 32},
-    {.code = head(subframe_code::kDepth),
-     .label = "Depth:",
-     .limit = 3,
-     .kind = FieldKind::Digits,
-     .unit = "frames"},
-});
-
 }  // namespace
 
 std::span<const PcmAttribute> pcmAttributes() {
@@ -477,6 +402,9 @@ std::vector<Field> pcmPageFields(std::string_view page) {
     return fields;
 }
 
+std::span<const Field> wordLengthFields() {
+    return kWordLengths;
+}
 std::span<const Field> formatSwitchFields() {
     return kFormatSwitch;
 }
@@ -485,12 +413,6 @@ std::span<const Field> altTagFields() {
 }
 std::span<const Field> frameFilterFields() {
     return kFrameFilters;
-}
-std::span<const Field> idCounterFields() {
-    return kIdCounters;
-}
-std::span<const Field> subframeFields() {
-    return kSubframeFields;
 }
 
 }  // namespace kavu

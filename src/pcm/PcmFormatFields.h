@@ -1,6 +1,5 @@
-// The vocabulary of the P group: its plain attributes, what it keeps beside the model, and
-// the fields of its counters, subframes and async formats. Reader, writer, the settings of new
-// formats and the forms are driven by these.
+// The vocabulary of the P group: its plain attributes and what it keeps beside the model.
+// Reader, writer, the settings of new formats and the forms are driven by these.
 #pragma once
 
 #include "core/Vocabulary.h"
@@ -48,13 +47,12 @@ inline constexpr char kFrameFilter[] = "PcmMinorFrameFiltering";
 /// Stands in for a code where a text travels in the private record of the comment.
 inline constexpr std::string_view kNonStandardCode = "nonStandardCode";
 
+/// The words that have a length of their own: MFW
+[[nodiscard]] std::span<const Field> wordLengthFields();
+
 // What is kept in working files, in the order in which it is written.
 [[nodiscard]] std::span<const Field> formatSwitchFields();  ///< FFI, MLC, FSC
 [[nodiscard]] std::span<const Field> altTagFields();        ///< ALT
 [[nodiscard]] std::span<const Field> frameFilterFields();   ///< MFF, from 106-09 on
-
-// Fields of one record; their codes stand without indices.
-[[nodiscard]] std::span<const Field> idCounterFields();
-[[nodiscard]] std::span<const Field> subframeFields();
 
 }  // namespace kavu

@@ -7,8 +7,8 @@
 #include "groups/DocumentTree.h"
 #include "groups/GroupScan.h"
 #include "pcm/PcmFormat.h"
-#include "pcm/SubframeCodes.h"
 #include "pcm/SubframeEdit.h"
+#include "pcm/SubframeFields.h"
 
 #include <algorithm>
 
@@ -44,7 +44,8 @@ StreamSummary summariseStream(const PcmFormat& format) {
 StreamSummary readStreamSummary(DocumentContext& context, UserInterface* parent, int pGroup,
                                 std::size_t measurements) {
     FieldIndex fields(context.reader, context.store.pathOf(groupFile('P', pGroup)),
-                      {"TF", "D2", "MF1", "MF\\N", subframe_code::kCounterCount, "SF\\N-"});
+                      {"TF", "D2", "MF1", "MF\\N", counter_field::kCount.field.code,
+                       codeHead(subframe_field::kCount.field.code)});
     StreamSummary summary;
     if (!fields.status().ok()) {
         reportUnableToRead(parent, fields.status());
@@ -61,11 +62,12 @@ StreamSummary readStreamSummary(DocumentContext& context, UserInterface* parent,
     summary.words = number("MF1", 1, kMostWords);
     summary.frames = number("MF\\N", 1, kMostFrames);
     summary.bitRate = fields.findField(nullptr, prefix, "D2", 0).value_or("").substr(0, 9);
-    summary.counters = number(subframe_code::kCounterCount, 0, kMostIdCounters);
+    summary.counters = number(counter_field::kCount.field.code, 0, kMostIdCounters);
     for (int n = 1; n <= summary.counters && context.document.version < kHiddenSubframesEdition;
          ++n) {
         int count = 0;
-        fields.findIntField(nullptr, prefix, subframe_code::kSubframeCount, count, n);
+        fields.findIntField(nullptr, prefix, numberedCode(subframe_field::kCount.field.code, {n}),
+                            count);
         summary.subframes += std::min(count, kMostSubframes);
     }
     summary.measurements = measurements;

@@ -2,8 +2,8 @@
 
 #include "core/Text.h"
 #include "pcm/PcmLoad.h"
-#include "pcm/SubframeCodes.h"
 #include "pcm/SubframeEdit.h"
+#include "pcm/SubframeFields.h"
 #include "pcm/SubframeNumbers.h"
 
 #include <charconv>
@@ -71,24 +71,25 @@ class SubframeReader {
 
   private:
     bool isQuiet() const { return quiet_ || load_.logIsFull(); }
-    std::string code(std::string_view format) const { return PcmLoad::code(format, n_, m_); }
-    std::optional<std::string_view> text(std::string_view format, int limit) {
-        return present_ ? load_.text(format, limit, n_, m_) : std::nullopt;
+    std::string code(const SubframeField& row) const {
+        return numberedCode(row.field.code, {n_, m_});
+    }
+    std::optional<std::string_view> text(const SubframeField& row) {
+        return present_ ? load_.text(code(row), static_cast<int>(row.field.limit)) : std::nullopt;
     }
     bool isInterval() const {
         return record_.isSupercommutated() && record_.locationMode == kFirstAndInterval;
     }
 
     bool readName() {
-        const auto found = text(subframe_code::kSubframeName, 32);
+        const auto found = text(subframe_field::kName);
         const auto name = found ? std::string(*found) : formatPrintf("SF#%d", m_);
         if (!found && !isQuiet()) {
-            load_.log(208, kTitleFormat, load_.prefix, code(subframe_code::kSubframeName), m_);
+            load_.log(208, kTitleFormat, load_.prefix, code(subframe_field::kName), m_);
         }
         if (subframeNameExists(format_, name)) {
             if (!isQuiet()) {
-                load_.log(205, kTitleFormat, name, load_.prefix,
-                          code(subframe_code::kSubframeName));
+                load_.log(205, kTitleFormat, name, load_.prefix, code(subframe_field::kName));
             }
             load_.corrected();
             return false;
@@ -99,18 +100,18 @@ class SubframeReader {
     }
 
     void readKind() {
-        auto supercom = keyword(text(subframe_code::kSupercommutated, 3).value_or("NO"));
-        auto mode = keyword(text(subframe_code::kLocationMode, 2).value_or("NA"));
+        auto supercom = keyword(text(subframe_field::kSupercommutated).value_or("NO"));
+        auto mode = keyword(text(subframe_field::kLocationMode).value_or("NA"));
         const bool single = supercom == kNotSupercommutated;
         const bool unplaced = mode == kNoLocationMode;
         if (single && !unplaced) {
             load_.log(182, kTitleFormat, record_.name.view(), load_.prefix,
-                      code(subframe_code::kLocationMode));
+                      code(subframe_field::kLocationMode));
             mode = kNoLocationMode;
             load_.corrected();
         } else if (!single && unplaced) {
             load_.log(183, kTitleFormat, record_.name.view(), load_.prefix,
-                      code(subframe_code::kLocationMode));
+                      code(subframe_field::kLocationMode));
             supercom = kNotSupercommutated;
             load_.corrected();
         }
@@ -151,7 +152,8 @@ class SubframeReader {
     }
 
     bool readLocation(int k, bool there) {
-        const auto word = there ? load_.number(subframe_code::kLocation, n_, m_, k) : std::nullopt;
+        const auto command = numberedCode(subframe_field::kLocation.field.code, {n_, m_, k});
+        const auto word = there ? load_.number(command) : std::nullopt;
         const auto type = word ? format_.wordType(*word) : WordType::Minor;
         const bool taken = type == WordType::IdCounter || type == WordType::Subframe;
         if (word && format_.isDataWord(*word) && !taken) {
@@ -163,7 +165,6 @@ class SubframeReader {
         if (isQuiet()) {
             return false;
         }
-        const auto command = PcmLoad::code(subframe_code::kLocation, n_, m_, k);
         if (!word) {
             load_.log(186, kTitleFormat, load_.prefix, command, record_.name.view());
         } else if (!format_.isDataWord(*word)) {
@@ -176,7 +177,7 @@ class SubframeReader {
     }
 
     void readInterval() {
-        record_.interval = text(subframe_code::kInterval, 4).value_or("");
+        record_.interval = text(subframe_field::kInterval).value_or("");
         const int interval = record_.interval.number();
         int word = firstWord_;
         for (int i = 1; i < record_.supercommutated.number() && interval > 0; ++i) {
@@ -193,7 +194,7 @@ class SubframeReader {
     }
 
     void readDepth() {
-        const auto found = text(subframe_code::kDepth, 3);
+        const auto found = text(subframe_field::kDepth);
         const int depth = counter_.depth();
         if (found && leadingInt(*found) > 1) {
             record_.depth = *found;
@@ -223,12 +224,13 @@ class SubframeReader {
 }  // namespace
 
 SubframeNumbers::SubframeNumbers(const FieldIndex& fields, std::string_view prefix) {
-    const auto beginning = std::string(prefix).append(subframe_code::kSubframes);
+    const auto beginning = std::string(prefix).append(subframe_field::kHead);
+    const auto location = codeHead(subframe_field::kLocation.field.code).back();
     fields.forEach([&](std::string_view code, std::string_view) {
         if (!startsWithIgnoreCase(code, beginning) || code.size() == beginning.size()) {
             return;
         }
-        const bool isLocation = code[beginning.size()] == '0' + subframe_code::kLocationField;
+        const bool isLocation = code[beginning.size()] == location;
         auto rest = code.substr(beginning.size() + 1);
         Number number{};
         number.counter = takeIndex(rest);
@@ -261,7 +263,7 @@ bool readSubframes(PcmLoad& load, int counter) {
 bool readSubframes(PcmLoad& load, int counter, const SubframeNumbers& numbers) {
     auto& subframes = load.format.idCounters[static_cast<std::size_t>(counter)].subframes;
     const int n = counter + 1;
-    int count = load.number(subframe_code::kSubframeCount, n).value_or(0);
+    int count = load.number(numberedCode(subframe_field::kCount.field.code, {n})).value_or(0);
     if (count > kMostSubframes) {
         load.log(180, title::kError, kMostSubframes);
         load.corrected();

@@ -2,7 +2,7 @@
 
 #include "core/TmatsReader.h"
 #include "pcm/PcmFormat.h"
-#include "pcm/SubframeCodes.h"
+#include "pcm/SubframeFields.h"
 
 namespace kavu {
 
@@ -28,7 +28,7 @@ class SubframeWriter {
         for (const auto& counter : format_.idCounters) {
             named += counter.name.empty() ? 0 : 1;
         }
-        number(subframe_code::kCounterCount, named);
+        number(counter_field::kCount.field, named, {});
         for (std::size_t i = 0; i < format_.idCounters.size(); ++i) {
             // The numbers are those of the entries, holes counted in, although the count is
             // not: what is behind a hole may be lost to a reader, and is reported there.
@@ -39,33 +39,28 @@ class SubframeWriter {
     }
 
   private:
-    template <typename... Args>
-    void text(std::string_view code, std::string_view value, const Args&... args) {
-        writeCommand(writer_, prefix_, formatPrintf(code, args...), value);
+    template <typename Record>
+    void text(const RecordField<Record>& row, const Record& record,
+              std::initializer_list<int> numbers) {
+        writeCommand(writer_, prefix_, numberedCode(row.field.code, numbers), row.text(record));
     }
-    template <typename... Args>
-    void number(std::string_view code, int value, const Args&... args) {
-        writeIntCommand(writer_, prefix_, formatPrintf(code, args...), value);
+    void number(const Field& field, int value, std::initializer_list<int> numbers) {
+        writeIntCommand(writer_, prefix_, numberedCode(field.code, numbers), value);
     }
 
     void writeCounter(int index) {
         const auto& counter = format_.idCounters[static_cast<std::size_t>(index)];
         const int n = index + 1;
-        text(subframe_code::kCounterName, counter.name, n);
-        text(subframe_code::kCounterType, counter.type, n);
-        for (const int fwp : counterWords_[static_cast<std::size_t>(index)]) {
-            number(subframe_code::kCounterWord, fwp, n);
+        for (const auto& row : kCounterFields) {
+            if (row.text != nullptr) {
+                text(row, counter, {n});
+                continue;
+            }
+            for (const int fwp : counterWords_[static_cast<std::size_t>(index)]) {
+                number(row.field, fwp, {n});
+            }
         }
-        text(subframe_code::kWordLength, counter.wordLength, n);
-        text(subframe_code::kMsbStartBit, counter.msbStartBit, n);
-        text(subframe_code::kCounterLength, counter.counterLength, n);
-        text(subframe_code::kTransferOrder, counter.transferOrder, n);
-        text(subframe_code::kInitialValue, counter.initialValue, n);
-        text(subframe_code::kStartFrame, counter.startFrame, n);
-        text(subframe_code::kEndValue, counter.endValue, n);
-        text(subframe_code::kEndFrame, counter.endFrame, n);
-        text(subframe_code::kCountDirection, counter.countDirection, n);
-        if (format_.edition() < 2011) {
+        if (format_.edition() <= subframe_field::kLastEdition) {
             writeSubframes(index);
         }
     }
@@ -82,7 +77,7 @@ class SubframeWriter {
                 written.push_back(static_cast<int>(j));
             }
         }
-        number(subframe_code::kSubframeCount, static_cast<int>(written.size()), index + 1);
+        number(subframe_field::kCount.field, static_cast<int>(written.size()), {index + 1});
         int m = 0;
         for (const int j : written) {
             writeSubframe({index, j}, ++m);
@@ -93,20 +88,29 @@ class SubframeWriter {
         const auto& record = *format_.subframe(ref);
         const auto& words = format_.wordsOf(ref);
         const int n = ref.counter + 1;
-        text(subframe_code::kSubframeName, record.name, n, m);
-        text(subframe_code::kSupercommutated, record.supercommutated, n, m);
-        if (record.isSupercommutated()) {
-            text(subframe_code::kLocationMode, record.locationMode, n, m);
+        for (const auto& row : kSubframeFields) {
+            if (row.text == nullptr) {
+                writeLocations(row.field, record, words, n, m);
+            } else if (isTold(row.field.code, record)) {
+                text(row, record, {n, m});
+            }
         }
-        const bool every = record.locationMode == kEveryLocation;
-        const std::size_t count = every ? words.size() : 1;
+    }
+
+    /// A subframe of one word has no location mode, and without steps no interval.
+    static bool isTold(std::string_view code, const Subframe& record) {
+        if (code == subframe_field::kLocationMode.field.code) {
+            return record.isSupercommutated();
+        }
+        return code != subframe_field::kInterval.field.code || record.interval.number() > 0;
+    }
+
+    void writeLocations(const Field& field, const Subframe& record, const std::vector<int>& words,
+                        int n, int m) {
+        const std::size_t count = record.locationMode == kEveryLocation ? words.size() : 1;
         for (std::size_t k = 0; k < count; ++k) {
-            number(subframe_code::kLocation, words[k], n, m, static_cast<int>(k + 1));
+            number(field, words[k], {n, m, static_cast<int>(k + 1)});
         }
-        if (record.interval.number() > 0) {
-            text(subframe_code::kInterval, record.interval, n, m);
-        }
-        text(subframe_code::kDepth, record.depth, n, m);
     }
 
     const PcmFormat& format_;
