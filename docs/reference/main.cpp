@@ -1,7 +1,7 @@
 // Writes the reference pages of the vocabularies into a folder, one for each group. Run by the
 // build: the pages are never older than the tables.
+#include "application/DocumentVocabularies.h"
 #include "core/FileIo.h"
-#include "groups/Vocabularies.h"
 #include "groups/VocabularyPage.h"
 
 #include <iostream>
@@ -17,12 +17,12 @@ int main(int count, char** arguments) {
     std::string index =
         "# Reference of the attribute groups\n\n"
         "Made from the tables that the program itself works with.\n\n";
-    for (const char letter : kavu::vocabularyLetters()) {
+    for (const auto& [letter, title, fields] : kavu::documentVocabularies()) {
         const auto name = kavu::vocabularyPageName(letter);
-        index += std::string("- [") + letter + ": " + std::string(kavu::vocabularyName(letter)) +
-                 "](" + name + ")\n";
+        index += std::string("- [") + letter + ": " + std::string(title) + "](" + name + ")\n";
         if (status.ok()) {
-            status = kavu::writeWholeFile(folder + "/" + name, kavu::vocabularyPage(letter));
+            status = kavu::writeWholeFile(folder + "/" + name,
+                                          kavu::vocabularyPage(letter, title, fields));
         }
     }
     if (status.ok()) {

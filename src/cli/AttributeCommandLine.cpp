@@ -1,5 +1,6 @@
 #include "cli/AttributeCommandLine.h"
 
+#include "application/DocumentVocabularies.h"
 #include "core/Text.h"
 #include "groups/Vocabularies.h"
 
@@ -9,16 +10,16 @@ namespace {
 
 std::string letterList() {
     std::string text;
-    for (const char letter : vocabularyLetters()) {
+    for (const auto& vocabulary : documentVocabularies()) {
         text += text.empty() ? "" : ", ";
-        text += letter;
+        text += vocabulary.letter;
     }
     return text;
 }
 
 std::optional<std::string> readLetter(const std::string& text, CommandLine& line) {
     const char letter = text.size() == 1 ? toUpperAscii(text.front()) : '\0';
-    if (groupVocabulary(letter).empty()) {
+    if (findDocumentVocabulary(letter) == nullptr) {
         return "vocabulary: '" + text + "' is not a group with a vocabulary (" + letterList() + ")";
     }
     line.letter = letter;

@@ -1,5 +1,6 @@
 // The vocabulary of a group, and commands of attribute groups read and set by their codes.
 #include "application/Application.h"
+#include "application/DocumentVocabularies.h"
 #include "cli/Commands.h"
 #include "cli/ScriptedInterface.h"
 #include "cli/TerminalText.h"
@@ -98,7 +99,10 @@ bool vocabularyCommand(CommandContext& context, CommandOutput& output) {
     Json fields = Json::array();
     std::vector<std::vector<std::string>> rows = {
         {"Code", "Limit", "Kind", "Editions", "Label", "Choices"}};
-    for (const auto& field : groupVocabulary(letter)) {
+    // The command line is read by the same list.
+    const auto* const found = findDocumentVocabulary(letter);
+    const auto vocabulary = found == nullptr ? GroupVocabulary{} : *found;
+    for (const auto& field : vocabulary.fields) {
         if (isKnownIn(edition, field)) {
             fields.push_back(fieldJson(field, edition));
             rows.push_back(fieldRow(field, edition));
@@ -107,8 +111,8 @@ bool vocabularyCommand(CommandContext& context, CommandOutput& output) {
     output.members["group"] = std::string(1, letter);
     output.members["edition"] = edition;
     output.members["fields"] = std::move(fields);
-    output.text = std::string(vocabularyName(letter)) + " (" + letter + "), IRIG " +
-                  editionText(edition) + "\n\n" + alignedTable(rows);
+    output.text = std::string(vocabulary.name) + " (" + letter + "), IRIG " + editionText(edition) +
+                  "\n\n" + alignedTable(rows);
     return true;
 }
 

@@ -101,7 +101,8 @@ std::string label(const Field& field) {
     }
     text = field.box.empty() || text.empty() ? text : std::string(field.box) + ": " + text;
     text += field.unit.empty() ? "" : " (" + std::string(field.unit) + ")";
-    return cell(text);
+    text = cell(text);
+    return field.codeRead.empty() ? text : text + " (the page reads " + code(field.codeRead) + ")";
 }
 
 std::string row(const Field& field) {
@@ -117,14 +118,19 @@ std::string row(const Field& field) {
 }  // namespace
 
 std::string vocabularyPage(char letter) {
-    std::string text = formatPrintf("# The %c group: %s\n\n", letter, vocabularyName(letter));
+    return vocabularyPage(letter, vocabularyName(letter), groupVocabulary(letter));
+}
+
+std::string vocabularyPage(char letter, std::string_view name, std::span<const Field> fields) {
+    std::string text = formatPrintf("# The %c group: %s\n\n", letter, name);
     text +=
-        "The commands in the order in which they are written. `-n` and `-n-m` stand for the "
-        "numbers of rows. A field without a label is on no page. `kavu-cli vocabulary` shows the "
+        "The commands in the order in which they are written. `-n`, `-n-m` and so on stand for "
+        "the numbers of rows. A field without a label is on no page. `kavu-cli vocabulary` shows "
+        "the "
         "same for one edition of IRIG 106.\n\n"
         "| Command | Label | Page | Kind | Limit | Editions | Choices | XML element |\n"
         "| --- | --- | --- | --- | --- | --- | --- | --- |\n";
-    for (const auto& field : groupVocabulary(letter)) {
+    for (const auto& field : fields) {
         text += row(field);
     }
     return text;

@@ -48,11 +48,22 @@ class VocabularyTest(kavu.KavuTest):
         self.assertIn("RML", [each["code"] for each in self.fields("R")["fields"]])
 
     def test_every_group_with_a_table_is_served_in_file_order(self):
-        firsts = {letter: self.fields(letter)["fields"][0]["code"] for letter in "GTRMA"}
-        self.assertEqual(firsts, {"G": "PN", "T": "ID", "R": "ID", "M": "ID", "A": "DLN"})
+        firsts = {letter: self.fields(letter)["fields"][0]["code"] for letter in "GTRMPA"}
+        self.assertEqual(firsts, {"G": "PN", "T": "ID", "R": "ID", "M": "ID", "P": "DLN", "A": "DLN"})
         codes = [each["code"] for each in self.fields("R")["fields"]]
         self.assertLess(codes.index("TK1-n"), codes.index("COM"))
         self.assertIn("ADL-n-m", codes)
+
+    def test_the_stream_group_has_its_counters_and_embedded_formats(self):
+        for edition, has_subframes in (("2009", True), ("2011", False)):
+            fields = {each["code"]: each for each in self.fields("P", "--edition", edition)["fields"]}
+            self.assertEqual("SF4-n-m-k" in fields, has_subframes, edition)
+            self.assertEqual("AEF8-n-k-j" in fields, not has_subframes, edition)
+        self.assertEqual([each["value"] for each in fields["IDC10-n"]["choices"]], ["INC", "DEC"])
+        codes = list(fields)
+        self.assertLess(codes.index("MFW1-n"), codes.index("ISF\\N"))
+        self.assertLess(codes.index("AEF6-n-k"), codes.index("ADM\\N"))
+        self.assertEqual(codes[-1], "COM")
 
     def test_a_person_reads_a_table(self):
         result = self.run_cli("vocabulary", "G")
@@ -61,7 +72,7 @@ class VocabularyTest(kavu.KavuTest):
         self.assertRegex(result.text, r"(?m)^SC +1 +choice +Security Classification: +U, C, S, T, O$")
 
     def test_a_group_without_a_table_is_wrong_usage(self):
-        for arguments in (["X"], [""], ["GT"], ["P"], ["G", "--edition", "1998"], []):
+        for arguments in (["X"], [""], ["GT"], ["D"], ["G", "--edition", "1998"], []):
             self.assertEqual(self.run_cli("vocabulary", *arguments).status, USAGE, arguments)
 
 
