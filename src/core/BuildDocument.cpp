@@ -1,6 +1,7 @@
 #include "core/BuildDocument.h"
 
 #include "core/Clock.h"
+#include "core/Edition.h"
 #include "core/FileIo.h"
 #include "core/FileReports.h"
 #include "core/FormerContents.h"
@@ -46,7 +47,9 @@ class Builder {
             if (kind.letter == 'H' && !saveConversions()) {
                 return false;
             }
-            if (context_.document.version >= kind.firstEdition && !saveGroup(kind)) {
+            if (context_.document.version < kind.firstEdition) {
+                noteLeftOut(kind);
+            } else if (!saveGroup(kind)) {
                 return false;
             }
         }
@@ -65,6 +68,18 @@ class Builder {
 
     bool saveConversions() {
         return !context_.steps.saveConversions || context_.steps.saveConversions(parent_, target_);
+    }
+
+    /// Groups that the edition does not know stay in the working store, and are in no file.
+    void noteLeftOut(const GroupKind& kind) const {
+        int count = 0;
+        for (int index = kLeastGroupIndex; index <= kMostGroupIndex; ++index) {
+            count += names_.contains(groupFile(kind.letter, index)) ? 1 : 0;
+        }
+        if (parent_ != nullptr && count > 0) {
+            parent_->note(formatPrintf("An IRIG %s file has no %c groups: %d left out.",
+                                       editionText(context_.document.version), kind.letter, count));
+        }
     }
 
     bool saveGroup(const GroupKind& kind) {

@@ -59,6 +59,21 @@ TEST_F(BuildDocumentTest, OldEditionsDropSAndVGroups) {
     EXPECT_NE(save().find("S-1\\DLN:s;"), std::string::npos);
 }
 
+TEST_F(BuildDocumentTest, GroupsThatTheEditionDoesNotKnowAreRemarked) {
+    t.write("[kavu]PCMS.S01", "S-1\\DLN:s;\r\n");
+    t.write("[kavu]PCMS.S07", "S-7\\DLN:t;\r\n");
+    t.write("[kavu]V.V01", "V-1\\ID:v;\r\n");
+    t.document.version = 2004;
+    save();
+    EXPECT_EQ(t.ui.notes,
+              std::vector<std::string>{"An IRIG 106-04 (2004) file has no S groups: 2 left out."});
+    EXPECT_TRUE(t.ui.boxes.empty());
+    t.ui.notes.clear();
+    t.document.version = 2009;
+    save();
+    EXPECT_TRUE(t.ui.notes.empty());
+}
+
 TEST_F(BuildDocumentTest, Edition1996HasNoBanner) {
     t.write("[kavu]GTMP.G", "G\\PN:A;\r\n");
     EXPECT_EQ(save(), "G\\PN:A;\r\n");
