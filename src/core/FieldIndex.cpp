@@ -39,7 +39,7 @@ FieldIndex::FieldIndex(TmatsReader& reader, const std::string& path,
         // An empty value is no value: look-ups pass over it.
         if (!value.empty() && isWanted(code, fields)) {
             byCode_[lowerAscii(code)].push_back(commands_.size());
-            commands_.push_back({std::string(code), std::string(value), false});
+            commands_.push_back({std::string(code), std::string(value)});
         }
     }
     status_ = source.status();
@@ -57,8 +57,7 @@ std::optional<std::string_view> FieldIndex::find(UserInterface* parent, const st
     if (place == places.end()) {
         place = places.begin();
     }
-    auto& command = commands_[*place];
-    command.found = true;
+    const auto& command = commands_[*place];
     position_ = *place + 1;
     return reader_.applyLimit(parent, command.code, command.value, limit);
 }

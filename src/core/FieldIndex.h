@@ -51,15 +51,6 @@ class FieldIndex {
             visit(std::string_view(command.code), std::string_view(command.value));
         }
     }
-    /// The same for the commands that no look-up has found.
-    template <typename Visit>
-    void forEachUnread(const Visit& visit) const {
-        for (const auto& command : commands_) {
-            if (!command.found) {
-                visit(std::string_view(command.code), std::string_view(command.value));
-            }
-        }
-    }
     /// Back to the front of the file.
     void rewind() { position_ = 0; }
 
@@ -71,7 +62,6 @@ class FieldIndex {
     struct Command {
         std::string code;   ///< as in the file
         std::string value;  ///< never empty
-        bool found = false;
     };
     std::vector<Command> commands_;
     std::unordered_map<std::string, std::vector<std::size_t>> byCode_;  ///< lower case
