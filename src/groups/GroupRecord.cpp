@@ -297,18 +297,25 @@ std::vector<std::size_t> newNumbers(const GroupRow& record, std::string_view lis
     return numbers;
 }
 
-/// Lists by the codes of their rows, in lower case and up to the number: "poc1-".
+/// The outermost lists by the codes of what belongs to their rows, in lower case and up to the
+/// number of the row: "poc1-".
 using ListOfCode = std::unordered_map<std::string, std::string_view>;
 
 ListOfCode listsOfCodes(std::span<const Field> table) {
     ListOfCode lists;
+    std::unordered_map<std::string_view, std::string_view> outer;
     for (const auto& field : table) {
-        if (indexCountOf(field.code) != 1 || field.list.empty()) {
+        if (field.list.empty()) {
             continue;
         }
-        for (const auto code : {field.code, field.codeRead}) {
+        const auto it = outer.find(field.list);
+        const auto list = it == outer.end() ? field.list : it->second;
+        if (governsRows(field)) {
+            outer[field.code] = list;
+        }
+        for (const auto code : {field.code, field.codeRead, field.codeToXml}) {
             if (!code.empty()) {
-                lists.emplace(lowerAscii(code.substr(0, code.size() - 1)), field.list);
+                lists.emplace(lowerAscii(code.substr(0, code.find("-n") + 1)), list);
             }
         }
     }
@@ -324,9 +331,11 @@ KeptCommands keptAtRows(const KeptCommands& kept, char letter, int index,
     const auto prefix = codePrefix(letter, index);
     auto moved = kept;
     moved.recode([&](std::string& code) {
-        const auto dash = code.rfind('-');
-        if (!startsWithIgnoreCase(code, prefix) || dash < prefix.size() ||
-            dash == std::string::npos) {
+        if (!startsWithIgnoreCase(code, prefix)) {
+            return true;
+        }
+        const auto dash = code.find('-', prefix.size());
+        if (dash == std::string::npos) {
             return true;
         }
         const auto head = code.substr(prefix.size(), dash + 1 - prefix.size());
@@ -338,12 +347,14 @@ KeptCommands keptAtRows(const KeptCommands& kept, char letter, int index,
         if (isNew) {
             it->second = newNumbers(record, list->second);
         }
+        const auto end = std::find_if_not(code.begin() + static_cast<std::ptrdiff_t>(dash) + 1,
+                                          code.end(), isDigit);
         const auto row = clampedCount(std::string_view(code).substr(dash + 1), it->second.size());
         if (row == 0 || row >= it->second.size()) {
             return true;
         }
         const auto now = it->second[row];
-        code = code.substr(0, dash + 1) + std::to_string(now);
+        code = code.substr(0, dash + 1) + std::to_string(now) + std::string(end, code.end());
         return now > 0;
     });
     return moved;

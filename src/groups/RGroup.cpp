@@ -8,6 +8,7 @@
 #include "core/TmatsDocument.h"
 #include "core/UserInterface.h"
 #include "groups/DataSources.h"
+#include "groups/SourceNames.h"
 
 #include <algorithm>
 #include <array>
@@ -104,23 +105,46 @@ GroupRow withoutBlankMeasurements(GroupRow record) {
     return record;
 }
 
+using Names = std::vector<std::string*>;
+
+/// The items of a track that are named by a data link: subchannels and networks.
+void addItemLinks(TrackDetails& details, int edition, Names& names) {
+    for (const auto& type : channelTypes()) {
+        const auto* const count = itemCount(type, edition);
+        const auto items = details.items.find(count == nullptr ? std::string_view() : count->code);
+        if (items == details.items.end()) {
+            continue;
+        }
+        const auto fields = itemFields(type, edition);
+        for (auto& item : items->second) {
+            for (std::size_t i = 0; i < std::min(fields.size(), item.size()); ++i) {
+                if (isLinkCode('R', fields[i]->code)) {
+                    names.push_back(&item[i]);
+                }
+            }
+        }
+    }
+}
+
 /// Every place of the group that names a data link, in a fixed order.
-std::vector<std::string*> linkNames(RecorderGroup& group) {
-    std::vector<std::string*> names;
-    const auto addOf = [&](auto& values, std::string_view code) {
-        if (const auto it = values.find(code); it != values.end()) {
-            names.push_back(&it->second);
+Names linkNames(RecorderGroup& group, int edition) {
+    Names names;
+    const auto addOf = [&](auto& values, std::string_view behind) {
+        for (auto& [code, value] : values) {
+            if (isLinkCode('R', code + std::string(behind))) {
+                names.push_back(&value);
+            }
         }
     };
     for (auto& track : group.tracks) {
         track.values.resize(trackFields().size());
         names.push_back(&track.values.back());
-        addOf(track.details.values, "PDLN");
-        addOf(track.details.values, "BDLN");
+        addOf(track.details.values, "-n");
+        addItemLinks(track.details, edition, names);
     }
     if (const auto events = group.record.lists.find("EV\\N"); events != group.record.lists.end()) {
         for (auto& event : events->second) {
-            addOf(event.values, "EV\\DLN-n");
+            addOf(event.values, {});
         }
     }
     return names;
@@ -144,6 +168,7 @@ std::optional<RecorderGroup> readRecorder(DocumentContext& context, UserInterfac
                               groupKind('R').messageName);
         return std::nullopt;
     }
+    ProgressScope progress(parent, ProgressMode::WithCancel);
     setStatusText(parent, "Initializing Tape Data Source Information...");
     GroupSource file(context, parent, 'R', group.index);
     if (isMissing(file.status())) {
@@ -198,6 +223,9 @@ KeptCommands recorderLeftovers(const RecorderGroup& group) {
             code.substr(0, dash + 1) + std::to_string(now->second) + std::string(end, code.end());
         return true;
     });
+    for (const auto table : {recorderFieldsBeforeTracks(), recorderFieldsBehindTracks()}) {
+        kept = keptAtRows(kept, 'R', group.index, table, group.record);
+    }
     return kept;
 }
 
@@ -207,18 +235,18 @@ bool storeRecorder(DocumentContext& context, UserInterface* parent, const Record
 }
 
 void followRenamedLinks(RecorderGroup& group, const RecorderGroup& before,
-                        const RecorderGroup& after) {
+                        const RecorderGroup& after, int edition) {
     auto old = before;
     auto now = after;
-    const auto oldNames = linkNames(old);
-    const auto newNames = linkNames(now);
+    const auto oldNames = linkNames(old, edition);
+    const auto newNames = linkNames(now, edition);
     std::unordered_map<std::string, std::string> renamed;
     for (std::size_t i = 0; i < std::min(oldNames.size(), newNames.size()); ++i) {
         if (*oldNames[i] != *newNames[i]) {
             renamed.try_emplace(*oldNames[i], *newNames[i]);
         }
     }
-    for (auto* const name : linkNames(group)) {
+    for (auto* const name : linkNames(group, edition)) {
         if (const auto it = renamed.find(*name); !name->empty() && it != renamed.end()) {
             *name = it->second;
         }

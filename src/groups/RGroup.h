@@ -35,8 +35,8 @@ struct RecorderGroup {
 
 /// The new text of the group file, without the commands that are to be kept.
 [[nodiscard]] std::string recorderText(const RecorderGroup& group, int edition);
-/// What of the file is no part of the record, under the numbers that the tracks have now. What
-/// belongs to a deleted track is gone with it.
+/// What of the file is no part of the record, under the numbers that the tracks and the rows of
+/// the lists have now. What belongs to a deleted one is gone with it.
 [[nodiscard]] KeptCommands recorderLeftovers(const RecorderGroup& group);
 /// Writes the group file; see `storeGroup`.
 [[nodiscard]] bool storeRecorder(DocumentContext& context, UserInterface* parent,
@@ -45,7 +45,7 @@ struct RecorderGroup {
 /// Follows data links that another editor has renamed in the group file while the group was
 /// being edited: `before` and `after` are the group as the file had it then and has it now.
 void followRenamedLinks(RecorderGroup& group, const RecorderGroup& before,
-                        const RecorderGroup& after);
+                        const RecorderGroup& after, int edition);
 
 // --- Edits with rules of their own ------------------------------------------------------------
 

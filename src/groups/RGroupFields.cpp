@@ -82,7 +82,7 @@ constexpr auto kIndexTypes = std::to_array<Choice>({
 });
 
 constexpr auto kHeadFields = std::to_array<Field>({
-    {.code = "ID", .limit = 32},
+    {.code = "ID", .limit = 32, .element = "../@Name"},
     {.code = "RID", .label = "Identification:", .page = "Tape1", .limit = 32, .element = "ID"},
     {.code = "R1", .label = "Description:", .page = "Tape1", .limit = 32, .element = "Description"},
     {.code = "TC1",

@@ -11,7 +11,7 @@ namespace kavu {
 inline constexpr int kMostEvents = 10;
 inline constexpr int kMostModules = 1000;
 inline constexpr int kMostMedia = 100;
-inline constexpr int kMostEventMeasurements = 1000;
+inline constexpr int kMostEventMeasurements = 9999;
 inline constexpr int kMostReferenceTracks = 9;
 
 /// From this edition on the group has recording events and their index.

@@ -9,6 +9,10 @@ namespace kavu {
 
 namespace {
 
+/// Files of the editions in which the link is a detail have it under the key of its type as
+/// well. It is written under this code.
+constexpr std::string_view kDataLinkCode = "CDLN-n";
+
 std::size_t columnOf(std::string_view code) {
     const auto fields = trackFields();
     const auto it = std::find_if(fields.begin(), fields.end(),
@@ -77,7 +81,14 @@ std::size_t TrackReader::countItems(const Field& count, std::size_t row) {
 
 void TrackReader::readDetails(const ChannelType& type, std::size_t row, TrackDetails& details) {
     for (const auto* field : detailFields(type, edition_)) {
-        if (auto text = value(*field, {row, 0}); !text.empty()) {
+        auto text = value(*field, {row, 0});
+        if (text.empty() && field->code == kDataLinkCode) {
+            const auto code = std::string(type.linkKey) + "-n";
+            auto named = *field;
+            named.code = code;
+            text = value(named, {row, 0});
+        }
+        if (!text.empty()) {
             details.values[detailKey(type, *field)] = std::move(text);
         }
     }
@@ -188,8 +199,8 @@ const Field* itemCount(const ChannelType& type, int edition) {
 }
 
 std::string detailKey(const ChannelType& type, const Field& field) {
-    return std::string(field.code == "CDLN-n" ? type.linkKey
-                                              : field.code.substr(0, field.code.find('-')));
+    return std::string(field.code == kDataLinkCode ? type.linkKey
+                                                   : field.code.substr(0, field.code.find('-')));
 }
 
 const Choice* choiceOfValue(const Field& field, int edition, std::string_view stored) {

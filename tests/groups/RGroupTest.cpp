@@ -1,9 +1,11 @@
 #include "core/GroupFiles.h"
+#include "core/Printf.h"
 #include "core/Text.h"
 #include "groups/RGroup.h"
 #include "support/TestContext.h"
 
 #include <algorithm>
+#include <array>
 #include <set>
 
 namespace kavu {
@@ -266,6 +268,8 @@ TEST_F(RGroup, IsNotReadAfterACancel) {
         t.ui.cancelAtPoll = at;
         EXPECT_FALSE(readRecorder(t.context, &t.ui, "Deck").has_value()) << at;
     }
+    EXPECT_EQ(t.ui.progressOpened, polls + 1) << "there is a button to cancel with";
+    EXPECT_EQ(t.ui.progressClosed, t.ui.progressOpened);
 }
 
 TEST_F(RGroup, TellsWhatItDoesOnTheStatusLine) {
@@ -295,9 +299,16 @@ TEST_F(RGroup, DropsUnknownCommandsWithoutAParent) {
 }
 
 TEST_F(RGroup, FollowsDataLinksThatAreRenamedMeanwhile) {
-    const std::string file =
-        "R-1\\N:2;\r\nR-1\\TK1-1:1;\r\nR-1\\CDLN-1:Old;\r\nR-1\\TK1-2:2;\r\nR-1\\CDLN-2:Other;\r\n"
-        "R-1\\EV\\N:1;\r\nR-1\\EV\\DLN-1:Old;\r\n";
+    std::string file =
+        "R-1\\N:5;\r\nR-1\\TK1-1:1;\r\nR-1\\CDLN-1:Old;\r\nR-1\\TK1-2:2;\r\nR-1\\CDLN-2:Other;\r\n"
+        "R-1\\EV\\N:1;\r\nR-1\\EV\\MS-1:Old;\r\n";
+    const std::vector<std::array<const char*, 4>> named = {{"3", "UARTIN", "NUS\\N", "UCNM"},
+                                                           {"4", "MSGIN", "NMS\\N", "MCNM"},
+                                                           {"5", "ETHIN", "NNET\\N", "ENAM"}};
+    for (const auto& [row, type, count, name] : named) {
+        file += formatPrintf("R-1\\TK1-%s:%s;\r\nR-1\\CDT-%s:%s;\r\n", row, row, row, type) +
+                formatPrintf("R-1\\%s-%s:1;\r\nR-1\\%s-%s-1:Old;\r\n", count, row, name, row);
+    }
     auto group = read(2011, file);
     Track added;
     setTrackValue(added, "TK1-n", "3");
@@ -305,11 +316,35 @@ TEST_F(RGroup, FollowsDataLinksThatAreRenamedMeanwhile) {
     addTrack(group, added);
     deleteTrack(group, 1);
     const auto before = read(2011, file);
-    followRenamedLinks(group, before, read(2011, replaceAll(file, ":Old;", ":New;")));
-    EXPECT_EQ(trackValue(group.tracks[0], "CDLN-n"), "New");
-    EXPECT_EQ(trackValue(group.tracks[1], "CDLN-n"), "New");
-    EXPECT_EQ(group.record.rows("EV\\N")[0].value("EV\\DLN-n"), "New");
-    EXPECT_EQ(group.tracks.size(), 2u);
+    followRenamedLinks(group, before, read(2011, replaceAll(file, ":Old;", ":New;")), 2011);
+    const auto text = recorderText(group, 2011);
+    for (const char* code : {"CDLN-1", "UCNM-2-1", "MCNM-3-1", "ENAM-4-1", "CDLN-5", "EV\\MS-1"}) {
+        EXPECT_NE(text.find(formatPrintf("R-1\\%s:New;", code)), std::string::npos) << code;
+    }
+    EXPECT_EQ(text.find("Old"), std::string::npos) << text;
+    EXPECT_EQ(group.tracks.size(), 5u);
+}
+
+TEST_F(RGroup, WhatWasNotReadOfARowGoesWhereTheRowGoes) {
+    const std::string head =
+        "R-1\\EV\\N:3;\r\nR-1\\EV\\ID-1:A;\r\nR-1\\EV\\ID-2:B;\r\n"
+        "R-1\\EV\\ID-3:C;\r\nR-1\\RMM\\N:2;\r\nR-1\\RT\\N:1;\r\n"
+        "R-1\\RT1-1:1;\r\n";
+    auto group =
+        read(2009, head +
+                       "R-1\\EV\\EDP-1:F;\r\nR-1\\EV\\EDP-2:T;\r\nR-1\\EV\\PM\\N-2:2;\r\n"
+                       "R-1\\EV\\PM\\MN-2-1:M1;\r\nR-1\\EV\\PM\\MN-2-2:M2;\r\n"
+                       "R-1\\EV\\PM\\MN-1-1:gone;\r\nR-1\\RIMMID-2:b;\r\nR-1\\EV\\X-9:x;\r\n");
+    auto& events = group.record.lists["EV\\N"];
+    events.erase(events.begin());
+    group.record.lists["RMM\\N"].erase(group.record.lists["RMM\\N"].begin());
+    EXPECT_EQ(recorderLeftovers(group).dropped(recorderText(group, 2009)),
+              (std::vector<std::string>{"R-1\\EV\\EDP-1:T;", "R-1\\EV\\PM\\N-1:2;",
+                                        "R-1\\EV\\PM\\MN-1-1:M1;", "R-1\\EV\\PM\\MN-1-2:M2;",
+                                        "R-1\\RIMMID-1:b;", "R-1\\EV\\X-9:x;"}));
+    events.erase(events.begin());
+    EXPECT_EQ(recorderLeftovers(group).dropped(recorderText(group, 2009)),
+              (std::vector<std::string>{"R-1\\RIMMID-1:b;", "R-1\\EV\\X-9:x;"}));
 }
 
 /// A file that is cut off anywhere, and one with counts of any text, is read and written again

@@ -118,6 +118,21 @@ TEST_F(RTracks, ShowOnlyLinkFormatAndPackingOfPcmIn2004) {
     EXPECT_TRUE(contains(text, "R-1\\CDT-1:PCMIN;\r\nR-1\\CDLN-1:Link;\r\nR-1\\PTF-1:MPEG1;\r\n"));
 }
 
+TEST_F(RTracks, ReadTheLinkOf2005UnderTheKeyOfItsTypeAsWell) {
+    const std::string head =
+        "R-1\\N:2;\r\nR-1\\TK1-1:1;\r\nR-1\\CDT-1:PCMIN;\r\n"
+        "R-1\\TK1-2:2;\r\nR-1\\CDT-2:429IN;\r\n";
+    auto group = read(2005, head + "R-1\\PDLN-1:Stream;\r\nR-1\\BDLN-2:Bus;\r\n");
+    EXPECT_EQ(group.tracks[0].details.values.at("PDLN"), "Stream");
+    EXPECT_TRUE(contains(written(group), "R-1\\CDT-1:PCMIN;\r\nR-1\\CDLN-1:Stream;\r\n"));
+    EXPECT_TRUE(contains(written(group), "R-1\\CDT-2:429IN;\r\nR-1\\CDLN-2:Bus;\r\n"));
+    EXPECT_TRUE(recorderLeftovers(group).dropped(written(group)).empty());
+    group = read(2005, head + "R-1\\PDLN-1:Old;\r\nR-1\\CDLN-1:Stream;\r\n");
+    EXPECT_EQ(group.tracks[0].details.values.at("PDLN"), "Stream") << "the other one goes first";
+    group = read(2007, head + "R-1\\PDLN-1:Old;\r\n");
+    EXPECT_EQ(trackValue(group.tracks[0], "CDLN-n"), "");
+}
+
 TEST_F(RTracks, GiveTheInputClockEdgeAPlaceFrom2007On) {
     const auto text =
         rewritten(2007, "R-1\\N:1;\r\nR-1\\TK1-1:1;\r\nR-1\\CDT-1:PCMIN;\r\nR-1\\ICE-1:180;\r\n");

@@ -1,7 +1,5 @@
 #include "app/groups/RSheet.h"
 
-#include "app/framework/Look.h"
-#include "app/framework/QtText.h"
 #include "app/framework/Screenshots.h"
 #include "app/groups/MultiplexDialog.h"
 #include "app/groups/RPages.h"
@@ -13,9 +11,7 @@
 
 #include <algorithm>
 
-#include <QHBoxLayout>
 #include <QPushButton>
-#include <QVBoxLayout>
 
 namespace kavu {
 
@@ -111,24 +107,18 @@ void RecorderSheet::addPages() {
 }
 
 void RecorderSheet::addButtons() {
-    tools_ = new QHBoxLayout;
-    addButton("editMultiplex", "Edit &Multiplex Info", around_.editMultiplex);
+    addEditor("editMultiplex", "Edit &Multiplex Info", around_.editMultiplex);
     if (form_.edition >= kFirstEditionOfMessages) {
-        addButton("editMessages", "Edit Message &Data", around_.editMessages);
+        addEditor("editMessages", "Edit Message &Data", around_.editMessages);
     }
-    tools_->addStretch();
-    auto& rows = *static_cast<QVBoxLayout*>(layout());
-    rows.insertLayout(rows.count() - 1, tools_);
 }
 
-void RecorderSheet::addButton(const char* name, const char* text,
+void RecorderSheet::addEditor(const char* name, const char* text,
                               const std::function<bool(FormContext&, const std::string&)>& edit) {
-    if (!edit) {
-        return;
+    if (edit) {
+        connect(addButton(name, QLatin1String(text)), &QPushButton::clicked, this,
+                [this, edit] { editElsewhere(edit); });
     }
-    auto* const button = look::makeButton(name, QLatin1String(text), {}, this);
-    tools_->addWidget(button);
-    connect(button, &QPushButton::clicked, this, [this, edit] { editElsewhere(edit); });
 }
 
 void RecorderSheet::editElsewhere(
@@ -147,27 +137,10 @@ void RecorderSheet::editElsewhere(
     for (int i = 0; i < pageCount(); ++i) {
         (void)page(i).store();
     }
-    followRenamedLinks(group_, *before, *after);
+    followRenamedLinks(group_, *before, *after, form_.edition);
     for (int i = 0; i < pageCount(); ++i) {
         page(i).load();
     }
-}
-
-void RecorderSheet::showEvent(QShowEvent* event) {
-    PropertySheet::showEvent(event);
-    // The Tab key goes from the pages through these buttons to OK.
-    auto* const ok = findChild<QPushButton*>(QStringLiteral("ok"));
-    QWidget* last = ok->previousInFocusChain();
-    while (last->focusPolicy() == Qt::NoFocus && last != ok) {
-        last = last->previousInFocusChain();
-    }
-    for (int i = 0; i < tools_->count(); ++i) {
-        if (auto* const button = tools_->itemAt(i)->widget()) {
-            setTabOrder(last, button);
-            last = button;
-        }
-    }
-    setTabOrder(last, ok);
 }
 
 bool editRecorder(FormContext& form, DocumentContext& document, const std::string& source,

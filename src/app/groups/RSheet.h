@@ -10,8 +10,6 @@
 #include <string>
 #include <vector>
 
-class QHBoxLayout;
-
 namespace kavu {
 
 class ScreenshotList;
@@ -36,13 +34,11 @@ class RecorderSheet : public PropertySheet {
     /// One of the buttons has changed the document, whatever became of the sheet.
     [[nodiscard]] bool changedElsewhere() const { return changedElsewhere_; }
 
-  protected:
-    void showEvent(QShowEvent* event) override;
-
   private:
     void addPages();
     void addButtons();
-    void addButton(const char* name, const char* text,
+    /// A button that runs another editor; none without the editor.
+    void addEditor(const char* name, const char* text,
                    const std::function<bool(FormContext&, const std::string&)>& edit);
 
     /// Runs another editor, and takes over what it did to the group.
@@ -52,7 +48,6 @@ class RecorderSheet : public PropertySheet {
     DocumentContext& document_;
     RecorderGroup group_;
     RecorderSurroundings around_;
-    QHBoxLayout* tools_ = nullptr;
     bool changedElsewhere_ = false;
 };
 
