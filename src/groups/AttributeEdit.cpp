@@ -5,6 +5,7 @@
 #include "core/FileIo.h"
 #include "core/FileReports.h"
 #include "core/GroupFiles.h"
+#include "core/Messages.h"
 #include "core/Printf.h"
 #include "core/Text.h"
 #include "core/TmatsDocument.h"
@@ -13,6 +14,7 @@
 #include "core/WorkingStore.h"
 #include "groups/GroupRecord.h"
 #include "groups/GroupScan.h"
+#include "groups/RTrackFields.h"
 
 #include <algorithm>
 #include <array>
@@ -22,6 +24,8 @@
 namespace kavu {
 
 namespace {
+
+constexpr int kFewerThanTracks = 312;
 
 /// What keeps a change from being made; empty for nothing.
 using Refusal = std::string;
@@ -247,7 +251,7 @@ class Change {
         for (auto why : {refusedEdition(field, edition_), refusedValue(field, value_, edition_),
                          refusedName(field, code_.letter,
                                      currentValue(lines_, codeOf(field.code, at)), value_),
-                         refusedRow(field, at), refusedSources(field)}) {
+                         refusedRow(field, at), refusedSources(field), refusedTracks(field)}) {
             if (!why.empty()) {
                 return why;
             }
@@ -281,6 +285,22 @@ class Change {
         return clampedCount(value_, field.rows) >= rows
                    ? Refusal()
                    : Refusal("Use 'source delete' to delete a data source.");
+    }
+
+    /// The number of a recorder's tracks is not less than the tracks that it counts now.
+    [[nodiscard]] Refusal refusedTracks(const Field& field) const {
+        constexpr std::string_view kTracks = "N";
+        if (code_.letter != 'R' || field.code != kTracks) {
+            return {};
+        }
+        const auto counted = clampedCount(currentValue(lines_, codeOf(kTracks, {})), kMostTracks);
+        int tracks = 0;
+        for (std::size_t n = 1; n <= counted; ++n) {
+            tracks += currentValue(lines_, codeOf("TK1-n", {n, 0})).empty() ? 0 : 1;
+        }
+        return clampedCount(value_, kMostTracks) >= static_cast<std::size_t>(tracks)
+                   ? Refusal()
+                   : formatPrintf(*loadText(kFewerThanTracks), tracks, tracks);
     }
 
     void apply(const VocabularyMatch& match) {

@@ -128,6 +128,19 @@ TEST_F(AttributeEdit, NamesThatOtherGroupsReferToAreNotSet) {
     EXPECT_NE(file('G').find("G\\DSI-2:Second;\r\nG\\DST-2:TAP;"), std::string::npos);
 }
 
+TEST_F(AttributeEdit, TheNumberOfTracksIsNotLessThanThereAreTracks) {
+    put('R', "R-1\\ID:Src;\r\nR-1\\N:4;\r\nR-1\\TK1-1:1;\r\nR-1\\TK1-2:2;\r\n");
+    const std::string why =
+        "There are currently 2 Data Tracks defined. Please enter a number greater than or equal to "
+        "2, otherwise, please delete one or more Data Track Definitions if you want to lower this "
+        "number.";
+    EXPECT_EQ(refusal("R-1\\N", "1"), why);
+    EXPECT_EQ(refusal("R-1\\N", ""), why);
+    EXPECT_TRUE(set({{"R-1\\N", "2"}}));
+    EXPECT_TRUE(set({{"R-1\\TK1-2", ""}, {"R-1\\N", "1"}}));
+    EXPECT_EQ(file('R'), "R-1\\ID:Src;\r\nR-1\\N:1;\r\nR-1\\TK1-1:1;\r\n");
+}
+
 TEST_F(AttributeEdit, TheEditionOfTheDocumentDecides) {
     put('R', "R-1\\ID:Src;\r\n");
     EXPECT_EQ(refusal("R-1\\RML", "I"),

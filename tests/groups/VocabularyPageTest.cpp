@@ -38,6 +38,9 @@ TEST(VocabularyPage, TellsLimitsChoicesAndElements) {
     EXPECT_NE(lineOf(page, "| `SCO\\N`").find("| 99 rows |"), std::string::npos);
     EXPECT_NE(lineOf(vocabularyPage('G'), "| `RN`").find("| Revision: Number |"),
               std::string::npos);
+    EXPECT_NE(
+        lineOf(vocabularyPage('G'), "| `POC4-n`").find("| Phone (the page reads `POC42-n`) |"),
+        std::string::npos);
 }
 
 TEST(VocabularyPage, HasAFileNameOfItsOwn) {
