@@ -59,8 +59,21 @@ class MeasurementSave {
 
     /// False if the definition can not be saved; nothing has changed then.
     bool plan() {
-        return checkEntered() && checkName() &&
-               (is("WDFR") ? checkRanges() : checkNumbers() && planPlaces() && checkFragments());
+        if (!checkEntered() || !checkName()) {
+            return false;
+        }
+        if (is("WDFR")) {
+            return checkRanges();
+        }
+        if (!checkNumbers() || !planPlaces() || !checkFragments()) {
+            return false;
+        }
+        if (isFragments()) {
+            numberFragments();
+        } else if (is("SFSC") && usesInterval()) {
+            tellAmbiguousInterval();
+        }
+        return true;
     }
     /// False, with the old measurement back in place, if there can be no more cells.
     bool place();
@@ -93,6 +106,8 @@ class MeasurementSave {
     bool planMinor(int fwp, const MeasurementSpot& spot);
     bool planPosition(std::string_view subframe, int position, const MeasurementSpot& spot);
     bool add(int fwp, int fn, const MeasurementSpot& spot);
+    void numberFragments();
+    void tellAmbiguousInterval();
     [[nodiscard]] bool checkFragments() const;
     [[nodiscard]] std::string subframeHere() const {
         const auto* const subframe = format_.subframeOfWord(place_.fwp);
@@ -275,6 +290,41 @@ bool MeasurementSave::planPlaces() {
     });
 }
 
+/// A reader takes no fragment whose number is above that of all fragments, so there are no gaps.
+/// A subframe has a fragment at several positions, and it is still one.
+void MeasurementSave::numberFragments() {
+    std::map<int, int> numbers;
+    for (const auto& planned : planned_) {
+        numbers.emplace(planned.measurement.fragmentNumber, 0);
+    }
+    int last = 0;
+    for (auto& [entered, number] : numbers) {
+        number = ++last;
+    }
+    for (auto& planned : planned_) {
+        planned.measurement.fragmentNumber = numbers[planned.measurement.fragmentNumber];
+        planned.measurement.locationCount = last;
+    }
+}
+
+/// Positions run through the words of a frame before the next one, but a file tells of an
+/// interval by its place in the lowest word. Where that is not the first place the measurement
+/// would come back elsewhere, so each of its places is told.
+void MeasurementSave::tellAmbiguousInterval() {
+    const auto lowest =
+        std::min_element(planned_.begin(), planned_.end(), [](const auto& a, const auto& b) {
+            return std::pair(a.fwp, a.fn) < std::pair(b.fwp, b.fn);
+        });
+    if (lowest == planned_.begin()) {
+        return;
+    }
+    cell_.locationMode = "E";
+    for (auto& planned : planned_) {
+        planned.measurement.locationMode = "E";
+        planned.measurement.interval = 0;
+    }
+}
+
 /// All fragments of a sample are sent in one minor frame.
 bool MeasurementSave::checkFragments() const {
     std::map<int, std::pair<int, int>> words;
@@ -374,7 +424,7 @@ bool MeasurementSave::place() {
     for (const int entry : entries) {
         format_.freeWordFrameDefinition(entry);
     }
-    if (!usesInterval() && !is("MF") && !is("SF")) {
+    if (is("MFSC") || is("SFSC")) {
         const int count = static_cast<int>(placed.size());
         format_.cells().updateAll(cell_.name,
                                   [count](Measurement& copy) { copy.locationCount = count; });

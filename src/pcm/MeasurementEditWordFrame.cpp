@@ -113,6 +113,19 @@ WordFrameFragment newWordFrameFragment(const PcmFormat& format, int fwp, int fn)
     return fragment;
 }
 
+bool writesFragmentEnds(const PcmFormat& format) {
+    return format.edition() >= 2009;
+}
+
+void takeUnwrittenEnds(const PcmFormat& format, WordFrameFragment& fragment) {
+    if (writesFragmentEnds(format)) {
+        return;
+    }
+    fragment.endWord =
+        fragment.wordInterval > 0 ? format.wordsPerMinorFrame - 1 : fragment.startWord;
+    fragment.endFrame = fragment.frameInterval > 0 ? format.numberOfFrames : fragment.startFrame;
+}
+
 std::optional<std::string> wordFrameProblem(PcmFormat& format, std::string_view name,
                                             const WordFrameFragment& fragment) {
     std::optional<std::string> problem;
@@ -147,6 +160,7 @@ bool completeWordFrameLocation(PcmFormat& format, UserInterface* parent, std::st
     int bits = 0;
     int position = 0;
     for (auto& fragment : location.fragments) {
+        takeUnwrittenEnds(format, fragment);
         if (!checkWordFrameEntry(format, parent, name, fragment)) {
             return false;
         }

@@ -19,6 +19,12 @@ inline constexpr int kMostFragments = 9;
 /// subframe's word and with hidden subframes only the frame of the place.
 [[nodiscard]] WordFrameFragment newWordFrameFragment(const PcmFormat& format, int fwp, int fn);
 
+/// A fragment is written with its end word and its end frame: from 106-09 on.
+[[nodiscard]] bool writesFragmentEnds(const PcmFormat& format);
+/// Where no ends are written a range with an interval goes on to the last word or frame, and
+/// one without is its start alone. Gives a fragment these ends.
+void takeUnwrittenEnds(const PcmFormat& format, WordFrameFragment& fragment);
+
 /// Why the ranges of a fragment can not be taken, in the words of the messages 276, 285 to
 /// 287, 292 and 293; nothing if they can. Nothing is changed or shown.
 [[nodiscard]] std::optional<std::string> wordFrameProblem(PcmFormat& format, std::string_view name,
@@ -29,8 +35,8 @@ bool checkWordFrameEntry(PcmFormat& format, UserInterface* parent, std::string_v
 
 /// Checks a location that was entered: its fragments, message 336 for a missing word length of
 /// several fragments. A length that the masks do not add up to becomes their sum, with
-/// message 294. Fragments are numbered by their order; one of the first frame only, in plain
-/// words, is in every frame.
+/// message 294. The ends are those that the edition can tell. Fragments are numbered by their
+/// order; one of the first frame only, in plain words, is in every frame.
 bool completeWordFrameLocation(PcmFormat& format, UserInterface* parent, std::string_view name,
                                WordFrameLocation& location);
 

@@ -10,6 +10,7 @@ using test::counterAt;
 using test::listOf;
 using test::LoadFixture;
 using test::plainFormat;
+using test::subframeAt;
 using test::operator+;
 
 /// A stream of an edition that knows both methods, and a measurement of each: the one told by
@@ -82,6 +83,119 @@ TEST(FrameEditRoundTrip, WhatIsGeneratedInAHiddenSubframeComesBack) {
     EXPECT_EQ(stream.first("FWP0007_FN008").locationType, "WDFR");
     EXPECT_EQ(stream.first("FWP0002_FN001").locationType, "MF");
     EXPECT_TRUE(stream.ui.logs.empty());
+}
+
+/// Words 1 to 31 in 8 frames, a counter in 1, and the subframes S and U of one word and T of two.
+class SubframeStream : public LoadFixture {
+  public:
+    SubframeStream() {
+        EXPECT_TRUE(load(
+            plainFormat(32, 8) + counterAt(1, 8,
+                                           Commands{"SF\\N-1:3"} + subframeAt(1, "S", 5, 4) +
+                                               Commands{"SF1-1-2:T", "SF2-1-2:2", "SF3-1-2:FI",
+                                                        "SF4-1-2-1:6", "SF5-1-2:10", "SF6-1-2:4"} +
+                                               subframeAt(3, "U", 8, 4)),
+            listOf({Commands{"MN@:Old", "LT@:MF", "MF@:3"}})));
+    }
+    bool save(const EditedPlace& place, const MeasurementDefinition& definition) {
+        return saveMeasurement(format, parent, {}, {}, place, definition);
+    }
+    bool saveAndReload() { return savePcmFormat(format, parent) && reload(); }
+};
+
+TEST(FrameEditRoundTrip, AnIntervalThatNoFileTellsKeepsItsPlaces) {
+    SubframeStream stream;
+    MeasurementDefinition definition;
+    definition.attributes.name = "A";
+    definition.attributes.locationType = "SFSC";
+    definition.attributes.locationMode = "I";
+    definition.attributes.locationCount = 3;
+    definition.attributes.interval = 1;
+    definition.attributes.mask = "FW";
+    // Positions 2 to 4: the second word of frame 1 comes before the first word of frame 2.
+    ASSERT_TRUE(stream.save({16, 1, {}}, definition));
+    const test::Places places{{6, 2}, {16, 1}, {16, 2}};
+    EXPECT_EQ(stream.places("A"), places);
+    ASSERT_TRUE(stream.saveAndReload());
+    EXPECT_EQ(stream.places("A"), places);
+    EXPECT_EQ(stream.first("A").locationMode, "E");
+    // From a place in the first word on a file tells of it.
+    definition.attributes.locationCount = 2;
+    definition.attributes.interval = 2;
+    ASSERT_TRUE(stream.save({6, 1, "A"}, definition));
+    ASSERT_TRUE(stream.saveAndReload());
+    EXPECT_EQ(stream.places("A"), (test::Places{{6, 1}, {6, 2}}));
+    EXPECT_EQ(stream.first("A").locationMode, "I");
+}
+
+TEST(FrameEditRoundTrip, FragmentsAreNumberedWithoutGapsAndCountOnceEach) {
+    SubframeStream stream;
+    MeasurementDefinition definition;
+    definition.attributes.name = "A";
+    definition.attributes.locationType = "SFFR";
+    definition.attributes.reconstructedLength = 32;
+    definition.spots = {{0, "S", 1, "FW", "M", 1},
+                        {0, "U", 1, "FW", "L", 3},
+                        {0, "S", 3, "FW", "M", 1},
+                        {0, "U", 3, "FW", "L", 3}};
+    ASSERT_TRUE(stream.save({5, 1, {}}, definition));
+    const auto check = [&stream] {
+        EXPECT_EQ(stream.places("A"), (test::Places{{5, 1}, {5, 3}, {8, 1}, {8, 3}}));
+        const auto cell = stream.format.findInCell(8, 3, "A");
+        ASSERT_TRUE(cell);
+        EXPECT_EQ(stream.format.cells().measurement(cell).fragmentNumber, 2);
+        EXPECT_EQ(stream.format.cells().measurement(cell).fragmentTransferOrder, "L");
+        EXPECT_EQ(stream.format.cells().measurement(cell).locationCount, 2);
+        EXPECT_EQ(stream.format.countMeasurementOccurences("A"), 4);
+    };
+    check();
+    ASSERT_TRUE(stream.saveAndReload());
+    check();
+    EXPECT_TRUE(stream.ui.logs.empty());
+}
+
+TEST(FrameEditRoundTrip, FragmentsOfWordsAreNumberedWithoutGaps) {
+    SubframeStream stream;
+    MeasurementDefinition definition;
+    definition.attributes.name = "A";
+    definition.attributes.locationType = "MFFR";
+    definition.attributes.locationMode = "E";
+    definition.attributes.reconstructedLength = 32;
+    definition.spots = {{9, "", 0, "FW", "M", 3}, {10, "", 0, "FW", "L", 1}};
+    ASSERT_TRUE(stream.save({9, 1, {}}, definition));
+    ASSERT_TRUE(stream.saveAndReload());
+    const auto& cells = stream.format.cells();
+    EXPECT_EQ(cells.measurement(stream.format.findInCell(9, 1, "A")).fragmentNumber, 2);
+    EXPECT_EQ(cells.measurement(stream.format.findInCell(10, 1, "A")).fragmentNumber, 1);
+    EXPECT_TRUE(stream.ui.logs.empty()) << "no fragment is missing";
+}
+
+TEST(FrameEditRoundTrip, RangesOfAnEditionWithoutEndsGoOnToTheLastWordAndFrame) {
+    for (const int edition : {2004, 2007, 2009}) {
+        LoadFixture stream(edition);
+        ASSERT_TRUE(stream.load(plainFormat(16, 8) + counterAt(1, 8)));
+        MeasurementDefinition definition;
+        definition.attributes.name = "A";
+        definition.attributes.locationType = "WDFR";
+        definition.wordFrame.locations = {{16, {{4, 5, 9, 2, 2, 4, "FW", 'M', 1}}}};
+        ASSERT_TRUE(saveMeasurement(stream.format, stream.parent, {}, {}, {4, 2, {}}, definition));
+        const auto places = stream.places("A");
+        EXPECT_EQ(places, edition >= 2009 ? (test::Places{{4, 2}, {4, 4}, {9, 2}, {9, 4}})
+                                          : (test::Places{{4, 2},
+                                                          {4, 4},
+                                                          {4, 6},
+                                                          {4, 8},
+                                                          {9, 2},
+                                                          {9, 4},
+                                                          {9, 6},
+                                                          {9, 8},
+                                                          {14, 2},
+                                                          {14, 4},
+                                                          {14, 6},
+                                                          {14, 8}}));
+        ASSERT_TRUE(savePcmFormat(stream.format, stream.parent) && stream.reload());
+        EXPECT_EQ(stream.places("A"), places) << edition;
+    }
 }
 
 }  // namespace

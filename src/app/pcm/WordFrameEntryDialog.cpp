@@ -10,7 +10,6 @@
 #include "pcm/PcmFormat.h"
 
 #include <algorithm>
-#include <set>
 
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -85,6 +84,9 @@ QWidget* WordFrameEntryDialog::makeFields() {
     add(startFrame_, "startFrame", u"Start Frame:");
     add(frameInterval_, "frameInterval", u"Frame Interval:");
     add(endFrame_, "endFrame", u"End Frame:");
+    for (auto* end : {endWord_, endFrame_}) {
+        end->setEnabled(writesFragmentEnds(format_));
+    }
     mask_ = new MaskControl(form(), format_.context(), "bitMask", owner);
     const int row = grid->rowCount();
     grid->addWidget(look::addLabel(QStringLiteral("Bit Mask:"), mask_->field()), row, 0);
@@ -198,6 +200,11 @@ void WordFrameEntryDialog::keepFragment() {
     fragment.startFrame = startFrame_->number();
     fragment.frameInterval = frameInterval_->number();
     fragment.endFrame = endFrame_->number();
+    takeUnwrittenEnds(format_, fragment);
+    if (!endWord_->isEnabled()) {
+        endWord_->setNumber(fragment.endWord);
+        endFrame_->setNumber(fragment.endFrame);
+    }
     fragment.mask = mask_->mask();
     const auto order = order_->code();
     fragment.transferOrder = order.empty() ? 'D' : order[0];
@@ -237,18 +244,21 @@ void WordFrameEntryDialog::check() {
 }
 
 void WordFrameEntryDialog::tellCovered(const std::vector<std::pair<int, int>>& places) {
-    std::set<int> words;
-    std::set<int> frames;
+    std::vector<bool> words(static_cast<std::size_t>(format_.wordsPerMinorFrame) + 1);
+    std::vector<bool> frames(static_cast<std::size_t>(format_.numberOfFrames) + 1);
     for (const auto& [word, frame] : places) {
-        words.insert(word);
-        frames.insert(frame);
+        words[static_cast<std::size_t>(word)] = true;
+        frames[static_cast<std::size_t>(frame)] = true;
     }
+    const auto countOf = [](const std::vector<bool>& marked) {
+        return static_cast<std::size_t>(std::count(marked.begin(), marked.end(), true));
+    };
     const auto count = [](std::size_t number, const char* one, const char* many) {
         return std::to_string(number) + " " + (number == 1 ? one : many);
     };
     const auto text = places.empty() ? std::string("Covers no place of the frame.")
-                                     : "Covers " + count(words.size(), "word", "words") + " in " +
-                                           count(frames.size(), "frame", "frames") + " (" +
+                                     : "Covers " + count(countOf(words), "word", "words") + " in " +
+                                           count(countOf(frames), "frame", "frames") + " (" +
                                            count(places.size(), "place", "places") + ").";
     covered_->setText(toQString(text));
     map_->setAccessibleDescription(covered_->text());

@@ -197,5 +197,31 @@ TEST(WordFrameMapTest, OverlapsAndPlacesOutsideAreShownOnce) {
     EXPECT_FALSE(map.grab().isNull());
 }
 
+TEST(WordFramePanelTest, AnEditionWithoutEndsShowsWhereARangeWillEnd) {
+    WordStage stage(2007);
+    stage.format.implicitSubframes = true;
+    stage.door.next([&](QDialog& dialog) {
+        type(dialog, "measurementName", QStringLiteral("A"));
+        stage.door.next([&](QDialog& entry) {
+            EXPECT_FALSE(find<QWidget>(entry, "endWord")->isEnabled());
+            EXPECT_FALSE(find<QWidget>(entry, "endFrame")->isEnabled());
+            EXPECT_EQ(textOf(entry, "endFrame"), "8");
+            type(entry, "startWord", QStringLiteral("7"));
+            EXPECT_EQ(textOf(entry, "endWord"), "7");
+            type(entry, "wordInterval", QStringLiteral("10"));
+            EXPECT_EQ(textOf(entry, "endWord"), "31");
+            EXPECT_EQ(textOf(entry, "covered"), "Covers 3 words in 8 frames (24 places).");
+            type(entry, "frameInterval", QStringLiteral("0"));
+            EXPECT_EQ(textOf(entry, "endFrame"), "1");
+            type(entry, "frameInterval", QStringLiteral("1"));
+            press(entry, "ok");
+        });
+        press(dialog, "edit");
+        press(dialog, "ok");
+    });
+    EXPECT_TRUE(stage.edit(3, 1));
+    EXPECT_EQ(stage.places("A"), "7/1 17/1 27/1 ");
+}
+
 }  // namespace
 }  // namespace kavu
