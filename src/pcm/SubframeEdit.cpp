@@ -276,11 +276,10 @@ bool canCreateAt(const PcmFormat& format, UserInterface* parent, int fwp) {
     if (type != WordType::Minor) {
         return false;
     }
-    for (int fn = 1; fn <= format.wordDepth(fwp); ++fn) {
-        if (format.countMeasurementsAt(fwp, fn, true) > 0) {
-            show(format, parent, 231, title::kError, kErrorBox);
-            return false;
-        }
+    // An async slot counts, too: its stream could not be read again from another kind of word.
+    if (holdsAnything(format, fwp)) {
+        show(format, parent, 231, title::kError, kErrorBox);
+        return false;
     }
     return true;
 }

@@ -1,4 +1,5 @@
 // Leaving the form of a subframe: its checks, and what then changes in the frame.
+#include "pcm/AsyncEdit.h"
 #include "pcm/SubframeCodes.h"
 #include "pcm/SubframeEdit.h"
 
@@ -83,6 +84,13 @@ class SubframeSaver {
                (other.type == WordType::Subframe && !(ref == ref_));
     }
 
+    /// A plain word whose contents would be lost: an async stream can not be read again from a
+    /// word of a subframe.
+    bool isInUse(int word) const {
+        return format_.containsMeasurements(word) ||
+               (format_.wordType(word) == WordType::Minor && isAsyncAt(format_, word, -1, 0));
+    }
+
     bool checkInterval() {
         const int count = record_.supercommutated.number();
         const int interval = record_.interval.number();
@@ -101,7 +109,7 @@ class SubframeSaver {
             if (isTaken(word)) {
                 return refuse(344, kTitleUnableToSave, word);
             }
-            if (format_.containsMeasurements(word)) {
+            if (isInUse(word)) {
                 return refuse(341, kTitleValue, word);
             }
             locations_.push_back(word);
@@ -121,7 +129,7 @@ class SubframeSaver {
             if (isTaken(word)) {
                 return refuse(347, kTitleUnableToSave, word);
             }
-            if (format_.containsMeasurements(word)) {
+            if (isInUse(word)) {
                 return refuse(341, kTitleValue, word);
             }
             found = found || word == fwp_;

@@ -277,6 +277,15 @@ TEST(SubframeEdit, CreatingIsForFreePlainWords) {
     EXPECT_EQ(f.ui.countBoxes(231), 1);
 }
 
+TEST(SubframeEdit, AWordOfAnAsyncFormatIsInUse) {
+    StreamFixture f;
+    AsyncFormat contents;
+    contents.dataLinkName = "INNER";
+    ASSERT_TRUE(saveAsyncFormat(f.format, f.parent, 0, contents, {{7, {}, {}}}));
+    EXPECT_FALSE(canCreateAt(f.format, f.parent, 7));
+    EXPECT_EQ(f.ui.countBoxes(231), 1);
+}
+
 TEST(SubframeEdit, InTheLatestEditionACounterMayTakeAnyWordOfMeasurements) {
     StreamFixture f(2011);
     ASSERT_TRUE(createIdCounter(f.format, nullptr, 30));

@@ -137,6 +137,15 @@ TEST_F(SubframeSaving, LocationsOfOthersAndWordsInUseAreRefused) {
     expectRefused(listed(), {5, 15}, 341, 87);
 }
 
+TEST_F(SubframeSaving, AWordOfAnAsyncFormatIsNoLocation) {
+    AsyncFormat contents;
+    contents.dataLinkName = "INNER";
+    ASSERT_TRUE(saveAsyncFormat(f.format, f.parent, 0, contents, {{15, {}, {}}}));
+    expectRefused(stepping("2", "10"), {}, 341, 87);
+    expectRefused(listed(), {5, 15}, 341, 87);
+    EXPECT_TRUE(isAsyncAt(f.format, 15, 1, 1));
+}
+
 TEST_F(SubframeSaving, AListOfWordsMustLieInTheFrameAndHoldTheWordThatIsEdited) {
     for (const int word : {0, -1, 32, 100000}) {
         expectRefused(listed(), {5, word}, 346, 87);
