@@ -65,6 +65,22 @@ inline Commands listOf(const std::vector<Commands>& measurements, int list = 1) 
     return commands;
 }
 
+/// A word/frame measurement of one fragment, for `listOf`.
+inline Commands wordFrame(const std::string& name, int word, int start, int interval, int end) {
+    return {"MN@:" + name,
+            "LT@:WDFR",
+            "MML\\N@:1",
+            "MNF\\N@-1:1",
+            "WP@-1-1:" + std::to_string(word),
+            "WI@-1-1:0",
+            "EWP@-1-1:" + std::to_string(word),
+            "FP@-1-1:" + std::to_string(start),
+            "FI@-1-1:" + std::to_string(interval),
+            "EFP@-1-1:" + std::to_string(end),
+            "WFM@-1-1:FW",
+            "WFP@-1-1:1"};
+}
+
 class LoadFixture : public TestContext {
   public:
     explicit LoadFixture(int edition = 2009) : TestContext(edition) {}

@@ -12,26 +12,11 @@ using test::listOf;
 using test::LoadFixture;
 using test::plainFormat;
 using test::subframeAt;
+using test::wordFrame;
 using test::operator+;
 
 constexpr const char* kPFile = "[kavu]PCMFMT.P01";
 constexpr const char* kDFile = "[kavu]PCMMEAS.D01";
-
-/// A word/frame measurement of one fragment.
-Commands wordFrame(const std::string& name, int word, int start, int interval, int end) {
-    return {"MN@:" + name,
-            "LT@:WDFR",
-            "MML\\N@:1",
-            "MNF\\N@-1:1",
-            "WP@-1-1:" + std::to_string(word),
-            "WI@-1-1:0",
-            "EWP@-1-1:" + std::to_string(word),
-            "FP@-1-1:" + std::to_string(start),
-            "FI@-1-1:" + std::to_string(interval),
-            "EFP@-1-1:" + std::to_string(end),
-            "WFM@-1-1:FW",
-            "WFP@-1-1:1"};
-}
 
 /// Saves, loads and saves again: the groups must be what they were.
 void expectStable(LoadFixture& f) {
