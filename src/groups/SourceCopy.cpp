@@ -118,16 +118,21 @@ class SourceCopier {
             !gatherLinkNames(context, parent_, taken)) {
             return false;
         }
+        // Names that differ only in case are two names, unless nothing bears the exact one.
         const auto& name = plan_.source.name;
+        const bool exact =
+            std::any_of(multiplexes.begin(), multiplexes.end(),
+                        [&](const Multiplex& multiplex) { return multiplex.source == name; });
         for (const auto& multiplex : multiplexes) {
-            if (!equalsIgnoreCase(multiplex.source, name)) {
+            if (exact ? multiplex.source != name : !equalsIgnoreCase(multiplex.source, name)) {
                 continue;
             }
             multiplexes_.push_back(multiplex.index);
             for (const auto& link : multiplex.links) {
-                if (!links_.add(link)) {
+                if (std::find(links_.begin(), links_.end(), link) != links_.end()) {
                     continue;
                 }
+                links_.push_back(link);
                 const auto newLink = uniqueName(link, taken);
                 taken.add(newLink);
                 transfer_.renameLink(link, newLink);
@@ -158,7 +163,7 @@ class SourceCopier {
         }
         std::vector<StreamGroups> streams;
         setStatusText(parent_, "Copying Stream Files");
-        for (const auto& link : links_.names()) {
+        for (const auto& link : links_) {
             streams.push_back(finder.find(link));
             if (streams.back().format > 0 && !copyGroup('P', streams.back().format)) {
                 return false;
@@ -217,7 +222,7 @@ class SourceCopier {
     SourceUndo undo_;
     bool conversionsKept_ = false;
     std::vector<int> multiplexes_;
-    LinkNames links_;
+    std::vector<std::string> links_;  ///< at most as many as a document can have
 };
 
 std::optional<std::string> askCopyName(const DocumentContext& context, UserInterface* parent,

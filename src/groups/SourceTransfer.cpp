@@ -15,7 +15,7 @@ constexpr const char* kStaged = "STAGED";
 constexpr std::size_t kLongestName = kNameLimit;
 
 std::string linkKey(std::string_view name) {
-    return lowerAscii(trimTrailingBlanks(name.substr(0, kNameLimit)));
+    return std::string(trimTrailingBlanks(name.substr(0, kNameLimit)));
 }
 
 /// What message 303 calls a group.
@@ -48,7 +48,9 @@ SourceTransfer::~SourceTransfer() {
 }
 
 void SourceTransfer::renameLink(std::string_view oldName, std::string newName) {
-    links_[linkKey(oldName)] = std::move(newName);
+    const auto key = linkKey(oldName);
+    foldedLinks_.try_emplace(lowerAscii(key), newName);
+    links_[key] = std::move(newName);
 }
 
 int SourceTransfer::nextIndex(char letter) const {
@@ -94,8 +96,12 @@ std::string SourceTransfer::newValue(char letter, std::string_view code, std::st
         return source_;
     }
     if (isLinkCode(letter, code)) {
-        const auto link = links_.find(linkKey(value));
-        return link == links_.end() ? std::string(value) : link->second;
+        const auto key = linkKey(value);
+        if (const auto link = links_.find(key); link != links_.end()) {
+            return link->second;
+        }
+        const auto link = foldedLinks_.find(lowerAscii(key));
+        return link == foldedLinks_.end() ? std::string(value) : link->second;
     }
     if (!value.empty() && isMeasurementNameCode(letter, code)) {
         auto name = affixes_.applied(value);

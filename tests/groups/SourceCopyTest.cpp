@@ -176,6 +176,28 @@ TEST_F(SourceCopyTest, CommentsShareTheChunksOfTheirRecordsAndNeedNoFilesOfTheir
     EXPECT_LE(comments, chunks);
 }
 
+TEST_F(SourceCopyTest, NamesThatDifferOnlyInCaseAreSourcesAndLinksOfTheirOwn) {
+    test::SourceStage both;
+    both.open(
+        "G\\106:09;\r\nG\\DSI\\N:2;\r\nG\\DSI-1:Pod;\r\nG\\DST-1:RF;\r\nG\\DSI-2:POD;\r\n"
+        "G\\DST-2:RF;\r\nT-1\\ID:Pod;\r\nT-2\\ID:POD;\r\n"
+        "M-1\\ID:Pod;\r\nM-1\\SI\\N:2;\r\nM-1\\SI\\DLN-1:Link;\r\nM-1\\SI\\DLN-2:LINK;\r\n"
+        "M-2\\ID:POD;\r\nM-2\\BB\\DLN:Other;\r\n"
+        "P-1\\DLN:Link;\r\nP-1\\TF:ONE;\r\nP-2\\DLN:LINK;\r\nP-2\\TF:TWO;\r\n"
+        "P-3\\DLN:Other;\r\nP-3\\TF:ONE;\r\n");
+    both.ui.queued = {Button::Yes, Button::No};
+    both.ui.texts = {"Copy"};
+    EXPECT_TRUE(copyDataSource(both.parts, &both.ui, "Pod"));
+    EXPECT_EQ(both.read(groupFile('T', 3)), "T-3\\ID:Copy;\r\n");
+    EXPECT_EQ(both.read(groupFile('M', 3)),
+              "M-3\\ID:Copy;\r\nM-3\\SI\\N:2;\r\nM-3\\SI\\DLN-1:Link 2;\r\n"
+              "M-3\\SI\\DLN-2:LINK 3;\r\n");
+    EXPECT_FALSE(both.has(groupFile('M', 4)));
+    EXPECT_EQ(both.read(groupFile('P', 4)), "P-4\\DLN:Link 2;\r\nP-4\\TF:ONE;\r\n");
+    EXPECT_EQ(both.read(groupFile('P', 5)), "P-5\\DLN:LINK 3;\r\nP-5\\TF:TWO;\r\n");
+    EXPECT_FALSE(both.has(groupFile('P', 6)));
+}
+
 TEST_F(SourceCopyTest, ANameThatExistsIsRefused) {
     t.ui.queued = {Button::Yes, Button::No};
     t.ui.texts = {"first", "Other"};
