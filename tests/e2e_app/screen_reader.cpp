@@ -4,9 +4,9 @@
 //
 //     screen_reader PROGRAM TABLE REQUESTS
 //
-// Walks from the registry to the program and on to the table of that name, hears every cell
-// in view once, then asks for single cells until there were at least REQUESTS requests for
-// them. Ends with 1 and a reason on the standard error where something is missing.
+// Walks from the registry to the program and on to the table of that name, hears its rows and
+// every cell in view once, then asks for single cells until there were at least REQUESTS requests
+// for them. Ends with 1 and a reason on the standard error where something is missing.
 #include <cstdio>
 #include <cstdlib>
 #include <deque>
@@ -58,10 +58,11 @@ namespace {
 constexpr int kPatience = 20000;        // ms for one answer
 constexpr int kMostObjects = 5000;      // of a window, without the cells of the table
 constexpr qsizetype kMostHeard = 1500;  // cells of a table
-constexpr int kLists = 9;               // times that all cells are listed
+constexpr int kLists = 9;               // times that the rows are listed
 constexpr unsigned kOfScreen = 0;       // ATSPI_COORD_TYPE_SCREEN
 constexpr unsigned kTableRole = 55;     // ATSPI_ROLE_TABLE
 constexpr unsigned kCellRole = 56;      // ATSPI_ROLE_TABLE_CELL
+constexpr unsigned kRowRole = 90;       // ATSPI_ROLE_TABLE_ROW
 
 const QString kAccessible = QStringLiteral("org.a11y.atspi.Accessible");
 const QString kTable = QStringLiteral("org.a11y.atspi.Table");
@@ -181,25 +182,38 @@ std::pair<Node, int> findTable(Reader& reader, const Node& program, const QStrin
     fail(QStringLiteral("the program has no table of that name"));
 }
 
-/// The list of the cells that the table exposes, and what they are called and are: all of
-/// them, or every n-th where they are too many to hear in a test.
+/// The rows that the table exposes, and the cells of each; and what the cells are called and
+/// are: all of them, or every n-th where they are too many to hear in a test.
 QJsonObject hearAll(Reader& reader, const Node& table) {
-    QList<Node> cells;
+    QList<Node> rows;
     for (int i = 0; i < kLists; ++i) {
-        cells = reader.children(table);
+        rows = reader.children(table);
+    }
+    QList<Node> cells;
+    for (const auto& row : rows) {
+        cells += reader.children(row);
     }
     const auto lists = reader.takeTimes();
+    QJsonArray rowNames;
+    int strange = 0;
+    for (const auto& row : rows) {
+        rowNames.append(reader.name(row));
+        strange += reader.role(row) == kRowRole ? 0 : 1;
+    }
+    reader.takeTimes();
     const qsizetype step = cells.size() / kMostHeard + 1;
     QJsonArray names;
-    int strange = 0;
     for (qsizetype i = 0; i < cells.size(); i += step) {
         names.append(reader.name(cells[i]));
         strange += reader.role(cells[i]) == kCellRole ? 0 : 1;
     }
-    return {
-        {QStringLiteral("listed"), cells.size()}, {QStringLiteral("lists"), lists},
-        {QStringLiteral("step"), step},           {QStringLiteral("names"), names},
-        {QStringLiteral("notCells"), strange},    {QStringLiteral("answers"), reader.takeTimes()}};
+    return {{QStringLiteral("listed"), cells.size()},
+            {QStringLiteral("lists"), lists},
+            {QStringLiteral("rowNames"), rowNames},
+            {QStringLiteral("step"), step},
+            {QStringLiteral("names"), names},
+            {QStringLiteral("strange"), strange},
+            {QStringLiteral("answers"), reader.takeTimes()}};
 }
 
 /// Single cells all over the view, asked for by row and column.
@@ -212,6 +226,23 @@ QJsonObject hearSingle(Reader& reader, const Node& table, int rows, int columns,
         cells.append(QJsonArray{row, column, reader.name(reader.cellAt(table, row, column))});
     }
     return {{QStringLiteral("cells"), cells}, {QStringLiteral("answers"), reader.takeTimes()}};
+}
+
+/// What older readers ask: a cell has one number in the table, and that leads back to its row
+/// and its column. True if it does, for the first cell and the last.
+bool leadsBack(Reader& reader, const Node& table, int rows, int columns) {
+    const auto number = [&](const char* method, const QVariantList& arguments) {
+        return reader.call(table, kTable, QLatin1String(method), arguments).toInt();
+    };
+    for (const auto& [row, column] : {std::pair{0, 0}, std::pair{rows - 1, columns - 1}}) {
+        const int index = number("GetIndexAt", {row, column});
+        if (number("GetRowAtIndex", {index}) != row ||
+            number("GetColumnAtIndex", {index}) != column) {
+            return false;
+        }
+    }
+    // The numbers of the rows, which come first, are answered as well.
+    return number("GetRowAtIndex", {rows - 1}) == rows - 1;
 }
 
 }  // namespace
@@ -245,6 +276,8 @@ int main(int argc, char* argv[]) {
         {QStringLiteral("columns"), columns},
         {QStringLiteral("children"), children},
         {QStringLiteral("sizes"), sizes},
+        {QStringLiteral("leadsBack"), leadsBack(reader, table, rows, columns)},
+        {QStringLiteral("numbers"), reader.takeTimes()},
         {QStringLiteral("all"), hearAll(reader, table)},
         {QStringLiteral("single"), hearSingle(reader, table, rows, columns, arguments[3].toInt())}};
     std::printf("%s\n", QJsonDocument(heard).toJson(QJsonDocument::Compact).constData());

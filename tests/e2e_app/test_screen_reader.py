@@ -11,7 +11,6 @@ from desktop import MAIN, EditorTest, main
 WORDS, FRAMES = 2047, 256
 REQUESTS = 400
 ANSWER = 50  # ms for one answer
-LONG_LIST = 2500  # ms for the list of all cells where they are a few pixels small
 SHEET = r"^Edit PCM Attributes"
 LATE, LATE_FRAME = 2040, 200  # the word of the one measurement, and a frame
 
@@ -104,16 +103,16 @@ class ScreenReader(EditorTest):
         self.key("ctrl+q")
         self.ended(editor)
 
-    def assertQuick(self, what, answers, limit=ANSWER):
+    def assertQuick(self, what, answers):
         """In the median and on average; of many also 9 of 10, as the machine may be busy."""
         times = sorted(answers)
         median, late = statistics.median(times), times[len(times) * 9 // 10]
         print("  %s: %d answers, median %.2f ms, 9 of 10 in %.2f ms, at most %.2f ms, all in "
               "%.0f ms" % (what, len(times), median, late, times[-1], sum(times)), flush=True)
-        self.assertLess(median, limit, what)
+        self.assertLess(median, ANSWER, what)
         if len(times) >= 100:
-            self.assertLess(late, limit, what)
-        self.assertLess(sum(times), len(times) * limit, what)
+            self.assertLess(late, ANSWER, what)
+        self.assertLess(sum(times), len(times) * ANSWER, what)
 
     def assertOnlyInView(self, heard):
         """As many cells as have room in the grid on the screen, and not one more."""
@@ -124,28 +123,31 @@ class ScreenReader(EditorTest):
         self.assertEqual(heard["rows"], -(-height // cell_height))
         self.assertLess(heard["lastCell"][0], left + width)
         self.assertLess(heard["lastCell"][1], top + height)
-        cells = heard["columns"] * heard["rows"]
-        self.assertEqual((heard["children"], heard["all"]["listed"]), (cells, cells))
-        self.assertEqual(heard["all"]["notCells"], 0)
+        self.assertEqual(heard["children"], heard["rows"])
+        self.assertEqual(heard["all"]["listed"], heard["columns"] * heard["rows"])
+        self.assertEqual(heard["all"]["strange"], 0)
+        self.assertTrue(heard["leadsBack"])
 
     def assertHears(self, heard, word, frame):
         """The names of the cells from that place on, in the order of the rows."""
         columns, rows = heard["columns"], heard["rows"]
+        self.assertEqual(heard["all"]["rowNames"],
+                         ["FN %d" % (frame + row) for row in range(rows)])
         names = [spoken(word + column, frame + row) for row in range(rows)
                  for column in range(columns)]
         self.assertEqual(heard["all"]["names"], names[::heard["all"]["step"]])
         for row, column, name in heard["single"]["cells"]:
             self.assertEqual(name, spoken(word + column, frame + row))
 
-    def assertAnswersQuickly(self, heard, list_limit=ANSWER):
+    def assertAnswersQuickly(self, heard):
         print("\n%d x %d of %d x %d cells are in view" % (heard["columns"], heard["rows"], WORDS,
                                                         FRAMES))
         # A name and a role for each cell that was heard: nothing grows with the frame.
         self.assertEqual(len(heard["all"]["answers"]), 2 * len(heard["all"]["names"]))
         self.assertGreaterEqual(len(heard["single"]["answers"]), REQUESTS)
         self.assertQuick("how many there are, and where",
-                         heard["sizes"] + heard["places"])
-        self.assertQuick("the list of all", heard["all"]["lists"], list_limit)
+                         heard["sizes"] + heard["places"] + heard["numbers"])
+        self.assertQuick("the list of the rows, and of the cells of each", heard["all"]["lists"])
         self.assertQuick("name and role of the listed", heard["all"]["answers"])
         self.assertQuick("the cell at a row and column, its name", heard["single"]["answers"])
 
@@ -178,8 +180,7 @@ class ScreenReader(EditorTest):
         self.assertGreater(heard["columns"] * heard["rows"], 10000)
         self.assertOnlyInView(heard)
         self.assertHears(heard, 0, 1)
-        # Only the list of so many at once takes longer than any other answer.
-        self.assertAnswersQuickly(heard, LONG_LIST)
+        self.assertAnswersQuickly(heard)
         self.end(editor)
 
 

@@ -28,16 +28,44 @@ QString spokenPlace(const FrameGrid& grid, FramePlace at) {
         .arg(text.empty() ? QStringLiteral("empty") : toQString(text));
 }
 
-class CellAccess : public QAccessibleInterface, public QAccessibleTableCellInterface {
+class GridAccess;
+
+/// A part of the table that is no widget. It is made, and ended, by its table.
+class PartAccess : public QAccessibleInterface, public QAccessibleTableCellInterface {
   public:
-    CellAccess(FrameGrid& grid, FramePlace at) : grid_(&grid), at_(at) {}
+    PartAccess(FrameGrid& grid, const GridAccess& table) : grid_(&grid), table_(table) {}
 
     [[nodiscard]] bool isValid() const override { return grid_ != nullptr; }
     [[nodiscard]] QObject* object() const override { return nullptr; }
-    [[nodiscard]] QAccessibleInterface* childAt(int, int) const override { return nullptr; }
-    [[nodiscard]] QAccessibleInterface* parent() const override {
+    void setText(QAccessible::Text, const QString&) override {}
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        return type == QAccessible::TableCellInterface
+                   ? static_cast<QAccessibleTableCellInterface*>(this)
+                   : nullptr;
+    }
+    [[nodiscard]] int rowExtent() const override { return 1; }
+    [[nodiscard]] QList<QAccessibleInterface*> columnHeaderCells() const override { return {}; }
+    [[nodiscard]] QList<QAccessibleInterface*> rowHeaderCells() const override { return {}; }
+    [[nodiscard]] QAccessibleInterface* table() const override {
         return QAccessible::queryAccessibleInterface(grid_);
     }
+
+  protected:
+    [[nodiscard]] QRect onScreen(const QRect& area) const {
+        return {grid_->mapToGlobal(area.topLeft()), area.size()};
+    }
+
+    QPointer<FrameGrid> grid_;
+    const GridAccess& table_;
+};
+
+class CellAccess : public PartAccess {
+  public:
+    CellAccess(FrameGrid& grid, const GridAccess& table, FramePlace at)
+        : PartAccess(grid, table), at_(at) {}
+
+    [[nodiscard]] QAccessibleInterface* childAt(int, int) const override { return nullptr; }
+    [[nodiscard]] QAccessibleInterface* parent() const override;
     [[nodiscard]] QAccessibleInterface* child(int) const override { return nullptr; }
     [[nodiscard]] int childCount() const override { return 0; }
     [[nodiscard]] int indexOfChild(const QAccessibleInterface*) const override { return -1; }
@@ -49,11 +77,7 @@ class CellAccess : public QAccessibleInterface, public QAccessibleTableCellInter
                : text == QAccessible::Description ? toQString(grid_->display().tipText(at_))
                                                   : QString();
     }
-    void setText(QAccessible::Text, const QString&) override {}
-    [[nodiscard]] QRect rect() const override {
-        const auto cell = grid_->cellRect(at_);
-        return {grid_->mapToGlobal(cell.topLeft()), cell.size()};
-    }
+    [[nodiscard]] QRect rect() const override { return onScreen(grid_->cellRect(at_)); }
     [[nodiscard]] QAccessible::Role role() const override { return QAccessible::Cell; }
     [[nodiscard]] QAccessible::State state() const override {
         QAccessible::State state;
@@ -68,30 +92,57 @@ class CellAccess : public QAccessibleInterface, public QAccessibleTableCellInter
         state.invisible = !grid_->display().isShown(at_);
         return state;
     }
-    void* interface_cast(QAccessible::InterfaceType type) override {
-        return type == QAccessible::TableCellInterface
-                   ? static_cast<QAccessibleTableCellInterface*>(this)
-                   : nullptr;
-    }
 
     // --- as a cell of the table in view ---------------------------------------------------
 
     [[nodiscard]] int columnExtent() const override { return 1; }
-    [[nodiscard]] int rowExtent() const override { return 1; }
-    [[nodiscard]] QList<QAccessibleInterface*> columnHeaderCells() const override { return {}; }
-    [[nodiscard]] QList<QAccessibleInterface*> rowHeaderCells() const override { return {}; }
     [[nodiscard]] int columnIndex() const override { return at_.word - grid_->view().firstWord; }
     [[nodiscard]] int rowIndex() const override {
         return at_.frame - 1 - grid_->view().scrolledRows;
     }
     [[nodiscard]] bool isSelected() const override { return grid_->view().block().holds(at_); }
-    [[nodiscard]] QAccessibleInterface* table() const override { return parent(); }
 
     [[nodiscard]] FramePlace at() const { return at_; }
 
   private:
-    QPointer<FrameGrid> grid_;
     FramePlace at_;
+};
+
+/// The cells of a frame that are in view. At a small zoom there are so many cells that one
+/// list of all of them would keep a reader waiting; the list of a row is always short.
+class RowAccess : public PartAccess {
+  public:
+    RowAccess(FrameGrid& grid, const GridAccess& table, int frame)
+        : PartAccess(grid, table), frame_(frame) {}
+
+    [[nodiscard]] QAccessibleInterface* childAt(int x, int y) const override;
+    [[nodiscard]] QAccessibleInterface* parent() const override { return table(); }
+    [[nodiscard]] QAccessibleInterface* child(int index) const override;
+    [[nodiscard]] int childCount() const override { return columnExtent(); }
+    [[nodiscard]] int indexOfChild(const QAccessibleInterface* child) const override {
+        const auto* const cell = dynamic_cast<const CellAccess*>(child);
+        return cell != nullptr && cell->at().frame == frame_ ? cell->columnIndex() : -1;
+    }
+    [[nodiscard]] QString text(QAccessible::Text text) const override {
+        return text == QAccessible::Name ? QStringLiteral("FN %1").arg(frame_) : QString();
+    }
+    [[nodiscard]] QRect rect() const override {
+        auto row = grid_->cellRect({grid_->view().firstWord, frame_});
+        row.setWidth(row.width() * columnExtent());
+        return onScreen(row);
+    }
+    [[nodiscard]] QAccessible::Role role() const override { return QAccessible::Row; }
+    [[nodiscard]] QAccessible::State state() const override { return {}; }
+
+    // --- as what stands at a row of the table: one cell over all of its columns -------------
+
+    [[nodiscard]] int columnExtent() const override { return grid_->columnsInView(); }
+    [[nodiscard]] int columnIndex() const override { return 0; }
+    [[nodiscard]] int rowIndex() const override { return frame_ - 1 - grid_->view().scrolledRows; }
+    [[nodiscard]] bool isSelected() const override { return false; }
+
+  private:
+    int frame_;
 };
 
 class GridAccess : public QAccessibleWidget, public QAccessibleTableInterface {
@@ -99,7 +150,7 @@ class GridAccess : public QAccessibleWidget, public QAccessibleTableInterface {
     explicit GridAccess(FrameGrid& grid)
         : QAccessibleWidget(&grid, QAccessible::Table), grid_(grid) {
         connections_ = {
-            QObject::connect(&grid, &FrameGrid::viewRefreshed, &grid, [this] { forgetCells(); }),
+            QObject::connect(&grid, &FrameGrid::viewRefreshed, &grid, [this] { forgetParts(); }),
             QObject::connect(&grid, &FrameGrid::selectionMoved, &grid, [this] { tellFocus(); })};
     }
     GridAccess(const GridAccess&) = delete;
@@ -108,21 +159,28 @@ class GridAccess : public QAccessibleWidget, public QAccessibleTableInterface {
         for (const auto& connection : connections_) {
             QObject::disconnect(connection);
         }
-        forgetCells();
+        forgetParts();
     }
 
-    [[nodiscard]] int childCount() const override { return rowCount() * columnCount(); }
+    [[nodiscard]] int childCount() const override { return rowCount(); }
+    /// Behind the rows come the cells: older readers ask a table for a cell by its index.
     [[nodiscard]] QAccessibleInterface* child(int index) const override {
+        const int rows = rowCount();
         const int columns = columnCount();
-        return columns < 1 || index < 0 ? nullptr : cellAt(index / columns, index % columns);
+        if (index < 0 || columns < 1) {
+            return nullptr;
+        }
+        return index < rows ? rowOf(grid_.view().scrolledRows + 1 + index)
+                            : cellAt((index - rows) / columns, (index - rows) % columns);
     }
     [[nodiscard]] int indexOfChild(const QAccessibleInterface* child) const override {
-        if (child == nullptr || child->role() != QAccessible::Cell) {
+        const auto* const part = dynamic_cast<const PartAccess*>(child);
+        if (part == nullptr) {
             return -1;
         }
-        const auto at = static_cast<const CellAccess*>(child)->at();
-        return (at.frame - 1 - grid_.view().scrolledRows) * columnCount() + at.word -
-               grid_.view().firstWord;
+        return part->role() == QAccessible::Row
+                   ? part->rowIndex()
+                   : rowCount() + part->rowIndex() * columnCount() + part->columnIndex();
     }
     [[nodiscard]] QAccessibleInterface* childAt(int x, int y) const override {
         const auto point = grid_.mapFromGlobal(QPoint(x, y));
@@ -173,24 +231,43 @@ class GridAccess : public QAccessibleWidget, public QAccessibleTableInterface {
     bool selectColumn(int) override { return false; }
     bool unselectRow(int) override { return false; }
     bool unselectColumn(int) override { return false; }
-    void modelChange(QAccessibleTableModelChangeEvent*) override { forgetCells(); }
+    void modelChange(QAccessibleTableModelChangeEvent*) override { forgetParts(); }
 
-  private:
-    /// The object of a cell in view, made when it is asked for.
+    // --- the objects of the parts, made when they are asked for ----------------------------
+
     [[nodiscard]] QAccessibleInterface* cellOf(FramePlace at) const {
         const auto& view = grid_.view();
         if (!at || at.word < view.firstWord || at.word >= view.firstWord + columnCount() ||
-            at.frame <= view.scrolledRows || at.frame > view.scrolledRows + rowCount()) {
+            !isInView(at.frame)) {
             return nullptr;
         }
         auto& id = cells_[{at.word, at.frame}];
         if (id == 0) {
-            id = QAccessible::registerAccessibleInterface(new CellAccess(grid_, at));
+            id = QAccessible::registerAccessibleInterface(new CellAccess(grid_, *this, at));
         }
         return QAccessible::accessibleInterface(id);
     }
-    void forgetCells() {
+    [[nodiscard]] QAccessibleInterface* rowOf(int frame) const {
+        if (!isInView(frame)) {
+            return nullptr;
+        }
+        auto& id = rows_[frame];
+        if (id == 0) {
+            id = QAccessible::registerAccessibleInterface(new RowAccess(grid_, *this, frame));
+        }
+        return QAccessible::accessibleInterface(id);
+    }
+
+  private:
+    [[nodiscard]] bool isInView(int frame) const {
+        const int above = grid_.view().scrolledRows;
+        return frame > above && frame <= above + rowCount();
+    }
+    void forgetParts() {
         for (const auto& [place, id] : std::exchange(cells_, {})) {
+            QAccessible::deleteAccessibleInterface(id);
+        }
+        for (const auto& [frame, id] : std::exchange(rows_, {})) {
             QAccessible::deleteAccessibleInterface(id);
         }
     }
@@ -204,7 +281,20 @@ class GridAccess : public QAccessibleWidget, public QAccessibleTableInterface {
     FrameGrid& grid_;
     std::vector<QMetaObject::Connection> connections_;
     mutable std::map<std::pair<int, int>, QAccessible::Id> cells_;
+    mutable std::map<int, QAccessible::Id> rows_;
 };
+
+QAccessibleInterface* CellAccess::parent() const {
+    return table_.rowOf(at_.frame);
+}
+
+QAccessibleInterface* RowAccess::child(int index) const {
+    return index < 0 ? nullptr : table_.cellOf({grid_->view().firstWord + index, frame_});
+}
+
+QAccessibleInterface* RowAccess::childAt(int x, int y) const {
+    return rect().contains(x, y) ? table_.childAt(x, y) : nullptr;
+}
 
 QAccessibleInterface* makeAccess(const QString& /*key*/, QObject* object) {
     auto* const grid = qobject_cast<FrameGrid*>(object);
