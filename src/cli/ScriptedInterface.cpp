@@ -223,8 +223,13 @@ int ScriptedInterface::selectFromTable(const TablePrompt& prompt) {
         const auto row = std::find_if(prompt.rows.begin(), prompt.rows.end(), [&](const auto& r) {
             return !r.empty() && r.front() == *mine;
         });
-        remember(prompt.title, row == prompt.rows.end() ? "cancel" : *mine);
-        return row == prompt.rows.end() ? -1 : static_cast<int>(row - prompt.rows.begin());
+        const bool there = row != prompt.rows.end();
+        remember(prompt.title, there ? *mine : "cancel");
+        if (!there) {
+            // Nobody sees the list that a name on the command line is not in.
+            showBox(this, "There is no '" + *mine + "' in this list.", prompt.title);
+        }
+        return there ? static_cast<int>(row - prompt.rows.begin()) : -1;
     }
     const auto number = wholeNumber<long>(promptReply(prompt.title));
     const bool there =

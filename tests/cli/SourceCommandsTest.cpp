@@ -98,7 +98,10 @@ TEST(SourceCommandReplies, AReplyOfTheProgramAnswersItsPromptAndNoOther) {
     TablePrompt table{.title = "Table", .columns = {"A"}, .rows = {{"x"}, {"y"}, {"2"}}};
     EXPECT_EQ(ui.selectFromTable(table), 2);
     table.rows.pop_back();
+    EXPECT_TRUE(ui.messages().empty());
     EXPECT_EQ(ui.selectFromTable(table), -1);
+    ASSERT_EQ(ui.messages().size(), 1U);
+    EXPECT_EQ(ui.messages()[0].text, "There is no '2' in this list.");
 }
 
 }  // namespace

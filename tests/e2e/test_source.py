@@ -199,6 +199,19 @@ class SourceTest(kavu.KavuTest):
         for head in (b"\nT-", b"\nR-", b"\nM-", b"\nP-", b"\nD-", b"\nB-"):
             self.assertNotIn(head, saved)
 
+    def test_delete_keeps_what_a_wrong_count_hides(self):
+        for count in (b"G\\DSI\\N:1;\n", b""):
+            data = OTHER.replace(b"G\\DSI\\N:2;\n", count)
+            self.write("in.tma", data)
+            result = self.run_json("--answer", "140=yes", "source", "delete", "in.tma", "Pod",
+                                   "-o", "out.tma")
+            self.assertEqual(result.status, CLEAN, result)
+            saved = self.read("out.tma").split(b"\r\n")
+            for line in (b"G\\DSI\\N:0;", b"G\\DSI-1:Box;", b"G\\DST-1:SSR;", b"R-1\\ID:Box;",
+                         b"M-1\\ID:Box;", b"P-1\\DLN:Pod Bus;", b"B-1\\DLN:Pod Bus;"):
+                self.assertIn(line, saved)
+            self.assertNotIn(b"T-1\\ID:Pod;", saved)
+
     # --- import -----------------------------------------------------------------------------
 
     def test_import_from_another_sample(self):
@@ -242,6 +255,14 @@ class SourceTest(kavu.KavuTest):
             result, _, after = self.run_on("11", "source", "import", "other.tma", name, *options,
                                            status=FAILED)
             self.assertIsNone(after)
+
+    def test_a_source_that_the_other_file_has_not_is_told(self):
+        self.write("other.tma", OTHER)
+        result, _, after = self.run_on("09", "source", "import", "other.tma", "Nobody",
+                                       status=FAILED)
+        self.assertEqual([message["text"] for message in result.json["messages"]],
+                         ["There is no 'Nobody' in this list."])
+        self.assertIsNone(after)
 
     def test_a_broken_file_brings_nothing(self):
         whole = self.sample("11")
