@@ -312,7 +312,7 @@ void EditableList::deleteRow() {
                    ? showBox(&form_.ui, "Do you wish to delete the selected entry?",
                              std::string(loadText(kDeleteEntry).value_or("")), Icon::Question,
                              Buttons::YesNo)
-                   : form_.messages.showTitled(&form_.ui, kDeleteEntry, setup_.name, kYesNoBox);
+                   : form_.messages.showTitled(&form_.ui, -kDeleteEntry, setup_.name, kYesNoBox);
     };
     const bool may = mayDelete ? mayDelete(row) : ask() == Button::Yes;
     if (!may || row >= rowCount()) {
@@ -352,6 +352,7 @@ void EditableList::editCell(int column) {
     setup.prompt = setup_.columns[at].title + ":";
     setup.initial = values[at];
     setup.choices = setup_.columns[at].choices;
+    setup.mayBeEmpty = setup_.columns[at].mayBeEmpty;
     setup.refuseSemicolon = false;
     setup.offerLock = false;
     setup.check = [&](const std::string& value) {

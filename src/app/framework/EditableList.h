@@ -35,6 +35,7 @@ struct ListColumn {
     bool unique = false;                 ///< no two rows have the same value, whatever the case
     bool editable = true;
     bool required = false;     ///< an empty value is refused
+    bool mayBeEmpty = false;   ///< a choice can be emptied
     std::string initial{};     ///< of a new row
     std::string objectName{};  ///< of its control in the row dialog; empty takes the title
     ValueCheck check{};        ///< a rule of the caller's own for a value that is not empty
@@ -53,8 +54,8 @@ struct ListSetup {
     /// A double click edits the cell that was clicked; otherwise, as the Edit button, the row.
     bool editCells = false;
     std::string rowDialogTitle = "Edit";
-    /// The name of the list, title of message 83, which is asked before a row is deleted. A list
-    /// without a name asks with a text.
+    /// Title of message 83, which is asked before a row is deleted: the name of the list, or
+    /// what deleting one of its rows is called. A list without it asks with a text.
     std::string name{};
 };
 

@@ -1,5 +1,6 @@
 #include "app/framework/EnterValueDialog.h"
 
+#include "app/framework/ClearChoice.h"
 #include "app/framework/Look.h"
 #include "core/UserInterface.h"
 
@@ -73,6 +74,12 @@ QWidget& EnterValueDialog::makeControl() {
     const auto it = std::find(setup_.choices.begin(), setup_.choices.end(), setup_.initial);
     choices_->setCurrentIndex(
         it == setup_.choices.end() ? -1 : static_cast<int>(it - setup_.choices.begin()));
+    if (it == setup_.choices.end()) {
+        choices_->setPlaceholderText(initial_.shown());
+    }
+    if (setup_.mayBeEmpty) {
+        clearOnDelete(*choices_);
+    }
     return *choices_;
 }
 
@@ -81,7 +88,11 @@ std::string EnterValueDialog::value() const {
         return initial_.bytesOf(edit_->text());
     }
     const int index = choices_->currentIndex();
-    return index < 0 ? setup_.initial : setup_.choices[static_cast<std::size_t>(index)];
+    if (index >= 0) {
+        return setup_.choices[static_cast<std::size_t>(index)];
+    }
+    // A value that is no entry is held by its place until it is emptied.
+    return choices_->placeholderText().isEmpty() ? std::string() : setup_.initial;
 }
 
 bool EnterValueDialog::positionLocked() const {

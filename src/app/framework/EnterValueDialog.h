@@ -24,8 +24,9 @@ struct EnterValueSetup {
     std::string initial{};
     /// Shown above the field: what there is already.
     std::vector<std::string> listed{};
-    /// With choices the value is one of them.
+    /// With choices the value is one of them, or `initial`; it can be emptied if that is said.
     std::vector<std::string> choices{};
+    bool mayBeEmpty = false;
     ValueCheck check{};
     /// Title of the boxes about a refused value.
     std::string errorTitle = kIllegalNumber;

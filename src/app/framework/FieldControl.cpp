@@ -1,5 +1,6 @@
 #include "app/framework/FieldControl.h"
 
+#include "app/framework/ClearChoice.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
 #include "app/framework/Refusals.h"
@@ -10,7 +11,6 @@
 #include "core/Text.h"
 
 #include <QComboBox>
-#include <QKeyEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -164,7 +164,7 @@ class ChoiceControl : public FieldControl {
         box_->setMinimumWidth(controlWidth(*box_, 12));
         box_->setFocusPolicy(Qt::StrongFocus);
         box_->setMaxVisibleItems(20);
-        box_->setToolTip(QStringLiteral("Press Delete to select nothing."));
+        clearOnDelete(*box_);
         box_->installEventFilter(this);
         connect(box_, &QComboBox::currentIndexChanged, this, [this] { userEdited(); });
     }
@@ -187,12 +187,6 @@ class ChoiceControl : public FieldControl {
         if (event->type() == QEvent::Wheel && !box_->hasFocus()) {
             // Whoever scrolls the page does not mean the choice under the pointer.
             event->ignore();
-            return true;
-        }
-        if (event->type() == QEvent::KeyPress &&
-            static_cast<QKeyEvent*>(event)->key() == Qt::Key_Delete) {
-            box_->setPlaceholderText({});
-            box_->setCurrentIndex(-1);
             return true;
         }
         return FieldControl::eventFilter(receiver, event);

@@ -1,5 +1,6 @@
 #include "app/framework/RowDialog.h"
 
+#include "app/framework/ClearChoice.h"
 #include "app/framework/Look.h"
 #include "app/framework/Refusals.h"
 #include "app/framework/TypingRules.h"
@@ -92,6 +93,9 @@ QWidget* RowDialog::makeControl(const ListColumn& column, const std::string& val
         const int index = choiceOf(column, value);
         box->setPlaceholderText(index < 0 ? toQString(value) : QString());
         box->setCurrentIndex(index);
+        if (column.mayBeEmpty) {
+            clearOnDelete(*box);
+        }
         return box;
     }
     auto* edit = new QLineEdit(this);
@@ -116,7 +120,11 @@ std::string RowDialog::valueAt(int column) const {
     const auto i = static_cast<std::size_t>(column);
     if (const auto* box = qobject_cast<QComboBox*>(controls_[i])) {
         const int index = box->currentIndex();
-        if (index < 0 || index == choiceOf(setup_.columns[i], before_[i])) {
+        if (index < 0) {
+            // A value that is no entry is held by its place until it is emptied.
+            return box->placeholderText().isEmpty() ? std::string() : before_[i];
+        }
+        if (index == choiceOf(setup_.columns[i], before_[i])) {
             return before_[i];
         }
         return setup_.columns[i].choices[static_cast<std::size_t>(index)];

@@ -240,6 +240,34 @@ TEST_F(EditableListTest, ACellOfAChoiceOffersItsEntries) {
     EXPECT_EQ(list->rows()[0][3], "Tape");
 }
 
+TEST_F(EditableListTest, TheDeleteKeyEmptiesAChoiceThatMayBeEmpty) {
+    auto setup = sampleSetup();
+    setup.columns[3].mayBeEmpty = true;
+    setup.columns.push_back({.title = "Kind", .kind = ColumnKind::Choice, .choices = {"x"}});
+    make(setup, {{"a", "1", "", "Tape", "x"}, {"b", "2", "", "raw", "x"}});
+    stage.door.next([](QDialog& dialog) {
+        for (const char* name : {"type", "kind"}) {
+            QTest::keyClick(find<QComboBox>(dialog, name), Qt::Key_Delete);
+        }
+        press(dialog, "ok");
+    });
+    list->editRow();
+    EXPECT_EQ(list->rows()[0], (ListRow{"a", "1", "", "", "x"}));
+    list->selectRow(1);
+    stage.door.next([](QDialog& dialog) {
+        EXPECT_EQ(find<QComboBox>(dialog, "value")->placeholderText(), QStringLiteral("raw"));
+        press(dialog, "ok");
+    });
+    list->editCell(3);
+    EXPECT_EQ(list->rows()[1][3], "raw") << "no entry, and nobody has emptied it";
+    stage.door.next([](QDialog& dialog) {
+        QTest::keyClick(find<QComboBox>(dialog, "value"), Qt::Key_Delete);
+        press(dialog, "ok");
+    });
+    list->editCell(3);
+    EXPECT_EQ(list->rows()[1][3], "");
+}
+
 TEST_F(EditableListTest, ADoubleClickEditsTheCellWhereTheListSaysSo) {
     auto setup = sampleSetup();
     setup.editCells = true;
@@ -278,7 +306,7 @@ TEST_F(EditableListTest, AListWithANameAsksUnderIt) {
     stage.ui.byId[83] = Button::Yes;
     press(*list, "delete");
     expectBox("Delete This Entry?", "Things");
-    EXPECT_EQ(stage.ui.boxes.back().id, 83);
+    EXPECT_EQ(stage.ui.boxes.back().shownText(), "Delete This Entry?") << "without its number";
     EXPECT_EQ(list->rowCount(), 2);
 }
 
