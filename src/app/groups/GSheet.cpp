@@ -5,7 +5,7 @@
 #include "app/framework/QtText.h"
 #include "app/framework/RowDialog.h"
 #include "app/framework/Screenshots.h"
-#include "app/groups/RRows.h"
+#include "app/groups/GroupRows.h"
 #include "app/groups/RSheet.h"
 #include "app/groups/TSheet.h"
 #include "core/Clock.h"

@@ -7,7 +7,7 @@
 #include "app/framework/Refusals.h"
 #include "app/framework/RowDialog.h"
 #include "app/framework/Screenshots.h"
-#include "app/groups/RRows.h"
+#include "app/groups/GroupRows.h"
 #include "application/Application.h"
 #include "core/UserInterface.h"
 
@@ -26,9 +26,8 @@ constexpr std::string_view kRows = "SI\\N";
 constexpr std::string_view kSignalType = "BSG1";
 constexpr std::size_t kDataTypeColumn = 1;
 constexpr std::size_t kNameColumn = 5;
-constexpr std::size_t kColumns = 6;
 constexpr std::size_t kNameLimit = 32;
-constexpr int kListWidth = 96;  // characters
+constexpr int kListWidth = 136;  // characters: the name stands in the last column
 constexpr char kNameTitle[] = "Measurement/Data Link Name";
 
 /// The columns of a subcarrier but its name, which has two codes.
@@ -191,8 +190,8 @@ void MultiplexPage::editName() {
     const bool link = signalNameOf(fields_->value(kSignalType)) == SignalName::DataLink;
     const std::string before(basebandName(group_));
     TextPrompt prompt;
-    prompt.title = link ? "Data Link Name" : "Measurement Name";
-    prompt.prompt = link ? "Enter Data Link Name" : "Enter Measurement Name";
+    prompt.title = link ? "Enter Data Link Name" : "Enter Measurement Name";
+    prompt.prompt = link ? "Data Link Name:" : "Measurement Name:";
     prompt.initial = before;
     prompt.limit = kNameLimit;
     const auto entered = form().ui.enterText(prompt);

@@ -3,7 +3,7 @@
 #include "app/framework/FieldForm.h"
 #include "app/framework/Look.h"
 #include "app/framework/Screenshots.h"
-#include "app/groups/RRows.h"
+#include "app/groups/GroupRows.h"
 #include "core/UserInterface.h"
 #include "groups/RTracks.h"
 

@@ -3,12 +3,10 @@
 #include "app/framework/DialogDoor.h"
 #include "app/framework/EnterValueDialog.h"
 #include "app/framework/RowDialog.h"
-#include "app/groups/RRows.h"
+#include "app/groups/GroupRows.h"
 #include "core/FieldRules.h"
 #include "core/TmatsDocument.h"
 #include "pcm/FrameEditMask.h"
-
-#include <algorithm>
 
 namespace kavu {
 
@@ -20,16 +18,6 @@ constexpr std::size_t kLengthLimit = 2;
 constexpr int kSampleFactors = 16;
 constexpr char kMaskPrompt[] = "Enter BitMask";
 
-/// Digits, as many as the limit allows, or nothing.
-ValueCheck digitsCheck(std::size_t limit) {
-    return [limit](const std::string& value) -> std::optional<std::string> {
-        if (!std::all_of(value.begin(), value.end(), [](char c) { return c >= '0' && c <= '9'; })) {
-            return "Value entered is not a valid integer. Please re-enter.";
-        }
-        return textCheck(limit)(value);
-    };
-}
-
 /// What holds for the prompt of a field beyond its table row.
 EnterValueSetup setupOf(const Field& field, int edition) {
     EnterValueSetup setup;
@@ -39,6 +27,7 @@ EnterValueSetup setupOf(const Field& field, int edition) {
     for (const auto& choice : choicesOf(field, edition)) {
         setup.choices.emplace_back(choice.text);
     }
+    setup.mayBeEmpty = true;
     if (field.prompt == "Enter Measurement Name") {
         setup.check = textCheck(kNameLimit);
         setup.errorTitle = kIllegalText;
@@ -85,11 +74,11 @@ ListColumn itemColumn(const Field& field, int edition) {
         column.limit = kNameLimit;
     } else if (field.prompt == "Enter Data Length") {
         column.kind = ColumnKind::Integer;
-        column.least = 0;
-        column.most = 99;
+        column.check = digitsCheck(kLengthLimit);
     } else if (field.prompt == "Select Sample Factor") {
         column.kind = ColumnKind::Choice;
         column.choices = setupOf(field, edition).choices;
+        column.mayBeEmpty = true;
     }
     // A mask has rules that no column knows.
     column.editable = field.prompt != kMaskPrompt;
@@ -145,6 +134,7 @@ ListSetup itemSetup(const ChannelType& type, int edition) {
     setup.canSort = false;
     setup.editCells = true;
     setup.rowDialogTitle = type.itemName;
+    setup.name = "Delete This Channel Data Definition";
     return setup;
 }
 

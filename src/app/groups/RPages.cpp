@@ -23,9 +23,11 @@ namespace {
 /// The first edition in which a page has anything to show.
 int firstEditionOf(const RecorderPage& page) {
     int first = kLatestEdition;
-    for (const auto& field : recorderSingleFields()) {
-        if (field.page == page.name) {
-            first = std::min(first, field.firstEdition);
+    for (const auto table : {recorderFieldsBeforeTracks(), recorderFieldsBehindTracks()}) {
+        for (const auto& field : table) {
+            if (field.page == page.name) {
+                first = std::min(first, field.firstEdition);
+            }
         }
     }
     return first;
@@ -81,13 +83,14 @@ void storeRows(GroupRow& owner, std::string_view count, const std::vector<ListRo
 }
 
 ListSetup setupOf(std::span<const Field> fields, int edition, std::size_t mostRows,
-                  const std::string& rowDialogTitle) {
+                  const std::string& rowDialogTitle, const std::string& deleteTitle) {
     ListSetup setup;
     for (const auto& field : fields) {
         setup.columns.push_back(columnOf(field, edition));
     }
     setup.mostRows = static_cast<int>(mostRows);
     setup.rowDialogTitle = rowDialogTitle;
+    setup.name = deleteTitle;
     return setup;
 }
 
@@ -198,27 +201,43 @@ void RecorderListsPage::addList(const List& list, QBoxLayout& layout) {
         return;
     }
     auto fields = columnsOf(list.count, form().edition);
-    auto setup = setupOf(fields, form().edition, count->rows, list.rowDialogTitle);
+    auto setup =
+        setupOf(fields, form().edition, count->rows, list.rowDialogTitle, list.deleteTitle);
     for (std::size_t i = 0; i < list.limits.size(); ++i) {
         setup.columns[i].limit = list.limits[i];
     }
-    auto* shown = new EditableList(form(), list.name, std::move(setup), this);
-    askBeforeDelete(form(), *shown, list.deleteTitle);
+    auto* shown = new IdentifiedList(form(), list.name, setup, this);
     connect(shown, &EditableList::changed, this, [this] { markChanged(); });
     boxed(layout, list.box, this).addWidget(shown, 1);
-    lists_.push_back({count, std::move(fields), shown});
+    lists_.push_back({count, std::move(fields), shown, {}});
 }
 
 void RecorderListsPage::load() {
     RecorderFieldPage::load();
-    for (const auto& [count, fields, list] : lists_) {
-        list->setRows(cellsOfRows(group_.record.rows(count->code), fields, form().edition));
+    for (auto& [count, fields, list, before] : lists_) {
+        const auto rows = group_.record.rows(count->code);
+        before.assign(rows.begin(), rows.end());
+        list->setIdentifiedRows(cellsOfRows(before, fields, form().edition));
+    }
+}
+
+void RecorderListsPage::storeList(const Shown& shown) {
+    const auto& list = *shown.list;
+    if (list.rowCount() == 0 && !group_.record.lists.contains(shown.count->code)) {
+        return;
+    }
+    auto& rows = group_.record.lists[std::string(shown.count->code)];
+    rows.clear();
+    for (int row = 0; row < list.rowCount(); ++row) {
+        const auto id = static_cast<std::size_t>(list.idOf(row));
+        rows.push_back(id < shown.before.size() ? shown.before[id] : GroupRow{});
+        takeCells(rows.back(), list.cellsOfRow(row), shown.fields, form().edition);
     }
 }
 
 bool RecorderListsPage::store() {
-    for (const auto& [count, fields, list] : lists_) {
-        storeRows(group_.record, count->code, list->rows(), fields, form().edition);
+    for (const auto& shown : lists_) {
+        storeList(shown);
     }
     return RecorderFieldPage::store();
 }
@@ -232,11 +251,12 @@ RecorderEventsPage::RecorderEventsPage(FormContext& form, const RecorderPage& pa
       eventFields_(columnsOf("EV\\N", std::max(form.edition, kFirstEditionOfEvents))),
       measurementFields_(columnsOf("EV\\PM\\N-n", form.edition)) {
     auto& layout = *static_cast<QVBoxLayout*>(this->layout());
-    list_ = new IdentifiedList(
-        form, "events", setupOf(eventFields_, form.edition, kMostEvents, "Recording Event"), this);
+    list_ = new IdentifiedList(form, "events",
+                               setupOf(eventFields_, form.edition, kMostEvents, "Recording Event",
+                                       "Delete Recording Event Definition"),
+                               this);
     list_->setEnabled(form.edition >= kFirstEditionOfEvents);
     list_->view()->setMinimumWidth(look::charactersWide(*this, 90));
-    askBeforeDelete(form, *list_, "Delete Recording Event Definition");
     layout.addWidget(list_, 1);
     connect(list_, &EditableList::changed, this, [this] {
         takeEvents();
@@ -248,11 +268,11 @@ RecorderEventsPage::RecorderEventsPage(FormContext& form, const RecorderPage& pa
 }
 
 void RecorderEventsPage::addMeasurements(QVBoxLayout& layout) {
-    measurements_ = new EditableList(form(), "measurementsToProcess",
-                                     setupOf(measurementFields_, form().edition,
-                                             kMostEventMeasurements, "Measurement to Process"),
-                                     this);
-    askBeforeDelete(form(), *measurements_, "Delete 'Measurement to Process' Entry?");
+    measurements_ = new EditableList(
+        form(), "measurementsToProcess",
+        setupOf(measurementFields_, form().edition, kMostEventMeasurements,
+                "Measurement to Process", "Delete 'Measurement to Process' Entry?"),
+        this);
     boxed(layout, "Measurements to Process", this).addWidget(measurements_, 1);
     connect(measurements_, &EditableList::changed, this, [this] {
         takeMeasurements();

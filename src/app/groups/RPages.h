@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/framework/FieldForm.h"
-#include "app/groups/RRows.h"
+#include "app/groups/GroupRows.h"
 #include "groups/RGroup.h"
 
 #include <string>
@@ -72,8 +72,11 @@ class RecorderListsPage : public RecorderFieldPage {
     struct Shown {
         const Field* count;
         std::vector<Field> fields;
-        EditableList* list;
+        IdentifiedList* list;
+        /// By the id of the row.
+        std::vector<GroupRow> before;
     };
+    void storeList(const Shown& shown);
     void addList(const List& list, QBoxLayout& layout);
 
     RecorderGroup& group_;

@@ -15,12 +15,6 @@
 
 namespace kavu {
 
-namespace {
-
-constexpr char kDeleteItem[] = "Delete This Channel Data Definition";
-
-}  // namespace
-
 RecorderTrackPage::RecorderTrackPage(const TrackPrompts& prompts, const RecorderPage& page,
                                      RecorderGroup& group, const std::vector<std::string>& sources,
                                      QWidget* parent)
@@ -31,7 +25,6 @@ RecorderTrackPage::RecorderTrackPage(const TrackPrompts& prompts, const Recorder
     auto* layout = new QVBoxLayout(this);
     look::arrangeWindow(*layout, *this);
     list_ = new IdentifiedList(form(), "tracks", trackSetup(sources), this);
-    askBeforeDelete(form(), *list_, "Delete Data Track Definition");
     list_->view()->setMinimumWidth(look::charactersWide(*this, 100));
     layout->addWidget(list_, 1);
     connect(list_, &EditableList::changed, this, [this] {
@@ -52,12 +45,12 @@ ListSetup RecorderTrackPage::trackSetup(const std::vector<std::string>& sources)
         if (field.code == "DSI-n") {
             column.kind = ColumnKind::Choice;
             column.choices = sources;
+            column.mayBeEmpty = true;
         } else if (field.code == "CHE-n") {
             std::reverse(column.choices.begin(), column.choices.end());
         } else if (field.kind == FieldKind::Digits) {
             column.kind = ColumnKind::Integer;
-            column.least = 0;
-            column.most = 99;
+            column.check = digitsCheck(field.limit);
         }
         column.required = field.code == "TK1-n" || field.code == "CDLN-n";
         // A new track has the first entry of every list.
@@ -66,6 +59,7 @@ ListSetup RecorderTrackPage::trackSetup(const std::vector<std::string>& sources)
     }
     setup.mostRows = static_cast<int>(kMostTracks);
     setup.rowDialogTitle = "Data Track";
+    setup.name = "Delete Data Track Definition";
     return setup;
 }
 
@@ -221,7 +215,6 @@ void RecorderTrackPage::makeItems(const ChannelType& type) {
         add->setAccessibleName(add->text());
         add->setMinimumWidth(add->sizeHint().width());
     }
-    askBeforeDelete(form(), *items_, kDeleteItem);
     items_->rowEditor = [this, &type](int row, const ListRow& before) {
         const auto* const track = currentTrack();
         const auto known = track->details.items.find(itemCount(type, form().edition)->code);

@@ -1,8 +1,8 @@
 // The page of a recorder's tracks: their list, and the details of the selected one.
 #pragma once
 
+#include "app/groups/GroupRows.h"
 #include "app/groups/RItemEditor.h"
-#include "app/groups/RRows.h"
 #include "groups/RGroup.h"
 
 #include <string>

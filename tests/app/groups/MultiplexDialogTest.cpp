@@ -1,5 +1,5 @@
+#include "app/groups/GroupRows.h"
 #include "app/groups/MultiplexDialog.h"
-#include "app/groups/RRows.h"
 #include "app/support/TestDoor.h"
 #include "conversion/ConversionStore.h"
 #include "core/GroupFiles.h"
@@ -125,7 +125,7 @@ TEST_F(MultiplexDialogTest, ALinkIsRenamedAtOnceAndCancelIsOver) {
         dialog.close();
     }));
     ASSERT_EQ(t.ui.textPrompts.size(), 1U);
-    EXPECT_EQ(t.ui.textPrompts[0].prompt, "Enter Data Link Name");
+    EXPECT_EQ(t.ui.textPrompts[0].title, "Enter Data Link Name");
     EXPECT_EQ(t.ui.textPrompts[0].initial, "Link 1");
     EXPECT_EQ(t.ui.textPrompts[0].limit, 32U);
     EXPECT_NE(file().find("M-1\\BB\\DLN:New Link;"), std::string::npos);
@@ -160,7 +160,7 @@ TEST_F(MultiplexDialogTest, AnAnalogSignalHasAMeasurementWhoseNameIsNoLink) {
         EXPECT_TRUE(find<QPushButton>(dialog, "cancel")->isEnabled());
         press(dialog, "ok");
     }));
-    EXPECT_EQ(t.ui.textPrompts[0].prompt, "Enter Measurement Name");
+    EXPECT_EQ(t.ui.textPrompts[0].title, "Enter Measurement Name");
     EXPECT_NE(file().find("M-1\\BB\\MN:SPEED;"), std::string::npos);
 }
 

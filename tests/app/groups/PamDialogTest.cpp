@@ -1,5 +1,5 @@
+#include "app/groups/GroupRows.h"
 #include "app/groups/PamDialog.h"
-#include "app/groups/RRows.h"
 #include "app/support/TestDoor.h"
 #include "core/GroupFiles.h"
 #include "support/TestContext.h"

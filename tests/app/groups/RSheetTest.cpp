@@ -109,6 +109,30 @@ TEST_F(RSheetTest, IsReadableOnEveryPageInEveryEdition) {
     }
 }
 
+TEST_F(RSheetTest, SaysOnAPageThatIsEmptyInThisEditionWhenItCame) {
+    put("R-1\\ID:Deck;\r\n");
+    using Pages = std::vector<std::string>;
+    const Pages gated = {"Tape6", "Tape7"};
+    for (const auto& [edition, told] : {std::pair{1996, gated}, {2004, gated}, {2005, Pages{}}}) {
+        EXPECT_FALSE(edit(edition, [&told = told](QDialog& dialog) {
+            auto& sheet = dynamic_cast<RecorderSheet&>(dialog);
+            Pages found;
+            for (int i = 0; i < sheet.pageCount(); ++i) {
+                for (const auto* label : sheet.page(i).findChildren<QLabel*>()) {
+                    if (label->text().startsWith(QStringLiteral("Documents have this"))) {
+                        EXPECT_EQ(
+                            label->text(),
+                            QStringLiteral("Documents have this from edition 106-05 (2005) on."));
+                        found.push_back(toBytes(sheet.page(i).objectName()));
+                    }
+                }
+            }
+            EXPECT_EQ(found, told);
+            press(sheet, "cancel");
+        }));
+    }
+}
+
 /// Each field that stands once: changed, stored, and compared with the file.
 TEST_F(RSheetTest, StoresEveryFieldThatIsChanged) {
     put("R-1\\ID:Deck;\r\n");
@@ -307,6 +331,19 @@ TEST_F(RSheetTest, AsksUnderTheNameOfEachListBeforeItDeletes) {
     EXPECT_EQ(file(),
               "R-1\\ID:Deck;\r\nR-1\\N:0;\r\nR-1\\RIM\\N:0;\r\nR-1\\RMM\\N:0;\r\nR-1\\EV\\E:F;\r\n"
               "R-1\\EV\\N:0;\r\nR-1\\IDX\\E:F;\r\nR-1\\RT\\N:0;\r\n");
+}
+
+TEST_F(RSheetTest, WhatTheListsDoNotKnowOfARowGoesWithIt) {
+    put("R-1\\ID:Deck;\r\nR-1\\RMM\\N:2;\r\nR-1\\RMMID-1:1;\r\nR-1\\RMMID-2:2;\r\n"
+        "R-1\\RIMMID-1:a;\r\nR-1\\RIMMID-2:b;\r\n");
+    t.ui.otherwise = Button::Yes;
+    EXPECT_TRUE(edit(2009, [](QDialog& dialog) {
+        press(*find<QWidget>(*pageOf(dialog, "Tape3"), "media"), "delete");
+        press(dialog, "ok");
+    }));
+    EXPECT_EQ(file(),
+              "R-1\\ID:Deck;\r\nR-1\\RMM\\N:1;\r\nR-1\\RMMID-1:2;\r\nR-1\\EV\\E:F;\r\n"
+              "R-1\\IDX\\E:F;\r\nR-1\\RIMMID-1:b;\r\n");
 }
 
 TEST_F(RSheetTest, ACancelledRowIsGoneAgain) {

@@ -103,12 +103,18 @@ TEST_F(RTrackPageTest, WantsATrackNumberOfDigitsAndADataLink) {
                 type(dialog, "TK1", QStringLiteral("12"));
                 press(dialog, "ok");
                 EXPECT_TRUE(dialog.isVisible());
+                type(dialog, "CDLN", QStringLiteral("L1"));
+                for (const auto* text : {"+5", "-0", " 5", "1."}) {
+                    type(dialog, "TK1", QLatin1String(text));
+                    press(dialog, "ok");
+                    EXPECT_TRUE(dialog.isVisible()) << text;
+                }
                 press(dialog, "cancel");
             });
             press(*find<QWidget>(page, "tracks"), "add");
         },
         "cancel"));
-    ASSERT_EQ(t.ui.boxes.size(), 3u);
+    ASSERT_EQ(t.ui.boxes.size(), 7u);
     EXPECT_TRUE(t.ui.hasText("'Track Number'"));
     EXPECT_TRUE(t.ui.hasText("'Data Link Name'"));
 }
@@ -198,6 +204,37 @@ TEST_F(RTrackPageTest, EditsEveryDetailThroughItsPrompt) {
             EXPECT_TRUE(anything || edition < 2007) << channel.value;
         }
     }
+}
+
+TEST_F(RTrackPageTest, EmptiesAChoiceWithTheDeleteKey) {
+    const auto clear = [](const char* name) {
+        return [name](QDialog& dialog) {
+            QTest::keyClick(find<QComboBox>(dialog, name), Qt::Key_Delete);
+            press(dialog, "ok");
+        };
+    };
+    put("R-1\\ID:Deck;\r\nR-1\\N:1;\r\nR-1\\TK1-1:5;\r\nR-1\\TK2-1:HDDR;\r\n"
+        "R-1\\TK3-1:REV;\r\nR-1\\CHE-1:T;\r\nR-1\\CDT-1:DISIN;\r\nR-1\\CDLN-1:L1;\r\n"
+        "R-1\\DTF-1:1;\r\nR-1\\DMOD-1:EV;\r\nR-1\\NDM\\N-1:1;\r\nR-1\\DMN-1-1:Door;\r\n"
+        "R-1\\DMTO-1-1:M;\r\n");
+    EXPECT_TRUE(edit(2007, [&](RecorderTrackPage& page) {
+        door.next(clear("TK2"));
+        find<EditableList>(page, "tracks")->editRow();
+        auto* details = find<EditableList>(page, "attributes");
+        details->selectRow(1);
+        door.next(clear("value"));
+        details->editRow();
+        EXPECT_EQ(details->rows()[1], (ListRow{"Discrete Mode", ""}));
+        door.next(clear("value"));
+        find<EditableList>(page, "items")->editCell(3);
+        // There is no direction that is none: a missing command is "Forward" again.
+        door.next(clear("TK3"));
+        find<EditableList>(page, "tracks")->editRow();
+    }));
+    EXPECT_EQ(file(),
+              "R-1\\ID:Deck;\r\nR-1\\N:1;\r\nR-1\\EV\\E:F;\r\nR-1\\IDX\\E:F;\r\nR-1\\TK1-1:5;\r\n"
+              "R-1\\TK3-1:REV;\r\nR-1\\CHE-1:T;\r\nR-1\\CDT-1:DISIN;\r\nR-1\\CDLN-1:L1;\r\n"
+              "R-1\\DTF-1:1;\r\nR-1\\NDM\\N-1:1;\r\nR-1\\DMN-1-1:Door;\r\n");
 }
 
 TEST_F(RTrackPageTest, EditsAnAnalogItemByFivePrompts) {

@@ -1,9 +1,9 @@
-#include "app/groups/RRows.h"
+#include "app/groups/GroupRows.h"
 
 #include "app/framework/DialogDoor.h"
 #include "app/framework/RowDialog.h"
 #include "core/FieldRules.h"
-#include "core/Messages.h"
+#include "core/Text.h"
 #include "groups/RTracks.h"
 
 #include <algorithm>
@@ -31,11 +31,22 @@ ListColumn columnOf(const Field& field, int edition) {
     if (!field.choices.empty()) {
         column.kind = ColumnKind::Choice;
         column.limit = 0;
+        // A missing command would be the default again, and not nothing.
+        column.mayBeEmpty = field.missing.empty();
         for (const auto& choice : choicesOf(field, edition)) {
             column.choices.emplace_back(choice.text);
         }
     }
     return column;
+}
+
+ValueCheck digitsCheck(std::size_t limit) {
+    return [limit](const std::string& value) -> std::optional<std::string> {
+        if (!std::all_of(value.begin(), value.end(), isDigit)) {
+            return "Value entered is not a valid integer. Please re-enter.";
+        }
+        return textCheck(limit)(value);
+    };
 }
 
 ListRow cellsOf(const GroupRow& row, std::span<const Field> fields, int edition) {
@@ -53,13 +64,6 @@ void takeCells(GroupRow& row, const ListRow& cells, std::span<const Field> field
             row.set(fields[i].code, valueOfText(fields[i], edition, cells[i]));
         }
     }
-}
-
-void askBeforeDelete(FormContext& form, EditableList& list, std::string title) {
-    list.mayDelete = [&form, title = std::move(title)](int) {
-        constexpr int kDeleteEntry = 83;
-        return form.messages.showTitled(&form.ui, -kDeleteEntry, title, kYesNoBox) == Button::Yes;
-    };
 }
 
 IdentifiedList::IdentifiedList(FormContext& form, const char* name, const ListSetup& setup,

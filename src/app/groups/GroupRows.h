@@ -1,4 +1,4 @@
-// Rows of a group as rows of an editable list: what the lists of the recorder's pages share.
+// Rows of a group as rows of an editable list: what the lists of all sheets share.
 #pragma once
 
 #include "app/framework/EditableList.h"
@@ -14,13 +14,13 @@ namespace kavu {
 
 /// A column for a field: its label, its limit in the edition, its choices.
 [[nodiscard]] ListColumn columnOf(const Field& field, int edition);
+/// Digits and nothing else, as many as the limit allows, or nothing: a command that is a number
+/// has no sign.
+[[nodiscard]] ValueCheck digitsCheck(std::size_t limit);
 /// The values of a row as texts, and back. A cell that was not edited keeps its value, also
 /// one that is no entry of its choice and shows nothing.
 [[nodiscard]] ListRow cellsOf(const GroupRow& row, std::span<const Field> fields, int edition);
 void takeCells(GroupRow& row, const ListRow& cells, std::span<const Field> fields, int edition);
-
-/// Asks numbered message 83 under the title of a list before a row is deleted.
-void askBeforeDelete(FormContext& form, EditableList& list, std::string title);
 
 /// A list whose rows can be told apart, however the user sorts them.
 class IdentifiedList : public EditableList {
