@@ -141,6 +141,7 @@ TEST_F(SubframeSaving, AWordOfAnAsyncFormatIsNoLocation) {
     AsyncFormat contents;
     contents.dataLinkName = "INNER";
     ASSERT_TRUE(saveAsyncFormat(f.format, f.parent, 0, contents, {{15, {}, {}}}));
+    f.format.changed = false;
     expectRefused(stepping("2", "10"), {}, 341, 87);
     expectRefused(listed(), {5, 15}, 341, 87);
     EXPECT_TRUE(isAsyncAt(f.format, 15, 1, 1));

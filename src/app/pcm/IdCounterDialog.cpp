@@ -7,9 +7,8 @@
 #include "app/pcm/SubframeDialog.h"
 #include "pcm/IdCounterFields.h"
 #include "pcm/PcmFormat.h"
-#include "pcm/PcmFormatFields.h"
-#include "pcm/SubframeCodes.h"
 #include "pcm/SubframeEdit.h"
+#include "pcm/SubframeFields.h"
 
 #include <QDialogButtonBox>
 #include <QGroupBox>
@@ -22,13 +21,12 @@ namespace kavu {
 
 namespace {
 
-constexpr int kCountersOnly = 2011;
 constexpr std::string_view kWhat = "ID Counter Definition";
-constexpr char kName[] = "ISF1";
-constexpr char kEndValue[] = "IDC8";
+constexpr auto kName = codeHead(counter_field::kName.field.code);
+constexpr auto kEndValue = codeHead(counter_field::kEndValue.field.code);
 
 bool hasSubframes(const PcmFormat& format) {
-    return format.edition() < kCountersOnly;
+    return isKnownIn(format.edition(), subframe_field::kName.field);
 }
 
 }  // namespace
@@ -84,11 +82,13 @@ void IdCounterDialog::makeSubframeList() {
 
 void IdCounterDialog::fillSubframes() {
     subframes_->clear();
+    names_.clear();
     const auto* const counter = format_.idCounterOfWord(fwp_);
     for (std::size_t i = 0; counter != nullptr && i < counter->subframes.size(); ++i) {
         const auto& record = counter->subframes[i];
         if (!record.name.empty() && !record.hidden) {
             subframes_->addItem(toQString(record.name.view()));
+            names_.push_back(record.name.str());
         }
     }
     if (subframes_->count() > 0) {
@@ -119,7 +119,8 @@ void IdCounterDialog::refresh() {
 }
 
 void IdCounterDialog::openSubframe(const QListWidgetItem* item) {
-    const int word = format_.subframeWord(toBytes(item->text()), 1);
+    const auto row = static_cast<std::size_t>(subframes_->row(item));
+    const int word = row < names_.size() ? format_.subframeWord(names_[row], 1) : -1;
     if (word > 0 && editSubframe(form(), format_, this, word, false)) {
         streamEdited_ = true;
         fillSubframes();

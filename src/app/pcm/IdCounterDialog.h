@@ -5,6 +5,7 @@
 #include "app/framework/EditDialog.h"
 #include "pcm/Subframe.h"
 
+#include <string>
 #include <vector>
 
 class QListWidget;
@@ -43,6 +44,7 @@ class IdCounterDialog : public EditDialog {
     bool streamEdited_ = false;
     FieldForm* fields_ = nullptr;
     QListWidget* subframes_ = nullptr;
+    std::vector<std::string> names_;  ///< of the subframes in the list
     QPushButton* delete_ = nullptr;
 };
 

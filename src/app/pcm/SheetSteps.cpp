@@ -6,6 +6,7 @@
 #include "app/pcm/SubframeDialog.h"
 #include "app/pcm/TaggedDataDialog.h"
 #include "pcm/PcmFormat.h"
+#include "pcm/StreamUndo.h"
 #include "pcm/SubframeEdit.h"
 #include "pcm/TaggedData.h"
 
@@ -26,8 +27,16 @@ void installSheetSteps(PcmFormSteps& steps, FormContext& form, PcmFormat& format
         return editAt(form, format, window, fwp, false);
     };
     steps.createSubframeAt = [&form, &format](QWidget& window, int fwp, int) {
-        return createAt(format, &form.ui, fwp) != Created::Nothing &&
-               editAt(form, format, window, fwp, true);
+        // A counter may take a word that is in use: Cancel gives back what stood there.
+        StreamUndo before(format);
+        if (createAt(format, &form.ui, fwp) == Created::Nothing) {
+            return false;
+        }
+        const bool edited = editAt(form, format, window, fwp, true);
+        if (!edited && before.commit()) {
+            before.undo();
+        }
+        return edited;
     };
     steps.editAsyncAt = [&form, &format](QWidget& window, int fwp, int fn) {
         return editAsyncAt(form, format, &window, fwp, fn);

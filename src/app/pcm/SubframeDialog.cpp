@@ -9,8 +9,8 @@
 #include "core/FieldRules.h"
 #include "pcm/IdCounterFields.h"
 #include "pcm/PcmFormat.h"
-#include "pcm/SubframeCodes.h"
 #include "pcm/SubframeEdit.h"
+#include "pcm/SubframeFields.h"
 
 #include <algorithm>
 
@@ -29,7 +29,6 @@ namespace kavu {
 namespace {
 
 constexpr std::string_view kWhat = "Subframe Definition";
-constexpr std::size_t kDepthDigits = 3;
 constexpr int kNameWide = 28;
 constexpr int kNumberWide = 14;
 
@@ -42,16 +41,17 @@ QGridLayout* addGrid(QVBoxLayout& layout, const QWidget& window) {
     return grid;
 }
 
-void addRow(QGridLayout& grid, const QString& text, QWidget& control) {
+void addRow(QGridLayout& grid, std::string_view text, QWidget& control) {
     const int row = grid.rowCount();
-    grid.addWidget(look::addKeyLabel(text, control), row, 0);
+    grid.addWidget(look::addKeyLabel(toQString(text), control), row, 0);
     grid.addWidget(&control, row, 1);
 }
 
-QLineEdit* makeText(const char* name, std::size_t limit, bool digits, int wide, QWidget* parent) {
+QLineEdit* makeText(const char* name, const Field& field, bool digits, int wide, QWidget* parent) {
     auto* const edit = new QLineEdit(parent);
     edit->setObjectName(QLatin1String(name));
-    auto* const rule = new TypingRule(limit, digits, [](const QString&) {}, edit);
+    auto* const rule = new TypingRule(
+        field.limit, digits, [](const QString&) {}, edit);
     edit->setValidator(rule);
     edit->setMinimumWidth(look::charactersWide(*edit, wide));
     QObject::connect(edit, &QLineEdit::textEdited, rule,
@@ -93,22 +93,25 @@ SubframeDialog::SubframeDialog(FormContext& form, PcmFormat& format, int fwp, bo
 
 void SubframeDialog::makeFields(QVBoxLayout& layout) {
     auto* const grid = addGrid(layout, *this);
-    name_ = makeText("name", Subframe{}.name.kWidth, false, kNameWide, this);
-    name_->setText(toQString(editing_.record.name.view()));
-    addRow(*grid, QStringLiteral("Name:"), *name_);
+    const auto& nameField = subframe_field::kName.field;
+    const auto& depthField = subframe_field::kDepth.field;
+    name_ = makeText("name", nameField, false, kNameWide, this);
+    shownName_ = ShownText(editing_.record.name.view());
+    name_->setText(shownName_.shown());
+    addRow(*grid, nameField.label, *name_);
     counter_ = new QComboBox(this);
     counter_->setObjectName(QStringLiteral("idCounter"));
     fillCounters();
-    addRow(*grid, QStringLiteral("ID Counter:"), *counter_);
-    depth_ = makeText("depth", kDepthDigits, true, kNameWide, this);
+    addRow(*grid, "ID Counter:", *counter_);
+    depth_ = makeText("depth", depthField, true, kNameWide, this);
     depth_->setText(toQString(editing_.record.depth.view()));
-    addRow(*grid, QStringLiteral("Depth:"), *depth_);
-    auto* const unit = new QLabel(QStringLiteral("frames"), this);
+    addRow(*grid, depthField.label, *depth_);
+    auto* const unit = new QLabel(toQString(depthField.unit), this);
     grid->addWidget(unit, grid->rowCount() - 1, 2);
     supercom_ = new QComboBox(this);
     supercom_->setObjectName(QStringLiteral("supercommutated"));
     supercom_->addItems({QStringLiteral("No"), QStringLiteral("Yes")});
-    addRow(*grid, QStringLiteral("Supercommutated?"), *supercom_);
+    addRow(*grid, "Supercommutated?", *supercom_);
     locations_ = look::makeButton("locations", QStringLiteral("&Locations..."), {}, this);
     locations_->setAutoDefault(false);
     grid->addWidget(locations_, grid->rowCount() - 1, 2, Qt::AlignLeft);
@@ -203,7 +206,7 @@ void SubframeDialog::deleteSubframe() {
 
 bool SubframeDialog::store() {
     auto edited = editing_;
-    const auto name = toBytes(name_->text());
+    const auto name = shownName_.bytesOf(name_->text());
     if (holdsSemicolon(name)) {
         showSemicolonRefused(form().ui);
         name_->setFocus();
@@ -221,6 +224,10 @@ bool editSubframe(FormContext& form, PcmFormat& format, QWidget* window, int fwp
     const auto* const record = format.subframeOfWord(fwp);
     if (record == nullptr || record->hidden) {
         return false;
+    }
+    if (record->locationMode == kFirstAndInterval) {
+        // The interval counts from the first word, whichever of them was pointed at.
+        fwp = subframeEditing(format, fwp).everyLocation.front();
     }
     SubframeDialog dialog(form, format, fwp, isNew, window);
     if (runDialog(form.door, dialog) == QDialog::Accepted) {
@@ -259,17 +266,21 @@ void SubframeLocationsDialog::makeFields(QVBoxLayout& layout) {
     auto* const grid = addGrid(layout, *this);
     mode_ = new QComboBox(this);
     mode_->setObjectName(QStringLiteral("locationMode"));
-    mode_->addItems(
-        {QStringLiteral("FI - First word and interval"), QStringLiteral("EL - Every location")});
+    const auto& modeField = subframe_field::kLocationMode.field;
+    const auto& countField = subframe_field::kSupercommutated.field;
+    const auto& intervalField = subframe_field::kInterval.field;
+    for (const auto& choice : modeField.choices) {
+        mode_->addItem(toQString(choice.text));
+    }
     mode_->setCurrentIndex(record.locationMode == kEveryLocation ? 1 : 0);
-    addRow(*grid, QStringLiteral("Location Type:"), *mode_);
-    count_ = makeText("numberOfLocations", record.supercommutated.kWidth, true, kNumberWide, this);
+    addRow(*grid, modeField.label, *mode_);
+    count_ = makeText("numberOfLocations", countField, true, kNumberWide, this);
     count_->setText(record.isSupercommutated() ? toQString(record.supercommutated.view())
                                                : QString());
-    addRow(*grid, QStringLiteral("Number Of Locations:"), *count_);
-    interval_ = makeText("interval", record.interval.kWidth, true, kNumberWide, this);
+    addRow(*grid, countField.label, *count_);
+    interval_ = makeText("interval", intervalField, true, kNumberWide, this);
     interval_->setText(record.isSupercommutated() ? toQString(record.interval.view()) : QString());
-    addRow(*grid, QStringLiteral("Interval:"), *interval_);
+    addRow(*grid, intervalField.label, *interval_);
     connect(mode_, &QComboBox::activated, this, [this] {
         markChanged();
         updateControls();

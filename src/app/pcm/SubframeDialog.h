@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/framework/EditDialog.h"
+#include "app/framework/QtText.h"
 #include "pcm/SubframeRecordEdit.h"
 
 class QComboBox;
@@ -42,6 +43,7 @@ class SubframeDialog : public EditDialog {
     bool streamEdited_ = false;
     std::vector<int> counters_;  ///< the indices that the list offers
     QLineEdit* name_ = nullptr;
+    ShownText shownName_;
     QComboBox* counter_ = nullptr;
     QLineEdit* depth_ = nullptr;
     QComboBox* supercom_ = nullptr;
