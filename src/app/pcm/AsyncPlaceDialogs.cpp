@@ -55,7 +55,7 @@ void closeForm(QDialog& dialog) {
 }
 
 bool askDelete(FormContext& form, const char* list) {
-    return form.messages.showTitled(&form.ui, title::kDeleteEntry, list, kYesNoBox) == Button::Yes;
+    return form.messages.showTitled(&form.ui, -title::kDeleteEntry, list, kYesNoBox) == Button::Yes;
 }
 
 }  // namespace
@@ -95,7 +95,9 @@ void AsyncIntervalDialog::editFirst() {
 }
 
 bool AsyncIntervalDialog::store() {
-    editing_.contents.supercom = fields_->value("numberOfLocations");
+    // An empty count is none, and is refused when the format is stored.
+    const auto count = fields_->value("numberOfLocations");
+    editing_.contents.supercom = count.empty() ? std::string("0") : count;
     editing_.contents.interval = leadingInt(fields_->value("interval"));
     first_.fwp = leadingInt(fields_->value("firstFrameWordPosition"));
     editing_.places.front() = first_;

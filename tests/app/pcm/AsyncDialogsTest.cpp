@@ -100,6 +100,24 @@ TEST(AsyncDialogs, WithoutALocationTypeOrAnIntervalItStaysOpen) {
     });
 }
 
+TEST(AsyncDialogs, AnIntervalWithoutANumberOfLocationsIsRefused) {
+    AsyncStage s;
+    s.edit([&](QDialog& dialog) {
+        test::type(dialog, "dataLinkName", QStringLiteral("Other"));
+        pick(dialog, "locationType", QStringLiteral("FI"));
+        s.door.next([](QDialog& interval) {
+            test::type(interval, "interval", QStringLiteral("5"));
+            press(interval, "ok");
+        });
+        press(dialog, "locations");
+        press(dialog, "ok");
+        EXPECT_EQ(s.lastBox(), 369);
+        EXPECT_TRUE(dialog.isVisible());
+        s.discard(dialog);
+    });
+    EXPECT_EQ(s.format.asyncCount(), 0);
+}
+
 TEST(AsyncDialogs, FirstWordAndIntervalMakeTheLocations) {
     AsyncStage s;
     EXPECT_TRUE(s.edit([&](QDialog& dialog) {
@@ -268,6 +286,48 @@ TEST(AsyncDialogs, DeleteAsksWithItsOwnTitle) {
     s.ui.byId[137] = Button::Yes;
     EXPECT_TRUE(s.edit([](QDialog& dialog) { press(dialog, "delete"); }));
     EXPECT_EQ(s.format.asyncCount(), 0);
+}
+
+TEST(AsyncDialogs, OneTooManyIsRefusedAndWithAMergeOneSooner) {
+    for (const bool merges : {false, true}) {
+        AsyncStage s;
+        const int most = merges ? kMostAsyncFormats - 1 : kMostAsyncFormats;
+        for (int n = 1; n <= most; ++n) {
+            ASSERT_TRUE(s.make(("A" + std::to_string(n)).c_str(), n));
+        }
+        s.record().isDataMerge = merges;
+        s.edit(
+            [&](QDialog& dialog) {
+                test::type(dialog, "dataLinkName", QStringLiteral("Other"));
+                press(dialog, "ok");
+                EXPECT_EQ(s.lastBox(), 215);
+                EXPECT_EQ(s.ui.boxes.back().titleId, 136);
+                EXPECT_NE(s.boxText(215).find("maximum of 18 async"), std::string::npos);
+                EXPECT_TRUE(dialog.isVisible());
+                s.discard(dialog);
+            },
+            25);
+        EXPECT_EQ(s.format.asyncCount(), most);
+        EXPECT_FALSE(s.format.changed);
+    }
+}
+
+TEST(AsyncDialogs, AMergesTextThatIsLongerThanItsFieldStaysWhole) {
+    AsyncStage s;
+    ASSERT_TRUE(s.make("A"));
+    const std::string mask(100, '1');
+    s.record().isDataMerge = true;
+    s.record().overheadMask = mask;
+    EXPECT_TRUE(s.edit([&](QDialog& dialog) {
+        s.door.next([](QDialog& merge) {
+            test::type(merge, "ADM5", QStringLiteral("9"));
+            press(merge, "ok");
+        });
+        press(dialog, "dataMerge");
+        press(dialog, "ok");
+    }));
+    EXPECT_EQ(s.record().overheadMask, mask);
+    EXPECT_EQ(s.record().adm5, 9);
 }
 
 TEST(AsyncDialogs, ARecordThatHasGoneIsToldWhenItIsStored) {
