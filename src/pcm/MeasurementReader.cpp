@@ -3,6 +3,7 @@
 #include "core/WorkingStore.h"
 #include "groups/GroupScan.h"
 #include "pcm/MeasurementInput.h"
+#include "pcm/TaggedData.h"
 
 #include <algorithm>
 #include <array>
@@ -10,8 +11,6 @@
 namespace kavu {
 
 namespace {
-
-constexpr int kDuplicateOrUnknown = title::kErrorReadingMeasurement;
 
 class MeasurementReader {
   public:
@@ -137,7 +136,7 @@ void MeasurementReader::place(MeasurementInput& input) {
         return;
     }
     if (load_.edition() >= 2011) {
-        if (equalsIgnoreCase(type, "TD")) {
+        if (equalsIgnoreCase(type, tagged_code::kTaggedType)) {
             keepTaggedData(input);
             return;
         }
@@ -149,7 +148,8 @@ void MeasurementReader::place(MeasurementInput& input) {
             }
         }
     }
-    load_.log(264, kDuplicateOrUnknown, input.name(), load_.prefix, input.code("LT"), type.view());
+    load_.log(264, title::kErrorReadingMeasurement, input.name(), load_.prefix, input.code("LT"),
+              type.view());
 }
 
 void MeasurementReader::readMeasurement(MeasurementInput& input) {
@@ -160,7 +160,8 @@ void MeasurementReader::readMeasurement(MeasurementInput& input) {
     }
     input.cell.name = *name;
     if (format_.hasMeasurement(input.name())) {
-        load_.log(281, kDuplicateOrUnknown, load_.prefix, input.code("MN"), input.name());
+        load_.log(281, title::kErrorReadingMeasurement, load_.prefix, input.code("MN"),
+                  input.name());
         load_.corrected();
         return;
     }
@@ -186,22 +187,22 @@ void MeasurementReader::keepTaggedData(MeasurementInput& input) {
         writeCommand(tags_, load_.prefix, formatPrintf("%s-%d-%d", field, list, tagNumber_), value);
     };
     const auto& cell = input.cell;
-    write("MN", cell.name);
+    write(tagged_code::kName, cell.name);
     write("MN1", cell.parity);
     write("MN2", cell.parityTransferOrder);
     write("MN3", cell.transferOrder);
-    write("LT", "TD");
-    const int count = input.number("TD\\N").value_or(0);
-    write("TD\\N", std::to_string(count));
-    write("TD1", input.textOr("TD1", 0, {}));
+    write(tagged_code::kLocationType, tagged_code::kTaggedType);
+    const int count = input.number(tagged_code::kTagCount).value_or(0);
+    write(tagged_code::kTagCount, std::to_string(count));
+    write(tagged_code::kWordLength, input.textOr(tagged_code::kWordLength, 0, {}));
     int missing = 0;
     for (int f = 1; f <= count && missing < MeasurementInput::kMostMissing; ++f) {
         ++missing;
-        for (const auto* const field : {"TD2", "TD3", "TD4", "TD5"}) {
-            if (const auto value = input.text(field, 0, {f})) {
+        for (const auto& field : taggedTagFields()) {
+            if (const auto value = input.text(field.code, 0, {f})) {
                 missing = 0;
                 writeCommand(tags_, load_.prefix,
-                             formatPrintf("%s-%d-%d-%d", field, list, tagNumber_, f), *value);
+                             formatPrintf("%s-%d-%d-%d", field.code, list, tagNumber_, f), *value);
             }
         }
     }

@@ -139,14 +139,16 @@ void readSync(PcmLoad& load) {
 /// Words whose length is not the common one.
 void readWordLengths(PcmLoad& load) {
     auto& format = load.format;
+    const auto& position = wordLengthFields().front();
     for (int n = 1;; ++n) {
-        const auto fwp = load.number("MFW1-%d", n);
+        const auto fwp = load.number(numberedCode(position.code, {n}));
         if (!fwp) {
             return;
         }
-        const auto length = load.number("MFW2-%d", n);
+        const auto lengthCode = numberedCode(wordLengthFields().back().code, {n});
+        const auto length = load.number(lengthCode);
         if (!length) {
-            load.log(175, title::kErrorReading, *fwp, PcmLoad::code("MFW2-%d", n));
+            load.log(175, title::kErrorReading, *fwp, lengthCode);
             load.corrected();
         }
         if (!format.isDataWord(*fwp)) {

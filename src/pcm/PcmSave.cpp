@@ -13,6 +13,7 @@
 #include "pcm/MeasurementWriting.h"
 #include "pcm/PcmFormatFields.h"
 #include "pcm/PcmLoad.h"
+#include "pcm/RecordField.h"
 #include "pcm/SubframeWriting.h"
 
 namespace kavu {
@@ -44,6 +45,8 @@ void writeSync(const PcmFormat& format, FileWriter& writer, const std::string& p
         pattern.erase(0, pattern.size() - length);
     }
     if (!pattern.empty()) {
+        // A switch to binary drops zeros in front, which are bits of the pattern all the same.
+        pattern.insert(0, length - pattern.size(), '0');
         writeIntCommand(writer, prefix, "MF4", format.syncLength);
         writeCommand(writer, prefix, "MF5", pattern);
     }
@@ -53,12 +56,14 @@ void writeSync(const PcmFormat& format, FileWriter& writer, const std::string& p
 }
 
 void writeWordLengths(const PcmFormat& format, FileWriter& writer, const std::string& prefix) {
+    const auto& position = wordLengthFields().front();
+    const auto& length = wordLengthFields().back();
     int n = 0;
     for (int fwp = 1; fwp < format.wordsPerMinorFrame; ++fwp) {
         if (format.wordLength(fwp) != format.commonWordLength) {
             ++n;
-            writeIntCommand(writer, prefix, formatPrintf("MFW1-%d", n), fwp);
-            writeIntCommand(writer, prefix, formatPrintf("MFW2-%d", n), format.wordLength(fwp));
+            writeIntCommand(writer, prefix, numberedCode(position.code, {n}), fwp);
+            writeIntCommand(writer, prefix, numberedCode(length.code, {n}), format.wordLength(fwp));
         }
     }
 }

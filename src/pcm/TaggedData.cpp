@@ -19,10 +19,7 @@ namespace kavu {
 
 namespace {
 
-constexpr std::string_view kName = "MN";
-constexpr std::string_view kType = "LT";
-constexpr std::string_view kTaggedType = "TD";
-constexpr std::string_view kTagCount = "TD\\N";
+using tagged_code::kName;
 
 constexpr auto kParity = std::to_array<Choice>({
     {"EV", "Even", "Even"},
@@ -55,7 +52,11 @@ constexpr auto kFields = std::to_array<Field>({
      .limit = 1,
      .kind = kChoice,
      .choices = kOrder},
-    {.code = "TD1", .label = "Word Length:", .limit = 3, .kind = FieldKind::Digits, .unit = "bits"},
+    {.code = tagged_code::kWordLength,
+     .label = "Word Length:",
+     .limit = 3,
+     .kind = FieldKind::Digits,
+     .unit = "bits"},
 });
 constexpr auto kTagFields = std::to_array<Field>({
     {.code = "TD2", .label = "Tag Number", .limit = 10},
@@ -143,9 +144,9 @@ void writeMeasurement(FileWriter& writer, const std::string& prefix,
                      value);
     };
     for (const auto& field : kFields) {
-        if (field.code == "TD1") {
-            write(kType, kTaggedType);
-            write(kTagCount, std::to_string(measurement.tags.size()));
+        if (field.code == tagged_code::kWordLength) {
+            write(tagged_code::kLocationType, tagged_code::kTaggedType);
+            write(tagged_code::kTagCount, std::to_string(measurement.tags.size()));
         }
         write(field.code, valueOf(measurement.values, field.code));
     }

@@ -18,12 +18,22 @@ namespace kavu {
 class PcmFormat;
 class UserInterface;
 
+namespace tagged_code {
+
+inline constexpr std::string_view kName = "MN";
+inline constexpr std::string_view kLocationType = "LT";
+inline constexpr std::string_view kTaggedType = "TD";  ///< the location type of all of them
+inline constexpr std::string_view kTagCount = "TD\\N";
+inline constexpr std::string_view kWordLength = "TD1";
+
+}  // namespace tagged_code
+
 /// One tag of a measurement: its values by the codes of `taggedTagFields`.
 struct TaggedTag {
     FieldValues values;
     [[nodiscard]] bool operator==(const TaggedTag&) const = default;
 };
-/// Values by the codes of `taggedFields`, "MN" being the name.
+/// Values by the codes of `taggedFields`.
 struct TaggedMeasurement {
     int list = 1;
     FieldValues values;

@@ -20,10 +20,10 @@ namespace kavu {
 namespace {
 
 constexpr char kTitle[] = "Tagged Data Definitions";
-constexpr std::string_view kName = "MN";
+using tagged_code::kName;
 
 ListRow shownRow(const TaggedMeasurement& measurement) {
-    const auto length = measurement.values.find("TD1");
+    const auto length = measurement.values.find(tagged_code::kWordLength);
     return {measurement.name(), length == measurement.values.end() ? "" : length->second,
             std::to_string(measurement.tags.size())};
 }
@@ -76,7 +76,7 @@ TaggedDataDialog::TaggedDataDialog(FormContext& form, PcmFormat& format,
         return shownRow(measurements_[static_cast<std::size_t>(row)]);
     };
     list_->mayDelete = [this](int row) {
-        if (this->form().messages.showTitled(&this->form().ui, title::kDeleteEntry, kTitle,
+        if (this->form().messages.showTitled(&this->form().ui, -title::kDeleteEntry, kTitle,
                                              kYesNoBox) != Button::Yes) {
             return false;
         }
