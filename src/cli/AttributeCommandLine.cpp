@@ -8,19 +8,10 @@ namespace kavu::cli {
 
 namespace {
 
-std::string letterList() {
-    std::string text;
-    for (const auto& vocabulary : documentVocabularies()) {
-        text += text.empty() ? "" : ", ";
-        text += vocabulary.letter;
-    }
-    return text;
-}
-
 std::optional<std::string> readLetter(const std::string& text, CommandLine& line) {
     const char letter = text.size() == 1 ? toUpperAscii(text.front()) : '\0';
     if (findDocumentVocabulary(letter) == nullptr) {
-        return "vocabulary: '" + text + "' is not a group with a vocabulary (" + letterList() + ")";
+        return "vocabulary: '" + text + "' is not a group with a vocabulary (" + vocabularyLetterList() + ")";
     }
     line.letter = letter;
     return std::nullopt;
@@ -54,6 +45,15 @@ std::optional<std::string> readChanges(const std::vector<std::string>& assignmen
 }
 
 }  // namespace
+
+std::string vocabularyLetterList() {
+    std::string text;
+    for (const auto& vocabulary : documentVocabularies()) {
+        text += text.empty() ? "" : ", ";
+        text += vocabulary.letter;
+    }
+    return text;
+}
 
 std::optional<std::string> readAttributeArguments(const RawAttributes& raw, CommandLine& line) {
     if (line.command == Command::Vocabulary) {

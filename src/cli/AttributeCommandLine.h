@@ -16,6 +16,9 @@ struct RawAttributes {
     std::vector<std::string> assignments;  ///< CODE=VALUE
 };
 
+/// "G, T, R": the groups that have a vocabulary.
+[[nodiscard]] std::string vocabularyLetterList();
+
 /// Checks what belongs to the command of the line and puts it there. Gives what is wrong with
 /// it, for the user.
 [[nodiscard]] std::optional<std::string> readAttributeArguments(const RawAttributes& raw,

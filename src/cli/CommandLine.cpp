@@ -186,7 +186,7 @@ void addAttributeCommands(CLI::App& app, CommandApps& apps, CommandLine& line, R
     apps.vocabulary =
         addCommand(app, "vocabulary", "Show the fields of a group in the order of the file");
     oneValue(apps.vocabulary->add_option("LETTER", raw.attributes.letter,
-                                         "The letter of the group: G, T, R, M or A"),
+                                         "The letter of the group: " + vocabularyLetterList()),
              "")
         ->required();
     addEdition(*apps.vocabulary, "As this edition of IRIG 106 knows them (default: 2011)", raw);
