@@ -2,6 +2,7 @@
 // pairs, fits.
 #include "conversion/ConversionFields.h"
 #include "conversion/ConversionStore.h"
+#include "conversion/CurveFit.h"
 #include "conversion/EuNumbers.h"
 #include "core/FileIo.h"
 #include "core/Messages.h"
@@ -11,11 +12,15 @@
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
 
+#include <algorithm>
+
 namespace kavu {
 
 namespace {
 
 constexpr std::size_t kLongestCommentRecord = 499;
+/// What the two digits of a count of coefficients can say.
+constexpr int kMostTerms = 99;
 
 std::string decoded(std::string_view stored) {
     std::string text(stored);
@@ -343,11 +348,17 @@ bool ConversionStore::writeFitCoefficients(UserInterface* parent, const std::str
     }
     const int precision = floatPrecision(context_.settings);
     return edit(parent, name, true, [&](ProfileFile& file, const std::string& section) {
+        const int former = file.integer(section, "CO\\N", 0);
         bool good = file.setValue(section, "CO1", "Y") &&
                     file.setValue(section, "CO\\N", std::to_string(order));
         for (int i = 0; i <= order; ++i) {
             const auto text = exponentText(coefficients[static_cast<std::size_t>(i)], precision);
             good = good && file.setValue(section, i == 0 ? "CO" : "CO-" + std::to_string(i), text);
+        }
+        // Terms of a higher order that were left would reach the update file, which takes the
+        // first ten whatever their count says.
+        for (int i = order + 1; i <= std::clamp(former, kHighestOrder, kMostTerms); ++i) {
+            file.removeKey(section, "CO-" + std::to_string(i));
         }
         return good;
     });

@@ -394,6 +394,17 @@ TEST(WriteFitCoefficients, StoresThemInTheWorkingCopy) {
     EXPECT_NE(f.read("DATA1.TMP").find("CO=5.00E-01\r\n"), std::string::npos);
 }
 
+TEST(WriteFitCoefficients, LeavesNoTermOfAHigherOrderBehind) {
+    ConversionFixture f;
+    putChunk(f, 0, "[A]\r\nCO\\N=12\r\nCO-3=3\r\nCO-4=4\r\nCO-12=12\r\n[B]\r\nCO-4=4\r\n");
+    ASSERT_TRUE(f.conversions.beginDefinitionEdit(&f.ui, "A", "A"));
+    const double coefficients[] = {0.5, -1250, 3};
+    EXPECT_TRUE(f.conversions.writeFitCoefficients(&f.ui, "A", 2, coefficients));
+    EXPECT_EQ(f.read("DATA1.TMP"),
+              "[A]\r\nCO\\N=2\r\nCO1=Y\r\nCO=5.00000000E-01\r\nCO-1=-1.25000000E+03\r\n"
+              "CO-2=3.00000000E+00\r\n[B]\r\nCO-4=4\r\n");
+}
+
 TEST(ConversionChoices, AreOfferedFromTheirEditionOn) {
     using Texts = std::vector<std::string_view>;
     EXPECT_EQ(ConversionStore::binaryFormatList(1996),

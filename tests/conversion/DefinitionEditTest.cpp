@@ -402,5 +402,23 @@ TEST(UpdateFile, TakesTheRecordThatTheSheetHasStored) {
     EXPECT_EQ(f.value("B", "Chg"), "") << "used up";
 }
 
+TEST(UpdateFile, HoldsOnlyTheTermsOfTheLastFit) {
+    ConversionFixture f;
+    const auto path = f.folder / "update.txt";
+    f.settings.write("EnableUpd", "1");
+    f.settings.write("UpdPath", path);
+    ASSERT_TRUE(f.load(lines(kTwo)));
+    auto edit = open(f, "B");
+    ASSERT_TRUE(edit);
+    const double high[] = {1, 2, 3, 4};
+    const double low[] = {5, 7};
+    EXPECT_TRUE(f.conversions.writeFitCoefficients(&f.ui, "B", 3, high));
+    EXPECT_TRUE(f.conversions.writeFitCoefficients(&f.ui, "B", 1, low));
+    ASSERT_TRUE(edit->store(&f.ui));
+    (void)f.save();
+    EXPECT_NE(test::readFile(path).find("B, 7.00000000E+00, 5.00000000E+00\n\n"), std::string::npos)
+        << test::readFile(path);
+}
+
 }  // namespace
 }  // namespace kavu
