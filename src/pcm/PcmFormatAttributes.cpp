@@ -170,7 +170,10 @@ bool PcmFormat::setFrameSyncPatternByValue(UserInterface* parent, std::string_vi
         context_.messages.show(parent, 440, kIllegalEntry, kErrorBox, kMostSyncBits);
         return false;
     }
-    syncPattern = pattern;
+    // What is longer than its place has so many blanks; cut, it would lose digits.
+    constexpr auto kWidth = decltype(syncPattern)::kWidth;
+    syncPattern =
+        pattern.size() <= kWidth ? std::string(pattern) : groupFromRight(digits, hexFsp ? 4 : 3);
     syncLength = bits;
     setWordLength(0, bits);
     recalculateBitsPerMinorFrame();

@@ -147,6 +147,18 @@ TEST(PcmFormatAttributes, APatternIsBinaryOrHexadecimalAndHasAtMost33Bits) {
     EXPECT_EQ(f.format.syncLength, 33);
 }
 
+TEST(PcmFormatAttributes, APatternWithVeryManyBlanksKeepsAllItsDigits) {
+    LoadFixture f;
+    ASSERT_TRUE(f.load(plainFormat(8, 1)));
+    std::string spaced;
+    for (int i = 0; i < kMostSyncBits; ++i) {
+        spaced += i % 2 == 0 ? "1   " : "0   ";
+    }
+    ASSERT_TRUE(f.format.setFrameSyncPatternByValue(nullptr, spaced));
+    EXPECT_EQ(f.format.syncLength, kMostSyncBits);
+    EXPECT_EQ(f.format.syncPattern, "101 010 101 010 101 010 101 010 101 010 101");
+}
+
 TEST(PcmFormatAttributes, ALengthTakesItsRecommendedPattern) {
     LoadFixture f;
     ASSERT_TRUE(f.load(plainFormat(8, 1)));

@@ -83,6 +83,20 @@ TEST(PcmSave, AHexadecimalPatternLosesTheZerosInFrontOfItsLength) {
     EXPECT_NE(std::find(lines.begin(), lines.end(), "P-1\\MF5:10101;"), lines.end());
 }
 
+TEST(PcmSave, ZerosInFrontThatASwitchOfTheFormHasDroppedAreWrittenAgain) {
+    LoadFixture f;
+    ASSERT_TRUE(f.load(plainFormat(8, 1)));
+    ASSERT_TRUE(f.format.setFrameSyncPatternByValue(f.parent, "0001 1010"));
+    f.format.setHexFsp(true);
+    EXPECT_EQ(f.format.syncPattern, "1A");
+    f.format.setHexFsp(false);
+    EXPECT_EQ(f.format.syncPattern, "11 010");
+    ASSERT_TRUE(savePcmFormat(f.format, f.parent));
+    const auto lines = f.saved("[kavu]PCMFMT.P01");
+    EXPECT_NE(std::find(lines.begin(), lines.end(), "P-1\\MF4:8;"), lines.end());
+    EXPECT_NE(std::find(lines.begin(), lines.end(), "P-1\\MF5:00011010;"), lines.end());
+}
+
 TEST(PcmSave, WithoutAPatternNeitherLengthNorPatternIsWritten) {
     LoadFixture f;
     ASSERT_TRUE(f.load(plainFormat(8, 1)));
