@@ -1,17 +1,22 @@
-// How fast a stream is loaded, written and converted, in measurements a second.
+// How fast a stream is loaded, written and converted, in measurements a second, and what a level
+// of its undo costs.
 #include "core/Clock.h"
 #include "core/Messages.h"
 #include "core/ProfileSettings.h"
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "pcm/FrameEditWords.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/PcmLoad.h"
 #include "pcm/PcmSave.h"
+#include "pcm/StreamUndo.h"
 #include "pcm/WordFrameConversion.h"
 
 #include <array>
 #include <cstdlib>
+#include <functional>
+#include <optional>
 #include <string>
 
 #include <benchmark/benchmark.h>
@@ -169,6 +174,80 @@ void StreamToWordFrame(benchmark::State& state) {
     state.SetComplexityN(count);
 }
 BENCHMARK(StreamToWordFrame)->RangeMultiplier(2)->Range(5000, 40000)->Complexity(benchmark::oN);
+
+/// One edit of a full-sized stream as a level of its undo: time of the level, and its bytes.
+/// What the edit itself takes is left out.
+void undoLevels(benchmark::State& state, int edition, const std::function<void(PcmFormat&)>& edit) {
+    World world;
+    makeStream(world, 20000, edition);
+    if (!load(world)) {
+        state.SkipWithError("the stream did not load");
+        return;
+    }
+    double levels = 0;
+    std::size_t bytes = 0;
+    StreamUndo undo(world.format);
+    for (auto _ : state) {
+        state.PauseTiming();
+        edit(world.format);
+        state.ResumeTiming();
+        const bool isLevel = undo.commit();
+        state.PauseTiming();
+        bytes += undo.bytes();  // the redo that was there is gone
+        levels += isLevel ? 1 : 0;
+        if (!undo.undo()) {
+            state.SkipWithError("the edit was not undone");
+        }
+        state.ResumeTiming();
+    }
+    state.counters["bytes/level"] = levels > 0 ? static_cast<double>(bytes) / levels : 0;
+}
+
+void changeOneWord(PcmFormat& format) {
+    const auto at = format.getFreeCell(nullptr, 1000, 1);
+    Measurement measurement;
+    measurement.name = "NEW";
+    format.cells().store(at, measurement);
+}
+void deleteWord(PcmFormat& format) {
+    (void)deleteFwps(format, nullptr, {}, 2, 2);
+}
+
+void UndoLevelOfOneWord(benchmark::State& state) {
+    undoLevels(state, static_cast<int>(state.range(0)), changeOneWord);
+}
+BENCHMARK(UndoLevelOfOneWord)->Arg(kOlderEdition)->Arg(kWordFrameEdition)->Iterations(50);
+
+void UndoLevelOfAllWords(benchmark::State& state) {
+    undoLevels(state, static_cast<int>(state.range(0)), deleteWord);
+}
+BENCHMARK(UndoLevelOfAllWords)->Arg(kOlderEdition)->Arg(kWordFrameEdition)->Iterations(5);
+
+/// The overhead of an edit of all words while its undo listens, the level included.
+void EditAllWords(benchmark::State& state) {
+    const bool listens = state.range(1) != 0;
+    World world;
+    makeStream(world, 20000, static_cast<int>(state.range(0)));
+    for (auto _ : state) {
+        state.PauseTiming();
+        if (!load(world)) {
+            state.SkipWithError("the stream did not load");
+        }
+        std::optional<StreamUndo> undo;
+        if (listens) {
+            undo.emplace(world.format);
+        }
+        state.ResumeTiming();
+        deleteWord(world.format);
+        if (undo) {
+            undo->commit();
+        }
+        state.PauseTiming();
+        undo.reset();
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(EditAllWords)->ArgsProduct({{kOlderEdition, kWordFrameEdition}, {0, 1}})->Iterations(3);
 
 }  // namespace
 }  // namespace kavu

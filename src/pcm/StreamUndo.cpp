@@ -85,6 +85,7 @@ StreamUndo::StreamUndo(PcmFormat& format, const Beside& beside, std::size_t most
              format_.asyncFormats,
              format_.wordFrameDefinitions,
              readFiles()};
+    isKept_.assign(static_cast<std::size_t>(format_.wordsPerMinorFrame), false);
     outer_ = format_.cells().watch(this);
 }
 
@@ -97,7 +98,9 @@ void StreamUndo::beforeChange(int fwp) {
         outer_->beforeChange(fwp);
     }
     // A word that has come since the last level goes again with the count of words.
-    if (!exchanging_ && fwp >= 0 && fwp < base_.attributes.wordsPerMinorFrame) {
+    const auto at = static_cast<std::size_t>(fwp);
+    if (!exchanging_ && fwp >= 0 && at < isKept_.size() && !isKept_[at]) {
+        isKept_[at] = true;
         touched_.keep(format_, fwp);
     }
 }
@@ -126,6 +129,7 @@ bool StreamUndo::takeWords(Level& level) {
         }
     }
     level.words = std::exchange(touched_, {});
+    isKept_.assign(static_cast<std::size_t>(format_.wordsPerMinorFrame), false);
     level.words.close();
     return !level.words.empty();
 }

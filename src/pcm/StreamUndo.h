@@ -111,7 +111,8 @@ class StreamUndo : private WordWatcher {
     std::unique_ptr<ConversionJournal> journal_;
     std::size_t forgottenCount_ = 0;
     Base base_;
-    WordArchive touched_;  ///< since the last level
+    WordArchive touched_;       ///< since the last level
+    std::vector<bool> isKept_;  ///< by position, for the words of the base: in `touched_`
     bool exchanging_ = false;
     Levels undo_;
     Levels redo_;
