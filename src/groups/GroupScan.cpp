@@ -137,11 +137,15 @@ std::string groupPrefix(char letter, int index) {
 }
 
 int firstFreeIndex(const DocumentContext& context, char letter) {
-    int index = kLeastGroupIndex;
-    while (index <= kMostGroupIndex && fileExists(context.store.pathOf(groupFile(letter, index)))) {
-        ++index;
+    for (int index = kLeastGroupIndex; index <= kMostGroupIndex; ++index) {
+        // A file that can not be probed may be there, and must not be overwritten.
+        PathKind kind = PathKind::Missing;
+        if (probePath(context.store.pathOf(groupFile(letter, index)), kind).ok() &&
+            kind == PathKind::Missing) {
+            return index;
+        }
     }
-    return index;
+    return kMostGroupIndex + 1;
 }
 
 bool readPcmLinks(DocumentContext& context, UserInterface* parent, std::vector<PcmLinks>& formats) {

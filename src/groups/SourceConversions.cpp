@@ -122,8 +122,20 @@ class RecordCopier {
 
 }  // namespace
 
+bool recordsAreKnown(SourceParts& parts, UserInterface* parent) {
+    IoStatus status;
+    (void)parts.conversions.chunkNumbers(&status);
+    if (!status.ok()) {
+        reportUnableToRead(parent, status);
+    }
+    return status.ok();
+}
+
 bool copyConversions(SourceParts& parts, UserInterface* parent,
                      std::span<const MeasurementPair> names) {
+    if (!recordsAreKnown(parts, parent)) {
+        return false;
+    }
     RecordCopier copier(parts, parent);
     for (std::size_t i = 0; i < names.size(); ++i) {
         if (i % kTellEvery == 0) {

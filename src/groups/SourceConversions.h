@@ -8,6 +8,10 @@
 
 namespace kavu {
 
+/// True if the records can be looked for. In a store that can not be listed every one would
+/// seem to be missing; that is reported.
+bool recordsAreKnown(SourceParts& parts, UserInterface* parent);
+
 /// Gives every new name a copy of the record of the old one, with its comment. A new name that
 /// has a record keeps it, which is logged (459). Failures are reported; what was made until then
 /// stays for `SourceUndo` to take back.

@@ -144,8 +144,11 @@ class SourceCopier {
     bool copyFiles() {
         setStatusText(parent_, "Copying Data Source Files");
         for (const char letter : {'T', 'R'}) {
-            const int index = findGroupIndex(parts_.context, parent_, letter, plan_.source.name);
-            if (index > 0) {
+            const GroupNames groups(parts_.context, parent_, letter);
+            if (!groups.complete()) {
+                return false;
+            }
+            if (const int index = groups.find(plan_.source.name); index > 0) {
                 if (!copyGroup(letter, index)) {
                     return false;
                 }

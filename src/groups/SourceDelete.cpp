@@ -10,6 +10,7 @@
 #include "groups/Reindex.h"
 #include "groups/SourceEdit.h"
 #include "groups/SourceList.h"
+#include "groups/SourceNames.h"
 #include "groups/SourceUndo.h"
 
 #include <algorithm>
@@ -98,17 +99,23 @@ bool remove(SourceParts& parts, UserInterface* parent, const std::string& name,
 
 bool deleteDataSource(SourceParts& parts, UserInterface* parent, const std::string& name) {
     auto& context = parts.context;
+    int index = 0;
     char letter = 'T';
-    int index = findGroupIndex(context, parent, letter, name);
-    if (index == 0) {
-        letter = 'R';
-        index = findGroupIndex(context, parent, letter, name);
+    for (const char group : {'T', 'R'}) {
+        const GroupNames groups(context, parent, group);
+        if (!groups.complete()) {
+            return false;
+        }
+        if (index == 0) {
+            letter = group;
+            index = groups.find(name);
+        }
     }
-    std::vector<std::string> names;
-    listDataSources(context, parent, &names);
-    const bool listed = std::any_of(names.begin(), names.end(), [&](const std::string& other) {
-        return equalsIgnoreCase(other, name);
-    });
+    LinkNames names;
+    if (!gatherSourceNames(context, parent, names)) {
+        return false;
+    }
+    const bool listed = names.has(name);
     if (name.empty() || (index == 0 && !listed)) {
         showBox(parent, formatPrintf("There is no data source '%s' in this document.", name),
                 std::string(loadText(title::kDeleteEntry).value_or("")));

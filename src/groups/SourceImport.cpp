@@ -9,6 +9,7 @@
 #include "core/WorkingStore.h"
 #include "groups/DataSources.h"
 #include "groups/MeasurementNames.h"
+#include "groups/SourceConversions.h"
 #include "groups/SourceEdit.h"
 #include "groups/SourceImportFile.h"
 #include "groups/SourceList.h"
@@ -147,6 +148,9 @@ class SourceImporter {
     bool takeConversions() {
         if (!plan_.conversions) {
             return true;
+        }
+        if (!recordsAreKnown(parts_, parent_)) {
+            return false;
         }
         setProgressText(parent_, "Importing EU Conversion Information");
         setStatusText(parent_, "Importing EU Conversion Information");

@@ -53,27 +53,33 @@ void SourceTransfer::renameLink(std::string_view oldName, std::string newName) {
     links_[key] = std::move(newName);
 }
 
-int SourceTransfer::nextIndex(char letter) const {
+IoStatus SourceTransfer::findIndex(char letter, int& index) const {
     std::unordered_set<int> planned;
     for (const auto& [key, group] : groups_) {
         if (key.first == letter) {
             planned.insert(group.newIndex);
         }
     }
-    for (int index = kLeastGroupIndex; index <= kMostGroupIndex; ++index) {
-        if (!planned.contains(index) &&
-            !fileExists(context_.store.pathOf(groupFile(letter, index)))) {
-            return index;
+    for (index = kLeastGroupIndex; index <= kMostGroupIndex; ++index) {
+        PathKind kind = PathKind::Missing;
+        auto status = probePath(context_.store.pathOf(groupFile(letter, index)), kind);
+        if (!status.ok() || (kind == PathKind::Missing && !planned.contains(index))) {
+            return status;
         }
     }
-    return 0;
+    index = 0;
+    return {};
 }
 
 bool SourceTransfer::expect(UserInterface* parent, char letter, int oldIndex) {
     if (expects(letter, oldIndex)) {
         return true;
     }
-    const int index = nextIndex(letter);
+    int index = 0;
+    if (const auto status = findIndex(letter, index); !status.ok()) {
+        reportUnableToRead(parent, status);
+        return false;
+    }
     if (index == 0) {
         context_.messages.show(parent, 303, title::kError, kErrorBox, calledInMessage(letter));
         return false;

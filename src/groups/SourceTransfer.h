@@ -58,7 +58,8 @@ class SourceTransfer {
         std::string staged;  ///< path
         FileWriter writer;
     };
-    [[nodiscard]] int nextIndex(char letter) const;
+    /// The next free index, or 0.
+    [[nodiscard]] IoStatus findIndex(char letter, int& index) const;
     [[nodiscard]] std::string newValue(char letter, std::string_view code, std::string_view value);
 
     DocumentContext& context_;

@@ -2,6 +2,8 @@
 #include "groups/DataSources.h"
 #include "support/SourceStage.h"
 
+#include <unistd.h>
+
 #include <gmock/gmock.h>
 
 namespace kavu {
@@ -196,6 +198,21 @@ TEST_F(SourceCopyTest, NamesThatDifferOnlyInCaseAreSourcesAndLinksOfTheirOwn) {
     EXPECT_EQ(both.read(groupFile('P', 4)), "P-4\\DLN:Link 2;\r\nP-4\\TF:ONE;\r\n");
     EXPECT_EQ(both.read(groupFile('P', 5)), "P-5\\DLN:LINK 3;\r\nP-5\\TF:TWO;\r\n");
     EXPECT_FALSE(both.has(groupFile('P', 6)));
+}
+
+TEST_F(SourceCopyTest, AGroupFileThatCanNotBeProbedIsNeverOverwritten) {
+    // A link that leads to itself: what is there can not be told.
+    const auto path = t.store.pathOf(groupFile('P', 1));
+    std::string bytes;
+    ASSERT_TRUE(readWholeFile(path, bytes).ok());
+    ASSERT_TRUE(deleteFile(path).ok());
+    ASSERT_EQ(symlink(path.c_str(), path.c_str()), 0);
+    const auto general = t.read(groupFile('G'));
+    EXPECT_FALSE(copy("Second", "Third", "X_"));
+    EXPECT_TRUE(t.ui.hasText(groupFile('P', 1)));
+    EXPECT_EQ(t.read(groupFile('G')), general);
+    EXPECT_FALSE(t.document.changed);
+    ASSERT_TRUE(deleteFile(path).ok());
 }
 
 TEST_F(SourceCopyTest, ANameThatExistsIsRefused) {
