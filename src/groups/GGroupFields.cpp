@@ -1,6 +1,7 @@
 #include "groups/GGroupFields.h"
 
 #include "core/Text.h"
+#include "groups/ListFields.h"
 
 #include <algorithm>
 #include <array>
@@ -166,13 +167,6 @@ constexpr auto kDates = std::to_array<AutomaticDate>({
     {.field = "UN", .date = "UD"},
 });
 
-constexpr std::span<const Field> rowsOf(std::string_view count) {
-    const auto isOfList = [count](const Field& field) { return field.list == count; };
-    const auto first = std::find_if(kFields.begin(), kFields.end(), isOfList);
-    const auto last = std::find_if_not(first, kFields.end(), isOfList);
-    return {first, last};
-}
-
 }  // namespace
 
 std::span<const Field> generalFields() {
@@ -180,11 +174,11 @@ std::span<const Field> generalFields() {
 }
 
 std::span<const Field> contactFields() {
-    return rowsOf(kContactCount);
+    return listFields(kFields, kContactCount);
 }
 
 std::span<const Field> sourceFields() {
-    return rowsOf(kSourceCount);
+    return listFields(kFields, kSourceCount);
 }
 
 std::span<const AutomaticDate> generalDates() {

@@ -1,6 +1,7 @@
 #include "groups/TGroupFields.h"
 
-#include <algorithm>
+#include "groups/ListFields.h"
+
 #include <array>
 
 namespace kavu {
@@ -263,9 +264,7 @@ std::span<const Field> transmissionFields() {
 }
 
 std::span<const Field> transmissionSubcarrierFields() {
-    constexpr auto isColumn = [](const Field& field) { return !field.list.empty(); };
-    const auto first = std::find_if(kFields.begin(), kFields.end(), isColumn);
-    return {first, std::find_if_not(first, kFields.end(), isColumn)};
+    return listFields(kFields, kTransmissionSubcarriers);
 }
 
 }  // namespace kavu
