@@ -33,6 +33,14 @@ TEST(MinorFrameLocations, AMinorWordNeedsItsWord) {
     EXPECT_EQ(f.result(), 0);
 }
 
+TEST(MinorFrameLocations, AMissingMaskOfAFragmentIsTheWholeWordAndOfAnyOtherOneEmpty) {
+    Stream f({{"MN@:A", "LT@:MF", "MF@:5"},
+              {"MN@:B", "LT@:MFFR", "FMF\\N@:1", "FMF2@:E", "FMF6@-1:6", "FMF9@-1:1"}});
+    EXPECT_EQ(f.first("A").mask, "");
+    EXPECT_EQ(f.first("B").mask, "FW");
+    EXPECT_TRUE(f.ui.logs.empty());
+}
+
 TEST(MinorFrameLocations, AWordOutOfTheFrameIsRefused) {
     for (const auto* const word : {"0", "32", "-4", "99999999999"}) {
         Stream f({{"MN@:A", "LT@:MF", std::string("MF@:") + word}});

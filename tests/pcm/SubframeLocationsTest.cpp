@@ -201,6 +201,15 @@ TEST(SubframeLocations, FragmentsInAListStandWhereTheySay) {
     EXPECT_TRUE(f.ui.logs.empty()) << "the bits of a list are not compared with the length";
 }
 
+TEST(SubframeLocations, AMissingMaskOfAFragmentIsTheWholeWordAndOfAnyOtherOneEmpty) {
+    Stream f({{"MN@:A", "LT@:SFFR", "FSF\\N@:1", "FSF2\\N@:1", "FSF3@-1:S", "FSF4@-1:E",
+               "FSF8@-1-1:2", "FSF11@-1-1:1"},
+              {"MN@:B", "LT@:SF", "SF1@:S", "SF2@:3"}});
+    EXPECT_EQ(f.first("A").mask, "FW");
+    EXPECT_EQ(f.first("B").mask, "");
+    EXPECT_TRUE(f.ui.logs.empty());
+}
+
 TEST(SubframeLocations, AFragmentNumberOfZeroIsRefused) {
     Stream f({{"MN@:A", "LT@:SFFR", "FSF\\N@:2", "FSF2\\N@:1", "FSF3@-1:S", "FSF4@-1:E",
                "FSF8@-1-1:2", "FSF11@-1-1:0", "FSF8@-1-2:3", "FSF11@-1-2:1"}});
