@@ -147,15 +147,18 @@ class AsyncSaver {
         return true;
     }
 
+    /// A new record is called by the number that it would have.
+    int shownNumber() const { return number_ > 0 ? number_ : format_.asyncCount() + 1; }
+
     bool checkWord(int fwp) {
         if (!format_.isDataWord(fwp)) {
-            return refuse(195, codes().word, fwp, number_, record_.dataLinkName.view());
+            return refuse(195, codes().word, fwp, shownNumber(), record_.dataLinkName.view());
         }
         const auto* const subframe = format_.subframeOfWord(fwp);
         const auto type = format_.wordType(fwp);
         if (type != WordType::Minor &&
             !(type == WordType::Subframe && subframe != nullptr && subframe->hidden)) {
-            return refuse(196, codes().word, fwp, number_, record_.dataLinkName.view());
+            return refuse(196, codes().word, fwp, shownNumber(), record_.dataLinkName.view());
         }
         return true;
     }
