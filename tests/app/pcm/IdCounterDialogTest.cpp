@@ -152,6 +152,25 @@ TEST(IdCounterDialog, DeleteIsRefusedWhileASubframeRefersToIt) {
     EXPECT_EQ(s.format.wordType(2), WordType::Minor);
 }
 
+TEST(IdCounterDialog, ACounterThatHasGoneIsToldWhenItIsStoredOrDeleted) {
+    CounterStage s(2011);
+    s.counter([&](QDialog& dialog) {
+        ASSERT_TRUE(deleteIdCounter(s.format, nullptr, 1));
+        s.format.changed = false;
+        test::type(dialog, "ISF1", QStringLiteral("NEW"));
+        for (const auto* const button : {"ok", "delete"}) {
+            s.ui.boxes.clear();
+            press(dialog, button);
+            ASSERT_EQ(s.lastBox(), 359) << button;
+            EXPECT_EQ(s.ui.boxes.back().titleId, 81);
+            EXPECT_TRUE(dialog.isVisible());
+        }
+        s.ui.otherwise = Button::Yes;
+        press(dialog, "cancel");
+    });
+    EXPECT_FALSE(s.format.changed);
+}
+
 TEST(IdCounterDialog, ADoubleClickOpensASubframeWhichStaysEditedAfterCancel) {
     CounterStage s;
     EXPECT_TRUE(s.counter([&](QDialog& dialog) {

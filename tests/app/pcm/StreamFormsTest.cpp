@@ -21,6 +21,10 @@ using test::press;
 using test::wordFrame;
 using test::operator+;
 
+/// What a stream without measurements asks for when it is opened: new ones are of the types
+/// that know subframes.
+constexpr int kOlderTypes = 1;
+
 class StreamFormsTest : public ::testing::Test {
   protected:
     void start(int edition, const Commands& pGroup, const Commands& dGroup = listOf({})) {
@@ -100,10 +104,6 @@ class StreamFormsTest : public ::testing::Test {
     FormContext form = formContext(t.ui, door, t.application.context());
 };
 
-/// What a stream without measurements asks for when it is opened: new ones are of the types
-/// that know subframes.
-constexpr int kOlderTypes = 1;
-
 Commands embedded(const std::string& supercom, const Commands& more) {
     return Commands{"AEF\\N:1", "AEF\\DLN-1:INNER", "AEF1-1:" + supercom} + more;
 }
@@ -145,6 +145,57 @@ TEST_F(StreamFormsTest, AMeasurementInSomeFramesAsksForACounterByItsName) {
     EXPECT_EQ(t.ui.listPrompts.front().second.size(), 14U) << "word 5 is left out";
     EXPECT_TRUE(wrote("IDC1-1:12"));
     EXPECT_TRUE(wrote("SF\\N-1:0")) << "the subframe of the measurement is hidden";
+}
+
+// --- what a load has to tell -------------------------------------------------------------------
+
+TEST_F(StreamFormsTest, WhatIsWrongWithCountersAndSubframesIsShownWhenTheStreamIsOpened) {
+    start(2009, plainFormat(32, 8) +
+                    Commands{"ISF\\N:3", "IDC1-1:30", "IDC2-1:16", "IDC3-1:0", "IDC7-1:0",
+                             "IDC8-1:3", "IDC9-1:99", "IDC10-1:INC", "ISF1-2:SFID", "ISF1-3:OUT",
+                             "ISF2-3:ID", "IDC1-3:99"} +
+                    Commands{"SF\\N-1:6", "SF1-1-1:A", "SF3-1-1:FI", "SF4-1-1-1:2", "SF6-1-1:1",
+                             "SF2-1-2:3", "SF4-1-2-1:99", "SF1-1-3:A", "SF1-1-4:C", "SF6-1-4:4",
+                             "SF1-1-5:D", "SF4-1-5-1:2", "SF6-1-5:4", "SF1-1-6:E", "SF2-1-6:3",
+                             "SF3-1-6:FI", "SF4-1-6-1:28", "SF5-1-6:1", "SF6-1-6:4"});
+    t.ui.choices = {kOlderTypes};
+    edit();
+    for (const int id : {179, 182, 183, 184, 185, 186, 199, 200, 201, 202, 203, 204, 205, 208, 209,
+                         210, 211, 212, 213}) {
+        EXPECT_EQ(t.ui.countLogs(id), id == 201 ? 2 : 1) << id;
+    }
+    EXPECT_FALSE(t.ui.shown.empty());
+}
+
+TEST_F(StreamFormsTest, CountsBeyondTheirLimitAreShownWhenTheStreamIsOpened) {
+    start(2009, plainFormat(32, 8) + Commands{"ISF\\N:120", "SF\\N-1:10000", "AEF\\N:19",
+                                              "AEF\\DLN-1:INNER", "AEF3-1-1:7"});
+    t.ui.choices = {kOlderTypes};
+    display([&](MajorFrameWindow&) {
+        EXPECT_EQ(countIdCounters(format()), kMostIdCounters);
+        EXPECT_EQ(format().asyncCount(), 0);
+    });
+    for (const int id : {177, 180, 187}) {
+        EXPECT_EQ(t.ui.countLogs(id), 1) << id;
+    }
+    EXPECT_FALSE(t.ui.shown.empty());
+}
+
+TEST_F(StreamFormsTest, WhatIsWrongWithAsyncFormatsIsShownWhenTheStreamIsOpened) {
+    start(2011,
+          plainFormat(32, 8) + counterAt(30, 8) +
+              Commands{"AEF\\N:6", "AEF1-1:3", "AEF\\DLN-2:B", "AEF1-2:3", "AEF2-2:FI",
+                       "AEF3-2-1:4", "AEF\\DLN-3:C", "AEF\\DLN-4:D", "AEF3-4-1:99", "AEF\\DLN-5:E",
+                       "AEF3-5-1:30", "AEF\\DLN-6:F", "AEF3-6-1:5", "AEF5-6-1:99", "AEF7-6-1:1",
+                       "AEF8-6-1-1:9", "AEF9-6-1-1:-1", "AEF10-6-1-1:99"});
+    display([&](MajorFrameWindow&) {
+        ASSERT_EQ(format().asyncCount(), 1);
+        EXPECT_EQ(format().asyncFormats[0].dataLinkName, "F");
+    });
+    for (const int id : {191, 192, 193, 194, 195, 196, 207, 214}) {
+        EXPECT_EQ(t.ui.countLogs(id), id == 214 ? 3 : 1) << id;
+    }
+    EXPECT_FALSE(t.ui.shown.empty());
 }
 
 // --- making counters and subframes ------------------------------------------------------------
