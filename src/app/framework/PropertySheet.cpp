@@ -85,6 +85,7 @@ PropertyPage& PropertySheet::addPage(std::unique_ptr<PropertyPage> page) {
     tabs_->addTab(scroller, toQString(added->title()).replace(u'&', QStringLiteral("&&")));
     pages_.push_back(added);
     added->load();
+    connect(added, &PropertyPage::changed, this, &PropertySheet::showApply);
     return *added;
 }
 
@@ -98,6 +99,27 @@ QPushButton* PropertySheet::addButton(const char* name, const QString& text) {
     auto* const button = look::makeButton(name, text, {}, this);
     tools_->insertWidget(tools_->count() - 1, button);
     return button;
+}
+
+QPushButton* PropertySheet::addApply() {
+    apply_ = buttons_->addButton(QDialogButtonBox::Apply);
+    apply_->setObjectName(QStringLiteral("apply"));
+    apply_->setText(QStringLiteral("&Apply"));
+    apply_->setAccessibleName(QStringLiteral("Apply"));
+    connect(apply_, &QPushButton::clicked, this, &PropertySheet::apply);
+    showApply();
+    return apply_;
+}
+
+void PropertySheet::markChanged() {
+    changedElsewhere_ = true;
+    showApply();
+}
+
+void PropertySheet::showApply() {
+    if (apply_ != nullptr) {
+        apply_->setEnabled(isChanged());
+    }
 }
 
 bool PropertySheet::isChanged() const {
@@ -153,10 +175,11 @@ void PropertySheet::putButtonsLast() {
             last = button;
         }
     }
-    for (const char* name : {"ok", "cancel", "help"}) {
-        auto* button = buttons_->findChild<QPushButton*>(QLatin1String(name));
-        setTabOrder(last, button);
-        last = button;
+    for (const char* name : {"ok", "cancel", "apply", "help"}) {
+        if (auto* const button = buttons_->findChild<QPushButton*>(QLatin1String(name))) {
+            setTabOrder(last, button);
+            last = button;
+        }
     }
 }
 
@@ -183,7 +206,10 @@ void PropertySheet::accept() {
         QDialog::accept();
         return;
     }
-    storeAndClose();
+    if (storePages()) {
+        result_ = SheetResult::Stored;
+        QDialog::accept();
+    }
 }
 
 /// Checks the pages in their order. Each comes to the front for it: what is wrong on it
@@ -204,16 +230,24 @@ bool PropertySheet::validatePages() {
     return true;
 }
 
-void PropertySheet::storeAndClose() {
+bool PropertySheet::storePages() {
     if (!validatePages()) {
-        return;
+        return false;
     }
     const bool stored =
         std::all_of(pages_.begin(), pages_.end(), [](PropertyPage* page) { return page->store(); });
-    if (stored && (!writer_ || writer_())) {
-        result_ = SheetResult::Stored;
-        QDialog::accept();
+    return stored && (!writer_ || writer_());
+}
+
+void PropertySheet::apply() {
+    if (!isChanged() || !storePages()) {
+        return;
     }
+    for (auto* const page : pages_) {
+        page->markStored();
+    }
+    changedElsewhere_ = false;
+    showApply();
 }
 
 Button PropertySheet::ask(const char* question, Buttons buttons) {

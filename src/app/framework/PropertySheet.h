@@ -35,6 +35,8 @@ class PropertyPage : public QWidget {
     [[nodiscard]] virtual bool store() = 0;
 
     [[nodiscard]] bool isChanged() const { return changed_; }
+    /// The sheet has stored the page and stays open.
+    void markStored() { changed_ = false; }
     [[nodiscard]] const std::string& title() const { return title_; }
     [[nodiscard]] FormContext& form() const { return form_; }
 
@@ -71,11 +73,14 @@ class PropertySheet : public QDialog {
     /// A button below the pages, as "Edit Multiplex Info". The Tab key comes to it between the
     /// pages and OK.
     QPushButton* addButton(const char* name, const QString& text);
+    /// A button that stores as OK does and leaves the sheet open. What was stored stays, even if
+    /// the sheet is left with Cancel.
+    QPushButton* addApply();
     /// Called on OK after all pages have stored, to write what they stored: false (it has
     /// been reported) keeps the sheet open.
     void setWriter(std::function<bool()> writer) { writer_ = std::move(writer); }
     /// Marks the sheet changed by something that is on no page.
-    void markChanged() { changedElsewhere_ = true; }
+    void markChanged();
 
     /// Something was done that Cancel could not take back: the sheet can only be stored from
     /// now on, and closing its window is OK.
@@ -104,7 +109,9 @@ class PropertySheet : public QDialog {
     void rememberPage(int index);
     void openHelp();
     [[nodiscard]] bool validatePages();
-    void storeAndClose();
+    [[nodiscard]] bool storePages();
+    void apply();
+    void showApply();
     [[nodiscard]] Button ask(const char* question, Buttons buttons);
     void fitToScreen();
     void putButtonsLast();
@@ -121,6 +128,7 @@ class PropertySheet : public QDialog {
     QTabWidget* tabs_ = nullptr;
     QHBoxLayout* tools_ = nullptr;  ///< made with the first button
     QDialogButtonBox* buttons_ = nullptr;
+    QPushButton* apply_ = nullptr;  ///< if there is one
 };
 
 /// Runs a sheet through the door, unless too many are up.

@@ -239,6 +239,53 @@ TEST_F(PropertySheetTest, WhatCanNotBeTakenBackDisablesCancelAndClosingIsOk) {
     EXPECT_TRUE(stage.ui.boxes.empty());
 }
 
+TEST_F(PropertySheetTest, ApplyStoresAndLeavesTheSheetOpen) {
+    PropertySheet sheet(stage.form, "Sheet", "Edit Things", "LastThingPage");
+    build(sheet);
+    sheet.addApply();
+    stage.ui.queued = {Button::Yes};
+    stage.door.next([&](QDialog& dialog) {
+        const auto* const apply = find<QPushButton>(dialog, "apply");
+        EXPECT_FALSE(apply->isEnabled()) << "nothing has changed";
+        QTest::keyClicks(first->edit, QStringLiteral("x"));
+        EXPECT_TRUE(apply->isEnabled());
+        writable = false;
+        test::press(dialog, "apply");
+        EXPECT_TRUE(sheet.isChanged()) << "what could not be written is still to be stored";
+        writable = true;
+        test::press(dialog, "apply");
+        EXPECT_TRUE(dialog.isVisible());
+        EXPECT_EQ(one, "1x");
+        EXPECT_EQ(writes, 2);
+        EXPECT_FALSE(sheet.isChanged());
+        EXPECT_FALSE(apply->isEnabled());
+        sheet.markChanged();
+        EXPECT_TRUE(apply->isEnabled());
+        test::press(dialog, "apply");
+        EXPECT_EQ(writes, 3);
+        EXPECT_TRUE(stage.ui.boxes.empty());
+        QTest::keyClicks(second->edit, QStringLiteral("y"));
+        test::press(dialog, "cancel");
+    });
+    EXPECT_EQ(runPropertySheet(stage.form, sheet), SheetResult::Cancelled);
+    EXPECT_EQ(stage.ui.boxes.size(), 1U) << "the question of what came after";
+    EXPECT_EQ(one, "1x");
+    EXPECT_EQ(two, "2");
+}
+
+TEST_F(PropertySheetTest, ApplyAndThenOkStoresNothingTwice) {
+    PropertySheet sheet(stage.form, "Sheet", "Edit Things", "LastThingPage");
+    build(sheet);
+    sheet.addApply();
+    stage.door.next([&](QDialog& dialog) {
+        QTest::keyClicks(first->edit, QStringLiteral("x"));
+        test::press(dialog, "apply");
+        test::press(dialog, "ok");
+    });
+    EXPECT_EQ(runPropertySheet(stage.form, sheet), SheetResult::Unchanged);
+    EXPECT_EQ(writes, 1);
+}
+
 TEST_F(PropertySheetTest, PagesAreTabsNamedByTheirResource) {
     run([&](QDialog& sheet) {
         auto* tabs = find<QTabWidget>(sheet, "pages");
