@@ -1,5 +1,6 @@
 #include "application/Application.h"
 
+#include "conversion/ConversionCopies.h"
 #include "conversion/ConversionLoader.h"
 #include "conversion/ConversionStore.h"
 #include "conversion/ConversionWriter.h"
@@ -169,6 +170,9 @@ void Application::installSteps() {
     steps.forgetConversions = [&parts] {
         parts.names.closeStore(nullptr);
         parts.conversions.forget();
+    };
+    steps.deleteConversionCopies = [&parts](UserInterface* parent) {
+        deleteConversionCopies(parts.context, parent);
     };
     steps.detectVersions = [&parts](UserInterface* parent, int& input) {
         IoStatus failure;

@@ -401,7 +401,9 @@ void EditDataWordDialog::deleteIt() {
 }
 
 void EditDataWordDialog::editConversion() {
-    steps_.editConversion(*this, word_.place.oldName, format_.wordLength(word_.place.fwp));
+    if (steps_.editConversion(*this, word_.place.oldName, format_.wordLength(word_.place.fwp))) {
+        conversionStored_ = true;
+    }
 }
 
 void EditDataWordDialog::pickFromDatabase() {

@@ -32,6 +32,8 @@ class EditDataWordDialog : public EditDialog {
 
     /// The stream was changed, by OK or before it.
     [[nodiscard]] bool hasStored() const { return stored_; }
+    /// The sheet of its conversion, which stores for itself, was left with OK.
+    [[nodiscard]] bool hasStoredConversion() const { return conversionStored_; }
 
   protected:
     [[nodiscard]] bool store() override;
@@ -64,6 +66,7 @@ class EditDataWordDialog : public EditDialog {
     const WordSteps& steps_;
     WordToEdit word_;
     bool stored_ = false;
+    bool conversionStored_ = false;
     bool picked_ = false;
     std::string panelType_;
     int typeIndex_ = -1;  ///< before a type that is refused

@@ -110,7 +110,7 @@ void MajorFrameWindow::runEdit(const PcmFormSteps::Edit& step) {
 
 void MajorFrameWindow::edited(bool accepted) {
     // An operation that was left half way has changed something, too.
-    if (undo_.commit() || accepted) {
+    if (undo_.commit(accepted) || accepted) {
         displayChanged_ = true;
     }
     streamChanged();
@@ -124,14 +124,16 @@ void MajorFrameWindow::streamChanged() {
 }
 
 void MajorFrameWindow::undo() {
-    if (undo_.undo()) {
+    if (undo_.canUndo()) {
+        (void)undo_.undo(&form_.ui);
         displayChanged_ = true;
         streamChanged();
     }
 }
 
 void MajorFrameWindow::redo() {
-    if (undo_.redo()) {
+    if (undo_.canRedo()) {
+        (void)undo_.redo(&form_.ui);
         displayChanged_ = true;
         streamChanged();
     }

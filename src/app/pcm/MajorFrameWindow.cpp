@@ -40,7 +40,11 @@ std::string upperCase(std::string_view text) {
 
 MajorFrameWindow::MajorFrameWindow(FormContext& form, PcmFormat& format, PcmFormSteps& steps,
                                    const MakeAreas& makeAreas, QWidget* parent)
-    : QDialog(parent), form_(form), format_(format), steps_(steps), undo_(format) {
+    : QDialog(parent),
+      form_(form),
+      format_(format),
+      steps_(steps),
+      undo_(format, {.conversions = steps.conversions, .names = steps.edit.names}) {
     setObjectName(QStringLiteral("MajorFrameDisplay"));
     setWindowTitle(QStringLiteral("PCM Format Display - Data Link: ") +
                    toQString(format.streamName));

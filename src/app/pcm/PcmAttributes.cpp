@@ -65,8 +65,16 @@ PcmAttributesSheet::PcmAttributesSheet(FormContext& form, PcmFormat& format, Pcm
     addPages();
     addButtons();
     connect(model_.get(), &PcmAttributesModel::changed, this, &PcmAttributesSheet::showKind);
-    setWriter(
-        [this] { return model_->storeSide() && savePcmFormat(model_->format, &model_->form.ui); });
+    addApply();
+    setWriter([this] {
+        if (!model_->storeSide() || !savePcmFormat(model_->format, &model_->form.ui)) {
+            return false;
+        }
+        if (calls_.saved) {
+            calls_.saved();
+        }
+        return true;
+    });
     showKind();
 }
 
@@ -134,15 +142,17 @@ void PcmAttributesSheet::showKind() {
 }
 
 bool editPcmAttributes(FormContext& form, PcmFormat& format, PcmSheetCalls calls) {
-    PcmAttributesSheet sheet(form, format, std::move(calls));
-    auto result = runPropertySheet(form, sheet);
-    bool wrote = result == SheetResult::Stored;
-    if (result == SheetResult::Unchanged && format.changed) {
+    const int saveCount = format.saveCount;
+    PcmAttributesSheet sheet(form, format, calls);
+    const auto result = runPropertySheet(form, sheet);
+    if (result == SheetResult::Unchanged) {
         // What the load has corrected is saved, though nobody edited anything.
-        wrote = savePcmFormat(format, &form.ui);
+        (void)savePcmFormat(format, &form.ui);
+    } else if (result != SheetResult::Stored && calls.cancelled) {
+        calls.cancelled();
     }
     setStatusText(&form.ui, {});
-    return wrote;
+    return format.saveCount != saveCount;
 }
 
 }  // namespace kavu

@@ -47,6 +47,11 @@ class PcmAttributesModel : public QObject {
 /// What the buttons of the sheet open; without it a button is disabled. True if the stream was
 /// edited.
 struct PcmSheetCalls {
+    /// The stream was written to its group files: what was changed beside it stays.
+    std::function<void()> saved{};
+    /// The sheet was left with Cancel: what was changed beside the stream since it was written
+    /// last, or since the sheet was opened, is taken back.
+    std::function<void()> cancelled{};
     std::function<bool(QWidget& window)> viewFrame{};
     std::function<bool(QWidget& window)> viewBus{};
     std::function<bool(QWidget& window)> viewPackets{};
@@ -72,8 +77,8 @@ class PcmAttributesSheet : public PropertySheet {
     QPushButton* view_ = nullptr;
 };
 
-/// Runs the sheet over the stream in memory, and saves the stream after OK. True if that wrote
-/// something.
+/// Runs the sheet over the stream in memory, and saves the stream on Apply and after OK. True if
+/// the stream was written.
 bool editPcmAttributes(FormContext& form, PcmFormat& format, PcmSheetCalls calls);
 
 }  // namespace kavu

@@ -9,8 +9,10 @@
 #include "app/pcm/WordSteps.h"
 #include "app/shell/MainWindow.h"
 #include "application/Application.h"
+#include "conversion/ConversionCopies.h"
 #include "groups/DataSources.h"
 #include "groups/DocumentTree.h"
+#include "groups/MeasurementNames.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/PcmLoad.h"
 
@@ -57,6 +59,44 @@ bool mayOpen(FormContext& form, Application& application, const std::string& nam
     }
 }
 
+/// What the edit of a stream changes beside it at once: the conversion records and what is known
+/// of the names. Cancel takes it back to where the stream was written last.
+class BesideStream {
+  public:
+    BesideStream(FormContext& form, Application& application)
+        : form_(form), application_(application) {
+        keep();
+    }
+    BesideStream(const BesideStream&) = delete;
+    BesideStream& operator=(const BesideStream&) = delete;
+    ~BesideStream() {
+        if (const auto& drop = application_.context().steps.deleteConversionCopies) {
+            drop(&form_.ui);
+        }
+    }
+    void keep() {
+        copied_ =
+            copyConversionFiles(application_.context(), application_.conversions(), &form_.ui);
+        forgotten_ = application_.measurementNames().forgottenCount();
+        changed_ = application_.context().document.changed;
+    }
+    void takeBack() {
+        application_.measurementNames().recall(forgotten_);
+        // Without copies the records stay as they are, and the document may have changed.
+        if (copied_ &&
+            restoreConversionFiles(application_.context(), application_.conversions(), &form_.ui)) {
+            application_.context().document.changed = changed_;
+        }
+    }
+
+  private:
+    FormContext& form_;
+    Application& application_;
+    bool copied_ = false;
+    std::size_t forgotten_ = 0;
+    bool changed_ = false;  ///< the document
+};
+
 }  // namespace
 
 bool editStream(FormContext& form, Application& application,
@@ -69,11 +109,20 @@ bool editStream(FormContext& form, Application& application,
     }
     // Other editors write to the group files: a stream that has stayed is not what they tell.
     format.closeFormat();
+    BesideStream beside(form, application);
     if (!loadPcmFormat(format, &form.ui, application.pcmSteps(), chosen)) {
+        beside.takeBack();
         return false;
     }
     PcmFormSteps steps;
-    const auto words = makeWordSteps(form, application);
+    auto words = makeWordSteps(form, application);
+    words.saveFormat = [&beside, save = words.saveFormat] {
+        const bool saved = save();
+        if (saved) {
+            beside.keep();
+        }
+        return saved;
+    };
     installWordSteps(steps, form, format, words);
     installSheetSteps(steps, form, format);
     steps.conversions = &application.conversions();
@@ -86,6 +135,8 @@ bool editStream(FormContext& form, Application& application,
         return showMajorFrameDisplay(form, document, format, steps);
     };
     calls.reports = steps.generateReports;
+    calls.saved = [&beside] { beside.keep(); };
+    calls.cancelled = [&beside] { beside.takeBack(); };
     const bool wrote = editPcmAttributes(form, format, std::move(calls));
     format.closeFormat();
     return wrote;

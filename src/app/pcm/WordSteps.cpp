@@ -99,7 +99,7 @@ bool editMeasurementAt(FormContext& form, PcmFormat& format, const WordSteps& st
     }
     EditDataWordDialog dialog(form, format, steps, std::move(*word), window);
     runDialog(form.door, dialog);
-    return dialog.hasStored();
+    return dialog.hasStored() || dialog.hasStoredConversion();
 }
 
 std::optional<bool> chooseDefinitionMode(FormContext& form, QWidget* window, bool wordFrame) {

@@ -36,7 +36,7 @@ struct WordSteps {
 };
 
 /// "Edit Data Word Definition" for the place. Where there are several measurements the user
-/// chooses one, or a new one. True if the stream has changed.
+/// chooses one, or a new one. True if the stream or the conversion has changed.
 bool editMeasurementAt(FormContext& form, PcmFormat& format, const WordSteps& steps,
                        QWidget* window, int fwp, int fn);
 

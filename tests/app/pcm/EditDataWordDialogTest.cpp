@@ -248,7 +248,7 @@ TEST(EditDataWordDialogTest, TheConversionOfAStoredMeasurementIsEdited) {
     std::string edited;
     stage.steps.editConversion = [&](QWidget&, const std::string& name, int bits) {
         edited = name + " " + std::to_string(bits);
-        return true;
+        return false;  // left with Cancel
     };
     EXPECT_TRUE(stage.leavesAlone(3, 1, [&](QDialog& dialog) {
         press(dialog, "editConversion");

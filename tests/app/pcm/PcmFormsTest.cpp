@@ -1,8 +1,14 @@
 #include "app/framework/FormContext.h"
+#include "app/pcm/MajorFrameWindow.h"
 #include "app/pcm/PcmForms.h"
 #include "app/pcm/SheetStage.h"
+#include "conversion/ConversionStore.h"
 #include "core/OpenDocument.h"
+#include "groups/MeasurementNames.h"
 #include "support/TestApplication.h"
+
+#include <algorithm>
+#include <map>
 
 namespace kavu {
 namespace {
@@ -34,6 +40,39 @@ class PcmFormsTest : public ::testing::Test {
     }
     bool edit(const std::optional<std::string>& name = std::nullopt) {
         return editStream(form, t.application, name);
+    }
+
+    /// Files of the conversion records by name, in the working store or in the copies.
+    std::map<std::string, std::string> records(const std::string& folder = {}) {
+        EXPECT_TRUE(t.application.conversions().writeOut().ok());
+        const auto path = t.application.context().store.pathOf(folder.empty() ? "." : folder);
+        std::map<std::string, std::string> files;
+        std::vector<FolderEntry> entries;
+        (void)listFolder(path, entries);
+        for (const auto& entry : entries) {
+            if (matchesWildcard(entry.name, "[kavu]*.C_*")) {
+                files[entry.name] = test::readFile(path + "/" + entry.name);
+            }
+        }
+        return files;
+    }
+    bool hasCopies() { return folderExists(t.application.context().store.pathOf("EuDefinitions")); }
+    /// Records, and a stream that is read without a correction.
+    void makeRecords() {
+        put("[kavu]PCMMEAS.D01",
+            "D-1\\DLN:PCM 1;\r\nD-1\\ML\\N:1;\r\nD-1\\MLN-1:L;\r\nD-1\\MN\\N-1:1;\r\n"
+            "D-1\\MN-1-1:M1;\r\nD-1\\LT-1-1:MF;\r\nD-1\\MF-1-1:3;\r\nD-1\\MFM-1-1:FW;\r\n");
+        auto& conversions = t.application.conversions();
+        for (const auto* const name : {"M1", "M2"}) {
+            ASSERT_TRUE(conversions.createDefaultDefinition(nullptr, name, false));
+        }
+        ASSERT_TRUE(conversions.writeEuComment(nullptr, "M2", std::string(40000, 'c'), false));
+    }
+    /// Stands for what the display does to the records while the sheet is open.
+    void changeRecords() {
+        auto& conversions = t.application.conversions();
+        EXPECT_TRUE(conversions.renameDefinition(nullptr, "Renamed", "M1"));
+        EXPECT_TRUE(conversions.deleteDefinition(nullptr, "M2"));
     }
 
     test::TestApplication t;
@@ -97,6 +136,146 @@ TEST_F(PcmFormsTest, CancelAfterAnEditWritesNothing) {
     });
     EXPECT_FALSE(edit("PCM 1"));
     EXPECT_EQ(pGroup(), before);
+}
+
+TEST_F(PcmFormsTest, ConversionRecordsAreCopiedAtTheStartAndPutBackByCancelWithoutAChange) {
+    makeRecords();
+    const auto before = records();
+    ASSERT_EQ(before.size(), 2U) << "a chunk and a comment";
+    door.next([&](QDialog& dialog) {
+        EXPECT_TRUE(records("EuDefinitions") == before);
+        changeRecords();
+        EXPECT_FALSE(records() == before);
+        t.application.context().document.changed = true;
+        press(dialog, "cancel");
+    });
+    EXPECT_FALSE(edit("PCM 1"));
+    EXPECT_FALSE(t.application.context().document.changed) << "it is what it was";
+    EXPECT_TRUE(t.ui.boxes.empty());
+    EXPECT_TRUE(records() == before);
+    EXPECT_FALSE(hasCopies());
+    EXPECT_TRUE(t.application.conversions().locateDefinition("M2").found);
+    EXPECT_NE(std::find(t.ui.statusTexts.begin(), t.ui.statusTexts.end(), "Restoring EU files"),
+              t.ui.statusTexts.end());
+}
+
+TEST_F(PcmFormsTest, CancelAfterAChangeThatWasNotSavedPutsTheRecordsBackToo) {
+    makeRecords();
+    const auto before = records();
+    t.ui.otherwise = Button::Yes;
+    door.next([&](QDialog& dialog) {
+        pick(dialog, "D3", QStringLiteral("Encrypted"));
+        changeRecords();
+        press(dialog, "cancel");
+    });
+    EXPECT_FALSE(edit("PCM 1"));
+    EXPECT_TRUE(records() == before) << "what was cancelled takes no effect";
+    EXPECT_FALSE(hasCopies());
+}
+
+TEST_F(PcmFormsTest, ClosingTheWindowWithoutSavingPutsTheRecordsBack) {
+    makeRecords();
+    const auto before = records();
+    t.ui.otherwise = Button::No;
+    door.next([&](QDialog& dialog) {
+        pick(dialog, "D3", QStringLiteral("Encrypted"));
+        changeRecords();
+        dialog.close();
+    });
+    EXPECT_FALSE(edit("PCM 1"));
+    EXPECT_TRUE(records() == before);
+}
+
+TEST_F(PcmFormsTest, OkKeepsWhatWasDoneToTheRecordsAndDeletesTheCopies) {
+    for (const bool change : {true, false}) {
+        makeRecords();
+        std::map<std::string, std::string> changed;
+        door.next([&](QDialog& dialog) {
+            if (change) {
+                pick(dialog, "D3", QStringLiteral("Encrypted"));
+            }
+            changeRecords();
+            changed = records();
+            press(dialog, "ok");
+        });
+        EXPECT_EQ(edit("PCM 1"), change);
+        EXPECT_TRUE(records() == changed) << change;
+        EXPECT_FALSE(hasCopies());
+        EXPECT_TRUE(t.application.conversions().locateDefinition("Renamed").found);
+        ASSERT_TRUE(t.application.conversions().deleteDefinition(nullptr, "Renamed"));
+    }
+}
+
+TEST_F(PcmFormsTest, CancelAfterApplyKeepsWhatWasAppliedAndTakesBackTheRest) {
+    makeRecords();
+    std::map<std::string, std::string> applied;
+    t.ui.otherwise = Button::Yes;
+    door.next([&](QDialog& dialog) {
+        pick(dialog, "D3", QStringLiteral("Encrypted"));
+        changeRecords();
+        applied = records();
+        press(dialog, "apply");
+        EXPECT_TRUE(dialog.isVisible());
+        EXPECT_NE(pGroup().find("P-1\\D3:E;"), std::string::npos) << "Apply saves";
+        EXPECT_TRUE(records("EuDefinitions") == applied);
+        pick(dialog, "D3", QStringLiteral("Unencrypted"));
+        EXPECT_TRUE(t.application.conversions().createDefaultDefinition(nullptr, "After", false));
+        press(dialog, "cancel");
+    });
+    EXPECT_TRUE(edit("PCM 1")) << "the stream was written";
+    EXPECT_NE(pGroup().find("P-1\\D3:E;"), std::string::npos);
+    EXPECT_TRUE(t.application.context().document.changed);
+    EXPECT_TRUE(records() == applied);
+    EXPECT_FALSE(t.application.conversions().locateDefinition("After").found);
+}
+
+TEST_F(PcmFormsTest, NamesThatWereForgottenAreKnownAgainAfterCancel) {
+    put("[kavu]PCMMEAS.D01", "D-1\\DLN:PCM 1;\r\nD-1\\MN-1-1:M1;\r\n");
+    auto& names = t.application.measurementNames();
+    ASSERT_TRUE(names.checkForDuplicates(nullptr));
+    for (const bool ok : {false, true}) {
+        door.next([&](QDialog& dialog) {
+            names.forget("M1");
+            press(dialog, ok ? "ok" : "cancel");
+        });
+        edit("PCM 1");
+        EXPECT_EQ(names.names().size(), ok ? 0U : 1U);
+    }
+}
+
+TEST_F(PcmFormsTest, ALoadThatIsCancelledLeavesTheRecordsAndNoCopies) {
+    makeRecords();
+    const auto before = records();
+    t.ui.cancelAtPoll = 1;
+    EXPECT_FALSE(edit("PCM 1"));
+    EXPECT_TRUE(door.names.empty());
+    EXPECT_FALSE(hasCopies());
+    EXPECT_TRUE(records() == before);
+}
+
+TEST_F(PcmFormsTest, AMoveThatSavesTheStreamKeepsItsRecordsWhenTheSheetIsCancelled) {
+    makeRecords();
+    std::map<std::string, std::string> moved;
+    t.ui.otherwise = Button::Yes;
+    t.ui.choices = {4};
+    door.next([&](QDialog& sheet) {
+        door.next([&](QDialog& display) {
+            changeRecords();
+            moved = records();
+            door.next([](QDialog& word) { press(word, "move"); });
+            static_cast<MajorFrameWindow&>(display).editCell(3, 1);
+            EXPECT_TRUE(
+                t.application.conversions().createDefaultDefinition(nullptr, "After", false));
+            display.close();
+        });
+        press(sheet, "viewEditStream");
+        press(sheet, "cancel");
+    });
+    EXPECT_TRUE(edit("PCM 1"));
+    EXPECT_NE(
+        test::readFile(t.application.context().store.pathOf("[kavu]PCMMEAS.D01")).find("MF-1-1:5"),
+        std::string::npos);
+    EXPECT_TRUE(records() == moved) << "as they were when the stream was saved";
 }
 
 TEST_F(PcmFormsTest, MessageDataHasNoEditorAndSaysSo) {
