@@ -4,6 +4,7 @@
 #include "app/framework/FieldForm.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
+#include "app/pcm/EntryList.h"
 #include "app/pcm/SubframeDialog.h"
 #include "pcm/IdCounterFields.h"
 #include "pcm/PcmFormat.h"
@@ -13,7 +14,6 @@
 #include <QDialogButtonBox>
 #include <QGroupBox>
 #include <QHBoxLayout>
-#include <QListWidget>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -70,7 +70,7 @@ IdCounterDialog::IdCounterDialog(FormContext& form, PcmFormat& format, int fwp, 
 void IdCounterDialog::makeSubframeList() {
     auto* const box = new QGroupBox(QStringLiteral("Edit Subframes"), this);
     auto* const inside = new QVBoxLayout(box);
-    subframes_ = new QListWidget(box);
+    subframes_ = new EntryList(box);
     subframes_->setObjectName(QStringLiteral("editSubframes"));
     subframes_->setAccessibleName(QStringLiteral("Edit Subframes"));
     subframes_->setToolTip(QStringLiteral("A double click opens the subframe."));
@@ -100,9 +100,10 @@ void IdCounterDialog::takeEdit(const QString& code) {
     if (refreshing_) {
         return;
     }
-    markChanged();
     const auto name = toBytes(code);
-    editIdCounterField(format_, &form().ui, counter_, name, fields_->value(name));
+    if (editIdCounterField(format_, &form().ui, counter_, name, fields_->value(name))) {
+        markChanged();
+    }
     refresh();
 }
 

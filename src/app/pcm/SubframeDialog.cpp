@@ -5,6 +5,7 @@
 #include "app/framework/QtText.h"
 #include "app/framework/Refusals.h"
 #include "app/framework/TypingRules.h"
+#include "app/pcm/EntryList.h"
 #include "app/pcm/IdCounterDialog.h"
 #include "core/FieldRules.h"
 #include "pcm/IdCounterFields.h"
@@ -20,7 +21,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -290,7 +290,7 @@ void SubframeLocationsDialog::makeFields(QVBoxLayout& layout) {
 }
 
 void SubframeLocationsDialog::makeList(QVBoxLayout& layout) {
-    list_ = new QListWidget(this);
+    list_ = new EntryList(this);
     list_->setObjectName(QStringLiteral("wordPositions"));
     layout.addWidget(look::addLabel(QStringLiteral("Word Positions:"), *list_));
     layout.addWidget(list_, 1);

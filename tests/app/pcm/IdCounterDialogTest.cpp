@@ -91,8 +91,9 @@ TEST(IdCounterDialog, RefusedValuesAreToldAndTheOldOnesStay) {
             EXPECT_EQ(s.lastBox(), row.message) << row.button;
             EXPECT_EQ(buttonText(dialog, row.button), QString::fromUtf16(row.stays));
         }
-        s.ui.otherwise = Button::Yes;
+        s.ui.boxes.clear();
         press(dialog, "cancel");
+        EXPECT_TRUE(s.ui.boxes.empty()) << "a refused value is no edit";
     });
     EXPECT_FALSE(s.format.changed);
 }
@@ -186,6 +187,18 @@ TEST(IdCounterDialog, ADoubleClickOpensASubframeWhichStaysEditedAfterCancel) {
         press(dialog, "cancel");
     }));
     EXPECT_EQ(s.format.subframeOfWord(6)->name, "U");
+}
+
+TEST(IdCounterDialog, EnterInTheListOpensTheSubframeAndIsNoOkForTheCounter) {
+    CounterStage s;
+    s.counter([&](QDialog& dialog) {
+        auto* const list = find<QListWidget>(dialog, "editSubframes");
+        s.door.next([](QDialog& subframe) { press(subframe, "cancel"); });
+        QTest::keyClick(list, Qt::Key_Return);
+        EXPECT_TRUE(dialog.isVisible());
+        press(dialog, "cancel");
+    });
+    EXPECT_EQ(s.door.names.size(), 2U);
 }
 
 TEST(IdCounterDialog, NamesThatAreNoCharactersLeadToTheirSubframesAndStay) {

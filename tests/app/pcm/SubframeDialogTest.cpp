@@ -145,6 +145,26 @@ TEST(SubframeDialog, EveryLocationIsAListThatStaysSorted) {
     EXPECT_EQ(s.format.subframeOfWord(5)->locationMode, "EL");
 }
 
+TEST(SubframeDialog, EnterInTheListOfWordsEditsOneAndIsNoOkForTheList) {
+    CounterStage s;
+    s.ui.integers = {9, 10};
+    s.subframe([&](QDialog& dialog) {
+        s.door.next([](QDialog& locations) {
+            pick(locations, "locationMode", QStringLiteral("EL"));
+            press(locations, "add");
+            auto* const list = find<QListWidget>(locations, "wordPositions");
+            list->setCurrentRow(1);
+            QTest::keyClick(list, Qt::Key_Return);
+            EXPECT_EQ(list->item(1)->text(), QStringLiteral("10"));
+            EXPECT_TRUE(locations.isVisible());
+            press(locations, "ok");
+        });
+        pick(dialog, "supercommutated", QStringLiteral("Yes"));
+        press(dialog, "ok");
+    });
+    EXPECT_EQ(s.format.wordsOf({0, 0}), (std::vector<int>{5, 10}));
+}
+
 TEST(SubframeDialog, ASubframeOfElLeftWithOneLocationBecomesNo) {
     CounterStage s;
     EXPECT_TRUE(s.subframe([&](QDialog& dialog) {
