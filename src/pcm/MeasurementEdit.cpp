@@ -8,6 +8,7 @@
 #include "groups/MeasurementNames.h"
 #include "pcm/AsyncEdit.h"
 #include "pcm/DuplicateNames.h"
+#include "pcm/MeasurementCell.h"
 #include "pcm/PcmLoad.h"
 #include "pcm/SubframeEdit.h"
 
@@ -61,7 +62,7 @@ std::optional<std::string> defaultLocationType(const PcmFormat& format, UserInte
         format.context().messages.show(parent, 323, title::kInternalError, kErrorBox);
         return std::nullopt;
     }
-    if (subframe->hidden) {
+    if (isHiddenSubframe(subframe)) {
         return "WDFR";  // no file tells of the subframe, so no other type would find it again
     }
     return subframe->isSupercommutated() ? "SFSC" : "SF";
@@ -92,8 +93,7 @@ void clearMeasurement(PcmFormat& format, std::string_view name) {
 
 void dropMeasurement(PcmFormat& format, UserInterface* parent, const EditSteps& steps,
                      std::string_view name) {
-    const auto first = Occurrences(format, name).next();
-    const int entry = first ? format.cells().measurement(first->cell).wordFrameIndex : 0;
+    const int entry = wordFrameEntry(format, name);
     clearMeasurement(format, name);
     format.freeWordFrameDefinition(entry);
     forgetConversion(format, parent, steps, name);

@@ -5,6 +5,7 @@
 #include "core/TmatsDocument.h"
 #include "groups/MeasurementNames.h"
 #include "pcm/DuplicateNames.h"
+#include "pcm/MeasurementCell.h"
 #include "pcm/MeasurementEditWordFrame.h"
 
 #include <algorithm>
@@ -15,26 +16,7 @@ namespace kavu {
 
 namespace {
 
-bool isHidden(const Subframe* subframe) {
-    return subframe != nullptr && subframe->hidden;
-}
-
-/// A measurement of one place has none of the values that tell of more.
-void makeSingle(Measurement& cell) {
-    cell.locationMode.clear();
-    cell.locationCount = 0;
-    cell.interval = 0;
-    cell.reconstructedLength = 0;
-    cell.fragmentTransferOrder.clear();
-    cell.fragmentNumber = 0;
-    cell.wordFrameIndex = 0;
-}
-
-/// The entry of the ranges that a measurement is told by, or 0.
-int wordFrameEntry(const PcmFormat& format, std::string_view name) {
-    const auto first = Occurrences(format, name).next();
-    return first ? format.cells().measurement(first->cell).wordFrameIndex : 0;
-}
+constexpr int kWarningTitle = 89;
 
 /// One cell of a measurement that is to be placed.
 struct Planned {
@@ -231,7 +213,7 @@ bool MeasurementSave::planPosition(std::string_view subframe, int position,
     int fn = position;
     const auto ref = format_.findSubframe(subframe);
     // A file tells of no hidden subframe: what refers to one would be lost.
-    if (!ref || isHidden(format_.subframe(*ref)) ||
+    if (!ref || isHiddenSubframe(format_.subframe(*ref)) ||
         format_.subframeLocation(subframe, position, fwp, fn) != 1) {
         return refuse(331, place_.fwp, position);
     }
@@ -291,19 +273,33 @@ bool MeasurementSave::planPlaces() {
 }
 
 /// A reader takes no fragment whose number is above that of all fragments, so there are no gaps.
-/// A subframe has a fragment at several positions, and it is still one.
+/// In subframes a fragment has several positions and is still one; in words each is its own.
 void MeasurementSave::numberFragments() {
-    std::map<int, int> numbers;
+    std::map<std::pair<int, int>, int> numbers;
+    int each = 0;
+    const auto key = [&](const Planned& planned) {
+        return std::pair(planned.measurement.fragmentNumber, is("SFFR") ? 0 : ++each);
+    };
     for (const auto& planned : planned_) {
-        numbers.emplace(planned.measurement.fragmentNumber, 0);
+        numbers.emplace(key(planned), 0);
     }
     int last = 0;
     for (auto& [entered, number] : numbers) {
         number = ++last;
     }
+    each = 0;
+    std::map<int, FixedText<64>> masks;
     for (auto& planned : planned_) {
-        planned.measurement.fragmentNumber = numbers[planned.measurement.fragmentNumber];
-        planned.measurement.locationCount = last;
+        auto& cell = planned.measurement;
+        cell.fragmentNumber = numbers[key(planned)];
+        cell.locationCount = last;
+        // A reader takes the first mask for all positions of a fragment.
+        const auto& mask = masks.emplace(cell.fragmentNumber, cell.mask).first->second;
+        if (!equalsIgnoreCase(mask, cell.mask)) {
+            format_.context().messages.show(parent_, 291, kWarningTitle, kWarningBox,
+                                            cell.fragmentNumber, cell_.name.view());
+            cell.mask = mask;
+        }
     }
 }
 
@@ -494,98 +490,6 @@ bool isOwnLocation(const PcmFormat& format, const EditedPlace& place,
         return spot.position > 0 &&
                spot.position == positionIn(spot.subframe.empty() ? here : spot.subframe);
     });
-}
-
-std::vector<std::string> locationTypes(const PcmFormat& format, int fwp) {
-    if (format.edition() >= 2011) {
-        return {};
-    }
-    const std::string wordFrame = "WDFR  - Word/Frame";
-    if (format.implicitSubframes || isHidden(format.subframeOfWord(fwp))) {
-        return {wordFrame};
-    }
-    std::vector<std::string> types;
-    switch (format.wordType(fwp)) {
-        case WordType::Subframe:
-            types = {"SF    - Sub Frame", "SFSC  - Sub Frame Supercommutated",
-                     "SFFR  - Sub Frame Fragmented"};
-            break;
-        case WordType::IdCounter:
-            types = {"MF    - Minor Frame"};
-            break;
-        default:
-            types = {"MF    - Minor Frame", "MFSC  - Minor Frame Supercommutated",
-                     "MFFR  - Minor Frame Fragmented"};
-            break;
-    }
-    if (format.edition() >= 2004) {
-        types.push_back(wordFrame);
-    }
-    return types;
-}
-
-bool checkWordFrameAllowed(const PcmFormat& format, UserInterface* parent, int fwp) {
-    const auto* const subframe = format.subframeOfWord(fwp);
-    if (subframe == nullptr || !subframe->isSupercommutated()) {
-        return true;
-    }
-    format.context().messages.show(parent, 338, title::kError, kErrorBox);
-    return false;
-}
-
-std::vector<MoveTarget> moveTargets(const PcmFormat& format) {
-    std::vector<MoveTarget> targets;
-    for (int fwp = 1; fwp < format.wordsPerMinorFrame; ++fwp) {
-        const auto* const subframe = format.subframeOfWord(fwp);
-        if (format.wordType(fwp) == WordType::Minor) {
-            targets.push_back({fwp, 0, formatPrintf("Word #%d (every frame)\n", fwp)});
-        } else if (format.wordType(fwp) == WordType::Subframe && subframe != nullptr &&
-                   !subframe->isSupercommutated() && !subframe->hidden) {
-            const int depth = std::min(subframe->depth.number(), format.numberOfFrames);
-            for (int fn = 1; fn <= depth; ++fn) {
-                targets.push_back({fwp, fn, formatPrintf("Word #%d Frame #%d\n", fwp, fn)});
-            }
-        }
-    }
-    return targets;
-}
-
-bool moveMeasurement(PcmFormat& format, const Measurement& values, const MoveTarget& target) {
-    const bool movable = values.locationType == "MF" || values.locationType == "SF";
-    const int fn = target.fn == 0 ? 1 : target.fn;
-    const auto type = target.fn == 0 ? WordType::Minor : WordType::Subframe;
-    if (!movable || !format.hasMeasurement(values.name) || format.wordType(target.fwp) != type ||
-        isHidden(format.subframeOfWord(target.fwp)) || !format.cellAtFrame(target.fwp, fn)) {
-        return false;
-    }
-    auto moved = values;
-    makeSingle(moved);
-    moved.locationType = target.fn == 0 ? "MF" : "SF";
-    const auto cell = format.getFreeCell(nullptr, target.fwp, fn);
-    if (!cell) {
-        return false;
-    }
-    const int entry = wordFrameEntry(format, moved.name);
-    clearMeasurement(format, moved.name);
-    format.cells().store(cell, moved);
-    format.freeWordFrameDefinition(entry);
-    format.changed = true;
-    return true;
-}
-
-bool moveMeasurement(PcmFormat& format, UserInterface* parent, const Measurement& values) {
-    if (parent == nullptr) {
-        return false;
-    }
-    const auto targets = moveTargets(format);
-    std::vector<std::string> texts;
-    texts.reserve(targets.size());
-    for (const auto& target : targets) {
-        texts.push_back(target.text);
-    }
-    const int choice = parent->chooseFromList(kMoveTitle, texts);
-    return choice >= 0 && static_cast<std::size_t>(choice) < targets.size() &&
-           moveMeasurement(format, values, targets[static_cast<std::size_t>(choice)]);
 }
 
 }  // namespace kavu

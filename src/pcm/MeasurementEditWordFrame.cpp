@@ -1,6 +1,7 @@
 #include "pcm/MeasurementEditWordFrame.h"
 
 #include "core/Messages.h"
+#include "core/Text.h"
 #include "core/TmatsDocument.h"
 #include "pcm/MeasurementPlacing.h"
 #include "pcm/PcmLoad.h"
@@ -73,6 +74,33 @@ bool checkCounterWords(PcmLoad& load, std::string_view name, const WordFrameFrag
 
 bool checkFragment(PcmLoad& load, std::string_view name, const WordFrameFragment& fragment) {
     return checkWordFrameFragment(load, name, fragment) && checkCounterWords(load, name, fragment);
+}
+
+/// A plain word that gets a hidden subframe would lose what is told of it as a plain word: no
+/// reader finds that again. The measurements of `oldNames` go anyway.
+bool checkPlainWords(const PcmFormat& format, UserInterface* parent,
+                     const WordFrameFragment& fragment, const std::vector<std::string>& oldNames) {
+    bool free = true;
+    const auto isKept = [&](const Measurement& cell) {
+        return !equalsIgnoreCase(cell.locationType, "WDFR") &&
+               std::none_of(oldNames.begin(), oldNames.end(), [&](const std::string& name) {
+                   return equalsIgnoreCase(name, cell.name);
+               });
+    };
+    forEachWord(fragment, format.wordsPerMinorFrame - 1, [&](int fwp) {
+        const bool isPlain = format.wordType(fwp) == WordType::Minor;
+        for (int n = 1; free && isPlain; ++n) {
+            const auto at = format.measurementAt(fwp, 1, n, true);
+            if (!at) {
+                break;
+            }
+            free = !isKept(format.cells().measurement(at));
+        }
+    });
+    if (!free) {
+        format.context().messages.show(parent, 231, title::kError, kErrorBox);
+    }
+    return free;
 }
 
 /// Checks everything again and makes the hidden subframes; the frame may have changed since
@@ -203,6 +231,14 @@ std::vector<std::pair<int, int>> coveredPlaces(const PcmFormat& format,
 bool placeWordFrameMeasurement(PcmFormat& format, UserInterface* parent, Measurement measurement,
                                const WordFrameDefinition& definition,
                                const std::vector<std::string>& oldNames, int entry) {
+    for (const auto& location : definition.locations) {
+        for (const auto& fragment : location.fragments) {
+            if (isSubcommutatedFragment(format, fragment) &&
+                !checkPlainWords(format, parent, fragment, oldNames)) {
+                return false;
+            }
+        }
+    }
     StreamUndo before(format);
     PcmLoad load(format, parent);
     reportInBoxes(load);

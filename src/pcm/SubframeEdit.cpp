@@ -84,13 +84,34 @@ std::string nameForWord(const PcmFormat& format, int fwp) {
     return name;
 }
 
+/// True if one of the fragments of a measurement puts it in every frame of a word; the others
+/// may be in some frames of other words.
+bool isInEveryFrameOf(const PcmFormat& format, const Measurement& measurement, int fwp) {
+    const auto* const definition = format.wordFrameDefinition(measurement.wordFrameIndex);
+    if (!equalsIgnoreCase(measurement.locationType, "WDFR") || definition == nullptr) {
+        return false;
+    }
+    const auto covers = [&](const WordFrameFragment& fragment) {
+        const int step = fwp - fragment.startWord;
+        const bool isWord = fragment.wordInterval < 1 ? step == 0
+                                                      : step >= 0 && fwp <= fragment.endWord &&
+                                                            step % fragment.wordInterval == 0;
+        return isWord && fragment.startFrame == 1 && fragment.frameInterval == 1 &&
+               fragment.endFrame == format.numberOfFrames;
+    };
+    return std::any_of(
+        definition->locations.begin(), definition->locations.end(), [&](const auto& location) {
+            return std::any_of(location.fragments.begin(), location.fragments.end(), covers);
+        });
+}
+
 /// Copies what the first frame holds for every minor frame to the other frames of a word
 /// that was a plain one until now.
 void spreadOverFrames(PcmFormat& format, UserInterface* parent, int fwp) {
     std::vector<Measurement> measurements;
     for (auto at = format.cellAt(fwp, 1); at; at = format.next(at)) {
         const auto& measurement = format.cells().measurement(at);
-        if (format.cells().isMeasurement(at) && format.isInEveryFrame(measurement)) {
+        if (format.cells().isMeasurement(at) && isInEveryFrameOf(format, measurement, fwp)) {
             measurements.push_back(measurement);
         }
     }

@@ -198,5 +198,59 @@ TEST(FrameEditRoundTrip, RangesOfAnEditionWithoutEndsGoOnToTheLastWordAndFrame) 
     }
 }
 
+TEST(FrameEditRoundTrip, AFragmentHasOneMaskAtAllItsPositions) {
+    SubframeStream stream;
+    MeasurementDefinition definition;
+    definition.attributes.name = "A";
+    definition.attributes.locationType = "SFFR";
+    definition.attributes.reconstructedLength = 16;
+    definition.spots = {{0, "S", 1, "1111", "M", 1}, {0, "S", 3, "FW", "M", 1}};
+    ASSERT_TRUE(stream.save({5, 1, {}}, definition));
+    ASSERT_EQ(stream.ui.boxes.size(), 1U);
+    EXPECT_EQ(stream.ui.boxes[0].id, 291);
+    EXPECT_EQ(stream.ui.boxes[0].titleId, 89);
+    const auto cell = stream.format.findInCell(5, 3, "A");
+    EXPECT_EQ(stream.format.cells().measurement(cell).mask, "1111");
+    ASSERT_TRUE(stream.saveAndReload());
+    EXPECT_TRUE(stream.ui.logs.empty());
+}
+
+TEST(FrameEditRoundTrip, AWordOfAnOlderTypeTakesNoRangeOfSomeFrames) {
+    SubframeStream stream;
+    MeasurementDefinition definition;
+    definition.attributes.name = "A";
+    definition.attributes.locationType = "WDFR";
+    definition.wordFrame.locations = {{16, {{3, 0, 3, 2, 2, 8, "FW", 'D', 1}}}};
+    EXPECT_FALSE(stream.save({3, 2, {}}, definition));
+    ASSERT_EQ(stream.ui.boxes.size(), 1U);
+    EXPECT_EQ(stream.ui.boxes[0].id, 231);
+    EXPECT_EQ(stream.format.wordType(3), WordType::Minor);
+    EXPECT_FALSE(stream.format.changed);
+    // The measurement itself goes from there.
+    definition.attributes.name = "Old";
+    ASSERT_TRUE(stream.save({3, 1, "Old"}, definition));
+    ASSERT_TRUE(stream.saveAndReload());
+    EXPECT_EQ(stream.places("Old"), (test::Places{{3, 2}, {3, 4}, {3, 6}, {3, 8}}));
+}
+
+TEST(FrameEditRoundTrip, AWordThatBecomesAHiddenSubframeKeepsWhatIsInEveryFrameOfIt) {
+    LoadFixture stream(2011);
+    ASSERT_TRUE(stream.load(plainFormat(16, 4) + counterAt(1, 4)));
+    stream.format.setWord(7, WordType::Minor, -1, -1);
+    ASSERT_TRUE(stream.format.allocateCells(stream.parent, 7));
+    MeasurementDefinition definition;
+    definition.attributes.name = "A";
+    definition.attributes.locationType = "WDFR";
+    definition.wordFrame.locations = {{16, {{7, 0, 7, 1, 1, 4, "FW", 'D', 1}}},
+                                      {16, {{9, 0, 9, 2, 0, 2, "FW", 'D', 1}}}};
+    ASSERT_TRUE(saveMeasurement(stream.format, stream.parent, {}, {}, {7, 1, {}}, definition));
+    EXPECT_EQ(stream.places("A"), (test::Places{{7, 1}, {9, 2}}));
+    definition.attributes.name = "B";
+    definition.wordFrame.locations = {{16, {{7, 0, 7, 3, 0, 3, "FW", 'D', 1}}}};
+    ASSERT_TRUE(saveMeasurement(stream.format, stream.parent, {}, {}, {7, 3, {}}, definition));
+    EXPECT_EQ(stream.places("A"), (test::Places{{7, 1}, {7, 2}, {7, 3}, {7, 4}, {9, 2}}));
+    EXPECT_EQ(stream.places("B"), (test::Places{{7, 3}}));
+}
+
 }  // namespace
 }  // namespace kavu
