@@ -1,10 +1,12 @@
 #include "pcm/FrameEditGenerate.h"
 
+#include "core/Clock.h"
 #include "core/Messages.h"
 #include "core/ProfileSettings.h"
 #include "core/TmatsDocument.h"
 #include "pcm/AsyncEdit.h"
 #include "pcm/FrameSyncPattern.h"
+#include "pcm/MeasurementCell.h"
 
 #include <algorithm>
 #include <vector>
@@ -64,9 +66,8 @@ Measurement newMeasurement(PcmFormat& format, const DataWordDefaults& defaults, 
     measurement.parity = defaults.parity;
     measurement.parityTransferOrder = defaults.parityTransferOrder;
     measurement.transferOrder = defaults.transferOrder;
-    const auto* const subframe = format.subframeOfWord(fwp);
     // A hidden subframe has no name in the file that another type could refer to.
-    if (format.implicitSubframes || (subframe != nullptr && subframe->hidden)) {
+    if (format.implicitSubframes || isHiddenSubframe(format.subframeOfWord(fwp))) {
         measurement.locationType = "WDFR";
         measurement.wordFrameIndex = defineWordFrame(format, fwp, index, defaults.mask);
     } else {
@@ -92,6 +93,26 @@ void fillWord(PcmFormat& format, const DataWordDefaults& defaults, int fwp,
         const auto head = format.cellAt(fwp, index);
         format.cells().store(head, newMeasurement(format, defaults, fwp, index));
         made.push_back(head);
+    }
+}
+
+/// Each is written to a file, which takes longer than its measurement.
+void createConversions(const PcmFormat& format, UserInterface* parent, const GenerateSteps& steps,
+                       const DataWordDefaults& defaults, const std::vector<CellRef>& made) {
+    if (!steps.createConversion) {
+        return;
+    }
+    double done = 0;
+    for (const auto& at : made) {
+        steps.createConversion(parent, format.cells().measurement(at).name.str(), defaults);
+        ++done;
+        if (format.context().ticker.secondElapsed()) {
+            const double percent = 100 * done / static_cast<double>(made.size());
+            setStatusText(parent, formatPrintf("Creating data conversions (%d%% complete)",
+                                               static_cast<int>(percent)));
+            setProgressBar(parent, percent);
+            yieldToInterface(parent);
+        }
     }
 }
 
@@ -147,19 +168,16 @@ std::optional<int> createDataWords(PcmFormat& format, UserInterface* parent,
         }
         done = !cancelRequested(parent);
     }
-    setStatusText(parent, {});
     if (!done) {
+        setStatusText(parent, {});
         for (const auto& at : made) {
             format.cells().clear(at);
         }
         format.wordFrameDefinitions.resize(definitions);
         return std::nullopt;
     }
-    for (const auto& at : made) {
-        if (steps.createConversion) {
-            steps.createConversion(parent, format.cells().measurement(at).name.str(), defaults);
-        }
-    }
+    createConversions(format, parent, steps, defaults, made);
+    setStatusText(parent, {});
     format.changed = format.changed || !made.empty();
     return static_cast<int>(made.size());
 }

@@ -2,6 +2,8 @@
 #include "pcm/FrameEditWords.h"
 #include "pcm/StreamFixture.h"
 
+#include <algorithm>
+
 namespace kavu {
 namespace {
 
@@ -153,6 +155,23 @@ TEST(FrameEditGenerate, ANameOfAWordThatHasMovedIsNotGivenTwice) {
     EXPECT_EQ(createDataWords(f.format, nullptr, {}, defaults), 1);
     EXPECT_EQ(nameAt(f, 1), "FWP0001_FN001_2");
     EXPECT_EQ(nameAt(f, 2), "FWP0001_FN001");
+}
+
+TEST(FrameEditGenerate, TheConversionsOfManyMeasurementsLetTheWindowsPaint) {
+    StreamFixture f(2009, 5, 1);
+    std::vector<std::string> made;
+    GenerateSteps steps;
+    steps.createConversion = [&](UserInterface*, std::string_view name, const DataWordDefaults&) {
+        made.emplace_back(name);
+    };
+    EXPECT_EQ(createDataWords(f.format, f.parent, steps, readDataWordDefaults(f.format)), 4);
+    ASSERT_EQ(made.size(), 4U);
+    EXPECT_EQ(made.back(), "FWP0004_FN001");
+    // Once a second, and at once when none was shown yet.
+    EXPECT_EQ(std::count(f.ui.statusTexts.begin(), f.ui.statusTexts.end(),
+                         "Creating data conversions (25% complete)"),
+              1);
+    EXPECT_EQ(f.ui.statusTexts.back(), "");
 }
 
 }  // namespace
