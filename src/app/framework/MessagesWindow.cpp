@@ -35,6 +35,20 @@ QPushButton* addButton(QHBoxLayout& row, QWidget* parent, const char* name, cons
     return button;
 }
 
+/// The size of the longest line, which all of them get: a line is not broken, and is read by
+/// scrolling. Its characters tell which is the longest, as to measure all takes too long.
+QSize sizeOfLongest(const std::vector<std::string>& lines, const QWidget& list) {
+    constexpr int kWidest = 100'000;
+    const auto longest = std::max_element(
+        lines.begin(), lines.end(),
+        [](const std::string& a, const std::string& b) { return a.size() < b.size(); });
+    const auto metrics = list.fontMetrics();
+    const int width =
+        longest == lines.end() ? 0 : metrics.horizontalAdvance(toQString(*longest).left(kWidest));
+    const int space = look::unit(list);
+    return {std::min(width, kWidest) + 2 * space, metrics.height() + space / 2};
+}
+
 /// Puts texts one below the other, over as many pages as it takes.
 class PageWriter {
   public:
@@ -130,6 +144,8 @@ MessagesWindow::MessagesWindow(UserInterface& ui, DialogDoor& door, MessageLines
     list_->setAccessibleName(QStringLiteral("Messages"));
     list_->setModel(new QStringListModel(toQStrings(content_.lines), list_));
     list_->setUniformItemSizes(true);
+    list_->setGridSize(sizeOfLongest(content_.lines, *list_));
+    list_->setTextElideMode(Qt::ElideNone);
     list_->setEditTriggers(QListView::NoEditTriggers);
     list_->setSelectionMode(QListView::ExtendedSelection);
     layout->addWidget(list_, 1);

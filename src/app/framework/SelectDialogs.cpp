@@ -116,7 +116,13 @@ QLineEdit* SelectDialog::makeFilter() {
     filter->setPlaceholderText(QStringLiteral("Filter"));
     filter->setClearButtonEnabled(true);
     filter->addAction(look::icon(QStringLiteral("search")), QLineEdit::LeadingPosition);
-    connect(filter, &QLineEdit::textChanged, sorted_, &QSortFilterProxyModel::setFilterFixedString);
+    connect(filter, &QLineEdit::textChanged, this, [this](const QString& text) {
+        sorted_->setFilterFixedString(text);
+        if (!view_->selectionModel()->hasSelection()) {
+            // What was selected has gone: Enter takes the first that is left.
+            view_->setCurrentIndex(sorted_->index(0, 0));
+        }
+    });
     return filter;
 }
 

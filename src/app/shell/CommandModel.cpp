@@ -1,6 +1,7 @@
 #include "app/shell/CommandModel.h"
 
 #include "app/framework/QtText.h"
+#include "app/framework/ToolTip.h"
 
 #include <algorithm>
 
@@ -16,6 +17,10 @@ constexpr int kSliceMilliseconds = 12;
 constexpr std::size_t kStep = 1000;
 /// What a cell shows of a value; the whole of it can be copied.
 constexpr std::size_t kMostShown = 20000;
+
+bool isUtf8Continuation(char c) {
+    return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
+}
 
 /// As large as all other text.
 QFont codeFont() {
@@ -123,6 +128,24 @@ int CommandModel::columnCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : 2;
 }
 
+QString CommandModel::shownText(const QModelIndex& index) const {
+    const auto command = commandOf(index.row());
+    if (index.column() == kCode) {
+        return toQString(commands_.code(command));
+    }
+    auto value = commands_.value(command);
+    if (value.size() > kMostShown) {
+        auto end = kMostShown;
+        // Half a character would make the whole text one of another encoding.
+        while (end > 0 && isUtf8Continuation(value[end])) {
+            --end;
+        }
+        value.resize(end);
+        value += "...";
+    }
+    return toQString(value);
+}
+
 QVariant CommandModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid() || index.row() >= rows_) {
         return {};
@@ -130,16 +153,8 @@ QVariant CommandModel::data(const QModelIndex& index, int role) const {
     switch (role) {
         case Qt::DisplayRole:
         case Qt::ToolTipRole: {
-            const auto command = commandOf(index.row());
-            if (index.column() == kCode) {
-                return toQString(commands_.code(command));
-            }
-            auto value = commands_.value(command);
-            if (value.size() > kMostShown) {
-                value.resize(kMostShown);
-                value += "...";
-            }
-            return toQString(value);
+            const auto text = shownText(index);
+            return role == Qt::ToolTipRole ? plainToolTip(text) : text;
         }
         case Qt::FontRole:
             return index.column() == kCode ? QVariant(codeFont()) : QVariant();

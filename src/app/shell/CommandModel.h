@@ -51,6 +51,7 @@ class CommandModel : public QAbstractTableModel {
     void start();
     void slice();
     [[nodiscard]] std::size_t commandOf(int row) const;
+    [[nodiscard]] QString shownText(const QModelIndex& index) const;
 
     ItemCommands commands_;
     CommandFilter filter_;

@@ -373,6 +373,32 @@ std::string_view menuTitle(MenuId menu) {
     return kTitles[static_cast<std::size_t>(menu)];
 }
 
+std::string_view menuPrompt(MenuId menu) {
+    constexpr std::string_view kPrompts[] = {
+        "Create, open, save and close TMATS files",
+        "Edit the groups of the TMATS file",
+        "Plots and reports",
+        "The measurement database",
+        "Choices that hold for all files",
+        "Expand and collapse the tree of the document",
+        "Help, and information about KAVU-9",
+    };
+    return kPrompts[static_cast<std::size_t>(menu)];
+}
+
+std::string_view submenuPrompt(std::string_view submenu) {
+    if (submenu == kAddRoot) {
+        return "Choose if root words are added from the database";
+    }
+    if (submenu == kAddChildren) {
+        return "Choose if children are added from the database";
+    }
+    if (submenu == kSameNames) {
+        return "Choose if streams may share the names of measurements";
+    }
+    return submenu == kBackups ? "Choose if a file is copied before it is overwritten" : "";
+}
+
 bool documentAllows(CommandId id, const DocumentFacts& facts) {
     switch (id) {
         case Save:

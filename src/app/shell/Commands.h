@@ -76,6 +76,9 @@ struct CommandRow {
 [[nodiscard]] std::span<const CommandRow> commandTable();
 [[nodiscard]] const CommandRow& commandRow(CommandId id);
 [[nodiscard]] std::string_view menuTitle(MenuId menu);
+/// What the status bar tells of a menu, and of a submenu by its title.
+[[nodiscard]] std::string_view menuPrompt(MenuId menu);
+[[nodiscard]] std::string_view submenuPrompt(std::string_view submenu);
 
 /// What the enabling rules ask of the open document.
 struct DocumentFacts {

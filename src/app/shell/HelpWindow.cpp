@@ -6,6 +6,7 @@
 
 #include <QHBoxLayout>
 #include <QListWidget>
+#include <QShortcut>
 #include <QSplitter>
 #include <QTextBrowser>
 #include <QUrl>
@@ -77,6 +78,8 @@ HelpWindow::HelpWindow(const std::string& folder, QWidget* parent)
             }
         }
     });
+    auto* const escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+    connect(escape, &QShortcut::activated, this, &QWidget::close);
     resize(look::charactersWide(*this, 110), look::unit(*this) * 80);
     openPage(QStringLiteral("index"));
 }

@@ -4,6 +4,7 @@
 #include "app/framework/FormContext.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
+#include "app/framework/ToolTip.h"
 #include "app/shell/CommandPane.h"
 #include "app/shell/NoteBar.h"
 #include "app/shell/TreePanel.h"
@@ -129,11 +130,14 @@ void MainWindow::makeMenus() {
             menu = menuBar()->addMenu(toQString(menuTitle(row.menu)));
             menu->setObjectName(toQString(menuTitle(row.menu).substr(1)).toLower() +
                                 QStringLiteral("Menu"));
+            menu->menuAction()->setStatusTip(toQString(menuPrompt(row.menu)));
         }
         if (row.id == CommandId::Exit) {
             recentMenu_ = menu->addMenu(QStringLiteral("&Recent Files"));
             recentMenu_->setObjectName(QStringLiteral("recentMenu"));
             recentMenu_->setToolTipsVisible(true);
+            recentMenu_->menuAction()->setStatusTip(
+                QStringLiteral("Open one of the TMATS files that were open last"));
             connect(menu, &QMenu::aboutToShow, this, &MainWindow::fillRecentMenu);
         }
         auto* into = menu;
@@ -141,6 +145,7 @@ void MainWindow::makeMenus() {
             auto*& submenu = submenus[row.submenu];
             if (submenu == nullptr) {
                 submenu = menu->addMenu(toQString(row.submenu));
+                submenu->menuAction()->setStatusTip(toQString(submenuPrompt(row.submenu)));
                 groups[row.submenu] = new QActionGroup(this);
             }
             into = submenu;
@@ -281,7 +286,7 @@ void MainWindow::updateTitle() {
         title += QStringLiteral(" %1 (%2)").arg(file, edition);
         title += document.readOnly ? QStringLiteral(" - Read-Only") : QString();
         changed = document.changed || document.created;
-        fileLabel_->setToolTip(toQString(document.path));
+        fileLabel_->setToolTip(plainToolTip(toQString(document.path)));
     }
     // A "[*]" of a file's own name would be taken for the mark.
     title.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));

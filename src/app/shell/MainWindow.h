@@ -101,6 +101,7 @@ class MainWindow : public QMainWindow {
     void updateTitle();
     void updateChecks();
     void rebuildTree();
+    bool selectGroup(char letter, int index);
     void openTreeItem(const TreeItem& item);
     void runTreeAction(TreeAction action, const TreeItem& item);
 

@@ -102,11 +102,13 @@ void MainWindow::restoreGeometryFromSettings() {
 
 void MainWindow::storeWindowSettings() {
     auto& settings = application_.context().settings;
-    const auto place = isMaximized() || isFullScreen() ? normalGeometry() : geometry();
-    settings.writeInteger("X", place.x());
-    settings.writeInteger("Y", place.y());
-    settings.writeInteger("DX", place.width());
-    settings.writeInteger("DY", place.height());
+    if (!isMinimized()) {
+        const auto place = isMaximized() || isFullScreen() ? normalGeometry() : geometry();
+        settings.writeInteger("X", place.x());
+        settings.writeInteger("Y", place.y());
+        settings.writeInteger("DX", place.width());
+        settings.writeInteger("DY", place.height());
+    }
     writeTreeExpansion(settings, tree_->expansion());
 }
 
@@ -149,8 +151,13 @@ bool MainWindow::begin(const BeginOptions& options) {
     connect(
         qApp, &QGuiApplication::commitDataRequest, this,
         [this](QSessionManager& manager) {
-            if (!maySessionEnd()) {
+            // A session manager lets no program ask unless it has given leave.
+            const bool asks = application_.context().document.changed;
+            if ((asks && !manager.allowsInteraction()) || !maySessionEnd()) {
                 manager.cancel();
+            }
+            if (asks) {
+                manager.release();
             }
         },
         Qt::DirectConnection);

@@ -2,6 +2,7 @@
 #include "app/framework/DialogDoor.h"
 #include "app/framework/FormContext.h"
 #include "app/framework/QtText.h"
+#include "app/framework/ToolTip.h"
 #include "app/shell/CommandPane.h"
 #include "app/shell/HelpWindow.h"
 #include "app/shell/MainWindow.h"
@@ -16,6 +17,7 @@
 #include "core/ProfileSettings.h"
 #include "core/RecentFiles.h"
 #include "core/Text.h"
+#include "groups/GroupScan.h"
 #include "groups/MeasurementNames.h"
 
 #include <algorithm>
@@ -29,7 +31,6 @@ namespace kavu {
 namespace {
 
 constexpr int kMostPrecision = 12;
-constexpr int kDefaultPrecision = 8;
 
 /// The group letter and index of the first command that a line names, as in "P-1\D2".
 struct NamedGroup {
@@ -150,7 +151,7 @@ void MainWindow::fillRecentMenu() {
         auto name = toQString(fileNameOf(path)).replace(QLatin1Char('&'), QStringLiteral("&&"));
         auto* const entry =
             recentMenu_->addAction(QStringLiteral("&%1  %2").arg(++number).arg(name));
-        entry->setToolTip(toQString(path));
+        entry->setToolTip(plainToolTip(toQString(path)));
         entry->setStatusTip(toQString(path));
         connect(entry, &QAction::triggered, this, [this, path] { openNamed(path); });
     }
@@ -256,11 +257,28 @@ bool MainWindow::goToLine(const std::string& line) {
     if (!group) {
         return false;
     }
-    if (!tree_->select(group->letter, group->index)) {
+    if (!selectGroup(group->letter, group->index)) {
         return false;
     }
     activateWindow();
     return true;
+}
+
+/// Selects what a group file describes. An item of the tree has one file, and a stream may have
+/// several, each with an index of its own: the others are found by the name of the stream.
+bool MainWindow::selectGroup(char letter, int index) {
+    if (tree_->select(letter, index)) {
+        return true;
+    }
+    constexpr std::string_view kOfStreams = "PDBSA";
+    if (!facts_.open || kOfStreams.find(letter) == std::string_view::npos) {
+        return false;
+    }
+    const GroupNames streams(application_.context(), nullptr, letter);
+    return std::any_of(streams.entries().begin(), streams.entries().end(),
+                       [this, index](const GroupNames::Entry& entry) {
+                           return entry.index == index && tree_->selectStream(entry.name);
+                       });
 }
 
 void MainWindow::openTreeItem(const TreeItem& item) {
@@ -285,7 +303,12 @@ void MainWindow::openTreeItem(const TreeItem& item) {
         case TreeKind::MultiplexDefinition:
             runTreeAction(TreeAction::Edit, item);
             return;
-        default:
+        case TreeKind::TransmissionHead:
+        case TreeKind::RecorderHead:
+        case TreeKind::OtherHead:
+        case TreeKind::StreamsHead:
+        case TreeKind::ConversionHead:
+            tree_->toggleBranch();  // a head has nothing to open but itself
             return;
     }
 }

@@ -2,6 +2,7 @@
 
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
+#include "app/framework/ToolTip.h"
 #include "groups/DocumentTree.h"
 
 #include <algorithm>
@@ -258,7 +259,7 @@ QVariant TreeModel::data(const QModelIndex& index, int role) const {
         case Qt::DisplayRole:
             return treeLabel(node.item);
         case Qt::ToolTipRole:
-            return node.remark.empty() ? QVariant() : QVariant(toQString(node.remark));
+            return node.remark.empty() ? QVariant() : plainToolTip(toQString(node.remark));
         case Qt::DecorationRole: {
             const auto at = std::find(kImages.begin(), kImages.end(), imageOf(node.item));
             return icons_[static_cast<std::size_t>(at - kImages.begin())];

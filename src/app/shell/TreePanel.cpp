@@ -272,7 +272,12 @@ bool TreePanel::selectIndex(const QModelIndex& index) {
 }
 
 bool TreePanel::select(char letter, int group) {
-    return selectIndex(model_->indexOfGroup(letter == 'D' ? 'P' : letter, group));
+    return selectIndex(model_->indexOfGroup(letter, group));
+}
+
+bool TreePanel::selectStream(std::string_view name) {
+    return selectIndex(model_->indexOf(TreeKind::Stream, name)) ||
+           selectIndex(model_->indexOf(TreeKind::EmbeddedStream, name));
 }
 
 bool TreePanel::selectMeasurement(std::string_view name) {
@@ -323,6 +328,11 @@ void TreePanel::collapseBranch(bool withChildren) {
     } else {
         setExpanded(index, false);
     }
+}
+
+void TreePanel::toggleBranch() {
+    const auto index = view_->currentIndex();
+    setExpanded(index, !view_->isExpanded(index));
 }
 
 // --- Menus and keys ------------------------------------------------------------------------

@@ -53,10 +53,10 @@ class TreePanel : public QWidget {
     /// The selected item, or nothing.
     [[nodiscard]] std::optional<TreeItem> current() const;
 
-    /// Selects the item with a group file, or a measurement; false if there is none. For
-    /// what is within a stream or a data source there is only the item of its file: a letter
-    /// of measurements, such as D, stands for the P file of its index.
+    /// Selects the item with a group file, or of a name; false if there is none. An item stands
+    /// for one file: a stream for its format, and not for the file of its measurements.
     bool select(char letter, int group);
+    bool selectStream(std::string_view name);
     bool selectMeasurement(std::string_view name);
 
     // The operations of the menu entries of the same names. Those of a branch work on the
@@ -65,6 +65,8 @@ class TreePanel : public QWidget {
     void collapseAll();
     void expandBranch(bool withChildren);
     void collapseBranch(bool withChildren);
+    /// Opens the selected branch if it is closed, and the other way round.
+    void toggleBranch();
 
     /// Tells if an entry can be chosen; without it all of them can.
     std::function<bool(TreeAction, const TreeItem&)> available;

@@ -9,6 +9,7 @@
 #include <QListView>
 #include <QPdfWriter>
 #include <QPushButton>
+#include <QScrollBar>
 
 namespace kavu {
 namespace {
@@ -50,6 +51,17 @@ TEST_F(MessagesWindowTest, WithoutATitleItIsCalledMessages) {
     const MessagesWindow window(ui, door, {"", "", {"x"}}, {}, nullptr);
     EXPECT_EQ(window.windowTitle(), QStringLiteral("Messages"));
     EXPECT_FALSE(find<QPushButton>(window, "goTo")->isVisibleTo(&window));
+}
+
+TEST_F(MessagesWindowTest, ALineWiderThanTheWindowIsReadByScrolling) {
+    const auto narrow = make();
+    narrow->show();
+    EXPECT_EQ(find<QListView>(*narrow, "lines")->horizontalScrollBar()->maximum(), 0);
+    const auto wide = make({"first", "D-1\\COM:" + std::string(600, 'W') + ";", "third"});
+    wide->show();
+    auto* const list = find<QListView>(*wide, "lines");
+    EXPECT_GE(list->horizontalScrollBar()->maximum() + list->viewport()->width(),
+              list->fontMetrics().horizontalAdvance(QString(600, u'W')));
 }
 
 TEST_F(MessagesWindowTest, CloseWindowAndEscapeEndIt) {

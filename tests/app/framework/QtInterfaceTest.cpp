@@ -284,6 +284,27 @@ TEST_F(QtInterfaceTest, ATableSortsNumbersByValueAndGivesTheRowOfTheCaller) {
     EXPECT_EQ(ui.selectFromTable(samplePrompt()), 1);
 }
 
+TEST_F(QtInterfaceTest, AFilterLeavesARowSelectedThatEnterTakes) {
+    TablePrompt prompt{"", {"Name"}, {}};
+    for (int i = 1; i <= 40; ++i) {
+        prompt.rows.push_back({"M" + std::to_string(i)});
+    }
+    door.next([](QDialog& dialog) {
+        auto* const filter = find<QLineEdit>(dialog, "filter");
+        filter->setFocus();
+        QTest::keyClicks(filter, QStringLiteral("m37"));
+        QTest::keyClick(filter, Qt::Key_Return);
+    });
+    EXPECT_EQ(ui.selectFromTable(prompt), 36);
+    door.next([](QDialog& dialog) {
+        auto* const filter = find<QLineEdit>(dialog, "filter");
+        QTest::keyClicks(filter, QStringLiteral("nothing"));
+        EXPECT_FALSE(find<QPushButton>(dialog, "ok")->isEnabled());
+        press(dialog, "cancel");
+    });
+    EXPECT_EQ(ui.selectFromTable(prompt), -1);
+}
+
 TEST_F(QtInterfaceTest, SeveralRowsOfATableComeInTheOrderOfTheCaller) {
     door.next([](QDialog& dialog) {
         EXPECT_EQ(dialog.findChild<QLabel*>()->text(),

@@ -103,6 +103,21 @@ TEST_F(CommandPaneTest, AGroupFileIsShownWithTheLineBreaksOfItsValues) {
     EXPECT_EQ(text("count"), std::to_string(pane.model().rowCount()) + " commands");
 }
 
+TEST_F(CommandPaneTest, AValueThatLooksLikeMarkupIsShownAsItStandsAndAVeryLongOneIsCutWhole) {
+    CommandModel rows;
+    std::string longText;
+    for (int i = 0; i < 15000; ++i) {
+        longText += "\xC3\xA4";  // "ä": the place of the cut may be inside one
+    }
+    rows.setPairs({{"A", "<b>5 & 6</b>"}, {"B", "x" + longText}});
+    const auto tip = rows.data(rows.index(0, 1), Qt::ToolTipRole).toString();
+    EXPECT_TRUE(tip.contains(QStringLiteral("&lt;b&gt;5 &amp; 6&lt;/b&gt;"))) << toBytes(tip);
+    const auto shown = toBytes(rows.data(rows.index(1, 1), Qt::DisplayRole).toString());
+    EXPECT_TRUE(("x" + longText).starts_with(shown.substr(0, shown.size() - 3)));
+    EXPECT_TRUE(shown.ends_with("\xC3\xA4..."));
+    EXPECT_LT(shown.size(), 20010U);
+}
+
 TEST_F(CommandPaneTest, TheFilterFindsCodesAndValuesInAnyCase) {
     openSample();
     show(TreeKind::General);

@@ -8,6 +8,7 @@
 #include "application/Application.h"
 #include "core/FileIo.h"
 #include "core/ProfileSettings.h"
+#include "core/Text.h"
 #include "core/WorkingStore.h"
 #include "support/TestContext.h"
 
@@ -22,6 +23,7 @@
 #include <QMimeData>
 #include <QRadioButton>
 #include <QStatusBar>
+#include <QTreeView>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -129,6 +131,30 @@ TEST_F(MainWindowTest, EditorsAreOpenedFromTheTreeAsWell) {
     EXPECT_EQ(stream, "PCM Stream 1");
 }
 
+TEST_F(MainWindowTest, AHeadOfTheTreeOpensAndClosesItsBranch) {
+    begin(path);
+    auto& tree = window->tree();
+    tree.collapseAll();
+    const auto head = tree.model().indexOf(TreeKind::ConversionHead, {});
+    tree.view()->setCurrentIndex(head);
+    QTest::keyClick(tree.view(), Qt::Key_Return);
+    EXPECT_TRUE(tree.view()->isExpanded(head));
+    QTest::keyClick(tree.view(), Qt::Key_Return);
+    EXPECT_FALSE(tree.view()->isExpanded(head));
+}
+
+TEST_F(MainWindowTest, EveryMenuAndSubmenuHasAPrompt) {
+    begin();
+    int menus = 0;
+    for (const auto* const menu : window->findChildren<QMenu*>()) {
+        if (const auto* const entry = menu->menuAction(); !entry->text().isEmpty()) {
+            EXPECT_FALSE(entry->statusTip().isEmpty()) << toBytes(entry->text());
+            ++menus;
+        }
+    }
+    EXPECT_EQ(menus, 12);
+}
+
 TEST_F(MainWindowTest, FactsComeFromTheSourcesOfTheDocument) {
     begin(path);
     EXPECT_TRUE(window->facts().hasRadioSource);
@@ -181,6 +207,15 @@ TEST_F(MainWindowTest, GeometryAndOpenBranchesComeBack) {
     EXPECT_TRUE(window->tree().expansion().general);
 }
 
+TEST_F(MainWindowTest, TheGeometryOfAMinimisedWindowIsNotKept) {
+    begin();
+    settings().writeInteger("DX", 777);
+    window->setWindowState(Qt::WindowMinimized);
+    ASSERT_TRUE(window->isMinimized());
+    EXPECT_TRUE(window->quit());
+    EXPECT_EQ(settings().integer("DX", 0), 777);
+}
+
 TEST_F(MainWindowTest, AWindowOfAScreenThatIsGoneComesBackOntoOneThatIsThere) {
     test::writeFile(folder / "kavu.ini", "[KAVU-9]\r\nX=9000\r\nY=-4000\r\nDX=600\r\nDY=400\r\n");
     begin();
@@ -204,7 +239,7 @@ TEST_F(MainWindowTest, RecentFilesAreOfferedAndOpened) {
     ASSERT_NE(menu, nullptr);
     emit qobject_cast<QMenu*>(menu->parent())->aboutToShow();
     ASSERT_EQ(menu->actions().size(), 1);
-    EXPECT_EQ(menu->actions().front()->toolTip(), toQString(path));
+    EXPECT_THAT(toBytes(menu->actions().front()->toolTip()), HasSubstr(path));
     menu->actions().front()->trigger();
     EXPECT_TRUE(document().open);
 }
@@ -309,6 +344,19 @@ TEST_F(MainWindowTest, ALineOfTheMessagesGoesToThePlaceOfItsCommand) {
     EXPECT_EQ(window->tree().current()->kind, TreeKind::General);
     EXPECT_FALSE(window->goToLine("Nothing is named here, not even P-x"));
     EXPECT_FALSE(window->goToLine("P-98\\D2"));
+}
+
+TEST_F(MainWindowTest, ALineOfAGroupBesideTheFormatGoesToTheStreamOfItsName) {
+    begin(path);
+    const auto& store = application.context().store;
+    // The groups of a stream need not have the same index.
+    ASSERT_TRUE(
+        renameFile(store.pathOf("[kavu]PCMMEAS.D01"), store.pathOf("[kavu]PCMMEAS.D07")).ok());
+    const auto text = test::readFile(store.pathOf("[kavu]PCMMEAS.D07"));
+    test::writeFile(store.pathOf("[kavu]PCMMEAS.D07"), replaceAll(text, "D-1\\", "D-7\\"));
+    EXPECT_TRUE(window->goToLine("D-7\\MN-1-1:X;"));
+    EXPECT_EQ(window->tree().current()->name, "PCM Stream 1");
+    EXPECT_FALSE(window->goToLine("D-1\\MN-1-1:X;"));
 }
 
 TEST_F(MainWindowTest, RemarksOfAnOpeningAreOffered) {

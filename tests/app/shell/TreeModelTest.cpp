@@ -170,8 +170,10 @@ TEST(TreeModel, EveryItemHasAnImageAndAWordForTheScreenReader) {
         toBytes(
             model.indexOf(TreeKind::Measurement, "ALT").data(Qt::AccessibleTextRole).toString()),
         "Measurement ALT");
-    EXPECT_EQ(toBytes(model.indexOf(TreeKind::Stream, "One").data(Qt::ToolTipRole).toString()),
-              "PCM (Class 1)");
+    EXPECT_TRUE(model.indexOf(TreeKind::Stream, "One")
+                    .data(Qt::ToolTipRole)
+                    .toString()
+                    .contains(QStringLiteral("PCM (Class 1)")));
 }
 
 TEST(TreeModel, TwentyThousandMeasurementsAreBuiltWithinThreeTenthsOfASecond) {

@@ -334,8 +334,10 @@ TEST_F(TreePanelTest, APlaceIsFoundByItsGroupOrItsMeasurement) {
     const auto stream = panel.current();
     EXPECT_EQ(stream->kind, TreeKind::Stream);
     EXPECT_TRUE(panel.select('G', 0));
-    EXPECT_TRUE(panel.select('D', 2));
+    EXPECT_FALSE(panel.select('D', 2)) << "an item stands for one group";
+    EXPECT_TRUE(panel.selectStream(stream->name));
     EXPECT_EQ(panel.current(), stream);
+    EXPECT_FALSE(panel.selectStream("no such stream"));
     EXPECT_FALSE(panel.select('P', 99));
     const auto name = app.application.conversions().definitionNames(-1)->back();
     EXPECT_TRUE(panel.selectMeasurement(name));
