@@ -104,10 +104,6 @@ FrameText FrameDisplay::gridText(FramePlace at) const {
     if (format_.wordType(at.word) == WordType::Sync) {
         return {std::string(kSync)};
     }
-    if (const int record = asyncAt(at);
-        record > 0 && format_.wordType(at.word) != WordType::IdCounter) {
-        return {"Async: " + asyncName(record)};
-    }
     const auto& cells = format_.cells();
     FrameText result;
     int count = 0;
@@ -120,6 +116,9 @@ FrameText FrameDisplay::gridText(FramePlace at) const {
         result.ink = FrameInk::Several;
     } else if (count == 1 && highlightEu && hasConversion && hasConversion(result.text)) {
         result.ink = FrameInk::Conversion;
+    }
+    if (kindAt(at) == PlaceKind::Async) {
+        result.text = "Async: " + asyncName(asyncAt(at));
     }
     if (format_.wordType(at.word) == WordType::IdCounter) {
         // The row counts on arithmetically: the value is not folded at the counter's end value.

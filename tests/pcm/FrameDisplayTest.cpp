@@ -122,6 +122,13 @@ TEST(FrameDisplay, InkTellsOfSeveralMeasurementsAndOfConversions) {
     EXPECT_EQ(ink(4), FrameInk::Conversion);
     EXPECT_EQ(ink(6), FrameInk::Several);
     EXPECT_EQ(ink(8), FrameInk::Plain);
+    f.placeAsync(9);
+    EXPECT_EQ(ink(9), FrameInk::Plain);
+    f.place(9, 1, "CAL");
+    EXPECT_EQ(ink(9), FrameInk::Conversion) << "under an async stream as well";
+    f.place(9, 1, "E");
+    EXPECT_EQ(ink(9), FrameInk::Several);
+    EXPECT_EQ(f.text(9, 1), "Async: INNER");
     EXPECT_EQ(inkColour(FrameInk::Several), 0x0000FFU);
     EXPECT_EQ(inkColour(FrameInk::Conversion), 0xFFA500U);
     EXPECT_EQ(inkColour(FrameInk::Plain), 0x000000U);
@@ -188,6 +195,19 @@ TEST(FrameDisplay, EveryInkCanBeReadOnEveryGround) {
     EXPECT_EQ(readableInk(0x0000FF, 0xFAFBFC), 0x0000FFU) << "what can be read stays";
     EXPECT_EQ(readableInk(0x000000, 0x2E343D), 0xFFFFFFU);
     EXPECT_NEAR(contrast(0x000000, 0xFFFFFF), 21, 0.001);
+}
+
+TEST(FrameDisplay, EveryLabelCanBeReadOnItsBox) {
+    for (const auto type :
+         {WordType::Minor, WordType::IdCounter, WordType::Subframe, WordType::Sync}) {
+        for (const bool hasText : {true, false}) {
+            for (const bool selected : {true, false}) {
+                const auto ground = labelColour(type, hasText, selected);
+                EXPECT_GE(contrast(readableInk(inkColour(FrameInk::Plain), ground), ground), 4.5)
+                    << std::hex << ground;
+            }
+        }
+    }
 }
 
 TEST(FrameDisplay, MarksTellOfOverlapWithoutColour) {
