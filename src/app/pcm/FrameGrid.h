@@ -96,6 +96,7 @@ class FrameStrip : public QWidget {
     void paintNumbers(QPainter& painter, const QRect& dirty);
     void paintLabels(QPainter& painter, const QRect& dirty);
     [[nodiscard]] int wordAt(int x) const;
+    /// None beyond the last word or frame.
     [[nodiscard]] FramePlace placeAt(const QPoint& point) const;
 
     FrameArea area_;

@@ -131,7 +131,7 @@ FrameGridPaint::FrameGridPaint(const QWidget& widget)
     : normal_(widget.font()),
       small_(smallerFont(widget.font())),
       face_(rgbOf(widget.palette().color(QPalette::Button))),
-      border_(widget.palette().color(QPalette::Shadow)),
+      border_(widget.palette().color(QPalette::Dark)),
       ground_(widget.palette().color(QPalette::Window)),
       frame_(widget.palette().color(QPalette::Highlight)),
       ratio_(widget.devicePixelRatioF()) {}
@@ -277,16 +277,26 @@ void FrameGridPaint::paintCell(QPainter& painter, const Column& column, int fram
     if (marks.several || marks.overlap || marks.async) {
         paintMarks(painter, cell, marks, readable(0, ground));
     }
-    if (selected && column.hasFocus && cell.height() >= kShadedHeight) {
-        painter.setPen(QPen(colourOf(readable(0, ground)), 1, Qt::DotLine));
-        painter.drawRect(cell.adjusted(3, 3, -4, -4));
+    if (selected && column.hasFocus) {
+        paintFocus(painter, cell, ground);
     }
+}
+
+void FrameGridPaint::paintFocus(QPainter& painter, const QRect& cell, Rgb ground) {
+    painter.setPen(QPen(colourOf(readable(0, ground)), 1, Qt::DotLine));
+    painter.drawRect(cell.height() >= kShadedHeight ? cell.adjusted(3, 3, -4, -4)
+                                                    : cell.adjusted(0, 0, -1, -1));
 }
 
 void FrameGridPaint::paintTexts(QPainter& painter, const Column& column, int firstFrame,
                                 int lastFrame) {
     const QSize size(column.view.cellWidth(), column.view.cellHeight());
     if (std::string star = kStar; fontFor(size, star) == nullptr) {
+        const auto at = column.view.selected();
+        if (column.hasFocus && at.word == column.word && at.frame >= firstFrame &&
+            at.frame <= lastFrame) {
+            paintFocus(painter, column.rect(at.frame), column.ground(at.frame, face_));
+        }
         return;
     }
     for (int frame = firstFrame; frame <= lastFrame; ++frame) {
@@ -362,6 +372,13 @@ void FrameGridPaint::paintBox(QPainter& painter, const QRect& box, Rgb ground,
                               const FrameText& text, bool isSelected) {
     drawLook(painter, box, ground, isSelected);
     paintText(painter, box, ground, text, isSelected);
+}
+
+void FrameGridPaint::paintSample(QPainter& painter, const QRect& cell, PlaceKind kind,
+                                 bool isWithin, const FrameText& text, const FrameMarks& marks) {
+    const auto ground = cellColour(kind, isWithin, false, face_);
+    paintBox(painter, cell, ground, text, false);
+    paintMarks(painter, cell, marks, readable(0, ground));
 }
 
 }  // namespace kavu

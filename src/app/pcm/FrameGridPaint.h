@@ -47,9 +47,13 @@ class FrameGridPaint {
     /// Paints the cells of a grid that `dirty` touches, and nothing else of it.
     void paintGrid(QPainter& painter, const QRect& dirty, const FrameDisplay& display,
                    const FrameView& view, bool hasFocus);
-    /// One box: of a label, or of a cell that is no part of the grid.
+    /// One box, of a label.
     void paintBox(QPainter& painter, const QRect& box, Rgb ground, const FrameText& text,
                   bool isSelected);
+
+    /// A cell that is no part of the grid, to show what its colours and marks are like.
+    void paintSample(QPainter& painter, const QRect& cell, PlaceKind kind, bool isWithin,
+                     const FrameText& text, const FrameMarks& marks);
 
     /// The font that a text takes in a cell of that size, or null if not even a "*" has room;
     /// `shown` becomes the text or the "*".
@@ -73,6 +77,7 @@ class FrameGridPaint {
                      Run& pending);
     void paintTexts(QPainter& painter, const Column& column, int firstFrame, int lastFrame);
     void paintCell(QPainter& painter, const Column& column, int frame);
+    void paintFocus(QPainter& painter, const QRect& cell, Rgb ground);
     void paintText(QPainter& painter, const QRect& cell, Rgb ground, FrameText text,
                    bool isSelected);
     void paintStar(QPainter& painter, const QRect& cell, const CellFont& font, Rgb ink);

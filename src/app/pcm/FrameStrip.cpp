@@ -66,17 +66,22 @@ bool FrameStrip::event(QEvent* event) {
 FramePlace FrameStrip::placeAt(const QPoint& point) const {
     const bool down = area_ == FrameArea::FrameLegend;
     const auto selected = view_.selected();
-    return {down ? std::max(selected.word, view_.firstWord) : wordAt(point.x()),
-            down ? view_.scrolledRows + 1 + point.y() / view_.cellHeight()
-                 : std::max(selected.frame, 1)};
+    const FramePlace at{down ? std::max(selected.word, view_.firstWord) : wordAt(point.x()),
+                        down ? view_.scrolledRows + 1 + point.y() / view_.cellHeight()
+                             : std::max(selected.frame, 1)};
+    return at.word < display_.words() && at.frame <= display_.frames() ? at : FramePlace{};
 }
 
 void FrameStrip::mousePressEvent(QMouseEvent* event) {
-    emit clicked(placeAt(event->pos()));
+    if (const auto at = placeAt(event->pos())) {
+        emit clicked(at);
+    }
 }
 
 void FrameStrip::mouseDoubleClickEvent(QMouseEvent* event) {
-    emit activated(placeAt(event->pos()));
+    if (const auto at = placeAt(event->pos())) {
+        emit activated(at);
+    }
 }
 
 void FrameStrip::paintEvent(QPaintEvent* event) {
@@ -109,30 +114,35 @@ void FrameStrip::paintNumbers(QPainter& painter, const QRect& dirty) {
     const int first = down ? view_.scrolledRows + 1 : view_.firstWord;
     const int end = down ? display_.frames() + 1 : display_.words();
     const int room = down ? view_.cellHeight() : view_.cellWidth();
+    const auto textOf = [&](int number) {
+        return toQString(display_.cellText(area_, number, number).text);
+    };
     const int needed =
         down ? fontMetrics().height() : fontMetrics().horizontalAdvance(QString::number(end)) + 4;
     const int step = numberStep(room, needed);
     const int from = first + (down ? dirty.top() : dirty.left()) / room;
     const int to = std::min(end - 1, first + (down ? dirty.bottom() : dirty.right()) / room);
     const auto selected = down ? view_.selected().frame : view_.selected().word;
+    // In the middle of its cell, and beyond it where the cell is too small, but never cut off.
+    const int extent = std::max(room, needed);
+    const auto boxOf = [&](int number) {
+        const int begin = std::max(0, (number - first) * room + (room - extent) / 2);
+        return down ? QRect(0, begin, width(), extent) : QRect(begin, 0, extent, height());
+    };
+    const bool isShown = selected >= first && selected < end;
     painter.setFont(font());
-    // A number that is longer than its cell reaches into the next ones.
-    for (int number = std::max(first, from - step); number <= to; ++number) {
-        const int begin = (number - first) * room;
-        const QRect box = down ? QRect(0, begin, width(), std::max(room, needed))
-                               : QRect(begin, 0, std::max(room, needed), height());
-        if (number == selected) {
-            painter.fillRect(
-                down ? QRect(0, begin, width(), room) : QRect(begin, 0, room, height()),
-                palette().highlight());
+    painter.setPen(palette().color(QPalette::WindowText));
+    for (int number = std::max(first, from - step); number <= std::min(end - 1, to + step);
+         ++number) {
+        const bool isHidden = isShown && boxOf(number).intersects(boxOf(selected));
+        if ((number % step == 0 || step == 1) && !isHidden) {
+            painter.drawText(boxOf(number), Qt::AlignCenter, textOf(number));
         }
-        if (number % step == 0 || step == 1) {
-            painter.setPen(palette().color(number == selected && step == 1
-                                               ? QPalette::HighlightedText
-                                               : QPalette::WindowText));
-            painter.drawText(box, Qt::AlignCenter,
-                             toQString(display_.cellText(area_, number, number).text));
-        }
+    }
+    if (isShown) {
+        painter.fillRect(boxOf(selected), palette().highlight());
+        painter.setPen(palette().color(QPalette::HighlightedText));
+        painter.drawText(boxOf(selected), Qt::AlignCenter, textOf(selected));
     }
 }
 

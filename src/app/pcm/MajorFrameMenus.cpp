@@ -59,8 +59,10 @@ QMenu* MajorFrameWindow::makeEditMenu() {
     auto* const menu = menus_->addMenu(QStringLiteral("&Edit"));
     undoAction_ = addEntry(
         *menu, "undo", QStringLiteral("&Undo"), [this] { undo(); }, QKeySequence::Undo);
-    redoAction_ = addEntry(
-        *menu, "redo", QStringLiteral("&Redo"), [this] { redo(); }, QKeySequence::Redo);
+    redoAction_ = addEntry(*menu, "redo", QStringLiteral("&Redo"), [this] { redo(); });
+    // Which of the two is the usual one depends on the desktop.
+    redoAction_->setShortcuts(
+        {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
     copyAction_ = addEntry(
         *menu, "copy", QStringLiteral("&Copy"), [this] { copyBlock(); }, QKeySequence::Copy);
     menu->addSeparator();
@@ -147,7 +149,7 @@ void MajorFrameWindow::makeViewMenu() {
         QStringLiteral("&Don't Highlight Measurement Names"), display.highlightEu, [this](bool on) {
             areas_->display().highlightEu = on;
             form_.settings.writeInteger("HLMesWEU", on ? 1 : 0);
-            areas_->refresh();
+            showOptions();
         });
     menu->addSeparator();
     addPair(*menu, "depthOnly", QStringLiteral("Only Show Cells &To Depth Of Word Location"),
@@ -155,8 +157,7 @@ void MajorFrameWindow::makeViewMenu() {
             [this](bool on) {
                 areas_->display().showAllCells = !on;
                 form_.settings.writeInteger("ShowAllCells", on ? 0 : 1);
-                areas_->refresh();
-                showSelection();
+                showOptions();
             });
 }
 
@@ -199,7 +200,7 @@ void MajorFrameWindow::makeOptionsMenu() {
     menu->setToolTipsVisible(true);
     auto* const help = menus_->addMenu(QStringLiteral("&Help"));
     auto* const topic = addEntry(*help, "displayHelp", QStringLiteral("&PCM Format Display"),
-                                 [this] { form_.help(toBytes(objectName())); });
+                                 [this] { form_.help(kHelpPage); });
     topic->setEnabled(static_cast<bool>(form_.help));
 }
 

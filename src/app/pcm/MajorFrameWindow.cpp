@@ -2,6 +2,7 @@
 
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
+#include "app/pcm/FrameKey.h"
 #include "app/pcm/MajorFrameFind.h"
 #include "app/pcm/MeasurementList.h"
 #include "conversion/ConversionStore.h"
@@ -81,7 +82,7 @@ QLineEdit* MajorFrameWindow::makeGoTo(const char* name, const QString& text) {
     auto* const field = new QLineEdit(text, this);
     field->setObjectName(QLatin1String(name));
     field->setMaxLength(kGoToLimit);
-    field->setFixedWidth(look::charactersWide(*this, 12));
+    field->setFixedWidth(look::charactersWide(*this, 10));
     connect(field, &QLineEdit::returnPressed, this, [this, field] {
         if (!goToText(*field)) {
             form_.ui.beep();
@@ -98,7 +99,8 @@ QWidget* MajorFrameWindow::makeZoom() {
     zoom_->setRange(kLeastCellWidth, kMostCellWidth);
     zoom_->setSingleStep(1);
     zoom_->setPageStep(kZoomStep);
-    zoom_->setMinimumWidth(look::charactersWide(*this, 24));
+    zoom_->setMinimumWidth(look::charactersWide(*this, 12));
+    zoom_->setMaximumWidth(look::charactersWide(*this, 30));
     percent_ = new QLabel(part);
     percent_->setObjectName(QStringLiteral("zoomPercent"));
     percent_->setTextFormat(Qt::PlainText);
@@ -106,8 +108,9 @@ QWidget* MajorFrameWindow::makeZoom() {
     auto* const layout = new QHBoxLayout(part);
     look::arrangePart(*layout, *this);
     layout->addWidget(look::addKeyLabel(QStringLiteral("&Zoom:"), *zoom_));
-    layout->addWidget(zoom_);
+    layout->addWidget(zoom_, 20);
     layout->addWidget(percent_);
+    layout->addStretch(1);
     return part;
 }
 
@@ -122,8 +125,8 @@ QWidget* MajorFrameWindow::makeFoot() {
     layout->addWidget(look::addKeyLabel(QStringLiteral("Enter F&N (or \"fwp fn\")"), *fn_));
     layout->addWidget(fn_);
     layout->addSpacing(look::unit(*this) * 2);
-    layout->addWidget(makeZoom());
-    layout->addStretch(1);
+    layout->addWidget(makeZoom(), 1);
+    layout->addStretch();
     close_ = look::makeButton("close", QStringLiteral("&Close"), {}, foot);
     help_ = look::makeButton("help", QStringLiteral("Help"), {}, foot);
     help_->setEnabled(static_cast<bool>(form_.help));
@@ -156,6 +159,8 @@ void MajorFrameWindow::arrange() {
     auto* const inner = new QVBoxLayout(body);
     look::arrangeWindow(*inner, *this);
     inner->addWidget(splitter_, 1);
+    key_ = new FrameKey(areas_->display(), this);
+    inner->addWidget(key_);
     inner->addWidget(find_);
     inner->addWidget(status_);
     inner->addWidget(makeFoot());
@@ -194,13 +199,19 @@ void MajorFrameWindow::connectParts() {
     connect(list_, &MeasurementList::left, this, back);
     connect(find_, &MajorFrameFind::ended, this, back);
     connect(close_, &QPushButton::clicked, this, &QDialog::accept);
-    connect(help_, &QPushButton::clicked, this, [this] { form_.help(toBytes(objectName())); });
+    connect(help_, &QPushButton::clicked, this, [this] { form_.help(kHelpPage); });
 }
 
 // --- what is shown ----------------------------------------------------------------------------
 
 void MajorFrameWindow::setCellWidth(int width) {
     areas_->setCellWidth(width);
+}
+
+void MajorFrameWindow::showOptions() {
+    areas_->refresh();
+    key_->refresh();
+    showSelection();
 }
 
 void MajorFrameWindow::showZoom() {
@@ -269,10 +280,16 @@ void MajorFrameWindow::restorePlace() {
     const auto* const screen = QGuiApplication::screenAt(corner);
     const auto* const place = screen != nullptr ? screen : QGuiApplication::primaryScreen();
     const QRect room = place == nullptr ? QRect(0, 0, 1024, 768) : place->availableGeometry();
-    resize((size.width() >= 1 && size.height() >= 1 ? size : sizeHint()).boundedTo(room.size()));
-    // A screen that was taken away since must not keep the window.
-    move(std::clamp(corner.x(), room.left(), std::max(room.left(), room.right() - width())),
-         std::clamp(corner.y(), room.top(), std::max(room.top(), room.bottom() - height())));
+    const auto wanted = size.width() >= 1 && size.height() >= 1 ? size : sizeHint();
+    const auto kept = wanted.boundedTo(room.size());
+    // A screen that was taken away since must not keep the window. What was kept is the place
+    // without the frame.
+    const auto within = [](int value, int least, int most) {
+        return std::clamp(value, least, std::max(least, most));
+    };
+    setGeometry(QRect(QPoint(within(corner.x(), room.left(), room.right() - kept.width()),
+                             within(corner.y(), room.top(), room.bottom() - kept.height())),
+                      kept));
 }
 
 void MajorFrameWindow::storePlace() {
@@ -297,7 +314,14 @@ void MajorFrameWindow::done(int result) {
 
 void MajorFrameWindow::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_F1 && form_.help) {
-        form_.help(toBytes(objectName()));
+        form_.help(kHelpPage);
+        return;
+    }
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        // No button is the default one: the key runs the one that has the focus, and no other.
+        if (auto* const button = qobject_cast<QPushButton*>(focusWidget())) {
+            button->click();
+        }
         return;
     }
     QDialog::keyPressEvent(event);

@@ -26,12 +26,16 @@ class QSplitter;
 
 namespace kavu {
 
+class FrameKey;
 class MajorFrameFind;
 class MeasurementList;
 
 class MajorFrameWindow : public QDialog {
     Q_OBJECT
   public:
+    /// The page of the manual on it.
+    static constexpr const char* kHelpPage = "display";
+
     /// Makes the drawing areas; nothing if they can not be had.
     using MakeAreas =
         std::function<std::unique_ptr<FrameGridAreas>(const PcmFormat& format, QWidget* parent)>;
@@ -70,6 +74,8 @@ class MajorFrameWindow : public QDialog {
     void readConversions();
     [[nodiscard]] std::string conversionValue(std::string_view name, std::string_view key) const;
     void setCellWidth(int width);
+    /// What is shown of the stream has changed.
+    void showOptions();
     void showZoom();
     void showSelection();
 
@@ -115,6 +121,7 @@ class MajorFrameWindow : public QDialog {
     FrameGridAreas* areas_ = nullptr;
     MeasurementList* list_ = nullptr;
     MajorFrameFind* find_ = nullptr;
+    FrameKey* key_ = nullptr;
     QSplitter* splitter_ = nullptr;
     QMenuBar* menus_ = nullptr;
     QMenu* placeMenu_ = nullptr;

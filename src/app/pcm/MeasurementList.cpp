@@ -5,6 +5,7 @@
 #include "pcm/SampleRateCheck.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include <QEvent>
@@ -13,10 +14,19 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QSortFilterProxyModel>
+#include <QStyle>
 #include <QTreeView>
 #include <QVBoxLayout>
 
 namespace kavu {
+
+namespace {
+
+bool isFigure(int column) {
+    return column == MeasurementListModel::Locations || column == MeasurementListModel::SampleRate;
+}
+
+}  // namespace
 
 MeasurementListModel::MeasurementListModel(const PcmFormat& format, UnitsOf unitsOf,
                                            QObject* parent)
@@ -27,6 +37,7 @@ MeasurementListModel::MeasurementListModel(const PcmFormat& format, UnitsOf unit
 void MeasurementListModel::streamChanged() {
     beginResetModel();
     rows_ = measurementRows(format_);
+    figures_.assign(rows_.size(), {});
     endResetModel();
 }
 
@@ -38,18 +49,30 @@ int MeasurementListModel::columnCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(Columns);
 }
 
-QVariant MeasurementListModel::shown(const MeasurementRow& row, int column) const {
+const MeasurementListModel::Figures& MeasurementListModel::figuresOf(std::size_t row) const {
+    auto& figures = figures_[row];
+    if (!figures.known) {
+        const auto& name = rows_[row].name;
+        figures = {.known = true,
+                   .locations = format_.countMeasurementOccurences(name),
+                   .sampleRate = toQString(calculateSampleRate(format_, name)),
+                   .units = unitsOf_ ? toQString(unitsOf_(name)) : QString()};
+    }
+    return figures;
+}
+
+QVariant MeasurementListModel::shown(std::size_t row, int column) const {
     switch (column) {
         case Name:
-            return toQString(row.name);
+            return toQString(rows_[row].name);
         case Type:
-            return toQString(row.locationType);
+            return toQString(rows_[row].locationType);
         case Locations:
-            return format_.countMeasurementOccurences(row.name);
+            return figuresOf(row).locations;
         case SampleRate:
-            return toQString(calculateSampleRate(format_, row.name));
+            return figuresOf(row).sampleRate;
         case Units:
-            return unitsOf_ ? toQString(unitsOf_(row.name)) : QString();
+            return figuresOf(row).units;
         default:
             return {};
     }
@@ -59,12 +82,11 @@ QVariant MeasurementListModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid() || index.row() >= rowCount()) {
         return {};
     }
-    const auto& row = rows_[static_cast<std::size_t>(index.row())];
-    const bool isNumber = index.column() == Locations || index.column() == SampleRate;
+    const auto row = static_cast<std::size_t>(index.row());
     if (role == Qt::DisplayRole) {
         return shown(row, index.column());
     }
-    if (role == Qt::TextAlignmentRole && isNumber) {
+    if (role == Qt::TextAlignmentRole && isFigure(index.column())) {
         return QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter);
     }
     if (role == kSortRole) {
@@ -76,6 +98,9 @@ QVariant MeasurementListModel::data(const QModelIndex& index, int role) const {
 
 QVariant MeasurementListModel::headerData(int section, Qt::Orientation orientation,
                                           int role) const {
+    if (orientation == Qt::Horizontal && role == Qt::TextAlignmentRole && isFigure(section)) {
+        return QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter);
+    }
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole) {
         return {};
     }
@@ -142,23 +167,49 @@ void MeasurementList::makeView() {
     view_->header()->setSortIndicatorShown(true);
     view_->header()->setSortIndicator(-1, Qt::AscendingOrder);
     view_->setSortingEnabled(true);
-    view_->header()->setStretchLastSection(true);
     view_->installEventFilter(this);
-    const int letter = look::charactersWide(*this, 1);
-    for (const auto& [column, letters] :
-         {std::pair{0, 22}, std::pair{1, 8}, std::pair{2, 12}, std::pair{3, 15}}) {
-        view_->setColumnWidth(column,
-                              std::max(letter * letters, view_->header()->sectionSizeHint(column)));
-    }
+    view_->header()->setStretchLastSection(false);
+    setColumnWidths();
+    view_->header()->setStretchLastSection(true);
     // Tab goes around the grid and its fields; here one comes by a key of its own.
     filter_->setFocusPolicy(Qt::ClickFocus);
     view_->setFocusPolicy(Qt::ClickFocus);
     count_ = look::makeNote({}, this);
     count_->setObjectName(QStringLiteral("measurementCount"));
+    none_ = look::makeNote({}, view_->viewport());
+    none_->setObjectName(QStringLiteral("noMeasurements"));
+    none_->setAlignment(Qt::AlignCenter);
+    auto* const over = new QVBoxLayout(view_->viewport());
+    over->addWidget(none_);
+}
+
+/// All columns have their room beside the grid, and what is wider can be widened.
+int MeasurementList::usualWidth(int column) const {
+    constexpr std::array<int, MeasurementListModel::Columns> kLetters = {15, 7, 6, 10, 8};
+    return std::max(look::charactersWide(*this, kLetters[static_cast<std::size_t>(column)]),
+                    view_->header()->sectionSizeHint(column));
+}
+
+void MeasurementList::setColumnWidths() {
+    for (int column = 0; column < MeasurementListModel::Columns; ++column) {
+        view_->setColumnWidth(column, usualWidth(column));
+    }
 }
 
 QSize MeasurementList::sizeHint() const {
-    return {look::charactersWide(*this, 44), look::unit(*this) * 40};
+    int width = style()->pixelMetric(QStyle::PM_ScrollBarExtent) + look::unit(*this);
+    for (int column = 0; column < MeasurementListModel::Columns; ++column) {
+        width += usualWidth(column);
+    }
+    return {width, look::unit(*this) * 40};
+}
+
+void MeasurementList::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange && view_ != nullptr) {
+        setColumnWidths();
+        updateGeometry();
+    }
 }
 
 void MeasurementList::streamChanged() {
@@ -176,6 +227,10 @@ void MeasurementList::showCount() {
     const int here = sorted_->rowCount();
     count_->setText(here == all ? QStringLiteral("%1 measurements").arg(all)
                                 : QStringLiteral("%1 of %2 measurements").arg(here).arg(all));
+    none_->setText(all == 0 ? QStringLiteral("No measurements yet. Choose a cell of the grid and "
+                                             "press Return to define one.")
+                            : QStringLiteral("No name has this text in it."));
+    none_->setVisible(here == 0);
 }
 
 void MeasurementList::goTo(const QModelIndex& shown) {

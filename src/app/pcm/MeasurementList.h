@@ -39,11 +39,20 @@ class MeasurementListModel : public QAbstractTableModel {
     static constexpr int kSortRole = Qt::UserRole;
 
   private:
-    [[nodiscard]] QVariant shown(const MeasurementRow& row, int column) const;
+    /// What is found out of a measurement when it is shown first: sorting asks for it often.
+    struct Figures {
+        bool known = false;
+        int locations = 0;
+        QString sampleRate;
+        QString units;
+    };
+    [[nodiscard]] QVariant shown(std::size_t row, int column) const;
+    [[nodiscard]] const Figures& figuresOf(std::size_t row) const;
 
     const PcmFormat& format_;
     UnitsOf unitsOf_;
     std::vector<MeasurementRow> rows_;
+    mutable std::vector<Figures> figures_;
 };
 
 class MeasurementList : public QWidget {
@@ -66,9 +75,12 @@ class MeasurementList : public QWidget {
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
   private:
     void makeView();
+    [[nodiscard]] int usualWidth(int column) const;
+    void setColumnWidths();
     void goTo(const QModelIndex& shown);
     void showCount();
 
@@ -77,6 +89,7 @@ class MeasurementList : public QWidget {
     QLineEdit* filter_ = nullptr;
     QTreeView* view_ = nullptr;
     QLabel* count_ = nullptr;
+    QLabel* none_ = nullptr;  ///< over the empty list: why it is empty
 };
 
 }  // namespace kavu
