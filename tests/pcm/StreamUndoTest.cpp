@@ -1,5 +1,6 @@
 #include "pcm/FrameEditGenerate.h"
 #include "pcm/FrameEditWords.h"
+#include "pcm/MeasurementEdit.h"
 #include "pcm/StreamFixture.h"
 #include "pcm/StreamUndo.h"
 
@@ -72,6 +73,51 @@ TEST(StreamUndo, EveryEditIsOneLevelAndComesBackExactly) {
             ASSERT_TRUE(pictureOf(f.format) == pictures[i]) << seed << " redo " << i;
         }
         EXPECT_FALSE(undo.redo());
+    }
+}
+
+TEST(StreamUndo, WordFrameMeasurementsComeBackWithTheirDefinitions) {
+    for (unsigned seed = 1; seed <= 6; ++seed) {
+        StreamFixture f(2011, 12, 4);
+        f.format.implicitSubframes = true;
+        std::mt19937 random(seed);
+        const auto pick = [&](int least, int most) {
+            return std::uniform_int_distribution<int>(least, most)(random);
+        };
+        int made = 0;
+        const auto nameOf = [](int n) { return "M" + std::to_string(n); };
+        const std::vector<std::function<void()>> edits{
+            [&] { f.placeInEveryFrame(pick(1, f.format.wordsPerMinorFrame - 1), nameOf(made++)); },
+            [&] { (void)deleteMeasurement(f.format, nullptr, {}, nameOf(pick(0, made))); },
+            [&] {
+                if (auto* const definition = f.format.wordFrameDefinition(pick(1, 3))) {
+                    definition->idCounterName = nameOf(pick(0, 99));
+                }
+            },
+            [&] {
+                f.format.cells().updateAll(nameOf(pick(0, made)), [&](Measurement& copy) {
+                    copy.locationCount = pick(1, 9);
+                });
+            },
+            [&] { (void)insertFwps(f.format, nullptr, pick(0, 4), 1); },
+            [&] { (void)createIdCounter(f.format, nullptr, pick(1, 6)); }};
+        StreamUndo undo(f.format);
+        std::vector<Picture> pictures{pictureOf(f.format)};
+        for (int step = 0; step < 40; ++step) {
+            edits[static_cast<std::size_t>(pick(0, static_cast<int>(edits.size()) - 1))]();
+            if (undo.commit()) {
+                pictures.push_back(pictureOf(f.format));
+            }
+        }
+        ASSERT_GT(pictures.size(), 15U);
+        for (int walk = 0, at = static_cast<int>(pictures.size()) - 1; walk < 120; ++walk) {
+            const bool back = pick(0, 1) == 0;
+            const bool can = back ? at > 0 : at + 1 < static_cast<int>(pictures.size());
+            ASSERT_EQ(back ? undo.undo() : undo.redo(), can) << seed << " " << walk;
+            at += !can ? 0 : back ? -1 : 1;
+            ASSERT_TRUE(pictureOf(f.format) == pictures[static_cast<std::size_t>(at)])
+                << seed << " " << walk << " " << at;
+        }
     }
 }
 
