@@ -121,7 +121,7 @@ AsyncLocationsDialog::AsyncLocationsDialog(FormContext& form, const PcmFormat& f
     setup.mostRows = static_cast<int>(kMostPlaces);
     setup.canSort = false;  // the rows go in step with the places
     list_ = new EditableList(form, "locations", setup, this);
-    list_->setMinimumWidth(look::charactersWide(*this, 60));
+    list_->setMinimumWidth(look::charactersWide(*this, 76));
     layout->addWidget(list_, 1);
     layout->addWidget(look::makeDialogButtons(*this));
     std::vector<ListRow> rows;
