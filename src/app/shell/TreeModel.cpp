@@ -56,25 +56,23 @@ const KindRow& rowOf(TreeKind kind) {
     return kKinds[static_cast<std::size_t>(kind)];
 }
 
-std::string_view imageOf(const TreeItem& item) {
+/// `streamKind` counts where the group of the format describes a stream of another kind.
+std::string_view imageOf(const TreeItem& item, std::string_view streamKind) {
     if (item.kind == TreeKind::Source) {
         return item.command == commandOfClass('R')   ? "rf"
                : item.command == commandOfClass('T') ? "tape"
                                                      : "folder";
     }
-    if (item.kind == TreeKind::Stream) {
-        switch (item.letter) {
-            case 'B':
-                return "bus";
-            case 'S':
-                return "packet";
-            case 'A':
-                return "pam";
-            default:
-                return "stream";
-        }
+    if (item.kind != TreeKind::Stream) {
+        return rowOf(item.kind).icon;
     }
-    return rowOf(item.kind).icon;
+    if (item.letter == 'B' || streamKind == streamKindText("1553")) {
+        return "bus";
+    }
+    if (item.letter == 'S' || streamKind == streamKindText("PKTM")) {
+        return "packet";
+    }
+    return item.letter == 'A' ? "pam" : rowOf(item.kind).icon;
 }
 
 }  // namespace
@@ -82,10 +80,6 @@ std::string_view imageOf(const TreeItem& item) {
 QString treeLabel(const TreeItem& item) {
     const auto label = rowOf(item.kind).label;
     return toQString(label.empty() ? std::string_view(item.name) : label);
-}
-
-QString treeIcon(const TreeItem& item) {
-    return toQString(imageOf(item));
 }
 
 TreeModel::TreeModel(QObject* parent) : QAbstractItemModel(parent) {
@@ -194,6 +188,11 @@ const TreeItem& TreeModel::item(const QModelIndex& index) const {
     return nodes_[index.internalId()].item;
 }
 
+QString TreeModel::iconName(const QModelIndex& index) const {
+    const auto& node = nodes_[index.internalId()];
+    return toQString(imageOf(node.item, node.remark));
+}
+
 bool TreeModel::isBranch(TreeKind kind) {
     return rowOf(kind).branch;
 }
@@ -261,7 +260,8 @@ QVariant TreeModel::data(const QModelIndex& index, int role) const {
         case Qt::ToolTipRole:
             return node.remark.empty() ? QVariant() : plainToolTip(toQString(node.remark));
         case Qt::DecorationRole: {
-            const auto at = std::find(kImages.begin(), kImages.end(), imageOf(node.item));
+            const auto at =
+                std::find(kImages.begin(), kImages.end(), imageOf(node.item, node.remark));
             return icons_[static_cast<std::size_t>(at - kImages.begin())];
         }
         case Qt::AccessibleTextRole: {

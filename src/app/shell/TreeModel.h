@@ -40,6 +40,8 @@ class TreeModel : public QAbstractItemModel {
 
     /// REQUIRES: a valid index of this model.
     [[nodiscard]] const TreeItem& item(const QModelIndex& index) const;
+    /// The name of the item's icon in the look of the house. REQUIRES: the same.
+    [[nodiscard]] QString iconName(const QModelIndex& index) const;
     /// True if the item may have children, now or in another document.
     [[nodiscard]] static bool isBranch(TreeKind kind);
     /// The first item with the group file, not counting branches; not valid if there is none.
@@ -79,7 +81,5 @@ class TreeModel : public QAbstractItemModel {
 
 /// The label of an item without its remark.
 [[nodiscard]] QString treeLabel(const TreeItem& item);
-/// The name of an item's icon in the look of the house.
-[[nodiscard]] QString treeIcon(const TreeItem& item);
 
 }  // namespace kavu

@@ -146,6 +146,30 @@ TEST(TreeModel, NamesThatAreNotUtf8AreShownAndKept) {
     EXPECT_EQ(toBytes(index.data().toString()), "K\xC3\xB6ln");
 }
 
+TEST(TreeModel, AStreamHasTheImageOfItsKindAlsoWhereItsFormatDescribesIt) {
+    struct Row {
+        const char* kind;
+        char letter;
+        const char* icon;
+    };
+    for (const auto& row :
+         {Row{"PCM (Class 1)", 'P', "stream"}, Row{"PCM (Class 2)", 'P', "stream"},
+          Row{"1553", 'P', "bus"}, Row{"Packet", 'P', "packet"}, Row{"1553", 'B', "bus"},
+          Row{"Message Data", 'S', "packet"}, Row{"PAM", 'A', "pam"}, Row{"", '\0', "stream"}}) {
+        TreeModel model;
+        DocumentTree tree;
+        tree.dataSources.push_back(
+            {.name = "Link",
+             .type = "RF",
+             .sourceClass = 'R',
+             .links = {{.name = "One", .kind = row.kind, .group = 1, .letter = row.letter}}});
+        model.build(tree, {}, kAll);
+        const auto stream = model.indexOf(TreeKind::Stream, "One");
+        ASSERT_TRUE(stream.isValid());
+        EXPECT_EQ(toBytes(model.iconName(stream)), row.icon) << row.kind << row.letter;
+    }
+}
+
 TEST(TreeModel, EveryItemHasAnImageAndAWordForTheScreenReader) {
     TreeModel model;
     auto tree = smallTree();
