@@ -212,8 +212,14 @@ void MainWindow::editVersions() {
 // --- help -----------------------------------------------------------------------------------
 
 void MainWindow::showHelp(const std::string& topic) {
+    // A modal window lets nothing be used but what belongs to it.
+    auto* const modal = QApplication::activeModalWidget();
+    QWidget* const owner = modal != nullptr ? modal : this;
     if (help_ == nullptr) {
-        help_ = new HelpWindow(manualFolder(toBytes(QApplication::applicationDirPath())), this);
+        help_ = new HelpWindow(manualFolder(toBytes(QApplication::applicationDirPath())), owner);
+        connect(help_, &QObject::destroyed, this, [this] { help_ = nullptr; });
+    } else if (help_->parentWidget() != owner) {
+        help_->setParent(owner, Qt::Window);
     }
     help_->openPage(toQString(topic));
     help_->show();
