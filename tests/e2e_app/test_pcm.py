@@ -184,6 +184,20 @@ class MajorFrame(EditorTest):
         self.assertSameDocument(self.read("edited.tma"), self.saved_by_terminal("edited.tma"))
         self.assertEqual(self.read("flight.tma"), before)
 
+    def test_the_display_comes_back_where_it_was_left(self):
+        self.sample()
+        places = []
+        for _ in range(3):
+            editor = self.start_shown(self.path("flight.tma"), title=MAIN + ".*flight")
+            self.open_display()
+            self.close_display()
+            self.key("ctrl+q")
+            self.ended(editor)
+            places.append([self.setting(key) for key in ("PCMx", "PCMy", "PCMdx", "PCMdy")])
+        self.assertNotIn(None, places[0])
+        # Its frame, which the window manager adds, must not make it wander.
+        self.assertEqual(places, [places[0]] * 3)
+
 
 if __name__ == "__main__":
     main()
