@@ -1,6 +1,6 @@
-#include "app/pcm/SheetStage.h"
 #include "app/framework/EditableList.h"
 #include "app/pcm/PcmAttributes.h"
+#include "app/pcm/SheetStage.h"
 #include "core/ProfileSettings.h"
 #include "pcm/PcmFormatFields.h"
 
@@ -170,6 +170,48 @@ TEST_F(PcmAttributesTest, WithoutATypeACommonWordLengthIsRefused) {
         s.ui.otherwise = Button::Yes;
         press(dialog, "cancel");
     });
+}
+
+TEST_F(PcmAttributesTest, AStoredTypeThatTheListDoesNotOfferStays) {
+    SheetStage s(2009, {}, "OTHR");
+    EXPECT_TRUE(edit(s, [&](QDialog& dialog) {
+        EXPECT_EQ(find<QComboBox>(dialog, "TF")->findText(QStringLiteral("OTHR - Other")), -1)
+            << "from 106-09 on the list ends in front of it";
+        EXPECT_EQ(chosen(dialog, "TF"), QString());
+        pick(dialog, "D3", QStringLiteral("Encrypted"));
+        press(dialog, "ok");
+    }));
+    EXPECT_TRUE(s.saved("TF:OTHR"));
+    EXPECT_TRUE(s.saved("D3:E"));
+}
+
+TEST_F(PcmAttributesTest, ApplySavesAndTheSheetGoesOn) {
+    SheetStage s(2009, {"FFI1:3"});
+    int saves = 0;
+    int cancels = 0;
+    calls.saved = [&] { ++saves; };
+    calls.cancelled = [&] { ++cancels; };
+    s.ui.otherwise = Button::Yes;
+    s.ui.integers = {7};
+    EXPECT_TRUE(edit(s, [&](QDialog& dialog) {
+        pick(dialog, "D3", QStringLiteral("Encrypted"));
+        openPage(dialog, 4);
+        press(dialog, "FFI1");
+        press(dialog, "apply");
+        EXPECT_TRUE(dialog.isVisible());
+        EXPECT_TRUE(s.saved("D3:E"));
+        EXPECT_TRUE(s.saved("FFI1:7"));
+        EXPECT_TRUE(s.document.changed);
+        EXPECT_FALSE(s.format.changed);
+        EXPECT_FALSE(enabled(dialog, "apply"));
+        openPage(dialog, 0);
+        pick(dialog, "D3", QStringLiteral("Unencrypted"));
+        EXPECT_TRUE(enabled(dialog, "apply"));
+        press(dialog, "cancel");
+    }));
+    EXPECT_EQ(saves, 1);
+    EXPECT_EQ(cancels, 1);
+    EXPECT_TRUE(s.saved("D3:E")) << "what came after Apply is dropped";
 }
 
 TEST_F(PcmAttributesTest, AClassOneStreamThatIsMoreIsToldAndShownAsClassTwo) {
