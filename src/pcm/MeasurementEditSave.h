@@ -56,10 +56,11 @@ struct SaveSteps {
 /// location type), 328 (nothing selected for its type), 334, 339 and 455 (a new name that is in
 /// use), 336 (no reconstructed length), 337 (number of locations or interval), 330 (no minor
 /// word), 331 (no such place), 335 (fragments of a word in different frames) and 323. Of
-/// word/frame ranges also 338 (a supercommutated subframe), 276, 285 to 287, 292 to 294 and
-/// question 357, and of subframe fragments 291, whose other masks become the first one. Then the
-/// new name goes to the conversion record, the measurement to the database, and what a pick brings
-/// along into the frame. False leaves the frame as it was.
+/// word/frame ranges also 338 (a supercommutated subframe), 231 (a word of an older type that
+/// would become a subframe), 276, 285 to 287, 292 to 294 and question 357, and of subframe
+/// fragments 291, whose other masks become the first one. Then the new name goes to the
+/// conversion record, the measurement to the database, and what a pick brings along into the
+/// frame. False leaves the frame as it was.
 bool saveMeasurement(PcmFormat& format, UserInterface* parent, const EditSteps& steps,
                      const SaveSteps& saving, const EditedPlace& place,
                      const MeasurementDefinition& definition);
