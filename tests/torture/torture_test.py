@@ -112,6 +112,29 @@ class Plan:
         return problems
 
 
+class OperationPlan(Plan):
+    """An operation on the data sources, from the load on up to the save."""
+
+    def __init__(self, *words):
+        super().__init__("-".join(words[:2]), words, support.small_document(), part=LOAD)
+
+    def case(self, workshop, name):
+        case = super().case(workshop, name)
+        (case.root / "OTHER").write_bytes(self.source)
+        return case
+
+    def run(self, case, faults):
+        group, verb, *options = self.options
+        return case.run("--now", support.NOW, "--answer", "140=yes", group, verb, case.source,
+                        *options, "-o", case.target, faults=faults)
+
+    def last_of_work(self):
+        """The last call that changes a group but the general one, which the save changes."""
+        return max(call.number for call in self.calls
+                   if call.name in ("rename", "unlink") and call.number < self.first_of_target
+                   and "[kavu]" in call.path and "GTMP.G" not in call.path)
+
+
 class RecoverPlan(Plan):
     """A recovery of the store that a killed run has left behind."""
 
@@ -204,6 +227,15 @@ def is_lock(plan, fault):
         fault.call.name == "flock" or fault.call.name == "open" and fault.call.access == "d")
 
 
+def is_look_behind_the_work(plan, fault):
+    return (isinstance(plan, OperationPlan) and fault.call.number > plan.last_of_work()
+            and (fault.call.access in "rd" or fault.call.name == "stat"))
+
+
+def is_message_log(plan, fault):
+    return fault.call.path.endswith("/KAVU9TMP.TMP")
+
+
 def is_backup_that_is_given_up(plan, fault):
     paths = (fault.call.path, fault.call.second)
     return plan.puts_back and plan.backs_up and "target/out.bak" in paths
@@ -226,6 +258,9 @@ HARMLESS = [
     ("settings have defaults, and a run does not need to store them", is_settings),
     ("a file that is not there holds nothing to lose", is_probe_of_missing_file),
     ("the lock only keeps a living store out of the list of abandoned ones", is_lock),
+    ("the names in other streams and the list of data sources are looked at when all is done",
+     is_look_behind_the_work),
+    ("a message that can not be logged is still told to whoever runs the program", is_message_log),
     ("the answer yes goes on without a backup; the former contents are kept in the store",
      is_backup_that_is_given_up),
 ]
@@ -331,6 +366,18 @@ class TortureTest(unittest.TestCase):
             if call.name == "write":
                 yield Fault(call, errno.ENOSPC, True)
 
+    def faults_of_operation(self, plan):
+        """An operation looks into every group many times, and for ninety-nine of each: the
+        first and the last call of each kind on each file that is there tell enough. A group
+        keeps its numbers where there can be no folder for the new ones, so that is no fault."""
+        kinds = {}
+        for fault in self.faults_of(plan):
+            call = fault.call
+            if not call.missing and call.name != "mkdir":
+                kind = (call.name, call.access, call.path, call.second, fault.short)
+                kinds.setdefault(kind, []).append(fault)
+        return [fault for faults in kinds.values() for fault in {faults[0], faults[-1]}]
+
     def judge(self, plan, fault):
         short = "-short" if fault.short else ""
         case = plan.case(self.workshop, f"{fault.call.number}-{fault.code}{short}")
@@ -363,7 +410,8 @@ class TortureTest(unittest.TestCase):
              if (call.name, call.path) == ("write", "target/out.bak")], default=0)
         names = {call.name for call in plan.calls}
         self.assertLessEqual({"open", "read", "write", "close", "fsync", "mkdir", "rmdir"}, names)
-        faults = list(self.faults_of(plan))
+        operation = isinstance(plan, OperationPlan)
+        faults = self.faults_of_operation(plan) if operation else list(self.faults_of(plan))
         with ThreadPoolExecutor(WORKERS) as pool:
             verdicts = list(pool.map(lambda fault: self.judge(plan, fault), faults))
         found = [text for _, text in verdicts if text is not None]
@@ -439,6 +487,22 @@ class TortureTest(unittest.TestCase):
             "kill-whole", lambda call: call.name == "open" and call.path == "target/out.tma"
             and call.access == "w")
         self.torture(RecoverPlan("recover-whole", files))
+
+    def test_copy_of_a_data_source(self):
+        plan = OperationPlan("source", "copy", "RF", "COPY", "--prefix", "X_")
+        self.torture(plan)
+        self.assertIn(b"T-2\\ID:COPY;", plan.right)
+        self.assertIn(b"\\DCN:X_", plan.right)
+
+    def test_delete_of_a_data_source(self):
+        plan = OperationPlan("source", "delete", "RF")
+        self.torture(plan)
+        self.assertNotIn(b"T-1\\ID:RF;", plan.right)
+
+    def test_import_of_a_data_source(self):
+        plan = OperationPlan("source", "import", "OTHER", "RF", "--conversions", "--prefix", "Y_")
+        self.torture(plan)
+        self.assertIn(b"T-2\\ID:RF 2;", plan.right)
 
     def test_with_migration(self):
         source = support.small_document().replace(b"G\\106:09", b"G\\106:07")
