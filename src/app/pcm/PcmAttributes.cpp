@@ -15,7 +15,6 @@
 
 #include <algorithm>
 
-#include <QDialogButtonBox>
 #include <QPushButton>
 #include <QTabBar>
 #include <QTabWidget>
@@ -101,15 +100,8 @@ void PcmAttributesSheet::addPages() {
 }
 
 void PcmAttributesSheet::addButtons() {
-    auto* const box = findChild<QDialogButtonBox*>();
-    const auto add = [&](const char* name, const QString& text, const QString& icon) {
-        auto* const button = look::makeButton(name, text, icon, this);
-        button->setAutoDefault(false);
-        box->addButton(button, QDialogButtonBox::ActionRole);
-        return button;
-    };
-    view_ = add("viewEditStream", QStringLiteral("&View/Edit Stream"), QStringLiteral("edit"));
-    auto* const reports = add("reports", QStringLiteral("&Reports"), QStringLiteral("print"));
+    view_ = addButton("viewEditStream", QStringLiteral("&View/Edit Stream"));
+    auto* const reports = addButton("reports", QStringLiteral("&Reports"));
     reports->setEnabled(static_cast<bool>(calls_.reports));
     connect(view_, &QPushButton::clicked, this, [this] {
         const auto& call = viewOfKind();
