@@ -2,6 +2,7 @@
 
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
+#include "app/framework/ToolTip.h"
 
 #include <algorithm>
 #include <optional>
@@ -44,12 +45,6 @@ std::optional<FrameMove> moveOf(const QKeyEvent& event) {
         default:
             return std::nullopt;
     }
-}
-
-/// A tip is taken as it stands, also where it looks like the text of a page.
-QString tipOf(const std::string& text) {
-    return QStringLiteral("<p style='white-space:pre'>") + toQString(text).toHtmlEscaped() +
-           QStringLiteral("</p>");
 }
 
 }  // namespace
@@ -153,7 +148,7 @@ void FrameGrid::showTip(const QPoint& point, const QPoint& globalPoint) {
     if (text.empty()) {
         QToolTip::hideText();
     } else {
-        QToolTip::showText(globalPoint, tipOf(text), this, cellRect(at));
+        QToolTip::showText(globalPoint, plainToolTip(toQString(text)), this, cellRect(at));
     }
 }
 

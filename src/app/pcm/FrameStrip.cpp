@@ -1,5 +1,6 @@
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
+#include "app/framework/ToolTip.h"
 #include "app/pcm/FrameGrid.h"
 
 #include <algorithm>
@@ -57,7 +58,7 @@ bool FrameStrip::event(QEvent* event) {
     if (event->type() == QEvent::ToolTip && area_ == FrameArea::Labels) {
         const auto* const help = static_cast<QHelpEvent*>(event);
         const auto text = display_.cellText(area_, wordAt(help->pos().x()), 0).text;
-        QToolTip::showText(help->globalPos(), toQString(text).toHtmlEscaped(), this);
+        QToolTip::showText(help->globalPos(), plainToolTip(toQString(text)), this);
         return true;
     }
     return QWidget::event(event);

@@ -362,6 +362,7 @@ TEST(MajorFrameWindow, TheLineBelowTheGridTellsOfTheSelectedCell) {
 TEST(MajorFrameWindow, TheTipOfACellIsPlainTextEvenIfANameLooksLikeAPage) {
     DisplayStage s;
     s.place(6, 1, "<b>X</b>");
+    s.format.idCounters[0].subframes[0].name = "A & B <C>";
     s.show([](MajorFrameWindow& window) {
         auto& grid = DisplayStage::grid(window);
         const auto tip = [&](int word, int frame) {
@@ -372,6 +373,11 @@ TEST(MajorFrameWindow, TheTipOfACellIsPlainTextEvenIfANameLooksLikeAPage) {
         };
         EXPECT_THAT(tip(3, 2), HasSubstr("FWP 3, FN 2, word of 16 bits\nSPEED: MF, mask FW"));
         EXPECT_THAT(tip(6, 1), HasSubstr("&lt;b&gt;X&lt;/b&gt;"));
+        auto* const labels = find<QWidget>(window, "sub_frame_label");
+        const QPoint point(grid.cellRect({5, 1}).center().x(), 3);
+        QHelpEvent event(QEvent::ToolTip, point, labels->mapToGlobal(point));
+        QApplication::sendEvent(labels, &event);
+        EXPECT_THAT(toBytes(QToolTip::text()), HasSubstr(">A &amp; B &lt;C&gt;</p>"));
         tip(5, 9);
         EXPECT_TRUE(QTest::qWaitFor([] { return !QToolTip::isVisible(); }, 5000))
             << "below the depth of the word is nothing";
