@@ -282,6 +282,16 @@ void EditDataWordDialog::openPanel(const std::string& type) {
             markChanged();
             update();
         });
+        // Later: the list of the panel may be in the middle of an edit.
+        connect(
+            panel_, &PlacesPanel::formSwitched, this,
+            [this] {
+                mask_->refresh();
+                if (panel_ != nullptr) {
+                    panel_->refreshMasks();
+                }
+            },
+            Qt::QueuedConnection);
         panel_->show();
         putPanelBehindFields();
     }

@@ -52,7 +52,7 @@ FragmentPanel::FragmentPanel(FormContext& form, PcmFormat& format, bool ofSubfra
             emit changed();
         });
         connect(mask_, &MaskControl::changed, this, &FragmentPanel::changed);
-        connect(mask_, &MaskControl::formSwitched, this, &FragmentPanel::showSpots);
+        connect(mask_, &MaskControl::formSwitched, this, &FragmentPanel::formSwitched);
     }
     makeList();
     layout->addWidget(list_, 1);
@@ -148,6 +148,12 @@ void FragmentPanel::showSpots() {
     }
 }
 
+void FragmentPanel::refreshMasks() {
+    const int row = list_->currentRow();
+    showSpots();
+    list_->selectRow(row);
+}
+
 /// A fragment of subframes has many places, one of minor frames only one.
 std::vector<int> FragmentPanel::freeNumbers(int row) const {
     std::vector<int> numbers;
@@ -196,7 +202,9 @@ std::optional<ListRow> FragmentPanel::editFragment(int row) {
                            .numbers = numbers,
                            .isNew = isNew},
                           window());
-    if (runDialog(form_.door, dialog) != QDialog::Accepted) {
+    const bool isAccepted = runDialog(form_.door, dialog) == QDialog::Accepted;
+    emit formSwitched();
+    if (!isAccepted) {
         return std::nullopt;
     }
     if (isNew) {

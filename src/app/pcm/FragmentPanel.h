@@ -20,7 +20,7 @@ class FragmentPanel : public PlacesPanel {
 
     void load(const MeasurementDefinition& definition) override;
     void store(MeasurementDefinition& definition) const override;
-    void refreshMasks() override { showSpots(); }
+    void refreshMasks() override;
 
   private:
     void makeList();

@@ -37,6 +37,8 @@ class PlacesPanel : public QWidget {
   signals:
     /// The user has changed something.
     void changed();
+    /// The form of masks may have been switched here.
+    void formSwitched();
 };
 
 /// First word and interval, or every location. Shared by the panels of minor frames.

@@ -108,6 +108,12 @@ void WordFramePanel::showLocations() {
     list_->setRows(std::move(rows));
 }
 
+void WordFramePanel::refreshMasks() {
+    const int row = list_->currentRow();
+    showLocations();
+    list_->selectRow(row);
+}
+
 std::optional<ListRow> WordFramePanel::editLocation(int row) {
     const bool isNew = row >= ranges_.locationCount();
     WordFrameLocation location;
@@ -120,7 +126,9 @@ std::optional<ListRow> WordFramePanel::editLocation(int row) {
     }
     WordFrameEntryDialog dialog(
         form_, format_, {.name = name_, .location = std::move(location), .isNew = isNew}, window());
-    if (runDialog(form_.door, dialog) != QDialog::Accepted) {
+    const bool isAccepted = runDialog(form_.door, dialog) == QDialog::Accepted;
+    emit formSwitched();
+    if (!isAccepted) {
         return std::nullopt;
     }
     if (isNew) {

@@ -19,7 +19,7 @@ class WordFramePanel : public PlacesPanel {
     void load(const MeasurementDefinition& definition) override;
     void store(MeasurementDefinition& definition) const override;
     void setMeasurementName(const std::string& name) override { name_ = name; }
-    void refreshMasks() override { showLocations(); }
+    void refreshMasks() override;
 
   private:
     void showLocations();

@@ -1,11 +1,16 @@
+#include "app/framework/EditableList.h"
 #include "app/pcm/WordStage.h"
 #include "app/support/WidgetChecks.h"
+
+#include <QApplication>
+#include <QRadioButton>
 
 namespace kavu {
 namespace {
 
 using test::choose;
 using test::entries;
+using test::find;
 using test::listText;
 using test::press;
 using test::textOf;
@@ -162,6 +167,38 @@ TEST(FragmentPanelTest, SubframeFragmentsAreStoredAndComeBack) {
         EXPECT_EQ(textOf(dialog, "reconstructedWordLength"), "32");
         EXPECT_EQ(listText(dialog, "fragments"),
                   "1 | S | 3 | Default | FW\n2 | T | 1 | Default | FW");
+        press(dialog, "cancel");
+    }));
+}
+
+TEST(FragmentPanelTest, TheFormOfMasksIsSwitchedEverywhereAtOnce) {
+    WordStage stage;
+    stage.settings.write("DFragM", "11");
+    const auto isHexIn = [](const QWidget& owner, const char* control) {
+        return find<QRadioButton>(*find<QWidget>(owner, control), "hex")->isChecked();
+    };
+    EXPECT_TRUE(stage.leavesAlone(8, 1, [&](QDialog& dialog) {
+        choose(dialog, "measurementLocationType", QStringLiteral("MFFR"));
+        choose(dialog, "locationDefinition", QStringLiteral("E - "));
+        stage.door.next([&](QDialog& fragment) {
+            type(fragment, "frameWordPosition", QStringLiteral("9"));
+            press(fragment, "ok");
+        });
+        press(dialog, "add");
+        stage.door.next([&](QDialog& fragment) {
+            find<QRadioButton>(fragment, "hex")->click();
+            press(fragment, "cancel");
+        });
+        press(dialog, "edit");
+        QApplication::processEvents();
+        EXPECT_EQ(listText(dialog, "fragments"), "1 | 8 | Default | 0003\n2 | 9 | Default | 0003");
+        EXPECT_TRUE(isHexIn(dialog, "bitmaskControl"));
+        EXPECT_EQ(find<EditableList>(dialog, "fragments")->currentRow(), 1);
+        choose(dialog, "locationDefinition", QStringLiteral("I - "));
+        find<QRadioButton>(*find<QWidget>(dialog, "fragmentMaskControl"), "binary")->click();
+        QApplication::processEvents();
+        EXPECT_FALSE(isHexIn(dialog, "bitmaskControl"));
+        stage.ui.otherwise = Button::Yes;
         press(dialog, "cancel");
     }));
 }
