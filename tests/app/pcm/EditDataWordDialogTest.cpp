@@ -1,5 +1,6 @@
 #include "app/pcm/WordStage.h"
 #include "app/support/WidgetChecks.h"
+#include "groups/MeasurementNames.h"
 
 #include <QCheckBox>
 #include <QPushButton>
@@ -362,6 +363,118 @@ TEST(EditDataWordDialogTest, AnUnknownCodeOfAFileStaysUntilAnotherIsChosen) {
     EXPECT_TRUE(stage.edit(3, 1));
     EXPECT_EQ(stage.at(3, 1, "A").parity, "XX");
     EXPECT_EQ(stage.at(3, 1, "A").transferOrder, "M");
+}
+
+/// The stream in memory is the first one, "One"; another one has A and TAKEN.
+struct TwoStreams : WordStage {
+    TwoStreams() : names(context) {
+        write("[kavu]MULT.M01", "M-1\\BB\\DLN:One;\r\n");
+        write("[kavu]MULT.M02", "M-2\\BB\\DLN:Two;\r\n");
+        write("[kavu]PCMMEAS.D02", "D-2\\DLN:Two;\r\nD-2\\MN-1-1:A;\r\nD-2\\MN-1-2:TAKEN;\r\n");
+        format.streamName = "One";
+        EXPECT_TRUE(names.checkForDuplicates(nullptr));
+        EXPECT_TRUE(names.checking());
+        steps.edit.names = &names;
+        steps.save.renameConversion = [this](UserInterface*, std::string_view from,
+                                             std::string_view to) {
+            renamed += std::string(from) + ">" + std::string(to) + " ";
+        };
+        place(3, 1, "A");
+        format.changed = false;
+    }
+    MeasurementNames names;
+    std::string renamed;
+};
+
+TEST(EditDataWordDialogTest, ANameOfAnotherStreamIsRefusedWhileThatIsChecked) {
+    TwoStreams stage;
+    EXPECT_TRUE(stage.leavesAlone(4, 1, [&](QDialog& dialog) {
+        type(dialog, "measurementName", QStringLiteral("TAKEN"));
+        press(dialog, "ok");
+        EXPECT_EQ(stage.lastBox(), 455);
+        EXPECT_EQ(stage.ui.boxes.back().titleId, 78);
+        EXPECT_EQ(stage.ui.boxes.back().text,
+                  "Measurement 'TAKEN' is already being used in stream #2. Please select another "
+                  "name.");
+        EXPECT_TRUE(dialog.isVisible());
+        stage.ui.otherwise = Button::Yes;
+        press(dialog, "cancel");
+    }));
+    stage.names.setChecking(false, false);
+    stage.door.next([](QDialog& dialog) {
+        type(dialog, "measurementName", QStringLiteral("TAKEN"));
+        press(dialog, "ok");
+    });
+    EXPECT_TRUE(stage.edit(4, 1));
+    EXPECT_EQ(stage.places("TAKEN"), "4/1 ");
+}
+
+TEST(EditDataWordDialogTest, AConversionOfAnotherStreamTooIsRenamedOnRequest) {
+    TwoStreams stage;
+    const auto rename = [&](const char16_t* name, Button answer) {
+        stage.ui.byId[457] = answer;
+        stage.door.next([&](QDialog& dialog) {
+            type(dialog, "measurementName", QString::fromUtf16(name));
+            press(dialog, "ok");
+        });
+        EXPECT_TRUE(stage.edit(3, 1));
+        EXPECT_EQ(stage.lastBox(), 457);
+        EXPECT_EQ(stage.ui.boxes.back().titleId, 80);
+        EXPECT_NE(stage.ui.boxes.back().text.find("about to rename the EU conversions"),
+                  std::string::npos);
+    };
+    rename(u"B", Button::No);
+    EXPECT_EQ(stage.places("B"), "3/1 ");
+    EXPECT_EQ(stage.renamed, "");
+    auto back = stage.at(3, 1, "B");
+    clearMeasurement(stage.format, "B");
+    back.name = "A";
+    stage.place(3, 1, back);
+    rename(u"C", Button::Yes);
+    EXPECT_EQ(stage.places("C"), "3/1 ");
+    EXPECT_EQ(stage.renamed, "A>C ");
+}
+
+TEST(EditDataWordDialogTest, AConversionOfAnotherStreamTooIsDeletedOnRequest) {
+    TwoStreams stage;
+    std::string deleted;
+    stage.steps.edit.deleteConversion = [&](UserInterface*, std::string_view name) {
+        deleted += std::string(name);
+    };
+    stage.ui.byId[117] = Button::Yes;
+    stage.ui.byId[457] = Button::No;
+    stage.door.next([](QDialog& dialog) { press(dialog, "deleteMeasurement"); });
+    EXPECT_TRUE(stage.edit(3, 1));
+    EXPECT_EQ(stage.lastBox(), 457);
+    EXPECT_NE(stage.ui.boxes.back().text.find("will also be deleted"), std::string::npos);
+    EXPECT_EQ(stage.places("A"), "");
+    EXPECT_EQ(deleted, "");
+}
+
+TEST(EditDataWordDialogTest, AWordOfASubframeWithoutARecordIsTold) {
+    WordStage stage;
+    stage.format.setWord(9, WordType::Subframe, 0, 7);
+    EXPECT_FALSE(stage.edit(9, 1));
+    EXPECT_EQ(stage.lastBox(), 323);
+}
+
+TEST(EditDataWordDialogTest, AWordOfAHiddenSubframeOffersWordsAndFramesOnly) {
+    WordStage stage;
+    ASSERT_TRUE(createSubframe(stage.format, nullptr,
+                               {.fwp = 8, .hidden = HiddenMode::Hidden, .depth = 8}));
+    stage.format.changed = false;
+    stage.door.next([&](QDialog& dialog) {
+        EXPECT_EQ(test::entries(dialog, "measurementLocationType"),
+                  QStringList{QStringLiteral("WDFR  - Word/Frame")});
+        EXPECT_FALSE(find<QWidget>(dialog, "move")->isVisible());
+        EXPECT_EQ(test::listText(dialog, "locations"),
+                  "1 | 16 | 1 | 8 | 0 | 8 | 2 | 0 | 2 | FW | Default");
+        type(dialog, "measurementName", QStringLiteral("A"));
+        press(dialog, "ok");
+    });
+    EXPECT_TRUE(stage.edit(8, 2));
+    EXPECT_EQ(stage.places("A"), "8/2 ");
+    EXPECT_EQ(stage.at(8, 2, "A").locationType, "WDFR");
 }
 
 }  // namespace

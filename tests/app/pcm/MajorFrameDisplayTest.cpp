@@ -2,8 +2,10 @@
 #include "app/pcm/FrameGridPaint.h"
 #include "app/pcm/MajorFrameDisplay.h"
 #include "app/support/WidgetChecks.h"
+#include "conversion/ConversionStore.h"
 #include "core/Messages.h"
 #include "core/ProfileSettings.h"
+#include "groups/MeasurementNames.h"
 #include "pcm/AsyncEdit.h"
 
 #include <QLabel>
@@ -312,6 +314,79 @@ TEST(MajorFrameDisplay, EveryEditIsALevelThatIsUndoneAndRedone) {
         EXPECT_TRUE(s.format.hasMeasurement("THIRD"));
         EXPECT_FALSE(DisplayStage::entry(window, "redo")->isEnabled());
         EXPECT_TRUE(window.displayChanged());
+    });
+}
+
+TEST(MajorFrameDisplay, NamesWithAConversionAreHighlightedOnRequest) {
+    DisplayStage s;
+    ConversionStore conversions(s.context);
+    ASSERT_TRUE(conversions.createDefaultDefinition(nullptr, "SPEED", false));
+    s.steps.conversions = &conversions;
+    s.show([&](MajorFrameWindow& window) {
+        const auto inkOf = [&](int word) {
+            return window.areas().display().cellText(FrameArea::Grid, word, 1).ink;
+        };
+        const auto picture = [&](int word) {
+            auto& grid = DisplayStage::grid(window);
+            return grid.grab(grid.cellRect({word, 1})).toImage();
+        };
+        find<QSlider>(window, "zoomBar")->setValue(100);
+        EXPECT_TRUE(DisplayStage::entry(window, "highlightEuOff")->isChecked());
+        EXPECT_EQ(inkOf(3), FrameInk::Plain);
+        const auto plain = picture(3);
+        const auto other = picture(4);
+        DisplayStage::choose(window, "highlightEuOn");
+        EXPECT_TRUE(DisplayStage::entry(window, "highlightEuOn")->isChecked());
+        EXPECT_FALSE(DisplayStage::entry(window, "highlightEuOff")->isChecked());
+        EXPECT_EQ(s.settings.integer("HLMesWEU", -1), 1);
+        EXPECT_EQ(inkOf(3), FrameInk::Conversion);
+        EXPECT_EQ(inkOf(4), FrameInk::Plain) << "without a conversion";
+        EXPECT_NE(picture(3), plain);
+        EXPECT_EQ(picture(4), other);
+        DisplayStage::choose(window, "highlightEuOff");
+        EXPECT_EQ(s.settings.integer("HLMesWEU", -1), 0);
+        EXPECT_EQ(picture(3), plain);
+        EXPECT_FALSE(window.displayChanged());
+        DisplayStage::choose(window, "highlightEuOn");
+    });
+    s.show([&](MajorFrameWindow& window) {
+        EXPECT_TRUE(DisplayStage::entry(window, "highlightEuOn")->isChecked());
+        EXPECT_TRUE(window.areas().display().highlightEu);
+    });
+}
+
+TEST(MajorFrameDisplay, TheSameNameInDifferentStreamsIsAllowedAndRefused) {
+    DisplayStage s;
+    MeasurementNames names(s.context);
+    s.steps.edit.names = &names;
+    ASSERT_TRUE(names.checking());
+    s.show([&](MajorFrameWindow& window) {
+        auto* const allow = DisplayStage::entry(window, "sameNamesOn");
+        auto* const refuse = DisplayStage::entry(window, "sameNamesOff");
+        EXPECT_EQ(allow->text(),
+                  QStringLiteral("&Allow the same measurement name in different streams"));
+        EXPECT_EQ(refuse->text(),
+                  QStringLiteral("Do &not allow the same measurement name in different streams"));
+        EXPECT_TRUE(refuse->isChecked());
+        DisplayStage::choose(window, "sameNamesOn");
+        EXPECT_TRUE(allow->isChecked());
+        EXPECT_FALSE(refuse->isChecked());
+        EXPECT_FALSE(names.checking());
+        EXPECT_EQ(s.settings.integer("CheckForDupMeasurements", -1), 0);
+        DisplayStage::choose(window, "sameNamesOff");
+        EXPECT_TRUE(names.checking());
+        EXPECT_EQ(s.settings.integer("CheckForDupMeasurements", -1), 1);
+        EXPECT_FALSE(window.displayChanged());
+    });
+    // Off for this document only: what the settings say does not count here.
+    names.setChecking(false, false);
+    s.show([&](MajorFrameWindow& window) {
+        EXPECT_TRUE(DisplayStage::entry(window, "sameNamesOn")->isChecked());
+    });
+    s.steps.edit.names = nullptr;
+    s.show([&](MajorFrameWindow& window) {
+        EXPECT_FALSE(DisplayStage::entry(window, "sameNamesOn")->isEnabled());
+        EXPECT_FALSE(DisplayStage::entry(window, "sameNamesOff")->isEnabled());
     });
 }
 

@@ -263,6 +263,28 @@ TEST(WordPrompts, MovingThreeToFiveAfterTenPutsOldSixAtThreeAndOldThreeAtEight) 
     EXPECT_EQ(stage.lastBox(), 228);
 }
 
+TEST(WordPrompts, ABusStreamKeepsItsLeastNumberOfWords) {
+    StepsStage stage;
+    stage.start(129, 1, 24);
+    stage.format.isBusStream = true;
+    stage.ui.integers = {1, 3};
+    EXPECT_TRUE(stage.installed.deleteFwps(stage.window));  // one of them went
+    EXPECT_EQ(stage.lastBox(), 222);
+    EXPECT_EQ(stage.format.wordsPerMinorFrame, 128);
+    stage.format.changed = false;
+    stage.ui.integers = {1, 1};
+    EXPECT_FALSE(stage.installed.deleteFwps(stage.window));
+    EXPECT_EQ(stage.ui.countBoxes(222), 2);
+    EXPECT_FALSE(stage.format.changed);
+    // No more than it may have, either.
+    stage.start(256, 1, 24);
+    stage.format.isBusStream = true;
+    stage.ui.integers = {0, 1};
+    EXPECT_FALSE(stage.installed.insertFwps(stage.window));
+    EXPECT_EQ(stage.ui.countBoxes(222), 3);
+    EXPECT_EQ(stage.format.wordsPerMinorFrame, 256);
+}
+
 // --- the option of new measurements ----------------------------------------------------------
 
 TEST(DefinitionOptionsForm, AChangedChoiceIsKeptAndDecidesAnew) {
