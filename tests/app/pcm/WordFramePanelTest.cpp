@@ -197,6 +197,41 @@ TEST(WordFrameMapTest, OverlapsAndPlacesOutsideAreShownOnce) {
     EXPECT_FALSE(map.grab().isNull());
 }
 
+TEST(WordFramePanelTest, EachRangeThatCanNotBeIsToldAsItIsTypedAndOnOk) {
+    struct Row {
+        const char* field;
+        const char* value;
+        int message;
+    };
+    WordStage stage;  // word 6 is of a supercommutated subframe, word 30 the counter
+    stage.format.implicitSubframes = true;
+    const Row rows[] = {{"startWord", "6", 285},     {"startWord", "30", 287},
+                        {"startWord", "99", 276},    {"startWord", "0", 276},
+                        {"endWord", "2", 292},       {"endWord", "4", 293},
+                        {"frameInterval", "0", 293}, {"endFrame", "9", 286},
+                        {"startFrame", "0", 286},    {"startFrame", "9", 286}};
+    EXPECT_TRUE(stage.leavesAlone(3, 1, [&](QDialog& dialog) {
+        for (const auto& row : rows) {
+            stage.door.next([&](QDialog& entry) {
+                type(entry, row.field, QString::fromLatin1(row.value));
+                if (row.message == 287) {
+                    type(entry, "startFrame", QStringLiteral("2"));
+                }
+                const auto told = textOf(entry, "problem");
+                EXPECT_NE(told, "") << row.field << " " << row.value;
+                press(entry, "ok");
+                EXPECT_EQ(stage.lastBox(), row.message) << row.field << " " << row.value;
+                EXPECT_EQ(stage.ui.boxes.back().text, told);
+                EXPECT_TRUE(entry.isVisible());
+                stage.ui.queued = {Button::Yes};
+                press(entry, "cancel");
+            });
+            press(dialog, "edit");
+        }
+        press(dialog, "cancel");
+    }));
+}
+
 TEST(WordFramePanelTest, AnEditionWithoutEndsShowsWhereARangeWillEnd) {
     WordStage stage(2007);
     stage.format.implicitSubframes = true;
