@@ -31,6 +31,7 @@ class PairSetDetail : public DefinitionDetail {
         connect(panel_, &PairSetPanel::changed, this, &DefinitionDetail::changed);
     }
     void load() override { panel_->load(); }
+    [[nodiscard]] bool validate() override { return panel_->validate(); }
     [[nodiscard]] bool store() override { return panel_->store(); }
     void followPages() override { panel_->refit(); }
 

@@ -38,8 +38,7 @@ EuSheet::EuSheet(FormContext& form, DocumentContext& document, ConversionStore& 
       store_(store),
       edit_(edit),
       setup_(setup),
-      values_(readPages(edit)),
-      plot_(form.settings.integer("WantsPlot", 0) != 0) {
+      values_(readPages(edit)) {
     addPages();
     addInformationButtons(fieldPage(kInformation));
     addOtherButtons();
@@ -163,7 +162,7 @@ void EuSheet::fitFieldEdited() {
 }
 
 void EuSheet::updateButtons() {
-    const bool hasWindow = detailWindow(type(), form_.edition, plot_).has_value();
+    const bool hasWindow = windowOfType().has_value();
     showDetails_->setEnabled(hasWindow);
     showDetails_->setText(toQString(detailButtonText(details_ != nullptr)));
     if (bitWeights_ != nullptr) {
@@ -194,6 +193,11 @@ void EuSheet::openBitWeights() {
 
 // --- the window of the type ----------------------------------------------------------------
 
+/// Asked for anew each time: the window itself turns its plot on and off.
+std::optional<DetailWindow> EuSheet::windowOfType() const {
+    return detailWindow(type(), form_.edition, form_.settings.integer("WantsPlot", 0) != 0);
+}
+
 void EuSheet::showDetails(bool shown) {
     wantsDetails_ = shown;
     if (!shown) {
@@ -204,7 +208,7 @@ void EuSheet::showDetails(bool shown) {
 }
 
 void EuSheet::followType() {
-    const auto window = detailWindow(type(), form_.edition, plot_);
+    const auto window = windowOfType();
     if (details_ != nullptr && (!window || window->type != detailType_) && !closeDetails()) {
         return;
     }
@@ -274,7 +278,7 @@ void EuSheet::reload() {
     for (int i = 0; i < pageCount(); ++i) {
         page(i).load();
     }
-    const auto window = detailWindow(type(), form_.edition, plot_);
+    const auto window = windowOfType();
     if (details_ != nullptr && window && window->type == detailType_) {
         details_->content().load();
     } else {
@@ -287,6 +291,10 @@ void EuSheet::reload() {
 }
 
 void EuSheet::accept() {
+    // What is still in a field of the window counts also if nothing was changed on a page.
+    if (details_ != nullptr && !setup_.readOnly && !details_->content().validate()) {
+        return;
+    }
     if (edit_.wasTemplate() && !setup_.readOnly) {
         // A new record is a change, even with all of its defaults.
         markChanged();
@@ -301,7 +309,7 @@ bool EuSheet::store() {
     if (details_ != nullptr && (!details_->content().validate() || !details_->content().store())) {
         return false;
     }
-    return storePages(edit_, &form_.ui, values_) && edit_.store(&form_.ui);
+    return kavu::storePages(edit_, &form_.ui, values_) && edit_.store(&form_.ui);
 }
 
 }  // namespace kavu

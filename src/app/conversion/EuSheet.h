@@ -40,6 +40,7 @@ class EuSheet : public PropertySheet {
     void openFormats();
     void openBitWeights();
     [[nodiscard]] std::string type() const;
+    [[nodiscard]] std::optional<DetailWindow> windowOfType() const;
     void followType();
     /// Stores what the window holds and closes it; false leaves it up.
     bool closeDetails();
@@ -60,7 +61,6 @@ class EuSheet : public PropertySheet {
     bool wantsDetails_ = false;
     bool releasedByHand_ = false;
     bool stamping_ = false;
-    bool plot_ = false;
     QPushButton* showDetails_ = nullptr;
     QPushButton* formats_ = nullptr;
     QPushButton* bitWeights_ = nullptr;

@@ -152,7 +152,7 @@ QGroupBox* makeResultBox(PairSetControls& made, QWidget& panel) {
     made.coefficients->setObjectName(QStringLiteral("coefficients"));
     made.coefficients->setMinimumHeight(look::unit(panel) * 2 * 5);
     made.coefficients->setMaximumHeight(look::unit(panel) * 2 * 6);
-    made.coefficients->setMinimumWidth(look::charactersWide(panel, 28));
+    made.coefficients->setMinimumWidth(look::charactersWide(panel, 34));
     grid->addWidget(look::addLabel(QStringLiteral("Coefficients:"), *made.coefficients), 0, 0);
     grid->addWidget(made.coefficients, 1, 0, 3, 1);
     made.correlation = makeShown("correlation", box);

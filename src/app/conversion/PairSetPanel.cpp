@@ -62,6 +62,10 @@ void PairSetPanel::refit() {
     parts_->refit(true);
 }
 
+bool PairSetPanel::validate() {
+    return parts_->validate();
+}
+
 bool PairSetPanel::store() {
     return parts_->store();
 }
@@ -259,8 +263,12 @@ void PairSetParts::connectChoices() {
         document_.settings.writeInteger("LSBFMaxOrder", index + 1);
         optionChanged();
     });
-    QObject::connect(c.defaultBits, &QLineEdit::editingFinished, &panel_,
-                     [this] { setDefaultBits(); });
+    QObject::connect(c.defaultBits, &QLineEdit::editingFinished, &panel_, [this] {
+        // A window that goes takes the focus from its field: what was cancelled is no entry.
+        if (panel_.isVisible()) {
+            setDefaultBits();
+        }
+    });
     QObject::connect(c.sorted, &QCheckBox::clicked, &panel_, [this](bool on) { setSorted(on); });
     QObject::connect(c.series, &QCheckBox::clicked, &panel_, [this](bool on) { enableSeries(on); });
     QObject::connect(c.zero.edit, &QPushButton::clicked, &panel_,
@@ -285,10 +293,10 @@ void PairSetParts::optionChanged() {
     }
 }
 
-void PairSetParts::setDefaultBits() {
+bool PairSetParts::setDefaultBits() {
     const auto text = toBytes(controls_.defaultBits->text());
     if (text == std::to_string(options_.defaultBits)) {
-        return;
+        return true;
     }
     // The text goes first: a box takes the focus, which ends the edit once more.
     controls_.defaultBits->setText(QString::number(options_.defaultBits));
@@ -297,14 +305,16 @@ void PairSetParts::setDefaultBits() {
     if (!bits || *bits > kMostBits) {
         const auto why = integerCheck(1, kMostBits)(text);
         showBox(&form_.ui, why.value_or(""), kIllegalNumber);
-        return;
+        return false;
     }
     const long held = std::max<long>(*bits, std::numeric_limits<int>::min());
-    if (writeCurveDefaultBits(form_.messages, document_.settings, &form_.ui,
-                              static_cast<int>(held))) {
-        controls_.defaultBits->setText(toQString(text));
-        refit(false);
+    if (!writeCurveDefaultBits(form_.messages, document_.settings, &form_.ui,
+                               static_cast<int>(held))) {
+        return false;
     }
+    controls_.defaultBits->setText(toQString(text));
+    refit(false);
+    return true;
 }
 
 void PairSetParts::setSorted(bool sorted) {

@@ -40,6 +40,9 @@ class PairSetPanel : public QWidget {
     /// Refits with the limits, the units, the binary format as they stand in the working copy:
     /// to be called when the pages have stored a change of these (`storeFitFields`).
     void refit();
+    /// Takes a word size that is still in its field; false if it is refused, which has been
+    /// reported.
+    [[nodiscard]] bool validate();
     /// The edits are in the working copy; false if a file failed, which has been reported.
     [[nodiscard]] bool store();
 

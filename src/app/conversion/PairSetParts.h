@@ -24,6 +24,7 @@ class PairSetParts {
     void load();
     /// With `rescale` a range of Y that does not scale itself follows the values.
     void refit(bool rescale);
+    [[nodiscard]] bool validate() { return setDefaultBits(); }
     [[nodiscard]] bool store();
 
   private:
@@ -39,7 +40,8 @@ class PairSetParts {
     // The choices.
     void connectChoices();
     void showChoices();
-    void setDefaultBits();
+    /// Takes the word size as it stands in its field. A refused one is told, and goes.
+    bool setDefaultBits();
     void setSorted(bool sorted);
     /// Runs an edit of an option: a refit follows, and if its coefficients are other ones the
     /// record has changed.

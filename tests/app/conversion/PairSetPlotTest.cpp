@@ -156,11 +156,11 @@ TEST(PairSetPlotForm, TheTrustNoteNamesWhatWouldHold) {
         QStringLiteral("Written with 8 digits, the coefficients of order 7 differ from the fit")))
         << toBytes(note->text());
     EXPECT_TRUE(note->text().contains(QStringLiteral("would hold")));
-    const auto written = s.value("CO-7");
+    EXPECT_NE(s.value("CO-7"), "");
     find<QComboBox>(panel, "order")->setCurrentIndex(0);
     emit find<QComboBox>(panel, "order")->activated(0);
     EXPECT_FALSE(note->isVisible());
-    EXPECT_EQ(s.value("CO-7"), written) << "a term above the order is left alone";
+    EXPECT_EQ(s.value("CO-7"), "") << "no term of the former order stays behind";
 }
 
 // --- Paper and files -------------------------------------------------------------------------
