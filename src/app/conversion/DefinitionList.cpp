@@ -45,6 +45,7 @@ DefinitionListDialog::DefinitionListDialog(FormContext& form, DocumentContext& d
         return std::nullopt;
     };
     list_->mayDelete = [this](int row) { return deleteRecord(row); };
+    connect(list_, &EditableList::changed, this, &DefinitionListDialog::showCount);
     // Its report is made by nobody yet.
     auto* const print = list_->addButton("print", QStringLiteral("&Print"));
     print->setEnabled(false);
@@ -78,26 +79,35 @@ void DefinitionListDialog::makeFilters(QLayout& column) {
     row->addWidget(find_, 1);
     static_cast<QVBoxLayout&>(column).addLayout(row);
     connect(display_, &QComboBox::currentIndexChanged, this, [this] { rebuild({}); });
-    connect(find_, &QLineEdit::textChanged, this, [this] { rebuild({}); });
+    connect(find_, &QLineEdit::textChanged, this, [this] { showFound({}); });
 }
 
 void DefinitionListDialog::rebuild(const std::string& select) {
+    records_ = definitionRows(document_, store_, toBytes(display_->currentText()));
+    showFound(select);
+}
+
+void DefinitionListDialog::showFound(const std::string& select) {
     const auto wanted = find_->text();
     std::vector<ListRow> rows;
     int selected = 0;
-    for (auto& row : definitionRows(document_, store_, toBytes(display_->currentText()))) {
+    for (const auto& record : records_) {
         if (!wanted.isEmpty() &&
-            !toQString(row.measurement).contains(wanted, Qt::CaseInsensitive)) {
+            !toQString(record.measurement).contains(wanted, Qt::CaseInsensitive)) {
             continue;
         }
-        if (row.measurement == select) {
+        if (record.measurement == select) {
             selected = static_cast<int>(rows.size());
         }
-        rows.push_back({std::move(row.measurement), std::move(row.type)});
+        rows.push_back({record.measurement, record.type});
     }
-    const auto shown = rows.size();
     list_->setRows(std::move(rows));
     list_->selectRow(selected);
+    showCount();
+}
+
+void DefinitionListDialog::showCount() {
+    const int shown = list_->rowCount();
     count_->setText(shown == 0 ? toQString(loadText(kNoRecords).value_or(""))
                                : toQString(formatPrintf(
                                      shown == 1 ? "%d measurement" : "%d measurements", shown)));
@@ -120,6 +130,7 @@ bool DefinitionListDialog::deleteRecord(int row) {
         return false;
     }
     changedRecords_ = true;
+    std::erase_if(records_, [&](const auto& record) { return record.measurement == shown[0]; });
     return true;
 }
 

@@ -29,7 +29,11 @@ class DefinitionListDialog : public QDialog {
 
   private:
     void makeFilters(QLayout& column);
+    /// Reads the records of the type that is chosen, and shows them.
     void rebuild(const std::string& select);
+    /// Shows those of the records that hold the text to find.
+    void showFound(const std::string& select);
+    void showCount();
     void editRecord(int row);
     bool deleteRecord(int row);
 
@@ -41,6 +45,7 @@ class DefinitionListDialog : public QDialog {
     QLineEdit* find_ = nullptr;
     QLabel* count_ = nullptr;
     EditableList* list_ = nullptr;
+    std::vector<DefinitionRow> records_;  ///< of the type that is chosen
     bool changedRecords_ = false;
 };
 

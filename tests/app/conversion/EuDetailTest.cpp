@@ -1,16 +1,13 @@
 // The window of the conversion type beside the sheet, the import of values, the fate of a record
 // through create, cancel, edit and save.
-#include "app/conversion/ConversionForms.h"
-#include "app/conversion/DefinitionList.h"
-#include "app/conversion/DefinitionWindow.h"
 #include "app/conversion/EuDialogs.h"
-#include "app/conversion/EuSheet.h"
+#include "app/conversion/EuStage.h"
 #include "app/framework/FieldForm.h"
-#include "app/support/TestDoor.h"
 #include "app/support/WidgetChecks.h"
-#include "conversion/ConversionFixture.h"
-#include "core/Text.h"
 
+#include <functional>
+
+#include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -20,52 +17,11 @@
 namespace kavu {
 namespace {
 
-using test::ConversionFixture;
 using test::find;
 using test::press;
 using test::type;
 
-std::string lines(std::string_view commands) {
-    return replaceAll(commands, ";", ";\n");
-}
-
-constexpr const char* kTwo =
-    "C-1\\DCN:A;C-1\\DCT:PRS;C-1\\PS\\N:2;C-1\\PS1:N;C-1\\PS3-1:0;C-1\\PS4-1:0;C-1\\PS3-2:10;"
-    "C-1\\PS4-2:20;C-1\\MN1:first;"
-    "C-2\\DCN:B;C-2\\DCT:COE;C-2\\CO\\N:1;C-2\\CO1:N;C-2\\CO:5;C-2\\CO-1:6;C-2\\MN3:PSI;"
-    "C-2\\COM:of B;";
-
-class EuDetailTest : public testing::Test {
-  protected:
-    void open(int edition = 2011, const char* commands = kTwo) {
-        f = std::make_unique<ConversionFixture>(edition);
-        ASSERT_TRUE(f->load(lines(commands)));
-        f->document.changed = false;
-        form = std::make_unique<FormContext>(formContext(f->ui, door, f->context));
-    }
-    bool run(const std::string& name, test::TestDoor::Driver driver) {
-        door.next(std::move(driver));
-        return editConversion(*form, f->context, f->conversions, name);
-    }
-    static EuSheet& sheetOf(QDialog& dialog) { return dynamic_cast<EuSheet&>(dialog); }
-    static std::string nameOf(QDialog& dialog) {
-        auto* const details = sheetOf(dialog).details();
-        return details == nullptr ? "" : toBytes(details->objectName());
-    }
-    static void choose(QWidget& parent, const char* name, const char* text) {
-        auto* const box = find<QComboBox>(parent, name);
-        const int index = box->findText(QString::fromUtf8(text));
-        EXPECT_GE(index, 0) << text;
-        box->setCurrentIndex(index);
-    }
-    static QString buttonText(QDialog& dialog) {
-        return find<QPushButton>(dialog, "showDetails")->text();
-    }
-
-    std::unique_ptr<ConversionFixture> f;
-    test::TestDoor door;
-    std::unique_ptr<FormContext> form;
-};
+class EuDetailTest : public test::EuStage {};
 
 // --- the window of the type --------------------------------------------------------------------
 
@@ -125,8 +81,72 @@ TEST_F(EuDetailTest, WantsPlotGivesPairSetsTheWindowWithItsPlot) {
         sheetOf(dialog).openPage(1);
         press(dialog, "showDetails");
         EXPECT_EQ(nameOf(dialog), "PairSetsPlot");
+        find<QCheckBox>(*sheetOf(dialog).details(), "showPlot")->click();
+        press(dialog, "showDetails");
+        press(dialog, "showDetails");
+        EXPECT_EQ(nameOf(dialog), "PairSets") << "it comes again as it was left";
+        EXPECT_FALSE(find<QCheckBox>(*sheetOf(dialog).details(), "showPlot")->isChecked());
         dialog.done(QDialog::Rejected);
     });
+}
+
+constexpr const char* kCurve =
+    "C-1\\DCN:A;C-1\\DCT:PRS;C-1\\PS\\N:2;C-1\\PS1:Y;C-1\\PS2:1;C-1\\PS3-1:0;C-1\\PS4-1:0;"
+    "C-1\\PS3-2:10;C-1\\PS4-2:20;";
+
+/// Leaves a word size in its field as a person does who goes on to another window.
+void leaveWordSize(QDialog& dialog, const char* text) {
+    auto* const details = dynamic_cast<EuSheet&>(dialog).details();
+    ASSERT_NE(details, nullptr);
+    ASSERT_TRUE(find<QLineEdit>(*details, "defaultBits")->isEnabled());
+    details->activateWindow();
+    find<QLineEdit>(*details, "defaultBits")->setFocus();
+    type(*details, "defaultBits", QLatin1String(text));
+}
+
+TEST_F(EuDetailTest, AWordSizeThatWasLeftInItsFieldIsTakenWithTheWindow) {
+    open(2011, kCurve);
+    run("A", [&](QDialog& dialog) {
+        sheetOf(dialog).openPage(1);
+        press(dialog, "showDetails");
+        leaveWordSize(dialog, "12");
+        press(dialog, "showDetails");
+        EXPECT_EQ(sheetOf(dialog).details(), nullptr);
+        EXPECT_EQ(f->settings.integer("CurveDefBits", 16), 12);
+        press(dialog, "showDetails");
+        leaveWordSize(dialog, "0");
+        press(dialog, "showDetails");
+        EXPECT_EQ(f->ui.countBoxes(405), 1);
+        ASSERT_NE(sheetOf(dialog).details(), nullptr) << "the refused value is looked at first";
+        leaveWordSize(dialog, "-1");
+        press(dialog, "ok");
+        EXPECT_EQ(f->ui.countBoxes(405), 2);
+        EXPECT_TRUE(dialog.isVisible());
+        leaveWordSize(dialog, "14");
+        press(dialog, "ok");
+        EXPECT_FALSE(dialog.isVisible());
+    });
+    EXPECT_EQ(f->settings.integer("CurveDefBits", 16), 14);
+    EXPECT_EQ(f->ui.boxes.size(), 2U);
+}
+
+TEST_F(EuDetailTest, AWordSizeThatWasLeftInItsFieldIsNobodysAfterACancel) {
+    open(2011, kCurve);
+    const std::function<void(QDialog&)> ways[] = {
+        [](QDialog& dialog) { press(dialog, "cancel"); },
+        [](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); },
+        [](QDialog& dialog) { dialog.close(); }};
+    for (const auto& leave : ways) {
+        run("A", [&](QDialog& dialog) {
+            sheetOf(dialog).openPage(1);
+            press(dialog, "showDetails");
+            leaveWordSize(dialog, "0");
+            leave(dialog);
+            EXPECT_FALSE(dialog.isVisible());
+        });
+    }
+    EXPECT_TRUE(f->ui.boxes.empty());
+    EXPECT_EQ(f->settings.integer("CurveDefBits", 16), 16);
 }
 
 TEST_F(EuDetailTest, SpecialProcessingShowsNoWindowAndKeepsTheButtonDisabled) {
@@ -455,78 +475,6 @@ TEST_F(EuDetailTest, ARecordIsFollowedThroughCreateCancelEditAndSave) {
 }
 
 // --- the list of all records -------------------------------------------------------------------
-
-class DefinitionListTest : public EuDetailTest {
-  protected:
-    std::unique_ptr<DefinitionListDialog> make() {
-        auto dialog = std::make_unique<DefinitionListDialog>(
-            *form, f->context, f->conversions,
-            [this](const std::string& name) {
-                edited.push_back(name);
-                return onEdit && onEdit(name);
-            },
-            nullptr);
-        dialog->show();
-        return dialog;
-    }
-    std::vector<std::string> edited;
-    std::function<bool(const std::string&)> onEdit;
-};
-
-TEST_F(DefinitionListTest, PrintIsThereAndSaysThatItIsNotAvailable) {
-    open();
-    const auto dialog = make();
-    const auto* const print = find<QPushButton>(*dialog, "print");
-    EXPECT_FALSE(print->isEnabled());
-    EXPECT_TRUE(print->toolTip().contains(QStringLiteral("not available")));
-}
-
-TEST_F(DefinitionListTest, ShowsAllAndFiltersByType) {
-    open();
-    const auto dialog = make();
-    EXPECT_EQ(test::checkWindow(*dialog), std::vector<std::string>{});
-    EXPECT_EQ(dialog->list().rows(),
-              (std::vector<ListRow>{{"A", "PRS - Pair Set"}, {"B", "COE - Coefficients"}}));
-    EXPECT_EQ(find<QComboBox>(*dialog, "display")->itemText(0), QStringLiteral("All Measurements"));
-    choose(*dialog, "display", "COE - Coefficients");
-    EXPECT_EQ(dialog->list().rows(), (std::vector<ListRow>{{"B", "COE - Coefficients"}}));
-    choose(*dialog, "display", "VOI - Voice");
-    EXPECT_EQ(find<QLabel>(*dialog, "count")->text(),
-              QStringLiteral("No Data Conversion Information Defined"));
-    choose(*dialog, "display", "All Measurements");
-    type(*dialog, "find", QStringLiteral("b"));
-    EXPECT_EQ(dialog->list().rowCount(), 1);
-}
-
-TEST_F(DefinitionListTest, EditsTheSelectedRecordAndFollowsItsType) {
-    open();
-    onEdit = [this](const std::string& name) {
-        auto edit = DefinitionEdit::open(f->context, f->conversions, &f->ui, name);
-        return edit && edit->setValues(&f->ui, {{"DCT", "SP"}}) && edit->store(&f->ui);
-    };
-    const auto dialog = make();
-    dialog->list().selectRow(1);
-    press(*dialog, "edit");
-    EXPECT_EQ(edited, std::vector<std::string>{"B"});
-    EXPECT_TRUE(dialog->changedRecords());
-    EXPECT_EQ(dialog->list().rows()[1], (ListRow{"B", "SP  - Special Processing"}));
-    EXPECT_EQ(dialog->list().currentRow(), 1);
-}
-
-TEST_F(DefinitionListTest, DeletesAfterMessage82) {
-    open();
-    const auto dialog = make();
-    dialog->list().selectRow(1);
-    press(*dialog, "delete");
-    ASSERT_TRUE(f->ui.hasBox(82));
-    EXPECT_EQ(f->ui.boxes.back().titleId, 83);
-    EXPECT_FALSE(dialog->changedRecords());
-    f->ui.byId[82] = Button::Yes;
-    press(*dialog, "delete");
-    EXPECT_TRUE(dialog->changedRecords());
-    EXPECT_EQ(dialog->list().currentRow(), 0);
-    EXPECT_EQ(f->savedNames(), test::Names{"A"});
-}
 
 // --- strings of the comment --------------------------------------------------------------------
 
