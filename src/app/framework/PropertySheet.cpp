@@ -25,7 +25,7 @@ constexpr char kPageSection[] = "PropSheet";
 constexpr char kCancelTitle[] = "Cancel Operation?";
 // The size of a sheet, in characters and lines.
 constexpr int kNarrowest = 70;
-constexpr int kWidestTabs = 170;
+constexpr int kWidestTabs = 212;
 constexpr int kLowest = 18;
 
 /// A page larger than the screen scrolls; any other is as large as it wants.
