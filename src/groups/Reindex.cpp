@@ -36,8 +36,8 @@ IoStatus matchingFiles(const DocumentContext& context, std::string_view wildcard
 
 class Reindexer {
   public:
-    Reindexer(DocumentContext& context, UserInterface* parent)
-        : context_(context), parent_(parent) {}
+    Reindexer(DocumentContext& context, UserInterface* parent, std::vector<std::string>* removed)
+        : context_(context), parent_(parent), removed_(removed) {}
 
     bool run() {
         return gatherSources() && removeSources() && gatherLinks() && removeStreams() && renumber();
@@ -109,6 +109,8 @@ class Reindexer {
             status = deleteFile(path);
             if (!status.ok()) {
                 reportUnableToWrite(parent_, status);
+            } else if (removed_ != nullptr) {
+                removed_->push_back(name);
             }
             return status.ok();
         });
@@ -176,6 +178,7 @@ class Reindexer {
 
     DocumentContext& context_;
     UserInterface* parent_;
+    std::vector<std::string>* removed_;
     LinkNames sources_;
     LinkNames links_;
 };
@@ -221,10 +224,11 @@ IoStatus takeCopies(const DocumentContext& context, const std::vector<std::strin
 
 }  // namespace
 
-bool reindexAllSections(DocumentContext& context, UserInterface* parent) {
+bool reindexAllSections(DocumentContext& context, UserInterface* parent,
+                        std::vector<std::string>* removed) {
     const ProgressScope progress(parent, ProgressMode::WithoutCancel);
     setStatusText(parent, "Re-Indexing all TMATS sections");
-    const bool done = Reindexer(context, parent).run();
+    const bool done = Reindexer(context, parent, removed).run();
     setProgressBar(parent, -1);
     setStatusText(parent, {});
     return done;

@@ -2,7 +2,9 @@
 // gaps in the numbering of the group files are closed.
 #pragma once
 
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace kavu {
 
@@ -12,8 +14,10 @@ class UserInterface;
 /// Removes source, multiplex and vendor files whose `ID` is no data source of the G group,
 /// then stream files whose `DLN` nobody names, then numbers all groups anew from 1. A file
 /// without a name is kept: it can not be said to be unreferenced. True unless a file
-/// operation failed, which is reported.
-bool reindexAllSections(DocumentContext& context, UserInterface* parent);
+/// operation failed, which is reported. `removed`, if given, gets the name of each file that
+/// was removed.
+bool reindexAllSections(DocumentContext& context, UserInterface* parent,
+                        std::vector<std::string>* removed = nullptr);
 
 /// Numbers the files of a group anew from 1 in the order of their names, with the index in
 /// all their commands. Works on copies in the folder "tmp" of the working store; if that

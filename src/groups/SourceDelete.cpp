@@ -22,16 +22,32 @@ namespace {
 /// The names of the measurements that go with the data source: those of its one link. Where
 /// there are several links, the names stay known.
 bool gatherLostNames(SourceParts& parts, UserInterface* parent, const std::string& name,
-                     std::vector<std::string>& lost) {
-    std::vector<Multiplex> multiplexes;
-    if (!readMultiplexes(parts.context, parent, multiplexes)) {
-        return false;
-    }
+                     const std::vector<Multiplex>& multiplexes, std::vector<std::string>& lost) {
     const auto own = std::find_if(
         multiplexes.begin(), multiplexes.end(),
         [&](const Multiplex& multiplex) { return equalsIgnoreCase(multiplex.source, name); });
     return own == multiplexes.end() || own->links.size() != 1 ||
            parts.measurements.streamMeasurementNames(parent, own->links.front(), lost);
+}
+
+/// Tells what went although it was not part of the data source: nobody had named it before.
+void noteOthers(UserInterface* parent, const std::string& name,
+                const std::vector<Multiplex>& multiplexes,
+                const std::vector<std::string>& removed) {
+    LinkNames told;
+    told.add(name);
+    for (const auto& multiplex : multiplexes) {
+        for (const auto& link : multiplex.links) {
+            if (equalsIgnoreCase(multiplex.source, name)) {
+                told.add(link);
+            }
+        }
+    }
+    for (const auto& other : removed) {
+        if (parent != nullptr && told.add(other)) {
+            parent->note(formatPrintf("'%s' was removed as well: nothing names it.", other));
+        }
+    }
 }
 
 /// Takes a row of the name out; false if there is none.
@@ -84,11 +100,15 @@ bool remove(SourceParts& parts, UserInterface* parent, const std::string& name,
             return false;
         }
     }
+    std::vector<Multiplex> multiplexes;
     std::vector<std::string> lost;
-    if (!removeRow(context, parent, name) || !gatherLostNames(parts, parent, name, lost) ||
-        !reindexAllSections(context, parent)) {
+    std::vector<std::string> removed;
+    if (!removeRow(context, parent, name) || !readMultiplexes(context, parent, multiplexes) ||
+        !gatherLostNames(parts, parent, name, multiplexes, lost) ||
+        !reindexAllSections(context, parent, &removed)) {
         return false;
     }
+    noteOthers(parent, name, multiplexes, removed);
     for (const auto& measurement : lost) {
         parts.measurements.forget(measurement);
     }

@@ -123,6 +123,18 @@ TEST_F(SourceDeleteTest, AListWithoutACountLosesOnlyTheRowThatIsDeleted) {
     EXPECT_TRUE(t.has(groupFile('R', 1)));
 }
 
+TEST_F(SourceDeleteTest, WhatNobodyHasNamedGoesWithARemark) {
+    EXPECT_TRUE(remove("Second"));
+    EXPECT_TRUE(t.ui.notes.empty());
+    t.write(groupFile('T', 7), "T-7\\ID:Stray;\r\n");
+    t.write(groupFile('M', 7), "M-7\\ID:Stray;\r\nM-7\\BB\\DLN:Loose;\r\n");
+    t.write(groupFile('D', 7), "D-7\\DLN:Loose;\r\n");
+    EXPECT_TRUE(remove("Recorder"));
+    EXPECT_EQ(t.ui.notes,
+              (std::vector<std::string>{"'Stray' was removed as well: nothing names it.",
+                                        "'Loose' was removed as well: nothing names it."}));
+}
+
 // --- the way back ---------------------------------------------------------------------------
 
 TEST_F(SourceDeleteTest, IfTheUndoCopyCanNotBeMadeNothingHappens) {
