@@ -85,6 +85,11 @@ DefinitionWindow::DefinitionWindow(FormContext& form, DocumentContext& document,
                .boundedTo(look::roomOnScreen(*this)));
 }
 
+DefinitionWindow::~DefinitionWindow() {
+    // First: the dialog hides when it goes, and a field that loses the focus then ends its edit.
+    delete content_;
+}
+
 void DefinitionWindow::standBeside(const QWidget& sheet) {
     const auto around = sheet.screen()->availableGeometry();
     const auto at = sheet.frameGeometry();

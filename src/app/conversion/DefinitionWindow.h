@@ -19,6 +19,7 @@ class DefinitionWindow : public QDialog {
     DefinitionWindow(FormContext& form, DocumentContext& document, ConversionStore& store,
                      DefinitionEdit& edit, const DetailWindow& window,
                      const ConversionSheetSetup& setup, QWidget* sheet);
+    ~DefinitionWindow() override;
 
     [[nodiscard]] DefinitionDetail& content() const { return *content_; }
     /// Beside the sheet, as far as the screen has room.

@@ -17,10 +17,10 @@
 #include <algorithm>
 #include <limits>
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
-#include <QGuiApplication>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QShortcut>
@@ -197,7 +197,7 @@ void PairSetParts::importPairs(const std::pair<std::string, std::string>& boxes)
 }
 
 void PairSetParts::pastePairs() {
-    const auto columns = pastedColumns(toBytes(QGuiApplication::clipboard()->text()));
+    const auto columns = pastedColumns(toBytes(QApplication::clipboard()->text()));
     if (!columns) {
         showBox(&form_.ui, "The clipboard does not hold two columns of values.", kPasteTitle);
         return;
@@ -264,8 +264,10 @@ void PairSetParts::connectChoices() {
         optionChanged();
     });
     QObject::connect(c.defaultBits, &QLineEdit::editingFinished, &panel_, [this] {
-        // A window that goes takes the focus from its field: what was cancelled is no entry.
-        if (panel_.isVisible()) {
+        // A value that the user leaves for another window may be cancelled there; it is taken
+        // when this one closes.
+        const auto* const focus = QApplication::focusWidget();
+        if (panel_.isVisible() && (focus == nullptr || focus->window() == panel_.window())) {
             setDefaultBits();
         }
     });

@@ -98,10 +98,12 @@ constexpr const char* kCurve =
 void leaveWordSize(QDialog& dialog, const char* text) {
     auto* const details = dynamic_cast<EuSheet&>(dialog).details();
     ASSERT_NE(details, nullptr);
-    ASSERT_TRUE(find<QLineEdit>(*details, "defaultBits")->isEnabled());
+    auto* const field = find<QLineEdit>(*details, "defaultBits");
+    ASSERT_TRUE(field->isEnabled());
     details->activateWindow();
-    find<QLineEdit>(*details, "defaultBits")->setFocus();
+    QApplication::processEvents();
     type(*details, "defaultBits", QLatin1String(text));
+    ASSERT_EQ(QApplication::focusWidget(), field);
 }
 
 TEST_F(EuDetailTest, AWordSizeThatWasLeftInItsFieldIsTakenWithTheWindow) {
