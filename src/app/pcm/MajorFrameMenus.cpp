@@ -200,7 +200,7 @@ void MajorFrameWindow::makeOptionsMenu() {
     menu->setToolTipsVisible(true);
     auto* const help = menus_->addMenu(QStringLiteral("&Help"));
     auto* const topic = addEntry(*help, "displayHelp", QStringLiteral("&PCM Format Display"),
-                                 [this] { form_.help(kHelpPage); });
+                                 [this] { form_.help(toBytes(objectName())); });
     topic->setEnabled(static_cast<bool>(form_.help));
 }
 

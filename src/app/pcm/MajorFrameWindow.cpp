@@ -199,7 +199,7 @@ void MajorFrameWindow::connectParts() {
     connect(list_, &MeasurementList::left, this, back);
     connect(find_, &MajorFrameFind::ended, this, back);
     connect(close_, &QPushButton::clicked, this, &QDialog::accept);
-    connect(help_, &QPushButton::clicked, this, [this] { form_.help(kHelpPage); });
+    connect(help_, &QPushButton::clicked, this, [this] { form_.help(toBytes(objectName())); });
 }
 
 // --- what is shown ----------------------------------------------------------------------------
@@ -314,7 +314,7 @@ void MajorFrameWindow::done(int result) {
 
 void MajorFrameWindow::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_F1 && form_.help) {
-        form_.help(kHelpPage);
+        form_.help(toBytes(objectName()));
         return;
     }
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {

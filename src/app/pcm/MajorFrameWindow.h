@@ -33,9 +33,6 @@ class MeasurementList;
 class MajorFrameWindow : public QDialog {
     Q_OBJECT
   public:
-    /// The page of the manual on it.
-    static constexpr const char* kHelpPage = "display";
-
     /// Makes the drawing areas; nothing if they can not be had.
     using MakeAreas =
         std::function<std::unique_ptr<FrameGridAreas>(const PcmFormat& format, QWidget* parent)>;

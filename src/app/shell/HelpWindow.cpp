@@ -2,12 +2,15 @@
 
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
+#include "app/shell/HelpTopics.h"
 #include "core/FileIo.h"
 
 #include <QHBoxLayout>
 #include <QListWidget>
+#include <QScrollBar>
 #include <QShortcut>
 #include <QSplitter>
+#include <QTextBlock>
 #include <QTextBrowser>
 #include <QUrl>
 
@@ -113,6 +116,27 @@ void HelpWindow::openPage(const QString& page) {
     const bool there = isPlainFile(toBytes(pathOf(page)));
     browser_->setSource(QUrl::fromLocalFile(pathOf(there ? page : QStringLiteral("index"))),
                         QTextDocument::MarkdownResource);
+}
+
+void HelpWindow::openTopic(const std::string& topic) {
+    const auto place = helpPlace(topic);
+    openPage(toQString(place.page));
+    scrollToHeading(toQString(place.heading));
+}
+
+/// The headings of a page in Markdown get no anchors that a link could name.
+void HelpWindow::scrollToHeading(const QString& heading) {
+    const auto& text = *browser_->document();
+    for (auto block = text.begin(); !heading.isEmpty() && block.isValid(); block = block.next()) {
+        if (block.blockFormat().headingLevel() == 0 || block.text() != heading) {
+            continue;
+        }
+        QTextCursor cursor(block);
+        browser_->setTextCursor(cursor);
+        auto& bar = *browser_->verticalScrollBar();
+        bar.setValue(bar.value() + browser_->cursorRect(cursor).top());
+        return;
+    }
 }
 
 QString HelpWindow::openedPage() const {

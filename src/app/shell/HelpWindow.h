@@ -20,10 +20,13 @@ class HelpWindow : public QWidget {
     explicit HelpWindow(const std::string& folder, QWidget* parent = nullptr);
     /// Opens a page by the name of its file without ".md"; the index if there is none.
     void openPage(const QString& page);
+    /// Opens the page that tells of a window, at its heading (`helpPlace`).
+    void openTopic(const std::string& topic);
     [[nodiscard]] QString openedPage() const;
 
   private:
     void listPages();
+    void scrollToHeading(const QString& heading);
     [[nodiscard]] QString pathOf(const QString& page) const;
 
     QString folder_;

@@ -221,8 +221,9 @@ void MainWindow::showHelp(const std::string& topic) {
     } else if (help_->parentWidget() != owner) {
         help_->setParent(owner, Qt::Window);
     }
-    help_->openPage(toQString(topic));
+    // A heading has its place only in a window that has been laid out.
     help_->show();
+    help_->openTopic(topic);
     help_->raise();
     help_->activateWindow();
 }

@@ -9,6 +9,9 @@
 #include <memory>
 
 #include <QDialog>
+#include <QScrollBar>
+#include <QTextBlock>
+#include <QTextBrowser>
 #include <gtest/gtest.h>
 
 namespace kavu {
@@ -54,6 +57,22 @@ TEST(HelpWindowTest, CanBeUsedWhileTheDialogThatOpenedItIsModal) {
         EXPECT_EQ(helpWindow()->parentWidget(), &window);
     }
     application.shutDown(nullptr);
+}
+
+TEST(HelpWindowTest, ATopicOpensItsPageAtItsHeading) {
+    HelpWindow help(KAVU_SOURCE_DIR "/docs/manual");
+    help.show();
+    auto& browser = *help.findChild<QTextBrowser*>(QStringLiteral("page"));
+    help.openTopic("pam_info");
+    EXPECT_EQ(help.openedPage(), QStringLiteral("groups"));
+    EXPECT_EQ(browser.textCursor().block().text(), QStringLiteral("PAM"));
+    EXPECT_GT(browser.verticalScrollBar()->value(), 0);
+    help.openTopic("Tape7");
+    EXPECT_EQ(help.openedPage(), QStringLiteral("recorder"));
+    help.openTopic("editions");
+    EXPECT_EQ(help.openedPage(), QStringLiteral("editions"));
+    help.openTopic("of nothing");
+    EXPECT_EQ(help.openedPage(), QStringLiteral("index"));
 }
 
 }  // namespace

@@ -1,0 +1,57 @@
+#include "app/shell/HelpTopics.h"
+
+#include <algorithm>
+#include <array>
+
+namespace kavu {
+
+namespace {
+
+struct HelpTopic {
+    std::string_view name;  ///< without the number of a page
+    HelpPlace place;
+};
+
+constexpr auto kTopics = std::to_array<HelpTopic>({
+    {"GeneralInfo", {"groups", "General information"}},
+    {"RF", {"groups", "Transmission"}},
+    {"multiplex_info", {"groups", "Multiplex/Modulation"}},
+    {"pam_info", {"groups", "PAM"}},
+    {"GENERIC_EDIT", {"groups", "Airborne hardware and vendor information"}},
+    {"Tape", {"recorder"}},
+    {"PcmInputData", {"pcm-format", "The pages"}},
+    {"PcmStreamAttributes", {"pcm-format", "The pages"}},
+    {"PcmFrameSyncPattern", {"pcm-format", "The pages"}},
+    {"PcmSyncCriteria", {"pcm-format", "The pages"}},
+    {"PcmFormatSwitch", {"pcm-format", "The pages"}},
+    {"PcmAltTagData", {"pcm-format", "The pages"}},
+    {"PcmComments", {"pcm-format", "The pages"}},
+    {"PcmMinorFrameFiltering", {"pcm-format", "The pages"}},
+    {"IDCounterDialog", {"pcm-format", "ID counters and subframes"}},
+    {"Pre_106_11_IDCounterDialog", {"pcm-format", "ID counters and subframes"}},
+    {"SubframeDialog", {"pcm-format", "ID counters and subframes"}},
+    {"SupercomSubframeDialog", {"pcm-format", "ID counters and subframes"}},
+    {"EDIT_ASYNC_FORMAT", {"pcm-format", "Async embedded formats and data merge"}},
+    {"TaggedDataDefinitions", {"pcm-format", "Tagged data"}},
+    {"TaggedMeasurement", {"pcm-format", "Tagged data"}},
+    {"EditDataWord", {"measurements"}},
+    {"Pre_106_11_EditDataWord", {"measurements"}},
+    {"EditFragmentDefinition", {"measurements", "Location types"}},
+    {"EditWordFrameEntry", {"measurements", "Location types"}},
+    {"EditMeasurementSectionComment", {"measurements", "Comment and filter list"}},
+    {"EditMeasurementFilterList", {"measurements", "Comment and filter list"}},
+    {"MajorFrameDisplay", {"display"}},
+    {"DataConversion", {"conversions", "The sheet"}},
+});
+
+constexpr std::string_view kDigits = "0123456789";
+
+}  // namespace
+
+HelpPlace helpPlace(std::string_view topic) {
+    const auto name = topic.substr(0, topic.find_last_not_of(kDigits) + 1);
+    const auto found = std::ranges::find(kTopics, name, &HelpTopic::name);
+    return found == kTopics.end() ? HelpPlace{topic} : found->place;
+}
+
+}  // namespace kavu
