@@ -21,6 +21,7 @@ class QLabel;
 class QMenu;
 class QProgressBar;
 class QSessionManager;
+class QSplashScreen;
 class QSplitter;
 
 namespace kavu {
@@ -108,7 +109,9 @@ class MainWindow : public QMainWindow {
     bool screenIsLargeEnough();
     void restoreGeometryFromSettings();
     void storeWindowSettings();
-    void showSplash();
+    /// Null if it could not be shown, which has been reported.
+    std::unique_ptr<QSplashScreen> showSplash();
+    void waitWithSplash();
     void showWelcome();
     void offerRecovery();
     void showNotes();
@@ -130,6 +133,7 @@ class MainWindow : public QMainWindow {
     DocumentFacts facts_;
     std::vector<std::string> notes_;
     bool started_ = false;
+    bool splash_ = false;  ///< the picture is shown at the start and at the end
     bool quitting_ = false;
     bool checkingDisk_ = false;
 

@@ -112,15 +112,24 @@ void MainWindow::storeWindowSettings() {
     writeTreeExpansion(settings, tree_->expansion());
 }
 
-void MainWindow::showSplash() {
+std::unique_ptr<QSplashScreen> MainWindow::showSplash() {
     const auto picture = splashPicture(*this);
     if (picture.isNull()) {
         showBox(ui_.get(), "Unable to display Splash Screen",
                 std::string(loadText(title::kError).value_or("")));
+        return nullptr;
+    }
+    auto splash = std::make_unique<QSplashScreen>(picture);
+    splash->setObjectName(QStringLiteral("splash"));
+    splash->show();
+    return splash;
+}
+
+void MainWindow::waitWithSplash() {
+    const auto splash = showSplash();
+    if (splash == nullptr) {
         return;
     }
-    QSplashScreen splash(picture);
-    splash.show();
     QEventLoop wait;
     QTimer::singleShot(kSplashMilliseconds, &wait, &QEventLoop::quit);
     wait.exec(QEventLoop::ExcludeUserInputEvents);
@@ -144,8 +153,9 @@ bool MainWindow::begin(const BeginOptions& options) {
     steps.rebuildTree = [this] { rebuildTree(); };
     restoreGeometryFromSettings();
     show();
-    if (options.splash) {
-        showSplash();
+    splash_ = options.splash;
+    if (splash_) {
+        waitWithSplash();
     }
     refresh();
     connect(
@@ -228,8 +238,12 @@ bool MainWindow::quit() {
                 Icon::Information);
         return false;
     }
-    if (application_.context().document.open && !actions_->close()) {
-        return false;
+    if (application_.context().document.open) {
+        // It goes away with the question's Cancel as with the program's end.
+        const auto splash = splash_ ? showSplash() : nullptr;
+        if (!actions_->close()) {
+            return false;
+        }
     }
     storeWindowSettings();
     if (!application_.shutDown(ui_.get())) {

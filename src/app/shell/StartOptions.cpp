@@ -17,7 +17,7 @@ constexpr const char* kUsage =
     "usage: kavu [options] [FILE]\n\n"
     "  --settings FILE   use this settings file\n"
     "  --light, --dark   use this palette, not the desktop's\n"
-    "  --no-splash       show no picture at the start\n"
+    "  --no-splash       show no picture at the start and the end\n"
     "  --screenshots DIR render pictures of all windows into DIR and end\n"
     "  --version, --help\n";
 

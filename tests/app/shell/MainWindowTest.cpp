@@ -51,9 +51,9 @@ class MainWindowTest : public testing::Test {
         window.reset();
         application.shutDown(nullptr);
     }
-    void begin(const std::string& file = {}) {
+    void begin(const std::string& file = {}, bool splash = false) {
         window = std::make_unique<DropWindow>(application, door);
-        ASSERT_TRUE(window->begin({.splash = false, .file = file}));
+        ASSERT_TRUE(window->begin({.splash = splash, .file = file}));
     }
     bool enabled(CommandId id) { return window->action(id)->isEnabled(); }
     std::string title() { return toBytes(window->windowTitle()); }
@@ -182,6 +182,28 @@ TEST_F(MainWindowTest, ClosingAChangedDocumentAsksAndCancelKeepsTheProgramRunnin
     EXPECT_TRUE(window->quit());
     EXPECT_FALSE(window->isVisible());
     EXPECT_FALSE(fileExists(folder / "temp/[kavu]GTMP.G"));
+}
+
+TEST_F(MainWindowTest, TheSplashStandsWhileTheDocumentClosesAndGoesWithACancel) {
+    const auto splashShown = [] {
+        return std::ranges::any_of(QApplication::topLevelWidgets(), [](const QWidget* widget) {
+            return widget->objectName() == QStringLiteral("splash") && widget->isVisible();
+        });
+    };
+    begin(path, true);
+    EXPECT_FALSE(splashShown());
+    document().changed = true;
+    bool shown = false;
+    door.next([&](QDialog& dialog) {
+        shown = splashShown();
+        test::press(dialog, "cancel");
+    });
+    EXPECT_FALSE(window->quit());
+    EXPECT_TRUE(shown);
+    EXPECT_FALSE(splashShown());
+    answer("no");
+    EXPECT_TRUE(window->quit());
+    EXPECT_FALSE(splashShown());
 }
 
 TEST_F(MainWindowTest, ClosingWithYesSavesTheDocument) {
