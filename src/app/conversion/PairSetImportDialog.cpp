@@ -93,6 +93,7 @@ PairSetImportDialog::PairSetImportDialog(FormContext& form, const PairSet& pairs
     row->addWidget(count_, 1);
     layout->addWidget(look::makeDialogButtons(*this));
     showCount();
+    resize(sizeHint() + QSize(0, look::unit(*this) * 2 * 6));
     telemetry_->setFocus();
 }
 
@@ -104,7 +105,8 @@ QPlainTextEdit* PairSetImportDialog::makeBox(const char* name, const char* label
     box->setObjectName(QLatin1String(name));
     box->setTabChangesFocus(true);
     box->setLineWrapMode(QPlainTextEdit::NoWrap);
-    box->setMinimumSize(look::charactersWide(*box, 24), look::unit(*box) * 2 * 14);
+    // The note above may take more lines than the least height of the window knows of.
+    box->setMinimumSize(look::charactersWide(*box, 24), look::unit(*box) * 2 * 8);
     auto* title = look::addKeyLabel(QLatin1String(label), *box);
     grid.addWidget(title, 0, column);
     grid.addWidget(box, 1, column);

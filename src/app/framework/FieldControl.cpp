@@ -10,6 +10,8 @@
 #include "core/Messages.h"
 #include "core/Text.h"
 
+#include <algorithm>
+
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -161,7 +163,7 @@ class ChoiceControl : public FieldControl {
         for (const auto& choice : choices_) {
             box_->addItem(toQString(choice.text));
         }
-        box_->setMinimumWidth(controlWidth(*box_, 12));
+        box_->setMinimumWidth(std::max(controlWidth(*box_, 12), box_->sizeHint().width()));
         box_->setFocusPolicy(Qt::StrongFocus);
         box_->setMaxVisibleItems(20);
         clearOnDelete(*box_);
@@ -202,8 +204,13 @@ class DateControl : public FieldControl {
     DateControl(FieldControlHost& host, const Field& field)
         : FieldControl(host, field),
           withTime_(field.kind == FieldKind::DateTime),
-          button_(look::makeButton("", {}, QStringLiteral("date"), host.parent)) {
-        button_->setMinimumWidth(look::charactersWide(*button_, withTime_ ? 26 : 17));
+          button_(look::makeButton("", QStringLiteral("00-00-0000"), QStringLiteral("date"),
+                                   host.parent)) {
+        if (withTime_) {
+            button_->setText(QStringLiteral("00-00-0000-00-00-00"));
+        }
+        // A button without a date is as wide as one with it.
+        button_->setMinimumWidth(button_->sizeHint().width());
         button_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
         connect(button_, &QPushButton::clicked, this, &DateControl::prompt);
     }

@@ -37,7 +37,8 @@ QVBoxLayout* beginColumn(QDialog& dialog, const char* name, const QString& title
 void endColumn(QDialog& dialog, QVBoxLayout& column) {
     column.addStretch();
     column.addWidget(look::makeDialogButtons(dialog));
-    dialog.setMinimumWidth(look::charactersWide(dialog, 48));
+    // A minimum width of the dialog itself would hide that of its parts.
+    column.addStrut(look::charactersWide(dialog, 48));
 }
 
 QComboBox* makeEditionList(const char* name, int chosen, QWidget* parent) {

@@ -1,0 +1,119 @@
+#include "app/Forms.h"
+#include "app/framework/Look.h"
+#include "app/framework/QtText.h"
+#include "app/framework/Screenshots.h"
+#include "app/shell/HelpTopics.h"
+#include "app/support/FormStage.h"
+#include "app/support/WidgetChecks.h"
+#include "core/OpenDocument.h"
+#include "support/TestApplication.h"
+
+#include <set>
+
+#include <QApplication>
+#include <QFile>
+#include <QFileDialog>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace kavu {
+namespace {
+
+/// Every window that there is, filled from the sample document.
+class AllWindows : public testing::Test {
+  protected:
+    AllWindows() {
+        look::apply(*static_cast<QApplication*>(QCoreApplication::instance()), look::Scheme::Light);
+        forms.form.help = [this](const std::string& topic) { topics.insert(topic); };
+        EXPECT_TRUE(openFromName(app.application.context(), &app.ui,
+                                 KAVU_SOURCE_DIR "/samples/flight-test.tma"));
+        addAllScreenshots(list);
+    }
+    ~AllWindows() override { QApplication::setFont(before_); }
+
+    void enlargeFont(double times) {
+        auto font = before_;
+        font.setPointSizeF(font.pointSizeF() * times);
+        QApplication::setFont(font);
+    }
+
+    void forEachWindow(const std::function<void(const std::string& name, QWidget& window)>& visit) {
+        ScreenshotStage stage{forms.form, &app.application.context(), &app.application};
+        for (const auto& entry : list.entries()) {
+            const auto window = entry.make(stage);
+            ASSERT_NE(window, nullptr) << entry.name;
+            if (qobject_cast<QFileDialog*>(window.get()) == nullptr) {  // the toolkit's own
+                visit(entry.name, *window);
+            }
+        }
+    }
+
+    test::TestApplication app;
+    test::FormStage forms;
+    ScreenshotList list;
+    std::set<std::string> topics;
+
+  private:
+    QFont before_ = QApplication::font();
+};
+
+void expectNoFindings(const std::string& name, QWidget& window) {
+    for (const auto& finding : test::checkWindow(window)) {
+        ADD_FAILURE() << name << ": " << finding;
+    }
+}
+
+TEST_F(AllWindows, HaveNamesForEveryControlAndRoomForEveryText) {
+    forEachWindow(expectNoFindings);
+}
+
+TEST_F(AllWindows, HaveRoomForTextOfTwiceTheSize) {
+    enlargeFont(2.0);
+    forEachWindow(expectNoFindings);
+}
+
+/// The headings of a manual page; empty if there is no such page.
+QStringList headingsOf(std::string_view page) {
+    QFile file(QStringLiteral(KAVU_SOURCE_DIR "/docs/manual/%1.md").arg(toQString(page)));
+    QStringList headings;
+    if (file.open(QIODevice::ReadOnly)) {
+        for (const auto& line : QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'))) {
+            if (line.startsWith(QLatin1Char('#'))) {
+                headings << line.section(QLatin1Char(' '), 1);
+            }
+        }
+    }
+    return headings;
+}
+
+TEST_F(AllWindows, OpenTheirChapterOfTheManualByTheHelpKey) {
+    std::set<std::string> withoutHelp;
+    forEachWindow([&](const std::string& name, QWidget& window) {
+        window.show();
+        const auto before = topics.size();
+        QTest::keyClick(&window, Qt::Key_F1);
+        if (topics.size() == before) {
+            withoutHelp.insert(name);
+        }
+    });
+    EXPECT_GE(topics.size(), 50U);
+    for (const auto& topic : topics) {
+        if (topic.starts_with("Sample")) {
+            continue;  // pages that only show what the framework can do
+        }
+        const auto place = helpPlace(topic);
+        const auto headings = headingsOf(place.page);
+        EXPECT_FALSE(headings.isEmpty()) << topic << " has no page '" << place.page << "'";
+        if (!place.heading.empty()) {
+            EXPECT_TRUE(headings.contains(toQString(place.heading)))
+                << topic << ": '" << place.heading << "'";
+        }
+    }
+    for (const auto* const name : {"GeneralInfo1", "Tape3", "RF9", "DataConversion2",
+                                   "PcmInputData", "MajorFrameDisplay", "EditDataWord"}) {
+        EXPECT_FALSE(withoutHelp.contains(name)) << name;
+    }
+}
+
+}  // namespace
+}  // namespace kavu
