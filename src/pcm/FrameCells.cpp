@@ -79,7 +79,7 @@ const FrameCells::Cell& FrameCells::cellOf(CellRef at) const {
 }
 
 std::uint32_t FrameCells::takeChained() {
-    if (chainedUsed_ >= kMostChained) {
+    if (chainedUsed_ >= mostChained_) {
         return 0;
     }
     ++chainedUsed_;

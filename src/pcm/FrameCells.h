@@ -8,6 +8,7 @@
 
 #include "pcm/Measurement.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -45,6 +46,9 @@ class FrameCells {
             watcher_->beforeChange(fwp);
         }
     }
+
+    /// Chains fewer cells than `kMostChained`, for frames that have to stay small.
+    void limitChained(std::uint32_t most) { mostChained_ = std::min(most, kMostChained); }
 
     /// Frees everything; there are `words` words without cells then. No watcher is told.
     void reset(int words);
@@ -206,6 +210,7 @@ class FrameCells {
     std::uint32_t chainedEnd_ = 1;  ///< 0 is no cell
     std::uint32_t freeChained_ = 0;
     std::uint32_t chainedUsed_ = 0;
+    std::uint32_t mostChained_ = kMostChained;
     std::vector<Record> records_;  ///< 0 is the empty measurement
     std::vector<std::uint32_t> freeRecords_;
     std::vector<Name> names_;  ///< 0 is the empty name

@@ -182,6 +182,17 @@ TEST(AsyncReading, ALocationAtAnIdCounterFailsTheRecordAndOnlyEarlierRecordsKeep
     EXPECT_FALSE(isAsyncAt(f.format, 31, 1, 0));
 }
 
+TEST(AsyncReading, ARecordForWhichNoCellIsLeftFails) {
+    StreamFixture f(2009);
+    f.format.cells().limitChained(0);
+    // The second record's slot of word 5 would have to be chained to that of the first.
+    ASSERT_TRUE(f.read({"AEF\\N:2", "AEF\\DLN-1:X", "AEF3-1-1:5", "AEF\\DLN-2:Y", "AEF3-2-1:5"}));
+    EXPECT_EQ(f.ui.countLogs(197), 1);
+    EXPECT_THAT(f.logText(197), testing::HasSubstr("frame word position #5 (start frame:1 "));
+    EXPECT_EQ(f.format.asyncCount(), 1);
+    EXPECT_TRUE(isAsyncAt(f.format, 5, 1, 1));
+}
+
 TEST(AsyncReading, ABadLaterLocationIsSkipped) {
     struct Row {
         const char* word;

@@ -44,6 +44,20 @@ TEST_F(AsyncSaving, ANewRecordGetsItsSlot) {
     EXPECT_TRUE(StreamFixture::holds(f.written(), "AEF6-2-1:0011"));
 }
 
+TEST_F(AsyncSaving, ARecordForWhichNoCellIsLeftIsRefusedAndLeavesNoSlot) {
+    // A slot of word 5 would have to be chained to the one that is there.
+    f.format.cells().limitChained(0);
+    contents.supercom = "2";
+    contents.locationMode = "EL";
+    EXPECT_FALSE(save(0, {{3, "", {}}, {5, "", {}}}));
+    EXPECT_EQ(f.ui.countBoxes(197), 1);
+    EXPECT_EQ(f.ui.boxes.back().text,
+              "Unable to assign Async Embedded format to frame word position #5 (start frame:1 "
+              "frame interval:1 end frame:8). This stream definition will not be processed.");
+    EXPECT_EQ(f.format.asyncCount(), 1);
+    EXPECT_FALSE(isAsyncAt(f.format, 3, 1, 2));
+}
+
 TEST_F(AsyncSaving, AnEditedRecordMoves) {
     contents.supercom = "3";
     contents.locationMode = "FI";
