@@ -464,6 +464,16 @@ ParsedCommandLine wrongUsage(const std::string& text) {
     return result;
 }
 
+/// What is wrong with a line; a misspelt command is named.
+std::string usageText(const CLI::App& app, const CLI::ParseError& error) {
+    const auto rest = app.remaining();
+    if (!app.get_subcommands().empty() || rest.empty()) {
+        return error.what();
+    }
+    return rest.front().starts_with('-') ? "there is no option '" + rest.front() + "'"
+                                         : "there is no command '" + rest.front() + "'";
+}
+
 }  // namespace
 
 ParsedCommandLine parseCommandLine(const std::vector<std::string>& arguments) {
@@ -495,7 +505,7 @@ ParsedCommandLine parseCommandLine(const std::vector<std::string>& arguments) {
         }
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() != 0) {
-            return wrongUsage(error.what());
+            return wrongUsage(usageText(app, error));
         }
         ParsedCommandLine result;
         std::ostringstream out;

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace kavu::cli {
@@ -132,6 +133,14 @@ TEST(CommandLine, ProgressHasThreeValues) {
     EXPECT_EQ(parsed({"check", "f", "--progress", "always"}).progress, ProgressWhen::Always);
     EXPECT_EQ(parsed({"check", "f", "--progress", "never"}).progress, ProgressWhen::Never);
     EXPECT_EQ(parsed({"check", "f", "--progress", "auto"}).progress, ProgressWhen::Auto);
+}
+
+TEST(CommandLine, WhatIsNoCommandIsNamed) {
+    EXPECT_THAT(parseCommandLine({"chekc", "a"}).err,
+                testing::StartsWith("kavu-cli: there is no command 'chekc'\n"));
+    EXPECT_THAT(parseCommandLine({"--chekc"}).err,
+                testing::StartsWith("kavu-cli: there is no option '--chekc'\n"));
+    EXPECT_THAT(parseCommandLine({}).err, testing::StartsWith("kavu-cli: A subcommand is"));
 }
 
 class WrongUsage : public testing::TestWithParam<Arguments> {};
