@@ -77,7 +77,8 @@ void LookStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
     }
     // On a dark ground the plain style's own outline can not be seen.
     auto colour = option->palette.color(QPalette::WindowText);
-    colour.setAlpha((option->state & State_Enabled) != 0 ? 130 : 60);
+    // The colour of what is disabled is faint already.
+    colour.setAlpha((option->state & State_Enabled) != 0 ? 130 : 200);
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing, !isBox);
     painter->setPen(colour);
