@@ -15,6 +15,9 @@ GroupVocabulary vocabularyOf(char letter) {
     if (letter == 'P') {
         return {letter, "PCM format", pcmVocabulary()};
     }
+    if (letter == 'D') {
+        return {letter, "Measurement description", measurementVocabulary()};
+    }
     return {letter, vocabularyName(letter), groupVocabulary(letter)};
 }
 

@@ -4,6 +4,7 @@
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
 #include "groups/GroupScan.h"
+#include "pcm/MeasurementFields.h"
 #include "pcm/PcmLoad.h"
 
 #include <algorithm>
@@ -106,14 +107,15 @@ void DataChunks::add(std::string_view command) {
         return;
     }
     const auto indices = parseCommandIndices(command);
-    if (indices.count == 1 && startsWithIgnoreCase(field, "MN\\N-")) {
+    if (indices.count == 1 &&
+        equalsIgnoreCase(codeHead(field), codeHead(measurement_field::kCount.code))) {
         countedLists_.insert(indices.fields[0]);
     }
     const int measurement = indices.count >= 2 ? indices.fields[1] : 0;
     if (measurement < 0 || measurement > kMostMeasurements) {
         return;
     }
-    if (startsWithIgnoreCase(field, "LT-")) {
+    if (equalsIgnoreCase(codeHead(field), codeHead(measurement_field::kLocationType.code))) {
         const auto value = fieldView(command).value;
         const bool wordFrame = equalsIgnoreCase(value, "WDFR");
         hasWordFrame_ = hasWordFrame_ || wordFrame;

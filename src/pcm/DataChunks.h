@@ -59,7 +59,6 @@ class DataChunks {
   public:
     static constexpr int kMeasurementsInChunk = 100;
     /// Measurements with a higher number are not read.
-    static constexpr int kMostMeasurements = 999'999;
 
     DataChunks(PcmLoad& load, int group) : load_(load), group_(group) {}
     DataChunks(const DataChunks&) = delete;

@@ -8,6 +8,7 @@
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
 #include "groups/GroupScan.h"
+#include "pcm/MeasurementFields.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/PcmLoad.h"
 
@@ -51,8 +52,9 @@ struct FileRow {
 IoStatus readRows(const PcmFormat& format, std::map<std::pair<int, int>, FileRow>& rows) {
     return forEachCommand(format.context().reader, pathOf(format), [&](const std::string& command) {
         const auto field = fieldView(command);
-        const bool isName = startsWithIgnoreCase(field.code, "SMF\\SMN-");
-        if (!isName && !startsWithIgnoreCase(field.code, "SMF\\MFOT-")) {
+        const auto code = codeHead(field.code);
+        const bool isName = equalsIgnoreCase(code, codeHead(filter_field::kName.code));
+        if (!isName && !equalsIgnoreCase(code, codeHead(filter_field::kType.code))) {
             return true;
         }
         const auto indices = parseCommandIndices(command);
@@ -125,17 +127,23 @@ bool storeFilterList(PcmFormat& format, UserInterface* parent, const std::vector
         for (const auto& row : rows) {
             count += !selects || row.setting == kYes ? 1 : 0;
         }
-        writeIntCommand(writer, prefix, selects ? "SMF\\N-1" : "SMF\\N", count);
+        constexpr int kFirstList = 1;
+        writeIntCommand(writer, prefix,
+                        selects ? numberedCode(filter_field::kCountInList.code, {kFirstList})
+                                : std::string(filter_field::kCount.code),
+                        count);
         int k = 0;
         for (const auto& row : rows) {
             if (selects && row.setting != kYes) {
                 continue;
             }
             ++k;
-            writeCommand(writer, prefix, formatPrintf(selects ? "SMF\\SMN-1-%d" : "SMF\\SMN-%d", k),
+            writeCommand(writer, prefix,
+                         selects ? numberedCode(filter_field::kNameInList.code, {kFirstList, k})
+                                 : numberedCode(filter_field::kName.code, {k}),
                          row.name);
             if (!selects) {
-                writeCommand(writer, prefix, formatPrintf("SMF\\MFOT-%d", k),
+                writeCommand(writer, prefix, numberedCode(filter_field::kType.code, {k}),
                              row.setting.empty() ? "N" : row.setting.substr(0, 1));
             }
         }

@@ -4,6 +4,7 @@
 #include "core/Text.h"
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
+#include "pcm/MeasurementFields.h"
 #include "pcm/SubframeEdit.h"
 
 #include <algorithm>
@@ -45,41 +46,40 @@ void MeasurementCommands::write(int l, int m, CellRef cell, int fwp, int index) 
     appendNumber(suffix_, l);
     suffix_ += '-';
     appendNumber(suffix_, m);
-    text("MN", measurement_.name);
-    text("MN1", measurement_.parity);
-    text("MN2", measurement_.parityTransferOrder);
-    text("MN3", measurement_.transferOrder);
+    text(measurement_field::kName, measurement_.name);
+    text(measurement_field::kParity, measurement_.parity);
+    text(measurement_field::kParityOrder, measurement_.parityTransferOrder);
+    text(measurement_field::kTransferOrder, measurement_.transferOrder);
     if (edition_ == 2009) {
-        text("MFOT", measurement_.filterOverwrite);
+        text(measurement_field::kFilterOverwrite, measurement_.filterOverwrite);
     }
     if (const auto type = replaceAll(measurement_.locationType.view(), " ", "");
         type.size() != measurement_.locationType.size()) {
         measurement_.locationType = type;
         format_.cells().store(cell, measurement_);
     }
-    text("LT", measurement_.locationType);
+    text(measurement_field::kLocationType, measurement_.locationType);
     writeLocations();
 }
 
-void MeasurementCommands::setCode(std::string_view code, std::initializer_list<int> more) {
-    code_.assign(code).append(suffix_);
+void MeasurementCommands::setCode(const Field& field, std::initializer_list<int> more) {
+    code_.assign(codeHead(field.code)).append(suffix_);
     for (const int index : more) {
         code_ += '-';
         appendNumber(code_, index);
     }
 }
 
-void MeasurementCommands::text(std::string_view code, std::string_view value,
+void MeasurementCommands::text(const Field& field, std::string_view value,
                                std::initializer_list<int> more) {
     if (!value.empty()) {
-        setCode(code, more);
+        setCode(field, more);
         writeCommand(writer_, prefix_, code_, value);
     }
 }
 
-void MeasurementCommands::number(std::string_view code, long value,
-                                 std::initializer_list<int> more) {
-    setCode(code, more);
+void MeasurementCommands::number(const Field& field, long value, std::initializer_list<int> more) {
+    setCode(field, more);
     writeIntCommand(writer_, prefix_, code_, value);
 }
 
@@ -145,24 +145,24 @@ void MeasurementCommands::writeLocations() {
 }
 
 void MeasurementCommands::writeMinorWord() {
-    number("MF", fwp_);
-    text("MFM", measurement_.mask);
+    number(minor_word_field::kWord, fwp_);
+    text(minor_word_field::kMask, measurement_.mask);
 }
 
 void MeasurementCommands::writeSubframe() {
     const auto name = subframeName(fwp_);
-    text("SF1", name);
-    number("SF2", format_.subframePosition(name, fwp_, index_));
-    text("SFM", measurement_.mask);
+    text(subframe_word_field::kSubframe, name);
+    number(subframe_word_field::kPosition, format_.subframePosition(name, fwp_, index_));
+    text(subframe_word_field::kMask, measurement_.mask);
 }
 
 void MeasurementCommands::writeMinorSupercom() {
-    number("MFS\\N", measurement_.locationCount);
-    text("MFS1", measurement_.locationMode);
+    number(minor_supercom_field::kCount, measurement_.locationCount);
+    text(minor_supercom_field::kMode, measurement_.locationMode);
     if (isInterval(measurement_)) {
-        number("MFS2", fwp_);
-        text("MFS3", measurement_.mask);
-        number("MFS4", measurement_.interval);
+        number(minor_supercom_field::kFirst, fwp_);
+        text(minor_supercom_field::kMask, measurement_.mask);
+        number(minor_supercom_field::kInterval, measurement_.interval);
         return;
     }
     Occurrences occurrences(format_, measurement_.name);
@@ -172,11 +172,11 @@ void MeasurementCommands::writeMinorSupercom() {
             cannotFindOthers(kTitleSupercom);
             return;
         }
-        number("MFSW", found->fwp, {k});
+        number(minor_supercom_field::kWord, found->fwp, {k});
         // The mask is that of the first measurement of the place, whichever that is: files
         // are in use that were written so.
         if (const auto head = format_.cellAt(found->fwp, found->fn)) {
-            text("MFSM", format_.cells().measurement(head).mask, {k});
+            text(minor_supercom_field::kWordMask, format_.cells().measurement(head).mask, {k});
         } else {
             cannotFindOthers(kTitleSupercom);
         }
@@ -184,13 +184,13 @@ void MeasurementCommands::writeMinorSupercom() {
 }
 
 void MeasurementCommands::writeMinorFragmented() {
-    number("FMF\\N", measurement_.locationCount);
-    number("FMF1", measurement_.reconstructedLength);
-    text("FMF2", measurement_.locationMode);
+    number(minor_fragment_field::kCount, measurement_.locationCount);
+    number(minor_fragment_field::kLength, measurement_.reconstructedLength);
+    text(minor_fragment_field::kMode, measurement_.locationMode);
     if (isInterval(measurement_)) {
-        number("FMF3", fwp_);
-        text("FMF4", measurement_.mask);
-        number("FMF5", measurement_.interval);
+        number(minor_fragment_field::kFirst, fwp_);
+        text(minor_fragment_field::kMask, measurement_.mask);
+        number(minor_fragment_field::kInterval, measurement_.interval);
         return;
     }
     Occurrences occurrences(format_, measurement_.name);
@@ -201,13 +201,13 @@ void MeasurementCommands::writeMinorFragmented() {
             return;
         }
         const auto& fragment = format_.cells().measurement(found->cell);
-        number("FMF6", found->fwp, {k});
+        number(minor_fragment_field::kWord, found->fwp, {k});
         if (fragment.mask.empty()) {
             cannotFindOthers(kTitleFragments);
         }
-        text("FMF7", fragment.mask, {k});
-        text("FMF8", fragment.fragmentTransferOrder, {k});
-        number("FMF9", fragment.fragmentNumber, {k});
+        text(minor_fragment_field::kWordMask, fragment.mask, {k});
+        text(minor_fragment_field::kTransferOrder, fragment.fragmentTransferOrder, {k});
+        number(minor_fragment_field::kFragment, fragment.fragmentNumber, {k});
     }
 }
 
@@ -217,23 +217,24 @@ void MeasurementCommands::writeSubframeSupercom() {
         format_.context().messages.show(parent_, 296, kTitleSubframeSupercom, kErrorBox,
                                         measurement_.name.view());
     }
-    text("SFS1", name);
-    number("SFS\\N", measurement_.locationCount);
-    text("SFS2", measurement_.locationMode);
+    text(subframe_supercom_field::kSubframe, name);
+    number(subframe_supercom_field::kCount, measurement_.locationCount);
+    text(subframe_supercom_field::kMode, measurement_.locationMode);
     if (isInterval(measurement_)) {
         if (const int position = format_.subframePosition(name, fwp_, index_); position > 0) {
-            number("SFS3", position);
+            number(subframe_supercom_field::kFirst, position);
         }
-        text("SFS4", measurement_.mask);
-        number("SFS5", measurement_.interval);
+        text(subframe_supercom_field::kMask, measurement_.mask);
+        number(subframe_supercom_field::kInterval, measurement_.interval);
         return;
     }
     int k = 0;
     for (const auto& hit : hits()) {
         if (const int position = format_.subframePosition(name, hit.fwp, hit.fn); position > 0) {
             ++k;
-            number("SFS6", position, {k});
-            text("SFS7", format_.cells().measurement(hit.cell).mask, {k});
+            number(subframe_supercom_field::kPosition, position, {k});
+            text(subframe_supercom_field::kPositionMask, format_.cells().measurement(hit.cell).mask,
+                 {k});
         }
     }
 }
@@ -253,9 +254,9 @@ void MeasurementCommands::writeSubframeFragmented() {
             subframes.push_back(name);
         }
     }
-    number("FSF\\N", static_cast<long>(fragments.count()));
-    number("FSF1", measurement_.reconstructedLength);
-    number("FSF2\\N", static_cast<long>(subframes.size()));
+    number(subframe_fragment_field::kCount, static_cast<long>(fragments.count()));
+    number(subframe_fragment_field::kLength, measurement_.reconstructedLength);
+    number(subframe_fragment_field::kSubframes, static_cast<long>(subframes.size()));
     int s = 0;
     for (const auto subframe : subframes) {
         writeFragmentsOf(++s, subframe, all);
@@ -273,8 +274,8 @@ void MeasurementCommands::writeFragmentsOf(int s, std::string_view subframe,
         const auto& fragment = format_.cells().measurement(hit.cell);
         if (!named) {
             named = true;
-            text("FSF3", subframe, {s});
-            text("FSF4", fragment.locationMode, {s});
+            text(subframe_fragment_field::kSubframe, subframe, {s});
+            text(subframe_fragment_field::kMode, fragment.locationMode, {s});
             // The first position and the interval of this form are not kept in the model: it
             // comes back from a save without them.
             if (isInterval(measurement_)) {
@@ -282,28 +283,29 @@ void MeasurementCommands::writeFragmentsOf(int s, std::string_view subframe,
             }
         }
         ++j;
-        number("FSF8", format_.subframePosition(subframe, hit.fwp, hit.fn), {s, j});
-        text("FSF9", fragment.mask, {s, j});
-        text("FSF10", fragment.fragmentTransferOrder, {s, j});
-        number("FSF11", fragment.fragmentNumber, {s, j});
+        number(subframe_fragment_field::kPosition,
+               format_.subframePosition(subframe, hit.fwp, hit.fn), {s, j});
+        text(subframe_fragment_field::kPositionMask, fragment.mask, {s, j});
+        text(subframe_fragment_field::kTransferOrder, fragment.fragmentTransferOrder, {s, j});
+        number(subframe_fragment_field::kFragment, fragment.fragmentNumber, {s, j});
     }
 }
 
 void MeasurementCommands::writeWordFrame() {
     const auto* const definition = format_.wordFrameDefinition(measurement_.wordFrameIndex);
     if (namesCounter_ && definition != nullptr) {
-        text("IDCN", definition->idCounterName);
+        text(word_frame_field::kCounter, definition->idCounterName);
     }
-    number("MML\\N", definition == nullptr ? 0 : definition->locationCount());
+    number(word_frame_field::kCount, definition == nullptr ? 0 : definition->locationCount());
     if (definition == nullptr) {
         return;
     }
     int k = 0;
     for (const auto& location : definition->locations) {
         ++k;
-        number("MNF\\N", location.fragmentCount(), {k});
+        number(word_frame_field::kFragments, location.fragmentCount(), {k});
         if (location.fragmentCount() > 1) {
-            number("MWL", location.wordLength, {k});
+            number(word_frame_field::kLength, location.wordLength, {k});
         }
         int f = 0;
         for (const auto& fragment : location.fragments) {
@@ -314,21 +316,21 @@ void MeasurementCommands::writeWordFrame() {
 
 void MeasurementCommands::writeWordFrameFragment(const WordFrameFragment& fragment, int k, int f) {
     const bool writesEnds = edition_ >= 2009;
-    number("WP", fragment.startWord, {k, f});
-    number("WI", fragment.wordInterval, {k, f});
+    number(word_frame_field::kWord, fragment.startWord, {k, f});
+    number(word_frame_field::kWordInterval, fragment.wordInterval, {k, f});
     if (writesEnds) {
-        number("EWP", fragment.endWord, {k, f});
+        number(word_frame_field::kEndWord, fragment.endWord, {k, f});
     }
-    number("FP", fragment.startFrame, {k, f});
-    number("FI", fragment.frameInterval, {k, f});
+    number(word_frame_field::kFrame, fragment.startFrame, {k, f});
+    number(word_frame_field::kFrameInterval, fragment.frameInterval, {k, f});
     if (writesEnds) {
-        number("EFP", fragment.endFrame, {k, f});
+        number(word_frame_field::kEndFrame, fragment.endFrame, {k, f});
     }
-    text("WFM", fragment.mask, {k, f});
+    text(word_frame_field::kMask, fragment.mask, {k, f});
     const bool known = fragment.transferOrder == 'M' || fragment.transferOrder == 'L';
     const char order = known ? fragment.transferOrder : 'D';
-    text("WFT", std::string_view(&order, 1), {k, f});
-    number("WFP", fragment.fragmentPosition, {k, f});
+    text(word_frame_field::kTransferOrder, std::string_view(&order, 1), {k, f});
+    number(word_frame_field::kPosition, fragment.fragmentPosition, {k, f});
 }
 
 }  // namespace kavu

@@ -1,6 +1,7 @@
 // The commands of one measurement in the D group, in the order of the file.
 #pragma once
 
+#include "core/Vocabulary.h"
 #include "pcm/PcmFormat.h"
 
 #include <initializer_list>
@@ -32,9 +33,9 @@ class MeasurementCommands {
         int fn;
     };
 
-    void text(std::string_view code, std::string_view value, std::initializer_list<int> more = {});
-    void number(std::string_view code, long value, std::initializer_list<int> more = {});
-    void setCode(std::string_view code, std::initializer_list<int> more);
+    void text(const Field& field, std::string_view value, std::initializer_list<int> more = {});
+    void number(const Field& field, long value, std::initializer_list<int> more = {});
+    void setCode(const Field& field, std::initializer_list<int> more);
     void cannotFindOthers(int titleId);
     [[nodiscard]] std::string_view subframeName(int fwp) const;
     /// All hits by rising frame, and within a frame by rising word.

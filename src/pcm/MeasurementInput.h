@@ -4,6 +4,7 @@
 #include "core/Text.h"
 #include "pcm/DataChunks.h"
 #include "pcm/Measurement.h"
+#include "pcm/MeasurementFields.h"
 #include "pcm/PcmLoad.h"
 
 #include <algorithm>
@@ -40,39 +41,36 @@ class MeasurementInput {
     static constexpr int kMostMissing = 99;
 
     /// The code as messages name it: "MFSW-1-2-3".
-    [[nodiscard]] std::string code(std::string_view field,
+    [[nodiscard]] std::string code(const Field& field,
                                    std::initializer_list<int> indices = {}) const {
-        std::string text(field);
+        std::string text(codeHead(field.code));
         append(text, indices);
         return text;
     }
     /// A value of this measurement; the code gets the numbers of list and measurement, and
     /// then `indices`.
-    [[nodiscard]] std::optional<std::string_view> text(std::string_view field, int limit,
+    [[nodiscard]] std::optional<std::string_view> text(const Field& field,
                                                        std::initializer_list<int> indices = {}) {
-        code_.assign(load.prefix).append(field);
-        append(code_, indices);
-        const auto found = fields_.find(code_);
-        if (!found) {
-            return std::nullopt;
-        }
-        return load.format.context().reader.applyLimit(load.parent, found->code, found->value,
-                                                       limit);
+        return find(field, static_cast<int>(field.limit), indices);
     }
-    [[nodiscard]] std::string_view textOr(std::string_view field, int limit,
-                                          std::string_view otherwise,
+    /// The same, however long it is.
+    [[nodiscard]] std::optional<std::string_view> wholeText(
+        const Field& field, std::initializer_list<int> indices = {}) {
+        return find(field, 0, indices);
+    }
+    [[nodiscard]] std::string_view textOr(const Field& field, std::string_view otherwise,
                                           std::initializer_list<int> indices = {}) {
-        return text(field, limit, indices).value_or(otherwise);
+        return text(field, indices).value_or(otherwise);
     }
     /// A negative number counts as 0.
-    [[nodiscard]] std::optional<int> number(std::string_view field,
+    [[nodiscard]] std::optional<int> number(const Field& field,
                                             std::initializer_list<int> indices = {}) {
-        const auto value = text(field, 0, indices);
+        const auto value = wholeText(field, indices);
         return value ? std::optional(std::max(0, leadingInt(*value))) : std::nullopt;
     }
-    [[nodiscard]] std::optional<int> signedNumber(std::string_view field,
+    [[nodiscard]] std::optional<int> signedNumber(const Field& field,
                                                   std::initializer_list<int> indices = {}) {
-        const auto value = text(field, 0, indices);
+        const auto value = wholeText(field, indices);
         return value ? std::optional(leadingInt(*value)) : std::nullopt;
     }
     /// Sets the number of locations of every copy.
@@ -83,6 +81,17 @@ class MeasurementInput {
     }
 
   private:
+    std::optional<std::string_view> find(const Field& field, int limit,
+                                         std::initializer_list<int> indices) {
+        code_.assign(load.prefix).append(codeHead(field.code));
+        append(code_, indices);
+        const auto found = fields_.find(code_);
+        if (!found) {
+            return std::nullopt;
+        }
+        return load.format.context().reader.applyLimit(load.parent, found->code, found->value,
+                                                       limit);
+    }
     void append(std::string& text, std::initializer_list<int> indices) const {
         text.push_back('-');
         appendNumber(text, list_);

@@ -30,8 +30,9 @@ class MeasurementReader {
     void closeTags();
     void decideSubframes();
     /// A field of the group or of a list.
-    std::optional<std::string_view> listText(const std::string& field, int limit);
-    std::optional<int> listNumber(const std::string& field);
+    std::optional<std::string_view> listText(const Field& field,
+                                             std::initializer_list<int> numbers = {});
+    std::optional<int> listNumber(const Field& field, std::initializer_list<int> numbers = {});
 
     PcmLoad& load_;
     PcmFormat& format_;
@@ -41,22 +42,25 @@ class MeasurementReader {
     int tagNumber_ = 0;  ///< of the list that is read
 };
 
-std::optional<std::string_view> MeasurementReader::listText(const std::string& field, int limit) {
-    const auto found = chunks_.lists().find(load_.prefix + field);
+std::optional<std::string_view> MeasurementReader::listText(const Field& field,
+                                                            std::initializer_list<int> numbers) {
+    const auto found = chunks_.lists().find(load_.prefix + numberedCode(field.code, numbers));
     if (!found) {
         return std::nullopt;
     }
-    return format_.context().reader.applyLimit(load_.parent, found->code, found->value, limit);
+    return format_.context().reader.applyLimit(load_.parent, found->code, found->value,
+                                               static_cast<int>(field.limit));
 }
 
-std::optional<int> MeasurementReader::listNumber(const std::string& field) {
-    const auto value = listText(field, 0);
+std::optional<int> MeasurementReader::listNumber(const Field& field,
+                                                 std::initializer_list<int> numbers) {
+    const auto value = listText(field, numbers);
     return value ? std::optional(std::max(0, leadingInt(*value))) : std::nullopt;
 }
 
 /// The number of lists that the file tells of.
 int MeasurementReader::readCount() {
-    const auto told = listNumber("ML\\N");
+    const auto told = listNumber(measurement_field::kListCount);
     int count = told.value_or(1);
     if (!told) {
         load_.log(238, title::kWarning);
@@ -77,7 +81,7 @@ int MeasurementReader::readCount() {
 
 void MeasurementReader::keepComment() {
     const auto path = format_.context().store.pathOf(kMeasurementComment);
-    const auto comment = listText("COM", 0);
+    const auto comment = listText(measurement_field::kComment);
     if (!comment && !fileExists(path)) {
         return;
     }
@@ -97,13 +101,14 @@ void MeasurementReader::decideSubframes() {
 
 /// The location type, which the user may give for one that is missing.
 bool MeasurementReader::readType(MeasurementInput& input) {
-    if (const auto type = input.text("LT", 4)) {
+    if (const auto type = input.text(measurement_field::kLocationType)) {
         input.cell.locationType = *type;
         return true;
     }
     const bool wordFrame = load_.edition() >= 2011;
-    if (!load_.ask(241, title::kErrorReadingMeasurement, load_.prefix, input.code("LT"),
-                   input.name(), wordFrame ? "Word/Frame" : "Minor Word")) {
+    if (!load_.ask(241, title::kErrorReadingMeasurement, load_.prefix,
+                   input.code(measurement_field::kLocationType), input.name(),
+                   wordFrame ? "Word/Frame" : "Minor Word")) {
         load_.abort = true;
         return false;
     }
@@ -130,13 +135,14 @@ void MeasurementReader::place(MeasurementInput& input) {
         if (load_.edition() >= 2004) {
             readWordFrame(input);
         } else {
-            load_.log(283, title::kErrorReadingMeasurement, load_.prefix, input.code("LT"),
-                      type.view(), input.name(), editionNumber(load_.edition()));
+            load_.log(283, title::kErrorReadingMeasurement, load_.prefix,
+                      input.code(measurement_field::kLocationType), type.view(), input.name(),
+                      editionNumber(load_.edition()));
         }
         return;
     }
     if (load_.edition() >= 2011) {
-        if (equalsIgnoreCase(type, tagged_code::kTaggedType)) {
+        if (equalsIgnoreCase(type, kTaggedType)) {
             keepTaggedData(input);
             return;
         }
@@ -148,28 +154,29 @@ void MeasurementReader::place(MeasurementInput& input) {
             }
         }
     }
-    load_.log(264, title::kErrorReadingMeasurement, input.name(), load_.prefix, input.code("LT"),
-              type.view());
+    load_.log(264, title::kErrorReadingMeasurement, input.name(), load_.prefix,
+              input.code(measurement_field::kLocationType), type.view());
 }
 
 void MeasurementReader::readMeasurement(MeasurementInput& input) {
-    const auto name = input.text("MN", 32);
+    const auto name = input.text(measurement_field::kName);
     if (!name) {
-        load_.log(278, title::kErrorReadingMeasurement, load_.prefix, input.code("MN"));
+        load_.log(278, title::kErrorReadingMeasurement, load_.prefix,
+                  input.code(measurement_field::kName));
         return;
     }
     input.cell.name = *name;
     if (format_.hasMeasurement(input.name())) {
-        load_.log(281, title::kErrorReadingMeasurement, load_.prefix, input.code("MN"),
-                  input.name());
+        load_.log(281, title::kErrorReadingMeasurement, load_.prefix,
+                  input.code(measurement_field::kName), input.name());
         load_.corrected();
         return;
     }
-    input.cell.parity = input.textOr("MN1", 2, "DE");
-    input.cell.parityTransferOrder = input.textOr("MN2", 1, "D");
-    input.cell.transferOrder = input.textOr("MN3", 1, "D");
+    input.cell.parity = input.textOr(measurement_field::kParity, "DE");
+    input.cell.parityTransferOrder = input.textOr(measurement_field::kParityOrder, "D");
+    input.cell.transferOrder = input.textOr(measurement_field::kTransferOrder, "D");
     if (load_.edition() == 2009) {
-        input.cell.filterOverwrite = input.textOr("MFOT", 1, "N");
+        input.cell.filterOverwrite = input.textOr(measurement_field::kFilterOverwrite, "N");
     }
     if (readType(input)) {
         place(input);
@@ -183,34 +190,34 @@ void MeasurementReader::keepTaggedData(MeasurementInput& input) {
     }
     ++tagNumber_;
     const int list = std::min(input.list(), kMostMeasurementLists);
-    const auto write = [&](std::string_view field, std::string_view value) {
-        writeCommand(tags_, load_.prefix, formatPrintf("%s-%d-%d", field, list, tagNumber_), value);
+    const auto write = [&](const Field& field, std::string_view value) {
+        writeCommand(tags_, load_.prefix, numberedCode(field.code, {list, tagNumber_}), value);
     };
     const auto& cell = input.cell;
-    write(tagged_code::kName, cell.name);
-    write("MN1", cell.parity);
-    write("MN2", cell.parityTransferOrder);
-    write("MN3", cell.transferOrder);
-    write(tagged_code::kLocationType, tagged_code::kTaggedType);
-    const int count = input.number(tagged_code::kTagCount).value_or(0);
-    write(tagged_code::kTagCount, std::to_string(count));
-    write(tagged_code::kWordLength, input.textOr(tagged_code::kWordLength, 0, {}));
+    write(measurement_field::kName, cell.name);
+    write(measurement_field::kParity, cell.parity);
+    write(measurement_field::kParityOrder, cell.parityTransferOrder);
+    write(measurement_field::kTransferOrder, cell.transferOrder);
+    write(measurement_field::kLocationType, kTaggedType);
+    const int count = input.number(tagged_field::kCount).value_or(0);
+    write(tagged_field::kCount, std::to_string(count));
+    write(tagged_field::kWordLength,
+          input.wholeText(tagged_field::kWordLength).value_or(std::string_view()));
     int missing = 0;
     for (int f = 1; f <= count && missing < MeasurementInput::kMostMissing; ++f) {
         ++missing;
         for (const auto& field : taggedTagFields()) {
-            if (const auto value = input.text(field.code, 0, {f})) {
+            if (const auto value = input.wholeText(field, {f})) {
                 missing = 0;
-                writeCommand(tags_, load_.prefix,
-                             formatPrintf("%s-%d-%d-%d", field.code, list, tagNumber_, f), *value);
+                writeCommand(tags_, load_.prefix, numberedCode(field.code, {list, tagNumber_, f}),
+                             *value);
             }
         }
     }
 }
 
 void MeasurementReader::readList(int list) {
-    const auto listCode = std::to_string(list);
-    const auto name = listText("MLN-" + listCode, 32);
+    const auto name = listText(measurement_field::kListName, {list});
     if (!name) {
         load_.log(239, title::kErrorReadingMeasurement, list);
         load_.corrected();
@@ -219,12 +226,12 @@ void MeasurementReader::readList(int list) {
         format_.measurementListNames[static_cast<std::size_t>(list) - 1] =
             name ? std::string(*name) : formatPrintf("Measurement List #%d", list);
     }
-    const auto told = listNumber("MN\\N-" + listCode);
+    const auto told = listNumber(measurement_field::kCount, {list});
     if (!told) {
         load_.log(240, title::kWarning);
         return;
     }
-    const int count = std::min(*told, DataChunks::kMostMeasurements);
+    const int count = std::min(*told, kMostMeasurements);
     for (int m = chunks_.nextPresent(1); m <= count; ++m) {
         if (load_.cancelled()) {
             return;

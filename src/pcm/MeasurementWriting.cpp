@@ -9,6 +9,7 @@
 #include "core/WorkingStore.h"
 #include "groups/GroupScan.h"
 #include "pcm/MeasurementCommands.h"
+#include "pcm/MeasurementFields.h"
 #include "pcm/PcmFormatEdit.h"
 #include "pcm/PcmLoad.h"
 #include "pcm/PcmSave.h"
@@ -40,7 +41,8 @@ int countTaggedMeasurements(const PcmFormat& format, const std::string& path) {
     std::set<std::pair<int, int>> numbers;
     // A file that is not there has none.
     (void)forEachCommand(format.context().reader, path, [&numbers](const std::string& command) {
-        if (startsWithIgnoreCase(fieldView(command).code, "MN-")) {
+        if (equalsIgnoreCase(codeHead(fieldView(command).code),
+                             codeHead(measurement_field::kName.code))) {
             const auto indices = parseCommandIndices(command);
             numbers.emplace(indices.fields[0], indices.fields[1]);
         }
@@ -93,20 +95,21 @@ class ListWriter {
           commands_(format, parent, writer, prefix_) {}
 
     void write() {
-        writeCommand(writer_, prefix_, "DLN", format_.streamName);
+        writeCommand(writer_, prefix_, measurement_field::kDataLink.code, format_.streamName);
         const auto filterLists = formatPrintf(kSmfFormat, format_.dGroup);
         if (format_.edition() >= 2011) {
             appendWorkingFile(format_, writer_, filterLists);
         }
         format_.measurementListCount = std::max(1, format_.measurementListCount);
-        writeIntCommand(writer_, prefix_, "ML\\N", format_.measurementListCount);
+        writeIntCommand(writer_, prefix_, measurement_field::kListCount.code,
+                        format_.measurementListCount);
         gather();
         if (format_.edition() == 2009) {
             filters_ = distinctLines(format_.context().store.pathOf(filterLists));
         }
         for (int l = 1; l <= format_.measurementListCount; ++l) {
             if (l <= kMostMeasurementLists) {
-                writeCommand(writer_, prefix_, formatPrintf("MLN-%d", l),
+                writeCommand(writer_, prefix_, numberedCode(measurement_field::kListName.code, {l}),
                              format_.measurementListNames[static_cast<std::size_t>(l) - 1]);
             }
             if (format_.edition() == 2009) {
@@ -132,7 +135,8 @@ class ListWriter {
 
     void writeList(int l) {
         const auto count = static_cast<int>(places_.size());
-        writeIntCommand(writer_, prefix_, formatPrintf("MN\\N-%d", l), count + tagged_);
+        writeIntCommand(writer_, prefix_, numberedCode(measurement_field::kCount.code, {l}),
+                        count + tagged_);
         if (tagged_ > 0) {
             appendWorkingFile(format_, writer_, formatPrintf(kTagFormat, format_.dGroup));
         }
@@ -153,7 +157,8 @@ class ListWriter {
         std::string comment;
         const auto path = format_.context().store.pathOf(kMeasurementComment);
         if (fileExists(path) && readWholeFile(path, comment).ok() && !comment.empty()) {
-            writer_.write(prefix_ + "COM:" + comment + ";\r\n");
+            writer_.write(prefix_ + std::string(measurement_field::kComment.code) + ":" + comment +
+                          ";\r\n");
         }
     }
 

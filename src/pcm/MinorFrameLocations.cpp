@@ -15,14 +15,15 @@ bool add(MeasurementInput& input, int fwp) {
 
 void readSupercomInterval(MeasurementInput& input, int count) {
     auto& load = input.load;
-    const auto first = input.number("MFS2");
+    const auto first = input.number(minor_supercom_field::kFirst);
     if (!first) {
-        load.log(247, title::kError, load.prefix, input.code("MFS2"), input.name());
+        load.log(247, title::kError, load.prefix, input.code(minor_supercom_field::kFirst),
+                 input.name());
         load.abort = true;
         return;
     }
-    input.cell.mask = input.textOr("MFS3", 64, {});
-    const auto interval = input.number("MFS4");
+    input.cell.mask = input.textOr(minor_supercom_field::kMask, {});
+    const auto interval = input.number(minor_supercom_field::kInterval);
     if (!interval) {
         load.log(248, title::kErrorReadingMeasurement, input.name());
         load.abort = true;
@@ -44,14 +45,15 @@ void readSupercomList(MeasurementInput& input, int count) {
         if (load.cancelled()) {
             return;
         }
-        const auto fwp = input.number("MFSW", {k});
+        const auto fwp = input.number(minor_supercom_field::kWord, {k});
         if (!fwp) {
             ++missing;
-            load.log(249, title::kError, load.prefix + input.code("MFSW", {k}));
+            load.log(249, title::kError,
+                     load.prefix + input.code(minor_supercom_field::kWord, {k}));
             continue;
         }
         missing = 0;
-        input.cell.mask = input.textOr("MFSM", 64, {}, {k});
+        input.cell.mask = input.textOr(minor_supercom_field::kWordMask, {}, {k});
         added += add(input, *fwp) ? 1 : 0;
         if (load.abort) {
             return;
@@ -93,14 +95,15 @@ struct Fragments {
 
 void readFragmentInterval(MeasurementInput& input, int count, Fragments& fragments) {
     auto& load = input.load;
-    const auto first = input.number("FMF3");
+    const auto first = input.number(minor_fragment_field::kFirst);
     if (!first) {
-        load.log(255, title::kError, load.prefix, input.code("FMF3"), input.name());
+        load.log(255, title::kError, load.prefix, input.code(minor_fragment_field::kFirst),
+                 input.name());
         load.abort = true;
         return;
     }
-    input.cell.mask = input.textOr("FMF4", 64, "FW");
-    const auto interval = input.number("FMF5");
+    input.cell.mask = input.textOr(minor_fragment_field::kMask, "FW");
+    const auto interval = input.number(minor_fragment_field::kInterval);
     if (!interval) {
         load.log(256, title::kErrorReadingMeasurement, input.name());
         load.abort = true;
@@ -131,17 +134,19 @@ void readFragmentList(MeasurementInput& input, int count, Fragments& fragments) 
         if (load.cancelled()) {
             return;
         }
-        const auto fwp = input.number("FMF6", {k});
+        const auto fwp = input.number(minor_fragment_field::kWord, {k});
         if (!fwp) {
             ++missing;
-            load.log(257, title::kError, input.name(), load.prefix, input.code("FMF6", {k}));
+            load.log(257, title::kError, input.name(), load.prefix,
+                     input.code(minor_fragment_field::kWord, {k}));
             fragments.failed = true;
             continue;
         }
         missing = 0;
-        input.cell.mask = input.textOr("FMF7", 64, "FW", {k});
-        input.cell.fragmentTransferOrder = input.textOr("FMF8", 1, {}, {k});
-        input.cell.fragmentNumber = input.number("FMF9", {k}).value_or(0);
+        input.cell.mask = input.textOr(minor_fragment_field::kWordMask, "FW", {k});
+        input.cell.fragmentTransferOrder =
+            input.textOr(minor_fragment_field::kTransferOrder, {}, {k});
+        input.cell.fragmentNumber = input.number(minor_fragment_field::kFragment, {k}).value_or(0);
         fragments.seen.add(input.cell.fragmentNumber);
         if (!add(input, *fwp)) {
             fragments.failed = true;
@@ -160,25 +165,26 @@ void readFragmentList(MeasurementInput& input, int count, Fragments& fragments) 
 
 void readMinorWord(MeasurementInput& input) {
     auto& load = input.load;
-    const auto fwp = input.number("MF");
+    const auto fwp = input.number(minor_word_field::kWord);
     if (!fwp) {
-        load.log(242, title::kError, load.prefix, input.code("MF"), input.name());
+        load.log(242, title::kError, load.prefix, input.code(minor_word_field::kWord),
+                 input.name());
         return;
     }
-    input.cell.mask = input.textOr("MFM", 64, {});
+    input.cell.mask = input.textOr(minor_word_field::kMask, {});
     add(input, *fwp);
 }
 
 void readMinorFrameSupercom(MeasurementInput& input) {
     auto& load = input.load;
-    const auto count = input.number("MFS\\N");
+    const auto count = input.number(minor_supercom_field::kCount);
     if (!count) {
         load.log(246, title::kErrorReadingMeasurement, input.name());
         load.abort = true;
         return;
     }
     input.cell.locationCount = *count;
-    input.cell.locationMode = input.textOr("MFS1", 1, {});
+    input.cell.locationMode = input.textOr(minor_supercom_field::kMode, {});
     if (input.cell.locationMode == "I") {
         readSupercomInterval(input, *count);
     } else {
@@ -188,14 +194,14 @@ void readMinorFrameSupercom(MeasurementInput& input) {
 
 void readMinorFrameFragments(MeasurementInput& input) {
     auto& load = input.load;
-    const auto count = input.number("FMF\\N");
+    const auto count = input.number(minor_fragment_field::kCount);
     if (!count) {
-        load.log(254, 91, load.prefix, input.code("FMF\\N"), input.name());
+        load.log(254, 91, load.prefix, input.code(minor_fragment_field::kCount), input.name());
         return;
     }
     input.cell.locationCount = *count;
-    input.cell.reconstructedLength = input.number("FMF1").value_or(0);
-    input.cell.locationMode = input.textOr("FMF2", 1, {});
+    input.cell.reconstructedLength = input.number(minor_fragment_field::kLength).value_or(0);
+    input.cell.locationMode = input.textOr(minor_fragment_field::kMode, {});
     Fragments fragments;
     if (input.cell.locationMode == "I") {
         readFragmentInterval(input, *count, fragments);

@@ -1,4 +1,4 @@
-// All commands of the P group in the order in which it is written.
+// All commands of the P group and of the D group in the order in which they are written.
 #pragma once
 
 #include "core/Vocabulary.h"
@@ -10,5 +10,7 @@ namespace kavu {
 /// The tables by which the parts of the group are read, written and edited, one behind the
 /// other. Codes have "-n", "-n-m" and so on where the command has numbers.
 [[nodiscard]] std::span<const Field> pcmVocabulary();
+/// The same of the measurements: first what all of them have, then the location types.
+[[nodiscard]] std::span<const Field> measurementVocabulary();
 
 }  // namespace kavu

@@ -17,9 +17,9 @@ constexpr int kTitleSupercomList = 98;
 /// The position of an "SF" measurement, put into the subframe if the user agrees.
 std::optional<int> askPosition(MeasurementInput& input, std::string_view subframe) {
     auto& load = input.load;
-    int position = input.number("SF2").value_or(0);
+    int position = input.number(subframe_word_field::kPosition).value_or(0);
     const int positions = input.format.subframePositions(subframe);
-    const auto code = input.code("SF2");
+    const auto code = input.code(subframe_word_field::kPosition);
     bool agreed = true;
     if (position < 1) {
         agreed = load.ask(244, kTitleSubframe, load.prefix, code, input.name(), position);
@@ -62,14 +62,15 @@ void checkSupercomPositions(MeasurementInput& input, std::string_view subframe, 
 void readSupercomInterval(MeasurementInput& input, std::string_view subframe, int count) {
     auto& load = input.load;
     auto& format = input.format;
-    const auto first = input.number("SFS3");
+    const auto first = input.number(subframe_supercom_field::kFirst);
     if (!first) {
-        load.log(251, title::kError, input.name(), load.prefix, input.code("SFS3"));
+        load.log(251, title::kError, input.name(), load.prefix,
+                 input.code(subframe_supercom_field::kFirst));
         load.abort = true;
         return;
     }
-    input.cell.mask = input.textOr("SFS4", 64, {});
-    const auto interval = input.number("SFS5");
+    input.cell.mask = input.textOr(subframe_supercom_field::kMask, {});
+    const auto interval = input.number(subframe_supercom_field::kInterval);
     if (!interval) {
         load.log(252, title::kErrorReadingMeasurement, input.name());
         load.abort = true;
@@ -107,14 +108,15 @@ void readSupercomList(MeasurementInput& input, std::string_view subframe, int co
         if (load.cancelled()) {
             return;
         }
-        const auto position = input.number("SFS6", {k});
+        const auto position = input.number(subframe_supercom_field::kPosition, {k});
         if (!position) {
             ++missing;
-            load.log(253, title::kError, input.name(), load.prefix, input.code("SFS6", {k}));
+            load.log(253, title::kError, input.name(), load.prefix,
+                     input.code(subframe_supercom_field::kPosition, {k}));
             continue;
         }
         missing = 0;
-        input.cell.mask = input.textOr("SFS7", 64, {}, {k});
+        input.cell.mask = input.textOr(subframe_supercom_field::kPositionMask, {}, {k});
         int fwp = 0;
         int fn = 0;
         if (input.format.subframeLocation(subframe, *position, fwp, fn) != 1) {
@@ -229,13 +231,14 @@ void SubframeFragments::placeSupercom(std::string_view subframe, int interval) {
 bool SubframeFragments::readInterval(int s, std::string_view subframe, bool supercommutated) {
     auto& load = input_.load;
     usedInterval_ = true;
-    const auto first = input_.number("FSF5", {s});
+    const auto first = input_.number(subframe_fragment_field::kFirst, {s});
     if (!first) {
-        load.log(261, title::kError, load.prefix, input_.code("FSF5", {s}), input_.name());
+        load.log(261, title::kError, load.prefix, input_.code(subframe_fragment_field::kFirst, {s}),
+                 input_.name());
         return failCorrected();
     }
-    input_.cell.mask = input_.textOr("FSF6", 64, "FW", {s});
-    const auto interval = input_.text("FSF7", 3, {s});
+    input_.cell.mask = input_.textOr(subframe_fragment_field::kMask, "FW", {s});
+    const auto interval = input_.text(subframe_fragment_field::kInterval, {s});
     if (!interval) {
         load.log(262, title::kErrorReadingMeasurement, input_.name());
         load.abort = true;
@@ -258,16 +261,17 @@ bool SubframeFragments::readListEntry(int s, int j, int position, std::string_vi
     int fn = 0;
     const int found = input_.format.subframeLocation(subframe, position, fwp, fn);
     if (found != 1) {
-        load.log(279, title::kErrorReadingMeasurement, load.prefix, input_.code("FSF8", {s, j}),
-                 std::to_string(position), input_.name(), position, subframe,
+        load.log(279, title::kErrorReadingMeasurement, load.prefix,
+                 input_.code(subframe_fragment_field::kPosition, {s, j}), std::to_string(position),
+                 input_.name(), position, subframe,
                  found == 0 ? std::string("Subframe position not found")
                             : formatPrintf("This subframe only has %d positions.", -found));
         return fail();
     }
-    cell.mask = input_.textOr("FSF9", 64, "FW", {s, j});
-    cell.fragmentTransferOrder = input_.textOr("FSF10", 1, {}, {s, j});
-    const auto fragment = input_.number("FSF11", {s, j});
-    const auto code = input_.code("FSF11", {s, j});
+    cell.mask = input_.textOr(subframe_fragment_field::kPositionMask, "FW", {s, j});
+    cell.fragmentTransferOrder = input_.textOr(subframe_fragment_field::kTransferOrder, {}, {s, j});
+    const auto fragment = input_.number(subframe_fragment_field::kFragment, {s, j});
+    const auto code = input_.code(subframe_fragment_field::kFragment, {s, j});
     if (!fragment) {
         load.log(263, title::kErrorReadingMeasurement, load.prefix, code, input_.name());
         return failCorrected();
@@ -305,7 +309,7 @@ void SubframeFragments::readList(int s, std::string_view subframe, bool supercom
     usedList_ = true;
     masks_.clear();
     for (int j = 1; !input_.load.cancelled(); ++j) {
-        const auto position = input_.number("FSF8", {s, j});
+        const auto position = input_.number(subframe_fragment_field::kPosition, {s, j});
         if (!position || !readListEntry(s, j, *position, subframe, supercommutated)) {
             return;
         }
@@ -314,7 +318,7 @@ void SubframeFragments::readList(int s, std::string_view subframe, bool supercom
 
 bool SubframeFragments::readOne(int s) {
     auto& load = input_.load;
-    const auto named = input_.text("FSF3", 32, {s});
+    const auto named = input_.text(subframe_fragment_field::kSubframe, {s});
     missing_ = named ? 0 : missing_ + 1;
     const std::string subframe(named.value_or("Unknown"));
     const auto ref = input_.format.findSubframe(subframe);
@@ -324,7 +328,7 @@ bool SubframeFragments::readOne(int s) {
         return missing_ < MeasurementInput::kMostMissing;
     }
     const bool supercommutated = input_.format.subframe(*ref)->isSupercommutated();
-    input_.cell.locationMode = input_.textOr("FSF4", 1, {}, {s});
+    input_.cell.locationMode = input_.textOr(subframe_fragment_field::kMode, {}, {s});
     if (input_.cell.locationMode == "I") {
         return readInterval(s, subframe, supercommutated);
     }
@@ -366,16 +370,17 @@ bool placeInSubframe(MeasurementInput& input, std::string_view subframe, int fwp
 
 void readSubframeWord(MeasurementInput& input) {
     auto& load = input.load;
-    const std::string subframe(input.textOr("SF1", 32, "????????"));
+    const std::string subframe(input.textOr(subframe_word_field::kSubframe, "????????"));
     if (!input.format.findSubframe(subframe)) {
-        load.log(243, kTitleSubframe, input.name(), subframe, load.prefix, input.code("SF1"));
+        load.log(243, kTitleSubframe, input.name(), subframe, load.prefix,
+                 input.code(subframe_word_field::kSubframe));
         return;
     }
     const auto position = askPosition(input, subframe);
     if (!position) {
         return;
     }
-    input.cell.mask = input.textOr("SFM", 64, {});
+    input.cell.mask = input.textOr(subframe_word_field::kMask, {});
     int fwp = 0;
     int fn = 0;
     if (input.format.subframeLocation(subframe, *position, fwp, fn) == 1) {
@@ -385,15 +390,15 @@ void readSubframeWord(MeasurementInput& input) {
 
 void readSubframeSupercom(MeasurementInput& input) {
     auto& load = input.load;
-    const std::string subframe(input.textOr("SFS1", 32, {}));
-    const auto count = input.number("SFS\\N");
+    const std::string subframe(input.textOr(subframe_supercom_field::kSubframe, {}));
+    const auto count = input.number(subframe_supercom_field::kCount);
     if (!count) {
         load.log(250, title::kErrorReadingMeasurement, input.name());
         load.abort = true;
         return;
     }
     input.cell.locationCount = *count;
-    input.cell.locationMode = input.textOr("SFS2", 1, {});
+    input.cell.locationMode = input.textOr(subframe_supercom_field::kMode, {});
     if (input.cell.locationMode == "I") {
         readSupercomInterval(input, subframe, *count);
     } else {
@@ -404,16 +409,18 @@ void readSubframeSupercom(MeasurementInput& input) {
 void readSubframeFragments(MeasurementInput& input) {
     auto& load = input.load;
     constexpr int kTitleIncomplete = 104;
-    const auto count = input.number("FSF\\N");
+    const auto count = input.number(subframe_fragment_field::kCount);
     if (!count) {
-        load.log(258, kTitleIncomplete, load.prefix, input.code("FSF\\N"), input.name());
+        load.log(258, kTitleIncomplete, load.prefix, input.code(subframe_fragment_field::kCount),
+                 input.name());
         return;
     }
     input.cell.locationCount = *count;
-    input.cell.reconstructedLength = input.number("FSF1").value_or(0);
-    const auto subframes = input.number("FSF2\\N");
+    input.cell.reconstructedLength = input.number(subframe_fragment_field::kLength).value_or(0);
+    const auto subframes = input.number(subframe_fragment_field::kSubframes);
     if (!subframes) {
-        load.log(259, kTitleIncomplete, load.prefix, input.code("FSF2\\N"), input.name());
+        load.log(259, kTitleIncomplete, load.prefix,
+                 input.code(subframe_fragment_field::kSubframes), input.name());
         return;
     }
     SubframeFragments(input, *count).readAll(*subframes);

@@ -21,48 +21,25 @@ namespace {
 
 using tagged_code::kName;
 
-constexpr auto kParity = std::to_array<Choice>({
-    {"EV", "Even", "Even"},
-    {"OD", "Odd", "Odd"},
-    {"NO", "None", "None"},
-    {"DE", "Default", "Default"},
-});
-constexpr auto kParityOrder = std::to_array<Choice>({
-    {"L", "Leads Word", "Leads Word"},
-    {"T", "Trails Word", "Trails Word"},
-    {"D", "Default", "Default"},
-});
-constexpr auto kOrder = std::to_array<Choice>({
-    {"M", "MSB First", "MSB First"},
-    {"L", "LSB First", "LSB First"},
-    {"D", "Default", "Default"},
-});
-constexpr auto kChoice = FieldKind::Choice;
+/// A field of one measurement or tag, which is no list itself.
+constexpr Field ofOne(Field field) {
+    field.code = codeHead(field.code);
+    field.list = {};
+    return field;
+}
 
 constexpr auto kFields = std::to_array<Field>({
-    {.code = kName, .label = "Measurement Name:", .limit = 32},
-    {.code = "MN1", .label = "Parity:", .limit = 2, .kind = kChoice, .choices = kParity},
-    {.code = "MN2",
-     .label = "Parity Transfer Order:",
-     .limit = 1,
-     .kind = kChoice,
-     .choices = kParityOrder},
-    {.code = "MN3",
-     .label = "Measurement Transfer Order:",
-     .limit = 1,
-     .kind = kChoice,
-     .choices = kOrder},
-    {.code = tagged_code::kWordLength,
-     .label = "Word Length:",
-     .limit = 3,
-     .kind = FieldKind::Digits,
-     .unit = "bits"},
+    ofOne(measurement_field::kName),
+    ofOne(measurement_field::kParity),
+    ofOne(measurement_field::kParityOrder),
+    ofOne(measurement_field::kTransferOrder),
+    ofOne(tagged_field::kWordLength),
 });
 constexpr auto kTagFields = std::to_array<Field>({
-    {.code = "TD2", .label = "Tag Number", .limit = 10},
-    {.code = "TD3", .label = "Bit Mask", .limit = 64},
-    {.code = "TD4", .label = "Transfer Order", .limit = 1, .kind = kChoice, .choices = kOrder},
-    {.code = "TD5", .label = "Fragment Position", .limit = 2},
+    ofOne(tagged_field::kTagNumber),
+    ofOne(tagged_field::kMask),
+    ofOne(tagged_field::kTransferOrder),
+    ofOne(tagged_field::kPosition),
 });
 
 /// A code of the file in its parts: "TD2-1-3-2" is field "TD2" of list 1, measurement 3, tag 2.
@@ -139,23 +116,21 @@ std::string_view valueOf(const FieldValues& values, std::string_view code) {
 
 void writeMeasurement(FileWriter& writer, const std::string& prefix,
                       const TaggedMeasurement& measurement, int number) {
-    const auto write = [&](std::string_view code, std::string_view value) {
-        writeCommand(writer, prefix, formatPrintf("%s-%d-%d", code, measurement.list, number),
-                     value);
+    const auto write = [&](const Field& field, std::string_view value) {
+        writeCommand(writer, prefix, numberedCode(field.code, {measurement.list, number}), value);
     };
     for (const auto& field : kFields) {
         if (field.code == tagged_code::kWordLength) {
-            write(tagged_code::kLocationType, tagged_code::kTaggedType);
-            write(tagged_code::kTagCount, std::to_string(measurement.tags.size()));
+            write(measurement_field::kLocationType, kTaggedType);
+            write(tagged_field::kCount, std::to_string(measurement.tags.size()));
         }
-        write(field.code, valueOf(measurement.values, field.code));
+        write(field, valueOf(measurement.values, field.code));
     }
     int f = 0;
     for (const auto& tag : measurement.tags) {
         ++f;
         for (const auto& field : kTagFields) {
-            writeCommand(writer, prefix,
-                         formatPrintf("%s-%d-%d-%d", field.code, measurement.list, number, f),
+            writeCommand(writer, prefix, numberedCode(field.code, {measurement.list, number, f}),
                          valueOf(tag.values, field.code));
         }
     }

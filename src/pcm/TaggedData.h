@@ -6,6 +6,7 @@
 #include "core/FieldRules.h"
 #include "core/Vocabulary.h"
 #include "pcm/FixedText.h"
+#include "pcm/MeasurementFields.h"
 
 #include <optional>
 #include <span>
@@ -18,13 +19,11 @@ namespace kavu {
 class PcmFormat;
 class UserInterface;
 
+// The codes of values, without their numbers.
 namespace tagged_code {
 
-inline constexpr std::string_view kName = "MN";
-inline constexpr std::string_view kLocationType = "LT";
-inline constexpr std::string_view kTaggedType = "TD";  ///< the location type of all of them
-inline constexpr std::string_view kTagCount = "TD\\N";
-inline constexpr std::string_view kWordLength = "TD1";
+inline constexpr auto kName = codeHead(measurement_field::kName.code);
+inline constexpr auto kWordLength = codeHead(tagged_field::kWordLength.code);
 
 }  // namespace tagged_code
 

@@ -13,8 +13,8 @@ class WordFrameReader {
   public:
     explicit WordFrameReader(MeasurementInput& input)
         : input_(input), load_(input.load), format_(input.format) {
-        record("MN", {}, input.name());
-        record("LT", {}, input.cell.locationType);
+        record(measurement_field::kName, {}, input.name());
+        record(measurement_field::kLocationType, {}, input.cell.locationType);
         head_ = commands_.size();
     }
 
@@ -22,8 +22,7 @@ class WordFrameReader {
 
   private:
     /// Adds a command to the record of what was read.
-    void record(std::string_view field, std::initializer_list<int> indices,
-                std::string_view value) {
+    void record(const Field& field, std::initializer_list<int> indices, std::string_view value) {
         commands_.append(load_.prefix).append(input_.code(field, indices));
         commands_.append(":").append(value).append(";");
         if (commands_.size() > kLongestRecord) {
@@ -32,20 +31,19 @@ class WordFrameReader {
             commands_.erase(head_, cut + 1 - head_);
         }
     }
-    std::optional<std::string_view> text(std::string_view field, int limit,
-                                         std::initializer_list<int> indices) {
-        const auto value = input_.text(field, limit, indices);
+    std::optional<std::string_view> text(const Field& field, std::initializer_list<int> indices) {
+        const auto value = input_.text(field, indices);
         if (value) {
             record(field, indices, *value);
         }
         return value;
     }
-    std::optional<int> number(std::string_view field, std::initializer_list<int> indices) {
-        const auto value = text(field, 0, indices);
+    std::optional<int> number(const Field& field, std::initializer_list<int> indices) {
+        const auto value = text(field, indices);
         return value ? std::optional(std::max(0, leadingInt(*value))) : std::nullopt;
     }
-    std::optional<int> signedNumber(std::string_view field, std::initializer_list<int> indices) {
-        const auto value = text(field, 0, indices);
+    std::optional<int> signedNumber(const Field& field, std::initializer_list<int> indices) {
+        const auto value = text(field, indices);
         return value ? std::optional(leadingInt(*value)) : std::nullopt;
     }
 
@@ -55,7 +53,7 @@ class WordFrameReader {
     std::optional<WordFrameFragment> readFragment(int k, int f);
     bool readWords(int k, int f, WordFrameFragment& fragment);
     bool readFrames(int k, int f, WordFrameFragment& fragment);
-    void reportMissing(std::string_view what, std::string_view field, int k, int f);
+    void reportMissing(std::string_view what, const Field& field, int k, int f);
     void takeEveryFrame(WordFrameFragment& fragment);
     [[nodiscard]] int sumOfMasks(const WordFrameLocation& location) const;
     void makeSubframes(WordFrameLocation& location);
@@ -70,7 +68,7 @@ class WordFrameReader {
     bool present_ = false;  ///< a fragment of the location has been found
 };
 
-void WordFrameReader::reportMissing(std::string_view what, std::string_view field, int k, int f) {
+void WordFrameReader::reportMissing(std::string_view what, const Field& field, int k, int f) {
     load_.log(284, title::kErrorReadingMeasurement, input_.name(), what, load_.prefix,
               input_.code(field, {k, f}));
     load_.logLastCommands(commands_);
@@ -78,18 +76,18 @@ void WordFrameReader::reportMissing(std::string_view what, std::string_view fiel
 }
 
 bool WordFrameReader::readWords(int k, int f, WordFrameFragment& fragment) {
-    const auto start = number("WP", {k, f});
+    const auto start = number(word_frame_field::kWord, {k, f});
     if (!start) {
-        reportMissing("Start Word", "WP", k, f);
+        reportMissing("Start Word", word_frame_field::kWord, k, f);
         return false;
     }
     present_ = true;
     fragment.startWord = *start;
-    fragment.wordInterval = number("WI", {k, f}).value_or(0);
+    fragment.wordInterval = number(word_frame_field::kWordInterval, {k, f}).value_or(0);
     const int last = format_.wordsPerMinorFrame - 1;
     fragment.endWord = fragment.wordInterval > 0 ? last : *start;
     if (load_.edition() >= 2009) {
-        if (const auto end = signedNumber("EWP", {k, f})) {
+        if (const auto end = signedNumber(word_frame_field::kEndWord, {k, f})) {
             fragment.endWord = *end < 0 ? last : *end;
             load_.result = *end < 0 ? 1 : load_.result;
         }
@@ -98,16 +96,16 @@ bool WordFrameReader::readWords(int k, int f, WordFrameFragment& fragment) {
 }
 
 bool WordFrameReader::readFrames(int k, int f, WordFrameFragment& fragment) {
-    const auto start = number("FP", {k, f});
+    const auto start = number(word_frame_field::kFrame, {k, f});
     if (!start) {
-        reportMissing("Start Frame", "FP", k, f);
+        reportMissing("Start Frame", word_frame_field::kFrame, k, f);
         return false;
     }
     fragment.startFrame = *start;
-    fragment.frameInterval = number("FI", {k, f}).value_or(0);
+    fragment.frameInterval = number(word_frame_field::kFrameInterval, {k, f}).value_or(0);
     fragment.endFrame = fragment.frameInterval > 0 ? format_.numberOfFrames : *start;
     if (load_.edition() >= 2009) {
-        if (const auto end = signedNumber("EFP", {k, f})) {
+        if (const auto end = signedNumber(word_frame_field::kEndFrame, {k, f})) {
             fragment.endFrame = *end < 0 ? format_.numberOfFrames : *end;
             load_.result = *end < 0 ? 1 : load_.result;
         }
@@ -144,10 +142,10 @@ std::optional<WordFrameFragment> WordFrameReader::readFragment(int k, int f) {
         load_.corrected();
         return std::nullopt;
     }
-    fragment.mask = text("WFM", 64, {k, f}).value_or(std::string_view());
-    const auto order = text("WFT", 0, {k, f}).value_or(std::string_view());
+    fragment.mask = text(word_frame_field::kMask, {k, f}).value_or(std::string_view());
+    const auto order = text(word_frame_field::kTransferOrder, {k, f}).value_or(std::string_view());
     fragment.transferOrder = order.starts_with('M') || order.starts_with('L') ? order[0] : 'D';
-    fragment.fragmentPosition = number("WFP", {k, f}).value_or(0);
+    fragment.fragmentPosition = number(word_frame_field::kPosition, {k, f}).value_or(0);
     takeEveryFrame(fragment);
     return fragment;
 }
@@ -226,9 +224,9 @@ void WordFrameReader::order(int k, WordFrameLocation& location) {
 }
 
 bool WordFrameReader::readLocation(int k, WordFrameLocation& location) {
-    const auto told = number("MNF\\N", {k});
+    const auto told = number(word_frame_field::kFragments, {k});
     const int count = std::max(1, told.value_or(1));
-    const auto length = count > 1 ? number("MWL", {k}) : std::nullopt;
+    const auto length = count > 1 ? number(word_frame_field::kLength, {k}) : std::nullopt;
     location.wordLength = length.value_or(0);
     if (!readFragments(k, count, length.has_value(), location)) {
         return true;
@@ -247,9 +245,9 @@ bool WordFrameReader::readLocation(int k, WordFrameLocation& location) {
 void WordFrameReader::read() {
     std::string counter;
     if (load_.edition() >= 2011 && countIdCounters(format_) > 1) {
-        counter = text("IDCN", 0, {}).value_or(std::string_view());
+        counter = text(word_frame_field::kCounter, {}).value_or(std::string_view());
     }
-    const int count = number("MML\\N", {}).value_or(0);
+    const int count = number(word_frame_field::kCount, {}).value_or(0);
     if (count < 1) {
         return;
     }

@@ -15,7 +15,7 @@ TEST(DocumentVocabularies, StandInTheOrderInWhichTheGroupsAreSaved) {
         EXPECT_FALSE(vocabulary.name.empty()) << vocabulary.letter;
         EXPECT_FALSE(vocabulary.fields.empty()) << vocabulary.letter;
     }
-    EXPECT_EQ(letters, "GTRMPA");
+    EXPECT_EQ(letters, "GTRMPDA");
 }
 
 TEST(DocumentVocabularies, HaveThoseOfTheAttributeGroups) {
@@ -26,7 +26,8 @@ TEST(DocumentVocabularies, HaveThoseOfTheAttributeGroups) {
         EXPECT_EQ(found->name, vocabularyName(letter));
     }
     EXPECT_EQ(findDocumentVocabulary('P')->fields.front().code, "DLN");
-    EXPECT_EQ(findDocumentVocabulary('D'), nullptr);
+    EXPECT_EQ(findDocumentVocabulary('D')->fields.front().code, "DLN");
+    EXPECT_EQ(findDocumentVocabulary('B'), nullptr);
     EXPECT_EQ(findDocumentVocabulary('p'), nullptr);
 }
 

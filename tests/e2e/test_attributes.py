@@ -48,8 +48,8 @@ class VocabularyTest(kavu.KavuTest):
         self.assertIn("RML", [each["code"] for each in self.fields("R")["fields"]])
 
     def test_every_group_with_a_table_is_served_in_file_order(self):
-        firsts = {letter: self.fields(letter)["fields"][0]["code"] for letter in "GTRMPA"}
-        self.assertEqual(firsts, {"G": "PN", "T": "ID", "R": "ID", "M": "ID", "P": "DLN", "A": "DLN"})
+        firsts = {letter: self.fields(letter)["fields"][0]["code"] for letter in "GTRMPDA"}
+        self.assertEqual(firsts, {"G": "PN", "T": "ID", "R": "ID", "M": "ID", "P": "DLN", "D": "DLN", "A": "DLN"})
         codes = [each["code"] for each in self.fields("R")["fields"]]
         self.assertLess(codes.index("TK1-n"), codes.index("COM"))
         self.assertIn("ADL-n-m", codes)
@@ -72,7 +72,7 @@ class VocabularyTest(kavu.KavuTest):
         self.assertRegex(result.text, r"(?m)^SC +1 +choice +Security Classification: +U, C, S, T, O$")
 
     def test_a_group_without_a_table_is_wrong_usage(self):
-        for arguments in (["X"], [""], ["GT"], ["D"], ["G", "--edition", "1998"], []):
+        for arguments in (["X"], [""], ["GT"], ["B"], ["G", "--edition", "1998"], []):
             self.assertEqual(self.run_cli("vocabulary", *arguments).status, USAGE, arguments)
 
 
