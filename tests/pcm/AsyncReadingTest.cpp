@@ -1,5 +1,7 @@
 #include "pcm/StreamFixture.h"
 
+#include <gmock/gmock.h>
+
 namespace kavu {
 namespace {
 
