@@ -39,7 +39,7 @@ class EuStage : public testing::Test {
     }
     bool run(const std::string& name, test::TestDoor::Driver driver) {
         door.next(std::move(driver));
-        return editConversion(*form, f->context, f->conversions, name);
+        return editConversion(*form, f->context, f->conversions, name, setup);
     }
     static EuSheet& sheetOf(QDialog& dialog) { return dynamic_cast<EuSheet&>(dialog); }
     static std::string nameOf(QDialog& dialog) {
@@ -59,6 +59,7 @@ class EuStage : public testing::Test {
     std::unique_ptr<ConversionFixture> f;
     test::TestDoor door;
     std::unique_ptr<FormContext> form;
+    ConversionSheetSetup setup;
 };
 
 }  // namespace kavu::test
