@@ -2,14 +2,14 @@
 #include "conversion/ConversionLoader.h"
 #include "conversion/ConversionStore.h"
 #include "conversion/ConversionWriter.h"
-#include "core/Clock.h"
-#include "core/FileIo.h"
-#include "core/KeyValueStore.h"
-#include "core/Messages.h"
-#include "core/ProfileSettings.h"
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "core/document/KeyValueStore.h"
+#include "core/files/FileIo.h"
+#include "core/talk/Messages.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Clock.h"
 
 #include <string>
 #include <vector>

@@ -2,7 +2,7 @@
 // of a 16-bit word. A user drags a value and looks at the curve: 5 ms and 50 ms are what
 // still feels immediate.
 #include "conversion/PairSetFit.h"
-#include "conversion/SvgSurface.h"
+#include "drawing/SvgSurface.h"
 
 #include <cmath>
 

@@ -1,10 +1,10 @@
 // How fast profile files are parsed, looked up in and written, and how the store of
 // sections grows.
-#include "core/Clock.h"
-#include "core/Environment.h"
-#include "core/KeyValueStore.h"
-#include "core/ProfileFile.h"
 #include "core/WorkingStore.h"
+#include "core/document/KeyValueStore.h"
+#include "core/files/Environment.h"
+#include "core/files/ProfileFile.h"
+#include "core/text/Clock.h"
 
 #include <string>
 #include <string_view>

@@ -1,6 +1,6 @@
 // How fast commands are cut and fields are looked up, in bytes of TMATS text a second.
-#include "core/FieldIndex.h"
 #include "core/TmatsReader.h"
+#include "core/document/FieldIndex.h"
 
 #include <cstdlib>
 #include <string>

@@ -1,17 +1,17 @@
 // How fast a stream is loaded, written and converted, in measurements a second, and what a level
 // of its undo costs.
-#include "core/Clock.h"
-#include "core/Messages.h"
-#include "core/ProfileSettings.h"
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
-#include "pcm/FrameEditWords.h"
+#include "core/talk/Messages.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Clock.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/PcmLoad.h"
-#include "pcm/PcmSave.h"
-#include "pcm/StreamUndo.h"
-#include "pcm/WordFrameConversion.h"
+#include "pcm/edit/FrameEditWords.h"
+#include "pcm/undo/StreamUndo.h"
+#include "pcm/write/PcmSave.h"
+#include "pcm/write/WordFrameConversion.h"
 
 #include <array>
 #include <cstdlib>

@@ -45,11 +45,11 @@ function(kavu_precompile target)
     endif()
 endfunction()
 
-# One library for a folder of src. DEPENDS names the folders it may include; the build
+# One library for a folder of src with its rooms. DEPENDS names the folders it may include; the build
 # rule that folders only include to their left is checked by tests/architecture.
 function(kavu_add_library folder)
     cmake_parse_arguments(arg "" "" "DEPENDS;LINK" ${ARGN})
-    file(GLOB sources CONFIGURE_DEPENDS *.cpp)
+    file(GLOB_RECURSE sources CONFIGURE_DEPENDS *.cpp)
     set(scope PUBLIC)
     if(sources)
         add_library(kavu_${folder} STATIC ${sources})

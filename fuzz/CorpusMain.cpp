@@ -1,7 +1,7 @@
 // Runs a fuzz target once over every file of a corpus folder, where there is no libFuzzer.
 // A corpus that is missing, empty or can not be read is a failure: a test that ran nothing
 // has shown nothing.
-#include "core/FileIo.h"
+#include "core/files/FileIo.h"
 
 #include <cstdint>
 #include <cstdio>

@@ -3,11 +3,11 @@
 // same bytes: nothing may get lost on a second way through.
 #include "Check.h"
 #include "application/Application.h"
-#include "core/BuildDocument.h"
-#include "core/FileIo.h"
-#include "core/OpenDocument.h"
-#include "core/ProfileSettings.h"
 #include "core/WorkingStore.h"
+#include "core/document/BuildDocument.h"
+#include "core/document/OpenDocument.h"
+#include "core/files/FileIo.h"
+#include "core/talk/ProfileSettings.h"
 #include "support/RecordingInterface.h"
 
 #include <algorithm>

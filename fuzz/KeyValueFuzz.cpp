@@ -2,9 +2,9 @@
 #include "../tests/support/KeyValueModel.h"
 #include "Check.h"
 #include "Choices.h"
-#include "core/Clock.h"
-#include "core/KeyValueStore.h"
 #include "core/WorkingStore.h"
+#include "core/document/KeyValueStore.h"
+#include "core/text/Clock.h"
 
 #include <cstdint>
 #include <string>

@@ -3,7 +3,7 @@
 #include "../tests/support/ProfileModel.h"
 #include "Check.h"
 #include "Choices.h"
-#include "core/ProfileFile.h"
+#include "core/files/ProfileFile.h"
 
 #include <cstdint>
 #include <string>

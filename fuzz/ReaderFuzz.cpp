@@ -1,9 +1,9 @@
 // The reader against a second one that takes a character at a time, the look-ups in a ring
 // against the index, and the commands taken apart against simple rules.
 #include "Check.h"
-#include "core/FieldIndex.h"
-#include "core/Text.h"
 #include "core/TmatsReader.h"
+#include "core/document/FieldIndex.h"
+#include "core/text/Text.h"
 
 #include <cstdint>
 #include <string>

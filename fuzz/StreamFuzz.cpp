@@ -3,18 +3,18 @@
 // again: as a frame in which no count, depth or index leads anywhere else, and in the end as the
 // same bytes. In between it may be converted to word/frame locations.
 #include "Check.h"
-#include "core/Clock.h"
-#include "core/Edition.h"
-#include "core/FileIo.h"
-#include "core/Messages.h"
-#include "core/ProfileSettings.h"
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "core/files/FileIo.h"
+#include "core/talk/Messages.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Clock.h"
+#include "core/text/Edition.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/PcmLoad.h"
-#include "pcm/PcmSave.h"
-#include "pcm/WordFrameConversion.h"
+#include "pcm/write/PcmSave.h"
+#include "pcm/write/WordFrameConversion.h"
 
 #include <array>
 #include <cstdint>

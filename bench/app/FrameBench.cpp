@@ -6,10 +6,10 @@
 #include "app/framework/Look.h"
 #include "app/pcm/FrameGrid.h"
 #include "application/Application.h"
-#include "core/Clock.h"
-#include "core/Printf.h"
+#include "core/text/Clock.h"
+#include "core/text/Printf.h"
 #include "pcm/PcmFormat.h"
-#include "pcm/SubframeEdit.h"
+#include "pcm/structure/SubframeEdit.h"
 
 #include <algorithm>
 #include <cstdio>

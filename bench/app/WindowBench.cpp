@@ -9,7 +9,7 @@
 #include "app/shell/MainWindow.h"
 #include "app/shell/TreePanel.h"
 #include "application/Application.h"
-#include "core/Clock.h"
+#include "core/text/Clock.h"
 
 #include <algorithm>
 #include <clocale>

@@ -1,7 +1,7 @@
 // Writes the reference pages of the vocabularies into a folder, one for each group. Run by the
 // build: the pages are never older than the tables.
 #include "application/DocumentVocabularies.h"
-#include "core/FileIo.h"
+#include "core/files/FileIo.h"
 #include "groups/VocabularyPage.h"
 
 #include <iostream>

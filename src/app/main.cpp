@@ -9,7 +9,7 @@
 #include "app/shell/Pictures.h"
 #include "app/shell/StartOptions.h"
 #include "application/Application.h"
-#include "core/Clock.h"
+#include "core/text/Clock.h"
 
 #include <csignal>
 #include <iostream>

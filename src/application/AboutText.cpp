@@ -1,6 +1,6 @@
 #include "application/AboutText.h"
 
-#include "core/Printf.h"
+#include "core/text/Printf.h"
 
 #include <array>
 

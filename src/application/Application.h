@@ -3,9 +3,9 @@
 // both programs makes one and passes it on. There is no global, so a test may make many.
 #pragma once
 
-#include "core/Clock.h"
-#include "core/Environment.h"
 #include "core/TmatsDocument.h"
+#include "core/files/Environment.h"
+#include "core/text/Clock.h"
 
 #include <functional>
 #include <memory>

@@ -1,8 +1,8 @@
 #include "application/DocumentVocabularies.h"
 
-#include "core/GroupFiles.h"
+#include "core/document/GroupFiles.h"
 #include "groups/Vocabularies.h"
-#include "pcm/PcmVocabulary.h"
+#include "pcm/model/PcmVocabulary.h"
 
 #include <algorithm>
 #include <vector>

@@ -1,7 +1,7 @@
 // The vocabularies of all groups that have one, whatever folder holds them.
 #pragma once
 
-#include "core/Vocabulary.h"
+#include "vocabulary/Field.h"
 
 #include <span>
 #include <string_view>

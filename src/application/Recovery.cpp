@@ -1,13 +1,13 @@
 #include "application/Recovery.h"
 
 #include "application/Application.h"
-#include "core/BuildDocument.h"
-#include "core/FileIo.h"
-#include "core/Messages.h"
-#include "core/ProfileSettings.h"
-#include "core/Text.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "core/document/BuildDocument.h"
+#include "core/files/FileIo.h"
+#include "core/talk/Messages.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Text.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -2,7 +2,7 @@
 // from what was split.
 #pragma once
 
-#include "core/IoStatus.h"
+#include "core/files/IoStatus.h"
 
 #include <cstdint>
 #include <string>

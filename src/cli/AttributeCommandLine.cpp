@@ -1,7 +1,7 @@
 #include "cli/AttributeCommandLine.h"
 
 #include "application/DocumentVocabularies.h"
-#include "core/Text.h"
+#include "core/text/Text.h"
 #include "groups/Vocabularies.h"
 
 namespace kavu::cli {
@@ -11,7 +11,8 @@ namespace {
 std::optional<std::string> readLetter(const std::string& text, CommandLine& line) {
     const char letter = text.size() == 1 ? toUpperAscii(text.front()) : '\0';
     if (findDocumentVocabulary(letter) == nullptr) {
-        return "vocabulary: '" + text + "' is not a group with a vocabulary (" + vocabularyLetterList() + ")";
+        return "vocabulary: '" + text + "' is not a group with a vocabulary (" +
+               vocabularyLetterList() + ")";
     }
     line.letter = letter;
     return std::nullopt;

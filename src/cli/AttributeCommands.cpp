@@ -4,13 +4,13 @@
 #include "cli/Commands.h"
 #include "cli/ScriptedInterface.h"
 #include "cli/TerminalText.h"
-#include "core/BuildDocument.h"
-#include "core/Edition.h"
-#include "core/FieldRules.h"
-#include "core/Text.h"
 #include "core/TmatsDocument.h"
+#include "core/document/BuildDocument.h"
+#include "core/text/Edition.h"
+#include "core/text/Text.h"
 #include "groups/AttributeEdit.h"
 #include "groups/Vocabularies.h"
+#include "vocabulary/FieldRules.h"
 
 #include <array>
 

@@ -3,9 +3,9 @@
 #include "cli/AttributeCommandLine.h"
 #include "conversion/CurveFit.h"
 #include "conversion/EuNumbers.h"
-#include "core/Edition.h"
-#include "core/FieldRules.h"
-#include "core/Text.h"
+#include "core/text/Edition.h"
+#include "core/text/Text.h"
+#include "vocabulary/FieldRules.h"
 
 #include <algorithm>
 #include <charconv>

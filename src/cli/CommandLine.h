@@ -2,7 +2,7 @@
 #pragma once
 
 #include "cli/ExitStatus.h"
-#include "core/Clock.h"
+#include "core/text/Clock.h"
 
 #include <map>
 #include <optional>

@@ -4,11 +4,11 @@
 #include "application/Recovery.h"
 #include "cli/TerminalText.h"
 #include "conversion/ConversionStore.h"
-#include "core/BuildDocument.h"
-#include "core/FileIo.h"
-#include "core/Printf.h"
-#include "core/ProfileSettings.h"
 #include "core/WorkingStore.h"
+#include "core/document/BuildDocument.h"
+#include "core/files/FileIo.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Printf.h"
 
 #include <array>
 #include <ctime>

@@ -7,11 +7,11 @@
 #include "conversion/ConversionStore.h"
 #include "conversion/EuEvaluation.h"
 #include "conversion/EuNumbers.h"
-#include "core/FileIo.h"
-#include "core/Printf.h"
-#include "core/Text.h"
-#include "core/TextEncoding.h"
 #include "core/TmatsDocument.h"
+#include "core/files/FileIo.h"
+#include "core/text/Printf.h"
+#include "core/text/Text.h"
+#include "core/text/TextEncoding.h"
 
 namespace kavu::cli {
 

@@ -6,10 +6,10 @@
 #include "conversion/EuNumbers.h"
 #include "conversion/PairFile.h"
 #include "conversion/PairSetFit.h"
-#include "conversion/SvgSurface.h"
-#include "core/FileIo.h"
-#include "core/Printf.h"
-#include "core/ProfileSettings.h"
+#include "core/files/FileIo.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Printf.h"
+#include "drawing/SvgSurface.h"
 
 #include <algorithm>
 #include <numeric>

@@ -1,6 +1,6 @@
 #include "cli/JsonReport.h"
 
-#include "core/TextEncoding.h"
+#include "core/text/TextEncoding.h"
 
 namespace kavu::cli {
 

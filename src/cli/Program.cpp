@@ -6,12 +6,12 @@
 #include "cli/JsonReport.h"
 #include "cli/ScriptedInterface.h"
 #include "cli/TerminalText.h"
-#include "core/Clock.h"
-#include "core/Edition.h"
-#include "core/FileIo.h"
-#include "core/OpenDocument.h"
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/document/OpenDocument.h"
+#include "core/files/FileIo.h"
+#include "core/text/Clock.h"
+#include "core/text/Edition.h"
 
 #include <cerrno>
 #include <cstring>

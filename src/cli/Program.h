@@ -2,7 +2,7 @@
 #pragma once
 
 #include "cli/ExitStatus.h"
-#include "core/Environment.h"
+#include "core/files/Environment.h"
 
 #include <functional>
 #include <iosfwd>

@@ -1,7 +1,7 @@
 #include "cli/ScriptedInterface.h"
 
 #include "cli/TerminalText.h"
-#include "core/Text.h"
+#include "core/text/Text.h"
 
 #include <algorithm>
 #include <charconv>

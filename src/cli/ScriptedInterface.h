@@ -3,7 +3,7 @@
 #pragma once
 
 #include "cli/CommandLine.h"
-#include "core/UserInterface.h"
+#include "core/talk/UserInterface.h"
 
 #include <chrono>
 #include <functional>

@@ -4,8 +4,8 @@
 #include "cli/Commands.h"
 #include "cli/ScriptedInterface.h"
 #include "cli/TerminalText.h"
-#include "core/BuildDocument.h"
 #include "core/TmatsDocument.h"
+#include "core/document/BuildDocument.h"
 #include "groups/DocumentTree.h"
 #include "groups/SourceEdit.h"
 

@@ -3,14 +3,14 @@
 #include "cli/ScriptedInterface.h"
 #include "cli/StreamReport.h"
 #include "cli/TerminalText.h"
-#include "core/BuildDocument.h"
-#include "core/Printf.h"
 #include "core/TmatsDocument.h"
+#include "core/document/BuildDocument.h"
+#include "core/text/Printf.h"
 #include "groups/GroupScan.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/PcmLoad.h"
-#include "pcm/PcmSave.h"
-#include "pcm/WordFrameConversion.h"
+#include "pcm/write/PcmSave.h"
+#include "pcm/write/WordFrameConversion.h"
 
 #include <set>
 

@@ -1,7 +1,7 @@
 #include "cli/StreamReport.h"
 #include "cli/TerminalText.h"
 #include "pcm/PcmFormat.h"
-#include "pcm/StreamSummary.h"
+#include "pcm/structure/StreamSummary.h"
 
 #include <algorithm>
 #include <optional>

@@ -1,7 +1,7 @@
 #include "cli/TerminalText.h"
 
-#include "core/Text.h"
-#include "core/TextEncoding.h"
+#include "core/text/Text.h"
+#include "core/text/TextEncoding.h"
 
 #include <algorithm>
 

@@ -4,7 +4,7 @@
 #include "cli/TerminalText.h"
 #include "conversion/ConversionStore.h"
 #include "groups/DocumentTree.h"
-#include "pcm/StreamSummary.h"
+#include "pcm/structure/StreamSummary.h"
 
 #include <map>
 

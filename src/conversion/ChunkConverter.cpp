@@ -5,12 +5,12 @@
 #include "conversion/LoadReports.h"
 #include "conversion/RawChunk.h"
 #include "conversion/StagedChunks.h"
-#include "core/Clock.h"
-#include "core/FileIo.h"
-#include "core/KeyValueStore.h"
-#include "core/Messages.h"
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/document/KeyValueStore.h"
+#include "core/files/FileIo.h"
+#include "core/talk/Messages.h"
+#include "core/text/Clock.h"
 
 #include <algorithm>
 #include <utility>

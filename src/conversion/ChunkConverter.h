@@ -2,7 +2,7 @@
 // name of its measurement.
 #pragma once
 
-#include "core/FileIo.h"
+#include "core/files/FileIo.h"
 
 #include <cstdint>
 #include <string>

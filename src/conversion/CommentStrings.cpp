@@ -1,8 +1,8 @@
 // The custom strings that become part of the comments of new records.
 #include "conversion/DefinitionEdit.h"
-#include "core/ProfileSettings.h"
-#include "core/Text.h"
 #include "core/TmatsDocument.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Text.h"
 
 #include <algorithm>
 

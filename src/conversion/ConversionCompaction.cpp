@@ -2,7 +2,7 @@
 
 #include "conversion/ConversionFiles.h"
 #include "conversion/StagedChunks.h"
-#include "core/FileIo.h"
+#include "core/files/FileIo.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // The numbers of the conversion chunks are made dense again after a load.
 #pragma once
 
-#include "core/IoStatus.h"
+#include "core/files/IoStatus.h"
 
 namespace kavu {
 

@@ -1,11 +1,11 @@
 #include "conversion/ConversionCopies.h"
 
 #include "conversion/ConversionStore.h"
-#include "core/FileIo.h"
-#include "core/FileReports.h"
 #include "core/TmatsDocument.h"
-#include "core/UserInterface.h"
 #include "core/WorkingStore.h"
+#include "core/files/FileIo.h"
+#include "core/talk/FileReports.h"
+#include "core/talk/UserInterface.h"
 
 #include <string>
 #include <string_view>

@@ -1,6 +1,6 @@
 #include "conversion/ConversionFields.h"
 
-#include "core/Text.h"
+#include "core/text/Text.h"
 
 namespace kavu {
 

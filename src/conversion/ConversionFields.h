@@ -3,7 +3,7 @@
 // writer walk these tables.
 #pragma once
 
-#include "core/Edition.h"
+#include "core/text/Edition.h"
 
 #include <array>
 #include <cstddef>

@@ -1,7 +1,7 @@
 #include "conversion/ConversionFiles.h"
 
-#include "core/FileIo.h"
 #include "core/WorkingStore.h"
+#include "core/files/FileIo.h"
 
 #include <algorithm>
 #include <charconv>

@@ -2,7 +2,7 @@
 // chunks of sections, and one file for each comment that is too long for its chunk.
 #pragma once
 
-#include "core/IoStatus.h"
+#include "core/files/IoStatus.h"
 
 #include <cstdint>
 #include <string>

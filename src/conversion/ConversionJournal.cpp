@@ -1,6 +1,6 @@
 #include "conversion/ConversionJournal.h"
 
-#include "core/FileIo.h"
+#include "core/files/FileIo.h"
 
 #include <utility>
 

@@ -8,11 +8,11 @@
 #include "conversion/LoadReports.h"
 #include "conversion/RawGroup.h"
 #include "conversion/StagedChunks.h"
-#include "core/FileIo.h"
-#include "core/KeyValueStore.h"
 #include "core/TmatsDocument.h"
-#include "core/UserInterface.h"
 #include "core/WorkingStore.h"
+#include "core/document/KeyValueStore.h"
+#include "core/files/FileIo.h"
+#include "core/talk/UserInterface.h"
 
 #include <optional>
 #include <set>

@@ -2,8 +2,8 @@
 // look at all of them: the move to another edition, reports, the sample rates.
 #pragma once
 
-#include "core/IoStatus.h"
-#include "core/ProfileFile.h"
+#include "core/files/IoStatus.h"
+#include "core/files/ProfileFile.h"
 
 #include <functional>
 #include <string_view>

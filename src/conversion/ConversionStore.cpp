@@ -2,13 +2,13 @@
 
 #include "conversion/ConversionFields.h"
 #include "conversion/SampleRate.h"
-#include "core/Clock.h"
-#include "core/FileIo.h"
-#include "core/FileReports.h"
-#include "core/ProfileSettings.h"
-#include "core/Text.h"
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/files/FileIo.h"
+#include "core/talk/FileReports.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Clock.h"
+#include "core/text/Text.h"
 
 #include <algorithm>
 

@@ -10,7 +10,7 @@
 
 #include "conversion/ConversionFiles.h"
 #include "conversion/StagedChunks.h"
-#include "core/ProfileFile.h"
+#include "core/files/ProfileFile.h"
 
 #include <cstdint>
 #include <functional>

@@ -4,13 +4,13 @@
 #include "conversion/ConversionStore.h"
 #include "conversion/SampleRate.h"
 #include "conversion/UpdateFile.h"
-#include "core/Clock.h"
-#include "core/FileIo.h"
-#include "core/FileReports.h"
-#include "core/Printf.h"
-#include "core/Text.h"
 #include "core/TmatsDocument.h"
-#include "core/UserInterface.h"
+#include "core/files/FileIo.h"
+#include "core/talk/FileReports.h"
+#include "core/talk/UserInterface.h"
+#include "core/text/Clock.h"
+#include "core/text/Printf.h"
+#include "core/text/Text.h"
 
 #include <algorithm>
 #include <charconv>

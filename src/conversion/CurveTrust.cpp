@@ -2,8 +2,8 @@
 
 #include "conversion/CurveFit.h"
 #include "conversion/EuNumbers.h"
-#include "core/Printf.h"
-#include "core/Text.h"
+#include "core/text/Printf.h"
+#include "core/text/Text.h"
 
 #include <algorithm>
 #include <cmath>

@@ -2,7 +2,7 @@
 // or leaves no trace.
 #pragma once
 
-#include "core/ProfileFile.h"
+#include "core/files/ProfileFile.h"
 
 #include <optional>
 #include <span>

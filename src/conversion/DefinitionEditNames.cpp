@@ -2,9 +2,9 @@
 #include "conversion/ConversionFields.h"
 #include "conversion/ConversionStore.h"
 #include "conversion/DefinitionEdit.h"
-#include "core/Messages.h"
-#include "core/Text.h"
 #include "core/TmatsDocument.h"
+#include "core/talk/Messages.h"
+#include "core/text/Text.h"
 
 namespace kavu {
 

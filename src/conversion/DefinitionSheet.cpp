@@ -2,7 +2,7 @@
 
 #include "conversion/ConversionFields.h"
 #include "conversion/DefinitionEdit.h"
-#include "core/Text.h"
+#include "core/text/Text.h"
 
 #include <algorithm>
 #include <array>

@@ -4,8 +4,8 @@
 #include "conversion/CurveFit.h"
 #include "conversion/EuNumbers.h"
 #include "conversion/PairSet.h"
-#include "core/Printf.h"
-#include "core/Text.h"
+#include "core/text/Printf.h"
+#include "core/text/Text.h"
 
 #include <algorithm>
 #include <cmath>

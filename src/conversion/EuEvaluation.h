@@ -1,7 +1,7 @@
 // Telemetry values into engineering units by what a conversion record says.
 #pragma once
 
-#include "core/ProfileFile.h"
+#include "core/files/ProfileFile.h"
 
 #include <optional>
 #include <string>

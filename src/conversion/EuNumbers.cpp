@@ -1,8 +1,8 @@
 #include "conversion/EuNumbers.h"
 
-#include "core/Printf.h"
-#include "core/ProfileSettings.h"
-#include "core/Text.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Printf.h"
+#include "core/text/Text.h"
 
 #include <algorithm>
 #include <array>

@@ -2,8 +2,8 @@
 // edition, the detail windows of the conversion types.
 #pragma once
 
-#include "core/Edition.h"
-#include "core/Vocabulary.h"
+#include "core/text/Edition.h"
+#include "vocabulary/Field.h"
 
 #include <optional>
 #include <span>

@@ -1,7 +1,7 @@
 // The windows of the conversion types.
 #include "conversion/EuVocabulary.h"
-#include "core/Printf.h"
-#include "core/Text.h"
+#include "core/text/Printf.h"
+#include "core/text/Text.h"
 
 #include <array>
 

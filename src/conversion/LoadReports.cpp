@@ -1,7 +1,7 @@
 #include "conversion/LoadReports.h"
 
-#include "core/FileReports.h"
 #include "core/TmatsDocument.h"
+#include "core/talk/FileReports.h"
 
 namespace kavu {
 

@@ -1,9 +1,9 @@
 #include "conversion/PairFile.h"
 
 #include "conversion/PairSet.h"
-#include "core/FieldRules.h"
-#include "core/Printf.h"
-#include "core/Text.h"
+#include "core/text/Printf.h"
+#include "core/text/Text.h"
+#include "vocabulary/FieldRules.h"
 
 namespace kavu {
 

@@ -1,10 +1,10 @@
 #include "conversion/PairSet.h"
 
 #include "conversion/EuNumbers.h"
-#include "core/FieldRules.h"
-#include "core/Printf.h"
-#include "core/ProfileFile.h"
-#include "core/Text.h"
+#include "core/files/ProfileFile.h"
+#include "core/text/Printf.h"
+#include "core/text/Text.h"
+#include "vocabulary/FieldRules.h"
 
 #include <algorithm>
 #include <numeric>

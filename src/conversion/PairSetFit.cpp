@@ -1,9 +1,9 @@
 #include "conversion/PairSetFit.h"
 
 #include "conversion/EuNumbers.h"
-#include "core/Messages.h"
-#include "core/Printf.h"
-#include "core/ProfileSettings.h"
+#include "core/talk/Messages.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Printf.h"
 
 #include <algorithm>
 #include <cmath>

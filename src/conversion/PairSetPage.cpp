@@ -1,12 +1,12 @@
 #include "conversion/PairSetPage.h"
 
 #include "conversion/ConversionStore.h"
-#include "core/Messages.h"
-#include "core/ProfileFile.h"
-#include "core/ProfileSettings.h"
-#include "core/Text.h"
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/files/ProfileFile.h"
+#include "core/talk/Messages.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Text.h"
 
 namespace kavu {
 

@@ -1,6 +1,6 @@
 #include "conversion/EuNumbers.h"
 #include "conversion/PairSetFit.h"
-#include "core/Printf.h"
+#include "core/text/Printf.h"
 
 #include <algorithm>
 #include <cmath>

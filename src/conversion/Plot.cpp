@@ -1,7 +1,7 @@
 #include "conversion/Plot.h"
 
-#include "core/Printf.h"
-#include "core/Text.h"
+#include "core/text/Printf.h"
+#include "core/text/Text.h"
 
 #include <algorithm>
 #include <array>

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "conversion/PlotAttributes.h"
-#include "core/DrawingSurface.h"
+#include "drawing/DrawingSurface.h"
 
 #include <optional>
 #include <span>

@@ -1,11 +1,11 @@
 #include "conversion/PlotAttributes.h"
 
 #include "conversion/EuNumbers.h"
-#include "core/FieldRules.h"
-#include "core/Printf.h"
-#include "core/ProfileFile.h"
-#include "core/ProfileSettings.h"
-#include "core/Text.h"
+#include "core/files/ProfileFile.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Printf.h"
+#include "core/text/Text.h"
+#include "vocabulary/FieldRules.h"
 
 #include <algorithm>
 #include <charconv>

@@ -2,7 +2,7 @@
 // the rules of the form that edits them.
 #pragma once
 
-#include "core/DrawingSurface.h"
+#include "drawing/DrawingSurface.h"
 
 #include <array>
 #include <optional>

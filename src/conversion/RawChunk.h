@@ -2,7 +2,7 @@
 // measurement names.
 #pragma once
 
-#include "core/Text.h"
+#include "core/text/Text.h"
 
 #include <cstdint>
 #include <string>

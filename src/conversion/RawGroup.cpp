@@ -4,7 +4,7 @@
 #include "conversion/RawChunk.h"
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
-#include "core/UserInterface.h"
+#include "core/talk/UserInterface.h"
 
 #include <algorithm>
 

@@ -4,7 +4,7 @@
 // alternate costs a file, a buffer or a pass for each chunk.
 #pragma once
 
-#include "core/FileIo.h"
+#include "core/files/FileIo.h"
 
 #include <cstdint>
 #include <map>

@@ -1,7 +1,7 @@
 #include "conversion/SampleRate.h"
 
-#include "core/ProfileSettings.h"
-#include "core/Text.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Text.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #include "conversion/StagedChunks.h"
 
 #include "conversion/ConversionFiles.h"
-#include "core/FileIo.h"
+#include "core/files/FileIo.h"
 
 #include <utility>
 

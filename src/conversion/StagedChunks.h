@@ -4,7 +4,7 @@
 // made from stay in the working store: a run that is killed loses nothing.
 #pragma once
 
-#include "core/IoStatus.h"
+#include "core/files/IoStatus.h"
 
 #include <cstdint>
 #include <map>

@@ -1,12 +1,12 @@
 #include "conversion/UpdateFile.h"
 
 #include "conversion/ConversionFields.h"
-#include "core/Clock.h"
-#include "core/FileReports.h"
-#include "core/Printf.h"
-#include "core/ProfileSettings.h"
-#include "core/Text.h"
 #include "core/TmatsDocument.h"
+#include "core/talk/FileReports.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Clock.h"
+#include "core/text/Printf.h"
+#include "core/text/Text.h"
 
 namespace kavu {
 

@@ -2,8 +2,8 @@
 // as plain text from which a separate tool applies them to another TMATS file.
 #pragma once
 
-#include "core/FileIo.h"
-#include "core/ProfileFile.h"
+#include "core/files/FileIo.h"
+#include "core/files/ProfileFile.h"
 
 #include <string_view>
 

@@ -5,8 +5,8 @@
 // including the next `;`. It may span lines. There is no escape for `;`.
 #pragma once
 
-#include "core/FileIo.h"
-#include "core/Printf.h"
+#include "core/files/FileIo.h"
+#include "core/text/Printf.h"
 
 #include <cstdint>
 #include <optional>

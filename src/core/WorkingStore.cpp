@@ -1,11 +1,11 @@
 #include "core/WorkingStore.h"
 
-#include "core/Clock.h"
-#include "core/Edition.h"
-#include "core/GroupFiles.h"
-#include "core/Text.h"
-#include "core/TextEncoding.h"
-#include "core/UserInterface.h"
+#include "core/document/GroupFiles.h"
+#include "core/talk/UserInterface.h"
+#include "core/text/Clock.h"
+#include "core/text/Edition.h"
+#include "core/text/Text.h"
+#include "core/text/TextEncoding.h"
 
 #include <array>
 #include <cerrno>

@@ -4,10 +4,10 @@
 // The text "[kavu]" at the head of many names is a literal part of the file name.
 #pragma once
 
-#include "core/Edition.h"
-#include "core/Environment.h"
-#include "core/FileIo.h"
-#include "core/Printf.h"
+#include "core/files/Environment.h"
+#include "core/files/FileIo.h"
+#include "core/text/Edition.h"
+#include "core/text/Printf.h"
 
 #include <string>
 #include <string_view>

@@ -1,7 +1,7 @@
 // The attributes of a PAM stream: its page, and the list of its subframes.
 #pragma once
 
-#include "core/Vocabulary.h"
+#include "vocabulary/Field.h"
 
 #include <span>
 

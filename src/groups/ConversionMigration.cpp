@@ -1,11 +1,11 @@
 #include "groups/ConversionMigration.h"
 
 #include "conversion/ConversionSections.h"
-#include "core/Clock.h"
-#include "core/ProfileFile.h"
-#include "core/Text.h"
 #include "core/TmatsDocument.h"
-#include "core/UserInterface.h"
+#include "core/files/ProfileFile.h"
+#include "core/talk/UserInterface.h"
+#include "core/text/Clock.h"
+#include "core/text/Text.h"
 #include "groups/DateForms.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // The conversion records of a document brought to another edition, one pass over each chunk.
 #pragma once
 
-#include "core/IoStatus.h"
+#include "core/files/IoStatus.h"
 
 namespace kavu {
 

@@ -1,9 +1,9 @@
 #include "groups/DateForms.h"
 
-#include "core/Messages.h"
-#include "core/Printf.h"
-#include "core/Text.h"
 #include "core/TmatsDocument.h"
+#include "core/talk/Messages.h"
+#include "core/text/Printf.h"
+#include "core/text/Text.h"
 
 namespace kavu {
 

@@ -1,8 +1,8 @@
 #include "groups/DocumentTree.h"
 
-#include "core/Text.h"
 #include "core/TmatsDocument.h"
-#include "core/UserInterface.h"
+#include "core/talk/UserInterface.h"
+#include "core/text/Text.h"
 #include "groups/DataSources.h"
 #include "groups/MeasurementNames.h"
 

@@ -1,10 +1,10 @@
 #include "groups/GGroup.h"
 
-#include "core/FileReports.h"
-#include "core/Messages.h"
-#include "core/Text.h"
 #include "core/TmatsDocument.h"
-#include "core/UserInterface.h"
+#include "core/talk/FileReports.h"
+#include "core/talk/Messages.h"
+#include "core/talk/UserInterface.h"
+#include "core/text/Text.h"
 #include "groups/DataSources.h"
 #include "groups/GGroupFields.h"
 

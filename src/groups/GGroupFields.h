@@ -1,8 +1,8 @@
 // The general information group: its pages, its fields and its lists.
 #pragma once
 
-#include "core/FieldRules.h"
-#include "core/Vocabulary.h"
+#include "vocabulary/Field.h"
+#include "vocabulary/FieldRules.h"
 
 #include <span>
 #include <string_view>

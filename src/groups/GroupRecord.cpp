@@ -1,13 +1,13 @@
 #include "groups/GroupRecord.h"
 
-#include "core/FileIo.h"
-#include "core/FileReports.h"
-#include "core/GroupFiles.h"
-#include "core/Text.h"
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
-#include "core/UserInterface.h"
 #include "core/WorkingStore.h"
+#include "core/document/GroupFiles.h"
+#include "core/files/FileIo.h"
+#include "core/talk/FileReports.h"
+#include "core/talk/UserInterface.h"
+#include "core/text/Text.h"
 
 #include <algorithm>
 #include <limits>

@@ -15,10 +15,10 @@
 // writes the parts of its table in turn, and the fields between them with `value` and `write`.
 #pragma once
 
-#include "core/FieldRules.h"
-#include "core/IoStatus.h"
-#include "core/Vocabulary.h"
+#include "core/files/IoStatus.h"
 #include "groups/KeptCommands.h"
+#include "vocabulary/Field.h"
+#include "vocabulary/FieldRules.h"
 
 #include <cstddef>
 #include <map>

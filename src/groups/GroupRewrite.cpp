@@ -1,6 +1,6 @@
 #include "groups/GroupRewrite.h"
 
-#include "core/Text.h"
+#include "core/text/Text.h"
 #include "groups/GroupScan.h"
 
 #include <cstdint>

@@ -6,8 +6,8 @@
 // as well.
 #pragma once
 
-#include "core/FileIo.h"
 #include "core/TmatsReader.h"
+#include "core/files/FileIo.h"
 
 #include <functional>
 #include <optional>

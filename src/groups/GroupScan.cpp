@@ -1,11 +1,11 @@
 #include "groups/GroupScan.h"
 
-#include "core/FieldIndex.h"
-#include "core/GroupFiles.h"
-#include "core/Text.h"
 #include "core/TmatsDocument.h"
-#include "core/UserInterface.h"
 #include "core/WorkingStore.h"
+#include "core/document/FieldIndex.h"
+#include "core/document/GroupFiles.h"
+#include "core/talk/UserInterface.h"
+#include "core/text/Text.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -2,9 +2,9 @@
 // lists of link names, and commands read one by one without copies of their parts.
 #pragma once
 
-#include "core/FileIo.h"
-#include "core/FileReports.h"
 #include "core/TmatsReader.h"
+#include "core/files/FileIo.h"
+#include "core/talk/FileReports.h"
 
 #include <string>
 #include <string_view>

@@ -1,15 +1,15 @@
 #include "groups/GroupText.h"
 
-#include "core/Edition.h"
-#include "core/FileIo.h"
-#include "core/FileReports.h"
-#include "core/GroupFiles.h"
-#include "core/Messages.h"
-#include "core/Text.h"
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
-#include "core/UserInterface.h"
 #include "core/WorkingStore.h"
+#include "core/document/GroupFiles.h"
+#include "core/files/FileIo.h"
+#include "core/talk/FileReports.h"
+#include "core/talk/Messages.h"
+#include "core/talk/UserInterface.h"
+#include "core/text/Edition.h"
+#include "core/text/Text.h"
 #include "groups/DataSources.h"
 
 namespace kavu {

@@ -2,7 +2,7 @@
 // person edits their commands as one text.
 #pragma once
 
-#include "core/IoStatus.h"
+#include "core/files/IoStatus.h"
 
 #include <string>
 #include <string_view>

@@ -1,11 +1,11 @@
 #include "groups/Irig11Changes.h"
 
-#include "core/GroupFiles.h"
-#include "core/Text.h"
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
-#include "core/UserInterface.h"
 #include "core/WorkingStore.h"
+#include "core/document/GroupFiles.h"
+#include "core/talk/UserInterface.h"
+#include "core/text/Text.h"
 #include "groups/GroupRewrite.h"
 #include "groups/GroupScan.h"
 

@@ -2,7 +2,7 @@
 // words and frames.
 #pragma once
 
-#include "core/IoStatus.h"
+#include "core/files/IoStatus.h"
 
 #include <string>
 

@@ -1,10 +1,10 @@
 #include "groups/KeptCommands.h"
 
-#include "core/FileIo.h"
-#include "core/Printf.h"
-#include "core/Text.h"
 #include "core/TmatsReader.h"
-#include "core/UserInterface.h"
+#include "core/files/FileIo.h"
+#include "core/talk/UserInterface.h"
+#include "core/text/Printf.h"
+#include "core/text/Text.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // The part of a vocabulary table that makes up the rows of one list.
 #pragma once
 
-#include "core/Vocabulary.h"
+#include "vocabulary/Field.h"
 
 #include <algorithm>
 #include <span>

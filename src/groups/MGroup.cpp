@@ -1,11 +1,11 @@
 #include "groups/MGroup.h"
 
-#include "core/FileIo.h"
-#include "core/GroupFiles.h"
-#include "core/Messages.h"
 #include "core/TmatsDocument.h"
-#include "core/UserInterface.h"
 #include "core/WorkingStore.h"
+#include "core/document/GroupFiles.h"
+#include "core/files/FileIo.h"
+#include "core/talk/Messages.h"
+#include "core/talk/UserInterface.h"
 #include "groups/DataSources.h"
 #include "groups/GroupScan.h"
 

@@ -1,6 +1,6 @@
 #include "groups/MGroupFields.h"
 
-#include "core/Text.h"
+#include "core/text/Text.h"
 #include "groups/ListFields.h"
 
 #include <array>

@@ -1,7 +1,7 @@
 // The multiplex/modulation group: its page, and the list of its subcarriers.
 #pragma once
 
-#include "core/Vocabulary.h"
+#include "vocabulary/Field.h"
 
 #include <span>
 #include <string_view>

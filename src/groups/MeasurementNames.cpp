@@ -1,12 +1,12 @@
 #include "groups/MeasurementNames.h"
 
-#include "core/GroupFiles.h"
-#include "core/Messages.h"
-#include "core/ProfileSettings.h"
-#include "core/Text.h"
 #include "core/TmatsDocument.h"
-#include "core/UserInterface.h"
 #include "core/WorkingStore.h"
+#include "core/document/GroupFiles.h"
+#include "core/talk/Messages.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/talk/UserInterface.h"
+#include "core/text/Text.h"
 #include "groups/DataSources.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 // records are rewritten when a document is to be of another edition than its file.
 #pragma once
 
-#include "core/IoStatus.h"
+#include "core/files/IoStatus.h"
 
 #include <functional>
 
@@ -29,8 +29,8 @@ using ConvertStreamStep = std::function<bool(UserInterface*, int pIndex)>;
 /// counts as done.
 ///
 /// A file that can not be read or written is reported and ends the migration, and is given
-/// in `failure`; so does a cancel (ECANCELED), without a report. There is no way back from either: the
-/// caller gives the document up.
+/// in `failure`; so does a cancel (ECANCELED), without a report. There is no way back from either:
+/// the caller gives the document up.
 bool migrateDocument(DocumentContext& context, ConversionStore& conversions, UserInterface* parent,
                      int input, int target, const ConvertStreamStep& convertStream,
                      IoStatus* failure = nullptr);

@@ -1,12 +1,12 @@
 #include "groups/RGroup.h"
 
-#include "core/Clock.h"
-#include "core/FileReports.h"
-#include "core/GroupFiles.h"
-#include "core/Messages.h"
-#include "core/Text.h"
 #include "core/TmatsDocument.h"
-#include "core/UserInterface.h"
+#include "core/document/GroupFiles.h"
+#include "core/talk/FileReports.h"
+#include "core/talk/Messages.h"
+#include "core/talk/UserInterface.h"
+#include "core/text/Clock.h"
+#include "core/text/Text.h"
 #include "groups/DataSources.h"
 #include "groups/SourceNames.h"
 

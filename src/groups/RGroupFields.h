@@ -1,7 +1,7 @@
 // The recorder/reproducer group: its pages, its fields and its lists.
 #pragma once
 
-#include "core/Vocabulary.h"
+#include "vocabulary/Field.h"
 
 #include <span>
 #include <string_view>

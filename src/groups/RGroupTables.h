@@ -2,7 +2,7 @@
 // everybody else takes `RGroupFields.h`.
 #pragma once
 
-#include "core/Vocabulary.h"
+#include "vocabulary/Field.h"
 
 #include <span>
 

@@ -1,6 +1,6 @@
 #include "groups/RTrackFields.h"
 
-#include "core/Text.h"
+#include "core/text/Text.h"
 #include "groups/RTrackTables.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 // types with the details of each.
 #pragma once
 
-#include "core/Vocabulary.h"
+#include "vocabulary/Field.h"
 
 #include <span>
 #include <string_view>

@@ -2,7 +2,7 @@
 // `RTrackFields.h`.
 #pragma once
 
-#include "core/Vocabulary.h"
+#include "vocabulary/Field.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #include "groups/RTracks.h"
 
-#include "core/Text.h"
-#include "core/UserInterface.h"
+#include "core/talk/UserInterface.h"
+#include "core/text/Text.h"
 
 #include <algorithm>
 

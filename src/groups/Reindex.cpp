@@ -1,11 +1,11 @@
 #include "groups/Reindex.h"
 
-#include "core/FileIo.h"
-#include "core/GroupFiles.h"
-#include "core/Text.h"
 #include "core/TmatsDocument.h"
-#include "core/UserInterface.h"
 #include "core/WorkingStore.h"
+#include "core/document/GroupFiles.h"
+#include "core/files/FileIo.h"
+#include "core/talk/UserInterface.h"
+#include "core/text/Text.h"
 #include "groups/GroupScan.h"
 #include "groups/LinkValidation.h"
 

@@ -3,12 +3,12 @@
 #include "conversion/ConversionFields.h"
 #include "conversion/ConversionFiles.h"
 #include "conversion/ConversionStore.h"
-#include "core/FileReports.h"
-#include "core/Messages.h"
-#include "core/ProfileFile.h"
-#include "core/Text.h"
 #include "core/TmatsDocument.h"
-#include "core/UserInterface.h"
+#include "core/files/ProfileFile.h"
+#include "core/talk/FileReports.h"
+#include "core/talk/Messages.h"
+#include "core/talk/UserInterface.h"
+#include "core/text/Text.h"
 
 #include <algorithm>
 #include <memory>

@@ -1,9 +1,9 @@
 // New data sources and streams from a template.
-#include "core/GroupFiles.h"
-#include "core/Messages.h"
-#include "core/ProfileSettings.h"
 #include "core/TmatsDocument.h"
-#include "core/UserInterface.h"
+#include "core/document/GroupFiles.h"
+#include "core/talk/Messages.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/talk/UserInterface.h"
 #include "groups/DataSources.h"
 #include "groups/SourceEdit.h"
 #include "groups/SourceList.h"

@@ -1,12 +1,12 @@
 #include "groups/SourceImportFile.h"
 
-#include "core/Clock.h"
-#include "core/GroupFiles.h"
-#include "core/Messages.h"
-#include "core/OpenFileChecked.h"
-#include "core/Text.h"
 #include "core/TmatsReader.h"
-#include "core/UserInterface.h"
+#include "core/document/GroupFiles.h"
+#include "core/talk/Messages.h"
+#include "core/talk/OpenFileChecked.h"
+#include "core/talk/UserInterface.h"
+#include "core/text/Clock.h"
+#include "core/text/Text.h"
 #include "groups/DataSources.h"
 #include "groups/DocumentTree.h"
 

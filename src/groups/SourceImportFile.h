@@ -2,8 +2,8 @@
 // it has to offer, and read again for what is taken.
 #pragma once
 
-#include "core/FileIo.h"
 #include "core/TmatsDocument.h"
+#include "core/files/FileIo.h"
 
 #include <functional>
 #include <map>

@@ -1,10 +1,10 @@
 #include "groups/SourceList.h"
 
-#include "core/GroupFiles.h"
-#include "core/Messages.h"
-#include "core/Text.h"
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/document/GroupFiles.h"
+#include "core/talk/Messages.h"
+#include "core/text/Text.h"
 #include "groups/GroupRewrite.h"
 
 #include <map>

@@ -2,7 +2,7 @@
 // data source gets.
 #pragma once
 
-#include "core/IoStatus.h"
+#include "core/files/IoStatus.h"
 #include "groups/DataSources.h"
 
 #include <functional>

@@ -1,9 +1,9 @@
 #include "groups/SourceNames.h"
 
-#include "core/Messages.h"
-#include "core/Text.h"
 #include "core/TmatsDocument.h"
-#include "core/UserInterface.h"
+#include "core/talk/Messages.h"
+#include "core/talk/UserInterface.h"
+#include "core/text/Text.h"
 #include "groups/DataSources.h"
 #include "groups/LinkValidation.h"
 

@@ -1,8 +1,8 @@
 // The names that data sources, links and measurements bear, and the rules for new ones.
 #pragma once
 
-#include "core/Text.h"
-#include "core/UserInterface.h"
+#include "core/talk/UserInterface.h"
+#include "core/text/Text.h"
 #include "groups/GroupScan.h"
 
 #include <optional>

@@ -1,10 +1,10 @@
 #include "groups/SourceTransfer.h"
 
-#include "core/FileReports.h"
-#include "core/GroupFiles.h"
-#include "core/Messages.h"
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/document/GroupFiles.h"
+#include "core/talk/FileReports.h"
+#include "core/talk/Messages.h"
 
 namespace kavu {
 

@@ -2,7 +2,7 @@
 // new index, the new names and go to staged files, which become group files all at once.
 #pragma once
 
-#include "core/FileIo.h"
+#include "core/files/FileIo.h"
 #include "groups/SourceEdit.h"
 #include "groups/SourceNames.h"
 #include "groups/SourceUndo.h"

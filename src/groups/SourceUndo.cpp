@@ -1,10 +1,10 @@
 #include "groups/SourceUndo.h"
 
-#include "core/FileIo.h"
-#include "core/FileReports.h"
-#include "core/GroupFiles.h"
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/document/GroupFiles.h"
+#include "core/files/FileIo.h"
+#include "core/talk/FileReports.h"
 #include "groups/GroupScan.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 // in front, while an operation changes them.
 #pragma once
 
-#include "core/IoStatus.h"
+#include "core/files/IoStatus.h"
 
 #include <string>
 #include <string_view>

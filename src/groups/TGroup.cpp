@@ -1,10 +1,10 @@
 #include "groups/TGroup.h"
 
-#include "core/FileReports.h"
-#include "core/GroupFiles.h"
-#include "core/Messages.h"
 #include "core/TmatsDocument.h"
-#include "core/UserInterface.h"
+#include "core/document/GroupFiles.h"
+#include "core/talk/FileReports.h"
+#include "core/talk/Messages.h"
+#include "core/talk/UserInterface.h"
 #include "groups/DataSources.h"
 #include "groups/TGroupFields.h"
 

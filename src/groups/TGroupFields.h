@@ -1,7 +1,7 @@
 // The transmission group: its pages, its fields and its list of subcarriers.
 #pragma once
 
-#include "core/Vocabulary.h"
+#include "vocabulary/Field.h"
 
 #include <span>
 #include <string_view>

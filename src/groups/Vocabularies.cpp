@@ -1,14 +1,14 @@
 #include "groups/Vocabularies.h"
 
-#include "core/FieldRules.h"
-#include "core/GroupFiles.h"
-#include "core/Text.h"
+#include "core/document/GroupFiles.h"
+#include "core/text/Text.h"
 #include "groups/AGroupFields.h"
 #include "groups/GGroupFields.h"
 #include "groups/GroupRecord.h"
 #include "groups/MGroupFields.h"
 #include "groups/RGroupFields.h"
 #include "groups/TGroupFields.h"
+#include "vocabulary/FieldRules.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 // leads to its table. A new group joins by one line.
 #pragma once
 
-#include "core/Vocabulary.h"
+#include "vocabulary/Field.h"
 
 #include <optional>
 #include <span>

@@ -1,10 +1,10 @@
 #include "groups/VocabularyPage.h"
 
-#include "core/Edition.h"
-#include "core/FieldRules.h"
-#include "core/Printf.h"
-#include "core/Text.h"
+#include "core/text/Edition.h"
+#include "core/text/Printf.h"
+#include "core/text/Text.h"
 #include "groups/Vocabularies.h"
+#include "vocabulary/FieldRules.h"
 
 namespace kavu {
 

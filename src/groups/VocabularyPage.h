@@ -1,7 +1,7 @@
 // The vocabulary of a group as a page of the manual.
 #pragma once
 
-#include "core/Vocabulary.h"
+#include "vocabulary/Field.h"
 
 #include <span>
 #include <string>

@@ -1,11 +1,11 @@
 #include "pcm/PcmFormat.h"
 
-#include "core/Messages.h"
-#include "core/ProfileSettings.h"
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
-#include "pcm/FrameSyncPattern.h"
+#include "core/talk/Messages.h"
+#include "core/talk/ProfileSettings.h"
 #include "pcm/PcmLoad.h"
+#include "pcm/model/FrameSyncPattern.h"
 
 #include <algorithm>
 #include <utility>

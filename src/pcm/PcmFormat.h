@@ -7,12 +7,12 @@
 // nothing for them.
 #pragma once
 
-#include "pcm/AsyncFormat.h"
-#include "pcm/FixedText.h"
-#include "pcm/FrameCells.h"
-#include "pcm/Measurement.h"
-#include "pcm/Subframe.h"
-#include "pcm/WordFrame.h"
+#include "pcm/model/AsyncFormat.h"
+#include "pcm/model/FixedText.h"
+#include "pcm/model/FrameCells.h"
+#include "pcm/model/Measurement.h"
+#include "pcm/model/Subframe.h"
+#include "pcm/model/WordFrame.h"
 
 #include <array>
 #include <functional>

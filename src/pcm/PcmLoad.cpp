@@ -1,15 +1,15 @@
 #include "pcm/PcmLoad.h"
 
-#include "core/Clock.h"
-#include "core/GroupFiles.h"
-#include "core/ProfileSettings.h"
 #include "core/WorkingStore.h"
+#include "core/document/GroupFiles.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Clock.h"
 #include "groups/DataSources.h"
 #include "groups/GroupScan.h"
-#include "pcm/PcmFormatEdit.h"
-#include "pcm/SampleRateCheck.h"
-#include "pcm/SubframeEdit.h"
-#include "pcm/WordFrameConversion.h"
+#include "pcm/model/SampleRateCheck.h"
+#include "pcm/structure/PcmFormatEdit.h"
+#include "pcm/structure/SubframeEdit.h"
+#include "pcm/write/WordFrameConversion.h"
 
 namespace kavu {
 

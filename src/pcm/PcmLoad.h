@@ -2,10 +2,10 @@
 // messages of a load are gathered in the message log and shown when it ends.
 #pragma once
 
-#include "core/FieldIndex.h"
-#include "core/Messages.h"
 #include "core/TmatsDocument.h"
-#include "core/UserInterface.h"
+#include "core/document/FieldIndex.h"
+#include "core/talk/Messages.h"
+#include "core/talk/UserInterface.h"
 #include "pcm/PcmFormat.h"
 
 #include <functional>

@@ -5,7 +5,7 @@
 #include "app/shell/HelpTopics.h"
 #include "app/support/FormStage.h"
 #include "app/support/WidgetChecks.h"
-#include "core/OpenDocument.h"
+#include "core/document/OpenDocument.h"
 #include "support/TestApplication.h"
 
 #include <set>

@@ -1,5 +1,5 @@
 #include "application/Application.h"
-#include "core/OpenDocument.h"
+#include "core/document/OpenDocument.h"
 #include "support/TestApplication.h"
 
 namespace kavu::test {

@@ -1,9 +1,9 @@
 // The steps by which a document and its conversion records reach the stream in memory.
 #include "conversion/ConversionStore.h"
-#include "core/BuildDocument.h"
-#include "core/OpenDocument.h"
-#include "core/ProfileSettings.h"
 #include "core/WorkingStore.h"
+#include "core/document/BuildDocument.h"
+#include "core/document/OpenDocument.h"
+#include "core/talk/ProfileSettings.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/PcmLoad.h"
 #include "support/TestApplication.h"

@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
 """Proves the rules of the house by reading the sources.
 
-A folder of src includes only itself and folders to its left; the toolkit, the command
-line parser, the JSON library and the XML parser are seen only where they belong; files and
-functions stay short; nothing is left half done.
+A folder of src includes only itself and folders to its left, and a room of a folder only
+itself and rooms to its left; the toolkit, the command line parser, the JSON library and the
+XML parser are seen only where they belong; files and functions stay short; nothing is left
+half done.
 
     check_house.py SOURCE_DIR               checks the tree, exit status 1 on a finding
     check_house.py --self-test SOURCE_DIR   checks that planted violations are found
@@ -14,10 +15,18 @@ import sys
 import tempfile
 from pathlib import Path
 
-# From left to right. The last two stand side by side: neither may include the other.
-ORDER = ["core", "conversion", "groups", "bus", "pcm", "sdk", "xml", "mdb", "reports",
+# From left to right. The programs stand side by side: neither may include the other; and so do
+# the folders of ASIDE and what they may not see.
+ORDER = ["core", "drawing", "vocabulary", "conversion", "groups", "bus", "pcm", "sdk", "xml", "mdb", "reports",
          "application"]
 PROGRAMS = ["cli", "app"]
+ASIDE = {"vocabulary": {"drawing"}, "groups": {"drawing"}}
+# The rooms of a folder, from left to right. What is in no room, at the root of its folder, is
+# shared by all rooms.
+ROOMS = {
+    "core": ["text", "files", "talk", "command", "document"],
+    "pcm": ["model", "structure", "read", "write", "undo", "edit", "display"],
+}
 XML_AND_RIGHT = ORDER[ORDER.index("xml"):] + PROGRAMS
 
 # (what the include looks like, who may use it, how it is called)
@@ -31,7 +40,7 @@ LIBRARIES = [
 MAX_FILE_LINES = 600
 MAX_FUNCTION_LINES = 80
 # Tables are as long as what they list.
-TABLES = {"core/Messages.cpp", "core/MessageTable.cpp"}
+TABLES = {"core/talk/MessageTable.cpp"}
 
 # A type at the level of the namespace, with its body or its bases.
 TYPE = re.compile(r"^(?:class|struct|enum class) (\w+)(?: final)?\s*(?::[^;]*)?\{", re.M)
@@ -45,7 +54,25 @@ def allowed_folders(folder):
     """The folders that FOLDER may include, itself among them."""
     if folder in PROGRAMS:
         return set(ORDER) | {folder}
-    return set(ORDER[:ORDER.index(folder) + 1])
+    return set(ORDER[:ORDER.index(folder) + 1]) - ASIDE.get(folder, set())
+
+
+def room_of(name):
+    """The room of a file or include, or nothing for one at the root of its folder."""
+    parts = name.split("/")
+    return parts[1] if len(parts) > 2 else None
+
+
+def room_finding(name, own):
+    """Why the file NAME may not include OWN of the same folder, or nothing."""
+    folder = name.split("/")[0]
+    rooms = ROOMS.get(folder)
+    room, target = room_of(name), room_of(own)
+    if not rooms or room is None or target is None:
+        return None
+    if target not in rooms or rooms.index(target) > rooms.index(room):
+        return f"the room {folder}/{room} may not include {own}"
+    return None
 
 
 def long_functions(lines):
@@ -73,6 +100,8 @@ def check_file(path, name):
     findings = []
     used = set()
     lines = path.read_text(encoding="utf-8").splitlines()
+    if folder in ROOMS and room_of(name) not in ROOMS[folder] + [None]:
+        findings.append(f"{name}: the room {room_of(name)} has no place in the order")
     if len(lines) > MAX_FILE_LINES and name not in TABLES:
         findings.append(f"{name}: {len(lines)} lines, more than {MAX_FILE_LINES}")
     if name not in TABLES:
@@ -94,6 +123,8 @@ def check_file(path, name):
             used.add(target)
             if target not in allowed_folders(folder):
                 findings.append(f"{name}:{number}: {folder} may not include {own}")
+            elif target == folder and (finding := room_finding(name, own)):
+                findings.append(f"{name}:{number}: {finding}")
         else:
             for pattern, users, what in LIBRARIES:
                 if pattern.match(foreign) and folder not in users:
@@ -180,9 +211,15 @@ PLANTS = [
     ("core/A.cpp", "void f(int a,\n       int b) {\n" + "    g();\n" * MAX_FUNCTION_LINES + "}\n",
      "a function of"),
     ("other/A.cpp", "", "no place in the order"),
+    ("vocabulary/A.cpp", '#include "drawing/B.h"\n', "vocabulary may not include drawing/B.h"),
+    ("core/text/A.cpp", '#include "core/files/B.h"\n', "core/text may not include core/files/B.h"),
+    ("pcm/read/A.h", '#include "pcm/edit/B.h"\n', "pcm/read may not include pcm/edit/B.h"),
+    ("core/attic/A.cpp", "", "the room attic has no place in the order"),
 ]
 CLEAN = [
     ("core/A.cpp", '#include "core/B.h"\n#include <string>\n'),
+    ("core/A.h", '#include "core/document/B.h"\n'),
+    ("core/files/A.cpp", '#include "core/A.h"\n#include "core/text/B.h"\n'),
     ("cli/A.cpp", '#include "application/B.h"\n#include <CLI/CLI.hpp>\n'),
     ("app/A.cpp", '#include "core/B.h"\n#include <QString>\n'),
     ("mdb/A.cpp", '#include "xml/B.h"\n#include <pugixml.hpp>\n'),

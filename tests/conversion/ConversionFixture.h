@@ -4,7 +4,7 @@
 #include "conversion/ConversionLoader.h"
 #include "conversion/ConversionStore.h"
 #include "conversion/ConversionWriter.h"
-#include "core/KeyValueStore.h"
+#include "core/document/KeyValueStore.h"
 #include "support/TestContext.h"
 
 #include <string>

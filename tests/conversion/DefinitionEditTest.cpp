@@ -1,6 +1,6 @@
 #include "conversion/ConversionFixture.h"
 #include "conversion/DefinitionEdit.h"
-#include "core/Text.h"
+#include "core/text/Text.h"
 
 #include <gtest/gtest.h>
 

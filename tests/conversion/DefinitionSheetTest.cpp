@@ -1,7 +1,7 @@
 #include "conversion/ConversionFixture.h"
 #include "conversion/DefinitionEdit.h"
 #include "conversion/DefinitionSheet.h"
-#include "core/Text.h"
+#include "core/text/Text.h"
 
 #include <set>
 

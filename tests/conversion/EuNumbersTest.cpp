@@ -1,5 +1,5 @@
 #include "conversion/EuNumbers.h"
-#include "core/ProfileSettings.h"
+#include "core/talk/ProfileSettings.h"
 
 #include <cmath>
 #include <limits>

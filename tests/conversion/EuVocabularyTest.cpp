@@ -1,8 +1,8 @@
 #include "conversion/ConversionFields.h"
 #include "conversion/ConversionStore.h"
 #include "conversion/EuVocabulary.h"
-#include "core/FieldRules.h"
-#include "core/ProfileFile.h"
+#include "core/files/ProfileFile.h"
+#include "vocabulary/FieldRules.h"
 
 #include <algorithm>
 #include <set>

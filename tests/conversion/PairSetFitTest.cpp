@@ -1,6 +1,6 @@
 #include "conversion/ExpectPicture.h"
 #include "conversion/PairSetFit.h"
-#include "core/ProfileSettings.h"
+#include "core/talk/ProfileSettings.h"
 #include "support/RecordingSurface.h"
 #include "support/TestContext.h"
 

@@ -1,6 +1,6 @@
 #include "conversion/PairFile.h"
 #include "conversion/PairSet.h"
-#include "core/ProfileFile.h"
+#include "core/files/ProfileFile.h"
 
 #include <gtest/gtest.h>
 

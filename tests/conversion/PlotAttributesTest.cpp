@@ -1,6 +1,6 @@
 #include "conversion/PlotAttributes.h"
-#include "core/ProfileFile.h"
-#include "core/ProfileSettings.h"
+#include "core/files/ProfileFile.h"
+#include "core/talk/ProfileSettings.h"
 
 #include <gtest/gtest.h>
 

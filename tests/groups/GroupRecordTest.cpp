@@ -1,4 +1,4 @@
-#include "core/GroupFiles.h"
+#include "core/document/GroupFiles.h"
 #include "groups/GroupRecord.h"
 #include "groups/GroupScan.h"
 #include "support/TestContext.h"

@@ -1,8 +1,8 @@
 // A group file in which every field of a table has a value, and what order its codes are in.
 #pragma once
 
-#include "core/FieldRules.h"
 #include "groups/GroupRecord.h"
+#include "vocabulary/FieldRules.h"
 
 #include <algorithm>
 #include <span>

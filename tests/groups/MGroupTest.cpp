@@ -1,5 +1,5 @@
-#include "core/GroupFiles.h"
 #include "core/TmatsDocument.h"
+#include "core/document/GroupFiles.h"
 #include "groups/MGroup.h"
 #include "support/TestContext.h"
 

@@ -1,6 +1,6 @@
 // Every folder of tests/golden/groups/migration is a test.
 #include "conversion/ConversionStore.h"
-#include "core/Text.h"
+#include "core/text/Text.h"
 #include "groups/Migration.h"
 #include "support/TestContext.h"
 

@@ -1,6 +1,6 @@
-#include "core/GroupFiles.h"
-#include "core/Printf.h"
-#include "core/Text.h"
+#include "core/document/GroupFiles.h"
+#include "core/text/Printf.h"
+#include "core/text/Text.h"
 #include "groups/RGroup.h"
 #include "support/TestContext.h"
 

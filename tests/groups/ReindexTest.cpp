@@ -1,4 +1,4 @@
-#include "core/GroupFiles.h"
+#include "core/document/GroupFiles.h"
 #include "groups/Reindex.h"
 #include "support/TestContext.h"
 

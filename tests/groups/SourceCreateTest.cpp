@@ -1,5 +1,5 @@
-#include "core/GroupFiles.h"
-#include "core/OpenDocument.h"
+#include "core/document/GroupFiles.h"
+#include "core/document/OpenDocument.h"
 #include "groups/DataSources.h"
 #include "support/SourceStage.h"
 

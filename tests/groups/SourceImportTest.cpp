@@ -1,5 +1,5 @@
-#include "core/GroupFiles.h"
-#include "core/Text.h"
+#include "core/document/GroupFiles.h"
+#include "core/text/Text.h"
 #include "groups/DataSources.h"
 #include "support/SourceStage.h"
 

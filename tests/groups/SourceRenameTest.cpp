@@ -1,4 +1,4 @@
-#include "core/GroupFiles.h"
+#include "core/document/GroupFiles.h"
 #include "support/SourceStage.h"
 
 #include <gmock/gmock.h>

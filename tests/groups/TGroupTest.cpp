@@ -1,4 +1,4 @@
-#include "core/GroupFiles.h"
+#include "core/document/GroupFiles.h"
 #include "groups/GroupSamples.h"
 #include "groups/TGroup.h"
 #include "groups/TGroupFields.h"

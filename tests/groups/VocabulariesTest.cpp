@@ -1,5 +1,5 @@
-#include "core/FieldRules.h"
 #include "groups/Vocabularies.h"
+#include "vocabulary/FieldRules.h"
 
 #include <algorithm>
 #include <set>

@@ -1,8 +1,8 @@
 // Whatever sequence of edits comes, the frame stays one that can be written and read.
-#include "pcm/FrameEditGenerate.h"
-#include "pcm/FrameEditWords.h"
-#include "pcm/MeasurementEditSave.h"
 #include "pcm/StreamFixture.h"
+#include "pcm/edit/FrameEditGenerate.h"
+#include "pcm/edit/FrameEditWords.h"
+#include "pcm/edit/MeasurementEditSave.h"
 
 #include <map>
 #include <random>

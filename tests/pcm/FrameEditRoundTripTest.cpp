@@ -1,6 +1,6 @@
-#include "pcm/FrameEditGenerate.h"
 #include "pcm/LoadFixture.h"
-#include "pcm/MeasurementEditDefinition.h"
+#include "pcm/edit/FrameEditGenerate.h"
+#include "pcm/edit/MeasurementEditDefinition.h"
 
 namespace kavu {
 namespace {

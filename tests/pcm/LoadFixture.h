@@ -1,10 +1,10 @@
 // A stream in group files, loaded as a whole.
 #pragma once
 
-#include "core/Text.h"
+#include "core/text/Text.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/PcmLoad.h"
-#include "pcm/PcmSave.h"
+#include "pcm/write/PcmSave.h"
 #include "support/TestContext.h"
 
 #include <string>

@@ -1,5 +1,5 @@
 #include "pcm/LoadFixture.h"
-#include "pcm/MeasurementEditDefinition.h"
+#include "pcm/edit/MeasurementEditDefinition.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,8 +1,8 @@
-#include "core/FieldRules.h"
-#include "core/GroupFiles.h"
+#include "core/document/GroupFiles.h"
 #include "pcm/LoadFixture.h"
-#include "pcm/PcmVocabulary.h"
-#include "pcm/RecordField.h"
+#include "pcm/model/PcmVocabulary.h"
+#include "pcm/model/RecordField.h"
+#include "vocabulary/FieldRules.h"
 
 #include <algorithm>
 #include <map>

@@ -2,14 +2,14 @@
 // commands of a P group for the readers and from the writers of its parts.
 #pragma once
 
-#include "pcm/AsyncEdit.h"
-#include "pcm/AsyncReading.h"
-#include "pcm/AsyncWriting.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/PcmLoad.h"
-#include "pcm/SubframeEdit.h"
-#include "pcm/SubframeReading.h"
-#include "pcm/SubframeWriting.h"
+#include "pcm/read/AsyncReading.h"
+#include "pcm/read/SubframeReading.h"
+#include "pcm/structure/AsyncEdit.h"
+#include "pcm/structure/SubframeEdit.h"
+#include "pcm/write/AsyncWriting.h"
+#include "pcm/write/SubframeWriting.h"
 #include "support/TestContext.h"
 
 #include <algorithm>

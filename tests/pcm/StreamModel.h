@@ -4,7 +4,7 @@
 #pragma once
 
 #include "pcm/PcmFormat.h"
-#include "pcm/StreamSummary.h"
+#include "pcm/structure/StreamSummary.h"
 
 #include <algorithm>
 #include <map>

@@ -1,9 +1,9 @@
 // What holds of every stream, shown on random ones of every edition.
-#include "core/Edition.h"
-#include "core/ProfileSettings.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Edition.h"
 #include "pcm/StreamGenerator.h"
 #include "pcm/StreamModel.h"
-#include "pcm/WordFrameConversion.h"
+#include "pcm/write/WordFrameConversion.h"
 
 #include <gmock/gmock.h>
 

@@ -1,12 +1,12 @@
 // Undo of what an edit has changed beside the stream, and the room that the levels take.
 #include "conversion/ConversionFiles.h"
 #include "groups/MeasurementNames.h"
-#include "pcm/FrameEditWords.h"
-#include "pcm/MeasurementEditSave.h"
-#include "pcm/PcmSave.h"
 #include "pcm/StreamFixture.h"
-#include "pcm/StreamUndo.h"
-#include "pcm/TaggedData.h"
+#include "pcm/edit/FrameEditWords.h"
+#include "pcm/edit/MeasurementEditSave.h"
+#include "pcm/read/TaggedData.h"
+#include "pcm/undo/StreamUndo.h"
+#include "pcm/write/PcmSave.h"
 
 #include <functional>
 #include <map>

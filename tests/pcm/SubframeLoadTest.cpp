@@ -1,7 +1,7 @@
 // Counters, subframes and async formats in whole loads, together with measurements.
-#include "pcm/AsyncEdit.h"
 #include "pcm/LoadFixture.h"
-#include "pcm/SubframeEdit.h"
+#include "pcm/structure/AsyncEdit.h"
+#include "pcm/structure/SubframeEdit.h"
 
 namespace kavu {
 namespace {

@@ -2,7 +2,7 @@
 // which they were added, and the directory as one text that is searched from the front.
 #pragma once
 
-#include "core/Text.h"
+#include "core/text/Text.h"
 
 #include <optional>
 #include <span>

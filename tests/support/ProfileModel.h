@@ -2,8 +2,8 @@
 // What the profile files do with indices and hashes must come to the same.
 #pragma once
 
-#include "core/ProfileFile.h"
-#include "core/Text.h"
+#include "core/files/ProfileFile.h"
+#include "core/text/Text.h"
 
 #include <optional>
 #include <string>

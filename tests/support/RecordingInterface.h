@@ -1,7 +1,7 @@
 // A parent for tests: it records what it is told and answers from queued replies.
 #pragma once
 
-#include "core/UserInterface.h"
+#include "core/talk/UserInterface.h"
 
 #include <deque>
 #include <map>

@@ -2,8 +2,8 @@
 // and compared. Text is 8 pixels a character and 12 high, whatever the font.
 #pragma once
 
-#include "core/DrawingSurface.h"
-#include "core/Printf.h"
+#include "core/text/Printf.h"
+#include "drawing/DrawingSurface.h"
 
 #include <cmath>
 #include <string>

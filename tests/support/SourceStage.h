@@ -4,8 +4,8 @@
 
 #include "conversion/ConversionLoader.h"
 #include "conversion/ConversionStore.h"
-#include "core/KeyValueStore.h"
-#include "core/OpenDocument.h"
+#include "core/document/KeyValueStore.h"
+#include "core/document/OpenDocument.h"
 #include "groups/MeasurementNames.h"
 #include "groups/SourceEdit.h"
 #include "support/TestContext.h"

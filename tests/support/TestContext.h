@@ -2,13 +2,13 @@
 // test: a fixed date, fixed random numbers, an empty settings file, an active store.
 #pragma once
 
-#include "core/Clock.h"
-#include "core/FileIo.h"
-#include "core/Messages.h"
-#include "core/ProfileSettings.h"
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "core/files/FileIo.h"
+#include "core/talk/Messages.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Clock.h"
 #include "support/RecordingInterface.h"
 
 #include <cstdlib>

@@ -7,7 +7,7 @@
 #include "app/framework/QtText.h"
 #include "app/framework/Refusals.h"
 #include "conversion/DefinitionEdit.h"
-#include "core/UserInterface.h"
+#include "core/talk/UserInterface.h"
 
 #include <limits>
 

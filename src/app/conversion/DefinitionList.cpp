@@ -2,8 +2,8 @@
 
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
-#include "core/Messages.h"
-#include "core/Printf.h"
+#include "core/talk/Messages.h"
+#include "core/text/Printf.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>

@@ -5,7 +5,7 @@
 #include "app/framework/QtText.h"
 #include "conversion/DefinitionEdit.h"
 #include "conversion/PairSetPage.h"
-#include "core/ProfileSettings.h"
+#include "core/talk/ProfileSettings.h"
 
 #include <algorithm>
 

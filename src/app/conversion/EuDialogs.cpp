@@ -5,7 +5,7 @@
 #include "app/framework/QtText.h"
 #include "app/framework/Refusals.h"
 #include "conversion/EuVocabulary.h"
-#include "core/Messages.h"
+#include "core/talk/Messages.h"
 
 #include <algorithm>
 

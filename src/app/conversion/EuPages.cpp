@@ -5,7 +5,7 @@
 #include "app/framework/FieldForm.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
-#include "core/UserInterface.h"
+#include "core/talk/UserInterface.h"
 
 #include <QHBoxLayout>
 #include <QLabel>

@@ -6,9 +6,9 @@
 #include "app/framework/QtText.h"
 #include "conversion/ConversionStore.h"
 #include "conversion/DefinitionEdit.h"
-#include "core/Messages.h"
-#include "core/ProfileSettings.h"
-#include "core/Text.h"
+#include "core/talk/Messages.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Text.h"
 
 #include <array>
 

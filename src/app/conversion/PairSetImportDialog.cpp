@@ -3,11 +3,11 @@
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
 #include "conversion/PairFile.h"
-#include "core/FileIo.h"
-#include "core/OpenFileChecked.h"
-#include "core/Printf.h"
-#include "core/Text.h"
-#include "core/UserInterface.h"
+#include "core/files/FileIo.h"
+#include "core/talk/OpenFileChecked.h"
+#include "core/talk/UserInterface.h"
+#include "core/text/Printf.h"
+#include "core/text/Text.h"
 
 #include <functional>
 

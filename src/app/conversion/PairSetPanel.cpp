@@ -10,9 +10,9 @@
 #include "app/framework/RowDialog.h"
 #include "conversion/EuNumbers.h"
 #include "conversion/EuVocabulary.h"
-#include "core/FieldRules.h"
-#include "core/ProfileSettings.h"
-#include "core/UserInterface.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/talk/UserInterface.h"
+#include "vocabulary/FieldRules.h"
 
 #include <algorithm>
 #include <limits>

@@ -7,8 +7,8 @@
 #include "app/framework/EditableList.h"
 #include "app/framework/QtText.h"
 #include "conversion/EuNumbers.h"
-#include "core/Printf.h"
-#include "core/ProfileSettings.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Printf.h"
 
 #include <algorithm>
 #include <cmath>

@@ -9,8 +9,8 @@
 #include "application/Application.h"
 #include "conversion/DefinitionEdit.h"
 #include "conversion/PairSetPage.h"
-#include "core/Printf.h"
-#include "core/ProfileSettings.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Printf.h"
 
 #include <cmath>
 #include <memory>

@@ -5,8 +5,8 @@
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
 #include "app/framework/Refusals.h"
-#include "core/FieldRules.h"
-#include "core/UserInterface.h"
+#include "core/talk/UserInterface.h"
+#include "vocabulary/FieldRules.h"
 
 #include <algorithm>
 #include <array>

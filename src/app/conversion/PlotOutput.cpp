@@ -3,10 +3,10 @@
 #include "app/conversion/QtSurface.h"
 #include "app/framework/DialogDoor.h"
 #include "app/framework/QtText.h"
-#include "conversion/SvgSurface.h"
-#include "core/OpenFileChecked.h"
-#include "core/Text.h"
-#include "core/UserInterface.h"
+#include "core/talk/OpenFileChecked.h"
+#include "core/talk/UserInterface.h"
+#include "core/text/Text.h"
+#include "drawing/SvgSurface.h"
 
 #include <optional>
 #include <string_view>

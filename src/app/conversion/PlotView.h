@@ -2,7 +2,7 @@
 // and tells where the pointer is in it.
 #pragma once
 
-#include "core/DrawingSurface.h"
+#include "drawing/DrawingSurface.h"
 
 #include <functional>
 

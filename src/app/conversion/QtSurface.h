@@ -2,7 +2,7 @@
 // printer or a PDF file.
 #pragma once
 
-#include "core/DrawingSurface.h"
+#include "drawing/DrawingSurface.h"
 
 #include <vector>
 

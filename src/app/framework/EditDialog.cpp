@@ -1,7 +1,7 @@
 #include "app/framework/EditDialog.h"
 
 #include "app/framework/QtText.h"
-#include "core/UserInterface.h"
+#include "core/talk/UserInterface.h"
 
 #include <QCloseEvent>
 #include <QKeyEvent>

@@ -6,10 +6,10 @@
 #include "app/framework/QtText.h"
 #include "app/framework/RowDialog.h"
 #include "app/framework/RowModel.h"
-#include "core/FieldRules.h"
-#include "core/Messages.h"
-#include "core/Printf.h"
-#include "core/Text.h"
+#include "core/talk/Messages.h"
+#include "core/text/Printf.h"
+#include "core/text/Text.h"
+#include "vocabulary/FieldRules.h"
 
 #include <algorithm>
 #include <bit>

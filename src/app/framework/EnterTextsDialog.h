@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/framework/QtText.h"
-#include "core/UserInterface.h"
+#include "core/talk/UserInterface.h"
 
 #include <string>
 #include <vector>

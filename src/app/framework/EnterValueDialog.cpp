@@ -2,7 +2,7 @@
 
 #include "app/framework/ClearChoice.h"
 #include "app/framework/Look.h"
-#include "core/UserInterface.h"
+#include "core/talk/UserInterface.h"
 
 #include <algorithm>
 

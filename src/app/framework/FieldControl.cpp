@@ -5,10 +5,10 @@
 #include "app/framework/QtText.h"
 #include "app/framework/Refusals.h"
 #include "app/framework/TypingRules.h"
-#include "core/Clock.h"
-#include "core/FieldRules.h"
-#include "core/Messages.h"
-#include "core/Text.h"
+#include "core/talk/Messages.h"
+#include "core/text/Clock.h"
+#include "core/text/Text.h"
+#include "vocabulary/FieldRules.h"
 
 #include <algorithm>
 

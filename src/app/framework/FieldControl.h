@@ -3,7 +3,7 @@
 #pragma once
 
 #include "app/framework/FormContext.h"
-#include "core/Vocabulary.h"
+#include "vocabulary/Field.h"
 
 #include <functional>
 #include <memory>

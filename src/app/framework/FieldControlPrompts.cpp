@@ -4,8 +4,8 @@
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
 #include "app/framework/TypingRules.h"
-#include "core/FieldRules.h"
-#include "core/UserInterface.h"
+#include "core/talk/UserInterface.h"
+#include "vocabulary/FieldRules.h"
 
 #include <algorithm>
 

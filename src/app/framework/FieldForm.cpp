@@ -3,7 +3,7 @@
 #include "app/framework/FieldControl.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
-#include "core/Clock.h"
+#include "core/text/Clock.h"
 
 #include <algorithm>
 

@@ -4,8 +4,8 @@
 
 #include "app/framework/FormContext.h"
 #include "app/framework/PropertySheet.h"
-#include "core/FieldRules.h"
-#include "core/Vocabulary.h"
+#include "vocabulary/Field.h"
+#include "vocabulary/FieldRules.h"
 
 #include <functional>
 #include <map>

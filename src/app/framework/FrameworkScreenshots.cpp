@@ -10,7 +10,7 @@
 #include "app/framework/SelectDialogs.h"
 #include "app/framework/StandardDialogs.h"
 #include "app/framework/TreeEditor.h"
-#include "core/Messages.h"
+#include "core/talk/Messages.h"
 
 #include <array>
 

@@ -3,8 +3,8 @@
 #include "app/framework/DialogDoor.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
-#include "core/OpenFileChecked.h"
-#include "core/UserInterface.h"
+#include "core/talk/OpenFileChecked.h"
+#include "core/talk/UserInterface.h"
 
 #include <algorithm>
 

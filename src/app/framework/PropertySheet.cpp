@@ -3,7 +3,7 @@
 #include "app/framework/DialogDoor.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
-#include "core/ProfileSettings.h"
+#include "core/talk/ProfileSettings.h"
 
 #include <algorithm>
 

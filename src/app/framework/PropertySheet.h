@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/framework/FormContext.h"
-#include "core/UserInterface.h"
+#include "core/talk/UserInterface.h"
 
 #include <functional>
 #include <memory>

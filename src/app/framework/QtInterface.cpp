@@ -8,7 +8,7 @@
 #include "app/framework/QtText.h"
 #include "app/framework/SelectDialogs.h"
 #include "app/framework/StandardDialogs.h"
-#include "core/FieldRules.h"
+#include "vocabulary/FieldRules.h"
 
 #include <array>
 

@@ -2,7 +2,7 @@
 // `UserInterface`; the main window makes one and hangs its status bar into the hooks.
 #pragma once
 
-#include "core/UserInterface.h"
+#include "core/talk/UserInterface.h"
 
 #include <functional>
 #include <map>

@@ -1,6 +1,6 @@
 #include "app/framework/QtText.h"
 
-#include "core/TextEncoding.h"
+#include "core/text/TextEncoding.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 #include "app/framework/Refusals.h"
 
-#include "core/FieldRules.h"
-#include "core/Messages.h"
-#include "core/Printf.h"
+#include "core/talk/Messages.h"
+#include "core/text/Printf.h"
+#include "vocabulary/FieldRules.h"
 
 #include <array>
 #include <charconv>

@@ -4,8 +4,8 @@
 #include "app/framework/Look.h"
 #include "app/framework/Refusals.h"
 #include "app/framework/TypingRules.h"
-#include "core/FieldRules.h"
-#include "core/Text.h"
+#include "core/text/Text.h"
+#include "vocabulary/FieldRules.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 #include "app/framework/RowModel.h"
 
 #include "app/framework/QtText.h"
-#include "core/FieldRules.h"
-#include "core/Text.h"
+#include "core/text/Text.h"
+#include "vocabulary/FieldRules.h"
 
 #include <algorithm>
 #include <utility>

@@ -3,7 +3,7 @@
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
 #include "app/framework/RowModel.h"
-#include "core/FieldRules.h"
+#include "vocabulary/FieldRules.h"
 
 #include <algorithm>
 

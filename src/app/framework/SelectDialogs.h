@@ -1,7 +1,7 @@
 // The dialogs that offer something to choose: a row of a table, an entry of a list.
 #pragma once
 
-#include "core/UserInterface.h"
+#include "core/talk/UserInterface.h"
 
 #include <string>
 #include <vector>

@@ -2,7 +2,7 @@
 // dialog. Forms do not use them; they ask the user interface.
 #pragma once
 
-#include "core/UserInterface.h"
+#include "core/talk/UserInterface.h"
 
 #include <memory>
 #include <optional>

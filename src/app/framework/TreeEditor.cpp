@@ -3,9 +3,9 @@
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
 #include "app/framework/Refusals.h"
-#include "core/Messages.h"
-#include "core/Printf.h"
-#include "core/Text.h"
+#include "core/talk/Messages.h"
+#include "core/text/Printf.h"
+#include "core/text/Text.h"
 
 #include <algorithm>
 

@@ -8,9 +8,9 @@
 #include "app/groups/GroupRows.h"
 #include "app/groups/RSheet.h"
 #include "app/groups/TSheet.h"
-#include "core/Clock.h"
-#include "core/Messages.h"
 #include "core/TmatsDocument.h"
+#include "core/talk/Messages.h"
+#include "core/text/Clock.h"
 #include "groups/DataSources.h"
 #include "groups/GGroupFields.h"
 

@@ -2,9 +2,9 @@
 
 #include "app/framework/Look.h"
 #include "app/framework/Screenshots.h"
-#include "core/Printf.h"
-#include "core/Text.h"
-#include "core/UserInterface.h"
+#include "core/talk/UserInterface.h"
+#include "core/text/Printf.h"
+#include "core/text/Text.h"
 
 #include <algorithm>
 

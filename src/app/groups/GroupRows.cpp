@@ -2,9 +2,9 @@
 
 #include "app/framework/DialogDoor.h"
 #include "app/framework/RowDialog.h"
-#include "core/FieldRules.h"
-#include "core/Text.h"
+#include "core/text/Text.h"
 #include "groups/RTracks.h"
+#include "vocabulary/FieldRules.h"
 
 #include <algorithm>
 

@@ -9,7 +9,7 @@
 #include "app/framework/Screenshots.h"
 #include "app/groups/GroupRows.h"
 #include "application/Application.h"
-#include "core/UserInterface.h"
+#include "core/talk/UserInterface.h"
 
 #include <algorithm>
 

@@ -4,7 +4,7 @@
 #include "app/framework/Look.h"
 #include "app/framework/Screenshots.h"
 #include "app/groups/GroupRows.h"
-#include "core/UserInterface.h"
+#include "core/talk/UserInterface.h"
 #include "groups/RTracks.h"
 
 #include <utility>

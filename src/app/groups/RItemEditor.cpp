@@ -4,9 +4,9 @@
 #include "app/framework/EnterValueDialog.h"
 #include "app/framework/RowDialog.h"
 #include "app/groups/GroupRows.h"
-#include "core/FieldRules.h"
 #include "core/TmatsDocument.h"
-#include "pcm/FrameEditMask.h"
+#include "pcm/edit/FrameEditMask.h"
+#include "vocabulary/FieldRules.h"
 
 namespace kavu {
 

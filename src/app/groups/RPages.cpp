@@ -2,10 +2,10 @@
 
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
-#include "core/Edition.h"
-#include "core/FieldRules.h"
-#include "core/Messages.h"
-#include "core/Printf.h"
+#include "core/talk/Messages.h"
+#include "core/text/Edition.h"
+#include "core/text/Printf.h"
+#include "vocabulary/FieldRules.h"
 
 #include <algorithm>
 

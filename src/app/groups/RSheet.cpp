@@ -4,9 +4,9 @@
 #include "app/groups/MultiplexDialog.h"
 #include "app/groups/RPages.h"
 #include "app/groups/RTrackPage.h"
-#include "core/Messages.h"
-#include "core/Printf.h"
 #include "core/TmatsDocument.h"
+#include "core/talk/Messages.h"
+#include "core/text/Printf.h"
 #include "groups/DataSources.h"
 
 #include <algorithm>

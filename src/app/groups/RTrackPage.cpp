@@ -2,8 +2,8 @@
 
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
-#include "core/FieldRules.h"
-#include "core/Printf.h"
+#include "core/text/Printf.h"
+#include "vocabulary/FieldRules.h"
 
 #include <algorithm>
 

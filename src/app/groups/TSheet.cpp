@@ -6,8 +6,8 @@
 #include "app/framework/Screenshots.h"
 #include "app/groups/GroupRows.h"
 #include "app/groups/MultiplexDialog.h"
-#include "core/Printf.h"
 #include "core/TmatsDocument.h"
+#include "core/text/Printf.h"
 #include "groups/DataSources.h"
 #include "groups/TGroupFields.h"
 

@@ -5,9 +5,9 @@
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
 #include "app/pcm/AsyncPlaceDialogs.h"
-#include "core/UserInterface.h"
+#include "core/talk/UserInterface.h"
 #include "pcm/PcmFormat.h"
-#include "pcm/SubframeCodes.h"
+#include "pcm/model/SubframeCodes.h"
 
 #include <array>
 

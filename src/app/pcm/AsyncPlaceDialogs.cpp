@@ -5,8 +5,8 @@
 #include "app/framework/FieldForm.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
-#include "core/Messages.h"
-#include "core/Text.h"
+#include "core/talk/Messages.h"
+#include "core/text/Text.h"
 #include "pcm/PcmFormat.h"
 
 #include <array>

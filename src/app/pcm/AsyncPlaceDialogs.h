@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/framework/EditDialog.h"
-#include "pcm/AsyncFields.h"
+#include "pcm/structure/AsyncFields.h"
 
 #include <vector>
 

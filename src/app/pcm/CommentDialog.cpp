@@ -4,8 +4,8 @@
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
 #include "app/framework/TypingRules.h"
-#include "core/Text.h"
-#include "pcm/FrameEditComment.h"
+#include "core/text/Text.h"
+#include "pcm/edit/FrameEditComment.h"
 
 #include <QDialogButtonBox>
 #include <QLabel>

@@ -3,8 +3,8 @@
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
 #include "app/framework/TypingRules.h"
-#include "core/Messages.h"
-#include "core/Text.h"
+#include "core/talk/Messages.h"
+#include "core/text/Text.h"
 
 #include <algorithm>
 

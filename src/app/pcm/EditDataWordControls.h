@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/framework/FormContext.h"
-#include "pcm/MeasurementEditDefinition.h"
+#include "pcm/edit/MeasurementEditDefinition.h"
 
 #include <string>
 #include <string_view>

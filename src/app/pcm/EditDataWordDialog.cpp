@@ -10,9 +10,9 @@
 #include "app/pcm/SuperComPanel.h"
 #include "app/pcm/WordFramePanel.h"
 #include "app/pcm/WordSteps.h"
-#include "core/Printf.h"
-#include "core/ProfileSettings.h"
 #include "core/TmatsDocument.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Printf.h"
 #include "pcm/PcmFormat.h"
 
 #include <QCheckBox>

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "app/framework/EditDialog.h"
-#include "pcm/MeasurementEditDefinition.h"
+#include "pcm/edit/MeasurementEditDefinition.h"
 
 #include <string>
 #include <string_view>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/framework/EditDialog.h"
-#include "pcm/FrameEditFilter.h"
+#include "pcm/edit/FrameEditFilter.h"
 
 #include <vector>
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "app/framework/EditDialog.h"
-#include "pcm/MeasurementEditSave.h"
+#include "pcm/edit/MeasurementEditSave.h"
 
 #include <string>
 #include <vector>

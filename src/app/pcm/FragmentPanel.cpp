@@ -6,10 +6,10 @@
 #include "app/pcm/EditDataWordControls.h"
 #include "app/pcm/FragmentDialog.h"
 #include "app/pcm/MaskControl.h"
-#include "pcm/FrameEditMask.h"
-#include "pcm/MeasurementEditDefinition.h"
-#include "pcm/MeasurementEditWordFrame.h"
 #include "pcm/PcmFormat.h"
+#include "pcm/edit/FrameEditMask.h"
+#include "pcm/edit/MeasurementEditDefinition.h"
+#include "pcm/edit/MeasurementEditWordFrame.h"
 
 #include <algorithm>
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "app/pcm/FrameGridPaint.h"
-#include "pcm/FrameDisplayView.h"
+#include "pcm/display/FrameDisplayView.h"
 
 #include <memory>
 

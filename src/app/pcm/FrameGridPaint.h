@@ -2,7 +2,7 @@
 // what is held here are only the looks of cells without their texts, for one size.
 #pragma once
 
-#include "pcm/FrameDisplayView.h"
+#include "pcm/display/FrameDisplayView.h"
 
 #include <array>
 #include <map>

@@ -5,7 +5,7 @@
 #include "app/pcm/EditDataWordControls.h"
 #include "app/pcm/MaskControl.h"
 #include "conversion/ConversionStore.h"
-#include "core/Text.h"
+#include "core/text/Text.h"
 #include "pcm/PcmFormat.h"
 
 #include <QComboBox>

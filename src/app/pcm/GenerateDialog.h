@@ -3,7 +3,7 @@
 #pragma once
 
 #include "app/framework/FormContext.h"
-#include "pcm/FrameEditGenerate.h"
+#include "pcm/edit/FrameEditGenerate.h"
 
 #include <QDialog>
 

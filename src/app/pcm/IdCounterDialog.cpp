@@ -6,10 +6,10 @@
 #include "app/framework/QtText.h"
 #include "app/pcm/EntryList.h"
 #include "app/pcm/SubframeDialog.h"
-#include "pcm/IdCounterFields.h"
 #include "pcm/PcmFormat.h"
-#include "pcm/SubframeEdit.h"
-#include "pcm/SubframeFields.h"
+#include "pcm/model/SubframeFields.h"
+#include "pcm/structure/IdCounterFields.h"
+#include "pcm/structure/SubframeEdit.h"
 
 #include <QDialogButtonBox>
 #include <QGroupBox>

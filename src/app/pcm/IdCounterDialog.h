@@ -3,7 +3,7 @@
 #pragma once
 
 #include "app/framework/EditDialog.h"
-#include "pcm/Subframe.h"
+#include "pcm/model/Subframe.h"
 
 #include <string>
 #include <vector>

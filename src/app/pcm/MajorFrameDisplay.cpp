@@ -3,7 +3,7 @@
 #include "app/framework/DialogDoor.h"
 #include "app/pcm/FrameAccess.h"
 #include "app/pcm/MajorFrameWindow.h"
-#include "core/Messages.h"
+#include "core/talk/Messages.h"
 
 #include <new>
 

@@ -2,12 +2,12 @@
 #include "app/pcm/MajorFrameNewCell.h"
 #include "app/pcm/MajorFrameWindow.h"
 #include "app/pcm/MeasurementList.h"
-#include "core/Messages.h"
-#include "core/ProfileSettings.h"
-#include "core/UserInterface.h"
+#include "core/talk/Messages.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/talk/UserInterface.h"
 #include "groups/MeasurementNames.h"
-#include "pcm/AsyncEdit.h"
-#include "pcm/MeasurementEdit.h"
+#include "pcm/edit/MeasurementEdit.h"
+#include "pcm/structure/AsyncEdit.h"
 
 #include <QAction>
 #include <QClipboard>

@@ -1,7 +1,7 @@
 // Finding measurements in the grid while one types, with next and previous.
 #pragma once
 
-#include "pcm/FrameDisplaySearch.h"
+#include "pcm/display/FrameDisplaySearch.h"
 
 #include <functional>
 

@@ -2,9 +2,9 @@
 #include "app/pcm/MajorFrameFind.h"
 #include "app/pcm/MajorFrameWindow.h"
 #include "app/pcm/MeasurementList.h"
-#include "core/ProfileSettings.h"
+#include "core/talk/ProfileSettings.h"
 #include "groups/MeasurementNames.h"
-#include "pcm/FrameEditFilter.h"
+#include "pcm/edit/FrameEditFilter.h"
 
 #include <QAction>
 #include <QActionGroup>

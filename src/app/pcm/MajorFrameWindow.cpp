@@ -6,9 +6,9 @@
 #include "app/pcm/MajorFrameFind.h"
 #include "app/pcm/MeasurementList.h"
 #include "conversion/ConversionStore.h"
-#include "core/ProfileSettings.h"
-#include "core/Text.h"
-#include "core/UserInterface.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/talk/UserInterface.h"
+#include "core/text/Text.h"
 
 #include <algorithm>
 

@@ -5,7 +5,7 @@
 #include "app/framework/FormContext.h"
 #include "app/pcm/FrameGridAreas.h"
 #include "app/pcm/PcmFormSteps.h"
-#include "pcm/StreamUndo.h"
+#include "pcm/undo/StreamUndo.h"
 
 #include <functional>
 #include <memory>

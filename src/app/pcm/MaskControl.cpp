@@ -2,9 +2,9 @@
 
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
-#include "core/ProfileSettings.h"
 #include "core/TmatsDocument.h"
-#include "pcm/FrameEditMask.h"
+#include "core/talk/ProfileSettings.h"
+#include "pcm/edit/FrameEditMask.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>

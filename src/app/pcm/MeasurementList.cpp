@@ -2,7 +2,7 @@
 
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
-#include "pcm/SampleRateCheck.h"
+#include "pcm/model/SampleRateCheck.h"
 
 #include <algorithm>
 #include <array>

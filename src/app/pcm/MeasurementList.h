@@ -1,7 +1,7 @@
 // The list of all measurements of a stream beside its grid, with a filter.
 #pragma once
 
-#include "pcm/FrameDisplaySearch.h"
+#include "pcm/display/FrameDisplaySearch.h"
 
 #include <functional>
 #include <string>

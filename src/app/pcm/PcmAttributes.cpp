@@ -8,10 +8,10 @@
 #include "app/pcm/PcmFieldsPage.h"
 #include "app/pcm/PcmFilterPage.h"
 #include "app/pcm/PcmSwitchPage.h"
-#include "core/UserInterface.h"
+#include "core/talk/UserInterface.h"
 #include "pcm/PcmFormat.h"
-#include "pcm/PcmFormatFields.h"
-#include "pcm/PcmSave.h"
+#include "pcm/model/PcmFormatFields.h"
+#include "pcm/write/PcmSave.h"
 
 #include <algorithm>
 

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "app/framework/PropertySheet.h"
-#include "pcm/PcmFormatEdit.h"
+#include "pcm/structure/PcmFormatEdit.h"
 
 #include <functional>
 #include <memory>

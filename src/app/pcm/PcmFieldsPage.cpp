@@ -4,9 +4,9 @@
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
 #include "app/pcm/PcmAttributes.h"
-#include "pcm/FrameSyncPattern.h"
 #include "pcm/PcmFormat.h"
-#include "pcm/PcmFormatFields.h"
+#include "pcm/model/FrameSyncPattern.h"
+#include "pcm/model/PcmFormatFields.h"
 
 #include <QComboBox>
 #include <QGroupBox>

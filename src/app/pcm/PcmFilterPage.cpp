@@ -5,7 +5,7 @@
 #include "app/framework/QtText.h"
 #include "app/pcm/PcmAttributes.h"
 #include "pcm/PcmFormat.h"
-#include "pcm/PcmFormatFields.h"
+#include "pcm/model/PcmFormatFields.h"
 
 #include <algorithm>
 

@@ -5,7 +5,7 @@
 // and give true if the stream (or what is shown of it) has changed.
 #pragma once
 
-#include "pcm/MeasurementEdit.h"
+#include "pcm/edit/MeasurementEdit.h"
 
 #include <functional>
 #include <string>

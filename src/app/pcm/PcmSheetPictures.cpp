@@ -9,9 +9,9 @@
 #include "app/pcm/TaggedDataDialog.h"
 #include "core/TmatsDocument.h"
 #include "pcm/PcmFormat.h"
-#include "pcm/PcmFormatFields.h"
-#include "pcm/SubframeCodes.h"
-#include "pcm/SubframeEdit.h"
+#include "pcm/model/PcmFormatFields.h"
+#include "pcm/model/SubframeCodes.h"
+#include "pcm/structure/SubframeEdit.h"
 
 #include <memory>
 

@@ -6,9 +6,9 @@
 #include "app/pcm/SubframeDialog.h"
 #include "app/pcm/TaggedDataDialog.h"
 #include "pcm/PcmFormat.h"
-#include "pcm/StreamUndo.h"
-#include "pcm/SubframeEdit.h"
-#include "pcm/TaggedData.h"
+#include "pcm/read/TaggedData.h"
+#include "pcm/structure/SubframeEdit.h"
+#include "pcm/undo/StreamUndo.h"
 
 namespace kavu {
 

@@ -7,11 +7,11 @@
 #include "app/framework/TypingRules.h"
 #include "app/pcm/EntryList.h"
 #include "app/pcm/IdCounterDialog.h"
-#include "core/FieldRules.h"
-#include "pcm/IdCounterFields.h"
 #include "pcm/PcmFormat.h"
-#include "pcm/SubframeEdit.h"
-#include "pcm/SubframeFields.h"
+#include "pcm/model/SubframeFields.h"
+#include "pcm/structure/IdCounterFields.h"
+#include "pcm/structure/SubframeEdit.h"
+#include "vocabulary/FieldRules.h"
 
 #include <algorithm>
 

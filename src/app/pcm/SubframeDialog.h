@@ -3,7 +3,7 @@
 
 #include "app/framework/EditDialog.h"
 #include "app/framework/QtText.h"
-#include "pcm/SubframeRecordEdit.h"
+#include "pcm/structure/SubframeRecordEdit.h"
 
 class QComboBox;
 class QLabel;

@@ -4,8 +4,8 @@
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
 #include "app/pcm/EditDataWordControls.h"
-#include "core/Messages.h"
 #include "core/TmatsDocument.h"
+#include "core/talk/Messages.h"
 #include "pcm/PcmFormat.h"
 
 #include <algorithm>

@@ -4,7 +4,7 @@
 
 #include "app/framework/EditableList.h"
 #include "app/framework/FormContext.h"
-#include "pcm/MeasurementEditSave.h"
+#include "pcm/edit/MeasurementEditSave.h"
 
 #include <optional>
 #include <string>

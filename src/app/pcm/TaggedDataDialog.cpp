@@ -5,9 +5,9 @@
 #include "app/framework/FieldForm.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
-#include "core/FieldRules.h"
-#include "core/Messages.h"
+#include "core/talk/Messages.h"
 #include "pcm/PcmFormat.h"
+#include "vocabulary/FieldRules.h"
 
 #include <algorithm>
 

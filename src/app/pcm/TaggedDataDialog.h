@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/framework/EditDialog.h"
-#include "pcm/TaggedData.h"
+#include "pcm/read/TaggedData.h"
 
 #include <vector>
 

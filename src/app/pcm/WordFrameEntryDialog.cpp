@@ -5,9 +5,9 @@
 #include "app/pcm/EditDataWordControls.h"
 #include "app/pcm/MaskControl.h"
 #include "app/pcm/WordFrameMap.h"
-#include "core/Printf.h"
-#include "pcm/MeasurementEditWordFrame.h"
+#include "core/text/Printf.h"
 #include "pcm/PcmFormat.h"
+#include "pcm/edit/MeasurementEditWordFrame.h"
 
 #include <algorithm>
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "app/framework/EditDialog.h"
-#include "pcm/WordFrame.h"
+#include "pcm/model/WordFrame.h"
 
 #include <string>
 #include <vector>

@@ -6,11 +6,11 @@
 #include "app/pcm/EditDataWordControls.h"
 #include "app/pcm/FragmentDialog.h"
 #include "app/pcm/WordFrameEntryDialog.h"
-#include "core/ProfileSettings.h"
 #include "core/TmatsDocument.h"
-#include "pcm/FrameEditMask.h"
-#include "pcm/MeasurementEditWordFrame.h"
+#include "core/talk/ProfileSettings.h"
 #include "pcm/PcmFormat.h"
+#include "pcm/edit/FrameEditMask.h"
+#include "pcm/edit/MeasurementEditWordFrame.h"
 
 #include <QPushButton>
 #include <QTableView>

@@ -10,12 +10,12 @@
 #include "app/pcm/PcmFormSteps.h"
 #include "application/Application.h"
 #include "conversion/ConversionStore.h"
-#include "core/Printf.h"
-#include "core/UserInterface.h"
-#include "pcm/FrameEditWords.h"
+#include "core/talk/UserInterface.h"
+#include "core/text/Printf.h"
 #include "pcm/PcmFormat.h"
-#include "pcm/PcmSave.h"
-#include "pcm/WordFrameConversion.h"
+#include "pcm/edit/FrameEditWords.h"
+#include "pcm/write/PcmSave.h"
+#include "pcm/write/WordFrameConversion.h"
 
 #include <memory>
 #include <vector>

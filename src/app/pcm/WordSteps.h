@@ -2,8 +2,8 @@
 #pragma once
 
 #include "app/framework/FormContext.h"
-#include "pcm/FrameEditGenerate.h"
-#include "pcm/MeasurementEditSave.h"
+#include "pcm/edit/FrameEditGenerate.h"
+#include "pcm/edit/MeasurementEditSave.h"
 
 #include <functional>
 #include <optional>

@@ -9,9 +9,9 @@
 #include "app/pcm/WordFrameEntryDialog.h"
 #include "app/pcm/WordSteps.h"
 #include "core/TmatsDocument.h"
-#include "pcm/MeasurementEditDefinition.h"
 #include "pcm/PcmFormat.h"
-#include "pcm/SubframeEdit.h"
+#include "pcm/edit/MeasurementEditDefinition.h"
+#include "pcm/structure/SubframeEdit.h"
 
 #include <memory>
 

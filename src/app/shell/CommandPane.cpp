@@ -6,12 +6,12 @@
 #include "app/shell/TreeModel.h"
 #include "application/Application.h"
 #include "conversion/ConversionStore.h"
-#include "core/GroupFiles.h"
-#include "core/Text.h"
 #include "core/WorkingStore.h"
+#include "core/document/GroupFiles.h"
+#include "core/text/Text.h"
 #include "groups/DataSources.h"
 #include "groups/GroupScan.h"
-#include "pcm/StreamSummary.h"
+#include "pcm/structure/StreamSummary.h"
 
 #include <algorithm>
 

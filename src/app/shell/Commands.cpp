@@ -1,6 +1,6 @@
 #include "app/shell/Commands.h"
 
-#include "core/Messages.h"
+#include "core/talk/Messages.h"
 
 #include <algorithm>
 #include <array>

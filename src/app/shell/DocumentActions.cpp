@@ -2,11 +2,11 @@
 
 #include "application/Application.h"
 #include "application/Recovery.h"
-#include "core/BuildDocument.h"
-#include "core/FileIo.h"
-#include "core/OpenDocument.h"
-#include "core/Printf.h"
-#include "core/UserInterface.h"
+#include "core/document/BuildDocument.h"
+#include "core/document/OpenDocument.h"
+#include "core/files/FileIo.h"
+#include "core/talk/UserInterface.h"
+#include "core/text/Printf.h"
 #include "groups/Migration.h"
 
 #include <vector>

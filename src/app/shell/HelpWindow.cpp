@@ -3,7 +3,7 @@
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
 #include "app/shell/HelpTopics.h"
-#include "core/FileIo.h"
+#include "core/files/FileIo.h"
 
 #include <QHBoxLayout>
 #include <QListWidget>

@@ -1,7 +1,7 @@
 #include "app/shell/ItemCommands.h"
 
 #include "app/framework/QtText.h"
-#include "core/Text.h"
+#include "core/text/Text.h"
 
 #include <algorithm>
 #include <cerrno>

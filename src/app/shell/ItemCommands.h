@@ -3,8 +3,8 @@
 // found out in slices, and the text of a row is made when it is asked for.
 #pragma once
 
-#include "core/FileIo.h"
 #include "core/TmatsReader.h"
+#include "core/files/FileIo.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -8,10 +8,10 @@
 #include "app/shell/TreePanel.h"
 #include "application/Application.h"
 #include "application/Recovery.h"
-#include "core/Messages.h"
-#include "core/Printf.h"
-#include "core/ProfileSettings.h"
 #include "core/WorkingStore.h"
+#include "core/talk/Messages.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Printf.h"
 
 #include <algorithm>
 

@@ -3,10 +3,10 @@
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
 #include "app/framework/Screenshots.h"
-#include "core/Edition.h"
-#include "core/Printf.h"
-#include "core/ProfileSettings.h"
-#include "core/UserInterface.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/talk/UserInterface.h"
+#include "core/text/Edition.h"
+#include "core/text/Printf.h"
 
 #include <algorithm>
 

@@ -9,8 +9,8 @@
 #include "app/shell/MainWindow.h"
 #include "app/shell/TreePanel.h"
 #include "application/Application.h"
-#include "core/FileIo.h"
-#include "core/Printf.h"
+#include "core/files/FileIo.h"
+#include "core/text/Printf.h"
 
 #include <iostream>
 

@@ -1,7 +1,7 @@
 #include "app/shell/StartOptions.h"
 
-#include "core/FileIo.h"
-#include "core/Text.h"
+#include "core/files/FileIo.h"
+#include "core/text/Text.h"
 
 #include <algorithm>
 #include <array>

@@ -2,7 +2,7 @@
 
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
-#include "core/ProfileSettings.h"
+#include "core/talk/ProfileSettings.h"
 #include "groups/DocumentTree.h"
 
 #include <array>

@@ -6,7 +6,7 @@
 #include "app/support/TestDoor.h"
 #include "application/Application.h"
 #include "conversion/ConversionStore.h"
-#include "core/ProfileSettings.h"
+#include "core/talk/ProfileSettings.h"
 #include "support/TestContext.h"
 
 #include <filesystem>

@@ -3,7 +3,7 @@
 #include "app/framework/FieldForm.h"
 #include "app/support/WidgetChecks.h"
 #include "conversion/DefinitionEdit.h"
-#include "core/Text.h"
+#include "core/text/Text.h"
 
 #include <QComboBox>
 #include <QLineEdit>

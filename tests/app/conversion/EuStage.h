@@ -6,7 +6,7 @@
 #include "app/conversion/EuSheet.h"
 #include "app/support/TestDoor.h"
 #include "conversion/ConversionFixture.h"
-#include "core/Text.h"
+#include "core/text/Text.h"
 
 #include <memory>
 #include <string>

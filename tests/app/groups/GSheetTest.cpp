@@ -3,7 +3,7 @@
 #include "app/support/TestDoor.h"
 #include "app/support/WidgetChecks.h"
 #include "conversion/ConversionStore.h"
-#include "core/GroupFiles.h"
+#include "core/document/GroupFiles.h"
 #include "groups/MeasurementNames.h"
 #include "support/TestContext.h"
 

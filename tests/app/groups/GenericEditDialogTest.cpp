@@ -1,6 +1,6 @@
 #include "app/groups/GenericEditDialog.h"
 #include "app/support/TestDoor.h"
-#include "core/GroupFiles.h"
+#include "core/document/GroupFiles.h"
 #include "support/TestContext.h"
 
 #include <QGroupBox>

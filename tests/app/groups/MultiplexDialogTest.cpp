@@ -2,7 +2,7 @@
 #include "app/groups/MultiplexDialog.h"
 #include "app/support/TestDoor.h"
 #include "conversion/ConversionStore.h"
-#include "core/GroupFiles.h"
+#include "core/document/GroupFiles.h"
 #include "groups/MeasurementNames.h"
 #include "support/TestContext.h"
 

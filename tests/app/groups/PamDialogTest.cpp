@@ -1,7 +1,7 @@
 #include "app/groups/GroupRows.h"
 #include "app/groups/PamDialog.h"
 #include "app/support/TestDoor.h"
-#include "core/GroupFiles.h"
+#include "core/document/GroupFiles.h"
 #include "support/TestContext.h"
 
 #include <QComboBox>

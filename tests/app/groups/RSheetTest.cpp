@@ -2,7 +2,7 @@
 #include "app/groups/RSheet.h"
 #include "app/support/TestDoor.h"
 #include "app/support/WidgetChecks.h"
-#include "core/GroupFiles.h"
+#include "core/document/GroupFiles.h"
 #include "support/TestContext.h"
 
 #include <algorithm>

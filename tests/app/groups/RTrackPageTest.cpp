@@ -3,7 +3,7 @@
 #include "app/groups/RTrackPage.h"
 #include "app/support/TestDoor.h"
 #include "app/support/WidgetChecks.h"
-#include "core/GroupFiles.h"
+#include "core/document/GroupFiles.h"
 #include "support/TestContext.h"
 
 #include <QComboBox>

@@ -4,8 +4,8 @@
 #include "app/shell/TreePanel.h"
 #include "app/support/TestDoor.h"
 #include "application/Application.h"
-#include "core/GroupFiles.h"
 #include "core/WorkingStore.h"
+#include "core/document/GroupFiles.h"
 #include "groups/DataSources.h"
 #include "support/SourceStage.h"
 

@@ -4,7 +4,7 @@
 #include "app/pcm/DisplayStage.h"
 #include "app/pcm/FrameGridAreas.h"
 #include "app/pcm/FrameKey.h"
-#include "pcm/AsyncEdit.h"
+#include "pcm/structure/AsyncEdit.h"
 
 #include <QApplication>
 #include <QImage>

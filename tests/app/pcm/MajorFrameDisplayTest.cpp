@@ -3,10 +3,10 @@
 #include "app/pcm/MajorFrameDisplay.h"
 #include "app/support/WidgetChecks.h"
 #include "conversion/ConversionStore.h"
-#include "core/Messages.h"
-#include "core/ProfileSettings.h"
+#include "core/talk/Messages.h"
+#include "core/talk/ProfileSettings.h"
 #include "groups/MeasurementNames.h"
-#include "pcm/AsyncEdit.h"
+#include "pcm/structure/AsyncEdit.h"
 
 #include <QLabel>
 #include <QLineEdit>

@@ -2,9 +2,9 @@
 #include "app/pcm/DisplayStage.h"
 #include "app/pcm/MeasurementList.h"
 #include "app/shell/HelpTopics.h"
-#include "core/ProfileSettings.h"
+#include "core/talk/ProfileSettings.h"
 #include "groups/MeasurementNames.h"
-#include "pcm/AsyncEdit.h"
+#include "pcm/structure/AsyncEdit.h"
 
 #include <QClipboard>
 #include <QHelpEvent>

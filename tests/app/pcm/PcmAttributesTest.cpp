@@ -1,8 +1,8 @@
 #include "app/framework/EditableList.h"
 #include "app/pcm/PcmAttributes.h"
 #include "app/pcm/SheetStage.h"
-#include "core/ProfileSettings.h"
-#include "pcm/PcmFormatFields.h"
+#include "core/talk/ProfileSettings.h"
+#include "pcm/model/PcmFormatFields.h"
 
 #include <QPlainTextEdit>
 #include <QRadioButton>

@@ -3,7 +3,7 @@
 #include "app/pcm/PcmForms.h"
 #include "app/pcm/SheetStage.h"
 #include "conversion/ConversionStore.h"
-#include "core/OpenDocument.h"
+#include "core/document/OpenDocument.h"
 #include "groups/MeasurementNames.h"
 #include "support/TestApplication.h"
 

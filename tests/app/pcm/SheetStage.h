@@ -5,8 +5,8 @@
 #include "app/support/TestDoor.h"
 #include "app/support/WidgetChecks.h"
 #include "pcm/LoadFixture.h"
-#include "pcm/StreamUndo.h"
-#include "pcm/SubframeEdit.h"
+#include "pcm/structure/SubframeEdit.h"
+#include "pcm/undo/StreamUndo.h"
 
 #include <QComboBox>
 #include <QLineEdit>

@@ -4,7 +4,7 @@
 #include "app/pcm/MajorFrameWindow.h"
 #include "app/pcm/PcmForms.h"
 #include "app/pcm/SheetStage.h"
-#include "pcm/AsyncEdit.h"
+#include "pcm/structure/AsyncEdit.h"
 #include "support/TestApplication.h"
 
 #include <QAction>

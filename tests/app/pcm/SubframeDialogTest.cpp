@@ -1,5 +1,5 @@
 #include "app/pcm/CounterStage.h"
-#include "pcm/AsyncEdit.h"
+#include "pcm/structure/AsyncEdit.h"
 
 #include <QListWidget>
 

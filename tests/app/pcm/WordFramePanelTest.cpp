@@ -1,7 +1,7 @@
 #include "app/pcm/WordFrameMap.h"
 #include "app/pcm/WordStage.h"
 #include "app/support/WidgetChecks.h"
-#include "pcm/MeasurementEditWordFrame.h"
+#include "pcm/edit/MeasurementEditWordFrame.h"
 
 namespace kavu {
 namespace {

@@ -5,7 +5,7 @@
 #include "app/pcm/WordSteps.h"
 #include "app/support/TestDoor.h"
 #include "pcm/StreamFixture.h"
-#include "pcm/StreamUndo.h"
+#include "pcm/undo/StreamUndo.h"
 
 #include <QComboBox>
 #include <QLabel>

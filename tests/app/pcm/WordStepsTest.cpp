@@ -4,10 +4,10 @@
 #include "app/pcm/WordStage.h"
 #include "app/support/WidgetChecks.h"
 #include "conversion/ConversionStore.h"
-#include "core/ProfileFile.h"
-#include "pcm/FrameEditComment.h"
+#include "core/files/ProfileFile.h"
 #include "pcm/PcmLoad.h"
-#include "pcm/WordFrameConversion.h"
+#include "pcm/edit/FrameEditComment.h"
+#include "pcm/write/WordFrameConversion.h"
 #include "support/TestApplication.h"
 
 #include <QApplication>

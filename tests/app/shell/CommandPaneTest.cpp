@@ -5,8 +5,8 @@
 #include "app/support/TestDoor.h"
 #include "app/support/WidgetChecks.h"
 #include "conversion/ConversionStore.h"
-#include "core/GroupFiles.h"
-#include "core/OpenDocument.h"
+#include "core/document/GroupFiles.h"
+#include "core/document/OpenDocument.h"
 #include "groups/DocumentTree.h"
 #include "support/TestApplication.h"
 

@@ -1,7 +1,7 @@
 #include "app/shell/DocumentActions.h"
-#include "core/FileIo.h"
-#include "core/ProfileSettings.h"
 #include "core/WorkingStore.h"
+#include "core/files/FileIo.h"
+#include "core/talk/ProfileSettings.h"
 #include "groups/Migration.h"
 #include "support/TestApplication.h"
 

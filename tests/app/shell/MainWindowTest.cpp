@@ -6,10 +6,10 @@
 #include "app/support/TestDoor.h"
 #include "app/support/WidgetChecks.h"
 #include "application/Application.h"
-#include "core/FileIo.h"
-#include "core/ProfileSettings.h"
-#include "core/Text.h"
 #include "core/WorkingStore.h"
+#include "core/files/FileIo.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Text.h"
 #include "support/TestContext.h"
 
 #include <clocale>

@@ -1,7 +1,7 @@
 #include "app/framework/QtText.h"
 #include "app/shell/TreeModel.h"
 #include "conversion/ConversionStore.h"
-#include "core/OpenDocument.h"
+#include "core/document/OpenDocument.h"
 #include "groups/DocumentTree.h"
 #include "support/TestApplication.h"
 

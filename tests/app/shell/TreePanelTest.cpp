@@ -2,8 +2,8 @@
 #include "app/shell/TreePanel.h"
 #include "app/support/WidgetChecks.h"
 #include "conversion/ConversionStore.h"
-#include "core/OpenDocument.h"
-#include "core/ProfileSettings.h"
+#include "core/document/OpenDocument.h"
+#include "core/talk/ProfileSettings.h"
 #include "groups/DocumentTree.h"
 #include "support/TestApplication.h"
 

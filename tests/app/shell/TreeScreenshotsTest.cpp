@@ -3,7 +3,7 @@
 #include "app/shell/TreeScreenshots.h"
 #include "app/support/FormStage.h"
 #include "app/support/WidgetChecks.h"
-#include "core/OpenDocument.h"
+#include "core/document/OpenDocument.h"
 #include "support/TestApplication.h"
 
 #include <QApplication>

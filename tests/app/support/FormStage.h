@@ -4,11 +4,11 @@
 
 #include "app/framework/FormContext.h"
 #include "app/support/TestDoor.h"
-#include "core/Clock.h"
-#include "core/Environment.h"
-#include "core/Messages.h"
-#include "core/ProfileSettings.h"
 #include "core/WorkingStore.h"
+#include "core/files/Environment.h"
+#include "core/talk/Messages.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Clock.h"
 #include "support/RecordingInterface.h"
 
 #include <memory>

@@ -1,0 +1,384 @@
+#include "core/document/BuildDocument.h"
+
+#include "core/TmatsReader.h"
+#include "core/WorkingStore.h"
+#include "core/document/FormerContents.h"
+#include "core/document/GroupFiles.h"
+#include "core/document/OpenDocument.h"
+#include "core/files/FileIo.h"
+#include "core/talk/FileReports.h"
+#include "core/talk/Messages.h"
+#include "core/talk/OpenFileChecked.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Clock.h"
+#include "core/text/Edition.h"
+#include "core/text/Text.h"
+
+#include <unordered_set>
+
+namespace kavu {
+
+namespace {
+
+constexpr unsigned kPollEvery = 64;  // commands
+
+/// A group file of a crashed run may end within a command.
+void noteCutOff(UserInterface* parent, const std::string& where) {
+    if (parent != nullptr) {
+        parent->note(where + ": the last command is cut off and is left out.");
+    }
+}
+
+/// Joins the group files, one table row after the other.
+class Builder {
+  public:
+    Builder(DocumentContext& context, UserInterface* parent, FileWriter& target)
+        : context_(context), parent_(parent), target_(target) {}
+
+    bool run() {
+        // One listing tells what is there. To try every name would cost a call for each, and
+        // a name whose file can not be reached would pass for one that does not exist.
+        if (const auto status = listStore(); !status.ok()) {
+            reportUnableToRead(parent_, status, title::kErrorSaving);
+            return false;
+        }
+        for (const auto& kind : groupKinds()) {
+            // The C group has no file; it is generated in front of the H group.
+            if (kind.letter == 'H' && !saveConversions()) {
+                return false;
+            }
+            if (context_.document.version < kind.firstEdition) {
+                noteLeftOut(kind);
+            } else if (!saveGroup(kind)) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+  private:
+    IoStatus listStore() {
+        std::vector<FolderEntry> entries;
+        const auto status = listFolder(context_.store.folder(), entries);
+        for (auto& entry : entries) {
+            names_.insert(std::move(entry.name));
+        }
+        return status;
+    }
+
+    bool saveConversions() {
+        return !context_.steps.saveConversions || context_.steps.saveConversions(parent_, target_);
+    }
+
+    /// Groups that the edition does not know stay in the working store, and are in no file.
+    void noteLeftOut(const GroupKind& kind) const {
+        int count = 0;
+        for (int index = kLeastGroupIndex; index <= kMostGroupIndex; ++index) {
+            count += names_.contains(groupFile(kind.letter, index)) ? 1 : 0;
+        }
+        if (parent_ != nullptr && count > 0) {
+            parent_->note(formatPrintf("An IRIG %s file has no %c groups: %d left out.",
+                                       editionText(context_.document.version), kind.letter, count));
+        }
+    }
+
+    bool saveGroup(const GroupKind& kind) {
+        if (!kind.indexed) {
+            const bool needed = kind.letter == 'G';
+            return (!needed && !names_.contains(groupFile(kind.letter))) || saveFile(kind, 0);
+        }
+        for (int index = kLeastGroupIndex; index <= kMostGroupIndex; ++index) {
+            if (names_.contains(groupFile(kind.letter, index)) && !saveFile(kind, index)) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    /// From 2009 on an S group is message data, in front of it packet data.
+    [[nodiscard]] std::string nameOf(const GroupKind& kind) const {
+        if (kind.letter == 'S') {
+            return context_.document.version > 2007 ? "Message Data Attributes"
+                                                    : "Packet Attributes";
+        }
+        return std::string(kind.messageName);
+    }
+
+    [[nodiscard]] std::string progressText(const GroupKind& kind, int index) const {
+        if (kind.letter == 'S') {
+            return formatPrintf(kind.saveTitle, nameOf(kind), index);
+        }
+        return kind.indexed ? formatPrintf(kind.saveTitle, index) : std::string(kind.saveTitle);
+    }
+
+    bool saveFile(const GroupKind& kind, int index) {
+        const auto path = context_.store.pathOf(groupFile(kind.letter, index));
+        ByteSource source;
+        auto status = source.open(path);
+        if (status.ok()) {
+            if (!copyGroupFile(context_, parent_, source, target_, progressText(kind, index),
+                               lineCounter_, kind.letter == 'G')) {
+                return false;
+            }
+            status = source.status();
+        }
+        if (!status.ok()) {
+            reportUnreadableGroup(context_.messages, parent_, status, nameOf(kind), path);
+        }
+        // A target that takes no more is reported when it is closed.
+        return status.ok() && target_.status().ok();
+    }
+
+    DocumentContext& context_;
+    UserInterface* parent_;
+    FileWriter& target_;
+    std::unordered_set<std::string> names_;
+    unsigned lineCounter_ = 0;
+};
+
+/// The G file with `head` in front of it, or behind the comments at its head.
+bool putIntoGeneralFile(DocumentContext& context, UserInterface* parent, const std::string& head,
+                        bool behindComments) {
+    const auto path = context.store.pathOf(working::kGeneral);
+    const auto copy = context.store.pathOf(working::kGeneralCopy);
+    ByteSource source;
+    FileWriter writer;
+    auto status = source.open(path);
+    if (status.ok()) {
+        status = writer.open(copy, WriteMode::Truncate);
+    }
+    if (status.ok()) {
+        bool placed = !behindComments;
+        writer.write(placed ? head : std::string());
+        std::string command;
+        std::size_t partial = 0;
+        while (context.reader.nextRawCommand(source, command, nullptr, &partial)) {
+            if (!placed && !startsWithIgnoreCase(command, "COMMENT:")) {
+                writer.write(head);
+                placed = true;
+            }
+            writer.write(command);
+            writer.write("\r\n");
+        }
+        writer.write(placed ? std::string() : head);
+        if (partial > 0) {
+            noteCutOff(parent, "General Information");
+        }
+        status = writer.close();
+        status = source.status().ok() ? status : source.status();
+    }
+    if (status.ok()) {
+        status = renameFile(copy, path);
+    }
+    if (!status.ok()) {
+        reportUnableToWrite(parent, status, title::kErrorSaving);
+        (void)deleteFile(copy);
+    }
+    return status.ok();
+}
+
+/// A document without any G command can be saved: its G file is made first.
+bool ensureGeneralFile(DocumentContext& context, UserInterface* parent) {
+    const auto path = context.store.pathOf(working::kGeneral);
+    PathKind kind = PathKind::Missing;
+    auto status = probePath(path, kind);
+    if (status.ok() && kind != PathKind::Missing) {
+        return true;
+    }
+    status = status.ok() ? writeWholeFile(path, {}) : status;
+    if (!status.ok()) {
+        reportUnableToWrite(parent, status, title::kErrorSaving);
+    }
+    return status.ok();
+}
+
+}  // namespace
+
+bool writeBanner(DocumentContext& context, UserInterface* parent) {
+    if (context.document.version < 1999) {
+        return true;
+    }
+    IoStatus status;
+    (void)rewriteCommands(context.store.pathOf(working::kGeneral), "COMMENT", std::nullopt,
+                          std::nullopt, &status);
+    if (!status.ok()) {
+        reportUnableToWrite(parent, status, title::kErrorSaving);
+        return false;
+    }
+    const auto now = context.clock.now();
+    const std::string line =
+        formatPrintf("This file %s on %s at %s by the KAVU Software;",
+                     context.document.created ? "created" : "saved", dateText(now), timeText(now));
+    const std::string rule = std::string(line.size() - 1, '*') + ";";
+    std::string banner;
+    for (const std::string& text :
+         {rule, line, kBannerMaker + std::string(";"), kBannerHelp + std::string(";"), rule}) {
+        banner += "COMMENT: " + text + "\r\n";
+    }
+    return putIntoGeneralFile(context, parent, banner, false);
+}
+
+bool writeFileNameField(DocumentContext& context, UserInterface* parent, const std::string& path) {
+    if (context.document.version < 2009) {
+        return true;
+    }
+    // A semicolon would end the command within the name.
+    std::string name = replaceAll(fileNameOf(path), ";", "_");
+    toStoredForm(name);
+    IoStatus status;
+    const bool replaced = rewriteCommands(context.store.pathOf(working::kGeneral), "G\\FN",
+                                          std::nullopt, name, &status);
+    if (!status.ok()) {
+        reportUnableToWrite(parent, status, title::kErrorSaving);
+        return false;
+    }
+    return replaced || putIntoGeneralFile(context, parent, "G\\FN:" + name + ";\r\n", true);
+}
+
+bool copyGroupFile(DocumentContext& context, UserInterface* parent, ByteSource& source,
+                   FileWriter& target, const std::string& progressText, unsigned& lineCounter,
+                   bool withComments) {
+    setProgressText(parent, progressText);
+    source.seek(0);
+    if (cancelRequested(parent)) {
+        return false;
+    }
+    std::string command;
+    std::size_t partial = 0;
+    while (withComments ? context.reader.nextRawCommand(source, command, nullptr, &partial)
+                        : context.reader.nextCommand(source, command, nullptr, &partial)) {
+        fromStoredForm(command);
+        command += "\r\n";
+        target.write(command);
+        if (++lineCounter % kPollEvery != 0) {
+            continue;
+        }
+        if (!target.status().ok() || cancelRequested(parent)) {
+            return false;
+        }
+        if (parent != nullptr && context.ticker.secondElapsed()) {
+            parent->setProgressText(formatPrintf("%s Line: %u", progressText, lineCounter));
+            parent->setProgressBar(100.0 * static_cast<double>(source.position()) /
+                                   static_cast<double>(source.size() + 1));
+        }
+    }
+    if (partial > 0) {
+        noteCutOff(parent, progressText);
+    }
+    return true;
+}
+
+bool buildTmatsFile(DocumentContext& context, UserInterface* parent, const std::string& target,
+                    bool backup) {
+    backup = backup && context.settings.integer("CreateBackup", 1) != 0;
+    FormerContents former(context.store);
+    if (!former.keep(parent, target, backup)) {
+        return false;
+    }
+    FileWriter writer;
+    if (const auto status = writer.open(target, WriteMode::Truncate); !status.ok()) {
+        reportUnableToOpen(parent, status);
+        return false;
+    }
+    ProgressScope progress(parent, ProgressMode::WithCancel);
+    setProgressText(parent, "Building TMATS file");
+    const bool built = Builder(context, parent, writer).run();
+    auto status = writer.close(true);
+    if (built && status.ok()) {
+        status = syncFolder(folderOf(target));
+    }
+    progress.close();
+    setProgressBar(parent, -1);
+    if (!status.ok()) {
+        reportUnableToWrite(parent, status, title::kErrorSaving);
+    }
+    if (!built || !status.ok()) {
+        former.offerToPutBack(parent);
+        return false;
+    }
+    return true;
+}
+
+bool saveDocument(DocumentContext& context, UserInterface* parent) {
+    const auto& document = context.document;
+    if (document.path.empty()) {
+        return saveDocumentAs(context, parent);
+    }
+    if (document.readOnly) {
+        context.messages.show(parent, -144, title::kWarning, kWarningBox, document.path);
+        return saveDocumentAs(context, parent);
+    }
+    return saveDocumentTo(context, parent, document.path);
+}
+
+bool saveDocumentAs(DocumentContext& context, UserInterface* parent) {
+    if (parent == nullptr) {
+        return false;
+    }
+    FilePrompt prompt;
+    prompt.title = "Save TMATS File As";
+    prompt.filters = {{"TMATS Files (*.tma;*.tmt)", "*.tma;*.tmt"}, {"All Files (*)", "*"}};
+    prompt.path = context.document.path;
+    prompt.forSaving = true;
+    const auto choice = parent->chooseFile(prompt);
+    return choice && saveDocumentTo(context, parent, choice->path);
+}
+
+bool saveDocumentTo(DocumentContext& context, UserInterface* parent, const std::string& path) {
+    const auto& steps = context.steps;
+    auto& document = context.document;
+    const bool saved = (!steps.storeOpenEditor || steps.storeOpenEditor(parent)) &&
+                       ensureGeneralFile(context, parent) && writeBanner(context, parent) &&
+                       writeFileNameField(context, parent, path) &&
+                       buildTmatsFile(context, parent, path, true);
+    if (!saved) {
+        return false;
+    }
+    document.path = path;
+    document.changed = false;
+    document.created = false;
+    document.readOnly = false;
+    if (steps.updateDocumentMenus) {
+        steps.updateDocumentMenus();
+    }
+    return true;
+}
+
+CloseResult closeDocument(DocumentContext& context, UserInterface* parent) {
+    const auto& steps = context.steps;
+    auto& document = context.document;
+    if (document.changed) {
+        const BoxStyle style{Icon::Warning, Buttons::YesNoCancel, Button::Yes};
+        const auto reply =
+            context.messages.show(parent, -76, title::kWarning, style, "", "file", "file");
+        const bool stopped =
+            reply == Button::Cancel || (reply == Button::Yes && !saveDocument(context, parent));
+        if (stopped) {
+            return CloseResult::Cancelled;
+        }
+    }
+    if (steps.releasePcmFormat) {
+        steps.releasePcmFormat();
+    }
+    if (steps.rememberFile) {
+        steps.rememberFile(document.path);
+    }
+    context.store.clearDocumentFiles(parent, document.version);
+    if (steps.forgetConversions) {
+        steps.forgetConversions();
+    }
+    document = TmatsDocument();
+    resetVersionFromSettings(context);
+    if (steps.updateDocumentMenus) {
+        steps.updateDocumentMenus();
+    }
+    if (steps.rebuildTree) {
+        steps.rebuildTree();
+    }
+    if (steps.forgetMeasurementNames) {
+        steps.forgetMeasurementNames();
+    }
+    return CloseResult::Closed;
+}
+
+}  // namespace kavu

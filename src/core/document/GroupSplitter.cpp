@@ -1,0 +1,238 @@
+#include "core/document/GroupSplitter.h"
+
+#include "core/TmatsReader.h"
+#include "core/WorkingStore.h"
+#include "core/document/GroupFiles.h"
+#include "core/files/FileIo.h"
+#include "core/talk/Messages.h"
+#include "core/talk/OpenFileChecked.h"
+#include "core/text/Clock.h"
+#include "core/text/Text.h"
+
+namespace kavu {
+
+namespace {
+
+constexpr std::size_t kTargetBuffer = 64 * 1024;
+constexpr std::size_t kAllBuffers = 8 * 1024 * 1024;
+constexpr unsigned kPollEvery = 64;  // commands
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+bool isComment(std::string_view command) {
+    return startsWithIgnoreCase(command, "COMMENT:");
+}
+
+/// True if the last bytes of a source are NUL and nothing else: recorders fill a file up to
+/// the length of a block.
+bool endsInNulBytes(ByteSource& source, std::size_t count) {
+    if (count > source.size()) {
+        return false;
+    }
+    source.seek(source.size() - count);
+    for (auto window = source.window(); !window.empty(); window = source.window()) {
+        if (window.find_first_not_of('\0') != std::string_view::npos) {
+            return false;
+        }
+        source.take(window.size());
+    }
+    return true;
+}
+
+bool isIndexedLetter(char letter) {
+    return std::string_view("TRMPDBAVS").find(letter) != std::string_view::npos;
+}
+
+}  // namespace
+
+bool GroupSplitter::run(const std::string& path) {
+    ByteSource source;
+    if (!openFileChecked(parent_, path, source)) {
+        return false;
+    }
+    conversions_.path = context_.store.pathOf(working::kData1);
+    conversions_.title = "EU Information - Measurement: #%d";
+    if (const auto status = writeWholeFile(conversions_.path, {}); !status.ok()) {
+        reportWriteFailure(status);
+        return false;
+    }
+    if (source.window().substr(0, kByteOrderMark.size()) == kByteOrderMark) {
+        source.take(kByteOrderMark.size());
+        notes_.byteOrderMark();
+    }
+    if (!splitCommands(source)) {
+        return false;
+    }
+    // A file that another program has changed meanwhile may be the front of one state and
+    // the end of another.
+    IoStatus failure;
+    if (source.changedSinceOpened(&failure)) {
+        showBox(parent_,
+                failure.ok()
+                    ? formatPrintf("The file '%s' was changed by another program while it was "
+                                   "being read.\n\nPlease open it again.",
+                                   path)
+                    : formatPrintf("Unable to read '%s'\n\nReason: %s", failure.path(),
+                                   failure.reason()),
+                "Unable To Open File");
+        return false;
+    }
+    notes_.tell(parent_);
+    return true;
+}
+
+bool GroupSplitter::splitCommands(ByteSource& source) {
+    std::string command;
+    long line = 1;
+    std::size_t length = 0;
+    for (unsigned count = 1;; ++count) {
+        if (!context_.reader.nextRawCommand(source, command, &line, &length)) {
+            return endOfFile(source, length, line) && flushAll();
+        }
+        if (!sortCommand(command, line - 1)) {
+            return false;
+        }
+        if (count % kPollEvery == 0) {
+            showProgress(source, line);
+            if (cancelRequested(parent_)) {
+                return false;
+            }
+        }
+    }
+}
+
+bool GroupSplitter::endOfFile(ByteSource& source, std::size_t partial, long line) {
+    if (!source.status().ok()) {
+        showBox(parent_,
+                formatPrintf("Unable to read '%s'\n\nReason: %s", source.status().path(),
+                             source.status().reason()),
+                "Unable To Open File");
+        return false;
+    }
+    if (partial > 0) {
+        context_.messages.show(parent_, 157, title::kErrorReading, kWarningBox, line);
+        if (endsInNulBytes(source, partial)) {
+            notes_.nulBytesAtTheEnd();
+        }
+        notes_.tell(parent_);
+        return false;
+    }
+    return true;
+}
+
+bool GroupSplitter::sortCommand(std::string& command, long line) {
+    if (isComment(command)) {
+        notes_.comment(line, command);
+        return true;
+    }
+    Target* const to = targetOf(command, line);
+    if (to == nullptr) {
+        notes_.unknownCommand(line, command);
+        return true;
+    }
+    if (command.find(':') == std::string::npos) {
+        notes_.withoutColon(line, command);
+    }
+    if (holdsLineBreak(command)) {
+        notes_.severalLines(line, command);
+        toStoredForm(command);
+    }
+    if (command.find('\0') != std::string::npos) {
+        notes_.nulBytes(line);
+    }
+    to->lines.append(command).append("\r\n");
+    buffered_ += command.size() + 2;
+    if (to->lines.size() >= kTargetBuffer && !flush(*to)) {
+        return false;
+    }
+    return buffered_ < kAllBuffers || flushAll();
+}
+
+GroupSplitter::Target* GroupSplitter::targetOf(std::string_view command, long line) {
+    if (command.size() < 2) {
+        return nullptr;
+    }
+    const char letter = command[0];
+    if (command[1] == '-' && letter == 'C') {
+        return &conversions_;
+    }
+    // Most commands are of the group of the command in front of them.
+    if (current_ != nullptr && command.substr(0, currentPrefix_.size()) == currentPrefix_) {
+        return current_;
+    }
+    if (command[1] == '\\' && (letter == 'G' || letter == 'H')) {
+        current_ = &target(groupKind(letter), 0);
+        currentPrefix_.assign(command, 0, 2);
+        return current_;
+    }
+    if (command[1] != '-' || !isIndexedLetter(letter)) {
+        return nullptr;
+    }
+    const std::int64_t index = leadingInteger(command.substr(2));
+    Target& found = target(groupKind(letter), index);
+    if (index < kLeastGroupIndex || index > kMostGroupIndex) {
+        notes_.indexOutOfRange(line, command);
+        return &found;
+    }
+    const auto backslash = command.find('\\');
+    current_ = nullptr;
+    if (backslash != std::string_view::npos) {
+        current_ = &found;
+        currentPrefix_.assign(command, 0, backslash + 1);
+    }
+    return &found;
+}
+
+GroupSplitter::Target& GroupSplitter::target(const GroupKind& kind, std::int64_t index) {
+    const auto name = groupFile(kind.letter, index);
+    const auto [place, isNew] = targets_.try_emplace(name);
+    if (isNew) {
+        place->second.path = context_.store.pathOf(name);
+        place->second.title = formatPrintf(kind.readTitle, index);
+    }
+    return place->second;
+}
+
+bool GroupSplitter::flush(Target& target) {
+    FileWriter writer;
+    auto status = writer.open(target.path, WriteMode::Append);
+    if (status.ok()) {
+        writer.write(target.lines);
+        status = writer.close();
+    }
+    if (!status.ok()) {
+        reportWriteFailure(status);
+        return false;
+    }
+    buffered_ -= target.lines.size();
+    target.lines.clear();
+    return true;
+}
+
+bool GroupSplitter::flushAll() {
+    for (auto& [name, target] : targets_) {
+        if (!target.lines.empty() && !flush(target)) {
+            return false;
+        }
+        target.lines.shrink_to_fit();
+    }
+    return conversions_.lines.empty() || flush(conversions_);
+}
+
+void GroupSplitter::reportWriteFailure(const IoStatus& status) {
+    context_.messages.showFailure(parent_, status, 158, title::kErrorReading, kWarningBox,
+                                  status.path());
+}
+
+void GroupSplitter::showProgress(const ByteSource& source, long line) {
+    if (parent_ == nullptr || !context_.ticker.secondElapsed()) {
+        return;
+    }
+    const auto& sectionTitle = current_ == nullptr ? conversions_.title : current_->title;
+    parent_->setStatusText(formatPrintf("Reading %s - Line: %ld", sectionTitle, line));
+    if (source.size() > 0) {
+        parent_->setProgressBar(100.0 * static_cast<double>(source.position()) /
+                                static_cast<double>(source.size()));
+    }
+}
+
+}  // namespace kavu

@@ -1,0 +1,58 @@
+// Sorts the commands of a TMATS file into group files.
+#pragma once
+
+#include "core/TmatsDocument.h"
+#include "core/talk/LoadNotes.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+namespace kavu {
+
+class ByteSource;
+class IoStatus;
+struct GroupKind;
+
+/// One pass over a file. Commands gather in a buffer for each group file, so that groups
+/// that alternate in the file do not cost an open and a close for every command.
+class GroupSplitter {
+  public:
+    GroupSplitter(DocumentContext& context, UserInterface* parent)
+        : context_(context), parent_(parent) {}
+
+    /// True unless it was cancelled or has failed; a failure has been reported, with
+    /// message 157 for a command that the end of the file cuts off and 158 for a working
+    /// file that could not be written.
+    bool run(const std::string& path);
+
+  private:
+    struct Target {
+        std::string path;
+        std::string title;  ///< section title of the status line
+        std::string lines;
+    };
+
+    bool splitCommands(ByteSource& source);
+    bool sortCommand(std::string& command, long line);
+    /// The target of a command, or null for a command that is not kept.
+    Target* targetOf(std::string_view command, long line);
+    Target& target(const GroupKind& kind, std::int64_t index);
+    bool flush(Target& target);
+    bool flushAll();
+    bool endOfFile(ByteSource& source, std::size_t partial, long line);
+    void reportWriteFailure(const IoStatus& status);
+    void showProgress(const ByteSource& source, long line);
+
+    DocumentContext& context_;
+    UserInterface* parent_;
+    LoadNotes notes_;
+    std::unordered_map<std::string, Target> targets_;
+    Target conversions_;
+    Target* current_ = nullptr;
+    std::string currentPrefix_;
+    std::size_t buffered_ = 0;
+};
+
+}  // namespace kavu

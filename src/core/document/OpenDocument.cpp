@@ -1,0 +1,271 @@
+#include "core/document/OpenDocument.h"
+
+#include "core/TmatsReader.h"
+#include "core/WorkingStore.h"
+#include "core/document/BuildDocument.h"
+#include "core/document/GroupFiles.h"
+#include "core/document/GroupSplitter.h"
+#include "core/files/FileIo.h"
+#include "core/talk/Messages.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Clock.h"
+#include "core/text/Edition.h"
+#include "core/text/Text.h"
+
+namespace kavu {
+
+namespace {
+
+constexpr const char* kDataSourceQuestion =
+    "Which kind of TMATS Data Source would you like to create?\n\n"
+    "RF: Creates a TMATS T-Group definition\n"
+    "Tape: Creates a TMATS R-Group definition";
+
+/// Runs an installed step; one that is not installed counts as done.
+template <typename... Args>
+bool runStep(const std::function<bool(Args...)>& step, Args... args) {
+    return !step || step(args...);
+}
+
+/// A version key of the settings; a missing or impossible one is written anew.
+int versionSetting(ProfileSettings& settings, std::string_view key) {
+    constexpr std::size_t kLongest = 10;
+    int version = leadingInt(std::string_view(settings.text(key)).substr(0, kLongest));
+    if (version > kLatestEdition || version == 0) {
+        version = kLatestEdition;
+        settings.writeInteger(key, version);
+    }
+    return normalisedEdition(version);
+}
+
+/// While a document is loaded, over-long fields are reported in the log and not in boxes.
+class LengthLog {
+  public:
+    LengthLog(TmatsReader& reader, const std::string& path) : reader_(reader) {
+        reader_.setLogFile(path);
+    }
+    LengthLog(const LengthLog&) = delete;
+    LengthLog& operator=(const LengthLog&) = delete;
+    ~LengthLog() { reader_.setLogFile({}); }
+
+  private:
+    TmatsReader& reader_;
+};
+
+/// No half-open document can exist: what a failed load has made goes.
+void abandonLoad(DocumentContext& context, UserInterface* parent) {
+    auto& document = context.document;
+    context.store.clearDocumentFiles(parent, document.version);
+    if (context.steps.forgetConversions) {
+        context.steps.forgetConversions();
+    }
+    const int version = document.version;
+    document = TmatsDocument();
+    document.version = version;
+}
+
+bool finishLoad(DocumentContext& context, UserInterface* parent) {
+    setStatusText(parent, "Processing TMATS file");
+    const bool valid = runStep(context.steps.validateDataLinks, parent);
+    // What the validation has reported is shown as well; the load has shown its own.
+    context.messages.showLog(parent, context.document.path);
+    if (!valid) {
+        return false;
+    }
+    context.document.open = true;
+    if (context.steps.updateDocumentMenus) {
+        context.steps.updateDocumentMenus();
+    }
+    if (context.steps.rebuildTree) {
+        context.steps.rebuildTree();
+    }
+    setProgressBar(parent, -1);
+    setStatusText(parent, {});
+    return true;
+}
+
+/// Sets the document's version by the setting: that of the file, or the one to convert to.
+int settingsVersion(ProfileSettings& settings) {
+    const int input = versionSetting(settings, "IRIGInputVersion");
+    const int output = versionSetting(settings, "IRIGOutputVersion");
+    return settings.integer("IRIGOutputMethod", 1) == 1 ? input : output;
+}
+
+bool loadContents(DocumentContext& context, UserInterface* parent, const std::string& path,
+                  const LoadOptions& options) {
+    if (!options.create) {
+        return readTmatsFile(context, parent, path, options.project);
+    }
+    if (context.steps.forgetMeasurementNames) {
+        context.steps.forgetMeasurementNames();
+    }
+    context.document.changed = createNewTmatsFile(context, parent, options.makeTemplate);
+    return true;
+}
+
+}  // namespace
+
+void resetVersionFromSettings(DocumentContext& context) {
+    context.document.version = settingsVersion(context.settings);
+}
+
+bool openTmatsFileCommand(DocumentContext& context, UserInterface* parent) {
+    std::string path;
+    return askOpenTmatsFile(context, parent, path) != 0 && loadDocument(context, parent, path);
+}
+
+int askOpenTmatsFile(DocumentContext& context, UserInterface* parent, std::string& path,
+                     const std::string& title) {
+    if (parent == nullptr) {
+        return 0;
+    }
+    FilePrompt prompt;
+    prompt.title = title;
+    prompt.filters = {{"TMATS Files (*.tma;*.tmt)", "*.tma;*.tmt"}, {"All Files (*)", "*"}};
+    prompt.filterIndex = context.settings.integer("OpenFilterIndex", 1);
+    prompt.path = path;
+    const auto choice = parent->chooseFile(prompt);
+    if (!choice) {
+        return 0;
+    }
+    context.settings.writeInteger("OpenFilterIndex", choice->filterIndex);
+    path = choice->path;
+    return choice->filterIndex;
+}
+
+bool openFromName(DocumentContext& context, UserInterface* parent, const std::string& name) {
+    std::string path = replaceAll(name, "\"", "");
+    path = std::string(trim(path));
+    // What can not be reached is no reason to open another file in its place.
+    PathKind kind = PathKind::Missing;
+    if (!path.empty() && probePath(path, kind).ok() && kind == PathKind::Missing) {
+        for (const char* const extension : {".tma", ".tmt"}) {
+            if (fileExists(path + extension)) {
+                path += extension;
+                break;
+            }
+        }
+    }
+    return loadDocument(context, parent, path);
+}
+
+bool loadDocument(DocumentContext& context, UserInterface* parent, const std::string& path,
+                  const LoadOptions& options) {
+    auto& document = context.document;
+    if (document.open && closeDocument(context, parent) == CloseResult::Cancelled) {
+        return document.open;
+    }
+    document.created = options.create;  // closing has cleared it
+    document.kind = DocumentKind::TmatsFile;
+    document.readOnly = !options.create && fileExists(path) && !canWrite(path);
+    if (context.steps.releasePcmFormat) {
+        context.steps.releasePcmFormat();
+    }
+    resetVersionFromSettings(context);
+    document.path = path;
+    // The close of a document that was too old for S groups leaves them behind.
+    context.store.deleteFiles(nullptr, groupKind('S').wildcard);
+
+    const LengthLog log(context.reader, context.messages.logPath());
+    const bool opened = loadContents(context, parent, path, options) && finishLoad(context, parent);
+    if (!opened) {
+        abandonLoad(context, parent);
+    } else if (!options.create && context.steps.rememberFile) {
+        context.steps.rememberFile(path);
+    }
+    if (context.steps.updateDocumentMenus) {
+        context.steps.updateDocumentMenus();
+    }
+    return opened;
+}
+
+bool splitIntoGroupFiles(DocumentContext& context, UserInterface* parent, const std::string& path) {
+    return GroupSplitter(context, parent).run(path);
+}
+
+bool readTmatsFile(DocumentContext& context, UserInterface* parent, const std::string& path,
+                   bool project) {
+    const auto& steps = context.steps;
+    auto& document = context.document;
+    document.changed = false;
+    // The log is emptied before the names are gathered, so that what is reported while they
+    // are is still in it when it is shown.
+    context.store.deleteFiles(nullptr, working::kMessageLog);
+    ProgressScope progress(parent, ProgressMode::WithCancel);
+
+    bool good = splitIntoGroupFiles(context, parent, path);
+    good = good && runStep(steps.gatherMeasurementNames, parent);
+    if (good) {
+        int input = document.version;
+        const int target = steps.detectVersions ? steps.detectVersions(parent, input) : input;
+        good = target != 0;
+        setStatusText(parent, "Pre-processing Data Conversion Information");
+        if (good && !project && steps.loadConversions) {
+            // Between two editions the fields of both are needed: those of the latest.
+            good = steps.loadConversions(parent, input == target ? target : kLatestEdition);
+        }
+        if (good && steps.migrate) {
+            const auto migrated = steps.migrate(parent, input, target);
+            good = migrated.has_value();
+            document.changed = migrated.value_or(false) || document.changed;
+        }
+    }
+    progress.close();
+    setProgressBar(parent, -1);
+    setStatusText(parent, {});
+    context.messages.showLog(parent, path);
+    return good;
+}
+
+namespace {
+
+/// The G group of a new document with one data source.
+std::string templateGeneral(const DocumentContext& context, bool radio) {
+    const auto& document = context.document;
+    std::string text;
+    if (document.version >= 2009 && !document.path.empty()) {
+        text += formatPrintf("G\\FN:%s;\r\n", fileNameOf(document.path));
+    }
+    if (document.version > 1996) {
+        text += formatPrintf("G\\106:%2.2d;\r\n", editionNumber(document.version));
+    }
+    text += formatPrintf("G\\OD:%s;\r\n", tmatsDate(context.clock.now(), document.version));
+    text += formatPrintf("G\\DSI\\N:1;\r\nG\\DSI-1:%s;\r\nG\\DST-1:%s;\r\n",
+                         radio ? "RF Data Source" : "Tape Data Source", radio ? "RF" : "TAP");
+    return text;
+}
+
+bool writeWorkingFile(DocumentContext& context, UserInterface* parent, const std::string& name,
+                      const std::string& text) {
+    const auto status = writeWholeFile(context.store.pathOf(name), text);
+    if (!status.ok()) {
+        context.messages.showFailure(parent, status, 158, title::kErrorReading, kWarningBox,
+                                     status.path());
+    }
+    return status.ok();
+}
+
+}  // namespace
+
+bool createNewTmatsFile(DocumentContext& context, UserInterface* parent, bool makeTemplate) {
+    const std::string general(working::kGeneral);
+    const bool wanted =
+        makeTemplate && context.messages.show(parent, -146, title::kNote, kYesNoBox) == Button::Yes;
+    const int kind = wanted ? parent->chooseFromList(kDataSourceQuestion, {"RF", "Tape"}) : -1;
+    if (kind < 0) {
+        return writeWorkingFile(context, parent, general, {});
+    }
+    const bool radio = kind == 0;
+    const std::string source = radio ? "RF Data Source" : "Tape Data Source";
+    const bool made =
+        writeWorkingFile(context, parent, general, templateGeneral(context, radio)) &&
+        writeWorkingFile(context, parent, groupFile(radio ? 'T' : 'R', 1),
+                         radio ? formatPrintf("T-1\\ID:%s;\r\nT-1\\SCO\\N:0;\r\n", source)
+                               : formatPrintf("R-1\\ID:%s;\r\n", source));
+    if (made && context.steps.createStream) {
+        context.steps.createStream(parent, source);
+    }
+    return made;
+}
+
+}  // namespace kavu

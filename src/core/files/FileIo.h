@@ -1,0 +1,176 @@
+// Files, read through one buffered reader and written through one buffered writer that
+// reports every failure with its path and the system's reason.
+#pragma once
+
+#include "core/files/IoStatus.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kavu {
+
+/// A run of bytes that is read from the front, from a file or from memory. Characters and
+/// whole spans can be taken; the position can be set. A read error looks like the end of
+/// the bytes and is kept in `status`.
+class ByteSource {
+  public:
+    ByteSource();
+    ByteSource(ByteSource&&) noexcept;
+    ByteSource& operator=(ByteSource&&) noexcept;
+    ~ByteSource();
+
+    /// Reads from `bytes`, which must outlive the source.
+    [[nodiscard]] static ByteSource fromMemory(std::string_view bytes);
+
+    IoStatus open(const std::string& path);
+    void close();
+    [[nodiscard]] bool isOpen() const;
+
+    /// The bytes that can be taken without reading more. Empty only at the end.
+    [[nodiscard]] std::string_view window();
+    /// Takes `count` bytes of the window. REQUIRES: count <= window().size().
+    void take(std::size_t count) { at_ += count; }
+    /// The next byte, or -1 at the end.
+    int get();
+    [[nodiscard]] bool atEnd() { return window().empty(); }
+
+    [[nodiscard]] std::uint64_t position() const { return base_ + at_; }
+    void seek(std::uint64_t position);
+    /// The size of the file when it was opened.
+    [[nodiscard]] std::uint64_t size() const { return size_; }
+    [[nodiscard]] const IoStatus& status() const { return status_; }
+    /// True if the file is not the one that was opened any more: another program has
+    /// changed it, cut it or put another one in its place since. Also true if that can not
+    /// be known; `failure`, if given, then tells why.
+    [[nodiscard]] bool changedSinceOpened(IoStatus* failure = nullptr) const;
+
+  private:
+    struct Identity;
+    void refill();
+
+    int descriptor_ = -1;
+    std::string path_;
+    std::unique_ptr<char[]> buffer_;
+    const char* data_ = nullptr;
+    std::size_t at_ = 0;
+    std::size_t filled_ = 0;
+    std::uint64_t base_ = 0;
+    std::uint64_t size_ = 0;
+    IoStatus status_;
+    std::unique_ptr<Identity> identity_;
+};
+
+enum class WriteMode {
+    Truncate,  ///< empties the file, or makes it
+    Append,    ///< writes behind what is there, or makes it
+    New,       ///< makes the file, and fails if anything is at the path already
+};
+
+/// Buffered writing. The first failure sticks: later writes do nothing, and `close`
+/// reports it.
+class FileWriter {
+  public:
+    FileWriter() = default;
+    FileWriter(const FileWriter&) = delete;
+    FileWriter& operator=(const FileWriter&) = delete;
+    FileWriter(FileWriter&&) noexcept;
+    FileWriter& operator=(FileWriter&&) noexcept;
+    ~FileWriter();
+
+    /// Files are made with the permissions of the user's mask; in the working store,
+    /// whose folder is private, that is private as well.
+    IoStatus open(const std::string& path, WriteMode mode);
+    [[nodiscard]] bool isOpen() const { return descriptor_ >= 0; }
+
+    void write(std::string_view bytes);
+    void put(char c) { write(std::string_view(&c, 1)); }
+    /// Bytes written so far through this writer, and, after `Append`, those in front.
+    [[nodiscard]] std::uint64_t position() const { return position_; }
+    [[nodiscard]] const IoStatus& status() const { return status_; }
+
+    IoStatus flush();
+    /// Closes the file. With `durable` it is complete on the disk when this returns.
+    IoStatus close(bool durable = false);
+
+  private:
+    void writeOut(std::string_view bytes);
+
+    int descriptor_ = -1;
+    std::string path_;
+    std::string buffer_;
+    std::uint64_t position_ = 0;
+    IoStatus status_;
+};
+
+[[nodiscard]] IoStatus readWholeFile(const std::string& path, std::string& bytes);
+/// Replaces a working file, whole or not at all: through a file beside it that takes its
+/// place when it is complete. Quick: the disk may be behind.
+[[nodiscard]] IoStatus replaceWorkingFile(const std::string& path, std::string_view bytes);
+/// Replaces a file of the user, complete on the disk when it returns: what a link leads to
+/// is written and the link stays, mode and owner stay, and so do other names of the file.
+/// Where a file beside it can not take its place for that, it is written in place.
+[[nodiscard]] IoStatus replaceUserFile(const std::string& path, std::string_view bytes);
+/// Writes a file in place, in one go.
+[[nodiscard]] IoStatus writeWholeFile(const std::string& path, std::string_view bytes);
+/// Copies the bytes of a file, overwriting the target. The status names the file that
+/// failed; a file is not copied over itself (EEXIST). With `durable` the copy is complete on the
+/// disk when this returns.
+[[nodiscard]] IoStatus copyFile(const std::string& from, const std::string& to,
+                                bool durable = false);
+[[nodiscard]] IoStatus deleteFile(const std::string& path);
+[[nodiscard]] IoStatus renameFile(const std::string& from, const std::string& to);
+/// Makes one folder; one that is there already is no failure, anything else there is
+/// (ENOTDIR).
+[[nodiscard]] IoStatus makeFolder(const std::string& path, unsigned mode = 0777);
+/// Makes a folder with all its parents.
+[[nodiscard]] IoStatus makeFolders(const std::string& path, unsigned mode = 0777);
+/// Deletes a folder with all it holds, depth first. Gives the first failure and goes on.
+[[nodiscard]] IoStatus deleteFolder(const std::string& path);
+/// Makes the entries of a folder durable, if one may read the folder.
+[[nodiscard]] IoStatus syncFolder(const std::string& path);
+
+enum class PathKind { Missing, PlainFile, Folder, Other };
+/// Tells what a path leads to; links are followed. Only what is not there is `Missing`:
+/// that it can not be known is a failure, and whoever would overwrite or leave out what is
+/// missing has to ask here and not below.
+[[nodiscard]] IoStatus probePath(const std::string& path, PathKind& kind);
+/// Tells if both paths lead to one existing file, be it by a link.
+[[nodiscard]] IoStatus probeSameFile(const std::string& one, const std::string& other, bool& same);
+
+[[nodiscard]] bool fileExists(const std::string& path);
+/// True for an existing file that is no folder, device or pipe; links are followed.
+[[nodiscard]] bool isPlainFile(const std::string& path);
+[[nodiscard]] bool folderExists(const std::string& path);
+[[nodiscard]] bool canRead(const std::string& path);
+/// True if an existing file can be opened for writing; nothing in it changes.
+[[nodiscard]] bool canWrite(const std::string& path);
+/// True if no permission bit lets anybody write to the file.
+[[nodiscard]] bool hasReadOnlyAttribute(const std::string& path);
+/// The size of a file; what is not there is a failure.
+[[nodiscard]] IoStatus probeSize(const std::string& path, std::uint64_t& size);
+/// The size of a file, 0 if there is none.
+[[nodiscard]] std::uint64_t fileSize(const std::string& path);
+
+/// A text that differs once the file has been written, replaced, made or deleted.
+[[nodiscard]] std::string fileStamp(const std::string& path);
+
+struct FolderEntry {
+    std::string name;
+    bool isFolder = false;
+};
+/// The entries of a folder without "." and "..", sorted by name.
+[[nodiscard]] IoStatus listFolder(const std::string& path, std::vector<FolderEntry>& entries);
+
+/// True if a name matches a pattern in which `*` stands for any run of characters and
+/// every other character for itself.
+[[nodiscard]] bool matchesWildcard(std::string_view name, std::string_view pattern);
+
+/// The part of a path behind its last separator.
+[[nodiscard]] std::string fileNameOf(const std::string& path);
+/// The part in front of it, "." when there is none.
+[[nodiscard]] std::string folderOf(const std::string& path);
+
+}  // namespace kavu

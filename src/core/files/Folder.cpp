@@ -1,0 +1,44 @@
+// Listing of folders.
+#include "core/files/FileIo.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <dirent.h>
+#include <sys/stat.h>
+
+namespace kavu {
+
+namespace {
+
+/// A link to a folder is no folder here: deleting a tree must not leave the tree.
+bool isRealFolder(const std::string& path) {
+    struct stat info {};
+    return ::lstat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+}
+
+}  // namespace
+
+IoStatus listFolder(const std::string& path, std::vector<FolderEntry>& entries) {
+    entries.clear();
+    DIR* folder = ::opendir(path.c_str());
+    if (folder == nullptr) {
+        return {path, errno};
+    }
+    errno = 0;
+    while (const dirent* entry = ::readdir(folder)) {
+        const std::string name = entry->d_name;
+        if (name != "." && name != "..") {
+            const bool isFolder = entry->d_type == DT_DIR ||
+                                  (entry->d_type == DT_UNKNOWN && isRealFolder(path + "/" + name));
+            entries.push_back({name, isFolder});
+        }
+        errno = 0;
+    }
+    const int code = errno;
+    ::closedir(folder);
+    std::sort(entries.begin(), entries.end(),
+              [](const FolderEntry& a, const FolderEntry& b) { return a.name < b.name; });
+    return {path, code};
+}
+
+}  // namespace kavu

@@ -1,0 +1,39 @@
+#include "core/talk/FileReports.h"
+
+#include "core/files/IoStatus.h"
+#include "core/talk/UserInterface.h"
+
+#include <string>
+
+namespace kavu {
+
+namespace {
+
+void reportFile(UserInterface* parent, const char* text, const IoStatus& status, int titleId) {
+    showBox(parent, formatPrintf(text, status.path(), status.reason()),
+            std::string(loadText(titleId).value_or("")));
+}
+
+}  // namespace
+
+void reportUnableToRead(UserInterface* parent, const IoStatus& status, int titleId) {
+    reportFile(parent, "Unable to read '%s'\n\nReason: %s", status, titleId);
+}
+
+void reportUnableToWrite(UserInterface* parent, const IoStatus& status, int titleId) {
+    reportFile(parent, "Unable to write '%s'\n\nReason: %s", status, titleId);
+}
+
+void reportFailedAction(const Messages& messages, UserInterface* parent, const IoStatus& status,
+                        int titleId, std::string_view action, std::string_view name,
+                        const BoxStyle& style) {
+    messages.showFailure(parent, status, 313, titleId, style, action,
+                         name.empty() ? std::string_view(status.path()) : name);
+}
+
+void reportUnreadableGroup(const Messages& messages, UserInterface* parent, const IoStatus& status,
+                           std::string_view group, std::string_view path) {
+    messages.showFailure(parent, status, 407, title::kErrorSaving, kWarningBox, group, path);
+}
+
+}  // namespace kavu

@@ -1,0 +1,28 @@
+// How every pass tells of a working file that could not be read or written: the path and
+// the system's reason, in one form wherever it happens.
+#pragma once
+
+#include "core/talk/Messages.h"
+
+#include <string_view>
+
+namespace kavu {
+
+class IoStatus;
+class UserInterface;
+
+/// A box without a number under the title of this number. All are silent without a parent.
+void reportUnableToRead(UserInterface* parent, const IoStatus& status, int titleId = title::kError);
+void reportUnableToWrite(UserInterface* parent, const IoStatus& status,
+                         int titleId = title::kError);
+
+/// Message 313: what could not be done ("Write/Create") with the conversion records. `name`
+/// is shown for the file; empty shows its path.
+void reportFailedAction(const Messages& messages, UserInterface* parent, const IoStatus& status,
+                        int titleId, std::string_view action, std::string_view name = {},
+                        const BoxStyle& style = kErrorBox);
+/// Message 407: a group that is being saved, under its name in messages.
+void reportUnreadableGroup(const Messages& messages, UserInterface* parent, const IoStatus& status,
+                           std::string_view group, std::string_view path);
+
+}  // namespace kavu

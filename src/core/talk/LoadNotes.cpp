@@ -1,0 +1,127 @@
+#include "core/talk/LoadNotes.h"
+
+#include "core/talk/UserInterface.h"
+#include "core/text/Printf.h"
+#include "core/text/Text.h"
+
+namespace kavu {
+
+namespace {
+
+constexpr std::string_view kGroupLetters = "GTRMPDBACHVS";
+constexpr std::size_t kSampleLength = 60;
+
+/// The start of the first line behind the first that begins like a command, or npos.
+std::size_t embeddedCommand(std::string_view command) {
+    constexpr std::string_view kLineEnds = "\r\n\x14\x15";
+    for (auto at = command.find_first_of(kLineEnds); at != std::string_view::npos;
+         at = command.find_first_of(kLineEnds, at)) {
+        at = command.find_first_not_of("\r\n\x14\x15 \t", at);
+        if (at == std::string_view::npos) {
+            break;
+        }
+        if (!leadingCode(command.substr(at)).empty()) {
+            return at;
+        }
+    }
+    return std::string_view::npos;
+}
+
+void tellOne(UserInterface* parent, const char* one, const char* many, long count, long line,
+             const std::string& sample) {
+    if (count == 1) {
+        parent->note(formatPrintf(one, line, sample));
+    } else if (count > 1) {
+        parent->note(formatPrintf(many, count, line, sample));
+    }
+}
+
+}  // namespace
+
+std::string_view leadingCode(std::string_view line) {
+    if (line.size() < 3 || kGroupLetters.find(line[0]) == std::string_view::npos) {
+        return {};
+    }
+    std::size_t at = 1;
+    if (line[at] == '-') {
+        const auto digits = ++at;
+        while (at < line.size() && isDigit(line[at])) {
+            ++at;
+        }
+        if (at == digits) {
+            return {};
+        }
+    }
+    if (at >= line.size() || line[at] != '\\') {
+        return {};
+    }
+    const auto end = line.find_first_of(":;\r\n\x14\x15 ", at);
+    const bool complete = end != std::string_view::npos && line[end] == ':' && end > at + 1;
+    return complete ? line.substr(0, end) : std::string_view();
+}
+
+void LoadNotes::Finding::add(long at, std::string_view command) {
+    if (count++ == 0) {
+        line = at;
+        sample = std::string(cutToBytes(command, kSampleLength));
+        sample += command.size() > kSampleLength ? "..." : "";
+        for (char& c : sample) {
+            c = c >= 0 && c < ' ' ? ' ' : c;
+        }
+    }
+}
+
+void LoadNotes::comment(long line, std::string_view command) {
+    if (const auto at = embeddedCommand(command); at != std::string_view::npos) {
+        swallowing_.add(line, command.substr(at));
+    }
+}
+
+void LoadNotes::severalLines(long line, std::string_view command) {
+    if (const auto at = embeddedCommand(command); at != std::string_view::npos) {
+        swallowed_.add(line, command.substr(at));
+    }
+}
+
+void LoadNotes::tell(UserInterface* parent) const {
+    if (parent == nullptr) {
+        return;
+    }
+    if (byteOrderMark_) {
+        parent->note("The file begins with a byte order mark. It is left out.");
+    }
+    if (nulBytesAtTheEnd_) {
+        parent->note(
+            "Nothing but NUL bytes stands behind the last command. Without them the file opens.");
+    }
+    if (nulBytes_.count > 0) {
+        parent->note(
+            formatPrintf("NUL bytes were found in %ld commands, the first at line %ld. "
+                         "They are kept as they are.",
+                         nulBytes_.count, nulBytes_.line));
+    }
+    tellOne(parent, "Line %ld: a command of no known group is left out: %s",
+            "%ld commands of no known group are left out, the first at line %ld: %s",
+            unknown_.count, unknown_.line, unknown_.sample);
+    tellOne(parent, "Line %ld: a command whose group index is not 1 to 99 will not be saved: %s",
+            "%ld commands whose group index is not 1 to 99 will not be saved, the first at line "
+            "%ld: %s",
+            range_.count, range_.line, range_.sample);
+    tellOne(parent, "Line %ld: a command without a colon is kept as it is: %s",
+            "%ld commands without a colon are kept as they are, the first at line %ld: %s",
+            colon_.count, colon_.line, colon_.sample);
+    tellOne(parent,
+            "Line %ld: a COMMENT without its semicolon takes the command behind it along, and "
+            "both are left out: %s",
+            "%ld COMMENTs without their semicolon take the commands behind them along, and are "
+            "left out, the first at line %ld: %s",
+            swallowing_.count, swallowing_.line, swallowing_.sample);
+    tellOne(parent,
+            "Line %ld: a value holds what looks like another command; is a semicolon missing in "
+            "front of it? %s",
+            "%ld values hold what looks like another command, as if a semicolon were missing, "
+            "the first at line %ld: %s",
+            swallowed_.count, swallowed_.line, swallowed_.sample);
+}
+
+}  // namespace kavu

@@ -1,0 +1,58 @@
+// The settings of the program, `kavu.ini`. A setting is read where it is needed and
+// written at once when it changes; a settings file that can not be written is no error,
+// the next run has the defaults.
+#pragma once
+
+#include "core/files/ProfileFile.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kavu {
+
+/// The main section of `kavu.ini`, and the head of the working store's name.
+inline constexpr std::string_view kApplicationName = "KAVU-9";
+
+class ProfileSettings {
+  public:
+    /// `path` may be empty: then every key has its default at first, and what is written
+    /// stays in memory. The same holds for a file that can not be read or written.
+    explicit ProfileSettings(std::string path);
+
+    /// The decimal value of a key of the main section; a text without digits is 0.
+    [[nodiscard]] int integer(std::string_view key, int otherwise) const;
+    [[nodiscard]] std::string text(std::string_view key, std::string_view otherwise = {}) const;
+    void write(std::string_view key, std::string_view value);
+    void writeInteger(std::string_view key, long value);
+
+    /// The same for any section. A write without a value removes the key, without a key
+    /// the section.
+    [[nodiscard]] int profileInteger(std::string_view section, std::string_view key,
+                                     int otherwise) const;
+    [[nodiscard]] std::string profileText(std::string_view section, std::string_view key,
+                                          std::string_view otherwise = {}) const;
+    void writeProfile(std::string_view section, std::optional<std::string_view> key,
+                      std::optional<std::string_view> value);
+    [[nodiscard]] std::vector<std::string> profileKeys(std::string_view section) const;
+
+    /// A value of the main section for this run only: it hides the one in the file and is
+    /// never written.
+    void overrideForThisRun(std::string_view key, std::string_view value);
+
+    [[nodiscard]] const std::string& path() const { return file_.path(); }
+
+  private:
+    /// Reads the file again if another program has written it since.
+    void refresh() const;
+    /// The value for this run of a key, or null.
+    [[nodiscard]] const std::string* overrideOf(std::string_view section,
+                                                std::string_view key) const;
+
+    mutable ProfileFile file_;
+    mutable std::string stamp_;  ///< of the file when it was read or written last
+    std::map<std::string, std::string> overrides_;  ///< by lower-case key
+};
+
+}  // namespace kavu

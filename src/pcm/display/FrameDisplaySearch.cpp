@@ -1,0 +1,112 @@
+#include "pcm/display/FrameDisplaySearch.h"
+
+#include "core/text/Text.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace kavu {
+
+namespace {
+
+/// Takes a number off the front of a text, blanks before it included.
+std::optional<int> takeNumber(std::string_view& text) {
+    const auto begin = text.find_first_not_of(" \t\r\n");
+    if (begin == std::string_view::npos) {
+        return std::nullopt;
+    }
+    text.remove_prefix(begin);
+    if (text.size() > 1 && text.front() == '+' && isDigit(text[1])) {
+        text.remove_prefix(1);
+    }
+    int value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc()) {
+        return std::nullopt;
+    }
+    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+    return value;
+}
+
+bool isBefore(FramePlace a, FramePlace b) {
+    return a.word != b.word ? a.word < b.word : a.frame < b.frame;
+}
+
+}  // namespace
+
+std::optional<FramePlace> parseGoTo(std::string_view text, bool isWordField, FramePlace present) {
+    const auto first = takeNumber(text);
+    if (!first) {
+        return std::nullopt;
+    }
+    if (const auto second = takeNumber(text)) {
+        return FramePlace{*first, *second};
+    }
+    return isWordField ? FramePlace{*first, present.frame} : FramePlace{present.word, *first};
+}
+
+FramePlace findMeasurement(const PcmFormat& format, std::string_view name) {
+    const auto hit = Occurrences(format, name).next();
+    return hit ? FramePlace{hit->fwp, hit->fn} : FramePlace{};
+}
+
+FramePlace findSubframeWord(const PcmFormat& format, std::string_view name) {
+    for (int fwp = 1; fwp < format.wordsPerMinorFrame; ++fwp) {
+        const auto type = format.wordType(fwp);
+        const auto* const counter = format.idCounterOfWord(fwp);
+        const auto* const subframe = format.subframeOfWord(fwp);
+        if ((type == WordType::IdCounter && counter != nullptr && counter->name == name) ||
+            (type == WordType::Subframe && subframe != nullptr && subframe->name == name)) {
+            return {fwp, 1};
+        }
+    }
+    return {};
+}
+
+std::vector<MeasurementRow> measurementRows(const PcmFormat& format) {
+    std::vector<MeasurementRow> rows;
+    format.forEachMeasurement([&](CellRef cell, int fwp, int index) {
+        const auto& measurement = format.cells().measurement(cell);
+        rows.push_back({measurement.name.str(), measurement.locationType.str(), {fwp, index}});
+        return true;
+    });
+    return rows;
+}
+
+std::vector<std::size_t> findRows(const std::vector<MeasurementRow>& rows, std::string_view text) {
+    std::vector<std::size_t> hits;
+    if (text.empty()) {
+        return hits;
+    }
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const auto& name = rows[i].name;
+        const auto found =
+            std::search(name.begin(), name.end(), text.begin(), text.end(),
+                        [](char a, char b) { return toUpperAscii(a) == toUpperAscii(b); });
+        if (found != name.end()) {
+            hits.push_back(i);
+        }
+    }
+    return hits;
+}
+
+std::optional<std::size_t> nextHit(const std::vector<MeasurementRow>& rows,
+                                   const std::vector<std::size_t>& hits, FramePlace from,
+                                   bool includeFrom, bool forward) {
+    if (hits.empty()) {
+        return std::nullopt;
+    }
+    // Several measurements may begin at one place: then the next one is elsewhere.
+    const auto first = std::partition_point(
+        hits.begin(), hits.end(), [&](std::size_t hit) { return isBefore(rows[hit].first, from); });
+    const auto behind = std::partition_point(
+        first, hits.end(), [&](std::size_t hit) { return !isBefore(from, rows[hit].first); });
+    const auto position = [&](auto at) { return static_cast<std::size_t>(at - hits.begin()); };
+    if (!forward) {
+        return first == hits.begin() ? hits.size() - 1 : position(first) - 1;
+    }
+    const auto next = includeFrom ? first : behind;
+    return next == hits.end() ? 0 : position(next);
+}
+
+}  // namespace kavu

@@ -1,0 +1,43 @@
+// Finding places in the display of a stream: by numbers, by names, and the list of all
+// measurements.
+#pragma once
+
+#include "pcm/display/FrameDisplay.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kavu {
+
+/// What somebody has entered to go to a place: two numbers are word and frame, one number
+/// goes with the present value of the other field. Nothing if there is no number.
+[[nodiscard]] std::optional<FramePlace> parseGoTo(std::string_view text, bool isWordField,
+                                                  FramePlace present);
+
+/// The first place of a measurement, frame by frame and in a frame word by word; case is
+/// ignored. None if the stream does not have it.
+[[nodiscard]] FramePlace findMeasurement(const PcmFormat& format, std::string_view name);
+/// The first word of an ID counter or a subframe of exactly that name, in frame 1; or none.
+[[nodiscard]] FramePlace findSubframeWord(const PcmFormat& format, std::string_view name);
+
+/// A measurement in the list beside the grid.
+struct MeasurementRow {
+    std::string name;
+    std::string locationType;
+    FramePlace first;
+};
+/// Every measurement once, by its first word.
+[[nodiscard]] std::vector<MeasurementRow> measurementRows(const PcmFormat& format);
+
+/// The rows whose name holds the text, case ignored; none for an empty text.
+[[nodiscard]] std::vector<std::size_t> findRows(const std::vector<MeasurementRow>& rows,
+                                                std::string_view text);
+/// The hit at or behind a place, or with `forward` off the one before it; the search goes
+/// around. `hits` are indices of rows, rising; the result is one of `hits`, as its position.
+[[nodiscard]] std::optional<std::size_t> nextHit(const std::vector<MeasurementRow>& rows,
+                                                 const std::vector<std::size_t>& hits,
+                                                 FramePlace from, bool includeFrom, bool forward);
+
+}  // namespace kavu

@@ -1,0 +1,98 @@
+// The view state of the display of a stream, and the arithmetic of it: sizes of cells, zoom,
+// scrolling, the cell under a point, movement by keys.
+#pragma once
+
+#include "pcm/display/FrameDisplay.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kavu {
+
+inline constexpr int kLeastCellWidth = 5;
+inline constexpr int kMostCellWidth = 150;
+inline constexpr int kUsualCellWidth = 30;
+/// "Zoom In By 10%" adds so many pixels.
+inline constexpr int kZoomStep = 10;
+
+/// Percent of the largest width, as it is shown: "20".
+[[nodiscard]] std::string zoomPercent(int cellWidth);
+/// The width for one of the entries 25, 50, 75 and 100.
+[[nodiscard]] int widthOfPercent(int percent);
+
+/// Cells from one corner to the other, both included.
+struct FrameBlock {
+    FramePlace first;
+    FramePlace last;
+    [[nodiscard]] bool holds(FramePlace at) const;
+    [[nodiscard]] bool operator==(const FrameBlock&) const = default;
+};
+
+enum class FrameMove {
+    Left,
+    Right,
+    Up,
+    Down,
+    RowBegin,   ///< the sync word
+    RowEnd,     ///< the last word
+    FirstCell,  ///< the first word in frame 1
+    LastCell,
+    PageUp,
+    PageDown,
+    PageLeft,
+    PageRight,
+};
+
+class FrameView {
+  public:
+    explicit FrameView(const FrameDisplay& display) : display_(display) {}
+
+    int firstWord = 0;     ///< scroll position: the word in the leftmost column
+    int scrolledRows = 0;  ///< scroll position: the frame in the top row less one
+
+    [[nodiscard]] int cellWidth() const { return cellWidth_; }
+    /// Half the width.
+    [[nodiscard]] int cellHeight() const { return cellWidth_ / 2; }
+    /// Keeps the width within its limits; true if that changes it.
+    bool setCellWidth(long width);
+
+    /// The cell that is selected; none before the first selection.
+    [[nodiscard]] FramePlace selected() const { return selected_; }
+    /// From where a block was begun to the selected cell; of one cell if there is no block.
+    [[nodiscard]] FrameBlock block() const;
+    /// False, without effect, for a place below the depth of its word. With `extend` the block
+    /// grows to the place, else it is this cell alone.
+    bool select(FramePlace at, bool extend = false);
+    void clearSelection();
+
+    /// The place under a point of the grid, in pixels from its corner; none outside of the
+    /// frame. It may be below the depth of its word.
+    [[nodiscard]] FramePlace cellAtPoint(int x, int y) const;
+
+    /// Columns and rows that a grid of that size has in full; at least one.
+    [[nodiscard]] int fullColumns(int width) const;
+    [[nodiscard]] int fullRows(int height) const;
+    /// Scrolls as little as it takes; true if it had to.
+    bool scrollTo(FramePlace at, int columns, int rows);
+
+    /// Where a key leads from the selected cell, or, before the first selection, the cell at
+    /// the top left. Always a place that can be selected.
+    [[nodiscard]] FramePlace moved(FrameMove move, int columns, int rows) const;
+    /// The place itself, or the one that repeats there if it is below the depth of its word;
+    /// none outside of the frame.
+    [[nodiscard]] FramePlace selectable(FramePlace at) const;
+
+    /// The texts of a block: a line for each frame, words set apart by tabs.
+    [[nodiscard]] std::string blockText(const FrameBlock& block) const;
+
+  private:
+    [[nodiscard]] FramePlace clamped(int word, int frame) const;
+
+    const FrameDisplay& display_;
+    int cellWidth_ = kUsualCellWidth;
+    FramePlace selected_;
+    FramePlace anchor_;
+};
+
+}  // namespace kavu

@@ -1,0 +1,164 @@
+#include "pcm/edit/FrameEditFilter.h"
+
+#include "core/TmatsDocument.h"
+#include "core/TmatsReader.h"
+#include "core/WorkingStore.h"
+#include "core/files/FileIo.h"
+#include "core/talk/FileReports.h"
+#include "core/talk/Messages.h"
+#include "core/text/Text.h"
+#include "groups/GroupScan.h"
+#include "pcm/PcmFormat.h"
+#include "pcm/PcmLoad.h"
+#include "pcm/model/MeasurementFields.h"
+
+#include <map>
+#include <unordered_map>
+#include <utility>
+
+namespace kavu {
+
+namespace {
+
+constexpr int kSelectsOnly = 2009;
+constexpr std::string_view kYes = "Yes";
+
+bool selectsOnly(const PcmFormat& format) {
+    return format.edition() < 2011;
+}
+
+std::string pathOf(const PcmFormat& format) {
+    return format.context().store.path(kSmfFormat, format.dGroup);
+}
+
+std::string settingOf(char letter) {
+    switch (letter) {
+        case 'O':
+            return "Overwrite";
+        case 'F':
+            return "Filter";
+        default:
+            return "Neither";
+    }
+}
+
+/// What a file tells of one row.
+struct FileRow {
+    std::string name;
+    std::string type;
+};
+
+/// The rows of a file by their numbers; of 106-09 the number of the list stands in front.
+IoStatus readRows(const PcmFormat& format, std::map<std::pair<int, int>, FileRow>& rows) {
+    return forEachCommand(format.context().reader, pathOf(format), [&](const std::string& command) {
+        const auto field = fieldView(command);
+        const auto code = codeHead(field.code);
+        const bool isName = equalsIgnoreCase(code, codeHead(filter_field::kName.code));
+        if (!isName && !equalsIgnoreCase(code, codeHead(filter_field::kType.code))) {
+            return true;
+        }
+        const auto indices = parseCommandIndices(command);
+        auto& row = rows[{indices.fields[0], indices.fields[1]}];
+        (isName ? row.name : row.type) = std::string(field.value);
+        return true;
+    });
+}
+
+}  // namespace
+
+bool hasFilterList(const PcmFormat& format) {
+    return format.edition() >= kSelectsOnly;
+}
+
+std::vector<std::string> filterSettings(const PcmFormat& format) {
+    return selectsOnly(format) ? std::vector<std::string>{"Yes", "No"}
+                               : std::vector<std::string>{"Overwrite", "Filter", "Neither"};
+}
+
+std::optional<std::vector<FilterRow>> readFilterList(PcmFormat& format, UserInterface* parent) {
+    if (!hasFilterList(format)) {
+        return std::nullopt;
+    }
+    if (!format.hasAnyMeasurement()) {
+        format.context().messages.show(parent, 340, title::kError, kErrorBox);
+        return std::nullopt;
+    }
+    std::vector<FilterRow> rows;
+    std::unordered_map<std::string, std::size_t> byName;
+    const auto rowOf = [&](std::string_view name, std::string_view setting) -> FilterRow& {
+        const auto [it, isNew] = byName.emplace(lowerAscii(name), rows.size());
+        if (isNew) {
+            rows.push_back({std::string(name), std::string(setting)});
+        }
+        return rows[it->second];
+    };
+    format.forEachMeasurement([&](CellRef cell, int, int) {
+        rowOf(format.cells().measurement(cell).name.view(), selectsOnly(format) ? "No" : "");
+        return true;
+    });
+    std::map<std::pair<int, int>, FileRow> stored;
+    if (const auto status = readRows(format, stored); !status.ok() && !isMissing(status)) {
+        reportUnableToRead(parent, status);
+        return std::nullopt;
+    }
+    for (const auto& [number, row] : stored) {
+        if (!row.name.empty()) {
+            rowOf(row.name, "").setting =
+                selectsOnly(format) ? std::string(kYes)
+                                    : settingOf(row.type.empty() ? 'N' : toUpperAscii(row.type[0]));
+        }
+    }
+    return rows;
+}
+
+bool storeFilterList(PcmFormat& format, UserInterface* parent, const std::vector<FilterRow>& rows) {
+    if (!hasFilterList(format)) {
+        return false;
+    }
+    giveMeasurementGroup(format, parent);  // a stream that was never saved has none
+    const auto prefix = groupPrefix('D', format.dGroup);
+    const auto path = pathOf(format);
+    const auto scratch = path + ".new";
+    FileWriter writer;
+    auto status = writer.open(scratch, WriteMode::Truncate);
+    if (status.ok()) {
+        const bool selects = selectsOnly(format);
+        long count = 0;
+        for (const auto& row : rows) {
+            count += !selects || row.setting == kYes ? 1 : 0;
+        }
+        constexpr int kFirstList = 1;
+        writeIntCommand(writer, prefix,
+                        selects ? numberedCode(filter_field::kCountInList.code, {kFirstList})
+                                : std::string(filter_field::kCount.code),
+                        count);
+        int k = 0;
+        for (const auto& row : rows) {
+            if (selects && row.setting != kYes) {
+                continue;
+            }
+            ++k;
+            writeCommand(writer, prefix,
+                         selects ? numberedCode(filter_field::kNameInList.code, {kFirstList, k})
+                                 : numberedCode(filter_field::kName.code, {k}),
+                         row.name);
+            if (!selects) {
+                writeCommand(writer, prefix, numberedCode(filter_field::kType.code, {k}),
+                             row.setting.empty() ? "N" : row.setting.substr(0, 1));
+            }
+        }
+        status = writer.close();
+        status = status.ok() ? renameFile(scratch, path) : status;
+        if (!status.ok()) {
+            (void)deleteFile(scratch);
+        }
+    }
+    if (!status.ok()) {
+        reportUnableToWrite(parent, status);
+        return false;
+    }
+    format.changed = true;
+    return true;
+}
+
+}  // namespace kavu

@@ -1,0 +1,203 @@
+#include "pcm/edit/FrameEditGenerate.h"
+
+#include "core/TmatsDocument.h"
+#include "core/talk/Messages.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Clock.h"
+#include "pcm/model/FrameSyncPattern.h"
+#include "pcm/model/MeasurementCell.h"
+#include "pcm/structure/AsyncEdit.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace kavu {
+
+namespace {
+
+constexpr const char* kTitle = "Generate Data Word Definitions";
+
+std::string upperStart(std::string_view text, std::size_t length) {
+    std::string result(text.substr(0, length));
+    std::transform(result.begin(), result.end(), result.begin(), toUpperAscii);
+    return result;
+}
+
+std::string_view maskKey(const PcmFormat& format) {
+    return format.implicitSubframes ? "DFragWDFR" : "DMask";
+}
+
+/// The name of a place; words may have moved since another one was named after it.
+std::string freeName(const PcmFormat& format, int fwp, int index) {
+    const auto base = formatPrintf("FWP%4.4d_FN%3.3d", fwp, index);
+    auto name = base;
+    for (int n = 2; format.hasMeasurement(name); ++n) {
+        name = base + "_" + std::to_string(n);
+    }
+    return name;
+}
+
+/// The word/frame definition of a new measurement: one fragment of this word.
+int defineWordFrame(PcmFormat& format, int fwp, int index, const std::string& mask) {
+    const int entry = format.addWordFrameDefinition(-1, 1);
+    auto& definition = *format.wordFrameDefinition(entry);
+    auto& location = definition.locations[0];
+    location.wordLength = format.wordLength(fwp);
+    WordFrameFragment fragment;
+    fragment.startWord = fwp;
+    fragment.endWord = fwp;
+    const bool isSubframe = format.wordType(fwp) == WordType::Subframe;
+    fragment.startFrame = isSubframe ? index : 1;
+    fragment.frameInterval = isSubframe ? 0 : 1;
+    fragment.endFrame = isSubframe ? index : format.numberOfFrames;
+    fragment.mask = mask;
+    fragment.fragmentPosition = 1;
+    location.fragments.push_back(fragment);
+    if (const auto* const counter = format.idCounterOfWord(fwp); isSubframe && counter != nullptr) {
+        definition.idCounterName = counter->name.str();
+    }
+    return entry;
+}
+
+Measurement newMeasurement(PcmFormat& format, const DataWordDefaults& defaults, int fwp,
+                           int index) {
+    Measurement measurement;
+    measurement.name = freeName(format, fwp, index);
+    measurement.parity = defaults.parity;
+    measurement.parityTransferOrder = defaults.parityTransferOrder;
+    measurement.transferOrder = defaults.transferOrder;
+    // A hidden subframe has no name in the file that another type could refer to.
+    if (format.implicitSubframes || isHiddenSubframe(format.subframeOfWord(fwp))) {
+        measurement.locationType = "WDFR";
+        measurement.wordFrameIndex = defineWordFrame(format, fwp, index, defaults.mask);
+    } else {
+        measurement.locationType = format.wordType(fwp) == WordType::Subframe ? "SF" : "MF";
+    }
+    measurement.mask = defaults.mask;
+    return measurement;
+}
+
+bool isUndefined(const PcmFormat& format, int fwp, int index) {
+    const auto head = format.cellAt(fwp, index);
+    return head && format.cells().isFree(head) && !isAsyncAt(format, fwp, index, 0);
+}
+
+/// Makes the measurements of one word.
+void fillWord(PcmFormat& format, const DataWordDefaults& defaults, int fwp,
+              std::vector<CellRef>& made) {
+    const int depth = std::min(format.wordDepth(fwp), format.numberOfFrames);
+    for (int index = 1; index <= depth; ++index) {
+        if (!isUndefined(format, fwp, index)) {
+            continue;
+        }
+        const auto head = format.cellAt(fwp, index);
+        format.cells().store(head, newMeasurement(format, defaults, fwp, index));
+        made.push_back(head);
+    }
+}
+
+/// Each is written to a file, which takes longer than its measurement.
+void createConversions(const PcmFormat& format, UserInterface* parent, const GenerateSteps& steps,
+                       const DataWordDefaults& defaults, const std::vector<CellRef>& made) {
+    if (!steps.createConversion) {
+        return;
+    }
+    double done = 0;
+    for (const auto& at : made) {
+        steps.createConversion(parent, format.cells().measurement(at).name.str(), defaults);
+        ++done;
+        if (format.context().ticker.secondElapsed()) {
+            const double percent = 100 * done / static_cast<double>(made.size());
+            setStatusText(parent, formatPrintf("Creating data conversions (%d%% complete)",
+                                               static_cast<int>(percent)));
+            setProgressBar(parent, percent);
+            yieldToInterface(parent);
+        }
+    }
+}
+
+}  // namespace
+
+DataWordDefaults readDataWordDefaults(const PcmFormat& format) {
+    const auto& settings = format.context().settings;
+    return {settings.text("DMN1", "DE"),  settings.text("DMN2", "D"),
+            settings.text("DMN3", "D"),   settings.text(maskKey(format), "FW"),
+            settings.text("CBFM", "UNS"), settings.text("CDCT", "NON")};
+}
+
+void keepDataWordDefaults(const PcmFormat& format, UserInterface* parent,
+                          DataWordDefaults& defaults) {
+    const auto& context = format.context();
+    defaults.parity = upperStart(defaults.parity, 2);
+    defaults.parityTransferOrder = defaults.parityTransferOrder.substr(0, 1);
+    defaults.transferOrder = defaults.transferOrder.substr(0, 1);
+    defaults.binaryFormat = upperStart(defaults.binaryFormat, 3);
+    defaults.conversionType = upperStart(defaults.conversionType, 3);
+    const bool valid =
+        defaults.mask == "FW" || (isBinaryText(defaults.mask) && defaults.mask.size() <= 64);
+    if (!valid) {
+        context.messages.showTitled(parent, -232, kTitle, kErrorBox);
+        defaults.mask = "FW";
+    }
+    auto& settings = context.settings;
+    settings.write("DMN1", defaults.parity);
+    settings.write("DMN2", defaults.parityTransferOrder);
+    settings.write("DMN3", defaults.transferOrder);
+    settings.write(maskKey(format), defaults.mask);
+    settings.write("CBFM", defaults.binaryFormat);
+    settings.write("CDCT", defaults.conversionType);
+}
+
+std::optional<int> createDataWords(PcmFormat& format, UserInterface* parent,
+                                   const GenerateSteps& steps, const DataWordDefaults& defaults) {
+    ProgressScope progress(parent, ProgressMode::WithCancel);
+    setProgressText(parent, "Creating Measurements");
+    const auto definitions = format.wordFrameDefinitions.size();
+    std::vector<CellRef> made;
+    bool done = true;
+    for (int fwp = 1; done && fwp < format.wordsPerMinorFrame; ++fwp) {
+        const int percent = fwp * 100 / format.wordsPerMinorFrame;
+        setStatusText(parent, formatPrintf("Creating measurements at Frame Word Position #%d "
+                                           "(%d%% complete)",
+                                           fwp, percent));
+        setProgressBar(parent, percent);
+        yieldToInterface(parent);
+        const auto type = format.wordType(fwp);
+        if (type != WordType::IdCounter && type != WordType::Sync) {
+            fillWord(format, defaults, fwp, made);
+        }
+        done = !cancelRequested(parent);
+    }
+    if (!done) {
+        setStatusText(parent, {});
+        for (const auto& at : made) {
+            format.cells().clear(at);
+        }
+        format.wordFrameDefinitions.resize(definitions);
+        return std::nullopt;
+    }
+    createConversions(format, parent, steps, defaults, made);
+    setStatusText(parent, {});
+    format.changed = format.changed || !made.empty();
+    return static_cast<int>(made.size());
+}
+
+std::optional<int> generateDataWords(PcmFormat& format, UserInterface* parent,
+                                     const GenerateSteps& steps) {
+    const auto& messages = format.context().messages;
+    if (messages.showTitled(parent, -226, kTitle, kYesNoBox) != Button::Yes) {
+        return std::nullopt;
+    }
+    auto defaults = readDataWordDefaults(format);
+    if (steps.changeDefaults && !steps.changeDefaults(parent, defaults)) {
+        return std::nullopt;
+    }
+    keepDataWordDefaults(format, parent, defaults);
+    const auto count = createDataWords(format, parent, steps, defaults);
+    if (count) {
+        messages.showTitled(parent, -227, kTitle, kNoteBox, *count);
+    }
+    return count;
+}
+
+}  // namespace kavu

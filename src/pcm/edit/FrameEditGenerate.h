@@ -1,0 +1,51 @@
+// Basic measurements for all places of the frame that have none.
+#pragma once
+
+#include "pcm/edit/MeasurementEdit.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace kavu {
+
+/// The attributes that the new measurements share, as codes.
+struct DataWordDefaults {
+    std::string parity;               ///< "EV", "OD", "NO", "DE"
+    std::string parityTransferOrder;  ///< "L", "T", "D"
+    std::string transferOrder;        ///< "M", "L", "D"
+    std::string mask;                 ///< "FW" or binary
+    std::string binaryFormat;         ///< of the conversion, three letters
+    std::string conversionType;       ///< "NON", "COE"
+    [[nodiscard]] bool operator==(const DataWordDefaults&) const = default;
+};
+
+struct GenerateSteps {
+    /// Lets the user change the defaults; the entries of a form may be given as they are
+    /// shown ("Leads Word"). False is a Cancel. Not installed, the settings hold as they are.
+    std::function<bool(UserInterface*, DataWordDefaults&)> changeDefaults;
+    /// Makes the conversion record of a new measurement.
+    std::function<void(UserInterface*, std::string_view name, const DataWordDefaults&)>
+        createConversion;
+};
+
+/// The defaults as the settings have them.
+[[nodiscard]] DataWordDefaults readDataWordDefaults(const PcmFormat& format);
+
+/// Cuts the values to their codes, checks the mask (message 232, then "FW") and keeps all of
+/// them in the settings.
+void keepDataWordDefaults(const PcmFormat& format, UserInterface* parent,
+                          DataWordDefaults& defaults);
+
+/// Makes a measurement at every place without one. Number of them; nothing if the user has
+/// cancelled, and then the frame is as it was. A name that is in use already gets a number
+/// behind it ("FWP0002_FN001_2").
+std::optional<int> createDataWords(PcmFormat& format, UserInterface* parent,
+                                   const GenerateSteps& steps, const DataWordDefaults& defaults);
+
+/// The whole operation: question 226, which counts as No without a parent; the defaults;
+/// message 232; the measurements; message 227 with their number.
+std::optional<int> generateDataWords(PcmFormat& format, UserInterface* parent,
+                                     const GenerateSteps& steps);
+
+}  // namespace kavu

@@ -1,0 +1,118 @@
+#include "pcm/edit/FrameEditMask.h"
+
+#include "core/TmatsDocument.h"
+#include "core/talk/Messages.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/talk/UserInterface.h"
+#include "pcm/model/FrameSyncPattern.h"
+
+#include <algorithm>
+
+namespace kavu {
+
+namespace {
+
+constexpr std::string_view kFullWord = "FW";
+constexpr int kIllegalEntry = 87;
+constexpr std::size_t kMostBits = 64;
+constexpr std::size_t kBitsOfDigit = 4;
+
+bool showsHexadecimal(const DocumentContext& context) {
+    return context.settings.integer("HexBM", 0) != 0;
+}
+
+bool isBinary(std::string_view text) {
+    return !text.empty() && text.find_first_not_of("01") == std::string_view::npos;
+}
+bool isHexadecimal(std::string_view text) {
+    return !text.empty() && text.find_first_not_of("0123456789ABCDEF") == std::string_view::npos;
+}
+
+/// Entered from the left: digits that the word has no bits for go, and missing ones are 0.
+std::string fitHexadecimal(std::string digits, std::size_t bits) {
+    while (digits.size() * kBitsOfDigit > bits) {
+        digits.pop_back();
+    }
+    while (digits.size() < bits && digits.size() * kBitsOfDigit < bits) {
+        digits += '0';
+    }
+    return digits;
+}
+
+std::string fitBinary(std::string mask, std::size_t bits) {
+    mask.resize(bits, '0');
+    return mask;
+}
+
+}  // namespace
+
+std::string fullMask(const DocumentContext& context, std::string_view mask, int wordLength) {
+    std::string shown(mask);
+    if (shown.empty()) {
+        shown = context.settings.text("DMask", kFullWord);
+    }
+    if (shown == kFullWord) {
+        return shown;
+    }
+    const auto bits = static_cast<std::size_t>(std::max(0, wordLength));
+    if (bits > 0 && shown.size() < bits) {
+        shown.insert(0, bits - shown.size(), '0');
+    } else if (bits > 0) {
+        shown.erase(0, shown.size() - bits);
+    }
+    return shown.find('0') == std::string::npos ? std::string(kFullWord) : shown;
+}
+
+std::string shownMask(const DocumentContext& context, std::string_view mask, int wordLength) {
+    auto shown = fullMask(context, mask, wordLength);
+    return shown == kFullWord || !showsHexadecimal(context) ? shown : binaryToHex(shown);
+}
+
+std::optional<std::string> enteredMask(const DocumentContext& context, UserInterface* parent,
+                                       std::string_view text, int wordLength) {
+    if (text == kFullWord) {
+        return std::string(text);
+    }
+    const bool hexadecimal = showsHexadecimal(context);
+    const auto most = hexadecimal ? kMostBits / kBitsOfDigit : kMostBits;
+    if (text.size() > most || !(hexadecimal ? isHexadecimal(text) : isBinary(text))) {
+        context.messages.show(parent, hexadecimal ? 143 : 142, kIllegalEntry, kErrorBox);
+        return std::nullopt;
+    }
+    std::string mask(text);
+    const auto bits = std::min(static_cast<std::size_t>(std::max(0, wordLength)), kMostBits);
+    if (!hexadecimal) {
+        return bits == 0 ? mask : fitBinary(std::move(mask), bits);
+    }
+    if (bits == 0) {
+        return hexToBinary(mask);
+    }
+    // A length that no number of digits has: the bits that are left over at the right go.
+    return fitBinary(hexToBinary(fitHexadecimal(std::move(mask), bits)), bits);
+}
+
+std::optional<std::string> editBitmask(const DocumentContext& context, UserInterface* parent,
+                                       std::string_view mask, std::string_view key,
+                                       int wordLength) {
+    if (parent == nullptr) {
+        return std::nullopt;
+    }
+    TextPrompt prompt;
+    prompt.title = "Bitmask";
+    prompt.prompt =
+        showsHexadecimal(context) ? "Enter Hex Bitmask (or FW)" : "Enter Binary Bitmask (or FW)";
+    prompt.initial = shownMask(context, mask, wordLength);
+    prompt.limit = kMostBits;
+    while (const auto text = parent->enterText(prompt)) {
+        if (auto entered = enteredMask(context, parent, *text, wordLength)) {
+            if (!key.empty()) {
+                context.settings.write(key, *entered);
+            }
+            return entered;
+        }
+        prompt.initial = *text;
+    }
+    return std::nullopt;
+}
+
+}  // namespace kavu

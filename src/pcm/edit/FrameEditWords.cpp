@@ -1,0 +1,277 @@
+#include "pcm/edit/FrameEditWords.h"
+
+#include "core/TmatsDocument.h"
+#include "core/talk/Messages.h"
+#include "pcm/model/FrameEditLists.h"
+#include "pcm/structure/AsyncEdit.h"
+#include "pcm/structure/SubframeEdit.h"
+
+#include <algorithm>
+#include <functional>
+#include <map>
+#include <set>
+#include <vector>
+
+namespace kavu {
+
+namespace {
+
+constexpr int kIllegalEntry = 87;
+constexpr int kLeastWordsBus = 128;
+
+template <typename... Args>
+bool refuse(const PcmFormat& format, UserInterface* parent, int id, const Args&... args) {
+    format.context().messages.show(parent, id, kIllegalEntry, kErrorBox, args...);
+    return false;
+}
+
+/// A number of the user. The prompt takes any: what is out of range is told by a message.
+std::optional<int> askNumber(UserInterface* parent, std::string prompt, long initial) {
+    if (parent == nullptr) {
+        return std::nullopt;
+    }
+    const auto value = parent->enterInteger({.title = "Enter Value",
+                                             .prompt = std::move(prompt),
+                                             .initial = initial,
+                                             .least = INT32_MIN,
+                                             .most = INT32_MAX});
+    return value ? std::optional(static_cast<int>(std::clamp<long>(*value, INT32_MIN, INT32_MAX)))
+                 : std::nullopt;
+}
+
+/// Puts the words of `sources` at the positions from `first` on; -1 is an empty plain word.
+/// Every position that is written is also read, or its contents are given up.
+bool arrange(PcmFormat& format, int first, const std::vector<int>& sources) {
+    std::vector<WordContents> words;
+    words.reserve(sources.size());
+    for (const int source : sources) {
+        words.push_back(source >= 0
+                            ? takeWord(format, source)
+                            : WordContents{{WordType::Minor, format.commonWordLength, -1, -1},
+                                           std::vector<CellList>(1)});
+    }
+    // All of them are emptied first, so that there are no more cells than before.
+    for (std::size_t i = 0; i < sources.size(); ++i) {
+        format.cells().resizeWord(first + static_cast<int>(i), 0);
+    }
+    bool done = true;
+    for (std::size_t i = 0; i < sources.size(); ++i) {
+        done = putWord(format, first + static_cast<int>(i), words[i]) && done;
+    }
+    return done;
+}
+
+/// The question for the first entry of a plain word; true for an empty one.
+bool mayClear(const PcmFormat& format, UserInterface* parent, int fwp) {
+    const auto at = format.measurementAt(fwp, 1, 1, false);
+    if (!at || parent == nullptr) {
+        return true;
+    }
+    const int record = format.cells().asyncNumber(at);
+    const auto entry = static_cast<std::size_t>(std::max(0, record - 1));
+    std::string text;
+    if (record == 0) {
+        text = formatPrintf("Measurement '%s'?", format.cells().measurement(at).name.view());
+    } else {
+        text = formatPrintf("Async format definition '%s'?",
+                            entry < format.asyncFormats.size()
+                                ? format.asyncFormats[entry].dataLinkName.view()
+                                : std::string_view());
+    }
+    return showBox(parent, text, std::string(loadText(title::kDeleteEntry).value_or("")),
+                   Icon::Question, Buttons::YesNo) == Button::Yes;
+}
+
+/// Deletes a subframe with the measurements and async formats that had a place in it,
+/// wherever else they are.
+bool clearSubframe(PcmFormat& format, UserInterface* parent, const EditSteps& steps, int fwp) {
+    const auto& cells = format.cells();
+    const auto word = format.word(fwp);
+    std::map<std::string, int> names;
+    std::set<int, std::greater<>> records;
+    for (const int each : format.wordsOf({word.idCounterIndex, word.subframeIndex})) {
+        for (int index = 1; index <= cells.cellCount(each); ++index) {
+            for (auto at = cells.cell(each, index); at; at = cells.next(at)) {
+                if (cells.isMeasurement(at)) {
+                    const auto& measurement = cells.measurement(at);
+                    names.emplace(measurement.name.str(), measurement.wordFrameIndex);
+                } else if (const int record = cells.asyncNumber(at); record > 0) {
+                    records.insert(record);
+                }
+            }
+        }
+    }
+    if (!deleteSubframe(format, parent, fwp, true)) {
+        return false;
+    }
+    for (const auto& [name, entry] : names) {
+        dropMeasurement(format, parent, steps, name);
+        format.freeWordFrameDefinition(entry);
+    }
+    for (const int record : records) {  // the last one first: later ones move up
+        removeAsyncFormat(format, parent, record, -1, -1);
+    }
+    removeEmptyHiddenSubframes(format);
+    return true;
+}
+
+bool clearForDeletion(PcmFormat& format, UserInterface* parent, const EditSteps& steps, int fwp) {
+    switch (format.wordType(fwp)) {
+        case WordType::IdCounter:
+            return deleteIdCounter(format, parent, fwp);
+        case WordType::Subframe:
+            return clearSubframe(format, parent, steps, fwp);
+        case WordType::Minor:
+            if (mayClear(format, parent, fwp)) {
+                clearWord(format, parent, steps, fwp);
+                return true;
+            }
+            return false;
+        default:
+            return false;
+    }
+}
+
+}  // namespace
+
+bool insertFwps(PcmFormat& format, UserInterface* parent, int after, int count) {
+    const int words = format.wordsPerMinorFrame;
+    if (after < 0 || after > words - 1) {
+        return refuse(format, parent, 160, 0, words - 1);
+    }
+    if (count < 1) {
+        return refuse(format, parent, 161, 0);
+    }
+    if (count > kMostWords - words) {
+        format.context().messages.show(parent, 189, title::kError, kErrorBox, kMostWords,
+                                       kMostWords);
+        return false;
+    }
+    if (!format.setWordsPerMinorFrame(parent, words + count)) {
+        return false;
+    }
+    std::vector<int> sources(static_cast<std::size_t>(count), -1);
+    for (int source = after + 1; source < words; ++source) {
+        sources.push_back(source);
+    }
+    const bool done = arrange(format, after + 1, sources);
+    format.recalculateBitsPerMinorFrame();
+    return done;
+}
+
+bool insertFwps(PcmFormat& format, UserInterface* parent) {
+    const int last = format.wordsPerMinorFrame - 1;
+    const auto after = askNumber(parent, "Add New FWPs After FWP:", 1);
+    if (!after) {
+        return false;
+    }
+    if (*after < 0 || *after > last) {
+        return refuse(format, parent, 160, 0, last);
+    }
+    const auto count = askNumber(parent, "How many FWP's to be added?", 1);
+    return count && insertFwps(format, parent, *after, *count);
+}
+
+std::optional<int> deleteFwps(PcmFormat& format, UserInterface* parent, const EditSteps& steps,
+                              int first, int last) {
+    const int most = format.wordsPerMinorFrame - 1;
+    if (first < 1 || first > most) {
+        refuse(format, parent, 160, 1, most);
+        return std::nullopt;
+    }
+    if (last < first || last > most) {
+        refuse(format, parent, 160, first, most);
+        return std::nullopt;
+    }
+    // The words that stay close up at the end, all at once: it makes no difference to the
+    // questions, and a long block would be moved once for each of its words.
+    std::vector<int> sources;
+    int deleted = 0;
+    for (int fwp = first; fwp <= most; ++fwp) {
+        bool goes = fwp <= last;
+        if (goes && format.isBusStream && most - deleted < kLeastWordsBus) {
+            refuse(format, parent, 222);
+            last = fwp;
+            goes = false;
+        }
+        goes = goes && clearForDeletion(format, parent, steps, fwp);
+        deleted += goes ? 1 : 0;
+        if (!goes) {
+            sources.push_back(fwp);
+        }
+    }
+    if (deleted > 0) {
+        sources.resize(static_cast<std::size_t>(most - first + 1), -1);
+        arrange(format, first, sources);
+        (void)format.allocateWords({}, format.wordsPerMinorFrame - deleted);
+        format.recalculateBitsPerMinorFrame();
+        format.changed = true;
+        format.formatEdited = true;
+    }
+    return deleted;
+}
+
+std::optional<int> deleteFwps(PcmFormat& format, UserInterface* parent, const EditSteps& steps) {
+    const int most = format.wordsPerMinorFrame - 1;
+    const auto first = askNumber(parent, "Delete FWPs Starting at:", 1);
+    if (!first) {
+        return std::nullopt;
+    }
+    if (*first < 1 || *first > most) {
+        refuse(format, parent, 160, 1, most);
+        return std::nullopt;
+    }
+    const auto last = askNumber(parent, "Last FWP to delete:", *first);
+    return last ? deleteFwps(format, parent, steps, *first, *last) : std::nullopt;
+}
+
+bool moveFwps(PcmFormat& format, UserInterface* parent, int first, int last, int after) {
+    const int most = format.wordsPerMinorFrame - 1;
+    if (first < 1 || first > most) {
+        return refuse(format, parent, 160, 1, most);
+    }
+    if (last < first || last > most) {
+        return refuse(format, parent, 160, first, most);
+    }
+    if (after < 1 || after > most || (after >= first && after <= last)) {
+        return refuse(format, parent, 228, most);
+    }
+    std::vector<int> sources;
+    const auto append = [&sources](int from, int to) {
+        for (int fwp = from; fwp <= to; ++fwp) {
+            sources.push_back(fwp);
+        }
+    };
+    if (after > last) {
+        append(last + 1, after);
+        append(first, last);
+    } else {
+        append(first, last);
+        append(after + 1, first - 1);
+    }
+    format.changed = true;
+    format.formatEdited = true;
+    return arrange(format, after > last ? first : after + 1, sources);
+}
+
+bool moveFwps(PcmFormat& format, UserInterface* parent) {
+    const int most = format.wordsPerMinorFrame - 1;
+    const auto first = askNumber(parent, "Starting FWP To Move:", 1);
+    if (!first) {
+        return false;
+    }
+    if (*first < 1 || *first > most) {
+        return refuse(format, parent, 160, 1, most);
+    }
+    const auto last = askNumber(parent, "Ending FWP To Move:", *first);
+    if (!last) {
+        return false;
+    }
+    if (*last < *first || *last > most) {
+        return refuse(format, parent, 160, *first, most);
+    }
+    const auto after = askNumber(parent, "Insert After FWP:", 1);
+    return after && moveFwps(format, parent, *first, *last, *after);
+}
+
+}  // namespace kavu

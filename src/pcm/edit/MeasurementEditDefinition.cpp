@@ -1,0 +1,219 @@
+#include "pcm/edit/MeasurementEditDefinition.h"
+
+#include "core/TmatsDocument.h"
+#include "core/talk/Messages.h"
+#include "core/talk/ProfileSettings.h"
+#include "pcm/edit/MeasurementEditWordFrame.h"
+
+#include <algorithm>
+#include <tuple>
+
+namespace kavu {
+
+namespace {
+
+/// One cell of the measurement.
+struct HeldCell {
+    int fwp = 0;
+    int index = 0;
+    Measurement measurement;
+};
+
+/// All cells of a name, by rising word and index; fragments may share a place.
+std::vector<HeldCell> heldCells(const PcmFormat& format, std::string_view name) {
+    std::vector<HeldCell> held;
+    const auto& cells = format.cells();
+    auto places = cells.places(name);
+    places.erase(std::unique(places.begin(), places.end()), places.end());
+    const int number = cells.nameNumber(name);
+    std::vector<CellRef> found;
+    for (const auto& place : places) {
+        found.clear();
+        cells.cellsAt(place.word, place.index, number, found);
+        for (const auto& at : found) {
+            if (cells.isMeasurement(at)) {
+                held.push_back({place.word, place.index, cells.measurement(at)});
+            }
+        }
+    }
+    return held;
+}
+
+bool isFragmentType(std::string_view type) {
+    return type == "MFFR" || type == "SFFR";
+}
+
+bool isSubframeType(std::string_view type) {
+    return type == "SFSC" || type == "SFFR";
+}
+
+std::string subframeAt(const PcmFormat& format, int fwp) {
+    const auto* const subframe = format.subframeOfWord(fwp);
+    return subframe == nullptr ? std::string() : subframe->name.str();
+}
+
+MeasurementSpot spotAt(const PcmFormat& format, std::string_view type, int fwp, int index) {
+    MeasurementSpot spot;
+    spot.fwp = fwp;
+    if (isSubframeType(type)) {
+        spot.subframe = subframeAt(format, fwp);
+        spot.position = format.subframePosition(spot.subframe, fwp, index);
+    }
+    return spot;
+}
+
+std::string measurementMask(const PcmFormat& format) {
+    return format.context().settings.text("DMask", "FW");
+}
+
+/// A new measurement with the values of the settings.
+Measurement newMeasurement(const PcmFormat& format, const std::string& type) {
+    const auto& settings = format.context().settings;
+    Measurement cell;
+    cell.parity = settings.text("DMN1", "DE");
+    cell.parityTransferOrder = settings.text("DMN2", "D");
+    cell.transferOrder = settings.text("DMN3", "D");
+    cell.filterOverwrite = settings.text("DMFOT", "N");
+    cell.mask = measurementMask(format);
+    cell.locationType = format.implicitSubframes ? "WDFR" : type;
+    return cell;
+}
+
+}  // namespace
+
+const std::vector<WordChoice>& parityChoices() {
+    static const std::vector<WordChoice> choices = {
+        {"EV", "EVEN"}, {"OD", "ODD"}, {"NO", "NONE"}, {"DE", "DEFAULT"}};
+    return choices;
+}
+
+const std::vector<WordChoice>& parityTransferOrderChoices() {
+    static const std::vector<WordChoice> choices = {
+        {"L", "Leads Word"}, {"T", "Trails Word"}, {"D", "Default"}};
+    return choices;
+}
+
+const std::vector<WordChoice>& transferOrderChoices() {
+    static const std::vector<WordChoice> choices = {{"M", "MSB"}, {"L", "LSB"}, {"D", "Default"}};
+    return choices;
+}
+
+const std::vector<WordChoice>& filterChoices() {
+    static const std::vector<WordChoice> choices = {
+        {"O", "Overwrite"}, {"F", "Filter"}, {"N", "No Filtering"}};
+    return choices;
+}
+
+std::optional<WordToEdit> wordToEdit(const PcmFormat& format, UserInterface* parent, int fwp,
+                                     int fn, std::string_view name) {
+    const auto type = defaultLocationType(format, parent, fwp);
+    if (!type) {
+        return std::nullopt;
+    }
+    WordToEdit word;
+    word.place = {fwp, fn, {}};
+    auto& definition = word.definition;
+    const auto head = format.cellAtFrame(fwp, fn);
+    const auto cell = name.empty() ? head : format.findInCell(fwp, fn, name);
+    if (!cell) {
+        format.context().messages.show(parent, 329, title::kError, kErrorBox);
+        return std::nullopt;
+    }
+    if (name.empty()) {
+        definition.attributes = newMeasurement(format, *type);
+    } else {
+        definition.attributes = format.cells().measurement(cell);
+        word.place.oldName = definition.attributes.name.str();
+    }
+    const auto shown = std::string(trimTrailingBlanks(definition.attributes.locationType.view()));
+    if (shown == "WDFR") {
+        definition.wordFrame = rangesOf(format, word.place);
+    } else {
+        definition.spots = spotsOf(format, word.place, shown);
+    }
+    return word;
+}
+
+std::vector<MeasurementSpot> spotsOf(const PcmFormat& format, const EditedPlace& place,
+                                     std::string_view type) {
+    std::vector<MeasurementSpot> spots;
+    const auto held =
+        place.oldName.empty() ? std::vector<HeldCell>() : heldCells(format, place.oldName);
+    const auto here = subframeAt(format, place.fwp);
+    for (const auto& cell : held) {
+        auto spot = spotAt(format, type, cell.fwp, cell.index);
+        const bool fits = isSubframeType(type)
+                              ? spot.position > 0 && (type == "SFFR" || spot.subframe == here)
+                              : format.wordType(cell.fwp) == WordType::Minor;
+        if (!fits) {
+            continue;
+        }
+        spot.mask = cell.measurement.mask.str();
+        spot.transferOrder = cell.measurement.fragmentTransferOrder.str();
+        spot.fragmentNumber = cell.measurement.fragmentNumber;
+        spots.push_back(spot);
+    }
+    if (spots.empty() && type.size() == 4 && type != "WDFR") {
+        auto spot = spotAt(format, type, place.fwp, format.foldedFrame(place.fwp, place.fn));
+        spot.mask = isFragmentType(type) ? newFragmentMask(format) : std::string();
+        spots.push_back(spot);
+    }
+    std::stable_sort(spots.begin(), spots.end(), [](const auto& a, const auto& b) {
+        return std::tuple(a.fragmentNumber, a.position, a.fwp) <
+               std::tuple(b.fragmentNumber, b.position, b.fwp);
+    });
+    if (isFragmentType(type)) {
+        int number = 0;
+        for (auto& spot : spots) {
+            ++number;
+            spot.fragmentNumber = spot.fragmentNumber < 1 ? number : spot.fragmentNumber;
+        }
+    }
+    return spots;
+}
+
+WordFrameDefinition rangesOf(const PcmFormat& format, const EditedPlace& place) {
+    const auto cell =
+        place.oldName.empty() ? CellRef{} : format.findInCell(place.fwp, place.fn, place.oldName);
+    const auto* const held =
+        cell ? format.wordFrameDefinition(format.cells().measurement(cell).wordFrameIndex)
+             : nullptr;
+    if (held != nullptr && !held->locations.empty()) {
+        return *held;
+    }
+    WordFrameDefinition ranges;
+    WordFrameLocation location;
+    location.wordLength = format.wordLength(place.fwp);
+    location.fragments.push_back(newWordFrameFragment(format, place.fwp, place.fn));
+    location.fragments.front().mask = format.context().settings.text("DFragWDFR", "FW");
+    if (cell) {
+        location.fragments.front().mask = format.cells().measurement(cell).mask;
+    }
+    ranges.locations.push_back(location);
+    return ranges;
+}
+
+EditedPlace startOf(const PcmFormat& format, const EditedPlace& place, std::string_view type) {
+    const auto held =
+        place.oldName.empty() ? std::vector<HeldCell>() : heldCells(format, place.oldName);
+    if (held.empty() || held.front().measurement.locationType != type ||
+        held.front().measurement.locationMode != "I") {
+        return place;
+    }
+    const auto first =
+        std::min_element(held.begin(), held.end(), [&](const auto& a, const auto& b) {
+            const auto key = [&](const HeldCell& cell) {
+                return isSubframeType(type) ? spotAt(format, type, cell.fwp, cell.index).position
+                                            : cell.fwp;
+            };
+            return key(a) < key(b);
+        });
+    return {first->fwp, first->index, place.oldName};
+}
+
+std::string newFragmentMask(const PcmFormat& format) {
+    const auto mask = format.context().settings.text("DFragM");
+    return mask.empty() ? measurementMask(format) : mask;
+}
+
+}  // namespace kavu

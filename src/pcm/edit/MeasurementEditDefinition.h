@@ -1,0 +1,51 @@
+// A measurement as its form shows it: the values of a new one, and those of one that is in the
+// frame, with the list of its places.
+#pragma once
+
+#include "pcm/edit/MeasurementEditSave.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kavu {
+
+/// A choice of an attribute: what is stored, and what is shown for it.
+struct WordChoice {
+    std::string_view value;
+    std::string_view text;
+};
+[[nodiscard]] const std::vector<WordChoice>& parityChoices();
+[[nodiscard]] const std::vector<WordChoice>& parityTransferOrderChoices();
+[[nodiscard]] const std::vector<WordChoice>& transferOrderChoices();
+[[nodiscard]] const std::vector<WordChoice>& filterChoices();
+
+/// What the dialog is opened with.
+struct WordToEdit {
+    EditedPlace place;  ///< `oldName` is empty for a new measurement
+    MeasurementDefinition definition;
+};
+
+/// The measurement of that name at a place, or a new one with the values of the settings if
+/// the name is empty. Nothing for a place that holds no measurements; message 329 if it has no
+/// cell or no measurement of that name, and 323.
+[[nodiscard]] std::optional<WordToEdit> wordToEdit(const PcmFormat& format, UserInterface* parent,
+                                                   int fwp, int fn, std::string_view name);
+
+/// The places that the list of a location type begins with: those of the measurement, or the
+/// one that is edited if it has none for this type.
+[[nodiscard]] std::vector<MeasurementSpot> spotsOf(const PcmFormat& format,
+                                                   const EditedPlace& place, std::string_view type);
+/// The same for the ranges of "WDFR".
+[[nodiscard]] WordFrameDefinition rangesOf(const PcmFormat& format, const EditedPlace& place);
+
+/// Where a measurement of mode "I" begins: its first place if it is one of that type already,
+/// else the place that is edited.
+[[nodiscard]] EditedPlace startOf(const PcmFormat& format, const EditedPlace& place,
+                                  std::string_view type);
+
+/// The word length that belongs to the mask of a place, and the setting for a new fragment.
+[[nodiscard]] std::string newFragmentMask(const PcmFormat& format);
+
+}  // namespace kavu

@@ -1,0 +1,250 @@
+// The vocabulary of the D group, which reader, writer and lists share: n is the list, m the
+// measurement, and further numbers are those of its locations, fragments and subframes, all
+// from 1. IRIG 106, Chapter 9, Data Group.
+#pragma once
+
+#include "pcm/PcmFormat.h"
+#include "pcm/model/RecordField.h"
+
+#include <array>
+
+namespace kavu {
+
+namespace measurement_choice {
+
+inline constexpr auto kParity = std::to_array<Choice>({
+    {"EV", "Even", "Even"},
+    {"OD", "Odd", "Odd"},
+    {"NO", "None", "None"},
+    {"DE", "Default", "Default"},
+});
+inline constexpr auto kParityOrder = std::to_array<Choice>({
+    {"L", "Leads Word", "Leads Word"},
+    {"T", "Trails Word", "Trails Word"},
+    {"D", "Default", "Default"},
+});
+inline constexpr auto kTransferOrder = std::to_array<Choice>({
+    {"M", "MSB First", "MSB First"},
+    {"L", "LSB First", "LSB First"},
+    {"D", "Default", "Default"},
+});
+
+}  // namespace measurement_choice
+
+/// Of a list.
+inline constexpr int kMostMeasurements = 999'999;
+// Widths of the values.
+inline constexpr std::size_t kMaskWidth = 64;
+inline constexpr std::size_t kSubframeNameWidth = 32;
+
+/// The measurements that a minor frame filter selects: until 106-09 in each list, k being the
+/// number in it, from 106-11 on in the group.
+namespace filter_field {
+
+inline constexpr std::string_view kList = "SMF\\N";
+
+inline constexpr Field kCountInList{.code = "SMF\\N-n",
+                                    .kind = FieldKind::Count,
+                                    .firstEdition = 2009,
+                                    .lastEdition = 2009,
+                                    .rows = kMostMeasurements};
+inline constexpr Field kNameInList{.code = "SMF\\SMN-n-k",
+                                   .limit = 32,
+                                   .firstEdition = 2009,
+                                   .lastEdition = 2009,
+                                   .list = kCountInList.code};
+inline constexpr Field kCount{
+    .code = kList, .kind = FieldKind::Count, .firstEdition = 2011, .rows = kMostMeasurements};
+inline constexpr Field kName{
+    .code = "SMF\\SMN-k", .limit = 32, .firstEdition = 2011, .list = kList};
+inline constexpr Field kType{
+    .code = "SMF\\MFOT-k", .limit = 1, .firstEdition = 2011, .list = kList};
+
+}  // namespace filter_field
+
+/// What every measurement has, whatever its location type.
+namespace measurement_field {
+
+inline constexpr std::string_view kList = "ML\\N";
+inline constexpr std::string_view kMeasurements = "MN\\N-n";
+
+inline constexpr Field kDataLink{.code = "DLN", .limit = 32};
+inline constexpr Field kListCount{
+    .code = kList, .kind = FieldKind::Count, .rows = kMostMeasurementLists};
+inline constexpr Field kListName{.code = "MLN-n", .limit = 32, .list = kList};
+inline constexpr Field kCount{
+    .code = kMeasurements, .kind = FieldKind::Count, .list = kList, .rows = kMostMeasurements};
+inline constexpr Field kName{
+    .code = "MN-n-m", .label = "Measurement Name:", .limit = 32, .list = kMeasurements};
+inline constexpr Field kParity{.code = "MN1-n-m",
+                               .label = "Parity:",
+                               .limit = 2,
+                               .kind = FieldKind::Choice,
+                               .choices = measurement_choice::kParity,
+                               .list = kMeasurements};
+inline constexpr Field kParityOrder{.code = "MN2-n-m",
+                                    .label = "Parity Transfer Order:",
+                                    .limit = 1,
+                                    .kind = FieldKind::Choice,
+                                    .choices = measurement_choice::kParityOrder,
+                                    .list = kMeasurements};
+inline constexpr Field kTransferOrder{.code = "MN3-n-m",
+                                      .label = "Measurement Transfer Order:",
+                                      .limit = 1,
+                                      .kind = FieldKind::Choice,
+                                      .choices = measurement_choice::kTransferOrder,
+                                      .list = kMeasurements};
+inline constexpr Field kFilterOverwrite{.code = "MFOT-n-m",
+                                        .limit = 1,
+                                        .firstEdition = 2009,
+                                        .lastEdition = 2009,
+                                        .list = kMeasurements};
+inline constexpr Field kLocationType{.code = "LT-n-m", .limit = 4, .list = kMeasurements};
+inline constexpr Field kComment{.code = "COM"};
+
+/// A command of a location type that word/frame locations have replaced.
+constexpr Field older(std::string_view code, std::size_t limit = 0,
+                      FieldKind kind = FieldKind::Text) {
+    return {.code = code, .limit = limit, .kind = kind, .lastEdition = 2009, .list = kMeasurements};
+}
+constexpr Field olderNumber(std::string_view code, std::size_t limit = 0) {
+    return older(code, limit, FieldKind::Digits);
+}
+
+}  // namespace measurement_field
+
+/// "MF": one word of the minor frame.
+namespace minor_word_field {
+inline constexpr auto kWord = measurement_field::olderNumber("MF-n-m");
+inline constexpr auto kMask = measurement_field::older("MFM-n-m", kMaskWidth);
+}  // namespace minor_word_field
+
+/// "SF": one position of a subframe.
+namespace subframe_word_field {
+inline constexpr auto kSubframe = measurement_field::older("SF1-n-m", kSubframeNameWidth);
+inline constexpr auto kPosition = measurement_field::olderNumber("SF2-n-m");
+inline constexpr auto kMask = measurement_field::older("SFM-n-m", kMaskWidth);
+}  // namespace subframe_word_field
+
+/// "MFSC": several words, by an interval or one by one.
+namespace minor_supercom_field {
+inline constexpr auto kCount = measurement_field::olderNumber("MFS\\N-n-m");
+inline constexpr auto kMode = measurement_field::older("MFS1-n-m", 1);
+inline constexpr auto kFirst = measurement_field::olderNumber("MFS2-n-m");
+inline constexpr auto kMask = measurement_field::older("MFS3-n-m", kMaskWidth);
+inline constexpr auto kInterval = measurement_field::olderNumber("MFS4-n-m");
+inline constexpr auto kWord = measurement_field::olderNumber("MFSW-n-m-k");
+inline constexpr auto kWordMask = measurement_field::older("MFSM-n-m-k", kMaskWidth);
+}  // namespace minor_supercom_field
+
+/// "MFFR": a value in several words.
+namespace minor_fragment_field {
+inline constexpr auto kCount = measurement_field::olderNumber("FMF\\N-n-m");
+inline constexpr auto kLength = measurement_field::olderNumber("FMF1-n-m");
+inline constexpr auto kMode = measurement_field::older("FMF2-n-m", 1);
+inline constexpr auto kFirst = measurement_field::olderNumber("FMF3-n-m");
+inline constexpr auto kMask = measurement_field::older("FMF4-n-m", kMaskWidth);
+inline constexpr auto kInterval = measurement_field::olderNumber("FMF5-n-m");
+inline constexpr auto kWord = measurement_field::olderNumber("FMF6-n-m-k");
+inline constexpr auto kWordMask = measurement_field::older("FMF7-n-m-k", kMaskWidth);
+inline constexpr auto kTransferOrder = measurement_field::older("FMF8-n-m-k", 1);
+inline constexpr auto kFragment = measurement_field::olderNumber("FMF9-n-m-k");
+}  // namespace minor_fragment_field
+
+/// "SFSC": several positions of a subframe.
+namespace subframe_supercom_field {
+inline constexpr auto kSubframe = measurement_field::older("SFS1-n-m", kSubframeNameWidth);
+inline constexpr auto kCount = measurement_field::olderNumber("SFS\\N-n-m");
+inline constexpr auto kMode = measurement_field::older("SFS2-n-m", 1);
+inline constexpr auto kFirst = measurement_field::olderNumber("SFS3-n-m");
+inline constexpr auto kMask = measurement_field::older("SFS4-n-m", kMaskWidth);
+inline constexpr auto kInterval = measurement_field::olderNumber("SFS5-n-m");
+inline constexpr auto kPosition = measurement_field::olderNumber("SFS6-n-m-k");
+inline constexpr auto kPositionMask = measurement_field::older("SFS7-n-m-k", kMaskWidth);
+}  // namespace subframe_supercom_field
+
+/// "SFFR": a value in positions of subframes; s is the subframe, j the position.
+namespace subframe_fragment_field {
+inline constexpr auto kCount = measurement_field::olderNumber("FSF\\N-n-m");
+inline constexpr auto kLength = measurement_field::olderNumber("FSF1-n-m");
+inline constexpr auto kSubframes = measurement_field::olderNumber("FSF2\\N-n-m");
+inline constexpr auto kSubframe = measurement_field::older("FSF3-n-m-s", kSubframeNameWidth);
+inline constexpr auto kMode = measurement_field::older("FSF4-n-m-s", 1);
+inline constexpr auto kFirst = measurement_field::olderNumber("FSF5-n-m-s");
+inline constexpr auto kMask = measurement_field::older("FSF6-n-m-s", kMaskWidth);
+inline constexpr auto kInterval = measurement_field::olderNumber("FSF7-n-m-s", 3);
+inline constexpr auto kPosition = measurement_field::olderNumber("FSF8-n-m-s-j");
+inline constexpr auto kPositionMask = measurement_field::older("FSF9-n-m-s-j", kMaskWidth);
+inline constexpr auto kTransferOrder = measurement_field::older("FSF10-n-m-s-j", 1);
+inline constexpr auto kFragment = measurement_field::olderNumber("FSF11-n-m-s-j");
+}  // namespace subframe_fragment_field
+
+/// "WDFR": words and frames; k is the location, f its fragment.
+namespace word_frame_field {
+
+inline constexpr int kFirstEdition = 2004;
+inline constexpr int kFirstEnds = 2009;  ///< the first edition that tells the ends of ranges
+
+constexpr Field text(std::string_view code, std::size_t limit, int firstEdition = kFirstEdition,
+                     FieldKind kind = FieldKind::Text) {
+    return {.code = code,
+            .limit = limit,
+            .kind = kind,
+            .firstEdition = firstEdition,
+            .list = measurement_field::kMeasurements};
+}
+constexpr Field number(std::string_view code, int firstEdition = kFirstEdition) {
+    return text(code, 0, firstEdition, FieldKind::Digits);
+}
+
+inline constexpr auto kCounter = text("IDCN-n-m", 0, 2011);
+inline constexpr auto kCount = number("MML\\N-n-m");
+inline constexpr auto kFragments = number("MNF\\N-n-m-k");
+inline constexpr auto kLength = number("MWL-n-m-k");
+inline constexpr auto kWord = number("WP-n-m-k-f");
+inline constexpr auto kWordInterval = number("WI-n-m-k-f");
+inline constexpr auto kEndWord = number("EWP-n-m-k-f", kFirstEnds);
+inline constexpr auto kFrame = number("FP-n-m-k-f");
+inline constexpr auto kFrameInterval = number("FI-n-m-k-f");
+inline constexpr auto kEndFrame = number("EFP-n-m-k-f", kFirstEnds);
+inline constexpr auto kMask = text("WFM-n-m-k-f", kMaskWidth);
+inline constexpr auto kTransferOrder = text("WFT-n-m-k-f", 0);
+inline constexpr auto kPosition = number("WFP-n-m-k-f");
+
+}  // namespace word_frame_field
+
+/// The location type of measurements that are found by their tags.
+inline constexpr std::string_view kTaggedType = "TD";
+
+/// Tagged data; k is the tag.
+namespace tagged_field {
+
+inline constexpr int kFirstEdition = 2011;
+
+constexpr Field inMeasurement(Field field) {
+    field.firstEdition = kFirstEdition;
+    field.list = measurement_field::kMeasurements;
+    return field;
+}
+inline constexpr auto kCount = inMeasurement({.code = "TD\\N-n-m", .kind = FieldKind::Digits});
+inline constexpr auto kWordLength = inMeasurement({.code = "TD1-n-m",
+                                                   .label = "Word Length:",
+                                                   .limit = 3,
+                                                   .kind = FieldKind::Digits,
+                                                   .unit = "bits"});
+inline constexpr auto kTagNumber =
+    inMeasurement({.code = "TD2-n-m-k", .label = "Tag Number", .limit = 10});
+inline constexpr auto kMask =
+    inMeasurement({.code = "TD3-n-m-k", .label = "Bit Mask", .limit = kMaskWidth});
+inline constexpr auto kTransferOrder =
+    inMeasurement({.code = "TD4-n-m-k",
+                   .label = "Transfer Order",
+                   .limit = 1,
+                   .kind = FieldKind::Choice,
+                   .choices = measurement_choice::kTransferOrder});
+inline constexpr auto kPosition =
+    inMeasurement({.code = "TD5-n-m-k", .label = "Fragment Position", .limit = 2});
+
+}  // namespace tagged_field
+
+}  // namespace kavu

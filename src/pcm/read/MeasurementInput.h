@@ -1,0 +1,136 @@
+// The commands of one measurement of the D group, and what is built from them.
+#pragma once
+
+#include "core/text/Text.h"
+#include "pcm/PcmLoad.h"
+#include "pcm/model/Measurement.h"
+#include "pcm/model/MeasurementFields.h"
+#include "pcm/read/DataChunks.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <initializer_list>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include <climits>
+
+namespace kavu {
+
+namespace title {
+inline constexpr int kErrorReadingMeasurement = 89;
+}  // namespace title
+
+class MeasurementInput {
+  public:
+    MeasurementInput(PcmLoad& state, ChunkFields& commands, int list, int number)
+        : load(state), format(state.format), fields_(commands), list_(list), number_(number) {}
+    MeasurementInput(const MeasurementInput&) = delete;
+    MeasurementInput& operator=(const MeasurementInput&) = delete;
+
+    PcmLoad& load;
+    PcmFormat& format;
+    Measurement cell;  ///< what is copied into each location
+
+    [[nodiscard]] std::string_view name() const { return cell.name; }
+    [[nodiscard]] int list() const { return list_; }
+
+    /// Locations and fragments beyond so many missing ones in a row are not looked for: a count
+    /// from a damaged file would never end.
+    static constexpr int kMostMissing = 99;
+
+    /// The code as messages name it: "MFSW-1-2-3".
+    [[nodiscard]] std::string code(const Field& field,
+                                   std::initializer_list<int> indices = {}) const {
+        std::string text(codeHead(field.code));
+        append(text, indices);
+        return text;
+    }
+    /// A value of this measurement; the code gets the numbers of list and measurement, and
+    /// then `indices`.
+    [[nodiscard]] std::optional<std::string_view> text(const Field& field,
+                                                       std::initializer_list<int> indices = {}) {
+        return find(field, static_cast<int>(field.limit), indices);
+    }
+    /// The same, however long it is.
+    [[nodiscard]] std::optional<std::string_view> wholeText(
+        const Field& field, std::initializer_list<int> indices = {}) {
+        return find(field, 0, indices);
+    }
+    [[nodiscard]] std::string_view textOr(const Field& field, std::string_view otherwise,
+                                          std::initializer_list<int> indices = {}) {
+        return text(field, indices).value_or(otherwise);
+    }
+    /// A negative number counts as 0.
+    [[nodiscard]] std::optional<int> number(const Field& field,
+                                            std::initializer_list<int> indices = {}) {
+        const auto value = wholeText(field, indices);
+        return value ? std::optional(std::max(0, leadingInt(*value))) : std::nullopt;
+    }
+    [[nodiscard]] std::optional<int> signedNumber(const Field& field,
+                                                  std::initializer_list<int> indices = {}) {
+        const auto value = wholeText(field, indices);
+        return value ? std::optional(leadingInt(*value)) : std::nullopt;
+    }
+    /// Sets the number of locations of every copy.
+    void setLocationCount(int count) {
+        cell.locationCount = count;
+        format.cells().updateAll(name(),
+                                 [count](Measurement& copy) { copy.locationCount = count; });
+    }
+
+  private:
+    std::optional<std::string_view> find(const Field& field, int limit,
+                                         std::initializer_list<int> indices) {
+        code_.assign(load.prefix).append(codeHead(field.code));
+        append(code_, indices);
+        const auto found = fields_.find(code_);
+        if (!found) {
+            return std::nullopt;
+        }
+        return load.format.context().reader.applyLimit(load.parent, found->code, found->value,
+                                                       limit);
+    }
+    void append(std::string& text, std::initializer_list<int> indices) const {
+        text.push_back('-');
+        appendNumber(text, list_);
+        text.push_back('-');
+        appendNumber(text, number_);
+        for (const int index : indices) {
+            text.push_back('-');
+            appendNumber(text, index);
+        }
+    }
+
+    ChunkFields& fields_;
+    int list_;
+    int number_;
+    std::string code_;
+};
+
+// Each of these places the measurement of one location type; a measurement that can not be
+// understood is reported and left out.
+
+void readMinorWord(MeasurementInput& input);
+void readMinorFrameSupercom(MeasurementInput& input);
+void readMinorFrameFragments(MeasurementInput& input);
+void readSubframeWord(MeasurementInput& input);
+void readSubframeSupercom(MeasurementInput& input);
+void readSubframeFragments(MeasurementInput& input);
+void readWordFrame(MeasurementInput& input);
+
+/// The i-th place of an interval form: first + i x interval, kept within the range of an int.
+[[nodiscard]] inline int stepped(int first, int i, int interval) {
+    return static_cast<int>(
+        std::min<std::int64_t>(first + static_cast<std::int64_t>(i) * interval, INT_MAX));
+}
+
+/// A copy of the measurement at a place of a subframe, whatever it holds already. False with
+/// message 271 if the place has no cell, or if there can be no more cells.
+bool placeInSubframe(MeasurementInput& input, std::string_view subframe, int fwp, int fn);
+
+/// Message 280 for a fragmented measurement whose masks do not add up.
+void checkReconstructedLength(MeasurementInput& input, std::string_view kind, long bits);
+
+}  // namespace kavu

@@ -1,0 +1,87 @@
+#include "pcm/read/PGroupSideFiles.h"
+
+#include "core/WorkingStore.h"
+#include "groups/GroupScan.h"
+#include "pcm/PcmLoad.h"
+
+#include <algorithm>
+
+namespace kavu {
+
+namespace {
+
+/// Rows of a list; a count beyond it comes from a damaged file.
+constexpr int kMostRows = 9999;
+
+/// Copies commands of the group to a working file.
+class SideFile {
+  public:
+    SideFile(PcmLoad& load, std::string_view name) : load_(load) {
+        const auto status =
+            writer_.open(load.format.context().store.pathOf(name), WriteMode::Truncate);
+        if (!status.ok()) {
+            reportUnableToWrite(load.parent, status);
+        }
+    }
+    SideFile(const SideFile&) = delete;
+    SideFile& operator=(const SideFile&) = delete;
+    ~SideFile() {
+        if (const auto status = writer_.close(); !status.ok()) {
+            reportUnableToWrite(load_.parent, status);
+        }
+    }
+
+    template <typename... Args>
+    void copy(std::string_view code, int limit, const Args&... args) {
+        if (const auto value = load_.text(code, limit, args...)) {
+            writeCommand(writer_, load_.prefix, PcmLoad::code(code, args...), *value);
+        }
+    }
+    /// Copies a count, and gives it.
+    int copyCount(std::string_view code, int limit = 0) {
+        copy(code, limit);
+        return std::min(load_.limitedNumber(code, limit).value_or(0), kMostRows);
+    }
+
+  private:
+    PcmLoad& load_;
+    FileWriter writer_;
+};
+
+}  // namespace
+
+void keepFrameFilter(PcmLoad& load) {
+    SideFile file(load, kFrameFilterFile);
+    file.copy("MFF\\FDT", 0);
+    const int count = file.copyCount("MFF\\N");
+    for (int n = 1; n <= count; ++n) {
+        file.copy("MFF\\MFN-%d", 0, n);
+    }
+}
+
+void keepFormatSwitch(PcmLoad& load) {
+    SideFile file(load, kFormatSwitchFile);
+    file.copy("FFI1", 4);
+    file.copy("FFI2", 64);
+    const int lists = file.copyCount("MLC\\N");
+    for (int n = 1; n <= lists; ++n) {
+        file.copy("MLC1-%d", 16, n);
+        file.copy("MLC2-%d", 32, n);
+    }
+    const int formats = file.copyCount("FSC\\N");
+    for (int n = 1; n <= formats; ++n) {
+        file.copy("FSC1-%d", 16, n);
+        file.copy("FSC2-%d", 32, n);
+    }
+}
+
+void keepAltTag(PcmLoad& load) {
+    SideFile file(load, kAltTagFile);
+    file.copy("ALT\\N", 3);
+    file.copy("ALT1", 2);
+    file.copy("ALT2", 2);
+    file.copy("ALT3", 2);
+    file.copy("ALT4", 1);
+}
+
+}  // namespace kavu

@@ -1,0 +1,219 @@
+#include "pcm/read/TaggedData.h"
+
+#include "core/TmatsDocument.h"
+#include "core/TmatsReader.h"
+#include "core/WorkingStore.h"
+#include "core/files/FileIo.h"
+#include "core/talk/FileReports.h"
+#include "core/talk/Messages.h"
+#include "core/text/Text.h"
+#include "groups/GroupScan.h"
+#include "pcm/PcmFormat.h"
+#include "pcm/PcmLoad.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+
+namespace kavu {
+
+namespace {
+
+using tagged_code::kName;
+
+/// A field of one measurement or tag, which is no list itself.
+constexpr Field ofOne(Field field) {
+    field.code = codeHead(field.code);
+    field.list = {};
+    return field;
+}
+
+constexpr auto kFields = std::to_array<Field>({
+    ofOne(measurement_field::kName),
+    ofOne(measurement_field::kParity),
+    ofOne(measurement_field::kParityOrder),
+    ofOne(measurement_field::kTransferOrder),
+    ofOne(tagged_field::kWordLength),
+});
+constexpr auto kTagFields = std::to_array<Field>({
+    ofOne(tagged_field::kTagNumber),
+    ofOne(tagged_field::kMask),
+    ofOne(tagged_field::kTransferOrder),
+    ofOne(tagged_field::kPosition),
+});
+
+/// A code of the file in its parts: "TD2-1-3-2" is field "TD2" of list 1, measurement 3, tag 2.
+struct TagCode {
+    std::string_view field;
+    std::array<int, 3> numbers{};
+    std::size_t count = 0;
+};
+TagCode splitCode(std::string_view code) {
+    TagCode parts;
+    parts.field = code.substr(0, code.find('-'));
+    for (auto at = code.find('-'); at != std::string_view::npos && parts.count < 3;
+         at = code.find('-', at + 1)) {
+        parts.numbers[parts.count++] = leadingInt(code.substr(at + 1));
+    }
+    return parts;
+}
+
+const Field* findField(std::span<const Field> fields, std::string_view code) {
+    const auto it = std::find_if(fields.begin(), fields.end(), [code](const Field& field) {
+        return equalsIgnoreCase(field.code, code);
+    });
+    return it == fields.end() ? nullptr : &*it;
+}
+
+/// The measurements by their numbers; what is in another order in the file comes out right.
+class TagReader {
+  public:
+    bool take(const std::string& command) {
+        const auto parts = fieldView(command);
+        const auto code = splitCode(parts.code);
+        if (code.count < 2) {
+            return true;
+        }
+        auto& entry = entries_[{code.numbers[0], code.numbers[1]}];
+        if (code.count == 2) {
+            if (const auto* const field = findField(kFields, code.field)) {
+                entry.values[std::string(field->code)] = parts.value;
+            }
+        } else if (const auto* const field = findField(kTagFields, code.field)) {
+            entry.tags[code.numbers[2]].values[std::string(field->code)] = parts.value;
+        }
+        return true;
+    }
+
+    [[nodiscard]] std::vector<TaggedMeasurement> result() {
+        std::vector<TaggedMeasurement> measurements;
+        for (auto& [numbers, entry] : entries_) {
+            if (!entry.values.contains(kName)) {
+                continue;
+            }
+            auto& measurement = measurements.emplace_back();
+            measurement.list = numbers.first;
+            measurement.values = std::move(entry.values);
+            for (auto& [number, tag] : entry.tags) {
+                measurement.tags.push_back(std::move(tag));
+            }
+        }
+        return measurements;
+    }
+
+  private:
+    struct Entry {
+        FieldValues values;
+        std::map<int, TaggedTag> tags;
+    };
+    std::map<std::pair<int, int>, Entry> entries_;
+};
+
+std::string_view valueOf(const FieldValues& values, std::string_view code) {
+    const auto it = values.find(code);
+    return it == values.end() ? std::string_view() : std::string_view(it->second);
+}
+
+void writeMeasurement(FileWriter& writer, const std::string& prefix,
+                      const TaggedMeasurement& measurement, int number) {
+    const auto write = [&](const Field& field, std::string_view value) {
+        writeCommand(writer, prefix, numberedCode(field.code, {measurement.list, number}), value);
+    };
+    for (const auto& field : kFields) {
+        if (field.code == tagged_code::kWordLength) {
+            write(measurement_field::kLocationType, kTaggedType);
+            write(tagged_field::kCount, std::to_string(measurement.tags.size()));
+        }
+        write(field, valueOf(measurement.values, field.code));
+    }
+    int f = 0;
+    for (const auto& tag : measurement.tags) {
+        ++f;
+        for (const auto& field : kTagFields) {
+            writeCommand(writer, prefix, numberedCode(field.code, {measurement.list, number, f}),
+                         valueOf(tag.values, field.code));
+        }
+    }
+}
+
+}  // namespace
+
+std::string TaggedMeasurement::name() const {
+    return std::string(valueOf(values, kName));
+}
+
+std::span<const Field> taggedFields() {
+    return kFields;
+}
+std::span<const Field> taggedTagFields() {
+    return kTagFields;
+}
+
+bool hasTaggedData(const PcmFormat& format) {
+    constexpr int kFirstEdition = 2011;
+    return format.edition() >= kFirstEdition;
+}
+
+std::optional<std::vector<TaggedMeasurement>> readTaggedData(PcmFormat& format,
+                                                             UserInterface* parent) {
+    TagReader reader;
+    const auto status = forEachCommand(
+        format.context().reader, format.context().store.path(kTagFormat, format.dGroup),
+        [&](const std::string& command) { return reader.take(command); });
+    if (!status.ok() && !isMissing(status)) {
+        reportUnableToRead(parent, status);
+        return std::nullopt;
+    }
+    return reader.result();
+}
+
+bool storeTaggedData(PcmFormat& format, UserInterface* parent,
+                     const std::vector<TaggedMeasurement>& measurements) {
+    if (!hasTaggedData(format)) {
+        return false;
+    }
+    giveMeasurementGroup(format, parent);  // a stream that was never saved has none
+    const auto prefix = groupPrefix('D', format.dGroup);
+    const auto path = format.context().store.path(kTagFormat, format.dGroup);
+    const auto beside = path + ".new";
+    FileWriter writer;
+    auto status = writer.open(beside, WriteMode::Truncate);
+    if (status.ok()) {
+        std::map<int, int> numbers;  // each list counts anew
+        for (const auto& measurement : measurements) {
+            writeMeasurement(writer, prefix, measurement, ++numbers[measurement.list]);
+        }
+        status = writer.close();
+        status = status.ok() ? renameFile(beside, path) : status;
+    }
+    if (!status.ok()) {
+        (void)deleteFile(beside);
+        reportUnableToWrite(parent, status);
+        return false;
+    }
+    format.changed = true;
+    return true;
+}
+
+bool checkTaggedName(const PcmFormat& format, UserInterface* parent,
+                     std::span<const TaggedMeasurement> others, std::string_view name) {
+    const auto& messages = format.context().messages;
+    if (name.empty()) {
+        showBox(parent, "Please enter a name for this measurement.",
+                std::string(loadText(title::kError).value_or("")));
+        return false;
+    }
+    if (const auto first = Occurrences(format, name).next()) {
+        messages.show(parent, 334, title::kError, kErrorBox, first->fwp, first->fn);
+        return false;
+    }
+    const bool taken = std::any_of(
+        others.begin(), others.end(),
+        [name](const TaggedMeasurement& other) { return equalsIgnoreCase(other.name(), name); });
+    if (taken) {
+        messages.show(parent, 339, title::kError, kErrorBox);
+    }
+    return !taken;
+}
+
+}  // namespace kavu

@@ -1,0 +1,93 @@
+#include "pcm/structure/StreamSummary.h"
+
+#include "core/TmatsDocument.h"
+#include "core/WorkingStore.h"
+#include "core/document/FieldIndex.h"
+#include "core/document/GroupFiles.h"
+#include "groups/DocumentTree.h"
+#include "groups/GroupScan.h"
+#include "pcm/PcmFormat.h"
+#include "pcm/model/SubframeFields.h"
+#include "pcm/structure/SubframeEdit.h"
+
+#include <algorithm>
+
+namespace kavu {
+
+namespace {
+
+constexpr int kHiddenSubframesEdition = 2011;
+
+std::string counted(std::size_t count, std::string_view what) {
+    auto text = std::to_string(count).append(" ").append(what);
+    return count == 1 ? text : text + "s";
+}
+
+}  // namespace
+
+StreamSummary summariseStream(const PcmFormat& format) {
+    StreamSummary summary;
+    summary.kind = streamKindText(format.typeFormat);
+    summary.words = format.wordsPerMinorFrame;
+    summary.frames = format.numberOfFrames;
+    summary.bitRate = format.bitRate.str();
+    summary.counters = countIdCounters(format);
+    for (const auto& counter : format.idCounters) {
+        summary.subframes += static_cast<int>(std::count_if(
+            counter.subframes.begin(), counter.subframes.end(),
+            [](const Subframe& subframe) { return !subframe.name.empty() && !subframe.hidden; }));
+    }
+    summary.measurements = static_cast<std::size_t>(format.cells().nameCount());
+    return summary;
+}
+
+StreamSummary readStreamSummary(DocumentContext& context, UserInterface* parent, int pGroup,
+                                std::size_t measurements) {
+    FieldIndex fields(context.reader, context.store.pathOf(groupFile('P', pGroup)),
+                      {"TF", "D2", "MF1", "MF\\N", counter_field::kCount.field.code,
+                       codeHead(subframe_field::kCount.field.code)});
+    StreamSummary summary;
+    if (!fields.status().ok()) {
+        reportUnableToRead(parent, fields.status());
+        return summary;
+    }
+    // A value that is too long is told of when the stream is loaded.
+    const auto prefix = groupPrefix('P', pGroup);
+    const auto number = [&](std::string_view code, int otherwise, int most) {
+        int value = 0;
+        return fields.findIntField(nullptr, prefix, code, value) ? std::min(value, most)
+                                                                 : otherwise;
+    };
+    summary.kind = streamKindText(fields.findField(nullptr, prefix, "TF", 0).value_or("ONE"));
+    summary.words = number("MF1", 1, kMostWords);
+    summary.frames = number("MF\\N", 1, kMostFrames);
+    summary.bitRate = fields.findField(nullptr, prefix, "D2", 0).value_or("").substr(0, 9);
+    summary.counters = number(counter_field::kCount.field.code, 0, kMostIdCounters);
+    for (int n = 1; n <= summary.counters && context.document.version < kHiddenSubframesEdition;
+         ++n) {
+        int count = 0;
+        fields.findIntField(nullptr, prefix, numberedCode(subframe_field::kCount.field.code, {n}),
+                            count);
+        summary.subframes += std::min(count, kMostSubframes);
+    }
+    summary.measurements = measurements;
+    return summary;
+}
+
+std::string summaryText(const StreamSummary& summary) {
+    const auto size = [](int count) { return static_cast<std::size_t>(std::max(0, count)); };
+    auto text =
+        counted(size(summary.words), "word") + ", " + counted(size(summary.frames), "frame");
+    if (!summary.bitRate.empty()) {
+        text += ", " + summary.bitRate + " bit/s";
+    }
+    if (summary.counters > 0) {
+        text += ", " + counted(size(summary.counters), "ID counter");
+    }
+    if (summary.subframes > 0) {
+        text += ", " + counted(size(summary.subframes), "subframe");
+    }
+    return text + ", " + counted(summary.measurements, "measurement");
+}
+
+}  // namespace kavu

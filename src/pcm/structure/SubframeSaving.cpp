@@ -1,0 +1,240 @@
+// Leaving the form of a subframe: its checks, and what then changes in the frame.
+#include "pcm/model/SubframeCodes.h"
+#include "pcm/structure/AsyncEdit.h"
+#include "pcm/structure/SubframeEdit.h"
+
+#include <unordered_set>
+
+namespace kavu {
+
+namespace {
+
+constexpr int kTitleValue = 87;
+constexpr int kTitleAborted = 102;
+constexpr int kTitleInterval = 120;
+constexpr int kTitleLocations = 125;
+constexpr int kTitleUnableToSave = 126;
+
+class SubframeSaver {
+  public:
+    SubframeSaver(PcmFormat& format, UserInterface* parent, int fwp, const Subframe& record,
+                  const Subframe& old, const std::vector<int>& everyLocation)
+        : format_(format),
+          parent_(parent),
+          fwp_(fwp),
+          record_(record),
+          old_(old),
+          every_(everyLocation),
+          ref_{format.word(fwp).idCounterIndex, format.word(fwp).subframeIndex} {}
+
+    bool save() {
+        if (format_.wordType(fwp_) != WordType::Subframe || format_.subframe(ref_) == nullptr) {
+            return refuse(342, kTitleAborted);
+        }
+        if (!checkName() || !checkLocations() || !checkDepth()) {
+            return false;
+        }
+        for (const int word : std::vector<int>(format_.wordsOf(ref_))) {
+            if (word != fwp_) {
+                resetWord(format_, parent_, word, true);
+            }
+        }
+        format_.idCounters[static_cast<std::size_t>(ref_.counter)]
+            .subframes[static_cast<std::size_t>(ref_.index)] = record_;
+        format_.subframesChanged();
+        changeDepth();
+        if (record_.isSupercommutated()) {
+            supercommutate();
+        } else {
+            becomeSingle();
+        }
+        format_.changed = true;
+        return true;
+    }
+
+  private:
+    template <typename... Args>
+    bool refuse(int id, int titleId, const Args&... args) {
+        format_.context().messages.show(parent_, id, titleId, kErrorBox, args...);
+        return false;
+    }
+
+    bool checkName() {
+        if (record_.name.empty()) {
+            return refuse(353, kTitleValue);
+        }
+        if (!(record_.name == old_.name) && subframeNameExists(format_, record_.name)) {
+            return refuse(354, kTitleValue);
+        }
+        return true;
+    }
+
+    bool checkLocations() {
+        if (!record_.isSupercommutated()) {
+            return true;
+        }
+        return record_.locationMode == kEveryLocation ? checkEveryLocation() : checkInterval();
+    }
+
+    /// A word that would be taken from a counter or from another subframe.
+    bool isTaken(int word) const {
+        const auto& other = format_.word(word);
+        const SubframeRef ref{other.idCounterIndex, other.subframeIndex};
+        return other.type == WordType::IdCounter ||
+               (other.type == WordType::Subframe && !(ref == ref_));
+    }
+
+    /// A plain word whose contents would be lost: an async stream can not be read again from a
+    /// word of a subframe.
+    bool isInUse(int word) const {
+        return format_.containsMeasurements(word) ||
+               (format_.wordType(word) == WordType::Minor && isAsyncAt(format_, word, -1, 0));
+    }
+
+    bool checkInterval() {
+        const int count = record_.supercommutated.number();
+        const int interval = record_.interval.number();
+        if (count < 1 || count > kMostSupercomLocations) {
+            return refuse(160, kTitleLocations, 1, kMostSupercomLocations);
+        }
+        if (interval < 1 || interval > kMostSubframeInterval) {
+            return refuse(160, kTitleInterval, 1, kMostSubframeInterval);
+        }
+        for (int i = 0; i < count; ++i) {
+            const int word = fwp_ + i * interval;
+            // The position behind the last word is let through; nothing is placed there.
+            if (word > format_.wordsPerMinorFrame) {
+                return refuse(343, kTitleUnableToSave, word);
+            }
+            if (isTaken(word)) {
+                return refuse(344, kTitleUnableToSave, word);
+            }
+            if (isInUse(word)) {
+                return refuse(341, kTitleValue, word);
+            }
+            locations_.push_back(word);
+        }
+        return true;
+    }
+
+    bool checkEveryLocation() {
+        if (every_.size() > static_cast<std::size_t>(kMostSupercomLocations)) {
+            return refuse(160, kTitleLocations, 1, kMostSupercomLocations);
+        }
+        bool found = false;
+        for (const int word : every_) {
+            if (!format_.isDataWord(word)) {
+                return refuse(346, kTitleValue, format_.wordsPerMinorFrame - 1);
+            }
+            if (isTaken(word)) {
+                return refuse(347, kTitleUnableToSave, word);
+            }
+            if (isInUse(word)) {
+                return refuse(341, kTitleValue, word);
+            }
+            found = found || word == fwp_;
+            locations_.push_back(word);
+        }
+        if (!found) {
+            return refuse(348, kTitleValue, fwp_);
+        }
+        std::sort(locations_.begin(), locations_.end());
+        locations_.erase(std::unique(locations_.begin(), locations_.end()), locations_.end());
+        const bool single = locations_.size() == 1;
+        record_.supercommutated =
+            single ? std::string(kNotSupercommutated) : std::to_string(locations_.size());
+        record_.locationMode = single ? kNoLocationMode : kEveryLocation;
+        return true;
+    }
+
+    bool checkDepth() {
+        const int depth = record_.depth.number();
+        if (depth < 1) {
+            return refuse(349, kTitleValue);
+        }
+        if (depth > format_.numberOfFrames) {
+            return refuse(350, kTitleValue, format_.numberOfFrames);
+        }
+        const auto& counter = format_.idCounters[static_cast<std::size_t>(ref_.counter)];
+        if (counter.depth() % depth != 0) {
+            return refuse(351, kTitleValue, counter.name.view(), counter.depth());
+        }
+        return true;
+    }
+
+    void changeDepth() {
+        const int before = format_.cells().cellCount(fwp_);
+        format_.allocateCells(parent_, fwp_);
+        Measurement fresh;
+        // An empty cell of a supercommutated subframe is marked as one of a minor frame, as
+        // it always was.
+        fresh.locationType = record_.isSupercommutated() ? "MFSC" : "SF";
+        for (int index = before + 1; index <= format_.wordDepth(fwp_); ++index) {
+            format_.cells().store(format_.cellAt(fwp_, index), fresh);
+        }
+    }
+
+    /// Replaces the location type of the measurements of the word that is edited.
+    void changeType(std::string_view from, std::string_view to, int count) {
+        for (int index = 1; index <= format_.wordDepth(fwp_); ++index) {
+            for (auto at = format_.cellAt(fwp_, index); at; at = format_.next(at)) {
+                auto measurement = format_.cells().measurement(at);
+                if (!format_.cells().isMeasurement(at) || !(measurement.locationType == from)) {
+                    continue;
+                }
+                measurement.locationType = to;
+                measurement.locationCount = count;
+                if (count > 0) {
+                    measurement.locationMode = "E";
+                }
+                format_.cells().store(at, measurement);
+            }
+        }
+    }
+
+    void supercommutate() {
+        changeType("SF", "SFSC", static_cast<int>(locations_.size()));
+        for (const int word : locations_) {
+            if (word != fwp_ && format_.isDataWord(word)) {
+                format_.setWord(word, WordType::Subframe, ref_.counter, ref_.index);
+                format_.allocateCells(parent_, word);
+                copyMeasurements(word);
+            }
+        }
+    }
+
+    void copyMeasurements(int word) {
+        for (int index = 1; index <= format_.wordDepth(fwp_); ++index) {
+            for (auto at = format_.cellAt(fwp_, index); at; at = format_.next(at)) {
+                if (!format_.cells().isMeasurement(at)) {
+                    continue;
+                }
+                const auto to = format_.getFreeCell(parent_, word, index);
+                if (!to) {
+                    return;
+                }
+                format_.storeCell(to, at);
+            }
+        }
+    }
+
+    void becomeSingle() { changeType("SFSC", "SF", 0); }
+
+    PcmFormat& format_;
+    UserInterface* parent_;
+    int fwp_;
+    Subframe record_;
+    const Subframe old_;
+    const std::vector<int>& every_;
+    SubframeRef ref_;
+    std::vector<int> locations_;
+};
+
+}  // namespace
+
+bool saveSubframe(PcmFormat& format, UserInterface* parent, int fwp, const Subframe& record,
+                  const Subframe& old, const std::vector<int>& everyLocation) {
+    return SubframeSaver(format, parent, fwp, record, old, everyLocation).save();
+}
+
+}  // namespace kavu

@@ -1,0 +1,361 @@
+#include "pcm/undo/StreamUndo.h"
+
+#include "core/TmatsDocument.h"
+#include "core/WorkingStore.h"
+#include "core/files/FileIo.h"
+#include "core/talk/FileReports.h"
+#include "groups/MeasurementNames.h"
+#include "pcm/PcmLoad.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kavu {
+
+namespace {
+
+/// A file that is not there counts as empty.
+std::string contentsOf(const std::string& path) {
+    std::string bytes;
+    return fileExists(path) && readWholeFile(path, bytes).ok() ? bytes : std::string();
+}
+
+IoStatus putContents(const std::string& path, const std::string& contents) {
+    if (!contents.empty()) {
+        return replaceWorkingFile(path, contents);
+    }
+    return fileExists(path) ? deleteFile(path) : IoStatus();
+}
+
+/// The attributes that are no more than marks of edits, or tell where the stream lies.
+PcmAttributes withMarksOf(PcmAttributes attributes, const PcmAttributes& marks) {
+    attributes.changed = marks.changed;
+    attributes.formatEdited = marks.formatEdited;
+    attributes.pGroup = marks.pGroup;
+    attributes.dGroup = marks.dGroup;
+    return attributes;
+}
+
+std::size_t sizeOf(const WordFrameDefinition& definition) {
+    std::size_t bytes = sizeof(definition) + definition.idCounterName.size();
+    for (const auto& location : definition.locations) {
+        bytes += sizeof(location) + location.fragments.size() * sizeof(WordFrameFragment);
+    }
+    return bytes;
+}
+
+}  // namespace
+
+std::size_t StreamUndo::Level::bytes() const {
+    std::size_t bytes = sizeof(*this) + words.bytes() + bytesOf(conversions) +
+                        attributes.comment.size() + attributes.nonStandardCode.size();
+    if (counters) {
+        for (const auto& counter : *counters) {
+            bytes += sizeof(counter) + counter.subframes.size() * sizeof(Subframe);
+        }
+    }
+    if (asyncFormats) {
+        for (const auto& record : *asyncFormats) {
+            bytes += sizeof(record) + record.locations.size() * sizeof(AsyncLocation);
+        }
+    }
+    for (const auto& [entry, definition] : definitions) {
+        bytes += sizeOf(definition);
+    }
+    for (const auto& file : files) {
+        bytes += file ? file->size() : 0;
+    }
+    for (const auto& name : forgotten) {
+        bytes += sizeof(name) + name.size();
+    }
+    return bytes;
+}
+
+StreamUndo::StreamUndo(PcmFormat& format, const Beside& beside, std::size_t mostBytes)
+    : format_(format), beside_(beside), mostBytes_(mostBytes) {
+    if (beside_.conversions != nullptr) {
+        journal_ = std::make_unique<ConversionJournal>(*beside_.conversions);
+    }
+    if (beside_.names != nullptr) {
+        forgottenCount_ = beside_.names->forgottenCount();
+    }
+    base_ = {format_,
+             format_.saveCount,
+             format_.idCounters,
+             format_.asyncFormats,
+             format_.wordFrameDefinitions,
+             readFiles()};
+    isKept_.assign(static_cast<std::size_t>(format_.wordsPerMinorFrame), false);
+    outer_ = format_.cells().watch(this);
+}
+
+StreamUndo::~StreamUndo() {
+    format_.cells().watch(outer_);
+}
+
+void StreamUndo::beforeChange(int fwp) {
+    if (outer_ != nullptr) {
+        outer_->beforeChange(fwp);
+    }
+    // A word that has come since the last level goes again with the count of words.
+    const auto at = static_cast<std::size_t>(fwp);
+    if (!exchanging_ && fwp >= 0 && at < isKept_.size() && !isKept_[at]) {
+        isKept_[at] = true;
+        touched_.keep(format_, fwp);
+    }
+}
+
+std::string StreamUndo::filePath(std::size_t file) const {
+    const auto& store = format_.context().store;
+    return file == 0   ? store.pathOf(kMeasurementComment)
+           : file == 1 ? store.path(kSmfFormat, format_.dGroup)
+                       : store.path(kTagFormat, format_.dGroup);
+}
+
+StreamUndo::Files StreamUndo::readFiles() const {
+    Files files;
+    for (std::size_t i = 0; i < kFiles; ++i) {
+        files[i] = contentsOf(filePath(i));
+    }
+    return files;
+}
+
+// --- making a level -----------------------------------------------------------------------------
+
+bool StreamUndo::takeWords(Level& level) {
+    for (const int fwp : touched_.words()) {
+        if (fwp < format_.wordsPerMinorFrame && touched_.isSame(format_, fwp)) {
+            touched_.drop(fwp);
+        }
+    }
+    level.words = std::exchange(touched_, {});
+    isKept_.assign(static_cast<std::size_t>(format_.wordsPerMinorFrame), false);
+    level.words.close();
+    return !level.words.empty();
+}
+
+bool StreamUndo::takeDefinitions(Level& level) {
+    auto& old = base_.definitions;
+    const auto& now = format_.wordFrameDefinitions;
+    level.definitionCount = old.size();
+    bool differs = old.size() != now.size();
+    for (std::size_t i = 0; i < old.size(); ++i) {
+        if (i >= now.size() || !(old[i] == now[i])) {
+            level.definitions.emplace(i, std::move(old[i]));
+            differs = true;
+            if (i < now.size()) {
+                old[i] = now[i];
+            }
+        }
+    }
+    const auto kept = std::min(old.size(), now.size());
+    old.resize(kept);
+    old.insert(old.end(), now.begin() + static_cast<std::ptrdiff_t>(kept), now.end());
+    return differs;
+}
+
+bool StreamUndo::takeDifference(Level& level) {
+    level.attributes = base_.attributes;
+    level.saveCount = base_.saveCount;
+    bool differs = takeWords(level);
+    differs = takeDefinitions(level) || differs;
+    if (!(base_.counters == format_.idCounters)) {
+        level.counters = std::exchange(base_.counters, format_.idCounters);
+    }
+    if (!(base_.asyncFormats == format_.asyncFormats)) {
+        level.asyncFormats = std::exchange(base_.asyncFormats, format_.asyncFormats);
+    }
+    auto files = readFiles();
+    for (std::size_t i = 0; i < kFiles; ++i) {
+        if (files[i] != base_.files[i]) {
+            level.files[i] = std::exchange(base_.files[i], std::move(files[i]));
+            differs = true;
+        }
+    }
+    if (beside_.names != nullptr) {
+        level.forgotten = beside_.names->forgotten(forgottenCount_);
+        forgottenCount_ = beside_.names->forgottenCount();
+    }
+    differs = differs || level.counters || level.asyncFormats || !level.forgotten.empty() ||
+              !(base_.attributes == withMarksOf(format_, base_.attributes));
+    if (differs) {
+        base_.attributes = format_;
+        base_.saveCount = format_.saveCount;
+    }
+    return differs;
+}
+
+bool StreamUndo::commit(bool accepted) {
+    Level level;
+    bool differs = takeDifference(level);
+    if (journal_ != nullptr) {
+        // A file that can not be read is not put back; the records themselves are as they are.
+        IoStatus status;
+        level.conversions = journal_->take(status);
+        differs = differs || (accepted && !level.conversions.empty());
+    }
+    if (differs) {
+        clear(redo_);
+        add(undo_, std::move(level));
+    }
+    return differs;
+}
+
+void StreamUndo::add(Levels& levels, Level level) {
+    bytes_ += level.bytes();
+    levels.push_back(std::move(level));
+    // Those that are farthest from the stream as it is now go first, and never the new one.
+    const auto dropFrom = [&](Levels& some) {
+        if (some.size() <= (&some == &levels ? 1U : 0U)) {
+            return false;
+        }
+        bytes_ -= some.front().bytes();
+        some.pop_front();
+        return true;
+    };
+    while (bytes_ > mostBytes_ && (dropFrom(undo_) || dropFrom(redo_))) {
+    }
+}
+
+void StreamUndo::clear(Levels& levels) {
+    for (const auto& level : levels) {
+        bytes_ -= level.bytes();
+    }
+    levels.clear();
+}
+
+// --- going back and forth -----------------------------------------------------------------------
+
+bool StreamUndo::exchangeWords(Level& level) {
+    const int now = format_.wordsPerMinorFrame;
+    const int wanted = level.attributes.wordsPerMinorFrame;
+    WordArchive held;
+    for (const int fwp : level.words.words()) {
+        if (fwp < now) {
+            held.keep(format_, fwp);
+        }
+    }
+    for (int fwp = wanted; fwp < now; ++fwp) {
+        held.keep(format_, fwp);
+    }
+    held.close();
+    bool done = format_.allocateWords({}, wanted);
+    for (const int fwp : level.words.words()) {
+        done = level.words.put(format_, fwp) && done;
+    }
+    level.words = std::move(held);
+    return done;
+}
+
+void StreamUndo::exchangeDefinitions(Level& level) {
+    auto& now = format_.wordFrameDefinitions;
+    std::map<std::size_t, WordFrameDefinition> held;
+    const auto count = now.size();
+    for (std::size_t i = level.definitionCount; i < count; ++i) {
+        held.emplace(i, now[i]);
+    }
+    now.resize(level.definitionCount);
+    for (auto& [i, definition] : level.definitions) {
+        if (i < count) {
+            held.emplace(i, now[i]);
+        }
+        now[i] = std::move(definition);
+    }
+    level.definitions = std::move(held);
+    level.definitionCount = count;
+}
+
+bool StreamUndo::exchangeFiles(Level& level, UserInterface* parent) {
+    bool done = true;
+    for (std::size_t i = 0; i < kFiles; ++i) {
+        if (!level.files[i]) {
+            continue;
+        }
+        auto held = contentsOf(filePath(i));
+        const auto status = putContents(filePath(i), *level.files[i]);
+        if (!status.ok()) {
+            reportUnableToWrite(parent, status);
+            done = false;
+            continue;
+        }
+        level.files[i] = std::move(held);
+    }
+    if (journal_ != nullptr && !level.conversions.empty()) {
+        IoStatus status;
+        level.conversions = journal_->exchange(level.conversions, status);
+        if (!status.ok()) {
+            reportUnableToWrite(parent, status);
+            done = false;
+        }
+    }
+    return done;
+}
+
+void StreamUndo::exchangeNames(Level& level, bool isUndo) {
+    if (beside_.names == nullptr || level.forgotten.empty()) {
+        return;
+    }
+    if (isUndo) {
+        beside_.names->recall(forgottenCount_ - level.forgotten.size());
+    } else {
+        for (const auto& name : level.forgotten) {
+            beside_.names->forget(name);
+        }
+    }
+    forgottenCount_ = beside_.names->forgottenCount();
+}
+
+bool StreamUndo::exchange(Level& level, UserInterface* parent) {
+    const PcmAttributes held = format_;
+    const int saved = std::exchange(level.saveCount, format_.saveCount);
+    exchanging_ = true;
+    bool done = exchangeWords(level);
+    auto wanted = level.attributes;
+    // Where the stream lies does not go back; one that was saved meanwhile differs from there.
+    wanted.pGroup = format_.pGroup;
+    wanted.dGroup = format_.dGroup;
+    wanted.changed = wanted.changed || saved != format_.saveCount;
+    static_cast<PcmAttributes&>(format_) = wanted;
+    level.attributes = held;
+    if (level.counters) {
+        std::swap(*level.counters, format_.idCounters);
+    }
+    if (level.asyncFormats) {
+        std::swap(*level.asyncFormats, format_.asyncFormats);
+    }
+    exchangeDefinitions(level);
+    format_.subframesChanged();
+    done = exchangeFiles(level, parent) && done;
+    exchanging_ = false;
+    Level ignored;
+    (void)takeDifference(ignored);
+    base_.attributes = format_;
+    base_.saveCount = format_.saveCount;
+    return done;
+}
+
+bool StreamUndo::go(Levels& from, Levels& to, UserInterface* parent) {
+    if (from.empty()) {
+        return false;
+    }
+    auto level = std::move(from.back());
+    from.pop_back();
+    bytes_ -= level.bytes();
+    const bool isUndo = &from == &undo_;
+    exchangeNames(level, isUndo);
+    const bool done = exchange(level, parent);
+    add(to, std::move(level));
+    return done;
+}
+
+bool StreamUndo::undo(UserInterface* parent) {
+    commit();
+    return go(undo_, redo_, parent);
+}
+
+bool StreamUndo::redo(UserInterface* parent) {
+    commit();
+    return go(redo_, undo_, parent);
+}
+
+}  // namespace kavu

@@ -1,0 +1,122 @@
+// Undo and redo of the edits of a stream: one level for each, and the stream comes back exactly,
+// with the conversion records that the edit has changed.
+//
+// A level keeps one side of an edit, and of that only the words, entries and files that are
+// different on the other side. So it takes the room of what the edit has touched, and making it
+// the time of a look at these. All levels together keep to a limit: the oldest ones go, and
+// what they would take back can not be undone any more.
+#pragma once
+
+#include "conversion/ConversionJournal.h"
+#include "pcm/model/WordArchive.h"
+
+#include <array>
+#include <deque>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kavu {
+
+class MeasurementNames;
+class UserInterface;
+
+class StreamUndo : private WordWatcher {
+  public:
+    /// All levels together take no more than this, but for the one made last, which always
+    /// stays.
+    static constexpr std::size_t kMostBytes = std::size_t{64} << 20U;
+
+    /// What the edits of a stream change beside it; both may be null.
+    struct Beside {
+        ConversionStore* conversions = nullptr;
+        MeasurementNames* names = nullptr;
+    };
+
+    /// Takes the stream as it is for the one to begin with. What is given must outlive it, and
+    /// of several for one format the last one ends first.
+    explicit StreamUndo(PcmFormat& format) : StreamUndo(format, Beside{}) {}
+    StreamUndo(PcmFormat& format, const Beside& beside, std::size_t mostBytes = kMostBytes);
+    StreamUndo(const StreamUndo&) = delete;
+    StreamUndo& operator=(const StreamUndo&) = delete;
+    ~StreamUndo() override;
+
+    /// Ends an edit: what it has changed becomes a level, and what was undone before is lost.
+    /// False if it has changed nothing. An edit that was not `accepted` and has left only the
+    /// conversion records different, as a look at a new one does, is none.
+    bool commit(bool accepted = true);
+    [[nodiscard]] bool canUndo() const { return !undo_.empty(); }
+    [[nodiscard]] bool canRedo() const { return !redo_.empty(); }
+    /// False if there is no level, there can be no more cells, or a file could not be written,
+    /// which is reported.
+    bool undo(UserInterface* parent = nullptr);
+    bool redo(UserInterface* parent = nullptr);
+
+    /// Bytes of memory that the levels take, about.
+    [[nodiscard]] std::size_t bytes() const { return bytes_; }
+
+  private:
+    /// Working files that an edit changes: section comment, filter list, tagged data.
+    static constexpr std::size_t kFiles = 3;
+    using Files = std::array<std::string, kFiles>;
+
+    /// The stream as it was when the last level ended, but for its words.
+    struct Base {
+        PcmAttributes attributes;
+        int saveCount = 0;
+        std::vector<IdCounter> counters;
+        std::vector<AsyncFormat> asyncFormats;
+        std::vector<WordFrameDefinition> definitions;
+        Files files;
+    };
+    struct Level {
+        PcmAttributes attributes;
+        int saveCount = 0;  ///< by which the mark that the stream has changed is true
+        WordArchive words;
+        std::optional<std::vector<IdCounter>> counters;
+        std::optional<std::vector<AsyncFormat>> asyncFormats;
+        std::map<std::size_t, WordFrameDefinition> definitions;
+        std::size_t definitionCount = 0;
+        std::array<std::optional<std::string>, kFiles> files;
+        ConversionFileStates conversions;
+        std::vector<std::string> forgotten;  ///< names that the edit has made forgotten
+
+        [[nodiscard]] std::size_t bytes() const;
+    };
+    using Levels = std::deque<Level>;
+
+    void beforeChange(int fwp) override;
+    [[nodiscard]] std::string filePath(std::size_t file) const;
+    [[nodiscard]] Files readFiles() const;
+    /// What differs from the base, as it was there; the base becomes what there is now.
+    [[nodiscard]] bool takeDifference(Level& level);
+    [[nodiscard]] bool takeWords(Level& level);
+    [[nodiscard]] bool takeDefinitions(Level& level);
+    /// Makes the stream what the level has kept; the level then keeps what it was until now.
+    bool exchange(Level& level, UserInterface* parent);
+    bool exchangeWords(Level& level);
+    void exchangeDefinitions(Level& level);
+    bool exchangeFiles(Level& level, UserInterface* parent);
+    void exchangeNames(Level& level, bool isUndo);
+    bool go(Levels& from, Levels& to, UserInterface* parent);
+    void add(Levels& levels, Level level);
+    void clear(Levels& levels);
+
+    PcmFormat& format_;
+    Beside beside_;
+    std::size_t mostBytes_;
+    WordWatcher* outer_ = nullptr;
+    std::unique_ptr<ConversionJournal> journal_;
+    std::size_t forgottenCount_ = 0;
+    Base base_;
+    WordArchive touched_;       ///< since the last level
+    std::vector<bool> isKept_;  ///< by position, for the words of the base: in `touched_`
+    bool exchanging_ = false;
+    Levels undo_;
+    Levels redo_;
+    std::size_t bytes_ = 0;
+};
+
+}  // namespace kavu

@@ -1,0 +1,210 @@
+#include "pcm/write/MeasurementWriting.h"
+
+#include "core/TmatsDocument.h"
+#include "core/TmatsReader.h"
+#include "core/WorkingStore.h"
+#include "core/document/GroupFiles.h"
+#include "core/files/FileIo.h"
+#include "core/talk/Messages.h"
+#include "core/text/Clock.h"
+#include "groups/GroupScan.h"
+#include "pcm/PcmLoad.h"
+#include "pcm/model/MeasurementFields.h"
+#include "pcm/structure/PcmFormatEdit.h"
+#include "pcm/write/MeasurementCommands.h"
+#include "pcm/write/PcmSave.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <set>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+namespace kavu {
+
+namespace {
+
+constexpr const char* kUnableToOpen =
+    "Unable to open PCM Measurement Definition File. Operation Aborted";
+
+/// A measurement at the place where the walk over the frame meets it first.
+struct FirstPlace {
+    CellRef cell;
+    int fwp;
+    int index;
+};
+
+/// The tagged data measurements in the working file of the D group. They are numbered in
+/// each list from 1 without gaps; what stands behind a gap does not count.
+int countTaggedMeasurements(const PcmFormat& format, const std::string& path) {
+    std::set<std::pair<int, int>> numbers;
+    // A file that is not there has none.
+    (void)forEachCommand(format.context().reader, path, [&numbers](const std::string& command) {
+        if (equalsIgnoreCase(codeHead(fieldView(command).code),
+                             codeHead(measurement_field::kName.code))) {
+            const auto indices = parseCommandIndices(command);
+            numbers.emplace(indices.fields[0], indices.fields[1]);
+        }
+        return true;
+    });
+    int count = 0;
+    std::pair<int, int> expected{1, 1};
+    for (const auto& number : numbers) {
+        if (number.first > expected.first) {
+            expected = {number.first, 1};
+        }
+        if (number == expected) {
+            ++count;
+            ++expected.second;
+        }
+    }
+    return count;
+}
+
+/// The lines of a working file, each once. Every list gets the filter commands of all lists, so
+/// a file that was written so holds them several times; without this they would grow by that
+/// factor with each save.
+std::string distinctLines(const std::string& path) {
+    std::string bytes;
+    if (!fileExists(path) || !readWholeFile(path, bytes).ok()) {
+        return {};
+    }
+    std::unordered_set<std::string_view> seen;
+    std::string text;
+    const std::string_view all(bytes);
+    for (std::size_t at = 0; at < all.size();) {
+        const auto end = std::min(all.find('\n', at), all.size() - 1) + 1;
+        const auto line = all.substr(at, end - at);
+        if (seen.insert(line).second) {
+            text += line;
+        }
+        at = end;
+    }
+    return text;
+}
+
+/// Writes one D group to an open file.
+class ListWriter {
+  public:
+    ListWriter(PcmFormat& format, UserInterface* parent, FileWriter& writer)
+        : format_(format),
+          parent_(parent),
+          writer_(writer),
+          prefix_(groupPrefix('D', format.dGroup)),
+          commands_(format, parent, writer, prefix_) {}
+
+    void write() {
+        writeCommand(writer_, prefix_, measurement_field::kDataLink.code, format_.streamName);
+        const auto filterLists = formatPrintf(kSmfFormat, format_.dGroup);
+        if (format_.edition() >= 2011) {
+            appendWorkingFile(format_, writer_, filterLists);
+        }
+        format_.measurementListCount = std::max(1, format_.measurementListCount);
+        writeIntCommand(writer_, prefix_, measurement_field::kListCount.code,
+                        format_.measurementListCount);
+        gather();
+        if (format_.edition() == 2009) {
+            filters_ = distinctLines(format_.context().store.pathOf(filterLists));
+        }
+        for (int l = 1; l <= format_.measurementListCount; ++l) {
+            if (l <= kMostMeasurementLists) {
+                writeCommand(writer_, prefix_, numberedCode(measurement_field::kListName.code, {l}),
+                             format_.measurementListNames[static_cast<std::size_t>(l) - 1]);
+            }
+            if (format_.edition() == 2009) {
+                writer_.write(filters_);
+            }
+            writeList(l);
+        }
+        writeComment();
+    }
+
+  private:
+    /// The walk is the same for each list, so it is done once.
+    void gather() {
+        format_.forEachMeasurement([this](CellRef cell, int fwp, int index) {
+            places_.push_back({cell, fwp, index});
+            return true;
+        });
+        if (format_.edition() >= 2011) {
+            const auto name = formatPrintf(kTagFormat, format_.dGroup);
+            tagged_ = countTaggedMeasurements(format_, format_.context().store.pathOf(name));
+        }
+    }
+
+    void writeList(int l) {
+        const auto count = static_cast<int>(places_.size());
+        writeIntCommand(writer_, prefix_, numberedCode(measurement_field::kCount.code, {l}),
+                        count + tagged_);
+        if (tagged_ > 0) {
+            appendWorkingFile(format_, writer_, formatPrintf(kTagFormat, format_.dGroup));
+        }
+        int m = tagged_;
+        for (const auto& place : places_) {
+            commands_.write(l, ++m, place.cell, place.fwp, place.index);
+            if (parent_ != nullptr && format_.context().ticker.secondElapsed()) {
+                const auto& name = format_.cells().measurement(place.cell).name;
+                parent_->setStatusText(formatPrintf(
+                    "Saving Measurements. List #%d Measurement #%d (%s)", l, m, name.view()));
+                parent_->setProgressBar(m * 100.0 / count);
+                parent_->yieldToInterface();
+            }
+        }
+    }
+
+    void writeComment() {
+        std::string comment;
+        const auto path = format_.context().store.pathOf(kMeasurementComment);
+        if (fileExists(path) && readWholeFile(path, comment).ok() && !comment.empty()) {
+            writer_.write(prefix_ + std::string(measurement_field::kComment.code) + ":" + comment +
+                          ";\r\n");
+        }
+    }
+
+    PcmFormat& format_;
+    UserInterface* parent_;
+    FileWriter& writer_;
+    std::string prefix_;
+    MeasurementCommands commands_;
+    std::vector<FirstPlace> places_;
+    int tagged_ = 0;
+    std::string filters_;
+};
+
+}  // namespace
+
+bool writeMeasurements(PcmFormat& format, UserInterface* parent) {
+    auto& context = format.context();
+    if (format.isBusStream || isPacketStream(format)) {
+        return true;  // a D group that bears the stream's name was never read
+    }
+    setStatusText(parent, "Saving PCM Measurement Information...");
+    setProgressBar(parent, 0);
+    giveMeasurementGroup(format, parent);
+    // Written beside the file, which so is whole at any time.
+    const auto path = context.store.pathOf(groupFile('D', format.dGroup));
+    const auto scratch = path + ".new";
+    FileWriter writer;
+    auto status = format.dGroup <= kMostGroupIndex ? writer.open(scratch, WriteMode::Truncate)
+                                                   : IoStatus(path, ENOSPC);
+    if (status.ok()) {
+        ListWriter(format, parent, writer).write();
+        status = writer.close();
+        status = status.ok() ? renameFile(scratch, path) : status;
+        if (!status.ok()) {
+            (void)deleteFile(scratch);
+        }
+    }
+    if (!status.ok()) {
+        if (parent != nullptr) {
+            parent->beep();
+        }
+        showBox(parent,
+                formatPrintf("%s\n\n'%s': %s", kUnableToOpen, status.path(), status.reason()),
+                std::string(loadText(title::kError).value_or("")));
+    }
+    return status.ok();
+}
+
+}  // namespace kavu

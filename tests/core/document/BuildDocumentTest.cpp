@@ -1,0 +1,329 @@
+#include "core/document/BuildDocument.h"
+#include "core/document/OpenDocument.h"
+#include "support/TestContext.h"
+
+namespace kavu::test {
+namespace {
+
+constexpr const char* kRule =
+    "COMMENT: **************************************************************;\r\n";
+
+class BuildDocumentTest : public ::testing::Test {
+  protected:
+    std::string save(const std::string& name = "out.tma") {
+        out_ = t.folder / name;
+        EXPECT_TRUE(saveDocumentTo(t.context, &t.ui, out_));
+        return readFile(out_);
+    }
+
+    TestContext t{1996};
+    std::string out_;
+};
+
+TEST_F(BuildDocumentTest, GroupsComeInTheirFixedOrder) {
+    t.document.version = 2007;
+    const std::pair<const char*, const char*> files[] = {
+        {"[kavu]V.V01", "V-1\\ID:v;"},        {"[kavu]H.HHH", "H\\X:h;"},
+        {"[kavu]PCMPAM.A01", "A-1\\DLN:a;"},  {"[kavu]PCMS.S01", "S-1\\DLN:s;"},
+        {"[kavu]PCM1553.B01", "B-1\\DLN:b;"}, {"[kavu]PCMMEAS.D01", "D-1\\DLN:d;"},
+        {"[kavu]PCMFMT.P02", "P-2\\DLN:q;"},  {"[kavu]PCMFMT.P01", "P-1\\DLN:p;"},
+        {"[kavu]MULT.M01", "M-1\\ID:m;"},     {"[kavu]DSRCE.R01", "R-1\\ID:r;"},
+        {"[kavu]DSRCE.T99", "T-99\\ID:t;"},   {"[kavu]GTMP.G", "G\\PN:g;"},
+    };
+    for (const auto& [name, command] : files) {
+        t.write(name, std::string(command) + "\r\n");
+    }
+    t.steps.saveConversions = [](UserInterface*, FileWriter& writer) {
+        writer.write("C-1\\DCN:c;\r\n");
+        return true;
+    };
+    const auto text = save();
+    EXPECT_TRUE(
+        text.ends_with("G\\PN:g;\r\nT-99\\ID:t;\r\nR-1\\ID:r;\r\nM-1\\ID:m;\r\n"
+                       "P-1\\DLN:p;\r\nP-2\\DLN:q;\r\nD-1\\DLN:d;\r\nB-1\\DLN:b;\r\n"
+                       "S-1\\DLN:s;\r\nA-1\\DLN:a;\r\nC-1\\DCN:c;\r\nH\\X:h;\r\n"
+                       "V-1\\ID:v;\r\n"))
+        << text;
+}
+
+TEST_F(BuildDocumentTest, OldEditionsDropSAndVGroups) {
+    t.write("[kavu]PCMS.S01", "S-1\\DLN:s;\r\n");
+    t.write("[kavu]V.V01", "V-1\\ID:v;\r\n");
+    t.document.version = 2001;
+    EXPECT_EQ(save().find("-1\\"), std::string::npos);
+    t.document.version = 2004;
+    const auto text = save();
+    EXPECT_NE(text.find("V-1\\ID:v;"), std::string::npos);
+    EXPECT_EQ(text.find("S-1\\"), std::string::npos);
+    t.document.version = 2005;
+    EXPECT_NE(save().find("S-1\\DLN:s;"), std::string::npos);
+}
+
+TEST_F(BuildDocumentTest, GroupsThatTheEditionDoesNotKnowAreRemarked) {
+    t.write("[kavu]PCMS.S01", "S-1\\DLN:s;\r\n");
+    t.write("[kavu]PCMS.S07", "S-7\\DLN:t;\r\n");
+    t.write("[kavu]V.V01", "V-1\\ID:v;\r\n");
+    t.document.version = 2004;
+    save();
+    EXPECT_EQ(t.ui.notes,
+              std::vector<std::string>{"An IRIG 106-04 (2004) file has no S groups: 2 left out."});
+    EXPECT_TRUE(t.ui.boxes.empty());
+    t.ui.notes.clear();
+    t.document.version = 2009;
+    save();
+    EXPECT_TRUE(t.ui.notes.empty());
+}
+
+TEST_F(BuildDocumentTest, Edition1996HasNoBanner) {
+    t.write("[kavu]GTMP.G", "G\\PN:A;\r\n");
+    EXPECT_EQ(save(), "G\\PN:A;\r\n");
+}
+
+TEST_F(BuildDocumentTest, SavingTwiceGivesOneBannerWithDateAndTimeOfTheSave) {
+    t.document.version = 1999;
+    t.write("[kavu]GTMP.G", "G\\PN:A;\r\n");
+    const std::string line =
+        "COMMENT: This file saved on 01-02-2026 at 03:04:05 by the KAVU Software;\r\n";
+    const std::string expected = kRule + line + "COMMENT: " + kBannerMaker +
+                                 ";\r\nCOMMENT: " + kBannerHelp + ";\r\n" + kRule + "G\\PN:A;\r\n";
+    EXPECT_EQ(save(), expected);
+    EXPECT_EQ(save(), expected);
+}
+
+TEST_F(BuildDocumentTest, BannerOfANewDocumentSaysCreated) {
+    t.document.version = 1999;
+    t.document.created = true;
+    EXPECT_NE(save().find("This file created on 01-02-2026"), std::string::npos);
+    EXPECT_FALSE(t.document.created);
+    EXPECT_NE(save().find("This file saved on"), std::string::npos);
+}
+
+TEST_F(BuildDocumentTest, AGeneralCommandThatHoldsCommentColonIsRemovedByTheBanner) {
+    t.document.version = 1999;
+    t.write("[kavu]GTMP.G", "G\\COM:see COMMENT: below;\r\nG\\PN:A;\r\n");
+    const auto text = save();
+    EXPECT_EQ(text.find("see COMMENT:"), std::string::npos);
+    EXPECT_TRUE(text.ends_with(";\r\nG\\PN:A;\r\n"));
+}
+
+TEST_F(BuildDocumentTest, FileNameFieldBecomesTheFirstCommandBehindTheBanner) {
+    t.document.version = 2009;
+    t.write("[kavu]GTMP.G", "G\\PN:A;\r\n");
+    EXPECT_TRUE(save("a.b.tma").ends_with(std::string(kRule) + "G\\FN:a.b.tma;\r\nG\\PN:A;\r\n"));
+    EXPECT_TRUE(save("c.tma").ends_with(std::string(kRule) + "G\\FN:c.tma;\r\nG\\PN:A;\r\n"));
+}
+
+TEST_F(BuildDocumentTest, EveryFileNameFieldIsReplacedWhereItStands) {
+    t.document.version = 2011;
+    t.write("[kavu]GTMP.G", "G\\PN:A;\r\nG\\FN:x;\r\nG\\TA:B;\r\nG\\FN:y;\r\n");
+    EXPECT_TRUE(
+        save("n.tma").ends_with("G\\PN:A;\r\nG\\FN:n.tma;\r\nG\\TA:B;\r\nG\\FN:n.tma;\r\n"));
+}
+
+TEST_F(BuildDocumentTest, ASemicolonInTheFileNameDoesNotEndTheField) {
+    t.document.version = 2009;
+    EXPECT_NE(save("a;b.tma").find("G\\FN:a_b.tma;\r\n"), std::string::npos);
+}
+
+TEST_F(BuildDocumentTest, FileNameFieldIsAddedFromEdition2009OnOnly) {
+    t.document.version = 2007;
+    EXPECT_EQ(save().find("G\\FN"), std::string::npos);
+}
+
+TEST_F(BuildDocumentTest, StoredLineBreaksBecomeRealOnes) {
+    t.write("[kavu]GTMP.G", "G\\COM:one\x14\x15two;\r\n");
+    EXPECT_EQ(save(), "G\\COM:one\r\ntwo;\r\n");
+}
+
+TEST_F(BuildDocumentTest, ADocumentWithoutAGeneralGroupCanBeSaved) {
+    t.write("[kavu]H.HHH", "H\\X:h;\r\n");
+    EXPECT_EQ(save(), "H\\X:h;\r\n");
+}
+
+TEST_F(BuildDocumentTest, CommentsInOtherGroupFilesAreNotCopied) {
+    t.write("[kavu]DSRCE.T01", "COMMENT: x;\r\nT-1\\ID:A;\r\n");
+    EXPECT_EQ(save(), "T-1\\ID:A;\r\n");
+}
+
+TEST_F(BuildDocumentTest, SaveClearsTheFlagsAndTakesThePath) {
+    t.document.changed = true;
+    t.document.created = true;
+    t.document.readOnly = true;
+    save();
+    EXPECT_FALSE(t.document.changed);
+    EXPECT_FALSE(t.document.created);
+    EXPECT_FALSE(t.document.readOnly);
+    EXPECT_EQ(t.document.path, out_);
+}
+
+TEST_F(BuildDocumentTest, OverwrittenFileIsBackedUp) {
+    writeFile(t.folder / "out.tma", "old");
+    t.write("[kavu]GTMP.G", "G\\PN:A;\r\n");
+    save();
+    EXPECT_EQ(readFile(t.folder / "out.bak"), "old");
+    EXPECT_TRUE(t.ui.boxes.empty());
+}
+
+TEST_F(BuildDocumentTest, NoBackupWhenTheSettingSaysSo) {
+    t.settings.writeInteger("CreateBackup", 0);
+    writeFile(t.folder / "out.tma", "old");
+    save();
+    EXPECT_FALSE(fileExists(t.folder / "out.bak"));
+    EXPECT_FALSE(t.has("FORMER.TMP"));
+}
+
+std::string manyCommands() {
+    std::string text;
+    for (int i = 0; i < 20000; ++i) {
+        text += formatPrintf("D-1\\MN-1-%d:MEASUREMENT %d;\r\n", i, i);
+    }
+    return text;
+}
+
+TEST_F(BuildDocumentTest, CancelInTheMiddleLeavesAShortTargetAndTheNextSaveBacksItUp) {
+    t.write("[kavu]PCMMEAS.D01", manyCommands());
+    out_ = t.folder / "out.tma";
+    writeFile(out_, "old");
+    t.document.changed = true;
+    t.ui.cancelAtPoll = 100;
+    EXPECT_FALSE(saveDocumentTo(t.context, &t.ui, out_));
+    EXPECT_TRUE(t.document.changed);
+    const auto partial = readFile(out_);
+    EXPECT_LT(partial.size(), manyCommands().size());
+    EXPECT_EQ(readFile(t.folder / "out.bak"), "old");
+    t.ui.cancelAtPoll = 0;
+    EXPECT_EQ(save(), manyCommands());
+    EXPECT_EQ(readFile(t.folder / "out.bak"), partial);
+}
+
+TEST_F(BuildDocumentTest, AfterAFailureTheFormerContentsCanBePutBack) {
+    for (const int backups : {0, 1}) {
+        t.settings.writeInteger("CreateBackup", backups);
+        t.write("[kavu]PCMMEAS.D01", manyCommands());
+        out_ = t.folder / "out.tma";
+        writeFile(out_, "old");
+        t.ui.polls = 0;
+        t.ui.cancelAtPoll = 100;
+        t.ui.queued = {Button::Yes};
+        EXPECT_FALSE(saveDocumentTo(t.context, &t.ui, out_));
+        EXPECT_EQ(readFile(out_), "old");
+        EXPECT_EQ(t.ui.boxes.back().defaultButton, Button::Yes);
+    }
+}
+
+TEST_F(BuildDocumentTest, WithoutAParentTheTargetStaysAsTheFailureLeftIt) {
+    t.write("[kavu]PCMMEAS.D01", manyCommands());
+    t.steps.saveConversions = [](UserInterface*, FileWriter&) { return false; };
+    out_ = t.folder / "out.tma";
+    writeFile(out_, "old");
+    EXPECT_FALSE(saveDocumentTo(t.context, nullptr, out_));
+    EXPECT_EQ(readFile(out_), manyCommands());
+}
+
+TEST_F(BuildDocumentTest, AFullDiskIsReportedWithPathAndReason) {
+    t.write("[kavu]GTMP.G", "G\\PN:A;\r\n");
+    EXPECT_FALSE(saveDocumentTo(t.context, &t.ui, "/dev/full"));
+    ASSERT_FALSE(t.ui.boxes.empty());
+    EXPECT_EQ(t.ui.boxes[0].text, "Unable to write '/dev/full'\n\nReason: No space left on device");
+}
+
+TEST_F(BuildDocumentTest, AFolderInPlaceOfTheTargetIsReported) {
+    EXPECT_FALSE(saveDocumentTo(t.context, &t.ui, t.folder.path()));
+    ASSERT_EQ(t.ui.boxes.size(), 1u);
+    EXPECT_NE(t.ui.boxes[0].text.find("Is a directory"), std::string::npos);
+}
+
+TEST_F(BuildDocumentTest, AGroupFileThatCanNotBeReadStopsTheBuild) {
+    ASSERT_TRUE(makeFolder(t.store.pathOf("[kavu]PCMFMT.P01")).ok());
+    EXPECT_FALSE(saveDocumentTo(t.context, &t.ui, t.folder / "out.tma"));
+    ASSERT_FALSE(t.ui.boxes.empty());
+    EXPECT_EQ(t.ui.boxes[0].id, 407);
+    EXPECT_NE(t.ui.boxes[0].text.find("Unable to read 'PCM Format Information' temporary file"),
+              std::string::npos);
+}
+
+TEST_F(BuildDocumentTest, LinksAndModeOfAnOverwrittenFileStay) {
+    writeFile(t.folder / "real.tma", "old");
+    std::filesystem::permissions(t.folder / "real.tma", std::filesystem::perms(0640));
+    std::filesystem::create_hard_link(t.folder / "real.tma", t.folder / "hard.tma");
+    std::filesystem::create_symlink(t.folder / "real.tma", t.folder / "link.tma");
+    t.write("[kavu]GTMP.G", "G\\PN:A;\r\n");
+    save("link.tma");
+    EXPECT_TRUE(std::filesystem::is_symlink(t.folder / "link.tma"));
+    EXPECT_EQ(readFile(t.folder / "hard.tma"), "G\\PN:A;\r\n");
+    EXPECT_EQ(std::filesystem::status(t.folder / "real.tma").permissions(),
+              std::filesystem::perms(0640));
+}
+
+TEST_F(BuildDocumentTest, ReadOnlyDocumentIsSavedUnderAnotherName) {
+    t.document.path = t.folder / "locked.tma";
+    t.document.readOnly = true;
+    t.ui.files = {FileChoice{t.folder / "other.tma", 1}};
+    EXPECT_TRUE(saveDocument(t.context, &t.ui));
+    EXPECT_EQ(t.ui.boxes.at(0).id, -144);
+    EXPECT_EQ(t.document.path, t.folder / "other.tma");
+    EXPECT_TRUE(fileExists(t.folder / "other.tma"));
+}
+
+TEST_F(BuildDocumentTest, SaveOfAKnownPathAsksNothing) {
+    t.document.path = t.folder / "a.tma";
+    EXPECT_TRUE(saveDocument(t.context, &t.ui));
+    EXPECT_TRUE(t.ui.boxes.empty());
+    EXPECT_TRUE(t.ui.filePrompts.empty());
+}
+
+// --- Closing ----------------------------------------------------------------------------
+
+class CloseDocumentTest : public BuildDocumentTest {
+  protected:
+    CloseDocumentTest() {
+        t.document.open = true;
+        t.document.kind = DocumentKind::TmatsFile;
+        t.document.changed = true;
+        t.document.path = t.folder / "a.tma";
+        t.write("[kavu]GTMP.G", "G\\PN:A;\r\n");
+    }
+};
+
+TEST_F(CloseDocumentTest, AsksWithAnEmptyPrefixAndFileTwice) {
+    t.ui.byId[76] = Button::Cancel;
+    EXPECT_EQ(closeDocument(t.context, &t.ui), CloseResult::Cancelled);
+    EXPECT_EQ(t.ui.boxes.at(0).text,
+              "WARNING: The TMATS file you have been editing, has been modified.\n\nSave file "
+              "first?");
+    EXPECT_TRUE(t.document.open);
+    EXPECT_TRUE(t.has("[kavu]GTMP.G"));
+}
+
+TEST_F(CloseDocumentTest, YesSavesFirst) {
+    t.ui.byId[76] = Button::Yes;
+    EXPECT_EQ(closeDocument(t.context, &t.ui), CloseResult::Closed);
+    EXPECT_EQ(readFile(t.folder / "a.tma"), "G\\PN:A;\r\n");
+    EXPECT_FALSE(t.document.open);
+    EXPECT_EQ(t.document.kind, DocumentKind::None);
+    EXPECT_TRUE(t.document.path.empty());
+    EXPECT_FALSE(t.has("[kavu]GTMP.G"));
+}
+
+TEST_F(CloseDocumentTest, YesThatCanNotSaveStopsTheClose) {
+    t.document.path = t.folder / "missing/a.tma";
+    t.ui.byId[76] = Button::Yes;
+    EXPECT_EQ(closeDocument(t.context, &t.ui), CloseResult::Cancelled);
+    EXPECT_TRUE(t.document.open);
+    EXPECT_TRUE(t.document.changed);
+}
+
+TEST_F(CloseDocumentTest, NoClosesWithoutSaving) {
+    t.ui.byId[76] = Button::No;
+    EXPECT_EQ(closeDocument(t.context, &t.ui), CloseResult::Closed);
+    EXPECT_FALSE(fileExists(t.folder / "a.tma"));
+}
+
+TEST_F(CloseDocumentTest, AnUnchangedDocumentAsksNothing) {
+    t.document.changed = false;
+    EXPECT_EQ(closeDocument(t.context, &t.ui), CloseResult::Closed);
+    EXPECT_TRUE(t.ui.boxes.empty());
+}
+
+}  // namespace
+}  // namespace kavu::test

@@ -1,0 +1,232 @@
+#include "core/document/GroupSplitter.h"
+#include "core/document/OpenDocument.h"
+#include "core/text/Text.h"
+#include "support/TestContext.h"
+
+namespace kavu::test {
+namespace {
+
+class GroupSplitterTest : public ::testing::Test {
+  protected:
+    bool split(std::string_view bytes) {
+        path_ = t.folder / "in.tma";
+        writeFile(path_, bytes);
+        return splitIntoGroupFiles(t.context, &t.ui, path_);
+    }
+    /// The only note; fails if there is none or more than one.
+    std::string note() {
+        EXPECT_EQ(t.ui.notes.size(), 1u);
+        return t.ui.notes.empty() ? std::string() : t.ui.notes.front();
+    }
+
+    TestContext t;
+    std::string path_;
+};
+
+struct Sorted {
+    const char* command;
+    const char* file;
+};
+
+TEST_F(GroupSplitterTest, EveryGroupGoesToItsFile) {
+    const Sorted rows[] = {
+        {"G\\PN:A;", "[kavu]GTMP.G"},         {"H\\X:A;", "[kavu]H.HHH"},
+        {"T-1\\ID:A;", "[kavu]DSRCE.T01"},    {"R-2\\ID:A;", "[kavu]DSRCE.R02"},
+        {"M-3\\ID:A;", "[kavu]MULT.M03"},     {"V-4\\ID:A;", "[kavu]V.V04"},
+        {"P-5\\DLN:A;", "[kavu]PCMFMT.P05"},  {"D-99\\DLN:A;", "[kavu]PCMMEAS.D99"},
+        {"B-7\\DLN:A;", "[kavu]PCM1553.B07"}, {"A-8\\DLN:A;", "[kavu]PCMPAM.A08"},
+        {"S-9\\DLN:A;", "[kavu]PCMS.S09"},    {"C-10\\DCN:A;", "DATA1.TMP"},
+    };
+    std::string text;
+    for (const auto& row : rows) {
+        text += std::string(row.command) + "\r\n";
+    }
+    ASSERT_TRUE(split(text));
+    for (const auto& row : rows) {
+        EXPECT_EQ(t.read(row.file), std::string(row.command) + "\r\n") << row.command;
+    }
+    EXPECT_TRUE(t.ui.notes.empty());
+}
+
+TEST_F(GroupSplitterTest, OnlyCommentsLeaveNoGroupFile) {
+    ASSERT_TRUE(split("COMMENT: one;\r\ncomment: two;\r\n"));
+    EXPECT_FALSE(t.has("[kavu]GTMP.G"));
+    EXPECT_EQ(t.read("DATA1.TMP"), "");
+}
+
+TEST_F(GroupSplitterTest, CommandBehindACommentOnOneLineIsKept) {
+    ASSERT_TRUE(split("COMMENT: x; G\\PN:A;"));
+    EXPECT_EQ(t.read("[kavu]GTMP.G"), "G\\PN:A;\r\n");
+}
+
+TEST_F(GroupSplitterTest, MissingLastSemicolonRefusesTheFile) {
+    EXPECT_FALSE(split("G\\PN:A;\nG\\TA:B;\nG\\106:09"));
+    ASSERT_EQ(t.ui.boxes.size(), 1u);
+    EXPECT_EQ(t.ui.boxes[0].id, 157);
+    EXPECT_EQ(t.ui.boxes[0].icon, Icon::Warning);
+    EXPECT_EQ(t.ui.boxes[0].title, "Error Reading TMATS File");
+    // The counter starts at 1 and rises once for each call of the reader.
+    EXPECT_EQ(t.ui.boxes[0].text,
+              "Illegal or partial command detected at the end of the file. Last line read was "
+              "line #4. Operation aborted.");
+}
+
+TEST_F(GroupSplitterTest, NulBytesBehindTheLastCommandRefuseTheFileAndAreNamed) {
+    using namespace std::string_literals;
+    EXPECT_FALSE(split("G\\PN:A;\r\n\0\0"s));
+    EXPECT_TRUE(t.ui.hasBox(157));
+    EXPECT_NE(note().find("Nothing but NUL bytes"), std::string::npos);
+}
+
+TEST_F(GroupSplitterTest, LowerCaseGroupVanishesButIsRemarked) {
+    ASSERT_TRUE(split("p-1\\TF:ONE;"));
+    EXPECT_FALSE(t.has("[kavu]PCMFMT.P01"));
+    EXPECT_EQ(note(), "Line 1: a command of no known group is left out: p-1\\TF:ONE;");
+    EXPECT_TRUE(t.ui.boxes.empty());
+}
+
+TEST_F(GroupSplitterTest, SecondPieceOfAGroupIsAppended) {
+    ASSERT_TRUE(split("T-1\\ID:X;P-1\\TF:ONE;T-1\\CF:Y;"));
+    EXPECT_EQ(t.read("[kavu]DSRCE.T01"), "T-1\\ID:X;\r\nT-1\\CF:Y;\r\n");
+}
+
+TEST_F(GroupSplitterTest, UnknownGroupIsLostAndRemarked) {
+    ASSERT_TRUE(split("X-1\\A:B;\nG\\PN:A;\nY-1\\A:B;"));
+    EXPECT_EQ(note(), "2 commands of no known group are left out, the first at line 1: X-1\\A:B;");
+}
+
+TEST_F(GroupSplitterTest, LineBreaksInAValueAreStoredAsTwoBytes) {
+    ASSERT_TRUE(split("P-1\\COM:one\ntwo;"));
+    EXPECT_EQ(t.read("[kavu]PCMFMT.P01"), "P-1\\COM:one\x14\x15two;\r\n");
+    std::string value = t.read("[kavu]PCMFMT.P01");
+    fromStoredForm(value);
+    EXPECT_NE(value.find("one\r\ntwo"), std::string::npos);
+}
+
+TEST_F(GroupSplitterTest, ConversionCommandWithoutANumberIsStored) {
+    ASSERT_TRUE(split("C-abc\\DCN:X;"));
+    EXPECT_EQ(t.read("DATA1.TMP"), "C-abc\\DCN:X;\r\n");
+}
+
+TEST_F(GroupSplitterTest, IndexOverNinetyNineIsWrittenWithThreeDigitsAndRemarked) {
+    ASSERT_TRUE(split("P-100\\DLN:X;\nP-0\\DLN:Y;"));
+    EXPECT_EQ(t.read("[kavu]PCMFMT.P100"), "P-100\\DLN:X;\r\n");
+    EXPECT_EQ(t.read("[kavu]PCMFMT.P00"), "P-0\\DLN:Y;\r\n");
+    EXPECT_EQ(note(),
+              "2 commands whose group index is not 1 to 99 will not be saved, the first at line "
+              "1: P-100\\DLN:X;");
+}
+
+TEST_F(GroupSplitterTest, IndexThatFitsNoIntegerIsOutOfRange) {
+    ASSERT_TRUE(split("P-99999999999999999999\\DLN:X;"));
+    EXPECT_FALSE(t.has("[kavu]PCMFMT.P01"));
+    EXPECT_NE(note().find("will not be saved"), std::string::npos);
+}
+
+TEST_F(GroupSplitterTest, LeadingZerosAreTheSameIndex) {
+    ASSERT_TRUE(split("P-01\\DLN:X;P-1\\TF:ONE;P-001\\F1:16;"));
+    EXPECT_EQ(t.read("[kavu]PCMFMT.P01"), "P-01\\DLN:X;\r\nP-1\\TF:ONE;\r\nP-001\\F1:16;\r\n");
+}
+
+TEST_F(GroupSplitterTest, InterleavedGroupsKeepTheirOrder) {
+    std::string text;
+    std::string expected;
+    for (int i = 0; i < 5000; ++i) {
+        const auto line = formatPrintf("D-1\\MN-1-%d:M%d;", i, i);
+        text += formatPrintf("P-1\\X%d:1;", i) + line + "C-1\\DCN:A;";
+        expected += line + "\r\n";
+    }
+    ASSERT_TRUE(split(text));
+    EXPECT_EQ(t.read("[kavu]PCMMEAS.D01"), expected);
+}
+
+TEST_F(GroupSplitterTest, ByteOrderMarkIsLeftOutAndRemarked) {
+    ASSERT_TRUE(split("\xEF\xBB\xBFG\\PN:A;"));
+    EXPECT_EQ(t.read("[kavu]GTMP.G"), "G\\PN:A;\r\n");
+    EXPECT_NE(note().find("byte order mark"), std::string::npos);
+}
+
+TEST_F(GroupSplitterTest, CommentThatSwallowsACommandIsRemarked) {
+    ASSERT_TRUE(split("COMMENT: no end\nG\\PN:A;\nG\\TA:B;"));
+    EXPECT_EQ(t.read("[kavu]GTMP.G"), "G\\TA:B;\r\n");
+    EXPECT_NE(note().find("both are left out: G\\PN:A;"), std::string::npos);
+}
+
+TEST_F(GroupSplitterTest, ColonInPlaceOfASemicolonIsRemarked) {
+    ASSERT_TRUE(split("G\\PN:A:\r\nG\\TA:B;"));
+    EXPECT_EQ(t.read("[kavu]GTMP.G"), "G\\PN:A:\x14\x15G\\TA:B;\r\n");
+    EXPECT_NE(note().find("is a semicolon missing in front of it? G\\TA:B;"), std::string::npos);
+}
+
+TEST_F(GroupSplitterTest, TextOverSeveralLinesIsNotRemarked) {
+    ASSERT_TRUE(split("G\\COM:one\ntwo: three\nC\\ no;COMMENT: see\nbelow;"));
+    EXPECT_TRUE(t.ui.notes.empty());
+}
+
+TEST_F(GroupSplitterTest, CommandWithoutAColonIsKeptAndRemarked) {
+    ASSERT_TRUE(split("G\\PN A;"));
+    EXPECT_EQ(t.read("[kavu]GTMP.G"), "G\\PN A;\r\n");
+    EXPECT_NE(note().find("without a colon"), std::string::npos);
+}
+
+TEST_F(GroupSplitterTest, NulBytesAreKeptAndRemarked) {
+    using namespace std::string_literals;
+    ASSERT_TRUE(split("G\\PN:A\0B;"s));
+    EXPECT_EQ(t.read("[kavu]GTMP.G"), "G\\PN:A\0B;\r\n"s);
+    EXPECT_NE(note().find("NUL bytes"), std::string::npos);
+}
+
+TEST_F(GroupSplitterTest, CancelStopsThePass) {
+    std::string text;
+    for (int i = 0; i < 1000; ++i) {
+        text += "G\\COM:x;";
+    }
+    t.ui.cancelAtPoll = 1;
+    EXPECT_FALSE(split(text));
+    EXPECT_TRUE(t.ui.boxes.empty());
+}
+
+TEST_F(GroupSplitterTest, UnwritableWorkingFileNamesPathAndReason) {
+    ASSERT_TRUE(makeFolder(t.store.pathOf("[kavu]GTMP.G")).ok());
+    EXPECT_FALSE(split("G\\PN:A;"));
+    ASSERT_EQ(t.ui.boxes.size(), 1u);
+    EXPECT_EQ(t.ui.boxes[0].id, 158);
+    EXPECT_NE(t.ui.boxes[0].text.find("[kavu]GTMP.G"), std::string::npos);
+    EXPECT_NE(t.ui.boxes[0].text.find("Is a directory"), std::string::npos);
+}
+
+TEST_F(GroupSplitterTest, WorksWithoutAParent) {
+    path_ = t.folder / "in.tma";
+    writeFile(path_, "X-1\\A:B;G\\PN:A;G\\TA");
+    EXPECT_FALSE(splitIntoGroupFiles(t.context, nullptr, path_));
+    EXPECT_FALSE(splitIntoGroupFiles(t.context, nullptr, t.folder / "missing"));
+}
+
+TEST_F(GroupSplitterTest, MissingFileNamesTheReason) {
+    EXPECT_FALSE(splitIntoGroupFiles(t.context, &t.ui, t.folder / "none.tma"));
+    ASSERT_EQ(t.ui.boxes.size(), 1u);
+    EXPECT_EQ(t.ui.boxes[0].title, "Unable To Open File");
+    EXPECT_EQ(t.ui.boxes[0].text, "Unable to open '" + (t.folder / "none.tma") +
+                                      "'\n\nReason: No such file or directory");
+}
+
+struct Code {
+    const char* line;
+    const char* code;
+};
+
+class LeadingCodeTest : public ::testing::TestWithParam<Code> {};
+
+TEST_P(LeadingCodeTest, FindsOnlyCodes) {
+    EXPECT_EQ(leadingCode(GetParam().line), GetParam().code);
+}
+
+INSTANTIATE_TEST_SUITE_P(Lines, LeadingCodeTest,
+                         ::testing::Values(Code{"G\\PN:A", "G\\PN"}, Code{"P-1\\TF:ONE", "P-1\\TF"},
+                                           Code{"P-12\\ISF\\N:0;", "P-12\\ISF\\N"},
+                                           Code{"P-\\TF:ONE", ""}, Code{"Z\\A:1", ""},
+                                           Code{"G\\:1", ""}, Code{"G\\A B:1", ""},
+                                           Code{"G\\A", ""}, Code{"", ""}, Code{"G:", ""}));
+
+}  // namespace
+}  // namespace kavu::test
