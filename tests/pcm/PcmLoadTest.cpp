@@ -1,4 +1,4 @@
-#include "LoadFixture.h"
+#include "pcm/LoadFixture.h"
 #include "pcm/PcmLoad.h"
 
 namespace kavu {

@@ -1,4 +1,4 @@
-#include "LoadFixture.h"
+#include "pcm/LoadFixture.h"
 #include "pcm/read/MeasurementPlacing.h"
 
 namespace kavu {

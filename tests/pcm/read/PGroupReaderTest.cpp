@@ -1,4 +1,4 @@
-#include "LoadFixture.h"
+#include "pcm/LoadFixture.h"
 
 namespace kavu {
 namespace {

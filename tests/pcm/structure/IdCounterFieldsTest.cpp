@@ -1,4 +1,4 @@
-#include "StreamFixture.h"
+#include "pcm/StreamFixture.h"
 #include "pcm/model/PcmFormatFields.h"
 #include "pcm/structure/IdCounterFields.h"
 

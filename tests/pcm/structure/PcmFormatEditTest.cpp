@@ -1,4 +1,4 @@
-#include "LoadFixture.h"
+#include "pcm/LoadFixture.h"
 #include "pcm/model/PcmFormatFields.h"
 #include "pcm/structure/PcmFormatEdit.h"
 #include "vocabulary/FieldRules.h"

@@ -1,4 +1,4 @@
-#include "StreamFixture.h"
+#include "pcm/StreamFixture.h"
 #include "pcm/structure/SubframeRecordEdit.h"
 #include "pcm/undo/StreamUndo.h"
 
