@@ -1,0 +1,149 @@
+#include "core/command/CommandPath.h"
+
+#include "core/text/Text.h"
+
+#include <algorithm>
+
+namespace kavu {
+
+namespace {
+
+/// Nine digits always fit an int.
+constexpr std::size_t kMostDigits = 9;
+
+constexpr bool isLowerLetter(char c) {
+    return c >= 'a' && c <= 'z';
+}
+
+/// The pattern without its indices, and how many there are: a `-` and one lower-case letter each.
+std::string_view stemOf(std::string_view pattern, std::size_t& indices) {
+    indices = 0;
+    while (pattern.size() > 2 && pattern[pattern.size() - 2] == '-' &&
+           isLowerLetter(pattern.back())) {
+        pattern.remove_suffix(2);
+        ++indices;
+    }
+    return pattern;
+}
+
+}  // namespace
+
+CommandView viewCommand(std::string_view command) {
+    CommandView view;
+    view.text = command;
+    const auto colon = command.find(':');
+    if (colon == std::string_view::npos) {
+        return view;
+    }
+    view.hasColon = true;
+    view.code = command.substr(0, colon);
+    view.value = command.substr(colon + 1);
+    view.value.remove_suffix(view.value.ends_with(';') ? 1 : 0);
+    const auto backslash = view.code.find('\\');
+    if (backslash != std::string_view::npos) {
+        view.head = view.code.substr(0, backslash);
+        view.field = view.code.substr(backslash + 1);
+    }
+    return view;
+}
+
+std::string_view keyOf(const CommandView& command) {
+    return trimRight(command.hasColon ? command.code : command.text);
+}
+
+std::optional<int> takeIndex(std::string_view& text) {
+    std::size_t digits = 0;
+    while (digits < text.size() && isDigit(text[digits])) {
+        ++digits;
+    }
+    if (digits == 0 || digits > kMostDigits || text.front() == '0') {
+        return std::nullopt;
+    }
+    const int index = leadingInt(text.substr(0, digits));
+    text.remove_prefix(digits);
+    return index;
+}
+
+std::optional<FieldPath> parseField(std::string_view field) {
+    FieldPath path;
+    path.stem = field;
+    for (auto dash = field.rfind('-'); dash != std::string_view::npos && dash > 0;
+         dash = path.stem.rfind('-')) {
+        auto number = path.stem.substr(dash + 1);
+        const auto index = takeIndex(number);
+        if (!index || !number.empty()) {
+            break;
+        }
+        if (path.count == FieldPath::kMostIndices) {
+            return std::nullopt;
+        }
+        path.at[static_cast<std::size_t>(path.count++)] = *index;
+        path.stem = path.stem.substr(0, dash);
+    }
+    std::reverse(path.at.begin(), path.at.begin() + path.count);
+    return path;
+}
+
+std::optional<CommandPath> parsePath(std::string_view code) {
+    CommandPath path;
+    if (code.empty() || !isLowerLetter(toLowerAscii(code.front()))) {
+        return std::nullopt;
+    }
+    path.letter = toUpperAscii(code.front());
+    code.remove_prefix(1);
+    if (code.starts_with('-')) {
+        code.remove_prefix(1);
+        const auto group = takeIndex(code);
+        if (!group) {
+            return std::nullopt;
+        }
+        path.group = *group;
+    }
+    if (code.size() < 2 || code.front() != '\\') {
+        return std::nullopt;
+    }
+    const auto field = parseField(code.substr(1));
+    if (!field) {
+        return std::nullopt;
+    }
+    static_cast<FieldPath&>(path) = *field;
+    return path;
+}
+
+void appendHead(std::string& out, char letter, int group) {
+    out += letter;
+    if (letter != 'G' && letter != 'H') {
+        out += '-';
+        appendNumber(out, group);
+    }
+    out += '\\';
+}
+
+std::string groupHead(char letter, int group) {
+    std::string head;
+    appendHead(head, letter, group);
+    return head;
+}
+
+void appendField(std::string& out, std::string_view pattern, std::span<const int> numbers) {
+    std::size_t indices = 0;
+    out += stemOf(pattern, indices);
+    for (const int number : numbers.first(std::min(indices, numbers.size()))) {
+        out += '-';
+        appendNumber(out, number);
+    }
+}
+
+std::string fieldCode(std::string_view pattern, std::initializer_list<int> numbers) {
+    std::string code;
+    appendField(code, pattern, {numbers.begin(), numbers.size()});
+    return code;
+}
+
+void appendCode(std::string& out, char letter, int group, std::string_view pattern,
+                std::span<const int> numbers) {
+    appendHead(out, letter, group);
+    appendField(out, pattern, numbers);
+}
+
+}  // namespace kavu

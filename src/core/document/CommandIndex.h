@@ -1,0 +1,109 @@
+// The commands of a group file in memory: in the order of the file, by their codes, and with a
+// mark for those that somebody has read. It is a value of one operation, and no cache: the file
+// stays the truth.
+//
+// A command costs its text and some thirty bytes. A file whose size only the disk limits (a D
+// group) is not read whole; it is passed through command by command, or cut into chunks first.
+#pragma once
+
+#include "core/command/CommandPath.h"
+#include "core/files/IoStatus.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kavu {
+
+class ByteSource;
+class TmatsReader;
+class UserInterface;
+
+/// Whether commands that begin with "COMMENT:" are commands.
+enum class Comments { Skip, Keep };
+
+class CommandIndex {
+  public:
+    /// Adds the commands of a source from its position to its end. Only those are kept whose
+    /// field (the whole code, if it has no group part) begins with one of `wanted`, without
+    /// regard to case; all, if that is empty. The status is that of the source, or EFBIG: the
+    /// commands have no room in 4 GiB.
+    IoStatus read(TmatsReader& reader, ByteSource& source, Comments comments = Comments::Skip,
+                  std::span<const std::string_view> wanted = {});
+    /// The same for a file. One that is not there or cannot be read has no commands.
+    IoStatus readFile(TmatsReader& reader, const std::string& path,
+                      Comments comments = Comments::Skip,
+                      std::initializer_list<std::string_view> wanted = {});
+    /// Adds one command, whole, with its `;`. False if there is no room for it.
+    bool add(std::string_view command);
+    void clear();
+
+    [[nodiscard]] std::size_t size() const { return entries_.size(); }
+    /// The command at a place, counted from 0 in the order in which they came. All views into
+    /// the index live until a command is added. REQUIRES: place < size().
+    [[nodiscard]] CommandView at(std::size_t place) const;
+
+    struct Found {
+        std::size_t place = 0;
+        std::string_view code{};   ///< as the file spells it
+        std::string_view value{};  ///< never empty
+    };
+    /// The first command of the code, without regard to case, that has a value, at or after the
+    /// position, once around: exactly as a run of `TmatsReader::findField` on the open file. The
+    /// position is after it then, and stays where it is if there is none.
+    std::optional<Found> find(std::string_view code);
+    /// The same; the position stays.
+    [[nodiscard]] std::optional<Found> peek(std::string_view code) const;
+    /// Back to the front.
+    void rewind() { position_ = 0; }
+
+    /// `find` of one field after the other as the reader does it: the interface, which may be
+    /// null, breathes at each, and a value over its limit is reported and cut by the reader.
+    std::optional<std::string_view> findField(TmatsReader& reader, UserInterface* parent,
+                                              std::string_view code, int limit);
+    /// The value as a decimal number, a negative one as 0.
+    std::optional<int> findIntField(UserInterface* parent, std::string_view code);
+
+    // Marks. REQUIRES: place < size().
+    void markRead(std::size_t place) { entries_[place].read = 1; }
+    [[nodiscard]] bool isRead(std::size_t place) const { return entries_[place].read != 0; }
+
+    /// Bytes that it takes, about.
+    [[nodiscard]] std::size_t memory() const { return text_.size() + 32 * entries_.size(); }
+
+  private:
+    static constexpr std::uint32_t kNone = 0xFFFFFFFFU;
+    struct Entry {
+        std::uint32_t start;
+        std::uint32_t colon;  ///< counted from the start; `kNone` without one
+        std::uint32_t next;   ///< the next entry of the same slot, in order; `kNone` at the end
+        std::uint32_t size : 31;
+        std::uint32_t read : 1;
+    };
+    struct Slot {
+        std::uint32_t first = kNone;
+        std::uint32_t last = kNone;
+    };
+    bool append(std::string_view command);
+    void hashFrom(std::size_t first);
+    [[nodiscard]] std::string_view textOf(const Entry& entry) const {
+        return std::string_view(text_).substr(entry.start, entry.size);
+    }
+    [[nodiscard]] std::string_view codeOf(const Entry& entry) const {
+        return textOf(entry).substr(0, entry.colon);
+    }
+    [[nodiscard]] std::string_view valueOf(const Entry& entry) const;
+    [[nodiscard]] Slot& slotOf(std::string_view code);
+
+    std::string text_;  ///< the commands, one straight after the other
+    std::vector<Entry> entries_;
+    std::vector<Slot> slots_;  ///< a power of two; of the commands that have a value
+    std::size_t position_ = 0;
+};
+
+}  // namespace kavu

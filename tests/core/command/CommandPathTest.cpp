@@ -1,0 +1,140 @@
+#include "core/command/CommandPath.h"
+
+#include <array>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace kavu {
+namespace {
+
+using namespace std::string_view_literals;
+
+struct ViewCase {
+    std::string_view command;
+    std::string_view code;
+    std::string_view head;
+    std::string_view field;
+    std::string_view value;
+    std::string_view key;
+};
+
+TEST(CommandPathTest, ViewsThePartsOfACommand) {
+    constexpr ViewCase kCases[] = {
+        {"P-1\\MF1:8;", "P-1\\MF1", "P-1", "MF1", "8", "P-1\\MF1"},
+        {"G\\DSI\\N:2;", "G\\DSI\\N", "G", "DSI\\N", "2", "G\\DSI\\N"},
+        {"P-1\\MF1:a:b;", "P-1\\MF1", "P-1", "MF1", "a:b", "P-1\\MF1"},
+        {"P-1\\MF1:a;;", "P-1\\MF1", "P-1", "MF1", "a;", "P-1\\MF1"},
+        {"P-1\\MF1:8", "P-1\\MF1", "P-1", "MF1", "8", "P-1\\MF1"},
+        {"P-1\\MF1 :;", "P-1\\MF1 ", "P-1", "MF1 ", "", "P-1\\MF1"},
+        {"COMMENT: x\\y;", "COMMENT", "", "", " x\\y", "COMMENT"},
+        {"\\A:1;", "\\A", "", "A", "1", "\\A"},
+        {"P-1\\:1;", "P-1\\", "P-1", "", "1", "P-1\\"},
+        {":1;", "", "", "", "1", ""},
+        {":;", "", "", "", "", ""},
+        {"P-1\\MF1;", "", "", "", "", "P-1\\MF1;"},
+        {"P-1\\MF1 \t", "", "", "", "", "P-1\\MF1"},
+        {";", "", "", "", "", ";"},
+        {"", "", "", "", "", ""},
+    };
+    for (const auto& each : kCases) {
+        const auto view = viewCommand(each.command);
+        EXPECT_EQ(view.text, each.command);
+        EXPECT_EQ(view.code, each.code) << each.command;
+        EXPECT_EQ(view.head, each.head) << each.command;
+        EXPECT_EQ(view.field, each.field) << each.command;
+        EXPECT_EQ(view.value, each.value) << each.command;
+        EXPECT_EQ(view.hasColon, each.command.find(':') != std::string_view::npos) << each.command;
+        EXPECT_EQ(keyOf(view), each.key) << each.command;
+    }
+}
+
+struct PathCase {
+    std::string_view code;
+    char letter;
+    int group;
+    std::string_view stem;
+    std::vector<int> at;
+};
+
+TEST(CommandPathTest, TakesCodesApart) {
+    const PathCase cases[] = {
+        {"R-1\\ADL-2-5", 'R', 1, "ADL", {2, 5}},
+        {"d-12\\wp-1-2-1-3", 'D', 12, "wp", {1, 2, 1, 3}},
+        {"S-1\\X-1-2-3-4-5-6", 'S', 1, "X", {1, 2, 3, 4, 5, 6}},
+        {"G\\PN", 'G', 0, "PN", {}},
+        {"M-3\\SI\\DLN-7", 'M', 3, "SI\\DLN", {7}},
+        {"P-1\\TK1-4", 'P', 1, "TK1", {4}},
+        // What no format writes is no index.
+        {"P-1\\A-0", 'P', 1, "A-0", {}},
+        {"P-1\\A-01", 'P', 1, "A-01", {}},
+        {"P-1\\A-+1", 'P', 1, "A-+1", {}},
+        {"P-1\\A--1", 'P', 1, "A-", {1}},
+        {"P-1\\A-1-x-2", 'P', 1, "A-1-x", {2}},
+        {"P-1\\A-999999999", 'P', 1, "A", {999999999}},
+        {"P-1\\A-1000000000", 'P', 1, "A-1000000000", {}},
+        {"P-1\\-1", 'P', 1, "-1", {}},
+        {"P-999999999\\A", 'P', 999999999, "A", {}},
+    };
+    for (const auto& each : cases) {
+        const auto path = parsePath(each.code);
+        ASSERT_TRUE(path) << each.code;
+        EXPECT_EQ(path->letter, each.letter) << each.code;
+        EXPECT_EQ(path->group, each.group) << each.code;
+        EXPECT_EQ(path->stem, each.stem) << each.code;
+        EXPECT_EQ(std::vector(path->at.begin(), path->at.begin() + path->count), each.at)
+            << each.code;
+    }
+}
+
+TEST(CommandPathTest, RefusesWhatIsNoCode) {
+    for (const auto code : {""sv, "P"sv, "P-1"sv, "P-1\\"sv, "\\A"sv, "1-1\\A"sv, "P-\\A"sv,
+                            "P-0\\A"sv, "P-01\\A"sv, "P--1\\A"sv, "P-1x\\A"sv, "PP-1\\A"sv,
+                            "P-1000000000\\A"sv, "COMMENT"sv, "S-1\\X-1-2-3-4-5-6-7"sv}) {
+        EXPECT_FALSE(parsePath(code)) << code;
+    }
+}
+
+TEST(CommandPathTest, TakesAnIndexFromTheFront) {
+    std::string_view text = "12-x";
+    EXPECT_EQ(takeIndex(text), 12);
+    EXPECT_EQ(text, "-x");
+    for (const auto other : {""sv, "-1"sv, "0"sv, "01"sv, " 1"sv, "+1"sv, "1234567890"sv}) {
+        text = other;
+        EXPECT_EQ(takeIndex(text), std::nullopt) << other;
+        EXPECT_EQ(text, other) << "nothing is taken";
+    }
+}
+
+TEST(CommandPathTest, ComposesHeads) {
+    EXPECT_EQ(groupHead('G', 7), "G\\");
+    EXPECT_EQ(groupHead('H', 0), "H\\");
+    EXPECT_EQ(groupHead('T', 7), "T-7\\");
+    EXPECT_EQ(groupHead('D', 99), "D-99\\");
+}
+
+TEST(CommandPathTest, ComposesFieldsOfAnyDepth) {
+    EXPECT_EQ(fieldCode("PN", {}), "PN");
+    EXPECT_EQ(fieldCode("PN", {1, 2}), "PN") << "what the pattern has no index for is left out";
+    EXPECT_EQ(fieldCode("POC1-n", {12, 0}), "POC1-12");
+    EXPECT_EQ(fieldCode("EV\\PM\\MN-n-m", {2, 34}), "EV\\PM\\MN-2-34");
+    EXPECT_EQ(fieldCode("SF4-n-m-k", {1, 22, 333}), "SF4-1-22-333");
+    EXPECT_EQ(fieldCode("X-a-b-c-d-e-f", {1, 2, 3, 4, 5, 6}), "X-1-2-3-4-5-6");
+    EXPECT_EQ(fieldCode("AEF\\DLN-n", {18}), "AEF\\DLN-18");
+    EXPECT_EQ(fieldCode("ISF\\N", {}), "ISF\\N");
+}
+
+TEST(CommandPathTest, ComposedCodesAreTakenApartAgain) {
+    const int numbers[] = {1, 2, 1, 1};
+    std::string code = "> ";
+    appendCode(code, 'D', 1, "WP-n-m-k-f", numbers);
+    EXPECT_EQ(code, "> D-1\\WP-1-2-1-1") << "it is appended";
+    const auto path = parsePath(std::string_view(code).substr(2));
+    ASSERT_TRUE(path);
+    EXPECT_EQ(path->stem, "WP");
+    EXPECT_EQ(path->count, 4);
+    EXPECT_EQ(path->at, (std::array{1, 2, 1, 1, 0, 0}));
+}
+
+}  // namespace
+}  // namespace kavu
