@@ -5,6 +5,7 @@
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/document/KeyValueStore.h"
 #include "core/files/FileIo.h"
 #include "core/talk/Messages.h"
@@ -40,12 +41,13 @@ struct Document {
     SystemRandomSource random;
     ProfileSettings settings{std::string()};
     WorkingStore store{environment()};
+    DocumentFiles files{store};
     Messages messages{store};
     TmatsReader reader;
     TmatsDocument document;
     DocumentSteps steps;
-    DocumentContext context{clock,    ticker, random,   settings, store,
-                            messages, reader, document, steps};
+    DocumentContext context{clock, ticker,   random, settings, store,
+                            files, messages, reader, document, steps};
     KeyValueStore names{store};
     ConversionStore conversions{context};
 };

@@ -3,6 +3,7 @@
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
 #include "core/text/Clock.h"
@@ -56,13 +57,14 @@ struct World {
     FixedRandom random;
     ProfileSettings settings;
     WorkingStore store;
+    DocumentFiles files{store};
     Messages messages;
     SecondTicker ticker{clock};
     TmatsReader reader;
     TmatsDocument document;
     DocumentSteps steps;
-    DocumentContext context{clock,    ticker, random,   settings, store,
-                            messages, reader, document, steps};
+    DocumentContext context{clock, ticker,   random, settings, store,
+                            files, messages, reader, document, steps};
     PcmFormat format{context};
 };
 

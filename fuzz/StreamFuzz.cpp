@@ -6,6 +6,7 @@
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/files/FileIo.h"
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
@@ -73,9 +74,10 @@ struct World {
         : folder(makeScratch()),
           settings(folder + "/kavu.ini"),
           store(environment(folder)),
+          files(store),
           messages(store),
           ticker(clock),
-          context{clock, ticker, random, settings, store, messages, reader, document, steps},
+          context{clock, ticker, random, settings, store, files, messages, reader, document, steps},
           format(context) {
         KAVU_CHECK(store.activate(nullptr, "KAVU-9", random));
         settings.overrideForThisRun("WdFrCreation", "1");
@@ -94,6 +96,7 @@ struct World {
     FixedRandom random;
     ProfileSettings settings;
     WorkingStore store;
+    DocumentFiles files;
     Messages messages;
     SecondTicker ticker;
     TmatsReader reader;

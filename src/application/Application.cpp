@@ -8,6 +8,7 @@
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
 #include "core/document/BuildDocument.h"
+#include "core/document/DocumentFiles.h"
 #include "core/document/KeyValueStore.h"
 #include "core/document/OpenDocument.h"
 #include "core/files/FileIo.h"
@@ -52,9 +53,10 @@ struct Application::Parts {
           const std::string& settingsPath)
         : settings(settingsPath),
           store(environment),
+          files(store),
           messages(store),
           ticker(clock),
-          context{clock, ticker, random, settings, store, messages, reader, document, steps},
+          context{clock, ticker, random, settings, store, files, messages, reader, document, steps},
           names(store),
           conversions(context),
           measurements(context),
@@ -62,6 +64,7 @@ struct Application::Parts {
 
     ProfileSettings settings;
     WorkingStore store;
+    DocumentFiles files;
     Messages messages;
     SecondTicker ticker;
     TmatsReader reader;

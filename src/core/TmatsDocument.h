@@ -8,6 +8,7 @@
 namespace kavu {
 
 class Clock;
+class DocumentFiles;
 class FileWriter;
 class Messages;
 class ProfileSettings;
@@ -68,6 +69,7 @@ struct DocumentContext {
     RandomSource& random;
     ProfileSettings& settings;
     WorkingStore& store;
+    DocumentFiles& files;  ///< through which every file of the document changes
     const Messages& messages;
     TmatsReader& reader;
     TmatsDocument& document;

@@ -101,9 +101,9 @@ class Listing {
 };
 
 /// Deletes the files of a document, in the order that the close has always had.
-class DocumentFiles {
+class DocumentCleaner {
   public:
-    DocumentFiles(const WorkingStore& store, UserInterface* parent, bool withStatus, int edition)
+    DocumentCleaner(const WorkingStore& store, UserInterface* parent, bool withStatus, int edition)
         : store_(store),
           parent_(parent),
           withStatus_(withStatus),
@@ -299,7 +299,7 @@ bool WorkingStore::deleteFiles(UserInterface* parent, std::string_view pattern) 
 
 void WorkingStore::clearDocumentFiles(UserInterface* parent, int edition) const {
     if (active()) {
-        DocumentFiles(*this, parent, true, edition).remove();
+        DocumentCleaner(*this, parent, true, edition).remove();
     }
 }
 
@@ -307,7 +307,7 @@ void WorkingStore::verifyNoDocumentFiles(UserInterface* parent) const {
     // The store is new, so there is normally nothing; one that was found to exist is cleaned,
     // whatever edition its document had.
     if (active()) {
-        DocumentFiles(*this, parent, false, kLatestEdition).remove();
+        DocumentCleaner(*this, parent, false, kLatestEdition).remove();
     }
 }
 

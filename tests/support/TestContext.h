@@ -5,6 +5,7 @@
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/files/FileIo.h"
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
@@ -85,9 +86,11 @@ class TestContext {
     explicit TestContext(int edition = 2011)
         : settings(folder / "kavu.ini"),
           store(testEnvironment({{"TEMP", folder.path()}, {"HOME", folder.path()}})),
+          files(store),
           messages(store),
           ticker(clock),
-          context{clock, ticker, random, settings, store, messages, reader, document, steps} {
+          context{clock, ticker,   random, settings, store,
+                  files, messages, reader, document, steps} {
         EXPECT_TRUE(store.activate(&ui, kApplicationName, random));
         document.version = edition;
     }
@@ -109,6 +112,7 @@ class TestContext {
     CountingRandom random;
     ProfileSettings settings;
     WorkingStore store;
+    DocumentFiles files;
     Messages messages;
     SecondTicker ticker;
     TmatsReader reader;

@@ -28,10 +28,9 @@ constexpr int kAsyncWord = 20;
 struct SampleStream {
     SampleStream(ScreenshotStage& stage, int edition)
         : document(stage.document->document),
-          context{stage.document->clock,  stage.document->ticker,
-                  stage.document->random, stage.document->settings,
-                  stage.document->store,  stage.document->messages,
-                  stage.document->reader, document,
+          context{stage.document->clock,    stage.document->ticker, stage.document->random,
+                  stage.document->settings, stage.document->store,  stage.document->files,
+                  stage.document->messages, stage.document->reader, document,
                   stage.document->steps},
           form(stage.form),
           format(context) {

@@ -23,10 +23,9 @@ namespace {
 struct SampleStream {
     SampleStream(ScreenshotStage& stage, int edition)
         : document(stage.document->document),
-          context{stage.document->clock,  stage.document->ticker,
-                  stage.document->random, stage.document->settings,
-                  stage.document->store,  stage.document->messages,
-                  stage.document->reader, document,
+          context{stage.document->clock,    stage.document->ticker, stage.document->random,
+                  stage.document->settings, stage.document->store,  stage.document->files,
+                  stage.document->messages, stage.document->reader, document,
                   stage.document->steps},
           format(context) {
         document.version = edition;

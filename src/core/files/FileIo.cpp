@@ -229,6 +229,7 @@ FileWriter& FileWriter::operator=(FileWriter&& other) noexcept {
         buffer_ = std::move(other.buffer_);
         position_ = std::exchange(other.position_, 0);
         status_ = std::move(other.status_);
+        roomMaker_ = std::exchange(other.roomMaker_, nullptr);
     }
     return *this;
 }
@@ -284,7 +285,11 @@ void FileWriter::writeOut(std::string_view bytes) {
             continue;
         }
         if (written <= 0) {
-            status_ = {path_, written < 0 ? errno : ENOSPC};
+            const int code = written < 0 ? errno : ENOSPC;
+            if (code == ENOSPC && roomMaker_ != nullptr && roomMaker_->makeRoom()) {
+                continue;
+            }
+            status_ = {path_, code};
             return;
         }
         bytes.remove_prefix(static_cast<std::size_t>(written));

@@ -69,6 +69,14 @@ enum class WriteMode {
     New,       ///< makes the file, and fails if anything is at the path already
 };
 
+/// Frees space on a full disk.
+class RoomMaker {
+  public:
+    virtual ~RoomMaker() = default;
+    /// True if something was freed, so that a write is worth another try.
+    virtual bool makeRoom() = 0;
+};
+
 /// Buffered writing. The first failure sticks: later writes do nothing, and `close`
 /// reports it.
 class FileWriter {
@@ -84,6 +92,9 @@ class FileWriter {
     /// whose folder is private, that is private as well.
     IoStatus open(const std::string& path, WriteMode mode);
     [[nodiscard]] bool isOpen() const { return descriptor_ >= 0; }
+    /// Who is asked to free space when the disk is full; null for nobody. It must outlive
+    /// the writing.
+    void setRoomMaker(RoomMaker* maker) { roomMaker_ = maker; }
 
     void write(std::string_view bytes);
     void put(char c) { write(std::string_view(&c, 1)); }
@@ -103,6 +114,7 @@ class FileWriter {
     std::string buffer_;
     std::uint64_t position_ = 0;
     IoStatus status_;
+    RoomMaker* roomMaker_ = nullptr;
 };
 
 [[nodiscard]] IoStatus readWholeFile(const std::string& path, std::string& bytes);

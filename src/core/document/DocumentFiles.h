@@ -1,0 +1,183 @@
+// The gate through which the files of the open document change. Readers open these files by
+// their path; whoever writes, deletes or renames one does it here, so that one place knows
+// of every change before it happens and can have the former contents kept.
+#pragma once
+
+#include "core/files/FileIo.h"
+
+#include <cstdint>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kavu {
+
+class DocumentFiles;
+class UserInterface;
+class WorkingStore;
+
+/// What a file of a document is, as its name says.
+struct DocumentFile {
+    enum Kind {
+        Group,    ///< the commands of one group
+        Chunk,    ///< conversion records, or the raw commands they are made from
+        Comment,  ///< the comment of a conversion record
+        Side,     ///< what an editor keeps next to the groups
+    };
+    Kind kind = Side;
+    char letter = 0;          ///< the letter of a group, 'C' for a chunk or comment, else 0
+    std::int64_t number = 0;  ///< the index of a group, the number of a chunk, else 0
+    std::string name;
+};
+[[nodiscard]] DocumentFile describeDocumentFile(std::string_view name);
+
+/// Keeps former contents for whoever may want them back.
+class FormerFileKeeper {
+  public:
+    virtual ~FormerFileKeeper() = default;
+    /// Called each time before a file changes, comes or goes; that it was called for the name
+    /// before is no exception. A failure stops the change, which then gives this status.
+    virtual IoStatus beforeChange(std::string_view name) = 0;
+};
+
+/// A file of the document that is written piece by piece. It takes the place of the one with
+/// its name on `close`; one that is not closed, or has failed, is dropped.
+class DocumentWriter {
+  public:
+    DocumentWriter(const DocumentWriter&) = delete;
+    DocumentWriter& operator=(const DocumentWriter&) = delete;
+    DocumentWriter(DocumentWriter&& other) noexcept;
+    DocumentWriter& operator=(DocumentWriter&&) = delete;
+    ~DocumentWriter();
+
+    /// Where the bytes go. Only `close` of this object closes it.
+    [[nodiscard]] FileWriter& out() { return out_; }
+    void write(std::string_view bytes) { out_.write(bytes); }
+    /// The first failure so far, that of the open included.
+    [[nodiscard]] const IoStatus& status() const { return status_.ok() ? out_.status() : status_; }
+    /// Puts the file in its place. After a failure the former file is as it was. A second
+    /// call does nothing and gives the status of the first.
+    IoStatus close();
+    /// Gives up what was written; the former file stays.
+    void drop();
+
+  private:
+    friend class DocumentFiles;
+    DocumentWriter(DocumentFiles& files, std::string_view name);
+
+    DocumentFiles* files_;
+    std::string name_;
+    FileWriter out_;
+    IoStatus status_;
+    bool open_ = false;
+};
+
+/// The working files of one document. The contract that kept links rest on: an inode that
+/// anybody else may hold is never written in place; a file is replaced by another one, whole
+/// or not at all, and after a failure the former file is there and nothing is next to it.
+/// A name is plain: one that is empty, leads to another folder, holds a NUL or ends as the
+/// file that is being written next to another one gives EINVAL.
+class DocumentFiles {
+  public:
+    /// The store must outlive the object.
+    explicit DocumentFiles(const WorkingStore& store) : store_(store) {}
+    DocumentFiles(const DocumentFiles&) = delete;
+    DocumentFiles& operator=(const DocumentFiles&) = delete;
+
+    /// The path by which a file is read.
+    [[nodiscard]] std::string path(std::string_view name) const;
+
+    IoStatus put(std::string_view name, std::string_view bytes);
+    /// A failure to make the file is in the writer's status.
+    [[nodiscard]] DocumentWriter writer(std::string_view name);
+    /// Adds to the end of a file, or makes it: what a load gathers for many groups at once.
+    /// A file that has another link is copied first. After a failure it is as long as before.
+    IoStatus append(std::string_view name, std::string_view bytes);
+    /// Copies a file from outside the document, or of it, to `name`.
+    IoStatus copyIn(const std::string& path, std::string_view name);
+    /// Moves a file that lies elsewhere on the store's disk to `name`. One that is a link to
+    /// the file it replaces only goes.
+    IoStatus adopt(const std::string& path, std::string_view name);
+    /// Deletes a file; one that is not there is a failure (ENOENT).
+    IoStatus remove(std::string_view name);
+    /// Deletes a file if there is one.
+    IoStatus removeIfThere(std::string_view name);
+    /// Deletes all files that match, `*` being a wildcard. Gives the first failure and goes on.
+    IoStatus removeAll(std::string_view pattern);
+    /// Renames a file; one that has the new name is replaced.
+    IoStatus move(std::string_view from, std::string_view to);
+
+    /// The group files that came through here and are not there any more, though nobody has
+    /// removed them: to save without them would lose what they held. Sorted.
+    [[nodiscard]] std::vector<std::string> missing() const;
+    /// The close of a document: deletes all its files, as `WorkingStore::clearDocumentFiles`,
+    /// and forgets them. Nothing is kept of them.
+    void clear(UserInterface* parent, int edition);
+
+    /// Sets who is called before a change; null for nobody. Gives the one of before, to be
+    /// set again. REQUIRES: the keeper outlives its stay.
+    FormerFileKeeper* setKeeper(FormerFileKeeper* keeper);
+    /// Who is asked to free space when the disk is full, so that the write is tried again;
+    /// null for nobody.
+    void setRoomMaker(RoomMaker* maker) { roomMaker_ = maker; }
+
+    /// True while a document is being loaded: nothing of it has a former state to return to.
+    [[nodiscard]] bool isLoading() const { return loads_ > 0; }
+    /// From here on a change outside every scope is a fault of the program, which a debug
+    /// build asserts.
+    void demandScopes(bool demanded) { scopesDemanded_ = demanded; }
+
+  private:
+    friend class ChangeScope;
+    friend class LoadScope;
+    friend class DocumentWriter;
+
+    [[nodiscard]] IoStatus check(std::string_view name) const;
+    [[nodiscard]] IoStatus announce(std::string_view name) const;
+    IoStatus replace(const std::string& beside, std::string_view name);
+    IoStatus appendTo(const std::string& path, std::string_view bytes, bool exists);
+    void remember(std::string_view name);
+    void forget(std::string_view name);
+
+    const WorkingStore& store_;
+    FormerFileKeeper* keeper_ = nullptr;
+    RoomMaker* roomMaker_ = nullptr;
+    /// Group files alone: a document has thousands of chunks, and a group is at most a file
+    /// for each index.
+    std::set<std::string, std::less<>> made_;
+    int scopes_ = 0;
+    int loads_ = 0;
+    bool scopesDemanded_ = false;
+};
+
+/// A stretch in which files of the document may change. Scopes nest.
+class ChangeScope {
+  public:
+    explicit ChangeScope(DocumentFiles& files) : files_(files) { ++files_.scopes_; }
+    ChangeScope(const ChangeScope&) = delete;
+    ChangeScope& operator=(const ChangeScope&) = delete;
+    ~ChangeScope() { --files_.scopes_; }
+
+  private:
+    DocumentFiles& files_;
+};
+
+/// The load of a document: a failed one is cleared away as a whole, so nothing is kept.
+class LoadScope {
+  public:
+    explicit LoadScope(DocumentFiles& files) : files_(files), scope_(files) { ++files_.loads_; }
+    LoadScope(const LoadScope&) = delete;
+    LoadScope& operator=(const LoadScope&) = delete;
+    ~LoadScope() { --files_.loads_; }
+
+  private:
+    DocumentFiles& files_;
+    ChangeScope scope_;
+};
+
+/// The save of a document: its banner and its file name belong to the file that is written,
+/// not to what the user has edited.
+using SaveScope = ChangeScope;
+
+}  // namespace kavu
