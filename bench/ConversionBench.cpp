@@ -6,6 +6,7 @@
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
 #include "core/document/DocumentFiles.h"
+#include "core/document/DocumentHistory.h"
 #include "core/document/KeyValueStore.h"
 #include "core/files/FileIo.h"
 #include "core/talk/Messages.h"
@@ -46,8 +47,9 @@ struct Document {
     TmatsReader reader;
     TmatsDocument document;
     DocumentSteps steps;
-    DocumentContext context{clock, ticker,   random, settings, store,
-                            files, messages, reader, document, steps};
+    DocumentHistory history{files, document};
+    DocumentContext context{clock,    ticker, random,   settings, store,  files,
+                            messages, reader, document, steps,    history};
     KeyValueStore names{store};
     ConversionStore conversions{context};
 };

@@ -4,6 +4,7 @@
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
 #include "core/document/DocumentFiles.h"
+#include "core/document/DocumentHistory.h"
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
 #include "core/text/Clock.h"
@@ -63,8 +64,9 @@ struct World {
     TmatsReader reader;
     TmatsDocument document;
     DocumentSteps steps;
-    DocumentContext context{clock, ticker,   random, settings, store,
-                            files, messages, reader, document, steps};
+    DocumentHistory history{files, document};
+    DocumentContext context{clock,    ticker, random,   settings, store,  files,
+                            messages, reader, document, steps,    history};
     PcmFormat format{context};
 };
 

@@ -7,6 +7,7 @@
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
 #include "core/document/DocumentFiles.h"
+#include "core/document/DocumentHistory.h"
 #include "core/files/FileIo.h"
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
@@ -77,7 +78,9 @@ struct World {
           files(store),
           messages(store),
           ticker(clock),
-          context{clock, ticker, random, settings, store, files, messages, reader, document, steps},
+          history(files, document),
+          context{clock,    ticker, random,   settings, store,  files,
+                  messages, reader, document, steps,    history},
           format(context) {
         KAVU_CHECK(store.activate(nullptr, "KAVU-9", random));
         settings.overrideForThisRun("WdFrCreation", "1");
@@ -102,6 +105,7 @@ struct World {
     TmatsReader reader;
     TmatsDocument document;
     DocumentSteps steps;
+    DocumentHistory history;
     DocumentContext context;
     PcmFormat format;
 };

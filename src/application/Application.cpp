@@ -9,6 +9,7 @@
 #include "core/WorkingStore.h"
 #include "core/document/BuildDocument.h"
 #include "core/document/DocumentFiles.h"
+#include "core/document/DocumentHistory.h"
 #include "core/document/KeyValueStore.h"
 #include "core/document/OpenDocument.h"
 #include "core/files/FileIo.h"
@@ -56,7 +57,9 @@ struct Application::Parts {
           files(store),
           messages(store),
           ticker(clock),
-          context{clock, ticker, random, settings, store, files, messages, reader, document, steps},
+          history(files, document),
+          context{clock,    ticker, random,   settings, store,  files,
+                  messages, reader, document, steps,    history},
           names(store),
           conversions(context),
           measurements(context),
@@ -70,6 +73,7 @@ struct Application::Parts {
     TmatsReader reader;
     TmatsDocument document;
     DocumentSteps steps;
+    DocumentHistory history;
     DocumentContext context;
     KeyValueStore names;
     ConversionStore conversions;

@@ -9,6 +9,7 @@ namespace kavu {
 
 class Clock;
 class DocumentFiles;
+class DocumentHistory;
 class FileWriter;
 class Messages;
 class ProfileSettings;
@@ -74,6 +75,7 @@ struct DocumentContext {
     TmatsReader& reader;
     TmatsDocument& document;
     DocumentSteps& steps;
+    DocumentHistory& history;  ///< what can be undone, and who is told of changes
 };
 
 }  // namespace kavu

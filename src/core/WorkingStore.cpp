@@ -7,6 +7,7 @@
 #include "core/text/Text.h"
 #include "core/text/TextEncoding.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
@@ -42,6 +43,12 @@ constexpr auto kNamedFiles = std::to_array<std::string_view>({
     "[kavu]TmpPCMFMT.FFI",
     "[kavu]TmpPCMFMT.ALTTAG",
 });
+
+/// True for a folder in which former contents of files are kept.
+bool isOwnFolder(std::string_view name) {
+    return name == working::kEuDefinitions || name == working::kUndoLevels ||
+           name == working::kRedoLevels || working::isOpenOperation(name);
+}
 
 constexpr const char* kDeleteFileTitle = "ERROR: Unable To Delete File";
 
@@ -91,7 +98,7 @@ class Listing {
         return status_.ok() ? files_.contains(name) : isPlainFile(folder_ + "/" + name);
     }
     /// A link to a folder is none: what it leads to is not ours to delete.
-    [[nodiscard]] bool hasFolder(const std::string& name) const { return folders_.contains(name); }
+    [[nodiscard]] const std::set<std::string>& folders() const { return folders_; }
 
   private:
     std::string folder_;
@@ -133,8 +140,10 @@ class DocumentCleaner {
         }
         store_.deleteFiles(nullptr, "[kavu]D*.D*");
         store_.deleteFiles(nullptr, "[kavu]*.C_*");
-        if (const std::string copies(working::kEuDefinitions); listing_.hasFolder(copies)) {
-            deleteFolderReported(parent_, store_.pathOf(copies));
+        for (const auto& folder : listing_.folders()) {
+            if (isOwnFolder(folder)) {
+                deleteFolderReported(parent_, store_.pathOf(folder));
+            }
         }
         setProgressBar(withStatus_ ? parent_ : nullptr, -1);
         status({});
@@ -182,6 +191,11 @@ bool isPlainInFileName(char c) {
 }
 
 }  // namespace
+
+bool working::isOpenOperation(std::string_view name) {
+    return name.starts_with(kOpenOperation) && name.size() > kOpenOperation.size() &&
+           std::all_of(name.begin() + kOpenOperation.size(), name.end(), isDigit);
+}
 
 WorkingStore::~WorkingStore() {
     if (lock_ >= 0) {

@@ -27,11 +27,18 @@ inline constexpr std::string_view kGeneral = "[kavu]GTMP.G";
 inline constexpr std::string_view kGeneralCopy = "[kavu]GTMP.Gtmp";
 inline constexpr std::string_view kMultiplexScratch = "[kavu]MULTIPLX.TMP";
 inline constexpr std::string_view kEuDefinitions = "EuDefinitions";
+/// The folder of an operation that is open, its former contents in it; the number is how deep
+/// it is in others.
+inline constexpr std::string_view kOpenOperation = "TEMP";
+inline constexpr std::string_view kUndoLevels = "undo";
+inline constexpr std::string_view kRedoLevels = "redo";
 inline constexpr std::string_view kChunkFormat = "[kavu]%8.8ld.C_O";
 /// The raw C commands while they are made into chunks, and until all of these are in files:
 /// all chunks from this number on are made from it, and are worth nothing as long as it is
 /// there.
 inline constexpr std::string_view kRawConversionsFormat = "[kavu]%8.8ld.C_RAW";
+/// True for the name of such a folder.
+[[nodiscard]] bool isOpenOperation(std::string_view name);
 }  // namespace working
 
 class WorkingStore {

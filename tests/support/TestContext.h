@@ -6,6 +6,7 @@
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
 #include "core/document/DocumentFiles.h"
+#include "core/document/DocumentHistory.h"
 #include "core/files/FileIo.h"
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
@@ -89,8 +90,8 @@ class TestContext {
           files(store),
           messages(store),
           ticker(clock),
-          context{clock, ticker,   random, settings, store,
-                  files, messages, reader, document, steps} {
+          context{clock,    ticker, random,   settings, store,  files,
+                  messages, reader, document, steps,    history} {
         EXPECT_TRUE(store.activate(&ui, kApplicationName, random));
         document.version = edition;
     }
@@ -118,6 +119,7 @@ class TestContext {
     TmatsReader reader;
     TmatsDocument document;
     DocumentSteps steps;
+    DocumentHistory history{files, document};
     DocumentContext context;
 };
 

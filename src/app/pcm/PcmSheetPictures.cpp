@@ -31,7 +31,7 @@ struct SampleStream {
           context{stage.document->clock,    stage.document->ticker, stage.document->random,
                   stage.document->settings, stage.document->store,  stage.document->files,
                   stage.document->messages, stage.document->reader, document,
-                  stage.document->steps},
+                  stage.document->steps,    stage.document->history},
           form(stage.form),
           format(context) {
         document.version = edition;

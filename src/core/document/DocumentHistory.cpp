@@ -1,0 +1,263 @@
+#include "core/document/DocumentHistory.h"
+
+#include "core/TmatsDocument.h"
+#include "core/WorkingStore.h"
+#include "core/talk/FileReports.h"
+#include "core/text/Printf.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kavu {
+
+namespace {
+
+const std::string kNoName;
+
+std::vector<DocumentFile> describe(const std::vector<std::string>& names) {
+    std::vector<DocumentFile> files;
+    files.reserve(names.size());
+    for (const auto& name : names) {
+        files.push_back(describeDocumentFile(name));
+    }
+    return files;
+}
+
+}  // namespace
+
+bool DocumentChange::touches(char letter) const {
+    return std::any_of(files.begin(), files.end(),
+                       [letter](const DocumentFile& file) { return file.letter == letter; });
+}
+
+DocumentHistory::DocumentHistory(DocumentFiles& files, TmatsDocument& document)
+    : files_(files), document_(document) {
+    files_.setKeeper(this);
+    files_.setRoomMaker(this);
+}
+
+DocumentHistory::~DocumentHistory() {
+    files_.setKeeper(nullptr);
+    files_.setRoomMaker(nullptr);
+}
+
+void DocumentHistory::setLimits(std::size_t levels, std::uint64_t bytes) {
+    maxLevels_ = levels;
+    maxBytes_ = bytes;
+}
+
+const std::string& DocumentHistory::undoName() const {
+    return undo_.empty() ? kNoName : undo_.back().name;
+}
+
+const std::string& DocumentHistory::redoName() const {
+    return redo_.empty() ? kNoName : redo_.back().name;
+}
+
+// --- who is told --------------------------------------------------------------------------
+
+void DocumentHistory::addListener(DocumentListener& listener) {
+    listeners_.push_back(&listener);
+}
+
+void DocumentHistory::removeListener(DocumentListener& listener) {
+    std::erase(listeners_, &listener);
+}
+
+void DocumentHistory::tell(const DocumentChange& change) const {
+    // A listener may remove itself, or another one.
+    const auto listeners = listeners_;
+    for (auto* const listener : listeners) {
+        if (std::find(listeners_.begin(), listeners_.end(), listener) != listeners_.end()) {
+            listener->documentChanged(change);
+        }
+    }
+}
+
+IoStatus DocumentHistory::writePending() const {
+    for (auto* const listener : listeners_) {
+        if (auto status = listener->writePending(); !status.ok()) {
+            return status;
+        }
+    }
+    return {};
+}
+
+void DocumentHistory::addJournal(FileJournal& journal) {
+    journals_.push_back(&journal);
+}
+
+void DocumentHistory::removeJournal(FileJournal& journal) {
+    std::erase(journals_, &journal);
+}
+
+IoStatus DocumentHistory::beforeChange(std::string_view name) {
+    if (files_.isLoading()) {
+        return {};
+    }
+    for (auto* const journal : journals_) {
+        if (auto status = journal->beforeChange(name); !status.ok()) {
+            return status;
+        }
+    }
+    return {};
+}
+
+// --- levels -------------------------------------------------------------------------------
+
+std::string DocumentHistory::folderFor(std::string_view kind) {
+    return formatPrintf("%s/%6.6d", kind, ++folders_);
+}
+
+bool DocumentHistory::dropFarthest(const Level* except) {
+    for (auto* const levels : {&undo_, &redo_}) {
+        if (!levels->empty() && &levels->front() != except) {
+            levels->pop_front();
+            return true;
+        }
+    }
+    return false;
+}
+
+void DocumentHistory::keepToLimits(const Level* except) {
+    const auto bytes = [this] {
+        std::uint64_t sum = 0;
+        for (const auto* const levels : {&undo_, &redo_}) {
+            for (const auto& level : *levels) {
+                sum += level.files.bytes();
+            }
+        }
+        return sum;
+    };
+    while ((levels() > maxLevels_ || bytes() > maxBytes_) && dropFarthest(except)) {
+    }
+}
+
+IoStatus DocumentHistory::addLevel(KeptFiles& files, const std::string& name) {
+    files.dropUnchanged();
+    if (files.empty()) {
+        return {};
+    }
+    if (auto status = files.moveTo(folderFor(working::kUndoLevels)); !status.ok()) {
+        return status;
+    }
+    redo_.clear();
+    undo_.push_back({std::move(files), name, state_});
+    state_ = ++states_;
+    keepToLimits(&undo_.back());
+    return {};
+}
+
+IoStatus DocumentHistory::joinNeighbours(KeptFiles& files) {
+    files.dropUnchanged();
+    if (files.empty()) {
+        return {};
+    }
+    // A folder under its own name would be taken back by the recovery, in part if it is being
+    // deleted.
+    if (auto status = files.moveTo(folderFor(working::kUndoLevels)); !status.ok()) {
+        return status;
+    }
+    for (auto* const levels : {&undo_, &redo_}) {
+        // A neighbour that cannot take it over no longer fits what is there.
+        if (!levels->empty() && !levels->back().files.join(files).ok()) {
+            levels->clear();
+        }
+    }
+    keepToLimits(undo_.empty() ? nullptr : &undo_.back());
+    return {};
+}
+
+IoStatus DocumentHistory::putBackAll(KeptFiles& files) {
+    auto status = files.putBackAll();
+    if (status.ok()) {
+        files.drop();
+    } else if (files.moveTo(folderFor(working::kUndoLevels)).ok()) {
+        files.leave();
+    }
+    return status;
+}
+
+// --- back and forth -----------------------------------------------------------------------
+
+IoStatus DocumentHistory::exchange(const Level& wanted, KeptFiles& held) {
+    FileJournal journal(files_, formatPrintf("%s%d", working::kOpenOperation, depth_));
+    journal.kept().setNote(wanted.name);
+    const ChangeScope scope(files_);
+    ++depth_;
+    addJournal(journal);
+    IoStatus status;
+    for (const auto& name : wanted.files.names()) {
+        status = status.ok() ? wanted.files.putBackCopy(name) : status;
+    }
+    removeJournal(journal);
+    --depth_;
+    if (status.ok()) {
+        held = std::move(journal.kept());
+    } else {
+        (void)putBackAll(journal.kept());
+    }
+    return status;
+}
+
+bool DocumentHistory::go(Levels& from, Levels& to, DocumentChange::Kind kind,
+                         UserInterface* parent) {
+    if (!isIdle() || from.empty()) {
+        return false;
+    }
+    DocumentChange change{kind, from.back().name, describe(from.back().files.names())};
+    KeptFiles held;
+    auto status = exchange(from.back(), held);
+    if (status.ok()) {
+        // This is the moment from which on the exchange has happened.
+        status =
+            held.moveTo(folderFor(&to == &undo_ ? working::kUndoLevels : working::kRedoLevels));
+        if (!status.ok()) {
+            (void)putBackAll(held);
+        }
+    }
+    if (!status.ok()) {
+        change.kind = DocumentChange::TakenBack;
+        tell(change);
+        reportUnableToWrite(parent, status);
+        return false;
+    }
+    auto level = std::move(from.back());
+    from.pop_back();
+    to.push_back({std::move(held), std::move(level.name), state_});
+    state_ = level.state;
+    level.files.drop();
+    document_.changed = corrected_ || state_ != saved_;
+    keepToLimits(&to.back());
+    tell(change);
+    return true;
+}
+
+bool DocumentHistory::undo(UserInterface* parent) {
+    return go(undo_, redo_, DocumentChange::Undone, parent);
+}
+
+bool DocumentHistory::redo(UserInterface* parent) {
+    return go(redo_, undo_, DocumentChange::Redone, parent);
+}
+
+void DocumentHistory::markSaved() {
+    saved_ = state_;
+    corrected_ = false;
+    document_.changed = false;
+}
+
+void DocumentHistory::markCorrected() {
+    corrected_ = true;
+    document_.changed = true;
+}
+
+void DocumentHistory::clear() {
+    undo_.clear();
+    redo_.clear();
+    state_ = ++states_;
+    saved_ = state_;
+    corrected_ = false;
+}
+
+}  // namespace kavu

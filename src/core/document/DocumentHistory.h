@@ -1,0 +1,111 @@
+// The operations on the open document that can be undone, and who is told of its changes.
+//
+// A level is the set of files that an operation has changed, as they were before it, kept by
+// links: it takes no memory, and on the disk what these files hold. Undo is an operation of
+// its own, which exchanges the files; it happens as a whole or not at all, as all others.
+#pragma once
+
+#include "core/document/DocumentChange.h"
+#include "core/document/FileJournal.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <vector>
+
+namespace kavu {
+
+struct TmatsDocument;
+class UserInterface;
+
+class DocumentHistory : private FormerFileKeeper, private RoomMaker {
+  public:
+    static constexpr std::size_t kMaxLevels = 100;
+    /// Of the files of all levels together. The level that was made last always stays.
+    static constexpr std::uint64_t kMaxBytes = std::uint64_t{128} << 20U;
+
+    /// All that is given must outlive the object.
+    DocumentHistory(DocumentFiles& files, TmatsDocument& document);
+    DocumentHistory(const DocumentHistory&) = delete;
+    DocumentHistory& operator=(const DocumentHistory&) = delete;
+    ~DocumentHistory() override;
+
+    /// False while an operation is open: then the undo of its own editor holds.
+    [[nodiscard]] bool canUndo() const { return isIdle() && !undo_.empty(); }
+    [[nodiscard]] bool canRedo() const { return isIdle() && !redo_.empty(); }
+    /// The name of the operation that would be undone or redone; empty if there is none.
+    [[nodiscard]] const std::string& undoName() const;
+    [[nodiscard]] const std::string& redoName() const;
+    [[nodiscard]] std::size_t levels() const { return undo_.size() + redo_.size(); }
+    /// False if there is no level or a file could not be written, which is reported; then
+    /// the document is as it was.
+    bool undo(UserInterface* parent);
+    bool redo(UserInterface* parent);
+
+    /// The document is on the disk as it is now.
+    void markSaved();
+    /// The document differs from its file for a reason that cannot be undone, such as the
+    /// corrections of its load.
+    void markCorrected();
+    /// The document was closed or another one is loaded: nothing can be undone.
+    void clear();
+
+    /// A listener must stay until it is removed.
+    void addListener(DocumentListener& listener);
+    void removeListener(DocumentListener& listener);
+    void tell(const DocumentChange& change) const;
+
+    /// From here on the journal is told before a file changes, those that came first before
+    /// it. It must stay until it is removed.
+    void addJournal(FileJournal& journal);
+    void removeJournal(FileJournal& journal);
+
+    /// Other limits than those above.
+    void setLimits(std::size_t levels, std::uint64_t bytes);
+
+  private:
+    friend class Transaction;
+
+    struct Level {
+        KeptFiles files;
+        std::string name;
+        std::int64_t state = 0;  ///< number of the state that the files belong to
+    };
+    using Levels = std::deque<Level>;
+
+    [[nodiscard]] bool isIdle() const { return depth_ == 0; }
+    IoStatus beforeChange(std::string_view name) override;
+    /// The level made last goes as well if there is no other: an operation that can end is
+    /// worth more than the way back from the one before it.
+    bool makeRoom() override { return dropFarthest(nullptr); }
+    [[nodiscard]] IoStatus writePending() const;
+    /// Makes a level of an operation that has ended; nothing if all bytes are as they were.
+    IoStatus addLevel(KeptFiles& files, const std::string& name);
+    /// Makes an operation that nobody has asked for a part of its neighbours.
+    IoStatus joinNeighbours(KeptFiles& files);
+    /// Puts everything back; what cannot be put back stays in a folder that nobody empties.
+    IoStatus putBackAll(KeptFiles& files);
+    bool go(Levels& from, Levels& to, DocumentChange::Kind kind, UserInterface* parent);
+    IoStatus exchange(const Level& wanted, KeptFiles& held);
+    bool dropFarthest(const Level* except);
+    void keepToLimits(const Level* except);
+    [[nodiscard]] std::string folderFor(std::string_view kind);
+
+    DocumentFiles& files_;
+    TmatsDocument& document_;
+    std::vector<DocumentListener*> listeners_;
+    std::vector<FileJournal*> journals_;
+    int depth_ = 0;  ///< of open operations
+    Levels undo_;
+    Levels redo_;
+    std::size_t maxLevels_ = kMaxLevels;
+    std::uint64_t maxBytes_ = kMaxBytes;
+    std::int64_t folders_ = 0;
+    std::int64_t states_ = 0;  ///< the highest number given so far
+    std::int64_t state_ = 0;
+    std::int64_t saved_ = 0;
+    bool corrected_ = false;
+};
+
+}  // namespace kavu

@@ -1,0 +1,110 @@
+#include "core/document/Transaction.h"
+
+#include "core/TmatsDocument.h"
+#include "core/WorkingStore.h"
+#include "core/document/DocumentHistory.h"
+#include "core/talk/FileReports.h"
+#include "core/text/Printf.h"
+
+namespace kavu {
+
+namespace {
+
+std::string folderName(OnCrash onCrash, int depth) {
+    return onCrash == OnCrash::Keep ? std::string(working::kEuDefinitions)
+                                    : formatPrintf("%s%d", working::kOpenOperation, depth);
+}
+
+}  // namespace
+
+Transaction::Transaction(DocumentContext& context, std::string name, OnCrash onCrash)
+    : context_(context),
+      name_(std::move(name)),
+      depth_(context.history.depth_++),
+      journal_(context.files, folderName(onCrash, depth_)),
+      scope_(context.files),
+      wasChanged_(context.document.changed) {
+    journal_.kept().setNote(name_);
+    context_.history.addJournal(journal_);
+}
+
+Transaction::~Transaction() {
+    takeBack(nullptr);
+}
+
+IoStatus Transaction::keepAll(const std::vector<std::string_view>& patterns) {
+    return journal_.keepAll(patterns);
+}
+
+IoStatus Transaction::end(bool asked) {
+    auto& history = context_.history;
+    auto& kept = journal_.kept();
+    auto status = history.writePending();
+    if (status.ok() && depth_ > 0) {
+        // From here on it is a part of the outer operation, whatever becomes of the run.
+        status = kept.moveTo(
+            formatPrintf("%s/%s%d", working::kUndoLevels, working::kOpenOperation, depth_));
+    } else if (status.ok()) {
+        status = asked ? history.addLevel(kept, name_) : history.joinNeighbours(kept);
+    }
+    if (!status.ok()) {
+        takeBack(nullptr);
+        return status;
+    }
+    kept.drop();
+    if (asked && hasChanges()) {
+        context_.document.changed = true;
+    }
+    close(DocumentChange::Edited, depth_ == 0 && hasChanges());
+    return {};
+}
+
+IoStatus Transaction::commit() {
+    return end(true);
+}
+
+IoStatus Transaction::commitUnasked() {
+    return end(false);
+}
+
+bool Transaction::takeBack(UserInterface* parent) {
+    if (!open_) {
+        return true;
+    }
+    const auto status = context_.history.putBackAll(journal_.kept());
+    context_.document.changed = wasChanged_;
+    // Also of an inner one: whoever knows something of the files follows them.
+    close(DocumentChange::TakenBack, true);
+    if (!status.ok()) {
+        reportUnableToWrite(parent, status);
+    }
+    return status.ok();
+}
+
+void Transaction::close(DocumentChange::Kind kind, bool isTold) {
+    open_ = false;
+    context_.history.removeJournal(journal_);
+    --context_.history.depth_;
+    if (!isTold) {
+        return;
+    }
+    DocumentChange change{kind, name_, {}};
+    for (const auto& file : journal_.written()) {
+        change.files.push_back(describeDocumentFile(file));
+    }
+    context_.history.tell(change);
+}
+
+bool endTransaction(Transaction& transaction, UserInterface* parent, bool good) {
+    if (!good) {
+        transaction.takeBack(parent);
+        return false;
+    }
+    const auto status = transaction.commit();
+    if (!status.ok()) {
+        reportUnableToWrite(parent, status);
+    }
+    return status.ok();
+}
+
+}  // namespace kavu

@@ -1,0 +1,76 @@
+// An operation that changes the open document: as a whole, or not at all, also if the program
+// is killed in its middle.
+#pragma once
+
+#include "core/document/DocumentChange.h"
+#include "core/document/FileJournal.h"
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace kavu {
+
+struct DocumentContext;
+class UserInterface;
+
+/// What recovery does with an operation during which the program has died.
+enum class OnCrash {
+    TakeBack,  ///< as if the operation had never begun
+    Keep,      ///< what was accepted in it stays: the sheet of a stream, open for hours
+};
+
+/// From its construction on the former contents of all files that change are kept. Without a
+/// `commit` the destructor puts them back. One that is made while another one is open is a part
+/// of that: it can be taken back alone, and ends with it.
+class Transaction {
+  public:
+    /// The name is what stands behind "Undo ", such as "Rename of Data Source".
+    Transaction(DocumentContext& context, std::string name, OnCrash onCrash = OnCrash::TakeBack);
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+    ~Transaction();
+
+    /// Ends the operation well: the files stay. If any was written the document counts as
+    /// changed, and there is a level to undo if any byte differs. After a failure everything
+    /// is as before the operation.
+    IoStatus commit();
+    /// The same for an operation that nobody has asked for, as the record that a look at a new
+    /// one makes: the document does not count as changed, and what was written goes along
+    /// with the levels before and after it.
+    IoStatus commitUnasked();
+    /// Ends the operation and puts everything back. What cannot be put back is reported, and
+    /// what was kept of it stays in the store.
+    bool takeBack(UserInterface* parent);
+
+    /// Keeps all files that match, changed or not.
+    IoStatus keepAll(const std::vector<std::string_view>& patterns);
+    [[nodiscard]] bool isOpen() const { return open_; }
+    /// True if a file was written.
+    [[nodiscard]] bool hasChanges() const { return !journal_.written().empty(); }
+
+  private:
+    IoStatus end(bool asked);
+    void close(DocumentChange::Kind kind, bool isTold);
+
+    DocumentContext& context_;
+    std::string name_;
+    int depth_;
+    FileJournal journal_;
+    ChangeScope scope_;
+    bool wasChanged_;
+    bool open_ = true;
+};
+
+/// Runs `work` as an operation of this name. Its false, and a failure to end it, take
+/// everything back; a failure of that kind is reported.
+bool endTransaction(Transaction& transaction, UserInterface* parent, bool good);
+template <class F>
+bool inTransaction(DocumentContext& context, UserInterface* parent, std::string name, F&& work) {
+    Transaction transaction(context, std::move(name));
+    const bool good = std::forward<F>(work)();
+    return endTransaction(transaction, parent, good);
+}
+
+}  // namespace kavu
