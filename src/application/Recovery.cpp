@@ -4,6 +4,7 @@
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
 #include "core/document/BuildDocument.h"
+#include "core/document/FileJournal.h"
 #include "core/files/FileIo.h"
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
@@ -14,6 +15,7 @@
 #include <cstdint>
 #include <fcntl.h>
 #include <limits>
+#include <map>
 #include <set>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -93,62 +95,87 @@ class RawCommands {
 };
 
 /// Copies the document files of `folder` into the application's own store, and gathers
-/// what was not converted yet in "DATA1.TMP".
+/// what was not converted yet in "DATA1.TMP". Of an operation that did not end nothing comes
+/// along: its files are copied as they were before it.
 class StoreCopy {
   public:
     StoreCopy(const WorkingStore& store, const std::string& folder)
         : store_(store), folder_(folder) {}
 
     IoStatus run() {
-        std::vector<FolderEntry> entries;
-        if (auto status = listFolder(folder_, entries); !status.ok()) {
+        if (auto status = findFiles(); !status.ok()) {
             return status;
         }
-        const auto data = folder_ + "/" + std::string(working::kData1);
-        bool raw = false;
-        if (auto status = probeRawCommands(data, raw); !status.ok()) {
-            return status;
+        if (const auto data = files_.find(working::kData1); data != files_.end()) {
+            bool raw = false;
+            if (auto status = probeRawCommands(data->second, raw); !status.ok()) {
+                return status;
+            }
+            if (raw) {
+                raw_.push_back(data->second);
+            }
         }
-        if (raw) {
-            raw_.push_back(data);
-        }
-        for (const auto& entry : entries) {
-            if (auto status = takeRawGroup(entry); !status.ok()) {
+        for (const auto& [name, path] : files_) {
+            if (auto status = takeRawGroup(name, path); !status.ok()) {
                 return status;
             }
         }
-        for (const auto& entry : entries) {
-            if (auto status = copyEntry(entry); !status.ok()) {
+        for (const auto& [name, path] : files_) {
+            if (auto status = copyOne(name, path); !status.ok()) {
                 return status;
             }
         }
         return writeRawCommands();
     }
+    /// The names of the operations that did not end, the outermost first.
+    [[nodiscard]] const std::vector<std::string>& takenBack() const { return takenBack_; }
 
     [[nodiscard]] bool foundAnything() const { return copied_ > 0 || !raw_.empty(); }
     [[nodiscard]] bool needsConversion() const { return !raw_.empty(); }
 
   private:
+    /// Where the contents of each file are, by its name.
+    IoStatus findFiles() {
+        std::vector<FolderEntry> entries;
+        OpenChanges changes;
+        auto status = listFolder(folder_, entries);
+        if (status.ok()) {
+            status = filesBeforeOpenChanges(folder_, changes);
+        }
+        for (const auto& entry : entries) {
+            if (!entry.isFolder) {
+                files_[entry.name] = folder_ + "/" + entry.name;
+            }
+        }
+        for (const auto& [name, path] : changes.former) {
+            if (path.empty()) {
+                files_.erase(name);
+            } else {
+                files_[name] = path;
+            }
+        }
+        takenBack_ = std::move(changes.operations);
+        return status;
+    }
+
     /// The commands of a load that did not end; what it has made of them so far is left.
-    IoStatus takeRawGroup(const FolderEntry& entry) {
-        if (entry.isFolder || !isRawGroup(entry.name)) {
+    IoStatus takeRawGroup(const std::string& name, const std::string& path) {
+        if (!isRawGroup(name)) {
             return {};
         }
-        const auto path = folder_ + "/" + entry.name;
         bool plain = false;
         if (auto status = probeOwnFile(path, plain); !status.ok() || !plain) {
             return status;
         }
         raw_.push_back(path);
-        firstUnfinished_ = std::min(firstUnfinished_, numberIn(entry.name));
+        firstUnfinished_ = std::min(firstUnfinished_, numberIn(name));
         return {};
     }
 
-    IoStatus copyEntry(const FolderEntry& entry) {
-        const auto path = folder_ + "/" + entry.name;
+    IoStatus copyOne(const std::string& name, const std::string& path) {
         // A link could lead anywhere; a working store never holds one.
-        if (entry.isFolder || !belongsToDocument(entry.name) || isRawGroup(entry.name) ||
-            (isChunk(entry.name) && numberIn(entry.name) >= firstUnfinished_)) {
+        if (!belongsToDocument(name) || isRawGroup(name) ||
+            (isChunk(name) && numberIn(name) >= firstUnfinished_)) {
             return {};
         }
         bool plain = false;
@@ -156,7 +183,7 @@ class StoreCopy {
             return status;
         }
         bool raw = false;
-        if (isChunk(entry.name)) {
+        if (isChunk(name)) {
             if (auto status = probeRawCommands(path, raw); !status.ok()) {
                 return status;
             }
@@ -166,7 +193,7 @@ class StoreCopy {
             return {};
         }
         ++copied_;
-        return copyFile(path, store_.pathOf(entry.name));
+        return copyFile(path, store_.pathOf(name));
     }
 
     IoStatus writeRawCommands() {
@@ -198,6 +225,8 @@ class StoreCopy {
 
     const WorkingStore& store_;
     std::string folder_;
+    std::map<std::string, std::string, std::less<>> files_;
+    std::vector<std::string> takenBack_;
     std::vector<std::string> raw_;
     /// From this number on the chunks were made from raw commands that are still there.
     std::int64_t firstUnfinished_ = std::numeric_limits<std::int64_t>::max();
@@ -252,6 +281,11 @@ bool recoverStore(Application& application, UserInterface* parent, const std::st
         showBox(parent, formatPrintf("The folder '%s' holds no files of a TMATS document.", folder),
                 kTitle);
         return false;
+    }
+    for (const auto& operation : copy.takenBack()) {
+        if (parent != nullptr) {
+            parent->note(formatPrintf("'%s' had not ended: it is taken back.", operation));
+        }
     }
     int input = document.version;
     if (context.steps.detectVersions(parent, input) == 0) {

@@ -14,7 +14,8 @@ class Application;
 class UserInterface;
 
 /// Builds a TMATS file from a working store that a crashed run left behind. Nothing in
-/// `folder` changes. False if there is no output; `parent` has been told why.
+/// `folder` changes. An operation that had not ended is left out, which a note says with its
+/// name. False if there is no output; `parent` has been told why.
 bool recoverStore(Application& application, UserInterface* parent, const std::string& folder,
                   const std::string& output);
 
