@@ -348,6 +348,7 @@ TEST_F(DocumentFilesTest, CopyInCopiesAFileOfAnySize) {
 
 TEST_F(DocumentFilesTest, TheKeeperIsAskedBeforeEachChange) {
     writeFile(kept + "/stage", "staged");
+    files.setKeeper(nullptr);
     EXPECT_EQ(files.setKeeper(&keeper), nullptr);
     EXPECT_TRUE(files.put("a", "1").ok());
     EXPECT_TRUE(files.append("b", "2").ok());
