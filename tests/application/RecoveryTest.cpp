@@ -71,15 +71,15 @@ TEST_F(RecoveryTest, ChangesNothingInTheStore) {
 
 TEST_F(RecoveryTest, TakesBackTheOperationsThatHadNotEnded) {
     crashed("[kavu]GTMP.G", "G\\106:09;\r\nG\\PN:half;\r\n");
-    crashed("[kavu]TTMP.T01", "T-1\\ID:half;\r\n");
+    crashed("[kavu]DSRCE.T01", "T-1\\ID:half;\r\n");
     crashed("[kavu]PCMFMT.P01", "P-1\\DLN:half;\r\n");
     for (const auto* const folder : {"TEMP0", "TEMP1", "undo", "undo/000001", "EuDefinitions"}) {
         ASSERT_TRUE(makeFolder(store_ + "/" + folder).ok());
     }
     crashed("TEMP0/.operation", "Rename of Data Source");
     crashed("TEMP0/[kavu]GTMP.G", "G\\106:09;\r\nG\\PN:before;\r\n");
-    crashed("TEMP0/[kavu]TTMP.T01.none", "");
-    crashed("TEMP0/[kavu]TTMP.T02", "T-2\\ID:deleted;\r\n");
+    crashed("TEMP0/[kavu]DSRCE.T01.none", "");
+    crashed("TEMP0/[kavu]DSRCE.T02", "T-2\\ID:deleted;\r\n");
     crashed("TEMP1/.operation", "A part of it");
     crashed("TEMP1/[kavu]GTMP.G", "G\\106:09;\r\nG\\PN:inner;\r\n");
     crashed("TEMP1/[kavu]PCMFMT.P01", "P-1\\DLN:before;\r\n");
@@ -93,9 +93,9 @@ TEST_F(RecoveryTest, TakesBackTheOperationsThatHadNotEnded) {
     ASSERT_EQ(t.ui.notes.size(), 2U);
     EXPECT_EQ(t.ui.notes[0], "'Rename of Data Source' had not ended: it is taken back.");
     EXPECT_EQ(t.ui.notes[1], "'A part of it' had not ended: it is taken back.");
-    EXPECT_EQ(readFile(store_ + "/[kavu]TTMP.T01"), "T-1\\ID:half;\r\n")
+    EXPECT_EQ(readFile(store_ + "/[kavu]DSRCE.T01"), "T-1\\ID:half;\r\n")
         << "nothing in the store changes";
-    EXPECT_EQ(readFile(store_ + "/TEMP0/[kavu]TTMP.T02"), "T-2\\ID:deleted;\r\n");
+    EXPECT_EQ(readFile(store_ + "/TEMP0/[kavu]DSRCE.T02"), "T-2\\ID:deleted;\r\n");
 }
 
 TEST_F(RecoveryTest, LeavesHalfWrittenScratchFilesAndLinksOut) {

@@ -9,7 +9,7 @@ namespace kavu::test {
 namespace {
 
 constexpr const char* kGeneral = "[kavu]GTMP.G";
-constexpr const char* kOne = "[kavu]TTMP.T01";
+constexpr const char* kOne = "[kavu]DSRCE.T01";
 
 struct Listener : DocumentListener {
     void documentChanged(const DocumentChange& change) override {

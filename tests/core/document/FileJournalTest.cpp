@@ -9,8 +9,8 @@ namespace kavu::test {
 
 namespace {
 
-constexpr const char* kOne = "[kavu]TTMP.T01";
-constexpr const char* kTwo = "[kavu]TTMP.T02";
+constexpr const char* kOne = "[kavu]DSRCE.T01";
+constexpr const char* kTwo = "[kavu]DSRCE.T02";
 constexpr const char* kChunk = "[kavu]00000001.C_O";
 
 ino_t inodeOf(const std::string& path) {

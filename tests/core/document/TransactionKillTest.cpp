@@ -70,7 +70,7 @@ using Tree = std::map<std::string, std::string>;
 using Work = std::function<void(TestContext&)>;
 
 const std::vector<std::string> kNames = {
-    "[kavu]GTMP.G",       "[kavu]TTMP.T01",     "[kavu]TTMP.T02",   "[kavu]PCMFMT.P01",
+    "[kavu]GTMP.G",       "[kavu]DSRCE.T01",    "[kavu]DSRCE.T02",  "[kavu]PCMFMT.P01",
     "[kavu]00000000.C_O", "[kavu]00000001.C_O", "[kavu]ALPHA.C_COM"};
 
 /// What a recovery takes for the document.

@@ -10,7 +10,7 @@ namespace kavu::test {
 namespace {
 
 constexpr const char* kGeneral = "[kavu]GTMP.G";
-constexpr const char* kOne = "[kavu]TTMP.T01";
+constexpr const char* kOne = "[kavu]DSRCE.T01";
 constexpr const char* kChunk = "[kavu]00000001.C_O";
 
 struct Listener : DocumentListener {
@@ -72,7 +72,7 @@ TEST_F(TransactionTest, PutsEverythingBackWithoutACommit) {
     EXPECT_FALSE(c.history.canUndo());
     ASSERT_EQ(heard.changes.size(), 1U);
     EXPECT_EQ(heard.changes[0].kind, DocumentChange::TakenBack);
-    EXPECT_EQ(heard.names(0), (std::vector<std::string>{kChunk, kGeneral, "[kavu]GTMP.G2", kOne}));
+    EXPECT_EQ(heard.names(0), (std::vector<std::string>{kChunk, kOne, kGeneral, "[kavu]GTMP.G2"}));
 }
 
 TEST_F(TransactionTest, LeavesTheMarkOfAChangedDocumentAsItWas) {
