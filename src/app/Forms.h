@@ -5,11 +5,8 @@ namespace kavu {
 
 class Application;
 class MainWindow;
-class ScreenshotList;
 
 /// Gives every command and every entry of the tree's menus its editor.
 void installForms(MainWindow& window, Application& application);
-/// Every window, page and dialog of the program.
-void addAllScreenshots(ScreenshotList& list);
 
 }  // namespace kavu

@@ -4,9 +4,7 @@
 #include "app/framework/DialogDoor.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
-#include "app/framework/Screenshots.h"
 #include "app/shell/MainWindow.h"
-#include "app/shell/Pictures.h"
 #include "app/shell/StartOptions.h"
 #include "application/Application.h"
 #include "core/text/Clock.h"
@@ -64,11 +62,6 @@ int main(int argc, char** argv) {
     kavu::SystemClock clock;
     kavu::SystemRandomSource random;
     kavu::Application system(kavu::Environment::ofProcess(), clock, random, options.settings);
-    if (!options.pictures.empty()) {
-        kavu::ScreenshotList list;
-        kavu::addAllScreenshots(list);
-        return kavu::renderPictures(application, system, list, options.pictures, options.file);
-    }
     kavu::DialogDoor door;
     kavu::MainWindow window(system, door);
     kavu::installForms(window, system);

@@ -2,9 +2,10 @@
 """Proves the rules of the house by reading the sources.
 
 A folder of src includes only itself and folders to its left, and a room of a folder only
-itself and rooms to its left; the toolkit, the command line parser, the JSON library and the
-XML parser are seen only where they belong; files and functions stay short; nothing is left
-half done.
+itself and rooms to its left; the gallery, which is not part of the product, may include all
+that the editor may, and nothing includes the gallery; the toolkit, the command line parser, the
+JSON library and the XML parser are seen only where they belong; files and functions stay short;
+nothing is left half done.
 
     check_house.py SOURCE_DIR               checks the tree, exit status 1 on a finding
     check_house.py --self-test SOURCE_DIR   checks that planted violations are found
@@ -20,6 +21,8 @@ from pathlib import Path
 ORDER = ["core", "drawing", "vocabulary", "conversion", "groups", "bus", "pcm", "sdk", "xml", "mdb", "reports",
          "application"]
 PROGRAMS = ["cli", "app"]
+# Beside src: the pictures of the windows.
+GALLERY = "gallery"
 ASIDE = {"vocabulary": {"drawing"}, "groups": {"drawing"}}
 # The rooms of a folder, from left to right. What is in no room, at the root of its folder, is
 # shared by all rooms.
@@ -31,7 +34,7 @@ XML_AND_RIGHT = ORDER[ORDER.index("xml"):] + PROGRAMS
 
 # (what the include looks like, who may use it, how it is called)
 LIBRARIES = [
-    (re.compile(r"<Q[A-Z]\w*(/\w+)?>|<Qt\w+/"), ["app"], "the toolkit"),
+    (re.compile(r"<Q[A-Z]\w*(/\w+)?>|<Qt\w+/"), ["app", GALLERY], "the toolkit"),
     (re.compile(r"<CLI/"), ["cli"], "the command line parser"),
     (re.compile(r"<nlohmann/"), ["cli"], "the JSON library"),
     (re.compile(r"<pugixml\.hpp>"), XML_AND_RIGHT, "the XML parser"),
@@ -52,6 +55,8 @@ NO_FUNCTION = re.compile(r"^(namespace|struct|class|enum|union|extern|typedef|us
 
 def allowed_folders(folder):
     """The folders that FOLDER may include, itself among them."""
+    if folder == GALLERY:
+        return set(ORDER) | {"app", GALLERY}
     if folder in PROGRAMS:
         return set(ORDER) | {folder}
     return set(ORDER[:ORDER.index(folder) + 1]) - ASIDE.get(folder, set())
@@ -95,7 +100,7 @@ def long_functions(lines):
 
 
 def check_file(path, name):
-    """Findings in one file of src, and the folders that it includes."""
+    """Findings in one file of src or the gallery, and the folders that it includes."""
     folder = name.split("/")[0]
     findings = []
     used = set()
@@ -163,18 +168,22 @@ def find_circle(uses):
     return None
 
 
+def sources_of(root):
+    """(path, name) of every source file; a name begins with its folder."""
+    for top, start in ((root / "src", root / "src"), (root / GALLERY, root)):
+        for path in sorted(top.rglob("*")):
+            if path.suffix in (".h", ".cpp"):
+                yield path, path.relative_to(start).as_posix()
+
+
 def check_tree(root):
     findings = []
     uses = {}
     definitions = {}
     count = 0
-    source = root / "src"
-    for path in sorted(source.rglob("*")):
-        if path.suffix not in (".h", ".cpp"):
-            continue
-        name = path.relative_to(source).as_posix()
+    for path, name in sources_of(root):
         folder = name.split("/")[0]
-        if folder not in ORDER + PROGRAMS:
+        if folder not in ORDER + PROGRAMS + [GALLERY]:
             findings.append(f"{name}: the folder {folder} has no place in the order")
             continue
         count += 1
@@ -215,6 +224,9 @@ PLANTS = [
     ("core/text/A.cpp", '#include "core/files/B.h"\n', "core/text may not include core/files/B.h"),
     ("pcm/read/A.h", '#include "pcm/edit/B.h"\n', "pcm/read may not include pcm/edit/B.h"),
     ("core/attic/A.cpp", "", "the room attic has no place in the order"),
+    ("app/A.cpp", '#include "gallery/B.h"\n', "app may not include gallery/B.h"),
+    ("gallery/A.cpp", '#include "cli/B.h"\n', "gallery may not include cli/B.h"),
+    ("gallery/A.cpp", "#include <nlohmann/json.hpp>\n", "may not see the JSON library"),
 ]
 CLEAN = [
     ("core/A.cpp", '#include "core/B.h"\n#include <string>\n'),
@@ -223,13 +235,14 @@ CLEAN = [
     ("cli/A.cpp", '#include "application/B.h"\n#include <CLI/CLI.hpp>\n'),
     ("app/A.cpp", '#include "core/B.h"\n#include <QString>\n'),
     ("mdb/A.cpp", '#include "xml/B.h"\n#include <pugixml.hpp>\n'),
+    ("gallery/A.cpp", '#include "app/B.h"\n#include "gallery/C.h"\n#include <QString>\n'),
 ]
 
 
 def findings_of(files):
     with tempfile.TemporaryDirectory() as folder:
         for name, text in files:
-            path = Path(folder, "src", name)
+            path = Path(folder, name if name.startswith(GALLERY + "/") else "src/" + name)
             path.parent.mkdir(parents=True, exist_ok=True)
             path.write_text(text, encoding="utf-8")
         return check_tree(Path(folder))

@@ -2,9 +2,7 @@
 
 #include "app/conversion/DefinitionList.h"
 #include "app/conversion/EuDialogs.h"
-#include "app/conversion/EuScreenshots.h"
 #include "app/conversion/EuSheet.h"
-#include "app/conversion/PairSetScreenshots.h"
 #include "app/framework/DialogDoor.h"
 #include "app/shell/MainWindow.h"
 #include "application/Application.h"
@@ -99,11 +97,6 @@ void installConversionForms(MainWindow& window, Application& application) {
         (void)editEuCommentOptions(form, stage.application.context(), stage.parent());
     });
     installTreeEntries(stage);
-}
-
-void addConversionScreenshots(ScreenshotList& list) {
-    addEuScreenshots(list);
-    addPairSetScreenshots(list);
 }
 
 }  // namespace kavu

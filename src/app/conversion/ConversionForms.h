@@ -11,7 +11,6 @@ namespace kavu {
 class Application;
 class ConversionStore;
 class MainWindow;
-class ScreenshotList;
 struct DocumentContext;
 struct FormContext;
 
@@ -32,6 +31,5 @@ bool editAllConversions(FormContext& form, DocumentContext& document, Conversion
                         QWidget* parent = nullptr);
 
 void installConversionForms(MainWindow& window, Application& application);
-void addConversionScreenshots(ScreenshotList& list);
 
 }  // namespace kavu

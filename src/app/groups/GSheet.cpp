@@ -4,7 +4,6 @@
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
 #include "app/framework/RowDialog.h"
-#include "app/framework/Screenshots.h"
 #include "app/groups/GroupRows.h"
 #include "app/groups/RSheet.h"
 #include "app/groups/TSheet.h"
@@ -290,20 +289,6 @@ bool editGeneral(FormContext& form, SourceParts parts) {
     };
     GeneralSheet sheet(form, parts.context, std::move(*group), std::move(deeds));
     return runPropertySheet(form, sheet) == SheetResult::Stored || sheet.changedElsewhere();
-}
-
-void addGeneralScreenshots(ScreenshotList& list) {
-    list.addSheet({"GeneralInfo1", "GeneralInfo2", "GeneralInfo3", "GeneralInfo4"},
-                  [](ScreenshotStage& stage) -> std::unique_ptr<PropertySheet> {
-                      if (stage.document == nullptr) {
-                          return nullptr;
-                      }
-                      auto group = readGeneral(*stage.document, nullptr);
-                      return group
-                                 ? std::make_unique<GeneralSheet>(stage.form, *stage.document,
-                                                                  std::move(*group), SourceDeeds{})
-                                 : nullptr;
-                  });
 }
 
 }  // namespace kavu

@@ -17,7 +17,6 @@ class QPushButton;
 namespace kavu {
 
 class IdentifiedList;
-class ScreenshotList;
 
 /// Program information: its fields, and the dates that fill themselves.
 class ProgramPage : public FieldPage {
@@ -96,7 +95,5 @@ class GeneralSheet : public PropertySheet {
 
 /// Reads the group and runs the sheet over it. True if the document has changed.
 bool editGeneral(FormContext& form, SourceParts parts);
-
-void addGeneralScreenshots(ScreenshotList& list);
 
 }  // namespace kavu

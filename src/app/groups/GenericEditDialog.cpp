@@ -1,7 +1,6 @@
 #include "app/groups/GenericEditDialog.h"
 
 #include "app/framework/Look.h"
-#include "app/framework/Screenshots.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Printf.h"
 #include "core/text/Text.h"
@@ -156,19 +155,6 @@ bool editGroupText(FormContext& form, DocumentContext& document, char letter,
     }
     const auto sheet = makeGenericEditDialog(form, document, std::move(group));
     return runPropertySheet(form, *sheet) == SheetResult::Stored;
-}
-
-void addGenericEditScreenshots(ScreenshotList& list) {
-    list.add("GenericEditDialog", [](ScreenshotStage& stage) -> std::unique_ptr<QWidget> {
-        if (stage.document == nullptr) {
-            return nullptr;
-        }
-        GroupText group{.letter = 'H', .exists = true};
-        group.text =
-            "H\\TA:ENG 4711;\r\nH\\ST1-1:PCM encoder, left bay;\r\n"
-            "H\\COM:Harness replaced after flight 12;\r\n";
-        return makeGenericEditDialog(stage.form, *stage.document, std::move(group));
-    });
 }
 
 }  // namespace kavu

@@ -12,8 +12,6 @@ class QPlainTextEdit;
 
 namespace kavu {
 
-class ScreenshotList;
-
 class GenericEditPage : public PropertyPage {
     Q_OBJECT
   public:
@@ -44,7 +42,5 @@ class GenericEditPage : public PropertyPage {
 /// True if it was stored.
 bool editGroupText(FormContext& form, DocumentContext& document, char letter,
                    const std::string& source = {});
-
-void addGenericEditScreenshots(ScreenshotList& list);
 
 }  // namespace kavu

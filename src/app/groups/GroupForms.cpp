@@ -162,14 +162,4 @@ void installGroupForms(MainWindow& window, Application& application) {
                          sourceCommand(window, application, 'M', editMultiplex));
 }
 
-void addGroupScreenshots(ScreenshotList& list) {
-    addGeneralScreenshots(list);
-    addTransmissionScreenshots(list);
-    addGenericEditScreenshots(list);
-    addSelectSourceScreenshots(list);
-    addMultiplexScreenshots(list);
-    addRecorderScreenshots(list);
-    addPamScreenshots(list);
-}
-
 }  // namespace kavu

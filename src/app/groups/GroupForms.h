@@ -6,9 +6,7 @@ namespace kavu {
 
 class Application;
 class MainWindow;
-class ScreenshotList;
 
 void installGroupForms(MainWindow& window, Application& application);
-void addGroupScreenshots(ScreenshotList& list);
 
 }  // namespace kavu

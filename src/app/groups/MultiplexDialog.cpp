@@ -6,7 +6,6 @@
 #include "app/framework/QtText.h"
 #include "app/framework/Refusals.h"
 #include "app/framework/RowDialog.h"
-#include "app/framework/Screenshots.h"
 #include "app/groups/GroupRows.h"
 #include "application/Application.h"
 #include "core/talk/UserInterface.h"
@@ -323,30 +322,6 @@ bool editMultiplex(FormContext& form, SourceParts parts, const std::string& sour
     const bool stored = runPropertySheet(form, *sheet) == SheetResult::Stored;
     setStatusText(&form.ui, {});
     return stored;
-}
-
-void addMultiplexScreenshots(ScreenshotList& list) {
-    list.add("MULTIPLEX_INFO", [](ScreenshotStage& stage) -> std::unique_ptr<QWidget> {
-        if (stage.application == nullptr || stage.document == nullptr) {
-            return nullptr;
-        }
-        const SourceParts parts{*stage.document, stage.application->conversions(),
-                                stage.application->measurementNames()};
-        MultiplexGroup group;
-        group.source = "L-Band Telemetry";
-        loadMultiplex(*stage.document, nullptr, group.source, 1, group);
-        auto& rows = group.record.lists[std::string(kRows)];
-        for (const auto* const type : {"PCM", "ANA", "OTH"}) {
-            auto& row = rows.emplace_back();
-            row.set("SI1-n", std::to_string(rows.size()));
-            row.set("SI2-n", type);
-            row.set("SI3-n", "POS");
-            row.set("SIF1-n", "6.0");
-            row.set("SIF2-n", "CD");
-            setSubcarrierName(row, type == std::string_view("ANA") ? "ENG_TEMP" : "PCM Stream 2");
-        }
-        return makeMultiplexDialog(stage.form, parts, std::move(group));
-    });
 }
 
 }  // namespace kavu

@@ -16,7 +16,6 @@ namespace kavu {
 
 class FieldForm;
 class IdentifiedList;
-class ScreenshotList;
 
 class MultiplexPage : public PropertyPage {
     Q_OBJECT
@@ -63,7 +62,5 @@ class MultiplexPage : public PropertyPage {
                                                                  MultiplexGroup group);
 /// Reads the group of a data source and runs the dialog over it. True if something changed.
 bool editMultiplex(FormContext& form, SourceParts parts, const std::string& source);
-
-void addMultiplexScreenshots(ScreenshotList& list);
 
 }  // namespace kavu

@@ -2,7 +2,6 @@
 
 #include "app/framework/FieldForm.h"
 #include "app/framework/Look.h"
-#include "app/framework/Screenshots.h"
 #include "app/groups/GroupRows.h"
 #include "core/talk/UserInterface.h"
 #include "groups/RTracks.h"
@@ -131,30 +130,6 @@ bool editPam(FormContext& form, DocumentContext& document) {
     }
     const auto sheet = makePamDialog(form, document, std::move(group));
     return runPropertySheet(form, *sheet) == SheetResult::Stored;
-}
-
-void addPamScreenshots(ScreenshotList& list) {
-    list.add("PAM_INFO", [](ScreenshotStage& stage) -> std::unique_ptr<QWidget> {
-        if (stage.document == nullptr) {
-            return nullptr;
-        }
-        PamGroup group{.link = "PAM Stream 1", .index = 1};
-        for (const auto& [code, value] : {std::pair{"A1", "NR"},
-                                          {"A2", "N"},
-                                          {"A3", "STD"},
-                                          {"A5", "900"},
-                                          {"A\\N", "45"},
-                                          {"RC1", "1"},
-                                          {"RC2", "23"},
-                                          {"RC3", "45"}}) {
-            group.record.set(code, value);
-        }
-        auto& row = group.record.lists[std::string(kRows)].emplace_back();
-        row.set("SF1-n", "7");
-        row.set("SF2-n", "OTH");
-        row.set("SF3-n", "0FFFH");
-        return makePamDialog(stage.form, *stage.document, std::move(group));
-    });
 }
 
 }  // namespace kavu

@@ -10,7 +10,6 @@ namespace kavu {
 
 class FieldForm;
 class IdentifiedList;
-class ScreenshotList;
 
 class PamPage : public PropertyPage {
     Q_OBJECT
@@ -36,7 +35,5 @@ class PamPage : public PropertyPage {
 /// Lets the user choose a PAM stream, unless there is just one, and runs the dialog over it.
 /// True if it was stored.
 bool editPam(FormContext& form, DocumentContext& document);
-
-void addPamScreenshots(ScreenshotList& list);
 
 }  // namespace kavu

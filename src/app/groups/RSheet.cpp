@@ -1,6 +1,5 @@
 #include "app/groups/RSheet.h"
 
-#include "app/framework/Screenshots.h"
 #include "app/groups/MultiplexDialog.h"
 #include "app/groups/RPages.h"
 #include "app/groups/RTrackPage.h"
@@ -168,53 +167,6 @@ bool editRecorder(FormContext& form, SourceParts parts, const std::string& sourc
         return editMultiplex(same, parts, name);
     };
     return editRecorder(form, parts.context, source, std::move(around));
-}
-
-namespace {
-
-/// The sheet of the sample; a page of a newer edition is shown in a form of that edition.
-std::unique_ptr<RecorderSheet> makeSample(ScreenshotStage& stage, int firstEdition) {
-    auto& document = *stage.document;
-    RecorderSurroundings around;
-    listDataSources(document, nullptr, &around.sources);
-    (void)gatherDataLinks(document, nullptr, around.links);
-    around.editMultiplex = [](FormContext&, const std::string&) { return false; };
-    const auto source = std::find_if(
-        around.sources.begin(), around.sources.end(),
-        [&](const auto& name) { return findGroupIndex(document, nullptr, 'R', name) > 0; });
-    auto group =
-        readRecorder(document, nullptr, source == around.sources.end() ? "Recorder" : *source);
-    if (!group) {
-        return nullptr;
-    }
-    const auto form = std::make_shared<FormContext>(stage.form);
-    form->edition = std::max(form->edition, firstEdition);
-    auto sheet =
-        std::make_unique<RecorderSheet>(*form, document, std::move(*group), std::move(around));
-    // The form lives as long as the sheet.
-    QObject::connect(sheet.get(), &QObject::destroyed, [form] {});
-    return sheet;
-}
-
-}  // namespace
-
-void addRecorderScreenshots(ScreenshotList& list) {
-    int place = 0;
-    for (const auto& page : recorderPages()) {
-        list.add(
-            std::string(page.name),
-            [first = page.firstEdition, place](ScreenshotStage& stage) -> std::unique_ptr<QWidget> {
-                if (stage.document == nullptr) {
-                    return nullptr;
-                }
-                auto sheet = makeSample(stage, first);
-                if (sheet) {
-                    sheet->openFirst(place);
-                }
-                return sheet;
-            });
-        ++place;
-    }
 }
 
 }  // namespace kavu

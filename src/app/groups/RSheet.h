@@ -12,8 +12,6 @@
 
 namespace kavu {
 
-class ScreenshotList;
-
 /// What the sheet takes from elsewhere in the document.
 struct RecorderSurroundings {
     std::vector<std::string> sources{};  ///< the names of all data sources
@@ -58,7 +56,5 @@ bool editRecorder(FormContext& form, DocumentContext& document, const std::strin
 /// The same in its own surroundings: the sources and links of the document, and the dialog over
 /// the multiplex definition.
 bool editRecorder(FormContext& form, SourceParts parts, const std::string& source);
-
-void addRecorderScreenshots(ScreenshotList& list);
 
 }  // namespace kavu

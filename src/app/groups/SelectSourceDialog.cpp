@@ -6,7 +6,6 @@
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
 #include "app/framework/RowModel.h"
-#include "app/framework/Screenshots.h"
 #include "application/Application.h"
 
 #include <QHeaderView>
@@ -121,36 +120,6 @@ std::optional<SourceRow> selectDataSource(FormContext& form, SourceParts parts, 
     SelectSourceDialog dialog(form, parts, letter);
     runDialog(form.door, dialog);
     return dialog.chosen();
-}
-
-void addSelectSourceScreenshots(ScreenshotList& list) {
-    for (const char letter : {'T', 'R'}) {
-        list.add(letter == 'T' ? "SelectDataSourceRF" : "SelectDataSourceRecorder",
-                 [letter](ScreenshotStage& stage) -> std::unique_ptr<QWidget> {
-                     if (stage.document == nullptr || stage.application == nullptr) {
-                         return nullptr;
-                     }
-                     return std::make_unique<SelectSourceDialog>(
-                         stage.form,
-                         SourceParts{*stage.document, stage.application->conversions(),
-                                     stage.application->measurementNames()},
-                         letter);
-                 });
-    }
-    list.add("PrefixSuffix", [](ScreenshotStage& stage) -> std::unique_ptr<QWidget> {
-        const std::vector<TextPrompt> prompts = {
-            {.title = {}, .prompt = "Prefix:", .initial = "L_"},
-            {.title = {}, .prompt = "Suffix:", .initial = {}}};
-        return std::make_unique<EnterTextsDialog>(stage.form.ui, "Measurement Prefix And Suffix",
-                                                  prompts, nullptr);
-    });
-    list.add("NewDataSource", [](ScreenshotStage& stage) -> std::unique_ptr<QWidget> {
-        EnterValueSetup setup;
-        setup.title = "Enter New Data Source Name";
-        setup.prompt = "Enter New Data Source Name";
-        setup.listed = {"L-Band Telemetry", "S-Band Telemetry", "Onboard Recorder"};
-        return std::make_unique<EnterValueDialog>(stage.form.ui, std::move(setup), nullptr);
-    });
 }
 
 }  // namespace kavu

@@ -14,7 +14,6 @@ class QTreeView;
 namespace kavu {
 
 class RowModel;
-class ScreenshotList;
 
 class SelectSourceDialog : public QDialog {
     Q_OBJECT
@@ -46,7 +45,5 @@ class SelectSourceDialog : public QDialog {
 /// Runs the dialog and gives the data source that is to be edited; nothing after "Close".
 [[nodiscard]] std::optional<SourceRow> selectDataSource(FormContext& form, SourceParts parts,
                                                         char letter);
-
-void addSelectSourceScreenshots(ScreenshotList& list);
 
 }  // namespace kavu

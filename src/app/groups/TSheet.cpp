@@ -3,7 +3,6 @@
 #include "app/framework/FieldForm.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
-#include "app/framework/Screenshots.h"
 #include "app/groups/GroupRows.h"
 #include "app/groups/MultiplexDialog.h"
 #include "core/TmatsDocument.h"
@@ -121,29 +120,6 @@ bool editTransmission(FormContext& form, SourceParts parts, const std::string& s
     TransmissionSheet sheet(form, parts.context, std::move(*group),
                             [&] { return editMultiplex(form, parts, source); });
     return runPropertySheet(form, sheet) == SheetResult::Stored || sheet.changedElsewhere();
-}
-
-void addTransmissionScreenshots(ScreenshotList& list) {
-    std::vector<std::string> names;
-    for (const auto& page : transmissionPages()) {
-        names.emplace_back(page.name);
-    }
-    list.addSheet(names, [](ScreenshotStage& stage) -> std::unique_ptr<PropertySheet> {
-        if (stage.document == nullptr) {
-            return nullptr;
-        }
-        auto& document = *stage.document;
-        std::vector<std::string> sources;
-        listDataSources(document, nullptr, &sources);
-        std::string source = "Transmitter";
-        for (const auto& name : sources) {
-            source = findGroupIndex(document, nullptr, 'T', name) > 0 ? name : source;
-        }
-        auto group = readTransmission(document, nullptr, source);
-        return group ? std::make_unique<TransmissionSheet>(stage.form, document, std::move(*group),
-                                                           [] { return false; })
-                     : nullptr;
-    });
 }
 
 }  // namespace kavu

@@ -12,7 +12,6 @@
 namespace kavu {
 
 class IdentifiedList;
-class ScreenshotList;
 
 /// The list of subcarriers.
 class SubcarrierPage : public PropertyPage {
@@ -50,7 +49,5 @@ class TransmissionSheet : public PropertySheet {
 /// Reads the group of a data source and runs the sheet over it. True if the document has
 /// changed.
 bool editTransmission(FormContext& form, SourceParts parts, const std::string& source);
-
-void addTransmissionScreenshots(ScreenshotList& list);
 
 }  // namespace kavu

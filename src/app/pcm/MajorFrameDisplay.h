@@ -13,7 +13,6 @@ namespace kavu {
 
 class FrameGridAreas;
 class PcmFormat;
-class ScreenshotList;
 struct DocumentContext;
 struct PcmFormSteps;
 
@@ -28,7 +27,5 @@ bool showMajorFrameDisplay(FormContext& form, DocumentContext& document, PcmForm
 bool showMajorFrameDisplay(
     FormContext& form, PcmFormat& format, PcmFormSteps& steps, QWidget* window,
     const std::function<std::unique_ptr<FrameGridAreas>(const PcmFormat&, QWidget*)>& makeAreas);
-
-void addDisplayScreenshots(ScreenshotList& list);
 
 }  // namespace kavu

@@ -4,7 +4,6 @@
 #include "app/framework/FieldForm.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
-#include "app/framework/Screenshots.h"
 #include "app/pcm/PcmFieldsPage.h"
 #include "app/pcm/PcmFilterPage.h"
 #include "app/pcm/PcmSwitchPage.h"

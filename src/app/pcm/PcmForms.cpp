@@ -4,7 +4,6 @@
 #include "app/pcm/MajorFrameDisplay.h"
 #include "app/pcm/PcmAttributes.h"
 #include "app/pcm/PcmFormSteps.h"
-#include "app/pcm/PcmSheetPictures.h"
 #include "app/pcm/SheetSteps.h"
 #include "app/pcm/WordSteps.h"
 #include "app/shell/MainWindow.h"
@@ -158,12 +157,6 @@ void installPcmForms(MainWindow& window, Application& application) {
         auto form = window.formContext();
         return chooseDefinitionMode(form, window.ui().dialogParent(), wordFrame);
     });
-}
-
-void addPcmScreenshots(ScreenshotList& list) {
-    addSheetScreenshots(list);
-    addWordScreenshots(list);
-    addDisplayScreenshots(list);
 }
 
 }  // namespace kavu

@@ -1,4 +1,4 @@
-// The forms of a PCM stream: gives the main window their editors, and the pictures their makers.
+// The forms of a PCM stream: gives the main window their editors.
 #pragma once
 
 #include <optional>
@@ -9,7 +9,6 @@ namespace kavu {
 class Application;
 struct FormContext;
 class MainWindow;
-class ScreenshotList;
 
 /// "Edit Stream Format Information": loads a stream, or without a name the one that the user
 /// chooses, and opens its sheet. The stream leaves the memory again when that closes. Kinds of
@@ -18,6 +17,5 @@ bool editStream(FormContext& form, Application& application,
                 const std::optional<std::string>& name = std::nullopt);
 
 void installPcmForms(MainWindow& window, Application& application);
-void addPcmScreenshots(ScreenshotList& list);
 
 }  // namespace kavu

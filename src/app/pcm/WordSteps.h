@@ -15,7 +15,6 @@ namespace kavu {
 
 class Application;
 class PcmFormat;
-class ScreenshotList;
 struct PcmFormSteps;
 
 /// What the edit of a measurement calls. What is not installed is not offered.
@@ -52,7 +51,5 @@ bool editMeasurementAt(FormContext& form, PcmFormat& format, const WordSteps& st
 /// must outlive the steps.
 void installWordSteps(PcmFormSteps& steps, FormContext& form, PcmFormat& format,
                       const WordSteps& words);
-
-void addWordScreenshots(ScreenshotList& list);
 
 }  // namespace kavu

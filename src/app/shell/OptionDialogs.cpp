@@ -2,7 +2,6 @@
 
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
-#include "app/framework/Screenshots.h"
 #include "core/talk/ProfileSettings.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Edition.h"
@@ -205,19 +204,6 @@ bool SampleRateDialog::calculate() const {
 
 int SampleRateDialog::digits() const {
     return digits_->currentIndex();
-}
-
-void addOptionScreenshots(ScreenshotList& list) {
-    list.add("TMATS_VERSIONS", [](ScreenshotStage& stage) {
-        VersionOptions options;
-        options.method = 2;
-        return std::make_unique<VersionDialog>(options, stage.form.edition, nullptr);
-    });
-    list.add("UPDATE_OPTIONS", [](ScreenshotStage& stage) {
-        return std::make_unique<UpdateDialog>(stage.form, nullptr);
-    });
-    list.add("SAMPLE_RATE_OPTIONS",
-             [](ScreenshotStage&) { return std::make_unique<SampleRateDialog>(true, 2, nullptr); });
 }
 
 }  // namespace kavu

@@ -13,8 +13,6 @@ class QRadioButton;
 
 namespace kavu {
 
-class ScreenshotList;
-
 /// "TMATS Version Numbers": the edition of files that do not tell theirs, and the edition
 /// in which documents are saved.
 class VersionDialog : public QDialog {
@@ -67,7 +65,5 @@ class SampleRateDialog : public QDialog {
     QCheckBox* calculate_ = nullptr;
     QComboBox* digits_ = nullptr;
 };
-
-void addOptionScreenshots(ScreenshotList& list);
 
 }  // namespace kavu

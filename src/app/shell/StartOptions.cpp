@@ -18,7 +18,6 @@ constexpr const char* kUsage =
     "  --settings FILE   use this settings file\n"
     "  --light, --dark   use this palette, not the desktop's\n"
     "  --no-splash       show no picture at the start and the end\n"
-    "  --screenshots DIR render pictures of all windows into DIR and end\n"
     "  --version, --help\n";
 
 /// Automation starts the program with these; then no window is shown.
@@ -68,9 +67,8 @@ StartOptions readStartOptions(const std::vector<std::string>& arguments) {
             options.print = "kavu " KAVU_VERSION "\n";
         } else if (argument == "--help" || argument == "-h") {
             options.print = kUsage;
-        } else if ((argument == "--settings" || argument == "--screenshots") &&
-                   i + 1 < arguments.size()) {
-            (argument == "--settings" ? options.settings : options.pictures) = arguments[++i];
+        } else if (argument == "--settings" && i + 1 < arguments.size()) {
+            options.settings = arguments[++i];
         } else {
             refuse("unknown option '" + argument + "'");
             return options;

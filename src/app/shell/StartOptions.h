@@ -12,7 +12,6 @@ namespace kavu {
 struct StartOptions {
     std::string file{};      ///< to open
     std::string settings{};  ///< in place of the settings file of the user
-    std::string pictures{};  ///< a folder: pictures of all windows go there, and that is all
     std::optional<look::Scheme> scheme{};
     bool splash = true;
     bool automation = false;  ///< started for automation: there is no interface to show

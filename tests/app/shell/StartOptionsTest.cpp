@@ -40,6 +40,7 @@ TEST(StartOptions, AnUnknownOptionAndASecondFileAreRefused) {
     EXPECT_THAT(unknown.print, HasSubstr("unknown option '--fast'"));
     EXPECT_TRUE(readStartOptions({"a.tma", "b.tma"}).wrong);
     EXPECT_TRUE(readStartOptions({"--settings"}).wrong);
+    EXPECT_TRUE(readStartOptions({"--screenshots", "out"}).wrong);
 }
 
 TEST(StartOptions, VersionAndHelpArePrinted) {
@@ -48,12 +49,10 @@ TEST(StartOptions, VersionAndHelpArePrinted) {
     EXPECT_FALSE(readStartOptions({"--help"}).wrong);
 }
 
-TEST(StartOptions, PaletteAndFoldersAreTaken) {
-    const auto options =
-        readStartOptions({"--dark", "--settings", "s.ini", "--screenshots", "out", "--no-splash"});
+TEST(StartOptions, PaletteAndSettingsAreTaken) {
+    const auto options = readStartOptions({"--dark", "--settings", "s.ini", "--no-splash"});
     EXPECT_EQ(options.scheme, look::Scheme::Dark);
     EXPECT_EQ(options.settings, "s.ini");
-    EXPECT_EQ(options.pictures, "out");
     EXPECT_FALSE(options.splash);
 }
 

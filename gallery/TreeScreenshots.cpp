@@ -1,9 +1,8 @@
-#include "app/shell/TreeScreenshots.h"
-
 #include "app/framework/Look.h"
-#include "app/framework/Screenshots.h"
 #include "app/shell/CommandPane.h"
 #include "app/shell/TreePanel.h"
+#include "gallery/Makers.h"
+#include "gallery/Screenshots.h"
 #include "groups/DocumentTree.h"
 #include "groups/MeasurementNames.h"
 

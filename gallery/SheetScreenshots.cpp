@@ -1,6 +1,3 @@
-#include "app/pcm/PcmSheetPictures.h"
-
-#include "app/framework/Screenshots.h"
 #include "app/pcm/AsyncDialogs.h"
 #include "app/pcm/AsyncPlaceDialogs.h"
 #include "app/pcm/IdCounterDialog.h"
@@ -8,6 +5,8 @@
 #include "app/pcm/SubframeDialog.h"
 #include "app/pcm/TaggedDataDialog.h"
 #include "core/TmatsDocument.h"
+#include "gallery/Makers.h"
+#include "gallery/Screenshots.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/model/PcmFormatFields.h"
 #include "pcm/model/SubframeCodes.h"

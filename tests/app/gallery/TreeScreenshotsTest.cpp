@@ -1,9 +1,9 @@
 #include "app/framework/Look.h"
-#include "app/framework/Screenshots.h"
-#include "app/shell/TreeScreenshots.h"
 #include "app/support/FormStage.h"
 #include "app/support/WidgetChecks.h"
 #include "core/document/OpenDocument.h"
+#include "gallery/Makers.h"
+#include "gallery/Screenshots.h"
 #include "support/TestApplication.h"
 
 #include <QApplication>

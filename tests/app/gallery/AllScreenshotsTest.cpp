@@ -1,11 +1,11 @@
-#include "app/Forms.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
-#include "app/framework/Screenshots.h"
 #include "app/shell/HelpTopics.h"
 #include "app/support/FormStage.h"
 #include "app/support/WidgetChecks.h"
 #include "core/document/OpenDocument.h"
+#include "gallery/Makers.h"
+#include "gallery/Screenshots.h"
 #include "support/TestApplication.h"
 
 #include <set>

@@ -1,11 +1,12 @@
 // The display of the sample's first stream, for the pictures.
 #include "app/framework/Look.h"
-#include "app/framework/Screenshots.h"
 #include "app/pcm/FrameKey.h"
 #include "app/pcm/MajorFrameDisplay.h"
 #include "app/pcm/MajorFrameNewCell.h"
 #include "app/pcm/MajorFrameWindow.h"
 #include "application/Application.h"
+#include "gallery/Makers.h"
+#include "gallery/Screenshots.h"
 #include "groups/DataSources.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/PcmLoad.h"

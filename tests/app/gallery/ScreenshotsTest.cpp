@@ -1,7 +1,9 @@
 #include "app/framework/Look.h"
-#include "app/framework/Screenshots.h"
+#include "app/framework/QtText.h"
 #include "app/support/FormStage.h"
 #include "app/support/WidgetChecks.h"
+#include "gallery/Makers.h"
+#include "gallery/Screenshots.h"
 
 #include <set>
 

@@ -1,16 +1,16 @@
-#include "app/shell/Pictures.h"
+#include "gallery/Pictures.h"
 
 #include "app/framework/DialogDoor.h"
 #include "app/framework/FormContext.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
-#include "app/framework/Screenshots.h"
 #include "app/shell/HelpWindow.h"
 #include "app/shell/MainWindow.h"
 #include "app/shell/TreePanel.h"
 #include "application/Application.h"
 #include "core/files/FileIo.h"
 #include "core/text/Printf.h"
+#include "gallery/Screenshots.h"
 
 #include <iostream>
 
@@ -21,8 +21,8 @@ namespace kavu {
 
 namespace {
 
-/// Nobody is there to answer a dialog.
-class NobodysDoor : public DialogDoor {
+/// There is no user to answer a dialog.
+class ClosedDoor : public DialogDoor {
   public:
     int run(QDialog&) override { return QDialog::Rejected; }
 };
@@ -77,7 +77,7 @@ int renderPictures(QApplication& toolkit, Application& application, const Screen
         renderer.fail(formatPrintf("Unable to make '%s': %s", status.path(), status.reason()));
         return 1;
     }
-    NobodysDoor door;
+    ClosedDoor door;
     {
         MainWindow window(application, door);
         if (!window.begin({.splash = false, .file = sample})) {

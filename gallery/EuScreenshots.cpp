@@ -1,12 +1,11 @@
-#include "app/conversion/EuScreenshots.h"
-
 #include "app/conversion/DefinitionList.h"
 #include "app/conversion/DefinitionWindow.h"
 #include "app/conversion/EuDialogs.h"
 #include "app/conversion/EuSheet.h"
-#include "app/framework/Screenshots.h"
 #include "application/Application.h"
 #include "conversion/ConversionStore.h"
+#include "gallery/Makers.h"
+#include "gallery/Screenshots.h"
 
 #include <memory>
 #include <optional>

@@ -1,4 +1,4 @@
-#include "app/framework/Screenshots.h"
+#include "gallery/Screenshots.h"
 
 #include <algorithm>
 #include <cassert>

@@ -6,11 +6,12 @@
 #include "app/framework/ProgressWindow.h"
 #include "app/framework/QtText.h"
 #include "app/framework/RowDialog.h"
-#include "app/framework/Screenshots.h"
 #include "app/framework/SelectDialogs.h"
 #include "app/framework/StandardDialogs.h"
 #include "app/framework/TreeEditor.h"
 #include "core/talk/Messages.h"
+#include "gallery/Makers.h"
+#include "gallery/Screenshots.h"
 
 #include <array>
 
@@ -28,7 +29,7 @@ constexpr auto kClasses = std::to_array<Choice>({
     {.value = "S", .text = "Secret"},
 });
 
-// A page as groups have them; its codes are nobody's.
+// A page as groups have them; its codes belong to no group.
 constexpr auto kSampleFields = std::to_array<Field>({
     {.code = "XN", .label = "Program Name:", .page = "SampleFields", .limit = 16},
     {.code = "XI", .label = "Test Item:", .page = "SampleFields", .limit = 64},

@@ -1,5 +1,4 @@
 // Sample content for the pictures of the windows of measurements.
-#include "app/framework/Screenshots.h"
 #include "app/pcm/CommentDialog.h"
 #include "app/pcm/DefinitionOptionsDialog.h"
 #include "app/pcm/EditDataWordDialog.h"
@@ -9,6 +8,8 @@
 #include "app/pcm/WordFrameEntryDialog.h"
 #include "app/pcm/WordSteps.h"
 #include "core/TmatsDocument.h"
+#include "gallery/Makers.h"
+#include "gallery/Screenshots.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/edit/MeasurementEditDefinition.h"
 #include "pcm/structure/SubframeEdit.h"

@@ -1,16 +1,15 @@
-#include "app/conversion/PairSetScreenshots.h"
-
 #include "app/conversion/PairSetImportDialog.h"
 #include "app/conversion/PairSetPanel.h"
 #include "app/conversion/PlotAttributesDialog.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
-#include "app/framework/Screenshots.h"
 #include "application/Application.h"
 #include "conversion/DefinitionEdit.h"
 #include "conversion/PairSetPage.h"
 #include "core/talk/ProfileSettings.h"
 #include "core/text/Printf.h"
+#include "gallery/Makers.h"
+#include "gallery/Screenshots.h"
 
 #include <cmath>
 #include <memory>
@@ -46,7 +45,7 @@ PairSet narrowPairs() {
     return pairs;
 }
 
-/// The panel as it stands in the window of the type. It keeps what it shows, so that the
+/// The panel as it is in the window of the type. It keeps what it shows, so that the
 /// record it was filled from may go.
 std::unique_ptr<QWidget> makePanel(ScreenshotStage& stage, const PairSet& pairs, int order,
                                    bool plot) {

@@ -35,7 +35,7 @@ class ScreenshotList {
   public:
     /// REQUIRES: the name is not in the list.
     void add(std::string name, std::function<std::unique_ptr<QWidget>(ScreenshotStage&)> make);
-    /// One picture for each page of a sheet, named by the page; the sheet is made anew for
+    /// One picture for each page of a sheet, named by the page; the sheet is made again for
     /// each of them. `names` are the resource names in the order of the pages.
     void addSheet(const std::vector<std::string>& names,
                   const std::function<std::unique_ptr<PropertySheet>(ScreenshotStage&)>& make);
@@ -45,8 +45,5 @@ class ScreenshotList {
   private:
     std::vector<Screenshot> entries_;
 };
-
-/// The windows of the framework.
-void addFrameworkScreenshots(ScreenshotList& list);
 
 }  // namespace kavu

@@ -1,0 +1,16 @@
+#include "gallery/Makers.h"
+namespace kavu {
+
+void addAllScreenshots(ScreenshotList& list) {
+    addFrameworkScreenshots(list);
+    addOptionScreenshots(list);
+    addTreeScreenshots(list);
+    addGroupScreenshots(list);
+    addEuScreenshots(list);
+    addPairSetScreenshots(list);
+    addSheetScreenshots(list);
+    addWordScreenshots(list);
+    addDisplayScreenshots(list);
+}
+
+}  // namespace kavu

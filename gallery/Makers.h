@@ -1,0 +1,24 @@
+// Who fills the list of windows: one function for each folder of forms, or where a folder has
+// many windows for each family of them.
+#pragma once
+
+namespace kavu {
+
+class ScreenshotList;
+
+void addFrameworkScreenshots(ScreenshotList& list);
+void addOptionScreenshots(ScreenshotList& list);
+void addTreeScreenshots(ScreenshotList& list);
+void addGroupScreenshots(ScreenshotList& list);
+void addEuScreenshots(ScreenshotList& list);
+void addPairSetScreenshots(ScreenshotList& list);
+/// The sheet of a stream and the dialogs that it opens.
+void addSheetScreenshots(ScreenshotList& list);
+/// The windows of measurements.
+void addWordScreenshots(ScreenshotList& list);
+void addDisplayScreenshots(ScreenshotList& list);
+
+/// Every window, page and dialog of the program.
+void addAllScreenshots(ScreenshotList& list);
+
+}  // namespace kavu
