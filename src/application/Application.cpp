@@ -1,5 +1,6 @@
 #include "application/Application.h"
 
+#include "application/DocumentService.h"
 #include "conversion/ConversionCopies.h"
 #include "conversion/ConversionLoader.h"
 #include "conversion/ConversionStore.h"
@@ -7,7 +8,6 @@
 #include "conversion/DefinitionEdit.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
-#include "core/document/BuildDocument.h"
 #include "core/document/DocumentFiles.h"
 #include "core/document/DocumentHistory.h"
 #include "core/document/KeyValueStore.h"
@@ -88,7 +88,8 @@ Application::Application(Environment environment, const Clock& clock, RandomSour
     : environment_(std::move(environment)),
       clock_(clock),
       random_(random),
-      settingsPath_(std::move(settingsPath)) {}
+      settingsPath_(std::move(settingsPath)),
+      documents_(std::make_unique<DocumentService>(*this)) {}
 
 Application::~Application() = default;
 
@@ -147,7 +148,7 @@ bool Application::shutDown(UserInterface* parent) {
     if (parts_ == nullptr || starts_ == 0) {
         return true;
     }
-    if (parts_->document.open && closeDocument(parts_->context, parent) == CloseResult::Cancelled) {
+    if (!documents_->close(parent)) {
         return false;
     }
     parts_->settings.writeInteger("MDBAddRoot", parts_->held.mdbAddRoot);
@@ -242,6 +243,9 @@ void Application::keepRecentFiles() {
 
 DocumentContext& Application::context() {
     return parts_->context;
+}
+DocumentService& Application::documents() {
+    return *documents_;
 }
 ConversionStore& Application::conversions() {
     return parts_->conversions;

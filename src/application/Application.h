@@ -15,6 +15,7 @@
 namespace kavu {
 
 class ConversionStore;
+class DocumentService;
 class IoStatus;
 class MeasurementNames;
 struct VersionOptions;
@@ -44,6 +45,8 @@ class Application {
 
     /// REQUIRES: `startUp` has succeeded.
     [[nodiscard]] DocumentContext& context();
+    /// What is done to the open document as a whole. Valid as long as the application.
+    [[nodiscard]] DocumentService& documents();
     [[nodiscard]] ConversionStore& conversions();
     [[nodiscard]] MeasurementNames& measurementNames();
     /// The one stream that can be in memory, and what its load needs of other folders.
@@ -97,6 +100,7 @@ class Application {
     std::function<std::optional<bool>(UserInterface&, bool wordFrame)> definitionModeStep_;
     int starts_ = 0;
     std::unique_ptr<Parts> parts_;
+    std::unique_ptr<DocumentService> documents_;
 };
 
 }  // namespace kavu

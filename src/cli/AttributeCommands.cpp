@@ -1,11 +1,11 @@
 // The vocabulary of a group, and commands of attribute groups read and set by their codes.
 #include "application/Application.h"
+#include "application/DocumentService.h"
 #include "application/DocumentVocabularies.h"
 #include "cli/Commands.h"
 #include "cli/ScriptedInterface.h"
 #include "cli/TerminalText.h"
 #include "core/TmatsDocument.h"
-#include "core/document/BuildDocument.h"
 #include "core/text/Edition.h"
 #include "core/text/Text.h"
 #include "groups/AttributeEdit.h"
@@ -150,7 +150,7 @@ bool setCommand(CommandContext& context, CommandOutput& output) {
         return false;
     }
     output.changed = document.document.changed;  // the save clears it
-    if (!saveDocumentTo(document, context.ui, context.line.output)) {
+    if (!context.application.documents().saveTo(context.ui, context.line.output)) {
         return false;
     }
     output.members["output"] = jsonText(context.line.output);

@@ -1,11 +1,11 @@
 #include "cli/Commands.h"
 
 #include "application/Application.h"
+#include "application/DocumentService.h"
 #include "application/Recovery.h"
 #include "cli/TerminalText.h"
 #include "conversion/ConversionStore.h"
 #include "core/WorkingStore.h"
-#include "core/document/BuildDocument.h"
 #include "core/files/FileIo.h"
 #include "core/talk/ProfileSettings.h"
 #include "core/text/Printf.h"
@@ -38,7 +38,7 @@ bool prepareSave(CommandContext& context) {
 bool saveCommand(CommandContext& context, CommandOutput& output) {
     auto& document = context.application.context();
     output.changed = document.document.changed;  // the save clears it
-    if (!saveDocumentTo(document, context.ui, context.line.output)) {
+    if (!context.application.documents().saveTo(context.ui, context.line.output)) {
         return false;
     }
     output.members["output"] = jsonText(context.line.output);

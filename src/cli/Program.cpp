@@ -1,6 +1,7 @@
 #include "cli/Program.h"
 
 #include "application/Application.h"
+#include "application/DocumentService.h"
 #include "cli/CommandLine.h"
 #include "cli/Commands.h"
 #include "cli/JsonReport.h"
@@ -8,7 +9,6 @@
 #include "cli/TerminalText.h"
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
-#include "core/document/OpenDocument.h"
 #include "core/files/FileIo.h"
 #include "core/text/Clock.h"
 #include "core/text/Edition.h"
@@ -94,7 +94,7 @@ class Run {
     /// On a run that could not go on the working store must go too.
     ~Run() {
         if (started_) {
-            application_.context().document.changed = false;
+            application_.documents().discard(nullptr);
             (void)application_.shutDown(nullptr);
         }
     }
@@ -136,7 +136,7 @@ class Run {
         if (!command.prepare(context_)) {
             return false;
         }
-        file_.opened = openFromName(application_.context(), &ui_, line_.file);
+        file_.opened = application_.documents().openNamed(&ui_, line_.file);
         file_.version = document.version;
         if (!file_.opened) {
             return false;
@@ -176,7 +176,7 @@ class Run {
         if (started_) {
             // The document is what the user has on the disk; a command that does not save
             // has nothing to ask on leaving.
-            application_.context().document.changed = false;
+            application_.documents().discard(&ui_);
         }
         return application_.shutDown(&ui_);
     }

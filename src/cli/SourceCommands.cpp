@@ -1,11 +1,11 @@
 // The commands that change the set of data sources of a document. Each runs the operation of
 // the editor; what its prompts would ask for stands on the command line.
 #include "application/Application.h"
+#include "application/DocumentService.h"
 #include "cli/Commands.h"
 #include "cli/ScriptedInterface.h"
 #include "cli/TerminalText.h"
 #include "core/TmatsDocument.h"
-#include "core/document/BuildDocument.h"
 #include "groups/DocumentTree.h"
 #include "groups/SourceEdit.h"
 
@@ -94,7 +94,7 @@ bool sourceCommand(CommandContext& context, CommandOutput& output) {
     }
     output.changed = document.document.changed;  // the save clears it
     const auto tree = readDocumentTree(document, context.ui);
-    if (!saveDocumentTo(document, context.ui, context.line.output)) {
+    if (!context.application.documents().saveTo(context.ui, context.line.output)) {
         return false;
     }
     output.members["output"] = jsonText(context.line.output);

@@ -1,10 +1,10 @@
 #include "application/Application.h"
+#include "application/DocumentService.h"
 #include "cli/Commands.h"
 #include "cli/ScriptedInterface.h"
 #include "cli/StreamReport.h"
 #include "cli/TerminalText.h"
 #include "core/TmatsDocument.h"
-#include "core/document/BuildDocument.h"
 #include "core/text/Printf.h"
 #include "groups/GroupScan.h"
 #include "pcm/PcmFormat.h"
@@ -57,7 +57,7 @@ bool saveStream(CommandContext& context, CommandOutput& output) {
         return false;
     }
     output.changed = true;
-    if (!saveDocumentTo(application.context(), context.ui, context.line.output)) {
+    if (!application.documents().saveTo(context.ui, context.line.output)) {
         return false;
     }
     output.members["output"] = jsonText(context.line.output);

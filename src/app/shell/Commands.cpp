@@ -25,7 +25,8 @@ constexpr auto kCommands = std::to_array<CommandRow>({
      .icon = "new",
      .keys = "Ctrl+N",
      .inToolBar = true,
-     .builtIn = true},
+     .builtIn = true,
+     .operation = OperationId::Create},
     {.id = Open,
      .menu = File,
      .submenu = {},
@@ -33,7 +34,8 @@ constexpr auto kCommands = std::to_array<CommandRow>({
      .icon = "open",
      .keys = "Ctrl+O",
      .inToolBar = true,
-     .builtIn = true},
+     .builtIn = true,
+     .operation = OperationId::Open},
     {.id = Save,
      .menu = File,
      .submenu = {},
@@ -42,21 +44,24 @@ constexpr auto kCommands = std::to_array<CommandRow>({
      .keys = "Ctrl+S",
      .separatorBefore = true,
      .inToolBar = true,
-     .builtIn = true},
+     .builtIn = true,
+     .operation = OperationId::Save},
     {.id = SaveAs,
      .menu = File,
      .submenu = {},
      .text = "Save TMATS File &As...",
      .icon = "save-as",
      .keys = "Ctrl+Shift+S",
-     .builtIn = true},
+     .builtIn = true,
+     .operation = OperationId::SaveAs},
     {.id = Close,
      .menu = File,
      .submenu = {},
      .text = "C&lose TMATS File",
      .icon = "close",
      .keys = "Ctrl+W",
-     .builtIn = true},
+     .builtIn = true,
+     .operation = OperationId::Close},
     {.id = Exit,
      .menu = File,
      .submenu = {},
@@ -71,67 +76,83 @@ constexpr auto kCommands = std::to_array<CommandRow>({
      .text = "&General Information",
      .icon = "general",
      .keys = "Ctrl+1",
-     .inToolBar = true},
+     .inToolBar = true,
+     .operation = OperationId::EditGeneral},
     {.id = Transmission,
      .menu = Edit,
      .submenu = {},
      .text = "&Transmission Attributes",
      .icon = "rf",
      .keys = "Ctrl+2",
-     .inToolBar = true},
+     .inToolBar = true,
+     .operation = OperationId::EditTransmission},
     {.id = Recorder,
      .menu = Edit,
      .submenu = {},
      .text = "&Recorder/Reproducer Attributes",
      .icon = "tape",
      .keys = "Ctrl+3",
-     .inToolBar = true},
+     .inToolBar = true,
+     .operation = OperationId::EditRecorder},
     {.id = Multiplex,
      .menu = Edit,
      .submenu = {},
      .text = "&Multiplexing/Modulation",
      .icon = "multiplex",
      .keys = "Ctrl+4",
-     .inToolBar = true},
+     .inToolBar = true,
+     .operation = OperationId::EditMultiplex},
     {.id = Stream,
      .menu = Edit,
      .submenu = {},
      .text = "&Stream Format Information",
      .icon = "stream",
      .keys = "Ctrl+5",
-     .inToolBar = true},
+     .inToolBar = true,
+     .operation = OperationId::EditStream},
     {.id = Conversion,
      .menu = Edit,
      .submenu = {},
      .text = "&Data Conversion Information",
      .icon = "conversion",
      .keys = "Ctrl+6",
-     .inToolBar = true},
+     .inToolBar = true,
+     .operation = OperationId::EditConversion},
     {.id = Hardware,
      .menu = Edit,
      .submenu = {},
      .text = "Airborne &Hardware Information",
      .icon = "hardware",
-     .keys = "Ctrl+7"},
+     .keys = "Ctrl+7",
+     .operation = OperationId::EditHardware},
     {.id = Vendor,
      .menu = Edit,
      .submenu = {},
      .text = "&Vendor Specific Information",
      .icon = "vendor",
-     .keys = "Ctrl+8"},
-    {.id = Pam, .menu = Edit, .submenu = {}, .text = "&PAM", .icon = "pam", .keys = "Ctrl+9"},
+     .keys = "Ctrl+8",
+     .operation = OperationId::EditVendor},
+    {.id = Pam,
+     .menu = Edit,
+     .submenu = {},
+     .text = "&PAM",
+     .icon = "pam",
+     .keys = "Ctrl+9",
+     .operation = OperationId::EditPam},
     {.id = Plots,
      .menu = Reports,
      .submenu = {},
      .text = "Display &Plots For Multiple Measurements",
      .icon = "plot",
-     .keys = {}},
+     .keys = {},
+     .operation = OperationId::ShowPlots},
     {.id = CalibrationReports,
      .menu = Reports,
      .submenu = {},
      .text = "Print All &Calibration Reports",
      .icon = "print",
-     .keys = {}},
+     .keys = {},
+     .operation = OperationId::PrintCalibrations},
     {.id = ReportOptions,
      .menu = Reports,
      .submenu = {},
@@ -235,7 +256,8 @@ constexpr auto kCommands = std::to_array<CommandRow>({
      .text = "&IRIG TMATS File Version Numbers",
      .icon = {},
      .keys = {},
-     .builtIn = true},
+     .builtIn = true,
+     .operation = OperationId::ChangeEdition},
     {.id = AllowSameNames,
      .menu = Options,
      .submenu = kSameNames,
@@ -351,10 +373,6 @@ constexpr auto kOwnPrompts = std::to_array<OwnPrompt>({
     {CollapseChildren, "Collapse the selected branch and all branches below it"},
 });
 
-constexpr int kFirstHardwareEdition = 1996;
-constexpr int kFirstVendorEdition = 2004;
-constexpr int kFirstMessageEdition = 2009;
-
 }  // namespace
 
 std::span<const CommandRow> commandTable() {
@@ -399,39 +417,20 @@ std::string_view submenuPrompt(std::string_view submenu) {
     return submenu == kBackups ? "Choose if a file is copied before it is overwritten" : "";
 }
 
-bool documentAllows(CommandId id, const DocumentFacts& facts) {
+bool windowAllows(CommandId id, const WindowFacts& facts) {
     switch (id) {
-        case Save:
-        case SaveAs:
-        case Close:
-        case General:
-        case Conversion:
-        case Pam:
-        case Plots:
-        case CalibrationReports:
         case ExpandAll:
         case CollapseAll:
-            return facts.open;
-        case Hardware:
-            return facts.open && facts.version >= kFirstHardwareEdition;
-        case Vendor:
-            return facts.open && facts.version >= kFirstVendorEdition;
-        case Transmission:
-            return facts.open && facts.hasRadioSource;
-        case Recorder:
-            return facts.open && facts.hasTapeSource;
-        case Multiplex:
-            return facts.open && (facts.hasRadioSource || facts.hasTapeSource);
-        case Stream:
-            return facts.open && (facts.hasDataLink || (facts.version >= kFirstMessageEdition &&
-                                                        facts.hasMessageStream));
+            return facts.document.open;
         case ExpandBranch:
         case ExpandChildren:
         case CollapseBranch:
         case CollapseChildren:
-            return facts.open && facts.treeItemSelected;
-        default:
-            return true;
+            return facts.document.open && facts.treeItemSelected;
+        default: {
+            const auto& operation = commandRow(id).operation;
+            return !operation || allows(*operation, facts.document);
+        }
     }
 }
 

@@ -2,6 +2,9 @@
 // can be given. The menus, the tool bar and the tests walk this one table.
 #pragma once
 
+#include "application/DocumentFacts.h"
+
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -71,6 +74,9 @@ struct CommandRow {
     bool inToolBar = false;
     /// Done by the main window itself; all others need an editor to be installed.
     bool builtIn = false;
+    /// What it does to the document, which must allow it. Nothing for the commands of the
+    /// program itself.
+    std::optional<OperationId> operation{};
 };
 
 [[nodiscard]] std::span<const CommandRow> commandTable();
@@ -80,18 +86,14 @@ struct CommandRow {
 [[nodiscard]] std::string_view menuPrompt(MenuId menu);
 [[nodiscard]] std::string_view submenuPrompt(std::string_view submenu);
 
-/// What the enabling rules ask of the open document.
-struct DocumentFacts {
-    bool open = false;
-    int version = 2011;
-    bool hasRadioSource = false;
-    bool hasTapeSource = false;
-    bool hasDataLink = false;
-    bool hasMessageStream = false;  ///< an S file, from 106-09 on
+/// What decides which commands can be given.
+struct WindowFacts {
+    DocumentFacts document{};
     bool treeItemSelected = false;
 };
-/// Tells if the document allows a command; whether its editor exists is another question.
-[[nodiscard]] bool documentAllows(CommandId id, const DocumentFacts& facts);
+/// Whether the document and the tree allow a command; whether its editor exists is another
+/// question.
+[[nodiscard]] bool windowAllows(CommandId id, const WindowFacts& facts);
 
 /// The prompt for the status bar: the text of that number, else our own.
 [[nodiscard]] std::string commandPrompt(CommandId id);

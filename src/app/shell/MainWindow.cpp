@@ -11,7 +11,6 @@
 #include "application/Application.h"
 #include "conversion/ConversionStore.h"
 #include "core/WorkingStore.h"
-#include "core/document/GroupFiles.h"
 #include "core/files/FileIo.h"
 #include "core/talk/ProfileSettings.h"
 #include "core/talk/RecentFiles.h"
@@ -40,15 +39,6 @@ namespace {
 
 constexpr int kMostFileCharacters = 60;
 constexpr int kProgressCharacters = 10;
-
-bool hasMessageFile(const WorkingStore& store) {
-    for (int index = 1; index <= kMostGroupIndex; ++index) {
-        if (fileExists(store.pathOf(groupFile('S', index)))) {
-            return true;
-        }
-    }
-    return false;
-}
 
 }  // namespace
 
@@ -258,7 +248,7 @@ void MainWindow::run(CommandId id) {
 void MainWindow::updateActions() {
     for (const auto& [id, entry] : commands_) {
         const bool installed = handlers_.contains(id);
-        entry->setEnabled(installed && documentAllows(id, facts_));
+        entry->setEnabled(installed && windowAllows(id, facts_));
         auto prompt = commandPrompt(id);
         if (!installed) {
             prompt += kNotAvailable;
@@ -305,11 +295,9 @@ void MainWindow::refresh() {
 }
 
 void MainWindow::rebuildTree() {
-    facts_ = {};
     auto& context = application_.context();
-    facts_.open = context.document.open;
-    facts_.version = context.document.version;
-    if (!facts_.open) {
+    facts_ = {};
+    if (!context.document.open) {
         tree_->clear();
         pane_->clear();
         updateActions();
@@ -318,13 +306,8 @@ void MainWindow::rebuildTree() {
     const ProgressScope progress(ui_.get(), ProgressMode::WithoutCancel, false);
     ui_->setProgressText("Rebulding Tree View");
     const auto tree = readDocumentTree(context, ui_.get());
-    for (const auto& source : tree.dataSources) {
-        facts_.hasRadioSource = facts_.hasRadioSource || source.sourceClass == 'R';
-        facts_.hasTapeSource = facts_.hasTapeSource || source.sourceClass == 'T';
-        facts_.hasDataLink = facts_.hasDataLink || !source.links.empty();
-    }
-    facts_.hasMessageStream = hasMessageFile(context.store);
-    const auto branch = [this](CommandId id) { return documentAllows(id, facts_); };
+    facts_.document = factsOf(context, tree);
+    const auto branch = [this](CommandId id) { return windowAllows(id, facts_); };
     tree_->rebuild(
         tree, application_.conversions().definitionNames(-1).value_or(std::vector<std::string>()),
         {.general = branch(CommandId::General),
@@ -341,7 +324,7 @@ void MainWindow::rebuildTree() {
 }
 
 DocumentContext* MainWindow::document() {
-    return facts_.open ? &application_.context() : nullptr;
+    return facts_.document.open ? &application_.context() : nullptr;
 }
 
 FormContext MainWindow::formContext() {

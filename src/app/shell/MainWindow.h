@@ -4,7 +4,6 @@
 
 #include "app/framework/QtInterface.h"
 #include "app/shell/Commands.h"
-#include "app/shell/DocumentActions.h"
 #include "app/shell/TreeItem.h"
 
 #include <functional>
@@ -76,7 +75,7 @@ class MainWindow : public QMainWindow {
     [[nodiscard]] TreePanel& tree() { return *tree_; }
     [[nodiscard]] CommandPane& pane() { return *pane_; }
     [[nodiscard]] NoteBar& noteBar() { return *noteBar_; }
-    [[nodiscard]] const DocumentFacts& facts() const { return facts_; }
+    [[nodiscard]] const WindowFacts& facts() const { return facts_; }
     /// The open document, or null.
     [[nodiscard]] DocumentContext* document();
     /// What every form of the open document is given.
@@ -126,11 +125,10 @@ class MainWindow : public QMainWindow {
     Application& application_;
     DialogDoor& door_;
     std::unique_ptr<QtInterface> ui_;
-    std::unique_ptr<DocumentActions> actions_;
     std::map<CommandId, QAction*> commands_;
     std::map<CommandId, std::function<void()>> handlers_;
     std::map<TreeAction, std::function<void(const TreeItem&)>> treeHandlers_;
-    DocumentFacts facts_;
+    WindowFacts facts_;
     std::vector<std::string> notes_;
     bool started_ = false;
     bool splash_ = false;  ///< the picture is shown at the start and at the end

@@ -7,6 +7,7 @@
 #include "app/shell/NoteBar.h"
 #include "app/shell/TreePanel.h"
 #include "application/Application.h"
+#include "application/DocumentService.h"
 #include "application/Recovery.h"
 #include "core/WorkingStore.h"
 #include "core/talk/Messages.h"
@@ -141,12 +142,11 @@ bool MainWindow::begin(const BeginOptions& options) {
     }
     started_ = true;
     application_.keepRecentFiles();
-    actions_ = std::make_unique<DocumentActions>(application_, *ui_);
     makeDocumentArea();
     auto& steps = application_.context().steps;
     steps.updateDocumentMenus = [this] {
-        facts_.open = application_.context().document.open;
-        facts_.version = application_.context().document.version;
+        facts_.document.open = application_.context().document.open;
+        facts_.document.version = application_.context().document.version;
         updateTitle();
         updateActions();
     };
@@ -205,7 +205,7 @@ void MainWindow::offerRecovery() {
             .arg(when),
         {{"recover", QStringLiteral("Re&cover..."),
           [this, folder] {
-              actions_->recover(folder);
+              application_.documents().recover(ui_.get(), folder);
               refresh();
               showNotes();
           }},
@@ -226,7 +226,7 @@ bool MainWindow::maySessionEnd() {
         });
         return false;
     }
-    return !application_.context().document.changed || actions_->close();
+    return !application_.context().document.changed || application_.documents().close(ui_.get());
 }
 
 bool MainWindow::quit() {
@@ -241,7 +241,7 @@ bool MainWindow::quit() {
     if (application_.context().document.open) {
         // It goes away with the question's Cancel as with the program's end.
         const auto splash = splash_ ? showSplash() : nullptr;
-        if (!actions_->close()) {
+        if (!application_.documents().close(ui_.get())) {
             return false;
         }
     }

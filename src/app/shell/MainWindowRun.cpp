@@ -11,6 +11,7 @@
 #include "app/shell/TreePanel.h"
 #include "application/AboutText.h"
 #include "application/Application.h"
+#include "application/DocumentService.h"
 #include "core/files/FileIo.h"
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
@@ -65,7 +66,7 @@ std::optional<NamedGroup> groupNamedIn(std::string_view line) {
 
 bool MainWindow::openNamed(const std::string& name) {
     // The load has built the tree, and its failure has emptied it.
-    const bool opened = actions_->openNamed(name);
+    const bool opened = application_.documents().openNamed(ui_.get(), name);
     updateTitle();
     updateChecks();
     showNotes();
@@ -74,9 +75,9 @@ bool MainWindow::openNamed(const std::string& name) {
 
 void MainWindow::installBuiltIn() {
     // What opens or closes a document builds the tree; a save changes what the pane shows.
-    const auto onDocument = [this](bool (DocumentActions::*act)(), bool treeIsBuilt) {
+    const auto onDocument = [this](bool (DocumentService::*act)(UserInterface*), bool treeIsBuilt) {
         return [this, act, treeIsBuilt] {
-            (actions_.get()->*act)();
+            (application_.documents().*act)(ui_.get());
             if (!treeIsBuilt) {
                 rebuildTree();
             }
@@ -84,11 +85,11 @@ void MainWindow::installBuiltIn() {
             updateChecks();
         };
     };
-    handlers_[CommandId::CreateNew] = onDocument(&DocumentActions::create, true);
-    handlers_[CommandId::Open] = onDocument(&DocumentActions::open, true);
-    handlers_[CommandId::Save] = onDocument(&DocumentActions::save, false);
-    handlers_[CommandId::SaveAs] = onDocument(&DocumentActions::saveAs, false);
-    handlers_[CommandId::Close] = onDocument(&DocumentActions::close, true);
+    handlers_[CommandId::CreateNew] = onDocument(&DocumentService::create, true);
+    handlers_[CommandId::Open] = onDocument(&DocumentService::open, true);
+    handlers_[CommandId::Save] = onDocument(&DocumentService::save, false);
+    handlers_[CommandId::SaveAs] = onDocument(&DocumentService::saveAs, false);
+    handlers_[CommandId::Close] = onDocument(&DocumentService::close, true);
     handlers_[CommandId::Exit] = [this] { close(); };
     handlers_[CommandId::SampleRateOptions] = [this] { editSampleRates(); };
     handlers_[CommandId::Precision] = [this] { choosePrecision(); };
@@ -204,7 +205,7 @@ void MainWindow::editVersions() {
     VersionDialog dialog(readVersionOptions(context),
                          context.document.open ? context.document.version : 0, ui_->dialogParent());
     if (runDialog(door_, dialog) == QDialog::Accepted) {
-        actions_->setVersions(dialog.options());
+        application_.documents().setVersions(ui_.get(), dialog.options());
         refresh();
     }
 }
@@ -278,7 +279,7 @@ bool MainWindow::selectGroup(char letter, int index) {
         return true;
     }
     constexpr std::string_view kOfStreams = "PDBSA";
-    if (!facts_.open || kOfStreams.find(letter) == std::string_view::npos) {
+    if (!facts_.document.open || kOfStreams.find(letter) == std::string_view::npos) {
         return false;
     }
     const GroupNames streams(application_.context(), nullptr, letter);
@@ -336,9 +337,9 @@ void MainWindow::checkDisk() {
         return;
     }
     checkingDisk_ = true;
-    const auto before = actions_->diskState();
-    if (before != DocumentActions::DiskState::Same) {
-        actions_->checkDisk();
+    auto& documents = application_.documents();
+    if (documents.diskState() != DocumentService::DiskState::Same) {
+        documents.checkDisk(ui_.get());
         refresh();
     }
     checkingDisk_ = false;

@@ -33,50 +33,33 @@ TEST(Commands, PromptsComeFromTheTableOfMessagesWhereItHasThem) {
 struct RuleCase {
     CommandId id;
     const char* what;
-    DocumentFacts facts;
+    WindowFacts facts;
     bool allowed;
 };
 
 class CommandRules : public testing::TestWithParam<RuleCase> {};
 
-TEST_P(CommandRules, AllowACommandAsTheDocumentIs) {
-    EXPECT_EQ(documentAllows(GetParam().id, GetParam().facts), GetParam().allowed)
-        << GetParam().what;
+TEST_P(CommandRules, AllowACommandAsTheDocumentAndTheTreeAre) {
+    EXPECT_EQ(windowAllows(GetParam().id, GetParam().facts), GetParam().allowed) << GetParam().what;
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Cases, CommandRules,
     testing::Values(
-        RuleCase{Open, "always", {}, true}, RuleCase{CreateNew, "always", {}, true},
-        RuleCase{Save, "nothing to save", {}, false}, RuleCase{Save, "open", {.open = true}, true},
-        RuleCase{SaveAs, "nothing to save", {}, false},
-        RuleCase{Close, "nothing to close", {}, false},
-        RuleCase{Close, "open", {.open = true}, true}, RuleCase{General, "no document", {}, false},
-        RuleCase{General, "open", {.open = true}, true},
-        RuleCase{Hardware, "from 1996", {.open = true, .version = 1996}, true},
-        RuleCase{Hardware, "before 1996", {.open = true, .version = 1995}, false},
-        RuleCase{Vendor, "before 2004", {.open = true, .version = 2001}, false},
-        RuleCase{Vendor, "from 2004", {.open = true, .version = 2004}, true},
-        RuleCase{Transmission, "no RF source", {.open = true, .hasTapeSource = true}, false},
-        RuleCase{Transmission, "an RF source", {.open = true, .hasRadioSource = true}, true},
-        RuleCase{Recorder, "no tape source", {.open = true, .hasRadioSource = true}, false},
-        RuleCase{Recorder, "a tape source", {.open = true, .hasTapeSource = true}, true},
-        RuleCase{Multiplex, "neither", {.open = true}, false},
-        RuleCase{Multiplex, "one of either", {.open = true, .hasTapeSource = true}, true},
-        RuleCase{Stream, "no link", {.open = true}, false},
-        RuleCase{Stream, "a link", {.open = true, .hasDataLink = true}, true},
-        RuleCase{Stream,
-                 "messages from 2009",
-                 {.open = true, .version = 2009, .hasMessageStream = true},
-                 true},
-        RuleCase{Stream,
-                 "messages before 2009",
-                 {.open = true, .version = 2007, .hasMessageStream = true},
-                 false},
+        RuleCase{Open, "always", {}, true}, RuleCase{About, "always", {}, true},
+        RuleCase{Save, "nothing to save", {}, false},
+        RuleCase{Save, "open", {.document = {.open = true}}, true},
+        RuleCase{
+            Hardware, "as its operation", {.document = {.open = true, .version = 1995}}, false},
+        RuleCase{
+            Stream, "as its operation", {.document = {.open = true, .hasDataLink = true}}, true},
         RuleCase{ExpandAll, "no document", {}, false},
-        RuleCase{CollapseAll, "open", {.open = true}, true},
-        RuleCase{ExpandBranch, "nothing selected", {.open = true}, false},
-        RuleCase{ExpandBranch, "selected", {.open = true, .treeItemSelected = true}, true}));
+        RuleCase{CollapseAll, "open", {.document = {.open = true}}, true},
+        RuleCase{ExpandBranch, "nothing selected", {.document = {.open = true}}, false},
+        RuleCase{ExpandBranch,
+                 "selected",
+                 {.document = {.open = true}, .treeItemSelected = true},
+                 true}));
 
 }  // namespace
 }  // namespace kavu

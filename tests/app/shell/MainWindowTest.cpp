@@ -157,11 +157,11 @@ TEST_F(MainWindowTest, EveryMenuAndSubmenuHasAPrompt) {
 
 TEST_F(MainWindowTest, FactsComeFromTheSourcesOfTheDocument) {
     begin(path);
-    EXPECT_TRUE(window->facts().hasRadioSource);
-    EXPECT_TRUE(window->facts().hasTapeSource);
-    EXPECT_TRUE(window->facts().hasDataLink);
+    EXPECT_TRUE(window->facts().document.hasRadioSource);
+    EXPECT_TRUE(window->facts().document.hasTapeSource);
+    EXPECT_TRUE(window->facts().document.hasDataLink);
     window->run(Close);
-    EXPECT_FALSE(window->facts().hasRadioSource);
+    EXPECT_FALSE(window->facts().document.hasRadioSource);
     EXPECT_FALSE(document().open);
 }
 

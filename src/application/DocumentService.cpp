@@ -1,4 +1,4 @@
-#include "app/shell/DocumentActions.h"
+#include "application/DocumentService.h"
 
 #include "application/Application.h"
 #include "application/Recovery.h"
@@ -7,71 +7,81 @@
 #include "core/files/FileIo.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Printf.h"
+#include "groups/DocumentTree.h"
 #include "groups/Migration.h"
 
 #include <vector>
 
 namespace kavu {
 
-DocumentActions::DocumentActions(Application& application, UserInterface& ui)
-    : application_(application), ui_(ui) {}
+DocumentService::DocumentService(Application& application) : application_(application) {}
 
-void DocumentActions::rememberDisk() {
+void DocumentService::rememberDisk() {
     const auto& document = application_.context().document;
     watched_ = document.open ? document.path : std::string();
     stamp_ = watched_.empty() ? std::string() : fileStamp(watched_);
 }
 
-bool DocumentActions::settled(bool good) {
+bool DocumentService::settled(bool good) {
     if (good) {
         rememberDisk();
     }
     return good;
 }
 
-bool DocumentActions::create() {
+bool DocumentService::create(UserInterface* ui) {
     LoadOptions options;
     options.create = true;
     options.makeTemplate = true;
-    return settled(loadDocument(application_.context(), &ui_, {}, options));
+    return settled(loadDocument(application_.context(), ui, {}, options));
 }
 
-bool DocumentActions::open() {
-    return settled(openTmatsFileCommand(application_.context(), &ui_));
+bool DocumentService::open(UserInterface* ui) {
+    return settled(openTmatsFileCommand(application_.context(), ui));
 }
 
-bool DocumentActions::openNamed(const std::string& name) {
-    return settled(openFromName(application_.context(), &ui_, name));
+bool DocumentService::openNamed(UserInterface* ui, const std::string& name) {
+    return settled(openFromName(application_.context(), ui, name));
 }
 
-bool DocumentActions::save() {
+bool DocumentService::save(UserInterface* ui) {
     auto& context = application_.context();
     if (const auto state = diskState(); state == DiskState::Changed) {
-        switch (askAboutDisk(state, true)) {
+        switch (askAboutDisk(ui, state, true)) {
             case DiskChoice::Keep:
                 break;
             case DiskChoice::Reopen:
-                return reopen();
+                return reopen(ui);
             case DiskChoice::SaveElsewhere:
-                return saveAs();
+                return saveAs(ui);
             case DiskChoice::None:
                 return false;
         }
     }
-    return settled(saveDocument(context, &ui_));
+    return settled(saveDocument(context, ui));
 }
 
-bool DocumentActions::saveAs() {
-    return settled(saveDocumentAs(application_.context(), &ui_));
+bool DocumentService::saveAs(UserInterface* ui) {
+    return settled(saveDocumentAs(application_.context(), ui));
 }
 
-bool DocumentActions::close() {
-    const bool closed = closeDocument(application_.context(), &ui_) == CloseResult::Closed;
+bool DocumentService::saveTo(UserInterface* ui, const std::string& path) {
+    return settled(saveDocumentTo(application_.context(), ui, path));
+}
+
+bool DocumentService::close(UserInterface* ui) {
+    auto& context = application_.context();
+    const bool closed = !context.document.open || closeDocument(context, ui) == CloseResult::Closed;
     rememberDisk();
     return closed;
 }
 
-DocumentActions::DiskState DocumentActions::diskState() const {
+void DocumentService::discard(UserInterface* ui) {
+    application_.context().document.changed = false;
+    (void)close(ui);
+}
+
+DocumentService::DiskState DocumentService::diskState() const {
     const auto& document = application_.context().document;
     if (!document.open || watched_.empty() || document.path != watched_) {
         return DiskState::Same;
@@ -85,7 +95,11 @@ DocumentActions::DiskState DocumentActions::diskState() const {
     return known && kind == PathKind::Missing ? DiskState::Missing : DiskState::Changed;
 }
 
-DocumentActions::DiskChoice DocumentActions::askAboutDisk(DiskState state, bool saving) {
+DocumentService::DiskChoice DocumentService::askAboutDisk(UserInterface* ui, DiskState state,
+                                                          bool saving) {
+    if (ui == nullptr) {
+        return DiskChoice::None;
+    }
     const auto name = fileNameOf(watched_);
     const bool missing = state == DiskState::Missing;
     const std::string title = missing ? formatPrintf("'%s' is not there any more", name)
@@ -98,26 +112,26 @@ DocumentActions::DiskChoice DocumentActions::askAboutDisk(DiskState state, bool 
         choices.emplace_back("Reopen the file, and lose what was changed here");
         choices.emplace_back("Save the document under another name");
     }
-    const int choice = ui_.chooseFromList(title, choices);
+    const int choice = ui->chooseFromList(title, choices);
     if (missing && choice == 1) {
         return DiskChoice::SaveElsewhere;
     }
     return choice < 0 ? DiskChoice::None : static_cast<DiskChoice>(choice);
 }
 
-void DocumentActions::checkDisk() {
+void DocumentService::checkDisk(UserInterface* ui) {
     const auto state = diskState();
     if (state == DiskState::Same) {
         return;
     }
     // Whatever the answer is, the same change is not asked about again.
     stamp_ = fileStamp(watched_);
-    switch (askAboutDisk(state, false)) {
+    switch (askAboutDisk(ui, state, false)) {
         case DiskChoice::Reopen:
-            reopen();
+            reopen(ui);
             break;
         case DiskChoice::SaveElsewhere:
-            saveAs();
+            saveAs(ui);
             break;
         case DiskChoice::Keep:
         case DiskChoice::None:
@@ -130,39 +144,47 @@ void DocumentActions::checkDisk() {
     }
 }
 
-bool DocumentActions::reopen() {
+bool DocumentService::reopen(UserInterface* ui) {
     auto& context = application_.context();
     const auto path = watched_;
     context.document.changed = false;
-    return settled(loadDocument(context, &ui_, path));
+    return settled(loadDocument(context, ui, path));
 }
 
-bool DocumentActions::recover(const std::string& folder) {
+bool DocumentService::recover(UserInterface* ui, const std::string& folder) {
+    if (ui == nullptr) {
+        return false;
+    }
     FilePrompt prompt;
     prompt.title = "Save Recovered TMATS File As";
     prompt.filters = {{"TMATS Files", "*.tma;*.tmt"}, {"All Files", "*"}};
     prompt.forSaving = true;
-    const auto choice = ui_.chooseFile(prompt);
+    const auto choice = ui->chooseFile(prompt);
     if (!choice || choice->path.empty()) {
         return false;
     }
     // The files of the crashed run go through this run's own store.
-    if (application_.context().document.open && !close()) {
+    if (application_.context().document.open && !close(ui)) {
         return false;
     }
-    return recoverStore(application_, &ui_, folder, choice->path) && openNamed(choice->path);
+    return recoverStore(application_, ui, folder, choice->path) && openNamed(ui, choice->path);
 }
 
-bool DocumentActions::setVersions(const VersionOptions& options) {
+bool DocumentService::setVersions(UserInterface* ui, const VersionOptions& options) {
     auto& context = application_.context();
     IoStatus failure;
-    const bool changed = application_.changeVersions(&ui_, options, &failure);
+    const bool changed = application_.changeVersions(ui, options, &failure);
     if (!failure.ok() && context.document.open) {
         // A migration that ended in the middle has no way back: the document is given up.
-        context.document.changed = false;
-        close();
+        discard(ui);
     }
     return changed;
+}
+
+DocumentFacts DocumentService::facts() const {
+    auto& context = application_.context();
+    return factsOf(context,
+                   context.document.open ? readDocumentTree(context, nullptr) : DocumentTree{});
 }
 
 }  // namespace kavu

@@ -1,0 +1,72 @@
+// What is done to the open document as a whole: the File menu, the command line and programs that
+// drive this one do it here. It asks and reports through the user interface, and watches the
+// document's file on the disk.
+#pragma once
+
+#include "application/DocumentFacts.h"
+
+#include <string>
+
+namespace kavu {
+
+class Application;
+class UserInterface;
+struct VersionOptions;
+
+/// A null user interface is silent; each question is then answered as the operation states.
+class DocumentService {
+  public:
+    /// The application outlives the object. REQUIRES: it has been started before any call.
+    explicit DocumentService(Application& application);
+
+    bool create(UserInterface* ui);
+    /// Asks for a file; false without a user interface.
+    bool open(UserInterface* ui);
+    /// Opens a file by the name that the command line, a drop or the list of recent files
+    /// gives. A present document is closed first, with its question.
+    bool openNamed(UserInterface* ui, const std::string& name);
+    /// If another program has changed the document's file, asks first; without a user interface
+    /// it is then not saved.
+    bool save(UserInterface* ui);
+    bool saveAs(UserInterface* ui);
+    /// Saves under another name without a question.
+    bool saveTo(UserInterface* ui, const std::string& path);
+    /// Asks about changes (message 76, "has been modified. Save file first?"). False if the user
+    /// did not let the document be closed. True if there is none.
+    bool close(UserInterface* ui);
+    /// Closes the document, and drops what was changed without a question.
+    void discard(UserInterface* ui);
+
+    enum class DiskState { Same, Changed, Missing };
+    /// Whether the document's file is still the one that was opened or saved last.
+    [[nodiscard]] DiskState diskState() const;
+    /// If another program has changed or removed the file, asks what to do: keep the
+    /// document, reopen the file, or save under another name. Asks once for each change.
+    void checkDisk(UserInterface* ui);
+
+    /// Makes a TMATS file of what a crashed run left behind, and opens it. False without a user
+    /// interface: the name of the file is asked for.
+    bool recover(UserInterface* ui, const std::string& folder);
+
+    /// Takes what the dialog of the editions gave. A document that could not be brought to
+    /// its new edition is closed.
+    bool setVersions(UserInterface* ui, const VersionOptions& options);
+
+    /// What `allows` asks; reads the tree of the document.
+    [[nodiscard]] DocumentFacts facts() const;
+
+  private:
+    enum class DiskChoice { Keep = 0, Reopen = 1, SaveElsewhere = 2, None = -1 };
+    [[nodiscard]] DiskChoice askAboutDisk(UserInterface* ui, DiskState state, bool saving);
+    bool reopen(UserInterface* ui);
+    /// Remembers the file as it is now.
+    void rememberDisk();
+    /// Passes a result on, with the file remembered if it is true.
+    bool settled(bool good);
+
+    Application& application_;
+    std::string watched_;
+    std::string stamp_;
+};
+
+}  // namespace kavu

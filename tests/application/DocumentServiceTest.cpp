@@ -1,0 +1,195 @@
+#include "application/DocumentService.h"
+#include "core/WorkingStore.h"
+#include "core/files/FileIo.h"
+#include "core/talk/ProfileSettings.h"
+#include "groups/Migration.h"
+#include "support/TestApplication.h"
+
+#include <filesystem>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace kavu {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using DiskState = DocumentService::DiskState;
+
+struct DocumentServiceTest : testing::Test {
+    DocumentServiceTest() { test::writeFile(path, "G\\PN:ONE;\r\nG\\106:09;\r\n"); }
+    TmatsDocument& document() { return t.application.context().document; }
+    void changeOnDisk(const std::string& text) {
+        // A stamp that differs for sure, whatever the file system's clock can tell.
+        std::filesystem::remove(path);
+        test::writeFile(path, text);
+    }
+    std::string programName() {
+        return test::readFile(t.application.context().store.pathOf(working::kGeneral));
+    }
+
+    test::TestApplication t;
+    DocumentService& service = t.application.documents();
+    std::string path = t.folder / "flight.tma";
+};
+
+TEST_F(DocumentServiceTest, OpensByNameAndSavesUnderTheSameName) {
+    ASSERT_TRUE(service.openNamed(&t.ui, "\"" + path + "\""));
+    EXPECT_EQ(document().path, path);
+    document().changed = true;
+    ASSERT_TRUE(service.save(&t.ui));
+    EXPECT_FALSE(document().changed);
+    EXPECT_THAT(test::readFile(path), HasSubstr("G\\FN:flight.tma;"));
+    EXPECT_EQ(service.diskState(), DiskState::Same);
+}
+
+TEST_F(DocumentServiceTest, AFileThatIsNotThereOpensNothing) {
+    EXPECT_FALSE(service.openNamed(&t.ui, t.folder / "missing.tma"));
+    EXPECT_FALSE(document().open);
+}
+
+TEST_F(DocumentServiceTest, AChangeByAnotherProgramIsSeenAndKeepingMarksTheDocumentChanged) {
+    ASSERT_TRUE(service.openNamed(&t.ui, path));
+    EXPECT_EQ(service.diskState(), DiskState::Same);
+    changeOnDisk("G\\PN:TWO;\r\nG\\106:09;\r\n");
+    EXPECT_EQ(service.diskState(), DiskState::Changed);
+    t.ui.choices.push_back(0);
+    service.checkDisk(&t.ui);
+    ASSERT_EQ(t.ui.listPrompts.size(), 1U);
+    EXPECT_EQ(t.ui.listPrompts[0].first, "Another program has changed 'flight.tma'");
+    EXPECT_THAT(programName(), HasSubstr("PN:ONE"));
+    EXPECT_TRUE(document().changed);
+    service.checkDisk(&t.ui);
+    EXPECT_EQ(t.ui.listPrompts.size(), 1U) << "the same change is asked about once";
+}
+
+TEST_F(DocumentServiceTest, ReopeningTakesTheFileAndAsksNothingMore) {
+    ASSERT_TRUE(service.openNamed(&t.ui, path));
+    document().changed = true;
+    changeOnDisk("G\\PN:TWO;\r\nG\\106:09;\r\n");
+    t.ui.choices.push_back(1);
+    service.checkDisk(&t.ui);
+    EXPECT_THAT(programName(), HasSubstr("PN:TWO"));
+    EXPECT_EQ(t.ui.countBoxes(76), 0);
+    EXPECT_EQ(service.diskState(), DiskState::Same);
+}
+
+TEST_F(DocumentServiceTest, AChangedFileCanBeLeftAloneBySavingUnderAnotherName) {
+    ASSERT_TRUE(service.openNamed(&t.ui, path));
+    changeOnDisk("G\\PN:TWO;\r\nG\\106:09;\r\n");
+    t.ui.choices.push_back(2);
+    t.ui.files.push_back(FileChoice{t.folder / "other.tma", 1});
+    service.checkDisk(&t.ui);
+    EXPECT_EQ(document().path, t.folder / "other.tma");
+    EXPECT_THAT(test::readFile(t.folder / "other.tma"), HasSubstr("PN:ONE"));
+    EXPECT_THAT(test::readFile(path), HasSubstr("PN:TWO"));
+}
+
+TEST_F(DocumentServiceTest, ASaveAsksBeforeItOverwritesWhatAnotherProgramHasWritten) {
+    ASSERT_TRUE(service.openNamed(&t.ui, path));
+    changeOnDisk("G\\PN:TWO;\r\nG\\106:09;\r\n");
+    t.ui.choices.push_back(-1);
+    EXPECT_FALSE(service.save(&t.ui));
+    EXPECT_THAT(test::readFile(path), HasSubstr("PN:TWO"));
+    t.ui.choices.push_back(0);
+    EXPECT_TRUE(service.save(&t.ui));
+    EXPECT_THAT(test::readFile(path), HasSubstr("PN:ONE"));
+}
+
+TEST_F(DocumentServiceTest, AFileThatWentAwayOffersToKeepOrToSaveElsewhere) {
+    ASSERT_TRUE(service.openNamed(&t.ui, path));
+    std::filesystem::remove(path);
+    EXPECT_EQ(service.diskState(), DiskState::Missing);
+    t.ui.choices.push_back(1);
+    t.ui.files.push_back(FileChoice{t.folder / "other.tma", 1});
+    service.checkDisk(&t.ui);
+    ASSERT_EQ(t.ui.listPrompts.size(), 1U);
+    EXPECT_THAT(t.ui.listPrompts[0].second, ElementsAre("Keep the document as it is here",
+                                                        "Save the document under another name"));
+    EXPECT_TRUE(fileExists(t.folder / "other.tma"));
+}
+
+TEST_F(DocumentServiceTest, ClosingAsksAboutChangesAndCancelKeepsTheDocument) {
+    ASSERT_TRUE(service.openNamed(&t.ui, path));
+    document().changed = true;
+    t.ui.byId[76] = Button::Cancel;
+    EXPECT_FALSE(service.close(&t.ui));
+    EXPECT_TRUE(document().open);
+    t.ui.byId[76] = Button::No;
+    EXPECT_TRUE(service.close(&t.ui));
+    EXPECT_FALSE(document().open);
+    EXPECT_EQ(service.diskState(), DiskState::Same);
+}
+
+TEST_F(DocumentServiceTest, OtherEditionsConvertTheOpenDocument) {
+    ASSERT_TRUE(service.openNamed(&t.ui, path));
+    VersionOptions options;
+    options.method = 2;
+    options.outputVersion = 2011;
+    EXPECT_TRUE(service.setVersions(&t.ui, options));
+    EXPECT_EQ(document().version, 2011);
+    EXPECT_TRUE(document().changed);
+    EXPECT_EQ(t.application.context().settings.integer("IRIGOutputVersion", 0), 2011);
+}
+
+TEST_F(DocumentServiceTest, WhatACrashedRunLeftBehindIsSavedAndOpened) {
+    const auto store = t.folder / "left-behind";
+    ASSERT_TRUE(makeFolder(store).ok());
+    test::writeFile(store + "/[kavu]GTMP.G", "G\\PN:LOST;\r\nG\\106:09;\r\n");
+    t.ui.files.push_back(FileChoice{t.folder / "found.tma", 1});
+    ASSERT_TRUE(service.recover(&t.ui, store));
+    EXPECT_EQ(document().path, t.folder / "found.tma");
+    EXPECT_THAT(test::readFile(t.folder / "found.tma"), HasSubstr("PN:LOST"));
+    EXPECT_TRUE(fileExists(store + "/[kavu]GTMP.G"));
+}
+
+TEST_F(DocumentServiceTest, ARecoveryWithoutANameDoesNothing) {
+    EXPECT_FALSE(service.recover(&t.ui, t.folder / "left-behind"));
+    EXPECT_FALSE(document().open);
+}
+
+TEST_F(DocumentServiceTest, WithoutAUserInterfaceAFileOfAnotherProgramIsNotOverwritten) {
+    ASSERT_TRUE(service.openNamed(nullptr, path));
+    changeOnDisk("G\\PN:TWO;\r\nG\\106:09;\r\n");
+    EXPECT_FALSE(service.save(nullptr));
+    EXPECT_THAT(test::readFile(path), HasSubstr("PN:TWO"));
+    EXPECT_FALSE(service.recover(nullptr, t.folder / "left-behind"));
+}
+
+TEST_F(DocumentServiceTest, DiscardingAsksNothingAndLeavesTheFileAsItIs) {
+    ASSERT_TRUE(service.openNamed(&t.ui, path));
+    const auto before = test::readFile(path);
+    document().changed = true;
+    service.discard(&t.ui);
+    EXPECT_FALSE(document().open);
+    EXPECT_EQ(t.ui.countBoxes(76), 0);
+    EXPECT_EQ(test::readFile(path), before);
+}
+
+TEST_F(DocumentServiceTest, ClosingWithoutADocumentSucceeds) {
+    EXPECT_TRUE(service.close(&t.ui));
+}
+
+TEST_F(DocumentServiceTest, SavesUnderAnotherNameWithoutAQuestion) {
+    ASSERT_TRUE(service.openNamed(&t.ui, path));
+    ASSERT_TRUE(service.saveTo(&t.ui, t.folder / "other.tma"));
+    EXPECT_EQ(document().path, t.folder / "other.tma");
+    EXPECT_THAT(test::readFile(t.folder / "other.tma"), HasSubstr("PN:ONE"));
+    EXPECT_EQ(service.diskState(), DiskState::Same);
+}
+
+TEST_F(DocumentServiceTest, FactsSayWhatTheDocumentHas) {
+    EXPECT_FALSE(service.facts().open);
+    ASSERT_TRUE(service.openNamed(&t.ui, KAVU_SOURCE_DIR "/samples/flight-test.tma"));
+    const auto facts = service.facts();
+    EXPECT_TRUE(facts.open);
+    EXPECT_EQ(facts.version, document().version);
+    EXPECT_TRUE(facts.hasRadioSource);
+    EXPECT_TRUE(facts.hasTapeSource);
+    EXPECT_TRUE(facts.hasDataLink);
+    EXPECT_FALSE(facts.hasMessageStream);
+}
+
+}  // namespace
+}  // namespace kavu
