@@ -14,7 +14,7 @@ class MainWindow;
 struct DocumentContext;
 struct FormContext;
 
-/// What the sheet of a record is told of its measurement.
+/// What the sheet of a record knows of its measurement.
 struct ConversionSheetSetup {
     int bits = 0;           ///< word length of the measurement; 0 if it is not known
     bool readOnly = false;  ///< the sheet shows the record and changes nothing

@@ -158,7 +158,7 @@ std::optional<ListRow> CoefficientDetail::askTerm(int row, const ListRow& before
     return ListRow{coefficientTerm(row + 1), dialog.value()};
 }
 
-/// After a row has gone or moved, the rows behind it have other powers.
+/// After a row has gone or moved, the rows after it have other powers.
 void CoefficientDetail::numberTerms() {
     const int current = list(0).currentRow();
     auto numbered = shownRows(storedRows(list(0).rows()));

@@ -1,4 +1,4 @@
-// What stands in the window of a conversion type: the fields and lists of the type, from and
+// The contents of the window of a conversion type: the fields and lists of the type, from and
 // to the working copy of the record.
 #pragma once
 

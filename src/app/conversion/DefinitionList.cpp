@@ -46,7 +46,7 @@ DefinitionListDialog::DefinitionListDialog(FormContext& form, DocumentContext& d
     };
     list_->mayDelete = [this](int row) { return deleteRecord(row); };
     connect(list_, &EditableList::changed, this, &DefinitionListDialog::showCount);
-    // Its report is made by nobody yet.
+    // There is no report of it yet.
     auto* const print = list_->addButton("print", QStringLiteral("&Print"));
     print->setEnabled(false);
     print->setToolTip(QStringLiteral("Print (not available in this version)"));

@@ -1,4 +1,4 @@
-// The window that floats beside the sheet of a conversion record and shows the conversion
+// The window that floats next to the sheet of a conversion record and shows the conversion
 // itself: one for each type.
 #pragma once
 
@@ -22,7 +22,7 @@ class DefinitionWindow : public QDialog {
     ~DefinitionWindow() override;
 
     [[nodiscard]] DefinitionDetail& content() const { return *content_; }
-    /// Beside the sheet, as far as the screen has room.
+    /// Next to the sheet, as far as the screen has room.
     void standBeside(const QWidget& sheet);
 
     /// Escape and the close button hide the details; the sheet decides.

@@ -1,5 +1,5 @@
 // The sheet of one conversion record: eight pages over its working copy, and the window of its
-// conversion type beside them.
+// conversion type next to them.
 #pragma once
 
 #include "app/conversion/ConversionForms.h"

@@ -1,4 +1,4 @@
-// The controls of the panel of pair sets, by name, and how they stand.
+// The controls of the panel of pair sets, by name, and their state.
 #pragma once
 
 #include "app/framework/FormContext.h"

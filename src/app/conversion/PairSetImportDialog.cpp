@@ -25,7 +25,7 @@ namespace kavu {
 namespace {
 
 constexpr char kTitle[] = "Import Pair Sets";
-/// What is behind this is not read: there are more pairs than any list holds.
+/// What comes after this is not read: there are more pairs than any list holds.
 constexpr std::uint64_t kMostFileBytes = 64U << 20U;
 
 std::size_t filledLines(const QPlainTextEdit& box) {
@@ -105,7 +105,7 @@ QPlainTextEdit* PairSetImportDialog::makeBox(const char* name, const char* label
     box->setObjectName(QLatin1String(name));
     box->setTabChangesFocus(true);
     box->setLineWrapMode(QPlainTextEdit::NoWrap);
-    // The note above may take more lines than the least height of the window knows of.
+    // The note above may take more lines than the minimum height of the window knows of.
     box->setMinimumSize(look::charactersWide(*box, 24), look::unit(*box) * 2 * 8);
     auto* title = look::addKeyLabel(QLatin1String(label), *box);
     grid.addWidget(title, 0, column);
@@ -152,7 +152,7 @@ void PairSetImportDialog::readPairFile() {
     }
     auto columns = splitPairFile(bytes);
     if (columns.error.empty() && columns.count > PairSet::kMostPairs) {
-        columns.error = formatPrintf("There are %d pairs. A pair set can not have more than %d.",
+        columns.error = formatPrintf("There are %d pairs. A pair set cannot have more than %d.",
                                      columns.count, PairSet::kMostPairs);
     }
     if (!columns.error.empty()) {

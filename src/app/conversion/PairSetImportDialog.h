@@ -20,7 +20,7 @@ namespace kavu {
 class PairSetImportDialog : public QDialog {
     Q_OBJECT
   public:
-    /// `boxes` are the texts that stand in the two boxes at first.
+    /// `boxes` are the texts that the two boxes show at first.
     PairSetImportDialog(FormContext& form, const PairSet& pairs,
                         const std::pair<std::string, std::string>& boxes,
                         QWidget* parent = nullptr);

@@ -48,7 +48,8 @@ PairSetPanel::PairSetPanel(FormContext& form, DocumentContext& document,
 }
 
 PairSetPanel::~PairSetPanel() {
-    // The controls go after the parts: a field that loses the focus then tells nobody.
+    // The controls go after the parts: nothing listens any more to a field that loses the focus
+    // then.
     for (auto* const child : findChildren<QObject*>()) {
         child->disconnect(this);
     }
@@ -202,7 +203,8 @@ void PairSetParts::pastePairs() {
         showBox(&form_.ui, "The clipboard does not hold two columns of values.", kPasteTitle);
         return;
     }
-    // What can not be imported is told at once; what can is shown first, as it replaces the list.
+    // What cannot be imported is reported at once; what can is shown first, as it replaces the
+    // list.
     auto trial = pairs_;
     if (const auto error = trial.import(columns->first, columns->second)) {
         showBox(&form_.ui, *error, kPasteTitle);

@@ -1,5 +1,5 @@
 // The detail window of pair sets: the list of the pairs, the choices of the fit, its numbers
-// and, if wanted, the curve with the residuals under it. It stands in the window that the sheet
+// and, if wanted, the curve with the residuals under it. It is in the window that the sheet
 // of a conversion record opens for the type.
 //
 // Every edit goes into the working copy of the record at once and is followed by a refit, so
@@ -37,7 +37,7 @@ class PairSetPanel : public QWidget {
     /// Fills the panel from the working copy, which somebody else has changed (the import of
     /// another record's values), and refits. Is no edit. The constructor does it too.
     void load();
-    /// Refits with the limits, the units, the binary format as they stand in the working copy:
+    /// Refits with the limits, the units, the binary format as they are in the working copy:
     /// to be called when the pages have stored a change of these (`storeFitFields`).
     void refit();
     /// Takes a word size that is still in its field; false if it is refused, which has been

@@ -40,7 +40,7 @@ class PairSetParts {
     // The choices.
     void connectChoices();
     void showChoices();
-    /// Takes the word size as it stands in its field. A refused one is told, and goes.
+    /// Takes the word size from its field. A refused one is reported, and goes.
     bool setDefaultBits();
     void setSorted(bool sorted);
     /// Runs an edit of an option: a refit follows, and if its coefficients are other ones the

@@ -83,7 +83,7 @@ void savePlot(FormContext& form, const std::string& title, const DrawPage& draw)
     const bool named = endsAs(choice->path, kSvgEnding) || endsAs(choice->path, kPdfEnding);
     const bool svg = named ? endsAs(choice->path, kSvgEnding) : choice->filterIndex == kSvgFilter;
     choice->path += named ? std::string_view() : svg ? kSvgEnding : kPdfEnding;
-    // Drawn first: what can not be drawn must not cost the file that is there.
+    // Drawn first: what cannot be drawn must not cost the file that is there.
     const auto bytes = svg ? svgOf(draw) : pdfOf(title, draw);
     if (!bytes) {
         showBox(&form.ui, "There is no plot to save.", title);

@@ -19,7 +19,7 @@ using DrawPage = std::function<bool(DrawingSurface&)>;
 /// Asks for a printer and prints one page. What fails is reported under `title`.
 void printPlot(FormContext& form, const std::string& title, const DrawPage& draw, QWidget* parent);
 /// Asks for a file and writes the page as PDF, or the picture as SVG by the file's ending. What
-/// fails is reported under `title`; what can not be drawn leaves the file alone.
+/// fails is reported under `title`; what cannot be drawn leaves the file alone.
 void savePlot(FormContext& form, const std::string& title, const DrawPage& draw);
 
 /// One page on a printer or in a PDF; false if the device failed or `draw` did.

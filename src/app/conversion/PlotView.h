@@ -1,5 +1,5 @@
 // A picture that logic draws on a surface, as a widget: it is painted once after each change,
-// and tells where the pointer is in it.
+// and reports where the pointer is in it.
 #pragma once
 
 #include "drawing/DrawingSurface.h"

@@ -18,9 +18,9 @@ namespace {
 
 /// Far outside of every device, and near enough for the arithmetic of painters.
 constexpr double kFarthest = 1e6;
-/// A path of more points is thinned out: more than these can not be told apart on a device.
+/// A path of more points is thinned out: more than these cannot be distinguished on a device.
 constexpr std::size_t kLongPath = 4096;
-/// Columns of a pixel in which the points of a long path are told apart.
+/// Columns of a pixel in which the points of a long path are distinguished.
 constexpr double kColumnsPerPixel = 4;
 constexpr int kPagePixels = 13;  ///< of the font of a page
 

@@ -54,7 +54,7 @@ class QtSurface : public DrawingSurface {
     std::vector<QPointF> path_;
 };
 
-/// Stands before the surface that paints with it.
+/// Constructed before the surface that paints with it.
 struct PagePainter {
     QPainter onPage;
 };

@@ -1,5 +1,5 @@
 // Every modal dialog of the editor is run through one door, so that a test (or a renderer
-// of pictures) can stand in it: it gets the real dialog, drives it by real keys and object
+// of pictures) can take its place: it gets the real dialog, drives it by real keys and object
 // names, and nothing ever waits for a person.
 #pragma once
 

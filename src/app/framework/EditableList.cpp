@@ -226,7 +226,7 @@ std::optional<std::string> EditableList::refusal(int row, int column,
                                                  const std::string& value) const {
     const auto& of = setup_.columns[static_cast<std::size_t>(column)];
     if (value.find(';') != std::string::npos) {
-        return "Error: The value you entered can not contain a semi-colon";
+        return "Error: The value you entered cannot contain a semi-colon";
     }
     if (auto why = refusalOfKind(of, value)) {
         return why;

@@ -187,7 +187,7 @@ class ChoiceControl : public FieldControl {
     }
     bool eventFilter(QObject* receiver, QEvent* event) override {
         if (event->type() == QEvent::Wheel && !box_->hasFocus()) {
-            // Whoever scrolls the page does not mean the choice under the pointer.
+            // A user who scrolls the page does not mean the choice under the pointer.
             event->ignore();
             return true;
         }

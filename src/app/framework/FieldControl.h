@@ -17,7 +17,7 @@ class QWidget;
 
 namespace kavu {
 
-/// What a control tells its form.
+/// What a control reports to its form.
 struct FieldControlHost {
     FormContext& form;
     QWidget* parent;
@@ -71,7 +71,7 @@ class FieldControl : public QObject {
 /// digits, else a text. The form of the edit checks the range.
 [[nodiscard]] std::unique_ptr<FieldControl> makePromptControl(FieldControlHost& host,
                                                               const Field& field);
-/// A list with free entry. It tells of an edit when that is complete.
+/// A list with free entry. It reports an edit when that is complete.
 [[nodiscard]] std::unique_ptr<FieldControl> makeSuggestControl(FieldControlHost& host,
                                                                const Field& field);
 

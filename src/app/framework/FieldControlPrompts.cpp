@@ -133,7 +133,7 @@ class SuggestControl : public FieldControl {
     }
 
   private:
-    /// A text that is half typed is no value yet: an edit is told of when it is complete.
+    /// A text that is half typed is no value yet: an edit is reported when it is complete.
     void take() {
         if (held() != taken_) {
             taken_ = held();

@@ -43,7 +43,7 @@ std::vector<Box> boxesOf(const std::vector<std::unique_ptr<FieldControl>>& contr
     return boxes;
 }
 
-/// The width that the labels of a column share, so that its controls stand in one line.
+/// The width that the labels of a column share, so that its controls are in one line.
 int labelWidth(std::span<const Box> boxes, const QWidget& form) {
     int width = 0;
     for (const auto& box : boxes) {
@@ -58,7 +58,7 @@ int labelWidth(std::span<const Box> boxes, const QWidget& form) {
     return width + 2;
 }
 
-/// How many of the boxes stand in the first column; all if one column is enough, or if the
+/// How many of the boxes are in the first column; all if one column is enough, or if the
 /// screen has no room for two.
 std::size_t boxesOfFirstColumn(std::span<const Box> boxes, const QWidget& form) {
     std::size_t total = 0;
@@ -116,7 +116,7 @@ QWidget* makeBox(const Box& box, QWidget* parent, int width) {
     }
     auto* grid = new QGridLayout(frame);
     const int distance = look::unit(*frame);
-    // What stands in no box is in line with what stands in one.
+    // What is in no box is in line with what is in one.
     const int frameWidth = box.title.empty() ? 3 : 0;
     grid->setContentsMargins(distance + frameWidth, box.title.empty() ? 0 : distance, distance,
                              distance);

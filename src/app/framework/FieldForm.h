@@ -30,7 +30,7 @@ struct FieldControlHost;
 class FieldForm : public QWidget {
     Q_OBJECT
   public:
-    /// Takes the fields of the table that stand on page `pageName` (all that have a label
+    /// Takes the fields of the table that are on page `pageName` (all that have a label
     /// if it is empty) and that the edition of the context knows, with the limits of that
     /// edition; the fields of lists are not for a form. The texts of the table must outlive
     /// the form, as those of a `constexpr` one do.
@@ -46,14 +46,14 @@ class FieldForm : public QWidget {
 
     /// One value as it would be stored.
     [[nodiscard]] std::string value(std::string_view code) const;
-    /// The field shows a value that nobody enters.
+    /// The field shows a value that is not entered.
     void makeDisplayOnly(std::string_view code);
     /// Sets a value as an edit of the user would: `edited` is sent if it is another one.
     void editValue(std::string_view code, std::string_view value);
     /// The widget of a field, or null if the form does not have it.
     [[nodiscard]] QWidget* control(std::string_view code) const;
     [[nodiscard]] std::vector<std::string_view> codes() const;
-    /// A button of the caller's own behind a field, or null if the form does not have the field.
+    /// A button of the caller's own after a field, or null if the form does not have the field.
     QPushButton* addButton(std::string_view code, const char* name, const QString& text);
     /// Today in the form of the edition.
     [[nodiscard]] std::string today() const;

@@ -44,9 +44,9 @@ void arrangePart(QLayout& layout, const QWidget& widget);
 [[nodiscard]] QStringList iconNames();
 
 /// A label of a control: its buddy, its accessible name (without "&", colon or blank at the
-/// end), text taken as it stands.
+/// end), text taken as it is.
 QLabel* addLabel(const QString& text, QWidget& control);
-/// The same for a text of ours, in which "&" stands in front of the key that goes to the
+/// The same for a text of ours, in which "&" is in front of the key that goes to the
 /// control.
 QLabel* addKeyLabel(const QString& text, QWidget& control);
 /// The text of a label as a screen reader should say it.

@@ -10,7 +10,7 @@
 #include <QPixmapCache>
 #include <QSvgRenderer>
 
-// The macro wants to stand outside of any namespace.
+// The macro must be outside of any namespace.
 static void registerResources() {
     Q_INIT_RESOURCE(kavu);
 }

@@ -36,7 +36,7 @@ int LookStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
         case PM_ButtonIconSize:
         case PM_ListViewIconSize:
         case PM_TabBarIconSize:
-            // Icons stand beside text: they are as large as it is.
+            // Icons are next to text: they are as large as it is.
             return std::max(16, height);
         case PM_IndicatorWidth:
         case PM_IndicatorHeight:
@@ -75,7 +75,7 @@ void LookStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
     if (!isBox && element != PE_IndicatorRadioButton) {
         return;
     }
-    // On a dark ground the plain style's own outline can not be seen.
+    // On a dark ground the plain style's own outline cannot be seen.
     auto colour = option->palette.color(QPalette::WindowText);
     // The colour of what is disabled is faint already.
     colour.setAlpha((option->state & State_Enabled) != 0 ? 130 : 200);

@@ -36,7 +36,7 @@ QPushButton* addButton(QHBoxLayout& row, QWidget* parent, const char* name, cons
 }
 
 /// The size of the longest line, which all of them get: a line is not broken, and is read by
-/// scrolling. Its characters tell which is the longest, as to measure all takes too long.
+/// scrolling. Its characters show which is the longest, as to measure all takes too long.
 QSize sizeOfLongest(const std::vector<std::string>& lines, const QWidget& list) {
     constexpr int kWidest = 100'000;
     const auto longest = std::max_element(

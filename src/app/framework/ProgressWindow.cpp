@@ -67,7 +67,7 @@ ProgressWindow::ProgressWindow(bool withCancel, bool withBar, QWidget* parent)
     label_ = look::makeNote({}, this);
     label_->setObjectName(QStringLiteral("text"));
     label_->setMinimumWidth(look::charactersWide(*this, 52));
-    // Room for two lines, so that the window stands still while its text changes.
+    // Room for two lines, so that the window keeps its size while its text changes.
     label_->setMinimumHeight(label_->fontMetrics().lineSpacing() * 2);
     label_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     layout->addWidget(heading_);

@@ -25,7 +25,7 @@ class ProgressWindow : public QDialog {
     ProgressWindow(bool withCancel, bool withBar, QWidget* parent);
     ~ProgressWindow() override;
 
-    /// What stands below the line "Press <ESC> Or Cancel To Abort" or "Please Stand By".
+    /// What is below the line "Press <ESC> Or Cancel To Abort" or "Please Stand By".
     void setText(const QString& text);
     /// Percent; below 0 the bar runs without a measure.
     void setPercent(double percent);

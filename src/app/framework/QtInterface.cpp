@@ -169,7 +169,7 @@ void QtInterface::closeProgress() {
     cancelled_ = false;
     if (auto* const window = dialogParent(); hadKeyboard && window != nullptr) {
         // The question of the cancel and the window under it go in the same moment: a window
-        // manager that was about to give the keyboard to the one has nobody to give it to.
+        // manager that was about to give the keyboard to the one has no window to give it to.
         window->activateWindow();
     }
 }

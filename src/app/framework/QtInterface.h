@@ -76,7 +76,7 @@ class QtInterface : public UserInterface {
     [[nodiscard]] ProgressWindow* progressWindow() const { return progress_.get(); }
 
   private:
-    /// Where a prompt of a title stood when its position was locked.
+    /// Where a prompt of a title was when its position was locked.
     using LockedPositions = std::map<std::string, QPoint>;
 
     std::optional<std::string> enterValue(EnterValueSetup setup);

@@ -92,7 +92,7 @@ SelectDialog::SelectDialog(const TablePrompt& prompt, bool several, QWidget* par
     auto* buttons = look::makeDialogButtons(*this);
     layout->addWidget(buttons);
     if (filter != nullptr) {
-        // Works only once there is something behind the view.
+        // Works only once there is a model set for the view.
         setTabOrder(filter, view_);
     }
 

@@ -37,7 +37,7 @@ struct TreeNode {
 
 struct TreeSetup {
     std::vector<TreeEditorKind> kinds{};
-    std::vector<int> topKinds{};  ///< kinds that may stand on the first level
+    std::vector<int> topKinds{};  ///< kinds that may be on the first level
 };
 
 class TreeEditor : public QWidget {

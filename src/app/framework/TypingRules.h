@@ -1,5 +1,5 @@
 // Limits that hold while a person types. Nothing that a file brought along is cut: a text
-// that is too long may be shown and made shorter, it only can not be made longer.
+// that is too long may be shown and made shorter, it only cannot be made longer.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@
 
 namespace kavu {
 
-/// Told why a key did nothing; an empty text when the last reason is over.
+/// Receives why a key did nothing; an empty text when the last reason is over.
 using TypingHint = std::function<void(const QString&)>;
 
 class TypingRule : public QValidator {

@@ -25,7 +25,7 @@ namespace {
 
 constexpr std::size_t kTypeColumn = 0;
 constexpr std::size_t kNameColumn = 1;
-/// Behind the columns that are shown: the type as the file has it.
+/// After the columns that are shown: the type as the file has it.
 constexpr std::size_t kStoredColumn = 2;
 /// And the number of the row in the file, empty for a new one.
 constexpr std::size_t kRowColumn = 3;

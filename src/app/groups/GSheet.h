@@ -44,7 +44,7 @@ class ContactPage : public PropertyPage {
 
 /// What the list of data sources does to the document at once.
 struct SourceDeeds {
-    /// Tells if a new name of a source is one for the row alone.
+    /// Whether a new name of a source is one for the row alone.
     std::function<NameChange(const std::string& oldName, const std::string& newName)> askName{};
     std::function<bool(const std::string& oldName, const std::string& newName)> rename{};
     /// A source that is in the document; others are just rows.

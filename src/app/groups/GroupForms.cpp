@@ -45,7 +45,7 @@ std::function<void()> sourceCommand(MainWindow& window, Application& application
     });
 }
 
-/// An entry of the tree's menus that changes the set of data sources. The tree is built anew
+/// An entry of the tree's menus that changes the set of data sources. The tree is built again
 /// by the operation, so what it needs of its item is taken first.
 template <typename Operation>
 void installSourceAction(MainWindow& window, Application& application, TreeAction action,
@@ -118,7 +118,7 @@ bool editTreeItem(FormContext& form, SourceParts parts, const TreeItem& item) {
 
 void installEditAction(MainWindow& window, Application& application) {
     window.installTreeAction(TreeAction::Edit, [&window, &application](const TreeItem& item) {
-        // The tree may be built anew meanwhile.
+        // The tree may be built again meanwhile.
         const TreeItem chosen = item;
         auto form = window.formContext();
         if (window.document() != nullptr && editTreeItem(form, partsOf(application), chosen)) {

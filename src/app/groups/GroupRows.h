@@ -22,7 +22,7 @@ namespace kavu {
 [[nodiscard]] ListRow cellsOf(const GroupRow& row, std::span<const Field> fields, int edition);
 void takeCells(GroupRow& row, const ListRow& cells, std::span<const Field> fields, int edition);
 
-/// A list whose rows can be told apart, however the user sorts them.
+/// A list whose rows can be distinguished, however the user sorts them.
 class IdentifiedList : public EditableList {
     Q_OBJECT
   public:

@@ -26,7 +26,7 @@ constexpr std::string_view kSignalType = "BSG1";
 constexpr std::size_t kDataTypeColumn = 1;
 constexpr std::size_t kNameColumn = 5;
 constexpr std::size_t kNameLimit = 32;
-constexpr int kListWidth = 136;  // characters: the name stands in the last column
+constexpr int kListWidth = 136;  // characters: the name is in the last column
 constexpr char kNameTitle[] = "Measurement/Data Link Name";
 
 /// The columns of a subcarrier but its name, which has two codes.
@@ -251,7 +251,7 @@ void MultiplexPage::takeRows() {
 }
 
 std::optional<ListRow> MultiplexPage::editRow(int index, const ListRow& given) {
-    // The rows are shown anew when a link is renamed. The last cell is the id.
+    // The rows are shown again when a link is renamed. The last cell is the id.
     ListRow before = given;
     const auto id = before.back();
     before.pop_back();

@@ -12,7 +12,7 @@ namespace kavu {
 
 struct DocumentContext;
 
-/// What the prompts are given: the window they stand in front of, and the names to choose from.
+/// What the prompts are given: the window they are in front of, and the names to choose from.
 struct TrackPrompts {
     FormContext& form;
     DocumentContext& document;

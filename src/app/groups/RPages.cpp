@@ -33,7 +33,7 @@ int firstEditionOf(const RecorderPage& page) {
     return first;
 }
 
-/// The fields that stand once. Behind the date of creation stands the form it has.
+/// The fields that are there once. The date of creation is followed by its format.
 std::vector<Field> captionedFields(int edition) {
     const auto all = recorderSingleFields();
     std::vector<Field> fields(all.begin(), all.end());

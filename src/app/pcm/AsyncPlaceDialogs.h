@@ -1,4 +1,4 @@
-// Where an async format stands in the frame: the windows below its form.
+// Where an async format is in the frame: the windows below its form.
 #pragma once
 
 #include "app/framework/EditDialog.h"

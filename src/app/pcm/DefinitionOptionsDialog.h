@@ -1,4 +1,4 @@
-// "Measurement Definition Options": how new measurements tell of their places.
+// "Measurement Definition Options": how new measurements state their places.
 #pragma once
 
 #include <QDialog>

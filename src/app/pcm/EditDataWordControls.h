@@ -52,7 +52,7 @@ int addField(QGridLayout& grid, const char16_t* label, QWidget& control);
 /// The question before an entry of a list is deleted.
 [[nodiscard]] bool mayDeleteEntry(FormContext& form);
 
-/// The heading of a panel that stands beside a dialog.
+/// The heading of a panel next to a dialog.
 [[nodiscard]] QWidget* makePanelTitle(const QString& title, QWidget* panel);
 
 }  // namespace kavu

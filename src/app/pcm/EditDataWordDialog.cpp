@@ -156,7 +156,8 @@ QWidget* EditDataWordDialog::makeButtons() {
     select_ = make("selectFromDatabase", u"Select Measurement &From Database", u"",
                    &EditDataWordDialog::pickFromDatabase);
     move_ = make("move", u"&Move", u"", &EditDataWordDialog::move);
-    delete_ = make("deleteMeasurement", u"&Delete", u"delete", &EditDataWordDialog::deleteIt);
+    delete_ = make("deleteMeasurement", u"&Delete", u"delete",
+                   &EditDataWordDialog::deleteEditedMeasurement);
     layout->addStretch();
     return owner;
 }
@@ -295,14 +296,14 @@ void EditDataWordDialog::openPanel(const std::string& type) {
         panel_->show();
         putPanelBehindFields();
     }
-    // The window grows and shrinks with what stands beside the fields.
+    // The window grows and shrinks with what is next to the fields.
     if (isVisible() || hadPanel) {
         layout()->activate();
         resize(sizeHint().boundedTo(look::roomOnScreen(*this)));
     }
 }
 
-/// It was made last, and stands in the middle.
+/// It was made last, and is in the middle.
 void EditDataWordDialog::putPanelBehindFields() {
     QList<QWidget*> controls;
     for (auto* next = panel_->nextInFocusChain(); next != panel_ && next != nullptr;
@@ -337,7 +338,7 @@ void EditDataWordDialog::update() {
     move_->setVisible(isSingle());
     move_->setEnabled(isStoredName());
     delete_->setEnabled(!word_.place.oldName.empty());
-    // Masks of fragments and ranges stand in their lists.
+    // Masks of fragments and ranges are in their lists.
     mask_->setEnabled(!panelType_.ends_with("FR"));
     if (panel_ != nullptr) {
         panel_->setMeasurementName(name());
@@ -403,7 +404,7 @@ void EditDataWordDialog::move() {
     }
 }
 
-void EditDataWordDialog::deleteIt() {
+void EditDataWordDialog::deleteEditedMeasurement() {
     stored_ = deleteMeasurement(format_, &form().ui, steps_.edit, word_.place.oldName);
     if (stored_) {
         finish();

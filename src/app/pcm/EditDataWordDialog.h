@@ -1,5 +1,5 @@
 // "Edit Data Word Definition": one measurement at a place of the frame, with what its location
-// type needs beside it.
+// type needs next to it.
 #pragma once
 
 #include "app/framework/EditDialog.h"
@@ -58,7 +58,7 @@ class EditDataWordDialog : public EditDialog {
     void keepOptions() const;
 
     void move();
-    void deleteIt();
+    void deleteEditedMeasurement();
     void editConversion();
     void pickFromDatabase();
 

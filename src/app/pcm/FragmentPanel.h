@@ -1,4 +1,4 @@
-// The windows beside the dialog of a data word for fragmented measurements: "Minor Frame
+// The windows next to the dialog of a data word for fragmented measurements: "Minor Frame
 // Fragments" and "Subframe Fragment Location Definition".
 #pragma once
 

@@ -134,7 +134,7 @@ class RowAccess : public PartAccess {
     [[nodiscard]] QAccessible::Role role() const override { return QAccessible::Row; }
     [[nodiscard]] QAccessible::State state() const override { return {}; }
 
-    // --- as what stands at a row of the table: one cell over all of its columns -------------
+    // --- as what is at a row of the table: one cell over all of its columns -------------
 
     [[nodiscard]] int columnExtent() const override { return grid_->columnsInView(); }
     [[nodiscard]] int columnIndex() const override { return 0; }
@@ -163,7 +163,7 @@ class GridAccess : public QAccessibleWidget, public QAccessibleTableInterface {
     }
 
     [[nodiscard]] int childCount() const override { return rowCount(); }
-    /// Behind the rows come the cells: older readers ask a table for a cell by its index.
+    /// After the rows come the cells: older readers ask a table for a cell by its index.
     [[nodiscard]] QAccessibleInterface* child(int index) const override {
         const int rows = rowCount();
         const int columns = columnCount();

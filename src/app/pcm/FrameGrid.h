@@ -14,16 +14,16 @@ namespace kavu {
 class FrameGrid : public QWidget {
     Q_OBJECT
   public:
-    /// Both must outlive the widget; whoever changes them calls `refresh`.
+    /// Both must outlive the widget; who changes them calls `refresh`.
     FrameGrid(FrameDisplay& display, FrameView& view, QWidget* parent);
 
     [[nodiscard]] const FrameDisplay& display() const { return display_; }
     [[nodiscard]] const FrameView& view() const { return view_; }
 
-    /// Selects a cell that is in view, and tells of it; false for a place below the depth of
+    /// Selects a cell that is in view, and emits that; false for a place below the depth of
     /// its word.
     bool select(FramePlace at, bool extend = false);
-    /// Paints all anew: the stream, the zoom, or the place of the grid has changed.
+    /// Paints all again: the stream, the zoom, or the place of the grid has changed.
     void refresh();
 
     [[nodiscard]] int fullColumns() const { return view_.fullColumns(width()); }
@@ -70,7 +70,7 @@ class FrameGrid : public QWidget {
     int wheel_ = 0;  ///< of a fine wheel: what is not yet a notch
 };
 
-/// One of the three areas beside the grid that scroll with it: the labels of the words, the
+/// One of the three areas next to the grid that scroll with it: the labels of the words, the
 /// numbers of the words, the numbers of the frames.
 class FrameStrip : public QWidget {
     Q_OBJECT

@@ -147,7 +147,7 @@ const CellFont* FrameGridPaint::fontFor(const QSize& cell, std::string& shown) c
         return &normal_;
     }
     shown = kStar;
-    // A star is half as high as a letter, and has its room where it stands.
+    // A star is half as high as a letter, and has its room where it is.
     return small_.fits(kStar, room) ? &small_ : normal_.fits(kStar, room) ? &normal_ : nullptr;
 }
 
@@ -239,7 +239,7 @@ void FrameGridPaint::paintText(QPainter& painter, const QRect& cell, Rgb ground,
                text.text);
 }
 
-/// Shapes that tell without colours: a corner for several measurements, two crossed lines
+/// Shapes that speak without colours: a corner for several measurements, two crossed lines
 /// where their bits overlap, two bars for an async stream.
 void FrameGridPaint::paintMarks(QPainter& painter, const QRect& cell, const FrameMarks& marks,
                                 Rgb ink) {
@@ -310,7 +310,7 @@ void FrameGridPaint::paintRun(QPainter& painter, const Run& run, const QSize& si
     }
 }
 
-/// Cells of one look that stand below each other are painted at once.
+/// Cells of one look that are below each other are painted at once.
 void FrameGridPaint::paintColumn(QPainter& painter, const Column& column, int firstFrame,
                                  int lastFrame, Run& pending) {
     const QSize size(column.view.cellWidth(), column.view.cellHeight());

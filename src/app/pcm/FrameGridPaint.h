@@ -17,7 +17,7 @@ class QWidget;
 
 namespace kavu {
 
-/// A font, with what it takes to tell quickly if a text has room.
+/// A font, with what it takes to know quickly if a text has room.
 class CellFont {
   public:
     explicit CellFont(const QFont& font);
@@ -66,7 +66,7 @@ class FrameGridPaint {
     [[nodiscard]] const QPixmap& look(Rgb ground, bool isSelected, const QSize& size);
     [[nodiscard]] Rgb readable(Rgb ink, Rgb ground);
     void drawLook(QPainter& painter, const QRect& cell, Rgb ground, bool isSelected) const;
-    /// Columns beside each other that are of one look are painted at once.
+    /// Columns next to each other that are of one look are painted at once.
     struct Run {
         QRect area;
         Rgb ground = 0;

@@ -13,7 +13,7 @@ namespace kavu {
 class FrameKey : public QWidget {
     Q_OBJECT
   public:
-    /// The display must outlive it; whoever changes what is shown of it calls `refresh`.
+    /// The display must outlive it; who changes what is shown of it calls `refresh`.
     FrameKey(const FrameDisplay& display, QWidget* parent);
 
     /// Paints the key of what is shown now.

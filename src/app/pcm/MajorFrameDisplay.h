@@ -17,12 +17,12 @@ struct DocumentContext;
 struct PcmFormSteps;
 
 /// Shows the stream in memory, modally. True if it was edited: the caller then saves it.
-/// Message 224 (more words than the display can show), and 225 if the window can not be made.
+/// Message 224 (more words than the display can show), and 225 if the window cannot be made.
 /// Nothing happens while no stream is loaded.
 bool showMajorFrameDisplay(FormContext& form, DocumentContext& document, PcmFormat& format,
                            PcmFormSteps& steps, QWidget* window = nullptr);
 
-/// The same with another maker of the drawing areas, which gives nothing if they can not be
+/// The same with another maker of the drawing areas, which gives nothing if they cannot be
 /// had.
 bool showMajorFrameDisplay(
     FormContext& form, PcmFormat& format, PcmFormSteps& steps, QWidget* window,

@@ -61,7 +61,7 @@ void MajorFrameWindow::editLabel(int word) {
         return;
     }
     const auto* const subframe = format_.subframeOfWord(word);
-    // From the newest edition on every word has a hidden subframe, which is nobody's to edit.
+    // From the newest edition on every word has a hidden subframe, which is not to be edited.
     const bool isThere = type == WordType::IdCounter || (subframe != nullptr && !subframe->hidden);
     editPlace(isThere ? steps_.editSubframeAt : steps_.createSubframeAt, word, 1, false);
 }

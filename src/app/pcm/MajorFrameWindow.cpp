@@ -114,7 +114,7 @@ QWidget* MajorFrameWindow::makeZoom() {
     return part;
 }
 
-QWidget* MajorFrameWindow::makeFoot() {
+QWidget* MajorFrameWindow::makeBottomRow() {
     auto* const foot = new QWidget(this);
     fwp_ = makeGoTo("goToFwp", QStringLiteral("0"));
     fn_ = makeGoTo("goToFn", QStringLiteral("1"));
@@ -163,7 +163,7 @@ void MajorFrameWindow::arrange() {
     inner->addWidget(key_);
     inner->addWidget(find_);
     inner->addWidget(status_);
-    inner->addWidget(makeFoot());
+    inner->addWidget(makeBottomRow());
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);

@@ -33,14 +33,14 @@ class MeasurementList;
 class MajorFrameWindow : public QDialog {
     Q_OBJECT
   public:
-    /// Makes the drawing areas; nothing if they can not be had.
+    /// Makes the drawing areas; nothing if they cannot be had.
     using MakeAreas =
         std::function<std::unique_ptr<FrameGridAreas>(const PcmFormat& format, QWidget* parent)>;
 
     MajorFrameWindow(FormContext& form, PcmFormat& format, PcmFormSteps& steps,
                      const MakeAreas& makeAreas, QWidget* parent);
 
-    /// False if the drawing areas could not be had: the window can not be shown then.
+    /// False if the drawing areas could not be had: the window cannot be shown then.
     [[nodiscard]] bool isMade() const { return areas_ != nullptr; }
     [[nodiscard]] bool displayChanged() const { return displayChanged_; }
     [[nodiscard]] FrameGridAreas& areas() { return *areas_; }
@@ -49,7 +49,7 @@ class MajorFrameWindow : public QDialog {
     void editCell(int word, int frame);
     /// Edits the ID counter or the subframe of a word, or asks which of them to make there.
     void editLabel(int word);
-    /// Deletes what stands at the selected cell, with the question.
+    /// Deletes what is at the selected cell, with the question.
     void deleteCell();
     /// The place of a Go To field, or of both.
     bool goToText(const QLineEdit& field);
@@ -62,7 +62,7 @@ class MajorFrameWindow : public QDialog {
   private:
     // MajorFrameWindow.cpp
     void arrange();
-    QWidget* makeFoot();
+    QWidget* makeBottomRow();
     QWidget* makeZoom();
     QLineEdit* makeGoTo(const char* name, const QString& text);
     void connectParts();

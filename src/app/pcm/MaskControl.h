@@ -28,13 +28,13 @@ class MaskControl : public QWidget {
     /// of 0 is an unknown one. Is no edit.
     void setMask(std::string_view mask, int wordLength);
     void setWordLength(int wordLength);
-    /// As it was given if nobody has edited it; else in binary or "FW".
+    /// As it was given if it was not edited; else in binary or "FW".
     [[nodiscard]] const std::string& mask() const { return mask_; }
     /// The setting that an entered mask is kept in; empty keeps none.
     void setKey(std::string key) { key_ = std::move(key); }
     /// The field, for its label.
     [[nodiscard]] QLineEdit& field() const { return *field_; }
-    /// Shows the mask anew: another control may have switched the form.
+    /// Shows the mask again: another control may have switched the form.
     void refresh();
 
   public slots:

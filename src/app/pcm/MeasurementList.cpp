@@ -133,7 +133,7 @@ MeasurementList::MeasurementList(const PcmFormat& format, MeasurementListModel::
     sorted_->setSortCaseSensitivity(Qt::CaseInsensitive);
     sorted_->setFilterCaseSensitivity(Qt::CaseInsensitive);
     sorted_->setFilterKeyColumn(MeasurementListModel::Name);
-    // Sorting needs the values of all rows: nobody has asked for it yet.
+    // Sorting needs the values of all rows: it has not been asked for yet.
     sorted_->setDynamicSortFilter(false);
     makeView();
     auto* const layout = new QVBoxLayout(this);
@@ -183,7 +183,7 @@ void MeasurementList::makeView() {
     over->addWidget(none_);
 }
 
-/// All columns have their room beside the grid, and what is wider can be widened.
+/// All columns have their room next to the grid, and what is wider can be widened.
 int MeasurementList::usualWidth(int column) const {
     constexpr std::array<int, MeasurementListModel::Columns> kLetters = {15, 7, 6, 10, 8};
     return std::max(look::charactersWide(*this, kLetters[static_cast<std::size_t>(column)]),

@@ -1,4 +1,4 @@
-// The list of all measurements of a stream beside its grid, with a filter.
+// The list of all measurements of a stream next to its grid, with a filter.
 #pragma once
 
 #include "pcm/display/FrameDisplaySearch.h"

@@ -137,7 +137,7 @@ bool editPcmAttributes(FormContext& form, PcmFormat& format, PcmSheetCalls calls
     PcmAttributesSheet sheet(form, format, calls);
     const auto result = runPropertySheet(form, sheet);
     if (result == SheetResult::Unchanged) {
-        // What the load has corrected is saved, though nobody edited anything.
+        // What the load has corrected is saved, though nothing was edited.
         (void)savePcmFormat(format, &form.ui);
     } else if (result != SheetResult::Stored && calls.cancelled) {
         calls.cancelled();

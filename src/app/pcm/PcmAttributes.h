@@ -34,7 +34,7 @@ class PcmAttributesModel : public QObject {
     /// Lets the pages show the stream as it is now.
     void refresh() { emit changed(); }
 
-    /// What the pages have stored beside the stream goes to its working files.
+    /// What the pages have stored besides the stream goes to its working files.
     [[nodiscard]] bool storeSide();
 
   signals:
@@ -47,9 +47,9 @@ class PcmAttributesModel : public QObject {
 /// What the buttons of the sheet open; without it a button is disabled. True if the stream was
 /// edited.
 struct PcmSheetCalls {
-    /// The stream was written to its group files: what was changed beside it stays.
+    /// The stream was written to its group files: what else was changed stays.
     std::function<void()> saved{};
-    /// The sheet was left with Cancel: what was changed beside the stream since it was written
+    /// The sheet was left with Cancel: what was changed besides the stream since it was written
     /// last, or since the sheet was opened, is taken back.
     std::function<void()> cancelled{};
     std::function<bool(QWidget& window)> viewFrame{};

@@ -61,7 +61,7 @@ void PcmFieldsPage::load() {
 void PcmFieldsPage::refresh() {
     refreshing_ = true;
     for (const auto code : fields_->codes()) {
-        // A comment that is being typed is not set anew.
+        // A comment that is being typed is not set again.
         const auto value = attributeValue(model_.format, code);
         if (code != "COM" && fields_->value(code) != value) {
             fields_->editValue(code, value);

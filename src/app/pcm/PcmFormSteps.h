@@ -52,7 +52,7 @@ struct PcmFormSteps {
     };
     /// Without entries the menu is disabled, and there is no database.
     std::vector<DatabaseEntry> databaseEntries;
-    /// Makes the pane of the database, which the window shows beside its grid.
+    /// Makes the pane of the database, which the window shows next to its grid.
     std::function<QWidget*(QWidget& window)> makeDatabasePane;
 
     /// The records of conversions; null if there are none.

@@ -27,7 +27,7 @@ void installSheetSteps(PcmFormSteps& steps, FormContext& form, PcmFormat& format
         return editAt(form, format, window, fwp, false);
     };
     steps.createSubframeAt = [&form, &format](QWidget& window, int fwp, int) {
-        // A counter may take a word that is in use: Cancel gives back what stood there.
+        // A counter may take a word that is in use: Cancel gives back what was there.
         StreamUndo before(format);
         if (createAt(format, &form.ui, fwp) == Created::Nothing) {
             return false;

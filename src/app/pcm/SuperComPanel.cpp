@@ -164,7 +164,7 @@ void SuperComPanel::showSpots() {
     list_->setRows(std::move(rows));
 }
 
-/// Asks for the number of a row, or of a new one behind all rows.
+/// Asks for the number of a row, or of a new one after all rows.
 std::optional<ListRow> SuperComPanel::enterLocation(int row) {
     const bool isNew = row >= static_cast<int>(spots_.size());
     const auto number = form_.ui.enterInteger(

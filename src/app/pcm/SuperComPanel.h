@@ -1,4 +1,4 @@
-// The windows beside the dialog of a data word: what a location type needs besides its name.
+// The windows next to the dialog of a data word: what a location type needs besides its name.
 // And the one for supercommutated measurements.
 #pragma once
 
@@ -29,9 +29,9 @@ class PlacesPanel : public QWidget {
     /// Shows the places of a definition; is no edit.
     virtual void load(const MeasurementDefinition& definition) = 0;
     virtual void store(MeasurementDefinition& definition) const = 0;
-    /// Another name of the measurement, which messages tell.
+    /// Another name of the measurement, which messages name.
     virtual void setMeasurementName(const std::string& /*name*/) {}
-    /// Shows masks anew: their form was switched.
+    /// Shows masks again: their form was switched.
     virtual void refreshMasks() {}
 
   signals:

@@ -1,4 +1,4 @@
-// "Edit Word/Frame Entry": one location of a measurement, told by the ranges of words and
+// "Edit Word/Frame Entry": one location of a measurement, given by the ranges of words and
 // frames of its fragments.
 #pragma once
 

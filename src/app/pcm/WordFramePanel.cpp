@@ -55,7 +55,7 @@ WordFramePanel::WordFramePanel(FormContext& form, PcmFormat& format, EditedPlace
     };
     connect(list_, &EditableList::changed, this, [this] {
         const int row = list_->currentRow();
-        showLocations();  // the ones behind a deleted one have other numbers
+        showLocations();  // the ones after a deleted one have other numbers
         list_->selectRow(row);
         emit changed();
     });

@@ -1,4 +1,4 @@
-// "Word/Frame Locations": the locations of a measurement that is told by ranges of words and
+// "Word/Frame Locations": the locations of a measurement that is given by ranges of words and
 // frames.
 #pragma once
 

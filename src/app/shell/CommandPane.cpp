@@ -77,7 +77,7 @@ CommandPane::CommandPane(DocumentContext& context, ConversionStore* conversions,
     look::arrangeWindow(*layout, *this);
     makeHead();
     makeTable();
-    makeFoot();
+    makeCountRow();
     connect(model_, &CommandModel::progressed, this, [this] {
         updateCount();
         fitColumns();
@@ -179,7 +179,7 @@ void CommandPane::makeTable() {
     static_cast<QVBoxLayout*>(layout())->addWidget(empty_, 1);
 }
 
-void CommandPane::makeFoot() {
+void CommandPane::makeCountRow() {
     auto* row = new QHBoxLayout;
     count_ = new QLabel(tableBox_);
     count_->setObjectName(QStringLiteral("count"));
@@ -275,7 +275,7 @@ void CommandPane::showFile() {
     if (!status.ok()) {
         showEmpty(isMissing(status)
                       ? QStringLiteral("Nothing is stored for this item.")
-                      : QStringLiteral("%1 can not be read: %2.")
+                      : QStringLiteral("%1 cannot be read: %2.")
                             .arg(toQString(status.path()), toQString(status.reason())));
         return;
     }
@@ -417,7 +417,7 @@ void CommandPane::fitVisibleRows() {
     if (!table_->isVisible()) {
         return;
     }
-    // Rows that nobody sees keep the height of one line: to measure them all takes as long as
+    // Rows that are out of sight keep the height of one line: to measure them all takes as long as
     // to read them all. No position is asked for on the way, as each such question after a
     // change makes the head add up all heights.
     const int pad = table_->fontMetrics().lineSpacing() / 2;

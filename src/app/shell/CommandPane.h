@@ -1,4 +1,4 @@
-// The pane beside the tree: the commands of the selected item, to be looked at, searched and
+// The pane next to the tree: the commands of the selected item, to be looked at, searched and
 // copied. Nothing can be changed in it.
 #pragma once
 
@@ -54,7 +54,7 @@ class CommandPane : public QWidget {
 
     void makeHead();
     void makeTable();
-    void makeFoot();
+    void makeCountRow();
     void listFiles(const TreeItem& item);
     void offerFiles();
     void showFile();

@@ -64,7 +64,7 @@ enum class MenuId { File, Edit, Reports, Database, Options, View, Help };
 struct CommandRow {
     CommandId id;
     MenuId menu;
-    /// Entries of one submenu stand together; empty is the menu itself.
+    /// Entries of one submenu are together; empty is the menu itself.
     std::string_view submenu;
     std::string_view text;  ///< of the menu entry, with "&" in front of its key
     std::string_view icon;
@@ -82,7 +82,7 @@ struct CommandRow {
 [[nodiscard]] std::span<const CommandRow> commandTable();
 [[nodiscard]] const CommandRow& commandRow(CommandId id);
 [[nodiscard]] std::string_view menuTitle(MenuId menu);
-/// What the status bar tells of a menu, and of a submenu by its title.
+/// What the status bar says of a menu, and of a submenu by its title.
 [[nodiscard]] std::string_view menuPrompt(MenuId menu);
 [[nodiscard]] std::string_view submenuPrompt(std::string_view submenu);
 

@@ -1,4 +1,4 @@
-// Which page of the manual tells of a window: the topics of the help are resource names.
+// Which page of the manual describes a window: the topics of the help are resource names.
 #pragma once
 
 #include <string_view>

@@ -36,9 +36,9 @@ QString titleOfPage(const std::string& path, const QString& otherwise) {
 }  // namespace
 
 std::string manualFolder(const std::string& programFolder) {
-    for (const auto* const beside :
+    for (const auto* const place :
          {"/../share/doc/kavu/manual", "/../../../docs/manual", "/manual"}) {
-        const auto folder = programFolder + beside;
+        const auto folder = programFolder + place;
         if (isPlainFile(folder + "/index.md")) {
             return folder;
         }

@@ -10,7 +10,7 @@ class QTextBrowser;
 
 namespace kavu {
 
-/// The folder of the manual beside the program, installed or as built; empty if there is
+/// The folder of the manual next to the program, installed or as built; empty if there is
 /// none.
 [[nodiscard]] std::string manualFolder(const std::string& programFolder);
 
@@ -20,7 +20,7 @@ class HelpWindow : public QWidget {
     explicit HelpWindow(const std::string& folder, QWidget* parent = nullptr);
     /// Opens a page by the name of its file without ".md"; the index if there is none.
     void openPage(const QString& page);
-    /// Opens the page that tells of a window, at its heading (`helpPlace`).
+    /// Opens the page that describes a window, at its heading (`helpPlace`).
     void openTopic(const std::string& topic);
     [[nodiscard]] QString openedPage() const;
 

@@ -50,7 +50,7 @@ MainWindow::MainWindow(Application& application, DialogDoor& door)
     makeStatusBar();
     makeMenus();
     makeToolBar();
-    hangHooks();
+    connectHooks();
     updateTitle();
     updateActions();
     resize(look::charactersWide(*this, 150), look::unit(*this) * 96);
@@ -58,7 +58,7 @@ MainWindow::MainWindow(Application& application, DialogDoor& door)
 
 MainWindow::~MainWindow() {
     if (started_) {
-        // The document may be closed without a window to tell.
+        // The document may be closed without a window to show it.
         auto& steps = application_.context().steps;
         steps.updateDocumentMenus = nullptr;
         steps.rebuildTree = nullptr;
@@ -206,7 +206,7 @@ void MainWindow::makeDocumentArea() {
     };
 }
 
-void MainWindow::hangHooks() {
+void MainWindow::connectHooks() {
     auto& hooks = ui_->hooks;
     hooks.statusText = [this](const std::string& text) { statusLabel_->setText(toQString(text)); };
     hooks.progressBar = [this](double percent) {

@@ -45,7 +45,7 @@ class MainWindow : public QMainWindow {
         std::string file{};  ///< to open at once
     };
     /// The order of the start, from the size of the screen to the welcome text. False if the
-    /// program can not go on; it has been reported.
+    /// program cannot go on; it has been reported.
     bool begin(const BeginOptions& options);
     /// Closes the document, with its question, keeps the settings of the window and ends the
     /// program. False if the user cancelled, or a dialog is up.
@@ -61,7 +61,7 @@ class MainWindow : public QMainWindow {
 
     /// Opens a file by name, as the command line, a drop and the recent files do.
     bool openNamed(const std::string& name);
-    /// Builds tree, title and menus anew from the open document.
+    /// Builds tree, title and menus again from the open document.
     void refresh();
     /// Selects what a line of text names by its first command; false if it names nothing
     /// that has a place.
@@ -92,7 +92,7 @@ class MainWindow : public QMainWindow {
     void makeToolBar();
     void makeStatusBar();
     void makeDocumentArea();
-    void hangHooks();
+    void connectHooks();
     void addCommand(const CommandRow& row, QMenu& menu);
     void fillRecentMenu();
     void installBuiltIn();

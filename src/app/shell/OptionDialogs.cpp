@@ -81,7 +81,7 @@ VersionDialog::VersionDialog(const VersionOptions& options, int openEdition, QWi
     auto* const reading = addBox(*column, QStringLiteral("Reading"), this);
     input_ = makeEditionList("inputVersion", options.inputVersion, this);
     reading->addWidget(
-        look::addLabel(QStringLiteral("Version of files that do not tell theirs:"), *input_));
+        look::addLabel(QStringLiteral("Version of files that do not state theirs:"), *input_));
     reading->addWidget(input_);
 
     auto* const saving = addBox(*column, QStringLiteral("Saving"), this);
@@ -191,7 +191,7 @@ SampleRateDialog::SampleRateDialog(bool calculate, int digits, QWidget* parent) 
     digits_->setEnabled(calculate);
     connect(calculate_, &QCheckBox::toggled, digits_, &QWidget::setEnabled);
     auto* const row = new QHBoxLayout;
-    row->addWidget(look::addLabel(QStringLiteral("Digits behind the decimal point:"), *digits_));
+    row->addWidget(look::addLabel(QStringLiteral("Digits after the decimal point:"), *digits_));
     row->addWidget(digits_);
     row->addStretch();
     column->addLayout(row);

@@ -13,7 +13,7 @@ class QRadioButton;
 
 namespace kavu {
 
-/// "TMATS Version Numbers": the edition of files that do not tell theirs, and the edition
+/// "TMATS Version Numbers": the edition of files that do not state theirs, and the edition
 /// in which documents are saved.
 class VersionDialog : public QDialog {
     Q_OBJECT
@@ -51,7 +51,7 @@ class UpdateDialog : public QDialog {
 };
 
 /// "Sample Rate Options": whether sample rates are kept calculated, and with how many
-/// digits behind the decimal point.
+/// digits after the decimal point.
 class SampleRateDialog : public QDialog {
     Q_OBJECT
   public:

@@ -15,11 +15,11 @@ struct StartOptions {
     std::optional<look::Scheme> scheme{};
     bool splash = true;
     bool automation = false;  ///< started for automation: there is no interface to show
-    bool wrong = false;       ///< `print` tells what is wrong
+    bool wrong = false;       ///< `print` says what is wrong
     std::string print{};      ///< to be printed, and that is all
 };
 
-/// Reads the arguments behind the program's name. A switch begins with "-" or "/"; what is
+/// Reads the arguments after the program's name. A switch begins with "-" or "/"; what is
 /// no switch of ours and exists as a file is a file.
 [[nodiscard]] StartOptions readStartOptions(const std::vector<std::string>& arguments);
 

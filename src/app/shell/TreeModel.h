@@ -60,7 +60,7 @@ class TreeModel : public QAbstractItemModel {
     static constexpr std::uint32_t kNoNode = UINT32_MAX;
     struct Node {
         TreeItem item;
-        std::string remark;  ///< shown behind the name of a stream: its kind
+        std::string remark;  ///< shown after the name of a stream: its kind
         std::uint32_t parent = kNoNode;
         int row = 0;
         std::vector<std::uint32_t> children;

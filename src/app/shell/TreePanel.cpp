@@ -229,7 +229,7 @@ void TreePanel::rebuild(const DocumentTree& tree, std::vector<std::string> measu
     layers_->setCurrentIndex(0);
     bool kept = false;
     if (selected) {
-        // A name may stand in the tree more than once; the one in the same place counts.
+        // A name may be in the tree more than once; the one in the same place counts.
         QModelIndex best;
         const auto matches = [&](const QModelIndex& index) {
             return index.isValid() && pathOf(index) == selectedPath;

@@ -42,7 +42,7 @@ class TreePanel : public QWidget {
   public:
     explicit TreePanel(const TreeExpansion& expansion, QWidget* parent = nullptr);
 
-    /// Fills the tree anew. What was open and what was selected stays so where it still is;
+    /// Fills the tree again. What was open and what was selected stays so where it still is;
     /// a branch that was not there before is opened as its flag says.
     void rebuild(const DocumentTree& tree, std::vector<std::string> measurements,
                  const TreeBranches& branches);
@@ -68,7 +68,7 @@ class TreePanel : public QWidget {
     /// Opens the selected branch if it is closed, and the other way round.
     void toggleBranch();
 
-    /// Tells if an entry can be chosen; without it all of them can.
+    /// Whether an entry can be chosen; without it all of them can.
     std::function<bool(TreeAction, const TreeItem&)> available;
     /// The context menu of the selected item.
     void fillMenu(QMenu& menu);

@@ -109,7 +109,7 @@ TEST(PairSetImportForm, TenThousandPairsAreRefusedAnd99AreTaken) {
     });
     press(panel, "import");
     ASSERT_EQ(s.f.ui.boxes.size(), 1U);
-    EXPECT_EQ(s.f.ui.boxes[0].text, "There are 10000 pairs. A pair set can not have more than 99.");
+    EXPECT_EQ(s.f.ui.boxes[0].text, "There are 10000 pairs. A pair set cannot have more than 99.");
     EXPECT_EQ(s.rows().size(), 99U);
     EXPECT_EQ(s.changes, 1);
 }
@@ -165,7 +165,7 @@ TEST(PairSetPasteForm, WhatIsNoPairsIsToldAndChangesNothing) {
         {QStringLiteral("1\n2\n3"), "The clipboard does not hold two columns of values."},
         {QStringLiteral("1\tnan\n2\t3"), "Error in row #1. Y Value found"},
         {QStringLiteral("1\t2\n1e999\t3"), "Error in row #2. X Value found"},
-        {many, "There are 10000 pairs. A pair set can not have more than 99."},
+        {many, "There are 10000 pairs. A pair set cannot have more than 99."},
     };
     for (const auto& c : cases) {
         s.f.ui.boxes.clear();

@@ -155,7 +155,7 @@ TEST_F(EditableListTest, ARowDialogRefusesWhatTheColumnsRefuse) {
             EXPECT_EQ(dialog.focusWidget()->objectName(), QLatin1String(field));
         };
         refuse("name", u"a", "Another 'Name' exists with this same value.");
-        refuse("name", u"x;", "Error: The value you entered can not contain a semi-colon");
+        refuse("name", u"x;", "Error: The value you entered cannot contain a semi-colon");
         find<QLineEdit>(dialog, "name")->clear();
         refuse("name", u"", "You must enter a value for 'Name'.");
         type(dialog, "name", QStringLiteral("longer than eight"));
@@ -220,7 +220,7 @@ TEST_F(EditableListTest, ACellThatCollidesWithAnotherRowIsRefused) {
         expectBox("Another 'Name' exists with this same value.", "ERROR: Illegal Value Entered");
         type(dialog, "value", QStringLiteral("x;y"));
         press(dialog, "ok");
-        expectBox("Error: The value you entered can not contain a semi-colon",
+        expectBox("Error: The value you entered cannot contain a semi-colon",
                   "ERROR: Illegal Value Entered");
         press(dialog, "cancel");
     });
