@@ -3,6 +3,13 @@
 include(FeatureSummary)
 
 option(KAVU_PCH "Use precompiled headers" ON)
+# Most of the time of a build goes into headers and templates, which eight files in one unit
+# share. Whoever edits a file at a time is quicker without.
+option(KAVU_UNITY "Compile several files in one unit" ON)
+if(KAVU_UNITY)
+    set(CMAKE_UNITY_BUILD ON)
+    set(CMAKE_UNITY_BUILD_BATCH_SIZE 8)
+endif()
 find_program(KAVU_CCACHE ccache)
 if(KAVU_CCACHE)
     # A precompiled header carries time stamps; without this every ccache look-up misses.
@@ -34,15 +41,21 @@ if(KAVU_COVERAGE)
     target_compile_options(kavu_options INTERFACE --coverage -O0)
     target_link_options(kavu_options INTERFACE --coverage)
 endif()
+add_feature_info(larger_units KAVU_UNITY "of several files, for whole builds")
 add_feature_info(precompiled_headers KAVU_PCH "of the standard library and the test framework")
 add_feature_info(sanitizers KAVU_SANITIZE "${KAVU_SANITIZE}")
 
-# A build without precompiled headers (the sanitizers' one) finds the includes that a file
-# has forgotten.
+# A build without precompiled headers and one file a unit (the debug preset's) finds the
+# includes that a file has forgotten.
 function(kavu_precompile target)
     if(KAVU_PCH)
         target_precompile_headers(${target} PRIVATE ${ARGN})
     endif()
+endfunction()
+
+# Files that use a name in a sense of their own are a unit of their own.
+function(kavu_alone)
+    set_source_files_properties(${ARGN} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
 endfunction()
 
 # One library for a folder of src with its rooms. DEPENDS names the folders it may include; the build

@@ -16,14 +16,14 @@ namespace kavu {
 
 namespace {
 
-constexpr char kName[] = "ENG1-OIL-PRESS";
+constexpr char kPictured[] = "ENG1-OIL-PRESS";
 
 std::optional<DefinitionEdit> sampleRecord(ScreenshotStage& stage) {
     if (stage.document == nullptr || stage.application == nullptr) {
         return std::nullopt;
     }
     auto edit =
-        DefinitionEdit::open(*stage.document, stage.application->conversions(), nullptr, kName);
+        DefinitionEdit::open(*stage.document, stage.application->conversions(), nullptr, kPictured);
     if (!edit) {
         return edit;
     }

@@ -21,7 +21,7 @@ namespace kavu {
 
 namespace {
 
-constexpr char kName[] = "ENG1-OIL-PRESS";
+constexpr char kPairSetPictured[] = "ENG1-OIL-PRESS";
 
 /// The calibration of a pressure transducer whose middle is a little off the curve.
 PairSet samplePairs() {
@@ -53,7 +53,7 @@ std::unique_ptr<QWidget> makePanel(ScreenshotStage& stage, const PairSet& pairs,
         return nullptr;
     }
     auto& conversions = stage.application->conversions();
-    auto edit = DefinitionEdit::open(*stage.document, conversions, nullptr, kName);
+    auto edit = DefinitionEdit::open(*stage.document, conversions, nullptr, kPairSetPictured);
     if (!edit) {
         return nullptr;
     }
@@ -66,7 +66,7 @@ std::unique_ptr<QWidget> makePanel(ScreenshotStage& stage, const PairSet& pairs,
     stage.document->settings.overrideForThisRun("PL1Sym", "7");
     stage.document->settings.overrideForThisRun("PL1Sty", "5");
     auto window = std::make_unique<QDialog>();
-    window->setWindowTitle(toQString(std::string("Pair Sets: ") + kName));
+    window->setWindowTitle(toQString(std::string("Pair Sets: ") + kPairSetPictured));
     auto* layout = new QVBoxLayout(window.get());
     look::arrangeWindow(*layout, *window);
     layout->addWidget(new PairSetPanel(stage.form, *stage.document, conversions, edit->name(),

@@ -21,8 +21,8 @@ namespace kavu {
 namespace {
 
 /// A small stream, with the document of the pictures around it in the edition of the picture.
-struct SampleStream {
-    SampleStream(ScreenshotStage& stage, int edition)
+struct WordSample {
+    WordSample(ScreenshotStage& stage, int edition)
         : document(stage.document->document),
           context{stage.document->clock,    stage.document->ticker, stage.document->random,
                   stage.document->settings, stage.document->store,  stage.document->files,
@@ -67,7 +67,7 @@ struct SampleStream {
 
 /// The window keeps its stream.
 template <typename Window, typename... Args>
-std::unique_ptr<QWidget> makeOver(const std::shared_ptr<SampleStream>& sample, Args&&... args) {
+std::unique_ptr<QWidget> makeOver(const std::shared_ptr<WordSample>& sample, Args&&... args) {
     auto window = std::make_unique<Window>(std::forward<Args>(args)..., nullptr);
     QObject::connect(window.get(), &QObject::destroyed, [sample] {});
     return window;
@@ -80,7 +80,7 @@ std::unique_ptr<QWidget> makeWord(ScreenshotStage& stage, int edition, int fwp, 
     if (stage.document == nullptr) {
         return nullptr;
     }
-    const auto sample = std::make_shared<SampleStream>(stage, edition);
+    const auto sample = std::make_shared<WordSample>(stage, edition);
     auto word = wordToEdit(sample->format, nullptr, fwp, 1, name);
     if (!word) {
         return nullptr;
@@ -136,7 +136,7 @@ std::unique_ptr<QWidget> makeEntry(ScreenshotStage& stage) {
     if (stage.document == nullptr) {
         return nullptr;
     }
-    const auto sample = std::make_shared<SampleStream>(stage, 2011);
+    const auto sample = std::make_shared<WordSample>(stage, 2011);
     WordFrameEntryDialog::Setup setup;
     setup.name = "ROLL_RATE";
     setup.location = {32, {{8, 8, 24, 2, 4, 14, "FW", 'M', 1}, {9, 8, 25, 2, 4, 14, "FW", 'D', 2}}};
@@ -152,7 +152,7 @@ void addWordScreenshots(ScreenshotList& list) {
         if (stage.document == nullptr) {
             return nullptr;
         }
-        const auto sample = std::make_shared<SampleStream>(stage, 2009);
+        const auto sample = std::make_shared<WordSample>(stage, 2009);
         FragmentDialog::Setup setup{true, {0, "ENGINE", 2, "FW", "M", 1}, {1, 2, 3}, false};
         return makeOver<FragmentDialog>(sample, stage.form, sample->format, setup);
     });
@@ -160,7 +160,7 @@ void addWordScreenshots(ScreenshotList& list) {
         if (stage.document == nullptr) {
             return nullptr;
         }
-        const auto sample = std::make_shared<SampleStream>(stage, 2009);
+        const auto sample = std::make_shared<WordSample>(stage, 2009);
         return makeOver<GenerateDialog>(sample, stage.form, sample->format,
                                         DataWordDefaults{"DE", "D", "M", "FW", "UNS", "NON"});
     });
@@ -169,7 +169,7 @@ void addWordScreenshots(ScreenshotList& list) {
                  if (stage.document == nullptr) {
                      return nullptr;
                  }
-                 const auto sample = std::make_shared<SampleStream>(stage, 2009);
+                 const auto sample = std::make_shared<WordSample>(stage, 2009);
                  return makeOver<CommentDialog>(
                      sample, stage.form, sample->format,
                      std::string("Strain gauges of the left wing.\r\nZeroed before each flight."));
@@ -178,7 +178,7 @@ void addWordScreenshots(ScreenshotList& list) {
         if (stage.document == nullptr) {
             return nullptr;
         }
-        const auto sample = std::make_shared<SampleStream>(stage, 2011);
+        const auto sample = std::make_shared<WordSample>(stage, 2011);
         const std::vector<FilterRow> rows = {
             {"ALT_BARO", "Overwrite"}, {"AIRSPEED", "Neither"}, {"PITCH_RATE", "Filter"}};
         return makeOver<FilterListDialog>(sample, stage.form, sample->format, rows);

@@ -10,7 +10,7 @@
 namespace kavu {
 class Application;
 struct DocumentTree;
-}
+}  // namespace kavu
 
 namespace kavu::cli {
 
@@ -70,6 +70,9 @@ struct DocumentCommand {
 [[nodiscard]] bool sourceListCommand(CommandContext& context, CommandOutput& output);
 /// The other `source` commands and `link rename`, which change the document and save it.
 [[nodiscard]] bool sourceCommand(CommandContext& context, CommandOutput& output);
+
+/// "T-1", or nothing for an index of 0.
+[[nodiscard]] std::string groupName(char letter, int index);
 
 /// `tree`
 [[nodiscard]] bool treeCommand(CommandContext& context, CommandOutput& output);

@@ -13,11 +13,6 @@ namespace kavu::cli {
 
 namespace {
 
-/// "T-1", or nothing for an index of 0.
-std::string groupName(char letter, int index) {
-    return index > 0 ? std::string(1, letter) + "-" + std::to_string(index) : std::string();
-}
-
 void replyToAffixes(CommandContext& context) {
     const auto& line = context.line;
     const bool wanted = !line.prefix.empty() || !line.suffix.empty();

@@ -58,11 +58,6 @@ Json sourceJson(const TreeSource& source) {
             {"links", std::move(links)}};
 }
 
-/// "T-1", or nothing for an index of 0.
-std::string groupName(char letter, int index) {
-    return index > 0 ? std::string(1, letter) + "-" + std::to_string(index) : std::string();
-}
-
 /// The group of a link's own file: a bus, message or PAM stream may have a P file, too.
 char streamLetter(const TreeLink& link) {
     return link.kind == "Message Data" ? 'S' : link.kind == "PAM" ? 'A' : 'P';
@@ -94,6 +89,10 @@ std::string treeText(const DocumentTree& tree, const Summaries& summaries) {
 }
 
 }  // namespace
+
+std::string groupName(char letter, int index) {
+    return index > 0 ? std::string(1, letter) + "-" + std::to_string(index) : std::string();
+}
 
 Json dataSourcesJson(const DocumentTree& tree) {
     Json sources = Json::array();

@@ -19,7 +19,6 @@ namespace kavu {
 
 namespace {
 
-constexpr unsigned kPollEvery = 64;        // commands
 constexpr std::size_t kIndexFrom = 40;     // fields of a record from which a hash pays
 constexpr std::size_t kLongestShown = 80;  // characters of a value in message 315
 constexpr std::string_view kLineEnd = "\r\n";

@@ -14,8 +14,6 @@ namespace kavu {
 
 namespace {
 
-constexpr std::uint64_t kLineEnd = 2;
-
 /// The numbers in use, with a short way to the next free one however long their runs are.
 class UsedNumbers {
   public:
@@ -56,8 +54,8 @@ void countPieces(std::string& bytes, Plan& plan) {
     std::vector<std::int64_t> named;
     std::uint64_t left = 0;
     forEachRawCommand(bytes, [&](const RawCommand& command) {
-        sizes[command.index] += command.line.size() + kLineEnd;
-        left += command.line.size() + kLineEnd;
+        sizes[command.index] += command.line.size() + kLineEndBytes;
+        left += command.line.size() + kLineEndBytes;
         if (!measurementNameIn(command).empty() && !isNamed[command.index]) {
             isNamed[command.index] = true;
             named.push_back(command.index);
@@ -85,7 +83,7 @@ void cutPieces(std::string& bytes, const RawGroup::Chunk& chunk, Plan& plan) {
         const auto found = plan.pieceOf.find(command.index);
         auto& piece = plan.pieces[found == plan.pieceOf.end() ? plan.count - 1 : found->second];
         piece.add({extent->at + (start - extentStart), command.end - start});
-        piece.size += command.line.size() + kLineEnd;
+        piece.size += command.line.size() + kLineEndBytes;
         start = command.end;
     });
 }

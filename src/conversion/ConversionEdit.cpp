@@ -20,7 +20,6 @@ namespace {
 
 constexpr std::size_t kLongestCommentRecord = 499;
 /// What the two digits of a count of coefficients can say.
-constexpr int kMostTerms = 99;
 
 std::string decoded(std::string_view stored) {
     std::string text(stored);

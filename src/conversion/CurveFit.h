@@ -16,6 +16,8 @@ namespace kavu {
 
 /// The highest order of a fit.
 inline constexpr int kHighestOrder = 10;
+/// The coefficients behind the constant one that a record may hold.
+inline constexpr int kMostTerms = 99;
 
 /// c[0] to c[kHighestOrder]; those above the order of the fit are not used.
 using FitCoefficients = std::array<double, kHighestOrder + 1>;

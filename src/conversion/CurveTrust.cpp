@@ -18,10 +18,6 @@ constexpr int kMostBits = 64;
 /// With this many digits behind the point a text gives back the very number.
 constexpr int kExactPrecision = 16;
 
-bool allFinite(std::span<const double> values) {
-    return std::all_of(values.begin(), values.end(), [](double v) { return std::isfinite(v); });
-}
-
 std::size_t countDifferent(std::span<const double> x) {
     std::vector<double> sorted(x.begin(), x.end());
     std::sort(sorted.begin(), sorted.end());

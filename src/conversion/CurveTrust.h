@@ -5,6 +5,8 @@
 // same order that is computed on orthogonal polynomials. No number of a record is changed.
 #pragma once
 
+#include <algorithm>
+#include <cmath>
 #include <optional>
 #include <span>
 #include <string>
@@ -12,6 +14,10 @@
 #include <vector>
 
 namespace kavu {
+
+[[nodiscard]] inline bool allFinite(std::span<const double> values) {
+    return std::all_of(values.begin(), values.end(), [](double v) { return std::isfinite(v); });
+}
 
 /// A polynomial on discrete orthogonal polynomials over its own x values.
 class OrthogonalFit {

@@ -11,7 +11,7 @@ namespace kavu {
 
 namespace {
 
-constexpr int kOnly1996 = 1996;
+constexpr int kUntypedEdition = 1996;
 constexpr auto kFitFields =
     std::to_array<std::string_view>({"MOT1", "MOT2", "MOT3", "MOT4", "BFM", "MN3"});
 
@@ -75,7 +75,7 @@ class Changes {
             return;
         }
         collect(kTypeCode, storedType(type, edit_.edition()));
-        if (edit_.edition() > kOnly1996) {
+        if (edit_.edition() > kUntypedEdition) {
             return;
         }
         for (const std::string_view other : {"VOI", "VID"}) {

@@ -15,7 +15,6 @@ namespace kavu {
 namespace {
 
 /// What the two digits of a count can say.
-constexpr int kMostTerms = 99;
 constexpr int kFirstEditionOfNegativePowers = 2007;
 
 std::vector<double> fitOfPairs(const ProfileFile& file, std::string_view name, std::string& why) {

@@ -52,7 +52,7 @@ bool comesFirst(const ValuePair& a, const ValuePair& b) {
     return leadingDouble(a.telemetry) < leadingDouble(b.telemetry);
 }
 
-std::string rowKey(const char* code, std::size_t index) {
+std::string pairKey(const char* code, std::size_t index) {
     return code + std::to_string(index + 1);
 }
 
@@ -209,8 +209,8 @@ PairSet PairSet::read(const ProfileFile& file, std::string_view section, bool so
     const int count =
         std::clamp(file.integer(section, kCountCode, 0), 0, static_cast<int>(kMostPairs));
     for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
-        set.pairs_.push_back({file.value(section, rowKey("PS3-", i), ""),
-                              file.value(section, rowKey("PS4-", i), "")});
+        set.pairs_.push_back({file.value(section, pairKey("PS3-", i), ""),
+                              file.value(section, pairKey("PS4-", i), "")});
     }
     (void)set.sortAround(0);
     return set;
@@ -220,11 +220,11 @@ bool PairSet::write(ProfileFile& file, std::string_view section) const {
     bool good = file.setValue(section, kCountCode, std::to_string(pairs_.size()));
     for (std::size_t i = 0; i < kMostPairs; ++i) {
         if (i < pairs_.size()) {
-            good = file.setValue(section, rowKey("PS3-", i), pairs_[i].telemetry) && good;
-            good = file.setValue(section, rowKey("PS4-", i), pairs_[i].engineering) && good;
+            good = file.setValue(section, pairKey("PS3-", i), pairs_[i].telemetry) && good;
+            good = file.setValue(section, pairKey("PS4-", i), pairs_[i].engineering) && good;
         } else {
-            file.removeKey(section, rowKey("PS3-", i));
-            file.removeKey(section, rowKey("PS4-", i));
+            file.removeKey(section, pairKey("PS3-", i));
+            file.removeKey(section, pairKey("PS4-", i));
         }
     }
     return good;

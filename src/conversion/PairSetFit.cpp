@@ -1,5 +1,6 @@
 #include "conversion/PairSetFit.h"
 
+#include "conversion/CurveTrust.h"
 #include "conversion/EuNumbers.h"
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
@@ -14,10 +15,6 @@ namespace {
 
 constexpr std::string_view kNoPoints = "Unable to draw graph. No data points defined";
 constexpr int kDefaultBits = 16;
-
-bool allFinite(std::span<const double> values) {
-    return std::all_of(values.begin(), values.end(), [](double v) { return std::isfinite(v); });
-}
 
 /// What the page offers.
 void setOffers(FitResult& result, const FitInput& input) {

@@ -13,7 +13,6 @@ constexpr std::string_view kXTitle = "TM Value";
 constexpr std::string_view kYTitle = "EU Value";
 constexpr DrawingColour kHighlight = 0xFF0000;
 constexpr DrawingColour kMarked = 0xFF8000;
-constexpr double kTitleHeight = 16;
 /// Of the page that the plot takes, with its labels.
 constexpr double kPageWidth = 0.82;
 constexpr double kPageHeight = 0.45;

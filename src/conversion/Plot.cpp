@@ -14,7 +14,6 @@ namespace kavu {
 namespace {
 
 const DrawingFont kLabelFont{};
-constexpr double kTitleHeight = 16;
 
 DrawingFont titleFont(int angle) {
     return {"Arial", kTitleHeight, true, angle};

@@ -12,6 +12,9 @@
 
 namespace kavu {
 
+/// Of the titles of a plot and its axes, in units of the surface.
+inline constexpr double kTitleHeight = 16;
+
 enum class PlotAlignment { Left = 0, Centre, Right };
 
 /// What a frame is drawn for. Data and titles must live until the call returns.

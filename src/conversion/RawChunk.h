@@ -16,6 +16,9 @@ namespace kavu {
     return command.size() > 2 && command[1] == '-' ? leadingInteger(command.substr(2)) : 0;
 }
 
+/// What ends a command in a file: carriage return and line feed.
+inline constexpr std::uint64_t kLineEndBytes = 2;
+
 /// A command and its parts, all within the bytes of the chunk.
 struct RawCommand {
     std::string_view line;  ///< with its `;`

@@ -13,9 +13,7 @@ namespace kavu {
 namespace {
 
 constexpr std::int64_t kIndicesOfChunk = 25;
-constexpr unsigned kPollEvery = 64;                 // commands
 constexpr std::uint64_t kBatch = 16 * 1024 * 1024;  // bytes
-constexpr std::uint64_t kLineEnd = 2;
 
 }  // namespace
 
@@ -59,7 +57,7 @@ bool RawGroup::sort(std::int64_t base) {
                 currentNumber = number;
             }
             current->add({start, end - start});
-            current->size += command.size() + kLineEnd;
+            current->size += command.size() + kLineEndBytes;
         }
         start = end;
     }

@@ -13,7 +13,7 @@ namespace kavu {
 namespace {
 
 // The receiving tool reads a fixed number of coefficients.
-constexpr int kCoefficients = 10;
+constexpr int kWrittenCoefficients = 10;
 
 std::string_view field(const ProfileFile::Section& record, std::string_view key,
                        std::string_view otherwise = {}) {
@@ -80,7 +80,7 @@ void UpdateFile::writePairs(const ProfileFile::Section& record) {
 }
 
 void UpdateFile::writeCoefficients(const ProfileFile::Section& record) {
-    for (int i = kCoefficients; i >= 1; --i) {
+    for (int i = kWrittenCoefficients; i >= 1; --i) {
         if (const auto value = field(record, "CO-" + std::to_string(i)); !value.empty()) {
             file_.write(value);
             file_.write(", ");

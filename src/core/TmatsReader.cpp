@@ -99,10 +99,6 @@ void trimBeforeSemicolon(std::string& command) {
     }
 }
 
-bool isComment(std::string_view command) {
-    return startsWithIgnoreCase(command, kComment);
-}
-
 constexpr const char* kTooLong =
     "The TMATS command '%s:%s;'%swas too long. This field can only be %d characters long.";
 
@@ -115,6 +111,10 @@ constexpr LimitReport kKept{
     "TMATS File Warning", "This field will be processed even though it was longer than expected."};
 
 }  // namespace
+
+bool isComment(std::string_view command) {
+    return startsWithIgnoreCase(command, kComment);
+}
 
 bool TmatsReader::nextRawCommand(ByteSource& source, std::string& command, long* lineCounter,
                                  std::size_t* length) {

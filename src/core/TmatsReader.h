@@ -120,6 +120,9 @@ class TmatsReader {
     unsigned substitutionFlags_ = 0;
 };
 
+/// True for a command that begins with "COMMENT:" in any case.
+[[nodiscard]] bool isComment(std::string_view command);
+
 /// The numbers of a command's code: `D-2\MN-3-4:X;` gives D, 2 and the field indices 3, 4.
 /// A number that does not fit is the nearest end of the range: an index out of range.
 struct CommandIndices {

@@ -27,9 +27,9 @@ struct KeyRule {
     std::optional<std::string_view> newValue = std::nullopt;
 };
 
-constexpr auto kTo99 = std::to_array<KeyRule>({{"TRD4", "OTH", "O"}});
+constexpr auto kKeysTo99 = std::to_array<KeyRule>({{"TRD4", "OTH", "O"}});
 
-constexpr auto kTo96 = std::to_array<KeyRule>({
+constexpr auto kKeysTo96 = std::to_array<KeyRule>({
     {"TRD4", "O", "OTH"},
     {"MNA"},
     {"MN\\N"},
@@ -46,7 +46,7 @@ constexpr auto kTo96 = std::to_array<KeyRule>({
     {"BTM"},
 });
 
-constexpr auto kWithout00 = std::to_array<KeyRule>({
+constexpr auto kKeysWithout00 = std::to_array<KeyRule>({
     {"FPF"},
     {"BFM", "BCD", "OTH"},
     {"BFM", "SIM", "SIG"},
@@ -180,20 +180,20 @@ void changeRecord(DocumentContext& context, UserInterface* parent, Record& recor
                   RecordChange change) {
     switch (change) {
         case RecordChange::To99:
-            applyKeyRules(record, kTo99);
+            applyKeyRules(record, kKeysTo99);
             convertRecordDate(context, parent, record, 1996);
             moveMatrixToRows(record);
             cutVoiceEncoding(record);
             setMediaType(record);
             break;
         case RecordChange::To96:
-            applyKeyRules(record, kTo96);
+            applyKeyRules(record, kKeysTo96);
             convertRecordDate(context, parent, record, 1999);
             moveMatrixFromRows(record);
             removeRows(record);
             break;
         case RecordChange::Without00:
-            applyKeyRules(record, kWithout00);
+            applyKeyRules(record, kKeysWithout00);
             break;
     }
 }

@@ -15,7 +15,6 @@ namespace {
 
 constexpr std::string_view kPrefix = "G\\";
 constexpr int kTypeLimit = 3;
-constexpr int kMessageDataEdition = 2009;
 
 }  // namespace
 

@@ -41,6 +41,9 @@ int findGroupIndex(DocumentContext& context, UserInterface* parent, char letter,
 bool gatherDataLinks(DocumentContext& context, UserInterface* parent,
                      std::vector<std::string>& links);
 
+/// S groups are message data from this edition on, and packet telemetry before.
+inline constexpr int kMessageDataEdition = 2009;
+
 enum class StreamKind { PcmOrNone = 0, Bus = 2, MessageData = 3 };
 /// The kind of stream that bears a link. Message data is known from edition 2009 on.
 StreamKind streamKindOfLink(DocumentContext& context, UserInterface* parent, std::string_view link);

@@ -14,8 +14,6 @@ namespace kavu {
 
 namespace {
 
-constexpr int kMessageDataEdition = 2009;
-
 struct FormatText {
     std::string_view format;
     std::string_view text;

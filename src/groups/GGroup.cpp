@@ -24,7 +24,7 @@ constexpr int kFirstEditionOfFileName = 2009;
 constexpr std::string_view kEdition = "106";
 
 /// Program information, contacts, data sources, and the rest.
-constexpr auto kSteps = std::to_array<LoadStep>({
+constexpr auto kGeneralSteps = std::to_array<LoadStep>({
     {.after = {}, .percent = 10},
     {.after = "TN", .percent = 40},
     {.after = kContactCount, .percent = 60},
@@ -66,7 +66,7 @@ std::optional<EditedGroup> readGeneral(DocumentContext& context, UserInterface* 
         reportUnableToRead(parent, source.status());
         return std::nullopt;
     }
-    const bool complete = source.readTable(fieldsAsRead(), group.record, kSteps);
+    const bool complete = source.readTable(fieldsAsRead(), group.record, kGeneralSteps);
     setProgressBar(parent, -1);
     if (!complete) {
         return std::nullopt;

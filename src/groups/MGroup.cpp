@@ -18,7 +18,7 @@ namespace {
 constexpr std::string_view kSignalType = "BSG1";
 constexpr std::string_view kBasebandLink = "BB\\DLN";
 constexpr std::string_view kBasebandMeasurement = "BB\\MN";
-constexpr std::string_view kRows = "SI\\N";
+constexpr std::string_view kSignalCount = "SI\\N";
 constexpr std::string_view kDataType = "SI2-n";
 constexpr std::string_view kFilterType = "SIF2-n";
 constexpr std::string_view kRowLink = "SI\\DLN-n";
@@ -59,9 +59,9 @@ std::string_view rowCode(const GroupRow& row) {
 }
 
 void readRows(GroupSource& source, GroupRow& record) {
-    const auto count = source.count(fieldOf(kRows));
-    auto& rows = record.lists[std::string(kRows)];
-    record.fileRows[std::string(kRows)] = count;
+    const auto count = source.count(fieldOf(kSignalCount));
+    auto& rows = record.lists[std::string(kSignalCount)];
+    record.fileRows[std::string(kSignalCount)] = count;
     for (std::size_t n = 1; n <= count; ++n) {
         auto& row = rows.emplace_back();
         row.fileRow = n;
@@ -90,7 +90,7 @@ void readGroup(DocumentContext& context, UserInterface* parent, GroupSource& fil
     const auto fields = multiplexFields();
     for (std::size_t i = 0; i < fields.size(); ++i) {
         const auto& field = fields[i];
-        if (field.list.empty() && !isName(field.code) && field.code != kRows) {
+        if (field.list.empty() && !isName(field.code) && field.code != kSignalCount) {
             // One field has no rows before which anybody could cancel.
             static_cast<void>(file.readTable(fields.subspan(i, 1), record));
         }
@@ -114,7 +114,7 @@ GroupRow writtenRecord(const MultiplexGroup& group) {
     auto record = group.record;
     record.set("ID", group.source);
     setName(record, basebandCode(record), kBasebandLink, kBasebandMeasurement, basebandName(group));
-    for (auto& row : record.lists[std::string(kRows)]) {
+    for (auto& row : record.lists[std::string(kSignalCount)]) {
         setName(row, rowCode(row), kRowLink, kRowMeasurement, std::string(subcarrierName(row)));
         row.set(kFilterType, std::string(row.value(kFilterType).substr(0, kFilterCharacters)));
     }
@@ -196,7 +196,7 @@ void replaceLinkName(MultiplexGroup& group, std::string_view oldName, std::strin
         }
     };
     replace(group.record, kBasebandLink);
-    for (auto& row : group.record.lists[std::string(kRows)]) {
+    for (auto& row : group.record.lists[std::string(kSignalCount)]) {
         replace(row, kRowLink);
     }
 }

@@ -17,7 +17,6 @@ namespace {
 
 constexpr std::string_view kSetting = "CheckForDupMeasurements";
 constexpr std::string_view kNameBeginning = "MN-";
-constexpr unsigned kPollEvery = 64;  // commands
 
 }  // namespace
 

@@ -18,7 +18,7 @@ namespace kavu {
 
 namespace {
 
-constexpr auto kSteps = std::to_array<LoadStep>({
+constexpr auto kRecorderSteps = std::to_array<LoadStep>({
     {"R1", 10},
     {"NSB", 20},
     {"RI3", 30},
@@ -48,12 +48,12 @@ std::size_t readTrackCount(GroupSource& source, GroupRow& record) {
 }
 
 bool readGroup(GroupSource& source, UserInterface* parent, int edition, RecorderGroup& group) {
-    if (!source.readTable(recorderFieldsBeforeTracks(), group.record, kSteps)) {
+    if (!source.readTable(recorderFieldsBeforeTracks(), group.record, kRecorderSteps)) {
         return false;
     }
     const auto count = readTrackCount(source, group.record);
     if (!readTracks(source, parent, edition, count, group.tracks) ||
-        !source.readTable(recorderFieldsBehindTracks(), group.record, kSteps)) {
+        !source.readTable(recorderFieldsBehindTracks(), group.record, kRecorderSteps)) {
         return false;
     }
     for (const auto& track : group.tracks) {

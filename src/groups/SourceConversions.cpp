@@ -21,7 +21,6 @@ namespace kavu {
 namespace {
 
 constexpr const char* kTextWithPercent = "Adding EU Conversion Information (%.0f%%)";
-constexpr std::size_t kTellEvery = 64;
 
 /// Copies of records gather in one chunk, which is written when it is full: not once for each.
 class RecordCopier {

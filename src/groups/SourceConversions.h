@@ -8,6 +8,9 @@
 
 namespace kavu {
 
+/// Records that are copied between two status texts.
+inline constexpr std::size_t kTellEvery = 64;
+
 /// True if the records can be looked for. In a store that can not be listed every one would
 /// seem to be missing; that is reported.
 bool recordsAreKnown(SourceParts& parts, UserInterface* parent);

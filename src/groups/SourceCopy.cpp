@@ -22,7 +22,7 @@ namespace kavu {
 
 namespace {
 
-constexpr const char* kTitle = "Duplicate Data Source";
+constexpr const char* kCopyTitle = "Duplicate Data Source";
 constexpr const char* kExists = "This name already exists. Please select another name";
 constexpr const char* kAffixTitle = "Measurement Prefix And Suffix";
 constexpr std::string_view kAffixSection = "StreamImport";
@@ -232,17 +232,17 @@ std::optional<std::string> askCopyName(const DocumentContext& context, UserInter
                                        const std::vector<DataSource>& sources,
                                        const std::string& name) {
     LinkNames taken;
-    TextPrompt prompt{kTitle, "Enter New Name", name, kNameLimit};
+    TextPrompt prompt{kCopyTitle, "Enter New Name", name, kNameLimit};
     for (const auto& source : sources) {
         taken.add(source.name);
         prompt.listed.push_back(source.name);
     }
     return askName(parent, prompt, [&](const std::string& entered) {
-        if (!isAcceptableName(context, parent, entered, kTitle)) {
+        if (!isAcceptableName(context, parent, entered, kCopyTitle)) {
             return false;
         }
         if (taken.has(entered)) {
-            showBox(parent, kExists, kTitle);
+            showBox(parent, kExists, kCopyTitle);
             return false;
         }
         return true;
@@ -260,15 +260,15 @@ std::optional<CopyPlan> askPlan(DocumentContext& context, UserInterface* parent,
                             [&](const DataSource& source) { return source.name == name; });
     if (name.empty() || row == sources.end()) {
         showBox(parent, formatPrintf("There is no data source '%s' in this document.", name),
-                kTitle);
+                kCopyTitle);
         return std::nullopt;
     }
     if (sources.size() >= static_cast<std::size_t>(kMostListRows)) {
         context.messages.show(parent, 303, title::kError, kErrorBox, "data source");
         return std::nullopt;
     }
-    if (showBox(parent, "Do you wish to make a copy of this Data Source?", kTitle, Icon::Question,
-                Buttons::YesNo, Button::Yes) != Button::Yes) {
+    if (showBox(parent, "Do you wish to make a copy of this Data Source?", kCopyTitle,
+                Icon::Question, Buttons::YesNo, Button::Yes) != Button::Yes) {
         return std::nullopt;
     }
     CopyPlan plan;

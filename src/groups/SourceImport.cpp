@@ -23,8 +23,7 @@ namespace kavu {
 
 namespace {
 
-constexpr const char* kTitle = "Import Data Source";
-constexpr std::size_t kTellEvery = 64;
+constexpr const char* kImportTitle = "Import Data Source";
 constexpr const char* kFileTitle = "Import Data Source/Stream From TMATS File:";
 
 /// What the user wants to import.
@@ -261,7 +260,7 @@ std::optional<ImportOffer> chooseOffer(UserInterface* parent, std::vector<Import
     const char* const what = kind == 'R' ? "RF" : "Recorder/Reproducer";
     if (offers.empty()) {
         showBox(parent, formatPrintf("This file has no %s data source that can be imported.", what),
-                kTitle, Icon::Information);
+                kImportTitle, Icon::Information);
         return std::nullopt;
     }
     TablePrompt prompt;
@@ -295,8 +294,8 @@ std::optional<ImportPlan> askPlan(DocumentContext& context, UserInterface* paren
     }
     ImportPlan plan;
     plan.offer = std::move(*offer);
-    const auto answer = showBox(parent, "Would you also like to import EU conversions?", kTitle,
-                                Icon::Question, Buttons::YesNoCancel, Button::Yes);
+    const auto answer = showBox(parent, "Would you also like to import EU conversions?",
+                                kImportTitle, Icon::Question, Buttons::YesNoCancel, Button::Yes);
     plan.conversions = answer == Button::Yes;
     if ((answer != Button::Yes && answer != Button::No) ||
         !askPrefixSuffix(context, parent, plan.affixes)) {

@@ -7,6 +7,7 @@
 #include "core/talk/UserInterface.h"
 #include "core/text/Clock.h"
 #include "core/text/Text.h"
+#include "core/text/TextEncoding.h"
 #include "groups/DataSources.h"
 #include "groups/DocumentTree.h"
 
@@ -17,8 +18,6 @@ namespace kavu {
 
 namespace {
 
-constexpr unsigned kPollEvery = 64;  // commands
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view kNoted = "TRMPDBS";
 constexpr std::string_view kConversionName = "DCN";
 

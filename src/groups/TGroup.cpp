@@ -17,7 +17,7 @@ namespace {
 constexpr int kUnableToEdit = 85;
 constexpr int kNotFound = 145;
 
-constexpr auto kSteps = std::to_array<LoadStep>({
+constexpr auto kTransmissionSteps = std::to_array<LoadStep>({
     {.after = "RF6", .percent = 20},
     {.after = "AN3", .percent = 60},
     {.after = "GST2", .percent = 70},
@@ -45,7 +45,7 @@ std::optional<EditedGroup> readTransmission(DocumentContext& context, UserInterf
         reportUnableToRead(parent, file.status());
         return std::nullopt;
     }
-    const bool complete = file.readTable(transmissionFields(), group.record, kSteps);
+    const bool complete = file.readTable(transmissionFields(), group.record, kTransmissionSteps);
     setProgressBar(parent, -1);
     if (!complete) {
         return std::nullopt;

@@ -1,4 +1,5 @@
 #include "cli/CommandLine.h"
+#include "cli/ParsedLine.h"
 
 #include <string>
 #include <vector>
@@ -10,12 +11,6 @@ namespace kavu::cli {
 namespace {
 
 using Arguments = std::vector<std::string>;
-
-CommandLine parsed(const Arguments& arguments) {
-    auto result = parseCommandLine(arguments);
-    EXPECT_TRUE(result.line.has_value()) << result.err;
-    return result.line.value_or(CommandLine{});
-}
 
 TEST(CommandLine, CheckTakesAFile) {
     const auto line = parsed({"check", "in.tma"});

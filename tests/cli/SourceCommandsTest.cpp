@@ -1,4 +1,5 @@
 #include "cli/CommandLine.h"
+#include "cli/ParsedLine.h"
 #include "cli/ScriptedInterface.h"
 
 #include <sstream>
@@ -7,12 +8,6 @@
 
 namespace kavu::cli {
 namespace {
-
-CommandLine parsed(const std::vector<std::string>& arguments) {
-    auto result = parseCommandLine(arguments);
-    EXPECT_TRUE(result.line.has_value()) << result.err;
-    return result.line.value_or(CommandLine{});
-}
 
 TEST(SourceCommandLine, EveryOperationHasItsCommand) {
     struct Case {

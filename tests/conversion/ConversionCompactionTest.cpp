@@ -11,7 +11,7 @@ namespace {
 using test::ConversionFixture;
 using test::Numbers;
 
-struct Case {
+struct CompactionCase {
     const char* what;
     /// Chunk numbers; a negative one (less 1) is an empty chunk.
     Numbers before;
@@ -19,7 +19,7 @@ struct Case {
     Numbers after;
 };
 
-class ConversionCompaction : public testing::TestWithParam<Case> {};
+class ConversionCompaction : public testing::TestWithParam<CompactionCase> {};
 
 constexpr std::int64_t empty(std::int64_t number) {
     return -number - 1;
@@ -73,16 +73,18 @@ TEST_P(ConversionCompaction, IsTheSameForChunksThatAreNotInFilesYet) {
 
 INSTANTIATE_TEST_SUITE_P(
     Cases, ConversionCompaction,
-    testing::Values(Case{"nothing", {}, {}}, Case{"dense", {0, 1, 2}, {0, 1, 2}},
-                    Case{"one chunk behind a hole", {2}, {2}},
-                    Case{"one empty chunk", {empty(0)}, {-1}},
-                    Case{"a hole takes the last", {0, 2, 3}, {0, 3, 2}},
-                    Case{"an empty one takes the last", {0, empty(1), 2, 3}, {0, 3, 2}},
-                    Case{"what was moved is empty itself", {empty(0), 1, empty(2)}, {1}},
-                    Case{"all empty", {empty(0), empty(1), empty(2)}, {-1}},
-                    Case{"an empty one at the end stays", {0, 1, empty(2)}, {0, 1, -1}},
-                    Case{"far away", {0, 80000000, 4000000000}, {0, 4000000000, 80000000}},
-                    Case{"two holes", {1, 3, 5}, {5, 1, 3}}));
+    testing::Values(CompactionCase{"nothing", {}, {}},
+                    CompactionCase{"dense", {0, 1, 2}, {0, 1, 2}},
+                    CompactionCase{"one chunk behind a hole", {2}, {2}},
+                    CompactionCase{"one empty chunk", {empty(0)}, {-1}},
+                    CompactionCase{"a hole takes the last", {0, 2, 3}, {0, 3, 2}},
+                    CompactionCase{"an empty one takes the last", {0, empty(1), 2, 3}, {0, 3, 2}},
+                    CompactionCase{"what was moved is empty itself", {empty(0), 1, empty(2)}, {1}},
+                    CompactionCase{"all empty", {empty(0), empty(1), empty(2)}, {-1}},
+                    CompactionCase{"an empty one at the end stays", {0, 1, empty(2)}, {0, 1, -1}},
+                    CompactionCase{
+                        "far away", {0, 80000000, 4000000000}, {0, 4000000000, 80000000}},
+                    CompactionCase{"two holes", {1, 3, 5}, {5, 1, 3}}));
 
 TEST(CompactChunks, AFailureEndsThePassAndNamesTheFile) {
     ConversionFixture f;

@@ -5,6 +5,7 @@
 #include "conversion/ConversionStore.h"
 #include "conversion/ConversionWriter.h"
 #include "core/document/KeyValueStore.h"
+#include "core/text/Text.h"
 #include "support/TestContext.h"
 
 #include <string>
@@ -41,10 +42,10 @@ class ConversionFixture : public TestContext {
     }
     [[nodiscard]] std::vector<std::int64_t> chunks() {
         EXPECT_TRUE(conversions.writeOut().ok());
-        ConversionFiles files;
-        EXPECT_TRUE(listConversionFiles(store, files).ok());
+        ConversionFiles listed;
+        EXPECT_TRUE(listConversionFiles(store, listed).ok());
         std::vector<std::int64_t> numbers;
-        for (const auto& chunk : files.chunks) {
+        for (const auto& chunk : listed.chunks) {
             numbers.push_back(chunk.number);
         }
         return numbers;
@@ -74,5 +75,10 @@ class ConversionFixture : public TestContext {
 
 using Numbers = std::vector<std::int64_t>;
 using Names = std::vector<std::string>;
+
+/// Commands one to a line, as a load takes them.
+inline std::string lines(std::string_view commands) {
+    return replaceAll(commands, ";", ";\n");
+}
 
 }  // namespace kavu::test

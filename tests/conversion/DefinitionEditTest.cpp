@@ -8,6 +8,7 @@ namespace kavu {
 namespace {
 
 using test::ConversionFixture;
+using test::lines;
 using test::Names;
 using Rows = std::vector<std::vector<std::string>>;
 
@@ -18,11 +19,6 @@ std::optional<DefinitionEdit> open(ConversionFixture& f, const std::string& name
 constexpr const char* kTwo =
     "C-1\\DCN:A;C-1\\DCT:PRS;C-1\\PS\\N:2;C-1\\PS3-1:1;C-1\\PS4-1:2;C-1\\MN1:first;"
     "C-2\\DCN:B;C-2\\DCT:COE;C-2\\CO\\N:1;C-2\\CO:5;C-2\\CO-1:6;C-2\\COM:of B;";
-
-/// Commands one to a line, as a load takes them.
-std::string lines(std::string_view commands) {
-    return replaceAll(commands, ";", ";\n");
-}
 
 // --- Open, store, cancel -------------------------------------------------------------------
 

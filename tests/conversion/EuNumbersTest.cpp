@@ -9,7 +9,7 @@
 namespace kavu {
 namespace {
 
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kInfinite = std::numeric_limits<double>::infinity();
 
 TEST(LeadingDouble, TakesTheNumberAtTheFront) {
     const std::pair<const char*, double> cases[] = {
@@ -22,8 +22,8 @@ TEST(LeadingDouble, TakesTheNumberAtTheFront) {
         {"1,5", 1},
         {"12abc", 12},
         {"1e", 1},
-        {"1e400", kInfinity},
-        {"-1e400", -kInfinity},
+        {"1e400", kInfinite},
+        {"-1e400", -kInfinite},
         {"1e-400", 0},
         {"0x10", 0},
         {"2.2250738585072014e-308", 2.2250738585072014e-308},
@@ -41,9 +41,9 @@ TEST(LeadingDouble, BadTextCountsAs0) {
 }
 
 TEST(LeadingDouble, KnowsLargeAndSmallWithoutAnExponent) {
-    EXPECT_EQ(leadingDouble(std::string(400, '9')), kInfinity);
+    EXPECT_EQ(leadingDouble(std::string(400, '9')), kInfinite);
     EXPECT_EQ(leadingDouble("0." + std::string(400, '0') + "1"), 0);
-    EXPECT_EQ(leadingDouble("00" + std::string(400, '9')), kInfinity);
+    EXPECT_EQ(leadingDouble("00" + std::string(400, '9')), kInfinite);
 }
 
 TEST(EuNumbers, HaveTheTextFormsOfRecords) {

@@ -8,7 +8,7 @@ namespace {
 
 using test::TestContext;
 
-constexpr char kWhole[] =
+constexpr char kWholePam[] =
     "A-2\\DLN:PAM 1;\r\nA-2\\A1:NR;\r\nA-2\\A2:I;\r\nA-2\\A3:OTH;\r\nA-2\\A4:0FFFH;\r\n"
     "A-2\\A5:900;\r\nA-2\\A\\N:45;\r\nA-2\\RC1:1;\r\nA-2\\RC2:23;\r\nA-2\\RC3:45;\r\n"
     "A-2\\SF\\N:1;\r\nA-2\\SF1-1:7;\r\nA-2\\SF2-1:STD;\r\nA-2\\SF3-1:X;\r\n"
@@ -22,16 +22,16 @@ class AGroupTest : public ::testing::Test {
 };
 
 TEST_F(AGroupTest, AWholeGroupIsWrittenAsItWasRead) {
-    t.write(groupFile('A', 2), kWhole);
+    t.write(groupFile('A', 2), kWholePam);
     ASSERT_TRUE(loadPam(t.context, &t.ui, {"PAM 1", 2}, group));
     EXPECT_EQ(group.record.value("A4"), "0FFFH");
     EXPECT_TRUE(storePam(t.context, &t.ui, group));
-    EXPECT_EQ(t.read(groupFile('A', 2)), kWhole);
+    EXPECT_EQ(t.read(groupFile('A', 2)), kWholePam);
     EXPECT_TRUE(t.ui.boxes.empty());
 }
 
 TEST_F(AGroupTest, TheTableIsInTheOrderOfTheFile) {
-    const std::string whole(kWhole);
+    const std::string whole(kWholePam);
     std::size_t at = 0;
     for (const auto& field : pamFields()) {
         const auto found = whole.find("\\" + codeAt(field.code, {1, 0}) + ":");

@@ -8,14 +8,14 @@ namespace {
 
 constexpr int kThisYear = 2026;
 
-struct Case {
+struct DateCase {
     const char* text;
     int source;
     const char* converted;  ///< null: left alone
     bool doubtful = false;
 };
 
-class DateForms : public testing::TestWithParam<Case> {};
+class DateForms : public testing::TestWithParam<DateCase> {};
 
 TEST_P(DateForms, Converts) {
     const auto& c = GetParam();
@@ -29,18 +29,22 @@ TEST_P(DateForms, Converts) {
 
 INSTANTIATE_TEST_SUITE_P(
     From1996, DateForms,
-    testing::Values(Case{"04-07-09", 1996, "07-04-2009"}, Case{"31-12-26", 1996, "12-31-2026"},
-                    Case{"31-12-27", 1996, "12-31-1927"}, Case{"01-02-00", 1996, "02-01-2000"},
-                    Case{"99-99-99", 1996, "99-99-1999"}, Case{"04-07-0", 1996, nullptr},
-                    Case{"", 1996, nullptr}, Case{"04/07/09", 1996, nullptr},
-                    Case{"4-07-2009", 1996, nullptr}, Case{"AB-CD-EF", 1996, nullptr},
-                    Case{"04-07-09 10:59", 1996, "07-04-2009", true}));
+    testing::Values(DateCase{"04-07-09", 1996, "07-04-2009"},
+                    DateCase{"31-12-26", 1996, "12-31-2026"},
+                    DateCase{"31-12-27", 1996, "12-31-1927"},
+                    DateCase{"01-02-00", 1996, "02-01-2000"},
+                    DateCase{"99-99-99", 1996, "99-99-1999"}, DateCase{"04-07-0", 1996, nullptr},
+                    DateCase{"", 1996, nullptr}, DateCase{"04/07/09", 1996, nullptr},
+                    DateCase{"4-07-2009", 1996, nullptr}, DateCase{"AB-CD-EF", 1996, nullptr},
+                    DateCase{"04-07-09 10:59", 1996, "07-04-2009", true}));
 
-INSTANTIATE_TEST_SUITE_P(
-    From1999, DateForms,
-    testing::Values(Case{"07-04-2009", 1999, "07-04-09"}, Case{"07-04-1895", 1999, "07-04-95"},
-                    Case{"07-04-xx95", 2011, "07-04-95"}, Case{"07-04-09", 1999, nullptr},
-                    Case{"07-04-20xx", 1999, nullptr}, Case{"07.04.2009", 1999, nullptr}));
+INSTANTIATE_TEST_SUITE_P(From1999, DateForms,
+                         testing::Values(DateCase{"07-04-2009", 1999, "07-04-09"},
+                                         DateCase{"07-04-1895", 1999, "07-04-95"},
+                                         DateCase{"07-04-xx95", 2011, "07-04-95"},
+                                         DateCase{"07-04-09", 1999, nullptr},
+                                         DateCase{"07-04-20xx", 1999, nullptr},
+                                         DateCase{"07.04.2009", 1999, nullptr}));
 
 TEST(DateForms, TheOrderOfDayAndMonthIsSwappedOnTheWayFrom1996Only) {
     EXPECT_EQ(convertDate("04-07-09", 1996, kThisYear)->text, "07-04-2009");

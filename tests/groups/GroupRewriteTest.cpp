@@ -17,14 +17,14 @@ constexpr auto kRules = std::to_array<ValueRule>({
     {'P', "PAIR-", Indices::Two},
 });
 
-struct Case {
+struct RewriteCase {
     const char* name;
     char letter;
     const char* before;
     const char* after;  ///< null: untouched
 };
 
-class ApplyRules : public testing::TestWithParam<Case> {};
+class ApplyRules : public testing::TestWithParam<RewriteCase> {};
 
 TEST_P(ApplyRules, ChangesWhatMatches) {
     const auto& c = GetParam();
@@ -41,21 +41,25 @@ TEST_P(ApplyRules, ChangesWhatMatches) {
 INSTANTIATE_TEST_SUITE_P(
     Files, ApplyRules,
     testing::Values(
-        Case{"ALongerValueThatBeginsWithTheOldOne", 'M', "M-1\\SIF2-1:OTHER;\r\n",
-             "M-1\\SIF2-1:OT;\r\n"},
-        Case{"ThePatternInsideAnotherValue", 'M', "M-1\\COM:see M-1\\X:A;\r\n", "M-1\\COM:B;\r\n"},
-        Case{"NotWhatIsBehindAGap", 'M', "M-1\\SIF2-1:LP;\r\nM-1\\SIF2-3:OTH;\r\n", nullptr},
-        Case{"AnIndexWithoutAValueIsAGap", 'M', "M-1\\SIF2-1:;\r\nM-1\\SIF2-2:OTH;\r\n", nullptr},
-        Case{"NotAnIndexWithALeadingZero", 'M', "M-1\\SIF2-01:OTH;\r\n", nullptr},
-        Case{"NotAnIndexBeyondAllNumbers", 'M', "M-1\\SIF2-99999999999999999999:OTH;\r\n", nullptr},
-        Case{"NotAnotherGroup", 'M', "M-2\\X:A;\r\n", nullptr},
-        Case{"NotAnotherCase", 'M', "m-1\\x:A;\r\n", nullptr},
-        Case{"RulesOneAfterTheOther", 'M', "M-1\\X:A;\r\nM-1\\X:B;\r\n",
-             "M-1\\X:C;\r\nM-1\\X:C;\r\n"},
-        Case{"DeletesAnyValue", 'M', "M-1\\GONE:1;\r\nM-1\\KEPT:2;\r\n", "M-1\\KEPT:2;\r\n"},
-        Case{"PairsUpToTheirGaps", 'P',
-             "P-1\\PAIR-1-1:a;\r\nP-1\\PAIR-1-2:b;\r\nP-1\\PAIR-1-4:c;\r\nP-1\\PAIR-3-1:d;\r\n",
-             "P-1\\PAIR-1-4:c;\r\nP-1\\PAIR-3-1:d;\r\n"}),
+        RewriteCase{"ALongerValueThatBeginsWithTheOldOne", 'M', "M-1\\SIF2-1:OTHER;\r\n",
+                    "M-1\\SIF2-1:OT;\r\n"},
+        RewriteCase{"ThePatternInsideAnotherValue", 'M', "M-1\\COM:see M-1\\X:A;\r\n",
+                    "M-1\\COM:B;\r\n"},
+        RewriteCase{"NotWhatIsBehindAGap", 'M', "M-1\\SIF2-1:LP;\r\nM-1\\SIF2-3:OTH;\r\n", nullptr},
+        RewriteCase{"AnIndexWithoutAValueIsAGap", 'M', "M-1\\SIF2-1:;\r\nM-1\\SIF2-2:OTH;\r\n",
+                    nullptr},
+        RewriteCase{"NotAnIndexWithALeadingZero", 'M', "M-1\\SIF2-01:OTH;\r\n", nullptr},
+        RewriteCase{"NotAnIndexBeyondAllNumbers", 'M', "M-1\\SIF2-99999999999999999999:OTH;\r\n",
+                    nullptr},
+        RewriteCase{"NotAnotherGroup", 'M', "M-2\\X:A;\r\n", nullptr},
+        RewriteCase{"NotAnotherCase", 'M', "m-1\\x:A;\r\n", nullptr},
+        RewriteCase{"RulesOneAfterTheOther", 'M', "M-1\\X:A;\r\nM-1\\X:B;\r\n",
+                    "M-1\\X:C;\r\nM-1\\X:C;\r\n"},
+        RewriteCase{"DeletesAnyValue", 'M', "M-1\\GONE:1;\r\nM-1\\KEPT:2;\r\n", "M-1\\KEPT:2;\r\n"},
+        RewriteCase{
+            "PairsUpToTheirGaps", 'P',
+            "P-1\\PAIR-1-1:a;\r\nP-1\\PAIR-1-2:b;\r\nP-1\\PAIR-1-4:c;\r\nP-1\\PAIR-3-1:d;\r\n",
+            "P-1\\PAIR-1-4:c;\r\nP-1\\PAIR-3-1:d;\r\n"}),
     [](const auto& row) { return row.param.name; });
 
 TEST(ApplyRulesTest, AMissingFileIsNoFailure) {

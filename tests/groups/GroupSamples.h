@@ -12,6 +12,10 @@
 
 namespace kavu::test {
 
+inline bool contains(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+}
+
 /// A value that the field takes in this edition.
 inline std::string sampleValue(const Field& field, int edition) {
     const auto limit = limitIn(edition, field);

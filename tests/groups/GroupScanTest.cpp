@@ -9,13 +9,13 @@ namespace {
 
 using testing::ElementsAre;
 
-struct Field {
+struct WantedField {
     const char* command;
     const char* code;
     const char* value;
 };
 
-class FieldViews : public testing::TestWithParam<Field> {};
+class FieldViews : public testing::TestWithParam<WantedField> {};
 
 TEST_P(FieldViews, CutACommand) {
     const auto field = fieldView(GetParam().command);
@@ -24,11 +24,13 @@ TEST_P(FieldViews, CutACommand) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Commands, FieldViews,
-                         testing::Values(Field{"P-1\\TF:ONE;", "TF", "ONE"},
-                                         Field{"P-1\\SF\\N-1:2;", "SF\\N-1", "2"},
-                                         Field{"G\\COM:a:b\\c;", "COM", "a:b\\c"},
-                                         Field{"G\\COM:;", "COM", ""}, Field{"G:a\\b:c;", "", ""},
-                                         Field{"P-1\\TF;", "", ""}, Field{";", "", ""}));
+                         testing::Values(WantedField{"P-1\\TF:ONE;", "TF", "ONE"},
+                                         WantedField{"P-1\\SF\\N-1:2;", "SF\\N-1", "2"},
+                                         WantedField{"G\\COM:a:b\\c;", "COM", "a:b\\c"},
+                                         WantedField{"G\\COM:;", "COM", ""},
+                                         WantedField{"G:a\\b:c;", "", ""},
+                                         WantedField{"P-1\\TF;", "", ""},
+                                         WantedField{";", "", ""}));
 
 TEST(LinkNamesTest, HoldsANameOnceWhateverItsCase) {
     LinkNames names;

@@ -1,6 +1,7 @@
 #include "core/document/GroupFiles.h"
 #include "core/text/Printf.h"
 #include "core/text/Text.h"
+#include "groups/GroupSamples.h"
 #include "groups/RGroup.h"
 #include "support/TestContext.h"
 
@@ -11,11 +12,8 @@
 namespace kavu {
 namespace {
 
+using test::contains;
 using test::TestContext;
-
-bool contains(const std::string& text, const std::string& part) {
-    return text.find(part) != std::string::npos;
-}
 
 std::vector<std::string> codesOf(const std::string& text) {
     std::vector<std::string> codes;

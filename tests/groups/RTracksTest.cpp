@@ -1,5 +1,6 @@
 #include "core/document/GroupFiles.h"
 #include "core/text/Text.h"
+#include "groups/GroupSamples.h"
 #include "groups/RGroup.h"
 #include "support/TestContext.h"
 
@@ -9,6 +10,7 @@
 namespace kavu {
 namespace {
 
+using test::contains;
 using test::TestContext;
 
 const Field& fieldOf(const ChannelType& type, std::string_view code) {
@@ -26,10 +28,6 @@ std::vector<std::string> labelsShown(const ChannelType& type, int edition) {
         }
     }
     return labels;
-}
-
-bool contains(const std::string& text, const std::string& part) {
-    return text.find(part) != std::string::npos;
 }
 
 class RTracks : public ::testing::Test {

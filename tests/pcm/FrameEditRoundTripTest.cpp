@@ -86,9 +86,9 @@ TEST(FrameEditRoundTrip, WhatIsGeneratedInAHiddenSubframeComesBack) {
 }
 
 /// Words 1 to 31 in 8 frames, a counter in 1, and the subframes S and U of one word and T of two.
-class SubframeStream : public LoadFixture {
+class LoadedSubframes : public LoadFixture {
   public:
-    SubframeStream() {
+    LoadedSubframes() {
         EXPECT_TRUE(load(
             plainFormat(32, 8) + counterAt(1, 8,
                                            Commands{"SF\\N-1:3"} + subframeAt(1, "S", 5, 4) +
@@ -104,7 +104,7 @@ class SubframeStream : public LoadFixture {
 };
 
 TEST(FrameEditRoundTrip, AnIntervalThatNoFileTellsKeepsItsPlaces) {
-    SubframeStream stream;
+    LoadedSubframes stream;
     MeasurementDefinition definition;
     definition.attributes.name = "A";
     definition.attributes.locationType = "SFSC";
@@ -129,7 +129,7 @@ TEST(FrameEditRoundTrip, AnIntervalThatNoFileTellsKeepsItsPlaces) {
 }
 
 TEST(FrameEditRoundTrip, FragmentsAreNumberedWithoutGapsAndCountOnceEach) {
-    SubframeStream stream;
+    LoadedSubframes stream;
     MeasurementDefinition definition;
     definition.attributes.name = "A";
     definition.attributes.locationType = "SFFR";
@@ -155,7 +155,7 @@ TEST(FrameEditRoundTrip, FragmentsAreNumberedWithoutGapsAndCountOnceEach) {
 }
 
 TEST(FrameEditRoundTrip, FragmentsOfWordsAreNumberedWithoutGaps) {
-    SubframeStream stream;
+    LoadedSubframes stream;
     MeasurementDefinition definition;
     definition.attributes.name = "A";
     definition.attributes.locationType = "MFFR";
@@ -199,7 +199,7 @@ TEST(FrameEditRoundTrip, RangesOfAnEditionWithoutEndsGoOnToTheLastWordAndFrame) 
 }
 
 TEST(FrameEditRoundTrip, AFragmentHasOneMaskAtAllItsPositions) {
-    SubframeStream stream;
+    LoadedSubframes stream;
     MeasurementDefinition definition;
     definition.attributes.name = "A";
     definition.attributes.locationType = "SFFR";
@@ -216,7 +216,7 @@ TEST(FrameEditRoundTrip, AFragmentHasOneMaskAtAllItsPositions) {
 }
 
 TEST(FrameEditRoundTrip, AWordOfAnOlderTypeTakesNoRangeOfSomeFrames) {
-    SubframeStream stream;
+    LoadedSubframes stream;
     MeasurementDefinition definition;
     definition.attributes.name = "A";
     definition.attributes.locationType = "WDFR";

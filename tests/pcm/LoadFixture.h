@@ -4,6 +4,7 @@
 #include "core/text/Text.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/PcmLoad.h"
+#include "pcm/StreamCommands.h"
 #include "pcm/write/PcmSave.h"
 #include "support/TestContext.h"
 
@@ -11,13 +12,6 @@
 #include <vector>
 
 namespace kavu::test {
-
-using Commands = std::vector<std::string>;
-
-inline Commands operator+(Commands a, const Commands& b) {
-    a.insert(a.end(), b.begin(), b.end());
-    return a;
-}
 
 /// A clean format of class 1 words of 16 bits, the sync word of 24 bits.
 inline Commands plainFormat(int words, int frames, const std::string& type = "TWO") {

@@ -4,6 +4,7 @@
 
 #include "pcm/PcmFormat.h"
 #include "pcm/PcmLoad.h"
+#include "pcm/StreamCommands.h"
 #include "pcm/read/AsyncReading.h"
 #include "pcm/read/SubframeReading.h"
 #include "pcm/structure/AsyncEdit.h"
@@ -166,12 +167,6 @@ inline std::vector<std::string> plainCounter(int n, int word, int frames, const 
             "IDC8-" + number + ":" + std::to_string(frames),
             "IDC9-" + number + ":" + std::to_string(frames),
             "IDC10-" + number + ":INC"};
-}
-
-inline std::vector<std::string> operator+(std::vector<std::string> a,
-                                          const std::vector<std::string>& b) {
-    a.insert(a.end(), b.begin(), b.end());
-    return a;
 }
 
 }  // namespace kavu::test

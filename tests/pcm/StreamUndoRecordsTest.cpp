@@ -37,15 +37,15 @@ struct UndoRecords : StreamFixture {
     }
     /// Every file of the conversion records, as it is on the disk.
     [[nodiscard]] std::map<std::string, std::string> disk() {
-        std::map<std::string, std::string> files;
+        std::map<std::string, std::string> found;
         std::vector<FolderEntry> entries;
         EXPECT_TRUE(listFolder(store.folder(), entries).ok());
         for (const auto& entry : entries) {
             if (matchesWildcard(entry.name, "[kavu]*.C_*")) {
-                files[entry.name] = TestContext::read(entry.name);
+                found[entry.name] = TestContext::read(entry.name);
             }
         }
-        return files;
+        return found;
     }
     bool rename(const std::string& from, const std::string& to) {
         const auto where = format.cells().places(from).at(0);

@@ -24,7 +24,7 @@ namespace kavu {
 
 namespace {
 
-constexpr char kTitle[] = "Import Pair Sets";
+constexpr char kImportTitle[] = "Import Pair Sets";
 /// What comes after this is not read: there are more pairs than any list holds.
 constexpr std::uint64_t kMostFileBytes = 64U << 20U;
 
@@ -71,7 +71,7 @@ PairSetImportDialog::PairSetImportDialog(FormContext& form, const PairSet& pairs
                                          QWidget* parent)
     : QDialog(parent), form_(form), pairs_(pairs) {
     setObjectName(QStringLiteral("ImportPairSets"));
-    setWindowTitle(QLatin1String(kTitle));
+    setWindowTitle(QLatin1String(kImportTitle));
     auto* layout = new QVBoxLayout(this);
     look::arrangeWindow(*layout, *this);
     layout->addWidget(look::makeNote(
@@ -128,7 +128,7 @@ void PairSetImportDialog::showCount() {
 
 void PairSetImportDialog::readPairFile() {
     FilePrompt prompt;
-    prompt.title = kTitle;
+    prompt.title = kImportTitle;
     prompt.filters = {{"Text Files", "*.csv;*.txt;*.tsv;*.dat"}, {"All Files", "*"}};
     const auto choice = form_.ui.chooseFile(prompt);
     if (!choice) {
@@ -147,7 +147,7 @@ void PairSetImportDialog::readPairFile() {
     if (!source.status().ok()) {
         showBox(&form_.ui,
                 "Unable to read '" + choice->path + "'\n\nReason: " + source.status().reason(),
-                kTitle);
+                kImportTitle);
         return;
     }
     auto columns = splitPairFile(bytes);
@@ -156,7 +156,7 @@ void PairSetImportDialog::readPairFile() {
                                      columns.count, PairSet::kMostPairs);
     }
     if (!columns.error.empty()) {
-        showBox(&form_.ui, columns.error, kTitle);
+        showBox(&form_.ui, columns.error, kImportTitle);
         return;
     }
     fill({columns.telemetry, columns.engineering});
@@ -166,7 +166,7 @@ void PairSetImportDialog::accept() {
     auto imported = pairs_;
     if (const auto error = imported.import(toBytes(telemetry_->toPlainText()),
                                            toBytes(engineering_->toPlainText()))) {
-        showBox(&form_.ui, *error, kTitle);
+        showBox(&form_.ui, *error, kImportTitle);
         return;
     }
     pairs_ = std::move(imported);

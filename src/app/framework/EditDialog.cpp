@@ -8,11 +8,7 @@
 
 namespace kavu {
 
-namespace {
-
-constexpr char kCancelTitle[] = "Cancel Operation?";
-
-}  // namespace
+namespace {}  // namespace
 
 EditDialog::EditDialog(FormContext& form, const char* resourceName, const QString& title,
                        QWidget* parent)

@@ -9,6 +9,9 @@
 
 namespace kavu {
 
+/// The title of the question whether an edit is given up.
+inline constexpr char kCancelTitle[] = "Cancel Operation?";
+
 class EditDialog : public QDialog {
     Q_OBJECT
   public:

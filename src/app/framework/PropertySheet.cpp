@@ -1,6 +1,7 @@
 #include "app/framework/PropertySheet.h"
 
 #include "app/framework/DialogDoor.h"
+#include "app/framework/EditDialog.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
 #include "core/talk/ProfileSettings.h"
@@ -22,7 +23,6 @@ namespace kavu {
 namespace {
 
 constexpr char kPageSection[] = "PropSheet";
-constexpr char kCancelTitle[] = "Cancel Operation?";
 // The size of a sheet, in characters and lines.
 constexpr int kNarrowest = 70;
 constexpr int kWidestTabs = 212;

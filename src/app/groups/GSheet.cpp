@@ -24,7 +24,7 @@ namespace kavu {
 namespace {
 
 constexpr std::size_t kTypeColumn = 0;
-constexpr std::size_t kNameColumn = 1;
+constexpr std::size_t kSourceColumn = 1;
 /// After the columns that are shown: the type as the file has it.
 constexpr std::size_t kStoredColumn = 2;
 /// And the number of the row in the file, empty for a new one.
@@ -183,7 +183,7 @@ bool SourcePage::store() {
     rows.clear();
     for (const auto& cells : list_->rows()) {
         auto& row = rows.emplace_back();
-        row.set(kSourceName, cells[kNameColumn]);
+        row.set(kSourceName, cells[kSourceColumn]);
         row.set(kSourceType, cells[kStoredColumn]);
         row.fileRow = clampedCount(cells[kRowColumn], kMostSources);
     }
@@ -192,14 +192,14 @@ bool SourcePage::store() {
 
 std::optional<ListRow> SourcePage::editRow(int row, const ListRow& before) {
     ListRow shown(before.begin(), before.begin() + kStoredColumn);
-    const bool isNew = before[kRowColumn].empty() && before[kNameColumn].empty();
+    const bool isNew = before[kRowColumn].empty() && before[kSourceColumn].empty();
     RowDialog dialog(form(), *list_, setup_, row, shown, isNew, window());
     if (runDialog(form().door, dialog) != QDialog::Accepted) {
         return std::nullopt;
     }
     auto entered = dialog.values();
-    const auto& oldName = before[kNameColumn];
-    const auto& newName = entered[kNameColumn];
+    const auto& oldName = before[kSourceColumn];
+    const auto& newName = entered[kSourceColumn];
     const auto change = isNew ? NameChange::Plain : deeds_.askName(oldName, newName);
     if (change == NameChange::Refused) {
         return std::nullopt;
@@ -218,7 +218,7 @@ std::optional<ListRow> SourcePage::editRow(int row, const ListRow& before) {
 }
 
 bool SourcePage::mayDelete(int row) {
-    const auto& name = list_->rows()[static_cast<std::size_t>(row)][kNameColumn];
+    const auto& name = list_->rows()[static_cast<std::size_t>(row)][kSourceColumn];
     if (!deeds_.isListed(name)) {
         return form().messages.showTitled(&form().ui, -title::kDeleteEntry, setup_.name,
                                           kYesNoBox) == Button::Yes;
@@ -236,14 +236,14 @@ void SourcePage::updateDefinitionButton() {
     if (row >= 0) {
         const auto& cells = list_->rows()[static_cast<std::size_t>(row)];
         has = cells[kTypeColumn] != setup_.columns[kTypeColumn].choices.back() &&
-              !cells[kNameColumn].empty();
+              !cells[kSourceColumn].empty();
     }
     definition_->setEnabled(has);
 }
 
 void SourcePage::editDefinition() {
     const auto cells = list_->rows()[static_cast<std::size_t>(list_->currentRow())];
-    if (deeds_.editDefinition(cells[kNameColumn], cells[kTypeColumn] == kRadio)) {
+    if (deeds_.editDefinition(cells[kSourceColumn], cells[kTypeColumn] == kRadio)) {
         emit documentChanged();
     }
 }

@@ -17,7 +17,7 @@ namespace kavu {
 
 namespace {
 
-constexpr std::size_t kMostListed = 10;
+constexpr std::size_t kMostLines = 10;
 constexpr int kColumns = 90;
 constexpr int kLines = 24;
 
@@ -28,11 +28,11 @@ std::string dialogTitle(const GroupText& group) {
 
 std::string listed(const std::vector<std::string>& commands) {
     std::string text;
-    for (std::size_t i = 0; i < std::min(commands.size(), kMostListed); ++i) {
+    for (std::size_t i = 0; i < std::min(commands.size(), kMostLines); ++i) {
         text += commands[i] + "\n";
     }
-    if (commands.size() > kMostListed) {
-        text += formatPrintf("and %d more\n", static_cast<int>(commands.size() - kMostListed));
+    if (commands.size() > kMostLines) {
+        text += formatPrintf("and %d more\n", static_cast<int>(commands.size() - kMostLines));
     }
     return text;
 }

@@ -21,22 +21,22 @@ namespace kavu {
 
 namespace {
 
-constexpr std::string_view kRows = "SI\\N";
+constexpr std::string_view kSignals = "SI\\N";
 constexpr std::string_view kSignalType = "BSG1";
 constexpr std::size_t kDataTypeColumn = 1;
-constexpr std::size_t kNameColumn = 5;
-constexpr std::size_t kNameLimit = 32;
+constexpr std::size_t kLinkColumn = 5;
+constexpr std::size_t kLinkLimit = 32;
 constexpr int kListWidth = 136;  // characters: the name is in the last column
 constexpr char kNameTitle[] = "Measurement/Data Link Name";
 
 /// The columns of a subcarrier but its name, which has two codes.
 std::vector<Field> columnFields(int edition) {
     auto fields = knownFields(subcarrierFields(), edition);
-    fields.resize(kNameColumn);
+    fields.resize(kLinkColumn);
     return fields;
 }
 
-ListSetup listSetup(int edition) {
+ListSetup signalList(int edition) {
     ListSetup setup;
     for (const auto& field : columnFields(edition)) {
         ListColumn column{.title = std::string(field.label),
@@ -52,7 +52,7 @@ ListSetup listSetup(int edition) {
         }
         setup.columns.push_back(std::move(column));
     }
-    setup.columns.push_back({.title = kNameTitle, .limit = kNameLimit, .objectName = "name"});
+    setup.columns.push_back({.title = kNameTitle, .limit = kLinkLimit, .objectName = "name"});
     setup.mostRows = static_cast<int>(kMostSubcarriers);
     setup.rowDialogTitle = "IRIG Sub Carrier";
     setup.name = "IRIG Sub Carriers";
@@ -118,7 +118,7 @@ QWidget* MultiplexPage::makeNameBox() {
     nameBox_->setObjectName(QStringLiteral("nameBox"));
     auto* const row = new QHBoxLayout(nameBox_);
     name_ = look::makeButton("signalName", {}, QStringLiteral("edit"), nameBox_);
-    name_->setMinimumWidth(look::charactersWide(*name_, static_cast<int>(kNameLimit)));
+    name_->setMinimumWidth(look::charactersWide(*name_, static_cast<int>(kLinkLimit)));
     row->addWidget(name_);
     row->addStretch();
     connect(name_, &QPushButton::clicked, this, &MultiplexPage::editName);
@@ -128,7 +128,7 @@ QWidget* MultiplexPage::makeNameBox() {
 QWidget* MultiplexPage::makeListBox() {
     auto* const box = new QGroupBox(QStringLiteral("IRIG Sub Carriers"), this);
     auto* const column = new QVBoxLayout(box);
-    rows_ = new IdentifiedList(form(), "SI", listSetup(form().edition), box);
+    rows_ = new IdentifiedList(form(), "SI", signalList(form().edition), box);
     rows_->rowEditor = [this](int row, const ListRow& before) { return editRow(row, before); };
     rows_->setMinimumWidth(look::charactersWide(*rows_, kListWidth));
     column->addWidget(rows_);
@@ -192,7 +192,7 @@ void MultiplexPage::editName() {
     prompt.title = link ? "Enter Data Link Name" : "Enter Measurement Name";
     prompt.prompt = link ? "Data Link Name:" : "Measurement Name:";
     prompt.initial = before;
-    prompt.limit = kNameLimit;
+    prompt.limit = kLinkLimit;
     const auto entered = form().ui.enterText(prompt);
     if (!entered || *entered == before) {
         return;
@@ -222,7 +222,7 @@ std::vector<std::string> MultiplexPage::shownRow(const GroupRow& row) const {
 void MultiplexPage::showRows() {
     std::vector<ListRow> shown;
     fileRows_.clear();
-    for (const auto& row : group_.record.rows(kRows)) {
+    for (const auto& row : group_.record.rows(kSignals)) {
         shown.push_back(shownRow(row));
         fileRows_.push_back(row.fileRow);
     }
@@ -234,7 +234,7 @@ void MultiplexPage::showRows() {
 }
 
 void MultiplexPage::takeRows() {
-    auto& rows = group_.record.lists[std::string(kRows)];
+    auto& rows = group_.record.lists[std::string(kSignals)];
     rows.clear();
     const auto fields = columnFields(form().edition);
     for (int i = 0; i < rows_->rowCount(); ++i) {
@@ -246,7 +246,7 @@ void MultiplexPage::takeRows() {
         for (std::size_t k = 0; k < fields.size(); ++k) {
             row.set(fields[k].code, storedCell(fields[k], shown[k], form().edition));
         }
-        setSubcarrierName(row, shown[kNameColumn]);
+        setSubcarrierName(row, shown[kLinkColumn]);
     }
 }
 
@@ -255,29 +255,29 @@ std::optional<ListRow> MultiplexPage::editRow(int index, const ListRow& given) {
     ListRow before = given;
     const auto id = before.back();
     before.pop_back();
-    const auto setup = listSetup(form().edition);
+    const auto setup = signalList(form().edition);
     SubcarrierDialog dialog(form(), *rows_, setup, index, before, id.empty(), window());
-    std::string oldName = before[kNameColumn];
+    std::string oldName = before[kLinkColumn];
     dialog.mayAccept = [this, &oldName, &before](const ListRow& now) {
         const auto kind = signalNameOf(now[kDataTypeColumn]);
-        if (now[kNameColumn] == oldName || kind == SignalName::None) {
+        if (now[kLinkColumn] == oldName || kind == SignalName::None) {
             return true;
         }
-        if (holdsSemicolon(now[kNameColumn])) {
+        if (holdsSemicolon(now[kLinkColumn])) {
             // The dialog's own check says so.
             return true;
         }
-        if (!mayNameLink(parts_.context, &form().ui, now[kNameColumn])) {
+        if (!mayNameLink(parts_.context, &form().ui, now[kLinkColumn])) {
             return false;
         }
         const bool was = signalNameOf(before[kDataTypeColumn]) == SignalName::DataLink;
         if (kind != SignalName::DataLink || !was) {
             return true;
         }
-        if (!takeLinkName(oldName, now[kNameColumn])) {
+        if (!takeLinkName(oldName, now[kLinkColumn])) {
             return false;
         }
-        oldName = now[kNameColumn];
+        oldName = now[kLinkColumn];
         // Other signals of the group may bear the same link.
         showName();
         showRows();
@@ -288,7 +288,7 @@ std::optional<ListRow> MultiplexPage::editRow(int index, const ListRow& given) {
     }
     auto row = dialog.values();
     if (signalNameOf(row[kDataTypeColumn]) == SignalName::None) {
-        row[kNameColumn].clear();
+        row[kLinkColumn].clear();
     }
     row.push_back(id);
     return row;

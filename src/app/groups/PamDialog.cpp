@@ -15,10 +15,10 @@ namespace kavu {
 
 namespace {
 
-constexpr std::string_view kRows = "SF\\N";
-constexpr char kTitle[] = "PAM Attributes";
+constexpr std::string_view kSubframes = "SF\\N";
+constexpr char kPamTitle[] = "PAM Attributes";
 
-ListSetup listSetup(int edition) {
+ListSetup subframeList(int edition) {
     ListSetup setup;
     for (const auto& field : pamSubframeFields()) {
         setup.columns.push_back(columnOf(field, edition));
@@ -43,7 +43,7 @@ bool isChoice(const Field& field) {
 }  // namespace
 
 PamPage::PamPage(FormContext& form, DocumentContext& document, PamGroup group, QWidget* parent)
-    : PropertyPage(form, "pam_info", kTitle, parent),
+    : PropertyPage(form, "pam_info", kPamTitle, parent),
       document_(document),
       group_(std::move(group)) {
     auto* const column = new QVBoxLayout(this);
@@ -52,7 +52,7 @@ PamPage::PamPage(FormContext& form, DocumentContext& document, PamGroup group, Q
     column->addWidget(fields_, 1);
     auto* const box = new QGroupBox(QStringLiteral("Subframes"), this);
     auto* const inside = new QVBoxLayout(box);
-    rows_ = new IdentifiedList(form, "SF", listSetup(form.edition), box);
+    rows_ = new IdentifiedList(form, "SF", subframeList(form.edition), box);
     inside->addWidget(rows_);
     column->addWidget(box, 1);
     connect(fields_, &FieldForm::edited, this, [this] { markChanged(); });
@@ -62,7 +62,7 @@ PamPage::PamPage(FormContext& form, DocumentContext& document, PamGroup group, Q
 void PamPage::load() {
     fields_->setValues(group_.record.values);
     std::vector<ListRow> rows;
-    for (const auto& row : group_.record.rows(kRows)) {
+    for (const auto& row : group_.record.rows(kSubframes)) {
         auto& cells = rows.emplace_back();
         for (const auto& field : pamSubframeFields()) {
             const auto value = row.value(field.code);
@@ -79,7 +79,7 @@ bool PamPage::validate() {
 
 bool PamPage::store() {
     fields_->storeValues(group_.record.values);
-    auto& rows = group_.record.lists[std::string(kRows)];
+    auto& rows = group_.record.lists[std::string(kSubframes)];
     const auto before = std::exchange(rows, {});
     for (int at = 0; at < rows_->rowCount(); ++at) {
         const auto cells = rows_->cellsOfRow(at);
@@ -98,7 +98,7 @@ bool PamPage::store() {
 std::unique_ptr<PropertySheet> makePamDialog(FormContext& form, DocumentContext& document,
                                              PamGroup group) {
     auto sheet = std::make_unique<PropertySheet>(
-        form, "PAM_INFO", std::string(kTitle) + " - Data Link: " + group.link, "");
+        form, "PAM_INFO", std::string(kPamTitle) + " - Data Link: " + group.link, "");
     sheet->addPage(std::make_unique<PamPage>(form, document, std::move(group)));
     return sheet;
 }
@@ -109,7 +109,7 @@ bool editPam(FormContext& form, DocumentContext& document) {
         showBox(&form.ui,
                 "This file has no PAM stream.\n\nGive a signal of a data source the type PAM and "
                 "a data link, under Multiplex/Modulation.",
-                kTitle, Icon::Information);
+                kPamTitle, Icon::Information);
         return false;
     }
     std::size_t chosen = 0;

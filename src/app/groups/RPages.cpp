@@ -49,7 +49,7 @@ std::vector<Field> columnsOf(std::string_view count, int edition) {
     return knownFields(recorderColumns(count), edition);
 }
 
-const Field* countField(std::string_view code) {
+const Field* recorderCount(std::string_view code) {
     for (const auto table : {recorderFieldsBeforeTracks(), recorderFieldsBehindTracks()}) {
         for (const auto& field : table) {
             if (field.code == code) {
@@ -196,7 +196,7 @@ RecorderListsPage::RecorderListsPage(FormContext& form, const RecorderPage& page
 }
 
 void RecorderListsPage::addList(const List& list, QBoxLayout& layout) {
-    const auto* const count = countField(list.count);
+    const auto* const count = recorderCount(list.count);
     if (!isKnownIn(form().edition, *count)) {
         return;
     }

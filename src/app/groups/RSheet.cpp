@@ -16,7 +16,7 @@ namespace kavu {
 
 namespace {
 
-constexpr char kTitle[] = "Edit Recorder/Reproducer Attributes - Data Source: %s";
+constexpr char kRecorderTitle[] = "Edit Recorder/Reproducer Attributes - Data Source: %s";
 /// Documents have message data from this edition on.
 constexpr int kFirstEditionOfMessages = 2009;
 /// The limits of the dialog over a module or a medium; a longer value of a file is kept.
@@ -73,7 +73,8 @@ std::unique_ptr<PropertyPage> makePage(FormContext& form, const RecorderPage& pa
 
 RecorderSheet::RecorderSheet(FormContext& form, DocumentContext& document, RecorderGroup group,
                              RecorderSurroundings around, QWidget* parent)
-    : PropertySheet(form, "Recorder", formatPrintf(kTitle, group.source), "LastTapePage", parent),
+    : PropertySheet(form, "Recorder", formatPrintf(kRecorderTitle, group.source), "LastTapePage",
+                    parent),
       form_(form),
       document_(document),
       group_(std::move(group)),

@@ -18,7 +18,7 @@ namespace kavu {
 
 namespace {
 
-constexpr char kTitle[] = "Edit Transmission Attributes - Data Source: %s";
+constexpr char kTransmissionTitle[] = "Edit Transmission Attributes - Data Source: %s";
 constexpr std::string_view kListPage = "RF9";
 
 /// What the cells of a row show.
@@ -94,8 +94,8 @@ bool SubcarrierPage::store() {
 TransmissionSheet::TransmissionSheet(FormContext& form, DocumentContext& document,
                                      EditedGroup group, std::function<bool()> editMultiplex,
                                      QWidget* parent)
-    : PropertySheet(form, "Transmission", formatPrintf(kTitle, group.record.value("ID")), "",
-                    parent),
+    : PropertySheet(form, "Transmission",
+                    formatPrintf(kTransmissionTitle, group.record.value("ID")), "", parent),
       group_(std::move(group)) {
     for (const auto& page : transmissionPages()) {
         if (page.name == kListPage) {

@@ -19,13 +19,13 @@ namespace kavu {
 
 namespace {
 
-constexpr std::string_view kName = "dataLinkName";
+constexpr std::string_view kLinkName = "dataLinkName";
 constexpr std::string_view kKind = "kind";
 constexpr std::string_view kType = "locationType";
 constexpr std::string_view kEmbedded = "AEF";
 constexpr std::string_view kMerge = "ADM";
 
-constexpr auto kKinds = std::to_array<Choice>({
+constexpr auto kAsyncKinds = std::to_array<Choice>({
     {kEmbedded, "Async Embedded Format", ""},
     {kMerge, "Async Data Merge", ""},
 });
@@ -35,8 +35,12 @@ constexpr auto kTypes = std::to_array<Choice>({
     {kEveryLocation, "EL - Every location", ""},
 });
 constexpr auto kFields = std::to_array<Field>({
-    {.code = kName, .label = "Data Link Name:", .limit = 32},
-    {.code = kKind, .label = "Format:", .limit = 3, .kind = FieldKind::Choice, .choices = kKinds},
+    {.code = kLinkName, .label = "Data Link Name:", .limit = 32},
+    {.code = kKind,
+     .label = "Format:",
+     .limit = 3,
+     .kind = FieldKind::Choice,
+     .choices = kAsyncKinds},
     {.code = kType,
      .label = "Location Type:",
      .limit = 2,
@@ -70,13 +74,13 @@ AsyncFormatDialog::AsyncFormatDialog(FormContext& form, PcmFormat& format, Async
     addButtons();
     const auto& contents = editing_.contents;
     fields_->setValues(
-        {{std::string(kName), contents.dataLinkName.str()},
+        {{std::string(kLinkName), contents.dataLinkName.str()},
          {std::string(kKind), std::string(contents.isDataMerge ? kMerge : kEmbedded)},
          {std::string(kType), isSupercommutated(contents) ? contents.locationMode.str()
                                                           : std::string(kNotSupercommutated)}});
     updateButtons();
     connect(fields_, &FieldForm::edited, this, &AsyncFormatDialog::takeEdit);
-    fields_->control(kName)->setFocus();
+    fields_->control(kLinkName)->setFocus();
 }
 
 void AsyncFormatDialog::addButtons() {
@@ -99,7 +103,7 @@ void AsyncFormatDialog::addButtons() {
 
 void AsyncFormatDialog::takeEdit(const QString& code) {
     markChanged();
-    if (toBytes(code) != kName) {
+    if (toBytes(code) != kLinkName) {
         takeChoices();
         updateButtons();
     }
@@ -167,7 +171,7 @@ bool AsyncFormatDialog::store() {
     if (!fields_->validate()) {
         return false;
     }
-    editing_.contents.dataLinkName = fields_->value(kName);
+    editing_.contents.dataLinkName = fields_->value(kLinkName);
     return saveAsyncEditing(format_, &form().ui, editing_);
 }
 

@@ -21,23 +21,23 @@ namespace kavu {
 
 namespace {
 
-constexpr auto kDigits = FieldKind::Digits;
+constexpr auto kDigitsOnly = FieldKind::Digits;
 constexpr auto kIntervalFields = std::to_array<Field>({
     {.code = "firstFrameWordPosition",
      .label = "First Frame Word Position:",
      .limit = 4,
-     .kind = kDigits},
-    {.code = "numberOfLocations", .label = "Number Of Locations:", .limit = 3, .kind = kDigits},
-    {.code = "interval", .label = "Interval:", .limit = 4, .kind = kDigits, .unit = "words"},
+     .kind = kDigitsOnly},
+    {.code = "numberOfLocations", .label = "Number Of Locations:", .limit = 3, .kind = kDigitsOnly},
+    {.code = "interval", .label = "Interval:", .limit = 4, .kind = kDigitsOnly, .unit = "words"},
 });
 constexpr auto kPlaceFields = std::to_array<Field>({
-    {.code = "frameWordPosition", .label = "Frame Word Position:", .limit = 4, .kind = kDigits},
+    {.code = "frameWordPosition", .label = "Frame Word Position:", .limit = 4, .kind = kDigitsOnly},
     {.code = "mask", .label = "Bit Mask:", .limit = 64},
 });
 constexpr auto kFrameFields = std::to_array<Field>({
-    {.code = "startFrame", .label = "Start Frame:", .limit = 3, .kind = kDigits},
-    {.code = "frameInterval", .label = "Frame Interval:", .limit = 3, .kind = kDigits},
-    {.code = "endFrame", .label = "End Frame:", .limit = 3, .kind = kDigits},
+    {.code = "startFrame", .label = "Start Frame:", .limit = 3, .kind = kDigitsOnly},
+    {.code = "frameInterval", .label = "Frame Interval:", .limit = 3, .kind = kDigitsOnly},
+    {.code = "endFrame", .label = "End Frame:", .limit = 3, .kind = kDigitsOnly},
 });
 constexpr std::size_t kMostPlaces = 999;
 constexpr int kMostRanges = 99;

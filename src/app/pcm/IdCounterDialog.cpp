@@ -21,7 +21,7 @@ namespace kavu {
 
 namespace {
 
-constexpr std::string_view kWhat = "ID Counter Definition";
+constexpr std::string_view kCounterForm = "ID Counter Definition";
 constexpr auto kName = codeHead(counter_field::kName.field.code);
 constexpr auto kEndValue = codeHead(counter_field::kEndValue.field.code);
 
@@ -34,7 +34,7 @@ bool hasSubframes(const PcmFormat& format) {
 IdCounterDialog::IdCounterDialog(FormContext& form, PcmFormat& format, int fwp, bool isNew,
                                  QWidget* parent)
     : EditDialog(form, hasSubframes(format) ? "Pre_106_11_IDCounterDialog" : "IDCounterDialog",
-                 toQString(definitionTitle(kWhat, isNew, fwp)), parent),
+                 toQString(definitionTitle(kCounterForm, isNew, fwp)), parent),
       format_(format),
       fwp_(fwp) {
     if (const auto* const counter = format.idCounterOfWord(fwp)) {

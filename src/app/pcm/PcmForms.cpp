@@ -19,7 +19,7 @@ namespace kavu {
 
 namespace {
 
-constexpr char kTitle[] = "Edit Stream Format Information";
+constexpr char kStreamTitle[] = "Edit Stream Format Information";
 
 /// The name that the user chooses of all data links; empty if none was chosen.
 std::string chooseStream(FormContext& form, DocumentContext& document) {
@@ -32,7 +32,7 @@ std::string chooseStream(FormContext& form, DocumentContext& document) {
         }
     }
     if (prompt.rows.empty()) {
-        showBox(&form.ui, "This document has no streams.", kTitle, Icon::Information);
+        showBox(&form.ui, "This document has no streams.", kStreamTitle, Icon::Information);
         return {};
     }
     const int row = form.ui.selectFromTable(prompt);
@@ -48,11 +48,11 @@ bool mayOpen(FormContext& form, Application& application, const std::string& nam
         case StreamKind::Bus:
             return true;
         case StreamKind::MessageData:
-            showBox(&form.ui, "There is no editor for message data streams yet.", kTitle,
+            showBox(&form.ui, "There is no editor for message data streams yet.", kStreamTitle,
                     Icon::Information);
             return false;
         default:
-            showBox(&form.ui, "No stream bears the data link name '" + name + "'.", kTitle,
+            showBox(&form.ui, "No stream bears the data link name '" + name + "'.", kStreamTitle,
                     Icon::Information);
             return false;
     }

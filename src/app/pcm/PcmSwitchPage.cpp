@@ -21,7 +21,7 @@ constexpr std::string_view kLocation = "FFI1";
 constexpr std::string_view kLists = "MLC\\N";
 constexpr std::string_view kFormats = "FSC\\N";
 
-const Field& countField(std::string_view count) {
+const Field& switchCount(std::string_view count) {
     const auto table = formatSwitchFields();
     return *std::find_if(table.begin(), table.end(),
                          [count](const Field& field) { return field.code == count; });
@@ -49,7 +49,7 @@ PcmSwitchPage::PcmSwitchPage(PcmAttributesModel& model, QWidget* parent)
     row->setSpacing(look::unit(*this) * 2);
     column->addLayout(row, 1);
     const auto add = [&](std::string_view count, const char* name) {
-        auto* const box = new QGroupBox(toQString(countField(count).label), this);
+        auto* const box = new QGroupBox(toQString(switchCount(count).label), this);
         auto* const inside = new QVBoxLayout(box);
         auto* const list = makeList(count, name);
         inside->addWidget(list);
@@ -68,7 +68,7 @@ EditableList* PcmSwitchPage::makeList(std::string_view count, const char* name) 
                                  .limit = field.limit,
                                  .objectName = std::string(field.code)});
     }
-    const auto& governing = countField(count);
+    const auto& governing = switchCount(count);
     setup.mostRows = static_cast<int>(governing.rows);
     setup.rowDialogTitle = std::string(governing.label);
     auto* const list = new EditableList(form(), name, std::move(setup), this);

@@ -28,7 +28,7 @@ namespace kavu {
 
 namespace {
 
-constexpr std::string_view kWhat = "Subframe Definition";
+constexpr std::string_view kSubframeForm = "Subframe Definition";
 constexpr int kNameWide = 28;
 constexpr int kNumberWide = 14;
 
@@ -63,7 +63,8 @@ QLineEdit* makeText(const char* name, const Field& field, bool digits, int wide,
 
 SubframeDialog::SubframeDialog(FormContext& form, PcmFormat& format, int fwp, bool isNew,
                                QWidget* parent)
-    : EditDialog(form, "SubframeDialog", toQString(definitionTitle(kWhat, isNew, fwp)), parent),
+    : EditDialog(form, "SubframeDialog", toQString(definitionTitle(kSubframeForm, isNew, fwp)),
+                 parent),
       format_(format),
       fwp_(fwp),
       editing_(subframeEditing(format, fwp)) {

@@ -21,7 +21,7 @@ namespace {
 
 constexpr int kIllegalEntry = 87;
 constexpr char16_t kInterval[] = u"I - First Word & Interval";
-constexpr char16_t kEveryLocation[] = u"E - Every Location";
+constexpr char16_t kEveryPlace[] = u"E - Every Location";
 
 }  // namespace
 
@@ -29,7 +29,7 @@ LocationMode::LocationMode(QGridLayout& grid, QWidget& panel) : QObject(&panel) 
     mode_ = new QComboBox(&panel);
     mode_->setObjectName(QStringLiteral("locationDefinition"));
     mode_->addItem(QString::fromUtf16(kInterval));
-    mode_->addItem(QString::fromUtf16(kEveryLocation));
+    mode_->addItem(QString::fromUtf16(kEveryPlace));
     mode_->setPlaceholderText(QStringLiteral("Please select"));
     addField(grid, u"Location Definition:", *mode_);
     first_ = new QLineEdit(&panel);

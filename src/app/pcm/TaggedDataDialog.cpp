@@ -19,7 +19,7 @@ namespace kavu {
 
 namespace {
 
-constexpr char kTitle[] = "Tagged Data Definitions";
+constexpr char kTaggedTitle[] = "Tagged Data Definitions";
 using tagged_code::kName;
 
 ListRow shownRow(const TaggedMeasurement& measurement) {
@@ -37,7 +37,7 @@ std::string shownCell(const Field& field, const FieldValues& values, int edition
     return index < 0 ? stored : std::string(choices[static_cast<std::size_t>(index)].text);
 }
 
-std::string storedCell(const Field& field, const std::string& shown, int edition) {
+std::string storedTag(const Field& field, const std::string& shown, int edition) {
     for (const auto& choice : choicesOf(field, edition)) {
         if (choice.text == shown) {
             return storedChoice(choice, field.limit);
@@ -50,7 +50,7 @@ std::string storedCell(const Field& field, const std::string& shown, int edition
 
 TaggedDataDialog::TaggedDataDialog(FormContext& form, PcmFormat& format,
                                    std::vector<TaggedMeasurement> measurements, QWidget* parent)
-    : EditDialog(form, "TaggedDataDefinitions", QLatin1String(kTitle), parent),
+    : EditDialog(form, "TaggedDataDefinitions", QLatin1String(kTaggedTitle), parent),
       format_(format),
       measurements_(std::move(measurements)) {
     auto* const layout = new QVBoxLayout(this);
@@ -76,7 +76,7 @@ TaggedDataDialog::TaggedDataDialog(FormContext& form, PcmFormat& format,
         return shownRow(measurements_[static_cast<std::size_t>(row)]);
     };
     list_->mayDelete = [this](int row) {
-        if (this->form().messages.showTitled(&this->form().ui, -title::kDeleteEntry, kTitle,
+        if (this->form().messages.showTitled(&this->form().ui, -title::kDeleteEntry, kTaggedTitle,
                                              kYesNoBox) != Button::Yes) {
             return false;
         }
@@ -178,7 +178,7 @@ void TaggedMeasurementDialog::storeTags() {
     for (const auto& cells : tags_->rows()) {
         auto& tag = measurement_.tags.emplace_back();
         for (std::size_t i = 0; i < fields.size(); ++i) {
-            if (auto stored = storedCell(fields[i], cells[i], form().edition); !stored.empty()) {
+            if (auto stored = storedTag(fields[i], cells[i], form().edition); !stored.empty()) {
                 tag.values[std::string(fields[i].code)] = std::move(stored);
             }
         }

@@ -22,7 +22,7 @@ namespace kavu {
 
 namespace {
 
-constexpr int kDigits = 4;
+constexpr int kEntryDigits = 4;
 
 }  // namespace
 
@@ -75,7 +75,7 @@ QWidget* WordFrameEntryDialog::makeFields() {
     fragments_->setObjectName(QStringLiteral("fragment"));
     addField(*grid, u"Fragment:", *fragments_);
     const auto add = [&](NumberEdit*& edit, const char* name, const char16_t* label) {
-        edit = new NumberEdit(name, kDigits, owner);
+        edit = new NumberEdit(name, kEntryDigits, owner);
         addField(*grid, label, *edit);
     };
     add(startWord_, "startWord", u"Start Word:");

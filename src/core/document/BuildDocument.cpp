@@ -20,8 +20,6 @@ namespace kavu {
 
 namespace {
 
-constexpr unsigned kPollEvery = 64;  // commands
-
 /// A group file of a crashed run may end within a command.
 void noteCutOff(UserInterface* parent, const std::string& where) {
     if (parent != nullptr) {

@@ -10,7 +10,7 @@ namespace kavu {
 
 namespace {
 
-constexpr const char* kTitle = "Error Saving TMATS File";
+constexpr const char* kSavingTitle = "Error Saving TMATS File";
 constexpr const char* kWorkingName = "FORMER.TMP";
 
 }  // namespace
@@ -51,7 +51,7 @@ bool FormerContents::keep(UserInterface* parent, const std::string& target, bool
                 formatPrintf("Unable to keep the contents of '%s' before it is overwritten.\n\n"
                              "Unable to copy '%s'\n\nReason: %s",
                              target, status.path(), status.reason()),
-                kTitle);
+                kSavingTitle);
         return false;
     }
     return true;
@@ -63,7 +63,7 @@ void FormerContents::offerToPutBack(UserInterface* parent) {
                 formatPrintf("The file '%s' was not written completely.\n\n"
                              "Do you want its former contents to be put back?",
                              target_),
-                kTitle, Icon::Question, Buttons::YesNo, Button::Yes) != Button::Yes) {
+                kSavingTitle, Icon::Question, Buttons::YesNo, Button::Yes) != Button::Yes) {
         return;
     }
     if (const auto status = copyFile(kept_, target_, true); !status.ok()) {
@@ -73,7 +73,7 @@ void FormerContents::offerToPutBack(UserInterface* parent) {
                 formatPrintf("Unable to put the former contents of '%s' back.\n\nThey are in "
                              "'%s'.\n\nUnable to write '%s'\n\nReason: %s",
                              target_, kept_, status.path(), status.reason()),
-                kTitle);
+                kSavingTitle);
     }
 }
 

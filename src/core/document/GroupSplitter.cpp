@@ -8,6 +8,7 @@
 #include "core/talk/OpenFileChecked.h"
 #include "core/text/Clock.h"
 #include "core/text/Text.h"
+#include "core/text/TextEncoding.h"
 
 namespace kavu {
 
@@ -15,12 +16,6 @@ namespace {
 
 constexpr std::size_t kTargetBuffer = 64 * 1024;
 constexpr std::size_t kAllBuffers = 8 * 1024 * 1024;
-constexpr unsigned kPollEvery = 64;  // commands
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-
-bool isComment(std::string_view command) {
-    return startsWithIgnoreCase(command, "COMMENT:");
-}
 
 /// True if the last bytes of a source are NUL and nothing else: recorders fill a file up to
 /// the length of a block.

@@ -11,14 +11,14 @@ namespace kavu {
 
 namespace {
 
-constexpr const char* kTitle = "KAVU Database Error";
+constexpr const char* kStoreTitle = "KAVU Database Error";
 
 std::size_t digitCount(int number) {
     return std::to_string(number).size();
 }
 
 void showFileBox(UserInterface* parent, std::string text, const IoStatus& status) {
-    showBox(parent, text + "\n\n" + status.path() + "\n\nReason: " + status.reason(), kTitle);
+    showBox(parent, text + "\n\n" + status.path() + "\n\nReason: " + status.reason(), kStoreTitle);
 }
 
 }  // namespace
@@ -29,7 +29,7 @@ bool KeyValueStore::checkName(UserInterface* parent, std::string_view name) {
     }
     showBox(parent,
             "Invalid Key passed to KAVU-Database function. Names cannot contain a semi-colon",
-            kTitle);
+            kStoreTitle);
     return false;
 }
 
@@ -41,7 +41,7 @@ bool KeyValueStore::start(UserInterface* parent) {
     // has a digit in the third place of its names. With none free, the last is shared.
     for (char digit = '1'; fileExists(filePath(0)); ++digit) {
         if (digit > '9') {
-            showBox(parent, "Unable to create database files", kTitle);
+            showBox(parent, "Unable to create database files", kStoreTitle);
             break;
         }
         format_[2] = digit;
@@ -96,7 +96,7 @@ void KeyValueStore::removeEntry(std::size_t at) {
 
 bool KeyValueStore::advance(UserInterface* parent) {
     if (currentFile_ + 1 >= kMostFiles) {
-        showBox(parent, "ERROR: Too many Database files", kTitle);
+        showBox(parent, "ERROR: Too many Database files", kStoreTitle);
         return false;
     }
     ++currentFile_;
@@ -306,7 +306,7 @@ void KeyValueStore::deleteFiles(UserInterface* parent) {
     if (tooLarge) {
         showBox(parent,
                 "Warning: One or more Database files were too large. Data may have been lost.",
-                kTitle, Icon::Warning);
+                kStoreTitle, Icon::Warning);
     }
 }
 

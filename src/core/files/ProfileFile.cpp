@@ -2,6 +2,7 @@
 
 #include "core/files/FileIo.h"
 #include "core/text/Text.h"
+#include "core/text/TextEncoding.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -12,7 +13,6 @@ namespace {
 
 constexpr std::size_t kMissing = static_cast<std::size_t>(-1);
 constexpr std::size_t kIndexFrom = 32;  // keys of a section from which a hash pays
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 std::string_view trimBlanks(std::string_view text) {
     const auto first = text.find_first_not_of(" \t");

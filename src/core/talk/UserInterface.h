@@ -88,6 +88,9 @@ struct FileChoice {
 
 enum class ProgressMode { WithCancel, WithoutCancel };
 
+/// Commands that a pass reads between two questions whether the user has cancelled.
+inline constexpr unsigned kPollEvery = 64;
+
 class UserInterface {
   public:
     UserInterface() = default;

@@ -6,6 +6,9 @@
 
 namespace kavu {
 
+/// What some programs write in front of UTF-8; it is no part of the text.
+inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
 /// True if the bytes are well-formed UTF-8 (no overlong forms, no surrogates).
 [[nodiscard]] bool isValidUtf8(std::string_view bytes);
 

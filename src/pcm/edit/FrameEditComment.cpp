@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kIllegalEntry = 87;
 
-std::string pathOf(const PcmFormat& format) {
+std::string commentPath(const PcmFormat& format) {
     return format.context().store.pathOf(kMeasurementComment);
 }
 
@@ -22,7 +22,7 @@ std::string pathOf(const PcmFormat& format) {
 
 std::optional<std::string> readMeasurementComment(const PcmFormat& format, UserInterface* parent) {
     const auto& messages = format.context().messages;
-    const auto path = pathOf(format);
+    const auto path = commentPath(format);
     if (!fileExists(path)) {
         return std::string();
     }
@@ -54,7 +54,7 @@ bool storeMeasurementComment(PcmFormat& format, UserInterface* parent, std::stri
         messages.show(parent, 332, title::kError, kErrorBox);
         return false;
     }
-    const auto path = pathOf(format);
+    const auto path = commentPath(format);
     const auto status = bytes.empty() ? (fileExists(path) ? deleteFile(path) : IoStatus())
                                       : replaceWorkingFile(path, bytes);
     if (!status.ok()) {

@@ -27,7 +27,7 @@ bool selectsOnly(const PcmFormat& format) {
     return format.edition() < 2011;
 }
 
-std::string pathOf(const PcmFormat& format) {
+std::string filterPath(const PcmFormat& format) {
     return format.context().store.path(kSmfFormat, format.dGroup);
 }
 
@@ -50,18 +50,19 @@ struct FileRow {
 
 /// The rows of a file by their numbers; of 106-09 the number of the list stands in front.
 IoStatus readRows(const PcmFormat& format, std::map<std::pair<int, int>, FileRow>& rows) {
-    return forEachCommand(format.context().reader, pathOf(format), [&](const std::string& command) {
-        const auto field = fieldView(command);
-        const auto code = codeHead(field.code);
-        const bool isName = equalsIgnoreCase(code, codeHead(filter_field::kName.code));
-        if (!isName && !equalsIgnoreCase(code, codeHead(filter_field::kType.code))) {
+    return forEachCommand(
+        format.context().reader, filterPath(format), [&](const std::string& command) {
+            const auto field = fieldView(command);
+            const auto code = codeHead(field.code);
+            const bool isName = equalsIgnoreCase(code, codeHead(filter_field::kName.code));
+            if (!isName && !equalsIgnoreCase(code, codeHead(filter_field::kType.code))) {
+                return true;
+            }
+            const auto indices = parseCommandIndices(command);
+            auto& row = rows[{indices.fields[0], indices.fields[1]}];
+            (isName ? row.name : row.type) = std::string(field.value);
             return true;
-        }
-        const auto indices = parseCommandIndices(command);
-        auto& row = rows[{indices.fields[0], indices.fields[1]}];
-        (isName ? row.name : row.type) = std::string(field.value);
-        return true;
-    });
+        });
 }
 
 }  // namespace
@@ -117,7 +118,7 @@ bool storeFilterList(PcmFormat& format, UserInterface* parent, const std::vector
     }
     giveMeasurementGroup(format, parent);  // a stream that was never saved has none
     const auto prefix = groupPrefix('D', format.dGroup);
-    const auto path = pathOf(format);
+    const auto path = filterPath(format);
     const auto scratch = path + ".new";
     FileWriter writer;
     auto status = writer.open(scratch, WriteMode::Truncate);

@@ -15,7 +15,7 @@ namespace kavu {
 
 namespace {
 
-constexpr const char* kTitle = "Generate Data Word Definitions";
+constexpr const char* kGenerateTitle = "Generate Data Word Definitions";
 
 std::string upperStart(std::string_view text, std::size_t length) {
     std::string result(text.substr(0, length));
@@ -136,7 +136,7 @@ void keepDataWordDefaults(const PcmFormat& format, UserInterface* parent,
     const bool valid =
         defaults.mask == "FW" || (isBinaryText(defaults.mask) && defaults.mask.size() <= 64);
     if (!valid) {
-        context.messages.showTitled(parent, -232, kTitle, kErrorBox);
+        context.messages.showTitled(parent, -232, kGenerateTitle, kErrorBox);
         defaults.mask = "FW";
     }
     auto& settings = context.settings;
@@ -185,7 +185,7 @@ std::optional<int> createDataWords(PcmFormat& format, UserInterface* parent,
 std::optional<int> generateDataWords(PcmFormat& format, UserInterface* parent,
                                      const GenerateSteps& steps) {
     const auto& messages = format.context().messages;
-    if (messages.showTitled(parent, -226, kTitle, kYesNoBox) != Button::Yes) {
+    if (messages.showTitled(parent, -226, kGenerateTitle, kYesNoBox) != Button::Yes) {
         return std::nullopt;
     }
     auto defaults = readDataWordDefaults(format);
@@ -195,7 +195,7 @@ std::optional<int> generateDataWords(PcmFormat& format, UserInterface* parent,
     keepDataWordDefaults(format, parent, defaults);
     const auto count = createDataWords(format, parent, steps, defaults);
     if (count) {
-        messages.showTitled(parent, -227, kTitle, kNoteBox, *count);
+        messages.showTitled(parent, -227, kGenerateTitle, kNoteBox, *count);
     }
     return count;
 }

@@ -4,6 +4,7 @@
 #include "core/talk/Messages.h"
 #include "pcm/model/FrameEditLists.h"
 #include "pcm/structure/AsyncEdit.h"
+#include "pcm/structure/PcmFormatEdit.h"
 #include "pcm/structure/SubframeEdit.h"
 
 #include <algorithm>
@@ -17,7 +18,6 @@ namespace kavu {
 namespace {
 
 constexpr int kIllegalEntry = 87;
-constexpr int kLeastWordsBus = 128;
 
 template <typename... Args>
 bool refuse(const PcmFormat& format, UserInterface* parent, int id, const Args&... args) {

@@ -10,6 +10,9 @@
 
 namespace kavu {
 
+/// From this edition on subframes are hidden: measurements make them, and no file has them.
+inline constexpr int kHiddenSubframesEdition = 2011;
+
 inline constexpr int kMostIdCounters = 99;
 inline constexpr int kMostSubframes = 9999;  ///< of one counter
 inline constexpr int kMostSupercomLocations = 99;

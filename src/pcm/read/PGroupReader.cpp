@@ -10,6 +10,7 @@
 #include "pcm/read/AsyncReading.h"
 #include "pcm/read/PGroupSideFiles.h"
 #include "pcm/read/SubframeReading.h"
+#include "pcm/structure/PcmFormatEdit.h"
 
 #include <initializer_list>
 
@@ -19,7 +20,6 @@ namespace {
 
 constexpr int kIllegalValue = 86;
 constexpr int kErrorReadingFormat = 88;
-constexpr int kBusWordLength = 24;
 constexpr std::string_view kBusPatternBinary = "111 110 101 111 001 100 100 000";
 constexpr std::string_view kBusPatternHex = "FA F320";
 

@@ -109,7 +109,7 @@ class TagReader {
     std::map<std::pair<int, int>, Entry> entries_;
 };
 
-std::string_view valueOf(const FieldValues& values, std::string_view code) {
+std::string_view tagValue(const FieldValues& values, std::string_view code) {
     const auto it = values.find(code);
     return it == values.end() ? std::string_view() : std::string_view(it->second);
 }
@@ -124,14 +124,14 @@ void writeMeasurement(FileWriter& writer, const std::string& prefix,
             write(measurement_field::kLocationType, kTaggedType);
             write(tagged_field::kCount, std::to_string(measurement.tags.size()));
         }
-        write(field, valueOf(measurement.values, field.code));
+        write(field, tagValue(measurement.values, field.code));
     }
     int f = 0;
     for (const auto& tag : measurement.tags) {
         ++f;
         for (const auto& field : kTagFields) {
             writeCommand(writer, prefix, numberedCode(field.code, {measurement.list, number, f}),
-                         valueOf(tag.values, field.code));
+                         tagValue(tag.values, field.code));
         }
     }
 }
@@ -139,7 +139,7 @@ void writeMeasurement(FileWriter& writer, const std::string& prefix,
 }  // namespace
 
 std::string TaggedMeasurement::name() const {
-    return std::string(valueOf(values, kName));
+    return std::string(tagValue(values, kName));
 }
 
 std::span<const Field> taggedFields() {

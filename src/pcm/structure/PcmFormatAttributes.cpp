@@ -5,6 +5,7 @@
 #include "pcm/PcmFormat.h"
 #include "pcm/model/FrameSyncPattern.h"
 #include "pcm/structure/AsyncEdit.h"
+#include "pcm/structure/PcmFormatEdit.h"
 #include "pcm/structure/SubframeEdit.h"
 
 #include <algorithm>
@@ -15,7 +16,6 @@ namespace {
 
 constexpr int kIllegalEntry = 87;
 constexpr int kMostWordsClassOne = 1024;
-constexpr int kLeastWordsBus = 128;
 constexpr int kMostWordsBus = 256;
 constexpr int kWordLengthBus = 24;
 

@@ -17,7 +17,6 @@ namespace {
 
 constexpr int kIllegalEntry = 87;
 constexpr int kErrorReadingFormat = 88;
-constexpr int kBusWordLength = 24;
 constexpr std::string_view kBusType = "1553";
 
 /// What a bus stream has, and no person can change.

@@ -15,6 +15,10 @@ namespace kavu {
 class PcmFormat;
 class UserInterface;
 
+// What a bus stream has by its standard.
+inline constexpr int kBusWordLength = 24;
+inline constexpr int kLeastWordsBus = 128;
+
 /// The value of an attribute as a page has it; empty for a code that is none.
 [[nodiscard]] std::string attributeValue(const PcmFormat& format, std::string_view code);
 

@@ -16,8 +16,6 @@ namespace kavu {
 
 namespace {
 
-constexpr int kHiddenSubframesEdition = 2011;
-
 std::string counted(std::size_t count, std::string_view what) {
     auto text = std::to_string(count).append(" ").append(what);
     return count == 1 ? text : text + "s";

@@ -13,8 +13,6 @@ namespace kavu {
 namespace {
 
 constexpr int kMostFragmentNumber = 9;
-/// From here on subframes are not written.
-constexpr int kHiddenSubframesEdition = 2011;
 /// From here on a fragment is written with its end word and its end frame.
 constexpr int kEndsEdition = 2009;
 

@@ -29,8 +29,6 @@ namespace {
 constexpr int kFirstEdition = 2004;
 constexpr std::string_view kWordFrameType = "WDFR";
 constexpr int kTitle = 89;
-/// From here on subframes are not written.
-constexpr int kHiddenSubframesEdition = 2011;
 
 bool isWordFrame(const Measurement& measurement) {
     return equalsIgnoreCase(measurement.locationType, kWordFrameType);
@@ -39,7 +37,7 @@ bool isWordFrame(const Measurement& measurement) {
 /// Calls `visit(head, fwp, fn)` for every array cell: frame by frame, and within a frame
 /// word by word, each once.
 template <typename Visit>
-void forEachHead(const PcmFormat& format, const Visit& visit) {
+void forEachConvertedHead(const PcmFormat& format, const Visit& visit) {
     std::vector<int> depths;
     for (int fwp = 0; fwp < format.wordsPerMinorFrame; ++fwp) {
         const bool folds = format.wordType(fwp) == WordType::Subframe;
@@ -58,7 +56,7 @@ void forEachHead(const PcmFormat& format, const Visit& visit) {
 /// The measurements of all words in all frames, folded repetitions included.
 int countPlaces(const PcmFormat& format) {
     std::int64_t count = 0;
-    forEachHead(format, [&](CellRef, int fwp, int fn) {
+    forEachConvertedHead(format, [&](CellRef, int fwp, int fn) {
         const int depth = format.wordType(fwp) == WordType::Subframe ? format.wordDepth(fwp) : 1;
         const std::int64_t repetitions = (format.numberOfFrames - fn) / std::max(1, depth) + 1;
         count += repetitions * format.countMeasurementsAt(fwp, fn, true);
@@ -106,7 +104,7 @@ class Conversion {
     /// they are met first.
     void gather() {
         const auto& cells = format_.cells();
-        forEachHead(format_, [&](CellRef head, int fwp, int fn) {
+        forEachConvertedHead(format_, [&](CellRef head, int fwp, int fn) {
             for (auto at = head; at; at = cells.next(at)) {
                 if (!cells.isMeasurement(at) || isWordFrame(cells.measurement(at))) {
                     continue;
@@ -299,7 +297,7 @@ class Conversion {
             int asyncNumber;
         };
         std::vector<Kept> kept;
-        forEachHead(format_, [&](CellRef head, int, int) {
+        forEachConvertedHead(format_, [&](CellRef head, int, int) {
             bool anyTaken = false;
             kept.clear();
             for (auto at = head; at; at = cells.next(at)) {
@@ -338,7 +336,7 @@ class Conversion {
     void report(int before) {
         std::vector<bool> told(static_cast<std::size_t>(format_.cells().nameNumberEnd()));
         const auto& cells = format_.cells();
-        forEachHead(format_, [&](CellRef head, int fwp, int fn) {
+        forEachConvertedHead(format_, [&](CellRef head, int fwp, int fn) {
             for (auto at = head; at; at = cells.next(at)) {
                 const auto name = static_cast<std::size_t>(cells.nameNumber(at));
                 if (!cells.isMeasurement(at) || isWordFrame(cells.measurement(at)) || told[name]) {

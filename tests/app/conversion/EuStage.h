@@ -19,10 +19,6 @@
 
 namespace kavu::test {
 
-inline std::string lines(std::string_view commands) {
-    return replaceAll(commands, ";", ";\n");
-}
-
 inline constexpr const char* kTwo =
     "C-1\\DCN:A;C-1\\DCT:PRS;C-1\\PS\\N:2;C-1\\PS1:N;C-1\\PS3-1:0;C-1\\PS4-1:0;C-1\\PS3-2:10;"
     "C-1\\PS4-2:20;C-1\\MN1:first;"

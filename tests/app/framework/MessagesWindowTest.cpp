@@ -147,7 +147,7 @@ TEST_F(MessagesWindowTest, TheKeyboardGoesToTheCommandToo) {
     EXPECT_EQ(gone, std::vector<std::string>{"third"});
 }
 
-int pagesOf(const std::string& pdf) {
+int pageCount(const std::string& pdf) {
     int count = 0;
     for (auto at = pdf.find("/Type /Page\n"); at != std::string::npos;
          at = pdf.find("/Type /Page\n", at + 1)) {
@@ -163,7 +163,7 @@ TEST_F(MessagesWindowTest, PrintsAllLinesOverAsManyPagesAsItTakes) {
         QPdfWriter pdf(toQString(path));
         EXPECT_TRUE(printMessageLines(
             pdf, {"Title", "Subtitle", std::vector<std::string>(std::size_t(lines), "a line")}));
-        const int pages = pagesOf(test::readFile(path));
+        const int pages = pageCount(test::readFile(path));
         EXPECT_GE(pages, least);
         EXPECT_LE(pages, most);
     }

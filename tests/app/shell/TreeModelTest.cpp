@@ -14,7 +14,8 @@
 namespace kavu {
 namespace {
 
-constexpr TreeBranches kAll = {.general = true, .conversion = true, .hardware = true, .pam = true};
+constexpr TreeBranches kAllBranches = {
+    .general = true, .conversion = true, .hardware = true, .pam = true};
 
 /// One line for each item, indented by its level: label and command.
 void describe(const TreeModel& model, const QModelIndex& parent, const std::string& indent,
@@ -52,7 +53,7 @@ TEST(TreeModel, ShowsTheBranchesOfTheSampleWithTheirCommands) {
     ASSERT_TRUE(openFromName(context, &app.ui, KAVU_SOURCE_DIR "/samples/flight-test.tma"));
     TreeModel model;
     const QAbstractItemModelTester tester(&model);
-    model.build(readDocumentTree(context, &app.ui), {}, kAll);
+    model.build(readDocumentTree(context, &app.ui), {}, kAllBranches);
     EXPECT_EQ(described(model), (std::vector<std::string>{
                                     "General Information 13",
                                     "  Transmission Attributes Sources -82",
@@ -76,7 +77,7 @@ TEST(TreeModel, ShowsTheBranchesOfTheSampleWithTheirCommands) {
                                 }));
     const auto names = app.application.conversions().definitionNames(-1);
     ASSERT_TRUE(names.has_value());
-    model.build(readDocumentTree(context, &app.ui), *names, kAll);
+    model.build(readDocumentTree(context, &app.ui), *names, kAllBranches);
     const auto head = model.indexOf(TreeKind::ConversionHead);
     ASSERT_EQ(model.rowCount(head), static_cast<int>(names->size()));
     ASSERT_GT(names->size(), 5u);
@@ -104,7 +105,7 @@ TEST(TreeModel, AFirstLevelItemAppearsOnlyIfItsEntryIsEnabled) {
 
 TEST(TreeModel, AStreamHasTheEmbeddedAndMergedStreamsBelowIt) {
     TreeModel model;
-    model.build(smallTree(), {}, kAll);
+    model.build(smallTree(), {}, kAllBranches);
     const auto stream = model.indexOf(TreeKind::Stream, "One");
     ASSERT_TRUE(stream.isValid());
     ASSERT_EQ(model.rowCount(stream), 2);
@@ -115,7 +116,7 @@ TEST(TreeModel, AStreamHasTheEmbeddedAndMergedStreamsBelowIt) {
 
 TEST(TreeModel, AnItemIsFoundByItsGroupFileAndByItsName) {
     TreeModel model;
-    model.build(smallTree(), {"ALT", "alt"}, kAll);
+    model.build(smallTree(), {"ALT", "alt"}, kAllBranches);
     EXPECT_EQ(model.item(model.indexOfGroup('T', 3)).name, "Radio");
     EXPECT_EQ(model.item(model.indexOfGroup('P', 7)).name, "One");
     EXPECT_EQ(model.item(model.indexOfGroup('M', 2)).kind, TreeKind::MultiplexDefinition);
@@ -128,10 +129,10 @@ TEST(TreeModel, AnItemIsFoundByItsGroupFileAndByItsName) {
 TEST(TreeModel, SourcesOfNeitherTypeGetABranchOnlyIfThereAreSome) {
     TreeModel model;
     auto tree = smallTree();
-    model.build(tree, {}, kAll);
+    model.build(tree, {}, kAllBranches);
     EXPECT_FALSE(model.indexOf(TreeKind::OtherHead).isValid());
     tree.dataSources.push_back({.name = "Lab", .type = "OTH", .sourceClass = 'O'});
-    model.build(tree, {}, kAll);
+    model.build(tree, {}, kAllBranches);
     const auto head = model.indexOf(TreeKind::OtherHead);
     ASSERT_TRUE(head.isValid());
     EXPECT_EQ(toBytes(head.data().toString()), "Other Data Sources");
@@ -140,7 +141,7 @@ TEST(TreeModel, SourcesOfNeitherTypeGetABranchOnlyIfThereAreSome) {
 
 TEST(TreeModel, NamesThatAreNotUtf8AreShownAndKept) {
     TreeModel model;
-    model.build({}, {"K\xF6ln"}, kAll);
+    model.build({}, {"K\xF6ln"}, kAllBranches);
     const auto index = model.indexOf(TreeKind::Measurement, "K\xF6ln");
     ASSERT_TRUE(index.isValid());
     EXPECT_EQ(toBytes(index.data().toString()), "K\xC3\xB6ln");
@@ -163,7 +164,7 @@ TEST(TreeModel, AStreamHasTheImageOfItsKindAlsoWhereItsFormatDescribesIt) {
              .type = "RF",
              .sourceClass = 'R',
              .links = {{.name = "One", .kind = row.kind, .group = 1, .letter = row.letter}}});
-        model.build(tree, {}, kAll);
+        model.build(tree, {}, kAllBranches);
         const auto stream = model.indexOf(TreeKind::Stream, "One");
         ASSERT_TRUE(stream.isValid());
         EXPECT_EQ(toBytes(model.iconName(stream)), row.icon) << row.kind << row.letter;
@@ -174,7 +175,7 @@ TEST(TreeModel, EveryItemHasAnImageAndAWordForTheScreenReader) {
     TreeModel model;
     auto tree = smallTree();
     tree.dataSources.push_back({.name = "Lab", .type = "OTH", .sourceClass = 'O'});
-    model.build(tree, {"ALT"}, kAll);
+    model.build(tree, {"ALT"}, kAllBranches);
     std::vector<QModelIndex> open = {QModelIndex()};
     std::set<TreeKind> kinds;
     while (!open.empty()) {
@@ -207,7 +208,7 @@ TEST(TreeModel, TwentyThousandMeasurementsAreBuiltWithinThreeTenthsOfASecond) {
     }
     TreeModel model;
     const auto start = std::chrono::steady_clock::now();
-    model.build(smallTree(), std::move(names), kAll);
+    model.build(smallTree(), std::move(names), kAllBranches);
     const auto took = std::chrono::duration_cast<std::chrono::milliseconds>(
         std::chrono::steady_clock::now() - start);
     std::cout << "20000 measurements: " << took.count() << " ms\n";

@@ -15,7 +15,7 @@ using ::testing::HasSubstr;
 constexpr const char* kTitle = "Unable To Open File";
 constexpr const char* kBackupTitle = "ERROR: Unable To Create Backup File";
 
-mode_t modeOf(const std::string& path) {
+mode_t modeBehindLinks(const std::string& path) {
     struct stat info {};
     EXPECT_EQ(::stat(path.c_str(), &info), 0) << path;
     return info.st_mode & 07777;
@@ -169,7 +169,7 @@ TEST_F(OpenFileCheckedTest, LinksOwnerAndModeOfTheTargetStay) {
     ASSERT_EQ(::symlink("a.txt", (folder / "soft.txt").c_str()), 0);
     EXPECT_TRUE(overwrite(folder / "soft.txt", OverwritePolicy::BackUpOnly, &ui));
     EXPECT_EQ(readFile(folder / "hard"), "new");
-    EXPECT_EQ(modeOf(path), 0640u);
+    EXPECT_EQ(modeBehindLinks(path), 0640u);
     char target[16] = {};
     EXPECT_EQ(::readlink((folder / "soft.txt").c_str(), target, sizeof target), 5);
     EXPECT_EQ(readFile(folder / "soft.bak"), "old");
@@ -343,12 +343,12 @@ TEST_F(OpenFileCheckedTest, ABackupIsNoMorePublicThanItsFile) {
     bool made = false;
     EXPECT_TRUE(makeBackup(&ui, path, &made));
     EXPECT_TRUE(made);
-    EXPECT_EQ(modeOf(folder / "a.bak"), 0600u);
+    EXPECT_EQ(modeBehindLinks(folder / "a.bak"), 0600u);
     EXPECT_EQ(readFile(folder / "a.bak"), "secret");
     ASSERT_EQ(::chmod(path.c_str(), 0400), 0);
     ASSERT_TRUE(deleteFile(folder / "a.bak").ok());
     EXPECT_TRUE(makeBackup(&ui, path));
-    EXPECT_EQ(modeOf(folder / "a.bak"), 0600u) << "the next backup has to overwrite it";
+    EXPECT_EQ(modeBehindLinks(folder / "a.bak"), 0600u) << "the next backup has to overwrite it";
 }
 
 TEST_F(OpenFileCheckedTest, AnOlderBackupIsOverwrittenInPlace) {
@@ -359,7 +359,7 @@ TEST_F(OpenFileCheckedTest, AnOlderBackupIsOverwrittenInPlace) {
     ASSERT_EQ(::chmod((folder / "older").c_str(), 0640), 0);
     EXPECT_TRUE(makeBackup(&ui, path));
     EXPECT_EQ(readFile(folder / "older"), "former") << "the link and what it leads to stay";
-    EXPECT_EQ(modeOf(folder / "older"), 0640u);
+    EXPECT_EQ(modeBehindLinks(folder / "older"), 0640u);
 }
 
 TEST_F(OpenFileCheckedTest, AnEmptyFileHasAnEmptyBackup) {

@@ -26,7 +26,7 @@ std::vector<std::pair<int, std::string>> places(const StreamFixture& f, int numb
     return found;
 }
 
-using Places = std::vector<std::pair<int, std::string>>;
+using SlotPlaces = std::vector<std::pair<int, std::string>>;
 
 TEST(AsyncReading, ARecordOfOneWord) {
     StreamFixture f(2009);
@@ -39,7 +39,7 @@ TEST(AsyncReading, ARecordOfOneWord) {
     EXPECT_EQ(record(f, 1).locationMode, "NA");
     EXPECT_EQ(record(f, 1).interval, 1);
     EXPECT_EQ(record(f, 1).locations, (std::vector<AsyncLocation>{{7, Frames{{1, 1, 8}}}}));
-    EXPECT_EQ(places(f, 1), (Places{{7, "00001111"}}));
+    EXPECT_EQ(places(f, 1), (SlotPlaces{{7, "00001111"}}));
     EXPECT_TRUE(isAsyncAt(f.format, 7, 5, 1));
     EXPECT_FALSE(isAsyncAt(f.format, 7, 5, 2));
     EXPECT_EQ(f.format.countMeasurementsAt(7, 1, false), 1);
@@ -114,7 +114,7 @@ TEST(AsyncReading, FirstWordAndInterval) {
     EXPECT_EQ(record(f, 1).locationMode, "FI");
     EXPECT_EQ(record(f, 1).interval, 9);
     EXPECT_EQ(places(f, 1),
-              (Places{{4, std::string(16, '1')}, {13, "1111"}, {22, std::string(16, '1')}}));
+              (SlotPlaces{{4, std::string(16, '1')}, {13, "1111"}, {22, std::string(16, '1')}}));
     EXPECT_EQ(f.result(), 0);
 }
 
@@ -123,7 +123,7 @@ TEST(AsyncReading, EveryLocationInRisingOrderWhateverTheFilesOrder) {
     ASSERT_TRUE(f.read({"AEF\\N:1", "AEF\\DLN-1:X", "AEF1-1:2", "AEF2-1:EL", "AEF3-1-1:9",
                         "AEF6-1-1:01", "AEF7-1-1:1", "AEF8-1-1-1:2", "AEF9-1-1-1:2",
                         "AEF10-1-1-1:6", "AEF3-1-2:4", "AEF6-1-2:10"}));
-    EXPECT_EQ(places(f, 1), (Places{{4, "10"}, {9, "01"}}));
+    EXPECT_EQ(places(f, 1), (SlotPlaces{{4, "10"}, {9, "01"}}));
     EXPECT_EQ(record(f, 1).locations,
               (std::vector<AsyncLocation>{{4, Frames{{1, 1, 8}}}, {9, Frames{{2, 2, 6}}}}));
 }
@@ -219,7 +219,7 @@ TEST(AsyncReading, AMaskThatIsNotBinaryIsAllOnesOfTheWordLength) {
         StreamFixture f(2009);
         ASSERT_TRUE(f.read({"AEF\\N:1", "AEF\\DLN-1:X", "AEF3-1-1:4", "AEF5-1-1:6",
                             std::string("AEF6-1-1:") + mask}));
-        EXPECT_EQ(places(f, 1), (Places{{4, "111111"}})) << mask;
+        EXPECT_EQ(places(f, 1), (SlotPlaces{{4, "111111"}})) << mask;
         EXPECT_EQ(f.result(), *mask == 0 ? 0 : 1) << mask;
     }
 }
@@ -229,7 +229,7 @@ TEST(AsyncReading, AnIllegalWordLengthIsThatOfTheWord) {
         StreamFixture f(2009);
         ASSERT_TRUE(
             f.read({"AEF\\N:1", "AEF\\DLN-1:X", "AEF3-1-1:4", std::string("AEF5-1-1:") + length}));
-        EXPECT_EQ(places(f, 1), (Places{{4, std::string(16, '1')}})) << length;
+        EXPECT_EQ(places(f, 1), (SlotPlaces{{4, std::string(16, '1')}})) << length;
         EXPECT_EQ(f.ui.countLogs(207), 1) << length;
         EXPECT_EQ(f.result(), 1) << length;
     }
@@ -306,7 +306,7 @@ TEST(AsyncReading, AHiddenSubframesWordCountsAsAPlainOneWithSlotsInTheFramesOfTh
         EXPECT_EQ(isAsyncAt(f.format, 4, fn, 1), fn == 2 || fn == 5 || fn == 8) << fn;
         EXPECT_TRUE(isAsyncAt(f.format, 5, fn, 2)) << fn;
     }
-    EXPECT_EQ(places(f, 1), (Places{{4, "1100"}}));
+    EXPECT_EQ(places(f, 1), (SlotPlaces{{4, "1100"}}));
 }
 
 TEST(AsyncReading, AnOrdinarySubframesWordIsNoPlaceForIt) {
@@ -339,7 +339,7 @@ TEST(AsyncReading, ADataMergeHasTextsNumbersAndRangesOfItsOwnAndTheFullWordAsMas
     EXPECT_EQ(merge.adm5, 8);
     EXPECT_EQ(merge.adm6, 2);
     EXPECT_EQ(merge.adm7, "YES");
-    EXPECT_EQ(places(f, 1), (Places{{4, "FW"}, {7, "FW"}}));
+    EXPECT_EQ(places(f, 1), (SlotPlaces{{4, "FW"}, {7, "FW"}}));
     EXPECT_EQ(merge.locations[0].frames, (Frames{{2, 2, 4}}));
     EXPECT_EQ(merge.locations[1].frames, (Frames{{1, 1, 8}}));
     EXPECT_EQ(f.format.maskBits(4, "FW", false), 16);

@@ -15,9 +15,9 @@ using test::subframeAt;
 using test::operator+;
 
 /// A stream of 16 words and 4 frames with a counter in word 15.
-struct Stream : LoadFixture {
-    Stream(int edition, const std::vector<Commands>& measurements, const Commands& subframes = {},
-           int frames = 4)
+struct WordFrameStream : LoadFixture {
+    WordFrameStream(int edition, const std::vector<Commands>& measurements,
+                    const Commands& subframes = {}, int frames = 4)
         : LoadFixture(edition) {
         loaded =
             load(plainFormat(16, frames) + counterAt(15, frames, subframes), listOf(measurements));
@@ -39,7 +39,7 @@ Commands one(const std::string& name, const Commands& fragment) {
 }
 
 TEST(WordFrameReader, AFragmentWithoutEndFrameAndIntervalEndsWhereItStarts) {
-    Stream f(2009, {one("A", {"WP:3", "FP:2"})});
+    WordFrameStream f(2009, {one("A", {"WP:3", "FP:2"})});
     EXPECT_EQ(f.fragment().endFrame, 2);
     EXPECT_EQ(f.fragment().endWord, 3);
     EXPECT_EQ(f.places("A"), (Places{{3, 2}}));
@@ -47,7 +47,7 @@ TEST(WordFrameReader, AFragmentWithoutEndFrameAndIntervalEndsWhereItStarts) {
 
 TEST(WordFrameReader, AFragmentWithoutEndFrameAndAnIntervalRunsToTheLastFrame) {
     for (const int edition : {2004, 2009}) {
-        Stream f(edition, {one("A", {"WP:3", "FP:2", "FI:1"})});
+        WordFrameStream f(edition, {one("A", {"WP:3", "FP:2", "FI:1"})});
         EXPECT_EQ(f.fragment().endFrame, 4);
         EXPECT_EQ(f.places("A"), (Places{{3, 2}, {3, 3}, {3, 4}}));
         LoadFixture g(edition);
@@ -60,12 +60,12 @@ TEST(WordFrameReader, AFragmentWithoutEndFrameAndAnIntervalRunsToTheLastFrame) {
 
 TEST(WordFrameReader, EndsAreReadFrom10609On) {
     const auto lines = one("A", {"WP:3", "WI:2", "EWP:7", "FP:2", "FI:2", "EFP:3"});
-    Stream f(2009, {lines});
+    WordFrameStream f(2009, {lines});
     EXPECT_EQ(f.fragment().endWord, 7);
     EXPECT_EQ(f.fragment().endFrame, 3);
     EXPECT_EQ(f.places("A"), (Places{{3, 2}, {5, 2}, {7, 2}}));
     EXPECT_EQ(f.result(), 0);
-    Stream g(2007, {lines});
+    WordFrameStream g(2007, {lines});
     EXPECT_EQ(g.ui.countLogs(287), 1) << "without its end it runs into the counter's word";
 }
 
@@ -82,7 +82,7 @@ TEST(WordFrameReader, ANegativeEndTakesTheLastWordOrFrame) {
 }
 
 TEST(WordFrameReader, AMeasurementInEveryFrameOfAPlainWordHasOneCell) {
-    Stream f(2007, {one("A", {"WP:3", "FP:1", "FI:1", "WFM:0011", "WFT:M", "WFP:1"})});
+    WordFrameStream f(2007, {one("A", {"WP:3", "FP:1", "FI:1", "WFM:0011", "WFT:M", "WFP:1"})});
     EXPECT_EQ(f.places("A"), (Places{{3, 1}}));
     EXPECT_EQ(f.format.wordType(3), WordType::Minor);
     EXPECT_EQ(f.fragment().mask, "0011");
@@ -97,20 +97,20 @@ TEST(WordFrameReader, AMeasurementInEveryFrameOfAPlainWordHasOneCell) {
 }
 
 TEST(WordFrameReader, From10609OnFrame1AloneOfPlainWordsStandsForEveryFrame) {
-    Stream f(2009,
-             {one("A", {"WP:3", "FP:1", "FI:0", "EFP:1"}), Commands{"MN@:B", "LT@:MF", "MF@:9"}});
+    WordFrameStream f(
+        2009, {one("A", {"WP:3", "FP:1", "FI:0", "EFP:1"}), Commands{"MN@:B", "LT@:MF", "MF@:9"}});
     EXPECT_EQ(f.fragment().frameInterval, 1);
     EXPECT_EQ(f.fragment().endFrame, 4);
     EXPECT_EQ(f.places("A"), (Places{{3, 1}}));
     EXPECT_EQ(f.result(), 1) << "the file's values were replaced";
-    Stream g(2007,
-             {one("A", {"WP:3", "FP:1", "FI:0", "EFP:1"}), Commands{"MN@:B", "LT@:MF", "MF@:9"}});
+    WordFrameStream g(
+        2007, {one("A", {"WP:3", "FP:1", "FI:0", "EFP:1"}), Commands{"MN@:B", "LT@:MF", "MF@:9"}});
     EXPECT_EQ(g.fragment().frameInterval, 0);
     EXPECT_EQ(g.fragment().endFrame, 1);
 }
 
 TEST(WordFrameReader, ASubcommutatedFragmentGetsItsHiddenSubframe) {
-    Stream f(2007, {one("A", {"WP:3", "FP:2", "FI:2"})});
+    WordFrameStream f(2007, {one("A", {"WP:3", "FP:2", "FI:2"})});
     ASSERT_EQ(f.format.wordType(3), WordType::Subframe);
     EXPECT_TRUE(f.format.subframeOfWord(3)->hidden);
     EXPECT_EQ(f.format.subframeOfWord(3)->depth, "4");
@@ -147,7 +147,7 @@ TEST(WordFrameReader, ACounterMadeForAMeasurementIsAChange) {
 }
 
 TEST(WordFrameReader, NoLocationsAreNothing) {
-    Stream f(2007, {Commands{"MN@:A", "LT@:WDFR"}});
+    WordFrameStream f(2007, {Commands{"MN@:A", "LT@:WDFR"}});
     EXPECT_FALSE(f.format.hasMeasurement("A"));
     EXPECT_TRUE(f.format.wordFrameDefinitions.empty());
     EXPECT_TRUE(f.ui.logs.empty());
@@ -225,7 +225,7 @@ TEST(WordFrameReader, RangesAreChecked) {
              Row{{"WP:3", "FP:3", "FI:1", "EFP:5"}, 286, 89, nullptr},
              Row{{"WP:10", "FP:1", "FI:1", "EFP:3"}, 286, 89, nullptr},
          }) {
-        Stream f(2009, {one("A", row.fragment)}, subframe);
+        WordFrameStream f(2009, {one("A", row.fragment)}, subframe);
         ASSERT_TRUE(f.loaded);
         EXPECT_EQ(f.logged(), (Logged{{row.message, row.title}})) << row.fragment[0];
         if (row.text != nullptr) {
@@ -237,7 +237,7 @@ TEST(WordFrameReader, RangesAreChecked) {
 }
 
 TEST(WordFrameReader, ACounterWordTakesAMeasurementOfEveryFrameOnly) {
-    Stream f(2009, {one("A", {"WP:15", "FP:1", "FI:1"}), one("B", {"WP:15", "FP:2"})});
+    WordFrameStream f(2009, {one("A", {"WP:15", "FP:1", "FI:1"}), one("B", {"WP:15", "FP:2"})});
     EXPECT_EQ(f.places("A"), (Places{{15, 1}}));
     EXPECT_FALSE(f.format.hasMeasurement("B"));
     EXPECT_EQ(f.logged(), (Logged{{287, 78}}));
@@ -249,7 +249,7 @@ TEST(WordFrameReader, SeveralFragmentsMakeALocation) {
         "FP@-1-1:1", "FI@-1-1:1",     "WFM@-1-1:FW", "WFP@-1-1:2",  "WP@-1-2:7", "FP@-1-2:1",
         "FI@-1-2:1", "WFM@-1-2:1100", "WFP@-1-2:1",  "WFT@-1-2:L",  "WP@-1-3:3", "FP@-1-3:1",
         "FI@-1-3:1", "WFM@-1-3:0011", "WFP@-1-3:3",  "WFT@-1-3:X"};
-    Stream f(2007, {lines});
+    WordFrameStream f(2007, {lines});
     EXPECT_EQ(f.places("A"), (Places{{3, 1}, {3, 1}, {7, 1}}));
     const auto& location = f.format.wordFrameDefinitions[0].locations[0];
     EXPECT_EQ(location.wordLength, 20);
@@ -265,19 +265,19 @@ TEST(WordFrameReader, AWordLengthThatTheMasksDoNotGiveBecomesTheirSum) {
     const Commands lines = {"MN@:A",     "LT@:WDFR",  "MML\\N@:1", "MNF\\N@-1:2", "MWL@-1:30",
                             "WP@-1-1:3", "FP@-1-1:1", "FI@-1-1:1", "WFM@-1-1:FW", "WFP@-1-1:1",
                             "WP@-1-2:4", "FP@-1-2:1", "FI@-1-2:1", "WFM@-1-2:1",  "WFP@-1-2:2"};
-    Stream f(2007, {lines});
+    WordFrameStream f(2007, {lines});
     EXPECT_EQ(f.logged(), (Logged{{294, 89}}));
     EXPECT_EQ(f.format.wordFrameDefinitions[0].locations[0].wordLength, 17);
     EXPECT_EQ(f.result(), 1);
     auto without = lines;
     std::erase(without, "MWL@-1:30");
-    Stream g(2007, {without});
+    WordFrameStream g(2007, {without});
     EXPECT_EQ(g.format.wordFrameDefinitions[0].locations[0].wordLength, 17);
     EXPECT_EQ(g.result(), 0);
 }
 
 TEST(WordFrameReader, ALocationOfOneFragmentTakesTheLengthOfItsStartWord) {
-    Stream f(2007, {one("A", {"WP:3", "FP:1", "FI:1", "WFM:0011"})});
+    WordFrameStream f(2007, {one("A", {"WP:3", "FP:1", "FI:1", "WFM:0011"})});
     EXPECT_EQ(f.format.wordFrameDefinitions[0].locations[0].wordLength, 16);
 }
 
@@ -286,7 +286,7 @@ TEST(WordFrameReader, PositionsOutOfOrderAreNumberedAnew) {
                             "WP@-1-1:3", "FP@-1-1:1", "FI@-1-1:1", "WFP@-1-1:4",
                             "WP@-1-2:4", "FP@-1-2:1", "FI@-1-2:1", "WFP@-1-2:4",
                             "WP@-1-3:5", "FP@-1-3:1", "FI@-1-3:1", "WFP@-1-3:0"};
-    Stream f(2007, {lines});
+    WordFrameStream f(2007, {lines});
     EXPECT_EQ(f.logged(), (Logged{{288, 89}}));
     EXPECT_NE(f.logText(288).find("Location #1 has invalid 'Fragment Number' values defined for "
                                   "fragment definition #2."),
@@ -302,23 +302,23 @@ TEST(WordFrameReader, ABadFragmentIsLeftOutOfItsLocation) {
     const Commands lines = {"MN@:A",      "LT@:WDFR",  "MML\\N@:1", "MNF\\N@-1:2",
                             "WP@-1-1:99", "FP@-1-1:1", "FI@-1-1:1", "WFP@-1-1:1",
                             "WP@-1-2:4",  "FP@-1-2:1", "FI@-1-2:1", "WFP@-1-2:2"};
-    Stream f(2007, {lines});
+    WordFrameStream f(2007, {lines});
     EXPECT_EQ(f.ui.countLogs(276), 1);
     EXPECT_EQ(f.format.wordFrameDefinitions[0].locations[0].fragmentCount(), 1);
     EXPECT_EQ(f.places("A"), (Places{{4, 1}}));
 }
 
 TEST(WordFrameReader, SeveralLocationsShareOneDefinition) {
-    Stream f(2007, {{"MN@:A", "LT@:WDFR", "MML\\N@:2", "WP@-1-1:3", "FP@-1-1:1", "FI@-1-1:1",
-                     "WP@-2-1:9", "FP@-2-1:1", "FI@-2-1:1"}});
+    WordFrameStream f(2007, {{"MN@:A", "LT@:WDFR", "MML\\N@:2", "WP@-1-1:3", "FP@-1-1:1",
+                              "FI@-1-1:1", "WP@-2-1:9", "FP@-2-1:1", "FI@-2-1:1"}});
     EXPECT_EQ(f.places("A"), (Places{{3, 1}, {9, 1}}));
     EXPECT_EQ(f.first("A").locationCount, 2);
     EXPECT_EQ(f.format.wordFrameDefinitions[0].locationCount(), 2);
 }
 
 TEST(WordFrameReader, TheEndFrameIsLoweredToTheDepthOfTheWordWhenItIsPlaced) {
-    Stream f(2007, {one("A", {"WP:10", "FP:1", "FI:1"})},
-             Commands{"SF\\N-1:1"} + subframeAt(1, "S", 10, 4));
+    WordFrameStream f(2007, {one("A", {"WP:10", "FP:1", "FI:1"})},
+                      Commands{"SF\\N-1:1"} + subframeAt(1, "S", 10, 4));
     EXPECT_EQ(f.places("A").size(), 4U);
     LoadFixture g(2007);
     ASSERT_TRUE(g.load(plainFormat(16, 4), listOf({})));
@@ -369,13 +369,13 @@ TEST(WordFrameReader, SubcommutatedIsWhatIsNotInEveryFrame) {
 }
 
 TEST(WordFrameReader, CountsAndRangesWithoutMeasureStayBounded) {
-    Stream f(2011,
-             {{"MN@:A", "LT@:WDFR", "MML\\N@:1000000000", "WP@-1-1:3", "FP@-1-1:1", "FI@-1-1:1"},
-              {"MN@:B", "LT@:WDFR", "MML\\N@:1", "MNF\\N@-1:1000000000", "WP@-1-1:3", "FP@-1-1:1",
-               "FI@-1-1:1"},
-              one("C", {"WP:1", "WI:1", "EWP:14", "FP:1", "FI:1"}),
-              one("D", {"WP:1", "WI:2147483647", "EWP:2147483647", "FP:1", "FI:1"}),
-              one("E", {"WP:1", "FP:1", "FI:2147483647", "EFP:4"})});
+    WordFrameStream f(
+        2011, {{"MN@:A", "LT@:WDFR", "MML\\N@:1000000000", "WP@-1-1:3", "FP@-1-1:1", "FI@-1-1:1"},
+               {"MN@:B", "LT@:WDFR", "MML\\N@:1", "MNF\\N@-1:1000000000", "WP@-1-1:3", "FP@-1-1:1",
+                "FI@-1-1:1"},
+               one("C", {"WP:1", "WI:1", "EWP:14", "FP:1", "FI:1"}),
+               one("D", {"WP:1", "WI:2147483647", "EWP:2147483647", "FP:1", "FI:1"}),
+               one("E", {"WP:1", "FP:1", "FI:2147483647", "EFP:4"})});
     ASSERT_TRUE(f.loaded);
     EXPECT_EQ(f.format.wordFrameDefinitions[0].locationCount(), 1);
     EXPECT_EQ(f.first("A").locationCount, 1);

@@ -17,7 +17,7 @@ using test::operator+;
 using ::testing::Contains;
 using ::testing::HasSubstr;
 
-Commands named(const std::string& name, const std::string& type, const Commands& rest) {
+Commands placed(const std::string& name, const std::string& type, const Commands& rest) {
     return Commands{"MN@:" + name, "LT@:" + type} + rest;
 }
 
@@ -71,7 +71,7 @@ Commands threeSubframes() {
 
 TEST(WordFrameConversion, AMinorWordIsInEveryFrame) {
     Converting stream;
-    ASSERT_TRUE(stream.load(plainFormat(16, 4), listOf({named("A", "MF", {"MF@:7", "MFM@:11"})})));
+    ASSERT_TRUE(stream.load(plainFormat(16, 4), listOf({placed("A", "MF", {"MF@:7", "MFM@:11"})})));
     ASSERT_TRUE(stream.convert());
     EXPECT_EQ(stream.fragments("A"), Commands{"7+0..7 1+1..4 11 D #1"});
     EXPECT_EQ(stream.definition("A").locations[0].wordLength, 16);
@@ -85,9 +85,9 @@ TEST(WordFrameConversion, AMinorWordIsInEveryFrame) {
 TEST(WordFrameConversion, WhatIsNotALocationStays) {
     Converting stream;
     ASSERT_TRUE(stream.load(plainFormat(16, 4),
-                            listOf({named("A", "MFSC",
-                                          {"MN1@:EV", "MN2@:L", "MN3@:M", "MFOT@:F", "MFS\\N@:2",
-                                           "MFS1@:I", "MFS2@:2", "MFS3@:FW", "MFS4@:8"})})));
+                            listOf({placed("A", "MFSC",
+                                           {"MN1@:EV", "MN2@:L", "MN3@:M", "MFOT@:F", "MFS\\N@:2",
+                                            "MFS1@:I", "MFS2@:2", "MFS3@:FW", "MFS4@:8"})})));
     ASSERT_TRUE(stream.convert());
     Measurement expected;
     expected.name = "A";
@@ -105,8 +105,8 @@ TEST(WordFrameConversion, AMinorSupercomInIntervalFormIsOneRange) {
     Converting stream;
     ASSERT_TRUE(stream.load(
         plainFormat(16, 4),
-        listOf({named("A", "MFSC", {"MFS\\N@:3", "MFS1@:I", "MFS2@:2", "MFS3@:FW", "MFS4@:5"}),
-                named("B", "MFSC", {"MFS\\N@:1", "MFS1@:I", "MFS2@:3", "MFS3@:FW", "MFS4@:5"})})));
+        listOf({placed("A", "MFSC", {"MFS\\N@:3", "MFS1@:I", "MFS2@:2", "MFS3@:FW", "MFS4@:5"}),
+                placed("B", "MFSC", {"MFS\\N@:1", "MFS1@:I", "MFS2@:3", "MFS3@:FW", "MFS4@:5"})})));
     ASSERT_TRUE(stream.convert());
     EXPECT_EQ(stream.fragments("A"), Commands{"2+5..12 1+1..4 FW D #1"});
     EXPECT_EQ(stream.fragments("B"), Commands{"3+0..3 1+1..4 FW D #1"});
@@ -115,10 +115,10 @@ TEST(WordFrameConversion, AMinorSupercomInIntervalFormIsOneRange) {
 
 TEST(WordFrameConversion, AMinorSupercomOfEveryLocationHasALocationForEachWord) {
     Converting stream;
-    ASSERT_TRUE(
-        stream.load(plainFormat(16, 4), listOf({named("A", "MFSC",
-                                                      {"MFS\\N@:2", "MFS1@:E", "MFSW@-1:9",
-                                                       "MFSM@-1:11", "MFSW@-2:5", "MFSM@-2:1"})})));
+    ASSERT_TRUE(stream.load(plainFormat(16, 4),
+                            listOf({placed("A", "MFSC",
+                                           {"MFS\\N@:2", "MFS1@:E", "MFSW@-1:9", "MFSM@-1:11",
+                                            "MFSW@-2:5", "MFSM@-2:1"})})));
     ASSERT_TRUE(stream.convert());
     EXPECT_EQ(stream.fragments("A"), (Commands{"5+0..5 1+1..4 1 D #1", "9+0..9 1+1..4 11 D #1"}));
     EXPECT_EQ(stream.first("A").locationCount, 2);
@@ -126,10 +126,10 @@ TEST(WordFrameConversion, AMinorSupercomOfEveryLocationHasALocationForEachWord) 
 
 TEST(WordFrameConversion, MinorFragmentsInIntervalFormStepByTheInterval) {
     Converting stream;
-    ASSERT_TRUE(
-        stream.load(plainFormat(16, 4), listOf({named("A", "MFFR",
-                                                      {"FMF\\N@:3", "FMF1@:24", "FMF2@:I",
-                                                       "FMF3@:2", "FMF4@:11111111", "FMF5@:4"})})));
+    ASSERT_TRUE(stream.load(plainFormat(16, 4),
+                            listOf({placed("A", "MFFR",
+                                           {"FMF\\N@:3", "FMF1@:24", "FMF2@:I", "FMF3@:2",
+                                            "FMF4@:11111111", "FMF5@:4"})})));
     const int before = stream.format.countMeasurementOccurences("A");
     ASSERT_TRUE(stream.convert());
     EXPECT_EQ(stream.fragments("A"),
@@ -143,9 +143,9 @@ TEST(WordFrameConversion, MinorFragmentsOfEveryLocationGoByTheirNumbers) {
     Converting stream;
     ASSERT_TRUE(stream.load(
         plainFormat(16, 4),
-        listOf({named("A", "MFFR",
-                      {"FMF\\N@:2", "FMF1@:20", "FMF2@:E", "FMF6@-1:5", "FMF7@-1:FW", "FMF8@-1:M",
-                       "FMF9@-1:2", "FMF6@-2:9", "FMF7@-2:1111", "FMF8@-2:L", "FMF9@-2:1"})})));
+        listOf({placed("A", "MFFR",
+                       {"FMF\\N@:2", "FMF1@:20", "FMF2@:E", "FMF6@-1:5", "FMF7@-1:FW", "FMF8@-1:M",
+                        "FMF9@-1:2", "FMF6@-2:9", "FMF7@-2:1111", "FMF8@-2:L", "FMF9@-2:1"})})));
     ASSERT_TRUE(stream.convert());
     EXPECT_EQ(stream.fragments("A"), Commands{"9+0..9 1+1..4 1111 L #1, 5+0..5 1+1..4 FW M #2"});
     EXPECT_EQ(stream.definition("A").locations[0].wordLength, 20);
@@ -154,7 +154,7 @@ TEST(WordFrameConversion, MinorFragmentsOfEveryLocationGoByTheirNumbers) {
 TEST(WordFrameConversion, ASubframeMeasurementIsInItsOneFrame) {
     Converting stream;
     ASSERT_TRUE(stream.load(threeSubframes(),
-                            listOf({named("A", "SF", {"SF1@:PLAIN", "SF2@:7", "SFM@:1"})})));
+                            listOf({placed("A", "SF", {"SF1@:PLAIN", "SF2@:7", "SFM@:1"})})));
     ASSERT_TRUE(stream.convert());
     EXPECT_EQ(stream.fragments("A"), Commands{"3+0..3 7+0..7 1 D #1"});
     EXPECT_EQ(stream.definition("A").idCounterName, "SFID");
@@ -163,7 +163,7 @@ TEST(WordFrameConversion, ASubframeMeasurementIsInItsOneFrame) {
 TEST(WordFrameConversion, ASubframeMeasurementInFrames1And5And9IsOneFragment) {
     Converting stream;
     ASSERT_TRUE(stream.load(threeSubframes(),
-                            listOf({named("A", "SF", {"SF1@:PLAIN", "SF2@:1", "SFM@:FW"})})));
+                            listOf({placed("A", "SF", {"SF1@:PLAIN", "SF2@:1", "SFM@:FW"})})));
     for (const int fn : {5, 9}) {
         const auto cell = stream.format.getFreeCell(nullptr, 3, fn);
         stream.format.storeCell(cell, stream.format.cellAtFrame(3, 1));
@@ -178,11 +178,11 @@ TEST(WordFrameConversion, ASubframeMeasurementInFrames1And5And9IsOneFragment) {
 
 TEST(WordFrameConversion, FramesWithoutAConstantStepAreLocationsOfTheirOwn) {
     Converting stream;
-    ASSERT_TRUE(
-        stream.load(threeSubframes(),
-                    listOf({named("A", "SFSC",
-                                  {"SFS1@:PLAIN", "SFS\\N@:3", "SFS2@:E", "SFS6@-1:1", "SFS7@-1:FW",
-                                   "SFS6@-2:2", "SFS7@-2:FW", "SFS6@-3:4", "SFS7@-3:FW"})})));
+    ASSERT_TRUE(stream.load(
+        threeSubframes(),
+        listOf({placed("A", "SFSC",
+                       {"SFS1@:PLAIN", "SFS\\N@:3", "SFS2@:E", "SFS6@-1:1", "SFS7@-1:FW",
+                        "SFS6@-2:2", "SFS7@-2:FW", "SFS6@-3:4", "SFS7@-3:FW"})})));
     ASSERT_TRUE(stream.convert());
     EXPECT_EQ(stream.fragments("A"), (Commands{"3+0..3 1+0..1 FW D #1", "3+0..3 2+0..2 FW D #1",
                                                "3+0..3 4+0..4 FW D #1"}));
@@ -191,9 +191,9 @@ TEST(WordFrameConversion, FramesWithoutAConstantStepAreLocationsOfTheirOwn) {
 TEST(WordFrameConversion, PlacesOfDifferentMasksAreLocationsOfTheirOwn) {
     Converting stream;
     ASSERT_TRUE(stream.load(threeSubframes(),
-                            listOf({named("A", "SFSC",
-                                          {"SFS1@:PLAIN", "SFS\\N@:2", "SFS2@:E", "SFS6@-1:1",
-                                           "SFS7@-1:1", "SFS6@-2:2", "SFS7@-2:11"})})));
+                            listOf({placed("A", "SFSC",
+                                           {"SFS1@:PLAIN", "SFS\\N@:2", "SFS2@:E", "SFS6@-1:1",
+                                            "SFS7@-1:1", "SFS6@-2:2", "SFS7@-2:11"})})));
     ASSERT_TRUE(stream.convert());
     EXPECT_EQ(stream.fragments("A"), (Commands{"3+0..3 1+0..1 1 D #1", "3+0..3 2+0..2 11 D #1"}));
 }
@@ -201,7 +201,7 @@ TEST(WordFrameConversion, PlacesOfDifferentMasksAreLocationsOfTheirOwn) {
 TEST(WordFrameConversion, FoldedRepetitionsAreNotConvertedAgain) {
     Converting stream;
     ASSERT_TRUE(stream.load(threeSubframes(),
-                            listOf({named("A", "SF", {"SF1@:HALF", "SF2@:2", "SFM@:FW"})})));
+                            listOf({placed("A", "SF", {"SF1@:HALF", "SF2@:2", "SFM@:FW"})})));
     EXPECT_EQ(stream.format.countMeasurementOccurences("A"), 2);
     ASSERT_TRUE(stream.convert());
     EXPECT_EQ(stream.fragments("A"), Commands{"4+0..4 2+0..2 FW D #1"});
@@ -213,9 +213,10 @@ TEST(WordFrameConversion, FoldedRepetitionsAreNotConvertedAgain) {
 TEST(WordFrameConversion, ASupercommutatedSubframeGivesALocationForEachOccurrence) {
     // Positions 2, 4 and 6: word 9 of frame 1, words 5 and 13 of frame 2.
     Converting stream;
-    ASSERT_TRUE(stream.load(threeSubframes(), listOf({named("A", "SFSC",
-                                                            {"SFS1@:SUPER", "SFS\\N@:3", "SFS2@:I",
-                                                             "SFS3@:2", "SFS4@:FW", "SFS5@:2"})})));
+    ASSERT_TRUE(
+        stream.load(threeSubframes(), listOf({placed("A", "SFSC",
+                                                     {"SFS1@:SUPER", "SFS\\N@:3", "SFS2@:I",
+                                                      "SFS3@:2", "SFS4@:FW", "SFS5@:2"})})));
     ASSERT_TRUE(stream.convert());
     EXPECT_EQ(stream.fragments("A"), (Commands{"9+0..9 1+0..1 FW D #1", "5+0..5 2+0..2 FW D #1",
                                                "13+0..13 2+0..2 FW D #1"}));
@@ -224,18 +225,20 @@ TEST(WordFrameConversion, ASupercommutatedSubframeGivesALocationForEachOccurrenc
 TEST(WordFrameConversion, FramesOfOneWordOfASupercommutatedSubframeAreNoRange) {
     // Positions 1, 4 and 7 are all in word 5.
     Converting stream;
-    ASSERT_TRUE(stream.load(threeSubframes(), listOf({named("A", "SFSC",
-                                                            {"SFS1@:SUPER", "SFS\\N@:3", "SFS2@:I",
-                                                             "SFS3@:1", "SFS4@:FW", "SFS5@:3"})})));
+    ASSERT_TRUE(
+        stream.load(threeSubframes(), listOf({placed("A", "SFSC",
+                                                     {"SFS1@:SUPER", "SFS\\N@:3", "SFS2@:I",
+                                                      "SFS3@:1", "SFS4@:FW", "SFS5@:3"})})));
     ASSERT_TRUE(stream.convert());
     EXPECT_EQ(stream.definition("A").locationCount(), 3);
 }
 
 TEST(WordFrameConversion, WordsOfASupercommutatedSubframeInOneFrameAreARange) {
     Converting stream;
-    ASSERT_TRUE(stream.load(threeSubframes(), listOf({named("A", "SFSC",
-                                                            {"SFS1@:SUPER", "SFS\\N@:3", "SFS2@:I",
-                                                             "SFS3@:4", "SFS4@:FW", "SFS5@:1"})})));
+    ASSERT_TRUE(
+        stream.load(threeSubframes(), listOf({placed("A", "SFSC",
+                                                     {"SFS1@:SUPER", "SFS\\N@:3", "SFS2@:I",
+                                                      "SFS3@:4", "SFS4@:FW", "SFS5@:1"})})));
     ASSERT_TRUE(stream.convert());
     EXPECT_EQ(stream.fragments("A"), Commands{"5+4..13 2+0..2 FW D #1"});
 }
@@ -243,8 +246,8 @@ TEST(WordFrameConversion, WordsOfASupercommutatedSubframeInOneFrameAreARange) {
 TEST(WordFrameConversion, ASupercommutatedSubframeBecomesOrdinaryOnesThatCanBeRead) {
     Converting stream;
     ASSERT_TRUE(
-        stream.load(threeSubframes(), listOf({named("A", "SF", {"SF1@:SUPER", "SF2@:5"}),
-                                              named("B", "SF", {"SF1@:SUPER", "SF2@:6"})})));
+        stream.load(threeSubframes(), listOf({placed("A", "SF", {"SF1@:SUPER", "SF2@:5"}),
+                                              placed("B", "SF", {"SF1@:SUPER", "SF2@:6"})})));
     ASSERT_TRUE(stream.convert());
     for (const int fwp : {5, 9, 13}) {
         ASSERT_NE(stream.format.subframeOfWord(fwp), nullptr);
@@ -265,10 +268,10 @@ Commands fragmentAt(int j, int position, int number) {
 }
 Commands fragmented(const std::string& name, const std::string& subframe, const Commands& rest,
                     int count = 2) {
-    return named(name, "SFFR",
-                 Commands{"FSF\\N@:" + std::to_string(count), "FSF1@:32", "FSF2\\N@:1",
-                          "FSF3@-1:" + subframe, "FSF4@-1:E"} +
-                     rest);
+    return placed(name, "SFFR",
+                  Commands{"FSF\\N@:" + std::to_string(count), "FSF1@:32", "FSF2\\N@:1",
+                           "FSF3@-1:" + subframe, "FSF4@-1:E"} +
+                      rest);
 }
 
 TEST(WordFrameConversion, SubframeFragmentsPairUpByTheirNumbers) {
@@ -320,7 +323,7 @@ TEST(WordFrameConversion, ASubframeThatMustStaySupercommutatedKeepsItsMeasuremen
         threeSubframes(),
         listOf({fragmented("A", "SUPER",
                            fragmentAt(1, 1, 1) + fragmentAt(2, 2, 2) + fragmentAt(3, 5, 2)),
-                named("B", "SF", {"SF1@:SUPER", "SF2@:3"}), named("C", "MF", {"MF@:2"})})));
+                placed("B", "SF", {"SF1@:SUPER", "SF2@:3"}), placed("C", "MF", {"MF@:2"})})));
     ASSERT_TRUE(stream.convert());
     EXPECT_EQ(stream.first("B").locationType, "SF");
     EXPECT_EQ(stream.first("C").locationType, "WDFR");
@@ -335,7 +338,7 @@ TEST(WordFrameConversion, ASubframeThatMustStaySupercommutatedKeepsItsMeasuremen
 TEST(WordFrameConversion, EditionsBefore106_04AreRefusedWithATextThatSaysWhy) {
     for (const int edition : {1996, 1999, 2000, 2001}) {
         Converting stream(edition);
-        ASSERT_TRUE(stream.load(plainFormat(16, 4), listOf({named("A", "MF", {"MF@:2"})})));
+        ASSERT_TRUE(stream.load(plainFormat(16, 4), listOf({placed("A", "MF", {"MF@:2"})})));
         EXPECT_FALSE(stream.convert()) << edition;
         EXPECT_EQ(stream.first("A").locationType, "MF");
         ASSERT_EQ(stream.ui.boxes.size(), 1U);
@@ -350,9 +353,9 @@ TEST(WordFrameConversion, WhereEndsAreNotWrittenARangeMustEndWithTheFrame) {
         Converting stream(edition);
         ASSERT_TRUE(stream.load(
             plainFormat(16, 4),
-            listOf(
-                {named("A", "MFSC", {"MFS\\N@:3", "MFS1@:I", "MFS2@:2", "MFS3@:FW", "MFS4@:5"}),
-                 named("B", "MFSC", {"MFS\\N@:2", "MFS1@:I", "MFS2@:3", "MFS3@:FW", "MFS4@:4"})})));
+            listOf({placed("A", "MFSC", {"MFS\\N@:3", "MFS1@:I", "MFS2@:2", "MFS3@:FW", "MFS4@:5"}),
+                    placed("B", "MFSC",
+                           {"MFS\\N@:2", "MFS1@:I", "MFS2@:3", "MFS3@:FW", "MFS4@:4"})})));
         ASSERT_TRUE(stream.convert());
         EXPECT_EQ(stream.definition("A").locationCount(), 1) << edition;
         EXPECT_EQ(stream.definition("B").locationCount(), edition < 2009 ? 2 : 1) << edition;
@@ -364,9 +367,9 @@ TEST(WordFrameConversion, WhereEndsAreNotWrittenARangeMustEndWithTheFrame) {
 
 TEST(WordFrameConversion, OnTheWayTo106_11RepetitionsAreToldAsSubframesAreNot) {
     Converting stream;
-    stream.load(threeSubframes(),
-                listOf({named("A", "SF", {"SF1@:HALF", "SF2@:2"}),
-                        named("B", "SF", {"SF1@:SUPER", "SF2@:5"}), named("C", "MF", {"MF@:2"})}));
+    stream.load(threeSubframes(), listOf({placed("A", "SF", {"SF1@:HALF", "SF2@:2"}),
+                                          placed("B", "SF", {"SF1@:SUPER", "SF2@:5"}),
+                                          placed("C", "MF", {"MF@:2"})}));
     stream.format.closeFormat();
     stream.document.version = 2011;
     EXPECT_TRUE(migrateStream(stream.format, stream.parent, stream.steps_, 1, 2009));
@@ -383,9 +386,9 @@ TEST(WordFrameConversion, OnTheWayTo106_11RepetitionsAreToldAsSubframesAreNot) {
 TEST(WordFrameConversion, OnTheWayTo106_11WordFrameLocationsRepeatAsTheirSubframesDid) {
     Converting stream;
     stream.load(threeSubframes(),
-                listOf({named("A", "WDFR",
-                              {"MML\\N@:1", "WP@-1-1:4", "FP@-1-1:2", "FI@-1-1:1", "EFP@-1-1:3"}),
-                        named("B", "MF", {"MF@:2"})}));
+                listOf({placed("A", "WDFR",
+                               {"MML\\N@:1", "WP@-1-1:4", "FP@-1-1:2", "FI@-1-1:1", "EFP@-1-1:3"}),
+                        placed("B", "MF", {"MF@:2"})}));
     ASSERT_EQ(stream.format.countMeasurementOccurences("A"), 4);
     stream.format.closeFormat();
     stream.document.version = 2011;
@@ -398,7 +401,7 @@ TEST(WordFrameConversion, OnTheWayTo106_11WordFrameLocationsRepeatAsTheirSubfram
 TEST(WordFrameConversion, AMigrationKeepsTheLogOfTheLoadAroundIt) {
     Converting stream;
     stream.writeGroup('P', plainFormat(8, 1));
-    stream.writeGroup('D', listOf({named("A", "MF", {"MF@:2"})}));
+    stream.writeGroup('D', listOf({placed("A", "MF", {"MF@:2"})}));
     stream.messages.log(&stream.ui, 442, 75, "98", 9);
     const auto before = stream.read("KAVU9TMP.TMP");
     stream.document.version = 2011;
@@ -410,7 +413,7 @@ TEST(WordFrameConversion, AMigrationLeavesAStreamWhoseNameBelongsToAnotherAlone)
     Converting stream;
     stream.writeGroup('P', plainFormat(8, 1));
     stream.writeGroup('P', plainFormat(8, 1), "PCM 1", 2);
-    stream.writeGroup('D', listOf({named("A", "MF", {"MF@:2"})}));
+    stream.writeGroup('D', listOf({placed("A", "MF", {"MF@:2"})}));
     stream.document.version = 2011;
     EXPECT_FALSE(migrateStream(stream.format, stream.parent, stream.steps_, 2, 2009));
     EXPECT_THAT(stream.saved("[kavu]PCMMEAS.D01"), Contains("D-1\\LT-1-1:MF;"));
@@ -423,7 +426,7 @@ TEST(WordFrameConversion, PlacesThatGotLostAreTold) {
     Converting stream;
     ASSERT_TRUE(stream.load(
         plainFormat(16, 4),
-        listOf({named("A", "MFSC", {"MFS\\N@:3", "MFS1@:I", "MFS2@:2", "MFS3@:FW", "MFS4@:5"})})));
+        listOf({placed("A", "MFSC", {"MFS\\N@:3", "MFS1@:I", "MFS2@:2", "MFS3@:FW", "MFS4@:5"})})));
     stream.format.cells().updateAll("A", [](Measurement& m) { m.locationCount = 2; });
     ASSERT_TRUE(stream.convert());
     ASSERT_EQ(stream.logged(), (test::Logged{{461, 89}}));
@@ -437,8 +440,8 @@ TEST(WordFrameConversion, AsyncSlotsAndConvertedMeasurementsStay) {
         plainFormat(16, 4) + Commands{"AEF\\N:1", "AEF\\DLN-1:OTHER", "AEF1-1:NO", "AEF3-1-1:5"};
     ASSERT_TRUE(stream.load(
         format,
-        listOf({named("A", "MF", {"MF@:5"}), named("C", "MF", {"MF@:5"}),
-                named("B", "WDFR", {"MML\\N@:1", "WP@-1-1:5", "FP@-1-1:1", "FI@-1-1:1"})})));
+        listOf({placed("A", "MF", {"MF@:5"}), placed("C", "MF", {"MF@:5"}),
+                placed("B", "WDFR", {"MML\\N@:1", "WP@-1-1:5", "FP@-1-1:1", "FI@-1-1:1"})})));
     ASSERT_TRUE(stream.convert());
     EXPECT_EQ(stream.format.countMeasurementsAt(5, 1, false), 4);
     EXPECT_EQ(stream.format.countMeasurementsAt(5, 1, true), 3);
@@ -449,7 +452,7 @@ TEST(WordFrameConversion, AsyncSlotsAndConvertedMeasurementsStay) {
 TEST(WordFrameConversion, ACancelLeavesEverythingAsItWas) {
     Converting stream;
     ASSERT_TRUE(stream.load(plainFormat(16, 4),
-                            listOf({named("A", "MF", {"MF@:2"}), named("B", "MF", {"MF@:3"})})));
+                            listOf({placed("A", "MF", {"MF@:2"}), placed("B", "MF", {"MF@:3"})})));
     stream.ui.cancelAtPoll = stream.ui.polls + 2;
     EXPECT_FALSE(stream.convert());
     EXPECT_EQ(stream.first("A").locationType, "MF");
@@ -460,7 +463,7 @@ TEST(WordFrameConversion, ACancelLeavesEverythingAsItWas) {
 TEST(WordFrameConversion, ANullParentIsSilent) {
     Converting stream;
     ASSERT_TRUE(
-        stream.load(threeSubframes(), listOf({named("B", "SF", {"SF1@:SUPER", "SF2@:5"})})));
+        stream.load(threeSubframes(), listOf({placed("B", "SF", {"SF1@:SUPER", "SF2@:5"})})));
     EXPECT_TRUE(convertToWordFrame(stream.format, nullptr));
     EXPECT_EQ(stream.first("B").locationType, "WDFR");
     stream.format.closeFormat();
@@ -471,7 +474,7 @@ TEST(WordFrameConversion, TheWordOfACounterIsInNoRange) {
     Converting stream;
     ASSERT_TRUE(stream.load(
         plainFormat(16, 4) + counterAt(7, 4),
-        listOf({named("A", "MFSC", {"MFS\\N@:3", "MFS1@:I", "MFS2@:2", "MFS3@:FW", "MFS4@:5"})})));
+        listOf({placed("A", "MFSC", {"MFS\\N@:3", "MFS1@:I", "MFS2@:2", "MFS3@:FW", "MFS4@:5"})})));
     EXPECT_EQ(stream.places("A"), (test::Places{{2, 1}, {7, 1}, {12, 1}}));
     ASSERT_TRUE(stream.convert());
     EXPECT_EQ(stream.definition("A").locationCount(), 3);
@@ -484,7 +487,7 @@ TEST(WordFrameConversion, ManyMeasurementsInOneWordAreOnePass) {
     Converting stream;
     std::vector<Commands> measurements;
     for (int m = 0; m < 3000; ++m) {
-        measurements.push_back(named("M" + std::to_string(m), "MF", {"MF@:2"}));
+        measurements.push_back(placed("M" + std::to_string(m), "MF", {"MF@:2"}));
     }
     ASSERT_TRUE(stream.load(plainFormat(8, 2), listOf(measurements)));
     ASSERT_TRUE(stream.convert());
