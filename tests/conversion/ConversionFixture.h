@@ -5,6 +5,7 @@
 #include "conversion/ConversionStore.h"
 #include "conversion/ConversionWriter.h"
 #include "core/document/KeyValueStore.h"
+#include "core/text/Text.h"
 #include "support/TestContext.h"
 
 #include <string>
@@ -74,5 +75,10 @@ class ConversionFixture : public TestContext {
 
 using Numbers = std::vector<std::int64_t>;
 using Names = std::vector<std::string>;
+
+/// Commands one to a line, as a load takes them.
+inline std::string lines(std::string_view commands) {
+    return replaceAll(commands, ";", ";\n");
+}
 
 }  // namespace kavu::test
