@@ -18,6 +18,7 @@
 
 namespace kavu {
 
+class DocumentFiles;
 class UserInterface;
 
 /// What the substitutions of a reader have hit.
@@ -169,17 +170,18 @@ struct CommandRewrite {
 /// and the old value if there is one: a substring test, not a test of the code, so asking
 /// to delete "COMMENT" removes every command that holds "COMMENT:" anywhere. True if any
 /// command matched. `status`, if given, tells of a file that could not be read or written.
-bool rewriteCommands(const std::string& path, std::string_view code,
+bool rewriteCommands(DocumentFiles& files, std::string_view name, std::string_view code,
                      std::optional<std::string_view> oldValue,
                      std::optional<std::string_view> newValue, IoStatus* status = nullptr);
 /// Several changes in one pass, each command meeting them in their order as if each were
 /// a pass of its own.
-bool rewriteCommands(const std::string& path, const std::vector<CommandRewrite>& rewrites,
-                     IoStatus* status = nullptr);
+bool rewriteCommands(DocumentFiles& files, std::string_view name,
+                     const std::vector<CommandRewrite>& rewrites, IoStatus* status = nullptr);
 
-/// Writes every command of an indexed group anew with another group index; commands
-/// without one are dropped. A value loses its semicolons.
-[[nodiscard]] IoStatus rewriteGroupIndex(const std::string& path, int index);
+/// Copies an indexed group file, giving every command another group index; commands without
+/// one are left out. A value loses its semicolons. A failure may leave a part of the copy.
+[[nodiscard]] IoStatus copyWithGroupIndex(const std::string& from, const std::string& to,
+                                          int index);
 
 // --- Writing commands -------------------------------------------------------------------
 // Each writes one line that ends in carriage return and line feed.

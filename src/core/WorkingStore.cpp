@@ -138,8 +138,7 @@ class DocumentCleaner {
             removeGroups("BA", index);
             step();
         }
-        store_.deleteFiles(nullptr, "[kavu]D*.D*");
-        store_.deleteFiles(nullptr, "[kavu]*.C_*");
+        removeTheRest();
         for (const auto& folder : listing_.folders()) {
             if (isOwnFolder(folder)) {
                 deleteFolderReported(parent_, store_.pathOf(folder));
@@ -169,6 +168,21 @@ class DocumentCleaner {
                 return;
             }
             removeFile(name);
+        }
+    }
+    /// What the loops do not know by name: conversion records, and groups of an index that is
+    /// not saved. Left behind, they would be read as part of the next document.
+    void removeTheRest() {
+        std::vector<FolderEntry> entries;
+        (void)listFolder(store_.folder(), entries);
+        const auto& packets = groupKind('S');
+        for (const auto& entry : entries) {
+            const bool ofLaterEdition =
+                dataLinkGroups_.find(packets.letter) == std::string_view::npos &&
+                matchesWildcard(entry.name, packets.wildcard);
+            if (!entry.isFolder && entry.name.starts_with("[kavu]") && !ofLaterEdition) {
+                (void)deleteFile(store_.pathOf(entry.name));
+            }
         }
     }
     void step() {

@@ -24,7 +24,6 @@ inline constexpr std::string_view kMessageLog = "KAVU9TMP.TMP";
 inline constexpr std::string_view kData1 = "DATA1.TMP";
 inline constexpr std::string_view kData2 = "DATA2.TMP";
 inline constexpr std::string_view kGeneral = "[kavu]GTMP.G";
-inline constexpr std::string_view kGeneralCopy = "[kavu]GTMP.Gtmp";
 inline constexpr std::string_view kMultiplexScratch = "[kavu]MULTIPLX.TMP";
 inline constexpr std::string_view kEuDefinitions = "EuDefinitions";
 /// The folder of an operation that is open, its former contents in it; the number is how deep
@@ -72,9 +71,9 @@ class WorkingStore {
     /// are plain). Failures are reported and the scan goes on; false if there was one.
     bool deleteFiles(UserInterface* parent, std::string_view pattern) const;
 
-    /// Deletes every file of the document, with status texts: the close of a document.
-    /// The loops know the groups of the document's edition: S files of an edition before
-    /// 2005, which nothing else reads either, stay until the folder goes.
+    /// Deletes every file of the document, whatever its index, with status texts. S files of
+    /// an edition before 2005, which nothing else reads either, stay until the folder goes.
+    /// For `DocumentFiles::clear`, which also forgets the files.
     void clearDocumentFiles(UserInterface* parent, int edition = kLatestEdition) const;
     /// The same, deleting only what exists, at the start of the program.
     void verifyNoDocumentFiles(UserInterface* parent) const;

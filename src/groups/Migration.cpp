@@ -325,9 +325,11 @@ bool setVersionField(DocumentContext& context, UserInterface* parent, int target
         status = target < kFirstTold ? IoStatus() : replaceWorkingFile(path, line);
         changed = target >= kFirstTold && status.ok();
     } else if (status.ok() && target < kFirstTold) {
-        changed = rewriteCommands(path, kVersionCode, std::nullopt, std::nullopt, &status);
+        changed = rewriteCommands(context.files, working::kGeneral, kVersionCode, std::nullopt,
+                                  std::nullopt, &status);
     } else if (status.ok() && told) {
-        changed = rewriteCommands(path, kVersionCode, std::nullopt, number, &status);
+        changed = rewriteCommands(context.files, working::kGeneral, kVersionCode, std::nullopt,
+                                  number, &status);
     } else if (status.ok()) {
         changed = rewriteGroupFile(
             context.reader, path, [](std::string&) { return Rewritten::Same; },

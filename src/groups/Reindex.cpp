@@ -191,9 +191,8 @@ IoStatus copyRenumbered(const DocumentContext& context, const std::vector<std::s
         const int index = static_cast<int>(i) + 1;
         newNames.push_back(formatPrintf(nameFormat, index));
         const auto copy = folder + "/" + newNames.back();
-        auto status = copyFile(context.store.pathOf(names[i]), copy);
-        status = status.ok() ? rewriteGroupIndex(copy, index) : status;
-        if (!status.ok()) {
+        if (auto status = copyWithGroupIndex(context.store.pathOf(names[i]), copy, index);
+            !status.ok()) {
             return status;
         }
     }

@@ -438,10 +438,11 @@ TEST_F(StoreFilesTest, CloseTellsItsStepsAndClearsThem) {
     EXPECT_EQ(ui.bars[198], -1);
 }
 
-TEST_F(StoreFilesTest, FilesOfIndex100AreLeftToTheExit) {
-    make({"[kavu]DSRCE.T100", "[kavu]DSRCE.T00", "[kavu]PCMFMT.P100"});
+TEST_F(StoreFilesTest, FilesOfAnyIndexGoAtClose) {
+    make({"[kavu]DSRCE.T100", "[kavu]DSRCE.T00", "[kavu]PCMFMT.P100", "[kavu]PCMMEAS.D12345",
+          "[kavu]DSRCE.T01.new", "DSRCE.T100"});
     store.clearDocumentFiles(&ui);
-    EXPECT_THAT(left(), ElementsAre("[kavu]DSRCE.T00", "[kavu]DSRCE.T100", "[kavu]PCMFMT.P100"));
+    EXPECT_THAT(left(), ElementsAre("DSRCE.T100"));
     const auto path = store.folder();
     store.deactivate(&ui);
     EXPECT_FALSE(fileExists(path));
@@ -462,6 +463,18 @@ TEST(WorkingStoreDocumentTest, SFilesThatAnOldDocumentLeftDoNotJoinTheNext) {
     writeFile(path, "S-1\\DLN:own;");
     ASSERT_TRUE(loadDocument(t.context, &t.ui, path));
     EXPECT_EQ(t.read("[kavu]PCMS.S01"), "S-1\\DLN:own;\r\n");
+}
+
+TEST(WorkingStoreDocumentTest, GroupsOfAnIndexThatIsNotSavedDoNotJoinTheNextDocument) {
+    TestContext t;
+    const auto path = t.folder / "in.tma";
+    writeFile(path, "T-0\\ID:one;T-100\\ID:one;");
+    ASSERT_TRUE(loadDocument(t.context, &t.ui, path));
+    EXPECT_EQ(t.read("[kavu]DSRCE.T00"), "T-0\\ID:one;\r\n");
+    writeFile(path, "T-0\\ID:two;");
+    ASSERT_TRUE(loadDocument(t.context, &t.ui, path));
+    EXPECT_EQ(t.read("[kavu]DSRCE.T00"), "T-0\\ID:two;\r\n");
+    EXPECT_FALSE(t.has("[kavu]DSRCE.T100"));
 }
 
 TEST_F(StoreFilesTest, AFailedDeleteAtCloseIsToldAndStopsNothing) {

@@ -2,6 +2,7 @@
 
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/document/FormerContents.h"
 #include "core/document/GroupFiles.h"
 #include "core/document/OpenDocument.h"
@@ -137,15 +138,10 @@ class Builder {
 /// The G file with `head` in front of it, or behind the comments at its head.
 bool putIntoGeneralFile(DocumentContext& context, UserInterface* parent, const std::string& head,
                         bool behindComments) {
-    const auto path = context.store.pathOf(working::kGeneral);
-    const auto copy = context.store.pathOf(working::kGeneralCopy);
     ByteSource source;
-    FileWriter writer;
-    auto status = source.open(path);
+    auto status = source.open(context.store.pathOf(working::kGeneral));
     if (status.ok()) {
-        status = writer.open(copy, WriteMode::Truncate);
-    }
-    if (status.ok()) {
+        auto writer = context.files.writer(working::kGeneral);
         bool placed = !behindComments;
         writer.write(placed ? head : std::string());
         std::string command;
@@ -162,15 +158,10 @@ bool putIntoGeneralFile(DocumentContext& context, UserInterface* parent, const s
         if (partial > 0) {
             noteCutOff(parent, "General Information");
         }
-        status = writer.close();
-        status = source.status().ok() ? status : source.status();
-    }
-    if (status.ok()) {
-        status = renameFile(copy, path);
+        status = source.status().ok() ? writer.close() : source.status();
     }
     if (!status.ok()) {
         reportUnableToWrite(parent, status, title::kErrorSaving);
-        (void)deleteFile(copy);
     }
     return status.ok();
 }
@@ -183,7 +174,7 @@ bool ensureGeneralFile(DocumentContext& context, UserInterface* parent) {
     if (status.ok() && kind != PathKind::Missing) {
         return true;
     }
-    status = status.ok() ? writeWholeFile(path, {}) : status;
+    status = status.ok() ? context.files.put(working::kGeneral, {}) : status;
     if (!status.ok()) {
         reportUnableToWrite(parent, status, title::kErrorSaving);
     }
@@ -197,8 +188,8 @@ bool writeBanner(DocumentContext& context, UserInterface* parent) {
         return true;
     }
     IoStatus status;
-    (void)rewriteCommands(context.store.pathOf(working::kGeneral), "COMMENT", std::nullopt,
-                          std::nullopt, &status);
+    (void)rewriteCommands(context.files, working::kGeneral, "COMMENT", std::nullopt, std::nullopt,
+                          &status);
     if (!status.ok()) {
         reportUnableToWrite(parent, status, title::kErrorSaving);
         return false;
@@ -224,8 +215,8 @@ bool writeFileNameField(DocumentContext& context, UserInterface* parent, const s
     std::string name = replaceAll(fileNameOf(path), ";", "_");
     toStoredForm(name);
     IoStatus status;
-    const bool replaced = rewriteCommands(context.store.pathOf(working::kGeneral), "G\\FN",
-                                          std::nullopt, name, &status);
+    const bool replaced =
+        rewriteCommands(context.files, working::kGeneral, "G\\FN", std::nullopt, name, &status);
     if (!status.ok()) {
         reportUnableToWrite(parent, status, title::kErrorSaving);
         return false;
@@ -325,6 +316,7 @@ bool saveDocumentAs(DocumentContext& context, UserInterface* parent) {
 bool saveDocumentTo(DocumentContext& context, UserInterface* parent, const std::string& path) {
     const auto& steps = context.steps;
     auto& document = context.document;
+    const SaveScope scope(context.files);
     const bool saved = (!steps.storeOpenEditor || steps.storeOpenEditor(parent)) &&
                        ensureGeneralFile(context, parent) && writeBanner(context, parent) &&
                        writeFileNameField(context, parent, path) &&
@@ -361,7 +353,7 @@ CloseResult closeDocument(DocumentContext& context, UserInterface* parent) {
     if (steps.rememberFile) {
         steps.rememberFile(document.path);
     }
-    context.store.clearDocumentFiles(parent, document.version);
+    context.files.clear(parent, document.version);
     if (steps.forgetConversions) {
         steps.forgetConversions();
     }

@@ -2,6 +2,7 @@
 
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "core/files/FileIo.h"
 #include "core/talk/Messages.h"
@@ -44,9 +45,10 @@ bool GroupSplitter::run(const std::string& path) {
     if (!openFileChecked(parent_, path, source)) {
         return false;
     }
-    conversions_.path = context_.store.pathOf(working::kData1);
+    conversions_.name = working::kData1;
     conversions_.title = "EU Information - Measurement: #%d";
-    if (const auto status = writeWholeFile(conversions_.path, {}); !status.ok()) {
+    if (const auto status = writeWholeFile(context_.store.pathOf(working::kData1), {});
+        !status.ok()) {
         reportWriteFailure(status);
         return false;
     }
@@ -181,26 +183,35 @@ GroupSplitter::Target& GroupSplitter::target(const GroupKind& kind, std::int64_t
     const auto name = groupFile(kind.letter, index);
     const auto [place, isNew] = targets_.try_emplace(name);
     if (isNew) {
-        place->second.path = context_.store.pathOf(name);
+        place->second.name = name;
         place->second.title = formatPrintf(kind.readTitle, index);
     }
     return place->second;
 }
 
 bool GroupSplitter::flush(Target& target) {
-    FileWriter writer;
-    auto status = writer.open(target.path, WriteMode::Append);
-    if (status.ok()) {
-        writer.write(target.lines);
-        status = writer.close();
-    }
-    if (!status.ok()) {
+    if (const auto status = write(target); !status.ok()) {
         reportWriteFailure(status);
         return false;
     }
     buffered_ -= target.lines.size();
     target.lines.clear();
     return true;
+}
+
+IoStatus GroupSplitter::write(const Target& target) {
+    if (&target != &conversions_) {
+        return context_.files.append(target.name, target.lines);
+    }
+    // The raw commands belong to no group: they are scratch, and conversion chunks are made
+    // of them.
+    FileWriter writer;
+    if (auto status = writer.open(context_.store.pathOf(target.name), WriteMode::Append);
+        !status.ok()) {
+        return status;
+    }
+    writer.write(target.lines);
+    return writer.close();
 }
 
 bool GroupSplitter::flushAll() {

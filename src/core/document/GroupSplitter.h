@@ -29,7 +29,7 @@ class GroupSplitter {
 
   private:
     struct Target {
-        std::string path;
+        std::string name;   ///< of the working file
         std::string title;  ///< section title of the status line
         std::string lines;
     };
@@ -40,6 +40,7 @@ class GroupSplitter {
     Target* targetOf(std::string_view command, long line);
     Target& target(const GroupKind& kind, std::int64_t index);
     bool flush(Target& target);
+    IoStatus write(const Target& target);
     bool flushAll();
     bool endOfFile(ByteSource& source, std::size_t partial, long line);
     void reportWriteFailure(const IoStatus& status);

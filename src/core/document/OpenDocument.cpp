@@ -3,6 +3,7 @@
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
 #include "core/document/BuildDocument.h"
+#include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "core/document/GroupSplitter.h"
 #include "core/files/FileIo.h"
@@ -55,7 +56,7 @@ class LengthLog {
 /// No half-open document can exist: what a failed load has made goes.
 void abandonLoad(DocumentContext& context, UserInterface* parent) {
     auto& document = context.document;
-    context.store.clearDocumentFiles(parent, document.version);
+    context.files.clear(parent, document.version);
     if (context.steps.forgetConversions) {
         context.steps.forgetConversions();
     }
@@ -155,6 +156,7 @@ bool loadDocument(DocumentContext& context, UserInterface* parent, const std::st
     if (document.open && closeDocument(context, parent) == CloseResult::Cancelled) {
         return document.open;
     }
+    const LoadScope scope(context.files);
     document.created = options.create;  // closing has cleared it
     document.kind = DocumentKind::TmatsFile;
     document.readOnly = !options.create && fileExists(path) && !canWrite(path);
@@ -164,7 +166,7 @@ bool loadDocument(DocumentContext& context, UserInterface* parent, const std::st
     resetVersionFromSettings(context);
     document.path = path;
     // The close of a document that was too old for S groups leaves them behind.
-    context.store.deleteFiles(nullptr, groupKind('S').wildcard);
+    (void)context.files.removeAll(groupKind('S').wildcard);
 
     const LengthLog log(context.reader, context.messages.logPath());
     const bool opened = loadContents(context, parent, path, options) && finishLoad(context, parent);
@@ -237,7 +239,7 @@ std::string templateGeneral(const DocumentContext& context, bool radio) {
 
 bool writeWorkingFile(DocumentContext& context, UserInterface* parent, const std::string& name,
                       const std::string& text) {
-    const auto status = writeWholeFile(context.store.pathOf(name), text);
+    const auto status = context.files.put(name, text);
     if (!status.ok()) {
         context.messages.showFailure(parent, status, 158, title::kErrorReading, kWarningBox,
                                      status.path());

@@ -10,25 +10,22 @@
 namespace kavu {
 namespace {
 
-using test::readFile;
-using test::TempFolder;
-using test::writeFile;
+using test::TestContext;
 
 class CommandRewriteTest : public testing::Test {
   protected:
-    CommandRewriteTest() : path(folder / "group") {}
     std::string after(std::string_view before, std::string_view code,
                       std::optional<std::string_view> oldValue,
                       std::optional<std::string_view> newValue) {
-        writeFile(path, before);
-        matched = rewriteCommands(path, code, oldValue, newValue, &status);
+        t.write(kName, before);
+        matched = rewriteCommands(t.files, kName, code, oldValue, newValue, &status);
         EXPECT_TRUE(status.ok()) << status.reason();
-        return readFile(path);
+        return t.read(kName);
     }
     /// The names in the folder: nothing but the file itself may be left.
     std::vector<std::string> names() {
         std::vector<FolderEntry> entries;
-        EXPECT_TRUE(listFolder(folder.path(), entries).ok());
+        EXPECT_TRUE(listFolder(t.store.folder(), entries).ok());
         std::vector<std::string> result;
         for (const auto& entry : entries) {
             result.push_back(entry.name);
@@ -36,8 +33,8 @@ class CommandRewriteTest : public testing::Test {
         return result;
     }
 
-    TempFolder folder;
-    std::string path;
+    static constexpr std::string_view kName = "group";
+    TestContext t;
     IoStatus status;
     bool matched = false;
 };
@@ -112,33 +109,33 @@ TEST_F(CommandRewriteTest, CommandsAcrossTheWindowsOfTheReaderStayWhole) {
 }
 
 TEST_F(CommandRewriteTest, SeveralChangesAreEachAPassOfTheirOwn) {
-    writeFile(path, "A:1;\r\nB:2;\r\nC:3;\r\n");
+    t.write(kName, "A:1;\r\nB:2;\r\nC:3;\r\n");
     EXPECT_TRUE(rewriteCommands(
-        path, {{"A:1", "9"}, {"A:9", "10"}, {"B:", std::nullopt}, {"B:2", "gone"}}));
-    EXPECT_EQ(readFile(path), "A:10;\r\nC:3;\r\n");
+        t.files, kName, {{"A:1", "9"}, {"A:9", "10"}, {"B:", std::nullopt}, {"B:2", "gone"}}));
+    EXPECT_EQ(t.read(kName), "A:10;\r\nC:3;\r\n");
 }
 
 TEST_F(CommandRewriteTest, MissingPathOrCodeGivesFalse) {
-    writeFile(path, "A:1;");
-    EXPECT_FALSE(rewriteCommands("", "A", std::nullopt, "x"));
-    EXPECT_FALSE(rewriteCommands(path, "", std::nullopt, "x"));
-    EXPECT_EQ(readFile(path), "A:1;");
+    t.write(kName, "A:1;");
+    EXPECT_FALSE(rewriteCommands(t.files, "", "A", std::nullopt, "x"));
+    EXPECT_FALSE(rewriteCommands(t.files, kName, "", std::nullopt, "x"));
+    EXPECT_EQ(t.read(kName), "A:1;");
 }
 
 TEST_F(CommandRewriteTest, MissingFileGivesFalseAndMakesNone) {
-    EXPECT_FALSE(rewriteCommands(folder / "none", "A", std::nullopt, "x", &status));
+    EXPECT_FALSE(rewriteCommands(t.files, "none", "A", std::nullopt, "x", &status));
     EXPECT_FALSE(status.ok());
     EXPECT_THAT(names(), testing::IsEmpty());
 }
 
 TEST_F(CommandRewriteTest, FailureLeavesTheOldFileWholeAndNothingBesideIt) {
-    writeFile(path, "A:1;\r\nB:2;\r\n");
+    t.write(kName, "A:1;\r\nB:2;\r\n");
     // A folder stands where the new file is to be written.
-    ASSERT_EQ(::mkdir((path + ".new").c_str(), 0700), 0);
-    EXPECT_FALSE(rewriteCommands(path, "A", std::nullopt, "x", &status));
+    ASSERT_EQ(::mkdir((t.store.pathOf(kName) + ".new").c_str(), 0700), 0);
+    EXPECT_FALSE(rewriteCommands(t.files, kName, "A", std::nullopt, "x", &status));
     EXPECT_FALSE(status.ok());
-    EXPECT_EQ(rewriteGroupIndex(path, 3).ok(), false);
-    EXPECT_EQ(readFile(path), "A:1;\r\nB:2;\r\n");
+    EXPECT_FALSE(copyWithGroupIndex(t.store.pathOf(kName), t.store.pathOf("group.new"), 3).ok());
+    EXPECT_EQ(t.read(kName), "A:1;\r\nB:2;\r\n");
 }
 
 TEST_F(CommandRewriteTest, NothingIsLeftBesideTheFile) {
@@ -148,16 +145,16 @@ TEST_F(CommandRewriteTest, NothingIsLeftBesideTheFile) {
 }
 
 TEST_F(CommandRewriteTest, GroupIndexIsChangedAndOtherCommandsGo) {
-    writeFile(path,
-              "P-1\\MF1:8;\r\nP-12\\ISF\\N:a:b;\r\nCOMMENT:c;\r\nG\\PN:x;\r\nno code;\r\n"
-              "P-2\\X:;\r\nP-\\Y:1;\r\nP-3\\COM:a\x14\x15z;\r\nP-4\\LOST:1");
-    ASSERT_TRUE(rewriteGroupIndex(path, 7).ok());
-    EXPECT_EQ(readFile(path),
+    t.write(kName,
+            "P-1\\MF1:8;\r\nP-12\\ISF\\N:a:b;\r\nCOMMENT:c;\r\nG\\PN:x;\r\nno code;\r\n"
+            "P-2\\X:;\r\nP-\\Y:1;\r\nP-3\\COM:a\x14\x15z;\r\nP-4\\LOST:1");
+    ASSERT_TRUE(copyWithGroupIndex(t.store.pathOf(kName), t.store.pathOf("copy"), 7).ok());
+    EXPECT_EQ(t.read("copy"),
               "P-7\\MF1:8;\r\nP-7\\ISF\\N:a:b;\r\nP-7\\X:;\r\nP-7\\COM:a\x14\x15z;\r\n");
 }
 
 TEST_F(CommandRewriteTest, GroupIndexOfAFileThatIsNotThereFails) {
-    EXPECT_FALSE(rewriteGroupIndex(folder / "none", 7).ok());
+    EXPECT_FALSE(copyWithGroupIndex(t.store.pathOf("none"), t.store.pathOf("copy"), 7).ok());
     EXPECT_THAT(names(), testing::IsEmpty());
 }
 
