@@ -3,6 +3,7 @@
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "core/files/FileIo.h"
 #include "core/talk/FileReports.h"
@@ -341,8 +342,8 @@ bool storeLines(DocumentContext& context, UserInterface* parent, const GroupKey&
         bytes += command;
         bytes += "\r\n";
     }
-    const auto path = context.store.pathOf(groupFile(key.first, key.second));
-    if (const auto status = replaceWorkingFile(path, bytes); !status.ok()) {
+    if (const auto status = context.files.put(groupFile(key.first, key.second), bytes);
+        !status.ok()) {
         reportUnableToWrite(parent, status);
         return false;
     }

@@ -3,6 +3,7 @@
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "core/files/FileIo.h"
 #include "core/talk/FileReports.h"
@@ -364,7 +365,7 @@ bool storeGroup(DocumentContext& context, UserInterface* parent, char letter, in
                 std::string_view text, const KeptCommands& kept) {
     std::string bytes(text);
     bytes += keptTail(parent, kept, text);
-    const auto status = replaceWorkingFile(context.store.pathOf(groupFile(letter, index)), bytes);
+    const auto status = context.files.put(groupFile(letter, index), bytes);
     if (!status.ok()) {
         reportUnableToWrite(parent, status);
         return false;

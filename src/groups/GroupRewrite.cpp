@@ -122,8 +122,8 @@ Rewritten applyTo(std::string& command, const std::vector<RuleWalk>& walks) {
 
 }  // namespace
 
-bool applyRules(TmatsReader& reader, const std::string& path, char letter, int index,
-                std::span<const ValueRule> rules, IoStatus& status) {
+bool applyRules(TmatsReader& reader, DocumentFiles& files, std::string_view name, char letter,
+                int index, std::span<const ValueRule> rules, IoStatus& status) {
     const auto prefix = groupPrefix(letter, index);
     std::vector<RuleWalk> walks;
     for (const auto& rule : rules) {
@@ -132,7 +132,7 @@ bool applyRules(TmatsReader& reader, const std::string& path, char letter, int i
         }
     }
     bool any = false;
-    status = forEachCommand(reader, path, [&](const std::string& command) {
+    status = forEachCommand(reader, files.path(name), [&](const std::string& command) {
         for (auto& walk : walks) {
             // Cheaper than a search, and enough to know whether a second pass is worth it.
             any = any || command.find(walk.rule().code) != std::string::npos;
@@ -148,24 +148,23 @@ bool applyRules(TmatsReader& reader, const std::string& path, char letter, int i
         walk.finish();
     }
     return rewriteGroupFile(
-        reader, path, [&](std::string& command) { return applyTo(command, walks); }, {}, status);
+        reader, files, name, [&](std::string& command) { return applyTo(command, walks); }, {},
+        status);
 }
 
-bool rewriteGroupFile(TmatsReader& reader, const std::string& path,
+bool rewriteGroupFile(TmatsReader& reader, DocumentFiles& files, std::string_view name,
                       const std::function<Rewritten(std::string& command)>& edit,
                       const std::function<std::string()>& tail, IoStatus& status) {
-    const auto beside = path + ".new";
     ByteSource source;
-    status = source.open(path);
+    status = source.open(files.path(name));
     if (!status.ok()) {
         status = isMissing(status) ? IoStatus() : status;
         return false;
     }
-    FileWriter writer;
-    status = writer.open(beside, WriteMode::Truncate);
+    auto writer = files.writer(name);
     bool changed = false;
     std::string command;
-    while (status.ok() && reader.nextRawCommand(source, command)) {
+    while (writer.status().ok() && reader.nextRawCommand(source, command)) {
         const auto result = edit(command);
         changed = changed || result != Rewritten::Same;
         if (result != Rewritten::Deleted) {
@@ -173,18 +172,14 @@ bool rewriteGroupFile(TmatsReader& reader, const std::string& path,
             writer.write("\r\n");
         }
     }
-    if (status.ok() && tail) {
+    if (writer.status().ok() && tail) {
         const auto text = tail();
         writer.write(text);
         changed = changed || !text.empty();
     }
-    const auto closed = writer.close();
-    status = !status.ok() ? status : source.status().ok() ? closed : source.status();
-    if (status.ok() && changed) {
-        status = renameFile(beside, path);
-    }
-    if (!status.ok() || !changed) {
-        (void)deleteFile(beside);
+    status = source.status();
+    if (status.ok()) {
+        status = changed ? writer.close() : writer.status();
     }
     return status.ok() && changed;
 }

@@ -7,7 +7,7 @@
 #pragma once
 
 #include "core/TmatsReader.h"
-#include "core/files/FileIo.h"
+#include "core/document/DocumentFiles.h"
 
 #include <functional>
 #include <optional>
@@ -34,13 +34,13 @@ enum class Rewritten { Same, Changed, Deleted };
 
 /// Applies the rules of this letter to a group file. True if any command matched; `status`
 /// tells of a file that could not be read or written (a missing file is no failure).
-bool applyRules(TmatsReader& reader, const std::string& path, char letter, int index,
-                std::span<const ValueRule> rules, IoStatus& status);
+bool applyRules(TmatsReader& reader, DocumentFiles& files, std::string_view name, char letter,
+                int index, std::span<const ValueRule> rules, IoStatus& status);
 
 /// Passes every command of a file through `edit`, which may change its text, and writes
 /// `tail` behind them. The new file takes the place of the old one when it is complete;
 /// if nothing has changed it is not touched. True if it was changed.
-bool rewriteGroupFile(TmatsReader& reader, const std::string& path,
+bool rewriteGroupFile(TmatsReader& reader, DocumentFiles& files, std::string_view name,
                       const std::function<Rewritten(std::string& command)>& edit,
                       const std::function<std::string()>& tail, IoStatus& status);
 

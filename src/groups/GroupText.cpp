@@ -3,6 +3,7 @@
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "core/files/FileIo.h"
 #include "core/talk/FileReports.h"
@@ -119,15 +120,15 @@ bool storeGroupText(DocumentContext& context, UserInterface* parent, const Group
         bytes += command;
         bytes += "\r\n";
     });
-    const auto path = context.store.pathOf(groupFile(group.letter, group.index));
+    const auto file = groupFile(group.letter, group.index);
     IoStatus status;
     if (!bytes.empty()) {
         if (!named) {
             bytes.insert(0, idCode + group.source + ";\r\n");
         }
-        status = replaceWorkingFile(path, bytes);
-    } else if (fileExists(path)) {
-        status = deleteFile(path);
+        status = context.files.put(file, bytes);
+    } else {
+        status = context.files.removeIfThere(file);
     }
     if (!status.ok()) {
         reportUnableToWrite(parent, status);

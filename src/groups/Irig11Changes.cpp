@@ -3,6 +3,7 @@
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
@@ -146,23 +147,24 @@ bool hasOlderLocation(std::string_view code, std::string_view value) {
 
 }  // namespace
 
-bool dropThirdBusIndex(DocumentContext& context, const std::string& path, IoStatus& status) {
-    return rewriteGroupFile(context.reader, path, dropThirdIndex, {}, status);
+bool dropThirdBusIndex(DocumentContext& context, const std::string& name, IoStatus& status) {
+    return rewriteGroupFile(context.reader, context.files, name, dropThirdIndex, {}, status);
 }
 
-bool joinFilterLists(DocumentContext& context, const std::string& path, int index,
+bool joinFilterLists(DocumentContext& context, const std::string& name, int index,
                      IoStatus& status) {
     FilterLists lists;
-    status = forEachCommand(context.reader, path, [&lists](const std::string& command) {
-        lists.collect(command);
-        return true;
-    });
+    status = forEachCommand(context.reader, context.files.path(name),
+                            [&lists](const std::string& command) {
+                                lists.collect(command);
+                                return true;
+                            });
     if (!status.ok() || !lists.found()) {
         status = isMissing(status) ? IoStatus() : status;
         return false;
     }
     return rewriteGroupFile(
-        context.reader, path,
+        context.reader, context.files, name,
         [&lists](const std::string& command) { return lists.rewrite(command); },
         [&] { return lists.newList(groupPrefix('D', index)); }, status);
 }

@@ -2,6 +2,7 @@
 
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "core/talk/Messages.h"
 #include "core/talk/UserInterface.h"
@@ -35,18 +36,14 @@ constexpr auto kLinkedGroups = std::to_array<LinkedGroup>({
     {'A', "PAM", {}, false},
 });
 
-/// The G group with one more data source, written through the scratch file.
+/// Gives the G group one more data source.
 bool addDataSource(DocumentContext& context, UserInterface* parent, std::string& name) {
-    const auto path = context.store.pathOf(working::kGeneral);
-    const auto scratch = context.store.pathOf(working::kMultiplexScratch);
     constexpr std::string_view kCount = "G\\DSI\\N";
     int count = 0;
-    FileWriter writer;
-    auto status = writer.open(scratch, WriteMode::Truncate);
+    auto writer = context.files.writer(working::kGeneral);
     ByteSource source;
-    if (status.ok()) {
-        status = source.open(path);
-    }
+    auto status =
+        writer.status().ok() ? source.open(context.files.path(working::kGeneral)) : writer.status();
     if (status.ok()) {
         context.reader.findIntField(parent, source, {}, kCount, count);
         source.seek(0);
@@ -58,7 +55,7 @@ bool addDataSource(DocumentContext& context, UserInterface* parent, std::string&
             }
         }
         status = source.status();
-    } else if (isMissing(status)) {
+    } else if (isMissing(status) && writer.status().ok()) {
         status = {};  // a document without a G group gets one
     }
     // A count out of all reason must not wrap around.
@@ -66,11 +63,8 @@ bool addDataSource(DocumentContext& context, UserInterface* parent, std::string&
     name = formatPrintf("Data Source #%d", index);
     writer.write(formatPrintf("%s:%d;\r\nG\\DSI-%d:%s;\r\nG\\DST-%d:RF;\r\n", kCount, index, index,
                               name, index));
-    const auto closed = writer.close();
-    status = status.ok() ? closed : status;
-    status = status.ok() ? renameFile(scratch, path) : status;
+    status = status.ok() ? writer.close() : status;
     if (!status.ok()) {
-        (void)deleteFile(scratch);
         reportUnableToWrite(parent, status);
     }
     return status.ok();
@@ -90,7 +84,7 @@ int indexForNew(DocumentContext& context, UserInterface* parent, char letter,
 
 bool writeGroup(DocumentContext& context, UserInterface* parent, char letter, int index,
                 const std::string& text) {
-    const auto status = replaceWorkingFile(context.store.pathOf(groupFile(letter, index)), text);
+    const auto status = context.files.put(groupFile(letter, index), text);
     if (!status.ok()) {
         reportUnableToWrite(parent, status);
     }

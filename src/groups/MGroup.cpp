@@ -2,6 +2,7 @@
 
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "core/files/FileIo.h"
 #include "core/talk/Messages.h"
@@ -162,7 +163,7 @@ bool storeMultiplex(DocumentContext& context, UserInterface* parent, const Multi
         text += keptTail(parent,
                          keptAtRows(group.kept, 'M', group.index, multiplexFields(), group.record),
                          text);
-        status = replaceWorkingFile(context.store.pathOf(groupFile('M', group.index)), text);
+        status = context.files.put(groupFile('M', group.index), text);
     }
     if (!hasFile(group) || !status.ok()) {
         context.messages.showFailure(parent, status, 307, title::kError, kErrorBox);

@@ -4,6 +4,7 @@
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/document/FieldIndex.h"
 #include "core/document/GroupFiles.h"
 #include "core/talk/Messages.h"
@@ -124,18 +125,18 @@ class Migration {
     template <typename Step>
     void forEachFile(char letter, const Step& step) {
         for (int index = kLeastGroupIndex; index <= kMostGroupIndex && goesOn(); ++index) {
-            const auto path = context_.store.pathOf(groupFile(letter, index));
+            const auto name = groupFile(letter, index);
             PathKind kind = PathKind::Missing;
-            status_ = probePath(path, kind);
+            status_ = probePath(context_.files.path(name), kind);
             if (status_.ok() && kind != PathKind::Missing) {
-                changed_ = step(path, index) || changed_;
+                changed_ = step(name, index) || changed_;
             }
         }
     }
 
     void applyTable(char letter, std::span<const ValueRule> rules) {
-        forEachFile(letter, [&](const std::string& path, int index) {
-            return applyRules(context_.reader, path, letter, index, rules, status_);
+        forEachFile(letter, [&](const std::string& name, int index) {
+            return applyRules(context_.reader, context_.files, name, letter, index, rules, status_);
         });
     }
 
@@ -183,9 +184,9 @@ class Migration {
     /// The dates of modification and of the last calibration of the recorders.
     void convertRecorderDates(int sourceYear) {
         const int currentYear = context_.clock.now().year;
-        forEachFile('R', [&](const std::string& path, int) {
+        forEachFile('R', [&](const std::string& name, int) {
             return rewriteGroupFile(
-                context_.reader, path,
+                context_.reader, context_.files, name,
                 [&](std::string& command) {
                     const auto field = fieldView(command);
                     if (!equalsIgnoreCase(field.code, "RI4") &&
@@ -210,13 +211,13 @@ class Migration {
 
     void addIrig11Changes(int input) {
         setStatusText(parent_, "Adding IRIG 106-11 Changes");
-        forEachFile('B', [&](const std::string& path, int) {
-            return dropThirdBusIndex(context_, path, status_);
+        forEachFile('B', [&](const std::string& name, int) {
+            return dropThirdBusIndex(context_, name, status_);
         });
         setProgressBar(parent_, 25);
         if (input == 2009 && context_.document.version >= 2011) {
-            forEachFile('D', [&](const std::string& path, int index) {
-                return joinFilterLists(context_, path, index, status_);
+            forEachFile('D', [&](const std::string& name, int index) {
+                return joinFilterLists(context_, name, index, status_);
             });
         }
         setProgressBar(parent_, 50);
@@ -226,11 +227,11 @@ class Migration {
     }
 
     void convertStreams() {
-        forEachFile('P', [&](const std::string& path, int index) {
+        forEachFile('P', [&](const std::string& name, int index) {
             setStatusText(
                 parent_, formatPrintf("Converting measurements to Word/Frame (Stream #%d)", index));
             setProgressBar(parent_, 50 + 50.0 * index / kMostGroupIndex);
-            FieldIndex fields(context_.reader, path, {"TF"});
+            FieldIndex fields(context_.reader, context_.files.path(name), {"TF"});
             status_ = fields.status();
             const auto format = fields.findField(parent_, groupPrefix('P', index), "TF", 0);
             return (format == "ONE" || format == "TWO") && convertStream_(parent_, index);
@@ -311,18 +312,17 @@ bool migrateDocument(DocumentContext& context, ConversionStore& conversions, Use
 
 bool setVersionField(DocumentContext& context, UserInterface* parent, int target,
                      IoStatus* failure) {
-    const auto path = context.store.pathOf(working::kGeneral);
     const auto number = formatPrintf("%2.2d", editionNumber(target));
     const auto line = formatPrintf("%s:%s;\r\n", kVersionCode, number);
     bool changed = false;
     ByteSource source;
-    auto status = source.open(path);
+    auto status = source.open(context.files.path(working::kGeneral));
     const bool missing = isMissing(status);
     const bool told = status.ok() && context.reader.findField(nullptr, source, {}, kVersionCode, 0);
     status = status.ok() ? source.status() : status;
     source.close();
     if (missing) {
-        status = target < kFirstTold ? IoStatus() : replaceWorkingFile(path, line);
+        status = target < kFirstTold ? IoStatus() : context.files.put(working::kGeneral, line);
         changed = target >= kFirstTold && status.ok();
     } else if (status.ok() && target < kFirstTold) {
         changed = rewriteCommands(context.files, working::kGeneral, kVersionCode, std::nullopt,
@@ -332,8 +332,8 @@ bool setVersionField(DocumentContext& context, UserInterface* parent, int target
                                   number, &status);
     } else if (status.ok()) {
         changed = rewriteGroupFile(
-            context.reader, path, [](std::string&) { return Rewritten::Same; },
-            [&line] { return line; }, status);
+            context.reader, context.files, working::kGeneral,
+            [](std::string&) { return Rewritten::Same; }, [&line] { return line; }, status);
     }
     if (!status.ok()) {
         report(parent, status, failure);

@@ -2,6 +2,7 @@
 
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "core/files/FileIo.h"
 #include "core/talk/UserInterface.h"
@@ -55,8 +56,7 @@ class Reindexer {
             setProgressBar(parent_,
                            100.0 * static_cast<double>(i) / static_cast<double>(names.size()));
             yieldToInterface(parent_);
-            const auto path = context_.store.pathOf(names[i]);
-            if (canRead(path) && !visit(path)) {
+            if (canRead(context_.files.path(names[i])) && !visit(names[i])) {
                 return false;
             }
         }
@@ -65,9 +65,9 @@ class Reindexer {
 
     /// Adds the values of all commands of the files whose code is wanted.
     bool gather(std::string_view wildcard, const std::function<bool(std::string_view)>& wanted) {
-        return walk(wildcard, [&](const std::string& path) {
-            const auto status =
-                forEachCommand(context_.reader, path, [&](const std::string& command) {
+        return walk(wildcard, [&](const std::string& file) {
+            const auto status = forEachCommand(
+                context_.reader, context_.files.path(file), [&](const std::string& command) {
                     const auto field = fieldView(command);
                     if (wanted(field.code)) {
                         links_.add(field.value.substr(0, kNameLimit));
@@ -83,9 +83,9 @@ class Reindexer {
 
     /// Removes the files of a wildcard whose name is in none of the list.
     bool removeUnlisted(std::string_view wildcard, std::string_view code, const LinkNames& listed) {
-        return walk(wildcard, [&](const std::string& path) {
+        return walk(wildcard, [&](const std::string& file) {
             ByteSource source;
-            auto status = source.open(path);
+            auto status = source.open(context_.files.path(file));
             std::string name;
             while (status.ok() && name.empty()) {
                 const auto command = context_.reader.findCommandContaining(source, code);
@@ -106,7 +106,7 @@ class Reindexer {
                 return true;
             }
             source.close();
-            status = deleteFile(path);
+            status = context_.files.remove(file);
             if (!status.ok()) {
                 reportUnableToWrite(parent_, status);
             } else if (removed_ != nullptr) {
@@ -204,8 +204,7 @@ IoStatus copyRenumbered(const DocumentContext& context, const std::vector<std::s
 IoStatus takeCopies(const DocumentContext& context, const std::vector<std::string>& oldNames,
                     const std::string& folder, const std::vector<std::string>& newNames) {
     for (const auto& name : newNames) {
-        if (auto status = renameFile(folder + "/" + name, context.store.pathOf(name));
-            !status.ok()) {
+        if (auto status = context.files.adopt(folder + "/" + name, name); !status.ok()) {
             return status;
         }
     }
@@ -214,7 +213,7 @@ IoStatus takeCopies(const DocumentContext& context, const std::vector<std::strin
         if (kept.contains(name)) {
             continue;
         }
-        if (auto status = deleteFile(context.store.pathOf(name)); !status.ok()) {
+        if (auto status = context.files.remove(name); !status.ok()) {
             return status;
         }
     }

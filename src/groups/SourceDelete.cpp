@@ -1,6 +1,7 @@
 // The deletion of a data source with its streams.
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "core/talk/Messages.h"
 #include "core/talk/UserInterface.h"
@@ -95,7 +96,7 @@ bool remove(SourceParts& parts, UserInterface* parent, const std::string& name,
             const std::string& sourceFile) {
     auto& context = parts.context;
     if (!sourceFile.empty()) {
-        if (const auto status = deleteFile(context.store.pathOf(sourceFile)); !status.ok()) {
+        if (const auto status = context.files.remove(sourceFile); !status.ok()) {
             reportUnableToWrite(parent, status);
             return false;
         }

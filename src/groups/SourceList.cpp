@@ -2,6 +2,7 @@
 
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "core/talk/Messages.h"
 #include "core/text/Text.h"
@@ -50,16 +51,15 @@ IoStatus forEachRow(DocumentContext& context, const Visit& visit) {
 IoStatus editGeneral(DocumentContext& context,
                      const std::function<Rewritten(std::string& command)>& edit,
                      const std::function<std::string()>& tail) {
-    const auto path = context.store.pathOf(working::kGeneral);
     PathKind kind = PathKind::Missing;
-    if (auto status = probePath(path, kind); !status.ok()) {
+    if (auto status = probePath(context.files.path(working::kGeneral), kind); !status.ok()) {
         return status;
     }
     if (kind == PathKind::Missing) {
-        return replaceWorkingFile(path, tail());
+        return context.files.put(working::kGeneral, tail());
     }
     IoStatus status;
-    rewriteGroupFile(context.reader, path, edit, tail, status);
+    rewriteGroupFile(context.reader, context.files, working::kGeneral, edit, tail, status);
     return status;
 }
 
@@ -145,12 +145,12 @@ IoStatus rewriteSources(DocumentContext& context, std::span<const DataSource> ro
 }
 
 bool replaceValues(
-    DocumentContext& context, const std::string& path,
+    DocumentContext& context, std::string_view name,
     const std::function<std::optional<std::string>(std::string_view code, std::string_view value)>&
         newValue,
     IoStatus& status) {
     return rewriteGroupFile(
-        context.reader, path,
+        context.reader, context.files, name,
         [&](std::string& command) {
             const auto field = fieldView(command);
             if (field.code.empty() || field.value.empty()) {
@@ -178,7 +178,7 @@ int indexForNew(DocumentContext& context, UserInterface* parent, char letter,
 }
 
 IoStatus writeGroupFile(DocumentContext& context, char letter, int index, const std::string& text) {
-    return replaceWorkingFile(context.store.pathOf(groupFile(letter, index)), text);
+    return context.files.put(groupFile(letter, index), text);
 }
 
 void tellChanged(DocumentContext& context, bool update) {

@@ -31,7 +31,7 @@ namespace kavu {
 /// without its head, or nothing. A file that is not there is no failure. True if any value
 /// was replaced.
 bool replaceValues(
-    DocumentContext& context, const std::string& path,
+    DocumentContext& context, std::string_view name,
     const std::function<std::optional<std::string>(std::string_view code, std::string_view value)>&
         newValue,
     IoStatus& status);

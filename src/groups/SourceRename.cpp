@@ -1,6 +1,7 @@
 // Other names for data sources and data links, everywhere they are named.
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "core/talk/Messages.h"
 #include "core/talk/UserInterface.h"
@@ -66,14 +67,14 @@ class Renaming {
             return false;
         }
         const auto name = groupFile(letter, index);
-        const auto path = context_.store.pathOf(name);
         // Looked at first: most files do not hold the name, and need no copy.
         bool holds = false;
-        auto status = forEachCommand(context_.reader, path, [&](const std::string& command) {
-            const auto field = fieldView(command);
-            holds = !field.code.empty() && wanted(field.code) && matches(field.value);
-            return !holds;
-        });
+        auto status = forEachCommand(
+            context_.reader, context_.files.path(name), [&](const std::string& command) {
+                const auto field = fieldView(command);
+                holds = !field.code.empty() && wanted(field.code) && matches(field.value);
+                return !holds;
+            });
         if (isMissing(status)) {
             return true;
         }
@@ -82,7 +83,7 @@ class Renaming {
         }
         if (status.ok() && holds) {
             replaceValues(
-                context_, path,
+                context_, name,
                 [&](std::string_view code, std::string_view value) {
                     return wanted(code) && matches(value) ? std::optional(newName_) : std::nullopt;
                 },

@@ -2,6 +2,7 @@
 
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "core/talk/FileReports.h"
 #include "core/talk/Messages.h"
@@ -168,7 +169,7 @@ bool SourceTransfer::moveIn(UserInterface* parent, SourceUndo& undo) {
     for (auto& [key, group] : groups_) {
         const auto name = groupFile(key.first, group.newIndex);
         status = status.ok() ? undo.keep(name) : status;
-        status = status.ok() ? renameFile(group.staged, context_.store.pathOf(name)) : status;
+        status = status.ok() ? context_.files.adopt(group.staged, name) : status;
         if (status.ok()) {
             group.staged.clear();
         }

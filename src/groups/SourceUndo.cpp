@@ -2,6 +2,7 @@
 
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "core/files/FileIo.h"
 #include "core/talk/FileReports.h"
@@ -91,7 +92,7 @@ IoStatus SourceUndo::deleteOthers() const {
     auto status = matchingFiles(families_, names);
     for (const auto& name : names) {
         if (!kept_.contains(name)) {
-            const auto deleted = deleteFile(context_.store.pathOf(name));
+            const auto deleted = context_.files.remove(name);
             status = status.ok() ? deleted : status;
         }
     }
@@ -101,9 +102,9 @@ IoStatus SourceUndo::deleteOthers() const {
 void SourceUndo::takeBack(UserInterface* parent) {
     IoStatus first = deleteOthers();
     for (auto it = kept_.begin(); it != kept_.end();) {
-        const auto path = context_.store.pathOf(it->first);
-        auto status = it->second ? renameFile(context_.store.pathOf(kInFront + it->first), path)
-                                 : deleteFile(path);
+        auto status = it->second ? context_.files.adopt(context_.store.pathOf(kInFront + it->first),
+                                                        it->first)
+                                 : context_.files.remove(it->first);
         status = !it->second && isMissing(status) ? IoStatus() : status;
         first = first.ok() ? status : first;
         // A copy that could not be put back is all there is left of its file: it stays.

@@ -31,7 +31,7 @@ TEST_P(ApplyRules, ChangesWhatMatches) {
     test::TestContext t;
     t.write("file", c.before);
     IoStatus status;
-    EXPECT_EQ(applyRules(t.reader, t.store.pathOf("file"), c.letter, 1, kRules, status),
+    EXPECT_EQ(applyRules(t.reader, t.files, "file", c.letter, 1, kRules, status),
               c.after != nullptr);
     EXPECT_TRUE(status.ok());
     EXPECT_EQ(t.read("file"), c.after == nullptr ? c.before : c.after);
@@ -65,7 +65,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(ApplyRulesTest, AMissingFileIsNoFailure) {
     test::TestContext t;
     IoStatus status;
-    EXPECT_FALSE(applyRules(t.reader, t.store.pathOf("none"), 'M', 1, kRules, status));
+    EXPECT_FALSE(applyRules(t.reader, t.files, "none", 'M', 1, kRules, status));
     EXPECT_TRUE(status.ok());
 }
 
@@ -80,7 +80,7 @@ TEST(ApplyRulesTest, AHundredThousandIndicesAreOnePass) {
     t.write("file", before);
     IoStatus status;
     const auto start = std::chrono::steady_clock::now();
-    EXPECT_TRUE(applyRules(t.reader, t.store.pathOf("file"), 'M', 1, kRules, status));
+    EXPECT_TRUE(applyRules(t.reader, t.files, "file", 'M', 1, kRules, status));
     // A pass for each index would take minutes.
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
     EXPECT_EQ(t.read("file"), after);
@@ -91,7 +91,7 @@ TEST(RewriteFileTest, AFailureLeavesTheOldFileWhole) {
     t.write("file", "M-1\\X:A;\r\n");
     ASSERT_TRUE(makeFolder(t.store.pathOf("file.new")).ok());
     IoStatus status;
-    EXPECT_FALSE(applyRules(t.reader, t.store.pathOf("file"), 'M', 1, kRules, status));
+    EXPECT_FALSE(applyRules(t.reader, t.files, "file", 'M', 1, kRules, status));
     EXPECT_FALSE(status.ok());
     EXPECT_EQ(status.path(), t.store.pathOf("file.new"));
     EXPECT_EQ(t.read("file"), "M-1\\X:A;\r\n");

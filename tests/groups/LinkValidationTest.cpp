@@ -250,7 +250,8 @@ TEST_F(LinkValidation, AFileThatCanNotBeReadEndsTheLoadWithItsPath) {
 }
 
 TEST_F(LinkValidation, AScratchFileThatCanNotBeMadeEndsTheLoadAndLeavesTheGroupWhole) {
-    ASSERT_TRUE(makeFolder(t.store.pathOf(working::kMultiplexScratch)).ok());
+    // A folder has the name under which the new file is written.
+    ASSERT_TRUE(makeFolder(t.store.pathOf("[kavu]GTMP.G.new")).ok());
     t.write(working::kGeneral, "G\\PN:Alpha;\r\n");
     writePcm(1, "P-1\\DLN:Lost;\r\n");
     answer(Button::Yes);
