@@ -2,7 +2,7 @@
 // against the index, and the commands taken apart against simple rules.
 #include "Check.h"
 #include "core/TmatsReader.h"
-#include "core/document/FieldIndex.h"
+#include "core/document/CommandIndex.h"
 #include "core/text/Text.h"
 
 #include <cstdint>
@@ -160,8 +160,8 @@ void compareLookUps(std::string_view text, const std::vector<std::string>& comma
     indexReader.setLogFile("", &indexTruncated);
     const MemoryFile file(text);
     auto ring = ByteSource::fromMemory(text);
-    FieldIndex index(indexReader, file.path());
-    KAVU_CHECK(index.status().ok());
+    CommandIndex index;
+    KAVU_CHECK(index.readFile(indexReader, file.path()).ok());
     std::uint32_t order = 2166136261u;
     for (const char c : text) {
         order = (order ^ static_cast<unsigned char>(c)) * 16777619u;
@@ -172,7 +172,7 @@ void compareLookUps(std::string_view text, const std::vector<std::string>& comma
         const auto& code = codes[(order >> 8) % codes.size()];
         const int limit = static_cast<int>(order >> 28) - 8;
         const auto slow = ringReader.findField(nullptr, ring, "", "%s", limit, code);
-        const auto fast = index.findField(nullptr, "", "%s", limit, code);
+        const auto fast = index.findField(indexReader, nullptr, code, limit);
         KAVU_CHECK(slow == fast);
         KAVU_CHECK(ringTruncated == indexTruncated);
         KAVU_CHECK(!slow || !slow->empty());

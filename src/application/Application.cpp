@@ -10,6 +10,7 @@
 #include "core/WorkingStore.h"
 #include "core/document/DocumentFiles.h"
 #include "core/document/DocumentHistory.h"
+#include "core/document/DocumentVersion.h"
 #include "core/document/KeyValueStore.h"
 #include "core/document/OpenDocument.h"
 #include "core/files/FileIo.h"

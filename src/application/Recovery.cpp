@@ -3,6 +3,7 @@
 #include "application/Application.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "core/command/CommandPath.h"
 #include "core/document/BuildDocument.h"
 #include "core/document/FileJournal.h"
 #include "core/files/FileIo.h"
@@ -78,9 +79,7 @@ class RawCommands {
         }
         std::string command;
         while (reader_.nextCommand(source, command)) {
-            const auto backslash = command.find('\\');
-            const bool names =
-                backslash != std::string::npos && command.compare(backslash + 1, 4, "DCN:") == 0;
+            const bool names = afterHead(command).starts_with("DCN:");
             if (!names || named_.insert(command).second) {
                 writer_.write(command + "\r\n");
             }

@@ -1,5 +1,6 @@
 #include "conversion/ConversionFields.h"
 
+#include "core/command/CommandPath.h"
 #include "core/text/Text.h"
 
 namespace kavu {
@@ -166,7 +167,7 @@ std::span<const ConversionLimit> conversionLimits() {
 }
 
 int conversionLimit(std::string_view code, int edition) {
-    const auto* const row = findLimit(code.substr(0, code.find('-')));
+    const auto* const row = findLimit(codeHead(code));
     if (row == nullptr) {
         return 0;
     }

@@ -1,5 +1,6 @@
 #include "core/TmatsReader.h"
 
+#include "core/command/CommandPath.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
 
@@ -162,17 +163,11 @@ std::optional<std::string_view> TmatsReader::readFieldForward(UserInterface* par
     if (!nextCommand(source, current_)) {
         return std::nullopt;
     }
-    const std::string_view command = current_;
-    const auto colon = command.find(':');
-    if (colon == std::string_view::npos || !equalsIgnoreCase(command.substr(0, colon), code)) {
+    const auto command = viewCommand(current_);
+    if (command.value.empty() || !equalsIgnoreCase(command.code, code)) {
         return std::nullopt;
     }
-    std::string_view value = command.substr(colon + 1);
-    value.remove_suffix(value.ends_with(';') ? 1 : 0);
-    if (value.empty()) {
-        return std::nullopt;
-    }
-    return applyLimit(parent, command.substr(0, colon), value, limit);
+    return applyLimit(parent, command.code, command.value, limit);
 }
 
 std::string_view TmatsReader::applyLimit(UserInterface* parent, std::string_view code,

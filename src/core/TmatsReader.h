@@ -93,7 +93,7 @@ class TmatsReader {
     [[nodiscard]] unsigned substitutionFlags() const { return substitutionFlags_; }
 
     /// Reports a value over its limit and gives what of it is to be used. For look-ups
-    /// that do not read a stream (see FieldIndex).
+    /// that do not read a stream (see CommandIndex).
     std::string_view applyLimit(UserInterface* parent, std::string_view code,
                                 std::string_view value, int limit);
 

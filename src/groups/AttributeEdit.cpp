@@ -4,6 +4,7 @@
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
 #include "core/document/DocumentFiles.h"
+#include "core/document/GroupFile.h"
 #include "core/document/GroupFiles.h"
 #include "core/files/FileIo.h"
 #include "core/talk/FileReports.h"
@@ -31,49 +32,7 @@ constexpr int kFewerThanTracks = 312;
 /// What keeps a change from being made; empty for nothing.
 using Refusal = std::string;
 
-/// A group file as a list of commands.
-struct GroupLines {
-    bool exists = false;
-    bool changed = false;
-    std::vector<std::string> commands{};
-};
-
 using GroupKey = std::pair<char, int>;
-
-IoStatus readLines(DocumentContext& context, char letter, int index, GroupLines& lines) {
-    ByteSource source;
-    auto status = source.open(context.store.pathOf(groupFile(letter, index)));
-    if (!status.ok()) {
-        return isMissing(status) ? IoStatus() : status;
-    }
-    lines.exists = true;
-    std::string command;
-    while (context.reader.nextRawCommand(source, command)) {
-        lines.commands.push_back(command);
-    }
-    return source.status();
-}
-
-std::string valueOf(std::string_view command) {
-    const auto colon = command.find(':');
-    if (colon == std::string_view::npos) {
-        return {};
-    }
-    auto value = command.substr(colon + 1);
-    value.remove_suffix(value.ends_with(';') ? 1 : 0);
-    return std::string(value);
-}
-
-/// The value that a look-up from the front finds.
-std::string currentValue(const GroupLines& lines, const std::string& code) {
-    const auto key = lowerAscii(code);
-    for (const auto& command : lines.commands) {
-        if (auto value = valueOf(command); !value.empty() && commandKey(command) == key) {
-            return value;
-        }
-    }
-    return {};
-}
 
 // --- The place of a new command ---------------------------------------------------------------
 
@@ -101,16 +60,16 @@ Rank rankOf(std::span<const Field> table, const VocabularyMatch& match) {
     }
 }
 
-std::size_t placeOf(std::span<const Field> table, const GroupLines& lines,
-                    const std::string& prefix, const Rank& rank) {
+std::size_t placeOf(std::span<const Field> table, const CommandIndex& commands,
+                    std::string_view prefix, const Rank& rank) {
     std::size_t place = 0;
     std::optional<Rank> best;
-    for (std::size_t i = 0; i < lines.commands.size(); ++i) {
-        const auto key = commandKey(lines.commands[i]);
+    for (std::size_t i = 0; i < commands.size(); ++i) {
+        const auto key = keyOf(commands.at(i));
         if (!startsWithIgnoreCase(key, prefix)) {
             continue;
         }
-        const auto matches = matchVocabulary(table, std::string_view(key).substr(prefix.size()));
+        const auto matches = matchVocabulary(table, key.substr(prefix.size()));
         if (matches.empty()) {
             continue;
         }
@@ -140,7 +99,7 @@ constexpr auto kNames = std::to_array<Names>({
     {"G", "106", "save --edition"},
 });
 
-Refusal refusedName(const Field& field, char letter, const std::string& now,
+Refusal refusedName(const Field& field, char letter, std::string_view now,
                     const std::string& value) {
     const auto it = std::find_if(kNames.begin(), kNames.end(), [&](const Names& each) {
         return each.letters.find(letter) != std::string_view::npos && each.code == field.code;
@@ -209,19 +168,15 @@ Refusal refusedValue(const Field& field, const std::string& value, int edition) 
 /// One change on its way: the group it is for, and what it is to become.
 class Change {
   public:
-    Change(GroupLines& lines, const AttributeChange& change, int edition)
-        : lines_(lines),
+    Change(GroupFile& group, const AttributeChange& change, int edition)
+        : group_(group),
           code_(change.code),
           table_(groupVocabulary(change.code.letter)),
           value_(replaceAll(replaceAll(change.value, "\r\n", "\n"), "\n", "\r\n")),
           edition_(edition) {}
 
     [[nodiscard]] Refusal make() {
-        if (table_.empty()) {
-            return formatPrintf("The commands of group %c can not be set one by one.",
-                                code_.letter);
-        }
-        if (!lines_.exists && code_.letter != 'G') {
+        if (!group_.exists() && code_.letter != 'G') {
             return formatPrintf("There is no group %c-%d in this document.", code_.letter,
                                 code_.index);
         }
@@ -243,16 +198,16 @@ class Change {
 
   private:
     [[nodiscard]] std::string codeOf(std::string_view field, RowNumbers at) const {
-        return codePrefix(code_.letter, code_.index) + codeAt(field, at);
+        return groupHead(code_.letter, code_.index) + fieldCode(field, at.numbers());
     }
 
     [[nodiscard]] Refusal refusal(const VocabularyMatch& match) const {
         const auto& field = *match.field;
         const RowNumbers at{match.n, match.m};
-        for (auto why : {refusedEdition(field, edition_), refusedValue(field, value_, edition_),
-                         refusedName(field, code_.letter,
-                                     currentValue(lines_, codeOf(field.code, at)), value_),
-                         refusedRow(field, at), refusedSources(field), refusedTracks(field)}) {
+        for (auto why :
+             {refusedEdition(field, edition_), refusedValue(field, value_, edition_),
+              refusedName(field, code_.letter, group_.value(codeOf(field.code, at)), value_),
+              refusedRow(field, at), refusedSources(field), refusedTracks(field)}) {
             if (!why.empty()) {
                 return why;
             }
@@ -267,7 +222,7 @@ class Change {
                                             [&](const Field& each) { return each.code == list; });
             const bool inner = indexCountOf(list) > 0;
             const auto code = codeOf(list, {at.n, 0});
-            const auto rows = clampedCount(currentValue(lines_, code), count->rows);
+            const auto rows = clampedCount(group_.value(code), count->rows);
             if ((inner ? at.m : at.n) > rows) {
                 return formatPrintf("The list has %d rows. Set '%s' first.", static_cast<int>(rows),
                                     code);
@@ -282,7 +237,7 @@ class Change {
         if (code_.letter != 'G' || field.code != kSources) {
             return {};
         }
-        const auto rows = clampedCount(currentValue(lines_, codeOf(kSources, {})), field.rows);
+        const auto rows = clampedCount(group_.value(codeOf(kSources, {})), field.rows);
         return clampedCount(value_, field.rows) >= rows
                    ? Refusal()
                    : Refusal("Use 'source delete' to delete a data source.");
@@ -294,10 +249,10 @@ class Change {
         if (code_.letter != 'R' || field.code != kTracks) {
             return {};
         }
-        const auto counted = clampedCount(currentValue(lines_, codeOf(kTracks, {})), kMostTracks);
+        const auto counted = clampedCount(group_.value(codeOf(kTracks, {})), kMostTracks);
         int tracks = 0;
         for (std::size_t n = 1; n <= counted; ++n) {
-            tracks += currentValue(lines_, codeOf("TK1-n", {n, 0})).empty() ? 0 : 1;
+            tracks += group_.value(codeOf("TK1-n", {n, 0})).empty() ? 0 : 1;
         }
         return clampedCount(value_, kMostTracks) >= static_cast<std::size_t>(tracks)
                    ? Refusal()
@@ -306,58 +261,34 @@ class Change {
 
     void apply(const VocabularyMatch& match) {
         const auto code = codeOf(match.field->code, {match.n, match.m});
-        const auto key = lowerAscii(code);
-        const auto isOfCode = [&key](const std::string& command) {
-            return commandKey(command) == key;
-        };
-        auto& all = lines_.commands;
-        const auto first = std::find_if(all.begin(), all.end(), isOfCode);
-        auto place = static_cast<std::size_t>(first - all.begin());
-        if (first == all.end()) {
-            place = placeOf(table_, lines_, codePrefix(code_.letter, code_.index),
-                            rankOf(table_, match));
-        }
-        std::erase_if(all, isOfCode);
         auto stored = match.field->bridgeOnly ? std::string(trimTrailingBlanks(value_))
                                               : storedValue(*match.field, value_, edition_);
-        if (!stored.empty()) {
-            toStoredForm(stored);
-            const auto at = all.begin() + static_cast<std::ptrdiff_t>(std::min(place, all.size()));
-            all.insert(at, code + ":" + stored + ";");
+        if (stored.empty()) {
+            group_.erase(code);
+            return;
         }
-        lines_.changed = true;
+        toStoredForm(stored);
+        group_.set(code, stored, [&] {
+            return placeOf(table_, group_.commands(), groupHead(code_.letter, code_.index),
+                           rankOf(table_, match));
+        });
     }
 
-    GroupLines& lines_;
+    GroupFile& group_;
     const CommandCode& code_;
     std::span<const Field> table_;
     std::string value_;
     int edition_;
 };
 
-bool storeLines(DocumentContext& context, UserInterface* parent, const GroupKey& key,
-                const GroupLines& lines) {
-    std::string bytes;
-    for (const auto& command : lines.commands) {
-        bytes += command;
-        bytes += "\r\n";
-    }
-    if (const auto status = context.files.put(groupFile(key.first, key.second), bytes);
-        !status.ok()) {
-        reportUnableToWrite(parent, status);
-        return false;
-    }
-    context.document.changed = true;
-    return true;
-}
-
 /// The group of a code, read once; null if it can not be read.
-GroupLines* linesOf(DocumentContext& context, UserInterface* parent,
-                    std::map<GroupKey, GroupLines>& groups, const CommandCode& code) {
+GroupFile* groupOf(DocumentContext& context, UserInterface* parent,
+                   std::map<GroupKey, GroupFile>& groups, const CommandCode& code) {
     const auto [it, isNew] = groups.try_emplace(GroupKey{code.letter, code.index});
     if (isNew) {
-        if (const auto status = readLines(context, code.letter, code.index, it->second);
-            !status.ok()) {
+        const auto status =
+            GroupFile::open(context.files, context.reader, code.letter, code.index, it->second);
+        if (!status.ok() && !isMissing(status)) {
             reportUnableToRead(parent, status);
             return nullptr;
         }
@@ -365,45 +296,91 @@ GroupLines* linesOf(DocumentContext& context, UserInterface* parent,
     return &it->second;
 }
 
+/// A code whose values are looked for.
+struct Wanted {
+    std::string code;
+    std::vector<std::string>& values;
+};
+
+/// Passes through a file: only what is wanted of it is ever in memory.
+IoStatus readValues(DocumentContext& context, const GroupKey& group, std::span<Wanted> wanted) {
+    ByteSource source;
+    auto status = source.open(context.store.pathOf(groupFile(group.first, group.second)));
+    if (!status.ok()) {
+        return isMissing(status) ? IoStatus() : status;
+    }
+    std::string command;
+    while (context.reader.nextRawCommand(source, command)) {
+        const auto view = viewCommand(command);
+        for (auto& each : wanted) {
+            if (view.hasColon && equalsIgnoreCase(keyOf(view), each.code)) {
+                each.values.emplace_back(view.value);
+            }
+        }
+    }
+    return source.status();
+}
+
 }  // namespace
 
 bool readAttributes(DocumentContext& context, UserInterface* parent,
                     std::span<const CommandCode> codes,
                     std::vector<std::vector<std::string>>& values) {
-    std::map<GroupKey, GroupLines> groups;
-    for (const auto& code : codes) {
-        const auto* const lines = linesOf(context, parent, groups, code);
-        if (lines == nullptr) {
-            return false;
-        }
-        const auto key = lowerAscii(code.text());
-        auto& found = values.emplace_back();
-        for (const auto& command : lines->commands) {
-            if (commandKey(command) == key && command.find(':') != std::string::npos) {
-                found.push_back(valueOf(command));
-            }
+    const auto before = values.size();
+    values.resize(before + codes.size());
+    std::vector<GroupKey> order;
+    std::map<GroupKey, std::vector<Wanted>> groups;
+    for (std::size_t i = 0; i < codes.size(); ++i) {
+        const GroupKey key{codes[i].letter, codes[i].index};
+        const auto [it, isNew] = groups.try_emplace(key);
+        it->second.push_back({codes[i].text(), values[before + i]});
+        if (isNew) {
+            order.push_back(key);
         }
     }
-    return true;
+    return std::all_of(order.begin(), order.end(), [&](const GroupKey& key) {
+        const auto status = readValues(context, key, groups.at(key));
+        if (!status.ok()) {
+            reportUnableToRead(parent, status);
+        }
+        return status.ok();
+    });
 }
 
 bool setAttributes(DocumentContext& context, UserInterface* parent,
                    std::span<const AttributeChange> changes) {
-    std::map<GroupKey, GroupLines> groups;
+    std::map<GroupKey, GroupFile> groups;
     for (const auto& change : changes) {
-        auto* const lines = linesOf(context, parent, groups, change.code);
-        if (lines == nullptr) {
-            return false;
+        const auto& code = change.code;
+        Refusal why;
+        // A group without a table is not read: it may be of any size.
+        if (groupVocabulary(code.letter).empty()) {
+            why = formatPrintf("The commands of group %c can not be set one by one.", code.letter);
+        } else {
+            auto* const group = groupOf(context, parent, groups, code);
+            if (group == nullptr) {
+                return false;
+            }
+            why = Change(*group, change, context.document.version).make();
         }
-        const auto why = Change(*lines, change, context.document.version).make();
         if (!why.empty()) {
-            showBox(parent, formatPrintf("%s=%s\n\n", change.code.text(), change.value) + why,
+            showBox(parent, formatPrintf("%s=%s\n\n", code.text(), change.value) + why,
                     "Unable To Set Attribute");
             return false;
         }
     }
-    return std::all_of(groups.begin(), groups.end(), [&](const auto& group) {
-        return !group.second.changed || storeLines(context, parent, group.first, group.second);
+    return std::all_of(groups.begin(), groups.end(), [&](const auto& each) {
+        const auto& group = each.second;
+        if (!group.changed()) {
+            return true;
+        }
+        const auto status = group.store(context.files);
+        if (!status.ok()) {
+            reportUnableToWrite(parent, status);
+            return false;
+        }
+        context.document.changed = true;
+        return true;
     });
 }
 

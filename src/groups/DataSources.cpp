@@ -2,7 +2,7 @@
 
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
-#include "core/document/FieldIndex.h"
+#include "core/document/CommandIndex.h"
 #include "core/document/GroupFiles.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
@@ -27,21 +27,25 @@ char dataSourceClass(std::string_view type) {
 
 bool readDataSources(DocumentContext& context, UserInterface* parent,
                      std::vector<DataSource>& sources) {
-    FieldIndex fields(context.reader, context.store.pathOf(groupFile('G')), {"DSI", "DST-"});
-    if (!fields.status().ok()) {
-        if (isMissing(fields.status())) {
+    CommandIndex fields;
+    const auto status = fields.readFile(context.reader, context.store.pathOf(groupFile('G')),
+                                        Comments::Skip, {"DSI", "DST-"});
+    if (!status.ok()) {
+        if (isMissing(status)) {
             return true;
         }
-        reportUnableToRead(parent, fields.status());
+        reportUnableToRead(parent, status);
         return false;
     }
-    int count = 0;
-    fields.findIntField(parent, kPrefix, "DSI\\N", count);
-    count = std::min(count, kMostListRows);
+    const auto text = [&](std::string_view pattern, int row, int limit) {
+        const auto code = groupHead('G', 0) + fieldCode(pattern, {row});
+        return fields.findField(context.reader, parent, code, limit).value_or("");
+    };
+    const int count = std::min(fields.findIntField(parent, "G\\DSI\\N").value_or(0), kMostListRows);
     for (int row = 1; row <= count; ++row) {
         DataSource source;
-        source.name = fields.findField(parent, kPrefix, "DSI-%d", kNameLimit, row).value_or("");
-        source.type = fields.findField(parent, kPrefix, "DST-%d", kTypeLimit, row).value_or("");
+        source.name = text("DSI-n", row, kNameLimit);
+        source.type = text("DST-n", row, kTypeLimit);
         sources.push_back(std::move(source));
     }
     return true;
@@ -112,7 +116,7 @@ StreamKind streamKindOfLink(DocumentContext& context, UserInterface* parent,
             return StreamKind::PcmOrNone;
         }
         const auto format =
-            context.reader.findField(parent, source, groupPrefix('P', index), "TF", 0);
+            context.reader.findField(parent, source, groupHead('P', index), "TF", 0);
         return format && *format == "1553" ? StreamKind::Bus : StreamKind::PcmOrNone;
     }
     if (findGroupIndex(context, parent, 'B', link) > 0) {

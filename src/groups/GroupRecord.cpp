@@ -33,29 +33,6 @@ std::span<const GroupRow> GroupRow::rows(std::string_view count) const {
     return it == lists.end() ? std::span<const GroupRow>() : std::span(it->second);
 }
 
-std::string codeAt(std::string_view code, RowNumbers at) {
-    const int indices = indexCountOf(code);
-    std::string text(code.substr(0, code.size() - (indices == 2 ? 3 : indices == 1 ? 1 : 0)));
-    if (indices > 0) {
-        appendNumber(text, static_cast<std::int64_t>(at.n));
-    }
-    if (indices > 1) {
-        text += '-';
-        appendNumber(text, static_cast<std::int64_t>(at.m));
-    }
-    return text;
-}
-
-std::string codePrefix(char letter, int index) {
-    std::string prefix(1, letter);
-    if (groupKind(letter).indexed) {
-        prefix += '-';
-        appendNumber(prefix, index);
-    }
-    prefix += '\\';
-    return prefix;
-}
-
 // --- Reading ----------------------------------------------------------------------------------
 
 /// The fields of an edition by the list that they belong to.
@@ -72,61 +49,25 @@ struct GroupSource::Plan {
 };
 
 GroupSource::GroupSource(DocumentContext& context, UserInterface* parent, char letter, int index)
-    : context_(context), parent_(parent), prefix_(codePrefix(letter, index)) {
-    ByteSource source;
-    status_ = source.open(context.store.pathOf(groupFile(letter, index)));
-    if (!status_.ok()) {
-        return;
-    }
-    std::string command;
-    while (context.reader.nextCommand(source, command)) {
-        addCommand(command);
-    }
-    status_ = source.status();
+    : context_(context), parent_(parent), prefix_(groupHead(letter, index)) {
+    status_ =
+        kept_.commands().readFile(context.reader, context.store.pathOf(groupFile(letter, index)));
 }
 
-void GroupSource::addCommand(std::string command) {
-    const auto colon = command.find(':');
-    std::string value;
-    if (colon != std::string::npos) {
-        value = command.substr(colon + 1);
-        if (value.ends_with(';')) {
-            value.pop_back();
-        }
-        // An empty value is no value: look-ups pass over it.
-        if (!value.empty()) {
-            byCode_[lowerAscii(std::string_view(command).substr(0, colon))].push_back(
-                values_.size());
-        }
-    }
-    values_.push_back(std::move(value));
-    kept_.add(std::move(command));
+std::string GroupSource::codeOf(const Field& field, RowNumbers at) const {
+    return prefix_ + fieldCode(field.codeRead.empty() ? field.code : field.codeRead, at.numbers());
 }
 
-std::optional<GroupSource::Found> GroupSource::find(const Field& field, RowNumbers at) {
-    auto code = prefix_ + codeAt(field.codeRead.empty() ? field.code : field.codeRead, at);
-    const auto it = byCode_.find(lowerAscii(code));
-    if (it == byCode_.end()) {
-        return std::nullopt;
-    }
-    const auto& places = it->second;
-    auto place = std::lower_bound(places.begin(), places.end(), position_);
-    if (place == places.end()) {
-        place = places.begin();
-    }
-    position_ = *place + 1;
-    return Found{*place, std::move(code), values_[*place]};
-}
-
-std::string GroupSource::taken(const Field& field, const Found& found) {
+std::string GroupSource::taken(const Field& field, RowNumbers at, const Found& found) {
     kept_.markRead(found.place);
     const auto limit = static_cast<int>(limitIn(context_.document.version, field));
-    return std::string(context_.reader.applyLimit(parent_, found.code, found.value, limit));
+    // A message names the code as the table spells it.
+    return std::string(context_.reader.applyLimit(parent_, codeOf(field, at), found.value, limit));
 }
 
 std::string GroupSource::valueIfThere(const Field& field, RowNumbers at) {
-    const auto found = find(field, at);
-    return found ? taken(field, *found) : std::string();
+    const auto found = kept_.commands().find(codeOf(field, at));
+    return found ? taken(field, at, *found) : std::string();
 }
 
 std::string GroupSource::value(const Field& field, RowNumbers at) {
@@ -138,14 +79,12 @@ std::string GroupSource::value(const Field& field, RowNumbers at) {
 }
 
 std::string GroupSource::peek(const Field& field, RowNumbers at) {
-    const auto before = position_;
-    const auto found = find(field, at);
-    position_ = before;
+    const auto found = kept_.commands().peek(codeOf(field, at));
     return !found ? std::string() : std::string(found->value);
 }
 
 std::size_t GroupSource::count(const Field& field, RowNumbers at) {
-    const auto found = find(field, at);
+    const auto found = kept_.commands().find(codeOf(field, at));
     if (!found) {
         return 0;
     }
@@ -193,14 +132,14 @@ bool GroupSource::readRows(const Plan& plan, const Field& field, GroupRow& row, 
 }
 
 void GroupSource::readChoice(const Field& field, GroupRow& row) {
-    const auto found = find(field, {});
+    const auto found = kept_.commands().find(codeOf(field, {}));
     if (!found) {
         row.set(field.code, field.missing);
         return;
     }
     const auto cut = field.limit == 0 ? found->value : found->value.substr(0, field.limit);
     if (choiceIndex(choicesOf(field, context_.document.version), cut) >= 0) {
-        row.set(field.code, taken(field, *found));
+        row.set(field.code, taken(field, {}, *found));
     }
 }
 
@@ -241,7 +180,7 @@ void GroupWriter::write(const Field& field, std::string_view value, RowNumbers a
     }
     toStoredForm(stored);
     text_ += prefix_;
-    text_ += codeAt(field.code, at);
+    text_ += fieldCode(field.code, at.numbers());
     text_ += ':';
     text_ += stored;
     text_ += ";\r\n";
@@ -315,8 +254,8 @@ ListOfCode listsOfCodes(std::span<const Field> table) {
             outer[field.code] = list;
         }
         for (const auto code : {field.code, field.codeRead, field.codeToXml}) {
-            if (!code.empty()) {
-                lists.emplace(lowerAscii(code.substr(0, code.find("-n") + 1)), list);
+            if (const auto cut = cutAtRow(code, 0)) {
+                lists.emplace(lowerAscii(cut->front), list);
             }
         }
     }
@@ -329,18 +268,15 @@ KeptCommands keptAtRows(const KeptCommands& kept, char letter, int index,
                         std::span<const Field> table, const GroupRow& record) {
     const auto lists = listsOfCodes(table);
     std::unordered_map<std::string_view, std::vector<std::size_t>> numbers;
-    const auto prefix = codePrefix(letter, index);
+    const auto prefix = groupHead(letter, index);
     auto moved = kept;
     moved.recode([&](std::string& code) {
         if (!startsWithIgnoreCase(code, prefix)) {
             return true;
         }
-        const auto dash = code.find('-', prefix.size());
-        if (dash == std::string::npos) {
-            return true;
-        }
-        const auto head = code.substr(prefix.size(), dash + 1 - prefix.size());
-        const auto list = lists.find(lowerAscii(head));
+        const auto cut = cutAtRow(code, prefix.size());
+        const auto list =
+            cut ? lists.find(lowerAscii(cut->front.substr(prefix.size()))) : lists.end();
         if (list == lists.end()) {
             return true;
         }
@@ -348,14 +284,12 @@ KeptCommands keptAtRows(const KeptCommands& kept, char letter, int index,
         if (isNew) {
             it->second = newNumbers(record, list->second);
         }
-        const auto end = std::find_if_not(code.begin() + static_cast<std::ptrdiff_t>(dash) + 1,
-                                          code.end(), isDigit);
-        const auto row = clampedCount(std::string_view(code).substr(dash + 1), it->second.size());
+        const auto row = clampedCount(cut->rest, it->second.size());
         if (row == 0 || row >= it->second.size()) {
             return true;
         }
         const auto now = it->second[row];
-        code = code.substr(0, dash + 1) + std::to_string(now) + std::string(end, code.end());
+        code = withRow(*cut, now);
         return now > 0;
     });
     return moved;

@@ -15,18 +15,19 @@
 // writes the parts of its table in turn, and the fields between them with `value` and `write`.
 #pragma once
 
+#include "core/command/CommandPath.h"
 #include "core/files/IoStatus.h"
 #include "groups/KeptCommands.h"
 #include "vocabulary/Field.h"
 #include "vocabulary/FieldRules.h"
 
+#include <array>
 #include <cstddef>
 #include <map>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace kavu {
@@ -61,11 +62,12 @@ struct GroupRow {
 struct RowNumbers {
     std::size_t n = 0;
     std::size_t m = 0;
+
+    /// For `fieldCode`.
+    [[nodiscard]] std::array<int, 2> numbers() const {
+        return {static_cast<int>(n), static_cast<int>(m)};
+    }
 };
-/// The code of a command: "ADL-n-m" becomes "ADL-2-5".
-[[nodiscard]] std::string codeAt(std::string_view code, RowNumbers at);
-/// The head of a group's codes: "T-3\", "G\" and "H\" for the groups without index.
-[[nodiscard]] std::string codePrefix(char letter, int index);
 
 /// Progress while a table is read: when the field of this code (of a count: with its rows) has
 /// been read, the bar shows the percentage and the user may cancel. An empty code: at the start.
@@ -74,8 +76,8 @@ struct LoadStep {
     double percent = 0;
 };
 
-/// A group file, read once. Look-ups answer as those of `FieldIndex` do: the first command of
-/// a code at or behind the one found last, once around the file.
+/// A group file, read once. Look-ups answer as those of `CommandIndex`: the first command of a
+/// code at or after the one found last, once around the file.
 class GroupSource {
   public:
     /// Reads the file of the group; `index` is of no meaning for G and H.
@@ -106,15 +108,11 @@ class GroupSource {
     [[nodiscard]] KeptCommands& kept() { return kept_; }
 
   private:
-    struct Found {
-        std::size_t place = 0;
-        std::string code{};
-        std::string_view value{};
-    };
+    using Found = CommandIndex::Found;
     struct Plan;
-    void addCommand(std::string command);
-    [[nodiscard]] std::optional<Found> find(const Field& field, RowNumbers at);
-    [[nodiscard]] std::string taken(const Field& field, const Found& found);
+    /// The code that is looked up for a field.
+    [[nodiscard]] std::string codeOf(const Field& field, RowNumbers at) const;
+    [[nodiscard]] std::string taken(const Field& field, RowNumbers at, const Found& found);
     void readChoice(const Field& field, GroupRow& row);
     [[nodiscard]] bool readLevel(const Plan& plan, std::string_view list, GroupRow& row,
                                  RowNumbers at);
@@ -126,16 +124,12 @@ class GroupSource {
     std::string prefix_;
     IoStatus status_;
     KeptCommands kept_;
-    std::vector<std::string> values_;
-    /// The places of the commands of a code with a value, by the code in lower case.
-    std::unordered_map<std::string, std::vector<std::size_t>> byCode_;
-    std::size_t position_ = 0;
 };
 
 /// Composes the new text of a group file.
 class GroupWriter {
   public:
-    GroupWriter(char letter, int index) : prefix_(codePrefix(letter, index)) {}
+    GroupWriter(char letter, int index) : prefix_(groupHead(letter, index)) {}
 
     /// Writes nothing for an empty value. Line breaks are stored as their two bytes; blanks at
     /// the end go.

@@ -3,7 +3,6 @@
 #include "core/text/Text.h"
 #include "groups/GroupScan.h"
 
-#include <cstdint>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -11,21 +10,6 @@
 namespace kavu {
 
 namespace {
-
-/// The decimal number at the front of `text` as a format would write it (no leading zero),
-/// which is taken off; 0 if there is none.
-std::int64_t takeIndex(std::string_view& text) {
-    std::size_t digits = 0;
-    while (digits < text.size() && isDigit(text[digits])) {
-        ++digits;
-    }
-    if (digits == 0 || digits > 9 || text[0] == '0') {
-        return 0;
-    }
-    const auto number = leadingInteger(text.substr(0, digits));
-    text.remove_prefix(digits);
-    return number;
-}
 
 /// One rule for one group file, and the indices that its walk finds there.
 class RuleWalk {
@@ -40,10 +24,10 @@ class RuleWalk {
             return;
         }
         auto rest = command.substr(stem_.size());
-        std::int64_t second = 1;
-        const auto first = takeIndex(rest);
+        int second = 1;
+        const int first = takeIndex(rest).value_or(0);
         if (rule_.indices == Indices::Two) {
-            second = rest.starts_with('-') ? (rest.remove_prefix(1), takeIndex(rest)) : 0;
+            second = takeSecond(rest);
         }
         // At least one character in front of the semicolon.
         if (first > 0 && second > 0 && rest.size() > 2 && rest[0] == ':') {
@@ -52,8 +36,8 @@ class RuleWalk {
     }
     /// Counts up to where the indices end.
     void finish() {
-        for (std::int64_t first = 1; found_.contains(first) && found_[first].contains(1); ++first) {
-            std::int64_t second = 1;
+        for (int first = 1; found_.contains(first) && found_[first].contains(1); ++first) {
+            int second = 1;
             while (found_[first].contains(second + 1)) {
                 ++second;
             }
@@ -81,26 +65,29 @@ class RuleWalk {
         if (rule_.indices == Indices::None) {
             return true;
         }
-        const auto first = takeIndex(rest);
-        if (first < 1 || first > static_cast<std::int64_t>(last_.size())) {
+        const auto first = static_cast<std::size_t>(takeIndex(rest).value_or(0));
+        if (first < 1 || first > last_.size()) {
             return false;
         }
         if (rule_.indices == Indices::One) {
             return true;
         }
+        const int second = takeSecond(rest);
+        return second >= 1 && second <= last_[first - 1];
+    }
+    static int takeSecond(std::string_view& rest) {
         if (!rest.starts_with('-')) {
-            return false;
+            return 0;
         }
         rest.remove_prefix(1);
-        const auto second = takeIndex(rest);
-        return second >= 1 && second <= last_[static_cast<std::size_t>(first) - 1];
+        return takeIndex(rest).value_or(0);
     }
 
     ValueRule rule_;
     std::string stem_;
-    std::unordered_map<std::int64_t, std::unordered_set<std::int64_t>> found_;
+    std::unordered_map<int, std::unordered_set<int>> found_;
     /// For each first index, from 1, the last second index; 1 where there is no second.
-    std::vector<std::int64_t> last_;
+    std::vector<int> last_;
 };
 
 Rewritten applyTo(std::string& command, const std::vector<RuleWalk>& walks) {
@@ -113,8 +100,7 @@ Rewritten applyTo(std::string& command, const std::vector<RuleWalk>& walks) {
         if (!newValue) {
             return Rewritten::Deleted;
         }
-        command.resize(command.find(':') + 1);
-        command.append(*newValue).append(";");
+        setValue(command, *newValue);
         result = Rewritten::Changed;
     }
     return result;
@@ -122,9 +108,9 @@ Rewritten applyTo(std::string& command, const std::vector<RuleWalk>& walks) {
 
 }  // namespace
 
-bool applyRules(TmatsReader& reader, DocumentFiles& files, std::string_view name, char letter,
-                int index, std::span<const ValueRule> rules, IoStatus& status) {
-    const auto prefix = groupPrefix(letter, index);
+bool applyRules(TmatsReader& reader, const std::string& path, char letter, int index,
+                std::span<const ValueRule> rules, IoStatus& status) {
+    const auto prefix = groupHead(letter, index);
     std::vector<RuleWalk> walks;
     for (const auto& rule : rules) {
         if (rule.letter == letter) {
@@ -132,7 +118,7 @@ bool applyRules(TmatsReader& reader, DocumentFiles& files, std::string_view name
         }
     }
     bool any = false;
-    status = forEachCommand(reader, files.path(name), [&](const std::string& command) {
+    status = forEachCommand(reader, path, [&](const std::string& command) {
         for (auto& walk : walks) {
             // Cheaper than a search, and enough to know whether a second pass is worth it.
             any = any || command.find(walk.rule().code) != std::string::npos;
@@ -148,23 +134,24 @@ bool applyRules(TmatsReader& reader, DocumentFiles& files, std::string_view name
         walk.finish();
     }
     return rewriteGroupFile(
-        reader, files, name, [&](std::string& command) { return applyTo(command, walks); }, {},
-        status);
+        reader, path, [&](std::string& command) { return applyTo(command, walks); }, {}, status);
 }
 
-bool rewriteGroupFile(TmatsReader& reader, DocumentFiles& files, std::string_view name,
+bool rewriteGroupFile(TmatsReader& reader, const std::string& path,
                       const std::function<Rewritten(std::string& command)>& edit,
                       const std::function<std::string()>& tail, IoStatus& status) {
+    const auto beside = path + ".new";
     ByteSource source;
-    status = source.open(files.path(name));
+    status = source.open(path);
     if (!status.ok()) {
         status = isMissing(status) ? IoStatus() : status;
         return false;
     }
-    auto writer = files.writer(name);
+    FileWriter writer;
+    status = writer.open(beside, WriteMode::Truncate);
     bool changed = false;
     std::string command;
-    while (writer.status().ok() && reader.nextRawCommand(source, command)) {
+    while (status.ok() && reader.nextRawCommand(source, command)) {
         const auto result = edit(command);
         changed = changed || result != Rewritten::Same;
         if (result != Rewritten::Deleted) {
@@ -172,14 +159,18 @@ bool rewriteGroupFile(TmatsReader& reader, DocumentFiles& files, std::string_vie
             writer.write("\r\n");
         }
     }
-    if (writer.status().ok() && tail) {
+    if (status.ok() && tail) {
         const auto text = tail();
         writer.write(text);
         changed = changed || !text.empty();
     }
-    status = source.status();
-    if (status.ok()) {
-        status = changed ? writer.close() : writer.status();
+    const auto closed = writer.close();
+    status = !status.ok() ? status : source.status().ok() ? closed : source.status();
+    if (status.ok() && changed) {
+        status = renameFile(beside, path);
+    }
+    if (!status.ok() || !changed) {
+        (void)deleteFile(beside);
     }
     return status.ok() && changed;
 }

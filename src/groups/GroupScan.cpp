@@ -2,7 +2,7 @@
 
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
-#include "core/document/FieldIndex.h"
+#include "core/document/CommandIndex.h"
 #include "core/document/GroupFiles.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
@@ -14,41 +14,69 @@ namespace kavu {
 
 namespace {
 
-/// Appends the values of `code` for k from 1 to the value of `countCode`. The count is a
-/// number from a file: it is cut to the rows that a group can have.
-void readRows(FieldIndex& fields, UserInterface* parent, const std::string& prefix,
-              std::string_view countCode, std::string_view code, std::vector<std::string>& out) {
-    int count = 0;
-    fields.findIntField(parent, prefix, countCode, count);
-    count = std::min(count, kMostListRows);
-    for (int row = 1; row <= count; ++row) {
-        if (const auto name = fields.findField(parent, prefix, code, kNameLimit, row)) {
-            out.emplace_back(*name);
+/// One group file after the other, by the codes of its fields.
+class GroupFields {
+  public:
+    GroupFields(TmatsReader& reader, UserInterface* parent, char letter)
+        : reader_(reader), parent_(parent), letter_(letter) {}
+
+    IoStatus open(const DocumentContext& context, int index,
+                  std::initializer_list<std::string_view> codes) {
+        index_ = index;
+        commands_.clear();
+        return commands_.readFile(reader_, context.store.pathOf(groupFile(letter_, index)),
+                                  Comments::Skip, codes);
+    }
+    [[nodiscard]] int index() const { return index_; }
+    /// The value; empty if there is none.
+    [[nodiscard]] std::string text(std::string_view pattern, int limit, int row = 0) {
+        const auto found = commands_.findField(reader_, parent_, codeOf(pattern, row), limit);
+        return std::string(found.value_or(std::string_view()));
+    }
+    /// Appends the values of `pattern` for k from 1 to the value of `count`. That is a number
+    /// from a file: it is cut to the rows that a group can have.
+    void readRows(std::string_view count, std::string_view pattern, std::vector<std::string>& out) {
+        const int rows =
+            std::min(commands_.findIntField(parent_, codeOf(count, 0)).value_or(0), kMostListRows);
+        for (int row = 1; row <= rows; ++row) {
+            if (auto name = text(pattern, kNameLimit, row); !name.empty()) {
+                out.push_back(std::move(name));
+            }
         }
     }
-}
 
-std::string textOf(std::optional<std::string_view> value) {
-    return std::string(value.value_or(std::string_view()));
-}
+  private:
+    [[nodiscard]] std::string codeOf(std::string_view pattern, int row) const {
+        std::string code;
+        appendCode(code, letter_, index_, pattern, std::span(&row, 1));
+        return code;
+    }
 
-/// Calls `read(index, fields)` for every file of a group that is there.
+    TmatsReader& reader_;
+    UserInterface* parent_;
+    char letter_;
+    int index_ = 0;
+    CommandIndex commands_;
+};
+
+/// Calls `read(fields)` for every file of a group that is there.
 template <typename Read>
 bool readGroup(DocumentContext& context, UserInterface* parent, char letter,
-               const std::vector<std::string_view>& codes, const Read& read) {
+               std::initializer_list<std::string_view> codes, const Read& read) {
+    GroupFields fields(context.reader, parent, letter);
     for (int index = kLeastGroupIndex; index <= kMostGroupIndex; ++index) {
-        FieldIndex fields(context.reader, context.store.pathOf(groupFile(letter, index)), codes);
-        if (isMissing(fields.status())) {
+        const auto status = fields.open(context, index, codes);
+        if (isMissing(status)) {
             continue;
         }
-        if (!fields.status().ok()) {
-            reportUnableToRead(parent, fields.status());
+        if (!status.ok()) {
+            reportUnableToRead(parent, status);
             return false;
         }
         if (cancelRequested(parent)) {
             return false;
         }
-        read(index, fields);
+        read(fields);
     }
     return true;
 }
@@ -57,22 +85,6 @@ bool readGroup(DocumentContext& context, UserInterface* parent, char letter,
 
 bool isMissing(const IoStatus& status) {
     return status.code() == ENOENT;
-}
-
-FieldView fieldView(std::string_view command) {
-    const auto colon = command.find(':');
-    if (colon == std::string_view::npos) {
-        return {};
-    }
-    const auto backslash = command.substr(0, colon).find('\\');
-    if (backslash == std::string_view::npos) {
-        return {};
-    }
-    auto value = command.substr(colon + 1);
-    if (!value.empty() && value.back() == ';') {
-        value.remove_suffix(1);
-    }
-    return {command.substr(backslash + 1, colon - backslash - 1), value};
 }
 
 bool LinkNames::add(std::string_view name) {
@@ -98,7 +110,7 @@ GroupNames::GroupNames(DocumentContext& context, UserInterface* parent, char let
             continue;
         }
         if (status.ok()) {
-            const auto prefix = groupPrefix(letter, index);
+            const auto prefix = groupHead(letter, index);
             // The name stands at the front of most files, and there the look-up ends.
             const auto name =
                 context.reader.findField(parent, source, prefix, nameCode(letter), kNameLimit);
@@ -128,14 +140,6 @@ std::string_view nameCode(char letter) {
     return std::string_view("TRMV").find(letter) == std::string_view::npos ? "DLN" : "ID";
 }
 
-std::string groupPrefix(char letter, int index) {
-    std::string prefix(1, letter);
-    prefix += '-';
-    appendNumber(prefix, index);
-    prefix += '\\';
-    return prefix;
-}
-
 int firstFreeIndex(const DocumentContext& context, char letter) {
     for (int index = kLeastGroupIndex; index <= kMostGroupIndex; ++index) {
         // A file that can not be probed may be there, and must not be overwritten.
@@ -151,33 +155,30 @@ int firstFreeIndex(const DocumentContext& context, char letter) {
 bool readPcmLinks(DocumentContext& context, UserInterface* parent, std::vector<PcmLinks>& formats) {
     return readGroup(context, parent, 'P',
                      {"DLN", "TF", "AEF\\N", "AEF\\DLN-", "ADM\\N", "ADM\\DMN-"},
-                     [&](int index, FieldIndex& fields) {
-                         const auto prefix = groupPrefix('P', index);
+                     [&](GroupFields& fields) {
                          PcmLinks format;
-                         format.index = index;
-                         format.link = textOf(fields.findField(parent, prefix, "DLN", kNameLimit));
-                         format.format = textOf(fields.findField(parent, prefix, "TF", 0));
-                         readRows(fields, parent, prefix, "AEF\\N", "AEF\\DLN-%d", format.embedded);
-                         readRows(fields, parent, prefix, "ADM\\N", "ADM\\DMN-%d", format.embedded);
+                         format.index = fields.index();
+                         format.link = fields.text("DLN", kNameLimit);
+                         format.format = fields.text("TF", 0);
+                         fields.readRows("AEF\\N", "AEF\\DLN-n", format.embedded);
+                         fields.readRows("ADM\\N", "ADM\\DMN-n", format.embedded);
                          formats.push_back(std::move(format));
                      });
 }
 
 bool readMultiplexes(DocumentContext& context, UserInterface* parent,
                      std::vector<Multiplex>& multiplexes) {
-    return readGroup(
-        context, parent, 'M', {"ID", "BB\\DLN", "SI\\N", "SI\\DLN-"},
-        [&](int index, FieldIndex& fields) {
-            const auto prefix = groupPrefix('M', index);
-            Multiplex multiplex;
-            multiplex.index = index;
-            multiplex.source = textOf(fields.findField(parent, prefix, "ID", kNameLimit));
-            if (const auto link = fields.findField(parent, prefix, "BB\\DLN", kNameLimit)) {
-                multiplex.links.emplace_back(*link);
-            }
-            readRows(fields, parent, prefix, "SI\\N", "SI\\DLN-%d", multiplex.links);
-            multiplexes.push_back(std::move(multiplex));
-        });
+    return readGroup(context, parent, 'M', {"ID", "BB\\DLN", "SI\\N", "SI\\DLN-"},
+                     [&](GroupFields& fields) {
+                         Multiplex multiplex;
+                         multiplex.index = fields.index();
+                         multiplex.source = fields.text("ID", kNameLimit);
+                         if (auto link = fields.text("BB\\DLN", kNameLimit); !link.empty()) {
+                             multiplex.links.push_back(std::move(link));
+                         }
+                         fields.readRows("SI\\N", "SI\\DLN-n", multiplex.links);
+                         multiplexes.push_back(std::move(multiplex));
+                     });
 }
 
 }  // namespace kavu

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/TmatsReader.h"
+#include "core/command/CommandPath.h"
 #include "core/files/FileIo.h"
 #include "core/talk/FileReports.h"
 
@@ -24,14 +25,6 @@ inline constexpr int kMostListRows = 99;
 
 /// True if the file is not there at all, which is no failure for a pass over files.
 [[nodiscard]] bool isMissing(const IoStatus& status);
-
-/// The field and the value of a command, without its `;`. Both are views into the command;
-/// a command without `\` or `:` has neither.
-struct FieldView {
-    std::string_view code;
-    std::string_view value;
-};
-[[nodiscard]] FieldView fieldView(std::string_view command);
 
 /// Calls `visit(command)` for every command of a file until it gives false.
 template <typename Visit>
@@ -93,8 +86,6 @@ class GroupNames {
 
 /// The code of the name that a group's files carry: "ID" or "DLN".
 [[nodiscard]] std::string_view nameCode(char letter);
-/// The head of a group's codes, such as "P-1\".
-[[nodiscard]] std::string groupPrefix(char letter, int index);
 /// The first index from 1 for which a group has no file; 100 if all are taken.
 [[nodiscard]] int firstFreeIndex(const DocumentContext& context, char letter);
 

@@ -31,8 +31,8 @@ bool isBusField(std::string_view field) {
 }
 
 Rewritten dropThirdIndex(std::string& command) {
-    const auto field = fieldView(command);
-    if (!isBusField(field.code)) {
+    const auto view = viewCommand(command);
+    if (!isBusField(view.field)) {
         return Rewritten::Same;
     }
     const auto indices = parseCommandIndices(command);
@@ -43,8 +43,8 @@ Rewritten dropThirdIndex(std::string& command) {
         return Rewritten::Deleted;
     }
     command = formatPrintf("%c-%d\\%s-%d-%d:%s;", indices.letter, indices.group,
-                           std::string(field.code.substr(0, field.code.find('-'))),
-                           indices.fields[0], indices.fields[1], std::string(field.value));
+                           std::string(codeHead(view.field)), indices.fields[0], indices.fields[1],
+                           std::string(view.value));
     return Rewritten::Changed;
 }
 
@@ -66,29 +66,29 @@ class FilterLists {
   public:
     /// Takes the names and the tags of the first look at the file.
     void collect(const std::string& command) {
-        const auto field = fieldView(command);
-        if (!isOldFilterCode(field.code)) {
+        const auto view = viewCommand(command);
+        if (!isOldFilterCode(view.field)) {
             return;
         }
         found_ = true;
-        if (field.value.empty()) {
+        if (view.value.empty()) {
             return;
         }
-        if (startsWithIgnoreCase(field.code, kNameCode)) {
-            selected_.emplace(placeOf(command), field.value);
-        } else if (startsWithIgnoreCase(field.code, kTagCode)) {
-            tags_.emplace(placeOf(command), field.value);
+        if (startsWithIgnoreCase(view.field, kNameCode)) {
+            selected_.emplace(placeOf(command), view.value);
+        } else if (startsWithIgnoreCase(view.field, kTagCode)) {
+            tags_.emplace(placeOf(command), view.value);
         }
     }
     /// Takes the names of measurements that have a tag, and drops the old commands.
     Rewritten rewrite(const std::string& command) {
-        const auto field = fieldView(command);
-        if (isOldFilterCode(field.code)) {
+        const auto view = viewCommand(command);
+        if (isOldFilterCode(view.field)) {
             return Rewritten::Deleted;
         }
-        if (startsWithIgnoreCase(field.code, kMeasurementCode) && !field.value.empty() &&
+        if (startsWithIgnoreCase(view.field, kMeasurementCode) && !view.value.empty() &&
             tags_.contains(placeOf(command))) {
-            tagged_.emplace(placeOf(command), field.value);
+            tagged_.emplace(placeOf(command), view.value);
         }
         return Rewritten::Same;
     }
@@ -166,7 +166,7 @@ bool joinFilterLists(DocumentContext& context, const std::string& name, int inde
     return rewriteGroupFile(
         context.reader, context.files, name,
         [&lists](const std::string& command) { return lists.rewrite(command); },
-        [&] { return lists.newList(groupPrefix('D', index)); }, status);
+        [&] { return lists.newList(groupHead('D', index)); }, status);
 }
 
 bool needsWordFrames(DocumentContext& context, UserInterface* parent, IoStatus& status) {
@@ -180,8 +180,8 @@ bool needsWordFrames(DocumentContext& context, UserInterface* parent, IoStatus& 
             status =
                 forEachCommand(context.reader, context.store.pathOf(groupFile(test.letter, index)),
                                [&](const std::string& command) {
-                                   const auto field = fieldView(command);
-                                   found = test.found(field.code, field.value);
+                                   const auto view = viewCommand(command);
+                                   found = test.found(view.field, view.value);
                                    return !found;
                                });
             if (isMissing(status)) {

@@ -16,13 +16,18 @@ namespace {
 constexpr std::size_t kMostLinesShown = 12;
 constexpr std::size_t kMostCharactersShown = 72;
 
+/// Codes of commands are compared without regard to case and to blanks at their end.
+std::string codeKey(const CommandView& command) {
+    return lowerAscii(keyOf(command));
+}
+
 std::unordered_set<std::string> codesOf(std::string_view text) {
     std::unordered_set<std::string> codes;
     auto source = ByteSource::fromMemory(text);
     TmatsReader reader;
     std::string command;
     while (reader.nextCommand(source, command)) {
-        codes.insert(commandKey(command));
+        codes.insert(codeKey(viewCommand(command)));
     }
     return codes;
 }
@@ -61,56 +66,42 @@ MessageBox questionOf(const std::vector<std::string>& dropped) {
 
 }  // namespace
 
-std::string commandKey(std::string_view command) {
-    return lowerAscii(trimRight(command.substr(0, command.find(':'))));
-}
-
-void KeptCommands::add(std::string command) {
-    auto key = commandKey(command);
-    commands_.push_back({std::move(command), std::move(key), false});
-}
-
-void KeptCommands::markRead(std::size_t place) {
-    commands_[place].read = true;
-    readCodes_.insert(commands_[place].code);
-}
-
 void KeptCommands::markCode(std::string_view code) {
     markedCodes_.insert(lowerAscii(code));
 }
 
 void KeptCommands::recode(const std::function<bool(std::string& code)>& change) {
-    std::vector<Command> left;
-    left.reserve(commands_.size());
-    readCodes_.clear();
-    for (auto& command : commands_) {
-        const auto colon = command.text.find(':');
-        auto code = command.text.substr(0, colon);
-        if (colon != std::string::npos && !change(code)) {
+    CommandIndex left;
+    for (std::size_t place = 0; place < commands_.size(); ++place) {
+        const auto command = commands_.at(place);
+        std::string text(command.code);
+        if (command.hasColon && !change(text)) {
             continue;
         }
-        command.text.replace(0, std::min(colon, command.text.size()), code);
-        command.code = commandKey(command.text);
-        if (command.read) {
-            readCodes_.insert(command.code);
+        left.add(text.append(command.text.substr(command.code.size())));
+        if (commands_.isRead(place)) {
+            left.markRead(left.size() - 1);
         }
-        left.push_back(std::move(command));
     }
     commands_ = std::move(left);
 }
 
-void KeptCommands::clear() {
-    *this = KeptCommands();
-}
-
 std::vector<std::string> KeptCommands::dropped(std::string_view rewritten) const {
     const auto written = codesOf(rewritten);
+    std::unordered_set<std::string> read;
+    for (std::size_t place = 0; place < commands_.size(); ++place) {
+        if (commands_.isRead(place)) {
+            read.insert(codeKey(commands_.at(place)));
+        }
+    }
     std::vector<std::string> lost;
-    for (const auto& [text, code, read] : commands_) {
+    for (std::size_t place = 0; place < commands_.size(); ++place) {
+        const auto command = commands_.at(place);
+        const auto code = codeKey(command);
         const bool isWritten = written.contains(code);
-        const bool isRepeat = readCodes_.contains(code);
-        if (!read && isWritten == isRepeat && !markedCodes_.contains(code)) {
-            lost.push_back(text);
+        const bool isRepeat = read.contains(code);
+        if (!commands_.isRead(place) && isWritten == isRepeat && !markedCodes_.contains(code)) {
+            lost.emplace_back(command.text);
         }
     }
     return lost;

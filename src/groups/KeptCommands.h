@@ -11,6 +11,8 @@
 // `GroupSource` and `storeGroup` (GroupRecord.h) do this for editors with a vocabulary table.
 #pragma once
 
+#include "core/document/CommandIndex.h"
+
 #include <cstddef>
 #include <functional>
 #include <string>
@@ -25,10 +27,10 @@ class UserInterface;
 class KeptCommands {
   public:
     /// The next command of the file, whole, as it stands there ("T-1\RF1:2200.5;").
-    void add(std::string command);
+    void add(std::string_view command) { commands_.add(command); }
     /// The command at this place, counted from 0 in the order of `add`, was read.
     /// REQUIRES: place < size().
-    void markRead(std::size_t place);
+    void markRead(std::size_t place) { commands_.markRead(place); }
     /// All commands of this code ("G\FN", in any case) are somebody else's to write, or are
     /// to go: none of them is kept.
     void markCode(std::string_view code);
@@ -36,7 +38,9 @@ class KeptCommands {
     /// alter a code ("R-1\TK1-3"); false drops the command, whose row is gone.
     void recode(const std::function<bool(std::string& code)>& change);
     [[nodiscard]] std::size_t size() const { return commands_.size(); }
-    void clear();
+    void clear() { *this = {}; }
+    /// The commands, to read them from a file and to look them up.
+    [[nodiscard]] CommandIndex& commands() { return commands_; }
 
     /// The commands that would be lost if the file became `rewritten`, in their old order with
     /// their repeats. Kept are
@@ -47,18 +51,9 @@ class KeptCommands {
     [[nodiscard]] std::vector<std::string> dropped(std::string_view rewritten) const;
 
   private:
-    struct Command {
-        std::string text;
-        std::string code;  ///< in lower case
-        bool read = false;
-    };
-    std::vector<Command> commands_;
-    std::unordered_set<std::string> readCodes_;
+    CommandIndex commands_;
     std::unordered_set<std::string> markedCodes_;
 };
-
-/// The part of a command in front of its first `:`, in lower case: what it is compared by.
-[[nodiscard]] std::string commandKey(std::string_view command);
 
 /// Lists what would be dropped and asks whether to keep it, with Yes as default. Gives the
 /// lines to append: all of it with Yes, nothing with No, without a parent, or (then nobody is

@@ -216,11 +216,11 @@ bool gatherRecordedLinks(DocumentContext& context, UserInterface* parent, LinkNa
         const auto status =
             forEachCommand(context.reader, context.store.pathOf(groupFile('R', index)),
                            [&](const std::string& command) {
-                               const auto field = fieldView(command);
-                               if (isRecordedLinkCode(field.code) && !field.value.empty()) {
+                               const auto view = viewCommand(command);
+                               if (isRecordedLinkCode(view.field) && !view.value.empty()) {
                                    // A subchannel's name has no limit of its own, so a longer one
                                    // is no fault: it is compared as a link name would be read.
-                                   links.add(field.value.substr(0, kNameLimit));
+                                   links.add(view.value.substr(0, kNameLimit));
                                }
                                return true;
                            });

@@ -50,9 +50,9 @@ bool StreamFiles::readNames(UserInterface* parent, std::string_view link,
     const auto status = forEachCommand(
         context_.reader, context_.store.pathOf(groupFile(letter, index)),
         [&](const std::string& command) {
-            const auto field = fieldView(command);
-            if (startsWithIgnoreCase(field.code, kNameBeginning) && !field.value.empty()) {
-                take(field.value);
+            const auto view = viewCommand(command);
+            if (startsWithIgnoreCase(view.field, kNameBeginning) && !view.value.empty()) {
+                take(view.value);
             }
             if (++count % kPollEvery == 0) {
                 yieldToInterface(parent);

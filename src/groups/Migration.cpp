@@ -4,8 +4,8 @@
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "core/document/CommandIndex.h"
 #include "core/document/DocumentFiles.h"
-#include "core/document/FieldIndex.h"
 #include "core/document/GroupFiles.h"
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
@@ -188,21 +188,20 @@ class Migration {
             return rewriteGroupFile(
                 context_.reader, context_.files, name,
                 [&](std::string& command) {
-                    const auto field = fieldView(command);
-                    if (!equalsIgnoreCase(field.code, "RI4") &&
-                        !equalsIgnoreCase(field.code, "RI5")) {
+                    const auto view = viewCommand(command);
+                    if (!equalsIgnoreCase(view.field, "RI4") &&
+                        !equalsIgnoreCase(view.field, "RI5")) {
                         return Rewritten::Same;
                     }
-                    const auto date = convertDate(field.value, sourceYear, currentYear);
+                    const auto date = convertDate(view.value, sourceYear, currentYear);
                     if (!date) {
                         return Rewritten::Same;
                     }
-                    const auto colon = command.find(':') + 1;
                     if (date->doubtful) {
-                        reportDoubtfulDate(context_, parent_, command.substr(0, colon - 1),
-                                           field.value, date->text);
+                        reportDoubtfulDate(context_, parent_, std::string(view.code), view.value,
+                                           date->text);
                     }
-                    command.replace(colon, std::string::npos, date->text + ";");
+                    setValue(command, date->text);
                     return Rewritten::Changed;
                 },
                 {}, status_);
@@ -231,10 +230,13 @@ class Migration {
             setStatusText(
                 parent_, formatPrintf("Converting measurements to Word/Frame (Stream #%d)", index));
             setProgressBar(parent_, 50 + 50.0 * index / kMostGroupIndex);
-            FieldIndex fields(context_.reader, context_.files.path(name), {"TF"});
-            status_ = fields.status();
-            const auto format = fields.findField(parent_, groupPrefix('P', index), "TF", 0);
-            return (format == "ONE" || format == "TWO") && convertStream_(parent_, index);
+            CommandIndex fields;
+            status_ = fields.readFile(context_.reader, context_.files.path(name), Comments::Skip,
+                                      {"TF"});
+            yieldToInterface(parent_);
+            const auto format = fields.find(groupHead('P', index) + "TF");
+            return format && (format->value == "ONE" || format->value == "TWO") &&
+                   convertStream_(parent_, index);
         });
     }
 

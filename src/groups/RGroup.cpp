@@ -75,7 +75,7 @@ void beginGroup(DocumentContext& context, UserInterface* parent, RecorderGroup& 
 /// True for a field of one of the lists that are no tracks.
 bool isOfAnotherList(std::string_view field) {
     const auto isCode = [&](std::string_view code) {
-        return equalsIgnoreCase(field, code.substr(0, code.find('-')));
+        return equalsIgnoreCase(field, codeHead(code));
     };
     const auto isIt = [&](const Field& other) {
         return !other.list.empty() && (isCode(other.code) || isCode(other.codeToXml));
@@ -201,15 +201,15 @@ KeptCommands recorderLeftovers(const RecorderGroup& group) {
     for (std::size_t i = 0; i < group.tracks.size(); ++i) {
         numbers[group.tracks[i].fileRow] = i + 1;
     }
-    const auto prefix = codePrefix('R', group.index);
+    const auto prefix = groupHead('R', group.index);
     auto kept = group.kept;
     kept.recode([&](std::string& code) {
-        const auto dash = code.find('-', prefix.size());
-        if (!startsWithIgnoreCase(code, prefix) || dash == std::string::npos ||
-            isOfAnotherList(std::string_view(code).substr(prefix.size(), dash - prefix.size()))) {
+        const auto cut = cutAtRow(code, prefix.size());
+        if (!startsWithIgnoreCase(code, prefix) || !cut ||
+            isOfAnotherList(codeHead(std::string_view(code).substr(prefix.size())))) {
             return true;
         }
-        const auto row = clampedCount(std::string_view(code).substr(dash + 1), kMostTracks);
+        const auto row = clampedCount(cut->rest, kMostTracks);
         if (!group.rowsRead.contains(row)) {
             return true;
         }
@@ -217,10 +217,7 @@ KeptCommands recorderLeftovers(const RecorderGroup& group) {
         if (now == numbers.end()) {
             return false;
         }
-        const auto end = std::find_if_not(code.begin() + static_cast<std::ptrdiff_t>(dash) + 1,
-                                          code.end(), isDigit);
-        code =
-            code.substr(0, dash + 1) + std::to_string(now->second) + std::string(end, code.end());
+        code = withRow(*cut, now->second);
         return true;
     });
     for (const auto table : {recorderFieldsBeforeTracks(), recorderFieldsBehindTracks()}) {

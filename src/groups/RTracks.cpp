@@ -199,8 +199,7 @@ const Field* itemCount(const ChannelType& type, int edition) {
 }
 
 std::string detailKey(const ChannelType& type, const Field& field) {
-    return std::string(field.code == kDataLinkCode ? type.linkKey
-                                                   : field.code.substr(0, field.code.find('-')));
+    return std::string(field.code == kDataLinkCode ? type.linkKey : codeHead(field.code));
 }
 
 const Choice* choiceOfValue(const Field& field, int edition, std::string_view stored) {

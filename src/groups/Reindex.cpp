@@ -68,9 +68,9 @@ class Reindexer {
         return walk(wildcard, [&](const std::string& file) {
             const auto status = forEachCommand(
                 context_.reader, context_.files.path(file), [&](const std::string& command) {
-                    const auto field = fieldView(command);
-                    if (wanted(field.code)) {
-                        links_.add(field.value.substr(0, kNameLimit));
+                    const auto view = viewCommand(command);
+                    if (wanted(view.field)) {
+                        links_.add(view.value.substr(0, kNameLimit));
                     }
                     return true;
                 });
@@ -94,8 +94,8 @@ class Reindexer {
                     break;
                 }
                 // The text may also stand inside the value of another command.
-                const auto field = fieldView(*command);
-                name = equalsIgnoreCase(field.code, code) ? field.value.substr(0, kNameLimit)
+                const auto view = viewCommand(*command);
+                name = equalsIgnoreCase(view.field, code) ? view.value.substr(0, kNameLimit)
                                                           : std::string_view();
             }
             if (!status.ok()) {
@@ -121,11 +121,11 @@ class Reindexer {
         const auto status =
             forEachCommand(context_.reader, context_.store.pathOf(working::kGeneral),
                            [this](const std::string& command) {
-                               const auto field = fieldView(command);
+                               const auto view = viewCommand(command);
                                // All rows, whatever the count says: to be named in one keeps a
                                // source.
-                               if (startsWithIgnoreCase(field.code, "DSI-")) {
-                                   sources_.add(field.value.substr(0, kNameLimit));
+                               if (startsWithIgnoreCase(view.field, "DSI-")) {
+                                   sources_.add(view.value.substr(0, kNameLimit));
                                }
                                return true;
                            });

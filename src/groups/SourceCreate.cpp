@@ -68,7 +68,7 @@ struct NewStream {
 class StreamText {
   public:
     StreamText(const DocumentContext& context, const NewStream& stream, int index)
-        : settings_(context.settings), stream_(stream), prefix_(groupPrefix('P', index)) {}
+        : settings_(context.settings), stream_(stream), prefix_(groupHead('P', index)) {}
 
     std::string make() {
         put("DLN", stream_.link);

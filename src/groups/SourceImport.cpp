@@ -192,11 +192,11 @@ class SourceImporter {
             [&](char letter, std::int64_t index, const std::string& command) {
                 const auto record = letter == 'C' ? wanted.find(index) : wanted.end();
                 if (record != wanted.end()) {
-                    const auto field = fieldView(command);
-                    const bool name = startsWithIgnoreCase(field.code, "DCN");
+                    const auto view = viewCommand(command);
+                    const bool name = startsWithIgnoreCase(view.field, "DCN");
                     raw.write(formatPrintf(
-                        "C-%s\\%s:%s;\r\n", std::to_string(record->second.number), field.code,
-                        name ? std::string_view(record->second.name) : field.value));
+                        "C-%s\\%s:%s;\r\n", std::to_string(record->second.number), view.field,
+                        name ? std::string_view(record->second.name) : view.value));
                 }
                 return true;
             },

@@ -27,7 +27,8 @@ struct GroupOf {
     std::int64_t index = 0;
 };
 GroupOf groupOf(std::string_view command) {
-    if (command.size() < 4 || command[1] != '-' || command.find('\\') > command.find(':')) {
+    const auto view = viewCommand(command);
+    if (command.size() < 4 || command[1] != '-' || (view.hasColon && view.head.empty())) {
         return {};
     }
     return {command[0], leadingInteger(command.substr(2))};
@@ -106,25 +107,24 @@ bool SourceImportFile::read(UserInterface* parent, const std::function<bool(std:
 }
 
 void SourceImportFile::noteGeneral(UserInterface* parent, std::string_view command) {
-    const auto field = fieldView(command);
-    if (const int row = rowOf(field.code, "DSI-"); row > 0) {
-        const auto code = command.substr(0, command.find(':'));
-        const auto name = context_.reader.applyLimit(parent, code, field.value, kNameLimit);
+    const auto view = viewCommand(command);
+    if (const int row = rowOf(view.field, "DSI-"); row > 0) {
+        const auto name = context_.reader.applyLimit(parent, view.code, view.value, kNameLimit);
         listNames_.try_emplace(row, name);
-    } else if (const int typeRow = rowOf(field.code, "DST-"); typeRow > 0) {
-        listTypes_.try_emplace(typeRow, field.value.substr(0, 3));
+    } else if (const int typeRow = rowOf(view.field, "DST-"); typeRow > 0) {
+        listTypes_.try_emplace(typeRow, view.value.substr(0, 3));
     }
 }
 
 void SourceImportFile::note(UserInterface* parent, char letter, std::int64_t index,
                             std::string_view command) {
-    const auto field = fieldView(command);
-    if (field.value.empty()) {
+    const auto view = viewCommand(command);
+    if (view.value.empty()) {
         return;
     }
     if (letter == 'C') {
-        if (startsWithIgnoreCase(field.code, kConversionName)) {
-            conversions_.try_emplace(std::string(field.value), index);
+        if (startsWithIgnoreCase(view.field, kConversionName)) {
+            conversions_.try_emplace(std::string(view.value), index);
         }
         return;
     }
@@ -136,22 +136,21 @@ void SourceImportFile::note(UserInterface* parent, char letter, std::int64_t ind
 
 void SourceImportFile::noteField(UserInterface* parent, char letter, Group& group,
                                  std::string_view command) {
-    const auto field = fieldView(command);
+    const auto view = viewCommand(command);
     const auto first = [&](std::string& text) {
         if (text.empty()) {
-            const auto code = command.substr(0, command.find(':'));
-            text = context_.reader.applyLimit(parent, code, field.value, kNameLimit);
+            text = context_.reader.applyLimit(parent, view.code, view.value, kNameLimit);
         }
     };
-    if (equalsIgnoreCase(field.code, nameCode(letter))) {
+    if (equalsIgnoreCase(view.field, nameCode(letter))) {
         first(group.name);
-    } else if (letter == 'P' && equalsIgnoreCase(field.code, "TF")) {
-        group.format = group.format.empty() ? std::string(field.value) : group.format;
-    } else if (letter == 'M' && equalsIgnoreCase(field.code, "BB\\DLN")) {
+    } else if (letter == 'P' && equalsIgnoreCase(view.field, "TF")) {
+        group.format = group.format.empty() ? std::string(view.value) : group.format;
+    } else if (letter == 'M' && equalsIgnoreCase(view.field, "BB\\DLN")) {
         first(group.baseband);
-    } else if (letter == 'M' && equalsIgnoreCase(field.code, "SI\\N")) {
-        group.count = std::clamp(leadingInt(field.value), 0, kMostListRows);
-    } else if (const int row = letter == 'M' ? rowOf(field.code, "SI\\DLN-") : 0; row > 0) {
+    } else if (letter == 'M' && equalsIgnoreCase(view.field, "SI\\N")) {
+        group.count = std::clamp(leadingInt(view.value), 0, kMostListRows);
+    } else if (const int row = letter == 'M' ? rowOf(view.field, "SI\\DLN-") : 0; row > 0) {
         first(group.subcarriers[row]);
     }
 }

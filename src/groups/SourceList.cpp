@@ -24,23 +24,17 @@ std::string rowText(int row, std::string_view name, std::string_view type) {
     return type.empty() ? text : text + formatPrintf("%s%d:%s;\r\n", kType, row, type);
 }
 
-/// The code of a command with its head, or nothing.
-std::string_view codeOf(std::string_view command) {
-    const auto colon = command.find(':');
-    return colon == std::string_view::npos ? std::string_view() : command.substr(0, colon);
-}
-
 /// Calls `visit(row, isName, value)` for every name and every type of the list, whatever the
 /// count says.
 template <typename Visit>
 IoStatus forEachRow(DocumentContext& context, const Visit& visit) {
     const auto status = forEachCommand(
         context.reader, context.store.pathOf(working::kGeneral), [&](const std::string& command) {
-            const auto code = codeOf(command);
-            const bool isName = startsWithIgnoreCase(code, kName);
-            if (isName || startsWithIgnoreCase(code, kType)) {
+            const auto view = viewCommand(command);
+            const bool isName = startsWithIgnoreCase(view.code, kName);
+            if (isName || startsWithIgnoreCase(view.code, kType)) {
                 static_assert(kName.size() == kType.size());
-                visit(leadingInteger(code.substr(kName.size())), isName, fieldView(command).value);
+                visit(leadingInteger(view.code.substr(kName.size())), isName, view.value);
             }
             return true;
         });
@@ -82,7 +76,7 @@ IoStatus appendSource(DocumentContext& context, int rows, std::string_view name,
     }
     bool counted = false;
     const auto edit = [&](std::string& command) {
-        const auto code = codeOf(command);
+        const auto code = viewCommand(command).code;
         if (equalsIgnoreCase(code, kCount)) {
             if (counted) {
                 return Rewritten::Deleted;
@@ -124,7 +118,7 @@ IoStatus readUncountedSources(DocumentContext& context, int counted,
 IoStatus rewriteSources(DocumentContext& context, std::span<const DataSource> rows,
                         std::span<const DataSource> uncounted) {
     const auto edit = [](std::string& command) {
-        const auto code = codeOf(command);
+        const auto code = viewCommand(command).code;
         const bool listed = equalsIgnoreCase(code, kCount) || startsWithIgnoreCase(code, kName) ||
                             startsWithIgnoreCase(code, kType);
         return listed ? Rewritten::Deleted : Rewritten::Same;
@@ -152,16 +146,15 @@ bool replaceValues(
     return rewriteGroupFile(
         context.reader, context.files, name,
         [&](std::string& command) {
-            const auto field = fieldView(command);
-            if (field.code.empty() || field.value.empty()) {
+            const auto view = viewCommand(command);
+            if (view.field.empty() || view.value.empty()) {
                 return Rewritten::Same;
             }
-            const auto value = newValue(field.code, field.value);
+            const auto value = newValue(view.field, view.value);
             if (!value) {
                 return Rewritten::Same;
             }
-            command.resize(command.find(':') + 1);
-            command.append(*value).append(";");
+            setValue(command, *value);
             return Rewritten::Changed;
         },
         {}, status);

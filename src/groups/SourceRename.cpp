@@ -71,8 +71,8 @@ class Renaming {
         bool holds = false;
         auto status = forEachCommand(
             context_.reader, context_.files.path(name), [&](const std::string& command) {
-                const auto field = fieldView(command);
-                holds = !field.code.empty() && wanted(field.code) && matches(field.value);
+                const auto view = viewCommand(command);
+                holds = !view.field.empty() && wanted(view.field) && matches(view.value);
                 return !holds;
             });
         if (isMissing(status)) {

@@ -87,7 +87,7 @@ bool SourceTransfer::expect(UserInterface* parent, char letter, int oldIndex) {
     }
     auto& group = groups_[{letter, oldIndex}];
     group.newIndex = index;
-    group.prefix = groupPrefix(letter, index);
+    group.prefix = groupHead(letter, index);
     const auto path = context_.store.pathOf(kStaged + groupFile(letter, index));
     if (const auto status = group.writer.open(path, WriteMode::Truncate); !status.ok()) {
         reportUnableToWrite(parent, status);
@@ -122,15 +122,15 @@ std::string SourceTransfer::newValue(char letter, std::string_view code, std::st
 
 void SourceTransfer::take(char letter, int oldIndex, std::string_view command) {
     const auto found = groups_.find({letter, oldIndex});
-    const auto field = fieldView(command);
-    if (found == groups_.end() || field.code.empty()) {
+    const auto view = viewCommand(command);
+    if (found == groups_.end() || view.field.empty()) {
         return;
     }
     auto& writer = found->second.writer;
     writer.write(found->second.prefix);
-    writer.write(field.code);
+    writer.write(view.field);
     writer.put(':');
-    writer.write(newValue(letter, field.code, field.value));
+    writer.write(newValue(letter, view.field, view.value));
     writer.write(";\r\n");
 }
 

@@ -78,7 +78,7 @@ std::string_view vocabularyName(char letter) {
 }
 
 std::string CommandCode::text() const {
-    return codePrefix(letter, index) + field;
+    return groupHead(letter, index) + field;
 }
 
 std::optional<CommandCode> parseCommandCode(std::string_view code) {

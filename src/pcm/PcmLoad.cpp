@@ -166,6 +166,19 @@ void PcmLoad::logLastCommands(std::string_view commands) {
     }
 }
 
+std::optional<std::string_view> PcmLoad::text(std::string_view field, int limit) {
+    return fields->findField(format.context().reader, parent, prefix + std::string(field), limit);
+}
+
+std::optional<int> PcmLoad::number(std::string_view field) {
+    return fields->findIntField(parent, prefix + std::string(field));
+}
+
+std::optional<int> PcmLoad::limitedNumber(std::string_view field, int limit) {
+    const auto value = text(field, limit);
+    return value ? std::optional(std::max(0, leadingInt(*value))) : std::nullopt;
+}
+
 bool PcmLoad::cancelled() {
     yieldToInterface(parent);
     abort = abort || cancelRequested(parent);
@@ -187,7 +200,7 @@ int findStreamGroup(PcmFormat& format, UserInterface* parent, char letter,
         }
         // No message for a long name here: the load of that stream has its own.
         const auto name =
-            context.reader.findField(parent, source, groupPrefix(letter, index), "DLN", 0);
+            context.reader.findField(parent, source, groupHead(letter, index), "DLN", 0);
         if (name && name->substr(0, kNameLimit) == streamName.substr(0, kNameLimit)) {
             return index;
         }

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "core/TmatsDocument.h"
-#include "core/document/FieldIndex.h"
+#include "core/document/CommandIndex.h"
 #include "core/talk/Messages.h"
 #include "core/talk/UserInterface.h"
 #include "pcm/PcmFormat.h"
@@ -34,10 +34,10 @@ class PcmLoad {
 
     PcmFormat& format;
     UserInterface* parent;
-    FieldIndex* fields = nullptr;  ///< of the group that is being read
-    std::string prefix;            ///< "P-1\" or "D-1\"
-    int result = 0;                ///< 0 clean, 1 corrected
-    bool abort = false;            ///< a fatal error or a cancel
+    CommandIndex* fields = nullptr;  ///< of the group that is being read
+    std::string prefix;              ///< "P-1\" or "D-1\"
+    int result = 0;                  ///< 0 clean, 1 corrected
+    bool abort = false;              ///< a fatal error or a cancel
     CounterQuestion counterQuestion;
     bool isNew = false;            ///< there was no P group: the format comes from the settings
     bool countsSubframes = false;  ///< a counter of the P group has an `SF\N` above 0
@@ -73,31 +73,12 @@ class PcmLoad {
                Button::Yes;
     }
 
-    /// The value of a field, which lives as long as the field index.
-    template <typename... Args>
-    [[nodiscard]] std::optional<std::string_view> text(std::string_view code, int limit,
-                                                       const Args&... args) {
-        return fields->findField(parent, prefix, code, limit, args...);
-    }
+    /// The value of a field, which lives as long as `fields`.
+    [[nodiscard]] std::optional<std::string_view> text(std::string_view field, int limit);
     /// The value, or nothing; a negative number counts as 0.
-    template <typename... Args>
-    [[nodiscard]] std::optional<int> number(std::string_view code, const Args&... args) {
-        int value = 0;
-        return fields->findIntField(parent, prefix, code, value, args...) ? std::optional(value)
-                                                                          : std::nullopt;
-    }
+    [[nodiscard]] std::optional<int> number(std::string_view field);
     /// The value cut to its limit, as a number; a negative one counts as 0.
-    template <typename... Args>
-    [[nodiscard]] std::optional<int> limitedNumber(std::string_view code, int limit,
-                                                   const Args&... args) {
-        const auto value = fields->findField(parent, prefix, code, limit, args...);
-        return value ? std::optional(std::max(0, leadingInt(*value))) : std::nullopt;
-    }
-    /// The code of a command as messages name it, without its prefix.
-    template <typename... Args>
-    [[nodiscard]] static std::string code(std::string_view format, const Args&... args) {
-        return formatPrintf(format, args...);
-    }
+    [[nodiscard]] std::optional<int> limitedNumber(std::string_view field, int limit);
     /// Lets the interface breathe, and tells if the user has cancelled.
     [[nodiscard]] bool cancelled();
     /// A status text, at most once a second.

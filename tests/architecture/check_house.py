@@ -30,6 +30,9 @@ ROOMS = {
     "core": ["text", "files", "talk", "command", "document"],
     "pcm": ["model", "structure", "read", "write", "undo", "edit", "display"],
 }
+# Folders in which a header with its source may need another and be needed by it: the functions of
+# one large class, and windows that open each other. Even there no headers include each other.
+MAY_NEED_EACH_OTHER = {"pcm", "app", "cli"}
 XML_AND_RIGHT = ORDER[ORDER.index("xml"):] + PROGRAMS
 
 # (what the include looks like, who may use it, how it is called)
@@ -176,9 +179,27 @@ def sources_of(root):
                 yield path, path.relative_to(start).as_posix()
 
 
+def circles_of_files(includes):
+    """Headers that include each other, and modules (a header with its source) that do."""
+    headers = {name: {target for target in targets if target.endswith(".h")}
+               for name, targets in includes.items() if name.endswith(".h")}
+    circle = find_circle(headers)
+    if circle:
+        yield "a circle of headers: " + " -> ".join(circle)
+    modules = {}
+    for name, targets in includes.items():
+        if name.split("/")[0] not in MAY_NEED_EACH_OTHER:
+            modules.setdefault(name.rsplit(".", 1)[0], set()).update(
+                target.rsplit(".", 1)[0] for target in targets)
+    circle = find_circle(modules)
+    if circle:
+        yield "a circle of files: " + " -> ".join(circle)
+
+
 def check_tree(root):
     findings = []
     uses = {}
+    includes = {}
     definitions = {}
     count = 0
     for path, name in sources_of(root):
@@ -187,6 +208,8 @@ def check_tree(root):
             findings.append(f"{name}: the folder {folder} has no place in the order")
             continue
         count += 1
+        includes[name] = {match[1] for line in path.read_text(encoding="utf-8").splitlines()
+                          if (match := INCLUDE.match(line)) and match[1]}
         in_file, used = check_file(path, name)
         findings += in_file
         if path.suffix == ".h":
@@ -197,6 +220,7 @@ def check_tree(root):
     circle = find_circle(uses)
     if circle:
         findings.append("a circle of folders: " + " -> ".join(circle))
+    findings += circles_of_files(includes)
     if not count:
         findings.append("no sources found; the check would prove nothing")
     return findings
@@ -227,6 +251,15 @@ PLANTS = [
     ("app/A.cpp", '#include "gallery/B.h"\n', "app may not include gallery/B.h"),
     ("gallery/A.cpp", '#include "cli/B.h"\n', "gallery may not include cli/B.h"),
     ("gallery/A.cpp", "#include <nlohmann/json.hpp>\n", "may not see the JSON library"),
+]
+# Files that include each other only together: the files, words that the finding must hold.
+CIRCLES = [
+    ([("core/document/A.cpp", '#include "core/document/A.h"\n#include "core/document/B.h"\n'),
+      ("core/document/B.cpp", '#include "core/document/B.h"\n#include "core/document/A.h"\n')],
+     "a circle of files: core/document/A -> core/document/B -> core/document/A"),
+    ([("pcm/A.h", '#include "pcm/B.h"\n'), ("pcm/B.h", '#include "pcm/C.h"\n'),
+      ("pcm/C.h", '#include "pcm/A.h"\n')],
+     "a circle of headers: pcm/A.h -> pcm/B.h -> pcm/C.h -> pcm/A.h"),
 ]
 CLEAN = [
     ("core/A.cpp", '#include "core/B.h"\n#include <string>\n'),
@@ -261,6 +294,10 @@ def self_test():
                             ("groups/B.cpp", '#include "core/A.h"\n')])
     if not any("circle" in finding for finding in findings):
         problems.append(f"a planted circle was not found: {findings}")
+    for files, words in CIRCLES:
+        findings = findings_of(files)
+        if not any(words in finding for finding in findings):
+            problems.append(f"a planted {words!r} was not found: {findings}")
     findings = findings_of([("core/A.h", "struct Same {\n};\n"),
                             ("groups/B.h", "enum class Same : int {\n};\n")])
     if not any("Same is defined in core/A.h and in groups/B.h" in finding for finding in findings):

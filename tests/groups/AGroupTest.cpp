@@ -34,7 +34,7 @@ TEST_F(AGroupTest, TheTableIsInTheOrderOfTheFile) {
     const std::string whole(kWholePam);
     std::size_t at = 0;
     for (const auto& field : pamFields()) {
-        const auto found = whole.find("\\" + codeAt(field.code, {1, 0}) + ":");
+        const auto found = whole.find("\\" + fieldCode(field.code, {1, 0}) + ":");
         ASSERT_NE(found, std::string::npos) << field.code;
         EXPECT_GE(found, at) << field.code;
         at = found;

@@ -58,11 +58,11 @@ class GroupRecordTest : public ::testing::Test {
 };
 
 TEST(CodeOfARow, TakesItsNumbers) {
-    EXPECT_EQ(codeAt("PN", {}), "PN");
-    EXPECT_EQ(codeAt("POC1-n", {12, 0}), "POC1-12");
-    EXPECT_EQ(codeAt("EV\\PM\\MN-n-m", {2, 34}), "EV\\PM\\MN-2-34");
-    EXPECT_EQ(codePrefix('G', 7), "G\\");
-    EXPECT_EQ(codePrefix('T', 7), "T-7\\");
+    EXPECT_EQ(fieldCode("PN", {}), "PN");
+    EXPECT_EQ(fieldCode("POC1-n", {12, 0}), "POC1-12");
+    EXPECT_EQ(fieldCode("EV\\PM\\MN-n-m", {2, 34}), "EV\\PM\\MN-2-34");
+    EXPECT_EQ(groupHead('G', 7), "G\\");
+    EXPECT_EQ(groupHead('T', 7), "T-7\\");
 }
 
 TEST_F(GroupRecordTest, AFileInTheOrderOfItsTableIsTheSameAfterIt) {

@@ -60,7 +60,7 @@ inline void appendCodes(std::vector<std::string>& codes, std::span<const Field> 
         if (field.list != list) {
             continue;
         }
-        codes.push_back(codeAt(field.code, at));
+        codes.push_back(fieldCode(field.code, at.numbers()));
         for (std::size_t i = 1; governsRows(field) && i <= 2; ++i) {
             appendCodes(codes, table, edition, field.code,
                         at.n == 0 ? RowNumbers{i, 0} : RowNumbers{at.n, i});

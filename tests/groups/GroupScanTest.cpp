@@ -9,29 +9,6 @@ namespace {
 
 using testing::ElementsAre;
 
-struct WantedField {
-    const char* command;
-    const char* code;
-    const char* value;
-};
-
-class FieldViews : public testing::TestWithParam<WantedField> {};
-
-TEST_P(FieldViews, CutACommand) {
-    const auto field = fieldView(GetParam().command);
-    EXPECT_EQ(field.code, GetParam().code);
-    EXPECT_EQ(field.value, GetParam().value);
-}
-
-INSTANTIATE_TEST_SUITE_P(Commands, FieldViews,
-                         testing::Values(WantedField{"P-1\\TF:ONE;", "TF", "ONE"},
-                                         WantedField{"P-1\\SF\\N-1:2;", "SF\\N-1", "2"},
-                                         WantedField{"G\\COM:a:b\\c;", "COM", "a:b\\c"},
-                                         WantedField{"G\\COM:;", "COM", ""},
-                                         WantedField{"G:a\\b:c;", "", ""},
-                                         WantedField{"P-1\\TF;", "", ""},
-                                         WantedField{";", "", ""}));
-
 TEST(LinkNamesTest, HoldsANameOnceWhateverItsCase) {
     LinkNames names;
     EXPECT_TRUE(names.add("Link"));

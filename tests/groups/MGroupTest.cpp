@@ -74,10 +74,10 @@ TEST_F(MGroupTest, TheTableIsInTheOrderOfTheFile) {
         if (field.code == "BB\\MN") {
             continue;
         }
-        auto command = "\\" + codeAt(field.code, {1, 0}) + ":";
+        auto command = "\\" + fieldCode(field.code, {1, 0}) + ":";
         auto found = whole.find(command);
         if (found == std::string::npos) {
-            found = whole.find("\\" + codeAt(field.code, {2, 0}) + ":");
+            found = whole.find("\\" + fieldCode(field.code, {2, 0}) + ":");
             EXPECT_EQ(field.code, "SI\\MN-n");
             continue;
         }

@@ -105,7 +105,7 @@ TEST_F(RGroup, IsWrittenInTheOrderOfTheTablesFromBothSidesOfEachGate) {
                 if (field.code == "ID") {
                     continue;
                 }
-                const auto code = codeAt(field.code, {1, 1});
+                const auto code = fieldCode(field.code, {1, 1});
                 const auto value = field.code == "N" ? "0" : valueFor(field, edition);
                 file += "R-1\\" + code + ":" + value + ";\r\n";
                 if (isKnownIn(edition, field)) {

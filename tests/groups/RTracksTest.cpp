@@ -297,20 +297,20 @@ TEST_F(RTracks, AreWrittenInTheOrderOfTheTables) {
                     field.code == "CDT-n" ? std::string(type.value) : valueFor(field);
                 setTrackValue(track, field.code, value);
                 if (isKnownIn(edition, field)) {
-                    expected.push_back(codeAt(field.code, {1, 0}));
+                    expected.push_back(fieldCode(field.code, {1, 0}));
                 }
             }
             for (const auto* field : detailFields(type, edition)) {
                 track.details.values[detailKey(type, *field)] = valueFor(*field);
-                expected.push_back(codeAt(field->code, {1, 0}));
+                expected.push_back(fieldCode(field->code, {1, 0}));
             }
             if (const auto* count = itemCount(type, edition)) {
                 auto& rows = track.details.items[std::string(count->code)];
                 rows.emplace_back();
-                expected.push_back(codeAt(count->code, {1, 0}));
+                expected.push_back(fieldCode(count->code, {1, 0}));
                 for (const auto* field : itemFields(type, edition)) {
                     rows.back().push_back(valueFor(*field));
-                    expected.push_back(codeAt(field->code, {1, 1}));
+                    expected.push_back(fieldCode(field->code, {1, 1}));
                 }
             }
             GroupWriter writer('R', 1);

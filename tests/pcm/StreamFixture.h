@@ -46,7 +46,8 @@ class StreamFixture : public TestContext {
     }
     bool readText(const std::string& text) {
         write("[kavu]PCMFMT.P01", text);
-        fields_ = std::make_unique<FieldIndex>(reader, store.pathOf("[kavu]PCMFMT.P01"));
+        fields_ = std::make_unique<CommandIndex>();
+        (void)fields_->readFile(reader, store.pathOf("[kavu]PCMFMT.P01"));
         load = std::make_unique<PcmLoad>(format, parent);
         load->fields = fields_.get();
         load->prefix = "P-1\\";
@@ -149,7 +150,7 @@ class StreamFixture : public TestContext {
     std::unique_ptr<PcmLoad> load;
 
   private:
-    std::unique_ptr<FieldIndex> fields_;
+    std::unique_ptr<CommandIndex> fields_;
 };
 
 /// The commands of a counter in the words of its number: up from 1 over all frames.

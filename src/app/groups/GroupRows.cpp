@@ -2,6 +2,7 @@
 
 #include "app/framework/DialogDoor.h"
 #include "app/framework/RowDialog.h"
+#include "core/command/CommandPath.h"
 #include "core/text/Text.h"
 #include "groups/RTracks.h"
 #include "vocabulary/FieldRules.h"
@@ -27,7 +28,7 @@ ListColumn columnOf(const Field& field, int edition) {
     ListColumn column;
     column.title = field.label;
     column.limit = limitIn(edition, field);
-    column.objectName = std::string(field.code.substr(0, field.code.find("-n")));
+    column.objectName = std::string(codeHead(field.code));
     if (!field.choices.empty()) {
         column.kind = ColumnKind::Choice;
         column.limit = 0;

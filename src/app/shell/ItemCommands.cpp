@@ -1,6 +1,7 @@
 #include "app/shell/ItemCommands.h"
 
 #include "app/framework/QtText.h"
+#include "core/command/CommandPath.h"
 #include "core/text/Text.h"
 
 #include <algorithm>
@@ -96,12 +97,12 @@ bool ItemCommands::findMore(std::size_t most) {
             break;
         }
         const auto end = source_.position();
-        const auto colon = command_.find(':');
+        const auto view = viewCommand(command_);
         const auto length = command_.size();
         places_.push_back(
             {static_cast<std::uint32_t>(end - length), static_cast<std::uint32_t>(length),
-             static_cast<std::uint32_t>(colon == std::string::npos ? withoutEnd(command_).size()
-                                                                   : colon)});
+             static_cast<std::uint32_t>(view.hasColon ? view.code.size()
+                                                      : withoutEnd(command_).size())});
     }
     return !complete_;
 }

@@ -47,8 +47,19 @@ CommandView viewCommand(std::string_view command) {
     return view;
 }
 
+std::string_view afterHead(std::string_view command) {
+    const auto backslash = command.find('\\');
+    return backslash == std::string_view::npos ? std::string_view() : command.substr(backslash + 1);
+}
+
 std::string_view keyOf(const CommandView& command) {
     return trimRight(command.hasColon ? command.code : command.text);
+}
+
+void setValue(std::string& command, std::string_view value) {
+    const auto colon = command.find(':');
+    command.resize(colon == std::string::npos ? command.size() : colon + 1);
+    command.append(value).append(";");
 }
 
 std::optional<int> takeIndex(std::string_view& text) {
@@ -110,6 +121,20 @@ std::optional<CommandPath> parsePath(std::string_view code) {
     return path;
 }
 
+std::optional<RowCut> cutAtRow(std::string_view code, std::size_t from) {
+    const auto dash = code.find('-', from);
+    if (dash == std::string_view::npos) {
+        return std::nullopt;
+    }
+    return RowCut{code.substr(0, dash + 1), code.substr(dash + 1)};
+}
+
+std::string withRow(const RowCut& cut, std::size_t row) {
+    std::string code(cut.front);
+    appendNumber(code, static_cast<std::int64_t>(row));
+    return code.append(std::find_if_not(cut.rest.begin(), cut.rest.end(), isDigit), cut.rest.end());
+}
+
 void appendHead(std::string& out, char letter, int group) {
     out += letter;
     if (letter != 'G' && letter != 'H') {
@@ -134,10 +159,14 @@ void appendField(std::string& out, std::string_view pattern, std::span<const int
     }
 }
 
-std::string fieldCode(std::string_view pattern, std::initializer_list<int> numbers) {
+std::string fieldCode(std::string_view pattern, std::span<const int> numbers) {
     std::string code;
-    appendField(code, pattern, {numbers.begin(), numbers.size()});
+    appendField(code, pattern, numbers);
     return code;
+}
+
+std::string fieldCode(std::string_view pattern, std::initializer_list<int> numbers) {
+    return fieldCode(pattern, std::span(numbers.begin(), numbers.size()));
 }
 
 void appendCode(std::string& out, char letter, int group, std::string_view pattern,

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <initializer_list>
 #include <optional>
 #include <span>
@@ -27,9 +28,14 @@ struct CommandView {
 };
 /// Takes a command apart. Its text must outlive the view.
 [[nodiscard]] CommandView viewCommand(std::string_view command);
+/// What is after the first `\` of a command, whether that is in its code or not.
+[[nodiscard]] std::string_view afterHead(std::string_view command);
 /// What a command is compared by where the place of its `:` makes no difference: its code, or
 /// all of its text if it has no `:`, without white space at the end.
 [[nodiscard]] std::string_view keyOf(const CommandView& command);
+
+/// Gives a command another value: what is after its first `:`, or after all of it without one.
+void setValue(std::string& command, std::string_view value);
 
 /// The field of a code in its stem and its indices: "ADL-2-5" is "ADL" with 2 and 5.
 struct FieldPath {
@@ -56,12 +62,28 @@ struct CommandPath : FieldPath {
 /// is none.
 std::optional<int> takeIndex(std::string_view& text);
 
+/// The text in front of the first `-`: "SF4" of "SF4-n-m-k" and of "SF4-1-2-3".
+[[nodiscard]] constexpr std::string_view codeHead(std::string_view field) {
+    return field.substr(0, field.find('-'));
+}
+
+/// A code cut at the number of its row: "R-1\TK1-" and "3" of "R-1\TK1-3".
+struct RowCut {
+    std::string_view front;
+    std::string_view rest;  ///< with the number at its front, if there is one
+};
+/// Cuts a code at the first `-` from `from` on; nothing without one.
+[[nodiscard]] std::optional<RowCut> cutAtRow(std::string_view code, std::size_t from);
+/// The code with another number in place of the digits.
+[[nodiscard]] std::string withRow(const RowCut& cut, std::size_t row);
+
 /// Appends the head of a group's codes: "D-1\"; "G\" and "H\" for the groups without number.
 void appendHead(std::string& out, char letter, int group);
 [[nodiscard]] std::string groupHead(char letter, int group);
 /// Appends a field: the pattern "SF4-n-m-k" with {1, 2, 3} is "SF4-1-2-3". Numbers beyond the
 /// indices of the pattern are left out. REQUIRES: as many numbers as the pattern has indices.
 void appendField(std::string& out, std::string_view pattern, std::span<const int> numbers);
+[[nodiscard]] std::string fieldCode(std::string_view pattern, std::span<const int> numbers);
 [[nodiscard]] std::string fieldCode(std::string_view pattern, std::initializer_list<int> numbers);
 /// Appends a whole code: 'D', 1 and "WP-n-m-k-f" with {1, 2, 1, 1} is "D-1\WP-1-2-1-1".
 void appendCode(std::string& out, char letter, int group, std::string_view pattern,

@@ -88,10 +88,10 @@ bool CommandIndex::append(std::string_view command) {
     if (command.size() > kMostCommand || text_.size() + command.size() > kMostText) {
         return false;
     }
-    const auto colon = command.find(':');
+    const auto view = viewCommand(command);
     entries_.push_back({static_cast<std::uint32_t>(text_.size()),
-                        colon == std::string_view::npos ? kNone : static_cast<std::uint32_t>(colon),
-                        kNone, static_cast<std::uint32_t>(command.size()) & (kNone >> 1U), 0});
+                        view.hasColon ? static_cast<std::uint32_t>(view.code.size()) : kNone, kNone,
+                        static_cast<std::uint32_t>(command.size()) & (kNone >> 1U), 0});
     text_.append(command);
     return true;
 }

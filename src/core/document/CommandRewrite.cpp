@@ -1,12 +1,42 @@
 // Commands of a group file changed without the group's parser.
 #include "core/TmatsReader.h"
-#include "core/document/DocumentFiles.h"
-#include "core/files/FileIo.h"
+#include "core/command/CommandPath.h"
 #include "core/text/Text.h"
 
 namespace kavu {
 
 namespace {
+
+/// Writes a file anew beside the old one, which it replaces once it is complete: a failure
+/// leaves the old file whole.
+class Rewriter {
+  public:
+    explicit Rewriter(const std::string& path) : path_(path), beside_(path + ".new") {}
+
+    IoStatus open() {
+        auto status = source.open(path_);
+        return status.ok() ? writer.open(beside_, WriteMode::Truncate) : status;
+    }
+    IoStatus finish() {
+        auto status = source.status().ok() ? writer.close() : source.status();
+        source.close();
+        if (status.ok()) {
+            status = renameFile(beside_, path_);
+        }
+        if (!status.ok()) {
+            (void)writer.close();
+            (void)deleteFile(beside_);
+        }
+        return status;
+    }
+
+    ByteSource source;
+    FileWriter writer;
+
+  private:
+    std::string path_;
+    std::string beside_;
+};
 
 /// The characters up to and including the next `;`, or up to the end, without the white
 /// space at both ends. False at the end.
@@ -41,31 +71,28 @@ bool rewriteOne(std::string& command, const std::vector<CommandRewrite>& rewrite
             command.clear();
             break;
         }
-        const auto colon = command.find(':');
-        command.resize(colon == std::string::npos ? command.size() : colon + 1);
-        command += *rewrite.newValue + ";";
+        setValue(command, *rewrite.newValue);
     }
     return matched;
 }
 
 }  // namespace
 
-bool rewriteCommands(DocumentFiles& files, std::string_view name,
-                     const std::vector<CommandRewrite>& rewrites, IoStatus* status) {
-    ByteSource source;
-    auto result = source.open(files.path(name));
+bool rewriteCommands(const std::string& path, const std::vector<CommandRewrite>& rewrites,
+                     IoStatus* status) {
+    Rewriter rewriter(path);
+    IoStatus result = rewriter.open();
     bool matched = false;
     if (result.ok()) {
-        auto writer = files.writer(name);
         std::string command;
-        while (nextRun(source, command)) {
+        while (nextRun(rewriter.source, command)) {
             matched = rewriteOne(command, rewrites) || matched;
             if (!command.empty()) {
-                writer.write(command);
-                writer.write("\r\n");
+                rewriter.writer.write(command);
+                rewriter.writer.write("\r\n");
             }
         }
-        result = source.status().ok() ? writer.close() : source.status();
+        result = rewriter.finish();
     }
     if (status != nullptr) {
         *status = result;
@@ -73,10 +100,10 @@ bool rewriteCommands(DocumentFiles& files, std::string_view name,
     return matched && result.ok();
 }
 
-bool rewriteCommands(DocumentFiles& files, std::string_view name, std::string_view code,
+bool rewriteCommands(const std::string& path, std::string_view code,
                      std::optional<std::string_view> oldValue,
                      std::optional<std::string_view> newValue, IoStatus* status) {
-    if (name.empty() || code.empty()) {
+    if (path.empty() || code.empty()) {
         return false;
     }
     CommandRewrite rewrite;
@@ -84,37 +111,32 @@ bool rewriteCommands(DocumentFiles& files, std::string_view name, std::string_vi
     if (newValue) {
         rewrite.newValue = std::string(*newValue);
     }
-    return rewriteCommands(files, name, {rewrite}, status);
+    return rewriteCommands(path, {rewrite}, status);
 }
 
-IoStatus copyWithGroupIndex(const std::string& from, const std::string& to, int index) {
-    ByteSource source;
-    if (auto status = source.open(from); !status.ok()) {
-        return status;
-    }
-    FileWriter writer;
-    if (auto status = writer.open(to, WriteMode::Truncate); !status.ok()) {
+IoStatus rewriteGroupIndex(const std::string& path, int index) {
+    Rewriter rewriter(path);
+    if (auto status = rewriter.open(); !status.ok()) {
         return status;
     }
     TmatsReader reader;
     std::string command;
     std::string prefix;
-    while (reader.nextCommand(source, command)) {
+    while (reader.nextCommand(rewriter.source, command)) {
         const auto parts = splitCommand(command);
         if (parts.group.size() >= 3 && parts.group[1] == '-') {
             prefix.assign(1, parts.group[0]);
             prefix += "-";
             appendNumber(prefix, index);
             prefix += "\\";
-            writer.write(prefix);
-            writer.write(parts.code);
-            writer.write(":");
-            writer.write(parts.value);
-            writer.write(";\r\n");
+            rewriter.writer.write(prefix);
+            rewriter.writer.write(parts.code);
+            rewriter.writer.write(":");
+            rewriter.writer.write(parts.value);
+            rewriter.writer.write(";\r\n");
         }
     }
-    const auto written = writer.close();
-    return source.status().ok() ? written : source.status();
+    return rewriter.finish();
 }
 
 }  // namespace kavu

@@ -2,6 +2,7 @@
 
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "core/command/CommandPath.h"
 #include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "core/files/FileIo.h"
@@ -126,7 +127,7 @@ bool GroupSplitter::sortCommand(std::string& command, long line) {
         notes_.unknownCommand(line, command);
         return true;
     }
-    if (command.find(':') == std::string::npos) {
+    if (!viewCommand(command).hasColon) {
         notes_.withoutColon(line, command);
     }
     if (holdsLineBreak(command)) {
@@ -170,12 +171,9 @@ GroupSplitter::Target* GroupSplitter::targetOf(std::string_view command, long li
         notes_.indexOutOfRange(line, command);
         return &found;
     }
-    const auto backslash = command.find('\\');
-    current_ = nullptr;
-    if (backslash != std::string_view::npos) {
-        current_ = &found;
-        currentPrefix_.assign(command, 0, backslash + 1);
-    }
+    const auto rest = afterHead(command);
+    current_ = rest.empty() ? nullptr : &found;
+    currentPrefix_.assign(command, 0, rest.empty() ? 0 : command.size() - rest.size());
     return &found;
 }
 

@@ -4,6 +4,7 @@
 #include "core/WorkingStore.h"
 #include "core/document/BuildDocument.h"
 #include "core/document/DocumentFiles.h"
+#include "core/document/DocumentVersion.h"
 #include "core/document/GroupFiles.h"
 #include "core/document/GroupSplitter.h"
 #include "core/files/FileIo.h"
@@ -26,17 +27,6 @@ constexpr const char* kDataSourceQuestion =
 template <typename... Args>
 bool runStep(const std::function<bool(Args...)>& step, Args... args) {
     return !step || step(args...);
-}
-
-/// A version key of the settings; a missing or impossible one is written anew.
-int versionSetting(ProfileSettings& settings, std::string_view key) {
-    constexpr std::size_t kLongest = 10;
-    int version = leadingInt(std::string_view(settings.text(key)).substr(0, kLongest));
-    if (version > kLatestEdition || version == 0) {
-        version = kLatestEdition;
-        settings.writeInteger(key, version);
-    }
-    return normalisedEdition(version);
 }
 
 /// While a document is loaded, over-long fields are reported in the log and not in boxes.
@@ -85,13 +75,6 @@ bool finishLoad(DocumentContext& context, UserInterface* parent) {
     return true;
 }
 
-/// Sets the document's version by the setting: that of the file, or the one to convert to.
-int settingsVersion(ProfileSettings& settings) {
-    const int input = versionSetting(settings, "IRIGInputVersion");
-    const int output = versionSetting(settings, "IRIGOutputVersion");
-    return settings.integer("IRIGOutputMethod", 1) == 1 ? input : output;
-}
-
 bool loadContents(DocumentContext& context, UserInterface* parent, const std::string& path,
                   const LoadOptions& options) {
     if (!options.create) {
@@ -105,10 +88,6 @@ bool loadContents(DocumentContext& context, UserInterface* parent, const std::st
 }
 
 }  // namespace
-
-void resetVersionFromSettings(DocumentContext& context) {
-    context.document.version = settingsVersion(context.settings);
-}
 
 bool openTmatsFileCommand(DocumentContext& context, UserInterface* parent) {
     std::string path;

@@ -28,9 +28,6 @@ bool loadDocument(DocumentContext& context, UserInterface* parent, const std::st
 /// that name, tried with ".tma" and ".tmt" behind it.
 bool openFromName(DocumentContext& context, UserInterface* parent, const std::string& name);
 
-/// Sets `version` from the settings, writing a missing or impossible key anew.
-void resetVersionFromSettings(DocumentContext& context);
-
 /// Splits a file into group files. False if it was cancelled or has failed.
 bool splitIntoGroupFiles(DocumentContext& context, UserInterface* parent, const std::string& path);
 /// The whole road of an existing file, up to the migration.

@@ -52,15 +52,15 @@ struct FileRow {
 IoStatus readRows(const PcmFormat& format, std::map<std::pair<int, int>, FileRow>& rows) {
     return forEachCommand(
         format.context().reader, filterPath(format), [&](const std::string& command) {
-            const auto field = fieldView(command);
-            const auto code = codeHead(field.code);
+            const auto view = viewCommand(command);
+            const auto code = codeHead(view.field);
             const bool isName = equalsIgnoreCase(code, codeHead(filter_field::kName.code));
             if (!isName && !equalsIgnoreCase(code, codeHead(filter_field::kType.code))) {
                 return true;
             }
             const auto indices = parseCommandIndices(command);
             auto& row = rows[{indices.fields[0], indices.fields[1]}];
-            (isName ? row.name : row.type) = std::string(field.value);
+            (isName ? row.name : row.type) = std::string(view.value);
             return true;
         });
 }
@@ -117,7 +117,7 @@ bool storeFilterList(PcmFormat& format, UserInterface* parent, const std::vector
         return false;
     }
     giveMeasurementGroup(format, parent);  // a stream that was never saved has none
-    const auto prefix = groupPrefix('D', format.dGroup);
+    const auto prefix = groupHead('D', format.dGroup);
     const auto path = filterPath(format);
     const auto scratch = path + ".new";
     FileWriter writer;
@@ -130,7 +130,7 @@ bool storeFilterList(PcmFormat& format, UserInterface* parent, const std::vector
         }
         constexpr int kFirstList = 1;
         writeIntCommand(writer, prefix,
-                        selects ? numberedCode(filter_field::kCountInList.code, {kFirstList})
+                        selects ? fieldCode(filter_field::kCountInList.code, {kFirstList})
                                 : std::string(filter_field::kCount.code),
                         count);
         int k = 0;
@@ -140,11 +140,11 @@ bool storeFilterList(PcmFormat& format, UserInterface* parent, const std::vector
             }
             ++k;
             writeCommand(writer, prefix,
-                         selects ? numberedCode(filter_field::kNameInList.code, {kFirstList, k})
-                                 : numberedCode(filter_field::kName.code, {k}),
+                         selects ? fieldCode(filter_field::kNameInList.code, {kFirstList, k})
+                                 : fieldCode(filter_field::kName.code, {k}),
                          row.name);
             if (!selects) {
-                writeCommand(writer, prefix, numberedCode(filter_field::kType.code, {k}),
+                writeCommand(writer, prefix, fieldCode(filter_field::kType.code, {k}),
                              row.setting.empty() ? "N" : row.setting.substr(0, 1));
             }
         }

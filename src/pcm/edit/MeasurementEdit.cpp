@@ -40,8 +40,8 @@ bool isTaggedName(const PcmFormat& format, std::string_view name) {
     const auto path = format.context().store.path(kTagFormat, format.dGroup);
     // A file that is not there has none.
     (void)forEachCommand(format.context().reader, path, [&](const std::string& command) {
-        const auto field = fieldView(command);
-        found = startsWithIgnoreCase(field.code, "MN-") && equalsIgnoreCase(field.value, name);
+        const auto view = viewCommand(command);
+        found = startsWithIgnoreCase(view.field, "MN-") && equalsIgnoreCase(view.value, name);
         return !found;
     });
     return found;

@@ -2,11 +2,9 @@
 // holds its value. The reader, the writer and the form of a record share one table of these.
 #pragma once
 
-#include "core/text/Text.h"
+#include "core/command/CommandPath.h"
 #include "vocabulary/Field.h"
 
-#include <initializer_list>
-#include <string>
 #include <string_view>
 #include <type_traits>
 #include <utility>
@@ -28,20 +26,6 @@ constexpr RecordField<Record> textField(Field field) {
     field.limit = Text::kWidth;
     return {field, [](const Record& record) { return (record.*Member).view(); },
             [](Record& record, std::string_view text) { record.*Member = text; }};
-}
-
-/// The code without its numbers: "SF4" of "SF4-n-m-k".
-constexpr std::string_view codeHead(std::string_view code) {
-    return code.substr(0, code.find('-'));
-}
-/// The code of one command: "SF4-1-2-3" of "SF4-n-m-k". REQUIRES: as many numbers as it takes.
-inline std::string numberedCode(std::string_view code, std::initializer_list<int> numbers) {
-    std::string text(codeHead(code));
-    for (const int number : numbers) {
-        text += '-';
-        appendNumber(text, number);
-    }
-    return text;
 }
 
 }  // namespace kavu

@@ -7,14 +7,14 @@
 
 namespace kavu {
 
-class FieldIndex;
+class CommandIndex;
 
 /// A file can claim many more subframes and locations than it has; a reader that knows which
 /// there are does not look for the others one by one.
 class SubframeNumbers {
   public:
     SubframeNumbers() = default;
-    SubframeNumbers(const FieldIndex& fields, std::string_view prefix);
+    SubframeNumbers(const CommandIndex& fields, std::string_view prefix);
 
     /// True if there is any command of the subframe.
     [[nodiscard]] bool has(int counter, int subframe) const;

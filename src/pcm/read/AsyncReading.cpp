@@ -35,8 +35,8 @@ class AsyncReader {
   private:
     AsyncFormat& record() { return format_.asyncFormats[static_cast<std::size_t>(record_ - 1)]; }
     std::string name() { return record().dataLinkName.str(); }
-    std::string code(const Field& field) const { return numberedCode(field.code, {n_}); }
-    std::string code(const Field& field, int k) const { return numberedCode(field.code, {n_, k}); }
+    std::string code(const Field& field) const { return fieldCode(field.code, {n_}); }
+    std::string code(const Field& field, int k) const { return fieldCode(field.code, {n_, k}); }
     static int limitOf(const Field& field) { return static_cast<int>(field.limit); }
     std::optional<std::string_view> text(const Field& field) {
         return load_.text(code(field), limitOf(field));
@@ -61,7 +61,7 @@ class AsyncReader {
             record().dataLinkName = *link;
             return;
         }
-        record().dataLinkName = PcmLoad::code(codes_.defaultName, n_);
+        record().dataLinkName = formatPrintf(codes_.defaultName, n_);
         load_.log(191, kTitleFormat, codes_.streamWord, load_.prefix, code(codes_.name));
     }
 
@@ -233,7 +233,7 @@ class AsyncReader {
     }
 
     std::optional<int> signedNumber(const Field& field, int k, int j) {
-        const auto value = load_.text(numberedCode(field.code, {n_, k, j}), 0);
+        const auto value = load_.text(fieldCode(field.code, {n_, k, j}), 0);
         return value ? std::optional(leadingInt(*value)) : std::nullopt;
     }
 
@@ -265,8 +265,8 @@ class AsyncReader {
 
     void replaced(const Field& field, int k, int j, std::string_view reason, int& value,
                   int replacement) {
-        load_.log(214, kTitleValue, name(), reason, load_.prefix,
-                  numberedCode(field.code, {n_, k, j}), value, replacement);
+        load_.log(214, kTitleValue, name(), reason, load_.prefix, fieldCode(field.code, {n_, k, j}),
+                  value, replacement);
         load_.corrected();
         value = replacement;
     }

@@ -39,9 +39,7 @@ class CounterReader {
     }
 
   private:
-    std::string code(const CounterField& row) const {
-        return numberedCode(row.field.code, {number_});
-    }
+    std::string code(const CounterField& row) const { return fieldCode(row.field.code, {number_}); }
     std::optional<std::string_view> text(const CounterField& row) {
         return load_.text(code(row), static_cast<int>(row.field.limit));
     }
@@ -161,16 +159,17 @@ class CounterReader {
 class CounterNumbers {
   public:
     explicit CounterNumbers(const PcmLoad& load) {
-        load.fields->forEach([&](std::string_view code, std::string_view) {
-            if (!startsWithIgnoreCase(code, load.prefix)) {
-                return;
+        for (std::size_t place = 0; place < load.fields->size(); ++place) {
+            const auto command = load.fields->at(place);
+            if (command.value.empty() || !startsWithIgnoreCase(command.code, load.prefix)) {
+                continue;
             }
-            code.remove_prefix(load.prefix.size());
-            const auto hyphen = code.find('-');
-            if (hyphen != std::string_view::npos && isOfCounter(code.substr(0, hyphen))) {
-                numbers_.insert(leadingInt(code.substr(hyphen + 1)));
+            const auto field = command.code.substr(load.prefix.size());
+            const auto head = codeHead(field);
+            if (head.size() < field.size() && isOfCounter(head)) {
+                numbers_.insert(leadingInt(field.substr(head.size() + 1)));
             }
-        });
+        }
     }
     /// A deleted counter leaves a gap in the numbers, while their count is that of the
     /// counters: the file goes on behind it. Such a gap is no counter without a name.

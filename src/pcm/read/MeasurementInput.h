@@ -1,6 +1,7 @@
 // The commands of one measurement of the D group, and what is built from them.
 #pragma once
 
+#include "core/TmatsReader.h"
 #include "core/text/Text.h"
 #include "pcm/PcmLoad.h"
 #include "pcm/model/Measurement.h"
@@ -24,7 +25,7 @@ inline constexpr int kErrorReadingMeasurement = 89;
 
 class MeasurementInput {
   public:
-    MeasurementInput(PcmLoad& state, ChunkFields& commands, int list, int number)
+    MeasurementInput(PcmLoad& state, CommandIndex& commands, int list, int number)
         : load(state), format(state.format), fields_(commands), list_(list), number_(number) {}
     MeasurementInput(const MeasurementInput&) = delete;
     MeasurementInput& operator=(const MeasurementInput&) = delete;
@@ -103,7 +104,7 @@ class MeasurementInput {
         }
     }
 
-    ChunkFields& fields_;
+    CommandIndex& fields_;
     int list_;
     int number_;
     std::string code_;

@@ -44,7 +44,7 @@ class MeasurementReader {
 
 std::optional<std::string_view> MeasurementReader::listText(const Field& field,
                                                             std::initializer_list<int> numbers) {
-    const auto found = chunks_.lists().find(load_.prefix + numberedCode(field.code, numbers));
+    const auto found = chunks_.lists().find(load_.prefix + fieldCode(field.code, numbers));
     if (!found) {
         return std::nullopt;
     }
@@ -191,7 +191,7 @@ void MeasurementReader::keepTaggedData(MeasurementInput& input) {
     ++tagNumber_;
     const int list = std::min(input.list(), kMostMeasurementLists);
     const auto write = [&](const Field& field, std::string_view value) {
-        writeCommand(tags_, load_.prefix, numberedCode(field.code, {list, tagNumber_}), value);
+        writeCommand(tags_, load_.prefix, fieldCode(field.code, {list, tagNumber_}), value);
     };
     const auto& cell = input.cell;
     write(measurement_field::kName, cell.name);
@@ -209,7 +209,7 @@ void MeasurementReader::keepTaggedData(MeasurementInput& input) {
         for (const auto& field : taggedTagFields()) {
             if (const auto value = input.wholeText(field, {f})) {
                 missing = 0;
-                writeCommand(tags_, load_.prefix, numberedCode(field.code, {list, tagNumber_, f}),
+                writeCommand(tags_, load_.prefix, fieldCode(field.code, {list, tagNumber_, f}),
                              *value);
             }
         }
@@ -310,7 +310,7 @@ int readMeasurements(PcmLoad& load) {
         format.implicitSubframes = load.edition() >= 2011;
         return load.result;
     }
-    load.prefix = groupPrefix('D', format.dGroup);
+    load.prefix = groupHead('D', format.dGroup);
     return MeasurementReader(load, format.dGroup).read();
 }
 

@@ -141,11 +141,11 @@ void readWordLengths(PcmLoad& load) {
     auto& format = load.format;
     const auto& position = wordLengthFields().front();
     for (int n = 1;; ++n) {
-        const auto fwp = load.number(numberedCode(position.code, {n}));
+        const auto fwp = load.number(fieldCode(position.code, {n}));
         if (!fwp) {
             return;
         }
-        const auto lengthCode = numberedCode(wordLengthFields().back().code, {n});
+        const auto lengthCode = fieldCode(wordLengthFields().back().code, {n});
         const auto length = load.number(lengthCode);
         if (!length) {
             load.log(175, title::kErrorReading, *fwp, lengthCode);
@@ -176,7 +176,7 @@ bool hasSubframeCounts(PcmLoad& load) {
     const int counters =
         std::min(load.number(counter_field::kCount.field.code).value_or(0), kMostIdCounters);
     for (int n = 1; n <= counters; ++n) {
-        if (load.number(numberedCode(subframe_field::kCount.field.code, {n})).value_or(0) > 0) {
+        if (load.number(fieldCode(subframe_field::kCount.field.code, {n})).value_or(0) > 0) {
             return true;
         }
     }
@@ -244,17 +244,19 @@ int readPcmGroup(PcmLoad& load) {
     auto& context = format.context();
     load.progress(10);
     if (format.pGroup > 0) {
-        FieldIndex fields(context.reader, context.store.pathOf(groupFile('P', format.pGroup)));
-        if (fields.status().ok()) {
+        CommandIndex fields;
+        const auto status =
+            fields.readFile(context.reader, context.store.pathOf(groupFile('P', format.pGroup)));
+        if (status.ok()) {
             load.fields = &fields;
-            load.prefix = groupPrefix('P', format.pGroup);
+            load.prefix = groupHead('P', format.pGroup);
             const int result = readCommands(load);
             load.fields = nullptr;
             return result;
         }
-        if (!isMissing(fields.status())) {
+        if (!isMissing(status)) {
             // A stream that is there must not be taken for a new one.
-            reportUnableToRead(load.parent, fields.status());
+            reportUnableToRead(load.parent, status);
             return -1;
         }
     }

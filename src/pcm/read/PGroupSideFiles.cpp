@@ -31,10 +31,10 @@ class SideFile {
         }
     }
 
-    template <typename... Args>
-    void copy(std::string_view code, int limit, const Args&... args) {
-        if (const auto value = load_.text(code, limit, args...)) {
-            writeCommand(writer_, load_.prefix, PcmLoad::code(code, args...), *value);
+    void copy(std::string_view pattern, int limit, std::initializer_list<int> numbers = {}) {
+        const auto code = fieldCode(pattern, numbers);
+        if (const auto value = load_.text(code, limit)) {
+            writeCommand(writer_, load_.prefix, code, *value);
         }
     }
     /// Copies a count, and gives it.
@@ -55,7 +55,7 @@ void keepFrameFilter(PcmLoad& load) {
     file.copy("MFF\\FDT", 0);
     const int count = file.copyCount("MFF\\N");
     for (int n = 1; n <= count; ++n) {
-        file.copy("MFF\\MFN-%d", 0, n);
+        file.copy("MFF\\MFN-n", 0, {n});
     }
 }
 
@@ -65,13 +65,13 @@ void keepFormatSwitch(PcmLoad& load) {
     file.copy("FFI2", 64);
     const int lists = file.copyCount("MLC\\N");
     for (int n = 1; n <= lists; ++n) {
-        file.copy("MLC1-%d", 16, n);
-        file.copy("MLC2-%d", 32, n);
+        file.copy("MLC1-n", 16, {n});
+        file.copy("MLC2-n", 32, {n});
     }
     const int formats = file.copyCount("FSC\\N");
     for (int n = 1; n <= formats; ++n) {
-        file.copy("FSC1-%d", 16, n);
-        file.copy("FSC2-%d", 32, n);
+        file.copy("FSC1-n", 16, {n});
+        file.copy("FSC2-n", 32, {n});
     }
 }
 

@@ -20,7 +20,7 @@ constexpr int kTitleValue = 86;
 constexpr int kMostAbsentReported = 100;
 
 /// The number at the front of `text`, behind a hyphen, which both are taken off; 0 without.
-int takeIndex(std::string_view& text) {
+int takeNumber(std::string_view& text) {
     int number = 0;
     if (text.starts_with('-')) {
         const auto [end, error] =
@@ -71,9 +71,7 @@ class SubframeReader {
 
   private:
     bool isQuiet() const { return quiet_ || load_.logIsFull(); }
-    std::string code(const SubframeField& row) const {
-        return numberedCode(row.field.code, {n_, m_});
-    }
+    std::string code(const SubframeField& row) const { return fieldCode(row.field.code, {n_, m_}); }
     std::optional<std::string_view> text(const SubframeField& row) {
         return present_ ? load_.text(code(row), static_cast<int>(row.field.limit)) : std::nullopt;
     }
@@ -152,7 +150,7 @@ class SubframeReader {
     }
 
     bool readLocation(int k, bool there) {
-        const auto command = numberedCode(subframe_field::kLocation.field.code, {n_, m_, k});
+        const auto command = fieldCode(subframe_field::kLocation.field.code, {n_, m_, k});
         const auto word = there ? load_.number(command) : std::nullopt;
         const auto type = word ? format_.wordType(*word) : WordType::Minor;
         const bool taken = type == WordType::IdCounter || type == WordType::Subframe;
@@ -223,21 +221,24 @@ class SubframeReader {
 
 }  // namespace
 
-SubframeNumbers::SubframeNumbers(const FieldIndex& fields, std::string_view prefix) {
+SubframeNumbers::SubframeNumbers(const CommandIndex& fields, std::string_view prefix) {
     const auto beginning = std::string(prefix).append(subframe_field::kHead);
     const auto location = codeHead(subframe_field::kLocation.field.code).back();
-    fields.forEach([&](std::string_view code, std::string_view) {
-        if (!startsWithIgnoreCase(code, beginning) || code.size() == beginning.size()) {
-            return;
+    for (std::size_t place = 0; place < fields.size(); ++place) {
+        const auto command = fields.at(place);
+        const auto code = command.code;
+        if (command.value.empty() || !startsWithIgnoreCase(code, beginning) ||
+            code.size() == beginning.size()) {
+            continue;
         }
         const bool isLocation = code[beginning.size()] == location;
         auto rest = code.substr(beginning.size() + 1);
         Number number{};
-        number.counter = takeIndex(rest);
-        number.subframe = takeIndex(rest);
-        number.location = isLocation ? takeIndex(rest) : 0;
+        number.counter = takeNumber(rest);
+        number.subframe = takeNumber(rest);
+        number.location = isLocation ? takeNumber(rest) : 0;
         numbers_.push_back(number);
-    });
+    }
     std::sort(numbers_.begin(), numbers_.end());
 }
 
@@ -263,7 +264,7 @@ bool readSubframes(PcmLoad& load, int counter) {
 bool readSubframes(PcmLoad& load, int counter, const SubframeNumbers& numbers) {
     auto& subframes = load.format.idCounters[static_cast<std::size_t>(counter)].subframes;
     const int n = counter + 1;
-    int count = load.number(numberedCode(subframe_field::kCount.field.code, {n})).value_or(0);
+    int count = load.number(fieldCode(subframe_field::kCount.field.code, {n})).value_or(0);
     if (count > kMostSubframes) {
         load.log(180, title::kError, kMostSubframes);
         load.corrected();

@@ -42,22 +42,6 @@ constexpr auto kTagFields = std::to_array<Field>({
     ofOne(tagged_field::kPosition),
 });
 
-/// A code of the file in its parts: "TD2-1-3-2" is field "TD2" of list 1, measurement 3, tag 2.
-struct TagCode {
-    std::string_view field;
-    std::array<int, 3> numbers{};
-    std::size_t count = 0;
-};
-TagCode splitCode(std::string_view code) {
-    TagCode parts;
-    parts.field = code.substr(0, code.find('-'));
-    for (auto at = code.find('-'); at != std::string_view::npos && parts.count < 3;
-         at = code.find('-', at + 1)) {
-        parts.numbers[parts.count++] = leadingInt(code.substr(at + 1));
-    }
-    return parts;
-}
-
 const Field* findField(std::span<const Field> fields, std::string_view code) {
     const auto it = std::find_if(fields.begin(), fields.end(), [code](const Field& field) {
         return equalsIgnoreCase(field.code, code);
@@ -69,18 +53,19 @@ const Field* findField(std::span<const Field> fields, std::string_view code) {
 class TagReader {
   public:
     bool take(const std::string& command) {
-        const auto parts = fieldView(command);
-        const auto code = splitCode(parts.code);
-        if (code.count < 2) {
+        // "TD2-1-3-2" is field "TD2" of list 1, measurement 3, tag 2.
+        const auto parts = viewCommand(command);
+        const auto path = parseField(parts.field);
+        if (!path || path->count < 2) {
             return true;
         }
-        auto& entry = entries_[{code.numbers[0], code.numbers[1]}];
-        if (code.count == 2) {
-            if (const auto* const field = findField(kFields, code.field)) {
+        auto& entry = entries_[{path->at[0], path->at[1]}];
+        if (path->count == 2) {
+            if (const auto* const field = findField(kFields, path->stem)) {
                 entry.values[std::string(field->code)] = parts.value;
             }
-        } else if (const auto* const field = findField(kTagFields, code.field)) {
-            entry.tags[code.numbers[2]].values[std::string(field->code)] = parts.value;
+        } else if (const auto* const field = findField(kTagFields, path->stem)) {
+            entry.tags[path->at[2]].values[std::string(field->code)] = parts.value;
         }
         return true;
     }
@@ -117,7 +102,10 @@ std::string_view tagValue(const FieldValues& values, std::string_view code) {
 void writeMeasurement(FileWriter& writer, const std::string& prefix,
                       const TaggedMeasurement& measurement, int number) {
     const auto write = [&](const Field& field, std::string_view value) {
-        writeCommand(writer, prefix, numberedCode(field.code, {measurement.list, number}), value);
+        writeCommand(
+            writer, prefix,
+            fieldCode(std::string(codeHead(field.code)) + "-n-m", {measurement.list, number}),
+            value);
     };
     for (const auto& field : kFields) {
         if (field.code == tagged_code::kWordLength) {
@@ -130,8 +118,10 @@ void writeMeasurement(FileWriter& writer, const std::string& prefix,
     for (const auto& tag : measurement.tags) {
         ++f;
         for (const auto& field : kTagFields) {
-            writeCommand(writer, prefix, numberedCode(field.code, {measurement.list, number, f}),
-                         tagValue(tag.values, field.code));
+            writeCommand(
+                writer, prefix,
+                fieldCode(std::string(field.code) + "-n-m-k", {measurement.list, number, f}),
+                tagValue(tag.values, field.code));
         }
     }
 }
@@ -173,7 +163,7 @@ bool storeTaggedData(PcmFormat& format, UserInterface* parent,
         return false;
     }
     giveMeasurementGroup(format, parent);  // a stream that was never saved has none
-    const auto prefix = groupPrefix('D', format.dGroup);
+    const auto prefix = groupHead('D', format.dGroup);
     const auto path = format.context().store.path(kTagFormat, format.dGroup);
     const auto beside = path + ".new";
     FileWriter writer;

@@ -40,8 +40,8 @@ GroupRow readFile(PcmFormat& format, UserInterface* parent, std::string_view nam
     GroupRow record;
     const auto status =
         forEachCommand(context.reader, context.store.pathOf(name), [&](const std::string& command) {
-            const auto parts = fieldView(command);
-            for (const auto& match : matchVocabulary(table, parts.code)) {
+            const auto parts = viewCommand(command);
+            for (const auto& match : matchVocabulary(table, parts.field)) {
                 if (!match.field->list.empty()) {
                     takeRow(record, *match.field, match.n, parts.value);
                 } else if (!governsRows(*match.field)) {

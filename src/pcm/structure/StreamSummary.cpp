@@ -2,7 +2,7 @@
 
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
-#include "core/document/FieldIndex.h"
+#include "core/document/CommandIndex.h"
 #include "core/document/GroupFiles.h"
 #include "groups/DocumentTree.h"
 #include "groups/GroupScan.h"
@@ -41,32 +41,35 @@ StreamSummary summariseStream(const PcmFormat& format) {
 
 StreamSummary readStreamSummary(DocumentContext& context, UserInterface* parent, int pGroup,
                                 std::size_t measurements) {
-    FieldIndex fields(context.reader, context.store.pathOf(groupFile('P', pGroup)),
-                      {"TF", "D2", "MF1", "MF\\N", counter_field::kCount.field.code,
-                       codeHead(subframe_field::kCount.field.code)});
+    CommandIndex fields;
+    const auto status = fields.readFile(
+        context.reader, context.store.pathOf(groupFile('P', pGroup)), Comments::Skip,
+        {"TF", "D2", "MF1", "MF\\N", counter_field::kCount.field.code,
+         codeHead(subframe_field::kCount.field.code)});
     StreamSummary summary;
-    if (!fields.status().ok()) {
-        reportUnableToRead(parent, fields.status());
+    if (!status.ok()) {
+        reportUnableToRead(parent, status);
         return summary;
     }
     // A value that is too long is told of when the stream is loaded.
-    const auto prefix = groupPrefix('P', pGroup);
-    const auto number = [&](std::string_view code, int otherwise, int most) {
-        int value = 0;
-        return fields.findIntField(nullptr, prefix, code, value) ? std::min(value, most)
-                                                                 : otherwise;
+    const auto prefix = groupHead('P', pGroup);
+    const auto text = [&](std::string_view code) {
+        const auto found = fields.find(prefix + std::string(code));
+        return found ? std::optional(found->value) : std::nullopt;
     };
-    summary.kind = streamKindText(fields.findField(nullptr, prefix, "TF", 0).value_or("ONE"));
+    const auto number = [&](std::string_view code, int otherwise, int most) {
+        return std::min(
+            fields.findIntField(nullptr, prefix + std::string(code)).value_or(otherwise), most);
+    };
+    summary.kind = streamKindText(text("TF").value_or("ONE"));
     summary.words = number("MF1", 1, kMostWords);
     summary.frames = number("MF\\N", 1, kMostFrames);
-    summary.bitRate = fields.findField(nullptr, prefix, "D2", 0).value_or("").substr(0, 9);
+    summary.bitRate = text("D2").value_or("").substr(0, 9);
     summary.counters = number(counter_field::kCount.field.code, 0, kMostIdCounters);
     for (int n = 1; n <= summary.counters && context.document.version < kHiddenSubframesEdition;
          ++n) {
-        int count = 0;
-        fields.findIntField(nullptr, prefix, numberedCode(subframe_field::kCount.field.code, {n}),
-                            count);
-        summary.subframes += std::min(count, kMostSubframes);
+        summary.subframes +=
+            number(fieldCode(subframe_field::kCount.field.code, {n}), 0, kMostSubframes);
     }
     summary.measurements = measurements;
     return summary;

@@ -41,10 +41,10 @@ class AsyncWriter {
 
   private:
     void text(const Field& field, std::string_view value, std::initializer_list<int> numbers) {
-        writeCommand(writer_, prefix_, numberedCode(field.code, numbers), value);
+        writeCommand(writer_, prefix_, fieldCode(field.code, numbers), value);
     }
     void number(const Field& field, int value, std::initializer_list<int> numbers) {
-        writeIntCommand(writer_, prefix_, numberedCode(field.code, numbers), value);
+        writeIntCommand(writer_, prefix_, fieldCode(field.code, numbers), value);
     }
     template <typename... Args>
     void complain(int id, const Args&... args) {

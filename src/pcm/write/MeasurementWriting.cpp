@@ -41,7 +41,7 @@ int countTaggedMeasurements(const PcmFormat& format, const std::string& path) {
     std::set<std::pair<int, int>> numbers;
     // A file that is not there has none.
     (void)forEachCommand(format.context().reader, path, [&numbers](const std::string& command) {
-        if (equalsIgnoreCase(codeHead(fieldView(command).code),
+        if (equalsIgnoreCase(codeHead(viewCommand(command).field),
                              codeHead(measurement_field::kName.code))) {
             const auto indices = parseCommandIndices(command);
             numbers.emplace(indices.fields[0], indices.fields[1]);
@@ -91,7 +91,7 @@ class ListWriter {
         : format_(format),
           parent_(parent),
           writer_(writer),
-          prefix_(groupPrefix('D', format.dGroup)),
+          prefix_(groupHead('D', format.dGroup)),
           commands_(format, parent, writer, prefix_) {}
 
     void write() {
@@ -109,7 +109,7 @@ class ListWriter {
         }
         for (int l = 1; l <= format_.measurementListCount; ++l) {
             if (l <= kMostMeasurementLists) {
-                writeCommand(writer_, prefix_, numberedCode(measurement_field::kListName.code, {l}),
+                writeCommand(writer_, prefix_, fieldCode(measurement_field::kListName.code, {l}),
                              format_.measurementListNames[static_cast<std::size_t>(l) - 1]);
             }
             if (format_.edition() == 2009) {
@@ -135,7 +135,7 @@ class ListWriter {
 
     void writeList(int l) {
         const auto count = static_cast<int>(places_.size());
-        writeIntCommand(writer_, prefix_, numberedCode(measurement_field::kCount.code, {l}),
+        writeIntCommand(writer_, prefix_, fieldCode(measurement_field::kCount.code, {l}),
                         count + tagged_);
         if (tagged_ > 0) {
             appendWorkingFile(format_, writer_, formatPrintf(kTagFormat, format_.dGroup));

@@ -62,8 +62,8 @@ void writeWordLengths(const PcmFormat& format, FileWriter& writer, const std::st
     for (int fwp = 1; fwp < format.wordsPerMinorFrame; ++fwp) {
         if (format.wordLength(fwp) != format.commonWordLength) {
             ++n;
-            writeIntCommand(writer, prefix, numberedCode(position.code, {n}), fwp);
-            writeIntCommand(writer, prefix, numberedCode(length.code, {n}), format.wordLength(fwp));
+            writeIntCommand(writer, prefix, fieldCode(position.code, {n}), fwp);
+            writeIntCommand(writer, prefix, fieldCode(length.code, {n}), format.wordLength(fwp));
         }
     }
 }
@@ -116,7 +116,7 @@ bool writePcmGroup(PcmFormat& format, UserInterface* parent) {
                 std::string(loadText(title::kError).value_or("")));
         return false;
     }
-    const auto prefix = groupPrefix('P', format.pGroup);
+    const auto prefix = groupHead('P', format.pGroup);
     writeAttributes(format, writer, prefix);
     setProgressBar(parent, 20);
     writeSync(format, writer, prefix);

@@ -42,10 +42,10 @@ class SubframeWriter {
     template <typename Record>
     void text(const RecordField<Record>& row, const Record& record,
               std::initializer_list<int> numbers) {
-        writeCommand(writer_, prefix_, numberedCode(row.field.code, numbers), row.text(record));
+        writeCommand(writer_, prefix_, fieldCode(row.field.code, numbers), row.text(record));
     }
     void number(const Field& field, int value, std::initializer_list<int> numbers) {
-        writeIntCommand(writer_, prefix_, numberedCode(field.code, numbers), value);
+        writeIntCommand(writer_, prefix_, fieldCode(field.code, numbers), value);
     }
 
     void writeCounter(int index) {

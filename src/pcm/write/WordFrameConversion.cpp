@@ -2,7 +2,7 @@
 
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
-#include "core/document/FieldIndex.h"
+#include "core/document/CommandIndex.h"
 #include "core/document/GroupFiles.h"
 #include "core/talk/Messages.h"
 #include "core/text/Clock.h"
@@ -418,8 +418,11 @@ bool migrateStream(PcmFormat& format, UserInterface* parent, const PcmSteps& ste
                    int inputEdition) {
     auto& context = format.context();
     const LogAside aside(context.messages);
-    FieldIndex fields(context.reader, context.store.pathOf(groupFile('P', pIndex)), {"DLN"});
-    const auto found = fields.findField(nullptr, groupPrefix('P', pIndex), "DLN", kNameLimit);
+    CommandIndex fields;
+    (void)fields.readFile(context.reader, context.store.pathOf(groupFile('P', pIndex)),
+                          Comments::Skip, {"DLN"});
+    const auto found =
+        fields.findField(context.reader, nullptr, groupHead('P', pIndex) + "DLN", kNameLimit);
     const auto name = std::string(found.value_or(""));
     format.closeFormat();
     if (name.empty() || findStreamGroup(format, parent, 'P', name) != pIndex) {

@@ -192,7 +192,7 @@ TEST_F(RTrackPageTest, EditsEveryDetailThroughItsPrompt) {
                     expectPrompt(std::string(field->prompt), value);
                     list->selectRow(row++);
                     list->editRow();
-                    expected += "R-1\\" + codeAt(field->code, {1, 0}) + ":" +
+                    expected += "R-1\\" + fieldCode(field->code, {1, 0}) + ":" +
                                 (last ? std::string(last->value) : value) + ";\r\n";
                     anything = true;
                 }
@@ -319,12 +319,13 @@ TEST_F(RTrackPageTest, EditsOtherItemsByADialogOverAllFields) {
                     return;
                 }
                 std::vector<std::pair<std::string, std::string>> row;
-                expected = "R-1\\" + codeAt(itemCount(channel, edition)->code, {1, 0}) + ":1;\r\n";
+                expected =
+                    "R-1\\" + fieldCode(itemCount(channel, edition)->code, {1, 0}) + ":1;\r\n";
                 for (const auto* field : itemFields(channel, edition)) {
                     const auto* last = field->choices.empty() ? nullptr : &field->choices.back();
                     row.emplace_back(field->code.substr(0, field->code.find("-n")),
                                      last ? std::string(last->text) : "6");
-                    expected += "R-1\\" + codeAt(field->code, {1, 1}) + ":" +
+                    expected += "R-1\\" + fieldCode(field->code, {1, 1}) + ":" +
                                 (last ? std::string(last->value) : "6") + ";\r\n";
                 }
                 expectRow(row);

@@ -27,6 +27,12 @@ TEST(CommandPathTest, ViewsThePartsOfACommand) {
         {"P-1\\MF1:a;;", "P-1\\MF1", "P-1", "MF1", "a;", "P-1\\MF1"},
         {"P-1\\MF1:8", "P-1\\MF1", "P-1", "MF1", "8", "P-1\\MF1"},
         {"P-1\\MF1 :;", "P-1\\MF1 ", "P-1", "MF1 ", "", "P-1\\MF1"},
+        {"P-1\\TF:ONE;", "P-1\\TF", "P-1", "TF", "ONE", "P-1\\TF"},
+        {"P-1\\SF\\N-1:2;", "P-1\\SF\\N-1", "P-1", "SF\\N-1", "2", "P-1\\SF\\N-1"},
+        {"G\\COM:a:b\\c;", "G\\COM", "G", "COM", "a:b\\c", "G\\COM"},
+        {"G\\COM:;", "G\\COM", "G", "COM", "", "G\\COM"},
+        {"G:a\\b:c;", "G", "", "", "a\\b:c", "G"},
+        {"P-1\\TF;", "", "", "", "", "P-1\\TF;"},
         {"COMMENT: x\\y;", "COMMENT", "", "", " x\\y", "COMMENT"},
         {"\\A:1;", "\\A", "", "A", "1", "\\A"},
         {"P-1\\:1;", "P-1\\", "P-1", "", "1", "P-1\\"},
@@ -93,6 +99,23 @@ TEST(CommandPathTest, RefusesWhatIsNoCode) {
                             "P-1000000000\\A"sv, "COMMENT"sv, "S-1\\X-1-2-3-4-5-6-7"sv}) {
         EXPECT_FALSE(parsePath(code)) << code;
     }
+}
+
+TEST(CommandPathTest, SetsTheValueOfACommand) {
+    const std::pair<std::string, std::string_view> kCases[] = {
+        {"A:1;", "A:new;"}, {"A:1:2", "A:new;"}, {"A:", "A:new;"}, {":", ":new;"}, {"A;", "A;new;"},
+    };
+    for (auto [command, expected] : kCases) {
+        setValue(command, "new");
+        EXPECT_EQ(command, expected);
+    }
+}
+
+TEST(CommandPathTest, WhatIsAfterTheHeadNeedNotBeAField) {
+    EXPECT_EQ(afterHead("D-1\\SMF\\N:1;"), "SMF\\N:1;");
+    EXPECT_EQ(afterHead("D-1\\SMF\\N;"), "SMF\\N;");
+    EXPECT_EQ(afterHead("D-1:a\\b;"), "b;");
+    EXPECT_EQ(afterHead("D-1:a;"), "");
 }
 
 TEST(CommandPathTest, TakesAnIndexFromTheFront) {

@@ -33,7 +33,6 @@ class CommandIndexTest : public testing::Test {
         return all;
     }
     TmatsReader reader;
-    RecordingInterface ui;
     CommandIndex commands;
 };
 
@@ -83,6 +82,134 @@ TEST_F(CommandIndexTest, FileThatCannotBeReadHasNoCommands) {
     writeFile(folder / "file", "A:1;");
     EXPECT_TRUE(commands.readFile(reader, folder / "file").ok());
     EXPECT_EQ(find("a"), "1");
+}
+
+// --- The fields of a file -------------------------------------------------------------------
+
+class CommandFileTest : public testing::Test {
+  protected:
+    CommandFileTest() : path(folder / "group") {}
+    void readFile(std::initializer_list<std::string_view> wanted = {}) {
+        fields.clear();
+        status = fields.readFile(reader, path, Comments::Skip, wanted);
+    }
+    TempFolder folder;
+    std::string path;
+    TmatsReader reader;
+    RecordingInterface ui;
+    CommandIndex fields;
+    IoStatus status;
+};
+
+TEST_F(CommandFileTest, FindsFieldsInAnyOrderAndCase) {
+    writeFile(path, "R-1\\ID:tape;\r\nR-1\\TK1-1:1;\r\nR-1\\TK1-2:2;\r\n");
+    readFile();
+    ASSERT_TRUE(status.ok());
+    EXPECT_EQ(fields.findField(reader, nullptr, "R-1\\TK1-2", 0), "2");
+    EXPECT_EQ(fields.findField(reader, nullptr, "r-1\\id", 0), "tape");
+    EXPECT_EQ(fields.findField(reader, nullptr, "R-1\\TK1-3", 0), std::nullopt);
+}
+
+TEST_F(CommandFileTest, OccurrencesFollowThePositionAndWrap) {
+    writeFile(path, "X:1;A:a;X:2;Y:y;X:3;");
+    readFile();
+    EXPECT_EQ(fields.findField(reader, nullptr, "X", 0), "1");
+    EXPECT_EQ(fields.findField(reader, nullptr, "X", 0), "2");
+    EXPECT_EQ(fields.findField(reader, nullptr, "Z", 0), std::nullopt);
+    EXPECT_EQ(fields.findField(reader, nullptr, "X", 0), "3");
+    EXPECT_EQ(fields.findField(reader, nullptr, "X", 0), "1");
+    EXPECT_EQ(fields.findField(reader, nullptr, "Y", 0), "y");
+    EXPECT_EQ(fields.findField(reader, nullptr, "X", 0), "3");
+    fields.rewind();
+    EXPECT_EQ(fields.findField(reader, nullptr, "X", 0), "1");
+}
+
+TEST_F(CommandFileTest, EmptyValuesAndCommandsWithoutAColonAreNotThere) {
+    writeFile(path, "X:;Y;X:2;COMMENT:z;:v;Z:  ;");
+    readFile();
+    EXPECT_EQ(fields.findField(reader, nullptr, "X", 0), "2");
+    EXPECT_EQ(fields.findField(reader, nullptr, "X", 0), "2");
+    EXPECT_EQ(fields.findField(reader, nullptr, "Y", 0), std::nullopt);
+    EXPECT_EQ(fields.findField(reader, nullptr, "COMMENT", 0), std::nullopt);
+    EXPECT_EQ(fields.findField(reader, nullptr, "Z", 0), std::nullopt);
+    EXPECT_EQ(fields.findField(reader, nullptr, "", 0), "v") << "an empty code is a code";
+}
+
+TEST_F(CommandFileTest, KeepsOnlyTheFieldsThatAreWanted) {
+    writeFile(path, "G\\DSI-1:a;G\\PN:b;G\\dst-1:c;NOGROUP:d;DSI-9:e;");
+    readFile({"DSI", "DST-"});
+    EXPECT_EQ(fields.findField(reader, nullptr, "G\\DSI-1", 0), "a");
+    EXPECT_EQ(fields.findField(reader, nullptr, "G\\PN", 0), std::nullopt);
+    EXPECT_EQ(fields.findField(reader, nullptr, "G\\DST-1", 0), "c");
+    EXPECT_EQ(fields.findField(reader, nullptr, "NOGROUP", 0), std::nullopt);
+    EXPECT_EQ(fields.findField(reader, nullptr, "DSI-9", 0), "e");
+}
+
+TEST_F(CommandFileTest, IntegersAreDecimalAndNeverNegative) {
+    writeFile(path, "A:12;B:-7;C:x;");
+    readFile();
+    EXPECT_EQ(fields.findIntField(nullptr, "A"), 12);
+    EXPECT_EQ(fields.findIntField(nullptr, "B"), 0);
+    EXPECT_EQ(fields.findIntField(nullptr, "C"), 0);
+    EXPECT_EQ(fields.findIntField(nullptr, "D"), std::nullopt);
+}
+
+TEST_F(CommandFileTest, LimitsAreThoseOfTheReader) {
+    writeFile(path, "g\\pn:ABCDEFG;");
+    int truncated = 0;
+    reader.setLogFile("", &truncated);
+    readFile();
+    EXPECT_EQ(fields.findField(reader, &ui, "G\\PN", 4), "ABCD");
+    EXPECT_EQ(truncated, 1);
+    ASSERT_EQ(ui.boxes.size(), 1u);
+    EXPECT_EQ(ui.boxes[0].text,
+              "The TMATS command 'g\\pn:ABCDEFG;'\nwas too long. This field can only be 4 "
+              "characters long.\n\nThis field has been truncated.");
+    EXPECT_EQ(fields.findField(reader, &ui, "G\\PN", 0), "ABCDEFG") << "what is kept is whole";
+}
+
+TEST_F(CommandFileTest, FileThatCanNotBeReadHasNoCommands) {
+    path = folder / "none";
+    readFile();
+    EXPECT_FALSE(status.ok());
+    EXPECT_EQ(fields.findField(reader, nullptr, "X", 0), std::nullopt);
+}
+
+TEST_F(CommandFileTest, AnswersAsTheReaderDoesOnRandomFiles) {
+    std::mt19937 random(20260102);
+    const auto below = [&random](int n) {
+        return static_cast<int>(random() % static_cast<unsigned>(n));
+    };
+    const std::vector<std::string> codes = {"A", "a", "B", "X-1\\A", "x-1\\a", "C", "COMMENT", ""};
+    const std::vector<std::string> values = {"",           " ",   "1",    "-2",
+                                             "long value", "a:b", "x\ny", "\x1A"};
+    const std::vector<std::string> ends = {";", ";", ";", ";\r\n", " ;", "\n\n"};
+    int found = 0;
+    for (int round = 0; round < 400; ++round) {
+        std::string text;
+        for (int i = below(12); i > 0; --i) {
+            text += codes[static_cast<std::size_t>(below(8))] + (below(8) == 0 ? "" : ":") +
+                    values[static_cast<std::size_t>(below(8))] +
+                    ends[static_cast<std::size_t>(below(6))];
+        }
+        writeFile(path, text);
+        ByteSource source;
+        ASSERT_TRUE(source.open(path).ok());
+        readFile();
+        for (int look = 0; look < 30; ++look) {
+            const auto& code = codes[static_cast<std::size_t>(below(8))];
+            const int limit = below(3) * 2 - 2;
+            const auto slow = reader.findField(nullptr, source, "", code, limit);
+            const auto expected = slow ? std::optional(std::string(*slow)) : std::nullopt;
+            const auto actual = fields.findField(reader, nullptr, code, limit);
+            ASSERT_EQ(expected.has_value(), actual.has_value()) << text << "\ncode " << code;
+            if (actual) {
+                ASSERT_EQ(*expected, *actual) << text << "\ncode " << code;
+                ++found;
+            }
+        }
+    }
+    EXPECT_GT(found, 1000) << "the files must have something to find";
 }
 
 // --- As the reader answers ------------------------------------------------------------------

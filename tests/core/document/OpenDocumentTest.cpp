@@ -1,4 +1,5 @@
 #include "core/document/BuildDocument.h"
+#include "core/document/DocumentVersion.h"
 #include "core/document/OpenDocument.h"
 #include "core/talk/RecentFiles.h"
 #include "support/TestContext.h"

@@ -92,9 +92,9 @@ TEST(PcmVocabulary, AStoredChoiceFitsItsField) {
 }
 
 TEST(RecordField, ACodeTakesTheNumbersOfItsCommand) {
-    EXPECT_EQ(numberedCode("SF4-n-m-k", {1, 22, 333}), "SF4-1-22-333");
-    EXPECT_EQ(numberedCode("AEF\\DLN-n", {18}), "AEF\\DLN-18");
-    EXPECT_EQ(numberedCode("ISF\\N", {}), "ISF\\N");
+    EXPECT_EQ(fieldCode("SF4-n-m-k", {1, 22, 333}), "SF4-1-22-333");
+    EXPECT_EQ(fieldCode("AEF\\DLN-n", {18}), "AEF\\DLN-18");
+    EXPECT_EQ(fieldCode("ISF\\N", {}), "ISF\\N");
     EXPECT_EQ(codeHead("AEF10-n-k-j"), "AEF10");
     EXPECT_EQ(codeHead("COM"), "COM");
 }

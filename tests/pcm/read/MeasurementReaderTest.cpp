@@ -114,7 +114,9 @@ TEST(MeasurementReader, MeasurementNumber100IsReadFromTheSecondChunkAnd99FromThe
 
 TEST(MeasurementReader, ALookUpTakesWhatStandsBehindTheOneBeforeAndGoesOnceAround) {
     TmatsReader reader;
-    ChunkFields fields(reader, "D-1\\A:1;\r\nD-1\\B:2;\r\nD-1\\A:3;\r\nD-1\\C:;\r\n");
+    CommandIndex fields;
+    auto source = ByteSource::fromMemory("D-1\\A:1;\r\nD-1\\B:2;\r\nD-1\\A:3;\r\nD-1\\C:;\r\n");
+    ASSERT_TRUE(fields.read(reader, source).ok());
     EXPECT_EQ(fields.find("D-1\\B")->value, "2");
     EXPECT_EQ(fields.find("D-1\\A")->value, "3");
     EXPECT_EQ(fields.find("d-1\\a")->value, "1");

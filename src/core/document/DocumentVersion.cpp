@@ -1,0 +1,38 @@
+#include "core/document/DocumentVersion.h"
+
+#include "core/TmatsDocument.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Edition.h"
+#include "core/text/Text.h"
+
+#include <string_view>
+
+namespace kavu {
+
+namespace {
+
+/// A version key of the settings; a missing or impossible one is written anew.
+int versionSetting(ProfileSettings& settings, std::string_view key) {
+    constexpr std::size_t kLongest = 10;
+    int version = leadingInt(std::string_view(settings.text(key)).substr(0, kLongest));
+    if (version > kLatestEdition || version == 0) {
+        version = kLatestEdition;
+        settings.writeInteger(key, version);
+    }
+    return normalisedEdition(version);
+}
+
+/// The version of the setting that is in force: that of the file, or the one to convert to.
+int settingsVersion(ProfileSettings& settings) {
+    const int input = versionSetting(settings, "IRIGInputVersion");
+    const int output = versionSetting(settings, "IRIGOutputVersion");
+    return settings.integer("IRIGOutputMethod", 1) == 1 ? input : output;
+}
+
+}  // namespace
+
+void resetVersionFromSettings(DocumentContext& context) {
+    context.document.version = settingsVersion(context.settings);
+}
+
+}  // namespace kavu

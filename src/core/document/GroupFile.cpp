@@ -1,0 +1,77 @@
+#include "core/document/GroupFile.h"
+
+#include "core/TmatsReader.h"
+#include "core/document/DocumentFiles.h"
+#include "core/document/GroupFiles.h"
+#include "core/text/Text.h"
+
+namespace kavu {
+
+IoStatus GroupFile::open(const DocumentFiles& files, TmatsReader& reader, char letter, int index,
+                         GroupFile& group) {
+    group = {};
+    group.name_ = groupFile(letter, index);
+    auto status = group.commands_.readFile(reader, files.path(group.name_), Comments::Keep);
+    group.exists_ = status.ok();
+    return status;
+}
+
+std::size_t GroupFile::firstOf(std::string_view code) const {
+    std::size_t place = 0;
+    while (place < commands_.size() && !equalsIgnoreCase(keyOf(commands_.at(place)), code)) {
+        ++place;
+    }
+    return place;
+}
+
+std::string_view GroupFile::value(std::string_view code) const {
+    for (std::size_t place = 0; place < commands_.size(); ++place) {
+        const auto command = commands_.at(place);
+        if (!command.value.empty() && equalsIgnoreCase(keyOf(command), code)) {
+            return command.value;
+        }
+    }
+    return {};
+}
+
+void GroupFile::set(std::string_view code, std::string_view stored,
+                    const std::function<std::size_t()>& place) {
+    auto at = firstOf(code);
+    at = at == commands_.size() ? place() : at;
+    rebuild(code, at, std::string(code).append(":").append(stored).append(";"));
+}
+
+void GroupFile::erase(std::string_view code) {
+    rebuild(code, commands_.size() + 1, {});
+}
+
+void GroupFile::rebuild(std::string_view withoutCode, std::size_t at, std::string_view added) {
+    CommandIndex all;
+    for (std::size_t place = 0; place <= commands_.size(); ++place) {
+        if (place == at) {
+            all.add(added);
+        }
+        if (place == commands_.size()) {
+            break;
+        }
+        if (const auto command = commands_.at(place);
+            !equalsIgnoreCase(keyOf(command), withoutCode)) {
+            all.add(command.text);
+            if (commands_.isRead(place)) {
+                all.markRead(all.size() - 1);
+            }
+        }
+    }
+    commands_ = std::move(all);
+    changed_ = true;
+}
+
+IoStatus GroupFile::store(DocumentFiles& files) const {
+    std::string bytes;
+    for (std::size_t place = 0; place < commands_.size(); ++place) {
+        bytes.append(commands_.at(place).text).append("\r\n");
+    }
+    return files.put(name_, bytes);
+}
+
+}  // namespace kavu
