@@ -18,7 +18,6 @@
 
 namespace kavu {
 
-class DocumentFiles;
 class UserInterface;
 
 /// What the substitutions of a reader have hit.
@@ -156,32 +155,6 @@ struct CommentRecord {
 /// Sets a key of a record text, or drops it for an empty value. An empty record text is
 /// taken as "[KAVU:]"; a record without pairs becomes empty.
 void setCommentRecordValue(std::string& record, std::string_view key, std::string_view value);
-
-// --- Changing a group file without its parser ------------------------------------------
-
-/// One change of `rewriteCommands`: every command that contains `pattern` anywhere in its
-/// text (a plain, case-sensitive test) gets the new value, or goes if there is none.
-struct CommandRewrite {
-    std::string pattern;
-    std::optional<std::string> newValue;
-};
-
-/// Changes or deletes all matching commands of a group file. The pattern is the code, `:`
-/// and the old value if there is one: a substring test, not a test of the code, so asking
-/// to delete "COMMENT" removes every command that holds "COMMENT:" anywhere. True if any
-/// command matched. `status`, if given, tells of a file that could not be read or written.
-bool rewriteCommands(DocumentFiles& files, std::string_view name, std::string_view code,
-                     std::optional<std::string_view> oldValue,
-                     std::optional<std::string_view> newValue, IoStatus* status = nullptr);
-/// Several changes in one pass, each command meeting them in their order as if each were
-/// a pass of its own.
-bool rewriteCommands(DocumentFiles& files, std::string_view name,
-                     const std::vector<CommandRewrite>& rewrites, IoStatus* status = nullptr);
-
-/// Copies an indexed group file, giving every command another group index; commands without
-/// one are left out. A value loses its semicolons. A failure may leave a part of the copy.
-[[nodiscard]] IoStatus copyWithGroupIndex(const std::string& from, const std::string& to,
-                                          int index);
 
 // --- Writing commands -------------------------------------------------------------------
 // Each writes one line that ends in carriage return and line feed.

@@ -5,9 +5,9 @@
 #include "core/WorkingStore.h"
 #include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
+#include "core/document/GroupRewrite.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
-#include "groups/GroupRewrite.h"
 #include "groups/GroupScan.h"
 
 #include <algorithm>
@@ -30,22 +30,22 @@ bool isBusField(std::string_view field) {
     });
 }
 
-Rewritten dropThirdIndex(std::string& command) {
-    const auto view = viewCommand(command);
+void dropThirdIndex(CommandEdit& command) {
+    const auto view = viewCommand(command.text());
     if (!isBusField(view.field)) {
-        return Rewritten::Same;
+        return;
     }
-    const auto indices = parseCommandIndices(command);
+    const auto indices = parseCommandIndices(command.text());
     if (indices.count == 2) {
-        return Rewritten::Same;
+        return;
     }
     if (indices.count != 3 || indices.fields[2] != 1) {
-        return Rewritten::Deleted;
+        command.erase();
+        return;
     }
-    command = formatPrintf("%c-%d\\%s-%d-%d:%s;", indices.letter, indices.group,
-                           std::string(codeHead(view.field)), indices.fields[0], indices.fields[1],
-                           std::string(view.value));
-    return Rewritten::Changed;
+    command.replace(formatPrintf("%c-%d\\%s-%d-%d:%s;", indices.letter, indices.group,
+                                 std::string(codeHead(view.field)), indices.fields[0],
+                                 indices.fields[1], std::string(view.value)));
 }
 
 /// Measurement list and place in it.
@@ -81,16 +81,14 @@ class FilterLists {
         }
     }
     /// Takes the names of measurements that have a tag, and drops the old commands.
-    Rewritten rewrite(const std::string& command) {
-        const auto view = viewCommand(command);
+    void rewrite(CommandEdit& command) {
+        const auto view = viewCommand(command.text());
         if (isOldFilterCode(view.field)) {
-            return Rewritten::Deleted;
+            command.erase();
+        } else if (startsWithIgnoreCase(view.field, kMeasurementCode) && !view.value.empty() &&
+                   tags_.contains(placeOf(command.text()))) {
+            tagged_.emplace(placeOf(command.text()), view.value);
         }
-        if (startsWithIgnoreCase(view.field, kMeasurementCode) && !view.value.empty() &&
-            tags_.contains(placeOf(command))) {
-            tagged_.emplace(placeOf(command), view.value);
-        }
-        return Rewritten::Same;
     }
     /// The commands of the one list.
     [[nodiscard]] std::string newList(const std::string& prefix) {
@@ -148,7 +146,8 @@ bool hasOlderLocation(std::string_view code, std::string_view value) {
 }  // namespace
 
 bool dropThirdBusIndex(DocumentContext& context, const std::string& name, IoStatus& status) {
-    return rewriteGroupFile(context.reader, context.files, name, dropThirdIndex, {}, status);
+    return rewriteGroup(context.files, context.reader, name, Cut::Commands, dropThirdIndex, {},
+                        status);
 }
 
 bool joinFilterLists(DocumentContext& context, const std::string& name, int index,
@@ -163,10 +162,10 @@ bool joinFilterLists(DocumentContext& context, const std::string& name, int inde
         status = isMissing(status) ? IoStatus() : status;
         return false;
     }
-    return rewriteGroupFile(
-        context.reader, context.files, name,
-        [&lists](const std::string& command) { return lists.rewrite(command); },
-        [&] { return lists.newList(groupHead('D', index)); }, status);
+    return rewriteGroup(
+        context.files, context.reader, name, Cut::Commands,
+        [&lists](CommandEdit& command) { lists.rewrite(command); },
+        [&](bool) { return lists.newList(groupHead('D', index)); }, status);
 }
 
 bool needsWordFrames(DocumentContext& context, UserInterface* parent, IoStatus& status) {

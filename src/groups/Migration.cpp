@@ -7,6 +7,7 @@
 #include "core/document/CommandIndex.h"
 #include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
+#include "core/document/GroupRewrite.h"
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
 #include "core/talk/UserInterface.h"
@@ -15,7 +16,6 @@
 #include "core/text/Text.h"
 #include "groups/ConversionMigration.h"
 #include "groups/DateForms.h"
-#include "groups/GroupRewrite.h"
 #include "groups/GroupScan.h"
 #include "groups/Irig11Changes.h"
 
@@ -185,24 +185,23 @@ class Migration {
     void convertRecorderDates(int sourceYear) {
         const int currentYear = context_.clock.now().year;
         forEachFile('R', [&](const std::string& name, int) {
-            return rewriteGroupFile(
-                context_.reader, context_.files, name,
-                [&](std::string& command) {
-                    const auto view = viewCommand(command);
+            return rewriteGroup(
+                context_.files, context_.reader, name, Cut::Commands,
+                [&](CommandEdit& command) {
+                    const auto view = viewCommand(command.text());
                     if (!equalsIgnoreCase(view.field, "RI4") &&
                         !equalsIgnoreCase(view.field, "RI5")) {
-                        return Rewritten::Same;
+                        return;
                     }
                     const auto date = convertDate(view.value, sourceYear, currentYear);
                     if (!date) {
-                        return Rewritten::Same;
+                        return;
                     }
                     if (date->doubtful) {
                         reportDoubtfulDate(context_, parent_, std::string(view.code), view.value,
                                            date->text);
                     }
-                    setValue(command, date->text);
-                    return Rewritten::Changed;
+                    command.setValue(date->text);
                 },
                 {}, status_);
         });
@@ -231,8 +230,8 @@ class Migration {
                 parent_, formatPrintf("Converting measurements to Word/Frame (Stream #%d)", index));
             setProgressBar(parent_, 50 + 50.0 * index / kMostGroupIndex);
             CommandIndex fields;
-            status_ = fields.readFile(context_.reader, context_.files.path(name), Comments::Skip,
-                                      {"TF"});
+            status_ =
+                fields.readFile(context_.reader, context_.files.path(name), Comments::Skip, {"TF"});
             yieldToInterface(parent_);
             const auto format = fields.find(groupHead('P', index) + "TF");
             return format && (format->value == "ONE" || format->value == "TWO") &&
@@ -333,9 +332,9 @@ bool setVersionField(DocumentContext& context, UserInterface* parent, int target
         changed = rewriteCommands(context.files, working::kGeneral, kVersionCode, std::nullopt,
                                   number, &status);
     } else if (status.ok()) {
-        changed = rewriteGroupFile(
-            context.reader, context.files, working::kGeneral,
-            [](std::string&) { return Rewritten::Same; }, [&line] { return line; }, status);
+        changed = rewriteGroup(
+            context.files, context.reader, working::kGeneral, Cut::Commands, [](CommandEdit&) {},
+            [&line](bool) { return line; }, status);
     }
     if (!status.ok()) {
         report(parent, status, failure);

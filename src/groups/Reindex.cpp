@@ -4,6 +4,7 @@
 #include "core/WorkingStore.h"
 #include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
+#include "core/document/GroupRewrite.h"
 #include "core/files/FileIo.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
@@ -66,14 +67,14 @@ class Reindexer {
     /// Adds the values of all commands of the files whose code is wanted.
     bool gather(std::string_view wildcard, const std::function<bool(std::string_view)>& wanted) {
         return walk(wildcard, [&](const std::string& file) {
-            const auto status = forEachCommand(
-                context_.reader, context_.files.path(file), [&](const std::string& command) {
-                    const auto view = viewCommand(command);
-                    if (wanted(view.field)) {
-                        links_.add(view.value.substr(0, kNameLimit));
-                    }
-                    return true;
-                });
+            const auto status = forEachCommand(context_.reader, context_.files.path(file),
+                                               [&](const std::string& command) {
+                                                   const auto view = viewCommand(command);
+                                                   if (wanted(view.field)) {
+                                                       links_.add(view.value.substr(0, kNameLimit));
+                                                   }
+                                                   return true;
+                                               });
             if (!status.ok()) {
                 reportUnableToRead(parent_, status);
             }

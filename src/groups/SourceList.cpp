@@ -4,9 +4,9 @@
 #include "core/WorkingStore.h"
 #include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
+#include "core/document/GroupRewrite.h"
 #include "core/talk/Messages.h"
 #include "core/text/Text.h"
-#include "groups/GroupRewrite.h"
 
 #include <map>
 #include <set>
@@ -42,8 +42,7 @@ IoStatus forEachRow(DocumentContext& context, const Visit& visit) {
 }
 
 /// Changes the G file; a document without one gets it.
-IoStatus editGeneral(DocumentContext& context,
-                     const std::function<Rewritten(std::string& command)>& edit,
+IoStatus editGeneral(DocumentContext& context, const Visit& edit,
                      const std::function<std::string()>& tail) {
     PathKind kind = PathKind::Missing;
     if (auto status = probePath(context.files.path(working::kGeneral), kind); !status.ok()) {
@@ -53,7 +52,9 @@ IoStatus editGeneral(DocumentContext& context,
         return context.files.put(working::kGeneral, tail());
     }
     IoStatus status;
-    rewriteGroupFile(context.reader, context.files, working::kGeneral, edit, tail, status);
+    rewriteGroup(
+        context.files, context.reader, working::kGeneral, Cut::Commands, edit,
+        [&](bool) { return tail(); }, status);
     return status;
 }
 
@@ -75,24 +76,20 @@ IoStatus appendSource(DocumentContext& context, int rows, std::string_view name,
     while (taken.contains(++unused)) {
     }
     bool counted = false;
-    const auto edit = [&](std::string& command) {
-        const auto code = viewCommand(command).code;
+    const auto edit = [&](CommandEdit& command) {
+        const auto code = viewCommand(command.text()).code;
         if (equalsIgnoreCase(code, kCount)) {
-            if (counted) {
-                return Rewritten::Deleted;
-            }
+            command.replace(counted ? std::string() : count);
             counted = true;
-            command = count;
-            return Rewritten::Changed;
+            return;
         }
         // A row behind the old count must not answer for the new one. It may be all that
         // names a group, so it moves out of the way.
         const bool isName = equalsIgnoreCase(code, nameCode);
-        if (!isName && !equalsIgnoreCase(code, typeCode)) {
-            return Rewritten::Same;
+        if (isName || equalsIgnoreCase(code, typeCode)) {
+            command.replace(formatPrintf("%s%d", isName ? kName : kType, unused) +
+                            command.text().substr(code.size()));
         }
-        command.replace(0, code.size(), formatPrintf("%s%d", isName ? kName : kType, unused));
-        return Rewritten::Changed;
     };
     return editGeneral(context, edit, [&] {
         return (counted ? std::string() : count + "\r\n") + rowText(row, name, type);
@@ -117,11 +114,12 @@ IoStatus readUncountedSources(DocumentContext& context, int counted,
 
 IoStatus rewriteSources(DocumentContext& context, std::span<const DataSource> rows,
                         std::span<const DataSource> uncounted) {
-    const auto edit = [](std::string& command) {
-        const auto code = viewCommand(command).code;
-        const bool listed = equalsIgnoreCase(code, kCount) || startsWithIgnoreCase(code, kName) ||
-                            startsWithIgnoreCase(code, kType);
-        return listed ? Rewritten::Deleted : Rewritten::Same;
+    const auto edit = [](CommandEdit& command) {
+        const auto code = viewCommand(command.text()).code;
+        if (equalsIgnoreCase(code, kCount) || startsWithIgnoreCase(code, kName) ||
+            startsWithIgnoreCase(code, kType)) {
+            command.erase();
+        }
     };
     return editGeneral(context, edit, [&] {
         auto text = formatPrintf("%s:%d;\r\n", kCount, rows.size());
@@ -136,28 +134,6 @@ IoStatus rewriteSources(DocumentContext& context, std::span<const DataSource> ro
         }
         return text;
     });
-}
-
-bool replaceValues(
-    DocumentContext& context, std::string_view name,
-    const std::function<std::optional<std::string>(std::string_view code, std::string_view value)>&
-        newValue,
-    IoStatus& status) {
-    return rewriteGroupFile(
-        context.reader, context.files, name,
-        [&](std::string& command) {
-            const auto view = viewCommand(command);
-            if (view.field.empty() || view.value.empty()) {
-                return Rewritten::Same;
-            }
-            const auto value = newValue(view.field, view.value);
-            if (!value) {
-                return Rewritten::Same;
-            }
-            setValue(command, *value);
-            return Rewritten::Changed;
-        },
-        {}, status);
 }
 
 int indexForNew(DocumentContext& context, UserInterface* parent, char letter,

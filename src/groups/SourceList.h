@@ -27,15 +27,6 @@ namespace kavu {
 [[nodiscard]] IoStatus rewriteSources(DocumentContext& context, std::span<const DataSource> rows,
                                       std::span<const DataSource> uncounted);
 
-/// Replaces values of a group file: `newValue(code, value)` gives the new one for the code
-/// without its head, or nothing. A file that is not there is no failure. True if any value
-/// was replaced.
-bool replaceValues(
-    DocumentContext& context, std::string_view name,
-    const std::function<std::optional<std::string>(std::string_view code, std::string_view value)>&
-        newValue,
-    IoStatus& status);
-
 /// The index for a new file of a group, or 0 after message 303 with what it was for.
 int indexForNew(DocumentContext& context, UserInterface* parent, char letter,
                 std::string_view called);

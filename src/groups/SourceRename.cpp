@@ -3,6 +3,7 @@
 #include "core/WorkingStore.h"
 #include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
+#include "core/document/GroupRewrite.h"
 #include "core/talk/Messages.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
@@ -82,8 +83,8 @@ class Renaming {
             status = undo_.keep(name);
         }
         if (status.ok() && holds) {
-            replaceValues(
-                context_, name,
+            rewriteValues(
+                context_.files, context_.reader, name,
                 [&](std::string_view code, std::string_view value) {
                     return wanted(code) && matches(value) ? std::optional(newName_) : std::nullopt;
                 },

@@ -6,6 +6,7 @@
 #include "core/document/DocumentVersion.h"
 #include "core/document/FormerContents.h"
 #include "core/document/GroupFiles.h"
+#include "core/document/GroupRewrite.h"
 #include "core/files/FileIo.h"
 #include "core/talk/FileReports.h"
 #include "core/talk/Messages.h"
@@ -135,31 +136,25 @@ class Builder {
     unsigned lineCounter_ = 0;
 };
 
-/// The G file with `head` in front of it, or behind the comments at its head.
+/// The G file with `head` in front of it, or after the comments at its head.
 bool putIntoGeneralFile(DocumentContext& context, UserInterface* parent, const std::string& head,
                         bool behindComments) {
-    ByteSource source;
-    auto status = source.open(context.store.pathOf(working::kGeneral));
-    if (status.ok()) {
-        auto writer = context.files.writer(working::kGeneral);
-        bool placed = !behindComments;
-        writer.write(placed ? head : std::string());
-        std::string command;
-        std::size_t partial = 0;
-        while (context.reader.nextRawCommand(source, command, nullptr, &partial)) {
-            if (!placed && !startsWithIgnoreCase(command, "COMMENT:")) {
-                writer.write(head);
-                placed = true;
-            }
-            writer.write(command);
-            writer.write("\r\n");
+    bool placed = false;
+    const auto place = [&](CommandEdit& command) {
+        if (!placed && !(behindComments && startsWithIgnoreCase(command.text(), "COMMENT:"))) {
+            command.before(head);
+            placed = true;
         }
-        writer.write(placed ? std::string() : head);
-        if (partial > 0) {
+    };
+    const auto tail = [&](bool cutOff) {
+        if (cutOff) {
             noteCutOff(parent, "General Information");
         }
-        status = source.status().ok() ? writer.close() : source.status();
-    }
+        return placed ? std::string() : head;
+    };
+    IoStatus status;
+    rewriteGroup(context.files, context.reader, working::kGeneral, Cut::Commands, place, tail,
+                 status);
     if (!status.ok()) {
         reportUnableToWrite(parent, status, title::kErrorSaving);
     }

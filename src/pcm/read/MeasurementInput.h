@@ -9,9 +9,11 @@
 #include "pcm/read/DataChunks.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <initializer_list>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -44,8 +46,8 @@ class MeasurementInput {
     /// The code as messages name it: "MFSW-1-2-3".
     [[nodiscard]] std::string code(const Field& field,
                                    std::initializer_list<int> indices = {}) const {
-        std::string text(codeHead(field.code));
-        append(text, indices);
+        std::string text;
+        append(text, field, indices);
         return text;
     }
     /// A value of this measurement; the code gets the numbers of list and measurement, and
@@ -84,8 +86,8 @@ class MeasurementInput {
   private:
     std::optional<std::string_view> find(const Field& field, int limit,
                                          std::initializer_list<int> indices) {
-        code_.assign(load.prefix).append(codeHead(field.code));
-        append(code_, indices);
+        code_.assign(load.prefix);
+        append(code_, field, indices);
         const auto found = fields_.find(code_);
         if (!found) {
             return std::nullopt;
@@ -93,15 +95,11 @@ class MeasurementInput {
         return load.format.context().reader.applyLimit(load.parent, found->code, found->value,
                                                        limit);
     }
-    void append(std::string& text, std::initializer_list<int> indices) const {
-        text.push_back('-');
-        appendNumber(text, list_);
-        text.push_back('-');
-        appendNumber(text, number_);
-        for (const int index : indices) {
-            text.push_back('-');
-            appendNumber(text, index);
-        }
+    /// REQUIRES: as many indices as the field has beyond list and measurement.
+    void append(std::string& text, const Field& field, std::initializer_list<int> indices) const {
+        std::array<int, FieldPath::kMostIndices> numbers{list_, number_};
+        std::copy(indices.begin(), indices.end(), numbers.begin() + 2);
+        appendField(text, field.code, std::span(numbers).first(2 + indices.size()));
     }
 
     CommandIndex& fields_;

@@ -1,4 +1,4 @@
-#include "core/TmatsReader.h"
+#include "core/document/GroupRewrite.h"
 #include "support/TestContext.h"
 
 #include <sys/stat.h>

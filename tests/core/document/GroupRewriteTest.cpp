@@ -1,8 +1,10 @@
-#include "groups/GroupRewrite.h"
+#include "core/document/GroupRewrite.h"
 #include "support/TestContext.h"
 
 #include <array>
+#include <cerrno>
 #include <chrono>
+#include <sys/stat.h>
 
 #include <gtest/gtest.h>
 
@@ -95,6 +97,92 @@ TEST(RewriteFileTest, AFailureLeavesTheOldFileWhole) {
     EXPECT_FALSE(status.ok());
     EXPECT_EQ(status.path(), t.store.pathOf("file.new"));
     EXPECT_EQ(t.read("file"), "M-1\\X:A;\r\n");
+}
+
+// --- One pass over a file ---------------------------------------------------------------
+
+class RewriteGroupTest : public testing::Test {
+  protected:
+    bool rewrite(Cut cut, const Visit& visit, const Tail& tail = {}) {
+        const bool changed = rewriteGroup(t.files, t.reader, "file", cut, visit, tail, status);
+        EXPECT_FALSE(t.has("file.new"));
+        return changed;
+    }
+    ino_t inode() const {
+        struct stat info {};
+        EXPECT_EQ(::stat(t.store.pathOf("file").c_str(), &info), 0);
+        return info.st_ino;
+    }
+    static void nothing(CommandEdit&) {}
+
+    test::TestContext t;
+    IoStatus status;
+};
+
+TEST_F(RewriteGroupTest, AFileInWhichNothingChangesIsNotTouched) {
+    t.write("file", "A:1 ;B:2;\n");
+    const auto before = inode();
+    EXPECT_FALSE(rewrite(Cut::Commands, nothing, [](bool) { return std::string(); }));
+    EXPECT_TRUE(status.ok());
+    EXPECT_EQ(inode(), before);
+    EXPECT_EQ(t.read("file"), "A:1 ;B:2;\n");
+}
+
+TEST_F(RewriteGroupTest, TheTwoCutsAreNotTheSame) {
+    // A lone line feed, a run of carriage returns, a blank and a byte 26, no end.
+    t.write("file",
+            " \x1a"
+            "A:1\n2 ;\r\n\tB:3\r\r\n4;C:5");
+    EXPECT_FALSE(rewrite(Cut::Runs, nothing));
+    EXPECT_TRUE(status.ok());
+    EXPECT_EQ(t.read("file"),
+              "\x1a"
+              "A:1\n2 ;\r\nB:3\r\r\n4;\r\nC:5\r\n");
+
+    t.write("file",
+            " \x1a"
+            "A:1\n2 ;\r\n\tB:3\r\r\n4;C:5");
+    bool cutOff = false;
+    EXPECT_TRUE(rewrite(Cut::Commands, nothing, [&](bool cut) {
+        cutOff = cut;
+        return std::string("T:1;\r\n");
+    }));
+    EXPECT_TRUE(cutOff);
+    EXPECT_EQ(t.read("file"), "A:1\r\n2;\r\nB:3\r\n4;\r\nT:1;\r\n");
+}
+
+TEST_F(RewriteGroupTest, EditsOneCommandAfterTheOther) {
+    t.write("file", "A:1;\r\nCOMMENT: x;\r\nB:2;\r\nC:3;\r\n");
+    EXPECT_TRUE(rewrite(Cut::Commands, [](CommandEdit& command) {
+        if (command.text() == "A:1;") {
+            command.before("HEAD:;\r\n");
+        } else if (command.text() == "B:2;") {
+            command.erase();
+        } else if (command.text() == "C:3;") {
+            command.setValue("new");
+        }
+    }));
+    EXPECT_EQ(t.read("file"), "HEAD:;\r\nA:1;\r\nCOMMENT: x;\r\nC:new;\r\n");
+}
+
+TEST_F(RewriteGroupTest, AFileThatIsNotThereIsAFailureAndIsNotMade) {
+    EXPECT_FALSE(rewrite(Cut::Commands, nothing, [](bool) { return std::string("A:1;\r\n"); }));
+    EXPECT_EQ(status.code(), ENOENT);
+    EXPECT_FALSE(t.has("file"));
+}
+
+TEST_F(RewriteGroupTest, ValuesAreAskedForFieldByField) {
+    t.write("file", "P-1\\A:1;\r\nP-1\\E:;\r\nNOHEAD:1;\r\nP-1\\B:2;\r\n");
+    std::string asked;
+    EXPECT_TRUE(rewriteValues(
+        t.files, t.reader, "file",
+        [&](std::string_view field, std::string_view value) {
+            asked.append(field).append("=").append(value).append(" ");
+            return field == "B" ? std::optional<std::string>("new") : std::nullopt;
+        },
+        status));
+    EXPECT_EQ(asked, "A=1 B=2 ");
+    EXPECT_EQ(t.read("file"), "P-1\\A:1;\r\nP-1\\E:;\r\nNOHEAD:1;\r\nP-1\\B:new;\r\n");
 }
 
 }  // namespace

@@ -1,0 +1,117 @@
+// Group files changed without the parser of their group: command by command, in one pass.
+#pragma once
+
+#include "core/files/IoStatus.h"
+
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kavu {
+
+class DocumentFiles;
+class TmatsReader;
+
+/// How a file is cut into commands. The two are not the same, and files keep the bytes that
+/// each of them gives.
+enum class Cut {
+    /// All bytes up to and including the next `;`, without the white space at both ends. Nothing
+    /// in between is touched, and what is after the last `;` is a command as well.
+    Runs,
+    /// As the reader cuts: line ends become carriage return and line feed, no blank stays in
+    /// front of the `;`, and a command without its `;` is left out.
+    Commands,
+};
+
+/// A command on its way through a rewrite. Comments are commands.
+class CommandEdit {
+  public:
+    explicit CommandEdit(std::string& text) : text_(text) {}
+
+    [[nodiscard]] const std::string& text() const { return text_; }
+    void replace(std::string text);
+    /// Puts another value after the first `:`.
+    void setValue(std::string_view value);
+    void erase() { replace({}); }
+    /// Writes lines, with their line ends, in front of the command.
+    void before(std::string_view lines);
+
+    [[nodiscard]] bool changed() const { return changed_; }
+    [[nodiscard]] std::string_view linesBefore() const { return before_; }
+
+  private:
+    std::string& text_;
+    std::string before_{};
+    bool changed_ = false;
+};
+using Visit = std::function<void(CommandEdit& command)>;
+/// Gives the lines that follow the last command. `cutOff` tells of a file that ends within a
+/// command; with `Cut::Runs` none does.
+using Tail = std::function<std::string(bool cutOff)>;
+
+/// Passes the commands of a file of the document through `visit` and then `tail`, which may be
+/// empty. The new file takes the place of the old one when it is complete. If nothing was
+/// changed the file is not touched, but for `Cut::Runs`, which always puts each command on a
+/// line of its own. True if anything was changed; a failure, that of a file that is not there
+/// among them, is in `status`.
+bool rewriteGroup(DocumentFiles& files, TmatsReader& reader, std::string_view name, Cut cut,
+                  const Visit& visit, const Tail& tail, IoStatus& status);
+
+/// Gives the fields of a file another value. `newValue` is asked for each field with a value,
+/// and gives nothing where it stays. True if any was changed.
+bool rewriteValues(
+    DocumentFiles& files, TmatsReader& reader, std::string_view name,
+    const std::function<std::optional<std::string>(std::string_view field, std::string_view value)>&
+        newValue,
+    IoStatus& status);
+
+// --- By the text of the commands --------------------------------------------------------
+
+/// One change of `rewriteCommands`: every command that contains `pattern` anywhere in its
+/// text (a plain, case-sensitive test) gets the new value, or goes if there is none.
+struct CommandRewrite {
+    std::string pattern;
+    std::optional<std::string> newValue;
+};
+
+/// Changes or deletes all matching commands of a group file. The pattern is the code, `:`
+/// and the old value if there is one: a substring test, not a test of the code, so asking
+/// to delete "COMMENT" removes every command that holds "COMMENT:" anywhere. True if any
+/// command matched. `status`, if given, reports a file that could not be read or written.
+bool rewriteCommands(DocumentFiles& files, std::string_view name, std::string_view code,
+                     std::optional<std::string_view> oldValue,
+                     std::optional<std::string_view> newValue, IoStatus* status = nullptr);
+/// Several changes in one pass, each command meeting them in their order as if each were
+/// a pass of its own.
+bool rewriteCommands(DocumentFiles& files, std::string_view name,
+                     const std::vector<CommandRewrite>& rewrites, IoStatus* status = nullptr);
+
+/// How many list indices follow a code. An index is counted up from 1 for as long as a
+/// command of that code is there; commands after a gap are left alone.
+enum class Indices { None, One, Two };
+
+/// A line of a table of changes. The test is that of `rewriteCommands`, so a longer value that
+/// begins with the old one matches as well.
+struct ValueRule {
+    char letter;
+    std::string_view code;  ///< after the head of the group; with indices up to the last `-`
+    Indices indices = Indices::None;
+    std::string_view oldValue = {};                           ///< empty matches any value
+    std::optional<std::string_view> newValue = std::nullopt;  ///< nothing deletes the command
+};
+
+/// Applies the rules of this letter to a group file: it is read once to see what there is to
+/// change and, only if there is something, written once. True if any command matched;
+/// `status` reports a file that could not be read or written (a missing file is no failure).
+bool applyRules(TmatsReader& reader, DocumentFiles& files, std::string_view name, char letter,
+                int index, std::span<const ValueRule> rules, IoStatus& status);
+
+/// Copies an indexed group file, giving every command another group index; commands without
+/// one are left out. A value loses its semicolons. A failure may leave a part of the copy.
+[[nodiscard]] IoStatus copyWithGroupIndex(const std::string& from, const std::string& to,
+                                          int index);
+
+}  // namespace kavu
