@@ -19,7 +19,7 @@ using testing::IsEmpty;
 
 using namespace std::string_literals;
 
-struct Cut {
+struct CutCase {
     std::vector<std::string> commands;
     long lines = 0;
     std::size_t lastLength = 99;
