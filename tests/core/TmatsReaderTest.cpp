@@ -26,8 +26,8 @@ struct CutCase {
 };
 
 /// All commands of a text, comments included or not.
-Cut cut(std::string_view text, bool raw = true) {
-    Cut result;
+CutCase cut(std::string_view text, bool raw = true) {
+    CutCase result;
     TmatsReader reader;
     auto source = ByteSource::fromMemory(text);
     std::string command;

@@ -206,7 +206,9 @@ void MeasurementReader::keepTaggedData(MeasurementInput& input) {
     int missing = 0;
     for (int f = 1; f <= count && missing < MeasurementInput::kMostMissing; ++f) {
         ++missing;
-        for (const auto& field : taggedTagFields()) {
+        for (auto field : taggedTagFields()) {
+            const auto pattern = tagPattern(field);
+            field.code = pattern;
             if (const auto value = input.wholeText(field, {f})) {
                 missing = 0;
                 writeCommand(tags_, load_.prefix, fieldCode(field.code, {list, tagNumber_, f}),

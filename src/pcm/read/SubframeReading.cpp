@@ -20,7 +20,7 @@ constexpr int kTitleValue = 86;
 constexpr int kMostAbsentReported = 100;
 
 /// The number at the front of `text`, behind a hyphen, which both are taken off; 0 without.
-int takeNumber(std::string_view& text) {
+int takeHyphenated(std::string_view& text) {
     int number = 0;
     if (text.starts_with('-')) {
         const auto [end, error] =
@@ -234,9 +234,9 @@ SubframeNumbers::SubframeNumbers(const CommandIndex& fields, std::string_view pr
         const bool isLocation = code[beginning.size()] == location;
         auto rest = code.substr(beginning.size() + 1);
         Number number{};
-        number.counter = takeNumber(rest);
-        number.subframe = takeNumber(rest);
-        number.location = isLocation ? takeNumber(rest) : 0;
+        number.counter = takeHyphenated(rest);
+        number.subframe = takeHyphenated(rest);
+        number.location = isLocation ? takeHyphenated(rest) : 0;
         numbers_.push_back(number);
     }
     std::sort(numbers_.begin(), numbers_.end());

@@ -118,10 +118,9 @@ void writeMeasurement(FileWriter& writer, const std::string& prefix,
     for (const auto& tag : measurement.tags) {
         ++f;
         for (const auto& field : kTagFields) {
-            writeCommand(
-                writer, prefix,
-                fieldCode(std::string(field.code) + "-n-m-k", {measurement.list, number, f}),
-                tagValue(tag.values, field.code));
+            writeCommand(writer, prefix,
+                         fieldCode(tagPattern(field), {measurement.list, number, f}),
+                         tagValue(tag.values, field.code));
         }
     }
 }
@@ -137,6 +136,9 @@ std::span<const Field> taggedFields() {
 }
 std::span<const Field> taggedTagFields() {
     return kTagFields;
+}
+std::string tagPattern(const Field& field) {
+    return std::string(field.code) + "-n-m-k";
 }
 
 bool hasTaggedData(const PcmFormat& format) {

@@ -47,6 +47,8 @@ inline constexpr std::size_t kMostTags = 999;
 /// The fields of a measurement and of a tag, without indices, in the order of the file.
 [[nodiscard]] std::span<const Field> taggedFields();
 [[nodiscard]] std::span<const Field> taggedTagFields();
+/// The code of a tag's command, with its indices: "TD2-n-m-k".
+[[nodiscard]] std::string tagPattern(const Field& field);
 
 /// The edition has tagged data: 106-11 and later.
 [[nodiscard]] bool hasTaggedData(const PcmFormat& format);
