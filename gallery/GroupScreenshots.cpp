@@ -12,7 +12,7 @@
 #include "gallery/Makers.h"
 #include "gallery/Screenshots.h"
 #include "groups/DataSources.h"
-#include "groups/TGroupFields.h"
+#include "vocabulary/TGroupFields.h"
 
 #include <algorithm>
 #include <memory>

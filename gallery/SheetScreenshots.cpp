@@ -9,8 +9,8 @@
 #include "gallery/Screenshots.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/model/PcmFormatFields.h"
-#include "pcm/model/SubframeCodes.h"
 #include "pcm/structure/SubframeEdit.h"
+#include "vocabulary/SubframeCodes.h"
 
 #include <memory>
 

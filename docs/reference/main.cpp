@@ -1,8 +1,7 @@
 // Writes the reference pages of the vocabularies into a folder, one for each group. Run by the
 // build: the pages are never older than the tables.
-#include "application/DocumentVocabularies.h"
 #include "core/files/FileIo.h"
-#include "groups/VocabularyPage.h"
+#include "vocabulary/VocabularyPage.h"
 
 #include <iostream>
 #include <string>
@@ -17,12 +16,12 @@ int main(int count, char** arguments) {
     std::string index =
         "# Reference of the attribute groups\n\n"
         "Made from the tables that the program itself works with.\n\n";
-    for (const auto& [letter, title, fields] : kavu::documentVocabularies()) {
-        const auto name = kavu::vocabularyPageName(letter);
-        index += std::string("- [") + letter + ": " + std::string(title) + "](" + name + ")\n";
+    for (const auto& vocabulary : kavu::vocabularies()) {
+        const auto name = kavu::vocabularyPageName(vocabulary.letter);
+        index += std::string("- [") + vocabulary.letter + ": " + std::string(vocabulary.name) +
+                 "](" + name + ")\n";
         if (status.ok()) {
-            status = kavu::writeWholeFile(folder + "/" + name,
-                                          kavu::vocabularyPage(letter, title, fields));
+            status = kavu::writeWholeFile(folder + "/" + name, kavu::vocabularyPage(vocabulary));
         }
     }
     if (status.ok()) {

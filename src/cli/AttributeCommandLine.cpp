@@ -1,8 +1,8 @@
 #include "cli/AttributeCommandLine.h"
 
-#include "application/DocumentVocabularies.h"
 #include "core/text/Text.h"
-#include "groups/Vocabularies.h"
+#include "groups/CommandCode.h"
+#include "vocabulary/Vocabularies.h"
 
 namespace kavu::cli {
 
@@ -10,7 +10,7 @@ namespace {
 
 std::optional<std::string> readLetter(const std::string& text, CommandLine& line) {
     const char letter = text.size() == 1 ? toUpperAscii(text.front()) : '\0';
-    if (findDocumentVocabulary(letter) == nullptr) {
+    if (findVocabulary(letter) == nullptr) {
         return "vocabulary: '" + text + "' is not a group with a vocabulary (" +
                vocabularyLetterList() + ")";
     }
@@ -49,7 +49,7 @@ std::optional<std::string> readChanges(const std::vector<std::string>& assignmen
 
 std::string vocabularyLetterList() {
     std::string text;
-    for (const auto& vocabulary : documentVocabularies()) {
+    for (const auto& vocabulary : vocabularies()) {
         text += text.empty() ? "" : ", ";
         text += vocabulary.letter;
     }

@@ -1,7 +1,6 @@
 // The vocabulary of a group, and commands of attribute groups read and set by their codes.
 #include "application/Application.h"
 #include "application/DocumentService.h"
-#include "application/DocumentVocabularies.h"
 #include "cli/Commands.h"
 #include "cli/ScriptedInterface.h"
 #include "cli/TerminalText.h"
@@ -9,8 +8,8 @@
 #include "core/text/Edition.h"
 #include "core/text/Text.h"
 #include "groups/AttributeEdit.h"
-#include "groups/Vocabularies.h"
 #include "vocabulary/FieldRules.h"
+#include "vocabulary/Vocabularies.h"
 
 #include <array>
 
@@ -100,7 +99,7 @@ bool vocabularyCommand(CommandContext& context, CommandOutput& output) {
     std::vector<std::vector<std::string>> rows = {
         {"Code", "Limit", "Kind", "Editions", "Label", "Choices"}};
     // The command line is read by the same list.
-    const auto* const found = findDocumentVocabulary(letter);
+    const auto* const found = findVocabulary(letter);
     const auto vocabulary = found == nullptr ? GroupVocabulary{} : *found;
     for (const auto& field : vocabulary.fields) {
         if (isKnownIn(edition, field)) {

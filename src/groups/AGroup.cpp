@@ -7,7 +7,7 @@
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
 #include "groups/GroupScan.h"
-#include "groups/MGroupFields.h"
+#include "vocabulary/MGroupFields.h"
 
 namespace kavu {
 

@@ -1,8 +1,8 @@
 // The attributes of a PAM stream.
 #pragma once
 
-#include "groups/AGroupFields.h"
 #include "groups/GroupRecord.h"
+#include "vocabulary/AGroupFields.h"
 
 #include <string>
 #include <vector>

@@ -15,8 +15,9 @@
 #include "core/text/Text.h"
 #include "groups/GroupRecord.h"
 #include "groups/GroupScan.h"
-#include "groups/RTrackFields.h"
 #include "vocabulary/FieldRules.h"
+#include "vocabulary/RTrackFields.h"
+#include "vocabulary/Vocabularies.h"
 
 #include <algorithm>
 #include <array>
@@ -36,6 +37,10 @@ using GroupKey = std::pair<char, int>;
 
 // --- The place of a new command ---------------------------------------------------------------
 
+RowNumbers numbersOf(const VocabularyMatch& match) {
+    return {static_cast<std::size_t>(match.path.at[0]), static_cast<std::size_t>(match.path.at[1])};
+}
+
 /// Sorts commands as the writer of the group does: rows stand together behind their count.
 using Rank = std::array<std::size_t, 5>;
 
@@ -49,14 +54,14 @@ std::size_t firstOfRun(std::span<const Field> table, std::size_t place, int indi
 
 Rank rankOf(std::span<const Field> table, const VocabularyMatch& match) {
     const auto place = static_cast<std::size_t>(match.field - table.data());
+    const auto [n, m] = numbersOf(match);
     switch (indexCountOf(match.field->code)) {
         case 0:
             return {place, 0, 0, 0, 0};
         case 1:
-            return {firstOfRun(table, place, 1), match.n, place, 0, 0};
+            return {firstOfRun(table, place, 1), n, place, 0, 0};
         default:
-            return {firstOfRun(table, place, 1), match.n, firstOfRun(table, place, 2), match.m,
-                    place};
+            return {firstOfRun(table, place, 1), n, firstOfRun(table, place, 2), m, place};
     }
 }
 
@@ -84,30 +89,39 @@ std::size_t placeOf(std::span<const Field> table, const CommandIndex& commands,
 
 // --- The rules --------------------------------------------------------------------------------
 
-struct Names {
-    std::string_view letters;
-    std::string_view code;
-    std::string_view instead;
-};
-/// What other groups refer to: it is renamed everywhere or not at all.
-constexpr auto kNames = std::to_array<Names>({
-    {"TRM", "ID", "source rename"},
-    {"G", "DSI-n", "source rename"},
-    {"A", "DLN", "link rename"},
-    {"M", "BB\\DLN", "link rename"},
-    {"M", "SI\\DLN-n", "link rename"},
-    {"G", "106", "save --edition"},
-});
+/// The commands of streams depend on each other in ways that no row of a table states: their
+/// own sheets change them.
+constexpr std::string_view kSettable = "GTRMA";
+
+std::span<const Field> settableFields(char letter) {
+    const auto* const vocabulary = findVocabulary(letter);
+    return vocabulary == nullptr || kSettable.find(letter) == std::string_view::npos
+               ? std::span<const Field>()
+               : vocabulary->fields;
+}
+
+/// The command that changes what other groups refer to, which is renamed everywhere or not at
+/// all; nothing for other values. What a recorder records may be set: nothing depends on it.
+std::string_view commandInstead(const Field& field, char letter) {
+    switch (field.refersTo) {
+        case Refers::SourceName:
+        case Refers::Source:
+            return "source rename";
+        case Refers::LinkName:
+            return "link rename";
+        case Refers::Link:
+            return letter == 'M' ? "link rename" : "";
+        default:
+            return letter == 'G' && field.code == "106" ? "save --edition" : "";
+    }
+}
 
 Refusal refusedName(const Field& field, char letter, std::string_view now,
                     const std::string& value) {
-    const auto it = std::find_if(kNames.begin(), kNames.end(), [&](const Names& each) {
-        return each.letters.find(letter) != std::string_view::npos && each.code == field.code;
-    });
-    return it == kNames.end() || now.empty() || now == value
+    const auto instead = commandInstead(field, letter);
+    return instead.empty() || now.empty() || now == value
                ? Refusal()
-               : formatPrintf("Other groups depend on this value. Use '%s' to change it.",
-                              it->instead);
+               : formatPrintf("Other groups depend on this value. Use '%s' to change it.", instead);
 }
 
 Refusal refusedEdition(const Field& field, int edition) {
@@ -171,7 +185,7 @@ class Change {
     Change(GroupFile& group, const AttributeChange& change, int edition)
         : group_(group),
           code_(change.code),
-          table_(groupVocabulary(change.code.letter)),
+          table_(settableFields(change.code.letter)),
           value_(replaceAll(replaceAll(change.value, "\r\n", "\n"), "\n", "\r\n")),
           edition_(edition) {}
 
@@ -203,7 +217,7 @@ class Change {
 
     [[nodiscard]] Refusal refusal(const VocabularyMatch& match) const {
         const auto& field = *match.field;
-        const RowNumbers at{match.n, match.m};
+        const auto at = numbersOf(match);
         for (auto why :
              {refusedEdition(field, edition_), refusedValue(field, value_, edition_),
               refusedName(field, code_.letter, group_.value(codeOf(field.code, at)), value_),
@@ -260,7 +274,7 @@ class Change {
     }
 
     void apply(const VocabularyMatch& match) {
-        const auto code = codeOf(match.field->code, {match.n, match.m});
+        const auto code = codeOf(match.field->code, numbersOf(match));
         auto stored = match.field->bridgeOnly ? std::string(trimTrailingBlanks(value_))
                                               : storedValue(*match.field, value_, edition_);
         if (stored.empty()) {
@@ -354,7 +368,7 @@ bool setAttributes(DocumentContext& context, UserInterface* parent,
         const auto& code = change.code;
         Refusal why;
         // A group without a table is not read: it may be of any size.
-        if (groupVocabulary(code.letter).empty()) {
+        if (settableFields(code.letter).empty()) {
             why = formatPrintf("The commands of group %c can not be set one by one.", code.letter);
         } else {
             auto* const group = groupOf(context, parent, groups, code);

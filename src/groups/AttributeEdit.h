@@ -2,7 +2,7 @@
 // command line does. The rules of the vocabulary hold as they do in a form.
 #pragma once
 
-#include "groups/Vocabularies.h"
+#include "groups/CommandCode.h"
 
 #include <span>
 #include <string>

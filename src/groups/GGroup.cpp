@@ -6,7 +6,7 @@
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
 #include "groups/DataSources.h"
-#include "groups/GGroupFields.h"
+#include "vocabulary/GGroupFields.h"
 
 #include <algorithm>
 #include <array>

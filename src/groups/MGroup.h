@@ -3,7 +3,7 @@
 #pragma once
 
 #include "groups/GroupRecord.h"
-#include "groups/MGroupFields.h"
+#include "vocabulary/MGroupFields.h"
 
 #include <string>
 #include <string_view>

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "groups/GroupRecord.h"
-#include "groups/RGroupFields.h"
 #include "groups/RTracks.h"
+#include "vocabulary/RGroupFields.h"
 
 #include <optional>
 #include <set>

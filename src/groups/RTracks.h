@@ -3,7 +3,7 @@
 #pragma once
 
 #include "groups/GroupRecord.h"
-#include "groups/RTrackFields.h"
+#include "vocabulary/RTrackFields.h"
 
 #include <map>
 #include <string>

@@ -6,7 +6,7 @@
 #include "core/talk/Messages.h"
 #include "core/talk/UserInterface.h"
 #include "groups/DataSources.h"
-#include "groups/TGroupFields.h"
+#include "vocabulary/TGroupFields.h"
 
 #include <array>
 

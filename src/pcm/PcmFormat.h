@@ -13,6 +13,7 @@
 #include "pcm/model/Measurement.h"
 #include "pcm/model/Subframe.h"
 #include "pcm/model/WordFrame.h"
+#include "vocabulary/StreamLimits.h"
 
 #include <array>
 #include <functional>
@@ -30,9 +31,6 @@ class Occurrences;
 class UserInterface;
 
 inline constexpr int kMostWords = 2048;
-inline constexpr int kMostFrames = 256;
-inline constexpr int kMostSyncBits = 33;
-inline constexpr int kMostMeasurementLists = 99;
 
 enum class WordType { Minor = 0, IdCounter = 1, Subframe = 2, Sync = 3 };
 

@@ -3,6 +3,8 @@
 // commands are written; its reader, writer, form, XML elements and manual page walk it.
 #pragma once
 
+#include "core/command/CommandPath.h"
+
 #include <cstddef>
 #include <span>
 #include <string_view>
@@ -21,6 +23,19 @@ struct Choice {
     int lastEdition = 0;
 };
 
+/// What the value of a command names. A name is borne by one thing: a data source by its row in
+/// the G group, a stream by its own group, a measurement by its definition. All else refers to it.
+enum class Refers {
+    No,
+    SourceName,
+    Source,
+    LinkName,
+    Link,         ///< gives the stream a home: it is multiplexed, recorded or embedded there
+    LinkMention,  ///< follows when the link is renamed, but is no home
+    MeasurementName,
+    Measurement,
+};
+
 /// A command of a group. The rows of a list are fields with one index more than the count
 /// that governs them, and name it:
 ///
@@ -32,7 +47,7 @@ struct Choice {
 /// is the same once more: a count "EV\PM\N-n" with `list = "EV\\N"`, and behind it fields
 /// "-n-m" with `list = "EV\\PM\\N-n"`.
 struct Field {
-    std::string_view code{};   ///< with "-n", "-m" where the command has indices
+    std::string_view code{};   ///< with "-n", "-n-m" and so on where the command has indices
     std::string_view label{};  ///< as on the page; empty if the page does not show it
     std::string_view box{};    ///< title of the box of the page in which it stands, or empty
     std::string_view page{};   ///< resource name of its page
@@ -61,6 +76,7 @@ struct Field {
     /// No page reads or writes it, only the XML bridge does; `code` may then be one that a
     /// field of a page has as well.
     bool bridgeOnly = false;
+    Refers refersTo = Refers::No;  ///< what the value is a name of
 };
 
 [[nodiscard]] constexpr bool isKnownIn(int edition, int firstEdition, int lastEdition) {
@@ -81,10 +97,6 @@ struct Field {
     return edition == 1999 && field.limit1999 != 0 ? field.limit1999 : field.limit;
 }
 
-/// The number of indices of a code: 0 for "PN", 1 for "POC1-n", 2 for "ADL-n-m".
-[[nodiscard]] constexpr int indexCountOf(std::string_view code) {
-    return code.ends_with("-n-m") ? 2 : code.ends_with("-n") ? 1 : 0;
-}
 /// True for the count of a list of rows.
 [[nodiscard]] constexpr bool governsRows(const Field& field) {
     return field.kind == FieldKind::Count && field.rows > 0;

@@ -2,9 +2,9 @@
 #include "core/text/Text.h"
 #include "groups/DataSources.h"
 #include "groups/GGroup.h"
-#include "groups/GGroupFields.h"
 #include "groups/GroupSamples.h"
 #include "support/TestContext.h"
+#include "vocabulary/GGroupFields.h"
 
 namespace kavu {
 namespace {

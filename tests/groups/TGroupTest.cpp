@@ -1,8 +1,8 @@
 #include "core/document/GroupFiles.h"
 #include "groups/GroupSamples.h"
 #include "groups/TGroup.h"
-#include "groups/TGroupFields.h"
 #include "support/TestContext.h"
+#include "vocabulary/TGroupFields.h"
 
 namespace kavu {
 namespace {

@@ -1,7 +1,7 @@
 #include "core/document/GroupFiles.h"
 #include "pcm/LoadFixture.h"
-#include "pcm/model/PcmVocabulary.h"
 #include "pcm/model/RecordField.h"
+#include "vocabulary/DGroupFields.h"
 #include "vocabulary/FieldRules.h"
 
 #include <algorithm>

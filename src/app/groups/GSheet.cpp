@@ -11,7 +11,7 @@
 #include "core/talk/Messages.h"
 #include "core/text/Clock.h"
 #include "groups/DataSources.h"
-#include "groups/GGroupFields.h"
+#include "vocabulary/GGroupFields.h"
 
 #include <algorithm>
 

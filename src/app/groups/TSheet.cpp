@@ -8,7 +8,7 @@
 #include "core/TmatsDocument.h"
 #include "core/text/Printf.h"
 #include "groups/DataSources.h"
-#include "groups/TGroupFields.h"
+#include "vocabulary/TGroupFields.h"
 
 #include <QPushButton>
 #include <QTableView>

@@ -7,7 +7,7 @@
 #include "app/pcm/AsyncPlaceDialogs.h"
 #include "core/talk/UserInterface.h"
 #include "pcm/PcmFormat.h"
-#include "pcm/model/SubframeCodes.h"
+#include "vocabulary/SubframeCodes.h"
 
 #include <array>
 

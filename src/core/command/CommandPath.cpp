@@ -11,21 +11,6 @@ namespace {
 /// Nine digits always fit an int.
 constexpr std::size_t kMostDigits = 9;
 
-constexpr bool isLowerLetter(char c) {
-    return c >= 'a' && c <= 'z';
-}
-
-/// The pattern without its indices, and how many there are: a `-` and one lower-case letter each.
-std::string_view stemOf(std::string_view pattern, std::size_t& indices) {
-    indices = 0;
-    while (pattern.size() > 2 && pattern[pattern.size() - 2] == '-' &&
-           isLowerLetter(pattern.back())) {
-        pattern.remove_suffix(2);
-        ++indices;
-    }
-    return pattern;
-}
-
 }  // namespace
 
 CommandView viewCommand(std::string_view command) {
@@ -97,7 +82,7 @@ std::optional<FieldPath> parseField(std::string_view field) {
 
 std::optional<CommandPath> parsePath(std::string_view code) {
     CommandPath path;
-    if (code.empty() || !isLowerLetter(toLowerAscii(code.front()))) {
+    if (code.empty() || toLowerAscii(code.front()) < 'a' || toLowerAscii(code.front()) > 'z') {
         return std::nullopt;
     }
     path.letter = toUpperAscii(code.front());
@@ -151,8 +136,8 @@ std::string groupHead(char letter, int group) {
 }
 
 void appendField(std::string& out, std::string_view pattern, std::span<const int> numbers) {
-    std::size_t indices = 0;
-    out += stemOf(pattern, indices);
+    const auto indices = static_cast<std::size_t>(indexCountOf(pattern));
+    out += stemOf(pattern);
     for (const int number : numbers.first(std::min(indices, numbers.size()))) {
         out += '-';
         appendNumber(out, number);

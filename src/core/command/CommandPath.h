@@ -80,6 +80,22 @@ struct RowCut {
 /// Appends the head of a group's codes: "D-1\"; "G\" and "H\" for the groups without number.
 void appendHead(std::string& out, char letter, int group);
 [[nodiscard]] std::string groupHead(char letter, int group);
+/// The number of indices of a pattern: 0 for "PN", 1 for "POC1-n", 2 for "ADL-n-m", 4 for
+/// "WP-n-m-k-f". An index is a dash and one small letter.
+[[nodiscard]] constexpr int indexCountOf(std::string_view pattern) {
+    int count = 0;
+    while (pattern.size() > 2 && pattern[pattern.size() - 2] == '-' && pattern.back() >= 'a' &&
+           pattern.back() <= 'z') {
+        pattern.remove_suffix(2);
+        ++count;
+    }
+    return count;
+}
+/// The pattern without its indices: "WP" of "WP-n-m-k-f".
+[[nodiscard]] constexpr std::string_view stemOf(std::string_view pattern) {
+    return pattern.substr(0, pattern.size() - 2 * static_cast<std::size_t>(indexCountOf(pattern)));
+}
+
 /// Appends a field: the pattern "SF4-n-m-k" with {1, 2, 3} is "SF4-1-2-3". Numbers beyond the
 /// indices of the pattern are left out. REQUIRES: as many numbers as the pattern has indices.
 void appendField(std::string& out, std::string_view pattern, std::span<const int> numbers);

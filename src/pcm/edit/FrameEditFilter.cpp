@@ -10,7 +10,8 @@
 #include "groups/GroupScan.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/PcmLoad.h"
-#include "pcm/model/MeasurementFields.h"
+#include "pcm/model/RecordField.h"
+#include "vocabulary/DGroupFields.h"
 
 #include <map>
 #include <unordered_map>

@@ -3,12 +3,11 @@
 #pragma once
 
 #include "pcm/model/FixedText.h"
+#include "vocabulary/StreamLimits.h"
 
 #include <vector>
 
 namespace kavu {
-
-inline constexpr int kMostAsyncFormats = 18;
 
 /// Frames from a start to an end by an interval, all from 1 (the interval from 0).
 struct FrameRange {

@@ -1,8 +1,8 @@
-// The vocabulary of the P group: its plain attributes and what it keeps beside the model.
+// The P group bound to its model: its plain attributes and what it keeps next to the model.
 // Reader, writer, the settings of new formats and the forms are driven by these.
 #pragma once
 
-#include "vocabulary/Field.h"
+#include "vocabulary/PGroupFields.h"
 
 #include <span>
 #include <string>
@@ -30,22 +30,8 @@ struct PcmAttribute {
 /// Null if no attribute has this code.
 [[nodiscard]] const PcmAttribute* findPcmAttribute(std::string_view code);
 
-// Of `Field::page`, and the names of the pages of the sheet.
-namespace pcm_page {
-inline constexpr char kInputData[] = "PcmInputData";
-inline constexpr char kStream[] = "PcmStreamAttributes";
-inline constexpr char kSyncPattern[] = "PcmFrameSyncPattern";
-inline constexpr char kSyncCriteria[] = "PcmSyncCriteria";
-inline constexpr char kFormatSwitch[] = "PcmFormatSwitch";
-inline constexpr char kAltTag[] = "PcmAltTagData";
-inline constexpr char kComments[] = "PcmComments";
-inline constexpr char kFrameFilter[] = "PcmMinorFrameFiltering";
-}  // namespace pcm_page
-
 /// The fields of a page in the order in which it shows them.
 [[nodiscard]] std::vector<Field> pcmPageFields(std::string_view page);
-/// Stands in for a code where a text travels in the private record of the comment.
-inline constexpr std::string_view kNonStandardCode = "nonStandardCode";
 
 /// The words that have a length of their own: MFW
 [[nodiscard]] std::span<const Field> wordLengthFields();

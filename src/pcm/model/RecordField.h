@@ -19,11 +19,19 @@ struct RecordField {
     void (*setText)(Record&, std::string_view) = nullptr;
 };
 
-/// A text of the record, whose limit is that of its place there.
+/// The limit that the vocabulary states is the width of the place in the model: a row that
+/// does not fit its place does not compile.
 template <typename Record, auto Member>
-constexpr RecordField<Record> textField(Field field) {
+consteval void requireWidth(const Field& field) {
     using Text = std::remove_cvref_t<decltype(std::declval<Record&>().*Member)>;
-    field.limit = Text::kWidth;
+    if (field.limit != Text::kWidth) {
+        throw "the limit of the row is not the width of the text that it is bound to";
+    }
+}
+/// A text of the record.
+template <typename Record, auto Member>
+consteval RecordField<Record> textField(const Field& field) {
+    requireWidth<Record, Member>(field);
     return {field, [](const Record& record) { return (record.*Member).view(); },
             [](Record& record, std::string_view text) { record.*Member = text; }};
 }

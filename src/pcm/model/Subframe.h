@@ -3,6 +3,7 @@
 #pragma once
 
 #include "pcm/model/FixedText.h"
+#include "vocabulary/StreamLimits.h"
 
 #include <cstddef>
 #include <string_view>
@@ -13,8 +14,6 @@ namespace kavu {
 /// From this edition on subframes are hidden: measurements make them, and no file has them.
 inline constexpr int kHiddenSubframesEdition = 2011;
 
-inline constexpr int kMostIdCounters = 99;
-inline constexpr int kMostSubframes = 9999;  ///< of one counter
 inline constexpr int kMostSupercomLocations = 99;
 inline constexpr int kMostSubframeInterval = 9999;
 

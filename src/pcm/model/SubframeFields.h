@@ -1,10 +1,10 @@
-// The vocabulary of ID counters and subframes in the order in which they are written: n is the
-// counter, m its subframe, k the location, all from 1.
+// The rows of ID counters and subframes bound to their records, in the order in which they are
+// written.
 #pragma once
 
 #include "pcm/model/RecordField.h"
 #include "pcm/model/Subframe.h"
-#include "pcm/model/SubframeCodes.h"
+#include "vocabulary/PSubframeFields.h"
 
 #include <array>
 
@@ -13,76 +13,21 @@ namespace kavu {
 using CounterField = RecordField<IdCounter>;
 using SubframeField = RecordField<Subframe>;
 
-namespace subframe_choice {
-
-inline constexpr auto kCounterTypes = std::to_array<Choice>({
-    {"ID", "ID Counter", "ID Counter"},
-    {"OT", "OTher", "Other"},
-});
-inline constexpr auto kTransferOrders = std::to_array<Choice>({
-    {"M", "MSB", "MSB First"},
-    {"L", "LSB", "LSB First"},
-    {"D", "Default", "Default", 2009},
-});
-inline constexpr auto kCountDirections = std::to_array<Choice>({
-    {"INC", "INCrease", "Increasing"},
-    {"DEC", "DECrease", "Decreasing"},
-});
-inline constexpr auto kLocationModes = std::to_array<Choice>({
-    {kFirstAndInterval, "FI - First word and interval"},
-    {kEveryLocation, "EL - Every location"},
-});
-
-}  // namespace subframe_choice
-
 namespace counter_field {
 
-inline constexpr std::string_view kNewValue = "Enter New Value";
-inline constexpr std::string_view kList = "ISF\\N";
-
-template <auto Member>
-constexpr CounterField text(Field field) {
-    field.list = kList;
-    return textField<IdCounter, Member>(field);
-}
-
-inline constexpr CounterField kCount{
-    {.code = kList, .kind = FieldKind::Count, .rows = kMostIdCounters}};
-inline constexpr auto kName = text<&IdCounter::name>({.code = "ISF1-n", .label = "Name:"});
-inline constexpr auto kType = text<&IdCounter::type>({.code = "ISF2-n",
-                                                      .label = "Sync Type:",
-                                                      .kind = FieldKind::Choice,
-                                                      .choices = subframe_choice::kCounterTypes});
-/// The word that bears the counter.
-inline constexpr CounterField kWord{{.code = "IDC1-n", .kind = FieldKind::Digits, .list = kList}};
-inline constexpr auto kWordLength = text<&IdCounter::wordLength>(
-    {.code = "IDC2-n", .label = "Word Length:", .kind = FieldKind::Digits, .unit = "bits"});
-inline constexpr auto kMsbStartBit = text<&IdCounter::msbStartBit>(
-    {.code = "IDC3-n", .label = "MSB Start Bit:", .kind = FieldKind::Digits, .prompt = kNewValue});
-inline constexpr auto kCounterLength = text<&IdCounter::counterLength>(
-    {.code = "IDC4-n", .label = "ID Counter Length:", .kind = FieldKind::Digits, .unit = "bits"});
-inline constexpr auto kTransferOrder =
-    text<&IdCounter::transferOrder>({.code = "IDC5-n",
-                                     .label = "Transfer Order:",
-                                     .kind = FieldKind::Choice,
-                                     .choices = subframe_choice::kTransferOrders});
-inline constexpr auto kInitialValue = text<&IdCounter::initialValue>(
-    {.code = "IDC6-n", .label = "Initial Value:", .kind = FieldKind::Digits, .prompt = kNewValue});
-inline constexpr auto kStartFrame = text<&IdCounter::startFrame>({.code = "IDC7-n",
-                                                                  .label = "Initial Frame Number:",
-                                                                  .kind = FieldKind::Digits,
-                                                                  .prompt = kNewValue});
-inline constexpr auto kEndValue =
-    text<&IdCounter::endValue>({.code = "IDC8-n", .label = "End Value:"});
-inline constexpr auto kEndFrame = text<&IdCounter::endFrame>({.code = "IDC9-n",
-                                                              .label = "End Frame Number:",
-                                                              .kind = FieldKind::Digits,
-                                                              .prompt = kNewValue});
-inline constexpr auto kCountDirection =
-    text<&IdCounter::countDirection>({.code = "IDC10-n",
-                                      .label = "Count Direction:",
-                                      .kind = FieldKind::Choice,
-                                      .choices = subframe_choice::kCountDirections});
+inline constexpr CounterField kCount{p::kIsfN};
+inline constexpr auto kName = textField<IdCounter, &IdCounter::name>(p::kIsf1);
+inline constexpr auto kType = textField<IdCounter, &IdCounter::type>(p::kIsf2);
+inline constexpr CounterField kWord{p::kIdc1};
+inline constexpr auto kWordLength = textField<IdCounter, &IdCounter::wordLength>(p::kIdc2);
+inline constexpr auto kMsbStartBit = textField<IdCounter, &IdCounter::msbStartBit>(p::kIdc3);
+inline constexpr auto kCounterLength = textField<IdCounter, &IdCounter::counterLength>(p::kIdc4);
+inline constexpr auto kTransferOrder = textField<IdCounter, &IdCounter::transferOrder>(p::kIdc5);
+inline constexpr auto kInitialValue = textField<IdCounter, &IdCounter::initialValue>(p::kIdc6);
+inline constexpr auto kStartFrame = textField<IdCounter, &IdCounter::startFrame>(p::kIdc7);
+inline constexpr auto kEndValue = textField<IdCounter, &IdCounter::endValue>(p::kIdc8);
+inline constexpr auto kEndFrame = textField<IdCounter, &IdCounter::endFrame>(p::kIdc9);
+inline constexpr auto kCountDirection = textField<IdCounter, &IdCounter::countDirection>(p::kIdc10);
 
 }  // namespace counter_field
 
@@ -105,38 +50,15 @@ inline constexpr auto kCounterFields = std::to_array<CounterField>({
 namespace subframe_field {
 
 inline constexpr std::string_view kHead = "SF";  ///< how all its codes begin
-inline constexpr std::string_view kList = "SF\\N-n";
-inline constexpr int kLastEdition = 2009;
+inline constexpr int kLastEdition = p::kLastSubframeEdition;
 
-constexpr Field inList(Field field) {
-    field.list = kList;
-    field.lastEdition = kLastEdition;
-    return field;
-}
-template <auto Member>
-constexpr SubframeField text(Field field) {
-    return textField<Subframe, Member>(inList(field));
-}
-
-inline constexpr SubframeField kCount{{.code = kList,
-                                       .kind = FieldKind::Count,
-                                       .lastEdition = kLastEdition,
-                                       .list = counter_field::kList,
-                                       .rows = kMostSubframes}};
-inline constexpr auto kName = text<&Subframe::name>({.code = "SF1-n-m", .label = "Name:"});
-/// "NO", or the number of locations.
-inline constexpr auto kSupercommutated =
-    text<&Subframe::supercommutated>({.code = "SF2-n-m", .label = "Number Of Locations:"});
-inline constexpr auto kLocationMode =
-    text<&Subframe::locationMode>({.code = "SF3-n-m",
-                                   .label = "Location Type:",
-                                   .kind = FieldKind::Choice,
-                                   .choices = subframe_choice::kLocationModes});
-inline constexpr SubframeField kLocation{inList({.code = "SF4-n-m-k", .kind = FieldKind::Digits})};
-inline constexpr auto kInterval =
-    text<&Subframe::interval>({.code = "SF5-n-m", .label = "Interval:", .kind = FieldKind::Digits});
-inline constexpr auto kDepth = text<&Subframe::depth>(
-    {.code = "SF6-n-m", .label = "Depth:", .kind = FieldKind::Digits, .unit = "frames"});
+inline constexpr SubframeField kCount{p::kSfN};
+inline constexpr auto kName = textField<Subframe, &Subframe::name>(p::kSf1);
+inline constexpr auto kSupercommutated = textField<Subframe, &Subframe::supercommutated>(p::kSf2);
+inline constexpr auto kLocationMode = textField<Subframe, &Subframe::locationMode>(p::kSf3);
+inline constexpr SubframeField kLocation{p::kSf4};
+inline constexpr auto kInterval = textField<Subframe, &Subframe::interval>(p::kSf5);
+inline constexpr auto kDepth = textField<Subframe, &Subframe::depth>(p::kSf6);
 
 }  // namespace subframe_field
 

@@ -3,8 +3,8 @@
 #include "core/text/Text.h"
 #include "pcm/PcmLoad.h"
 #include "pcm/model/AsyncCodes.h"
-#include "pcm/model/SubframeCodes.h"
 #include "pcm/structure/AsyncEdit.h"
+#include "vocabulary/SubframeCodes.h"
 
 namespace kavu {
 

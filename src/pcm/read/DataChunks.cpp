@@ -5,7 +5,8 @@
 #include "core/document/GroupFiles.h"
 #include "groups/GroupScan.h"
 #include "pcm/PcmLoad.h"
-#include "pcm/model/MeasurementFields.h"
+#include "pcm/model/RecordField.h"
+#include "vocabulary/DGroupFields.h"
 
 #include <algorithm>
 

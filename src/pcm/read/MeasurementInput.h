@@ -5,8 +5,9 @@
 #include "core/text/Text.h"
 #include "pcm/PcmLoad.h"
 #include "pcm/model/Measurement.h"
-#include "pcm/model/MeasurementFields.h"
+#include "pcm/model/RecordField.h"
 #include "pcm/read/DataChunks.h"
+#include "vocabulary/DGroupFields.h"
 
 #include <algorithm>
 #include <array>

@@ -4,7 +4,8 @@
 #pragma once
 
 #include "pcm/model/FixedText.h"
-#include "pcm/model/MeasurementFields.h"
+#include "pcm/model/RecordField.h"
+#include "vocabulary/DGroupFields.h"
 #include "vocabulary/Field.h"
 #include "vocabulary/FieldRules.h"
 

@@ -8,7 +8,7 @@
 #include "pcm/PcmFormat.h"
 #include "pcm/PcmLoad.h"
 #include "pcm/model/AsyncCodes.h"
-#include "pcm/model/SubframeCodes.h"
+#include "vocabulary/SubframeCodes.h"
 
 #include <algorithm>
 #include <array>

@@ -4,8 +4,8 @@
 #include "core/text/Text.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/model/AsyncCodes.h"
-#include "pcm/model/SubframeCodes.h"
 #include "pcm/structure/AsyncEdit.h"
+#include "vocabulary/SubframeCodes.h"
 
 namespace kavu {
 

@@ -1,6 +1,6 @@
 #include "core/text/Text.h"
-#include "pcm/model/SubframeCodes.h"
 #include "pcm/structure/SubframeEdit.h"
+#include "vocabulary/SubframeCodes.h"
 
 namespace kavu {
 

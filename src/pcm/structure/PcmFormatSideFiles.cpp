@@ -6,11 +6,11 @@
 #include "core/talk/FileReports.h"
 #include "core/text/Text.h"
 #include "groups/GroupScan.h"
-#include "groups/Vocabularies.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/PcmLoad.h"
 #include "pcm/model/PcmFormatFields.h"
 #include "pcm/structure/PcmFormatEdit.h"
+#include "vocabulary/Vocabularies.h"
 
 #include <algorithm>
 
@@ -43,7 +43,8 @@ GroupRow readFile(PcmFormat& format, UserInterface* parent, std::string_view nam
             const auto parts = viewCommand(command);
             for (const auto& match : matchVocabulary(table, parts.field)) {
                 if (!match.field->list.empty()) {
-                    takeRow(record, *match.field, match.n, parts.value);
+                    takeRow(record, *match.field, static_cast<std::size_t>(match.path.at[0]),
+                            parts.value);
                 } else if (!governsRows(*match.field)) {
                     record.set(match.field->code, parts.value);
                 }

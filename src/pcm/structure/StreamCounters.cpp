@@ -3,8 +3,8 @@
 #include "core/TmatsDocument.h"
 #include "core/talk/Messages.h"
 #include "core/text/Text.h"
-#include "pcm/model/SubframeCodes.h"
 #include "pcm/structure/SubframeEdit.h"
+#include "vocabulary/SubframeCodes.h"
 
 namespace kavu {
 

@@ -1,6 +1,6 @@
 #include "pcm/structure/SubframeEdit.h"
 
-#include "pcm/model/SubframeCodes.h"
+#include "vocabulary/SubframeCodes.h"
 
 namespace kavu {
 

@@ -1,7 +1,7 @@
 // Leaving the form of a subframe: its checks, and what then changes in the frame.
-#include "pcm/model/SubframeCodes.h"
 #include "pcm/structure/AsyncEdit.h"
 #include "pcm/structure/SubframeEdit.h"
+#include "vocabulary/SubframeCodes.h"
 
 #include <unordered_set>
 

@@ -5,8 +5,8 @@
 #include "core/talk/Messages.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/model/AsyncCodes.h"
-#include "pcm/model/SubframeCodes.h"
 #include "pcm/structure/AsyncEdit.h"
+#include "vocabulary/SubframeCodes.h"
 
 namespace kavu {
 

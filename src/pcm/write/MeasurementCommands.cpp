@@ -4,8 +4,9 @@
 #include "core/TmatsReader.h"
 #include "core/talk/Messages.h"
 #include "core/text/Text.h"
-#include "pcm/model/MeasurementFields.h"
+#include "pcm/model/RecordField.h"
 #include "pcm/structure/SubframeEdit.h"
+#include "vocabulary/DGroupFields.h"
 
 #include <algorithm>
 #include <bitset>

@@ -9,10 +9,11 @@
 #include "core/text/Clock.h"
 #include "groups/GroupScan.h"
 #include "pcm/PcmLoad.h"
-#include "pcm/model/MeasurementFields.h"
+#include "pcm/model/RecordField.h"
 #include "pcm/structure/PcmFormatEdit.h"
 #include "pcm/write/MeasurementCommands.h"
 #include "pcm/write/PcmSave.h"
+#include "vocabulary/DGroupFields.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -9,11 +9,11 @@
 #include "core/text/Edition.h"
 #include "groups/GroupScan.h"
 #include "pcm/PcmLoad.h"
-#include "pcm/model/SubframeCodes.h"
 #include "pcm/read/MeasurementPlacing.h"
 #include "pcm/structure/SubframeEdit.h"
 #include "pcm/write/PcmSave.h"
 #include "pcm/write/WordFrameBuild.h"
+#include "vocabulary/SubframeCodes.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -6,8 +6,8 @@
 #include "core/document/GroupFiles.h"
 #include "groups/GroupSamples.h"
 #include "groups/MeasurementNames.h"
-#include "groups/TGroupFields.h"
 #include "support/TestContext.h"
+#include "vocabulary/TGroupFields.h"
 
 #include <QComboBox>
 #include <QLineEdit>

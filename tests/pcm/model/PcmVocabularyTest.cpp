@@ -1,7 +1,7 @@
 #include "pcm/LoadFixture.h"
-#include "pcm/model/PcmVocabulary.h"
 #include "pcm/model/RecordField.h"
 #include "vocabulary/FieldRules.h"
+#include "vocabulary/PGroupFields.h"
 
 #include <algorithm>
 #include <set>

@@ -1,6 +1,6 @@
-#include "groups/AGroupFields.h"
+#include "vocabulary/AGroupFields.h"
 
-#include "groups/ListFields.h"
+#include "vocabulary/ListFields.h"
 
 #include <array>
 
@@ -42,7 +42,7 @@ constexpr auto kSubframeScales = std::to_array<Choice>({
 });
 
 constexpr auto kFields = std::to_array<Field>({
-    {.code = "DLN", .limit = 32, .element = "@Name"},
+    {.code = "DLN", .limit = 32, .element = "@Name", .refersTo = Refers::LinkName},
     {.code = "A1",
      .label = "Input Code:",
      .box = kSignal,

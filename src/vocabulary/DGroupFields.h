@@ -1,12 +1,14 @@
-// The vocabulary of the D group, which reader, writer and lists share: n is the list, m the
+// The rows of the D group: n is the list, m the
 // measurement, and further numbers are those of its locations, fragments and subframes, all
 // from 1. IRIG 106, Chapter 9, Data Group.
 #pragma once
 
-#include "pcm/PcmFormat.h"
-#include "pcm/model/RecordField.h"
+#include "vocabulary/Field.h"
+#include "vocabulary/StreamLimits.h"
 
 #include <array>
+#include <span>
+#include <string_view>
 
 namespace kavu {
 
@@ -31,8 +33,6 @@ inline constexpr auto kTransferOrder = std::to_array<Choice>({
 
 }  // namespace measurement_choice
 
-/// Of a list.
-inline constexpr int kMostMeasurements = 999'999;
 // Widths of the values.
 inline constexpr std::size_t kMaskWidth = 64;
 inline constexpr std::size_t kSubframeNameWidth = 32;
@@ -52,11 +52,15 @@ inline constexpr Field kNameInList{.code = "SMF\\SMN-n-k",
                                    .limit = 32,
                                    .firstEdition = 2009,
                                    .lastEdition = 2009,
-                                   .list = kCountInList.code};
+                                   .list = kCountInList.code,
+                                   .refersTo = Refers::Measurement};
 inline constexpr Field kCount{
     .code = kList, .kind = FieldKind::Count, .firstEdition = 2011, .rows = kMostMeasurements};
-inline constexpr Field kName{
-    .code = "SMF\\SMN-k", .limit = 32, .firstEdition = 2011, .list = kList};
+inline constexpr Field kName{.code = "SMF\\SMN-k",
+                             .limit = 32,
+                             .firstEdition = 2011,
+                             .list = kList,
+                             .refersTo = Refers::Measurement};
 inline constexpr Field kType{
     .code = "SMF\\MFOT-k", .limit = 1, .firstEdition = 2011, .list = kList};
 
@@ -68,14 +72,17 @@ namespace measurement_field {
 inline constexpr std::string_view kList = "ML\\N";
 inline constexpr std::string_view kMeasurements = "MN\\N-n";
 
-inline constexpr Field kDataLink{.code = "DLN", .limit = 32};
+inline constexpr Field kDataLink{.code = "DLN", .limit = 32, .refersTo = Refers::LinkName};
 inline constexpr Field kListCount{
     .code = kList, .kind = FieldKind::Count, .rows = kMostMeasurementLists};
 inline constexpr Field kListName{.code = "MLN-n", .limit = 32, .list = kList};
 inline constexpr Field kCount{
     .code = kMeasurements, .kind = FieldKind::Count, .list = kList, .rows = kMostMeasurements};
-inline constexpr Field kName{
-    .code = "MN-n-m", .label = "Measurement Name:", .limit = 32, .list = kMeasurements};
+inline constexpr Field kName{.code = "MN-n-m",
+                             .label = "Measurement Name:",
+                             .limit = 32,
+                             .list = kMeasurements,
+                             .refersTo = Refers::MeasurementName};
 inline constexpr Field kParity{.code = "MN1-n-m",
                                .label = "Parity:",
                                .limit = 2,
@@ -246,5 +253,8 @@ inline constexpr auto kPosition =
     inMeasurement({.code = "TD5-n-m-k", .label = "Fragment Position", .limit = 2});
 
 }  // namespace tagged_field
+
+/// All commands of the group: first what all measurements have, then the location types.
+[[nodiscard]] std::span<const Field> measurementVocabulary();
 
 }  // namespace kavu

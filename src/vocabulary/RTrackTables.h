@@ -31,7 +31,8 @@ inline constexpr Field kDataLink = {.code = "CDLN-n",
                                     .limit = 32,
                                     .lastEdition = kFirstEditionWithLinks - 1,
                                     .element = "Data/ChannelDataLinkName",
-                                    .prompt = "Enter Data Link Name"};
+                                    .prompt = "Enter Data Link Name",
+                                    .refersTo = Refers::Link};
 
 /// Puts the page and the type's name into the rows of a type, which are all from 2004 on.
 template <std::size_t N>

@@ -1,9 +1,8 @@
-#include "groups/VocabularyPage.h"
+#include "vocabulary/VocabularyPage.h"
 
 #include "core/text/Edition.h"
 #include "core/text/Printf.h"
 #include "core/text/Text.h"
-#include "groups/Vocabularies.h"
 #include "vocabulary/FieldRules.h"
 
 namespace kavu {
@@ -117,12 +116,8 @@ std::string row(const Field& field) {
 
 }  // namespace
 
-std::string vocabularyPage(char letter) {
-    return vocabularyPage(letter, vocabularyName(letter), groupVocabulary(letter));
-}
-
-std::string vocabularyPage(char letter, std::string_view name, std::span<const Field> fields) {
-    std::string text = formatPrintf("# The %c group: %s\n\n", letter, name);
+std::string vocabularyPage(const GroupVocabulary& vocabulary) {
+    std::string text = formatPrintf("# The %c group: %s\n\n", vocabulary.letter, vocabulary.name);
     text +=
         "The commands in the order in which they are written. `-n`, `-n-m` and so on stand for "
         "the numbers of rows. A field without a label is on no page. `kavu-cli vocabulary` shows "
@@ -130,7 +125,7 @@ std::string vocabularyPage(char letter, std::string_view name, std::span<const F
         "same for one edition of IRIG 106.\n\n"
         "| Command | Label | Page | Kind | Limit | Editions | Choices | XML element |\n"
         "| --- | --- | --- | --- | --- | --- | --- | --- |\n";
-    for (const auto& field : fields) {
+    for (const auto& field : vocabulary.fields) {
         text += row(field);
     }
     return text;

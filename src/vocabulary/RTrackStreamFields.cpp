@@ -1,5 +1,5 @@
 // The details of tracks that record time, video, serial lines, images and IEEE-1394.
-#include "groups/RTrackTables.h"
+#include "vocabulary/RTrackTables.h"
 
 namespace kavu {
 
@@ -234,7 +234,8 @@ constexpr auto kUart = track::detailsOf(
                        .label = "Name",
                        .firstEdition = 2007,
                        .element = "Data/UARTDataTypeAttributes/SubChannel/Name",
-                       .prompt = "Subchannel Name"},
+                       .prompt = "Subchannel Name",
+                       .refersTo = Refers::Link},
                       {.code = "UCR-n-m",
                        .label = "Baud Rate",
                        .firstEdition = 2009,

@@ -1,8 +1,8 @@
-#include "groups/RGroupFields.h"
+#include "vocabulary/RGroupFields.h"
 
-#include "groups/RGroupTables.h"
-#include "groups/RTrackFields.h"
-#include "groups/RTrackTables.h"
+#include "vocabulary/RGroupTables.h"
+#include "vocabulary/RTrackFields.h"
+#include "vocabulary/RTrackTables.h"
 
 #include <array>
 #include <initializer_list>
@@ -82,7 +82,7 @@ constexpr auto kIndexTypes = std::to_array<Choice>({
 });
 
 constexpr auto kHeadFields = std::to_array<Field>({
-    {.code = "ID", .limit = 32, .element = "../@Name"},
+    {.code = "ID", .limit = 32, .element = "../@Name", .refersTo = Refers::Source},
     {.code = "RID", .label = "Identification:", .page = "Tape1", .limit = 32, .element = "ID"},
     {.code = "R1", .label = "Description:", .page = "Tape1", .limit = 32, .element = "Description"},
     {.code = "TC1",

@@ -1,7 +1,7 @@
-#include "groups/MGroupFields.h"
+#include "vocabulary/MGroupFields.h"
 
 #include "core/text/Text.h"
-#include "groups/ListFields.h"
+#include "vocabulary/ListFields.h"
 
 #include <array>
 
@@ -56,7 +56,7 @@ constexpr auto kYesNo = std::to_array<Choice>({
 });
 
 constexpr auto kFields = std::to_array<Field>({
-    {.code = "ID", .limit = 32, .element = "../@Name"},
+    {.code = "ID", .limit = 32, .element = "../@Name", .refersTo = Refers::Source},
     {.code = "BB1",
      .label = "Type:",
      .box = kComposite,
@@ -108,7 +108,10 @@ constexpr auto kFields = std::to_array<Field>({
      .choices = kFilterTypes,
      .limit1996 = 3},
     {.code = "BB\\MN", .limit = 32, .element = "BasebandSignal/MeasurementName"},
-    {.code = "BB\\DLN", .limit = 32, .element = "BasebandSignal/DataLinkName"},
+    {.code = "BB\\DLN",
+     .limit = 32,
+     .element = "BasebandSignal/DataLinkName",
+     .refersTo = Refers::Link},
     {.code = "SCO\\N",
      .label = "Total Number Of Sub Carriers:",
      .box = kSubcarriers,
@@ -159,7 +162,8 @@ constexpr auto kFields = std::to_array<Field>({
      .label = "Data Link Name",
      .limit = 32,
      .element = "Subcarriers/IRIGSubcarrier/DataLinkName",
-     .list = kRows},
+     .list = kRows,
+     .refersTo = Refers::Link},
     {.code = "SO",
      .label = "Other Non-Standard Subcarriers?",
      .box = kSubcarriers,

@@ -1,6 +1,6 @@
-#include "groups/TGroupFields.h"
+#include "vocabulary/TGroupFields.h"
 
-#include "groups/ListFields.h"
+#include "vocabulary/ListFields.h"
 
 #include <array>
 
@@ -66,7 +66,7 @@ constexpr auto kReceptions = std::to_array<Choice>({
 });
 
 constexpr auto kFields = std::to_array<Field>({
-    {.code = "ID", .limit = 32, .element = "../@Name"},
+    {.code = "ID", .limit = 32, .element = "../@Name", .refersTo = Refers::Source},
     {.code = "TID",
      .label = "Transmitter ID:",
      .page = "RF1",

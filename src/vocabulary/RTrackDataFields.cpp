@@ -1,5 +1,5 @@
 // The details of tracks that record PCM streams, analog and discrete measurements.
-#include "groups/RTrackTables.h"
+#include "vocabulary/RTrackTables.h"
 
 namespace kavu {
 

@@ -1,5 +1,5 @@
 // The details of tracks that record buses, messages, networks and positions.
-#include "groups/RTrackTables.h"
+#include "vocabulary/RTrackTables.h"
 
 namespace kavu {
 
@@ -169,7 +169,8 @@ constexpr auto kMessage = track::detailsOf(
                                .limit = 32,
                                .firstEdition = 2007,
                                .element = "Data/MessageDataTypeAttributes/SubChannel/Name",
-                               .prompt = "Enter SubChannel Name"},
+                               .prompt = "Enter SubChannel Name",
+                               .refersTo = Refers::Link},
                           }));
 constexpr auto kParallel = track::detailsOf(
     "Parallel Input", std::to_array<Field>({
@@ -198,7 +199,8 @@ constexpr auto kEthernet = track::detailsOf(
                            .label = "Network Name",
                            .firstEdition = 2009,
                            .element = "Data/EthernetDataTypeAttributes/Network/Name",
-                           .prompt = "Network Name"},
+                           .prompt = "Network Name",
+                           .refersTo = Refers::Link},
                       }));
 constexpr auto kTspi = track::detailsOf(
     "TSPI/CTS Input", std::to_array<Field>({

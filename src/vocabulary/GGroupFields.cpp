@@ -1,7 +1,7 @@
-#include "groups/GGroupFields.h"
+#include "vocabulary/GGroupFields.h"
 
 #include "core/text/Text.h"
-#include "groups/ListFields.h"
+#include "vocabulary/ListFields.h"
 
 #include <algorithm>
 #include <array>
@@ -116,7 +116,8 @@ constexpr auto kFields = std::to_array<Field>({
      .page = kSourcePage,
      .limit = 32,
      .element = "DataSource/@Name",
-     .list = kSourceCount},
+     .list = kSourceCount,
+     .refersTo = Refers::SourceName},
     {.code = kSourceType,
      .label = "Type",
      .page = kSourcePage,

@@ -1,7 +1,7 @@
 // The lists of the recorder group, and what only XML knows of it.
-#include "groups/RGroupFields.h"
-#include "groups/RGroupTables.h"
-#include "groups/RTrackTables.h"
+#include "vocabulary/RGroupFields.h"
+#include "vocabulary/RGroupTables.h"
+#include "vocabulary/RTrackTables.h"
 
 #include <array>
 
@@ -201,7 +201,8 @@ constexpr auto kEventFields = std::to_array<Field>({
      .limit = 32,
      .firstEdition = 2007,
      .element = "RecordingEventDefinitions/RecordingEvent/TriggerMeasurement/Source",
-     .list = "EV\\N"},
+     .list = "EV\\N",
+     .refersTo = Refers::LinkMention},
     {.code = "EV\\MN-n",
      .label = "Trigger Measurement Name",
      .page = "Tape6",

@@ -1,7 +1,7 @@
-#include "groups/RTrackFields.h"
+#include "vocabulary/RTrackFields.h"
 
 #include "core/text/Text.h"
-#include "groups/RTrackTables.h"
+#include "vocabulary/RTrackTables.h"
 
 #include <algorithm>
 #include <array>
@@ -117,7 +117,8 @@ constexpr auto kTrackFields = std::to_array<Field>({
      .page = "Tape8",
      .limit = 32,
      .firstEdition = track::kFirstEditionWithLinks,
-     .element = "Data/ChannelDataLinkName"},
+     .element = "Data/ChannelDataLinkName",
+     .refersTo = Refers::Link},
 });
 
 std::array<ChannelType, kTypeChoices.size()> makeTypes() {

@@ -1,0 +1,23 @@
+// A command's code as a person types it.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kavu {
+
+/// A command's code in its parts: `R-1\ADL-2-5` is R, 1 and "ADL-2-5".
+struct CommandCode {
+    char letter = 0;
+    int index = 0;        ///< 1 to 99; 0 for a group without one
+    std::string field{};  ///< as it was typed
+
+    /// "R-1\ADL-2-5"
+    [[nodiscard]] std::string text() const;
+};
+/// The parts of a code in any case; nothing if it is none: an unknown letter, an index that
+/// is missing, out of range or too much, no field, or a colon or semi-colon in it.
+[[nodiscard]] std::optional<CommandCode> parseCommandCode(std::string_view code);
+
+}  // namespace kavu

@@ -1,0 +1,90 @@
+#include "vocabulary/References.h"
+
+#include "core/text/Text.h"
+#include "vocabulary/Vocabularies.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <vector>
+
+namespace kavu {
+
+namespace {
+
+struct Reference {
+    char letter = 0;
+    Field field{};
+};
+/// Fields of groups without a vocabulary, and fields that only old documents have.
+constexpr auto kOthers = std::to_array<Reference>({
+    // Before a track had a data link whatever its type, PCM tracks and buses had one each.
+    {'R', {.code = "BDLN-n", .refersTo = Refers::Link}},
+    {'R', {.code = "PDLN-n", .refersTo = Refers::Link}},
+    {'B', {.code = "DLN", .refersTo = Refers::LinkName}},
+    {'B', {.code = "MN-n-m-k", .refersTo = Refers::MeasurementName}},
+    {'B', {.code = "SMF\\SMN-n", .refersTo = Refers::Measurement}},
+    {'S', {.code = "DLN", .refersTo = Refers::LinkName}},
+    {'S', {.code = "MN-n-m-k", .refersTo = Refers::MeasurementName}},
+    {'S', {.code = "SMF\\SMN-n", .refersTo = Refers::Measurement}},
+    // Packet telemetry calls measurements by what they are in its packets.
+    {'S', {.code = "TMN-n", .refersTo = Refers::Measurement}},
+    {'S', {.code = "HMN-n-m", .refersTo = Refers::Measurement}},
+    {'S', {.code = "SMN-n-m", .refersTo = Refers::Measurement}},
+    {'V', {.code = "ID", .refersTo = Refers::Source}},
+});
+
+/// A field by what it is compared by: all of it, or its front up to the dash of its indices.
+struct Pattern {
+    std::string front{};
+    bool indexed = false;
+    Refers refers = Refers::No;
+};
+using Patterns = std::array<std::vector<Pattern>, 'Z' - 'A' + 1>;
+
+void add(std::vector<Pattern>& patterns, const Field& field) {
+    if (field.refersTo == Refers::No) {
+        return;
+    }
+    const bool indexed = indexCountOf(field.code) > 0;
+    std::string front(stemOf(field.code));
+    front += indexed ? "-" : "";
+    const bool known = std::any_of(patterns.begin(), patterns.end(),
+                                   [&](const Pattern& each) { return each.front == front; });
+    if (!known) {
+        patterns.push_back({std::move(front), indexed, field.refersTo});
+    }
+}
+
+/// The few rows that refer to something: every command of a document is asked for, and a
+/// recorder has hundreds of rows.
+Patterns makePatterns() {
+    Patterns all;
+    for (const auto& vocabulary : vocabularies()) {
+        for (const auto& field : vocabulary.fields) {
+            add(all[static_cast<std::size_t>(vocabulary.letter - 'A')], field);
+        }
+    }
+    for (const auto& other : kOthers) {
+        add(all[static_cast<std::size_t>(other.letter - 'A')], other.field);
+    }
+    return all;
+}
+
+}  // namespace
+
+Refers refersTo(char letter, std::string_view field) {
+    static const auto kPatterns = makePatterns();
+    if (letter < 'A' || letter > 'Z') {
+        return Refers::No;
+    }
+    for (const auto& pattern : kPatterns[static_cast<std::size_t>(letter - 'A')]) {
+        if (pattern.indexed ? startsWithIgnoreCase(field, pattern.front)
+                            : equalsIgnoreCase(field, pattern.front)) {
+            return pattern.refers;
+        }
+    }
+    return Refers::No;
+}
+
+}  // namespace kavu

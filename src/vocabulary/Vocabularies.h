@@ -1,0 +1,39 @@
+// The vocabulary tables of all groups that have one: the one place where a group's letter
+// leads to its table. A new group joins by one line.
+#pragma once
+
+#include "core/command/CommandPath.h"
+#include "vocabulary/Field.h"
+
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace kavu {
+
+struct GroupVocabulary {
+    char letter = 0;
+    std::string_view name{};  ///< what a person calls the group: "Transmission"
+    /// In the order in which the commands are written; behind them those that only the bridge
+    /// to XML knows.
+    std::span<const Field> fields{};
+};
+
+/// In the order in which the groups are saved.
+[[nodiscard]] std::span<const GroupVocabulary> vocabularies();
+/// Null for a group without one, and for a small letter.
+[[nodiscard]] const GroupVocabulary* findVocabulary(char letter);
+
+/// A row of a table that a field belongs to, and the numbers in place of its indices.
+struct VocabularyMatch {
+    const Field* field = nullptr;
+    FieldPath path{};  ///< a view into the field that was asked for
+};
+/// The rows of a table for a field in any case ("ADL-2-5" is of "ADL-n-m"), in the order of the
+/// table. Numbers count from 1 and have at most six digits.
+[[nodiscard]] std::vector<VocabularyMatch> matchVocabulary(std::span<const Field> table,
+                                                           std::string_view field);
+/// The same in the table of a group; none for a group without one.
+[[nodiscard]] std::vector<VocabularyMatch> matchVocabulary(char letter, std::string_view field);
+
+}  // namespace kavu
