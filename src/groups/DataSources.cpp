@@ -6,6 +6,7 @@
 #include "core/document/GroupFiles.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
+#include "vocabulary/StreamType.h"
 
 #include <algorithm>
 
@@ -117,7 +118,8 @@ StreamKind streamKindOfLink(DocumentContext& context, UserInterface* parent,
         }
         const auto format =
             context.reader.findField(parent, source, groupHead('P', index), "TF", 0);
-        return format && *format == "1553" ? StreamKind::Bus : StreamKind::PcmOrNone;
+        return format && *format == stream_type::kBus1553.stored ? StreamKind::Bus
+                                                                 : StreamKind::PcmOrNone;
     }
     if (findGroupIndex(context, parent, 'B', link) > 0) {
         return StreamKind::Bus;

@@ -5,6 +5,7 @@
 #include "core/text/Text.h"
 #include "groups/DataSources.h"
 #include "groups/MeasurementNames.h"
+#include "vocabulary/StreamType.h"
 
 #include <algorithm>
 #include <array>
@@ -13,17 +14,6 @@
 namespace kavu {
 
 namespace {
-
-struct FormatText {
-    std::string_view format;
-    std::string_view text;
-};
-constexpr auto kFormatTexts = std::to_array<FormatText>({
-    {"ONE", "PCM (Class 1)"},
-    {"TWO", "PCM (Class 2)"},
-    {"PKTM", "Packet"},
-    {"1553", "1553"},
-});
 
 /// Everything that the rows of the tree are made of, from one look into each group file.
 class TreeReader {
@@ -97,11 +87,13 @@ class TreeReader {
             row.letter = 'P';
             row.embedded = format->embedded;
         } else if (const int bus = buses_.find(link); bus > 0) {
-            row.kind = "1553";
+            row.kind = stream_type::kBus1553.text;
             row.group = bus;
             row.letter = 'B';
         } else if (const int message = messages_.find(link); message > 0) {
-            row.kind = context_.document.version >= kMessageDataEdition ? "Message Data" : "Packet";
+            row.kind = context_.document.version >= kMessageDataEdition
+                           ? std::string_view("Message Data")
+                           : stream_type::kPacket.text;
             row.group = message;
             row.letter = 'S';
         } else if (const int pam = pams_.find(link); pam > 0) {
@@ -146,12 +138,8 @@ class TreeReader {
 }  // namespace
 
 std::string streamKindText(std::string_view format) {
-    for (const auto& row : kFormatTexts) {
-        if (row.format == format) {
-            return std::string(row.text);
-        }
-    }
-    return std::string(format);
+    const auto* const type = findStreamType(format);
+    return std::string(type == nullptr ? format : type->text);
 }
 
 DocumentTree readDocumentTree(DocumentContext& context, UserInterface* parent) {

@@ -8,6 +8,8 @@
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
 #include "groups/DataSources.h"
+#include "vocabulary/References.h"
+#include "vocabulary/StreamType.h"
 
 #include <algorithm>
 #include <array>
@@ -17,10 +19,6 @@
 namespace kavu {
 
 namespace {
-
-/// Codes whose values name a link: of channels, 1553 and PCM tracks, and of subchannels.
-constexpr auto kRecordedLinkCodes =
-    std::to_array<std::string_view>({"CDLN-", "BDLN-", "PDLN-", "UCNM-", "MCNM-", "ENAM-"});
 
 /// The groups whose links need a home, in the order in which they are looked at.
 struct LinkedGroup {
@@ -32,7 +30,7 @@ struct LinkedGroup {
 constexpr auto kLinkedGroups = std::to_array<LinkedGroup>({
     {'P', "PCM Format", "Searching for Data Link Names in PCM Definition #%d", true},
     {'D', "PCM Measurement", "Searching for Data Link Names in Measurement Definition #%d", true},
-    {'B', "1553", {}, false},
+    {'B', stream_type::kBus1553.text, {}, false},
     {'A', "PAM", {}, false},
 });
 
@@ -213,17 +211,17 @@ bool resolveDataLink(DocumentContext& context, UserInterface* parent, LinkNames&
 
 bool gatherRecordedLinks(DocumentContext& context, UserInterface* parent, LinkNames& links) {
     for (int index = kLeastGroupIndex; index <= kMostGroupIndex; ++index) {
-        const auto status =
-            forEachCommand(context.reader, context.store.pathOf(groupFile('R', index)),
-                           [&](const std::string& command) {
-                               const auto view = viewCommand(command);
-                               if (isRecordedLinkCode(view.field) && !view.value.empty()) {
-                                   // A subchannel's name has no limit of its own, so a longer one
-                                   // is no fault: it is compared as a link name would be read.
-                                   links.add(view.value.substr(0, kNameLimit));
-                               }
-                               return true;
-                           });
+        const auto status = forEachCommand(
+            context.reader, context.store.pathOf(groupFile('R', index)),
+            [&](const std::string& command) {
+                const auto view = viewCommand(command);
+                if (refersTo('R', view.field) == Refers::Link && !view.value.empty()) {
+                    // A subchannel's name has no limit of its own, so a longer one
+                    // is no fault: it is compared as a link name would be read.
+                    links.add(view.value.substr(0, kNameLimit));
+                }
+                return true;
+            });
         if (!status.ok() && !isMissing(status)) {
             reportUnableToRead(parent, status);
             return false;
@@ -233,12 +231,6 @@ bool gatherRecordedLinks(DocumentContext& context, UserInterface* parent, LinkNa
         }
     }
     return true;
-}
-
-bool isRecordedLinkCode(std::string_view code) {
-    return std::any_of(
-        kRecordedLinkCodes.begin(), kRecordedLinkCodes.end(),
-        [code](std::string_view listed) { return startsWithIgnoreCase(code, listed); });
 }
 
 }  // namespace kavu

@@ -28,7 +28,5 @@ bool resolveDataLink(DocumentContext& context, UserInterface* parent, LinkNames&
 /// subchannels of UART, message and Ethernet channels. False if a file could not be read
 /// (reported) or the user has cancelled.
 bool gatherRecordedLinks(DocumentContext& context, UserInterface* parent, LinkNames& links);
-/// True for the codes of an R group, without its head, whose value is a link name.
-[[nodiscard]] bool isRecordedLinkCode(std::string_view code);
 
 }  // namespace kavu

@@ -8,6 +8,7 @@
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
 #include "groups/DataSources.h"
+#include "vocabulary/References.h"
 
 #include <algorithm>
 
@@ -16,7 +17,6 @@ namespace kavu {
 namespace {
 
 constexpr std::string_view kSetting = "CheckForDupMeasurements";
-constexpr std::string_view kNameBeginning = "MN-";
 
 }  // namespace
 
@@ -51,7 +51,7 @@ bool StreamFiles::readNames(UserInterface* parent, std::string_view link,
         context_.reader, context_.store.pathOf(groupFile(letter, index)),
         [&](const std::string& command) {
             const auto view = viewCommand(command);
-            if (startsWithIgnoreCase(view.field, kNameBeginning) && !view.value.empty()) {
+            if (refersTo(letter, view.field) == Refers::MeasurementName && !view.value.empty()) {
                 take(view.value);
             }
             if (++count % kPollEvery == 0) {

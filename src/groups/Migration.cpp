@@ -18,6 +18,7 @@
 #include "groups/DateForms.h"
 #include "groups/GroupScan.h"
 #include "groups/Irig11Changes.h"
+#include "vocabulary/StreamType.h"
 
 #include <array>
 #include <cerrno>
@@ -234,7 +235,9 @@ class Migration {
                 fields.readFile(context_.reader, context_.files.path(name), Comments::Skip, {"TF"});
             yieldToInterface(parent_);
             const auto format = fields.find(groupHead('P', index) + "TF");
-            return format && (format->value == "ONE" || format->value == "TWO") &&
+            return format &&
+                   (format->value == stream_type::kClassOne.stored ||
+                    format->value == stream_type::kClassTwo.stored) &&
                    convertStream_(parent_, index);
         });
     }

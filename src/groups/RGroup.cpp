@@ -9,6 +9,7 @@
 #include "core/text/Text.h"
 #include "groups/DataSources.h"
 #include "groups/SourceNames.h"
+#include "vocabulary/References.h"
 
 #include <algorithm>
 #include <array>
@@ -118,7 +119,7 @@ void addItemLinks(TrackDetails& details, int edition, Names& names) {
         const auto fields = itemFields(type, edition);
         for (auto& item : items->second) {
             for (std::size_t i = 0; i < std::min(fields.size(), item.size()); ++i) {
-                if (isLinkCode('R', fields[i]->code)) {
+                if (namesLink(fields[i]->refersTo)) {
                     names.push_back(&item[i]);
                 }
             }
@@ -131,7 +132,7 @@ Names linkNames(RecorderGroup& group, int edition) {
     Names names;
     const auto addOf = [&](auto& values, std::string_view behind) {
         for (auto& [code, value] : values) {
-            if (isLinkCode('R', code + std::string(behind))) {
+            if (namesLink(refersTo('R', code + std::string(behind)))) {
                 names.push_back(&value);
             }
         }

@@ -10,6 +10,7 @@
 #include "core/text/Text.h"
 #include "groups/GroupScan.h"
 #include "groups/LinkValidation.h"
+#include "vocabulary/References.h"
 
 #include <algorithm>
 #include <functional>
@@ -125,7 +126,7 @@ class Reindexer {
                                const auto view = viewCommand(command);
                                // All rows, whatever the count says: to be named in one keeps a
                                // source.
-                               if (startsWithIgnoreCase(view.field, "DSI-")) {
+                               if (refersTo('G', view.field) == Refers::SourceName) {
                                    sources_.add(view.value.substr(0, kNameLimit));
                                }
                                return true;
@@ -144,25 +145,25 @@ class Reindexer {
                removeUnlisted(groupKind('V').wildcard, "ID", sources_);
     }
 
+    /// Asks if a code of a group gives a stream a home; a mere mention keeps none.
+    static std::function<bool(std::string_view)> isHomeIn(char letter) {
+        return [letter](std::string_view code) { return refersTo(letter, code) == Refers::Link; };
+    }
+
     bool gatherLinks() {
         setStatusText(parent_, "Searching for Data Links in Tape definitions");
         // The recorders' own links count in every edition: a stream that a recorder names
         // must never be deleted.
-        if (!gather("[kavu]DSRCE.*", isRecordedLinkCode)) {
+        if (!gather("[kavu]DSRCE.*", isHomeIn('R'))) {
             return false;
         }
         setStatusText(parent_, "Searching for Data Links in Multiplex definitions");
-        if (!gather(groupKind('M').wildcard, [](std::string_view code) {
-                return equalsIgnoreCase(code, "BB\\DLN") || startsWithIgnoreCase(code, "SI\\DLN-");
-            })) {
+        if (!gather(groupKind('M').wildcard, isHomeIn('M'))) {
             return false;
         }
         setStatusText(parent_, "Searching for Data Links in PCM definitions");
         // A stream that is merged into another has no home of its own either.
-        return gather(groupKind('P').wildcard, [](std::string_view code) {
-            return startsWithIgnoreCase(code, "AEF\\DLN-") ||
-                   startsWithIgnoreCase(code, "ADM\\DMN-");
-        });
+        return gather(groupKind('P').wildcard, isHomeIn('P'));
     }
 
     bool removeStreams() {

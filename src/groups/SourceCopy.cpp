@@ -15,6 +15,7 @@
 #include "groups/SourceNames.h"
 #include "groups/SourceTransfer.h"
 #include "groups/SourceUndo.h"
+#include "vocabulary/StreamType.h"
 
 #include <algorithm>
 
@@ -56,10 +57,10 @@ class StreamFinder {
                 return equalsIgnoreCase(f.link, link);
             });
         }
-        std::string_view letters = "DBS";
+        std::string letters = "DBS";
         if (format != formats_.end()) {
             groups.format = format->index;
-            letters = format->format == "1553" ? "B" : format->format == "PKTM" ? "S" : "D";
+            letters = dataLetterOf(format->format);
         }
         for (const char letter : letters) {
             const auto& names = letter == 'D' ? measurements_ : letter == 'B' ? buses_ : messages_;

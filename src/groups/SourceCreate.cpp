@@ -9,6 +9,7 @@
 #include "groups/SourceList.h"
 #include "groups/SourceNames.h"
 #include "groups/SourceUndo.h"
+#include "vocabulary/StreamType.h"
 
 #include <algorithm>
 #include <array>
@@ -25,7 +26,6 @@ constexpr const char* kKindQuestion =
     "Tape: Creates a TMATS R-Group definition";
 constexpr int kFirstPacketEdition = 2005;
 constexpr int kLastPacketEdition = 2007;
-constexpr std::string_view kBusType = "1553";
 
 /// A field of a new P group: its setting and default, and what a bus stream always has.
 struct StreamField {
@@ -61,7 +61,7 @@ struct NewStream {
     std::string type = "PCM";
     std::string link;
 
-    [[nodiscard]] bool isBus() const { return type == kBusType; }
+    [[nodiscard]] bool isBus() const { return type == stream_type::kBus1553.stored; }
 };
 
 /// The commands of a new P group, in the order in which they are written.
@@ -136,7 +136,7 @@ NewStream askStream(const DocumentContext& context, UserInterface* parent) {
         return stream;
     }
     const int edition = context.document.version;
-    std::vector<std::string> shown = {"PCM", std::string(kBusType)};
+    std::vector<std::string> shown = {"PCM", std::string(stream_type::kBus1553.stored)};
     if (edition >= kFirstPacketEdition && edition <= kLastPacketEdition) {
         shown.emplace_back("Packet Telemetry");
     }
@@ -145,7 +145,8 @@ NewStream askStream(const DocumentContext& context, UserInterface* parent) {
         return stream;
     }
     stream.wanted = true;
-    constexpr auto kTypes = std::to_array<std::string_view>({"PCM", kBusType, "PKTM"});
+    constexpr auto kTypes = std::to_array<std::string_view>(
+        {"PCM", stream_type::kBus1553.stored, stream_type::kPacket.stored});
     stream.type = kTypes.at(static_cast<std::size_t>(choice));
     if (choice == 2 && edition < kFirstPacketEdition) {
         stream.type = "PCM";

@@ -10,6 +10,7 @@
 #include "core/text/TextEncoding.h"
 #include "groups/DataSources.h"
 #include "groups/DocumentTree.h"
+#include "vocabulary/StreamType.h"
 
 #include <algorithm>
 #include <set>
@@ -240,12 +241,12 @@ void SourceImportFile::findStream(ImportOffer& offer) const {
         }
         return 0;
     };
-    std::string_view letters = "DBS";
+    std::string letters = "DBS";
     offer.format = find('P');
     if (offer.format > 0) {
         const auto& format = groups('P').at(offer.format).format;
         offer.streamType = streamKindText(format);
-        letters = format == "1553" ? "B" : format == "PKTM" ? "S" : "D";
+        letters = dataLetterOf(format);
     }
     for (const char letter : letters) {
         // Documents of older editions know no S groups.
@@ -259,9 +260,9 @@ void SourceImportFile::findStream(ImportOffer& offer) const {
         }
     }
     if (offer.format == 0 && offer.dataLetter != 0) {
-        offer.streamType = offer.dataLetter == 'B'   ? "1553"
-                           : offer.dataLetter == 'S' ? "Message Data"
-                                                     : "PCM";
+        offer.streamType = offer.dataLetter == 'B'   ? stream_type::kBus1553.text
+                           : offer.dataLetter == 'S' ? std::string_view("Message Data")
+                                                     : std::string_view("PCM");
     }
 }
 

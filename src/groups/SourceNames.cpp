@@ -7,29 +7,12 @@
 #include "groups/DataSources.h"
 #include "groups/LinkValidation.h"
 
-#include <algorithm>
-#include <array>
-
 namespace kavu {
 
 namespace {
 
 /// The groups whose `DLN` is the name of their own link.
 constexpr std::string_view kStreamGroups = "PDBSA";
-constexpr auto kMultiplexCodes = std::to_array<std::string_view>({"SI\\DLN-"});
-constexpr auto kEmbeddingCodes = std::to_array<std::string_view>({"AEF\\DLN-", "ADM\\DMN-"});
-constexpr auto kEventCodes = std::to_array<std::string_view>({"EV\\MS-"});
-// Names of measurements: of those that are defined, and of those that a filter names.
-constexpr auto kMeasurementCodes = std::to_array<std::string_view>({"MN-", "SMF\\SMN-"});
-// Packet telemetry calls them by what they are in its packets.
-constexpr auto kPacketCodes = std::to_array<std::string_view>({"TMN-", "HMN-", "SMN-"});
-
-template <typename Codes>
-bool beginsWithOne(const Codes& codes, std::string_view code) {
-    return std::any_of(codes.begin(), codes.end(), [code](std::string_view listed) {
-        return startsWithIgnoreCase(code, listed);
-    });
-}
 
 }  // namespace
 
@@ -103,32 +86,6 @@ bool isAcceptableName(const DocumentContext& context, UserInterface* parent, std
         return false;
     }
     return true;
-}
-
-bool isMeasurementNameCode(char letter, std::string_view code) {
-    switch (letter) {
-        case 'D':
-        case 'B':
-            return beginsWithOne(kMeasurementCodes, code);
-        case 'S':
-            return beginsWithOne(kMeasurementCodes, code) || beginsWithOne(kPacketCodes, code);
-        default:
-            return false;
-    }
-}
-
-bool isLinkCode(char letter, std::string_view code) {
-    switch (letter) {
-        case 'M':
-            return equalsIgnoreCase(code, "BB\\DLN") || beginsWithOne(kMultiplexCodes, code);
-        case 'P':
-            return equalsIgnoreCase(code, "DLN") || beginsWithOne(kEmbeddingCodes, code);
-        case 'R':
-            return isRecordedLinkCode(code) || beginsWithOne(kEventCodes, code);
-        default:
-            return kStreamGroups.find(letter) != std::string_view::npos &&
-                   equalsIgnoreCase(code, "DLN");
-    }
 }
 
 }  // namespace kavu

@@ -51,9 +51,4 @@ template <typename Accept>
     return std::nullopt;
 }
 
-/// True for a code, without its head, whose value is the name of a measurement.
-[[nodiscard]] bool isMeasurementNameCode(char letter, std::string_view code);
-/// True for a code whose value is the name of a data link, in any group.
-[[nodiscard]] bool isLinkCode(char letter, std::string_view code);
-
 }  // namespace kavu

@@ -12,6 +12,7 @@
 #include "groups/SourceList.h"
 #include "groups/SourceNames.h"
 #include "groups/SourceUndo.h"
+#include "vocabulary/References.h"
 
 #include <algorithm>
 #include <array>
@@ -150,8 +151,9 @@ bool renameInLinkingGroups(Renaming& renaming, UserInterface* parent) {
             setStatusText(parent, own ? formatPrintf(group.status, group.letter, index)
                                       : formatPrintf(group.status, index));
             const auto wanted = [&](std::string_view code) {
-                const bool isOwn = equalsIgnoreCase(code, "DLN");
-                return isLinkCode(group.letter, code) && (group.letter == 'R' || own == isOwn);
+                const auto refers = refersTo(group.letter, code);
+                return own ? refers == Refers::LinkName
+                           : refers == Refers::Link || refers == Refers::LinkMention;
             };
             if (!renaming.inFile(group.letter, index, wanted)) {
                 return false;
@@ -225,12 +227,12 @@ bool renameDataSource(SourceParts& parts, UserInterface* parent, const std::stri
     }
     setStatusText(parent, "Changing Data Source Names");
     Renaming renaming(context, parent, oldName, newName, standsAlone(names, oldName));
-    renaming.inFile('G', 0,
-                    [](std::string_view code) { return startsWithIgnoreCase(code, "DSI-"); });
+    renaming.inFile(
+        'G', 0, [](std::string_view code) { return refersTo('G', code) == Refers::SourceName; });
     for (const char letter : {'T', 'R', 'M', 'V'}) {
         for (int index = kLeastGroupIndex; index <= kMostGroupIndex; ++index) {
-            if (!renaming.inFile(letter, index, [](std::string_view code) {
-                    return equalsIgnoreCase(code, "ID");
+            if (!renaming.inFile(letter, index, [letter](std::string_view code) {
+                    return refersTo(letter, code) == Refers::Source;
                 })) {
                 break;
             }

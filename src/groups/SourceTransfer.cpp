@@ -6,6 +6,8 @@
 #include "core/document/GroupFiles.h"
 #include "core/talk/FileReports.h"
 #include "core/talk/Messages.h"
+#include "vocabulary/References.h"
+#include "vocabulary/StreamType.h"
 
 namespace kavu {
 
@@ -29,9 +31,9 @@ std::string_view calledInMessage(char letter) {
         case 'M':
             return "Multiplex";
         case 'B':
-            return "1553";
+            return stream_type::kBus1553.text;
         case 'S':
-            return "Packet";
+            return stream_type::kPacket.text;
         default:
             return "PCM Format";
     }
@@ -98,11 +100,11 @@ bool SourceTransfer::expect(UserInterface* parent, char letter, int oldIndex) {
 }
 
 std::string SourceTransfer::newValue(char letter, std::string_view code, std::string_view value) {
-    const bool named = letter == 'T' || letter == 'R' || letter == 'M';
-    if (named && equalsIgnoreCase(code, "ID")) {
+    const auto refers = refersTo(letter, code);
+    if (refers == Refers::Source && letter != 'V') {  // what a vendor adds is taken as it is
         return source_;
     }
-    if (isLinkCode(letter, code)) {
+    if (namesLink(refers)) {
         const auto key = linkKey(value);
         if (const auto link = links_.find(key); link != links_.end()) {
             return link->second;
@@ -110,7 +112,7 @@ std::string SourceTransfer::newValue(char letter, std::string_view code, std::st
         const auto link = foldedLinks_.find(lowerAscii(key));
         return link == foldedLinks_.end() ? std::string(value) : link->second;
     }
-    if (!value.empty() && isMeasurementNameCode(letter, code)) {
+    if (!value.empty() && namesMeasurement(refers)) {
         auto name = affixes_.applied(value);
         if (met_.emplace(value).second) {
             measurements_.emplace_back(value, name);

@@ -10,6 +10,7 @@
 #include "pcm/structure/PcmFormatEdit.h"
 #include "pcm/structure/SubframeEdit.h"
 #include "pcm/write/WordFrameConversion.h"
+#include "vocabulary/StreamType.h"
 
 namespace kavu {
 
@@ -99,7 +100,8 @@ void checkClass(PcmLoad& load) {
         return;
     }
     load.log(221, kErrorReadingFormat, format.streamName.view(), *attribute);
-    format.typeFormat = format.edition() <= 2001 ? "OTHR" : "TWO";
+    format.typeFormat =
+        format.edition() <= 2001 ? stream_type::kOther.stored : stream_type::kClassTwo.stored;
     load.corrected();
 }
 
@@ -125,7 +127,7 @@ bool loadStream(PcmLoad& load, const PcmSteps& steps, const Stream& stream) {
     const bool isNew = load.isNew;
     const int counters = countIdCounters(format);
     if (stream.isBus && stream.pGroup == 0) {
-        format.typeFormat = "1553";
+        format.typeFormat = stream_type::kBus1553.stored;
         format.isBusStream = true;
     }
     if (!readContents(load, steps)) {

@@ -55,7 +55,7 @@ CODE_CUT = re.compile(r"""find(_first_of|_last_of)?\((['"])(\\\\|:|-)\2""")
 CODE_CUTTERS = {"core/command/CommandPath.h", "core/command/CommandPath.cpp",
                 "core/command/TmatsCommand.cpp", "conversion/RawChunk.h",
                 "conversion/ConversionEdit.cpp", "core/talk/SupportFolder.cpp",
-                "groups/Vocabularies.cpp"}
+                "groups/CommandCode.cpp"}
 
 # A type at the level of the namespace, with its body or its bases.
 TYPE = re.compile(r"^(?:class|struct|enum class) (\w+)(?: final)?\s*(?::[^;]*)?\{", re.M)

@@ -4,6 +4,7 @@
 #include "app/framework/QtText.h"
 #include "app/framework/ToolTip.h"
 #include "groups/DocumentTree.h"
+#include "vocabulary/StreamType.h"
 
 #include <algorithm>
 
@@ -66,10 +67,10 @@ std::string_view imageOf(const TreeItem& item, std::string_view streamKind) {
     if (item.kind != TreeKind::Stream) {
         return rowOf(item.kind).icon;
     }
-    if (item.letter == 'B' || streamKind == streamKindText("1553")) {
+    if (item.letter == 'B' || streamKind == stream_type::kBus1553.text) {
         return "bus";
     }
-    if (item.letter == 'S' || streamKind == streamKindText("PKTM")) {
+    if (item.letter == 'S' || streamKind == stream_type::kPacket.text) {
         return "packet";
     }
     return item.letter == 'A' ? "pam" : rowOf(item.kind).icon;

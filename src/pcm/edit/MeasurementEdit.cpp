@@ -11,6 +11,7 @@
 #include "pcm/model/MeasurementCell.h"
 #include "pcm/structure/AsyncEdit.h"
 #include "pcm/structure/SubframeEdit.h"
+#include "vocabulary/References.h"
 
 #include <algorithm>
 
@@ -41,7 +42,8 @@ bool isTaggedName(const PcmFormat& format, std::string_view name) {
     // A file that is not there has none.
     (void)forEachCommand(format.context().reader, path, [&](const std::string& command) {
         const auto view = viewCommand(command);
-        found = startsWithIgnoreCase(view.field, "MN-") && equalsIgnoreCase(view.value, name);
+        found = refersTo('D', view.field) == Refers::MeasurementName &&
+                equalsIgnoreCase(view.value, name);
         return !found;
     });
     return found;

@@ -11,6 +11,7 @@
 #include "pcm/read/PGroupSideFiles.h"
 #include "pcm/read/SubframeReading.h"
 #include "pcm/structure/PcmFormatEdit.h"
+#include "vocabulary/StreamType.h"
 
 #include <initializer_list>
 
@@ -52,10 +53,10 @@ void readTexts(PcmLoad& load, std::initializer_list<std::string_view> codes) {
 void readInputData(PcmLoad& load) {
     auto& format = load.format;
     readTexts(load, {"D1", "D2", "D3", "D4", "D5", "D6", "D7", "D8", "TF"});
-    format.isBusStream = format.typeFormat == "1553";
+    format.isBusStream = format.typeFormat == stream_type::kBus1553.stored;
     if (format.typeFormat.empty()) {
         load.log(165, kErrorReadingFormat);
-        format.typeFormat = "ONE";
+        format.typeFormat = stream_type::kClassOne.stored;
         load.corrected();
     }
     format.commonWordLength = load.limitedNumber("F1", 2).value_or(0);
@@ -279,7 +280,7 @@ bool makeNewFormat(PcmLoad& load) {
         }
     }
     format.syncPattern.clear();  // it takes more than its text
-    format.isBusStream = format.typeFormat == "1553";
+    format.isBusStream = format.typeFormat == stream_type::kBus1553.stored;
     format.commonWordLength = leadingInt(setting("F1"));
     const PcmFormat::Report report = [&load](int id, int titleId, int first, int second) {
         load.log(id, titleId, first, second);

@@ -7,6 +7,7 @@
 #include "pcm/structure/AsyncEdit.h"
 #include "pcm/structure/PcmFormatEdit.h"
 #include "pcm/structure/SubframeEdit.h"
+#include "vocabulary/StreamType.h"
 
 #include <algorithm>
 
@@ -33,11 +34,11 @@ bool PcmFormat::setCommonWordLength(UserInterface* parent, int length) {
         return false;
     }
     const int most = edition() >= 2005 ? 32 : 16;
-    if (typeFormat == "ONE" && (length < 4 || length > most)) {
+    if (typeFormat == stream_type::kClassOne.stored && (length < 4 || length > most)) {
         messages.show(parent, 219, kIllegalEntry, kErrorBox, most);
         return false;
     }
-    if (typeFormat == "1553" && length != kWordLengthBus) {
+    if (typeFormat == stream_type::kBus1553.stored && length != kWordLengthBus) {
         messages.show(parent, 220, kIllegalEntry, kErrorBox);
         return false;
     }
@@ -132,7 +133,7 @@ bool PcmFormat::setWordsPerMinorFrame(UserInterface* parent, int words) {
         messages.show(parent, 222, kIllegalEntry, kErrorBox);
         return false;
     }
-    if (typeFormat == "ONE" && words > kMostWordsClassOne) {
+    if (typeFormat == stream_type::kClassOne.stored && words > kMostWordsClassOne) {
         messages.show(parent, 223, kIllegalEntry, kErrorBox);
         return false;
     }
@@ -219,7 +220,7 @@ bool PcmFormat::recalculateBitsPerMinorFrame() {
 }
 
 std::optional<std::string> PcmFormat::classTwoAttribute() const {
-    if (!(typeFormat == "ONE")) {
+    if (!(typeFormat == stream_type::kClassOne.stored)) {
         return std::nullopt;
     }
     const auto rate = leadingInteger(bitRate);

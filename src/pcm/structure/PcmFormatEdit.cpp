@@ -7,6 +7,7 @@
 #include "pcm/PcmFormat.h"
 #include "pcm/model/FrameSyncPattern.h"
 #include "pcm/model/PcmFormatFields.h"
+#include "vocabulary/StreamType.h"
 
 #include <algorithm>
 #include <array>
@@ -17,7 +18,6 @@ namespace {
 
 constexpr int kIllegalEntry = 87;
 constexpr int kErrorReadingFormat = 88;
-constexpr std::string_view kBusType = "1553";
 
 /// What a bus stream has, and no person can change.
 constexpr auto kFixedInBus =
@@ -51,7 +51,7 @@ void takeBusValues(PcmFormat& format, UserInterface* parent) {
 /// What one pick brings along.
 void followText(PcmFormat& format, UserInterface* parent, std::string_view code) {
     if (code == "TF") {
-        format.isBusStream = format.typeFormat == kBusType;
+        format.isBusStream = format.typeFormat == stream_type::kBus1553.stored;
         if (format.isBusStream) {
             takeBusValues(format, parent);
         }
@@ -173,7 +173,8 @@ void checkClassOf(PcmFormat& format, UserInterface* parent) {
     }
     format.context().messages.show(parent, 221, kErrorReadingFormat, kWarningBox,
                                    format.streamName.view(), *attribute);
-    format.typeFormat = format.edition() <= 2001 ? "OTHR" : "TWO";
+    format.typeFormat =
+        format.edition() <= 2001 ? stream_type::kOther.stored : stream_type::kClassTwo.stored;
     format.changed = true;
 }
 
@@ -192,7 +193,8 @@ bool offersPcmCode(const PcmFormat& format, std::string_view value) {
 }
 
 bool isPacketStream(const PcmFormat& format) {
-    return format.typeFormat == "PKTM" && (format.edition() == 2005 || format.edition() == 2007);
+    return format.typeFormat == stream_type::kPacket.stored &&
+           (format.edition() == 2005 || format.edition() == 2007);
 }
 
 namespace {
