@@ -7,31 +7,27 @@ namespace kavu {
 
 namespace {
 
-/// No edition: for rows that end in front of the one named.
-constexpr int before(int edition) {
-    return edition - 1;
-}
-constexpr int after(int edition) {
-    return edition + 1;
-}
-
 // Sorted by byte but for "DP\N" and "DPNO" (see conversionLimit). The order is part of the
 // behaviour: do not mend it.
-constexpr auto kLimits = std::to_array<ConversionLimit>({
-    {"BFM", 3},     {"BTM", 1},      {"CO", 32},        {"CO1", 1},   {"COM", 0},
-    {"CO\\N", 2},   {"CRT", 19},     {"DCT", 3},        {"DICC", 16}, {"DICI\\N", 2},
-    {"DICP", 240},  {"DIC\\N", 2},   {"DP", 32},        {"DPA", 0},   {"DPAT", 1},
-    {"DPC", 32},    {"DPC\\N", 2},   {"DP\\N", 2, 1},   {"DPNO", 2},  {"DPTM", 32},
-    {"FPF", 0},     {"MA1", 32},     {"MA2", 16},       {"MA3", 32},  {"MA\\N", 1},
-    {"MC1", 32},    {"MC2", 16},     {"MC3", 32},       {"MC\\N", 1}, {"MN1", 0},
-    {"MN2", 0},     {"MN3", 0},      {"MN4", 3},        {"MNA", 0},   {"MOT1", 32},
-    {"MOT2", 32},   {"MOT3", 32},    {"MOT4", 32},      {"MOT5", 32}, {"MOT6", 32},
-    {"OTH", 0},     {"POC1", 0},     {"POC2", 0},       {"POC3", 0},  {"POC4", 0},
-    {"PS1", 1},     {"PS2", 2},      {"PS3", 16},       {"PS4", 32},  {"PS\\N", 2},
-    {"PTM", 1},     {"SR", 0},       {"TRD1", 0},       {"TRD2", 0},  {"TRD3", 0},
-    {"TRD4", 2, 4}, {"TRD5", 0},     {"TRD6", 0},       {"TRD7", 0},  {"VID\\D", 640},
-    {"VID\\E", 64}, {"VOI\\D", 640}, {"VOI\\E", 4, 64},
-});
+constexpr ConversionLimit limitOf(const Field& row) {
+    return {stemOf(row.code), static_cast<int>(row.limit),
+            row.limit1996 == 0 ? -1 : static_cast<int>(row.limit1996)};
+}
+// "MNA" has been looked for since ever, and no edition has such a command.
+constexpr auto kLimits = std::to_array<ConversionLimit>(
+    {limitOf(c::kBfm),  limitOf(c::kBtm),  limitOf(c::kCo),   limitOf(c::kCo1),  limitOf(c::kCom),
+     limitOf(c::kCoN),  limitOf(c::kCrt),  limitOf(c::kDct),  limitOf(c::kDicc), limitOf(c::kDiciN),
+     limitOf(c::kDicp), limitOf(c::kDicN), limitOf(c::kDp),   limitOf(c::kDpa),  limitOf(c::kDpat),
+     limitOf(c::kDpc),  limitOf(c::kDpcN), limitOf(c::kDpN),  limitOf(c::kDpno), limitOf(c::kDptm),
+     limitOf(c::kFpf),  limitOf(c::kMa1),  limitOf(c::kMa2),  limitOf(c::kMa3),  limitOf(c::kMaN),
+     limitOf(c::kMc1),  limitOf(c::kMc2),  limitOf(c::kMc3),  limitOf(c::kMcN),  limitOf(c::kMn1),
+     limitOf(c::kMn2),  limitOf(c::kMn3),  limitOf(c::kMn4),  {.code = "MNA"},   limitOf(c::kMot1),
+     limitOf(c::kMot2), limitOf(c::kMot3), limitOf(c::kMot4), limitOf(c::kMot5), limitOf(c::kMot6),
+     limitOf(c::kOth),  limitOf(c::kPoc1), limitOf(c::kPoc2), limitOf(c::kPoc3), limitOf(c::kPoc4),
+     limitOf(c::kPs1),  limitOf(c::kPs2),  limitOf(c::kPs3),  limitOf(c::kPs4),  limitOf(c::kPsN),
+     limitOf(c::kPtm),  limitOf(c::kSr),   limitOf(c::kTrd1), limitOf(c::kTrd2), limitOf(c::kTrd3),
+     limitOf(c::kTrd4), limitOf(c::kTrd5), limitOf(c::kTrd6), limitOf(c::kTrd7), limitOf(c::kVidD),
+     limitOf(c::kVidE), limitOf(c::kVoiD), limitOf(c::kVoiE)});
 static_assert(kLimits.size() == 63);
 
 constexpr std::size_t kFirstRow = 31;
@@ -54,105 +50,123 @@ constexpr const ConversionLimit* findLimit(std::string_view code) {
 
 static_assert(findLimit("DP\\N") == nullptr && findLimit("DPNO") == nullptr);
 
+constexpr ConversionField of(const Field& row, WrittenForm form = WrittenForm::Value) {
+    return {.code = row.code,
+            .form = form,
+            .otherwise = row.missing,
+            .from = row.firstEdition,
+            .until = row.lastEdition == 0 ? kLatestEdition : row.lastEdition};
+}
+template <typename... Rows>
+constexpr ConversionField rowsOf(const Field& count, const Rows&... rows) {
+    auto list = of(count, WrittenForm::List);
+    list.otherwise = {};
+    list.items = {stemOf(rows.code)...};
+    return list;
+}
+/// Written only if the count is a number over 0.
+constexpr ConversionField needing(const Field& count, ConversionField field) {
+    field.needs = count.code;
+    return field;
+}
+constexpr ConversionField ofBitWeights(ConversionField field) {
+    field.bitWeights = true;
+    return field;
+}
+constexpr ConversionField during(int from, int until, ConversionField field) {
+    field.from = from;
+    field.until = until;
+    return field;
+}
+
 constexpr auto kCommon = std::to_array<ConversionField>({
-    {.code = "TRD1"},
-    {.code = "TRD2"},
-    {.code = "TRD3"},
-    {.code = "TRD4"},
-    {.code = "TRD5"},
-    {.code = "TRD6"},
-    {.code = "TRD7"},
-    {.code = "POC1"},
-    {.code = "POC2"},
-    {.code = "POC3"},
-    {.code = "POC4"},
-    {.code = "MN1"},
-    {.code = "MN2"},
-    {.code = "MN3"},
-    {.code = "MN4"},
-    {.code = "BFM"},
-    {.code = "FPF", .from = 2000},
-    {.code = "BWT\\N", .otherwise = "0", .from = 2007, .bitWeights = true},
-    {.code = "BWT\\N",
-     .form = WrittenForm::List,
-     .from = 2007,
-     .bitWeights = true,
-     .items = {"BWTB", "BWTV"}},
-    {.code = "MC\\N", .form = WrittenForm::Count, .otherwise = "N"},
-    {.code = "MC\\N", .form = WrittenForm::List, .items = {"MC1", "MC2", "MC3"}},
-    {.code = "MA\\N", .form = WrittenForm::Count, .otherwise = "N", .from = 1999},
-    {.code = "MA\\N", .form = WrittenForm::List, .from = 1999, .items = {"MA1", "MA2", "MA3"}},
-    {.code = "MA1", .until = before(1999)},
-    {.code = "MA2", .until = before(1999)},
-    {.code = "MA3", .until = before(1999)},
-    {.code = "MOT1"},
-    {.code = "MOT2"},
-    {.code = "MOT3"},
-    {.code = "MOT4"},
-    {.code = "MOT5", .from = after(1996)},
-    {.code = "MOT6", .from = after(1996)},
-    {.code = "SR", .form = WrittenForm::SampleRate},
-    {.code = "CRT", .from = 2004},
+    of(c::kTrd1),
+    of(c::kTrd2),
+    of(c::kTrd3),
+    of(c::kTrd4),
+    of(c::kTrd5),
+    of(c::kTrd6),
+    of(c::kTrd7),
+    of(c::kPoc1),
+    of(c::kPoc2),
+    of(c::kPoc3),
+    of(c::kPoc4),
+    of(c::kMn1),
+    of(c::kMn2),
+    of(c::kMn3),
+    of(c::kMn4),
+    of(c::kBfm),
+    of(c::kFpf),
+    ofBitWeights(of(c::kBwtN)),
+    ofBitWeights(rowsOf(c::kBwtN, c::kBwtb, c::kBwtv)),
+    of(c::kMcN, WrittenForm::Count),
+    rowsOf(c::kMcN, c::kMc1, c::kMc2, c::kMc3),
+    of(c::kMaN, WrittenForm::Count),
+    rowsOf(c::kMaN, c::kMa1, c::kMa2, c::kMa3),
+    of(c::kSingleMa1),
+    of(c::kSingleMa2),
+    of(c::kSingleMa3),
+    of(c::kMot1),
+    of(c::kMot2),
+    of(c::kMot3),
+    of(c::kMot4),
+    of(c::kMot5),
+    of(c::kMot6),
+    of(c::kSr, WrittenForm::SampleRate),
+    of(c::kCrt),
 });
 
 // A fit leaves its coefficients beside the pairs, so both types write both.
 constexpr auto kPairsAndCoefficients = std::to_array<ConversionField>({
-    {.code = "PS\\N", .form = WrittenForm::IntegerCount},
-    {.code = "PS1", .otherwise = "N"},
-    {.code = "PS2", .otherwise = "1"},
-    {.code = "PS\\N", .form = WrittenForm::List, .items = {"PS3", "PS4"}},
-    {.code = "CO\\N", .needs = "CO\\N"},
-    {.code = "CO1", .otherwise = "N", .needs = "CO\\N"},
-    {.code = "CO", .needs = "CO\\N"},
-    {.code = "CO\\N", .form = WrittenForm::List, .needs = "CO\\N", .items = {"CO"}},
+    of(c::kPsN, WrittenForm::IntegerCount),
+    of(c::kPs1),
+    of(c::kPs2),
+    rowsOf(c::kPsN, c::kPs3, c::kPs4),
+    needing(c::kCoN, of(c::kCoN)),
+    needing(c::kCoN, of(c::kCo1)),
+    needing(c::kCoN, of(c::kCo)),
+    needing(c::kCoN, rowsOf(c::kCoN, c::kCoTerm)),
 });
 
 constexpr auto kNegativePowers = std::to_array<ConversionField>({
-    {.code = "NPC\\N", .needs = "NPC\\N"},
-    {.code = "NPC1", .otherwise = "N", .needs = "NPC\\N"},
-    {.code = "NPC", .needs = "NPC\\N"},
-    {.code = "NPC\\N", .form = WrittenForm::List, .needs = "NPC\\N", .items = {"NPC"}},
+    needing(c::kNpcN, of(c::kNpcN)),
+    needing(c::kNpcN, of(c::kNpc1)),
+    needing(c::kNpcN, of(c::kNpc)),
+    needing(c::kNpcN, rowsOf(c::kNpcN, c::kNpcTerm)),
 });
 
-constexpr auto kOther = std::to_array<ConversionField>({{.code = "OTH"}});
+constexpr auto kOther = std::to_array<ConversionField>({of(c::kOth)});
 
 // The algorithm moved in front of the measurands in 2009.
+constexpr int kAlgorithmMoved = 2009;
 constexpr auto kDerived = std::to_array<ConversionField>({
-    {.code = "DPAT", .from = 2009},
-    {.code = "DPA", .from = 2009},
-    {.code = "DPTM", .from = 2009},
-    {.code = "DPNO", .from = 2009},
-    {.code = "DP\\N", .needs = "DP\\N"},
-    {.code = "DP\\N", .form = WrittenForm::List, .needs = "DP\\N", .items = {"DP"}},
-    {.code = "DPC\\N", .from = after(1996), .needs = "DPC\\N"},
-    {.code = "DPC\\N",
-     .form = WrittenForm::List,
-     .from = after(1996),
-     .needs = "DPC\\N",
-     .items = {"DPC"}},
-    {.code = "DPA", .from = after(1996), .until = before(2009)},
+    of(c::kDpat),
+    during(kAlgorithmMoved, kLatestEdition, of(c::kDpa)),
+    of(c::kDptm),
+    of(c::kDpno),
+    needing(c::kDpN, of(c::kDpN)),
+    needing(c::kDpN, rowsOf(c::kDpN, c::kDp)),
+    needing(c::kDpcN, of(c::kDpcN)),
+    needing(c::kDpcN, rowsOf(c::kDpcN, c::kDpc)),
+    during(c::kDpa.firstEdition, kAlgorithmMoved - 1, of(c::kDpa)),
 });
 
 constexpr auto kDiscrete = std::to_array<ConversionField>({
-    {.code = "DIC\\N", .needs = "DIC\\N"},
-    {.code = "DICI\\N", .otherwise = "0", .needs = "DIC\\N"},
-    {.code = "DIC\\N", .form = WrittenForm::List, .needs = "DIC\\N", .items = {"DICC", "DICP"}},
+    needing(c::kDicN, of(c::kDicN)),
+    needing(c::kDicN, of(c::kDiciN)),
+    needing(c::kDicN, rowsOf(c::kDicN, c::kDicc, c::kDicp)),
 });
 
-constexpr auto kBusTime = std::to_array<ConversionField>({{.code = "BTM"}});
-constexpr auto kPcmTime = std::to_array<ConversionField>({{.code = "PTM"}});
+constexpr auto kBusTime = std::to_array<ConversionField>({of(c::kBtm)});
+constexpr auto kPcmTime = std::to_array<ConversionField>({of(c::kPtm)});
 
-constexpr auto kAnyOther = std::to_array<ConversionField>({
-    {.code = "VOI\\E"},
-    {.code = "VOI\\D"},
-    {.code = "VID\\E"},
-    {.code = "VID\\D"},
-});
+constexpr auto kAnyOther =
+    std::to_array<ConversionField>({of(c::kVoiE), of(c::kVoiD), of(c::kVidE), of(c::kVidD)});
 
 constexpr auto kTypes = std::to_array<ConversionType>({
     {.type = "PRS", .fields = kPairsAndCoefficients},
     {.type = "COE", .fields = kPairsAndCoefficients},
-    {.type = "NPC", .from = 2007, .fields = kNegativePowers},
+    {.type = "NPC", .from = c::kFirstNegativePowers, .fields = kNegativePowers},
     {.type = "OTH", .fields = kOther},
     {.type = "DER", .fields = kDerived},
     {.type = "DIS", .fields = kDiscrete},

@@ -1,9 +1,9 @@
-// The vocabulary of the C group: the codes of a conversion record with their limits, and
-// the order and the editions in which they are written. The loader's limit check and the
-// writer walk these tables.
+// The rows of the C group as the loader's limit check and the writer of a record walk them: the
+// order in which limits are searched, and the order and the editions of writing.
 #pragma once
 
 #include "core/text/Edition.h"
+#include "vocabulary/CGroupFields.h"
 
 #include <array>
 #include <cstddef>
@@ -14,11 +14,13 @@
 namespace kavu {
 
 /// A measurement name is the name of a section; a longer one is cut.
-inline constexpr std::size_t kLongestMeasurementName = 32;
+inline constexpr std::size_t kLongestMeasurementName = c::kDcn.limit;
 /// The code that names the record. Any code that begins with it counts.
-inline constexpr std::string_view kNameCode = "DCN";
-inline constexpr std::string_view kCommentCode = "COM";
-inline constexpr std::string_view kTypeCode = "DCT";
+inline constexpr std::string_view kNameCode = c::kDcn.code;
+inline constexpr std::string_view kCommentCode = c::kCom.code;
+inline constexpr std::string_view kTypeCode = c::kDct.code;
+/// The type of a record that tells of none.
+inline constexpr std::string_view kNoType = c::kDct.missing;
 
 // Keys of a record that are no TMATS codes.
 namespace recordkey {
@@ -78,47 +80,5 @@ struct ConversionType {
 /// The fields of a type, compared without case by its first three characters.
 [[nodiscard]] std::span<const ConversionField> typeConversionFields(std::string_view type,
                                                                     int edition);
-
-// --- Choices -----------------------------------------------------------------------------
-
-/// An entry of a choice. The stored value is the first three characters of the text.
-struct ConversionChoice {
-    std::string_view text{};
-    int from = 0;
-    int until = kLatestEdition;
-
-    [[nodiscard]] constexpr std::string_view stored() const { return text.substr(0, 3); }
-};
-
-/// "BFM" and "DCT", in list order.
-inline constexpr auto kBinaryFormats = std::to_array<ConversionChoice>({
-    {.text = "INTeger"},
-    {.text = "UNSigned Binary"},
-    {.text = "SIG - Sign And Magnitude (+=0)", .from = 2000},
-    {.text = "SIM - Sign And Magnitude (+=1)", .from = 2000},
-    {.text = "SIGn And Magnitude", .until = 1999},
-    {.text = "ONE's Complement"},
-    {.text = "TWO's Complement"},
-    {.text = "OFFset Binary"},
-    {.text = "FPT - Float", .from = 1997},
-    {.text = "BCD - Binary Coded Decimal", .from = 2000},
-    {.text = "BWT - Bit Weight", .from = 2007},
-    {.text = "OTHer"},
-});
-
-inline constexpr auto kConversionTypes = std::to_array<ConversionChoice>({
-    {.text = "NON - None"},
-    {.text = "PRS - Pair Set"},
-    {.text = "COE - Coefficients"},
-    {.text = "NPC - Coefficients (Negative Powers of X)", .from = 2007},
-    {.text = "DER - Derived"},
-    {.text = "DIS - Discrete"},
-    {.text = "PTM - PCM Time", .from = 1997},
-    {.text = "BTM - 1553 Time", .from = 1997},
-    {.text = "OTH - Other"},
-    {.text = "SP  - Special Processing"},
-    {.text = "VID - Video"},
-    {.text = "VOI - Voice"},
-});
 
 }  // namespace kavu

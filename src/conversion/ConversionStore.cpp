@@ -394,10 +394,10 @@ bool ConversionStore::deleteDefinition(UserInterface* parent, const std::string&
 
 namespace {
 
-std::vector<std::string_view> choicesOf(std::span<const ConversionChoice> choices, int edition) {
+std::vector<std::string_view> textsOf(std::span<const Choice> choices, int edition) {
     std::vector<std::string_view> texts;
     for (const auto& choice : choices) {
-        if (edition >= choice.from && edition <= choice.until) {
+        if (isKnownIn(edition, choice)) {
             texts.push_back(choice.text);
         }
     }
@@ -407,11 +407,11 @@ std::vector<std::string_view> choicesOf(std::span<const ConversionChoice> choice
 }  // namespace
 
 std::vector<std::string_view> ConversionStore::binaryFormatList(int edition) {
-    return choicesOf(kBinaryFormats, edition);
+    return textsOf(c::choice::kBinaryFormats, edition);
 }
 
 std::vector<std::string_view> ConversionStore::conversionTypeList(int edition) {
-    return choicesOf(kConversionTypes, edition);
+    return textsOf(c::choice::kTypes, edition);
 }
 
 }  // namespace kavu

@@ -216,10 +216,10 @@ class GroupWriter {
             parent_->setProgressBar(percent_);
         }
         // A default record that nobody has edited leaves as one without a conversion.
-        if (record.integer(recordkey::kTemplate) != 0 && record.get(kTypeCode) != "NON") {
-            chunk.setValue(record.name(), kTypeCode, "NON");
+        if (record.integer(recordkey::kTemplate) != 0 && record.get(kTypeCode) != kNoType) {
+            chunk.setValue(record.name(), kTypeCode, kNoType);
         }
-        const std::string type(field(record, kTypeCode, "NON"));
+        const std::string type(field(record, kTypeCode, kNoType));
         IoStatus status;
         auto comment = store_.readEuComment(record, &status);
         if (!status.ok()) {

@@ -163,7 +163,7 @@ DefinitionEdit::Import DefinitionEdit::importValues(UserInterface* parent,
         !file.containsExactly(name_)) {
         return Import::Failed;
     }
-    const auto former = file.value(name_, kTypeCode, "NON");
+    const auto former = file.value(name_, kTypeCode, kNoType);
     for (const auto& key : file.keyNames(name_)) {
         if (!staysWithRecord(key)) {
             file.removeKey(name_, key);
@@ -174,7 +174,7 @@ DefinitionEdit::Import DefinitionEdit::importValues(UserInterface* parent,
             (void)file.setValue(name_, key, chunk->value(place.section, key, ""));
         }
     }
-    const auto type = file.value(name_, kTypeCode, "NON");
+    const auto type = file.value(name_, kTypeCode, kNoType);
     if (!report(parent, file.flush(), "Write/Create") ||
         !store_->writeEuComment(parent, name_, std::move(comment), true) ||
         !store_->separatePairs(parent, name_, true)) {

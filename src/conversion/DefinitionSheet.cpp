@@ -40,7 +40,7 @@ void readFields(const ProfileFile& file, std::string_view name, std::span<const 
 }
 
 DefinitionValues::Rows readList(const DefinitionEdit& edit, const EuList& list) {
-    if (list.isIn(edit.edition()) || list.firstEdition != kFirstEditionOfAmbientList) {
+    if (list.isIn(edit.edition()) || list.firstEdition != c::kFirstAmbientList) {
         return edit.rows(list.countCode, codesOf(list));
     }
     std::vector<std::string> row;

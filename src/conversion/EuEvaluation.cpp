@@ -57,7 +57,7 @@ std::vector<double> listed(const ProfileFile& file, std::string_view name, const
 std::optional<EuEvaluation> EuEvaluation::make(const ProfileFile& file, std::string_view name,
                                                int edition, std::string& why) {
     EuEvaluation found;
-    found.type_ = file.value(name, kTypeCode, "NON");
+    found.type_ = file.value(name, kTypeCode, kNoType);
     why.clear();
     if (startsWithIgnoreCase(found.type_, "PRS")) {
         found.c_ = fitOfPairs(file, name, why);
@@ -67,7 +67,7 @@ std::optional<EuEvaluation> EuEvaluation::make(const ProfileFile& file, std::str
                edition >= kFirstEditionOfNegativePowers) {
         found.c_ = listed(file, name, "NPC", why);
         found.negative_ = true;
-    } else if (startsWithIgnoreCase(found.type_, "NON")) {
+    } else if (startsWithIgnoreCase(found.type_, kNoType)) {
         why = "It has no conversion (type \"NON\").";
     } else {
         why = formatPrintf("A conversion of type \"%s\" is no polynomial.", found.type_);

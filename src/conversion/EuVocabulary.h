@@ -3,8 +3,9 @@
 #pragma once
 
 #include "core/text/Edition.h"
-#include "vocabulary/Field.h"
+#include "vocabulary/CGroupFields.h"
 
+#include <array>
 #include <optional>
 #include <span>
 #include <string>
@@ -31,6 +32,28 @@ struct EuList {
     }
 };
 
+/// The list of a count with columns, which outlive it.
+[[nodiscard]] constexpr EuList euListOf(const Field& count, std::span<const Field> columns,
+                                        std::string_view prompt = {}) {
+    return {.countCode = count.code,
+            .title = count.label,
+            .columns = columns,
+            .mostRows = static_cast<int>(count.rows),
+            .mostRows1996 = static_cast<int>(c::rowsOf(count.limit1996)),
+            .firstEdition = count.firstEdition,
+            .prompt = prompt};
+}
+/// Rows as the columns of a list: a record has a value of "MC1" for each of its rows.
+template <typename... Rows>
+[[nodiscard]] constexpr std::array<Field, sizeof...(Rows)> euColumns(const Rows&... rows) {
+    std::array<Field, sizeof...(Rows)> columns{rows...};
+    for (auto& column : columns) {
+        column.code = stemOf(column.code);
+        column.list = {};
+    }
+    return columns;
+}
+
 /// A page of the sheet: fields or one list.
 struct EuPage {
     const char* resource = nullptr;
@@ -44,8 +67,6 @@ struct EuPage {
 [[nodiscard]] const Field& euField(std::string_view code);
 /// The weights of the bits, which are edited in a window of their own.
 [[nodiscard]] const EuList& bitWeightList();
-/// Rows that are no numbered list before this edition: one value of each column.
-inline constexpr int kFirstEditionOfAmbientList = 1999;
 
 /// "Data Conversion Attributes: %s"
 [[nodiscard]] std::string euSheetTitle(std::string_view measurement);

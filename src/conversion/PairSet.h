@@ -2,6 +2,8 @@
 // of the pair set page is a view on this.
 #pragma once
 
+#include "vocabulary/CGroupFields.h"
+
 #include <functional>
 #include <optional>
 #include <span>
@@ -21,9 +23,9 @@ struct ValuePair {
 
 class PairSet {
   public:
-    static constexpr std::size_t kMostPairs = 99;
-    static constexpr std::size_t kTelemetryLimit = 16;    ///< characters
-    static constexpr std::size_t kEngineeringLimit = 32;  ///< characters
+    static constexpr std::size_t kMostPairs = c::kPsN.rows;
+    static constexpr std::size_t kTelemetryLimit = c::kPs3.limit;    ///< characters
+    static constexpr std::size_t kEngineeringLimit = c::kPs4.limit;  ///< characters
 
     // The texts of the two prompts and of the columns.
     static constexpr std::string_view kEnterTelemetry = "Enter Telemetry Value";

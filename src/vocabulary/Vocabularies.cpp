@@ -2,6 +2,7 @@
 
 #include "core/text/Text.h"
 #include "vocabulary/AGroupFields.h"
+#include "vocabulary/CGroupFields.h"
 #include "vocabulary/DGroupFields.h"
 #include "vocabulary/GGroupFields.h"
 #include "vocabulary/MGroupFields.h"
@@ -23,6 +24,7 @@ std::span<const GroupVocabulary> vocabularies() {
         {'P', "PCM format", pcmVocabulary()},
         {'D', "Measurement description", measurementVocabulary()},
         {'A', "PAM", pamFields()},
+        {'C', "Data conversion", conversionVocabulary()},
     });
     return kVocabularies;
 }

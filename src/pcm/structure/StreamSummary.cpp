@@ -62,7 +62,7 @@ StreamSummary readStreamSummary(DocumentContext& context, UserInterface* parent,
         return std::min(
             fields.findIntField(nullptr, prefix + std::string(code)).value_or(otherwise), most);
     };
-    summary.kind = streamKindText(text("TF").value_or(std::string(stream_type::kClassOne.stored)));
+    summary.kind = streamKindText(text("TF").value_or(stream_type::kClassOne.stored));
     summary.words = number("MF1", 1, kMostWords);
     summary.frames = number("MF\\N", 1, kMostFrames);
     summary.bitRate = text("D2").value_or("").substr(0, 9);
