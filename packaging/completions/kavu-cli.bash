@@ -78,7 +78,7 @@ _kavu_cli() {
             mapfile -t COMPREPLY < <(compgen -d -- "$current")
         elif [[ $command == vocabulary ]]; then
             compopt +o filenames 2>/dev/null
-            COMPREPLY=($(compgen -W "G T R M P D A" -- "$current"))
+            COMPREPLY=($(compgen -W "G T R M P D A C" -- "$current"))
         elif [[ $command == fit ]]; then
             mapfile -t COMPREPLY < <(compgen -f -- "$current")
         else

@@ -20,7 +20,8 @@ FILES = [
     "share/bash-completion/completions/kavu-cli", "share/zsh/site-functions/_kavu-cli",
     "share/doc/kavu/README.md", "share/doc/kavu/CHANGELOG.md", "share/doc/kavu/LICENSE",
     "share/doc/kavu/manual/index.md", "share/doc/kavu/reference/index.md",
-    "share/doc/kavu/reference/group-g.md", "share/doc/kavu/samples/flight-test.tma",
+    "share/doc/kavu/reference/group-g.md", "share/doc/kavu/reference/group-c.md",
+    "share/doc/kavu/samples/flight-test.tma",
     "share/doc/kavu/samples/flight-test-96.tma", "share/doc/kavu/samples/flight-test-11.tma",
     "share/doc/kavu/samples/mistakes.tma",
 ]

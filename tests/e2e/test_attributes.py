@@ -48,8 +48,9 @@ class VocabularyTest(kavu.KavuTest):
         self.assertIn("RML", [each["code"] for each in self.fields("R")["fields"]])
 
     def test_every_group_with_a_table_is_served_in_file_order(self):
-        firsts = {letter: self.fields(letter)["fields"][0]["code"] for letter in "GTRMPDA"}
-        self.assertEqual(firsts, {"G": "PN", "T": "ID", "R": "ID", "M": "ID", "P": "DLN", "D": "DLN", "A": "DLN"})
+        firsts = {letter: self.fields(letter)["fields"][0]["code"] for letter in "GTRMPDAC"}
+        self.assertEqual(firsts, {"G": "PN", "T": "ID", "R": "ID", "M": "ID", "P": "DLN", "D": "DLN", "A": "DLN",
+                                  "C": "DCN"})
         codes = [each["code"] for each in self.fields("R")["fields"]]
         self.assertLess(codes.index("TK1-n"), codes.index("COM"))
         self.assertIn("ADL-n-m", codes)
@@ -64,6 +65,25 @@ class VocabularyTest(kavu.KavuTest):
         self.assertLess(codes.index("MFW1-n"), codes.index("ISF\\N"))
         self.assertLess(codes.index("AEF6-n-k"), codes.index("ADM\\N"))
         self.assertEqual(codes[-1], "COM")
+
+    def test_a_conversion_record_has_the_commands_of_all_types(self):
+        fields = {each["code"]: each for each in self.fields("C")["fields"]}
+        codes = list(fields)
+        self.assertLess(codes.index("TRD1"), codes.index("DCT"))
+        self.assertLess(codes.index("DCT"), codes.index("PS\\N"))
+        self.assertLess(codes.index("VID\\D"), codes.index("COM"))
+        self.assertEqual(fields["MC2-n"]["list"], "MC\\N")
+        self.assertEqual((fields["MC\\N"]["kind"], fields["MC\\N"]["rows"]), ("count", 9))
+        self.assertEqual((fields["DCN"]["limit"], fields["TRD4"]["limit"]), (32, 2))
+        types = [each["value"] for each in fields["DCT"]["choices"]]
+        self.assertEqual(types[:4] + types[-3:], ["NON", "PRS", "COE", "NPC", "SP", "VID", "VOI"])
+        older = {each["code"]: each for each in self.fields("C", "--edition", "1996")["fields"]}
+        self.assertEqual((older["TRD4"]["limit"], older["VOI\\E"]["limit"]), (4, 64))
+        self.assertIn("MA1", older)
+        self.assertNotIn("MA1-n", older)
+        self.assertNotIn("NPC1", older)
+        self.assertIn("MA1-n", fields)
+        self.assertNotIn("MA1", fields)
 
     def test_a_person_reads_a_table(self):
         result = self.run_cli("vocabulary", "G")
