@@ -7,6 +7,7 @@
 #include "conversion/StagedChunks.h"
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/document/KeyValueStore.h"
 #include "core/files/FileIo.h"
 #include "core/talk/Messages.h"
@@ -212,8 +213,8 @@ bool ChunkConverter::writeChunk(std::int64_t number, bool commentsOutside) {
         for (const auto& field : record->fields) {
             if (commentsOutside && !record->name.empty() &&
                 equalsIgnoreCase(field.code, kCommentCode)) {
-                const auto path = commentPath(context_.store, record->name);
-                if (const auto status = replaceWorkingFile(path, field.value); !status.ok()) {
+                if (const auto status = context_.files.put(commentName(record->name), field.value);
+                    !status.ok()) {
                     reportUnwritable(context_, parent_, status, "Write/Create");
                     return false;
                 }
@@ -234,7 +235,7 @@ bool ChunkConverter::writeChunk(std::int64_t number, bool commentsOutside) {
         }
     }
     sectionsFile_.write(byIndex);
-    if (const auto status = chunks_.put(context_.store, number, std::move(chunk)); !status.ok()) {
+    if (const auto status = chunks_.put(context_.files, number, std::move(chunk)); !status.ok()) {
         reportUnwritable(context_, parent_, status, "Write/Create");
         return false;
     }

@@ -2,7 +2,8 @@
 
 #include "conversion/ConversionFiles.h"
 #include "conversion/StagedChunks.h"
-#include "core/files/FileIo.h"
+#include "core/TmatsDocument.h"
+#include "core/document/DocumentFiles.h"
 
 #include <algorithm>
 
@@ -11,19 +12,19 @@ namespace kavu {
 namespace {
 
 /// Deletes an empty chunk, or gives a full one the number of an empty or missing one.
-IoStatus moveChunk(const WorkingStore& store, StagedChunks& staged, const ConversionChunk& chunk,
+IoStatus moveChunk(DocumentFiles& files, StagedChunks& staged, const ConversionChunk& chunk,
                    std::int64_t to) {
     const bool inFile = staged.find(chunk.number) == nullptr;
     if (chunk.size == 0) {
         staged.erase(chunk.number);
-        return inFile ? deleteFile(chunkPath(store, chunk.number)) : IoStatus();
+        return inFile ? files.remove(chunkName(chunk.number)) : IoStatus();
     }
     staged.erase(to);
-    const auto target = chunkPath(store, to);
+    const auto target = chunkName(to);
     if (inFile) {
-        return renameFile(chunkPath(store, chunk.number), target);
+        return files.move(chunkName(chunk.number), target);
     }
-    auto status = fileExists(target) ? deleteFile(target) : IoStatus();
+    auto status = files.removeIfThere(target);
     if (status.ok()) {
         staged.renumber(chunk.number, to);
     }
@@ -32,9 +33,9 @@ IoStatus moveChunk(const WorkingStore& store, StagedChunks& staged, const Conver
 
 }  // namespace
 
-IoStatus compactChunks(const WorkingStore& store, StagedChunks& staged) {
+IoStatus compactChunks(DocumentContext& context, StagedChunks& staged) {
     ConversionFiles files;
-    if (auto status = listConversionFiles(store, files); !status.ok()) {
+    if (auto status = listConversionFiles(context.store, files); !status.ok()) {
         return status;
     }
     auto& chunks = files.chunks;
@@ -52,7 +53,7 @@ IoStatus compactChunks(const WorkingStore& store, StagedChunks& staged) {
             continue;
         }
         const auto last = chunks.back();
-        if (auto status = moveChunk(store, staged, last, place); !status.ok()) {
+        if (auto status = moveChunk(context.files, staged, last, place); !status.ok()) {
             return status;
         }
         chunks.pop_back();

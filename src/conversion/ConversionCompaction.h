@@ -6,11 +6,11 @@
 namespace kavu {
 
 class StagedChunks;
-class WorkingStore;
+struct DocumentContext;
 
 /// Moves the last chunk to the first number that is missing or whose chunk is empty, until
 /// there is no such number in front of a chunk, be the chunks staged or in files. The status names
 /// the file that could not be moved; what was moved before it stays.
-[[nodiscard]] IoStatus compactChunks(const WorkingStore& store, StagedChunks& staged);
+[[nodiscard]] IoStatus compactChunks(DocumentContext& context, StagedChunks& staged);
 
 }  // namespace kavu

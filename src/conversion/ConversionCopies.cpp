@@ -3,6 +3,7 @@
 #include "conversion/ConversionStore.h"
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/files/FileIo.h"
 #include "core/talk/FileReports.h"
 #include "core/talk/UserInterface.h"
@@ -83,11 +84,11 @@ bool restoreConversionFiles(DocumentContext& context, ConversionStore& conversio
         const std::unordered_set<std::string> wanted(copies.begin(), copies.end());
         for (const auto& name : present) {
             if (!wanted.contains(name)) {
-                keepFirst(status, deleteFile(context.store.pathOf(name)));
+                keepFirst(status, context.files.remove(name));
             }
         }
         for (const auto& name : copies) {
-            const auto moved = renameFile(folder + "/" + name, context.store.pathOf(name));
+            const auto moved = context.files.adopt(folder + "/" + name, name);
             keepFirst(status, moved);
             restored = restored && moved.ok();
         }

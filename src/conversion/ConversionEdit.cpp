@@ -7,6 +7,7 @@
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/files/FileIo.h"
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
@@ -86,7 +87,13 @@ bool ConversionStore::copyComment(UserInterface* parent, const std::string& from
         return report(parent, copyFile(from, to), "Copy");
     }
     // One that an earlier edit left behind would be taken for this record's.
-    return findComment(parent, to, found) && (!found || report(parent, deleteFile(to), "Delete"));
+    return removeCommentCopy(parent, to);
+}
+
+bool ConversionStore::removeCommentCopy(UserInterface* parent, const std::string& path) const {
+    bool found = false;
+    return findComment(parent, path, found) &&
+           (!found || report(parent, deleteFile(path), "Delete"));
 }
 
 bool ConversionStore::separatePairs(UserInterface* parent, const std::string& name,
@@ -132,18 +139,18 @@ bool ConversionStore::commitDefinitionEdit(UserInterface* parent, const std::str
     if (!report(parent, store(place.chunk, *file), "Write/Create")) {
         return false;
     }
-    const auto comment = commentPath(context_.store, place.section);
+    const auto comment = commentName(place.section);
     const auto commentCopy = commentCopyPath(context_.store, name);
     bool found = false;
     if (!findComment(parent, commentCopy, found)) {
         return false;
     }
     if (!found) {
-        return removeComment(parent, comment);
+        return removeComment(parent, place.section);
     }
     commentFiles_.insert(comment);
-    announce(comment);
-    return report(parent, renameFile(commentCopy, comment), "Write/Create");
+    announce(context_.files.path(comment));
+    return report(parent, context_.files.adopt(commentCopy, comment), "Write/Create");
 }
 
 bool ConversionStore::openDefinitionForEdit(UserInterface* parent, const std::string& name,
@@ -210,9 +217,8 @@ std::string ConversionStore::readEuComment(const ProfileFile::Section& record, I
         }
         return bytes;
     }
-    if (const auto path = commentPath(context_.store, record.name());
-        commentFiles_.contains(path)) {
-        auto read = readWholeFile(path, bytes);
+    if (const auto file = commentName(record.name()); commentFiles_.contains(file)) {
+        auto read = readWholeFile(context_.files.path(file), bytes);
         if (status != nullptr) {
             *status = std::move(read);
         }
@@ -257,19 +263,15 @@ std::string ConversionStore::readEuComment(const std::string& name, bool fromWor
 bool ConversionStore::writeEuComment(UserInterface* parent, const std::string& name,
                                      std::string text, bool toWorkingCopy) {
     toStoredForm(text);
-    std::string path;
+    std::string measurement;
     bool inFile = false;
     const bool stored =
         edit(parent, name, toWorkingCopy, [&](ProfileFile& file, const std::string& section) {
-            path = toWorkingCopy ? commentCopyPath(context_.store, section)
-                                 : commentPath(context_.store, section);
+            measurement = section;
             file.removeKey(section, kCommentCode);
             inFile = text.size() + file.serialisedSize() > kFullChunk;
             if (inFile) {
-                if (!toWorkingCopy) {
-                    announce(path);
-                }
-                return report(parent, replaceWorkingFile(path, text), "Write/Create");
+                return report(parent, putComment(section, text, toWorkingCopy), "Write/Create");
             }
             return text.empty() || file.setValue(section, kCommentCode, text);
         });
@@ -277,12 +279,24 @@ bool ConversionStore::writeEuComment(UserInterface* parent, const std::string& n
         return false;
     }
     if (!inFile) {
-        return removeComment(parent, path);
+        return toWorkingCopy
+                   ? removeCommentCopy(parent, commentCopyPath(context_.store, measurement))
+                   : removeComment(parent, measurement);
     }
     if (!toWorkingCopy) {
-        commentFiles_.insert(path);
+        commentFiles_.insert(commentName(measurement));
     }
     return true;
+}
+
+IoStatus ConversionStore::putComment(const std::string& measurement, const std::string& text,
+                                     bool toWorkingCopy) {
+    if (toWorkingCopy) {
+        return replaceWorkingFile(commentCopyPath(context_.store, measurement), text);
+    }
+    const auto file = commentName(measurement);
+    announce(context_.files.path(file));
+    return context_.files.put(file, text);
 }
 
 std::string ConversionStore::commentRecordGet(const std::string& name, std::string_view key) {

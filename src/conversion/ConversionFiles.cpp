@@ -30,26 +30,38 @@ std::optional<std::int64_t> chunkNumber(std::string_view name) {
     return number;
 }
 
-std::string commentName(std::string_view measurement, std::string_view tail) {
+std::string nameOf(std::string_view measurement, std::string_view tail) {
     return std::string(kHead).append(safeFileName(measurement)).append(tail);
 }
 
 }  // namespace
 
+std::string chunkName(std::int64_t number) {
+    return formatPrintf(working::kChunkFormat, number);
+}
+
 std::string chunkPath(const WorkingStore& store, std::int64_t number) {
-    return store.path(working::kChunkFormat, number);
+    return store.pathOf(chunkName(number));
+}
+
+std::string rawGroupName(std::int64_t base) {
+    return formatPrintf(working::kRawConversionsFormat, base);
 }
 
 std::string rawGroupPath(const WorkingStore& store, std::int64_t base) {
-    return store.path(working::kRawConversionsFormat, base);
+    return store.pathOf(rawGroupName(base));
+}
+
+std::string commentName(std::string_view measurement) {
+    return nameOf(measurement, kCommentTail);
 }
 
 std::string commentPath(const WorkingStore& store, std::string_view measurement) {
-    return store.pathOf(commentName(measurement, kCommentTail));
+    return store.pathOf(commentName(measurement));
 }
 
 std::string commentCopyPath(const WorkingStore& store, std::string_view measurement) {
-    return store.pathOf(commentName(measurement, ".C_COMtmp"));
+    return store.pathOf(nameOf(measurement, ".C_COMtmp"));
 }
 
 IoStatus listConversionFiles(const WorkingStore& store, ConversionFiles& files) {
@@ -65,7 +77,7 @@ IoStatus listConversionFiles(const WorkingStore& store, ConversionFiles& files) 
             const auto sized = probeSize(store.pathOf(entry.name), files.chunks.back().size);
             status = status.ok() ? sized : status;
         } else if (entry.name.starts_with(kHead) && entry.name.ends_with(kCommentTail)) {
-            files.commentFiles.insert(store.pathOf(entry.name));
+            files.commentFiles.insert(entry.name);
         }
     }
     std::sort(files.chunks.begin(), files.chunks.end(),

@@ -23,16 +23,20 @@ struct ConversionChunk {
     std::uint64_t size = 0;
 };
 
+[[nodiscard]] std::string chunkName(std::int64_t number);
 [[nodiscard]] std::string chunkPath(const WorkingStore& store, std::int64_t number);
 /// The file of raw commands while they are made into chunks from number `base` on.
+[[nodiscard]] std::string rawGroupName(std::int64_t base);
 [[nodiscard]] std::string rawGroupPath(const WorkingStore& store, std::int64_t base);
-/// The file of a measurement's long comment, and its copy while the record is edited.
+/// The file of a measurement's long comment, and its copy while the record is edited. The copy
+/// is scratch of the editor and no file of the document.
+[[nodiscard]] std::string commentName(std::string_view measurement);
 [[nodiscard]] std::string commentPath(const WorkingStore& store, std::string_view measurement);
 [[nodiscard]] std::string commentCopyPath(const WorkingStore& store, std::string_view measurement);
 
 struct ConversionFiles {
     std::vector<ConversionChunk> chunks;           ///< by rising number
-    std::unordered_set<std::string> commentFiles;  ///< full paths
+    std::unordered_set<std::string> commentFiles;  ///< names
 };
 /// Lists the working store. What it can not list is as if it were not there; the status
 /// tells.

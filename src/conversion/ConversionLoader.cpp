@@ -10,6 +10,7 @@
 #include "conversion/StagedChunks.h"
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/document/KeyValueStore.h"
 #include "core/files/FileIo.h"
 #include "core/talk/UserInterface.h"
@@ -86,8 +87,8 @@ bool loadConversionGroup(DocumentContext& context, KeyValueStore& names, Convers
     // The commands stay whole in one file until all of them are records. Its name tells
     // from which chunk on the records came from it: what a run that was killed has made
     // of them so far can be thrown away.
-    const auto raw = rawGroupPath(context.store, *base);
-    if (const auto status = renameFile(data1, raw); !status.ok()) {
+    const auto raw = rawGroupName(*base);
+    if (const auto status = context.files.adopt(data1, raw); !status.ok()) {
         reportUnwritable(context, parent, status, "Move");
         return false;
     }
@@ -95,19 +96,19 @@ bool loadConversionGroup(DocumentContext& context, KeyValueStore& names, Convers
     // they are.
     StagedChunks chunks(*base == 0 ? store.stagingLimit : 0);
     chunks.standFor(raw);
-    bool good = load(context, names, parent, edition, raw, *base, chunks);
+    bool good = load(context, names, parent, edition, context.files.path(raw), *base, chunks);
     for (const auto& path : {data1, context.store.pathOf(working::kData2)}) {
         (void)deleteFile(path);
     }
     names.closeStore(parent);
     if (good) {
-        if (const auto status = compactChunks(context.store, chunks); !status.ok()) {
+        if (const auto status = compactChunks(context, chunks); !status.ok()) {
             reportUnwritable(context, parent, status, "Move");
             good = false;
         }
     }
     if (!good || chunks.all().empty()) {
-        (void)chunks.writeOut(context.store);
+        (void)chunks.writeOut(context.files);
     }
     store.forget();
     store.stage(std::move(chunks));

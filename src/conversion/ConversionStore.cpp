@@ -4,6 +4,7 @@
 #include "conversion/SampleRate.h"
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/files/FileIo.h"
 #include "core/talk/FileReports.h"
 #include "core/talk/ProfileSettings.h"
@@ -45,7 +46,7 @@ void ConversionStore::forget() {
 }
 
 IoStatus ConversionStore::writeOut() {
-    return staged_.writeOut(context_.store);
+    return staged_.writeOut(context_.files);
 }
 
 IoStatus ConversionStore::list() {
@@ -158,7 +159,10 @@ IoStatus ConversionStore::store(std::int64_t number, ProfileFile& chunk) {
     }
     auto status = writeOut();
     announce(chunkPath(context_.store, number), number);
-    status = status.ok() ? chunk.flush() : status;
+    const auto replace = [&](std::string_view bytes) {
+        return context_.files.put(chunkName(number), bytes);
+    };
+    status = status.ok() ? chunk.flush(replace) : status;
     if (!status.ok()) {
         // What is in memory is not what is on the disk: it is read again.
         discardChanges(number, chunk);
@@ -173,17 +177,17 @@ IoStatus ConversionStore::store(std::int64_t number, ProfileFile& chunk) {
 
 IoStatus ConversionStore::putBack(const std::string& path, std::optional<std::int64_t> chunk,
                                   const std::optional<std::string>& contents) {
+    const auto name = fileNameOf(path);
     auto status = writeOut();
     if (status.ok()) {
-        status = contents           ? replaceWorkingFile(path, *contents)
-                 : fileExists(path) ? deleteFile(path)
-                                    : IoStatus();
+        status =
+            contents ? context_.files.put(name, *contents) : context_.files.removeIfThere(name);
     }
     if (!status.ok() || !listed_) {
         return status;
     }
     if (!chunk) {
-        contents ? (void)commentFiles_.insert(path) : (void)commentFiles_.erase(path);
+        contents ? (void)commentFiles_.insert(name) : (void)commentFiles_.erase(name);
         return status;
     }
     forgetChunk(*chunk);
@@ -334,15 +338,16 @@ void ConversionStore::fillDefaults(ProfileFile& chunk, const std::string& name,
     }
 }
 
-bool ConversionStore::removeComment(UserInterface* parent, const std::string& path) {
+bool ConversionStore::removeComment(UserInterface* parent, const std::string& measurement) {
     if (!report(parent, list(), "Read")) {
         return false;
     }
-    if (commentFiles_.erase(path) == 0 && !fileExists(path)) {
+    const auto name = commentName(measurement);
+    if (commentFiles_.erase(name) == 0 && !fileExists(context_.files.path(name))) {
         return true;
     }
-    announce(path);
-    return report(parent, deleteFile(path), "Delete");
+    announce(context_.files.path(name));
+    return report(parent, context_.files.remove(name), "Delete");
 }
 
 bool ConversionStore::renameDefinition(UserInterface* parent, const std::string& newName,
@@ -358,12 +363,12 @@ bool ConversionStore::renameDefinition(UserInterface* parent, const std::string&
     if (const auto other = locateDefinition(newName); other.found && other.section == newName) {
         return false;
     }
-    const auto from = commentPath(context_.store, place.section);
-    const auto to = commentPath(context_.store, newName);
-    const bool hasComment = fileExists(from) && from != to;
+    const auto from = context_.files.path(commentName(place.section));
+    const auto to = commentName(newName);
+    const bool hasComment = fileExists(from) && from != context_.files.path(to);
     if (hasComment) {
-        announce(to);
-        if (!report(parent, copyFile(from, to), "Copy")) {
+        announce(context_.files.path(to));
+        if (!report(parent, context_.files.copyIn(from, to), "Copy")) {
             return false;
         }
     }
@@ -374,7 +379,7 @@ bool ConversionStore::renameDefinition(UserInterface* parent, const std::string&
     }
     if (hasComment) {
         commentFiles_.insert(to);
-        return removeComment(parent, from);
+        return removeComment(parent, place.section);
     }
     return true;
 }
@@ -387,7 +392,7 @@ bool ConversionStore::deleteDefinition(UserInterface* parent, const std::string&
     const auto file = chunk(place.chunk);
     file->removeSection(place.section);
     return report(parent, store(place.chunk, *file), "Write/Create") &&
-           removeComment(parent, commentPath(context_.store, place.section));
+           removeComment(parent, place.section);
 }
 
 // --- Choices -----------------------------------------------------------------------------

@@ -161,7 +161,11 @@ class ConversionStore {
     }
 
     void fillDefaults(ProfileFile& chunk, const std::string& name, bool asTemplate) const;
-    bool removeComment(UserInterface* parent, const std::string& path);
+    bool removeComment(UserInterface* parent, const std::string& measurement);
+    IoStatus putComment(const std::string& measurement, const std::string& text,
+                        bool toWorkingCopy);
+    /// Deletes the comment of a working copy, if there is one.
+    bool removeCommentCopy(UserInterface* parent, const std::string& path) const;
     /// Tells if there is a comment file; false if that can not be known, which is reported:
     /// a comment that is taken for missing would be deleted.
     bool findComment(UserInterface* parent, const std::string& path, bool& found) const;
@@ -180,7 +184,7 @@ class ConversionStore {
     std::map<std::int64_t, std::uint64_t> sizes_;
     std::set<std::int64_t> roomy_;  ///< chunks that take another record
     std::int64_t firstMissing_ = 0;
-    std::unordered_set<std::string> commentFiles_;
+    std::unordered_set<std::string> commentFiles_;                ///< names
     std::unordered_map<std::string, std::vector<Holder>> names_;  ///< by lower-case name
     std::unordered_map<std::int64_t, std::vector<std::string>> namesOfChunk_;
     std::list<Recent> recent_;

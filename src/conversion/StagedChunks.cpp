@@ -1,15 +1,15 @@
 #include "conversion/StagedChunks.h"
 
 #include "conversion/ConversionFiles.h"
-#include "core/files/FileIo.h"
+#include "core/document/DocumentFiles.h"
 
 #include <utility>
 
 namespace kavu {
 
-IoStatus StagedChunks::put(const WorkingStore& store, std::int64_t number, std::string&& bytes) {
+IoStatus StagedChunks::put(DocumentFiles& files, std::int64_t number, std::string&& bytes) {
     if (total_ + bytes.size() > limit_) {
-        return writeWholeFile(chunkPath(store, number), bytes);
+        return files.put(chunkName(number), bytes);
     }
     total_ += bytes.size();
     chunks_.insert_or_assign(number, std::move(bytes));
@@ -36,15 +36,15 @@ void StagedChunks::erase(std::int64_t number) {
     }
 }
 
-IoStatus StagedChunks::writeOut(const WorkingStore& store) {
+IoStatus StagedChunks::writeOut(DocumentFiles& files) {
     for (const auto& [number, bytes] : chunks_) {
-        if (auto status = writeWholeFile(chunkPath(store, number), bytes); !status.ok()) {
+        if (auto status = files.put(chunkName(number), bytes); !status.ok()) {
             return status;
         }
     }
     // Raw commands that stayed behind would count more than the records.
-    if (!rawPath_.empty()) {
-        if (auto status = deleteFile(rawPath_); !status.ok()) {
+    if (!rawName_.empty()) {
+        if (auto status = files.remove(rawName_); !status.ok()) {
             return status;
         }
     }
@@ -55,7 +55,7 @@ IoStatus StagedChunks::writeOut(const WorkingStore& store) {
 void StagedChunks::clear() {
     chunks_.clear();
     total_ = 0;
-    rawPath_.clear();
+    rawName_.clear();
 }
 
 }  // namespace kavu

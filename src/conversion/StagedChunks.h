@@ -12,7 +12,7 @@
 
 namespace kavu {
 
-class WorkingStore;
+class DocumentFiles;
 
 class StagedChunks {
   public:
@@ -22,7 +22,7 @@ class StagedChunks {
     explicit StagedChunks(std::uint64_t limit = kDefaultLimit) : limit_(limit) {}
 
     /// Keeps a chunk here, or writes it to its file if the limit is reached.
-    IoStatus put(const WorkingStore& store, std::int64_t number, std::string&& bytes);
+    IoStatus put(DocumentFiles& files, std::int64_t number, std::string&& bytes);
     /// The bytes of a chunk, or null if it is not here. Valid until the next change.
     [[nodiscard]] const std::string* find(std::int64_t number) const;
     [[nodiscard]] const std::map<std::int64_t, std::string>& all() const { return chunks_; }
@@ -30,10 +30,10 @@ class StagedChunks {
     void erase(std::int64_t number);
 
     /// The file with the raw commands of the chunks; it goes when all of them are written.
-    void standFor(std::string rawPath) { rawPath_ = std::move(rawPath); }
+    void standFor(std::string rawName) { rawName_ = std::move(rawName); }
     /// Writes all chunks to their files and deletes the raw commands. After a failure
     /// everything is as it was, and may be tried again.
-    IoStatus writeOut(const WorkingStore& store);
+    IoStatus writeOut(DocumentFiles& files);
     /// Forgets the chunks; files stay.
     void clear();
 
@@ -41,7 +41,7 @@ class StagedChunks {
     std::uint64_t limit_;
     std::uint64_t total_ = 0;
     std::map<std::int64_t, std::string> chunks_;
-    std::string rawPath_;
+    std::string rawName_;
 };
 
 }  // namespace kavu

@@ -32,7 +32,7 @@ TEST_P(ConversionCompaction, LeavesNoHoleAndNoEmptyChunkInFrontOfAFullOne) {
         test::writeFile(chunkPath(f.store, number), chunk < 0 ? "" : std::to_string(number));
     }
     StagedChunks none;
-    ASSERT_TRUE(compactChunks(f.store, none).ok());
+    ASSERT_TRUE(compactChunks(f.context, none).ok());
     Numbers places;
     for (std::size_t i = 0; i < GetParam().after.size(); ++i) {
         places.push_back(static_cast<std::int64_t>(i));
@@ -56,11 +56,11 @@ TEST_P(ConversionCompaction, IsTheSameForChunksThatAreNotInFilesYet) {
             if ((inFiles >> i & 1U) != 0) {
                 test::writeFile(chunkPath(f.store, number), text);
             } else {
-                ASSERT_TRUE(staged.put(f.store, number, std::move(text)).ok());
+                ASSERT_TRUE(staged.put(f.files, number, std::move(text)).ok());
             }
         }
-        ASSERT_TRUE(compactChunks(f.store, staged).ok());
-        ASSERT_TRUE(staged.writeOut(f.store).ok());
+        ASSERT_TRUE(compactChunks(f.context, staged).ok());
+        ASSERT_TRUE(staged.writeOut(f.files).ok());
         ASSERT_EQ(f.chunks().size(), GetParam().after.size()) << GetParam().what << inFiles;
         for (std::size_t i = 0; i < GetParam().after.size(); ++i) {
             const auto from = GetParam().after[i];
@@ -91,7 +91,7 @@ TEST(CompactChunks, AFailureEndsThePassAndNamesTheFile) {
     test::writeFile(chunkPath(f.store, 2), "x");
     std::filesystem::create_directory(chunkPath(f.store, 0));
     StagedChunks none;
-    const auto status = compactChunks(f.store, none);
+    const auto status = compactChunks(f.context, none);
     EXPECT_FALSE(status.ok());
     EXPECT_EQ(f.chunkText(2), "x");
 }

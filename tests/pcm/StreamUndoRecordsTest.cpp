@@ -128,7 +128,7 @@ TEST(StreamUndoRecords, ALongCommentMovesBackAndForthWithItsRecord) {
 TEST(StreamUndoRecords, ARecordThatIsInMemoryOnlyIsNotTakenForMissing) {
     UndoRecords f;
     StagedChunks staged;
-    ASSERT_TRUE(staged.put(f.store, 0, "[A]\nDCT=NON\n[B]\nDCT=COE\n").ok());
+    ASSERT_TRUE(staged.put(f.files, 0, "[A]\nDCT=NON\n[B]\nDCT=COE\n").ok());
     f.conversions.forget();
     ASSERT_TRUE(deleteFile(chunkPath(f.store, 0)).ok());
     f.conversions.stage(std::move(staged));

@@ -419,6 +419,13 @@ std::uint64_t ProfileFile::serialisedSize() const {
 }
 
 IoStatus ProfileFile::flush(Flush how) {
+    return flush([&](std::string_view bytes) {
+        return how == Flush::Kept ? replaceUserFile(path_, bytes)
+                                  : replaceWorkingFile(path_, bytes);
+    });
+}
+
+IoStatus ProfileFile::flush(const std::function<IoStatus(std::string_view bytes)>& replace) {
     if (!changed_ || path_.empty()) {
         return {};
     }
@@ -429,8 +436,7 @@ IoStatus ProfileFile::flush(Flush how) {
     PathKind kind = PathKind::Missing;
     auto status = bytes.empty() ? probePath(path_, kind) : IoStatus();
     if (status.ok() && (!bytes.empty() || kind != PathKind::Missing)) {
-        status =
-            how == Flush::Kept ? replaceUserFile(path_, bytes) : replaceWorkingFile(path_, bytes);
+        status = replace(bytes);
     }
     changed_ = !status.ok();
     return status;

@@ -14,6 +14,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -95,6 +96,8 @@ class ProfileFile {
     /// any line stays unwritten only if it does not exist yet. After a failure the changes
     /// are still there.
     IoStatus flush(Flush how = Flush::Scratch);
+    /// The same, with the bytes put in their place by `replace`.
+    IoStatus flush(const std::function<IoStatus(std::string_view bytes)>& replace);
     [[nodiscard]] bool changed() const { return changed_; }
     [[nodiscard]] const std::string& path() const { return path_; }
     /// The bytes that `flush` writes.
