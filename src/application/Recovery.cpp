@@ -5,6 +5,7 @@
 #include "core/WorkingStore.h"
 #include "core/command/CommandPath.h"
 #include "core/document/BuildDocument.h"
+#include "core/document/DocumentFiles.h"
 #include "core/document/FileJournal.h"
 #include "core/files/FileIo.h"
 #include "core/talk/Messages.h"
@@ -17,6 +18,7 @@
 #include <fcntl.h>
 #include <limits>
 #include <map>
+#include <optional>
 #include <set>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -98,8 +100,8 @@ class RawCommands {
 /// along: its files are copied as they were before it.
 class StoreCopy {
   public:
-    StoreCopy(const WorkingStore& store, const std::string& folder)
-        : store_(store), folder_(folder) {}
+    StoreCopy(DocumentContext& context, const std::string& folder)
+        : context_(context), folder_(folder) {}
 
     IoStatus run() {
         if (auto status = findFiles(); !status.ok()) {
@@ -192,7 +194,7 @@ class StoreCopy {
             return {};
         }
         ++copied_;
-        return copyFile(path, store_.pathOf(name));
+        return context_.files.copyIn(path, name);
     }
 
     IoStatus writeRawCommands() {
@@ -200,7 +202,7 @@ class StoreCopy {
             return {};
         }
         FileWriter writer;
-        if (auto status = writer.open(store_.pathOf(working::kData1), WriteMode::Truncate);
+        if (auto status = writer.open(context_.store.pathOf(working::kData1), WriteMode::Truncate);
             !status.ok()) {
             return status;
         }
@@ -222,7 +224,7 @@ class StoreCopy {
         return {};
     }
 
-    const WorkingStore& store_;
+    DocumentContext& context_;
     std::string folder_;
     std::map<std::string, std::string, std::less<>> files_;
     std::vector<std::string> takenBack_;
@@ -271,7 +273,8 @@ bool recoverStore(Application& application, UserInterface* parent, const std::st
                   const std::string& output) {
     auto& context = application.context();
     auto& document = context.document;
-    StoreCopy copy(context.store, folder);
+    std::optional<LoadScope> load(std::in_place, context.files);
+    StoreCopy copy(context, folder);
     if (const auto status = copy.run(); !status.ok()) {
         reportFailure(parent, "Unable to read '%s'\n\nReason: %s", status);
         return false;
@@ -296,6 +299,7 @@ bool recoverStore(Application& application, UserInterface* parent, const std::st
     document.changed = true;
     const bool converted = !copy.needsConversion() || context.steps.loadConversions(parent, input);
     context.messages.showLog(parent, folder);
+    load.reset();
     return converted && saveDocumentTo(context, parent, output);
 }
 

@@ -2,6 +2,7 @@
 
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
 #include "pcm/PcmLoad.h"
@@ -38,14 +39,12 @@ void PcmFormat::clear() {
 }
 
 void PcmFormat::closeFormat() {
+    const ChangeScope scope(context_.files);
     clear();
     for (const auto name :
          {kMeasurementComment, kFrameFilterFile, kFormatSwitchFile, kAltTagFile}) {
-        const auto path = context_.store.pathOf(name);
-        if (fileExists(path)) {
-            // What stays goes with the working store.
-            (void)deleteFile(path);
-        }
+        // What stays goes with the working store.
+        (void)context_.files.removeIfThere(name);
     }
 }
 

@@ -1,6 +1,7 @@
 #include "pcm/PcmLoad.h"
 
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "core/talk/ProfileSettings.h"
 #include "core/text/Clock.h"
@@ -218,7 +219,7 @@ void giveMeasurementGroup(PcmFormat& format, UserInterface* parent) {
         const auto& context = format.context();
         format.dGroup = firstFreeIndex(context, 'D');
         for (const auto name : {kSmfFormat, kTagFormat}) {
-            (void)deleteFile(context.store.path(name, format.dGroup));
+            (void)context.files.removeIfThere(formatPrintf(name, format.dGroup));
         }
     }
 }
@@ -241,6 +242,8 @@ bool loadPcmFormat(PcmFormat& format, UserInterface* parent, const PcmSteps& ste
         return true;
     }
     auto& context = format.context();
+    // What a load puts next to the groups is no change of the document.
+    const ChangeScope scope(context.files);
     format.closeFormat();
     format.hexFsp = context.settings.integer("HexFSP", 0) != 0;
     format.streamName = name;

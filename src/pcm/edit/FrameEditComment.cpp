@@ -2,6 +2,7 @@
 
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/files/FileIo.h"
 #include "core/talk/Messages.h"
 #include "core/text/Text.h"
@@ -54,9 +55,9 @@ bool storeMeasurementComment(PcmFormat& format, UserInterface* parent, std::stri
         messages.show(parent, 332, title::kError, kErrorBox);
         return false;
     }
-    const auto path = commentPath(format);
-    const auto status = bytes.empty() ? (fileExists(path) ? deleteFile(path) : IoStatus())
-                                      : replaceWorkingFile(path, bytes);
+    auto& files = format.context().files;
+    const auto status = bytes.empty() ? files.removeIfThere(kMeasurementComment)
+                                      : files.put(kMeasurementComment, bytes);
     if (!status.ok()) {
         messages.showFailure(parent, status, 333, title::kError, kErrorBox);
         return false;

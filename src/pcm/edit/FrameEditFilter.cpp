@@ -3,6 +3,7 @@
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/files/FileIo.h"
 #include "core/talk/FileReports.h"
 #include "core/talk/Messages.h"
@@ -66,6 +67,35 @@ IoStatus readRows(const PcmFormat& format, std::map<std::pair<int, int>, FileRow
         });
 }
 
+void writeFilterRows(const PcmFormat& format, FileWriter& writer, const std::string& prefix,
+                     const std::vector<FilterRow>& rows) {
+    const bool selects = selectsOnly(format);
+    long count = 0;
+    for (const auto& row : rows) {
+        count += !selects || row.setting == kYes ? 1 : 0;
+    }
+    constexpr int kFirstList = 1;
+    writeIntCommand(writer, prefix,
+                    selects ? fieldCode(filter_field::kCountInList.code, {kFirstList})
+                            : std::string(filter_field::kCount.code),
+                    count);
+    int k = 0;
+    for (const auto& row : rows) {
+        if (selects && row.setting != kYes) {
+            continue;
+        }
+        ++k;
+        writeCommand(writer, prefix,
+                     selects ? fieldCode(filter_field::kNameInList.code, {kFirstList, k})
+                             : fieldCode(filter_field::kName.code, {k}),
+                     row.name);
+        if (!selects) {
+            writeCommand(writer, prefix, fieldCode(filter_field::kType.code, {k}),
+                         row.setting.empty() ? "N" : row.setting.substr(0, 1));
+        }
+    }
+}
+
 }  // namespace
 
 bool hasFilterList(const PcmFormat& format) {
@@ -119,43 +149,9 @@ bool storeFilterList(PcmFormat& format, UserInterface* parent, const std::vector
     }
     giveMeasurementGroup(format, parent);  // a stream that was never saved has none
     const auto prefix = groupHead('D', format.dGroup);
-    const auto path = filterPath(format);
-    const auto scratch = path + ".new";
-    FileWriter writer;
-    auto status = writer.open(scratch, WriteMode::Truncate);
-    if (status.ok()) {
-        const bool selects = selectsOnly(format);
-        long count = 0;
-        for (const auto& row : rows) {
-            count += !selects || row.setting == kYes ? 1 : 0;
-        }
-        constexpr int kFirstList = 1;
-        writeIntCommand(writer, prefix,
-                        selects ? fieldCode(filter_field::kCountInList.code, {kFirstList})
-                                : std::string(filter_field::kCount.code),
-                        count);
-        int k = 0;
-        for (const auto& row : rows) {
-            if (selects && row.setting != kYes) {
-                continue;
-            }
-            ++k;
-            writeCommand(writer, prefix,
-                         selects ? fieldCode(filter_field::kNameInList.code, {kFirstList, k})
-                                 : fieldCode(filter_field::kName.code, {k}),
-                         row.name);
-            if (!selects) {
-                writeCommand(writer, prefix, fieldCode(filter_field::kType.code, {k}),
-                             row.setting.empty() ? "N" : row.setting.substr(0, 1));
-            }
-        }
-        status = writer.close();
-        status = status.ok() ? renameFile(scratch, path) : status;
-        if (!status.ok()) {
-            (void)deleteFile(scratch);
-        }
-    }
-    if (!status.ok()) {
+    auto writer = format.context().files.writer(formatPrintf(kSmfFormat, format.dGroup));
+    writeFilterRows(format, writer.out(), prefix, rows);
+    if (const auto status = writer.close(); !status.ok()) {
         reportUnableToWrite(parent, status);
         return false;
     }

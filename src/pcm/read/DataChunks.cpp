@@ -2,6 +2,7 @@
 
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "groups/GroupScan.h"
 #include "pcm/PcmLoad.h"
@@ -114,7 +115,7 @@ bool DataChunks::split() {
     }
     status = status.ok() ? writeOut() : status;
     if (status.ok() && load_.edition() >= 2009) {
-        status = writeWholeFile(context.store.path(kSmfFormat, group_), smf_);
+        status = context.files.put(formatPrintf(kSmfFormat, group_), smf_);
     }
     if (!status.ok()) {
         reportUnableToWrite(load_.parent, status);

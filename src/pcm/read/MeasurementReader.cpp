@@ -1,5 +1,6 @@
 // Reading the D group: the measurement lists, and each measurement by its location type.
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "groups/GroupScan.h"
 #include "pcm/read/MeasurementInput.h"
@@ -38,8 +39,8 @@ class MeasurementReader {
     PcmFormat& format_;
     int group_;
     DataChunks chunks_;
-    FileWriter tags_;
-    int tagNumber_ = 0;  ///< of the list that is read
+    std::optional<DocumentWriter> tags_;  ///< while the file is being written
+    int tagNumber_ = 0;                   ///< of the list that is read
 };
 
 std::optional<std::string_view> MeasurementReader::listText(const Field& field,
@@ -80,12 +81,12 @@ int MeasurementReader::readCount() {
 }
 
 void MeasurementReader::keepComment() {
-    const auto path = format_.context().store.pathOf(kMeasurementComment);
+    auto& files = format_.context().files;
     const auto comment = listText(measurement_field::kComment);
-    if (!comment && !fileExists(path)) {
+    if (!comment && !fileExists(files.path(kMeasurementComment))) {
         return;
     }
-    if (!writeWholeFile(path, comment.value_or(std::string_view())).ok()) {
+    if (!files.put(kMeasurementComment, comment.value_or(std::string_view())).ok()) {
         load_.log(265, title::kErrorReading);
     }
 }
@@ -185,13 +186,13 @@ void MeasurementReader::readMeasurement(MeasurementInput& input) {
 
 /// Tagged data has no place in the frame: its commands go to a working file, numbered anew.
 void MeasurementReader::keepTaggedData(MeasurementInput& input) {
-    if (!tags_.isOpen()) {
+    if (!tags_) {
         return;
     }
     ++tagNumber_;
     const int list = std::min(input.list(), kMostMeasurementLists);
     const auto write = [&](const Field& field, std::string_view value) {
-        writeCommand(tags_, load_.prefix, fieldCode(field.code, {list, tagNumber_}), value);
+        writeCommand(tags_->out(), load_.prefix, fieldCode(field.code, {list, tagNumber_}), value);
     };
     const auto& cell = input.cell;
     write(measurement_field::kName, cell.name);
@@ -211,8 +212,8 @@ void MeasurementReader::keepTaggedData(MeasurementInput& input) {
             field.code = pattern;
             if (const auto value = input.wholeText(field, {f})) {
                 missing = 0;
-                writeCommand(tags_, load_.prefix, fieldCode(field.code, {list, tagNumber_, f}),
-                             *value);
+                writeCommand(tags_->out(), load_.prefix,
+                             fieldCode(field.code, {list, tagNumber_, f}), *value);
             }
         }
     }
@@ -256,10 +257,10 @@ void MeasurementReader::readList(int list) {
 }
 
 void MeasurementReader::closeTags() {
-    if (!tags_.isOpen()) {
+    if (!tags_) {
         return;
     }
-    if (const auto status = tags_.close(); !status.ok()) {
+    if (const auto status = tags_->close(); !status.ok()) {
         reportUnableToWrite(load_.parent, status);
         load_.abort = true;
     }
@@ -275,9 +276,10 @@ int MeasurementReader::read() {
     keepComment();
     if (load_.edition() >= 2011) {
         // All lists share one file.
-        const auto path = format_.context().store.path(kTagFormat, group_);
-        if (const auto status = tags_.open(path, WriteMode::Truncate); !status.ok()) {
-            reportUnableToWrite(load_.parent, status);
+        tags_.emplace(format_.context().files.writer(formatPrintf(kTagFormat, group_)));
+        if (!tags_->status().ok()) {
+            reportUnableToWrite(load_.parent, tags_->status());
+            tags_.reset();
         }
     }
     for (int list = 1; list <= std::min(lists, kMostMeasurementLists) && !load_.cancelled();

@@ -1,6 +1,7 @@
 #include "pcm/read/PGroupSideFiles.h"
 
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "groups/GroupScan.h"
 #include "pcm/PcmLoad.h"
 
@@ -16,10 +17,9 @@ constexpr int kMostRows = 9999;
 /// Copies commands of the group to a working file.
 class SideFile {
   public:
-    SideFile(PcmLoad& load, std::string_view name) : load_(load) {
-        const auto status =
-            writer_.open(load.format.context().store.pathOf(name), WriteMode::Truncate);
-        if (!status.ok()) {
+    SideFile(PcmLoad& load, std::string_view name)
+        : load_(load), writer_(load.format.context().files.writer(name)) {
+        if (const auto& status = writer_.status(); !status.ok()) {
             reportUnableToWrite(load.parent, status);
         }
     }
@@ -34,7 +34,7 @@ class SideFile {
     void copy(std::string_view pattern, int limit, std::initializer_list<int> numbers = {}) {
         const auto code = fieldCode(pattern, numbers);
         if (const auto value = load_.text(code, limit)) {
-            writeCommand(writer_, load_.prefix, code, *value);
+            writeCommand(writer_.out(), load_.prefix, code, *value);
         }
     }
     /// Copies a count, and gives it.
@@ -45,7 +45,7 @@ class SideFile {
 
   private:
     PcmLoad& load_;
-    FileWriter writer_;
+    DocumentWriter writer_;
 };
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/files/FileIo.h"
 #include "core/talk/FileReports.h"
 #include "core/talk/Messages.h"
@@ -166,20 +167,12 @@ bool storeTaggedData(PcmFormat& format, UserInterface* parent,
     }
     giveMeasurementGroup(format, parent);  // a stream that was never saved has none
     const auto prefix = groupHead('D', format.dGroup);
-    const auto path = format.context().store.path(kTagFormat, format.dGroup);
-    const auto beside = path + ".new";
-    FileWriter writer;
-    auto status = writer.open(beside, WriteMode::Truncate);
-    if (status.ok()) {
-        std::map<int, int> numbers;  // each list counts anew
-        for (const auto& measurement : measurements) {
-            writeMeasurement(writer, prefix, measurement, ++numbers[measurement.list]);
-        }
-        status = writer.close();
-        status = status.ok() ? renameFile(beside, path) : status;
+    auto writer = format.context().files.writer(formatPrintf(kTagFormat, format.dGroup));
+    std::map<int, int> numbers;  // each list has a count of its own
+    for (const auto& measurement : measurements) {
+        writeMeasurement(writer.out(), prefix, measurement, ++numbers[measurement.list]);
     }
-    if (!status.ok()) {
-        (void)deleteFile(beside);
+    if (const auto status = writer.close(); !status.ok()) {
         reportUnableToWrite(parent, status);
         return false;
     }

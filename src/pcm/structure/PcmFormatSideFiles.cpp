@@ -2,6 +2,7 @@
 // a save takes it as it stands.
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/files/FileIo.h"
 #include "core/talk/FileReports.h"
 #include "core/text/Text.h"
@@ -62,7 +63,7 @@ bool writeFile(PcmFormat& format, UserInterface* parent, std::string_view name,
     auto& context = format.context();
     GroupWriter writer('P', format.pGroup);
     writer.writeTable(table, record, format.edition());
-    const auto status = writeWholeFile(context.store.pathOf(name), writer.text());
+    const auto status = context.files.put(name, writer.text());
     if (!status.ok()) {
         reportUnableToWrite(parent, status);
     }

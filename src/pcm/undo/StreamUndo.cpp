@@ -2,6 +2,7 @@
 
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/files/FileIo.h"
 #include "core/talk/FileReports.h"
 #include "groups/MeasurementNames.h"
@@ -20,11 +21,9 @@ std::string contentsOf(const std::string& path) {
     return fileExists(path) && readWholeFile(path, bytes).ok() ? bytes : std::string();
 }
 
-IoStatus putContents(const std::string& path, const std::string& contents) {
-    if (!contents.empty()) {
-        return replaceWorkingFile(path, contents);
-    }
-    return fileExists(path) ? deleteFile(path) : IoStatus();
+IoStatus putContents(DocumentFiles& files, const std::string& path, const std::string& contents) {
+    const auto name = fileNameOf(path);
+    return contents.empty() ? files.removeIfThere(name) : files.put(name, contents);
 }
 
 /// The attributes that are no more than marks of edits, or tell where the stream lies.
@@ -272,7 +271,7 @@ bool StreamUndo::exchangeFiles(Level& level, UserInterface* parent) {
             continue;
         }
         auto held = contentsOf(filePath(i));
-        const auto status = putContents(filePath(i), *level.files[i]);
+        const auto status = putContents(format_.context().files, filePath(i), *level.files[i]);
         if (!status.ok()) {
             reportUnableToWrite(parent, status);
             done = false;

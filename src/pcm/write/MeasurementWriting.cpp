@@ -3,6 +3,7 @@
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "core/files/FileIo.h"
 #include "core/talk/Messages.h"
@@ -183,19 +184,14 @@ bool writeMeasurements(PcmFormat& format, UserInterface* parent) {
     setStatusText(parent, "Saving PCM Measurement Information...");
     setProgressBar(parent, 0);
     giveMeasurementGroup(format, parent);
-    // Written beside the file, which so is whole at any time.
-    const auto path = context.store.pathOf(groupFile('D', format.dGroup));
-    const auto scratch = path + ".new";
-    FileWriter writer;
-    auto status = format.dGroup <= kMostGroupIndex ? writer.open(scratch, WriteMode::Truncate)
-                                                   : IoStatus(path, ENOSPC);
-    if (status.ok()) {
-        ListWriter(format, parent, writer).write();
-        status = writer.close();
-        status = status.ok() ? renameFile(scratch, path) : status;
-        if (!status.ok()) {
-            (void)deleteFile(scratch);
+    const auto file = groupFile('D', format.dGroup);
+    IoStatus status(context.files.path(file), ENOSPC);
+    if (format.dGroup <= kMostGroupIndex) {
+        auto writer = context.files.writer(file);
+        if (writer.status().ok()) {
+            ListWriter(format, parent, writer.out()).write();
         }
+        status = writer.close();
     }
     if (!status.ok()) {
         if (parent != nullptr) {

@@ -3,6 +3,7 @@
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "core/files/FileIo.h"
 #include "core/talk/ProfileSettings.h"
@@ -99,13 +100,10 @@ bool writePcmGroup(PcmFormat& format, UserInterface* parent) {
     if (format.pGroup < 1) {
         format.pGroup = firstFreeIndex(context, 'P');
     }
-    FileWriter writer;
     const auto file = groupFileName('P', format.pGroup, format.edition());
-    const auto path = context.store.pathOf(file);
-    // Beside the old one, which stays whole if this one can not be completed.
-    const auto beside = path + ".new";
-    const auto opened = file.empty() ? IoStatus(groupFile('P', format.pGroup), ENOSPC)
-                                     : writer.open(beside, WriteMode::Truncate);
+    auto group = context.files.writer(file);
+    const auto opened =
+        file.empty() ? IoStatus(groupFile('P', format.pGroup), ENOSPC) : group.status();
     if (!opened.ok()) {
         if (parent != nullptr) {
             parent->beep();
@@ -116,6 +114,7 @@ bool writePcmGroup(PcmFormat& format, UserInterface* parent) {
                 std::string(loadText(title::kError).value_or("")));
         return false;
     }
+    auto& writer = group.out();
     const auto prefix = groupHead('P', format.pGroup);
     writeAttributes(format, writer, prefix);
     setProgressBar(parent, 20);
@@ -135,10 +134,8 @@ bool writePcmGroup(PcmFormat& format, UserInterface* parent) {
     writeDataMerge(format, parent, writer, prefix);
     setProgressBar(parent, 95);
     writeComment(format, writer, prefix);
-    auto status = writer.close();
-    status = status.ok() ? renameFile(beside, path) : status;
+    const auto status = group.close();
     if (!status.ok()) {
-        (void)deleteFile(beside);
         reportUnableToWrite(parent, status);
     }
     return status.ok();
