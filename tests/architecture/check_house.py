@@ -4,8 +4,8 @@
 A folder of src includes only itself and folders to its left, and a room of a folder only
 itself and rooms to its left; the gallery, which is not part of the product, may include all
 that the editor may, and nothing includes the gallery; the toolkit, the command line parser, the
-JSON library and the XML parser are seen only where they belong; files and functions stay short;
-nothing is left half done.
+JSON library and the XML parser are seen only where they belong; files of the open document
+change through one gate; files and functions stay short; nothing is left half done.
 
     check_house.py SOURCE_DIR               checks the tree, exit status 1 on a finding
     check_house.py --self-test SOURCE_DIR   checks that planted violations are found
@@ -43,6 +43,61 @@ LIBRARIES = [
     (re.compile(r"<nlohmann/"), ["cli"], "the JSON library"),
     (re.compile(r"<pugixml\.hpp>"), XML_AND_RIGHT, "the XML parser"),
 ]
+
+# Files of the open document change through core/document/DocumentFiles alone: former contents are
+# kept as links, and a file that is written where it is would change them as well. So nobody else
+# calls what writes, deletes or renames files, but for those whose files are not of the document.
+FILE_CHANGE = re.compile(
+    r"(?<![\w.>])(?:writeWholeFile|replaceWorkingFile|replaceUserFile|renameFile|deleteFile|copyFile|"
+    r"makeFolders?|deleteFolder)\s*\("
+    r"|\bFileWriter\s+\w+\s*[;({=]|<FileWriter>"
+    r"|(?:\.|->)(?:deleteFiles|clearDocumentFiles|verifyNoDocumentFiles)\s*\("
+    r"|(?:\.|->)flush\(\)"
+    r"|(?<!\w)::(?:openat|creat|write|unlink|unlinkat|rename|renameat|link|linkat|symlink|truncate|"
+    r"ftruncate|remove|mkdir|rmdir)\s*\("
+    r"|\bstd::(?:filesystem|ofstream|fstream|fopen)\b|\bfopen\s*\(")
+# What the gate is made of, and what is no part of the product.
+FILE_GATE = ("core/files/", "core/document/DocumentFiles.", "core/document/FileJournal.",
+             "core/WorkingStore.", GALLERY + "/")
+# (how many places, whose files these are)
+OTHER_FILES = {
+    "app/conversion/PlotOutput.cpp": (1, "a picture that the user has asked for"),
+    "app/framework/MessagesWindow.cpp": (1, "a copy of the messages that the user has asked for"),
+    "application/Application.cpp": (1, "the start, before there is a document"),
+    "application/Recovery.cpp": (1, "the raw commands of a load"),
+    "cli/Commands.cpp": (2, "copies of the files in a folder of the user"),
+    "cli/FitCommand.cpp": (1, "a picture that the user has asked for"),
+    "conversion/ChunkConverter.h": (2, "scratch of a load"),
+    "conversion/ConversionCopies.cpp": (3, "the folder of the copies"),
+    "conversion/ConversionEdit.cpp": (6, "the working copy of a record that is being edited"),
+    "conversion/ConversionLoader.cpp": (1, "scratch of a load"),
+    "conversion/ConversionWriter.cpp": (1, "the update file of the user"),
+    "conversion/DefinitionEdit.cpp": (4, "the working copy of a record that is being edited"),
+    "conversion/PairSetPage.cpp": (1, "the working copy of a record that is being edited"),
+    "conversion/UpdateFile.cpp": (1, "the update file of the user"),
+    "conversion/UpdateFile.h": (1, "the update file of the user"),
+    "core/TmatsReader.cpp": (1, "the message log"),
+    "core/document/BuildDocument.cpp": (1, "the file of the user that is saved"),
+    "core/document/FormerContents.cpp": (3, "the file of the user, and its backup"),
+    "core/document/GroupRewrite.cpp": (1, "a staged copy that the gate takes in"),
+    "core/document/GroupSplitter.cpp": (2, "the raw commands of a load"),
+    "core/document/KeyValueStore.cpp": (3, "an index in files of its own"),
+    "core/document/KeyValueStore.h": (1, "an index in files of its own"),
+    "core/document/OpenDocument.cpp": (1, "the message log"),
+    "core/talk/Messages.cpp": (3, "the message log"),
+    "core/talk/OpenFileChecked.cpp": (2, "the file of the user, and its backup"),
+    "core/talk/SupportFolder.cpp": (3, "the folder of the settings"),
+    "groups/Migration.cpp": (1, "the message log"),
+    "groups/Reindex.cpp": (2, "the folder of the copies that the gate takes in"),
+    "groups/SourceCopy.cpp": (1, "the message log"),
+    "groups/SourceImport.cpp": (3, "the message log, and the raw commands of a load"),
+    "groups/SourceTransfer.cpp": (1, "staged files that the gate takes in"),
+    "groups/SourceTransfer.h": (1, "staged files that the gate takes in"),
+    "groups/SourceUndo.cpp": (2, "the copies for the way back"),
+    "pcm/PcmLoad.cpp": (2, "the message log"),
+    "pcm/read/DataChunks.cpp": (3, "the scratch in which a load sorts the measurements"),
+    "pcm/write/WordFrameConversion.cpp": (2, "the message log"),
+}
 
 MAX_FILE_LINES = 600
 MAX_FUNCTION_LINES = 80
@@ -111,6 +166,20 @@ def long_functions(lines):
             start = head
 
 
+def file_changes(lines, name):
+    """Findings about changes of files outside the gate."""
+    if name.startswith(FILE_GATE):
+        return
+    places = [number for number, line in enumerate(lines, 1)
+              if FILE_CHANGE.search(line.split("//")[0])]
+    allowed = OTHER_FILES.get(name, (0, ""))[0]
+    if len(places) > allowed:
+        yield (f"{name}:{places[0]}: {len(places)} changes of files outside the gate, "
+               f"{allowed} are allowed: lines {', '.join(map(str, places))}")
+    elif len(places) < allowed:
+        yield f"{name}: {len(places)} changes of files outside the gate, {allowed} are listed"
+
+
 def check_file(path, name):
     """Findings in one file of src or the gallery, and the folders that it includes."""
     folder = name.split("/")[0]
@@ -125,6 +194,7 @@ def check_file(path, name):
         for start, length in long_functions(lines):
             findings.append(f"{name}:{start}: a function of {length} lines, more than "
                             f"{MAX_FUNCTION_LINES}")
+    findings += file_changes(lines, name)
     for number, line in enumerate(lines, 1):
         if UNFINISHED.search(line):
             findings.append(f"{name}:{number}: something is left to do: {line.strip()}")
@@ -228,6 +298,10 @@ def check_tree(root):
             for type_name in TYPE.findall(path.read_text(encoding="utf-8")):
                 definitions.setdefault(type_name, []).append(name)
         uses.setdefault(folder, set()).update(used)
+    if any(name.startswith("core/document/DocumentFiles.") for _, name in sources_of(root)):
+        names = {name for _, name in sources_of(root)}
+        findings += [f"{name} is not there, but may change files" for name in OTHER_FILES
+                     if name not in names]
     findings += twice_defined(definitions)
     circle = find_circle(uses)
     if circle:
@@ -264,6 +338,21 @@ PLANTS = [
     ("groups/A.cpp", 'auto at = code.find_first_of(":", 2);\n', "takes a code apart"),
     ("core/attic/A.cpp", "", "the room attic has no place in the order"),
     ("app/A.cpp", '#include "gallery/B.h"\n', "app may not include gallery/B.h"),
+    ("groups/A.cpp", "    (void)deleteFile(path);\n", "changes of files outside the gate"),
+    ("groups/A.cpp", "    status = status.ok() ? renameFile(a, b) : status;\n",
+     "changes of files outside the gate"),
+    ("pcm/A.cpp", "    FileWriter writer;\n", "changes of files outside the gate"),
+    ("pcm/A.h", "    std::optional<FileWriter> writer_;\n", "changes of files outside the gate"),
+    ("conversion/A.cpp", "    return replaceWorkingFile(path, text);\n",
+     "changes of files outside the gate"),
+    ("conversion/A.cpp", "    return chunk.flush();\n", "changes of files outside the gate"),
+    ("app/A.cpp", "    context.store.deleteFiles(nullptr, name);\n",
+     "changes of files outside the gate"),
+    ("cli/A.cpp", "    ::unlink(path.c_str());\n", "changes of files outside the gate"),
+    ("cli/A.cpp", "    std::ofstream out(path);\n", "changes of files outside the gate"),
+    ("groups/Migration.cpp", "    deleteFile(a);\n    deleteFile(b);\n",
+     "2 changes of files outside the gate, 1 are allowed"),
+    ("groups/Migration.cpp", "", "0 changes of files outside the gate, 1 are listed"),
     ("gallery/A.cpp", '#include "cli/B.h"\n', "gallery may not include cli/B.h"),
     ("gallery/A.cpp", "#include <nlohmann/json.hpp>\n", "may not see the JSON library"),
 ]
@@ -284,6 +373,10 @@ CLEAN = [
     ("app/A.cpp", '#include "core/B.h"\n#include <QString>\n'),
     ("mdb/A.cpp", '#include "xml/B.h"\n#include <pugixml.hpp>\n'),
     ("gallery/A.cpp", '#include "app/B.h"\n#include "gallery/C.h"\n#include <QString>\n'),
+    ("core/files/A.cpp", "    (void)deleteFile(path);\n"),
+    ("groups/Migration.cpp", "    deleteFile(path);\n"),
+    ("groups/A.cpp", "    // deleteFile(path) is not for us.\n    files.remove(name);\n"
+                     "void write(FileWriter& writer);\n"),
 ]
 
 
@@ -317,6 +410,9 @@ def self_test():
                             ("groups/B.h", "enum class Same : int {\n};\n")])
     if not any("Same is defined in core/A.h and in groups/B.h" in finding for finding in findings):
         problems.append(f"a type that is defined twice was not found: {findings}")
+    findings = findings_of([("core/document/DocumentFiles.h", "")])
+    if not any("groups/Reindex.cpp is not there" in finding for finding in findings):
+        problems.append(f"a file that went was not found in the list: {findings}")
     if not findings_of([]):
         problems.append("an empty tree passed")
     return problems

@@ -16,6 +16,7 @@
 #include "core/text/Edition.h"
 #include "core/text/Text.h"
 
+#include <cerrno>
 #include <unordered_set>
 
 namespace kavu {
@@ -27,6 +28,30 @@ void noteCutOff(UserInterface* parent, const std::string& where) {
     if (parent != nullptr) {
         parent->note(where + ": the last command is cut off and is left out.");
     }
+}
+
+/// The name of a group in messages. From 2009 on an S group is message data, in front of it
+/// packet data.
+std::string nameOfGroup(const DocumentContext& context, const GroupKind& kind) {
+    if (kind.letter == 'S') {
+        return context.document.version > 2007 ? "Message Data Attributes" : "Packet Attributes";
+    }
+    return std::string(kind.messageName);
+}
+
+/// A group file that somebody has deleted behind the program's back is reported: the file that
+/// is saved would have lost its commands, and nobody would know.
+bool checkNoneVanished(const DocumentContext& context, UserInterface* parent) {
+    for (const auto& name : context.files.missing()) {
+        const auto& kind = groupKind(describeDocumentFile(name).letter);
+        if (context.document.version >= kind.firstEdition) {
+            const auto path = context.files.path(name);
+            reportUnreadableGroup(context.messages, parent, IoStatus(path, ENOENT),
+                                  nameOfGroup(context, kind), path);
+            return false;
+        }
+    }
+    return true;
 }
 
 /// Joins the group files, one table row after the other.
@@ -95,18 +120,9 @@ class Builder {
         return true;
     }
 
-    /// From 2009 on an S group is message data, in front of it packet data.
-    [[nodiscard]] std::string nameOf(const GroupKind& kind) const {
-        if (kind.letter == 'S') {
-            return context_.document.version > 2007 ? "Message Data Attributes"
-                                                    : "Packet Attributes";
-        }
-        return std::string(kind.messageName);
-    }
-
     [[nodiscard]] std::string progressText(const GroupKind& kind, int index) const {
         if (kind.letter == 'S') {
-            return formatPrintf(kind.saveTitle, nameOf(kind), index);
+            return formatPrintf(kind.saveTitle, nameOfGroup(context_, kind), index);
         }
         return kind.indexed ? formatPrintf(kind.saveTitle, index) : std::string(kind.saveTitle);
     }
@@ -123,7 +139,8 @@ class Builder {
             status = source.status();
         }
         if (!status.ok()) {
-            reportUnreadableGroup(context_.messages, parent_, status, nameOf(kind), path);
+            reportUnreadableGroup(context_.messages, parent_, status, nameOfGroup(context_, kind),
+                                  path);
         }
         // A target that takes no more is reported when it is closed.
         return status.ok() && target_.status().ok();
@@ -312,7 +329,8 @@ bool saveDocumentTo(DocumentContext& context, UserInterface* parent, const std::
     const auto& steps = context.steps;
     auto& document = context.document;
     const SaveScope scope(context.files);
-    const bool saved = (!steps.storeOpenEditor || steps.storeOpenEditor(parent)) &&
+    const bool saved = checkNoneVanished(context, parent) &&
+                       (!steps.storeOpenEditor || steps.storeOpenEditor(parent)) &&
                        ensureGeneralFile(context, parent) && writeBanner(context, parent) &&
                        writeFileNameField(context, parent, path) &&
                        buildTmatsFile(context, parent, path, true);

@@ -288,7 +288,14 @@ IoStatus DocumentFiles::move(std::string_view from, std::string_view to) {
 // --- what there is ------------------------------------------------------------------------
 
 void DocumentFiles::remember(std::string_view name) {
-    if (!made_.contains(name) && describeDocumentFile(name).kind == DocumentFile::Group) {
+    if (made_.contains(name)) {
+        return;
+    }
+    const auto file = describeDocumentFile(name);
+    // A group of another index is in no file that is saved.
+    if (file.kind == DocumentFile::Group &&
+        (!groupKind(file.letter).indexed ||
+         (file.number >= kLeastGroupIndex && file.number <= kMostGroupIndex))) {
         made_.emplace(name);
     }
 }

@@ -109,7 +109,8 @@ class DocumentFiles {
     IoStatus move(std::string_view from, std::string_view to);
 
     /// The group files that came through here and are not there any more, though nobody has
-    /// removed them: to save without them would lose what they held. Sorted.
+    /// removed them: to save without them would lose what they held. Sorted. Groups of an index
+    /// that is not saved are not looked for.
     [[nodiscard]] std::vector<std::string> missing() const;
     /// The close of a document: deletes all its files, as `WorkingStore::clearDocumentFiles`,
     /// and forgets them. Nothing is kept of them.

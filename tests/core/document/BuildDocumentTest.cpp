@@ -1,5 +1,6 @@
 #include "core/document/BuildDocument.h"
 #include "core/document/OpenDocument.h"
+#include "core/document/Transaction.h"
 #include "support/TestContext.h"
 
 namespace kavu::test {
@@ -240,6 +241,78 @@ TEST_F(BuildDocumentTest, AGroupFileThatCanNotBeReadStopsTheBuild) {
     EXPECT_EQ(t.ui.boxes[0].id, 407);
     EXPECT_NE(t.ui.boxes[0].text.find("Unable to read 'PCM Format Information' temporary file"),
               std::string::npos);
+}
+
+TEST_F(BuildDocumentTest, AGroupFileThatHasVanishedStopsTheSaveBeforeAnythingIsWritten) {
+    for (const std::string vanished : {"[kavu]DSRCE.R02", "[kavu]GTMP.G"}) {
+        writeFile(t.folder / "in.tma", "G\\PN:A;R-1\\ID:one;R-2\\ID:two;");
+        ASSERT_TRUE(loadDocument(t.context, &t.ui, t.folder / "in.tma"));
+        t.document.changed = true;
+        ASSERT_TRUE(deleteFile(t.store.pathOf(vanished)).ok());
+        bool stored = false;
+        t.steps.storeOpenEditor = [&stored](UserInterface*) { return stored = true; };
+        t.ui.boxes.clear();
+        EXPECT_FALSE(saveDocument(t.context, &t.ui)) << vanished;
+        ASSERT_EQ(t.ui.boxes.size(), 1u) << vanished;
+        EXPECT_EQ(t.ui.boxes[0].id, 407);
+        EXPECT_NE(t.ui.boxes[0].text.find(t.store.pathOf(vanished)), std::string::npos);
+        EXPECT_NE(t.ui.boxes[0].text.find("No such file or directory"), std::string::npos);
+        EXPECT_FALSE(stored);
+        EXPECT_TRUE(t.document.changed);
+        EXPECT_EQ(readFile(t.folder / "in.tma"), "G\\PN:A;R-1\\ID:one;R-2\\ID:two;");
+        EXPECT_FALSE(fileExists(t.folder / "in.tma.bak"));
+        EXPECT_FALSE(t.has(vanished));
+        EXPECT_EQ(t.has(working::kGeneral) ? t.read(working::kGeneral) : "G\\PN:A;\r\n",
+                  "G\\PN:A;\r\n")
+            << "no banner";
+        t.document.changed = false;
+    }
+}
+
+TEST_F(BuildDocumentTest, AGroupThatVanishedIsSavedAgainOnceItIsWrittenOrRemoved) {
+    writeFile(t.folder / "in.tma", "G\\PN:A;R-1\\ID:one;R-2\\ID:two;");
+    ASSERT_TRUE(loadDocument(t.context, &t.ui, t.folder / "in.tma"));
+    ASSERT_TRUE(deleteFile(t.store.pathOf("[kavu]DSRCE.R01")).ok());
+    ASSERT_TRUE(deleteFile(t.store.pathOf("[kavu]DSRCE.R02")).ok());
+    EXPECT_FALSE(saveDocument(t.context, &t.ui));
+    ASSERT_TRUE(t.files.put("[kavu]DSRCE.R01", "R-1\\ID:again;\r\n").ok());
+    ASSERT_TRUE(t.files.removeIfThere("[kavu]DSRCE.R02").ok());
+    EXPECT_TRUE(saveDocument(t.context, &t.ui));
+    const auto text = readFile(t.folder / "in.tma");
+    EXPECT_NE(text.find("R-1\\ID:again;"), std::string::npos);
+    EXPECT_EQ(text.find("R-2"), std::string::npos);
+}
+
+TEST_F(BuildDocumentTest, AnUndoAfterASaveLeadsBackToTheBytesOfTheSaveBefore) {
+    const auto path = t.folder / "in.tma";
+    writeFile(path, "G\\PN:A;R-1\\ID:one;");
+    ASSERT_TRUE(loadDocument(t.context, &t.ui, path));
+    ASSERT_TRUE(saveDocument(t.context, &t.ui));
+    const auto before = readFile(path);
+    // The general group with its banner is one of the files that the level gives back.
+    ASSERT_TRUE(inTransaction(t.context, &t.ui, "Edit", [&] {
+        return t.files.put(working::kGeneral, t.read(working::kGeneral) + "G\\PN:B;\r\n").ok() &&
+               t.files.put("[kavu]DSRCE.R01", "R-1\\ID:two;\r\n").ok() &&
+               t.files.put("[kavu]DSRCE.T01", "T-1\\ID:new;\r\n").ok();
+    }));
+    ASSERT_TRUE(saveDocument(t.context, &t.ui));
+    EXPECT_NE(readFile(path), before);
+    ASSERT_TRUE(t.history.undo(&t.ui));
+    ASSERT_TRUE(saveDocument(t.context, &t.ui));
+    EXPECT_EQ(readFile(path), before);
+    ASSERT_TRUE(t.history.redo(&t.ui));
+    ASSERT_TRUE(saveDocument(t.context, &t.ui));
+    EXPECT_NE(readFile(path).find("T-1\\ID:new;"), std::string::npos);
+}
+
+TEST_F(BuildDocumentTest, AnOpenMakesNoLinksAndNoFolders) {
+    writeFile(t.folder / "in.tma", "G\\PN:A;R-1\\ID:one;R-2\\ID:two;C-1\\DCN:a;");
+    ASSERT_TRUE(loadDocument(t.context, &t.ui, t.folder / "in.tma"));
+    for (const auto& entry : std::filesystem::directory_iterator(t.store.folder())) {
+        EXPECT_TRUE(entry.is_regular_file()) << entry.path();
+        EXPECT_EQ(entry.hard_link_count(), 1u) << entry.path();
+    }
+    EXPECT_EQ(t.history.levels(), 0u);
 }
 
 TEST_F(BuildDocumentTest, LinksAndModeOfAnOverwrittenFileStay) {

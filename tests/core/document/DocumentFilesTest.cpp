@@ -422,8 +422,12 @@ TEST_F(DocumentFilesTest, WhatWasRemovedOrRenamedIsNotMissing) {
     EXPECT_THAT(files.missing(), ElementsAre(kTapeFile)) << "a file is known by its new name";
 }
 
-TEST_F(DocumentFilesTest, ChunksAreNotRemembered) {
+TEST_F(DocumentFilesTest, OnlyGroupsThatAreSavedAreRemembered) {
     EXPECT_TRUE(files.put(kChunkFile, "1").ok());
+    for (const char* const name : {"[kavu]DSRCE.T00", "[kavu]DSRCE.T100"}) {
+        EXPECT_TRUE(files.put(name, "1").ok());
+        ASSERT_TRUE(deleteFile(t.store.pathOf(name)).ok());
+    }
     EXPECT_TRUE(files.put("[kavu]TmpPCMMEASCOM", "1").ok());
     ASSERT_TRUE(deleteFile(t.store.pathOf(kChunkFile)).ok());
     EXPECT_THAT(files.missing(), IsEmpty());
