@@ -1,5 +1,6 @@
 """`vocabulary`, `get`, `set`: the commands of the attribute groups by their codes."""
 
+import os
 import unittest
 
 import kavu
@@ -113,6 +114,24 @@ class GetTest(kavu.KavuTest):
         result = self.run_cli("get", "in.tma", "G\\X", "T-1\\RF1")
         self.assertEqual(result.text.splitlines()[:3], ["G\\X      1", "G\\X      2",
                                                         "T-1\\RF1  2200.5"])
+
+    def test_a_command_of_a_large_group_takes_no_more_memory_than_the_open(self):
+        # In pieces: what this process holds would count as the program's until that is running.
+        with open(self.path("large.tma"), "w", encoding="ascii") as file:
+            file.write("G\\PN:x;P-1\\DLN:L;D-1\\DLN:L;")
+            for number in range(1, 200001):
+                file.write(f"D-1\\MN-1-{number}:{number:060};")
+        peaks = []
+        for code, expected in (("G\\PN", "x"), ("D-1\\MN-1-77", f"{77:060}")):
+            process = self.start("--quiet", "get", "large.tma", code)
+            self.addCleanup(process.stdout.close)
+            self.addCleanup(process.stderr.close)
+            self.assertIn(expected, process.stdout.read().decode("ascii"))
+            _, _, usage = os.wait4(process.pid, 0)
+            process.returncode = 0
+            peaks.append(usage.ru_maxrss)
+        # In kilobytes: less than half of what the group would take.
+        self.assertLess(peaks[1] - peaks[0], 4096, peaks)
 
     def test_what_is_no_code_is_wrong_usage(self):
         for code in ("PN", "G\\", "T\\RF1", "T-100\\RF1", "C-1\\DCN", "G\\PN:x"):
