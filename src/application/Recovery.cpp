@@ -30,7 +30,8 @@ namespace {
 
 constexpr const char* kTitle = "Unable To Recover Working Store";
 
-void reportFailure(UserInterface* parent, const char* format, const IoStatus& status) {
+void reportFailure(UserInterface* parent, PrintfFormat<std::string, std::string> format,
+                   const IoStatus& status) {
     showBox(parent, formatPrintf(format, status.path(), status.reason()), kTitle);
 }
 

@@ -208,9 +208,9 @@ std::string trustNote(const CurveTrust& trust, int order, int precision) {
         note += formatPrintf(" A precision of %d would hold.", trust.holdingPrecision);
     }
     if (trust.holdingOrder > 0) {
-        note += formatPrintf(
-            trust.holdingPrecision >= 0 ? " So would order %d." : " Order %d would hold.",
-            trust.holdingOrder);
+        note += trust.holdingPrecision >= 0
+                    ? formatPrintf(" So would order %d.", trust.holdingOrder)
+                    : formatPrintf(" Order %d would hold.", trust.holdingOrder);
     }
     if (trust.holdingPrecision < 0 && trust.holdingOrder == 0) {
         note += " No other order or precision would hold.";

@@ -21,7 +21,6 @@ namespace {
 constexpr std::string_view kLastSource = "CopyEUDefsFrom";
 /// More than any list of a record has; a count from a file is not trusted beyond it.
 constexpr int kMostRows = 9999;
-constexpr int kAreYouSure = 82;
 constexpr int kNoOtherRecords = 435;
 constexpr int kSaveDefaults = 437;
 
@@ -297,7 +296,7 @@ std::vector<std::string> definitionFilters(int edition) {
 bool deleteDefinitionRow(DocumentContext& context, ConversionStore& store, UserInterface* parent,
                          std::vector<DefinitionRow>& rows, std::size_t& selection) {
     if (selection >= rows.size() ||
-        context.messages.show(parent, -kAreYouSure, title::kDeleteEntry, kYesNoBox) !=
+        context.messages.show(parent, -message::kAreYouSure, title::kDeleteEntry, kYesNoBox) !=
             Button::Yes ||
         !store.deleteDefinition(parent, rows[selection].measurement)) {
         return false;

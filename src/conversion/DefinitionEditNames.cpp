@@ -12,13 +12,12 @@ namespace {
 
 constexpr int kDeleteRecord = 118;
 constexpr int kEnterNameFirst = 326;
-constexpr int kNoSemicolon = 402;
 constexpr int kRenameRecord = 436;
 
 /// Why a record can not have a name is told.
 bool canBeNamed(DocumentContext& context, ConversionStore& store, UserInterface* parent,
                 const std::string& name, const std::string& present) {
-    const auto refuse = [&](int id) {
+    const auto refuse = [&](MessageFor<> id) {
         context.messages.show(parent, id, title::kError, kErrorBox);
         return false;
     };
@@ -26,7 +25,7 @@ bool canBeNamed(DocumentContext& context, ConversionStore& store, UserInterface*
         return refuse(kEnterNameFirst);
     }
     if (name.find(';') != std::string::npos) {
-        return refuse(kNoSemicolon);
+        return refuse(message::kNoSemicolon);
     }
     const auto other = store.locateDefinition(name);
     // Sections are found whatever the case: two that differ in it would be one.

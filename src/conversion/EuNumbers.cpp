@@ -15,9 +15,8 @@ namespace {
 
 constexpr int kDefaultPrecision = 8;
 
-std::string formatted(const char* conversion, double value, int precision) {
-    const auto digits = std::clamp(precision, 0, kMostFloatPrecision);
-    return formatPrintf("%." + std::to_string(digits) + conversion, value);
+std::string formatted(PrintfFormat<int, double> format, double value, int precision) {
+    return formatPrintf(format, std::clamp(precision, 0, kMostFloatPrecision), value);
 }
 
 /// Of a number without sign that is out of range: nothing, or beyond everything.
@@ -57,15 +56,15 @@ int floatPrecision(const ProfileSettings& settings) {
 }
 
 std::string exponentText(double value, int precision) {
-    return replaceAll(formatted("e", value, precision), "e", "E");
+    return replaceAll(formatted("%.*e", value, precision), "e", "E");
 }
 
 std::string fixedText(double value, int precision) {
-    return formatted("f", value, precision);
+    return formatted("%.*f", value, precision);
 }
 
 std::string fixedText(double value) {
-    return formatted("f", value, 6);
+    return formatted("%.*f", value, 6);
 }
 
 std::string exactText(double value) {

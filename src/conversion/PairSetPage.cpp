@@ -16,7 +16,6 @@ constexpr std::string_view kZero = "ZeroCal";
 constexpr std::string_view kCal = "RCal";
 constexpr std::string_view kCurveCode = "PS1";
 constexpr std::string_view kOrderCode = "PS2";
-constexpr int kAreYouSure = 82;
 
 }  // namespace
 
@@ -129,7 +128,7 @@ bool PairSetPage::storeSeries(UserInterface* parent, const SeriesValues& series)
 }
 
 bool PairSetPage::confirmDelete(UserInterface* parent) const {
-    return context_.messages.show(parent, -kAreYouSure, title::kDeleteEntry, kYesNoBox) ==
+    return context_.messages.show(parent, -message::kAreYouSure, title::kDeleteEntry, kYesNoBox) ==
            Button::Yes;
 }
 

@@ -20,7 +20,7 @@ DrawingFont titleFont(int angle) {
 }
 
 std::string labelText(double value, int precision) {
-    return formatPrintf("%." + std::to_string(precision) + "f", value);
+    return formatPrintf("%.*f", precision, value);
 }
 
 /// The value at one of the grid lines.

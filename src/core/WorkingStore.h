@@ -56,17 +56,21 @@ class WorkingStore {
     /// Without a trailing separator; empty while the store is not active.
     [[nodiscard]] const std::string& folder() const { return folder_; }
 
-    /// The full path of a working file. The name is a printf format of the program.
+    /// The full path of a working file whose name is a printf format of the program.
     template <typename... Args>
-    [[nodiscard]] std::string path(std::string_view format, const Args&... args) const {
-        return pathOf(sizeof...(args) == 0 ? std::string(format) : formatPrintf(format, args...));
+    [[nodiscard]] std::string path(PrintfFormat<Args...> format, const Args&... args) const
+        requires(sizeof...(Args) > 0) {
+        return pathOf(formatPrintf(format, args...));
     }
+    [[nodiscard]] std::string path(std::string_view name) const { return pathOf(name); }
     /// The full path of a working file with this very name.
     [[nodiscard]] std::string pathOf(std::string_view name) const;
     template <typename... Args>
-    [[nodiscard]] bool exists(std::string_view format, const Args&... args) const {
+    [[nodiscard]] bool exists(PrintfFormat<Args...> format, const Args&... args) const
+        requires(sizeof...(Args) > 0) {
         return canRead(path(format, args...));
     }
+    [[nodiscard]] bool exists(std::string_view name) const { return canRead(pathOf(name)); }
     /// Deletes every working file that matches (`*` is a wildcard, all other characters
     /// are plain). Failures are reported and the scan goes on; false if there was one.
     bool deleteFiles(UserInterface* parent, std::string_view pattern) const;

@@ -28,8 +28,6 @@ namespace kavu {
 
 namespace {
 
-constexpr int kFewerThanTracks = 312;
-
 /// What keeps a change from being made; empty for nothing.
 using Refusal = std::string;
 
@@ -270,7 +268,7 @@ class Change {
         }
         return clampedCount(value_, kMostTracks) >= static_cast<std::size_t>(tracks)
                    ? Refusal()
-                   : formatPrintf(*loadText(kFewerThanTracks), tracks, tracks);
+                   : formatMessage(message::kFewerThanTracks, tracks, tracks);
     }
 
     void apply(const VocabularyMatch& match) {

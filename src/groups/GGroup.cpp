@@ -15,7 +15,6 @@ namespace kavu {
 
 namespace {
 
-constexpr int kNotFound = 145;
 constexpr int kAboutToRename = 299;
 
 /// From this edition on a save writes `G\FN` anew, if it is there or not.
@@ -60,7 +59,7 @@ std::optional<EditedGroup> readGeneral(DocumentContext& context, UserInterface* 
     EditedGroup group;
     GroupSource source(context, parent, group.letter, group.index);
     if (isMissing(source.status())) {
-        context.messages.show(parent, -kNotFound, title::kNote, kNoteBox,
+        context.messages.show(parent, -message::kNotFound, title::kNote, kNoteBox,
                               "General Information (G)");
     } else if (!source.status().ok()) {
         reportUnableToRead(parent, source.status());

@@ -17,7 +17,6 @@ namespace kavu {
 
 namespace {
 
-constexpr int kUnableToEdit = 85;
 constexpr int kNewerFeature = 73;
 constexpr std::string_view kComment = "COMMENT:";
 
@@ -73,7 +72,7 @@ bool readGroupText(DocumentContext& context, UserInterface* parent, char letter,
         const int found = findGroupIndex(context, parent, letter, source);
         group.index = found > 0 ? found : -findGroupIndex(context, parent, letter, {});
         if (group.index > kMostGroupIndex) {
-            context.messages.show(parent, kUnableToEdit, title::kError, kErrorBox,
+            context.messages.show(parent, message::kUnableToEdit, title::kError, kErrorBox,
                                   sectionName(letter));
             return false;
         }
@@ -81,7 +80,7 @@ bool readGroupText(DocumentContext& context, UserInterface* parent, char letter,
     std::string bytes;
     const auto status = readWholeFile(context.store.pathOf(groupFile(letter, group.index)), bytes);
     if (isMissing(status)) {
-        context.messages.show(parent, kUnableToEdit, title::kNote, kNoteBox,
+        context.messages.show(parent, message::kUnableToEdit, title::kNote, kNoteBox,
                               sectionName(letter) + " (File not found).");
         return true;
     }

@@ -24,12 +24,12 @@ namespace {
 struct LinkedGroup {
     char letter;
     std::string_view kind;
-    std::string_view status;  ///< a printf format of the index, or empty
+    std::string_view searched;  ///< what the status text calls it; empty: there is none
     bool mayBeEmbedded;
 };
 constexpr auto kLinkedGroups = std::to_array<LinkedGroup>({
-    {'P', "PCM Format", "Searching for Data Link Names in PCM Definition #%d", true},
-    {'D', "PCM Measurement", "Searching for Data Link Names in Measurement Definition #%d", true},
+    {'P', "PCM Format", "PCM", true},
+    {'D', "PCM Measurement", "Measurement", true},
     {'B', stream_type::kBus1553.text, {}, false},
     {'A', "PAM", {}, false},
 });
@@ -117,8 +117,9 @@ bool resolveGroup(DocumentContext& context, UserInterface* parent, const LinkedG
         if (cancelRequested(parent)) {
             return false;
         }
-        if (!group.status.empty()) {
-            setStatusText(parent, formatPrintf(group.status, file.index));
+        if (!group.searched.empty()) {
+            setStatusText(parent, formatPrintf("Searching for Data Link Names in %s Definition #%d",
+                                               group.searched, file.index));
             setProgressBar(parent, 100.0 * file.index / kMostGroupIndex);
         }
         if (file.name.empty() || (group.mayBeEmbedded && embedded.has(file.name))) {

@@ -159,13 +159,12 @@ void countTracks(RecorderGroup& group) {
 
 std::optional<RecorderGroup> readRecorder(DocumentContext& context, UserInterface* parent,
                                           const std::string& source) {
-    constexpr int kUnableToEdit = 85;
     RecorderGroup group;
     group.source = source;
     const int found = findGroupIndex(context, parent, 'R', source);
     group.index = found > 0 ? found : -findGroupIndex(context, parent, 'R', {});
     if (group.index > kMostGroupIndex) {
-        context.messages.show(parent, kUnableToEdit, title::kError, kErrorBox,
+        context.messages.show(parent, message::kUnableToEdit, title::kError, kErrorBox,
                               groupKind('R').messageName);
         return std::nullopt;
     }
@@ -254,10 +253,9 @@ void followRenamedLinks(RecorderGroup& group, const RecorderGroup& before,
 
 bool setTrackCount(const Messages& messages, UserInterface* parent, RecorderGroup& group,
                    const std::string& number) {
-    constexpr int kFewerThanTracks = 312;
     const auto tracks = static_cast<int>(group.tracks.size());
     if (static_cast<int>(clampedCount(number, kMostTracks)) < tracks) {
-        messages.show(parent, kFewerThanTracks, title::kError, kErrorBox, tracks, tracks);
+        messages.show(parent, message::kFewerThanTracks, title::kError, kErrorBox, tracks, tracks);
         return false;
     }
     group.record.set("N", number);

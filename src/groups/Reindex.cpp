@@ -191,7 +191,7 @@ IoStatus copyRenumbered(const DocumentContext& context, const std::vector<std::s
                         std::vector<std::string>& newNames) {
     for (std::size_t i = 0; i < names.size(); ++i) {
         const int index = static_cast<int>(i) + 1;
-        newNames.push_back(formatPrintf(nameFormat, index));
+        newNames.push_back(formatPrintf(runtimeFormat(nameFormat), index));
         const auto copy = folder + "/" + newNames.back();
         if (auto status = copyWithGroupIndex(context.store.pathOf(names[i]), copy, index);
             !status.ok()) {

@@ -305,7 +305,8 @@ bool askPrefixSuffix(DocumentContext& context, UserInterface* parent, NameAffixe
     }
     for (const auto& text : *entered) {
         if (text.find(';') != std::string::npos || holdsLineBreak(text)) {
-            context.messages.show(parent, 402, 139, kErrorBox);
+            context.messages.show(parent, message::kNoSemicolon, title::kIllegalCharacter,
+                                  kErrorBox);
             return false;
         }
     }

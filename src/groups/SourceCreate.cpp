@@ -186,8 +186,8 @@ bool makeStream(DocumentContext& context, UserInterface* parent, const std::stri
     if (data == 0) {
         return false;
     }
-    stream.link = uniqueName(
-        formatPrintf(stream.isBus() ? "1553 Stream %d" : "PCM Stream %d", format), links);
+    stream.link =
+        uniqueName(formatPrintf("%s Stream %d", stream.isBus() ? "1553" : "PCM", format), links);
     IoStatus status;
     for (const auto& name :
          {groupFile('M', multiplex), groupFile('P', format), groupFile(dataLetter, data)}) {

@@ -69,10 +69,8 @@ std::string uniqueName(std::string_view name, const LinkNames& taken) {
 
 bool isAcceptableName(const DocumentContext& context, UserInterface* parent, std::string_view name,
                       const std::string& title) {
-    constexpr int kSemicolon = 402;
-    constexpr int kIllegalCharacter = 139;
     if (name.find(';') != std::string_view::npos) {
-        context.messages.show(parent, kSemicolon, kIllegalCharacter, kErrorBox);
+        context.messages.show(parent, message::kNoSemicolon, title::kIllegalCharacter, kErrorBox);
         return false;
     }
     if (trim(name).empty() || holdsLineBreak(name)) {

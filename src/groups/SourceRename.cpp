@@ -27,16 +27,16 @@ constexpr const char* kNewSource = "Enter New Data Source Name";
 /// A group that names links, and the status text while its files are looked through.
 struct LinkingGroup {
     char letter;
-    std::string_view status;  ///< a printf format of the letter (if told) and the index
-    bool tellsLetter = false;
+    PrintfFormat<int> status;
+    bool ownName = false;  ///< the name of its own link, not of one it refers to
 };
 constexpr auto kLinkingGroups = std::to_array<LinkingGroup>({
     {'M', "Updating Multiplex Data link Names (M-%d)"},
-    {'P', "Updating Data link Names (%c-%d)", true},
-    {'D', "Updating Data link Names (%c-%d)", true},
-    {'B', "Updating Data link Names (%c-%d)", true},
-    {'S', "Updating Data link Names (%c-%d)", true},
-    {'A', "Updating Data link Names (%c-%d)", true},
+    {'P', "Updating Data link Names (P-%d)", true},
+    {'D', "Updating Data link Names (D-%d)", true},
+    {'B', "Updating Data link Names (B-%d)", true},
+    {'S', "Updating Data link Names (S-%d)", true},
+    {'A', "Updating Data link Names (A-%d)", true},
     {'P', "Updating Async Data link Names (P-%d)"},
     {'R', "Updating Tape Data Link Names (R-%d)"},
 });
@@ -130,7 +130,7 @@ bool standsAlone(const std::vector<std::string>& names, std::string_view name) {
 
 /// Refuses a name that cannot be one or exists; the name itself in another case is new.
 bool mayRename(const DocumentContext& context, UserInterface* parent, const std::string& oldName,
-               const std::string& newName, const LinkNames& taken, int refusal,
+               const std::string& newName, const LinkNames& taken, MessageFor<> refusal,
                const std::string& title) {
     if (!isAcceptableName(context, parent, newName, title)) {
         return false;
@@ -146,10 +146,9 @@ bool renameInLinkingGroups(Renaming& renaming, UserInterface* parent) {
     int step = 0;
     for (const auto& group : kLinkingGroups) {
         setProgressBar(parent, 100.0 * step++ / static_cast<double>(kLinkingGroups.size()));
-        const bool own = group.tellsLetter;
+        const bool own = group.ownName;
         for (int index = kLeastGroupIndex; index <= kMostGroupIndex; ++index) {
-            setStatusText(parent, own ? formatPrintf(group.status, group.letter, index)
-                                      : formatPrintf(group.status, index));
+            setStatusText(parent, formatPrintf(group.status, index));
             const auto wanted = [&](std::string_view code) {
                 const auto refers = refersTo(group.letter, code);
                 return own ? refers == Refers::LinkName

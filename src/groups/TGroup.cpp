@@ -14,9 +14,6 @@ namespace kavu {
 
 namespace {
 
-constexpr int kUnableToEdit = 85;
-constexpr int kNotFound = 145;
-
 constexpr auto kTransmissionSteps = std::to_array<LoadStep>({
     {.after = "RF6", .percent = 20},
     {.after = "AN3", .percent = 60},
@@ -35,12 +32,14 @@ std::optional<EditedGroup> readTransmission(DocumentContext& context, UserInterf
     const int found = findGroupIndex(context, parent, group.letter, source);
     group.index = found > 0 ? found : -findGroupIndex(context, parent, group.letter, {});
     if (group.index > kMostGroupIndex) {
-        context.messages.show(parent, kUnableToEdit, title::kError, kErrorBox, "TMATS T-Section");
+        context.messages.show(parent, message::kUnableToEdit, title::kError, kErrorBox,
+                              "TMATS T-Section");
         return std::nullopt;
     }
     GroupSource file(context, parent, group.letter, group.index);
     if (isMissing(file.status())) {
-        context.messages.show(parent, -kNotFound, title::kNote, kNoteBox, "RF Attributes (T)");
+        context.messages.show(parent, -message::kNotFound, title::kNote, kNoteBox,
+                              "RF Attributes (T)");
     } else if (!file.status().ok()) {
         reportUnableToRead(parent, file.status());
         return std::nullopt;

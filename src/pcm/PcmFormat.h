@@ -7,6 +7,7 @@
 // nothing for them.
 #pragma once
 
+#include "core/talk/MessageFor.h"
 #include "pcm/model/AsyncFormat.h"
 #include "pcm/model/FixedText.h"
 #include "pcm/model/FrameCells.h"
@@ -130,7 +131,8 @@ class PcmFormat : public PcmAttributes {
 
     /// The capacity steps alone: messages 188 and 189 with their two numbers go to `report`,
     /// which may be null. The number of frames only ever rises.
-    using Report = std::function<void(int id, int titleId, int first, int second)>;
+    using Report =
+        std::function<void(MessageFor<int, int> id, MessageTitle titleId, int first, int second)>;
     void raiseNumberOfFrames(const Report& report, int frames);
     /// False if the cells could not be had. New words have the common length.
     bool allocateWords(const Report& report, int words);

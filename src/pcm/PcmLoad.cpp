@@ -17,8 +17,6 @@ namespace kavu {
 
 namespace {
 
-constexpr int kErrorReadingFormat = 88;
-
 /// While a stream is loaded, over-long fields are reported in the log; what was cut is a
 /// correction.
 class LengthLog {
@@ -100,7 +98,7 @@ void checkClass(PcmLoad& load) {
     if (!attribute) {
         return;
     }
-    load.log(221, kErrorReadingFormat, format.streamName.view(), *attribute);
+    load.log(221, title::kErrorReadingFormat, format.streamName.view(), *attribute);
     format.typeFormat =
         format.edition() <= 2001 ? stream_type::kOther.stored : stream_type::kClassTwo.stored;
     load.corrected();
@@ -218,9 +216,8 @@ void giveMeasurementGroup(PcmFormat& format, UserInterface* parent) {
     if (format.dGroup == 0) {
         const auto& context = format.context();
         format.dGroup = firstFreeIndex(context, 'D');
-        for (const auto name : {kSmfFormat, kTagFormat}) {
-            (void)context.files.removeIfThere(formatPrintf(name, format.dGroup));
-        }
+        (void)context.files.removeIfThere(formatPrintf(kSmfFormat, format.dGroup));
+        (void)context.files.removeIfThere(formatPrintf(kTagFormat, format.dGroup));
     }
 }
 

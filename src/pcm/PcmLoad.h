@@ -46,16 +46,16 @@ class PcmLoad {
     void corrected() { result = 1; }
 
     /// Takes the messages in place of the log: an edit tells them at once.
-    std::function<void(int id, int titleId, const std::string& text)> report;
+    std::function<void(int id, MessageTitle titleId, const std::string& text)> report;
     /// Without it a check only looks, and makes no hidden subframe.
     bool mayMakeSubframes = true;
 
     /// Appends a message to the log. A load that reports without end is cut short: after
     /// `kMostMessages` only one more text says so.
     template <typename... Args>
-    void log(int id, int titleId, const Args&... args) {
+    void log(MessageFor<Args...> id, MessageTitle titleId, const Args&... args) {
         if (report) {
-            report(id, titleId, formatPrintf(loadText(id).value_or(""), args...));
+            report(id.id(), titleId, formatMessage(id, args...));
         } else if (mayLog()) {
             format.context().messages.log(parent, id, titleId, args...);
         }
@@ -68,7 +68,7 @@ class PcmLoad {
 
     /// A numbered yes-no question in a box; No without a parent.
     template <typename... Args>
-    [[nodiscard]] bool ask(int id, int titleId, const Args&... args) {
+    [[nodiscard]] bool ask(MessageFor<Args...> id, MessageTitle titleId, const Args&... args) {
         return format.context().messages.show(parent, id, titleId, kYesNoBox, args...) ==
                Button::Yes;
     }
@@ -83,7 +83,7 @@ class PcmLoad {
     [[nodiscard]] bool cancelled();
     /// A status text, at most once a second.
     template <typename... Args>
-    void status(std::string_view text, const Args&... args) {
+    void status(PrintfFormat<Args...> text, const Args&... args) {
         if (parent != nullptr && statusDue()) {
             parent->setStatusText(formatPrintf(text, args...));
         }

@@ -108,9 +108,9 @@ void DefinitionListDialog::showFound(const std::string& select) {
 
 void DefinitionListDialog::showCount() {
     const int shown = list_->rowCount();
-    count_->setText(shown == 0 ? toQString(loadText(kNoRecords).value_or(""))
-                               : toQString(formatPrintf(
-                                     shown == 1 ? "%d measurement" : "%d measurements", shown)));
+    count_->setText(
+        shown == 0 ? toQString(loadText(kNoRecords).value_or(""))
+                   : toQString(formatPrintf("%d measurement%s", shown, shown == 1 ? "" : "s")));
 }
 
 void DefinitionListDialog::editRecord(int row) {

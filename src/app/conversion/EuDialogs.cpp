@@ -21,11 +21,9 @@ namespace kavu {
 
 namespace {
 
-constexpr int kAreYouSure = 82;
-
 bool mayDeleteUnder(FormContext& form, std::string_view title) {
-    return form.messages.showTitled(&form.ui, -kAreYouSure, std::string(title), kYesNoBox) ==
-           Button::Yes;
+    return form.messages.showTitled(&form.ui, -message::kAreYouSure, std::string(title),
+                                    kYesNoBox) == Button::Yes;
 }
 
 QVBoxLayout* beginColumn(QDialog& dialog, const char* name, std::string_view title) {

@@ -26,8 +26,6 @@ constexpr std::size_t kTransducer = 5;
 constexpr std::size_t kContact = 6;
 constexpr std::size_t kComments = 7;
 
-constexpr int kNoWindow = 159;
-
 }  // namespace
 
 EuSheet::EuSheet(FormContext& form, DocumentContext& document, ConversionStore& store,
@@ -235,7 +233,7 @@ void EuSheet::openDetails(const DetailWindow& window) {
     }
     bool changed = false;
     if (!setup_.readOnly && !storeFitFields(edit_, &form_.ui, values_, changed)) {
-        form_.messages.show(&form_.ui, kNoWindow, title::kError, kErrorBox);
+        form_.messages.show(&form_.ui, message::kUnableToDisplay, title::kError, kErrorBox);
         return;
     }
     details_ = new DefinitionWindow(form_, document_, store_, edit_, window, setup_, this);

@@ -302,7 +302,6 @@ void EditableList::editRow() {
 }
 
 void EditableList::deleteRow() {
-    constexpr int kDeleteEntry = title::kDeleteEntry;
     if (!somethingSelected()) {
         return;
     }
@@ -310,9 +309,10 @@ void EditableList::deleteRow() {
     const auto ask = [this] {
         return setup_.name.empty()
                    ? showBox(&form_.ui, "Do you wish to delete the selected entry?",
-                             std::string(loadText(kDeleteEntry).value_or("")), Icon::Question,
-                             Buttons::YesNo)
-                   : form_.messages.showTitled(&form_.ui, -kDeleteEntry, setup_.name, kYesNoBox);
+                             std::string(loadText(title::kDeleteEntry).value_or("")),
+                             Icon::Question, Buttons::YesNo)
+                   : form_.messages.showTitled(&form_.ui, -title::kDeleteEntry, setup_.name,
+                                               kYesNoBox);
     };
     const bool may = mayDelete ? mayDelete(row) : ask() == Button::Yes;
     if (!may || row >= rowCount()) {

@@ -230,7 +230,6 @@ class DateControl : public FieldControl {
   private:
     void prompt() {
         constexpr int kInvalidDate = 447;
-        constexpr int kIllegalValue = 87;
         auto& form = host_.form;
         const auto shape = withTime_ ? dateTimeForm(form.edition) : dateForm(form.edition);
         const auto now = form.clock.now();
@@ -246,7 +245,8 @@ class DateControl : public FieldControl {
                 edit(*entered);
                 return;
             }
-            form.messages.show(&form.ui, kInvalidDate, kIllegalValue, kErrorBox, shape);
+            form.messages.show(&form.ui, kInvalidDate, title::kIllegalValueEntered, kErrorBox,
+                               shape);
             ask.initial = *entered;
         }
     }

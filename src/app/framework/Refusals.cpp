@@ -55,13 +55,11 @@ std::string numberText(double number) {
 }
 
 void showSemicolonRefused(UserInterface& ui) {
-    constexpr int kSemicolon = 402;
-    constexpr int kIllegalCharacter = 139;
     MessageBox box;
-    box.id = kSemicolon;
-    box.titleId = kIllegalCharacter;
-    box.title = loadText(kIllegalCharacter).value_or("");
-    box.text = loadText(kSemicolon).value_or("");
+    box.id = message::kNoSemicolon;
+    box.titleId = title::kIllegalCharacter;
+    box.title = loadText(title::kIllegalCharacter).value_or("");
+    box.text = loadText(message::kNoSemicolon).value_or("");
     box.icon = Icon::Warning;
     ui.message(box);
 }

@@ -152,8 +152,7 @@ bool editRecorder(FormContext& form, DocumentContext& document, const std::strin
     RecorderSheet sheet(form, document, std::move(*group), std::move(around));
     const auto result = runPropertySheet(form, sheet);
     if (result == SheetResult::NotCreated) {
-        constexpr int kNoDisplay = 159;
-        form.messages.show(&form.ui, kNoDisplay, title::kInternalError, kErrorBox);
+        form.messages.show(&form.ui, message::kUnableToDisplay, title::kInternalError, kErrorBox);
     }
     return result == SheetResult::Stored || sheet.changedElsewhere();
 }

@@ -19,7 +19,6 @@ namespace kavu {
 
 namespace {
 
-constexpr int kIllegalEntry = 87;
 constexpr char16_t kInterval[] = u"I - First Word & Interval";
 constexpr char16_t kEveryPlace[] = u"E - Every Location";
 
@@ -177,7 +176,7 @@ std::optional<ListRow> SuperComPanel::enterLocation(int row) {
         return std::nullopt;
     }
     if (*number < 1) {
-        format_.context().messages.show(&form_.ui, 161, kIllegalEntry, kErrorBox, 0);
+        format_.context().messages.show(&form_.ui, 161, title::kIllegalValueEntered, kErrorBox, 0);
         return std::nullopt;
     }
     MeasurementSpot spot = isNew ? MeasurementSpot{} : spots_[static_cast<std::size_t>(row)];

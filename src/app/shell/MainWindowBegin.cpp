@@ -73,8 +73,8 @@ bool MainWindow::screenIsLargeEnough() {
     box.id = -153;
     box.titleId = title::kWarning;
     box.title = std::string(loadText(title::kWarning).value_or(""));
-    box.text = formatPrintf(loadText(153).value_or(""), size.width(), size.height(),
-                            kLeastScreenWidth, kLeastScreenHeight);
+    box.text =
+        formatMessage(153, size.width(), size.height(), kLeastScreenWidth, kLeastScreenHeight);
     box.icon = Icon::Question;
     box.buttons = Buttons::YesNo;
     return ui_->message(box) == Button::Yes;

@@ -122,9 +122,10 @@ class Builder {
 
     [[nodiscard]] std::string progressText(const GroupKind& kind, int index) const {
         if (kind.letter == 'S') {
-            return formatPrintf(kind.saveTitle, nameOfGroup(context_, kind), index);
+            return formatPrintf(runtimeFormat(kind.saveTitle), nameOfGroup(context_, kind), index);
         }
-        return kind.indexed ? formatPrintf(kind.saveTitle, index) : std::string(kind.saveTitle);
+        return kind.indexed ? formatPrintf(runtimeFormat(kind.saveTitle), index)
+                            : std::string(kind.saveTitle);
     }
 
     bool saveFile(const GroupKind& kind, int index) {

@@ -115,7 +115,8 @@ const GroupKind& groupKind(char letter) {
 
 std::string groupFile(char letter, std::int64_t index) {
     const auto& kind = groupKind(letter);
-    return kind.indexed ? formatPrintf(kind.fileFormat, index) : std::string(kind.fileFormat);
+    return kind.indexed ? formatPrintf(runtimeFormat(kind.fileFormat), index)
+                        : std::string(kind.fileFormat);
 }
 
 std::string groupFileName(char letter, int index, int edition) {

@@ -182,7 +182,7 @@ GroupSplitter::Target& GroupSplitter::target(const GroupKind& kind, std::int64_t
     const auto [place, isNew] = targets_.try_emplace(name);
     if (isNew) {
         place->second.name = name;
-        place->second.title = formatPrintf(kind.readTitle, index);
+        place->second.title = formatPrintf(runtimeFormat(kind.readTitle), index);
     }
     return place->second;
 }

@@ -44,7 +44,7 @@ bool KeyValueStore::start(UserInterface* parent) {
             showBox(parent, "Unable to create database files", kStoreTitle);
             break;
         }
-        format_[2] = digit;
+        family_ = digit;
     }
     // The first file is made now: what is behind in memory must not leave the family free.
     started_ = openWriteFile(parent);
@@ -52,7 +52,7 @@ bool KeyValueStore::start(UserInterface* parent) {
 }
 
 std::string KeyValueStore::filePath(int number) const {
-    return store_.path(format_, number);
+    return store_.path("KV%c%5.5d.sdk", family_, number);
 }
 
 // --- The directory ---------------------------------------------------------------------

@@ -98,7 +98,7 @@ class KeyValueStore {
     void deleteFiles(UserInterface* parent);
 
     const WorkingStore& store_;
-    std::string format_ = "KVU%5.5d.sdk";
+    char family_ = 'U';  ///< in the third place of the names of the files
     bool started_ = false;
     FileWriter writeFile_;
     int currentFile_ = 0;

@@ -9,23 +9,24 @@ namespace kavu {
 
 namespace {
 
-void reportFile(UserInterface* parent, const char* text, const IoStatus& status, int titleId) {
+void reportFile(UserInterface* parent, PrintfFormat<std::string, std::string> text,
+                const IoStatus& status, MessageTitle titleId) {
     showBox(parent, formatPrintf(text, status.path(), status.reason()),
-            std::string(loadText(titleId).value_or("")));
+            std::string(loadText(titleId.id()).value_or("")));
 }
 
 }  // namespace
 
-void reportUnableToRead(UserInterface* parent, const IoStatus& status, int titleId) {
+void reportUnableToRead(UserInterface* parent, const IoStatus& status, MessageTitle titleId) {
     reportFile(parent, "Unable to read '%s'\n\nReason: %s", status, titleId);
 }
 
-void reportUnableToWrite(UserInterface* parent, const IoStatus& status, int titleId) {
+void reportUnableToWrite(UserInterface* parent, const IoStatus& status, MessageTitle titleId) {
     reportFile(parent, "Unable to write '%s'\n\nReason: %s", status, titleId);
 }
 
 void reportFailedAction(const Messages& messages, UserInterface* parent, const IoStatus& status,
-                        int titleId, std::string_view action, std::string_view name,
+                        MessageTitle titleId, std::string_view action, std::string_view name,
                         const BoxStyle& style) {
     messages.showFailure(parent, status, 313, titleId, style, action,
                          name.empty() ? std::string_view(status.path()) : name);

@@ -12,14 +12,15 @@ class IoStatus;
 class UserInterface;
 
 /// A box without a number under the title of this number. All are silent without a parent.
-void reportUnableToRead(UserInterface* parent, const IoStatus& status, int titleId = title::kError);
+void reportUnableToRead(UserInterface* parent, const IoStatus& status,
+                        MessageTitle titleId = title::kError);
 void reportUnableToWrite(UserInterface* parent, const IoStatus& status,
-                         int titleId = title::kError);
+                         MessageTitle titleId = title::kError);
 
 /// Message 313: what could not be done ("Write/Create") with the conversion records. `name`
 /// is shown for the file; empty shows its path.
 void reportFailedAction(const Messages& messages, UserInterface* parent, const IoStatus& status,
-                        int titleId, std::string_view action, std::string_view name = {},
+                        MessageTitle titleId, std::string_view action, std::string_view name = {},
                         const BoxStyle& style = kErrorBox);
 /// Message 407: a group that is being saved, under its name in messages.
 void reportUnreadableGroup(const Messages& messages, UserInterface* parent, const IoStatus& status,

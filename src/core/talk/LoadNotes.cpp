@@ -27,7 +27,8 @@ std::size_t embeddedCommand(std::string_view command) {
     return std::string_view::npos;
 }
 
-void tellOne(UserInterface* parent, const char* one, const char* many, long count, long line,
+void tellOne(UserInterface* parent, PrintfFormat<long, std::string> one,
+             PrintfFormat<long, long, std::string> many, long count, long line,
              const std::string& sample) {
     if (count == 1) {
         parent->note(formatPrintf(one, line, sample));

@@ -4,7 +4,6 @@
 #include "core/files/FileIo.h"
 #include "core/text/Text.h"
 
-#include <algorithm>
 #include <cstdlib>
 
 namespace kavu {
@@ -18,8 +17,13 @@ constexpr std::size_t kColumnWithoutTitle = 80;
 constexpr const char* kMissingText = "<Internal error: String not found>";
 constexpr const char* kMissingTitle = "<internal error: String not found>";
 
-std::string titleText(int titleId) {
-    return std::string(loadText(titleId).value_or(kMissingTitle));
+std::string titleText(MessageTitle titleId) {
+    return std::string(loadText(titleId.id()).value_or(kMissingTitle));
+}
+
+/// Of an entry of the log, which may have no title.
+std::string entryTitle(MessageTitle titleId) {
+    return titleId.id() > 0 ? titleText(titleId) : std::string();
 }
 
 /// The text of a message, formatted. `room` is the size of the buffer it must fit in.
@@ -82,19 +86,8 @@ void appendEntry(const std::string& path, const std::string& title, int id,
 
 }  // namespace
 
-std::optional<std::string_view> loadText(int id) {
-    const auto table = messageTable();
-    const auto row =
-        std::lower_bound(table.begin(), table.end(), id,
-                         [](const MessageText& m, int wanted) { return m.id < wanted; });
-    if (row == table.end() || row->id != id) {
-        return std::nullopt;
-    }
-    return row->text;
-}
-
-Button Messages::showArgs(UserInterface* parent, int id, int titleId, const BoxStyle& style,
-                          PrintfArgs args) const {
+Button Messages::showArgs(UserInterface* parent, int id, MessageTitle titleId,
+                          const BoxStyle& style, PrintfArgs args) const {
     return showBoxOf(parent, id, titleId, titleText(titleId), style, {}, args);
 }
 
@@ -103,19 +96,21 @@ Button Messages::showTitledArgs(UserInterface* parent, int id, const std::string
     return showBoxOf(parent, id, 0, title, style, {}, args);
 }
 
-Button Messages::showFailureArgs(UserInterface* parent, const IoStatus& status, int id, int titleId,
-                                 const BoxStyle& style, PrintfArgs args) const {
+Button Messages::showFailureArgs(UserInterface* parent, const IoStatus& status, int id,
+                                 MessageTitle titleId, const BoxStyle& style,
+                                 PrintfArgs args) const {
     return showBoxOf(parent, id, titleId, titleText(titleId), style, status, args);
 }
 
-Button Messages::showBoxOf(UserInterface* parent, int id, int titleId, const std::string& title,
-                           const BoxStyle& style, const IoStatus& status, PrintfArgs args) const {
+Button Messages::showBoxOf(UserInterface* parent, int id, MessageTitle titleId,
+                           const std::string& title, const BoxStyle& style, const IoStatus& status,
+                           PrintfArgs args) const {
     if (parent == nullptr) {
         return Button::None;
     }
     MessageBox box;
     box.id = id;
-    box.titleId = titleId;
+    box.titleId = titleId.id();
     box.title = title;
     box.icon = style.icon;
     box.buttons = style.buttons;
@@ -127,22 +122,22 @@ Button Messages::showBoxOf(UserInterface* parent, int id, int titleId, const std
     return parent->message(box);
 }
 
-void Messages::logArgs(UserInterface* parent, int id, int titleId, const IoStatus& status,
+void Messages::logArgs(UserInterface* parent, int id, MessageTitle titleId, const IoStatus& status,
                        PrintfArgs args) const {
     const auto text = withLineFeeds(withReason(messageText(id, args, kLogBuffer - 1), status));
-    const auto title = titleId > 0 ? titleText(titleId) : std::string();
+    const auto title = entryTitle(titleId);
     appendEntry(logPath(), title, id, text);
     if (parent != nullptr) {
-        parent->logged({id, titleId, title, text});
+        parent->logged({id, titleId.id(), title, text});
     }
 }
 
-void Messages::logText(UserInterface* parent, int titleId, const std::string& text) const {
-    const auto title = titleId > 0 ? titleText(titleId) : std::string();
+void Messages::logText(UserInterface* parent, MessageTitle titleId, const std::string& text) const {
+    const auto title = entryTitle(titleId);
     const auto shown = text.empty() ? std::string(kMissingText) : withLineFeeds(text);
     appendEntry(logPath(), title, 0, shown);
     if (parent != nullptr) {
-        parent->logged({0, titleId, title, shown});
+        parent->logged({0, titleId.id(), title, shown});
     }
 }
 

@@ -3,39 +3,17 @@
 #pragma once
 
 #include "core/files/IoStatus.h"
+#include "core/talk/MessageFor.h"
+#include "core/talk/Titles.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Printf.h"
 
-#include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 
 namespace kavu {
 
 class WorkingStore;
-
-/// One row of the table of messages. Numbers are never used again for another text.
-struct MessageText {
-    int id;
-    std::string_view text;
-};
-/// All rows by rising id: 1 to 71 are the prompts of the menu, from 73 messages and titles.
-[[nodiscard]] std::span<const MessageText> messageTable();
-/// The text of a message, or nothing.
-[[nodiscard]] std::optional<std::string_view> loadText(int id);
-
-/// Titles that many callers use.
-namespace title {
-inline constexpr int kErrorReading = 75;
-inline constexpr int kError = 78;
-inline constexpr int kWarning = 79;
-inline constexpr int kNote = 80;
-inline constexpr int kInternalError = 81;
-inline constexpr int kDeleteEntry = 83;
-inline constexpr int kErrorSaving = 84;
-inline constexpr int kErrorReadingConversion = 106;
-}  // namespace title
 
 /// How a box of a numbered message looks.
 struct BoxStyle {
@@ -48,6 +26,13 @@ inline constexpr BoxStyle kWarningBox{Icon::Warning, Buttons::Ok};
 inline constexpr BoxStyle kNoteBox{Icon::Information, Buttons::Ok};
 inline constexpr BoxStyle kYesNoBox{Icon::Question, Buttons::YesNo};
 
+/// The text of a message as it is stored, with its arguments.
+template <typename... Args>
+[[nodiscard]] std::string formatMessage(MessageFor<Args...> id, const Args&... args) {
+    return formatPrintf(runtimeFormat(loadText(id.id() < 0 ? -id.id() : id.id()).value_or("")),
+                        args...);
+}
+
 class Messages {
   public:
     explicit Messages(const WorkingStore& store) : store_(store) {}
@@ -55,34 +40,35 @@ class Messages {
     /// Shows a numbered message. A negative id shows the text of its absolute value
     /// without a number. Gives `Button::None` without a parent.
     template <typename... Args>
-    Button show(UserInterface* parent, int id, int titleId, const BoxStyle& style,
-                const Args&... args) const {
-        return showArgs(parent, id, titleId, style, {PrintfArg(args)...});
+    Button show(UserInterface* parent, MessageFor<Args...> id, MessageTitle titleId,
+                const BoxStyle& style, const Args&... args) const {
+        return showArgs(parent, id.id(), titleId, style, {PrintfArg(args)...});
     }
     template <typename... Args>
-    Button showTitled(UserInterface* parent, int id, const std::string& title,
+    Button showTitled(UserInterface* parent, MessageFor<Args...> id, const std::string& title,
                       const BoxStyle& style, const Args&... args) const {
-        return showTitledArgs(parent, id, title, style, {PrintfArg(args)...});
+        return showTitledArgs(parent, id.id(), title, style, {PrintfArg(args)...});
     }
     /// A message about a file operation: the reason stands behind the text.
     template <typename... Args>
-    Button showFailure(UserInterface* parent, const IoStatus& status, int id, int titleId,
-                       const BoxStyle& style, const Args&... args) const {
-        return showFailureArgs(parent, status, id, titleId, style, {PrintfArg(args)...});
+    Button showFailure(UserInterface* parent, const IoStatus& status, MessageFor<Args...> id,
+                       MessageTitle titleId, const BoxStyle& style, const Args&... args) const {
+        return showFailureArgs(parent, status, id.id(), titleId, style, {PrintfArg(args)...});
     }
 
     /// Appends a numbered message to the message log.
     template <typename... Args>
-    void log(UserInterface* parent, int id, int titleId, const Args&... args) const {
-        logArgs(parent, id, titleId, {}, {PrintfArg(args)...});
+    void log(UserInterface* parent, MessageFor<Args...> id, MessageTitle titleId,
+             const Args&... args) const {
+        logArgs(parent, id.id(), titleId, {}, {PrintfArg(args)...});
     }
     template <typename... Args>
-    void logFailure(UserInterface* parent, const IoStatus& status, int id, int titleId,
-                    const Args&... args) const {
-        logArgs(parent, id, titleId, status, {PrintfArg(args)...});
+    void logFailure(UserInterface* parent, const IoStatus& status, MessageFor<Args...> id,
+                    MessageTitle titleId, const Args&... args) const {
+        logArgs(parent, id.id(), titleId, status, {PrintfArg(args)...});
     }
     /// Appends a text that has no number.
-    void logText(UserInterface* parent, int titleId, const std::string& text) const;
+    void logText(UserInterface* parent, MessageTitle titleId, const std::string& text) const;
     /// What a loader was reading when it reported: appended behind its message.
     void logLastCommands(std::string_view commands) const;
 
@@ -96,15 +82,15 @@ class Messages {
     [[nodiscard]] std::string logPath() const;
 
   private:
-    Button showArgs(UserInterface* parent, int id, int titleId, const BoxStyle& style,
+    Button showArgs(UserInterface* parent, int id, MessageTitle titleId, const BoxStyle& style,
                     PrintfArgs args) const;
     Button showTitledArgs(UserInterface* parent, int id, const std::string& title,
                           const BoxStyle& style, PrintfArgs args) const;
-    Button showFailureArgs(UserInterface* parent, const IoStatus& status, int id, int titleId,
-                           const BoxStyle& style, PrintfArgs args) const;
-    Button showBoxOf(UserInterface* parent, int id, int titleId, const std::string& title,
+    Button showFailureArgs(UserInterface* parent, const IoStatus& status, int id,
+                           MessageTitle titleId, const BoxStyle& style, PrintfArgs args) const;
+    Button showBoxOf(UserInterface* parent, int id, MessageTitle titleId, const std::string& title,
                      const BoxStyle& style, const IoStatus& status, PrintfArgs args) const;
-    void logArgs(UserInterface* parent, int id, int titleId, const IoStatus& status,
+    void logArgs(UserInterface* parent, int id, MessageTitle titleId, const IoStatus& status,
                  PrintfArgs args) const;
 
     const WorkingStore& store_;

@@ -43,7 +43,8 @@ std::string userRoot(const Environment& environment, const std::string& otherwis
 
 /// Tries a step until it works or the user gives up.
 template <typename Step>
-bool retried(UserInterface* parent, const char* text, const char* title, const Step& step) {
+bool retried(UserInterface* parent, PrintfFormat<std::string> text, const char* title,
+             const Step& step) {
     for (IoStatus status = step(); !status.ok(); status = step()) {
         const auto shown = formatPrintf(text, status.path()) + "\n\nReason: " + status.reason();
         // Without a parent nobody tries again.

@@ -13,8 +13,6 @@ namespace kavu {
 
 namespace {
 
-constexpr int kIllegalEntry = 87;
-
 std::string commentPath(const PcmFormat& format) {
     return format.context().store.pathOf(kMeasurementComment);
 }
@@ -46,7 +44,7 @@ std::optional<std::string> readMeasurementComment(const PcmFormat& format, UserI
 bool storeMeasurementComment(PcmFormat& format, UserInterface* parent, std::string_view comment) {
     const auto& messages = format.context().messages;
     if (comment.find(';') != std::string_view::npos) {
-        messages.show(parent, 402, kIllegalEntry, kErrorBox);
+        messages.show(parent, 402, title::kIllegalValueEntered, kErrorBox);
         return false;
     }
     std::string bytes(comment);

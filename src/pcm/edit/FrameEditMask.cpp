@@ -13,7 +13,6 @@ namespace kavu {
 namespace {
 
 constexpr std::string_view kFullWord = "FW";
-constexpr int kIllegalEntry = 87;
 constexpr std::size_t kMostBits = 64;
 constexpr std::size_t kBitsOfDigit = 4;
 
@@ -76,7 +75,8 @@ std::optional<std::string> enteredMask(const DocumentContext& context, UserInter
     const bool hexadecimal = showsHexadecimal(context);
     const auto most = hexadecimal ? kMostBits / kBitsOfDigit : kMostBits;
     if (text.size() > most || !(hexadecimal ? isHexadecimal(text) : isBinary(text))) {
-        context.messages.show(parent, hexadecimal ? 143 : 142, kIllegalEntry, kErrorBox);
+        context.messages.show(parent, hexadecimal ? MessageFor<>(143) : MessageFor<>(142),
+                              title::kIllegalValueEntered, kErrorBox);
         return std::nullopt;
     }
     std::string mask(text);

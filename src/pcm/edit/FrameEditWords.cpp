@@ -17,11 +17,10 @@ namespace kavu {
 
 namespace {
 
-constexpr int kIllegalEntry = 87;
-
 template <typename... Args>
-bool refuse(const PcmFormat& format, UserInterface* parent, int id, const Args&... args) {
-    format.context().messages.show(parent, id, kIllegalEntry, kErrorBox, args...);
+bool refuse(const PcmFormat& format, UserInterface* parent, MessageFor<Args...> id,
+            const Args&... args) {
+    format.context().messages.show(parent, id, title::kIllegalValueEntered, kErrorBox, args...);
     return false;
 }
 

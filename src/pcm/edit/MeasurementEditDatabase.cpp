@@ -88,7 +88,8 @@ class RootsAndChildren {
         *format_.wordFrameDefinition(entry) = copy;
         measurement.wordFrameIndex = entry;
         PcmLoad load(format_, parent_);
-        load.report = [](int, int, const std::string&) {};  // places that are taken already
+        load.report = [](int, MessageTitle, const std::string&) {
+        };  // places that are taken already
         for (const auto& location : copy.locations) {
             for (const auto& fragment : location.fragments) {
                 placeWordFrameFragment(load, measurement, fragment);

@@ -16,8 +16,6 @@ namespace kavu {
 
 namespace {
 
-constexpr int kWarningTitle = 89;
-
 /// One cell of a measurement that is to be placed.
 struct Planned {
     int fwp = 0;
@@ -64,7 +62,7 @@ class MeasurementSave {
 
   private:
     template <typename... Args>
-    bool refuse(int id, const Args&... args) const {
+    bool refuse(MessageFor<Args...> id, const Args&... args) const {
         format_.context().messages.show(parent_, id, title::kError, kErrorBox, args...);
         return false;
     }
@@ -296,8 +294,8 @@ void MeasurementSave::numberFragments() {
         // A reader takes the first mask for all positions of a fragment.
         const auto& mask = masks.emplace(cell.fragmentNumber, cell.mask).first->second;
         if (!equalsIgnoreCase(mask, cell.mask)) {
-            format_.context().messages.show(parent_, 291, kWarningTitle, kWarningBox,
-                                            cell.fragmentNumber, cell_.name.view());
+            format_.context().messages.show(parent_, 291, title::kErrorReadingMeasurement,
+                                            kWarningBox, cell.fragmentNumber, cell_.name.view());
             cell.mask = mask;
         }
     }

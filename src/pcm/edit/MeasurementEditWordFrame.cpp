@@ -13,16 +13,14 @@ namespace kavu {
 
 namespace {
 
-constexpr int kWarningTitle = 89;
-
 /// A seat for the checks of a load whose messages come as boxes.
 void reportInBoxes(PcmLoad& load) {
-    load.report = [parent = load.parent](int id, int titleId, const std::string& text) {
+    load.report = [parent = load.parent](int id, MessageTitle titleId, const std::string& text) {
         if (parent != nullptr) {
             MessageBox box;
             box.id = id;
-            box.titleId = titleId;
-            box.title = loadText(titleId).value_or("");
+            box.titleId = titleId.id();
+            box.title = loadText(titleId.id()).value_or("");
             box.text = text;
             box.icon = Icon::Error;
             parent->message(box);
@@ -159,7 +157,9 @@ std::optional<std::string> wordFrameProblem(PcmFormat& format, std::string_view 
     std::optional<std::string> problem;
     PcmLoad load(format, nullptr);
     load.mayMakeSubframes = false;
-    load.report = [&](int, int, const std::string& text) { problem = problem.value_or(text); };
+    load.report = [&](int, MessageTitle, const std::string& text) {
+        problem = problem.value_or(text);
+    };
     if (!checkFragment(load, name, fragment) && !problem) {
         problem.emplace();
     }
@@ -199,7 +199,7 @@ bool completeWordFrameLocation(PcmFormat& format, UserInterface* parent, std::st
     if (location.fragmentCount() == 1) {
         location.wordLength = format.wordLength(location.fragments.front().startWord);
     } else if (location.wordLength != bits) {
-        messages.show(parent, 294, kWarningTitle, kWarningBox,
+        messages.show(parent, 294, title::kErrorReadingMeasurement, kWarningBox,
                       name.empty() ? "<no name defined>" : name, bits);
         location.wordLength = bits;
     }

@@ -1,6 +1,7 @@
 // The rows of async embedded formats and of data merges, and what messages call either.
 #pragma once
 
+#include "core/text/PrintfFormat.h"
 #include "pcm/model/AsyncFormat.h"
 #include "pcm/model/RecordField.h"
 #include "vocabulary/PAsyncFields.h"
@@ -12,7 +13,7 @@ namespace kavu {
 /// The commands of one kind, and what messages call it.
 struct AsyncCodes {
     bool isDataMerge;
-    std::string_view defaultName;  ///< a printf format of n
+    PrintfFormat<int> defaultName;  ///< of n
     // As the thing itself, within a sentence, and at its head.
     std::string_view streamWord;
     std::string_view lowerWord;

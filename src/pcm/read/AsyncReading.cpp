@@ -10,8 +10,6 @@ namespace kavu {
 
 namespace {
 
-constexpr int kTitleFormat = 88;
-constexpr int kTitleValue = 86;
 constexpr int kMostMaskBits = 64;
 constexpr int kDuplicateLocation = 373;
 
@@ -62,7 +60,8 @@ class AsyncReader {
             return;
         }
         record().dataLinkName = formatPrintf(codes_.defaultName, n_);
-        load_.log(191, kTitleFormat, codes_.streamWord, load_.prefix, code(codes_.name));
+        load_.log(191, title::kErrorReadingFormat, codes_.streamWord, load_.prefix,
+                  code(codes_.name));
     }
 
     void readMerge(std::span<const MergeField> fields) {
@@ -88,7 +87,7 @@ class AsyncReader {
         }
         const auto mode = text(codes_.mode).value_or(kNoLocationMode);
         if (equalsIgnoreCase(mode, kNoLocationMode)) {
-            load_.log(192, kTitleFormat, codes_.lowerWord, n_, name(), load_.prefix,
+            load_.log(192, title::kErrorReadingFormat, codes_.lowerWord, n_, name(), load_.prefix,
                       code(codes_.mode));
             return false;
         }
@@ -105,8 +104,8 @@ class AsyncReader {
     std::optional<int> readWord(int k) {
         const auto word = load_.number(code(codes_.location, k));
         if (!word && !load_.logIsFull()) {
-            load_.log(194, kTitleFormat, load_.prefix, code(codes_.location, k), codes_.word, n_,
-                      name());
+            load_.log(194, title::kErrorReadingFormat, load_.prefix, code(codes_.location, k),
+                      codes_.word, n_, name());
         }
         return word;
     }
@@ -120,7 +119,7 @@ class AsyncReader {
         if (stepped) {
             const auto interval = load_.number(code(codes_.interval));
             if (!interval) {
-                load_.log(193, kTitleFormat, codes_.word, n_, name(), load_.prefix,
+                load_.log(193, title::kErrorReadingFormat, codes_.word, n_, name(), load_.prefix,
                           code(codes_.interval));
                 return false;
             }
@@ -156,7 +155,7 @@ class AsyncReader {
     bool isNew(int fwp) {
         for (const auto& location : record().locations) {
             if (location.fwp == fwp) {
-                load_.log(kDuplicateLocation, kTitleFormat);
+                load_.log(kDuplicateLocation, title::kErrorReadingFormat);
                 return false;
             }
         }
@@ -172,11 +171,11 @@ class AsyncReader {
 
     bool checkAsyncWord(int fwp) {
         if (!format_.isDataWord(fwp)) {
-            load_.log(195, kTitleFormat, codes_.word, fwp, n_, name());
+            load_.log(195, title::kErrorReadingFormat, codes_.word, fwp, n_, name());
             return false;
         }
         if (!isPlainWord(fwp)) {
-            load_.log(196, kTitleFormat, codes_.word, fwp, n_, name());
+            load_.log(196, title::kErrorReadingFormat, codes_.word, fwp, n_, name());
             return false;
         }
         return true;
@@ -190,7 +189,8 @@ class AsyncReader {
         const bool placed = placeSlots(location, mask);
         if (!placed) {
             const auto& range = location.frames.front();
-            load_.log(197, kTitleFormat, codes_.word, fwp, range.start, range.interval, range.end);
+            load_.log(197, title::kErrorReadingFormat, codes_.word, fwp, range.start,
+                      range.interval, range.end);
             return false;
         }
         record().locations.push_back(std::move(location));
@@ -201,7 +201,8 @@ class AsyncReader {
         const int most = format_.wordLength(fwp);
         int length = load_.number(code(codes_.length, k)).value_or(most);
         if (length < 1 || length > most) {
-            load_.log(207, kTitleFormat, load_.prefix, code(codes_.length, k), length, most);
+            load_.log(207, title::kErrorReadingFormat, load_.prefix, code(codes_.length, k), length,
+                      most);
             load_.corrected();
             length = most;
         }
@@ -265,8 +266,8 @@ class AsyncReader {
 
     void replaced(const Field& field, int k, int j, std::string_view reason, int& value,
                   int replacement) {
-        load_.log(214, kTitleValue, name(), reason, load_.prefix, fieldCode(field.code, {n_, k, j}),
-                  value, replacement);
+        load_.log(214, title::kIllegalValueFound, name(), reason, load_.prefix,
+                  fieldCode(field.code, {n_, k, j}), value, replacement);
         load_.corrected();
         value = replacement;
     }

@@ -11,9 +11,6 @@ namespace kavu {
 
 namespace {
 
-constexpr int kTitleFormat = 88;
-constexpr int kTitleValue = 86;
-
 /// Reads the commands of one counter into its entry, whose number counts from 1.
 class CounterReader {
   public:
@@ -54,7 +51,8 @@ class CounterReader {
             load_.log(202, title::kNote, load_.prefix, code(counter_field::kName), number_, name);
         }
         if (idCounterNameExists(format_, name)) {
-            load_.log(204, kTitleFormat, name, load_.prefix, code(counter_field::kName));
+            load_.log(204, title::kErrorReadingFormat, name, load_.prefix,
+                      code(counter_field::kName));
             return false;
         }
         counter_.name = name;
@@ -66,7 +64,7 @@ class CounterReader {
             counter_.type = *type;
             return;
         }
-        load_.log(200, kTitleFormat, load_.prefix, code(counter_field::kType));
+        load_.log(200, title::kErrorReadingFormat, load_.prefix, code(counter_field::kType));
         counter_.type = "ID";
         load_.corrected();
     }
@@ -77,8 +75,8 @@ class CounterReader {
             return true;
         }
         if (!format_.isDataWord(*word)) {
-            load_.log(179, kTitleFormat, counter_.name.view(), *word, format_.wordsPerMinorFrame,
-                      format_.wordsPerMinorFrame - 1);
+            load_.log(179, title::kErrorReadingFormat, counter_.name.view(), *word,
+                      format_.wordsPerMinorFrame, format_.wordsPerMinorFrame - 1);
             load_.corrected();
             return false;
         }
@@ -92,7 +90,7 @@ class CounterReader {
         counter_.msbStartBit = "1";
         if (const auto bit = text(counter_field::kMsbStartBit)) {
             if (leadingInt(*bit) < 1) {
-                load_.log(210, kTitleValue, counter_.name.view(), load_.prefix,
+                load_.log(210, title::kIllegalValueFound, counter_.name.view(), load_.prefix,
                           code(counter_field::kMsbStartBit), *bit);
                 load_.corrected();
             } else {
@@ -103,8 +101,8 @@ class CounterReader {
             counter_.counterLength = *length;
         } else if (!counter_.wordLength.empty()) {
             counter_.counterLength = counter_.wordLength;
-            load_.log(199, kTitleFormat, load_.prefix, code(counter_field::kCounterLength),
-                      counter_.counterLength.view());
+            load_.log(199, title::kErrorReadingFormat, load_.prefix,
+                      code(counter_field::kCounterLength), counter_.counterLength.view());
         }
         take(counter_field::kTransferOrder, "");
         take(counter_field::kInitialValue, "1");
@@ -118,8 +116,8 @@ class CounterReader {
             row.setText(counter_, *found);
             return;
         }
-        load_.log(201, kTitleValue, counter_.name.view(), which, load_.prefix, code(row),
-                  found.value_or("<none>"), least, most, fallback);
+        load_.log(201, title::kIllegalValueFound, counter_.name.view(), which, load_.prefix,
+                  code(row), found.value_or("<none>"), least, most, fallback);
         load_.corrected();
         row.setText(counter_, std::to_string(fallback));
     }
@@ -141,7 +139,7 @@ class CounterReader {
             return;
         }
         const int value = std::max(1, expected);
-        load_.log(209, kTitleFormat, load_.prefix, code(counter_field::kEndValue),
+        load_.log(209, title::kErrorReadingFormat, load_.prefix, code(counter_field::kEndValue),
                   counter_.name.view(), endValueFound_.value_or("<none>"), value);
         counter_.endValue = std::to_string(value);
         load_.corrected();
@@ -226,7 +224,7 @@ bool readIdCounters(PcmLoad& load) {
         makeHiddenSubframes(format, load.parent, &load.counterQuestion);
     }
     if (named != count) {
-        load.log(203, kTitleFormat, count, named);
+        load.log(203, title::kErrorReadingFormat, count, named);
         load.corrected();
     }
     if (countIdCounters(format) != named) {

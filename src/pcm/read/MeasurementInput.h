@@ -22,10 +22,6 @@
 
 namespace kavu {
 
-namespace title {
-inline constexpr int kErrorReadingMeasurement = 89;
-}  // namespace title
-
 class MeasurementInput {
   public:
     MeasurementInput(PcmLoad& state, CommandIndex& commands, int list, int number)

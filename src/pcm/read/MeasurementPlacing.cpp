@@ -8,8 +8,6 @@ namespace kavu {
 
 namespace {
 
-constexpr int kErrorReadingMeasurement = 89;
-
 /// Calls `visit(position)` from start to end by the interval, once with an interval of 0,
 /// until it gives false.
 template <typename Visit>
@@ -51,7 +49,7 @@ bool checkFrames(PcmLoad& load, std::string_view name, const WordFrameFragment& 
         format.wordType(fwp) == WordType::Subframe ? format.wordDepth(fwp) : format.numberOfFrames;
     if (fragment.startFrame < 1 || fragment.endFrame < 1 ||
         fragment.startFrame > fragment.endFrame || fragment.endFrame > depth) {
-        load.log(286, kErrorReadingMeasurement, name, fwp, fragment.startFrame, depth);
+        load.log(286, title::kErrorReadingMeasurement, name, fwp, fragment.startFrame, depth);
         return false;
     }
     return true;
@@ -106,7 +104,7 @@ bool addMeasurementLocation(PcmLoad& load, int fwp, int fn, const Measurement& m
     const auto same =
         isFragmented(measurement.locationType) ? CellRef{} : cells.firstAt(fwp, head.index, name);
     if (same && !isFragmented(cells.measurement(same).locationType)) {
-        load.log(275, kErrorReadingMeasurement, name, name, fwp, fn, name);
+        load.log(275, title::kErrorReadingMeasurement, name, name, fwp, fn, name);
         load.corrected();
         return false;
     }

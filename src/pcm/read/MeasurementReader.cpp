@@ -67,7 +67,7 @@ int MeasurementReader::readCount() {
         load_.log(238, title::kWarning);
         load_.corrected();
     } else if (count < 1) {
-        load_.log(237, 90, load_.prefix, count);
+        load_.log(237, title::kIllegalNumberOfLists, load_.prefix, count);
         load_.corrected();
         count = 1;
     }
@@ -222,7 +222,7 @@ void MeasurementReader::keepTaggedData(MeasurementInput& input) {
 void MeasurementReader::readList(int list) {
     const auto name = listText(measurement_field::kListName, {list});
     if (!name) {
-        load_.log(239, title::kErrorReadingMeasurement, list);
+        load_.log(239, title::kErrorReadingMeasurement, list, list);
         load_.corrected();
     }
     if (list <= kMostMeasurementLists) {
@@ -296,7 +296,8 @@ int MeasurementReader::read() {
     setStatusText(load_.parent, {});
     load_.progress(100);
     if (load_.abort) {
-        format_.context().messages.show(load_.parent, 266, 95, kErrorBox);
+        format_.context().messages.show(load_.parent, 266, title::kUnableToInitializeMeasurements,
+                                        kErrorBox);
         return -1;
     }
     format_.sortCells();

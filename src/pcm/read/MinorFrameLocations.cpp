@@ -196,7 +196,8 @@ void readMinorFrameFragments(MeasurementInput& input) {
     auto& load = input.load;
     const auto count = input.number(minor_fragment_field::kCount);
     if (!count) {
-        load.log(254, 91, load.prefix, input.code(minor_fragment_field::kCount), input.name());
+        load.log(254, title::kIncompleteFragments, load.prefix,
+                 input.code(minor_fragment_field::kCount), input.name());
         return;
     }
     input.cell.locationCount = *count;

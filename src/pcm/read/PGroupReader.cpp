@@ -19,24 +19,23 @@ namespace kavu {
 
 namespace {
 
-constexpr int kIllegalValue = 86;
-constexpr int kErrorReadingFormat = 88;
 constexpr std::string_view kBusPatternBinary = "111 110 101 111 001 100 100 000";
 constexpr std::string_view kBusPatternHex = "FA F320";
 
 /// A field of a bus stream that may only have one value, or none.
 template <std::size_t Width>
-void fixBusField(PcmLoad& load, FixedText<Width>& field, std::string_view only, int message) {
+void fixBusField(PcmLoad& load, FixedText<Width>& field, std::string_view only,
+                 MessageFor<> message) {
     if (load.format.isBusStream && !field.empty() && !(field == only)) {
-        load.log(message, kIllegalValue);
+        load.log(message, title::kIllegalValueFound);
         field = only;
         load.corrected();
     }
 }
 
-void fixBusNumber(PcmLoad& load, int& number, int only, int message) {
+void fixBusNumber(PcmLoad& load, int& number, int only, MessageFor<> message) {
     if (load.format.isBusStream && number != only) {
-        load.log(message, kIllegalValue);
+        load.log(message, title::kIllegalValueFound);
         number = only;
         load.corrected();
     }
@@ -55,7 +54,7 @@ void readInputData(PcmLoad& load) {
     readTexts(load, {"D1", "D2", "D3", "D4", "D5", "D6", "D7", "D8", "TF"});
     format.isBusStream = format.typeFormat == stream_type::kBus1553.stored;
     if (format.typeFormat.empty()) {
-        load.log(165, kErrorReadingFormat);
+        load.log(165, title::kErrorReadingFormat);
         format.typeFormat = stream_type::kClassOne.stored;
         load.corrected();
     }
@@ -69,7 +68,8 @@ void readInputData(PcmLoad& load) {
 /// The number of frames and the words, all of the common length. False without words.
 bool readFrameSize(PcmLoad& load) {
     auto& format = load.format;
-    const PcmFormat::Report report = [&load](int id, int titleId, int first, int second) {
+    const PcmFormat::Report report = [&load](MessageFor<int, int> id, MessageTitle titleId,
+                                             int first, int second) {
         load.log(id, titleId, first, second);
         load.corrected();
     };
@@ -99,7 +99,7 @@ std::string readPattern(PcmLoad& load) {
         return {};
     }
     if (!isBinaryText(digits)) {
-        load.log(206, kIllegalValue, load.prefix, *value);
+        load.log(206, title::kIllegalValueFound, load.prefix, *value);
         load.corrected();
         return {};
     }
@@ -117,7 +117,7 @@ void readSync(PcmLoad& load) {
     if (format.isBusStream) {
         const auto only = format.hexFsp ? kBusPatternHex : kBusPatternBinary;
         if (pattern != only) {
-            load.log(172, kIllegalValue);
+            load.log(172, title::kIllegalValueFound);
             pattern = only;
             length = kBusWordLength;
             load.corrected();
@@ -125,7 +125,7 @@ void readSync(PcmLoad& load) {
     } else {
         const int bits = pattern.empty() ? 0 : countPatternBits(pattern, format.hexFsp);
         if (bits != length) {
-            load.log(198, kIllegalValue, length, bits);
+            load.log(198, title::kIllegalValueFound, length, bits);
             length = bits;
             load.corrected();
         }
@@ -153,10 +153,10 @@ void readWordLengths(PcmLoad& load) {
             load.corrected();
         }
         if (!format.isDataWord(*fwp)) {
-            load.log(173, kErrorReadingFormat, *fwp, format.wordsPerMinorFrame,
+            load.log(173, title::kErrorReadingFormat, *fwp, format.wordsPerMinorFrame,
                      format.wordsPerMinorFrame - 1);
         } else if (length && *length < 1) {
-            load.log(174, kErrorReadingFormat, *fwp);
+            load.log(174, title::kErrorReadingFormat, *fwp);
             load.corrected();
         } else if (length) {
             format.setWordLength(*fwp, *length);
@@ -168,7 +168,7 @@ void checkBits(PcmLoad& load) {
     auto& format = load.format;
     const int told = format.bitsPerMinorFrame;
     if (format.recalculateBitsPerMinorFrame()) {
-        load.log(176, kErrorReadingFormat, told, format.bitsPerMinorFrame);
+        load.log(176, title::kErrorReadingFormat, told, format.bitsPerMinorFrame);
         load.corrected();
     }
 }
@@ -282,9 +282,9 @@ bool makeNewFormat(PcmLoad& load) {
     format.syncPattern.clear();  // it takes more than its text
     format.isBusStream = format.typeFormat == stream_type::kBus1553.stored;
     format.commonWordLength = leadingInt(setting("F1"));
-    const PcmFormat::Report report = [&load](int id, int titleId, int first, int second) {
-        load.log(id, titleId, first, second);
-    };
+    const PcmFormat::Report report = [&load](MessageFor<int, int> id, MessageTitle titleId,
+                                             int first,
+                                             int second) { load.log(id, titleId, first, second); };
     format.raiseNumberOfFrames(report, std::max(1, leadingInt(setting("MF\\N"))));
     if (!format.allocateWords(report, leadingInt(setting("MF1")))) {
         return false;

@@ -9,11 +9,6 @@ namespace kavu {
 
 namespace {
 
-constexpr int kTitleSubframe = 103;
-constexpr int kTitleInitialize = 96;
-constexpr int kTitleSupercomInterval = 97;
-constexpr int kTitleSupercomList = 98;
-
 /// The position of an "SF" measurement, put into the subframe if the user agrees.
 std::optional<int> askPosition(MeasurementInput& input, std::string_view subframe) {
     auto& load = input.load;
@@ -22,11 +17,12 @@ std::optional<int> askPosition(MeasurementInput& input, std::string_view subfram
     const auto code = input.code(subframe_word_field::kPosition);
     bool agreed = true;
     if (position < 1) {
-        agreed = load.ask(244, kTitleSubframe, load.prefix, code, input.name(), position);
+        agreed =
+            load.ask(244, title::kErrorReadingSubframe, load.prefix, code, input.name(), position);
         position = 1;
     } else if (position > positions) {
-        agreed = load.ask(245, kTitleSubframe, load.prefix, code, input.name(), position, positions,
-                          positions);
+        agreed = load.ask(245, title::kErrorReadingSubframe, load.prefix, code, input.name(),
+                          position, positions, positions);
         position = positions;
     } else {
         return position;
@@ -45,12 +41,13 @@ void checkSupercomPositions(MeasurementInput& input, std::string_view subframe, 
     auto& load = input.load;
     const int positions = input.format.subframePositions(subframe);
     if (first < 1 && count > 0) {
-        load.log(269, kTitleInitialize, subframe, first, input.name());
+        load.log(269, title::kUnableToInitializeMeasurement, subframe, first, input.name());
         return;
     }
     for (int i = 0; i < count; ++i) {
         if (stepped(first, i, interval) > positions) {
-            load.log(270, kTitleSupercomInterval, subframe, positions, input.name(), i + 1);
+            load.log(270, title::kUnableToInitializeSupercomInterval, subframe, positions,
+                     input.name(), i + 1);
             return;
         }
         if (interval == 0) {
@@ -121,8 +118,8 @@ void readSupercomList(MeasurementInput& input, std::string_view subframe, int co
         int fn = 0;
         if (input.format.subframeLocation(subframe, *position, fwp, fn) != 1) {
             const int positions = input.format.subframePositions(subframe);
-            load.log(272, kTitleInitialize, *position, subframe, positions, positions,
-                     input.name());
+            load.log(272, title::kUnableToInitializeMeasurement, *position, subframe, positions,
+                     positions, input.name());
             continue;
         }
         added += placeInSubframe(input, subframe, fwp, fn) ? 1 : 0;
@@ -323,7 +320,7 @@ bool SubframeFragments::readOne(int s) {
     const std::string subframe(named.value_or("Unknown"));
     const auto ref = input_.format.findSubframe(subframe);
     if (!ref) {
-        load.log(260, 92, subframe);
+        load.log(260, title::kErrorReadingSubframeFragments, subframe);
         failed_ = true;
         return missing_ < MeasurementInput::kMostMissing;
     }
@@ -355,7 +352,8 @@ bool placeInSubframe(MeasurementInput& input, std::string_view subframe, int fwp
     auto& format = input.format;
     const auto head = format.cellAtFrame(fwp, fn);
     if (!head) {
-        input.load.log(271, kTitleSupercomList, input.name(), subframe, fwp, fn);
+        input.load.log(271, title::kUnableToInitializeSupercomList, input.name(), subframe, fwp,
+                       fn);
         return false;
     }
     const auto cell =
@@ -372,7 +370,7 @@ void readSubframeWord(MeasurementInput& input) {
     auto& load = input.load;
     const std::string subframe(input.textOr(subframe_word_field::kSubframe, "????????"));
     if (!input.format.findSubframe(subframe)) {
-        load.log(243, kTitleSubframe, input.name(), subframe, load.prefix,
+        load.log(243, title::kErrorReadingSubframe, input.name(), subframe, load.prefix,
                  input.code(subframe_word_field::kSubframe));
         return;
     }
@@ -408,18 +406,17 @@ void readSubframeSupercom(MeasurementInput& input) {
 
 void readSubframeFragments(MeasurementInput& input) {
     auto& load = input.load;
-    constexpr int kTitleIncomplete = 104;
     const auto count = input.number(subframe_fragment_field::kCount);
     if (!count) {
-        load.log(258, kTitleIncomplete, load.prefix, input.code(subframe_fragment_field::kCount),
-                 input.name());
+        load.log(258, title::kIncompleteSubframeFragments, load.prefix,
+                 input.code(subframe_fragment_field::kCount), input.name());
         return;
     }
     input.cell.locationCount = *count;
     input.cell.reconstructedLength = input.number(subframe_fragment_field::kLength).value_or(0);
     const auto subframes = input.number(subframe_fragment_field::kSubframes);
     if (!subframes) {
-        load.log(259, kTitleIncomplete, load.prefix,
+        load.log(259, title::kIncompleteSubframeFragments, load.prefix,
                  input.code(subframe_fragment_field::kSubframes), input.name());
         return;
     }

@@ -12,9 +12,6 @@ namespace kavu {
 
 namespace {
 
-constexpr int kTitleFormat = 88;
-constexpr int kTitleValue = 86;
-
 /// So many subframes of which the file says nothing are reported one by one; a count that is
 /// far beyond the file must not crowd out what else there is to tell.
 constexpr int kMostAbsentReported = 100;
@@ -83,11 +80,13 @@ class SubframeReader {
         const auto found = text(subframe_field::kName);
         const auto name = found ? std::string(*found) : formatPrintf("SF#%d", m_);
         if (!found && !isQuiet()) {
-            load_.log(208, kTitleFormat, load_.prefix, code(subframe_field::kName), m_);
+            load_.log(208, title::kErrorReadingFormat, load_.prefix, code(subframe_field::kName),
+                      m_);
         }
         if (subframeNameExists(format_, name)) {
             if (!isQuiet()) {
-                load_.log(205, kTitleFormat, name, load_.prefix, code(subframe_field::kName));
+                load_.log(205, title::kErrorReadingFormat, name, load_.prefix,
+                          code(subframe_field::kName));
             }
             load_.corrected();
             return false;
@@ -103,12 +102,12 @@ class SubframeReader {
         const bool single = supercom == kNotSupercommutated;
         const bool unplaced = mode == kNoLocationMode;
         if (single && !unplaced) {
-            load_.log(182, kTitleFormat, record_.name.view(), load_.prefix,
+            load_.log(182, title::kErrorReadingFormat, record_.name.view(), load_.prefix,
                       code(subframe_field::kLocationMode));
             mode = kNoLocationMode;
             load_.corrected();
         } else if (!single && unplaced) {
-            load_.log(183, kTitleFormat, record_.name.view(), load_.prefix,
+            load_.log(183, title::kErrorReadingFormat, record_.name.view(), load_.prefix,
                       code(subframe_field::kLocationMode));
             supercom = kNotSupercommutated;
             load_.corrected();
@@ -164,12 +163,13 @@ class SubframeReader {
             return false;
         }
         if (!word) {
-            load_.log(186, kTitleFormat, load_.prefix, command, record_.name.view());
+            load_.log(186, title::kErrorReadingFormat, load_.prefix, command, record_.name.view());
         } else if (!format_.isDataWord(*word)) {
-            load_.log(184, kTitleFormat, record_.name.view(), *word, format_.wordsPerMinorFrame,
-                      format_.wordsPerMinorFrame - 1);
+            load_.log(184, title::kErrorReadingFormat, record_.name.view(), *word,
+                      format_.wordsPerMinorFrame, format_.wordsPerMinorFrame - 1);
         } else {
-            load_.log(185, kTitleFormat, load_.prefix, command, record_.name.view(), *word, *word);
+            load_.log(185, title::kErrorReadingFormat, load_.prefix, command, record_.name.view(),
+                      *word, *word);
         }
         return false;
     }
@@ -184,7 +184,7 @@ class SubframeReader {
                 return;
             }
             if (format_.wordType(word) == WordType::IdCounter) {
-                load_.log(211, kTitleFormat, record_.name.view(), word);
+                load_.log(211, title::kErrorReadingFormat, record_.name.view(), word);
             } else {
                 format_.setWord(word, WordType::Subframe, n_ - 1, m_ - 1);
             }
@@ -199,10 +199,11 @@ class SubframeReader {
             return;
         }
         if (found) {
-            load_.log(212, kTitleValue, record_.name.view(), *found, depth);
+            load_.log(212, title::kIllegalValueFound, record_.name.view(), leadingInt(*found),
+                      depth);
             load_.corrected();
         } else if (!isQuiet()) {
-            load_.log(213, kTitleValue, record_.name.view(), depth);
+            load_.log(213, title::kIllegalValueFound, record_.name.view(), depth);
         }
         record_.depth = std::to_string(depth);
     }

@@ -10,8 +10,6 @@ namespace kavu {
 
 namespace {
 
-constexpr int kTitleDelete = 138;
-
 bool isRecord(const PcmFormat& format, int record) {
     return record >= 1 && record <= format.asyncCount();
 }
@@ -150,7 +148,8 @@ void freeAsyncSlots(PcmFormat& format, int record) {
 
 bool deleteAsyncFormat(PcmFormat& format, UserInterface* parent, int record) {
     if (parent != nullptr && isRecord(format, record) &&
-        format.context().messages.show(parent, 137, kTitleDelete, kYesNoBox) != Button::Yes) {
+        format.context().messages.show(parent, 137, title::kDeleteAsync, kYesNoBox) !=
+            Button::Yes) {
         return false;
     }
     const bool removed = removeAsyncFormat(format, parent, record, -1, -1);

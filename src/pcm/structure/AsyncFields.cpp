@@ -133,10 +133,10 @@ bool hasAsyncFrames(const PcmFormat& format) {
 }
 
 bool checkFrameRange(const PcmFormat& format, UserInterface* parent, const FrameRange& range) {
-    constexpr int kIllegalEntry = 87;
     const int most = format.numberOfFrames;
     const auto refuse = [&](int least) {
-        format.context().messages.show(parent, 160, kIllegalEntry, kErrorBox, least, most);
+        format.context().messages.show(parent, 160, title::kIllegalValueEntered, kErrorBox, least,
+                                       most);
         return false;
     };
     if (range.start < 1 || range.start > most) {

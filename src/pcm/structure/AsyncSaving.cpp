@@ -11,8 +11,6 @@ namespace kavu {
 
 namespace {
 
-constexpr int kTitleUnableToSave = 136;
-
 class AsyncSaver {
   public:
     AsyncSaver(PcmFormat& format, UserInterface* parent, int record, const AsyncFormat& contents,
@@ -49,8 +47,8 @@ class AsyncSaver {
         return record_.isDataMerge ? kDataMergeCodes : kAsyncEmbeddedCodes;
     }
     template <typename... Args>
-    bool refuse(int id, const Args&... args) {
-        format_.context().messages.show(parent_, id, kTitleUnableToSave, kErrorBox, args...);
+    bool refuse(MessageFor<Args...> id, const Args&... args) {
+        format_.context().messages.show(parent_, id, title::kUnableToSaveAsync, kErrorBox, args...);
         return false;
     }
 

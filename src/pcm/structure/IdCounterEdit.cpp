@@ -6,13 +6,9 @@ namespace kavu {
 
 namespace {
 
-constexpr int kTitleValue = 87;
-constexpr int kTitleDelete = 128;
-constexpr int kTitleUnableToDelete = 130;
-
 template <typename... Args>
-bool refuse(const PcmFormat& format, UserInterface* parent, int id, int titleId,
-            const Args&... args) {
+bool refuse(const PcmFormat& format, UserInterface* parent, MessageFor<Args...> id,
+            MessageTitle titleId, const Args&... args) {
     format.context().messages.show(parent, id, titleId, kErrorBox, args...);
     return false;
 }
@@ -91,7 +87,7 @@ void emptyCounter(PcmFormat& format, int counter) {
 
 bool checkFrame(PcmFormat& format, UserInterface* parent, std::string_view which, int frame) {
     return (frame >= 1 && frame <= format.numberOfFrames) ||
-           refuse(format, parent, 363, kTitleValue, which, format.numberOfFrames);
+           refuse(format, parent, 363, title::kIllegalValueEntered, which, format.numberOfFrames);
 }
 
 }  // namespace
@@ -186,10 +182,10 @@ bool deleteIdCounter(PcmFormat& format, UserInterface* parent, int fwp) {
         return refuse(format, parent, 359, title::kInternalError);
     }
     if (const auto* const reference = referenceTo(format, index)) {
-        return refuse(format, parent, 360, kTitleUnableToDelete, reference->name.view());
+        return refuse(format, parent, 360, title::kUnableToDeleteIdCounter, reference->name.view());
     }
-    if (parent != nullptr &&
-        format.context().messages.show(parent, 129, kTitleDelete, kYesNoBox) != Button::Yes) {
+    if (parent != nullptr && format.context().messages.show(parent, 129, title::kDeleteIdCounter,
+                                                            kYesNoBox) != Button::Yes) {
         return false;
     }
     resetWord(format, parent, fwp, true);
@@ -200,7 +196,7 @@ bool deleteIdCounter(PcmFormat& format, UserInterface* parent, int fwp) {
 
 bool setMsbStartBit(PcmFormat& format, UserInterface* parent, IdCounter& counter, int bit) {
     if (bit < 1) {
-        return refuse(format, parent, 366, kTitleValue);
+        return refuse(format, parent, 366, title::kIllegalValueEntered);
     }
     counter.msbStartBit = std::to_string(bit);
     return true;
@@ -211,7 +207,7 @@ bool setStartFrame(PcmFormat& format, UserInterface* parent, IdCounter& counter,
         return false;
     }
     if (frame >= counter.endFrame.number()) {
-        return refuse(format, parent, 364, kTitleValue);
+        return refuse(format, parent, 364, title::kIllegalValueEntered);
     }
     counter.startFrame = std::to_string(frame);
     updateEndValue(counter);
@@ -223,7 +219,7 @@ bool setEndFrame(PcmFormat& format, UserInterface* parent, IdCounter& counter, i
         return false;
     }
     if (frame <= counter.startFrame.number()) {
-        return refuse(format, parent, 364, kTitleValue);
+        return refuse(format, parent, 364, title::kIllegalValueEntered);
     }
     counter.endFrame = std::to_string(frame);
     updateEndValue(counter);
@@ -233,11 +229,12 @@ bool setEndFrame(PcmFormat& format, UserInterface* parent, IdCounter& counter, i
 bool checkIdCounterName(const PcmFormat& format, UserInterface* parent, int counter,
                         std::string_view name) {
     if (name.empty()) {
-        return refuse(format, parent, 361, kTitleValue);
+        return refuse(format, parent, 361, title::kIllegalValueEntered);
     }
     for (int other = 0; isEntry(format, other); ++other) {
         if (other != counter && format.idCounters[static_cast<std::size_t>(other)].name == name) {
-            return refuse(format, parent, 365, kTitleValue, wordOfIdCounter(format, other));
+            return refuse(format, parent, 365, title::kIllegalValueEntered,
+                          wordOfIdCounter(format, other));
         }
     }
     return true;
@@ -253,7 +250,7 @@ bool saveIdCounter(PcmFormat& format, UserInterface* parent, int fwp, const IdCo
     }
     const int most = format.wordLength(fwp);
     if (record.counterLength.number() > most) {
-        return refuse(format, parent, 362, kTitleValue, most);
+        return refuse(format, parent, 362, title::kIllegalValueEntered, most);
     }
     auto& counter = format.idCounters[static_cast<std::size_t>(index)];
     auto subframes = std::move(counter.subframes);

@@ -15,7 +15,6 @@ namespace kavu {
 
 namespace {
 
-constexpr int kIllegalEntry = 87;
 constexpr int kMostWordsClassOne = 1024;
 constexpr int kMostWordsBus = 256;
 constexpr int kWordLengthBus = 24;
@@ -35,11 +34,11 @@ bool PcmFormat::setCommonWordLength(UserInterface* parent, int length) {
     }
     const int most = edition() >= 2005 ? 32 : 16;
     if (typeFormat == stream_type::kClassOne.stored && (length < 4 || length > most)) {
-        messages.show(parent, 219, kIllegalEntry, kErrorBox, most);
+        messages.show(parent, 219, title::kIllegalValueEntered, kErrorBox, most);
         return false;
     }
     if (typeFormat == stream_type::kBus1553.stored && length != kWordLengthBus) {
-        messages.show(parent, 220, kIllegalEntry, kErrorBox);
+        messages.show(parent, 220, title::kIllegalValueEntered, kErrorBox);
         return false;
     }
     // A variable length that happens to be the common one goes along.
@@ -67,7 +66,7 @@ void PcmFormat::raiseNumberOfFrames(const Report& report, int frames) {
 
 bool PcmFormat::setNumberOfFrames(UserInterface* parent, int frames) {
     if (frames < 1 || frames > kMostFrames) {
-        context_.messages.show(parent, 216, kIllegalEntry, kErrorBox);
+        context_.messages.show(parent, 216, title::kIllegalValueEntered, kErrorBox);
         return false;
     }
     if (frames < numberOfFrames) {
@@ -126,15 +125,15 @@ bool PcmFormat::allocateWords(const Report& report, int words) {
 bool PcmFormat::setWordsPerMinorFrame(UserInterface* parent, int words) {
     const auto& messages = context_.messages;
     if (words < 1) {
-        messages.show(parent, 161, kIllegalEntry, kErrorBox, 0);
+        messages.show(parent, 161, title::kIllegalValueEntered, kErrorBox, 0);
         return false;
     }
     if (isBusStream && (words < kLeastWordsBus || words > kMostWordsBus)) {
-        messages.show(parent, 222, kIllegalEntry, kErrorBox);
+        messages.show(parent, 222, title::kIllegalValueEntered, kErrorBox);
         return false;
     }
     if (typeFormat == stream_type::kClassOne.stored && words > kMostWordsClassOne) {
-        messages.show(parent, 223, kIllegalEntry, kErrorBox);
+        messages.show(parent, 223, title::kIllegalValueEntered, kErrorBox);
         return false;
     }
     // Subframes go before the counters that they refer to, and nobody is asked.
@@ -148,7 +147,7 @@ bool PcmFormat::setWordsPerMinorFrame(UserInterface* parent, int words) {
             deleteIdCounter(*this, nullptr, fwp);
         }
     }
-    const auto report = [&](int id, int titleId, int first, int second) {
+    const auto report = [&](MessageFor<int, int> id, MessageTitle titleId, int first, int second) {
         messages.show(parent, id, titleId, kErrorBox, first, second);
     };
     if (!allocateWords(report, words)) {
@@ -163,12 +162,12 @@ bool PcmFormat::setWordsPerMinorFrame(UserInterface* parent, int words) {
 bool PcmFormat::setFrameSyncPatternByValue(UserInterface* parent, std::string_view pattern) {
     const auto digits = withoutBlanks(pattern);
     if (!digits.empty() && !(hexFsp ? isHexadecimalText(digits) : isBinaryText(digits))) {
-        context_.messages.show(parent, 439, kIllegalEntry, kErrorBox);
+        context_.messages.show(parent, 439, title::kIllegalValueEntered, kErrorBox);
         return false;
     }
     const int bits = digits.empty() ? 0 : countPatternBits(digits, hexFsp);
     if (bits > kMostSyncBits) {
-        context_.messages.show(parent, 440, kIllegalEntry, kErrorBox, kMostSyncBits);
+        context_.messages.show(parent, 440, title::kIllegalValueEntered, kErrorBox, kMostSyncBits);
         return false;
     }
     // What is longer than its place has so many blanks; cut, it would lose digits.
@@ -185,7 +184,7 @@ bool PcmFormat::setFrameSyncPatternByValue(UserInterface* parent, std::string_vi
 
 bool PcmFormat::setFrameSyncPatternByLength(UserInterface* parent, int length) {
     if (length > kMostSyncBits) {
-        context_.messages.show(parent, 440, kIllegalEntry, kErrorBox, kMostSyncBits);
+        context_.messages.show(parent, 440, title::kIllegalValueEntered, kErrorBox, kMostSyncBits);
         return false;
     }
     return setFrameSyncPatternByValue(parent, recommendedPattern(length, hexFsp));

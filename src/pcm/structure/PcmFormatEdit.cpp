@@ -16,9 +16,6 @@ namespace kavu {
 
 namespace {
 
-constexpr int kIllegalEntry = 87;
-constexpr int kErrorReadingFormat = 88;
-
 /// What a bus stream has, and no person can change.
 constexpr auto kFixedInBus =
     std::to_array<std::string_view>({"MF\\N", "F2", "F3", "F4", "MF3", "MF4", "MF5"});
@@ -171,7 +168,7 @@ void checkClassOf(PcmFormat& format, UserInterface* parent) {
     if (!attribute) {
         return;
     }
-    format.context().messages.show(parent, 221, kErrorReadingFormat, kWarningBox,
+    format.context().messages.show(parent, 221, title::kErrorReadingFormat, kWarningBox,
                                    format.streamName.view(), *attribute);
     format.typeFormat =
         format.edition() <= 2001 ? stream_type::kOther.stored : stream_type::kClassTwo.stored;
@@ -220,7 +217,7 @@ bool checkSwitchLocation(const PcmFormat& format, UserInterface* parent,
     if (location.empty() || (fwp >= 1 && fwp <= format.wordsPerMinorFrame)) {
         return true;
     }
-    format.context().messages.show(parent, 160, kIllegalEntry, kErrorBox, 1,
+    format.context().messages.show(parent, 160, title::kIllegalValueEntered, kErrorBox, 1,
                                    format.wordsPerMinorFrame);
     return false;
 }

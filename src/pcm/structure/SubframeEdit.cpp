@@ -6,11 +6,9 @@ namespace kavu {
 
 namespace {
 
-constexpr int kTitleDelete = 124;
-
 template <typename... Args>
-Button show(const PcmFormat& format, UserInterface* parent, int id, int titleId,
-            const BoxStyle& style, const Args&... args) {
+Button show(const PcmFormat& format, UserInterface* parent, MessageFor<Args...> id,
+            MessageTitle titleId, const BoxStyle& style, const Args&... args) {
     return format.context().messages.show(parent, id, titleId, style, args...);
 }
 
@@ -220,8 +218,8 @@ bool deleteSubframe(PcmFormat& format, UserInterface* parent, int fwp, bool cell
     if (word.type != WordType::Subframe || record == nullptr) {
         return false;
     }
-    if (parent != nullptr &&
-        show(format, parent, 123, kTitleDelete, kYesNoBox, record->name.view()) != Button::Yes) {
+    if (parent != nullptr && show(format, parent, 123, title::kDeleteSubframe, kYesNoBox,
+                                  record->name.view()) != Button::Yes) {
         return false;
     }
     const auto words = format.wordsOf(ref);

@@ -41,9 +41,8 @@ bool saveSubframeEditing(PcmFormat& format, UserInterface* parent, int fwp,
 
 bool addLocation(const PcmFormat& format, UserInterface* parent, std::vector<int>& locations,
                  int fwp) {
-    constexpr int kIllegalEntry = 87;
     if (fwp < 1) {
-        format.context().messages.show(parent, 161, kIllegalEntry, kErrorBox, 0);
+        format.context().messages.show(parent, 161, title::kIllegalValueEntered, kErrorBox, 0);
         return false;
     }
     const auto at = std::lower_bound(locations.begin(), locations.end(), fwp);

@@ -9,12 +9,6 @@ namespace kavu {
 
 namespace {
 
-constexpr int kTitleValue = 87;
-constexpr int kTitleAborted = 102;
-constexpr int kTitleInterval = 120;
-constexpr int kTitleLocations = 125;
-constexpr int kTitleUnableToSave = 126;
-
 class SubframeSaver {
   public:
     SubframeSaver(PcmFormat& format, UserInterface* parent, int fwp, const Subframe& record,
@@ -29,7 +23,7 @@ class SubframeSaver {
 
     bool save() {
         if (format_.wordType(fwp_) != WordType::Subframe || format_.subframe(ref_) == nullptr) {
-            return refuse(342, kTitleAborted);
+            return refuse(342, title::kOperationAborted);
         }
         if (!checkName() || !checkLocations() || !checkDepth()) {
             return false;
@@ -54,17 +48,17 @@ class SubframeSaver {
 
   private:
     template <typename... Args>
-    bool refuse(int id, int titleId, const Args&... args) {
+    bool refuse(MessageFor<Args...> id, MessageTitle titleId, const Args&... args) {
         format_.context().messages.show(parent_, id, titleId, kErrorBox, args...);
         return false;
     }
 
     bool checkName() {
         if (record_.name.empty()) {
-            return refuse(353, kTitleValue);
+            return refuse(353, title::kIllegalValueEntered);
         }
         if (!(record_.name == old_.name) && subframeNameExists(format_, record_.name)) {
-            return refuse(354, kTitleValue);
+            return refuse(354, title::kIllegalValueEntered);
         }
         return true;
     }
@@ -95,22 +89,22 @@ class SubframeSaver {
         const int count = record_.supercommutated.number();
         const int interval = record_.interval.number();
         if (count < 1 || count > kMostSupercomLocations) {
-            return refuse(160, kTitleLocations, 1, kMostSupercomLocations);
+            return refuse(160, title::kInvalidSupercomLocations, 1, kMostSupercomLocations);
         }
         if (interval < 1 || interval > kMostSubframeInterval) {
-            return refuse(160, kTitleInterval, 1, kMostSubframeInterval);
+            return refuse(160, title::kInvalidInterval, 1, kMostSubframeInterval);
         }
         for (int i = 0; i < count; ++i) {
             const int word = fwp_ + i * interval;
             // The position behind the last word is let through; nothing is placed there.
             if (word > format_.wordsPerMinorFrame) {
-                return refuse(343, kTitleUnableToSave, word);
+                return refuse(343, title::kUnableToSaveSubframe, word);
             }
             if (isTaken(word)) {
-                return refuse(344, kTitleUnableToSave, word);
+                return refuse(344, title::kUnableToSaveSubframe, word);
             }
             if (isInUse(word)) {
-                return refuse(341, kTitleValue, word);
+                return refuse(341, title::kIllegalValueEntered, word);
             }
             locations_.push_back(word);
         }
@@ -119,24 +113,24 @@ class SubframeSaver {
 
     bool checkEveryLocation() {
         if (every_.size() > static_cast<std::size_t>(kMostSupercomLocations)) {
-            return refuse(160, kTitleLocations, 1, kMostSupercomLocations);
+            return refuse(160, title::kInvalidSupercomLocations, 1, kMostSupercomLocations);
         }
         bool found = false;
         for (const int word : every_) {
             if (!format_.isDataWord(word)) {
-                return refuse(346, kTitleValue, format_.wordsPerMinorFrame - 1);
+                return refuse(346, title::kIllegalValueEntered, format_.wordsPerMinorFrame - 1);
             }
             if (isTaken(word)) {
-                return refuse(347, kTitleUnableToSave, word);
+                return refuse(347, title::kUnableToSaveSubframe, word);
             }
             if (isInUse(word)) {
-                return refuse(341, kTitleValue, word);
+                return refuse(341, title::kIllegalValueEntered, word);
             }
             found = found || word == fwp_;
             locations_.push_back(word);
         }
         if (!found) {
-            return refuse(348, kTitleValue, fwp_);
+            return refuse(348, title::kIllegalValueEntered, fwp_);
         }
         std::sort(locations_.begin(), locations_.end());
         locations_.erase(std::unique(locations_.begin(), locations_.end()), locations_.end());
@@ -150,14 +144,14 @@ class SubframeSaver {
     bool checkDepth() {
         const int depth = record_.depth.number();
         if (depth < 1) {
-            return refuse(349, kTitleValue);
+            return refuse(349, title::kIllegalValueEntered);
         }
         if (depth > format_.numberOfFrames) {
-            return refuse(350, kTitleValue, format_.numberOfFrames);
+            return refuse(350, title::kIllegalValueEntered, format_.numberOfFrames);
         }
         const auto& counter = format_.idCounters[static_cast<std::size_t>(ref_.counter)];
         if (counter.depth() % depth != 0) {
-            return refuse(351, kTitleValue, counter.name.view(), counter.depth());
+            return refuse(351, title::kIllegalValueEntered, counter.name.view(), counter.depth());
         }
         return true;
     }

@@ -12,8 +12,6 @@ namespace kavu {
 
 namespace {
 
-constexpr int kTitleUnableToSave = 136;
-
 /// Writes the records of one kind, numbered from 1.
 class AsyncWriter {
   public:
@@ -47,8 +45,8 @@ class AsyncWriter {
         writeIntCommand(writer_, prefix_, fieldCode(field.code, numbers), value);
     }
     template <typename... Args>
-    void complain(int id, const Args&... args) {
-        format_.context().messages.show(parent_, id, kTitleUnableToSave, kErrorBox, args...);
+    void complain(MessageFor<Args...> id, const Args&... args) {
+        format_.context().messages.show(parent_, id, title::kUnableToSaveAsync, kErrorBox, args...);
     }
 
     void writeRecord(const AsyncFormat& record, const std::vector<AsyncPlace>& places) {

@@ -16,10 +16,6 @@ namespace kavu {
 
 namespace {
 
-constexpr int kTitleSaving = 101;
-constexpr int kTitleSupercom = 131;
-constexpr int kTitleFragments = 132;
-constexpr int kTitleSubframeSupercom = 133;
 /// Fragments with a higher number are not counted.
 constexpr int kMostCountedFragments = 9;
 
@@ -84,7 +80,7 @@ void MeasurementCommands::number(const Field& field, long value, std::initialize
     writeIntCommand(writer_, prefix_, code_, value);
 }
 
-void MeasurementCommands::cannotFindOthers(int titleId) {
+void MeasurementCommands::cannotFindOthers(MessageTitle titleId) {
     format_.context().messages.show(parent_, 295, titleId, kErrorBox, measurement_.name.view());
 }
 
@@ -141,7 +137,7 @@ void MeasurementCommands::writeLocations() {
             return;
         }
     }
-    format_.context().messages.show(parent_, 297, kTitleSaving, kErrorBox,
+    format_.context().messages.show(parent_, 297, title::kErrorSavingMeasurement, kErrorBox,
                                     measurement_.name.view());
 }
 
@@ -170,7 +166,7 @@ void MeasurementCommands::writeMinorSupercom() {
     for (int k = 1; k <= measurement_.locationCount; ++k) {
         const auto found = occurrences.next();
         if (!found) {
-            cannotFindOthers(kTitleSupercom);
+            cannotFindOthers(title::kErrorSavingSupercomList);
             return;
         }
         number(minor_supercom_field::kWord, found->fwp, {k});
@@ -179,7 +175,7 @@ void MeasurementCommands::writeMinorSupercom() {
         if (const auto head = format_.cellAt(found->fwp, found->fn)) {
             text(minor_supercom_field::kWordMask, format_.cells().measurement(head).mask, {k});
         } else {
-            cannotFindOthers(kTitleSupercom);
+            cannotFindOthers(title::kErrorSavingSupercomList);
         }
     }
 }
@@ -198,13 +194,13 @@ void MeasurementCommands::writeMinorFragmented() {
     for (int k = 1; k <= measurement_.locationCount; ++k) {
         const auto found = occurrences.next();
         if (!found) {
-            cannotFindOthers(kTitleFragments);
+            cannotFindOthers(title::kErrorSavingWordFragments);
             return;
         }
         const auto& fragment = format_.cells().measurement(found->cell);
         number(minor_fragment_field::kWord, found->fwp, {k});
         if (fragment.mask.empty()) {
-            cannotFindOthers(kTitleFragments);
+            cannotFindOthers(title::kErrorSavingWordFragments);
         }
         text(minor_fragment_field::kWordMask, fragment.mask, {k});
         text(minor_fragment_field::kTransferOrder, fragment.fragmentTransferOrder, {k});
@@ -215,8 +211,8 @@ void MeasurementCommands::writeMinorFragmented() {
 void MeasurementCommands::writeSubframeSupercom() {
     const auto name = subframeName(fwp_);
     if (name.empty()) {
-        format_.context().messages.show(parent_, 296, kTitleSubframeSupercom, kErrorBox,
-                                        measurement_.name.view());
+        format_.context().messages.show(parent_, 296, title::kUnableToSaveSubframeSupercom,
+                                        kErrorBox, measurement_.name.view());
     }
     text(subframe_supercom_field::kSubframe, name);
     number(subframe_supercom_field::kCount, measurement_.locationCount);

@@ -36,7 +36,7 @@ class MeasurementCommands {
     void text(const Field& field, std::string_view value, std::initializer_list<int> more = {});
     void number(const Field& field, long value, std::initializer_list<int> more = {});
     void setCode(const Field& field, std::initializer_list<int> more);
-    void cannotFindOthers(int titleId);
+    void cannotFindOthers(MessageTitle titleId);
     [[nodiscard]] std::string_view subframeName(int fwp) const;
     /// All hits by rising frame, and within a frame by rising word.
     [[nodiscard]] std::vector<Hit> hits() const;

@@ -28,7 +28,6 @@ namespace {
 
 constexpr int kFirstEdition = 2004;
 constexpr std::string_view kWordFrameType = "WDFR";
-constexpr int kTitle = 89;
 
 bool isWordFrame(const Measurement& measurement) {
     return equalsIgnoreCase(measurement.locationType, kWordFrameType);
@@ -344,12 +343,12 @@ class Conversion {
                 }
                 told[name] = true;
                 const auto& measurement = cells.measurement(at);
-                load_.log(460, kTitle, measurement.name.view(), fwp, fn,
+                load_.log(460, title::kErrorReadingMeasurement, measurement.name.view(), fwp, fn,
                           measurement.locationType.view());
             }
         });
         if (const int after = countPlaces(format_); after != before) {
-            load_.log(461, kTitle, before, after);
+            load_.log(461, title::kErrorReadingMeasurement, before, after);
         }
     }
 

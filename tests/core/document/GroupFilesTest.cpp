@@ -1,7 +1,9 @@
 #include "core/document/GroupFiles.h"
+#include "core/text/PrintfFormat.h"
 
 #include <set>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -104,6 +106,19 @@ TEST(GroupFilesTest, TextsOfReadingSavingAndMessages) {
         EXPECT_EQ(kind.saveTitle, row.save);
         EXPECT_EQ(kind.messageName, row.message);
         EXPECT_EQ(kind.firstEdition, row.firstEdition) << row.letter;
+    }
+}
+
+// They are chosen at run time: no compiler checks them.
+TEST(GroupFilesTest, FormatsFitTheIndexTheyAreGiven) {
+    for (const auto& kind : groupKinds()) {
+        const std::vector index(kind.indexed ? 1 : 0, PrintfKind::Integer);
+        EXPECT_TRUE(fitsArguments(kind.fileFormat, index)) << kind.letter;
+        EXPECT_TRUE(fitsArguments(kind.readTitle, index)) << kind.letter;
+        const bool named = kind.letter == 'S';
+        const std::vector saved =
+            named ? std::vector{PrintfKind::Text, PrintfKind::Integer} : index;
+        EXPECT_TRUE(fitsArguments(kind.saveTitle, saved)) << kind.letter;
     }
 }
 

@@ -62,6 +62,10 @@ TEST(MessageTableTest, TitlesThatManyCallersUse) {
         {title::kInternalError, "KAVU-9 Internal Error"},
         {title::kDeleteEntry, "Delete This Entry?"},
         {title::kErrorSaving, "Error Saving TMATS File"},
+        {title::kIllegalValueFound, "Illegal Value Found"},
+        {title::kIllegalValueEntered, "Illegal Value Entered"},
+        {title::kErrorReadingFormat, "Error Reading PCM Format Information"},
+        {title::kErrorReadingMeasurement, "Error Reading Measurement Information In TMATS File"},
         {title::kErrorReadingConversion, "Error Reading Data Conversion Information"},
     };
     for (const auto& [id, text] : rows) {
@@ -100,16 +104,16 @@ TEST_F(MessagesTest, ANegativeNumberShowsTheTextAlone) {
 }
 
 TEST_F(MessagesTest, ANumberThatIsNotInTheTableSaysSoWithItsNumber) {
-    t.messages.show(&t.ui, kNotInTable, title::kError, kErrorBox);
+    t.messages.show(&t.ui, chosenMessage(kNotInTable), title::kError, kErrorBox);
     EXPECT_EQ(box().text, "<Internal error: String not found>");
     EXPECT_EQ(box().shownText(), "KAVU Error #9999\n\n<Internal error: String not found>");
-    t.messages.log(&t.ui, kNotInTable, title::kError);
+    t.messages.log(&t.ui, chosenMessage(kNotInTable), title::kError);
     EXPECT_EQ(logText(),
               "KAVU-9 Error - (KAVU Error #9999)\n\n\t<Internal error: String not found>\n\n");
 }
 
 TEST_F(MessagesTest, AMissingTitleSaysSoInLowerCase) {
-    t.messages.show(&t.ui, kUnableToEdit, kNotInTable, kErrorBox, "x");
+    t.messages.show(&t.ui, kUnableToEdit, chosenMessage(kNotInTable), kErrorBox, "x");
     EXPECT_EQ(box().title, "<internal error: String not found>");
 }
 

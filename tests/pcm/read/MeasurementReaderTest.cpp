@@ -63,6 +63,9 @@ TEST(MeasurementReader, MissingCountsAndNamesHaveDefaults) {
     LoadFixture f;
     ASSERT_TRUE(f.load(plainFormat(8, 1), Commands{"XX:1"}));
     EXPECT_EQ(f.logged(), (Logged{{238, 79}, {239, 89}, {240, 79}}));
+    EXPECT_EQ(f.logText(239),
+              "Unable to locate Measurement List Name for definition #1. Default name "
+              "'Measurement List #1' will be used.");
     EXPECT_EQ(f.format.measurementListCount, 1);
     EXPECT_EQ(f.format.measurementListNames[0], "Measurement List #1");
     EXPECT_EQ(f.result(), 1);

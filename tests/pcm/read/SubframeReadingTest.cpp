@@ -154,6 +154,10 @@ TEST(SubframeReading, ADepthOfOneOrLessBecomesThatOfTheCounter) {
             {"SF\\N-1:1", "SF1-1-1:S", "SF4-1-1-1:5", std::string("SF6-1-1:") + depth})));
         EXPECT_EQ(f.subframe(0, 0).depth, "8");
         EXPECT_EQ(f.ui.countLogs(212), 1);
+        EXPECT_EQ(f.logText(212), "Warning: Subframe 'S' was defined with a depth of '" +
+                                      std::to_string(leadingInt(depth)) +
+                                      "'. This is illogical. The depth has been changed to 8. "
+                                      "This may produce undesirable results");
         EXPECT_EQ(f.result(), 1);
     }
 }

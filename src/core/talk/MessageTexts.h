@@ -1,13 +1,26 @@
 // The texts of the numbered messages. A number is never used again for another text, so a
 // retired one leaves its gap. Odd spelling is part of a text that users know by heart and
-// stays.
-#include "core/talk/Messages.h"
+// stays. The texts are in a header for the compiler: it checks each message against the
+// arguments it is given (see MessageFor.h).
+#pragma once
+
+#include <cstddef>
+#include <string_view>
 
 namespace kavu {
 
-namespace {
+/// One row of the table of messages. Numbers are never used again for another text.
+struct MessageText {
+    template <std::size_t Size>
+    constexpr MessageText(int number, const char (&literal)[Size])
+        : id(number), text(literal, Size - 1) {}
 
-constexpr MessageText kMessages[] = {
+    int id;
+    std::string_view text;
+};
+
+/// All rows by rising id: 1 to 71 are the prompts of the menu, from 73 messages and titles.
+inline constexpr MessageText kMessageTexts[] = {
     // --- Prompts of the menu commands
     {1, "Create a new TMATS file"},
     {2, "Open an existing TMATS file"},
@@ -964,11 +977,5 @@ constexpr MessageText kMessages[] = {
      "in this PCM stream. After the conversion, %d were found. Some measurements may not "
      "have been completely converted."},
 };
-
-}  // namespace
-
-std::span<const MessageText> messageTable() {
-    return kMessages;
-}
 
 }  // namespace kavu
