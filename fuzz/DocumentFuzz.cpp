@@ -85,10 +85,10 @@ Editions editionsOf(std::uint8_t choice) {
 
 void setEditions(Run& run, const Editions& editions) {
     auto& settings = run.application.context().settings;
-    settings.overrideForThisRun("IRIGInputVersion", editions.input);
+    settings.overrideForThisRun(kavu::setting::kInputEdition, editions.input);
     if (!editions.output.empty()) {
-        settings.overrideForThisRun("IRIGOutputMethod", "2");
-        settings.overrideForThisRun("IRIGOutputVersion", editions.output);
+        settings.overrideForThisRun(kavu::setting::kOutputMethod, 2);
+        settings.overrideForThisRun(kavu::setting::kOutputEdition, editions.output);
     }
 }
 

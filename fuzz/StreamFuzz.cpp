@@ -83,7 +83,7 @@ struct World {
                   messages, reader, document, steps,    history},
           format(context) {
         KAVU_CHECK(store.activate(nullptr, "KAVU-9", random));
-        settings.overrideForThisRun("WdFrCreation", "1");
+        settings.overrideForThisRun(setting::kDefinitionMode, 1);
     }
     static Environment environment(const std::string& folder) {
         Environment environment;

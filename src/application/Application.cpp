@@ -81,7 +81,6 @@ struct Application::Parts {
     MeasurementNames measurements;
     PcmFormat pcmFormat;
     PcmSteps pcmSteps;
-    HeldSettings held;
 };
 
 Application::Application(Environment environment, const Clock& clock, RandomSource& random,
@@ -109,7 +108,12 @@ bool Application::startUp(UserInterface* parent) {
         parts_ = std::make_unique<Parts>(environment_, clock_, random_, settingsPath_);
         installSteps();
     }
-    readSettings();
+    auto& settings = parts_->settings;
+    parts_->measurements.setChecking(settings.get(setting::kCheckDuplicates), false);
+    resetVersionFromSettings(parts_->context);
+    if (settings.get(setting::kDatabasePath).empty()) {
+        settings.set(setting::kDatabasePath, supportFolder_ + "kavu.mdb");
+    }
     setStatusText(parent, kVerifying);
     if (++starts_ == 1) {
         if (!parts_->store.activate(parent, kApplicationName, random_)) {
@@ -122,29 +126,6 @@ bool Application::startUp(UserInterface* parent) {
     return true;
 }
 
-void Application::readSettings() {
-    auto& settings = parts_->settings;
-    auto& held = parts_->held;
-    held.calBy = settings.integer("CalBy", 0);
-    held.prsSort = settings.integer("PRSSort", 0);
-    held.curveAllPairs = settings.integer("CurveAllPairs", 0);
-    held.lsbfMaxOrder = settings.integer("LSBFMaxOrder", 5);
-    held.useLsbfSolution = settings.integer("UseLSBFSolution", 0);
-    held.floatPrecision = settings.integer("FloatPrecision", 8);
-    parts_->measurements.setChecking(settings.integer("CheckForDupMeasurements", 1) != 0, false);
-    resetVersionFromSettings(parts_->context);
-    held.mdbVersion = settings.integer("MDBVer", 2);
-    held.mdbAddRoot = settings.integer("MDBAddRoot", 0);
-    held.mdbAddChildren = settings.integer("MDBAddChildren", 0);
-    held.databasePath = settings.text("MDB");
-    if (held.databasePath.empty()) {
-        held.databasePath = supportFolder_ + "kavu.mdb";
-        settings.write("MDB", held.databasePath);
-    }
-    held.checkSampleRate = settings.integer("ChkSR", 0);
-    held.sampleRatePrecision = settings.integer("SRPrec", 2);
-}
-
 bool Application::shutDown(UserInterface* parent) {
     if (parts_ == nullptr || starts_ == 0) {
         return true;
@@ -152,8 +133,10 @@ bool Application::shutDown(UserInterface* parent) {
     if (!documents_->close(parent)) {
         return false;
     }
-    parts_->settings.writeInteger("MDBAddRoot", parts_->held.mdbAddRoot);
-    parts_->settings.writeInteger("MDBAddChildren", parts_->held.mdbAddChildren);
+    // The choices of this run are kept when it ends, those of the menu among them.
+    for (const auto& key : {setting::kDatabaseAddsRoot, setting::kDatabaseAddsChildren}) {
+        parts_->settings.set(key, parts_->settings.get(key));
+    }
     parts_->names.closeStore(nullptr);
     parts_->store.deactivate(parent);
     --starts_;
@@ -165,8 +148,7 @@ void Application::installSteps() {
     auto& steps = parts.steps;
     steps.gatherMeasurementNames = [&parts](UserInterface* parent) {
         // A document starts with the checking that the settings ask for.
-        parts.measurements.setChecking(parts.settings.integer("CheckForDupMeasurements", 1) != 0,
-                                       false);
+        parts.measurements.setChecking(parts.settings.get(setting::kCheckDuplicates), false);
         return parts.measurements.checkForDuplicates(parent);
     };
     steps.forgetMeasurementNames = [&parts] { parts.measurements.forget(std::nullopt); };
@@ -266,9 +248,6 @@ void Application::setDefinitionModeStep(
     if (parts_ != nullptr) {
         parts_->pcmSteps.chooseDefinitionMode = definitionModeStep_;
     }
-}
-Application::HeldSettings& Application::held() {
-    return parts_->held;
 }
 const std::string& Application::supportFolder() const {
     return supportFolder_;

@@ -62,22 +62,6 @@ class Application {
     bool changeVersions(UserInterface* parent, const VersionOptions& options,
                         IoStatus* failure = nullptr);
 
-    /// Settings that are held in memory while the program runs.
-    struct HeldSettings {
-        int calBy = 0;
-        int prsSort = 0;
-        int curveAllPairs = 0;
-        int lsbfMaxOrder = 5;
-        int useLsbfSolution = 0;
-        int floatPrecision = 8;
-        int mdbVersion = 2;
-        int mdbAddRoot = 0;
-        int mdbAddChildren = 0;
-        int checkSampleRate = 0;
-        int sampleRatePrecision = 2;
-        std::string databasePath;
-    };
-    [[nodiscard]] HeldSettings& held();
     [[nodiscard]] const std::string& supportFolder() const;
     /// "kavu.hlp" beside the program.
     [[nodiscard]] const std::string& helpPath() const;
@@ -89,7 +73,6 @@ class Application {
     struct Parts;
     void installSteps();
     void installPcmSteps();
-    void readSettings();
 
     Environment environment_;
     const Clock& clock_;

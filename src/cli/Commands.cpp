@@ -29,8 +29,8 @@ bool prepareSave(CommandContext& context) {
     if (context.line.edition) {
         // As if the user had chosen "always save in this version", for this run alone.
         auto& settings = context.application.context().settings;
-        settings.overrideForThisRun("IRIGOutputMethod", "2");
-        settings.overrideForThisRun("IRIGOutputVersion", std::to_string(*context.line.edition));
+        settings.overrideForThisRun(setting::kOutputMethod, 2);
+        settings.overrideForThisRun(setting::kOutputEdition, std::to_string(*context.line.edition));
     }
     return true;
 }

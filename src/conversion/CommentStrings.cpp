@@ -10,9 +10,7 @@ namespace kavu {
 
 namespace {
 
-constexpr std::string_view kSection = "EUComment";
-constexpr std::string_view kCount = "C";
-constexpr int kMostStrings = 1000;
+constexpr std::string_view kSection = setting::kCommentStrings.section;
 
 std::string rowKey(const char* key, std::size_t row) {
     return key + std::to_string(row + 1);
@@ -22,7 +20,7 @@ std::string rowKey(const char* key, std::size_t row) {
 
 std::vector<CommentString> readCommentStrings(const DocumentContext& context) {
     const auto& settings = context.settings;
-    const int count = std::clamp(settings.profileInteger(kSection, kCount, 0), 0, kMostStrings);
+    const int count = settings.get(setting::kCommentStrings);
     std::vector<CommentString> strings;
     for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
         CommentString row;
@@ -40,7 +38,7 @@ std::vector<CommentString> readCommentStrings(const DocumentContext& context) {
 void writeCommentStrings(DocumentContext& context, std::span<const CommentString> strings) {
     auto& settings = context.settings;
     settings.writeProfile(kSection, std::nullopt, std::nullopt);
-    settings.writeProfile(kSection, kCount, std::to_string(strings.size()));
+    settings.set(setting::kCommentStrings, static_cast<int>(strings.size()));
     for (std::size_t i = 0; i < strings.size(); ++i) {
         const auto& row = strings[i];
         std::string text = row.text;

@@ -22,10 +22,13 @@ constexpr std::size_t kChunksAtHand = 8;
 /// A setting becomes a key of a new record.
 struct DefaultKey {
     std::string_view code;
-    std::string_view setting;
+    TextKey setting;
 };
-constexpr DefaultKey kContactDefaults[] = {
-    {"POC1", "CPOC1"}, {"POC2", "CPOC2"}, {"POC3", "CPOC3"}, {"POC4", "CPOC4"}, {"MN4", "CMN4"}};
+constexpr DefaultKey kContactDefaults[] = {{"POC1", setting::kContactName},
+                                           {"POC2", setting::kContactAgency},
+                                           {"POC3", setting::kContactAddress},
+                                           {"POC4", setting::kContactTelephone},
+                                           {"MN4", setting::kConversionLinkType}};
 
 }  // namespace
 
@@ -317,17 +320,17 @@ void ConversionStore::fillDefaults(ProfileFile& chunk, const std::string& name,
         }
     };
     put(recordkey::kTemplate, asTemplate ? "1" : "");
-    put("TRD4", settings.text("CTRD4"));
+    put("TRD4", settings.get(setting::kConversionClassification));
     put("TRD5", tmatsDate(now, edition));
     for (const auto& row : kContactDefaults) {
-        put(row.code, settings.text(row.setting));
+        put(row.code, settings.get(row.setting));
     }
-    put("BFM", settings.text("CBFM", "UNS"));
+    put("BFM", settings.get(setting::kBinaryFormat));
     if (sampleRateOptions(settings).check && sampleRateStep) {
         put("SR", sampleRateStep(name));
     }
     put("CRT", tmatsDateTime(now, edition));
-    const auto type = settings.text("CDCT", "NON");
+    const auto type = settings.get(setting::kConversionType);
     put(kTypeCode, type);
     if (equalsIgnoreCase(type, "COE")) {
         // The identity line.

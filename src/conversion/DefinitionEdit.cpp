@@ -18,7 +18,6 @@ namespace kavu {
 
 namespace {
 
-constexpr std::string_view kLastSource = "CopyEUDefsFrom";
 /// More than any list of a record has; a count from a file is not trusted beyond it.
 constexpr int kMostRows = 9999;
 constexpr int kNoOtherRecords = 435;
@@ -179,7 +178,7 @@ DefinitionEdit::Import DefinitionEdit::importValues(UserInterface* parent,
         !store_->separatePairs(parent, name_, true)) {
         return Import::Failed;
     }
-    context_->settings.write(kLastSource, source);
+    context_->settings.set(setting::kLastCopied, source);
     return equalsIgnoreCase(former, type) ? Import::SameType : Import::OtherType;
 }
 
@@ -227,7 +226,7 @@ std::vector<std::string> importSources(DocumentContext& context, ConversionStore
         return names;
     }
     if (preselected != nullptr) {
-        const auto last = context.settings.text(kLastSource);
+        const auto last = context.settings.get(setting::kLastCopied);
         *preselected = std::find(names.begin(), names.end(), last) != names.end() ? last : "";
     }
     return names;
@@ -241,25 +240,26 @@ bool saveTypeDefaults(DocumentContext& context, UserInterface* parent, std::stri
                               eutext::kDefaultsNote) != Button::Yes) {
         return false;
     }
-    context.settings.write("CBFM", storedType(format));
-    context.settings.write("CDCT", storedType(type));
+    context.settings.set(setting::kBinaryFormat, storedType(format));
+    context.settings.set(setting::kConversionType, storedType(type));
     return true;
 }
 
 void saveLinkTypeDefault(DocumentContext& context, std::string_view linkType) {
-    context.settings.write("CMN4", storedType(linkType));
+    context.settings.set(setting::kConversionLinkType, storedType(linkType));
 }
 
 void saveClassificationDefault(DocumentContext& context, std::string_view classification) {
-    context.settings.write("CTRD4", storedClassification(classification));
+    context.settings.set(setting::kConversionClassification, storedClassification(classification));
 }
 
 void saveContactDefaults(DocumentContext& context, std::span<const std::string> contact) {
-    static constexpr std::string_view kKeys[] = {"CPOC1", "CPOC2", "CPOC3", "CPOC4"};
+    static constexpr TextKey kKeys[] = {setting::kContactName, setting::kContactAgency,
+                                        setting::kContactAddress, setting::kContactTelephone};
     for (std::size_t i = 0; i < std::size(kKeys) && i < contact.size(); ++i) {
         std::string value = contact[i];
         toStoredForm(value);
-        context.settings.write(kKeys[i], value);
+        context.settings.set(kKeys[i], value);
     }
 }
 

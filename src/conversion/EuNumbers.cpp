@@ -13,8 +13,6 @@ namespace kavu {
 
 namespace {
 
-constexpr int kDefaultPrecision = 8;
-
 std::string formatted(PrintfFormat<int, double> format, double value, int precision) {
     return formatPrintf(format, std::clamp(precision, 0, kMostFloatPrecision), value);
 }
@@ -51,8 +49,7 @@ double leadingDouble(std::string_view text) {
 }
 
 int floatPrecision(const ProfileSettings& settings) {
-    return std::clamp(settings.integer("FloatPrecision", kDefaultPrecision), 0,
-                      kMostFloatPrecision);
+    return settings.get(setting::kFloatPrecision);
 }
 
 std::string exponentText(double value, int precision) {

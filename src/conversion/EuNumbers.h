@@ -1,6 +1,8 @@
 // The text forms of the numbers of conversions.
 #pragma once
 
+#include "core/talk/SettingKeys.h"
+
 #include <string>
 #include <string_view>
 
@@ -14,7 +16,7 @@ class ProfileSettings;
 
 /// Digits behind the point in texts of coefficients and statistics: `FloatPrecision`, 0 to 40.
 [[nodiscard]] int floatPrecision(const ProfileSettings& settings);
-inline constexpr int kMostFloatPrecision = 40;
+inline constexpr int kMostFloatPrecision = setting::kFloatPrecision.most;
 
 /// "%.*e" with `E` in place of `e`.
 [[nodiscard]] std::string exponentText(double value, int precision);

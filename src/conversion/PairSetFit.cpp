@@ -14,7 +14,7 @@ namespace kavu {
 namespace {
 
 constexpr std::string_view kNoPoints = "Unable to draw graph. No data points defined";
-constexpr int kDefaultBits = 16;
+static_assert(setting::kFitOrderLimit.most == kHighestOrder);
 
 /// What the page offers.
 void setOffers(FitResult& result, const FitInput& input) {
@@ -50,13 +50,13 @@ void computeSeries(FitResult& result, const FitInput& input) {
 
 FitOptions FitOptions::read(const ProfileSettings& settings) {
     FitOptions options;
-    options.maxOrder = std::clamp(settings.integer("LSBFMaxOrder", 5), 1, kHighestOrder);
-    options.useBestFit = settings.integer("UseLSBFSolution", 0) != 0;
-    options.curveAllPairs = settings.integer("CurveAllPairs", 0) != 0;
-    options.defaultBits = settings.integer("CurveDefBits", kDefaultBits);
-    options.sorted = settings.integer("PRSSort", 0) != 0;
+    options.maxOrder = settings.get(setting::kFitOrderLimit);
+    options.useBestFit = settings.get(setting::kUseBestFit);
+    options.curveAllPairs = settings.get(setting::kCurveAllCounts);
+    options.defaultBits = settings.get(setting::kCountBits);
+    options.sorted = settings.get(setting::kSortPairs);
     options.precision = floatPrecision(settings);
-    options.seriesEnabled = settings.integer("DoRCal", 0) != 0;
+    options.seriesEnabled = settings.get(setting::kShowSeries);
     return options;
 }
 
@@ -66,7 +66,7 @@ bool writeCurveDefaultBits(const Messages& messages, ProfileSettings& settings,
         messages.show(parent, 405, title::kError, kErrorBox);
         return false;
     }
-    settings.writeInteger("CurveDefBits", bits);
+    settings.set(setting::kCountBits, bits);
     return true;
 }
 

@@ -102,13 +102,13 @@ SeriesValues PairSetPage::openSeries() const {
     SeriesValues series;
     series.zero = store_.commentRecordGet(name_, kZero);
     series.cal = store_.commentRecordGet(name_, kCal);
-    series.on = context_.settings.integer("DoRCal", 0) != 0 &&
+    series.on = context_.settings.get(setting::kShowSeries) &&
                 (!series.zero.empty() || !series.cal.empty());
     return series;
 }
 
 bool PairSetPage::enableSeries(UserInterface* parent, bool on, SeriesValues& series) {
-    context_.settings.writeInteger("DoRCal", on ? 1 : 0);
+    context_.settings.set(setting::kShowSeries, on);
     series.on = on;
     if (!on) {
         return true;

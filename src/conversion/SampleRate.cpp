@@ -9,8 +9,8 @@ namespace kavu {
 
 SampleRateOptions sampleRateOptions(const ProfileSettings& settings) {
     SampleRateOptions options;
-    options.check = settings.integer("ChkSR", 0) != 0;
-    options.precision = std::max(0, settings.integer("SRPrec", options.precision));
+    options.check = settings.get(setting::kCheckSampleRates);
+    options.precision = settings.get(setting::kSampleRatePrecision);
     return options;
 }
 

@@ -32,11 +32,11 @@ bool UpdateFile::report(const IoStatus& status) {
 
 void UpdateFile::open() {
     const auto& settings = context_.settings;
-    const auto path = settings.text("UpdPath");
-    if (settings.integer("EnableUpd", 0) == 0 || path.empty()) {
+    const auto path = settings.get(setting::kUpdatePath);
+    if (!settings.get(setting::kWriteUpdates) || path.empty()) {
         return;
     }
-    const bool append = settings.integer("UpdAppend", 1) != 0;
+    const bool append = settings.get(setting::kAppendUpdates);
     (void)report(file_.open(path, append ? WriteMode::Append : WriteMode::Truncate));
 }
 

@@ -14,12 +14,6 @@
 
 namespace kavu {
 
-namespace {
-
-constexpr std::string_view kSetting = "CheckForDupMeasurements";
-
-}  // namespace
-
 StreamFiles::StreamFiles(DocumentContext& context, UserInterface* parent)
     : context_(context),
       measurements_(context, parent, 'D'),
@@ -67,7 +61,7 @@ bool StreamFiles::readNames(UserInterface* parent, std::string_view link,
 }
 
 MeasurementNames::MeasurementNames(DocumentContext& context)
-    : context_(context), checking_(context.settings.integer(kSetting, 1) != 0) {}
+    : context_(context), checking_(context.settings.get(setting::kCheckDuplicates)) {}
 
 bool MeasurementNames::checkForDuplicates(UserInterface* parent) {
     setStatusText(parent, "Gathering measurement names");
@@ -103,7 +97,7 @@ bool MeasurementNames::checkForDuplicates(UserInterface* parent) {
 void MeasurementNames::setChecking(bool on, bool save) {
     checking_ = on;
     if (save) {
-        context_.settings.writeInteger(kSetting, on ? 1 : 0);
+        context_.settings.set(setting::kCheckDuplicates, on);
     }
 }
 

@@ -70,8 +70,8 @@ constexpr auto kTo96 = std::to_array<ValueRule>({
 constexpr auto kWithout00 = std::to_array<ValueRule>({{'T', "RF4", Indices::None, "FQPSK-B"}});
 
 /// A version key of the settings as a year; a missing or impossible one is the latest.
-int settingsEdition(const ProfileSettings& settings, std::string_view key) {
-    const int number = leadingInt(std::string_view(settings.text(key)).substr(0, 10));
+int settingsEdition(const ProfileSettings& settings, const TextKey& key) {
+    const int number = leadingInt(std::string_view(settings.get(key)).substr(0, 10));
     return number <= 0 || number > kLatestEdition ? kLatestEdition : normalisedEdition(number);
 }
 
@@ -256,7 +256,7 @@ class Migration {
 
 int detectVersions(DocumentContext& context, UserInterface* parent, int& inputVersion,
                    IoStatus* failure) {
-    inputVersion = settingsEdition(context.settings, "IRIGInputVersion");
+    inputVersion = settingsEdition(context.settings, setting::kInputEdition);
     ByteSource source;
     auto status = source.open(context.store.pathOf(working::kGeneral));
     if (status.ok()) {
@@ -283,8 +283,8 @@ int detectVersions(DocumentContext& context, UserInterface* parent, int& inputVe
             *failure = status;
         }
     }
-    return context.settings.integer("IRIGOutputMethod", 1) == kConvertMethod
-               ? settingsEdition(context.settings, "IRIGOutputVersion")
+    return context.settings.get(setting::kOutputMethod) == kConvertMethod
+               ? settingsEdition(context.settings, setting::kOutputEdition)
                : inputVersion;
 }
 
@@ -347,9 +347,9 @@ bool setVersionField(DocumentContext& context, UserInterface* parent, int target
 
 VersionOptions readVersionOptions(const DocumentContext& context) {
     VersionOptions options;
-    options.inputVersion = settingsEdition(context.settings, "IRIGInputVersion");
-    options.method = context.settings.integer("IRIGOutputMethod", 1);
-    options.outputVersion = settingsEdition(context.settings, "IRIGOutputVersion");
+    options.inputVersion = settingsEdition(context.settings, setting::kInputEdition);
+    options.method = context.settings.get(setting::kOutputMethod);
+    options.outputVersion = settingsEdition(context.settings, setting::kOutputEdition);
     return options;
 }
 
@@ -369,9 +369,9 @@ bool editVersionOptions(DocumentContext& context, ConversionStore& conversions,
         return false;
     }
     const auto before = readVersionOptions(context);
-    context.settings.writeInteger("IRIGInputVersion", options.inputVersion);
-    context.settings.writeInteger("IRIGOutputMethod", options.method);
-    context.settings.writeInteger("IRIGOutputVersion", options.outputVersion);
+    context.settings.set(setting::kInputEdition, std::to_string(options.inputVersion));
+    context.settings.set(setting::kOutputMethod, options.method);
+    context.settings.set(setting::kOutputEdition, std::to_string(options.outputVersion));
     bool changed = before.inputVersion != options.inputVersion || before.method != options.method ||
                    before.outputVersion != options.outputVersion;
     auto& document = context.document;

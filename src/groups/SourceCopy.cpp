@@ -26,7 +26,6 @@ namespace {
 constexpr const char* kCopyTitle = "Duplicate Data Source";
 constexpr const char* kExists = "This name already exists. Please select another name";
 constexpr const char* kAffixTitle = "Measurement Prefix And Suffix";
-constexpr std::string_view kAffixSection = "StreamImport";
 constexpr std::size_t kLongestAffix = 31;
 
 /// The groups of one stream: its P group and the group with its data.
@@ -298,8 +297,8 @@ bool askPrefixSuffix(DocumentContext& context, UserInterface* parent, NameAffixe
     auto& settings = context.settings;
     const auto entered = parent->enterTexts(
         kAffixTitle,
-        {{kAffixTitle, "Prefix:", settings.profileText(kAffixSection, "Prefix"), kLongestAffix},
-         {kAffixTitle, "Suffix:", settings.profileText(kAffixSection, "Suffix"), kLongestAffix}});
+        {{kAffixTitle, "Prefix:", settings.get(setting::kImportPrefix), kLongestAffix},
+         {kAffixTitle, "Suffix:", settings.get(setting::kImportSuffix), kLongestAffix}});
     if (!entered) {
         return false;
     }
@@ -313,8 +312,8 @@ bool askPrefixSuffix(DocumentContext& context, UserInterface* parent, NameAffixe
     affixes.prefix = entered->at(0);
     affixes.suffix = entered->at(1);
     affixes.wanted = !affixes.prefix.empty() || !affixes.suffix.empty();
-    settings.writeProfile(kAffixSection, "Prefix", affixes.prefix);
-    settings.writeProfile(kAffixSection, "Suffix", affixes.suffix);
+    settings.set(setting::kImportPrefix, affixes.prefix);
+    settings.set(setting::kImportSuffix, affixes.suffix);
     return true;
 }
 

@@ -27,33 +27,32 @@ constexpr const char* kKindQuestion =
 constexpr int kFirstPacketEdition = 2005;
 constexpr int kLastPacketEdition = 2007;
 
-/// A field of a new P group: its setting and default, and what a bus stream always has.
+/// A field of a new P group: its setting, and what a bus stream always has.
 struct StreamField {
     std::string_view code;
-    std::string_view setting;
-    std::string_view otherwise;
+    TextKey setting;
     std::string_view ofBus{};
 };
 constexpr auto kSignalFields = std::to_array<StreamField>({
-    {"D1", "PD1", "NRZ-L"},
-    {"D2", "PD2", "0"},
-    {"D3", "PD3", "U"},
-    {"D4", "PD4", "N"},
-    {"D5", "PD5", "Y"},
-    {"D6", "PD6", "N"},
-    {"D7", "PD7", "N"},
-    {"D8", "PD8", "N/A"},
+    {"D1", setting::kStreamCode},
+    {"D2", setting::kStreamBitRate},
+    {"D3", setting::kStreamEncryption},
+    {"D4", setting::kStreamPolarity},
+    {"D5", setting::kStreamPolarityCorrection},
+    {"D6", setting::kStreamDirection},
+    {"D7", setting::kStreamRandomized},
+    {"D8", setting::kStreamRandomizerLength},
 });
 constexpr auto kWordFields = std::to_array<StreamField>({
-    {"F2", "PF2", "M", "M"},
-    {"F3", "PF3", "NO", "OD"},
-    {"F4", "PF4", "T", "L"},
+    {"F2", setting::kStreamTransferOrder, "M"},
+    {"F3", setting::kStreamParity, "OD"},
+    {"F4", setting::kStreamParityOrder, "L"},
 });
 constexpr auto kSyncFields = std::to_array<StreamField>({
-    {"SYNC1", "PSYNC1", "NS"},
-    {"SYNC2", "PSYNC2", "0"},
-    {"SYNC3", "PSYNC3", "NS"},
-    {"SYNC4", "PSYNC4", "0"},
+    {"SYNC1", setting::kStreamSyncCriteria},
+    {"SYNC2", setting::kStreamSyncBits},
+    {"SYNC3", setting::kStreamUnsyncCriteria},
+    {"SYNC4", setting::kStreamUnsyncBits},
 });
 
 struct NewStream {
@@ -75,20 +74,19 @@ class StreamText {
         putAll(kSignalFields);
         put("TF", stream_.type);
         const bool bus = stream_.isBus();
-        const int wordLength = bus ? 24 : settings_.integer("PF1", 16);
+        const int wordLength = bus ? 24 : settings_.get(setting::kStreamWordLength);
         put("F1", std::to_string(wordLength));
         putAll(kWordFields);
-        put("MF\\N", std::to_string(bus ? 1 : settings_.integer("PMFN", 1)));
-        const int words = settings_.integer("PMF1", 1);
+        put("MF\\N", std::to_string(bus ? 1 : settings_.get(setting::kStreamFrames)));
+        const int words = settings_.get(setting::kStreamWords);
         put("MF1", std::to_string(words));
         const std::string pattern =
-            bus ? "111110101111001100100000"
-                : settings_.text("PMF5", "11111110011010110010100001000000");
+            bus ? "111110101111001100100000" : settings_.get(setting::kStreamSyncPattern);
         // The sync word is one of the words of the minor frame.
         const auto bits = static_cast<std::int64_t>(pattern.size()) +
                           std::int64_t{std::max(words - 1, 0)} * std::max(wordLength, 0);
         put("MF2", std::to_string(bits));
-        put("MF3", bus ? "FPT" : settings_.text("PMF3", "FPT"));
+        put("MF3", bus ? "FPT" : settings_.get(setting::kStreamSyncType));
         put("MF4", std::to_string(pattern.size()));
         put("MF5", pattern);
         putAll(kSyncFields);
@@ -106,9 +104,8 @@ class StreamText {
     template <typename Fields>
     void putAll(const Fields& fields) {
         for (const auto& field : fields) {
-            put(field.code, stream_.isBus() && !field.ofBus.empty()
-                                ? std::string(field.ofBus)
-                                : settings_.text(field.setting, field.otherwise));
+            put(field.code, stream_.isBus() && !field.ofBus.empty() ? std::string(field.ofBus)
+                                                                    : settings_.get(field.setting));
         }
     }
 

@@ -277,7 +277,7 @@ int PcmFormat::maskBits(int fwp, std::string_view mask, bool hexadecimalAllowed)
     if (mask == "FW") {
         return fwp < 0 ? -fwp : wordLength(fwp);
     }
-    if (hexadecimalAllowed && context_.settings.integer("HexBM", 0) != 0) {
+    if (hexadecimalAllowed && context_.settings.get(setting::kHexadecimalMasks)) {
         const auto binary = hexToBinary(mask);
         return static_cast<int>(std::count(binary.begin(), binary.end(), '1'));
     }

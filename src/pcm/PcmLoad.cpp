@@ -242,7 +242,7 @@ bool loadPcmFormat(PcmFormat& format, UserInterface* parent, const PcmSteps& ste
     // What a load puts next to the groups is no change of the document.
     const ChangeScope scope(context.files);
     format.closeFormat();
-    format.hexFsp = context.settings.integer("HexFSP", 0) != 0;
+    format.hexFsp = context.settings.get(setting::kHexadecimalPattern);
     format.streamName = name;
     format.pGroup = stream.pGroup;
     ProgressScope progress(parent, ProgressMode::WithCancel);

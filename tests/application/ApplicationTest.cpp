@@ -34,8 +34,9 @@ TEST(ApplicationTest, ExitWithAnOpenDocumentAndCancelLeavesItRunning) {
 
 TEST(ApplicationTest, StartReadsTheSettingsAndRepairsTheVersionKeys) {
     TestApplication t;
-    EXPECT_EQ(t.application.held().floatPrecision, 8);
-    EXPECT_EQ(t.application.held().sampleRatePrecision, 2);
+    const auto& settings = t.application.context().settings;
+    EXPECT_EQ(settings.get(setting::kFloatPrecision), 8);
+    EXPECT_EQ(settings.get(setting::kSampleRatePrecision), 2);
     const auto ini = readFile(t.folder / "kavu.ini");
     EXPECT_NE(ini.find("IRIGInputVersion=2011"), std::string::npos);
     EXPECT_NE(ini.find("kavu.mdb"), std::string::npos);

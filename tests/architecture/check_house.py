@@ -115,6 +115,9 @@ CODE_CUTTERS = {"core/command/CommandPath.h", "core/command/CommandPath.cpp",
 # A type at the level of the namespace, with its body or its bases.
 TYPE = re.compile(r"^(?:class|struct|enum class) (\w+)(?: final)?\s*(?::[^;]*)?\{", re.M)
 INCLUDE = re.compile(r'^\s*#\s*include\s+(?:"([^"]+)"|(<[^>]+>))')
+# A setting has a key, with its default and its range.
+NAKED_SETTING = re.compile(r'[sS]ettings_?(?:\(\))?(?:\.|->)'
+                           r'(?:integer|text|write|writeInteger|profile\w+)\(\s*"')
 UNFINISHED = re.compile(r"\b(TODO|FIXME|XXX)\b")
 NO_FUNCTION = re.compile(r"^(namespace|struct|class|enum|union|extern|typedef|using|constexpr|"
                          r"inline constexpr|static constexpr|const |#|//|}|template <.*> *$)")
@@ -201,6 +204,8 @@ def check_file(path, name):
         if CODE_CUT.search(line) and name not in CODE_CUTTERS:
             findings.append(f"{name}:{number}: takes a code apart, as CommandPath.h does: "
                             f"{line.strip()}")
+        if NAKED_SETTING.search(line):
+            findings.append(f"{name}:{number}: a setting without a key: {line.strip()}")
         match = INCLUDE.match(line)
         if not match:
             continue
@@ -355,6 +360,7 @@ PLANTS = [
     ("groups/Migration.cpp", "", "0 changes of files outside the gate, 1 are listed"),
     ("gallery/A.cpp", '#include "cli/B.h"\n', "gallery may not include cli/B.h"),
     ("gallery/A.cpp", "#include <nlohmann/json.hpp>\n", "may not see the JSON library"),
+    ("app/A.cpp", 'if (form.settings.integer("X", 0) != 0) {\n', "a setting without a key"),
 ]
 # Files that include each other only together: the files, words that the finding must hold.
 CIRCLES = [
@@ -371,6 +377,7 @@ CLEAN = [
     ("core/files/A.cpp", '#include "core/A.h"\n#include "core/text/B.h"\n'),
     ("cli/A.cpp", '#include "application/B.h"\n#include <CLI/CLI.hpp>\n'),
     ("app/A.cpp", '#include "core/B.h"\n#include <QString>\n'),
+    ("app/B.cpp", 'if (settings.get(setting::kX)) {\n    settings.profileText(kFiles, key);\n'),
     ("mdb/A.cpp", '#include "xml/B.h"\n#include <pugixml.hpp>\n'),
     ("gallery/A.cpp", '#include "app/B.h"\n#include "gallery/C.h"\n#include <QString>\n'),
     ("core/files/A.cpp", "    (void)deleteFile(path);\n"),

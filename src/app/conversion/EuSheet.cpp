@@ -193,7 +193,7 @@ void EuSheet::openBitWeights() {
 
 /// Asked for each time: the window itself turns its plot on and off.
 std::optional<DetailWindow> EuSheet::windowOfType() const {
-    return detailWindow(type(), form_.edition, form_.settings.integer("WantsPlot", 0) != 0);
+    return detailWindow(type(), form_.edition, form_.settings.get(setting::kShowPlot));
 }
 
 void EuSheet::showDetails(bool shown) {

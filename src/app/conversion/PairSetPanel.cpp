@@ -241,9 +241,9 @@ void PairSetParts::showPairs(std::size_t selected) {
 // --- The choices -------------------------------------------------------------------------
 
 void PairSetParts::connectChoices() {
-    const auto setting = [this](const char* key) {
-        return [this, key](bool on) {
-            document_.settings.writeInteger(key, on ? 1 : 0);
+    const auto choice = [this](const FlagKey& key) {
+        return [this, &key](bool on) {
+            document_.settings.set(key, on);
             optionChanged();
         };
     };
@@ -259,10 +259,10 @@ void PairSetParts::connectChoices() {
         refit(false);
         changed();
     });
-    QObject::connect(c.useBestFit, &QCheckBox::clicked, &panel_, setting("UseLSBFSolution"));
-    QObject::connect(c.allCounts, &QCheckBox::clicked, &panel_, setting("CurveAllPairs"));
+    QObject::connect(c.useBestFit, &QCheckBox::clicked, &panel_, choice(setting::kUseBestFit));
+    QObject::connect(c.allCounts, &QCheckBox::clicked, &panel_, choice(setting::kCurveAllCounts));
     QObject::connect(c.maxOrder, &QComboBox::activated, &panel_, [this](int index) {
-        document_.settings.writeInteger("LSBFMaxOrder", index + 1);
+        document_.settings.set(setting::kFitOrderLimit, index + 1);
         optionChanged();
     });
     QObject::connect(c.defaultBits, &QLineEdit::editingFinished, &panel_, [this] {
@@ -322,7 +322,7 @@ bool PairSetParts::setDefaultBits() {
 }
 
 void PairSetParts::setSorted(bool sorted) {
-    document_.settings.writeInteger("PRSSort", sorted ? 1 : 0);
+    document_.settings.set(setting::kSortPairs, sorted);
     options_.sorted = sorted;
     const auto row = pairs_.setSorted(sorted, rowOf(*controls_.list));
     if (sorted && !setup_.readOnly) {

@@ -125,7 +125,7 @@ void PairSetParts::enableControls() {
 void PairSetParts::connectPlot() {
     auto& c = controls_;
     QObject::connect(c.showPlot, &QCheckBox::clicked, &panel_, [this](bool on) {
-        document_.settings.writeInteger("WantsPlot", on ? 1 : 0);
+        document_.settings.set(setting::kShowPlot, on);
         setPlotShown(on);
     });
     QObject::connect(c.attributes, &QPushButton::clicked, &panel_, [this] { editAttributes(); });

@@ -178,7 +178,7 @@ void EditDataWordDialog::fill() {
     const auto autoAdd = steps_.autoAdd ? steps_.autoAdd() : AutoAdd{};
     const QSignalBlocker quiet[] = {QSignalBlocker(storeInDatabase_), QSignalBlocker(addRoot_),
                                     QSignalBlocker(addChildren_)};
-    storeInDatabase_->setChecked(settings.integer("SaveMDB", 0) != 0);
+    storeInDatabase_->setChecked(settings.get(setting::kStoreInDatabase));
     addRoot_->setChecked(autoAdd.root);
     addChildren_->setChecked(autoAdd.children);
     fillTypes();
@@ -346,7 +346,7 @@ void EditDataWordDialog::update() {
 }
 
 void EditDataWordDialog::keepOptions() const {
-    form().settings.writeInteger("SaveMDB", storeInDatabase_->isChecked() ? 1 : 0);
+    form().settings.set(setting::kStoreInDatabase, storeInDatabase_->isChecked());
     if (steps_.keepAutoAdd) {
         steps_.keepAutoAdd({addRoot_->isChecked(), addChildren_->isChecked()});
     }

@@ -148,7 +148,7 @@ void MajorFrameWindow::makeViewMenu() {
         *menu, "highlightEu", QStringLiteral("&Highlight Measurement Names With EU Definitions"),
         QStringLiteral("&Don't Highlight Measurement Names"), display.highlightEu, [this](bool on) {
             areas_->display().highlightEu = on;
-            form_.settings.writeInteger("HLMesWEU", on ? 1 : 0);
+            form_.settings.set(setting::kHighlightConversions, on);
             showOptions();
         });
     menu->addSeparator();
@@ -156,7 +156,7 @@ void MajorFrameWindow::makeViewMenu() {
             QStringLiteral("Show &All Cells In Major Frame"), !display.showAllCells,
             [this](bool on) {
                 areas_->display().showAllCells = !on;
-                form_.settings.writeInteger("ShowAllCells", on ? 0 : 1);
+                form_.settings.set(setting::kShowAllCells, !on);
                 showOptions();
             });
 }
@@ -175,7 +175,7 @@ void MajorFrameWindow::makeDatabaseMenu() {
                 entry.run);
     }
     if (!steps_.databaseEntries.empty() && steps_.makeDatabasePane &&
-        form_.settings.profileInteger("ViewMdb", "Enabled", 0) != 0) {
+        form_.settings.get(setting::kViewDatabase)) {
         databaseAction_->setChecked(true);
         showDatabase(true);
     }

@@ -56,8 +56,8 @@ MajorFrameWindow::MajorFrameWindow(FormContext& form, PcmFormat& format, PcmForm
     }
     areas_ = areas.release();
     auto& display = areas_->display();
-    display.showAllCells = form.settings.integer("ShowAllCells", 0) != 0;
-    display.highlightEu = form.settings.integer("HLMesWEU", 0) != 0;
+    display.showAllCells = form.settings.get(setting::kShowAllCells);
+    display.highlightEu = form.settings.get(setting::kHighlightConversions);
     display.hasConversion = [this](std::string_view name) {
         return conversions_.contains(upperCase(name));
     };
@@ -69,7 +69,7 @@ MajorFrameWindow::MajorFrameWindow(FormContext& form, PcmFormat& format, PcmForm
     arrange();
     makeMenus();
     connectParts();
-    areas_->setCellWidth(form.settings.integer("PCMScroll", kUsualCellWidth));
+    areas_->setCellWidth(form.settings.get(setting::kCellWidth));
     showZoom();
     showSelection();
     restorePlace();
@@ -271,8 +271,8 @@ std::string MajorFrameWindow::conversionValue(std::string_view name, std::string
 
 void MajorFrameWindow::restorePlace() {
     const auto& settings = form_.settings;
-    const QPoint corner(settings.integer("PCMx", -1), settings.integer("PCMy", -1));
-    const QSize size(settings.integer("PCMdx", -1), settings.integer("PCMdy", -1));
+    const QPoint corner(settings.get(setting::kDisplayX), settings.get(setting::kDisplayY));
+    const QSize size(settings.get(setting::kDisplayWidth), settings.get(setting::kDisplayHeight));
     if (corner == QPoint(-1, -1)) {
         resize(sizeHint().boundedTo(look::roomOnScreen(*this)));
         return;
@@ -295,13 +295,13 @@ void MajorFrameWindow::restorePlace() {
 void MajorFrameWindow::storePlace() {
     auto& settings = form_.settings;
     const auto place = isMaximized() || isFullScreen() ? normalGeometry() : geometry();
-    settings.writeInteger("PCMScroll", areas_->view().cellWidth());
-    settings.writeInteger("PCMx", place.x());
-    settings.writeInteger("PCMy", place.y());
-    settings.writeInteger("PCMdx", place.width());
-    settings.writeInteger("PCMdy", place.height());
+    settings.set(setting::kCellWidth, areas_->view().cellWidth());
+    settings.set(setting::kDisplayX, place.x());
+    settings.set(setting::kDisplayY, place.y());
+    settings.set(setting::kDisplayWidth, place.width());
+    settings.set(setting::kDisplayHeight, place.height());
     const bool shown = database_ != nullptr && !database_->isHidden();
-    settings.writeProfile("ViewMdb", "Enabled", shown ? "1" : "0");
+    settings.set(setting::kViewDatabase, shown);
 }
 
 void MajorFrameWindow::done(int result) {

@@ -57,7 +57,7 @@ void MaskControl::setWordLength(int wordLength) {
 void MaskControl::refresh() {
     const QSignalBlocker quietHex(hex_);
     const QSignalBlocker quietBinary(binary_);
-    const bool hexadecimal = document_.settings.integer("HexBM", 0) != 0;
+    const bool hexadecimal = document_.settings.get(setting::kHexadecimalMasks);
     hex_->setChecked(hexadecimal);
     binary_->setChecked(!hexadecimal);
     field_->setText(toQString(shownMask(document_, mask_, wordLength_)));
@@ -66,7 +66,7 @@ void MaskControl::refresh() {
 }
 
 void MaskControl::switchForm(bool hexadecimal) {
-    document_.settings.writeInteger("HexBM", hexadecimal ? 1 : 0);
+    document_.settings.set(setting::kHexadecimalMasks, hexadecimal);
     refresh();
     emit formSwitched();
 }

@@ -120,7 +120,7 @@ std::optional<ListRow> WordFramePanel::editLocation(int row) {
     if (isNew) {
         location.wordLength = format_.wordLength(place_.fwp);
         location.fragments.push_back(newWordFrameFragment(format_, place_.fwp, place_.fn));
-        location.fragments.front().mask = format_.context().settings.text("DFragWDFR", "FW");
+        location.fragments.front().mask = format_.context().settings.get(setting::kWordFrameMask);
     } else {
         location = ranges_.locations[static_cast<std::size_t>(row)];
     }

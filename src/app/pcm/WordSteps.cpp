@@ -10,6 +10,7 @@
 #include "app/pcm/PcmFormSteps.h"
 #include "application/Application.h"
 #include "conversion/ConversionStore.h"
+#include "core/talk/ProfileSettings.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Printf.h"
 #include "pcm/PcmFormat.h"
@@ -117,12 +118,14 @@ WordSteps makeWordSteps(FormContext& form, Application& application) {
         format.changed = true;  // the windows that are open still save what they show
         return saved;
     };
-    steps.autoAdd = [&application] {
-        return AutoAdd{application.held().mdbAddRoot != 0, application.held().mdbAddChildren != 0};
+    auto& settings = application.context().settings;
+    steps.autoAdd = [&settings] {
+        return AutoAdd{settings.get(setting::kDatabaseAddsRoot) != 0,
+                       settings.get(setting::kDatabaseAddsChildren) != 0};
     };
-    steps.keepAutoAdd = [&application](const AutoAdd& wanted) {
-        application.held().mdbAddRoot = wanted.root ? 1 : 0;
-        application.held().mdbAddChildren = wanted.children ? 1 : 0;
+    steps.keepAutoAdd = [&settings](const AutoAdd& wanted) {
+        settings.overrideForThisRun(setting::kDatabaseAddsRoot, wanted.root ? 1 : 0);
+        settings.overrideForThisRun(setting::kDatabaseAddsChildren, wanted.children ? 1 : 0);
     };
     return steps;
 }

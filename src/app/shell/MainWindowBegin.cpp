@@ -82,8 +82,8 @@ bool MainWindow::screenIsLargeEnough() {
 
 void MainWindow::restoreGeometryFromSettings() {
     const auto& settings = application_.context().settings;
-    QRect wanted(settings.integer("X", 0), settings.integer("Y", 0), settings.integer("DX", 0),
-                 settings.integer("DY", 0));
+    QRect wanted(settings.get(setting::kWindowX), settings.get(setting::kWindowY),
+                 settings.get(setting::kWindowWidth), settings.get(setting::kWindowHeight));
     const bool kept = wanted.width() > 0 && wanted.height() > 0;
     // A screen that was taken away since must not keep the window.
     auto* const place = kept ? QGuiApplication::screenAt(wanted.center()) : nullptr;
@@ -105,10 +105,10 @@ void MainWindow::storeWindowSettings() {
     auto& settings = application_.context().settings;
     if (!isMinimized()) {
         const auto place = isMaximized() || isFullScreen() ? normalGeometry() : geometry();
-        settings.writeInteger("X", place.x());
-        settings.writeInteger("Y", place.y());
-        settings.writeInteger("DX", place.width());
-        settings.writeInteger("DY", place.height());
+        settings.set(setting::kWindowX, place.x());
+        settings.set(setting::kWindowY, place.y());
+        settings.set(setting::kWindowWidth, place.width());
+        settings.set(setting::kWindowHeight, place.height());
     }
     writeTreeExpansion(settings, tree_->expansion());
 }

@@ -107,26 +107,28 @@ void MainWindow::installBuiltIn() {
 
 /// The entries of which one is checked.
 void MainWindow::installChoices() {
-    const auto held = [this](int Application::HeldSettings::*setting, int value) {
-        return [this, setting, value] { application_.held().*setting = value; };
+    // Kept in the file when the program ends.
+    const auto choice = [this](const IntKey& key, int value) {
+        return
+            [this, &key, value] { application_.context().settings.overrideForThisRun(key, value); };
     };
-    handlers_[CommandId::AddRoot] = held(&Application::HeldSettings::mdbAddRoot, 1);
-    handlers_[CommandId::DoNotAddRoot] = held(&Application::HeldSettings::mdbAddRoot, 0);
-    handlers_[CommandId::AddChildren] = held(&Application::HeldSettings::mdbAddChildren, 1);
-    handlers_[CommandId::DoNotAddChildren] = held(&Application::HeldSettings::mdbAddChildren, 0);
-    const auto setting = [this](const char* key, int value) {
-        return [this, key, value] { application_.context().settings.writeInteger(key, value); };
+    handlers_[CommandId::AddRoot] = choice(setting::kDatabaseAddsRoot, 1);
+    handlers_[CommandId::DoNotAddRoot] = choice(setting::kDatabaseAddsRoot, 0);
+    handlers_[CommandId::AddChildren] = choice(setting::kDatabaseAddsChildren, 1);
+    handlers_[CommandId::DoNotAddChildren] = choice(setting::kDatabaseAddsChildren, 0);
+    const auto backups = [this](bool on) {
+        return [this, on] { application_.context().settings.set(setting::kCreateBackup, on); };
     };
     handlers_[CommandId::AllowSameNames] = [this] {
-        application_.context().settings.writeInteger("CheckForDupMeasurements", 0);
+        application_.context().settings.set(setting::kCheckDuplicates, false);
         application_.measurementNames().setChecking(false, false);
     };
     handlers_[CommandId::RefuseSameNames] = [this] {
-        application_.context().settings.writeInteger("CheckForDupMeasurements", 1);
+        application_.context().settings.set(setting::kCheckDuplicates, true);
         application_.measurementNames().setChecking(true, false);
     };
-    handlers_[CommandId::MakeBackups] = setting("CreateBackup", 1);
-    handlers_[CommandId::NoBackups] = setting("CreateBackup", 0);
+    handlers_[CommandId::MakeBackups] = backups(true);
+    handlers_[CommandId::NoBackups] = backups(false);
 }
 
 void MainWindow::updateChecks() {
@@ -134,12 +136,13 @@ void MainWindow::updateChecks() {
     const auto choose = [this](bool first, CommandId yes, CommandId no) {
         action(first ? yes : no)->setChecked(true);
     };
-    choose(application_.held().mdbAddRoot != 0, CommandId::AddRoot, CommandId::DoNotAddRoot);
-    choose(application_.held().mdbAddChildren != 0, CommandId::AddChildren,
+    choose(settings.get(setting::kDatabaseAddsRoot) != 0, CommandId::AddRoot,
+           CommandId::DoNotAddRoot);
+    choose(settings.get(setting::kDatabaseAddsChildren) != 0, CommandId::AddChildren,
            CommandId::DoNotAddChildren);
-    choose(settings.integer("CheckForDupMeasurements", 1) == 0, CommandId::AllowSameNames,
+    choose(!settings.get(setting::kCheckDuplicates), CommandId::AllowSameNames,
            CommandId::RefuseSameNames);
-    choose(settings.integer("CreateBackup", 1) != 0, CommandId::MakeBackups, CommandId::NoBackups);
+    choose(settings.get(setting::kCreateBackup), CommandId::MakeBackups, CommandId::NoBackups);
 }
 
 void MainWindow::fillRecentMenu() {
@@ -171,21 +174,17 @@ void MainWindow::choosePrecision() {
     const int choice = ui_->chooseFromList("Enter Precision", choices);
     if (choice >= 0) {
         // What is kept is one more than what was chosen.
-        application_.held().floatPrecision = choice + 1;
-        application_.context().settings.writeInteger("FloatPrecision", choice + 1);
+        application_.context().settings.set(setting::kFloatPrecision, choice + 1);
     }
 }
 
 void MainWindow::editSampleRates() {
-    auto& held = application_.held();
-    SampleRateDialog dialog(held.checkSampleRate != 0, held.sampleRatePrecision,
-                            ui_->dialogParent());
+    auto& settings = application_.context().settings;
+    SampleRateDialog dialog(settings.get(setting::kCheckSampleRates),
+                            settings.get(setting::kSampleRatePrecision), ui_->dialogParent());
     if (runDialog(door_, dialog) == QDialog::Accepted) {
-        held.checkSampleRate = dialog.calculate() ? 1 : 0;
-        held.sampleRatePrecision = dialog.digits();
-        auto& settings = application_.context().settings;
-        settings.writeInteger("ChkSR", held.checkSampleRate);
-        settings.writeInteger("SRPrec", held.sampleRatePrecision);
+        settings.set(setting::kCheckSampleRates, dialog.calculate());
+        settings.set(setting::kSampleRatePrecision, dialog.digits());
     }
 }
 

@@ -114,11 +114,11 @@ UpdateDialog::UpdateDialog(FormContext& form, QWidget* parent) : QDialog(parent)
     enabled_ = new QCheckBox(
         QStringLiteral("&Write changed calibrations to an update file when a file is saved"), this);
     enabled_->setObjectName(QStringLiteral("EnableUpd"));
-    enabled_->setChecked(form.settings.integer("EnableUpd", 0) != 0);
+    enabled_->setChecked(form.settings.get(setting::kWriteUpdates));
     column->addWidget(enabled_);
 
     auto* const file = addBox(*column, QStringLiteral("Update File"), this);
-    path_ = new QLineEdit(toQString(form.settings.text("UpdPath")), this);
+    path_ = new QLineEdit(toQString(form.settings.get(setting::kUpdatePath)), this);
     path_->setObjectName(QStringLiteral("UpdPath"));
     browse_ =
         look::makeButton("browse", QStringLiteral("&Browse..."), QStringLiteral("folder"), this);
@@ -127,7 +127,7 @@ UpdateDialog::UpdateDialog(FormContext& form, QWidget* parent) : QDialog(parent)
     row->addWidget(path_, 1);
     row->addWidget(browse_);
     file->addLayout(row);
-    const bool append = form.settings.integer("UpdAppend", 1) != 0;
+    const bool append = form.settings.get(setting::kAppendUpdates);
     append_ = addChoice(*file, "append", QStringLiteral("&Append to the file"), append);
     overwrite_ = addChoice(*file, "overwrite", QStringLiteral("&Overwrite the file"), !append);
 
@@ -167,9 +167,9 @@ void UpdateDialog::accept() {
 }
 
 void UpdateDialog::store() const {
-    form_.settings.writeInteger("EnableUpd", enabled_->isChecked() ? 1 : 0);
-    form_.settings.write("UpdPath", toBytes(path_->text().trimmed()));
-    form_.settings.writeInteger("UpdAppend", append_->isChecked() ? 1 : 0);
+    form_.settings.set(setting::kWriteUpdates, enabled_->isChecked());
+    form_.settings.set(setting::kUpdatePath, toBytes(path_->text().trimmed()));
+    form_.settings.set(setting::kAppendUpdates, append_->isChecked());
 }
 
 // --- sample rates -------------------------------------------------------------------------

@@ -68,17 +68,17 @@ QWidget* makeEmptyState(QWidget* parent) {
 }  // namespace
 
 TreeExpansion readTreeExpansion(const ProfileSettings& settings) {
-    return {.general = settings.integer("ExpG", 0) != 0,
-            .conversion = settings.integer("ExpE", 0) != 0,
-            .radio = settings.integer("ExpR", 0) != 0,
-            .tape = settings.integer("ExpT", 0) != 0};
+    return {.general = settings.get(setting::kExpandGeneral),
+            .conversion = settings.get(setting::kExpandConversions),
+            .radio = settings.get(setting::kExpandRadio),
+            .tape = settings.get(setting::kExpandTape)};
 }
 
 void writeTreeExpansion(ProfileSettings& settings, const TreeExpansion& expansion) {
-    settings.writeInteger("ExpG", expansion.general ? 1 : 0);
-    settings.writeInteger("ExpE", expansion.conversion ? 1 : 0);
-    settings.writeInteger("ExpR", expansion.radio ? 1 : 0);
-    settings.writeInteger("ExpT", expansion.tape ? 1 : 0);
+    settings.set(setting::kExpandGeneral, expansion.general);
+    settings.set(setting::kExpandConversions, expansion.conversion);
+    settings.set(setting::kExpandRadio, expansion.radio);
+    settings.set(setting::kExpandTape, expansion.tape);
 }
 
 QString treeActionText(TreeAction action) {

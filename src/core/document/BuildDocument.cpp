@@ -272,7 +272,7 @@ bool copyGroupFile(DocumentContext& context, UserInterface* parent, ByteSource& 
 
 bool buildTmatsFile(DocumentContext& context, UserInterface* parent, const std::string& target,
                     bool backup) {
-    backup = backup && context.settings.integer("CreateBackup", 1) != 0;
+    backup = backup && context.settings.get(setting::kCreateBackup);
     FormerContents former(context.store);
     if (!former.keep(parent, target, backup)) {
         return false;

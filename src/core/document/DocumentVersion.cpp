@@ -5,6 +5,7 @@
 #include "core/text/Edition.h"
 #include "core/text/Text.h"
 
+#include <string>
 #include <string_view>
 
 namespace kavu {
@@ -12,21 +13,21 @@ namespace kavu {
 namespace {
 
 /// A version key of the settings; a missing or impossible one is written anew.
-int versionSetting(ProfileSettings& settings, std::string_view key) {
+int versionSetting(ProfileSettings& settings, const TextKey& key) {
     constexpr std::size_t kLongest = 10;
-    int version = leadingInt(std::string_view(settings.text(key)).substr(0, kLongest));
+    int version = leadingInt(std::string_view(settings.get(key)).substr(0, kLongest));
     if (version > kLatestEdition || version == 0) {
         version = kLatestEdition;
-        settings.writeInteger(key, version);
+        settings.set(key, std::to_string(version));
     }
     return normalisedEdition(version);
 }
 
 /// The version of the setting that is in force: that of the file, or the one to convert to.
 int settingsVersion(ProfileSettings& settings) {
-    const int input = versionSetting(settings, "IRIGInputVersion");
-    const int output = versionSetting(settings, "IRIGOutputVersion");
-    return settings.integer("IRIGOutputMethod", 1) == 1 ? input : output;
+    const int input = versionSetting(settings, setting::kInputEdition);
+    const int output = versionSetting(settings, setting::kOutputEdition);
+    return settings.get(setting::kOutputMethod) == 1 ? input : output;
 }
 
 }  // namespace

@@ -102,13 +102,13 @@ int askOpenTmatsFile(DocumentContext& context, UserInterface* parent, std::strin
     FilePrompt prompt;
     prompt.title = title;
     prompt.filters = {{"TMATS Files (*.tma;*.tmt)", "*.tma;*.tmt"}, {"All Files (*)", "*"}};
-    prompt.filterIndex = context.settings.integer("OpenFilterIndex", 1);
+    prompt.filterIndex = context.settings.get(setting::kOpenFilter);
     prompt.path = path;
     const auto choice = parent->chooseFile(prompt);
     if (!choice) {
         return 0;
     }
-    context.settings.writeInteger("OpenFilterIndex", choice->filterIndex);
+    context.settings.set(setting::kOpenFilter, choice->filterIndex);
     path = choice->path;
     return choice->filterIndex;
 }

@@ -4,6 +4,8 @@
 #include "core/files/FolderLock.h"
 #include "core/text/Text.h"
 
+#include <algorithm>
+
 namespace kavu {
 
 ProfileSettings::ProfileSettings(std::string path) : file_(std::move(path)) {}
@@ -17,6 +19,39 @@ void ProfileSettings::refresh() const {
         file_.discard();
         stamp_ = std::move(stamp);
     }
+}
+
+int ProfileSettings::get(const IntKey& key) const {
+    return std::clamp(profileInteger(key.section, key.name, key.otherwise), key.least, key.most);
+}
+
+bool ProfileSettings::get(const FlagKey& key) const {
+    return profileInteger(key.section, key.name, key.otherwise ? 1 : 0) != 0;
+}
+
+std::string ProfileSettings::get(const TextKey& key) const {
+    return profileText(key.section, key.name, key.otherwise);
+}
+
+std::optional<int> ProfileSettings::stored(const IntKey& key) const {
+    if (const auto* const hidden = overrideOf(key.section, key.name)) {
+        return leadingInt(*hidden);
+    }
+    refresh();
+    const auto text = file_.value(key.section, key.name);
+    return text ? std::optional(leadingInt(*text)) : std::nullopt;
+}
+
+void ProfileSettings::set(const IntKey& key, int value) {
+    writeProfile(key.section, key.name, std::to_string(value));
+}
+
+void ProfileSettings::set(const FlagKey& key, bool value) {
+    writeProfile(key.section, key.name, value ? "1" : "0");
+}
+
+void ProfileSettings::set(const TextKey& key, std::string_view value) {
+    writeProfile(key.section, key.name, value);
 }
 
 int ProfileSettings::integer(std::string_view key, int otherwise) const {
@@ -82,6 +117,14 @@ std::vector<std::string> ProfileSettings::profileKeys(std::string_view section) 
 
 void ProfileSettings::overrideForThisRun(std::string_view key, std::string_view value) {
     overrides_.insert_or_assign(lowerAscii(key), std::string(value));
+}
+
+void ProfileSettings::overrideForThisRun(const IntKey& key, int value) {
+    overrideForThisRun(key.name, std::to_string(value));
+}
+
+void ProfileSettings::overrideForThisRun(const TextKey& key, std::string_view value) {
+    overrideForThisRun(key.name, value);
 }
 
 const std::string* ProfileSettings::overrideOf(std::string_view section,

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "core/files/ProfileFile.h"
+#include "core/talk/SettingKeys.h"
 
 #include <map>
 #include <optional>
@@ -12,14 +13,22 @@
 
 namespace kavu {
 
-/// The main section of `kavu.ini`, and the head of the working store's name.
-inline constexpr std::string_view kApplicationName = "KAVU-9";
-
 class ProfileSettings {
   public:
     /// `path` may be empty: then every key has its default at first, and what is written
     /// stays in memory. The same holds for a file that can not be read or written.
     explicit ProfileSettings(std::string path);
+
+    /// The value of a key, that of this run before that of the file. A number is within the
+    /// range of its key.
+    [[nodiscard]] int get(const IntKey& key) const;
+    [[nodiscard]] bool get(const FlagKey& key) const;
+    [[nodiscard]] std::string get(const TextKey& key) const;
+    /// The number as it is in the file, whatever the range; nothing if the key is not there.
+    [[nodiscard]] std::optional<int> stored(const IntKey& key) const;
+    void set(const IntKey& key, int value);
+    void set(const FlagKey& key, bool value);
+    void set(const TextKey& key, std::string_view value);
 
     /// The decimal value of a key of the main section; a text without digits is 0.
     [[nodiscard]] int integer(std::string_view key, int otherwise) const;
@@ -40,6 +49,9 @@ class ProfileSettings {
     /// A value of the main section for this run only: it hides the one in the file and is
     /// never written.
     void overrideForThisRun(std::string_view key, std::string_view value);
+    /// REQUIRES: the key is one of the main section.
+    void overrideForThisRun(const IntKey& key, int value);
+    void overrideForThisRun(const TextKey& key, std::string_view value);
 
     [[nodiscard]] const std::string& path() const { return file_.path(); }
 

@@ -2,6 +2,7 @@
 // scrolling, the cell under a point, movement by keys.
 #pragma once
 
+#include "core/talk/SettingKeys.h"
 #include "pcm/display/FrameDisplay.h"
 
 #include <optional>
@@ -10,9 +11,9 @@
 
 namespace kavu {
 
-inline constexpr int kLeastCellWidth = 5;
-inline constexpr int kMostCellWidth = 150;
-inline constexpr int kUsualCellWidth = 30;
+inline constexpr int kLeastCellWidth = setting::kCellWidth.least;
+inline constexpr int kMostCellWidth = setting::kCellWidth.most;
+inline constexpr int kUsualCellWidth = setting::kCellWidth.otherwise;
 /// "Zoom In By 10%" adds so many pixels.
 inline constexpr int kZoomStep = 10;
 

@@ -23,8 +23,8 @@ std::string upperStart(std::string_view text, std::size_t length) {
     return result;
 }
 
-std::string_view maskKey(const PcmFormat& format) {
-    return format.implicitSubframes ? "DFragWDFR" : "DMask";
+const TextKey& maskKey(const PcmFormat& format) {
+    return format.implicitSubframes ? setting::kWordFrameMask : setting::kMask;
 }
 
 /// The name of a place; words may have moved since another one was named after it.
@@ -120,9 +120,9 @@ void createConversions(const PcmFormat& format, UserInterface* parent, const Gen
 
 DataWordDefaults readDataWordDefaults(const PcmFormat& format) {
     const auto& settings = format.context().settings;
-    return {settings.text("DMN1", "DE"),  settings.text("DMN2", "D"),
-            settings.text("DMN3", "D"),   settings.text(maskKey(format), "FW"),
-            settings.text("CBFM", "UNS"), settings.text("CDCT", "NON")};
+    return {settings.get(setting::kParity),        settings.get(setting::kParityTransferOrder),
+            settings.get(setting::kTransferOrder), settings.get(maskKey(format)),
+            settings.get(setting::kBinaryFormat),  settings.get(setting::kConversionType)};
 }
 
 void keepDataWordDefaults(const PcmFormat& format, UserInterface* parent,
@@ -140,12 +140,12 @@ void keepDataWordDefaults(const PcmFormat& format, UserInterface* parent,
         defaults.mask = "FW";
     }
     auto& settings = context.settings;
-    settings.write("DMN1", defaults.parity);
-    settings.write("DMN2", defaults.parityTransferOrder);
-    settings.write("DMN3", defaults.transferOrder);
-    settings.write(maskKey(format), defaults.mask);
-    settings.write("CBFM", defaults.binaryFormat);
-    settings.write("CDCT", defaults.conversionType);
+    settings.set(setting::kParity, defaults.parity);
+    settings.set(setting::kParityTransferOrder, defaults.parityTransferOrder);
+    settings.set(setting::kTransferOrder, defaults.transferOrder);
+    settings.set(maskKey(format), defaults.mask);
+    settings.set(setting::kBinaryFormat, defaults.binaryFormat);
+    settings.set(setting::kConversionType, defaults.conversionType);
 }
 
 std::optional<int> createDataWords(PcmFormat& format, UserInterface* parent,

@@ -17,7 +17,7 @@ constexpr std::size_t kMostBits = 64;
 constexpr std::size_t kBitsOfDigit = 4;
 
 bool showsHexadecimal(const DocumentContext& context) {
-    return context.settings.integer("HexBM", 0) != 0;
+    return context.settings.get(setting::kHexadecimalMasks);
 }
 
 bool isBinary(std::string_view text) {
@@ -48,7 +48,7 @@ std::string fitBinary(std::string mask, std::size_t bits) {
 std::string fullMask(const DocumentContext& context, std::string_view mask, int wordLength) {
     std::string shown(mask);
     if (shown.empty()) {
-        shown = context.settings.text("DMask", kFullWord);
+        shown = context.settings.get(setting::kMask);
     }
     if (shown == kFullWord) {
         return shown;

@@ -63,17 +63,17 @@ MeasurementSpot spotAt(const PcmFormat& format, std::string_view type, int fwp, 
 }
 
 std::string measurementMask(const PcmFormat& format) {
-    return format.context().settings.text("DMask", "FW");
+    return format.context().settings.get(setting::kMask);
 }
 
 /// A new measurement with the values of the settings.
 Measurement newMeasurement(const PcmFormat& format, const std::string& type) {
     const auto& settings = format.context().settings;
     Measurement cell;
-    cell.parity = settings.text("DMN1", "DE");
-    cell.parityTransferOrder = settings.text("DMN2", "D");
-    cell.transferOrder = settings.text("DMN3", "D");
-    cell.filterOverwrite = settings.text("DMFOT", "N");
+    cell.parity = settings.get(setting::kParity);
+    cell.parityTransferOrder = settings.get(setting::kParityTransferOrder);
+    cell.transferOrder = settings.get(setting::kTransferOrder);
+    cell.filterOverwrite = settings.get(setting::kFilterOverwrite);
     cell.mask = measurementMask(format);
     cell.locationType = format.implicitSubframes ? "WDFR" : type;
     return cell;
@@ -185,7 +185,7 @@ WordFrameDefinition rangesOf(const PcmFormat& format, const EditedPlace& place) 
     WordFrameLocation location;
     location.wordLength = format.wordLength(place.fwp);
     location.fragments.push_back(newWordFrameFragment(format, place.fwp, place.fn));
-    location.fragments.front().mask = format.context().settings.text("DFragWDFR", "FW");
+    location.fragments.front().mask = format.context().settings.get(setting::kWordFrameMask);
     if (cell) {
         location.fragments.front().mask = format.cells().measurement(cell).mask;
     }
@@ -212,7 +212,7 @@ EditedPlace startOf(const PcmFormat& format, const EditedPlace& place, std::stri
 }
 
 std::string newFragmentMask(const PcmFormat& format) {
-    const auto mask = format.context().settings.text("DFragM");
+    const auto mask = format.context().settings.get(setting::kFragmentMask);
     return mask.empty() ? measurementMask(format) : mask;
 }
 

@@ -446,7 +446,7 @@ bool saveMeasurement(PcmFormat& format, UserInterface* parent, const EditSteps& 
                      false))) {
         saving.renameConversion(parent, place.oldName, name);
     }
-    if (saving.storeInDatabase && format.context().settings.integer("SaveMDB", 0) != 0) {
+    if (saving.storeInDatabase && format.context().settings.get(setting::kStoreInDatabase)) {
         saving.storeInDatabase(parent, name);
     }
     if (definition.isPicked) {

@@ -195,7 +195,7 @@ void PcmFormat::setHexFsp(bool hexadecimal) {
         syncPattern = switchPattern(syncPattern, hexadecimal);
         hexFsp = hexadecimal;
     }
-    context_.settings.writeInteger("HexFSP", hexadecimal ? 1 : 0);
+    context_.settings.set(setting::kHexadecimalPattern, hexadecimal);
 }
 
 void PcmFormat::setBitRate(std::string_view rate) {

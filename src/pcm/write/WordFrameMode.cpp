@@ -8,7 +8,6 @@ namespace kavu {
 
 namespace {
 
-constexpr std::string_view kSetting = "WdFrCreation";
 constexpr int kWordFrame = 1;
 constexpr int kOlderTypes = 0;
 
@@ -48,16 +47,16 @@ bool chooseWordFrameMode(PcmFormat& format, UserInterface* parent,
         return false;
     }
     auto& settings = format.context().settings;
-    const bool before = settings.integer(kSetting, kWordFrame) == kWordFrame;
+    const bool before = settings.get(setting::kDefinitionMode) == kWordFrame;
     const auto choice = choose ? choose(*parent, before) : chooseFromTwo(*parent);
     if (!choice) {
         return false;
     }
     const int mode = *choice ? kWordFrame : kOlderTypes;
-    if (settings.integer(kSetting, -1) == mode) {
+    if (settings.stored(setting::kDefinitionMode) == mode) {
         return false;
     }
-    settings.writeInteger(kSetting, mode);
+    settings.set(setting::kDefinitionMode, mode);
     wordFrameMode(format, parent, choose);
     return true;
 }
@@ -68,13 +67,13 @@ void wordFrameMode(PcmFormat& format, UserInterface* parent, const ChooseDefinit
         return;
     }
     auto& settings = format.context().settings;
-    if (settings.text(kSetting).empty()) {
-        settings.writeInteger(kSetting, kWordFrame);
+    if (settings.text(setting::kDefinitionMode.name).empty()) {
+        settings.set(setting::kDefinitionMode, kWordFrame);
         if (!format.hasAnyMeasurement() && chooseWordFrameMode(format, parent, choose)) {
             return;
         }
     }
-    format.implicitSubframes = settings.integer(kSetting, kWordFrame) == kWordFrame &&
+    format.implicitSubframes = settings.get(setting::kDefinitionMode) == kWordFrame &&
                                !hasShownSubframe(format) && !hasOlderType(format);
 }
 

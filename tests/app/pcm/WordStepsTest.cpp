@@ -361,7 +361,7 @@ TEST(ApplicationWordSteps, ConversionsFollowTheEditsAndTheOptionsAreHeld) {
     steps.keepAutoAdd({true, false});
     EXPECT_TRUE(steps.autoAdd().root);
     EXPECT_FALSE(steps.autoAdd().children);
-    EXPECT_EQ(app.application.held().mdbAddRoot, 1);
+    EXPECT_EQ(app.application.context().settings.get(setting::kDatabaseAddsRoot), 1);
 }
 
 // --- pictures --------------------------------------------------------------------------------

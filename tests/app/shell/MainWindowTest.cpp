@@ -304,7 +304,7 @@ TEST_F(MainWindowTest, ThePrecisionIsKeptAsOneMoreThanWasChosen) {
     });
     window->run(Precision);
     EXPECT_EQ(settings().integer("FloatPrecision", 0), 7);
-    EXPECT_EQ(application.held().floatPrecision, 7);
+    EXPECT_EQ(settings().get(setting::kFloatPrecision), 7);
 }
 
 TEST_F(MainWindowTest, ChoicesAreCheckedAndWrittenAtOnce) {
@@ -317,7 +317,7 @@ TEST_F(MainWindowTest, ChoicesAreCheckedAndWrittenAtOnce) {
     window->action(AllowSameNames)->trigger();
     EXPECT_EQ(settings().integer("CheckForDupMeasurements", 1), 0);
     window->action(AddRoot)->trigger();
-    EXPECT_EQ(application.held().mdbAddRoot, 1);
+    EXPECT_EQ(settings().get(setting::kDatabaseAddsRoot), 1);
 }
 
 TEST_F(MainWindowTest, TheSessionDoesNotEndWhileADialogIsUp) {
