@@ -1,7 +1,6 @@
 #include "application/Application.h"
 
 #include "application/DocumentService.h"
-#include "conversion/ConversionCopies.h"
 #include "conversion/ConversionLoader.h"
 #include "conversion/ConversionStore.h"
 #include "conversion/ConversionWriter.h"
@@ -50,7 +49,7 @@ std::string selectStream(DocumentContext& context, UserInterface* parent) {
 }  // namespace
 
 /// Everything the application owns, in the order in which it is made.
-struct Application::Parts {
+struct Application::Parts : private DocumentListener {
     Parts(const Environment& environment, const Clock& clock, RandomSource& random,
           const std::string& settingsPath)
         : settings(settingsPath),
@@ -64,7 +63,12 @@ struct Application::Parts {
           names(store),
           conversions(context),
           measurements(context),
-          pcmFormat(context) {}
+          pcmFormat(context) {
+        history.addListener(*this);
+    }
+    Parts(const Parts&) = delete;
+    Parts& operator=(const Parts&) = delete;
+    ~Parts() override { history.removeListener(*this); }
 
     ProfileSettings settings;
     WorkingStore store;
@@ -81,6 +85,21 @@ struct Application::Parts {
     MeasurementNames measurements;
     PcmFormat pcmFormat;
     PcmSteps pcmSteps;
+
+  private:
+    /// What is known of the streams is no more what their files tell.
+    void documentChanged(const DocumentChange& change) override {
+        if (change.kind != DocumentChange::Undone && change.kind != DocumentChange::Redone) {
+            return;
+        }
+        pcmFormat.closeFormat();
+        measurements.checkForDuplicates(nullptr);
+        for (const auto& step : {steps.rebuildTree, steps.updateDocumentMenus}) {
+            if (step) {
+                step();
+            }
+        }
+    }
 };
 
 Application::Application(Environment environment, const Clock& clock, RandomSource& random,
@@ -161,9 +180,6 @@ void Application::installSteps() {
     steps.forgetConversions = [&parts] {
         parts.names.closeStore(nullptr);
         parts.conversions.forget();
-    };
-    steps.deleteConversionCopies = [&parts](UserInterface* parent) {
-        deleteConversionCopies(parts.context, parent);
     };
     steps.detectVersions = [&parts](UserInterface* parent, int& input) {
         IoStatus failure;

@@ -3,6 +3,7 @@
 #include "application/Application.h"
 #include "application/Recovery.h"
 #include "core/document/BuildDocument.h"
+#include "core/document/DocumentHistory.h"
 #include "core/document/OpenDocument.h"
 #include "core/files/FileIo.h"
 #include "core/talk/UserInterface.h"
@@ -136,7 +137,7 @@ void DocumentService::checkDisk(UserInterface* ui) {
         case DiskChoice::Keep:
         case DiskChoice::None:
             // The file is not what is open here any more.
-            application_.context().document.changed = true;
+            application_.context().history.markCorrected();
             if (const auto& update = application_.context().steps.updateDocumentMenus) {
                 update();
             }

@@ -6,6 +6,7 @@
 #include "core/command/CommandPath.h"
 #include "core/document/BuildDocument.h"
 #include "core/document/DocumentFiles.h"
+#include "core/document/DocumentHistory.h"
 #include "core/document/FileJournal.h"
 #include "core/files/FileIo.h"
 #include "core/talk/Messages.h"
@@ -156,6 +157,10 @@ class StoreCopy {
                 files_[name] = path;
             }
         }
+        if (!changes.operations.empty()) {
+            // Raw commands that an operation has gathered, and not those of the load.
+            files_.erase(std::string(working::kData1));
+        }
         takenBack_ = std::move(changes.operations);
         return status;
     }
@@ -297,7 +302,7 @@ bool recoverStore(Application& application, UserInterface* parent, const std::st
     document.version = input;
     document.kind = DocumentKind::TmatsFile;
     document.open = true;
-    document.changed = true;
+    context.history.markCorrected();
     const bool converted = !copy.needsConversion() || context.steps.loadConversions(parent, input);
     context.messages.showLog(parent, folder);
     load.reset();

@@ -8,6 +8,7 @@
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
 #include "core/document/DocumentFiles.h"
+#include "core/document/DocumentHistory.h"
 #include "core/document/KeyValueStore.h"
 #include "core/files/FileIo.h"
 #include "core/talk/Messages.h"
@@ -141,7 +142,7 @@ bool ChunkConverter::takeName(const RawCommand& command, std::string_view name, 
     }
     if (names_.sectionExists(name)) {
         context_.messages.log(parent_, 317, title::kErrorReadingConversion, name);
-        context_.document.changed = true;
+        context_.history.markCorrected();
         record(command.index).refused = true;
         return true;
     }
@@ -176,7 +177,7 @@ void ChunkConverter::takeField(const RawCommand& command) {
                               to.name.empty() ? std::string("<name not defined>") : to.name,
                               command.index, command.code, shown(value), limit);
         value = cutToBytes(value, limit);
-        context_.document.changed = true;
+        context_.history.markCorrected();
     }
     const auto code = trim(command.code);
     if (!canBeKey(code)) {

@@ -1,23 +1,18 @@
-// Copies of all files of the conversion records, in a folder of the working store, for an
-// editor whose Cancel takes back what it has done to the records.
+// All files of the conversion records, kept with the sheet of a stream, whose Cancel takes back
+// what was done to the records while it was open.
 #pragma once
 
 namespace kavu {
 
 class ConversionStore;
-struct DocumentContext;
+class Transaction;
 class UserInterface;
 
-/// Copies the files as they are now, in place of earlier copies. False, with a report and
-/// without any copy, if not all of them could be copied.
-bool copyConversionFiles(DocumentContext& context, ConversionStore& conversions,
-                         UserInterface* parent);
-/// Puts the files back as they were copied, deletes those that have come since, and the
-/// copies with them. Nothing happens without copies. False if a file could not be put back,
-/// which is reported; its copy stays then.
-bool restoreConversionFiles(DocumentContext& context, ConversionStore& conversions,
-                            UserInterface* parent);
-/// Deletes the copies, if there are any.
-void deleteConversionCopies(DocumentContext& context, UserInterface* parent);
+/// Keeps the files as they are now, those that are in memory only among them. False, with a
+/// report, if not all of them could be kept.
+bool copyConversionFiles(Transaction& sheet, ConversionStore& conversions, UserInterface* parent);
+/// Takes the sheet back, and the files with it. False if a file could not be put back, which is
+/// reported; what was kept of it stays.
+bool restoreConversionFiles(Transaction& sheet, UserInterface* parent);
 
 }  // namespace kavu

@@ -8,6 +8,7 @@
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
 #include "core/document/DocumentFiles.h"
+#include "core/document/Transaction.h"
 #include "core/files/FileIo.h"
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
@@ -149,7 +150,6 @@ bool ConversionStore::commitDefinitionEdit(UserInterface* parent, const std::str
         return removeComment(parent, place.section);
     }
     commentFiles_.insert(comment);
-    announce(context_.files.path(comment));
     return report(parent, context_.files.adopt(commentCopy, comment), "Write/Create");
 }
 
@@ -166,6 +166,7 @@ bool ConversionStore::openDefinitionForEdit(UserInterface* parent, const std::st
                 std::string(loadText(title::kError).value_or("")));
         return false;
     }
+    Transaction transaction(context_, OperationId::EditConversion);
     if (!createDefaultDefinition(parent, name, true)) {
         return false;
     }
@@ -177,6 +178,7 @@ bool ConversionStore::openDefinitionForEdit(UserInterface* parent, const std::st
     isTemplate = file->integer(place.section, recordkey::kTemplate, 0) != 0;
     file->removeKey(place.section, recordkey::kTemplate);
     return report(parent, store(place.chunk, *file), "Write/Create") &&
+           report(parent, transaction.commitUnasked(), "Write/Create") &&
            beginDefinitionEdit(parent, name, name);
 }
 
@@ -295,7 +297,6 @@ IoStatus ConversionStore::putComment(const std::string& measurement, const std::
         return replaceWorkingFile(commentCopyPath(context_.store, measurement), text);
     }
     const auto file = commentName(measurement);
-    announce(context_.files.path(file));
     return context_.files.put(file, text);
 }
 

@@ -5,6 +5,7 @@
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
 #include "core/document/DocumentFiles.h"
+#include "core/document/DocumentHistory.h"
 #include "core/files/FileIo.h"
 #include "core/talk/FileReports.h"
 #include "core/talk/ProfileSettings.h"
@@ -32,6 +33,14 @@ constexpr DefaultKey kContactDefaults[] = {{"POC1", setting::kContactName},
 
 }  // namespace
 
+ConversionStore::ConversionStore(DocumentContext& context) : context_(context) {
+    context_.history.addListener(*this);
+}
+
+ConversionStore::~ConversionStore() {
+    context_.history.removeListener(*this);
+}
+
 // --- What is known of the files ----------------------------------------------------------
 
 void ConversionStore::forget() {
@@ -46,10 +55,70 @@ void ConversionStore::forget() {
     namesOfChunk_.clear();
     recent_.clear();
     staged_.clear();
+    stagedInOperation_ = false;
+}
+
+void ConversionStore::stage(StagedChunks&& chunks) {
+    staged_ = std::move(chunks);
+    stagedInOperation_ = !context_.files.isLoading() && context_.history.isInOperation();
 }
 
 IoStatus ConversionStore::writeOut() {
+    if (stagedInOperation_) {
+        auto status = staged_.writeOut(context_.files);
+        stagedInOperation_ = !status.ok();
+        return status;
+    }
+    // Records of the load that come to their files late: the document has had them all along,
+    // and no operation that is open now is to take them back.
+    const LoadScope scope(context_.files);
     return staged_.writeOut(context_.files);
+}
+
+IoStatus ConversionStore::writePending() {
+    return stagedInOperation_ ? writeOut() : IoStatus();
+}
+
+void ConversionStore::documentChanged(const DocumentChange& change) {
+    if (change.kind == DocumentChange::TakenBack && stagedInOperation_) {
+        forget();
+    } else if (change.kind == DocumentChange::TakenBack || change.kind == DocumentChange::Undone ||
+               change.kind == DocumentChange::Redone) {
+        follow(change.files);
+    }
+}
+
+void ConversionStore::follow(const std::vector<DocumentFile>& files) {
+    for (const auto& file : files) {
+        if (file.kind == DocumentFile::Chunk && file.name == chunkName(file.number)) {
+            followChunk(file.number);
+        } else if (file.kind == DocumentFile::Comment && listed_) {
+            fileExists(context_.files.path(file.name)) ? (void)commentFiles_.insert(file.name)
+                                                       : (void)commentFiles_.erase(file.name);
+        }
+    }
+}
+
+void ConversionStore::followChunk(std::int64_t number) {
+    forgetChunk(number);
+    if (!listed_) {
+        return;
+    }
+    const auto path = chunkPath(context_.store, number);
+    const bool there = fileExists(path);
+    if (there) {
+        setSize(number, fileSize(path));
+    } else {
+        sizes_.erase(number);
+        roomy_.erase(number);
+        firstMissing_ = std::min(firstMissing_, number);
+    }
+    if (indexed_) {
+        unindexChunk(number);
+        if (there) {
+            indexChunk(number, *chunk(number));
+        }
+    }
 }
 
 IoStatus ConversionStore::list() {
@@ -161,7 +230,6 @@ IoStatus ConversionStore::store(std::int64_t number, ProfileFile& chunk) {
         return {};
     }
     auto status = writeOut();
-    announce(chunkPath(context_.store, number), number);
     const auto replace = [&](std::string_view bytes) {
         return context_.files.put(chunkName(number), bytes);
     };
@@ -174,38 +242,6 @@ IoStatus ConversionStore::store(std::int64_t number, ProfileFile& chunk) {
     if (indexed_) {
         unindexChunk(number);
         indexChunk(number, chunk);
-    }
-    return status;
-}
-
-IoStatus ConversionStore::putBack(const std::string& path, std::optional<std::int64_t> chunk,
-                                  const std::optional<std::string>& contents) {
-    const auto name = fileNameOf(path);
-    auto status = writeOut();
-    if (status.ok()) {
-        status =
-            contents ? context_.files.put(name, *contents) : context_.files.removeIfThere(name);
-    }
-    if (!status.ok() || !listed_) {
-        return status;
-    }
-    if (!chunk) {
-        contents ? (void)commentFiles_.insert(name) : (void)commentFiles_.erase(name);
-        return status;
-    }
-    forgetChunk(*chunk);
-    if (contents) {
-        setSize(*chunk, contents->size());
-    } else {
-        sizes_.erase(*chunk);
-        roomy_.erase(*chunk);
-        firstMissing_ = std::min(firstMissing_, *chunk);
-    }
-    if (indexed_) {
-        unindexChunk(*chunk);
-        if (contents) {
-            indexChunk(*chunk, *this->chunk(*chunk));
-        }
     }
     return status;
 }
@@ -349,7 +385,6 @@ bool ConversionStore::removeComment(UserInterface* parent, const std::string& me
     if (commentFiles_.erase(name) == 0 && !fileExists(context_.files.path(name))) {
         return true;
     }
-    announce(context_.files.path(name));
     return report(parent, context_.files.remove(name), "Delete");
 }
 
@@ -370,7 +405,6 @@ bool ConversionStore::renameDefinition(UserInterface* parent, const std::string&
     const auto to = commentName(newName);
     const bool hasComment = fileExists(from) && from != context_.files.path(to);
     if (hasComment) {
-        announce(context_.files.path(to));
         if (!report(parent, context_.files.copyIn(from, to), "Copy")) {
             return false;
         }

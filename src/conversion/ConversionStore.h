@@ -10,6 +10,7 @@
 
 #include "conversion/ConversionFiles.h"
 #include "conversion/StagedChunks.h"
+#include "core/document/DocumentChange.h"
 #include "core/files/ProfileFile.h"
 
 #include <cstdint>
@@ -38,17 +39,19 @@ struct RecordPlace {
     std::string section;  ///< the name as the chunk spells it; as asked if not found
 };
 
-class ConversionStore {
+class ConversionStore : private DocumentListener {
   public:
-    explicit ConversionStore(DocumentContext& context) : context_(context) {}
+    /// Listens to the changes of the document as long as it lives.
+    explicit ConversionStore(DocumentContext& context);
     ConversionStore(const ConversionStore&) = delete;
     ConversionStore& operator=(const ConversionStore&) = delete;
+    ~ConversionStore() override;
 
     /// Forgets all that is known of the files, and records that are not in files yet: the
     /// document was closed, or its chunks were written by somebody else.
     void forget();
     /// Takes over the chunks that a load has made.
-    void stage(StagedChunks&& chunks) { staged_ = std::move(chunks); }
+    void stage(StagedChunks&& chunks);
     /// Brings all records to their files. Whoever reads the files, not this object, calls it.
     IoStatus writeOut();
     /// Bytes of records that may wait for `writeOut`.
@@ -59,13 +62,8 @@ class ConversionStore {
     /// Adds the default comment strings to a new record.
     std::function<void(UserInterface*, const std::string& name)> defaultCommentStep;
 
-    /// Called before a file of the records changes, comes or goes: a chunk, with its number, or
-    /// the comment file of a record.
-    std::function<void(const std::string& path, std::optional<std::int64_t> chunk)> beforeChange;
-    /// Makes such a file hold what it has held before; without contents it goes. What is known
-    /// of its records follows.
-    [[nodiscard]] IoStatus putBack(const std::string& path, std::optional<std::int64_t> chunk,
-                                   const std::optional<std::string>& contents);
+    /// Files of the document were put back: what is known of the records in them follows.
+    void follow(const std::vector<DocumentFile>& files);
 
     /// The place of a record. The search begins at the chunk found last and goes once
     /// around. A new record goes to the first chunk of less than 30000 bytes.
@@ -154,11 +152,9 @@ class ConversionStore {
                                         bool exact) const;
     [[nodiscard]] std::int64_t chunkForNewRecord() const;
     void forgetChunk(std::int64_t number);
-    void announce(const std::string& path, std::optional<std::int64_t> chunk = {}) const {
-        if (beforeChange) {
-            beforeChange(path, chunk);
-        }
-    }
+    void documentChanged(const DocumentChange& change) override;
+    IoStatus writePending() override;
+    void followChunk(std::int64_t number);
 
     void fillDefaults(ProfileFile& chunk, const std::string& name, bool asTemplate) const;
     bool removeComment(UserInterface* parent, const std::string& measurement);
@@ -189,6 +185,7 @@ class ConversionStore {
     std::unordered_map<std::int64_t, std::vector<std::string>> namesOfChunk_;
     std::list<Recent> recent_;
     StagedChunks staged_;
+    bool stagedInOperation_ = false;  ///< and not by the load of the document
 };
 
 }  // namespace kavu

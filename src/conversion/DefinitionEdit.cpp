@@ -6,6 +6,7 @@
 #include "conversion/SampleRate.h"
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/document/Transaction.h"
 #include "core/files/FileIo.h"
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
@@ -200,20 +201,23 @@ bool DefinitionEdit::store(UserInterface* parent) {
         trimSampleRate(rate, options);
         values.emplace_back("SR", std::move(rate));
     }
-    if (!setValues(parent, values) || !store_->commitDefinitionEdit(parent, name_)) {
+    if (!inTransaction(*context_, parent, OperationId::EditConversion, [&] {
+            return setValues(parent, values) && store_->commitDefinitionEdit(parent, name_);
+        })) {
         return false;
     }
-    context_->document.changed = true;
     wasTemplate_ = false;
     return removeWorkingCopy(parent);
 }
 
 bool DefinitionEdit::cancel(UserInterface* parent) {
     const bool gone = removeWorkingCopy(parent);
-    if (wasTemplate_) {
-        return store_->deleteDefinition(parent, name_) && gone;
+    if (!wasTemplate_) {
+        return gone;
     }
-    return gone;
+    // The record was made for a look at it, and goes in the same way.
+    Transaction transaction(*context_, OperationId::EditConversion);
+    return store_->deleteDefinition(parent, name_) && transaction.commitUnasked().ok() && gone;
 }
 
 std::vector<std::string> importSources(DocumentContext& context, ConversionStore& store,
@@ -298,10 +302,11 @@ bool deleteDefinitionRow(DocumentContext& context, ConversionStore& store, UserI
     if (selection >= rows.size() ||
         context.messages.show(parent, -message::kAreYouSure, title::kDeleteEntry, kYesNoBox) !=
             Button::Yes ||
-        !store.deleteDefinition(parent, rows[selection].measurement)) {
+        !inTransaction(context, parent, OperationId::DeleteConversion, [&] {
+            return store.deleteDefinition(parent, rows[selection].measurement);
+        })) {
         return false;
     }
-    context.document.changed = true;
     rows.erase(rows.begin() + static_cast<std::ptrdiff_t>(selection));
     if (selection > 0 && selection == rows.size()) {
         --selection;

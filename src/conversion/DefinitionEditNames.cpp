@@ -3,6 +3,7 @@
 #include "conversion/ConversionStore.h"
 #include "conversion/DefinitionEdit.h"
 #include "core/TmatsDocument.h"
+#include "core/document/Transaction.h"
 #include "core/talk/Messages.h"
 #include "core/text/Text.h"
 
@@ -47,12 +48,11 @@ bool canBeNamed(DocumentContext& context, ConversionStore& store, UserInterface*
 bool deleteDefinitionAsked(DocumentContext& context, ConversionStore& store, UserInterface* parent,
                            const std::string& name) {
     if (context.messages.show(parent, -kDeleteRecord, title::kDeleteEntry, kYesNoBox, name) !=
-            Button::Yes ||
-        !store.deleteDefinition(parent, name)) {
+        Button::Yes) {
         return false;
     }
-    context.document.changed = true;
-    return true;
+    return inTransaction(context, parent, OperationId::DeleteConversion,
+                         [&] { return store.deleteDefinition(parent, name); });
 }
 
 std::optional<std::string> renameDefinitionAsked(DocumentContext& context, ConversionStore& store,
@@ -68,10 +68,11 @@ std::optional<std::string> renameDefinitionAsked(DocumentContext& context, Conve
         const std::string wanted(trim(*entered));
         if (canBeNamed(context, store, parent, wanted, present.section)) {
             if (wanted == present.section ||
-                !store.renameDefinition(parent, wanted, present.section)) {
+                !inTransaction(context, parent, OperationId::RenameConversion, [&] {
+                    return store.renameDefinition(parent, wanted, present.section);
+                })) {
                 return std::nullopt;
             }
-            context.document.changed = true;
             return wanted;
         }
         prompt.initial = wanted;

@@ -6,6 +6,7 @@
 #include "core/document/DocumentFiles.h"
 #include "core/document/GroupFile.h"
 #include "core/document/GroupFiles.h"
+#include "core/document/Transaction.h"
 #include "core/files/FileIo.h"
 #include "core/talk/FileReports.h"
 #include "core/talk/Messages.h"
@@ -381,18 +382,15 @@ bool setAttributes(DocumentContext& context, UserInterface* parent,
             return false;
         }
     }
-    return std::all_of(groups.begin(), groups.end(), [&](const auto& each) {
-        const auto& group = each.second;
-        if (!group.changed()) {
-            return true;
-        }
-        const auto status = group.store(context.files);
-        if (!status.ok()) {
-            reportUnableToWrite(parent, status);
-            return false;
-        }
-        context.document.changed = true;
-        return true;
+    return inTransaction(context, parent, OperationId::SetAttribute, [&] {
+        return std::all_of(groups.begin(), groups.end(), [&](const auto& each) {
+            const auto& group = each.second;
+            const auto status = group.changed() ? group.store(context.files) : IoStatus();
+            if (!status.ok()) {
+                reportUnableToWrite(parent, status);
+            }
+            return status.ok();
+        });
     });
 }
 

@@ -5,6 +5,7 @@
 #include "core/WorkingStore.h"
 #include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
+#include "core/document/Transaction.h"
 #include "core/files/FileIo.h"
 #include "core/talk/FileReports.h"
 #include "core/talk/UserInterface.h"
@@ -299,13 +300,13 @@ bool storeGroup(DocumentContext& context, UserInterface* parent, char letter, in
                 std::string_view text, const KeptCommands& kept) {
     std::string bytes(text);
     bytes += keptTail(parent, kept, text);
-    const auto status = context.files.put(groupFile(letter, index), bytes);
-    if (!status.ok()) {
-        reportUnableToWrite(parent, status);
-        return false;
-    }
-    context.document.changed = true;
-    return true;
+    return inTransaction(context, parent, editOf(letter), [&] {
+        const auto status = context.files.put(groupFile(letter, index), bytes);
+        if (!status.ok()) {
+            reportUnableToWrite(parent, status);
+        }
+        return status.ok();
+    });
 }
 
 }  // namespace kavu

@@ -5,6 +5,7 @@
 #include "core/WorkingStore.h"
 #include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
+#include "core/document/Transaction.h"
 #include "core/files/FileIo.h"
 #include "core/talk/FileReports.h"
 #include "core/talk/Messages.h"
@@ -120,6 +121,7 @@ bool storeGroupText(DocumentContext& context, UserInterface* parent, const Group
         bytes += "\r\n";
     });
     const auto file = groupFile(group.letter, group.index);
+    Transaction transaction(context, editOf(group.letter));
     IoStatus status;
     if (!bytes.empty()) {
         if (!named) {
@@ -131,10 +133,8 @@ bool storeGroupText(DocumentContext& context, UserInterface* parent, const Group
     }
     if (!status.ok()) {
         reportUnableToWrite(parent, status);
-        return false;
     }
-    context.document.changed = true;
-    return true;
+    return endTransaction(transaction, parent, status.ok());
 }
 
 }  // namespace kavu

@@ -3,6 +3,7 @@
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
 #include "core/document/DocumentFiles.h"
+#include "core/document/DocumentHistory.h"
 #include "core/document/GroupFiles.h"
 #include "core/talk/Messages.h"
 #include "core/talk/UserInterface.h"
@@ -206,7 +207,7 @@ bool resolveDataLink(DocumentContext& context, UserInterface* parent, LinkNames&
     if (!makeHome(context, parent, link)) {
         return false;
     }
-    context.document.changed = true;
+    context.history.markCorrected();
     return true;
 }
 

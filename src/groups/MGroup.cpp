@@ -4,6 +4,7 @@
 #include "core/WorkingStore.h"
 #include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
+#include "core/document/Transaction.h"
 #include "core/files/FileIo.h"
 #include "core/talk/Messages.h"
 #include "core/talk/UserInterface.h"
@@ -163,13 +164,14 @@ bool storeMultiplex(DocumentContext& context, UserInterface* parent, const Multi
         text += keptTail(parent,
                          keptAtRows(group.kept, 'M', group.index, multiplexFields(), group.record),
                          text);
+        Transaction transaction(context, editOf('M'));
         status = context.files.put(groupFile('M', group.index), text);
+        status = status.ok() ? transaction.commit() : status;
     }
     if (!hasFile(group) || !status.ok()) {
         context.messages.showFailure(parent, status, 307, title::kError, kErrorBox);
         return false;
     }
-    context.document.changed = true;
     return true;
 }
 

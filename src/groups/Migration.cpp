@@ -8,6 +8,7 @@
 #include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "core/document/GroupRewrite.h"
+#include "core/document/Transaction.h"
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
 #include "core/talk/UserInterface.h"
@@ -362,6 +363,30 @@ bool mayEditVersionOptions(DocumentContext& context, UserInterface* parent) {
     return false;
 }
 
+namespace {
+
+/// Brings the open document to the edition of the settings, as a whole or not at all. True if
+/// a file changed.
+bool migrateOpen(DocumentContext& context, ConversionStore& conversions, UserInterface* parent,
+                 const ConvertStreamStep& convertStream, IoStatus* failure) {
+    Transaction transaction(context, OperationId::ChangeEdition);
+    IoStatus status;
+    int input = 0;
+    const int target = detectVersions(context, parent, input);
+    const bool changed = migrateDocument(context, conversions, parent, context.document.version,
+                                         target, convertStream, &status);
+    if (status.ok()) {
+        status = transaction.commit();
+        return changed && status.ok();
+    }
+    if (!transaction.takeBack(parent) && failure != nullptr) {
+        *failure = status;
+    }
+    return false;
+}
+
+}  // namespace
+
 bool editVersionOptions(DocumentContext& context, ConversionStore& conversions,
                         UserInterface* parent, const VersionOptions& options,
                         const ConvertStreamStep& convertStream, IoStatus* failure) {
@@ -377,11 +402,7 @@ bool editVersionOptions(DocumentContext& context, ConversionStore& conversions,
     auto& document = context.document;
     if (document.open) {
         context.store.deleteFiles(nullptr, working::kMessageLog);
-        int input = 0;
-        const int target = detectVersions(context, parent, input);
-        if (migrateDocument(context, conversions, parent, document.version, target, convertStream,
-                            failure)) {
-            document.changed = true;
+        if (migrateOpen(context, conversions, parent, convertStream, failure)) {
             changed = true;
         }
         context.messages.showLog(parent, document.path);

@@ -50,7 +50,9 @@ struct VersionOptions {
 /// False, after note 441, if the open document has unsaved changes: the dialog is not shown.
 bool mayEditVersionOptions(DocumentContext& context, UserInterface* parent);
 /// Writes the settings and brings an open document to the target edition. True if a setting
-/// or a file changed. REQUIRES: `mayEditVersionOptions`, which is asked again here.
+/// or a file changed. After a failure or a cancel the document is in the edition that it had;
+/// only if its files could not be put back either, `failure` says so, and the caller gives the
+/// document up. REQUIRES: `mayEditVersionOptions`, which is asked again here.
 bool editVersionOptions(DocumentContext& context, ConversionStore& conversions,
                         UserInterface* parent, const VersionOptions& options,
                         const ConvertStreamStep& convertStream, IoStatus* failure = nullptr);

@@ -17,7 +17,7 @@ bool recordsAreKnown(SourceParts& parts, UserInterface* parent);
 
 /// Gives every new name a copy of the record of the old one, with its comment. A new name that
 /// has a record keeps it, which is logged (459). Failures are reported; what was made until then
-/// stays for `SourceUndo` to take back.
+/// stays for the transaction of the caller to take back.
 bool copyConversions(SourceParts& parts, UserInterface* parent,
                      std::span<const MeasurementPair> names);
 

@@ -3,6 +3,7 @@
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
 #include "core/document/GroupFiles.h"
+#include "core/document/Transaction.h"
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
 #include "core/talk/UserInterface.h"
@@ -14,7 +15,6 @@
 #include "groups/SourceList.h"
 #include "groups/SourceNames.h"
 #include "groups/SourceTransfer.h"
-#include "groups/SourceUndo.h"
 #include "vocabulary/StreamType.h"
 
 #include <algorithm>
@@ -95,17 +95,12 @@ class SourceCopier {
           parent_(parent),
           plan_(std::move(plan)),
           transfer_(parts.context, plan_.newName, plan_.affixes),
-          undo_(parts.context) {}
+          transaction_(parts.context, OperationId::CopySource) {}
 
     bool run() {
-        if (gather() && copyFiles() && !transfer_.tellTooLong(parent_) && finish()) {
-            return true;
-        }
-        undo_.takeBack(parent_);
-        if (conversionsKept_) {
-            parts_.conversions.forget();
-        }
-        return false;
+        return endTransaction(
+            transaction_, parent_,
+            gather() && copyFiles() && !transfer_.tellTooLong(parent_) && finish());
     }
 
   private:
@@ -189,10 +184,8 @@ class SourceCopier {
 
     bool finish() {
         setStatusText(parent_, "Updating Data Source Names");
-        auto status = undo_.keep(groupFile('G'));
-        status = status.ok()
-                     ? appendSource(parts_.context, plan_.rows, plan_.newName, plan_.source.type)
-                     : status;
+        const auto status =
+            appendSource(parts_.context, plan_.rows, plan_.newName, plan_.source.type);
         if (!status.ok()) {
             reportUnableToWrite(parent_, status);
             return false;
@@ -200,30 +193,18 @@ class SourceCopier {
         // The names were changed on the way; what is left is to put the files in place.
         setStatusText(parent_, "Updating Data Link Names");
         setStatusText(parent_, "Updating Measurement Names");
-        if (!transfer_.moveIn(parent_, undo_)) {
+        if (!transfer_.moveIn(parent_)) {
             return false;
         }
         setStatusText(parent_, "Adding EU Conversion Information");
-        return !plan_.affixes.wanted || copyRecords();
-    }
-
-    bool copyRecords() {
-        auto status = parts_.conversions.writeOut();
-        status = status.ok() ? undo_.keepConversions() : status;
-        conversionsKept_ = true;
-        if (!status.ok()) {
-            reportUnableToWrite(parent_, status);
-            return false;
-        }
-        return copyConversions(parts_, parent_, transfer_.measurements());
+        return !plan_.affixes.wanted || copyConversions(parts_, parent_, transfer_.measurements());
     }
 
     SourceParts& parts_;
     UserInterface* parent_;
     CopyPlan plan_;
     SourceTransfer transfer_;
-    SourceUndo undo_;
-    bool conversionsKept_ = false;
+    Transaction transaction_;
     std::vector<int> multiplexes_;
     std::vector<std::string> links_;  ///< at most as many as a document can have
 };

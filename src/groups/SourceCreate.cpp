@@ -1,6 +1,7 @@
 // New data sources and streams from a template.
 #include "core/TmatsDocument.h"
 #include "core/document/GroupFiles.h"
+#include "core/document/Transaction.h"
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
 #include "core/talk/UserInterface.h"
@@ -8,7 +9,6 @@
 #include "groups/SourceEdit.h"
 #include "groups/SourceList.h"
 #include "groups/SourceNames.h"
-#include "groups/SourceUndo.h"
 #include "vocabulary/StreamType.h"
 
 #include <algorithm>
@@ -168,9 +168,8 @@ IoStatus writeStream(DocumentContext& context, const std::string& source, const 
     return status;
 }
 
-/// Asks, and writes what was asked for; `undo` gets to know the files.
-bool makeStream(DocumentContext& context, UserInterface* parent, const std::string& source,
-                SourceUndo& undo) {
+/// Asks, and writes what was asked for.
+bool makeStream(DocumentContext& context, UserInterface* parent, const std::string& source) {
     auto stream = askStream(context, parent);
     LinkNames links;
     if (!gatherLinkNames(context, parent, links)) {
@@ -185,12 +184,7 @@ bool makeStream(DocumentContext& context, UserInterface* parent, const std::stri
     }
     stream.link =
         uniqueName(formatPrintf("%s Stream %d", stream.isBus() ? "1553" : "PCM", format), links);
-    IoStatus status;
-    for (const auto& name :
-         {groupFile('M', multiplex), groupFile('P', format), groupFile(dataLetter, data)}) {
-        status = status.ok() ? undo.keep(name) : status;
-    }
-    status = status.ok() ? writeStream(context, source, stream, multiplex, format, data) : status;
+    const auto status = writeStream(context, source, stream, multiplex, format, data);
     if (!status.ok()) {
         reportUnableToWrite(parent, status);
     }
@@ -241,9 +235,8 @@ std::vector<SourceRow> sourcesOfGroup(DocumentContext& context, UserInterface* p
 }
 
 bool createStream(DocumentContext& context, UserInterface* parent, const std::string& source) {
-    SourceUndo undo(context);
-    if (!makeStream(context, parent, source, undo)) {
-        undo.takeBack(parent);
+    if (!inTransaction(context, parent, OperationId::CreateSource,
+                       [&] { return makeStream(context, parent, source); })) {
         return false;
     }
     tellChanged(context, context.document.open);
@@ -276,10 +269,8 @@ bool createDataSource(SourceParts& parts, UserInterface* parent) {
     if (index == 0) {
         return false;
     }
-    SourceUndo undo(context);
-    auto status = undo.keep(groupFile('G'));
-    status = status.ok() ? undo.keep(groupFile(letter, index)) : status;
-    status = status.ok() ? appendSource(context, rows, *name, kind == 0 ? "RF" : "TAP") : status;
+    Transaction transaction(context, OperationId::CreateSource);
+    auto status = appendSource(context, rows, *name, kind == 0 ? "RF" : "TAP");
     if (status.ok()) {
         auto text = formatPrintf("%c-%d\\ID:%s;\r\n", letter, index, *name);
         text += letter == 'T' ? formatPrintf("T-%d\\SCO\\N:0;\r\n", index) : std::string();
@@ -288,8 +279,7 @@ bool createDataSource(SourceParts& parts, UserInterface* parent) {
     if (!status.ok()) {
         reportUnableToWrite(parent, status);
     }
-    if (!status.ok() || !makeStream(context, parent, *name, undo)) {
-        undo.takeBack(parent);
+    if (!endTransaction(transaction, parent, status.ok() && makeStream(context, parent, *name))) {
         return false;
     }
     tellChanged(context);

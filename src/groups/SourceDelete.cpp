@@ -3,6 +3,7 @@
 #include "core/WorkingStore.h"
 #include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
+#include "core/document/Transaction.h"
 #include "core/talk/Messages.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
@@ -12,7 +13,6 @@
 #include "groups/SourceEdit.h"
 #include "groups/SourceList.h"
 #include "groups/SourceNames.h"
-#include "groups/SourceUndo.h"
 
 #include <algorithm>
 
@@ -80,18 +80,6 @@ bool removeRow(DocumentContext& context, UserInterface* parent, const std::strin
     return status.ok();
 }
 
-/// Copies that bring back everything: the two files that are changed first, then all others,
-/// which may get other numbers.
-bool keepFiles(UserInterface* parent, SourceUndo& undo, const std::string& sourceFile) {
-    auto status = sourceFile.empty() ? IoStatus() : undo.keep(sourceFile);
-    status = status.ok() ? undo.keep(groupFile('G')) : status;
-    status = status.ok() ? undo.keepAllGroups() : status;
-    if (!status.ok()) {
-        reportUnableToWrite(parent, status);
-    }
-    return status.ok();
-}
-
 bool remove(SourceParts& parts, UserInterface* parent, const std::string& name,
             const std::string& sourceFile) {
     auto& context = parts.context;
@@ -147,12 +135,8 @@ bool deleteDataSource(SourceParts& parts, UserInterface* parent, const std::stri
         return false;
     }
     const auto sourceFile = index == 0 ? std::string() : groupFile(letter, index);
-    SourceUndo undo(context);
-    if (!keepFiles(parent, undo, sourceFile)) {
-        return false;
-    }
-    if (!remove(parts, parent, name, sourceFile)) {
-        undo.takeBack(parent);
+    if (!inTransaction(context, parent, OperationId::DeleteSource,
+                       [&] { return remove(parts, parent, name, sourceFile); })) {
         return false;
     }
     // Streams are counted by their place among the links: it has changed.

@@ -4,6 +4,7 @@
 #include "core/WorkingStore.h"
 #include "core/document/GroupFiles.h"
 #include "core/document/OpenDocument.h"
+#include "core/document/Transaction.h"
 #include "core/talk/Messages.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
@@ -15,7 +16,6 @@
 #include "groups/SourceList.h"
 #include "groups/SourceNames.h"
 #include "groups/SourceTransfer.h"
-#include "groups/SourceUndo.h"
 
 #include <algorithm>
 
@@ -41,17 +41,14 @@ class SourceImporter {
           parent_(parent),
           file_(file),
           plan_(std::move(plan)),
-          undo_(parts.context) {}
+          transaction_(parts.context, OperationId::ImportSource) {}
 
     /// All new files are complete before the first of them takes its place.
     bool run() {
-        if (chooseNames() && takeGroups() && mayTake() && takeConversions() && moveIn() &&
-            loadConversions()) {
+        if (endTransaction(transaction_, parent_,
+                           chooseNames() && takeGroups() && mayTake() && takeConversions() &&
+                               moveIn() && loadConversions())) {
             return true;
-        }
-        undo_.takeBack(parent_);
-        if (conversionsKept_) {
-            parts_.conversions.forget();
         }
         parts_.context.store.deleteFiles(nullptr, working::kData1);
         return false;
@@ -182,6 +179,10 @@ class SourceImporter {
         std::string name;
     };
     bool writeRaw(const std::unordered_map<std::int64_t, Record>& wanted) {
+        // From here on recovery knows that the raw commands belong to an import that has not ended.
+        if (!report(transaction_.keepAll({}))) {
+            return false;
+        }
         FileWriter raw;
         if (!report(raw.open(parts_.context.store.pathOf(working::kData1), WriteMode::Truncate))) {
             return false;
@@ -212,24 +213,18 @@ class SourceImporter {
 
     bool moveIn() {
         tell("Updating Data Source Pointers");
-        if (rawWritten_) {
-            auto status = parts_.conversions.writeOut();
-            status = status.ok() ? undo_.keepConversions() : status;
-            conversionsKept_ = true;
-            if (!report(status)) {
-                return false;
-            }
+        // The load of the new records takes the place of those that are in memory only.
+        if (rawWritten_ && !report(parts_.conversions.writeOut())) {
+            return false;
         }
         const auto& offer = plan_.offer;
         const bool radio = offer.letter == 'T';
         const bool fits = !offer.type.empty() && dataSourceClass(offer.type) == (radio ? 'R' : 'T');
-        auto status = undo_.keep(groupFile('G'));
-        status = status.ok() ? appendSource(parts_.context, rows_, newSource_,
-                                            fits    ? std::string_view(offer.type)
-                                            : radio ? "RF"
-                                                    : "TAP")
-                             : status;
-        return report(status) && transfer_->moveIn(parent_, undo_);
+        return report(appendSource(parts_.context, rows_, newSource_,
+                                   fits    ? std::string_view(offer.type)
+                                   : radio ? "RF"
+                                           : "TAP")) &&
+               transfer_->moveIn(parent_);
     }
 
     bool loadConversions() {
@@ -246,12 +241,11 @@ class SourceImporter {
     UserInterface* parent_;
     SourceImportFile& file_;
     ImportPlan plan_;
-    SourceUndo undo_;
+    Transaction transaction_;
     std::optional<SourceTransfer> transfer_;
     int rows_ = 0;
     std::string newSource_;
     bool rawWritten_ = false;
-    bool conversionsKept_ = false;
 };
 
 /// Lets the user choose; nothing if it was cancelled or there is nothing to choose from.

@@ -151,7 +151,6 @@ IoStatus writeGroupFile(DocumentContext& context, char letter, int index, const 
 }
 
 void tellChanged(DocumentContext& context, bool update) {
-    context.document.changed = true;
     // A stream in memory may have another name or number now, or no files any more.
     if (context.steps.releasePcmFormat) {
         context.steps.releasePcmFormat();

@@ -4,6 +4,7 @@
 #include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "core/document/GroupRewrite.h"
+#include "core/document/Transaction.h"
 #include "core/talk/Messages.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
@@ -11,7 +12,6 @@
 #include "groups/SourceEdit.h"
 #include "groups/SourceList.h"
 #include "groups/SourceNames.h"
-#include "groups/SourceUndo.h"
 #include "vocabulary/References.h"
 
 #include <algorithm>
@@ -51,11 +51,11 @@ class Renaming {
   public:
     /// With `anyCase` the name is found in any case of its letters, as look-ups find it;
     /// that is wrong only if there is another name that differs in nothing else.
-    Renaming(DocumentContext& context, UserInterface* parent, const std::string& oldName,
-             const std::string& newName, bool anyCase)
+    Renaming(DocumentContext& context, UserInterface* parent, OperationId operation,
+             const std::string& oldName, const std::string& newName, bool anyCase)
         : context_(context),
           parent_(parent),
-          undo_(context),
+          transaction_(context, operation),
           oldName_(asName(oldName)),
           newName_(newName),
           anyCase_(anyCase) {}
@@ -69,7 +69,7 @@ class Renaming {
             return false;
         }
         const auto name = groupFile(letter, index);
-        // Looked at first: most files do not hold the name, and need no copy.
+        // Looked at first: most files do not hold the name, and need not be written.
         bool holds = false;
         auto status = forEachCommand(
             context_.reader, context_.files.path(name), [&](const std::string& command) {
@@ -79,9 +79,6 @@ class Renaming {
             });
         if (isMissing(status)) {
             return true;
-        }
-        if (status.ok() && holds) {
-            status = undo_.keep(name);
         }
         if (status.ok() && holds) {
             rewriteValues(
@@ -99,12 +96,7 @@ class Renaming {
     }
 
     /// True if all went well; else everything is as it was.
-    bool finish() {
-        if (!good_) {
-            undo_.takeBack(parent_);
-        }
-        return good_;
-    }
+    bool finish() { return endTransaction(transaction_, parent_, good_); }
 
   private:
     [[nodiscard]] bool matches(std::string_view value) const {
@@ -114,7 +106,7 @@ class Renaming {
 
     DocumentContext& context_;
     UserInterface* parent_;
-    SourceUndo undo_;
+    Transaction transaction_;
     std::string oldName_;
     std::string newName_;
     bool anyCase_;
@@ -181,7 +173,8 @@ bool renameDataLink(SourceParts& parts, UserInterface* parent, const std::string
         return false;
     }
     ProgressScope progress(parent, ProgressMode::WithCancel);
-    Renaming renaming(context, parent, oldName, newName, standsAlone(links, oldName));
+    Renaming renaming(context, parent, OperationId::RenameLink, oldName, newName,
+                      standsAlone(links, oldName));
     renameInLinkingGroups(renaming, parent);
     const bool done = renaming.finish();
     progress.close();
@@ -225,7 +218,8 @@ bool renameDataSource(SourceParts& parts, UserInterface* parent, const std::stri
         return false;
     }
     setStatusText(parent, "Changing Data Source Names");
-    Renaming renaming(context, parent, oldName, newName, standsAlone(names, oldName));
+    Renaming renaming(context, parent, OperationId::RenameSource, oldName, newName,
+                      standsAlone(names, oldName));
     renaming.inFile(
         'G', 0, [](std::string_view code) { return refersTo('G', code) == Refers::SourceName; });
     for (const char letter : {'T', 'R', 'M', 'V'}) {

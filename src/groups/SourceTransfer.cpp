@@ -163,14 +163,13 @@ bool SourceTransfer::tellTooLong(UserInterface* parent) const {
     return false;
 }
 
-bool SourceTransfer::moveIn(UserInterface* parent, SourceUndo& undo) {
+bool SourceTransfer::moveIn(UserInterface* parent) {
     IoStatus status;
     for (auto& [key, group] : groups_) {
         status = status.ok() ? group.writer.close() : status;
     }
     for (auto& [key, group] : groups_) {
         const auto name = groupFile(key.first, group.newIndex);
-        status = status.ok() ? undo.keep(name) : status;
         status = status.ok() ? context_.files.adopt(group.staged, name) : status;
         if (status.ok()) {
             group.staged.clear();

@@ -5,7 +5,6 @@
 #include "core/files/FileIo.h"
 #include "groups/SourceEdit.h"
 #include "groups/SourceNames.h"
-#include "groups/SourceUndo.h"
 
 #include <map>
 #include <string>
@@ -48,8 +47,9 @@ class SourceTransfer {
     /// Tells of the first measurement whose new name is longer than names can be.
     bool tellTooLong(UserInterface* parent) const;
 
-    /// Makes group files of what was staged. Failures are reported; `undo` takes it back.
-    bool moveIn(UserInterface* parent, SourceUndo& undo);
+    /// Makes group files of what was staged. A failure is reported, and leaves what was moved
+    /// until then.
+    bool moveIn(UserInterface* parent);
 
   private:
     struct Group {

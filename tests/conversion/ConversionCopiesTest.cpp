@@ -1,15 +1,31 @@
 #include "conversion/ConversionCopies.h"
 #include "conversion/ConversionFixture.h"
+#include "core/document/Transaction.h"
 
 #include <algorithm>
 #include <map>
+#include <optional>
 
 namespace kavu {
 namespace {
 
 using test::ConversionFixture;
 
-struct Copies : ConversionFixture {
+/// The sheet of a stream that is open, with the files of the records kept.
+struct Sheet : ConversionFixture {
+    bool copy(UserInterface* parent) {
+        if (sheet) {
+            EXPECT_TRUE(sheet->commit().ok());
+        }
+        sheet.emplace(context, "Edit of Stream", OnCrash::Keep);
+        return copyConversionFiles(*sheet, conversions, parent);
+    }
+    bool restore(UserInterface* parent) { return restoreConversionFiles(*sheet, parent); }
+
+    std::optional<Transaction> sheet;
+};
+
+struct Copies : Sheet {
     Copies() { EXPECT_TRUE(load("C-1\\DCN:A;\nC-1\\DCT:NON;\nC-30\\DCN:B;\nC-30\\DCT:NON;\n")); }
     /// The files of the records in the working store, or in the folder of the copies.
     std::map<std::string, std::string> files(const std::string& inside = "") {
@@ -29,7 +45,7 @@ struct Copies : ConversionFixture {
 TEST(ConversionCopies, HoldEveryFileOfTheRecordsAlsoOnesThatWereInMemoryOnly) {
     Copies c;
     ASSERT_TRUE(c.conversions.writeEuComment(nullptr, "A", std::string(40000, 'x'), false));
-    EXPECT_TRUE(copyConversionFiles(c.context, c.conversions, &c.ui));
+    EXPECT_TRUE(c.copy(&c.ui));
     EXPECT_EQ(c.files().size(), 3U) << "two chunks and a comment";
     EXPECT_TRUE(c.files("/EuDefinitions") == c.files());
     EXPECT_TRUE(c.ui.boxes.empty());
@@ -39,7 +55,7 @@ TEST(ConversionCopies, RestorePutsBackWhatWasChangedDeletedAndMade) {
     Copies c;
     ASSERT_TRUE(c.conversions.writeEuComment(nullptr, "A", std::string(40000, 'x'), false));
     const auto saved = c.save();
-    ASSERT_TRUE(copyConversionFiles(c.context, c.conversions, &c.ui));
+    ASSERT_TRUE(c.copy(&c.ui));
     const auto before = c.files();
     ASSERT_TRUE(c.conversions.renameDefinition(nullptr, "A2", "A"));
     ASSERT_TRUE(c.conversions.deleteDefinition(nullptr, "B"));
@@ -51,7 +67,7 @@ TEST(ConversionCopies, RestorePutsBackWhatWasChangedDeletedAndMade) {
     }
     EXPECT_FALSE(c.files() == before);
     EXPECT_GT(c.files().size(), before.size());
-    EXPECT_TRUE(restoreConversionFiles(c.context, c.conversions, &c.ui));
+    EXPECT_TRUE(c.restore(&c.ui));
     EXPECT_TRUE(c.files() == before);
     EXPECT_FALSE(c.hasCopies());
     EXPECT_NE(std::find(c.ui.statusTexts.begin(), c.ui.statusTexts.end(), "Restoring EU files"),
@@ -65,39 +81,41 @@ TEST(ConversionCopies, RestoreWithoutCopiesChangesNothing) {
     Copies c;
     ASSERT_TRUE(c.conversions.renameDefinition(nullptr, "Z", "A"));
     const auto before = c.files();
-    EXPECT_TRUE(restoreConversionFiles(c.context, c.conversions, &c.ui));
+    c.sheet.emplace(c.context, "Edit of Stream", OnCrash::Keep);
+    EXPECT_TRUE(c.restore(&c.ui));
     EXPECT_TRUE(c.files() == before);
     EXPECT_TRUE(c.ui.boxes.empty());
 }
 
 TEST(ConversionCopies, ASecondCopyTakesThePlaceOfTheFirst) {
     Copies c;
-    ASSERT_TRUE(copyConversionFiles(c.context, c.conversions, nullptr));
+    ASSERT_TRUE(c.copy(nullptr));
     ASSERT_TRUE(c.conversions.renameDefinition(nullptr, "Z", "A"));
-    ASSERT_TRUE(copyConversionFiles(c.context, c.conversions, nullptr));
+    ASSERT_TRUE(c.copy(nullptr));
     ASSERT_TRUE(c.conversions.deleteDefinition(nullptr, "Z"));
-    EXPECT_TRUE(restoreConversionFiles(c.context, c.conversions, nullptr));
+    EXPECT_TRUE(c.restore(nullptr));
     EXPECT_TRUE(c.conversions.locateDefinition("Z").found);
     EXPECT_FALSE(c.conversions.locateDefinition("A").found);
 }
 
 TEST(ConversionCopies, ADocumentWithoutRecordsGetsBackToNone) {
-    ConversionFixture c;
-    ASSERT_TRUE(copyConversionFiles(c.context, c.conversions, &c.ui));
+    Sheet c;
+    ASSERT_TRUE(c.copy(&c.ui));
     ASSERT_TRUE(c.conversions.createDefaultDefinition(nullptr, "New", true));
-    EXPECT_TRUE(restoreConversionFiles(c.context, c.conversions, &c.ui));
+    EXPECT_TRUE(c.restore(&c.ui));
     EXPECT_TRUE(c.chunks().empty());
 }
 
 TEST(ConversionCopies, DeletedCopiesLeaveTheRecordsAlone) {
     Copies c;
-    ASSERT_TRUE(copyConversionFiles(c.context, c.conversions, &c.ui));
+    ASSERT_TRUE(c.copy(&c.ui));
     ASSERT_TRUE(c.conversions.renameDefinition(nullptr, "Z", "A"));
     const auto before = c.files();
-    deleteConversionCopies(c.context, &c.ui);
+    ASSERT_TRUE(c.sheet->commit().ok());
     EXPECT_FALSE(c.hasCopies());
     EXPECT_TRUE(c.files() == before);
-    deleteConversionCopies(c.context, &c.ui);
+    c.sheet.reset();
+    EXPECT_TRUE(c.files() == before);
     EXPECT_TRUE(c.ui.boxes.empty());
 }
 
@@ -105,22 +123,23 @@ TEST(ConversionCopies, ACopyThatFailsIsReportedAndLeavesNoPartOfTheFiles) {
     Copies c;
     ASSERT_TRUE(c.conversions.writeOut().ok());
     test::writeFile(c.store.pathOf("EuDefinitions"), "in the way");
-    EXPECT_FALSE(copyConversionFiles(c.context, c.conversions, &c.ui));
+    EXPECT_FALSE(c.copy(&c.ui));
     ASSERT_EQ(c.ui.boxes.size(), 1U);
     EXPECT_NE(c.ui.boxes[0].text.find("EuDefinitions"), std::string::npos);
-    EXPECT_FALSE(copyConversionFiles(c.context, c.conversions, nullptr)) << "silent";
+    EXPECT_FALSE(c.copy(nullptr)) << "silent";
     const auto before = c.files();
-    EXPECT_TRUE(restoreConversionFiles(c.context, c.conversions, &c.ui));
+    EXPECT_TRUE(c.restore(&c.ui));
     EXPECT_TRUE(c.files() == before) << "nothing is restored from what was never copied";
 }
 
 TEST(ConversionCopies, ACopyThatCanNotBePutBackIsReportedAndStays) {
     Copies c;
-    ASSERT_TRUE(copyConversionFiles(c.context, c.conversions, &c.ui));
+    ASSERT_TRUE(c.copy(&c.ui));
     const auto path = chunkPath(c.store, 0);
+    ASSERT_TRUE(c.conversions.renameDefinition(nullptr, "B2", "B"));
     ASSERT_TRUE(deleteFile(path).ok());
     ASSERT_TRUE(makeFolders(path + "/in the way").ok());
-    EXPECT_FALSE(restoreConversionFiles(c.context, c.conversions, &c.ui));
+    EXPECT_FALSE(c.restore(&c.ui));
     ASSERT_EQ(c.ui.boxes.size(), 1U);
     EXPECT_TRUE(fileExists(c.store.pathOf("EuDefinitions/[kavu]00000000.C_O")));
     EXPECT_TRUE(c.conversions.locateDefinition("B").found) << "the other chunk is back";

@@ -287,10 +287,10 @@ TEST_F(SourceCopyTest, ACancelOrAFailureLeavesTheDocumentAsItWas) {
     }
 }
 
-TEST_F(SourceCopyTest, WhereAnUndoCopyCanNotBeMadeNothingIsLeftBehind) {
+TEST_F(SourceCopyTest, WhereAFileCanNotBeWrittenNothingIsLeftBehind) {
     for (const auto& name : {groupFile('G'), std::string("[kavu]00000000.C_O")}) {
         const auto before = t.files();
-        const auto obstacle = t.store.pathOf("TEMP" + name);
+        const auto obstacle = t.store.pathOf(name + ".new");
         ASSERT_TRUE(makeFolder(obstacle).ok());
         EXPECT_FALSE(copy("First", "Copy", "X_")) << name;
         ASSERT_TRUE(deleteFolder(obstacle).ok());

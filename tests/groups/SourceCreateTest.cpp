@@ -194,11 +194,23 @@ TEST_F(SourceCreateTest, EveryQuestionCanBeCancelled) {
 TEST_F(SourceCreateTest, AFailureInTheStreamTakesTheSourceBack) {
     open();
     const auto before = t.files();
-    ASSERT_TRUE(makeFolder(t.store.pathOf("TEMP" + groupFile('G'))).ok());
+    int multiplex = 1;
+    while (t.has(groupFile('M', multiplex))) {
+        ++multiplex;
+    }
+    // Nothing can be kept; and the first file of the stream cannot be written.
+    t.write("TEMP0", "a file in the way");
+    t.ui.texts = {"New"};
+    t.ui.choices = {0, 0};
+    EXPECT_FALSE(createDataSource(t.parts, &t.ui));
+    ASSERT_TRUE(deleteFile(t.store.pathOf("TEMP0")).ok());
+    EXPECT_EQ(t.files(), before);
+    ASSERT_TRUE(makeFolder(t.store.pathOf(groupFile('M', multiplex) + ".new")).ok());
     t.ui.texts = {"New"};
     t.ui.choices = {0, 0};
     EXPECT_FALSE(createDataSource(t.parts, &t.ui));
     EXPECT_EQ(t.files(), before);
+    EXPECT_FALSE(t.document.changed);
 }
 
 TEST_F(SourceCreateTest, NinetyNineDataSourcesAreTheMost) {

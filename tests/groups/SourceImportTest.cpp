@@ -322,9 +322,9 @@ TEST_F(SourceImportTest, ACancelAnywhereLeavesTheDocumentAsItWas) {
 }
 
 TEST_F(SourceImportTest, AFileThatCanNotBeWrittenLeavesTheDocumentAsItWas) {
-    // Where staged files, undo copies and raw commands go stands a folder.
-    for (const auto& name : {"STAGED" + groupFile('P', 3), "TEMP" + groupFile('G'),
-                             std::string("TEMP[kavu]00000000.C_O"), std::string(working::kData1)}) {
+    // Where staged files, new files and raw commands go stands a folder.
+    for (const auto& name : {"STAGED" + groupFile('P', 3), groupFile('G') + ".new",
+                             std::string("[kavu]00000001.C_O.new"), std::string(working::kData1)}) {
         const auto before = t.files();
         const auto obstacle = t.store.pathOf(name);
         ASSERT_TRUE(makeFolder(obstacle).ok());
@@ -332,6 +332,14 @@ TEST_F(SourceImportTest, AFileThatCanNotBeWrittenLeavesTheDocumentAsItWas) {
         ASSERT_TRUE(deleteFolder(obstacle).ok());
         expectUntouched(before);
     }
+}
+
+TEST_F(SourceImportTest, WhereNothingCanBeKeptTheDocumentStaysAsItWas) {
+    const auto before = t.files();
+    t.write("TEMP0", "a file in the way of the folder");
+    EXPECT_FALSE(import(otherDocument()));
+    ASSERT_TRUE(deleteFile(t.store.pathOf("TEMP0")).ok());
+    expectUntouched(before);
 }
 
 TEST_F(SourceImportTest, AFailureOfTheConversionsTakesTheGroupsBack) {

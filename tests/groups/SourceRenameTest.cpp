@@ -179,13 +179,13 @@ TEST_F(SourceRenameTest, WhoGivesTheSameRefusedNameTwiceIsAskedNoMore) {
 }
 
 TEST_F(SourceRenameTest, AFailureInTheMiddleBringsBackTheFilesInFront) {
-    // The undo copy of the D file can not be made; the M and the P files are changed by then.
+    // The D file cannot be written; the M and the P files are changed by then.
     const auto before = t.files();
-    ASSERT_TRUE(makeFolder(t.store.pathOf("TEMP" + groupFile('D', 1))).ok());
+    ASSERT_TRUE(makeFolder(t.store.pathOf(groupFile('D', 1) + ".new")).ok());
     EXPECT_FALSE(link("Link A", "New"));
     EXPECT_EQ(t.files(), before);
     EXPECT_FALSE(t.document.changed);
-    ASSERT_TRUE(makeFolder(t.store.pathOf("TEMP" + groupFile('M', 1))).ok());
+    ASSERT_TRUE(makeFolder(t.store.pathOf(groupFile('M', 1) + ".new")).ok());
     EXPECT_FALSE(source("First", "New"));
     EXPECT_EQ(t.files(), before);
 }

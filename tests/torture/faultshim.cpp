@@ -336,6 +336,10 @@ int rename(const char* from, const char* to) __THROW {
                ? -1
                : real<int(const char*, const char*)>("rename")(from, to);
 }
+int link(const char* from, const char* to) __THROW {
+    return failsOn("link", from, 'r', to) ? -1
+                                          : real<int(const char*, const char*)>("link")(from, to);
+}
 int unlink(const char* path) __THROW {
     return failsOn("unlink", path, 'w') ? -1
                                         : resulting(path, real<int(const char*)>("unlink")(path));

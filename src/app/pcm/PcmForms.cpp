@@ -9,6 +9,7 @@
 #include "app/shell/MainWindow.h"
 #include "application/Application.h"
 #include "conversion/ConversionCopies.h"
+#include "core/document/Transaction.h"
 #include "groups/DataSources.h"
 #include "groups/DocumentTree.h"
 #include "groups/MeasurementNames.h"
@@ -58,42 +59,43 @@ bool mayOpen(FormContext& form, Application& application, const std::string& nam
     }
 }
 
-/// What the edit of a stream changes beside it at once: the conversion records and what is known
-/// of the names. Cancel takes it back to where the stream was written last.
-class BesideStream {
+/// The sheet of a stream as an operation: what it changes at once, as the conversion records, and
+/// what is known of the names. Cancel takes it back to where the stream was written last.
+class StreamSheet {
   public:
-    BesideStream(FormContext& form, Application& application)
+    StreamSheet(FormContext& form, Application& application)
         : form_(form), application_(application) {
-        keep();
+        begin();
     }
-    BesideStream(const BesideStream&) = delete;
-    BesideStream& operator=(const BesideStream&) = delete;
-    ~BesideStream() {
-        if (const auto& drop = application_.context().steps.deleteConversionCopies) {
-            drop(&form_.ui);
-        }
-    }
-    void keep() {
-        copied_ =
-            copyConversionFiles(application_.context(), application_.conversions(), &form_.ui);
-        forgotten_ = application_.measurementNames().forgottenCount();
-        changed_ = application_.context().document.changed;
+    StreamSheet(const StreamSheet&) = delete;
+    StreamSheet& operator=(const StreamSheet&) = delete;
+    ~StreamSheet() { end(); }
+    /// The stream was written: up to here it stays, and can be undone after the sheet.
+    void written() {
+        end();
+        begin();
     }
     void takeBack() {
         application_.measurementNames().recall(forgotten_);
-        // Without copies the records stay as they are, and the document may have changed.
-        if (copied_ &&
-            restoreConversionFiles(application_.context(), application_.conversions(), &form_.ui)) {
-            application_.context().document.changed = changed_;
-        }
+        restoreConversionFiles(*operation_, &form_.ui);
     }
 
   private:
+    void begin() {
+        operation_.emplace(application_.context(), OperationId::EditStream, OnCrash::Keep);
+        copyConversionFiles(*operation_, application_.conversions(), &form_.ui);
+        forgotten_ = application_.measurementNames().forgottenCount();
+    }
+    void end() {
+        if (operation_->isOpen()) {
+            endTransaction(*operation_, &form_.ui, true);
+        }
+    }
+
     FormContext& form_;
     Application& application_;
-    bool copied_ = false;
+    std::optional<Transaction> operation_;
     std::size_t forgotten_ = 0;
-    bool changed_ = false;  ///< the document
 };
 
 }  // namespace
@@ -108,17 +110,17 @@ bool editStream(FormContext& form, Application& application,
     }
     // Other editors write to the group files: a stream that has stayed is not what they tell.
     format.closeFormat();
-    BesideStream beside(form, application);
+    StreamSheet sheet(form, application);
     if (!loadPcmFormat(format, &form.ui, application.pcmSteps(), chosen)) {
-        beside.takeBack();
+        sheet.takeBack();
         return false;
     }
     PcmFormSteps steps;
     auto words = makeWordSteps(form, application);
-    words.saveFormat = [&beside, save = words.saveFormat] {
+    words.saveFormat = [&sheet, save = words.saveFormat] {
         const bool saved = save();
         if (saved) {
-            beside.keep();
+            sheet.written();
         }
         return saved;
     };
@@ -134,8 +136,8 @@ bool editStream(FormContext& form, Application& application,
         return showMajorFrameDisplay(form, document, format, steps);
     };
     calls.reports = steps.generateReports;
-    calls.saved = [&beside] { beside.keep(); };
-    calls.cancelled = [&beside] { beside.takeBack(); };
+    calls.saved = [&sheet] { sheet.written(); };
+    calls.cancelled = [&sheet] { sheet.takeBack(); };
     const bool wrote = editPcmAttributes(form, format, std::move(calls));
     format.closeFormat();
     return wrote;

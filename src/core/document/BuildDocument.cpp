@@ -3,6 +3,7 @@
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
 #include "core/document/DocumentFiles.h"
+#include "core/document/DocumentHistory.h"
 #include "core/document/DocumentVersion.h"
 #include "core/document/FormerContents.h"
 #include "core/document/GroupFiles.h"
@@ -339,12 +340,13 @@ bool saveDocumentTo(DocumentContext& context, UserInterface* parent, const std::
         return false;
     }
     document.path = path;
-    document.changed = false;
+    context.history.markSaved();
     document.created = false;
     document.readOnly = false;
     if (steps.updateDocumentMenus) {
         steps.updateDocumentMenus();
     }
+    context.history.tell({DocumentChange::Saved, {}, {}});
     return true;
 }
 
@@ -371,6 +373,7 @@ CloseResult closeDocument(DocumentContext& context, UserInterface* parent) {
     if (steps.forgetConversions) {
         steps.forgetConversions();
     }
+    context.history.clear();
     document = TmatsDocument();
     resetVersionFromSettings(context);
     if (steps.updateDocumentMenus) {
@@ -382,6 +385,7 @@ CloseResult closeDocument(DocumentContext& context, UserInterface* parent) {
     if (steps.forgetMeasurementNames) {
         steps.forgetMeasurementNames();
     }
+    context.history.tell({DocumentChange::Closed, {}, {}});
     return CloseResult::Closed;
 }
 

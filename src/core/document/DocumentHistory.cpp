@@ -133,7 +133,7 @@ void DocumentHistory::keepToLimits(const Level* except) {
     }
 }
 
-IoStatus DocumentHistory::addLevel(KeptFiles& files, const std::string& name) {
+IoStatus DocumentHistory::addLevel(KeptFiles& files, const std::string& name, int version) {
     files.dropUnchanged();
     if (files.empty()) {
         return {};
@@ -142,7 +142,7 @@ IoStatus DocumentHistory::addLevel(KeptFiles& files, const std::string& name) {
         return status;
     }
     redo_.clear();
-    undo_.push_back({std::move(files), name, state_});
+    undo_.push_back({std::move(files), name, state_, version});
     state_ = ++states_;
     keepToLimits(&undo_.back());
     return {};
@@ -172,7 +172,10 @@ IoStatus DocumentHistory::putBackAll(KeptFiles& files) {
     auto status = files.putBackAll();
     if (status.ok()) {
         files.drop();
-    } else if (files.moveTo(folderFor(working::kUndoLevels)).ok()) {
+    } else {
+        if (working::isOpenOperation(files.folder())) {
+            (void)files.moveTo(folderFor(working::kUndoLevels));
+        }
         files.leave();
     }
     return status;
@@ -202,7 +205,7 @@ IoStatus DocumentHistory::exchange(const Level& wanted, KeptFiles& held) {
 
 bool DocumentHistory::go(Levels& from, Levels& to, DocumentChange::Kind kind,
                          UserInterface* parent) {
-    if (!isIdle() || from.empty()) {
+    if (depth_ > 0 || from.empty()) {
         return false;
     }
     DocumentChange change{kind, from.back().name, describe(from.back().files.names())};
@@ -224,8 +227,9 @@ bool DocumentHistory::go(Levels& from, Levels& to, DocumentChange::Kind kind,
     }
     auto level = std::move(from.back());
     from.pop_back();
-    to.push_back({std::move(held), std::move(level.name), state_});
+    to.push_back({std::move(held), std::move(level.name), state_, document_.version});
     state_ = level.state;
+    document_.version = level.version;
     level.files.drop();
     document_.changed = corrected_ || state_ != saved_;
     keepToLimits(&to.back());
@@ -248,7 +252,7 @@ void DocumentHistory::markSaved() {
 }
 
 void DocumentHistory::markCorrected() {
-    corrected_ = true;
+    corrected_ = corrected_ || depth_ == 0;
     document_.changed = true;
 }
 

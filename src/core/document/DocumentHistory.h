@@ -32,11 +32,13 @@ class DocumentHistory : private FormerFileKeeper, private RoomMaker {
     ~DocumentHistory() override;
 
     /// False while an operation is open: then the undo of its own editor holds.
-    [[nodiscard]] bool canUndo() const { return isIdle() && !undo_.empty(); }
-    [[nodiscard]] bool canRedo() const { return isIdle() && !redo_.empty(); }
+    [[nodiscard]] bool canUndo() const { return depth_ == 0 && !undo_.empty(); }
+    [[nodiscard]] bool canRedo() const { return depth_ == 0 && !redo_.empty(); }
     /// The name of the operation that would be undone or redone; empty if there is none.
     [[nodiscard]] const std::string& undoName() const;
     [[nodiscard]] const std::string& redoName() const;
+    /// True from the begin of an operation to its end.
+    [[nodiscard]] bool isInOperation() const { return depth_ > 0; }
     [[nodiscard]] std::size_t levels() const { return undo_.size() + redo_.size(); }
     /// False if there is no level or a file could not be written, which is reported; then
     /// the document is as it was.
@@ -46,7 +48,7 @@ class DocumentHistory : private FormerFileKeeper, private RoomMaker {
     /// The document is on the disk as it is now.
     void markSaved();
     /// The document differs from its file for a reason that cannot be undone, such as the
-    /// corrections of its load.
+    /// corrections of its load. Within an operation it is a change like any other.
     void markCorrected();
     /// The document was closed or another one is loaded: nothing can be undone.
     void clear();
@@ -60,6 +62,8 @@ class DocumentHistory : private FormerFileKeeper, private RoomMaker {
     /// it. It must stay until it is removed.
     void addJournal(FileJournal& journal);
     void removeJournal(FileJournal& journal);
+    /// The name of a folder for former contents that nobody has had yet.
+    [[nodiscard]] std::string folderFor(std::string_view kind);
 
     /// Other limits than those above.
     void setLimits(std::size_t levels, std::uint64_t bytes);
@@ -71,17 +75,17 @@ class DocumentHistory : private FormerFileKeeper, private RoomMaker {
         KeptFiles files;
         std::string name;
         std::int64_t state = 0;  ///< number of the state that the files belong to
+        int version = 0;         ///< of the document in that state
     };
     using Levels = std::deque<Level>;
 
-    [[nodiscard]] bool isIdle() const { return depth_ == 0; }
     IoStatus beforeChange(std::string_view name) override;
     /// The level made last goes as well if there is no other: an operation that can end is
     /// worth more than the way back from the one before it.
     bool makeRoom() override { return dropFarthest(nullptr); }
     [[nodiscard]] IoStatus writePending() const;
     /// Makes a level of an operation that has ended; nothing if all bytes are as they were.
-    IoStatus addLevel(KeptFiles& files, const std::string& name);
+    IoStatus addLevel(KeptFiles& files, const std::string& name, int version);
     /// Makes an operation that nobody has asked for a part of its neighbours.
     IoStatus joinNeighbours(KeptFiles& files);
     /// Puts everything back; what cannot be put back stays in a folder that nobody empties.
@@ -90,7 +94,6 @@ class DocumentHistory : private FormerFileKeeper, private RoomMaker {
     IoStatus exchange(const Level& wanted, KeptFiles& held);
     bool dropFarthest(const Level* except);
     void keepToLimits(const Level* except);
-    [[nodiscard]] std::string folderFor(std::string_view kind);
 
     DocumentFiles& files_;
     TmatsDocument& document_;

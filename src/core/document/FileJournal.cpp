@@ -69,7 +69,7 @@ bool sameBytes(const std::string& one, const std::string& other) {
 // --- a folder of former contents ------------------------------------------------------------
 
 KeptFiles::KeptFiles(DocumentFiles& files, std::string folder)
-    : files_(&files), folder_(std::move(folder)) {}
+    : files_(&files), folder_(std::move(folder)), path_(files.path(folder_)) {}
 
 KeptFiles::KeptFiles(KeptFiles&& other) noexcept {
     *this = std::move(other);
@@ -80,6 +80,7 @@ KeptFiles& KeptFiles::operator=(KeptFiles&& other) noexcept {
         drop();
         files_ = other.files_;
         folder_ = std::exchange(other.folder_, {});
+        path_ = std::exchange(other.path_, {});
         note_ = std::exchange(other.note_, {});
         kept_ = std::exchange(other.kept_, {});
         made_ = std::exchange(other.made_, false);
@@ -91,12 +92,8 @@ KeptFiles::~KeptFiles() {
     drop();
 }
 
-std::string KeptFiles::folderPath() const {
-    return files_->path(folder_);
-}
-
 std::string KeptFiles::pathOf(const std::string& name) const {
-    return folderPath() + "/" + name;
+    return path_ + "/" + name;
 }
 
 std::string KeptFiles::markOf(const std::string& name) const {
@@ -107,9 +104,8 @@ IoStatus KeptFiles::begin() {
     if (made_) {
         return {};
     }
-    const auto path = folderPath();
-    if (folderExists(path)) {
-        if (auto status = deleteFolder(path); !status.ok()) {
+    if (folderExists(path_)) {
+        if (auto status = deleteFolder(path_); !status.ok()) {
             return status;
         }
     }
@@ -119,7 +115,7 @@ IoStatus KeptFiles::begin() {
             return status;
         }
     }
-    auto status = makeFolder(path, kPrivate);
+    auto status = makeFolder(path_, kPrivate);
     made_ = status.ok();
     if (status.ok() && !note_.empty()) {
         status = writeWholeFile(pathOf(std::string(kNote)), note_);
@@ -269,17 +265,18 @@ IoStatus KeptFiles::moveTo(const std::string& folder) {
         status = deleteFolder(files_->path(folder));
     }
     if (status.ok() && made_) {
-        status = renameFile(folderPath(), files_->path(folder));
+        status = renameFile(path_, files_->path(folder));
     }
     if (status.ok()) {
         folder_ = folder;
+        path_ = files_->path(folder);
     }
     return status;
 }
 
 void KeptFiles::drop() {
-    if (std::exchange(made_, false) && folderExists(folderPath())) {
-        (void)deleteFolder(folderPath());
+    if (std::exchange(made_, false) && folderExists(path_)) {
+        (void)deleteFolder(path_);
     }
     kept_.clear();
 }
@@ -331,7 +328,8 @@ KeptFiles FileJournal::take(IoStatus& status) {
     auto taken = std::exchange(kept_, KeptFiles(files_, folder_));
     if (!taken.empty()) {
         status = taken.moveTo(nextFolder());
-    } else {
+    }
+    if (taken.empty() || !status.ok()) {
         taken.drop();
     }
     return taken;

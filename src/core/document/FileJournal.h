@@ -45,6 +45,7 @@ class KeptFiles {
     IoStatus keep(const std::string& name);
     [[nodiscard]] bool has(const std::string& name) const { return kept_.contains(name); }
     [[nodiscard]] bool empty() const { return kept_.empty(); }
+    [[nodiscard]] const std::string& folder() const { return folder_; }
     [[nodiscard]] std::vector<std::string> names() const;
     /// Bytes that the kept files hold.
     [[nodiscard]] std::uint64_t bytes() const;
@@ -76,13 +77,14 @@ class KeptFiles {
         bool there = false;
         std::uint64_t bytes = 0;
     };
-    [[nodiscard]] std::string folderPath() const;
     [[nodiscard]] std::string pathOf(const std::string& name) const;
     [[nodiscard]] std::string markOf(const std::string& name) const;
     [[nodiscard]] bool isUnchanged(const std::string& name, const Kept& kept) const;
 
     DocumentFiles* files_ = nullptr;
     std::string folder_;
+    /// Of the folder. A store that has been given up would tell another one.
+    std::string path_;
     std::string note_;
     std::map<std::string, Kept> kept_;
     bool made_ = false;

@@ -4,6 +4,7 @@
 #include "core/WorkingStore.h"
 #include "core/document/BuildDocument.h"
 #include "core/document/DocumentFiles.h"
+#include "core/document/DocumentHistory.h"
 #include "core/document/DocumentVersion.h"
 #include "core/document/GroupFiles.h"
 #include "core/document/GroupSplitter.h"
@@ -50,6 +51,7 @@ void abandonLoad(DocumentContext& context, UserInterface* parent) {
     if (context.steps.forgetConversions) {
         context.steps.forgetConversions();
     }
+    context.history.clear();
     const int version = document.version;
     document = TmatsDocument();
     document.version = version;
@@ -136,6 +138,7 @@ bool loadDocument(DocumentContext& context, UserInterface* parent, const std::st
         return document.open;
     }
     const LoadScope scope(context.files);
+    context.history.clear();
     document.created = options.create;  // closing has cleared it
     document.kind = DocumentKind::TmatsFile;
     document.readOnly = !options.create && fileExists(path) && !canWrite(path);
@@ -151,11 +154,17 @@ bool loadDocument(DocumentContext& context, UserInterface* parent, const std::st
     const bool opened = loadContents(context, parent, path, options) && finishLoad(context, parent);
     if (!opened) {
         abandonLoad(context, parent);
-    } else if (!options.create && context.steps.rememberFile) {
+    } else if (document.changed) {
+        context.history.markCorrected();
+    }
+    if (opened && !options.create && context.steps.rememberFile) {
         context.steps.rememberFile(path);
     }
     if (context.steps.updateDocumentMenus) {
         context.steps.updateDocumentMenus();
+    }
+    if (opened) {
+        context.history.tell({DocumentChange::Opened, {}, {}});
     }
     return opened;
 }

@@ -73,4 +73,28 @@ enum class OperationId {
     return found == kNames.end() ? std::string_view() : found->name;
 }
 
+/// The edit of a group; that of a stream for the groups that make one.
+[[nodiscard]] constexpr OperationId editOf(char letter) {
+    switch (letter) {
+        case 'G':
+            return OperationId::EditGeneral;
+        case 'T':
+            return OperationId::EditTransmission;
+        case 'R':
+            return OperationId::EditRecorder;
+        case 'M':
+            return OperationId::EditMultiplex;
+        case 'A':
+            return OperationId::EditPam;
+        case 'C':
+            return OperationId::EditConversion;
+        case 'H':
+            return OperationId::EditHardware;
+        case 'V':
+            return OperationId::EditVendor;
+        default:
+            return OperationId::EditStream;
+    }
+}
+
 }  // namespace kavu

@@ -23,7 +23,8 @@ Transaction::Transaction(DocumentContext& context, std::string name, OnCrash onC
       depth_(context.history.depth_++),
       journal_(context.files, folderName(onCrash, depth_)),
       scope_(context.files),
-      wasChanged_(context.document.changed) {
+      wasChanged_(context.document.changed),
+      version_(context.document.version) {
     journal_.kept().setNote(name_);
     context_.history.addJournal(journal_);
 }
@@ -45,7 +46,7 @@ IoStatus Transaction::end(bool asked) {
         status = kept.moveTo(
             formatPrintf("%s/%s%d", working::kUndoLevels, working::kOpenOperation, depth_));
     } else if (status.ok()) {
-        status = asked ? history.addLevel(kept, name_) : history.joinNeighbours(kept);
+        status = asked ? history.addLevel(kept, name_, version_) : history.joinNeighbours(kept);
     }
     if (!status.ok()) {
         takeBack(nullptr);
@@ -73,6 +74,7 @@ bool Transaction::takeBack(UserInterface* parent) {
     }
     const auto status = context_.history.putBackAll(journal_.kept());
     context_.document.changed = wasChanged_;
+    context_.document.version = version_;
     // Also of an inner one: whoever knows something of the files follows them.
     close(DocumentChange::TakenBack, true);
     if (!status.ok()) {

@@ -4,6 +4,7 @@
 
 #include "core/document/DocumentChange.h"
 #include "core/document/FileJournal.h"
+#include "core/document/Operation.h"
 
 #include <string>
 #include <string_view>
@@ -21,13 +22,17 @@ enum class OnCrash {
     Keep,      ///< what was accepted in it stays: the sheet of a stream, open for hours
 };
 
-/// From its construction on the former contents of all files that change are kept. Without a
+/// From its construction on the former contents of all files that change are kept, and so is
+/// the edition of the document. Without a
 /// `commit` the destructor puts them back. One that is made while another one is open is a part
 /// of that: it can be taken back alone, and ends with it.
 class Transaction {
   public:
     /// The name is what stands behind "Undo ", such as "Rename of Data Source".
     Transaction(DocumentContext& context, std::string name, OnCrash onCrash = OnCrash::TakeBack);
+    /// The same under the name of the table.
+    Transaction(DocumentContext& context, OperationId id, OnCrash onCrash = OnCrash::TakeBack)
+        : Transaction(context, std::string(operationName(id)), onCrash) {}
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
     ~Transaction();
@@ -60,6 +65,7 @@ class Transaction {
     FileJournal journal_;
     ChangeScope scope_;
     bool wasChanged_;
+    int version_;  ///< of the document before the operation
     bool open_ = true;
 };
 
@@ -71,6 +77,10 @@ bool inTransaction(DocumentContext& context, UserInterface* parent, std::string 
     Transaction transaction(context, std::move(name));
     const bool good = std::forward<F>(work)();
     return endTransaction(transaction, parent, good);
+}
+template <class F>
+bool inTransaction(DocumentContext& context, UserInterface* parent, OperationId id, F&& work) {
+    return inTransaction(context, parent, std::string(operationName(id)), std::forward<F>(work));
 }
 
 }  // namespace kavu

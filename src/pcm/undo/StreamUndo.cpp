@@ -3,6 +3,7 @@
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
 #include "core/document/DocumentFiles.h"
+#include "core/document/DocumentHistory.h"
 #include "core/files/FileIo.h"
 #include "core/talk/FileReports.h"
 #include "groups/MeasurementNames.h"
@@ -46,7 +47,7 @@ std::size_t sizeOf(const WordFrameDefinition& definition) {
 }  // namespace
 
 std::size_t StreamUndo::Level::bytes() const {
-    std::size_t bytes = sizeof(*this) + words.bytes() + bytesOf(conversions) +
+    std::size_t bytes = sizeof(*this) + words.bytes() + conversions.bytes() +
                         attributes.comment.size() + attributes.nonStandardCode.size();
     if (counters) {
         for (const auto& counter : *counters) {
@@ -73,7 +74,11 @@ std::size_t StreamUndo::Level::bytes() const {
 StreamUndo::StreamUndo(PcmFormat& format, const Beside& beside, std::size_t mostBytes)
     : format_(format), beside_(beside), mostBytes_(mostBytes) {
     if (beside_.conversions != nullptr) {
-        journal_ = std::make_unique<ConversionJournal>(*beside_.conversions);
+        auto& context = format_.context();
+        journal_ = std::make_unique<FileJournal>(
+            context.files, context.history.folderFor(working::kUndoLevels),
+            [](std::string_view name) { return describeDocumentFile(name).letter == 'C'; });
+        context.history.addJournal(*journal_);
     }
     if (beside_.names != nullptr) {
         forgottenCount_ = beside_.names->forgottenCount();
@@ -90,6 +95,9 @@ StreamUndo::StreamUndo(PcmFormat& format, const Beside& beside, std::size_t most
 
 StreamUndo::~StreamUndo() {
     format_.cells().watch(outer_);
+    if (journal_ != nullptr) {
+        format_.context().history.removeJournal(*journal_);
+    }
 }
 
 void StreamUndo::beforeChange(int fwp) {
@@ -281,7 +289,13 @@ bool StreamUndo::exchangeFiles(Level& level, UserInterface* parent) {
     }
     if (journal_ != nullptr && !level.conversions.empty()) {
         IoStatus status;
-        level.conversions = journal_->exchange(level.conversions, status);
+        const auto changed = level.conversions.names();
+        journal_->exchange(level.conversions, status);
+        std::vector<DocumentFile> files;
+        for (const auto& name : changed) {
+            files.push_back(describeDocumentFile(name));
+        }
+        beside_.conversions->follow(files);
         if (!status.ok()) {
             reportUnableToWrite(parent, status);
             done = false;

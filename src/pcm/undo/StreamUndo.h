@@ -7,7 +7,8 @@
 // what they would take back can not be undone any more.
 #pragma once
 
-#include "conversion/ConversionJournal.h"
+#include "conversion/ConversionStore.h"
+#include "core/document/FileJournal.h"
 #include "pcm/model/WordArchive.h"
 
 #include <array>
@@ -80,7 +81,7 @@ class StreamUndo : private WordWatcher {
         std::map<std::size_t, WordFrameDefinition> definitions;
         std::size_t definitionCount = 0;
         std::array<std::optional<std::string>, kFiles> files;
-        ConversionFileStates conversions;
+        KeptFiles conversions;
         std::vector<std::string> forgotten;  ///< names that the edit has made forgotten
 
         [[nodiscard]] std::size_t bytes() const;
@@ -108,7 +109,7 @@ class StreamUndo : private WordWatcher {
     Beside beside_;
     std::size_t mostBytes_;
     WordWatcher* outer_ = nullptr;
-    std::unique_ptr<ConversionJournal> journal_;
+    std::unique_ptr<FileJournal> journal_;  ///< of the conversion records
     std::size_t forgottenCount_ = 0;
     Base base_;
     WordArchive touched_;       ///< since the last level

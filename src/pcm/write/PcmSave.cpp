@@ -5,6 +5,7 @@
 #include "core/WorkingStore.h"
 #include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
+#include "core/document/Transaction.h"
 #include "core/files/FileIo.h"
 #include "core/talk/ProfileSettings.h"
 #include "core/talk/UserInterface.h"
@@ -145,12 +146,13 @@ bool savePcmFormat(PcmFormat& format, UserInterface* parent) {
     if (!format.loaded() || !format.changed) {
         return true;
     }
-    if (!writePcmGroup(format, parent) || !writeMeasurements(format, parent)) {
+    if (!inTransaction(format.context(), parent, OperationId::EditStream, [&] {
+            return writePcmGroup(format, parent) && writeMeasurements(format, parent);
+        })) {
         return false;
     }
     format.changed = false;
     ++format.saveCount;
-    format.context().document.changed = true;
     setProgressBar(parent, -1);
     setStatusText(parent, {});
     return true;
