@@ -48,6 +48,10 @@ bool allows(OperationId id, const DocumentFacts& facts) {
         case Open:
         case ChangeEdition:
             return true;
+        case Undo:
+            return facts.open && facts.canUndo;
+        case Redo:
+            return facts.open && facts.canRedo;
         case EditHardware:
             return facts.open && facts.version >= kFirstHardwareEdition;
         case EditVendor:

@@ -4,6 +4,8 @@
 
 #include "core/document/Operation.h"
 
+#include <string>
+
 namespace kavu {
 
 struct DocumentContext;
@@ -17,9 +19,13 @@ struct DocumentFacts {
     bool hasTapeSource = false;
     bool hasDataLink = false;
     bool hasMessageStream = false;  ///< an S file, from 106-09 on
+    bool canUndo = false;
+    bool canRedo = false;
+    std::string undoName{};  ///< of the operation that an undo takes back
+    std::string redoName{};
 };
 
-/// The facts of a document whose tree has been read.
+/// The facts of a document whose tree has been read, without what can be undone.
 [[nodiscard]] DocumentFacts factsOf(const DocumentContext& context, const DocumentTree& tree);
 
 /// Whether an operation can be done on a document with these facts. Whether its editor is part of

@@ -10,6 +10,7 @@
 #include "core/text/Printf.h"
 #include "groups/DocumentTree.h"
 #include "groups/Migration.h"
+#include "pcm/PcmFormat.h"
 
 #include <vector>
 
@@ -182,10 +183,33 @@ bool DocumentService::setVersions(UserInterface* ui, const VersionOptions& optio
     return changed;
 }
 
+bool DocumentService::undo(UserInterface* ui) {
+    return allowsHistory() && application_.context().history.undo(ui);
+}
+
+bool DocumentService::redo(UserInterface* ui) {
+    return allowsHistory() && application_.context().history.redo(ui);
+}
+
+/// What a stream in memory holds would overwrite what an undo brings back to its files.
+bool DocumentService::allowsHistory() const {
+    return application_.context().document.open && !application_.pcmFormat().loaded();
+}
+
 DocumentFacts DocumentService::facts() const {
     auto& context = application_.context();
-    return factsOf(context,
-                   context.document.open ? readDocumentTree(context, nullptr) : DocumentTree{});
+    auto facts = factsOf(
+        context, context.document.open ? readDocumentTree(context, nullptr) : DocumentTree{});
+    updateHistory(facts);
+    return facts;
+}
+
+void DocumentService::updateHistory(DocumentFacts& facts) const {
+    const auto& history = application_.context().history;
+    facts.canUndo = allowsHistory() && history.canUndo();
+    facts.canRedo = allowsHistory() && history.canRedo();
+    facts.undoName = history.undoName();
+    facts.redoName = history.redoName();
 }
 
 }  // namespace kavu

@@ -52,8 +52,16 @@ class DocumentService {
     /// its new edition is closed.
     bool setVersions(UserInterface* ui, const VersionOptions& options);
 
+    /// Takes back the operation that was done last, or does again what was undone last: whole or
+    /// not at all. False if there is none, while a stream is in memory, whose own undo holds then,
+    /// and after a failure, which is reported.
+    bool undo(UserInterface* ui);
+    bool redo(UserInterface* ui);
+
     /// What `allows` asks; reads the tree of the document.
     [[nodiscard]] DocumentFacts facts() const;
+    /// Sets those of the facts that each operation changes.
+    void updateHistory(DocumentFacts& facts) const;
 
   private:
     enum class DiskChoice { Keep = 0, Reopen = 1, SaveElsewhere = 2, None = -1 };
@@ -63,6 +71,7 @@ class DocumentService {
     void rememberDisk();
     /// Passes a result on, with the file remembered if it is true.
     bool settled(bool good);
+    [[nodiscard]] bool allowsHistory() const;
 
     Application& application_;
     std::string watched_;

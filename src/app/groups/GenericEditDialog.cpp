@@ -9,6 +9,7 @@
 
 #include <QFontDatabase>
 #include <QGroupBox>
+#include <QLabel>
 #include <QPlainTextEdit>
 #include <QSignalBlocker>
 #include <QVBoxLayout>

@@ -7,7 +7,6 @@
 #include "app/framework/Refusals.h"
 #include "app/framework/RowDialog.h"
 #include "app/groups/GroupRows.h"
-#include "application/Application.h"
 #include "core/talk/UserInterface.h"
 
 #include <algorithm>

@@ -1,12 +1,9 @@
 #include "app/groups/SelectSourceDialog.h"
 
 #include "app/framework/DialogDoor.h"
-#include "app/framework/EnterTextsDialog.h"
-#include "app/framework/EnterValueDialog.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
 #include "app/framework/RowModel.h"
-#include "application/Application.h"
 
 #include <QHeaderView>
 #include <QItemSelectionModel>

@@ -57,6 +57,9 @@ enum class CommandId : int {
     CollapseChildren = 54,
     HelpIndex = 55,
     About = 56,
+    // Without a number in the table of messages; the prompts are our own.
+    Undo = 1001,
+    Redo = 1002,
 };
 
 enum class MenuId { File, Edit, Reports, Database, Options, View, Help };

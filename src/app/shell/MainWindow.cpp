@@ -9,8 +9,9 @@
 #include "app/shell/NoteBar.h"
 #include "app/shell/TreePanel.h"
 #include "application/Application.h"
+#include "application/DocumentService.h"
 #include "conversion/ConversionStore.h"
-#include "core/WorkingStore.h"
+#include "core/document/DocumentHistory.h"
 #include "core/files/FileIo.h"
 #include "core/talk/ProfileSettings.h"
 #include "core/talk/RecentFiles.h"
@@ -62,6 +63,7 @@ MainWindow::~MainWindow() {
         auto& steps = application_.context().steps;
         steps.updateDocumentMenus = nullptr;
         steps.rebuildTree = nullptr;
+        listen(false);
     }
 }
 
@@ -245,7 +247,28 @@ void MainWindow::run(CommandId id) {
     updateActions();
 }
 
+/// The two entries name what they would undo and do again.
+void MainWindow::updateHistoryEntries() {
+    if (!started_) {
+        return;
+    }
+    auto& facts = facts_.document;
+    application_.documents().updateHistory(facts);
+    const auto name = [this](CommandId id, const std::string& operation) {
+        auto text = toQString(commandRow(id).text);
+        if (!operation.empty()) {
+            // A "&" of a name is no key.
+            text += QLatin1Char(' ') +
+                    toQString(operation).replace(QLatin1Char('&'), QStringLiteral("&&"));
+        }
+        action(id)->setText(text);
+    };
+    name(CommandId::Undo, facts.undoName);
+    name(CommandId::Redo, facts.redoName);
+}
+
 void MainWindow::updateActions() {
+    updateHistoryEntries();
     for (const auto& [id, entry] : commands_) {
         const bool installed = handlers_.contains(id);
         entry->setEnabled(installed && windowAllows(id, facts_));
@@ -320,6 +343,23 @@ void MainWindow::rebuildTree() {
     } else {
         pane_->clear();
     }
+    updateActions();
+}
+
+void MainWindow::listen(bool on) {
+    auto& history = application_.context().history;
+    if (on) {
+        history.addListener(*this);
+    } else {
+        history.removeListener(*this);
+    }
+}
+
+void MainWindow::documentChanged(const DocumentChange& change) {
+    if (change.kind != DocumentChange::Saved) {
+        rebuildTree();
+    }
+    updateTitle();
     updateActions();
 }
 

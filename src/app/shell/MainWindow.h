@@ -5,6 +5,7 @@
 #include "app/framework/QtInterface.h"
 #include "app/shell/Commands.h"
 #include "app/shell/TreeItem.h"
+#include "core/document/DocumentChange.h"
 
 #include <functional>
 #include <map>
@@ -33,7 +34,7 @@ class NoteBar;
 struct FormContext;
 class TreePanel;
 
-class MainWindow : public QMainWindow {
+class MainWindow : public QMainWindow, private DocumentListener {
     Q_OBJECT
   public:
     /// The application need not be started yet; `begin` does it. Both outlive the window.
@@ -88,6 +89,9 @@ class MainWindow : public QMainWindow {
     void dropEvent(QDropEvent* event) override;
 
   private:
+    /// Tree, pane and title follow what was done to the document, whoever did it.
+    void documentChanged(const DocumentChange& change) override;
+    void listen(bool on);
     void makeMenus();
     void makeToolBar();
     void makeStatusBar();
@@ -98,6 +102,7 @@ class MainWindow : public QMainWindow {
     void installBuiltIn();
     void installChoices();
     void updateActions();
+    void updateHistoryEntries();
     void updateTitle();
     void updateChecks();
     void rebuildTree();

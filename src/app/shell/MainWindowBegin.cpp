@@ -151,6 +151,7 @@ bool MainWindow::begin(const BeginOptions& options) {
         updateActions();
     };
     steps.rebuildTree = [this] { rebuildTree(); };
+    listen(true);
     restoreGeometryFromSettings();
     show();
     splash_ = options.splash;
@@ -251,6 +252,7 @@ bool MainWindow::quit() {
     }
     application_.context().steps.updateDocumentMenus = nullptr;
     application_.context().steps.rebuildTree = nullptr;
+    listen(false);
     started_ = false;
     quitting_ = true;
     delete help_;

@@ -90,6 +90,8 @@ void MainWindow::installBuiltIn() {
     handlers_[CommandId::Save] = onDocument(&DocumentService::save, false);
     handlers_[CommandId::SaveAs] = onDocument(&DocumentService::saveAs, false);
     handlers_[CommandId::Close] = onDocument(&DocumentService::close, true);
+    handlers_[CommandId::Undo] = [this] { application_.documents().undo(ui_.get()); };
+    handlers_[CommandId::Redo] = [this] { application_.documents().redo(ui_.get()); };
     handlers_[CommandId::Exit] = [this] { close(); };
     handlers_[CommandId::SampleRateOptions] = [this] { editSampleRates(); };
     handlers_[CommandId::Precision] = [this] { choosePrecision(); };
