@@ -134,6 +134,12 @@ void DocumentHistory::keepToLimits(const Level* except) {
 }
 
 IoStatus DocumentHistory::addLevel(KeptFiles& files, const std::string& name, int version) {
+    // What an editor keeps next to the groups comes and goes with the editor.
+    for (const auto& kept : files.names()) {
+        if (describeDocumentFile(kept).kind == DocumentFile::Side) {
+            files.release(kept);
+        }
+    }
     files.dropUnchanged();
     if (files.empty()) {
         return {};
