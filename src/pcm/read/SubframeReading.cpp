@@ -150,26 +150,28 @@ class SubframeReader {
 
     bool readLocation(int k, bool there) {
         const auto command = fieldCode(subframe_field::kLocation.field.code, {n_, m_, k});
-        const auto word = there ? load_.number(command) : std::nullopt;
-        const auto type = word ? format_.wordType(*word) : WordType::Minor;
+        const auto given = there ? load_.number(command) : std::nullopt;
+        const bool isGiven = given.has_value();
+        const int word = given.value_or(0);
+        const auto type = isGiven ? format_.wordType(word) : WordType::Minor;
         const bool taken = type == WordType::IdCounter || type == WordType::Subframe;
-        if (word && format_.isDataWord(*word) && !taken) {
-            format_.setWord(*word, WordType::Subframe, n_ - 1, m_ - 1);
-            firstWord_ = firstWord_ > 0 ? firstWord_ : *word;
+        if (isGiven && format_.isDataWord(word) && !taken) {
+            format_.setWord(word, WordType::Subframe, n_ - 1, m_ - 1);
+            firstWord_ = firstWord_ > 0 ? firstWord_ : word;
             return true;
         }
         load_.corrected();
         if (isQuiet()) {
             return false;
         }
-        if (!word) {
+        if (!isGiven) {
             load_.log(186, title::kErrorReadingFormat, load_.prefix, command, record_.name.view());
-        } else if (!format_.isDataWord(*word)) {
-            load_.log(184, title::kErrorReadingFormat, record_.name.view(), *word,
+        } else if (!format_.isDataWord(word)) {
+            load_.log(184, title::kErrorReadingFormat, record_.name.view(), word,
                       format_.wordsPerMinorFrame, format_.wordsPerMinorFrame - 1);
         } else {
             load_.log(185, title::kErrorReadingFormat, load_.prefix, command, record_.name.view(),
-                      *word, *word);
+                      word, word);
         }
         return false;
     }
