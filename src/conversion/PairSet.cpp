@@ -164,7 +164,7 @@ std::optional<std::string> PairSet::import(std::string_view telemetryBox,
         }
     }
     if (count > kMostPairs) {
-        return formatPrintf("There are %d pairs. A pair set can not have more than %d.", count,
+        return formatPrintf("There are %d pairs. A pair set cannot have more than %d.", count,
                             kMostPairs);
     }
     pairs_ = std::move(found);

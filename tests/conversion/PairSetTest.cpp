@@ -118,7 +118,7 @@ TEST(PairSetImport, RefusesTenThousandPairsAndTakes99) {
     PairSet set;
     (void)set.add({"1", "2"});
     EXPECT_EQ(set.import(column, column),
-              "There are 10000 pairs. A pair set can not have more than 99.");
+              "There are 10000 pairs. A pair set cannot have more than 99.");
     EXPECT_EQ(text(set), "1=2 ");
     EXPECT_FALSE(set.import(column.substr(0, 99 * 6), column).has_value());
     EXPECT_EQ(set.size(), 99U);
