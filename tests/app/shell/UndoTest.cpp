@@ -8,6 +8,7 @@
 #include "application/Application.h"
 #include "conversion/ConversionStore.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/files/FileIo.h"
 #include "support/SourceStage.h"
 
@@ -92,7 +93,7 @@ class UndoTest : public testing::Test {
         add({}, 0);
         return items;
     }
-    /// Every file of the document by name.
+    /// Every file of the document by name, without what editors keep next to them.
     std::map<std::string, std::string> files() {
         EXPECT_TRUE(application.conversions().writeOut().ok());
         const auto& store = application.context().store;
@@ -100,7 +101,7 @@ class UndoTest : public testing::Test {
         EXPECT_TRUE(listFolder(store.folder(), entries).ok());
         std::map<std::string, std::string> found;
         for (const auto& entry : entries) {
-            if (!entry.isFolder && entry.name != working::kMessageLog) {
+            if (!entry.isFolder && describeDocumentFile(entry.name).kind != DocumentFile::Side) {
                 found[entry.name] = test::readFile(store.pathOf(entry.name));
             }
         }
