@@ -340,6 +340,10 @@ int link(const char* from, const char* to) __THROW {
     return failsOn("link", from, 'r', to) ? -1
                                           : real<int(const char*, const char*)>("link")(from, to);
 }
+int truncate(const char* path, off_t size) __THROW {
+    return failsOn("truncate", path, 'w') ? -1
+                                          : real<int(const char*, off_t)>("truncate")(path, size);
+}
 int unlink(const char* path) __THROW {
     return failsOn("unlink", path, 'w') ? -1
                                         : resulting(path, real<int(const char*)>("unlink")(path));

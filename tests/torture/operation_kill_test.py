@@ -69,8 +69,6 @@ class Expected:
         self.after = None if written is None else content_of(written)
         case.save()
         self.before = content_of(support.contents(case.target))
-        self.split_done = max(call.number for call in self.calls
-                              if call.path == str(case.source))
         self.removal = min((call.number for call in self.calls
                             if call.name == "unlink" and call.path.startswith(str(case.temp))
                             and call.path.endswith("/[kavu]GTMP.G")), default=0)
