@@ -6,6 +6,8 @@
 #include "core/talk/FileReports.h"
 #include "core/text/Printf.h"
 
+#include <algorithm>
+
 namespace kavu {
 
 namespace {
@@ -35,6 +37,13 @@ Transaction::~Transaction() {
 
 IoStatus Transaction::keepAll(const std::vector<std::string_view>& patterns) {
     return journal_.keepAll(patterns);
+}
+
+bool Transaction::hasChanges() const {
+    const auto& written = journal_.written();
+    return std::any_of(written.begin(), written.end(), [](const std::string& name) {
+        return describeDocumentFile(name).kind != DocumentFile::Side;
+    });
 }
 
 IoStatus Transaction::end(bool asked) {

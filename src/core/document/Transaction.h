@@ -52,8 +52,9 @@ class Transaction {
     /// Keeps all files that match, changed or not.
     IoStatus keepAll(const std::vector<std::string_view>& patterns);
     [[nodiscard]] bool isOpen() const { return open_; }
-    /// True if a file was written.
-    [[nodiscard]] bool hasChanges() const { return !journal_.written().empty(); }
+    /// True if a file was written, not counting what editors keep next to the groups: the look
+    /// at a stream makes such files, and the document stays what it was.
+    [[nodiscard]] bool hasChanges() const;
 
   private:
     IoStatus end(bool asked);
