@@ -58,7 +58,15 @@ class Reindexer {
             setProgressBar(parent_,
                            100.0 * static_cast<double>(i) / static_cast<double>(names.size()));
             yieldToInterface(parent_);
-            if (canRead(context_.files.path(names[i])) && !visit(names[i])) {
+            // A file that is there and cannot be read stops the pass: what is in it may be the
+            // home of a stream, or a group that has none.
+            const auto path = context_.files.path(names[i]);
+            PathKind kind = PathKind::Missing;
+            if (const auto status = probePath(path, kind); !status.ok()) {
+                reportUnableToRead(parent_, status);
+                return false;
+            }
+            if (kind != PathKind::Missing && !visit(names[i])) {
                 return false;
             }
         }
