@@ -259,6 +259,19 @@ def commit_of(plan):
                 if call.name == "rename" and "/undo/" in call.second), default=0)
 
 
+def is_look_at_kept_file(plan, fault):
+    return (fault.call.name in ("open", "fstat", "read", "stat")
+            and "/TEMP" in fault.call.path and "[kavu]" in fault.call.path)
+
+
+def is_file_of_no_change(plan, fault):
+    """What is written of a group that turns out to stay as it is goes again."""
+    after = [other for other in plan.calls if other.number > fault.call.number
+             and other.path == fault.call.path and other.name in ("rename", "unlink")]
+    return (fault.call.name in ("write", "close") and fault.call.path.endswith(".new")
+            and bool(after) and after[0].name == "unlink")
+
+
 def is_link(plan, fault):
     return fault.call.name == "link"
 
@@ -272,6 +285,10 @@ HARMLESS = [
     ("that another program changes the file is noticed the next time", is_look_at_the_disk),
     ("what cannot be looked at is not taken for lost: the build reads it, and stops for it",
      is_look_for_lost_groups),
+    ("former contents that cannot be compared count as other than those of now",
+     is_look_at_kept_file),
+    ("a new file without a change would not have taken the place of the old one",
+     is_file_of_no_change),
     ("where no link can be made the former contents are copied", is_link),
     ("on a full disk the way back of the operation goes, and the write is done again",
      is_write_after_an_operation),
