@@ -54,8 +54,6 @@ struct DocumentSteps {
     std::function<bool(UserInterface*)> storeOpenEditor;
     /// Creates the stream of a new document on a data source of this name.
     std::function<bool(UserInterface*, const std::string& dataSource)> createStream;
-    /// Deletes the copies of conversion records that an editor keeps.
-    std::function<void(UserInterface*)> deleteConversionCopies;
     /// The state of the document has changed: menus, title, tree.
     std::function<void()> updateDocumentMenus;
     std::function<void()> rebuildTree;

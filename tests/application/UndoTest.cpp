@@ -2,14 +2,19 @@
 // the operation, byte for byte.
 #include "application/Application.h"
 #include "conversion/ConversionStore.h"
+#include "conversion/DefinitionEdit.h"
 #include "core/WorkingStore.h"
 #include "core/document/BuildDocument.h"
 #include "core/document/DocumentHistory.h"
 #include "core/document/GroupFiles.h"
 #include "core/document/OpenDocument.h"
 #include "core/document/Operation.h"
+#include "groups/AttributeEdit.h"
 #include "groups/DataSources.h"
+#include "groups/GroupRecord.h"
+#include "groups/GroupText.h"
 #include "groups/MeasurementNames.h"
+#include "groups/Migration.h"
 #include "groups/SourceEdit.h"
 #include "support/SourceStage.h"
 #include "support/TestApplication.h"
@@ -100,6 +105,34 @@ std::vector<Operation> operations() {
              t.ui.choices = {0};
              return createStream(t.context(), &t.ui, "Second");
          }},
+        {"SetAttributes", OperationId::SetAttribute,
+         [](Stage& t) {
+             const AttributeChange changes[] = {{*parseCommandCode("G\\PN"), "Other"},
+                                                {*parseCommandCode("T-1\\RF1"), "1450.5"}};
+             return setAttributes(t.context(), &t.ui, changes);
+         }},
+        {"StoreGeneral", OperationId::EditGeneral,
+         [](Stage& t) { return storeGroup(t.context(), &t.ui, 'G', 0, "G\\PN:Sheet;\r\n", {}); }},
+        {"StoreGroupText", OperationId::EditVendor,
+         [](Stage& t) {
+             const GroupText vendor{.letter = 'V', .index = 1, .source = "First"};
+             return storeGroupText(t.context(), &t.ui, vendor, "V-1\\ID:First;\r\nV-1\\VN:ABC;");
+         }},
+        {"RenameConversion", OperationId::RenameConversion,
+         [](Stage& t) {
+             t.ui.texts = {"HEADING 2"};
+             return renameDefinitionAsked(t.context(), t.application.conversions(), &t.ui,
+                                          "HEADING")
+                 .has_value();
+         }},
+        {"DeleteConversion", OperationId::DeleteConversion,
+         [](Stage& t) {
+             return deleteDefinitionAsked(t.context(), t.application.conversions(), &t.ui, "ALPHA");
+         }},
+        {"ChangeEdition", OperationId::ChangeEdition,
+         [](Stage& t) {
+             return t.application.changeVersions(&t.ui, {2011, 2, 2004});
+         }},
     };
 }
 
@@ -130,6 +163,8 @@ TEST_P(UndoTest, GivesBackTheBytesOfBefore) {
     ASSERT_TRUE(t.history().undo(&t.ui));
     EXPECT_EQ(t.saved(), t.before);
 
+    // The settings of the editions are none of the document, and do not come back with it.
+    t.context().settings.writeInteger("IRIGOutputMethod", 1);
     ASSERT_TRUE(loadDocument(t.context(), &t.ui, t.folder / "out.tma"));
     EXPECT_FALSE(t.history().canUndo());
     EXPECT_EQ(t.saved(), t.before) << "and so it is when it is opened again";
@@ -170,6 +205,70 @@ TEST(UndoSequenceTest, GoesThroughAllOperationsBackAndForth) {
             EXPECT_EQ(t.saved(), states[i]) << "redo to " << i;
         }
     }
+}
+
+TEST(UndoSequenceTest, TheEditionComesBackWithItsFiles) {
+    Stage t;
+    const int edition = t.context().document.version;
+    ASSERT_TRUE(t.application.changeVersions(&t.ui, {2011, 2, 2004}));
+    EXPECT_EQ(t.context().document.version, 2004);
+    ASSERT_TRUE(t.history().undo(&t.ui));
+    EXPECT_EQ(t.context().document.version, edition);
+    ASSERT_TRUE(t.history().redo(&t.ui));
+    EXPECT_EQ(t.context().document.version, 2004);
+}
+
+TEST(UndoSequenceTest, AChangeOfEditionThatFailsLeavesTheDocumentAsItWas) {
+    Stage t;
+    auto& context = t.context();
+    writeFile(t.folder / "in.tma",
+              "G\\106:99;\nG\\DSI\\N:2;\nG\\DSI-1:A;\nG\\DST-1:RF;\nG\\DSI-2:B;\n"
+              "G\\DST-2:TAP;\nT-1\\ID:A;\nT-1\\RF4:OTHR;\nR-1\\ID:B;\nR-1\\TC1:OTHR;\n");
+    ASSERT_TRUE(loadDocument(context, &t.ui, t.folder / "in.tma"));
+    const auto before = t.saved();
+    ASSERT_NE(before.find("T-1\\RF4:OTHR;"), std::string::npos);
+    // The general file is the last to change; those of the sources have by then.
+    const auto obstacle = context.store.pathOf("[kavu]GTMP.G.new");
+    ASSERT_TRUE(makeFolder(obstacle).ok());
+    (void)t.application.changeVersions(&t.ui, {2011, 2, 1996});
+    ASSERT_TRUE(deleteFolder(obstacle).ok());
+    EXPECT_TRUE(context.document.open);
+    EXPECT_FALSE(context.document.changed);
+    EXPECT_EQ(context.document.version, 1999);
+    EXPECT_FALSE(t.history().canUndo());
+    EXPECT_EQ(t.saved(), before);
+    // Without the obstacle it goes well, and back.
+    context.settings.writeInteger("IRIGOutputMethod", 1);
+    ASSERT_TRUE(t.application.changeVersions(&t.ui, {2011, 2, 1996}));
+    EXPECT_NE(readFile(context.store.pathOf(groupFile('T', 1))).find("RF4:OTHER;"),
+              std::string::npos);
+    ASSERT_TRUE(t.history().undo(&t.ui));
+    EXPECT_EQ(context.document.version, 1999);
+    EXPECT_EQ(t.saved(), before);
+}
+
+TEST(UndoSequenceTest, AChangeOfEditionThatIsCancelledLeavesTheDocumentAsItWas) {
+    Stage t;
+    const int edition = t.context().document.version;
+    t.ui.polls = 0;
+    t.ui.cancelAtPoll = 1;
+    (void)t.application.changeVersions(&t.ui, {2011, 2, 2004});
+    t.ui.cancelAtPoll = 0;
+    EXPECT_GT(t.ui.polls, 0);
+    EXPECT_TRUE(t.context().document.open);
+    EXPECT_EQ(t.context().document.version, edition);
+    EXPECT_EQ(t.saved(), t.before);
+}
+
+TEST(UndoSequenceTest, ALookAtANewRecordIsNoOperation) {
+    Stage t;
+    auto& conversions = t.application.conversions();
+    bool isTemplate = false;
+    ASSERT_TRUE(conversions.openDefinitionForEdit(&t.ui, "BETA", isTemplate));
+    EXPECT_TRUE(isTemplate);
+    EXPECT_TRUE(conversions.locateDefinition("BETA").found);
+    EXPECT_FALSE(t.context().document.changed);
+    EXPECT_FALSE(t.history().canUndo());
 }
 
 TEST(UndoSequenceTest, KnowsTheRecordsThatAreThereAgain) {
