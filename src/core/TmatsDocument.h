@@ -27,7 +27,7 @@ struct TmatsDocument {
     bool open = false;
     bool changed = false;   ///< differs from the file on the disk
     bool created = false;   ///< made by Create New and not saved since
-    bool readOnly = false;  ///< the file on the disk can not be written
+    bool readOnly = false;  ///< the file on the disk cannot be written
     int version = 2011;     ///< the edition, as a year
 };
 
@@ -42,7 +42,7 @@ struct DocumentSteps {
     /// Writes the C group to the file that is being built.
     std::function<bool(UserInterface*, FileWriter&)> saveConversions;
     std::function<void()> forgetConversions;
-    /// Finds the input edition of the group files and gives the target edition; 0 if the
+    /// Sets the input edition of the group files and returns the target edition; 0 if the
     /// files could not be read, which has been reported.
     std::function<int(UserInterface*, int& inputVersion)> detectVersions;
     /// Rewrites the group files for the target; true if any file changed. Nothing if it
@@ -57,11 +57,11 @@ struct DocumentSteps {
     /// The state of the document has changed: menus, title, tree.
     std::function<void()> updateDocumentMenus;
     std::function<void()> rebuildTree;
-    /// Puts a file in front of the list of recent files.
+    /// Puts a file at the head of the list of recent files.
     std::function<void(const std::string& path)> rememberFile;
 };
 
-/// What every pass over a document is given. All of it is owned by the application.
+/// What every pass over a document works with. The application owns all of it.
 struct DocumentContext {
     const Clock& clock;
     SecondTicker& ticker;
@@ -73,7 +73,7 @@ struct DocumentContext {
     TmatsReader& reader;
     TmatsDocument& document;
     DocumentSteps& steps;
-    DocumentHistory& history;  ///< what can be undone, and who is told of changes
+    DocumentHistory& history;  ///< what can be undone, and the listeners to changes
 };
 
 }  // namespace kavu

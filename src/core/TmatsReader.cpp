@@ -17,7 +17,7 @@ constexpr bool isLeadingSpace(char c) {
     return c == '\n' || c == '\r' || c == '\t' || c == ' ' || c == 26;
 }
 
-/// Drops what stands in front of a command: white space and Ctrl-Z.
+/// Skips what precedes a command: white space and Ctrl-Z.
 void skipLeadingSpace(ByteSource& source) {
     for (auto window = source.window(); !window.empty(); window = source.window()) {
         std::size_t at = 0;
@@ -31,8 +31,8 @@ void skipLeadingSpace(ByteSource& source) {
     }
 }
 
-/// Appends the bytes of a command and sees to its line ends: a line feed without a
-/// carriage return in front of it gets one, a run of carriage returns becomes one.
+/// Appends the bytes of a command and normalises its line ends: a line feed without a
+/// carriage return before it gets one, a run of carriage returns becomes one.
 class CommandText {
   public:
     explicit CommandText(std::string& text) : text_(text) { text.clear(); }
@@ -85,7 +85,7 @@ bool takeThroughSemicolon(ByteSource& source, CommandText& text) {
     return false;
 }
 
-/// Puts the `;` straight behind the last character that is no blank.
+/// Puts the `;` directly after the last character that is not a blank.
 void trimBeforeSemicolon(std::string& command) {
     if (command.size() <= 2) {
         return;

@@ -23,18 +23,18 @@ class UserInterface;
 /// What the substitutions of a reader have hit.
 namespace substitution {
 inline constexpr unsigned kAny = 1;                ///< some command was changed
-inline constexpr unsigned kOutsideComments = 2;    ///< one that is no C or P comment
+inline constexpr unsigned kOutsideComments = 2;    ///< one that is not a C or P comment
 inline constexpr unsigned kConversionComment = 4;  ///< a "C-" command with "\COM:"
 inline constexpr unsigned kPcmComment = 8;         ///< a "P-" command with "\COM:"
 }  // namespace substitution
 
 class TmatsReader {
   public:
-    /// Reads the next command, comments included, into `command`. False at the end, and
-    /// then `length` is 0 for a clean end, else the number of characters of a command
+    /// Reads the next command, comments included, into `command`. False at the end;
+    /// `length` is then 0 for a clean end, else the number of characters of the command
     /// that the end cut off. `lineCounter` rises by the line feeds inside the command and
     /// by one for each call: it equals the line number in a file of one command a line,
-    /// and runs short by the blank lines between commands.
+    /// and falls behind by the blank lines between commands.
     bool nextRawCommand(ByteSource& source, std::string& command, long* lineCounter = nullptr,
                         std::size_t* length = nullptr);
     /// The same, skipping every command that begins with "COMMENT:" in any case.
@@ -64,7 +64,7 @@ class TmatsReader {
         return findIntCode(parent, source, fullCode(prefix, code, {PrintfArg(args)...}), value);
     }
     /// As `findField`, and nothing if the value is not a string of 0 and 1 (with `acceptX`
-    /// also x and X); then the complaint goes to `log`, which may be null.
+    /// also x and X), which is reported to `log`; it may be null.
     template <typename... Args>
     std::optional<std::string_view> findBinaryField(UserInterface* parent, ByteSource& source,
                                                     FileWriter* log, bool acceptX,
@@ -81,9 +81,9 @@ class TmatsReader {
         return findContaining(source, fullCode({}, code, {PrintfArg(args)...}));
     }
 
-    /// Where length messages go; an empty path means to a message box. `truncated` may be
-    /// null; it is set to 1 whenever a field was over its limit. A new path forgets which
-    /// fields were reported: in one log each field is reported once.
+    /// The log for length messages; with an empty path they are shown in a message box.
+    /// `truncated` may be null; it is set to 1 whenever a field was over its limit. A new
+    /// path forgets which fields were reported: in one log each field is reported once.
     void setLogFile(const std::string& path, int* truncated = nullptr);
 
     void addSubstitution(std::string_view search, std::string_view replacement);
@@ -91,8 +91,8 @@ class TmatsReader {
     void clearSubstitutions();
     [[nodiscard]] unsigned substitutionFlags() const { return substitutionFlags_; }
 
-    /// Reports a value over its limit and gives what of it is to be used. For look-ups
-    /// that do not read a stream (see CommandIndex).
+    /// Reports a value over its limit and returns the part to be used. For look-ups that
+    /// do not read a stream (see CommandIndex).
     std::string_view applyLimit(UserInterface* parent, std::string_view code,
                                 std::string_view value, int limit);
 
@@ -124,7 +124,8 @@ class TmatsReader {
 [[nodiscard]] bool isComment(std::string_view command);
 
 /// The numbers of a command's code: `D-2\MN-3-4:X;` gives D, 2 and the field indices 3, 4.
-/// A number that does not fit is the nearest end of the range: an index out of range.
+/// A number that does not fit becomes the nearest end of the range, which is no valid
+/// index.
 struct CommandIndices {
     char letter = 0;
     std::int64_t group = 0;
@@ -160,13 +161,14 @@ void setCommentRecordValue(std::string& record, std::string_view key, std::strin
 // Each writes one line that ends in carriage return and line feed.
 
 /// Writes nothing for an empty value: that is how optional attributes are omitted. Line
-/// breaks are stored as their two bytes, trailing blanks go. True if a line was written.
+/// breaks are stored as their two bytes, trailing blanks are removed. True if a line was
+/// written.
 bool writeCommand(FileWriter& writer, std::string_view prefix, std::string_view code,
                   std::string_view value);
 /// The same with real line breaks in the value, and without trimming.
 bool writeCommandPlain(FileWriter& writer, std::string_view prefix, std::string_view code,
                        std::string_view value);
-/// Writes always, also a 0.
+/// Always writes the line, even for 0.
 void writeIntCommand(FileWriter& writer, std::string_view prefix, std::string_view code,
                      long value);
 

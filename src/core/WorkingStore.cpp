@@ -24,7 +24,7 @@ namespace {
 constexpr unsigned kPrivateMode = 0700;
 constexpr int kDeleteSteps = 198;  // 99 data sources and 99 data links
 
-/// The files with one name each, in the order in which they are deleted.
+/// The files with a fixed name, in the order in which they are deleted.
 constexpr auto kNamedFiles = std::to_array<std::string_view>({
     working::kGeneral,
     working::kMessageLog,
@@ -68,7 +68,7 @@ bool deleteFolderReported(UserInterface* parent, const std::string& path) {
     return reportDelete(parent, deleteFolder(path), "ERROR: Unable To Delete Folder");
 }
 
-/// The temporary root that the system names, without a separator at its end.
+/// The temporary root that the system names, without a trailing separator.
 std::optional<std::string> namedTemporaryRoot(const Environment& environment) {
     for (const char* const name : {"TEMP", "TMPDIR"}) {
         if (auto root = environment.variable(name)) {
@@ -81,9 +81,9 @@ std::optional<std::string> namedTemporaryRoot(const Environment& environment) {
     return std::nullopt;
 }
 
-/// The names in a folder as one listing found them: a thousand names are possible, but
-/// only what exists has to be deleted. Where the folder can not be listed, each name is
-/// looked for by itself, or files of this document would be taken into the next one.
+/// The names in a folder from one listing: a thousand names are possible, but only what
+/// exists has to be deleted. Where the folder cannot be listed, each name is tried, or
+/// files of this document would get into the next one.
 class Listing {
   public:
     explicit Listing(const std::string& folder) : folder_(folder) {
@@ -120,7 +120,7 @@ class DocumentCleaner {
     void remove() {
         reportDelete(withStatus_ ? parent_ : nullptr, listing_.status(), kDeleteFileTitle);
         for (const auto name : kNamedFiles) {
-            // At the start this one is left to the editor that makes it.
+            // At the start this one is left to the editor that writes it.
             if (!withStatus_ && name == "1553.TMP") {
                 continue;
             }
@@ -170,8 +170,8 @@ class DocumentCleaner {
             removeFile(name);
         }
     }
-    /// What the loops do not know by name: conversion records, and groups of an index that is
-    /// not saved. Left behind, they would be read as part of the next document.
+    /// What the loops do not delete by name: conversion records, and groups of an index that
+    /// is not saved. They would be read as part of the next document.
     void removeTheRest() {
         std::vector<FolderEntry> entries;
         (void)listFolder(store_.folder(), entries);
@@ -221,7 +221,7 @@ std::string WorkingStore::temporaryRoot() const {
     if (const auto root = namedTemporaryRoot(environment_)) {
         return *root;
     }
-    // Beside the settings of this user.
+    // Next to the settings of this user.
     const auto beside = supportFolderPath(environment_, "x", environment_.userName, false);
     return folderOf(beside.substr(0, beside.size() - 1));
 }
@@ -235,8 +235,8 @@ bool WorkingStore::activate(UserInterface* parent, std::string_view applicationN
     const auto root = temporaryRoot();
     folder_ = root + "/" + std::string(applicationName) + (guid ? "-" + *guid : std::string());
     if (folderExists(folder_)) {
-        // Without anybody to ask, another copy has to be taken for running: to share its
-        // folder would mix two documents.
+        // Without a user to ask, assume that another copy is running: to share its folder
+        // would mix two documents.
         const auto reply = showBox(
             parent,
             "The temporary directory used by this application already exists. Only one copy of "
@@ -266,14 +266,14 @@ bool WorkingStore::activate(UserInterface* parent, std::string_view applicationN
 }
 
 IoStatus WorkingStore::makePrivateFolder() const {
-    // A temporary root that the system names has to exist: to make one where it does not
-    // would hide a mistake in its name. The one beside the settings may be new.
+    // A temporary root that the system names has to exist: making it would hide a mistake
+    // in its name. The one next to the settings may be new.
     auto status =
         namedTemporaryRoot(environment_) ? IoStatus() : makeFolders(temporaryRoot(), kPrivateMode);
     if (status.ok() && ::mkdir(folder_.c_str(), kPrivateMode) != 0) {
         status = {folder_, errno};
     }
-    // The user's mask may have taken more away than it should.
+    // The user's mask may have removed more permissions than it should.
     if (status.ok() && ::chmod(folder_.c_str(), kPrivateMode) != 0) {
         status = {folder_, errno};
         ::rmdir(folder_.c_str());
@@ -332,8 +332,8 @@ void WorkingStore::clearDocumentFiles(UserInterface* parent, int edition) const 
 }
 
 void WorkingStore::verifyNoDocumentFiles(UserInterface* parent) const {
-    // The store is new, so there is normally nothing; one that was found to exist is cleaned,
-    // whatever edition its document had.
+    // A store is normally new and empty; one that existed is cleaned, whatever edition its
+    // document had.
     if (active()) {
         DocumentCleaner(*this, parent, false, kLatestEdition).remove();
     }

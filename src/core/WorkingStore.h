@@ -26,17 +26,16 @@ inline constexpr std::string_view kData2 = "DATA2.TMP";
 inline constexpr std::string_view kGeneral = "[kavu]GTMP.G";
 inline constexpr std::string_view kMultiplexScratch = "[kavu]MULTIPLX.TMP";
 inline constexpr std::string_view kEuDefinitions = "EuDefinitions";
-/// The folder of an operation that is open, its former contents in it; the number is how deep
-/// it is in others.
+/// The folder with the former contents of an open operation; a number, its nesting depth,
+/// follows.
 inline constexpr std::string_view kOpenOperation = "TEMP";
 inline constexpr std::string_view kUndoLevels = "undo";
 inline constexpr std::string_view kRedoLevels = "redo";
 inline constexpr std::string_view kChunkFormat = "[kavu]%8.8ld.C_O";
 /// The raw C commands while they are made into chunks, and until all of these are in files:
-/// all chunks from this number on are made from it, and are worth nothing as long as it is
-/// there.
+/// all chunks from this number on are made from it, and are void as long as it exists.
 inline constexpr std::string_view kRawConversionsFormat = "[kavu]%8.8ld.C_RAW";
-/// True for the name of such a folder.
+/// True for the name of the folder of an open operation.
 [[nodiscard]] bool isOpenOperation(std::string_view name);
 }  // namespace working
 
@@ -50,7 +49,7 @@ class WorkingStore {
     /// Makes the folder (mode 0700) under the temporary root and holds a lock on it for as
     /// long as this process lives. Reports failures to the parent.
     bool activate(UserInterface* parent, std::string_view applicationName, RandomSource& random);
-    /// Deletes the folder with all it holds. A folder that can not be removed is reported.
+    /// Deletes the folder with all it holds. A folder that cannot be removed is reported.
     void deactivate(UserInterface* parent);
     [[nodiscard]] bool active() const { return !folder_.empty(); }
     /// Without a trailing separator; empty while the store is not active.
@@ -75,11 +74,11 @@ class WorkingStore {
     /// are plain). Failures are reported and the scan goes on; false if there was one.
     bool deleteFiles(UserInterface* parent, std::string_view pattern) const;
 
-    /// Deletes every file of the document, whatever its index, with status texts. S files of
-    /// an edition before 2005, which nothing else reads either, stay until the folder goes.
-    /// For `DocumentFiles::clear`, which also forgets the files.
+    /// Deletes every file of the document, whatever its index, and shows status texts. S
+    /// files of an edition before 2005, which nothing reads, stay until the folder goes. For
+    /// `DocumentFiles::clear`, which also forgets the files.
     void clearDocumentFiles(UserInterface* parent, int edition = kLatestEdition) const;
-    /// The same, deleting only what exists, at the start of the program.
+    /// The same at the start of the program, deleting only what exists.
     void verifyNoDocumentFiles(UserInterface* parent) const;
 
     /// The root under which the folder is made.
@@ -96,17 +95,17 @@ class WorkingStore {
 };
 
 /// A name from a document as part of a file name: ordinary names stay readable, and no
-/// name can leave the folder or equal another name's. Bytes that a file name can not or
+/// name can leave the folder or equal another name's. Bytes that a file name cannot or
 /// should not hold become `%` and two hexadecimal digits.
 [[nodiscard]] std::string safeFileName(std::string_view name);
 
-/// Where settings live. An empty base asks for the folder of all users. Always ends in
-/// a separator.
+/// The folder for settings. An empty base gives the folder of all users. Always ends in a
+/// separator.
 [[nodiscard]] std::string supportFolderPath(const Environment& environment, std::string_view name,
                                             std::string_view base, bool mayUseNetwork);
 inline constexpr std::string_view kSupportFolderName = "KavuSupportFiles";
 
-/// Makes the folder if needed and proves that it can be written.
+/// Makes the folder if needed and checks that files can be written in it.
 bool activateSupportFolder(UserInterface* parent, const std::string& folder);
 
 }  // namespace kavu

@@ -1,10 +1,10 @@
-// How a command and its code are put together: the one place that looks for the `\`, `:` and
-// `-` in them, and the one that composes a code. `D-1\WP-1-2-1-3:5;` has the code
-// `D-1\WP-1-2-1-3`, the head `D-1`, the field `WP-1-2-1-3` and the value `5`; the field has the
-// stem `WP` and four indices.
+// The syntax of a command and its code: the one place that looks for the `\`, `:` and `-` in
+// them, and that composes a code. `D-1\WP-1-2-1-3:5;` has the code `D-1\WP-1-2-1-3`, the head
+// `D-1`, the field `WP-1-2-1-3` and the value `5`; the field has the stem `WP` and four
+// indices.
 //
-// The reader keeps two functions of its own beside these (see TmatsReader.h):
-// `parseCommandIndices`, which takes what `%d` takes, and `splitCommand`, which drops every `;`.
+// The reader has two functions of its own besides (see TmatsReader.h): `parseCommandIndices`,
+// which accepts what `%d` accepts, and `splitCommand`, which drops every `;`.
 #pragma once
 
 #include <array>
@@ -17,64 +17,65 @@
 
 namespace kavu {
 
-/// The parts of a command, as views into it. What is missing is empty.
+/// The parts of a command, as views into it. A missing part is empty.
 struct CommandView {
     std::string_view text;   ///< all of it
-    std::string_view code;   ///< in front of the first `:`; nothing without one
-    std::string_view head;   ///< the code in front of its first `\`; nothing without one
+    std::string_view code;   ///< before the first `:`; null without one
+    std::string_view head;   ///< the code before its first `\`; null without one
     std::string_view field;  ///< the code after that `\`
     std::string_view value;  ///< after the first `:`, without ONE `;` at its end
-    bool hasColon = false;   ///< sets the empty code of ":1;" apart from a command without one
+    bool hasColon = false;   ///< tells the empty code of ":1;" from a command without one
 };
-/// Takes a command apart. Its text must outlive the view.
+/// Splits a command. Its text must outlive the view.
 [[nodiscard]] CommandView viewCommand(std::string_view command);
 /// What is after the first `\` of a command, whether that is in its code or not.
 [[nodiscard]] std::string_view afterHead(std::string_view command);
-/// What a command is compared by where the place of its `:` makes no difference: its code, or
-/// all of its text if it has no `:`, without white space at the end.
+/// The text that identifies a command whether or not it has a `:`: its code, or all of its
+/// text, without white space at the end.
 [[nodiscard]] std::string_view keyOf(const CommandView& command);
 
-/// Gives a command another value: what is after its first `:`, or after all of it without one.
+/// Replaces the value of a command: what follows its first `:`. Without one the value is
+/// appended.
 void setValue(std::string& command, std::string_view value);
 
-/// The field of a code in its stem and its indices: "ADL-2-5" is "ADL" with 2 and 5.
+/// The field of a code, split into stem and indices: "ADL-2-5" is "ADL" with 2 and 5.
 struct FieldPath {
     static constexpr int kMostIndices = 6;
     std::string_view stem;
     std::array<int, kMostIndices> at{};
     int count = 0;
 };
-/// Takes the indices from the end of a field. An index is written as a format writes it: no
-/// sign, no leading 0, at least 1, at most nine digits; what is not stays in the stem. Nothing
-/// for a field with more indices than any has.
+/// Splits the indices from the end of a field. An index is a number as a printf format writes
+/// it: no sign, no leading 0, at least 1, at most nine digits; anything else stays in the
+/// stem. Nothing for a field with more than `kMostIndices` indices.
 [[nodiscard]] std::optional<FieldPath> parseField(std::string_view field);
 
-/// A code in its parts.
+/// A code, split into its parts.
 struct CommandPath : FieldPath {
     char letter = 0;  ///< an upper-case letter
     int group = 0;    ///< 0 for a code without one, such as "G\PN"
 };
-/// Nothing for a text that is no code: no letter at its front, a group number that is not
-/// written as a format writes it, no `\`, no field.
+/// Nothing for a text that is not a code: no upper-case letter first, a group number that
+/// is not an index as in `parseField`, no `\`, or no field.
 [[nodiscard]] std::optional<CommandPath> parsePath(std::string_view code);
 
-/// Takes an index, as `parseField` knows it, from the front of a text; nothing is taken if there
-/// is none.
+/// Removes an index as in `parseField` from the front of a text; the text stays as it is if
+/// there is none.
 std::optional<int> takeIndex(std::string_view& text);
 
-/// The text in front of the first `-`: "SF4" of "SF4-n-m-k" and of "SF4-1-2-3".
+/// The text before the first `-`: "SF4" of "SF4-n-m-k" and of "SF4-1-2-3".
 [[nodiscard]] constexpr std::string_view codeHead(std::string_view field) {
     return field.substr(0, field.find('-'));
 }
 
-/// A code cut at the number of its row: "R-1\TK1-" and "3" of "R-1\TK1-3".
+/// A code split at the number of its row: "R-1\TK1-" and "3" of "R-1\TK1-3".
 struct RowCut {
     std::string_view front;
     std::string_view rest;  ///< with the number at its front, if there is one
 };
-/// Cuts a code at the first `-` from `from` on; nothing without one.
+/// Splits a code after the first `-` at or after `from`; nothing without one.
 [[nodiscard]] std::optional<RowCut> cutAtRow(std::string_view code, std::size_t from);
-/// The code with another number in place of the digits.
+/// The code with `row` in place of the digits.
 [[nodiscard]] std::string withRow(const RowCut& cut, std::size_t row);
 
 /// Appends the head of a group's codes: "D-1\"; "G\" and "H\" for the groups without number.

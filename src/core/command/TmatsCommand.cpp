@@ -1,4 +1,4 @@
-// Commands taken apart, the private record in a comment, and the writing of commands.
+// Splitting commands, the private record in a comment, and writing commands.
 #include "core/TmatsReader.h"
 #include "core/text/Text.h"
 
@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::string_view kRecordHead = "[KAVU:";
 
-/// Reads one `%d` of a scan: white space, a sign, digits. Gives the text behind it.
+/// Reads one `%d` of a scan: white space, a sign, digits. `text` is then what follows it.
 bool scanInteger(std::string_view& text, int& number) {
     const auto first = text.find_first_not_of(" \t\r\n\v\f");
     if (first == std::string_view::npos) {
@@ -33,12 +33,12 @@ struct RecordPair {
     std::string_view value;
 };
 
-/// The next pair of a record behind its head, or nothing at its end.
+/// The next pair of a record after its head, or nothing at its end.
 std::optional<RecordPair> nextPair(std::string_view& rest) {
     while (!rest.empty() && rest.front() == ' ') {
         rest.remove_prefix(1);
     }
-    // A `]` in front of the `=` ends the record: what stands behind it is the user's text.
+    // A `]` before the `=` ends the record: what follows it is the user's text.
     const auto equals = rest.find_first_of("=]");
     if (equals == std::string_view::npos || rest[equals] == ']') {
         return std::nullopt;

@@ -31,7 +31,7 @@ void noteCutOff(UserInterface* parent, const std::string& where) {
     }
 }
 
-/// The name of a group in messages. From 2009 on an S group is message data, in front of it
+/// The name of a group in messages. From 2009 on an S group is message data, before that
 /// packet data.
 std::string nameOfGroup(const DocumentContext& context, const GroupKind& kind) {
     if (kind.letter == 'S') {
@@ -40,8 +40,8 @@ std::string nameOfGroup(const DocumentContext& context, const GroupKind& kind) {
     return std::string(kind.messageName);
 }
 
-/// A group file that somebody has deleted behind the program's back is reported: the file that
-/// is saved would have lost its commands, and nobody would know.
+/// Reports a group file that was deleted from outside: the saved file would silently lose its
+/// commands.
 bool checkNoneVanished(const DocumentContext& context, UserInterface* parent) {
     for (const auto& name : context.files.missing()) {
         const auto& kind = groupKind(describeDocumentFile(name).letter);
@@ -62,14 +62,14 @@ class Builder {
         : context_(context), parent_(parent), target_(target) {}
 
     bool run() {
-        // One listing tells what is there. To try every name would cost a call for each, and
-        // a name whose file can not be reached would pass for one that does not exist.
+        // One listing shows what is there. Trying every name would cost a call for each, and
+        // a file that cannot be reached would pass for one that does not exist.
         if (const auto status = listStore(); !status.ok()) {
             reportUnableToRead(parent_, status, title::kErrorSaving);
             return false;
         }
         for (const auto& kind : groupKinds()) {
-            // The C group has no file; it is generated in front of the H group.
+            // The C group has no file; it is generated before the H group.
             if (kind.letter == 'H' && !saveConversions()) {
                 return false;
             }
@@ -144,7 +144,7 @@ class Builder {
             reportUnreadableGroup(context_.messages, parent_, status, nameOfGroup(context_, kind),
                                   path);
         }
-        // A target that takes no more is reported when it is closed.
+        // A target that cannot be written is reported when it is closed.
         return status.ok() && target_.status().ok();
     }
 
@@ -155,7 +155,7 @@ class Builder {
     unsigned lineCounter_ = 0;
 };
 
-/// The G file with `head` in front of it, or after the comments at its head.
+/// Inserts `head` at the front of the G file, or after the comments at its head.
 bool putIntoGeneralFile(DocumentContext& context, UserInterface* parent, const std::string& head,
                         bool behindComments) {
     bool placed = false;

@@ -18,23 +18,25 @@ bool buildTmatsFile(DocumentContext& context, UserInterface* parent, const std::
 bool copyGroupFile(DocumentContext& context, UserInterface* parent, ByteSource& source,
                    FileWriter& target, const std::string& progressText, unsigned& lineCounter,
                    bool withComments);
-/// Puts the banner at the head of the G file; nothing below edition 1999.
+/// Puts the banner at the head of the G file; does nothing below edition 1999.
 bool writeBanner(DocumentContext& context, UserInterface* parent);
-/// Sets `G\FN` to the name of the file without its folder; nothing below edition 2009.
+/// Sets `G\FN` to the name of the file without its folder; does nothing below edition
+/// 2009.
 bool writeFileNameField(DocumentContext& context, UserInterface* parent, const std::string& path);
 
-/// Saves under the document's path; without one, or for a read-only file, as `saveAs`.
+/// Saves under the document's path; without one, or for a read-only file, as
+/// `saveDocumentAs`.
 bool saveDocument(DocumentContext& context, UserInterface* parent);
 /// Asks for a name and saves under it.
 bool saveDocumentAs(DocumentContext& context, UserInterface* parent);
-/// Saves under a name that is known; it becomes the document's path.
+/// Saves under this path, which becomes the document's.
 bool saveDocumentTo(DocumentContext& context, UserInterface* parent, const std::string& path);
 
 enum class CloseResult { Closed = 1, Cancelled = 2 };
 /// Asks to save a changed document, and closes it.
 CloseResult closeDocument(DocumentContext& context, UserInterface* parent);
 
-/// Who made a file, for the banner.
+/// The maker of a file, for the banner.
 inline constexpr const char* kBannerMaker = "Written by the Kavu Telemetry Workbench, TMATS Editor";
 inline constexpr const char* kBannerHelp =
     "Help: the manual that comes with the program (kavu-cli --help)";

@@ -39,7 +39,8 @@ bool isWanted(std::string_view command, std::span<const std::string_view> wanted
 IoStatus CommandIndex::read(TmatsReader& reader, ByteSource& source, Comments comments,
                             std::span<const std::string_view> wanted) {
     const auto before = entries_.size();
-    // What growth would take twice is taken once; of more than this, most may be one command.
+    // Reserving keeps growth from taking twice the memory. A file larger than this may be
+    // mostly one command.
     constexpr std::uint64_t kMostReserved = std::uint64_t{64} << 20U;
     if (wanted.empty() && source.size() > source.position()) {
         text_.reserve(text_.size() + static_cast<std::size_t>(std::min(

@@ -1,9 +1,9 @@
-// The commands of a group file in memory: in the order of the file, by their codes, and with a
-// mark for those that somebody has read. It is a value of one operation, and no cache: the file
-// stays the truth.
+// The commands of a group file in memory: in file order, found by their codes, and with a mark
+// for those that have been read. It belongs to one operation and is no cache: the file stays
+// the truth.
 //
-// A command costs its text and some thirty bytes. A file whose size only the disk limits (a D
-// group) is not read whole; it is passed through command by command, or cut into chunks first.
+// A command takes its text and some thirty bytes. A file whose size only the disk limits (a D
+// group) is not read whole, but command by command or in chunks.
 #pragma once
 
 #include "core/command/CommandPath.h"
@@ -29,13 +29,14 @@ enum class Comments { Skip, Keep };
 
 class CommandIndex {
   public:
-    /// Adds the commands of a source from its position to its end. Only those are kept whose
-    /// field (the whole code, if it has no group part) begins with one of `wanted`, without
-    /// regard to case; all, if that is empty. The status is that of the source, or EFBIG: the
-    /// commands have no room in 4 GiB.
+    /// Adds the commands of a source from its position to its end. Keeps those whose field
+    /// (the whole code, if it has no group part) begins with one of `wanted`, without regard
+    /// to case; all if that is empty. The status is that of the source, or EFBIG if the
+    /// commands take more than 4 GiB.
     IoStatus read(TmatsReader& reader, ByteSource& source, Comments comments = Comments::Skip,
                   std::span<const std::string_view> wanted = {});
-    /// The same for a file. One that is not there or cannot be read has no commands.
+    /// The same for a file. One that is missing or cannot be read has no commands, and
+    /// the status says so.
     IoStatus readFile(TmatsReader& reader, const std::string& path,
                       Comments comments = Comments::Skip,
                       std::initializer_list<std::string_view> wanted = {});
@@ -44,8 +45,8 @@ class CommandIndex {
     void clear();
 
     [[nodiscard]] std::size_t size() const { return entries_.size(); }
-    /// The command at a place, counted from 0 in the order in which they came. All views into
-    /// the index live until a command is added. REQUIRES: place < size().
+    /// The command at a place, counted from 0 in the order in which they were added. All
+    /// views into the index live until a command is added. REQUIRES: place < size().
     [[nodiscard]] CommandView at(std::size_t place) const;
 
     struct Found {
@@ -54,16 +55,16 @@ class CommandIndex {
         std::string_view value{};  ///< never empty
     };
     /// The first command of the code, without regard to case, that has a value, at or after the
-    /// position, once around: exactly as a run of `TmatsReader::findField` on the open file. The
-    /// position is after it then, and stays where it is if there is none.
+    /// position, wrapping once around: exactly as a run of `TmatsReader::findField` on the open
+    /// file. The position is then after it; it does not move if there is none.
     std::optional<Found> find(std::string_view code);
-    /// The same; the position stays.
+    /// The same, without moving the position.
     [[nodiscard]] std::optional<Found> peek(std::string_view code) const;
-    /// Back to the front.
+    /// Moves the position to the front.
     void rewind() { position_ = 0; }
 
-    /// `find` of one field after the other as the reader does it: the interface, which may be
-    /// null, breathes at each, and a value over its limit is reported and cut by the reader.
+    /// `find` as the reader does it: the interface, which may be null, can paint at each
+    /// call, and the reader reports and cuts a value over its limit.
     std::optional<std::string_view> findField(TmatsReader& reader, UserInterface* parent,
                                               std::string_view code, int limit);
     /// The value as a decimal number, a negative one as 0.
@@ -73,7 +74,7 @@ class CommandIndex {
     void markRead(std::size_t place) { entries_[place].read = 1; }
     [[nodiscard]] bool isRead(std::size_t place) const { return entries_[place].read != 0; }
 
-    /// Bytes that it takes, about.
+    /// The approximate size in bytes.
     [[nodiscard]] std::size_t memory() const { return text_.size() + 32 * entries_.size(); }
 
   private:
@@ -100,7 +101,7 @@ class CommandIndex {
     [[nodiscard]] std::string_view valueOf(const Entry& entry) const;
     [[nodiscard]] Slot& slotOf(std::string_view code);
 
-    std::string text_;  ///< the commands, one straight after the other
+    std::string text_;  ///< the commands, without separators
     std::vector<Entry> entries_;
     std::vector<Slot> slots_;  ///< a power of two; of the commands that have a value
     std::size_t position_ = 0;

@@ -1,5 +1,5 @@
-// What has happened to the open document, told to everybody who shows it or knows something
-// of its files: the tree, titles, names, the conversion records.
+// A change of the open document, reported to all that show it or hold something read from
+// its files: the tree, titles, names, the conversion records.
 #pragma once
 
 #include "core/document/DocumentFiles.h"
@@ -12,8 +12,8 @@ namespace kavu {
 struct DocumentChange {
     enum Kind {
         Opened,
-        Edited,     ///< an operation has ended well
-        TakenBack,  ///< an operation has not, and the files are what they were before it
+        Edited,     ///< an operation has succeeded
+        TakenBack,  ///< an operation was rolled back, and the files are as before it
         Undone,
         Redone,
         Saved,
@@ -31,11 +31,11 @@ struct DocumentChange {
 class DocumentListener {
   public:
     virtual ~DocumentListener() = default;
-    /// Called when the files are in their last state, once for an operation with all that it
-    /// is made of. The listener may read files; it must not change any.
+    /// Called when the files are in their final state, once for an operation and all its
+    /// parts. The listener may read files; it must not change any.
     virtual void documentChanged(const DocumentChange& change) = 0;
-    /// Brings to its files what the running operation has left in memory only. Called before
-    /// the operation ends; a failure takes it back.
+    /// Writes what the running operation has left in memory only. Called before the
+    /// operation ends; a failure rolls it back.
     virtual IoStatus writePending() { return {}; }
 };
 

@@ -22,7 +22,7 @@ std::string besideOf(const std::string& path) {
     return path + std::string(kBeside);
 }
 
-/// The number that `digits` are as a whole, or -1.
+/// The number that all of `digits` forms, or -1.
 std::int64_t wholeNumber(std::string_view digits) {
     std::int64_t number = -1;
     const auto* const end = digits.data() + digits.size();
@@ -30,7 +30,8 @@ std::int64_t wholeNumber(std::string_view digits) {
     return result.ec == std::errc() && result.ptr == end ? number : -1;
 }
 
-/// What stands between the head of all names and a tail; nothing if the name has not both.
+/// The part between the head of all names and a tail; nothing if the name does not have
+/// both.
 std::string_view between(std::string_view name, std::string_view tail) {
     return name.starts_with(kHead) && name.ends_with(tail) &&
                    name.size() > kHead.size() + tail.size()
@@ -61,7 +62,8 @@ DocumentFile describeDocumentFile(std::string_view name) {
         if (!name.starts_with(head)) {
             continue;
         }
-        // The name has to be the one that the number gives: "D1" is no name of a group.
+        // The name has to be the one that the number gives: "D1" is not the name of a
+        // group.
         const auto number = kind.indexed ? leadingInteger(name.substr(head.size())) : 0;
         if (groupFile(kind.letter, number) == name) {
             file.kind = DocumentFile::Group;
@@ -140,7 +142,7 @@ IoStatus DocumentFiles::announce(std::string_view name) const {
     return keeper_ == nullptr ? IoStatus() : keeper_->beforeChange(name);
 }
 
-/// Lets the file beside take its place; after a failure that file is gone.
+/// Replaces the file by the one next to it, which is gone after a failure.
 IoStatus DocumentFiles::replace(const std::string& beside, std::string_view name) {
     auto status = announce(name);
     if (status.ok()) {
@@ -188,7 +190,7 @@ IoStatus DocumentFiles::append(std::string_view name, std::string_view bytes) {
     return status;
 }
 
-/// Adds to a file that nobody else holds, whole or not at all.
+/// Appends to a file that has no other link, whole or not at all.
 IoStatus DocumentFiles::appendTo(const std::string& path, std::string_view bytes, bool exists) {
     FileWriter writer;
     writer.setRoomMaker(roomMaker_);
@@ -199,7 +201,7 @@ IoStatus DocumentFiles::appendTo(const std::string& path, std::string_view bytes
     writer.write(bytes);
     auto status = writer.close();
     if (!status.ok()) {
-        // Should this fail as well, the failure that came first says more.
+        // If this fails as well, the first failure says more.
         [[maybe_unused]] const int result =
             exists ? ::truncate(path.c_str(), static_cast<off_t>(before)) : ::unlink(path.c_str());
     }
@@ -227,7 +229,7 @@ IoStatus DocumentFiles::adopt(const std::string& from, std::string_view name) {
         status = renameFile(from, to);
     }
     if (status.ok()) {
-        // Of two links to one file rename() leaves both.
+        // rename() leaves both of two links to one file.
         (void)::unlink(from.c_str());
         remember(name);
     }
@@ -292,7 +294,7 @@ void DocumentFiles::remember(std::string_view name) {
         return;
     }
     const auto file = describeDocumentFile(name);
-    // A group of another index is in no file that is saved.
+    // A group of another index is not saved.
     if (file.kind == DocumentFile::Group &&
         (!groupKind(file.letter).indexed ||
          (file.number >= kLeastGroupIndex && file.number <= kMostGroupIndex))) {

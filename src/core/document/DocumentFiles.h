@@ -1,6 +1,6 @@
 // The gate through which the files of the open document change. Readers open these files by
-// their path; whoever writes, deletes or renames one does it here, so that one place knows
-// of every change before it happens and can have the former contents kept.
+// their path; every write, deletion and renaming goes through here, so that one place knows
+// of each change before it happens and can have the former contents kept.
 #pragma once
 
 #include "core/files/FileIo.h"
@@ -17,7 +17,7 @@ class DocumentFiles;
 class UserInterface;
 class WorkingStore;
 
-/// What a file of a document is, as its name says.
+/// What a file of a document is, by its name.
 struct DocumentFile {
     enum Kind {
         Group,    ///< the commands of one group
@@ -32,17 +32,17 @@ struct DocumentFile {
 };
 [[nodiscard]] DocumentFile describeDocumentFile(std::string_view name);
 
-/// Keeps former contents for whoever may want them back.
+/// Keeps former contents so that they can be put back.
 class FormerFileKeeper {
   public:
     virtual ~FormerFileKeeper() = default;
-    /// Called each time before a file changes, comes or goes; that it was called for the name
-    /// before is no exception. A failure stops the change, which then gives this status.
+    /// Called each time before a file changes, is made or is deleted, also if it was called
+    /// for the name before. A failure stops the change, which then returns this status.
     virtual IoStatus beforeChange(std::string_view name) = 0;
 };
 
-/// A file of the document that is written piece by piece. It takes the place of the one with
-/// its name on `close`; one that is not closed, or has failed, is dropped.
+/// A file of the document that is written piece by piece. It replaces the one of its name on
+/// `close`; one that is not closed, or has failed, is dropped.
 class DocumentWriter {
   public:
     DocumentWriter(const DocumentWriter&) = delete;
@@ -57,9 +57,9 @@ class DocumentWriter {
     /// The first failure so far, that of the open included.
     [[nodiscard]] const IoStatus& status() const { return status_.ok() ? out_.status() : status_; }
     /// Puts the file in its place. After a failure the former file is as it was. A second
-    /// call does nothing and gives the status of the first.
+    /// call does nothing and returns the status of the first.
     IoStatus close();
-    /// Gives up what was written; the former file stays.
+    /// Discards what was written; the former file stays.
     void drop();
 
   private:
@@ -73,11 +73,11 @@ class DocumentWriter {
     bool open_ = false;
 };
 
-/// The working files of one document. The contract that kept links rest on: an inode that
-/// anybody else may hold is never written in place; a file is replaced by another one, whole
-/// or not at all, and after a failure the former file is there and nothing is next to it.
-/// A name is plain: one that is empty, leads to another folder, holds a NUL or ends as the
-/// file that is being written next to another one gives EINVAL.
+/// The working files of one document. The contract that kept links rely on: an inode that
+/// may have another link is never written in place; a file is replaced by another one, whole
+/// or not at all, and after a failure the former file is still there and no temporary file
+/// is left. A name must be plain: one that is empty, leads to another folder, holds a NUL or
+/// ends like the temporary file of a write gives EINVAL.
 class DocumentFiles {
   public:
     /// The store must outlive the object.
@@ -91,41 +91,42 @@ class DocumentFiles {
     IoStatus put(std::string_view name, std::string_view bytes);
     /// A failure to make the file is in the writer's status.
     [[nodiscard]] DocumentWriter writer(std::string_view name);
-    /// Adds to the end of a file, or makes it: what a load gathers for many groups at once.
-    /// A file that has another link is copied first. After a failure it is as long as before.
+    /// Appends to a file, or makes it: for a load, which gathers many groups at once. A file
+    /// that has another link is copied first. After a failure it is as long as before.
     IoStatus append(std::string_view name, std::string_view bytes);
     /// Copies a file from outside the document, or of it, to `name`.
     IoStatus copyIn(const std::string& path, std::string_view name);
-    /// Moves a file that lies elsewhere on the store's disk to `name`. One that is a link to
-    /// the file it replaces only goes.
+    /// Moves a file from elsewhere on the store's disk to `name`. One that is a link to the
+    /// file it would replace is only deleted.
     IoStatus adopt(const std::string& path, std::string_view name);
     /// Deletes a file; one that is not there is a failure (ENOENT).
     IoStatus remove(std::string_view name);
     /// Deletes a file if there is one.
     IoStatus removeIfThere(std::string_view name);
-    /// Deletes all files that match, `*` being a wildcard. Gives the first failure and goes on.
+    /// Deletes all files that match, `*` being a wildcard. Goes on after a failure and returns
+    /// the first one.
     IoStatus removeAll(std::string_view pattern);
     /// Renames a file; one that has the new name is replaced.
     IoStatus move(std::string_view from, std::string_view to);
 
-    /// The group files that came through here and are not there any more, though nobody has
-    /// removed them: to save without them would lose what they held. Sorted. Groups of an index
-    /// that is not saved are not looked for.
+    /// The group files that were written here and have vanished without being removed here: to
+    /// save without them would lose what they held. Sorted. Groups of an index that is not
+    /// saved are not checked.
     [[nodiscard]] std::vector<std::string> missing() const;
-    /// The close of a document: deletes all its files, as `WorkingStore::clearDocumentFiles`,
-    /// and forgets them. Nothing is kept of them.
+    /// For the close of a document: deletes all its files, as
+    /// `WorkingStore::clearDocumentFiles`, and forgets them. Their contents are not kept.
     void clear(UserInterface* parent, int edition);
 
-    /// Sets who is called before a change; null for nobody. Gives the one of before, to be
-    /// set again. REQUIRES: the keeper outlives its stay.
+    /// Sets the keeper to call before a change; null for none. Returns the previous one,
+    /// to be set again. REQUIRES: the keeper lives until another one is set.
     FormerFileKeeper* setKeeper(FormerFileKeeper* keeper);
-    /// Who is asked to free space when the disk is full, so that the write is tried again;
-    /// null for nobody.
+    /// Sets the one to free space when the disk is full, so that the write is tried again;
+    /// null for none.
     void setRoomMaker(RoomMaker* maker) { roomMaker_ = maker; }
 
     /// True while a document is being loaded: nothing of it has a former state to return to.
     [[nodiscard]] bool isLoading() const { return loads_ > 0; }
-    /// From here on a change outside every scope is a fault of the program, which a debug
+    /// Whether a change outside every scope is a fault of the program, which a debug
     /// build asserts.
     void demandScopes(bool demanded) { scopesDemanded_ = demanded; }
 
@@ -144,8 +145,8 @@ class DocumentFiles {
     const WorkingStore& store_;
     FormerFileKeeper* keeper_ = nullptr;
     RoomMaker* roomMaker_ = nullptr;
-    /// Group files alone: a document has thousands of chunks, and a group is at most a file
-    /// for each index.
+    /// Group files only: a document has thousands of chunks, but a group at most one file
+    /// per index.
     std::set<std::string, std::less<>> made_;
     int scopes_ = 0;
     int loads_ = 0;

@@ -159,13 +159,13 @@ IoStatus DocumentHistory::joinNeighbours(KeptFiles& files) {
     if (files.empty()) {
         return {};
     }
-    // A folder under its own name would be taken back by the recovery, in part if it is being
+    // The recovery would put back a folder that keeps its name, in part if it is being
     // deleted.
     if (auto status = files.moveTo(folderFor(working::kUndoLevels)); !status.ok()) {
         return status;
     }
     for (auto* const levels : {&undo_, &redo_}) {
-        // A neighbour that cannot take it over no longer fits what is there.
+        // A neighbour that cannot take it over no longer fits the files.
         if (!levels->empty() && !levels->back().files.join(files).ok()) {
             levels->clear();
         }
@@ -218,7 +218,7 @@ bool DocumentHistory::go(Levels& from, Levels& to, DocumentChange::Kind kind,
     KeptFiles held;
     auto status = exchange(from.back(), held);
     if (status.ok()) {
-        // This is the moment from which on the exchange has happened.
+        // From here on the exchange has happened.
         status =
             held.moveTo(folderFor(&to == &undo_ ? working::kUndoLevels : working::kRedoLevels));
         if (!status.ok()) {

@@ -1,8 +1,10 @@
-// The operations on the open document that can be undone, and who is told of its changes.
+// The operations on the open document that can be undone, and the listeners to its
+// changes.
 //
-// A level is the set of files that an operation has changed, as they were before it, kept by
-// links: it takes no memory, and on the disk what these files hold. Undo is an operation of
-// its own, which exchanges the files; it happens as a whole or not at all, as all others.
+// A level is the set of files that an operation has changed, as they were before it, kept as
+// links: it takes no memory, and on the disk the size of these files. Undo is an operation
+// of its own, which exchanges the files; like all others it happens as a whole or not at
+// all.
 #pragma once
 
 #include "core/document/DocumentChange.h"
@@ -22,16 +24,16 @@ class UserInterface;
 class DocumentHistory : private FormerFileKeeper, private RoomMaker {
   public:
     static constexpr std::size_t kMaxLevels = 100;
-    /// Of the files of all levels together. The level that was made last always stays.
+    /// For the files of all levels together. The latest level always stays.
     static constexpr std::uint64_t kMaxBytes = std::uint64_t{128} << 20U;
 
-    /// All that is given must outlive the object.
+    /// The arguments must outlive the object.
     DocumentHistory(DocumentFiles& files, TmatsDocument& document);
     DocumentHistory(const DocumentHistory&) = delete;
     DocumentHistory& operator=(const DocumentHistory&) = delete;
     ~DocumentHistory() override;
 
-    /// False while an operation is open: then the undo of its own editor holds.
+    /// False while an operation is open: its editor has an undo of its own.
     [[nodiscard]] bool canUndo() const { return depth_ == 0 && !undo_.empty(); }
     [[nodiscard]] bool canRedo() const { return depth_ == 0 && !redo_.empty(); }
     /// The name of the operation that would be undone or redone; empty if there is none.
@@ -45,12 +47,13 @@ class DocumentHistory : private FormerFileKeeper, private RoomMaker {
     bool undo(UserInterface* parent);
     bool redo(UserInterface* parent);
 
-    /// The document is on the disk as it is now.
+    /// Notes that the file on the disk is the document as it is now.
     void markSaved();
-    /// The document differs from its file for a reason that cannot be undone, such as the
-    /// corrections of its load. Within an operation it is a change like any other.
+    /// Notes that the document differs from its file for a reason that cannot be undone,
+    /// such as the corrections of its load. Within an operation it is a change like any
+    /// other.
     void markCorrected();
-    /// The document was closed or another one is loaded: nothing can be undone.
+    /// Forgets all levels: the document was closed, or another one is loaded.
     void clear();
 
     /// A listener must stay until it is removed.
@@ -58,14 +61,14 @@ class DocumentHistory : private FormerFileKeeper, private RoomMaker {
     void removeListener(DocumentListener& listener);
     void tell(const DocumentChange& change) const;
 
-    /// From here on the journal is told before a file changes, those that came first before
-    /// it. It must stay until it is removed.
+    /// From here on the journal is called before a file changes, after those added earlier.
+    /// It must stay until it is removed.
     void addJournal(FileJournal& journal);
     void removeJournal(FileJournal& journal);
-    /// The name of a folder for former contents that nobody has had yet.
+    /// The name of a new folder for former contents.
     [[nodiscard]] std::string folderFor(std::string_view kind);
 
-    /// Other limits than those above.
+    /// Replaces the limits above.
     void setLimits(std::size_t levels, std::uint64_t bytes);
 
   private:
@@ -80,15 +83,16 @@ class DocumentHistory : private FormerFileKeeper, private RoomMaker {
     using Levels = std::deque<Level>;
 
     IoStatus beforeChange(std::string_view name) override;
-    /// The level made last goes as well if there is no other: an operation that can end is
-    /// worth more than the way back from the one before it.
+    /// Drops even the latest level if there is no other: to complete an operation is worth
+    /// more than to undo the one before it.
     bool makeRoom() override { return dropFarthest(nullptr); }
     [[nodiscard]] IoStatus writePending() const;
-    /// Makes a level of an operation that has ended; nothing if all bytes are as they were.
+    /// Makes a level of an operation that has ended; none if all bytes are as they were.
     IoStatus addLevel(KeptFiles& files, const std::string& name, int version);
-    /// Makes an operation that nobody has asked for a part of its neighbours.
+    /// Makes an operation that the user has not asked for a part of its neighbours.
     IoStatus joinNeighbours(KeptFiles& files);
-    /// Puts everything back; what cannot be put back stays in a folder that nobody empties.
+    /// Puts everything back; what cannot be put back stays in a folder that is never
+    /// emptied.
     IoStatus putBackAll(KeptFiles& files);
     bool go(Levels& from, Levels& to, DocumentChange::Kind kind, UserInterface* parent);
     IoStatus exchange(const Level& wanted, KeptFiles& held);

@@ -12,7 +12,7 @@ namespace kavu {
 
 namespace {
 
-/// A version key of the settings; a missing or impossible one is written anew.
+/// A version key of the settings; a missing or impossible one is written again.
 int versionSetting(ProfileSettings& settings, const TextKey& key) {
     constexpr std::size_t kLongest = 10;
     int version = leadingInt(std::string_view(settings.get(key)).substr(0, kLongest));
@@ -23,7 +23,7 @@ int versionSetting(ProfileSettings& settings, const TextKey& key) {
     return normalisedEdition(version);
 }
 
-/// The version of the setting that is in force: that of the file, or the one to convert to.
+/// The version of the setting that applies: that of the file, or the one to convert to.
 int settingsVersion(ProfileSettings& settings) {
     const int input = versionSetting(settings, setting::kInputEdition);
     const int output = versionSetting(settings, setting::kOutputEdition);

@@ -1,4 +1,4 @@
-// The edition that a document has before its files say more: both a load and a close begin
+// The edition of a document before its files define one: a load and a close both start
 // with that of the settings.
 #pragma once
 

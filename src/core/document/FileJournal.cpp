@@ -16,9 +16,9 @@ namespace kavu {
 namespace {
 
 constexpr unsigned kPrivate = 0700;
-constexpr std::string_view kNone = ".none";  ///< behind the name of a file that was not there
+constexpr std::string_view kNone = ".none";  ///< follows the name of a file that did not exist
 constexpr std::string_view kNote = ".operation";
-constexpr std::string_view kPart = ".part";  ///< behind the name of a copy that is being made
+constexpr std::string_view kPart = ".part";  ///< follows the name of a copy that is being made
 
 void keepFirst(IoStatus& first, IoStatus status) {
     if (first.ok()) {
@@ -26,8 +26,8 @@ void keepFirst(IoStatus& first, IoStatus status) {
     }
 }
 
-/// A second name for a file, or a copy of it where the disk knows no links. It is there whole
-/// or not at all.
+/// Makes a second name for a file, or a copy where the disk has no links; whole or not at
+/// all.
 IoStatus linkOrCopy(const std::string& from, const std::string& to) {
     if (::link(from.c_str(), to.c_str()) == 0) {
         return {};
@@ -204,7 +204,8 @@ IoStatus KeptFiles::putBack(const std::string& name) {
     auto status =
         it->second.there ? files_->adopt(pathOf(name), name) : files_->removeIfThere(name);
     if (status.ok()) {
-        // The mark goes last: as long as it is there, the file that was not there goes again.
+        // The mark goes last: as long as it exists, recovery deletes the file that did not
+        // exist.
         if (!it->second.there) {
             (void)deleteFile(markOf(name));
         }
@@ -347,7 +348,7 @@ void FileJournal::exchange(KeptFiles& files, IoStatus& status) {
             }
         }
         keepFirst(status, std::move(done));
-        // What is there now is where the next level begins.
+        // The next level begins with what is there now.
         kept_.release(name);
     }
     paused_ = false;

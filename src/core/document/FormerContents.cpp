@@ -23,7 +23,8 @@ FormerContents::~FormerContents() {
 
 bool FormerContents::keep(UserInterface* parent, const std::string& target, bool backup) {
     target_ = target;
-    // Only a plain file has contents to lose; a device or a folder is left to the open.
+    // Only a plain file has contents to lose; the open reports a folder or device that
+    // cannot be written.
     PathKind kind = PathKind::Missing;
     if (const auto status = probePath(target, kind); !status.ok()) {
         reportUnableToOpen(parent, status);

@@ -1,5 +1,5 @@
-// What a file held before a build overwrites it. The build itself leaves a partial file
-// when it fails; this is what the user can have put back.
+// The contents of a file before a build overwrites it. A failed build leaves a partial
+// file; the user can have these contents put back.
 #pragma once
 
 #include <string>
@@ -17,10 +17,10 @@ class FormerContents {
     ~FormerContents();
 
     /// Keeps the contents of an existing target: as its backup, or without `backup` as a
-    /// copy in the working store. False if the save is to stop; it has been reported.
+    /// copy in the working store. False if the save is to stop, which has been reported.
     bool keep(UserInterface* parent, const std::string& target, bool backup);
     /// Asks whether the former contents are to be put back (default Yes), and does so.
-    /// Without a parent, or when there were none, the target stays as it is.
+    /// Without a parent, or if there were none, the target stays as it is.
     void offerToPutBack(UserInterface* parent);
 
   private:

@@ -1,6 +1,6 @@
 // One group file of the document in memory, to change some of its commands: all others keep
-// their place, their repeats and their bytes. A value of one operation, never shared and never
-// kept; the file stays the truth.
+// their place, their repetitions and their bytes. It belongs to one operation and is never
+// shared or kept; the file stays the truth.
 #pragma once
 
 #include "core/document/CommandIndex.h"
@@ -16,9 +16,9 @@ class DocumentFiles;
 
 class GroupFile {
   public:
-    /// Reads the file of a group, comments included; `index` is of no meaning for G and H. A
-    /// group that is not there is a failure (`isMissing`), and then there are no commands and
-    /// `store` makes the file. A D file is passed through, and not read whole.
+    /// Reads the file of a group, comments included; `index` is ignored for G and H. A
+    /// missing group is a failure (`isMissing`); it then has no commands, and `store` makes
+    /// the file. Not for a D file, which may be too large to be read whole.
     static IoStatus open(const DocumentFiles& files, TmatsReader& reader, char letter, int index,
                          GroupFile& group);
 
@@ -26,20 +26,21 @@ class GroupFile {
     [[nodiscard]] CommandIndex& commands() { return commands_; }
     [[nodiscard]] const CommandIndex& commands() const { return commands_; }
 
-    // Codes are compared without regard to case and to white space at the end of a command's.
+    // Codes are compared without regard to case and to trailing white space of a command's
+    // code.
 
     /// The first value of the code that is not empty; empty if there is none.
     [[nodiscard]] std::string_view value(std::string_view code) const;
-    /// The code gets this one value, in the bytes of a group file, where its first command is;
-    /// further ones go. One that is not there yet comes in front of the command at the place
-    /// that `place` gives (0 to the number of commands). REQUIRES: `stored` is not empty.
+    /// Sets the one value of the code, in stored form, in its first command; further ones are
+    /// removed. A new command is inserted before the one at the index that `place` returns (0
+    /// to the number of commands). REQUIRES: `stored` is not empty.
     void set(std::string_view code, std::string_view stored,
              const std::function<std::size_t()>& place);
-    /// Takes all commands of the code out.
+    /// Removes all commands of the code.
     void erase(std::string_view code);
     [[nodiscard]] bool changed() const { return changed_; }
 
-    /// Puts the commands, one a line, in place of the file. After a failure that is as it was.
+    /// Replaces the file by the commands, one per line. After a failure the file is as it was.
     IoStatus store(DocumentFiles& files) const;
 
   private:

@@ -23,7 +23,7 @@ struct GroupKind {
     int firstEdition;              ///< not saved in documents of an older edition
 };
 
-/// All groups but C, in the order in which they are saved. The C group stands between A
+/// All groups but C, in the order in which they are saved. The C group comes between A
 /// and H; it is generated and has no file of its own.
 [[nodiscard]] std::span<const GroupKind> groupKinds();
 /// The row of a letter. REQUIRES: one of G T R M P D B S A H V.

@@ -41,14 +41,14 @@ void writeLine(DocumentWriter& writer, std::string_view command) {
     }
 }
 
-/// One rule for one group file, and the indices that its walk finds there.
+/// One rule for one group file, and the indices that a pass finds there.
 class RuleWalk {
   public:
     RuleWalk(const ValueRule& rule, const std::string& head)
         : rule_(rule), stem_(head + std::string(rule.code)) {}
 
     /// Notes the indices of a command of the rule's code. Codes of commands are compared
-    /// without regard to case, and a command without a value is none.
+    /// without regard to case; a command without a value does not count.
     void note(std::string_view command) {
         if (rule_.indices == Indices::None || !startsWithIgnoreCase(command, stem_)) {
             return;
@@ -56,12 +56,12 @@ class RuleWalk {
         auto rest = command.substr(stem_.size());
         const int first = takeIndex(rest).value_or(0);
         const int second = rule_.indices == Indices::Two ? takeSecond(rest) : 1;
-        // At least one character in front of the semicolon.
+        // At least one character before the semicolon.
         if (first > 0 && second > 0 && rest.size() > 2 && rest[0] == ':') {
             found_[first].insert(second);
         }
     }
-    /// Counts up to where the indices end.
+    /// Finds the last index of each unbroken run.
     void finish() {
         for (int first = 1; found_.contains(first) && found_[first].contains(1); ++first) {
             int second = 1;
@@ -117,7 +117,7 @@ class RuleWalk {
     std::vector<int> last_;
 };
 
-/// Gives the command the new value; nothing takes it out, and then it meets no further change.
+/// Sets the new value, or erases the command if there is none; no further change then applies.
 bool change(CommandEdit& command, const std::optional<std::string_view>& newValue) {
     if (newValue) {
         command.setValue(*newValue);
@@ -241,7 +241,8 @@ bool applyRules(TmatsReader& reader, DocumentFiles& files, std::string_view name
     std::string command;
     while (status.ok() && reader.nextCommand(source, command)) {
         for (auto& walk : walks) {
-            // Cheaper than a search, and enough to know whether a second pass is worth it.
+            // Cheaper than `matches`, and enough to know whether a second pass is worth
+            // it.
             any = any || command.find(walk.rule().code) != std::string::npos;
             walk.note(command);
         }

@@ -1,4 +1,5 @@
-// Group files changed without the parser of their group: command by command, in one pass.
+// Changes to group files without the parser of their group: command by command, in one
+// pass.
 #pragma once
 
 #include "core/files/IoStatus.h"
@@ -15,14 +16,14 @@ namespace kavu {
 class DocumentFiles;
 class TmatsReader;
 
-/// How a file is cut into commands. The two are not the same, and files keep the bytes that
-/// each of them gives.
+/// How a file is cut into commands. The two differ in the bytes that they leave in the
+/// file.
 enum class Cut {
     /// All bytes up to and including the next `;`, without the white space at both ends. Nothing
-    /// in between is touched, and what is after the last `;` is a command as well.
+    /// in between is touched, and the rest after the last `;` is a command as well.
     Runs,
-    /// As the reader cuts: line ends become carriage return and line feed, no blank stays in
-    /// front of the `;`, and a command without its `;` is left out.
+    /// As the reader cuts: line ends become carriage return and line feed, no blank stays
+    /// before the `;`, and a command without its `;` is left out.
     Commands,
 };
 
@@ -36,7 +37,7 @@ class CommandEdit {
     /// Puts another value after the first `:`.
     void setValue(std::string_view value);
     void erase() { replace({}); }
-    /// Writes lines, with their line ends, in front of the command.
+    /// Inserts lines, with their line ends, before the command.
     void before(std::string_view lines);
 
     [[nodiscard]] bool changed() const { return changed_; }
@@ -48,20 +49,19 @@ class CommandEdit {
     bool changed_ = false;
 };
 using Visit = std::function<void(CommandEdit& command)>;
-/// Gives the lines that follow the last command. `cutOff` tells of a file that ends within a
-/// command; with `Cut::Runs` none does.
+/// Returns the lines that follow the last command. `cutOff` is true for a file that ends
+/// within a command, never with `Cut::Runs`.
 using Tail = std::function<std::string(bool cutOff)>;
 
 /// Passes the commands of a file of the document through `visit` and then `tail`, which may be
-/// empty. The new file takes the place of the old one when it is complete. If nothing was
-/// changed the file is not touched, but for `Cut::Runs`, which always puts each command on a
-/// line of its own. True if anything was changed; a failure, that of a file that is not there
-/// among them, is in `status`.
+/// empty. The new file replaces the old one when it is complete. If nothing was changed the
+/// file is not touched, except with `Cut::Runs`, which always puts each command on a line of
+/// its own. True if anything was changed; a failure, also of a missing file, is in `status`.
 bool rewriteGroup(DocumentFiles& files, TmatsReader& reader, std::string_view name, Cut cut,
                   const Visit& visit, const Tail& tail, IoStatus& status);
 
-/// Gives the fields of a file another value. `newValue` is asked for each field with a value,
-/// and gives nothing where it stays. True if any was changed.
+/// Replaces values of a file. `newValue` is called for each field with a value, and returns
+/// nothing to leave it. True if any was changed.
 bool rewriteValues(
     DocumentFiles& files, TmatsReader& reader, std::string_view name,
     const std::function<std::optional<std::string>(std::string_view field, std::string_view value)>&
@@ -71,21 +71,22 @@ bool rewriteValues(
 // --- By the text of the commands --------------------------------------------------------
 
 /// One change of `rewriteCommands`: every command that contains `pattern` anywhere in its
-/// text (a plain, case-sensitive test) gets the new value, or goes if there is none.
+/// text (a plain, case-sensitive test) gets the new value, or is deleted if there is
+/// none.
 struct CommandRewrite {
     std::string pattern;
     std::optional<std::string> newValue;
 };
 
 /// Changes or deletes all matching commands of a group file. The pattern is the code, `:`
-/// and the old value if there is one: a substring test, not a test of the code, so asking
-/// to delete "COMMENT" removes every command that holds "COMMENT:" anywhere. True if any
+/// and the old value if there is one: a substring test, not a test of the code, so
+/// deleting "COMMENT" removes every command with "COMMENT:" anywhere in it. True if any
 /// command matched. `status`, if given, reports a file that could not be read or written.
 bool rewriteCommands(DocumentFiles& files, std::string_view name, std::string_view code,
                      std::optional<std::string_view> oldValue,
                      std::optional<std::string_view> newValue, IoStatus* status = nullptr);
-/// Several changes in one pass, each command meeting them in their order as if each were
-/// a pass of its own.
+/// Several changes in one pass, applied to each command in their order as if each were a
+/// pass of its own.
 bool rewriteCommands(DocumentFiles& files, std::string_view name,
                      const std::vector<CommandRewrite>& rewrites, IoStatus* status = nullptr);
 
@@ -93,7 +94,7 @@ bool rewriteCommands(DocumentFiles& files, std::string_view name,
 /// command of that code is there; commands after a gap are left alone.
 enum class Indices { None, One, Two };
 
-/// A line of a table of changes. The test is that of `rewriteCommands`, so a longer value that
+/// A row of a table of changes. The test is that of `rewriteCommands`, so a longer value that
 /// begins with the old one matches as well.
 struct ValueRule {
     char letter;
@@ -103,14 +104,14 @@ struct ValueRule {
     std::optional<std::string_view> newValue = std::nullopt;  ///< nothing deletes the command
 };
 
-/// Applies the rules of this letter to a group file: it is read once to see what there is to
-/// change and, only if there is something, written once. True if any command matched;
-/// `status` reports a file that could not be read or written (a missing file is no failure).
+/// Applies the rules of this letter to a group file: it is read once to find what to change
+/// and, only if there is something, written once. True if any command matched; `status`
+/// reports a file that could not be read or written (a missing file is no failure).
 bool applyRules(TmatsReader& reader, DocumentFiles& files, std::string_view name, char letter,
                 int index, std::span<const ValueRule> rules, IoStatus& status);
 
 /// Copies an indexed group file, giving every command another group index; commands without
-/// one are left out. A value loses its semicolons. A failure may leave a part of the copy.
+/// one are left out. Semicolons in a value are removed. A failure may leave a partial copy.
 [[nodiscard]] IoStatus copyWithGroupIndex(const std::string& from, const std::string& to,
                                           int index);
 

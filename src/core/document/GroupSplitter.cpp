@@ -153,7 +153,7 @@ GroupSplitter::Target* GroupSplitter::targetOf(std::string_view command, long li
     if (command[1] == '-' && letter == 'C') {
         return &conversions_;
     }
-    // Most commands are of the group of the command in front of them.
+    // Most commands belong to the group of the one before them.
     if (current_ != nullptr && command.substr(0, currentPrefix_.size()) == currentPrefix_) {
         return current_;
     }
@@ -201,8 +201,8 @@ IoStatus GroupSplitter::write(const Target& target) {
     if (&target != &conversions_) {
         return context_.files.append(target.name, target.lines);
     }
-    // The raw commands belong to no group: they are scratch, and conversion chunks are made
-    // of them.
+    // The raw commands belong to no group: they are scratch, from which conversion chunks
+    // are made.
     FileWriter writer;
     if (auto status = writer.open(context_.store.pathOf(target.name), WriteMode::Append);
         !status.ok()) {

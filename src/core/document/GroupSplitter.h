@@ -15,16 +15,16 @@ class ByteSource;
 class IoStatus;
 struct GroupKind;
 
-/// One pass over a file. Commands gather in a buffer for each group file, so that groups
-/// that alternate in the file do not cost an open and a close for every command.
+/// One pass over a file. Commands are buffered per group file, so that groups that
+/// alternate in the file do not cost an open and a close for every command.
 class GroupSplitter {
   public:
     GroupSplitter(DocumentContext& context, UserInterface* parent)
         : context_(context), parent_(parent) {}
 
     /// True unless it was cancelled or has failed; a failure has been reported, with
-    /// message 157 for a command that the end of the file cuts off and 158 for a working
-    /// file that could not be written.
+    /// message 157 ("partial command") for a command that the end of the file cuts off
+    /// and 158 ("error ... writing") for a working file that could not be written.
     bool run(const std::string& path);
 
   private:

@@ -46,7 +46,7 @@ bool KeyValueStore::start(UserInterface* parent) {
         }
         family_ = digit;
     }
-    // The first file is made now: what is behind in memory must not leave the family free.
+    // The first file is made now: pending writes in memory must not leave the family free.
     started_ = openWriteFile(parent);
     return started_;
 }
@@ -117,14 +117,14 @@ bool KeyValueStore::openWriteFile(UserInterface* parent) {
     if (writeFile_.isOpen()) {
         return true;
     }
-    // The ordinary writes that are behind come in front of the bulk, and a profile that was
-    // read does not know the bulk.
+    // Pending ordinary writes come before the bulk, and a profile that was read does not
+    // hold the bulk.
     if (!flushProfile(parent)) {
         return false;
     }
     profile_.reset();
     const auto path = filePath(currentFile_);
-    // Without a folder of its own the file would land where the program was started.
+    // Without an active store the file would end up in the current folder.
     const auto status =
         store_.active() ? writeFile_.open(path, WriteMode::Append) : IoStatus(path, ENOENT);
     if (!status.ok()) {
@@ -212,7 +212,7 @@ bool KeyValueStore::setValue(UserInterface* parent, std::string_view name,
     }
     const auto place = find(name);
     if (!key && place == kNone) {
-        return true;  // nothing is there, and nothing of another case must go instead
+        return true;  // there is nothing, and a name of another case must not be deleted instead
     }
     if (!start(parent) || !closeWriteFile(parent)) {
         return false;
@@ -255,7 +255,7 @@ std::string KeyValueStore::getString(std::string_view name, std::string_view key
     if (place == kNone) {
         return std::string(otherwise);
     }
-    // A bulk that can not be written is kept open: the next write or the close reports it.
+    // A bulk that cannot be written is kept open: the next write or the close reports it.
     if (writeFile_.isOpen() && writeFile_.flush().ok()) {
         (void)closeWriteFile(nullptr);
     }
@@ -263,7 +263,7 @@ std::string KeyValueStore::getString(std::string_view name, std::string_view key
     if (!profile_ || profileNumber_ != number) {
         ProfileFile other(filePath(number));
         if (!flushProfile(nullptr)) {
-            return other.value(name, key, otherwise);  // what is behind stays in memory
+            return other.value(name, key, otherwise);  // pending writes stay in memory
         }
         profile_ = std::move(other);
         profileNumber_ = number;
@@ -294,7 +294,7 @@ void KeyValueStore::closeStore(UserInterface* parent) {
 }
 
 void KeyValueStore::deleteFiles(UserInterface* parent) {
-    // What is behind is not written any more, but it counts.
+    // Pending writes are not written any more, but they count.
     bool tooLarge = profile_ && profile_->serialisedSize() > kTooLarge;
     for (int number = 0; number <= currentFile_; ++number) {
         const auto path = filePath(number);

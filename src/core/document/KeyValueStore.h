@@ -1,6 +1,6 @@
 // Many small sections of pairs in a family of profile files of the working store, with a
-// directory in memory that tells which file holds which section. A look-up reads one file
-// at most, and none for a name that is not in the directory.
+// directory in memory of which file holds which section. A look-up reads at most one
+// file, and none for a name that is not in the directory.
 #pragma once
 
 #include "core/files/FileIo.h"
@@ -34,18 +34,19 @@ class KeyValueStore {
     KeyValueStore(const KeyValueStore&) = delete;
     KeyValueStore& operator=(const KeyValueStore&) = delete;
 
-    // A name can not hold `;`: a write of one says so and fails, and a read of one gives its
-    // default. Nor can a name, key or value hold what a profile file can not: such a write
+    // A name cannot hold `;`: writing one is reported and fails, and reading one gives the
+    // default. Nor can a name, key or value hold what a profile file cannot: such a write
     // fails. Boxes about files name the path and the reason.
 
-    /// Adds a section in bulk, without a look at what is there. Pairs with an empty part
-    /// are left out. What is written is behind until another operation needs it or the
-    /// file is full; false on failure.
+    /// Adds a section in bulk, without checking what exists. Pairs with an empty part are
+    /// left out. The pairs are buffered until another operation needs them or the file is
+    /// full; false on failure.
     bool writeSection(UserInterface* parent, std::string_view name, std::span<const Pair> pairs);
     /// Reads no file.
     [[nodiscard]] bool sectionExists(std::string_view name) const;
-    /// The ordinary write. Without a value the key goes, without a key the section. It stays
-    /// in memory until another file is needed, and fails if that can not be written then.
+    /// The ordinary write. Without a value the key is deleted, without a key the section.
+    /// Changes stay in memory until another file is needed; fails if the file in memory
+    /// cannot be written then.
     bool setValue(UserInterface* parent, std::string_view name, std::optional<std::string_view> key,
                   std::optional<std::string_view> value);
     /// At most `size` characters of a value.
@@ -108,23 +109,24 @@ class KeyValueStore {
     std::size_t directoryLength_ = 0;
     int sectionCount_ = 0;
     std::array<std::size_t, kMostFiles> sizes_{};
-    /// The file used last, with the ordinary writes that are behind.
+    /// The file used last, with the ordinary writes that are still pending.
     std::optional<ProfileFile> profile_;
     int profileNumber_ = -1;
 };
 
 // --- Helpers for any profile file -------------------------------------------------------
 
-// They read and write the file at once. A file that is written keeps its links and mode.
+// They read and write the file immediately. A file that is written keeps its links and
+// mode.
 
 /// The value of a key, of any length, without its outer blanks.
 [[nodiscard]] std::string readValue(std::string_view section, std::string_view key,
                                     std::string_view otherwise, const std::string& path);
-/// Gives a section another name; false if it was not found, the new name can not be held,
-/// or the file can not be written.
+/// Renames a section; false if it was not found, the new name is not possible, or the
+/// file cannot be written.
 bool renameSection(std::string_view section, std::string_view newName, const std::string& path);
 /// Replaces the section of exactly the target's name by a copy of another one, without the
-/// keys that have no value; false if the source has no keys or the file can not be written.
+/// keys that have no value; false if the source has no keys or the file cannot be written.
 bool copySection(std::string_view source, std::string_view target, const std::string& path);
 [[nodiscard]] std::vector<std::string> sectionNames(const std::string& path);
 

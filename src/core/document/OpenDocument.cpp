@@ -44,7 +44,7 @@ class LengthLog {
     TmatsReader& reader_;
 };
 
-/// No half-open document can exist: what a failed load has made goes.
+/// No half-open document can exist: what a failed load has made is deleted.
 void abandonLoad(DocumentContext& context, UserInterface* parent) {
     auto& document = context.document;
     context.files.clear(parent, document.version);
@@ -60,7 +60,7 @@ void abandonLoad(DocumentContext& context, UserInterface* parent) {
 bool finishLoad(DocumentContext& context, UserInterface* parent) {
     setStatusText(parent, "Processing TMATS file");
     const bool valid = runStep(context.steps.validateDataLinks, parent);
-    // What the validation has reported is shown as well; the load has shown its own.
+    // Shows what the validation has reported; the load has shown its own log.
     context.messages.showLog(parent, context.document.path);
     if (!valid) {
         return false;
@@ -118,7 +118,7 @@ int askOpenTmatsFile(DocumentContext& context, UserInterface* parent, std::strin
 bool openFromName(DocumentContext& context, UserInterface* parent, const std::string& name) {
     std::string path = replaceAll(name, "\"", "");
     path = std::string(trim(path));
-    // What can not be reached is no reason to open another file in its place.
+    // A file that cannot be reached is no reason to open another one instead.
     PathKind kind = PathKind::Missing;
     if (!path.empty() && probePath(path, kind).ok() && kind == PathKind::Missing) {
         for (const char* const extension : {".tma", ".tmt"}) {
@@ -147,7 +147,7 @@ bool loadDocument(DocumentContext& context, UserInterface* parent, const std::st
     }
     resetVersionFromSettings(context);
     document.path = path;
-    // The close of a document that was too old for S groups leaves them behind.
+    // The close of a document too old for S groups leaves their files.
     (void)context.files.removeAll(groupKind('S').wildcard);
 
     const LengthLog log(context.reader, context.messages.logPath());
@@ -178,8 +178,8 @@ bool readTmatsFile(DocumentContext& context, UserInterface* parent, const std::s
     const auto& steps = context.steps;
     auto& document = context.document;
     document.changed = false;
-    // The log is emptied before the names are gathered, so that what is reported while they
-    // are is still in it when it is shown.
+    // The log is emptied before the names are gathered, so that it holds what gathering
+    // them reports.
     context.store.deleteFiles(nullptr, working::kMessageLog);
     ProgressScope progress(parent, ProgressMode::WithCancel);
 

@@ -1,5 +1,5 @@
-// The way in for a document: a TMATS file, or nothing in the case of a new one, becomes
-// the group files of the working store.
+// Opening a document: a TMATS file, or nothing for a new one, becomes the group files of
+// the working store.
 #pragma once
 
 #include "core/TmatsDocument.h"
@@ -10,7 +10,7 @@ namespace kavu {
 
 /// Asks for a file and loads it.
 bool openTmatsFileCommand(DocumentContext& context, UserInterface* parent);
-/// Asks for a file; the filter index chosen, or 0.
+/// Asks for a file; returns the filter index chosen, or 0 if cancelled.
 int askOpenTmatsFile(DocumentContext& context, UserInterface* parent, std::string& path,
                      const std::string& title = "Open TMATS File");
 
@@ -19,18 +19,18 @@ struct LoadOptions {
     bool makeTemplate = false;  ///< offer to fill a new document with a template
     bool project = false;       ///< leave the conversion pass out
 };
-/// Closes a present document, and opens the file. True if a document is open at the end:
-/// the file's, or the present one if the user did not let it be closed (then the path of
+/// Closes the open document, and opens the file. True if a document is open at the end:
+/// the file's, or the former one if the user did not let it be closed (then the path of
 /// the document is not `path`).
 bool loadDocument(DocumentContext& context, UserInterface* parent, const std::string& path,
                   const LoadOptions& options = {});
-/// The entry for a name from outside: quotes removed, blanks trimmed, and if no file has
-/// that name, tried with ".tma" and ".tmt" behind it.
+/// Opens a file by a name from outside: quotes are removed, blanks trimmed, and if no
+/// file has that name, ".tma" and ".tmt" are tried after it.
 bool openFromName(DocumentContext& context, UserInterface* parent, const std::string& name);
 
 /// Splits a file into group files. False if it was cancelled or has failed.
 bool splitIntoGroupFiles(DocumentContext& context, UserInterface* parent, const std::string& path);
-/// The whole road of an existing file, up to the migration.
+/// All steps for an existing file, up to the migration.
 bool readTmatsFile(DocumentContext& context, UserInterface* parent, const std::string& path,
                    bool project);
 /// Makes the group files of a new document; true if any file was made.

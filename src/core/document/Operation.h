@@ -1,6 +1,6 @@
-// What can be done to the open document, each with the name under which it is undone. All who
-// work on a document share the table: the functions that change it, the window, the command line
-// and programs that drive this one.
+// What can be done to the open document, each with the name under which it is undone. The
+// functions that change it, the window, the command line and programs that drive this one share
+// the table.
 #pragma once
 
 #include <algorithm>

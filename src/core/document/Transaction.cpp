@@ -84,7 +84,8 @@ bool Transaction::takeBack(UserInterface* parent) {
     const auto status = context_.history.putBackAll(journal_.kept());
     context_.document.changed = wasChanged_;
     context_.document.version = version_;
-    // Also of an inner one: whoever knows something of the files follows them.
+    // Also of an inner one: listeners that hold something read from the files follow
+    // them.
     close(DocumentChange::TakenBack, true);
     if (!status.ok()) {
         reportUnableToWrite(parent, status);

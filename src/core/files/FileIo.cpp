@@ -17,7 +17,8 @@ constexpr std::size_t kReadBuffer = 256 * 1024;
 constexpr std::size_t kWriteBuffer = 64 * 1024;
 constexpr std::uint64_t kMostReserved = 256 * 1024 * 1024;
 
-/// What the system would cut at a NUL: the part in front of it is another file.
+/// True for a path with a NUL, at which the system would cut it: the part before it names
+/// another file.
 bool isCutBySystem(const std::string& path) {
     return path.find('\0') != std::string::npos;
 }
@@ -307,7 +308,7 @@ IoStatus FileWriter::close(bool durable) {
         return status_;
     }
     (void)flush();
-    // A pipe or a device can not be synchronised, and need not be.
+    // A pipe or a device cannot be synchronised, and need not be.
     if (durable && status_.ok() && ::fsync(descriptor_) != 0 && errno != EINVAL && errno != EROFS) {
         status_ = {path_, errno};
     }
@@ -327,7 +328,7 @@ IoStatus readWholeFile(const std::string& path, std::string& bytes) {
     if (auto status = source.open(path); !status.ok()) {
         return status;
     }
-    // The size is what the file system says: it saves growing, but is not trusted.
+    // The size that the file system reports saves copies, but is not trusted.
     bytes.reserve(static_cast<std::size_t>(std::min(source.size(), kMostReserved)));
     for (auto window = source.window(); !window.empty(); window = source.window()) {
         bytes.append(window);
@@ -405,7 +406,7 @@ IoStatus makeFolder(const std::string& path, unsigned mode) {
     }
     PathKind kind = PathKind::Missing;
     const auto status = probePath(path, kind);
-    // "File exists" would not tell that it is a file that is in the way of a folder.
+    // "File exists" would not say that a file is in the way of a folder.
     return !status.ok() || kind == PathKind::Folder ? status : IoStatus(path, ENOTDIR);
 }
 
@@ -449,7 +450,7 @@ IoStatus deleteFolder(const std::string& path) {
 IoStatus syncFolder(const std::string& path) {
     const int descriptor = openFile(path, O_RDONLY | O_DIRECTORY);
     if (descriptor < 0) {
-        // One may write in a folder that one may not read; what is in it is no worse for that.
+        // A folder may be writable but not readable; its files are no worse for that.
         return errno == EACCES ? IoStatus() : IoStatus(path, errno);
     }
     const int code = ::fsync(descriptor) == 0 || errno == EINVAL || errno == EROFS ? 0 : errno;
@@ -506,7 +507,8 @@ bool canRead(const std::string& path) {
 }
 
 bool canWrite(const std::string& path) {
-    // Not blocking: a pipe without a reader can not be written, and nobody waits for one.
+    // Not blocking: a pipe without a reader cannot be written, and there is no waiting
+    // for one.
     const int descriptor = openFile(path, O_WRONLY | O_NONBLOCK);
     if (descriptor >= 0) {
         ::close(descriptor);

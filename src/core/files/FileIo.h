@@ -12,9 +12,9 @@
 
 namespace kavu {
 
-/// A run of bytes that is read from the front, from a file or from memory. Characters and
-/// whole spans can be taken; the position can be set. A read error looks like the end of
-/// the bytes and is kept in `status`.
+/// A run of bytes that is read from the front, from a file or from memory. Single bytes
+/// and whole spans can be taken; the position can be set. A read error looks like the end
+/// of the bytes and is kept in `status`.
 class ByteSource {
   public:
     ByteSource();
@@ -42,9 +42,9 @@ class ByteSource {
     /// The size of the file when it was opened.
     [[nodiscard]] std::uint64_t size() const { return size_; }
     [[nodiscard]] const IoStatus& status() const { return status_; }
-    /// True if the file is not the one that was opened any more: another program has
-    /// changed it, cut it or put another one in its place since. Also true if that can not
-    /// be known; `failure`, if given, then tells why.
+    /// True if the file is no longer the one that was opened: another program has changed,
+    /// truncated or replaced it since. Also true if that cannot be known; `failure`, if
+    /// given, then says why.
     [[nodiscard]] bool changedSinceOpened(IoStatus* failure = nullptr) const;
 
   private:
@@ -65,7 +65,7 @@ class ByteSource {
 
 enum class WriteMode {
     Truncate,  ///< empties the file, or makes it
-    Append,    ///< writes behind what is there, or makes it
+    Append,    ///< writes after what is there, or makes it
     New,       ///< makes the file, and fails if anything is at the path already
 };
 
@@ -92,13 +92,13 @@ class FileWriter {
     /// whose folder is private, that is private as well.
     IoStatus open(const std::string& path, WriteMode mode);
     [[nodiscard]] bool isOpen() const { return descriptor_ >= 0; }
-    /// Who is asked to free space when the disk is full; null for nobody. It must outlive
+    /// Sets the one to free space when the disk is full; null for none. It must outlive
     /// the writing.
     void setRoomMaker(RoomMaker* maker) { roomMaker_ = maker; }
 
     void write(std::string_view bytes);
     void put(char c) { write(std::string_view(&c, 1)); }
-    /// Bytes written so far through this writer, and, after `Append`, those in front.
+    /// Bytes written so far through this writer, and, with `Append`, those before them.
     [[nodiscard]] std::uint64_t position() const { return position_; }
     [[nodiscard]] const IoStatus& status() const { return status_; }
 
@@ -118,50 +118,51 @@ class FileWriter {
 };
 
 [[nodiscard]] IoStatus readWholeFile(const std::string& path, std::string& bytes);
-/// Replaces a working file, whole or not at all: through a file beside it that takes its
-/// place when it is complete. Quick: the disk may be behind.
+/// Replaces a working file, whole or not at all: through a file next to it that replaces
+/// it when it is complete. Quick: it need not have reached the disk on return.
 [[nodiscard]] IoStatus replaceWorkingFile(const std::string& path, std::string_view bytes);
-/// Replaces a file of the user, complete on the disk when it returns: what a link leads to
-/// is written and the link stays, mode and owner stay, and so do other names of the file.
-/// Where a file beside it can not take its place for that, it is written in place.
+/// Replaces a file of the user, complete on the disk when it returns: a link stays and its
+/// target is written, mode and owner stay, and so do other names of the file. Where
+/// replacing it by a file next to it would break that, it is written in place.
 [[nodiscard]] IoStatus replaceUserFile(const std::string& path, std::string_view bytes);
 /// Writes a file in place, in one go.
 [[nodiscard]] IoStatus writeWholeFile(const std::string& path, std::string_view bytes);
-/// Copies the bytes of a file, overwriting the target. The status names the file that
-/// failed; a file is not copied over itself (EEXIST). With `durable` the copy is complete on the
-/// disk when this returns.
+/// Copies the bytes of a file, overwriting the target. The status names the file that failed;
+/// copying a file over itself fails (EEXIST). With `durable` the copy is complete on the disk
+/// when this returns.
 [[nodiscard]] IoStatus copyFile(const std::string& from, const std::string& to,
                                 bool durable = false);
 [[nodiscard]] IoStatus deleteFile(const std::string& path);
 [[nodiscard]] IoStatus renameFile(const std::string& from, const std::string& to);
-/// Makes one folder; one that is there already is no failure, anything else there is
+/// Makes one folder. One that exists already is no failure; anything else at the path is
 /// (ENOTDIR).
 [[nodiscard]] IoStatus makeFolder(const std::string& path, unsigned mode = 0777);
 /// Makes a folder with all its parents.
 [[nodiscard]] IoStatus makeFolders(const std::string& path, unsigned mode = 0777);
-/// Deletes a folder with all it holds, depth first. Gives the first failure and goes on.
+/// Deletes a folder with all it holds, depth first. Goes on after a failure and returns
+/// the first one.
 [[nodiscard]] IoStatus deleteFolder(const std::string& path);
-/// Makes the entries of a folder durable, if one may read the folder.
+/// Makes the entries of a folder durable, if the folder may be read.
 [[nodiscard]] IoStatus syncFolder(const std::string& path);
 
 enum class PathKind { Missing, PlainFile, Folder, Other };
-/// Tells what a path leads to; links are followed. Only what is not there is `Missing`:
-/// that it can not be known is a failure, and whoever would overwrite or leave out what is
-/// missing has to ask here and not below.
+/// Finds what a path leads to; links are followed. `Missing` means that there is certainly
+/// nothing: if that cannot be known it is a failure. Code that would overwrite or skip
+/// what is missing must ask here, not the functions below.
 [[nodiscard]] IoStatus probePath(const std::string& path, PathKind& kind);
-/// Tells if both paths lead to one existing file, be it by a link.
+/// Finds whether both paths lead to one existing file, links included.
 [[nodiscard]] IoStatus probeSameFile(const std::string& one, const std::string& other, bool& same);
 
 [[nodiscard]] bool fileExists(const std::string& path);
-/// True for an existing file that is no folder, device or pipe; links are followed.
+/// True for an existing file that is not a folder, device or pipe; links are followed.
 [[nodiscard]] bool isPlainFile(const std::string& path);
 [[nodiscard]] bool folderExists(const std::string& path);
 [[nodiscard]] bool canRead(const std::string& path);
 /// True if an existing file can be opened for writing; nothing in it changes.
 [[nodiscard]] bool canWrite(const std::string& path);
-/// True if no permission bit lets anybody write to the file.
+/// True if no permission bit allows writing to the file.
 [[nodiscard]] bool hasReadOnlyAttribute(const std::string& path);
-/// The size of a file; what is not there is a failure.
+/// The size of a file; a missing one is a failure.
 [[nodiscard]] IoStatus probeSize(const std::string& path, std::uint64_t& size);
 /// The size of a file, 0 if there is none.
 [[nodiscard]] std::uint64_t fileSize(const std::string& path);
@@ -180,9 +181,9 @@ struct FolderEntry {
 /// every other character for itself.
 [[nodiscard]] bool matchesWildcard(std::string_view name, std::string_view pattern);
 
-/// The part of a path behind its last separator.
+/// The part of a path after its last separator.
 [[nodiscard]] std::string fileNameOf(const std::string& path);
-/// The part in front of it, "." when there is none.
+/// The part before it, "." if there is none.
 [[nodiscard]] std::string folderOf(const std::string& path);
 
 }  // namespace kavu

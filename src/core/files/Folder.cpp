@@ -10,7 +10,8 @@ namespace kavu {
 
 namespace {
 
-/// A link to a folder is no folder here: deleting a tree must not leave the tree.
+/// A link to a folder does not count as a folder: deleting a tree must not leave the
+/// tree.
 bool isRealFolder(const std::string& path) {
     struct stat info {};
     return ::lstat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);

@@ -8,12 +8,12 @@ namespace kavu {
 
 class FolderLock {
   public:
-    /// Waits for the lock, but not for ever (about a second): a program that hangs with it
-    /// must not make this one hang. A folder that can not be opened is not locked.
+    /// Waits for the lock for about a second: a program that hangs with it must not make
+    /// this one hang. A folder that cannot be opened is not locked.
     explicit FolderLock(const std::string& folder);
     FolderLock(const FolderLock&) = delete;
     FolderLock& operator=(const FolderLock&) = delete;
-    /// Gives the lock back; it also goes with the process.
+    /// Releases the lock, as does the end of the process.
     ~FolderLock();
 
   private:

@@ -12,7 +12,7 @@ namespace kavu {
 namespace {
 
 constexpr std::size_t kMissing = static_cast<std::size_t>(-1);
-constexpr std::size_t kIndexFrom = 32;  // keys of a section from which a hash pays
+constexpr std::size_t kIndexFrom = 32;  // keys of a section from which on a hash pays
 
 std::string_view trimBlanks(std::string_view text) {
     const auto first = text.find_first_not_of(" \t");

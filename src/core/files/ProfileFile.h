@@ -1,13 +1,13 @@
-// A file of the classic sectioned form: `[section]`, `key=value`. It is parsed once, read
-// from memory, and written back as a whole by `flush`. The settings, the conversion
-// chunks and the key/value store all stand on it.
+// A file in the classic sectioned format: `[section]`, `key=value`. It is parsed once,
+// read from memory, and written back as a whole by `flush`. The settings, the conversion
+// chunks and the key/value store are all based on it.
 //
 // Section and key names compare without regard to case; of two sections whose names
 // differ only in case, a look-up takes the one that is spelled exactly as asked, else the
 // first. Of two sections of one name the first answers, and both are kept. Values are
 // trimmed of outer blanks on read. Lines that are neither a section head nor a pair
-// (comments, blank lines) are kept where they stand. All other bytes pass through,
-// also NUL and the two that stand for line breaks.
+// (comments, blank lines) are kept in place. All other bytes pass through, including NUL
+// and the two that stand for line breaks.
 #pragma once
 
 #include "core/files/IoStatus.h"
@@ -28,13 +28,13 @@ class ProfileFile {
     /// The line end that `serialise` writes.
     enum class LineEnd { CrLf, Lf };
 
-    /// How `flush` puts the bytes in their place.
+    /// How `flush` replaces the file.
     enum class Flush {
-        Scratch,  ///< a working file of the program: through a file beside it
+        Scratch,  ///< a working file of the program: through a file next to it
         Kept,     ///< a file of the user: link, mode and owner stay, complete on the disk
     };
 
-    /// A file of more bytes or more lines is not read (EFBIG): it is no profile.
+    /// A file of more bytes or more lines is not read (EFBIG): it is not a profile.
     static constexpr std::uint64_t kMostBytes = std::uint64_t{1} << 30;
     static constexpr std::uint64_t kMostLines = std::uint64_t{1} << 23;
 
@@ -47,14 +47,14 @@ class ProfileFile {
     ProfileFile& operator=(ProfileFile&&) = default;
     ~ProfileFile() = default;
 
-    // What the form can hold; a line break is nowhere possible.
+    // What the format can hold; a line break is possible nowhere.
     [[nodiscard]] static bool canBeSection(std::string_view name);  ///< not empty
     /// Not empty, without outer blanks, without `=`, not beginning as a head or a comment.
     [[nodiscard]] static bool canBeKey(std::string_view key);
     [[nodiscard]] static bool canBeValue(std::string_view value);
 
     /// Reads the file if it has not been read yet. Every operation below does so itself; a
-    /// file that can not be read counts as empty, its status is kept, and `flush` leaves it
+    /// file that cannot be read counts as empty, its status is kept, and `flush` leaves it
     /// as it is.
     const IoStatus& load() const;
     /// Forgets what was read and not flushed; the next operation reads the file again.
@@ -81,30 +81,30 @@ class ProfileFile {
     [[nodiscard]] bool containsExactly(std::string_view section) const;
 
     /// Sets a key, making the section if needed; a key that is there keeps its place and its
-    /// spelling. False if the form can not hold the names or the value.
+    /// spelling. False if the format cannot hold the names or the value.
     bool setValue(std::string_view section, std::string_view key, std::string_view value);
     void removeKey(std::string_view section, std::string_view key);
     /// Removes the section that a look-up finds; another one of that name then answers.
     void removeSection(std::string_view section);
-    /// Gives the section a new name in its place; false if it is not there or the new name
-    /// can not be held.
+    /// Renames the section, which keeps its place; false if it is missing or the new name
+    /// is not possible.
     bool renameSection(std::string_view section, std::string_view newName);
-    /// Adds a section behind all others even if one of that name exists.
+    /// Adds a section after all others even if one of that name exists.
     void appendSection(std::string_view section);
 
     /// Writes the file if anything has changed, as a whole or not at all. A file without
     /// any line stays unwritten only if it does not exist yet. After a failure the changes
     /// are still there.
     IoStatus flush(Flush how = Flush::Scratch);
-    /// The same, with the bytes put in their place by `replace`.
+    /// The same, with the file replaced by `replace`.
     IoStatus flush(const std::function<IoStatus(std::string_view bytes)>& replace);
     [[nodiscard]] bool changed() const { return changed_; }
     [[nodiscard]] const std::string& path() const { return path_; }
     /// The bytes that `flush` writes.
     [[nodiscard]] std::string serialise() const;
-    /// Replaces the contents by those of a text in this form.
+    /// Replaces the contents by those of a text in this format.
     void parse(std::string_view text);
-    /// Takes a text in this form for what the file holds, in place of reading it.
+    /// Takes a text in this format as what the file holds, instead of reading it.
     void adopt(std::string_view text);
     /// The size in bytes of what `flush` writes, kept up to date without writing.
     [[nodiscard]] std::uint64_t serialisedSize() const;
@@ -144,13 +144,13 @@ class ProfileFile {
         /// Lower-case key to its first line; only kept for sections with many keys.
         std::unordered_map<std::string, std::size_t> index_;
     };
-    /// All sections in file order; the first has an empty name and holds what stands in
-    /// front of the first section head. A deque: references stay valid while sections are
+    /// All sections in file order; the first has an empty name and holds what precedes
+    /// the first section head. A deque: references stay valid while sections are
     /// appended.
     [[nodiscard]] const std::deque<Section>& sections() const;
 
   private:
-    /// The sections with their index: what a file is parsed into.
+    /// The sections with their index, the result of parsing a file.
     struct Contents {
         explicit Contents(std::size_t lineEnd) : lineEndSize(lineEnd) { sections.emplace_back(); }
 
@@ -177,7 +177,7 @@ class ProfileFile {
     std::string path_;
     LineEnd lineEnd_;
     bool changed_ = false;
-    // Reading is put off until something is asked for.
+    // The file is read only when something is asked for.
     mutable bool loaded_ = false;
     mutable IoStatus status_;
     mutable Contents contents_;

@@ -1,5 +1,5 @@
-// The replacement of a file of the user: the new bytes are whole before they take the
-// place of the old ones, and everything about the file but its bytes stays.
+// Replacing a file of the user: the new bytes are complete before they replace the old
+// ones, and everything about the file but its bytes stays.
 #include "core/files/FileIo.h"
 
 #include <cerrno>
@@ -21,14 +21,14 @@ IoStatus writeInPlace(const std::string& path, std::string_view bytes) {
     return writer.close(true);
 }
 
-/// Where a path leads to when all links are followed; the path itself if that is nowhere.
+/// Where a path leads when all links are followed; the path itself if there is nothing.
 std::string resolved(const std::string& path) {
     const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr),
                                                            &std::free);
     return real == nullptr ? path : std::string(real.get());
 }
 
-/// Gives the file beside the owner and the mode of the one it replaces.
+/// Gives the file next to it the owner and the mode of the one it replaces.
 bool takesOver(const std::string& beside, const struct stat& former) {
     struct stat made {};
     if (::stat(beside.c_str(), &made) != 0) {
@@ -42,7 +42,8 @@ bool takesOver(const std::string& beside, const struct stat& former) {
     return ::chmod(beside.c_str(), former.st_mode & 07777) == 0;
 }
 
-/// A failure to make a file beside another one that says nothing about the other one.
+/// True for a failure to make a file next to another one that says nothing about the
+/// other one.
 bool forbidsFilesBeside(int code) {
     return code == EACCES || code == EPERM || code == EROFS || code == ENAMETOOLONG;
 }
@@ -51,7 +52,7 @@ bool forbidsFilesBeside(int code) {
 
 IoStatus replaceUserFile(const std::string& path, std::string_view bytes) {
     if (path.find('\0') != std::string::npos) {
-        return {path, EINVAL};  // the system would see the part in front of it
+        return {path, EINVAL};  // the system would see only the part before the NUL
     }
     const auto target = resolved(path);
     struct stat former {};
@@ -69,7 +70,7 @@ IoStatus replaceUserFile(const std::string& path, std::string_view bytes) {
     FileWriter writer;
     auto status = writer.open(beside, WriteMode::New);
     if (status.code() == EEXIST) {
-        // Left behind by a process of this number that was killed.
+        // Left by a killed process of the same number.
         (void)deleteFile(beside);
         status = writer.open(beside, WriteMode::New);
     }

@@ -1,5 +1,5 @@
-// How every pass tells of a working file that could not be read or written: the path and
-// the system's reason, in one form wherever it happens.
+// How every pass reports a working file that could not be read or written: the path and
+// the system's reason, always in the same words.
 #pragma once
 
 #include "core/talk/Messages.h"
@@ -17,12 +17,13 @@ void reportUnableToRead(UserInterface* parent, const IoStatus& status,
 void reportUnableToWrite(UserInterface* parent, const IoStatus& status,
                          MessageTitle titleId = title::kError);
 
-/// Message 313: what could not be done ("Write/Create") with the conversion records. `name`
-/// is shown for the file; empty shows its path.
+/// Message 313 ("Unable to %s %s"): what could not be done ("Write/Create") with the
+/// conversion records. `name` is shown for the file; its path if that is empty.
 void reportFailedAction(const Messages& messages, UserInterface* parent, const IoStatus& status,
                         MessageTitle titleId, std::string_view action, std::string_view name = {},
                         const BoxStyle& style = kErrorBox);
-/// Message 407: a group that is being saved, under its name in messages.
+/// Message 407 ("Unable to read"): a group that is being saved, under its name in
+/// messages.
 void reportUnreadableGroup(const Messages& messages, UserInterface* parent, const IoStatus& status,
                            std::string_view group, std::string_view path);
 

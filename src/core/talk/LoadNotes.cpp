@@ -11,7 +11,7 @@ namespace {
 constexpr std::string_view kGroupLetters = "GTRMPDBACHVS";
 constexpr std::size_t kSampleLength = 60;
 
-/// The start of the first line behind the first that begins like a command, or npos.
+/// The start of the first line after line one that begins like a command, or npos.
 std::size_t embeddedCommand(std::string_view command) {
     constexpr std::string_view kLineEnds = "\r\n\x14\x15";
     for (auto at = command.find_first_of(kLineEnds); at != std::string_view::npos;

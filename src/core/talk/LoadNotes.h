@@ -1,6 +1,6 @@
-// Remarks about a file that is being split: what the system leaves out without a message,
-// or what looks like a slip of the author. A remark changes nothing; it tells a person
-// where to look.
+// Remarks about a file that is being split: what is left out without a message, or what
+// looks like a slip of the author. A remark changes nothing; it shows the user where to
+// look.
 #pragma once
 
 #include <string>
@@ -13,12 +13,12 @@ class UserInterface;
 class LoadNotes {
   public:
     void byteOrderMark() { byteOrderMark_ = true; }
-    /// The file is refused for NUL bytes behind its last command.
+    /// The file is refused for NUL bytes after its last command.
     void nulBytesAtTheEnd() { nulBytesAtTheEnd_ = true; }
     void nulBytes(long line) { nulBytes_.add(line, {}); }
-    /// A command of no known group; it is not kept.
+    /// A command of an unknown group; it is not kept.
     void unknownCommand(long line, std::string_view command) { unknown_.add(line, command); }
-    /// A command whose group index is not 1 to 99; it does not come out on saving.
+    /// A command whose group index is not 1 to 99; it is not saved.
     void indexOutOfRange(long line, std::string_view command) { range_.add(line, command); }
     /// A command without a `:`; it is kept as it is, and no look-up finds it.
     void withoutColon(long line, std::string_view command) { colon_.add(line, command); }

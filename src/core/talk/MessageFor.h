@@ -25,14 +25,14 @@ namespace kavu {
                                                            : std::optional(row->text);
 }
 
-/// A number that only the run of the program knows: see `chosenMessage`.
+/// A number known only at run time: see `chosenMessage`.
 struct ChosenMessage {
     int id;
 };
 /// The way past the check, for a message or a title that is not chosen among literals.
 /// Nothing checks that there is such a number, or that its text fits the arguments: the place
-/// needs a test. A number without a text is shown as "<Internal error: String not found>", a
-/// text that does not fit as it is.
+/// needs a test. A number without a text is shown as "<Internal error: String not found>"; a
+/// text that does not fit is shown unformatted.
 [[nodiscard]] constexpr ChosenMessage chosenMessage(int id) {
     return {id};
 }

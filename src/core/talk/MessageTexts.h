@@ -1,7 +1,7 @@
 // The texts of the numbered messages. A number is never used again for another text, so a
-// retired one leaves its gap. Odd spelling is part of a text that users know by heart and
-// stays. The texts are in a header for the compiler: it checks each message against the
-// arguments it is given (see MessageFor.h).
+// retired one leaves its gap. Users know the texts by heart, so odd spelling stays. The
+// texts are in a header so that the compiler checks each against the arguments it gets
+// (see MessageFor.h).
 #pragma once
 
 #include <cstddef>
@@ -9,7 +9,7 @@
 
 namespace kavu {
 
-/// One row of the table of messages. Numbers are never used again for another text.
+/// One row of the table of messages.
 struct MessageText {
     template <std::size_t Size>
     constexpr MessageText(int number, const char (&literal)[Size])

@@ -21,7 +21,7 @@ std::string titleText(MessageTitle titleId) {
     return std::string(loadText(titleId.id()).value_or(kMissingTitle));
 }
 
-/// Of an entry of the log, which may have no title.
+/// The title of a log entry; empty if it has none.
 std::string entryTitle(MessageTitle titleId) {
     return titleId.id() > 0 ? titleText(titleId) : std::string();
 }
@@ -37,7 +37,7 @@ std::string withReason(std::string text, const IoStatus& status) {
     return status.ok() ? text : text + "\n\nReason: " + status.reason();
 }
 
-/// A text with its line breaks as line feeds, also those that it keeps in stored form.
+/// A text with its line breaks as line feeds, including those in stored form.
 std::string withLineFeeds(std::string text) {
     fromStoredForm(text);
     std::erase(text, '\r');
@@ -80,7 +80,7 @@ void appendEntry(const std::string& path, const std::string& title, int id,
     log.write(lineEnds);
     log.write(wrapped(text, titled));
     log.write(lineEnds);
-    // A log that can not be written loses the message, and nothing else happens.
+    // A log that cannot be written loses the message, and nothing else.
     (void)log.close();
 }
 
@@ -115,7 +115,7 @@ Button Messages::showBoxOf(UserInterface* parent, int id, MessageTitle titleId,
     box.icon = style.icon;
     box.buttons = style.buttons;
     box.defaultButton = style.defaultButton;
-    // The number in front of the text takes its place in the buffer.
+    // The number before the text takes its part of the buffer.
     const auto prefix = box.shownText().size();
     box.text = withReason(messageText(id, args, kBoxBuffer - 1 - prefix), status);
     parent->beep();

@@ -1,5 +1,5 @@
 // Numbered messages: the table's texts, shown in a box, or gathered in the message log
-// while a file is being loaded, so that a file with a hundred faults brings one window.
+// while a file is being loaded, so that a file with a hundred faults opens one window.
 #pragma once
 
 #include "core/files/IoStatus.h"
@@ -38,7 +38,7 @@ class Messages {
     explicit Messages(const WorkingStore& store) : store_(store) {}
 
     /// Shows a numbered message. A negative id shows the text of its absolute value
-    /// without a number. Gives `Button::None` without a parent.
+    /// without a number. Returns `Button::None` without a parent.
     template <typename... Args>
     Button show(UserInterface* parent, MessageFor<Args...> id, MessageTitle titleId,
                 const BoxStyle& style, const Args&... args) const {
@@ -49,7 +49,7 @@ class Messages {
                       const BoxStyle& style, const Args&... args) const {
         return showTitledArgs(parent, id.id(), title, style, {PrintfArg(args)...});
     }
-    /// A message about a file operation: the reason stands behind the text.
+    /// A message about a file operation: the reason follows the text.
     template <typename... Args>
     Button showFailure(UserInterface* parent, const IoStatus& status, MessageFor<Args...> id,
                        MessageTitle titleId, const BoxStyle& style, const Args&... args) const {
@@ -69,14 +69,14 @@ class Messages {
     }
     /// Appends a text that has no number.
     void logText(UserInterface* parent, MessageTitle titleId, const std::string& text) const;
-    /// What a loader was reading when it reported: appended behind its message.
+    /// Appends to a message what the loader was reading when it reported it.
     void logLastCommands(std::string_view commands) const;
 
     /// Shows the log of the last operation in the Messages window, and deletes it. A
     /// missing or empty log shows nothing: that is how a clean load stays silent.
     void showLog(UserInterface* parent, const std::string& documentPath,
                  std::string_view streamName = {}) const;
-    /// The Messages window over any log; false if the log is missing or empty.
+    /// Shows any log in the Messages window; false if the log is missing or empty.
     bool showDialog(UserInterface* parent, const std::string& title, const std::string& subtitle,
                     const std::string& logPath) const;
     [[nodiscard]] std::string logPath() const;

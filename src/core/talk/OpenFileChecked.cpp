@@ -15,8 +15,8 @@ namespace {
 constexpr const char* kOpenTitle = "Unable To Open File";
 constexpr const char* kBackupTitle = "ERROR: Unable To Create Backup File";
 
-/// Tells what a path leads to. A name with a NUL byte leads nowhere: the system would take
-/// the part in front of it, which is the name of another file.
+/// Finds what a path leads to. A name with a NUL byte leads nowhere: the system would take
+/// the part before it, which names another file.
 IoStatus probeNamed(const std::string& path, PathKind& kind) {
     return path.find('\0') == std::string::npos ? probePath(path, kind) : IoStatus(path, EINVAL);
 }
@@ -26,8 +26,8 @@ bool reportUnreadable(UserInterface* parent, const std::string& path, const std:
     return false;
 }
 
-/// Makes an empty file that nobody may read who may not read `like`; gives false if there
-/// is a file already or if it can not be made, and then the copy will tell why.
+/// Makes an empty file that only those who may read `like` may read; false if there is a
+/// file already or it cannot be made, in which case the copy reports why.
 bool makePrivateFile(const std::string& like, const std::string& path) {
     struct stat info {};
     if (::stat(like.c_str(), &info) != 0) {
@@ -41,7 +41,7 @@ bool makePrivateFile(const std::string& like, const std::string& path) {
     return descriptor >= 0;
 }
 
-/// Proves that a file has the size it should have; a device takes every byte and keeps none.
+/// Checks that a file has the size it should have; a device takes every byte and keeps none.
 IoStatus checkSize(const std::string& path, std::uint64_t size) {
     struct stat info {};
     if (::stat(path.c_str(), &info) != 0) {
@@ -50,7 +50,7 @@ IoStatus checkSize(const std::string& path, std::uint64_t size) {
     return {path, static_cast<std::uint64_t>(info.st_size) == size ? 0 : EIO};
 }
 
-/// Takes half a backup away, so that nobody takes it for a whole one.
+/// Removes half a backup, so that it is not mistaken for a whole one.
 void discard(const std::string& backup, bool isNew) {
     if (isNew) {
         (void)deleteFile(backup);
@@ -94,7 +94,7 @@ bool openFileChecked(UserInterface* parent, const std::string& path, WriteMode m
         return false;
     }
     if (kind != PathKind::Missing) {
-        // Without a parent nobody has agreed to lose what is in the file.
+        // Without a parent the user has not agreed to lose what is in the file.
         if (policy != OverwritePolicy::BackUpOnly &&
             showBox(parent, formatPrintf("The file: '%s' already exists\n\nOverwrite?", path),
                     "File Already Exists", Icon::Question, Buttons::YesNo) != Button::Yes) {
@@ -125,9 +125,9 @@ bool makeBackup(UserInterface* parent, const std::string& path, bool* made) {
     if (const auto status = source.open(path); !status.ok()) {
         return reportUnreadable(parent, path, status.reason());
     }
-    // Two names of one file can not hold two contents either.
+    // Two names of one file cannot hold two contents either.
     bool same = false;
-    (void)probeSameFile(path, backup, same);  // the copy tells what is wrong with the backup
+    (void)probeSameFile(path, backup, same);  // the copy reports what is wrong with the backup
     if (same || backup == path) {
         showBox(parent, "Unable to create backup file. File names are the same.", kBackupTitle);
         return false;

@@ -1,5 +1,5 @@
-// The common open for files that the user names: asks before it overwrites, makes the
-// backup, and reports why a file can not be opened.
+// The common way to open files that the user names: asks before it overwrites, makes the
+// backup, and reports why a file cannot be opened.
 #pragma once
 
 #include "core/files/FileIo.h"
@@ -19,20 +19,20 @@ enum class OverwritePolicy {
 /// Opens for reading; reports a failure to the parent.
 bool openFileChecked(UserInterface* parent, const std::string& path, ByteSource& source);
 /// Opens for writing, with the question and the backup of the policy. Without a parent the
-/// question counts as answered with No. An existing file is overwritten in place, so its
-/// links, owner and mode stay.
+/// answer is No. An existing file is overwritten in place, so its links, owner and mode
+/// stay.
 bool openFileChecked(UserInterface* parent, const std::string& path, WriteMode mode,
                      OverwritePolicy policy, FileWriter& writer);
 
 /// "Unable to open '%s'", with the reason.
 void reportUnableToOpen(UserInterface* parent, const IoStatus& status);
 
-/// The name of a file's backup: its path up to the last `.` (wherever that stands in the
+/// The name of a file's backup: its path up to the last `.` (wherever that is in the
 /// path), and ".bak".
 [[nodiscard]] std::string backupName(const std::string& path);
 /// Copies a file to its backup name; a backup is complete on the disk when this returns.
-/// False if the save is to stop. `made`, if given, tells if there is a backup now: the user
-/// may choose to go on without one. Without a parent that choice is No.
+/// False if the save is to stop. `made`, if given, says whether there is a backup now: the
+/// user may choose to go on without one. Without a parent the save stops.
 bool makeBackup(UserInterface* parent, const std::string& path, bool* made = nullptr);
 
 }  // namespace kavu

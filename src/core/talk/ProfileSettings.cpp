@@ -105,7 +105,8 @@ void ProfileSettings::writeProfile(std::string_view section, std::optional<std::
     } else {
         file_.setValue(section, *key, *value);
     }
-    // A settings file that can not be written is no error: the next run has the defaults.
+    // A settings file that cannot be written is no error: the next run has the former
+    // values.
     (void)file_.flush(ProfileFile::Flush::Kept);
     stamp_ = file_.path().empty() ? std::string() : fileStamp(file_.path());
 }

@@ -1,6 +1,6 @@
 // The settings of the program, `kavu.ini`. A setting is read where it is needed and
-// written at once when it changes; a settings file that can not be written is no error,
-// the next run has the defaults.
+// written at once when it changes; a settings file that cannot be written is no error:
+// the next run has the former values.
 #pragma once
 
 #include "core/files/ProfileFile.h"
@@ -16,11 +16,11 @@ namespace kavu {
 class ProfileSettings {
   public:
     /// `path` may be empty: then every key has its default at first, and what is written
-    /// stays in memory. The same holds for a file that can not be read or written.
+    /// stays in memory. The same holds for a file that cannot be read or written.
     explicit ProfileSettings(std::string path);
 
-    /// The value of a key, that of this run before that of the file. A number is within the
-    /// range of its key.
+    /// The value of a key: that of `overrideForThisRun`, else that of the file. A number is
+    /// within the range of its key.
     [[nodiscard]] int get(const IntKey& key) const;
     [[nodiscard]] bool get(const FlagKey& key) const;
     [[nodiscard]] std::string get(const TextKey& key) const;

@@ -11,12 +11,12 @@ class ProfileSettings;
 inline constexpr const char* kRecentSection = "KAVU_Opened_Files";
 inline constexpr std::size_t kMostRecentFiles = 9;
 
-/// All that are kept, also those that are not there any more.
+/// All that are kept, including those that no longer exist.
 [[nodiscard]] std::vector<std::string> recentFiles(const ProfileSettings& settings);
 /// Those for the menu: a file that is missing now may be back tomorrow, so it is kept but
 /// not offered.
 [[nodiscard]] std::vector<std::string> offeredRecentFiles(const ProfileSettings& settings);
-/// Puts a file in front.
+/// Puts a file at the head of the list.
 void rememberFile(ProfileSettings& settings, const std::string& path);
 
 }  // namespace kavu

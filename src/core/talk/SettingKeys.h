@@ -1,6 +1,6 @@
-// The keys of `kavu.ini`: what they are called, what they are without a value, and which
-// values they take. Keys whose names are made while the program runs are not among them: the
-// files opened last, the pages of sheets, the strings of comments, the looks of plots.
+// The keys of `kavu.ini`: their names, defaults and ranges. Keys whose names are composed at
+// run time are not among them: the files opened last, the pages of sheets, the strings of
+// comments, the looks of plots.
 #pragma once
 
 #include <limits>
@@ -13,7 +13,7 @@ namespace kavu {
 /// The main section of `kavu.ini`, and the head of the working store's name.
 inline constexpr std::string_view kApplicationName = "KAVU-9";
 
-/// A number. One outside of `least` and `most` reads as the nearer of the two.
+/// A number. One outside `least` to `most` reads as the nearer of the two.
 struct IntKey {
     std::string_view name;
     int otherwise = 0;  ///< without a value
@@ -39,7 +39,8 @@ namespace setting {
 inline constexpr FlagKey kCreateBackup{"CreateBackup", true};
 inline constexpr FlagKey kCheckDuplicates{"CheckForDupMeasurements", true};
 inline constexpr IntKey kOpenFilter{"OpenFilterIndex", 1};
-/// A year or its two digits. Without a value the latest; it is then put into the file.
+/// A year or its two digits. Without a value the latest, which is then written to the
+/// file.
 inline constexpr TextKey kInputEdition{"IRIGInputVersion"};
 inline constexpr TextKey kOutputEdition{"IRIGOutputVersion"};
 /// 1: save in the edition of the file, 2: in `kOutputEdition`.
@@ -55,7 +56,7 @@ inline constexpr FlagKey kWriteUpdates{"EnableUpd"};
 inline constexpr FlagKey kAppendUpdates{"UpdAppend", true};
 inline constexpr TextKey kUpdatePath{"UpdPath"};
 inline constexpr IntKey kCommentStrings{"C", 0, 0, 1000, "EUComment"};
-// What a new record has.
+// The values of a new record.
 inline constexpr TextKey kConversionClassification{"CTRD4"};
 inline constexpr TextKey kContactName{"CPOC1"};
 inline constexpr TextKey kContactAgency{"CPOC2"};

@@ -1,4 +1,4 @@
-// Where settings live, and the proof that they can be written there.
+// The folder for settings, and the check that it can be written.
 #include "core/WorkingStore.h"
 #include "core/files/FileIo.h"
 #include "core/talk/UserInterface.h"
@@ -12,7 +12,7 @@ constexpr const char* kWriteTest = "kavu.tmp";
 
 constexpr const char* kDefaultSharedRoot = "/etc/xdg";
 
-/// The first folder of a list; an empty place in it names none.
+/// The first folder of a list; empty entries are skipped.
 std::string firstOf(const std::string& list) {
     const auto first = list.find_first_not_of(':');
     return first == std::string::npos ? kDefaultSharedRoot
@@ -47,7 +47,7 @@ bool retried(UserInterface* parent, PrintfFormat<std::string> text, const char* 
              const Step& step) {
     for (IoStatus status = step(); !status.ok(); status = step()) {
         const auto shown = formatPrintf(text, status.path()) + "\n\nReason: " + status.reason();
-        // Without a parent nobody tries again.
+        // Without a parent there is no second try.
         if (showBox(parent, shown, title, Icon::Error, Buttons::RetryCancel, Button::Retry) !=
             Button::Retry) {
             return false;
@@ -80,7 +80,7 @@ bool activateSupportFolder(UserInterface* parent, const std::string& folder) {
                 "Could not create the path '%s'.\n\nThis application creates and uses this folder "
                 "to store temporary files.\n\nRetry: Try again\nCancel: Terminate application.",
                 "ERROR Activating Application", [&path] { return makeFolders(path); });
-    // An existing folder has to prove as well that it takes files.
+    // An existing folder is checked as well.
     return made &&
            retried(parent,
                    "This application could not write to the folder '%s'.\n\nThis application uses "

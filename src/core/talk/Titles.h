@@ -1,5 +1,5 @@
-// The titles of boxes and of entries of the message log: texts of the table of messages that
-// take no arguments. And the numbers of messages that more than one file shows.
+// The titles of boxes and of entries of the message log, which are messages without
+// arguments, and the numbers of messages that more than one file shows.
 #pragma once
 
 #include "core/talk/MessageFor.h"

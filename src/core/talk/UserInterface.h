@@ -1,7 +1,8 @@
 // The seam through which the logic talks to a person: message boxes, prompts, progress
-// and the log. There are three makers: windows, the terminal with scripted replies, and
-// a recorder for tests. A null `UserInterface *` is a valid parent everywhere: it is
-// silent, and every question is answered as its operation says for no parent.
+// and the log. There are three implementations: windows, the terminal with scripted
+// replies, and a recorder for tests. A null `UserInterface *` is a valid parent
+// everywhere: it is silent, and every question gets the answer that its operation
+// documents.
 #pragma once
 
 #include <optional>
@@ -26,10 +27,10 @@ struct MessageBox {
     Icon icon = Icon::None;
     Buttons buttons = Buttons::Ok;
     Button defaultButton = Button::None;
-    /// More than a box can hold, shown on demand; empty if there is no more to tell.
+    /// More than a box can hold, shown on demand; empty if there is no more to say.
     std::string details{};
 
-    /// The text as a box shows it, with the number in front when it has one to show.
+    /// The text as a box shows it, preceded by the number if it has one to show.
     [[nodiscard]] std::string shownText() const;
 };
 
@@ -46,7 +47,7 @@ struct TextPrompt {
     std::string prompt;
     std::string initial;
     std::size_t limit = 0;  ///< characters; 0 is no limit
-    /// Shown above the field: what there is already, for somebody who thinks of a name.
+    /// Shown above the field: the names already in use, for a user who needs a new one.
     std::vector<std::string> listed{};
 };
 
@@ -88,7 +89,7 @@ struct FileChoice {
 
 enum class ProgressMode { WithCancel, WithoutCancel };
 
-/// Commands that a pass reads between two questions whether the user has cancelled.
+/// Commands that a pass reads between two checks whether the user has cancelled.
 inline constexpr unsigned kPollEvery = 64;
 
 class UserInterface {
@@ -98,10 +99,11 @@ class UserInterface {
     UserInterface& operator=(const UserInterface&) = delete;
     virtual ~UserInterface() = default;
 
-    /// Shows a box and gives the button that was pressed.
+    /// Shows a box and returns the button that was pressed.
     virtual Button message(const MessageBox& box) = 0;
     virtual std::optional<std::string> enterText(const TextPrompt& prompt) = 0;
-    /// Several texts in one dialog, or one after the other; nothing if any is cancelled.
+    /// Asks for several texts in one dialog, or one after the other; nothing if any is
+    /// cancelled.
     virtual std::optional<std::vector<std::string>> enterTexts(
         const std::string& title, const std::vector<TextPrompt>& prompts);
     virtual std::optional<long> enterInteger(const IntegerPrompt& prompt) = 0;
@@ -118,7 +120,7 @@ class UserInterface {
     /// The Messages window over the lines of a log that is not empty.
     virtual void showMessages(const std::string& title, const std::string& subtitle,
                               const std::vector<std::string>& lines) = 0;
-    /// A remark that is no message: it asks for nothing and is not part of the log.
+    /// A remark that is not a message: it needs no answer and is not part of the log.
     virtual void note(const std::string&) {}
 
     virtual void setStatusText(const std::string&) {}
@@ -132,7 +134,7 @@ class UserInterface {
     virtual void closeProgress() {}
     virtual void setProgressText(const std::string&) {}
 
-    /// Lets the interface paint. No command can come in through it.
+    /// Lets the interface paint. No command is processed meanwhile.
     virtual void yieldToInterface() {}
     /// True once the user has asked to cancel and has confirmed it.
     virtual bool cancelRequested() { return false; }
@@ -160,7 +162,7 @@ class ProgressScope {
     bool opened_;
 };
 
-// The calls that a pass makes often, safe for a null parent.
+// Frequent calls of a pass, safe for a null parent.
 inline void setStatusText(UserInterface* parent, const std::string& text) {
     if (parent != nullptr) {
         parent->setStatusText(text);
@@ -184,7 +186,7 @@ inline void yieldToInterface(UserInterface* parent) {
 [[nodiscard]] inline bool cancelRequested(UserInterface* parent) {
     return parent != nullptr && parent->cancelRequested();
 }
-/// A box without a number. Gives `Button::None` without a parent.
+/// A box without a number. Returns `Button::None` without a parent.
 Button showBox(UserInterface* parent, std::string text, std::string title, Icon icon = Icon::Error,
                Buttons buttons = Buttons::Ok, Button defaultButton = Button::None);
 

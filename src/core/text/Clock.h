@@ -8,7 +8,7 @@
 
 namespace kavu {
 
-/// A date and time of the calendar in local time. Month and day count from 1.
+/// A calendar date and time, local. Month and day count from 1.
 struct CivilTime {
     int year = 2000;
     int month = 1;
@@ -22,7 +22,7 @@ struct CivilTime {
 [[nodiscard]] std::string dateText(const CivilTime& time);
 /// "HH:MM:SS"
 [[nodiscard]] std::string timeText(const CivilTime& time);
-/// The date in the form of TMATS values: "MM-DD-YYYY", up to 106-96 "MM-DD-YY".
+/// The date in the format of TMATS values: "MM-DD-YYYY", up to 106-96 "MM-DD-YY".
 [[nodiscard]] std::string tmatsDate(const CivilTime& time, int edition);
 /// "MM-DD-YYYY-HH-MM-SS", up to 106-96 with a year of two digits.
 [[nodiscard]] std::string tmatsDateTime(const CivilTime& time, int edition);
@@ -43,7 +43,7 @@ class SystemClock : public Clock {
     [[nodiscard]] std::int64_t steadySeconds() const override;
 };
 
-/// A date that stands still; pacing goes on.
+/// A clock with a fixed date; pacing goes on.
 class FixedClock : public SystemClock {
   public:
     explicit FixedClock(const CivilTime& time) : time_(time) {}
@@ -53,7 +53,7 @@ class FixedClock : public SystemClock {
     CivilTime time_;
 };
 
-/// True at most once a second: it rules the status texts of all loaders.
+/// True at most once a second: it paces the status texts of all loaders.
 class SecondTicker {
   public:
     explicit SecondTicker(const Clock& clock) : clock_(clock) {}
@@ -67,7 +67,7 @@ class SecondTicker {
 class RandomSource {
   public:
     virtual ~RandomSource() = default;
-    /// 16 random bytes, or nothing when the system has none to give.
+    /// 16 random bytes, or nothing if the system has none to give.
     [[nodiscard]] virtual std::optional<std::array<std::uint8_t, 16>> bytes16() = 0;
 };
 
@@ -76,7 +76,7 @@ class SystemRandomSource : public RandomSource {
     [[nodiscard]] std::optional<std::array<std::uint8_t, 16>> bytes16() override;
 };
 
-/// A new GUID in its text form without braces, or nothing.
+/// A new GUID as text without braces, or nothing.
 [[nodiscard]] std::optional<std::string> makeGuid(RandomSource& random);
 
 }  // namespace kavu

@@ -1,4 +1,4 @@
-// The editions of IRIG 106 that a document can be of. An edition is its year.
+// The editions of IRIG 106 that a document can have. An edition is its year.
 #pragma once
 
 #include <array>

@@ -33,11 +33,11 @@ using PrintfArgs = std::initializer_list<PrintfArg>;
 
 /// Formats as printf does in the "C" locale. A format that does not fit its arguments gives
 /// the format text itself: a report must never be the thing that fails. Unchecked: for layers
-/// that pass on a format and a list of arguments that were checked at their door.
+/// that pass on a format and arguments that their caller has checked.
 [[nodiscard]] std::string formatPrintf(std::string_view format, PrintfArgs args);
 
 /// The same for a literal, which the compiler checks. `format` comes from the program, never
-/// from a file; one that is chosen from a table goes through `runtimeFormat`.
+/// from a file; one that is taken from a table goes through `runtimeFormat`.
 template <typename... Args>
 [[nodiscard]] std::string formatPrintf(PrintfFormat<Args...> format, const Args&... args) {
     return formatPrintf(format.text(), PrintfArgs{PrintfArg(args)...});

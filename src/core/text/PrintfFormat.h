@@ -84,19 +84,19 @@ template <PrintfKind... Kinds>
     return fitsArguments(format, std::span<const PrintfKind>(kKinds));
 }
 
-/// A format that only the run of the program knows: see `runtimeFormat`.
+/// A format known only at run time: see `runtimeFormat`.
 struct RuntimeFormat {
     std::string_view text;
 };
 /// The way past the check, for a format that is taken from a table of the program. Nothing
-/// checks that it fits its arguments: the table needs a test. One that does not fit comes
-/// out as it is, never from a file.
+/// checks that it fits its arguments: the table needs a test. One that does not fit is
+/// shown unformatted. Never for a text from a file.
 [[nodiscard]] constexpr RuntimeFormat runtimeFormat(std::string_view text) {
     return {text};
 }
 
-/// A printf format that fits arguments of these kinds. Made of a literal or a constant it is
-/// checked by the compiler. It refers to the text, which must outlive it.
+/// A printf format that fits arguments of these kinds. The compiler checks one made of a
+/// literal or a constant. It refers to the text, which must outlive it.
 template <PrintfKind... Kinds>
 class BasicPrintfFormat {
   public:

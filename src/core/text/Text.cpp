@@ -76,7 +76,7 @@ int leadingInt(std::string_view text) {
 }
 
 bool holdsLineBreak(std::string_view text) {
-    // Two searches of the C library are many times faster than one for either byte.
+    // Two searches by the C library are many times faster than one for either byte.
     return text.find('\n') != std::string_view::npos || text.find('\r') != std::string_view::npos;
 }
 

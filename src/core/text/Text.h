@@ -1,5 +1,5 @@
-// Byte-wise helpers for text. Nothing here knows an encoding or looks at the C locale:
-// inside the logic text is bytes, and letters are the ASCII letters.
+// Byte-wise helpers for text. Nothing here depends on an encoding or the C locale: inside
+// the logic text is bytes, and letters are the ASCII letters.
 #pragma once
 
 #include <cstdint>
@@ -34,9 +34,9 @@ inline constexpr char kStoredLineFeed = 0x15;
 /// Without the blanks (only blanks) at the end.
 [[nodiscard]] std::string_view trimTrailingBlanks(std::string_view text);
 
-/// The decimal number at the front of a text: leading white space, an optional sign and
-/// the digits count, what follows is ignored. Without digits it is 0; beyond the range of
-/// 64 bits it is the nearest end of the range.
+/// The decimal number at the front of a text: after leading white space, an optional sign
+/// and digits; what follows is ignored. Without digits it is 0; beyond the range of 64
+/// bits it is the nearest end of the range.
 [[nodiscard]] std::int64_t leadingInteger(std::string_view text);
 /// The same, clamped to the range of an int.
 [[nodiscard]] int leadingInt(std::string_view text);
@@ -53,8 +53,8 @@ void fromStoredForm(std::string& text);
                                      std::string_view to);
 [[nodiscard]] std::vector<std::string> splitLines(std::string_view text);
 
-/// At most `bytes` bytes of a text, never ending within a UTF-8 character of a text that
-/// is valid UTF-8.
+/// At most `bytes` bytes of a text, never ending within a character if the text is valid
+/// UTF-8.
 [[nodiscard]] std::string_view cutToBytes(std::string_view text, std::size_t bytes);
 
 /// Appends a decimal number; a fast path for codes such as "C-12\".

@@ -6,7 +6,7 @@
 
 namespace kavu {
 
-/// What some programs write in front of UTF-8; it is no part of the text.
+/// What some programs write before UTF-8; it is not part of the text.
 inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 /// True if the bytes are well-formed UTF-8 (no overlong forms, no surrogates).
