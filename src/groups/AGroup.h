@@ -21,12 +21,13 @@ struct PamStream {
     std::string link;
     int index = 0;
 };
-/// The streams with an A group, in the order of the files, and behind them the PAM links
-/// that have none.
+/// The streams with an A group, in the order of the files, followed by the PAM links that
+/// have none.
 [[nodiscard]] std::vector<PamStream> pamStreams(DocumentContext& context, UserInterface* parent);
 
-/// Reads the group of a stream. One without a group is told by message 145, and gets the first
-/// free index. False if the file can not be read or no index is free; that has been reported.
+/// Reads the group of a stream. One without a group is reported by message 145 ("not found"),
+/// and gets the first free index. False if the file cannot be read or no index is free, which
+/// has been reported.
 [[nodiscard]] bool loadPam(DocumentContext& context, UserInterface* parent, const PamStream& stream,
                            PamGroup& group);
 /// False if the file could not be written, which has been reported.

@@ -29,7 +29,7 @@ namespace kavu {
 
 namespace {
 
-/// What keeps a change from being made; empty for nothing.
+/// Why a change cannot be made; empty if it can.
 using Refusal = std::string;
 
 using GroupKey = std::pair<char, int>;
@@ -40,10 +40,10 @@ RowNumbers numbersOf(const VocabularyMatch& match) {
     return {static_cast<std::size_t>(match.path.at[0]), static_cast<std::size_t>(match.path.at[1])};
 }
 
-/// Sorts commands as the writer of the group does: rows stand together behind their count.
+/// Sorts commands as the writer of the group does: rows follow their count.
 using Rank = std::array<std::size_t, 5>;
 
-/// The first of the fields around a place that have at least so many indices.
+/// The first of the adjacent fields around a place that have at least this many indices.
 std::size_t firstOfRun(std::span<const Field> table, std::size_t place, int indices) {
     while (place > 0 && indexCountOf(table[place - 1].code) >= indices) {
         --place;
@@ -88,8 +88,8 @@ std::size_t placeOf(std::span<const Field> table, const CommandIndex& commands,
 
 // --- The rules --------------------------------------------------------------------------------
 
-/// The commands of streams depend on each other in ways that no row of a table states: their
-/// own sheets change them.
+/// The commands of streams depend on each other in ways that no table states: only their own
+/// sheets change them.
 constexpr std::string_view kSettable = "GTRMA";
 
 std::span<const Field> settableFields(char letter) {
@@ -99,8 +99,9 @@ std::span<const Field> settableFields(char letter) {
                : vocabulary->fields;
 }
 
-/// The command that changes what other groups refer to, which is renamed everywhere or not at
-/// all; nothing for other values. What a recorder records may be set: nothing depends on it.
+/// The command line's command for a name that other groups refer to, which must be renamed
+/// everywhere; empty for other values. What a recorder records may be set: nothing depends on
+/// it.
 std::string_view commandInstead(const Field& field, char letter) {
     switch (field.refersTo) {
         case Refers::SourceName:
@@ -145,7 +146,7 @@ std::string listedChoices(const Field& field, int edition) {
     return text;
 }
 
-/// A field without a page is checked against what XML knows of it.
+/// A field without a page is checked against its XML choices.
 ValueFault faultOf(const Field& field, const std::string& value, int edition) {
     if (!field.bridgeOnly || field.kind != FieldKind::Choice || holdsSemicolon(value)) {
         return checkValue(field, value, edition);
@@ -178,7 +179,7 @@ Refusal refusedValue(const Field& field, const std::string& value, int edition) 
                         static_cast<int>(limitIn(edition, field)));
 }
 
-/// One change on its way: the group it is for, and what it is to become.
+/// One change: its group and its new value.
 class Change {
   public:
     Change(GroupFile& group, const AttributeChange& change, int edition)
@@ -228,7 +229,7 @@ class Change {
         return {};
     }
 
-    /// A row has to be one of those that its count tells of, in each list it stands in.
+    /// A row has to be within the count of each list that it is in.
     [[nodiscard]] Refusal refusedRow(const Field& field, RowNumbers at) const {
         for (auto list = field.list; !list.empty();) {
             const auto count = std::find_if(table_.begin(), table_.end(),
@@ -256,7 +257,7 @@ class Change {
                    : Refusal("Use 'source delete' to delete a data source.");
     }
 
-    /// The number of a recorder's tracks is not less than the tracks that it counts now.
+    /// The number of a recorder's tracks must not become less than it is.
     [[nodiscard]] Refusal refusedTracks(const Field& field) const {
         constexpr std::string_view kTracks = "N";
         if (code_.letter != 'R' || field.code != kTracks) {
@@ -294,7 +295,7 @@ class Change {
     int edition_;
 };
 
-/// The group of a code, read once; null if it can not be read.
+/// The group of a code, read once; null if it cannot be read.
 GroupFile* groupOf(DocumentContext& context, UserInterface* parent,
                    std::map<GroupKey, GroupFile>& groups, const CommandCode& code) {
     const auto [it, isNew] = groups.try_emplace(GroupKey{code.letter, code.index});
@@ -315,7 +316,7 @@ struct Wanted {
     std::vector<std::string>& values;
 };
 
-/// Passes through a file: only what is wanted of it is ever in memory.
+/// Reads a file command by command: only what is wanted of it is ever in memory.
 IoStatus readValues(DocumentContext& context, const GroupKey& group, std::span<Wanted> wanted) {
     ByteSource source;
     auto status = source.open(context.store.pathOf(groupFile(group.first, group.second)));

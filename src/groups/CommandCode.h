@@ -1,4 +1,4 @@
-// A command's code as a person types it.
+// A command's code as the user types it.
 #pragma once
 
 #include <optional>
@@ -16,8 +16,8 @@ struct CommandCode {
     /// "R-1\ADL-2-5"
     [[nodiscard]] std::string text() const;
 };
-/// The parts of a code in any case; nothing if it is none: an unknown letter, an index that
-/// is missing, out of range or too much, no field, or a colon or semi-colon in it.
+/// The parts of a code in any case; nothing for an unknown letter, an index that is
+/// missing, out of range or not allowed, a missing field, or a colon or semi-colon.
 [[nodiscard]] std::optional<CommandCode> parseCommandCode(std::string_view code);
 
 }  // namespace kavu

@@ -20,7 +20,7 @@ namespace kavu {
 namespace {
 
 /// A change of one key: of one old value, or of any if that is empty; without a new value
-/// the key goes.
+/// the key is removed.
 struct KeyRule {
     std::string_view key;
     std::string_view oldValue = {};
@@ -160,8 +160,8 @@ void moveMatrixFromRows(Record& record) {
     }
 }
 
-/// Removes what has list indices and no place in edition 1996: the second and later rows
-/// of the calibration matrix, and the constants of derived parameters.
+/// Removes what has list indices and does not exist in edition 1996: the second and later
+/// rows of the calibration matrix, and the constants of derived parameters.
 void removeRows(Record& record) {
     for (const auto& key : record.keys()) {
         const bool constant = startsWithIgnoreCase(key, "DPC-");

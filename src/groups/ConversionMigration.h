@@ -1,4 +1,5 @@
-// The conversion records of a document brought to another edition, one pass over each chunk.
+// Brings the conversion records of a document to another edition, in one pass over each
+// chunk.
 #pragma once
 
 #include "core/files/IoStatus.h"
@@ -11,7 +12,8 @@ class UserInterface;
 
 enum class RecordChange { To99, To96, Without00 };
 
-/// True if any record changed. A date that needs a person's eye is reported to the log.
+/// True if any record changed. A doubtful date is reported to the log; see
+/// `reportDoubtfulDate`.
 bool migrateRecords(DocumentContext& context, ConversionStore& conversions, UserInterface* parent,
                     RecordChange change, IoStatus& status);
 

@@ -95,7 +95,7 @@ bool gatherDataLinks(DocumentContext& context, UserInterface* parent,
                      std::vector<std::string>& links) {
     std::vector<Multiplex> multiplexes;
     const bool complete = readMultiplexes(context, parent, multiplexes);
-    // Links whose names differ only in case are two links: each has streams of its own.
+    // Links whose names differ only in case are two links, each with its own streams.
     std::unordered_set<std::string> seen(links.begin(), links.end());
     for (auto& multiplex : multiplexes) {
         for (auto& link : multiplex.links) {

@@ -1,5 +1,5 @@
-// The data sources of a document, and the data links that tie streams to them: who is
-// there, of what kind, and in which group file.
+// The data sources of a document, and the data links that tie streams to them: which
+// there are, of what kind, and in which group file.
 #pragma once
 
 #include "groups/GroupScan.h"
@@ -31,8 +31,8 @@ int listDataSources(DocumentContext& context, UserInterface* parent,
 char dataSourceInfo(DocumentContext& context, UserInterface* parent, int index, std::string& name,
                     std::string& type);
 
-/// The index of the group file that carries a name, or 0. An empty name asks for the first
-/// free index, which is given negated (-100 if all 99 are taken).
+/// The index of the group file that carries a name, or 0. For an empty name the first free
+/// index, negated (-100 if all 99 are taken).
 int findGroupIndex(DocumentContext& context, UserInterface* parent, char letter,
                    std::string_view name);
 
@@ -45,7 +45,7 @@ bool gatherDataLinks(DocumentContext& context, UserInterface* parent,
 inline constexpr int kMessageDataEdition = 2009;
 
 enum class StreamKind { PcmOrNone = 0, Bus = 2, MessageData = 3 };
-/// The kind of stream that bears a link. Message data is known from edition 2009 on.
+/// The kind of stream that a link names. Message data exists from edition 2009 on.
 StreamKind streamKindOfLink(DocumentContext& context, UserInterface* parent, std::string_view link);
 
 }  // namespace kavu

@@ -15,15 +15,15 @@ int twoDigits(std::string_view text, std::size_t at) {
                                                       : -1;
 }
 
-/// Hour, minute and second as they follow a date of `length` characters, if they do.
+/// True if hour, minute and second follow a date of `length` characters.
 bool hasTime(std::string_view text, std::size_t length) {
     return text.size() == length + 9 && text[length] == '-' && text[length + 3] == '-' &&
            text[length + 6] == '-';
 }
 
-/// The time of day behind a converted date. The first conversion of its format is not a
-/// valid one: it stands in the text as it is and takes no value, so hour and minute take
-/// the other two. Files of other programs were written and are read this way.
+/// The time of day after a converted date. The first conversion of its format is invalid:
+/// it stays in the text as it is and takes no value, so hour and minute go to the other
+/// two. Files of other programs were written and are read this way.
 std::string timeTail(std::string_view text, std::size_t at) {
     return "-%2,2d" + formatPrintf("-%2.2d-%2.2d", leadingInt(text.substr(at + 1, 2)),
                                    leadingInt(text.substr(at + 4, 2)));
@@ -39,7 +39,7 @@ std::optional<ConvertedDate> convertDate(std::string_view text, int sourceYear, 
     }
     const int first = twoDigits(text, 0);
     const int second = twoDigits(text, 3);
-    // Of a year of four digits the first two are not looked at.
+    // Of a year of four digits the first two are ignored.
     const int year = twoDigits(text, length - 2);
     if (first < 0 || second < 0 || year < 0) {
         return std::nullopt;

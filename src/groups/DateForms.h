@@ -1,4 +1,4 @@
-// The two forms of a date in TMATS values, up to edition 1996 and after it.
+// The two date formats in TMATS values, up to edition 1996 and after it.
 #pragma once
 
 #include <optional>
@@ -12,12 +12,12 @@ class UserInterface;
 
 struct ConvertedDate {
     std::string text;
-    /// The new text needs a person's eye: its time of day is not one, or what stood behind
-    /// the date is lost.
+    /// The user should check the new text: its time of day is invalid, or text after the
+    /// date is lost.
     bool doubtful = false;
 };
 
-/// Brings a date into the form of the other editions.
+/// Brings a date into the format of the other editions.
 ///
 /// From 1996: day, month and year of two digits become month, day and year of four. The
 /// year is of this century, or of the one before if it would be beyond `currentYear`. From
@@ -26,7 +26,7 @@ struct ConvertedDate {
 [[nodiscard]] std::optional<ConvertedDate> convertDate(std::string_view text, int sourceYear,
                                                        int currentYear);
 
-/// Logs a date that a migration has written and that a person has to mend.
+/// Logs a date written by a migration that the user has to correct.
 void reportDoubtfulDate(DocumentContext& context, UserInterface* parent, const std::string& where,
                         std::string_view before, std::string_view after);
 

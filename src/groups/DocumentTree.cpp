@@ -15,7 +15,7 @@ namespace kavu {
 
 namespace {
 
-/// Everything that the rows of the tree are made of, from one look into each group file.
+/// All data for the rows of the tree; each group file is read once.
 class TreeReader {
   public:
     TreeReader(DocumentContext& context, UserInterface* parent)
@@ -111,7 +111,7 @@ class TreeReader {
         return it == formatOf_.end() ? nullptr : it->second;
     }
 
-    /// A link may stand in more than one multiplex; its file is read once.
+    /// A link may be in more than one multiplex; its file is read once.
     std::size_t measurementCount(const std::string& link) {
         const auto [it, added] = counts_.try_emplace(link, 0);
         if (added) {

@@ -12,7 +12,7 @@ class UserInterface;
 
 struct TreeLink {
     std::string name;
-    std::string kind;              ///< display text; empty if no stream bears the name
+    std::string kind;              ///< display text; empty if no stream has the name
     int group = 0;                 ///< index of its P file, else of its B, S or A file, or 0
     std::size_t measurements = 0;  ///< names in its D, B or S file
     std::vector<std::string> embedded{};
@@ -33,7 +33,7 @@ struct DocumentTree {
     std::vector<TreeSource> dataSources;
 };
 
-/// Reads the tree from the group files. Files that can not be read are reported and left
+/// Reads the tree from the group files. Files that cannot be read are reported and left
 /// out; after a cancel the rest is missing.
 [[nodiscard]] DocumentTree readDocumentTree(DocumentContext& context, UserInterface* parent);
 

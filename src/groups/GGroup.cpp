@@ -17,7 +17,7 @@ namespace {
 
 constexpr int kAboutToRename = 299;
 
-/// From this edition on a save writes `G\FN` anew, if it is there or not.
+/// From this edition on every save writes `G\FN`.
 constexpr int kFirstEditionOfFileName = 2009;
 
 constexpr std::string_view kEdition = "106";
@@ -30,7 +30,7 @@ constexpr auto kGeneralSteps = std::to_array<LoadStep>({
     {.after = kSourceCount, .percent = 80},
 });
 
-/// The field of the edition is no part of the form and has to survive as it is, however long.
+/// The field of the edition is not on the sheet and has to survive as it is, however long.
 std::vector<Field> fieldsAsRead() {
     const auto table = generalFields();
     std::vector<Field> fields(table.begin(), table.end());

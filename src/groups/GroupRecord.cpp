@@ -114,7 +114,7 @@ bool GroupSource::step(const Plan& plan, std::string_view after) {
 bool GroupSource::readRows(const Plan& plan, const Field& field, GroupRow& row, RowNumbers at) {
     const auto rows = count(field, at);
     if (rows == 0 && !peek(field, at).empty()) {
-        // A count of 0 that stands in the file stays there.
+        // A count of 0 in the file is kept.
         row.lists[std::string(field.code)];
     }
     row.fileRows[std::string(field.code)] = rows;
@@ -224,7 +224,7 @@ void GroupWriter::writeTable(std::span<const Field> table, const GroupRow& recor
 
 namespace {
 
-/// The new number of each row of a list in the file; 0 for one that is gone.
+/// The new number of each row of a list in the file; 0 for a deleted one.
 std::vector<std::size_t> newNumbers(const GroupRow& record, std::string_view list) {
     const auto read = record.fileRows.find(list);
     std::vector<std::size_t> numbers(read == record.fileRows.end() ? 1 : read->second + 1, 0);

@@ -1,6 +1,6 @@
-// The one model of an attribute group. A group file is read in one pass against a vocabulary
-// table into a record, a form or the command line changes the values of the record, and the
-// record is written in the order of the table.
+// The common model of the attribute groups. A group file is read in one pass into a record
+// as a vocabulary table describes it, a sheet or the command line changes the values of the
+// record, and the record is written in the order of the table.
 //
 //     GroupSource source(context, parent, 'T', 3);      // reads "[kavu]DSRCE.T03"
 //     GroupRow record;
@@ -35,14 +35,14 @@ namespace kavu {
 struct DocumentContext;
 class UserInterface;
 
-/// The values of a group, or of one row of a list: by the code of the table ("RF1",
-/// "SCO1-n"), in the bytes of the group file. `lists` has the rows by the code of their count;
-/// a list that is there without rows has a count of 0 in the file.
+/// The values of a group, or of one row of a list: by the code of the table ("RF1", "SCO1-n"),
+/// in the bytes of the group file. `lists` has the rows by the code of their count; an empty
+/// list has a count of 0 in the file.
 struct GroupRow {
     FieldValues values{};
     std::map<std::string, std::vector<GroupRow>, std::less<>> lists{};
-    /// The number under which a row stands in the file; 0 for a new one. It goes with the row
-    /// when rows are sorted, see `keptAtRows`.
+    /// The number of the row in the file; 0 for a new one. It stays with the row when rows
+    /// are sorted, see `keptAtRows`.
     std::size_t fileRow = 0;
     /// How many rows of a list the file had, by the code of their count.
     std::map<std::string, std::size_t, std::less<>> fileRows{};
@@ -50,9 +50,9 @@ struct GroupRow {
     [[nodiscard]] std::string_view value(std::string_view code) const;
     /// An empty value removes it.
     void set(std::string_view code, std::string_view value);
-    /// The rows under a count; none if there are none.
+    /// The rows of the list of a count; empty if there are none.
     [[nodiscard]] std::span<const GroupRow> rows(std::string_view count) const;
-    /// Where rows came from makes no difference.
+    /// Ignores where rows came from.
     bool operator==(const GroupRow& other) const {
         return values == other.values && lists == other.lists;
     }
@@ -76,14 +76,14 @@ struct LoadStep {
     double percent = 0;
 };
 
-/// A group file, read once. Look-ups answer as those of `CommandIndex`: the first command of a
-/// code at or after the one found last, once around the file.
+/// A group file, read once. Look-ups work as those of `CommandIndex`: the first command of a
+/// code at or after the one found last, wrapping once around the file.
 class GroupSource {
   public:
-    /// Reads the file of the group; `index` is of no meaning for G and H.
+    /// Reads the file of the group; `index` is ignored for G and H.
     GroupSource(DocumentContext& context, UserInterface* parent, char letter, int index);
 
-    /// Tells of a file that is not there (`isMissing`) or can not be read.
+    /// A failure for a file that is missing (`isMissing`) or cannot be read.
     [[nodiscard]] const IoStatus& status() const { return status_; }
 
     /// The value of a field, read under its `codeRead`. A value over the limit of the edition
@@ -91,20 +91,20 @@ class GroupSource {
     [[nodiscard]] std::string value(const Field& field, RowNumbers at = {});
     /// The same; empty if the command is missing.
     [[nodiscard]] std::string valueIfThere(const Field& field, RowNumbers at = {});
-    /// The value in its full length, without taking the command for read.
+    /// The value in its full length, without marking the command as read.
     [[nodiscard]] std::string peek(const Field& field, RowNumbers at = {});
     /// A count, clamped to the rows that its list can have.
     [[nodiscard]] std::size_t count(const Field& field, RowNumbers at = {});
-    /// Reads all fields that the edition knows, with their lists. A choice outside of lists
-    /// that is no entry of its field is left unselected: its command counts as one that was
-    /// not read. In a list the value stays as it is. False if the user has cancelled, which is
-    /// asked at each step and before each row.
+    /// Reads all fields that the edition knows, with their lists. A choice outside lists that
+    /// is not an entry of its field is left unselected: its command counts as not read. In a
+    /// list the value stays as it is. False if the user has cancelled, which is checked at
+    /// each step and before each row.
     [[nodiscard]] bool readTable(std::span<const Field> table, GroupRow& record,
                                  std::span<const LoadStep> steps = {});
-    /// Reads the fields of one row; `fields` are those of its list, and no lists in it.
+    /// Reads the fields of one row; `fields` are those of its list, without nested lists.
     void readRow(std::span<const Field> fields, GroupRow& row, RowNumbers at);
 
-    /// All commands of the file with what was read of them.
+    /// All commands of the file, with marks for those that were read.
     [[nodiscard]] KeptCommands& kept() { return kept_; }
 
   private:
@@ -131,13 +131,13 @@ class GroupWriter {
   public:
     GroupWriter(char letter, int index) : prefix_(groupHead(letter, index)) {}
 
-    /// Writes nothing for an empty value. Line breaks are stored as their two bytes; blanks at
-    /// the end go.
+    /// Writes nothing for an empty value. Line breaks are stored as their two bytes; trailing
+    /// blanks are removed.
     void write(const Field& field, std::string_view value, RowNumbers at = {});
     /// Writes the number of rows; 0 only if the field says so.
     void writeCount(const Field& field, std::size_t rows, RowNumbers at = {});
-    /// Writes all fields that the edition knows in the order of the table, each count with its
-    /// rows behind it.
+    /// Writes all fields that the edition knows in the order of the table, each count followed
+    /// by its rows.
     void writeTable(std::span<const Field> table, const GroupRow& record, int edition);
 
     [[nodiscard]] const std::string& text() const { return text_; }
@@ -150,15 +150,15 @@ class GroupWriter {
     std::string text_;
 };
 
-/// The commands of a file under the numbers that the rows of its lists have now: what was not
-/// read of a row stays with it when rows are sorted or deleted before it, and goes with it.
-/// REQUIRES: rows that come from the file have their `fileRow`.
+/// The commands of a file, renumbered as the rows of its lists are now: what was not read of
+/// a row follows the row when rows are sorted or deleted, and is deleted with it. REQUIRES:
+/// rows that come from the file have their `fileRow`.
 [[nodiscard]] KeptCommands keptAtRows(const KeptCommands& kept, char letter, int index,
                                       std::span<const Field> table, const GroupRow& record);
 
-/// Puts the text in place of the group file. Asks about the commands that would be dropped,
-/// and puts those to be kept behind it. The document is changed then. False if it could not
-/// be written, which has been reported; the old file is still there.
+/// Replaces the group file by the text. Asks about the commands that would be dropped, and
+/// appends those to be kept. The document then counts as changed. False if it could not be
+/// written, which has been reported; the old file is still there.
 [[nodiscard]] bool storeGroup(DocumentContext& context, UserInterface* parent, char letter,
                               int index, std::string_view text, const KeptCommands& kept);
 

@@ -14,7 +14,7 @@ namespace kavu {
 
 namespace {
 
-/// One group file after the other, by the codes of its fields.
+/// Reads one group file after the other, by the codes of its fields.
 class GroupFields {
   public:
     GroupFields(TmatsReader& reader, UserInterface* parent, char letter)
@@ -33,8 +33,8 @@ class GroupFields {
         const auto found = commands_.findField(reader_, parent_, codeOf(pattern, row), limit);
         return std::string(found.value_or(std::string_view()));
     }
-    /// Appends the values of `pattern` for k from 1 to the value of `count`. That is a number
-    /// from a file: it is cut to the rows that a group can have.
+    /// Appends the values of `pattern` for k from 1 to the value of `count`, a number from a
+    /// file, which is limited to the rows that a group can have.
     void readRows(std::string_view count, std::string_view pattern, std::vector<std::string>& out) {
         const int rows =
             std::min(commands_.findIntField(parent_, codeOf(count, 0)).value_or(0), kMostListRows);
@@ -59,7 +59,7 @@ class GroupFields {
     CommandIndex commands_;
 };
 
-/// Calls `read(fields)` for every file of a group that is there.
+/// Calls `read(fields)` for every existing file of a group.
 template <typename Read>
 bool readGroup(DocumentContext& context, UserInterface* parent, char letter,
                std::initializer_list<std::string_view> codes, const Read& read) {
@@ -111,7 +111,7 @@ GroupNames::GroupNames(DocumentContext& context, UserInterface* parent, char let
         }
         if (status.ok()) {
             const auto prefix = groupHead(letter, index);
-            // The name stands at the front of most files, and there the look-up ends.
+            // Most files begin with the name, where the look-up ends.
             const auto name =
                 context.reader.findField(parent, source, prefix, nameCode(letter), kNameLimit);
             status = source.status();
@@ -142,7 +142,7 @@ std::string_view nameCode(char letter) {
 
 int firstFreeIndex(const DocumentContext& context, char letter) {
     for (int index = kLeastGroupIndex; index <= kMostGroupIndex; ++index) {
-        // A file that can not be probed may be there, and must not be overwritten.
+        // A file that cannot be probed may exist, and must not be overwritten.
         PathKind kind = PathKind::Missing;
         if (probePath(context.store.pathOf(groupFile(letter, index)), kind).ok() &&
             kind == PathKind::Missing) {

@@ -1,4 +1,4 @@
-// What the passes over all group files share: the files of a group by the name they carry,
+// What the passes over all group files share: the files of a group by the name in them,
 // lists of link names, and commands read one by one without copies of their parts.
 #pragma once
 
@@ -23,10 +23,10 @@ inline constexpr int kNameLimit = 32;
 /// Rows of a list in the G and M groups.
 inline constexpr int kMostListRows = 99;
 
-/// True if the file is not there at all, which is no failure for a pass over files.
+/// True if the file does not exist, which is no failure for a pass over files.
 [[nodiscard]] bool isMissing(const IoStatus& status);
 
-/// Calls `visit(command)` for every command of a file until it gives false.
+/// Calls `visit(command)` for every command of a file until it returns false.
 template <typename Visit>
 [[nodiscard]] IoStatus forEachCommand(TmatsReader& reader, const std::string& path,
                                       const Visit& visit) {
@@ -43,9 +43,9 @@ template <typename Visit>
     return source.status();
 }
 
-/// A list of link names. A name is in it whatever its case and the blanks at its end, which
-/// no command keeps; each is held once, in the order in which they came, spelled as the first
-/// of them.
+/// A list of link names. Names are compared without regard to case and trailing blanks, which
+/// no command keeps; each is held once, in the order in which they were added, in its first
+/// spelling.
 class LinkNames {
   public:
     bool add(std::string_view name);
@@ -59,22 +59,22 @@ class LinkNames {
 };
 
 /// The files of one group by the name in their `ID` (T, R, M, V) or `DLN` (all others),
-/// from one look into each file. S groups exist from edition 2005 on.
+/// found by reading each file once. S groups exist from edition 2005 on.
 class GroupNames {
   public:
     GroupNames(DocumentContext& context, UserInterface* parent, char letter);
 
-    /// The index of the file of that name, or 0. One spelled exactly so comes first, else
-    /// one that differs in case only.
+    /// The index of the file of that name, or 0. An exact match is preferred to one that
+    /// differs only in case.
     [[nodiscard]] int find(std::string_view name) const;
-    /// False if a file could not be read; that has been reported.
+    /// False if a file could not be read, which has been reported.
     [[nodiscard]] bool complete() const { return complete_; }
 
     struct Entry {
         int index = 0;
         std::string name;
     };
-    /// The files that carry a name, by rising index.
+    /// The files that have a name, by ascending index.
     [[nodiscard]] const std::vector<Entry>& entries() const { return entries_; }
 
   private:
@@ -84,7 +84,7 @@ class GroupNames {
     std::unordered_map<std::string, int> lower_;
 };
 
-/// The code of the name that a group's files carry: "ID" or "DLN".
+/// The code of the name in a group's files: "ID" or "DLN".
 [[nodiscard]] std::string_view nameCode(char letter);
 /// The first index from 1 for which a group has no file; 100 if all are taken.
 [[nodiscard]] int firstFreeIndex(const DocumentContext& context, char letter);

@@ -29,7 +29,7 @@ std::string prefixOf(const GroupText& group) {
     return group.letter == 'V' ? formatPrintf("V-%d\\", group.index) : std::string("H\\");
 }
 
-/// Calls `visit` for each command and gives the bytes that the last one leaves over.
+/// Calls `visit` for each command and returns the bytes after the last one.
 template <typename Visit>
 std::string_view forEachCommandOf(std::string_view text, const Visit& visit) {
     auto source = ByteSource::fromMemory(text);
@@ -49,7 +49,7 @@ std::string shownText(std::string_view bytes) {
         text += command;
         text += "\r\n";
     });
-    // Nobody but the author knows what it is, so it is not for us to drop it.
+    // Only the author knows what it is, so it must not be dropped.
     text += rest;
     fromStoredForm(text);
     return text;

@@ -61,10 +61,10 @@ bool isOldFilterCode(std::string_view code) {
            startsWithIgnoreCase(code, kTagCode);
 }
 
-/// The filter lists of a D file while they become one.
+/// The filter lists of a D file while they are joined.
 class FilterLists {
   public:
-    /// Takes the names and the tags of the first look at the file.
+    /// Takes the names and the tags, in the first pass over the file.
     void collect(const std::string& command) {
         const auto view = viewCommand(command);
         if (!isOldFilterCode(view.field)) {
@@ -80,7 +80,7 @@ class FilterLists {
             tags_.emplace(placeOf(command), view.value);
         }
     }
-    /// Takes the names of measurements that have a tag, and drops the old commands.
+    /// Takes the names of measurements that have a tag, and removes the old commands.
     void rewrite(CommandEdit& command) {
         const auto view = viewCommand(command.text());
         if (isOldFilterCode(view.field)) {

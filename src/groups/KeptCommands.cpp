@@ -12,11 +12,11 @@ namespace kavu {
 
 namespace {
 
-/// More lines than this make a box that a screen can not hold.
+/// More lines than this make a box too large for a screen.
 constexpr std::size_t kMostLinesShown = 12;
 constexpr std::size_t kMostCharactersShown = 72;
 
-/// Codes of commands are compared without regard to case and to blanks at their end.
+/// Codes of commands are compared without regard to case and trailing blanks.
 std::string codeKey(const CommandView& command) {
     return lowerAscii(keyOf(command));
 }

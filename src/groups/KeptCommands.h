@@ -1,7 +1,7 @@
-// What a rewrite of a group would lose. An editor writes a group file anew from its model, so
-// a command that it neither read nor writes would go without a word: attributes of a newer
-// edition, of another maker's program, rows behind the end of a list. This keeps book of them
-// and asks the user. One mechanism for all group, bus and message editors:
+// What a rewrite of a group would lose. An editor rewrites a group file from its model, so a
+// command that it neither read nor writes would be lost silently: attributes of a newer
+// edition or of another program, rows after the end of a list. This records them and asks the
+// user. One mechanism for all group, bus and message editors:
 //
 //     KeptCommands kept;                      // on loading: all commands of the file,
 //     kept.add(command);                      //   in their order,
@@ -26,16 +26,16 @@ class UserInterface;
 
 class KeptCommands {
   public:
-    /// The next command of the file, whole, as it stands there ("T-1\RF1:2200.5;").
+    /// Adds the next command of the file, whole, as it is there ("T-1\RF1:2200.5;").
     void add(std::string_view command) { commands_.add(command); }
-    /// The command at this place, counted from 0 in the order of `add`, was read.
+    /// Marks the command at this place, counted from 0 in the order of `add`, as read.
     /// REQUIRES: place < size().
     void markRead(std::size_t place) { commands_.markRead(place); }
-    /// All commands of this code ("G\FN", in any case) are somebody else's to write, or are
-    /// to go: none of them is kept.
+    /// Marks all commands of this code ("G\FN", in any case) as not to be kept: other code
+    /// writes them, or they are to be removed.
     void markCode(std::string_view code);
-    /// Gives the commands other codes, as when the rows of a list have moved. `change` may
-    /// alter a code ("R-1\TK1-3"); false drops the command, whose row is gone.
+    /// Changes the codes of the commands, as when the rows of a list have moved. `change`
+    /// may alter a code ("R-1\TK1-3"); false drops the command, whose row was deleted.
     void recode(const std::function<bool(std::string& code)>& change);
     [[nodiscard]] std::size_t size() const { return commands_.size(); }
     void clear() { *this = {}; }
@@ -43,11 +43,11 @@ class KeptCommands {
     [[nodiscard]] CommandIndex& commands() { return commands_; }
 
     /// The commands that would be lost if the file became `rewritten`, in their old order with
-    /// their repeats. Kept are
-    ///  - commands that were not read, unless the new text has a command of their code: what
-    ///    the editor writes takes their place;
-    ///  - repeats of a command that was read, as long as the new text has it: whoever empties
-    ///    a field does not want its repeat to come forward.
+    /// their repetitions. These are
+    ///  - commands that were not read, unless the new text has a command of their code,
+    ///    which replaces them;
+    ///  - repetitions of a command that was read, as long as the new text has it: emptying a
+    ///    field must not bring its repetition back.
     [[nodiscard]] std::vector<std::string> dropped(std::string_view rewritten) const;
 
   private:
@@ -55,9 +55,9 @@ class KeptCommands {
     std::unordered_set<std::string> markedCodes_;
 };
 
-/// Lists what would be dropped and asks whether to keep it, with Yes as default. Gives the
-/// lines to append: all of it with Yes, nothing with No, without a parent, or (then nobody is
-/// asked) if nothing would be dropped.
+/// Lists what would be dropped and asks whether to keep it, with Yes as default. Returns the
+/// lines to append: all with Yes, none with No, without a parent, or, without a question, if
+/// nothing would be dropped.
 [[nodiscard]] std::string keptTail(UserInterface* parent, const KeptCommands& kept,
                                    std::string_view rewritten);
 

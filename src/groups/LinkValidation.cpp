@@ -21,11 +21,11 @@ namespace kavu {
 
 namespace {
 
-/// The groups whose links need a home, in the order in which they are looked at.
+/// The groups whose links need a home, in the order in which they are checked.
 struct LinkedGroup {
     char letter;
     std::string_view kind;
-    std::string_view searched;  ///< what the status text calls it; empty: there is none
+    std::string_view searched;  ///< its name in the status text; empty for no text
     bool mayBeEmbedded;
 };
 constexpr auto kLinkedGroups = std::to_array<LinkedGroup>({
@@ -35,7 +35,7 @@ constexpr auto kLinkedGroups = std::to_array<LinkedGroup>({
     {'A', "PAM", {}, false},
 });
 
-/// Gives the G group one more data source.
+/// Adds a data source to the G group.
 bool addDataSource(DocumentContext& context, UserInterface* parent, std::string& name) {
     constexpr std::string_view kCount = "G\\DSI\\N";
     int count = 0;
@@ -57,7 +57,7 @@ bool addDataSource(DocumentContext& context, UserInterface* parent, std::string&
     } else if (isMissing(status) && writer.status().ok()) {
         status = {};  // a document without a G group gets one
     }
-    // A count out of all reason must not wrap around.
+    // A huge count must not overflow.
     const int index = std::min(count, INT_MAX - 1) + 1;
     name = formatPrintf("Data Source #%d", index);
     writer.write(formatPrintf("%s:%d;\r\nG\\DSI-%d:%s;\r\nG\\DST-%d:RF;\r\n", kCount, index, index,
@@ -69,8 +69,8 @@ bool addDataSource(DocumentContext& context, UserInterface* parent, std::string&
     return status.ok();
 }
 
-/// The index for a new file of a group, or 0 after a report. The last index is never taken:
-/// it stays for a group that is read from a file.
+/// The index for a new file of a group, or 0 after a report. The last index is never used:
+/// it is reserved for a group that is read from a file.
 int indexForNew(DocumentContext& context, UserInterface* parent, char letter,
                 std::string_view called) {
     const int index = firstFreeIndex(context, letter);
@@ -218,8 +218,8 @@ bool gatherRecordedLinks(DocumentContext& context, UserInterface* parent, LinkNa
             [&](const std::string& command) {
                 const auto view = viewCommand(command);
                 if (refersTo('R', view.field) == Refers::Link && !view.value.empty()) {
-                    // A subchannel's name has no limit of its own, so a longer one
-                    // is no fault: it is compared as a link name would be read.
+                    // A subchannel's name has no limit, so a longer one is no fault: it
+                    // is compared as a link name would be read.
                     links.add(view.value.substr(0, kNameLimit));
                 }
                 return true;

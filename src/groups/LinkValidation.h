@@ -9,18 +9,20 @@
 
 namespace kavu {
 
-/// As many data links can a document have.
+/// The most data links that a document can have.
 inline constexpr std::size_t kMostDataLinks = 99;
 
-/// Looks at the links of the P, D, B and A groups, 1 to 99. False if the document can not
-/// be opened: too many links (302, 303), a file that could not be read or written, or the
-/// user has cancelled. Sets `changed` if a home was made.
+/// Checks the links of the P, D, B and A groups, 1 to 99. False if the document cannot be
+/// opened: too many links (302 "Too many data link names", 303 "Unable to create new"), a
+/// file that could not be read or written, or the user has cancelled. The document counts
+/// as changed if a home was made.
 bool validateDataLinks(DocumentContext& context, UserInterface* parent);
 
-/// One link: nothing happens if it is in the multiplex list. Otherwise it joins that list,
-/// and unless a recorder names it, question 304 asks whether to make a data source and a
-/// multiplex definition for it; without a parent the answer is No. `kind` names the stream
-/// in messages. False if a needed file could not be made (303 if no index is free).
+/// Checks one link: nothing happens if it is in the multiplex list. Otherwise it joins
+/// that list, and unless a recorder names it, message 304 ("unresolved data link") asks
+/// whether to make a data source and a multiplex definition for it; without a parent the
+/// answer is No. `kind` names the stream in messages. False if a needed file could not be
+/// made (303 "Unable to create new" if no index is free).
 bool resolveDataLink(DocumentContext& context, UserInterface* parent, LinkNames& multiplexed,
                      const LinkNames& recorded, std::string_view kind, const std::string& link);
 

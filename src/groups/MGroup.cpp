@@ -93,7 +93,7 @@ void readGroup(DocumentContext& context, UserInterface* parent, GroupSource& fil
     for (std::size_t i = 0; i < fields.size(); ++i) {
         const auto& field = fields[i];
         if (field.list.empty() && !isName(field.code) && field.code != kSignalCount) {
-            // One field has no rows before which anybody could cancel.
+            // A single field has no rows before which the user could cancel.
             static_cast<void>(file.readTable(fields.subspan(i, 1), record));
         }
     }
@@ -111,7 +111,7 @@ bool hasFile(const MultiplexGroup& group) {
     return group.index >= kLeastGroupIndex && group.index <= kMostGroupIndex;
 }
 
-/// What is written: names of the type alone, filter types of rows cut.
+/// The record as it is written: only the names of the type, and filter types of rows cut.
 GroupRow writtenRecord(const MultiplexGroup& group) {
     auto record = group.record;
     record.set("ID", group.source);

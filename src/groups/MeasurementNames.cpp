@@ -166,7 +166,7 @@ bool MeasurementNames::add(std::string_view name, int stream) {
         return false;
     }
     auto& streams = it->second;
-    // Streams come in order: one that was added before is the last.
+    // Streams are added in order: one that is there already is the last.
     if (streams.others.empty() ? streams.first != stream : streams.others.back() != stream) {
         streams.others.push_back(stream);
     }

@@ -1,5 +1,5 @@
 // The measurement names of all streams of a document, and in which streams each is used:
-// the conversion record of a name serves every stream that uses it.
+// all streams that use a name share its conversion record.
 #pragma once
 
 #include "groups/GroupScan.h"
@@ -14,12 +14,12 @@
 
 namespace kavu {
 
-/// The files that hold the measurements of data links, found by the names in them in one
-/// look into each file, and read on request.
+/// The files that hold the measurements of data links. Each is opened once for the name
+/// in it, and read on request.
 class StreamFiles {
   public:
     StreamFiles(DocumentContext& context, UserInterface* parent);
-    /// False if a file could not be read while they were looked for; that is reported.
+    /// False if a file could not be read during that search, which is reported.
     [[nodiscard]] bool complete() const;
 
     /// Calls `take` with the name of every measurement of a link: from its D file, else its B
@@ -37,13 +37,13 @@ class StreamFiles {
 
 class MeasurementNames {
   public:
-    /// Checking starts as the setting `CheckForDupMeasurements` says.
+    /// The setting `CheckForDupMeasurements` says whether names are checked at first.
     explicit MeasurementNames(DocumentContext& context);
 
-    /// Gathers the names of all data links anew; streams are counted from 1 in the order of
-    /// `gatherDataLinks`. With checking on, a name in more than one stream brings message
-    /// 456, and checking goes off for this document. False if the user has cancelled or a
-    /// file could not be read; then no name is known.
+    /// Gathers the names of all data links again; streams are counted from 1 in the order
+    /// of `gatherDataLinks`. With checking on, a name in more than one stream shows message
+    /// 456 ("in different streams"), and checking is turned off for this document. False if
+    /// the user has cancelled or a file could not be read; then no name is known.
     bool checkForDuplicates(UserInterface* parent);
     /// With `save` the setting is written, too.
     void setChecking(bool on, bool save);
@@ -55,14 +55,14 @@ class MeasurementNames {
     [[nodiscard]] std::optional<int> otherStream(std::string_view name, int stream) const;
     /// Forgets one name, or all of them.
     void forget(std::optional<std::string_view> name);
-    /// The names that were forgotten one by one since they were gathered, the last one behind.
+    /// The names that were forgotten one by one since they were gathered, the latest one last.
     [[nodiscard]] std::vector<std::string> forgotten(std::size_t from) const;
     [[nodiscard]] std::size_t forgottenCount() const { return forgotten_.size(); }
-    /// Takes back that names were forgotten, all but the first `count`.
+    /// Restores the names that were forgotten, all but the first `count`.
     void recall(std::size_t count);
 
     /// The measurement names of one link in the order of its file, an empty list if no file
-    /// bears the link. False as in `StreamFiles::readNames`.
+    /// has the link. False as in `StreamFiles::readNames`.
     bool streamMeasurementNames(UserInterface* parent, std::string_view link,
                                 std::vector<std::string>& names) const;
     /// All names that are known, sorted by their bytes.

@@ -31,7 +31,7 @@ namespace {
 
 constexpr std::string_view kVersionCode = "G\\106";
 constexpr int kVersionLimit = 2;
-/// The first edition whose files tell their edition.
+/// The first edition whose files state their edition.
 constexpr int kFirstTold = 1999;
 constexpr int kConvertMethod = 2;
 
@@ -83,7 +83,7 @@ void report(UserInterface* parent, const IoStatus& status, IoStatus* failure) {
     }
 }
 
-/// One move of a document from edition to edition. A step that fails ends it.
+/// One migration of a document. A step that fails ends it.
 class Migration {
   public:
     Migration(DocumentContext& context, ConversionStore& conversions, UserInterface* parent,

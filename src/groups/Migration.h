@@ -1,5 +1,5 @@
 // The edition of a document: how it is found, and how the group files and the conversion
-// records are rewritten when a document is to be of another edition than its file.
+// records are rewritten when a document gets another edition than its file.
 #pragma once
 
 #include "core/files/IoStatus.h"
@@ -14,9 +14,9 @@ class UserInterface;
 
 /// The target edition of a document whose group files have just been made. `inputVersion`
 /// becomes the edition of the files: that of `G\106`, else that of the settings. Logs 442
-/// for an edition before 1999 (which then counts as missing) and 443 for one after 2011
-/// (which then counts as 2011). A G file that can not be read is reported, and given in
-/// `failure`.
+/// ("Invalid Version Number") for an edition before 1999 (which then counts as missing)
+/// and 443 ("does not support this version") for one after 2011 (which then counts as
+/// 2011). A G file that cannot be read is reported, and is in `failure`.
 int detectVersions(DocumentContext& context, UserInterface* parent, int& inputVersion,
                    IoStatus* failure = nullptr);
 
@@ -25,34 +25,35 @@ int detectVersions(DocumentContext& context, UserInterface* parent, int& inputVe
 using ConvertStreamStep = std::function<bool(UserInterface*, int pIndex)>;
 
 /// Rewrites the files from one edition to the other and makes `target` the document's
-/// version. True if any file changed, which is told as note 444. A step that is empty
-/// counts as done.
+/// version. True if any file changed, which is reported by note 444 ("successfully
+/// converted"). A step that is empty counts as done.
 ///
-/// A file that can not be read or written is reported and ends the migration, and is given
-/// in `failure`; so does a cancel (ECANCELED), without a report. There is no way back from either:
-/// the caller gives the document up.
+/// A file that cannot be read or written is reported, is in `failure` and ends the migration; so
+/// does a cancel (ECANCELED), without a report. Neither can be undone here: the caller abandons
+/// the document.
 bool migrateDocument(DocumentContext& context, ConversionStore& conversions, UserInterface* parent,
                      int input, int target, const ConvertStreamStep& convertStream,
                      IoStatus* failure = nullptr);
 
 /// Sets `G\106`, or removes it for a target before 1999. True if the G file changed; a
-/// failure is reported and given in `failure`.
+/// failure is reported and is in `failure`.
 bool setVersionField(DocumentContext& context, UserInterface* parent, int target,
                      IoStatus* failure = nullptr);
 
-/// What the dialog "TMATS Version Numbers" gives on OK. Editions are years.
+/// What the dialog "TMATS Version Numbers" returns on OK. Editions are years.
 struct VersionOptions {
-    int inputVersion = 2011;  ///< of a file that does not tell
+    int inputVersion = 2011;  ///< of a file that does not state it
     int method = 1;           ///< 1: save in the edition that was read, 2: in `outputVersion`
     int outputVersion = 2011;
 };
 [[nodiscard]] VersionOptions readVersionOptions(const DocumentContext& context);
-/// False, after note 441, if the open document has unsaved changes: the dialog is not shown.
+/// False, after note 441 ("already open and changed"), if the open document has unsaved
+/// changes: the dialog is not shown.
 bool mayEditVersionOptions(DocumentContext& context, UserInterface* parent);
-/// Writes the settings and brings an open document to the target edition. True if a setting
-/// or a file changed. After a failure or a cancel the document is in the edition that it had;
-/// only if its files could not be put back either, `failure` says so, and the caller gives the
-/// document up. REQUIRES: `mayEditVersionOptions`, which is asked again here.
+/// Writes the settings and brings an open document to the target edition. True if a setting or
+/// a file changed. After a failure or a cancel the document is in the edition that it had;
+/// only if its files could not be put back either, `failure` says so, and the caller abandons
+/// the document. REQUIRES: `mayEditVersionOptions`, which is checked again here.
 bool editVersionOptions(DocumentContext& context, ConversionStore& conversions,
                         UserInterface* parent, const VersionOptions& options,
                         const ConvertStreamStep& convertStream, IoStatus* failure = nullptr);

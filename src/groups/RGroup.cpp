@@ -37,7 +37,7 @@ const Field& trackCountField() {
                          [](const Field& field) { return field.code == "N"; });
 }
 
-/// Cut to the two characters of the field a longer number would be another number.
+/// Not cut to the two characters of the field, which would give another number.
 std::size_t readTrackCount(GroupSource& source, GroupRow& record) {
     const auto& field = trackCountField();
     const auto text = source.peek(field);
@@ -73,7 +73,7 @@ void beginGroup(DocumentContext& context, UserInterface* parent, RecorderGroup& 
                      presentDate(context.clock, FieldKind::DateTime, context.document.version));
 }
 
-/// True for a field of one of the lists that are no tracks.
+/// True for a field of one of the lists other than the tracks.
 bool isOfAnotherList(std::string_view field) {
     const auto isCode = [&](std::string_view code) {
         return equalsIgnoreCase(field, codeHead(code));
@@ -108,7 +108,7 @@ GroupRow withoutBlankMeasurements(GroupRow record) {
 
 using Names = std::vector<std::string*>;
 
-/// The items of a track that are named by a data link: subchannels and networks.
+/// Adds the items of a track that name a data link: subchannels and networks.
 void addItemLinks(TrackDetails& details, int edition, Names& names) {
     for (const auto& type : channelTypes()) {
         const auto* const count = itemCount(type, edition);
@@ -127,7 +127,7 @@ void addItemLinks(TrackDetails& details, int edition, Names& names) {
     }
 }
 
-/// Every place of the group that names a data link, in a fixed order.
+/// All values of the group that name a data link, in a fixed order.
 Names linkNames(RecorderGroup& group, int edition) {
     Names names;
     const auto addOf = [&](auto& values, std::string_view behind) {

@@ -1,5 +1,5 @@
 // The recorder/reproducer group of a data source: read from its group file, held while it is
-// edited, and written anew.
+// edited, and written again.
 #pragma once
 
 #include "groups/GroupRecord.h"
@@ -27,30 +27,31 @@ struct RecorderGroup {
 };
 
 /// Reads the group of a data source. Without a group file it is a new one, made now, with the
-/// next free number (message 310). Nothing if the user has cancelled, if the file can not be
-/// read or if all 99 numbers are taken (85); the latter two have been reported.
+/// next free number (message 310, "Creating new data source"). Nothing if the user has
+/// cancelled, if the file cannot be read or if all 99 numbers are taken (85 "Unable To
+/// Edit"); the latter two have been reported.
 [[nodiscard]] std::optional<RecorderGroup> readRecorder(DocumentContext& context,
                                                         UserInterface* parent,
                                                         const std::string& source);
 
 /// The new text of the group file, without the commands that are to be kept.
 [[nodiscard]] std::string recorderText(const RecorderGroup& group, int edition);
-/// What of the file is no part of the record, under the numbers that the tracks and the rows of
-/// the lists have now. What belongs to a deleted one is gone with it.
+/// The commands of the file that are not part of the record, renumbered as the tracks and the
+/// rows of the lists are now. Those of a deleted one are left out.
 [[nodiscard]] KeptCommands recorderLeftovers(const RecorderGroup& group);
 /// Writes the group file; see `storeGroup`.
 [[nodiscard]] bool storeRecorder(DocumentContext& context, UserInterface* parent,
                                  const RecorderGroup& group);
 
-/// Follows data links that another editor has renamed in the group file while the group was
-/// being edited: `before` and `after` are the group as the file had it then and has it now.
+/// Renames data links as another editor has renamed them in the group file while the group
+/// was being edited: `before` and `after` are the group as in the file then and now.
 void followRenamedLinks(RecorderGroup& group, const RecorderGroup& before,
                         const RecorderGroup& after, int edition);
 
 // --- Edits with rules of their own ------------------------------------------------------------
 
-/// The number of tracks as a person enters it. Message 312 if it is less than there are tracks,
-/// and false; the group is as it was then.
+/// Sets the number of tracks as the user enters it. False, after message 312 ("There are
+/// currently"), if there are more tracks than that; the group is then as it was.
 [[nodiscard]] bool setTrackCount(const Messages& messages, UserInterface* parent,
                                  RecorderGroup& group, const std::string& number);
 /// Adds a track with the details that its number had before, if it had any. The number of

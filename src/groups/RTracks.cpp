@@ -9,8 +9,8 @@ namespace kavu {
 
 namespace {
 
-/// Files of the editions in which the link is a detail have it under the key of its type as
-/// well. It is written under this code.
+/// Files of the editions in which the link is a detail also have it under the key of its
+/// type. It is written under this code.
 constexpr std::string_view kDataLinkCode = "CDLN-n";
 
 std::size_t columnOf(std::string_view code) {
@@ -20,7 +20,7 @@ std::size_t columnOf(std::string_view code) {
     return static_cast<std::size_t>(it - fields.begin());
 }
 
-/// True for a column in which all that is not the one value is the other.
+/// True for a column with two values, where anything but the first means the second.
 bool hasTwoValues(const Field& field) {
     return field.code == "TK3-n" || field.code == "CHE-n";
 }
@@ -50,8 +50,8 @@ class TrackReader {
 
     GroupSource& source_;
     int edition_;
-    /// How many items more than are believed anyway all tracks together may have: what the
-    /// file has no commands for is no item.
+    /// How many more items all tracks together may have beyond those always accepted: a
+    /// count in the file must not make items for which it has no commands.
     std::size_t rowsLeft_;
 };
 
@@ -126,7 +126,7 @@ void writeValue(GroupWriter& writer, int edition, const Field& field, const std:
     if (!isKnownIn(edition, field)) {
         return;
     }
-    // The bytes of the file, also where it spells an entry in other letters.
+    // The bytes of the file are kept, even if it spells an entry in another case.
     if (field.choices.empty() || choiceOfValue(field, edition, value) != nullptr) {
         writer.write(field, value, at);
     }
@@ -203,7 +203,7 @@ std::string detailKey(const ChannelType& type, const Field& field) {
 }
 
 const Choice* choiceOfValue(const Field& field, int edition, std::string_view stored) {
-    // By the value alone: "I" is "Internal" and not the first text that begins with it.
+    // Only by the value: "I" is "Internal" and not the first text that begins with it.
     const auto it =
         std::find_if(field.choices.begin(), field.choices.end(), [&](const Choice& choice) {
             return !choice.text.empty() && isKnownIn(edition, choice) &&

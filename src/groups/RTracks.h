@@ -12,8 +12,8 @@
 
 namespace kavu {
 
-/// The details of a track. What another channel data type left here stays, and shows again
-/// when the track gets its old type back. Values are as stored.
+/// The details of a track. Those of another channel data type stay, and show again when
+/// the track gets its old type back. Values are as stored.
 struct TrackDetails {
     /// By code without number ("PDTF", "VCO\OE"); the data link by the key of its type.
     std::map<std::string, std::string, std::less<>> values{};
@@ -51,19 +51,19 @@ void setTrackValue(Track& track, std::string_view code, std::string value);
 /// The text of a stored value: that of the entry it names, else, of a choice, `otherwise`.
 [[nodiscard]] std::string textOfValue(const Field& field, int edition, std::string_view stored,
                                       std::string_view otherwise);
-/// What is stored for a text that is shown. A text that is no entry stays as it is.
+/// What is stored for a text that is shown. A text that is not an entry stays as it is.
 [[nodiscard]] std::string valueOfText(const Field& field, int edition, std::string_view shown);
 /// The entry of a choice that a stored value names, whatever the case, or null.
 [[nodiscard]] const Choice* choiceOfValue(const Field& field, int edition, std::string_view stored);
 
-/// The tracks 1 to `count`; a row without a track number is skipped. A choice with a value
-/// that is no entry keeps it, but it counts as one that was not read: it can not be written.
-/// False if the user has cancelled, which is asked before each track.
+/// The tracks 1 to `count`; a row without a track number is skipped. A choice keeps a value
+/// that is not an entry, but it counts as not read, because it cannot be written. False if
+/// the user has cancelled, which is checked before each track.
 [[nodiscard]] bool readTracks(GroupSource& source, UserInterface* parent, int edition,
                               std::size_t count, std::vector<Track>& tracks);
 
 /// Writes the tracks, numbered by their place, each with the details of its type. A value that
-/// is no entry of its choice is left out.
+/// is not an entry of its choice is left out.
 void writeTracks(GroupWriter& writer, const std::vector<Track>& tracks, int edition);
 
 /// Holds what deleted tracks had, under their track numbers: a new track with the number of

@@ -47,7 +47,7 @@ class Reindexer {
     }
 
   private:
-    /// Calls `visit` for every file of a wildcard. A file that can not be opened is skipped.
+    /// Calls `visit` for every file of a wildcard. A file that has vanished is skipped.
     bool walk(std::string_view wildcard, const std::function<bool(const std::string&)>& visit) {
         std::vector<std::string> names;
         if (const auto status = matchingFiles(context_, wildcard, names); !status.ok()) {
@@ -58,8 +58,8 @@ class Reindexer {
             setProgressBar(parent_,
                            100.0 * static_cast<double>(i) / static_cast<double>(names.size()));
             yieldToInterface(parent_);
-            // A file that is there and cannot be read stops the pass: what is in it may be the
-            // home of a stream, or a group that has none.
+            // An existing file that cannot be read stops the pass: it may hold the home of a
+            // stream, or a group that has none.
             const auto path = context_.files.path(names[i]);
             PathKind kind = PathKind::Missing;
             if (const auto status = probePath(path, kind); !status.ok()) {
@@ -91,7 +91,7 @@ class Reindexer {
         });
     }
 
-    /// Removes the files of a wildcard whose name is in none of the list.
+    /// Removes the files of a wildcard whose name is not in the list.
     bool removeUnlisted(std::string_view wildcard, std::string_view code, const LinkNames& listed) {
         return walk(wildcard, [&](const std::string& file) {
             ByteSource source;
@@ -103,7 +103,7 @@ class Reindexer {
                     status = source.status();
                     break;
                 }
-                // The text may also stand inside the value of another command.
+                // The text may also be inside the value of another command.
                 const auto view = viewCommand(*command);
                 name = equalsIgnoreCase(view.field, code) ? view.value.substr(0, kNameLimit)
                                                           : std::string_view();
@@ -132,8 +132,8 @@ class Reindexer {
             forEachCommand(context_.reader, context_.store.pathOf(working::kGeneral),
                            [this](const std::string& command) {
                                const auto view = viewCommand(command);
-                               // All rows, whatever the count says: to be named in one keeps a
-                               // source.
+                               // All rows, whatever the count says: a source named in any row
+                               // is kept.
                                if (refersTo('G', view.field) == Refers::SourceName) {
                                    sources_.add(view.value.substr(0, kNameLimit));
                                }
@@ -153,7 +153,7 @@ class Reindexer {
                removeUnlisted(groupKind('V').wildcard, "ID", sources_);
     }
 
-    /// Asks if a code of a group gives a stream a home; a mere mention keeps none.
+    /// Tests whether a code of a group gives a stream a home; a mere mention does not.
     static std::function<bool(std::string_view)> isHomeIn(char letter) {
         return [letter](std::string_view code) { return refersTo(letter, code) == Refers::Link; };
     }
@@ -170,7 +170,7 @@ class Reindexer {
             return false;
         }
         setStatusText(parent_, "Searching for Data Links in PCM definitions");
-        // A stream that is merged into another has no home of its own either.
+        // A stream that is merged into another has its home there.
         return gather(groupKind('P').wildcard, isHomeIn('P'));
     }
 
@@ -193,7 +193,8 @@ class Reindexer {
     LinkNames links_;
 };
 
-/// The files of a group under their new names and with their new index, in the folder.
+/// Copies the files of a group into the folder, under their new names and with their new
+/// index.
 IoStatus copyRenumbered(const DocumentContext& context, const std::vector<std::string>& names,
                         const std::string& folder, std::string_view nameFormat,
                         std::vector<std::string>& newNames) {
@@ -209,8 +210,8 @@ IoStatus copyRenumbered(const DocumentContext& context, const std::vector<std::s
     return {};
 }
 
-/// Puts the copies into the working store, and takes away the files that have no successor
-/// of the same name. A file is there under its old or its new name at every moment.
+/// Moves the copies into the working store, and removes the files that have no successor
+/// of the same name. At every moment a file exists under its old or its new name.
 IoStatus takeCopies(const DocumentContext& context, const std::vector<std::string>& oldNames,
                     const std::string& folder, const std::vector<std::string>& newNames) {
     for (const auto& name : newNames) {

@@ -22,7 +22,8 @@ namespace {
 
 constexpr const char* kTextWithPercent = "Adding EU Conversion Information (%.0f%%)";
 
-/// Copies of records gather in one chunk, which is written when it is full: not once for each.
+/// Gathers copies of records in one chunk, which is written when it is full, not once for
+/// each.
 class RecordCopier {
   public:
     RecordCopier(SourceParts& parts, UserInterface* parent) : parts_(parts), parent_(parent) {}
@@ -79,8 +80,8 @@ class RecordCopier {
             }
         }
     }
-    /// A comment goes with its record as long as there is room, so that it costs no write of
-    /// its own. One that needs a file waits until its record is in the store.
+    /// A comment is stored in its record as long as there is room, so that it costs no write
+    /// of its own. One that needs a file waits until its record is in the store.
     void copyComment(const std::string& newName, std::string comment) {
         toStoredForm(comment);
         if (comment.size() + target_->serialisedSize() > kFullChunk ||

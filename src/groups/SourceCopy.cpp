@@ -35,7 +35,7 @@ struct StreamGroups {
     int data = 0;
 };
 
-/// Where the streams of links are.
+/// Finds the streams of links.
 class StreamFinder {
   public:
     StreamFinder(DocumentContext& context, UserInterface* parent)
@@ -113,7 +113,7 @@ class SourceCopier {
             !gatherLinkNames(context, parent_, taken)) {
             return false;
         }
-        // Names that differ only in case are two names, unless nothing bears the exact one.
+        // Names that differ only in case are two names, unless nothing has the exact one.
         const auto& name = plan_.source.name;
         const bool exact =
             std::any_of(multiplexes.begin(), multiplexes.end(),
@@ -190,7 +190,7 @@ class SourceCopier {
             reportUnableToWrite(parent_, status);
             return false;
         }
-        // The names were changed on the way; what is left is to put the files in place.
+        // The names were changed with the copy; only the files have to be moved in.
         setStatusText(parent_, "Updating Data Link Names");
         setStatusText(parent_, "Updating Measurement Names");
         if (!transfer_.moveIn(parent_)) {

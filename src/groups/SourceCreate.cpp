@@ -151,8 +151,8 @@ NewStream askStream(const DocumentContext& context, UserInterface* parent) {
     return stream;
 }
 
-/// The files of the stream; the multiplex definition names its link, be there a stream or
-/// not: the stream's editor makes what is missing.
+/// Writes the files of the stream. The multiplex definition names its link even without a
+/// stream: the stream's editor makes what is missing.
 IoStatus writeStream(DocumentContext& context, const std::string& source, const NewStream& stream,
                      int multiplex, int format, int data) {
     auto status = writeGroupFile(
@@ -168,7 +168,7 @@ IoStatus writeStream(DocumentContext& context, const std::string& source, const 
     return status;
 }
 
-/// Asks, and writes what was asked for.
+/// Asks for the stream and writes it.
 bool makeStream(DocumentContext& context, UserInterface* parent, const std::string& source) {
     auto stream = askStream(context, parent);
     LinkNames links;

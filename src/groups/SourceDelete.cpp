@@ -20,8 +20,8 @@ namespace kavu {
 
 namespace {
 
-/// The names of the measurements that go with the data source: those of its one link. Where
-/// there are several links, the names stay known.
+/// The names of the measurements that are deleted with the data source: those of its one
+/// link. With several links the names stay known.
 bool gatherLostNames(SourceParts& parts, UserInterface* parent, const std::string& name,
                      const std::vector<Multiplex>& multiplexes, std::vector<std::string>& lost) {
     const auto own = std::find_if(
@@ -31,7 +31,7 @@ bool gatherLostNames(SourceParts& parts, UserInterface* parent, const std::strin
            parts.measurements.streamMeasurementNames(parent, own->links.front(), lost);
 }
 
-/// Tells what went although it was not part of the data source: nobody had named it before.
+/// Notes what was removed although it was not part of the data source: no group named it.
 void noteOthers(UserInterface* parent, const std::string& name,
                 const std::vector<Multiplex>& multiplexes,
                 const std::vector<std::string>& removed) {
@@ -51,7 +51,7 @@ void noteOthers(UserInterface* parent, const std::string& name,
     }
 }
 
-/// Takes a row of the name out; false if there is none.
+/// Removes a row of the name; false if there is none.
 bool eraseRow(std::vector<DataSource>& rows, const std::string& name, bool anyCase) {
     const auto row = std::find_if(rows.begin(), rows.end(), [&](const DataSource& source) {
         return anyCase ? equalsIgnoreCase(source.name, name) : source.name == name;
@@ -63,7 +63,7 @@ bool eraseRow(std::vector<DataSource>& rows, const std::string& name, bool anyCa
     return true;
 }
 
-/// Takes the row out of the list. False after a report.
+/// Removes the row from the list. False after a failure, which is reported.
 bool removeRow(DocumentContext& context, UserInterface* parent, const std::string& name) {
     std::vector<DataSource> rows;
     std::vector<DataSource> uncounted;
@@ -139,7 +139,7 @@ bool deleteDataSource(SourceParts& parts, UserInterface* parent, const std::stri
                        [&] { return remove(parts, parent, name, sourceFile); })) {
         return false;
     }
-    // Streams are counted by their place among the links: it has changed.
+    // Streams are numbered by their place among the links, which has changed.
     parts.measurements.checkForDuplicates(parent);
     tellChanged(context);
     return true;

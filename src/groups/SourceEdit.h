@@ -1,6 +1,6 @@
 // What can be done with the data sources of a document and the links that tie streams to
-// them. All of it works on the group files. An operation is done whole or not at all: if a
-// step fails, which is reported, every file is as it was before.
+// them. All of it works on the group files. An operation is done as a whole or not at all:
+// if a step fails, which is reported, every file is as it was before.
 #pragma once
 
 #include <string>
@@ -14,7 +14,7 @@ class MeasurementNames;
 class UserInterface;
 struct DocumentContext;
 
-/// Who has a part in the work; all of it belongs to the open document.
+/// What the operations work on; all of it belongs to the open document.
 struct SourceParts {
     DocumentContext& context;
     ConversionStore& conversions;
@@ -32,34 +32,35 @@ struct SourceRow {
 [[nodiscard]] std::vector<SourceRow> sourcesOfGroup(DocumentContext& context, UserInterface* parent,
                                                     char letter);
 
-// The operations set `changed` and tell the tree once they have changed the document.
+// The operations set `changed` and update the tree once they have changed the document.
 
 /// Asks for a new stream, and makes the multiplex definition of the data source, with the
 /// stream's files if one is wanted. Without a parent no stream is made. False if a file
-/// could not be written or no index is free (303).
+/// could not be written or no index is free (303 "Unable to create new").
 bool createStream(DocumentContext& context, UserInterface* parent, const std::string& source);
-/// Asks for the name (141 for one that exists) and the kind of a new data source, and then for
-/// its stream. Nothing is done without a parent.
+/// Asks for the name (141 "Another Data Source exists") and the kind of a new data source, and
+/// then for its stream. Does nothing without a parent.
 bool createDataSource(SourceParts& parts, UserInterface* parent);
 /// Asks whether to make a new data source from a template or to import one; `letter` is
-/// that of the group the user is busy with, T or R.
+/// that of the group the user works on, T or R.
 bool createOrImportDataSource(SourceParts& parts, UserInterface* parent, char letter);
 
-/// Gives a data link another name wherever it is named: in M, P, D, B, S, A and R groups. A
-/// name that exists is refused with 374, one that can not be a name with a text. With
-/// `update` the tree is told.
+/// Renames a data link wherever it is named: in M, P, D, B, S, A and R groups. A name that
+/// exists is refused with 374 ("already exists"), an impossible one with a text. With
+/// `update` the tree is updated.
 bool renameDataLink(SourceParts& parts, UserInterface* parent, const std::string& oldName,
                     const std::string& newName, bool update = true);
 /// Asks for the new name.
 bool askRenameDataLink(SourceParts& parts, UserInterface* parent, const std::string& oldName);
 /// The same for a data source: in the G group and in its T or R, M and V groups. A name that
-/// exists is refused with 141.
+/// exists is refused with 141 ("Another Data Source exists").
 bool renameDataSource(SourceParts& parts, UserInterface* parent, const std::string& oldName,
                       const std::string& newName);
 bool askRenameDataSource(SourceParts& parts, UserInterface* parent, const std::string& oldName);
 
-/// Asks 140 (without a parent the answer is Yes) and deletes a data source with all streams
-/// that nobody else names; the groups are numbered anew.
+/// Asks with message 140 ("permanently delete"; without a parent the answer is Yes) and
+/// deletes a data source with all streams that no other group names; the groups are
+/// renumbered.
 bool deleteDataSource(SourceParts& parts, UserInterface* parent, const std::string& name);
 
 /// Makes a copy of a data source and its streams, with names that the user is asked for.
@@ -69,7 +70,7 @@ bool copyDataSource(SourceParts& parts, UserInterface* parent, const std::string
 /// transmitted, T for a recorder.
 bool importDataSource(SourceParts& parts, UserInterface* parent, char kind);
 
-/// What measurement names that are copied get in front and behind.
+/// What is added before and after the names of copied measurements.
 struct NameAffixes {
     bool wanted = false;
     std::string prefix;

@@ -43,7 +43,7 @@ class SourceImporter {
           plan_(std::move(plan)),
           transaction_(parts.context, OperationId::ImportSource) {}
 
-    /// All new files are complete before the first of them takes its place.
+    /// All new files are complete before the first of them is moved in.
     bool run() {
         if (endTransaction(transaction_, parent_,
                            chooseNames() && takeGroups() && mayTake() && takeConversions() &&
@@ -98,7 +98,7 @@ class SourceImporter {
         }
     }
 
-    /// The second look into the file: the commands of the chosen groups.
+    /// The second pass over the file: the commands of the chosen groups.
     bool takeGroups() {
         tell("Importing Other Data Into TMATS File");
         const auto& offer = plan_.offer;
@@ -122,7 +122,7 @@ class SourceImporter {
             [&](double percent) { setProgressBar(parent_, percent); });
     }
 
-    /// Names must fit, and where they are checked, none may be in another stream.
+    /// Names must not be too long, and with checking on, none may be in another stream.
     bool mayTake() {
         if (transfer_->tellTooLong(parent_)) {
             return false;
@@ -140,7 +140,7 @@ class SourceImporter {
         return true;
     }
 
-    /// The third look: the records of the measurements that come along, as raw commands.
+    /// The third pass: the records of the imported measurements, as raw commands.
     bool takeConversions() {
         if (!plan_.conversions) {
             return true;
@@ -179,7 +179,7 @@ class SourceImporter {
         std::string name;
     };
     bool writeRaw(const std::unordered_map<std::int64_t, Record>& wanted) {
-        // From here on recovery knows that the raw commands belong to an import that has not ended.
+        // From here on recovery knows that the raw commands belong to an unfinished import.
         if (!report(transaction_.keepAll({}))) {
             return false;
         }
@@ -213,7 +213,7 @@ class SourceImporter {
 
     bool moveIn() {
         tell("Updating Data Source Pointers");
-        // The load of the new records takes the place of those that are in memory only.
+        // The load of the new records replaces those that are only in memory.
         if (rawWritten_ && !report(parts_.conversions.writeOut())) {
             return false;
         }

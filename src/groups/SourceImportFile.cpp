@@ -35,7 +35,7 @@ GroupOf groupOf(std::string_view command) {
     return {command[0], leadingInteger(command.substr(2))};
 }
 
-/// The index behind a code such as "DSI-", or 0 if it is another code or out of range.
+/// The index after a code such as "DSI-", or 0 if it is another code or out of range.
 int rowOf(std::string_view code, std::string_view stem) {
     if (!startsWithIgnoreCase(code, stem)) {
         return 0;
@@ -195,7 +195,7 @@ std::vector<ImportOffer> SourceImportFile::offers(UserInterface* parent, char ki
 }
 
 void SourceImportFile::findStreams(UserInterface* parent, std::vector<ImportOffer>& table) const {
-    std::set<std::string> behind;  // names of the groups that the walk does not reach
+    std::set<std::string> behind;  // names of the groups that the search does not reach
     bool walking = true;
     int expected = kLeastGroupIndex;
     for (const auto& entry : groups('M')) {

@@ -1,5 +1,5 @@
-// A TMATS file that a data source is imported from. It is looked through once, to know what
-// it has to offer, and read again for what is taken.
+// A TMATS file that a data source is imported from. It is searched once for what it offers,
+// and read again for what is imported.
 #pragma once
 
 #include "core/TmatsDocument.h"
@@ -14,7 +14,7 @@
 
 namespace kavu {
 
-/// A data source of the file, with the one stream that can be taken along.
+/// A data source of the file, with the one stream that can be imported with it.
 struct ImportOffer {
     std::string name;
     std::string type;  ///< the stored `DST` value, if the file's list has the name
@@ -33,18 +33,18 @@ class SourceImportFile {
     SourceImportFile(DocumentContext& context, std::string path)
         : context_(context), path_(std::move(path)) {}
 
-    /// Opens and looks through the file. False if it was cancelled, could not be read, or ends
-    /// within a command (157); that has been reported.
+    /// Opens and searches the file. False if it was cancelled, could not be read, or ends
+    /// within a command (157 "partial command"), which has been reported.
     bool open(UserInterface* parent);
 
     /// The data sources of one kind, R (transmitted) or T (recorder). The search for links
-    /// ends at the first M group of a data source that has not exactly one link: the data
-    /// sources of that group and those behind it are not offered.
+    /// ends at the first M group of a data source that does not have exactly one link: the
+    /// data sources of that group and those after it are not offered.
     [[nodiscard]] std::vector<ImportOffer> offers(UserInterface* parent, char kind) const;
 
-    /// Calls `take(letter, index, command)` for every command of an indexed group in the
-    /// order of the file; the command is in the stored form. `progress(percent)` is called now
-    /// and then. False if it was cancelled or failed, which is reported, or `take` gave false.
+    /// Calls `take(letter, index, command)` for every command of an indexed group in the order
+    /// of the file; the command is in stored form. `progress(percent)` is called now and then.
+    /// False if it was cancelled or failed, which is reported, or `take` returned false.
     bool forEach(UserInterface* parent,
                  const std::function<bool(char letter, std::int64_t index,
                                           const std::string& command)>& take,

@@ -41,7 +41,7 @@ IoStatus forEachRow(DocumentContext& context, const Visit& visit) {
     return isMissing(status) ? IoStatus() : status;
 }
 
-/// Changes the G file; a document without one gets it.
+/// Changes the G file, or makes it.
 IoStatus editGeneral(DocumentContext& context, const Visit& edit,
                      const std::function<std::string()>& tail) {
     PathKind kind = PathKind::Missing;
@@ -83,8 +83,8 @@ IoStatus appendSource(DocumentContext& context, int rows, std::string_view name,
             counted = true;
             return;
         }
-        // A row behind the old count must not answer for the new one. It may be all that
-        // names a group, so it moves out of the way.
+        // A row after the old count must not be taken for the new one. It may be the only
+        // one that names a group, so it is moved.
         const bool isName = equalsIgnoreCase(code, nameCode);
         if (isName || equalsIgnoreCase(code, typeCode)) {
             command.replace(formatPrintf("%s%d", isName ? kName : kType, unused) +
@@ -127,7 +127,7 @@ IoStatus rewriteSources(DocumentContext& context, std::span<const DataSource> ro
         for (const auto& some : {rows, uncounted}) {
             for (const auto& source : some) {
                 ++row;
-                // A row without a name stays one: the numbers of the others follow from it.
+                // A row without a name stays: the numbers of the others depend on it.
                 text +=
                     source.name.empty() ? std::string() : rowText(row, source.name, source.type);
             }
@@ -151,7 +151,7 @@ IoStatus writeGroupFile(DocumentContext& context, char letter, int index, const 
 }
 
 void tellChanged(DocumentContext& context, bool update) {
-    // A stream in memory may have another name or number now, or no files any more.
+    // A stream in memory may now have another name or number, or no files.
     if (context.steps.releasePcmFormat) {
         context.steps.releasePcmFormat();
     }

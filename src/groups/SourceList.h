@@ -14,27 +14,29 @@
 
 namespace kavu {
 
-/// Adds a row behind the counted ones; the count is replaced where it stands. REQUIRES: there
-/// are fewer than 99 rows.
+/// Adds a row after the counted ones; the count is replaced in place. REQUIRES: there are
+/// fewer than 99 rows.
 [[nodiscard]] IoStatus appendSource(DocumentContext& context, int rows, std::string_view name,
                                     std::string_view type);
-/// Adds the rows that stand in the list outside of 1 to `counted`: a count that is missing or
-/// too small hides them, and what they name is there all the same.
+/// Adds the rows of the list outside 1 to `counted`: a count that is missing or too small
+/// hides them, but what they name exists.
 [[nodiscard]] IoStatus readUncountedSources(DocumentContext& context, int counted,
                                             std::vector<DataSource>& rows);
-/// Takes the whole list out and writes these rows at the end of the file, numbered from 1; the
+/// Removes the whole list and writes these rows at the end of the file, numbered from 1; the
 /// count is that of `rows`, and the others follow uncounted.
 [[nodiscard]] IoStatus rewriteSources(DocumentContext& context, std::span<const DataSource> rows,
                                       std::span<const DataSource> uncounted);
 
-/// The index for a new file of a group, or 0 after message 303 with what it was for.
+/// The index for a new file of a group, or 0 after message 303 ("Unable to create new"),
+/// which names `called`.
 int indexForNew(DocumentContext& context, UserInterface* parent, char letter,
                 std::string_view called);
 /// Writes a new group file.
 [[nodiscard]] IoStatus writeGroupFile(DocumentContext& context, char letter, int index,
                                       const std::string& text);
 
-/// The document has changed: its flag, the menus and the tree.
+/// After a change of the data sources: releases the stream in memory and, with `update`,
+/// updates the menus and the tree.
 void tellChanged(DocumentContext& context, bool update = true);
 
 }  // namespace kavu

@@ -1,4 +1,4 @@
-// The names that data sources, links and measurements bear, and the rules for new ones.
+// The names of data sources and links, and the rules for new ones.
 #pragma once
 
 #include "core/talk/UserInterface.h"
@@ -13,21 +13,23 @@ namespace kavu {
 
 /// The names of all data sources. False if a file could not be read, which is reported.
 bool gatherSourceNames(DocumentContext& context, UserInterface* parent, LinkNames& names);
-/// Every link name that stands anywhere in the document: in M groups, in the stream groups,
-/// embedded in others, on recorders. False as above.
+/// Every link name in the document: in M groups, in the stream groups, embedded in others,
+/// on recorders. False as above.
 bool gatherLinkNames(DocumentContext& context, UserInterface* parent, LinkNames& names);
 
-/// The name, or, if it is taken in any case of its letters, the name with " 2", " 3", ...
-/// behind it; cut so that it has at most 32 characters.
+/// The name, or, if it is taken in any case of its letters, the name followed by " 2", "
+/// 3", ...; cut to at most 32 characters.
 [[nodiscard]] std::string uniqueName(std::string_view name, const LinkNames& taken);
 
-/// Tells if a text can be the name of a data source or a link. What can not is told: 402 for
-/// a semi-colon, a text for an empty name, a line break or more than 32 characters.
+/// True if a text can be the name of a data source or a link. If not, the reason is
+/// reported: 402 ("not allowed to use a semi-colon"), or a text for an empty name, a line
+/// break or more than 32 characters.
 bool isAcceptableName(const DocumentContext& context, UserInterface* parent, std::string_view name,
                       const std::string& title);
 
-/// Asks for a name until `accept` takes it, which tells why it does not. Nothing for Cancel, or
-/// if the same name is refused twice in a row, as from somebody who has but one answer.
+/// Asks for a name until `accept`, which reports why it refuses one, takes it. Nothing for
+/// Cancel, or if the same name is refused twice in a row, as from a script with only one
+/// answer.
 template <typename Accept>
 [[nodiscard]] std::optional<std::string> askName(UserInterface* parent, const TextPrompt& prompt,
                                                  const Accept& accept) {

@@ -1,4 +1,4 @@
-// Other names for data sources and data links, everywhere they are named.
+// Renames data sources and data links wherever they are named.
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
 #include "core/document/DocumentFiles.h"
@@ -24,7 +24,7 @@ namespace {
 constexpr const char* kNewLink = "Enter New Data Link Name";
 constexpr const char* kNewSource = "Enter New Data Source Name";
 
-/// A group that names links, and the status text while its files are looked through.
+/// A group that names links, and the status text while its files are searched.
 struct LinkingGroup {
     char letter;
     PrintfFormat<int> status;
@@ -46,11 +46,11 @@ std::string_view asName(std::string_view value) {
     return trimTrailingBlanks(value.substr(0, kNameLimit));
 }
 
-/// One name that gets another, in all files that hold it.
+/// Renames one name in all files that hold it.
 class Renaming {
   public:
     /// With `anyCase` the name is found in any case of its letters, as look-ups find it;
-    /// that is wrong only if there is another name that differs in nothing else.
+    /// not if another name differs only in case.
     Renaming(DocumentContext& context, UserInterface* parent, OperationId operation,
              const std::string& oldName, const std::string& newName, bool anyCase)
         : context_(context),
@@ -61,7 +61,7 @@ class Renaming {
           anyCase_(anyCase) {}
 
     /// Replaces the name in the values of `wanted(code)` of one file. False after a failure
-    /// or a cancel; then nothing more is done.
+    /// or a cancel, after which nothing more is done.
     template <typename Wanted>
     bool inFile(char letter, int index, const Wanted& wanted) {
         if (!good_ || cancelRequested(parent_)) {
@@ -69,7 +69,7 @@ class Renaming {
             return false;
         }
         const auto name = groupFile(letter, index);
-        // Looked at first: most files do not hold the name, and need not be written.
+        // Searched first: most files do not hold the name, and need not be written.
         bool holds = false;
         auto status = forEachCommand(
             context_.reader, context_.files.path(name), [&](const std::string& command) {
@@ -113,14 +113,14 @@ class Renaming {
     bool good_ = true;
 };
 
-/// True if no other of the names differs from this one in case only.
+/// True if no other of the names differs from this one only in case.
 bool standsAlone(const std::vector<std::string>& names, std::string_view name) {
     return std::none_of(names.begin(), names.end(), [&](const std::string& other) {
         return other != name && equalsIgnoreCase(other, name);
     });
 }
 
-/// Refuses a name that cannot be one or exists; the name itself in another case is new.
+/// Refuses an impossible or existing name; the name itself in another case is new.
 bool mayRename(const DocumentContext& context, UserInterface* parent, const std::string& oldName,
                const std::string& newName, const LinkNames& taken, MessageFor<> refusal,
                const std::string& title) {

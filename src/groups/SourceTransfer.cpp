@@ -13,7 +13,7 @@ namespace kavu {
 
 namespace {
 
-/// In front of the names of staged files: no pass over the groups sees them.
+/// Begins the names of staged files, which no pass over the groups sees.
 constexpr const char* kStaged = "STAGED";
 constexpr std::size_t kLongestName = kNameLimit;
 
@@ -21,7 +21,7 @@ std::string linkKey(std::string_view name) {
     return std::string(trimTrailingBlanks(name.substr(0, kNameLimit)));
 }
 
-/// What message 303 calls a group.
+/// The name of a group in message 303 ("Unable to create new").
 std::string_view calledInMessage(char letter) {
     switch (letter) {
         case 'T':
@@ -101,7 +101,7 @@ bool SourceTransfer::expect(UserInterface* parent, char letter, int oldIndex) {
 
 std::string SourceTransfer::newValue(char letter, std::string_view code, std::string_view value) {
     const auto refers = refersTo(letter, code);
-    if (refers == Refers::Source && letter != 'V') {  // what a vendor adds is taken as it is
+    if (refers == Refers::Source && letter != 'V') {  // what a vendor adds is copied as it is
         return source_;
     }
     if (namesLink(refers)) {

@@ -1,5 +1,5 @@
-// Groups on their way to a new data source: of a copy, or of an import. Their commands get the
-// new index, the new names and go to staged files, which become group files all at once.
+// Moves groups to a new data source, for a copy or an import. Their commands get the new index
+// and the new names, and go to staged files, which become group files all at once.
 #pragma once
 
 #include "core/files/FileIo.h"
@@ -30,24 +30,24 @@ class SourceTransfer {
 
     void renameLink(std::string_view oldName, std::string newName);
 
-    /// Expects the commands of a group and gives it the next free index. False without one
-    /// (303), or if its file can not be made, which is reported. A group that is expected
-    /// already is no other one.
+    /// Expects the commands of a group and gives it the next free index. False if there is
+    /// none (303 "Unable to create new"), or if its file cannot be made, which is
+    /// reported. Does nothing for a group that is expected already.
     bool expect(UserInterface* parent, char letter, int oldIndex);
     [[nodiscard]] bool expects(char letter, int oldIndex) const {
         return groups_.contains({letter, oldIndex});
     }
-    /// Takes a command, in the stored form, of a group that is expected; others are left out.
+    /// Takes a command, in stored form, of an expected group; others are left out.
     void take(char letter, int oldIndex, std::string_view command);
     /// Takes all commands of a group file of the document.
     bool takeFile(UserInterface* parent, char letter, int oldIndex);
 
     /// The names of all measurements that were met, each once, in their order.
     [[nodiscard]] const std::vector<MeasurementPair>& measurements() const { return measurements_; }
-    /// Tells of the first measurement whose new name is longer than names can be.
+    /// Reports the first measurement whose new name is too long; false if there is none.
     bool tellTooLong(UserInterface* parent) const;
 
-    /// Makes group files of what was staged. A failure is reported, and leaves what was moved
+    /// Makes group files of the staged ones. A failure is reported, and leaves what was moved
     /// until then.
     bool moveIn(UserInterface* parent);
 

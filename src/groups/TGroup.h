@@ -10,13 +10,15 @@
 namespace kavu {
 
 /// Reads the group of a data source. Without a file it is a new one with the next free number,
-/// which message 145 tells. Nothing if the user has cancelled, if the file can not be read or
-/// if all 99 numbers are taken (85); the latter two have been reported.
+/// which message 145 ("Creating new definition") reports. Nothing if the user has cancelled,
+/// if the file cannot be read or if all 99 numbers are taken (85 "Unable To Edit"); the latter
+/// two have been reported.
 [[nodiscard]] std::optional<EditedGroup> readTransmission(DocumentContext& context,
                                                           UserInterface* parent,
                                                           const std::string& source);
 
-/// The text of the group file as `storeTransmission` writes it, without what is kept.
+/// The text of the group file as `storeTransmission` writes it, without the kept
+/// commands.
 [[nodiscard]] std::string transmissionText(const EditedGroup& group, int edition);
 /// Writes the group file; see `storeGroup`.
 [[nodiscard]] bool storeTransmission(DocumentContext& context, UserInterface* parent,

@@ -9,8 +9,8 @@ namespace kavu {
 
 inline constexpr std::size_t kMostPamSubframes = 99;
 
-/// The commands in the order in which they are written; those of a subframe ("-n") stand
-/// behind their count.
+/// The commands in the order in which they are written; those of a subframe ("-n") follow
+/// their count.
 [[nodiscard]] std::span<const Field> pamFields();
 /// The columns of a subframe, the part of the above with an index.
 [[nodiscard]] std::span<const Field> pamSubframeFields();

@@ -1,5 +1,5 @@
 // The C group: the rows of a conversion record. What the sheet, the writer and the check of
-// limits do with a row is told in `conversion`.
+// limits do with a row is defined in `conversion`.
 #pragma once
 
 #include "vocabulary/Field.h"
@@ -35,7 +35,7 @@ namespace c {
 
 inline constexpr int kOnly1996 = 1996;
 inline constexpr int kAfter1996 = 1997;
-/// Rows that are no numbered list before this edition: one value of each column.
+/// Rows that become a numbered list in this edition: before it, one value of each column.
 inline constexpr int kFirstAmbientList = 1999;
 inline constexpr int kFirstBitWeights = 2007;
 inline constexpr int kFirstNegativePowers = 2007;
@@ -43,7 +43,7 @@ inline constexpr int kFirstNegativePowers = 2007;
 namespace choice {
 
 inline constexpr std::size_t kStored = 3;
-/// What is stored for a text: the three characters at its front, without a blank at the end.
+/// What is stored for a text: its first three characters, without a trailing blank.
 constexpr std::string_view storedFront(std::string_view text) {
     const auto front = text.substr(0, kStored);
     return front.ends_with(' ') ? front.substr(0, kStored - 1) : front;
@@ -89,8 +89,8 @@ inline constexpr auto kLinkTypes = std::to_array<Choice>({
     {.value = "PAM", .text = "PAM"},
     {.value = "OTH", .text = "OTHer"},
 });
-// The groups (TM), (EU) and (TM & EU) have the plain classes with a letter more. "Other" is
-// another one in 106-96.
+// The groups (TM), (EU) and (TM & EU) have the plain classes with one more letter. 106-96
+// stores "Other" differently.
 inline constexpr auto kClassifications = std::to_array<Choice>({
     {.value = "T", .text = "T    - Top Secret"},
     {.value = "S", .text = "S    - Secret"},
@@ -160,7 +160,7 @@ constexpr Field choiceOf(std::string_view code, std::string_view label, const ch
             .kind = FieldKind::Choice,
             .choices = choices};
 }
-/// As many rows as the digits of a count can say.
+/// The most rows that a count of so many digits can have.
 constexpr std::size_t rowsOf(std::size_t digits) {
     std::size_t rows = 1;
     for (std::size_t i = 0; i < digits; ++i) {
@@ -187,7 +187,7 @@ constexpr Field ofList(const Field& count, std::string_view code, std::string_vi
             .firstEdition = count.firstEdition,
             .list = count.code};
 }
-/// The same row with what a missing command stands for.
+/// The same row with a value for a missing command.
 constexpr Field orElse(Field field, std::string_view missing) {
     field.missing = missing;
     return field;
@@ -260,7 +260,7 @@ inline constexpr auto kMaN =
 inline constexpr auto kMa1 = ofList(kMaN, "MA1-n", "Stimulus", 32);
 inline constexpr auto kMa2 = ofList(kMaN, "MA2-n", "Telemetry Value", 16);
 inline constexpr auto kMa3 = ofList(kMaN, "MA3-n", "Data Value", 32);
-/// The one value of a column while it is no list.
+/// The one value of a column in editions where it is not a list.
 constexpr Field singleOf(Field column) {
     column.code = stemOf(column.code);
     column.list = {};
@@ -361,7 +361,7 @@ inline constexpr auto kCom = comment("COM", "Comment:", eu_page::kComments);
 }  // namespace c
 
 /// All commands of the group in the order in which they are written, the conversion types one
-/// after the other: a record has those of its own type.
+/// after the other: a record has only those of its own type.
 [[nodiscard]] std::span<const Field> conversionVocabulary();
 
 }  // namespace kavu

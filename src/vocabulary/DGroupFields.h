@@ -1,6 +1,6 @@
-// The rows of the D group: n is the list, m the
-// measurement, and further numbers are those of its locations, fragments and subframes, all
-// from 1. IRIG 106, Chapter 9, Data Group.
+// The rows of the D group: n is the list, m the measurement, and further numbers are those
+// of its locations, fragments and subframes, all counted from 1. IRIG 106, Chapter 9, Data
+// Group.
 #pragma once
 
 #include "vocabulary/Field.h"
@@ -37,7 +37,7 @@ inline constexpr auto kTransferOrder = std::to_array<Choice>({
 inline constexpr std::size_t kMaskWidth = 64;
 inline constexpr std::size_t kSubframeNameWidth = 32;
 
-/// The measurements that a minor frame filter selects: until 106-09 in each list, k being the
+/// The measurements that a minor frame filter selects: up to 106-09 in each list, k being the
 /// number in it, from 106-11 on in the group.
 namespace filter_field {
 
@@ -190,7 +190,7 @@ inline constexpr auto kFragment = measurement_field::olderNumber("FSF11-n-m-s-j"
 namespace word_frame_field {
 
 inline constexpr int kFirstEdition = 2004;
-inline constexpr int kFirstEnds = 2009;  ///< the first edition that tells the ends of ranges
+inline constexpr int kFirstEnds = 2009;  ///< the first edition that states the ends of ranges
 
 constexpr Field text(std::string_view code, std::size_t limit, int firstEdition = kFirstEdition,
                      FieldKind kind = FieldKind::Text) {
@@ -220,7 +220,7 @@ inline constexpr auto kPosition = number("WFP-n-m-k-f");
 
 }  // namespace word_frame_field
 
-/// The location type of measurements that are found by their tags.
+/// The location type of measurements that are located by tags.
 inline constexpr std::string_view kTaggedType = "TD";
 
 /// Tagged data; k is the tag.

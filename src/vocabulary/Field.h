@@ -1,6 +1,6 @@
-// What a vocabulary table says of a command: its code, how a person sees it, its limits and
-// its editions. A group has one `constexpr` table of these, in the order in which its
-// commands are written; its reader, writer, form, XML elements and manual page walk it.
+// What a vocabulary table says of a command: its code, how it is shown, its limits and its
+// editions. A group has one `constexpr` table of these, in the order in which its commands
+// are written; its reader, writer, page, XML elements and manual page walk it.
 #pragma once
 
 #include "core/command/CommandPath.h"
@@ -13,18 +13,18 @@ namespace kavu {
 
 enum class FieldKind { Text, Choice, Date, DateTime, Count, Digits, Comment };
 
-/// One entry of a choice. An edition of 0 is no gate. An entry that the page and XML store
-/// differently is two entries: one without `xml`, one without `text`.
+/// One entry of a choice. An edition of 0 is no restriction. An entry that the page and
+/// XML store differently is two entries: one without `xml`, one without `text`.
 struct Choice {
     std::string_view value{};  ///< as stored in the file
-    std::string_view text{};   ///< as shown; empty if only XML knows it, no page offers it then
-    std::string_view xml{};    ///< as written to XML; empty if XML does not know it
+    std::string_view text{};   ///< as shown; empty if only XML has it and no page offers it
+    std::string_view xml{};    ///< as written to XML; empty if XML does not have it
     int firstEdition = 0;
     int lastEdition = 0;
 };
 
-/// What the value of a command names. A name is borne by one thing: a data source by its row in
-/// the G group, a stream by its own group, a measurement by its definition. All else refers to it.
+/// What the value of a command names. One command defines a name: the row of a data source in the
+/// G group, the group of a stream, the definition of a measurement. All others refer to it.
 enum class Refers {
     No,
     SourceName,
@@ -43,13 +43,13 @@ enum class Refers {
 ///     {.code = "SCO1-n", .label = "Number", .limit = 5, .list = "SCO\\N"},
 ///     {.code = "SCO2-n", .label = "Modulation Index", .limit = 4, .list = "SCO\\N"},
 ///
-/// They stand behind their count in the order in which a row is written. A list within a row
-/// is the same once more: a count "EV\PM\N-n" with `list = "EV\\N"`, and behind it fields
-/// "-n-m" with `list = "EV\\PM\\N-n"`.
+/// They follow their count in the order in which a row is written. A list within a row works
+/// the same way: a count "EV\PM\N-n" with `list = "EV\\N"`, followed by fields "-n-m" with
+/// `list = "EV\\PM\\N-n"`.
 struct Field {
     std::string_view code{};   ///< with "-n", "-n-m" and so on where the command has indices
     std::string_view label{};  ///< as on the page; empty if the page does not show it
-    std::string_view box{};    ///< title of the box of the page in which it stands, or empty
+    std::string_view box{};    ///< title of the box of the page that holds it, or empty
     std::string_view page{};   ///< resource name of its page
     std::size_t limit = 0;     ///< characters; 0 is no limit. See `limitIn`
     FieldKind kind = FieldKind::Text;
@@ -60,21 +60,21 @@ struct Field {
     std::span<const Choice> choices{};
     std::size_t limit1996 = 0;       ///< in documents of 106-96; 0 is `limit` as well
     std::size_t limit1999 = 0;       ///< in documents of 106-99; 0 is `limit` as well
-    std::string_view unit{};         ///< shown behind the value, as "KHz"
-    std::string_view codeRead{};     ///< that the page reads, if it is not `code`
-    std::string_view codeToXml{};    ///< whose value goes to XML, if it is not `code`
-    std::string_view codeFromXml{};  ///< that is written from XML, if it is not `code`
+    std::string_view unit{};         ///< shown after the value, as "KHz"
+    std::string_view codeRead{};     ///< code that the page reads, if not `code`
+    std::string_view codeToXml{};    ///< code whose value goes to XML, if not `code`
+    std::string_view codeFromXml{};  ///< code that is written from XML, if not `code`
     std::string_view prompt{};       ///< title of the prompt that edits it, of a field of a list
     std::string_view list{};         ///< code of the count that governs it; empty outside of lists
-    std::size_t rows = 0;            ///< of a count: the most rows of its list; 0 governs no list
-    bool writesZero = false;         ///< of a count: is written for a list without rows as well
-    /// The value that a missing command stands for, and that the next save writes; "%d" in it
-    /// is the number of the row.
+    std::size_t rows = 0;            ///< of a count: the max rows of its list; 0 governs no list
+    bool writesZero = false;         ///< of a count: is also written for a list without rows
+    /// The value assumed for a missing command, which the next save writes; "%d" in it is the
+    /// number of the row.
     std::string_view missing{};
     /// What a list shows in a cell without a value. It is never stored.
     std::string_view placeholder{};
-    /// No page reads or writes it, only the XML bridge does; `code` may then be one that a
-    /// field of a page has as well.
+    /// Only the XML bridge reads or writes it, no page; `code` may then also be that of a
+    /// field of a page.
     bool bridgeOnly = false;
     Refers refersTo = Refers::No;  ///< what the value is a name of
 };

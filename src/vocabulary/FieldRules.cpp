@@ -27,7 +27,7 @@ bool isBetween(int number, int least, int most) {
     return number >= least && number <= most;
 }
 
-/// REQUIRES: the text has the length of the form.
+/// REQUIRES: the text has the length of the format.
 bool holdsDate(std::string_view text, std::size_t yearDigits) {
     return text[2] == '-' && text[5] == '-' && isBetween(digitsAt(text, 0, 2), 1, 12) &&
            isBetween(digitsAt(text, 3, 2), 1, 31) && digitsAt(text, 6, yearDigits) >= 0;
@@ -37,7 +37,7 @@ std::size_t yearDigitsOf(int edition) {
     return edition >= 1997 ? 4 : 2;
 }
 
-/// The text that `from_chars` reads: it knows neither white space nor a plus sign.
+/// The text for `from_chars`, which accepts neither white space nor a plus sign.
 std::string_view numberOf(std::string_view text) {
     text = trim(text);
     if (text.size() > 1 && text[0] == '+' && text[1] != '-') {
@@ -144,7 +144,7 @@ bool exceedsRows(const Field& field, std::string_view digits) {
     if (!governsRows(field)) {
         return false;
     }
-    // A text of digits that does not fit a number is more than any list can have.
+    // Digits that do not fit a number are more than any list can have.
     const auto count = parseInteger(digits);
     return !count || static_cast<std::size_t>(*count) > field.rows;
 }
@@ -178,8 +178,8 @@ ValueFault checkValue(const Field& field, std::string_view value, int edition) {
 std::string storedValue(const Field& field, std::string_view value, int edition) {
     if (field.kind == FieldKind::Choice) {
         const auto choices = choicesOf(field, edition);
-        // "1" may be the value of one entry and the beginning of another one's text: whoever
-        // gives a value by its own name means that.
+        // "1" may be the value of one entry and begin the text of another: an exact value
+        // means the first.
         const auto exact = std::find_if(choices.begin(), choices.end(), [&](const Choice& choice) {
             return !choice.value.empty() && equalsIgnoreCase(choice.value, value);
         });

@@ -18,7 +18,7 @@ constexpr std::string_view kCommentPage = "GeneralInfo4";
 constexpr auto kYesNo = std::to_array<Choice>({{"Y", "Yes", "Yes"}, {"N", "No", "No"}});
 constexpr auto kClassifications = std::to_array<Choice>({
     {"U", "Unclassified", "Unclassified"},
-    // Other programs know the word in XML as it is spelled here.
+    // Other programs use this spelling in XML.
     {"C", "Confidential", "Confidental"},
     {"S", "Secret", "Secret"},
     {"T", "Top Secret", "Top Secret"},

@@ -17,19 +17,19 @@ inline constexpr std::string_view kSourceCount = "DSI\\N";
 inline constexpr std::string_view kSourceName = "DSI-n";
 inline constexpr std::string_view kSourceType = "DST-n";
 
-/// The commands in the order in which they are written. Of the contacts' telephone the page
-/// reads another code than it writes, and than the XML bridge uses: `POC42-n` and `POC4-n`.
+/// The commands in the order in which they are written. For the contacts' telephone the
+/// page reads `POC42-n`, but it writes `POC4-n`, as does the XML bridge.
 [[nodiscard]] std::span<const Field> generalFields();
 /// The columns of the points of contact, and of the data sources.
 [[nodiscard]] std::span<const Field> contactFields();
 [[nodiscard]] std::span<const Field> sourceFields();
-/// What a change of program information dates.
+/// The dates that a change of program information sets.
 [[nodiscard]] std::span<const AutomaticDate> generalDates();
 
 /// The types of data sources that an edition offers, in list order.
 [[nodiscard]] std::vector<Choice> sourceTypes(int edition);
-/// What is shown for a stored type: the entry of just this value, whatever the case, and
-/// "Other" for every other value, be it one of a newer edition.
+/// What is shown for a stored type: the entry of exactly this value, whatever the case,
+/// and "Other" for every other value, even one of a newer edition.
 [[nodiscard]] std::string_view sourceTypeText(std::string_view stored, int edition);
 /// What is stored for a shown type.
 [[nodiscard]] std::string_view storedSourceType(std::string_view text);

@@ -1,4 +1,4 @@
-// The part of a vocabulary table that makes up the rows of one list.
+// The part of a vocabulary table that describes the rows of one list.
 #pragma once
 
 #include "vocabulary/Field.h"
@@ -9,7 +9,7 @@
 
 namespace kavu {
 
-/// The fields that the count of this code governs. They stand together.
+/// The fields that the count of this code governs. They are adjacent.
 [[nodiscard]] constexpr std::span<const Field> listFields(std::span<const Field> table,
                                                           std::string_view list) {
     const auto isOfList = [list](const Field& field) { return field.list == list; };

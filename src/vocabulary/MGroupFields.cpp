@@ -26,7 +26,7 @@ constexpr auto kStructures = std::to_array<Choice>({
     {"PAM/SCO", "PAM/SCO", "PAM/SCO"},
     {"PCM/SCO", "PCM/SCO", "PCM/SCO"},
 });
-// The tails in small letters are there because the leftmost characters are what is stored.
+// The lower-case tails are not stored: only the leftmost characters are.
 constexpr auto kSenses = std::to_array<Choice>({
     {"POS", "POSitive", "Positive"},
     {"NEG", "NEGative", "Negative"},

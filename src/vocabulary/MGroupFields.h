@@ -10,15 +10,15 @@ namespace kavu {
 
 inline constexpr std::size_t kMostSubcarriers = 99;
 
-/// The commands in the order in which they are written; those of a subcarrier ("-n") stand
-/// behind their count.
+/// The commands in the order in which they are written; those of a subcarrier ("-n")
+/// follow their count.
 [[nodiscard]] std::span<const Field> multiplexFields();
 /// The columns of a subcarrier, the part of the above with an index.
 [[nodiscard]] std::span<const Field> subcarrierFields();
 
 /// What carries a baseband signal or a subcarrier.
 enum class SignalName { None, DataLink, Measurement };
-/// PCM and PAM signals bear a data link, analog ones a measurement; others have no name.
+/// PCM and PAM signals carry a data link, analog ones a measurement; others have no name.
 [[nodiscard]] SignalName signalNameOf(std::string_view type);
 
 }  // namespace kavu

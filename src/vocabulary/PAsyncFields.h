@@ -1,5 +1,5 @@
 // The P group: the rows of async embedded formats and of data merges; n is the record, k the
-// location, j the range of frames, all from 1.
+// location, j the range of frames, all counted from 1.
 #pragma once
 
 #include "vocabulary/Field.h"
@@ -20,7 +20,7 @@ constexpr Field ofMerge(Field field) {
     field.list = "ADM\\N";
     return field;
 }
-// What both kinds have alike.
+// Common to both kinds.
 constexpr Field recordCount(std::string_view code) {
     return {.code = code, .kind = FieldKind::Count, .rows = kMostAsyncFormats, .writesZero = true};
 }

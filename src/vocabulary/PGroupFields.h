@@ -1,5 +1,5 @@
-// The P group: the rows of a stream's attributes and of what it keeps beside its counters,
-// subframes and embedded streams. What a row is bound to in the model is told in `pcm`.
+// The P group: the rows of a stream's attributes, without its counters, subframes and
+// embedded streams. What a row is bound to in the model is defined in `pcm`.
 #pragma once
 
 #include "vocabulary/Field.h"
@@ -24,7 +24,7 @@ inline constexpr char kComments[] = "PcmComments";
 inline constexpr char kFrameFilter[] = "PcmMinorFrameFiltering";
 }  // namespace pcm_page
 
-/// Stands in for a code where a text travels in the private record of the comment.
+/// Replaces a code where a text is kept in the private record of the comment.
 inline constexpr std::string_view kNonStandardCode = "nonStandardCode";
 
 namespace p {
@@ -64,8 +64,8 @@ inline constexpr auto kRandomizer = std::to_array<Choice>({
     {"OTH", "OTHER", "Other"},
     {"N/A", "N/A", "N/A"},
 });
-// A list was always filled up to the first entry that an edition does not have. So the newest
-// editions end where the older ones do, and do not offer what has come in between.
+// A list was always filled up to the first entry that an edition does not have. So the lists
+// of the newest editions end where the older ones do, without what has come in between.
 inline constexpr auto kTypes = std::to_array<Choice>({
     {stream_type::kClassOne.stored, "ONE - Class I", "Class 1",
      stream_type::kClassOne.firstEdition},
@@ -125,7 +125,8 @@ inline constexpr auto kLengths = [] {
     return all;
 }();
 
-/// A list with free entry; what it offers depends on the form in which the pattern is shown.
+/// A list with free entry; what it offers depends on the notation in which the pattern is
+/// shown.
 inline constexpr auto kPatterns = std::to_array<Choice>({{"", "", ""}});
 
 }  // namespace choice

@@ -1,5 +1,5 @@
 // The P group: the rows of ID counters and subframes in the order in which they are written; n
-// is the counter, m its subframe, k the location, all from 1.
+// is the counter, m its subframe, k the location, all counted from 1.
 #pragma once
 
 #include "vocabulary/Field.h"
@@ -45,7 +45,7 @@ inline constexpr auto kIsf2 = ofCounter({.code = "ISF2-n",
                                          .limit = 2,
                                          .kind = FieldKind::Choice,
                                          .choices = choice::kCounterTypes});
-/// The word that bears the counter.
+/// The word that holds the counter.
 inline constexpr auto kIdc1 = ofCounter({.code = "IDC1-n", .kind = FieldKind::Digits});
 inline constexpr auto kIdc2 = ofCounter({.code = "IDC2-n",
                                          .label = "Word Length:",
@@ -89,7 +89,7 @@ inline constexpr auto kIdc10 = ofCounter({.code = "IDC10-n",
                                           .kind = FieldKind::Choice,
                                           .choices = choice::kCountDirections});
 
-/// The last edition that describes subframes; later ones have word/frame locations alone.
+/// The last edition that describes subframes; later ones have only word/frame locations.
 inline constexpr int kLastSubframeEdition = 2009;
 
 constexpr Field ofSubframe(Field field) {

@@ -55,7 +55,7 @@ constexpr auto kReelDiameters = std::to_array<Choice>({
     {"10.5", "10.5", "10.5"},
     {"12.65", "12.65", "12.65", 1999},
     {"14.0", "14.0", "14.0"},
-    // The text of this one is broken, and is read and written so.
+    // The text of this one is broken, and is read and written as such.
     {"15.0", "15.0", "`5.0"},
     {"16.0", "16.0", "16.0"},
     {"19.0", "19.0", "19.0", 1999},

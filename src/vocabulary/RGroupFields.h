@@ -21,7 +21,7 @@ inline constexpr int kFirstEditionOfEventMeasurements = 2011;
 /// From this edition on the recorder has modules and media.
 inline constexpr int kFirstEditionOfModules = 2009;
 
-/// A page of the sheet. Its name is what the fields call their page.
+/// A page of the sheet. Fields refer to it by its name.
 struct RecorderPage {
     std::string_view name{};
     std::string_view title{};
@@ -29,7 +29,7 @@ struct RecorderPage {
 };
 [[nodiscard]] std::span<const RecorderPage> recorderPages();
 
-/// The commands in the order in which they are written, in two parts: the tracks stand
+/// The commands in the order in which they are written, in two parts: the tracks come
 /// between them.
 [[nodiscard]] std::span<const Field> recorderFieldsBeforeTracks();
 [[nodiscard]] std::span<const Field> recorderFieldsBehindTracks();
@@ -38,12 +38,12 @@ struct RecorderPage {
 /// The columns of the list that this count governs: "RIM\N", "EV\PM\N-n", ...
 [[nodiscard]] std::span<const Field> recorderColumns(std::string_view count);
 
-/// Fields that only the bridge to XML knows: no page shows them, and the sheet neither reads
-/// nor writes them. Of three of them the page uses the code for something else.
+/// Fields that only the XML bridge has: no page shows them, and the sheet neither reads nor
+/// writes them. The page uses the codes of three of them for something else.
 [[nodiscard]] std::span<const Field> recorderBridgeFields();
 
 /// The whole vocabulary in the order in which a group is written: with the tracks and the
-/// details of all channel types; behind it what only the bridge to XML knows.
+/// details of all channel types, followed by what only the XML bridge has.
 [[nodiscard]] std::span<const Field> recorderVocabulary();
 
 }  // namespace kavu

@@ -1,4 +1,4 @@
-// The lists of the recorder group, and what only XML knows of it.
+// The lists of the recorder group, and the fields that only XML has.
 #include "vocabulary/RGroupFields.h"
 #include "vocabulary/RGroupTables.h"
 #include "vocabulary/RTrackTables.h"

@@ -1,5 +1,5 @@
-// The lists of the recorder group, each with its count in front. For the tables only:
-// everybody else takes `RGroupFields.h`.
+// The lists of the recorder group, each preceded by its count. Only for the tables; other
+// code includes `RGroupFields.h`.
 #pragma once
 
 #include "vocabulary/Field.h"

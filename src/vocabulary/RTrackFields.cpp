@@ -183,8 +183,8 @@ const ChannelType* channelType(std::string_view value, int edition) {
 }
 
 bool isHiddenDetail(const Field& field, int edition) {
-    // The video format of a PCM track is kept in all editions, but is no detail to edit
-    // before the ones that came with it.
+    // The video format of a PCM track is kept in all editions, but cannot be edited in
+    // editions that do not have it.
     return field.code == "PTF-n" && edition < track::kFirstEditionWithLinks;
 }
 

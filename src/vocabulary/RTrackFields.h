@@ -21,12 +21,12 @@ struct ChannelType {
     std::span<const Field> fields{};
     std::string_view itemName{};  ///< what an item is called; empty for a type without items
     std::string_view addText{};   ///< of the button that adds an item
-    /// An item is edited by one prompt after the other, for the fields that have one; else by
-    /// a dialog over all fields, of which `prompt` is the label if it is another than in the
-    /// list.
+    /// True if an item is edited by one prompt after the other, for the fields that have one;
+    /// else by a dialog over all fields, with `prompt` as label if it differs from that in
+    /// the list.
     bool promptsItems = false;
-    /// The key under which the data link is held while it is a detail; empty for a type that
-    /// has no such detail.
+    /// The key under which the data link is held in editions where it is a detail; empty for
+    /// a type without that detail.
     std::string_view linkKey{};
 };
 

@@ -1,4 +1,4 @@
-// What the tables of the tracks' details share. For the tables only: everybody else takes
+// What the tables of the tracks' details share. Only for the tables; other code includes
 // `RTrackFields.h`.
 #pragma once
 
@@ -12,7 +12,7 @@
 namespace kavu::track {
 
 inline constexpr int kFirstEditionWithTypes = 2004;
-/// From here on the data link is a column of the track itself.
+/// From this edition on the data link is a column of the track itself.
 inline constexpr int kFirstEditionWithLinks = 2007;
 
 inline constexpr auto kTrueFalse = std::to_array<Choice>({
@@ -34,7 +34,8 @@ inline constexpr Field kDataLink = {.code = "CDLN-n",
                                     .prompt = "Enter Data Link Name",
                                     .refersTo = Refers::Link};
 
-/// Puts the page and the type's name into the rows of a type, which are all from 2004 on.
+/// Puts the page and the type's name into the rows of a type, none of which is older than
+/// 2004.
 template <std::size_t N>
 [[nodiscard]] constexpr std::array<Field, N> detailsOf(std::string_view type,
                                                        std::array<Field, N> fields) {

@@ -27,14 +27,15 @@ constexpr auto kOthers = std::to_array<Reference>({
     {'S', {.code = "DLN", .refersTo = Refers::LinkName}},
     {'S', {.code = "MN-n-m-k", .refersTo = Refers::MeasurementName}},
     {'S', {.code = "SMF\\SMN-n", .refersTo = Refers::Measurement}},
-    // Packet telemetry calls measurements by what they are in its packets.
+    // Packet telemetry names measurements by their role in its packets.
     {'S', {.code = "TMN-n", .refersTo = Refers::Measurement}},
     {'S', {.code = "HMN-n-m", .refersTo = Refers::Measurement}},
     {'S', {.code = "SMN-n-m", .refersTo = Refers::Measurement}},
     {'V', {.code = "ID", .refersTo = Refers::Source}},
 });
 
-/// A field by what it is compared by: all of it, or its front up to the dash of its indices.
+/// The part of a field that is compared: all of it, or its front up to the dash of its
+/// indices.
 struct Pattern {
     std::string front{};
     bool indexed = false;
@@ -56,8 +57,8 @@ void add(std::vector<Pattern>& patterns, const Field& field) {
     }
 }
 
-/// The few rows that refer to something: every command of a document is asked for, and a
-/// recorder has hundreds of rows.
+/// Only the few rows that refer to something: each command of a document is looked up,
+/// and a recorder has hundreds of rows.
 Patterns makePatterns() {
     Patterns all;
     for (const auto& vocabulary : vocabularies()) {

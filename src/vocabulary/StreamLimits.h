@@ -1,4 +1,5 @@
-// How many of its parts a PCM stream can have: the rows of its lists, and what the model holds.
+// How many parts of each kind a PCM stream can have: the rows of its lists, and the limits of
+// the model.
 #pragma once
 
 namespace kavu {

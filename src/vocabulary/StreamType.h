@@ -29,7 +29,7 @@ inline constexpr auto kStreamTypes = std::to_array<StreamType>(
     {stream_type::kClassOne, stream_type::kClassTwo, stream_type::kBus1553,
      stream_type::kAlternateTag, stream_type::kPacket, stream_type::kOther, stream_type::kBus});
 
-/// The type of this stored text, in just this spelling; null for any other text.
+/// The type of this stored text, in exactly this spelling; null for any other text.
 [[nodiscard]] constexpr const StreamType* findStreamType(std::string_view stored) {
     for (const auto& type : kStreamTypes) {
         if (type.stored == stored) {

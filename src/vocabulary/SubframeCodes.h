@@ -1,4 +1,4 @@
-// The values by which subframes and async formats tell where they stand.
+// The values by which subframes and async formats state their locations.
 #pragma once
 
 #include <string_view>

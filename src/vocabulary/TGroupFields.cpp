@@ -42,7 +42,7 @@ constexpr auto kFilters = std::to_array<Choice>({
 constexpr auto kPolarizations = std::to_array<Choice>({
     {"RHCP", "RHCP", "Right Hand Circular Polarization"},
     {"LHCP", "LHCP", "Left Hand Circular Polarization"},
-    // The page stores the leftmost four characters, XML knows three.
+    // The page stores the leftmost four characters, XML has three.
     {"LINE", "LINEAR", {}},
     {"LIN", {}, "Linear"},
 });

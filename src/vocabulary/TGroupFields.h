@@ -8,7 +8,7 @@
 
 namespace kavu {
 
-/// A page of the sheet. Its name is what the fields call their page.
+/// A page of the sheet. Fields refer to it by its name.
 struct TransmissionPage {
     const char* name = "";
     const char* title = "";

@@ -1,5 +1,5 @@
-// The vocabulary tables of all groups that have one: the one place where a group's letter
-// leads to its table. A new group joins by one line.
+// The vocabulary tables of all groups that have one: the one place that maps a group's
+// letter to its table. A new group needs one line.
 #pragma once
 
 #include "core/command/CommandPath.h"
@@ -13,15 +13,15 @@ namespace kavu {
 
 struct GroupVocabulary {
     char letter = 0;
-    std::string_view name{};  ///< what a person calls the group: "Transmission"
-    /// In the order in which the commands are written; behind them those that only the bridge
-    /// to XML knows.
+    std::string_view name{};  ///< the name of the group for the user: "Transmission"
+    /// In the order in which the commands are written, followed by those that only the XML
+    /// bridge has.
     std::span<const Field> fields{};
 };
 
 /// In the order in which the groups are saved.
 [[nodiscard]] std::span<const GroupVocabulary> vocabularies();
-/// Null for a group without one, and for a small letter.
+/// Null for a group without one, and for a lower-case letter.
 [[nodiscard]] const GroupVocabulary* findVocabulary(char letter);
 
 /// A row of a table that a field belongs to, and the numbers in place of its indices.
@@ -33,7 +33,7 @@ struct VocabularyMatch {
 /// table. Numbers count from 1 and have at most six digits.
 [[nodiscard]] std::vector<VocabularyMatch> matchVocabulary(std::span<const Field> table,
                                                            std::string_view field);
-/// The same in the table of a group; none for a group without one.
+/// The same in the table of a group; empty for a group without one.
 [[nodiscard]] std::vector<VocabularyMatch> matchVocabulary(char letter, std::string_view field);
 
 }  // namespace kavu

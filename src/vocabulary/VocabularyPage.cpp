@@ -9,7 +9,7 @@ namespace kavu {
 
 namespace {
 
-/// A cell of a table: a bar would end it.
+/// A cell of a table, with its bars escaped: a bar would end it.
 std::string cell(std::string_view text) {
     return replaceAll(text, "|", "\\|");
 }
