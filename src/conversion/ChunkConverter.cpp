@@ -21,11 +21,12 @@ namespace kavu {
 
 namespace {
 
-constexpr std::size_t kIndexFrom = 40;     // fields of a record from which a hash pays
+constexpr std::size_t kIndexFrom = 40;     // fields of a record from which on a hash pays
 constexpr std::size_t kLongestShown = 80;  // characters of a value in message 315
 constexpr std::string_view kLineEnd = "\r\n";
 
-/// A code that a key of the sectioned form can not be is none that the records know.
+/// True if a code can be a key of the sectioned format; any other is unknown to the
+/// records.
 bool canBeKey(std::string_view code) {
     return !code.empty() && code.front() != '[' && code.front() != ';' &&
            code.find('=') == std::string_view::npos;
@@ -92,8 +93,8 @@ bool ChunkConverter::close() {
         reportUnreadable(context_, parent_, status);
         return false;
     }
-    // No message has told of them, so that nobody has to answer for them; but a person who
-    // looks for the lost calibration has to be able to find out.
+    // A note, not a message, so that it needs no answer; but a user who looks for the lost
+    // calibration can find it.
     if (unnamed_ > 0 && parent_ != nullptr) {
         parent_->note(formatPrintf("%d C groups without a name (DCN) are left out.", unnamed_));
     }
@@ -148,7 +149,8 @@ bool ChunkConverter::takeName(const RawCommand& command, std::string_view name, 
     }
     auto& to = record(command.index);
     if (!to.name.empty()) {
-        // A second name of one index is never used; it must not hide the record that has it.
+        // A second name of one index is never used; it must not hide the record of that
+        // name.
         return true;
     }
     const auto index = std::to_string(command.index);
@@ -231,7 +233,7 @@ bool ChunkConverter::writeChunk(std::int64_t number, bool commentsOutside) {
         chunk.append("[").append(record->name).append("]").append(kLineEnd);
         chunk.append(byIndex, body);
         if (!inChunk) {
-            // A section without a key would be no record.
+            // A section without a key would not be a record.
             chunk.append(kNameCode).append("=").append(record->name).append(kLineEnd);
         }
     }

@@ -20,30 +20,31 @@ class UserInterface;
 
 class ChunkConverter {
   public:
-    /// `names` holds the measurement names of the whole load; `edition` rules the limits;
-    /// the chunks go to `chunks`.
+    /// `names` holds the measurement names of the whole load; `edition` decides the
+    /// limits; the chunks go to `chunks`.
     ChunkConverter(DocumentContext& context, KeyValueStore& names, StagedChunks& chunks,
                    UserInterface* parent, int edition)
         : context_(context), names_(names), chunks_(chunks), parent_(parent), edition_(edition) {}
 
     /// Makes the working files of a conversion: "DATA2.TMP" holds the names by group index
-    /// (message 313 if it can not be made), "DATA1.TMP" the sections by group index (314).
+    /// (message 313 "Unable to" if it cannot be made), "DATA1.TMP" the sections by group
+    /// index (314 "Unable to read").
     bool open();
     /// Makes a chunk of raw commands. `percent` is for the progress bar. With
-    /// `commentsOutside` a comment goes to the file of its own. False if it was cancelled
-    /// or has failed, and then messages 313 and 314 have told of the file. Logs 318 for a
-    /// name and 315 for a value that is too long, 317 for a measurement that is there
-    /// already.
+    /// `commentsOutside` a comment goes to a file of its own. False if it was cancelled
+    /// or has failed; messages 313 and 314 then have named the file. Logs 318 for a name
+    /// and 315 for a value that is too long, 317 for a duplicate measurement.
     bool convert(std::int64_t number, std::string& bytes, double percent, bool commentsOutside);
     /// Closes the working files; false if one of them was not complete.
     bool close();
 
   private:
-    /// What the chunk holds of one group index. The texts lie in the bytes of the chunk.
+    /// What the chunk holds of one group index. The texts are views into the bytes of the
+    /// chunk.
     struct Record {
         std::int64_t index = 0;
         std::string name;
-        bool refused = false;     ///< its name belongs to another record; 317 has told
+        bool refused = false;     ///< its name belongs to another record, as 317 has reported
         std::size_t nameAt = 0;   ///< the position of its first name among the commands
         std::size_t firstAt = 0;  ///< that of its first field
         struct Field {
@@ -75,7 +76,7 @@ class ChunkConverter {
     FileWriter namesFile_;
     FileWriter sectionsFile_;
 
-    // The chunk in work.
+    // The chunk being converted.
     std::size_t at_ = 0;
     std::vector<Record> records_;
     std::unordered_map<std::int64_t, std::size_t> byIndex_;

@@ -25,7 +25,7 @@ class UsedNumbers {
         for (auto it = next_.find(free); it != next_.end(); it = next_.find(free)) {
             free = it->second;
         }
-        // All that was passed on the way leads to the end of the run at once.
+        // Path compression: all numbers passed lead directly to the end of the run.
         for (std::int64_t at = number + 1; at != free;) {
             at = std::exchange(next_[at], free + 1);
         }
@@ -37,8 +37,8 @@ class UsedNumbers {
     std::unordered_map<std::int64_t, std::int64_t> next_;
 };
 
-/// A chunk as the pieces it is to be split into. An index that is named is a piece of its
-/// own as long as what follows is too large; the last piece takes all that is left.
+/// The pieces that a chunk is to be split into. An index that is named is a piece of its
+/// own as long as what follows is too large; the last piece takes the rest.
 struct Plan {
     std::int64_t origin = 0;
     std::unordered_map<std::int64_t, std::size_t> pieceOf;  ///< of the indices with their own
@@ -69,7 +69,7 @@ void countPieces(std::string& bytes, Plan& plan) {
     }
 }
 
-/// Shares the runs of the chunk among its pieces.
+/// Divides the runs of the chunk among its pieces.
 void cutPieces(std::string& bytes, const RawGroup::Chunk& chunk, Plan& plan) {
     plan.pieces.resize(plan.count);
     auto extent = chunk.extents.begin();
@@ -109,8 +109,8 @@ bool planChunks(RawGroup& group, std::vector<Plan>& plans) {
     return true;
 }
 
-/// Gives each piece its number: going up through the chunks, what a chunk has too much
-/// goes to the next free number above it, and is met again there.
+/// Gives each piece its number: going up through the chunks, the surplus of a chunk goes
+/// to the next free number above it, and is split again there.
 void numberPieces(const RawGroup& group, std::vector<Plan>& plans) {
     UsedNumbers used;
     for (const auto& [number, chunk] : group.chunks()) {

@@ -1,5 +1,5 @@
-// Splits raw chunks that are too large. What is left of such a chunk is one measurement;
-// the others move to new chunks behind it.
+// Splits raw chunks that are too large. One measurement stays in such a chunk; the others
+// move to new chunks after it.
 #pragma once
 
 #include <cstdint>
@@ -10,10 +10,10 @@ namespace kavu {
 class RawGroup;
 
 /// Splits every chunk of the group over 30000 bytes until each that is still larger holds
-/// one measurement only. The commands of the index that is named first stay, those of all
-/// other indices go to the next number above that is free, as often as it takes. `single`
-/// gets the chunks whose comment is to lie in a file of its own. False if the group could
-/// not be read; that has been reported.
+/// only one measurement. The commands of the index that is named first stay, those of all
+/// other indices go to the next free number above, repeatedly if necessary. `single` gets
+/// the chunks whose comment gets a file of its own. False if the group could not be read,
+/// which has been reported.
 bool splitOversizeChunks(RawGroup& group, std::set<std::int64_t>& single);
 
 }  // namespace kavu

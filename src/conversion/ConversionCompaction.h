@@ -1,4 +1,4 @@
-// The numbers of the conversion chunks are made dense again after a load.
+// Makes the numbers of the conversion chunks dense again after a load.
 #pragma once
 
 #include "core/files/IoStatus.h"
@@ -8,9 +8,9 @@ namespace kavu {
 class StagedChunks;
 struct DocumentContext;
 
-/// Moves the last chunk to the first number that is missing or whose chunk is empty, until
-/// there is no such number in front of a chunk, be the chunks staged or in files. The status names
-/// the file that could not be moved; what was moved before it stays.
+/// Moves the last chunk to the first number that is missing or whose chunk is empty, until there
+/// is no such number before a chunk, whether staged or in a file. The status names the file that
+/// could not be moved; what was moved before it stays.
 [[nodiscard]] IoStatus compactChunks(DocumentContext& context, StagedChunks& staged);
 
 }  // namespace kavu

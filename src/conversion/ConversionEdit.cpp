@@ -21,7 +21,6 @@ namespace kavu {
 namespace {
 
 constexpr std::size_t kLongestCommentRecord = 499;
-/// What the two digits of a count of coefficients can say.
 
 std::string decoded(std::string_view stored) {
     std::string text(stored);
@@ -87,7 +86,7 @@ bool ConversionStore::copyComment(UserInterface* parent, const std::string& from
     if (found) {
         return report(parent, copyFile(from, to), "Copy");
     }
-    // One that an earlier edit left behind would be taken for this record's.
+    // One left by an earlier edit would be taken for this record's.
     return removeCommentCopy(parent, to);
 }
 
@@ -187,7 +186,7 @@ bool ConversionStore::edit(
     const std::function<bool(ProfileFile&, const std::string& section)>& change) {
     if (workingCopy) {
         ProfileFile copy(context_.store.pathOf(working::kData1));
-        // Without the record in it a change would make half a record.
+        // If the record is missing there, a change would make half a record.
         return report(parent, copy.load(), "Read") && copy.containsExactly(name) &&
                change(copy, name) && report(parent, copy.flush(), "Write/Create");
     }
@@ -310,7 +309,7 @@ std::string ConversionStore::commentRecordGet(const std::string& name, std::stri
         row = chunk(place.chunk)->value(place.section, recordkey::kCommentRecord, "");
     }
     if (row.empty()) {
-        // A record that nobody has edited since the load has them in its comment.
+        // A record not edited since the load has them in its comment.
         return commentRecordValue(readEuComment(name, working), key).value_or(std::string());
     }
     std::optional<std::string> value;
@@ -369,7 +368,7 @@ bool ConversionStore::writeFitCoefficients(UserInterface* parent, const std::str
             const auto text = exponentText(coefficients[static_cast<std::size_t>(i)], precision);
             good = good && file.setValue(section, i == 0 ? "CO" : "CO-" + std::to_string(i), text);
         }
-        // Terms of a higher order that were left would reach the update file, which takes the
+        // Remaining terms of a higher order would get into the update file, which takes the
         // first ten whatever their count says.
         for (int i = order + 1; i <= std::clamp(former, kHighestOrder, kMostTerms); ++i) {
             file.removeKey(section, "CO-" + std::to_string(i));

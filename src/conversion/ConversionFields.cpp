@@ -8,12 +8,12 @@ namespace kavu {
 namespace {
 
 // Sorted by byte but for "DP\N" and "DPNO" (see conversionLimit). The order is part of the
-// behaviour: do not mend it.
+// behaviour: do not correct it.
 constexpr ConversionLimit limitOf(const Field& row) {
     return {stemOf(row.code), static_cast<int>(row.limit),
             row.limit1996 == 0 ? -1 : static_cast<int>(row.limit1996)};
 }
-// "MNA" has been looked for since ever, and no edition has such a command.
+// "MNA" has always been searched for, though no edition has such a command.
 constexpr auto kLimits = std::to_array<ConversionLimit>(
     {limitOf(c::kBfm),  limitOf(c::kBtm),  limitOf(c::kCo),   limitOf(c::kCo1),  limitOf(c::kCom),
      limitOf(c::kCoN),  limitOf(c::kCrt),  limitOf(c::kDct),  limitOf(c::kDicc), limitOf(c::kDiciN),
@@ -116,7 +116,7 @@ constexpr auto kCommon = std::to_array<ConversionField>({
     of(c::kCrt),
 });
 
-// A fit leaves its coefficients beside the pairs, so both types write both.
+// A fit stores its coefficients next to the pairs, so both types write both.
 constexpr auto kPairsAndCoefficients = std::to_array<ConversionField>({
     of(c::kPsN, WrittenForm::IntegerCount),
     of(c::kPs1),
@@ -137,7 +137,7 @@ constexpr auto kNegativePowers = std::to_array<ConversionField>({
 
 constexpr auto kOther = std::to_array<ConversionField>({of(c::kOth)});
 
-// The algorithm moved in front of the measurands in 2009.
+// The algorithm moved before the measurands in 2009.
 constexpr int kAlgorithmMoved = 2009;
 constexpr auto kDerived = std::to_array<ConversionField>({
     of(c::kDpat),

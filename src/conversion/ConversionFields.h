@@ -1,5 +1,5 @@
-// The rows of the C group as the loader's limit check and the writer of a record walk them: the
-// order in which limits are searched, and the order and the editions of writing.
+// The rows of the C group for the loader's limit check and the writer of a record: the order in
+// which limits are searched, and the order and the editions of writing.
 #pragma once
 
 #include "core/text/Edition.h"
@@ -19,10 +19,10 @@ inline constexpr std::size_t kLongestMeasurementName = c::kDcn.limit;
 inline constexpr std::string_view kNameCode = c::kDcn.code;
 inline constexpr std::string_view kCommentCode = c::kCom.code;
 inline constexpr std::string_view kTypeCode = c::kDct.code;
-/// The type of a record that tells of none.
+/// The type of a record that does not state one.
 inline constexpr std::string_view kNoType = c::kDct.missing;
 
-// Keys of a record that are no TMATS codes.
+// Keys of a record that are not TMATS codes.
 namespace recordkey {
 inline constexpr std::string_view kTemplate = "EuTemplate";
 inline constexpr std::string_view kChanged = "Chg";
@@ -42,8 +42,8 @@ struct ConversionLimit {
 [[nodiscard]] std::span<const ConversionLimit> conversionLimits();
 
 /// The limit of a code, with or without list indices ("MC1-2" is looked up as "MC1"), or 0
-/// when it has none. The search never finds "DP\N" and "DPNO": they stand out of order in
-/// the table, and files rely on their values being taken at any length.
+/// if it has none. The search never finds "DP\N" and "DPNO": they are out of order in the
+/// table, and files rely on their values being accepted at any length.
 [[nodiscard]] int conversionLimit(std::string_view code, int edition);
 
 // --- Order of writing --------------------------------------------------------------------
@@ -71,11 +71,11 @@ struct ConversionField {
 /// The fields of one conversion type.
 struct ConversionType {
     std::string_view type;  ///< the first three characters, upper case
-    int from = 0;           ///< before it the type has the fields of any other
+    int from = 0;           ///< in older editions the type has the fields of any other
     std::span<const ConversionField> fields;
 };
 
-/// The fields in front of the conversion type, in order.
+/// The fields before the conversion type, in order.
 [[nodiscard]] std::span<const ConversionField> commonConversionFields();
 /// The fields of a type, compared without case by its first three characters.
 [[nodiscard]] std::span<const ConversionField> typeConversionFields(std::string_view type,

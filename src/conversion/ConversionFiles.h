@@ -1,5 +1,5 @@
-// The working files in which the conversion records of an open document lie: numbered
-// chunks of sections, and one file for each comment that is too long for its chunk.
+// The working files that hold the conversion records of an open document: numbered chunks
+// of sections, and one file for each comment that is too long for its chunk.
 #pragma once
 
 #include "core/files/IoStatus.h"
@@ -14,8 +14,8 @@ namespace kavu {
 
 class WorkingStore;
 
-/// Above this many bytes a chunk takes no new record, and holds one measurement only once
-/// the group is loaded.
+/// Above this many bytes a chunk takes no new record, and after a load holds only one
+/// measurement.
 inline constexpr std::uint64_t kFullChunk = 30000;
 
 struct ConversionChunk {
@@ -29,17 +29,16 @@ struct ConversionChunk {
 [[nodiscard]] std::string rawGroupName(std::int64_t base);
 [[nodiscard]] std::string rawGroupPath(const WorkingStore& store, std::int64_t base);
 /// The file of a measurement's long comment, and its copy while the record is edited. The copy
-/// is scratch of the editor and no file of the document.
+/// is scratch of the editor, not a file of the document.
 [[nodiscard]] std::string commentName(std::string_view measurement);
 [[nodiscard]] std::string commentPath(const WorkingStore& store, std::string_view measurement);
 [[nodiscard]] std::string commentCopyPath(const WorkingStore& store, std::string_view measurement);
 
 struct ConversionFiles {
-    std::vector<ConversionChunk> chunks;           ///< by rising number
+    std::vector<ConversionChunk> chunks;           ///< by ascending number
     std::unordered_set<std::string> commentFiles;  ///< names
 };
-/// Lists the working store. What it can not list is as if it were not there; the status
-/// tells.
+/// Lists the working store. What cannot be listed is left out, and the status says why.
 [[nodiscard]] IoStatus listConversionFiles(const WorkingStore& store, ConversionFiles& files);
 
 }  // namespace kavu

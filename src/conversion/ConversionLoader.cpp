@@ -43,8 +43,8 @@ bool convertChunks(DocumentContext& context, KeyValueStore& names, UserInterface
     return converter.close();
 }
 
-/// The first free number behind all chunks: a group that is loaded on top of another must
-/// not mix its commands with records. Nothing if the folder can not be listed.
+/// The first free number after all chunks: a group that is loaded in addition must not
+/// mix its commands with records. Nothing if the folder cannot be listed.
 std::optional<std::int64_t> findBase(DocumentContext& context, UserInterface* parent) {
     ConversionFiles files;
     if (const auto status = listConversionFiles(context.store, files); !status.ok()) {
@@ -84,16 +84,16 @@ bool loadConversionGroup(DocumentContext& context, KeyValueStore& names, Convers
     if (!base) {
         return false;
     }
-    // The commands stay whole in one file until all of them are records. Its name tells
-    // from which chunk on the records came from it: what a run that was killed has made
-    // of them so far can be thrown away.
+    // The commands stay in one file until all of them are records. Its name states the
+    // first chunk made from it: what a killed run has made of them so far can be
+    // discarded.
     const auto raw = rawGroupName(*base);
     if (const auto status = context.files.adopt(data1, raw); !status.ok()) {
         reportUnwritable(context, parent, status, "Move");
         return false;
     }
-    // Records of two loads never wait side by side: the raw commands would not tell whose
-    // they are.
+    // Records of two loads never wait together: the raw commands would not show which
+    // load they belong to.
     StagedChunks chunks(*base == 0 ? store.stagingLimit : 0);
     chunks.standFor(raw);
     bool good = load(context, names, parent, edition, context.files.path(raw), *base, chunks);

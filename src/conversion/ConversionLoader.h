@@ -8,13 +8,14 @@ class ConversionStore;
 class KeyValueStore;
 class UserInterface;
 
-/// Turns the commands in "DATA1.TMP" into chunks of sections, behind the chunks that are
-/// there. `names` is used for the measurement names that were met, and is closed at the
-/// end. `edition` rules the limits of the values.
+/// Turns the commands in "DATA1.TMP" into chunks of sections, after the existing chunks.
+/// `names` collects the measurement names, and is closed at the end. `edition` decides
+/// the limits of the values.
 ///
-/// False if it was cancelled, or if a file has failed: then 313 or 314 was shown, and the
-/// files so far remain. Logs 315, 317 and 318 (see ChunkConverter); the document counts as
-/// changed where a value or a record was not kept as it stands in the file.
+/// False if it was cancelled, or if a file has failed: then 313 or 314 ("Unable to ...")
+/// was shown, and the files made so far remain. Logs 315, 317 and 318 (see
+/// ChunkConverter); the document counts as changed if a value or a record was not kept as
+/// it is in the file.
 bool loadConversionGroup(DocumentContext& context, KeyValueStore& names, ConversionStore& store,
                          UserInterface* parent, int edition);
 

@@ -20,7 +20,7 @@ namespace {
 
 constexpr std::size_t kChunksAtHand = 8;
 
-/// A setting becomes a key of a new record.
+/// A setting that becomes a key of a new record.
 struct DefaultKey {
     std::string_view code;
     TextKey setting;
@@ -69,8 +69,8 @@ IoStatus ConversionStore::writeOut() {
         stagedInOperation_ = !status.ok();
         return status;
     }
-    // Records of the load that come to their files late: the document has had them all along,
-    // and no operation that is open now is to take them back.
+    // These records of the load are only written late: they were always part of the document,
+    // and no operation that is open now may take them back.
     const LoadScope scope(context_.files);
     return staged_.writeOut(context_.files);
 }
@@ -211,7 +211,7 @@ std::shared_ptr<ProfileFile> ConversionStore::chunk(std::int64_t number) {
         file->adopt(*bytes);
     }
     recent_.push_front({number, file});
-    // A chunk that somebody still works on stays, so that there is never a second one.
+    // A chunk still in use stays, so that there is never a second copy.
     for (auto it = recent_.end(); recent_.size() > kChunksAtHand && it != recent_.begin();) {
         --it;
         if (it->file.use_count() == 1) {
@@ -235,7 +235,7 @@ IoStatus ConversionStore::store(std::int64_t number, ProfileFile& chunk) {
     };
     status = status.ok() ? chunk.flush(replace) : status;
     if (!status.ok()) {
-        // What is in memory is not what is on the disk: it is read again.
+        // Memory differs from the disk: the chunk is read again.
         discardChanges(number, chunk);
     }
     setSize(number, chunk.serialisedSize());
@@ -258,7 +258,7 @@ void ConversionStore::discardChanges(std::int64_t number, ProfileFile& chunk) {
 const ConversionStore::Holder* ConversionStore::nearest(const std::vector<Holder>& holders,
                                                         std::string_view name, bool exact) const {
     const Holder* best = nullptr;
-    // From the remembered chunk upward, then those in front of it.
+    // From the remembered chunk upward, then those before it.
     const auto comesFirst = [this](std::int64_t a, std::int64_t b) {
         return (a >= remembered_) != (b >= remembered_) ? a >= remembered_ : a < b;
     };
@@ -335,7 +335,7 @@ bool ConversionStore::createDefaultDefinition(UserInterface* parent, const std::
     if (!report(parent, store(place.chunk, *file), "Write/Create")) {
         return false;
     }
-    // A name that no section can have leaves no record behind.
+    // A name that no section can have does not make a record.
     if (!locateDefinition(name).found) {
         return false;
     }
@@ -397,7 +397,7 @@ bool ConversionStore::renameDefinition(UserInterface* parent, const std::string&
     if (!place.found) {
         return false;
     }
-    // Two sections of one name: one of them could never be found again.
+    // Of two sections of one name one could never be found again.
     if (const auto other = locateDefinition(newName); other.found && other.section == newName) {
         return false;
     }

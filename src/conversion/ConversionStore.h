@@ -2,7 +2,7 @@
 // store; this object finds them, makes, renames and deletes them, and keeps their
 // comments.
 //
-// A record is found by its exact name, else by a name that differs in case only. Names are
+// A record is found by its exact name, else by a name that differs only in case. Names are
 // held in an index, so that a look-up costs no search through the files; the files are
 // written before an operation that changes records returns. Records that were loaded and
 // not changed since are in their files only after `writeOut`.
@@ -48,40 +48,42 @@ class ConversionStore : private DocumentListener {
     ~ConversionStore() override;
 
     /// Forgets all that is known of the files, and records that are not in files yet: the
-    /// document was closed, or its chunks were written by somebody else.
+    /// document was closed, or other code has written its chunks.
     void forget();
     /// Takes over the chunks that a load has made.
     void stage(StagedChunks&& chunks);
-    /// Brings all records to their files. Whoever reads the files, not this object, calls it.
+    /// Writes all records to their files. To be called before the files are read other than
+    /// through this object.
     IoStatus writeOut();
-    /// Bytes of records that may wait for `writeOut`.
+    /// How many bytes of records may wait for `writeOut`.
     std::uint64_t stagingLimit = StagedChunks::kDefaultLimit;
 
-    /// Gives the calculated sample rate of a measurement, empty if there is none.
+    /// Returns the calculated sample rate of a measurement, empty if there is none.
     std::function<std::string(std::string_view measurement)> sampleRateStep;
     /// Adds the default comment strings to a new record.
     std::function<void(UserInterface*, const std::string& name)> defaultCommentStep;
 
-    /// Files of the document were put back: what is known of the records in them follows.
+    /// Updates what is known of the records after files of the document were put back.
     void follow(const std::vector<DocumentFile>& files);
 
-    /// The place of a record. The search begins at the chunk found last and goes once
+    /// The place of a record. The search begins at the chunk found last and wraps once
     /// around. A new record goes to the first chunk of less than 30000 bytes.
     [[nodiscard]] RecordPlace locateDefinition(std::string_view name);
 
-    // The operations below are true on success. A file that can not be read or written is
-    // reported with message 313.
+    // The operations below are true on success. A file that cannot be read or written is
+    // reported with message 313 ("Unable to").
 
     /// Makes a record from the default keys of the settings if there is none of the name.
     bool createDefaultDefinition(UserInterface* parent, const std::string& name, bool asTemplate);
-    /// Copies the chunk of a record to "DATA1.TMP" and calls the record `newName` there;
-    /// its comment file is copied along.
+    /// Copies the chunk of a record to "DATA1.TMP", and renames the record to `newName`
+    /// there; its comment file is copied, too.
     bool beginDefinitionEdit(UserInterface* parent, const std::string& name,
                              const std::string& newName);
-    /// Puts "DATA1.TMP" back in the place of the record's chunk.
+    /// Replaces the record's chunk by "DATA1.TMP".
     bool commitDefinitionEdit(UserInterface* parent, const std::string& name);
-    /// Begins the edit of a record, which is made if there is none. `isTemplate` tells if
-    /// nobody has edited it before; it no longer is one. An empty name is reported.
+    /// Begins the edit of a record, which is made if there is none. `isTemplate` is set
+    /// if it was never edited before; it then no longer is a template. An empty name is
+    /// reported.
     bool openDefinitionForEdit(UserInterface* parent, const std::string& name, bool& isTemplate);
     /// Also false if there is a record of the new name.
     bool renameDefinition(UserInterface* parent, const std::string& newName,
@@ -92,28 +94,29 @@ class ConversionStore : private DocumentListener {
     /// there is no such chunk.
     [[nodiscard]] std::optional<std::vector<std::string>> definitionNames(std::int64_t chunkNumber);
 
-    /// The comment with real line breaks; empty if there is none.
-    /// `status`, if given, tells of a file that could not be read.
+    /// The comment with real line breaks; empty if there is none. `status`, if given,
+    /// reports a file that could not be read.
     [[nodiscard]] std::string readEuComment(const std::string& name, bool fromWorkingCopy,
                                             IoStatus* status = nullptr);
-    /// The comment of a record that a pass has at hand. `status`, if given, tells of a
-    /// comment file that could not be read.
+    /// The comment of a record that a pass visits. `status`, if given, reports a comment
+    /// file that could not be read.
     [[nodiscard]] std::string readEuComment(const ProfileFile::Section& record,
                                             IoStatus* status = nullptr);
     /// Stores a comment, in the record if the file it is in stays within 30000 bytes, else
     /// in a file of its own.
     bool writeEuComment(UserInterface* parent, const std::string& name, std::string text,
                         bool toWorkingCopy);
-    /// A pair of the record of private data that travels in the comment. They work on
-    /// "DATA1.TMP" if it exists and holds the record, else on the record in its chunk. The
-    /// edit of a record takes the pairs out of its comment; the save puts them back.
+    /// A pair of the private data that is stored in the comment. These work on "DATA1.TMP"
+    /// if it exists and holds the record, else on the record in its chunk. The edit of a
+    /// record takes the pairs out of its comment; the save puts them back.
     [[nodiscard]] std::string commentRecordGet(const std::string& name, std::string_view key);
     /// False also if the pairs would be longer than 499 characters.
     bool commentRecordSet(UserInterface* parent, const std::string& name, std::string_view key,
                           std::string_view value);
     /// Moves the private pairs from the comment into a key of the record, as every edit does.
     bool separatePairs(UserInterface* parent, const std::string& name, bool workingCopy);
-    /// Stores a fit in the working copy: coefficients by rising power, c[0] to c[order].
+    /// Stores a fit in the working copy: coefficients by ascending power, c[0] to
+    /// c[order].
     bool writeFitCoefficients(UserInterface* parent, const std::string& name, int order,
                               std::span<const double> coefficients);
 
@@ -123,12 +126,12 @@ class ConversionStore : private DocumentListener {
 
     // --- For passes over all records ----------------------------------------------------
 
-    /// The numbers of all chunks, rising. `status`, if given, tells of a store that could
-    /// not be listed; then there are none.
+    /// The numbers of all chunks, ascending. `status`, if given, reports a store that
+    /// could not be listed; then there are none.
     [[nodiscard]] std::vector<std::int64_t> chunkNumbers(IoStatus* status = nullptr);
-    /// A chunk, read if it is not at hand. Whoever changes it calls `store` with it.
+    /// A chunk, read if it is not in memory. After a change it must be passed to `store`.
     [[nodiscard]] std::shared_ptr<ProfileFile> chunk(std::int64_t number);
-    /// Writes a chunk that was changed and takes up its names anew.
+    /// Writes a chunk that was changed and indexes its names again.
     [[nodiscard]] IoStatus store(std::int64_t number, ProfileFile& chunk);
     /// Forgets the changes of a chunk that were not stored.
     void discardChanges(std::int64_t number, ProfileFile& chunk);
@@ -162,8 +165,8 @@ class ConversionStore : private DocumentListener {
                         bool toWorkingCopy);
     /// Deletes the comment of a working copy, if there is one.
     bool removeCommentCopy(UserInterface* parent, const std::string& path) const;
-    /// Tells if there is a comment file; false if that can not be known, which is reported:
-    /// a comment that is taken for missing would be deleted.
+    /// Finds whether there is a comment file. False if that cannot be known, which is
+    /// reported: a comment taken for missing would be deleted.
     bool findComment(UserInterface* parent, const std::string& path, bool& found) const;
     bool copyComment(UserInterface* parent, const std::string& from, const std::string& to) const;
     /// True if "DATA1.TMP" holds the record.

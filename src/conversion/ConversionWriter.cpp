@@ -22,14 +22,14 @@ namespace {
 
 constexpr const char* kGroupName = "Data Conversion Attributes";
 
-/// The value of a field without blanks at its end.
+/// The value of a field without trailing blanks.
 std::string_view field(const ProfileFile::Section& record, std::string_view key,
                        std::string_view otherwise = {}) {
     return trimTrailingBlanks(record.get(key, otherwise));
 }
 
 /// The highest index that any of the items has in the record. A count in a file may be
-/// any number; it is what is there that bounds the loops.
+/// any number, so the items in the record bound the loops.
 int highestIndex(const ProfileFile::Section& record, const ConversionField& list) {
     int highest = 0;
     for (const auto& line : record.lines()) {
@@ -189,12 +189,12 @@ class GroupWriter {
             yieldToInterface(parent_);
             if (cancelRequested(parent_) || !writeRecord(*chunk, sections[i]) ||
                 !output_.status().ok()) {
-                // Nothing of a save that was given up may stay in the records.
+                // No change of an abandoned save may stay in the records.
                 store_.discardChanges(number, *chunk);
                 return false;
             }
         }
-        // A mark is used up only when its calibration is in the update file.
+        // A mark is removed only when its calibration is in the update file.
         if (!changed_.empty() && update_.flush()) {
             for (const auto& name : changed_) {
                 chunk->removeKey(name, recordkey::kChanged);
@@ -215,7 +215,7 @@ class GroupWriter {
                 formatPrintf("Saving Data Conversion Information. Measurement #%d", index_));
             parent_->setProgressBar(percent_);
         }
-        // A default record that nobody has edited leaves as one without a conversion.
+        // A default record that was never edited is written as one without a conversion.
         if (record.integer(recordkey::kTemplate) != 0 && record.get(kTypeCode) != kNoType) {
             chunk.setValue(record.name(), kTypeCode, kNoType);
         }
@@ -225,7 +225,7 @@ class GroupWriter {
         if (!status.ok()) {
             return reportUnreadable(status);
         }
-        // Private pairs travel in the comment, where other software sees text.
+        // Private pairs are stored in the comment, where other software sees text.
         if (const auto pairs = record.get(recordkey::kCommentRecord); !pairs.empty()) {
             comment = std::string("[KAVU:").append(pairs).append("]").append(comment);
         }

@@ -55,7 +55,7 @@ void fillNormalEquations(std::span<const double> x, std::span<const double> y, s
     }
 }
 
-/// The only pivoting, in front of the factorisation. Of equal rows the later one wins.
+/// The only pivoting, before the factorisation. Of equal rows the later one wins.
 void orderRows(std::size_t m, Matrix& matrix) {
     for (std::size_t i = 1; i <= m; ++i) {
         std::size_t pivot = i;
@@ -123,7 +123,8 @@ double horner(double x, int order, const FitCoefficients& c) {
 
 /// The powers 0 to k of every x in one flat block, where the element of pair i and power j
 /// is at i + (k + 1) j. With more than k + 1 pairs the rows overlay one another and later
-/// ones win; the search has always read it so, and the order that it chooses depends on it.
+/// ones win; the search has always read it like this, and the order that it chooses depends
+/// on it.
 std::vector<double> overlaidPowers(std::span<const double> x, std::size_t k) {
     std::vector<double> table(x.size() * (k + 1));
     for (std::size_t i = 0; i < x.size(); ++i) {

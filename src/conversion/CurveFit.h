@@ -16,7 +16,7 @@ namespace kavu {
 
 /// The highest order of a fit.
 inline constexpr int kHighestOrder = 10;
-/// The coefficients behind the constant one that a record may hold.
+/// The most coefficients after the constant one that a record may hold.
 inline constexpr int kMostTerms = 99;
 
 /// c[0] to c[kHighestOrder]; those above the order of the fit are not used.
@@ -24,15 +24,15 @@ using FitCoefficients = std::array<double, kHighestOrder + 1>;
 
 /// Least squares by normal equations and a Crout factorisation. False for an order below 0,
 /// over 10 or not below the number of pairs, and for a singular system, which is one with a
-/// pivot of exactly 0. `x` and `y` are of one length; an x of 0.0 becomes the smallest
-/// normal number and stays so. A failure leaves `c` as it was if the order is refused.
+/// pivot of exactly 0. `x` and `y` have the same length; an x of 0.0 is replaced by the
+/// smallest normal number for good. If the order is refused `c` stays as it was.
 [[nodiscard]] bool leastSquaresFit(std::span<double> x, std::span<const double> y, int order,
                                    FitCoefficients& c);
 
 /// The order that fits best, or 0 for none: the first from which the next order does not
 /// lower the error sum by more than 30 percent, or one whose scaled residuals are within 1.
-/// A search that ends without an answer names the highest order. Without `search` it is
-/// `maxOrder` if that can be fitted. `c`, if given, takes the coefficients of the last fit.
+/// A search that ends without an answer gives the highest order. Without `search` it is
+/// `maxOrder` if that can be fitted. `c`, if given, gets the coefficients of the last fit.
 [[nodiscard]] int bestFitOrder(std::span<double> x, std::span<const double> y, bool search,
                                int maxOrder, FitCoefficients* c = nullptr);
 
@@ -44,7 +44,7 @@ using FitCoefficients = std::array<double, kHighestOrder + 1>;
                                             std::span<const double> errors);
 [[nodiscard]] double rootMeanSquare(std::span<const double> y, std::span<const double> computed);
 [[nodiscard]] double populationDeviation(std::span<const double> values);
-/// True from an error of 0.5 percent of full scale on, that value included.
+/// True for an error of 0.5 percent of full scale or more.
 [[nodiscard]] bool isOutOfTolerance(double y, double computed, double fullScale);
 
 /// The residuals of a fit as the search for the order judges them.

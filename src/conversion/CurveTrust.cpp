@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kSteps = 1024;
 constexpr int kMostBits = 64;
-/// With this many digits behind the point a text gives back the very number.
+/// With this many digits after the point a text reads back as exactly the same number.
 constexpr int kExactPrecision = 16;
 
 std::size_t countDifferent(std::span<const double> x) {
@@ -59,7 +59,7 @@ class Judge {
         const auto percent = [&](double x) {
             const double value = evaluatePolynomial(x, written, order);
             const double share = std::abs((value - reference->value(x)) * 100 / fullScale_);
-            // What is not a number is no small difference.
+            // NaN must not count as a small difference.
             return std::isnan(share) ? std::numeric_limits<double>::infinity() : share;
         };
         Difference found;

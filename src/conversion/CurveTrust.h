@@ -1,8 +1,8 @@
 // How far a fit can be trusted. The normal equations lose digits with every order, and the
-// coefficients lose more when they are written with few digits: over counts 30000 to 34000
-// an order 7 fit with 8 decimals is wrong by half of full scale, and nothing of its residuals
-// in memory shows it. So the coefficients as they are written are held against a fit of the
-// same order that is computed on orthogonal polynomials. No number of a record is changed.
+// coefficients lose more when they are written with few digits: over counts 30000 to 34000 an
+// order 7 fit with 8 decimals is wrong by half of full scale, and its residuals in memory do
+// not show it. So the coefficients as they are written are compared with a fit of the same
+// order on orthogonal polynomials. No number of a record is changed.
 #pragma once
 
 #include <algorithm>
@@ -36,7 +36,7 @@ class OrthogonalFit {
     std::vector<double> weights_;
 };
 
-/// All counts from the lowest to the highest of a measurement's word.
+/// The counts of a measurement's word, from the lowest to the highest.
 struct CountRange {
     double lowest = 0;
     double highest = 0;
@@ -56,8 +56,8 @@ struct CurveTrust {
 
 inline constexpr double kTrustLimit = 0.1;  ///< percent of full scale
 
-/// Judges the fit of an order whose coefficients are written with `precision` digits behind
-/// the point. The range is looked at in 1024 steps beside the pairs.
+/// Judges the fit of an order whose coefficients are written with `precision` digits after
+/// the point. Besides the pairs, the range is checked in 1024 steps.
 [[nodiscard]] CurveTrust judgeFit(std::span<const double> x, std::span<const double> y, int order,
                                   int precision, double fullScale, std::optional<CountRange> range);
 

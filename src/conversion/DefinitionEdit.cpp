@@ -37,7 +37,7 @@ void put(ProfileFile& file, const std::string& section, const std::string& key, 
     }
 }
 
-/// Keys that tell of the record itself and not of a conversion.
+/// Keys that describe the record itself and not its conversion.
 bool staysWithRecord(std::string_view key) {
     return equalsIgnoreCase(key, recordkey::kTemplate) ||
            equalsIgnoreCase(key, recordkey::kChanged) || equalsIgnoreCase(key, kCommentCode);
@@ -215,7 +215,7 @@ bool DefinitionEdit::cancel(UserInterface* parent) {
     if (!wasTemplate_) {
         return gone;
     }
-    // The record was made for a look at it, and goes in the same way.
+    // The record was made only to be shown, and is deleted in the same way.
     Transaction transaction(*context_, OperationId::EditConversion);
     return store_->deleteDefinition(parent, name_) && transaction.commitUnasked().ok() && gone;
 }

@@ -27,10 +27,10 @@ class DefinitionEdit {
                                                             const std::string& name);
 
     [[nodiscard]] const std::string& name() const { return name_; }
-    /// Nobody had edited the record before.
+    /// True if the record was never edited before.
     [[nodiscard]] bool wasTemplate() const { return wasTemplate_; }
 
-    /// A field of the working copy with real line breaks, and without blanks at its end.
+    /// A field of the working copy with real line breaks, and without trailing blanks.
     [[nodiscard]] std::string value(std::string_view code, std::string_view otherwise = {}) const;
     using Values = std::vector<std::pair<std::string, std::string>>;
     /// Stores fields in the working copy; an empty value removes its key.
@@ -38,20 +38,20 @@ class DefinitionEdit {
     /// The rows of a list: its count, then the items of each row by their codes.
     [[nodiscard]] std::vector<std::vector<std::string>> rows(
         std::string_view countCode, std::span<const std::string_view> codes) const;
-    /// Writes the count and the rows and removes those that a longer list has left behind.
+    /// Writes the count and the rows, and removes those left of a longer list.
     bool setRows(UserInterface* parent, std::string_view countCode,
                  std::span<const std::string_view> codes,
                  const std::vector<std::vector<std::string>>& rows);
 
-    /// The working copy as it stands.
+    /// The working copy as it is now.
     [[nodiscard]] ProfileFile copy() const;
-    /// Which fields the record has is a question of its edition.
+    /// The edition of the document, which decides the fields of the record.
     [[nodiscard]] int edition() const;
     [[nodiscard]] std::string comment() const;
     bool setComment(UserInterface* parent, std::string text);
 
-    /// Stamps "CRT" with the present date for an edit of the page of EU information, unless
-    /// it was set by hand.
+    /// Sets "CRT" to the present date for an edit of the page of EU information, unless it
+    /// was set by hand.
     bool stampRelease(UserInterface* parent, bool setByHand);
 
     enum class Import { SameType, OtherType, NoSource, Failed };
@@ -59,10 +59,10 @@ class DefinitionEdit {
     /// remembers its name for the next time.
     Import importValues(UserInterface* parent, const std::string& source);
 
-    /// OK: marks the record as changed, trims its sample rate if rates are checked, and puts
-    /// the working copy in its place. The document counts as changed.
+    /// OK: marks the record as changed, trims its sample rate if rates are checked, and
+    /// replaces it by the working copy. The document counts as changed.
     bool store(UserInterface* parent);
-    /// Cancel: the record stays as it was, and one that was only a template goes.
+    /// Cancel: the record stays as it was, and one that was only a template is deleted.
     bool cancel(UserInterface* parent);
 
   private:
@@ -80,11 +80,12 @@ class DefinitionEdit {
     bool wasTemplate_;
 };
 
-/// The present date and time as "CRT" has them.
+/// The present date and time in the format of "CRT".
 [[nodiscard]] std::string releaseStamp(const DocumentContext& context);
 
-/// The records that values can be imported from: all but the one that is edited. Without any
-/// message 435 is shown. `preselected` gets the name used last, if it is among them.
+/// The records that values can be imported from: all but the one that is edited. If there
+/// are none message 435 ("no other measurements") is shown. `preselected` gets the name used
+/// last, if it is among them.
 [[nodiscard]] std::vector<std::string> importSources(DocumentContext& context,
                                                      ConversionStore& store, UserInterface* parent,
                                                      const std::string& name,
@@ -92,7 +93,8 @@ class DefinitionEdit {
 
 // --- Defaults for new records ------------------------------------------------------------
 
-/// Asks message 437 and stores the first three letters of both texts in `CBFM` and `CDCT`.
+/// Asks with message 437 ("save ... values as defaults") and stores the first three
+/// letters of both texts in `CBFM` and `CDCT`.
 bool saveTypeDefaults(DocumentContext& context, UserInterface* parent, std::string_view format,
                       std::string_view type);
 void saveLinkTypeDefault(DocumentContext& context, std::string_view linkType);
@@ -113,17 +115,19 @@ struct DefinitionRow {
                                                         std::string_view filter);
 /// "All Measurements", then every type that the edition knows.
 [[nodiscard]] std::vector<std::string> definitionFilters(int edition);
-/// Asks message 82 and deletes the record; the document counts as changed. `selection`, an
-/// index into the rows, moves to the row that takes the place.
+/// Asks with message 82 ("Are You Sure?") and deletes the record; the document counts as
+/// changed. `selection`, an index into the rows, moves to the row that follows.
 bool deleteDefinitionRow(DocumentContext& context, ConversionStore& store, UserInterface* parent,
                          std::vector<DefinitionRow>& rows, std::size_t& selection);
 
-/// Asks message 118 and deletes the record; the document counts as changed.
+/// Asks with message 118 ("permanently delete the EU definitions") and deletes the
+/// record; the document counts as changed.
 bool deleteDefinitionAsked(DocumentContext& context, ConversionStore& store, UserInterface* parent,
                            const std::string& name);
-/// Asks message 436 and for the new name, and renames the record, not what streams have under
-/// the name. An empty name is refused with message 326, a semi-colon with 402, a name that a
-/// record has already with a text. The new name, or nothing.
+/// Asks with message 436 ("rename the EU definition") and for the new name, and renames the
+/// record, but nothing in the streams. An empty name is refused with message 326 ("enter a
+/// measurement name"), a semi-colon with 402, a name that another record has with a text.
+/// Returns the new name, or nothing.
 std::optional<std::string> renameDefinitionAsked(DocumentContext& context, ConversionStore& store,
                                                  UserInterface* parent, const std::string& name);
 
@@ -142,7 +146,7 @@ struct CommentString {
 void writeCommentStrings(DocumentContext& context, std::span<const CommentString> strings);
 /// The comment of a new record: a line for each enabled string, with its default value.
 [[nodiscard]] std::string defaultComment(std::span<const CommentString> strings);
-/// What stands behind a string's text on its line of a comment; empty if it is not there.
+/// What follows a string's text on its line of a comment; empty if it is missing.
 [[nodiscard]] std::string commentStringValue(std::string_view comment, std::string_view text);
 
 }  // namespace kavu

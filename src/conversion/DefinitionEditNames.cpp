@@ -1,4 +1,4 @@
-// What the tree of the document does to a record: delete it, give it another name.
+// What the tree of the document does to a record: delete and rename it.
 #include "conversion/ConversionFields.h"
 #include "conversion/ConversionStore.h"
 #include "conversion/DefinitionEdit.h"
@@ -15,7 +15,7 @@ constexpr int kDeleteRecord = 118;
 constexpr int kEnterNameFirst = 326;
 constexpr int kRenameRecord = 436;
 
-/// Why a record can not have a name is told.
+/// True if a record can have the name; if not, the reason is reported.
 bool canBeNamed(DocumentContext& context, ConversionStore& store, UserInterface* parent,
                 const std::string& name, const std::string& present) {
     const auto refuse = [&](MessageFor<> id) {
@@ -29,7 +29,7 @@ bool canBeNamed(DocumentContext& context, ConversionStore& store, UserInterface*
         return refuse(message::kNoSemicolon);
     }
     const auto other = store.locateDefinition(name);
-    // Sections are found whatever the case: two that differ in it would be one.
+    // Sections are found whatever the case: two that differ only in case would be one.
     const bool taken = other.found && !equalsIgnoreCase(other.section, present);
     if (taken || !ProfileFile::canBeSection(name) || name.size() > kLongestMeasurementName) {
         showBox(parent,

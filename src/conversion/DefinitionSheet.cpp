@@ -69,7 +69,8 @@ class Changes {
             }
         }
     }
-    /// The type as it is stored. In 106-96 it is told by the fields of voice and video.
+    /// The type as it is stored. In 106-96 voice and video are shown only by their
+    /// fields.
     void collectType(const std::string& type) {
         if (type == shownType(file_, edit_.name(), edit_.edition())) {
             return;
@@ -148,7 +149,7 @@ bool storePages(DefinitionEdit& edit, UserInterface* parent, const DefinitionVal
             return false;
         }
     }
-    // The comment comes last: where it is kept is a question of the size of the rest.
+    // The comment comes last: where it is kept depends on the size of the rest.
     const auto comment = now.field(kCommentCode);
     return storeList(edit, parent, bitWeightList(), now) &&
            (comment == edit.comment() || edit.setComment(parent, comment));

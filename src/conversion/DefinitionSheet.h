@@ -1,6 +1,6 @@
-// What the sheet of a conversion record and its detail window show, as values, and how what the
-// user made of them goes into the working copy: only what was changed, so that a record
-// keeps the bytes of its file.
+// What the sheet of a conversion record and its detail window show, as values, and how the
+// user's changes are stored in the working copy: only what was changed, so that a record keeps
+// the bytes of its file.
 #pragma once
 
 #include "conversion/EuVocabulary.h"
@@ -27,20 +27,21 @@ struct DefinitionValues {
     [[nodiscard]] bool operator==(const DefinitionValues&) const = default;
 };
 
-/// The pages: their fields with the comment and the type that the record shows, their lists,
-/// the weights of the bits. Before 106-99 the one ambient value is the row of its list.
+/// Reads the pages: their fields with the comment and the type that the record shows, their
+/// lists, the weights of the bits. Before 106-99 the one ambient value is the row of its
+/// list.
 [[nodiscard]] DefinitionValues readPages(const DefinitionEdit& edit);
-/// Stores what differs from the working copy. In 106-96 a type leaves only its own voice or video
-/// fields, because the record tells the type by them. False if a file failed, which is reported.
+/// Stores what differs from the working copy. In 106-96 a type keeps only its own voice or video
+/// fields, because they define the type of the record. False if a file failed, which is reported.
 bool storePages(DefinitionEdit& edit, UserInterface* parent, const DefinitionValues& now);
 
-/// The same for the window of a type, except pair sets, which are kept by their own page.
+/// The same for the window of a type, except pair sets, which their own page stores.
 [[nodiscard]] DefinitionValues readDetail(const DefinitionEdit& edit, const DetailWindow& window);
 bool storeDetail(DefinitionEdit& edit, UserInterface* parent, const DetailWindow& window,
                  const DefinitionValues& now);
 
-/// Stores, of the values of the pages, those that a curve is fitted with and drawn from, so that
-/// a fit follows them while the sheet is up. `changed` tells whether any differed.
+/// Stores only the values of the pages that a curve is fitted with and drawn from, so that a fit
+/// follows them while the sheet is open. `changed` is set if any differed.
 bool storeFitFields(DefinitionEdit& edit, UserInterface* parent, const DefinitionValues& now,
                     bool& changed);
 

@@ -14,7 +14,6 @@ namespace kavu {
 
 namespace {
 
-/// What the two digits of a count can say.
 constexpr int kFirstEditionOfNegativePowers = 2007;
 
 std::vector<double> fitOfPairs(const ProfileFile& file, std::string_view name, std::string& why) {

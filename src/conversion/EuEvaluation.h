@@ -1,4 +1,4 @@
-// Telemetry values into engineering units by what a conversion record says.
+// Converts telemetry values into engineering units as a conversion record defines.
 #pragma once
 
 #include "core/files/ProfileFile.h"
@@ -10,17 +10,16 @@
 
 namespace kavu {
 
-/// The polynomial of a record, in rising or in falling powers of the telemetry value.
+/// The polynomial of a record, in ascending or descending powers of the telemetry value.
 class EuEvaluation {
   public:
     /// From a record of type "PRS" with "PS1" at "Y" (the fit of order "PS2" over its pairs),
-    /// "COE", or "NPC" from edition 2007 on. For every other, `why` tells what stands against
-    /// it.
+    /// "COE", or "NPC" from edition 2007 on. For any other `why` gives the reason.
     [[nodiscard]] static std::optional<EuEvaluation> make(const ProfileFile& file,
                                                           std::string_view name, int edition,
                                                           std::string& why);
 
-    /// Nothing where there is no finite value, as for a negative power of 0.
+    /// Nothing if there is no finite value, as for a negative power of 0.
     [[nodiscard]] std::optional<double> value(double telemetry) const;
 
     [[nodiscard]] const std::string& type() const { return type_; }

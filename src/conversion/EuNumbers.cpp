@@ -17,7 +17,7 @@ std::string formatted(PrintfFormat<int, double> format, double value, int precis
     return formatPrintf(format, std::clamp(precision, 0, kMostFloatPrecision), value);
 }
 
-/// Of a number without sign that is out of range: nothing, or beyond everything.
+/// The value of an unsigned number that is out of range: 0 or infinity.
 double beyondRange(std::string_view text) {
     const auto exponent = text.find_first_of("eE");
     if (exponent != std::string_view::npos) {

@@ -1,4 +1,4 @@
-// The text forms of the numbers of conversions.
+// Numbers of conversions as texts.
 #pragma once
 
 #include "core/talk/SettingKeys.h"
@@ -10,11 +10,12 @@ namespace kavu {
 
 class ProfileSettings;
 
-/// The decimal number at the front of a text behind white space; 0 if there is none. What is
-/// beyond the range of a double is infinite; words and hexadecimal forms are no numbers.
+/// The decimal number at the front of a text, after white space; 0 if there is none. A
+/// number beyond the range of a double is infinite; words and hexadecimal numbers do not
+/// count.
 [[nodiscard]] double leadingDouble(std::string_view text);
 
-/// Digits behind the point in texts of coefficients and statistics: `FloatPrecision`, 0 to 40.
+/// Digits after the point in texts of coefficients and statistics: `FloatPrecision`, 0 to 40.
 [[nodiscard]] int floatPrecision(const ProfileSettings& settings);
 inline constexpr int kMostFloatPrecision = setting::kFloatPrecision.most;
 

@@ -20,10 +20,10 @@ struct EuList {
     std::string_view countCode{};
     std::string_view title{};
     std::span<const Field> columns{};
-    int mostRows = 0;      ///< what the digits of the count can say
+    int mostRows = 0;      ///< the most that the digits of the count allow
     int mostRows1996 = 0;  ///< 0: the same
     int firstEdition = 0;
-    /// Asks for the one value of a row; without it a row has a dialog of its own.
+    /// Prompt for the one value of a row; if empty, a row has a dialog of its own.
     std::string_view prompt{};
 
     [[nodiscard]] constexpr bool isIn(int edition) const { return edition >= firstEdition; }
@@ -32,7 +32,7 @@ struct EuList {
     }
 };
 
-/// The list of a count with columns, which outlive it.
+/// The list of a count with these columns, which must outlive it.
 [[nodiscard]] constexpr EuList euListOf(const Field& count, std::span<const Field> columns,
                                         std::string_view prompt = {}) {
     return {.countCode = count.code,
@@ -89,8 +89,8 @@ struct DetailWindow {
     std::span<const Field> fields{};
     std::span<const EuList> lists{};
 };
-/// Nothing for a type without a window, and for one that the edition does not know. With
-/// `plot` pair sets have the window with their plot.
+/// Nothing for a type without a window, and for one that the edition does not have. With
+/// `plot` pair sets get the window with their plot.
 [[nodiscard]] std::optional<DetailWindow> detailWindow(std::string_view type, int edition,
                                                        bool plot);
 
@@ -99,7 +99,7 @@ struct DetailWindow {
 
 /// The display text of a stored type; the type itself if none is known.
 [[nodiscard]] std::string typeText(std::string_view stored, int edition);
-/// The stored value of a display text: its first three characters without a blank at the end.
+/// The stored value of a display text: its first three characters without a trailing blank.
 [[nodiscard]] std::string storedType(std::string_view text);
 /// The same for an edition: 106-96 stores "NON" for voice and video.
 [[nodiscard]] std::string storedType(std::string_view text, int edition);

@@ -31,7 +31,8 @@ struct PairLine {
     double y;
 };
 
-/// Gives the lines one after the other to `take`; what is wrong with the file, or nothing.
+/// Passes the lines one after the other to `take`. Returns what is wrong with the file, or
+/// an empty text.
 template <typename Take>
 std::string readLines(std::string_view text, Take take) {
     if (text.starts_with(kByteOrderMark)) {

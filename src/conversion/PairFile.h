@@ -16,14 +16,14 @@ struct PairFile {
     std::string error;  ///< what is wrong with the file; then there are no values
 };
 
-/// The values are parted by a tab, a semi-colon, a comma or blanks, and may stand in quotes.
-/// Blank lines, lines that begin with `#`, columns behind the second, and a first line
-/// whose columns do not begin as numbers are left out. Every other line must hold two finite
+/// The values are separated by a tab, a semi-colon, a comma or blanks, and may be in quotes.
+/// Blank lines, lines that begin with `#`, columns after the second, and a first line whose
+/// columns do not begin as numbers are ignored. Every other line must hold two finite
 /// numbers.
 [[nodiscard]] PairFile parsePairFile(std::string_view text);
 
-/// The same file as the texts of the two boxes of the import, one value a line: the values
-/// stand in them as in the file.
+/// The same file as the texts of the two boxes of the import, one value per line, spelled
+/// as in the file.
 struct PairColumns {
     std::string telemetry;
     std::string engineering;

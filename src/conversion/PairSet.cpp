@@ -21,7 +21,7 @@ ValuePair cutToLimits(ValuePair pair) {
     return pair;
 }
 
-/// The next line of a text, which ends with a line feed; nothing behind the last one.
+/// The next line of a text, which ends with a line feed; nothing after the last one.
 std::optional<std::string_view> takeLine(std::string_view& text) {
     const auto end = text.find('\n');
     if (end == std::string_view::npos) {
@@ -39,7 +39,7 @@ std::optional<std::string> checkValue(int row, const char* axis, std::string_vie
         return formatPrintf("Error in row #%d. %s Value found is not a valid floating point number",
                             row, axis);
     }
-    // Cut off, a number may lose its exponent and be another one.
+    // A truncated number may lose its exponent and become another one.
     if (text.size() > limit) {
         return formatPrintf("Error in row #%d. %s Value found is longer than %d characters", row,
                             axis, limit);
@@ -47,7 +47,7 @@ std::optional<std::string> checkValue(int row, const char* axis, std::string_vie
     return std::nullopt;
 }
 
-/// NaN can not come from a text, so that this is an order.
+/// No text gives NaN, so this is a strict order.
 bool comesFirst(const ValuePair& a, const ValuePair& b) {
     return leadingDouble(a.telemetry) < leadingDouble(b.telemetry);
 }

@@ -31,38 +31,39 @@ class PairSet {
     static constexpr std::string_view kEnterTelemetry = "Enter Telemetry Value";
     static constexpr std::string_view kEnterEngineering = "Enter EU Value";
 
-    /// With `sorted` every change brings the pairs into ascending order of telemetry values.
+    /// With `sorted` every change sorts the pairs by ascending telemetry value.
     explicit PairSet(bool sorted = false) : sorted_(sorted) {}
 
     [[nodiscard]] const std::vector<ValuePair>& pairs() const { return pairs_; }
     [[nodiscard]] std::size_t size() const { return pairs_.size(); }
-    /// Add is offered.
+    /// True if Add is offered.
     [[nodiscard]] bool canAdd() const { return pairs_.size() < kMostPairs; }
 
-    /// These give the place of the pair after the change, from 0; nothing if the list is full
-    /// or there is no such pair. Texts are cut to their limits.
+    /// These return the place of the pair after the change, from 0; nothing if the list is
+    /// full or there is no such pair. Texts are cut to their limits.
     std::optional<std::size_t> add(ValuePair pair);
     std::optional<std::size_t> edit(std::size_t index, ValuePair pair);
     bool remove(std::size_t index);
     void clear() { pairs_.clear(); }
-    /// Pairs that were sorted can not be brought back into their former order. Gives the place
-    /// of the pair that was at `followed`.
+    /// The former order of pairs that were sorted is lost. Returns the place of the pair that
+    /// was at `followed`.
     std::size_t setSorted(bool sorted, std::size_t followed = 0);
 
-    /// The values as numbers; text that is no number is 0.
+    /// The values as numbers; a text that is not a number is 0.
     [[nodiscard]] std::vector<double> telemetryValues() const;
     [[nodiscard]] std::vector<double> engineeringValues() const;
 
     // --- Import ---------------------------------------------------------------------------
 
-    /// What the two boxes of the import show at first: one value a line.
+    /// What the two boxes of the import show at first: one value per line.
     [[nodiscard]] std::pair<std::string, std::string> boxTexts() const;
-    /// Takes the lines of the boxes in step until either runs out; a pair counts if both of
-    /// its lines hold something. Gives the text of an error, and then the list is as it was.
+    /// Takes the lines of the boxes in pairs until either runs out; a pair counts if neither
+    /// of its lines is empty. Returns the text of an error, and then the list is as it was.
     [[nodiscard]] std::optional<std::string> import(std::string_view telemetryBox,
                                                     std::string_view engineeringBox);
-    /// The two boxes' texts of two columns that were copied from a spreadsheet: columns are
-    /// parted by a tab, else a semi-colon, else a comma with or without blanks, else blanks.
+    /// The texts of the two boxes for two columns copied from a spreadsheet: columns are
+    /// separated by a tab, else a semi-colon, else a comma with or without blanks, else
+    /// blanks.
     [[nodiscard]] static std::pair<std::string, std::string> splitColumns(std::string_view text);
 
     // --- The record -----------------------------------------------------------------------
@@ -70,7 +71,7 @@ class PairSet {
     /// Reads "PS\N" pairs, at most 99, from a section; missing values are empty.
     [[nodiscard]] static PairSet read(const ProfileFile& file, std::string_view section,
                                       bool sorted = false);
-    /// Writes "PS\N" and the pairs, and removes those that a longer list has left behind.
+    /// Writes "PS\N" and the pairs, and removes those left of a longer list.
     bool write(ProfileFile& file, std::string_view section) const;
 
   private:
@@ -80,7 +81,7 @@ class PairSet {
     bool sorted_;
 };
 
-/// What stands in a line of text with two columns.
+/// The values in a line of text with two columns.
 struct ColumnPair {
     std::string_view first;
     std::string_view second;

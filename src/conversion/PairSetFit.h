@@ -21,7 +21,7 @@ class Messages;
 /// The settings of fits.
 struct FitOptions {
     int maxOrder = 5;            ///< `LSBFMaxOrder`, 1 to 10: of the search for the best fit
-    bool useBestFit = false;     ///< `UseLSBFSolution`: the order follows the search
+    bool useBestFit = false;     ///< `UseLSBFSolution`: use the order that the search finds
     bool curveAllPairs = false;  ///< `CurveAllPairs`: the curve runs through every count
     int defaultBits = 16;        ///< `CurveDefBits`: the word size if that is unknown
     bool sorted = false;         ///< `PRSSort`
@@ -31,14 +31,15 @@ struct FitOptions {
     [[nodiscard]] static FitOptions read(const ProfileSettings& settings);
 };
 
-/// The highest order that the list of orders offers; a best fit of 10 is used all the same.
+/// The highest order that the list of orders offers; a best fit of 10 is used nevertheless.
 inline constexpr int kHighestListedOrder = 9;
 
-/// Stores the word size of curves; under 1 it is refused with message 405.
+/// Stores the word size of curves; one under 1 is refused with message 405 ("Invalid
+/// 'Number Of Bits'").
 bool writeCurveDefaultBits(const Messages& messages, ProfileSettings& settings,
                            UserInterface* parent, int bits);
 
-/// The texts of the limits of a record, as they stand on their page.
+/// The texts of the limits of a record, as on their page.
 struct RecordLimits {
     std::string valueHigh;  ///< "MOT1"
     std::string valueLow;   ///< "MOT2"
@@ -61,7 +62,7 @@ struct FitInput {
 /// What the refit has found. Rows are in the order of the pairs.
 struct FitResult {
     int pairs = 0;
-    int order = 0;    ///< that was fitted
+    int order = 0;    ///< the one that was fitted
     int bestFit = 0;  ///< 0 for unknown
     bool fitted = false;
     FitCoefficients coefficients{};
@@ -69,7 +70,7 @@ struct FitResult {
     std::vector<double> y;
     std::vector<double> computed;  ///< empty without a fit, as the following
     std::vector<double> errors;    ///< computed minus given values
-    std::vector<bool> marked;      ///< 0.5 percent of full scale or more away
+    std::vector<bool> marked;      ///< off by 0.5 percent of full scale or more
     double rms = 0;
     double correlation = 0;
     PlotRange fullScale;
@@ -86,7 +87,7 @@ struct FitResult {
     [[nodiscard]] std::span<const double> fittedCoefficients() const;
 };
 
-/// Text in the boxes of values counts as a number as far as it is one. A fit with numbers that
+/// In the boxes of values the number at the front of the text counts. A fit with numbers that
 /// are not finite counts as failed: no record can hold them.
 [[nodiscard]] FitResult refitPairs(const FitInput& input, const FitOptions& options);
 
@@ -99,7 +100,7 @@ struct FitResult {
 [[nodiscard]] std::optional<CountRange> fitCountRange(const FitInput& input,
                                                       const FitOptions& options);
 
-/// How far the result holds as it is written. The range of the counts is looked at if the
+/// How far the result holds as it is written. The range of the counts is checked if the
 /// word length is known or the curve is drawn over it.
 [[nodiscard]] CurveTrust judgeResult(const FitResult& result, const FitInput& input,
                                      const FitOptions& options);
@@ -109,7 +110,7 @@ struct FitResult {
 [[nodiscard]] std::string bestFitText(int bestFit);
 /// "c(%d) = %.*e" with `E`, one for each coefficient.
 [[nodiscard]] std::vector<std::string> coefficientLines(const FitResult& result, int precision);
-/// What stands in the plot area when there is no curve; empty if there is one.
+/// The text in the plot area if there is no curve; empty if there is one.
 [[nodiscard]] std::string fitFailureText(const FitResult& result);
 
 /// Pair number, "Corrected EU Value" and "Error" of a row; the last two are empty without a
@@ -125,13 +126,13 @@ struct FitRow {
 
 struct FitDrawing {
     std::string units;     ///< "MN3"
-    bool rescale = false;  ///< take the full scale for the range of Y
+    bool rescale = false;  ///< use the full scale as the range of Y
     bool printing = false;
     double widthFraction = 1;
     double heightFraction = 1;
     PlotAlignment alignment = PlotAlignment::Centre;
     std::optional<std::size_t> selected;  ///< a row that is highlighted
-    bool showMarked = false;              ///< rings the rows that are out of tolerance, too
+    bool showMarked = false;              ///< also rings the rows that are out of tolerance
 };
 /// The most points of a curve through every count; a longer range is drawn in equal steps.
 inline constexpr std::size_t kMostCurvePoints = std::size_t{1} << 20;
@@ -141,28 +142,28 @@ inline constexpr std::size_t kMostCurvePoints = std::size_t{1} << 20;
                                       const FitInput& input, const FitOptions& options,
                                       const FitDrawing& drawing);
 
-/// Leaves just the room that the labels and the titles of a frame need on a window. `scaled`
-/// has the ranges of the drawing; `xTitle` tells whether there is a title below the labels.
+/// Leaves only the room that the labels and the titles of a frame need on a window. `scaled`
+/// has the ranges of the drawing; `xTitle` is true if there is a title below the labels.
 void leaveRoomForLabels(FitDrawing& drawing, const DrawingSurface& surface,
                         const PlotAttributes& scaled, bool xTitle);
 
-/// Draws the axes and the three series, or the text of what is wrong. False if no frame could
+/// Draws the axes and the three series, or the text of the failure. False if no frame could
 /// be drawn.
 bool drawFit(Plot& plot, DrawingSurface& surface, const FitResult& result, const FitInput& input,
              const FitOptions& options, const FitDrawing& drawing);
 
 /// The attributes that the residuals are drawn with. The range of X is that of `curve`
-/// (`fitScale`), so that both have their pairs one above the other.
+/// (`fitScale`), so that the pairs of both are aligned.
 [[nodiscard]] PlotAttributes residualScale(const PlotAttributes& curve, const FitResult& result);
 
-/// Draws the errors under the curve: a zero line and one bar a pair; bars are of the colour of
-/// the curve, those of rows out of tolerance of the colour of their rings. The attributes of
-/// the plot are those of `residualScale`.
+/// Draws the errors under the curve: a zero line and one bar per pair. Bars have the colour of
+/// the curve, those of rows out of tolerance the colour of their rings. The attributes of the
+/// plot are those of `residualScale`.
 bool drawResiduals(Plot& plot, DrawingSurface& surface, const FitResult& result,
                    const FitDrawing& drawing);
 
-/// One page: the name, the plot, the coefficients and the statistics. False if the page can
-/// not be started or there is no frame.
+/// One page: the name, the plot, the coefficients and the statistics. False if the page
+/// cannot be started or there is no frame.
 bool drawFitPage(Plot& plot, DrawingSurface& page, std::string_view name, const FitResult& result,
                  const FitInput& input, const FitOptions& options, FitDrawing drawing);
 

@@ -119,7 +119,7 @@ bool PairSetPage::enableSeries(UserInterface* parent, bool on, SeriesValues& ser
 }
 
 bool PairSetPage::storeSeries(UserInterface* parent, const SeriesValues& series) {
-    // A blank ends a pair in the row where they are kept.
+    // A blank would end the pair where they are kept.
     const auto held = [](std::string_view text) {
         return replaceAll(cutToBytes(trim(text), kSeriesLimit), " ", "");
     };

@@ -26,7 +26,7 @@ class PairSetPage {
   public:
     static constexpr std::size_t kSeriesLimit = 20;  ///< characters of a value
 
-    /// `name` is a record whose working copy is up.
+    /// REQUIRES: the record `name` has a working copy.
     PairSetPage(DocumentContext& context, ConversionStore& store, std::string name)
         : context_(context), store_(store), name_(std::move(name)) {}
 
@@ -37,10 +37,11 @@ class PairSetPage {
     [[nodiscard]] PairSet pairs() const;
     /// "MN3"
     [[nodiscard]] std::string units() const;
-    /// The record defines a curve: "PS1" is "Y".
+    /// True if the record defines a curve: "PS1" is "Y".
     [[nodiscard]] bool definesCurve() const;
 
-    // These store in the working copy. False if a file failed, which is reported by message 313.
+    // These store in the working copy. False if a file failed, which is reported by message 313
+    // ("Unable to").
     bool storePairs(UserInterface* parent, const PairSet& pairs);
     bool storeCurve(UserInterface* parent, bool defined);
     bool storeOrder(UserInterface* parent, int order);
@@ -48,13 +49,14 @@ class PairSetPage {
     /// Refits if the record defines a curve ("PS1" is "Y"), and stores the coefficients of a
     /// fit that succeeded; otherwise the stored ones stay.
     FitResult refresh(UserInterface* parent, const FitInput& input);
-    /// The same for the window of coefficients when it is set to "derived from pair set": the
-    /// pairs that stay in the record are fitted, whatever "PS1" says. False without a fit.
+    /// The same for the window of coefficients if it is set to "derived from pair set": the
+    /// pairs of the record are fitted, whatever "PS1" says. False without a fit.
     bool deriveCoefficients(UserInterface* parent);
 
     /// The series as the page opens: on only if `DoRCal` is set and one of the values exists.
     [[nodiscard]] SeriesValues openSeries() const;
-    /// The check of the series: stores `DoRCal`; an empty value becomes "0" when it is enabled.
+    /// Turns the series on or off: stores `DoRCal`; an empty value becomes "0" when it is
+    /// turned on.
     bool enableSeries(UserInterface* parent, bool on, SeriesValues& series);
     /// Stores values that were entered.
     bool storeSeries(UserInterface* parent, const SeriesValues& series);

@@ -82,7 +82,7 @@ void drawRings(const Plot& plot, DrawingSurface& surface, const FitResult& resul
     }
 }
 
-/// As many digits as tell the errors apart.
+/// As many digits as it takes to distinguish the errors.
 int errorPrecision(const FitResult& result) {
     double most = 0;
     for (const double error : result.errors) {
@@ -163,7 +163,7 @@ void leaveRoomForLabels(FitDrawing& drawing, const DrawingSurface& surface,
     }
     const double gap = 2.0 * scaled.borderWidth + kTitleHeight / 2;
     const double beside = widest + kTitleHeight + gap;
-    // The frame stands in the middle, so that there is as much room above as below.
+    // The frame is centred, so the room above equals that below.
     const double below = surface.textSize("0", {}).height + gap + (xTitle ? kTitleHeight : 0);
     const auto fraction = [](double length, double margin) {
         return length > 0 ? std::clamp(1 - 2 * margin / length, 0.1, 1.0) : 1.0;
@@ -241,7 +241,7 @@ bool drawFitPage(Plot& plot, DrawingSurface& page, std::string_view name, const 
     if (!drawFit(plot, page, result, input, options, drawing)) {
         return false;
     }
-    // A picture has no text line of its own; there the plot stands in the middle.
+    // A picture has no text line; there the plot is centred.
     double line = page.isPage() ? page.textLine()
                                 : plot.rectangle().bottom + 2 * lineHeight + 2 * kTitleHeight;
     auto lines = coefficientLines(result, options.precision);

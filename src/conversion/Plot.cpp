@@ -333,7 +333,7 @@ bool Plot::drawSeries(int number, std::span<const double> x, std::span<const dou
 
 namespace {
 
-/// A filled symbol is filled by the brush that is set.
+/// Filled symbols use the present brush.
 void drawSymbol(DrawingSurface& surface, PlotSymbol symbol, const DrawingRect& box) {
     const double middle = (box.left + box.right) / 2;
     const double centre = (box.top + box.bottom) / 2;

@@ -36,7 +36,7 @@ struct PlotAxis {
 
     /// The arithmetic of a range.
     [[nodiscard]] static PlotAxis of(const PlotRange& range);
-    /// Nothing for a span of 0 and for what is no finite place.
+    /// Nothing for a span of 0 and for a place that is not finite.
     [[nodiscard]] std::optional<double> fraction(double value) const;
 };
 
@@ -52,14 +52,14 @@ class Plot {
     PlotAttributes attributes;
 
     /// Draws the frame; automatic scaling takes its range from the frame's data and always
-    /// keeps 0 in it. `surface` must live as long as series are drawn. False without a
-    /// surface, or if a page can not be started, or if the ranges or fractions are wrong:
-    /// then the reason stands in the drawing area.
+    /// includes 0. `surface` must live as long as series are drawn. False without a
+    /// surface, or if a page cannot be started, or if the ranges or fractions are wrong:
+    /// then the reason is shown in the drawing area.
     bool drawFrame(DrawingSurface* surface, const PlotFrame& frame);
-    /// Draws a series by its number from 1. With `sorted` its points are taken by rising x.
-    /// False if no frame is up, or there is no point, or a point has no place.
+    /// Draws a series by its number from 1. With `sorted` its points are taken by ascending
+    /// x. False if there is no frame or no point, or a point has no place.
     bool drawSeries(int number, std::span<const double> x, std::span<const double> y, bool sorted);
-    /// The surface goes; the scale of the frame stays for `map` and `valuesAt`.
+    /// Forgets the surface; the scale of the frame stays for `map` and `valuesAt`.
     void releaseSurface() { surface_ = nullptr; }
     /// Forgets the surface and the frame.
     void endFrame() {
@@ -67,7 +67,7 @@ class Plot {
         framed_ = false;
     }
 
-    /// The rectangle of the frame that is up, in pixels; and where a value is in it.
+    /// The rectangle of the present frame, in pixels; and where a value is in it.
     [[nodiscard]] const DrawingRect& rectangle() const { return rect_; }
     [[nodiscard]] std::optional<DrawingPoint> map(double x, double y) const;
     /// The values under a pixel; nothing outside the frame or without one.
@@ -94,7 +94,7 @@ class Plot {
     PlotAxis yAxis_;
 };
 
-/// Writes a text of several lines into the middle of a surface's area.
+/// Writes a text of several lines in the middle of a surface's area.
 void drawMessage(DrawingSurface& surface, std::string_view text);
 
 }  // namespace kavu

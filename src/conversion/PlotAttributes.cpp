@@ -52,7 +52,7 @@ std::string colourText(DrawingColour colour) {
     return formatPrintf("0x%6.6lX", static_cast<std::int64_t>(colour));
 }
 
-/// One way over all keys, for reading and for writing: what is a key is told once.
+/// One walk over all keys, for reading and for writing, so that the keys are listed once.
 class KeyWalk {
   public:
     virtual ~KeyWalk() = default;
@@ -201,7 +201,7 @@ void PlotAttributes::save(ProfileSettings& settings, std::string_view section) c
     }).all(copy);
 }
 
-// --- The form ----------------------------------------------------------------------------
+// --- The dialog ---------------------------------------------------------------------------
 
 std::span<const PlotColourName> plotColours() {
     return kColours;

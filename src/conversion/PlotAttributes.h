@@ -1,5 +1,5 @@
-// How a plot looks: its ranges, its grid, its series, with their places in the settings and
-// the rules of the form that edits them.
+// How a plot looks: its ranges, its grid, its series, with their keys in the settings and
+// the rules of the dialog that edits them.
 #pragma once
 
 #include "drawing/DrawingSurface.h"
@@ -18,7 +18,7 @@ class ProfileSettings;
 
 inline constexpr std::size_t kPlotSeries = 10;
 
-/// What stands for a value that auto-scales. The numbers are those of the settings.
+/// Which axes scale automatically. The numbers are those of the settings.
 enum class PlotScale { MinMax = 0, AutoX, AutoY, AutoXY };
 [[nodiscard]] constexpr bool scalesX(PlotScale scale) {
     return scale == PlotScale::AutoX || scale == PlotScale::AutoXY;
@@ -71,15 +71,15 @@ struct PlotAttributes {
     int yPrecision = 2;
     std::array<SeriesAttributes, kPlotSeries> series;
 
-    /// Stores the method and the ranges that it does not scale by itself. Reversed bounds are
-    /// accepted, equal ones leave the range.
+    /// Stores the method and the ranges that are not scaled automatically. Reversed bounds
+    /// are accepted, equal ones leave the range.
     void setRange(int method, double xLeast, double xMost, double yLeast, double yMost);
 
-    /// Automatic scaling: widens 0 to all values of the data, for the axes that scale
-    /// themselves.
+    /// Automatic scaling: extends the range from 0 to all values of the data, for the
+    /// axes that scale automatically.
     void scaleTo(std::span<const double> xData, std::span<const double> yData);
 
-    /// Keys that are absent, or hold what is no value, leave what is in force.
+    /// Keys that are absent, or hold an invalid value, leave the present value.
     void load(const ProfileFile& file, std::string_view section);
     void load(const ProfileSettings& settings, std::string_view section);
     void save(ProfileFile& file, std::string_view section) const;
@@ -88,7 +88,7 @@ struct PlotAttributes {
     bool operator==(const PlotAttributes&) const = default;
 };
 
-// --- The form ----------------------------------------------------------------------------
+// --- The dialog ---------------------------------------------------------------------------
 
 struct PlotColourName {
     std::string_view name;
@@ -123,13 +123,13 @@ inline constexpr std::string_view kChangeStyle =
 inline constexpr std::string_view kSelectAnother = "Please Select another combination.";
 }  // namespace plottext
 
-/// Checks the limits that are in use; false stands for the message `kLimits`.
+/// Checks the limits that are in use; false calls for the message `kLimits`.
 [[nodiscard]] bool plotLimitsHold(const PlotAttributes& attributes);
 /// False for a line style other than solid and none with a width over 1.
 [[nodiscard]] bool styleFitsWidth(const SeriesAttributes& series);
 /// The whole text of the conflict, with the question that fits what was changed.
 [[nodiscard]] std::string styleConflictText(bool widthWasChanged);
-/// Settles the conflict as the question offers.
+/// Resolves the conflict as the question offers.
 void settleStyleConflict(SeriesAttributes& series, bool widthWasChanged);
 /// The titles of the rows, 0 to 10 of them: the lines of `names`, else the series number.
 [[nodiscard]] std::vector<std::string> seriesTitles(int count, std::string_view names);

@@ -10,7 +10,7 @@
 
 namespace kavu {
 
-/// The group index of a command: the number behind `C-`, 0 without one.
+/// The group index of a command: the number after `C-`, 0 without one.
 [[nodiscard]] inline std::int64_t groupIndexOf(std::string_view command) {
     command = command.substr(0, command.find(':'));
     return command.size() > 2 && command[1] == '-' ? leadingInteger(command.substr(2)) : 0;
@@ -42,7 +42,7 @@ struct RawCommand {
 }
 
 /// Calls `visit` with each command. Line breaks within a command get their stored form in
-/// place, so that each value can stand on one line.
+/// place, so that each value fits on one line.
 template <typename Visit>
 void forEachRawCommand(std::string& bytes, Visit visit) {
     constexpr std::string_view kBetween = " \t\r\n\v\f\x1a";
@@ -63,8 +63,8 @@ void forEachRawCommand(std::string& bytes, Visit visit) {
     }
 }
 
-/// The measurement name that a command gives its index, or empty if it is none: the value
-/// without blanks at its end, which a section name can not have.
+/// The measurement name that a command gives its index, or empty if it gives none: the
+/// value without trailing blanks, which a section name cannot have.
 [[nodiscard]] std::string_view measurementNameIn(const RawCommand& command);
 
 }  // namespace kavu

@@ -1,7 +1,7 @@
-// The C group as it came from the file: one working file of raw commands, of which is
-// known where the commands of each chunk lie. Chunks are read from it a batch at a time,
-// in one sweep over the file, so that neither a large group nor one whose indices
-// alternate costs a file, a buffer or a pass for each chunk.
+// The C group as it came from the file: one working file of raw commands, with the places
+// of the commands of each chunk. Chunks are read from it in batches, each in one sweep
+// over the file, so that neither a large group nor one whose indices alternate costs a
+// file, a buffer or a pass for each chunk.
 #pragma once
 
 #include "core/files/FileIo.h"
@@ -25,10 +25,10 @@ class RawGroup {
         std::uint64_t length = 0;
     };
     struct Chunk {
-        std::uint64_t size = 0;  ///< bytes of its commands, one on a line
+        std::uint64_t size = 0;  ///< bytes of its commands, one per line
         std::vector<Extent> extents;
 
-        /// Adds a run behind the others.
+        /// Adds a run after the others.
         void add(const Extent& extent);
     };
     using Chunks = std::map<std::int64_t, Chunk>;
@@ -38,7 +38,7 @@ class RawGroup {
 
     /// Sorts the commands: 25 group indices to a chunk, from number `base` on; a negative
     /// index counts to the first chunk. False if it was cancelled or the file could not be
-    /// read, which has been reported with message 314.
+    /// read, which has been reported with message 314 ("Unable to read").
     bool sort(std::int64_t base);
 
     [[nodiscard]] const Chunks& chunks() const { return chunks_; }
@@ -46,7 +46,7 @@ class RawGroup {
     void setChunks(Chunks chunks);
 
     /// The commands of a chunk, or null for a file that could not be read (314). Valid
-    /// until the next call. Cheap when chunks are asked for in rising order.
+    /// until the next call. Cheap if chunks are asked for in ascending order.
     std::string* bytes(std::int64_t number);
 
   private:

@@ -23,7 +23,7 @@ void trimSampleRate(std::string& rate, const SampleRateOptions& options) {
     const auto first = rate.begin() + static_cast<std::ptrdiff_t>(point) + 1;
     const auto behind = std::find_if_not(first, rate.end(), isDigit);
     if (behind != rate.end() && toLowerAscii(*behind) == 'e') {
-        return;  // the zeros of an exponent are worth powers of ten
+        return;  // the zeros of an exponent must stay
     }
     const auto digits = static_cast<std::size_t>(behind - first);
     if (digits > precision) {

@@ -1,4 +1,4 @@
-// The text form of a sample rate.
+// The text of a sample rate.
 #pragma once
 
 #include <string>
@@ -8,16 +8,15 @@ namespace kavu {
 class ProfileSettings;
 
 struct SampleRateOptions {
-    bool check = false;  ///< rates are kept calculated and are cut to the precision
-    int precision = 2;   ///< digits kept behind the decimal point, 0 to 5
+    bool check = false;  ///< rates are kept up to date and cut to the precision
+    int precision = 2;   ///< digits kept after the decimal point, at least 0
 };
 
 /// The options of the settings: `ChkSR` and `SRPrec`.
 [[nodiscard]] SampleRateOptions sampleRateOptions(const ProfileSettings& settings);
 
-/// Cuts a rate to the precision and removes trailing zeros, in place; nothing if rates are
-/// not checked or the text has no decimal point. All zeros at the end go, also those of an
-/// exponent: rates are plain decimal numbers.
+/// Cuts a rate to the precision and removes trailing zeros, in place. Does nothing if
+/// rates are not checked, or if the text has no decimal point or an exponent.
 void trimSampleRate(std::string& rate, const SampleRateOptions& options);
 
 }  // namespace kavu

@@ -42,7 +42,7 @@ IoStatus StagedChunks::writeOut(DocumentFiles& files) {
             return status;
         }
     }
-    // Raw commands that stayed behind would count more than the records.
+    // Recovery would prefer remaining raw commands to the records.
     if (!rawName_.empty()) {
         if (auto status = files.remove(rawName_); !status.ok()) {
             return status;

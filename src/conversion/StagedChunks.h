@@ -1,6 +1,6 @@
 // Chunks of records that are not in their files yet. A document that is opened and saved
 // reads its records once and changes none of them; a file for each chunk would cost more
-// than all the work on it. As long as chunks stand here, the raw commands that they were
+// than all the work on it. As long as chunks are here, the raw commands that they were
 // made from stay in the working store: a run that is killed loses nothing.
 #pragma once
 
@@ -16,7 +16,7 @@ class DocumentFiles;
 
 class StagedChunks {
   public:
-    /// What is staged beyond this many bytes goes to its file at once.
+    /// A chunk beyond this many staged bytes is written to its file immediately.
     static constexpr std::uint64_t kDefaultLimit = std::uint64_t{64} << 20;
 
     explicit StagedChunks(std::uint64_t limit = kDefaultLimit) : limit_(limit) {}
@@ -29,10 +29,11 @@ class StagedChunks {
     void renumber(std::int64_t from, std::int64_t to);
     void erase(std::int64_t number);
 
-    /// The file with the raw commands of the chunks; it goes when all of them are written.
+    /// Sets the file with the raw commands of the chunks; it is deleted when all of them
+    /// are written.
     void standFor(std::string rawName) { rawName_ = std::move(rawName); }
     /// Writes all chunks to their files and deletes the raw commands. After a failure
-    /// everything is as it was, and may be tried again.
+    /// everything is as it was, and the call may be repeated.
     IoStatus writeOut(DocumentFiles& files);
     /// Forgets the chunks; files stay.
     void clear();

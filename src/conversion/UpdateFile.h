@@ -17,14 +17,15 @@ class UpdateFile {
     UpdateFile(DocumentContext& context, UserInterface* parent)
         : context_(context), parent_(parent) {}
 
-    /// Opens the file if the settings ask for one: `EnableUpd`, `UpdPath`, `UpdAppend`.
-    /// A file that can not be opened is reported with message 313, and nothing is offered
-    /// to it: the save goes on, and the calibrations wait for the next one.
+    /// Opens the file if the settings ask for one: `EnableUpd`, `UpdPath`, `UpdAppend`. A
+    /// file that cannot be opened is reported with message 313 ("Unable to"), and nothing
+    /// is written to it: the save goes on, and the calibrations wait for the next one.
     void open();
     /// Writes a record if it was changed from the editing pages and is a pair set or
-    /// coefficients. True if it was written: the mark of the change is then used up.
+    /// coefficients. True if it was written: the mark of the change can then be removed.
     bool offer(const ProfileFile::Section& record, std::string_view type);
-    /// Brings what was written to the disk; false if that failed, which has been reported.
+    /// Flushes what was written to the disk; false if that failed, which has been
+    /// reported.
     bool flush();
     void close();
 

@@ -6,7 +6,7 @@
 //     KeptCommands kept;                      // on loading: all commands of the file,
 //     kept.add(command);                      //   in their order,
 //     kept.markRead(place);                   //   and which of them the editor has read
-//     text += keptTail(parent, kept, text);   // on saving, behind what the editor writes
+//     text += keptTail(parent, kept, text);   // on saving, after what the editor writes
 //
 // `GroupSource` and `storeGroup` (GroupRecord.h) do this for editors with a vocabulary table.
 #pragma once
