@@ -43,7 +43,7 @@ void PcmFormat::closeFormat() {
     clear();
     for (const auto name :
          {kMeasurementComment, kFrameFilterFile, kFormatSwitchFile, kAltTagFile}) {
-        // What stays goes with the working store.
+        // What cannot be deleted goes with the working store.
         (void)context_.files.removeIfThere(name);
     }
 }

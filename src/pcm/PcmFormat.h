@@ -1,10 +1,10 @@
 // One PCM stream in memory: the attributes of its format, its words, ID counters, subframes
 // and async formats, and the measurements in its major frame.
 //
-// Word positions (FWP) count from 1, 0 is the sync word; `wordsPerMinorFrame` counts it in.
-// Frame numbers (FN) count from 1. The indices of counters and subframes count from 0.
-// Every accessor tolerates an absent format and positions out of range, and gives 0 or
-// nothing for them.
+// Word positions (FWP) count from 1, 0 is the sync word, which `wordsPerMinorFrame`
+// includes. Frame numbers (FN) count from 1. The indices of counters and subframes count
+// from 0. Every accessor tolerates an absent format and positions out of range, and returns
+// 0 or nothing for them.
 #pragma once
 
 #include "core/talk/MessageFor.h"
@@ -48,7 +48,7 @@ struct FrameWord {
 struct PcmAttributes {
     int commonWordLength = 0;               ///< F1, bits
     int numberOfFrames = 0;                 ///< MF\N
-    int wordsPerMinorFrame = 0;             ///< MF1, the sync word counted
+    int wordsPerMinorFrame = 0;             ///< MF1, the sync word included
     int bitsPerMinorFrame = 0;              ///< MF2, always computed
     int syncLength = 0;                     ///< MF4, bits
     FixedText<65> syncPattern;              ///< MF5, in groups, binary or hexadecimal
@@ -70,7 +70,7 @@ struct PcmAttributes {
     FixedText<3> syncType;                  ///< MF3
     FixedText<32> streamName;               ///< DLN
     bool hexFsp = false;                    ///< the pattern is held in hexadecimal
-    bool formatEdited = false;              ///< attributes were touched
+    bool formatEdited = false;              ///< attributes were edited
     int pGroup = 0;
     int dGroup = 0;
     bool isBusStream = false;
@@ -110,37 +110,38 @@ class PcmFormat : public PcmAttributes {
 
     // --- attributes; messages of edits go to boxes ----------------------------------------
 
-    /// 4 to 32 bits in class 1 (16 before 106-05), 24 in a bus stream: messages 218 to 220.
+    /// 4 to 32 bits in class 1 (16 before 106-05), 24 in a bus stream: messages 218 to
+    /// 220.
     bool setCommonWordLength(UserInterface* parent, int length);
     /// 1 to 256: message 216.
     bool setNumberOfFrames(UserInterface* parent, int frames);
     /// At least 1, 128 to 256 in a bus stream, at most 1024 in class 1: messages 161, 222,
-    /// 223. Words that go take their counters, subframes and measurements with them.
+    /// 223. Removed words take their counters, subframes and measurements with them.
     bool setWordsPerMinorFrame(UserInterface* parent, int words);
     /// Messages 439, 440.
     bool setFrameSyncPatternByValue(UserInterface* parent, std::string_view pattern);
     /// Takes the recommended pattern of a length.
     bool setFrameSyncPatternByLength(UserInterface* parent, int length);
-    /// Switches between the binary and the hexadecimal form, and keeps the choice.
+    /// Switches between binary and hexadecimal notation, and keeps the choice.
     void setHexFsp(bool hexadecimal);
     void setBitRate(std::string_view rate);
     /// Sums the lengths of all words; true if that changed the count.
     bool recalculateBitsPerMinorFrame();
-    /// The wording of the first attribute that class 1 does not have, or nothing.
+    /// The text for the first attribute that class 1 does not have, or nothing.
     [[nodiscard]] std::optional<std::string> classTwoAttribute() const;
 
-    /// The capacity steps alone: messages 188 and 189 with their two numbers go to `report`,
-    /// which may be null. The number of frames only ever rises.
+    /// Only the limits of capacity: messages 188 and 189 ("truncated") with their two
+    /// numbers go to `report`, which may be null. The number of frames never decreases.
     using Report =
         std::function<void(MessageFor<int, int> id, MessageTitle titleId, int first, int second)>;
     void raiseNumberOfFrames(const Report& report, int frames);
-    /// False if the cells could not be had. New words have the common length.
+    /// False if the cells could not be allocated. New words have the common length.
     bool allocateWords(const Report& report, int words);
 
     // --- words ------------------------------------------------------------------------------
 
-    // A position is taken up to `wordsPerMinorFrame` inclusive: that one, which no stream has,
-    // reads and writes without effect on any other.
+    // Positions up to and including `wordsPerMinorFrame` are accepted: the last, which no
+    // stream has, is read and written without effect on any other.
 
     [[nodiscard]] const FrameWord& word(int fwp) const;
     [[nodiscard]] WordType wordType(int fwp) const { return word(fwp).type; }
@@ -163,17 +164,17 @@ class PcmFormat : public PcmAttributes {
     [[nodiscard]] CellRef next(CellRef at) const { return cells_.next(at); }
     /// FN folded by the depth of a word: 1 to the depth.
     [[nodiscard]] int foldedFrame(int fwp, int fn) const;
-    /// Message 267 if there can be no more cells.
+    /// Message 267 ("Unable to allocate memory") if there can be no more cells.
     [[nodiscard]] CellRef getFreeCell(UserInterface* parent, int fwp, int fn);
     [[nodiscard]] CellRef findInCell(int fwp, int fn, std::string_view name) const;
     [[nodiscard]] int countMeasurementsAt(int fwp, int fn, bool measurementsOnly) const;
     /// The n-th of those, from 1.
     [[nodiscard]] CellRef measurementAt(int fwp, int fn, int n, bool measurementsOnly) const;
-    /// Copies the contents of a cell into another one, whose place in its list stays.
+    /// Copies the contents of a cell into another one, which keeps its place in its list.
     void storeCell(CellRef to, CellRef from);
     /// Resizes the cells of a word to its depth (1 for a counter). False with message 267.
     bool allocateCells(UserInterface* parent, int fwp);
-    /// Message 268 if the word has no cells.
+    /// Message 268 ("Unable to delete") if the word has no cells.
     void freeCells(UserInterface* parent, int fwp);
     /// Sorts every list by name.
     void sortCells();
@@ -183,14 +184,14 @@ class PcmFormat : public PcmAttributes {
     [[nodiscard]] bool hasMeasurement(std::string_view name) const { return cells_.holds(name); }
     [[nodiscard]] bool hasAnyMeasurement() const { return cells_.nameCount() > 0; }
     [[nodiscard]] int countMeasurementOccurences(std::string_view name) const;
-    /// True if the word holds a measurement of every minor frame.
+    /// True if the word holds a measurement that is in every minor frame.
     [[nodiscard]] bool containsMeasurements(int fwp) const;
     /// The test of that for one cell: a word/frame measurement in every minor frame.
     [[nodiscard]] bool isInEveryFrame(const Measurement& measurement) const;
     /// Removes a measurement from all its cells; chained cells leave their lists.
     void removeMeasurement(std::string_view name);
-    /// Calls `visit(cell, fwp, index)` with the first cell of each name, by rising word, then
-    /// index, then place in the list: the order in which measurements are written.
+    /// Calls `visit(cell, fwp, index)` with the first cell of each name, by ascending word,
+    /// then index, then place in the list: the order in which measurements are written.
     void forEachMeasurement(const std::function<bool(CellRef, int fwp, int index)>& visit) const;
 
     // --- subframes --------------------------------------------------------------------------
@@ -199,10 +200,10 @@ class PcmFormat : public PcmAttributes {
     [[nodiscard]] Subframe* subframeOfWord(int fwp);
     [[nodiscard]] const IdCounter* idCounterOfWord(int fwp) const;
     [[nodiscard]] IdCounter* idCounterOfWord(int fwp);
-    /// A subframe by its name: one spelled exactly so comes first.
+    /// A subframe by its name; an exact match is preferred.
     [[nodiscard]] std::optional<SubframeRef> findSubframe(std::string_view name) const;
     [[nodiscard]] const Subframe* subframe(SubframeRef ref) const;
-    /// The words of a subframe by rising position.
+    /// The words of a subframe by ascending position.
     [[nodiscard]] const std::vector<int>& wordsOf(SubframeRef ref) const;
     /// The first word at or after `start` that belongs to the subframe, or -1.
     [[nodiscard]] int subframeWord(std::string_view name, int start) const;
@@ -211,19 +212,20 @@ class PcmFormat : public PcmAttributes {
     int subframeLocation(std::string_view name, int position, int& fwp, int& fn) const;
     /// 0 if that place does not belong to the subframe.
     [[nodiscard]] int subframePosition(std::string_view name, int fwp, int fn) const;
-    /// Whoever changes the records of `idCounters` (names, depths, entries) calls this, so
-    /// that names are looked up anew. Words are followed by themselves.
+    /// To be called after a change of the records of `idCounters` (names, depths,
+    /// entries), so that names are indexed again. Changes of words are noticed by
+    /// themselves.
     void subframesChanged();
-    /// The same for one entry that had no name and has one now: the others stay indexed, so
-    /// that many entries can be made one after the other.
+    /// The same for one entry that has just got its name: the others stay indexed, so that
+    /// many entries can be made one after the other.
     void subframeNamed(SubframeRef ref);
 
     // --- masks and word/frame definitions ---------------------------------------------------
 
     /// The number of bits of a mask; "FW" is the length of the word, or -`fwp`.
     [[nodiscard]] int maskBits(int fwp, std::string_view mask, bool hexadecimalAllowed) const;
-    /// Makes an entry of so many empty locations, in place of `entry` or, with -1, behind all
-    /// others. The entry's number, from 1.
+    /// Makes an entry with this many empty locations, in place of `entry` or, with -1, after
+    /// all others. Returns the entry's number, from 1.
     int addWordFrameDefinition(int entry, int locationCount);
     /// `location` counts from 1.
     void setWordFrameFragments(int entry, int location, int count);
@@ -237,9 +239,9 @@ class PcmFormat : public PcmAttributes {
     void indexSubframeWords() const;
 
     DocumentContext& context_;
-    std::vector<FrameWord> words_;  ///< one more than there are words
+    std::vector<FrameWord> words_;  ///< one more than the words of the frame
     FrameCells cells_;
-    /// Made when asked for, dropped when a word or a record changes.
+    /// Built on demand, dropped when a word or a record changes.
     struct SubframeIndex {
         bool namesValid = false;
         bool wordsValid = false;
@@ -250,7 +252,7 @@ class PcmFormat : public PcmAttributes {
     mutable SubframeIndex subframeIndex_;
 };
 
-/// A hit of a measurement in the major frame.
+/// One sample of a measurement in the major frame.
 struct Occurrence {
     CellRef cell;
     int fwp = 0;
@@ -258,12 +260,12 @@ struct Occurrence {
 };
 
 /// The samples of a measurement in the major frame: frame by frame, and within a frame word
-/// by word, folded repetitions included. The frame may change meanwhile: a place that does
-/// not hold the name any more is passed over. The format must outlive it.
+/// by word, folded repetitions included. The frame may change meanwhile: a place that no
+/// longer holds the name is skipped. The format must outlive it.
 class Occurrences {
   public:
-    /// With a subframe name only words of that subframe count, with a fragment number of 1 or
-    /// more only cells of that fragment.
+    /// With a subframe name only words of that subframe count; with a fragment number of 1 or
+    /// more, only cells of that fragment.
     Occurrences(const PcmFormat& format, std::string_view name, std::string_view subframe = {},
                 int fragment = 0);
     [[nodiscard]] std::optional<Occurrence> next();

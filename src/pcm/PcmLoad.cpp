@@ -17,7 +17,7 @@ namespace kavu {
 
 namespace {
 
-/// While a stream is loaded, over-long fields are reported in the log; what was cut is a
+/// While a stream is loaded, over-long fields are reported in the log; cutting one is a
 /// correction.
 class LengthLog {
   public:
@@ -34,7 +34,7 @@ class LengthLog {
     int cut_ = 0;
 };
 
-/// What bears a link name.
+/// The stream of a link name.
 struct Stream {
     bool found = false;
     int pGroup = 0;
@@ -70,7 +70,8 @@ bool runStep(const std::function<bool(UserInterface*, PcmFormat&)>& step, PcmLoa
     return !step || step(load.parent, load.format);
 }
 
-/// The words' cells, and what is in them: the bus or packet definitions or the measurements.
+/// Makes the words' cells and reads their contents: the bus or packet definitions or the
+/// measurements.
 bool readContents(PcmLoad& load, const PcmSteps& steps) {
     auto& format = load.format;
     if (format.isBusStream) {
@@ -111,7 +112,7 @@ void showMessages(const PcmFormat& format, UserInterface* parent) {
     if (!fileExists(path) || !readWholeFile(path, text).ok() || text.empty()) {
         return;
     }
-    // Without its heading the log is shown all the same.
+    // The log is shown even without its heading.
     (void)writeWholeFile(path, formatPrintf("Stream: %s\n\n", format.streamName.view()) + text);
     context.messages.showLog(parent, context.document.path, format.streamName);
 }
@@ -136,7 +137,7 @@ bool loadStream(PcmLoad& load, const PcmSteps& steps, const Stream& stream) {
         load.corrected();
     }
     checkClass(load);
-    // Hidden subframes are made anew by each load: they are no change.
+    // Hidden subframes are made again by each load: they are no change.
     format.changed = isNew || load.result > 0 || countIdCounters(format) != counters;
     if (steps.conversions != nullptr && checkSampleRates(format, load.parent, *steps.conversions)) {
         format.changed = true;

@@ -1,5 +1,5 @@
-// Bringing a stream from its group files into memory, and the state of one such load. All
-// messages of a load are gathered in the message log and shown when it ends.
+// Loading a stream from its group files, and the state of one load. All messages of a
+// load are gathered in the message log and shown when it ends.
 #pragma once
 
 #include "core/TmatsDocument.h"
@@ -17,15 +17,15 @@ namespace kavu {
 
 class ConversionStore;
 
-/// The answer to the question for an ID counter (messages 357 and 358): it is asked once in
-/// a load, and after a No it counts as No for the rest.
+/// The answer to the question for an ID counter (messages 357 and 358, "no ID Counter has
+/// been defined"): it is asked once in a load, and a No holds for the rest of it.
 struct CounterQuestion {
     bool refused = false;
 };
 
-/// The state of one read of a P or D group. Also the seat of the messages of the steps that
-/// a load shares with edits: with no fields, they report and place in the same manner. A
-/// null parent reports nothing and answers every question as No.
+/// The state of one read of a P or D group. Edits use it without fields for the steps that
+/// they share with a load, which then report and place in the same way. A null parent
+/// reports nothing and answers every question as No.
 class PcmLoad {
   public:
     PcmLoad(PcmFormat& loaded, UserInterface* window) : format(loaded), parent(window) {}
@@ -45,13 +45,13 @@ class PcmLoad {
     [[nodiscard]] int edition() const { return format.edition(); }
     void corrected() { result = 1; }
 
-    /// Takes the messages in place of the log: an edit tells them at once.
+    /// Takes the messages in place of the log: an edit shows them immediately.
     std::function<void(int id, MessageTitle titleId, const std::string& text)> report;
-    /// Without it a check only looks, and makes no hidden subframe.
+    /// If false, a check makes no hidden subframe.
     bool mayMakeSubframes = true;
 
-    /// Appends a message to the log. A load that reports without end is cut short: after
-    /// `kMostMessages` only one more text says so.
+    /// Appends a message to the log. Endless reports are cut off: after `kMostMessages`
+    /// one last text says so.
     template <typename... Args>
     void log(MessageFor<Args...> id, MessageTitle titleId, const Args&... args) {
         if (report) {
@@ -60,7 +60,7 @@ class PcmLoad {
             format.context().messages.log(parent, id, titleId, args...);
         }
     }
-    /// The commands that were read last, behind a message.
+    /// Appends the commands that were read last to a message.
     void logLastCommands(std::string_view commands);
     static constexpr int kMostMessages = 10'000;
     /// True once no further message is taken: a loop need not make their texts any more.
@@ -79,7 +79,7 @@ class PcmLoad {
     [[nodiscard]] std::optional<int> number(std::string_view field);
     /// The value cut to its limit, as a number; a negative one counts as 0.
     [[nodiscard]] std::optional<int> limitedNumber(std::string_view field, int limit);
-    /// Lets the interface breathe, and tells if the user has cancelled.
+    /// Lets the interface paint; true if the user has cancelled.
     [[nodiscard]] bool cancelled();
     /// A status text, at most once a second.
     template <typename... Args>
@@ -106,8 +106,8 @@ struct PcmSteps {
     std::function<bool(UserInterface*, PcmFormat&)> loadPacketDefinitions;
     /// Lets the user choose a stream; empty if none was chosen.
     std::function<std::string(UserInterface*)> selectStream;
-    /// Lets the user choose how new measurements tell of their places: true for word/frame
-    /// locations, nothing after a Cancel. Not installed, a choice of two is asked for.
+    /// Lets the user choose how new measurements state their places: true for word/frame
+    /// locations, nothing after a Cancel. If not installed, a choice of two is shown.
     std::function<std::optional<bool>(UserInterface&, bool wordFrame)> chooseDefinitionMode;
     /// The conversion records whose sample rates follow the stream; may be null.
     ConversionStore* conversions = nullptr;
@@ -118,9 +118,9 @@ struct PcmLoadReport {
     int result = 0;  ///< 0 clean, 1 corrected, -1 failed
 };
 
-/// Loads the stream that bears a link name, or, with no name, the one that the user chooses.
-/// A stream that is in memory already stays as it is. False if there is no such stream or
-/// the load has failed; then no format is in memory, unless there was no such stream.
+/// Loads the stream of a link name, or, without a name, the one that the user chooses. A
+/// stream that is in memory already stays as it is. False if there is no such stream or the
+/// load has failed; then no format is in memory, unless there was no such stream.
 bool loadPcmFormat(PcmFormat& format, UserInterface* parent, const PcmSteps& steps,
                    std::optional<std::string_view> streamName, PcmLoadReport* report = nullptr);
 
@@ -128,16 +128,16 @@ bool loadPcmFormat(PcmFormat& format, UserInterface* parent, const PcmSteps& ste
 /// there is none.
 [[nodiscard]] int findStreamGroup(PcmFormat& format, UserInterface* parent, char letter,
                                   std::string_view streamName);
-/// Sees that the format has a D group: that of its stream, else the first index that is free,
-/// without what a stream that is gone has left in its working files.
+/// Gives the format a D group: that of its stream, else the first free index, whose working
+/// files are cleared of what a former stream has left.
 void giveMeasurementGroup(PcmFormat& format, UserInterface* parent);
 
 /// Reads the P group `format.pGroup`, or makes a new format if there is none: 0, 1 with
 /// corrections, -1 on failure or cancel.
 int readPcmGroup(PcmLoad& load);
-/// Makes a new format from the settings; false if its words could not be had.
+/// Makes a new format from the settings; false if its words could not be allocated.
 bool makeNewFormat(PcmLoad& load);
-/// Reads the D group of the stream, and decides before that if measurements get hidden
+/// Reads the D group of the stream, after deciding whether measurements get hidden
 /// subframes as they need them: 0, 1 with corrections, -1 on failure or cancel.
 int readMeasurements(PcmLoad& load);
 

@@ -121,7 +121,7 @@ FrameText FrameDisplay::gridText(FramePlace at) const {
         result.text = "Async: " + asyncName(asyncAt(at));
     }
     if (format_.wordType(at.word) == WordType::IdCounter) {
-        // The row counts on arithmetically: the value is not folded at the counter's end value.
+        // The row keeps counting: the value does not wrap at the counter's end value.
         const auto* const counter = format_.idCounterOfWord(at.word);
         const int first = counter == nullptr ? 0 : counter->initialValue.number();
         result.text += formatPrintf(" (%d)", at.frame + first - 1);
@@ -152,7 +152,7 @@ std::string FrameDisplay::labelText(int word) const {
 
 Rgb FrameDisplay::labelColourOf(int word, bool isSelected) const {
     const auto text = labelText(word);
-    // A counter without a name has none, though something is shown for it.
+    // A counter without a name counts as no text, though something is shown for it.
     const bool nameless = format_.wordType(word) == WordType::IdCounter && text == kNoLabel;
     return labelColour(format_.wordType(word), !text.empty() && !nameless, isSelected);
 }
@@ -271,7 +271,7 @@ double luminance(Rgb colour) {
            0.0722 * linear(part(colour, 0));
 }
 
-/// So many hundredths of the way from one colour to the other.
+/// The colour at a number of hundredths of the way from one colour to the other.
 Rgb mixed(Rgb from, Rgb to, int hundredths) {
     const auto mix = [&](unsigned shift) {
         return part(from, shift) + (part(to, shift) - part(from, shift)) * hundredths / 100;

@@ -1,6 +1,5 @@
-// What the display of a stream shows at each of its places: what stands there, its text, its
-// colours and marks. Nothing is kept: everything is read from the stream when it is asked for,
-// so that it is always what the stream holds.
+// What the display of a stream shows at each of its places: contents, text, colours and marks.
+// Nothing is kept: everything is read from the stream on demand, so it is always up to date.
 //
 // Words count from 0, the sync word; frames from 1.
 #pragma once
@@ -35,10 +34,10 @@ struct FrameText {
     [[nodiscard]] bool operator==(const FrameText&) const = default;
 };
 
-/// What a cell can be told by without its colour.
+/// What identifies a cell without its colour.
 struct FrameMarks {
     bool several = false;  ///< more than one measurement
-    bool overlap = false;  ///< two of those that stand there take the same bits
+    bool overlap = false;  ///< two of them take the same bits
     bool async = false;
     [[nodiscard]] bool operator==(const FrameMarks&) const = default;
 };
@@ -50,9 +49,9 @@ class FrameDisplay {
 
     bool showAllCells = false;  ///< repetitions below the depth of a word are shown, too
     bool highlightEu = false;   ///< names with a conversion record have a colour of their own
-    /// Tells if a measurement has a conversion record; without it none has.
+    /// True if a measurement has a conversion record; if not installed none has.
     std::function<bool(std::string_view name)> hasConversion;
-    /// What the tip of a cell tells of the conversion; without it nothing.
+    /// What the tip of a cell says of the conversion; if not installed nothing.
     std::function<std::string(std::string_view name)> conversionText;
 
     [[nodiscard]] const PcmFormat& format() const { return format_; }
@@ -95,10 +94,10 @@ using Rgb = std::uint32_t;  ///< 0xRRGGBB
 [[nodiscard]] Rgb cellColour(PlaceKind kind, bool isWithin, bool isSelected, Rgb face);
 [[nodiscard]] Rgb labelColour(WordType type, bool hasText, bool isSelected);
 [[nodiscard]] Rgb inkColour(FrameInk ink);
-/// The colour in its own hue, as far from the ground as it takes to be read there: lighter or
-/// darker. Black is free to become white.
+/// The colour in its own hue, made lighter or darker until it is readable on the ground.
+/// Black may become white.
 [[nodiscard]] Rgb readableInk(Rgb wanted, Rgb ground);
-/// 1 to 21, as it is reckoned for text on screens; 4.5 is easily read.
+/// The contrast ratio of text on screens, 1 to 21; 4.5 is easy to read.
 [[nodiscard]] double contrast(Rgb a, Rgb b);
 
 /// The label of a hidden subframe.

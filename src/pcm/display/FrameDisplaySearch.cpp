@@ -9,7 +9,7 @@ namespace kavu {
 
 namespace {
 
-/// Takes a number off the front of a text, blanks before it included.
+/// Removes a number, with blanks before it, from the front of a text.
 std::optional<int> takeNumber(std::string_view& text) {
     const auto begin = text.find_first_not_of(" \t\r\n");
     if (begin == std::string_view::npos) {

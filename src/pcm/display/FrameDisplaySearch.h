@@ -11,8 +11,9 @@
 
 namespace kavu {
 
-/// What somebody has entered to go to a place: two numbers are word and frame, one number
-/// goes with the present value of the other field. Nothing if there is no number.
+/// The place that the user has entered to go to: two numbers are word and frame, one
+/// number is completed by the present value of the other field. Nothing if there is no
+/// number.
 [[nodiscard]] std::optional<FramePlace> parseGoTo(std::string_view text, bool isWordField,
                                                   FramePlace present);
 
@@ -22,7 +23,7 @@ namespace kavu {
 /// The first word of an ID counter or a subframe of exactly that name, in frame 1; or none.
 [[nodiscard]] FramePlace findSubframeWord(const PcmFormat& format, std::string_view name);
 
-/// A measurement in the list beside the grid.
+/// A measurement in the list next to the grid.
 struct MeasurementRow {
     std::string name;
     std::string locationType;
@@ -34,8 +35,8 @@ struct MeasurementRow {
 /// The rows whose name holds the text, case ignored; none for an empty text.
 [[nodiscard]] std::vector<std::size_t> findRows(const std::vector<MeasurementRow>& rows,
                                                 std::string_view text);
-/// The hit at or behind a place, or with `forward` off the one before it; the search goes
-/// around. `hits` are indices of rows, rising; the result is one of `hits`, as its position.
+/// The hit at or after a place, or with `forward` off the one before it; the search wraps
+/// around. `hits` are indices of rows, ascending; the result is a position in `hits`.
 [[nodiscard]] std::optional<std::size_t> nextHit(const std::vector<MeasurementRow>& rows,
                                                  const std::vector<std::size_t>& hits,
                                                  FramePlace from, bool includeFrom, bool forward);

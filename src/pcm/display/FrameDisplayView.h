@@ -1,4 +1,4 @@
-// The view state of the display of a stream, and the arithmetic of it: sizes of cells, zoom,
+// The view state of the display of a stream, and its arithmetic: sizes of cells, zoom,
 // scrolling, the cell under a point, movement by keys.
 #pragma once
 
@@ -60,31 +60,31 @@ class FrameView {
 
     /// The cell that is selected; none before the first selection.
     [[nodiscard]] FramePlace selected() const { return selected_; }
-    /// From where a block was begun to the selected cell; of one cell if there is no block.
+    /// From the start of the block to the selected cell; one cell if there is no block.
     [[nodiscard]] FrameBlock block() const;
     /// False, without effect, for a place below the depth of its word. With `extend` the block
     /// grows to the place, else it is this cell alone.
     bool select(FramePlace at, bool extend = false);
     void clearSelection();
 
-    /// The place under a point of the grid, in pixels from its corner; none outside of the
+    /// The place under a point of the grid, in pixels from its corner; none outside the
     /// frame. It may be below the depth of its word.
     [[nodiscard]] FramePlace cellAtPoint(int x, int y) const;
 
-    /// Columns and rows that a grid of that size has in full; at least one.
+    /// The whole columns and rows in a grid of that size; at least one.
     [[nodiscard]] int fullColumns(int width) const;
     [[nodiscard]] int fullRows(int height) const;
-    /// Scrolls as little as it takes; true if it had to.
+    /// Scrolls as little as necessary; true if it had to.
     bool scrollTo(FramePlace at, int columns, int rows);
 
     /// Where a key leads from the selected cell, or, before the first selection, the cell at
     /// the top left. Always a place that can be selected.
     [[nodiscard]] FramePlace moved(FrameMove move, int columns, int rows) const;
     /// The place itself, or the one that repeats there if it is below the depth of its word;
-    /// none outside of the frame.
+    /// none outside the frame.
     [[nodiscard]] FramePlace selectable(FramePlace at) const;
 
-    /// The texts of a block: a line for each frame, words set apart by tabs.
+    /// The texts of a block: a line for each frame, words separated by tabs.
     [[nodiscard]] std::string blockText(const FrameBlock& block) const;
 
   private:

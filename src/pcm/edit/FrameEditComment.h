@@ -14,11 +14,11 @@ class UserInterface;
 inline constexpr std::size_t kMostComment = 16 * 1024 * 1024;
 
 /// The comment with real line breaks; empty if there is none. Nothing with message 324 (it is
-/// too long) or 325 (the file can not be read).
+/// too long) or 325 (the file cannot be read).
 [[nodiscard]] std::optional<std::string> readMeasurementComment(const PcmFormat& format,
                                                                 UserInterface* parent);
-/// Keeps a comment with real line breaks in place of the old one; the format is changed then.
-/// False with message 332 (it is too long), 333 (the file can not be written) or 402 (a
+/// Replaces the comment by one with real line breaks; the format then counts as changed.
+/// False with message 332 (it is too long), 333 (the file cannot be written) or 402 (a
 /// semi-colon would end it); the old one stays.
 bool storeMeasurementComment(PcmFormat& format, UserInterface* parent, std::string_view comment);
 

@@ -44,13 +44,13 @@ std::string settingOf(char letter) {
     }
 }
 
-/// What a file tells of one row.
+/// What a file says of one row.
 struct FileRow {
     std::string name;
     std::string type;
 };
 
-/// The rows of a file by their numbers; of 106-09 the number of the list stands in front.
+/// The rows of a file by their numbers; of 106-09 the number of the list comes first.
 IoStatus readRows(const PcmFormat& format, std::map<std::pair<int, int>, FileRow>& rows) {
     return forEachCommand(
         format.context().reader, filterPath(format), [&](const std::string& command) {

@@ -15,23 +15,23 @@ class UserInterface;
 struct FilterRow {
     std::string name;
     /// Of 106-09: "Yes" or "No", for being selected. From 106-11 on: "Overwrite", "Filter" or
-    /// "Neither", and empty for one that the file does not tell of.
+    /// "Neither", and empty for one that the file does not list.
     std::string setting;
     [[nodiscard]] bool operator==(const FilterRow&) const = default;
 };
 
-/// The edition has such a list: 106-09 and later.
+/// True if the edition has such a list: 106-09 and later.
 [[nodiscard]] bool hasFilterList(const PcmFormat& format);
 /// The settings of a row, as they are shown.
 [[nodiscard]] std::vector<std::string> filterSettings(const PcmFormat& format);
 
 /// One row for each measurement of the stream, then those that only the file names. Nothing
-/// with message 340 while the stream has no measurements, and for an edition without the list.
-/// A file that can not be read is reported.
+/// with message 340 ("There are no measurements") while the stream has no measurements, and
+/// for an edition without the list. A file that cannot be read is reported.
 [[nodiscard]] std::optional<std::vector<FilterRow>> readFilterList(PcmFormat& format,
                                                                    UserInterface* parent);
-/// Writes the list: of 106-09 the rows with "Yes", from 106-11 on all rows. The format is
-/// changed then. False if the file can not be written, which has been reported.
+/// Writes the list: of 106-09 the rows with "Yes", from 106-11 on all rows. The format
+/// then counts as changed. False if the file cannot be written, which has been reported.
 bool storeFilterList(PcmFormat& format, UserInterface* parent, const std::vector<FilterRow>& rows);
 
 }  // namespace kavu

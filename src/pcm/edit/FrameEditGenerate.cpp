@@ -27,7 +27,8 @@ const TextKey& maskKey(const PcmFormat& format) {
     return format.implicitSubframes ? setting::kWordFrameMask : setting::kMask;
 }
 
-/// The name of a place; words may have moved since another one was named after it.
+/// The name for a place; words may have moved since another measurement was named after
+/// it.
 std::string freeName(const PcmFormat& format, int fwp, int index) {
     const auto base = formatPrintf("FWP%4.4d_FN%3.3d", fwp, index);
     auto name = base;
@@ -96,7 +97,8 @@ void fillWord(PcmFormat& format, const DataWordDefaults& defaults, int fwp,
     }
 }
 
-/// Each is written to a file, which takes longer than its measurement.
+/// Creates the records after all measurements, with progress: each is written to a file,
+/// which takes long.
 void createConversions(const PcmFormat& format, UserInterface* parent, const GenerateSteps& steps,
                        const DataWordDefaults& defaults, const std::vector<CellRef>& made) {
     if (!steps.createConversion) {

@@ -21,8 +21,8 @@ struct DataWordDefaults {
 };
 
 struct GenerateSteps {
-    /// Lets the user change the defaults; the entries of a form may be given as they are
-    /// shown ("Leads Word"). False is a Cancel. Not installed, the settings hold as they are.
+    /// Lets the user change the defaults; values may be texts as shown ("Leads Word"). False
+    /// for a Cancel. If not installed, the settings are used as they are.
     std::function<bool(UserInterface*, DataWordDefaults&)> changeDefaults;
     /// Makes the conversion record of a new measurement.
     std::function<void(UserInterface*, std::string_view name, const DataWordDefaults&)>
@@ -32,19 +32,20 @@ struct GenerateSteps {
 /// The defaults as the settings have them.
 [[nodiscard]] DataWordDefaults readDataWordDefaults(const PcmFormat& format);
 
-/// Cuts the values to their codes, checks the mask (message 232, then "FW") and keeps all of
-/// them in the settings.
+/// Cuts the values to their codes, replaces an invalid mask by "FW" with message 232
+/// ("Invalid Bitmask"), and keeps all of them in the settings.
 void keepDataWordDefaults(const PcmFormat& format, UserInterface* parent,
                           DataWordDefaults& defaults);
 
-/// Makes a measurement at every place without one. Number of them; nothing if the user has
-/// cancelled, and then the frame is as it was. A name that is in use already gets a number
-/// behind it ("FWP0002_FN001_2").
+/// Makes a measurement at every place without one. Returns their number; nothing if the
+/// user has cancelled, and then the frame is as it was. A name that is already in use gets
+/// a number appended ("FWP0002_FN001_2").
 std::optional<int> createDataWords(PcmFormat& format, UserInterface* parent,
                                    const GenerateSteps& steps, const DataWordDefaults& defaults);
 
-/// The whole operation: question 226, which counts as No without a parent; the defaults;
-/// message 232; the measurements; message 227 with their number.
+/// The whole operation: question 226 ("Proceed?"), answered with No without a parent; the
+/// defaults; message 232; the measurements; message 227 ("Operation complete") with their
+/// number.
 std::optional<int> generateDataWords(PcmFormat& format, UserInterface* parent,
                                      const GenerateSteps& steps);
 

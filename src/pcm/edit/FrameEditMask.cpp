@@ -27,7 +27,8 @@ bool isHexadecimal(std::string_view text) {
     return !text.empty() && text.find_first_not_of("0123456789ABCDEF") == std::string_view::npos;
 }
 
-/// Entered from the left: digits that the word has no bits for go, and missing ones are 0.
+/// Entered from the left: digits beyond the bits of the word are dropped, and missing ones
+/// are 0.
 std::string fitHexadecimal(std::string digits, std::size_t bits) {
     while (digits.size() * kBitsOfDigit > bits) {
         digits.pop_back();
@@ -87,7 +88,8 @@ std::optional<std::string> enteredMask(const DocumentContext& context, UserInter
     if (bits == 0) {
         return hexToBinary(mask);
     }
-    // A length that no number of digits has: the bits that are left over at the right go.
+    // For a length between two numbers of digits the surplus bits at the right are
+    // dropped.
     return fitBinary(hexToBinary(fitHexadecimal(std::move(mask), bits)), bits);
 }
 

@@ -24,7 +24,7 @@ bool refuse(const PcmFormat& format, UserInterface* parent, MessageFor<Args...> 
     return false;
 }
 
-/// A number of the user. The prompt takes any: what is out of range is told by a message.
+/// Asks for a number. The prompt takes any; a message reports one out of range.
 std::optional<int> askNumber(UserInterface* parent, std::string prompt, long initial) {
     if (parent == nullptr) {
         return std::nullopt;
@@ -39,7 +39,7 @@ std::optional<int> askNumber(UserInterface* parent, std::string prompt, long ini
 }
 
 /// Puts the words of `sources` at the positions from `first` on; -1 is an empty plain word.
-/// Every position that is written is also read, or its contents are given up.
+/// The contents of a position that is not among the sources are lost.
 bool arrange(PcmFormat& format, int first, const std::vector<int>& sources) {
     std::vector<WordContents> words;
     words.reserve(sources.size());
@@ -49,7 +49,7 @@ bool arrange(PcmFormat& format, int first, const std::vector<int>& sources) {
                             : WordContents{{WordType::Minor, format.commonWordLength, -1, -1},
                                            std::vector<CellList>(1)});
     }
-    // All of them are emptied first, so that there are no more cells than before.
+    // All of them are emptied first, so that no more cells are needed than before.
     for (std::size_t i = 0; i < sources.size(); ++i) {
         format.cells().resizeWord(first + static_cast<int>(i), 0);
     }
@@ -182,8 +182,8 @@ std::optional<int> deleteFwps(PcmFormat& format, UserInterface* parent, const Ed
         refuse(format, parent, 160, first, most);
         return std::nullopt;
     }
-    // The words that stay close up at the end, all at once: it makes no difference to the
-    // questions, and a long block would be moved once for each of its words.
+    // The remaining words close the gap once at the end: it makes no difference to the
+    // questions, and a long block would be moved once for each deleted word.
     std::vector<int> sources;
     int deleted = 0;
     for (int fwp = first; fwp <= most; ++fwp) {

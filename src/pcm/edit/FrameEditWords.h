@@ -6,21 +6,21 @@
 
 namespace kavu {
 
-/// Inserts so many plain words behind a position: messages 160 (position), 161 (count), 189
-/// and those of `setWordsPerMinorFrame`. False without effect.
+/// Inserts this many plain words after a position: messages 160 (position), 161 (count),
+/// 189 and those of `setWordsPerMinorFrame`. False without effect.
 bool insertFwps(PcmFormat& format, UserInterface* parent, int after, int count);
-/// Asks for both numbers first. Nothing without a parent.
+/// Asks for both numbers first. Does nothing without a parent.
 bool insertFwps(PcmFormat& format, UserInterface* parent);
 
 /// Deletes the words from first to last, one after the other: message 160; questions 123, 129
 /// and one for the first entry of a plain word. A No keeps a word and goes on with the next;
-/// without a parent nothing is asked. Message 222 ends it when a bus stream would get too
-/// short. Number of words that went; nothing if the positions were refused.
+/// without a parent there are no questions. Message 222 ends it if a bus stream would get too
+/// short. Returns the number of deleted words; nothing if the positions were refused.
 std::optional<int> deleteFwps(PcmFormat& format, UserInterface* parent, const EditSteps& steps,
                               int first, int last);
 std::optional<int> deleteFwps(PcmFormat& format, UserInterface* parent, const EditSteps& steps);
 
-/// Moves the words from first to last behind another position: messages 160, 228. False
+/// Moves the words from first to last after another position: messages 160, 228. False
 /// without effect.
 bool moveFwps(PcmFormat& format, UserInterface* parent, int first, int last, int after);
 bool moveFwps(PcmFormat& format, UserInterface* parent);

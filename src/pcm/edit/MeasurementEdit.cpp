@@ -19,7 +19,7 @@ namespace kavu {
 
 namespace {
 
-/// The conversion records serve all streams, so the name may still be needed elsewhere.
+/// All streams share the conversion records, so the name may still be needed elsewhere.
 void forgetConversion(PcmFormat& format, UserInterface* parent, const EditSteps& steps,
                       std::string_view name) {
     if (steps.names != nullptr) {
@@ -39,7 +39,7 @@ void forgetConversion(PcmFormat& format, UserInterface* parent, const EditSteps&
 bool isTaggedName(const PcmFormat& format, std::string_view name) {
     bool found = false;
     const auto path = format.context().store.path(kTagFormat, format.dGroup);
-    // A file that is not there has none.
+    // A missing file has none.
     (void)forEachCommand(format.context().reader, path, [&](const std::string& command) {
         const auto view = viewCommand(command);
         found = refersTo('D', view.field) == Refers::MeasurementName &&
@@ -65,7 +65,7 @@ std::optional<std::string> defaultLocationType(const PcmFormat& format, UserInte
         return std::nullopt;
     }
     if (isHiddenSubframe(subframe)) {
-        return "WDFR";  // no file tells of the subframe, so no other type would find it again
+        return "WDFR";  // no file has the subframe, so no other type would find it again
     }
     return subframe->isSupercommutated() ? "SFSC" : "SF";
 }
@@ -84,7 +84,7 @@ bool checkMeasurementName(const PcmFormat& format, UserInterface* parent, std::s
 }
 
 void clearMeasurement(PcmFormat& format, std::string_view name) {
-    const std::string wanted(name);  // it may stand in the very cells that are emptied
+    const std::string wanted(name);  // it may be a view into the cells that are emptied
     auto& cells = format.cells();
     for (const auto& place : cells.places(wanted)) {
         if (const auto at = cells.firstAt(place.word, place.index, wanted)) {
@@ -123,7 +123,7 @@ void clearWord(PcmFormat& format, UserInterface* parent, const EditSteps& steps,
         while (const auto at = format.measurementAt(fwp, fn, 1, false)) {
             if (const int record = cells.asyncNumber(at); record > 0) {
                 if (!removeAsyncFormat(format, parent, record, -1, -1)) {
-                    format.cells().clear(at);  // a slot of no record holds nothing
+                    format.cells().clear(at);  // a slot without a record holds nothing
                 }
                 format.changed = true;
             } else {

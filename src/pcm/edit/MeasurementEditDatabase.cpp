@@ -72,7 +72,8 @@ class RootsAndChildren {
         return static_cast<bool>(cell);
     }
 
-    /// The same words and frames as the measurement that brings it, with a mask of its own.
+    /// The same words and frames as the measurement that it is added for, with its own
+    /// mask.
     bool placeByRanges(Measurement measurement, int definition) {
         const auto* const same = format_.wordFrameDefinition(definition);
         if (same == nullptr) {
@@ -89,7 +90,7 @@ class RootsAndChildren {
         measurement.wordFrameIndex = entry;
         PcmLoad load(format_, parent_);
         load.report = [](int, MessageTitle, const std::string&) {
-        };  // places that are taken already
+        };  // skips places that are taken already
         for (const auto& location : copy.locations) {
             for (const auto& fragment : location.fragments) {
                 placeWordFrameFragment(load, measurement, fragment);
@@ -102,7 +103,7 @@ class RootsAndChildren {
         auto& cells = format_.cells();
         const auto child = format_.findInCell(fwp_, fn_, name_);
         const auto added = format_.findInCell(fwp_, fn_, root);
-        bool isBehind = false;  // a free cell in front of the part may have taken it
+        bool isBehind = false;  // a free cell before the part may have taken it
         for (auto at = child; at && !isBehind; at = format_.next(at)) {
             isBehind = at == added;
         }

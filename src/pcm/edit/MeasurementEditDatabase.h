@@ -22,15 +22,16 @@ struct DatabaseRecord {
     std::string parity;               ///< "EV", "OD", "NO", "DE"
 };
 
-/// The measurement database, as far as the edit of a frame needs it. Without a step the
-/// database is not there.
+/// The measurement database, as far as the edit of a frame needs it. Without the first
+/// two steps there is no database.
 struct DatabaseSteps {
     /// The record of that name, or nothing.
     std::function<std::optional<DatabaseRecord>(UserInterface*, std::string_view name)> find;
-    /// Calls `visit` with each record until it gives false. False if they can not be read.
+    /// Calls `visit` with each record until it returns false. False if they cannot be
+    /// read.
     std::function<bool(UserInterface*, const std::function<bool(const DatabaseRecord&)>& visit)>
         forEach;
-    /// Takes the conversion of a record over to the document.
+    /// Copies the conversion of a record to the document.
     std::function<void(UserInterface*, std::string_view name)> addConversion;
     /// Lets the user choose a record; nothing if none was chosen.
     std::function<std::optional<DatabaseRecord>(UserInterface*)> select;
@@ -38,15 +39,16 @@ struct DatabaseSteps {
     [[nodiscard]] bool available() const { return find && forEach; }
 };
 
-/// What a measurement that was picked from the database brings along.
+/// What is added with a measurement that was picked from the database.
 struct AutoAdd {
     bool root = false;
     bool children = false;
 };
 
-/// Adds the root word and the children of a measurement at its place, as far as the stream
-/// does not have them. Does nothing with neither wanted, for a place below 0 and without the
-/// database. Message 412 for a type other than "MF", "SF" and "WDFR". True if any was added.
+/// Adds the root word and the children of a measurement at its place, if the stream does not
+/// have them. Does nothing if neither is wanted, for a place below 0 and without the
+/// database. Message 412 ("Unable to add 'Root Word'") for a type other than "MF", "SF" and
+/// "WDFR". True if any was added.
 bool addRootAndChildren(PcmFormat& format, UserInterface* parent, const DatabaseSteps& database,
                         const AutoAdd& wanted, std::string_view name, std::string_view locationType,
                         int fwp, int fn);

@@ -19,7 +19,7 @@ struct HeldCell {
     Measurement measurement;
 };
 
-/// All cells of a name, by rising word and index; fragments may share a place.
+/// All cells of a name, by ascending word and index; fragments may share a place.
 std::vector<HeldCell> heldCells(const PcmFormat& format, std::string_view name) {
     std::vector<HeldCell> held;
     const auto& cells = format.cells();

@@ -1,4 +1,4 @@
-// A measurement as its form shows it: the values of a new one, and those of one that is in the
+// A measurement as its dialog shows it: the values of a new one, and those of one in the
 // frame, with the list of its places.
 #pragma once
 
@@ -28,13 +28,13 @@ struct WordToEdit {
 };
 
 /// The measurement of that name at a place, or a new one with the values of the settings if
-/// the name is empty. Nothing for a place that holds no measurements; message 329 if it has no
-/// cell or no measurement of that name, and 323.
+/// the name is empty. Nothing for a place that cannot hold measurements; message 329
+/// ("Couldn't find measurement") if it has no cell or no measurement of that name, and 323.
 [[nodiscard]] std::optional<WordToEdit> wordToEdit(const PcmFormat& format, UserInterface* parent,
                                                    int fwp, int fn, std::string_view name);
 
-/// The places that the list of a location type begins with: those of the measurement, or the
-/// one that is edited if it has none for this type.
+/// The initial places in the list of a location type: those of the measurement, or the one
+/// that is edited if it has none for this type.
 [[nodiscard]] std::vector<MeasurementSpot> spotsOf(const PcmFormat& format,
                                                    const EditedPlace& place, std::string_view type);
 /// The same for the ranges of "WDFR".

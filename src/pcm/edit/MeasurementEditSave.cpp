@@ -37,7 +37,7 @@ class MeasurementSave {
         cell_.wordFrameIndex = 0;
     }
 
-    /// False if the definition can not be saved; nothing has changed then.
+    /// False if the definition cannot be saved; nothing has changed then.
     bool plan() {
         if (!checkEntered() || !checkName()) {
             return false;
@@ -57,7 +57,7 @@ class MeasurementSave {
     }
     /// False, with the old measurement back in place, if there can be no more cells.
     bool place();
-    /// The new name was another measurement's, whose places are all among these.
+    /// True if the new name was another measurement's, whose places are all among these.
     [[nodiscard]] bool tookOver() const { return tookOver_; }
 
   private:
@@ -136,7 +136,7 @@ bool MeasurementSave::areOwnLocations() const {
 }
 
 bool MeasurementSave::checkName() {
-    // A name that only its case sets apart is found at this measurement's own places.
+    // A name that differs only in case is found at this measurement's own places.
     if (equalsIgnoreCase(cell_.name, place_.oldName)) {
         return true;
     }
@@ -210,7 +210,7 @@ bool MeasurementSave::planPosition(std::string_view subframe, int position,
     int fwp = place_.fwp;
     int fn = position;
     const auto ref = format_.findSubframe(subframe);
-    // A file tells of no hidden subframe: what refers to one would be lost.
+    // A file has no hidden subframes: what refers to one would be lost.
     if (!ref || isHiddenSubframe(format_.subframe(*ref)) ||
         format_.subframeLocation(subframe, position, fwp, fn) != 1) {
         return refuse(331, place_.fwp, position);
@@ -218,7 +218,7 @@ bool MeasurementSave::planPosition(std::string_view subframe, int position,
     return add(fwp, fn, spot);
 }
 
-/// From the place that is edited on, as many times as told.
+/// From the place that is edited on, for the number of locations.
 bool MeasurementSave::planInterval() {
     const auto subframe = isMinorType() ? std::string() : subframeHere();
     const int start = isMinorType()
@@ -233,7 +233,7 @@ bool MeasurementSave::planInterval() {
         spot.transferOrder = cell_.fragmentTransferOrder.str();
         spot.fragmentNumber = static_cast<int>(planned_.size()) + 1;
         const int number = static_cast<int>(at);
-        // A place that is none is refused, so it goes no further than the frame.
+        // An impossible place is refused, so this ends with the frame.
         if (!(isMinorType() ? planMinor(number, spot) : planPosition(subframe, number, spot))) {
             return false;
         }
@@ -270,8 +270,8 @@ bool MeasurementSave::planPlaces() {
     });
 }
 
-/// A reader takes no fragment whose number is above that of all fragments, so there are no gaps.
-/// In subframes a fragment has several positions and is still one; in words each is its own.
+/// A reader refuses a fragment number above the number of fragments, so there are no gaps. In
+/// subframes a fragment may have several positions; in words each position is a fragment.
 void MeasurementSave::numberFragments() {
     std::map<std::pair<int, int>, int> numbers;
     int each = 0;
@@ -291,7 +291,7 @@ void MeasurementSave::numberFragments() {
         auto& cell = planned.measurement;
         cell.fragmentNumber = numbers[key(planned)];
         cell.locationCount = last;
-        // A reader takes the first mask for all positions of a fragment.
+        // A reader uses the first mask for all positions of a fragment.
         const auto& mask = masks.emplace(cell.fragmentNumber, cell.mask).first->second;
         if (!equalsIgnoreCase(mask, cell.mask)) {
             format_.context().messages.show(parent_, 291, title::kErrorReadingMeasurement,
@@ -301,9 +301,9 @@ void MeasurementSave::numberFragments() {
     }
 }
 
-/// Positions run through the words of a frame before the next one, but a file tells of an
+/// Positions run through the words of a frame before the next one, but a file states an
 /// interval by its place in the lowest word. Where that is not the first place the measurement
-/// would come back elsewhere, so each of its places is told.
+/// would be read back elsewhere, so each of its places is listed.
 void MeasurementSave::tellAmbiguousInterval() {
     const auto lowest =
         std::min_element(planned_.begin(), planned_.end(), [](const auto& a, const auto& b) {
@@ -346,7 +346,7 @@ std::vector<std::string> MeasurementSave::oldNames() const {
     return names;
 }
 
-/// Empties every cell of these names, and gives what they held.
+/// Empties every cell of these names, and returns what they held.
 std::vector<std::pair<CellRef, Measurement>> MeasurementSave::takeOut(
     const std::vector<std::string>& names) {
     auto& cells = format_.cells();
@@ -373,7 +373,7 @@ std::vector<std::pair<CellRef, Measurement>> MeasurementSave::takeOut(
 bool MeasurementSave::placeWordFrame() {
     auto definition = definition_.wordFrame;
     for (auto& location : definition.locations) {
-        // It was told of already if a length did not add up.
+        // A length that does not add up was reported already.
         (void)completeWordFrameLocation(format_, nullptr, cell_.name, location);
     }
     cell_.locationMode.clear();

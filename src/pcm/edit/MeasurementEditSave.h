@@ -21,7 +21,7 @@ struct MeasurementSpot {
     int fragmentNumber = 0;
 };
 
-/// What a person has entered for one measurement.
+/// What the user has entered for one measurement.
 struct MeasurementDefinition {
     /// Name, type, mask, mode, number of locations, interval and the other attributes.
     Measurement attributes;
@@ -30,7 +30,7 @@ struct MeasurementDefinition {
     std::vector<MeasurementSpot> spots;
     /// Of "WDFR".
     WordFrameDefinition wordFrame;
-    /// The values were picked from the database.
+    /// True if the values were picked from the database.
     bool isPicked = false;
 };
 
@@ -45,35 +45,36 @@ struct SaveSteps {
     /// Carries a new name to the conversion record.
     std::function<void(UserInterface*, std::string_view from, std::string_view to)>
         renameConversion;
-    /// Stores the measurement in the database; asked for with the setting `SaveMDB` only.
+    /// Stores the measurement in the database; called only with the setting `SaveMDB`.
     std::function<void(UserInterface*, std::string_view name)> storeInDatabase;
     DatabaseSteps database;
     /// Of a measurement that was picked from the database.
     AutoAdd autoAdd;
 };
 
-/// Checks a definition and puts it in place of the old one: messages 326 (no name), 327 (no
-/// location type), 328 (nothing selected for its type), 334, 339 and 455 (a new name that is in
-/// use), 336 (no reconstructed length), 337 (number of locations or interval), 330 (no minor
-/// word), 331 (no such place), 335 (fragments of a word in different frames) and 323. Of
-/// word/frame ranges also 338 (a supercommutated subframe), 231 (a word of an older type that
-/// would become a subframe), 276, 285 to 287, 292 to 294 and question 357, and of subframe
-/// fragments 291, whose other masks become the first one. Then the new name goes to the
-/// conversion record, the measurement to the database, and what a pick brings along into the
-/// frame. False leaves the frame as it was.
+/// Checks a definition and replaces the old one by it: messages 326 (no name), 327 (no location
+/// type), 328 (nothing selected for its type), 334, 339 and 455 (a new name that is in use),
+/// 336 (no reconstructed length), 337 (number of locations or interval), 330 (no minor word),
+/// 331 (no such place), 335 (fragments of a word in different frames) and 323. Of word/frame
+/// ranges also 338 (a supercommutated subframe), 231 (a word of an older type that would become
+/// a subframe), 276, 285 to 287, 292 to 294 and question 357, and of subframe fragments 291,
+/// whose other masks become the first one. Then the conversion record is renamed, the
+/// measurement stored in the database, and what is added with a picked one placed in the frame.
+/// False leaves the frame as it was.
 bool saveMeasurement(PcmFormat& format, UserInterface* parent, const EditSteps& steps,
                      const SaveSteps& saving, const EditedPlace& place,
                      const MeasurementDefinition& definition);
 
-/// True if a name has one of its places at this word and frame, and that place is one of those
-/// that a supercommutated or fragmented definition tells of: it is the measurement's own.
+/// True if a name has one of its places at this word and frame, and a supercommutated or
+/// fragmented definition states that place: it is the measurement's own.
 [[nodiscard]] bool isOwnLocation(const PcmFormat& format, const EditedPlace& place,
                                  const MeasurementDefinition& definition, int fwp, int fn);
 
 /// The location types that a word offers, as the list shows them; the type is the first four
 /// characters. None from 106-11 on.
 [[nodiscard]] std::vector<std::string> locationTypes(const PcmFormat& format, int fwp);
-/// False with message 338 at a word of a supercommutated subframe.
+/// False with message 338 ("can not define a measurement") at a word of a supercommutated
+/// subframe.
 [[nodiscard]] bool checkWordFrameAllowed(const PcmFormat& format, UserInterface* parent, int fwp);
 
 /// A place that a measurement of one location can move to; FN 0 is every frame.
@@ -88,7 +89,7 @@ inline constexpr const char* kMoveTitle = "Move This Measurement To:";
 /// Moves an "MF" or "SF" measurement with these values to another place. False, without
 /// effect, for any other type or place.
 bool moveMeasurement(PcmFormat& format, const Measurement& values, const MoveTarget& target);
-/// Asks for the place; nothing without a parent.
+/// Asks for the place; false without a parent.
 bool moveMeasurement(PcmFormat& format, UserInterface* parent, const Measurement& values);
 
 }  // namespace kavu

@@ -13,7 +13,7 @@ namespace kavu {
 
 namespace {
 
-/// A seat for the checks of a load whose messages come as boxes.
+/// Makes the checks of a load report in boxes.
 void reportInBoxes(PcmLoad& load) {
     load.report = [parent = load.parent](int id, MessageTitle titleId, const std::string& text) {
         if (parent != nullptr) {
@@ -55,7 +55,7 @@ void takeEveryFrame(const PcmFormat& format, WordFrameFragment& fragment) {
     }
 }
 
-/// A counter is in every frame, and can not be a part of a subframe.
+/// A counter is in every frame, and cannot be part of a subframe.
 bool checkCounterWords(PcmLoad& load, std::string_view name, const WordFrameFragment& fragment) {
     const auto& format = load.format;
     int counter = 0;
@@ -74,8 +74,8 @@ bool checkFragment(PcmLoad& load, std::string_view name, const WordFrameFragment
     return checkWordFrameFragment(load, name, fragment) && checkCounterWords(load, name, fragment);
 }
 
-/// A plain word that gets a hidden subframe would lose what is told of it as a plain word: no
-/// reader finds that again. The measurements of `oldNames` go anyway.
+/// A plain word that gets a hidden subframe would lose its measurements of older types: no
+/// reader would find them again. The measurements of `oldNames` are removed anyway.
 bool checkPlainWords(const PcmFormat& format, UserInterface* parent,
                      const WordFrameFragment& fragment, const std::vector<std::string>& oldNames) {
     bool free = true;
@@ -218,7 +218,7 @@ std::vector<std::pair<int, int>> coveredPlaces(const PcmFormat& format,
         const int depth =
             std::max(1, format.wordType(fwp) == WordType::Subframe ? format.wordDepth(fwp)
                                                                    : format.numberOfFrames);
-        // A subframe that is less deep than the major frame comes again.
+        // A subframe that is less deep than the major frame repeats.
         for (std::int64_t fn = fragment.startFrame; fn <= std::min(end, depth); fn += step) {
             for (std::int64_t frame = fn; frame <= format.numberOfFrames; frame += depth) {
                 places.emplace_back(fwp, static_cast<int>(frame));

@@ -1,4 +1,4 @@
-// The edit of a measurement that is told by ranges of words and frames.
+// The edit of a measurement that is located by ranges of words and frames.
 #pragma once
 
 #include "pcm/edit/MeasurementEdit.h"
@@ -12,31 +12,31 @@
 
 namespace kavu {
 
-/// At most so many fragments of a location are entered.
+/// The most fragments that can be entered for a location.
 inline constexpr int kMostFragments = 9;
 
-/// A fragment in every frame of a word, for a location that is added at a place: of a
-/// subframe's word and with hidden subframes only the frame of the place.
+/// A fragment in every frame of a word, for a location that is added at a place; in a
+/// word of a subframe and with hidden subframes, only in the frame of the place.
 [[nodiscard]] WordFrameFragment newWordFrameFragment(const PcmFormat& format, int fwp, int fn);
 
-/// A fragment is written with its end word and its end frame: from 106-09 on.
+/// True if fragments are written with end word and end frame: from 106-09 on.
 [[nodiscard]] bool writesFragmentEnds(const PcmFormat& format);
-/// Where no ends are written a range with an interval goes on to the last word or frame, and
-/// one without is its start alone. Gives a fragment these ends.
+/// Sets the ends of a fragment as they are read where none are written: a range with an
+/// interval extends to the last word or frame, one without is only its start.
 void takeUnwrittenEnds(const PcmFormat& format, WordFrameFragment& fragment);
 
-/// Why the ranges of a fragment can not be taken, in the words of the messages 276, 285 to
-/// 287, 292 and 293; nothing if they can. Nothing is changed or shown.
+/// Why the ranges of a fragment are invalid, in the words of the messages 276, 285 to 287,
+/// 292 and 293; nothing if they are valid. Nothing is changed or shown.
 [[nodiscard]] std::optional<std::string> wordFrameProblem(PcmFormat& format, std::string_view name,
                                                           const WordFrameFragment& fragment);
-/// The same as a message. Hidden subframes come when the measurement is saved.
+/// The same, shown as a message. Hidden subframes are made when the measurement is saved.
 bool checkWordFrameEntry(PcmFormat& format, UserInterface* parent, std::string_view name,
                          const WordFrameFragment& fragment);
 
-/// Checks a location that was entered: its fragments, message 336 for a missing word length of
-/// several fragments. A length that the masks do not add up to becomes their sum, with
-/// message 294. The ends are those that the edition can tell. Fragments are numbered by their
-/// order; one of the first frame only, in plain words, is in every frame.
+/// Checks a location that was entered: its fragments, and message 336 for a missing word
+/// length of several fragments. A length that the masks do not add up to becomes their sum,
+/// with message 294. The ends are set to what the edition can state. Fragments are numbered by
+/// their order; one of the first frame only, in plain words, is in every frame.
 bool completeWordFrameLocation(PcmFormat& format, UserInterface* parent, std::string_view name,
                                WordFrameLocation& location);
 
@@ -45,9 +45,9 @@ bool completeWordFrameLocation(PcmFormat& format, UserInterface* parent, std::st
 [[nodiscard]] std::vector<std::pair<int, int>> coveredPlaces(const PcmFormat& format,
                                                              const WordFrameFragment& fragment);
 
-/// Puts a measurement with these ranges in place of all places of `oldNames`; `entry` is the
-/// definition that it had, or 0. Hidden subframes are made where they are needed, which can
-/// bring question 357. False leaves the frame as it was, which has been reported.
+/// Replaces all places of `oldNames` by a measurement with these ranges; `entry` is the
+/// definition that it had, or 0. Hidden subframes are made where they are needed, possibly
+/// after question 357. False leaves the frame as it was, which has been reported.
 bool placeWordFrameMeasurement(PcmFormat& format, UserInterface* parent, Measurement measurement,
                                const WordFrameDefinition& definition,
                                const std::vector<std::string>& oldNames, int entry);

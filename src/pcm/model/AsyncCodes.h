@@ -1,4 +1,4 @@
-// The rows of async embedded formats and of data merges, and what messages call either.
+// The rows of async embedded formats and of data merges, and their names in messages.
 #pragma once
 
 #include "core/text/PrintfFormat.h"
@@ -10,11 +10,11 @@
 
 namespace kavu {
 
-/// The commands of one kind, and what messages call it.
+/// The commands of one kind, and its names in messages.
 struct AsyncCodes {
     bool isDataMerge;
     PrintfFormat<int> defaultName;  ///< of n
-    // As the thing itself, within a sentence, and at its head.
+    // As a noun, within a sentence, and at its start.
     std::string_view streamWord;
     std::string_view lowerWord;
     std::string_view word;
@@ -25,8 +25,8 @@ struct AsyncCodes {
     Field mode;       ///< n
     Field location;   ///< n, k
     Field interval;   ///< n
-    Field length;     ///< n, k; without a code there is none
-    Field mask;       ///< n, k; without a code there is none
+    Field length;     ///< n, k; empty if there is none
+    Field mask;       ///< n, k; empty if there is none
     Field ranges;     ///< n, k: "NO", or the number of ranges
     Field start;      ///< n, k, j
     Field frameStep;  ///< n, k, j
@@ -69,7 +69,7 @@ inline constexpr AsyncCodes kDataMergeCodes{.isDataMerge = true,
                                             .frameStep = p::kAdm10,
                                             .end = p::kAdm11};
 
-/// A command that only a data merge has: a text or a number of its record. What is missing
+/// A command that only a data merge has: a text or a number of its record. A missing one
 /// has the value of a new record.
 struct MergeField {
     Field field;
@@ -77,7 +77,7 @@ struct MergeField {
     int AsyncFormat::*number = nullptr;
 };
 
-/// Written behind the name.
+/// Written after the name.
 inline constexpr auto kMergeTexts = std::to_array<MergeField>({
     {p::kAdmMp, &AsyncFormat::mergeParity},
     {p::kAdmOhm, &AsyncFormat::overheadMask},
@@ -86,7 +86,7 @@ inline constexpr auto kMergeTexts = std::to_array<MergeField>({
     {p::kAdmSdp, &AsyncFormat::secondDataPosition},
     {p::kAdmUdp, &AsyncFormat::userDataPosition},
 });
-/// Written behind the locations.
+/// Written after the locations.
 inline constexpr auto kMergeValues = std::to_array<MergeField>({
     {p::kAdm5, nullptr, &AsyncFormat::adm5},
     {p::kAdm6, nullptr, &AsyncFormat::adm6},

@@ -1,5 +1,5 @@
-// Streams that travel in some of the words of this one: asynchronous embedded formats
-// and asynchronous data merges.
+// Streams that are carried in some of the words of this one: asynchronous embedded
+// formats and asynchronous data merges.
 #pragma once
 
 #include "pcm/model/FixedText.h"
@@ -17,7 +17,7 @@ struct FrameRange {
     [[nodiscard]] bool operator==(const FrameRange&) const = default;
 };
 
-/// Where one location of a record stands.
+/// One location of a record.
 struct AsyncLocation {
     int fwp = 0;
     std::vector<FrameRange> frames;

@@ -1,4 +1,4 @@
-// A text of at most so many bytes, held in place: the fields of a stream's records are
+// A text of at most `Width` bytes, held in place: the fields of a stream's records are
 // short, and there are very many of them.
 #pragma once
 
@@ -39,7 +39,7 @@ class FixedText {
     [[nodiscard]] std::size_t size() const { return size_; }
     /// The decimal number at the front; 0 without one.
     [[nodiscard]] int number() const {
-        // Depths are asked for with every cell; plain digits need no parser.
+        // Depths are read for every cell; plain digits need no parser.
         int value = 0;
         for (std::size_t i = 0; i < size_; ++i) {
             if (!isDigit(bytes_[i]) || i >= 9) {

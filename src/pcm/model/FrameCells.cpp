@@ -11,7 +11,7 @@ namespace kavu {
 
 namespace {
 
-// An entry of the index: the place, and a mark for one that is gone.
+// An entry of the index: the place, and a mark for a removed one.
 constexpr std::uint32_t kGone = 1U << 31U;
 
 std::uint32_t keyOf(std::uint16_t word, std::uint16_t index) {
@@ -356,8 +356,8 @@ void FrameCells::sortList(CellRef head) {
     relocate(head, cells);
 }
 
-/// Brings the index of a list up to date whose contents have changed their cells. They are
-/// sorted, so the cells of one name stand together.
+/// Updates the index of a list whose contents have changed their cells. They are sorted,
+/// so the cells of one name are adjacent.
 void FrameCells::relocate(CellRef head, const std::vector<CellRef>& moved) {
     const Entry wanted{keyOf(head.word, head.index), 0};
     std::uint32_t before = 0;
@@ -488,7 +488,7 @@ void FrameCells::cellsAt(int fwp, int index, int nameNumber, std::vector<CellRef
     if (cells.size() < 2) {
         return;
     }
-    // Several stand in the order of the list.
+    // Several are in the order of the list.
     const auto count = cells.size();
     cells.clear();
     for (CellRef at = head; at && cells.size() < count; at = next(at)) {

@@ -2,8 +2,8 @@
 //
 // Each word has a contiguous array of cells; further measurements of a place are chained
 // from a pool. A cell holds the number of a record, and copies of a measurement share one
-// record until one of them differs. A name is found through an index, ignoring case: who
-// asks for all places of a name pays for these places and not for the frame.
+// record until one of them differs. A name is found through an index, ignoring case:
+// finding all places of a name costs these places and not the whole frame.
 #pragma once
 
 #include "pcm/model/Measurement.h"
@@ -19,7 +19,7 @@
 
 namespace kavu {
 
-/// Is told of a word before it, or a cell of it, changes.
+/// Is notified before a word, or a cell of it, changes.
 class WordWatcher {
   public:
     virtual ~WordWatcher() = default;
@@ -28,7 +28,7 @@ class WordWatcher {
 
 class FrameCells {
   public:
-    /// No more cells are chained than this; a file that asks for more is no stream.
+    /// No more cells are chained than this; a file that needs more is not a stream.
     static constexpr std::uint32_t kMostChained = 12'000'000;
     /// A word's array has at most this many cells.
     static constexpr int kMostIndex = 9999;
@@ -37,10 +37,10 @@ class FrameCells {
     FrameCells(const FrameCells&) = delete;
     FrameCells& operator=(const FrameCells&) = delete;
 
-    /// Sets the one watcher, which may be null, and gives the one before. Whoever takes the
-    /// place of another one passes on what it is told.
+    /// Sets the one watcher, which may be null, and returns the previous one, to which the
+    /// new one has to pass on its notifications.
     WordWatcher* watch(WordWatcher* watcher);
-    /// Tells the watcher that a word is about to change.
+    /// Notifies the watcher that a word is about to change.
     void announce(int fwp) {
         if (watcher_ != nullptr) {
             watcher_->beforeChange(fwp);
@@ -50,18 +50,19 @@ class FrameCells {
     /// Chains fewer cells than `kMostChained`, for frames that have to stay small.
     void limitChained(std::uint32_t most) { mostChained_ = std::min(most, kMostChained); }
 
-    /// Frees everything; there are `words` words without cells then. No watcher is told.
+    /// Frees everything, leaving `words` words without cells. The watcher is not
+    /// notified.
     void reset(int words);
-    /// Cells of words that stay are kept, those of words that go are freed.
+    /// Keeps the cells of remaining words, and frees those of removed ones.
     void setWordCount(int words);
     [[nodiscard]] int wordCount() const { return static_cast<int>(words_.size()); }
 
-    /// Resizes the array of a word: new cells are free, the lists of cells that go are freed.
+    /// Resizes the array of a word: new cells are free, the lists of removed cells are freed.
     void resizeWord(int fwp, int count);
     [[nodiscard]] int cellCount(int fwp) const;
-    /// The array cell; none if it is not there.
+    /// The array cell; none if there is no such cell.
     [[nodiscard]] CellRef cell(int fwp, int index) const;
-    /// The cell behind one in its list, or none.
+    /// The next cell in its list, or none.
     [[nodiscard]] CellRef next(CellRef at) const;
 
     /// The measurement of a cell; an empty one if the cell is free. Valid until the cells
@@ -69,11 +70,11 @@ class FrameCells {
     [[nodiscard]] const Measurement& measurement(CellRef at) const;
     [[nodiscard]] int asyncNumber(CellRef at) const;
     [[nodiscard]] bool isFree(CellRef at) const;
-    /// A name, and no async number.
+    /// True for a name without an async number.
     [[nodiscard]] bool isMeasurement(CellRef at) const;
     /// True if two cells share one record.
     [[nodiscard]] bool sameRecord(CellRef a, CellRef b) const;
-    /// The number of that record, which may be another's after any change of a cell.
+    /// The number of that record; after any change of a cell it may be another's.
     [[nodiscard]] std::uint32_t recordNumber(CellRef at) const;
 
     /// Stores a measurement. The async number of the cell stays unless `asyncNumber` is
@@ -85,30 +86,30 @@ class FrameCells {
     /// The first free cell of the list that begins at `head`, else a new one at its end; none
     /// if there can be no more.
     [[nodiscard]] CellRef freeCell(CellRef head);
-    /// Frees the chained cells behind `head`.
+    /// Frees the chained cells after `head`.
     void freeChain(CellRef head);
-    /// Takes a chained cell out of its list; an array cell is made free only.
+    /// Removes a chained cell from its list; an array cell is only made free.
     void remove(CellRef at);
-    /// Sorts the cells of a list by name, up to its first async slot; nothing if one of the
-    /// first two is such a slot. REQUIRES: `prepareSort` since the last new name.
+    /// Sorts the cells of a list by name, up to its first async slot; does nothing if one
+    /// of the first two is such a slot. REQUIRES: `prepareSort` since the last new name.
     void sortList(CellRef head);
     void prepareSort();
 
     // --- by name, ignoring case -----------------------------------------------------------
 
-    /// A place that holds a name; the same place comes once for each of its cells.
+    /// A place that holds a name; a place is listed once for each of its cells.
     struct Place {
         std::uint16_t word;
         std::uint16_t index;
         [[nodiscard]] auto operator<=>(const Place&) const = default;
     };
     [[nodiscard]] bool holds(std::string_view name) const;
-    /// All places by rising word and index.
+    /// All places by ascending word and index.
     [[nodiscard]] std::vector<Place> places(std::string_view name) const;
-    /// The first cell of that name in a list, from `from` on; async slots are passed over.
+    /// The first cell of that name in a list, from `from` on; async slots are skipped.
     [[nodiscard]] CellRef findFrom(CellRef from, std::string_view name) const;
-    /// The cells of a name in a list, in their order; `nameNumber` is that of the name. Takes
-    /// the list's length only if there are several.
+    /// The cells of a name in a list, in their order; `nameNumber` is that of the name. Walks
+    /// the list only if there are several.
     void cellsAt(int fwp, int index, int nameNumber, std::vector<CellRef>& cells) const;
     /// The first of them, or none.
     [[nodiscard]] CellRef firstAt(int fwp, int index, std::string_view name) const;
@@ -117,7 +118,7 @@ class FrameCells {
     }
     /// Changes every copy of a measurement; the name stays what it is.
     void updateAll(std::string_view name, const std::function<void(Measurement&)>& change);
-    /// True if some measurement of the frame answers the test.
+    /// True if any measurement of the frame passes the test.
     [[nodiscard]] bool any(const std::function<bool(const Measurement&)>& test) const;
     /// Number of different names.
     [[nodiscard]] int nameCount() const;
@@ -152,7 +153,8 @@ class FrameCells {
         std::uint32_t next = 0;  ///< the records of a name are a list
         std::uint32_t previous = 0;
     };
-    /// Where a name is: the place, marked once it is gone, and the chained cell or 0.
+    /// Where a name is: the place, with a mark once it is removed, and the chained cell
+    /// or 0.
     struct Entry {
         std::uint32_t place;
         std::uint32_t chained;
@@ -161,7 +163,7 @@ class FrameCells {
         std::string folded;
         mutable std::vector<Entry> places;  ///< sorted up to `sorted`
         mutable std::size_t sorted = 0;
-        std::size_t dead = 0;  ///< entries that are marked as gone
+        std::size_t dead = 0;  ///< entries that are marked as removed
         std::size_t live = 0;
         std::uint32_t firstRecord = 0;
         std::uint32_t lastRecord = 0;  ///< the one that was made last
@@ -216,7 +218,7 @@ class FrameCells {
     std::vector<Name> names_;  ///< 0 is the empty name
     std::unordered_map<std::string, std::uint32_t, Hash, std::equal_to<>> nameIndex_;
     int liveNames_ = 0;
-    std::uint32_t lastStored_ = 0;  ///< the record of the last store, 0 once it is gone
+    std::uint32_t lastStored_ = 0;  ///< the record of the last store, 0 once it is released
 };
 
 }  // namespace kavu

@@ -26,8 +26,8 @@ bool putWord(PcmFormat& format, int fwp, const WordContents& contents) {
                    contents.word.subframeIndex);
     format.setWordLength(fwp, contents.word.length);
     cells.resizeWord(fwp, static_cast<int>(contents.lists.size()));
-    // A free cell in front of others would be taken by the next one, so it is marked as in use
-    // until the list is complete.
+    // The next contents would take a free cell before others, so it is marked as in use until
+    // the list is complete.
     Measurement mark;
     mark.name = "\x01";
     for (std::size_t i = 0; i < contents.lists.size(); ++i) {

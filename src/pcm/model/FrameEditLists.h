@@ -1,4 +1,4 @@
-// The lists of a word taken out of the frame, to be put back there or at another position.
+// The lists of a word, copied from the frame to be put back there or at another position.
 #pragma once
 
 #include "pcm/PcmFormat.h"

@@ -81,7 +81,8 @@ std::string recommendedPattern(int length, bool hexadecimal) {
         return std::string(hexadecimal ? row.hexadecimal : row.binary);
     }
     if (hexadecimal) {
-        // Not a pattern of ones but the length itself: users know these short patterns so.
+        // Not a pattern of ones but the length itself: users know these short patterns in
+        // this way.
         return std::string(1, digitOf(std::clamp(length, 0, 15)));
     }
     return groupFromLeft(std::string(static_cast<std::size_t>(std::clamp(length, 0, 6)), '1'), 3);

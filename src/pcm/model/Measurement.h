@@ -1,5 +1,5 @@
 // What is known of a measurement at one place of the frame. A measurement of several
-// locations has one of these for each; those that are equal are held once.
+// locations has one of these for each; equal ones are stored once.
 #pragma once
 
 #include "pcm/model/FixedText.h"
@@ -38,7 +38,7 @@ struct CellRef {
     [[nodiscard]] bool operator==(const CellRef&) const = default;
 };
 
-/// Tells if a location type is fragmented: MFFR, SFFR, WDFR, ignoring case.
+/// True if a location type is fragmented: MFFR, SFFR, WDFR, ignoring case.
 [[nodiscard]] bool isFragmented(const FixedText<4>& locationType);
 
 }  // namespace kavu

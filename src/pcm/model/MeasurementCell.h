@@ -1,4 +1,4 @@
-// What the edits of a measurement share about its cells and their places.
+// What the edits of a measurement share for its cells and their places.
 #pragma once
 
 #include "pcm/PcmFormat.h"
@@ -11,10 +11,10 @@ namespace kavu {
     return subframe != nullptr && subframe->hidden;
 }
 
-/// Takes the values that tell of more places than one from a measurement.
+/// Clears the values of a measurement that describe more than one place.
 void makeSingle(Measurement& cell);
 
-/// The entry of the ranges that a measurement is told by, or 0.
+/// The entry of a measurement's word/frame definition, or 0.
 [[nodiscard]] int wordFrameEntry(const PcmFormat& format, std::string_view name);
 
 }  // namespace kavu

@@ -28,7 +28,7 @@ Occurrences::Occurrences(const PcmFormat& format, std::string_view name, std::st
     }
 }
 
-/// Finds the cells of a word in the frame that is on, the last one first.
+/// Finds the cells of a word in the present frame, the last one first.
 void Occurrences::collect(const WordPlaces& word) {
     const auto head = format_.cellAtFrame(word.fwp, fn_);
     const auto first = places_.begin() + static_cast<std::ptrdiff_t>(word.first);

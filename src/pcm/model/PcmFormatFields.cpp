@@ -60,7 +60,7 @@ struct PageOrder {
     std::string_view page;
     std::array<std::string_view, 9> codes;
 };
-/// Where a page shows its fields in another order than the file has them.
+/// Pages that show their fields in another order than the file.
 constexpr auto kPageOrders = std::to_array<PageOrder>({
     {pcm_page::kInputData,
      {p::kD1.code, kNonStandardCode, p::kD3.code, p::kD2.code, p::kD6.code, p::kD4.code,

@@ -1,5 +1,5 @@
 // The P group bound to its model: its plain attributes and what it keeps next to the model.
-// Reader, writer, the settings of new formats and the forms are driven by these.
+// They drive the reader, the writer, the settings of new formats and the sheets.
 #pragma once
 
 #include "vocabulary/PGroupFields.h"
@@ -18,7 +18,7 @@ struct PcmAttribute {
     Field field;
     /// The key of the setting that a new format takes it from; empty if there is none.
     std::string_view setting{};
-    std::string_view fallback{};  ///< what a new format takes without that setting
+    std::string_view fallback{};  ///< the value of a new format without that setting
     std::string_view (*text)(const PcmAttributes&) = nullptr;
     void (*setText)(PcmAttributes&, std::string_view) = nullptr;
     int PcmAttributes::*number = nullptr;

@@ -1,5 +1,6 @@
 // A command of a record in the P group: what the vocabulary says of it, and where the record
-// holds its value. The reader, the writer and the form of a record share one table of these.
+// holds its value. The reader, the writer and the dialog of a record share one table of
+// these.
 #pragma once
 
 #include "core/command/CommandPath.h"
@@ -19,8 +20,8 @@ struct RecordField {
     void (*setText)(Record&, std::string_view) = nullptr;
 };
 
-/// The limit that the vocabulary states is the width of the place in the model: a row that
-/// does not fit its place does not compile.
+/// The limit in the vocabulary must be the width of the text in the model: a row that does
+/// not fit does not compile.
 template <typename Record, auto Member>
 consteval void requireWidth(const Field& field) {
     using Text = std::remove_cvref_t<decltype(std::declval<Record&>().*Member)>;

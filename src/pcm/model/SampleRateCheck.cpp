@@ -21,7 +21,7 @@ namespace {
 constexpr std::string_view kRateKey = "SR";
 constexpr std::size_t kLongestRate = 32;
 
-/// Bits a second, 0 without a number.
+/// Bits per second, 0 without a number.
 double bitRateOf(const PcmFormat& format) {
     const auto text = trim(format.bitRate);
     double rate = 0;
@@ -29,7 +29,7 @@ double bitRateOf(const PcmFormat& format) {
     return error == std::errc() ? rate : 0;
 }
 
-/// Samples a second of what is once in the major frame; 0 if that can not be known.
+/// Samples per second of what is once in the major frame; 0 if that cannot be known.
 double majorFrameRate(const PcmFormat& format) {
     if (format.commonWordLength == 0) {
         return 0;

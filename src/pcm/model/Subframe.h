@@ -1,5 +1,5 @@
-// ID counters, and the subframes that go in step with them. Numbers are kept as the text
-// of the file.
+// ID counters, and the subframes that follow them. Numbers are kept as the text of the
+// file.
 #pragma once
 
 #include "pcm/model/FixedText.h"
@@ -11,7 +11,8 @@
 
 namespace kavu {
 
-/// From this edition on subframes are hidden: measurements make them, and no file has them.
+/// From this edition on subframes are hidden: they are made for measurements, and not
+/// written.
 inline constexpr int kHiddenSubframesEdition = 2011;
 
 inline constexpr int kMostSupercomLocations = 99;
@@ -30,8 +31,8 @@ struct Subframe {
     [[nodiscard]] bool operator==(const Subframe&) const = default;
 };
 
-/// An entry without a name is a hole. The word is the one whose type is `IdCounterWord` and
-/// whose `idCounterIndex` leads here.
+/// An entry without a name is a hole. The word is the one whose type is
+/// `WordType::IdCounter` and whose `idCounterIndex` is this entry.
 struct IdCounter {
     FixedText<32> name;           ///< ISF1
     FixedText<2> type;            ///< ISF2: "ID" or "OT"

@@ -49,7 +49,7 @@ inline constexpr auto kCounterFields = std::to_array<CounterField>({
 
 namespace subframe_field {
 
-inline constexpr std::string_view kHead = "SF";  ///< how all its codes begin
+inline constexpr std::string_view kHead = "SF";  ///< the start of all its codes
 inline constexpr int kLastEdition = p::kLastSubframeEdition;
 
 inline constexpr SubframeField kCount{p::kSfN};

@@ -8,7 +8,7 @@ void PcmFormat::subframeNamed(SubframeRef ref) {
     if (record == nullptr || record->name.empty() || !subframeIndex_.namesValid) {
         return;
     }
-    // A name that is indexed already stays where it is: the first entry of a name counts.
+    // A name that is already indexed stays: the first entry of a name counts.
     subframeIndex_.exact.emplace(record->name.str(), ref);
     subframeIndex_.folded.emplace(lowerAscii(record->name), ref);
 }

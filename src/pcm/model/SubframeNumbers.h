@@ -1,4 +1,4 @@
-// Which subframes and locations the commands of a P group tell of.
+// The subframes and locations for which a P group has commands.
 #pragma once
 
 #include <span>
@@ -10,7 +10,7 @@ namespace kavu {
 class CommandIndex;
 
 /// A file can claim many more subframes and locations than it has; a reader that knows which
-/// there are does not look for the others one by one.
+/// exist does not search for the others one by one.
 class SubframeNumbers {
   public:
     SubframeNumbers() = default;
@@ -25,7 +25,7 @@ class SubframeNumbers {
         int location;  ///< 0 for a command that is not one of a location
         [[nodiscard]] auto operator<=>(const Number&) const = default;
     };
-    /// The locations of a subframe, rising.
+    /// The locations of a subframe, ascending.
     [[nodiscard]] std::span<const Number> locations(int counter, int subframe) const;
 
   private:

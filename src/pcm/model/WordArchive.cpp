@@ -34,7 +34,7 @@ void WordArchive::keep(const PcmFormat& format, int fwp) {
             list.push_back({numberOf(cells, at), cells.asyncNumber(at)});
             used = cells.isFree(at) ? used : list.size();
         }
-        list.resize(used);  // free cells at the end are no part of the list
+        list.resize(used);  // free cells at the end are not part of the list
         if (!kept.runs.empty() && kept.runs.back().cells == used &&
             std::equal(list.begin(), list.end(),
                        kept.cells.end() - static_cast<std::ptrdiff_t>(used))) {

@@ -1,5 +1,5 @@
-// Words of a stream put aside with all that they hold, in little space: lists of cells that
-// follow each other and are equal are kept once, and equal measurements are, too.
+// Words of a stream set aside with all that they hold, in little space: consecutive equal
+// lists of cells are kept once, and so are equal measurements.
 #pragma once
 
 #include "pcm/model/FrameEditLists.h"
@@ -12,20 +12,20 @@ namespace kavu {
 
 class WordArchive {
   public:
-    /// Puts a word aside as it is now, unless it is here already.
+    /// Sets a word aside as it is now, unless it is here already.
     void keep(const PcmFormat& format, int fwp);
     void drop(int fwp) { words_.erase(fwp); }
     [[nodiscard]] bool holds(int fwp) const { return words_.contains(fwp); }
     [[nodiscard]] bool empty() const { return words_.empty(); }
-    /// The positions of the words, rising.
+    /// The positions of the words, ascending.
     [[nodiscard]] std::vector<int> words() const;
-    /// True if the stream has the word as it is here. REQUIRES: it is here.
+    /// True if the stream's word is as it is here. REQUIRES: it is here.
     [[nodiscard]] bool isSame(const PcmFormat& format, int fwp) const;
     /// Makes the stream's word what it is here. False if there can be no more cells.
     bool put(PcmFormat& format, int fwp) const;
-    /// What only `keep` needs is freed.
+    /// Frees what only `keep` needs.
     void close();
-    /// Bytes of memory, about.
+    /// The approximate size in bytes.
     [[nodiscard]] std::size_t bytes() const;
 
   private:
@@ -34,7 +34,7 @@ class WordArchive {
         int asyncNumber = 0;
         [[nodiscard]] bool operator==(const Cell&) const = default;
     };
-    /// So many lists, one behind the other, with the same cells.
+    /// A number of consecutive lists with the same cells.
     struct Run {
         std::uint32_t lists = 0;
         std::uint32_t cells = 0;

@@ -1,4 +1,4 @@
-// The locations of a measurement told by ranges of words and frames.
+// The locations of a measurement as ranges of words and frames.
 #pragma once
 
 #include "pcm/model/FixedText.h"

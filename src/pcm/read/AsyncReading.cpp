@@ -71,7 +71,7 @@ class AsyncReader {
                 record().*row.number = load_.number(code(row.field)).value_or(fresh.*row.number);
                 continue;
             }
-            // Kept whole: the limit is that of the form.
+            // Kept whole: the limit is that of the dialog.
             const auto value = load_.text(code(row.field), 0).value_or("");
             record().*row.text = value.empty() ? fresh.*row.text : std::string(value);
         }
@@ -135,12 +135,12 @@ class AsyncReader {
                 return false;
             }
             const auto word = every ? readWord(k) : steppedWord(*first, k);
-            // A later location that is no place for the stream is left out.
+            // A later location where the stream cannot be is left out.
             if (word && checkAsyncWord(*word) && isNew(*word) && !readLocation(*word, k)) {
                 return false;
             }
         }
-        // The slots are found again by rising word when they are written.
+        // The slots are found again by ascending word when they are written.
         std::stable_sort(record().locations.begin(), record().locations.end(),
                          [](const auto& a, const auto& b) { return a.fwp < b.fwp; });
         return true;
@@ -312,8 +312,8 @@ bool readDataMerge(PcmLoad& load) {
     if (count == 0) {
         return true;
     }
-    // One less than there is room for: a file of 18 records is refused as soon as one of them
-    // is a merge, as it always was.
+    // One less than the limit: a file of 18 records is refused as soon as one of them is a
+    // merge, as it always was.
     if (std::int64_t{load.format.asyncCount()} + count + 1 > kMostAsyncFormats) {
         load.log(215, title::kError, kMostAsyncFormats);
         return true;

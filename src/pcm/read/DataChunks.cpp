@@ -17,9 +17,9 @@ namespace {
 
 /// Commands that wait in memory for their files.
 constexpr std::size_t kMostWaiting = std::size_t{16} << 20U;
-/// Commands of chunks that are kept once they have been read.
+/// Commands of chunks that are kept in memory after they have been read.
 constexpr std::size_t kMostRead = std::size_t{64} << 20U;
-/// Bytes between two looks at the progress and at a cancel.
+/// Bytes between two updates of the progress and checks for a cancel.
 constexpr std::uint64_t kStep = 1U << 16U;
 
 }  // namespace
@@ -37,7 +37,7 @@ std::string DataChunks::pathOf(int chunk) const {
 }
 
 void DataChunks::add(std::string_view command) {
-    // What is no field goes with the list as well: its file is copied as it is.
+    // Not only known fields go with the list: its file is copied as it is.
     if (load_.edition() >= 2009 && startsWithIgnoreCase(afterHead(command), "SMF\\")) {
         smf_.append(command).append("\r\n");
         return;
@@ -84,7 +84,7 @@ IoStatus DataChunks::writeOut() {
 
 bool DataChunks::split() {
     auto& context = load_.format.context();
-    // What an earlier load has left behind is not of this group.
+    // Files left by an earlier load are not of this group.
     (void)context.store.deleteFiles(nullptr, formatPrintf("[kavu]D0*.D%2.2d", group_));
     ByteSource source;
     IoStatus status = source.open(context.store.pathOf(groupFile('D', group_)));

@@ -27,22 +27,22 @@ class DataChunks {
     /// Deletes the chunk files.
     ~DataChunks();
 
-    /// Cuts the group's file. From 106-09 on its "SMF\" commands go to a file of their own. False
-    /// on a cancel or a failure, which is reported.
+    /// Splits the group's file. From 106-09 on its "SMF\" commands go to a file of their own.
+    /// False on a cancel or a failure, which is reported.
     bool split();
 
-    /// The chunk of a measurement number, or null if no command of one of its measurements is
-    /// there. Valid until another one is asked for.
+    /// The chunk of a measurement number, or null if the file has no command of its
+    /// measurements. Valid until the next call.
     [[nodiscard]] CommandIndex* chunkOf(int measurement);
     /// The commands that name no measurement.
     [[nodiscard]] CommandIndex& lists();
-    /// The numbers of the lists that tell how many measurements they have.
+    /// The numbers of the lists that state how many measurements they have.
     [[nodiscard]] const std::set<int>& countedLists() const { return countedLists_; }
-    /// The first measurement number from `number` on whose chunk is there, or one that is too
+    /// The first measurement number from `number` on whose chunk exists, or one that is too
     /// high.
     [[nodiscard]] int nextPresent(int number) const;
 
-    // What location types there are.
+    // The location types in the file.
     [[nodiscard]] bool hasWordFrame() const { return hasWordFrame_; }
     [[nodiscard]] bool hasOtherTypes() const { return hasOtherTypes_; }
 
@@ -53,7 +53,7 @@ class DataChunks {
 
     PcmLoad& load_;
     int group_;
-    /// What waits for its file; an empty text once all of it is there.
+    /// Commands that are not in their file yet; an empty text once all are.
     std::map<int, std::string> waiting_;
     std::size_t waitingBytes_ = 0;
     std::string smf_;

@@ -20,7 +20,7 @@ class CounterReader {
           number_(number),
           counter_(format_.idCounters[static_cast<std::size_t>(number - 1)]) {}
 
-    /// False if the rest of the counter's commands, its subframes among them, is left out.
+    /// False if the rest of the counter's commands, including its subframes, is skipped.
     bool read() {
         if (!readName()) {
             return false;
@@ -132,8 +132,8 @@ class CounterReader {
     }
 
     void checkEndValue() {
-        // A direction that is neither up nor down compares with the word position; files are
-        // in use that were written so.
+        // A direction that is neither up nor down is compared with the word position; files
+        // in use were written like this.
         const int expected = expectedEndValue(counter_).value_or(word_);
         if (expected == counter_.endValue.number()) {
             return;
@@ -153,7 +153,7 @@ class CounterReader {
     std::optional<std::string_view> endValueFound_;
 };
 
-/// Which counters the commands of the file tell of.
+/// The counters for which the file has commands.
 class CounterNumbers {
   public:
     explicit CounterNumbers(const PcmLoad& load) {
@@ -169,8 +169,8 @@ class CounterNumbers {
             }
         }
     }
-    /// A deleted counter leaves a gap in the numbers, while their count is that of the
-    /// counters: the file goes on behind it. Such a gap is no counter without a name.
+    /// A deleted counter leaves a gap in the numbers, which go on after it, while the
+    /// count does not include it. Such a gap is not a counter without a name.
     [[nodiscard]] bool isGap(int number, int count) const {
         return !numbers_.contains(number) && !numbers_.empty() && *numbers_.rbegin() > count;
     }
@@ -184,7 +184,7 @@ class CounterNumbers {
     std::set<int> numbers_;
 };
 
-/// The number of counters that the file tells, at most as many as there can be.
+/// The number of counters that the file states, limited to the maximum.
 int readCounterCount(PcmLoad& load) {
     const int count = load.number(counter_field::kCount.field.code).value_or(0);
     if (count <= kMostIdCounters) {
@@ -218,7 +218,7 @@ bool readIdCounters(PcmLoad& load) {
             return false;
         }
     }
-    // Counted before a question can make one: what the file lacks is meant.
+    // Counted before a question can make one: only those of the file count.
     const int named = countIdCounters(format);
     if (load.edition() >= 2011) {
         makeHiddenSubframes(format, load.parent, &load.counterQuestion);

@@ -36,8 +36,8 @@ class MeasurementInput {
     [[nodiscard]] std::string_view name() const { return cell.name; }
     [[nodiscard]] int list() const { return list_; }
 
-    /// Locations and fragments beyond so many missing ones in a row are not looked for: a count
-    /// from a damaged file would never end.
+    /// The search for locations and fragments ends after this many missing ones in a row: a
+    /// count from a damaged file would never end.
     static constexpr int kMostMissing = 99;
 
     /// The code as messages name it: "MFSW-1-2-3".
@@ -105,8 +105,8 @@ class MeasurementInput {
     std::string code_;
 };
 
-// Each of these places the measurement of one location type; a measurement that can not be
-// understood is reported and left out.
+// Each of these places the measurement of one location type; an invalid measurement is
+// reported and left out.
 
 void readMinorWord(MeasurementInput& input);
 void readMinorFrameSupercom(MeasurementInput& input);
@@ -116,17 +116,19 @@ void readSubframeSupercom(MeasurementInput& input);
 void readSubframeFragments(MeasurementInput& input);
 void readWordFrame(MeasurementInput& input);
 
-/// The i-th place of an interval form: first + i x interval, kept within the range of an int.
+/// The i-th place by an interval: first + i x interval, kept within the range of an int.
 [[nodiscard]] inline int stepped(int first, int i, int interval) {
     return static_cast<int>(
         std::min<std::int64_t>(first + static_cast<std::int64_t>(i) * interval, INT_MAX));
 }
 
-/// A copy of the measurement at a place of a subframe, whatever it holds already. False with
-/// message 271 if the place has no cell, or if there can be no more cells.
+/// Adds a copy of the measurement at a place of a subframe, whatever it holds already. False
+/// with message 271 ("No measurement defined at") if the place has no cell, or if there can
+/// be no more cells.
 bool placeInSubframe(MeasurementInput& input, std::string_view subframe, int fwp, int fn);
 
-/// Message 280 for a fragmented measurement whose masks do not add up.
+/// Message 280 ("reconstructed word length") for a fragmented measurement whose masks do
+/// not add up.
 void checkReconstructedLength(MeasurementInput& input, std::string_view kind, long bits);
 
 }  // namespace kavu

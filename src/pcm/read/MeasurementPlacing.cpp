@@ -9,7 +9,7 @@ namespace kavu {
 namespace {
 
 /// Calls `visit(position)` from start to end by the interval, once with an interval of 0,
-/// until it gives false.
+/// until it returns false.
 template <typename Visit>
 bool forEachStep(int start, int interval, int end, const Visit& visit) {
     for (std::int64_t at = start; at <= end; at += interval) {
@@ -23,7 +23,7 @@ bool forEachStep(int start, int interval, int end, const Visit& visit) {
     return true;
 }
 
-/// Tells why a word can not hold a fragment, whatever its frames.
+/// Reports why a word cannot hold a fragment, whatever its frames.
 bool checkWord(PcmLoad& load, std::string_view name, const WordFrameFragment& fragment, int fwp) {
     auto& format = load.format;
     if (!format.isDataWord(fwp)) {
@@ -59,7 +59,7 @@ bool checkFrames(PcmLoad& load, std::string_view name, const WordFrameFragment& 
 bool giveSubframe(PcmLoad& load, std::string_view name, int fwp) {
     auto& format = load.format;
     SubframeRequest request{fwp, name, HiddenMode::ForMeasurement, format.numberOfFrames, 1, 0};
-    if (load.report) {  // nothing is read: the question is the one of an edit
+    if (load.report) {  // not a load: the question is the one of an edit
         request.name = std::nullopt;
         request.hidden = HiddenMode::Hidden;
     }

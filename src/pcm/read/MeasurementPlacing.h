@@ -10,13 +10,13 @@ namespace kavu {
 /// Which words a measurement expects.
 enum class Expected { Any = -1, MinorWord = 0, Subframe = 2 };
 
-/// Adds a copy of the measurement at a place. A minor word has its cell in frame 1 only:
-/// for it a frame above 1 is true at once. Messages 275, 276, 277; sets `result`, and
-/// `abort` if there can be no more cells.
+/// Adds a copy of the measurement at a place. A minor word has a cell only in frame 1:
+/// for it a frame above 1 returns true immediately. Messages 275, 276, 277; sets
+/// `result`, and `abort` if there can be no more cells.
 bool addMeasurementLocation(PcmLoad& load, int fwp, int fn, const Measurement& measurement,
                             Expected expected);
 
-/// Which words a range of frames expects at a word.
+/// The words that a range of frames expects at a word.
 [[nodiscard]] Expected wordFrameCellType(const PcmFormat& format, int fwp, int startFrame,
                                          int frameInterval, int endFrame);
 
@@ -29,7 +29,7 @@ bool checkWordFrameFragment(PcmLoad& load, std::string_view name,
                             const WordFrameFragment& fragment);
 
 /// Gives every word of a subcommutated fragment that has no subframe a hidden one. False if one
-/// can not be made.
+/// cannot be made.
 bool giveHiddenSubframes(PcmLoad& load, std::string_view name, const WordFrameFragment& fragment);
 
 /// Places a measurement in all words and frames of a fragment, the last two steps of reading

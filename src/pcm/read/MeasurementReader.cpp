@@ -40,7 +40,7 @@ class MeasurementReader {
     int group_;
     DataChunks chunks_;
     std::optional<DocumentWriter> tags_;  ///< while the file is being written
-    int tagNumber_ = 0;                   ///< of the list that is read
+    int tagNumber_ = 0;                   ///< of the list being read
 };
 
 std::optional<std::string_view> MeasurementReader::listText(const Field& field,
@@ -59,7 +59,7 @@ std::optional<int> MeasurementReader::listNumber(const Field& field,
     return value ? std::optional(std::max(0, leadingInt(*value))) : std::nullopt;
 }
 
-/// The number of lists that the file tells of.
+/// The number of lists that the file states.
 int MeasurementReader::readCount() {
     const auto told = listNumber(measurement_field::kListCount);
     int count = told.value_or(1);
@@ -73,7 +73,7 @@ int MeasurementReader::readCount() {
     }
     format_.measurementListCount = count;
     if (count > kMostMeasurementLists) {
-        // More lists keep no name; those that the file has are read all the same.
+        // Further lists have no name, but those in the file are read.
         format_.measurementListCount = kMostMeasurementLists;
         load_.corrected();
     }
@@ -100,7 +100,7 @@ void MeasurementReader::decideSubframes() {
     }
 }
 
-/// The location type, which the user may give for one that is missing.
+/// The location type; the user is asked for a missing one.
 bool MeasurementReader::readType(MeasurementInput& input) {
     if (const auto type = input.text(measurement_field::kLocationType)) {
         input.cell.locationType = *type;
@@ -184,7 +184,7 @@ void MeasurementReader::readMeasurement(MeasurementInput& input) {
     }
 }
 
-/// Tagged data has no place in the frame: its commands go to a working file, numbered anew.
+/// Tagged data has no place in the frame: its commands go to a working file, renumbered.
 void MeasurementReader::keepTaggedData(MeasurementInput& input) {
     if (!tags_) {
         return;

@@ -62,7 +62,7 @@ void readSupercomList(MeasurementInput& input, int count) {
     input.setLocationCount(added);
 }
 
-/// The fragments that a definition has not named.
+/// Finds the fragments that a definition does not list.
 class SeenFragments {
   public:
     void add(int number) { seen_.insert(number); }
@@ -86,7 +86,7 @@ class SeenFragments {
     std::set<int> seen_;
 };
 
-/// What the fragments of a measurement have come to.
+/// The result of reading the fragments of a measurement.
 struct Fragments {
     SeenFragments seen;
     long bits = 0;

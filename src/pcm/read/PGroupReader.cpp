@@ -22,7 +22,7 @@ namespace {
 constexpr std::string_view kBusPatternBinary = "111 110 101 111 001 100 100 000";
 constexpr std::string_view kBusPatternHex = "FA F320";
 
-/// A field of a bus stream that may only have one value, or none.
+/// Corrects a field of a bus stream that may only have one value, or none.
 template <std::size_t Width>
 void fixBusField(PcmLoad& load, FixedText<Width>& field, std::string_view only,
                  MessageFor<> message) {
@@ -91,7 +91,7 @@ bool readFrameSize(PcmLoad& load) {
     return true;
 }
 
-/// The pattern as it is held: in groups, in the form of the setting.
+/// The pattern as it is held: in groups, in the notation of the setting.
 std::string readPattern(PcmLoad& load) {
     const auto value = load.text("MF5", kMostSyncBits);
     const auto digits = withoutBlanks(value.value_or(std::string_view()));
@@ -256,7 +256,7 @@ int readPcmGroup(PcmLoad& load) {
             return result;
         }
         if (!isMissing(status)) {
-            // A stream that is there must not be taken for a new one.
+            // An existing stream must not be taken for a new one.
             reportUnableToRead(load.parent, status);
             return -1;
         }
@@ -279,7 +279,7 @@ bool makeNewFormat(PcmLoad& load) {
             attribute.setText(format, setting(attribute.field.code));
         }
     }
-    format.syncPattern.clear();  // it takes more than its text
+    format.syncPattern.clear();  // it can hold more than a valid text
     format.isBusStream = format.typeFormat == stream_type::kBus1553.stored;
     format.commonWordLength = leadingInt(setting("F1"));
     const PcmFormat::Report report = [&load](MessageFor<int, int> id, MessageTitle titleId,

@@ -37,7 +37,7 @@ class SideFile {
             writeCommand(writer_.out(), load_.prefix, code, *value);
         }
     }
-    /// Copies a count, and gives it.
+    /// Copies a count, and returns it.
     int copyCount(std::string_view code, int limit = 0) {
         copy(code, limit);
         return std::min(load_.limitedNumber(code, limit).value_or(0), kMostRows);

@@ -1,5 +1,5 @@
-// The parts of a P group that are no part of the model: they are kept as commands in working
-// files, which the form edits and a save appends as they stand.
+// The parts of a P group outside the model: they are kept as commands in working files,
+// which the sheet edits and a save appends unchanged.
 #pragma once
 
 namespace kavu {

@@ -35,7 +35,7 @@ std::optional<int> askPosition(MeasurementInput& input, std::string_view subfram
     return position;
 }
 
-/// Tells which of the locations are no positions of the subframe. The first ends the check.
+/// Reports the first of the locations that is not a position of the subframe.
 void checkSupercomPositions(MeasurementInput& input, std::string_view subframe, int first,
                             int interval, int count) {
     auto& load = input.load;
@@ -76,7 +76,7 @@ void readSupercomInterval(MeasurementInput& input, std::string_view subframe, in
     input.cell.interval = *interval;
     checkSupercomPositions(input, subframe, *first, *interval, count);
     const int positions = format.subframePositions(subframe);
-    // With an interval of 0 all copies stand at one position.
+    // With an interval of 0 all copies are at one position.
     const int most = *interval > 0 ? count : std::min(count, positions);
     for (int i = 0; i < most; ++i) {
         const int position = stepped(*first, i, *interval);
@@ -139,7 +139,7 @@ struct WordFragments {
     bool severalFragments = false;
     bool severalFrames = false;
 
-    /// True if another fragment stands in another frame.
+    /// True if another fragment is in another frame.
     [[nodiscard]] bool contradicts(int number, int fn) const {
         if (fragment == 0) {
             return false;
@@ -188,11 +188,11 @@ class SubframeFragments {
     bool failed_ = false;
     bool usedInterval_ = false;
     bool usedList_ = false;
-    std::map<int, FixedText<64>> masks_;  ///< by fragment, of the subframe that is read
+    std::map<int, FixedText<64>> masks_;  ///< by fragment, of the subframe being read
     std::map<int, WordFragments> words_;
 };
 
-/// Places the next location of the interval form.
+/// Places the next location by the interval.
 bool SubframeFragments::placeNext(int fwp, int fn) {
     input_.cell.fragmentNumber = added_ + 1;
     if (!addMeasurementLocation(input_.load, fwp, fn, input_.cell, Expected::Subframe)) {
@@ -218,7 +218,8 @@ void SubframeFragments::placeSupercom(std::string_view subframe, int interval) {
     const auto& format = input_.format;
     for (int fwp = format.subframeWord(subframe, 0); fwp >= 0;
          fwp = interval < kMostWords ? format.subframeWord(subframe, fwp + interval + 1) : -1) {
-        // The frame is the interval's own value: streams in the field are described so.
+        // The frame is the value of the interval itself: streams in use are described
+        // like this.
         if (!placeNext(fwp, interval)) {
             return;
         }

@@ -12,11 +12,11 @@ namespace kavu {
 
 namespace {
 
-/// So many subframes of which the file says nothing are reported one by one; a count that is
-/// far beyond the file must not crowd out what else there is to tell.
+/// This many missing subframes are reported one by one; a count far beyond the file must not
+/// crowd out other messages.
 constexpr int kMostAbsentReported = 100;
 
-/// The number at the front of `text`, behind a hyphen, which both are taken off; 0 without.
+/// Removes a hyphen and a number from the front of `text`; 0 if there is none.
 int takeHyphenated(std::string_view& text) {
     int number = 0;
     if (text.starts_with('-')) {
@@ -28,7 +28,7 @@ int takeHyphenated(std::string_view& text) {
     return number;
 }
 
-/// A keyword of the file in the spelling in which it is compared.
+/// A keyword of the file in the spelling used for comparisons.
 std::string keyword(std::string_view value) {
     for (const auto known :
          {kNotSupercommutated, kFirstAndInterval, kEveryLocation, kNoLocationMode}) {
@@ -119,7 +119,7 @@ class SubframeReader {
     void readLocations() {
         const bool one = !record_.isSupercommutated() || isInterval();
         const int wanted = one ? 1 : std::max(0, record_.supercommutated.number());
-        // Behind the last location of the file nothing but missing ones can come.
+        // After the last location in the file only missing ones can follow.
         const int last = locations_.empty() ? 0 : locations_.back().location;
         const int end = std::min(wanted, std::max(kMostSupercomLocations, last));
         int left = end;

@@ -7,7 +7,7 @@ class PcmLoad;
 class SubframeNumbers;
 
 /// Reads ISF, IDC and, before 106-11, SF; from 106-11 on plain words get hidden subframes.
-/// False on a cancel or without memory. Messages 177 to 186, 199 to 213.
+/// False on a cancel or if memory runs out. Messages 177 to 186, 199 to 213.
 bool readIdCounters(PcmLoad& load);
 /// Reads the subframes of the counter with this index (from 0).
 bool readSubframes(PcmLoad& load, int counter);

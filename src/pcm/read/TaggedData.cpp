@@ -22,7 +22,7 @@ namespace {
 
 using tagged_code::kName;
 
-/// A field of one measurement or tag, which is no list itself.
+/// A field of one measurement or tag, outside a list.
 constexpr Field ofOne(Field field) {
     field.code = codeHead(field.code);
     field.list = {};
@@ -50,7 +50,7 @@ const Field* findField(std::span<const Field> fields, std::string_view code) {
     return it == fields.end() ? nullptr : &*it;
 }
 
-/// The measurements by their numbers; what is in another order in the file comes out right.
+/// Collects the measurements by their numbers, in whatever order the file has them.
 class TagReader {
   public:
     bool take(const std::string& command) {

@@ -1,6 +1,5 @@
-// Measurements that have no place in the frame but are found by their tags. They are held in
-// a working file of the D group, from which a save takes them; a list of measurements in the
-// group is a list here.
+// Measurements that have no place in the frame but are located by tags. They are held in a
+// working file of the D group, from which a save takes them. Lists are those of the group.
 #pragma once
 
 #include "pcm/model/FixedText.h"
@@ -51,17 +50,17 @@ inline constexpr std::size_t kMostTags = 999;
 /// The code of a tag's command, with its indices: "TD2-n-m-k".
 [[nodiscard]] std::string tagPattern(const Field& field);
 
-/// The edition has tagged data: 106-11 and later.
+/// True if the edition has tagged data: 106-11 and later.
 [[nodiscard]] bool hasTaggedData(const PcmFormat& format);
-/// In the order of the file. Nothing if it can not be read, which has been reported.
+/// In the order of the file. Nothing if it cannot be read, which has been reported.
 [[nodiscard]] std::optional<std::vector<TaggedMeasurement>> readTaggedData(PcmFormat& format,
                                                                            UserInterface* parent);
-/// Writes them; the format is changed then. False if the file can not be written, which has
-/// been reported.
+/// Writes them; the format then counts as changed. False if the file cannot be written,
+/// which has been reported.
 bool storeTaggedData(PcmFormat& format, UserInterface* parent,
                      const std::vector<TaggedMeasurement>& measurements);
-/// A new name: messages 334 (a measurement of the frame has it) and 339 (another tagged one
-/// has it). An empty name is refused with a text.
+/// Checks a new name: messages 334 (a measurement of the frame has it) and 339 (another
+/// tagged one has it). An empty name is refused with a text.
 [[nodiscard]] bool checkTaggedName(const PcmFormat& format, UserInterface* parent,
                                    std::span<const TaggedMeasurement> others,
                                    std::string_view name);

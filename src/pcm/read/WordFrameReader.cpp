@@ -26,7 +26,7 @@ class WordFrameReader {
         commands_.append(load_.prefix).append(input_.code(field, indices));
         commands_.append(":").append(value).append(";");
         if (commands_.size() > kLongestRecord) {
-            // Of a measurement without end the first two commands and the last ones tell enough.
+            // Of an endless measurement the first two commands and the last ones are enough.
             const auto cut = commands_.find(';', commands_.size() - kLongestRecord / 2);
             commands_.erase(head_, cut + 1 - head_);
         }
@@ -113,7 +113,7 @@ bool WordFrameReader::readFrames(int k, int f, WordFrameFragment& fragment) {
     return true;
 }
 
-/// A plain word is the same in every frame, so frame 1 alone stands for all of them.
+/// A plain word is the same in every frame, so frame 1 alone means all of them.
 void WordFrameReader::takeEveryFrame(WordFrameFragment& fragment) {
     if (load_.edition() < 2009 || fragment.startFrame != 1 || fragment.frameInterval != 0 ||
         fragment.endFrame != 1) {
@@ -178,7 +178,7 @@ bool WordFrameReader::readFragments(int k, int count, bool hasLength, WordFrameL
     if (count > 1 && !hasLength) {
         location.wordLength = sum;
     } else if (count == 1 && !location.fragments.empty()) {
-        // The length is written for several fragments only; of one it is the word's.
+        // The length is written only for several fragments; for one it is the word's.
         location.wordLength = format_.wordLength(location.fragments.front().startWord);
     }
     if (location.fragmentCount() > 1 && hasLength && sum != location.wordLength) {
@@ -198,7 +198,7 @@ void WordFrameReader::makeSubframes(WordFrameLocation& location) {
     }
 }
 
-/// Brings the fragments into the order of their positions, which then are 1, 2, 3 and so on.
+/// Sorts the fragments by position, and renumbers the positions 1, 2, 3 and so on.
 void WordFrameReader::order(int k, WordFrameLocation& location) {
     auto& fragments = location.fragments;
     if (fragments.empty()) {

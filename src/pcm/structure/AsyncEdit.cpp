@@ -24,8 +24,8 @@ void freeSlot(PcmFormat& format, CellRef at) {
     }
 }
 
-/// Calls `visit(cell)` for every cell of the list that begins at `head`; the visitor may take
-/// that cell out of the list.
+/// Calls `visit(cell)` for every cell of the list that begins at `head`; the visitor may
+/// remove that cell from the list.
 template <typename Visit>
 void forEachCell(const PcmFormat& format, CellRef head, const Visit& visit) {
     for (auto at = head; at;) {
@@ -44,7 +44,7 @@ void forEachHead(const PcmFormat& format, const Visit& visit) {
     }
 }
 
-/// Takes a record out of the list, and its number out of the frame: later ones move up.
+/// Removes a record from the list, and its number from the frame: later ones move up.
 void dropRecord(PcmFormat& format, int record) {
     format.asyncFormats.erase(format.asyncFormats.begin() + (record - 1));
     forEachHead(format, [&](CellRef head) {
@@ -220,8 +220,8 @@ std::vector<std::vector<AsyncPlace>> asyncPlaces(const PcmFormat& format) {
         }
     });
     for (std::size_t i = 0; i < places.size(); ++i) {
-        // Words move without their records: where no location names the word, the locations
-        // count in their order.
+        // Words are moved without their records: where no location names the word, the
+        // locations are used in order.
         const auto& locations = format.asyncFormats[i].locations;
         for (std::size_t k = 0; k < places[i].size(); ++k) {
             const auto same = std::find_if(

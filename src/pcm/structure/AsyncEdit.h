@@ -1,5 +1,5 @@
 // The operations on async formats. Records count from 1. Those that edit mark the format
-// changed; a null parent is silent.
+// as changed; a null parent is silent.
 #pragma once
 
 #include "pcm/model/AsyncFormat.h"
@@ -17,14 +17,15 @@ class UserInterface;
 /// Empties a record; its slots stay.
 void clearAsyncFormat(PcmFormat& format, int record);
 /// Frees the slots of a record at a word and frame, or all of them with -1 for either, and
-/// removes the record if it has none left; later records move up. Message 370 if there is no
-/// such record.
+/// removes the record if it has none left; later records move up. Message 370 ("Unable to
+/// locate Async") if there is no such record.
 bool removeAsyncFormat(PcmFormat& format, UserInterface* parent, int record, int fwp, int fn);
 /// Frees all slots of a record, which stays.
 void freeAsyncSlots(PcmFormat& format, int record);
-/// Removes a whole record, after question 137, which a null parent answers with Yes.
+/// Removes a whole record, after question 137 ("about to delete the link"), which a null
+/// parent answers with Yes.
 bool deleteAsyncFormat(PcmFormat& format, UserInterface* parent, int record);
-/// True if a list of those places has a slot of that record, or of any with 0. -1 is any
+/// True if a list at the place has a slot of that record, or of any with 0. -1 is any
 /// word, or any frame.
 [[nodiscard]] bool isAsyncAt(const PcmFormat& format, int fwp, int fn, int record);
 
@@ -33,24 +34,25 @@ bool deleteAsyncFormat(PcmFormat& format, UserInterface* parent, int record);
 bool placeAsyncSlots(PcmFormat& format, UserInterface* parent, int record,
                      const AsyncLocation& location, std::string_view mask);
 
-/// The number of frames was `before` until now: what stood in all frames does so still, other
-/// ranges end with the last frame, and those that begin behind it go.
+/// Follows a change of the number of frames from `before`: what was in all frames still is,
+/// other ranges end with the last frame, and those that begin after it are removed.
 void asyncFramesChanged(PcmFormat& format, int before);
 
-/// A word that a record takes, as it is written: its mask is that of the first slot there.
+/// A word of a record, as it is written: its mask is that of the first slot there.
 struct AsyncPlace {
     int fwp = 0;
     std::string mask;
     std::vector<FrameRange> frames;  ///< empty is every frame
 };
-/// The words of every record, rising, from one look at the frame; record n is at n - 1.
+/// The words of every record, ascending, from one pass over the frame; record n is at n -
+/// 1.
 [[nodiscard]] std::vector<std::vector<AsyncPlace>> asyncPlaces(const PcmFormat& format);
 
-/// The rules on leaving the form of a record, then its slots are placed anew: messages 367
-/// (no name), 374 (a stream of that name exists already, by `linkExists`), 375 (another
-/// record has the name), 368 (no location type), 369 (no interval), 370 (no such record), 195
-/// and 196 (words), 373 (a word twice), 371 and 372 (masks), 215 (too many records), 197.
-/// `record` 0 adds one. Of an "FI" only the first place is given, the others take after it;
+/// Checks a record when its dialog is accepted, then places its slots again: messages 367 (no
+/// name), 374 (a stream of that name exists already, by `linkExists`), 375 (another record
+/// has the name), 368 (no location type), 369 (no interval), 370 (no such record), 195 and
+/// 196 (words), 373 (a word twice), 371 and 372 (masks), 215 (too many records), 197.
+/// `record` 0 adds one. For an "FI" only the first place is given, which the others follow;
 /// an "EL" has as many locations as there are places. An empty mask is the whole word.
 bool saveAsyncFormat(PcmFormat& format, UserInterface* parent, int record,
                      const AsyncFormat& contents, const std::vector<AsyncPlace>& places,

@@ -17,14 +17,14 @@ namespace kavu {
 
 namespace {
 
-/// The fields of the form, with codes that stand without numbers, in the order of the file.
+/// The fields of the dialog, with codes without indices, in the order of the file.
 constexpr auto kMergeFields = [] {
     std::array<Field, kMergeTexts.size() + kMergeValues.size()> fields{};
     std::size_t count = 0;
     const auto add = [&](const MergeField& row) {
         fields[count] = row.field;
         fields[count].code = codeHead(row.field.code);
-        fields[count++].list = {};  // of one record there is one
+        fields[count++].list = {};  // a single record is not in a list
     };
     for (const auto& row : kMergeTexts) {
         add(row);
@@ -46,7 +46,7 @@ std::string valueOf(const FieldValues& values, std::string_view code) {
     return it == values.end() ? std::string() : it->second;
 }
 
-/// A stream of that name is in the document already.
+/// True if a stream of that name is in the document already.
 bool linkExists(PcmFormat& format, UserInterface* parent, std::string_view name) {
     if (findStreamGroup(format, parent, 'P', name) > 0) {
         return true;

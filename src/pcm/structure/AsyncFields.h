@@ -1,5 +1,5 @@
-// What the forms of an async format edit: its record with its places, by the fields of its
-// vocabulary.
+// What the dialogs of an async format edit: its record with its places, by the fields of
+// its vocabulary.
 #pragma once
 
 #include "pcm/structure/AsyncEdit.h"
@@ -20,7 +20,7 @@ struct AsyncEditing {
 };
 /// Of a record, or a new one with its first location at a word.
 [[nodiscard]] AsyncEditing asyncEditing(const PcmFormat& format, int record, int fwp);
-/// The records that have a slot at a place, rising.
+/// The records that have a slot at a place, ascending.
 [[nodiscard]] std::vector<int> asyncRecordsAt(const PcmFormat& format, int fwp, int fn);
 /// Stores it under the rules of `saveAsyncFormat`; the name of another stream is refused.
 bool saveAsyncEditing(PcmFormat& format, UserInterface* parent, const AsyncEditing& editing);
@@ -28,12 +28,13 @@ bool saveAsyncEditing(PcmFormat& format, UserInterface* parent, const AsyncEditi
 /// The fields that only a data merge has, without indices.
 [[nodiscard]] std::span<const Field> dataMergeFields();
 [[nodiscard]] FieldValues dataMergeValues(const AsyncFormat& contents);
-/// A number that is missing takes its default.
+/// A missing number gets its default.
 void setDataMergeValues(AsyncFormat& contents, const FieldValues& values);
 
-/// The edition tells in which frames a location stands: 106-11 and later.
+/// True if the edition states the frames of a location: 106-11 and later.
 [[nodiscard]] bool hasAsyncFrames(const PcmFormat& format);
-/// The start is 1 to the number of frames, and the end is not before it: message 160.
+/// The start must be 1 to the number of frames, and the end not before it: message 160
+/// ("a number between").
 [[nodiscard]] bool checkFrameRange(const PcmFormat& format, UserInterface* parent,
                                    const FrameRange& range);
 /// "1 - 8", "1 - 8 by 2"; all frames is "All".

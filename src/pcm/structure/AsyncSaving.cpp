@@ -1,4 +1,4 @@
-// Leaving the form of an async format: its checks, and the new slots.
+// Accepting the dialog of an async format: its checks, and the new slots.
 #include "core/TmatsDocument.h"
 #include "core/talk/Messages.h"
 #include "core/text/Text.h"
@@ -52,7 +52,7 @@ class AsyncSaver {
         return false;
     }
 
-    /// A file of 18 records, one of them a merge, could not be read again.
+    /// A file of 18 records with a merge among them could not be read again.
     bool checkRecord() {
         if (number_ < 0 || number_ > format_.asyncCount()) {
             return refuse(370);
@@ -107,7 +107,7 @@ class AsyncSaver {
         return true;
     }
 
-    /// All places of an "FI" as they follow from the first; what is given of them stays.
+    /// Completes the places of an "FI" from the first; given ones stay.
     void stepPlaces() {
         const auto count = static_cast<std::size_t>(record_.supercom.number());
         for (std::size_t k = 1; k < count && !places_.empty(); ++k) {
@@ -145,7 +145,7 @@ class AsyncSaver {
         return true;
     }
 
-    /// A new record is called by the number that it would have.
+    /// A new record is shown with the number that it would get.
     int shownNumber() const { return number_ > 0 ? number_ : format_.asyncCount() + 1; }
 
     bool checkWord(int fwp) {

@@ -17,7 +17,8 @@ bool isEntry(const PcmFormat& format, int counter) {
     return counter >= 0 && static_cast<std::size_t>(counter) < format.idCounters.size();
 }
 
-/// Index of an entry for a new counter, a hole first; nothing with message 177.
+/// Index of an entry for a new counter, preferably a hole; nothing with message 177 ("too
+/// large").
 std::optional<int> entryForCounter(PcmFormat& format, UserInterface* parent) {
     auto& counters = format.idCounters;
     const auto hole = std::find_if(counters.begin(), counters.end(),
@@ -45,7 +46,7 @@ void forgetSubframeWithoutWords(PcmFormat& format, SubframeRef ref) {
 }
 
 /// A subframe that keeps its counter from being deleted, or null. A hidden one does so while
-/// it holds something and there is no other counter for it to go in step with.
+/// it is in use and there is no other counter that it could follow.
 const Subframe* referenceTo(const PcmFormat& format, int counter) {
     const bool lastOne = countIdCounters(format) == 1;
     const auto& subframes = format.idCounters[static_cast<std::size_t>(counter)].subframes;
@@ -62,8 +63,8 @@ const Subframe* referenceTo(const PcmFormat& format, int counter) {
     return nullptr;
 }
 
-/// Empties an entry. Its subframes go with it, but for hidden ones in use: they belong to the
-/// array and not to the counter.
+/// Empties an entry. Its subframes are removed, too, except hidden ones in use: they belong
+/// to the array and not to the counter.
 void emptyCounter(PcmFormat& format, int counter) {
     const auto at = static_cast<std::size_t>(counter);
     auto subframes = std::move(format.idCounters[at].subframes);

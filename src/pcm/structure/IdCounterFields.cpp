@@ -22,7 +22,7 @@ constexpr auto kShown = [] {
         if (isShown(row)) {
             shown[count] = row.field;
             shown[count].code = codeHead(row.field.code);
-            shown[count++].list = {};  // of one counter there is one
+            shown[count++].list = {};  // a single counter is not in a list
         }
     }
     return shown;
@@ -35,7 +35,7 @@ const CounterField* findText(std::string_view code) {
     return row == kCounterFields.end() || row->text == nullptr ? nullptr : row;
 }
 
-/// Both are rows of the one table.
+/// Both are rows of the same table.
 bool isField(const CounterField& row, const CounterField& field) {
     return row.field.code == field.field.code;
 }

@@ -19,7 +19,7 @@ constexpr int kMostWordsClassOne = 1024;
 constexpr int kMostWordsBus = 256;
 constexpr int kWordLengthBus = 24;
 
-/// Text of a number field, as the records keep it.
+/// The text of a number field, as the records keep it.
 FixedText<3> numberText(int number) {
     return {std::to_string(number)};
 }
@@ -41,7 +41,7 @@ bool PcmFormat::setCommonWordLength(UserInterface* parent, int length) {
         messages.show(parent, 220, title::kIllegalValueEntered, kErrorBox);
         return false;
     }
-    // A variable length that happens to be the common one goes along.
+    // A variable length that equals the common one changes with it.
     for (int fwp = 0; fwp < wordsPerMinorFrame; ++fwp) {
         if (wordLength(fwp) == commonWordLength) {
             setWordLength(fwp, length);
@@ -136,7 +136,7 @@ bool PcmFormat::setWordsPerMinorFrame(UserInterface* parent, int words) {
         messages.show(parent, 223, title::kIllegalValueEntered, kErrorBox);
         return false;
     }
-    // Subframes go before the counters that they refer to, and nobody is asked.
+    // Subframes are removed before the counters that they refer to, without a question.
     for (int fwp = words; fwp < wordsPerMinorFrame; ++fwp) {
         if (wordType(fwp) == WordType::Subframe) {
             deleteSubframe(*this, nullptr, fwp, true);
@@ -170,7 +170,7 @@ bool PcmFormat::setFrameSyncPatternByValue(UserInterface* parent, std::string_vi
         context_.messages.show(parent, 440, title::kIllegalValueEntered, kErrorBox, kMostSyncBits);
         return false;
     }
-    // What is longer than its place has so many blanks; cut, it would lose digits.
+    // A text longer than its place consists partly of blanks; cut, it would lose digits.
     constexpr auto kWidth = decltype(syncPattern)::kWidth;
     syncPattern =
         pattern.size() <= kWidth ? std::string(pattern) : groupFromRight(digits, hexFsp ? 4 : 3);
@@ -245,7 +245,7 @@ std::optional<std::string> PcmFormat::classTwoAttribute() const {
     if (fragments) {
         return "measurements defined as fragments";
     }
-    // Before 106-05 the standard allows 16 bits only, but the limit has always been 32 here,
+    // Before 106-05 the standard allows only 16 bits, but the limit here has always been 32
     // in every edition.
     constexpr int kMostBits = 32;
     if (commonWordLength > kMostBits) {

@@ -16,7 +16,7 @@ namespace kavu {
 
 namespace {
 
-/// What a bus stream has, and no person can change.
+/// The fixed values of a bus stream, which the user cannot change.
 constexpr auto kFixedInBus =
     std::to_array<std::string_view>({"MF\\N", "F2", "F3", "F4", "MF3", "MF4", "MF5"});
 constexpr auto kBusCodes = std::to_array<std::string_view>({"NRZ-L", "BIO-L", "RNRZ-L"});
@@ -45,7 +45,7 @@ void takeBusValues(PcmFormat& format, UserInterface* parent) {
     setText(format, "F2", {});
 }
 
-/// What one pick brings along.
+/// Does what follows from a picked value.
 void followText(PcmFormat& format, UserInterface* parent, std::string_view code) {
     if (code == "TF") {
         format.isBusStream = format.typeFormat == stream_type::kBus1553.stored;
@@ -75,7 +75,7 @@ bool editNumber(PcmFormat& format, UserInterface* parent, std::string_view code,
     return code == "MF4" && format.setFrameSyncPatternByLength(parent, number);
 }
 
-/// The text travels in a record whose parts blanks separate.
+/// The text is kept in a record whose parts are separated by blanks.
 bool editNonStandardCode(PcmFormat& format, std::string_view value) {
     auto text = withoutBlanks(value);
     std::erase_if(text, [](char c) { return c == '[' || c == ']' || c == '='; });
@@ -94,7 +94,7 @@ bool editComment(PcmFormat& format, std::string_view value) {
     return true;
 }
 
-/// The next new format begins with what was picked last.
+/// The next new format starts with what was picked last.
 void keepAsDefault(PcmFormat& format, std::string_view code) {
     const bool isPattern = code == "MF4" || code == "MF5";
     const auto* const attribute = findPcmAttribute(isPattern ? "MF5" : code);

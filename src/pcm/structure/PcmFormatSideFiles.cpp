@@ -1,5 +1,5 @@
-// What the sheet edits beside the model: it is kept as commands in working files, from which
-// a save takes it as it stands.
+// What the sheet edits besides the model: it is kept as commands in working files, which a
+// save appends unchanged.
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
 #include "core/document/DocumentFiles.h"
@@ -22,7 +22,7 @@ namespace {
 constexpr std::string_view kFilteredCount = "MFF\\N";
 constexpr std::string_view kFilteredFrame = "MFF\\MFN-n";
 
-/// The rows of a list as they were numbered; what was left out of the numbers is no row.
+/// Takes the rows of a list as they are numbered; a missing number makes no row.
 void takeRow(GroupRow& record, const Field& field, std::size_t n, std::string_view value) {
     const auto count = std::string(field.list);
     auto& rows = record.lists[count];

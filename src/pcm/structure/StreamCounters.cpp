@@ -26,7 +26,8 @@ std::optional<std::string> textOf(const PcmFormat& format, std::string_view name
     return counter == nullptr ? std::nullopt : std::optional((counter->*field).str());
 }
 
-/// Changes the counter of that name if `change` agrees; the format has changed then.
+/// Changes the counter of that name if `change` returns true; the format then counts as
+/// changed.
 template <typename Change>
 bool changeCounter(PcmFormat& format, std::string_view name, const Change& change) {
     const auto index = findIdCounter(format, name);

@@ -1,6 +1,6 @@
-// ID counters and subframes by their names: the operations under which other programs know
-// them. A name that matches nothing fails, and so does a value that the field's rules refuse.
-// What takes a parent reports to it, all else is silent.
+// ID counters and subframes by their names: the operations that other programs call. An
+// unknown name fails, and so does a value that the field's rules refuse. Functions with a
+// parent report to it, all others are silent.
 #pragma once
 
 #include "pcm/PcmFormat.h"
@@ -13,7 +13,7 @@ namespace kavu {
 
 // --- ID counters ----------------------------------------------------------------------------
 
-/// `canCreateAt` comes first: messages 231, 177.
+/// `canCreateAt` is checked first: messages 231, 177.
 bool createSFID(PcmFormat& format, UserInterface* parent, int fwp);
 /// Question 129, messages 359, 360.
 bool deleteSFID(PcmFormat& format, UserInterface* parent, std::string_view name);
@@ -21,7 +21,7 @@ bool deleteSFID(PcmFormat& format, UserInterface* parent, std::string_view name)
 
 struct SFIDInfo {
     std::string name;
-    int fwp = -1;  ///< -1 if no word bears it
+    int fwp = -1;  ///< -1 if no word holds it
 };
 /// The n-th counter that has a name, from 1.
 [[nodiscard]] std::optional<SFIDInfo> getSFIDInfo(const PcmFormat& format, int number);

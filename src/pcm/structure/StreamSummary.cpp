@@ -52,7 +52,7 @@ StreamSummary readStreamSummary(DocumentContext& context, UserInterface* parent,
         reportUnableToRead(parent, status);
         return summary;
     }
-    // A value that is too long is told of when the stream is loaded.
+    // A value that is too long is reported when the stream is loaded.
     const auto prefix = groupHead('P', pGroup);
     const auto text = [&](std::string_view code) {
         const auto found = fields.find(prefix + std::string(code));

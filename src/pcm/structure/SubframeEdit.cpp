@@ -47,8 +47,8 @@ bool createAskedCounter(PcmFormat& format, UserInterface* parent, int fwp) {
            createIdCounter(format, parent, words[static_cast<std::size_t>(choice)]).has_value();
 }
 
-/// The counter that the new subframe goes in step with. Without one a person is told, and
-/// for hidden subframes asked.
+/// The counter that the new subframe follows. Without one the user gets a message, and
+/// for hidden subframes a question.
 std::optional<int> counterForSubframe(PcmFormat& format, UserInterface* parent,
                                       const SubframeRequest& request, CounterQuestion* question) {
     if (const auto counter = firstIdCounter(format)) {
@@ -159,12 +159,12 @@ bool createSubframe(PcmFormat& format, UserInterface* parent, const SubframeRequ
         return false;
     }
     const auto counter = counterForSubframe(format, parent, request, question);
-    // The word that was picked for a new counter may be one of ours.
+    // The word picked for a new counter may be one of the subframe's.
     if (!counter || !arePlainWords(format, request)) {
         return false;
     }
     // Always the first array, whichever counter was found: hidden subframes of streams whose
-    // first counter was deleted are looked for there.
+    // first counter was deleted are expected there.
     const auto slot = getSubframeSlot(format, parent, 0);
     if (!slot) {
         return false;
@@ -246,7 +246,7 @@ bool moveSubframeToCounter(PcmFormat& format, int fwp, const Subframe& record, i
         }
         to = {counter, *slot};
     }
-    const Subframe moved = record;  // which may be the very entry that is emptied
+    const Subframe moved = record;  // a copy: `record` may be the entry that is emptied
     const auto words = format.wordsOf(from);
     format.idCounters[static_cast<std::size_t>(from.counter)]
         .subframes[static_cast<std::size_t>(from.index)] = {};
@@ -295,7 +295,7 @@ bool canCreateAt(const PcmFormat& format, UserInterface* parent, int fwp) {
     if (type != WordType::Minor) {
         return false;
     }
-    // An async slot counts, too: its stream could not be read again from another kind of word.
+    // An async slot counts, too: its stream could not be read from another kind of word.
     if (holdsAnything(format, fwp)) {
         show(format, parent, 231, title::kError, kErrorBox);
         return false;

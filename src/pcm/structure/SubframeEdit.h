@@ -1,5 +1,5 @@
-// The operations on ID counters and subframes. They mark the format changed; a null parent
-// is silent.
+// The operations on ID counters and subframes. They mark the format as changed; a null
+// parent is silent.
 #pragma once
 
 #include "pcm/PcmFormat.h"
@@ -19,20 +19,22 @@ namespace kavu {
 [[nodiscard]] bool idCounterNameExists(const PcmFormat& format, std::string_view name);
 /// The index of the counter of that name, compared exactly; nothing for an empty name.
 [[nodiscard]] std::optional<int> findIdCounter(const PcmFormat& format, std::string_view name);
-/// The first word that bears the counter with this index, or -1.
+/// The first word that holds the counter with this index, or -1.
 [[nodiscard]] int wordOfIdCounter(const PcmFormat& format, int counter);
 /// "SFID", then "SFID2" and so on: the first that is not in use.
 [[nodiscard]] std::string generateIdCounterName(const PcmFormat& format);
-/// The value that a counter has in its end frame by its initial value and its frames. Nothing
-/// for a direction that is neither up nor down. It may be below 1, which no counter sends.
+/// The value of a counter in its end frame, computed from its initial value and its frames.
+/// Nothing for a direction that is neither up nor down. It may be below 1, which no counter
+/// sends.
 [[nodiscard]] std::optional<int> expectedEndValue(const IdCounter& counter);
 /// Sets the end value to the expected one, at least 1; with an unknown direction it stays.
 void updateEndValue(IdCounter& counter);
-/// A new counter at that word; its index, or nothing with message 177.
+/// Makes a new counter at that word. Returns its index, or nothing with message 177 ("too
+/// large").
 std::optional<int> createIdCounter(PcmFormat& format, UserInterface* parent, int fwp);
-/// Asks question 129, not without a parent. False with message 360 while a subframe refers to
-/// the counter, and with 359 if the word bears none. Hidden subframes that hold nothing go
-/// along with it.
+/// Asks question 129 ("permanently delete this ID Counter"), but not without a parent. False
+/// with message 360 ("cannot delete") while a subframe refers to the counter, and with 359
+/// ("Could not locate") if the word holds none. Empty hidden subframes are deleted with it.
 bool deleteIdCounter(PcmFormat& format, UserInterface* parent, int fwp);
 
 // The rules of the fields while a counter is edited. The frames change the end value.
@@ -46,8 +48,9 @@ bool setEndFrame(PcmFormat& format, UserInterface* parent, IdCounter& counter, i
 /// A new name of the counter with this index: messages 361, 365.
 [[nodiscard]] bool checkIdCounterName(const PcmFormat& format, UserInterface* parent, int counter,
                                       std::string_view name);
-/// The rules on leaving the form of the counter at a word: messages 361, 365, 362; the
-/// counter's length may not exceed the length of its word. The subframes stay.
+/// Checks and stores the counter at a word when its dialog is accepted: messages 361,
+/// 365, 362; the counter's length may not exceed the length of its word. The subframes
+/// stay.
 bool saveIdCounter(PcmFormat& format, UserInterface* parent, int fwp, const IdCounter& record);
 
 // --- subframes ------------------------------------------------------------------------------
@@ -55,8 +58,8 @@ bool saveIdCounter(PcmFormat& format, UserInterface* parent, int fwp, const IdCo
 /// Compared exactly, over all counters.
 [[nodiscard]] bool subframeNameExists(const PcmFormat& format, std::string_view name);
 
-/// Who asks for a subframe: a person, the making of hidden subframes (question 357), or a
-/// measurement that is being read (question 358).
+/// What a subframe is made for: the user, the making of hidden subframes (question 357),
+/// or a measurement that is being read (question 358).
 enum class HiddenMode { Shown = 0, Hidden = 1, ForMeasurement = -1 };
 
 struct SubframeRequest {
@@ -68,36 +71,41 @@ struct SubframeRequest {
     int locations = 1;
     int interval = 0;
 };
-/// Messages 352, 354, 355, 357, 358. Without a message it fails if a word of it is no plain
-/// word. `question` keeps a No for the rest of a load; null asks each time. What a plain word
-/// holds in every minor frame stays in every frame of a hidden subframe.
+/// Messages 352, 354, 355, 357, 358. Fails without a message if one of its words is not a
+/// plain word. `question` keeps a No for the rest of a load; null asks each time. What a
+/// plain word holds in every minor frame stays in every frame of a hidden subframe.
 bool createSubframe(PcmFormat& format, UserInterface* parent, const SubframeRequest& request,
                     CounterQuestion* question = nullptr);
 /// Gives every plain word its hidden subframe.
 void makeHiddenSubframes(PcmFormat& format, UserInterface* parent,
                          CounterQuestion* question = nullptr);
-/// Asks question 123, not without a parent. All words of the subframe become plain words.
+/// Asks question 123 ("permanently delete"), but not without a parent. All words of the
+/// subframe become plain words.
 bool deleteSubframe(PcmFormat& format, UserInterface* parent, int fwp, bool cellsToo);
 
-/// Index of a free entry of the counter's array; nothing with message 352.
+/// Index of a free entry of the counter's array; nothing with message 352 ("PCM format
+/// too big").
 std::optional<int> getSubframeSlot(PcmFormat& format, UserInterface* parent, int counter);
 /// Moves the subframe of a word to another counter and gives it this record.
 bool moveSubframeToCounter(PcmFormat& format, int fwp, const Subframe& record, int counter);
-/// The rules on leaving the form: messages 341 to 344, 346 to 351, 353, 354, 160. `fwp` is
-/// the word that is edited, `old` the record before, `everyLocation` the words of an "EL".
+/// Checks and stores a subframe when its dialog is accepted: messages 341 to 344, 346 to
+/// 351, 353, 354, 160. `fwp` is the word that is edited, `old` the record before,
+/// `everyLocation` the words of an "EL".
 bool saveSubframe(PcmFormat& format, UserInterface* parent, int fwp, const Subframe& record,
                   const Subframe& old, const std::vector<int>& everyLocation);
 /// Makes the word a plain one. Only the first frame's measurements stay, and with `cellsToo`
 /// none.
 void resetWord(PcmFormat& format, UserInterface* parent, int fwp, bool cellsToo);
-/// True if a counter or subframe can be made at the word. Message 231.
+/// True if a counter or subframe can be made at the word. Message 231 ("already contains
+/// measurements").
 [[nodiscard]] bool canCreateAt(const PcmFormat& format, UserInterface* parent, int fwp);
-/// What was made at a word that a person has pointed at; its form comes next, and if that is
-/// left with Cancel, what was made is deleted again.
+/// What was made at a word that the user has chosen; its dialog comes next, and after a
+/// Cancel there what was made is deleted again.
 enum class Created { Nothing, Subframe, IdCounter };
-/// From 106-11 on there is only a counter to make. Before that the user chooses; while new
-/// measurements do without subframe definitions only the counter is offered, after message
-/// 233. Nothing is made without a parent to choose. Messages 231, 177, 355.
+/// From 106-11 on only a counter can be made. Before that the user chooses; while new
+/// measurements do not use subframe definitions only the counter is offered, after message
+/// 233 ("'Create Subframe' function has been disabled"). Nothing is made without a parent
+/// to choose. Messages 231, 177, 355.
 Created createAt(PcmFormat& format, UserInterface* parent, int fwp);
 /// True if a word holds a measurement or an async slot in any frame.
 [[nodiscard]] bool holdsAnything(const PcmFormat& format, int fwp);

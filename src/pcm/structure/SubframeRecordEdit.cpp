@@ -24,7 +24,7 @@ bool saveSubframeEditing(PcmFormat& format, UserInterface* parent, int fwp,
     const auto old = subframeEditing(format, fwp);
     const bool moves = editing.counter != old.counter && old.counter >= 0;
     const bool changed = format.changed;
-    // The depth is checked against the counter that the subframe goes in step with.
+    // The depth is checked against the counter that the subframe follows.
     if (moves && (!getSubframeSlot(format, parent, editing.counter) ||
                   !moveSubframeToCounter(format, fwp, old.record, editing.counter))) {
         return false;

@@ -1,4 +1,4 @@
-// Leaving the form of a subframe: its checks, and what then changes in the frame.
+// Accepting the dialog of a subframe: its checks, and the changes in the frame.
 #include "pcm/structure/AsyncEdit.h"
 #include "pcm/structure/SubframeEdit.h"
 #include "vocabulary/SubframeCodes.h"
@@ -70,7 +70,7 @@ class SubframeSaver {
         return record_.locationMode == kEveryLocation ? checkEveryLocation() : checkInterval();
     }
 
-    /// A word that would be taken from a counter or from another subframe.
+    /// True for a word of a counter or of another subframe.
     bool isTaken(int word) const {
         const auto& other = format_.word(word);
         const SubframeRef ref{other.idCounterIndex, other.subframeIndex};
@@ -78,8 +78,8 @@ class SubframeSaver {
                (other.type == WordType::Subframe && !(ref == ref_));
     }
 
-    /// A plain word whose contents would be lost: an async stream can not be read again from a
-    /// word of a subframe.
+    /// True for a plain word whose contents would be lost: an async stream cannot be read from
+    /// a word of a subframe.
     bool isInUse(int word) const {
         return format_.containsMeasurements(word) ||
                (format_.wordType(word) == WordType::Minor && isAsyncAt(format_, word, -1, 0));
@@ -96,7 +96,7 @@ class SubframeSaver {
         }
         for (int i = 0; i < count; ++i) {
             const int word = fwp_ + i * interval;
-            // The position behind the last word is let through; nothing is placed there.
+            // The position after the last word is accepted; nothing is placed there.
             if (word > format_.wordsPerMinorFrame) {
                 return refuse(343, title::kUnableToSaveSubframe, word);
             }

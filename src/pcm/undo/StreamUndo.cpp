@@ -16,7 +16,7 @@ namespace kavu {
 
 namespace {
 
-/// A file that is not there counts as empty.
+/// A missing file counts as empty.
 std::string contentsOf(const std::string& path) {
     std::string bytes;
     return fileExists(path) && readWholeFile(path, bytes).ok() ? bytes : std::string();
@@ -27,7 +27,8 @@ IoStatus putContents(DocumentFiles& files, const std::string& path, const std::s
     return contents.empty() ? files.removeIfThere(name) : files.put(name, contents);
 }
 
-/// The attributes that are no more than marks of edits, or tell where the stream lies.
+/// Replaces the attributes that are only marks of edits, or state where the stream is
+/// stored.
 PcmAttributes withMarksOf(PcmAttributes attributes, const PcmAttributes& marks) {
     attributes.changed = marks.changed;
     attributes.formatEdited = marks.formatEdited;
@@ -104,7 +105,7 @@ void StreamUndo::beforeChange(int fwp) {
     if (outer_ != nullptr) {
         outer_->beforeChange(fwp);
     }
-    // A word that has come since the last level goes again with the count of words.
+    // A word added since the last level is removed again with the count of words.
     const auto at = static_cast<std::size_t>(fwp);
     if (!exchanging_ && fwp >= 0 && at < isKept_.size() && !isKept_[at]) {
         isKept_[at] = true;
@@ -196,7 +197,7 @@ bool StreamUndo::commit(bool accepted) {
     Level level;
     bool differs = takeDifference(level);
     if (journal_ != nullptr) {
-        // A file that can not be read is not put back; the records themselves are as they are.
+        // A file that cannot be read is not put back; the records themselves are as they are.
         IoStatus status;
         level.conversions = journal_->take(status);
         differs = differs || (accepted && !level.conversions.empty());
@@ -211,7 +212,7 @@ bool StreamUndo::commit(bool accepted) {
 void StreamUndo::add(Levels& levels, Level level) {
     bytes_ += level.bytes();
     levels.push_back(std::move(level));
-    // Those that are farthest from the stream as it is now go first, and never the new one.
+    // Those farthest from the stream as it is now are dropped first, and never the new one.
     const auto dropFrom = [&](Levels& some) {
         if (some.size() <= (&some == &levels ? 1U : 0U)) {
             return false;
@@ -324,7 +325,8 @@ bool StreamUndo::exchange(Level& level, UserInterface* parent) {
     exchanging_ = true;
     bool done = exchangeWords(level);
     auto wanted = level.attributes;
-    // Where the stream lies does not go back; one that was saved meanwhile differs from there.
+    // Where the stream is stored is not undone; one that was saved meanwhile differs from its
+    // files.
     wanted.pGroup = format_.pGroup;
     wanted.dGroup = format_.dGroup;
     wanted.changed = wanted.changed || saved != format_.saveCount;

@@ -1,10 +1,10 @@
-// Undo and redo of the edits of a stream: one level for each, and the stream comes back exactly,
+// Undo and redo of the edits of a stream: one level for each, which restores the stream exactly,
 // with the conversion records that the edit has changed.
 //
-// A level keeps one side of an edit, and of that only the words, entries and files that are
-// different on the other side. So it takes the room of what the edit has touched, and making it
-// the time of a look at these. All levels together keep to a limit: the oldest ones go, and
-// what they would take back can not be undone any more.
+// A level keeps one side of an edit, and of that only the words, entries and files that differ
+// on the other side. So its size, and the time to make it, depend only on what the edit has
+// touched. All levels together keep to a limit: the oldest ones are dropped and can no longer
+// be undone.
 #pragma once
 
 #include "conversion/ConversionStore.h"
@@ -26,18 +26,17 @@ class UserInterface;
 
 class StreamUndo : private WordWatcher {
   public:
-    /// All levels together take no more than this, but for the one made last, which always
-    /// stays.
+    /// The limit of all levels together; the latest one always stays.
     static constexpr std::size_t kMostBytes = std::size_t{64} << 20U;
 
-    /// What the edits of a stream change beside it; both may be null.
+    /// What the edits of a stream change besides it; both may be null.
     struct Beside {
         ConversionStore* conversions = nullptr;
         MeasurementNames* names = nullptr;
     };
 
-    /// Takes the stream as it is for the one to begin with. What is given must outlive it, and
-    /// of several for one format the last one ends first.
+    /// Starts with the stream as it is. The arguments must outlive the object, and of several
+    /// for one format the last one must end first.
     explicit StreamUndo(PcmFormat& format) : StreamUndo(format, Beside{}) {}
     StreamUndo(PcmFormat& format, const Beside& beside, std::size_t mostBytes = kMostBytes);
     StreamUndo(const StreamUndo&) = delete;
@@ -45,8 +44,8 @@ class StreamUndo : private WordWatcher {
     ~StreamUndo() override;
 
     /// Ends an edit: what it has changed becomes a level, and what was undone before is lost.
-    /// False if it has changed nothing. An edit that was not `accepted` and has left only the
-    /// conversion records different, as a look at a new one does, is none.
+    /// False if it has changed nothing. An edit that was not `accepted` and has changed only
+    /// the conversion records, as showing a new one does, does not count.
     bool commit(bool accepted = true);
     [[nodiscard]] bool canUndo() const { return !undo_.empty(); }
     [[nodiscard]] bool canRedo() const { return !redo_.empty(); }
@@ -55,7 +54,7 @@ class StreamUndo : private WordWatcher {
     bool undo(UserInterface* parent = nullptr);
     bool redo(UserInterface* parent = nullptr);
 
-    /// Bytes of memory that the levels take, about.
+    /// The approximate size of the levels in bytes.
     [[nodiscard]] std::size_t bytes() const { return bytes_; }
 
   private:
@@ -74,7 +73,7 @@ class StreamUndo : private WordWatcher {
     };
     struct Level {
         PcmAttributes attributes;
-        int saveCount = 0;  ///< by which the mark that the stream has changed is true
+        int saveCount = 0;  ///< decides whether the mark that the stream has changed still holds
         WordArchive words;
         std::optional<std::vector<IdCounter>> counters;
         std::optional<std::vector<AsyncFormat>> asyncFormats;
@@ -82,7 +81,7 @@ class StreamUndo : private WordWatcher {
         std::size_t definitionCount = 0;
         std::array<std::optional<std::string>, kFiles> files;
         KeptFiles conversions;
-        std::vector<std::string> forgotten;  ///< names that the edit has made forgotten
+        std::vector<std::string> forgotten;  ///< names that the edit has forgotten
 
         [[nodiscard]] std::size_t bytes() const;
     };
@@ -95,7 +94,7 @@ class StreamUndo : private WordWatcher {
     [[nodiscard]] bool takeDifference(Level& level);
     [[nodiscard]] bool takeWords(Level& level);
     [[nodiscard]] bool takeDefinitions(Level& level);
-    /// Makes the stream what the level has kept; the level then keeps what it was until now.
+    /// Exchanges the stream with what the level has kept.
     bool exchange(Level& level, UserInterface* parent);
     bool exchangeWords(Level& level);
     void exchangeDefinitions(Level& level);

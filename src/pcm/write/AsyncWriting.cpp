@@ -81,7 +81,7 @@ class AsyncWriter {
         const int count = record.supercom.number();
         if (record.locationMode == kEveryLocation) {
             for (int k = 2; k <= count; ++k) {
-                // All that come behind the last place are missing as well.
+                // All after the last place are missing as well.
                 if (static_cast<std::size_t>(k) > places.size()) {
                     complain(235, k, count, record.dataLinkName.view());
                     break;
@@ -126,7 +126,7 @@ class AsyncWriter {
         }
     }
 
-    /// A file knows these masks in binary only.
+    /// A file has these masks only in binary.
     std::string embeddedMask(const AsyncPlace& place) const {
         if (!place.mask.empty() && place.mask.find_first_not_of("01") == std::string::npos) {
             return place.mask;

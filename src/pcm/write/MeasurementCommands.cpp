@@ -19,7 +19,7 @@ namespace {
 /// Fragments with a higher number are not counted.
 constexpr int kMostCountedFragments = 9;
 
-/// Only the first character counts, and whatever is not "I" tells every location.
+/// Only the first character counts, and anything but "I" lists every location.
 bool isInterval(const Measurement& measurement) {
     return measurement.locationMode.view().starts_with('I');
 }
@@ -171,7 +171,7 @@ void MeasurementCommands::writeMinorSupercom() {
         }
         number(minor_supercom_field::kWord, found->fwp, {k});
         // The mask is that of the first measurement of the place, whichever that is: files
-        // are in use that were written so.
+        // in use were written like this.
         if (const auto head = format_.cellAt(found->fwp, found->fn)) {
             text(minor_supercom_field::kWordMask, format_.cells().measurement(head).mask, {k});
         } else {
@@ -273,8 +273,8 @@ void MeasurementCommands::writeFragmentsOf(int s, std::string_view subframe,
             named = true;
             text(subframe_fragment_field::kSubframe, subframe, {s});
             text(subframe_fragment_field::kMode, fragment.locationMode, {s});
-            // The first position and the interval of this form are not kept in the model: it
-            // comes back from a save without them.
+            // The model does not keep the first position and the interval of this mode: a
+            // save loses them.
             if (isInterval(measurement_)) {
                 return;
             }

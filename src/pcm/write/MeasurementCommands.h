@@ -13,16 +13,16 @@ namespace kavu {
 
 class FileWriter;
 
-/// Empty texts write nothing, numbers are always written. What can not be told is shown in
-/// a box (295 to 297), and the rest of the measurement is written.
+/// Empty texts write nothing, numbers are always written. What cannot be expressed is
+/// reported in a box (295 to 297), and the rest of the measurement is written.
 class MeasurementCommands {
   public:
     /// `prefix` is that of the group, such as "D-1\".
     MeasurementCommands(PcmFormat& format, UserInterface* parent, FileWriter& writer,
                         std::string prefix);
 
-    /// Writes measurement `m` of list `l`, both from 1, from the cell at a word and an index of
-    /// the word's cells: that cell alone gives all attributes and the first location.
+    /// Writes measurement `m` of list `l`, both from 1. The cell at a word and an index of the
+    /// word's cells gives all attributes and the first location.
     void write(int l, int m, CellRef cell, int fwp, int index);
 
   private:
@@ -38,7 +38,7 @@ class MeasurementCommands {
     void setCode(const Field& field, std::initializer_list<int> more);
     void cannotFindOthers(MessageTitle titleId);
     [[nodiscard]] std::string_view subframeName(int fwp) const;
-    /// All hits by rising frame, and within a frame by rising word.
+    /// All hits by ascending frame, and within a frame by ascending word.
     [[nodiscard]] std::vector<Hit> hits() const;
 
     void writeLocations();

@@ -30,7 +30,7 @@ namespace {
 constexpr const char* kUnableToOpen =
     "Unable to open PCM Measurement Definition File. Operation Aborted";
 
-/// A measurement at the place where the walk over the frame meets it first.
+/// A measurement at its first place in the order of the frame.
 struct FirstPlace {
     CellRef cell;
     int fwp;
@@ -38,10 +38,10 @@ struct FirstPlace {
 };
 
 /// The tagged data measurements in the working file of the D group. They are numbered in
-/// each list from 1 without gaps; what stands behind a gap does not count.
+/// each list from 1 without gaps; what follows a gap does not count.
 int countTaggedMeasurements(const PcmFormat& format, const std::string& path) {
     std::set<std::pair<int, int>> numbers;
-    // A file that is not there has none.
+    // A missing file has none.
     (void)forEachCommand(format.context().reader, path, [&numbers](const std::string& command) {
         if (equalsIgnoreCase(codeHead(viewCommand(command).field),
                              codeHead(measurement_field::kName.code))) {
@@ -65,8 +65,7 @@ int countTaggedMeasurements(const PcmFormat& format, const std::string& path) {
 }
 
 /// The lines of a working file, each once. Every list gets the filter commands of all lists, so
-/// a file that was written so holds them several times; without this they would grow by that
-/// factor with each save.
+/// such a file holds them several times; without this they would multiply with each save.
 std::string distinctLines(const std::string& path) {
     std::string bytes;
     if (!fileExists(path) || !readWholeFile(path, bytes).ok()) {
@@ -179,7 +178,7 @@ class ListWriter {
 bool writeMeasurements(PcmFormat& format, UserInterface* parent) {
     auto& context = format.context();
     if (format.isBusStream || isPacketStream(format)) {
-        return true;  // a D group that bears the stream's name was never read
+        return true;  // a D group of the stream's name was never read
     }
     setStatusText(parent, "Saving PCM Measurement Information...");
     setProgressBar(parent, 0);

@@ -36,7 +36,7 @@ void writeAttributes(const PcmFormat& format, FileWriter& writer, const std::str
     }
 }
 
-/// The pattern stands in the file in binary and without blanks, whatever its form here.
+/// The pattern is in binary and without blanks in the file, whatever its notation here.
 void writeSync(const PcmFormat& format, FileWriter& writer, const std::string& prefix) {
     auto pattern = withoutBlanks(format.syncPattern);
     if (format.hexFsp) {
@@ -47,7 +47,7 @@ void writeSync(const PcmFormat& format, FileWriter& writer, const std::string& p
         pattern.erase(0, pattern.size() - length);
     }
     if (!pattern.empty()) {
-        // A switch to binary drops zeros in front, which are bits of the pattern all the same.
+        // A switch to binary drops leading zeros, which are still bits of the pattern.
         pattern.insert(0, length - pattern.size(), '0');
         writeIntCommand(writer, prefix, "MF4", format.syncLength);
         writeCommand(writer, prefix, "MF5", pattern);

@@ -30,8 +30,8 @@ class SubframeWriter {
         }
         number(counter_field::kCount.field, named, {});
         for (std::size_t i = 0; i < format_.idCounters.size(); ++i) {
-            // The numbers are those of the entries, holes counted in, although the count is
-            // not: what is behind a hole may be lost to a reader, and is reported there.
+            // The numbers are those of the entries and include holes, although the count
+            // does not: a reader may not find what follows a hole, and reports it.
             if (!format_.idCounters[i].name.empty()) {
                 writeCounter(static_cast<int>(i));
             }
@@ -70,8 +70,8 @@ class SubframeWriter {
         std::vector<int> written;
         for (std::size_t j = 0; j < subframes.size(); ++j) {
             const auto& words = format_.wordsOf({index, static_cast<int>(j)});
-            // The counter's index stands in for a word position here: a subframe whose words
-            // all lie in front of it is left out, as it always was.
+            // The counter's index is compared with word positions here: a subframe whose
+            // words are all before it is left out, as it always was.
             if (!subframes[j].name.empty() && !subframes[j].hidden && !words.empty() &&
                 words.back() >= index) {
                 written.push_back(static_cast<int>(j));
@@ -97,7 +97,8 @@ class SubframeWriter {
         }
     }
 
-    /// A subframe of one word has no location mode, and without steps no interval.
+    /// False for the location mode of a subframe of one word, and for the interval of one
+    /// without steps.
     static bool isTold(std::string_view code, const Subframe& record) {
         if (code == subframe_field::kLocationMode.field.code) {
             return record.isSupercommutated();

@@ -13,12 +13,12 @@ namespace kavu {
 namespace {
 
 constexpr int kMostFragmentNumber = 9;
-/// From here on a fragment is written with its end word and its end frame.
+/// From this edition on a fragment is written with its end word and its end frame.
 constexpr int kEndsEdition = 2009;
 
 using Places = std::vector<HeldPlace>;
 
-/// Collects what a definition is made of for one measurement.
+/// Builds the definition of one measurement.
 class Builder {
   public:
     Builder(const PcmFormat& format, const Places& held)
@@ -51,9 +51,9 @@ class Builder {
         return format_.cells().measurement(place.cell);
     }
 
-    /// All places. A cell of a subframe that is less deep than the major frame comes again in
-    /// later frames; these count where the subframe itself will not be written, for then
-    /// nothing else tells of them.
+    /// All places. A cell of a subframe that is less deep than the major frame repeats in
+    /// later frames; these places count where the subframe itself is not written, as nothing
+    /// else states them then.
     [[nodiscard]] Places places() const {
         if (format_.edition() < kHiddenSubframesEdition) {
             return held_;
@@ -95,9 +95,9 @@ class Builder {
         fragment.transferOrder = order == "M" || order == "L" ? order.view().front() : 'D';
     }
 
-    /// True if a reader makes the same places of a range. The word of an ID counter is in none.
-    /// Before 106-09 no end is written, and a reader takes the last word, or the last frame:
-    /// one that ends before it would come back as more places than it was.
+    /// True if a reader gets the same places from a range. The word of an ID counter is never
+    /// in one. Before 106-09 no end is written, and a reader takes the last word, or the last
+    /// frame: one that ends before it would come back as more places than it was.
     [[nodiscard]] bool comesBack(const WordFrameFragment& fragment) const {
         const int interval = fragment.wordInterval;
         for (int fwp = fragment.startWord; interval > 0 && fwp <= fragment.endWord;
@@ -172,7 +172,7 @@ class Builder {
                 add(static_cast<int>(fwp), measurement_);
             }
         } else {
-            // A fragment has its number whatever its word is: the numbers give the order.
+            // The order is that of the fragment numbers, whatever the words.
             auto parts = places();
             std::stable_sort(parts.begin(), parts.end(),
                              [this](const HeldPlace& a, const HeldPlace& b) {
@@ -193,7 +193,7 @@ class Builder {
         }
     }
 
-    /// One fragment for all places, if there is one that means these and no others.
+    /// One fragment for all places, if there is one with exactly these.
     [[nodiscard]] std::optional<WordFrameFragment> oneFragment(const Places& all) const {
         std::vector<int> words;
         std::vector<int> frames;
@@ -210,7 +210,7 @@ class Builder {
             return at(place).mask == at(all.front()).mask;
         });
         // Ranges of words and frames mean all words in all frames: the words of a
-        // supercommutated subframe make a range only within one frame.
+        // supercommutated subframe form a range only within one frame.
         const auto* const subframe = format_.subframeOfWord(fwp_);
         const bool supercommutated = subframe != nullptr && subframe->isSupercommutated();
         const bool oneFrame = frame.start == frame.end;
@@ -247,7 +247,7 @@ class Builder {
         for (const auto& place : places()) {
             const int number = at(place).fragmentNumber;
             if (number < 1 || number > kMostFragmentNumber) {
-                return;  // it would be lost without a word
+                return;  // it would be lost silently
             }
             most = std::max(most, number);
             byNumber[static_cast<std::size_t>(number)].push_back(place);

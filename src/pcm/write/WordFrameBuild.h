@@ -1,4 +1,4 @@
-// The word/frame definition that tells of the same places as an older location type.
+// The word/frame definition of the same places as an older location type.
 #pragma once
 
 #include "pcm/PcmFormat.h"
@@ -15,10 +15,10 @@ struct HeldPlace {
     int fn = 0;
 };
 
-/// The definition of the measurement in these cells, which are all that it has: by rising
-/// frame, and within a frame by rising word, without the repetitions of a subframe that is
-/// less deep than the major frame. The first of them gives the attributes. Nothing if its
-/// locations can not be told by words and frames.
+/// The definition of the measurement in these cells, which are all that it has: by
+/// ascending frame, and within a frame by ascending word, without the repetitions of a
+/// subframe that is less deep than the major frame. The first of them gives the
+/// attributes. Nothing if its locations cannot be expressed by words and frames.
 [[nodiscard]] std::optional<WordFrameDefinition> buildWordFrame(const PcmFormat& format,
                                                                 const std::vector<HeldPlace>& held);
 

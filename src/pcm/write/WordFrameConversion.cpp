@@ -64,7 +64,7 @@ int countPlaces(const PcmFormat& format) {
 }
 
 /// One conversion of a stream. All definitions are made before the first cell changes, so
-/// that a list of many measurements is gone through once, and a cancel leaves all as it was.
+/// that a list of many measurements is walked once, and a cancel leaves all as it was.
 class Conversion {
   public:
     Conversion(PcmFormat& format, UserInterface* parent)
@@ -99,8 +99,8 @@ class Conversion {
         WordFrameDefinition definition;
     };
 
-    /// The cells of each measurement that is not of this form yet, and the order in which
-    /// they are met first.
+    /// Collects the cells of each measurement that is not of this type yet, and the order
+    /// in which they are found.
     void gather() {
         const auto& cells = format_.cells();
         forEachConvertedHead(format_, [&](CellRef head, int fwp, int fn) {
@@ -139,7 +139,7 @@ class Conversion {
         return true;
     }
 
-    /// The supercommutated subframe of a word, where subframes are written.
+    /// The supercommutated subframe of a word, in editions where subframes are written.
     [[nodiscard]] std::optional<std::pair<int, int>> supercommutatedAt(int fwp) const {
         const auto* const subframe = format_.subframeOfWord(fwp);
         if (subframe == nullptr || !subframe->isSupercommutated() ||
@@ -150,8 +150,8 @@ class Conversion {
     }
 
     /// Word/frame locations in a supercommutated subframe would not be read again, so such
-    /// subframes become several ordinary ones. One that holds a measurement which stays as it
-    /// is has to stay, too, and so have its other measurements.
+    /// subframes become several ordinary ones. One with a measurement that is not converted
+    /// has to stay, too, and so do its other measurements.
     void keepWhatBlocks() {
         for (bool changed = true; changed;) {
             changed = false;
@@ -226,7 +226,7 @@ class Conversion {
     }
 
     /// Where subframes are not written, a word/frame location in one that is less deep than the
-    /// major frame stands for its repetitions no more: they become locations of their own.
+    /// major frame no longer includes its repetitions: they become locations of their own.
     void tellRepetitions() {
         if (format_.edition() < kHiddenSubframesEdition) {
             return;
@@ -275,7 +275,7 @@ class Conversion {
         return name;
     }
 
-    /// What stays of a measurement; where it is the definition tells from now on.
+    /// A measurement without its places, which the definition states from now on.
     [[nodiscard]] Measurement converted(CellRef cell, const WordFrameDefinition& definition) const {
         const auto& old = format_.cells().measurement(cell);
         Measurement result;
@@ -361,7 +361,7 @@ class Conversion {
     std::vector<Converted> converted_;
 };
 
-/// Keeps what an operation around this one has logged so far out of its log.
+/// Sets aside what an enclosing operation has logged so far.
 class LogAside {
   public:
     explicit LogAside(const Messages& messages) : path_(messages.logPath()) {
