@@ -1,6 +1,6 @@
 // The refit after a change of one of 99 pairs, and the redraw of a curve through every count
-// of a 16-bit word. A user drags a value and looks at the curve: 5 ms and 50 ms are what
-// still feels immediate.
+// of a 16-bit word. A user drags a value and watches the curve: 5 ms and 50 ms still feel
+// immediate.
 #include "conversion/PairSetFit.h"
 #include "drawing/SvgSurface.h"
 

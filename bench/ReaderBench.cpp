@@ -1,4 +1,4 @@
-// How fast commands are cut and fields are looked up, in bytes of TMATS text a second.
+// How fast commands are cut and fields are looked up, in bytes of TMATS text per second.
 #include "core/TmatsReader.h"
 #include "core/document/CommandIndex.h"
 
@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t kTextBytes = 16 * 1024 * 1024;
 
-/// Commands of some 42 bytes, one a line, as the D groups of a large document have them.
+/// Commands of some 42 bytes, one per line, as in the D groups of a large document.
 const std::string& commandsOnLines() {
     static const std::string text = [] {
         std::string lines;
@@ -77,7 +77,7 @@ BENCHMARK(NextCommandOneLargeValue)
     ->Arg(100'000'000)
     ->Unit(benchmark::kMillisecond);
 
-/// A group file in the folder for temporary files, gone with the object.
+/// A group file in the folder for temporary files, deleted with the object.
 class GroupFileOnDisk {
   public:
     explicit GroupFileOnDisk(int fields) {

@@ -1,5 +1,5 @@
-// How fast a stream is loaded, written and converted, in measurements a second, and what a level
-// of its undo costs.
+// How fast a stream is loaded, written and converted, in measurements per second, and what a
+// level of its undo costs.
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
@@ -197,7 +197,7 @@ void undoLevels(benchmark::State& state, int edition, const std::function<void(P
         state.ResumeTiming();
         const bool isLevel = undo.commit();
         state.PauseTiming();
-        bytes += undo.bytes();  // the redo that was there is gone
+        bytes += undo.bytes();  // the former redo has been dropped
         levels += isLevel ? 1 : 0;
         if (!undo.undo()) {
             state.SkipWithError("the edit was not undone");

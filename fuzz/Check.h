@@ -1,4 +1,4 @@
-// What a fuzz target says when a result is not what it must be.
+// The check of a result in a fuzz target.
 #pragma once
 
 #include <cstdio>

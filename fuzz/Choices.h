@@ -1,4 +1,4 @@
-// The input of a fuzz target as a row of choices: numbers, names, texts.
+// The input of a fuzz target as a sequence of choices: numbers, names, texts.
 #pragma once
 
 #include <cstddef>
@@ -14,12 +14,12 @@ class Choices {
     Choices(const std::uint8_t* data, std::size_t size) : data_(data), size_(size) {}
 
     [[nodiscard]] bool atEnd() const { return at_ >= size_; }
-    /// A number below `count`; 0 behind the end.
+    /// A number below `count`; 0 after the end.
     unsigned below(unsigned count) { return atEnd() ? 0 : data_[at_++] % count; }
     const std::string& oneOf(std::span<const std::string> texts) {
         return texts[below(static_cast<unsigned>(texts.size()))];
     }
-    /// A few bytes as they stand in the input.
+    /// A few bytes as they are in the input.
     std::string text(unsigned longest) {
         std::string text;
         for (auto left = below(longest + 1); left > 0 && !atEnd(); --left) {

@@ -1,5 +1,5 @@
 // Runs a fuzz target once over every file of a corpus folder, where there is no libFuzzer.
-// A corpus that is missing, empty or can not be read is a failure: a test that ran nothing
+// A corpus that is missing, empty or cannot be read is a failure: a test that ran nothing
 // has shown nothing.
 #include "core/files/FileIo.h"
 
@@ -39,7 +39,7 @@ int main(int count, char** arguments) {
             !status.ok()) {
             return fail(status);
         }
-        // Named first, so that the last line tells which input a crash belongs to.
+        // Printed first, so that the last line names the input of a crash.
         std::printf("%s\n", entry.name.c_str());
         std::fflush(stdout);
         LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());

@@ -1,6 +1,6 @@
 // Opens any bytes as a document and saves it, with replies, a cancel and editions that the
 // input chooses. What opened must save, and what was saved must open again and save as the
-// same bytes: nothing may get lost on a second way through.
+// same bytes: a second pass may not lose anything.
 #include "Check.h"
 #include "application/Application.h"
 #include "core/WorkingStore.h"
@@ -21,7 +21,7 @@ namespace {
 
 using kavu::test::RecordingInterface;
 
-/// A folder in memory where there is one: an input costs a hundred files.
+/// A folder in memory if possible: an input costs a hundred files.
 std::string makeScratch() {
     std::string pattern =
         kavu::folderExists("/dev/shm") ? "/dev/shm/kavu-fuzz-XXXXXX" : "/tmp/kavu-fuzz-XXXXXX";
@@ -92,14 +92,15 @@ void setEditions(Run& run, const Editions& editions) {
     }
 }
 
-/// The two bytes that stand for line breaks in a group file come out as line breaks.
+/// True if the input has the two bytes that stand for line breaks in a group file: they
+/// come out as line breaks.
 bool holdsStoredBytes(std::span<const std::uint8_t> data) {
     return std::any_of(data.begin(), data.end(),
                        [](std::uint8_t byte) { return byte == 0x14 || byte == 0x15; });
 }
 
-/// A file name command that a cut-off value has swallowed is taken for one of its own: its
-/// value becomes the whole value's, and a second save adds the command that is missing then.
+/// True if a cut-off value has swallowed a file name command, which is taken for a command:
+/// the whole value is replaced, and a second save adds the command that is then missing.
 bool holdsSwallowedFileName(std::string_view text) {
     constexpr std::string_view kCode = "G\\FN:";
     constexpr std::string_view kBetween = " \t\r\n\v\f\x1a";
@@ -112,7 +113,7 @@ bool holdsSwallowedFileName(std::string_view text) {
     return false;
 }
 
-/// Opens and saves; gives the edition of the document, or 0 if it did not open.
+/// Opens and saves; returns the edition of the document, or 0 if it did not open.
 int roundTrip(Run& run, const std::string& from, const std::string& to) {
     auto& context = run.application.context();
     if (!kavu::loadDocument(context, &run.ui, from)) {

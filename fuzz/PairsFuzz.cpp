@@ -1,5 +1,5 @@
-// Files of pairs, pasted columns and imports: what is taken is finite and within the limits,
-// what is refused changes nothing, and a fit of whatever came in ends.
+// Files of pairs, pasted columns and imports: what is accepted is finite and within the
+// limits, what is refused changes nothing, and every fit ends.
 #include "Check.h"
 #include "conversion/PairFile.h"
 #include "conversion/PairSetFit.h"

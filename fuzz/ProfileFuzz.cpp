@@ -1,5 +1,5 @@
 // Profile files: what is written is read the same, look-ups find what a search from the
-// front finds, and edits come to the same as those of a model that has no index.
+// front finds, and edits have the same result as in a model without an index.
 #include "../tests/support/ProfileModel.h"
 #include "Check.h"
 #include "Choices.h"

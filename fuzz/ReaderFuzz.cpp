@@ -1,5 +1,5 @@
-// The reader against a second one that takes a character at a time, the look-ups in a ring
-// against the index, and the commands taken apart against simple rules.
+// Compares the reader with a second one that takes a character at a time, the wrapping
+// look-ups with the index, and split commands with simple rules.
 #include "Check.h"
 #include "core/TmatsReader.h"
 #include "core/document/CommandIndex.h"
@@ -22,7 +22,7 @@ struct Cut {
     std::size_t length = 0;
 };
 
-/// Cuts commands one character at a time: slow, and plain enough to be believed.
+/// Cuts commands one character at a time: slow, and simple enough to be trusted.
 class SlowReader {
   public:
     explicit SlowReader(std::string_view text) : text_(text) {}
@@ -73,7 +73,7 @@ class SlowReader {
     std::size_t at_ = 0;
 };
 
-/// Cuts the text with both readers and gives the commands.
+/// Cuts the text with both readers and returns the commands.
 std::vector<std::string> compareCuts(std::string_view text, bool raw) {
     std::vector<std::string> commands;
     TmatsReader reader;
@@ -120,7 +120,7 @@ void compareSubstitutions(std::string_view text, const std::vector<std::string>&
     KAVU_CHECK(((reader.substitutionFlags() & substitution::kAny) != 0) == changed);
 }
 
-/// The text as a file that is opened by its path and never on a disk.
+/// The text as a file that is opened by its path but never on a disk.
 class MemoryFile {
   public:
     explicit MemoryFile(std::string_view text) : descriptor_(memfd_create("reader", MFD_CLOEXEC)) {
@@ -142,8 +142,8 @@ class MemoryFile {
     int descriptor_;
 };
 
-/// Looks codes of the text up in an order that the text chooses, in the ring and in the
-/// index.
+/// Looks up codes of the text in an order that the text chooses, wrapping around the file
+/// and in the index.
 void compareLookUps(std::string_view text, const std::vector<std::string>& commands) {
     std::vector<std::string> codes = {"", "P-1\\MISSING"};
     for (const auto& command : commands) {
@@ -168,7 +168,7 @@ void compareLookUps(std::string_view text, const std::vector<std::string>& comma
     }
     for (int i = 0; i < 24; ++i) {
         order = order * 1664525u + 1013904223u;
-        // The codes stand behind a `%s`, for they come from the text.
+        // The codes are passed through `%s`, as they come from the text.
         const auto& code = codes[(order >> 8) % codes.size()];
         const int limit = static_cast<int>(order >> 28) - 8;
         const auto slow = ringReader.findField(nullptr, ring, "", "%s", limit, code);
@@ -192,12 +192,12 @@ void checkParts(const std::string& command) {
         const auto colon = command.find(':', backslash);
         joined += colon == std::string::npos ? "" : ":" + parts.value + ";";
     }
-    // The command is cut at its first semicolon, so it has no other one.
+    // The command is cut at its first semicolon, so it has no other.
     KAVU_CHECK(joined == command);
 }
 
-/// The four numbers, read by the C library where it says what it does: texts without a NUL
-/// and numbers that fit.
+/// Compares the four numbers with the C library where its behaviour is defined: texts
+/// without a NUL and numbers that fit.
 void checkIndices(const std::string& command) {
     const auto indices = parseCommandIndices(command);
     KAVU_CHECK(indices.count >= 0 && indices.count <= 4);

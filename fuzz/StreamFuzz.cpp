@@ -1,7 +1,7 @@
 // Loads any bytes as the groups of a stream, with replies, a cancel and an edition that the input
 // chooses, and writes it back. What was loaded must be written, and what was written must load
-// again: as a frame in which no count, depth or index leads anywhere else, and in the end as the
-// same bytes. In between it may be converted to word/frame locations.
+// again: as a frame in which no count, depth or index is out of range, and in the end as the same
+// bytes. In between it may be converted to word/frame locations.
 #include "Check.h"
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
@@ -42,7 +42,7 @@ class FixedRandom : public RandomSource {
     }
 };
 
-/// A parent that answers everything alike, and may cancel.
+/// A parent that gives every question the same answer, and may cancel.
 class Parent : public UserInterface {
   public:
     bool yes = false;
@@ -158,7 +158,8 @@ bool roundTrip(World& world, Parent& parent, bool convert) {
     return true;
 }
 
-/// The bytes as commands of one group: a link name in front, so that the stream is found.
+/// The bytes as commands of one group: preceded by a link name, so that the stream is
+/// found.
 void writeGroup(World& world, char letter, std::string_view name, std::string_view bytes) {
     const auto prefix = std::string(1, letter) + "-1\\";
     std::string text = prefix + "DLN:" + std::string(kLink) + ";\r\n";

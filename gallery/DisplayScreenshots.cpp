@@ -68,7 +68,7 @@ void addDisplayScreenshots(ScreenshotList& list) {
     });
     list.add("MajorFrameDisplayAllCells", [](ScreenshotStage& stage) {
         return makeDisplay(stage, [](MajorFrameWindow& window) {
-            // Not by its entry, which keeps the choice for the next window.
+            // Not through its menu entry, which keeps the choice for the next window.
             window.areas().display().showAllCells = true;
             window.findChild<FrameKey*>()->refresh();
             window.areas().setCellWidth(110);

@@ -220,7 +220,7 @@ std::unique_ptr<QWidget> makeRowDialog(ScreenshotStage& stage) {
     list->setRows(sample->model.contacts);
     auto dialog = std::make_unique<RowDialog>(stage.form, *list, sample->setup, 0,
                                               sample->model.contacts.front(), false, nullptr);
-    // The dialog looks at its list and its columns when it is closed with OK.
+    // The dialog reads its list and its columns when it is closed with OK.
     QObject::connect(dialog.get(), &QObject::destroyed,
                      [kept = std::shared_ptr<Sample>(std::move(sample)),
                       list = std::shared_ptr<EditableList>(std::move(list))] {});

@@ -128,7 +128,8 @@ void addMultiplexScreenshots(ScreenshotList& list) {
     });
 }
 
-/// The sheet of the sample; a page of a newer edition is shown in a form of that edition.
+/// The sheet of the sample; a page of a newer edition is shown in a sheet of that
+/// edition.
 std::unique_ptr<RecorderSheet> makeSample(ScreenshotStage& stage, int firstEdition) {
     auto& document = *stage.document;
     RecorderSurroundings around;

@@ -1,5 +1,5 @@
-// Who fills the list of windows: one function for each folder of forms, or where a folder has
-// many windows for each family of them.
+// The functions that fill the list of windows: one for each folder of forms, or, where a
+// folder has many windows, for each family of them.
 #pragma once
 
 namespace kavu {

@@ -23,7 +23,7 @@ namespace {
 
 constexpr char kPairSetPictured[] = "ENG1-OIL-PRESS";
 
-/// The calibration of a pressure transducer whose middle is a little off the curve.
+/// The calibration of a pressure transducer that is a little off the curve in the middle.
 PairSet samplePairs() {
     PairSet pairs;
     for (int i = 0; i <= 10; ++i) {
@@ -45,8 +45,8 @@ PairSet narrowPairs() {
     return pairs;
 }
 
-/// The panel as it is in the window of the type. It keeps what it shows, so that the
-/// record it was filled from may go.
+/// The panel as it is in the window of the type. It keeps what it shows, so the record it
+/// was filled from may be deleted.
 std::unique_ptr<QWidget> makePanel(ScreenshotStage& stage, const PairSet& pairs, int order,
                                    bool plot) {
     if (stage.document == nullptr || stage.application == nullptr) {

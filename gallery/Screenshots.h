@@ -1,6 +1,6 @@
-// The list of all windows, pages and dialogs there are, each with a maker that fills it
-// with sample content. Pictures of them all are rendered from it, and a test walks it: a
-// window that is not in it has no picture and no check.
+// The list of all windows, pages and dialogs, each with a maker that fills it with sample
+// content. Their pictures are rendered from it, and a test walks it: a window that is not
+// in it has no picture and no check.
 #pragma once
 
 #include "app/framework/FormContext.h"
@@ -18,8 +18,8 @@ namespace kavu {
 
 class Application;
 
-/// What the makers are given: the sample document and who owns its streams and conversions,
-/// or null where the caller has none; a maker that needs them then gives null.
+/// What the makers work with: the sample document and the owner of its streams and
+/// conversions, or null if the caller has none; a maker that needs them then returns null.
 struct ScreenshotStage {
     FormContext& form;
     DocumentContext* document = nullptr;

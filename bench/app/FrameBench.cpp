@@ -1,5 +1,5 @@
 // Paints the grid of a large stream, 2000 words by 256 frames, on a viewport of 1920 x 1080, and
-// tells as one JSON line how long that takes at three sizes of the cells, and a change of the
+// reports as one JSON line how long that takes at three cell sizes, and for a change of the
 // selection.
 //
 //     kavu_frame_bench [RUNS]
@@ -65,7 +65,7 @@ void fill(PcmFormat& format) {
     }
 }
 
-/// Counts what is painted in truth.
+/// Counts what is really painted.
 class PaintCount : public QObject {
   public:
     bool eventFilter(QObject* receiver, QEvent* event) override {
@@ -102,7 +102,7 @@ int main(int argc, char** argv) {
     auto& format = application.pcmFormat();
     fill(format);
     kavu::FrameDisplay display(format);
-    display.showAllCells = true;  // no free ground: the most that there can be to paint
+    display.showAllCells = true;  // no free ground: the most that can be painted
     kavu::FrameView view(display);
     kavu::FrameGrid grid(display, view, nullptr);
     grid.resize(1920, 1080);
@@ -128,7 +128,7 @@ int main(int argc, char** argv) {
     grid.installEventFilter(&count);
     const double time = medianOf(runs, [&](int run) {
         grid.select({run % 2 + 1, 1});
-        // At once, and not when the display is refreshed the next time.
+        // Immediately, and not at the next refresh of the display.
         grid.repaint(grid.cellRect({1, 1}));
         grid.repaint(grid.cellRect({2, 1}));
     });

@@ -1,5 +1,5 @@
 // The redraw of a curve through every count of a 16-bit word, painted as the window of pair sets
-// paints it. 50 ms are what still feels immediate.
+// paints it. 50 ms still feel immediate.
 #include "app/conversion/QtSurface.h"
 #include "conversion/PairSetFit.h"
 

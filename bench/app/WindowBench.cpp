@@ -1,5 +1,5 @@
-// Opens a file in the main window a few times, and tells as one JSON line how long it took
-// and how well the window could paint meanwhile.
+// Opens a file in the main window a few times, and reports as one JSON line how long it
+// took and how well the window could paint meanwhile.
 //
 //     kavu_window_bench FILE [RUNS]
 //
@@ -25,7 +25,7 @@ namespace {
 
 using kavu::MainWindow;
 
-/// Nobody is there to answer; a dialog that opens is counted and dropped.
+/// There is no user to answer; a dialog that opens is counted and dropped.
 class CountingDoor : public kavu::DialogDoor {
   public:
     int run(QDialog&) override {
@@ -35,7 +35,7 @@ class CountingDoor : public kavu::DialogDoor {
     int dialogs = 0;
 };
 
-/// Something waves over the window all the time: how long does it take to be painted again?
+/// Requests a repaint all the time, and measures how long each takes to come.
 class PaintWatch : public QObject {
   public:
     explicit PaintWatch(QWidget& window) : window_(window) {

@@ -1,4 +1,4 @@
-// What the program says of itself.
+// What the program says about itself.
 #pragma once
 
 #include <string>
@@ -17,10 +17,10 @@ struct InstalledParts {
 /// From 1994 to the current year.
 [[nodiscard]] std::string rightsText(int currentYear);
 
-/// The closing words as the program keeps them: every bit turned over, so that they are not
-/// found by who looks for texts in the program's file.
+/// The closing words as the program keeps them: every bit inverted, so that a search for
+/// texts in the program's file does not find them.
 [[nodiscard]] std::string_view storedClosingWords();
-/// Turned back.
+/// The same in clear.
 [[nodiscard]] std::string closingWords();
 
 }  // namespace kavu

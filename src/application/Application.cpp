@@ -87,7 +87,7 @@ struct Application::Parts : private DocumentListener {
     PcmSteps pcmSteps;
 
   private:
-    /// What is known of the streams is no more what their files tell.
+    /// What is in memory of the streams may no longer be what is in their files.
     void documentChanged(const DocumentChange& change) override {
         if (change.kind != DocumentChange::Undone && change.kind != DocumentChange::Redone) {
             return;
@@ -152,7 +152,7 @@ bool Application::shutDown(UserInterface* parent) {
     if (!documents_->close(parent)) {
         return false;
     }
-    // The choices of this run are kept when it ends, those of the menu among them.
+    // The choices of this run, including those of the menu, are kept when it ends.
     for (const auto& key : {setting::kDatabaseAddsRoot, setting::kDatabaseAddsChildren}) {
         parts_->settings.set(key, parts_->settings.get(key));
     }
@@ -166,7 +166,7 @@ void Application::installSteps() {
     auto& parts = *parts_;
     auto& steps = parts.steps;
     steps.gatherMeasurementNames = [&parts](UserInterface* parent) {
-        // A document starts with the checking that the settings ask for.
+        // For each document the settings decide again whether names are checked.
         parts.measurements.setChecking(parts.settings.get(setting::kCheckDuplicates), false);
         return parts.measurements.checkForDuplicates(parent);
     };

@@ -25,48 +25,48 @@ struct PcmSteps;
 class Application {
   public:
     /// The clock and the random source must outlive the application. With a settings path
-    /// that file is used in place of the `kavu.ini` of the support folder.
+    /// that file is used instead of the `kavu.ini` of the support folder.
     Application(Environment environment, const Clock& clock, RandomSource& random,
                 std::string settingsPath = {});
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;
     ~Application();
 
-    /// The order of the start: support folder, settings, working store. False if the
-    /// program can not go on; it has been reported.
+    /// Starts, in this order, support folder, settings and working store. False if the
+    /// program cannot go on, which has been reported.
     bool startUp(UserInterface* parent);
     /// Closes the document, with its question, and removes the working store. False if the
-    /// user cancelled. Safe to call again.
+    /// user has cancelled. Safe to call again.
     bool shutDown(UserInterface* parent);
 
-    /// From here on opened files go into the list of recent files. The editor asks for it;
-    /// a batch run leaves the user's list alone. REQUIRES: `startUp` has succeeded.
+    /// From here on opened files go into the list of recent files. Only the editor calls
+    /// it; a batch run leaves the user's list alone. REQUIRES: `startUp` has succeeded.
     void keepRecentFiles();
 
     /// REQUIRES: `startUp` has succeeded.
     [[nodiscard]] DocumentContext& context();
-    /// What is done to the open document as a whole. Valid as long as the application.
+    /// The operations on the open document as a whole. Valid as long as the application.
     [[nodiscard]] DocumentService& documents();
     [[nodiscard]] ConversionStore& conversions();
     [[nodiscard]] MeasurementNames& measurementNames();
     /// The one stream that can be in memory, and what its load needs of other folders.
     [[nodiscard]] PcmFormat& pcmFormat();
     [[nodiscard]] const PcmSteps& pcmSteps();
-    /// The editor asks by a dialog of its own how new measurements tell of their places. May be
-    /// given before the start.
+    /// Sets how the user is asked how new measurements state their places; the editor has a
+    /// dialog for it. May be called before the start.
     void setDefinitionModeStep(
         std::function<std::optional<bool>(UserInterface&, bool wordFrame)> choose);
 
-    /// What the dialog of the editions gives on OK: see `editVersionOptions`. A failure may
-    /// leave the open document half converted.
+    /// Applies what the dialog of the editions returns on OK: see `editVersionOptions`. If
+    /// `failure` is set, the open document may be half converted.
     bool changeVersions(UserInterface* parent, const VersionOptions& options,
                         IoStatus* failure = nullptr);
 
     [[nodiscard]] const std::string& supportFolder() const;
-    /// "kavu.hlp" beside the program.
+    /// "kavu.hlp" next to the program.
     [[nodiscard]] const std::string& helpPath() const;
-    /// The text of "welcome.txt", looked for in the support folder of all users and then
-    /// beside the program; empty if there is none that is not blank.
+    /// The text of "welcome.txt" in the support folder of all users, else next to the
+    /// program; empty if there is none or it is blank.
     [[nodiscard]] std::string welcomeText() const;
 
   private:

@@ -126,7 +126,7 @@ void DocumentService::checkDisk(UserInterface* ui) {
     if (state == DiskState::Same) {
         return;
     }
-    // Whatever the answer is, the same change is not asked about again.
+    // Whatever the answer is, there is no second question for the same change.
     stamp_ = fileStamp(watched_);
     switch (askAboutDisk(ui, state, false)) {
         case DiskChoice::Reopen:
@@ -137,7 +137,7 @@ void DocumentService::checkDisk(UserInterface* ui) {
             break;
         case DiskChoice::Keep:
         case DiskChoice::None:
-            // The file is not what is open here any more.
+            // The file is no longer what is open here.
             application_.context().history.markCorrected();
             if (const auto& update = application_.context().steps.updateDocumentMenus) {
                 update();
@@ -177,7 +177,7 @@ bool DocumentService::setVersions(UserInterface* ui, const VersionOptions& optio
     IoStatus failure;
     const bool changed = application_.changeVersions(ui, options, &failure);
     if (!failure.ok() && context.document.open) {
-        // A migration that ended in the middle has no way back: the document is given up.
+        // The migration could not be undone: the document is abandoned.
         discard(ui);
     }
     return changed;
@@ -191,7 +191,7 @@ bool DocumentService::redo(UserInterface* ui) {
     return allowsHistory() && application_.context().history.redo(ui);
 }
 
-/// What a stream in memory holds would overwrite what an undo brings back to its files.
+/// A stream in memory would overwrite what an undo restores in its files.
 bool DocumentService::allowsHistory() const {
     return application_.context().document.open && !application_.pcmFormat().loaded();
 }

@@ -1,5 +1,5 @@
-// What is done to the open document as a whole: the File menu, the command line and programs that
-// drive this one do it here. It asks and reports through the user interface, and watches the
+// The operations on the open document as a whole, for the File menu, the command line and
+// programs that drive this one. They ask and report through the user interface, and watch the
 // document's file on the disk.
 #pragma once
 
@@ -13,17 +13,19 @@ class Application;
 class UserInterface;
 struct VersionOptions;
 
-/// A null user interface is silent; each question is then answered as the operation states.
+/// A null user interface is silent; each question then gets the answer that the operation
+/// documents.
 class DocumentService {
   public:
-    /// The application outlives the object. REQUIRES: it has been started before any call.
+    /// The application must outlive the object. REQUIRES: it has been started before any
+    /// call.
     explicit DocumentService(Application& application);
 
     bool create(UserInterface* ui);
     /// Asks for a file; false without a user interface.
     bool open(UserInterface* ui);
-    /// Opens a file by the name that the command line, a drop or the list of recent files
-    /// gives. A present document is closed first, with its question.
+    /// Opens a file by its name from the command line, a drop or the list of recent
+    /// files. An open document is closed first, with its question.
     bool openNamed(UserInterface* ui, const std::string& name);
     /// If another program has changed the document's file, asks first; without a user interface
     /// it is then not saved.
@@ -34,7 +36,7 @@ class DocumentService {
     /// Asks about changes (message 76, "has been modified. Save file first?"). False if the user
     /// did not let the document be closed. True if there is none.
     bool close(UserInterface* ui);
-    /// Closes the document, and drops what was changed without a question.
+    /// Closes the document and drops its changes without a question.
     void discard(UserInterface* ui);
 
     enum class DiskState { Same, Changed, Missing };
@@ -44,23 +46,23 @@ class DocumentService {
     /// document, reopen the file, or save under another name. Asks once for each change.
     void checkDisk(UserInterface* ui);
 
-    /// Makes a TMATS file of what a crashed run left behind, and opens it. False without a user
-    /// interface: the name of the file is asked for.
+    /// Makes a TMATS file of what a crashed run has left, and opens it. False without a user
+    /// interface, as the name of the file is asked for.
     bool recover(UserInterface* ui, const std::string& folder);
 
-    /// Takes what the dialog of the editions gave. A document that could not be brought to
-    /// its new edition is closed.
+    /// Applies what the dialog of the editions returned. A document that could neither be
+    /// brought to its new edition nor back is closed.
     bool setVersions(UserInterface* ui, const VersionOptions& options);
 
-    /// Takes back the operation that was done last, or does again what was undone last: whole or
-    /// not at all. False if there is none, while a stream is in memory, whose own undo holds then,
-    /// and after a failure, which is reported.
+    /// Undoes the last operation, or redoes the one undone last, as a whole or not at all. False
+    /// if there is none, while a stream is in memory, which has an undo of its own, and after a
+    /// failure, which is reported.
     bool undo(UserInterface* ui);
     bool redo(UserInterface* ui);
 
-    /// What `allows` asks; reads the tree of the document.
+    /// The facts for `allows`; reads the tree of the document.
     [[nodiscard]] DocumentFacts facts() const;
-    /// Sets those of the facts that each operation changes.
+    /// Updates only the facts about undo and redo.
     void updateHistory(DocumentFacts& facts) const;
 
   private:
@@ -69,7 +71,7 @@ class DocumentService {
     bool reopen(UserInterface* ui);
     /// Remembers the file as it is now.
     void rememberDisk();
-    /// Passes a result on, with the file remembered if it is true.
+    /// Returns `good`, after remembering the file if it is true.
     bool settled(bool good);
     [[nodiscard]] bool allowsHistory() const;
 

@@ -39,7 +39,7 @@ void reportFailure(UserInterface* parent, PrintfFormat<std::string, std::string>
 bool isChunk(const std::string& name) {
     return matchesWildcard(name, "[kavu]*.C_O");
 }
-/// The raw C commands, whole, of a load that did not end.
+/// True for the file with the raw C commands of an unfinished load.
 bool isRawGroup(const std::string& name) {
     return matchesWildcard(name, "[kavu]*.C_RAW");
 }
@@ -47,14 +47,14 @@ std::int64_t numberIn(const std::string& name) {
     return leadingInteger(std::string_view(name).substr(std::string_view("[kavu]").size()));
 }
 
-/// The files of a document; scratch files that end in "tmp" are halves of something.
+/// True for the files of a document; scratch files that end in "tmp" are incomplete.
 bool belongsToDocument(const std::string& name) {
     return name.starts_with("[kavu]") && !name.ends_with("tmp") && !name.ends_with(".new");
 }
 
-/// Tells if the first command of a working file is a raw C command: the crash came before
-/// it was converted. A file that can not be read is a failure: taken for a converted one,
-/// its commands would be lost.
+/// Finds whether the first command of a working file is a raw C command: the crash came
+/// before it was converted. A file that cannot be read is a failure: taken for a
+/// converted one, its commands would be lost.
 IoStatus probeRawCommands(const std::string& path, bool& raw) {
     raw = false;
     PathKind kind = PathKind::Missing;
@@ -69,9 +69,9 @@ IoStatus probeRawCommands(const std::string& path, bool& raw) {
     return source.status();
 }
 
-/// Gathers the raw C commands of several files in one. A command may stand in more than
-/// one of them, as a crash can come in the middle of moving it; a second definition of
-/// the same name by the same index would count as a duplicate, so it is left out.
+/// Gathers the raw C commands of several files in one. A command may be in more than one
+/// of them, as a crash can come in the middle of moving it; a second definition of the
+/// same name by the same index would count as a duplicate, so it is left out.
 class RawCommands {
   public:
     explicit RawCommands(FileWriter& writer) : writer_(writer) {}
@@ -97,9 +97,9 @@ class RawCommands {
     std::set<std::string> named_;
 };
 
-/// Copies the document files of `folder` into the application's own store, and gathers
-/// what was not converted yet in "DATA1.TMP". Of an operation that did not end nothing comes
-/// along: its files are copied as they were before it.
+/// Copies the document files of `folder` into the application's own store, and gathers what
+/// was not converted yet in "DATA1.TMP". The files of an unfinished operation are copied as
+/// they were before it.
 class StoreCopy {
   public:
     StoreCopy(DocumentContext& context, const std::string& folder)
@@ -130,14 +130,14 @@ class StoreCopy {
         }
         return writeRawCommands();
     }
-    /// The names of the operations that did not end, the outermost first.
+    /// The names of the unfinished operations, the outermost first.
     [[nodiscard]] const std::vector<std::string>& takenBack() const { return takenBack_; }
 
     [[nodiscard]] bool foundAnything() const { return copied_ > 0 || !raw_.empty(); }
     [[nodiscard]] bool needsConversion() const { return !raw_.empty(); }
 
   private:
-    /// Where the contents of each file are, by its name.
+    /// Finds where the contents of each file are, by its name.
     IoStatus findFiles() {
         std::vector<FolderEntry> entries;
         OpenChanges changes;
@@ -158,14 +158,15 @@ class StoreCopy {
             }
         }
         if (!changes.operations.empty()) {
-            // Raw commands that an operation has gathered, and not those of the load.
+            // These are raw commands gathered by an operation, not those of the load.
             files_.erase(std::string(working::kData1));
         }
         takenBack_ = std::move(changes.operations);
         return status;
     }
 
-    /// The commands of a load that did not end; what it has made of them so far is left.
+    /// Takes the commands of an unfinished load; what it has made of them so far is left
+    /// out.
     IoStatus takeRawGroup(const std::string& name, const std::string& path) {
         if (!isRawGroup(name)) {
             return {};
@@ -235,7 +236,7 @@ class StoreCopy {
     std::map<std::string, std::string, std::less<>> files_;
     std::vector<std::string> takenBack_;
     std::vector<std::string> raw_;
-    /// From this number on the chunks were made from raw commands that are still there.
+    /// From this number on the chunks were made from raw commands that still exist.
     std::int64_t firstUnfinished_ = std::numeric_limits<std::int64_t>::max();
     int copied_ = 0;
 };
@@ -246,7 +247,8 @@ bool isAbandoned(const std::string& folder, AbandonedStore& found) {
         return false;
     }
     struct stat info {};
-    // A living run holds a lock on its folder, and the system takes it away with the run.
+    // A running program holds a lock on its folder, which the system releases when it
+    // ends.
     const bool abandoned = ::fstat(descriptor, &info) == 0 && info.st_uid == ::geteuid() &&
                            ::flock(descriptor, LOCK_SH | LOCK_NB) == 0;
     ::close(descriptor);

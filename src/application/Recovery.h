@@ -1,5 +1,5 @@
-// Working stores that a crashed run left behind: finding them, and building a TMATS file
-// from what was split.
+// Working stores left by crashed runs: finding them, and building a TMATS file from their
+// group files.
 #pragma once
 
 #include "core/files/IoStatus.h"
@@ -13,9 +13,9 @@ namespace kavu {
 class Application;
 class UserInterface;
 
-/// Builds a TMATS file from a working store that a crashed run left behind. Nothing in
-/// `folder` changes. An operation that had not ended is left out, which a note says with its
-/// name. False if there is no output; `parent` has been told why.
+/// Builds a TMATS file from the working store of a crashed run. Nothing in `folder` changes.
+/// An unfinished operation is left out, which a note reports with its name. False if there
+/// is no output; the reason has been reported to `parent`.
 bool recoverStore(Application& application, UserInterface* parent, const std::string& folder,
                   const std::string& output);
 
@@ -24,8 +24,8 @@ struct AbandonedStore {
     std::string folder;
     std::int64_t modified = 0;  ///< seconds since 1970
 };
-/// The abandoned stores of this user, newest first. Only their folders are looked at,
-/// nothing in them is read. `failure`, if given, tells why the root could not be listed.
+/// The abandoned stores of this user, newest first. Only the folders are examined,
+/// nothing in them is read. `failure`, if given, says why the root could not be listed.
 [[nodiscard]] std::vector<AbandonedStore> findAbandonedStores(const std::string& temporaryRoot,
                                                               IoStatus* failure = nullptr);
 

@@ -1,4 +1,4 @@
-// The part of the command line that tells of codes and values: `vocabulary`, `get`, `set`.
+// The part of the command line for codes and values: `vocabulary`, `get`, `set`.
 #pragma once
 
 #include "cli/CommandLine.h"
@@ -9,7 +9,7 @@
 
 namespace kavu::cli {
 
-/// What these commands take, before it is checked.
+/// The arguments of these commands, before they are checked.
 struct RawAttributes {
     std::string letter;
     std::vector<std::string> codes;
@@ -19,8 +19,8 @@ struct RawAttributes {
 /// "G, T, R": the groups that have a vocabulary.
 [[nodiscard]] std::string vocabularyLetterList();
 
-/// Checks what belongs to the command of the line and puts it there. Gives what is wrong with
-/// it, for the user.
+/// Checks the arguments for the command of `line` and stores them there. Returns an error
+/// text for the user, or nothing.
 [[nodiscard]] std::optional<std::string> readAttributeArguments(const RawAttributes& raw,
                                                                 CommandLine& line);
 

@@ -1,4 +1,5 @@
-// The vocabulary of a group, and commands of attribute groups read and set by their codes.
+// Lists the vocabulary of a group, and reads and sets commands of attribute groups by
+// their codes.
 #include "application/Application.h"
 #include "application/DocumentService.h"
 #include "cli/Commands.h"
@@ -24,7 +25,7 @@ const char* kindText(FieldKind kind) {
     return kKinds[static_cast<std::size_t>(kind)];
 }
 
-/// Tables say 0 for what was there from the first edition on.
+/// Tables have 0 for what exists from the first edition on.
 int fromEdition(int firstEdition) {
     return std::max(firstEdition, kEditions.front());
 }
@@ -69,7 +70,7 @@ std::string editionsText(const Field& field) {
 std::string choicesText(const Field& field, int edition) {
     std::string text;
     for (const auto& choice : field.choices) {
-        // What only XML knows is not for a file that this editor is to read.
+        // A choice that only XML has is not for a file that this editor is to read.
         if (isKnownIn(edition, choice) && (field.bridgeOnly || !choice.text.empty())) {
             text += text.empty() ? "" : ", ";
             text += storedChoice(choice, limitIn(edition, field));
@@ -98,7 +99,7 @@ bool vocabularyCommand(CommandContext& context, CommandOutput& output) {
     Json fields = Json::array();
     std::vector<std::vector<std::string>> rows = {
         {"Code", "Limit", "Kind", "Editions", "Label", "Choices"}};
-    // The command line is read by the same list.
+    // The command line is checked against the same list.
     const auto* const found = findVocabulary(letter);
     const auto vocabulary = found == nullptr ? GroupVocabulary{} : *found;
     for (const auto& field : vocabulary.fields) {

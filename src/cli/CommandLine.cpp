@@ -47,7 +47,7 @@ struct UsageError {
 };
 
 /// One option that takes one value. Without this a list option would swallow the argument
-/// behind it, and a value in brackets would be taken for a list.
+/// after it, and a value in brackets would be taken for a list.
 CLI::Option* oneValue(CLI::Option* option, const char* valueName) {
     return option->expected(1)->allow_extra_args(false)->type_name(valueName);
 }
@@ -80,7 +80,7 @@ void addCommonOptions(CLI::App& app, CommandLine& line, RawOptions& raw) {
 
 CLI::App* addCommand(CLI::App& app, const char* name, const char* description) {
     CLI::App* const command = app.add_subcommand(name, description);
-    // So that the common options may stand behind the command as well.
+    // So that the common options may also follow the command.
     command->fallthrough();
     command->group("Commands");
     command->footer(kFooter);
@@ -106,7 +106,7 @@ struct CommandApps {
     CLI::App* vocabulary;
     CLI::App* get;
     CLI::App* set;
-    /// By the command they are.
+    /// With the command of each.
     std::vector<std::pair<Command, CLI::App*>> sources;
 };
 
@@ -435,7 +435,7 @@ void readFit(const CommandApps& apps, const RawOptions& raw, CommandLine& line) 
     }
 }
 
-/// A number that begins with its point would be taken for an option.
+/// Adds the 0 to numbers such as "-.5", which would be taken for an option.
 std::vector<std::string> withWholeNumbers(std::vector<std::string> arguments) {
     for (auto& argument : arguments) {
         if (argument.size() > 2 && argument.starts_with("-.") && isDigit(argument[2])) {

@@ -38,11 +38,11 @@ enum class Command {
 /// When a progress line is shown on standard error.
 enum class ProgressWhen { Auto, Always, Never };
 
-/// Replies to questions, given ahead: `yes`, `no`, `cancel`, or an integer or a text for a
-/// prompt.
+/// Replies to questions, given in advance: `yes`, `no`, `cancel`, or an integer or a text
+/// for a prompt.
 struct Replies {
     std::map<int, std::string> byId;  ///< by message number without its sign
-    std::string all = "no";           ///< to every question that has no reply of its own
+    std::string all = "no";           ///< to every question without a reply of its own
 };
 
 struct CommandLine {
@@ -59,7 +59,7 @@ struct CommandLine {
     std::string link;            ///< `stream`, `rewrite`, `word-frame`: the data link
     std::optional<int> edition;  ///< `save`, `vocabulary`: the edition, one of `kEditions`
     std::string into;            ///< `store`: the folder for the copies
-    bool list = false;           ///< `recover`: list what there is
+    bool list = false;           ///< `recover`: list the stores
     bool deep = false;           ///< `check`: load every stream as well
 
     std::string name;              ///< `conversions`, `evaluate`: a measurement
@@ -67,7 +67,7 @@ struct CommandLine {
     bool best = false;             ///< `fit`: the order of the best fit
     std::optional<int> order;      ///< `fit`: 0 to 10; without it the best fit
     std::optional<int> maxOrder;   ///< `fit`: of the search, 1 to 10
-    std::optional<int> precision;  ///< `fit`: digits behind the point, 0 to 40
+    std::optional<int> precision;  ///< `fit`: digits after the point, 0 to 40
     std::optional<int> bits;       ///< `fit`: size of the word, 1 to 64
     std::string svg;               ///< `fit`: the picture to write
 
@@ -76,16 +76,16 @@ struct CommandLine {
     /// `set`: well formed codes, and the values they are to have.
     std::vector<std::pair<std::string, std::string>> changes;
 
-    std::string source;            ///< `source`: the data source that is meant
+    std::string source;            ///< `source`: the data source to work on
     std::string newName;           ///< `source copy`, `rename`, `link rename`
     std::string otherFile;         ///< `source import`: the file to import from
-    std::string prefix;            ///< `source copy`, `import`: in front of measurement names
-    std::string suffix;            ///< and behind them
+    std::string prefix;            ///< `source copy`, `import`: before measurement names
+    std::string suffix;            ///< and after them
     bool withConversions = false;  ///< `source import`: the conversion records, too
     bool recorder = false;         ///< `source import`: a recorder, not a transmitted source
 };
 
-/// The command line, or, when there is nothing to run, what to print and how to exit: help
+/// The command line, or, if there is nothing to run, what to print and how to exit: help
 /// and version go to standard output, wrong usage to standard error.
 struct ParsedCommandLine {
     std::optional<CommandLine> line;
@@ -94,7 +94,7 @@ struct ParsedCommandLine {
     std::string err;
 };
 
-/// `arguments` are those behind the name of the program.
+/// `arguments` are those after the name of the program.
 [[nodiscard]] ParsedCommandLine parseCommandLine(const std::vector<std::string>& arguments);
 
 }  // namespace kavu::cli

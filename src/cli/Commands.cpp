@@ -27,7 +27,7 @@ bool nothingToPrepare(CommandContext&) {
 
 bool prepareSave(CommandContext& context) {
     if (context.line.edition) {
-        // As if the user had chosen "always save in this version", for this run alone.
+        // As if the user had chosen "always save in this version", for this run only.
         auto& settings = context.application.context().settings;
         settings.overrideForThisRun(setting::kOutputMethod, 2);
         settings.overrideForThisRun(setting::kOutputEdition, std::to_string(*context.line.edition));

@@ -1,5 +1,5 @@
 // The commands that work on an open document. Each is a row of one table: what is checked
-// or set before the document is opened, and what is done with it then.
+// or set before the document is opened, and what is then done with it.
 #pragma once
 
 #include "cli/CommandLine.h"
@@ -14,10 +14,10 @@ struct DocumentTree;
 
 namespace kavu::cli {
 
-/// What a command has to tell beside the messages.
+/// What a command reports besides the messages.
 struct CommandOutput {
-    Json members = Json::object();  ///< stand behind the members of the file
-    std::string text;               ///< the same for a person, as terminal text
+    Json members = Json::object();  ///< follow the members of the file
+    std::string text;               ///< the same as terminal text
     bool changed = false;           ///< the document was changed before the command saved it
 };
 
@@ -28,13 +28,13 @@ struct CommandContext {
 };
 
 struct DocumentCommand {
-    /// Runs before the file is opened; false if the command can not be done.
+    /// Runs before the file is opened; false if the command cannot be done.
     bool (*prepare)(CommandContext&);
     /// Runs on the open document; false if there is no result.
     bool (*run)(CommandContext&, CommandOutput&);
 };
 
-/// The row of a command. REQUIRES: it is one that opens a file (not `recover`, `fit`,
+/// The row of a command. REQUIRES: a command that opens a file (not `recover`, `fit`,
 /// `vocabulary`).
 [[nodiscard]] const DocumentCommand& documentCommand(Command command);
 
@@ -43,7 +43,7 @@ struct DocumentCommand {
 /// `recover --list`
 [[nodiscard]] bool listAbandonedCommand(CommandContext& context, CommandOutput& output);
 
-/// `check --deep`; without the option there is nothing more to do.
+/// `check --deep`; does nothing without the option.
 [[nodiscard]] bool checkCommand(CommandContext& context, CommandOutput& output);
 /// `stream`
 [[nodiscard]] bool streamCommand(CommandContext& context, CommandOutput& output);

@@ -23,7 +23,7 @@ std::string realLineBreaks(std::string_view stored) {
     return text;
 }
 
-/// A record with every key; a comment that lies in a file of its own is one, too.
+/// Adds a record with every key, including a comment in a file of its own.
 bool addRecord(CommandContext& context, const ProfileFile::Section& record, Json& records,
                std::string& text) {
     IoStatus status;

@@ -40,7 +40,7 @@ FitOptions optionsOf(const CommandContext& context) {
     options.maxOrder = line.maxOrder.value_or(options.maxOrder);
     options.precision = line.precision.value_or(options.precision);
     options.useBestFit = !line.order;
-    // Without a word there is no range of counts to draw or to judge.
+    // Without a word size there is no range of counts to draw or to judge.
     options.curveAllPairs = options.curveAllPairs && line.bits;
     return options;
 }
@@ -69,7 +69,7 @@ bool readPairs(const CommandContext& context, FitInput& input) {
     return true;
 }
 
-/// Pairs by rising telemetry value, if the settings want it so.
+/// Sorts the pairs by ascending telemetry value, if the settings ask for it.
 void sortPairs(FitInput& input) {
     std::vector<std::size_t> order(input.x.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
@@ -146,7 +146,7 @@ bool writePicture(const CommandContext& context, const FitInput& input, const Fi
                   const FitOptions& options) {
     SvgSurface surface(kPictureWidth, kPictureHeight);
     Plot plot;
-    // Points and a line through them; the settings may want it otherwise.
+    // Points and a line through them, unless the settings say otherwise.
     plot.attributes.series[0] = {0, LineStyle::None, 2, PlotSymbol::FilledCircle};
     plot.attributes.load(context.application.context().settings, kApplicationName);
     FitDrawing drawing;

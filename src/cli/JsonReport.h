@@ -12,7 +12,7 @@ namespace kavu::cli {
 
 using Json = nlohmann::ordered_json;
 
-/// What every command that opens a file tells about it.
+/// What every command that opens a file reports about it.
 struct OpenedFile {
     std::string file;
     bool opened = false;
@@ -20,7 +20,7 @@ struct OpenedFile {
     int version = 0;       ///< the edition, as a year
 };
 
-/// The members that stand first in every document of a command that opens a file.
+/// The first members in every document of a command that opens a file.
 [[nodiscard]] Json fileMembers(const OpenedFile& file, const ScriptedInterface& ui);
 
 /// What was reported, in order.

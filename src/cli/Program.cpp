@@ -91,7 +91,7 @@ class Run {
 
     Run(const Run&) = delete;
     Run& operator=(const Run&) = delete;
-    /// On a run that could not go on the working store must go too.
+    /// The working store must also be removed if the run could not go on.
     ~Run() {
         if (started_) {
             application_.documents().discard(nullptr);
@@ -143,7 +143,7 @@ class Run {
         }
         file_.file = document.path;
         file_.changed = document.changed;
-        // A stop that came too late for the load still comes before the work.
+        // A stop that came too late for the load still prevents the work.
         const bool done = !ui_.cancelRequested() && command.run(context_, output_);
         file_.changed = document.changed || output_.changed;
         return done;
@@ -174,8 +174,8 @@ class Run {
 
     bool leave() {
         if (started_) {
-            // The document is what the user has on the disk; a command that does not save
-            // has nothing to ask on leaving.
+            // The user's document is on the disk; a command that does not save has no
+            // question at its end.
             application_.documents().discard(&ui_);
         }
         return application_.shutDown(&ui_);
@@ -246,8 +246,8 @@ ExitStatus runProgram(const std::vector<std::string>& arguments, const Environme
     } catch (const std::bad_alloc&) {
         return endedEarly(*parsed.line, streams, "there is not enough memory");
     } catch (const std::exception& error) {
-        // Nothing in the logic throws; if it ever does, the store is gone all the same, and
-        // a script gets its document.
+        // Nothing in the logic throws; if it ever does, the store is still removed, and a
+        // script gets its document.
         return endedEarly(*parsed.line, streams, error.what());
     }
 }

@@ -17,8 +17,8 @@ struct ProgramStreams {
     bool errIsTerminal = false;
 };
 
-/// Runs a command. `interrupted` gives true once the user has asked to stop; the run then
-/// ends as a cancelled one. On every way out the working store is gone.
+/// Runs a command. `interrupted` returns true once the user has asked to stop; the run
+/// then ends as a cancelled one. The working store is removed in every case.
 [[nodiscard]] ExitStatus runProgram(const std::vector<std::string>& arguments,
                                     const Environment& environment, ProgramStreams streams,
                                     const std::function<bool()>& interrupted);

@@ -37,7 +37,7 @@ std::optional<Number> numberFor(const Prompt& prompt, const std::string& reply) 
         return prompt.initial;
     }
     const auto value = wholeNumber<Number>(reply);
-    // Equal limits say that there are none.
+    // Equal limits mean that there are none.
     const bool bounded = prompt.least < prompt.most;
     if (value && bounded && (*value < prompt.least || *value > prompt.most)) {
         return std::nullopt;
@@ -122,8 +122,8 @@ Button ScriptedInterface::pressed(const MessageBox& box, const std::string& repl
     }
     const Button button = agreeing(box.buttons);
     if (button == Button::Retry) {
-        // Nobody mends the cause while a script is waiting: the same box twice in a row is
-        // the same failure, and a third would be a loop without end.
+        // The cause is not mended while a script is waiting: the same box twice in a row
+        // is the same failure, and a third would mean an endless loop.
         if (lastRetried_ == box.text) {
             return Button::Cancel;
         }
@@ -180,7 +180,7 @@ std::optional<std::string> ScriptedInterface::enterText(const TextPrompt& prompt
     const auto reply = promptReply(prompt.prompt);
     std::optional<std::string> value;
     if (mine != nullptr && reply == *mine) {
-        value = reply;  // whatever the name says, and the operation knows its limits
+        value = reply;  // whatever text it is: the operation checks it
     } else if (equalsIgnoreCase(reply, "yes")) {
         value = prompt.initial;
     } else if (!isCancel(reply) && (prompt.limit == 0 || reply.size() <= prompt.limit)) {
@@ -226,7 +226,7 @@ int ScriptedInterface::selectFromTable(const TablePrompt& prompt) {
         const bool there = row != prompt.rows.end();
         remember(prompt.title, there ? *mine : "cancel");
         if (!there) {
-            // Nobody sees the list that a name on the command line is not in.
+            // The list in which the name from the command line is missing is not shown.
             showBox(this, "There is no '" + *mine + "' in this list.", prompt.title);
         }
         return there ? static_cast<int>(row - prompt.rows.begin()) : -1;

@@ -1,5 +1,5 @@
-// The parent of a run without windows: it answers questions from replies that were given
-// ahead, shows what is told on standard error, and keeps all of it for the report.
+// The parent of a run without windows: it answers questions from replies given in
+// advance, shows what is reported on standard error, and keeps all of it for the report.
 #pragma once
 
 #include "cli/CommandLine.h"
@@ -19,7 +19,7 @@ struct ScriptedInterfaceOptions {
     bool showBoxes = true;      ///< boxes and questions go to the error stream
     bool showNotes = true;      ///< so do remarks
     bool showProgress = false;  ///< and a progress line
-    bool terminal = false;      ///< the error stream is a terminal: one line is painted over
+    bool terminal = false;  ///< the error stream is a terminal: the progress line is overwritten
     /// True once the user has asked to stop; may be empty.
     std::function<bool()> interrupted;
 };
@@ -29,10 +29,10 @@ struct ReportedMessage {
     int id = 0;  ///< without its sign, 0 for a text without a number
     int titleId = 0;
     std::string text;
-    std::string stream;  ///< the stream it belongs to, if that was told
+    std::string stream;  ///< the stream it belongs to, if known
 };
 
-/// A question, with the reply that it was given.
+/// A question and the reply to it.
 struct AnsweredQuestion {
     int id = 0;
     int titleId = 0;
@@ -41,7 +41,7 @@ struct AnsweredQuestion {
     std::string stream;
 };
 
-/// What the Messages window was given to show.
+/// What the Messages window was to show.
 struct ShownMessages {
     std::string title;
     std::string subtitle;
@@ -58,29 +58,29 @@ class ScriptedInterface : public UserInterface {
     [[nodiscard]] const std::vector<AnsweredQuestion>& questions() const { return questions_; }
     [[nodiscard]] const std::vector<ShownMessages>& shown() const { return shown_; }
 
-    /// The reply to a question or a prompt without a number, told by its text or title; for a
-    /// table it is the first cell of the row. Everything else is replied to as before.
+    /// Sets the reply to a question or a prompt without a number, identified by its text or
+    /// title; for a table it is the first cell of the row.
     void setReply(const std::string& text, std::string reply) {
         ownReplies_[text] = std::move(reply);
     }
 
-    /// What is told from now on belongs to this stream; empty ends that.
+    /// What is reported from now on belongs to this stream, or to none if empty.
     void setStream(std::string stream) { stream_ = std::move(stream); }
 
-    /// A number that is given to a question of its own says Yes, and is the reply to the
-    /// prompt that follows.
+    /// A number given as the reply to a certain question means Yes, and is the reply to
+    /// the prompt that follows.
     Button message(const MessageBox& box) override;
-    /// Prompts take the reply for all: a text or a number is the value, `yes` the initial
+    /// Prompts use the reply for all: a text or a number is the value, `yes` the initial
     /// one, anything that does not fit is Cancel.
     std::optional<std::string> enterText(const TextPrompt& prompt) override;
     std::optional<long> enterInteger(const IntegerPrompt& prompt) override;
     std::optional<double> enterDouble(const DoublePrompt& prompt) override;
-    /// A reply is the text of a choice, or its number from 1; one that was given to the
-    /// question in front is the text.
+    /// A reply is the text of a choice, or its number from 1; one given to the preceding
+    /// question is the text.
     int chooseFromList(const std::string& title, const std::vector<std::string>& choices) override;
     /// A reply is the number of the row, from 1.
     int selectFromTable(const TablePrompt& prompt) override;
-    /// A reply is a path, or `yes` for the one that is offered.
+    /// A reply is a path, or `yes` for the offered one.
     std::optional<FileChoice> chooseFile(const FilePrompt& prompt) override;
 
     void logged(const LoggedMessage& message) override;

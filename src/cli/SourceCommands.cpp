@@ -1,5 +1,5 @@
 // The commands that change the set of data sources of a document. Each runs the operation of
-// the editor; what its prompts would ask for stands on the command line.
+// the editor; the command line has what its prompts would ask for.
 #include "application/Application.h"
 #include "application/DocumentService.h"
 #include "cli/Commands.h"

@@ -22,8 +22,8 @@ const char* resultText(int result) {
     return result < 0 ? "failed" : result > 0 ? "corrected" : "clean";
 }
 
-/// True if any group file bears the link: a load that failed has told why, but nothing has
-/// told of a name that nobody has.
+/// True if any group file has the link: a failed load has reported why, but an unknown
+/// name has not been reported.
 bool bearsLink(DocumentContext& context, ScriptedInterface* ui, const std::string& link) {
     for (const char letter : {'P', 'S', 'B'}) {
         if (GroupNames(context, ui, letter).find(link) > 0) {

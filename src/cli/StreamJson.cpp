@@ -106,7 +106,7 @@ Json subframes(const PcmFormat& format, int counter) {
     return list;
 }
 
-/// The word of each counter, the first if there are several; -1 if none bears it.
+/// The word of each counter, the first if there are several; -1 if there is none.
 std::vector<int> counterWords(const PcmFormat& format) {
     std::vector<int> result(format.idCounters.size(), -1);
     for (int fwp = format.wordsPerMinorFrame - 1; fwp >= 0; --fwp) {

@@ -1,4 +1,4 @@
-// A stream in memory as a JSON document and as text for a person.
+// A stream in memory as a JSON document and as readable text.
 #pragma once
 
 #include "cli/JsonReport.h"

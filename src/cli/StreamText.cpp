@@ -31,7 +31,7 @@ void alignRight(Rows& rows, std::initializer_list<std::size_t> columns) {
     }
 }
 
-/// A heading with its rows behind it, indented; nothing without rows.
+/// A heading followed by its rows, indented; empty without rows.
 std::string section(const std::string& heading, Rows rows) {
     if (rows.empty()) {
         return {};
@@ -130,7 +130,7 @@ std::string wordText(const PcmFormat& format, int fwp) {
     return "Minor word";
 }
 
-/// Words that are alike stand in one row.
+/// Equal words share a row.
 std::string wordSection(const PcmFormat& format) {
     Rows rows{{"Words", "Type", "Bits", "Depth"}};
     for (int fwp = 0; fwp < format.wordsPerMinorFrame;) {

@@ -36,7 +36,7 @@ std::string terminalText(std::string_view bytes) {
         if (c == '\n' || c == '\t' || (c >= 0x20 && c != 0x7F && c != 0xC2)) {
             result += text[i];
         } else if (c == '\r') {
-            // Half of a line break, or a way to paint over the line.
+            // Half of a line break, or a way to overwrite the line.
             if (next != '\n') {
                 result += '\n';
             }

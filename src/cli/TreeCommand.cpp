@@ -12,10 +12,10 @@ namespace kavu::cli {
 
 namespace {
 
-/// What is told of the PCM streams, by the index of their P files.
+/// The summaries of the PCM streams, by the index of their P files.
 using Summaries = std::map<int, StreamSummary>;
 
-/// Links that bear a PCM stream; all others have no frame.
+/// True for the link of a PCM stream; all others have no frame.
 bool isPcm(const TreeLink& link) {
     return link.group > 0 && link.kind.starts_with("PCM");
 }
@@ -67,7 +67,7 @@ std::string countText(std::size_t count, const char* what) {
     return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
-/// The tree for a person: indented names, and columns with what is known of them.
+/// The tree as text: indented names, and columns with what is known of them.
 std::string treeText(const DocumentTree& tree, const Summaries& summaries) {
     std::vector<std::vector<std::string>> rows;
     for (const auto& source : tree.dataSources) {
@@ -105,7 +105,7 @@ Json dataSourcesJson(const DocumentTree& tree) {
 bool treeCommand(CommandContext& context, CommandOutput& output) {
     auto& application = context.application;
     const DocumentTree tree = readDocumentTree(application.context(), context.ui);
-    // Only a person reads them; a script asks for the stream itself.
+    // Only in the text; a script reads the stream itself.
     const auto summaries = context.line.json ? Summaries() : readSummaries(context, tree);
     const auto names =
         application.conversions().definitionNames(-1).value_or(std::vector<std::string>());
@@ -121,7 +121,7 @@ bool treeCommand(CommandContext& context, CommandOutput& output) {
     }
     output.members["dataSources"] = dataSourcesJson(tree);
     output.members["conversions"] = std::move(conversions);
-    // A tree that was cut short is none.
+    // An incomplete tree is no result.
     return !cancelRequested(context.ui);
 }
 

@@ -1,5 +1,5 @@
-// The program for the terminal. Here is only what a process has and a library must not:
-// signals, standard streams, arguments.
+// The program for the terminal. This file has only what belongs to a process and not to a
+// library: signals, standard streams, arguments.
 #include "cli/Program.h"
 
 #include <csignal>
@@ -9,14 +9,14 @@
 
 namespace {
 
-// A signal handler can reach nothing but a static variable.
+// A signal handler can only access a static variable.
 volatile std::sig_atomic_t stopSignals = 0;
 
 extern "C" void rememberSignal(int) {
     stopSignals = 1;
 }
 
-/// Ctrl-C is the Cancel button, also when it is pressed again: the run cleans up and ends.
+/// Ctrl-C is the Cancel button, also if pressed again: the run cleans up and ends.
 void catchSignals() {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         struct sigaction former {};
@@ -29,15 +29,15 @@ void catchSignals() {
         sigemptyset(&action.sa_mask);
         sigaction(signal, &action, nullptr);
     }
-    // A reader that went away and a file that grew too large are failed writes, which are
-    // reported, and no reason to die with the working store on the disk.
+    // A closed pipe and a file that grew too large are failed writes, which are reported,
+    // and no reason to leave the working store on the disk.
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
 }
 
-/// A stream that the caller has closed would give its number to the next file that is
-/// opened, and what is printed would land there. Such a place is held by a descriptor that
-/// refuses what is written to it.
+/// The descriptor of a stream that the caller has closed would go to the next file that is
+/// opened, and output would end up there. It is occupied by a descriptor that refuses
+/// writes.
 void holdStandardStreams() {
     for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (fcntl(descriptor, F_GETFD) < 0) {

@@ -1,6 +1,6 @@
-// What plots and printed pages are drawn on. Logic lays them out; a window, a printer, a
-// file or a test takes the calls. Coordinates are pixels of the surface from its top left,
-// x to the right and y downward.
+// What plots and printed pages are drawn on. The logic lays them out; a window, a printer,
+// a file or a test implements the calls. Coordinates are pixels of the surface from its
+// top left, x to the right and y downward.
 #pragma once
 
 #include <cstdint>
@@ -49,7 +49,7 @@ struct DrawingFont {
     std::string family;  ///< empty: the font of the surface itself
     double height = 0;   ///< pixels; 0: that of the surface's font
     bool bold = false;
-    int angle = 0;  ///< degrees, counter-clockwise about the point where the text stands
+    int angle = 0;  ///< degrees, counter-clockwise about the position of the text
 };
 
 class DrawingSurface {
@@ -62,10 +62,10 @@ class DrawingSurface {
     /// The client area of a window, or a page within its margins.
     [[nodiscard]] virtual DrawingRect area() const = 0;
     [[nodiscard]] virtual double pixelsPerInch() const = 0;
-    /// The page of a print job, in place of a window.
+    /// True for the page of a print job, not a window.
     [[nodiscard]] virtual bool isPage() const { return false; }
 
-    /// The pen of lines and outlines; false if the surface can not make it.
+    /// Sets the pen of lines and outlines; false if the surface cannot make it.
     virtual bool setPen(const DrawingPen& pen) = 0;
     virtual void setHollowBrush() = 0;
     virtual void setSolidBrush(DrawingColour colour) = 0;
@@ -78,18 +78,18 @@ class DrawingSurface {
 
     [[nodiscard]] virtual DrawingSize textSize(std::string_view text,
                                                const DrawingFont& font) const = 0;
-    /// One line of text, black; `at` is the top left of the text before it is turned.
+    /// One line of text, black; `at` is the top left of the text before it is rotated.
     virtual void text(DrawingPoint at, std::string_view text, const DrawingFont& font) = 0;
 
-    /// Until `releaseClip` nothing shows outside.
+    /// Clips all drawing to `rect` until `releaseClip`.
     virtual void clip(const DrawingRect& rect) = 0;
     virtual void releaseClip() = 0;
 
     // --- For a page ---------------------------------------------------------------------
 
-    /// Starts a page if none is; false if that can not be done.
+    /// Starts a page if there is none; false if that fails.
     virtual bool startPage() { return true; }
-    /// Where the next line of text of the page will stand, from its top.
+    /// The position of the next line of text of the page, from its top.
     [[nodiscard]] virtual double textLine() const { return 0; }
     virtual void setTextLine(double /*line*/) {}
     /// The height of a line of the report.

@@ -13,11 +13,11 @@ namespace kavu {
 namespace {
 
 constexpr double kTextHeight = 12;
-/// Widths and the place of the base line as parts of the height of the text.
+/// Widths and the position of the base line as fractions of the height of the text.
 constexpr double kMeanWidth = 0.56;
 constexpr double kAscent = 0.8;
 
-/// At most two digits behind the point.
+/// At most two digits after the point.
 std::string number(double value) {
     if (!std::isfinite(value)) {
         return "0";
@@ -55,7 +55,7 @@ std::string dashes(const DrawingPen& pen) {
     return {};
 }
 
-/// Control characters can not stand in such a file at all.
+/// Escapes the text; control characters are not allowed in such a file at all.
 std::string escaped(std::string_view bytes) {
     std::string text;
     for (const char c : toUtf8(bytes)) {

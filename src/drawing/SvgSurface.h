@@ -9,7 +9,7 @@ namespace kavu {
 
 class SvgSurface : public DrawingSurface {
   public:
-    /// A picture of so many pixels.
+    /// A picture of this size in pixels.
     SvgSurface(int width, int height) : width_(width), height_(height) {}
 
     [[nodiscard]] DrawingRect area() const override;
@@ -21,8 +21,7 @@ class SvgSurface : public DrawingSurface {
     void rectangle(const DrawingRect& rect) override;
     void ellipse(const DrawingRect& rect) override;
     void polygon(std::span<const DrawingPoint> points) override;
-    /// By the mean width of a character, since a picture does not know the fonts of whoever
-    /// looks at it.
+    /// Estimated by the mean width of a character, as the fonts of the viewer are unknown.
     [[nodiscard]] DrawingSize textSize(std::string_view text,
                                        const DrawingFont& font) const override;
     void text(DrawingPoint at, std::string_view text, const DrawingFont& font) override;
@@ -43,7 +42,7 @@ class SvgSurface : public DrawingSurface {
     DrawingPen pen_;
     std::string fill_ = "none";
     std::string body_;
-    std::string path_;  ///< segments that hang together are one element
+    std::string path_;  ///< connected segments are one element
     DrawingPoint pathEnd_;
 };
 
