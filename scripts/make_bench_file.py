@@ -45,7 +45,7 @@ def general(sources):
 
 
 def pcm(count, rng, streams):
-    """Formats with subframes without end."""
+    """Formats with very many subframes."""
     share = count // streams
     for n in range(1, streams + 1):
         p = f"P-{n}\\"
@@ -135,8 +135,8 @@ def commands(total, seed, sources):
 def main(size_mb, path, sources="24"):
     size = int(float(size_mb) * 1_000_000)
     sources = min(max(int(sources), 2), MOST_SOURCES)
-    # Longer indices make longer commands, so how many commands make the size is found by
-    # making them twice.
+    # Longer indices make longer commands, so the number of commands for the size is found
+    # by making them twice.
     total = size / 41.7
     total *= size / sum(len(command) + 2 for command in commands(total, size, sources))
     count = 0

@@ -16,7 +16,7 @@ ROOT = Path(__file__).resolve().parent.parent
 
 
 def files():
-    """{path: bytes} of everything that is made."""
+    """{path: bytes} of all files that are made."""
     made = {
         ROOT / "samples/flight-test.tma": flight_test(2009, "flight-test.tma"),
         ROOT / "samples/flight-test-96.tma": flight_test(1996, "flight-test-96.tma"),

@@ -5,7 +5,7 @@
 
 The stream has 2047 words and 256 frames. A quarter of the measurements is in every frame, and
 so has 256 places; the others are in one frame, in every eighth frame, or in two fragments. With
---every-frame all of them are in every frame. The content depends on the arguments alone.
+--every-frame all of them are in every frame. The content depends only on the arguments.
 """
 
 import random

@@ -117,7 +117,7 @@ def write_multiplex(out):
 
 
 def binary_format(out, one):
-    """The format, or what an edition without it says instead."""
+    """The format, or its replacement in an edition without it."""
     if one.format in ("BCD", "SIM") and out.edition < 2000:
         return {"BCD": "OTH", "SIM": "SIG"}[one.format]
     if (one.format == "FPT" and out.edition < 1999) or (
@@ -127,7 +127,7 @@ def binary_format(out, one):
 
 
 def conversion_of(out, one):
-    """The conversion, or what an edition without it says instead."""
+    """The conversion, or its replacement in an edition without it."""
     kind = one.conversion[0]
     if kind == "NPC" and out.edition < 2007:
         c = one.conversion[1]

@@ -5,7 +5,7 @@ from dataclasses import dataclass, field
 
 @dataclass
 class Measurement:
-    """One measurement: where it lies and how its counts become engineering units.
+    """One measurement: where it is and how its counts become engineering units.
 
     `place` is ("MF", word), ("MFSC", first, interval, count), ("MFSE", words),
     ("SF", subframe, position), ("SFSC", subframe, first, interval, count),
@@ -47,7 +47,7 @@ def pairs(low, high, bits, points, bend=0.0):
     return ("PRS", rows)
 
 
-# Words of stream 1 that supercommutated measurements and subframes have for themselves.
+# Words of stream 1 that are reserved for supercommutated measurements and subframes.
 STREAM_1_TAKEN = {18, 19, 20, 28, 34, 35, 36, 44, 47, 50, 51, 52, 60}
 
 
@@ -245,7 +245,7 @@ def bus():
 
 
 def elsewhere():
-    """Measurements that lie in no word: a sum of others, voice and video."""
+    """Measurements that are in no word: a sum of others, voice and video."""
     return [
         Measurement("MACH-DER", "Mach number from pressures", "MACH", 0, 2.5, (),
                     ("DER", ["ADC-PT", "ADC-PS"], ["3.5", "1.4"],

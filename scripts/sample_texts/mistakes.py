@@ -1,5 +1,5 @@
-"""A document full of mistakes, for the manual's page on messages. What each one is told as
-stands there; a comment in front of each says what is wrong."""
+"""A document full of mistakes, for the manual's page on messages, which lists the message of
+each; a comment before each says what is wrong."""
 
 from .writer import Writer
 

@@ -1,4 +1,4 @@
-"""Small documents as they come from the field: right in the eyes of whoever wrote them."""
+"""Small documents as they occur in use: correct in the eyes of their authors."""
 
 GENERAL = ["G\\PN:STRANGE", "G\\106:09", "G\\DSI\\N:1", "G\\DSI-1:Radio", "G\\DST-1:RF"]
 REST = ["T-1\\ID:Radio", "T-1\\SCO\\N:0", "M-1\\ID:Radio", "M-1\\BSG1:PCM",
@@ -16,7 +16,7 @@ def renamed(commands, old, new):
 
 
 def strange():
-    """{file name: bytes}; each name tells the oddity."""
+    """{file name: bytes}; each name states the oddity."""
     plain = GENERAL + REST
     ninety = [f"V-1\\REC\\SET:step {n:02d}" for n in range(1, 91)]
     made = {

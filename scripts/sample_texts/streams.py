@@ -1,4 +1,4 @@
-"""The P, D and B groups: how a stream is framed and where its measurements lie."""
+"""The P, D and B groups: how a stream is framed and where its measurements are."""
 
 from dataclasses import dataclass
 
@@ -83,8 +83,8 @@ def write_format(out, stream):
 
 
 def counted_subframes(out, stream):
-    """The subframes that the P group of this edition spells out. Word/frame locations need
-    none, and the newest edition knows no other."""
+    """The subframes in the P group of this edition. Word/frame locations need none, and the
+    newest edition has no others."""
     if out.edition >= 2011 or (stream is STREAM_3 and out.edition >= 2004):
         return []
     return stream.subframes
@@ -225,7 +225,7 @@ def write_word_frame(out, stream, d, at, one):
 
 
 def write_bus(out, measurements):
-    """The B group: one bus, its messages and what lies in them."""
+    """The B group: one bus, its messages and their contents."""
     b = "B-1\\"
     out.put_all(b, ("DLN", STREAM_BUS.link), ("TA", "KESTREL-7"), ("BP", "OD", 2007),
                 ("NBS\\N", 1), ("BID-1", "000"), ("BNA-1", "AVIONICS"), ("BT-1", "1553", 2004),

@@ -1,4 +1,4 @@
-"""A TMATS text in the making: knows its edition and leaves out what that edition lacks."""
+"""Writes a TMATS text of an edition, without what that edition lacks."""
 
 
 class Writer:
@@ -19,8 +19,8 @@ class Writer:
         self.lines.append(text)
 
     def date(self, month_day, year, time=""):
-        """A date in the form of the edition. The days of the oldest one have the number of
-        their month, because that edition is read both ways round."""
+        """A date in the format of the edition. In the oldest one day and month are equal, because
+        dates of that edition are read both ways round."""
         if self.edition < 1999:
             month = month_day[:2]
             return f"{month}-{month}-{year % 100:02d}" + time

@@ -1,4 +1,4 @@
-// Every test of a window runs under the offscreen platform, whatever the caller's display.
+// All tests of windows run under the offscreen platform, whatever the caller's display.
 #include <QApplication>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

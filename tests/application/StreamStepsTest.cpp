@@ -1,4 +1,4 @@
-// The steps by which a document and its conversion records reach the stream in memory.
+// The steps that connect a document and its conversion records with the stream in memory.
 #include "conversion/ConversionStore.h"
 #include "core/WorkingStore.h"
 #include "core/document/BuildDocument.h"

@@ -1,5 +1,5 @@
-// Undo of the operations on a document: the file that is saved after it is the file from before
-// the operation, byte for byte.
+// Undo of the operations on a document: the file saved after it is the file from before the
+// operation, byte for byte.
 #include "application/Application.h"
 #include "conversion/ConversionStore.h"
 #include "conversion/DefinitionEdit.h"

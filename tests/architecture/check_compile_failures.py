@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Compiles code that must not compile, and states what was accepted.
+"""Compiles code that must not compile, and reports what was accepted.
 
     check_compile_failures.py COMPILER SOURCE_DIR
 
 Each file of the folder compile_failures holds pieces of code for values of CASE. Case 0 must
-compile. The others must be refused, and the compiler must name what stands in the comment
+compile. The others must be refused, and the compiler must name what is in the comment
 after their `#elif CASE == N`: a piece that is refused for another reason proves nothing.
 """
 

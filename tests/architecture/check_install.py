@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Installs the built tree to a prefix and looks at everything that lands there.
+"""Installs the built tree to a prefix and checks everything that is installed.
 
     check_install.py CMAKE BUILD_DIR PREFIX [--app]
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Configures the tree with the toolkit forbidden, and asserts that nobody asked for it.
+"""Configures the tree with the toolkit forbidden, and asserts that nothing asks for it.
 
     check_no_toolkit.py CMAKE SOURCE_DIR BUILD_DIR
 """

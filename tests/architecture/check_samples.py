@@ -3,8 +3,8 @@
 
     check_samples.py KAVU_CLI SOURCE_DIR
 
-The flight tests are without a fault and survive a save; the one with mistakes is told each of
-the mistakes that the manual's page on messages explains.
+The flight tests are without a fault and survive a save; for the one with mistakes each message
+is reported that the manual's page on messages explains.
 """
 
 import json

@@ -1,4 +1,4 @@
-// A command line that is right.
+// A valid command line.
 #pragma once
 
 #include "cli/CommandLine.h"

@@ -1,4 +1,4 @@
-// A document whose C group is loaded from a text and saved to a text.
+// A document whose C group is loaded from and saved to a text.
 #pragma once
 
 #include "conversion/ConversionLoader.h"

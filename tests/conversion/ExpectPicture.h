@@ -1,5 +1,5 @@
-// Pictures as lists of drawing calls, held against those in tests/golden/plots. With
-// KAVU_WRITE_GOLDEN set they are written anew, for somebody to look through.
+// Pictures as lists of drawing calls, compared with those in tests/golden/plots. With
+// KAVU_WRITE_GOLDEN set they are written again, for review.
 #pragma once
 
 #include "support/RecordingSurface.h"

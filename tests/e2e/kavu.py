@@ -1,4 +1,4 @@
-"""Runs kavu-cli in a folder of its own, and holds every run to the common rules.
+"""Runs kavu-cli in a folder of its own, and checks the common rules in every run.
 
 The program is found through the environment variable KAVU_CLI. After every run the
 temporary root must be as empty as before it, whatever the exit status.

@@ -1,7 +1,7 @@
 """An independent model of a read and write without an edit in between.
 
-It knows nothing of the program's code: it takes the bytes of a document and says which
-bytes the saved file must have behind its banner.
+It shares nothing with the program's code: it takes the bytes of a document and says which
+bytes the saved file must have after its banner.
 """
 
 import random

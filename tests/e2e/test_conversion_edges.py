@@ -1,4 +1,4 @@
-"""The conversion records, from the file to the file."""
+"""The conversion records, from the opened file to the saved one."""
 
 import unittest
 

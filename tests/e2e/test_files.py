@@ -1,4 +1,4 @@
-"""Files that can not be opened, and outputs that can not be written."""
+"""Files that cannot be opened, and outputs that cannot be written."""
 
 import os
 import resource

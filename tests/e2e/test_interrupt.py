@@ -1,4 +1,4 @@
-"""Ctrl-C and its relatives: the run ends as a cancelled one and cleans up."""
+"""Ctrl-C and similar signals: the run ends as a cancelled one and cleans up."""
 
 import os
 import signal

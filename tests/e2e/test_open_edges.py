@@ -1,4 +1,4 @@
-"""Opening: what is split where, what is refused, and what vanishes."""
+"""Opening: what is split where, what is refused, and what is dropped."""
 
 import unittest
 

@@ -1,4 +1,4 @@
-"""How command text is cut and looked up, seen from outside: what a document becomes."""
+"""How command text is cut and looked up, seen from outside: the document that results."""
 
 import unittest
 

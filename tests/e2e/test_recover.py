@@ -1,4 +1,4 @@
-"""`recover`: what a killed run left behind, listed and rebuilt."""
+"""`recover`: what a killed run has left, listed and rebuilt."""
 
 import os
 import shutil

@@ -1,4 +1,4 @@
-"""Saving: banner, file name field, backup, editions, and targets that are awkward."""
+"""Saving: banner, file name field, backup, editions, and awkward targets."""
 
 import os
 import stat

@@ -1,8 +1,8 @@
 """The commands that change the set of data sources: `source` and `link`.
 
-What an operation does to a whole sample is told by a golden file: the difference between the
-document that is only saved and the one that was changed and saved. Nothing outside of it may
-differ. `KAVU_WRITE_GOLDEN=1` writes the files anew.
+A golden file has what an operation does to a whole sample: the difference between the document
+that is only saved and the one that was changed and saved. Nothing else may differ.
+`KAVU_WRITE_GOLDEN=1` writes the files again.
 """
 
 import difflib

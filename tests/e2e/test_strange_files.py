@@ -1,4 +1,4 @@
-"""Real files are stranger than the examples of a standard: each case, and what is told."""
+"""Real files are stranger than the examples of a standard: each case, and what is reported."""
 
 import os
 import unittest

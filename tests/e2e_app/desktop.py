@@ -1,7 +1,7 @@
 """A desktop of its own for the editor: a virtual display, a window manager, real keys.
 
-The programs are found through the environment variables KAVU and KAVU_CLI. What the editor
-shows is seen through the titles of its windows, and what it does through its files.
+The programs are found through the environment variables KAVU and KAVU_CLI. The titles of
+the editor's windows show what it displays, and its files what it does.
 """
 
 import os

@@ -1,12 +1,12 @@
-// Asks a running program what it exposes to assistive technology, over the accessibility bus
-// and with the calls of a screen reader; writes what it heard, and how long each answer took,
-// as JSON to the standard output.
+// Reads what a running program exposes to assistive technology, over the accessibility bus
+// and with the calls of a screen reader; writes the answers, and how long each took, as JSON
+// to standard output.
 //
 //     screen_reader PROGRAM TABLE REQUESTS
 //
-// Walks from the registry to the program and on to the table of that name, hears its rows and
-// every cell in view once, then asks for single cells until there were at least REQUESTS requests
-// for them. Ends with 1 and a reason on the standard error where something is missing.
+// Walks from the registry to the program and on to the table of that name, reads its rows and
+// every cell in view once, then single cells until there were at least REQUESTS requests for
+// them. Ends with 1 and a reason on standard error if something is missing.
 #include <cstdio>
 #include <cstdlib>
 #include <deque>

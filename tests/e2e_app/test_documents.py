@@ -1,4 +1,4 @@
-"""A document from its opening to its end, as a person has it with the keyboard."""
+"""A document from its opening to its end, as a user works with the keyboard."""
 
 import os
 import time

@@ -1,4 +1,4 @@
-"""The program around the document: its start, its end, its windows on the screen."""
+"""The program apart from the document: its start, its end, its windows on the screen."""
 
 import os
 import re

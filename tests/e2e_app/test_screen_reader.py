@@ -1,4 +1,4 @@
-"""The display of a stream as a screen reader meets it: over the accessibility bus."""
+"""The display of a stream as a screen reader sees it: over the accessibility bus."""
 
 import json
 import os

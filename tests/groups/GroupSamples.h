@@ -1,4 +1,4 @@
-// A group file in which every field of a table has a value, and what order its codes are in.
+// A group file in which every field of a table has a value, and the order of its codes.
 #pragma once
 
 #include "groups/GroupRecord.h"

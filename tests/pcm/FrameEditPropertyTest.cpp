@@ -1,4 +1,4 @@
-// Whatever sequence of edits comes, the frame stays one that can be written and read.
+// After any sequence of edits the frame can still be written and read.
 #include "pcm/StreamFixture.h"
 #include "pcm/edit/FrameEditGenerate.h"
 #include "pcm/edit/FrameEditWords.h"

@@ -1,5 +1,5 @@
-// A stream without a load around it: words and frames as the test wants them, and the
-// commands of a P group for the readers and from the writers of its parts.
+// A stream without a load: words and frames as the test needs them, and the commands of a
+// P group for the readers and from the writers of its parts.
 #pragma once
 
 #include "pcm/PcmFormat.h"

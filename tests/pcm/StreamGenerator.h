@@ -1,6 +1,5 @@
-// Random streams, the same for the same seed, that are free of faults: P and D groups of every
-// location type that an edition knows, with counters, subframes, async formats, fragments and
-// variable word lengths.
+// Random valid streams, the same for the same seed: P and D groups of every location type of
+// an edition, with counters, subframes, async formats, fragments and variable word lengths.
 #pragma once
 
 #include "pcm/LoadFixture.h"

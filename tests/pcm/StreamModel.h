@@ -1,6 +1,6 @@
 // All that a stream in memory holds, as lines of text: two streams are the same if their lines
-// are. Numbers that a write makes anew (of word/frame definitions and hidden subframes) are
-// left out; what they lead to stands in their place.
+// are. Numbers that a write assigns again (of word/frame definitions and hidden subframes) are
+// replaced by what they refer to.
 #pragma once
 
 #include "pcm/PcmFormat.h"

@@ -1,4 +1,4 @@
-// What holds of every stream, shown on random ones of every edition.
+// Properties of every stream, tested on random ones of every edition.
 #include "core/talk/ProfileSettings.h"
 #include "core/text/Edition.h"
 #include "pcm/StreamGenerator.h"

@@ -1,4 +1,4 @@
-// Undo of what an edit has changed beside the stream, and the room that the levels take.
+// Undo of what an edit has changed besides the stream, and the size of the levels.
 #include "conversion/ConversionFiles.h"
 #include "groups/MeasurementNames.h"
 #include "pcm/StreamFixture.h"

@@ -1,5 +1,5 @@
-// Counters, subframes and async formats through their commands and back, over generated
-// streams of every edition, and over commands that make no sense.
+// Counters, subframes and async formats written as commands and read back, over generated
+// streams of every edition, and over senseless commands.
 #include "pcm/StreamFixture.h"
 
 #include <array>

@@ -1,5 +1,5 @@
-// The store of sections told in the plainest way: one list of entries in the order in
-// which they were added, and the directory as one text that is searched from the front.
+// The store of sections as the simplest model: one list of entries in the order in which
+// they were added, and the directory as one text that is searched from the front.
 #pragma once
 
 #include "core/text/Text.h"

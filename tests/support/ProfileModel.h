@@ -1,5 +1,5 @@
-// The sectioned form told in the plainest way: lists that are searched from the front.
-// What the profile files do with indices and hashes must come to the same.
+// The sectioned format as the simplest model: lists that are searched from the front. The
+// profile files with their indices and hashes must have the same results.
 #pragma once
 
 #include "core/files/ProfileFile.h"

@@ -1,4 +1,4 @@
-// A parent for tests: it records what it is told and answers from queued replies.
+// A parent for tests: it records what is reported to it and answers from queued replies.
 #pragma once
 
 #include "core/talk/UserInterface.h"

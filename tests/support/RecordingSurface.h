@@ -1,5 +1,5 @@
-// A surface that writes down what is drawn, one line a call, so that a picture can be read
-// and compared. Text is 8 pixels a character and 12 high, whatever the font.
+// A surface that records what is drawn, one line per call, so that a picture can be read
+// and compared. Text is 8 pixels per character and 12 high, whatever the font.
 #pragma once
 
 #include "core/text/Printf.h"

@@ -1,4 +1,4 @@
-// Everything that a pass over a document needs, in a folder of its own that goes with the
+// Everything that a pass over a document needs, in a folder that is deleted after the
 // test: a fixed date, fixed random numbers, an empty settings file, an active store.
 #pragma once
 

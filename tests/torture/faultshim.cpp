@@ -1,7 +1,7 @@
 // Preloaded into the program under test: counts its file calls below one folder, writes
-// them to a log, and lets one of them fail, or stops or kills the program in front of it.
-// Only the calls on paths below the folder, and on descriptors that were opened there,
-// count, so the numbers are the same from run to run.
+// them to a log, and lets one of them fail, or stops or kills the program before it. Only
+// the calls on paths below the folder, and on descriptors that were opened there, count,
+// so the numbers are the same from run to run.
 //
 //   KAVU_FAULT_ROOT     the folder
 //   KAVU_FAULT_LOG      file to which a line is appended for each call: its number, name,

@@ -2,8 +2,8 @@
 """Kills the program at many points of an open and of a save.
 
 The source is never damaged; the target is untouched, whole, or its former contents are
-whole in the backup; the store that is left behind is found, and what was split is rebuilt
-from it without a change in the store.
+whole in the backup; the store that is left is found, and what was split is rebuilt from it
+without a change in the store.
 """
 
 import collections

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Kills the program at many points of an operation on the document.
 
-What recovery makes of the store that is left behind is the document as it was before the
-operation, or as it is after it: never a part of the operation.
+Recovery makes of the remaining store the document as it was before the operation, or as it is
+after it: never a part of the operation.
 """
 
 import json

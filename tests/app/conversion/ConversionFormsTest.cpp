@@ -1,4 +1,5 @@
-// The commands and the entries of the tree that open the forms of the conversions.
+// The commands and the entries of the tree that open the sheets and dialogs of the
+// conversions.
 #include "app/conversion/ConversionForms.h"
 #include "app/framework/EditableList.h"
 #include "app/shell/MainWindow.h"

@@ -1,4 +1,4 @@
-// The window of the conversion type beside the sheet, the import of values, the fate of a record
+// The window of the conversion type next to the sheet, the import of values, and a record
 // through create, cancel, edit and save.
 #include "app/conversion/EuDialogs.h"
 #include "app/conversion/EuStage.h"

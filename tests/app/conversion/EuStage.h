@@ -1,4 +1,5 @@
-// A document with records whose sheets, windows and lists are run as the command does.
+// A document with records whose sheets, windows and lists are opened as the command opens
+// them.
 #pragma once
 
 #include "app/conversion/ConversionForms.h"

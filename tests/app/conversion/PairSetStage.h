@@ -1,4 +1,4 @@
-// The panel of pair sets over a record whose working copy is up, in a window as users see it.
+// The panel of pair sets on the working copy of a record, in a window as users see it.
 #pragma once
 
 #include "app/conversion/PairSetControls.h"

@@ -1,4 +1,5 @@
-// The entries of the tree that change the set of data sources, from the entry to the file.
+// The entries of the tree that change the set of data sources, from the menu entry to the
+// file.
 #include "app/groups/GroupForms.h"
 #include "app/shell/MainWindow.h"
 #include "app/shell/TreePanel.h"

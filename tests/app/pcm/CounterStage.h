@@ -1,4 +1,4 @@
-// A stream with counters and subframes, and the context of their forms.
+// A stream with counters and subframes, and the context of their dialogs.
 #pragma once
 
 #include "app/pcm/IdCounterDialog.h"

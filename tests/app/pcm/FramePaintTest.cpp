@@ -1,5 +1,5 @@
-// What is painted, in the pixels: colours, marks that tell without them, and texts that can be
-// read, in both palettes.
+// What is painted, pixel by pixel: colours, marks that do not depend on them, and readable
+// texts, in both palettes.
 #include "app/framework/Look.h"
 #include "app/pcm/DisplayStage.h"
 #include "app/pcm/FrameGridAreas.h"

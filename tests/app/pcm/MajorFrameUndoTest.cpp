@@ -1,4 +1,4 @@
-// What the display tells of edits that were cancelled or undone.
+// What the display shows after edits that were cancelled or undone.
 #include "app/pcm/DisplayStage.h"
 #include "app/pcm/SheetSteps.h"
 #include "app/pcm/WordStage.h"

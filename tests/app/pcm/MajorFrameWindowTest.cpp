@@ -1,4 +1,4 @@
-// The window around the grid: keys, menus, what is kept, what it tells.
+// The window around the grid: keys, menus, settings, status texts.
 #include "app/pcm/DisplayStage.h"
 #include "app/pcm/MeasurementList.h"
 #include "app/shell/HelpTopics.h"

@@ -1,4 +1,4 @@
-// A loaded stream of 31 words in 8 frames, with the context of its forms.
+// A loaded stream of 31 words in 8 frames, with the context of its sheet.
 #pragma once
 
 #include "app/framework/FormContext.h"

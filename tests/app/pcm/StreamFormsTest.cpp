@@ -1,4 +1,4 @@
-// Counters, subframes and async formats as a person meets them: a document's stream is opened,
+// Counters, subframes and async formats as a user edits them: a document's stream is opened,
 // edited in its windows, and saved.
 #include "app/framework/FormContext.h"
 #include "app/pcm/MajorFrameWindow.h"

@@ -1,5 +1,5 @@
-// A stream with the context of its forms: words 1 to 31 in 8 frames, a counter in 30, and, before
-// edition 106-11, the subframes S (word 5, depth 4) and T (words 6 and 16, depth 4).
+// A stream with the context of its dialogs: words 1 to 31 in 8 frames, a counter in 30, and,
+// before edition 106-11, the subframes S (word 5, depth 4) and T (words 6 and 16, depth 4).
 #pragma once
 
 #include "app/pcm/WordSteps.h"

@@ -1,4 +1,4 @@
-// Each operation on the document, given as a person gives it, undone and done again by the two
+// Each operation on the document, started as a user starts it, undone and redone by the two
 // entries of the Edit menu.
 #include "app/Forms.h"
 #include "app/pcm/SheetStage.h"

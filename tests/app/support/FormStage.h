@@ -1,5 +1,5 @@
-// What a form is given in a test: settings in memory, a fixed clock, the recorder as the
-// user's answers and a door for real dialogs.
+// The context of a sheet or dialog in a test: settings in memory, a fixed clock, the
+// recorder for the user's answers and a door for real dialogs.
 #pragma once
 
 #include "app/framework/FormContext.h"

@@ -1,6 +1,6 @@
-// Stands in the door of the dialogs: each dialog that opens is shown and handed to the next
-// driver in the queue, which presses real keys and buttons. A dialog nobody expects fails
-// the test and is thrown away, so no test waits.
+// The door of the dialogs in a test: each dialog that opens is shown and handed to the next
+// driver in the queue, which presses real keys and buttons. An unexpected dialog fails the
+// test and is discarded, so no test waits.
 #pragma once
 
 #include "app/framework/DialogDoor.h"

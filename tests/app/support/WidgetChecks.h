@@ -1,6 +1,6 @@
-// Walks the controls of a window and says what would trouble a person: a control without a
-// name for the screen reader, a label that belongs to nothing, text that does not fit, a tab
-// order that jumps. Every form is walked by its test.
+// Walks the controls of a window and reports what would hinder a user: a control without a
+// name for the screen reader, a label without a control, text that does not fit, a tab order
+// that jumps. The test of each window calls it.
 #pragma once
 
 #include <string>

@@ -1,5 +1,5 @@
-// Code that the compiler must refuse, one piece for each value of CASE, and what the refusal
-// names. Case 0 is fine. check_compile_failures.py compiles them all.
+// Code that the compiler must refuse, one piece for each value of CASE, and what its error
+// must name. Case 0 is valid. check_compile_failures.py compiles them all.
 #include "core/talk/Messages.h"
 
 namespace kavu {

@@ -1,5 +1,5 @@
-// Fits the pair sets that come in on standard input and prints every number of the result as
-// the bits of its double, for check_fit.py.
+// Fits the pair sets from standard input and prints every number of the result as the bits
+// of its double, for check_fit.py.
 //
 // A line in: order, highest order of the search, count, then x and y of each pair as bits.
 // A line out: best fit with its diagnostics at each order, whether the order could be fitted,

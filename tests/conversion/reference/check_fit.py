@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Holds the arithmetic of fits to that of fit_reference.py, bit by bit.
+"""Compares the arithmetic of fits with that of fit_reference.py, bit by bit.
 
     check_fit.py FIT_PROBE
 

@@ -1,4 +1,4 @@
-"""The arithmetic of curve fits, told a second time and step by step.
+"""The arithmetic of curve fits, written a second time and step by step.
 
 Nothing here is clever: every power is computed where it is used, every sum runs in the order
 in which it is defined, and Python's floats are never fused or reassociated.

@@ -1,6 +1,6 @@
-// The death of the program at every call by which an operation on the document changes a
-// folder: what recovery then reads is the document as it was before the operation, or as it is
-// after it, and never anything between.
+// Kills the program at every call by which an operation on the document changes a folder:
+// recovery then reads the document as it was before the operation, or as it is after it, and
+// never anything between.
 #include "core/document/DocumentHistory.h"
 #include "core/document/Transaction.h"
 #include "core/text/Text.h"
