@@ -46,7 +46,7 @@ struct DocumentSteps {
     /// files could not be read, which has been reported.
     std::function<int(UserInterface*, int& inputVersion)> detectVersions;
     /// Rewrites the group files for the target; true if any file changed. Nothing if it
-    /// failed, which has been reported, or was cancelled: the load is given up.
+    /// failed, which has been reported, or was cancelled: the load is abandoned.
     std::function<std::optional<bool>(UserInterface*, int inputVersion, int targetVersion)> migrate;
     std::function<bool(UserInterface*)> validateDataLinks;
     std::function<void()> releasePcmFormat;

@@ -43,10 +43,10 @@ class TmatsReader {
     /// The next command, or an empty text at the end.
     [[nodiscard]] std::string nextCommandString(ByteSource& source, long* lineCounter = nullptr);
 
-    /// Reads exactly one command. Gives its value if its code equals `code` without regard
-    /// to case and the value is not empty. A limit over 0 cuts a longer value and reports
-    /// an error, one below 0 keeps it and warns, 0 is no limit. The value lives until the
-    /// next look-up on this reader.
+    /// Reads exactly one command. Returns its value if its code equals `code` without
+    /// regard to case and the value is not empty. A limit over 0 cuts a longer value and
+    /// reports an error, one below 0 keeps it and warns, 0 is no limit. The value lives
+    /// until the next look-up on this reader.
     std::optional<std::string_view> readFieldForward(UserInterface* parent, ByteSource& source,
                                                      std::string_view code, int limit);
     /// The value of the first matching command at or after the position of the source,

@@ -11,10 +11,10 @@ namespace kavu {
 struct DocumentContext;
 class UserInterface;
 
-/// Removes source, multiplex and vendor files whose `ID` is no data source of the G group,
-/// then stream files whose `DLN` no group names, then renumbers all groups from 1. A file
-/// without a name is kept: it may be referenced. True unless a file operation failed, which
-/// is reported. `removed`, if given, gets the name of each file that was removed.
+/// Removes source, multiplex and vendor files whose `ID` is not a data source of the G
+/// group, then stream files whose `DLN` no group names, then renumbers all groups from 1. A
+/// file without a name is kept: it may be referenced. True unless a file operation failed,
+/// which is reported. `removed`, if given, gets the name of each file that was removed.
 bool reindexAllSections(DocumentContext& context, UserInterface* parent,
                         std::vector<std::string>* removed = nullptr);
 

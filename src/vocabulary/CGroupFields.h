@@ -160,7 +160,7 @@ constexpr Field choiceOf(std::string_view code, std::string_view label, const ch
             .kind = FieldKind::Choice,
             .choices = choices};
 }
-/// The most rows that a count of so many digits can have.
+/// The most rows that a count of this many digits can have.
 constexpr std::size_t rowsOf(std::size_t digits) {
     std::size_t rows = 1;
     for (std::size_t i = 0; i < digits; ++i) {

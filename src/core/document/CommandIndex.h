@@ -1,6 +1,6 @@
 // The commands of a group file in memory: in file order, found by their codes, and with a mark
-// for those that have been read. It belongs to one operation and is no cache: the file stays
-// the truth.
+// for those that have been read. It belongs to one operation and is not a cache: the file
+// stays the truth.
 //
 // A command takes its text and some thirty bytes. A file whose size only the disk limits (a D
 // group) is not read whole, but command by command or in chunks.

@@ -142,7 +142,7 @@ IoStatus DocumentFiles::announce(std::string_view name) const {
     return keeper_ == nullptr ? IoStatus() : keeper_->beforeChange(name);
 }
 
-/// Replaces the file by the one next to it, which is gone after a failure.
+/// Replaces the file by the one next to it, which is deleted after a failure.
 IoStatus DocumentFiles::replace(const std::string& beside, std::string_view name) {
     auto status = announce(name);
     if (status.ok()) {

@@ -99,7 +99,7 @@ class DocumentFiles {
     /// Moves a file from elsewhere on the store's disk to `name`. One that is a link to the
     /// file it would replace is only deleted.
     IoStatus adopt(const std::string& path, std::string_view name);
-    /// Deletes a file; one that is not there is a failure (ENOENT).
+    /// Deletes a file; a missing one is a failure (ENOENT).
     IoStatus remove(std::string_view name);
     /// Deletes a file if there is one.
     IoStatus removeIfThere(std::string_view name);

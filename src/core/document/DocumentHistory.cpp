@@ -54,7 +54,7 @@ const std::string& DocumentHistory::redoName() const {
     return redo_.empty() ? kNoName : redo_.back().name;
 }
 
-// --- who is told --------------------------------------------------------------------------
+// --- listeners ----------------------------------------------------------------------------
 
 void DocumentHistory::addListener(DocumentListener& listener) {
     listeners_.push_back(&listener);

@@ -90,8 +90,8 @@ bool rewriteCommands(DocumentFiles& files, std::string_view name, std::string_vi
 bool rewriteCommands(DocumentFiles& files, std::string_view name,
                      const std::vector<CommandRewrite>& rewrites, IoStatus* status = nullptr);
 
-/// How many list indices follow a code. An index is counted up from 1 for as long as a
-/// command of that code is there; commands after a gap are left alone.
+/// How many list indices follow a code. An index is counted up from 1 as long as there is
+/// a command of that code; commands after a gap are left alone.
 enum class Indices { None, One, Two };
 
 /// A row of a table of changes. The test is that of `rewriteCommands`, so a longer value that

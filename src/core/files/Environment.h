@@ -1,4 +1,4 @@
-// What the program is told by the system it runs on, passed in so that tests can set it.
+// What the program gets from the system it runs on, passed in so that tests can set it.
 #pragma once
 
 #include <functional>

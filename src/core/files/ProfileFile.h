@@ -73,14 +73,14 @@ class ProfileFile {
     [[nodiscard]] std::vector<std::string> sectionNames() const;
     /// Key names of a section in file order.
     [[nodiscard]] std::vector<std::string> keyNames(std::string_view section) const;
-    /// True if a section of exactly this name is there and has a key.
+    /// True if a section of exactly this name exists and has a key.
     [[nodiscard]] bool hasExactSection(std::string_view section) const;
     /// True if a look-up of the section finds one that has a key.
     [[nodiscard]] bool hasSection(std::string_view section) const;
-    /// True if a section of exactly this name is there, with or without keys.
+    /// True if a section of exactly this name exists, with or without keys.
     [[nodiscard]] bool containsExactly(std::string_view section) const;
 
-    /// Sets a key, making the section if needed; a key that is there keeps its place and its
+    /// Sets a key, making the section if needed; an existing key keeps its place and its
     /// spelling. False if the format cannot hold the names or the value.
     bool setValue(std::string_view section, std::string_view key, std::string_view value);
     void removeKey(std::string_view section, std::string_view key);

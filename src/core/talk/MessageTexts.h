@@ -19,7 +19,8 @@ struct MessageText {
     std::string_view text;
 };
 
-/// All rows by rising id: 1 to 71 are the prompts of the menu, from 73 messages and titles.
+/// All rows by ascending id: 1 to 71 are the prompts of the menu, from 73 messages and
+/// titles.
 inline constexpr MessageText kMessageTexts[] = {
     // --- Prompts of the menu commands
     {1, "Create a new TMATS file"},

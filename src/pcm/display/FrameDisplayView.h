@@ -14,7 +14,7 @@ namespace kavu {
 inline constexpr int kLeastCellWidth = setting::kCellWidth.least;
 inline constexpr int kMostCellWidth = setting::kCellWidth.most;
 inline constexpr int kUsualCellWidth = setting::kCellWidth.otherwise;
-/// "Zoom In By 10%" adds so many pixels.
+/// "Zoom In By 10%" adds this many pixels.
 inline constexpr int kZoomStep = 10;
 
 /// Percent of the largest width, as it is shown: "20".

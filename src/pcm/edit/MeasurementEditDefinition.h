@@ -45,7 +45,7 @@ struct WordToEdit {
 [[nodiscard]] EditedPlace startOf(const PcmFormat& format, const EditedPlace& place,
                                   std::string_view type);
 
-/// The word length that belongs to the mask of a place, and the setting for a new fragment.
+/// The mask of a new fragment, from the settings.
 [[nodiscard]] std::string newFragmentMask(const PcmFormat& format);
 
 }  // namespace kavu
