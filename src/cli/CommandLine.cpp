@@ -125,7 +125,7 @@ void addStreamCommands(CLI::App& app, CommandApps& apps, CommandLine& line) {
     addFile(*apps.stream, line);
     addLink(*apps.stream, line);
     apps.rewrite = addCommand(app, "rewrite",
-                              "Load a PCM stream, write its groups anew, and save the document "
+                              "Load a PCM stream, rewrite its groups, and save the document "
                               "under another name");
     addFile(*apps.rewrite, line);
     addLink(*apps.rewrite, line);
@@ -165,7 +165,7 @@ void addConversionCommands(CLI::App& app, CommandApps& apps, CommandLine& line, 
                                   "10 (default: the setting LSBFMaxOrder)"),
              "N");
     oneValue(apps.fit->add_option("--precision", raw.precision,
-                                  "Digits behind the point, 0 to 40 (default: the setting "
+                                  "Digits after the point, 0 to 40 (default: the setting "
                                   "FloatPrecision)"),
              "N");
     oneValue(apps.fit->add_option("--bits", raw.bits,
@@ -210,10 +210,10 @@ void addAttributeCommands(CLI::App& app, CommandApps& apps, CommandLine& line, R
 }
 
 void addAffixes(CLI::App& command, CommandLine& line) {
-    oneValue(command.add_option("--prefix", line.prefix,
-                                "Text in front of the names of the measurements"),
-             "TEXT");
-    oneValue(command.add_option("--suffix", line.suffix, "Text behind them"), "TEXT");
+    oneValue(
+        command.add_option("--prefix", line.prefix, "Text before the names of the measurements"),
+        "TEXT");
+    oneValue(command.add_option("--suffix", line.suffix, "Text after them"), "TEXT");
 }
 
 void addSourceCommands(CLI::App& app, CommandApps& apps, CommandLine& line) {
@@ -297,7 +297,7 @@ CommandApps addCommands(CLI::App& app, CommandLine& line, RawOptions& raw) {
     oneValue(apps.recover->add_option("STORE", line.file, "The folder"), "");
     oneValue(apps.recover->add_option("-o,--output", line.output, "The file to write"), "OUT");
     apps.recover->add_flag("--list", line.list,
-                           "List the folders that dead runs left behind, newest first");
+                           "List the folders that crashed runs left behind, newest first");
     addStreamCommands(app, apps, line);
     addConversionCommands(app, apps, line, raw);
     addAttributeCommands(app, apps, line, raw);

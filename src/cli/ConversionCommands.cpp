@@ -108,7 +108,7 @@ bool evaluateCommand(CommandContext& context, CommandOutput& output) {
                                                context.application.context().document.version, why);
     if (!evaluation) {
         showBox(context.ui,
-                formatPrintf("The values of '%s' can not be converted. %s", place.section, why),
+                formatPrintf("The values of '%s' cannot be converted. %s", place.section, why),
                 "Unable To Convert Values");
         return false;
     }

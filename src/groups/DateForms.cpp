@@ -62,7 +62,7 @@ void reportDoubtfulDate(DocumentContext& context, UserInterface* parent, const s
                         std::string_view before, std::string_view after) {
     context.messages.logText(
         parent, title::kWarning,
-        formatPrintf("The date '%s' (%s) was written as '%s'. The part behind the date could not "
+        formatPrintf("The date '%s' (%s) was written as '%s'. The part after the date could not "
                      "be converted. Please correct this date.",
                      before, where, after));
 }

@@ -93,7 +93,7 @@ void LoadNotes::tell(UserInterface* parent) const {
     }
     if (nulBytesAtTheEnd_) {
         parent->note(
-            "Nothing but NUL bytes stands behind the last command. Without them the file opens.");
+            "Nothing but NUL bytes follows the last command. Without them the file opens.");
     }
     if (nulBytes_.count > 0) {
         parent->note(
@@ -112,9 +112,9 @@ void LoadNotes::tell(UserInterface* parent) const {
             "%ld commands without a colon are kept as they are, the first at line %ld: %s",
             colon_.count, colon_.line, colon_.sample);
     tellOne(parent,
-            "Line %ld: a COMMENT without its semicolon takes the command behind it along, and "
+            "Line %ld: a COMMENT without its semicolon swallows the command after it, and "
             "both are left out: %s",
-            "%ld COMMENTs without their semicolon take the commands behind them along, and are "
+            "%ld COMMENTs without their semicolon swallow the commands after them, and are "
             "left out, the first at line %ld: %s",
             swallowing_.count, swallowing_.line, swallowing_.sample);
     tellOne(parent,

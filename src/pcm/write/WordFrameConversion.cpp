@@ -392,7 +392,7 @@ bool convertToWordFrame(PcmFormat& format, UserInterface* parent) {
     }
     if (format.edition() < kFirstEdition) {
         showBox(parent,
-                formatPrintf("The measurements of stream '%s' can not be converted. The "
+                formatPrintf("The measurements of stream '%s' cannot be converted. The "
                              "'Word/Frame' Method of describing measurement locations is only "
                              "available on TMATS files written to 106-04 and later "
                              "specifications. This TMATS file is a 106-%2.2d file.",
