@@ -7,6 +7,7 @@
 #include "core/talk/ProfileSettings.h"
 #include "pcm/PcmLoad.h"
 #include "pcm/model/FrameSyncPattern.h"
+#include "vocabulary/DGroupFields.h"
 
 #include <algorithm>
 #include <utility>
@@ -274,7 +275,7 @@ void PcmFormat::forEachMeasurement(
 // --- masks and word/frame definitions -------------------------------------------------------
 
 int PcmFormat::maskBits(int fwp, std::string_view mask, bool hexadecimalAllowed) const {
-    if (mask == "FW") {
+    if (mask == kFullWord) {
         return fwp < 0 ? -fwp : wordLength(fwp);
     }
     if (hexadecimalAllowed && context_.settings.get(setting::kHexadecimalMasks)) {

@@ -15,10 +15,17 @@ namespace kavu {
 namespace measurement_choice {
 
 inline constexpr auto kParity = std::to_array<Choice>({
-    {"EV", "Even", "Even"},
-    {"OD", "Odd", "Odd"},
-    {"NO", "None", "None"},
-    {"DE", "Default", "Default"},
+    {"EV", "EVEN", "Even"},
+    {"OD", "ODD", "Odd"},
+    {"NO", "NONE", "None"},
+    {"DE", "DEFAULT", "Default"},
+});
+/// The same as the dialog of the defaults writes them.
+inline constexpr auto kParityOfDefaults = std::to_array<Choice>({
+    {"EV", "Even"},
+    {"OD", "Odd"},
+    {"NO", "None"},
+    {"DE", "Default"},
 });
 inline constexpr auto kParityOrder = std::to_array<Choice>({
     {"L", "Leads Word", "Leads Word"},
@@ -26,9 +33,20 @@ inline constexpr auto kParityOrder = std::to_array<Choice>({
     {"D", "Default", "Default"},
 });
 inline constexpr auto kTransferOrder = std::to_array<Choice>({
-    {"M", "MSB First", "MSB First"},
-    {"L", "LSB First", "LSB First"},
+    {"M", "MSB", "MSB First"},
+    {"L", "LSB", "LSB First"},
     {"D", "Default", "Default"},
+});
+inline constexpr auto kFilterOverwrite = std::to_array<Choice>({
+    {"O", "Overwrite", "Overwrite"},
+    {"F", "Filter", "Filter"},
+    {"N", "No Filtering", "No Filtering"},
+});
+/// The same as the list of the selected measurements writes them.
+inline constexpr auto kFilterOfSelected = std::to_array<Choice>({
+    {"O", "Overwrite", "Overwrite"},
+    {"F", "Filter", "Filter"},
+    {"N", "Neither", "No Filtering"},
 });
 
 }  // namespace measurement_choice
@@ -36,6 +54,9 @@ inline constexpr auto kTransferOrder = std::to_array<Choice>({
 // Widths of the values.
 inline constexpr std::size_t kMaskWidth = 64;
 inline constexpr std::size_t kSubframeNameWidth = 32;
+
+/// The mask of all bits of a word.
+inline constexpr std::string_view kFullWord = "FW";
 
 /// The measurements that a minor frame filter selects: up to 106-09 in each list, k being the
 /// number in it, from 106-11 on in the group.
@@ -61,8 +82,12 @@ inline constexpr Field kName{.code = "SMF\\SMN-k",
                              .firstEdition = 2011,
                              .list = kList,
                              .refersTo = Refers::Measurement};
-inline constexpr Field kType{
-    .code = "SMF\\MFOT-k", .limit = 1, .firstEdition = 2011, .list = kList};
+inline constexpr Field kType{.code = "SMF\\MFOT-k",
+                             .limit = 1,
+                             .kind = FieldKind::Choice,
+                             .firstEdition = 2011,
+                             .choices = measurement_choice::kFilterOfSelected,
+                             .list = kList};
 
 }  // namespace filter_field
 
@@ -88,24 +113,31 @@ inline constexpr Field kParity{.code = "MN1-n-m",
                                .limit = 2,
                                .kind = FieldKind::Choice,
                                .choices = measurement_choice::kParity,
-                               .list = kMeasurements};
+                               .list = kMeasurements,
+                               .missing = "DE"};
 inline constexpr Field kParityOrder{.code = "MN2-n-m",
                                     .label = "Parity Transfer Order:",
                                     .limit = 1,
                                     .kind = FieldKind::Choice,
                                     .choices = measurement_choice::kParityOrder,
-                                    .list = kMeasurements};
+                                    .list = kMeasurements,
+                                    .missing = "D"};
 inline constexpr Field kTransferOrder{.code = "MN3-n-m",
                                       .label = "Measurement Transfer Order:",
                                       .limit = 1,
                                       .kind = FieldKind::Choice,
                                       .choices = measurement_choice::kTransferOrder,
-                                      .list = kMeasurements};
+                                      .list = kMeasurements,
+                                      .missing = "D"};
 inline constexpr Field kFilterOverwrite{.code = "MFOT-n-m",
+                                        .label = "Filtering:",
                                         .limit = 1,
+                                        .kind = FieldKind::Choice,
                                         .firstEdition = 2009,
                                         .lastEdition = 2009,
-                                        .list = kMeasurements};
+                                        .choices = measurement_choice::kFilterOverwrite,
+                                        .list = kMeasurements,
+                                        .missing = "N"};
 inline constexpr Field kLocationType{.code = "LT-n-m", .limit = 4, .list = kMeasurements};
 inline constexpr Field kComment{.code = "COM"};
 
@@ -116,6 +148,18 @@ constexpr Field older(std::string_view code, std::size_t limit = 0,
 }
 constexpr Field olderNumber(std::string_view code, std::size_t limit = 0) {
     return older(code, limit, FieldKind::Digits);
+}
+/// The mask of a fragment, which has all bits of its word if the command is missing.
+constexpr Field olderFragmentMask(std::string_view code) {
+    auto field = older(code, kMaskWidth);
+    field.missing = kFullWord;
+    return field;
+}
+/// The transfer order of a fragment.
+constexpr Field olderFragmentOrder(std::string_view code) {
+    auto field = older(code, 1, FieldKind::Choice);
+    field.choices = measurement_choice::kTransferOrder;
+    return field;
 }
 
 }  // namespace measurement_field
@@ -150,11 +194,11 @@ inline constexpr auto kCount = measurement_field::olderNumber("FMF\\N-n-m");
 inline constexpr auto kLength = measurement_field::olderNumber("FMF1-n-m");
 inline constexpr auto kMode = measurement_field::older("FMF2-n-m", 1);
 inline constexpr auto kFirst = measurement_field::olderNumber("FMF3-n-m");
-inline constexpr auto kMask = measurement_field::older("FMF4-n-m", kMaskWidth);
+inline constexpr auto kMask = measurement_field::olderFragmentMask("FMF4-n-m");
 inline constexpr auto kInterval = measurement_field::olderNumber("FMF5-n-m");
 inline constexpr auto kWord = measurement_field::olderNumber("FMF6-n-m-k");
-inline constexpr auto kWordMask = measurement_field::older("FMF7-n-m-k", kMaskWidth);
-inline constexpr auto kTransferOrder = measurement_field::older("FMF8-n-m-k", 1);
+inline constexpr auto kWordMask = measurement_field::olderFragmentMask("FMF7-n-m-k");
+inline constexpr auto kTransferOrder = measurement_field::olderFragmentOrder("FMF8-n-m-k");
 inline constexpr auto kFragment = measurement_field::olderNumber("FMF9-n-m-k");
 }  // namespace minor_fragment_field
 
@@ -178,11 +222,11 @@ inline constexpr auto kSubframes = measurement_field::olderNumber("FSF2\\N-n-m")
 inline constexpr auto kSubframe = measurement_field::older("FSF3-n-m-s", kSubframeNameWidth);
 inline constexpr auto kMode = measurement_field::older("FSF4-n-m-s", 1);
 inline constexpr auto kFirst = measurement_field::olderNumber("FSF5-n-m-s");
-inline constexpr auto kMask = measurement_field::older("FSF6-n-m-s", kMaskWidth);
+inline constexpr auto kMask = measurement_field::olderFragmentMask("FSF6-n-m-s");
 inline constexpr auto kInterval = measurement_field::olderNumber("FSF7-n-m-s", 3);
 inline constexpr auto kPosition = measurement_field::olderNumber("FSF8-n-m-s-j");
-inline constexpr auto kPositionMask = measurement_field::older("FSF9-n-m-s-j", kMaskWidth);
-inline constexpr auto kTransferOrder = measurement_field::older("FSF10-n-m-s-j", 1);
+inline constexpr auto kPositionMask = measurement_field::olderFragmentMask("FSF9-n-m-s-j");
+inline constexpr auto kTransferOrder = measurement_field::olderFragmentOrder("FSF10-n-m-s-j");
 inline constexpr auto kFragment = measurement_field::olderNumber("FSF11-n-m-s-j");
 }  // namespace subframe_fragment_field
 
@@ -215,7 +259,11 @@ inline constexpr auto kFrame = number("FP-n-m-k-f");
 inline constexpr auto kFrameInterval = number("FI-n-m-k-f");
 inline constexpr auto kEndFrame = number("EFP-n-m-k-f", kFirstEnds);
 inline constexpr auto kMask = text("WFM-n-m-k-f", kMaskWidth);
-inline constexpr auto kTransferOrder = text("WFT-n-m-k-f", 0);
+inline constexpr auto kTransferOrder = [] {
+    auto field = text("WFT-n-m-k-f", 0, kFirstEdition, FieldKind::Choice);
+    field.choices = measurement_choice::kTransferOrder;
+    return field;
+}();
 inline constexpr auto kPosition = number("WFP-n-m-k-f");
 
 }  // namespace word_frame_field

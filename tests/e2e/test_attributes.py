@@ -86,6 +86,18 @@ class VocabularyTest(kavu.KavuTest):
         self.assertIn("MA1-n", fields)
         self.assertNotIn("MA1", fields)
 
+    def test_measurements_have_the_texts_of_their_dialog(self):
+        fields = {each["code"]: each for each in self.fields("D", "--edition", "2009")["fields"]}
+        texts = {code: [each["text"] for each in fields[code]["choices"]]
+                 for code in ("MN1-n-m", "MN2-n-m", "MN3-n-m", "MFOT-n-m", "WFT-n-m-k-f")}
+        orders = ["MSB", "LSB", "Default"]
+        self.assertEqual(texts, {"MN1-n-m": ["EVEN", "ODD", "NONE", "DEFAULT"],
+                                 "MN2-n-m": ["Leads Word", "Trails Word", "Default"],
+                                 "MN3-n-m": orders, "WFT-n-m-k-f": orders,
+                                 "MFOT-n-m": ["Overwrite", "Filter", "No Filtering"]})
+        self.assertEqual(fields["MN1-n-m"]["choices"][0],
+                         {"value": "EV", "text": "EVEN", "xml": "Even"})
+
     def test_a_person_reads_a_table(self):
         result = self.run_cli("vocabulary", "G")
         self.assertEqual(result.status, CLEAN, result)

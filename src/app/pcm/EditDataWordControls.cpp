@@ -13,7 +13,7 @@
 
 namespace kavu {
 
-CodeBox::CodeBox(const char* name, const std::vector<WordChoice>& choices, QWidget* parent)
+CodeBox::CodeBox(const char* name, std::span<const Choice> choices, QWidget* parent)
     : QComboBox(parent), choices_(choices) {
     setObjectName(QLatin1String(name));
     for (const auto& choice : choices_) {
@@ -23,7 +23,7 @@ CodeBox::CodeBox(const char* name, const std::vector<WordChoice>& choices, QWidg
 }
 
 int CodeBox::indexOf(std::string_view code) const {
-    const auto it = std::find_if(choices_.begin(), choices_.end(), [&](const WordChoice& choice) {
+    const auto it = std::find_if(choices_.begin(), choices_.end(), [&](const Choice& choice) {
         return equalsIgnoreCase(choice.value, code);
     });
     return it == choices_.end() ? -1 : static_cast<int>(it - choices_.begin());

@@ -2,8 +2,9 @@
 #pragma once
 
 #include "app/framework/FormContext.h"
-#include "pcm/edit/MeasurementEditDefinition.h"
+#include "vocabulary/Field.h"
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,12 +17,12 @@ class QGridLayout;
 
 namespace kavu {
 
-/// A choice of codes. A code that is none of the choices is shown as it is and kept until
-/// another one is chosen.
+/// A choice of a table of the vocabulary. A code that is none of the choices is shown as it is and
+/// kept until another one is chosen.
 class CodeBox : public QComboBox {
     Q_OBJECT
   public:
-    CodeBox(const char* name, const std::vector<WordChoice>& choices, QWidget* parent);
+    CodeBox(const char* name, std::span<const Choice> choices, QWidget* parent);
 
     /// Shows a code; is no edit.
     void setCode(std::string_view code);
@@ -30,7 +31,7 @@ class CodeBox : public QComboBox {
   private:
     [[nodiscard]] int indexOf(std::string_view code) const;
 
-    const std::vector<WordChoice>& choices_;
+    std::span<const Choice> choices_;
     std::string original_;
 };
 

@@ -14,6 +14,7 @@
 #include "core/talk/ProfileSettings.h"
 #include "core/text/Printf.h"
 #include "pcm/PcmFormat.h"
+#include "vocabulary/DGroupFields.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -89,11 +90,13 @@ QWidget* EditDataWordDialog::makeFields() {
         type_->setObjectName(QStringLiteral("measurementLocationType"));
         addField(*grid, u"Measurement Location Type:", *type_);
     }
-    parity_ = new CodeBox("parity", parityChoices(), owner);
+    parity_ = new CodeBox("parity", measurement_field::kParity.choices, owner);
     addField(*grid, u"Parity:", *parity_);
-    parityOrder_ = new CodeBox("parityTransferOrder", parityTransferOrderChoices(), owner);
+    parityOrder_ =
+        new CodeBox("parityTransferOrder", measurement_field::kParityOrder.choices, owner);
     addField(*grid, u"Parity Transfer Order:", *parityOrder_);
-    order_ = new CodeBox("measurementTransferOrder", transferOrderChoices(), owner);
+    order_ =
+        new CodeBox("measurementTransferOrder", measurement_field::kTransferOrder.choices, owner);
     addField(*grid, u"Measurement Transfer Order:", *order_);
     length_ = new QLineEdit(owner);
     length_->setObjectName(QStringLiteral("wordLength"));
@@ -104,7 +107,7 @@ QWidget* EditDataWordDialog::makeFields() {
     grid->addWidget(look::addLabel(QStringLiteral("Bitmask:"), mask_->field()), row, 0);
     grid->addWidget(mask_, row, 1);
     if (format_.edition() >= kFilterShown) {
-        filter_ = new CodeBox("filtering", filterChoices(), owner);
+        filter_ = new CodeBox("filtering", measurement_field::kFilterOverwrite.choices, owner);
         filter_->setEnabled(format_.edition() < kNoLocationTypes);
         addField(*grid, u"Filtering:", *filter_);
     }

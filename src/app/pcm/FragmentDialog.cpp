@@ -7,6 +7,7 @@
 #include "core/TmatsDocument.h"
 #include "core/talk/Messages.h"
 #include "pcm/PcmFormat.h"
+#include "vocabulary/DGroupFields.h"
 
 #include <algorithm>
 
@@ -71,8 +72,9 @@ void FragmentDialog::makeFields(QWidget& owner) {
     place_ = new NumberEdit(setup_.ofSubframe ? "locationInSubframe" : "frameWordPosition",
                             setup_.ofSubframe ? 6 : 4, &owner);
     place_->setNumber(setup_.ofSubframe ? spot.position : spot.fwp);
-    order_ = new CodeBox("fragmentTransferOrder", transferOrderChoices(), &owner);
-    order_->setCode(spot.transferOrder.empty() ? "D" : spot.transferOrder);
+    order_ = new CodeBox("fragmentTransferOrder", measurement_choice::kTransferOrder, &owner);
+    order_->setCode(spot.transferOrder.empty() ? measurement_field::kTransferOrder.missing
+                                               : std::string_view(spot.transferOrder));
     mask_ = new MaskControl(form(), format_.context(), "bitMask", &owner);
     mask_->setMask(spot.mask, format_.wordLength(wordHere()));
 }
@@ -141,12 +143,13 @@ bool FragmentDialog::store() {
 }
 
 std::string transferOrderText(std::string_view code) {
-    for (const auto& choice : transferOrderChoices()) {
-        if (choice.value == code) {
+    const auto wanted = code.empty() ? measurement_field::kTransferOrder.missing : code;
+    for (const auto& choice : measurement_choice::kTransferOrder) {
+        if (choice.value == wanted) {
             return std::string(choice.text);
         }
     }
-    return code.empty() ? "Default" : std::string(code);
+    return std::string(code);
 }
 
 std::vector<std::string> subframeNames(const PcmFormat& format) {

@@ -7,6 +7,7 @@
 #include "conversion/ConversionStore.h"
 #include "core/text/Text.h"
 #include "pcm/PcmFormat.h"
+#include "vocabulary/DGroupFields.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -18,12 +19,6 @@
 namespace kavu {
 
 namespace {
-
-const std::vector<WordChoice>& evenOddChoices() {
-    static const std::vector<WordChoice> choices = {
-        {"EV", "Even"}, {"OD", "Odd"}, {"NO", "None"}, {"DE", "Default"}};
-    return choices;
-}
 
 /// The entry whose first three letters are a code, or -1.
 int indexOf(const QComboBox& box, const std::string& code) {
@@ -46,13 +41,13 @@ GenerateDialog::GenerateDialog(FormContext& form, const PcmFormat& format,
     look::arrangeWindow(*layout, *this);
     auto* grid = makeFieldGrid(*this);
     layout->addLayout(grid);
-    parity_ = new CodeBox("measurementParity", evenOddChoices(), this);
+    parity_ = new CodeBox("measurementParity", measurement_choice::kParityOfDefaults, this);
     parity_->setCode(defaults.parity);
     addField(*grid, u"Measurement Parity", *parity_);
-    parityOrder_ = new CodeBox("parityTransferOrder", parityTransferOrderChoices(), this);
+    parityOrder_ = new CodeBox("parityTransferOrder", measurement_choice::kParityOrder, this);
     parityOrder_->setCode(defaults.parityTransferOrder);
     addField(*grid, u"Parity Transfer Order", *parityOrder_);
-    order_ = new CodeBox("measurementTransferOrder", transferOrderChoices(), this);
+    order_ = new CodeBox("measurementTransferOrder", measurement_choice::kTransferOrder, this);
     order_->setCode(defaults.transferOrder);
     addField(*grid, u"Measurement Transfer Order", *order_);
     mask_ = new MaskControl(form, format.context(), "bitmask", this);

@@ -8,6 +8,7 @@
 #include "core/text/Printf.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/edit/MeasurementEditWordFrame.h"
+#include "vocabulary/DGroupFields.h"
 
 #include <algorithm>
 
@@ -91,7 +92,7 @@ QWidget* WordFrameEntryDialog::makeFields() {
     const int row = grid->rowCount();
     grid->addWidget(look::addLabel(QStringLiteral("Bit Mask:"), mask_->field()), row, 0);
     grid->addWidget(mask_, row, 1);
-    order_ = new CodeBox("fragmentTransferOrder", transferOrderChoices(), owner);
+    order_ = new CodeBox("fragmentTransferOrder", word_frame_field::kTransferOrder.choices, owner);
     addField(*grid, u"Fragment Transfer Order:", *order_);
     grid->setRowStretch(grid->rowCount(), 1);
     return owner;

@@ -1,6 +1,7 @@
 #include "pcm/display/FrameDisplay.h"
 
 #include "core/text/Printf.h"
+#include "vocabulary/DGroupFields.h"
 
 #include <algorithm>
 #include <cmath>
@@ -11,12 +12,11 @@ namespace {
 
 constexpr std::string_view kSync = "FSP";
 constexpr std::string_view kNoLabel = "??";
-constexpr std::string_view kEmptyMask = "FW";
 constexpr int kMaskBits = 64;
 
 /// The bits that a mask takes in a word; a mask is right-aligned.
 std::uint64_t bitsOf(std::string_view mask) {
-    if (mask.empty() || mask == kEmptyMask) {
+    if (mask.empty() || mask == kFullWord) {
         return ~std::uint64_t{0};
     }
     std::uint64_t bits = 0;
@@ -191,7 +191,7 @@ std::vector<std::string> FrameDisplay::measurementsAt(FramePlace at) const {
 void FrameDisplay::addMeasurementTip(std::string& text, CellRef cell, int word) const {
     const auto& cells = format_.cells();
     const auto& measurement = cells.measurement(cell);
-    const auto mask = measurement.mask.empty() ? kEmptyMask : measurement.mask.view();
+    const auto mask = measurement.mask.empty() ? kFullWord : measurement.mask.view();
     if (const int record = cells.asyncNumber(cell); record > 0) {
         addLine(text, "Async: " + asyncName(record) + ": mask " + std::string(mask));
         return;

@@ -14,6 +14,7 @@
 #include "pcm/model/RecordField.h"
 #include "vocabulary/DGroupFields.h"
 
+#include <algorithm>
 #include <map>
 #include <unordered_map>
 #include <utility>
@@ -24,6 +25,7 @@ namespace {
 
 constexpr int kSelectsOnly = 2009;
 constexpr std::string_view kYes = "Yes";
+constexpr std::string_view kNo = "No";
 
 bool selectsOnly(const PcmFormat& format) {
     return format.edition() < 2011;
@@ -33,15 +35,12 @@ std::string filterPath(const PcmFormat& format) {
     return format.context().store.path(kSmfFormat, format.dGroup);
 }
 
-std::string settingOf(char letter) {
-    switch (letter) {
-        case 'O':
-            return "Overwrite";
-        case 'F':
-            return "Filter";
-        default:
-            return "Neither";
-    }
+std::string settingOf(std::string_view type) {
+    const auto& choices = measurement_choice::kFilterOfSelected;
+    const auto it = std::find_if(choices.begin(), choices.end() - 1, [type](const Choice& choice) {
+        return startsWithIgnoreCase(type, choice.value);
+    });
+    return std::string(it->text);
 }
 
 /// What a file says of one row.
@@ -91,7 +90,8 @@ void writeFilterRows(const PcmFormat& format, FileWriter& writer, const std::str
                      row.name);
         if (!selects) {
             writeCommand(writer, prefix, fieldCode(filter_field::kType.code, {k}),
-                         row.setting.empty() ? "N" : row.setting.substr(0, 1));
+                         row.setting.empty() ? measurement_choice::kFilterOfSelected.back().value
+                                             : std::string_view(row.setting).substr(0, 1));
         }
     }
 }
@@ -103,8 +103,14 @@ bool hasFilterList(const PcmFormat& format) {
 }
 
 std::vector<std::string> filterSettings(const PcmFormat& format) {
-    return selectsOnly(format) ? std::vector<std::string>{"Yes", "No"}
-                               : std::vector<std::string>{"Overwrite", "Filter", "Neither"};
+    if (selectsOnly(format)) {
+        return {std::string(kYes), std::string(kNo)};
+    }
+    std::vector<std::string> texts;
+    for (const auto& choice : measurement_choice::kFilterOfSelected) {
+        texts.emplace_back(choice.text);
+    }
+    return texts;
 }
 
 std::optional<std::vector<FilterRow>> readFilterList(PcmFormat& format, UserInterface* parent) {
@@ -125,7 +131,8 @@ std::optional<std::vector<FilterRow>> readFilterList(PcmFormat& format, UserInte
         return rows[it->second];
     };
     format.forEachMeasurement([&](CellRef cell, int, int) {
-        rowOf(format.cells().measurement(cell).name.view(), selectsOnly(format) ? "No" : "");
+        rowOf(format.cells().measurement(cell).name.view(),
+              selectsOnly(format) ? kNo : std::string_view());
         return true;
     });
     std::map<std::pair<int, int>, FileRow> stored;
@@ -136,8 +143,7 @@ std::optional<std::vector<FilterRow>> readFilterList(PcmFormat& format, UserInte
     for (const auto& [number, row] : stored) {
         if (!row.name.empty()) {
             rowOf(row.name, "").setting =
-                selectsOnly(format) ? std::string(kYes)
-                                    : settingOf(row.type.empty() ? 'N' : toUpperAscii(row.type[0]));
+                selectsOnly(format) ? std::string(kYes) : settingOf(row.type);
         }
     }
     return rows;

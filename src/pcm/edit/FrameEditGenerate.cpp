@@ -7,6 +7,7 @@
 #include "pcm/model/FrameSyncPattern.h"
 #include "pcm/model/MeasurementCell.h"
 #include "pcm/structure/AsyncEdit.h"
+#include "vocabulary/DGroupFields.h"
 
 #include <algorithm>
 #include <vector>
@@ -136,10 +137,10 @@ void keepDataWordDefaults(const PcmFormat& format, UserInterface* parent,
     defaults.binaryFormat = upperStart(defaults.binaryFormat, 3);
     defaults.conversionType = upperStart(defaults.conversionType, 3);
     const bool valid =
-        defaults.mask == "FW" || (isBinaryText(defaults.mask) && defaults.mask.size() <= 64);
+        defaults.mask == kFullWord || (isBinaryText(defaults.mask) && defaults.mask.size() <= 64);
     if (!valid) {
         context.messages.showTitled(parent, -232, kGenerateTitle, kErrorBox);
-        defaults.mask = "FW";
+        defaults.mask = kFullWord;
     }
     auto& settings = context.settings;
     settings.set(setting::kParity, defaults.parity);

@@ -5,6 +5,7 @@
 #include "core/talk/ProfileSettings.h"
 #include "core/talk/UserInterface.h"
 #include "pcm/model/FrameSyncPattern.h"
+#include "vocabulary/DGroupFields.h"
 
 #include <algorithm>
 
@@ -12,7 +13,6 @@ namespace kavu {
 
 namespace {
 
-constexpr std::string_view kFullWord = "FW";
 constexpr std::size_t kMostBits = 64;
 constexpr std::size_t kBitsOfDigit = 4;
 

@@ -81,29 +81,6 @@ Measurement newMeasurement(const PcmFormat& format, const std::string& type) {
 
 }  // namespace
 
-const std::vector<WordChoice>& parityChoices() {
-    static const std::vector<WordChoice> choices = {
-        {"EV", "EVEN"}, {"OD", "ODD"}, {"NO", "NONE"}, {"DE", "DEFAULT"}};
-    return choices;
-}
-
-const std::vector<WordChoice>& parityTransferOrderChoices() {
-    static const std::vector<WordChoice> choices = {
-        {"L", "Leads Word"}, {"T", "Trails Word"}, {"D", "Default"}};
-    return choices;
-}
-
-const std::vector<WordChoice>& transferOrderChoices() {
-    static const std::vector<WordChoice> choices = {{"M", "MSB"}, {"L", "LSB"}, {"D", "Default"}};
-    return choices;
-}
-
-const std::vector<WordChoice>& filterChoices() {
-    static const std::vector<WordChoice> choices = {
-        {"O", "Overwrite"}, {"F", "Filter"}, {"N", "No Filtering"}};
-    return choices;
-}
-
 std::optional<WordToEdit> wordToEdit(const PcmFormat& format, UserInterface* parent, int fwp,
                                      int fn, std::string_view name) {
     const auto type = defaultLocationType(format, parent, fwp);

@@ -11,16 +11,6 @@
 
 namespace kavu {
 
-/// A choice of an attribute: what is stored, and what is shown for it.
-struct WordChoice {
-    std::string_view value;
-    std::string_view text;
-};
-[[nodiscard]] const std::vector<WordChoice>& parityChoices();
-[[nodiscard]] const std::vector<WordChoice>& parityTransferOrderChoices();
-[[nodiscard]] const std::vector<WordChoice>& transferOrderChoices();
-[[nodiscard]] const std::vector<WordChoice>& filterChoices();
-
 /// What the dialog is opened with.
 struct WordToEdit {
     EditedPlace place;  ///< `oldName` is empty for a new measurement

@@ -6,6 +6,7 @@
 #include "pcm/PcmLoad.h"
 #include "pcm/read/MeasurementPlacing.h"
 #include "pcm/undo/StreamUndo.h"
+#include "vocabulary/DGroupFields.h"
 
 #include <algorithm>
 
@@ -134,7 +135,7 @@ WordFrameFragment newWordFrameFragment(const PcmFormat& format, int fwp, int fn)
     fragment.startFrame = frame;
     fragment.frameInterval = isSubframe ? 0 : 1;
     fragment.endFrame = isSubframe ? frame : format.numberOfFrames;
-    fragment.mask = "FW";
+    fragment.mask = kFullWord;
     fragment.fragmentPosition = 1;
     return fragment;
 }

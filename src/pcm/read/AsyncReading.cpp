@@ -4,6 +4,7 @@
 #include "pcm/PcmLoad.h"
 #include "pcm/model/AsyncCodes.h"
 #include "pcm/structure/AsyncEdit.h"
+#include "vocabulary/DGroupFields.h"
 #include "vocabulary/SubframeCodes.h"
 
 namespace kavu {
@@ -182,7 +183,7 @@ class AsyncReader {
     }
 
     bool readLocation(int fwp, int k) {
-        const auto mask = codes_.isDataMerge ? FixedText<64>("FW") : readMask(fwp, k);
+        const auto mask = codes_.isDataMerge ? FixedText<64>(kFullWord) : readMask(fwp, k);
         AsyncLocation location;
         location.fwp = fwp;
         location.frames = readRanges(k);

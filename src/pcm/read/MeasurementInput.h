@@ -58,9 +58,10 @@ class MeasurementInput {
         const Field& field, std::initializer_list<int> indices = {}) {
         return find(field, 0, indices);
     }
-    [[nodiscard]] std::string_view textOr(const Field& field, std::string_view otherwise,
-                                          std::initializer_list<int> indices = {}) {
-        return text(field, indices).value_or(otherwise);
+    /// The same; without the command what it stands for then, or nothing.
+    [[nodiscard]] std::string_view textOrMissing(const Field& field,
+                                                 std::initializer_list<int> indices = {}) {
+        return text(field, indices).value_or(field.missing);
     }
     /// A negative number counts as 0.
     [[nodiscard]] std::optional<int> number(const Field& field,

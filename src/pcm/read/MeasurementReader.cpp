@@ -173,11 +173,11 @@ void MeasurementReader::readMeasurement(MeasurementInput& input) {
         load_.corrected();
         return;
     }
-    input.cell.parity = input.textOr(measurement_field::kParity, "DE");
-    input.cell.parityTransferOrder = input.textOr(measurement_field::kParityOrder, "D");
-    input.cell.transferOrder = input.textOr(measurement_field::kTransferOrder, "D");
+    input.cell.parity = input.textOrMissing(measurement_field::kParity);
+    input.cell.parityTransferOrder = input.textOrMissing(measurement_field::kParityOrder);
+    input.cell.transferOrder = input.textOrMissing(measurement_field::kTransferOrder);
     if (load_.edition() == 2009) {
-        input.cell.filterOverwrite = input.textOr(measurement_field::kFilterOverwrite, "N");
+        input.cell.filterOverwrite = input.textOrMissing(measurement_field::kFilterOverwrite);
     }
     if (readType(input)) {
         place(input);

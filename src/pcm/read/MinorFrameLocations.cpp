@@ -22,7 +22,7 @@ void readSupercomInterval(MeasurementInput& input, int count) {
         load.abort = true;
         return;
     }
-    input.cell.mask = input.textOr(minor_supercom_field::kMask, {});
+    input.cell.mask = input.textOrMissing(minor_supercom_field::kMask);
     const auto interval = input.number(minor_supercom_field::kInterval);
     if (!interval) {
         load.log(248, title::kErrorReadingMeasurement, input.name());
@@ -53,7 +53,7 @@ void readSupercomList(MeasurementInput& input, int count) {
             continue;
         }
         missing = 0;
-        input.cell.mask = input.textOr(minor_supercom_field::kWordMask, {}, {k});
+        input.cell.mask = input.textOrMissing(minor_supercom_field::kWordMask, {k});
         added += add(input, *fwp) ? 1 : 0;
         if (load.abort) {
             return;
@@ -102,7 +102,7 @@ void readFragmentInterval(MeasurementInput& input, int count, Fragments& fragmen
         load.abort = true;
         return;
     }
-    input.cell.mask = input.textOr(minor_fragment_field::kMask, "FW");
+    input.cell.mask = input.textOrMissing(minor_fragment_field::kMask);
     const auto interval = input.number(minor_fragment_field::kInterval);
     if (!interval) {
         load.log(256, title::kErrorReadingMeasurement, input.name());
@@ -143,9 +143,9 @@ void readFragmentList(MeasurementInput& input, int count, Fragments& fragments) 
             continue;
         }
         missing = 0;
-        input.cell.mask = input.textOr(minor_fragment_field::kWordMask, "FW", {k});
+        input.cell.mask = input.textOrMissing(minor_fragment_field::kWordMask, {k});
         input.cell.fragmentTransferOrder =
-            input.textOr(minor_fragment_field::kTransferOrder, {}, {k});
+            input.textOrMissing(minor_fragment_field::kTransferOrder, {k});
         input.cell.fragmentNumber = input.number(minor_fragment_field::kFragment, {k}).value_or(0);
         fragments.seen.add(input.cell.fragmentNumber);
         if (!add(input, *fwp)) {
@@ -171,7 +171,7 @@ void readMinorWord(MeasurementInput& input) {
                  input.name());
         return;
     }
-    input.cell.mask = input.textOr(minor_word_field::kMask, {});
+    input.cell.mask = input.textOrMissing(minor_word_field::kMask);
     add(input, *fwp);
 }
 
@@ -184,7 +184,7 @@ void readMinorFrameSupercom(MeasurementInput& input) {
         return;
     }
     input.cell.locationCount = *count;
-    input.cell.locationMode = input.textOr(minor_supercom_field::kMode, {});
+    input.cell.locationMode = input.textOrMissing(minor_supercom_field::kMode);
     if (input.cell.locationMode == "I") {
         readSupercomInterval(input, *count);
     } else {
@@ -202,7 +202,7 @@ void readMinorFrameFragments(MeasurementInput& input) {
     }
     input.cell.locationCount = *count;
     input.cell.reconstructedLength = input.number(minor_fragment_field::kLength).value_or(0);
-    input.cell.locationMode = input.textOr(minor_fragment_field::kMode, {});
+    input.cell.locationMode = input.textOrMissing(minor_fragment_field::kMode);
     Fragments fragments;
     if (input.cell.locationMode == "I") {
         readFragmentInterval(input, *count, fragments);

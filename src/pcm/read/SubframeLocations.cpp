@@ -66,7 +66,7 @@ void readSupercomInterval(MeasurementInput& input, std::string_view subframe, in
         load.abort = true;
         return;
     }
-    input.cell.mask = input.textOr(subframe_supercom_field::kMask, {});
+    input.cell.mask = input.textOrMissing(subframe_supercom_field::kMask);
     const auto interval = input.number(subframe_supercom_field::kInterval);
     if (!interval) {
         load.log(252, title::kErrorReadingMeasurement, input.name());
@@ -113,7 +113,7 @@ void readSupercomList(MeasurementInput& input, std::string_view subframe, int co
             continue;
         }
         missing = 0;
-        input.cell.mask = input.textOr(subframe_supercom_field::kPositionMask, {}, {k});
+        input.cell.mask = input.textOrMissing(subframe_supercom_field::kPositionMask, {k});
         int fwp = 0;
         int fn = 0;
         if (input.format.subframeLocation(subframe, *position, fwp, fn) != 1) {
@@ -235,7 +235,7 @@ bool SubframeFragments::readInterval(int s, std::string_view subframe, bool supe
                  input_.name());
         return failCorrected();
     }
-    input_.cell.mask = input_.textOr(subframe_fragment_field::kMask, "FW", {s});
+    input_.cell.mask = input_.textOrMissing(subframe_fragment_field::kMask, {s});
     const auto interval = input_.text(subframe_fragment_field::kInterval, {s});
     if (!interval) {
         load.log(262, title::kErrorReadingMeasurement, input_.name());
@@ -266,8 +266,9 @@ bool SubframeFragments::readListEntry(int s, int j, int position, std::string_vi
                             : formatPrintf("This subframe only has %d positions.", -found));
         return fail();
     }
-    cell.mask = input_.textOr(subframe_fragment_field::kPositionMask, "FW", {s, j});
-    cell.fragmentTransferOrder = input_.textOr(subframe_fragment_field::kTransferOrder, {}, {s, j});
+    cell.mask = input_.textOrMissing(subframe_fragment_field::kPositionMask, {s, j});
+    cell.fragmentTransferOrder =
+        input_.textOrMissing(subframe_fragment_field::kTransferOrder, {s, j});
     const auto fragment = input_.number(subframe_fragment_field::kFragment, {s, j});
     const auto code = input_.code(subframe_fragment_field::kFragment, {s, j});
     if (!fragment) {
@@ -326,7 +327,7 @@ bool SubframeFragments::readOne(int s) {
         return missing_ < MeasurementInput::kMostMissing;
     }
     const bool supercommutated = input_.format.subframe(*ref)->isSupercommutated();
-    input_.cell.locationMode = input_.textOr(subframe_fragment_field::kMode, {}, {s});
+    input_.cell.locationMode = input_.textOrMissing(subframe_fragment_field::kMode, {s});
     if (input_.cell.locationMode == "I") {
         return readInterval(s, subframe, supercommutated);
     }
@@ -369,7 +370,7 @@ bool placeInSubframe(MeasurementInput& input, std::string_view subframe, int fwp
 
 void readSubframeWord(MeasurementInput& input) {
     auto& load = input.load;
-    const std::string subframe(input.textOr(subframe_word_field::kSubframe, "????????"));
+    const std::string subframe(input.text(subframe_word_field::kSubframe).value_or("????????"));
     if (!input.format.findSubframe(subframe)) {
         load.log(243, title::kErrorReadingSubframe, input.name(), subframe, load.prefix,
                  input.code(subframe_word_field::kSubframe));
@@ -379,7 +380,7 @@ void readSubframeWord(MeasurementInput& input) {
     if (!position) {
         return;
     }
-    input.cell.mask = input.textOr(subframe_word_field::kMask, {});
+    input.cell.mask = input.textOrMissing(subframe_word_field::kMask);
     int fwp = 0;
     int fn = 0;
     if (input.format.subframeLocation(subframe, *position, fwp, fn) == 1) {
@@ -389,7 +390,7 @@ void readSubframeWord(MeasurementInput& input) {
 
 void readSubframeSupercom(MeasurementInput& input) {
     auto& load = input.load;
-    const std::string subframe(input.textOr(subframe_supercom_field::kSubframe, {}));
+    const std::string subframe(input.textOrMissing(subframe_supercom_field::kSubframe));
     const auto count = input.number(subframe_supercom_field::kCount);
     if (!count) {
         load.log(250, title::kErrorReadingMeasurement, input.name());
@@ -397,7 +398,7 @@ void readSubframeSupercom(MeasurementInput& input) {
         return;
     }
     input.cell.locationCount = *count;
-    input.cell.locationMode = input.textOr(subframe_supercom_field::kMode, {});
+    input.cell.locationMode = input.textOrMissing(subframe_supercom_field::kMode);
     if (input.cell.locationMode == "I") {
         readSupercomInterval(input, subframe, *count);
     } else {

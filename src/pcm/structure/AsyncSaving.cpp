@@ -5,6 +5,7 @@
 #include "pcm/PcmFormat.h"
 #include "pcm/model/AsyncCodes.h"
 #include "pcm/structure/AsyncEdit.h"
+#include "vocabulary/DGroupFields.h"
 #include "vocabulary/SubframeCodes.h"
 
 namespace kavu {
@@ -163,11 +164,11 @@ class AsyncSaver {
 
     bool checkMask(AsyncPlace& place) {
         if (record_.isDataMerge) {
-            place.mask = "FW";
+            place.mask = kFullWord;
             return true;
         }
         const auto most = static_cast<std::size_t>(std::max(0, format_.wordLength(place.fwp)));
-        if (place.mask.empty() || place.mask == "FW") {
+        if (place.mask.empty() || place.mask == kFullWord) {
             place.mask = std::string(std::min<std::size_t>(most, FixedText<64>::kWidth), '1');
         }
         if (place.mask.find_first_not_of("01") != std::string::npos) {

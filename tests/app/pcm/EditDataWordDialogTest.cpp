@@ -1,6 +1,7 @@
 #include "app/pcm/WordStage.h"
 #include "app/support/WidgetChecks.h"
 #include "groups/MeasurementNames.h"
+#include "vocabulary/Vocabularies.h"
 
 #include <QCheckBox>
 #include <QPushButton>
@@ -9,6 +10,7 @@ namespace kavu {
 namespace {
 
 using test::choose;
+using test::entries;
 using test::find;
 using test::press;
 using test::textOf;
@@ -42,6 +44,38 @@ TEST(EditDataWordDialogTest, ANewMeasurementIsStoredAsItWasEntered) {
     EXPECT_EQ(cell.locationType, "MF");
     EXPECT_TRUE(stage.format.changed);
     EXPECT_TRUE(stage.ui.boxes.empty());
+}
+
+/// The texts that the vocabulary of the D group has for a command.
+QStringList vocabularyTexts(std::string_view code) {
+    QStringList texts;
+    for (const auto& field : findVocabulary('D')->fields) {
+        if (field.code == code) {
+            for (const auto& choice : field.choices) {
+                texts.append(toQString(choice.text));
+            }
+        }
+    }
+    return texts;
+}
+
+TEST(EditDataWordDialogTest, OffersTheTextsThatTheVocabularyShows) {
+    WordStage stage;
+    stage.door.next([&](QDialog& dialog) {
+        EXPECT_EQ(entries(dialog, "parity"),
+                  (QStringList{QStringLiteral("EVEN"), QStringLiteral("ODD"),
+                               QStringLiteral("NONE"), QStringLiteral("DEFAULT")}));
+        EXPECT_EQ(
+            entries(dialog, "measurementTransferOrder"),
+            (QStringList{QStringLiteral("MSB"), QStringLiteral("LSB"), QStringLiteral("Default")}));
+        EXPECT_EQ(entries(dialog, "parity"), vocabularyTexts("MN1-n-m"));
+        EXPECT_EQ(entries(dialog, "parityTransferOrder"), vocabularyTexts("MN2-n-m"));
+        EXPECT_EQ(entries(dialog, "measurementTransferOrder"), vocabularyTexts("MN3-n-m"));
+        EXPECT_EQ(entries(dialog, "filtering"), vocabularyTexts("MFOT-n-m"));
+        EXPECT_EQ(entries(dialog, "measurementTransferOrder"), vocabularyTexts("TD4-n-m-k"));
+        press(dialog, "cancel");
+    });
+    EXPECT_FALSE(stage.edit(3, 1));
 }
 
 TEST(EditDataWordDialogTest, OkWithoutAnEditStoresNothing) {

@@ -20,6 +20,7 @@ namespace kavu {
 namespace {
 
 using test::choose;
+using test::entries;
 using test::find;
 using test::listText;
 using test::press;
@@ -74,6 +75,21 @@ TEST(GenerateWordsForm, EveryFreeWordGetsAMeasurementWithTheChosenAttributesAndA
     });
     EXPECT_FALSE(stage.installed.generateDataWords(stage.window));
     EXPECT_NE(stage.ui.boxes.back().text.find("0 new measurement"), std::string::npos);
+}
+
+TEST(GenerateWordsForm, TheDefaultsOfParityHaveTextsOfTheirOwn) {
+    StepsStage stage;
+    stage.ui.byId[226] = Button::Yes;
+    stage.door.next([](QDialog& dialog) {
+        EXPECT_EQ(entries(dialog, "measurementParity"),
+                  (QStringList{QStringLiteral("Even"), QStringLiteral("Odd"),
+                               QStringLiteral("None"), QStringLiteral("Default")}));
+        EXPECT_EQ(
+            entries(dialog, "measurementTransferOrder"),
+            (QStringList{QStringLiteral("MSB"), QStringLiteral("LSB"), QStringLiteral("Default")}));
+        press(dialog, "cancel");
+    });
+    EXPECT_FALSE(stage.installed.generateDataWords(stage.window));
 }
 
 TEST(GenerateWordsForm, NoAndCancelMakeNothing) {

@@ -177,18 +177,5 @@ TEST(MeasurementEditDefinition, AnotherMeasurementsNameIsTakenOverOnlyAtItsOwnLo
     EXPECT_EQ(f.places("P"), "6/2 6/3 ");
 }
 
-TEST(MeasurementEditDefinition, TheStoredValuesOfTheChoicesAreThoseOfTheFile) {
-    std::string stored;
-    for (const auto* list : {&parityChoices(), &parityTransferOrderChoices(),
-                             &transferOrderChoices(), &filterChoices()}) {
-        for (const auto& choice : *list) {
-            stored += std::string(choice.value) + "=" + std::string(choice.text) + " ";
-        }
-    }
-    EXPECT_EQ(stored,
-              "EV=EVEN OD=ODD NO=NONE DE=DEFAULT L=Leads Word T=Trails Word D=Default M=MSB "
-              "L=LSB D=Default O=Overwrite F=Filter N=No Filtering ");
-}
-
 }  // namespace
 }  // namespace kavu
