@@ -27,9 +27,9 @@ void addLinks(DocumentContext& context, int index, LinkNames& links) {
             links.add(name);
         }
     };
-    add(record.value("BSG1"), record.value("BB\\DLN"));
-    for (const auto& row : record.rows("SI\\N")) {
-        add(row.value("SI2-n"), row.value("SI\\DLN-n"));
+    add(record.value(kSignalType), record.value(kBasebandLink));
+    for (const auto& row : record.rows(kSubcarrierCount)) {
+        add(row.value(kSubcarrierType), row.value(kSubcarrierLink));
     }
 }
 
@@ -82,7 +82,7 @@ bool loadPam(DocumentContext& context, UserInterface* parent, const PamStream& s
 
 bool storePam(DocumentContext& context, UserInterface* parent, const PamGroup& group) {
     auto record = group.record;
-    record.set("DLN", group.link);
+    record.set(ownNameOf('A'), group.link);
     GroupWriter writer('A', group.index);
     writer.writeTable(pamFields(), record, context.document.version);
     return storeGroup(context, parent, 'A', group.index, writer.text(),

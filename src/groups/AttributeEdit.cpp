@@ -17,11 +17,11 @@
 #include "groups/GroupRecord.h"
 #include "groups/GroupScan.h"
 #include "vocabulary/FieldRules.h"
+#include "vocabulary/GGroupFields.h"
 #include "vocabulary/RTrackFields.h"
 #include "vocabulary/Vocabularies.h"
 
 #include <algorithm>
-#include <array>
 #include <map>
 #include <optional>
 
@@ -36,50 +36,20 @@ using GroupKey = std::pair<char, int>;
 
 // --- The place of a new command ---------------------------------------------------------------
 
-RowNumbers numbersOf(const VocabularyMatch& match) {
-    return {static_cast<std::size_t>(match.path.at[0]), static_cast<std::size_t>(match.path.at[1])};
-}
-
-/// Sorts commands as the writer of the group does: rows follow their count.
-using Rank = std::array<std::size_t, 5>;
-
-/// The first of the adjacent fields around a place that have at least this many indices.
-std::size_t firstOfRun(std::span<const Field> table, std::size_t place, int indices) {
-    while (place > 0 && indexCountOf(table[place - 1].code) >= indices) {
-        --place;
-    }
-    return place;
-}
-
-Rank rankOf(std::span<const Field> table, const VocabularyMatch& match) {
-    const auto place = static_cast<std::size_t>(match.field - table.data());
-    const auto [n, m] = numbersOf(match);
-    switch (indexCountOf(match.field->code)) {
-        case 0:
-            return {place, 0, 0, 0, 0};
-        case 1:
-            return {firstOfRun(table, place, 1), n, place, 0, 0};
-        default:
-            return {firstOfRun(table, place, 1), n, firstOfRun(table, place, 2), m, place};
-    }
-}
-
+/// Behind the last of the commands that the writer of the group puts in front of the new one.
 std::size_t placeOf(std::span<const Field> table, const CommandIndex& commands,
-                    std::string_view prefix, const Rank& rank) {
+                    std::string_view prefix, const VocabularyMatch& added) {
     std::size_t place = 0;
-    std::optional<Rank> best;
+    std::optional<VocabularyMatch> last;
     for (std::size_t i = 0; i < commands.size(); ++i) {
         const auto key = keyOf(commands.at(i));
         if (!startsWithIgnoreCase(key, prefix)) {
             continue;
         }
         const auto matches = matchVocabulary(table, key.substr(prefix.size()));
-        if (matches.empty()) {
-            continue;
-        }
-        const auto other = rankOf(table, matches.front());
-        if (other <= rank && (!best || other >= *best)) {
-            best = other;
+        if (!matches.empty() && !isWrittenBefore(table, added, matches.front()) &&
+            !(last && isWrittenBefore(table, matches.front(), *last))) {
+            last = matches.front();
             place = i + 1;
         }
     }
@@ -211,13 +181,13 @@ class Change {
     }
 
   private:
-    [[nodiscard]] std::string codeOf(std::string_view field, RowNumbers at) const {
-        return groupHead(code_.letter, code_.index) + fieldCode(field, at.numbers());
+    [[nodiscard]] std::string codeOf(std::string_view field, const RowNumbers& at) const {
+        return groupHead(code_.letter, code_.index) + fieldCode(field, at.at);
     }
 
     [[nodiscard]] Refusal refusal(const VocabularyMatch& match) const {
         const auto& field = *match.field;
-        const auto at = numbersOf(match);
+        const RowNumbers& at = match.path;
         for (auto why :
              {refusedEdition(field, edition_), refusedValue(field, value_, edition_),
               refusedName(field, code_.letter, group_.value(codeOf(field.code, at)), value_),
@@ -230,14 +200,14 @@ class Change {
     }
 
     /// A row has to be within the count of each list that it is in.
-    [[nodiscard]] Refusal refusedRow(const Field& field, RowNumbers at) const {
+    [[nodiscard]] Refusal refusedRow(const Field& field, const RowNumbers& at) const {
         for (auto list = field.list; !list.empty();) {
             const auto count = std::find_if(table_.begin(), table_.end(),
                                             [&](const Field& each) { return each.code == list; });
-            const bool inner = indexCountOf(list) > 0;
-            const auto code = codeOf(list, {at.n, 0});
+            const auto level = static_cast<std::size_t>(indexCountOf(list));
+            const auto code = codeOf(list, at);
             const auto rows = clampedCount(group_.value(code), count->rows);
-            if ((inner ? at.m : at.n) > rows) {
+            if (static_cast<std::size_t>(at.at[level]) > rows) {
                 return formatPrintf("The list has %d rows. Set '%s' first.", static_cast<int>(rows),
                                     code);
             }
@@ -247,11 +217,10 @@ class Change {
     }
 
     [[nodiscard]] Refusal refusedSources(const Field& field) const {
-        constexpr std::string_view kSources = "DSI\\N";
-        if (code_.letter != 'G' || field.code != kSources) {
+        if (code_.letter != 'G' || field.code != kSourceCount) {
             return {};
         }
-        const auto rows = clampedCount(group_.value(codeOf(kSources, {})), field.rows);
+        const auto rows = clampedCount(group_.value(codeOf(kSourceCount, {})), field.rows);
         return clampedCount(value_, field.rows) >= rows
                    ? Refusal()
                    : Refusal("Use 'source delete' to delete a data source.");
@@ -266,7 +235,7 @@ class Change {
         const auto counted = clampedCount(group_.value(codeOf(kTracks, {})), kMostTracks);
         int tracks = 0;
         for (std::size_t n = 1; n <= counted; ++n) {
-            tracks += group_.value(codeOf("TK1-n", {n, 0})).empty() ? 0 : 1;
+            tracks += group_.value(codeOf("TK1-n", {n})).empty() ? 0 : 1;
         }
         return clampedCount(value_, kMostTracks) >= static_cast<std::size_t>(tracks)
                    ? Refusal()
@@ -274,7 +243,7 @@ class Change {
     }
 
     void apply(const VocabularyMatch& match) {
-        const auto code = codeOf(match.field->code, numbersOf(match));
+        const auto code = codeOf(match.field->code, match.path);
         auto stored = match.field->bridgeOnly ? std::string(trimTrailingBlanks(value_))
                                               : storedValue(*match.field, value_, edition_);
         if (stored.empty()) {
@@ -283,8 +252,7 @@ class Change {
         }
         toStoredForm(stored);
         group_.set(code, stored, [&] {
-            return placeOf(table_, group_.commands(), groupHead(code_.letter, code_.index),
-                           rankOf(table_, match));
+            return placeOf(table_, group_.commands(), groupHead(code_.letter, code_.index), match);
         });
     }
 

@@ -6,6 +6,8 @@
 #include "core/document/GroupFiles.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
+#include "vocabulary/GGroupFields.h"
+#include "vocabulary/PGroupFields.h"
 #include "vocabulary/StreamType.h"
 
 #include <algorithm>
@@ -14,10 +16,21 @@ namespace kavu {
 
 namespace {
 
-constexpr std::string_view kPrefix = "G\\";
-constexpr int kTypeLimit = 3;
+constexpr int kTypeLimit = static_cast<int>(kSourceTypeWidth);
 
 }  // namespace
+
+SourceCodes::SourceCodes() : count(groupHead('G', 0)), name(count), type(count) {
+    count.append(kSourceCount);
+    name.append(stemOf(kSourceName)).append("-");
+    type.append(stemOf(kSourceType)).append("-");
+}
+
+std::string SourceCodes::rowText(int row, std::string_view source,
+                                 std::string_view sourceType) const {
+    auto text = formatPrintf("%s%d:%s;\r\n", name, row, source);
+    return sourceType.empty() ? text : text + formatPrintf("%s%d:%s;\r\n", type, row, sourceType);
+}
 
 char dataSourceClass(std::string_view type) {
     if (startsWithIgnoreCase(type, "RF")) {
@@ -28,9 +41,10 @@ char dataSourceClass(std::string_view type) {
 
 bool readDataSources(DocumentContext& context, UserInterface* parent,
                      std::vector<DataSource>& sources) {
+    constexpr auto kWanted = std::to_array({stemOf(kSourceName), stemOf(kSourceType)});
     CommandIndex fields;
     const auto status = fields.readFile(context.reader, context.store.pathOf(groupFile('G')),
-                                        Comments::Skip, {"DSI", "DST-"});
+                                        Comments::Skip, kWanted);
     if (!status.ok()) {
         if (isMissing(status)) {
             return true;
@@ -42,11 +56,12 @@ bool readDataSources(DocumentContext& context, UserInterface* parent,
         const auto code = groupHead('G', 0) + fieldCode(pattern, {row});
         return fields.findField(context.reader, parent, code, limit).value_or("");
     };
-    const int count = std::min(fields.findIntField(parent, "G\\DSI\\N").value_or(0), kMostListRows);
+    const int count =
+        std::min(fields.findIntField(parent, SourceCodes().count).value_or(0), kMostListRows);
     for (int row = 1; row <= count; ++row) {
         DataSource source;
-        source.name = text("DSI-n", row, kNameLimit);
-        source.type = text("DST-n", row, kTypeLimit);
+        source.name = text(kSourceName, row, kNameLimit);
+        source.type = text(kSourceType, row, kTypeLimit);
         sources.push_back(std::move(source));
     }
     return true;
@@ -73,8 +88,13 @@ char dataSourceInfo(DocumentContext& context, UserInterface* parent, int index, 
     auto status = source.open(context.store.pathOf(groupFile('G')));
     if (status.ok()) {
         auto& reader = context.reader;
-        name = reader.findField(parent, source, kPrefix, "DSI-%d", kNameLimit, index).value_or("");
-        type = reader.findField(parent, source, kPrefix, "DST-%d", kTypeLimit, index).value_or("");
+        const auto text = [&](std::string_view pattern, int limit) {
+            return reader
+                .findField(parent, source, groupHead('G', 0), fieldCode(pattern, {index}), limit)
+                .value_or("");
+        };
+        name = text(kSourceName, kNameLimit);
+        type = text(kSourceType, kTypeLimit);
         status = source.status();
     }
     if (!status.ok() && !isMissing(status)) {
@@ -117,7 +137,7 @@ StreamKind streamKindOfLink(DocumentContext& context, UserInterface* parent,
             return StreamKind::PcmOrNone;
         }
         const auto format =
-            context.reader.findField(parent, source, groupHead('P', index), "TF", 0);
+            context.reader.findField(parent, source, groupHead('P', index), p::kTf.code, 0);
         return format && *format == stream_type::kBus1553.stored ? StreamKind::Bus
                                                                  : StreamKind::PcmOrNone;
     }

@@ -16,6 +16,18 @@ struct DataSource {
     std::string type;  ///< the stored `DST` value
 };
 
+/// The commands of the list in the G group: the code of its count, and what is in front of the
+/// number of a row in the codes of names ("G\DSI-") and types.
+struct SourceCodes {
+    SourceCodes();
+    /// The lines of a row; an empty type has none.
+    [[nodiscard]] std::string rowText(int row, std::string_view source,
+                                      std::string_view sourceType) const;
+    std::string count;
+    std::string name;
+    std::string type;
+};
+
 /// The class of a type: 'R' for one that begins with "RF", 'O' for one that begins with
 /// "OTH" or is missing, 'T' for every other. Class R has a T group, class T an R group.
 [[nodiscard]] char dataSourceClass(std::string_view type);

@@ -56,7 +56,7 @@ GroupSource::GroupSource(DocumentContext& context, UserInterface* parent, char l
 }
 
 std::string GroupSource::codeOf(const Field& field, RowNumbers at) const {
-    return prefix_ + fieldCode(field.codeRead.empty() ? field.code : field.codeRead, at.numbers());
+    return prefix_ + fieldCode(field.codeRead.empty() ? field.code : field.codeRead, at.at);
 }
 
 std::string GroupSource::taken(const Field& field, RowNumbers at, const Found& found) {
@@ -76,7 +76,7 @@ std::string GroupSource::value(const Field& field, RowNumbers at) {
     if (!text.empty() || field.missing.empty()) {
         return text;
     }
-    return replaceAll(field.missing, "%d", std::to_string(at.m > 0 ? at.m : at.n));
+    return replaceAll(field.missing, "%d", std::to_string(at.last()));
 }
 
 std::string GroupSource::peek(const Field& field, RowNumbers at) {
@@ -122,10 +122,9 @@ bool GroupSource::readRows(const Plan& plan, const Field& field, GroupRow& row, 
         if (cancelRequested(parent_)) {
             return false;
         }
-        const RowNumbers inner = at.n == 0 ? RowNumbers{i, 0} : RowNumbers{at.n, i};
         auto& added = row.lists[std::string(field.code)].emplace_back();
         added.fileRow = i;
-        if (!readLevel(plan, field.code, added, inner)) {
+        if (!readLevel(plan, field.code, added, at.row(i))) {
             return false;
         }
     }
@@ -181,7 +180,7 @@ void GroupWriter::write(const Field& field, std::string_view value, RowNumbers a
     }
     toStoredForm(stored);
     text_ += prefix_;
-    text_ += fieldCode(field.code, at.numbers());
+    text_ += fieldCode(field.code, at.at);
     text_ += ':';
     text_ += stored;
     text_ += ";\r\n";
@@ -209,8 +208,7 @@ void GroupWriter::writeLevel(std::span<const Field> known, std::string_view list
             write(field, std::to_string(rows), at);
         }
         for (std::size_t i = 1; i <= rows; ++i) {
-            const RowNumbers inner = at.n == 0 ? RowNumbers{i, 0} : RowNumbers{at.n, i};
-            writeLevel(known, field.code, all[i - 1], inner);
+            writeLevel(known, field.code, all[i - 1], at.row(i));
         }
     }
 }

@@ -21,7 +21,6 @@
 #include "vocabulary/Field.h"
 #include "vocabulary/FieldRules.h"
 
-#include <array>
 #include <cstddef>
 #include <map>
 #include <optional>
@@ -55,17 +54,6 @@ struct GroupRow {
     /// Ignores where rows came from.
     bool operator==(const GroupRow& other) const {
         return values == other.values && lists == other.lists;
-    }
-};
-
-/// The numbers in place of "-n" and "-m"; they count from 1.
-struct RowNumbers {
-    std::size_t n = 0;
-    std::size_t m = 0;
-
-    /// For `fieldCode`.
-    [[nodiscard]] std::array<int, 2> numbers() const {
-        return {static_cast<int>(n), static_cast<int>(m)};
     }
 };
 

@@ -6,6 +6,9 @@
 #include "core/document/GroupFiles.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
+#include "vocabulary/PGroupFields.h"
+#include "vocabulary/References.h"
+#include "vocabulary/Vocabularies.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -20,8 +23,9 @@ class GroupFields {
     GroupFields(TmatsReader& reader, UserInterface* parent, char letter)
         : reader_(reader), parent_(parent), letter_(letter) {}
 
+    /// Reads those commands of a file that begin with one of the codes.
     IoStatus open(const DocumentContext& context, int index,
-                  std::initializer_list<std::string_view> codes) {
+                  std::span<const std::string_view> codes) {
         index_ = index;
         commands_.clear();
         return commands_.readFile(reader_, context.store.pathOf(groupFile(letter_, index)),
@@ -29,23 +33,39 @@ class GroupFields {
     }
     [[nodiscard]] int index() const { return index_; }
     /// The value; empty if there is none.
-    [[nodiscard]] std::string text(std::string_view pattern, int limit, int row = 0) {
-        const auto found = commands_.findField(reader_, parent_, codeOf(pattern, row), limit);
+    [[nodiscard]] std::string text(const Field& field, int row = 0) {
+        const auto found = commands_.findField(reader_, parent_, codeOf(field.code, row),
+                                               static_cast<int>(field.limit));
         return std::string(found.value_or(std::string_view()));
     }
-    /// Appends the values of `pattern` for k from 1 to the value of `count`, a number from a
-    /// file, which is limited to the rows that a group can have.
-    void readRows(std::string_view count, std::string_view pattern, std::vector<std::string>& out) {
-        const int rows =
-            std::min(commands_.findIntField(parent_, codeOf(count, 0)).value_or(0), kMostListRows);
-        for (int row = 1; row <= rows; ++row) {
-            if (auto name = text(pattern, kNameLimit, row); !name.empty()) {
-                out.push_back(std::move(name));
+    /// Appends all names of this kind, in the order of the vocabulary. Those of a list are read
+    /// for k from 1 to its count, a number from a file, which is limited to the rows that a
+    /// group can have.
+    void readNames(Refers kind, std::vector<std::string>& out) {
+        for (const auto& field : findVocabulary(letter_)->fields) {
+            if (field.refersTo != kind) {
+                continue;
+            }
+            const int rows = field.list.empty() ? 1 : countOf(field.list);
+            for (int row = 1; row <= rows; ++row) {
+                if (auto name = text(field, row); !name.empty()) {
+                    out.push_back(std::move(name));
+                }
             }
         }
     }
+    /// The first name of this kind; empty if there is none.
+    [[nodiscard]] std::string name(Refers kind) {
+        std::vector<std::string> names;
+        readNames(kind, names);
+        return names.empty() ? std::string() : std::move(names.front());
+    }
 
   private:
+    [[nodiscard]] int countOf(std::string_view list) {
+        const auto count = commands_.findIntField(parent_, codeOf(list, 0));
+        return std::min(count.value_or(0), kMostListRows);
+    }
     [[nodiscard]] std::string codeOf(std::string_view pattern, int row) const {
         std::string code;
         appendCode(code, letter_, index_, pattern, std::span(&row, 1));
@@ -59,10 +79,24 @@ class GroupFields {
     CommandIndex commands_;
 };
 
+/// The codes of what a group names, with the counts of their lists.
+std::vector<std::string_view> codesOfNames(char letter) {
+    std::vector<std::string_view> codes;
+    for (const auto& field : findVocabulary(letter)->fields) {
+        if (field.refersTo != Refers::No) {
+            codes.push_back(stemOf(field.code));
+            if (!field.list.empty()) {
+                codes.push_back(field.list);
+            }
+        }
+    }
+    return codes;
+}
+
 /// Calls `read(fields)` for every existing file of a group.
 template <typename Read>
 bool readGroup(DocumentContext& context, UserInterface* parent, char letter,
-               std::initializer_list<std::string_view> codes, const Read& read) {
+               std::span<const std::string_view> codes, const Read& read) {
     GroupFields fields(context.reader, parent, letter);
     for (int index = kLeastGroupIndex; index <= kMostGroupIndex; ++index) {
         const auto status = fields.open(context, index, codes);
@@ -113,7 +147,7 @@ GroupNames::GroupNames(DocumentContext& context, UserInterface* parent, char let
             const auto prefix = groupHead(letter, index);
             // Most files begin with the name, where the look-up ends.
             const auto name =
-                context.reader.findField(parent, source, prefix, nameCode(letter), kNameLimit);
+                context.reader.findField(parent, source, prefix, ownNameOf(letter), kNameLimit);
             status = source.status();
             if (status.ok() && name) {
                 exact_.try_emplace(std::string(*name), index);
@@ -136,10 +170,6 @@ int GroupNames::find(std::string_view name) const {
     return it == lower_.end() ? 0 : it->second;
 }
 
-std::string_view nameCode(char letter) {
-    return std::string_view("TRMV").find(letter) == std::string_view::npos ? "DLN" : "ID";
-}
-
 int firstFreeIndex(const DocumentContext& context, char letter) {
     for (int index = kLeastGroupIndex; index <= kMostGroupIndex; ++index) {
         // A file that cannot be probed may exist, and must not be overwritten.
@@ -153,32 +183,29 @@ int firstFreeIndex(const DocumentContext& context, char letter) {
 }
 
 bool readPcmLinks(DocumentContext& context, UserInterface* parent, std::vector<PcmLinks>& formats) {
-    return readGroup(context, parent, 'P',
-                     {"DLN", "TF", "AEF\\N", "AEF\\DLN-", "ADM\\N", "ADM\\DMN-"},
-                     [&](GroupFields& fields) {
-                         PcmLinks format;
-                         format.index = fields.index();
-                         format.link = fields.text("DLN", kNameLimit);
-                         format.format = fields.text("TF", 0);
-                         fields.readRows("AEF\\N", "AEF\\DLN-n", format.embedded);
-                         fields.readRows("ADM\\N", "ADM\\DMN-n", format.embedded);
-                         formats.push_back(std::move(format));
-                     });
+    // The type as the file has it, of any length.
+    constexpr Field kWholeType{.code = p::kTf.code};
+    auto codes = codesOfNames('P');
+    codes.push_back(kWholeType.code);
+    return readGroup(context, parent, 'P', codes, [&](GroupFields& fields) {
+        PcmLinks format;
+        format.index = fields.index();
+        format.link = fields.name(Refers::LinkName);
+        format.format = fields.text(kWholeType);
+        fields.readNames(Refers::Link, format.embedded);
+        formats.push_back(std::move(format));
+    });
 }
 
 bool readMultiplexes(DocumentContext& context, UserInterface* parent,
                      std::vector<Multiplex>& multiplexes) {
-    return readGroup(context, parent, 'M', {"ID", "BB\\DLN", "SI\\N", "SI\\DLN-"},
-                     [&](GroupFields& fields) {
-                         Multiplex multiplex;
-                         multiplex.index = fields.index();
-                         multiplex.source = fields.text("ID", kNameLimit);
-                         if (auto link = fields.text("BB\\DLN", kNameLimit); !link.empty()) {
-                             multiplex.links.push_back(std::move(link));
-                         }
-                         fields.readRows("SI\\N", "SI\\DLN-n", multiplex.links);
-                         multiplexes.push_back(std::move(multiplex));
-                     });
+    return readGroup(context, parent, 'M', codesOfNames('M'), [&](GroupFields& fields) {
+        Multiplex multiplex;
+        multiplex.index = fields.index();
+        multiplex.source = fields.name(Refers::Source);
+        fields.readNames(Refers::Link, multiplex.links);
+        multiplexes.push_back(std::move(multiplex));
+    });
 }
 
 }  // namespace kavu

@@ -6,6 +6,7 @@
 #include "core/command/CommandPath.h"
 #include "core/files/FileIo.h"
 #include "core/talk/FileReports.h"
+#include "vocabulary/References.h"
 
 #include <string>
 #include <string_view>
@@ -18,8 +19,6 @@ namespace kavu {
 struct DocumentContext;
 class UserInterface;
 
-/// Characters of the name of a data source or a data link.
-inline constexpr int kNameLimit = 32;
 /// Rows of a list in the G and M groups.
 inline constexpr int kMostListRows = 99;
 
@@ -84,8 +83,6 @@ class GroupNames {
     std::unordered_map<std::string, int> lower_;
 };
 
-/// The code of the name in a group's files: "ID" or "DLN".
-[[nodiscard]] std::string_view nameCode(char letter);
 /// The first index from 1 for which a group has no file; 100 if all are taken.
 [[nodiscard]] int firstFreeIndex(const DocumentContext& context, char letter);
 

@@ -9,6 +9,8 @@
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
 #include "groups/GroupScan.h"
+#include "vocabulary/DGroupFields.h"
+#include "vocabulary/PSubframeFields.h"
 
 #include <algorithm>
 #include <array>
@@ -51,14 +53,10 @@ void dropThirdIndex(CommandEdit& command) {
 /// Measurement list and place in it.
 using Place = std::pair<int, int>;
 
-constexpr std::string_view kCountCode = "SMF\\N-";
-constexpr std::string_view kNameCode = "SMF\\SMN-";
-constexpr std::string_view kTagCode = "MFOT-";
-constexpr std::string_view kMeasurementCode = "MN-";
-
 bool isOldFilterCode(std::string_view code) {
-    return startsWithIgnoreCase(code, kCountCode) || startsWithIgnoreCase(code, kNameCode) ||
-           startsWithIgnoreCase(code, kTagCode);
+    return isOfPattern(code, filter_field::kCountInList.code) ||
+           isOfPattern(code, filter_field::kNameInList.code) ||
+           isOfPattern(code, measurement_field::kFilterOverwrite.code);
 }
 
 /// The filter lists of a D file while they are joined.
@@ -74,9 +72,9 @@ class FilterLists {
         if (view.value.empty()) {
             return;
         }
-        if (startsWithIgnoreCase(view.field, kNameCode)) {
+        if (isOfPattern(view.field, filter_field::kNameInList.code)) {
             selected_.emplace(placeOf(command), view.value);
-        } else if (startsWithIgnoreCase(view.field, kTagCode)) {
+        } else if (isOfPattern(view.field, measurement_field::kFilterOverwrite.code)) {
             tags_.emplace(placeOf(command), view.value);
         }
     }
@@ -85,7 +83,7 @@ class FilterLists {
         const auto view = viewCommand(command.text());
         if (isOldFilterCode(view.field)) {
             command.erase();
-        } else if (startsWithIgnoreCase(view.field, kMeasurementCode) && !view.value.empty() &&
+        } else if (isOfPattern(view.field, measurement_field::kName.code) && !view.value.empty() &&
                    tags_.contains(placeOf(command.text()))) {
             tagged_.emplace(placeOf(command.text()), view.value);
         }
@@ -98,12 +96,18 @@ class FilterLists {
         for (const auto& [place, name] : tagged_) {
             rows_[rowOf(name)].tag = tags_[place];
         }
-        std::string text = formatPrintf("%sSMF\\N:%d;\r\n", prefix, rows_.size());
-        for (std::size_t i = 0; i < rows_.size(); ++i) {
-            text += formatPrintf("%sSMF\\SMN-%d:%s;\r\n", prefix, i + 1, rows_[i].name);
-            if (!rows_[i].tag.empty()) {
-                text += formatPrintf("%sSMF\\MFOT-%d:%s;\r\n", prefix, i + 1, rows_[i].tag);
+        std::string text;
+        const auto add = [&](const Field& field, int row, std::string_view value) {
+            text += prefix + fieldCode(field.code, {row});
+            text.append(":").append(value).append(";\r\n");
+        };
+        add(filter_field::kCount, 0, std::to_string(rows_.size()));
+        for (int row = 1; const auto& each : rows_) {
+            add(filter_field::kName, row, each.name);
+            if (!each.tag.empty()) {
+                add(filter_field::kType, row, each.tag);
             }
+            ++row;
         }
         return text;
     }
@@ -135,12 +139,12 @@ class FilterLists {
 };
 
 bool hasSubframes(std::string_view code, std::string_view value) {
-    return startsWithIgnoreCase(code, "SF\\N-") && leadingInteger(value) > 0;
+    return isOfPattern(code, p::kSfN.code) && leadingInteger(value) > 0;
 }
 
 bool hasOlderLocation(std::string_view code, std::string_view value) {
-    return startsWithIgnoreCase(code, "LT-") && !value.empty() &&
-           !equalsIgnoreCase(value, "WDFR") && !equalsIgnoreCase(value, "TD");
+    return isOfPattern(code, measurement_field::kLocationType.code) && !value.empty() &&
+           !equalsIgnoreCase(value, "WDFR") && !equalsIgnoreCase(value, kTaggedType);
 }
 
 }  // namespace

@@ -37,18 +37,18 @@ constexpr auto kLinkedGroups = std::to_array<LinkedGroup>({
 
 /// Adds a data source to the G group.
 bool addDataSource(DocumentContext& context, UserInterface* parent, std::string& name) {
-    constexpr std::string_view kCount = "G\\DSI\\N";
+    const SourceCodes codes;
     int count = 0;
     auto writer = context.files.writer(working::kGeneral);
     ByteSource source;
     auto status =
         writer.status().ok() ? source.open(context.files.path(working::kGeneral)) : writer.status();
     if (status.ok()) {
-        context.reader.findIntField(parent, source, {}, kCount, count);
+        context.reader.findIntField(parent, source, {}, codes.count, count);
         source.seek(0);
         std::string command;
         while (context.reader.nextRawCommand(source, command)) {
-            if (!startsWithIgnoreCase(command, kCount)) {
+            if (!startsWithIgnoreCase(command, codes.count)) {
                 writer.write(command);
                 writer.write("\r\n");
             }
@@ -60,8 +60,7 @@ bool addDataSource(DocumentContext& context, UserInterface* parent, std::string&
     // A huge count must not overflow.
     const int index = std::min(count, INT_MAX - 1) + 1;
     name = formatPrintf("Data Source #%d", index);
-    writer.write(formatPrintf("%s:%d;\r\nG\\DSI-%d:%s;\r\nG\\DST-%d:RF;\r\n", kCount, index, index,
-                              name, index));
+    writer.write(formatPrintf("%s:%d;\r\n", codes.count, index) + codes.rowText(index, name, "RF"));
     status = status.ok() ? writer.close() : status;
     if (!status.ok()) {
         reportUnableToWrite(parent, status);
@@ -71,8 +70,8 @@ bool addDataSource(DocumentContext& context, UserInterface* parent, std::string&
 
 /// The index for a new file of a group, or 0 after a report. The last index is never used:
 /// it is reserved for a group that is read from a file.
-int indexForNew(DocumentContext& context, UserInterface* parent, char letter,
-                std::string_view called) {
+int indexBelowLast(DocumentContext& context, UserInterface* parent, char letter,
+                   std::string_view called) {
     const int index = firstFreeIndex(context, letter);
     if (index < kMostGroupIndex) {
         return index;
@@ -96,13 +95,13 @@ bool makeHome(DocumentContext& context, UserInterface* parent, const std::string
     if (!addDataSource(context, parent, name)) {
         return false;
     }
-    const int radio = indexForNew(context, parent, 'T', "RF");
+    const int radio = indexBelowLast(context, parent, 'T', "RF");
     if (radio == 0 ||
         !writeGroup(context, parent, 'T', radio,
                     formatPrintf("T-%d\\ID:%s;\r\nT-%d\\SCO\\N:0;\r\n", radio, name, radio))) {
         return false;
     }
-    const int multiplex = indexForNew(context, parent, 'M', "Multiplex");
+    const int multiplex = indexBelowLast(context, parent, 'M', "Multiplex");
     return multiplex != 0 &&
            writeGroup(context, parent, 'M', multiplex,
                       formatPrintf("M-%d\\ID:%s;\r\nM-%d\\BSG1:PCM;\r\n"

@@ -17,14 +17,6 @@ namespace kavu {
 
 namespace {
 
-constexpr std::string_view kSignalType = "BSG1";
-constexpr std::string_view kBasebandLink = "BB\\DLN";
-constexpr std::string_view kBasebandMeasurement = "BB\\MN";
-constexpr std::string_view kSignalCount = "SI\\N";
-constexpr std::string_view kDataType = "SI2-n";
-constexpr std::string_view kFilterType = "SIF2-n";
-constexpr std::string_view kRowLink = "SI\\DLN-n";
-constexpr std::string_view kRowMeasurement = "SI\\MN-n";
 /// A filter type of a row keeps this many characters, in 106-96 as well, where the page
 /// offers three.
 constexpr std::size_t kFilterCharacters = 2;
@@ -32,8 +24,8 @@ constexpr std::string_view kDefaultSignal = "PCM";
 constexpr char kEditing[] = "Edit Multiplex/Modulation Information";
 
 bool isName(std::string_view code) {
-    return code == kBasebandLink || code == kBasebandMeasurement || code == kRowLink ||
-           code == kRowMeasurement;
+    return code == kBasebandLink || code == kBasebandMeasurement || code == kSubcarrierLink ||
+           code == kSubcarrierMeasurement;
 }
 
 const Field& fieldOf(std::string_view code) {
@@ -57,13 +49,14 @@ std::string_view basebandCode(const GroupRow& record) {
     return codeOf(signalNameOf(record.value(kSignalType)), kBasebandLink, kBasebandMeasurement);
 }
 std::string_view rowCode(const GroupRow& row) {
-    return codeOf(signalNameOf(row.value(kDataType)), kRowLink, kRowMeasurement);
+    return codeOf(signalNameOf(row.value(kSubcarrierType)), kSubcarrierLink,
+                  kSubcarrierMeasurement);
 }
 
 void readRows(GroupSource& source, GroupRow& record) {
-    const auto count = source.count(fieldOf(kSignalCount));
-    auto& rows = record.lists[std::string(kSignalCount)];
-    record.fileRows[std::string(kSignalCount)] = count;
+    const auto count = source.count(fieldOf(kSubcarrierCount));
+    auto& rows = record.lists[std::string(kSubcarrierCount)];
+    record.fileRows[std::string(kSubcarrierCount)] = count;
     for (std::size_t n = 1; n <= count; ++n) {
         auto& row = rows.emplace_back();
         row.fileRow = n;
@@ -92,7 +85,7 @@ void readGroup(DocumentContext& context, UserInterface* parent, GroupSource& fil
     const auto fields = multiplexFields();
     for (std::size_t i = 0; i < fields.size(); ++i) {
         const auto& field = fields[i];
-        if (field.list.empty() && !isName(field.code) && field.code != kSignalCount) {
+        if (field.list.empty() && !isName(field.code) && field.code != kSubcarrierCount) {
             // A single field has no rows before which the user could cancel.
             static_cast<void>(file.readTable(fields.subspan(i, 1), record));
         }
@@ -114,11 +107,13 @@ bool hasFile(const MultiplexGroup& group) {
 /// The record as it is written: only the names of the type, and filter types of rows cut.
 GroupRow writtenRecord(const MultiplexGroup& group) {
     auto record = group.record;
-    record.set("ID", group.source);
+    record.set(ownNameOf('M'), group.source);
     setName(record, basebandCode(record), kBasebandLink, kBasebandMeasurement, basebandName(group));
-    for (auto& row : record.lists[std::string(kSignalCount)]) {
-        setName(row, rowCode(row), kRowLink, kRowMeasurement, std::string(subcarrierName(row)));
-        row.set(kFilterType, std::string(row.value(kFilterType).substr(0, kFilterCharacters)));
+    for (auto& row : record.lists[std::string(kSubcarrierCount)]) {
+        setName(row, rowCode(row), kSubcarrierLink, kSubcarrierMeasurement,
+                std::string(subcarrierName(row)));
+        row.set(kSubcarrierFilter,
+                std::string(row.value(kSubcarrierFilter).substr(0, kFilterCharacters)));
     }
     return record;
 }
@@ -189,7 +184,7 @@ void setBasebandName(MultiplexGroup& group, std::string_view name) {
 }
 
 void setSubcarrierName(GroupRow& row, std::string_view name) {
-    setName(row, rowCode(row), kRowLink, kRowMeasurement, std::string(name));
+    setName(row, rowCode(row), kSubcarrierLink, kSubcarrierMeasurement, std::string(name));
 }
 
 void replaceLinkName(MultiplexGroup& group, std::string_view oldName, std::string_view newName) {
@@ -199,8 +194,8 @@ void replaceLinkName(MultiplexGroup& group, std::string_view oldName, std::strin
         }
     };
     replace(group.record, kBasebandLink);
-    for (auto& row : group.record.lists[std::string(kSignalCount)]) {
-        replace(row, kRowLink);
+    for (auto& row : group.record.lists[std::string(kSubcarrierCount)]) {
+        replace(row, kSubcarrierLink);
     }
 }
 

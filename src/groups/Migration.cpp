@@ -19,6 +19,7 @@
 #include "groups/DateForms.h"
 #include "groups/GroupScan.h"
 #include "groups/Irig11Changes.h"
+#include "vocabulary/PGroupFields.h"
 #include "vocabulary/StreamType.h"
 
 #include <array>
@@ -232,10 +233,11 @@ class Migration {
                 parent_, formatPrintf("Converting measurements to Word/Frame (Stream #%d)", index));
             setProgressBar(parent_, 50 + 50.0 * index / kMostGroupIndex);
             CommandIndex fields;
-            status_ =
-                fields.readFile(context_.reader, context_.files.path(name), Comments::Skip, {"TF"});
+            constexpr std::string_view kType = p::kTf.code;
+            status_ = fields.readFile(context_.reader, context_.files.path(name), Comments::Skip,
+                                      {&kType, 1});
             yieldToInterface(parent_);
-            const auto format = fields.find(groupHead('P', index) + "TF");
+            const auto format = fields.find(groupHead('P', index) + std::string(kType));
             return format &&
                    (format->value == stream_type::kClassOne.stored ||
                     format->value == stream_type::kClassTwo.stored) &&

@@ -180,7 +180,7 @@ std::optional<RecorderGroup> readRecorder(DocumentContext& context, UserInterfac
         setProgressBar(parent, -1);
         return std::nullopt;
     }
-    group.record.set("ID", source);
+    group.record.set(ownNameOf('R'), source);
     group.kept = std::move(file.kept());
     setProgressBar(parent, -1);
     setStatusText(parent, "Edit Recorder/Reproducer Information.");

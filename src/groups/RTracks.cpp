@@ -29,10 +29,8 @@ std::string normalised(const Field& field, std::string value) {
     if (value.empty() || !hasTwoValues(field)) {
         return value;
     }
-    const bool isDirection = field.code == "TK3-n";
-    const std::string_view one = isDirection ? "FWD" : "T";
-    const std::string_view other = isDirection ? "REV" : "F";
-    return std::string(equalsIgnoreCase(value, one) ? one : other);
+    const auto one = field.choices.front().value;
+    return std::string(equalsIgnoreCase(value, one) ? one : field.choices.back().value);
 }
 
 /// Reads the tracks of one file.
@@ -70,7 +68,7 @@ std::string TrackReader::value(const Field& field, RowNumbers at) {
 
 std::size_t TrackReader::countItems(const Field& count, std::size_t row) {
     constexpr std::size_t kBelieved = 256;
-    const auto number = source_.count(count, {row, 0});
+    const auto number = source_.count(count, {row});
     if (number <= kBelieved) {
         return number;
     }
@@ -81,19 +79,19 @@ std::size_t TrackReader::countItems(const Field& count, std::size_t row) {
 
 void TrackReader::readDetails(const ChannelType& type, std::size_t row, TrackDetails& details) {
     for (const auto* field : detailFields(type, edition_)) {
-        auto text = value(*field, {row, 0});
+        auto text = value(*field, {row});
         if (text.empty() && field->code == kDataLinkCode) {
             const auto code = std::string(type.linkKey) + "-n";
             auto named = *field;
             named.code = code;
-            text = value(named, {row, 0});
+            text = value(named, {row});
         }
         if (!text.empty()) {
             details.values[detailKey(type, *field)] = std::move(text);
         }
     }
     const auto* count = itemCount(type, edition_);
-    if (count == nullptr || source_.peek(*count, {row, 0}).empty()) {
+    if (count == nullptr || source_.peek(*count, {row}).empty()) {
         return;
     }
     const auto fields = itemFields(type, edition_);
@@ -110,7 +108,7 @@ Track TrackReader::read(std::size_t row) {
     Track track;
     track.fileRow = row;
     for (const auto& field : trackFields()) {
-        track.values.push_back(normalised(field, value(field, {row, 0})));
+        track.values.push_back(normalised(field, value(field, {row})));
         if (track.values.front().empty()) {
             return track;
         }
@@ -137,7 +135,7 @@ void writeDetails(GroupWriter& writer, int edition, const ChannelType& type,
     for (const auto* field : detailFields(type, edition)) {
         if (const auto it = details.values.find(detailKey(type, *field));
             it != details.values.end()) {
-            writeValue(writer, edition, *field, it->second, {row, 0});
+            writeValue(writer, edition, *field, it->second, {row});
         }
     }
     const auto* count = itemCount(type, edition);
@@ -145,7 +143,7 @@ void writeDetails(GroupWriter& writer, int edition, const ChannelType& type,
     if (items == details.items.end()) {
         return;
     }
-    writer.write(*count, std::to_string(items->second.size()), {row, 0});
+    writer.write(*count, std::to_string(items->second.size()), {row});
     const auto fields = itemFields(type, edition);
     for (std::size_t i = 0; i < items->second.size(); ++i) {
         for (std::size_t column = 0; column < fields.size(); ++column) {
@@ -249,7 +247,7 @@ void writeTracks(GroupWriter& writer, const std::vector<Track>& tracks, int edit
     for (const auto& track : tracks) {
         ++row;
         for (std::size_t i = 0; i < fields.size() && i < track.values.size(); ++i) {
-            writeValue(writer, edition, fields[i], track.values[i], {row, 0});
+            writeValue(writer, edition, fields[i], track.values[i], {row});
         }
         if (const auto* type = typeOf(track, edition)) {
             writeDetails(writer, edition, *type, track.details, row);

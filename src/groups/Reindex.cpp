@@ -148,9 +148,9 @@ class Reindexer {
 
     bool removeSources() {
         setStatusText(parent_, "Removing unreferenced Data Sources");
-        return removeUnlisted("[kavu]DSRCE.*", "ID", sources_) &&
-               removeUnlisted(groupKind('M').wildcard, "ID", sources_) &&
-               removeUnlisted(groupKind('V').wildcard, "ID", sources_);
+        return removeUnlisted("[kavu]DSRCE.*", ownNameOf('T'), sources_) &&
+               removeUnlisted(groupKind('M').wildcard, ownNameOf('M'), sources_) &&
+               removeUnlisted(groupKind('V').wildcard, ownNameOf('V'), sources_);
     }
 
     /// Tests whether a code of a group gives a stream a home; a mere mention does not.
@@ -176,7 +176,7 @@ class Reindexer {
 
     bool removeStreams() {
         setStatusText(parent_, "Removing unreferenced Data Links");
-        return removeUnlisted("[kavu]PCM*.*", "DLN", links_);
+        return removeUnlisted("[kavu]PCM*.*", ownNameOf('P'), links_);
     }
 
     bool renumber() {

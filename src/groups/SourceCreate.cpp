@@ -9,6 +9,8 @@
 #include "groups/SourceEdit.h"
 #include "groups/SourceList.h"
 #include "groups/SourceNames.h"
+#include "vocabulary/PAsyncFields.h"
+#include "vocabulary/PGroupFields.h"
 #include "vocabulary/StreamType.h"
 
 #include <algorithm>
@@ -34,25 +36,25 @@ struct StreamField {
     std::string_view ofBus{};
 };
 constexpr auto kSignalFields = std::to_array<StreamField>({
-    {"D1", setting::kStreamCode},
-    {"D2", setting::kStreamBitRate},
-    {"D3", setting::kStreamEncryption},
-    {"D4", setting::kStreamPolarity},
-    {"D5", setting::kStreamPolarityCorrection},
-    {"D6", setting::kStreamDirection},
-    {"D7", setting::kStreamRandomized},
-    {"D8", setting::kStreamRandomizerLength},
+    {p::kD1.code, setting::kStreamCode},
+    {p::kD2.code, setting::kStreamBitRate},
+    {p::kD3.code, setting::kStreamEncryption},
+    {p::kD4.code, setting::kStreamPolarity},
+    {p::kD5.code, setting::kStreamPolarityCorrection},
+    {p::kD6.code, setting::kStreamDirection},
+    {p::kD7.code, setting::kStreamRandomized},
+    {p::kD8.code, setting::kStreamRandomizerLength},
 });
 constexpr auto kWordFields = std::to_array<StreamField>({
-    {"F2", setting::kStreamTransferOrder, "M"},
-    {"F3", setting::kStreamParity, "OD"},
-    {"F4", setting::kStreamParityOrder, "L"},
+    {p::kF2.code, setting::kStreamTransferOrder, p::bus::kWordOrder},
+    {p::kF3.code, setting::kStreamParity, p::bus::kParity},
+    {p::kF4.code, setting::kStreamParityOrder, p::bus::kParityOrder},
 });
 constexpr auto kSyncFields = std::to_array<StreamField>({
-    {"SYNC1", setting::kStreamSyncCriteria},
-    {"SYNC2", setting::kStreamSyncBits},
-    {"SYNC3", setting::kStreamUnsyncCriteria},
-    {"SYNC4", setting::kStreamUnsyncBits},
+    {p::kSync1.code, setting::kStreamSyncCriteria},
+    {p::kSync2.code, setting::kStreamSyncBits},
+    {p::kSync3.code, setting::kStreamUnsyncCriteria},
+    {p::kSync4.code, setting::kStreamUnsyncBits},
 });
 
 struct NewStream {
@@ -70,28 +72,31 @@ class StreamText {
         : settings_(context.settings), stream_(stream), prefix_(groupHead('P', index)) {}
 
     std::string make() {
-        put("DLN", stream_.link);
+        put(p::kDln.code, stream_.link);
         putAll(kSignalFields);
-        put("TF", stream_.type);
+        put(p::kTf.code, stream_.type);
         const bool bus = stream_.isBus();
-        const int wordLength = bus ? 24 : settings_.get(setting::kStreamWordLength);
-        put("F1", std::to_string(wordLength));
+        const int wordLength =
+            bus ? p::bus::kWordLength : settings_.get(setting::kStreamWordLength);
+        put(p::kF1.code, std::to_string(wordLength));
         putAll(kWordFields);
-        put("MF\\N", std::to_string(bus ? 1 : settings_.get(setting::kStreamFrames)));
+        put(p::kMfN.code,
+            std::to_string(bus ? p::bus::kFrames : settings_.get(setting::kStreamFrames)));
         const int words = settings_.get(setting::kStreamWords);
-        put("MF1", std::to_string(words));
+        put(p::kMf1.code, std::to_string(words));
         const std::string pattern =
-            bus ? "111110101111001100100000" : settings_.get(setting::kStreamSyncPattern);
+            bus ? std::string(p::bus::kSyncPattern) : settings_.get(setting::kStreamSyncPattern);
         // The sync word is one of the words of the minor frame.
         const auto bits = static_cast<std::int64_t>(pattern.size()) +
                           std::int64_t{std::max(words - 1, 0)} * std::max(wordLength, 0);
-        put("MF2", std::to_string(bits));
-        put("MF3", bus ? "FPT" : settings_.get(setting::kStreamSyncType));
-        put("MF4", std::to_string(pattern.size()));
-        put("MF5", pattern);
+        put(p::kMf2.code, std::to_string(bits));
+        put(p::kMf3.code,
+            bus ? std::string(p::bus::kSyncType) : settings_.get(setting::kStreamSyncType));
+        put(p::kMf4.code, std::to_string(pattern.size()));
+        put(p::kMf5.code, pattern);
         putAll(kSyncFields);
-        put("ISF\\N", "0");
-        put("AEF\\N", "0");
+        put(p::kIsfN.code, "0");
+        put(p::kAefN.code, "0");
         return std::move(text_);
     }
 

@@ -16,6 +16,7 @@
 #include "groups/SourceList.h"
 #include "groups/SourceNames.h"
 #include "groups/SourceTransfer.h"
+#include "vocabulary/CGroupFields.h"
 
 #include <algorithm>
 
@@ -194,7 +195,7 @@ class SourceImporter {
                 const auto record = letter == 'C' ? wanted.find(index) : wanted.end();
                 if (record != wanted.end()) {
                     const auto view = viewCommand(command);
-                    const bool name = startsWithIgnoreCase(view.field, "DCN");
+                    const bool name = startsWithIgnoreCase(view.field, c::kDcn.code);
                     raw.write(formatPrintf(
                         "C-%s\\%s:%s;\r\n", std::to_string(record->second.number), view.field,
                         name ? std::string_view(record->second.name) : view.value));

@@ -10,6 +10,11 @@
 #include "core/text/TextEncoding.h"
 #include "groups/DataSources.h"
 #include "groups/DocumentTree.h"
+#include "vocabulary/CGroupFields.h"
+#include "vocabulary/GGroupFields.h"
+#include "vocabulary/MGroupFields.h"
+#include "vocabulary/PGroupFields.h"
+#include "vocabulary/References.h"
 #include "vocabulary/StreamType.h"
 
 #include <algorithm>
@@ -20,7 +25,6 @@ namespace kavu {
 namespace {
 
 constexpr std::string_view kNoted = "TRMPDBS";
-constexpr std::string_view kConversionName = "DCN";
 
 /// The group of a command: its letter and index, or a letter of 0.
 struct GroupOf {
@@ -35,12 +39,12 @@ GroupOf groupOf(std::string_view command) {
     return {command[0], leadingInteger(command.substr(2))};
 }
 
-/// The index after a code such as "DSI-", or 0 if it is another code or out of range.
-int rowOf(std::string_view code, std::string_view stem) {
-    if (!startsWithIgnoreCase(code, stem)) {
+/// The index of a code of this pattern ("DSI-n"), or 0 if it is another code or out of range.
+int rowOf(std::string_view code, std::string_view pattern) {
+    if (!isOfPattern(code, pattern)) {
         return 0;
     }
-    const int row = leadingInt(code.substr(stem.size()));
+    const int row = leadingInt(code.substr(stemOf(pattern).size() + 1));
     return row >= 1 && row <= kMostListRows ? row : 0;
 }
 
@@ -109,11 +113,11 @@ bool SourceImportFile::read(UserInterface* parent, const std::function<bool(std:
 
 void SourceImportFile::noteGeneral(UserInterface* parent, std::string_view command) {
     const auto view = viewCommand(command);
-    if (const int row = rowOf(view.field, "DSI-"); row > 0) {
+    if (const int row = rowOf(view.field, kSourceName); row > 0) {
         const auto name = context_.reader.applyLimit(parent, view.code, view.value, kNameLimit);
         listNames_.try_emplace(row, name);
-    } else if (const int typeRow = rowOf(view.field, "DST-"); typeRow > 0) {
-        listTypes_.try_emplace(typeRow, view.value.substr(0, 3));
+    } else if (const int typeRow = rowOf(view.field, kSourceType); typeRow > 0) {
+        listTypes_.try_emplace(typeRow, view.value.substr(0, kSourceTypeWidth));
     }
 }
 
@@ -124,7 +128,7 @@ void SourceImportFile::note(UserInterface* parent, char letter, std::int64_t ind
         return;
     }
     if (letter == 'C') {
-        if (startsWithIgnoreCase(view.field, kConversionName)) {
+        if (startsWithIgnoreCase(view.field, c::kDcn.code)) {
             conversions_.try_emplace(std::string(view.value), index);
         }
         return;
@@ -143,15 +147,15 @@ void SourceImportFile::noteField(UserInterface* parent, char letter, Group& grou
             text = context_.reader.applyLimit(parent, view.code, view.value, kNameLimit);
         }
     };
-    if (equalsIgnoreCase(view.field, nameCode(letter))) {
+    if (equalsIgnoreCase(view.field, ownNameOf(letter))) {
         first(group.name);
-    } else if (letter == 'P' && equalsIgnoreCase(view.field, "TF")) {
+    } else if (letter == 'P' && equalsIgnoreCase(view.field, p::kTf.code)) {
         group.format = group.format.empty() ? std::string(view.value) : group.format;
-    } else if (letter == 'M' && equalsIgnoreCase(view.field, "BB\\DLN")) {
+    } else if (letter == 'M' && equalsIgnoreCase(view.field, kBasebandLink)) {
         first(group.baseband);
-    } else if (letter == 'M' && equalsIgnoreCase(view.field, "SI\\N")) {
+    } else if (letter == 'M' && equalsIgnoreCase(view.field, kSubcarrierCount)) {
         group.count = std::clamp(leadingInt(view.value), 0, kMostListRows);
-    } else if (const int row = letter == 'M' ? rowOf(view.field, "SI\\DLN-") : 0; row > 0) {
+    } else if (const int row = letter == 'M' ? rowOf(view.field, kSubcarrierLink) : 0; row > 0) {
         first(group.subcarriers[row]);
     }
 }

@@ -7,6 +7,7 @@
 #include "core/document/GroupRewrite.h"
 #include "core/talk/Messages.h"
 #include "core/text/Text.h"
+#include "vocabulary/GGroupFields.h"
 
 #include <map>
 #include <set>
@@ -15,26 +16,18 @@ namespace kavu {
 
 namespace {
 
-constexpr std::string_view kCount = "G\\DSI\\N";
-constexpr std::string_view kName = "G\\DSI-";
-constexpr std::string_view kType = "G\\DST-";
-
-std::string rowText(int row, std::string_view name, std::string_view type) {
-    auto text = formatPrintf("%s%d:%s;\r\n", kName, row, name);
-    return type.empty() ? text : text + formatPrintf("%s%d:%s;\r\n", kType, row, type);
-}
-
 /// Calls `visit(row, isName, value)` for every name and every type of the list, whatever the
 /// count says.
 template <typename Visit>
 IoStatus forEachRow(DocumentContext& context, const Visit& visit) {
+    const SourceCodes codes;
     const auto status = forEachCommand(
         context.reader, context.store.pathOf(working::kGeneral), [&](const std::string& command) {
             const auto view = viewCommand(command);
-            const bool isName = startsWithIgnoreCase(view.code, kName);
-            if (isName || startsWithIgnoreCase(view.code, kType)) {
-                static_assert(kName.size() == kType.size());
-                visit(leadingInteger(view.code.substr(kName.size())), isName, view.value);
+            const bool isName = startsWithIgnoreCase(view.code, codes.name);
+            if (isName || startsWithIgnoreCase(view.code, codes.type)) {
+                const auto& front = isName ? codes.name : codes.type;
+                visit(leadingInteger(view.code.substr(front.size())), isName, view.value);
             }
             return true;
         });
@@ -63,9 +56,10 @@ IoStatus editGeneral(DocumentContext& context, const Visit& edit,
 IoStatus appendSource(DocumentContext& context, int rows, std::string_view name,
                       std::string_view type) {
     const int row = rows + 1;
-    const auto nameCode = formatPrintf("%s%d", kName, row);
-    const auto typeCode = formatPrintf("%s%d", kType, row);
-    const auto count = formatPrintf("%s:%d;", kCount, row);
+    const SourceCodes codes;
+    const auto nameCode = formatPrintf("%s%d", codes.name, row);
+    const auto typeCode = formatPrintf("%s%d", codes.type, row);
+    const auto count = formatPrintf("%s:%d;", codes.count, row);
     std::set<std::int64_t> taken;
     if (auto status = forEachRow(
             context, [&](std::int64_t number, bool, std::string_view) { taken.insert(number); });
@@ -78,7 +72,7 @@ IoStatus appendSource(DocumentContext& context, int rows, std::string_view name,
     bool counted = false;
     const auto edit = [&](CommandEdit& command) {
         const auto code = viewCommand(command.text()).code;
-        if (equalsIgnoreCase(code, kCount)) {
+        if (equalsIgnoreCase(code, codes.count)) {
             command.replace(counted ? std::string() : count);
             counted = true;
             return;
@@ -87,12 +81,12 @@ IoStatus appendSource(DocumentContext& context, int rows, std::string_view name,
         // one that names a group, so it is moved.
         const bool isName = equalsIgnoreCase(code, nameCode);
         if (isName || equalsIgnoreCase(code, typeCode)) {
-            command.replace(formatPrintf("%s%d", isName ? kName : kType, unused) +
+            command.replace(formatPrintf("%s%d", isName ? codes.name : codes.type, unused) +
                             command.text().substr(code.size()));
         }
     };
     return editGeneral(context, edit, [&] {
-        return (counted ? std::string() : count + "\r\n") + rowText(row, name, type);
+        return (counted ? std::string() : count + "\r\n") + codes.rowText(row, name, type);
     });
 }
 
@@ -114,22 +108,23 @@ IoStatus readUncountedSources(DocumentContext& context, int counted,
 
 IoStatus rewriteSources(DocumentContext& context, std::span<const DataSource> rows,
                         std::span<const DataSource> uncounted) {
-    const auto edit = [](CommandEdit& command) {
+    const SourceCodes codes;
+    const auto edit = [&](CommandEdit& command) {
         const auto code = viewCommand(command.text()).code;
-        if (equalsIgnoreCase(code, kCount) || startsWithIgnoreCase(code, kName) ||
-            startsWithIgnoreCase(code, kType)) {
+        if (equalsIgnoreCase(code, codes.count) || startsWithIgnoreCase(code, codes.name) ||
+            startsWithIgnoreCase(code, codes.type)) {
             command.erase();
         }
     };
     return editGeneral(context, edit, [&] {
-        auto text = formatPrintf("%s:%d;\r\n", kCount, rows.size());
+        auto text = formatPrintf("%s:%d;\r\n", codes.count, rows.size());
         int row = 0;
         for (const auto& some : {rows, uncounted}) {
             for (const auto& source : some) {
                 ++row;
                 // A row without a name stays: the numbers of the others depend on it.
-                text +=
-                    source.name.empty() ? std::string() : rowText(row, source.name, source.type);
+                text += source.name.empty() ? std::string()
+                                            : codes.rowText(row, source.name, source.type);
             }
         }
         return text;

@@ -49,7 +49,7 @@ std::optional<EditedGroup> readTransmission(DocumentContext& context, UserInterf
     if (!complete) {
         return std::nullopt;
     }
-    group.record.set("ID", source);
+    group.record.set(ownNameOf('T'), source);
     group.kept = std::move(file.kept());
     setStatusText(parent, "Edit Transmission Information.");
     return group;

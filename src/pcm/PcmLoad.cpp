@@ -11,6 +11,7 @@
 #include "pcm/structure/PcmFormatEdit.h"
 #include "pcm/structure/SubframeEdit.h"
 #include "pcm/write/WordFrameConversion.h"
+#include "vocabulary/References.h"
 #include "vocabulary/StreamType.h"
 
 namespace kavu {
@@ -201,8 +202,8 @@ int findStreamGroup(PcmFormat& format, UserInterface* parent, char letter,
             continue;
         }
         // No message for a long name here: the load of that stream has its own.
-        const auto name =
-            context.reader.findField(parent, source, groupHead(letter, index), "DLN", 0);
+        const auto name = context.reader.findField(parent, source, groupHead(letter, index),
+                                                   ownNameOf(letter), 0);
         if (name && name->substr(0, kNameLimit) == streamName.substr(0, kNameLimit)) {
             return index;
         }

@@ -12,6 +12,9 @@ namespace kavu {
 inline constexpr std::size_t kMostContacts = 9;
 inline constexpr std::size_t kMostSources = 99;
 
+/// Characters of the type of a data source.
+inline constexpr std::size_t kSourceTypeWidth = 3;
+
 inline constexpr std::string_view kContactCount = "POC\\N";
 inline constexpr std::string_view kSourceCount = "DSI\\N";
 inline constexpr std::string_view kSourceName = "DSI-n";

@@ -10,7 +10,6 @@ namespace kavu {
 namespace {
 
 constexpr std::string_view kPage = "multiplex_info";
-constexpr std::string_view kRows = "SI\\N";
 constexpr std::string_view kComposite = "Composite Signal Structure";
 constexpr std::string_view kBaseband = "Baseband Signal";
 constexpr std::string_view kFilter = "Low Pass Filter";
@@ -83,7 +82,7 @@ constexpr auto kFields = std::to_array<Field>({
      .element = "CompositeSignalStructure/CompositeLPFBandwidth",
      .elementRead = "CompositeSignalStructures/CompositeLPFBandwidth",
      .unit = "KHz"},
-    {.code = "BSG1",
+    {.code = kSignalType,
      .label = "Signal Type",
      .box = kBaseband,
      .page = kPage,
@@ -107,8 +106,8 @@ constexpr auto kFields = std::to_array<Field>({
      .element = "BasebandSignal/LowPassFilter/Type",
      .choices = kFilterTypes,
      .limit1996 = 3},
-    {.code = "BB\\MN", .limit = 32, .element = "BasebandSignal/MeasurementName"},
-    {.code = "BB\\DLN",
+    {.code = kBasebandMeasurement, .limit = 32, .element = "BasebandSignal/MeasurementName"},
+    {.code = kBasebandLink,
      .limit = 32,
      .element = "BasebandSignal/DataLinkName",
      .refersTo = Refers::Link},
@@ -117,19 +116,22 @@ constexpr auto kFields = std::to_array<Field>({
      .box = kSubcarriers,
      .page = kPage,
      .limit = 2},
-    {.code = kRows, .kind = FieldKind::Count, .rows = kMostSubcarriers, .writesZero = true},
+    {.code = kSubcarrierCount,
+     .kind = FieldKind::Count,
+     .rows = kMostSubcarriers,
+     .writesZero = true},
     {.code = "SI1-n",
      .label = "SCO Number",
      .limit = 5,
      .element = "Subcarriers/IRIGSubcarrier/Number",
-     .list = kRows},
-    {.code = "SI2-n",
+     .list = kSubcarrierCount},
+    {.code = kSubcarrierType,
      .label = "Data Type",
      .limit = 3,
      .kind = FieldKind::Choice,
      .element = "Subcarriers/IRIGSubcarrier/DataType",
      .choices = kDataTypes,
-     .list = kRows,
+     .list = kSubcarrierCount,
      .missing = "OTH"},
     {.code = "SI3-n",
      .label = "Modulation Sense",
@@ -137,32 +139,32 @@ constexpr auto kFields = std::to_array<Field>({
      .kind = FieldKind::Choice,
      .element = "Subcarriers/IRIGSubcarrier/ModulationSense",
      .choices = kSenses,
-     .list = kRows,
+     .list = kSubcarrierCount,
      .missing = "NEG"},
     {.code = "SIF1-n",
      .label = "Low Pass Filter Bandwidth",
      .limit = 6,
      .element = "Subcarriers/IRIGSubcarrier/LowPassFilter/Bandwidth",
-     .list = kRows},
-    {.code = "SIF2-n",
+     .list = kSubcarrierCount},
+    {.code = kSubcarrierFilter,
      .label = "Low Pass Filter Type",
      .limit = 2,
      .kind = FieldKind::Choice,
      .element = "Subcarriers/IRIGSubcarrier/LowPassFilter/Type",
      .choices = kFilterTypes,
      .limit1996 = 3,
-     .list = kRows,
+     .list = kSubcarrierCount,
      .missing = "OT"},
-    {.code = "SI\\MN-n",
+    {.code = kSubcarrierMeasurement,
      .label = "Measurement Name",
      .limit = 32,
      .element = "Subcarriers/IRIGSubcarrier/MeasurementName",
-     .list = kRows},
-    {.code = "SI\\DLN-n",
+     .list = kSubcarrierCount},
+    {.code = kSubcarrierLink,
      .label = "Data Link Name",
      .limit = 32,
      .element = "Subcarriers/IRIGSubcarrier/DataLinkName",
-     .list = kRows,
+     .list = kSubcarrierCount,
      .refersTo = Refers::Link},
     {.code = "SO",
      .label = "Other Non-Standard Subcarriers?",
@@ -193,7 +195,7 @@ std::span<const Field> multiplexFields() {
 }
 
 std::span<const Field> subcarrierFields() {
-    return listFields(kFields, kRows);
+    return listFields(kFields, kSubcarrierCount);
 }
 
 SignalName signalNameOf(std::string_view type) {

@@ -10,6 +10,15 @@ namespace kavu {
 
 inline constexpr std::size_t kMostSubcarriers = 99;
 
+inline constexpr std::string_view kSignalType = "BSG1";
+inline constexpr std::string_view kBasebandMeasurement = "BB\\MN";
+inline constexpr std::string_view kBasebandLink = "BB\\DLN";
+inline constexpr std::string_view kSubcarrierCount = "SI\\N";
+inline constexpr std::string_view kSubcarrierType = "SI2-n";
+inline constexpr std::string_view kSubcarrierFilter = "SIF2-n";
+inline constexpr std::string_view kSubcarrierMeasurement = "SI\\MN-n";
+inline constexpr std::string_view kSubcarrierLink = "SI\\DLN-n";
+
 /// The commands in the order in which they are written; those of a subcarrier ("-n")
 /// follow their count.
 [[nodiscard]] std::span<const Field> multiplexFields();

@@ -131,6 +131,17 @@ inline constexpr auto kPatterns = std::to_array<Choice>({{"", "", ""}});
 
 }  // namespace choice
 
+/// What the stream of a bus always has.
+namespace bus {
+inline constexpr int kFrames = 1;
+inline constexpr int kWordLength = 24;
+inline constexpr std::string_view kWordOrder = "M";
+inline constexpr std::string_view kParity = "OD";
+inline constexpr std::string_view kParityOrder = "L";
+inline constexpr std::string_view kSyncType = "FPT";
+inline constexpr std::string_view kSyncPattern = "111110101111001100100000";
+}  // namespace bus
+
 inline constexpr std::string_view kInSync = "In Sync";
 inline constexpr std::string_view kOutOfSync = "Out Of Sync";
 

@@ -72,7 +72,35 @@ Patterns makePatterns() {
     return all;
 }
 
+using Names = std::array<std::string_view, 'Z' - 'A' + 1>;
+
+Names makeNames() {
+    Names names;
+    const auto take = [&names](char letter, const Field& field) {
+        auto& name = names[static_cast<std::size_t>(letter - 'A')];
+        const bool isName = field.refersTo == Refers::Source || field.refersTo == Refers::LinkName;
+        if (name.empty() && isName && indexCountOf(field.code) == 0) {
+            name = field.code;
+        }
+    };
+    for (const auto& vocabulary : vocabularies()) {
+        for (const auto& field : vocabulary.fields) {
+            take(vocabulary.letter, field);
+        }
+    }
+    for (const auto& other : kOthers) {
+        take(other.letter, other.field);
+    }
+    return names;
+}
+
 }  // namespace
+
+std::string_view ownNameOf(char letter) {
+    static const auto kNames = makeNames();
+    return letter < 'A' || letter > 'Z' ? std::string_view()
+                                        : kNames[static_cast<std::size_t>(letter - 'A')];
+}
 
 Refers refersTo(char letter, std::string_view field) {
     static const auto kPatterns = makePatterns();

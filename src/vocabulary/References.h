@@ -14,6 +14,13 @@ namespace kavu {
 /// another field), nor its case, nor the edition. `letter` is upper case.
 [[nodiscard]] Refers refersTo(char letter, std::string_view field);
 
+/// Characters of the name of a data source, a data link or a measurement.
+inline constexpr int kNameLimit = 32;
+
+/// The field by which a group's file is found, which is the name that the group bears: "ID" of a
+/// data source's groups, "DLN" of a stream's. Empty for a group without one.
+[[nodiscard]] std::string_view ownNameOf(char letter);
+
 /// True for any name of a data link.
 [[nodiscard]] constexpr bool namesLink(Refers refers) {
     return refers == Refers::LinkName || refers == Refers::Link || refers == Refers::LinkMention;

@@ -12,8 +12,21 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace kavu {
+
+namespace {
+
+/// The first of the fields around a place that have at least so many indices.
+std::size_t firstOfRun(std::span<const Field> table, std::size_t place, int indices) {
+    while (place > 0 && indexCountOf(table[place - 1].code) >= indices) {
+        --place;
+    }
+    return place;
+}
+
+}  // namespace
 
 std::span<const GroupVocabulary> vocabularies() {
     static const auto kVocabularies = std::to_array<GroupVocabulary>({
@@ -57,6 +70,23 @@ std::vector<VocabularyMatch> matchVocabulary(char letter, std::string_view field
     const auto* const vocabulary = findVocabulary(letter);
     return vocabulary == nullptr ? std::vector<VocabularyMatch>()
                                  : matchVocabulary(vocabulary->fields, field);
+}
+
+bool isWrittenBefore(std::span<const Field> table, const VocabularyMatch& first,
+                     const VocabularyMatch& second) {
+    const auto places = std::to_array({static_cast<std::size_t>(first.field - table.data()),
+                                       static_cast<std::size_t>(second.field - table.data())});
+    // From the outermost list to the innermost one that both are in: which list, then which row.
+    const int levels = std::min(first.path.count, second.path.count);
+    for (int level = 0; level < levels; ++level) {
+        const auto list = firstOfRun(table, places[0], level + 1);
+        const auto other = firstOfRun(table, places[1], level + 1);
+        const auto row = static_cast<std::size_t>(level);
+        if (list != other || first.path.at[row] != second.path.at[row]) {
+            return std::pair(list, first.path.at[row]) < std::pair(other, second.path.at[row]);
+        }
+    }
+    return places[0] < places[1];
 }
 
 }  // namespace kavu

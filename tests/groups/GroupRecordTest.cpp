@@ -241,5 +241,56 @@ TEST_F(GroupRecordTest, AFileThatCanNotBeWrittenIsToldAndStays) {
     EXPECT_FALSE(t.document.changed);
 }
 
+// --- Lists in lists ---------------------------------------------------------------------------
+
+/// Buses, their messages, the measurements of these, and where each of them is.
+constexpr auto kDeepTable = std::to_array<Field>({
+    {.code = "NB\\N", .kind = FieldKind::Count, .rows = 9},
+    {.code = "BNA-n", .list = "NB\\N"},
+    {.code = "NM\\N-n", .kind = FieldKind::Count, .list = "NB\\N", .rows = 9},
+    {.code = "MNA-n-m", .list = "NM\\N-n", .missing = "MSG%d"},
+    {.code = "MN\\N-n-m", .kind = FieldKind::Count, .list = "NM\\N-n", .rows = 9},
+    {.code = "MN-n-m-k", .list = "MN\\N-n-m"},
+    {.code = "NML\\N-n-m-k", .kind = FieldKind::Count, .list = "MN\\N-n-m", .rows = 9},
+    {.code = "MWN-n-m-k-f", .list = "NML\\N-n-m-k", .missing = "W%d"},
+});
+
+TEST(GroupRecordDepth, ListsInListsAreReadAndWrittenToAnyDepth) {
+    TestContext t;
+    const std::string bytes =
+        "T-3\\NB\\N:2;\r\nT-3\\BNA-1:one;\r\nT-3\\NM\\N-1:1;\r\nT-3\\MNA-1-1:MSG1;\r\n"
+        "T-3\\BNA-2:two;\r\nT-3\\NM\\N-2:2;\r\nT-3\\MNA-2-1:a;\r\nT-3\\MNA-2-2:b;\r\n"
+        "T-3\\MN\\N-2-2:1;\r\nT-3\\MN-2-2-1:SPEED;\r\nT-3\\NML\\N-2-2-1:3;\r\n"
+        "T-3\\MWN-2-2-1-1:5;\r\nT-3\\MWN-2-2-1-2:W2;\r\nT-3\\MWN-2-2-1-3:7;\r\n";
+    t.write(groupFile('T', 3), bytes);
+    GroupSource source(t.context, &t.ui, 'T', 3);
+    GroupRow record;
+    ASSERT_TRUE(source.readTable(kDeepTable, record));
+    const auto messages = record.rows("NB\\N")[1].rows("NM\\N-n");
+    ASSERT_EQ(messages.size(), 2U);
+    const auto measurements = messages[1].rows("MN\\N-n-m");
+    ASSERT_EQ(measurements.size(), 1U);
+    ASSERT_EQ(measurements[0].rows("NML\\N-n-m-k").size(), 3U);
+    EXPECT_EQ(measurements[0].rows("NML\\N-n-m-k")[2].value("MWN-n-m-k-f"), "7");
+    GroupWriter writer('T', 3);
+    writer.writeTable(kDeepTable, record, 2011);
+    EXPECT_EQ(writer.text(), bytes);
+    EXPECT_EQ(source.kept().dropped(""), std::vector<std::string>{}) << "all of it was read";
+}
+
+TEST(GroupRecordDepth, WhatIsMissingFromARowHasTheNumberOfTheInnermostRow) {
+    TestContext t;
+    t.write(groupFile('T', 3), "T-3\\NB\\N:1;T-3\\NM\\N-1:2;T-3\\MN\\N-1-2:1;T-3\\NML\\N-1-2-1:3;");
+    GroupSource source(t.context, &t.ui, 'T', 3);
+    GroupRow record;
+    ASSERT_TRUE(source.readTable(kDeepTable, record));
+    const auto messages = record.rows("NB\\N")[0].rows("NM\\N-n");
+    ASSERT_EQ(messages.size(), 2U);
+    EXPECT_EQ(messages[1].value("MNA-n-m"), "MSG2");
+    const auto words = messages[1].rows("MN\\N-n-m")[0].rows("NML\\N-n-m-k");
+    ASSERT_EQ(words.size(), 3U);
+    EXPECT_EQ(words[2].value("MWN-n-m-k-f"), "W3");
+}
+
 }  // namespace
 }  // namespace kavu

@@ -60,10 +60,9 @@ inline void appendCodes(std::vector<std::string>& codes, std::span<const Field> 
         if (field.list != list) {
             continue;
         }
-        codes.push_back(fieldCode(field.code, at.numbers()));
+        codes.push_back(fieldCode(field.code, at.at));
         for (std::size_t i = 1; governsRows(field) && i <= 2; ++i) {
-            appendCodes(codes, table, edition, field.code,
-                        at.n == 0 ? RowNumbers{i, 0} : RowNumbers{at.n, i});
+            appendCodes(codes, table, edition, field.code, at.row(i));
         }
     }
 }

@@ -43,5 +43,22 @@ TEST(GroupScan, ACancelEndsTheReading) {
     EXPECT_TRUE(t.ui.boxes.empty());
 }
 
+TEST(GroupScan, MultiplexFilesAreReadWithTheirLinksInTheOrderOfTheGroup) {
+    test::TestContext t;
+    t.write("[kavu]MULTI.M03",
+            "M-3\\SI\\DLN-2:Second;\r\nM-3\\SI\\N:2;\r\nM-3\\SI\\DLN-1:First;\r\n"
+            "M-3\\SI\\DLN-3:not counted;\r\nM-3\\BB\\DLN:Base;\r\nM-3\\SI\\MN-1:Measured;\r\n"
+            "M-3\\ID:Source;\r\n");
+    t.write("[kavu]MULTI.M04", "M-4\\BB\\MN:Measured;\r\nM-4\\SI\\N:400;\r\n");
+    std::vector<Multiplex> multiplexes;
+    EXPECT_TRUE(readMultiplexes(t.context, &t.ui, multiplexes));
+    ASSERT_EQ(multiplexes.size(), 2U);
+    EXPECT_EQ(multiplexes[0].index, 3);
+    EXPECT_EQ(multiplexes[0].source, "Source");
+    EXPECT_THAT(multiplexes[0].links, ElementsAre("Base", "First", "Second"));
+    EXPECT_EQ(multiplexes[1].source, "");
+    EXPECT_TRUE(multiplexes[1].links.empty());
+}
+
 }  // namespace
 }  // namespace kavu

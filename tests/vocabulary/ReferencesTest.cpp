@@ -135,5 +135,34 @@ TEST(References, AreOfGroupsWithACapitalLetterAlone) {
     EXPECT_EQ(refersTo('P', {}), Refers::No);
 }
 
+TEST(References, EveryNameHasTheLimitOfNames) {
+    int names = 0;
+    for (const auto& vocabulary : vocabularies()) {
+        for (const auto& field : vocabulary.fields) {
+            // A measurement of the events list is one of the recorder's.
+            if (field.refersTo != Refers::No) {
+                ++names;
+                for (const int edition : {1996, 1999, 2011}) {
+                    EXPECT_EQ(limitIn(edition, field), static_cast<std::size_t>(kNameLimit))
+                        << vocabulary.letter << " " << field.code;
+                }
+            }
+        }
+    }
+    EXPECT_GT(names, 15);
+}
+
+TEST(References, AGroupBearsTheNameOfItsSourceOrItsLink) {
+    for (const char letter : std::string_view("TRMV")) {
+        EXPECT_EQ(ownNameOf(letter), "ID") << letter;
+    }
+    for (const char letter : std::string_view("PDBSA")) {
+        EXPECT_EQ(ownNameOf(letter), "DLN") << letter;
+    }
+    for (const char letter : std::string_view("GHC?@[t")) {
+        EXPECT_EQ(ownNameOf(letter), "") << letter;
+    }
+}
+
 }  // namespace
 }  // namespace kavu

@@ -132,5 +132,42 @@ TEST(Vocabularies, ACodeOfThePageAndTheBridgeFindsBoth) {
     EXPECT_TRUE(matches[1].field->bridgeOnly);
 }
 
+/// The fields in the order in which a writer puts them.
+std::vector<std::string_view> inOrder(std::span<const Field> table,
+                                      std::vector<std::string_view> fields) {
+    std::stable_sort(fields.begin(), fields.end(),
+                     [table](std::string_view first, std::string_view second) {
+                         return isWrittenBefore(table, matchVocabulary(table, first).front(),
+                                                matchVocabulary(table, second).front());
+                     });
+    return fields;
+}
+
+TEST(Vocabularies, CommandsAreWrittenRowByRowInEveryDepth) {
+    const auto* const measurements = findVocabulary('D');
+    using Fields = std::vector<std::string_view>;
+    const Fields order = {"DLN",         "ML\\N",        "MLN-1",      "MN\\N-1",     "MN-1-1",
+                          "MML\\N-1-1",  "MNF\\N-1-1-1", "WP-1-1-1-1", "WFM-1-1-1-1", "WP-1-1-1-2",
+                          "WFM-1-1-1-2", "MWL-1-1-2",    "WP-1-1-2-1", "MN-1-2",      "MML\\N-1-2",
+                          "MLN-2",       "MN\\N-2",      "COM"};
+    auto mixed = order;
+    std::reverse(mixed.begin(), mixed.end());
+    EXPECT_EQ(inOrder(measurements->fields, mixed), order);
+    std::rotate(mixed.begin(), mixed.begin() + 7, mixed.end());
+    EXPECT_EQ(inOrder(measurements->fields, mixed), order);
+}
+
+TEST(Vocabularies, ACommandIsNotWrittenBeforeItself) {
+    for (const auto& vocabulary : vocabularies()) {
+        for (const auto& field : vocabulary.fields) {
+            const auto code = fieldCode(field.code, {1, 2, 3, 4, 5, 6});
+            const auto matches = matchVocabulary(vocabulary.fields, code);
+            ASSERT_FALSE(matches.empty()) << code;
+            EXPECT_FALSE(isWrittenBefore(vocabulary.fields, matches.front(), matches.front()))
+                << code;
+        }
+    }
+}
+
 }  // namespace
 }  // namespace kavu

@@ -20,8 +20,6 @@ namespace kavu {
 
 namespace {
 
-constexpr std::string_view kSignals = "SI\\N";
-constexpr std::string_view kSignalType = "BSG1";
 constexpr std::size_t kDataTypeColumn = 1;
 constexpr std::size_t kLinkColumn = 5;
 constexpr std::size_t kLinkLimit = 32;
@@ -221,7 +219,7 @@ std::vector<std::string> MultiplexPage::shownRow(const GroupRow& row) const {
 void MultiplexPage::showRows() {
     std::vector<ListRow> shown;
     fileRows_.clear();
-    for (const auto& row : group_.record.rows(kSignals)) {
+    for (const auto& row : group_.record.rows(kSubcarrierCount)) {
         shown.push_back(shownRow(row));
         fileRows_.push_back(row.fileRow);
     }
@@ -233,7 +231,7 @@ void MultiplexPage::showRows() {
 }
 
 void MultiplexPage::takeRows() {
-    auto& rows = group_.record.lists[std::string(kSignals)];
+    auto& rows = group_.record.lists[std::string(kSubcarrierCount)];
     rows.clear();
     const auto fields = columnFields(form().edition);
     for (int i = 0; i < rows_->rowCount(); ++i) {

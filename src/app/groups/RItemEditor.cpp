@@ -6,14 +6,14 @@
 #include "app/groups/GroupRows.h"
 #include "core/TmatsDocument.h"
 #include "pcm/edit/FrameEditMask.h"
+#include "vocabulary/DGroupFields.h"
 #include "vocabulary/FieldRules.h"
+#include "vocabulary/References.h"
 
 namespace kavu {
 
 namespace {
 
-constexpr std::size_t kNameLimit = 32;
-constexpr std::size_t kMaskLimit = 64;
 constexpr std::size_t kLengthLimit = 2;
 constexpr int kSampleFactors = 16;
 constexpr char kMaskPrompt[] = "Enter BitMask";
@@ -34,7 +34,7 @@ EnterValueSetup setupOf(const Field& field, int edition) {
     } else if (field.prompt == "Enter Data Length") {
         setup.check = digitsCheck(kLengthLimit);
     } else if (field.prompt == kMaskPrompt) {
-        setup.check = textCheck(kMaskLimit);
+        setup.check = textCheck(kMaskWidth);
         setup.errorTitle = kIllegalText;
     } else if (field.prompt == "Select Sample Factor") {
         for (int factor = 0; factor < kSampleFactors; ++factor) {

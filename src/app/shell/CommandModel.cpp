@@ -33,7 +33,12 @@ QFont codeFont() {
 
 CommandModel::CommandModel(QObject* parent) : QAbstractTableModel(parent) {
     timer_.setInterval(0);
-    connect(&timer_, &QTimer::timeout, this, &CommandModel::slice);
+    connect(&timer_, &QTimer::timeout, this, [this] {
+        slice();
+        if (!commands_.status().ok()) {
+            emit failed();
+        }
+    });
 }
 
 void CommandModel::clear() {
@@ -52,7 +57,7 @@ IoStatus CommandModel::open(const std::string& path) {
     clear();
     auto status = commands_.open(path);
     start();
-    return status;
+    return status.ok() ? commands_.status() : status;
 }
 
 void CommandModel::setPairs(std::vector<std::pair<std::string, std::string>> pairs) {

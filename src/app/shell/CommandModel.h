@@ -46,6 +46,8 @@ class CommandModel : public QAbstractTableModel {
   signals:
     /// Rows or their number have changed.
     void progressed();
+    /// The file cannot be read to its end, which showed after `open` had given its first rows.
+    void failed();
 
   private:
     void start();

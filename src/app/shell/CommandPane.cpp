@@ -83,6 +83,8 @@ CommandPane::CommandPane(DocumentContext& context, ConversionStore* conversions,
         fitColumns();
         fitVisibleRows();
     });
+    connect(model_, &CommandModel::failed, this,
+            [this] { showFailure(IoStatus(model_->commands().status())); });
     setMinimumWidth(look::charactersWide(*this, 36));
     clear();
 }
@@ -268,15 +270,18 @@ void CommandPane::offerFiles() {
     fileChoice_->setVisible(files_.size() > 1);
 }
 
+void CommandPane::showFailure(const IoStatus& status) {
+    showEmpty(isMissing(status) ? QStringLiteral("Nothing is stored for this item.")
+                                : QStringLiteral("%1 cannot be read: %2.")
+                                      .arg(toQString(status.path()), toQString(status.reason())));
+}
+
 void CommandPane::showFile() {
     const auto& file = files_[static_cast<std::size_t>(std::max(0, fileChoice_->currentIndex()))];
     const auto path = context_.store.pathOf(groupFile(file.letter, file.group));
     const auto status = model_->open(path);
     if (!status.ok()) {
-        showEmpty(isMissing(status)
-                      ? QStringLiteral("Nothing is stored for this item.")
-                      : QStringLiteral("%1 cannot be read: %2.")
-                            .arg(toQString(status.path()), toQString(status.reason())));
+        showFailure(status);
         return;
     }
     empty_->hide();

@@ -63,6 +63,7 @@ class CommandPane : public QWidget {
     [[nodiscard]] QString sourcesText(char sourceClass) const;
     [[nodiscard]] QString streamsText(const std::string& source) const;
     void showEmpty(const QString& text);
+    void showFailure(const IoStatus& status);
     void updateCount();
     void updateCopy();
     void fitColumns();

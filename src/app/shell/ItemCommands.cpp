@@ -61,9 +61,9 @@ bool CommandFilter::matches(std::string_view text) const {
 }
 
 void ItemCommands::clear() {
-    bytes_ = std::string();
     source_ = ByteSource();
-    places_ = {};
+    commands_.clear();
+    status_ = {};
     pairs_ = {};
     complete_ = true;
 }
@@ -77,10 +77,10 @@ IoStatus ItemCommands::open(const std::string& path) {
     if (size > kMostBytes) {
         return {path, EFBIG};
     }
-    if (auto status = readWholeFile(path, bytes_); !status.ok()) {
+    if (auto status = source_.open(path); !status.ok()) {
         return status;
     }
-    source_ = ByteSource::fromMemory(bytes_);
+    commands_.reserve(static_cast<std::size_t>(size));
     complete_ = false;
     return {};
 }
@@ -91,40 +91,31 @@ void ItemCommands::setPairs(std::vector<std::pair<std::string, std::string>> pai
 }
 
 bool ItemCommands::findMore(std::size_t most) {
-    for (std::size_t i = 0; i < most && !complete_; ++i) {
-        if (!reader_.nextRawCommand(source_, command_)) {
-            complete_ = true;
-            break;
-        }
-        const auto end = source_.position();
-        const auto view = viewCommand(command_);
-        const auto length = command_.size();
-        places_.push_back(
-            {static_cast<std::uint32_t>(end - length), static_cast<std::uint32_t>(length),
-             static_cast<std::uint32_t>(view.hasColon ? view.code.size()
-                                                      : withoutEnd(command_).size())});
+    if (!complete_ && !commands_.readSome(reader_, source_, most)) {
+        complete_ = true;
+        status_ = source_.status();
+        source_.close();
     }
     return !complete_;
 }
 
 std::size_t ItemCommands::size() const {
-    return pairs_.empty() ? places_.size() : pairs_.size();
+    return pairs_.empty() ? commands_.size() : pairs_.size();
 }
 
 std::string_view ItemCommands::code(std::size_t row) const {
     if (!pairs_.empty()) {
         return pairs_[row].first;
     }
-    return std::string_view(bytes_).substr(places_[row].at, places_[row].codeLength);
+    const auto command = commands_.at(row);
+    return command.hasColon ? command.code : withoutEnd(command.text);
 }
 
 std::string_view ItemCommands::rawValue(std::size_t row) const {
     if (!pairs_.empty()) {
         return pairs_[row].second;
     }
-    const auto& place = places_[row];
-    const auto command = withoutEnd(std::string_view(bytes_).substr(place.at, place.length));
-    return command.substr(std::min<std::size_t>(command.size(), place.codeLength + 1U));
+    return commands_.at(row).value;
 }
 
 std::string ItemCommands::value(std::size_t row) const {

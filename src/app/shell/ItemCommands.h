@@ -1,9 +1,10 @@
 // The commands of a group file, or the pairs of a conversion record, as rows of code and
-// value for somebody who only looks at them. A file is read once; where its commands are is
-// found out in slices, and the text of a row is made when it is asked for.
+// value for somebody who only looks at them. A file is read once, in slices; the text of a row
+// is made when it is asked for.
 #pragma once
 
 #include "core/TmatsReader.h"
+#include "core/document/CommandIndex.h"
 #include "core/files/FileIo.h"
 
 #include <cstddef>
@@ -39,13 +40,15 @@ class ItemCommands {
 
     /// Forgets all rows.
     void clear();
-    /// Reads a file; its rows come by `findMore`.
+    /// Opens a file; its rows come by `findMore`.
     [[nodiscard]] IoStatus open(const std::string& path);
     /// The rows are these.
     void setPairs(std::vector<std::pair<std::string, std::string>> pairs);
 
-    /// Finds at most so many commands more. False once all have been found.
+    /// Finds at most so many commands more. False once all have been found, or the file cannot be
+    /// read to its end, which `status` states.
     bool findMore(std::size_t most);
+    [[nodiscard]] const IoStatus& status() const { return status_; }
     [[nodiscard]] bool complete() const { return complete_; }
     /// The rows found so far.
     [[nodiscard]] std::size_t size() const;
@@ -59,18 +62,12 @@ class ItemCommands {
     [[nodiscard]] bool matches(std::size_t row, const CommandFilter& filter) const;
 
   private:
-    struct Place {
-        std::uint32_t at;
-        std::uint32_t length;
-        std::uint32_t codeLength;
-    };
     [[nodiscard]] std::string_view rawValue(std::size_t row) const;
 
-    std::string bytes_;
     ByteSource source_;
     TmatsReader reader_;
-    std::string command_;
-    std::vector<Place> places_;
+    CommandIndex commands_;
+    IoStatus status_;
     std::vector<std::pair<std::string, std::string>> pairs_;
     bool complete_ = true;
 };

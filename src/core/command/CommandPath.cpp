@@ -135,6 +135,12 @@ std::string groupHead(char letter, int group) {
     return head;
 }
 
+bool isOfPattern(std::string_view field, std::string_view pattern) {
+    const auto stem = stemOf(pattern);
+    return field.size() > stem.size() && field[stem.size()] == '-' &&
+           startsWithIgnoreCase(field, stem);
+}
+
 void appendField(std::string& out, std::string_view pattern, std::span<const int> numbers) {
     const auto indices = static_cast<std::size_t>(indexCountOf(pattern));
     out += stemOf(pattern);

@@ -38,12 +38,33 @@ struct CommandView {
 /// appended.
 void setValue(std::string& command, std::string_view value);
 
-/// The field of a code, split into stem and indices: "ADL-2-5" is "ADL" with 2 and 5.
-struct FieldPath {
+/// The numbers in place of the indices of a field. They count from 1.
+struct RowNumbers {
     static constexpr int kMostIndices = 6;
-    std::string_view stem;
-    std::array<int, kMostIndices> at{};
+    std::array<int, kMostIndices> at{};  ///< 0 behind the last one
     int count = 0;
+
+    constexpr RowNumbers() = default;
+    constexpr RowNumbers(std::initializer_list<std::size_t> numbers) {
+        for (const auto number : numbers) {
+            *this = row(number);
+        }
+    }
+    /// The numbers of a row of a list in this row. REQUIRES: count < kMostIndices.
+    [[nodiscard]] constexpr RowNumbers row(std::size_t number) const {
+        auto inner = *this;
+        inner.at[static_cast<std::size_t>(inner.count++)] = static_cast<int>(number);
+        return inner;
+    }
+    /// The number of the innermost row; 0 outside of all lists.
+    [[nodiscard]] constexpr int last() const {
+        return count == 0 ? 0 : at[static_cast<std::size_t>(count) - 1];
+    }
+};
+
+/// The field of a code, split into stem and indices: "ADL-2-5" is "ADL" with 2 and 5.
+struct FieldPath : RowNumbers {
+    std::string_view stem;
 };
 /// Splits the indices from the end of a field. An index is a number as a printf format writes
 /// it: no sign, no leading 0, at least 1, at most nine digits; anything else stays in the
@@ -96,6 +117,10 @@ void appendHead(std::string& out, char letter, int group);
 [[nodiscard]] constexpr std::string_view stemOf(std::string_view pattern) {
     return pattern.substr(0, pattern.size() - 2 * static_cast<std::size_t>(indexCountOf(pattern)));
 }
+
+/// True for a field of a pattern with indices, whatever stands in their place: "MN-1-2" and "mn-x"
+/// are of "MN-n-m", "MN" and "MN1-1-2" are not.
+[[nodiscard]] bool isOfPattern(std::string_view field, std::string_view pattern);
 
 /// Appends a field: the pattern "SF4-n-m-k" with {1, 2, 3} is "SF4-1-2-3". Numbers beyond the
 /// indices of the pattern are left out. REQUIRES: as many numbers as the pattern has indices.

@@ -38,7 +38,6 @@ bool isWanted(std::string_view command, std::span<const std::string_view> wanted
 
 IoStatus CommandIndex::read(TmatsReader& reader, ByteSource& source, Comments comments,
                             std::span<const std::string_view> wanted) {
-    const auto before = entries_.size();
     // Reserving keeps growth from taking twice the memory. A file larger than this may be
     // mostly one command.
     constexpr std::uint64_t kMostReserved = std::uint64_t{64} << 20U;
@@ -50,28 +49,28 @@ IoStatus CommandIndex::read(TmatsReader& reader, ByteSource& source, Comments co
     std::string command;
     while (fits && (comments == Comments::Keep ? reader.nextRawCommand(source, command)
                                                : reader.nextCommand(source, command))) {
-        fits = !isWanted(command, wanted) || append(command);
+        fits = !isWanted(command, wanted) || add(command);
     }
-    hashFrom(before);
     return fits ? source.status() : IoStatus({}, EFBIG);
 }
 
 IoStatus CommandIndex::readFile(TmatsReader& reader, const std::string& path, Comments comments,
-                                std::initializer_list<std::string_view> wanted) {
+                                std::span<const std::string_view> wanted) {
     ByteSource source;
     if (auto status = source.open(path); !status.ok()) {
         return status;
     }
-    auto status = read(reader, source, comments, {wanted.begin(), wanted.size()});
+    auto status = read(reader, source, comments, wanted);
     return status.code() == EFBIG ? IoStatus(path, EFBIG) : status;
 }
 
-bool CommandIndex::add(std::string_view command) {
-    const auto before = entries_.size();
-    if (!append(command)) {
-        return false;
+bool CommandIndex::readSome(TmatsReader& reader, ByteSource& source, std::size_t most) {
+    std::string command;
+    for (std::size_t i = 0; i < most; ++i) {
+        if (!reader.nextRawCommand(source, command) || !add(command)) {
+            return false;
+        }
     }
-    hashFrom(before);
     return true;
 }
 
@@ -83,7 +82,7 @@ CommandView CommandIndex::at(std::size_t place) const {
     return viewCommand(textOf(entries_[place]));
 }
 
-bool CommandIndex::append(std::string_view command) {
+bool CommandIndex::add(std::string_view command) {
     constexpr std::size_t kMostText = kNone;
     constexpr std::size_t kMostCommand = kNone >> 1U;
     if (command.size() > kMostCommand || text_.size() + command.size() > kMostText) {
@@ -91,25 +90,26 @@ bool CommandIndex::append(std::string_view command) {
     }
     const auto view = viewCommand(command);
     entries_.push_back({static_cast<std::uint32_t>(text_.size()),
-                        view.hasColon ? static_cast<std::uint32_t>(view.code.size()) : kNone, kNone,
+                        view.hasColon ? static_cast<std::uint32_t>(view.code.size()) : kNone,
                         static_cast<std::uint32_t>(command.size()) & (kNone >> 1U), 0});
     text_.append(command);
     return true;
 }
 
-void CommandIndex::hashFrom(std::size_t first) {
+void CommandIndex::hash() const {
     if (slots_.size() < entries_.size()) {
         slots_.assign(std::bit_ceil(2 * entries_.size()), {});
-        std::for_each(entries_.begin(), entries_.end(), [](Entry& entry) { entry.next = kNone; });
-        first = 0;
+        next_.clear();
     }
-    for (auto i = first; i < entries_.size(); ++i) {
+    auto i = next_.size();
+    next_.resize(entries_.size(), kNone);
+    for (; i < entries_.size(); ++i) {
         if (valueOf(entries_[i]).empty()) {
             continue;  // look-ups pass over it
         }
         auto& slot = slotOf(codeOf(entries_[i]));
         const auto place = static_cast<std::uint32_t>(i);
-        (slot.first == kNone ? slot.first : entries_[slot.last].next) = place;
+        (slot.first == kNone ? slot.first : next_[slot.last]) = place;
         slot.last = place;
     }
 }
@@ -123,17 +123,17 @@ std::string_view CommandIndex::valueOf(const Entry& entry) const {
     return value;
 }
 
-CommandIndex::Slot& CommandIndex::slotOf(std::string_view code) {
+CommandIndex::Slot& CommandIndex::slotOf(std::string_view code) const {
     return slots_[hashOf(code) & (slots_.size() - 1)];
 }
 
 std::optional<CommandIndex::Found> CommandIndex::peek(std::string_view code) const {
+    hash();
     if (slots_.empty()) {
         return std::nullopt;
     }
     auto found = kNone;
-    for (auto i = slots_[hashOf(code) & (slots_.size() - 1)].first; i != kNone;
-         i = entries_[i].next) {
+    for (auto i = slotOf(code).first; i != kNone; i = next_[i]) {
         const bool isAhead = i >= position_;
         if ((found == kNone || isAhead) && equalsIgnoreCase(codeOf(entries_[i]), code)) {
             found = i;

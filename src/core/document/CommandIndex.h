@@ -2,8 +2,9 @@
 // for those that have been read. It belongs to one operation and is not a cache: the file
 // stays the truth.
 //
-// A command takes its text and some thirty bytes. A file whose size only the disk limits (a D
-// group) is not read whole, but command by command or in chunks.
+// A command takes its text and 12 bytes, and some 24 bytes more from the first look-up on: a
+// walk over the commands does not pay for their codes. A file whose size only the disk limits
+// (a D group) is not read whole, but command by command or in chunks.
 #pragma once
 
 #include "core/command/CommandPath.h"
@@ -11,7 +12,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <initializer_list>
 #include <optional>
 #include <span>
 #include <string>
@@ -39,7 +39,12 @@ class CommandIndex {
     /// the status says so.
     IoStatus readFile(TmatsReader& reader, const std::string& path,
                       Comments comments = Comments::Skip,
-                      std::initializer_list<std::string_view> wanted = {});
+                      std::span<const std::string_view> wanted = {});
+    /// Adds at most so many commands of a source, comments included. False once it has no more,
+    /// or there is no room for the next one.
+    bool readSome(TmatsReader& reader, ByteSource& source, std::size_t most);
+    /// Makes room for so many bytes of commands at once.
+    void reserve(std::size_t bytes) { text_.reserve(bytes); }
     /// Adds one command, whole, with its `;`. False if there is no room for it.
     bool add(std::string_view command);
     void clear();
@@ -75,14 +80,16 @@ class CommandIndex {
     [[nodiscard]] bool isRead(std::size_t place) const { return entries_[place].read != 0; }
 
     /// The approximate size in bytes.
-    [[nodiscard]] std::size_t memory() const { return text_.size() + 32 * entries_.size(); }
+    [[nodiscard]] std::size_t memory() const {
+        return text_.size() + entries_.size() * sizeof(Entry) + next_.size() * sizeof(next_[0]) +
+               slots_.size() * sizeof(Slot);
+    }
 
   private:
     static constexpr std::uint32_t kNone = 0xFFFFFFFFU;
     struct Entry {
         std::uint32_t start;
         std::uint32_t colon;  ///< counted from the start; `kNone` without one
-        std::uint32_t next;   ///< the next entry of the same slot, in order; `kNone` at the end
         std::uint32_t size : 31;
         std::uint32_t read : 1;
     };
@@ -90,8 +97,7 @@ class CommandIndex {
         std::uint32_t first = kNone;
         std::uint32_t last = kNone;
     };
-    bool append(std::string_view command);
-    void hashFrom(std::size_t first);
+    void hash() const;
     [[nodiscard]] std::string_view textOf(const Entry& entry) const {
         return std::string_view(text_).substr(entry.start, entry.size);
     }
@@ -99,12 +105,15 @@ class CommandIndex {
         return textOf(entry).substr(0, entry.colon);
     }
     [[nodiscard]] std::string_view valueOf(const Entry& entry) const;
-    [[nodiscard]] Slot& slotOf(std::string_view code);
+    [[nodiscard]] Slot& slotOf(std::string_view code) const;
 
     std::string text_;  ///< the commands, without separators
     std::vector<Entry> entries_;
-    std::vector<Slot> slots_;  ///< a power of two; of the commands that have a value
     std::size_t position_ = 0;
+    // Made by look-ups, for the commands that have come since the last one.
+    mutable std::vector<Slot> slots_;  ///< a power of two; of the commands that have a value
+    /// The next entry of the same slot, in order; `kNone` at the end.
+    mutable std::vector<std::uint32_t> next_;
 };
 
 }  // namespace kavu

@@ -19,9 +19,6 @@ namespace kavu {
 
 namespace {
 
-constexpr std::string_view kBusPatternBinary = "111 110 101 111 001 100 100 000";
-constexpr std::string_view kBusPatternHex = "FA F320";
-
 /// Corrects a field of a bus stream that may only have one value, or none.
 template <std::size_t Width>
 void fixBusField(PcmLoad& load, FixedText<Width>& field, std::string_view only,
@@ -41,6 +38,10 @@ void fixBusNumber(PcmLoad& load, int& number, int only, MessageFor<> message) {
     }
 }
 
+std::optional<int> limited(PcmLoad& load, const Field& field) {
+    return load.limitedNumber(field.code, static_cast<int>(field.limit));
+}
+
 void readTexts(PcmLoad& load, std::initializer_list<std::string_view> codes) {
     for (const auto code : codes) {
         const auto& attribute = *findPcmAttribute(code);
@@ -58,11 +59,11 @@ void readInputData(PcmLoad& load) {
         format.typeFormat = stream_type::kClassOne.stored;
         load.corrected();
     }
-    format.commonWordLength = load.limitedNumber("F1", 2).value_or(0);
+    format.commonWordLength = limited(load, p::kF1).value_or(0);
     readTexts(load, {"F2", "F3", "F4"});
-    fixBusField(load, format.wordTransferOrder, "M", 166);
-    fixBusField(load, format.parity, "OD", 167);
-    fixBusField(load, format.parityTransferOrder, "L", 168);
+    fixBusField(load, format.wordTransferOrder, p::bus::kWordOrder, 166);
+    fixBusField(load, format.parity, p::bus::kParity, 167);
+    fixBusField(load, format.parityTransferOrder, p::bus::kParityOrder, 168);
 }
 
 /// The number of frames and the words, all of the common length. False without words.
@@ -73,14 +74,14 @@ bool readFrameSize(PcmLoad& load) {
         load.log(id, titleId, first, second);
         load.corrected();
     };
-    int frames = load.limitedNumber("MF\\N", 3).value_or(1);
-    fixBusNumber(load, frames, 1, 169);
+    int frames = limited(load, p::kMfN).value_or(1);
+    fixBusNumber(load, frames, p::bus::kFrames, 169);
     if (frames < 1) {
         frames = 1;
         load.corrected();
     }
     format.raiseNumberOfFrames(report, frames);
-    const int words = load.limitedNumber("MF1", 4).value_or(1);
+    const int words = limited(load, p::kMf1).value_or(1);
     if (words < 1) {
         load.corrected();
     }
@@ -91,9 +92,13 @@ bool readFrameSize(PcmLoad& load) {
     return true;
 }
 
-/// The pattern as it is held: in groups, in the notation of the setting.
+/// A pattern as it is held: in groups, in the notation of the setting.
+std::string shownPattern(const PcmFormat& format, const std::string& digits) {
+    return format.hexFsp ? groupFromRight(binaryToHex(digits), 4) : groupFromRight(digits, 3);
+}
+
 std::string readPattern(PcmLoad& load) {
-    const auto value = load.text("MF5", kMostSyncBits);
+    const auto value = load.text(p::kMf5.code, kMostSyncBits);
     const auto digits = withoutBlanks(value.value_or(std::string_view()));
     if (digits.empty()) {
         return {};
@@ -103,23 +108,23 @@ std::string readPattern(PcmLoad& load) {
         load.corrected();
         return {};
     }
-    return load.format.hexFsp ? groupFromRight(binaryToHex(digits), 4) : groupFromRight(digits, 3);
+    return shownPattern(load.format, digits);
 }
 
 void readSync(PcmLoad& load) {
     auto& format = load.format;
-    format.bitsPerMinorFrame = load.limitedNumber("MF2", 5).value_or(0);
+    format.bitsPerMinorFrame = limited(load, p::kMf2).value_or(0);
     readTexts(load, {"MF3"});
-    fixBusField(load, format.syncType, "FPT", 170);
-    int length = load.number("MF4").value_or(0);
-    fixBusNumber(load, length, kBusWordLength, 171);
+    fixBusField(load, format.syncType, p::bus::kSyncType, 170);
+    int length = load.number(p::kMf4.code).value_or(0);
+    fixBusNumber(load, length, p::bus::kWordLength, 171);
     auto pattern = readPattern(load);
     if (format.isBusStream) {
-        const auto only = format.hexFsp ? kBusPatternHex : kBusPatternBinary;
+        const auto only = shownPattern(format, std::string(p::bus::kSyncPattern));
         if (pattern != only) {
             load.log(172, title::kIllegalValueFound);
             pattern = only;
-            length = kBusWordLength;
+            length = p::bus::kWordLength;
             load.corrected();
         }
     } else {

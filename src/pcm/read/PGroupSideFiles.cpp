@@ -4,6 +4,8 @@
 #include "core/document/DocumentFiles.h"
 #include "groups/GroupScan.h"
 #include "pcm/PcmLoad.h"
+#include "pcm/model/PcmFormatFields.h"
+#include "vocabulary/ListFields.h"
 
 #include <algorithm>
 
@@ -13,6 +15,9 @@ namespace {
 
 /// Rows of a list; a count beyond it comes from a damaged file.
 constexpr int kMostRows = 9999;
+
+/// Whether a value is cut to the limit of its field.
+enum class ValueWidth { Limited, Whole };
 
 /// Copies commands of the group to a working file.
 class SideFile {
@@ -31,19 +36,34 @@ class SideFile {
         }
     }
 
-    void copy(std::string_view pattern, int limit, std::initializer_list<int> numbers = {}) {
-        const auto code = fieldCode(pattern, numbers);
+    /// Copies the fields of a table, the rows of a list behind their count.
+    void copyAll(std::span<const Field> fields, ValueWidth width) {
+        for (const auto& field : fields) {
+            if (!field.list.empty()) {
+                continue;
+            }
+            const int limit = width == ValueWidth::Whole ? 0 : static_cast<int>(field.limit);
+            copy(field.code, limit);
+            const int rows = governsRows(field) ? countOf(field, limit) : 0;
+            for (int n = 1; n <= rows; ++n) {
+                for (const auto& cell : listFields(fields, field.code)) {
+                    copy(fieldCode(cell.code, {n}),
+                         width == ValueWidth::Whole ? 0 : static_cast<int>(cell.limit));
+                }
+            }
+        }
+    }
+
+  private:
+    void copy(std::string_view code, int limit) {
         if (const auto value = load_.text(code, limit)) {
             writeCommand(writer_.out(), load_.prefix, code, *value);
         }
     }
-    /// Copies a count, and returns it.
-    int copyCount(std::string_view code, int limit = 0) {
-        copy(code, limit);
-        return std::min(load_.limitedNumber(code, limit).value_or(0), kMostRows);
+    [[nodiscard]] int countOf(const Field& count, int limit) {
+        return std::min(load_.limitedNumber(count.code, limit).value_or(0), kMostRows);
     }
 
-  private:
     PcmLoad& load_;
     DocumentWriter writer_;
 };
@@ -51,37 +71,15 @@ class SideFile {
 }  // namespace
 
 void keepFrameFilter(PcmLoad& load) {
-    SideFile file(load, kFrameFilterFile);
-    file.copy("MFF\\FDT", 0);
-    const int count = file.copyCount("MFF\\N");
-    for (int n = 1; n <= count; ++n) {
-        file.copy("MFF\\MFN-n", 0, {n});
-    }
+    SideFile(load, kFrameFilterFile).copyAll(frameFilterFields(), ValueWidth::Whole);
 }
 
 void keepFormatSwitch(PcmLoad& load) {
-    SideFile file(load, kFormatSwitchFile);
-    file.copy("FFI1", 4);
-    file.copy("FFI2", 64);
-    const int lists = file.copyCount("MLC\\N");
-    for (int n = 1; n <= lists; ++n) {
-        file.copy("MLC1-n", 16, {n});
-        file.copy("MLC2-n", 32, {n});
-    }
-    const int formats = file.copyCount("FSC\\N");
-    for (int n = 1; n <= formats; ++n) {
-        file.copy("FSC1-n", 16, {n});
-        file.copy("FSC2-n", 32, {n});
-    }
+    SideFile(load, kFormatSwitchFile).copyAll(formatSwitchFields(), ValueWidth::Limited);
 }
 
 void keepAltTag(PcmLoad& load) {
-    SideFile file(load, kAltTagFile);
-    file.copy("ALT\\N", 3);
-    file.copy("ALT1", 2);
-    file.copy("ALT2", 2);
-    file.copy("ALT3", 2);
-    file.copy("ALT4", 1);
+    SideFile(load, kAltTagFile).copyAll(altTagFields(), ValueWidth::Limited);
 }
 
 }  // namespace kavu

@@ -36,13 +36,13 @@ void setText(PcmFormat& format, std::string_view code, std::string_view value) {
 }
 
 void takeBusValues(PcmFormat& format, UserInterface* parent) {
-    format.setNumberOfFrames(parent, 1);
-    format.setCommonWordLength(parent, kBusWordLength);
-    format.setFrameSyncPatternByLength(parent, kBusWordLength);
-    setText(format, "MF3", "FPT");
-    setText(format, "F4", "L");
-    setText(format, "F3", "OD");
-    setText(format, "F2", {});
+    format.setNumberOfFrames(parent, p::bus::kFrames);
+    format.setCommonWordLength(parent, p::bus::kWordLength);
+    format.setFrameSyncPatternByLength(parent, p::bus::kWordLength);
+    setText(format, p::kMf3.code, p::bus::kSyncType);
+    setText(format, p::kF4.code, p::bus::kParityOrder);
+    setText(format, p::kF3.code, p::bus::kParity);
+    setText(format, p::kF2.code, {});
 }
 
 /// Does what follows from a picked value.

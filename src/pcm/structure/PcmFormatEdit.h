@@ -15,8 +15,7 @@ namespace kavu {
 class PcmFormat;
 class UserInterface;
 
-// The values of a bus stream by its standard.
-inline constexpr int kBusWordLength = 24;
+/// The fewest words of the frame of a bus stream.
 inline constexpr int kLeastWordsBus = 128;
 
 /// The value of an attribute as a page shows it; empty for an unknown code.

@@ -9,6 +9,7 @@
 #include "pcm/PcmFormat.h"
 #include "pcm/model/SubframeFields.h"
 #include "pcm/structure/SubframeEdit.h"
+#include "vocabulary/PGroupFields.h"
 #include "vocabulary/StreamType.h"
 
 #include <algorithm>
@@ -42,11 +43,11 @@ StreamSummary summariseStream(const PcmFormat& format) {
 
 StreamSummary readStreamSummary(DocumentContext& context, UserInterface* parent, int pGroup,
                                 std::size_t measurements) {
+    const auto wanted = std::to_array({p::kTf.code, p::kD2.code, p::kMf1.code, p::kMfN.code,
+                                       p::kIsfN.code, codeHead(subframe_field::kCount.field.code)});
     CommandIndex fields;
     const auto status = fields.readFile(
-        context.reader, context.store.pathOf(groupFile('P', pGroup)), Comments::Skip,
-        {"TF", "D2", "MF1", "MF\\N", counter_field::kCount.field.code,
-         codeHead(subframe_field::kCount.field.code)});
+        context.reader, context.store.pathOf(groupFile('P', pGroup)), Comments::Skip, wanted);
     StreamSummary summary;
     if (!status.ok()) {
         reportUnableToRead(parent, status);
@@ -62,10 +63,10 @@ StreamSummary readStreamSummary(DocumentContext& context, UserInterface* parent,
         return std::min(
             fields.findIntField(nullptr, prefix + std::string(code)).value_or(otherwise), most);
     };
-    summary.kind = streamKindText(text("TF").value_or(stream_type::kClassOne.stored));
-    summary.words = number("MF1", 1, kMostWords);
-    summary.frames = number("MF\\N", 1, kMostFrames);
-    summary.bitRate = text("D2").value_or("").substr(0, 9);
+    summary.kind = streamKindText(text(p::kTf.code).value_or(stream_type::kClassOne.stored));
+    summary.words = number(p::kMf1.code, 1, kMostWords);
+    summary.frames = number(p::kMfN.code, 1, kMostFrames);
+    summary.bitRate = text(p::kD2.code).value_or("").substr(0, p::kD2.limit);
     summary.counters = number(counter_field::kCount.field.code, 0, kMostIdCounters);
     for (int n = 1; n <= summary.counters && context.document.version < kHiddenSubframesEdition;
          ++n) {

@@ -13,6 +13,7 @@
 #include "pcm/structure/SubframeEdit.h"
 #include "pcm/write/PcmSave.h"
 #include "pcm/write/WordFrameBuild.h"
+#include "vocabulary/PGroupFields.h"
 #include "vocabulary/SubframeCodes.h"
 
 #include <algorithm>
@@ -419,9 +420,9 @@ bool migrateStream(PcmFormat& format, UserInterface* parent, const PcmSteps& ste
     const LogAside aside(context.messages);
     CommandIndex fields;
     (void)fields.readFile(context.reader, context.store.pathOf(groupFile('P', pIndex)),
-                          Comments::Skip, {"DLN"});
-    const auto found =
-        fields.findField(context.reader, nullptr, groupHead('P', pIndex) + "DLN", kNameLimit);
+                          Comments::Skip, {&p::kDln.code, 1});
+    const auto found = fields.findField(
+        context.reader, nullptr, groupHead('P', pIndex) + std::string(p::kDln.code), kNameLimit);
     const auto name = std::string(found.value_or(""));
     format.closeFormat();
     if (name.empty() || findStreamGroup(format, parent, 'P', name) != pIndex) {

@@ -11,6 +11,7 @@
 #include "support/TestApplication.h"
 
 #include <chrono>
+#include <filesystem>
 #include <iostream>
 
 #include <QClipboard>
@@ -116,6 +117,31 @@ TEST_F(CommandPaneTest, AValueThatLooksLikeMarkupIsShownAsItStandsAndAVeryLongOn
     EXPECT_TRUE(("x" + longText).starts_with(shown.substr(0, shown.size() - 3)));
     EXPECT_TRUE(shown.ends_with("\xC3\xA4..."));
     EXPECT_LT(shown.size(), 20010U);
+}
+
+TEST_F(CommandPaneTest, BlanksInFrontOfTheEndOfACommandTakeNothingFromItsCode) {
+    auto& context = app.application.context();
+    test::writeFile(context.store.pathOf(groupFile('H')), "H\\A:one   ;\r\nH\\B;\r\nH\\C:2;;half");
+    pane.showItem({.kind = TreeKind::Hardware, .command = 19, .letter = 'H'});
+    settle();
+    ASSERT_EQ(pane.model().rowCount(), 4);
+    EXPECT_EQ(cell(0, 0), "H\\A");
+    EXPECT_EQ(cell(0, 1), "one");
+    EXPECT_EQ(cell(1, 0), "H\\B");
+    EXPECT_EQ(cell(1, 1), "");
+    EXPECT_EQ(cell(2, 0), "H\\C");
+    EXPECT_EQ(cell(2, 1), "2");
+}
+
+TEST_F(CommandPaneTest, AFileThatCannotBeReadIsNamedWithTheReason) {
+    auto& context = app.application.context();
+    const auto path = context.store.pathOf(groupFile('H'));
+    ASSERT_TRUE(std::filesystem::create_directory(path));
+    pane.showItem({.kind = TreeKind::Hardware, .command = 19, .letter = 'H'});
+    settle();
+    EXPECT_TRUE(find<QLabel>(pane, "emptyText")->isVisible());
+    EXPECT_EQ(text("emptyText"), path + " cannot be read: Is a directory.");
+    EXPECT_FALSE(find<QTableView>(pane, "commands")->isVisible());
 }
 
 TEST_F(CommandPaneTest, TheFilterFindsCodesAndValuesInAnyCase) {

@@ -159,5 +159,30 @@ TEST(CommandPathTest, ComposedCodesAreTakenApartAgain) {
     EXPECT_EQ(path->at, (std::array{1, 2, 1, 1, 0, 0}));
 }
 
+TEST(CommandPathTest, RowsHaveTheNumbersOfTheRowsAroundThem) {
+    const RowNumbers outside;
+    EXPECT_EQ(outside.count, 0);
+    EXPECT_EQ(outside.last(), 0);
+    const auto deep = outside.row(2).row(5).row(1).row(7);
+    EXPECT_EQ(deep.count, 4);
+    EXPECT_EQ(deep.last(), 7);
+    EXPECT_EQ(fieldCode("WP-n-m-k-f", deep.at), "WP-2-5-1-7");
+    EXPECT_EQ(fieldCode("MN\\N-n", deep.at), "MN\\N-2") << "further numbers are left out";
+    const RowNumbers listed = {2, 5, 1, 7};
+    EXPECT_EQ(listed.at, deep.at);
+    EXPECT_EQ(listed.count, 4);
+}
+
+TEST(CommandPathTest, AFieldIsOfAPatternWhateverItsIndices) {
+    for (const auto* const field : {"MN-1-2", "mn-1-2", "MN-x", "MN-", "MN-1-2-3"}) {
+        EXPECT_TRUE(isOfPattern(field, "MN-n-m")) << field;
+    }
+    for (const auto* const field : {"MN", "MN1-1-2", "M", "", "MN\\N-1", "XMN-1-2"}) {
+        EXPECT_FALSE(isOfPattern(field, "MN-n-m")) << field;
+    }
+    EXPECT_TRUE(isOfPattern("SMF\\N-1", "SMF\\N-n"));
+    EXPECT_FALSE(isOfPattern("SMF\\N", "SMF\\N-n"));
+}
+
 }  // namespace
 }  // namespace kavu

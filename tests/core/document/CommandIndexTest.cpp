@@ -75,6 +75,35 @@ TEST_F(CommandIndexTest, CommandsAreAddedAndMarkedOneByOne) {
     EXPECT_EQ(commands.at(7).text, "X-7:7;") << "the mark is no part of it";
 }
 
+TEST_F(CommandIndexTest, CommandsAreReadInSlicesAndLookUpsSeeThoseThatCameSince) {
+    const std::string bytes = "A:1;COMMENT:no;B;A:2;C:  x ;half";
+    auto source = ByteSource::fromMemory(bytes);
+    EXPECT_TRUE(commands.readSome(reader, source, 2));
+    EXPECT_EQ(commands.size(), 2u);
+    EXPECT_EQ(commands.at(1).text, "COMMENT:no;");
+    EXPECT_EQ(find("A"), "1");
+    EXPECT_EQ(find("A"), "1") << "once around";
+    EXPECT_TRUE(commands.readSome(reader, source, 2));
+    EXPECT_EQ(find("A"), "2");
+    EXPECT_FALSE(commands.readSome(reader, source, 2)) << "what has no end is no command";
+    ASSERT_EQ(commands.size(), 5u);
+    EXPECT_EQ(commands.at(4).value, "  x");
+    EXPECT_EQ(find("C"), "  x");
+    EXPECT_FALSE(commands.readSome(reader, source, 2));
+    EXPECT_EQ(commands.size(), 5u);
+}
+
+TEST_F(CommandIndexTest, OnlyALookUpPaysForTheCodes) {
+    constexpr std::size_t kCommands = 1000;
+    for (std::size_t i = 0; i < kCommands; ++i) {
+        EXPECT_TRUE(commands.add("X:1;"));
+    }
+    EXPECT_EQ(commands.memory(), kCommands * (4 + 12));
+    EXPECT_EQ(find("X"), "1");
+    EXPECT_GT(commands.memory(), kCommands * (4 + 12 + 20));
+    EXPECT_LT(commands.memory(), kCommands * (4 + 12 + 40));
+}
+
 TEST_F(CommandIndexTest, FileThatCannotBeReadHasNoCommands) {
     const TempFolder folder;
     EXPECT_FALSE(commands.readFile(reader, folder / "none").ok());
@@ -91,7 +120,7 @@ class CommandFileTest : public testing::Test {
     CommandFileTest() : path(folder / "group") {}
     void readFile(std::initializer_list<std::string_view> wanted = {}) {
         fields.clear();
-        status = fields.readFile(reader, path, Comments::Skip, wanted);
+        status = fields.readFile(reader, path, Comments::Skip, {wanted.begin(), wanted.size()});
     }
     TempFolder folder;
     std::string path;
