@@ -3,13 +3,12 @@
 #include "conversion/PairSet.h"
 #include "core/text/Printf.h"
 #include "core/text/Text.h"
+#include "core/text/TextEncoding.h"
 #include "vocabulary/FieldRules.h"
 
 namespace kavu {
 
 namespace {
-
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 std::string_view withoutQuotes(std::string_view text) {
     if (text.size() >= 2 && text.front() == '"' && text.back() == '"') {

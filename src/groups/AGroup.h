@@ -13,7 +13,7 @@ struct PamGroup {
     std::string link{};  ///< name of the data link
     int index = 0;       ///< 1 to 99
     GroupRow record{};
-    KeptCommands kept{};
+    GroupFile kept{};
 };
 
 /// A PAM stream of the document; `index` is 0 for a link of an M group that has no A group yet.

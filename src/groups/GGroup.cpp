@@ -76,7 +76,7 @@ std::optional<EditedGroup> readGeneral(DocumentContext& context, UserInterface* 
         return sourceTypeText(row.value(kSourceType), edition);
     });
     if (edition >= kFirstEditionOfFileName) {
-        source.kept().markCode("G\\FN");
+        source.kept().erase("G\\FN");
     }
     group.kept = std::move(source.kept());
     setStatusText(parent, "Edit General Information");

@@ -15,7 +15,7 @@ struct EditedGroup {
     char letter = 'G';
     int index = 0;  ///< 1 to 99; unused for G
     GroupRow record{};
-    KeptCommands kept{};
+    GroupFile kept{};
 };
 
 /// Reads the group. A missing file is reported by message 145 ("not found") and leaves the

@@ -10,6 +10,7 @@
 #include "core/talk/FileReports.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
+#include "groups/KeptCommands.h"
 
 #include <algorithm>
 #include <limits>
@@ -51,8 +52,7 @@ struct GroupSource::Plan {
 
 GroupSource::GroupSource(DocumentContext& context, UserInterface* parent, char letter, int index)
     : context_(context), parent_(parent), prefix_(groupHead(letter, index)) {
-    status_ =
-        kept_.commands().readFile(context.reader, context.store.pathOf(groupFile(letter, index)));
+    status_ = GroupFile::open(context.files, context.reader, letter, index, kept_, Comments::Skip);
 }
 
 std::string GroupSource::codeOf(const Field& field, RowNumbers at) const {
@@ -60,7 +60,7 @@ std::string GroupSource::codeOf(const Field& field, RowNumbers at) const {
 }
 
 std::string GroupSource::taken(const Field& field, RowNumbers at, const Found& found) {
-    kept_.markRead(found.place);
+    kept_.commands().markRead(found.place);
     const auto limit = static_cast<int>(limitIn(context_.document.version, field));
     // A message names the code as the table spells it.
     return std::string(context_.reader.applyLimit(parent_, codeOf(field, at), found.value, limit));
@@ -89,7 +89,7 @@ std::size_t GroupSource::count(const Field& field, RowNumbers at) {
     if (!found) {
         return 0;
     }
-    kept_.markRead(found->place);
+    kept_.commands().markRead(found->place);
     const auto most = field.rows > 0 ? field.rows : std::numeric_limits<int>::max();
     return clampedCount(found->value, static_cast<std::size_t>(most));
 }
@@ -263,8 +263,8 @@ ListOfCode listsOfCodes(std::span<const Field> table) {
 
 }  // namespace
 
-KeptCommands keptAtRows(const KeptCommands& kept, char letter, int index,
-                        std::span<const Field> table, const GroupRow& record) {
+GroupFile keptAtRows(const GroupFile& kept, char letter, int index, std::span<const Field> table,
+                     const GroupRow& record) {
     const auto lists = listsOfCodes(table);
     std::unordered_map<std::string_view, std::vector<std::size_t>> numbers;
     const auto prefix = groupHead(letter, index);
@@ -295,7 +295,7 @@ KeptCommands keptAtRows(const KeptCommands& kept, char letter, int index,
 }
 
 bool storeGroup(DocumentContext& context, UserInterface* parent, char letter, int index,
-                std::string_view text, const KeptCommands& kept) {
+                std::string_view text, const GroupFile& kept) {
     std::string bytes(text);
     bytes += keptTail(parent, kept, text);
     return inTransaction(context, parent, editOf(letter), [&] {

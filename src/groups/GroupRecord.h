@@ -16,8 +16,8 @@
 #pragma once
 
 #include "core/command/CommandPath.h"
+#include "core/document/GroupFile.h"
 #include "core/files/IoStatus.h"
-#include "groups/KeptCommands.h"
 #include "vocabulary/Field.h"
 #include "vocabulary/FieldRules.h"
 
@@ -93,7 +93,7 @@ class GroupSource {
     void readRow(std::span<const Field> fields, GroupRow& row, RowNumbers at);
 
     /// All commands of the file, with marks for those that were read.
-    [[nodiscard]] KeptCommands& kept() { return kept_; }
+    [[nodiscard]] GroupFile& kept() { return kept_; }
 
   private:
     using Found = CommandIndex::Found;
@@ -111,7 +111,7 @@ class GroupSource {
     UserInterface* parent_;
     std::string prefix_;
     IoStatus status_;
-    KeptCommands kept_;
+    GroupFile kept_;
 };
 
 /// Composes the new text of a group file.
@@ -141,13 +141,13 @@ class GroupWriter {
 /// The commands of a file, renumbered as the rows of its lists are now: what was not read of
 /// a row follows the row when rows are sorted or deleted, and is deleted with it. REQUIRES:
 /// rows that come from the file have their `fileRow`.
-[[nodiscard]] KeptCommands keptAtRows(const KeptCommands& kept, char letter, int index,
-                                      std::span<const Field> table, const GroupRow& record);
+[[nodiscard]] GroupFile keptAtRows(const GroupFile& kept, char letter, int index,
+                                   std::span<const Field> table, const GroupRow& record);
 
 /// Replaces the group file by the text. Asks about the commands that would be dropped, and
 /// appends those to be kept. The document then counts as changed. False if it could not be
 /// written, which has been reported; the old file is still there.
 [[nodiscard]] bool storeGroup(DocumentContext& context, UserInterface* parent, char letter,
-                              int index, std::string_view text, const KeptCommands& kept);
+                              int index, std::string_view text, const GroupFile& kept);
 
 }  // namespace kavu

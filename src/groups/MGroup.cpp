@@ -10,6 +10,7 @@
 #include "core/talk/UserInterface.h"
 #include "groups/DataSources.h"
 #include "groups/GroupScan.h"
+#include "groups/KeptCommands.h"
 
 #include <algorithm>
 

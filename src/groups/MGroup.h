@@ -16,7 +16,7 @@ struct MultiplexGroup {
     /// A baseband signal's name is under `BB\DLN` or `BB\MN`, a subcarrier's under `SI\DLN-n`
     /// or `SI\MN-n`, depending on `signalNameOf` its type.
     GroupRow record{};
-    KeptCommands kept{};
+    GroupFile kept{};
 };
 
 /// The index of the M group of a data source, or of the file that would be made for it.

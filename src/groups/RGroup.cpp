@@ -196,7 +196,7 @@ std::string recorderText(const RecorderGroup& group, int edition) {
     return writer.text();
 }
 
-KeptCommands recorderLeftovers(const RecorderGroup& group) {
+GroupFile recorderLeftovers(const RecorderGroup& group) {
     std::unordered_map<std::size_t, std::size_t> numbers;
     for (std::size_t i = 0; i < group.tracks.size(); ++i) {
         numbers[group.tracks[i].fileRow] = i + 1;

@@ -23,7 +23,7 @@ struct RecorderGroup {
     std::vector<Track> tracks{};
     TrackMemory memory{};
     std::set<std::size_t> rowsRead{};  ///< the numbers under which the file has tracks
-    KeptCommands kept{};
+    GroupFile kept{};
 };
 
 /// Reads the group of a data source. Without a group file it is a new one, made now, with the
@@ -38,7 +38,7 @@ struct RecorderGroup {
 [[nodiscard]] std::string recorderText(const RecorderGroup& group, int edition);
 /// The commands of the file that are not part of the record, renumbered as the tracks and the
 /// rows of the lists are now. Those of a deleted one are left out.
-[[nodiscard]] KeptCommands recorderLeftovers(const RecorderGroup& group);
+[[nodiscard]] GroupFile recorderLeftovers(const RecorderGroup& group);
 /// Writes the group file; see `storeGroup`.
 [[nodiscard]] bool storeRecorder(DocumentContext& context, UserInterface* parent,
                                  const RecorderGroup& group);

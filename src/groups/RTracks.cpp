@@ -37,7 +37,7 @@ std::string normalised(const Field& field, std::string value) {
 class TrackReader {
   public:
     TrackReader(GroupSource& source, int edition)
-        : source_(source), edition_(edition), rowsLeft_(source.kept().size()) {}
+        : source_(source), edition_(edition), rowsLeft_(source.kept().commands().size()) {}
 
     [[nodiscard]] Track read(std::size_t row);
 

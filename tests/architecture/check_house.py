@@ -5,7 +5,8 @@ A folder of src includes only itself and folders to its left, and a room of a fo
 itself and rooms to its left; the gallery, which is not part of the product, may include all
 that the editor may, and nothing includes the gallery; the toolkit, the command line parser, the
 JSON library and the XML parser are seen only where they belong; files of the open document
-change through one gate; files and functions stay short; nothing is left half done.
+change through one gate; files that are compiled in one unit have no name of their own in two
+senses; files and functions stay short; nothing is left half done.
 
     check_house.py SOURCE_DIR               checks the tree, exit status 1 on a finding
     check_house.py --self-test SOURCE_DIR   checks that planted violations are found
@@ -116,6 +117,20 @@ INCLUDE = re.compile(r'^\s*#\s*include\s+(?:"([^"]+)"|(<[^>]+>))')
 # A setting has a key, with its default and its range.
 NAKED_SETTING = re.compile(r'[sS]ettings_?(?:\(\))?(?:\.|->)'
                            r'(?:integer|text|write|writeInteger|profile\w+)\(\s*"')
+# Several files of a library are one unit of the compiler, and which ones changes with each new
+# file. What each has in its anonymous namespace meets the others' there, and what the headers that
+# any of them includes have in the namespace of the product. So a name may have one sense in a
+# library, unless its file is a unit of its own (kavu_alone).
+OWN_NAME = re.compile(
+    r"^(?P<opens>namespace(?: [\w:]+)? \{)$|^(?P<closes>\}  // namespace.*)$"
+    r"|^(?:(?:inline |static )*(?:constexpr|const) [^\n=({]*?\b(?P<value>\w+)(?:\[\])?\s*[={])"
+    r"|^(?:class|struct|enum class|enum|union) (?P<type>\w+)(?: final)?\s*(?::[^;{]*)?\{"
+    r"|^using (?:(?P<alias>\w+) =(?P<of>[^;]*)|(?P<taken>(?:\w+::)+\w+));"
+    r"|^(?!namespace|using|struct|class|enum|union|template|return|else|if|for|while|switch|typedef|"
+    r"friend|TEST|Q_)(?:\[\[nodiscard\]\] )?[A-Za-z_][\w:<>,&* ]*?[ &*](?P<function>\w+)"
+    r"\((?P<parameters>[^{;]*?)\)(?: const)?(?: noexcept)? ?[{;]", re.M)
+ALONE = re.compile(r"\bkavu_alone\(([^)]*)\)")
+GLOB = re.compile(r"\bfile\(GLOB (\w+) (?:CONFIGURE_DEPENDS )?([^)]*)\)")
 UNFINISHED = re.compile(r"\b(TODO|FIXME|XXX)\b")
 NO_FUNCTION = re.compile(r"^(namespace|struct|class|enum|union|extern|typedef|using|constexpr|"
                          r"inline constexpr|static constexpr|const |#|//|}|template <.*> *$)")
@@ -256,6 +271,68 @@ def find_circle(uses):
     return None
 
 
+def own_names(text, where):
+    """(name, sense) of what a text has in one namespace, which is "" for the anonymous ones.
+
+    A function's name goes with the types of its parameters; two of one sense may meet.
+    """
+    road = []
+    for match in OWN_NAME.finditer(text):
+        if match["opens"]:
+            road.append(match["opens"].split()[1].rstrip("{"))
+        elif match["closes"]:
+            del road[-1:]
+        elif (road[-1:] == [where] if where == "" else road == [where]):
+            if match["function"]:
+                parameters = re.split(r",(?![^<]*>)", re.sub(r"\s+", " ", match["parameters"]))
+                types = [re.sub(r" ?\b\w+$", "", each.split("=")[0].strip())
+                         if " " in each.split("=")[0].strip() else each.strip()
+                         for each in parameters]
+                yield f"{match['function']}({', '.join(types)})", None
+            else:
+                taken = match["taken"] or ""
+                yield (match["value"] or match["type"] or match["alias"] or taken.split(":")[-1],
+                       taken or match["of"] and match["of"].strip())
+
+
+def units_of_their_own(folder):
+    """The files that the CMakeLists.txt of a folder keeps out of larger units."""
+    path = folder / "CMakeLists.txt"
+    text = path.read_text(encoding="utf-8") if path.exists() else ""
+    listed = {name: [found.name for pattern in patterns.split() for found in folder.glob(pattern)]
+              for name, patterns in GLOB.findall(text)}
+    alone = set()
+    for arguments in ALONE.findall(text):
+        for argument in arguments.split():
+            variable = re.fullmatch(r"\$\{(\w+)\}", argument)
+            alone.update(listed.get(variable[1], []) if variable else [argument])
+    return {folder / name for name in alone}
+
+
+def names_in_two_senses(root):
+    """Names that a file has for itself, and another file or a header of its library as well."""
+    for top in (root / "src", root / "tests"):
+        alone = units_of_their_own(top)
+        headers = {}
+        for path in sorted(top.rglob("*.h")) if top.name == "src" else []:
+            for name, _ in own_names(path.read_text(encoding="utf-8"), "kavu"):
+                headers.setdefault(name, []).append(path)
+        for folder in sorted(each for each in top.glob("*") if each.is_dir()):
+            mine = alone | units_of_their_own(folder)
+            places = {}
+            for path in sorted(set(folder.rglob("*.cpp")) - mine):
+                for name, sense in set(own_names(path.read_text(encoding="utf-8"), "")):
+                    places.setdefault(name, []).append((path, sense))
+            for name, found in sorted(places.items()):
+                files = [path.relative_to(root).as_posix() for path, _ in found]
+                if len(found) > 1 and (found[0][1] is None or len({each for _, each in found}) > 1):
+                    yield f"{name} has two senses in one library: {', '.join(files)}"
+                for header in headers.get(name, []):
+                    if header.relative_to(top).parts[0] in allowed_folders(folder.name):
+                        yield (f"{name} of {files[0]} is another one than that of "
+                               f"{header.relative_to(root).as_posix()}")
+
+
 def sources_of(root):
     """(path, name) of every source file; a name begins with its folder."""
     for top, start in ((root / "src", root / "src"), (root / GALLERY, root)):
@@ -310,6 +387,7 @@ def check_tree(root):
     if circle:
         findings.append("a circle of folders: " + " -> ".join(circle))
     findings += circles_of_files(includes)
+    findings += names_in_two_senses(root)
     if not count:
         findings.append("no sources found; the check would prove nothing")
     return findings
@@ -369,6 +447,25 @@ CIRCLES = [
       ("pcm/C.h", '#include "pcm/A.h"\n')],
      "a circle of headers: pcm/A.h -> pcm/B.h -> pcm/C.h -> pcm/A.h"),
 ]
+# The same of names in two senses.
+OWN = "namespace kavu {\nnamespace {\n%s\n}  // namespace\n}  // namespace kavu\n"
+SENSES = [
+    ([("groups/A.cpp", OWN % "constexpr int kMost = 1;"),
+      ("groups/B.cpp", OWN % "constexpr auto kMost = std::to_array({1});")],
+     "kMost has two senses in one library: src/groups/A.cpp, src/groups/B.cpp"),
+    ([("pcm/read/A.cpp", OWN % "int rowOf(const Field& field,\n          int n = 1) {"),
+      ("pcm/edit/B.cpp", OWN % "long rowOf(const Field& other, int row) {")],
+     "rowOf(const Field&, int) has two senses"),
+    ([("core/A.cpp", OWN % "struct Row {"), ("core/B.cpp", OWN % "using Row = int;")],
+     "Row has two senses"),
+    ([("core/A.cpp", OWN % "using Row = long;"), ("core/B.cpp", OWN % "using Row = int;")],
+     "Row has two senses"),
+    ([("core/B.h", "namespace kavu {\n[[nodiscard]] int indexOf(int place);\n}  // namespace kavu\n"),
+      ("groups/A.cpp", OWN % "int indexOf(int at) {")],
+     "indexOf(int) of src/groups/A.cpp is another one than that of src/core/B.h"),
+    ([("core/CMakeLists.txt", "kavu_alone(C.cpp)\n"), ("core/A.cpp", OWN % "struct Row {"),
+      ("core/B.cpp", OWN % "struct Row {")], "Row has two senses"),
+]
 CLEAN = [
     ("core/A.cpp", '#include "core/B.h"\n#include <string>\n'),
     ("core/A.h", '#include "core/document/B.h"\n'),
@@ -382,6 +479,15 @@ CLEAN = [
     ("groups/Migration.cpp", "    deleteFile(path);\n"),
     ("groups/A.cpp", "    // deleteFile(path) is not for us.\n    files.remove(name);\n"
                      "void write(FileWriter& writer);\n"),
+    ("bus/CMakeLists.txt", "file(GLOB tables CONFIGURE_DEPENDS *Fields.cpp)\n"
+     "kavu_alone(${tables} edit/A.cpp)\n"),
+    ("bus/edit/A.cpp", OWN % "constexpr int kMost = 1;\nusing Row = int;"),
+    ("bus/BFields.cpp", OWN % "constexpr int kMost = 2;\nusing Row = int;"),
+    ("bus/C.cpp", OWN % "constexpr int kMost = 3;\nusing Row = int;\nint f(int a) {"),
+    ("bus/D.cpp", OWN % "using Row = int;\nint f(long a) {"),
+    ("bus/D.h", "namespace kavu {\nnamespace field {\ninline constexpr int kMost = 4;\n"
+     "}  // namespace field\nint f(char a);\n}  // namespace kavu\n"),
+    ("xml/E.h", "namespace kavu {\ninline constexpr int kMost = 5;\n}  // namespace kavu\n"),
 ]
 
 
@@ -407,7 +513,7 @@ def self_test():
                             ("groups/B.cpp", '#include "core/A.h"\n')])
     if not any("circle" in finding for finding in findings):
         problems.append(f"a planted circle was not found: {findings}")
-    for files, words in CIRCLES:
+    for files, words in CIRCLES + SENSES:
         findings = findings_of(files)
         if not any(words in finding for finding in findings):
             problems.append(f"a planted {words!r} was not found: {findings}")

@@ -12,7 +12,7 @@ namespace {
 
 using test::ConversionFixture;
 using test::lines;
-using Rows = DefinitionValues::Rows;
+using Rows = std::vector<std::vector<std::string>>;
 
 constexpr const char* kRecord =
     "C-1\\DCN:A;C-1\\TRD1:probe;C-1\\TRD4:S;C-1\\POC3:Street;C-1\\MN1:pressure;C-1\\MN4:ANA;"

@@ -218,7 +218,7 @@ TEST_F(GroupRecordTest, WhatWasNotReadOfARowGoesWhereTheRowGoes) {
     GroupWriter writer('T', 3);
     writer.writeTable(kTable, record, 2011);
     const auto kept = keptAtRows(source_->kept(), 'T', 3, kTable, record);
-    EXPECT_EQ(kept.dropped(writer.text()),
+    EXPECT_EQ(kept.leftovers(writer.text()),
               (std::vector<std::string>{"T-3\\EV\\ID-2:aa;", "T-3\\EV\\ID-1:cc;",
                                         "T-3\\EV\\ID-4:behind;", "T-3\\OTHER-1:x;"}));
 }
@@ -233,7 +233,7 @@ TEST_F(GroupRecordTest, AFileThatCanNotBeWrittenIsToldAndStays) {
     const auto record = read();
     GroupWriter writer('T', 3);
     writer.writeTable(kTable, record, 2011);
-    KeptCommands none;
+    GroupFile none;
     // A folder stands where the group file of this number would be.
     ASSERT_TRUE(makeFolder(t.store.pathOf(groupFile('T', 4))).ok());
     EXPECT_FALSE(storeGroup(t.context, &t.ui, 'T', 4, writer.text(), none));
@@ -275,7 +275,7 @@ TEST(GroupRecordDepth, ListsInListsAreReadAndWrittenToAnyDepth) {
     GroupWriter writer('T', 3);
     writer.writeTable(kDeepTable, record, 2011);
     EXPECT_EQ(writer.text(), bytes);
-    EXPECT_EQ(source.kept().dropped(""), std::vector<std::string>{}) << "all of it was read";
+    EXPECT_EQ(source.kept().leftovers(""), std::vector<std::string>{}) << "all of it was read";
 }
 
 TEST(GroupRecordDepth, WhatIsMissingFromARowHasTheNumberOfTheInnermostRow) {

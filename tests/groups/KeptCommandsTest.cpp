@@ -9,48 +9,48 @@ namespace {
 using Commands = std::vector<std::string>;
 
 /// A file of three commands that the editor reads and some that it does not know.
-KeptCommands someFile() {
-    KeptCommands kept;
+GroupFile someFile() {
+    GroupFile kept;
     for (const char* command : {"T-1\\A:1;", "T-1\\X:one;", "T-1\\B:2;", "T-1\\Y:y;", "T-1\\X:two;",
                                 "T-1\\C:3;", "T-1\\x:three;"}) {
-        kept.add(command);
+        kept.commands().add(command);
     }
-    kept.markRead(0);
-    kept.markRead(2);
-    kept.markRead(5);
+    kept.commands().markRead(0);
+    kept.commands().markRead(2);
+    kept.commands().markRead(5);
     return kept;
 }
 
 TEST(KeptCommands, NothingThatWasReadIsKept) {
-    KeptCommands kept;
-    kept.add("T-1\\A:1;");
-    kept.markRead(0);
-    EXPECT_EQ(kept.dropped("T-1\\A:2;\r\n"), Commands());
-    EXPECT_EQ(kept.dropped(""), Commands());
+    GroupFile kept;
+    kept.commands().add("T-1\\A:1;");
+    kept.commands().markRead(0);
+    EXPECT_EQ(kept.leftovers("T-1\\A:2;\r\n"), Commands());
+    EXPECT_EQ(kept.leftovers(""), Commands());
 }
 
 TEST(KeptCommands, WhatWasNotReadIsKeptInItsOrderWithItsRepeats) {
-    EXPECT_EQ(someFile().dropped("T-1\\A:1;\r\n"),
+    EXPECT_EQ(someFile().leftovers("T-1\\A:1;\r\n"),
               (Commands{"T-1\\X:one;", "T-1\\Y:y;", "T-1\\X:two;", "T-1\\x:three;"}));
 }
 
 TEST(KeptCommands, WhatTheEditorWritesUnreadIsNotDoubled) {
-    EXPECT_EQ(someFile().dropped("T-1\\x:new;\r\n"), Commands{"T-1\\Y:y;"});
+    EXPECT_EQ(someFile().leftovers("T-1\\x:new;\r\n"), Commands{"T-1\\Y:y;"});
 }
 
 TEST(KeptCommands, ARepeatOfAFieldIsKeptUntilTheFieldIsEmptied) {
-    KeptCommands kept;
-    kept.add("G\\PN:first;");
-    kept.add("G\\PN:second;");
-    kept.markRead(0);
-    EXPECT_EQ(kept.dropped("G\\PN:new;\r\n"), Commands{"G\\PN:second;"});
-    EXPECT_EQ(kept.dropped(""), Commands());
+    GroupFile kept;
+    kept.commands().add("G\\PN:first;");
+    kept.commands().add("G\\PN:second;");
+    kept.commands().markRead(0);
+    EXPECT_EQ(kept.leftovers("G\\PN:new;\r\n"), Commands{"G\\PN:second;"});
+    EXPECT_EQ(kept.leftovers(""), Commands());
 }
 
 TEST(KeptCommands, WhatSomebodyElseWritesIsNotKept) {
     auto kept = someFile();
-    kept.markCode("t-1\\x");
-    EXPECT_EQ(kept.dropped(""), Commands{"T-1\\Y:y;"});
+    kept.erase("t-1\\x");
+    EXPECT_EQ(kept.leftovers(""), Commands{"T-1\\Y:y;"});
 }
 
 TEST(KeptCommands, TheUserIsAskedWithYesAsDefault) {
@@ -74,14 +74,15 @@ TEST(KeptCommands, WithNoAndWithoutAParentTheyGo) {
 
 TEST(KeptCommands, NobodyIsAskedAboutNothing) {
     test::RecordingInterface ui;
-    EXPECT_EQ(keptTail(&ui, KeptCommands(), "T-1\\A:1;\r\n"), "");
+    EXPECT_EQ(keptTail(&ui, GroupFile(), "T-1\\A:1;\r\n"), "");
     EXPECT_TRUE(ui.boxes.empty());
 }
 
 TEST(KeptCommands, ManyCommandsAreListedInFullOnDemand) {
-    KeptCommands kept;
+    GroupFile kept;
     for (int i = 1; i <= 300; ++i) {
-        kept.add("G\\X-" + std::to_string(i) + ":" + std::string(100, 'v') + "\x14\x15;");
+        kept.commands().add("G\\X-" + std::to_string(i) + ":" + std::string(100, 'v') +
+                            "\x14\x15;");
     }
     test::RecordingInterface ui;
     ui.otherwise = Button::Yes;

@@ -170,4 +170,9 @@ inline std::vector<std::string> plainCounter(int n, int word, int frames, const 
             "IDC10-" + number + ":INC"};
 }
 
+/// The name of the first measurement at a place.
+inline std::string nameAt(const StreamFixture& f, int fwp, int index = 1) {
+    return f.format.cells().measurement(f.format.cellAt(fwp, index)).name.str();
+}
+
 }  // namespace kavu::test

@@ -1,5 +1,6 @@
 // Counters, subframes and async formats written as commands and read back, over generated
 // streams of every edition, and over senseless commands.
+#include "pcm/StreamCommands.h"
 #include "pcm/StreamFixture.h"
 
 #include <array>
@@ -10,7 +11,7 @@ namespace {
 
 using test::StreamFixture;
 
-using Commands = std::vector<std::string>;
+using test::Commands;
 
 /// What a model holds, as text: two models are the same if these are.
 std::string describe(const PcmFormat& format) {
@@ -79,9 +80,9 @@ class Generator {
 };
 
 /// A stream that a reader takes without a correction.
-class StreamGenerator {
+class SubframeGenerator {
   public:
-    StreamGenerator(unsigned seed, int edition) : g_(seed), edition_(edition) {
+    SubframeGenerator(unsigned seed, int edition) : g_(seed), edition_(edition) {
         frames = 1 << g_.number(1, 5);
         words = g_.number(40, 120);
         for (int fwp = 12; fwp < words; ++fwp) {
@@ -263,7 +264,7 @@ TEST(SubframeRoundTrip, AStreamOfEveryEditionComesBackAsItWas) {
         StreamFixture f(edition);
         for (unsigned seed = 0; seed < 60; ++seed) {
             SCOPED_TRACE(formatPrintf("edition %d, seed %d", edition, seed));
-            StreamGenerator generator(seed, edition);
+            SubframeGenerator generator(seed, edition);
             const auto commands = generator.commands();
             f.start(generator.words, generator.frames);
             ASSERT_TRUE(f.read(commands));

@@ -20,7 +20,6 @@ namespace kavu {
 namespace {
 
 constexpr char kTaggedTitle[] = "Tagged Data Definitions";
-using tagged_code::kName;
 
 ListRow shownRow(const TaggedMeasurement& measurement) {
     const auto length = measurement.values.find(tagged_code::kWordLength);
@@ -134,7 +133,7 @@ TaggedMeasurementDialog::TaggedMeasurementDialog(FormContext& form, const PcmFor
     layout->addWidget(look::makeDialogButtons(*this));
     fields_->setValues(measurement.values);
     connect(fields_, &FieldForm::edited, this, [this] { markChanged(); });
-    fields_->control(kName)->setFocus();
+    fields_->control(tagged_code::kName)->setFocus();
 }
 
 void TaggedMeasurementDialog::makeTagList() {
@@ -189,10 +188,10 @@ bool TaggedMeasurementDialog::store() {
     if (!fields_->validate()) {
         return false;
     }
-    const auto name = fields_->value(kName);
+    const auto name = fields_->value(tagged_code::kName);
     if ((name.empty() || name != measurement_.name()) &&
         !checkTaggedName(format_, &form().ui, others_, name)) {
-        fields_->control(kName)->setFocus();
+        fields_->control(tagged_code::kName)->setFocus();
         return false;
     }
     fields_->storeValues(measurement_.values);

@@ -3,15 +3,38 @@
 #include "core/TmatsReader.h"
 #include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
+#include "core/files/FileIo.h"
 #include "core/text/Text.h"
+
+#include <unordered_set>
 
 namespace kavu {
 
+namespace {
+
+/// The codes of commands are compared without regard to case and trailing blanks.
+std::string codeKey(const CommandView& command) {
+    return lowerAscii(keyOf(command));
+}
+
+std::unordered_set<std::string> codesOf(std::string_view text) {
+    std::unordered_set<std::string> codes;
+    auto source = ByteSource::fromMemory(text);
+    TmatsReader reader;
+    std::string command;
+    while (reader.nextCommand(source, command)) {
+        codes.insert(codeKey(viewCommand(command)));
+    }
+    return codes;
+}
+
+}  // namespace
+
 IoStatus GroupFile::open(const DocumentFiles& files, TmatsReader& reader, char letter, int index,
-                         GroupFile& group) {
+                         GroupFile& group, Comments comments) {
     group = {};
     group.name_ = groupFile(letter, index);
-    auto status = group.commands_.readFile(reader, files.path(group.name_), Comments::Keep);
+    auto status = group.commands_.readFile(reader, files.path(group.name_), comments);
     group.exists_ = status.ok();
     return status;
 }
@@ -64,6 +87,44 @@ void GroupFile::rebuild(std::string_view withoutCode, std::size_t at, std::strin
     }
     commands_ = std::move(all);
     changed_ = true;
+}
+
+void GroupFile::recode(const std::function<bool(std::string& code)>& change) {
+    CommandIndex left;
+    for (std::size_t place = 0; place < commands_.size(); ++place) {
+        const auto command = commands_.at(place);
+        std::string text(command.code);
+        if (command.hasColon && !change(text)) {
+            continue;
+        }
+        left.add(text.append(command.text.substr(command.code.size())));
+        if (commands_.isRead(place)) {
+            left.markRead(left.size() - 1);
+        }
+    }
+    commands_ = std::move(left);
+    changed_ = true;
+}
+
+std::vector<std::string> GroupFile::leftovers(std::string_view rewritten) const {
+    const auto written = codesOf(rewritten);
+    std::unordered_set<std::string> read;
+    for (std::size_t place = 0; place < commands_.size(); ++place) {
+        if (commands_.isRead(place)) {
+            read.insert(codeKey(commands_.at(place)));
+        }
+    }
+    std::vector<std::string> lost;
+    for (std::size_t place = 0; place < commands_.size(); ++place) {
+        const auto command = commands_.at(place);
+        const auto code = codeKey(command);
+        const bool isWritten = written.contains(code);
+        const bool isRepeat = read.contains(code);
+        if (!commands_.isRead(place) && isWritten == isRepeat) {
+            lost.emplace_back(command.text);
+        }
+    }
+    return lost;
 }
 
 IoStatus GroupFile::store(DocumentFiles& files) const {

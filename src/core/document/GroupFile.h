@@ -1,6 +1,7 @@
 // One group file of the document in memory, to change some of its commands: all others keep
-// their place, their repetitions and their bytes. It belongs to one operation and is never
-// shared or kept; the file stays the truth.
+// their place, their repetitions and their bytes. It belongs to one operation, and an editor has
+// it while it is open, to know what of the file it has read; it is never shared, and the file
+// stays the truth.
 #pragma once
 
 #include "core/document/CommandIndex.h"
@@ -9,6 +10,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kavu {
 
@@ -16,11 +18,11 @@ class DocumentFiles;
 
 class GroupFile {
   public:
-    /// Reads the file of a group, comments included; `index` is ignored for G and H. A
-    /// missing group is a failure (`isMissing`); it then has no commands, and `store` makes
-    /// the file. Not for a D file, which may be too large to be read whole.
+    /// Reads the file of a group, with its comments unless they are to be skipped; `index` is
+    /// ignored for G and H. A missing group is a failure (`isMissing`); it then has no commands,
+    /// and `store` makes the file. Not for a D file, which may be too large to be read whole.
     static IoStatus open(const DocumentFiles& files, TmatsReader& reader, char letter, int index,
-                         GroupFile& group);
+                         GroupFile& group, Comments comments = Comments::Keep);
 
     [[nodiscard]] bool exists() const { return exists_; }
     [[nodiscard]] CommandIndex& commands() { return commands_; }
@@ -38,7 +40,19 @@ class GroupFile {
              const std::function<std::size_t()>& place);
     /// Removes all commands of the code.
     void erase(std::string_view code);
+    /// Gives the commands other codes, as when the rows of a list have moved. `change` may modify
+    /// a code ("R-1\TK1-3"); false drops the command, whose row is gone.
+    void recode(const std::function<bool(std::string& code)>& change);
     [[nodiscard]] bool changed() const { return changed_; }
+
+    /// The commands that would be lost if the file became `rewritten`, in their former order with
+    /// their repetitions. These are
+    ///  - commands that were not read (`CommandIndex::markRead`), unless the new text has a command
+    ///    of their code: what the editor writes replaces them;
+    ///  - repetitions of a command that was read, as long as the new text has it: a user who
+    ///  empties
+    ///    a field does not want a repetition to take its place.
+    [[nodiscard]] std::vector<std::string> leftovers(std::string_view rewritten) const;
 
     /// Replaces the file by the commands, one per line. After a failure the file is as it was.
     IoStatus store(DocumentFiles& files) const;

@@ -9,10 +9,6 @@ namespace {
 
 using test::StreamFixture;
 
-std::string nameAt(const StreamFixture& f, int fwp, int index = 1) {
-    return f.format.cells().measurement(f.format.cellAt(fwp, index)).name.str();
-}
-
 const Measurement& measurementAt(const StreamFixture& f, int fwp, int index = 1) {
     return f.format.cells().measurement(f.format.cellAt(fwp, index));
 }

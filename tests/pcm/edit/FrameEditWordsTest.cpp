@@ -7,10 +7,6 @@ namespace {
 
 using test::StreamFixture;
 
-std::string nameAt(const StreamFixture& f, int fwp, int index = 1) {
-    return f.format.cells().measurement(f.format.cellAt(fwp, index)).name.str();
-}
-
 /// Measurements W1, W2 and so on in every plain word of a small frame.
 struct SmallFrame : StreamFixture {
     explicit SmallFrame(int words = 12) : StreamFixture(2009, words) {

@@ -1,3 +1,4 @@
+#include "pcm/StreamCommands.h"
 #include "pcm/StreamFixture.h"
 
 #include <gmock/gmock.h>
@@ -9,7 +10,7 @@ using test::plainCounter;
 using test::StreamFixture;
 using test::operator+;
 
-using Commands = std::vector<std::string>;
+using test::Commands;
 using Frames = std::vector<FrameRange>;
 
 const AsyncFormat& record(const StreamFixture& f, int number) {

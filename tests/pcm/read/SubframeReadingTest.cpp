@@ -1,3 +1,4 @@
+#include "pcm/StreamCommands.h"
 #include "pcm/StreamFixture.h"
 
 namespace kavu {
@@ -7,7 +8,7 @@ using test::plainCounter;
 using test::StreamFixture;
 using test::operator+;
 
-using Commands = std::vector<std::string>;
+using test::Commands;
 
 /// A stream with one counter in word 31 and these commands of its subframes.
 Commands withCounter(const Commands& subframes, int frames = 8) {

@@ -1,3 +1,4 @@
+#include "pcm/StreamCommands.h"
 #include "pcm/StreamFixture.h"
 
 namespace kavu {
@@ -7,7 +8,7 @@ using test::plainCounter;
 using test::StreamFixture;
 using test::operator+;
 
-using Commands = std::vector<std::string>;
+using test::Commands;
 
 TEST(SubframeWriting, WritesCountersAndSubframesInTheOrderOfTheFile) {
     StreamFixture f;
