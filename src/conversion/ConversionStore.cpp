@@ -11,6 +11,7 @@
 #include "core/talk/ProfileSettings.h"
 #include "core/text/Clock.h"
 #include "core/text/Text.h"
+#include "vocabulary/CGroupFields.h"
 
 #include <algorithm>
 
@@ -370,10 +371,10 @@ void ConversionStore::fillDefaults(ProfileFile& chunk, const std::string& name,
     put(kTypeCode, type);
     if (equalsIgnoreCase(type, "COE")) {
         // The identity line.
-        put("CO1", "N");
-        put("CO\\N", "1");
-        put("CO", "0.0");
-        put("CO-1", "1.0");
+        put(c::kCo1.code, std::string(c::kCo1.missing));
+        put(c::kCoN.code, "1");
+        put(c::kCo.code, "0.0");
+        put(fieldCode(c::kCoTerm.code, {1}), "1.0");
     }
 }
 

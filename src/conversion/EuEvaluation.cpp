@@ -6,6 +6,7 @@
 #include "conversion/PairSet.h"
 #include "core/text/Printf.h"
 #include "core/text/Text.h"
+#include "vocabulary/CGroupFields.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,17 +15,15 @@ namespace kavu {
 
 namespace {
 
-constexpr int kFirstEditionOfNegativePowers = 2007;
-
 std::vector<double> fitOfPairs(const ProfileFile& file, std::string_view name, std::string& why) {
-    if (!startsWithIgnoreCase(file.value(name, "PS1", "N"), "Y")) {
+    if (!startsWithIgnoreCase(file.value(name, c::kPs1.code, c::kPs1.missing), "Y")) {
         why = "Its pair sets do not define a polynomial curve fit.";
         return {};
     }
     const auto pairs = PairSet::read(file, name);
     auto x = pairs.telemetryValues();
     const auto y = pairs.engineeringValues();
-    const int order = file.integer(name, "PS2", 1);
+    const int order = file.integer(name, c::kPs2.code, leadingInt(c::kPs2.missing));
     FitCoefficients c{};
     if (!leastSquaresFit(x, y, order, c)) {
         why = formatPrintf(
@@ -62,8 +61,7 @@ std::optional<EuEvaluation> EuEvaluation::make(const ProfileFile& file, std::str
         found.c_ = fitOfPairs(file, name, why);
     } else if (startsWithIgnoreCase(found.type_, "COE")) {
         found.c_ = listed(file, name, "CO", why);
-    } else if (startsWithIgnoreCase(found.type_, "NPC") &&
-               edition >= kFirstEditionOfNegativePowers) {
+    } else if (startsWithIgnoreCase(found.type_, "NPC") && edition >= c::kFirstNegativePowers) {
         found.c_ = listed(file, name, "NPC", why);
         found.negative_ = true;
     } else if (startsWithIgnoreCase(found.type_, kNoType)) {

@@ -4,6 +4,7 @@
 #include "core/files/ProfileFile.h"
 #include "core/text/Printf.h"
 #include "core/text/Text.h"
+#include "vocabulary/CGroupFields.h"
 #include "vocabulary/FieldRules.h"
 
 #include <algorithm>
@@ -12,8 +13,6 @@
 namespace kavu {
 
 namespace {
-
-constexpr std::string_view kCountCode = "PS\\N";
 
 ValuePair cutToLimits(ValuePair pair) {
     pair.telemetry = cutToBytes(pair.telemetry, PairSet::kTelemetryLimit);
@@ -207,7 +206,7 @@ std::pair<std::string, std::string> PairSet::splitColumns(std::string_view text)
 PairSet PairSet::read(const ProfileFile& file, std::string_view section, bool sorted) {
     PairSet set(sorted);
     const int count =
-        std::clamp(file.integer(section, kCountCode, 0), 0, static_cast<int>(kMostPairs));
+        std::clamp(file.integer(section, c::kPsN.code, 0), 0, static_cast<int>(kMostPairs));
     for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
         set.pairs_.push_back({file.value(section, pairKey("PS3-", i), ""),
                               file.value(section, pairKey("PS4-", i), "")});
@@ -217,7 +216,7 @@ PairSet PairSet::read(const ProfileFile& file, std::string_view section, bool so
 }
 
 bool PairSet::write(ProfileFile& file, std::string_view section) const {
-    bool good = file.setValue(section, kCountCode, std::to_string(pairs_.size()));
+    bool good = file.setValue(section, c::kPsN.code, std::to_string(pairs_.size()));
     for (std::size_t i = 0; i < kMostPairs; ++i) {
         if (i < pairs_.size()) {
             good = file.setValue(section, pairKey("PS3-", i), pairs_[i].telemetry) && good;

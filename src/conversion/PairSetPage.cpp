@@ -7,6 +7,7 @@
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
 #include "core/text/Text.h"
+#include "vocabulary/CGroupFields.h"
 
 namespace kavu {
 
@@ -14,8 +15,6 @@ namespace {
 
 constexpr std::string_view kZero = "ZeroCal";
 constexpr std::string_view kCal = "RCal";
-constexpr std::string_view kCurveCode = "PS1";
-constexpr std::string_view kOrderCode = "PS2";
 
 }  // namespace
 
@@ -26,7 +25,7 @@ FitInput PairSetPage::input(int bits) const {
     FitInput input;
     input.x = pairs.telemetryValues();
     input.y = pairs.engineeringValues();
-    input.order = file.integer(name_, kOrderCode, 1);
+    input.order = file.integer(name_, c::kPs2.code, 1);
     input.limits = {file.value(name_, "MOT1", ""), file.value(name_, "MOT2", ""),
                     file.value(name_, "MOT3", ""), file.value(name_, "MOT4", "")};
     input.bits = bits;
@@ -49,7 +48,7 @@ std::string PairSetPage::units() const {
 
 bool PairSetPage::definesCurve() const {
     const ProfileFile file(context_.store.pathOf(working::kData1));
-    return startsWithIgnoreCase(file.value(name_, kCurveCode, "N"), "Y");
+    return startsWithIgnoreCase(file.value(name_, c::kPs1.code, c::kPs1.missing), "Y");
 }
 
 bool PairSetPage::change(UserInterface* parent, const std::function<bool(ProfileFile&)>& edit) {
@@ -71,13 +70,13 @@ bool PairSetPage::storePairs(UserInterface* parent, const PairSet& pairs) {
 
 bool PairSetPage::storeCurve(UserInterface* parent, bool defined) {
     return change(parent, [&](ProfileFile& file) {
-        return file.setValue(name_, kCurveCode, defined ? "Y" : "N");
+        return file.setValue(name_, c::kPs1.code, defined ? "Y" : "N");
     });
 }
 
 bool PairSetPage::storeOrder(UserInterface* parent, int order) {
     return change(parent, [&](ProfileFile& file) {
-        return file.setValue(name_, kOrderCode, std::to_string(order));
+        return file.setValue(name_, c::kPs2.code, std::to_string(order));
     });
 }
 

@@ -36,7 +36,7 @@ using GroupKey = std::pair<char, int>;
 
 // --- The place of a new command ---------------------------------------------------------------
 
-/// Behind the last of the commands that the writer of the group puts in front of the new one.
+/// The place after the last command that the writer of the group puts before the new one.
 std::size_t placeOf(std::span<const Field> table, const CommandIndex& commands,
                     std::string_view prefix, const VocabularyMatch& added) {
     std::size_t place = 0;

@@ -16,8 +16,8 @@ struct DataSource {
     std::string type;  ///< the stored `DST` value
 };
 
-/// The commands of the list in the G group: the code of its count, and what is in front of the
-/// number of a row in the codes of names ("G\DSI-") and types.
+/// The commands of the list in the G group: the code of its count, and the part
+/// before the number of a row in the codes of names ("G\DSI-") and types.
 struct SourceCodes {
     SourceCodes();
     /// The lines of a row; an empty type has none.

@@ -13,7 +13,7 @@ namespace kavu::p {
 namespace choice {
 
 inline constexpr auto kCounterTypes = std::to_array<Choice>({
-    {"ID", "ID Counter", "ID Counter"},
+    {kIdCounterType, "ID Counter", "ID Counter"},
     {"OT", "OTher", "Other"},
 });
 inline constexpr auto kTransferOrders = std::to_array<Choice>({
@@ -22,8 +22,8 @@ inline constexpr auto kTransferOrders = std::to_array<Choice>({
     {"D", "Default", "Default", 2009},
 });
 inline constexpr auto kCountDirections = std::to_array<Choice>({
-    {"INC", "INCrease", "Increasing"},
-    {"DEC", "DECrease", "Decreasing"},
+    {kCountsUp, "INCrease", "Increasing"},
+    {kCountsDown, "DECrease", "Decreasing"},
 });
 inline constexpr auto kLocationModes = std::to_array<Choice>({
     {kFirstAndInterval, "FI - First word and interval"},

@@ -17,7 +17,7 @@ namespace kavu {
 /// Characters of the name of a data source, a data link or a measurement.
 inline constexpr int kNameLimit = 32;
 
-/// The field by which a group's file is found, which is the name that the group bears: "ID" of a
+/// The field by which a group's file is found, the name of the group: "ID" of a
 /// data source's groups, "DLN" of a stream's. Empty for a group without one.
 [[nodiscard]] std::string_view ownNameOf(char letter);
 

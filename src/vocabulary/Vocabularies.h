@@ -36,9 +36,9 @@ struct VocabularyMatch {
 /// The same in the table of a group; empty for a group without one.
 [[nodiscard]] std::vector<VocabularyMatch> matchVocabulary(char letter, std::string_view field);
 
-/// True if the writer of a group puts the first command in front of the second one: in the order
+/// True if the writer of a group puts the first command before the second one: in the order
 /// of the table, but the rows of a list one after the other, each with all of its fields. Both
-/// are matches in this table; REQUIRES: the fields of a list stand together in it.
+/// are matches in this table; REQUIRES: the fields of a list are adjacent in it.
 [[nodiscard]] bool isWrittenBefore(std::span<const Field> table, const VocabularyMatch& first,
                                    const VocabularyMatch& second);
 

@@ -23,6 +23,7 @@ namespace kavu {
 class Application;
 class CommandModel;
 class ConversionStore;
+class IoStatus;
 struct DocumentContext;
 
 class CommandPane : public QWidget {

@@ -41,7 +41,7 @@ void setValue(std::string& command, std::string_view value);
 /// The numbers in place of the indices of a field. They count from 1.
 struct RowNumbers {
     static constexpr int kMostIndices = 6;
-    std::array<int, kMostIndices> at{};  ///< 0 behind the last one
+    std::array<int, kMostIndices> at{};  ///< 0 after the last one
     int count = 0;
 
     constexpr RowNumbers() = default;
@@ -118,7 +118,7 @@ void appendHead(std::string& out, char letter, int group);
     return pattern.substr(0, pattern.size() - 2 * static_cast<std::size_t>(indexCountOf(pattern)));
 }
 
-/// True for a field of a pattern with indices, whatever stands in their place: "MN-1-2" and "mn-x"
+/// True for a field of a pattern with indices, whatever their values: "MN-1-2" and "mn-x"
 /// are of "MN-n-m", "MN" and "MN1-1-2" are not.
 [[nodiscard]] bool isOfPattern(std::string_view field, std::string_view pattern);
 

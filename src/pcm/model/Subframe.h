@@ -4,6 +4,7 @@
 
 #include "pcm/model/FixedText.h"
 #include "vocabulary/StreamLimits.h"
+#include "vocabulary/SubframeCodes.h"
 
 #include <cstddef>
 #include <string_view>
@@ -27,7 +28,9 @@ struct Subframe {
     FixedText<4> interval;         ///< SF5
     FixedText<3> depth;            ///< SF6: frames in one cycle
 
-    [[nodiscard]] bool isSupercommutated() const { return !(supercommutated == "NO"); }
+    [[nodiscard]] bool isSupercommutated() const {
+        return !(supercommutated == kNotSupercommutated);
+    }
     [[nodiscard]] bool operator==(const Subframe&) const = default;
 };
 

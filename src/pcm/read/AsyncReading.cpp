@@ -79,7 +79,7 @@ class AsyncReader {
     }
 
     bool readKind() {
-        count_ = std::max(0, leadingInt(text(codes_.supercom).value_or("NO")));
+        count_ = std::max(0, leadingInt(text(codes_.supercom).value_or(kNotSupercommutated)));
         record().supercom = count_ == 0 ? std::string(kNotSupercommutated) : std::to_string(count_);
         record().locationMode = kNoLocationMode;
         if (count_ == 0) {

@@ -65,7 +65,7 @@ class CounterReader {
             return;
         }
         load_.log(200, title::kErrorReadingFormat, load_.prefix, code(counter_field::kType));
-        counter_.type = "ID";
+        counter_.type = kIdCounterType;
         load_.corrected();
     }
 
@@ -128,7 +128,7 @@ class CounterReader {
         counter_.endValue = endValueFound_.value_or("");
         readFrame(counter_field::kEndFrame, "ending", counter_.startFrame.number(),
                   format_.numberOfFrames);
-        take(counter_field::kCountDirection, "INC");
+        take(counter_field::kCountDirection, kCountsUp);
     }
 
     void checkEndValue() {

@@ -58,7 +58,7 @@ class MeasurementInput {
         const Field& field, std::initializer_list<int> indices = {}) {
         return find(field, 0, indices);
     }
-    /// The same; without the command what it stands for then, or nothing.
+    /// The same; if the command is missing, the value that the field has then, or nothing.
     [[nodiscard]] std::string_view textOrMissing(const Field& field,
                                                  std::initializer_list<int> indices = {}) {
         return text(field, indices).value_or(field.missing);

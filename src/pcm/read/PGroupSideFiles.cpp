@@ -36,7 +36,7 @@ class SideFile {
         }
     }
 
-    /// Copies the fields of a table, the rows of a list behind their count.
+    /// Copies the fields of a table, the rows of a list after their count.
     void copyAll(std::span<const Field> fields, ValueWidth width) {
         for (const auto& field : fields) {
             if (!field.list.empty()) {

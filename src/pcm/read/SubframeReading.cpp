@@ -97,8 +97,9 @@ class SubframeReader {
     }
 
     void readKind() {
-        auto supercom = keyword(text(subframe_field::kSupercommutated).value_or("NO"));
-        auto mode = keyword(text(subframe_field::kLocationMode).value_or("NA"));
+        auto supercom =
+            keyword(text(subframe_field::kSupercommutated).value_or(kNotSupercommutated));
+        auto mode = keyword(text(subframe_field::kLocationMode).value_or(kNoLocationMode));
         const bool single = supercom == kNotSupercommutated;
         const bool unplaced = mode == kNoLocationMode;
         if (single && !unplaced) {

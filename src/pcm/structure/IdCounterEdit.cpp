@@ -132,10 +132,10 @@ std::string generateIdCounterName(const PcmFormat& format) {
 
 std::optional<int> expectedEndValue(const IdCounter& counter) {
     const int steps = counter.endFrame.number() - counter.startFrame.number();
-    if (equalsIgnoreCase(counter.countDirection, "INC")) {
+    if (equalsIgnoreCase(counter.countDirection, kCountsUp)) {
         return counter.initialValue.number() + steps;
     }
-    if (equalsIgnoreCase(counter.countDirection, "DEC")) {
+    if (equalsIgnoreCase(counter.countDirection, kCountsDown)) {
         return counter.initialValue.number() - steps;
     }
     return std::nullopt;
@@ -158,7 +158,7 @@ std::optional<int> createIdCounter(PcmFormat& format, UserInterface* parent, int
     auto name = generateIdCounterName(format);
     auto& counter = format.idCounters[static_cast<std::size_t>(*index)];
     counter.name = name;
-    counter.type = "ID";
+    counter.type = kIdCounterType;
     counter.wordLength = std::to_string(format.wordLength(fwp));
     counter.counterLength = counter.wordLength;
     counter.msbStartBit = "1";
@@ -166,7 +166,7 @@ std::optional<int> createIdCounter(PcmFormat& format, UserInterface* parent, int
     counter.startFrame = "1";
     counter.endValue = std::to_string(format.numberOfFrames);
     counter.endFrame = counter.endValue;
-    counter.countDirection = "INC";
+    counter.countDirection = kCountsUp;
     const auto before = format.word(fwp);
     format.setWord(fwp, WordType::IdCounter, *index, -1);
     if (before.type == WordType::Subframe) {

@@ -4,7 +4,10 @@
 #include "core/talk/Messages.h"
 #include "core/text/Text.h"
 #include "pcm/structure/SubframeEdit.h"
+#include "vocabulary/PSubframeFields.h"
 #include "vocabulary/SubframeCodes.h"
+
+#include <algorithm>
 
 namespace kavu {
 
@@ -99,7 +102,7 @@ std::optional<std::string> getSFIDCountDirection(const PcmFormat& format, std::s
 }
 bool setSFIDCountDirection(PcmFormat& format, std::string_view name, std::string_view direction) {
     return changeCounter(format, name, [&](IdCounter& counter, int) {
-        for (const std::string_view known : {"INC", "DEC"}) {
+        for (const auto known : {kCountsUp, kCountsDown}) {
             if (equalsIgnoreCase(direction, known)) {
                 counter.countDirection = known;
                 updateEndValue(counter);
@@ -186,7 +189,11 @@ std::optional<std::string> getSFIDTransferOrder(const PcmFormat& format, std::st
 }
 bool setSFIDTransferOrder(PcmFormat& format, std::string_view name, std::string_view order) {
     return changeCounter(format, name, [&](IdCounter& counter, int) {
-        if (order != "M" && order != "L" && (order != "D" || format.edition() < 2009)) {
+        const auto& choices = p::choice::kTransferOrders;
+        const bool known = std::any_of(choices.begin(), choices.end(), [&](const Choice& choice) {
+            return choice.value == order && isKnownIn(format.edition(), choice);
+        });
+        if (!known) {
             return false;
         }
         counter.transferOrder = order;

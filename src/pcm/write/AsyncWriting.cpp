@@ -170,7 +170,7 @@ class AsyncWriter {
         }
         const FrameRange all{1, 1, format_.numberOfFrames};
         if (place.frames.empty() || place.frames == std::vector{all}) {
-            text(codes_.ranges, "NO", {n_, k});
+            text(codes_.ranges, kNotSupercommutated, {n_, k});
             return;
         }
         number(codes_.ranges, static_cast<int>(place.frames.size()), {n_, k});
