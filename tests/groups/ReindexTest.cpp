@@ -2,6 +2,8 @@
 #include "groups/Reindex.h"
 #include "support/TestContext.h"
 
+#include <filesystem>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -108,6 +110,30 @@ TEST_F(Reindex, ANameOverItsLimitStillMatches) {
     t.write("[kavu]DSRCE.T01", "T-1\\ID:" + longName + ";\r\n");
     EXPECT_TRUE(reindex());
     EXPECT_TRUE(t.has("[kavu]DSRCE.T01"));
+}
+
+/// A file that is there and cannot be opened, whoever asks.
+void makeUnreadable(test::TestContext& t, const char* name) {
+    std::filesystem::create_symlink(name, t.store.pathOf(name));
+}
+
+TEST_F(Reindex, AHomeThatCannotBeReadStopsItBeforeAStreamGoes) {
+    t.write(working::kGeneral, "G\\DSI-1:One;\r\n");
+    t.write("[kavu]PCMFMT.P01", "P-1\\DLN:A;\r\n");
+    makeUnreadable(t, "[kavu]MULT.M01");
+    EXPECT_FALSE(reindex());
+    EXPECT_TRUE(t.has("[kavu]PCMFMT.P01")) << "its home may be in what cannot be read";
+    EXPECT_TRUE(t.ui.hasText("[kavu]MULT.M01"));
+}
+
+TEST_F(Reindex, AStreamThatCannotBeReadStopsItBeforeTheRenumbering) {
+    t.write(working::kGeneral, "G\\DSI-1:One;\r\n");
+    t.write("[kavu]MULT.M01", "M-1\\ID:One;\r\nM-1\\BB\\DLN:A;\r\n");
+    makeUnreadable(t, "[kavu]PCMFMT.P01");
+    t.write("[kavu]PCMFMT.P03", "P-3\\DLN:A;\r\n");
+    EXPECT_FALSE(reindex());
+    EXPECT_EQ(t.read("[kavu]PCMFMT.P03"), "P-3\\DLN:A;\r\n");
+    EXPECT_TRUE(t.ui.hasText("[kavu]PCMFMT.P01"));
 }
 
 TEST_F(Reindex, WorksWithoutAParentAndWithoutFiles) {

@@ -10,6 +10,7 @@ namespace {
 
 constexpr const char* kGeneral = "[kavu]GTMP.G";
 constexpr const char* kOne = "[kavu]DSRCE.T01";
+constexpr const char* kSide = "[kavu]TmpPCMFMT.MFF";
 
 struct Listener : DocumentListener {
     void documentChanged(const DocumentChange& change) override {
@@ -110,6 +111,30 @@ TEST_F(DocumentHistoryTest, TellsOfUndoAndRedo) {
     c.history.removeListener(listener);
     ASSERT_TRUE(c.history.undo(&c.ui));
     EXPECT_EQ(listener.kinds.size(), 3U);
+}
+
+TEST_F(DocumentHistoryTest, MakesNoLevelOfWhatAnEditorKeepsNextToTheGroups) {
+    edit("Look at Stream", kSide, "filter");
+    EXPECT_FALSE(c.history.canUndo());
+    EXPECT_EQ(foldersIn("undo"), 0U);
+    EXPECT_EQ(c.read(kSide), "filter");
+}
+
+TEST_F(DocumentHistoryTest, AnUndoLeavesWhatAnEditorKeepsNextToTheGroups) {
+    edit("Look at Stream", kSide, "filter");
+    ASSERT_TRUE(inTransaction(c.context, &c.ui, "Edit of Stream", [&] {
+        return c.files.put(kGeneral, "1").ok() && c.files.put(kSide, "another filter").ok();
+    }));
+    EXPECT_TRUE(c.has("undo/000001/" + std::string(kGeneral)));
+    EXPECT_FALSE(c.has("undo/000001/" + std::string(kSide)));
+    // Its editor has gone, and has taken its files along.
+    ASSERT_TRUE(c.files.remove(kSide).ok());
+    ASSERT_TRUE(c.history.undo(&c.ui));
+    EXPECT_EQ(c.read(kGeneral), "0");
+    EXPECT_FALSE(c.has(kSide));
+    ASSERT_TRUE(c.history.redo(&c.ui));
+    EXPECT_EQ(c.read(kGeneral), "1");
+    EXPECT_FALSE(c.has(kSide));
 }
 
 TEST_F(DocumentHistoryTest, RefusesWhileAnOperationIsOpen) {

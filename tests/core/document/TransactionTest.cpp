@@ -12,6 +12,7 @@ namespace {
 constexpr const char* kGeneral = "[kavu]GTMP.G";
 constexpr const char* kOne = "[kavu]DSRCE.T01";
 constexpr const char* kChunk = "[kavu]00000001.C_O";
+constexpr const char* kSide = "[kavu]TmpPCMFMT.ALTTAG";
 
 struct Listener : DocumentListener {
     void documentChanged(const DocumentChange& change) override { changes.push_back(change); }
@@ -123,6 +124,30 @@ TEST_F(TransactionTest, CountsAsChangedButMakesNoLevelOfEqualBytes) {
     EXPECT_FALSE(c.history.canUndo());
     EXPECT_EQ(heard.changes.size(), 1U);
     EXPECT_FALSE(folderExists(c.store.pathOf("TEMP0")));
+}
+
+TEST_F(TransactionTest, IsNoChangeIfOnlyAnEditorsOwnFilesWereWritten) {
+    Transaction look(c.context, "Edit of Stream");
+    put(kSide, "filter");
+    EXPECT_FALSE(look.hasChanges());
+    ASSERT_TRUE(look.commit().ok());
+    EXPECT_FALSE(c.document.changed) << "nobody is asked to save a document for a look at it";
+    EXPECT_TRUE(heard.changes.empty());
+    Transaction edit(c.context, "Edit of Stream");
+    put(kSide, "another filter");
+    put(kOne, "T");
+    EXPECT_TRUE(edit.hasChanges());
+    ASSERT_TRUE(edit.commit().ok());
+    EXPECT_TRUE(c.document.changed);
+}
+
+TEST_F(TransactionTest, TakesAnEditorsOwnFilesBackAsWell) {
+    put(kSide, "filter");
+    {
+        const Transaction look(c.context, "Edit of Stream");
+        put(kSide, "another filter");
+    }
+    EXPECT_EQ(c.read(kSide), "filter");
 }
 
 TEST_F(TransactionTest, TakesTheWorkBackThatSaysFalse) {
