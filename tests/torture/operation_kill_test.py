@@ -26,6 +26,12 @@ OTHER = support.lines(
     "D-1\\ML\\N:1", "D-1\\MLN-1:JUST ONE", "D-1\\MN\\N-1:1", "D-1\\MN-1-1:DELTA",
     *support.conversion(1, "DELTA", "DCT:NON"))
 
+EDITION = "2004"
+# Something to change in each group, for the way back to an old edition.
+DATED = support.small_document().replace(b"G\\106:09", b"G\\106:99") + support.lines(
+    "T-1\\RF4:OTHR", "R-1\\TC1:OTHR", "R-1\\RI4:05-06-2001", "M-1\\SIF2-1:OT", "A-1\\SF3-1:OTH",
+    "C-1\\TRD5:05-06-2001")
+
 # What comes in front of the source, and behind it.
 OPERATIONS = {
     "delete": (["--answer", "140=yes", "source", "delete"], ["RF"]),
@@ -49,26 +55,34 @@ def content_of(document):
     return sorted(support.plain_commands(document)), support.conversion_records(document)
 
 
-def arguments_of(case, name):
+def run(case, name, faults):
+    """Runs an operation from the load up to the save."""
+    if name == "change_edition":
+        return case.run(case.source, EDITION, case.target, faults=faults,
+                        program=case.workshop.change_edition)
     front, behind = OPERATIONS[name]
     other = case.root / "other.tma"
     other.write_bytes(OTHER)
     behind = [part.format(other=other) for part in behind]
-    return ["--now", support.NOW, *front, case.source, *behind, "-o", case.target]
+    return case.run("--now", support.NOW, *front, case.source, *behind, "-o", case.target,
+                    faults=faults)
 
 
 class Expected:
     """What a run that nobody kills writes and does."""
 
     def __init__(self, workshop, name, source):
+        case = workshop.case(f"{name}-before", source)
+        case.save()
+        self.before = content_of(support.contents(case.target))
+        case.remove()
         case = workshop.case(f"{name}-recorded", source)
         log = workshop.folder / f"{name}.log"
-        self.outcome = case.run(*arguments_of(case, name), faults={"LOG": log})
+        self.source = source
+        self.outcome = run(case, name, {"LOG": log})
         self.calls = recorded_calls(log)
         written = support.contents(case.target)
         self.after = None if written is None else content_of(written)
-        case.save()
-        self.before = content_of(support.contents(case.target))
         self.removal = min((call.number for call in self.calls
                             if call.name == "unlink" and call.path.startswith(str(case.temp))
                             and call.path.endswith("/[kavu]GTMP.G")), default=0)
@@ -81,7 +95,6 @@ class OperationKillTest(unittest.TestCase):
     def setUpClass(cls):
         cls.workshop = support.Workshop()
         cls.addClassCleanup(cls.workshop.close)
-        cls.source = support.small_document()
 
     def recovered(self, case):
         """What is recovered from the one store that is left, and the problems on the way."""
@@ -102,12 +115,12 @@ class OperationKillTest(unittest.TestCase):
         return content_of(written), problems
 
     def kill_at(self, name, expected, number):
-        case = self.workshop.case(f"{name}-{number}", self.source)
-        outcome = case.run(*arguments_of(case, name), faults={"KILL_AT": number})
+        case = self.workshop.case(f"{name}-{number}", expected.source)
+        outcome = run(case, name, {"KILL_AT": number})
         if outcome.status != -signal.SIGKILL:
             return None, f"{name} call {number}: it was not killed: {outcome}"
         content, problems = self.recovered(case)
-        if support.contents(case.source) != self.source:
+        if support.contents(case.source) != expected.source:
             problems.append("the source is damaged")
         state = ("before" if content == expected.before else
                  "after" if content == expected.after else None)
@@ -125,10 +138,10 @@ class OperationKillTest(unittest.TestCase):
         return state, (f"{name} killed at call {number} of {len(expected.calls)}, {call.name} "
                        f"{os.path.basename(call.path)}: " + "; ".join(problems))
 
-    def kill_in(self, name):
-        expected = Expected(self.workshop, name, self.source)
+    def kill_in(self, name, source=None):
+        expected = Expected(self.workshop, name, source or support.small_document())
         self.assertIsNotNone(expected.after, expected.outcome)
-        self.assertNotEqual(expected.after, expected.before, "an operation that changes nothing")
+        self.assertFalse(expected.after == expected.before, "an operation that changes nothing")
         self.assertGreater(len(expected.links), 0, "nothing was kept")
         # From the first file that is kept to the first file of the store that is deleted.
         first, last = expected.links[0], expected.removal
@@ -169,6 +182,9 @@ class OperationKillTest(unittest.TestCase):
 
     def test_killed_in_a_rewrite_of_a_stream(self):
         self.kill_in("rewrite")
+
+    def test_killed_in_a_change_of_the_edition(self):
+        self.kill_in("change_edition", DATED)
 
 
 if __name__ == "__main__":

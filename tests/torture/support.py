@@ -34,12 +34,13 @@ class Workshop:
     every user of the machine can reach."""
 
     def __init__(self):
-        for name in ("KAVU_CLI", "KAVU_FAULTSHIM"):
+        for name in ("KAVU_CLI", "KAVU_FAULTSHIM", "KAVU_CHANGE_EDITION"):
             needed(name)
         self.folder = Path(tempfile.mkdtemp(prefix="kavu-torture-", dir=scratch_root()))
         self.folder.chmod(0o755)
         self.program = self._copy("KAVU_CLI")
         self.shim = self._copy("KAVU_FAULTSHIM")
+        self.change_edition = self._copy("KAVU_CHANGE_EDITION")
         self._count = 0
 
     def _copy(self, name):
@@ -102,16 +103,16 @@ class Case:
                 variables["KAVU_FAULT_" + key] = str(value)
         return variables
 
-    def command(self, arguments):
-        return [str(self.workshop.program), *map(str, arguments)]
+    def command(self, arguments, program=None):
+        return [str(program or self.workshop.program), *map(str, arguments)]
 
-    def run(self, *arguments, faults=None, user=None, wrapper=()):
-        """Runs the program. `user` is the number of the user it runs as."""
+    def run(self, *arguments, faults=None, user=None, wrapper=(), program=None):
+        """Runs the program, or another one. `user` is the number of the user it runs as."""
         options = {}
         if user is not None and os.geteuid() == 0:
             options = {"user": user, "group": user, "extra_groups": []}
         try:
-            done = subprocess.run([*wrapper, *self.command(arguments)],
+            done = subprocess.run([*wrapper, *self.command(arguments, program)],
                                   env=self.environment(faults), cwd=self.root,
                                   stdin=subprocess.DEVNULL, capture_output=True,
                                   timeout=TIMEOUT, check=False, **options)
