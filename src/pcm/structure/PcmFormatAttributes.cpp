@@ -41,8 +41,9 @@ bool PcmFormat::setCommonWordLength(UserInterface* parent, int length) {
         messages.show(parent, 220, title::kIllegalValueEntered, kErrorBox);
         return false;
     }
-    // A variable length that equals the common one changes with it.
-    for (int fwp = 0; fwp < wordsPerMinorFrame; ++fwp) {
+    // A variable length that equals the common one changes with it. The sync word does not: its
+    // length is that of the pattern.
+    for (int fwp = 1; fwp < wordsPerMinorFrame; ++fwp) {
         if (wordLength(fwp) == commonWordLength) {
             setWordLength(fwp, length);
         }

@@ -27,6 +27,19 @@ TEST(PcmFormatAttributes, TheCommonWordLengthTakesEqualLengthsAlong) {
     EXPECT_TRUE(f.format.formatEdited);
 }
 
+TEST(PcmFormatAttributes, TheCommonWordLengthIsNotThatOfASyncWordOfTheSameLength) {
+    LoadFixture f;
+    ASSERT_TRUE(f.load(plainFormat(8, 1)));
+    ASSERT_TRUE(f.format.setFrameSyncPatternByLength(f.parent, 16));
+    ASSERT_TRUE(f.format.setCommonWordLength(f.parent, 20));
+    EXPECT_EQ(f.format.wordLength(0), 16);
+    EXPECT_EQ(f.format.syncLength, 16);
+    EXPECT_EQ(f.format.bitsPerMinorFrame, 16 + 7 * 20);
+    ASSERT_TRUE(savePcmFormat(f.format, f.parent));
+    ASSERT_TRUE(f.reload());
+    EXPECT_EQ(f.logText(176), "") << "the bits of the file are those of its words";
+}
+
 TEST(PcmFormatAttributes, TheCommonWordLengthDependsOnTheFormat) {
     struct Row {
         int edition;
