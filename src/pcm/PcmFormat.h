@@ -81,6 +81,8 @@ struct PcmAttributes {
     int measurementListCount = 0;    ///< ML\N of the D group
     std::array<FixedText<32>, kMostMeasurementLists> measurementListNames;  ///< MLN
     FixedText<9> bitRate;                                                   ///< D2, as entered
+    /// F2 as it was before the type became a bus, which has none; any other type takes it back.
+    FixedText<1> orderBeforeBus;
     [[nodiscard]] bool operator==(const PcmAttributes&) const = default;
 };
 

@@ -42,7 +42,18 @@ void takeBusValues(PcmFormat& format, UserInterface* parent) {
     setText(format, p::kMf3.code, p::bus::kSyncType);
     setText(format, p::kF4.code, p::bus::kParityOrder);
     setText(format, p::kF3.code, p::bus::kParity);
+    if (!format.wordTransferOrder.empty()) {
+        format.orderBeforeBus = format.wordTransferOrder;
+    }
     setText(format, p::kF2.code, {});
+}
+
+/// Takes the order back that the user had chosen: the bus has only shown another one.
+void leaveBusValues(PcmFormat& format) {
+    if (!format.orderBeforeBus.empty()) {
+        setText(format, p::kF2.code, format.orderBeforeBus);
+        format.orderBeforeBus.clear();
+    }
 }
 
 /// Does what follows from a picked value.
@@ -51,6 +62,8 @@ void followText(PcmFormat& format, UserInterface* parent, std::string_view code)
         format.isBusStream = format.typeFormat == stream_type::kBus1553.stored;
         if (format.isBusStream) {
             takeBusValues(format, parent);
+        } else {
+            leaveBusValues(format);
         }
     } else if (code == "D1" && format.pcmCode == "RNRZ-L") {
         setText(format, "D7", "N");

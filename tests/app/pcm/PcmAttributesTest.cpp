@@ -282,6 +282,46 @@ TEST_F(PcmAttributesTest, ABusStreamFixesItsValuesAndAnyOtherTypeFreesThem) {
     });
 }
 
+// A look at the bus type cost the stream the order in which its words are sent.
+TEST_F(PcmAttributesTest, ALookAtABusLeavesTheWordTransferOrderAsItWas) {
+    for (const auto& before : {Commands{"F2:L"}, Commands{"F2:M"}, Commands{}}) {
+        SheetStage s(2009, before);
+        edit(s, [&](QDialog& dialog) {
+            openPage(dialog, 1);
+            const auto shown = chosen(dialog, "F2");
+            pick(dialog, "TF", QStringLiteral("1553"));
+            EXPECT_EQ(chosen(dialog, "F2"), QString());
+            pick(dialog, "TF", QStringLiteral("TWO"));
+            EXPECT_EQ(chosen(dialog, "F2"), shown);
+            EXPECT_TRUE(enabled(dialog, "F2"));
+            press(dialog, "ok");
+        });
+        const auto text = s.read("[kavu]PCMFMT.P01");
+        EXPECT_EQ(text.find("\\F2:") != std::string::npos, !before.empty()) << text;
+        if (!before.empty()) {
+            EXPECT_TRUE(s.saved(before.front())) << text;
+        }
+    }
+}
+
+TEST_F(PcmAttributesTest, TheCommonWordLengthLeavesTheSyncWordAsLongAsItsPattern) {
+    SheetStage s;
+    s.ui.integers = {20};
+    EXPECT_TRUE(edit(s, [](QDialog& dialog) {
+        openPage(dialog, 2);
+        pick(dialog, "MF4", QStringLiteral("16"));
+        openPage(dialog, 1);
+        EXPECT_EQ(find<QLineEdit>(dialog, "MF2")->text(), QString::number(16 + 31 * 16));
+        press(dialog, "F1");
+        EXPECT_EQ(find<QLineEdit>(dialog, "MF2")->text(), QString::number(16 + 31 * 20));
+        press(dialog, "ok");
+    }));
+    EXPECT_TRUE(s.saved("MF4:16"));
+    EXPECT_TRUE(s.saved("MF2:636"));
+    ASSERT_TRUE(s.reload());
+    EXPECT_EQ(s.logText(176), "");
+}
+
 TEST_F(PcmAttributesTest, PatternsAreEnteredPickedAndSwitched) {
     SheetStage s;
     edit(s, [&](QDialog& dialog) {

@@ -171,6 +171,18 @@ TEST_F(PcmFormatEditTest, ABusStreamHasItsFixedValues) {
     EXPECT_TRUE(offersPcmCode(format, "NRZ-M"));
 }
 
+TEST_F(PcmFormatEditTest, AnotherTypeThanABusTakesTheWordTransferOrderBack) {
+    EXPECT_TRUE(edit("F2", "L"));
+    EXPECT_TRUE(edit("TF", "1553"));
+    EXPECT_TRUE(edit("TF", "1553"));
+    EXPECT_EQ(format.wordTransferOrder, "");
+    EXPECT_TRUE(edit("TF", "BUS"));
+    EXPECT_EQ(format.wordTransferOrder, "L");
+    EXPECT_TRUE(edit("F2", ""));
+    EXPECT_TRUE(edit("TF", "TWO"));
+    EXPECT_EQ(format.wordTransferOrder, "") << "what is chosen since then stays";
+}
+
 TEST_F(PcmFormatEditTest, ABusStreamHasItsPatternInTheFormThatIsShown) {
     editHexFsp(format, true);
     EXPECT_TRUE(edit("TF", "1553"));
