@@ -189,7 +189,7 @@ void PcmFormat::sortCells() {
 
 bool PcmFormat::isInEveryFrame(const Measurement& measurement) const {
     const auto* const definition = wordFrameDefinition(measurement.wordFrameIndex);
-    if (!equalsIgnoreCase(measurement.locationType, "WDFR") || definition == nullptr ||
+    if (!isWordFrame(measurement) || definition == nullptr ||
         definition->mostFragments() == 0) {
         return false;
     }
@@ -233,7 +233,7 @@ int PcmFormat::countMeasurementOccurences(std::string_view name) const {
     if (const auto first = count == 0 ? std::nullopt : Occurrences(*this, name).next()) {
         const auto& measurement = cells_.measurement(first->cell);
         const auto* const definition = wordFrameDefinition(measurement.wordFrameIndex);
-        if (equalsIgnoreCase(measurement.locationType, "WDFR")) {
+        if (isWordFrame(measurement)) {
             count /= std::max(1, definition == nullptr ? 1 : definition->mostFragments());
         } else if (isFragmented(measurement.locationType)) {
             count /= std::max(1, measurement.locationCount);

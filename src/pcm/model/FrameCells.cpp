@@ -22,7 +22,11 @@ std::uint32_t keyOf(std::uint16_t word, std::uint16_t index) {
 
 bool isFragmented(const FixedText<4>& locationType) {
     return equalsIgnoreCase(locationType, "MFFR") || equalsIgnoreCase(locationType, "SFFR") ||
-           equalsIgnoreCase(locationType, "WDFR");
+           equalsIgnoreCase(locationType, kWordFrameType);
+}
+
+bool isWordFrame(const Measurement& measurement) {
+    return equalsIgnoreCase(measurement.locationType, kWordFrameType);
 }
 
 FrameCells::FrameCells() {

@@ -41,4 +41,9 @@ struct CellRef {
 /// True if a location type is fragmented: MFFR, SFFR, WDFR, ignoring case.
 [[nodiscard]] bool isFragmented(const FixedText<4>& locationType);
 
+/// The location type of measurements that are located by ranges of words and frames.
+inline constexpr std::string_view kWordFrameType = "WDFR";
+/// True for a measurement of that type, ignoring case.
+[[nodiscard]] bool isWordFrame(const Measurement& measurement);
+
 }  // namespace kavu

@@ -86,7 +86,7 @@ std::string nameForWord(const PcmFormat& format, int fwp) {
 /// may be in some frames of other words.
 bool isInEveryFrameOf(const PcmFormat& format, const Measurement& measurement, int fwp) {
     const auto* const definition = format.wordFrameDefinition(measurement.wordFrameIndex);
-    if (!equalsIgnoreCase(measurement.locationType, "WDFR") || definition == nullptr) {
+    if (!isWordFrame(measurement) || definition == nullptr) {
         return false;
     }
     const auto covers = [&](const WordFrameFragment& fragment) {

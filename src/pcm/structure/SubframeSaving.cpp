@@ -25,7 +25,7 @@ class SubframeSaver {
         if (format_.wordType(fwp_) != WordType::Subframe || format_.subframe(ref_) == nullptr) {
             return refuse(342, title::kOperationAborted);
         }
-        if (!checkName() || !checkLocations() || !checkDepth()) {
+        if (!checkName() || !checkLocations() || !checkMeasurements() || !checkDepth()) {
             return false;
         }
         for (const int word : std::vector<int>(format_.wordsOf(ref_))) {
@@ -39,8 +39,8 @@ class SubframeSaver {
         changeDepth();
         if (record_.isSupercommutated()) {
             supercommutate();
-        } else {
-            becomeSingle();
+        } else if (old_.isSupercommutated()) {
+            changeType("SFSC", "SF", 0);
         }
         format_.changed = true;
         return true;
@@ -156,6 +156,24 @@ class SubframeSaver {
         return true;
     }
 
+    /// Word/frame locations in a supercommutated subframe could not be read again.
+    bool checkMeasurements() {
+        if (!record_.isSupercommutated()) {
+            return true;
+        }
+        const auto& cells = format_.cells();
+        for (const int word : format_.wordsOf(ref_)) {
+            for (int index = 1; index <= cells.cellCount(word); ++index) {
+                for (auto at = cells.cell(word, index); at; at = cells.next(at)) {
+                    if (cells.isMeasurement(at) && isWordFrame(cells.measurement(at))) {
+                        return refuse(356, title::kUnableToSaveSubframe);
+                    }
+                }
+            }
+        }
+        return true;
+    }
+
     void changeDepth() {
         const int before = format_.cells().cellCount(fwp_);
         format_.allocateCells(parent_, fwp_);
@@ -211,8 +229,6 @@ class SubframeSaver {
             }
         }
     }
-
-    void becomeSingle() { changeType("SFSC", "SF", 0); }
 
     PcmFormat& format_;
     UserInterface* parent_;

@@ -28,11 +28,6 @@ namespace kavu {
 namespace {
 
 constexpr int kFirstEdition = 2004;
-constexpr std::string_view kWordFrameType = "WDFR";
-
-bool isWordFrame(const Measurement& measurement) {
-    return equalsIgnoreCase(measurement.locationType, kWordFrameType);
-}
 
 /// Calls `visit(head, fwp, fn)` for every array cell: frame by frame, and within a frame
 /// word by word, each once.

@@ -25,7 +25,7 @@ bool hasShownSubframe(const PcmFormat& format) {
 bool hasOlderType(const PcmFormat& format) {
     bool found = false;
     format.forEachMeasurement([&](CellRef cell, int, int) {
-        found = !equalsIgnoreCase(format.cells().measurement(cell).locationType, "WDFR");
+        found = !isWordFrame(format.cells().measurement(cell));
         return !found;
     });
     return found;

@@ -108,6 +108,51 @@ TEST(SubframeDialog, YesOpensTheLocationsAndTheirCancelIsNo) {
     EXPECT_EQ(s.format.wordsOf({0, 0}), std::vector<int>{5});
 }
 
+// The measurement could not be read again, and was gone after the next load.
+TEST(SubframeDialog, AWordFrameMeasurementKeepsItsSubframeFromBecomingSupercommutated) {
+    CounterStage s;
+    Measurement measurement;
+    measurement.name = "RANGED";
+    measurement.locationType = "WDFR";
+    s.format.cells().store(s.format.getFreeCell(s.parent, 5, 2), measurement);
+    StreamUndo before(s.format);
+    s.subframe([&](QDialog& dialog) {
+        s.door.next([](QDialog& locations) {
+            test::type(locations, "numberOfLocations", QStringLiteral("3"));
+            test::type(locations, "interval", QStringLiteral("10"));
+            press(locations, "ok");
+        });
+        pick(dialog, "supercommutated", QStringLiteral("Yes"));
+        press(dialog, "ok");
+        EXPECT_EQ(s.lastBox(), 356);
+        EXPECT_TRUE(dialog.isVisible());
+        s.ui.otherwise = Button::Yes;
+        press(dialog, "cancel");
+    });
+    EXPECT_FALSE(before.commit());
+    EXPECT_TRUE(s.format.findInCell(5, 2, "RANGED"));
+}
+
+TEST(SubframeDialog, ANewNameKeepsTheLocationsOfItsMeasurements) {
+    CounterStage s;
+    Measurement measurement;
+    measurement.name = "TWICE";
+    measurement.locationType = "SFSC";
+    measurement.locationMode = "E";
+    measurement.locationCount = 2;
+    for (const int fn : {1, 3}) {
+        s.format.cells().store(s.format.getFreeCell(s.parent, 5, fn), measurement);
+    }
+    EXPECT_TRUE(s.subframe([](QDialog& dialog) {
+        test::type(dialog, "name", QStringLiteral("NEW"));
+        press(dialog, "ok");
+    }));
+    EXPECT_EQ(s.first("TWICE"), measurement);
+    ASSERT_TRUE(savePcmFormat(s.format, s.parent));
+    ASSERT_TRUE(s.reload());
+    EXPECT_EQ(s.places("TWICE"), (test::Places{{5, 1}, {5, 3}}));
+}
+
 TEST(SubframeDialog, EveryLocationIsAListThatStaysSorted) {
     CounterStage s;
     s.ui.integers = {9, 3, 0, 20, 4};

@@ -1,4 +1,5 @@
 #include "pcm/StreamFixture.h"
+#include "pcm/model/FrameEditLists.h"
 
 namespace kavu {
 namespace {
@@ -103,6 +104,35 @@ TEST_F(SubframeSaving, BackToOneLocationTheMeasurementsAreOrdinaryAgain) {
     const auto& measurement = f.format.cells().measurement(f.format.findInCell(5, 2, "A"));
     EXPECT_EQ(measurement.locationType, "SF");
     EXPECT_EQ(measurement.locationCount, 0);
+}
+
+TEST_F(SubframeSaving, ANewNameLeavesTheMeasurementsOfAnOrdinarySubframeAsTheyAre) {
+    Measurement measurement;
+    measurement.name = "A";
+    measurement.locationType = "SFSC";
+    measurement.locationMode = "E";
+    measurement.locationCount = 2;
+    measurement.mask = "FW";
+    f.place(5, 2, measurement);
+    f.place(5, 6, measurement);
+    auto record = old;
+    record.name = "RENAMED";
+    ASSERT_TRUE(save(record));
+    for (const int fn : {2, 6}) {
+        const auto cell = f.format.findInCell(5, fn, "A");
+        ASSERT_TRUE(cell) << fn;
+        EXPECT_EQ(f.format.cells().measurement(cell), measurement) << fn;
+    }
+}
+
+TEST_F(SubframeSaving, ASubframeOfWordFrameMeasurementsDoesNotBecomeSupercommutated) {
+    f.place(5, 3, "A", "WDFR");
+    const auto before = takeWord(f.format, 5);
+    expectRefused(stepping("3", "10"), {}, 356, 126);
+    expectRefused(listed(), {5, 15}, 356, 126);
+    EXPECT_EQ(takeWord(f.format, 5), before);
+    EXPECT_EQ(f.format.wordType(15), WordType::Minor);
+    EXPECT_TRUE(save(listed(), {5})) << "one word is not supercommutated";
 }
 
 TEST_F(SubframeSaving, TheWordsOfTheOldSubframeAreGivenBack) {
