@@ -100,7 +100,7 @@ bool AsyncIntervalDialog::store() {
     editing_.contents.supercom = count.empty() ? std::string("0") : count;
     editing_.contents.interval = leadingInt(fields_->value("interval"));
     first_.fwp = leadingInt(fields_->value("firstFrameWordPosition"));
-    editing_.places.front() = first_;
+    editFirstPlace(editing_, first_);
     return true;
 }
 
@@ -241,8 +241,9 @@ bool AsyncPlaceDialog::store() {
         return false;
     }
     place_.fwp = leadingInt(fields_->value("frameWordPosition"));
-    if (fields_->control("mask") != nullptr) {
+    if (fields_->control("mask") != nullptr && place_.mask != fields_->value("mask")) {
         place_.mask = fields_->value("mask");
+        place_.length = 0;
     }
     place_.frames = frames_;
     return true;

@@ -227,11 +227,11 @@ std::vector<std::vector<AsyncPlace>> asyncPlaces(const PcmFormat& format) {
             const auto same = std::find_if(
                 locations.begin(), locations.end(),
                 [&](const AsyncLocation& location) { return location.fwp == places[i][k].fwp; });
-            if (same != locations.end()) {
-                places[i][k].frames = same->frames;
-            } else if (k < locations.size()) {
-                places[i][k].frames = locations[k].frames;
-            }
+            const auto& location = same != locations.end() ? *same
+                                   : k < locations.size()  ? locations[k]
+                                                           : AsyncLocation{};
+            places[i][k].frames = location.frames;
+            places[i][k].length = location.length;
         }
     }
     return places;

@@ -43,6 +43,8 @@ struct AsyncPlace {
     int fwp = 0;
     std::string mask;
     std::vector<FrameRange> frames;  ///< empty is every frame
+    int length = 0;                  ///< AEF5, bits; 0 is the length of the mask
+    [[nodiscard]] bool operator==(const AsyncPlace&) const = default;
 };
 /// The words of every record, ascending, from one pass over the frame; record n is at n -
 /// 1.
@@ -52,10 +54,16 @@ struct AsyncPlace {
 /// name), 374 (a stream of that name exists already, by `linkExists`), 375 (another record
 /// has the name), 368 (no location type), 369 (no interval), 370 (no such record), 195 and
 /// 196 (words), 373 (a word twice), 371 and 372 (masks), 215 (too many records), 197.
-/// `record` 0 adds one. For an "FI" only the first place is given, which the others follow;
-/// an "EL" has as many locations as there are places. An empty mask is the whole word.
+/// `record` 0 adds one. For an "FI" the words follow from the first place, and a place that is
+/// not given has the mask and frames of the first; an "EL" has as many locations as there are
+/// places. An empty mask is the whole word.
 bool saveAsyncFormat(PcmFormat& format, UserInterface* parent, int record,
                      const AsyncFormat& contents, const std::vector<AsyncPlace>& places,
                      const std::function<bool(std::string_view)>& linkExists = {});
+/// The same for a record that stays where it is, with all of its places as they are: messages 367,
+/// 370, 374, 375.
+bool saveAsyncAttributes(PcmFormat& format, UserInterface* parent, int record,
+                         const AsyncFormat& contents,
+                         const std::function<bool(std::string_view)>& linkExists = {});
 
 }  // namespace kavu

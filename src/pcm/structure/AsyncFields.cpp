@@ -69,9 +69,6 @@ AsyncEditing asyncEditing(const PcmFormat& format, int record, int fwp) {
         const auto at = static_cast<std::size_t>(record - 1);
         editing.contents = format.asyncFormats[at];
         editing.places = asyncPlaces(format)[at];
-        if (editing.contents.locationMode == kFirstAndInterval && editing.places.size() > 1) {
-            editing.places.resize(1);
-        }
     } else {
         editing.record = 0;
         editing.contents.supercom = kNotSupercommutated;
@@ -95,9 +92,35 @@ std::vector<int> asyncRecordsAt(const PcmFormat& format, int fwp, int fn) {
     return records;
 }
 
+void editFirstPlace(AsyncEditing& editing, const AsyncPlace& first) {
+    if (editing.places.empty()) {
+        editing.places.emplace_back();
+    }
+    const auto before = editing.places.front();
+    editing.places.front() = first;
+    const bool stepped = editing.contents.locationMode == kFirstAndInterval;
+    for (std::size_t k = 1; k < editing.places.size() && stepped; ++k) {
+        auto& place = editing.places[k];
+        if (place.mask == before.mask && place.length == before.length) {
+            place.mask = first.mask;
+            place.length = first.length;
+        }
+        if (place.frames == before.frames) {
+            place.frames = first.frames;
+        }
+    }
+}
+
 bool saveAsyncEditing(PcmFormat& format, UserInterface* parent, const AsyncEditing& editing) {
-    return saveAsyncFormat(format, parent, editing.record, editing.contents, editing.places,
-                           [&](std::string_view name) { return linkExists(format, parent, name); });
+    const auto before = asyncEditing(format, editing.record, 0);
+    const auto& now = editing.contents;
+    const auto& old = before.contents;
+    const bool sameKind = now.isDataMerge == old.isDataMerge && now.supercom == old.supercom &&
+                          now.locationMode == old.locationMode && now.interval == old.interval;
+    const auto isLink = [&](std::string_view name) { return linkExists(format, parent, name); };
+    return before.record > 0 && sameKind && editing.places == before.places
+               ? saveAsyncAttributes(format, parent, editing.record, now, isLink)
+               : saveAsyncFormat(format, parent, editing.record, now, editing.places, isLink);
 }
 
 std::span<const Field> dataMergeFields() {

@@ -16,13 +16,17 @@ namespace kavu {
 struct AsyncEditing {
     int record = 0;  ///< 0 for a new one
     AsyncFormat contents;
-    std::vector<AsyncPlace> places;  ///< of an "FI" only the first
+    std::vector<AsyncPlace> places;
 };
 /// Of a record, or a new one with its first location at a word.
 [[nodiscard]] AsyncEditing asyncEditing(const PcmFormat& format, int record, int fwp);
 /// The records that have a slot at a place, ascending.
 [[nodiscard]] std::vector<int> asyncRecordsAt(const PcmFormat& format, int fwp, int fn);
-/// Stores it under the rules of `saveAsyncFormat`; the name of another stream is refused.
+/// Changes the first place of a record. The other places of an "FI" that had the same mask, or the
+/// same frames, follow it; those with their own keep them.
+void editFirstPlace(AsyncEditing& editing, const AsyncPlace& first);
+/// Stores it under the rules of `saveAsyncFormat`; the name of another stream is refused. Only what
+/// differs from the record is stored: one whose places were not edited stays where it is.
 bool saveAsyncEditing(PcmFormat& format, UserInterface* parent, const AsyncEditing& editing);
 
 /// The fields that only a data merge has, without indices.

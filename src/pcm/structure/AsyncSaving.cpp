@@ -31,7 +31,7 @@ class AsyncSaver {
         record_.locations.clear();
         format_.changed = true;
         for (const auto& place : places_) {
-            AsyncLocation location{place.fwp, place.frames};
+            AsyncLocation location{place.fwp, place.frames, place.length};
             if (!placeAsyncSlots(format_, parent_, number_, location, place.mask)) {
                 removeAsyncFormat(format_, nullptr, number_, -1, -1);
                 const auto& range = location.frames.front();
@@ -40,6 +40,25 @@ class AsyncSaver {
             record_.locations.push_back(std::move(location));
         }
         format_.asyncFormats[static_cast<std::size_t>(number_ - 1)] = record_;
+        return true;
+    }
+
+    /// Stores everything but where the record is.
+    bool saveAttributes(const std::function<bool(std::string_view)>& linkExists) {
+        if (number_ < 1 || number_ > format_.asyncCount()) {
+            return refuse(370);
+        }
+        if (!checkName(linkExists)) {
+            return false;
+        }
+        auto& stored = format_.asyncFormats[static_cast<std::size_t>(number_ - 1)];
+        record_.supercom = stored.supercom;
+        record_.locationMode = stored.locationMode;
+        record_.interval = stored.interval;
+        record_.isDataMerge = stored.isDataMerge;
+        record_.locations = stored.locations;
+        stored = record_;
+        format_.changed = true;
         return true;
     }
 
@@ -165,6 +184,7 @@ class AsyncSaver {
     bool checkMask(AsyncPlace& place) {
         if (record_.isDataMerge) {
             place.mask = kFullWord;
+            place.length = 0;
             return true;
         }
         const auto most = static_cast<std::size_t>(std::max(0, format_.wordLength(place.fwp)));
@@ -177,6 +197,7 @@ class AsyncSaver {
         if (place.mask.size() > most) {
             return refuse(372, most, place.mask.size(), most);
         }
+        place.length = std::min(place.length, static_cast<int>(most));
         return true;
     }
 
@@ -193,6 +214,12 @@ bool saveAsyncFormat(PcmFormat& format, UserInterface* parent, int record,
                      const AsyncFormat& contents, const std::vector<AsyncPlace>& places,
                      const std::function<bool(std::string_view)>& linkExists) {
     return AsyncSaver(format, parent, record, contents, places).save(linkExists);
+}
+
+bool saveAsyncAttributes(PcmFormat& format, UserInterface* parent, int record,
+                         const AsyncFormat& contents,
+                         const std::function<bool(std::string_view)>& linkExists) {
+    return AsyncSaver(format, parent, record, contents, {}).saveAttributes(linkExists);
 }
 
 }  // namespace kavu

@@ -5,11 +5,14 @@
 namespace kavu {
 namespace {
 
+using test::Commands;
+using test::counterAt;
 using test::enabled;
 using test::find;
 using test::pick;
 using test::press;
 using test::SheetStage;
+using test::operator+;
 
 class AsyncStage : public SheetStage {
   public:
@@ -68,6 +71,25 @@ TEST(AsyncDialogs, CancelLeavesTheStreamAndAsksAfterAnEdit) {
     }));
     EXPECT_EQ(s.format.asyncCount(), 0);
     EXPECT_FALSE(s.format.changed);
+}
+
+// Every location but the first lost its mask, its length and its frames to those of the first.
+TEST(AsyncDialogs, ANewNameLeavesEveryLocationOfTheFileAsItIs) {
+    const Commands stepped = {
+        "AEF\\N:1",   "AEF\\DLN-1:INNER", "AEF1-1:2",     "AEF2-1:FI",
+        "AEF3-1-1:4", "AEF4-1:5",         "AEF5-1-1:16",  "AEF6-1-1:1111000011110000",
+        "AEF7-1-1:1", "AEF8-1-1-1:2",     "AEF9-1-1-1:2", "AEF10-1-1-1:8",
+        "AEF5-1-2:8", "AEF6-1-2:1111",    "AEF7-1-2:NO"};
+    SheetStage s(2011, stepped + counterAt(1, 8));
+    s.door.next([](QDialog& dialog) {
+        test::type(dialog, "dataLinkName", QStringLiteral("RENAMED"));
+        press(dialog, "ok");
+    });
+    EXPECT_TRUE(editAsyncAt(s.form, s.format, nullptr, 9, 1));
+    ASSERT_TRUE(savePcmFormat(s.format, s.parent));
+    for (const auto& line : stepped) {
+        EXPECT_TRUE(s.saved(replaceAll(line, "INNER", "RENAMED"))) << line;
+    }
 }
 
 TEST(AsyncDialogs, NamesOfOtherStreamsAndFormatsAreRefused) {

@@ -4,7 +4,9 @@
 namespace kavu {
 namespace {
 
+using test::plainCounter;
 using test::StreamFixture;
+using test::operator+;
 
 class AsyncFieldsTest : public ::testing::Test, public StreamFixture {
   protected:
@@ -35,19 +37,75 @@ TEST_F(AsyncFieldsTest, TheNameOfAnotherStreamIsRefused) {
     EXPECT_EQ(ui.countBoxes(375), 1);
 }
 
-TEST_F(AsyncFieldsTest, AnEditOfAnIntervalBeginsWithTheFirstPlace) {
+TEST_F(AsyncFieldsTest, AnEditOfAnIntervalHasAllOfItsPlaces) {
     auto editing = fresh("A", 4);
     editing.contents.supercom = "3";
     editing.contents.locationMode = "FI";
     editing.contents.interval = 5;
     ASSERT_TRUE(save(editing));
     const auto again = asyncEditing(format, 1, 9);
-    ASSERT_EQ(again.places.size(), 1U);
+    ASSERT_EQ(again.places.size(), 3U);
     EXPECT_EQ(again.places[0].fwp, 4);
     ASSERT_TRUE(save(again));
     for (const int word : {4, 9, 14}) {
         EXPECT_TRUE(isAsyncAt(format, word, 1, 1)) << word;
     }
+}
+
+/// Three locations by an interval, each with a mask, a length and frames of its own.
+const std::vector<std::string> kStepped = {
+    "AEF\\N:1",     "AEF\\DLN-1:INNER", "AEF1-1:3",      "AEF2-1:FI",         "AEF3-1-1:4",
+    "AEF4-1:5",     "AEF5-1-1:16",      "AEF6-1-1:1111", "AEF7-1-1:1",        "AEF8-1-1-1:1",
+    "AEF9-1-1-1:2", "AEF10-1-1-1:7",    "AEF5-1-2:8",    "AEF6-1-2:11110000", "AEF7-1-2:NO",
+    "AEF5-1-3:4",   "AEF6-1-3:1111",    "AEF7-1-3:1",    "AEF8-1-3-1:2",      "AEF9-1-3-1:1",
+    "AEF10-1-3-1:3"};
+
+TEST_F(AsyncFieldsTest, ANewNameAloneLeavesPlacesMasksLengthsAndFrames) {
+    ASSERT_TRUE(read(kStepped));
+    const auto before = written();
+    auto editing = asyncEditing(format, 1, 9);
+    editing.contents.dataLinkName = "RENAMED";
+    ASSERT_TRUE(save(editing));
+    auto expected = before;
+    std::replace(expected.begin(), expected.end(), std::string("AEF\\DLN-1:INNER"),
+                 std::string("AEF\\DLN-1:RENAMED"));
+    EXPECT_EQ(written(), expected);
+    for (const auto& command : kStepped) {
+        EXPECT_TRUE(holds(before, command)) << command << " comes back from a file";
+    }
+}
+
+TEST_F(AsyncFieldsTest, ALocationThatTheLoadHasLeftOutDoesNotKeepANameFromBeingEdited) {
+    auto commands = kStepped + plainCounter(1, 9, 8, "SFID");
+    commands.push_back("ISF\\N:1");
+    ASSERT_TRUE(read(commands));
+    ASSERT_FALSE(isAsyncAt(format, 9, -1, 1));
+    auto editing = asyncEditing(format, 1, 4);
+    editing.contents.dataLinkName = "RENAMED";
+    EXPECT_TRUE(save(editing));
+    EXPECT_TRUE(isAsyncAt(format, 14, -1, 1));
+    EXPECT_FALSE(ui.hasBox(196));
+}
+
+TEST_F(AsyncFieldsTest, AnotherFirstPlaceTakesAlongWhatWasLikeIt) {
+    ASSERT_TRUE(read(kStepped));
+    auto editing = asyncEditing(format, 1, 4);
+    auto& places = editing.places;
+    places[2].mask = places[0].mask;
+    places[2].length = places[0].length;
+    editFirstPlace(editing, {5, "11", {}, 0});
+    EXPECT_EQ(places[0], (AsyncPlace{5, "11", {}, 0}));
+    EXPECT_EQ(places[1].mask, "11110000") << "its own";
+    EXPECT_EQ(places[1].length, 8);
+    EXPECT_EQ(places[2].mask, "11");
+    EXPECT_EQ(places[2].frames, (std::vector<FrameRange>{{2, 1, 3}})) << "its own";
+    ASSERT_TRUE(save(editing));
+    const auto lines = written();
+    for (const auto* const line : {"AEF3-1-1:5", "AEF5-1-1:2", "AEF6-1-1:11", "AEF7-1-1:NO",
+                                   "AEF5-1-2:8", "AEF6-1-2:11110000", "AEF5-1-3:2"}) {
+        EXPECT_TRUE(holds(lines, line)) << line;
+    }
+    EXPECT_TRUE(isAsyncAt(format, 15, -1, 1));
 }
 
 TEST_F(AsyncFieldsTest, AllFieldsOfADataMergeAreKept) {
