@@ -84,6 +84,13 @@ class StreamTest(kavu.KavuTest):
 
     # --- stream -------------------------------------------------------------------------
 
+    def test_the_cells_of_ranges_have_the_masks_of_their_fragments(self):
+        self.write("in.tma", SMALL.replace("WFM-1-4-1-1:FW", "WFM-1-4-1-1:11110000"))
+        masks = {(cell["fwp"], measurement["Name"]): measurement["Mask"]
+                 for cell in self.model("in.tma", "PCM 1")["cells"]
+                 for measurement in cell["measurements"]}
+        self.assertEqual([masks[word, "RANGE"] for word in (10, 12, 14)], ["11110000"] * 3)
+
     def test_the_members_have_their_names_and_order(self):
         self.write("in.tma", SMALL)
         model = self.model("in.tma", "PCM 1")

@@ -345,6 +345,9 @@ void EditDataWordDialog::update() {
     mask_->setEnabled(!panelType_.ends_with("FR"));
     if (panel_ != nullptr) {
         panel_->setMeasurementName(name());
+        if (const auto mask = panel_->maskHere()) {
+            mask_->setMask(*mask, format_.wordLength(word_.place.fwp));
+        }
     }
 }
 

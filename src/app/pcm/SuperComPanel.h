@@ -31,6 +31,8 @@ class PlacesPanel : public QWidget {
     virtual void store(MeasurementDefinition& definition) const = 0;
     /// Another name of the measurement, which messages name.
     virtual void setMeasurementName(const std::string& /*name*/) {}
+    /// The mask of the place that is edited, where the panel has it and not the dialog.
+    [[nodiscard]] virtual std::optional<std::string> maskHere() const { return std::nullopt; }
     /// Shows masks again: their form was switched.
     virtual void refreshMasks() {}
 

@@ -68,7 +68,7 @@ void WordFramePanel::load(const MeasurementDefinition& definition) {
 
 void WordFramePanel::store(MeasurementDefinition& definition) const {
     definition.wordFrame = ranges_;
-    // What is shown of the measurement elsewhere is the mask of its first fragment.
+    // Each place takes the mask of its fragment; another type begins with that of the first.
     if (!ranges_.locations.empty() && !ranges_.locations.front().fragments.empty()) {
         definition.attributes.mask = ranges_.locations.front().fragments.front().mask;
     }
@@ -106,6 +106,11 @@ void WordFramePanel::showLocations() {
         rows.push_back(rowOf(static_cast<int>(rows.size()) + 1, location));
     }
     list_->setRows(std::move(rows));
+}
+
+std::optional<std::string> WordFramePanel::maskHere() const {
+    const auto* const here = fragmentAt(format_, ranges_, place_.fwp, place_.fn);
+    return here == nullptr ? std::nullopt : std::optional(here->mask.str());
 }
 
 void WordFramePanel::refreshMasks() {

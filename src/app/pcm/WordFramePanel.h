@@ -19,6 +19,7 @@ class WordFramePanel : public PlacesPanel {
     void load(const MeasurementDefinition& definition) override;
     void store(MeasurementDefinition& definition) const override;
     void setMeasurementName(const std::string& name) override { name_ = name; }
+    [[nodiscard]] std::optional<std::string> maskHere() const override;
     void refreshMasks() override;
 
   private:

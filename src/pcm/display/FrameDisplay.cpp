@@ -198,7 +198,7 @@ void FrameDisplay::addMeasurementTip(std::string& text, CellRef cell, int word) 
     }
     auto line = measurement.name.str() + ": " + measurement.locationType.str() + ", mask " +
                 std::string(mask) +
-                formatPrintf(", %d bits", format_.maskBits(word, measurement.mask, false));
+                formatPrintf(", %d bits", format_.maskBits(word, mask, false));
     if (measurement.fragmentNumber > 0) {
         line += formatPrintf(", fragment %d", measurement.fragmentNumber);
     }

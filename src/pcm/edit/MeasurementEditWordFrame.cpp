@@ -81,7 +81,7 @@ bool checkPlainWords(const PcmFormat& format, UserInterface* parent,
                      const WordFrameFragment& fragment, const std::vector<std::string>& oldNames) {
     bool free = true;
     const auto isKept = [&](const Measurement& cell) {
-        return !equalsIgnoreCase(cell.locationType, "WDFR") &&
+        return !isWordFrame(cell) &&
                std::none_of(oldNames.begin(), oldNames.end(), [&](const std::string& name) {
                    return equalsIgnoreCase(name, cell.name);
                });
@@ -227,6 +227,25 @@ std::vector<std::pair<int, int>> coveredPlaces(const PcmFormat& format,
         }
     });
     return places;
+}
+
+const WordFrameFragment* fragmentAt(const PcmFormat& format, const WordFrameDefinition& definition,
+                                    int fwp, int fn) {
+    const bool folds = format.wordType(fwp) == WordType::Subframe;
+    const int frame = folds ? std::max(1, format.foldedFrame(fwp, fn)) : fn;
+    const auto isIn = [](int at, int start, int interval, int end) {
+        return interval < 1 ? at == start
+                            : at >= start && at <= end && (at - start) % interval == 0;
+    };
+    for (const auto& location : definition.locations) {
+        for (const auto& fragment : location.fragments) {
+            if (isIn(fwp, fragment.startWord, fragment.wordInterval, fragment.endWord) &&
+                isIn(frame, fragment.startFrame, fragment.frameInterval, fragment.endFrame)) {
+                return &fragment;
+            }
+        }
+    }
+    return nullptr;
 }
 
 bool placeWordFrameMeasurement(PcmFormat& format, UserInterface* parent, Measurement measurement,

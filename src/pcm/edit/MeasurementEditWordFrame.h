@@ -45,6 +45,11 @@ bool completeWordFrameLocation(PcmFormat& format, UserInterface* parent, std::st
 [[nodiscard]] std::vector<std::pair<int, int>> coveredPlaces(const PcmFormat& format,
                                                              const WordFrameFragment& fragment);
 
+/// The first fragment that covers a place, whose frame may be a repetition; null if none does.
+[[nodiscard]] const WordFrameFragment* fragmentAt(const PcmFormat& format,
+                                                  const WordFrameDefinition& definition, int fwp,
+                                                  int fn);
+
 /// Replaces all places of `oldNames` by a measurement with these ranges; `entry` is the
 /// definition that it had, or 0. Hidden subframes are made where they are needed, possibly
 /// after question 357. False leaves the frame as it was, which has been reported.

@@ -177,13 +177,14 @@ bool giveHiddenSubframes(PcmLoad& load, std::string_view name, const WordFrameFr
 void placeWordFrameFragment(PcmLoad& load, const Measurement& measurement,
                             const WordFrameFragment& fragment) {
     auto& format = load.format;
+    auto part = measurement;
+    part.mask = fragment.mask;
     forEachStep(fragment.startWord, fragment.wordInterval, fragment.endWord, [&](int fwp) {
         const auto expected = wordFrameCellType(format, fwp, fragment.startFrame,
                                                 fragment.frameInterval, fragment.endFrame);
         const int end = std::min(fragment.endFrame, format.wordDepth(fwp));
-        forEachStep(fragment.startFrame, fragment.frameInterval, end, [&](int fn) {
-            return addMeasurementLocation(load, fwp, fn, measurement, expected);
-        });
+        forEachStep(fragment.startFrame, fragment.frameInterval, end,
+                    [&](int fn) { return addMeasurementLocation(load, fwp, fn, part, expected); });
         return !load.abort;
     });
 }

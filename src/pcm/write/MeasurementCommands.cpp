@@ -173,7 +173,10 @@ void MeasurementCommands::writeMinorSupercom() {
         // The mask is that of the first measurement of the place, whichever that is: files
         // in use were written like this.
         if (const auto head = format_.cellAt(found->fwp, found->fn)) {
-            text(minor_supercom_field::kWordMask, format_.cells().measurement(head).mask, {k});
+            // One of ranges has no mask of its own: its fragments have.
+            const auto& first = format_.cells().measurement(head);
+            text(minor_supercom_field::kWordMask,
+                 isWordFrame(first) ? std::string_view() : first.mask.view(), {k});
         } else {
             cannotFindOthers(title::kErrorSavingSupercomList);
         }

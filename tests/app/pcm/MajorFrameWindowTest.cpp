@@ -1,11 +1,15 @@
 // The window around the grid: keys, menus, settings, status texts.
 #include "app/pcm/DisplayStage.h"
+#include "app/pcm/FrameAccess.h"
 #include "app/pcm/MeasurementList.h"
 #include "app/shell/HelpTopics.h"
 #include "core/talk/ProfileSettings.h"
 #include "groups/MeasurementNames.h"
 #include "pcm/structure/AsyncEdit.h"
 
+#include <array>
+
+#include <QAccessible>
 #include <QClipboard>
 #include <QHelpEvent>
 #include <QLabel>
@@ -26,6 +30,7 @@ using test::DisplayStage;
 using test::find;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::Not;
 
 // --- keys -------------------------------------------------------------------------------------
 
@@ -382,6 +387,42 @@ TEST(MajorFrameWindow, TheTipOfACellIsPlainTextEvenIfANameLooksLikeAPage) {
         tip(5, 9);
         EXPECT_TRUE(QTest::qWaitFor([] { return !QToolTip::isVisible(); }, 5000))
             << "below the depth of the word is nothing";
+    });
+}
+
+// Ranges were shown as full words, which hid that two measurements share bits and that they do not.
+TEST(MajorFrameWindow, APlaceOfRangesShowsTheMaskOfItsFragment) {
+    DisplayStage s;
+    s.placeFragments(
+        "PARTS", {{6, 0, 6, 1, 1, 16, "11110000", 'D', 1}, {7, 0, 7, 1, 1, 16, "1111", 'D', 2}});
+    Measurement low;
+    low.name = "LOW";
+    low.mask = "1111";
+    s.place(6, 1, low);
+    s.place(7, 1, low);
+    installFrameAccess();
+    s.show([](MajorFrameWindow& window) {
+        auto& grid = DisplayStage::grid(window);
+        const auto textsOf = [&](int word) {
+            DisplayStage::click(window, word, 2);
+            const auto point = grid.cellRect({word, 2}).center();
+            QHelpEvent event(QEvent::ToolTip, point, grid.mapToGlobal(point));
+            QApplication::sendEvent(&grid, &event);
+            auto* const access = QAccessible::queryAccessibleInterface(&grid);
+            const auto middle = grid.mapToGlobal(point);
+            auto* const cell = access->childAt(middle.x(), middle.y());
+            return std::array{
+                toBytes(QToolTip::text()), toBytes(find<QLabel>(window, "cellStatus")->text()),
+                cell == nullptr ? std::string() : toBytes(cell->text(QAccessible::Description))};
+        };
+        for (const auto& text : textsOf(6)) {
+            EXPECT_THAT(text, HasSubstr("PARTS: WDFR, mask 11110000, 4 bits"));
+            EXPECT_THAT(text, Not(HasSubstr("same bits")));
+        }
+        for (const auto& text : textsOf(7)) {
+            EXPECT_THAT(text, HasSubstr("PARTS: WDFR, mask 1111, 4 bits"));
+            EXPECT_THAT(text, HasSubstr("Some of them take the same bits"));
+        }
     });
 }
 

@@ -77,6 +77,30 @@ TEST(WordFramePanelTest, ALocationIsAddedCheckedAsItIsTypedAndShownOnTheMap) {
     EXPECT_TRUE(stage.format.subframeOfWord(8)->hidden);
 }
 
+TEST(WordFramePanelTest, TheBitmaskOfTheDialogIsThatOfTheFragmentAtThePlace) {
+    WordStage stage(2011);
+    stage.placeFragments(
+        "A", {{3, 0, 3, 1, 1, 8, "1111000000000000", 'D', 1}, {4, 0, 4, 1, 1, 8, "11", 'D', 2}});
+    for (const auto& [word, mask] :
+         {std::pair(3, "1111000000000000"), std::pair(4, "0000000000000011")}) {
+        stage.door.next([&, shown = mask](QDialog& dialog) {
+            EXPECT_EQ(textOf(dialog, "bitmask"), shown);
+            stage.door.next([&](QDialog& entry) {
+                choose(entry, "fragment", QStringLiteral("2"));
+                stage.ui.texts = {"0000000000001111"};
+                press(entry, "editMask");
+                press(entry, "ok");
+            });
+            press(dialog, "edit");
+            EXPECT_EQ(textOf(dialog, "bitmask"), word == 3 ? shown : "0000000000001111");
+            stage.ui.otherwise = Button::Yes;
+            press(dialog, "cancel");
+        });
+        EXPECT_FALSE(stage.edit(word, 5));
+    }
+    EXPECT_EQ(stage.at(4, 1, "A").mask, "11");
+}
+
 TEST(WordFramePanelTest, FragmentsOfALocationAreEditedOneByOne) {
     WordStage stage(2011);
     stage.door.next([&](QDialog& dialog) {

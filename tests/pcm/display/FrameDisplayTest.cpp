@@ -234,6 +234,29 @@ TEST(FrameDisplay, MarksTellOfOverlapWithoutColour) {
     EXPECT_EQ(f.display.marksAt({0, 1}), FrameMarks{});
 }
 
+TEST(FrameDisplay, RangesTakeTheBitsOfTheirFragments) {
+    DisplayFixture f;
+    f.placeFragments("PARTS", {{8, 0, 8, 1, 1, 16, "1111000000000000", 'D', 1},
+                               {9, 2, 13, 1, 1, 16, "1111", 'D', 2},
+                               {8, 0, 8, 1, 1, 16, "11", 'D', 3}});
+    EXPECT_EQ(f.display.marksAt({8, 3}), (FrameMarks{.several = true})) << "two parts of the word";
+    EXPECT_EQ(f.display.tipText({8, 1}),
+              "FWP 8, FN 1, word of 16 bits\n"
+              "PARTS: WDFR, mask 1111000000000000, 4 bits\n"
+              "PARTS: WDFR, mask 11, 2 bits");
+    Measurement low;
+    low.name = "LOW";
+    low.mask = "11111111";
+    f.place(8, 1, low);
+    f.place(11, 1, low);
+    EXPECT_TRUE(f.display.marksAt({8, 1}).overlap);
+    EXPECT_EQ(f.display.marksAt({11, 1}), (FrameMarks{.several = true, .overlap = true}));
+    low.name = "HIGH";
+    low.mask = "1111111100000000";
+    f.place(13, 1, low);
+    EXPECT_EQ(f.display.marksAt({13, 1}), (FrameMarks{.several = true}));
+}
+
 TEST(FrameDisplay, TheTipTellsAllOfAPlace) {
     DisplayFixture f;
     f.display.conversionText = [](std::string_view name) {

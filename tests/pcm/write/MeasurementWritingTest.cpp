@@ -116,6 +116,19 @@ TEST(MeasurementWriting, TheMaskOfAMinorSupercomIsThatOfTheHeadCellOfThePlace) {
                 {"MFS\\N@:2", "MFS1@:E", "MFSW@-1:5", "MFSM@-1:111", "MFSW@-2:9", "MFSM@-2:11"}));
 }
 
+// The mask of ranges is in their fragments; a head cell of them has none to give.
+TEST(MeasurementWriting, AHeadCellOfRangesGivesAMinorSupercomNoMask) {
+    Writing stream;
+    ASSERT_TRUE(
+        stream.load(plainFormat(16, 4), listOf({test::wordFrame("A-HEAD", 5, 1, 1, 4),
+                                                named("B", "MFSC",
+                                                      {"MFS\\N@:2", "MFS1@:E", "MFSW@-1:5",
+                                                       "MFSM@-1:1", "MFSW@-2:9", "MFSM@-2:11"})})));
+    EXPECT_EQ(
+        Writing::of(stream.rewritten(), 2),
+        written("B", "MFSC", {"MFS\\N@:2", "MFS1@:E", "MFSW@-1:5", "MFSW@-2:9", "MFSM@-2:11"}));
+}
+
 TEST(MeasurementWriting, LocationsBeyondThoseOfTheFirstFrameHaveNoHeadCellThere) {
     Writing stream;
     ASSERT_TRUE(
