@@ -80,6 +80,7 @@ void installConversionSteps(WordSteps& steps, FormContext& form, Application& ap
         // The defaults are in the settings by now.
         conversions.createDefaultDefinition(parent, std::string(name), false);
     };
+    steps.generate.conversions = &conversions;
     steps.editConversion = [&form, &document, &conversions](QWidget& window,
                                                             const std::string& name, int bits) {
         return kavu::editConversion(form, document, conversions, name, {.bits = bits}, &window);

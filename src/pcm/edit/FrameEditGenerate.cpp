@@ -8,6 +8,7 @@
 #include "pcm/model/MeasurementCell.h"
 #include "pcm/structure/AsyncEdit.h"
 #include "vocabulary/DGroupFields.h"
+#include "pcm/undo/StreamUndo.h"
 
 #include <algorithm>
 #include <vector>
@@ -99,14 +100,17 @@ void fillWord(PcmFormat& format, const DataWordDefaults& defaults, int fwp,
 }
 
 /// Creates the records after all measurements, with progress: each is written to a file,
-/// which takes long.
-void createConversions(const PcmFormat& format, UserInterface* parent, const GenerateSteps& steps,
+/// which takes long. False after a Cancel.
+bool createConversions(const PcmFormat& format, UserInterface* parent, const GenerateSteps& steps,
                        const DataWordDefaults& defaults, const std::vector<CellRef>& made) {
-    if (!steps.createConversion) {
-        return;
-    }
     double done = 0;
     for (const auto& at : made) {
+        if (!steps.createConversion) {
+            break;
+        }
+        if (cancelRequested(parent)) {
+            return false;
+        }
         steps.createConversion(parent, format.cells().measurement(at).name.str(), defaults);
         ++done;
         if (format.context().ticker.secondElapsed()) {
@@ -117,6 +121,7 @@ void createConversions(const PcmFormat& format, UserInterface* parent, const Gen
             yieldToInterface(parent);
         }
     }
+    return true;
 }
 
 }  // namespace
@@ -155,7 +160,7 @@ std::optional<int> createDataWords(PcmFormat& format, UserInterface* parent,
                                    const GenerateSteps& steps, const DataWordDefaults& defaults) {
     ProgressScope progress(parent, ProgressMode::WithCancel);
     setProgressText(parent, "Creating Measurements");
-    const auto definitions = format.wordFrameDefinitions.size();
+    StreamUndo before(format, {.conversions = steps.conversions});
     std::vector<CellRef> made;
     bool done = true;
     for (int fwp = 1; done && fwp < format.wordsPerMinorFrame; ++fwp) {
@@ -171,16 +176,14 @@ std::optional<int> createDataWords(PcmFormat& format, UserInterface* parent,
         }
         done = !cancelRequested(parent);
     }
+    done = done && createConversions(format, parent, steps, defaults, made);
+    setStatusText(parent, {});
     if (!done) {
-        setStatusText(parent, {});
-        for (const auto& at : made) {
-            format.cells().clear(at);
+        if (before.commit()) {
+            before.undo(parent);
         }
-        format.wordFrameDefinitions.resize(definitions);
         return std::nullopt;
     }
-    createConversions(format, parent, steps, defaults, made);
-    setStatusText(parent, {});
     format.changed = format.changed || !made.empty();
     return static_cast<int>(made.size());
 }

@@ -9,6 +9,8 @@
 
 namespace kavu {
 
+class ConversionStore;
+
 /// The attributes that the new measurements share, as codes.
 struct DataWordDefaults {
     std::string parity;               ///< "EV", "OD", "NO", "DE"
@@ -27,6 +29,8 @@ struct GenerateSteps {
     /// Makes the conversion record of a new measurement.
     std::function<void(UserInterface*, std::string_view name, const DataWordDefaults&)>
         createConversion;
+    /// Where `createConversion` makes them: a Cancel removes those again. May be null.
+    ConversionStore* conversions = nullptr;
 };
 
 /// The defaults as the settings have them.
@@ -38,7 +42,8 @@ void keepDataWordDefaults(const PcmFormat& format, UserInterface* parent,
                           DataWordDefaults& defaults);
 
 /// Makes a measurement at every place without one. Returns their number; nothing if the
-/// user has cancelled, and then the frame is as it was. A name that is already in use gets
+/// user has cancelled, while measurements or their conversions were made, and then the frame and
+/// the conversions are as they were. A name that is already in use gets
 /// a number appended ("FWP0002_FN001_2").
 std::optional<int> createDataWords(PcmFormat& format, UserInterface* parent,
                                    const GenerateSteps& steps, const DataWordDefaults& defaults);

@@ -106,6 +106,28 @@ TEST(GenerateWordsForm, NoAndCancelMakeNothing) {
     EXPECT_EQ(stage.settings.text("DMN1"), "");
 }
 
+TEST(GenerateWordsForm, CancelAmongTheConversionsTakesTheMeasurementsBack) {
+    WordStage stage;
+    stage.start(4, 1);
+    stage.format.implicitSubframes = false;
+    ConversionStore conversions(stage.context);
+    stage.steps.generate.conversions = &conversions;
+    stage.steps.generate.createConversion = [&](UserInterface* parent, std::string_view name,
+                                                const DataWordDefaults&) {
+        EXPECT_TRUE(conversions.createDefaultDefinition(parent, std::string(name), false));
+    };
+    PcmFormSteps installed;
+    installWordSteps(installed, stage.form, stage.format, stage.steps);
+    QWidget window;
+    stage.ui.byId[226] = Button::Yes;
+    stage.ui.cancelAtPoll = 5;  // 3 words, and then the second conversion
+    stage.door.next([](QDialog& dialog) { press(dialog, "ok"); });
+    EXPECT_FALSE(installed.generateDataWords(window));
+    EXPECT_FALSE(stage.format.hasAnyMeasurement());
+    EXPECT_FALSE(conversions.locateDefinition("FWP0001_FN001").found);
+    EXPECT_FALSE(stage.ui.hasBox(227));
+}
+
 TEST(GenerateWordsForm, AMaskOfTheSettingsThatIsInvalidBecomesAFullWord) {
     StepsStage stage;
     stage.settings.write("DMask", "12");

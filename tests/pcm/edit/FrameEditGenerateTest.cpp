@@ -1,3 +1,4 @@
+#include "conversion/ConversionStore.h"
 #include "pcm/StreamFixture.h"
 #include "pcm/edit/FrameEditGenerate.h"
 #include "pcm/edit/FrameEditWords.h"
@@ -141,6 +142,35 @@ TEST(FrameEditGenerate, ACancelLeavesTheFrameAsItWas) {
     EXPECT_EQ(f.ui.progressOpened, 1);
     EXPECT_EQ(f.ui.progressClosed, 1);
     EXPECT_FALSE(f.format.changed);
+}
+
+// Whoever cancelled while the conversions were made got all of them, and all measurements.
+TEST(FrameEditGenerate, ACancelAmongTheConversionsLeavesFrameAndConversionsAsTheyWere) {
+    for (const int poll : {1, 6, 7, 9}) {  // 5 words, then 5 conversions
+        StreamFixture f(2011, 6, 1);
+        f.format.implicitSubframes = true;
+        ConversionStore conversions(f.context);
+        // One that was there before is not a new one.
+        ASSERT_TRUE(conversions.createDefaultDefinition(nullptr, "FWP0002_FN001", false));
+        f.format.changed = false;
+        GenerateSteps steps;
+        steps.conversions = &conversions;
+        steps.createConversion = [&](UserInterface* parent, std::string_view name,
+                                     const DataWordDefaults&) {
+            EXPECT_TRUE(conversions.createDefaultDefinition(parent, std::string(name), false));
+        };
+        f.ui.cancelAtPoll = poll;
+        f.ui.otherwise = Button::Yes;
+        EXPECT_EQ(generateDataWords(f.format, f.parent, steps), std::nullopt) << poll;
+        EXPECT_FALSE(f.format.hasAnyMeasurement()) << poll;
+        EXPECT_TRUE(f.format.wordFrameDefinitions.empty()) << poll;
+        EXPECT_FALSE(f.format.changed) << poll;
+        EXPECT_EQ(f.ui.countBoxes(227), 0) << poll;
+        EXPECT_TRUE(conversions.locateDefinition("FWP0002_FN001").found) << poll;
+        for (const auto* const name : {"FWP0001_FN001", "FWP0003_FN001", "FWP0005_FN001"}) {
+            EXPECT_FALSE(conversions.locateDefinition(name).found) << poll << name;
+        }
+    }
 }
 
 TEST(FrameEditGenerate, ANameOfAWordThatHasMovedIsNotGivenTwice) {
