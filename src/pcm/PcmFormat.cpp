@@ -189,8 +189,7 @@ void PcmFormat::sortCells() {
 
 bool PcmFormat::isInEveryFrame(const Measurement& measurement) const {
     const auto* const definition = wordFrameDefinition(measurement.wordFrameIndex);
-    if (!isWordFrame(measurement) || definition == nullptr ||
-        definition->mostFragments() == 0) {
+    if (!isWordFrame(measurement) || definition == nullptr || definition->mostFragments() == 0) {
         return false;
     }
     for (const auto& location : definition->locations) {

@@ -197,8 +197,7 @@ void FrameDisplay::addMeasurementTip(std::string& text, CellRef cell, int word) 
         return;
     }
     auto line = measurement.name.str() + ": " + measurement.locationType.str() + ", mask " +
-                std::string(mask) +
-                formatPrintf(", %d bits", format_.maskBits(word, mask, false));
+                std::string(mask) + formatPrintf(", %d bits", format_.maskBits(word, mask, false));
     if (measurement.fragmentNumber > 0) {
         line += formatPrintf(", fragment %d", measurement.fragmentNumber);
     }

@@ -7,8 +7,8 @@
 #include "pcm/model/FrameSyncPattern.h"
 #include "pcm/model/MeasurementCell.h"
 #include "pcm/structure/AsyncEdit.h"
-#include "vocabulary/DGroupFields.h"
 #include "pcm/undo/StreamUndo.h"
+#include "vocabulary/DGroupFields.h"
 
 #include <algorithm>
 #include <vector>

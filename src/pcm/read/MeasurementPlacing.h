@@ -34,7 +34,8 @@ bool giveHiddenSubframes(PcmLoad& load, std::string_view name, const WordFrameFr
 
 /// Places a measurement in all words and frames of a fragment, the last two steps of reading
 /// it: each word's end frame is lowered to its depth, and a place that fails ends its word. Each
-/// copy has the mask of the fragment, so that a place states which bits the measurement takes there.
+/// copy has the mask of the fragment, so that a place states which bits the measurement takes
+/// there.
 void placeWordFrameFragment(PcmLoad& load, const Measurement& measurement,
                             const WordFrameFragment& fragment);
 
