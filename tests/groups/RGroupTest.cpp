@@ -127,7 +127,7 @@ TEST_F(RGroup, ShowsTenEventsOfFifteen) {
     EXPECT_EQ(group.record.rows("EV\\N").size(), 10u);
     const auto text = recorderText(group, 2011);
     EXPECT_TRUE(contains(text, "R-1\\EV\\N:10;"));
-    EXPECT_EQ(recorderLeftovers(group).dropped(text).size(), 5u);
+    EXPECT_EQ(recorderLeftovers(group).leftovers(text).size(), 5u);
 }
 
 TEST_F(RGroup, LeavesTheNumberOfTracksUntilATrackIsAddedOrDeleted) {
@@ -165,7 +165,7 @@ TEST_F(RGroup, Of2004HasNoSerialNumberNoMediaLocationAndNoMeasurementsToProcess)
     EXPECT_EQ(group.record.value("RI6"), "");
     EXPECT_TRUE(group.record.rows("EV\\N").empty());
     EXPECT_EQ(recorderText(group, 2004), "R-1\\ID:Deck;\r\n");
-    EXPECT_EQ(recorderLeftovers(group).dropped(recorderText(group, 2004)).size(), 6u);
+    EXPECT_EQ(recorderLeftovers(group).leftovers(recorderText(group, 2004)).size(), 6u);
 }
 
 TEST_F(RGroup, RewritesSerialNumberAndFirmwareAsTheyWereRead) {
@@ -336,12 +336,12 @@ TEST_F(RGroup, WhatWasNotReadOfARowGoesWhereTheRowGoes) {
     auto& events = group.record.lists["EV\\N"];
     events.erase(events.begin());
     group.record.lists["RMM\\N"].erase(group.record.lists["RMM\\N"].begin());
-    EXPECT_EQ(recorderLeftovers(group).dropped(recorderText(group, 2009)),
+    EXPECT_EQ(recorderLeftovers(group).leftovers(recorderText(group, 2009)),
               (std::vector<std::string>{"R-1\\EV\\EDP-1:T;", "R-1\\EV\\PM\\N-1:2;",
                                         "R-1\\EV\\PM\\MN-1-1:M1;", "R-1\\EV\\PM\\MN-1-2:M2;",
                                         "R-1\\RIMMID-1:b;", "R-1\\EV\\X-9:x;"}));
     events.erase(events.begin());
-    EXPECT_EQ(recorderLeftovers(group).dropped(recorderText(group, 2009)),
+    EXPECT_EQ(recorderLeftovers(group).leftovers(recorderText(group, 2009)),
               (std::vector<std::string>{"R-1\\RIMMID-1:b;", "R-1\\EV\\X-9:x;"}));
 }
 

@@ -124,7 +124,7 @@ TEST_F(RTracks, ReadTheLinkOf2005UnderTheKeyOfItsTypeAsWell) {
     EXPECT_EQ(group.tracks[0].details.values.at("PDLN"), "Stream");
     EXPECT_TRUE(contains(written(group), "R-1\\CDT-1:PCMIN;\r\nR-1\\CDLN-1:Stream;\r\n"));
     EXPECT_TRUE(contains(written(group), "R-1\\CDT-2:429IN;\r\nR-1\\CDLN-2:Bus;\r\n"));
-    EXPECT_TRUE(recorderLeftovers(group).dropped(written(group)).empty());
+    EXPECT_TRUE(recorderLeftovers(group).leftovers(written(group)).empty());
     group = read(2005, head + "R-1\\PDLN-1:Old;\r\nR-1\\CDLN-1:Stream;\r\n");
     EXPECT_EQ(group.tracks[0].details.values.at("PDLN"), "Stream") << "the other one goes first";
     group = read(2007, head + "R-1\\PDLN-1:Old;\r\n");
@@ -164,7 +164,7 @@ TEST_F(RTracks, ShowNoTypeForAnUnknownOneAndWriteNoBlock) {
     const auto text = written(group);
     EXPECT_FALSE(contains(text, "CDT"));
     EXPECT_FALSE(contains(text, "PDTF"));
-    EXPECT_EQ(recorderLeftovers(group).dropped(text),
+    EXPECT_EQ(recorderLeftovers(group).leftovers(text),
               (std::vector<std::string>{"R-1\\CDT-1:XYZ;", "R-1\\PDTF-1:1;"}));
 }
 
@@ -236,7 +236,7 @@ TEST_F(RTracks, DropTheRawValueOfAChoiceButOfferToKeepIt) {
         read(2011, "R-1\\N:1;\r\nR-1\\TK1-1:1;\r\nR-1\\CDT-1:PCMIN;\r\nR-1\\PDP-1:QQ;\r\n");
     EXPECT_EQ(group.tracks[0].details.values.at("PDP"), "QQ");
     EXPECT_FALSE(contains(written(group), "PDP"));
-    EXPECT_EQ(recorderLeftovers(group).dropped(written(group)),
+    EXPECT_EQ(recorderLeftovers(group).leftovers(written(group)),
               std::vector<std::string>{"R-1\\PDP-1:QQ;"});
 }
 
@@ -272,7 +272,7 @@ TEST_F(RTracks, KeepWhatIsUnknownWithTheNumberThatTheirTrackHasNow) {
                       "R-1\\XQ-1:a;\r\nR-1\\XQ-2:b;\r\nR-1\\XQ-3:c;\r\nR-1\\XQ-3:d;\r\n"
                       "R-1\\XQ\\Z-3-1:e;\r\nR-1\\RIMQ:f;\r\nR-1\\RIMMID-2:g;\r\n");
     deleteTrack(group, 1);
-    EXPECT_EQ(recorderLeftovers(group).dropped(written(group)),
+    EXPECT_EQ(recorderLeftovers(group).leftovers(written(group)),
               (std::vector<std::string>{"R-1\\XQ-1:a;", "R-1\\XQ-2:c;", "R-1\\XQ-2:d;",
                                         "R-1\\XQ\\Z-2-1:e;", "R-1\\RIMQ:f;", "R-1\\RIMMID-2:g;"}));
 }
