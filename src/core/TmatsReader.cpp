@@ -11,8 +11,6 @@ namespace kavu {
 
 namespace {
 
-constexpr std::string_view kComment = "COMMENT:";
-
 constexpr bool isLeadingSpace(char c) {
     return c == '\n' || c == '\r' || c == '\t' || c == ' ' || c == 26;
 }
@@ -85,6 +83,28 @@ bool takeThroughSemicolon(ByteSource& source, CommandText& text) {
     return false;
 }
 
+/// The command at the front of some text if it is whole there and is as it is to be: on one
+/// line, without blanks in front of its `;`. Empty otherwise.
+std::string_view wholeCommandIn(std::string_view text) {
+    const auto command = text.substr(0, text.find(';') + 1);
+    const bool isTrimmed = command.size() <= 2 || command[command.size() - 2] != ' ';
+    return isTrimmed && !holdsLineBreak(command) ? command : std::string_view();
+}
+
+/// Takes the next command if it is whole in the window; nothing is taken otherwise.
+std::string_view takeWholeCommand(ByteSource& source) {
+    const auto window = source.window();
+    std::size_t first = 0;
+    while (first < window.size() && isLeadingSpace(window[first])) {
+        ++first;
+    }
+    const auto command = wholeCommandIn(window.substr(first));
+    if (!command.empty()) {
+        source.take(first + command.size());
+    }
+    return command;
+}
+
 /// Puts the `;` directly after the last character that is not a blank.
 void trimBeforeSemicolon(std::string& command) {
     if (command.size() <= 2) {
@@ -113,12 +133,65 @@ constexpr LimitReport kKept{
 
 }  // namespace
 
-bool isComment(std::string_view command) {
-    return startsWithIgnoreCase(command, kComment);
+std::optional<std::string_view> TmatsReader::viewNextRaw(ByteSource& source, std::string& room,
+                                                         long* lineCounter, std::size_t* length) {
+    if (substitutions_.empty()) {
+        if (const auto whole = takeWholeCommand(source); !whole.empty()) {
+            if (lineCounter != nullptr) {
+                ++*lineCounter;
+            }
+            if (length != nullptr) {
+                *length = whole.size();
+            }
+            return whole;
+        }
+    }
+    if (!readRaw(source, room, lineCounter, length)) {
+        return std::nullopt;
+    }
+    return room;
+}
+
+std::optional<std::string_view> TmatsReader::viewNext(ByteSource& source, std::string& room,
+                                                      long* lineCounter, std::size_t* length) {
+    auto command = viewNextRaw(source, room, lineCounter, length);
+    while (command && isComment(*command)) {
+        command = viewNextRaw(source, room, lineCounter, length);
+    }
+    return command;
+}
+
+std::string_view TmatsReader::takeLines(ByteSource& source, unsigned max, unsigned& count) {
+    constexpr std::string_view kLineEnd = "\r\n";
+    skipLeadingSpace(source);
+    const auto window = source.window();
+    std::size_t end = 0;
+    for (count = 0; count < max && substitutions_.empty(); ++count) {
+        const auto command = wholeCommandIn(window.substr(end));
+        const auto next = end + command.size() + kLineEnd.size();
+        if (command.empty() || isLeadingSpace(command.front()) || isComment(command) ||
+            holdsStoredBreak(command) ||
+            window.substr(end + command.size(), kLineEnd.size()) != kLineEnd) {
+            break;
+        }
+        end = next;
+    }
+    source.take(end);
+    return window.substr(0, end);
 }
 
 bool TmatsReader::nextRawCommand(ByteSource& source, std::string& command, long* lineCounter,
                                  std::size_t* length) {
+    const auto view = viewNextRaw(source, command, lineCounter, length);
+    if (view && view->data() != command.data()) {
+        command.assign(*view);
+    }
+    return view.has_value();
+}
+
+/// Reads a command whose text may lie in several windows and may have to be changed.
+bool TmatsReader::readRaw(ByteSource& source, std::string& command, long* lineCounter,
+                          std::size_t* length) {
     skipLeadingSpace(source);
     CommandText text(command);
     const bool complete = takeThroughSemicolon(source, text);

@@ -7,6 +7,7 @@
 
 #include "core/files/FileIo.h"
 #include "core/text/Printf.h"
+#include "core/text/Text.h"
 
 #include <cstdint>
 #include <optional>
@@ -40,6 +41,20 @@ class TmatsReader {
     /// The same, skipping every command that begins with "COMMENT:" in any case.
     bool nextCommand(ByteSource& source, std::string& command, long* lineCounter = nullptr,
                      std::size_t* length = nullptr);
+    /// `nextRawCommand` without a copy of a command that is whole in the window of the source
+    /// and needs no change; any other is put into `room`. Nothing at the end. The view lives
+    /// until the source moves or `room` changes.
+    std::optional<std::string_view> viewNextRaw(ByteSource& source, std::string& room,
+                                                long* lineCounter = nullptr,
+                                                std::size_t* length = nullptr);
+    /// `nextCommand` in the same way.
+    std::optional<std::string_view> viewNext(ByteSource& source, std::string& room,
+                                             long* lineCounter = nullptr,
+                                             std::size_t* length = nullptr);
+    /// Takes commands that are in the window of the source as a file is written: each on a line
+    /// of its own, none a comment, none with a stored line break. The lines live until the
+    /// source moves. Nothing, with a `count` of 0, if the next command is not of that kind.
+    std::string_view takeLines(ByteSource& source, unsigned max, unsigned& count);
     /// The next command, or an empty text at the end.
     [[nodiscard]] std::string nextCommandString(ByteSource& source, long* lineCounter = nullptr);
 
@@ -108,6 +123,7 @@ class TmatsReader {
                                                    std::string_view prefix, const std::string& code,
                                                    int limit);
     std::optional<std::string> findContaining(ByteSource& source, const std::string& code);
+    bool readRaw(ByteSource& source, std::string& command, long* lineCounter, std::size_t* length);
     void substitute(std::string& command);
     void reportLimit(UserInterface* parent, std::string_view code, std::string_view value,
                      int limit);
@@ -121,7 +137,10 @@ class TmatsReader {
 };
 
 /// True for a command that begins with "COMMENT:" in any case.
-[[nodiscard]] bool isComment(std::string_view command);
+[[nodiscard]] inline bool isComment(std::string_view command) {
+    return !command.empty() && (command.front() == 'C' || command.front() == 'c') &&
+           startsWithIgnoreCase(command, "COMMENT:");
+}
 
 /// The numbers of a command's code: `D-2\MN-3-4:X;` gives D, 2 and the field indices 3, 4.
 /// A number that does not fit becomes the nearest end of the range, which is no valid

@@ -28,6 +28,10 @@ struct CommandView {
 };
 /// Splits a command. Its text must outlive the view.
 [[nodiscard]] CommandView viewCommand(std::string_view command);
+/// `viewCommand(command).hasColon` without a look at the rest.
+[[nodiscard]] inline bool hasColon(std::string_view command) {
+    return command.find(':') != std::string_view::npos;
+}
 /// What is after the first `\` of a command, whether that is in its code or not.
 [[nodiscard]] std::string_view afterHead(std::string_view command);
 /// The text that identifies a command whether or not it has a `:`: its code, or all of its

@@ -246,14 +246,28 @@ bool copyGroupFile(DocumentContext& context, UserInterface* parent, ByteSource& 
     if (cancelRequested(parent)) {
         return false;
     }
-    std::string command;
+    auto& reader = context.reader;
+    std::string room;
     std::size_t partial = 0;
-    while (withComments ? context.reader.nextRawCommand(source, command, nullptr, &partial)
-                        : context.reader.nextCommand(source, command, nullptr, &partial)) {
-        fromStoredForm(command);
-        command += "\r\n";
-        target.write(command);
-        if (++lineCounter % kPollEvery != 0) {
+    for (;;) {
+        unsigned count = 0;
+        if (!withComments) {
+            // Up to the next look at what the user wants.
+            target.write(reader.takeLines(source, kPollEvery - lineCounter % kPollEvery, count));
+        }
+        if (count == 0) {
+            const auto command = withComments ? reader.viewNextRaw(source, room, nullptr, &partial)
+                                              : reader.viewNext(source, room, nullptr, &partial);
+            if (!command) {
+                break;
+            }
+            std::string line(*command);
+            fromStoredForm(line);
+            target.write(line.append("\r\n"));
+            count = 1;
+        }
+        lineCounter += count;
+        if (lineCounter % kPollEvery != 0) {
             continue;
         }
         if (!target.status().ok() || cancelRequested(parent)) {

@@ -79,14 +79,15 @@ bool GroupSplitter::run(const std::string& path) {
 }
 
 bool GroupSplitter::splitCommands(ByteSource& source) {
-    std::string command;
+    std::string room;
     long line = 1;
     std::size_t length = 0;
     for (unsigned count = 1;; ++count) {
-        if (!context_.reader.nextRawCommand(source, command, &line, &length)) {
+        const auto command = context_.reader.viewNextRaw(source, room, &line, &length);
+        if (!command) {
             return endOfFile(source, length, line) && flushAll();
         }
-        if (!sortCommand(command, line - 1)) {
+        if (!sortCommand(*command, line - 1)) {
             return false;
         }
         if (count % kPollEvery == 0) {
@@ -117,7 +118,7 @@ bool GroupSplitter::endOfFile(ByteSource& source, std::size_t partial, long line
     return true;
 }
 
-bool GroupSplitter::sortCommand(std::string& command, long line) {
+bool GroupSplitter::sortCommand(std::string_view command, long line) {
     if (isComment(command)) {
         notes_.comment(line, command);
         return true;
@@ -127,17 +128,21 @@ bool GroupSplitter::sortCommand(std::string& command, long line) {
         notes_.unknownCommand(line, command);
         return true;
     }
-    if (!viewCommand(command).hasColon) {
+    if (!hasColon(command)) {
         notes_.withoutColon(line, command);
-    }
-    if (holdsLineBreak(command)) {
-        notes_.severalLines(line, command);
-        toStoredForm(command);
     }
     if (command.find('\0') != std::string::npos) {
         notes_.nulBytes(line);
     }
-    to->lines.append(command).append("\r\n");
+    if (holdsLineBreak(command)) {
+        notes_.severalLines(line, command);
+        std::string stored(command);
+        toStoredForm(stored);
+        to->lines.append(stored);
+    } else {
+        to->lines.append(command);
+    }
+    to->lines.append("\r\n");
     buffered_ += command.size() + 2;
     if (to->lines.size() >= kTargetBuffer && !flush(*to)) {
         return false;

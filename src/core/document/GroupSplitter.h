@@ -35,7 +35,7 @@ class GroupSplitter {
     };
 
     bool splitCommands(ByteSource& source);
-    bool sortCommand(std::string& command, long line);
+    bool sortCommand(std::string_view command, long line);
     /// The target of a command, or null for a command that is not kept.
     Target* targetOf(std::string_view command, long line);
     Target& target(const GroupKind& kind, std::int64_t index);

@@ -152,13 +152,6 @@ bool ByteSource::isOpen() const {
     return data_ != nullptr;
 }
 
-std::string_view ByteSource::window() {
-    if (at_ == filled_) {
-        refill();
-    }
-    return {data_ + at_, filled_ - at_};
-}
-
 int ByteSource::get() {
     const auto bytes = window();
     if (bytes.empty()) {

@@ -30,7 +30,12 @@ class ByteSource {
     [[nodiscard]] bool isOpen() const;
 
     /// The bytes that can be taken without reading more. Empty only at the end.
-    [[nodiscard]] std::string_view window();
+    [[nodiscard]] std::string_view window() {
+        if (at_ == filled_) {
+            refill();
+        }
+        return {data_ + at_, filled_ - at_};
+    }
     /// Takes `count` bytes of the window. REQUIRES: count <= window().size().
     void take(std::size_t count) { at_ += count; }
     /// The next byte, or -1 at the end.

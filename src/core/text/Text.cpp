@@ -80,6 +80,11 @@ bool holdsLineBreak(std::string_view text) {
     return text.find('\n') != std::string_view::npos || text.find('\r') != std::string_view::npos;
 }
 
+bool holdsStoredBreak(std::string_view text) {
+    return text.find(kStoredLineFeed) != std::string_view::npos ||
+           text.find(kStoredCarriageReturn) != std::string_view::npos;
+}
+
 void toStoredForm(std::string& text) {
     if (!holdsLineBreak(text)) {
         return;
@@ -93,16 +98,15 @@ void toStoredForm(std::string& text) {
     }
 }
 
-void fromStoredForm(std::string& text) {
-    if (text.find(kStoredLineFeed) == std::string::npos &&
-        text.find(kStoredCarriageReturn) == std::string::npos) {
+void fromStoredForm(std::string& text, std::size_t from) {
+    if (!holdsStoredBreak(std::string_view(text).substr(from))) {
         return;
     }
-    for (char& c : text) {
-        if (c == kStoredCarriageReturn) {
-            c = '\r';
-        } else if (c == kStoredLineFeed) {
-            c = '\n';
+    for (auto i = from; i < text.size(); ++i) {
+        if (text[i] == kStoredCarriageReturn) {
+            text[i] = '\r';
+        } else if (text[i] == kStoredLineFeed) {
+            text[i] = '\n';
         }
     }
 }

@@ -43,10 +43,12 @@ inline constexpr char kStoredLineFeed = 0x15;
 
 /// True if the text holds a carriage return or a line feed.
 [[nodiscard]] bool holdsLineBreak(std::string_view text);
+/// True if the text holds one of the two bytes that stand for them in a group file.
+[[nodiscard]] bool holdsStoredBreak(std::string_view text);
 /// Replaces line breaks by the bytes that stand for them in a group file, in place.
 void toStoredForm(std::string& text);
-/// Turns the two stored bytes back into real line breaks, in place.
-void fromStoredForm(std::string& text);
+/// Turns the two stored bytes back into real line breaks, in place, from a position on.
+void fromStoredForm(std::string& text, std::size_t from = 0);
 
 /// `text` with every `from` replaced by `to`.
 [[nodiscard]] std::string replaceAll(std::string_view text, std::string_view from,
