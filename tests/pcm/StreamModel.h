@@ -31,12 +31,14 @@ inline std::string describe(const WordFrameDefinition& definition) {
 }
 
 /// With `asWritten` what a write makes of a measurement is told: the mask of a supercommutated
-/// one of every location becomes that of the first measurement of its place.
+/// one of every location becomes that of the first measurement of its place, and none if that is of
+/// ranges.
 inline std::string describeCell(const PcmFormat& format, CellRef cell, bool asWritten) {
     const auto& m = format.cells().measurement(cell);
     auto mask = m.mask;
     if (asWritten && m.locationType == "MFSC" && !m.locationMode.view().starts_with('I')) {
-        mask = format.cells().measurement(format.cellAt(cell.word, 1)).mask;
+        const auto& first = format.cells().measurement(format.cellAt(cell.word, 1));
+        mask = isWordFrame(first) ? FixedText<64>() : first.mask;
     }
     const auto* const definition = format.wordFrameDefinition(m.wordFrameIndex);
     return formatPrintf(
