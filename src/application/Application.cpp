@@ -65,10 +65,15 @@ struct Application::Parts : private DocumentListener {
           measurements(context),
           pcmFormat(context) {
         history.addListener(*this);
+#ifndef NDEBUG
+        files.demandScopes(true);
+#endif
     }
     Parts(const Parts&) = delete;
     Parts& operator=(const Parts&) = delete;
-    ~Parts() override { history.removeListener(*this); }
+    ~Parts() override {
+        history.removeListener(*this);
+    }
 
     ProfileSettings settings;
     WorkingStore store;
@@ -85,19 +90,32 @@ struct Application::Parts : private DocumentListener {
     MeasurementNames measurements;
     PcmFormat pcmFormat;
     PcmSteps pcmSteps;
+    bool keepsRecentFiles = false;
 
   private:
-    /// What is in memory of the streams may no longer be what is in their files.
     void documentChanged(const DocumentChange& change) override {
-        if (change.kind != DocumentChange::Undone && change.kind != DocumentChange::Redone) {
-            return;
+        switch (change.kind) {
+            case DocumentChange::Undone:
+            case DocumentChange::Redone:
+                // What is in memory of a stream may no longer be what is in its files.
+                pcmFormat.closeFormat();
+                break;
+            case DocumentChange::Closed:
+                names.closeStore(nullptr);
+                rememberPath(change.path);
+                break;
+            case DocumentChange::Opened:
+                rememberPath(change.path);
+                break;
+            case DocumentChange::Edited:
+            case DocumentChange::TakenBack:
+            case DocumentChange::Saved:
+                break;
         }
-        pcmFormat.closeFormat();
-        measurements.checkForDuplicates(nullptr);
-        for (const auto& step : {steps.rebuildTree, steps.updateDocumentMenus}) {
-            if (step) {
-                step();
-            }
+    }
+    void rememberPath(const std::string& path) {
+        if (keepsRecentFiles) {
+            rememberFile(settings, path);
         }
     }
 };
@@ -170,16 +188,11 @@ void Application::installSteps() {
         parts.measurements.setChecking(parts.settings.get(setting::kCheckDuplicates), false);
         return parts.measurements.checkForDuplicates(parent);
     };
-    steps.forgetMeasurementNames = [&parts] { parts.measurements.forget(std::nullopt); };
     steps.loadConversions = [&parts](UserInterface* parent, int edition) {
         return loadConversionGroup(parts.context, parts.names, parts.conversions, parent, edition);
     };
     steps.saveConversions = [&parts](UserInterface* parent, FileWriter& writer) {
         return saveConversionGroup(parts.context, parts.conversions, parent, writer);
-    };
-    steps.forgetConversions = [&parts] {
-        parts.names.closeStore(nullptr);
-        parts.conversions.forget();
     };
     steps.detectVersions = [&parts](UserInterface* parent, int& input) {
         IoStatus failure;
@@ -235,9 +248,7 @@ bool Application::changeVersions(UserInterface* parent, const VersionOptions& op
 }
 
 void Application::keepRecentFiles() {
-    parts_->steps.rememberFile = [this](const std::string& path) {
-        rememberFile(parts_->settings, path);
-    };
+    parts_->keepsRecentFiles = true;
 }
 
 DocumentContext& Application::context() {

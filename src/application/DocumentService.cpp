@@ -79,8 +79,11 @@ bool DocumentService::close(UserInterface* ui) {
 }
 
 void DocumentService::discard(UserInterface* ui) {
-    application_.context().document.changed = false;
-    (void)close(ui);
+    auto& context = application_.context();
+    if (context.document.open) {
+        dropDocument(context, ui);
+    }
+    rememberDisk();
 }
 
 DocumentService::DiskState DocumentService::diskState() const {
@@ -139,9 +142,7 @@ void DocumentService::checkDisk(UserInterface* ui) {
         case DiskChoice::None:
             // The file is no longer what is open here.
             application_.context().history.markCorrected();
-            if (const auto& update = application_.context().steps.updateDocumentMenus) {
-                update();
-            }
+            application_.context().history.tell({DocumentChange::Edited, {}, {}});
             break;
     }
 }
@@ -149,7 +150,8 @@ void DocumentService::checkDisk(UserInterface* ui) {
 bool DocumentService::reopen(UserInterface* ui) {
     auto& context = application_.context();
     const auto path = watched_;
-    context.document.changed = false;
+    // What was changed in it has been given up.
+    dropDocument(context, ui);
     return settled(loadDocument(context, ui, path));
 }
 

@@ -50,8 +50,8 @@ class DocumentService {
     /// interface, as the name of the file is asked for.
     bool recover(UserInterface* ui, const std::string& folder);
 
-    /// Applies what the dialog of the editions returned. A document that could neither be
-    /// brought to its new edition nor back is closed.
+    /// Applies what the dialog of the editions returned. A document that cannot be brought to its
+    /// new edition stays as it was; one that cannot be brought back either is closed.
     bool setVersions(UserInterface* ui, const VersionOptions& options);
 
     /// Undoes the last operation, or redoes the one undone last, as a whole or not at all. False

@@ -303,11 +303,11 @@ bool recoverStore(Application& application, UserInterface* parent, const std::st
     }
     document.version = input;
     document.kind = DocumentKind::TmatsFile;
-    document.open = true;
     context.history.markCorrected();
     const bool converted = !copy.needsConversion() || context.steps.loadConversions(parent, input);
     context.messages.showLog(parent, folder);
     load.reset();
+    context.history.markOpened();
     return converted && saveDocumentTo(context, parent, output);
 }
 

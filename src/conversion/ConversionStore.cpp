@@ -81,7 +81,8 @@ IoStatus ConversionStore::writePending() {
 }
 
 void ConversionStore::documentChanged(const DocumentChange& change) {
-    if (change.kind == DocumentChange::TakenBack && stagedInOperation_) {
+    if (change.kind == DocumentChange::Closed ||
+        (change.kind == DocumentChange::TakenBack && stagedInOperation_)) {
         forget();
     } else if (change.kind == DocumentChange::TakenBack || change.kind == DocumentChange::Undone ||
                change.kind == DocumentChange::Redone) {

@@ -25,23 +25,22 @@ struct TmatsDocument {
     std::string path;  ///< empty for a new document that was never saved
     DocumentKind kind = DocumentKind::None;
     bool open = false;
-    bool changed = false;   ///< differs from the file on the disk
+    bool changed = false;   ///< differs from the file on the disk; `DocumentHistory` knows when
     bool created = false;   ///< made by Create New and not saved since
     bool readOnly = false;  ///< the file on the disk cannot be written
     int version = 2011;     ///< the edition, as a year
 };
 
-/// The passes of higher folders that opening, saving and closing a document run. A step
-/// that is not installed counts as done.
+/// The passes of higher folders that opening, saving and closing a document run, in the places
+/// where it cannot go on without them. A step that is not installed counts as done. Who only
+/// follows what has happened is a `DocumentListener`.
 struct DocumentSteps {
     /// Gathers the measurement names of all data links. False if it was cancelled.
     std::function<bool(UserInterface*)> gatherMeasurementNames;
-    std::function<void()> forgetMeasurementNames;
     /// Moves the C commands of "DATA1.TMP" into conversion chunks, for an edition.
     std::function<bool(UserInterface*, int edition)> loadConversions;
     /// Writes the C group to the file that is being built.
     std::function<bool(UserInterface*, FileWriter&)> saveConversions;
-    std::function<void()> forgetConversions;
     /// Sets the input edition of the group files and returns the target edition; 0 if the
     /// files could not be read, which has been reported.
     std::function<int(UserInterface*, int& inputVersion)> detectVersions;
@@ -54,11 +53,6 @@ struct DocumentSteps {
     std::function<bool(UserInterface*)> storeOpenEditor;
     /// Creates the stream of a new document on a data source of this name.
     std::function<bool(UserInterface*, const std::string& dataSource)> createStream;
-    /// The state of the document has changed: menus, title, tree.
-    std::function<void()> updateDocumentMenus;
-    std::function<void()> rebuildTree;
-    /// Puts a file at the head of the list of recent files.
-    std::function<void(const std::string& path)> rememberFile;
 };
 
 /// What every pass over a document works with. The application owns all of it.

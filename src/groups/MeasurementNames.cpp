@@ -2,6 +2,7 @@
 
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentHistory.h"
 #include "core/document/GroupFiles.h"
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
@@ -61,7 +62,21 @@ bool StreamFiles::readNames(UserInterface* parent, std::string_view link,
 }
 
 MeasurementNames::MeasurementNames(DocumentContext& context)
-    : context_(context), checking_(context.settings.get(setting::kCheckDuplicates)) {}
+    : context_(context), checking_(context.settings.get(setting::kCheckDuplicates)) {
+    context_.history.addListener(*this);
+}
+
+MeasurementNames::~MeasurementNames() {
+    context_.history.removeListener(*this);
+}
+
+void MeasurementNames::documentChanged(const DocumentChange& change) {
+    if (change.kind == DocumentChange::Undone || change.kind == DocumentChange::Redone) {
+        checkForDuplicates(nullptr);
+    } else if (change.kind == DocumentChange::Closed) {
+        forget(std::nullopt);
+    }
+}
 
 bool MeasurementNames::checkForDuplicates(UserInterface* parent) {
     setStatusText(parent, "Gathering measurement names");

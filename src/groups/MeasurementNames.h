@@ -2,6 +2,7 @@
 // all streams that use a name share its conversion record.
 #pragma once
 
+#include "core/document/DocumentChange.h"
 #include "groups/GroupScan.h"
 
 #include <functional>
@@ -35,10 +36,15 @@ class StreamFiles {
     GroupNames messages_;
 };
 
-class MeasurementNames {
+/// It follows the document: an undo gathers the names again, a close forgets them.
+class MeasurementNames : private DocumentListener {
   public:
-    /// The setting `CheckForDupMeasurements` says whether names are checked at first.
+    /// The setting `CheckForDupMeasurements` says whether names are checked at first. The context
+    /// must outlive the object.
     explicit MeasurementNames(DocumentContext& context);
+    MeasurementNames(const MeasurementNames&) = delete;
+    MeasurementNames& operator=(const MeasurementNames&) = delete;
+    ~MeasurementNames() override;
 
     /// Gathers the names of all data links again; streams are counted from 1 in the order
     /// of `gatherDataLinks`. With checking on, a name in more than one stream shows message
@@ -82,6 +88,7 @@ class MeasurementNames {
     };
     /// Adds a name; true if it is in more than one stream now.
     bool add(std::string_view name, int stream);
+    void documentChanged(const DocumentChange& change) override;
 
     DocumentContext& context_;
     bool checking_;

@@ -313,7 +313,7 @@ bool copyDataSource(SourceParts& parts, UserInterface* parent, const std::string
     context.messages.showLog(parent, context.document.path);
     if (done) {
         parts.measurements.checkForDuplicates(parent);
-        tellChanged(context);
+        releaseStream(context);
     }
     return done;
 }

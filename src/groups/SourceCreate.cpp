@@ -244,7 +244,7 @@ bool createStream(DocumentContext& context, UserInterface* parent, const std::st
                        [&] { return makeStream(context, parent, source); })) {
         return false;
     }
-    tellChanged(context, context.document.open);
+    releaseStream(context);
     return true;
 }
 
@@ -287,7 +287,7 @@ bool createDataSource(SourceParts& parts, UserInterface* parent) {
     if (!endTransaction(transaction, parent, status.ok() && makeStream(context, parent, *name))) {
         return false;
     }
-    tellChanged(context);
+    releaseStream(context);
     return true;
 }
 

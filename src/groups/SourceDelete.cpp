@@ -141,7 +141,7 @@ bool deleteDataSource(SourceParts& parts, UserInterface* parent, const std::stri
     }
     // Streams are numbered by their place among the links, which has changed.
     parts.measurements.checkForDuplicates(parent);
-    tellChanged(context);
+    releaseStream(context);
     return true;
 }
 

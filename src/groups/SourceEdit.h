@@ -46,10 +46,9 @@ bool createDataSource(SourceParts& parts, UserInterface* parent);
 bool createOrImportDataSource(SourceParts& parts, UserInterface* parent, char letter);
 
 /// Renames a data link wherever it is named: in M, P, D, B, S, A and R groups. A name that
-/// exists is refused with 374 ("already exists"), an impossible one with a text. With
-/// `update` the tree is updated.
+/// exists is refused with 374 ("already exists"), an impossible one with a text.
 bool renameDataLink(SourceParts& parts, UserInterface* parent, const std::string& oldName,
-                    const std::string& newName, bool update = true);
+                    const std::string& newName);
 /// Asks for the new name.
 bool askRenameDataLink(SourceParts& parts, UserInterface* parent, const std::string& oldName);
 /// The same for a data source: in the G group and in its T or R, M and V groups. A name that

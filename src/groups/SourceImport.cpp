@@ -339,7 +339,7 @@ bool importDataSource(SourceParts& parts, UserInterface* parent, char kind) {
     context.messages.showLog(parent, context.document.path);
     if (done) {
         parts.measurements.checkForDuplicates(parent);
-        tellChanged(context);
+        releaseStream(context);
     }
     return done;
 }

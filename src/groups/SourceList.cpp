@@ -145,16 +145,9 @@ IoStatus writeGroupFile(DocumentContext& context, char letter, int index, const 
     return context.files.put(groupFile(letter, index), text);
 }
 
-void tellChanged(DocumentContext& context, bool update) {
-    // A stream in memory may now have another name or number, or no files.
+void releaseStream(DocumentContext& context) {
     if (context.steps.releasePcmFormat) {
         context.steps.releasePcmFormat();
-    }
-    if (update && context.steps.updateDocumentMenus) {
-        context.steps.updateDocumentMenus();
-    }
-    if (update && context.steps.rebuildTree) {
-        context.steps.rebuildTree();
     }
 }
 

@@ -35,8 +35,8 @@ int indexForNew(DocumentContext& context, UserInterface* parent, char letter,
 [[nodiscard]] IoStatus writeGroupFile(DocumentContext& context, char letter, int index,
                                       const std::string& text);
 
-/// After a change of the data sources: releases the stream in memory and, with `update`,
-/// updates the menus and the tree.
-void tellChanged(DocumentContext& context, bool update = true);
+/// Releases the stream in memory: after an operation on sources and links it may have another
+/// name or number, or no files.
+void releaseStream(DocumentContext& context);
 
 }  // namespace kavu

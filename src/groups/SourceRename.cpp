@@ -157,7 +157,7 @@ bool renameInLinkingGroups(Renaming& renaming, UserInterface* parent) {
 }  // namespace
 
 bool renameDataLink(SourceParts& parts, UserInterface* parent, const std::string& oldName,
-                    const std::string& newName, bool update) {
+                    const std::string& newName) {
     auto& context = parts.context;
     LinkNames taken;
     std::vector<std::string> links;
@@ -181,7 +181,7 @@ bool renameDataLink(SourceParts& parts, UserInterface* parent, const std::string
     setProgressBar(parent, -1);
     setStatusText(parent, {});
     if (done) {
-        tellChanged(context, update);
+        releaseStream(context);
     }
     return done;
 }
@@ -235,7 +235,7 @@ bool renameDataSource(SourceParts& parts, UserInterface* parent, const std::stri
     progress.close();
     setStatusText(parent, {});
     if (done) {
-        tellChanged(context);
+        releaseStream(context);
     }
     return done;
 }

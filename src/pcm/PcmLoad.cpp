@@ -217,9 +217,11 @@ void giveMeasurementGroup(PcmFormat& format, UserInterface* parent) {
     }
     if (format.dGroup == 0) {
         const auto& context = format.context();
-        format.dGroup = firstFreeIndex(context, 'D');
-        (void)context.files.removeIfThere(formatPrintf(kSmfFormat, format.dGroup));
-        (void)context.files.removeIfThere(formatPrintf(kTagFormat, format.dGroup));
+        const int index = firstFreeIndex(context, 'D');
+        // What another stream has left under this number is not this one's, to no undo either.
+        (void)context.files.removeIfThere(formatPrintf(kSmfFormat, index));
+        (void)context.files.removeIfThere(formatPrintf(kTagFormat, index));
+        format.dGroup = index;
     }
 }
 

@@ -3,6 +3,7 @@
 #include "core/WorkingStore.h"
 #include "core/document/BuildDocument.h"
 #include "core/document/OpenDocument.h"
+#include "core/document/Transaction.h"
 #include "core/talk/ProfileSettings.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/PcmLoad.h"
@@ -74,6 +75,7 @@ TEST_F(StreamSteps, ANewConversionRecordGetsTheRateOfItsMeasurement) {
     ASSERT_TRUE(load("ONE"));
     test.application.context().settings.write("ChkSR", "1");
     auto& conversions = test.application.conversions();
+    Transaction operation(test.application.context(), "Creation");
     ASSERT_TRUE(conversions.createDefaultDefinition(&test.ui, "A", false));
     const auto place = conversions.locateDefinition("A");
     EXPECT_EQ(conversions.chunk(place.chunk)->value("A", "SR", ""), "250");

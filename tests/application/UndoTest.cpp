@@ -9,13 +9,20 @@
 #include "core/document/GroupFiles.h"
 #include "core/document/OpenDocument.h"
 #include "core/document/Operation.h"
+#include "groups/AGroup.h"
 #include "groups/AttributeEdit.h"
 #include "groups/DataSources.h"
-#include "groups/GroupRecord.h"
+#include "groups/GGroup.h"
 #include "groups/GroupText.h"
+#include "groups/MGroup.h"
 #include "groups/MeasurementNames.h"
 #include "groups/Migration.h"
+#include "groups/RGroup.h"
 #include "groups/SourceEdit.h"
+#include "groups/TGroup.h"
+#include "pcm/PcmFormat.h"
+#include "pcm/PcmLoad.h"
+#include "pcm/write/PcmSave.h"
 #include "support/SourceStage.h"
 #include "support/TestApplication.h"
 
@@ -32,10 +39,23 @@ std::string otherFile() {
            "D-1\\MN\\N-1:1;\nD-1\\MN-1-1:DELTA;\nC-1\\DCN:DELTA;\nC-1\\DCT:NON;\n";
 }
 
+/// The sources of the stage, with a first stream that can be loaded whole.
+std::string document() {
+    auto text = threeSources();
+    const std::string stream = "P-1\\TF:ONE;\r\n";
+    text.insert(text.find(stream) + stream.size(),
+                "P-1\\D2:64000;P-1\\F1:16;P-1\\MF\\N:1;P-1\\MF1:8;P-1\\MF2:128;P-1\\MF4:24;"
+                "P-1\\MF5:111110101111001100100000;");
+    const std::string names = "D-1\\MN-1-2:BETA;\r\n";
+    text.insert(text.find(names) + names.size(),
+                "D-1\\LT-1-1:MF;D-1\\MF-1-1:2;D-1\\LT-1-2:MF;D-1\\MF-1-2:3;");
+    return text;
+}
+
 class Stage : public TestApplication {
   public:
     Stage() {
-        writeFile(folder / "in.tma", threeSources());
+        writeFile(folder / "in.tma", document());
         writeFile(folder / "other.tma", otherFile());
         EXPECT_TRUE(loadDocument(context(), &ui, folder / "in.tma"));
         // What the first save writes is what every later one has to be.
@@ -91,7 +111,7 @@ std::vector<Operation> operations() {
         {"RenameLink", OperationId::RenameLink,
          [](Stage& t) {
              auto parts = t.parts();
-             return renameDataLink(parts, &t.ui, "Link A", "Link Z", true);
+             return renameDataLink(parts, &t.ui, "Link A", "Link Z");
          }},
         {"CreateSource", OperationId::CreateSource,
          [](Stage& t) {
@@ -112,8 +132,57 @@ std::vector<Operation> operations() {
              return setAttributes(t.context(), &t.ui, changes);
          }},
         {"StoreGeneral", OperationId::EditGeneral,
-         [](Stage& t) { return storeGroup(t.context(), &t.ui, 'G', 0, "G\\PN:Sheet;\r\n", {}); }},
-        {"StoreGroupText", OperationId::EditVendor,
+         [](Stage& t) {
+             auto group = readGeneral(t.context(), &t.ui);
+             group->record.set("PN", "Sheet");
+             return storeGeneral(t.context(), &t.ui, *group);
+         }},
+        {"StoreTransmission", OperationId::EditTransmission,
+         [](Stage& t) {
+             auto group = readTransmission(t.context(), &t.ui, "Second");
+             group->record.set("TID", "Sheet");
+             return storeTransmission(t.context(), &t.ui, *group);
+         }},
+        {"StoreRecorder", OperationId::EditRecorder,
+         [](Stage& t) {
+             auto group = readRecorder(t.context(), &t.ui, "Recorder");
+             group->record.set("R1", "Sheet");
+             return storeRecorder(t.context(), &t.ui, *group);
+         }},
+        {"StoreMultiplex", OperationId::EditMultiplex,
+         [](Stage& t) {
+             MultiplexGroup group;
+             const int index = multiplexIndex(t.context(), &t.ui, "First");
+             loadMultiplex(t.context(), &t.ui, "First", index, group);
+             group.record.set("BB3", "1234");
+             return storeMultiplex(t.context(), &t.ui, group);
+         }},
+        {"StorePam", OperationId::EditPam,
+         [](Stage& t) {
+             PamGroup group;
+             const bool loaded = loadPam(t.context(), &t.ui, {.link = "Link B"}, group);
+             group.record.set("A5", "900");
+             return loaded && storePam(t.context(), &t.ui, group);
+         }},
+        {"StoreStream", OperationId::EditStream,
+         [](Stage& t) {
+             auto& format = t.application.pcmFormat();
+             if (!loadPcmFormat(format, &t.ui, t.application.pcmSteps(), "Link A")) {
+                 return false;
+             }
+             format.comment = "Sheet";
+             format.changed = true;
+             return savePcmFormat(format, &t.ui);
+         }},
+        {"StoreConversion", OperationId::EditConversion,
+         [](Stage& t) {
+             auto edit =
+                 DefinitionEdit::open(t.context(), t.application.conversions(), &t.ui, "ALPHA");
+             return edit && edit->setValues(&t.ui, {{"MN1", "Sheet"}}) && edit->store(&t.ui);
+         }},
+        {"StoreHardwareText", OperationId::EditHardware,
+         [](Stage& t) { return storeGroupText(t.context(), &t.ui, {.letter = 'H'}, "H\\NEW:1;"); }},
+        {"StoreVendorText", OperationId::EditVendor,
          [](Stage& t) {
              const GroupText vendor{.letter = 'V', .index = 1, .source = "First"};
              return storeGroupText(t.context(), &t.ui, vendor, "V-1\\ID:First;\r\nV-1\\VN:ABC;");
@@ -132,6 +201,10 @@ std::vector<Operation> operations() {
         {"ChangeEdition", OperationId::ChangeEdition,
          [](Stage& t) {
              return t.application.changeVersions(&t.ui, {2011, 2, 2004});
+         }},
+        {"ChangeEditionOfTheStreams", OperationId::ChangeEdition,
+         [](Stage& t) {
+             return t.application.changeVersions(&t.ui, {2011, 2, 2011});
          }},
     };
 }
@@ -269,6 +342,51 @@ TEST(UndoSequenceTest, ALookAtANewRecordIsNoOperation) {
     EXPECT_TRUE(conversions.locateDefinition("BETA").found);
     EXPECT_FALSE(t.context().document.changed);
     EXPECT_FALSE(t.history().canUndo());
+}
+
+TEST(UndoSequenceTest, ALookIsNoOperation) {
+    Stage t;
+    auto& context = t.context();
+    EXPECT_TRUE(readGeneral(context, &t.ui));
+    EXPECT_TRUE(readTransmission(context, &t.ui, "First"));
+    EXPECT_TRUE(readRecorder(context, &t.ui, "Recorder"));
+    MultiplexGroup multiplex;
+    loadMultiplex(context, &t.ui, "First", 1, multiplex);
+    GroupText vendor;
+    EXPECT_TRUE(readGroupText(context, &t.ui, 'V', "First", vendor));
+    auto& format = t.application.pcmFormat();
+    EXPECT_TRUE(loadPcmFormat(format, &t.ui, t.application.pcmSteps(), "Link A"));
+    format.changed = false;
+    EXPECT_TRUE(savePcmFormat(format, &t.ui));
+    format.closeFormat();
+    for (const auto* const name : {"ALPHA", "BETA"}) {
+        auto edit = DefinitionEdit::open(context, t.application.conversions(), &t.ui, name);
+        EXPECT_TRUE(edit && edit->cancel(&t.ui)) << name;
+    }
+    EXPECT_FALSE(context.document.changed);
+    EXPECT_FALSE(t.history().canUndo());
+    EXPECT_EQ(t.saved(), t.before);
+}
+
+TEST(UndoSequenceTest, AStreamThatIsStoredTwiceIsTwoLevels) {
+    Stage t;
+    auto& format = t.application.pcmFormat();
+    ASSERT_TRUE(loadPcmFormat(format, &t.ui, t.application.pcmSteps(), "Link A"));
+    const auto store = [&](const char* comment) {
+        format.comment = comment;
+        format.changed = true;
+        EXPECT_TRUE(savePcmFormat(format, &t.ui));
+        return t.saved();
+    };
+    const auto first = store("First");
+    EXPECT_EQ(t.history().levels(), 1U) << "its P and its D group are one";
+    store("Second");
+    EXPECT_EQ(t.history().levels(), 2U);
+    ASSERT_TRUE(t.history().undo(&t.ui));
+    EXPECT_FALSE(format.loaded()) << "its files tell of another one";
+    EXPECT_EQ(t.saved(), first);
+    ASSERT_TRUE(t.history().undo(&t.ui));
+    EXPECT_EQ(t.saved(), t.before);
 }
 
 TEST(UndoSequenceTest, KnowsTheRecordsThatAreThereAgain) {

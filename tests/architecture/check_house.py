@@ -131,6 +131,10 @@ OWN_NAME = re.compile(
     r"\((?P<parameters>[^{;]*?)\)(?: const)?(?: noexcept)? ?[{;]", re.M)
 ALONE = re.compile(r"\bkavu_alone\(([^)]*)\)")
 GLOB = re.compile(r"\bfile\(GLOB (\w+) (?:CONFIGURE_DEPENDS )?([^)]*)\)")
+# Whether the document differs from its file follows from what was done to it: who does it says so
+# to its history, which sets the mark and tells everybody.
+MARK = re.compile(r"\b\w*[dD]ocument_?(?:\(\))?(?:\.|->)changed\s*=(?!=)")
+MARKERS = {"core/document/DocumentHistory.cpp", "core/document/Transaction.cpp"}
 UNFINISHED = re.compile(r"\b(TODO|FIXME|XXX)\b")
 NO_FUNCTION = re.compile(r"^(namespace|struct|class|enum|union|extern|typedef|using|constexpr|"
                          r"inline constexpr|static constexpr|const |#|//|}|template <.*> *$)")
@@ -217,6 +221,8 @@ def check_file(path, name):
         if CODE_CUT.search(line) and name not in CODE_CUTTERS:
             findings.append(f"{name}:{number}: takes a code apart, as CommandPath.h does: "
                             f"{line.strip()}")
+        if MARK.search(line) and name not in MARKERS:
+            findings.append(f"{name}:{number}: sets the mark of a change outside the history")
         if NAKED_SETTING.search(line):
             findings.append(f"{name}:{number}: a setting without a key: {line.strip()}")
         match = INCLUDE.match(line)
@@ -406,6 +412,8 @@ PLANTS = [
     ("application/A.cpp", "#include <CLI/CLI.hpp>\n", "may not see the command line parser"),
     ("pcm/A.cpp", "#include <pugixml.hpp>\n", "may not see the XML parser"),
     ("core/A.cpp", "// TODO" ": later\n", "left to do"),
+    ("app/A.cpp", "    context.document.changed = true;\n", "outside the history"),
+    ("groups/A.cpp", "    document->changed = false;\n", "outside the history"),
     ("core/A.cpp", "// x\n" * (MAX_FILE_LINES + 1), "601 lines"),
     ("core/A.cpp", "void f() {\n" + "    g();\n" * MAX_FUNCTION_LINES + "}\n", "a function of"),
     ("core/A.cpp", "void f(int a,\n       int b) {\n" + "    g();\n" * MAX_FUNCTION_LINES + "}\n",
@@ -472,6 +480,7 @@ CLEAN = [
     ("core/files/A.cpp", '#include "core/A.h"\n#include "core/text/B.h"\n'),
     ("cli/A.cpp", '#include "application/B.h"\n#include <CLI/CLI.hpp>\n'),
     ("app/A.cpp", '#include "core/B.h"\n#include <QString>\n'),
+    ("app/C.cpp", "changed = document.changed || document.changed == last;\n"),
     ("app/B.cpp", 'if (settings.get(setting::kX)) {\n    settings.profileText(kFiles, key);\n'),
     ("mdb/A.cpp", '#include "xml/B.h"\n#include <pugixml.hpp>\n'),
     ("gallery/A.cpp", '#include "app/B.h"\n#include "gallery/C.h"\n#include <QString>\n'),

@@ -7,7 +7,9 @@
 namespace kavu {
 namespace {
 
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::IsEmpty;
 using ::testing::Not;
 
 class SourceDeleteTest : public ::testing::Test {
@@ -30,7 +32,7 @@ TEST_F(SourceDeleteTest, AsksWithTheNameAndDoesNothingAfterNo) {
     EXPECT_THAT(t.ui.boxes[0].text, HasSubstr("delete Data Source 'Second', and all stream"));
     EXPECT_EQ(t.files(), before);
     EXPECT_FALSE(t.document.changed);
-    EXPECT_EQ(t.treesBuilt, 0);
+    EXPECT_THAT(t.told, IsEmpty());
 }
 
 TEST_F(SourceDeleteTest, RemovesTheSourceAndItsStreamAndNumbersTheRestAnew) {
@@ -41,7 +43,7 @@ TEST_F(SourceDeleteTest, RemovesTheSourceAndItsStreamAndNumbersTheRestAnew) {
     EXPECT_THAT(t.read(groupFile('M', 2)), HasSubstr("M-2\\ID:Recorder;"));
     EXPECT_FALSE(t.has(groupFile('V', 1)));
     EXPECT_TRUE(t.document.changed);
-    EXPECT_EQ(t.treesBuilt, 1);
+    EXPECT_THAT(t.told, ElementsAre("Deletion of Data Source"));
 }
 
 TEST_F(SourceDeleteTest, TheListIsWrittenAnewAtTheEndOfTheFile) {
@@ -164,7 +166,7 @@ TEST_F(SourceDeleteTest, AFailedDeleteBringsBackEveryFile) {
     EXPECT_TRUE(t.ui.hasText(groupFile('P', 1)));
     EXPECT_EQ(t.files(), before);
     EXPECT_FALSE(t.document.changed);
-    EXPECT_EQ(t.treesBuilt, 0);
+    EXPECT_THAT(t.told, IsEmpty());
     EXPECT_EQ(t.measurements.names().size(), 4U);
 }
 

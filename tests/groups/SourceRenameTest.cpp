@@ -1,4 +1,5 @@
 #include "core/document/GroupFiles.h"
+#include "core/document/Transaction.h"
 #include "support/SourceStage.h"
 
 #include <gmock/gmock.h>
@@ -6,7 +7,9 @@
 namespace kavu {
 namespace {
 
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::IsEmpty;
 
 const std::string kLong33 = "ABCDEFGHIJKLMNOPQRSTUVWXYZ1234567";
 
@@ -34,7 +37,7 @@ TEST_F(SourceRenameTest, ALinkIsRenamedInEveryGroupThatNamesIt) {
               "R-1\\PDLN-2:Flutter;\r\nR-1\\UCNM-1-1:Flutter;\r\nR-1\\MCNM-1-2:Flutter;\r\n"
               "R-1\\ENAM-2-1:Flutter;\r\n");
     EXPECT_TRUE(t.document.changed);
-    EXPECT_EQ(t.treesBuilt, 1);
+    EXPECT_THAT(t.told, ElementsAre("Rename of Data Link"));
 }
 
 TEST_F(SourceRenameTest, SubcarriersBusesMessagesAndPamAreRenamedToo) {
@@ -200,9 +203,13 @@ TEST_F(SourceRenameTest, ACancelBringsBackTheFilesInFront) {
     }
 }
 
-TEST_F(SourceRenameTest, WithoutUpdateTheTreeIsNotTold) {
-    EXPECT_TRUE(renameDataLink(t.parts, nullptr, "Link A", "New", false));
-    EXPECT_EQ(t.treesBuilt, 0);
+TEST_F(SourceRenameTest, AsAPartOfAnotherOperationItIsToldWithThat) {
+    EXPECT_TRUE(inTransaction(t.context, nullptr, "Whole", [&] {
+        EXPECT_TRUE(renameDataLink(t.parts, nullptr, "Link A", "New"));
+        EXPECT_THAT(t.told, IsEmpty());
+        return true;
+    }));
+    EXPECT_THAT(t.told, ElementsAre("Whole"));
     EXPECT_TRUE(t.document.changed);
 }
 

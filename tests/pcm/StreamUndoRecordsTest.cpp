@@ -2,6 +2,7 @@
 #include "conversion/ConversionFiles.h"
 #include "groups/MeasurementNames.h"
 #include "pcm/StreamFixture.h"
+#include "pcm/edit/FrameEditComment.h"
 #include "pcm/edit/FrameEditWords.h"
 #include "pcm/edit/MeasurementEditSave.h"
 #include "pcm/read/TaggedData.h"
@@ -202,6 +203,53 @@ TEST(StreamUndoRecords, TaggedDataComesBack) {
     EXPECT_EQ(readTaggedData(f.format, f.parent)->size(), 0U);
     ASSERT_TRUE(undo.redo());
     ASSERT_EQ(readTaggedData(f.format, f.parent)->size(), 1U);
+    EXPECT_EQ(readTaggedData(f.format, f.parent)->front().name(), "T1");
+}
+
+TEST(StreamUndoRecords, TheCommentOfTheSectionComesBackAndGoesAsAFile) {
+    UndoRecords f;
+    StreamUndo undo(f.format);
+    const auto file = [&f] {
+        return f.has(kMeasurementComment) ? f.TestContext::read(kMeasurementComment)
+                                          : std::string("none");
+    };
+    for (const auto* const text : {"One", "Two", ""}) {
+        ASSERT_TRUE(storeMeasurementComment(f.format, f.parent, text));
+        ASSERT_TRUE(undo.commit(false)) << "an edit of its own, accepted or not";
+    }
+    EXPECT_EQ(file(), "none");
+    for (const auto* const text : {"Two", "One", "none"}) {
+        ASSERT_TRUE(undo.undo());
+        EXPECT_EQ(file(), text);
+    }
+    EXPECT_FALSE(undo.canUndo());
+    for (const auto* const text : {"One", "Two", "none"}) {
+        ASSERT_TRUE(undo.redo());
+        EXPECT_EQ(file(), text);
+    }
+}
+
+TEST(StreamUndoRecords, AnEmptyListOfTaggedDataIsNoEdit) {
+    UndoRecords f(2011);
+    f.format.dGroup = 1;
+    StreamUndo undo(f.format);
+    ASSERT_TRUE(storeTaggedData(f.format, f.parent, {}));
+    EXPECT_FALSE(undo.commit());
+}
+
+TEST(StreamUndoRecords, NoUndoBringsBackWhatAnotherStreamHasLeft) {
+    UndoRecords f(2011);
+    const auto left = formatPrintf(kTagFormat, 1);
+    f.write(left, "D-1\\MN-1-1:Foreign;\r\n");
+    StreamUndo undo(f.format);
+    TaggedMeasurement tagged;
+    tagged.values["MN"] = "T1";
+    ASSERT_TRUE(storeTaggedData(f.format, f.parent, {tagged}));
+    ASSERT_EQ(f.format.dGroup, 1) << "the stream gets its group with the edit";
+    EXPECT_TRUE(undo.commit());
+    ASSERT_TRUE(undo.undo());
+    EXPECT_FALSE(f.has(left));
+    ASSERT_TRUE(undo.redo());
     EXPECT_EQ(readTaggedData(f.format, f.parent)->front().name(), "T1");
 }
 

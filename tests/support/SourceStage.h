@@ -4,6 +4,8 @@
 
 #include "conversion/ConversionLoader.h"
 #include "conversion/ConversionStore.h"
+#include "core/document/DocumentChange.h"
+#include "core/document/DocumentHistory.h"
 #include "core/document/KeyValueStore.h"
 #include "core/document/OpenDocument.h"
 #include "groups/MeasurementNames.h"
@@ -17,7 +19,7 @@
 
 namespace kavu::test {
 
-class SourceStage : public TestContext {
+class SourceStage : public TestContext, private DocumentListener {
   public:
     explicit SourceStage(int edition = 2009) : TestContext(edition) {
         steps.loadConversions = [this](UserInterface* parent, int version) {
@@ -26,8 +28,10 @@ class SourceStage : public TestContext {
         steps.gatherMeasurementNames = [this](UserInterface* parent) {
             return measurements.checkForDuplicates(parent);
         };
-        steps.rebuildTree = [this] { ++treesBuilt; };
+        history.addListener(*this);
+        TestContext::files.demandScopes(true);
     }
+    ~SourceStage() { history.removeListener(*this); }
 
     /// Opens a document; everything that was told meanwhile is forgotten.
     void open(const std::string& text) {
@@ -38,7 +42,10 @@ class SourceStage : public TestContext {
         keys.closeStore(nullptr);
         store.clearDocumentFiles(nullptr);
         const int edition = document.version;
-        EXPECT_TRUE(readTmatsFile(context, &ui, path, false));
+        {
+            const LoadScope load(TestContext::files);
+            EXPECT_TRUE(readTmatsFile(context, &ui, path, false));
+        }
         document.version = edition;
         document.open = true;
         document.changed = false;
@@ -76,7 +83,15 @@ class SourceStage : public TestContext {
     ConversionStore conversions{context};
     MeasurementNames measurements{context};
     SourceParts parts{context, conversions, measurements};
-    int treesBuilt = 0;
+    /// The operations of which a window would have been told.
+    std::vector<std::string> told;
+
+  private:
+    void documentChanged(const DocumentChange& change) override {
+        if (change.kind == DocumentChange::Edited) {
+            told.push_back(change.name);
+        }
+    }
 };
 
 /// Three data sources: two transmitted with a PCM stream each, a recorder with a bus.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "application/Application.h"
+#include "core/document/DocumentFiles.h"
 #include "support/TestContext.h"
 
 namespace kavu::test {
@@ -11,6 +12,7 @@ struct TestApplication {
         : application(testEnvironment({{"TEMP", temp()}, {"HOME", folder.path()}}), clock, random,
                       folder / "kavu.ini") {
         EXPECT_TRUE(application.startUp(&ui));
+        application.context().files.demandScopes(true);
     }
     ~TestApplication() { application.shutDown(nullptr); }
     std::string temp() {

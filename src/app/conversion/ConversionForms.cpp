@@ -20,13 +20,12 @@ struct Stage {
 
     [[nodiscard]] ConversionStore& store() const { return application.conversions(); }
     [[nodiscard]] QWidget* parent() const { return window.ui().dialogParent(); }
-    /// Runs an editor on the open document; the window shows what it did.
+    /// Runs an editor on the open document; the window is told what it did.
     template <typename Editor>
     void run(Editor editor) const {
         auto form = window.formContext();
-        auto* const document = window.document();
-        if (document != nullptr && editor(form, *document)) {
-            window.refresh();
+        if (auto* const document = window.document(); document != nullptr) {
+            (void)editor(form, *document);
         }
     }
 };

@@ -18,14 +18,13 @@ namespace kavu {
 
 namespace {
 
-/// An editor of the open document as a command of the menu: the window shows what it did.
+/// An editor of the open document as a command of the menu: the window is told what it did.
 template <typename Editor>
 std::function<void()> command(MainWindow& window, Editor editor) {
     return [&window, editor] {
         auto form = window.formContext();
-        if (auto* const document = window.document();
-            document != nullptr && editor(form, *document)) {
-            window.refresh();
+        if (auto* const document = window.document(); document != nullptr) {
+            (void)editor(form, *document);
         }
     };
 }
@@ -121,8 +120,8 @@ void installEditAction(MainWindow& window, Application& application) {
         // The tree may be built again meanwhile.
         const TreeItem chosen = item;
         auto form = window.formContext();
-        if (window.document() != nullptr && editTreeItem(form, partsOf(application), chosen)) {
-            window.refresh();
+        if (window.document() != nullptr) {
+            (void)editTreeItem(form, partsOf(application), chosen);
         }
     });
 }

@@ -148,8 +148,6 @@ void installPcmForms(MainWindow& window, Application& application) {
         auto form = window.formContext();
         if (window.document() != nullptr) {
             editStream(form, application, name);
-            // A load may have made corrections, too: the tree shows what there is now.
-            window.refresh();
         }
     };
     window.installEditor(CommandId::Stream, [open] { open(std::nullopt); });

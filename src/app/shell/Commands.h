@@ -80,6 +80,7 @@ struct CommandRow {
     /// What it does to the document, which must allow it. Nothing for the commands of the
     /// program itself.
     std::optional<OperationId> operation{};
+    std::string_view topic = "index";  ///< of the help that F1 on the entry opens
 };
 
 [[nodiscard]] std::span<const CommandRow> commandTable();

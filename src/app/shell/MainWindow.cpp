@@ -60,9 +60,6 @@ MainWindow::MainWindow(Application& application, DialogDoor& door)
 MainWindow::~MainWindow() {
     if (started_) {
         // The document may be closed without a window to show it.
-        auto& steps = application_.context().steps;
-        steps.updateDocumentMenus = nullptr;
-        steps.rebuildTree = nullptr;
         listen(false);
     }
 }
@@ -123,6 +120,7 @@ void MainWindow::makeMenus() {
             menu->setObjectName(toQString(menuTitle(row.menu).substr(1)).toLower() +
                                 QStringLiteral("Menu"));
             menu->menuAction()->setStatusTip(toQString(menuPrompt(row.menu)));
+            menu->installEventFilter(this);
         }
         if (row.id == CommandId::Exit) {
             recentMenu_ = menu->addMenu(QStringLiteral("&Recent Files"));
@@ -245,6 +243,7 @@ void MainWindow::run(CommandId id) {
     handler->second();
     showNotes();
     updateActions();
+    updateChecks();
 }
 
 /// The two entries name what they would undo and do again.
@@ -311,12 +310,6 @@ void MainWindow::updateTitle() {
     editionLabel_->setVisible(!edition.isEmpty());
 }
 
-void MainWindow::refresh() {
-    rebuildTree();
-    updateTitle();
-    updateChecks();
-}
-
 void MainWindow::rebuildTree() {
     auto& context = application_.context();
     facts_ = {};
@@ -355,12 +348,17 @@ void MainWindow::listen(bool on) {
     }
 }
 
-void MainWindow::documentChanged(const DocumentChange& change) {
-    if (change.kind != DocumentChange::Saved) {
-        rebuildTree();
+void MainWindow::documentChanged(const DocumentChange&) {
+    const auto& context = application_.context();
+    if (context.history.isInOperation()) {
+        return;  // a part of it was taken back; its end is told as well
     }
+    facts_.document.open = context.document.open;
+    facts_.document.version = context.document.version;
     updateTitle();
     updateActions();
+    // A save has changed what the pane shows, and an open editor what the tree does.
+    rebuildTree();
 }
 
 DocumentContext* MainWindow::document() {
@@ -375,6 +373,21 @@ FormContext MainWindow::formContext() {
 }
 
 // --- events ---------------------------------------------------------------------------------
+
+/// An open menu keeps the keys to itself: F1 on one of its entries tells of that.
+bool MainWindow::eventFilter(QObject* receiver, QEvent* event) {
+    auto* const menu = qobject_cast<QMenu*>(receiver);
+    const bool isHelp = menu != nullptr && event->type() == QEvent::KeyPress &&
+                        static_cast<QKeyEvent*>(event)->key() == Qt::Key_F1;
+    if (!isHelp) {
+        return QMainWindow::eventFilter(receiver, event);
+    }
+    const auto chosen = std::ranges::find_if(
+        commands_, [menu](const auto& each) { return each.second == menu->activeAction(); });
+    menu->close();
+    showHelp(std::string(chosen == commands_.end() ? "index" : commandRow(chosen->first).topic));
+    return true;
+}
 
 void MainWindow::closeEvent(QCloseEvent* event) {
     if (quitting_ || quit()) {

@@ -62,8 +62,6 @@ class MainWindow : public QMainWindow, private DocumentListener {
 
     /// Opens a file by name, as the command line, a drop and the recent files do.
     bool openNamed(const std::string& name);
-    /// Builds tree, title and menus again from the open document.
-    void refresh();
     /// Selects what a line of text names by its first command; false if it names nothing
     /// that has a place.
     bool goToLine(const std::string& line);
@@ -83,6 +81,7 @@ class MainWindow : public QMainWindow, private DocumentListener {
     [[nodiscard]] FormContext formContext();
 
   protected:
+    bool eventFilter(QObject* receiver, QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
@@ -105,6 +104,7 @@ class MainWindow : public QMainWindow, private DocumentListener {
     void updateHistoryEntries();
     void updateTitle();
     void updateChecks();
+    /// Builds tree, pane and menus again from the open document.
     void rebuildTree();
     bool selectGroup(char letter, int index);
     void openTreeItem(const TreeItem& item);

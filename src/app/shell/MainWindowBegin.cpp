@@ -143,14 +143,6 @@ bool MainWindow::begin(const BeginOptions& options) {
     started_ = true;
     application_.keepRecentFiles();
     makeDocumentArea();
-    auto& steps = application_.context().steps;
-    steps.updateDocumentMenus = [this] {
-        facts_.document.open = application_.context().document.open;
-        facts_.document.version = application_.context().document.version;
-        updateTitle();
-        updateActions();
-    };
-    steps.rebuildTree = [this] { rebuildTree(); };
     listen(true);
     restoreGeometryFromSettings();
     show();
@@ -158,7 +150,9 @@ bool MainWindow::begin(const BeginOptions& options) {
     if (splash_) {
         waitWithSplash();
     }
-    refresh();
+    rebuildTree();
+    updateTitle();
+    updateChecks();
     connect(
         qApp, &QGuiApplication::commitDataRequest, this,
         [this](QSessionManager& manager) {
@@ -207,7 +201,6 @@ void MainWindow::offerRecovery() {
         {{"recover", QStringLiteral("Re&cover..."),
           [this, folder] {
               application_.documents().recover(ui_.get(), folder);
-              refresh();
               showNotes();
           }},
          {"later", QStringLiteral("Not &Now"), {}},
@@ -250,8 +243,6 @@ bool MainWindow::quit() {
     if (!application_.shutDown(ui_.get())) {
         return false;
     }
-    application_.context().steps.updateDocumentMenus = nullptr;
-    application_.context().steps.rebuildTree = nullptr;
     listen(false);
     started_ = false;
     quitting_ = true;

@@ -65,33 +65,31 @@ std::optional<NamedGroup> groupNamedIn(std::string_view line) {
 }  // namespace
 
 bool MainWindow::openNamed(const std::string& name) {
-    // The load has built the tree, and its failure has emptied it.
     const bool opened = application_.documents().openNamed(ui_.get(), name);
-    updateTitle();
-    updateChecks();
     showNotes();
     return opened;
 }
 
 void MainWindow::installBuiltIn() {
-    // What opens or closes a document builds the tree; a save changes what the pane shows.
-    const auto onDocument = [this](bool (DocumentService::*act)(UserInterface*), bool treeIsBuilt) {
-        return [this, act, treeIsBuilt] {
-            (application_.documents().*act)(ui_.get());
-            if (!treeIsBuilt) {
+    // The window shows what they have done when it is told of it.
+    const auto onDocument = [this](bool (DocumentService::*act)(UserInterface*)) {
+        return [this, act] { return (application_.documents().*act)(ui_.get()); };
+    };
+    // A save that has failed may have put its banner into the files: the pane shows it.
+    const auto onSave = [this, onDocument](bool (DocumentService::*act)(UserInterface*)) {
+        return [this, saved = onDocument(act)] {
+            if (!saved()) {
                 rebuildTree();
             }
-            updateTitle();
-            updateChecks();
         };
     };
-    handlers_[CommandId::CreateNew] = onDocument(&DocumentService::create, true);
-    handlers_[CommandId::Open] = onDocument(&DocumentService::open, true);
-    handlers_[CommandId::Save] = onDocument(&DocumentService::save, false);
-    handlers_[CommandId::SaveAs] = onDocument(&DocumentService::saveAs, false);
-    handlers_[CommandId::Close] = onDocument(&DocumentService::close, true);
-    handlers_[CommandId::Undo] = [this] { application_.documents().undo(ui_.get()); };
-    handlers_[CommandId::Redo] = [this] { application_.documents().redo(ui_.get()); };
+    handlers_[CommandId::CreateNew] = onDocument(&DocumentService::create);
+    handlers_[CommandId::Open] = onDocument(&DocumentService::open);
+    handlers_[CommandId::Save] = onSave(&DocumentService::save);
+    handlers_[CommandId::SaveAs] = onSave(&DocumentService::saveAs);
+    handlers_[CommandId::Close] = onDocument(&DocumentService::close);
+    handlers_[CommandId::Undo] = onDocument(&DocumentService::undo);
+    handlers_[CommandId::Redo] = onDocument(&DocumentService::redo);
     handlers_[CommandId::Exit] = [this] { close(); };
     handlers_[CommandId::SampleRateOptions] = [this] { editSampleRates(); };
     handlers_[CommandId::Precision] = [this] { choosePrecision(); };
@@ -207,7 +205,6 @@ void MainWindow::editVersions() {
                          context.document.open ? context.document.version : 0, ui_->dialogParent());
     if (runDialog(door_, dialog) == QDialog::Accepted) {
         application_.documents().setVersions(ui_.get(), dialog.options());
-        refresh();
     }
 }
 
@@ -330,6 +327,7 @@ void MainWindow::runTreeAction(TreeAction treeAction, const TreeItem& item) {
     handler->second(item);
     showNotes();
     updateActions();
+    updateChecks();
 }
 
 void MainWindow::checkDisk() {
@@ -341,7 +339,7 @@ void MainWindow::checkDisk() {
     auto& documents = application_.documents();
     if (documents.diskState() != DocumentService::DiskState::Same) {
         documents.checkDisk(ui_.get());
-        refresh();
+        updateActions();
     }
     checkingDisk_ = false;
 }

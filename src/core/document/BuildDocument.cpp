@@ -343,7 +343,6 @@ bool saveDocumentAs(DocumentContext& context, UserInterface* parent) {
 
 bool saveDocumentTo(DocumentContext& context, UserInterface* parent, const std::string& path) {
     const auto& steps = context.steps;
-    auto& document = context.document;
     const SaveScope scope(context.files);
     const bool saved = checkNoneVanished(context, parent) &&
                        (!steps.storeOpenEditor || steps.storeOpenEditor(parent)) &&
@@ -353,21 +352,13 @@ bool saveDocumentTo(DocumentContext& context, UserInterface* parent, const std::
     if (!saved) {
         return false;
     }
-    document.path = path;
+    context.document.path = path;
     context.history.markSaved();
-    document.created = false;
-    document.readOnly = false;
-    if (steps.updateDocumentMenus) {
-        steps.updateDocumentMenus();
-    }
-    context.history.tell({DocumentChange::Saved, {}, {}});
     return true;
 }
 
 CloseResult closeDocument(DocumentContext& context, UserInterface* parent) {
-    const auto& steps = context.steps;
-    auto& document = context.document;
-    if (document.changed) {
+    if (context.document.changed) {
         const BoxStyle style{Icon::Warning, Buttons::YesNoCancel, Button::Yes};
         const auto reply =
             context.messages.show(parent, -76, title::kWarning, style, "", "file", "file");
@@ -377,30 +368,16 @@ CloseResult closeDocument(DocumentContext& context, UserInterface* parent) {
             return CloseResult::Cancelled;
         }
     }
-    if (steps.releasePcmFormat) {
-        steps.releasePcmFormat();
-    }
-    if (steps.rememberFile) {
-        steps.rememberFile(document.path);
-    }
-    context.files.clear(parent, document.version);
-    if (steps.forgetConversions) {
-        steps.forgetConversions();
-    }
-    context.history.clear();
-    document = TmatsDocument();
-    resetVersionFromSettings(context);
-    if (steps.updateDocumentMenus) {
-        steps.updateDocumentMenus();
-    }
-    if (steps.rebuildTree) {
-        steps.rebuildTree();
-    }
-    if (steps.forgetMeasurementNames) {
-        steps.forgetMeasurementNames();
-    }
-    context.history.tell({DocumentChange::Closed, {}, {}});
+    dropDocument(context, parent);
     return CloseResult::Closed;
+}
+
+void dropDocument(DocumentContext& context, UserInterface* parent) {
+    if (context.steps.releasePcmFormat) {
+        context.steps.releasePcmFormat();
+    }
+    context.files.clear(parent, context.document.version);
+    context.history.markClosed(editionOfSettings(context.settings));
 }
 
 }  // namespace kavu

@@ -35,6 +35,8 @@ bool saveDocumentTo(DocumentContext& context, UserInterface* parent, const std::
 enum class CloseResult { Closed = 1, Cancelled = 2 };
 /// Asks to save a changed document, and closes it.
 CloseResult closeDocument(DocumentContext& context, UserInterface* parent);
+/// Closes the document, and asks nothing: what was changed in it is lost.
+void dropDocument(DocumentContext& context, UserInterface* parent);
 
 /// The maker of a file, for the banner.
 inline constexpr const char* kBannerMaker = "Written by the Kavu Telemetry Workbench, TMATS Editor";

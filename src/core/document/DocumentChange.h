@@ -22,6 +22,9 @@ struct DocumentChange {
     Kind kind = Edited;
     std::string name;                 ///< of the operation
     std::vector<DocumentFile> files;  ///< that were written; empty for Opened, Saved, Closed
+    /// Of the file that was opened, saved or closed; empty for a document that has none, and for
+    /// one that could not be opened.
+    std::string path{};
 
     /// True if a file of the group was written; 'C' for the conversion records.
     [[nodiscard]] bool touches(char letter) const;
@@ -32,7 +35,8 @@ class DocumentListener {
   public:
     virtual ~DocumentListener() = default;
     /// Called when the files are in their final state, once for an operation and all its
-    /// parts. The listener may read files; it must not change any.
+    /// parts. The listener may read files; it must not change any but those that an editor
+    /// keeps next to the groups.
     virtual void documentChanged(const DocumentChange& change) = 0;
     /// Writes what the running operation has left in memory only. Called before the
     /// operation ends; a failure rolls it back.

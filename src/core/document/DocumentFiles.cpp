@@ -4,9 +4,10 @@
 #include "core/document/GroupFiles.h"
 #include "core/text/Text.h"
 
-#include <cassert>
 #include <cerrno>
 #include <charconv>
+#include <cstdio>
+#include <cstdlib>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -37,6 +38,13 @@ std::string_view between(std::string_view name, std::string_view tail) {
                    name.size() > kHead.size() + tail.size()
                ? name.substr(kHead.size(), name.size() - kHead.size() - tail.size())
                : std::string_view();
+}
+
+[[noreturn]] void endOutsideScopes(std::string_view name) {
+    const std::string plain(name);
+    (void)std::fprintf(stderr, "The file '%s' of the document changes in no scope\n",
+                       plain.c_str());
+    std::abort();
 }
 
 }  // namespace
@@ -135,7 +143,9 @@ IoStatus DocumentFiles::check(std::string_view name) const {
 }
 
 IoStatus DocumentFiles::announce(std::string_view name) const {
-    assert((scopes_ > 0 || !scopesDemanded_) && "a file of the document changes in no scope");
+    if (scopes_ == 0 && scopesDemanded_) {
+        endOutsideScopes(name);
+    }
     if (auto status = check(name); !status.ok()) {
         return status;
     }

@@ -126,8 +126,9 @@ class DocumentFiles {
 
     /// True while a document is being loaded: nothing of it has a former state to return to.
     [[nodiscard]] bool isLoading() const { return loads_ > 0; }
-    /// Whether a change outside every scope is a fault of the program, which a debug
-    /// build asserts.
+    /// Whether a change outside every scope, a fault of the program that could be neither rolled
+    /// back nor undone, aborts the program. An application asks for it in debug builds, and tests
+    /// in all: a user would rather have such a change than lose his work.
     void demandScopes(bool demanded) { scopesDemanded_ = demanded; }
 
   private:

@@ -251,10 +251,27 @@ bool DocumentHistory::redo(UserInterface* parent) {
     return go(redo_, undo_, DocumentChange::Redone, parent);
 }
 
+void DocumentHistory::markOpened() {
+    document_.open = true;
+    // A path that was given to a new document leads to no file yet.
+    tell({DocumentChange::Opened, {}, {}, document_.created ? std::string() : document_.path});
+}
+
 void DocumentHistory::markSaved() {
     saved_ = state_;
     corrected_ = false;
     document_.changed = false;
+    document_.created = false;
+    document_.readOnly = false;
+    tell({DocumentChange::Saved, {}, {}, document_.path});
+}
+
+void DocumentHistory::markClosed(int nextEdition) {
+    clear();
+    const auto path = document_.open ? document_.path : std::string();
+    document_ = TmatsDocument();
+    document_.version = nextEdition;
+    tell({DocumentChange::Closed, {}, {}, path});
 }
 
 void DocumentHistory::markCorrected() {
@@ -268,6 +285,7 @@ void DocumentHistory::clear() {
     state_ = ++states_;
     saved_ = state_;
     corrected_ = false;
+    document_.changed = false;
 }
 
 }  // namespace kavu

@@ -47,14 +47,19 @@ class DocumentHistory : private FormerFileKeeper, private RoomMaker {
     bool undo(UserInterface* parent);
     bool redo(UserInterface* parent);
 
-    /// Notes that the file on the disk is the document as it is now.
+    /// Forgets all levels: another document is going to be loaded, and nothing has changed yet.
+    void clear();
+    /// The load has ended well: the document is open. All listeners are told.
+    void markOpened();
+    /// The file on the disk is the document as it is now. All listeners are told.
     void markSaved();
+    /// The document has been closed, and its files are gone; the next one begins with this
+    /// edition. All listeners are told, of a load that has failed with no path.
+    void markClosed(int nextEdition);
     /// Notes that the document differs from its file for a reason that cannot be undone,
     /// such as the corrections of its load. Within an operation it is a change like any
     /// other.
     void markCorrected();
-    /// Forgets all levels: the document was closed, or another one is loaded.
-    void clear();
 
     /// A listener must stay until it is removed.
     void addListener(DocumentListener& listener);

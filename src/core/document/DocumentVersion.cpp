@@ -23,17 +23,17 @@ int versionSetting(ProfileSettings& settings, const TextKey& key) {
     return normalisedEdition(version);
 }
 
-/// The version of the setting that applies: that of the file, or the one to convert to.
-int settingsVersion(ProfileSettings& settings) {
+}  // namespace
+
+int editionOfSettings(ProfileSettings& settings) {
+    // That of the file, or the one to convert to.
     const int input = versionSetting(settings, setting::kInputEdition);
     const int output = versionSetting(settings, setting::kOutputEdition);
     return settings.get(setting::kOutputMethod) == 1 ? input : output;
 }
 
-}  // namespace
-
 void resetVersionFromSettings(DocumentContext& context) {
-    context.document.version = settingsVersion(context.settings);
+    context.document.version = editionOfSettings(context.settings);
 }
 
 }  // namespace kavu

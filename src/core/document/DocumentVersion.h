@@ -6,7 +6,11 @@ namespace kavu {
 
 struct DocumentContext;
 
-/// Sets `version` from the settings; a missing or impossible key is written again.
+class ProfileSettings;
+
+/// The edition of the settings; a missing or impossible key is written again.
+[[nodiscard]] int editionOfSettings(ProfileSettings& settings);
+/// Sets `version` to it.
 void resetVersionFromSettings(DocumentContext& context);
 
 }  // namespace kavu

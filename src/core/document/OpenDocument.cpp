@@ -46,15 +46,9 @@ class LengthLog {
 
 /// No half-open document can exist: what a failed load has made is deleted.
 void abandonLoad(DocumentContext& context, UserInterface* parent) {
-    auto& document = context.document;
-    context.files.clear(parent, document.version);
-    if (context.steps.forgetConversions) {
-        context.steps.forgetConversions();
-    }
-    context.history.clear();
-    const int version = document.version;
-    document = TmatsDocument();
-    document.version = version;
+    const int edition = context.document.version;
+    context.files.clear(parent, edition);
+    context.history.markClosed(edition);
 }
 
 bool finishLoad(DocumentContext& context, UserInterface* parent) {
@@ -65,13 +59,7 @@ bool finishLoad(DocumentContext& context, UserInterface* parent) {
     if (!valid) {
         return false;
     }
-    context.document.open = true;
-    if (context.steps.updateDocumentMenus) {
-        context.steps.updateDocumentMenus();
-    }
-    if (context.steps.rebuildTree) {
-        context.steps.rebuildTree();
-    }
+    context.history.markOpened();
     setProgressBar(parent, -1);
     setStatusText(parent, {});
     return true;
@@ -82,10 +70,9 @@ bool loadContents(DocumentContext& context, UserInterface* parent, const std::st
     if (!options.create) {
         return readTmatsFile(context, parent, path, options.project);
     }
-    if (context.steps.forgetMeasurementNames) {
-        context.steps.forgetMeasurementNames();
+    if (createNewTmatsFile(context, parent, options.makeTemplate)) {
+        context.history.markCorrected();
     }
-    context.document.changed = createNewTmatsFile(context, parent, options.makeTemplate);
     return true;
 }
 
@@ -154,17 +141,6 @@ bool loadDocument(DocumentContext& context, UserInterface* parent, const std::st
     const bool opened = loadContents(context, parent, path, options) && finishLoad(context, parent);
     if (!opened) {
         abandonLoad(context, parent);
-    } else if (document.changed) {
-        context.history.markCorrected();
-    }
-    if (opened && !options.create && context.steps.rememberFile) {
-        context.steps.rememberFile(path);
-    }
-    if (context.steps.updateDocumentMenus) {
-        context.steps.updateDocumentMenus();
-    }
-    if (opened) {
-        context.history.tell({DocumentChange::Opened, {}, {}});
     }
     return opened;
 }
@@ -176,8 +152,7 @@ bool splitIntoGroupFiles(DocumentContext& context, UserInterface* parent, const 
 bool readTmatsFile(DocumentContext& context, UserInterface* parent, const std::string& path,
                    bool project) {
     const auto& steps = context.steps;
-    auto& document = context.document;
-    document.changed = false;
+    const auto& document = context.document;
     // The log is emptied before the names are gathered, so that it holds what gathering
     // them reports.
     context.store.deleteFiles(nullptr, working::kMessageLog);
@@ -197,7 +172,9 @@ bool readTmatsFile(DocumentContext& context, UserInterface* parent, const std::s
         if (good && steps.migrate) {
             const auto migrated = steps.migrate(parent, input, target);
             good = migrated.has_value();
-            document.changed = migrated.value_or(false) || document.changed;
+            if (migrated.value_or(false)) {
+                context.history.markCorrected();
+            }
         }
     }
     progress.close();

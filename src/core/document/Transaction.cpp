@@ -65,7 +65,8 @@ IoStatus Transaction::end(bool asked) {
     if (asked && hasChanges()) {
         context_.document.changed = true;
     }
-    close(DocumentChange::Edited, depth_ == 0 && hasChanges());
+    close(DocumentChange::Edited,
+          depth_ == 0 && (hasChanges() || context_.document.version != version_));
     return {};
 }
 

@@ -160,19 +160,34 @@ std::optional<std::vector<TaggedMeasurement>> readTaggedData(PcmFormat& format,
     return reader.result();
 }
 
+namespace {
+
+IoStatus writeTaggedData(const PcmFormat& format,
+                         const std::vector<TaggedMeasurement>& measurements) {
+    auto& files = format.context().files;
+    const auto name = formatPrintf(kTagFormat, format.dGroup);
+    if (measurements.empty()) {
+        return files.removeIfThere(name);  // an empty file would be an edit to an undo
+    }
+    const auto prefix = groupHead('D', format.dGroup);
+    auto writer = files.writer(name);
+    std::map<int, int> numbers;  // each list has a count of its own
+    for (const auto& measurement : measurements) {
+        writeMeasurement(writer.out(), prefix, measurement, ++numbers[measurement.list]);
+    }
+    return writer.close();
+}
+
+}  // namespace
+
 bool storeTaggedData(PcmFormat& format, UserInterface* parent,
                      const std::vector<TaggedMeasurement>& measurements) {
     if (!hasTaggedData(format)) {
         return false;
     }
     giveMeasurementGroup(format, parent);  // a stream that was never saved has none
-    const auto prefix = groupHead('D', format.dGroup);
-    auto writer = format.context().files.writer(formatPrintf(kTagFormat, format.dGroup));
-    std::map<int, int> numbers;  // each list has a count of its own
-    for (const auto& measurement : measurements) {
-        writeMeasurement(writer.out(), prefix, measurement, ++numbers[measurement.list]);
-    }
-    if (const auto status = writer.close(); !status.ok()) {
+    const auto status = writeTaggedData(format, measurements);
+    if (!status.ok()) {
         reportUnableToWrite(parent, status);
         return false;
     }

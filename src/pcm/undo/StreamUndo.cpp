@@ -4,8 +4,8 @@
 #include "core/WorkingStore.h"
 #include "core/document/DocumentFiles.h"
 #include "core/document/DocumentHistory.h"
-#include "core/files/FileIo.h"
 #include "core/talk/FileReports.h"
+#include "core/text/Printf.h"
 #include "groups/MeasurementNames.h"
 #include "pcm/PcmLoad.h"
 
@@ -16,15 +16,8 @@ namespace kavu {
 
 namespace {
 
-/// A missing file counts as empty.
-std::string contentsOf(const std::string& path) {
-    std::string bytes;
-    return fileExists(path) && readWholeFile(path, bytes).ok() ? bytes : std::string();
-}
-
-IoStatus putContents(DocumentFiles& files, const std::string& path, const std::string& contents) {
-    const auto name = fileNameOf(path);
-    return contents.empty() ? files.removeIfThere(name) : files.put(name, contents);
+bool isConversionFile(std::string_view name) {
+    return describeDocumentFile(name).letter == 'C';
 }
 
 /// Replaces the attributes that are only marks of edits, or state where the stream is
@@ -48,8 +41,8 @@ std::size_t sizeOf(const WordFrameDefinition& definition) {
 }  // namespace
 
 std::size_t StreamUndo::Level::bytes() const {
-    std::size_t bytes = sizeof(*this) + words.bytes() + conversions.bytes() +
-                        attributes.comment.size() + attributes.nonStandardCode.size();
+    std::size_t bytes = sizeof(*this) + words.bytes() + files.bytes() + attributes.comment.size() +
+                        attributes.nonStandardCode.size();
     if (counters) {
         for (const auto& counter : *counters) {
             bytes += sizeof(counter) + counter.subframes.size() * sizeof(Subframe);
@@ -63,9 +56,6 @@ std::size_t StreamUndo::Level::bytes() const {
     for (const auto& [entry, definition] : definitions) {
         bytes += sizeOf(definition);
     }
-    for (const auto& file : files) {
-        bytes += file ? file->size() : 0;
-    }
     for (const auto& name : forgotten) {
         bytes += sizeof(name) + name.size();
     }
@@ -73,32 +63,24 @@ std::size_t StreamUndo::Level::bytes() const {
 }
 
 StreamUndo::StreamUndo(PcmFormat& format, const Beside& beside, std::size_t mostBytes)
-    : format_(format), beside_(beside), mostBytes_(mostBytes) {
-    if (beside_.conversions != nullptr) {
-        auto& context = format_.context();
-        journal_ = std::make_unique<FileJournal>(
-            context.files, context.history.folderFor(working::kUndoLevels),
-            [](std::string_view name) { return describeDocumentFile(name).letter == 'C'; });
-        context.history.addJournal(*journal_);
-    }
+    : format_(format),
+      beside_(beside),
+      mostBytes_(mostBytes),
+      journal_(format.context().files, format.context().history.folderFor(working::kUndoLevels),
+               [this](std::string_view name) { return isFileOfEdits(name); }) {
+    format_.context().history.addJournal(journal_);
     if (beside_.names != nullptr) {
         forgottenCount_ = beside_.names->forgottenCount();
     }
-    base_ = {format_,
-             format_.saveCount,
-             format_.idCounters,
-             format_.asyncFormats,
-             format_.wordFrameDefinitions,
-             readFiles()};
+    base_ = {format_, format_.saveCount, format_.idCounters, format_.asyncFormats,
+             format_.wordFrameDefinitions};
     isKept_.assign(static_cast<std::size_t>(format_.wordsPerMinorFrame), false);
     outer_ = format_.cells().watch(this);
 }
 
 StreamUndo::~StreamUndo() {
     format_.cells().watch(outer_);
-    if (journal_ != nullptr) {
-        format_.context().history.removeJournal(*journal_);
-    }
+    format_.context().history.removeJournal(journal_);
 }
 
 void StreamUndo::beforeChange(int fwp) {
@@ -113,19 +95,12 @@ void StreamUndo::beforeChange(int fwp) {
     }
 }
 
-std::string StreamUndo::filePath(std::size_t file) const {
-    const auto& store = format_.context().store;
-    return file == 0   ? store.pathOf(kMeasurementComment)
-           : file == 1 ? store.path(kSmfFormat, format_.dGroup)
-                       : store.path(kTagFormat, format_.dGroup);
-}
-
-StreamUndo::Files StreamUndo::readFiles() const {
-    Files files;
-    for (std::size_t i = 0; i < kFiles; ++i) {
-        files[i] = contentsOf(filePath(i));
+bool StreamUndo::isFileOfEdits(std::string_view name) const {
+    if (isConversionFile(name)) {
+        return beside_.conversions != nullptr;
     }
-    return files;
+    return name == kMeasurementComment || name == formatPrintf(kSmfFormat, format_.dGroup) ||
+           name == formatPrintf(kTagFormat, format_.dGroup);
 }
 
 // --- making a level -----------------------------------------------------------------------------
@@ -173,13 +148,6 @@ bool StreamUndo::takeDifference(Level& level) {
     if (!(base_.asyncFormats == format_.asyncFormats)) {
         level.asyncFormats = std::exchange(base_.asyncFormats, format_.asyncFormats);
     }
-    auto files = readFiles();
-    for (std::size_t i = 0; i < kFiles; ++i) {
-        if (files[i] != base_.files[i]) {
-            level.files[i] = std::exchange(base_.files[i], std::move(files[i]));
-            differs = true;
-        }
-    }
     if (beside_.names != nullptr) {
         level.forgotten = beside_.names->forgotten(forgottenCount_);
         forgottenCount_ = beside_.names->forgottenCount();
@@ -196,12 +164,13 @@ bool StreamUndo::takeDifference(Level& level) {
 bool StreamUndo::commit(bool accepted) {
     Level level;
     bool differs = takeDifference(level);
-    if (journal_ != nullptr) {
-        // A file that cannot be read is not put back; the records themselves are as they are.
-        IoStatus status;
-        level.conversions = journal_->take(status);
-        differs = differs || (accepted && !level.conversions.empty());
-    }
+    // A file that cannot be read is not put back; the files themselves are as they are.
+    IoStatus status;
+    level.files = journal_.take(status);
+    const auto names = level.files.names();
+    differs = differs || std::any_of(names.begin(), names.end(), [accepted](const auto& name) {
+                  return accepted || !isConversionFile(name);
+              });
     if (differs) {
         clear(redo_);
         add(undo_, std::move(level));
@@ -274,35 +243,22 @@ void StreamUndo::exchangeDefinitions(Level& level) {
 }
 
 bool StreamUndo::exchangeFiles(Level& level, UserInterface* parent) {
-    bool done = true;
-    for (std::size_t i = 0; i < kFiles; ++i) {
-        if (!level.files[i]) {
-            continue;
-        }
-        auto held = contentsOf(filePath(i));
-        const auto status = putContents(format_.context().files, filePath(i), *level.files[i]);
-        if (!status.ok()) {
-            reportUnableToWrite(parent, status);
-            done = false;
-            continue;
-        }
-        level.files[i] = std::move(held);
+    if (level.files.empty()) {
+        return true;
     }
-    if (journal_ != nullptr && !level.conversions.empty()) {
-        IoStatus status;
-        const auto changed = level.conversions.names();
-        journal_->exchange(level.conversions, status);
-        std::vector<DocumentFile> files;
-        for (const auto& name : changed) {
-            files.push_back(describeDocumentFile(name));
-        }
-        beside_.conversions->follow(files);
-        if (!status.ok()) {
-            reportUnableToWrite(parent, status);
-            done = false;
-        }
+    IoStatus status;
+    std::vector<DocumentFile> changed;
+    for (const auto& name : level.files.names()) {
+        changed.push_back(describeDocumentFile(name));
     }
-    return done;
+    journal_.exchange(level.files, status);
+    if (beside_.conversions != nullptr) {
+        beside_.conversions->follow(changed);
+    }
+    if (!status.ok()) {
+        reportUnableToWrite(parent, status);
+    }
+    return status.ok();
 }
 
 void StreamUndo::exchangeNames(Level& level, bool isUndo) {

@@ -11,12 +11,11 @@
 #include "core/document/FileJournal.h"
 #include "pcm/model/WordArchive.h"
 
-#include <array>
 #include <deque>
 #include <map>
-#include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kavu {
@@ -58,18 +57,13 @@ class StreamUndo : private WordWatcher {
     [[nodiscard]] std::size_t bytes() const { return bytes_; }
 
   private:
-    /// Working files that an edit changes: section comment, filter list, tagged data.
-    static constexpr std::size_t kFiles = 3;
-    using Files = std::array<std::string, kFiles>;
-
-    /// The stream as it was when the last level ended, but for its words.
+    /// The stream as it was when the last level ended, but for its words and files.
     struct Base {
         PcmAttributes attributes;
         int saveCount = 0;
         std::vector<IdCounter> counters;
         std::vector<AsyncFormat> asyncFormats;
         std::vector<WordFrameDefinition> definitions;
-        Files files;
     };
     struct Level {
         PcmAttributes attributes;
@@ -79,8 +73,7 @@ class StreamUndo : private WordWatcher {
         std::optional<std::vector<AsyncFormat>> asyncFormats;
         std::map<std::size_t, WordFrameDefinition> definitions;
         std::size_t definitionCount = 0;
-        std::array<std::optional<std::string>, kFiles> files;
-        KeptFiles conversions;
+        KeptFiles files;
         std::vector<std::string> forgotten;  ///< names that the edit has forgotten
 
         [[nodiscard]] std::size_t bytes() const;
@@ -88,8 +81,7 @@ class StreamUndo : private WordWatcher {
     using Levels = std::deque<Level>;
 
     void beforeChange(int fwp) override;
-    [[nodiscard]] std::string filePath(std::size_t file) const;
-    [[nodiscard]] Files readFiles() const;
+    [[nodiscard]] bool isFileOfEdits(std::string_view name) const;
     /// What differs from the base, as it was there; the base becomes what there is now.
     [[nodiscard]] bool takeDifference(Level& level);
     [[nodiscard]] bool takeWords(Level& level);
@@ -108,7 +100,9 @@ class StreamUndo : private WordWatcher {
     Beside beside_;
     std::size_t mostBytes_;
     WordWatcher* outer_ = nullptr;
-    std::unique_ptr<FileJournal> journal_;  ///< of the conversion records
+    /// Of the conversion records, and of what the edits keep next to the groups: the comment of
+    /// the section, the filter list, the tagged data.
+    FileJournal journal_;
     std::size_t forgottenCount_ = 0;
     Base base_;
     WordArchive touched_;       ///< since the last level

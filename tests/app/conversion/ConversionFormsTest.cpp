@@ -7,6 +7,7 @@
 #include "app/support/TestDoor.h"
 #include "application/Application.h"
 #include "conversion/ConversionStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/talk/ProfileSettings.h"
 #include "support/TestContext.h"
 
@@ -35,7 +36,10 @@ class ConversionFormsTest : public testing::Test {
         window.reset();
         application.shutDown(nullptr);
     }
-    void begin() { ASSERT_TRUE(window->begin({.splash = false, .file = path})); }
+    void begin() {
+        ASSERT_TRUE(window->begin({.splash = false, .file = path}));
+        application.context().files.demandScopes(true);
+    }
     void choose(TreeAction action, const std::string& name = {}) {
         TreeItem item;
         item.kind = name.empty() ? TreeKind::ConversionHead : TreeKind::Measurement;

@@ -6,6 +6,7 @@
 #include "app/support/TestDoor.h"
 #include "application/Application.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "groups/DataSources.h"
 #include "support/SourceStage.h"
@@ -32,6 +33,7 @@ class SourceActionsTest : public ::testing::Test {
         window = std::make_unique<MainWindow>(application, door);
         EXPECT_TRUE(window->begin({.splash = false, .file = path}));
         installGroupForms(*window, application);
+        application.context().files.demandScopes(true);
     }
     ~SourceActionsTest() override {
         application.context().document.changed = false;

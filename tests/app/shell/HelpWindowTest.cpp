@@ -1,4 +1,6 @@
 #include "app/framework/FormContext.h"
+#include "app/framework/QtText.h"
+#include "app/shell/Commands.h"
 #include "app/shell/HelpWindow.h"
 #include "app/shell/MainWindow.h"
 #include "app/shell/StartOptions.h"
@@ -9,9 +11,11 @@
 #include <memory>
 
 #include <QDialog>
+#include <QMenu>
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QTextBrowser>
+#include <QtTest>
 #include <gtest/gtest.h>
 
 namespace kavu {
@@ -27,7 +31,13 @@ HelpWindow* helpWindow() {
     return nullptr;
 }
 
-TEST(HelpWindowTest, CanBeUsedWhileTheDialogThatOpenedItIsModal) {
+/// What a window needs; the application ends after it.
+struct HelpStage {
+    HelpStage() = default;
+    HelpStage(const HelpStage&) = delete;
+    HelpStage& operator=(const HelpStage&) = delete;
+    ~HelpStage() { application.shutDown(nullptr); }
+
     test::TempFolder folder;
     FixedClock clock{CivilTime{2026, 1, 2, 3, 4, 5}};
     test::CountingRandom random;
@@ -35,28 +45,56 @@ TEST(HelpWindowTest, CanBeUsedWhileTheDialogThatOpenedItIsModal) {
         test::testEnvironment({{"TEMP", folder.path()}, {"HOME", folder.path()}}), clock, random,
         folder / "kavu.ini"};
     test::TestDoor door;
+};
+
+TEST(HelpWindowTest, CanBeUsedWhileTheDialogThatOpenedItIsModal) {
+    HelpStage stage;
+    MainWindow window(stage.application, stage.door);
+    ASSERT_TRUE(window.begin({.splash = false}));
+    const auto form = window.formContext();
+    form.help("display");
+    ASSERT_NE(helpWindow(), nullptr);
+    EXPECT_EQ(helpWindow()->parentWidget(), &window);
     {
-        MainWindow window(application, door);
-        ASSERT_TRUE(window.begin({.splash = false}));
-        const auto form = window.formContext();
+        QDialog dialog(&window);
+        dialog.setModal(true);
+        dialog.show();
         form.help("display");
         ASSERT_NE(helpWindow(), nullptr);
-        EXPECT_EQ(helpWindow()->parentWidget(), &window);
-        {
-            QDialog dialog(&window);
-            dialog.setModal(true);
-            dialog.show();
-            form.help("display");
-            ASSERT_NE(helpWindow(), nullptr);
-            EXPECT_EQ(helpWindow()->parentWidget(), &dialog) << "others are blocked";
-            EXPECT_TRUE(helpWindow()->isVisible());
-        }
-        EXPECT_EQ(helpWindow(), nullptr) << "it has ended with its dialog";
-        form.help("display");
-        ASSERT_NE(helpWindow(), nullptr);
-        EXPECT_EQ(helpWindow()->parentWidget(), &window);
+        EXPECT_EQ(helpWindow()->parentWidget(), &dialog) << "others are blocked";
+        EXPECT_TRUE(helpWindow()->isVisible());
     }
-    application.shutDown(nullptr);
+    EXPECT_EQ(helpWindow(), nullptr) << "it has ended with its dialog";
+    form.help("display");
+    ASSERT_NE(helpWindow(), nullptr);
+    EXPECT_EQ(helpWindow()->parentWidget(), &window);
+}
+
+TEST(HelpWindowTest, AKeyOnAnEntryOfAnOpenMenuTellsOfThatEntry) {
+    HelpStage stage;
+    MainWindow window(stage.application, stage.door);
+    ASSERT_TRUE(window.begin({.splash = false}));
+    auto& menu = *window.findChild<QMenu*>(QStringLiteral("editMenu"));
+    const auto ask = [&](QAction* entry) {
+        menu.popup(window.mapToGlobal(QPoint(0, 0)));
+        menu.setActiveAction(entry);
+        QTest::keyClick(&menu, Qt::Key_F1);
+        EXPECT_FALSE(menu.isVisible());
+        return helpWindow() == nullptr ? QString() : helpWindow()->openedPage();
+    };
+    EXPECT_EQ(ask(window.action(CommandId::Undo)), QStringLiteral("undo"))
+        << "though there is nothing to undo";
+    EXPECT_EQ(ask(window.action(CommandId::General)), QStringLiteral("groups"));
+    EXPECT_EQ(ask(window.action(CommandId::Redo)), QStringLiteral("undo"));
+    EXPECT_EQ(ask(nullptr), QStringLiteral("index"));
+}
+
+TEST(HelpWindowTest, EveryEntryHasAPageOfTheManual) {
+    HelpWindow help(KAVU_SOURCE_DIR "/docs/manual");
+    for (const auto& row : commandTable()) {
+        help.openTopic(std::string(row.topic));
+        EXPECT_EQ(toBytes(help.openedPage()), row.topic) << row.text;
+    }
 }
 
 TEST(HelpWindowTest, ATopicOpensItsPageAtItsHeading) {

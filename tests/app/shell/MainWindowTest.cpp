@@ -7,6 +7,8 @@
 #include "app/support/WidgetChecks.h"
 #include "application/Application.h"
 #include "core/WorkingStore.h"
+#include "core/document/DocumentChange.h"
+#include "core/document/DocumentHistory.h"
 #include "core/files/FileIo.h"
 #include "core/talk/ProfileSettings.h"
 #include "core/text/Text.h"
@@ -54,6 +56,7 @@ class MainWindowTest : public testing::Test {
     void begin(const std::string& file = {}, bool splash = false) {
         window = std::make_unique<DropWindow>(application, door);
         ASSERT_TRUE(window->begin({.splash = splash, .file = file}));
+        application.context().files.demandScopes(true);
     }
     bool enabled(CommandId id) { return window->action(id)->isEnabled(); }
     std::string title() { return toBytes(window->windowTitle()); }
@@ -94,7 +97,7 @@ TEST_F(MainWindowTest, TheTitleTellsFileEditionAndChanges) {
     EXPECT_EQ(title(), "KAVU-9 - TMATS Editor flight.tma (106-09)[*]");
     EXPECT_FALSE(window->isWindowModified());
     document().changed = true;
-    application.context().steps.updateDocumentMenus();
+    application.context().history.tell({DocumentChange::Edited, {}, {}});
     EXPECT_TRUE(window->isWindowModified());
     EXPECT_TRUE(enabled(Save));
     EXPECT_TRUE(enabled(Close));

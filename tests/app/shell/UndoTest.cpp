@@ -19,6 +19,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QRadioButton>
+#include <QSignalSpy>
 #include <QTreeView>
 
 namespace kavu {
@@ -43,7 +44,9 @@ class UndoTest : public testing::Test {
         test::writeFile(path, bytes);
         window = std::make_unique<MainWindow>(application, door);
         installForms(*window, application);
-        ASSERT_TRUE(window->begin({.splash = false, .file = path}));
+        ASSERT_TRUE(window->begin({.splash = false}));
+        application.context().files.demandScopes(true);
+        ASSERT_TRUE(window->openNamed(path));
         // What an opening corrects cannot be undone; the document is to begin without a mark.
         if (window->isWindowModified()) {
             window->run(CommandId::Save);
@@ -274,6 +277,22 @@ std::vector<UndoCase> undoCases() {
     };
 }
 
+/// How often the tree of a window was filled.
+class TreeCount {
+  public:
+    explicit TreeCount(MainWindow& window)
+        : resets_(window.tree().view()->model(), &QAbstractItemModel::modelReset) {}
+    /// Since this was asked last.
+    int taken() {
+        const auto count = resets_.count();
+        resets_.clear();
+        return static_cast<int>(count);
+    }
+
+  private:
+    QSignalSpy resets_;
+};
+
 class EachOperation : public UndoTest, public testing::WithParamInterface<UndoCase> {};
 
 TEST_P(EachOperation, IsUndoneAndDoneAgainByItsName) {
@@ -286,7 +305,9 @@ TEST_P(EachOperation, IsUndoneAndDoneAgainByItsName) {
     EXPECT_EQ(entryText(CommandId::Undo), QStringLiteral("Undo"));
     EXPECT_FALSE(isEnabled(CommandId::Undo));
 
+    TreeCount count(*window);
     operation.act(*this);
+    EXPECT_EQ(count.taken(), 1) << "the tree is read once";
     const auto after = files();
     const auto treeAfter = tree();
     const auto titleAfter = window->windowTitle();
@@ -297,6 +318,7 @@ TEST_P(EachOperation, IsUndoneAndDoneAgainByItsName) {
     EXPECT_FALSE(isEnabled(CommandId::Redo));
 
     window->run(CommandId::Undo);
+    EXPECT_EQ(count.taken(), 1);
     EXPECT_EQ(files(), before);
     EXPECT_EQ(tree(), treeBefore);
     EXPECT_EQ(window->windowTitle(), title);
@@ -307,6 +329,7 @@ TEST_P(EachOperation, IsUndoneAndDoneAgainByItsName) {
     ASSERT_TRUE(isEnabled(CommandId::Redo));
 
     window->run(CommandId::Redo);
+    EXPECT_EQ(count.taken(), 1);
     EXPECT_EQ(files(), after);
     EXPECT_EQ(tree(), treeAfter);
     EXPECT_EQ(window->windowTitle(), titleAfter);
@@ -379,6 +402,36 @@ TEST_F(UndoTest, WhileAStreamIsOpenTheDocumentIsNotUndone) {
     request(TreeAction::EditStream, {.kind = TreeKind::Stream, .name = "PCM Stream 1"});
     EXPECT_TRUE(isEnabled(CommandId::Undo));
     EXPECT_EQ(entryText(CommandId::Undo), QStringLiteral("Undo Edit of General Information"));
+}
+
+TEST_F(UndoTest, TheTreeIsReadOnceForWhateverHappensToTheDocument) {
+    open(flightTest());
+    TreeCount count(*window);
+    editGeneral();
+    EXPECT_EQ(count.taken(), 1) << "the OK of a sheet";
+    window->run(CommandId::Save);
+    EXPECT_EQ(count.taken(), 1) << "a save";
+    window->run(CommandId::Close);
+    EXPECT_EQ(count.taken(), 1) << "a close";
+    EXPECT_TRUE(window->openNamed(path));
+    EXPECT_EQ(count.taken(), 1) << "an opening";
+    EXPECT_TRUE(window->openNamed(path));
+    EXPECT_EQ(count.taken(), 2) << "a close and an opening";
+    answer("cancel");
+    window->run(CommandId::General);
+    EXPECT_EQ(count.taken(), 0) << "a look";
+    // Another program writes the file, and the user wants that.
+    std::filesystem::remove(path);
+    test::writeFile(path, flightTest());
+    answer("choice1");
+    window->checkDisk();
+    EXPECT_EQ(count.taken(), 2) << "a reopening closes and opens";
+    std::filesystem::remove(path);
+    test::writeFile(path, flightTest());
+    answer("choice0");
+    window->checkDisk();
+    EXPECT_EQ(count.taken(), 1) << "the document is no more what is on the disk";
+    EXPECT_TRUE(window->isWindowModified());
 }
 
 TEST_F(UndoTest, TheKeysAreThoseOfEveryEditor) {

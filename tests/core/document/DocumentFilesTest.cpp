@@ -465,7 +465,6 @@ TEST_F(DocumentFilesTest, OnlyALoadIsLoading) {
     EXPECT_FALSE(files.isLoading());
 }
 
-#ifndef NDEBUG
 TEST_F(DocumentFilesTest, AChangeOutsideEveryScopeIsAFault) {
     testing::GTEST_FLAG(death_test_style) = "threadsafe";
     files.demandScopes(true);
@@ -477,7 +476,6 @@ TEST_F(DocumentFilesTest, AChangeOutsideEveryScopeIsAFault) {
     EXPECT_DEATH((void)files.remove(kTapeFile), "in no scope");
     files.clear(nullptr, kLatestEdition);
 }
-#endif
 
 /// Makes room once, by lifting the limit.
 class Lifter : public RoomMaker {

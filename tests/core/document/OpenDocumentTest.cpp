@@ -1,4 +1,5 @@
 #include "core/document/BuildDocument.h"
+#include "core/document/DocumentHistory.h"
 #include "core/document/DocumentVersion.h"
 #include "core/document/OpenDocument.h"
 #include "core/talk/RecentFiles.h"
@@ -235,14 +236,61 @@ TEST_F(OpenDocumentTest, RecentFilesAreNewestFirstAndAtMostNine) {
     EXPECT_EQ(recentFiles(t.settings).size(), 9u);
 }
 
-TEST_F(OpenDocumentTest, OpenedAndClosedFilesAreRemembered) {
-    std::vector<std::string> remembered;
-    t.steps.rememberFile = [&](const std::string& path) { remembered.push_back(path); };
+/// What was told, each with the path and how many listeners could see of the document then.
+struct Told : DocumentListener {
+    explicit Told(TestContext& context) : t(context) { t.history.addListener(*this); }
+    Told(const Told&) = delete;
+    Told& operator=(const Told&) = delete;
+    ~Told() override { t.history.removeListener(*this); }
+    void documentChanged(const DocumentChange& change) override {
+        events.push_back({change.kind, change.path, t.document.open, t.document.changed,
+                          t.has(working::kGeneral)});
+    }
+    struct Event {
+        DocumentChange::Kind kind;
+        std::string path;
+        bool open;
+        bool changed;
+        bool hasFiles;
+        bool operator==(const Event&) const = default;
+    };
+    TestContext& t;
+    std::vector<Event> events;
+};
+
+TEST_F(OpenDocumentTest, OpenedSavedAndClosedAreToldOnceWhenTheyHaveHappened) {
+    const Told told(t);
     const auto path = file("a.tma", "G\\PN:A;");
     EXPECT_TRUE(loadDocument(t.context, &t.ui, path));
-    closeDocument(t.context, &t.ui);
-    EXPECT_FALSE(loadDocument(t.context, &t.ui, t.folder / "none"));
-    EXPECT_EQ(remembered, (std::vector<std::string>{path, path}));
+    t.document.changed = true;
+    const auto other = t.folder / "other.tma";
+    EXPECT_TRUE(saveDocumentTo(t.context, &t.ui, other));
+    EXPECT_EQ(closeDocument(t.context, &t.ui), CloseResult::Closed);
+    using Kind = DocumentChange::Kind;
+    EXPECT_EQ(told.events, (std::vector<Told::Event>{{Kind::Opened, path, true, false, true},
+                                                     {Kind::Saved, other, true, false, true},
+                                                     {Kind::Closed, other, false, false, false}}));
+}
+
+TEST_F(OpenDocumentTest, AFailedLoadIsToldAsACloseOfNoFile) {
+    const Told told(t);
+    EXPECT_FALSE(loadDocument(t.context, &t.ui, file("a.tma", "G\\PN:A;G\\TA")));
+    EXPECT_EQ(told.events,
+              (std::vector<Told::Event>{{DocumentChange::Closed, {}, false, false, false}}));
+}
+
+TEST_F(OpenDocumentTest, ACorrectedLoadIsToldWithItsMarkAndANewDocumentWithNoFile) {
+    t.steps.migrate = [](UserInterface*, int, int) { return true; };
+    const Told told(t);
+    const auto path = file("a.tma", "G\\PN:A;");
+    EXPECT_TRUE(loadDocument(t.context, &t.ui, path));
+    dropDocument(t.context, &t.ui);
+    EXPECT_TRUE(loadDocument(t.context, &t.ui, t.folder / "new.tma", {.create = true}));
+    using Kind = DocumentChange::Kind;
+    EXPECT_EQ(told.events, (std::vector<Told::Event>{{Kind::Opened, path, true, true, true},
+                                                     {Kind::Closed, path, false, false, false},
+                                                     {Kind::Opened, {}, true, true, true}}));
+    EXPECT_EQ(t.ui.countBoxes(76), 0) << "what is dropped is not asked about";
 }
 
 }  // namespace
