@@ -243,8 +243,13 @@ bool Application::changeVersions(UserInterface* parent, const VersionOptions& op
                                                                         int pIndex) {
         return migrateStream(parts.pcmFormat, window, parts.pcmSteps, pIndex, input);
     };
-    return editVersionOptions(parts.context, parts.conversions, parent, options, convertStream,
-                              failure);
+    const bool changed = editVersionOptions(parts.context, parts.conversions, parent, options,
+                                            convertStream, failure);
+    if (changed && parts.document.open) {
+        // A stream that was read and stored may have other measurements now.
+        parts.measurements.checkForDuplicates(nullptr);
+    }
+    return changed;
 }
 
 void Application::keepRecentFiles() {

@@ -106,7 +106,10 @@ TEST_F(SourceCopyTest, TheLastPrefixAndSuffixAreOffered) {
 
 TEST_F(SourceCopyTest, ALongCommentComesAlong) {
     const std::string comment(40000, 'x');
-    ASSERT_TRUE(t.conversions.writeEuComment(&t.ui, "ALPHA", comment, false));
+    {
+        const ChangeScope edit(t.context.files);
+        ASSERT_TRUE(t.conversions.writeEuComment(&t.ui, "ALPHA", comment, false));
+    }
     EXPECT_TRUE(copy("First", "Copy", "L_"));
     EXPECT_EQ(t.conversions.readEuComment("L_ALPHA", false), comment);
     EXPECT_EQ(t.conversions.readEuComment("ALPHA", false), comment);

@@ -84,8 +84,10 @@ TEST_F(TaggedDataTest, OlderEditionsHaveNone) {
 
 TEST_F(TaggedDataTest, AFileThatCanNotBeWrittenIsReported) {
     const auto path = store.pathOf("[kavu]DTAG0000.D01");
+    const auto all = *readTaggedData(format, parent);
+    ASSERT_FALSE(all.empty());
     std::filesystem::create_directory(path + ".new");
-    EXPECT_FALSE(storeTaggedData(format, parent, {}));
+    EXPECT_FALSE(storeTaggedData(format, parent, all));
     ASSERT_FALSE(ui.boxes.empty());
     EXPECT_NE(ui.boxes.back().text.find(path), std::string::npos);
     EXPECT_FALSE(format.changed);
