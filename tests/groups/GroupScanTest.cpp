@@ -45,11 +45,11 @@ TEST(GroupScan, ACancelEndsTheReading) {
 
 TEST(GroupScan, MultiplexFilesAreReadWithTheirLinksInTheOrderOfTheGroup) {
     test::TestContext t;
-    t.write("[kavu]MULTI.M03",
+    t.write("[kavu]MULT.M03",
             "M-3\\SI\\DLN-2:Second;\r\nM-3\\SI\\N:2;\r\nM-3\\SI\\DLN-1:First;\r\n"
             "M-3\\SI\\DLN-3:not counted;\r\nM-3\\BB\\DLN:Base;\r\nM-3\\SI\\MN-1:Measured;\r\n"
             "M-3\\ID:Source;\r\n");
-    t.write("[kavu]MULTI.M04", "M-4\\BB\\MN:Measured;\r\nM-4\\SI\\N:400;\r\n");
+    t.write("[kavu]MULT.M04", "M-4\\BB\\MN:Measured;\r\nM-4\\SI\\N:400;\r\n");
     std::vector<Multiplex> multiplexes;
     EXPECT_TRUE(readMultiplexes(t.context, &t.ui, multiplexes));
     ASSERT_EQ(multiplexes.size(), 2U);

@@ -116,7 +116,10 @@ TEST_F(SourceCopyTest, ALongCommentComesAlong) {
 }
 
 TEST_F(SourceCopyTest, ARecordThatIsThereIsKeptAndLogged) {
-    ASSERT_TRUE(t.conversions.createDefaultDefinition(nullptr, "L_ALPHA", false));
+    {
+        const ChangeScope edit(t.context.files);
+        ASSERT_TRUE(t.conversions.createDefaultDefinition(nullptr, "L_ALPHA", false));
+    }
     EXPECT_TRUE(copy("First", "Copy", "L_"));
     ASSERT_EQ(t.ui.countLogs(459), 1);
     EXPECT_THAT(t.ui.logs.back().text, HasSubstr("'L_ALPHA'"));

@@ -276,6 +276,7 @@ TEST_F(SourceCreateTest, ANewDocumentGetsItsFirstStream) {
         return createStream(t.context, parent, source);
     };
     t.ui.choices = {0, 0};
+    const LoadScope load(t.context.files);
     EXPECT_TRUE(createNewTmatsFile(t.context, &t.ui, true));
     EXPECT_THAT(t.read(groupFile('M', 1)), HasSubstr("M-1\\ID:RF Data Source;"));
     EXPECT_EQ(t.read(groupFile('P', 1)), pcmGroup("PCM Stream 1"));
