@@ -4,8 +4,8 @@
 
 #include "pcm/PcmFormat.h"
 #include "pcm/PcmLoad.h"
+#include "pcm/PlaceFragments.h"
 #include "pcm/StreamCommands.h"
-#include "pcm/edit/MeasurementEditWordFrame.h"
 #include "pcm/read/AsyncReading.h"
 #include "pcm/read/SubframeReading.h"
 #include "pcm/structure/AsyncEdit.h"
@@ -117,14 +117,8 @@ class StreamFixture : public TestContext {
         return place(fwp, 1, measurement);
     }
 
-    /// A measurement of one location of these fragments, placed as an edit does it.
     void placeFragments(const std::string& name, const std::vector<WordFrameFragment>& fragments) {
-        Measurement measurement;
-        measurement.name = name;
-        measurement.locationType = "WDFR";
-        measurement.locationCount = 1;
-        EXPECT_TRUE(placeWordFrameMeasurement(format, parent, measurement,
-                                              {"", {{format.commonWordLength, fragments}}}, {}, 0));
+        test::placeFragments(format, parent, name, fragments);
     }
 
     [[nodiscard]] std::vector<int> wordsOf(const std::string& subframe) const {

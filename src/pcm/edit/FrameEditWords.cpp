@@ -3,14 +3,14 @@
 #include "core/TmatsDocument.h"
 #include "core/talk/Messages.h"
 #include "pcm/model/FrameEditLists.h"
+#include "pcm/model/MeasurementCell.h"
 #include "pcm/structure/AsyncEdit.h"
 #include "pcm/structure/PcmFormatEdit.h"
 #include "pcm/structure/SubframeEdit.h"
+#include "pcm/structure/WordContentsQuestion.h"
 
 #include <algorithm>
-#include <functional>
 #include <map>
-#include <set>
 #include <vector>
 
 namespace kavu {
@@ -84,31 +84,29 @@ bool mayClear(const PcmFormat& format, UserInterface* parent, int fwp) {
 /// Deletes a subframe with the measurements and async formats that had a place in it,
 /// wherever else they are.
 bool clearSubframe(PcmFormat& format, UserInterface* parent, const EditSteps& steps, int fwp) {
-    const auto& cells = format.cells();
     const auto word = format.word(fwp);
+    const auto held =
+        contentsOfWords(format, format.wordsOf({word.idCounterIndex, word.subframeIndex}));
     std::map<std::string, int> names;
-    std::set<int, std::greater<>> records;
-    for (const int each : format.wordsOf({word.idCounterIndex, word.subframeIndex})) {
-        for (int index = 1; index <= cells.cellCount(each); ++index) {
-            for (auto at = cells.cell(each, index); at; at = cells.next(at)) {
-                if (cells.isMeasurement(at)) {
-                    const auto& measurement = cells.measurement(at);
-                    names.emplace(measurement.name.str(), measurement.wordFrameIndex);
-                } else if (const int record = cells.asyncNumber(at); record > 0) {
-                    records.insert(record);
-                }
-            }
-        }
+    for (const auto& name : held.measurements) {
+        names.emplace(name, wordFrameEntry(format, name));
     }
-    if (!deleteSubframe(format, parent, fwp, true)) {
+    // Nobody knows a hidden subframe: the question is about what it holds.
+    const bool hidden = isHiddenSubframe(format.subframeOfWord(fwp));
+    const auto why = formatPrintf(
+        "Frame Word Position %d is in use. What it holds would be deleted, there and wherever else "
+        "it is:",
+        fwp);
+    if ((hidden && !mayLose(format, parent, held, why)) ||
+        !deleteSubframe(format, hidden ? nullptr : parent, fwp, true)) {
         return false;
     }
     for (const auto& [name, entry] : names) {
         dropMeasurement(format, parent, steps, name);
         format.freeWordFrameDefinition(entry);
     }
-    for (const int record : records) {  // the last one first: later ones move up
-        removeAsyncFormat(format, parent, record, -1, -1);
+    for (auto record = held.asyncRecords.rbegin(); record != held.asyncRecords.rend(); ++record) {
+        removeAsyncFormat(format, parent, *record, -1, -1);  // later ones move up
     }
     removeEmptyHiddenSubframes(format);
     return true;

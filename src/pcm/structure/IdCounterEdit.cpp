@@ -183,7 +183,11 @@ bool deleteIdCounter(PcmFormat& format, UserInterface* parent, int fwp) {
         return refuse(format, parent, 359, title::kInternalError);
     }
     if (const auto* const reference = referenceTo(format, index)) {
-        return refuse(format, parent, 360, title::kUnableToDeleteIdCounter, reference->name.view());
+        // The name of a hidden subframe is of no file and of no window.
+        const auto word = format.wordsOf(*format.findSubframe(reference->name)).front();
+        return refuse(format, parent, 360, title::kUnableToDeleteIdCounter,
+                      reference->hidden ? formatPrintf("Frame Word Position %d", word)
+                                        : reference->name.str());
     }
     if (parent != nullptr && format.context().messages.show(parent, 129, title::kDeleteIdCounter,
                                                             kYesNoBox) != Button::Yes) {

@@ -4,6 +4,7 @@
 #include "core/talk/Messages.h"
 #include "core/text/Text.h"
 #include "pcm/structure/SubframeEdit.h"
+#include "pcm/structure/WordContentsQuestion.h"
 #include "vocabulary/PSubframeFields.h"
 #include "vocabulary/SubframeCodes.h"
 
@@ -75,7 +76,8 @@ bool saveChanged(PcmFormat& format, UserInterface* parent, const Found& found,
 }  // namespace
 
 bool createSFID(PcmFormat& format, UserInterface* parent, int fwp) {
-    return canCreateAt(format, parent, fwp) && createIdCounter(format, parent, fwp).has_value();
+    return canCreateAt(format, parent, fwp) && clearForCounter(format, parent, fwp) &&
+           createIdCounter(format, parent, fwp).has_value();
 }
 
 bool deleteSFID(PcmFormat& format, UserInterface* parent, std::string_view name) {

@@ -1,5 +1,6 @@
 #include "pcm/structure/SubframeEdit.h"
 
+#include "pcm/structure/WordContentsQuestion.h"
 #include "vocabulary/SubframeCodes.h"
 
 namespace kavu {
@@ -44,6 +45,7 @@ bool createAskedCounter(PcmFormat& format, UserInterface* parent, int fwp) {
     const int choice =
         choices.empty() ? -1 : parent->chooseFromList("Enter ID Counter FWP", choices);
     return choice >= 0 && static_cast<std::size_t>(choice) < words.size() &&
+           clearForCounter(format, parent, words[static_cast<std::size_t>(choice)]) &&
            createIdCounter(format, parent, words[static_cast<std::size_t>(choice)]).has_value();
 }
 
@@ -326,7 +328,9 @@ Created createAt(PcmFormat& format, UserInterface* parent, int fwp) {
             return createSubframe(format, parent, request) ? Created::Subframe : Created::Nothing;
         }
     }
-    return createIdCounter(format, parent, fwp) ? Created::IdCounter : Created::Nothing;
+    return clearForCounter(format, parent, fwp) && createIdCounter(format, parent, fwp)
+               ? Created::IdCounter
+               : Created::Nothing;
 }
 
 }  // namespace kavu

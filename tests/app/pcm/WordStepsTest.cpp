@@ -138,6 +138,40 @@ TEST(GenerateWordsForm, AMaskOfTheSettingsThatIsInvalidBecomesAFullWord) {
     EXPECT_EQ(stage.settings.text("DMask"), "FW");
 }
 
+// --- the words ---------------------------------------------------------------------------------
+
+// The question named the hidden subframe, which is of no file and of no window.
+TEST(DeleteWordsForm, AWordOfSingleFramesNamesItsMeasurementsAndNoKeepsThem) {
+    StepsStage stage(2011);
+    stage.placeFragments("ONCE", {{8, 0, 8, 3, 0, 3, "1", 'D', 1}});
+    stage.placeFragments("OTHER", {{8, 1, 9, 5, 0, 5, "1", 'D', 1}});
+    ASSERT_TRUE(stage.format.subframeOfWord(8)->hidden);
+    StreamUndo before(stage.format);
+    stage.ui.integers = {8, 8};
+    stage.ui.queued = {Button::No};
+    EXPECT_FALSE(stage.installed.deleteFwps(stage.window));
+    EXPECT_FALSE(before.commit());
+    ASSERT_EQ(stage.ui.boxes.size(), 1U);
+    const auto& text = stage.ui.boxes[0].text;
+    EXPECT_NE(text.find("Measurement 'ONCE'\nMeasurement 'OTHER'\n"), std::string::npos) << text;
+    EXPECT_EQ(text.find("SF-"), std::string::npos) << text;
+    stage.ui.integers = {8, 8};
+    stage.ui.queued = {Button::Yes};
+    EXPECT_TRUE(stage.installed.deleteFwps(stage.window));
+    EXPECT_FALSE(stage.format.hasAnyMeasurement());
+    EXPECT_EQ(stage.format.wordsPerMinorFrame, 31);
+}
+
+TEST(DeleteCounterForm, AHiddenSubframeThatKeepsACounterIsToldByItsWord) {
+    StepsStage stage(2011);
+    stage.placeFragments("ONCE", {{8, 0, 8, 3, 0, 3, "1", 'D', 1}});
+    EXPECT_FALSE(deleteIdCounter(stage.format, stage.parent, 30));
+    EXPECT_EQ(stage.lastBox(), 360);
+    EXPECT_EQ(stage.ui.boxes.back().text,
+              "You cannot delete this ID Counter. Frame Word Position 8 references this ID "
+              "Counter.");
+}
+
 // --- the comment -----------------------------------------------------------------------------
 
 TEST(SectionCommentForm, TheCommentIsEditedWithItsLines) {

@@ -1,0 +1,23 @@
+#include "core/talk/BoxLines.h"
+
+#include "core/text/Printf.h"
+
+#include <algorithm>
+
+namespace kavu {
+
+void addLines(MessageBox& box, const std::vector<std::string>& lines) {
+    const auto shown = std::min(lines.size(), kMostNamesShown);
+    for (std::size_t i = 0; i < shown; ++i) {
+        box.text += lines[i] + "\n";
+    }
+    if (shown == lines.size()) {
+        return;
+    }
+    box.text += formatPrintf("... and %d more\n", static_cast<long>(lines.size() - shown));
+    for (const auto& line : lines) {
+        box.details += line + "\n";
+    }
+}
+
+}  // namespace kavu
