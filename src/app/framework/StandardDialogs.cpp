@@ -82,7 +82,10 @@ void fillBox(QMessageBox& shown, const MessageBox& box) {
         if (holds(box.buttons, row.button)) {
             auto* button = shown.addButton(row.standard);
             button->setObjectName(QLatin1String(row.name));
-            button->setText(QString::fromUtf16(row.text));
+            const auto& own = row.button == Button::Yes  ? box.yesText
+                              : row.button == Button::No ? box.noText
+                                                         : std::string();
+            button->setText(own.empty() ? QString::fromUtf16(row.text) : toQString(own));
             button->setAccessibleName(look::spokenName(button->text()));
             if (row.button == box.defaultButton) {
                 shown.setDefaultButton(row.standard);

@@ -7,6 +7,7 @@
 #include "app/pcm/EntryList.h"
 #include "app/pcm/SubframeDialog.h"
 #include "pcm/PcmFormat.h"
+#include "pcm/edit/FrameAdjust.h"
 #include "pcm/model/SubframeFields.h"
 #include "pcm/structure/IdCounterFields.h"
 #include "pcm/structure/SubframeEdit.h"
@@ -135,7 +136,7 @@ void IdCounterDialog::deleteCounter() {
 }
 
 bool IdCounterDialog::store() {
-    return fields_->validate() && saveIdCounter(format_, &form().ui, fwp_, counter_);
+    return fields_->validate() && saveIdCounterAndFrame(format_, &form().ui, fwp_, counter_);
 }
 
 bool editIdCounter(FormContext& form, PcmFormat& format, QWidget* window, int fwp, bool isNew) {

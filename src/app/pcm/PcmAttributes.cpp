@@ -9,6 +9,7 @@
 #include "app/pcm/PcmSwitchPage.h"
 #include "core/talk/UserInterface.h"
 #include "pcm/PcmFormat.h"
+#include "pcm/edit/FrameAdjust.h"
 #include "pcm/model/PcmFormatFields.h"
 #include "pcm/write/PcmSave.h"
 
@@ -33,7 +34,7 @@ PcmAttributesModel::PcmAttributesModel(FormContext& formContext, PcmFormat& stre
       stored_(side) {}
 
 bool PcmAttributesModel::edit(std::string_view code, std::string_view value) {
-    const bool taken = editAttribute(format, &form.ui, code, value);
+    const bool taken = editFrameAttribute(format, &form.ui, code, value);
     emit changed();
     return taken;
 }

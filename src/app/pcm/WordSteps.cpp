@@ -71,6 +71,7 @@ void installConversionSteps(WordSteps& steps, FormContext& form, Application& ap
     steps.edit.deleteConversion = [&conversions](UserInterface* parent, std::string_view name) {
         conversions.deleteDefinition(parent, std::string(name));
     };
+    steps.edit.conversions = &conversions;
     steps.save.renameConversion = [&conversions](UserInterface* parent, std::string_view from,
                                                  std::string_view to) {
         conversions.renameDefinition(parent, std::string(to), std::string(from));

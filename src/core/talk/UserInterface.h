@@ -29,6 +29,9 @@ struct MessageBox {
     Button defaultButton = Button::None;
     /// More than a box can hold, shown on demand; empty if there is no more to say.
     std::string details{};
+    /// What the buttons Yes and No say where these words say too little, with an "&".
+    std::string yesText{};
+    std::string noText{};
 
     /// The text as a box shows it, preceded by the number if it has one to show.
     [[nodiscard]] std::string shownText() const;

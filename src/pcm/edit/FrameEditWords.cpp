@@ -2,6 +2,7 @@
 
 #include "core/TmatsDocument.h"
 #include "core/talk/Messages.h"
+#include "pcm/edit/FrameAdjust.h"
 #include "pcm/model/FrameEditLists.h"
 #include "pcm/model/MeasurementCell.h"
 #include "pcm/structure/AsyncEdit.h"
@@ -38,9 +39,31 @@ std::optional<int> askNumber(UserInterface* parent, std::string prompt, long ini
                  : std::nullopt;
 }
 
+/// Async formats state at which words they are.
+void moveAsyncLocations(PcmFormat& format, const WordMoves& moves) {
+    for (auto& record : format.asyncFormats) {
+        for (auto& location : record.locations) {
+            const auto at = static_cast<std::size_t>(location.fwp);
+            location.fwp = at < moves.size() && moves[at] > 0 ? moves[at] : location.fwp;
+        }
+        std::stable_sort(record.locations.begin(), record.locations.end(),
+                         [](const auto& a, const auto& b) { return a.fwp < b.fwp; });
+    }
+}
+
 /// Puts the words of `sources` at the positions from `first` on; -1 is an empty plain word.
-/// The contents of a position that is not among the sources are lost.
-bool arrange(PcmFormat& format, int first, const std::vector<int>& sources) {
+/// The contents of a position that is not among the sources are lost. `moves` gets the new
+/// positions.
+bool arrange(PcmFormat& format, int first, const std::vector<int>& sources, WordMoves& moves) {
+    const auto end = std::min(moves.size(), static_cast<std::size_t>(first) + sources.size());
+    for (auto fwp = static_cast<std::size_t>(first); fwp < end; ++fwp) {
+        moves[fwp] = -1;
+    }
+    for (std::size_t i = 0; i < sources.size(); ++i) {
+        if (const auto source = static_cast<std::size_t>(sources[i]); source < moves.size()) {
+            moves[source] = first + static_cast<int>(i);
+        }
+    }
     std::vector<WordContents> words;
     words.reserve(sources.size());
     for (const int source : sources) {
@@ -57,6 +80,7 @@ bool arrange(PcmFormat& format, int first, const std::vector<int>& sources) {
     for (std::size_t i = 0; i < sources.size(); ++i) {
         done = putWord(format, first + static_cast<int>(i), words[i]) && done;
     }
+    moveAsyncLocations(format, moves);
     return done;
 }
 
@@ -131,7 +155,9 @@ bool clearForDeletion(PcmFormat& format, UserInterface* parent, const EditSteps&
 
 }  // namespace
 
-bool insertFwps(PcmFormat& format, UserInterface* parent, int after, int count) {
+namespace {
+
+bool insertWords(PcmFormat& format, UserInterface* parent, int after, int count, WordMoves& moves) {
     const int words = format.wordsPerMinorFrame;
     if (after < 0 || after > words - 1) {
         return refuse(format, parent, 160, 0, words - 1);
@@ -151,9 +177,17 @@ bool insertFwps(PcmFormat& format, UserInterface* parent, int after, int count) 
     for (int source = after + 1; source < words; ++source) {
         sources.push_back(source);
     }
-    const bool done = arrange(format, after + 1, sources);
+    const bool done = arrange(format, after + 1, sources, moves);
     format.recalculateBitsPerMinorFrame();
     return done;
+}
+
+}  // namespace
+
+bool insertFwps(PcmFormat& format, UserInterface* parent, int after, int count) {
+    return changeFrame(format, parent, {}, FrameEdit::MovesWords, [&](WordMoves& moves) {
+        return insertWords(format, parent, after, count, moves);
+    });
 }
 
 bool insertFwps(PcmFormat& format, UserInterface* parent) {
@@ -169,8 +203,10 @@ bool insertFwps(PcmFormat& format, UserInterface* parent) {
     return count && insertFwps(format, parent, *after, *count);
 }
 
-std::optional<int> deleteFwps(PcmFormat& format, UserInterface* parent, const EditSteps& steps,
-                              int first, int last) {
+namespace {
+
+std::optional<int> deleteWords(PcmFormat& format, UserInterface* parent, const EditSteps& steps,
+                               int first, int last, WordMoves& moves) {
     const int most = format.wordsPerMinorFrame - 1;
     if (first < 1 || first > most) {
         refuse(format, parent, 160, 1, most);
@@ -199,13 +235,26 @@ std::optional<int> deleteFwps(PcmFormat& format, UserInterface* parent, const Ed
     }
     if (deleted > 0) {
         sources.resize(static_cast<std::size_t>(most - first + 1), -1);
-        arrange(format, first, sources);
+        arrange(format, first, sources, moves);
         (void)format.allocateWords({}, format.wordsPerMinorFrame - deleted);
         format.recalculateBitsPerMinorFrame();
         format.changed = true;
         format.formatEdited = true;
     }
     return deleted;
+}
+
+}  // namespace
+
+std::optional<int> deleteFwps(PcmFormat& format, UserInterface* parent, const EditSteps& steps,
+                              int first, int last) {
+    std::optional<int> deleted;
+    const bool stays =
+        changeFrame(format, parent, steps, FrameEdit::MovesWords, [&](WordMoves& moves) {
+            deleted = deleteWords(format, parent, steps, first, last, moves);
+            return deleted.has_value();
+        });
+    return stays || !deleted ? deleted : 0;
 }
 
 std::optional<int> deleteFwps(PcmFormat& format, UserInterface* parent, const EditSteps& steps) {
@@ -222,7 +271,10 @@ std::optional<int> deleteFwps(PcmFormat& format, UserInterface* parent, const Ed
     return last ? deleteFwps(format, parent, steps, *first, *last) : std::nullopt;
 }
 
-bool moveFwps(PcmFormat& format, UserInterface* parent, int first, int last, int after) {
+namespace {
+
+bool moveWords(PcmFormat& format, UserInterface* parent, int first, int last, int after,
+               WordMoves& moves) {
     const int most = format.wordsPerMinorFrame - 1;
     if (first < 1 || first > most) {
         return refuse(format, parent, 160, 1, most);
@@ -248,7 +300,15 @@ bool moveFwps(PcmFormat& format, UserInterface* parent, int first, int last, int
     }
     format.changed = true;
     format.formatEdited = true;
-    return arrange(format, after > last ? first : after + 1, sources);
+    return arrange(format, after > last ? first : after + 1, sources, moves);
+}
+
+}  // namespace
+
+bool moveFwps(PcmFormat& format, UserInterface* parent, int first, int last, int after) {
+    return changeFrame(format, parent, {}, FrameEdit::MovesWords, [&](WordMoves& moves) {
+        return moveWords(format, parent, first, last, after, moves);
+    });
 }
 
 bool moveFwps(PcmFormat& format, UserInterface* parent) {

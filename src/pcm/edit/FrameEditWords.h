@@ -1,10 +1,13 @@
-// Inserting, deleting and moving word positions. Words move with all that they hold, and
-// nothing is renumbered: intervals, word/frame definitions and counters stay as they are.
+// Inserting, deleting and moving word positions. Words move with all that they hold. What is located
+// by ranges or by an interval is not renumbered by that: `changeFrame` asks for it.
 #pragma once
 
 #include "pcm/edit/MeasurementEdit.h"
 
 namespace kavu {
+
+// Each of these asks about what the edit leaves behind, as `changeFrame` does; a Cancel there is
+// without effect.
 
 /// Inserts this many plain words after a position: messages 160 (position), 161 (count),
 /// 189 and those of `setWordsPerMinorFrame`. False without effect.

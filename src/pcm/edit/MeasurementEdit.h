@@ -11,6 +11,7 @@
 
 namespace kavu {
 
+class ConversionStore;
 class MeasurementNames;
 
 /// What the edits of a stream need of other subsystems. A step that is not installed is left
@@ -20,6 +21,8 @@ struct EditSteps {
     MeasurementNames* names = nullptr;
     /// Deletes the conversion record of a measurement.
     std::function<void(UserInterface*, std::string_view name)> deleteConversion;
+    /// Where it deletes them: an edit that is taken back brings them back. May be null.
+    ConversionStore* conversions = nullptr;
 };
 
 /// "MF", "SF" or "SFSC", depending on the word, and "WDFR" for the word of a hidden subframe.

@@ -140,19 +140,6 @@ WordFrameFragment newWordFrameFragment(const PcmFormat& format, int fwp, int fn)
     return fragment;
 }
 
-bool writesFragmentEnds(const PcmFormat& format) {
-    return format.edition() >= 2009;
-}
-
-void takeUnwrittenEnds(const PcmFormat& format, WordFrameFragment& fragment) {
-    if (writesFragmentEnds(format)) {
-        return;
-    }
-    fragment.endWord =
-        fragment.wordInterval > 0 ? format.wordsPerMinorFrame - 1 : fragment.startWord;
-    fragment.endFrame = fragment.frameInterval > 0 ? format.numberOfFrames : fragment.startFrame;
-}
-
 std::optional<std::string> wordFrameProblem(PcmFormat& format, std::string_view name,
                                             const WordFrameFragment& fragment) {
     std::optional<std::string> problem;

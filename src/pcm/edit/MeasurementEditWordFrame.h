@@ -3,6 +3,7 @@
 
 #include "pcm/edit/MeasurementEdit.h"
 #include "pcm/model/WordFrame.h"
+#include "pcm/write/WrittenRange.h"
 
 #include <optional>
 #include <string>
@@ -18,12 +19,6 @@ inline constexpr int kMostFragments = 9;
 /// A fragment in every frame of a word, for a location that is added at a place; in a
 /// word of a subframe and with hidden subframes, only in the frame of the place.
 [[nodiscard]] WordFrameFragment newWordFrameFragment(const PcmFormat& format, int fwp, int fn);
-
-/// True if fragments are written with end word and end frame: from 106-09 on.
-[[nodiscard]] bool writesFragmentEnds(const PcmFormat& format);
-/// Sets the ends of a fragment as they are read where none are written: a range with an
-/// interval extends to the last word or frame, one without is only its start.
-void takeUnwrittenEnds(const PcmFormat& format, WordFrameFragment& fragment);
 
 /// Why the ranges of a fragment are invalid, in the words of the messages 276, 285 to 287,
 /// 292 and 293; nothing if they are valid. Nothing is changed or shown.

@@ -130,12 +130,15 @@ Expected wordFrameCellType(const PcmFormat& format, int fwp, int startFrame, int
                : Expected::Any;
 }
 
-bool isSubcommutated(const PcmFormat& format, int start, int interval, int end) {
+bool isSubcommutated(int edition, int frames, int start, int interval, int end) {
     if (start > 1 || interval > 1) {
         return true;
     }
-    return format.edition() >= 2009 &&
-           (end < format.numberOfFrames || (interval == 0 && format.numberOfFrames > 1));
+    return edition >= 2009 && (end < frames || (interval == 0 && frames > 1));
+}
+
+bool isSubcommutated(const PcmFormat& format, int start, int interval, int end) {
+    return isSubcommutated(format.edition(), format.numberOfFrames, start, interval, end);
 }
 
 bool checkWordFrameFragment(PcmLoad& load, std::string_view name,

@@ -22,6 +22,8 @@ bool addMeasurementLocation(PcmLoad& load, int fwp, int fn, const Measurement& m
 
 /// True if a range of frames is not every frame.
 [[nodiscard]] bool isSubcommutated(const PcmFormat& format, int start, int interval, int end);
+/// The same for a major frame of so many frames, in an edition.
+[[nodiscard]] bool isSubcommutated(int edition, int frames, int start, int interval, int end);
 
 /// Checks the ranges of a fragment: messages 276, 285 to 287, 292, 293. With implicit
 /// subframes a plain word of a subcommutated fragment gets its hidden subframe here.

@@ -74,6 +74,8 @@ bool PcmFormat::setNumberOfFrames(UserInterface* parent, int frames) {
         for (auto& counter : idCounters) {
             if (!counter.name.empty() && counter.endFrame.number() > frames) {
                 counter.endFrame = numberText(frames);
+                counter.startFrame = numberText(std::min(counter.startFrame.number(), frames));
+                updateEndValue(counter);
             }
             for (auto& subframe : counter.subframes) {
                 if (!subframe.name.empty() && subframe.depth.number() > frames) {

@@ -6,6 +6,7 @@
 #include "core/text/Text.h"
 #include "pcm/model/RecordField.h"
 #include "pcm/structure/SubframeEdit.h"
+#include "pcm/write/WrittenRange.h"
 #include "vocabulary/DGroupFields.h"
 
 #include <algorithm>
@@ -296,12 +297,11 @@ void MeasurementCommands::writeWordFrame() {
     if (namesCounter_ && definition != nullptr) {
         text(word_frame_field::kCounter, definition->idCounterName);
     }
-    number(word_frame_field::kCount, definition == nullptr ? 0 : definition->locationCount());
-    if (definition == nullptr) {
-        return;
-    }
+    const auto written =
+        definition == nullptr ? WordFrameDefinition{} : writtenDefinition(format_, *definition);
+    number(word_frame_field::kCount, written.locationCount());
     int k = 0;
-    for (const auto& location : definition->locations) {
+    for (const auto& location : written.locations) {
         ++k;
         number(word_frame_field::kFragments, location.fragmentCount(), {k});
         if (location.fragmentCount() > 1) {
@@ -315,7 +315,7 @@ void MeasurementCommands::writeWordFrame() {
 }
 
 void MeasurementCommands::writeWordFrameFragment(const WordFrameFragment& fragment, int k, int f) {
-    const bool writesEnds = edition_ >= 2009;
+    const bool writesEnds = writesFragmentEnds(format_);
     number(word_frame_field::kWord, fragment.startWord, {k, f});
     number(word_frame_field::kWordInterval, fragment.wordInterval, {k, f});
     if (writesEnds) {

@@ -2,6 +2,7 @@
 
 #include "core/text/Text.h"
 #include "pcm/write/WordFrameConversion.h"
+#include "pcm/write/WrittenRange.h"
 
 #include <algorithm>
 #include <array>
@@ -13,8 +14,6 @@ namespace kavu {
 namespace {
 
 constexpr int kMostFragmentNumber = 9;
-/// From this edition on a fragment is written with its end word and its end frame.
-constexpr int kEndsEdition = 2009;
 
 using Places = std::vector<HeldPlace>;
 
@@ -95,31 +94,6 @@ class Builder {
         fragment.transferOrder = order == "M" || order == "L" ? order.view().front() : 'D';
     }
 
-    /// True if a reader gets the same places from a range. The word of an ID counter is never
-    /// in one. Before 106-09 no end is written, and a reader takes the last word, or the last
-    /// frame: one that ends before it would come back as more places than it was.
-    [[nodiscard]] bool comesBack(const WordFrameFragment& fragment) const {
-        const int interval = fragment.wordInterval;
-        for (int fwp = fragment.startWord; interval > 0 && fwp <= fragment.endWord;
-             fwp += interval) {
-            if (format_.wordType(fwp) == WordType::IdCounter) {
-                return false;
-            }
-        }
-        if (format_.edition() >= kEndsEdition) {
-            return true;
-        }
-        const int depth = format_.wordType(fragment.startWord) == WordType::Subframe
-                              ? format_.wordDepth(fragment.startWord)
-                              : format_.numberOfFrames;
-        const bool words =
-            interval == 0 || fragment.endWord + interval >= format_.wordsPerMinorFrame;
-        const bool frames = fragment.frameInterval == 0 ||
-                            (fragment.endFrame + fragment.frameInterval > format_.numberOfFrames &&
-                             depth >= format_.numberOfFrames);
-        return words && frames;
-    }
-
     /// A location of one fragment, as long as its first word.
     void addLocation(WordFrameFragment fragment, std::string_view mask) {
         fragment.mask = mask;
@@ -145,7 +119,7 @@ class Builder {
         }
         const int interval = measurement_.locationCount == 1 ? 0 : measurement_.interval;
         const auto range = everyFrame(fwp_, interval, static_cast<int>(end));
-        if (isInterval() && comesBack(range)) {
+        if (isInterval() && comesBack(format_, range)) {
             addLocation(range, measurement_.mask);
             return;
         }
@@ -223,7 +197,7 @@ class Builder {
         fragment.endWord = word.end;
         fragment.frameInterval = frame.interval;
         fragment.endFrame = frame.end;
-        return comesBack(fragment) ? std::optional(fragment) : std::nullopt;
+        return comesBack(format_, fragment) ? std::optional(fragment) : std::nullopt;
     }
 
     void buildSubframe() {

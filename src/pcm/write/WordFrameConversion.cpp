@@ -27,8 +27,6 @@ namespace kavu {
 
 namespace {
 
-constexpr int kFirstEdition = 2004;
-
 /// Calls `visit(head, fwp, fn)` for every array cell: frame by frame, and within a frame
 /// word by word, each once.
 template <typename Visit>
@@ -386,7 +384,7 @@ bool convertToWordFrame(PcmFormat& format, UserInterface* parent) {
     if (!format.loaded()) {
         return false;
     }
-    if (format.edition() < kFirstEdition) {
+    if (format.edition() < kFirstWordFrameEdition) {
         showBox(parent,
                 formatPrintf("The measurements of stream '%s' cannot be converted. The "
                              "'Word/Frame' Method of describing measurement locations is only "

@@ -12,6 +12,9 @@ class PcmFormat;
 class UserInterface;
 struct PcmSteps;
 
+/// From this edition on measurements can have word/frame locations.
+inline constexpr int kFirstWordFrameEdition = 2004;
+
 /// Lets the user choose the option: true for word/frame locations, false for the older types,
 /// nothing after a Cancel. The present choice is passed.
 using ChooseDefinitionMode = std::function<std::optional<bool>(UserInterface&, bool wordFrame)>;

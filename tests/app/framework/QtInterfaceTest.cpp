@@ -1,5 +1,6 @@
 #include "app/framework/QtInterface.h"
 #include "app/support/TestDoor.h"
+#include "app/support/WidgetChecks.h"
 #include "support/TestContext.h"
 
 #include <QApplication>
@@ -71,6 +72,27 @@ TEST_F(QtInterfaceTest, ABoxHasTheButtonsOfItsSetAndGivesTheOnePressed) {
                       button)
                 << name;
         }
+    }
+}
+
+TEST_F(QtInterfaceTest, AQuestionOfItsOwnSaysOnItsButtonsWhatTheyDo) {
+    MessageBox question;
+    question.text = "Text";
+    question.buttons = Buttons::YesNoCancel;
+    question.defaultButton = Button::Yes;
+    question.yesText = "&Adjust";
+    question.noText = "&Leave";
+    for (const auto& [key, button] :
+         {std::pair(Qt::Key_Return, Button::Yes), std::pair(Qt::Key_Escape, Button::Cancel)}) {
+        door.next([&, pressed = key](QDialog& box) {
+            EXPECT_EQ(find<QPushButton>(box, "yes")->text(), QStringLiteral("&Adjust"));
+            EXPECT_EQ(find<QPushButton>(box, "yes")->accessibleName(), QStringLiteral("Adjust"));
+            EXPECT_EQ(find<QPushButton>(box, "no")->text(), QStringLiteral("&Leave"));
+            EXPECT_EQ(find<QPushButton>(box, "cancel")->text(), QStringLiteral("Cancel"));
+            EXPECT_EQ(test::checkWindow(box), std::vector<std::string>{});
+            QTest::keyClick(&box, pressed);
+        });
+        EXPECT_EQ(ui.message(question), button);
     }
 }
 

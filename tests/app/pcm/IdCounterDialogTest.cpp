@@ -11,6 +11,7 @@ using test::enabled;
 using test::find;
 using test::pick;
 using test::press;
+using test::operator+;
 
 TEST(IdCounterDialog, IsThatOfTheEditionWithItsTitle) {
     for (const int edition : {2009, 2011}) {
@@ -96,6 +97,26 @@ TEST(IdCounterDialog, RefusedValuesAreToldAndTheOldOnesStay) {
         EXPECT_TRUE(s.ui.boxes.empty()) << "a refused value is no edit";
     });
     EXPECT_FALSE(s.format.changed);
+}
+
+TEST(IdCounterDialog, AnotherEndFrameAsksWhatBecomesOfRangesAndCancelKeepsItOpen) {
+    CounterStage s(2011);
+    ASSERT_TRUE(s.load(test::plainFormat(32, 8) + test::counterAt(1, 8),
+                       test::listOf({test::wordFrame("A", 5, 7, 0, 7)})));
+    s.ui.integers = {4};
+    s.ui.queued = {Button::Cancel, Button::Yes};
+    EXPECT_TRUE(s.counter([&](QDialog& dialog) {
+        press(dialog, "IDC9");
+        press(dialog, "ok");
+        EXPECT_TRUE(dialog.isVisible());
+        EXPECT_EQ(s.format.idCounters[0].endFrame, "8");
+        EXPECT_TRUE(s.format.hasMeasurement("A"));
+        press(dialog, "ok");
+    }));
+    ASSERT_EQ(s.ui.boxes.size(), 2U);
+    EXPECT_NE(s.ui.boxes[0].text.find("A: none of its places is left"), std::string::npos)
+        << s.ui.boxes[0].text;
+    EXPECT_EQ(s.format.idCounters[0].endFrame, "4");
 }
 
 TEST(IdCounterDialog, ABadNameOrLengthKeepsItOpen) {

@@ -66,6 +66,45 @@ TEST(MajorFrameUndo, AConversionThatWasStoredIsAnEditThoughItsMeasurementWasCanc
     EXPECT_FALSE(stage.format.changed);
 }
 
+// The display showed the moved measurement, and the file had it at the old words.
+TEST(MajorFrameUndo, InsertedWordsTakeRangesAlongOrNothingIsChanged) {
+    DisplayStage s;
+    s.placeFragments("RANGED", {{6, 2, 10, 1, 1, 16, "FW", 'D', 1}});
+    s.format.changed = false;
+    const auto startOf = [&](std::size_t location) {
+        const auto& cell = s.format.cells().measurement(s.format.findInCell(6, 1, "RANGED"));
+        const auto* const definition = s.format.wordFrameDefinition(cell.wordFrameIndex);
+        return definition == nullptr || location >= definition->locations.size()
+                   ? 0
+                   : definition->locations[location].fragments.front().startWord;
+    };
+    s.show([&](MajorFrameWindow& window) {
+        s.ui.integers = {8, 1};
+        s.ui.queued = {Button::Cancel};
+        DisplayStage::choose(window, "insertFwps");
+        ASSERT_EQ(s.ui.boxes.size(), 1U);
+        EXPECT_NE(s.ui.boxes[0].text.find("RANGED: elsewhere. Adjusted: 2 locations"),
+                  std::string::npos)
+            << s.ui.boxes[0].text;
+        EXPECT_EQ(s.format.wordsPerMinorFrame, 32);
+        EXPECT_FALSE(window.displayChanged());
+        EXPECT_FALSE(DisplayStage::entry(window, "undo")->isEnabled());
+
+        s.ui.integers = {8, 1};
+        s.ui.queued = {Button::Yes};
+        DisplayStage::choose(window, "insertFwps");
+        EXPECT_EQ(s.format.wordsPerMinorFrame, 33);
+        EXPECT_TRUE(s.format.findInCell(11, 1, "RANGED"));
+        EXPECT_EQ(startOf(1), 11);
+        DisplayStage::choose(window, "undo");
+        EXPECT_EQ(s.format.wordsPerMinorFrame, 32);
+        EXPECT_EQ(startOf(0), 6);
+        EXPECT_EQ(startOf(1), 0);
+        DisplayStage::choose(window, "redo");
+        EXPECT_EQ(startOf(1), 11);
+    });
+}
+
 TEST(MajorFrameUndo, CancelOfANewSubframeOrCounterIsNoChange) {
     for (const int choice : {0, 1}) {
         DisplayStage s;

@@ -322,6 +322,24 @@ TEST_F(PcmAttributesTest, TheCommonWordLengthLeavesTheSyncWordAsLongAsItsPattern
     EXPECT_EQ(s.logText(176), "");
 }
 
+TEST_F(PcmAttributesTest, AnotherNumberOfFramesAdjustsRangesOrIsTakenBack) {
+    SheetStage s;
+    ASSERT_TRUE(s.load(test::plainFormat(32, 8), test::listOf({test::wordFrame("A", 5, 1, 1, 8)})));
+    s.ui.integers = {16, 16};
+    s.ui.queued = {Button::Cancel, Button::Yes};
+    EXPECT_TRUE(edit(s, [&](QDialog& dialog) {
+        openPage(dialog, 1);
+        press(dialog, "MF\\N");
+        EXPECT_EQ(buttonText(dialog, "MF\\N"), QStringLiteral("8"));
+        press(dialog, "MF\\N");
+        EXPECT_EQ(buttonText(dialog, "MF\\N"), QStringLiteral("16"));
+        press(dialog, "ok");
+    }));
+    EXPECT_EQ(s.ui.boxes.size(), 2U);
+    EXPECT_EQ(s.ui.boxes[0].title, "Adjust Measurements?");
+    EXPECT_NE(s.read("[kavu]PCMMEAS.D01").find("EFP-1-1-1-1:16;"), std::string::npos);
+}
+
 TEST_F(PcmAttributesTest, PatternsAreEnteredPickedAndSwitched) {
     SheetStage s;
     edit(s, [&](QDialog& dialog) {

@@ -1,0 +1,499 @@
+#include "pcm/edit/FrameAdjust.h"
+
+#include "core/talk/BoxLines.h"
+#include "core/text/Printf.h"
+#include "pcm/edit/IntervalRefit.h"
+#include "pcm/edit/RangeRefit.h"
+#include "pcm/model/FrameEditLists.h"
+#include "pcm/model/MeasurementCell.h"
+#include "pcm/structure/AsyncEdit.h"
+#include "pcm/structure/PcmFormatEdit.h"
+#include "pcm/structure/SubframeEdit.h"
+#include "pcm/undo/StreamUndo.h"
+#include "pcm/write/WrittenRange.h"
+#include "vocabulary/SubframeCodes.h"
+
+#include <algorithm>
+#include <map>
+#include <numeric>
+#include <set>
+
+namespace kavu {
+
+namespace {
+
+constexpr const char* kNoPlaceLeft = "none of its places is left";
+
+/// Calls `visit(name)` for every measurement. The stream may be changed meanwhile.
+template <typename Visit>
+void forEachName(const PcmFormat& format, const Visit& visit) {
+    std::vector<std::string> names;
+    format.forEachMeasurement([&](CellRef at, int, int) {
+        names.push_back(format.cells().measurement(at).name.str());
+        return true;
+    });
+    for (const auto& name : names) {
+        visit(name);
+    }
+}
+
+/// The first cell of a measurement as it is written from: the lowest word, and its first frame.
+FrameCells::Place firstPlace(const PcmFormat& format, std::string_view name) {
+    const auto places = format.cells().places(name);
+    return places.empty() ? FrameCells::Place{} : places.front();
+}
+
+std::vector<int> sentWords(const PcmFormat& format, std::string_view name) {
+    std::vector<int> words;
+    for (const auto& place : format.cells().places(name)) {
+        if (words.empty() || words.back() != place.word) {
+            words.push_back(place.word);
+        }
+    }
+    return words;
+}
+
+/// Each cell of a measurement as a value of its own.
+SentValues shownValues(const PcmFormat& format, std::string_view name, const FrameShape& shape) {
+    const auto& cells = format.cells();
+    auto places = cells.places(name);
+    places.erase(std::unique(places.begin(), places.end()), places.end());
+    std::vector<LocationPlaces> locations;
+    std::vector<CellRef> found;
+    const int number = cells.nameNumber(name);
+    // Parts of one value may share a cell: each counts.
+    std::map<std::pair<int, std::string>, std::vector<std::vector<int>>> layers;
+    for (const auto& place : places) {
+        cells.cellsAt(place.word, place.index, number, found);
+        const int frame = shape.hasFrames(place.word) ? place.index : 0;
+        for (const auto& at : found) {
+            auto& all = layers[{place.word, cells.measurement(at).mask.str()}];
+            const auto free = std::find_if(
+                all.begin(), all.end(), [&](const auto& frames) { return frames.back() != frame; });
+            (free == all.end() ? all.emplace_back() : *free).push_back(frame);
+        }
+    }
+    for (auto& [key, all] : layers) {
+        for (auto& frames : all) {
+            auto& location = locations.emplace_back();
+            WordFrameFragment fragment;
+            fragment.mask = key.second;
+            location.fragments.push_back(fragment);
+            location.steps.push_back({{key.first, std::move(frames)}});
+        }
+    }
+    return sentValues(locations, shape);
+}
+
+/// The same for what a definition gives: parts of values by themselves, without orders.
+SentValues partsOf(const SentValues& values) {
+    SentValues parts;
+    for (const auto& value : values) {
+        for (const auto& part : value) {
+            parts.push_back({{part.fwp, part.fn, part.mask, 'D'}});
+        }
+    }
+    std::sort(parts.begin(), parts.end());
+    return parts;
+}
+
+/// A stream before an edit of its frame.
+struct Before {
+    FrameShape shape;
+    std::set<std::string> notFound;                 ///< by a load, whatever the edit does
+    std::map<std::string, std::vector<int>> words;  ///< in which each measurement is
+    std::set<int> asyncNotFound;
+};
+
+/// What a load makes of the stream as it is now.
+struct Loaded {
+    Loaded(const PcmFormat& format, int hiddenDepth)
+        : now(shapeOf(format)), shape(loadedShape(format, hiddenDepth)), subframes(format) {}
+    FrameShape now;
+    FrameShape shape;
+    LoadedSubframes subframes;
+};
+
+/// Finds and adjusts what an edit of the frame has left behind.
+class Adjustment {
+  public:
+    explicit Adjustment(PcmFormat& format) : format_(format) {
+        before_.shape = shapeOf(format);
+        const Loaded loaded(format, loadedHiddenDepth(format));
+        forEachName(format, [&](const std::string& name) {
+            before_.words[name] = sentWords(format, name);
+            if (!isFoundNow(name, loaded)) {
+                before_.notFound.insert(name);
+            }
+        });
+        const auto async = asyncLeftBehind(format);
+        before_.asyncNotFound.insert(async.begin(), async.end());
+    }
+
+    /// Lists what is left behind; false if nothing is.
+    bool find(const WordMoves& moves) {
+        moves_ = moves;
+        extendsCounters_ = counterCoveredAll() && format_.numberOfFrames > before_.shape.frames;
+        const Loaded loaded(format_,
+                            extendsCounters_ ? format_.numberOfFrames : loadedHiddenDepth(format_));
+        for (const auto& [name, words] : before_.words) {
+            if (!before_.notFound.contains(name)) {
+                findOne(name, words, loaded);
+            }
+        }
+        for (const int record : asyncLeftBehind(format_)) {
+            if (!before_.asyncNotFound.contains(record)) {
+                async_.push_back(record);
+            }
+        }
+        return !left_.empty() || !async_.empty();
+    }
+
+    /// Rebuilds all definitions, and notes what each has become.
+    void adjust() {
+        extendCounters();
+        fitHiddenSubframes();
+        refitSubframes(format_);
+        const Loaded loaded(format_, loadedHiddenDepth(format_));
+        for (auto& entry : left_) {
+            if (!format_.hasMeasurement(entry.name)) {  // cut with the depth of its words
+                entry.isGone = true;
+                entry.fate = kNoPlaceLeft;
+            } else {
+                entry.becomes = refit(entry.name, loaded);
+            }
+        }
+        for (const int record : async_) {
+            asyncBecomes_.push_back(refitAsync(format_, record));
+        }
+        format_.changed = true;
+    }
+
+    [[nodiscard]] MessageBox question() const {
+        MessageBox box;
+        box.title = "Adjust Measurements?";
+        box.icon = Icon::Question;
+        box.buttons = Buttons::YesNoCancel;
+        box.defaultButton = Button::Yes;
+        box.yesText = "&Adjust";
+        box.noText = "&Leave";
+        const auto count = left_.size() + async_.size();
+        box.text = formatPrintf(
+            "%d %s located by ranges or by an interval, or %s places that this edit takes away. "
+            "After the next load:\n\n",
+            static_cast<int>(count), count == 1 ? "measurement is" : "measurements are",
+            count == 1 ? "has" : "have");
+        std::vector<std::string> lines;
+        for (const auto& entry : left_) {
+            lines.push_back(lineOf(entry));
+        }
+        for (std::size_t i = 0; i < async_.size(); ++i) {
+            const auto& record = format_.asyncFormats[static_cast<std::size_t>(async_[i] - 1)];
+            lines.push_back(formatPrintf("Async format %s: elsewhere. Adjusted: %s",
+                                         record.dataLinkName.view(), asyncBecomes_[i]));
+        }
+        addLines(box, lines);
+        box.text +=
+            "\nAdjust stores each where the display shows it. Leave keeps the definitions "
+            "as they are.";
+        return box;
+    }
+
+  private:
+    struct Left {
+        std::string name;
+        bool isGone = false;  ///< no place is left
+        std::string fate;     ///< with the definition as it is
+        std::string becomes;  ///< by the adjustment; empty for what cannot be adjusted
+    };
+
+    [[nodiscard]] const WordFrameDefinition* definitionOf(std::string_view name) const {
+        return format_.wordFrameDefinition(wordFrameEntry(format_, name));
+    }
+    [[nodiscard]] bool isRanged(std::string_view name) const {
+        const auto at = firstPlace(format_, name);
+        return isWordFrame(
+            format_.cells().measurement(format_.cells().firstAt(at.word, at.index, name)));
+    }
+
+    /// True if a load finds a measurement where its cells are.
+    [[nodiscard]] bool isFoundNow(const std::string& name, const Loaded& loaded) const {
+        const auto at = firstPlace(format_, name);
+        const auto first = format_.cells().firstAt(at.word, at.index, name);
+        if (!isWordFrame(format_.cells().measurement(first))) {
+            return isFoundByLoad(format_, loaded.subframes, first, at.word, at.index);
+        }
+        const auto* const definition = definitionOf(name);
+        return definition != nullptr &&
+               partsOf(sentValues(loadedPlaces(format_, *definition, loaded.shape),
+                                  loaded.shape)) == shownValues(format_, name, loaded.now);
+    }
+
+    /// Where the values of a measurement are now, each with its parts as before the edit.
+    [[nodiscard]] std::vector<LocationPlaces> moved(const std::string& name,
+                                                    const WordFrameDefinition& definition,
+                                                    const FrameShape& now) const {
+        std::vector<LocationPlaces> locations;
+        for (const auto& location : definition.locations) {
+            auto places =
+                movedPlaces(placesOf(location, before_.shape), moves_, before_.shape, now);
+            for (auto& step : places.steps) {
+                for (auto& part : step) {
+                    keepHeld(part, name);
+                }
+            }
+            locations.push_back(std::move(places));
+        }
+        return locations;
+    }
+
+    /// A subframe that has gone with the edit has taken its cells along.
+    void keepHeld(WordFrames& part, const std::string& name) const {
+        if (part.fwp < 0) {
+            return;
+        }
+        std::erase_if(part.frames, [&](int cell) {
+            return !format_.cells().holdsAt(part.fwp, std::max(1, cell), name);
+        });
+        if (part.frames.empty()) {
+            part = {};
+        }
+    }
+
+    void findOne(const std::string& name, const std::vector<int>& wordsBefore,
+                 const Loaded& loaded) {
+        if (!format_.hasMeasurement(name)) {
+            // What a deletion has taken was asked for by itself.
+            if (std::none_of(wordsBefore.begin(), wordsBefore.end(),
+                             [&](int fwp) { return isDeleted(fwp); })) {
+                left_.push_back({name, true, kNoPlaceLeft, {}});
+            }
+            return;
+        }
+        const auto wordsNow = sentWords(format_, name).size();
+        auto fate = isRanged(name) ? fateOfRanges(name, loaded) : fateOfOlder(name, loaded);
+        if (fate.empty() && wordsNow < wordsBefore.size()) {
+            fate = formatPrintf("%d of %d words", static_cast<int>(wordsNow),
+                                static_cast<int>(wordsBefore.size()));
+        }
+        if (!fate.empty()) {
+            left_.push_back({name, false, fate, {}});
+        }
+    }
+
+    [[nodiscard]] bool isDeleted(int fwp) const {
+        const auto at = static_cast<std::size_t>(fwp);
+        return at < moves_.size() && moves_[at] < 0;
+    }
+
+    [[nodiscard]] std::string fateOfRanges(const std::string& name, const Loaded& loaded) const {
+        const auto* const definition = definitionOf(name);
+        if (definition == nullptr) {
+            return {};
+        }
+        const auto stored =
+            sentValues(loadedPlaces(format_, *definition, loaded.shape), loaded.shape);
+        const auto shown = sentValues(moved(name, *definition, loaded.now), loaded.now);
+        if (stored == shown) {
+            return {};
+        }
+        if (stored.empty()) {
+            return "lost";
+        }
+        SentValues same;
+        std::set_intersection(stored.begin(), stored.end(), shown.begin(), shown.end(),
+                              std::back_inserter(same));
+        return same.size() == stored.size()
+                   ? formatPrintf("%d of %d places", static_cast<int>(same.size()),
+                                  static_cast<int>(shown.size()))
+                   : "elsewhere";
+    }
+
+    [[nodiscard]] std::string fateOfOlder(const std::string& name, const Loaded& loaded) const {
+        return isFoundNow(name, loaded) ? "" : "elsewhere";
+    }
+
+    static std::string lineOf(const Left& entry) {
+        const auto line = entry.name + ": " + entry.fate;
+        return entry.isGone            ? line
+               : entry.becomes.empty() ? line + ". Cannot be adjusted"
+                                       : line + ". Adjusted: " + entry.becomes;
+    }
+
+    // --- adjusting --------------------------------------------------------------------------
+
+    /// From 106-11 on hidden subframes are as deep as the first counter, so that it has to count
+    /// the frames that are new.
+    [[nodiscard]] bool counterCoveredAll() const {
+        return before_.shape.edition >= kHiddenSubframesEdition && countIdCounters(format_) > 0 &&
+               loadedHiddenDepth(format_) == before_.shape.frames;
+    }
+    void extendCounters() {
+        if (!extendsCounters_) {
+            return;
+        }
+        for (auto& counter : format_.idCounters) {
+            if (!counter.name.empty() && counter.endFrame.number() == before_.shape.frames) {
+                counter.endFrame = std::to_string(format_.numberOfFrames);
+                updateEndValue(counter);
+            }
+        }
+    }
+
+    /// Gives hidden subframes the depth that a load gives them. Cells are repeated or cut.
+    void fitHiddenSubframes() {
+        const int depth = loadedHiddenDepth(format_);
+        const auto now = shapeOf(format_);
+        for (int fwp = 1; fwp < now.words; ++fwp) {
+            if (now.word(fwp).hidden && now.word(fwp).depth != depth) {
+                keepAsyncFrames(fwp);
+                auto contents = takeWord(format_, fwp);
+                const auto period = contents.lists.size();
+                contents.lists.resize(static_cast<std::size_t>(std::max(1, depth)));
+                for (std::size_t i = period; period > 0 && i < contents.lists.size(); ++i) {
+                    contents.lists[i] = contents.lists[i - period];
+                }
+                format_.subframeOfWord(fwp)->depth = std::to_string(depth);
+                putWord(format_, fwp, contents);
+            }
+        }
+        format_.subframesChanged();
+    }
+
+    /// The frames of async formats are frames of the major frame: they are those that were shown.
+    void keepAsyncFrames(int fwp) {
+        for (std::size_t i = 0; i < format_.asyncFormats.size(); ++i) {
+            for (auto& location : format_.asyncFormats[i].locations) {
+                if (location.fwp != fwp) {
+                    continue;
+                }
+                std::vector<FrameRange> ranges;
+                for (int fn = 1; fn <= format_.numberOfFrames; ++fn) {
+                    if (!isAsyncAt(format_, fwp, fn, static_cast<int>(i) + 1)) {
+                        continue;
+                    }
+                    if (!ranges.empty() && ranges.back().end == fn - 1) {
+                        ranges.back().end = fn;
+                    } else {
+                        ranges.push_back({fn, 1, fn});
+                    }
+                }
+                location.frames = ranges.empty() ? location.frames : ranges;
+            }
+        }
+    }
+
+    std::string refit(const std::string& name, const Loaded& loaded) {
+        if (!isRanged(name)) {
+            const LoadedSubframes subframes(format_);
+            const auto at = firstPlace(format_, name);
+            const auto first = format_.cells().firstAt(at.word, at.index, name);
+            return isFoundByLoad(format_, subframes, first, at.word, at.index)
+                       ? "the places of its subframe"
+                       : refitOlderType(format_, name);
+        }
+        auto* const definition = format_.wordFrameDefinition(wordFrameEntry(format_, name));
+        if (definition == nullptr) {
+            return {};
+        }
+        auto made = refitRanges(format_, moved(name, *definition, loaded.now), loaded.shape);
+        if (!made || made->locations.empty()) {
+            return {};
+        }
+        made->idCounterName = definition->idCounterName;
+        *definition = std::move(*made);
+        const int count = definition->locationCount();
+        format_.cells().updateAll(name, [count](Measurement& copy) { copy.locationCount = count; });
+        return formatPrintf("%d %s", count, count == 1 ? "location" : "locations");
+    }
+
+    PcmFormat& format_;
+    Before before_;
+    WordMoves moves_;
+    bool extendsCounters_ = false;
+    std::vector<Left> left_;
+    std::vector<int> async_;
+    std::vector<std::string> asyncBecomes_;
+};
+
+/// Whether any location is given by a range or an interval.
+bool hasSteps(const PcmFormat& format) {
+    const auto isStepped = [](const Measurement& measurement) {
+        return isWordFrame(measurement) || measurement.locationMode.view().starts_with('I');
+    };
+    const auto isSteppedFormat = [](const AsyncFormat& record) {
+        return record.locationMode == kFirstAndInterval;
+    };
+    return format.cells().any(isStepped) ||
+           std::any_of(format.asyncFormats.begin(), format.asyncFormats.end(), isSteppedFormat) ||
+           std::any_of(format.idCounters.begin(), format.idCounters.end(), [](const auto& counter) {
+               return std::any_of(
+                   counter.subframes.begin(), counter.subframes.end(),
+                   [](const Subframe& record) { return record.locationMode == kFirstAndInterval; });
+           });
+}
+
+/// Ranges that the edit has cut end with the frame, as they are written.
+void trimRanges(PcmFormat& format) {
+    forEachName(format, [&](const std::string& name) {
+        auto* const definition = format.wordFrameDefinition(wordFrameEntry(format, name));
+        if (definition == nullptr) {
+            return;
+        }
+        auto written = writtenDefinition(format, *definition);
+        if (written == *definition) {
+            return;
+        }
+        *definition = std::move(written);
+        const int count = definition->locationCount();
+        format.cells().updateAll(name, [count](Measurement& copy) { copy.locationCount = count; });
+    });
+}
+
+}  // namespace
+
+bool changeFrame(PcmFormat& format, UserInterface* parent, const EditSteps& steps, FrameEdit kind,
+                 const std::function<bool(WordMoves& moves)>& edit) {
+    WordMoves moves(static_cast<std::size_t>(std::max(0, format.wordsPerMinorFrame)));
+    std::iota(moves.begin(), moves.end(), 0);
+    if (parent == nullptr || (kind == FrameEdit::MovesWords && !hasSteps(format))) {
+        return edit(moves);
+    }
+    Adjustment adjustment(format);
+    StreamUndo undo(format, {steps.conversions, steps.names});
+    if (!edit(moves)) {
+        return false;
+    }
+    undo.commit();
+    if (!adjustment.find(moves)) {
+        trimRanges(format);
+        return true;
+    }
+    adjustment.adjust();
+    trimRanges(format);
+    const bool adjusted = undo.commit();
+    const auto answer = parent->message(adjustment.question());
+    if (answer != Button::Yes && adjusted) {
+        undo.undo(parent);
+    }
+    while (answer != Button::Yes && answer != Button::No && undo.canUndo()) {
+        undo.undo(parent);
+    }
+    return answer == Button::Yes || answer == Button::No;
+}
+
+bool editFrameAttribute(PcmFormat& format, UserInterface* parent, std::string_view code,
+                        std::string_view value) {
+    const auto edit = [&](WordMoves&) { return editAttribute(format, parent, code, value); };
+    WordMoves unused;
+    const bool isSize = code == "MF\\N" || code == "MF1" || code == "TF";
+    return isSize ? changeFrame(format, parent, {}, FrameEdit::ChangesSize, edit) : edit(unused);
+}
+
+bool saveIdCounterAndFrame(PcmFormat& format, UserInterface* parent, int fwp,
+                           const IdCounter& record) {
+    return changeFrame(format, parent, {}, FrameEdit::ChangesSize,
+                       [&](WordMoves&) { return saveIdCounter(format, parent, fwp, record); });
+}
+
+}  // namespace kavu
