@@ -9,6 +9,7 @@
 #include "core/document/GroupFiles.h"
 #include "core/document/GroupRewrite.h"
 #include "core/document/Transaction.h"
+#include "core/talk/BoxLines.h"
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
 #include "core/talk/UserInterface.h"
@@ -110,6 +111,11 @@ class Migration {
         if (input < 2011 && target >= 2011) {
             addIrig11Changes(input);
         }
+        if (goesOn()) {
+            for (const auto& line : rangesLeftOut(context_, input, target, status_)) {
+                leaveOut(line);
+            }
+        }
         if (!status_.ok() && !reported_) {
             reportUnableToWrite(parent_, status_);
         }
@@ -117,8 +123,15 @@ class Migration {
     [[nodiscard]] bool changed() const { return changed_; }
     [[nodiscard]] bool complete() const { return status_.ok() && !cancelled_; }
     [[nodiscard]] const IoStatus& status() const { return status_; }
+    /// What the target cannot say, in lines.
+    [[nodiscard]] const std::vector<std::string>& leftOut() const { return leftOut_; }
 
   private:
+    void leaveOut(const std::string& line) {
+        leftOut_.push_back(line);
+        context_.messages.logText(parent_, title::kWarning, line + ".");
+    }
+
     /// False once a step has failed or the user has cancelled.
     bool goesOn() {
         cancelled_ = cancelled_ || cancelRequested(parent_);
@@ -227,21 +240,34 @@ class Migration {
         }
     }
 
+    /// Converts a stream of class 1 or 2. What stays as it was is listed.
+    bool convertStream(const OlderStream& stream, int index) {
+        StreamConversion made;
+        if (stream.type == stream_type::kClassOne.stored ||
+            stream.type == stream_type::kClassTwo.stored) {
+            made = convertStream_(parent_, index);
+        }
+        if (!made.converted && stream.isOlder()) {
+            leaveOut(unconvertedLine(stream, index));
+        }
+        for (const auto& name : made.unconverted) {
+            leaveOut(
+                formatPrintf("Stream '%s', measurement '%s': it has no word/frame form and "
+                             "was not converted",
+                             stream.link, name));
+        }
+        return made.changed;
+    }
+
     void convertStreams() {
-        forEachFile('P', [&](const std::string& name, int index) {
+        const auto streams = readOlderStreams(context_, status_);
+        forEachFile('P', [&](const std::string&, int index) {
             setStatusText(
                 parent_, formatPrintf("Converting measurements to Word/Frame (Stream #%d)", index));
             setProgressBar(parent_, 50 + 50.0 * index / kMostGroupIndex);
-            CommandIndex fields;
-            constexpr std::string_view kType = p::kTf.code;
-            status_ = fields.readFile(context_.reader, context_.files.path(name), Comments::Skip,
-                                      {&kType, 1});
             yieldToInterface(parent_);
-            const auto format = fields.find(groupHead('P', index) + std::string(kType));
-            return format &&
-                   (format->value == stream_type::kClassOne.stored ||
-                    format->value == stream_type::kClassTwo.stored) &&
-                   convertStream_(parent_, index);
+            const auto stream = streams.find(index);
+            return stream != streams.end() && convertStream(stream->second, index);
         });
     }
 
@@ -253,7 +279,25 @@ class Migration {
     bool reported_ = false;
     bool cancelled_ = false;
     bool changed_ = false;
+    std::vector<std::string> leftOut_;
 };
+
+/// The report of a migration after which the streams are not what they were.
+void showLeftOut(UserInterface* parent, const std::vector<std::string>& lines, int from, int to) {
+    if (parent == nullptr) {
+        return;
+    }
+    MessageBox box;
+    box.titleId = title::kWarning;
+    box.title = loadText(title::kWarning).value_or("");
+    box.icon = Icon::Warning;
+    box.text = formatPrintf(
+        "This TMATS file was converted from 106-%2.2d to 106-%2.2d, but not "
+        "all of its measurements were:\n\n",
+        from, to);
+    addLines(box, lines);
+    parent->message(box);
+}
 
 }  // namespace
 
@@ -311,7 +355,9 @@ bool migrateDocument(DocumentContext& context, ConversionStore& conversions, Use
     }
     setProgressBar(parent, -1);
     setStatusText(parent, {});
-    if (migration.changed() && migration.complete()) {
+    if (migration.complete() && !migration.leftOut().empty()) {
+        showLeftOut(parent, migration.leftOut(), from, to);
+    } else if (migration.changed() && migration.complete()) {
         context.messages.show(parent, -444, title::kNote, kNoteBox, from, to);
     }
     return migration.changed();

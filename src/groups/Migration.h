@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/files/IoStatus.h"
+#include "groups/StreamMigration.h"
 
 #include <functional>
 
@@ -20,13 +21,16 @@ class UserInterface;
 int detectVersions(DocumentContext& context, UserInterface* parent, int& inputVersion,
                    IoStatus* failure = nullptr);
 
-/// Converts the measurements of the stream in this P file to word/frame locations; true if
-/// that changed its files.
-using ConvertStreamStep = std::function<bool(UserInterface*, int pIndex)>;
+/// Converts the measurements of the stream in this P file to word/frame locations.
+using ConvertStreamStep = std::function<StreamConversion(UserInterface*, int pIndex)>;
 
 /// Rewrites the files from one edition to the other and makes `target` the document's
 /// version. True if any file changed, which is reported by note 444 ("successfully
 /// converted"). A step that is empty counts as done.
+///
+/// What the target cannot say of the streams is logged, a line for each stream or measurement, and
+/// listed in a box in place of note 444: streams and measurements without word/frame locations
+/// from 106-11 on, ranges with an end before 106-09, word/frame locations before 106-04.
 ///
 /// A file that cannot be read or written is reported, is in `failure` and ends the migration; so
 /// does a cancel (ECANCELED), without a report. Neither can be undone here: the caller abandons

@@ -29,6 +29,26 @@ class EditionTest(kavu.KavuTest):
     def test_an_edition_field_is_added_when_there_is_none(self):
         self.assertIn(b"G\\106:09;\r\n", self.converted("G\\PN:A;", 2009, source=2007))
 
+    def test_a_stream_that_stays_as_it_is_is_listed_before_the_save(self):
+        self.write("in.tma", "G\\106:09;P-1\\DLN:A;P-1\\TF:OTHR;P-1\\MF1:4;D-1\\DLN:A;"
+                             "D-1\\ML\\N:1;D-1\\MN\\N-1:1;D-1\\MN-1-1:M;D-1\\LT-1-1:MF;"
+                             "D-1\\MF-1-1:2;")
+        result = self.run_json("save", "in.tma", "-o", "out.tma", "--edition", "2011")
+        self.assertEqual(result.status, REPORTED, result)
+        self.assertNotIn(444, result.ids())
+        texts = [message["text"] for message in result.json["messages"]]
+        line = "Stream 'A' (P-1, type 'OTHR') was not converted: 1 of its measurements"
+        self.assertEqual(sum(line in text for text in texts), 2, texts)
+
+    def test_a_range_with_an_end_is_listed_with_what_it_becomes(self):
+        self.write("in.tma", "G\\106:09;P-1\\DLN:A;P-1\\TF:ONE;P-1\\MF1:16;P-1\\MF\\N:4;"
+                             "D-1\\DLN:A;D-1\\MN-1-1:M;D-1\\LT-1-1:WDFR;D-1\\WP-1-1-1-1:2;"
+                             "D-1\\WI-1-1-1-1:3;D-1\\EWP-1-1-1-1:8;")
+        result = self.run_json("save", "in.tma", "-o", "out.tma", "--edition", "2007")
+        self.assertNotIn(444, result.ids())
+        self.assertTrue(any("words 2 to 8 by 3 become words 2 to 14 by 3" in message["text"]
+                            for message in result.json["messages"]), result)
+
     def test_the_note_names_both_editions(self):
         self.write("in.tma", "G\\106:05;")
         result = self.run_json("save", "in.tma", "-o", "out.tma", "--edition", "2009")

@@ -278,7 +278,7 @@ TEST_P(NeedsWordFrames, ConvertsStreamsOfTheTwoClassesOnly) {
     std::vector<int> streams;
     migrateDocument(t.context, conversions, &t.ui, 2007, 2011, [&](UserInterface*, int index) {
         streams.push_back(index);
-        return true;
+        return StreamConversion{.changed = true, .converted = true};
     });
     EXPECT_EQ(streams, c.converted ? std::vector<int>({1, 4}) : std::vector<int>());
 }
@@ -291,6 +291,104 @@ INSTANTIATE_TEST_SUITE_P(
                     WordFrames{"WordFrame", "P-1\\TF:ONE;\r\n",
                                "D-2\\LT-1-1:WDFR;\r\nD-2\\LT-1-2:TD;\r\n", false}),
     [](const auto& row) { return row.param.name; });
+
+// A stream of type OTHR kept its measurements without a word, and 106-11 found none of them.
+TEST_F(Migration, StreamsAndMeasurementsThatStayAsTheyAreAreListedInPlaceOfTheNote) {
+    t.write(working::kGeneral, "G\\106:09;\r\n");
+    t.write("[kavu]PCMFMT.P01", "P-1\\DLN:ONE;\r\nP-1\\TF:ONE;\r\n");
+    t.write("[kavu]PCMFMT.P02", "P-2\\DLN:OTHER;\r\nP-2\\TF:OTHR;\r\n");
+    t.write("[kavu]PCMFMT.P03", "P-3\\DLN:EMPTY;\r\nP-3\\TF:OTHR;\r\n");
+    t.write("[kavu]PCMMEAS.D01", "D-1\\DLN:ONE;\r\nD-1\\LT-1-1:MF;\r\n");
+    t.write("[kavu]PCMMEAS.D02",
+            "D-2\\DLN:OTHER;\r\nD-2\\LT-1-1:MF;\r\nD-2\\LT-1-2:WDFR;\r\n"
+            "D-2\\LT-1-3:SF;\r\n");
+    migrateDocument(t.context, conversions, &t.ui, 2009, 2011, [&](UserInterface*, int index) {
+        EXPECT_EQ(index, 1);
+        return StreamConversion{.changed = true, .converted = true, .unconverted = {"FRAGMENTS"}};
+    });
+    EXPECT_EQ(t.ui.countBoxes(444), 0);
+    ASSERT_EQ(t.ui.logs.size(), 2U);
+    EXPECT_EQ(t.ui.logs[0].text,
+              "Stream 'ONE', measurement 'FRAGMENTS': it has no word/frame form and was not "
+              "converted.");
+    EXPECT_EQ(t.ui.logs[1].text,
+              "Stream 'OTHER' (P-2, type 'OTHR') was not converted: 2 of its measurements have no "
+              "word/frame locations.");
+    ASSERT_EQ(t.ui.boxes.size(), 1U);
+    EXPECT_EQ(t.ui.boxes[0].icon, Icon::Warning);
+    EXPECT_NE(t.ui.boxes[0].text.find("from 106-09 to 106-11, but not all"), std::string::npos);
+    EXPECT_NE(t.ui.boxes[0].text.find("'FRAGMENTS'"), std::string::npos);
+    EXPECT_NE(t.ui.boxes[0].text.find("'OTHER' (P-2, type 'OTHR')"), std::string::npos);
+    EXPECT_EQ(t.ui.boxes[0].text.find("EMPTY"), std::string::npos);
+}
+
+/// A stream of 32 words and 16 frames with ranges that end before them, or with them.
+class MigratedRanges : public Migration {
+  protected:
+    MigratedRanges() {
+        t.write(working::kGeneral, "G\\106:09;\r\n");
+        t.write("[kavu]PCMFMT.P01",
+                "P-1\\DLN:ONE;\r\nP-1\\TF:ONE;\r\nP-1\\MF1:32;\r\nP-1\\MF\\N:16;\r\n");
+        std::string text = "D-1\\DLN:ONE;\r\n";
+        const auto add = [&](int m, const std::string& name, const std::string& words,
+                             const std::string& frames) {
+            const auto number = "-1-" + std::to_string(m);
+            text += "D-1\\MN" + number + ":" + name + ";\r\nD-1\\LT" + number + ":WDFR;\r\n";
+            for (const auto& command : {words, frames}) {
+                text += replaceAll(command, "@", number + "-1-1");
+            }
+        };
+        const auto line = [](const char* code, int value) {
+            return std::string("D-1\\") + code + "@:" + std::to_string(value) + ";\r\n";
+        };
+        const auto words = [&](int start, int step, int end) {
+            return line("WP", start) + line("WI", step) + line("EWP", end);
+        };
+        const auto frames = [&](int start, int step, int end) {
+            return line("FP", start) + line("FI", step) + line("EFP", end);
+        };
+        add(1, "WHOLE", words(5, 0, 5), frames(1, 1, 16));
+        add(2, "SHORT", words(5, 5, 15), frames(1, 1, 16));
+        add(3, "EARLY", words(6, 0, 6), frames(2, 4, 10));
+        add(4, "TOEND", words(7, 10, 29), frames(3, 0, 3));
+        t.write("[kavu]PCMMEAS.D01", text);
+    }
+    std::vector<std::string> logTexts() const {
+        std::vector<std::string> texts;
+        for (const auto& log : t.ui.logs) {
+            texts.push_back(log.text);
+        }
+        return texts;
+    }
+};
+
+TEST_F(MigratedRanges, Before106_09TheRangesThatWouldRunOnAreListedWithWhatTheyBecome) {
+    EXPECT_TRUE(migrate(2009, 2007));
+    EXPECT_EQ(logTexts(),
+              (std::vector<std::string>{
+                  "Stream 'ONE', measurement 'SHORT': words 5 to 15 by 5 become words 5 to 30 by "
+                  "5.",
+                  "Stream 'ONE', measurement 'EARLY': frames 2 to 10 by 4 become frames 2 to 14 by "
+                  "4."}));
+    EXPECT_EQ(t.ui.countBoxes(444), 0);
+    ASSERT_EQ(t.ui.boxes.size(), 1U);
+    EXPECT_NE(t.ui.boxes[0].text.find("'SHORT': words 5 to 15"), std::string::npos);
+}
+
+TEST_F(MigratedRanges, Before106_04AllWordFrameMeasurementsAreListed) {
+    EXPECT_TRUE(migrate(2009, 2001));
+    const auto texts = logTexts();
+    ASSERT_EQ(texts.size(), 4U);
+    EXPECT_EQ(texts[0],
+              "Stream 'ONE', measurement 'WHOLE': its word/frame locations are not understood.");
+    EXPECT_EQ(t.ui.countBoxes(444), 0);
+}
+
+TEST_F(MigratedRanges, WhereTheTargetUnderstandsThemNothingIsListed) {
+    EXPECT_TRUE(migrate(2007, 2004));
+    EXPECT_TRUE(t.ui.logs.empty());
+    EXPECT_EQ(t.ui.countBoxes(444), 1);
+}
 
 TEST_F(Migration, AStreamStepThatIsNotThereCountsAsDone) {
     t.write(working::kGeneral, "G\\106:09;\r\n");

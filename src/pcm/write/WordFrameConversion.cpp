@@ -61,9 +61,10 @@ int countPlaces(const PcmFormat& format) {
 /// that a list of many measurements is walked once, and a cancel leaves all as it was.
 class Conversion {
   public:
-    Conversion(PcmFormat& format, UserInterface* parent)
+    Conversion(PcmFormat& format, UserInterface* parent, std::vector<std::string>* unconverted)
         : format_(format),
           parent_(parent),
+          unconverted_(unconverted),
           load_(format, parent),
           held_(static_cast<std::size_t>(format.cells().nameNumberEnd())) {}
 
@@ -337,6 +338,9 @@ class Conversion {
                 }
                 told[name] = true;
                 const auto& measurement = cells.measurement(at);
+                if (unconverted_ != nullptr) {
+                    unconverted_->push_back(measurement.name.str());
+                }
                 load_.log(460, title::kErrorReadingMeasurement, measurement.name.view(), fwp, fn,
                           measurement.locationType.view());
             }
@@ -348,6 +352,7 @@ class Conversion {
 
     PcmFormat& format_;
     UserInterface* parent_;
+    std::vector<std::string>* unconverted_;
     PcmLoad load_;
     std::vector<std::vector<HeldPlace>> held_;  ///< by the number of the name
     std::vector<std::size_t> order_;
@@ -379,7 +384,8 @@ class LogAside {
 
 }  // namespace
 
-bool convertToWordFrame(PcmFormat& format, UserInterface* parent) {
+bool convertToWordFrame(PcmFormat& format, UserInterface* parent,
+                        std::vector<std::string>* unconverted) {
     auto& context = format.context();
     if (!format.loaded()) {
         return false;
@@ -400,15 +406,15 @@ bool convertToWordFrame(PcmFormat& format, UserInterface* parent) {
     setStatusText(parent, text);
     setProgressBar(parent, 0);
     const LogAside aside(context.messages);
-    const bool done = Conversion(format, parent).run();
+    const bool done = Conversion(format, parent, unconverted).run();
     context.messages.showLog(parent, context.document.path, format.streamName);
     setProgressBar(parent, -1);
     setStatusText(parent, {});
     return done;
 }
 
-bool migrateStream(PcmFormat& format, UserInterface* parent, const PcmSteps& steps, int pIndex,
-                   int inputEdition) {
+StreamConversion migrateStream(PcmFormat& format, UserInterface* parent, const PcmSteps& steps,
+                               int pIndex, int inputEdition) {
     auto& context = format.context();
     const LogAside aside(context.messages);
     CommandIndex fields;
@@ -419,17 +425,20 @@ bool migrateStream(PcmFormat& format, UserInterface* parent, const PcmSteps& ste
     const auto name = std::string(found.value_or(""));
     format.closeFormat();
     if (name.empty() || findStreamGroup(format, parent, 'P', name) != pIndex) {
-        return false;  // a link belongs to the first stream of its name
+        return {};  // a link belongs to the first stream of its name
     }
     auto& version = context.document.version;
     const int target = version;
     version = inputEdition;
     const bool loaded = loadPcmFormat(format, parent, steps, name);
     version = target;
-    const bool changed = loaded && convertToWordFrame(format, parent) && format.changed &&
-                         savePcmFormat(format, parent);
+    StreamConversion made;
+    if (loaded && convertToWordFrame(format, parent, &made.unconverted)) {
+        made.changed = format.changed && savePcmFormat(format, parent);
+        made.converted = made.changed || !format.changed;
+    }
     format.closeFormat();
-    return changed;
+    return made;
 }
 
 }  // namespace kavu

@@ -2,8 +2,11 @@
 // them new measurements get.
 #pragma once
 
+#include "groups/StreamMigration.h"
+
 #include <functional>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace kavu {
@@ -32,14 +35,15 @@ bool chooseWordFrameMode(PcmFormat& format, UserInterface* parent,
 /// converted stays and is reported by message 460 ("Unable to convert"); 461 ("may not have
 /// been completely converted") if places were lost. They are logged, and shown at the end.
 /// False for an edition without word/frame locations, which is reported, without a format,
-/// and after a cancel; then nothing has changed.
-bool convertToWordFrame(PcmFormat& format, UserInterface* parent);
+/// and after a cancel; then nothing has changed. `unconverted` gets the names that stay.
+bool convertToWordFrame(PcmFormat& format, UserInterface* parent,
+                        std::vector<std::string>* unconverted = nullptr);
 
 /// Converts and saves the stream in this P file while the document is migrated: the document
-/// has its new edition already, but the stream is read as one of `inputEdition`. True if its
-/// files changed. No format is in memory afterwards.
-bool migrateStream(PcmFormat& format, UserInterface* parent, const PcmSteps& steps, int pIndex,
-                   int inputEdition);
+/// has its new edition already, but the stream is read as one of `inputEdition`. No format
+/// is in memory afterwards.
+StreamConversion migrateStream(PcmFormat& format, UserInterface* parent, const PcmSteps& steps,
+                               int pIndex, int inputEdition);
 
 struct Sequence {
     int start = 0;

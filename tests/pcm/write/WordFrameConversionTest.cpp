@@ -372,7 +372,7 @@ TEST(WordFrameConversion, OnTheWayTo106_11RepetitionsAreToldAsSubframesAreNot) {
                                           placed("C", "MF", {"MF@:2"})}));
     stream.format.closeFormat();
     stream.document.version = 2011;
-    EXPECT_TRUE(migrateStream(stream.format, stream.parent, stream.steps_, 1, 2009));
+    EXPECT_TRUE(migrateStream(stream.format, stream.parent, stream.steps_, 1, 2009).changed);
     EXPECT_FALSE(stream.format.loaded());
     EXPECT_EQ(stream.document.version, 2011);
     ASSERT_TRUE(stream.reload());
@@ -392,7 +392,7 @@ TEST(WordFrameConversion, OnTheWayTo106_11WordFrameLocationsRepeatAsTheirSubfram
     ASSERT_EQ(stream.format.countMeasurementOccurences("A"), 4);
     stream.format.closeFormat();
     stream.document.version = 2011;
-    EXPECT_TRUE(migrateStream(stream.format, stream.parent, stream.steps_, 1, 2009));
+    EXPECT_TRUE(migrateStream(stream.format, stream.parent, stream.steps_, 1, 2009).changed);
     ASSERT_TRUE(stream.reload());
     EXPECT_EQ(stream.fragments("A"), (Commands{"4+0..4 2+1..3  D #1", "4+0..4 8+1..9  D #1"}));
     EXPECT_EQ(stream.format.countMeasurementOccurences("A"), 4);
@@ -405,7 +405,7 @@ TEST(WordFrameConversion, AMigrationKeepsTheLogOfTheLoadAroundIt) {
     stream.messages.log(&stream.ui, 442, 75, "98", 9);
     const auto before = stream.read("KAVU9TMP.TMP");
     stream.document.version = 2011;
-    EXPECT_TRUE(migrateStream(stream.format, stream.parent, stream.steps_, 1, 2009));
+    EXPECT_TRUE(migrateStream(stream.format, stream.parent, stream.steps_, 1, 2009).changed);
     EXPECT_EQ(stream.read("KAVU9TMP.TMP"), before);
 }
 
@@ -415,9 +415,9 @@ TEST(WordFrameConversion, AMigrationLeavesAStreamWhoseNameBelongsToAnotherAlone)
     stream.writeGroup('P', plainFormat(8, 1), "PCM 1", 2);
     stream.writeGroup('D', listOf({placed("A", "MF", {"MF@:2"})}));
     stream.document.version = 2011;
-    EXPECT_FALSE(migrateStream(stream.format, stream.parent, stream.steps_, 2, 2009));
+    EXPECT_FALSE(migrateStream(stream.format, stream.parent, stream.steps_, 2, 2009).changed);
     EXPECT_THAT(stream.saved("[kavu]PCMMEAS.D01"), Contains("D-1\\LT-1-1:MF;"));
-    EXPECT_FALSE(migrateStream(stream.format, stream.parent, stream.steps_, 3, 2009));
+    EXPECT_FALSE(migrateStream(stream.format, stream.parent, stream.steps_, 3, 2009).changed);
 }
 
 // --- as a whole -----------------------------------------------------------------------------
