@@ -268,6 +268,11 @@ void ScriptedInterface::note(const std::string& text) {
     }
 }
 
+void ScriptedInterface::loadRemark(const std::string& text) {
+    messages_.push_back({0, 0, reportText(text), stream_});
+    note(text);
+}
+
 void ScriptedInterface::setStatusText(const std::string& text) {
     statusText_ = text;
     paintProgress();

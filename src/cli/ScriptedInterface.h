@@ -87,6 +87,8 @@ class ScriptedInterface : public UserInterface {
     void showMessages(const std::string& title, const std::string& subtitle,
                       const std::vector<std::string>& lines) override;
     void note(const std::string& text) override;
+    /// A note that is a message without a number as well.
+    void loadRemark(const std::string& text) override;
     void setStatusText(const std::string& text) override;
     void setProgressBar(double percent) override;
     void setProgressText(const std::string& text) override;

@@ -93,10 +93,10 @@ bool ChunkConverter::close() {
         reportUnreadable(context_, parent_, status);
         return false;
     }
-    // A note, not a message, so that it needs no answer; but a user who looks for the lost
-    // calibration can find it.
+    // No numbered message reports them; but a person who looks for the lost calibration has to be
+    // able to find out.
     if (unnamed_ > 0 && parent_ != nullptr) {
-        parent_->note(formatPrintf("%d C groups without a name (DCN) are left out.", unnamed_));
+        parent_->loadRemark(formatPrintf("%d C groups without a name (DCN) are left out.", unnamed_));
     }
     return true;
 }

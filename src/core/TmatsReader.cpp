@@ -29,6 +29,21 @@ void skipLeadingSpace(ByteSource& source) {
     }
 }
 
+/// Reads bytes from a place. False if the source has fewer.
+bool takeBytes(ByteSource& source, std::uint64_t from, std::size_t count, std::string& bytes) {
+    source.seek(from);
+    bytes.clear();
+    while (bytes.size() < count) {
+        const auto window = source.window().substr(0, count - bytes.size());
+        if (window.empty()) {
+            return false;
+        }
+        bytes.append(window);
+        source.take(window.size());
+    }
+    return true;
+}
+
 /// Appends the bytes of a command and normalises its line ends: a line feed without a
 /// carriage return before it gets one, a run of carriage returns becomes one.
 class CommandText {
@@ -178,6 +193,33 @@ std::string_view TmatsReader::takeLines(ByteSource& source, unsigned max, unsign
     }
     source.take(end);
     return window.substr(0, end);
+}
+
+std::uint64_t cutFiller(ByteSource& source) {
+    using namespace std::string_view_literals;
+    constexpr std::uint64_t kBlock = 64 * 1024;
+    const auto start = source.position();
+    auto end = source.size();
+    bool isPadded = false;
+    bool endsCommand = false;
+    std::string block;
+    for (auto last = std::string::npos; last == std::string::npos && end > start;) {
+        const auto from = end - std::min(end - start, kBlock);
+        if (!takeBytes(source, from, static_cast<std::size_t>(end - from), block)) {
+            break;
+        }
+        last = block.find_last_not_of(" \t\r\n\0\x1A"sv);
+        const auto filler = last == std::string::npos ? 0 : last + 1;
+        isPadded = isPadded || block.find_first_of("\0\x1A"sv, filler) != std::string::npos;
+        endsCommand = filler > 0 && block[last] == ';';
+        end = from + filler;
+    }
+    source.seek(start);
+    if (!isPadded || !endsCommand) {
+        return 0;
+    }
+    source.endAt(end);
+    return source.size() - end;
 }
 
 bool TmatsReader::nextRawCommand(ByteSource& source, std::string& command, long* lineCounter,

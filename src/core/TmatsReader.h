@@ -136,6 +136,12 @@ class TmatsReader {
     unsigned substitutionFlags_ = 0;
 };
 
+/// Lets a source end where its last command does, if NUL bytes or Ctrl-Z follow, alone or among
+/// white space: recorders fill a file up to the length of a block, old systems mark its end. Gives
+/// the number of bytes that were cut off; 0 leaves all as it is. What has been read counts as no
+/// command. The position stays.
+std::uint64_t cutFiller(ByteSource& source);
+
 /// True for a command that begins with "COMMENT:" in any case.
 [[nodiscard]] inline bool isComment(std::string_view command) {
     return !command.empty() && (command.front() == 'C' || command.front() == 'c') &&

@@ -73,6 +73,7 @@ bool SourceImportFile::read(UserInterface* parent, const std::function<bool(std:
     if (source_.window().substr(0, kByteOrderMark.size()) == kByteOrderMark) {
         source_.take(kByteOrderMark.size());
     }
+    (void)cutFiller(source_);
     std::string command;
     long line = 1;
     std::size_t partial = 0;

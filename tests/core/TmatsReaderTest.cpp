@@ -225,6 +225,54 @@ TEST(TmatsReaderCut, ValueOfAHundredMegabytesIsOneCommand) {
 
 // --- comments ----------------------------------------------------------------------------
 
+TEST(TmatsReaderFiller, IsCutOffAfterTheLastSemicolonOnly) {
+    using namespace std::string_literals;
+    struct Row {
+        std::string bytes;
+        std::uint64_t cut;
+    };
+    const Row rows[] = {
+        {"A:1;\0"s, 1},
+        {"A:1;\x1A"s, 1},
+        {"A:1; \t\r\n\0\x1A\r\n"s, 8},
+        {"A:1;"s, 0},
+        {"A:1;\r\n \t"s, 0},
+        {"A:1;\0B"s, 0},
+        {"A:1;B\0\0"s, 0},
+        {"\0\0"s, 0},
+        {""s, 0},
+        {"A:1\0;\0"s, 1},
+        {"A:1;" + std::string(200000, '\0'), 200000},
+        {"A:1;x" + std::string(200000, '\0'), 0},
+    };
+    for (const auto& row : rows) {
+        auto source = ByteSource::fromMemory(row.bytes);
+        EXPECT_EQ(cutFiller(source), row.cut) << row.bytes.substr(0, 20);
+        EXPECT_EQ(source.position(), 0U);
+        std::size_t left = 0;
+        while (source.get() >= 0) {
+            ++left;
+        }
+        EXPECT_EQ(left, row.bytes.size() - row.cut) << row.bytes.substr(0, 20);
+    }
+}
+
+TEST(TmatsReaderFiller, OfAFileLargerThanItsWindowIsCutOff) {
+    const test::TempFolder folder;
+    const std::string path = folder / "padded";
+    const std::string commands = "A:" + std::string(300000, 'x') + ";";
+    test::writeFile(path, commands + std::string(700000, '\0'));
+    ByteSource source;
+    ASSERT_TRUE(source.open(path).ok());
+    EXPECT_EQ(cutFiller(source), 700000U);
+    TmatsReader reader;
+    EXPECT_EQ(reader.nextCommandString(source), commands);
+    EXPECT_TRUE(source.atEnd());
+    source.seek(0);
+    EXPECT_EQ(reader.nextCommandString(source), commands);
+    EXPECT_TRUE(source.atEnd());
+}
+
 TEST(TmatsReaderComments, AreSkippedInAnyCase) {
     EXPECT_THAT(cut("comment: anything;A:1;CoMmEnT: x;COMMENT:;B:2;", false).commands,
                 ElementsAre("A:1;", "B:2;"));

@@ -36,9 +36,10 @@ class SplittingTest(kavu.KavuTest):
         self.assertEqual(files["[kavu]DSRCE.T01"], b"T-1\\ID:X;\r\nT-1\\CF:Y;\r\n")
         self.assertEqual(files["[kavu]PCMFMT.P01"], b"P-1\\TF:ONE;\r\n")
 
-    def test_a_command_of_an_unknown_group_is_lost_and_no_message_is_reported(self):
-        result = self.check("X-1\\A:B;G\\PN:A;", status=CLEAN)
-        self.assertEqual(result.json["messages"], [])
+    def test_a_command_of_an_unknown_group_is_lost_and_listed_without_a_number(self):
+        result = self.check("X-1\\A:B;G\\PN:A;", status=REPORTED)
+        self.assertEqual(result.ids(), [0])
+        self.assertIn("X-1\\A:B;", result.json["messages"][0]["text"])
         self.assertEqual(len(result.notes), 1)
         self.assertIn("X-1\\A:B;", result.notes[0])
 
@@ -74,7 +75,7 @@ class SplittingTest(kavu.KavuTest):
 
     def test_an_index_that_no_integer_holds_is_out_of_range(self):
         self.check("G\\106:09;P-99999999999999999999\\TF:ONE;C-99999999999999999999\\DCN:A;",
-                   status=CLEAN)
+                   status=REPORTED)
 
     def test_a_file_that_does_not_name_its_edition_is_of_the_settings_edition(self):
         self.assertEqual(self.check("G\\PN:A;").json["version"], 2011)

@@ -50,10 +50,24 @@ class StrangeTest(kavu.KavuTest):
         self.assertIn(b"G\\PN:a\0b;\r\n", self.saved(b"G\\106:09;\r\nG\\PN:a\0b;\r\n"))
 
     def test_a_byte_order_mark_is_left_out_and_remarked(self):
-        files, notes = self.opened(b"\xef\xbb\xbfG\\106:09;")
+        files, notes = self.opened(b"\xef\xbb\xbfG\\106:09;", REPORTED)
         self.assertEqual(files[G], b"G\\106:09;\r\n")
         self.one_note(notes, "byte order mark")
         self.assertNotIn(b"\xef\xbb\xbf", self.saved(b"\xef\xbb\xbfG\\106:09;"))
+
+    def test_filler_after_the_last_command_is_left_out_and_told(self):
+        # Setup records of recordings are filled with NUL up to the length of a packet.
+        data = b"G\\106:09;\r\nG\\PN:A;\r\n"
+        padded = data + b"\0" * 70000 + b" \r\n\x1a"
+        files, notes = self.opened(padded, REPORTED)
+        self.assertEqual(files[G], data)
+        self.one_note(notes, "70006 bytes of filler")
+        self.assertEqual(self.result.ids(), [0])
+        self.assertIs(self.result.json["changed"], False)
+        self.assertEqual(self.saved(padded), self.saved(data))
+        self.check(data + b"\r\n \t\r\n", status=CLEAN)
+        for partial in (data + b"\0\0G\\TA", data + b"G\\TA\0\0", b"\0\0"):
+            self.assertEqual(self.check(partial, status=FAILED).ids(), [157])
 
     def test_no_end_of_line_at_the_end(self):
         files, notes = self.opened("G\\106:09;\r\nG\\PN:A;")
@@ -66,7 +80,7 @@ class StrangeTest(kavu.KavuTest):
         self.one_note(notes, "looks like another command", "G\\TA:B;")
 
     def test_upper_and_lower_case_mixed(self):
-        files, notes = self.opened("G\\106:09;g\\PN:A;G\\pn:B;p-1\\TF:ONE;")
+        files, notes = self.opened("G\\106:09;g\\PN:A;G\\pn:B;p-1\\TF:ONE;", REPORTED)
         self.assertEqual(files[G], b"G\\106:09;\r\nG\\pn:B;\r\n")
         self.one_note(notes, "2 commands of no known group")
 
@@ -101,12 +115,13 @@ class StrangeTest(kavu.KavuTest):
         self.assertEqual(notes, [])
 
     def test_an_index_of_0_is_lost_and_remarked(self):
-        _, notes = self.opened("G\\106:09;\r\nP-0\\TF:ONE;\r\n")
+        _, notes = self.opened("G\\106:09;\r\nP-0\\TF:ONE;\r\n", REPORTED)
         self.one_note(notes, "not 1 to 99", "P-0\\TF:ONE;")
         self.assertNotIn(b"P-0", self.saved("G\\106:09;P-0\\TF:ONE;"))
 
     def test_a_comment_without_its_semicolon_swallows_the_next_command(self):
-        files, notes = self.opened("G\\106:09;\r\nCOMMENT: note\r\nG\\PN:A;\r\nG\\TA:B;\r\n")
+        files, notes = self.opened(
+            "G\\106:09;\r\nCOMMENT: note\r\nG\\PN:A;\r\nG\\TA:B;\r\n", REPORTED)
         self.assertEqual(files[G], b"G\\106:09;\r\nG\\TA:B;\r\n")
         self.one_note(notes, "COMMENT without its semicolon", "G\\PN:A;")
 
@@ -128,7 +143,7 @@ class StrangeTest(kavu.KavuTest):
 
     def test_text_behind_binary_bytes_loses_its_first_command_and_is_remarked(self):
         binary = bytes(range(128, 256)) * 4
-        files, notes = self.opened(binary + b"G\\PN:A;\r\nG\\106:09;\r\n")
+        files, notes = self.opened(binary + b"G\\PN:A;\r\nG\\106:09;\r\n", REPORTED)
         self.assertEqual(files[G], b"G\\106:09;\r\n")
         self.one_note(notes, "no known group")
 

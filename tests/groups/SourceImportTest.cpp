@@ -92,6 +92,11 @@ TEST_F(SourceImportTest, ATransmittedSourceComesWithItsStream) {
     EXPECT_THAT(t.told, ElementsAre("Import of Data Source"));
 }
 
+TEST_F(SourceImportTest, TakesAFileThatARecorderHasPadded) {
+    EXPECT_TRUE(import(otherDocument() + std::string(5000, '\0')));
+    EXPECT_FALSE(t.ui.hasBox(157));
+}
+
 TEST_F(SourceImportTest, ARecorderComesWithItsBus) {
     EXPECT_TRUE(import(otherDocument(), {.kind = 'T'}));
     EXPECT_EQ(t.ui.tablePrompts.at(0).title, "Select Which Recorder/Reproducer Stream To Import");

@@ -19,22 +19,6 @@ namespace {
 constexpr std::size_t kTargetBuffer = 64 * 1024;
 constexpr std::size_t kAllBuffers = 8 * 1024 * 1024;
 
-/// True if the last bytes of a source are NUL and nothing else: recorders fill a file up to
-/// the length of a block.
-bool endsInNulBytes(ByteSource& source, std::size_t count) {
-    if (count > source.size()) {
-        return false;
-    }
-    source.seek(source.size() - count);
-    for (auto window = source.window(); !window.empty(); window = source.window()) {
-        if (window.find_first_not_of('\0') != std::string_view::npos) {
-            return false;
-        }
-        source.take(window.size());
-    }
-    return true;
-}
-
 bool isIndexedLetter(char letter) {
     return std::string_view("TRMPDBAVS").find(letter) != std::string_view::npos;
 }
@@ -57,6 +41,7 @@ bool GroupSplitter::run(const std::string& path) {
         source.take(kByteOrderMark.size());
         notes_.byteOrderMark();
     }
+    notes_.filler(cutFiller(source));
     if (!splitCommands(source)) {
         return false;
     }
@@ -109,9 +94,6 @@ bool GroupSplitter::endOfFile(ByteSource& source, std::size_t partial, long line
     }
     if (partial > 0) {
         context_.messages.show(parent_, 157, title::kErrorReading, kWarningBox, line);
-        if (endsInNulBytes(source, partial)) {
-            notes_.nulBytesAtTheEnd();
-        }
         notes_.tell(parent_);
         return false;
     }

@@ -90,6 +90,7 @@ ByteSource& ByteSource::operator=(ByteSource&& other) noexcept {
         filled_ = std::exchange(other.filled_, 0);
         base_ = std::exchange(other.base_, 0);
         size_ = std::exchange(other.size_, 0);
+        end_ = std::exchange(other.end_, kNoEnd);
         status_ = std::move(other.status_);
         identity_ = std::move(other.identity_);
     }
@@ -146,6 +147,7 @@ void ByteSource::close() {
     data_ = nullptr;
     at_ = filled_ = 0;
     base_ = size_ = 0;
+    end_ = kNoEnd;
 }
 
 bool ByteSource::isOpen() const {
@@ -162,7 +164,7 @@ int ByteSource::get() {
 }
 
 void ByteSource::refill() {
-    if (descriptor_ < 0 || !status_.ok()) {
+    if (descriptor_ < 0 || !status_.ok() || base_ + filled_ >= end_) {
         return;
     }
     const ssize_t got = readSome(descriptor_, buffer_.get(), kReadBuffer);
@@ -173,8 +175,13 @@ void ByteSource::refill() {
     if (got > 0) {
         base_ += filled_;
         at_ = 0;
-        filled_ = static_cast<std::size_t>(got);
+        filled_ = static_cast<std::size_t>(std::min(static_cast<std::uint64_t>(got), end_ - base_));
     }
+}
+
+void ByteSource::endAt(std::uint64_t position) {
+    end_ = position;
+    filled_ = static_cast<std::size_t>(std::min<std::uint64_t>(filled_, end_ - base_));
 }
 
 void ByteSource::seek(std::uint64_t position) {

@@ -44,6 +44,9 @@ class ByteSource {
 
     [[nodiscard]] std::uint64_t position() const { return base_ + at_; }
     void seek(std::uint64_t position);
+    /// What is at `position` and after it is no part of the source any more. REQUIRES: no byte
+    /// there has been taken.
+    void endAt(std::uint64_t position);
     /// The size of the file when it was opened.
     [[nodiscard]] std::uint64_t size() const { return size_; }
     [[nodiscard]] const IoStatus& status() const { return status_; }
@@ -53,6 +56,7 @@ class ByteSource {
     [[nodiscard]] bool changedSinceOpened(IoStatus* failure = nullptr) const;
 
   private:
+    static constexpr std::uint64_t kNoEnd = ~std::uint64_t{0};
     struct Identity;
     void refill();
 
@@ -64,6 +68,7 @@ class ByteSource {
     std::size_t filled_ = 0;
     std::uint64_t base_ = 0;
     std::uint64_t size_ = 0;
+    std::uint64_t end_ = kNoEnd;
     IoStatus status_;
     std::unique_ptr<Identity> identity_;
 };

@@ -27,16 +27,6 @@ std::size_t embeddedCommand(std::string_view command) {
     return std::string_view::npos;
 }
 
-void tellOne(UserInterface* parent, PrintfFormat<long, std::string> one,
-             PrintfFormat<long, long, std::string> many, long count, long line,
-             const std::string& sample) {
-    if (count == 1) {
-        parent->note(formatPrintf(one, line, sample));
-    } else if (count > 1) {
-        parent->note(formatPrintf(many, count, line, sample));
-    }
-}
-
 }  // namespace
 
 std::string_view leadingCode(std::string_view line) {
@@ -84,45 +74,68 @@ void LoadNotes::severalLines(long line, std::string_view command) {
     }
 }
 
+std::string LoadNotes::Finding::text(PrintfFormat<long, std::string> one,
+                                     PrintfFormat<long, long, std::string> many) const {
+    return count == 1  ? formatPrintf(one, line, sample)
+           : count > 1 ? formatPrintf(many, count, line, sample)
+                       : std::string();
+}
+
 void LoadNotes::tell(UserInterface* parent) const {
     if (parent == nullptr) {
         return;
     }
+    tellLeftOut(*parent);
+    tellKept(*parent);
+}
+
+void LoadNotes::tellLeftOut(UserInterface& parent) const {
+    const auto tell = [&parent](const std::string& text) {
+        if (!text.empty()) {
+            parent.loadRemark(text);
+        }
+    };
     if (byteOrderMark_) {
-        parent->note("The file begins with a byte order mark. It is left out.");
+        tell("The file begins with a byte order mark. It is left out.");
     }
-    if (nulBytesAtTheEnd_) {
-        parent->note(
-            "Nothing but NUL bytes follows the last command. Without them the file opens.");
+    if (filler_ > 0) {
+        tell(
+            formatPrintf("%llu bytes of filler (NUL or Ctrl-Z) follow the last command. "
+                         "They are left out.",
+                         filler_));
     }
+    tell(unknown_.text("Line %ld: a command of no known group is left out: %s",
+                       "%ld commands of no known group are left out, the first at line %ld: %s"));
+    tell(range_.text("Line %ld: a command whose group index is not 1 to 99 will not be saved: %s",
+                     "%ld commands whose group index is not 1 to 99 will not be saved, the first "
+                     "at line %ld: %s"));
+    tell(swallowing_.text(
+        "Line %ld: a COMMENT without its semicolon takes the command after it along, and both "
+        "are left out: %s",
+        "%ld COMMENTs without their semicolon take the commands after them along, and are left "
+        "out, the first at line %ld: %s"));
+}
+
+void LoadNotes::tellKept(UserInterface& parent) const {
+    const auto tell = [&parent](const std::string& text) {
+        if (!text.empty()) {
+            parent.note(text);
+        }
+    };
     if (nulBytes_.count > 0) {
-        parent->note(
+        tell(
             formatPrintf("NUL bytes were found in %ld commands, the first at line %ld. "
                          "They are kept as they are.",
                          nulBytes_.count, nulBytes_.line));
     }
-    tellOne(parent, "Line %ld: a command of no known group is left out: %s",
-            "%ld commands of no known group are left out, the first at line %ld: %s",
-            unknown_.count, unknown_.line, unknown_.sample);
-    tellOne(parent, "Line %ld: a command whose group index is not 1 to 99 will not be saved: %s",
-            "%ld commands whose group index is not 1 to 99 will not be saved, the first at line "
-            "%ld: %s",
-            range_.count, range_.line, range_.sample);
-    tellOne(parent, "Line %ld: a command without a colon is kept as it is: %s",
-            "%ld commands without a colon are kept as they are, the first at line %ld: %s",
-            colon_.count, colon_.line, colon_.sample);
-    tellOne(parent,
-            "Line %ld: a COMMENT without its semicolon swallows the command after it, and "
-            "both are left out: %s",
-            "%ld COMMENTs without their semicolon swallow the commands after them, and are "
-            "left out, the first at line %ld: %s",
-            swallowing_.count, swallowing_.line, swallowing_.sample);
-    tellOne(parent,
-            "Line %ld: a value holds what looks like another command; is a semicolon missing in "
-            "front of it? %s",
-            "%ld values hold what looks like another command, as if a semicolon were missing, "
-            "the first at line %ld: %s",
-            swallowed_.count, swallowed_.line, swallowed_.sample);
+    tell(colon_.text("Line %ld: a command without a colon is kept as it is: %s",
+                     "%ld commands without a colon are kept as they are, the first at line %ld: "
+                     "%s"));
+    tell(swallowed_.text(
+        "Line %ld: a value holds what looks like another command; is a semicolon missing in "
+        "front of it? %s",
+        "%ld values hold what looks like another command, as if a semicolon were missing, the "
+        "first at line %ld: %s"));
 }
 
 }  // namespace kavu

@@ -3,6 +3,9 @@
 // look.
 #pragma once
 
+#include "core/text/Printf.h"
+
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -13,8 +16,8 @@ class UserInterface;
 class LoadNotes {
   public:
     void byteOrderMark() { byteOrderMark_ = true; }
-    /// The file is refused for NUL bytes after its last command.
-    void nulBytesAtTheEnd() { nulBytesAtTheEnd_ = true; }
+    /// Bytes after the last command that are not part of any, and not kept.
+    void filler(std::uint64_t bytes) { filler_ = bytes; }
     void nulBytes(long line) { nulBytes_.add(line, {}); }
     /// A command of an unknown group; it is not kept.
     void unknownCommand(long line, std::string_view command) { unknown_.add(line, command); }
@@ -36,9 +39,15 @@ class LoadNotes {
         long line = 0;
         std::string sample;
         void add(long at, std::string_view command);
+        /// What is told of it; empty if there is nothing to tell.
+        [[nodiscard]] std::string text(PrintfFormat<long, std::string> one,
+                                       PrintfFormat<long, long, std::string> many) const;
     };
+    void tellLeftOut(UserInterface& parent) const;
+    void tellKept(UserInterface& parent) const;
+
     bool byteOrderMark_ = false;
-    bool nulBytesAtTheEnd_ = false;
+    std::uint64_t filler_ = 0;
     Finding nulBytes_;
     Finding unknown_;
     Finding range_;

@@ -71,11 +71,23 @@ TEST_F(GroupSplitterTest, MissingLastSemicolonRefusesTheFile) {
               "line #4. Operation aborted.");
 }
 
-TEST_F(GroupSplitterTest, NulBytesBehindTheLastCommandRefuseTheFileAndAreNamed) {
+TEST_F(GroupSplitterTest, FillerAfterTheLastCommandIsLeftOutAndRemarked) {
     using namespace std::string_literals;
-    EXPECT_FALSE(split("G\\PN:A;\r\n\0\0"s));
-    EXPECT_TRUE(t.ui.hasBox(157));
-    EXPECT_NE(note().find("Nothing but NUL bytes"), std::string::npos);
+    ASSERT_TRUE(split("G\\PN:A;\r\n\0\0 \x1A"s));
+    EXPECT_EQ(t.read("[kavu]GTMP.G"), "G\\PN:A;\r\n");
+    EXPECT_EQ(note(),
+              "6 bytes of filler (NUL or Ctrl-Z) follow the last command. They are left out.");
+    EXPECT_TRUE(t.ui.boxes.empty());
+}
+
+TEST_F(GroupSplitterTest, FillerBeforeTheEndOfAPartialCommandRefusesTheFile) {
+    using namespace std::string_literals;
+    for (const auto& bytes : {"G\\PN:A;\0\0G\\TA"s, "G\\PN:A;G\\TA\0\0"s, "\0\0\0"s}) {
+        EXPECT_FALSE(split(bytes));
+        EXPECT_TRUE(t.ui.hasBox(157));
+        t.ui.boxes.clear();
+    }
+    EXPECT_TRUE(t.ui.notes.empty());
 }
 
 TEST_F(GroupSplitterTest, LowerCaseGroupVanishesButIsRemarked) {
