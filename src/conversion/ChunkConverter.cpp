@@ -96,7 +96,8 @@ bool ChunkConverter::close() {
     // No numbered message reports them; but a person who looks for the lost calibration has to be
     // able to find out.
     if (unnamed_ > 0 && parent_ != nullptr) {
-        parent_->loadRemark(formatPrintf("%d C groups without a name (DCN) are left out.", unnamed_));
+        parent_->loadRemark(
+            formatPrintf("%d C groups without a name (DCN) are left out.", unnamed_));
     }
     return true;
 }

@@ -12,7 +12,9 @@ std::string CommandCode::text() const {
     return groupHead(letter, index) + field;
 }
 
-std::optional<CommandCode> parseCommandCode(std::string_view code) {
+std::optional<CommandCode> parseCommandCode(std::string_view typed) {
+    std::string code(typed);
+    dropLeadingZeros(code);
     const auto backslash = code.find('\\');
     if (backslash == 0 || backslash == std::string_view::npos || backslash + 1 == code.size() ||
         code.find_first_of(":; \t\r\n") != std::string_view::npos) {
@@ -28,7 +30,7 @@ std::optional<CommandCode> parseCommandCode(std::string_view code) {
     if (kind == kinds.end()) {
         return std::nullopt;
     }
-    const auto head = code.substr(1, backslash - 1);
+    const auto head = std::string_view(code).substr(1, backslash - 1);
     if (!kind->indexed) {
         return head.empty() ? std::optional(parsed) : std::nullopt;
     }

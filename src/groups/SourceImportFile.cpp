@@ -1,6 +1,7 @@
 #include "groups/SourceImportFile.h"
 
 #include "core/TmatsReader.h"
+#include "core/command/CommandPath.h"
 #include "core/document/GroupFiles.h"
 #include "core/talk/Messages.h"
 #include "core/talk/OpenFileChecked.h"
@@ -79,6 +80,7 @@ bool SourceImportFile::read(UserInterface* parent, const std::function<bool(std:
     std::size_t partial = 0;
     unsigned count = 0;
     while (context_.reader.nextCommand(source_, command, &line, &partial)) {
+        dropLeadingZeros(command);
         if (!visit(command)) {
             return false;
         }

@@ -109,10 +109,37 @@ class StrangeTest(kavu.KavuTest):
         self.assertEqual(notes, [])
 
     def test_an_index_with_leading_zeros_is_its_number(self):
-        files, notes = self.opened("G\\106:09;P-01\\TF:ONE;P-1\\D1:X;P-001\\D2:Y;")
+        files, notes = self.opened("G\\106:09;P-01\\TF:ONE;P-1\\D1:X;P-001\\D2:Y;", REPORTED)
         self.assertEqual(files["[kavu]PCMFMT.P01"],
-                         b"P-01\\TF:ONE;\r\nP-1\\D1:X;\r\nP-001\\D2:Y;\r\n")
-        self.assertEqual(notes, [])
+                         b"P-1\\TF:ONE;\r\nP-1\\D1:X;\r\nP-1\\D2:Y;\r\n")
+        self.one_note(notes, "2 commands have an index with a 0", "line 2", "P-01\\TF:ONE;")
+        self.assertEqual(self.result.ids(), [0])
+        self.assertIs(self.result.json["changed"], True)
+
+    def test_a_document_of_leading_zeros_is_the_one_without_them(self):
+        data = ("G\\106:09;G\\DSI\\N:1;G\\DSI-%(n)s:RF;G\\DST-%(n)s:RF;T-%(n)s\\ID:RF;"
+                "T-%(n)s\\RF1:2200;M-%(n)s\\ID:RF;M-%(n)s\\BB\\DLN:L;P-%(n)s\\DLN:L;P-%(n)s\\TF:ONE;"
+                "P-%(n)s\\F1:16;P-%(n)s\\MF\\N:1;P-%(n)s\\MF1:4;P-%(n)s\\MF2:64;P-%(n)s\\MF4:16;"
+                "D-%(n)s\\DLN:L;D-%(n)s\\ML\\N:1;D-%(n)s\\MLN-%(n)s:List;D-%(n)s\\MN\\N-%(n)s:1;"
+                "D-%(n)s\\MN-%(n)s-%(n)s:A;D-%(n)s\\LT-%(n)s-%(n)s:MF;D-%(n)s\\MF-%(n)s-%(n)s:2;"
+                "C-%(n)s\\DCN:A;C-%(n)s\\DCT:COE;C-%(n)s\\CO\\N:1;C-%(n)s\\CO:1;C-%(n)s\\CO-%(n)s:2;")
+        runs = []
+        for number in ("1", "01", "0001"):
+            name = "in.tma"
+            self.write(name, data % {"n": number})
+            stream = self.run_json("stream", name, "L").json
+            tree = self.run_json("tree", name).json
+            records = self.run_json("conversions", name).json["conversions"]
+            values = self.run_json("get", name, "T-1\\RF1", "T-01\\RF1").json["values"]
+            saved = self.saved(data % {"n": number})
+            renamed = self.run_json("link", "rename", name, "L", "New", "-o", "out.tma")
+            self.assertTrue(renamed.json["opened"], renamed)
+            runs.append((stream["cells"], stream["attributes"], tree["dataSources"], records,
+                         values, saved, self.read("out.tma")))
+        self.assertEqual(runs[0][4], {"T-1\\RF1": ["2200"], "T-01\\RF1": ["2200"]})
+        self.assertEqual([cell["measurements"][0]["Name"] for cell in runs[0][0]], ["A"])
+        self.assertEqual(runs[1], runs[0])
+        self.assertEqual(runs[2], runs[0])
 
     def test_an_index_of_0_is_lost_and_remarked(self):
         _, notes = self.opened("G\\106:09;\r\nP-0\\TF:ONE;\r\n", REPORTED)

@@ -15,7 +15,8 @@ TEST(CommandCode, ACodeIsTakenApart) {
     for (const auto& [code, letter, index, field] :
          {Case{"G\\PN", 'G', 0, "PN"}, Case{"g\\DSI-1", 'G', 0, "DSI-1"},
           Case{"T-1\\AP\\POC1", 'T', 1, "AP\\POC1"}, Case{"r-99\\ADL-2-5", 'R', 99, "ADL-2-5"},
-          Case{"P-01\\D2", 'P', 1, "D2"}, Case{"H\\X", 'H', 0, "X"}}) {
+          Case{"P-01\\D2", 'P', 1, "D2"}, Case{"T-001\\AN1-02", 'T', 1, "AN1-2"},
+          Case{"v-01\\X-02", 'V', 1, "X-02"}, Case{"H\\X", 'H', 0, "X"}}) {
         const auto parsed = parseCommandCode(code);
         ASSERT_TRUE(parsed.has_value()) << code;
         EXPECT_EQ(parsed->letter, letter);

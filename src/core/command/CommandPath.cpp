@@ -106,6 +106,32 @@ std::optional<CommandPath> parsePath(std::string_view code) {
     return path;
 }
 
+bool dropLeadingZeros(std::string& text, std::size_t from) {
+    auto end = std::min(text.find(':', from), text.size());
+    if (from < end && std::string_view("HVhv").find(text[from]) != std::string_view::npos) {
+        end = std::min(end, text.find('\\', from));
+    }
+    bool changed = false;
+    for (auto at = from + 1; at < end; ++at) {
+        if (text[at] != '0' || text[at - 1] != '-') {
+            continue;
+        }
+        auto after = at;
+        while (after < end && isDigit(text[after])) {
+            ++after;
+        }
+        const bool isIndex = after == end || text[after] == '-' || text[after] == '\\';
+        // One digit stays, be it a 0.
+        const auto first = std::min(text.find_first_not_of('0', at), after - 1);
+        if (isIndex && first > at) {
+            text.erase(at, first - at);
+            end -= first - at;
+            changed = true;
+        }
+    }
+    return changed;
+}
+
 std::optional<RowCut> cutAtRow(std::string_view code, std::size_t from) {
     const auto dash = code.find('-', from);
     if (dash == std::string_view::npos) {

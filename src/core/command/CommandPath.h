@@ -88,6 +88,21 @@ struct CommandPath : FieldPath {
 /// there is none.
 std::optional<int> takeIndex(std::string_view& text);
 
+/// True if the index of a code may have a 0 at its front: what a pass asks of each command.
+[[nodiscard]] constexpr bool mayHoldLeadingZero(std::string_view code) {
+    for (std::size_t at = 1; at < code.size(); ++at) {
+        if (code[at] == '0' && code[at - 1] == '-') {
+            return true;
+        }
+    }
+    return false;
+}
+/// Writes the indices of the command, or of the code alone, that begins at `from` as a format
+/// writes them, without a 0 at their front: "T-01\RF1-002:07;" becomes "T-1\RF1-2:07;". What is
+/// after a `-` and is not a number is no index. The fields of H and V groups belong to their makers
+/// and stay. True if the text has changed.
+bool dropLeadingZeros(std::string& text, std::size_t from = 0);
+
 /// The text before the first `-`: "SF4" of "SF4-n-m-k" and of "SF4-1-2-3".
 [[nodiscard]] constexpr std::string_view codeHead(std::string_view field) {
     return field.substr(0, field.find('-'));

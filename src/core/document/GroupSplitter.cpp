@@ -4,6 +4,7 @@
 #include "core/WorkingStore.h"
 #include "core/command/CommandPath.h"
 #include "core/document/DocumentFiles.h"
+#include "core/document/DocumentHistory.h"
 #include "core/document/GroupFiles.h"
 #include "core/files/FileIo.h"
 #include "core/talk/Messages.h"
@@ -59,7 +60,7 @@ bool GroupSplitter::run(const std::string& path) {
                 "Unable To Open File");
         return false;
     }
-    notes_.tell(parent_);
+    notes_.tell(parent_, true);
     return true;
 }
 
@@ -94,7 +95,7 @@ bool GroupSplitter::endOfFile(ByteSource& source, std::size_t partial, long line
     }
     if (partial > 0) {
         context_.messages.show(parent_, 157, title::kErrorReading, kWarningBox, line);
-        notes_.tell(parent_);
+        notes_.tell(parent_, false);
         return false;
     }
     return true;
@@ -110,8 +111,11 @@ bool GroupSplitter::sortCommand(std::string_view command, long line) {
         notes_.unknownCommand(line, command);
         return true;
     }
-    if (!hasColon(command)) {
+    std::string changed;
+    if (const auto view = viewCommand(command); !view.hasColon) {
         notes_.withoutColon(line, command);
+    } else if (mayHoldLeadingZero(view.code) && dropZeros(command, line, changed)) {
+        command = changed;
     }
     if (command.find('\0') != std::string::npos) {
         notes_.nulBytes(line);
@@ -130,6 +134,18 @@ bool GroupSplitter::sortCommand(std::string_view command, long line) {
         return false;
     }
     return buffered_ < kAllBuffers || flushAll();
+}
+
+/// Look-ups compare codes as texts, and a save writes them as they are: an index that is the same
+/// number has to be the same text.
+bool GroupSplitter::dropZeros(std::string_view command, long line, std::string& changed) {
+    changed.assign(command);
+    if (!dropLeadingZeros(changed)) {
+        return false;
+    }
+    notes_.leadingZeros(line, command);
+    context_.history.markCorrected();
+    return true;
 }
 
 GroupSplitter::Target* GroupSplitter::targetOf(std::string_view command, long line) {

@@ -36,6 +36,8 @@ class GroupSplitter {
 
     bool splitCommands(ByteSource& source);
     bool sortCommand(std::string_view command, long line);
+    /// Gives a command whose indices have zeros at their front without them; false if it has none.
+    bool dropZeros(std::string_view command, long line, std::string& changed);
     /// The target of a command, or null for a command that is not kept.
     Target* targetOf(std::string_view command, long line);
     Target& target(const GroupKind& kind, std::int64_t index);

@@ -81,18 +81,18 @@ std::string LoadNotes::Finding::text(PrintfFormat<long, std::string> one,
                        : std::string();
 }
 
-void LoadNotes::tell(UserInterface* parent) const {
+void LoadNotes::tell(UserInterface* parent, bool opened) const {
     if (parent == nullptr) {
         return;
     }
-    tellLeftOut(*parent);
+    tellLeftOut(*parent, opened);
     tellKept(*parent);
 }
 
-void LoadNotes::tellLeftOut(UserInterface& parent) const {
-    const auto tell = [&parent](const std::string& text) {
+void LoadNotes::tellLeftOut(UserInterface& parent, bool opened) const {
+    const auto tell = [&parent, opened](const std::string& text) {
         if (!text.empty()) {
-            parent.loadRemark(text);
+            opened ? parent.loadRemark(text) : parent.note(text);
         }
     };
     if (byteOrderMark_) {
@@ -109,6 +109,9 @@ void LoadNotes::tellLeftOut(UserInterface& parent) const {
     tell(range_.text("Line %ld: a command whose group index is not 1 to 99 will not be saved: %s",
                      "%ld commands whose group index is not 1 to 99 will not be saved, the first "
                      "at line %ld: %s"));
+    tell(zeros_.text("Line %ld: an index with a 0 at its front is read as its number: %s",
+                     "%ld commands have an index with a 0 at its front, which is read as its "
+                     "number, the first at line %ld: %s"));
     tell(swallowing_.text(
         "Line %ld: a COMMENT without its semicolon takes the command after it along, and both "
         "are left out: %s",

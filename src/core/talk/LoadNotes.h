@@ -23,6 +23,8 @@ class LoadNotes {
     void unknownCommand(long line, std::string_view command) { unknown_.add(line, command); }
     /// A command whose group index is not 1 to 99; it is not saved.
     void indexOutOfRange(long line, std::string_view command) { range_.add(line, command); }
+    /// A command with an index that has zeros at its front; the load drops them.
+    void leadingZeros(long line, std::string_view command) { zeros_.add(line, command); }
     /// A command without a `:`; it is kept as it is, and no look-up finds it.
     void withoutColon(long line, std::string_view command) { colon_.add(line, command); }
     /// A comment of the file, which is not kept; remarked only if it holds a command.
@@ -31,7 +33,9 @@ class LoadNotes {
     /// start of another command.
     void severalLines(long line, std::string_view command);
 
-    void tell(UserInterface* parent) const;
+    /// Tells of everything that was found. What is left out of a file that was refused is no
+    /// message: there is no document that lacks it.
+    void tell(UserInterface* parent, bool opened) const;
 
   private:
     struct Finding {
@@ -43,7 +47,7 @@ class LoadNotes {
         [[nodiscard]] std::string text(PrintfFormat<long, std::string> one,
                                        PrintfFormat<long, long, std::string> many) const;
     };
-    void tellLeftOut(UserInterface& parent) const;
+    void tellLeftOut(UserInterface& parent, bool opened) const;
     void tellKept(UserInterface& parent) const;
 
     bool byteOrderMark_ = false;
@@ -51,6 +55,7 @@ class LoadNotes {
     Finding nulBytes_;
     Finding unknown_;
     Finding range_;
+    Finding zeros_;
     Finding colon_;
     Finding swallowing_;
     Finding swallowed_;

@@ -184,5 +184,33 @@ TEST(CommandPathTest, AFieldIsOfAPatternWhateverItsIndices) {
     EXPECT_FALSE(isOfPattern("SMF\\N", "SMF\\N-n"));
 }
 
+TEST(CommandPathTest, IndicesAreWrittenWithoutZerosAtTheirFront) {
+    const std::pair<std::string, std::string> rows[] = {
+        {"T-01\\RF1-002:07;", "T-1\\RF1-2:07;"},
+        {"D-1\\WP-01-2-003-10:1;", "D-1\\WP-1-2-3-10:1;"},
+        {"P-000\\A-00:1;", "P-0\\A-0:1;"},
+        {"R-1\\SI\\DLN-01", "R-1\\SI\\DLN-1"},
+        {"C-0010\\DCN:A-01;", "C-10\\DCN:A-01;"},
+        {"V-01\\X-01:1;", "V-1\\X-01:1;"},
+        {"G\\DSI-01:a:b-01;", "G\\DSI-1:a:b-01;"},
+    };
+    for (const auto& [given, written] : rows) {
+        auto text = given;
+        EXPECT_TRUE(mayHoldLeadingZero(viewCommand(given + ":").code)) << given;
+        EXPECT_TRUE(dropLeadingZeros(text)) << given;
+        EXPECT_EQ(text, written);
+        EXPECT_FALSE(dropLeadingZeros(text)) << given;
+        auto second = "X-01\\A:1;" + given;
+        EXPECT_TRUE(dropLeadingZeros(second, 10));
+        EXPECT_EQ(second, "X-01\\A:1;" + written);
+    }
+    for (const std::string given : {"P-1\\A-0:1;", "P-10\\A-20:01;", "P-1\\A-01B:1;", "H\\X-01:1;",
+                                    "", "-", "P-0", "-0:01;"}) {
+        auto text = given;
+        EXPECT_FALSE(dropLeadingZeros(text)) << given;
+        EXPECT_EQ(text, given);
+    }
+}
+
 }  // namespace
 }  // namespace kavu

@@ -135,9 +135,25 @@ TEST_F(GroupSplitterTest, IndexThatFitsNoIntegerIsOutOfRange) {
     EXPECT_NE(note().find("will not be saved"), std::string::npos);
 }
 
-TEST_F(GroupSplitterTest, LeadingZerosAreTheSameIndex) {
-    ASSERT_TRUE(split("P-01\\DLN:X;P-1\\TF:ONE;P-001\\F1:16;"));
-    EXPECT_EQ(t.read("[kavu]PCMFMT.P01"), "P-01\\DLN:X;\r\nP-1\\TF:ONE;\r\nP-001\\F1:16;\r\n");
+TEST_F(GroupSplitterTest, IndicesLoseTheZerosAtTheirFrontAndTheFirstIsRemarked) {
+    ASSERT_TRUE(split("P-1\\TF:ONE;\nP-01\\DLN:X-01;\nP-001\\SF4-1-010:16;\nC-02\\DCN:A;"));
+    EXPECT_EQ(t.read("[kavu]PCMFMT.P01"),
+              "P-1\\TF:ONE;\r\nP-1\\DLN:X-01;\r\nP-1\\SF4-1-10:16;\r\n");
+    EXPECT_EQ(t.read("DATA1.TMP"), "C-2\\DCN:A;\r\n");
+    EXPECT_EQ(note(),
+              "3 commands have an index with a 0 at its front, which is read as its number, "
+              "the first at line 2: P-01\\DLN:X-01;");
+    EXPECT_TRUE(t.document.changed);
+}
+
+TEST_F(GroupSplitterTest, ZerosElsewhereChangeNothing) {
+    const std::string text =
+        "P-1\\SF4-0-10:-01;\r\nP-1\\A-01B:1;\r\nP-1\\A-01;\r\nP-1\\F10:05;\r\n";
+    ASSERT_TRUE(split(text + "V-1\\X-01:a;H\\X-01:b;X-01\\A:1;COMMENT: T-01\\ID:x;"));
+    EXPECT_EQ(t.read("[kavu]PCMFMT.P01"), text);
+    EXPECT_EQ(t.read("[kavu]V.V01"), "V-1\\X-01:a;\r\n");
+    EXPECT_EQ(t.read("[kavu]H.HHH"), "H\\X-01:b;\r\n");
+    EXPECT_FALSE(t.document.changed);
 }
 
 TEST_F(GroupSplitterTest, InterleavedGroupsKeepTheirOrder) {
