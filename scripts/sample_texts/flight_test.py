@@ -9,9 +9,6 @@ YEAR = {1996: 1998, 2009: 2009, 2011: 2012}
 
 def write_general(out, name):
     g = "G\\"
-    out.raw(f"COMMENT: {'*' * 60};")
-    out.raw("COMMENT: KESTREL-7, flight 12. An invented aircraft, for trying things out.;")
-    out.raw(f"COMMENT: {'*' * 60};")
     year = YEAR[out.edition]
     recorder = "TAP" if out.edition < 2004 else "STO"
     out.put_all(

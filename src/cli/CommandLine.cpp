@@ -67,6 +67,8 @@ void addCommonOptions(CLI::App& app, CommandLine& line, RawOptions& raw) {
     oneValue(app.add_option("--answer-all", line.replies.all,
                             "Reply to every question that has no answer of its own (default: no)"),
              "REPLY");
+    app.add_flag("--keep-comments", line.keepComments,
+                 "Keep the comments of a file where they are");
     oneValue(app.add_option("--now", raw.now,
                             "The date and time that dates, banners and stamps use "
                             "(default: the clock)"),

@@ -50,6 +50,7 @@ struct CommandLine {
     bool json = false;
     bool quiet = false;
     ProgressWhen progress = ProgressWhen::Auto;
+    bool keepComments = false;
     std::string settingsPath;  ///< empty: the settings file of the support folder
     std::optional<CivilTime> now;
     Replies replies;

@@ -10,6 +10,7 @@
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
 #include "core/files/FileIo.h"
+#include "core/talk/ProfileSettings.h"
 #include "core/text/Clock.h"
 #include "core/text/Edition.h"
 
@@ -103,6 +104,9 @@ class Run {
         tellMissingSettings();
         bool done = false;
         started_ = application_.startUp(&ui_);
+        if (started_ && line_.keepComments) {
+            application_.context().settings.overrideForThisRun(setting::kKeepComments.name, "1");
+        }
         if (started_) {
             file_.version = application_.context().document.version;
             if (line_.command == Command::Recover) {

@@ -5,7 +5,9 @@
 #include "cli/StreamReport.h"
 #include "cli/TerminalText.h"
 #include "core/TmatsDocument.h"
+#include "core/talk/Messages.h"
 #include "core/text/Printf.h"
+#include "groups/CountCheck.h"
 #include "groups/GroupScan.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/PcmLoad.h"
@@ -96,6 +98,8 @@ bool checkCommand(CommandContext& context, CommandOutput& output) {
         streams.push_back({{"stream", jsonText(format.link)}, {"result", report.result}});
         rows.push_back({terminalLine(format.link), resultText(report.result)});
     }
+    checkGroupCounts(application.context(), context.ui);
+    application.context().messages.showLog(context.ui, application.context().document.path);
     output.members["streams"] = std::move(streams);
     output.text = alignedTable(rows);
     return true;

@@ -4,6 +4,7 @@
 #include "conversion/SampleRate.h"
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/document/ConversionComments.h"
 #include "core/document/DocumentFiles.h"
 #include "core/document/DocumentHistory.h"
 #include "core/files/FileIo.h"
@@ -413,7 +414,10 @@ bool ConversionStore::renameDefinition(UserInterface* parent, const std::string&
     }
     const auto file = chunk(place.chunk);
     if (!file->renameSection(place.section, newName) ||
-        !report(parent, store(place.chunk, *file), "Write/Create")) {
+        !report(parent, store(place.chunk, *file), "Write/Create") ||
+        !report(parent,
+                renameConversionComments(context_.files, context_.reader, place.section, newName),
+                "Write/Create")) {
         return false;
     }
     if (hasComment) {

@@ -22,6 +22,12 @@ class UserInterface;
 namespace working {
 inline constexpr std::string_view kMessageLog = "KAVU9TMP.TMP";
 inline constexpr std::string_view kData1 = "DATA1.TMP";
+/// Commands of the C group that no record can hold, as they are.
+inline constexpr std::string_view kUnsplitConversions = "[kavu]CREST.C";
+/// Comments of the file in front of commands of the C group.
+inline constexpr std::string_view kConversionComments = "[kavu]CCOM.C";
+/// The C group as it is written, while the comments are joined with it.
+inline constexpr std::string_view kWrittenConversions = "CGROUP.TMP";
 inline constexpr std::string_view kData2 = "DATA2.TMP";
 inline constexpr std::string_view kGeneral = "[kavu]GTMP.G";
 inline constexpr std::string_view kMultiplexScratch = "[kavu]MULTIPLX.TMP";

@@ -1,8 +1,10 @@
 #include "groups/ConversionMigration.h"
 
+#include "conversion/ConversionFields.h"
 #include "conversion/ConversionSections.h"
 #include "core/TmatsDocument.h"
 #include "core/files/ProfileFile.h"
+#include "core/talk/Messages.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Clock.h"
 #include "core/text/Text.h"
@@ -54,6 +56,7 @@ constexpr auto kKeysWithout00 = std::to_array<KeyRule>({
 
 constexpr auto kMatrixKeys = std::to_array<std::string_view>({"MA1", "MA2", "MA3"});
 constexpr std::size_t kVoiceEncodingLimit = 4;
+constexpr std::size_t kLongestShownValue = 80;
 
 /// One record that is being changed.
 class Record {
@@ -176,6 +179,22 @@ void removeRows(Record& record) {
     }
 }
 
+/// While a document is read its values have the limits of its own edition; now those of the target
+/// hold. `number` is that of the record in the group.
+void cutToLimits(DocumentContext& context, UserInterface* parent, Record& record, long number) {
+    for (const auto& key : record.keys()) {
+        const auto limit = conversionLimit(key, context.document.version);
+        const auto value = record.get(key);
+        if (limit > 0 && value.size() > static_cast<std::size_t>(limit)) {
+            const auto shown = cutToBytes(value, kLongestShownValue);
+            context.messages.log(
+                parent, 315, title::kErrorReadingConversion, record.name(), number, key,
+                std::string(shown) + (shown.size() < value.size() ? "..." : ""), limit);
+            record.set(key, cutToBytes(value, static_cast<std::size_t>(limit)));
+        }
+    }
+}
+
 void changeRecord(DocumentContext& context, UserInterface* parent, Record& record,
                   RecordChange change) {
     switch (change) {
@@ -203,13 +222,23 @@ void changeRecord(DocumentContext& context, UserInterface* parent, Record& recor
 bool migrateRecords(DocumentContext& context, ConversionStore& conversions, UserInterface* parent,
                     RecordChange change, IoStatus& status) {
     bool changed = false;
+    long number = 0;
     status = forEachRecord(context, conversions, [&](ProfileFile& chunk, std::string_view name) {
         if (cancelRequested(parent)) {
             return false;
         }
         if (!name.empty()) {
+            ++number;
             Record record(chunk, name);
             changeRecord(context, parent, record, change);
+            if (change != RecordChange::Without00) {
+                cutToLimits(context, parent, record, number);
+            }
+            if (record.changed() && record.keys().empty()) {
+                // A section without a key is no record: it would be listed nowhere, and another one
+                // of its name could be made.
+                record.set(kNameCode, name);
+            }
             changed = changed || record.changed();
         }
         return true;

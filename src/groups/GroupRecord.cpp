@@ -52,7 +52,7 @@ struct GroupSource::Plan {
 
 GroupSource::GroupSource(DocumentContext& context, UserInterface* parent, char letter, int index)
     : context_(context), parent_(parent), prefix_(groupHead(letter, index)) {
-    status_ = GroupFile::open(context.files, context.reader, letter, index, kept_, Comments::Skip);
+    status_ = GroupFile::open(context.files, context.reader, letter, index, kept_);
 }
 
 std::string GroupSource::codeOf(const Field& field, RowNumbers at) const {
@@ -296,8 +296,7 @@ GroupFile keptAtRows(const GroupFile& kept, char letter, int index, std::span<co
 
 bool storeGroup(DocumentContext& context, UserInterface* parent, char letter, int index,
                 std::string_view text, const GroupFile& kept) {
-    std::string bytes(text);
-    bytes += keptTail(parent, kept, text);
+    const auto bytes = keptText(parent, kept, text);
     return inTransaction(context, parent, editOf(letter), [&] {
         const auto status = context.files.put(groupFile(letter, index), bytes);
         if (!status.ok()) {

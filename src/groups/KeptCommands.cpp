@@ -1,5 +1,6 @@
 #include "groups/KeptCommands.h"
 
+#include "core/document/CarriedCommands.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Printf.h"
 #include "core/text/Text.h"
@@ -48,20 +49,21 @@ MessageBox questionOf(const std::vector<std::string>& dropped) {
 
 }  // namespace
 
-std::string keptTail(UserInterface* parent, const GroupFile& file, std::string_view rewritten) {
-    if (parent == nullptr) {
-        return {};
+std::string keptText(UserInterface* parent, const GroupFile& file, std::string_view rewritten) {
+    std::string text(rewritten);
+    if (parent != nullptr) {
+        const auto dropped = file.leftovers(rewritten);
+        if (!dropped.empty() && parent->message(questionOf(dropped)) == Button::Yes) {
+            for (const auto& command : dropped) {
+                text.append(command).append("\r\n");
+            }
+        }
     }
-    const auto dropped = file.leftovers(rewritten);
-    if (dropped.empty() || parent->message(questionOf(dropped)) != Button::Yes) {
-        return {};
+    CarriedCommands carried(CarriedCommands::Follow::Codes);
+    for (std::size_t place = 0; place < file.commands().size(); ++place) {
+        carried.add(file.commands().at(place));
     }
-    std::string tail;
-    for (const auto& command : dropped) {
-        tail += command;
-        tail += "\r\n";
-    }
-    return tail;
+    return withCarried(text, carried);
 }
 
 }  // namespace kavu

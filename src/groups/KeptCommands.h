@@ -5,7 +5,7 @@
 //
 //     GroupFile file;                         // on loading: all commands of the file, and
 //     file.commands().markRead(place);        //   which of them the editor has read
-//     text += keptTail(parent, file, text);   // on saving, after what the editor writes
+//     text = keptText(parent, file, text);    // on saving: with what the editor does not write
 //
 // `GroupSource` and `storeGroup` (GroupRecord.h) do this for editors with a vocabulary table.
 #pragma once
@@ -19,10 +19,11 @@ namespace kavu {
 
 class UserInterface;
 
-/// Lists what would be dropped (`GroupFile::leftovers`) and asks whether to keep it, with Yes as
-/// default. Returns the lines to append: all with Yes, none with No, without a parent, or, without
-/// a question, if nothing would be dropped.
-[[nodiscard]] std::string keptTail(UserInterface* parent, const GroupFile& file,
+/// The whole text of the new file. Lists what would be dropped (`GroupFile::leftovers`) and asks
+/// whether to keep it, with Yes as default: with Yes it is at the end, with No, or without a
+/// parent, it is not in the text. Nobody is asked if nothing would be dropped. What belongs to no
+/// model (see CarriedCommands.h) stays in its place.
+[[nodiscard]] std::string keptText(UserInterface* parent, const GroupFile& file,
                                    std::string_view rewritten);
 
 }  // namespace kavu

@@ -2,6 +2,7 @@
 
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/document/CarriedCommands.h"
 #include "core/document/DocumentFiles.h"
 #include "core/document/DocumentHistory.h"
 #include "core/document/GroupFiles.h"
@@ -48,7 +49,8 @@ bool addDataSource(DocumentContext& context, UserInterface* parent, std::string&
         source.seek(0);
         std::string command;
         while (context.reader.nextRawCommand(source, command)) {
-            if (!startsWithIgnoreCase(command, codes.count)) {
+            if (!startsWithIgnoreCase(command, codes.count) &&
+                !CarriedCommands::isCarried(viewCommand(command))) {
                 writer.write(command);
                 writer.write("\r\n");
             }
@@ -61,7 +63,8 @@ bool addDataSource(DocumentContext& context, UserInterface* parent, std::string&
     const int index = std::min(count, INT_MAX - 1) + 1;
     name = formatPrintf("Data Source #%d", index);
     writer.write(formatPrintf("%s:%d;\r\n", codes.count, index) + codes.rowText(index, name, "RF"));
-    status = status.ok() ? writer.close() : status;
+    status = status.ok() ? closeCarrying(context.files, context.reader, working::kGeneral, writer)
+                         : status;
     if (!status.ok()) {
         reportUnableToWrite(parent, status);
     }

@@ -156,10 +156,9 @@ bool storeMultiplex(DocumentContext& context, UserInterface* parent, const Multi
     }
     IoStatus status;
     if (hasFile(group)) {
-        auto text = writer.text();
-        text += keptTail(parent,
-                         keptAtRows(group.kept, 'M', group.index, multiplexFields(), group.record),
-                         text);
+        const auto text = keptText(
+            parent, keptAtRows(group.kept, 'M', group.index, multiplexFields(), group.record),
+            writer.text());
         Transaction transaction(context, editOf('M'));
         status = context.files.put(groupFile('M', group.index), text);
         status = status.ok() ? transaction.commit() : status;

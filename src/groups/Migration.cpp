@@ -23,8 +23,10 @@
 #include "vocabulary/PGroupFields.h"
 #include "vocabulary/StreamType.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
+#include <optional>
 #include <span>
 
 namespace kavu {
@@ -152,7 +154,8 @@ class Migration {
 
     void applyTable(char letter, std::span<const ValueRule> rules) {
         forEachFile(letter, [&](const std::string& name, int index) {
-            return applyRules(context_.reader, context_.files, name, letter, index, rules, status_);
+            return applyRules(context_.reader, context_.files, name, letter, index, rules, status_,
+                              changedByTextLog(context_.messages, parent_, title::kWarning));
         });
     }
 
@@ -299,6 +302,39 @@ void showLeftOut(UserInterface* parent, const std::vector<std::string>& lines, i
     parent->message(box);
 }
 
+/// The edition that the G group states; nothing if it states none, or one that is too old, which is
+/// logged (442). 443 is logged for one that is too new. A value that no edition has keeps the year
+/// that it gives; a remark says so.
+std::optional<int> statedEdition(DocumentContext& context, UserInterface* parent,
+                                 ByteSource& source, int otherwise) {
+    constexpr std::string_view kOuter = " \t\x14\x15";
+    const auto value = context.reader.findField(parent, source, {}, kVersionCode, 0);
+    const auto first = value ? value->find_first_not_of(kOuter) : std::string_view::npos;
+    if (first == std::string_view::npos) {
+        return std::nullopt;
+    }
+    const auto inner = value->substr(first, value->find_last_not_of(kOuter) + 1 - first);
+    const auto text = context.reader.applyLimit(parent, kVersionCode, inner, kVersionLimit);
+    const int edition = normalisedEdition(leadingInt(text));
+    if (edition < kFirstTold) {
+        context.messages.log(parent, 442, title::kErrorReading, text, editionNumber(otherwise));
+        return std::nullopt;
+    }
+    if (edition > kLatestEdition) {
+        context.messages.log(parent, 443, title::kErrorReading, editionNumber(edition),
+                             editionNumber(kLatestEdition));
+        return kLatestEdition;
+    }
+    const bool isNumber = std::all_of(text.begin(), text.end(), isDigit);
+    if (parent != nullptr && (!isNumber || !isEdition(edition))) {
+        parent->loadRemark(
+            formatPrintf("'%s' (%s) is no edition of IRIG 106. The document is "
+                         "treated as one of the year %d.",
+                         text, kVersionCode, edition));
+    }
+    return edition;
+}
+
 }  // namespace
 
 int detectVersions(DocumentContext& context, UserInterface* parent, int& inputVersion,
@@ -307,20 +343,8 @@ int detectVersions(DocumentContext& context, UserInterface* parent, int& inputVe
     ByteSource source;
     auto status = source.open(context.store.pathOf(working::kGeneral));
     if (status.ok()) {
-        const auto text = context.reader.findField(parent, source, {}, kVersionCode, kVersionLimit);
-        if (text) {
-            const int number = leadingInt(*text);
-            const int edition = normalisedEdition(number);
-            if (edition < kFirstTold) {
-                context.messages.log(parent, 442, title::kErrorReading, *text,
-                                     editionNumber(inputVersion));
-            } else if (edition > kLatestEdition) {
-                context.messages.log(parent, 443, title::kErrorReading, editionNumber(edition),
-                                     editionNumber(kLatestEdition));
-                inputVersion = kLatestEdition;
-            } else {
-                inputVersion = edition;
-            }
+        if (const auto edition = statedEdition(context, parent, source, inputVersion)) {
+            inputVersion = *edition;
         }
         status = source.status();
     }
@@ -379,10 +403,12 @@ bool setVersionField(DocumentContext& context, UserInterface* parent, int target
         changed = target >= kFirstTold && status.ok();
     } else if (status.ok() && target < kFirstTold) {
         changed = rewriteCommands(context.files, working::kGeneral, kVersionCode, std::nullopt,
-                                  std::nullopt, &status);
+                                  std::nullopt, &status,
+                                  changedByTextLog(context.messages, parent, title::kWarning));
     } else if (status.ok() && told) {
-        changed = rewriteCommands(context.files, working::kGeneral, kVersionCode, std::nullopt,
-                                  number, &status);
+        changed =
+            rewriteCommands(context.files, working::kGeneral, kVersionCode, std::nullopt, number,
+                            &status, changedByTextLog(context.messages, parent, title::kWarning));
     } else if (status.ok()) {
         changed = rewriteGroup(
             context.files, context.reader, working::kGeneral, Cut::Commands, [](CommandEdit&) {},

@@ -2,6 +2,7 @@
 
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/document/CarriedCommands.h"
 #include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "core/document/GroupRewrite.h"
@@ -34,7 +35,7 @@ IoStatus forEachRow(DocumentContext& context, const Visit& visit) {
     return isMissing(status) ? IoStatus() : status;
 }
 
-/// Changes the G file, or makes it.
+/// Changes the G file, or makes it. Rows may move; what is in front of one moves with it.
 IoStatus editGeneral(DocumentContext& context, const Visit& edit,
                      const std::function<std::string()>& tail) {
     PathKind kind = PathKind::Missing;
@@ -44,11 +45,23 @@ IoStatus editGeneral(DocumentContext& context, const Visit& edit,
     if (kind == PathKind::Missing) {
         return context.files.put(working::kGeneral, tail());
     }
-    IoStatus status;
+    CarriedCommands carried(CarriedCommands::Follow::Values);
+    auto status = gatherCarried(context.files, context.reader, working::kGeneral, carried);
+    if (!status.ok()) {
+        return status;
+    }
     rewriteGroup(
-        context.files, context.reader, working::kGeneral, Cut::Commands, edit,
+        context.files, context.reader, working::kGeneral, Cut::Commands,
+        [&edit](CommandEdit& command) {
+            if (CarriedCommands::isCarried(viewCommand(command.text()))) {
+                command.erase();
+            } else {
+                edit(command);
+            }
+        },
         [&](bool) { return tail(); }, status);
-    return status;
+    return status.ok() ? putCarriedBack(context.files, context.reader, working::kGeneral, carried)
+                       : status;
 }
 
 }  // namespace

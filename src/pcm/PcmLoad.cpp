@@ -161,6 +161,15 @@ bool PcmLoad::mayLog() {
     return true;
 }
 
+void PcmLoad::logLeftOut(MessageTitle titleId, const std::string& text) {
+    leavesOut = true;
+    if (report) {
+        report(0, titleId, text);
+    } else if (mayLog()) {
+        format.context().messages.logText(parent, titleId, text);
+    }
+}
+
 void PcmLoad::logLastCommands(std::string_view commands) {
     constexpr std::size_t kMostBytes = std::size_t{16} << 20U;
     commandBytes_ += commands.size();
@@ -263,7 +272,7 @@ bool loadPcmFormat(PcmFormat& format, UserInterface* parent, const PcmSteps& ste
         format.closeFormat();
         return false;
     }
-    outcome.result = load.result;
+    outcome.result = load.leavesOut ? 1 : load.result;
     return true;
 }
 

@@ -40,6 +40,7 @@ class PcmLoad {
     bool abort = false;              ///< a fatal error or a cancel
     CounterQuestion counterQuestion;
     bool isNew = false;            ///< there was no P group: the format comes from the settings
+    bool leavesOut = false;        ///< something of the file is not in the format
     bool countsSubframes = false;  ///< a counter of the P group has an `SF\N` above 0
 
     [[nodiscard]] int edition() const { return format.edition(); }
@@ -60,6 +61,9 @@ class PcmLoad {
             format.context().messages.log(parent, id, titleId, args...);
         }
     }
+    /// Logs, without a number, what the read leaves out. The stream is not clean then, but the
+    /// format is what it was read as: it has not changed.
+    void logLeftOut(MessageTitle titleId, const std::string& text);
     /// Appends the commands that were read last to a message.
     void logLastCommands(std::string_view commands);
     static constexpr int kMostMessages = 10'000;

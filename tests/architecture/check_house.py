@@ -77,7 +77,7 @@ OTHER_FILES = {
     "conversion/UpdateFile.cpp": (1, "the update file of the user"),
     "conversion/UpdateFile.h": (1, "the update file of the user"),
     "core/TmatsReader.cpp": (1, "the message log"),
-    "core/document/BuildDocument.cpp": (1, "the file of the user that is saved"),
+    "core/document/BuildDocument.cpp": (3, "the file of the user that is saved, and scratch of the C group"),
     "core/document/FormerContents.cpp": (3, "the file of the user, and its backup"),
     "core/document/GroupRewrite.cpp": (1, "a staged copy that the gate takes in"),
     "core/document/GroupSplitter.cpp": (2, "the raw commands of a load"),

@@ -11,6 +11,7 @@ BLANK = b"\n\r\t \x1a"
 ORDER = b"GTRMPDBSACHV"
 FIRST_EDITION = {b"S": 2005, b"V": 2004}
 INDEX = re.compile(rb"[+-]?\d+")
+ZEROS = re.compile(rb"(?<=-)0+(?=\d+(?:[-\\]|$))")
 
 
 def commands_of(data):
@@ -50,6 +51,17 @@ def unstored(command):
     return command.replace(b"\x14", b"\r").replace(b"\x15", b"\n")
 
 
+def without_zeros(command):
+    """Indices as the numbers they are; the fields of H and V groups are their makers'."""
+    code, colon, value = command.partition(b":")
+    if not colon:
+        return command
+    head, backslash, field = code.partition(b"\\")
+    if command[:1] in b"HV":
+        return ZEROS.sub(b"", head) + backslash + field + colon + value
+    return ZEROS.sub(b"", code) + colon + value
+
+
 class Model:
     def __init__(self, edition, file_name):
         self.edition = edition
@@ -64,7 +76,7 @@ class Model:
         for command in commands:
             key = self.key(command)
             if key is not None and not is_comment(command):
-                groups.setdefault(key, []).append(stored(command))
+                groups.setdefault(key, []).append(stored(without_zeros(command)))
         general = self.general(groups.get((0, 0), []))
         lines = []
         for key in sorted(set(groups) | {(0, 0), (ORDER.index(b"C"), 0)}):

@@ -73,6 +73,38 @@ class EditionTest(kavu.KavuTest):
         self.assertNotIn(b"CASS", saved)
         self.assertNotIn(b"R-1\\TT:", saved)
 
+    def test_while_a_file_is_read_the_limits_of_its_own_edition_hold(self):
+        self.write("in.ini", "[KAVU-9]\r\nIRIGInputVersion=1996\r\n")
+        self.write("in.tma", "C-1\\DCN:A;C-1\\TRD4:OTH;C-2\\DCN:B;C-2\\TRD4:WXYZ;C-3\\DCN:C;"
+                   "C-3\\VOI\\E:CVSD, a longer text;")
+        result = self.run_json("save", "in.tma", "-o", "out.tma", "--edition", "1999",
+                               "--settings", "in.ini")
+        saved = self.read("out.tma")
+        self.assertIn(b"C-1\\TRD4:O;\r\n", saved)
+        # The limit of the target holds when the document has moved, and what it costs is told.
+        self.assertIn(b"C-2\\TRD4:WX;\r\n", saved)
+        self.assertIn(b"C-3\\VOI\\E:CVSD;\r\n", saved)
+        self.assertEqual(result.ids().count(315), 1, result)
+        self.assertTrue([m for m in result.json["messages"] if "C-2\\TRD4:WXYZ" in m["text"]])
+        # The other way round nothing is too long.
+        self.write("in.tma", "G\\106:99;C-1\\DCN:A;C-1\\TRD4:OTH;")
+        result = self.run_json("save", "in.tma", "-o", "out.tma", "--edition", "1996")
+        self.assertEqual(result.ids().count(315), 1, result)
+        self.assertIn(b"C-1\\TRD4:OT;\r\n", self.read("out.tma"))
+
+    def test_a_record_that_a_move_empties_is_listed_found_and_not_doubled(self):
+        self.write("to96.ini", "[KAVU-9]\r\nIRIGOutputMethod=2\r\nIRIGOutputVersion=1996\r\n")
+        self.write("in.tma", "G\\106:99;C-1\\DCN:A;C-1\\MOT5:x;C-2\\DCN:B;C-2\\DCT:PTM;"
+                   "C-3\\DCN:C;C-3\\TRD1:x;")
+        for command in (("conversions", "in.tma"), ("tree", "in.tma")):
+            found = self.run_json("--settings", "to96.ini", *command).json["conversions"]
+            names = [each if isinstance(each, str) else each["name"] for each in found]
+            self.assertEqual(names, ["A", "B", "C"], command)
+        one = self.run_json("--settings", "to96.ini", "conversions", "in.tma", "A")
+        self.assertEqual([each["name"] for each in one.json["conversions"]], ["A"])
+        saved = self.converted("G\\106:99;C-1\\DCN:A;C-1\\MOT5:x;", 1996)
+        self.assertEqual(saved.count(b"DCN:A;"), 1)
+
     def test_fqpsk_b_goes_below_2000(self):
         self.assertNotIn(b"FQPSK-B", self.converted("G\\106:00;T-1\\RF4:FQPSK-B;", 1999))
         self.assertIn(b"FQPSK-B", self.converted("G\\106:00;T-1\\RF4:FQPSK-B;", 2001))

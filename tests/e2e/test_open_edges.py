@@ -10,7 +10,8 @@ G = "[kavu]GTMP.G"
 
 class SplittingTest(kavu.KavuTest):
     def test_a_file_of_only_comments_opens_as_an_empty_document(self):
-        result = self.check("COMMENT: one;\r\ncomment: two;\r\n", status=CLEAN)
+        result = self.check("COMMENT: one;\r\ncomment: two;\r\n", status=REPORTED)
+        self.assertEqual(result.ids(), [0])
         self.assertIs(result.json["opened"], True)
         self.assertEqual(result.json["questions"], [])
         self.assertFalse([name for name in self.stored("COMMENT: one;") if "." in name
@@ -92,8 +93,20 @@ class EditionTest(kavu.KavuTest):
         self.assertEqual(result.ids(), [443])
         self.assertEqual(result.json["version"], 2011)
 
-    def test_an_edition_that_is_no_number_is_2000(self):
-        self.assertEqual(self.check("G\\106:AB;", status=CLEAN).json["version"], 2000)
+    def test_a_value_that_is_no_edition_keeps_its_year_and_is_told(self):
+        for value, year in (("AB", 2000), ("03", 2003), ("10", 2010), ("1A", 2001), (" 03", 2003)):
+            result = self.check("G\\106:%s;" % value, status=REPORTED)
+            self.assertEqual(result.json["version"], year)
+            self.assertEqual(result.ids(), [0])
+            self.assertIn("'%s'" % value.strip(), result.json["messages"][0]["text"])
+            self.assertIn(str(year), result.json["messages"][0]["text"])
+
+    def test_blanks_and_tabs_around_the_edition_make_no_difference(self):
+        for value in (" 09", "\t09\t", " 09 ", "  \t 09"):
+            self.assertEqual(self.check("G\\106:%s;" % value, status=CLEAN).json["version"], 2009)
+        self.assertEqual(self.check("G\\106:\t;", status=CLEAN).json["version"], 2011)
+        self.assertEqual(self.check("G\\106: 96;", status=REPORTED).ids(), [442])
+        self.assertEqual(self.check("G\\106: 12 ;", status=REPORTED).ids(), [443])
 
     def test_every_edition_is_recognised(self):
         for number, year in (("99", 1999), ("00", 2000), ("01", 2001), ("04", 2004),

@@ -64,13 +64,14 @@ class CuttingTest(kavu.KavuTest):
         self.assertEqual(self.general("comment: anything; G\\A:1; CoMmEnT: x;"), b"G\\A:1;\r\n")
 
     def test_comment_with_a_blank_before_the_colon_is_no_comment(self):
-        # It is a command of no known group, and that is remarked; a comment is not.
+        # It is a command of no known group, and a remark says so.
         self.write("in.tma", "COMMENT : x;G\\A:1;")
         notes = self.run_json("check", "in.tma").notes
         self.assertEqual(len(notes), 1, notes)
         self.assertIn("no known group", notes[0])
         self.write("in.tma", "COMMENT: x;G\\A:1;")
-        self.assertEqual(self.run_json("check", "in.tma").notes, [])
+        notes = self.run_json("check", "in.tma").notes
+        self.assertEqual(notes, ["Line 1: a comment of the file is left out: COMMENT: x;"])
 
 
 class LookUpTest(kavu.KavuTest):

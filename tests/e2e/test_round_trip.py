@@ -29,6 +29,9 @@ class ModelTest(unittest.TestCase):
             model.saved(b"P-2\\A:1;T-1\\A:1;X-1\\A:1;P-1\\A:1;G\\PN:x;P-2\\B:2;P-0\\A:1;"),
             b"G\\FN:out.tma;\r\nG\\PN:x;\r\nT-1\\A:1;\r\nP-1\\A:1;\r\nP-2\\A:1;\r\n"
             b"P-2\\B:2;\r\n")
+        self.assertEqual(model.saved(b"G\\FN-01:x-01;P-002\\A-010-00:0;P-02\\A;V-03\\A-01:1;"),
+                         b"G\\FN:out.tma;\r\nG\\FN-1:x-01;\r\nP-2\\A-10-0:0;\r\nP-02\\A;\r\n"
+                         b"V-3\\A-01:1;\r\n")
         self.assertEqual(roundtrip.Model(1996, b"o").saved(b"S-1\\A:1;V-1\\A:1;A-1\\A:1;"),
                          b"A-1\\A:1;\r\n")
 

@@ -35,6 +35,25 @@ class BannerTest(kavu.KavuTest):
         self.assertNotIn(b"below", saved)
         self.assertIn(b"G\\PN:comment: stays;\r\n", saved)
 
+    def test_what_the_text_of_another_command_has_changed_is_told_with_what_it_was(self):
+        """A plain test of the text finds more than it looks for; what that costs is told."""
+        command = "G\\COM:see COMMENT: or G\\FN: or G\\106: here;"
+        for edition, options, held in (("05", (), "COMMENT:"), ("96", (), "COMMENT:"),
+                                       ("05", ("--keep-comments", "--edition", "2009"), "G\\106:"),
+                                       ("09", ("--keep-comments",), "G\\FN:")):
+            with self.subTest(edition=edition, options=options):
+                self.write("in.tma", "G\\106:%s;%sT-1\\COM:a COMMENT: b G\\FN:c;" % (
+                    edition, command))
+                result = self.run_json("save", "in.tma", "-o", "out.tma", *options)
+                self.assertEqual(result.status, REPORTED)
+                self.assertNotIn(command.encode(), self.read("out.tma"))
+                told = [message for message in result.json["messages"] if command in message["text"]]
+                self.assertEqual([message["id"] for message in told], [0], result)
+                self.assertIn("'%s'" % held, told[0]["text"])
+                self.assertIn(b"T-1\\COM:a COMMENT: b G\\FN:c;", self.read("out.tma"))
+        plain = self.run_cli("save", "in.tma", "-o", "out.tma")
+        self.assertIn(command, plain.text.replace("\n", " "))
+
     def test_in_another_group_the_word_comment_stays(self):
         self.assertIn(b"T-1\\COM:a COMMENT: b;\r\n", self.saved("T-1\\COM:a COMMENT: b;"))
 

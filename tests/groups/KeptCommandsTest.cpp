@@ -56,7 +56,7 @@ TEST(KeptCommands, WhatSomebodyElseWritesIsNotKept) {
 TEST(KeptCommands, TheUserIsAskedWithYesAsDefault) {
     test::RecordingInterface ui;
     ui.otherwise = Button::Yes;
-    EXPECT_EQ(keptTail(&ui, someFile(), "T-1\\X:n;\r\n"), "T-1\\Y:y;\r\n");
+    EXPECT_EQ(keptText(&ui, someFile(), "T-1\\X:n;\r\n"), "T-1\\X:n;\r\nT-1\\Y:y;\r\n");
     ASSERT_EQ(ui.boxes.size(), 1u);
     EXPECT_EQ(ui.boxes[0].buttons, Buttons::YesNo);
     EXPECT_EQ(ui.boxes[0].defaultButton, Button::Yes);
@@ -67,14 +67,28 @@ TEST(KeptCommands, TheUserIsAskedWithYesAsDefault) {
 TEST(KeptCommands, WithNoAndWithoutAParentTheyGo) {
     test::RecordingInterface ui;
     ui.otherwise = Button::No;
-    EXPECT_EQ(keptTail(&ui, someFile(), ""), "");
+    EXPECT_EQ(keptText(&ui, someFile(), ""), "");
     EXPECT_EQ(ui.boxes.size(), 1u);
-    EXPECT_EQ(keptTail(nullptr, someFile(), ""), "");
+    EXPECT_EQ(keptText(nullptr, someFile(), ""), "");
 }
 
 TEST(KeptCommands, NobodyIsAskedAboutNothing) {
     test::RecordingInterface ui;
-    EXPECT_EQ(keptTail(&ui, GroupFile(), "T-1\\A:1;\r\n"), "");
+    EXPECT_EQ(keptText(&ui, GroupFile(), "T-1\\A:1;\r\n"), "T-1\\A:1;\r\n");
+    EXPECT_TRUE(ui.boxes.empty());
+}
+
+TEST(KeptCommands, WhatCannotBeTakenApartStaysWithoutAQuestion) {
+    GroupFile kept;
+    for (const char* command : {"T-1\\A:1;", "T-1\\X;", "T-1\\B:2;", "T-1:x;"}) {
+        kept.commands().add(command);
+    }
+    kept.commands().markRead(0);
+    kept.commands().markRead(2);
+    test::RecordingInterface ui;
+    const std::string text = "T-1\\B:3;\r\n";
+    EXPECT_EQ(keptText(&ui, kept, text), "T-1\\X;\r\nT-1\\B:3;\r\nT-1:x;\r\n");
+    EXPECT_EQ(keptText(nullptr, kept, text), "T-1\\X;\r\nT-1\\B:3;\r\nT-1:x;\r\n");
     EXPECT_TRUE(ui.boxes.empty());
 }
 
@@ -86,7 +100,7 @@ TEST(KeptCommands, ManyCommandsAreListedInFullOnDemand) {
     }
     test::RecordingInterface ui;
     ui.otherwise = Button::Yes;
-    const auto tail = keptTail(&ui, kept, "");
+    const auto tail = keptText(&ui, kept, "");
     EXPECT_EQ(tail.substr(tail.rfind("G\\")),
               "G\\X-300:" + std::string(100, 'v') + "\x14\x15;\r\n");
     EXPECT_NE(ui.boxes[0].text.find("... and 288 more"), std::string::npos);

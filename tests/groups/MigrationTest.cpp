@@ -83,12 +83,21 @@ TEST(DetectVersionsTest, EditionNumber12IsTreatedAs2011) {
     EXPECT_NE(t.ui.logs[0].text.find("as a 106-11 file"), std::string::npos);
 }
 
-TEST(DetectVersionsTest, AnEditionOfLettersIsTheYear2000WithoutAMessage) {
-    test::TestContext t;
-    t.write(working::kGeneral, "G\\106:AB;\r\n");
-    int input = 0;
-    EXPECT_EQ(detectVersions(t.context, &t.ui, input), 2000);
-    EXPECT_TRUE(t.ui.logs.empty());
+TEST(DetectVersionsTest, AValueThatIsNoEditionKeepsItsYearAndIsRemarked) {
+    struct Row {
+        const char* value;
+        int year;
+        bool remarked;
+    };
+    for (const auto& row : {Row{"AB", 2000, true}, Row{"03", 2003, true}, Row{"1A", 2001, true},
+                            Row{" \t09\t", 2009, false}, Row{"9", 2009, false},
+                            Row{"\t", 2011, false}, Row{" 1996", 2011, false}}) {
+        test::TestContext t;
+        t.write(working::kGeneral, std::string("G\\106:") + row.value + ";\r\n");
+        int input = 0;
+        EXPECT_EQ(detectVersions(t.context, &t.ui, input), row.year) << row.value;
+        EXPECT_EQ(t.ui.notes.size(), row.remarked ? 1U : 0U) << row.value;
+    }
 }
 
 TEST(DetectVersionsTest, MethodTwoGivesTheOutputVersionAsTarget) {
@@ -207,6 +216,26 @@ TEST_F(Migration, ReportsEachDateItWroteWithABrokenTime) {
     EXPECT_NE(t.ui.logs[0].text.find("07-04-09-10-59-33"), std::string::npos);
     EXPECT_NE(t.ui.logs[0].text.find("04-07-2009-%2,2d-10-59"), std::string::npos);
     EXPECT_NE(t.ui.logs[1].text.find("TRD5 of measurement Speed"), std::string::npos);
+}
+
+TEST_F(Migration, TheLimitsOfTheTargetHoldAfterIt) {
+    t.write("[kavu]00000000.C_O",
+            "[A]\r\nTRD4=OTH\r\n[B]\r\nTRD4=WXYZ\r\nVOI\\E=CVSD and more\r\n");
+    EXPECT_TRUE(migrate(1996, 1999));
+    EXPECT_EQ(t.read("[kavu]00000000.C_O"),
+              "[A]\r\nTRD4=O\r\n[B]\r\nTRD4=WX\r\nVOI\\E=CVSD\r\nDCT=VOI\r\n");
+    ASSERT_EQ(t.ui.countLogs(315), 1);
+    EXPECT_NE(t.ui.logs[0].text.find("(Measurement name: B)"), std::string::npos);
+    EXPECT_NE(t.ui.logs[0].text.find("'C-2\\TRD4:WXYZ' is too long"), std::string::npos);
+}
+
+TEST_F(Migration, ARecordThatLosesItsLastValueStaysARecord) {
+    t.write("[kavu]00000000.C_O", "[A]\r\nMOT5=x\r\n[B]\r\nDCT=PTM\r\n[C]\r\nTRD1=x\r\n");
+    EXPECT_TRUE(migrate(1999, 1996));
+    EXPECT_EQ(t.read("[kavu]00000000.C_O"), "[A]\r\nDCN=A\r\n[B]\r\nDCN=B\r\n[C]\r\nTRD1=x\r\n");
+    t.write("[kavu]00000000.C_O", "[A]\r\nFPF=IEEE\r\n");
+    EXPECT_TRUE(migrate(2000, 1999));
+    EXPECT_EQ(t.read("[kavu]00000000.C_O"), "[A]\r\nDCN=A\r\n");
 }
 
 TEST_F(Migration, RecordsWhoseNamesDifferOnlyInCaseAreBothChanged) {

@@ -158,6 +158,14 @@ TEST_F(Reindex, RenumberingChangesTheGroupsOwnIndexOnly) {
     EXPECT_FALSE(t.has("[kavu]PCMMEAS.D07"));
 }
 
+TEST_F(Reindex, RenumberingKeepsWhatCannotBeTakenApart) {
+    t.write("[kavu]PCMFMT.P02",
+            "P-2\\DLN:A;\r\nP-2\\X 1;\r\nP-2;\r\nP-2:a\\b:c;\r\nP-2\\TF:ONE;\r\n");
+    EXPECT_TRUE(renumber('P'));
+    EXPECT_EQ(t.read("[kavu]PCMFMT.P01"),
+              "P-1\\DLN:A;\r\nP-2\\X 1;\r\nP-2;\r\nP-2:a\\b:c;\r\nP-1\\TF:ONE;\r\n");
+}
+
 TEST_F(Reindex, AGroupIsGivenUpIfTheFolderCanNotBeMade) {
     t.write("tmp", "a file in its place");
     t.write("[kavu]PCMFMT.P05", "P-5\\DLN:A;\r\n");

@@ -60,6 +60,7 @@ enum class CommandId : int {
     // Without a number in the table of messages; the prompts are our own.
     Undo = 1001,
     Redo = 1002,
+    KeepComments = 1003,
 };
 
 enum class MenuId { File, Edit, Reports, Database, Options, View, Help };

@@ -129,6 +129,10 @@ void MainWindow::installChoices() {
     };
     handlers_[CommandId::MakeBackups] = backups(true);
     handlers_[CommandId::NoBackups] = backups(false);
+    handlers_[CommandId::KeepComments] = [this] {
+        application_.context().settings.set(setting::kKeepComments,
+                                            action(CommandId::KeepComments)->isChecked());
+    };
 }
 
 void MainWindow::updateChecks() {
@@ -143,6 +147,7 @@ void MainWindow::updateChecks() {
     choose(!settings.get(setting::kCheckDuplicates), CommandId::AllowSameNames,
            CommandId::RefuseSameNames);
     choose(settings.get(setting::kCreateBackup), CommandId::MakeBackups, CommandId::NoBackups);
+    action(CommandId::KeepComments)->setChecked(settings.get(setting::kKeepComments));
 }
 
 void MainWindow::fillRecentMenu() {

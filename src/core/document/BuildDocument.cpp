@@ -2,6 +2,8 @@
 
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "core/document/Banner.h"
+#include "core/document/ConversionComments.h"
 #include "core/document/DocumentFiles.h"
 #include "core/document/DocumentHistory.h"
 #include "core/document/DocumentVersion.h"
@@ -18,11 +20,14 @@
 #include "core/text/Text.h"
 
 #include <cerrno>
+#include <set>
 #include <unordered_set>
 
 namespace kavu {
 
 namespace {
+
+constexpr const char* kConversionGroup = "Data Conversion Attributes";
 
 /// A group file of a crashed run may end within a command.
 void noteCutOff(UserInterface* parent, const std::string& where) {
@@ -59,7 +64,10 @@ bool checkNoneVanished(const DocumentContext& context, UserInterface* parent) {
 class Builder {
   public:
     Builder(DocumentContext& context, UserInterface* parent, FileWriter& target)
-        : context_(context), parent_(parent), target_(target) {}
+        : context_(context),
+          parent_(parent),
+          target_(target),
+          keepComments_(context.settings.get(setting::kKeepComments)) {}
 
     bool run() {
         // One listing shows what is there. Trying every name would cost a call for each, and
@@ -93,7 +101,35 @@ class Builder {
     }
 
     bool saveConversions() {
-        return !context_.steps.saveConversions || context_.steps.saveConversions(parent_, target_);
+        const bool joined =
+            keepComments_ && names_.contains(std::string(working::kConversionComments));
+        if (!(joined ? saveConversionsWithComments() : writeConversions(target_))) {
+            return false;
+        }
+        return !names_.contains(std::string(working::kUnsplitConversions)) ||
+               copyFrom(working::kUnsplitConversions, "Saving Data Conversion Information",
+                        kConversionGroup, keepComments_);
+    }
+
+    bool writeConversions(FileWriter& target) {
+        return !context_.steps.saveConversions || context_.steps.saveConversions(parent_, target);
+    }
+
+    bool saveConversionsWithComments() {
+        const auto path = context_.store.pathOf(working::kWrittenConversions);
+        FileWriter group;
+        auto status = group.open(path, WriteMode::Truncate);
+        const bool written = status.ok() && writeConversions(group);
+        status = group.close();
+        if (written && status.ok()) {
+            status = joinConversionComments(context_.files, context_.reader, path, target_);
+        }
+        (void)deleteFile(path);
+        if (!status.ok()) {
+            reportUnreadableGroup(context_.messages, parent_, status, kConversionGroup,
+                                  status.path());
+        }
+        return written && status.ok() && target_.status().ok();
     }
 
     /// Groups that the edition does not know stay in the working store, and are in no file.
@@ -130,37 +166,84 @@ class Builder {
     }
 
     bool saveFile(const GroupKind& kind, int index) {
-        const auto path = context_.store.pathOf(groupFile(kind.letter, index));
+        // The banner is in the G file.
+        return copyFrom(groupFile(kind.letter, index), progressText(kind, index),
+                        nameOfGroup(context_, kind), keepComments_ || kind.letter == 'G');
+    }
+
+    bool copyFrom(std::string_view file, const std::string& progress, const std::string& group,
+                  bool withComments) {
+        const auto path = context_.store.pathOf(file);
         ByteSource source;
         auto status = source.open(path);
         if (status.ok()) {
-            if (!copyGroupFile(context_, parent_, source, target_, progressText(kind, index),
-                               lineCounter_, kind.letter == 'G')) {
+            if (!copyGroupFile(context_, parent_, source, target_, progress, lineCounter_,
+                               withComments)) {
                 return false;
             }
             status = source.status();
         }
         if (!status.ok()) {
-            reportUnreadableGroup(context_.messages, parent_, status, nameOfGroup(context_, kind),
-                                  path);
+            reportUnreadableGroup(context_.messages, parent_, status, group, path);
         }
-        // A target that cannot be written is reported when it is closed.
+        // A target that takes no more is reported when it is closed.
         return status.ok() && target_.status().ok();
     }
 
     DocumentContext& context_;
     UserInterface* parent_;
     FileWriter& target_;
+    bool keepComments_;
     std::unordered_set<std::string> names_;
     unsigned lineCounter_ = 0;
 };
 
-/// Inserts `head` at the front of the G file, or after the comments at its head.
+/// Takes the banner of an earlier save out of the G file; other comments stay.
+IoStatus dropBanner(DocumentContext& context) {
+    ByteSource source;
+    auto status = source.open(context.files.path(working::kGeneral));
+    std::set<long> banner;  // the numbers of its commands
+    BannerFilter filter;
+    std::string command;
+    const auto stays = [&banner](const std::vector<FileComment>& comments) {
+        for (const auto& comment : comments) {
+            banner.erase(comment.line);
+        }
+    };
+    for (long number = 0; status.ok() && context.reader.nextRawCommand(source, command); ++number) {
+        if (isComment(command)) {
+            banner.insert(number);
+            stays(filter.add({number, command}));
+        } else if (filter.isWaiting()) {
+            stays(filter.end());
+        }
+    }
+    stays(filter.end());
+    status = status.ok() ? source.status() : status;
+    source.close();
+    if (status.ok() && !banner.empty()) {
+        long number = 0;
+        rewriteGroup(
+            context.files, context.reader, working::kGeneral, Cut::Commands,
+            [&](CommandEdit& edit) {
+                if (banner.contains(number++)) {
+                    edit.erase();
+                }
+            },
+            {}, status);
+    }
+    return status;
+}
+
+/// Inserts `head` at the front of the G file, or after the banner at its head.
 bool putIntoGeneralFile(DocumentContext& context, UserInterface* parent, const std::string& head,
-                        bool behindComments) {
+                        bool behindBanner) {
     bool placed = false;
+    std::size_t passed = 0;
     const auto place = [&](CommandEdit& command) {
-        if (!placed && !(behindComments && startsWithIgnoreCase(command.text(), "COMMENT:"))) {
+        const bool inBanner = behindBanner && passed < kBannerLines && isComment(command.text());
+        passed += inBanner ? 1 : 0;
+        if (!placed && !inBanner) {
             command.before(head);
             placed = true;
         }
@@ -202,23 +285,19 @@ bool writeBanner(DocumentContext& context, UserInterface* parent) {
         return true;
     }
     IoStatus status;
-    (void)rewriteCommands(context.files, working::kGeneral, "COMMENT", std::nullopt, std::nullopt,
-                          &status);
+    if (context.settings.get(setting::kKeepComments)) {
+        status = dropBanner(context);
+    } else {
+        (void)rewriteCommands(context.files, working::kGeneral, "COMMENT", std::nullopt,
+                              std::nullopt, &status,
+                              changedByTextLog(context.messages, parent, title::kWarning));
+    }
     if (!status.ok()) {
         reportUnableToWrite(parent, status, title::kErrorSaving);
         return false;
     }
-    const auto now = context.clock.now();
-    const std::string line =
-        formatPrintf("This file %s on %s at %s by the KAVU Software;",
-                     context.document.created ? "created" : "saved", dateText(now), timeText(now));
-    const std::string rule = std::string(line.size() - 1, '*') + ";";
-    std::string banner;
-    for (const std::string& text :
-         {rule, line, kBannerMaker + std::string(";"), kBannerHelp + std::string(";"), rule}) {
-        banner += "COMMENT: " + text + "\r\n";
-    }
-    return putIntoGeneralFile(context, parent, banner, false);
+    return putIntoGeneralFile(context, parent,
+                              bannerText(context.clock.now(), context.document.created), false);
 }
 
 bool writeFileNameField(DocumentContext& context, UserInterface* parent, const std::string& path) {
@@ -230,7 +309,8 @@ bool writeFileNameField(DocumentContext& context, UserInterface* parent, const s
     toStoredForm(name);
     IoStatus status;
     const bool replaced =
-        rewriteCommands(context.files, working::kGeneral, "G\\FN", std::nullopt, name, &status);
+        rewriteCommands(context.files, working::kGeneral, "G\\FN", std::nullopt, name, &status,
+                        changedByTextLog(context.messages, parent, title::kWarning));
     if (!status.ok()) {
         reportUnableToWrite(parent, status, title::kErrorSaving);
         return false;
@@ -354,6 +434,7 @@ bool saveDocumentTo(DocumentContext& context, UserInterface* parent, const std::
     }
     context.document.path = path;
     context.history.markSaved();
+    context.messages.showLog(parent, path);
     return true;
 }
 

@@ -18,10 +18,11 @@ bool buildTmatsFile(DocumentContext& context, UserInterface* parent, const std::
 bool copyGroupFile(DocumentContext& context, UserInterface* parent, ByteSource& source,
                    FileWriter& target, const std::string& progressText, unsigned& lineCounter,
                    bool withComments);
-/// Puts the banner at the head of the G file; does nothing below edition 1999.
+/// Puts the banner at the head of the G file; does nothing below edition 1999. Without the setting
+/// that keeps them all comments go, and every command with "COMMENT:" in its text, which is logged.
 bool writeBanner(DocumentContext& context, UserInterface* parent);
 /// Sets `G\FN` to the name of the file without its folder; does nothing below edition
-/// 2009.
+/// 2009. Logs every command that gets the name because its value holds "G\FN:".
 bool writeFileNameField(DocumentContext& context, UserInterface* parent, const std::string& path);
 
 /// Saves under the document's path; without one, or for a read-only file, as
@@ -37,10 +38,5 @@ enum class CloseResult { Closed = 1, Cancelled = 2 };
 CloseResult closeDocument(DocumentContext& context, UserInterface* parent);
 /// Closes the document, and asks nothing: what was changed in it is lost.
 void dropDocument(DocumentContext& context, UserInterface* parent);
-
-/// The maker of a file, for the banner.
-inline constexpr const char* kBannerMaker = "Written by the Kavu Telemetry Workbench, TMATS Editor";
-inline constexpr const char* kBannerHelp =
-    "Help: the manual that comes with the program (kavu-cli --help)";
 
 }  // namespace kavu

@@ -60,7 +60,13 @@ std::string_view GroupFile::value(std::string_view code) const {
 void GroupFile::set(std::string_view code, std::string_view stored,
                     const std::function<std::size_t()>& place) {
     auto at = firstOf(code);
-    at = at == commands_.size() ? place() : at;
+    if (at == commands_.size()) {
+        at = place();
+        // What is in front of a command, such as a comment on it, stays there.
+        while (at > 0 && at < commands_.size() && commands_.at(at - 1).head.empty()) {
+            --at;
+        }
+    }
     rebuild(code, at, std::string(code).append(":").append(stored).append(";"));
 }
 
@@ -117,6 +123,9 @@ std::vector<std::string> GroupFile::leftovers(std::string_view rewritten) const 
     std::vector<std::string> lost;
     for (std::size_t place = 0; place < commands_.size(); ++place) {
         const auto command = commands_.at(place);
+        if (command.head.empty()) {
+            continue;
+        }
         const auto code = codeKey(command);
         const bool isWritten = written.contains(code);
         const bool isRepeat = read.contains(code);

@@ -52,6 +52,8 @@ class GroupFile {
     ///  - repetitions of a command that was read, as long as the new text has it: a user who
     ///  empties
     ///    a field does not want a repetition to take its place.
+    /// Comments, and commands that cannot be taken apart, are not among them: they belong to no
+    /// model (see CarriedCommands.h).
     [[nodiscard]] std::vector<std::string> leftovers(std::string_view rewritten) const;
 
     /// Replaces the file by the commands, one per line. After a failure the file is as it was.

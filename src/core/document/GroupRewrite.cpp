@@ -34,7 +34,8 @@ bool nextRun(ByteSource& source, std::string& run) {
     return any;
 }
 
-void writeLine(DocumentWriter& writer, std::string_view command) {
+template <typename Writer>
+void writeLine(Writer& writer, std::string_view command) {
     if (!command.empty()) {
         writer.write(command);
         writer.write("\r\n");
@@ -74,6 +75,8 @@ class RuleWalk {
     }
 
     [[nodiscard]] const ValueRule& rule() const { return rule_; }
+    /// The code of the rule in the group, without indices.
+    [[nodiscard]] const std::string& stem() const { return stem_; }
     /// True if the pattern of the rule, with any of the indices, is in the command.
     [[nodiscard]] bool matches(std::string_view command) const {
         for (auto at = command.find(stem_); at != std::string_view::npos;
@@ -196,15 +199,23 @@ bool rewriteValues(
 }
 
 bool rewriteCommands(DocumentFiles& files, std::string_view name,
-                     const std::vector<CommandRewrite>& rewrites, IoStatus* status) {
+                     const std::vector<CommandRewrite>& rewrites, IoStatus* status,
+                     const OtherCommand& other) {
     TmatsReader reader;
     IoStatus ignored;
     return rewriteGroup(
         files, reader, name, Cut::Runs,
         [&](CommandEdit& command) {
             for (const auto& rewrite : rewrites) {
-                if (command.text().find(rewrite.pattern) != std::string::npos &&
-                    !change(command, rewrite.newValue)) {
+                const auto code = viewCommand(rewrite.pattern).code;
+                if (command.text().find(rewrite.pattern) == std::string::npos ||
+                    (isComment(command.text()) && !equalsIgnoreCase(code, "COMMENT"))) {
+                    continue;
+                }
+                if (other && !equalsIgnoreCase(viewCommand(command.text()).code, code)) {
+                    other(code, command.text());
+                }
+                if (!change(command, rewrite.newValue)) {
                     return;
                 }
             }
@@ -214,7 +225,8 @@ bool rewriteCommands(DocumentFiles& files, std::string_view name,
 
 bool rewriteCommands(DocumentFiles& files, std::string_view name, std::string_view code,
                      std::optional<std::string_view> oldValue,
-                     std::optional<std::string_view> newValue, IoStatus* status) {
+                     std::optional<std::string_view> newValue, IoStatus* status,
+                     const OtherCommand& other) {
     if (name.empty() || code.empty()) {
         return false;
     }
@@ -223,11 +235,12 @@ bool rewriteCommands(DocumentFiles& files, std::string_view name, std::string_vi
     if (newValue) {
         rewrite.newValue = std::string(*newValue);
     }
-    return rewriteCommands(files, name, {rewrite}, status);
+    return rewriteCommands(files, name, {rewrite}, status, other);
 }
 
 bool applyRules(TmatsReader& reader, DocumentFiles& files, std::string_view name, char letter,
-                int index, std::span<const ValueRule> rules, IoStatus& status) {
+                int index, std::span<const ValueRule> rules, IoStatus& status,
+                const OtherCommand& other) {
     const auto head = groupHead(letter, index);
     std::vector<RuleWalk> walks;
     for (const auto& rule : rules) {
@@ -260,7 +273,14 @@ bool applyRules(TmatsReader& reader, DocumentFiles& files, std::string_view name
         files, reader, name, Cut::Commands,
         [&](CommandEdit& edit) {
             for (const auto& walk : walks) {
-                if (walk.matches(edit.text()) && !change(edit, walk.rule().newValue)) {
+                const auto view = viewCommand(edit.text());
+                if (view.head.empty() || !walk.matches(view.text)) {
+                    continue;
+                }
+                if (other && !startsWithIgnoreCase(view.code, walk.stem())) {
+                    other(walk.stem(), view.text);
+                }
+                if (!change(edit, walk.rule().newValue)) {
                     return;
                 }
             }
@@ -280,7 +300,11 @@ IoStatus copyWithGroupIndex(const std::string& from, const std::string& to, int 
     TmatsReader reader;
     std::string command;
     std::string head;
-    while (reader.nextCommand(source, command)) {
+    while (reader.nextRawCommand(source, command)) {
+        if (viewCommand(command).head.empty()) {  // in no model
+            writeLine(writer, command);
+            continue;
+        }
         const auto parts = splitCommand(command);
         if (parts.group.size() >= 3 && parts.group[1] == '-') {
             head.assign(1, parts.group[0]).append("-");

@@ -78,17 +78,24 @@ struct CommandRewrite {
     std::optional<std::string> newValue;
 };
 
+/// Called before a command is changed that is of another code and only holds the pattern in its
+/// value: what its author wrote there is lost. `code` is that of the pattern.
+using OtherCommand = std::function<void(std::string_view code, std::string_view command)>;
+
 /// Changes or deletes all matching commands of a group file. The pattern is the code, `:`
 /// and the old value if there is one: a substring test, not a test of the code, so
-/// deleting "COMMENT" removes every command with "COMMENT:" anywhere in it. True if any
-/// command matched. `status`, if given, reports a file that could not be read or written.
+/// deleting "COMMENT" removes every command with "COMMENT:" anywhere in it. Comments of the file
+/// match no other code. True if any command matched. `status`, if given, reports a file that could
+/// not be read or written.
 bool rewriteCommands(DocumentFiles& files, std::string_view name, std::string_view code,
                      std::optional<std::string_view> oldValue,
-                     std::optional<std::string_view> newValue, IoStatus* status = nullptr);
+                     std::optional<std::string_view> newValue, IoStatus* status = nullptr,
+                     const OtherCommand& other = {});
 /// Several changes in one pass, applied to each command in their order as if each were a
 /// pass of its own.
 bool rewriteCommands(DocumentFiles& files, std::string_view name,
-                     const std::vector<CommandRewrite>& rewrites, IoStatus* status = nullptr);
+                     const std::vector<CommandRewrite>& rewrites, IoStatus* status = nullptr,
+                     const OtherCommand& other = {});
 
 /// How many list indices follow a code. An index is counted up from 1 as long as there is
 /// a command of that code; commands after a gap are left alone.
@@ -108,10 +115,12 @@ struct ValueRule {
 /// and, only if there is something, written once. True if any command matched; `status`
 /// reports a file that could not be read or written (a missing file is no failure).
 bool applyRules(TmatsReader& reader, DocumentFiles& files, std::string_view name, char letter,
-                int index, std::span<const ValueRule> rules, IoStatus& status);
+                int index, std::span<const ValueRule> rules, IoStatus& status,
+                const OtherCommand& other = {});
 
-/// Copies an indexed group file, giving every command another group index; commands without
-/// one are left out. Semicolons in a value are removed. A failure may leave a partial copy.
+/// Copies an indexed group file, giving every command another group index; commands of a group
+/// without one are left out. Semicolons in a value are removed. Comments, and what cannot be taken
+/// apart, stay as they are (see CarriedCommands.h). A failure may leave a partial copy.
 [[nodiscard]] IoStatus copyWithGroupIndex(const std::string& from, const std::string& to,
                                           int index);
 

@@ -9,6 +9,7 @@
 #include "core/files/FileIo.h"
 #include "core/talk/Messages.h"
 #include "core/talk/OpenFileChecked.h"
+#include "core/talk/ProfileSettings.h"
 #include "core/text/Clock.h"
 #include "core/text/Text.h"
 #include "core/text/TextEncoding.h"
@@ -26,12 +27,18 @@ bool isIndexedLetter(char letter) {
 
 }  // namespace
 
+GroupSplitter::GroupSplitter(DocumentContext& context, UserInterface* parent)
+    : context_(context),
+      parent_(parent),
+      keepComments_(context.settings.get(setting::kKeepComments)) {}
+
 bool GroupSplitter::run(const std::string& path) {
     ByteSource source;
     if (!openFileChecked(parent_, path, source)) {
         return false;
     }
     conversions_.name = working::kData1;
+    unsplit_.name = working::kUnsplitConversions;
     conversions_.title = "EU Information - Measurement: #%d";
     if (const auto status = writeWholeFile(context_.store.pathOf(working::kData1), {});
         !status.ok()) {
@@ -44,6 +51,10 @@ bool GroupSplitter::run(const std::string& path) {
     }
     notes_.filler(cutFiller(source));
     if (!splitCommands(source)) {
+        return false;
+    }
+    if (const auto status = conversionComments_.store(context_.files); !status.ok()) {
+        reportWriteFailure(status);
         return false;
     }
     // A file that another program has changed meanwhile may be the front of one state and
@@ -86,6 +97,7 @@ bool GroupSplitter::splitCommands(ByteSource& source) {
 }
 
 bool GroupSplitter::endOfFile(ByteSource& source, std::size_t partial, long line) {
+    endComments();
     if (!source.status().ok()) {
         showBox(parent_,
                 formatPrintf("Unable to read '%s'\n\nReason: %s", source.status().path(),
@@ -103,37 +115,76 @@ bool GroupSplitter::endOfFile(ByteSource& source, std::size_t partial, long line
 
 bool GroupSplitter::sortCommand(std::string_view command, long line) {
     if (isComment(command)) {
-        notes_.comment(line, command);
+        takeComments(banner_.add({line, std::string(command)}));
         return true;
     }
-    Target* const to = targetOf(command, line);
+    if (banner_.isWaiting()) {
+        takeComments(banner_.end());
+    }
+    Target* to = targetOf(command, line);
     if (to == nullptr) {
         notes_.unknownCommand(line, command);
         return true;
     }
     std::string changed;
-    if (const auto view = viewCommand(command); !view.hasColon) {
-        notes_.withoutColon(line, command);
+    if (const auto view = viewCommand(command); view.head.empty()) {
+        notes_.unsplit(line, command);
+        to = to == &conversions_ ? &unsplit_ : to;
     } else if (mayHoldLeadingZero(view.code) && dropZeros(command, line, changed)) {
         command = changed;
     }
     if (command.find('\0') != std::string::npos) {
         notes_.nulBytes(line);
     }
+    if (to->isSaved) {
+        last_ = to;
+        putComments(*to, command);
+    }
     if (holdsLineBreak(command)) {
         notes_.severalLines(line, command);
-        std::string stored(command);
-        toStoredForm(stored);
-        to->lines.append(stored);
-    } else {
-        to->lines.append(command);
+        changed.assign(command);
+        toStoredForm(changed);
+        command = changed;
     }
-    to->lines.append("\r\n");
+    to->lines.append(command).append("\r\n");
     buffered_ += command.size() + 2;
     if (to->lines.size() >= kTargetBuffer && !flush(*to)) {
         return false;
     }
     return buffered_ < kAllBuffers || flushAll();
+}
+
+void GroupSplitter::takeComments(const std::vector<FileComment>& comments) {
+    for (const auto& comment : comments) {
+        notes_.comment(comment.line, comment.text, keepComments_);
+        if (keepComments_) {
+            auto text = comment.text;
+            toStoredForm(text);
+            comments_.append(text).append("\r\n");
+        }
+    }
+}
+
+void GroupSplitter::putComments(Target& target, std::string_view command) {
+    if (keepComments_ && &target == &conversions_) {
+        if (!command.empty()) {
+            conversionComments_.note(command);
+        }
+        if (!comments_.empty()) {
+            conversionComments_.add(command, comments_);
+        }
+    } else {
+        target.lines.append(comments_);
+        buffered_ += comments_.size();
+    }
+    comments_.clear();
+}
+
+void GroupSplitter::endComments() {
+    takeComments(banner_.end());
+    if (!comments_.empty()) {
+        putComments(last_ != nullptr ? *last_ : target(groupKind('G'), 0), {});
+    }
 }
 
 /// Look-ups compare codes as texts, and a save writes them as they are: an index that is the same
@@ -172,6 +223,7 @@ GroupSplitter::Target* GroupSplitter::targetOf(std::string_view command, long li
     Target& found = target(groupKind(letter), index);
     if (index < kLeastGroupIndex || index > kMostGroupIndex) {
         notes_.indexOutOfRange(line, command);
+        found.isSaved = false;
         return &found;
     }
     const auto rest = afterHead(command);
@@ -222,7 +274,8 @@ bool GroupSplitter::flushAll() {
         }
         target.lines.shrink_to_fit();
     }
-    return conversions_.lines.empty() || flush(conversions_);
+    return (conversions_.lines.empty() || flush(conversions_)) &&
+           (unsplit_.lines.empty() || flush(unsplit_));
 }
 
 void GroupSplitter::reportWriteFailure(const IoStatus& status) {

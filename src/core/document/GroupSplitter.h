@@ -2,6 +2,8 @@
 #pragma once
 
 #include "core/TmatsDocument.h"
+#include "core/document/Banner.h"
+#include "core/document/ConversionComments.h"
 #include "core/talk/LoadNotes.h"
 
 #include <cstdint>
@@ -19,8 +21,7 @@ struct GroupKind;
 /// alternate in the file do not cost an open and a close for every command.
 class GroupSplitter {
   public:
-    GroupSplitter(DocumentContext& context, UserInterface* parent)
-        : context_(context), parent_(parent) {}
+    GroupSplitter(DocumentContext& context, UserInterface* parent);
 
     /// True unless it was cancelled or has failed; a failure has been reported, with
     /// message 157 ("partial command") for a command that the end of the file cuts off
@@ -32,12 +33,19 @@ class GroupSplitter {
         std::string name;   ///< of the working file
         std::string title;  ///< section title of the status line
         std::string lines;
+        bool isSaved = true;  ///< what goes there comes out on saving
     };
 
     bool splitCommands(ByteSource& source);
     bool sortCommand(std::string_view command, long line);
     /// Gives a command whose indices have zeros at their front without them; false if it has none.
     bool dropZeros(std::string_view command, long line, std::string& changed);
+    /// Takes comments that are in no banner.
+    void takeComments(const std::vector<FileComment>& comments);
+    /// Puts the comments that wait for a command in front of it.
+    void putComments(Target& target, std::string_view command);
+    /// Puts the comments that no command follows at the end of the last group.
+    void endComments();
     /// The target of a command, or null for a command that is not kept.
     Target* targetOf(std::string_view command, long line);
     Target& target(const GroupKind& kind, std::int64_t index);
@@ -51,8 +59,14 @@ class GroupSplitter {
     DocumentContext& context_;
     UserInterface* parent_;
     LoadNotes notes_;
+    bool keepComments_;
+    BannerFilter banner_;
+    ConversionComments conversionComments_;
+    std::string comments_;  ///< that wait for the command that follows them
+    Target* last_ = nullptr;
     std::unordered_map<std::string, Target> targets_;
     Target conversions_;
+    Target unsplit_;  ///< commands of the C group that no record can hold
     Target* current_ = nullptr;
     std::string currentPrefix_;
     std::size_t buffered_ = 0;

@@ -166,8 +166,8 @@ bool readTmatsFile(DocumentContext& context, UserInterface* parent, const std::s
         good = target != 0;
         setStatusText(parent, "Pre-processing Data Conversion Information");
         if (good && !project && steps.loadConversions) {
-            // Between two editions the fields of both are needed: those of the latest.
-            good = steps.loadConversions(parent, input == target ? target : kLatestEdition);
+            // The limits of a document are those of its own edition, until it has moved to another.
+            good = steps.loadConversions(parent, input);
         }
         if (good && steps.migrate) {
             const auto migrated = steps.migrate(parent, input, target);

@@ -32,6 +32,17 @@ void reportFailedAction(const Messages& messages, UserInterface* parent, const I
                          name.empty() ? std::string_view(status.path()) : name);
 }
 
+std::function<void(std::string_view code, std::string_view command)> changedByTextLog(
+    const Messages& messages, UserInterface* parent, MessageTitle titleId) {
+    return [&messages, parent, titleId](std::string_view code, std::string_view command) {
+        messages.logText(
+            parent, titleId,
+            formatPrintf("This command holds the text '%s:' in its value, and was changed or "
+                         "removed with the commands of that code. It was:\n%s",
+                         code, command));
+    };
+}
+
 void reportUnreadableGroup(const Messages& messages, UserInterface* parent, const IoStatus& status,
                            std::string_view group, std::string_view path) {
     messages.showFailure(parent, status, 407, title::kErrorSaving, kWarningBox, group, path);

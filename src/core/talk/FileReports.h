@@ -4,6 +4,7 @@
 
 #include "core/talk/Messages.h"
 
+#include <functional>
 #include <string_view>
 
 namespace kavu {
@@ -22,6 +23,10 @@ void reportUnableToWrite(UserInterface* parent, const IoStatus& status,
 void reportFailedAction(const Messages& messages, UserInterface* parent, const IoStatus& status,
                         MessageTitle titleId, std::string_view action, std::string_view name = {},
                         const BoxStyle& style = kErrorBox);
+/// Logs each command that a change met because its value holds the text of another one, of `code`;
+/// `command` is as it was before. REQUIRES: the messages outlive the function.
+[[nodiscard]] std::function<void(std::string_view code, std::string_view command)> changedByTextLog(
+    const Messages& messages, UserInterface* parent, MessageTitle titleId);
 /// Message 407 ("Unable to read"): a group that is being saved, under its name in
 /// messages.
 void reportUnreadableGroup(const Messages& messages, UserInterface* parent, const IoStatus& status,

@@ -62,7 +62,10 @@ void LoadNotes::Finding::add(long at, std::string_view command) {
     }
 }
 
-void LoadNotes::comment(long line, std::string_view command) {
+void LoadNotes::comment(long line, std::string_view command, bool kept) {
+    if (!kept) {
+        comments_.add(line, command);
+    }
     if (const auto at = embeddedCommand(command); at != std::string_view::npos) {
         swallowing_.add(line, command.substr(at));
     }
@@ -112,11 +115,8 @@ void LoadNotes::tellLeftOut(UserInterface& parent, bool opened) const {
     tell(zeros_.text("Line %ld: an index with a 0 at its front is read as its number: %s",
                      "%ld commands have an index with a 0 at its front, which is read as its "
                      "number, the first at line %ld: %s"));
-    tell(swallowing_.text(
-        "Line %ld: a COMMENT without its semicolon takes the command after it along, and both "
-        "are left out: %s",
-        "%ld COMMENTs without their semicolon take the commands after them along, and are left "
-        "out, the first at line %ld: %s"));
+    tell(comments_.text("Line %ld: a comment of the file is left out: %s",
+                        "%ld comments of the file are left out, the first at line %ld: %s"));
 }
 
 void LoadNotes::tellKept(UserInterface& parent) const {
@@ -131,9 +131,16 @@ void LoadNotes::tellKept(UserInterface& parent) const {
                          "They are kept as they are.",
                          nulBytes_.count, nulBytes_.line));
     }
-    tell(colon_.text("Line %ld: a command without a colon is kept as it is: %s",
-                     "%ld commands without a colon are kept as they are, the first at line %ld: "
-                     "%s"));
+    tell(swallowing_.text(
+        "Line %ld: a COMMENT without its semicolon takes the command after it along: %s",
+        "%ld COMMENTs without their semicolon take the commands after them along, the first at "
+        "line %ld: %s"));
+    tell(unsplit_.text(
+        "Line %ld: a command without a colon, or without a backslash in front of it, is kept as it "
+        "is: %s",
+        "%ld commands without a colon, or without a backslash in front of it, are kept as they "
+        "are, "
+        "the first at line %ld: %s"));
     tell(swallowed_.text(
         "Line %ld: a value holds what looks like another command; is a semicolon missing in "
         "front of it? %s",

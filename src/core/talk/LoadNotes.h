@@ -25,10 +25,11 @@ class LoadNotes {
     void indexOutOfRange(long line, std::string_view command) { range_.add(line, command); }
     /// A command with an index that has zeros at its front; the load drops them.
     void leadingZeros(long line, std::string_view command) { zeros_.add(line, command); }
-    /// A command without a `:`; it is kept as it is, and no look-up finds it.
-    void withoutColon(long line, std::string_view command) { colon_.add(line, command); }
-    /// A comment of the file, which is not kept; remarked only if it holds a command.
-    void comment(long line, std::string_view command);
+    /// A command without a `:`, or without a `\` in front of it; it is kept as it is, and no
+    /// look-up finds it.
+    void unsplit(long line, std::string_view command) { unsplit_.add(line, command); }
+    /// A comment of the file. One that is kept is remarked only if it holds a command.
+    void comment(long line, std::string_view command, bool kept);
     /// A command over several lines; remarked only if a line of its value looks like the
     /// start of another command.
     void severalLines(long line, std::string_view command);
@@ -56,7 +57,8 @@ class LoadNotes {
     Finding unknown_;
     Finding range_;
     Finding zeros_;
-    Finding colon_;
+    Finding unsplit_;
+    Finding comments_;
     Finding swallowing_;
     Finding swallowed_;
 };

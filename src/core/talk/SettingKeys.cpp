@@ -8,6 +8,7 @@ namespace {
 
 constexpr auto kKeys = std::to_array<SettingKey>({
     &setting::kCreateBackup,
+    &setting::kKeepComments,
     &setting::kCheckDuplicates,
     &setting::kOpenFilter,
     &setting::kInputEdition,

@@ -37,6 +37,8 @@ namespace setting {
 
 // --- Documents
 inline constexpr FlagKey kCreateBackup{"CreateBackup", true};
+/// Comments of a file, its `COMMENT:` commands, stay where they are.
+inline constexpr FlagKey kKeepComments{"KeepComments"};
 inline constexpr FlagKey kCheckDuplicates{"CheckForDupMeasurements", true};
 inline constexpr IntKey kOpenFilter{"OpenFilterIndex", 1};
 /// A year or its two digits. Without a value the latest, which is then written to the

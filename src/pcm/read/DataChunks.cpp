@@ -7,6 +7,7 @@
 #include "groups/GroupScan.h"
 #include "pcm/PcmLoad.h"
 #include "pcm/model/RecordField.h"
+#include "pcm/read/PcmCounts.h"
 #include "vocabulary/DGroupFields.h"
 
 #include <algorithm>
@@ -24,6 +25,9 @@ constexpr std::uint64_t kStep = 1U << 16U;
 
 }  // namespace
 
+DataChunks::DataChunks(PcmLoad& load, int group)
+    : load_(load), group_(group), counts_(measurementCountRules(), load.edition()) {}
+
 DataChunks::~DataChunks() {
     for (const auto& [number, text] : waiting_) {
         if (fileExists(pathOf(number))) {
@@ -40,11 +44,17 @@ void DataChunks::add(std::string_view command) {
     // Not only known fields go with the list: its file is copied as it is.
     if (load_.edition() >= 2009 && startsWithIgnoreCase(afterHead(command), "SMF\\")) {
         smf_.append(command).append("\r\n");
+        const auto smf = viewCommand(command);
+        counts_.addBeyondOne(codeHead(smf.field), parseCommandIndices(command), smf.value);
         return;
     }
     const auto indices = parseCommandIndices(command);
     const auto view = viewCommand(command);
     const auto head = codeHead(view.field);
+    counts_.addBeyondOne(head, indices, view.value);
+    if (indices.count >= 2) {
+        counts_.addRow(indices.fields[0], indices.fields[1]);
+    }
     if (indices.count == 1 && equalsIgnoreCase(head, codeHead(measurement_field::kCount.code))) {
         countedLists_.insert(indices.fields[0]);
     }
@@ -121,6 +131,12 @@ bool DataChunks::split() {
         reportUnableToWrite(load_.parent, status);
     }
     return status.ok();
+}
+
+void DataChunks::reportCounts() {
+    counts_.report(load_.prefix, [this](const std::string& text) {
+        load_.logLeftOut(title::kErrorReadingMeasurement, text);
+    });
 }
 
 CommandIndex* DataChunks::chunkOf(int measurement) {

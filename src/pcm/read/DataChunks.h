@@ -4,6 +4,7 @@
 
 #include "core/document/CommandIndex.h"
 #include "core/files/IoStatus.h"
+#include "groups/CountCheck.h"
 
 #include <map>
 #include <set>
@@ -21,7 +22,7 @@ class DataChunks {
     static constexpr int kMeasurementsInChunk = 100;
     /// Measurements with a higher number are not read.
 
-    DataChunks(PcmLoad& load, int group) : load_(load), group_(group) {}
+    DataChunks(PcmLoad& load, int group);
     DataChunks(const DataChunks&) = delete;
     DataChunks& operator=(const DataChunks&) = delete;
     /// Deletes the chunk files.
@@ -38,6 +39,8 @@ class DataChunks {
     [[nodiscard]] CommandIndex& lists();
     /// The numbers of the lists that state how many measurements they have.
     [[nodiscard]] const std::set<int>& countedLists() const { return countedLists_; }
+    /// Logs each count that is smaller than what is there.
+    void reportCounts();
     /// The first measurement number from `number` on whose chunk exists, or one that is too
     /// high.
     [[nodiscard]] int nextPresent(int number) const;
@@ -61,6 +64,7 @@ class DataChunks {
     std::size_t readBytes_ = 0;
     CommandIndex none_;
     std::set<int> countedLists_;
+    CountCheck counts_;
     bool hasWordFrame_ = false;
     bool hasOtherTypes_ = false;
 };

@@ -69,6 +69,22 @@ class MeasurementInput {
         const auto value = wholeText(field, indices);
         return value ? std::optional(std::max(0, leadingInt(*value))) : std::nullopt;
     }
+    /// The number of places that a value states. One that is 0 or no number is logged: the
+    /// measurement has no place then, and is nowhere.
+    [[nodiscard]] int places(const Field& field, std::string_view value) {
+        const int count = std::max(0, leadingInt(value));
+        if (count < 1) {
+            load.logLeftOut(
+                title::kErrorReadingMeasurement,
+                formatPrintf("Measurement '%s' has no place in the frame: %s%s is '%s'.", name(),
+                             load.prefix, code(field), value));
+        }
+        return count;
+    }
+    [[nodiscard]] std::optional<int> places(const Field& field) {
+        const auto value = wholeText(field);
+        return value ? std::optional(places(field, *value)) : std::nullopt;
+    }
     [[nodiscard]] std::optional<int> signedNumber(const Field& field,
                                                   std::initializer_list<int> indices = {}) {
         const auto value = wholeText(field, indices);

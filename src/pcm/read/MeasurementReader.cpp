@@ -293,6 +293,7 @@ int MeasurementReader::read() {
         }
     }
     closeTags();
+    chunks_.reportCounts();
     setStatusText(load_.parent, {});
     load_.progress(100);
     if (load_.abort) {

@@ -177,7 +177,7 @@ void readMinorWord(MeasurementInput& input) {
 
 void readMinorFrameSupercom(MeasurementInput& input) {
     auto& load = input.load;
-    const auto count = input.number(minor_supercom_field::kCount);
+    const auto count = input.places(minor_supercom_field::kCount);
     if (!count) {
         load.log(246, title::kErrorReadingMeasurement, input.name());
         load.abort = true;
@@ -194,7 +194,7 @@ void readMinorFrameSupercom(MeasurementInput& input) {
 
 void readMinorFrameFragments(MeasurementInput& input) {
     auto& load = input.load;
-    const auto count = input.number(minor_fragment_field::kCount);
+    const auto count = input.places(minor_fragment_field::kCount);
     if (!count) {
         load.log(254, title::kIncompleteFragments, load.prefix,
                  input.code(minor_fragment_field::kCount), input.name());

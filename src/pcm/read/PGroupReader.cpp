@@ -9,6 +9,7 @@
 #include "pcm/model/SubframeFields.h"
 #include "pcm/read/AsyncReading.h"
 #include "pcm/read/PGroupSideFiles.h"
+#include "pcm/read/PcmCounts.h"
 #include "pcm/read/SubframeReading.h"
 #include "pcm/structure/PcmFormatEdit.h"
 #include "vocabulary/StreamType.h"
@@ -257,6 +258,9 @@ int readPcmGroup(PcmLoad& load) {
             load.fields = &fields;
             load.prefix = groupHead('P', format.pGroup);
             const int result = readCommands(load);
+            if (result >= 0 && !format.isBusStream) {
+                checkPcmCounts(load);
+            }
             load.fields = nullptr;
             return result;
         }

@@ -391,7 +391,7 @@ void readSubframeWord(MeasurementInput& input) {
 void readSubframeSupercom(MeasurementInput& input) {
     auto& load = input.load;
     const std::string subframe(input.textOrMissing(subframe_supercom_field::kSubframe));
-    const auto count = input.number(subframe_supercom_field::kCount);
+    const auto count = input.places(subframe_supercom_field::kCount);
     if (!count) {
         load.log(250, title::kErrorReadingMeasurement, input.name());
         load.abort = true;
@@ -408,7 +408,7 @@ void readSubframeSupercom(MeasurementInput& input) {
 
 void readSubframeFragments(MeasurementInput& input) {
     auto& load = input.load;
-    const auto count = input.number(subframe_fragment_field::kCount);
+    const auto count = input.places(subframe_fragment_field::kCount);
     if (!count) {
         load.log(258, title::kIncompleteSubframeFragments, load.prefix,
                  input.code(subframe_fragment_field::kCount), input.name());
@@ -416,7 +416,7 @@ void readSubframeFragments(MeasurementInput& input) {
     }
     input.cell.locationCount = *count;
     input.cell.reconstructedLength = input.number(subframe_fragment_field::kLength).value_or(0);
-    const auto subframes = input.number(subframe_fragment_field::kSubframes);
+    const auto subframes = input.places(subframe_fragment_field::kSubframes);
     if (!subframes) {
         load.log(259, title::kIncompleteSubframeFragments, load.prefix,
                  input.code(subframe_fragment_field::kSubframes), input.name());

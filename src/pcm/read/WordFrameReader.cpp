@@ -247,7 +247,8 @@ void WordFrameReader::read() {
     if (load_.edition() >= 2011 && countIdCounters(format_) > 1) {
         counter = text(word_frame_field::kCounter, {}).value_or(std::string_view());
     }
-    const int count = number(word_frame_field::kCount, {}).value_or(0);
+    const auto stated = text(word_frame_field::kCount, {});
+    const int count = input_.places(word_frame_field::kCount, stated.value_or(std::string_view()));
     if (count < 1) {
         return;
     }

@@ -3,6 +3,7 @@
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "core/document/CarriedCommands.h"
 #include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "core/files/FileIo.h"
@@ -18,6 +19,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <map>
 #include <set>
 #include <string_view>
 #include <unordered_set>
@@ -83,6 +85,69 @@ std::string distinctLines(const std::string& path) {
         at = end;
     }
     return text;
+}
+
+/// The measurements of a D file, by their list and their number in it.
+using Rows = std::map<std::pair<int, int>, std::string>;
+
+Rows rowsOf(TmatsReader& reader, const std::string& path, IoStatus& status) {
+    Rows rows;
+    status = forEachCommand(reader, path, [&rows](const std::string& command) {
+        const auto view = viewCommand(command);
+        if (equalsIgnoreCase(codeHead(view.field), codeHead(measurement_field::kName.code))) {
+            const auto indices = parseCommandIndices(command);
+            rows.emplace(std::pair(indices.fields[0], indices.fields[1]), view.value);
+        }
+        return true;
+    });
+    return rows;
+}
+
+/// Gives a command of a measurement the number that this has now. False if it is gone.
+bool followRow(std::string& code, const Rows& former,
+               const std::map<std::pair<int, std::string>, int>& now) {
+    const auto path = parsePath(code);
+    if (!path || path->count < 2 || startsWithIgnoreCase(path->stem, "SMF")) {
+        return true;
+    }
+    const auto name = former.find({path->at[0], path->at[1]});
+    if (name == former.end()) {
+        return true;
+    }
+    const auto row = now.find({path->at[0], name->second});
+    if (row == now.end()) {
+        return false;
+    }
+    code = groupHead('D', path->group).append(path->stem).append("-");
+    appendNumber(code, path->at[0]);
+    code += '-';
+    appendNumber(code, row->second);
+    for (int i = 2; i < path->count; ++i) {
+        code += '-';
+        appendNumber(code, path->at[static_cast<std::size_t>(i)]);
+    }
+    return true;
+}
+
+/// Puts the group in the place of the former one. What that carries follows its measurements by
+/// their names.
+IoStatus closeGroup(DocumentContext& context, const std::string& file, DocumentWriter& writer) {
+    CarriedCommands carried(CarriedCommands::Follow::Codes);
+    auto status = gatherCarried(context.files, context.reader, file, carried);
+    if (!status.ok() || carried.empty()) {
+        return status.ok() ? writer.close() : status;
+    }
+    const auto path = context.files.path(file);
+    const auto former = rowsOf(context.reader, path, status);
+    status = status.ok() ? writer.close() : status;
+    std::map<std::pair<int, std::string>, int> now;
+    if (status.ok()) {
+        for (const auto& [place, name] : rowsOf(context.reader, path, status)) {
+            now.emplace(std::pair(place.first, name), place.second);
+        }
+    }
+    carried.recode([&](std::string& code) { return followRow(code, former, now); });
+    return status.ok() ? putCarriedBack(context.files, context.reader, file, carried) : status;
 }
 
 /// Writes one D group to an open file.
@@ -190,7 +255,7 @@ bool writeMeasurements(PcmFormat& format, UserInterface* parent) {
         if (writer.status().ok()) {
             ListWriter(format, parent, writer.out()).write();
         }
-        status = writer.close();
+        status = closeGroup(context, file, writer);
     }
     if (!status.ok()) {
         if (parent != nullptr) {

@@ -3,6 +3,7 @@
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "core/document/CarriedCommands.h"
 #include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "core/document/Transaction.h"
@@ -135,7 +136,7 @@ bool writePcmGroup(PcmFormat& format, UserInterface* parent) {
     writeDataMerge(format, parent, writer, prefix);
     setProgressBar(parent, 95);
     writeComment(format, writer, prefix);
-    const auto status = group.close();
+    const auto status = closeCarrying(context.files, context.reader, file, group);
     if (!status.ok()) {
         reportUnableToWrite(parent, status);
     }

@@ -321,6 +321,12 @@ TEST_F(MainWindowTest, ChoicesAreCheckedAndWrittenAtOnce) {
     EXPECT_EQ(settings().integer("CheckForDupMeasurements", 1), 0);
     window->action(AddRoot)->trigger();
     EXPECT_EQ(settings().get(setting::kDatabaseAddsRoot), 1);
+    EXPECT_FALSE(window->action(KeepComments)->isChecked());
+    for (const bool on : {true, false}) {
+        window->action(KeepComments)->trigger();
+        EXPECT_EQ(window->action(KeepComments)->isChecked(), on);
+        EXPECT_EQ(settings().integer("KeepComments", -1), on ? 1 : 0);
+    }
 }
 
 TEST_F(MainWindowTest, TheSessionDoesNotEndWhileADialogIsUp) {
@@ -391,6 +397,23 @@ TEST_F(MainWindowTest, RemarksOfAnOpeningAreOffered) {
     EXPECT_THAT(toBytes(window->noteBar().text()), HasSubstr("no known group"));
     test::press(window->noteBar(), "dismiss");
     EXPECT_FALSE(window->noteBar().isVisible());
+}
+
+TEST_F(MainWindowTest, CommentsOfTheFileAreRemarkedOrKept) {
+    const std::string text = "COMMENT: mine;\r\nG\\PN:X;\r\n";
+    test::writeFile(path, text);
+    begin(path);
+    EXPECT_EQ(toBytes(window->noteBar().text()),
+              "Line 1: a comment of the file is left out: COMMENT: mine;");
+    test::press(window->noteBar(), "dismiss");
+    window->run(Close);
+    window->action(KeepComments)->trigger();
+    window->openNamed(path);
+    EXPECT_FALSE(window->noteBar().isVisible());
+    document().changed = true;
+    application.context().history.tell({DocumentChange::Edited, {}, {}});
+    window->run(Save);
+    EXPECT_THAT(test::readFile(path), HasSubstr("\r\n" + text));
 }
 
 TEST_F(MainWindowTest, AStoreThatWasLeftBehindIsOfferedAndCanBeDismissedForGood) {

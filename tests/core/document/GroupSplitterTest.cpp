@@ -1,3 +1,4 @@
+#include "core/document/Banner.h"
 #include "core/document/GroupSplitter.h"
 #include "core/document/OpenDocument.h"
 #include "core/text/Text.h"
@@ -52,6 +53,42 @@ TEST_F(GroupSplitterTest, OnlyCommentsLeaveNoGroupFile) {
     ASSERT_TRUE(split("COMMENT: one;\r\ncomment: two;\r\n"));
     EXPECT_FALSE(t.has("[kavu]GTMP.G"));
     EXPECT_EQ(t.read("DATA1.TMP"), "");
+    EXPECT_EQ(note(), "2 comments of the file are left out, the first at line 1: COMMENT: one;");
+    EXPECT_FALSE(t.document.changed);
+}
+
+TEST_F(GroupSplitterTest, CommentsThatAreKeptStandInFrontOfTheirCommands) {
+    t.settings.set(setting::kKeepComments, true);
+    ASSERT_TRUE(
+        split("COMMENT: a;\nT-1\\ID:x;\nCOMMENT: b\nc;COMMENT: d;X-1\\A:1;P-1\\TF:ONE;"
+              "COMMENT: e;C-2\\CO:1;COMMENT: f;C-2\\DCN:N ;COMMENT: g;C-3;COMMENT: h;"));
+    EXPECT_EQ(t.read("[kavu]DSRCE.T01"), "COMMENT: a;\r\nT-1\\ID:x;\r\n");
+    EXPECT_EQ(t.read("[kavu]PCMFMT.P01"),
+              "COMMENT: b\x14\x15"
+              "c;\r\nCOMMENT: d;\r\nP-1\\TF:ONE;\r\n");
+    EXPECT_EQ(t.read("DATA1.TMP"), "C-2\\CO:1;\r\nC-2\\DCN:N;\r\n");
+    EXPECT_EQ(t.read("[kavu]CCOM.C"),
+              "NAME:N;\r\nCODE:CO;\r\nCOMMENT: e;\r\nNAME:N;\r\nCODE:DCN;\r\nCOMMENT: f;\r\n");
+    EXPECT_EQ(t.read("[kavu]CREST.C"), "COMMENT: g;\r\nC-3;\r\nCOMMENT: h;\r\n");
+    for (const auto& text : t.ui.notes) {
+        EXPECT_EQ(text.find("comment"), std::string::npos) << text;
+    }
+}
+
+TEST_F(GroupSplitterTest, CommentsAloneAreKeptInTheGeneralGroup) {
+    t.settings.set(setting::kKeepComments, true);
+    ASSERT_TRUE(split("COMMENT: one;COMMENT: two;"));
+    EXPECT_EQ(t.read("[kavu]GTMP.G"), "COMMENT: one;\r\nCOMMENT: two;\r\n");
+}
+
+TEST_F(GroupSplitterTest, TheBannerOfASaveIsNoComment) {
+    const auto banner = bannerText({2026, 1, 2, 3, 4, 5}, false);
+    ASSERT_TRUE(split(banner + "G\\PN:A;" + banner + "COMMENT: mine;" + banner));
+    EXPECT_EQ(note(), "Line 12: a comment of the file is left out: COMMENT: mine;");
+    t.ui.notes.clear();
+    t.settings.set(setting::kKeepComments, true);
+    ASSERT_TRUE(split("COMMENT: ***;" + banner + "T-1\\ID:x;"));
+    EXPECT_EQ(t.read("[kavu]DSRCE.T01"), "COMMENT: ***;\r\nT-1\\ID:x;\r\n");
 }
 
 TEST_F(GroupSplitterTest, CommandBehindACommentOnOneLineIsKept) {
@@ -177,7 +214,9 @@ TEST_F(GroupSplitterTest, ByteOrderMarkIsLeftOutAndRemarked) {
 TEST_F(GroupSplitterTest, CommentThatSwallowsACommandIsRemarked) {
     ASSERT_TRUE(split("COMMENT: no end\nG\\PN:A;\nG\\TA:B;"));
     EXPECT_EQ(t.read("[kavu]GTMP.G"), "G\\TA:B;\r\n");
-    EXPECT_NE(note().find("both are left out: G\\PN:A;"), std::string::npos);
+    ASSERT_EQ(t.ui.notes.size(), 2U);
+    EXPECT_EQ(t.ui.notes[0].find("Line 1: a comment of the file is left out"), 0U);
+    EXPECT_NE(t.ui.notes[1].find("takes the command after it along: G\\PN:A;"), std::string::npos);
 }
 
 TEST_F(GroupSplitterTest, ColonInPlaceOfASemicolonIsRemarked) {
@@ -187,6 +226,7 @@ TEST_F(GroupSplitterTest, ColonInPlaceOfASemicolonIsRemarked) {
 }
 
 TEST_F(GroupSplitterTest, TextOverSeveralLinesIsNotRemarked) {
+    t.settings.set(setting::kKeepComments, true);
     ASSERT_TRUE(split("G\\COM:one\ntwo: three\nC\\ no;COMMENT: see\nbelow;"));
     EXPECT_TRUE(t.ui.notes.empty());
 }
@@ -195,6 +235,13 @@ TEST_F(GroupSplitterTest, CommandWithoutAColonIsKeptAndRemarked) {
     ASSERT_TRUE(split("G\\PN A;"));
     EXPECT_EQ(t.read("[kavu]GTMP.G"), "G\\PN A;\r\n");
     EXPECT_NE(note().find("without a colon"), std::string::npos);
+}
+
+TEST_F(GroupSplitterTest, ConversionCommandThatCannotBeTakenApartStaysOutsideOfTheRecords) {
+    ASSERT_TRUE(split("C-1\\DCN:A;C-1\\X;C-1;C-1:a\\b;C-1\\CO:1;"));
+    EXPECT_EQ(t.read("DATA1.TMP"), "C-1\\DCN:A;\r\nC-1\\CO:1;\r\n");
+    EXPECT_EQ(t.read("[kavu]CREST.C"), "C-1\\X;\r\nC-1;\r\nC-1:a\\b;\r\n");
+    EXPECT_NE(note().find("3 commands without a colon"), std::string::npos);
 }
 
 TEST_F(GroupSplitterTest, NulBytesAreKeptAndRemarked) {
