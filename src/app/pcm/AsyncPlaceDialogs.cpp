@@ -241,9 +241,8 @@ bool AsyncPlaceDialog::store() {
         return false;
     }
     place_.fwp = leadingInt(fields_->value("frameWordPosition"));
-    if (fields_->control("mask") != nullptr && place_.mask != fields_->value("mask")) {
+    if (fields_->control("mask") != nullptr) {
         place_.mask = fields_->value("mask");
-        place_.length = 0;
     }
     place_.frames = frames_;
     return true;

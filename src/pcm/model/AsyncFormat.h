@@ -21,7 +21,6 @@ struct FrameRange {
 struct AsyncLocation {
     int fwp = 0;
     std::vector<FrameRange> frames;
-    int length = 0;  ///< AEF5, bits; 0 is the length of the mask
     [[nodiscard]] bool operator==(const AsyncLocation&) const = default;
 };
 

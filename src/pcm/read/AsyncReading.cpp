@@ -183,9 +183,9 @@ class AsyncReader {
     }
 
     bool readLocation(int fwp, int k) {
+        const auto mask = codes_.isDataMerge ? FixedText<64>(kFullWord) : readMask(fwp, k);
         AsyncLocation location;
         location.fwp = fwp;
-        const auto mask = codes_.isDataMerge ? FixedText<64>(kFullWord) : readMask(location, k);
         location.frames = readRanges(k);
         const bool placed = placeSlots(location, mask);
         if (!placed) {
@@ -198,17 +198,15 @@ class AsyncReader {
         return true;
     }
 
-    FixedText<64> readMask(AsyncLocation& location, int k) {
-        const int most = format_.wordLength(location.fwp);
-        const auto told = load_.number(code(codes_.length, k));
-        int length = told.value_or(most);
+    FixedText<64> readMask(int fwp, int k) {
+        const int most = format_.wordLength(fwp);
+        int length = load_.number(code(codes_.length, k)).value_or(most);
         if (length < 1 || length > most) {
             load_.log(207, title::kErrorReadingFormat, load_.prefix, code(codes_.length, k), length,
                       most);
             load_.corrected();
             length = most;
         }
-        location.length = told ? length : 0;
         const auto mask = load_.text(code(codes_.mask, k), limitOf(codes_.mask));
         if (mask && mask->find_first_not_of("01") == std::string_view::npos) {
             return *mask;

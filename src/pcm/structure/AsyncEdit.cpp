@@ -231,7 +231,6 @@ std::vector<std::vector<AsyncPlace>> asyncPlaces(const PcmFormat& format) {
                                    : k < locations.size()  ? locations[k]
                                                            : AsyncLocation{};
             places[i][k].frames = location.frames;
-            places[i][k].length = location.length;
         }
     }
     return places;

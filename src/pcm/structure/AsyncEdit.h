@@ -43,7 +43,6 @@ struct AsyncPlace {
     int fwp = 0;
     std::string mask;
     std::vector<FrameRange> frames;  ///< empty is every frame
-    int length = 0;                  ///< AEF5, bits; 0 is the length of the mask
     [[nodiscard]] bool operator==(const AsyncPlace&) const = default;
 };
 /// The words of every record, ascending, from one pass over the frame; record n is at n -

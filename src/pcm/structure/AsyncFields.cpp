@@ -101,9 +101,8 @@ void editFirstPlace(AsyncEditing& editing, const AsyncPlace& first) {
     const bool stepped = editing.contents.locationMode == kFirstAndInterval;
     for (std::size_t k = 1; k < editing.places.size() && stepped; ++k) {
         auto& place = editing.places[k];
-        if (place.mask == before.mask && place.length == before.length) {
+        if (place.mask == before.mask) {
             place.mask = first.mask;
-            place.length = first.length;
         }
         if (place.frames == before.frames) {
             place.frames = first.frames;

@@ -31,7 +31,7 @@ class AsyncSaver {
         record_.locations.clear();
         format_.changed = true;
         for (const auto& place : places_) {
-            AsyncLocation location{place.fwp, place.frames, place.length};
+            AsyncLocation location{place.fwp, place.frames};
             if (!placeAsyncSlots(format_, parent_, number_, location, place.mask)) {
                 removeAsyncFormat(format_, nullptr, number_, -1, -1);
                 const auto& range = location.frames.front();
@@ -184,7 +184,6 @@ class AsyncSaver {
     bool checkMask(AsyncPlace& place) {
         if (record_.isDataMerge) {
             place.mask = kFullWord;
-            place.length = 0;
             return true;
         }
         const auto most = static_cast<std::size_t>(std::max(0, format_.wordLength(place.fwp)));
@@ -197,7 +196,6 @@ class AsyncSaver {
         if (place.mask.size() > most) {
             return refuse(372, most, place.mask.size(), most);
         }
-        place.length = std::min(place.length, static_cast<int>(most));
         return true;
     }
 

@@ -120,8 +120,7 @@ class AsyncWriter {
                 writeInterval(record);
             }
             const auto mask = embeddedMask(*place);
-            const int length = place->length > 0 ? place->length : static_cast<int>(mask.size());
-            number(codes_.length, length, {n_, k});
+            number(codes_.length, static_cast<int>(mask.size()), {n_, k});
             text(codes_.mask, mask, {n_, k});
             writeRanges(*place, k);
         }

@@ -90,7 +90,7 @@ TEST(WordFrameReader, AMeasurementInEveryFrameOfAPlainWordHasOneCell) {
     EXPECT_EQ(f.fragment().fragmentPosition, 1);
     EXPECT_EQ(f.first("A").wordFrameIndex, 1);
     EXPECT_EQ(f.first("A").locationCount, 1);
-    EXPECT_EQ(f.first("A").mask, "");
+    EXPECT_EQ(f.first("A").mask, "0011") << "each place has the mask of its fragment";
     EXPECT_EQ(f.format.wordFrameDefinitions[0].locations[0].wordLength, 16);
     EXPECT_TRUE(f.ui.logs.empty());
     EXPECT_EQ(f.result(), 0);

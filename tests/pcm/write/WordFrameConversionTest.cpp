@@ -98,6 +98,7 @@ TEST(WordFrameConversion, WhatIsNotALocationStays) {
     expected.locationType = "WDFR";
     expected.locationCount = 1;
     expected.wordFrameIndex = 1;
+    expected.mask = "FW";  // each place has the mask of its fragment
     EXPECT_EQ(stream.first("A"), expected);
 }
 
