@@ -42,43 +42,95 @@ struct Difference {
     }
 };
 
+/// The fit of one order, and the fit that it is compared with at every point.
+struct JudgedFit {
+    int order = 0;
+    FitCoefficients c{};
+    std::vector<double> reference;
+};
+
+/// Compares fits at the pairs and over the range of the counts. A judgement looks at many
+/// precisions and orders: what does not depend on them is computed once, first of all the
+/// powers of the points, which are the same numbers wherever they are used.
 class Judge {
   public:
+    /// No fit that is judged has a higher order.
     Judge(std::span<const double> x, std::span<const double> y, double fullScale,
-          std::optional<CountRange> range)
-        : x_(x.begin(), x.end()), y_(y), fullScale_(fullScale), range_(range) {}
+          std::optional<CountRange> range, int order)
+        : x_(x.begin(), x.end()), y_(y), fullScale_(fullScale), points_(x_) {
+        // As every fit reads them.
+        std::replace(points_.begin(), points_.end(), 0.0, std::numeric_limits<double>::min());
+        for (int step = 0; range && step <= kSteps; ++step) {
+            const double share = static_cast<double>(step) / kSteps;
+            points_.push_back(std::round(range->lowest + share * (range->highest - range->lowest)));
+        }
+        powers_.reserve(points_.size() * kWidth);
+        for (const double point : points_) {
+            powers_.push_back(1.0);
+            powers_.push_back(point);
+            for (std::size_t i = 2; i < kWidth; ++i) {
+                powers_.push_back(i <= static_cast<std::size_t>(order)
+                                      ? std::pow(point, static_cast<double>(i))
+                                      : 0.0);
+            }
+        }
+    }
 
     /// Nothing if there is no fit of the order to compare with.
-    [[nodiscard]] std::optional<Difference> difference(int order, int precision) {
+    [[nodiscard]] std::optional<JudgedFit> fit(int order) {
         const auto reference = OrthogonalFit::make(x_, y_, order);
-        FitCoefficients c{};
-        if (!reference || !leastSquaresFit(x_, y_, order, c)) {
+        JudgedFit fit{order, {}, {}};
+        if (!reference || !leastSquaresFit(x_, y_, order, fit.c)) {
             return std::nullopt;
         }
-        const auto written = asWritten(c, order, precision);
-        const auto percent = [&](double x) {
-            const double value = evaluatePolynomial(x, written, order);
-            const double share = std::abs((value - reference->value(x)) * 100 / fullScale_);
-            // NaN must not count as a small difference.
-            return std::isnan(share) ? std::numeric_limits<double>::infinity() : share;
-        };
-        Difference found;
-        for (const double x : x_) {
-            found.overPairs = std::max(found.overPairs, percent(x));
+        fit.reference.reserve(points_.size());
+        for (const double point : points_) {
+            fit.reference.push_back(reference->value(point));
         }
-        for (int step = 0; range_ && step <= kSteps; ++step) {
-            const double share = static_cast<double>(step) / kSteps;
-            const double x = range_->lowest + share * (range_->highest - range_->lowest);
-            found.overRange = std::max(found.overRange, percent(std::round(x)));
+        return fit;
+    }
+
+    /// How far the fit is off when it is written with a precision.
+    [[nodiscard]] Difference difference(const JudgedFit& fit, int precision) const {
+        const auto written = asWritten(fit.c, fit.order, precision);
+        Difference found;
+        for (std::size_t i = 0; i < points_.size(); ++i) {
+            auto& most = i < x_.size() ? found.overPairs : found.overRange;
+            most = std::max(most, percent(fit, written, i));
         }
         return found;
     }
+    /// Only whether it holds: the first point that is too far off answers.
+    [[nodiscard]] bool holds(const JudgedFit& fit, int precision) const {
+        const auto written = asWritten(fit.c, fit.order, precision);
+        for (std::size_t i = 0; i < points_.size(); ++i) {
+            if (percent(fit, written, i) > kTrustLimit) {
+                return false;
+            }
+        }
+        return true;
+    }
 
   private:
+    static constexpr std::size_t kWidth = kHighestOrder + 1;
+
+    [[nodiscard]] double percent(const JudgedFit& fit, const FitCoefficients& written,
+                                 std::size_t point) const {
+        // Term by term in ascending order, as `evaluatePolynomial`.
+        double value = 0;
+        for (std::size_t i = 0; i <= static_cast<std::size_t>(fit.order); ++i) {
+            value += written[i] * powers_[point * kWidth + i];
+        }
+        const double share = std::abs((value - fit.reference[point]) * 100 / fullScale_);
+        // NaN must not count as a small difference.
+        return std::isnan(share) ? std::numeric_limits<double>::infinity() : share;
+    }
+
     std::vector<double> x_;
     std::span<const double> y_;
     double fullScale_;
-    std::optional<CountRange> range_;
+    std::vector<double> points_;  ///< the pairs, then the range
+    std::vector<double> powers_;  ///< `kWidth` of each point
 };
 
 std::string percentText(double percent) {
@@ -167,23 +219,23 @@ CurveTrust judgeFit(std::span<const double> x, std::span<const double> y, int or
     if (fullScale == 0.0 || !std::isfinite(fullScale)) {
         return trust;
     }
-    Judge judge(x, y, fullScale, range);
-    const auto found = judge.difference(order, precision);
-    if (!found) {
+    Judge judge(x, y, fullScale, range, order);
+    const auto fit = judge.fit(order);
+    if (!fit) {
         return trust;
     }
+    const auto found = judge.difference(*fit, precision);
     trust.known = true;
-    trust.overPairs = found->overPairs;
-    trust.overRange = found->overRange;
-    trust.holds = found->holds();
+    trust.overPairs = found.overPairs;
+    trust.overRange = found.overRange;
+    trust.holds = found.holds();
     for (int digits = precision + 1;
          !trust.holds && trust.holdingPrecision < 0 && digits <= kExactPrecision; ++digits) {
-        const auto better = judge.difference(order, digits);
-        trust.holdingPrecision = better && better->holds() ? digits : -1;
+        trust.holdingPrecision = judge.holds(*fit, digits) ? digits : -1;
     }
     for (int lower = order - 1; !trust.holds && trust.holdingOrder == 0 && lower >= 1; --lower) {
-        const auto better = judge.difference(lower, precision);
-        trust.holdingOrder = better && better->holds() ? lower : 0;
+        const auto better = judge.fit(lower);
+        trust.holdingOrder = better && judge.holds(*better, precision) ? lower : 0;
     }
     return trust;
 }
