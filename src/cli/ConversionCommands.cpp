@@ -34,10 +34,10 @@ bool addRecord(CommandContext& context, const ProfileFile::Section& record, Json
                 "Unable To Read Conversion");
         return false;
     }
-    Json values = Json::object();
+    JsonMembers values;
     std::vector<std::vector<std::string>> rows;
     const auto add = [&](const std::string& key, const std::string& value) {
-        values[toUtf8(key)] = jsonText(value);
+        values.set(toUtf8(key), jsonText(value));
         rows.push_back({"  " + terminalLine(key), terminalLine(value)});
     };
     for (const auto& line : record.lines()) {
@@ -48,7 +48,7 @@ bool addRecord(CommandContext& context, const ProfileFile::Section& record, Json
     if (!comment.empty()) {
         add(std::string(kCommentCode), comment);
     }
-    records.push_back({{"name", jsonText(record.name())}, {"values", std::move(values)}});
+    records.push_back({{"name", jsonText(record.name())}, {"values", values.take()}});
     text += terminalLine(record.name()) + "\n" + alignedTable(rows);
     return true;
 }

@@ -2,6 +2,8 @@
 
 #include "core/text/TextEncoding.h"
 
+#include <utility>
+
 namespace kavu::cli {
 
 Json jsonText(const std::string& bytes) {
@@ -45,6 +47,20 @@ Json fileMembers(const OpenedFile& file, const ScriptedInterface& ui) {
         document["questions"].push_back(reportedMembers(question));
     }
     return document;
+}
+
+void JsonMembers::set(std::string key, Json value) {
+    const auto [place, isNew] = places_.try_emplace(key, members_.size());
+    if (isNew) {
+        members_.emplace_back(std::move(key), std::move(value));
+    } else {
+        members_.data()[place->second].second = std::move(value);
+    }
+}
+
+Json JsonMembers::take() {
+    places_.clear();
+    return Json(std::exchange(members_, {}));
 }
 
 std::string printed(const Json& document) {

@@ -4,7 +4,9 @@
 
 #include "cli/ScriptedInterface.h"
 
+#include <cstddef>
 #include <string>
+#include <unordered_map>
 
 #include <nlohmann/json.hpp>
 
@@ -28,6 +30,20 @@ struct OpenedFile {
 
 /// A text of the logic, bytes of any kind, as a JSON string.
 [[nodiscard]] Json jsonText(const std::string& bytes);
+
+/// An object with as many members as a file has fields. `Json` itself looks through all members
+/// for each one that is set.
+class JsonMembers {
+  public:
+    /// Sets a member; one that is there already keeps its place.
+    void set(std::string key, Json value);
+    /// The object; this one is empty then.
+    [[nodiscard]] Json take();
+
+  private:
+    Json::object_t members_;
+    std::unordered_map<std::string, std::size_t> places_;
+};
 
 /// The document as it is printed, with the line feed at its end.
 [[nodiscard]] std::string printed(const Json& document);

@@ -53,6 +53,23 @@ TEST(JsonReport, BytesThatAreNotUtf8AreReadAsWindows1252) {
     EXPECT_EQ(jsonText(std::string("a\0b", 3)).dump(), R"("a\u0000b")");
 }
 
+TEST(JsonReport, AnObjectOfManyMembersIsMadeInOnePass) {
+    // With a look through all members for each one this would take minutes.
+    constexpr int kMembers = 300000;
+    JsonMembers members;
+    for (int i = 0; i < kMembers; ++i) {
+        members.set("PS3-" + std::to_string(i), i);
+    }
+    members.set("PS3-7", "other");
+    const Json object = members.take();
+    ASSERT_EQ(object.size(), static_cast<std::size_t>(kMembers));
+    EXPECT_EQ(object.begin().key(), "PS3-0");
+    EXPECT_EQ(object.begin().value(), 0);
+    EXPECT_EQ((object.begin() + 7).value(), "other");
+    EXPECT_EQ((object.begin() + (kMembers - 1)).value(), kMembers - 1);
+    EXPECT_EQ(members.take(), Json::object());
+}
+
 TEST(JsonReport, ADocumentEndsWithALineFeed) {
     const std::string text = printed(Json::object());
     EXPECT_EQ(text, "{}\n");
