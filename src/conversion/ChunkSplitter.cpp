@@ -133,18 +133,21 @@ void numberPieces(const RawGroup& group, std::vector<Plan>& plans) {
 
 }  // namespace
 
-bool splitOversizeChunks(RawGroup& group, std::set<std::int64_t>& single) {
+bool splitOversizeChunks(RawGroup& group) {
     std::vector<Plan> plans;
     if (!planChunks(group, plans)) {
         return false;
+    }
+    if (plans.empty()) {
+        return true;
     }
     numberPieces(group, plans);
     auto chunks = group.chunks();
     for (auto& plan : plans) {
         for (std::size_t i = 0; i < plan.count; ++i) {
+            plan.pieces[i].commentsOutside = plan.lastIsSingle || i + 1 < plan.count;
             chunks[plan.numbers[i]] = std::move(plan.pieces[i]);
         }
-        single.insert(plan.numbers.begin(), plan.numbers.end() - (plan.lastIsSingle ? 0 : 1));
     }
     group.setChunks(std::move(chunks));
     return true;

@@ -33,6 +33,26 @@ IoStatus moveChunk(DocumentFiles& files, StagedChunks& staged, const ConversionC
 
 }  // namespace
 
+std::vector<ChunkMove> planCompaction(std::vector<ConversionChunk> chunks) {
+    std::vector<ChunkMove> moves;
+    std::size_t next = 0;  // the first chunk at or above the place
+    for (std::int64_t place = 0; next < chunks.size();) {
+        const bool here = chunks[next].number == place;
+        if (here && (chunks[next].size > 0 || next + 1 == chunks.size())) {
+            ++next;
+            ++place;
+            continue;
+        }
+        moves.push_back({chunks.back(), place});
+        chunks.pop_back();
+        if (moves.back().chunk.size > 0) {
+            ++place;
+            next += here ? 1 : 0;
+        }
+    }
+    return moves;
+}
+
 IoStatus compactChunks(DocumentContext& context, StagedChunks& staged) {
     ConversionFiles files;
     if (auto status = listConversionFiles(context.store, files); !status.ok()) {
@@ -44,22 +64,9 @@ IoStatus compactChunks(DocumentContext& context, StagedChunks& staged) {
     }
     std::sort(chunks.begin(), chunks.end(),
               [](const auto& a, const auto& b) { return a.number < b.number; });
-    std::size_t next = 0;  // the first chunk at or above the place
-    for (std::int64_t place = 0; next < chunks.size();) {
-        const bool here = chunks[next].number == place;
-        if (here && (chunks[next].size > 0 || next + 1 == chunks.size())) {
-            ++next;
-            ++place;
-            continue;
-        }
-        const auto last = chunks.back();
-        if (auto status = moveChunk(context.files, staged, last, place); !status.ok()) {
+    for (const auto& [chunk, to] : planCompaction(chunks)) {
+        if (auto status = moveChunk(context.files, staged, chunk, to); !status.ok()) {
             return status;
-        }
-        chunks.pop_back();
-        if (last.size > 0) {
-            ++place;
-            next += here ? 1 : 0;
         }
     }
     return {};

@@ -174,18 +174,116 @@ constexpr auto kTypes = std::to_array<ConversionType>({
     {.type = "PTM", .fields = kPcmTime},
 });
 
+/// All codes of the tables above by a hash of their letters.
+class CodeTable {
+  public:
+    CodeTable() {
+        for (const auto& row : kLimits) {
+            if (findLimit(row.code) == &row) {
+                auto& code = add(row.code);
+                code.limit = row.limit;
+                code.limit1996 = row.limit1996 >= 0 ? row.limit1996 : row.limit;
+            }
+        }
+        addFields(kCommon);
+        for (const auto& type : kTypes) {
+            addFields(type.fields);
+        }
+        addFields(kAnyOther);
+        addValue(kTypeCode);
+        addValue(kCommentCode);
+        for (const auto key :
+             {recordkey::kTemplate, recordkey::kChanged, recordkey::kCommentRecord}) {
+            add(key).isOfTheProgram = true;
+        }
+    }
+    [[nodiscard]] const ConversionCode* find(std::string_view code) const {
+        const auto key = keyOf(code);
+        for (auto at = placeOf(key); buckets_[at].key != 0; at = (at + 1) % buckets_.size()) {
+            if (buckets_[at].key == key && equalsIgnoreCase(buckets_[at].code.code, code)) {
+                return &buckets_[at].code;
+            }
+        }
+        return nullptr;
+    }
+    [[nodiscard]] std::size_t values() const { return values_; }
+
+  private:
+    struct Bucket {
+        std::uint64_t key = 0;  ///< 0 for one that is free
+        ConversionCode code{};
+    };
+
+    /// Equal for codes that differ only in case, and never 0.
+    static std::uint64_t keyOf(std::string_view code) {
+        std::uint64_t key = code.size();
+        for (const char c : code) {
+            key = (key << 7U) + static_cast<unsigned char>(toUpperAscii(c));
+        }
+        return key | (std::uint64_t{1} << 63U);
+    }
+    static std::size_t placeOf(std::uint64_t key) {
+        return static_cast<std::size_t>((key * 0x9E3779B97F4A7C15U) >> 56U);
+    }
+    ConversionCode& add(std::string_view code) {
+        const auto key = keyOf(code);
+        auto at = placeOf(key);
+        while (buckets_[at].key != 0 && buckets_[at].code.code != code) {
+            at = (at + 1) % buckets_.size();
+        }
+        buckets_[at].key = key;
+        buckets_[at].code.code = code;
+        return buckets_[at].code;
+    }
+    void addValue(std::string_view code) {
+        auto& to = add(code);
+        to.value = to.value == ConversionCode::kNone ? values_++ : to.value;
+    }
+    void addFields(std::span<const ConversionField> fields) {
+        for (const auto& field : fields) {
+            addValue(field.code);
+            for (std::size_t column = 0; column < field.items.size(); ++column) {
+                if (const auto item = field.items[column]; !item.empty()) {
+                    auto& to = add(item);
+                    to.list = lists_;
+                    to.column = column;
+                }
+            }
+            lists_ += field.form == WrittenForm::List ? 1 : 0;
+        }
+    }
+
+    std::array<Bucket, 256> buckets_;
+    std::size_t values_ = 0;
+    std::size_t lists_ = 0;
+};
+
+const CodeTable& codeTable() {
+    static const CodeTable kTable;
+    return kTable;
+}
+
 }  // namespace
+
+const ConversionCode* findConversionCode(std::string_view code) {
+    return codeTable().find(code);
+}
+
+std::size_t conversionValueCount() {
+    return codeTable().values();
+}
 
 std::span<const ConversionLimit> conversionLimits() {
     return kLimits;
 }
 
 int conversionLimit(std::string_view code, int edition) {
-    const auto* const row = findLimit(codeHead(code));
-    if (row == nullptr) {
-        return 0;
-    }
-    return edition == 1996 && row->limit1996 >= 0 ? row->limit1996 : row->limit;
+    return conversionLimit(code, findConversionCode(codeHead(code)), edition);
+}
+
+int conversionLimit(std::string_view code, const ConversionCode* row, int edition) {
+    // A code in small letters has no limit.
+    return row == nullptr || row->code != codeHead(code) ? 0 : row->limitIn(edition);
 }
 
 std::span<const ConversionField> commonConversionFields() {

@@ -46,6 +46,31 @@ struct ConversionLimit {
 /// table, and files rely on their values being accepted at any length.
 [[nodiscard]] int conversionLimit(std::string_view code, int edition);
 
+// --- One look for all ------------------------------------------------------------------------
+
+/// What reading and writing ask of a code. A file has hundreds of thousands of fields, so that
+/// each is looked up once.
+struct ConversionCode {
+    static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+
+    std::string_view code = {};  ///< as the tables spell it
+    int limit = 0;               ///< as `conversionLimit` finds it
+    int limit1996 = 0;
+    std::size_t value = kNone;    ///< its place among the values that a record is written from
+    std::size_t list = kNone;     ///< the list that it is an item of
+    std::size_t column = kNone;   ///< its place in a row of that list
+    bool isOfTheProgram = false;  ///< one of `recordkey`
+
+    [[nodiscard]] int limitIn(int edition) const { return edition == 1996 ? limit1996 : limit; }
+};
+
+/// `conversionLimit` of a code whose row has been found, or that has none.
+[[nodiscard]] int conversionLimit(std::string_view code, const ConversionCode* row, int edition);
+/// The code, without list indices and whatever its case; null for one that no table has.
+[[nodiscard]] const ConversionCode* findConversionCode(std::string_view code);
+/// The number of places of values.
+[[nodiscard]] std::size_t conversionValueCount();
+
 // --- Order of writing --------------------------------------------------------------------
 
 enum class WrittenForm {

@@ -1,13 +1,14 @@
 #include "conversion/ConversionLoader.h"
 
-#include "conversion/ChunkConverter.h"
 #include "conversion/ChunkSplitter.h"
 #include "conversion/ConversionCompaction.h"
 #include "conversion/ConversionFiles.h"
 #include "conversion/ConversionStore.h"
 #include "conversion/LoadReports.h"
 #include "conversion/RawGroup.h"
+#include "conversion/RecordCheck.h"
 #include "conversion/StagedChunks.h"
+#include "conversion/UntouchedRecords.h"
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
 #include "core/document/DocumentFiles.h"
@@ -15,33 +16,88 @@
 #include "core/files/FileIo.h"
 #include "core/talk/UserInterface.h"
 
+#include <iterator>
 #include <optional>
-#include <set>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace kavu {
 
 namespace {
 
-bool convertChunks(DocumentContext& context, KeyValueStore& names, UserInterface* parent,
-                   int edition, RawGroup& group, const std::set<std::int64_t>& single,
-                   StagedChunks& chunks) {
-    ChunkConverter converter(context, names, chunks, parent, edition);
-    if (!converter.open()) {
-        return false;
-    }
-    double done = 0;
-    for (const auto& [number, chunk] : group.chunks()) {
-        const double percent = 100.0 * done / static_cast<double>(group.chunks().size());
-        auto* const bytes = cancelRequested(parent) ? nullptr : group.bytes(number);
-        if (bytes == nullptr ||
-            !converter.convert(number, *bytes, percent, single.contains(number))) {
-            return false;
+/// One load of the group.
+class GroupLoad {
+  public:
+    GroupLoad(DocumentContext& context, KeyValueStore& names, UserInterface* parent, int edition,
+              const std::string& path)
+        : context_(context),
+          parent_(parent),
+          edition_(edition),
+          group_(path),
+          check_(context, names, parent, edition) {}
+
+    /// Sorts the commands into chunks from number `base` on, and checks them. After a failure
+    /// the chunks are those that have been checked so far.
+    bool run(std::int64_t base) {
+        std::size_t checked = 0;
+        const bool sorted =
+            group_.sort(context_.reader, parent_, base) && splitOversizeChunks(group_);
+        const bool good = sorted && check_.open() && checkChunks(checked) && check_.close();
+        if (!group_.status().ok()) {
+            reportUnreadable(context_, parent_, group_.status());
         }
-        ++done;
+        if (!good) {
+            auto& chunks = group_.chunks();
+            chunks.erase(std::next(chunks.begin(), static_cast<std::ptrdiff_t>(checked)),
+                         chunks.end());
+        }
+        group_.release();
+        return good;
     }
-    return converter.close();
-}
+    [[nodiscard]] bool isEmpty() const { return group_.chunks().empty(); }
+    /// Gives the chunks the numbers that they have once the group is loaded.
+    void compact() {
+        std::vector<ConversionChunk> sizes;
+        for (const auto& [number, chunk] : group_.chunks()) {
+            sizes.push_back({number, chunk.hasRecords ? chunk.size : 0});
+        }
+        auto chunks = std::move(group_.chunks());
+        for (const auto& [moved, to] : planCompaction(std::move(sizes))) {
+            auto node = chunks.extract(moved.number);
+            if (moved.size > 0) {
+                chunks.erase(to);
+                node.key() = to;
+                chunks.insert(std::move(node));
+            }
+        }
+        group_.setChunks(std::move(chunks));
+    }
+    /// What has been loaded; `name` is that of the file of raw commands.
+    [[nodiscard]] UntouchedRecords take(std::string name) {
+        return {std::move(group_), std::move(name), edition_, check_.foundKeysOfTheProgram()};
+    }
+
+  private:
+    bool checkChunks(std::size_t& checked) {
+        const auto count = static_cast<double>(group_.chunks().size());
+        for (auto& [number, chunk] : group_.chunks()) {
+            auto* const bytes = cancelRequested(parent_) ? nullptr : group_.bytes(number);
+            const double percent = 100.0 * static_cast<double>(checked) / count;
+            if (bytes == nullptr || !check_.check(chunk, *bytes, percent)) {
+                return false;
+            }
+            ++checked;
+        }
+        return true;
+    }
+
+    DocumentContext& context_;
+    UserInterface* parent_;
+    int edition_;
+    RawGroup group_;
+    RecordCheck check_;
+};
 
 /// The first free number after all chunks: a group that is loaded in addition must not
 /// mix its commands with records. Nothing if the folder cannot be listed.
@@ -52,14 +108,6 @@ std::optional<std::int64_t> findBase(DocumentContext& context, UserInterface* pa
         return std::nullopt;
     }
     return files.chunks.empty() ? 0 : files.chunks.back().number + 1;
-}
-
-bool load(DocumentContext& context, KeyValueStore& names, UserInterface* parent, int edition,
-          const std::string& rawPath, std::int64_t base, StagedChunks& chunks) {
-    RawGroup group(context, parent, rawPath);
-    std::set<std::int64_t> single;
-    return group.sort(base) && splitOversizeChunks(group, single) &&
-           convertChunks(context, names, parent, edition, group, single, chunks);
 }
 
 }  // namespace
@@ -92,26 +140,32 @@ bool loadConversionGroup(DocumentContext& context, KeyValueStore& names, Convers
         reportUnwritable(context, parent, status, "Move");
         return false;
     }
+    GroupLoad load(context, names, parent, edition, context.files.path(raw));
+    bool good = load.run(*base);
+    (void)deleteFile(context.store.pathOf(working::kData2));
+    names.closeStore(parent);
     // Records of two loads never wait together: the raw commands would not show which
     // load they belong to.
-    StagedChunks chunks(*base == 0 ? store.stagingLimit : 0);
-    chunks.standFor(raw);
-    bool good = load(context, names, parent, edition, context.files.path(raw), *base, chunks);
-    for (const auto& path : {data1, context.store.pathOf(working::kData2)}) {
-        (void)deleteFile(path);
+    const bool mayWait = good && !load.isEmpty() && *base == 0 && store.stagingLimit > 0;
+    if (mayWait) {
+        load.compact();
     }
-    names.closeStore(parent);
+    store.hold(load.take(raw));
+    if (mayWait) {
+        return true;
+    }
+    if (const auto status = store.writeOut(); !status.ok()) {
+        reportUnwritable(context, parent, status, "Write/Create");
+        good = false;
+    }
     if (good) {
-        if (const auto status = compactChunks(context, chunks); !status.ok()) {
+        StagedChunks none;
+        if (const auto status = compactChunks(context, none); !status.ok()) {
             reportUnwritable(context, parent, status, "Move");
             good = false;
         }
     }
-    if (!good || chunks.all().empty()) {
-        (void)chunks.writeOut(context.files);
-    }
     store.forget();
-    store.stage(std::move(chunks));
     return good;
 }
 

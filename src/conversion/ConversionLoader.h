@@ -14,7 +14,7 @@ class UserInterface;
 ///
 /// False if it was cancelled, or if a file has failed: then 313 or 314 ("Unable to ...")
 /// was shown, and the files made so far remain. Logs 315, 317 and 318 (see
-/// ChunkConverter); the document counts as changed if a value or a record was not kept as
+/// RecordCheck); the document counts as changed if a value or a record was not kept as
 /// it is in the file.
 bool loadConversionGroup(DocumentContext& context, KeyValueStore& names, ConversionStore& store,
                          UserInterface* parent, int edition);

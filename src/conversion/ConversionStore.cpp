@@ -56,16 +56,44 @@ void ConversionStore::forget() {
     names_.clear();
     namesOfChunk_.clear();
     recent_.clear();
+    untouched_.reset();
     staged_.clear();
     stagedInOperation_ = false;
 }
 
-void ConversionStore::stage(StagedChunks&& chunks) {
-    staged_ = std::move(chunks);
+void ConversionStore::hold(UntouchedRecords&& records) {
+    forget();
+    untouched_ = std::move(records);
     stagedInOperation_ = !context_.files.isLoading() && context_.history.isInOperation();
 }
 
+UntouchedRecords* ConversionStore::untouched() {
+    return untouched_ && untouched_->canBeWritten() ? &*untouched_ : nullptr;
+}
+
+/// Makes the sections of records that are still raw commands.
+IoStatus ConversionStore::touch() {
+    if (!untouched_) {
+        return {};
+    }
+    // The document has had these records since it was loaded: see `writeOut`.
+    std::optional<LoadScope> scope;
+    if (!stagedInOperation_) {
+        scope.emplace(context_.files);
+    }
+    StagedChunks chunks(stagingLimit);
+    auto status = untouched_->makeSections(context_.files, chunks);
+    if (status.ok()) {
+        untouched_.reset();
+        staged_ = std::move(chunks);
+    }
+    return status;
+}
+
 IoStatus ConversionStore::writeOut() {
+    if (auto status = touch(); !status.ok()) {
+        return status;
+    }
     if (stagedInOperation_) {
         auto status = staged_.writeOut(context_.files);
         stagedInOperation_ = !status.ok();
@@ -127,6 +155,9 @@ void ConversionStore::followChunk(std::int64_t number) {
 IoStatus ConversionStore::list() {
     if (listed_) {
         return {};
+    }
+    if (auto status = touch(); !status.ok()) {
+        return status;
     }
     ConversionFiles files;
     if (auto status = listConversionFiles(context_.store, files); !status.ok()) {
@@ -209,6 +240,7 @@ std::shared_ptr<ProfileFile> ConversionStore::chunk(std::int64_t number) {
             return it->file;
         }
     }
+    (void)touch();  // if it fails, so does whatever is to be done with the chunk
     auto file = std::make_shared<ProfileFile>(chunkPath(context_.store, number));
     if (const auto* const bytes = staged_.find(number)) {
         file->adopt(*bytes);

@@ -10,6 +10,7 @@
 
 #include "conversion/ConversionFiles.h"
 #include "conversion/StagedChunks.h"
+#include "conversion/UntouchedRecords.h"
 #include "core/document/DocumentChange.h"
 #include "core/files/ProfileFile.h"
 
@@ -50,8 +51,11 @@ class ConversionStore : private DocumentListener {
     /// Forgets all that is known of the files, and records that are not in files yet: the
     /// document was closed, or other code has written its chunks.
     void forget();
-    /// Takes over the chunks that a load has made.
-    void stage(StagedChunks&& chunks);
+    /// Takes over the records of a load. They stay raw commands until one of them is asked for.
+    void hold(UntouchedRecords&& records);
+    /// The records of the load, to be written from their raw commands; null once a record was
+    /// asked for, or if one can only be written from its section.
+    [[nodiscard]] UntouchedRecords* untouched();
     /// Writes all records to their files. To be called before the files are read other than
     /// through this object.
     IoStatus writeOut();
@@ -146,6 +150,7 @@ class ConversionStore : private DocumentListener {
         std::shared_ptr<ProfileFile> file;
     };
 
+    IoStatus touch();
     IoStatus list();
     void index();
     void indexChunk(std::int64_t number, const ProfileFile& chunk);
@@ -187,6 +192,7 @@ class ConversionStore : private DocumentListener {
     std::unordered_map<std::string, std::vector<Holder>> names_;  ///< by lower-case name
     std::unordered_map<std::int64_t, std::vector<std::string>> namesOfChunk_;
     std::list<Recent> recent_;
+    std::optional<UntouchedRecords> untouched_;
     StagedChunks staged_;
     bool stagedInOperation_ = false;  ///< and not by the load of the document
 };

@@ -2,7 +2,9 @@
 
 #include "conversion/ConversionFields.h"
 #include "conversion/ConversionStore.h"
+#include "conversion/RecordText.h"
 #include "conversion/SampleRate.h"
+#include "conversion/UntouchedRecords.h"
 #include "conversion/UpdateFile.h"
 #include "core/TmatsDocument.h"
 #include "core/files/FileIo.h"
@@ -12,8 +14,6 @@
 #include "core/text/Printf.h"
 #include "core/text/Text.h"
 
-#include <algorithm>
-#include <charconv>
 #include <string>
 
 namespace kavu {
@@ -28,126 +28,33 @@ std::string_view field(const ProfileFile::Section& record, std::string_view key,
     return trimTrailingBlanks(record.get(key, otherwise));
 }
 
-/// The highest index that any of the items has in the record. A count in a file may be
-/// any number, so the items in the record bound the loops.
-int highestIndex(const ProfileFile::Section& record, const ConversionField& list) {
-    int highest = 0;
-    for (const auto& line : record.lines()) {
-        for (const auto item : list.items) {
-            if (item.empty() || line.key.size() <= item.size() + 1 ||
-                line.key[item.size()] != '-' || !startsWithIgnoreCase(line.key, item)) {
-                continue;
-            }
-            const auto digits = std::string_view(line.key).substr(item.size() + 1);
-            int index = 0;
-            const auto result =
-                std::from_chars(digits.data(), digits.data() + digits.size(), index);
-            if (result.ec == std::errc() && result.ptr == digits.data() + digits.size()) {
-                highest = std::max(highest, index);
-            }
-        }
+/// The fields of a record that is in its section. Of two lines with one key the first counts.
+void putFields(const ProfileFile::Section& record, RecordText& text) {
+    text.clear();
+    const auto& lines = record.lines();
+    for (auto line = lines.rbegin(); line != lines.rend(); ++line) {
+        text.put(line->key, trimBlanks(line->text));
     }
-    return highest;
 }
 
-/// One record as commands.
-class RecordText {
-  public:
-    RecordText(int edition, const SampleRateOptions& rates) : edition_(edition), rates_(rates) {}
-
-    /// Starts a record; `comment` has real line breaks.
-    void write(const ProfileFile::Section& record, long index, std::string_view type,
-               std::string_view comment) {
-        record_ = &record;
-        text_.clear();
-        prefix_ = "C-";
-        appendNumber(prefix_, index);
-        prefix_ += '\\';
-        // The only value that keeps its line breaks in stored form.
-        std::string name(trimTrailingBlanks(record.name()));
-        toStoredForm(name);
-        text_.append(prefix_).append(kNameCode).append(":").append(name).append(";\r\n");
-        writeFields(commonConversionFields());
-        put(kTypeCode, type);
-        writeFields(typeConversionFields(type, edition_));
-        put(kCommentCode, comment);
-    }
-    [[nodiscard]] const std::string& text() const { return text_; }
-
-  private:
-    void put(std::string_view code, std::string_view value) {
-        if (value.empty()) {
-            return;
-        }
-        text_.append(prefix_).append(code).append(":");
-        const auto at = text_.size();
-        text_.append(value).append(";\r\n");
-        for (auto i = at; i < text_.size(); ++i) {
-            if (text_[i] == kStoredCarriageReturn) {
-                text_[i] = '\r';
-            } else if (text_[i] == kStoredLineFeed) {
-                text_[i] = '\n';
-            }
+/// The fields of a record that is still raw commands. Gives its comment, which has blanks at its
+/// ends only if it is too long for the chunk.
+std::string putFields(const RawRecords::Record& record, bool commentOutside, RecordText& text) {
+    text.clear();
+    std::string_view comment;
+    for (const auto& field : record.fields) {
+        if (field.known != nullptr) {
+            text.put(*field.known, field.code, trimBlanks(field.value));
+            comment =
+                field.known->code == kCommentCode && equalsIgnoreCase(field.code, kCommentCode)
+                    ? field.value
+                    : comment;
         }
     }
-
-    void writeFields(std::span<const ConversionField> fields) {
-        for (const auto& row : fields) {
-            if (edition_ >= row.from && edition_ <= row.until &&
-                (row.needs.empty() || leadingInt(field(*record_, row.needs)) > 0) &&
-                (!row.bitWeights || equalsIgnoreCase(field(*record_, "BFM"), "BWT"))) {
-                writeField(row);
-            }
-        }
-    }
-
-    void writeField(const ConversionField& row) {
-        const auto value = field(*record_, row.code, row.otherwise);
-        switch (row.form) {
-            case WrittenForm::Value:
-                put(row.code, value);
-                break;
-            case WrittenForm::Count:
-                put(row.code, leadingInt(value) < 0 ? "0" : value);
-                break;
-            case WrittenForm::IntegerCount:
-                put(row.code, std::to_string(leadingInt(value)));
-                break;
-            case WrittenForm::SampleRate: {
-                std::string rate(value);
-                trimSampleRate(rate, rates_);
-                put(row.code, rate);
-                break;
-            }
-            case WrittenForm::List:
-                writeList(row, leadingInt(value));
-                break;
-        }
-    }
-
-    void writeList(const ConversionField& row, int count) {
-        if (count <= 0) {
-            return;
-        }
-        count = std::min(count, highestIndex(*record_, row));
-        std::string code;
-        for (int i = 1; i <= count; ++i) {
-            for (const auto item : row.items) {
-                if (!item.empty()) {
-                    code.assign(item).append("-");
-                    appendNumber(code, i);
-                    put(code, field(*record_, code));
-                }
-            }
-        }
-    }
-
-    int edition_;
-    SampleRateOptions rates_;
-    const ProfileFile::Section* record_ = nullptr;
-    std::string prefix_;
-    std::string text_;
-};
+    std::string decoded(commentOutside ? comment : trimBlanks(comment));
+    fromStoredForm(decoded);
+    return decoded;
+}
 
 /// One save of the group.
 class GroupWriter {
@@ -165,6 +72,15 @@ class GroupWriter {
         setProgressText(parent_, "Saving PCM Data Conversion Information...");
         setProgressBar(parent_, 0);
         update_.open();
+        auto* const untouched = store_.untouched();
+        const bool good = untouched != nullptr ? writeUntouched(*untouched) : writeChunks();
+        update_.close();
+        setProgressText(parent_, {});
+        return good;
+    }
+
+  private:
+    bool writeChunks() {
         IoStatus status;
         const auto chunks = store_.chunkNumbers(&status);
         bool good = status.ok() || reportUnreadable(status);
@@ -172,12 +88,46 @@ class GroupWriter {
             percent_ = 100.0 * static_cast<double>(i) / static_cast<double>(chunks.size());
             good = writeChunk(chunks[i]);
         }
-        update_.close();
-        setProgressText(parent_, {});
         return good;
     }
 
-  private:
+    /// Nobody has asked for a record since the load, so that there is no section to look at or to
+    /// change, and nothing for the update file.
+    bool writeUntouched(UntouchedRecords& untouched) {
+        RawRecords records;
+        std::size_t done = 0;
+        for (const auto& [number, chunk] : untouched.chunks()) {
+            percent_ = 100.0 * static_cast<double>(done++) /
+                       static_cast<double>(untouched.chunks().size());
+            if (const auto status = untouched.read(number, records); !status.ok()) {
+                return reportUnreadable(status);
+            }
+            for (std::size_t i = 0; i < records.size(); ++i) {
+                yieldToInterface(parent_);
+                if (cancelRequested(parent_)) {
+                    return false;
+                }
+                startRecord();
+                const auto comment = putFields(records[i], chunk.commentsOutside, record_);
+                output_.write(record_.write(index_, records[i].name, comment));
+                if (!output_.status().ok()) {
+                    return false;
+                }
+            }
+        }
+        untouched.release();
+        return true;
+    }
+
+    void startRecord() {
+        ++index_;
+        if (parent_ != nullptr && context_.ticker.secondElapsed()) {
+            parent_->setProgressText(
+                formatPrintf("Saving Data Conversion Information. Measurement #%d", index_));
+            parent_->setProgressBar(percent_);
+        }
+    }
+
     bool writeChunk(std::int64_t number) {
         const auto chunk = store_.chunk(number);
         if (const auto& status = chunk->load(); !status.ok()) {
@@ -209,12 +159,7 @@ class GroupWriter {
     }
 
     bool writeRecord(ProfileFile& chunk, const ProfileFile::Section& record) {
-        ++index_;
-        if (parent_ != nullptr && context_.ticker.secondElapsed()) {
-            parent_->setProgressText(
-                formatPrintf("Saving Data Conversion Information. Measurement #%d", index_));
-            parent_->setProgressBar(percent_);
-        }
+        startRecord();
         // A default record that was never edited is written as one without a conversion.
         if (record.integer(recordkey::kTemplate) != 0 && record.get(kTypeCode) != kNoType) {
             chunk.setValue(record.name(), kTypeCode, kNoType);
@@ -229,8 +174,8 @@ class GroupWriter {
         if (const auto pairs = record.get(recordkey::kCommentRecord); !pairs.empty()) {
             comment = std::string("[KAVU:").append(pairs).append("]").append(comment);
         }
-        record_.write(record, index_, type, comment);
-        output_.write(record_.text());
+        putFields(record, record_);
+        output_.write(record_.write(index_, record.name(), comment));
         if (update_.offer(record, type)) {
             changed_.push_back(record.name());
         }

@@ -9,4 +9,11 @@ std::string_view measurementNameIn(const RawCommand& command) {
                                                          : std::string_view();
 }
 
+std::string_view recordNameIn(const RawCommand& command) {
+    const auto name = measurementNameIn(command);
+    return name.size() > kLongestMeasurementName
+               ? trimRight(cutToBytes(name, kLongestMeasurementName))
+               : name;
+}
+
 }  // namespace kavu

@@ -4,6 +4,8 @@
 
 #include "core/text/Text.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -15,6 +17,10 @@ namespace kavu {
     command = command.substr(0, command.find(':'));
     return command.size() > 2 && command[1] == '-' ? leadingInteger(command.substr(2)) : 0;
 }
+
+/// What is in front of the index, "C-", and digits that always fit.
+inline constexpr std::size_t kBeforeIndex = 2;
+inline constexpr std::size_t kSureDigits = 9;
 
 /// What ends a command in a file: carriage return and line feed.
 inline constexpr std::uint64_t kLineEndBytes = 2;
@@ -31,8 +37,17 @@ struct RawCommand {
 [[nodiscard]] inline RawCommand parseRawCommand(std::string_view line) {
     RawCommand command;
     command.line = line;
-    command.index = groupIndexOf(line);
-    const auto slash = line.find('\\');
+    // Nearly every command begins with "C-", a few digits and a backslash.
+    const auto most = std::min(line.size(), kBeforeIndex + kSureDigits);
+    std::size_t slash = kBeforeIndex;
+    for (; slash < most && isDigit(line[slash]); ++slash) {
+        command.index = command.index * 10 + (line[slash] - '0');
+    }
+    if (slash == kBeforeIndex || slash >= line.size() || line[slash] != '\\' ||
+        !line.starts_with("C-")) {
+        command.index = groupIndexOf(line);
+        slash = line.find('\\');
+    }
     const auto colon = slash == std::string_view::npos ? slash : line.find(':', slash);
     if (colon != std::string_view::npos) {
         command.code = line.substr(slash + 1, colon - slash - 1);
@@ -48,11 +63,13 @@ void forEachRawCommand(std::string& bytes, Visit visit) {
     constexpr std::string_view kBetween = " \t\r\n\v\f\x1a";
     std::size_t start = 0;
     for (auto end = bytes.find(';'); end != std::string::npos; end = bytes.find(';', start)) {
-        const auto first = bytes.find_first_not_of(kBetween, start);
+        auto first = start;
+        while (kBetween.find(bytes[first]) != std::string_view::npos) {
+            ++first;
+        }
         const auto length = end + 1 - first;
         const std::string_view line(bytes.data() + first, length);
-        if (line.find('\n') != std::string_view::npos ||
-            line.find('\r') != std::string_view::npos) {
+        if (holdsLineBreak(line)) {
             std::string stored(line);
             toStoredForm(stored);
             bytes.replace(first, length, stored);
@@ -66,5 +83,7 @@ void forEachRawCommand(std::string& bytes, Visit visit) {
 /// The measurement name that a command gives its index, or empty if it gives none: the
 /// value without trailing blanks, which a section name cannot have.
 [[nodiscard]] std::string_view measurementNameIn(const RawCommand& command);
+/// The same, cut to what a record can be called.
+[[nodiscard]] std::string_view recordNameIn(const RawCommand& command);
 
 }  // namespace kavu

@@ -1,19 +1,18 @@
 #include "conversion/RawGroup.h"
 
-#include "conversion/LoadReports.h"
 #include "conversion/RawChunk.h"
-#include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
 #include "core/talk/UserInterface.h"
 
 #include <algorithm>
+#include <cerrno>
 
 namespace kavu {
 
 namespace {
 
 constexpr std::int64_t kIndicesOfChunk = 25;
-constexpr std::uint64_t kBatch = 16 * 1024 * 1024;  // bytes
+constexpr std::uint64_t kBatch = 8 * 1024 * 1024;  // bytes
 
 }  // namespace
 
@@ -25,48 +24,55 @@ void RawGroup::Chunk::add(const Extent& extent) {
     }
 }
 
-bool RawGroup::report() {
-    if (!source_.status().ok()) {
-        reportUnreadable(context_, parent_, source_.status());
-    }
-    return source_.status().ok();
-}
-
-bool RawGroup::sort(std::int64_t base) {
-    if (const auto status = source_.open(path_); !status.ok()) {
-        reportUnreadable(context_, parent_, status);
+bool RawGroup::sort(TmatsReader& reader, UserInterface* parent, std::int64_t base) {
+    status_ = source_.open(path_);
+    if (!status_.ok()) {
         return false;
     }
-    std::string command;
+    size_ = source_.size();
+    std::string room;
     Chunk* current = nullptr;
     std::int64_t currentNumber = 0;
     std::uint64_t start = 0;
-    for (unsigned count = 1; context_.reader.nextRawCommand(source_, command); ++count) {
+    for (unsigned count = 1;; ++count) {
+        const auto command = reader.viewNextRaw(source_, room);
+        if (!command) {
+            break;
+        }
         if (count % kPollEvery == 0) {
-            yieldToInterface(parent_);
-            if (cancelRequested(parent_)) {
+            yieldToInterface(parent);
+            if (cancelRequested(parent)) {
                 return false;
             }
         }
         const auto end = source_.position();
-        if (!startsWithIgnoreCase(command, "COMMENT:")) {
+        if (!isComment(*command)) {
             const auto number =
-                base + std::max<std::int64_t>(0, groupIndexOf(command) / kIndicesOfChunk);
+                base + std::max<std::int64_t>(0, groupIndexOf(*command) / kIndicesOfChunk);
             if (current == nullptr || number != currentNumber) {
                 current = &chunks_[number];
                 currentNumber = number;
             }
             current->add({start, end - start});
-            current->size += command.size() + kLineEndBytes;
+            current->size += command->size() + kLineEndBytes;
         }
         start = end;
     }
-    return report();
+    status_ = source_.status();
+    if (status_.ok() && source_.position() != size_) {
+        status_ = {path_, ESTALE};
+    }
+    return status_.ok();
 }
 
 void RawGroup::setChunks(Chunks chunks) {
     chunks_ = std::move(chunks);
     batch_.clear();
+}
+
+void RawGroup::release() {
+    source_.close();
+    batch_ = {};
 }
 
 std::string* RawGroup::bytes(std::int64_t number) {
@@ -81,12 +87,25 @@ std::string* RawGroup::bytes(std::int64_t number) {
     return &found->second;
 }
 
+bool RawGroup::open() {
+    if (!source_.isOpen()) {
+        status_ = source_.open(path_);
+        if (status_.ok() && source_.size() != size_) {
+            status_ = {path_, ESTALE};
+        }
+    }
+    return status_.ok();
+}
+
 bool RawGroup::fetch(Chunks::const_iterator first) {
     struct Part {
         Extent extent;
         std::string* to;
     };
     batch_.clear();
+    if (!open()) {
+        return false;
+    }
     std::vector<Part> parts;
     std::uint64_t total = 0;
     for (auto it = first; it != chunks_.end(); ++it) {
@@ -108,20 +127,23 @@ bool RawGroup::fetch(Chunks::const_iterator first) {
     // The runs of one chunk keep their order: it is that of the file.
     std::sort(parts.begin(), parts.end(),
               [](const Part& a, const Part& b) { return a.extent.at < b.extent.at; });
-    for (const auto& part : parts) {
-        source_.seek(part.extent.at);
-        for (auto left = part.extent.length; left > 0;) {
-            const auto window = source_.window();
-            const auto some = window.substr(0, left);
-            if (some.empty()) {
-                break;
-            }
-            part.to->append(some);
-            source_.take(some.size());
-            left -= some.size();
+    return std::all_of(parts.begin(), parts.end(),
+                       [this](const Part& part) { return copy(part.extent, *part.to); });
+}
+
+bool RawGroup::copy(const Extent& extent, std::string& to) {
+    source_.seek(extent.at);
+    for (auto left = extent.length; left > 0;) {
+        const auto some = source_.window().substr(0, left);
+        if (some.empty()) {
+            status_ = source_.status().ok() ? IoStatus(path_, ESTALE) : source_.status();
+            return false;
         }
+        to.append(some);
+        source_.take(some.size());
+        left -= some.size();
     }
-    return report();
+    return true;
 }
 
 }  // namespace kavu

@@ -1,7 +1,7 @@
 // The C group as it came from the file: one working file of raw commands, with the places
-// of the commands of each chunk. Chunks are read from it in batches, each in one sweep
-// over the file, so that neither a large group nor one whose indices alternate costs a
-// file, a buffer or a pass for each chunk.
+// where the commands of each chunk are. Chunks are read from it a batch at a time,
+// in one sweep over the file, so that neither a large group nor one whose indices
+// alternate costs a file, a buffer or a pass for each chunk.
 #pragma once
 
 #include "core/files/FileIo.h"
@@ -14,7 +14,7 @@
 
 namespace kavu {
 
-struct DocumentContext;
+class TmatsReader;
 class UserInterface;
 
 class RawGroup {
@@ -25,37 +25,50 @@ class RawGroup {
         std::uint64_t length = 0;
     };
     struct Chunk {
-        std::uint64_t size = 0;  ///< bytes of its commands, one per line
+        std::uint64_t size = 0;  ///< bytes of its commands, one on a line
         std::vector<Extent> extents;
+        bool commentsOutside = false;  ///< its comments go to files of their own
+        /// What the load has found out: whether it holds a record, and the commands whose names
+        /// belong to other records, by their places in the chunk, counted from 1.
+        bool hasRecords = false;
+        std::vector<std::size_t> refused;
 
         /// Adds a run after the others.
         void add(const Extent& extent);
     };
     using Chunks = std::map<std::int64_t, Chunk>;
 
-    RawGroup(DocumentContext& context, UserInterface* parent, std::string path)
-        : context_(context), parent_(parent), path_(std::move(path)) {}
+    explicit RawGroup(std::string path) : path_(std::move(path)) {}
 
     /// Sorts the commands: 25 group indices to a chunk, from number `base` on; a negative
     /// index counts to the first chunk. False if it was cancelled or the file could not be
-    /// read, which has been reported with message 314 ("Unable to read").
-    bool sort(std::int64_t base);
+    /// read, which `status` tells apart.
+    bool sort(TmatsReader& reader, UserInterface* parent, std::int64_t base);
 
+    [[nodiscard]] Chunks& chunks() { return chunks_; }
     [[nodiscard]] const Chunks& chunks() const { return chunks_; }
-    /// Replaces the chunks, after a split.
+    /// Replaces the chunks, after a split or a renumbering.
     void setChunks(Chunks chunks);
 
-    /// The commands of a chunk, or null for a file that could not be read (314). Valid
-    /// until the next call. Cheap if chunks are asked for in ascending order.
+    /// The commands of a chunk, or null for a file that could not be read. Valid
+    /// until the next call. Cheap when chunks are asked for in rising order.
     std::string* bytes(std::int64_t number);
+    /// Closes the file and forgets what was read of it; the places of the chunks stay.
+    void release();
+
+    /// The failure to read the file, if there was one; a file that is not as long any more as
+    /// it was when it was sorted counts as stale (ESTALE).
+    [[nodiscard]] const IoStatus& status() const { return status_; }
+    [[nodiscard]] const std::string& path() const { return path_; }
 
   private:
+    bool open();
     bool fetch(Chunks::const_iterator first);
-    bool report();
+    bool copy(const Extent& extent, std::string& to);
 
-    DocumentContext& context_;
-    UserInterface* parent_;
     std::string path_;
+    std::uint64_t size_ = 0;
+    IoStatus status_;
     ByteSource source_;
     Chunks chunks_;
     std::unordered_map<std::int64_t, std::string> batch_;

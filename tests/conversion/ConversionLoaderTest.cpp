@@ -3,6 +3,8 @@
 #include "core/text/Text.h"
 
 #include <filesystem>
+#include <functional>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -89,6 +91,14 @@ TEST(ConversionLoader, ADefinitionWithoutANameVanishesWithoutAMessageButWithANot
     EXPECT_EQ(f.ui.logs.size(), 1u);  // of the duplicate, which the note leaves out
     EXPECT_EQ(f.ui.notes,
               std::vector<std::string>{"1 C groups without a name (DCN) are left out."});
+}
+
+TEST(ConversionLoader, ANameThatIsBlankAsFarAsANameGoesIsNoName) {
+    ConversionFixture f;
+    ASSERT_TRUE(
+        f.load("C-1\\DCN:" + std::string(33, ' ') + "x;\r\nC-1\\MN1:a;\r\n" + record(2, "B")));
+    EXPECT_EQ(f.savedNames(), (Names{"B"}));
+    EXPECT_EQ(f.ui.countLogs(318), 1);
 }
 
 TEST(ConversionLoader, ABlankNameIsNoName) {
@@ -301,19 +311,19 @@ TEST(ConversionLoader, Message313WhenTheNamesFileCanNotBeMade) {
     EXPECT_NE(f.ui.boxes[0].text.find("Is a directory"), std::string::npos);
 }
 
-/// A parent that puts a folder in the place of a file at the first poll for a cancel.
+/// A parent that does something at the first poll for a cancel.
 class Saboteur : public test::RecordingInterface {
   public:
-    explicit Saboteur(std::string path) : path_(std::move(path)) {}
+    explicit Saboteur(std::function<void()> act) : act_(std::move(act)) {}
     bool cancelRequested() override {
         if (polls++ == 0) {
-            std::filesystem::create_directory(path_);
+            act_();
         }
         return false;
     }
 
   private:
-    std::string path_;
+    std::function<void()> act_;
 };
 
 std::string records(int count) {
@@ -324,11 +334,12 @@ std::string records(int count) {
     return text;
 }
 
-TEST(ConversionLoader, Message314WhenTheSectionsCanNotBeHeld) {
+// No file holds the sections while they are made, so it is the raw commands that may fail.
+TEST(ConversionLoader, Message314WhenTheRawCommandsAreCutOff) {
     ConversionFixture f;
-    const auto path = f.store.pathOf("DATA1.TMP");
-    Saboteur saboteur(path);
-    f.write("DATA1.TMP", records(40));
+    const auto path = rawGroupPath(f.store, 0);
+    Saboteur saboteur([&] { std::filesystem::resize_file(path, 70); });
+    f.write("DATA1.TMP", records(20000));
     EXPECT_FALSE(loadConversionGroup(f.context, f.names, f.conversions, &saboteur, 2011));
     ASSERT_EQ(saboteur.countBoxes(314), 1);
     EXPECT_EQ(saboteur.boxes[0].titleId, 106);
@@ -341,7 +352,7 @@ TEST(ConversionLoader, Message314WhenTheSectionsCanNotBeHeld) {
 TEST(ConversionLoader, Message313WhenAChunkCanNotBeWritten) {
     ConversionFixture f;
     const auto path = chunkPath(f.store, 1);
-    Saboteur saboteur(path);
+    Saboteur saboteur([&] { std::filesystem::create_directory(path); });
     f.conversions.stagingLimit = 0;
     f.write("DATA1.TMP", records(40));
     EXPECT_FALSE(loadConversionGroup(f.context, f.names, f.conversions, &saboteur, 2011));

@@ -1,5 +1,7 @@
 // Undo of what an edit has changed besides the stream, and the size of the levels.
 #include "conversion/ConversionFiles.h"
+#include "conversion/ConversionLoader.h"
+#include "core/document/KeyValueStore.h"
 #include "groups/MeasurementNames.h"
 #include "pcm/StreamFixture.h"
 #include "pcm/edit/FrameEditComment.h"
@@ -128,11 +130,12 @@ TEST(StreamUndoRecords, ALongCommentMovesBackAndForthWithItsRecord) {
 
 TEST(StreamUndoRecords, ARecordThatIsInMemoryOnlyIsNotTakenForMissing) {
     UndoRecords f;
-    StagedChunks staged;
-    ASSERT_TRUE(staged.put(f.files, 0, "[A]\nDCT=NON\n[B]\nDCT=COE\n").ok());
     f.conversions.forget();
     ASSERT_TRUE(deleteFile(chunkPath(f.store, 0)).ok());
-    f.conversions.stage(std::move(staged));
+    f.write(working::kData1, "C-1\\DCN:A;\r\nC-1\\DCT:NON;\r\nC-2\\DCN:B;\r\nC-2\\DCT:COE;\r\n");
+    KeyValueStore names(f.store);
+    ASSERT_TRUE(loadConversionGroup(f.context, names, f.conversions, nullptr, 2011));
+    ASSERT_NE(f.conversions.untouched(), nullptr);
     StreamUndo undo(f.format, {.conversions = &f.conversions});
     ASSERT_TRUE(f.rename("A", "Z"));
     ASSERT_TRUE(undo.commit());

@@ -14,14 +14,6 @@ namespace {
 constexpr std::size_t kMissing = static_cast<std::size_t>(-1);
 constexpr std::size_t kIndexFrom = 32;  // keys of a section from which on a hash pays
 
-std::string_view trimBlanks(std::string_view text) {
-    const auto first = text.find_first_not_of(" \t");
-    if (first == std::string_view::npos) {
-        return {};
-    }
-    return text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
-
 /// True for a key that would be something else when it is read again.
 bool beginsOtherwise(std::string_view key) {
     return key.front() == '[' || key.front() == ';' || key.starts_with(kByteOrderMark);

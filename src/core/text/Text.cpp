@@ -43,6 +43,14 @@ std::string_view trimRight(std::string_view text) {
     return text.substr(0, last == std::string_view::npos ? 0 : last + 1);
 }
 
+std::string_view trimBlanks(std::string_view text) {
+    const auto first = text.find_first_not_of(" \t");
+    if (first == std::string_view::npos) {
+        return {};
+    }
+    return text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
 std::string_view trimTrailingBlanks(std::string_view text) {
     const auto last = text.find_last_not_of(' ');
     return text.substr(0, last == std::string_view::npos ? 0 : last + 1);

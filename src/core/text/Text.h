@@ -31,6 +31,8 @@ inline constexpr char kStoredLineFeed = 0x15;
 /// Without the white space (blank, tab, line ends, vertical tab, form feed) at both ends.
 [[nodiscard]] std::string_view trim(std::string_view text);
 [[nodiscard]] std::string_view trimRight(std::string_view text);
+/// Without the blanks and tabs at both ends.
+[[nodiscard]] std::string_view trimBlanks(std::string_view text);
 /// Without the blanks (only blanks) at the end.
 [[nodiscard]] std::string_view trimTrailingBlanks(std::string_view text);
 

@@ -1,0 +1,67 @@
+// The check of the C group while it is loaded: which commands make records, and what is wrong
+// with them.
+#pragma once
+
+#include "conversion/RawGroup.h"
+#include "conversion/RawRecords.h"
+#include "core/files/FileIo.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace kavu {
+
+struct DocumentContext;
+class KeyValueStore;
+struct RawCommand;
+class UserInterface;
+
+class RecordCheck {
+  public:
+    /// `names` holds the measurement names of the whole load; `edition` rules the limits.
+    RecordCheck(DocumentContext& context, KeyValueStore& names, UserInterface* parent, int edition)
+        : context_(context), names_(names), parent_(parent), edition_(edition) {}
+
+    /// Makes the working file of the check: "DATA2.TMP" holds the names by group index
+    /// (message 313 "Unable to" if it cannot be made).
+    bool open();
+    /// Checks the commands of a chunk, and notes in it what was found. `percent` is for the
+    /// progress bar. False if it was cancelled, or a name could not be noted, which has been
+    /// reported. Logs 318 for a name and 315 for a value that is too long, 317 for a duplicate
+    /// measurement; the document counts as changed where a value or a record is not kept.
+    bool check(RawGroup::Chunk& chunk, std::string& bytes, double percent);
+    /// Closes the working file; false if it was not complete. Notes how many groups have no
+    /// name.
+    bool close();
+
+    /// True if a record has a key of the program: what is to be done with it is known only
+    /// when it is taken apart.
+    [[nodiscard]] bool foundKeysOfTheProgram() const { return foundKeysOfTheProgram_; }
+
+  private:
+    /// What the chunk holds of one group index.
+    struct Group {
+        bool isRefused = false;  ///< its name belongs to another record, as 317 has reported
+        std::string_view name;   ///< within the bytes of the chunk
+    };
+    bool checkName(RawGroup::Chunk& chunk, const RawCommand& command, double percent);
+    void checkField(const RawCommand& command);
+    void showProgress(std::string_view name, double percent);
+
+    DocumentContext& context_;
+    KeyValueStore& names_;
+    UserInterface* parent_;
+    int edition_;
+    unsigned measurements_ = 0;
+    int unnamed_ = 0;  ///< group indices without a name
+    unsigned polled_ = 0;
+    bool foundKeysOfTheProgram_ = false;
+    FileWriter namesFile_;
+
+    // The chunk in work.
+    std::size_t at_ = 0;
+    ByGroupIndex<Group> groups_;
+};
+
+}  // namespace kavu

@@ -1,0 +1,46 @@
+// The conversion records of a load that nobody has asked for yet. They are still the commands of
+// the raw group: a document that is opened and saved writes its records straight from them, and
+// the sections in which records are found and changed are made when the first one is.
+#pragma once
+
+#include "conversion/RawGroup.h"
+#include "conversion/RawRecords.h"
+#include "core/files/IoStatus.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace kavu {
+
+class DocumentFiles;
+class StagedChunks;
+
+class UntouchedRecords {
+  public:
+    /// The chunks of the group have been checked. `name` is that of its file; `edition` rules the
+    /// limits. A record that says what is to be done with it is `special`.
+    UntouchedRecords(RawGroup group, std::string name, int edition, bool special)
+        : group_(std::move(group)), name_(std::move(name)), edition_(edition), special_(special) {}
+
+    /// False if records can only be written from their sections.
+    [[nodiscard]] bool canBeWritten() const { return !special_; }
+
+    [[nodiscard]] const RawGroup::Chunks& chunks() const { return group_.chunks(); }
+    /// The records of a chunk; the views live until the next call. Cheap in rising order.
+    [[nodiscard]] IoStatus read(std::int64_t number, RawRecords& records);
+    /// Closes the file between two passes.
+    void release() { group_.release(); }
+
+    /// Makes the sections, in `staged`, or in files where they are too many; the comments that
+    /// are kept outside go to their files. May be tried again after a failure.
+    [[nodiscard]] IoStatus makeSections(DocumentFiles& files, StagedChunks& staged);
+
+  private:
+    RawGroup group_;
+    std::string name_;
+    int edition_;
+    bool special_;
+};
+
+}  // namespace kavu
