@@ -49,7 +49,7 @@ LIBRARIES = [
 # kept as links, and a file that is written where it is would change them as well. So nobody else
 # calls what writes, deletes or renames files, but for those whose files are not of the document.
 FILE_CHANGE = re.compile(
-    r"(?<![\w.>])(?:writeWholeFile|replaceWorkingFile|replaceUserFile|renameFile|deleteFile|copyFile|"
+    r"(?<![\w.>])(?:writeWholeFile|replaceWorkingFile|replaceUserFile|replaceWithCopy|renameFile|deleteFile|copyFile|"
     r"makeFolders?|deleteFolder)\s*\("
     r"|\bFileWriter\s+\w+\s*[;({=]|<FileWriter>"
     r"|(?:\.|->)(?:deleteFiles|clearDocumentFiles|verifyNoDocumentFiles)\s*\("
@@ -77,15 +77,16 @@ OTHER_FILES = {
     "conversion/UpdateFile.cpp": (1, "the update file of the user"),
     "conversion/UpdateFile.h": (1, "the update file of the user"),
     "core/TmatsReader.cpp": (1, "the message log"),
-    "core/document/BuildDocument.cpp": (3, "the file of the user that is saved, and scratch of the C group"),
+    "core/document/BuildDocument.cpp": (2, "scratch of the C group"),
     "core/document/FormerContents.cpp": (3, "the file of the user, and its backup"),
     "core/document/GroupRewrite.cpp": (1, "a staged copy that the gate takes in"),
     "core/document/GroupSplitter.cpp": (2, "the raw commands of a load"),
     "core/document/KeyValueStore.cpp": (3, "an index in files of its own"),
     "core/document/KeyValueStore.h": (1, "an index in files of its own"),
     "core/document/OpenDocument.cpp": (1, "the message log"),
+    "core/document/SaveTarget.cpp": (1, "the backup of the file of the user"),
     "core/talk/Messages.cpp": (3, "the message log"),
-    "core/talk/OpenFileChecked.cpp": (2, "the file of the user, and its backup"),
+    "core/talk/OpenFileChecked.cpp": (1, "the backup of the file of the user"),
     "core/talk/SupportFolder.cpp": (3, "the folder of the settings"),
     "groups/Migration.cpp": (1, "the message log"),
     "groups/Reindex.cpp": (2, "the folder of the copies that the gate takes in"),

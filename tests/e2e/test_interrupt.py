@@ -2,11 +2,10 @@
 
 import os
 import signal
-import subprocess
 import unittest
 
 import kavu
-from kavu import CLEAN, FAILED
+from kavu import CLEAN, FAILED, REPORTED
 
 MEGABYTES = 60
 
@@ -57,18 +56,41 @@ class InterruptTest(kavu.KavuTest):
         self.interrupted_load(signal.SIGINT)
         self.assertEqual(self.read("big.tma"), self.document)
 
-    def test_cancelling_in_the_middle_of_the_d_group_leaves_the_target_short(self):
-        """And the next save makes a backup of that short file."""
-        process = self.start("--json", "save", "big.tma", "-o", "out.tma")
+    def cancelled_save(self, watched, *options):
+        """A save that is cancelled when a good part of the new file is written."""
+        process = self.start("--json", *options, "save", "big.tma", "-o", "out.tma")
 
         def saving():
-            return self.exists("out.tma") and os.path.getsize(self.path("out.tma")) > 1000000
+            return self.exists(watched) and os.path.getsize(self.path(watched)) > 1000000
 
         self.wait_for(saving, process)
         process.send_signal(signal.SIGINT)
         result = self.finish(process)
         self.assertEqual(result.status, FAILED, result.err)
         self.assertIs(result.json["opened"], True)
+        return result
+
+    def in_place(self):
+        self.write("my.ini", "[KAVU-9]\r\nSaveInPlace=1\r\n")
+        return ("--settings", "my.ini")
+
+    def test_a_cancelled_save_has_not_happened(self):
+        self.write("out.tma", "G\\PN:OLD;\r\n")
+        self.write("out.bak", "older")
+        before = sorted(os.listdir(self.work))
+        result = self.cancelled_save(".out.tma.kavu-new")
+        self.assertEqual(result.asked(), [], "there is nothing to put back")
+        self.assertEqual(self.read("out.tma"), b"G\\PN:OLD;\r\n")
+        self.assertEqual(self.read("out.bak"), b"older")
+        self.assertEqual(sorted(os.listdir(self.work)), before)
+
+    def test_a_cancelled_save_of_a_new_file_makes_none(self):
+        self.cancelled_save(".out.tma.kavu-new")
+        self.assertEqual(os.listdir(self.work), ["big.tma"])
+
+    def test_in_place_cancelling_in_the_middle_of_the_d_group_leaves_the_target_short(self):
+        """And the next save makes a backup of that short file."""
+        self.cancelled_save("out.tma", *self.in_place())
         short = self.read("out.tma")
         self.assertGreater(len(short), 1000000)
         self.assertLess(len(short), len(self.document))
@@ -78,15 +100,32 @@ class InterruptTest(kavu.KavuTest):
         self.assertEqual(self.run_json("save", "small.tma", "-o", "out.tma").status, CLEAN)
         self.assertEqual(self.read("out.bak"), short)
 
-    def test_a_cancelled_save_puts_the_former_file_back_when_told_so(self):
+    def test_in_place_a_cancelled_save_puts_the_former_file_back_when_told_so(self):
         self.write("out.tma", "G\\PN:OLD;\r\n")
-        process = self.start("--json", "--answer-all", "yes", "save", "big.tma", "-o", "out.tma")
-        self.wait_for(lambda: os.path.getsize(self.path("out.tma")) > 1000000, process)
-        process.send_signal(signal.SIGINT)
-        result = self.finish(process)
-        self.assertEqual(result.status, FAILED, result.err)
+        self.cancelled_save("out.tma", "--answer-all", "yes", *self.in_place())
         self.assertEqual(self.read("out.tma"), b"G\\PN:OLD;\r\n")
         self.assertEqual(self.read("out.bak"), b"G\\PN:OLD;\r\n")
+
+    def test_in_place_a_killed_save_is_told_of_by_the_next_one(self):
+        self.write("out.tma", "G\\PN:OLD;\r\n" * 100)
+        process = self.start("--json", *self.in_place(), "save", "big.tma", "-o", "out.tma")
+        self.wait_for(lambda: os.path.getsize(self.path("out.tma")) > 1000000, process)
+        process.kill()
+        process.communicate()
+        store = self.store_folder()
+        self.assertTrue(store)
+        short = self.read("out.tma")
+        self.write("small.tma", "G\\106:09;")
+        process = self.start("--json", "save", "small.tma", "-o", "out.tma")
+        out, err = process.communicate()
+        result = kavu.Result(process.returncode, out, err)
+        self.assertEqual(result.status, REPORTED, result)
+        texts = [message["text"] for message in result.json["messages"]]
+        self.assertEqual(len(texts), 1, texts)
+        for name in ("out.tma", "out.bak~", store):
+            self.assertIn("'" + name + "'", texts[0])
+        self.assertEqual(self.read("out.bak~"), b"G\\PN:OLD;\r\n" * 100)
+        self.assertEqual(self.read("out.bak"), short)
 
 
 if __name__ == "__main__":

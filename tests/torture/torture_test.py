@@ -71,6 +71,7 @@ class Plan:
         self.settings = settings
         self.backs_up = backs_up and former is not None
         self.puts_back = puts_back
+        self.in_place = "SaveInPlace=1" in (settings or "")
         self.former = former
         self.older_backup = older_backup
         self.part = part
@@ -200,9 +201,42 @@ def is_done_again_by_copy(plan, fault):
         plan.backs_up and call.number in same[:-1])
 
 
-def is_closing_of_empty_backup(plan, fault):
-    return (plan.older_backup is None and fault.call.name == "close"
-            and fault.call.path == "target/out.bak" and fault.call.number < plan.copy_to_backup)
+def is_hidden(call):
+    """Of the files beside the target: the lock, the new file and the new backup."""
+    return call.path.startswith("target/.")
+
+
+def is_lock_of_target(plan, fault):
+    return fault.call.path.endswith(".kavu-lock")
+
+
+def is_opened_for_writing_later(plan, call):
+    return any(other.name == "open" and other.access == "w" and other.path == call.path
+               and other.number > call.number for other in plan.calls)
+
+
+def is_closing_of_probed_target(plan, fault):
+    return (fault.call.name == "close" and fault.call.path == "target/out.tma"
+            and (not plan.in_place or is_opened_for_writing_later(plan, fault.call)))
+
+
+def is_missing_leftover(plan, fault):
+    return fault.call.name == "unlink" and fault.call.missing and is_hidden(fault.call)
+
+
+def is_closing_of_empty_file(plan, fault):
+    return (fault.call.name == "close" and is_hidden(fault.call)
+            and is_opened_for_writing_later(plan, fault.call))
+
+
+def is_mode_of_backup(plan, fault):
+    return (fault.call.name in ("stat", "chmod", "chown") and is_hidden(fault.call)
+            and fault.call.path.endswith(".bak"))
+
+
+def is_folder_that_takes_no_file(plan, fault):
+    return (fault.call.name in ("open", "stat", "chmod", "chown") and is_hidden(fault.call)
+            and fault.call.path.endswith(".kavu-new"))
 
 
 def is_folder_that_may_not_be_read(plan, fault):
@@ -237,8 +271,14 @@ def is_message_log(plan, fault):
 
 
 def is_backup_that_is_given_up(plan, fault):
-    paths = (fault.call.path, fault.call.second)
-    return plan.puts_back and plan.backs_up and "target/out.bak" in paths
+    if not plan.puts_back or not plan.backs_up:
+        return False
+    call = fault.call
+    folder = call.path == "target" and any(
+        other.name == "open" and other.access == "w" and other.path == "target/out.tma"
+        and other.number > call.number for other in plan.calls)
+    return (folder or "target/out.bak" in (call.path, call.second)
+            or is_hidden(call) and call.path.endswith(".bak"))
 
 
 def is_look_at_the_disk(plan, fault):
@@ -299,8 +339,15 @@ HARMLESS = [
     ("the open of the source tells what a probe could not, and whether it is read-only does "
      "not matter for a save under another name", is_probe_of_source),
     ("the copy to the backup does the same again, and stops for it", is_done_again_by_copy),
-    ("the backup is made empty first, with its mode; nothing has been written to it yet",
-     is_closing_of_empty_backup),
+    ("the lock keeps other runs out; without it the save is no worse", is_lock_of_target),
+    ("nothing is written by the look whether the target may be written",
+     is_closing_of_probed_target),
+    ("what a killed run might have left is not there", is_missing_leftover),
+    ("new files are made empty first, for their owner only; nothing has been written yet",
+     is_closing_of_empty_file),
+    ("a backup that cannot have all attributes has the mode at least", is_mode_of_backup),
+    ("where no file can be made beside the target, it is written in place",
+     is_folder_that_takes_no_file),
     ("a folder in which one may write and not read can not be synchronised",
      is_folder_that_may_not_be_read),
     ("a load only asks which names there are, and knows that without the file it writes them to",
@@ -371,6 +418,9 @@ class Judge:
         err = without_guid(self.outcome.err)
         paths = [self.case.root / path for path in (self.fault.call.path, self.fault.call.second)
                  if path]
+        if is_hidden(self.fault.call):
+            # The user knows the files that they are made for.
+            paths += [self.case.target, self.case.backup]
         if not is_important(self.fault.call):
             # Of a scratch file the user is told the folder.
             paths += [path.parent for path in paths]
@@ -458,7 +508,8 @@ class TortureTest(unittest.TestCase):
                                   if call.path.startswith("source/") and call.access in "rd")
         plan.copy_to_backup = max(
             [call.number for call in plan.calls
-             if (call.name, call.path) == ("write", "target/out.bak")], default=0)
+             if call.name == "write" and is_hidden(call) and call.path.endswith(".bak")],
+            default=0)
         names = {call.name for call in plan.calls}
         self.assertLessEqual({"open", "read", "write", "close", "fsync", "mkdir", "rmdir"}, names)
         operation = isinstance(plan, OperationPlan)
@@ -480,11 +531,16 @@ class TortureTest(unittest.TestCase):
 
     def test_without_backup_the_former_contents_are_put_back(self):
         self.torture(Plan("put-back", ["--answer-all", "yes"], support.small_document(),
-                          settings="[KAVU-9]\r\nCreateBackup=0\r\n", backs_up=False,
-                          puts_back=True))
+                          settings="[KAVU-9]\r\nCreateBackup=0\r\nSaveInPlace=1\r\n",
+                          backs_up=False, puts_back=True))
 
     def test_with_backup_and_put_back(self):
         self.torture(Plan("both", ["--answer-all", "yes"], support.small_document(),
+                          settings="[KAVU-9]\r\nSaveInPlace=1\r\n", puts_back=True, part=BUILD))
+
+    def test_without_backup_the_target_is_never_partial(self):
+        self.torture(Plan("no-backup", [], support.small_document(),
+                          settings="[KAVU-9]\r\nCreateBackup=0\r\n", backs_up=False,
                           puts_back=True, part=BUILD))
 
     def test_with_a_first_backup(self):

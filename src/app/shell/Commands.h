@@ -61,6 +61,7 @@ enum class CommandId : int {
     Undo = 1001,
     Redo = 1002,
     KeepComments = 1003,
+    SaveInPlace = 1004,
 };
 
 enum class MenuId { File, Edit, Reports, Database, Options, View, Help };

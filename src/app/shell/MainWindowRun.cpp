@@ -133,6 +133,10 @@ void MainWindow::installChoices() {
         application_.context().settings.set(setting::kKeepComments,
                                             action(CommandId::KeepComments)->isChecked());
     };
+    handlers_[CommandId::SaveInPlace] = [this] {
+        application_.context().settings.set(setting::kSaveInPlace,
+                                            action(CommandId::SaveInPlace)->isChecked());
+    };
 }
 
 void MainWindow::updateChecks() {
@@ -148,6 +152,7 @@ void MainWindow::updateChecks() {
            CommandId::RefuseSameNames);
     choose(settings.get(setting::kCreateBackup), CommandId::MakeBackups, CommandId::NoBackups);
     action(CommandId::KeepComments)->setChecked(settings.get(setting::kKeepComments));
+    action(CommandId::SaveInPlace)->setChecked(settings.get(setting::kSaveInPlace));
 }
 
 void MainWindow::fillRecentMenu() {

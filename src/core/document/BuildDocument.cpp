@@ -7,14 +7,12 @@
 #include "core/document/DocumentFiles.h"
 #include "core/document/DocumentHistory.h"
 #include "core/document/DocumentVersion.h"
-#include "core/document/FormerContents.h"
 #include "core/document/GroupFiles.h"
 #include "core/document/GroupRewrite.h"
+#include "core/document/SaveTarget.h"
 #include "core/files/FileIo.h"
 #include "core/talk/FileReports.h"
 #include "core/talk/Messages.h"
-#include "core/talk/OpenFileChecked.h"
-#include "core/talk/ProfileSettings.h"
 #include "core/text/Clock.h"
 #include "core/text/Edition.h"
 #include "core/text/Text.h"
@@ -365,35 +363,26 @@ bool copyGroupFile(DocumentContext& context, UserInterface* parent, ByteSource& 
     return true;
 }
 
-bool buildTmatsFile(DocumentContext& context, UserInterface* parent, const std::string& target,
-                    bool backup) {
-    backup = backup && context.settings.get(setting::kCreateBackup);
-    FormerContents former(context.store);
-    if (!former.keep(parent, target, backup)) {
-        return false;
-    }
-    FileWriter writer;
-    if (const auto status = writer.open(target, WriteMode::Truncate); !status.ok()) {
-        reportUnableToOpen(parent, status);
+namespace {
+
+bool buildInto(DocumentContext& context, UserInterface* parent, SaveTarget& target, bool backup) {
+    if (!target.begin(backup)) {
         return false;
     }
     ProgressScope progress(parent, ProgressMode::WithCancel);
     setProgressText(parent, "Building TMATS file");
-    const bool built = Builder(context, parent, writer).run();
-    auto status = writer.close(true);
-    if (built && status.ok()) {
-        status = syncFolder(folderOf(target));
-    }
+    const bool built = Builder(context, parent, target.writer()).run();
     progress.close();
     setProgressBar(parent, -1);
-    if (!status.ok()) {
-        reportUnableToWrite(parent, status, title::kErrorSaving);
-    }
-    if (!built || !status.ok()) {
-        former.offerToPutBack(parent);
-        return false;
-    }
-    return true;
+    return target.end(built);
+}
+
+}  // namespace
+
+bool buildTmatsFile(DocumentContext& context, UserInterface* parent, const std::string& target,
+                    bool backup) {
+    SaveTarget file(context, parent, target);
+    return file.claim() && buildInto(context, parent, file, backup);
 }
 
 bool saveDocument(DocumentContext& context, UserInterface* parent) {

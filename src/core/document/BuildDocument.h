@@ -9,9 +9,9 @@ namespace kavu {
 
 class ByteSource;
 
-/// Joins the group files into `target`. With `backup` (and the setting that allows it) an
-/// existing file is copied to its ".bak" first. After a failure that has touched the
-/// target the parent is asked whether its former contents are to be put back.
+/// Joins the group files into `target`, which is replaced when the new file is complete, or is
+/// written in place, as `SaveTarget`. With `backup` (and the setting that allows it) an existing
+/// file is copied to its ".bak" before that.
 bool buildTmatsFile(DocumentContext& context, UserInterface* parent, const std::string& target,
                     bool backup);
 /// Copies the commands of one group file into the file that is being built.

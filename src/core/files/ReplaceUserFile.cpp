@@ -1,10 +1,10 @@
-// Replacing a file of the user: the new bytes are complete before they replace the old
-// ones, and everything about the file but its bytes stays.
+// Files of the user that are replaced in one call.
+#include "core/files/FileAttributes.h"
 #include "core/files/FileIo.h"
+#include "core/files/UserFile.h"
 
 #include <cerrno>
-#include <cstdlib>
-#include <memory>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -12,84 +12,81 @@ namespace kavu {
 
 namespace {
 
-IoStatus writeInPlace(const std::string& path, std::string_view bytes) {
-    FileWriter writer;
-    if (auto status = writer.open(path, WriteMode::Truncate); !status.ok()) {
+/// Makes an empty file that only its owner may read, in place of what a killed process of the
+/// same number may have left.
+IoStatus makePrivateFile(const std::string& path) {
+    (void)deleteFile(path);
+    const int descriptor =
+        ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    if (descriptor < 0) {
+        return {path, errno};
+    }
+    ::close(descriptor);
+    return {};
+}
+
+/// Copies a file to a new one beside it.
+IoStatus copyWhole(const std::string& from, const std::string& beside, bool& isChanged) {
+    struct stat info {};
+    ByteSource source;
+    if (auto status = source.open(from); !status.ok()) {
         return status;
     }
-    writer.write(bytes);
-    return writer.close(true);
-}
-
-/// Where a path leads when all links are followed; the path itself if there is nothing.
-std::string resolved(const std::string& path) {
-    const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr),
-                                                           &std::free);
-    return real == nullptr ? path : std::string(real.get());
-}
-
-/// Gives the file next to it the owner and the mode of the one it replaces.
-bool takesOver(const std::string& beside, const struct stat& former) {
-    struct stat made {};
-    if (::stat(beside.c_str(), &made) != 0) {
-        return false;
+    if (::stat(from.c_str(), &info) != 0) {
+        return {from, errno};
     }
-    const bool sameOwner = made.st_uid == former.st_uid && made.st_gid == former.st_gid;
-    // The owner first: a change of it may clear bits of the mode.
-    if (!sameOwner && ::chown(beside.c_str(), former.st_uid, former.st_gid) != 0) {
-        return false;
+    auto status = makePrivateFile(beside);
+    status = status.ok() ? copyFile(from, beside, true) : status;
+    if (!status.ok()) {
+        return status;
     }
-    return ::chmod(beside.c_str(), former.st_mode & 07777) == 0;
-}
-
-/// True for a failure to make a file next to another one that says nothing about the
-/// other one.
-bool forbidsFilesBeside(int code) {
-    return code == EACCES || code == EPERM || code == EROFS || code == ENAMETOOLONG;
+    IoStatus failure;
+    if (source.changedSinceOpened(&failure)) {
+        isChanged = failure.ok();
+        return failure.ok() ? IoStatus(from, EBUSY) : failure;
+    }
+    std::uint64_t size = 0;
+    if (status = probeSize(beside, size); status.ok() && size != source.size()) {
+        status = {beside, EIO};
+    }
+    // Another owner's attributes are not always ours to give; the mode is.
+    if (status.ok() && !copyAttributes(from, info, beside) &&
+        ::chmod(beside.c_str(), info.st_mode & 0777) != 0) {
+        status = {beside, errno};
+    }
+    return status;
 }
 
 }  // namespace
 
 IoStatus replaceUserFile(const std::string& path, std::string_view bytes) {
-    if (path.find('\0') != std::string::npos) {
-        return {path, EINVAL};  // the system would see only the part before the NUL
-    }
-    const auto target = resolved(path);
-    struct stat former {};
-    const bool exists = ::stat(target.c_str(), &former) == 0;
-    struct stat link {};
-    const bool leadsNowhere = !exists && ::lstat(target.c_str(), &link) == 0;
-    if (leadsNowhere || (exists && (!S_ISREG(former.st_mode) || former.st_nlink > 1))) {
-        return writeInPlace(target, bytes);
-    }
-    // A file without write permission is not to be written, though its folder would let us.
-    if (exists && !canWrite(target)) {
-        return {path, EACCES};
-    }
-    const auto beside = target + "." + std::to_string(::getpid()) + ".new";
-    FileWriter writer;
-    auto status = writer.open(beside, WriteMode::New);
-    if (status.code() == EEXIST) {
-        // Left by a killed process of the same number.
-        (void)deleteFile(beside);
-        status = writer.open(beside, WriteMode::New);
-    }
+    UserFile file;
+    auto status = file.claim(path);
+    status = status.ok() ? file.prepare(false) : status;
+    status = status.ok() ? file.open() : status;
     if (!status.ok()) {
-        return exists && forbidsFilesBeside(status.code()) ? writeInPlace(target, bytes) : status;
+        return status;
     }
-    writer.write(bytes);
-    status = writer.close(true);
-    if (status.ok() && exists && !takesOver(beside, former)) {
-        (void)deleteFile(beside);
-        return writeInPlace(target, bytes);
+    file.writer().write(bytes);
+    status = file.finish();
+    if (!status.ok()) {
+        return status;
     }
-    if (status.ok()) {
-        status = renameFile(beside, target);
-    }
+    status = file.commit();
+    return UserFile::isRefusedRename(status) && !file.isInPlace() ? file.commitInPlace({}) : status;
+}
+
+IoStatus replaceWithCopy(const std::string& from, const std::string& to, bool& isChanged) {
+    isChanged = false;
+    const auto beside =
+        folderOf(to) + "/.kavu-" + std::to_string(::getpid()) + ".bak";  // never too long
+    auto status = copyWhole(from, beside, isChanged);
+    status = status.ok() ? renameFile(beside, to) : status;
     if (!status.ok()) {
         (void)deleteFile(beside);
+        return status.path() == from ? status : IoStatus(to, status.code());
     }
-    return status;
+    return syncFolder(folderOf(to));
 }
 
 }  // namespace kavu

@@ -1,12 +1,10 @@
 #include "core/talk/OpenFileChecked.h"
 
+#include "core/files/UserFile.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Printf.h"
 
 #include <cerrno>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace kavu {
 
@@ -24,37 +22,6 @@ IoStatus probeNamed(const std::string& path, PathKind& kind) {
 bool reportUnreadable(UserInterface* parent, const std::string& path, const std::string& reason) {
     showBox(parent, formatPrintf("Unable to read '%s'.\n\nReason: %s", path, reason), kBackupTitle);
     return false;
-}
-
-/// Makes an empty file that only those who may read `like` may read; false if there is a
-/// file already or it cannot be made, in which case the copy reports why.
-bool makePrivateFile(const std::string& like, const std::string& path) {
-    struct stat info {};
-    if (::stat(like.c_str(), &info) != 0) {
-        return false;
-    }
-    const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
-                                  (info.st_mode & 0777) | S_IWUSR);
-    if (descriptor >= 0) {
-        ::close(descriptor);
-    }
-    return descriptor >= 0;
-}
-
-/// Checks that a file has the size it should have; a device takes every byte and keeps none.
-IoStatus checkSize(const std::string& path, std::uint64_t size) {
-    struct stat info {};
-    if (::stat(path.c_str(), &info) != 0) {
-        return {path, errno};
-    }
-    return {path, static_cast<std::uint64_t>(info.st_size) == size ? 0 : EIO};
-}
-
-/// Removes half a backup, so that it is not mistaken for a whole one.
-void discard(const std::string& backup, bool isNew) {
-    if (isNew) {
-        (void)deleteFile(backup);
-    }
 }
 
 }  // namespace
@@ -121,32 +88,21 @@ bool makeBackup(UserInterface* parent, const std::string& path, bool* made) {
         *made = false;
     }
     const auto backup = backupName(path);
-    ByteSource source;
-    if (const auto status = source.open(path); !status.ok()) {
-        return reportUnreadable(parent, path, status.reason());
+    if (ByteSource source; !source.open(path).ok()) {
+        return reportUnreadable(parent, path, source.status().reason());
     }
-    // Two names of one file cannot hold two contents either.
-    bool same = false;
-    (void)probeSameFile(path, backup, same);  // the copy reports what is wrong with the backup
-    if (same || backup == path) {
+    if (backup == path) {
         showBox(parent, "Unable to create backup file. File names are the same.", kBackupTitle);
         return false;
     }
-    const bool isNew = makePrivateFile(path, backup);
-    auto status = copyFile(path, backup, true);
+    // A link of that name is replaced: what it leads to is no backup of ours.
+    bool isChanged = false;
+    const auto status = replaceWithCopy(path, backup, isChanged);
+    if (isChanged) {
+        return reportUnreadable(parent, path, "Another program has changed the file meanwhile");
+    }
     if (!status.ok() && status.path() == path) {
-        discard(backup, isNew);
         return reportUnreadable(parent, path, status.reason());
-    }
-    if (IoStatus failure; status.ok() && source.changedSinceOpened(&failure)) {
-        discard(backup, isNew);
-        return reportUnreadable(
-            parent, path,
-            failure.ok() ? "Another program has changed the file meanwhile" : failure.reason());
-    }
-    status = status.ok() ? checkSize(backup, source.size()) : status;
-    if (status.ok() && isNew) {
-        status = syncFolder(folderOf(backup));
     }
     if (status.ok()) {
         if (made != nullptr) {
@@ -154,7 +110,6 @@ bool makeBackup(UserInterface* parent, const std::string& path, bool* made) {
         }
         return true;
     }
-    discard(backup, isNew);
     return showBox(parent,
                    formatPrintf("Unable to create backup file '%s'\n\nUnable to save contents of "
                                 "original file (%s) to backup file.\n\nContinue anyway?\n\n"

@@ -30,7 +30,8 @@ void reportUnableToOpen(UserInterface* parent, const IoStatus& status);
 /// The name of a file's backup: its path up to the last `.` (wherever that is in the
 /// path), and ".bak".
 [[nodiscard]] std::string backupName(const std::string& path);
-/// Copies a file to its backup name; a backup is complete on the disk when this returns.
+/// Copies a file to its backup name, with its mode. The backup is complete on the disk before it
+/// takes the place of an older one, or of a link of that name.
 /// False if the save is to stop. `made`, if given, says whether there is a backup now: the
 /// user may choose to go on without one. Without a parent the save stops.
 bool makeBackup(UserInterface* parent, const std::string& path, bool* made = nullptr);

@@ -9,6 +9,7 @@ namespace {
 constexpr auto kKeys = std::to_array<SettingKey>({
     &setting::kCreateBackup,
     &setting::kKeepComments,
+    &setting::kSaveInPlace,
     &setting::kCheckDuplicates,
     &setting::kOpenFilter,
     &setting::kInputEdition,

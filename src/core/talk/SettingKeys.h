@@ -39,6 +39,8 @@ namespace setting {
 inline constexpr FlagKey kCreateBackup{"CreateBackup", true};
 /// Comments of a file, its `COMMENT:` commands, stay where they are.
 inline constexpr FlagKey kKeepComments{"KeepComments"};
+/// 1: a save overwrites the file itself, 0: a complete new file takes its place.
+inline constexpr FlagKey kSaveInPlace{"SaveInPlace"};
 inline constexpr FlagKey kCheckDuplicates{"CheckForDupMeasurements", true};
 inline constexpr IntKey kOpenFilter{"OpenFilterIndex", 1};
 /// A year or its two digits. Without a value the latest, which is then written to the

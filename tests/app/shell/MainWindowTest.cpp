@@ -319,6 +319,11 @@ TEST_F(MainWindowTest, ChoicesAreCheckedAndWrittenAtOnce) {
     EXPECT_TRUE(window->action(RefuseSameNames)->isChecked());
     window->action(AllowSameNames)->trigger();
     EXPECT_EQ(settings().integer("CheckForDupMeasurements", 1), 0);
+    for (const bool inPlace : {true, false}) {
+        window->action(SaveInPlace)->trigger();
+        EXPECT_EQ(window->action(SaveInPlace)->isChecked(), inPlace);
+        EXPECT_EQ(settings().integer("SaveInPlace", 2), inPlace ? 1 : 0);
+    }
     window->action(AddRoot)->trigger();
     EXPECT_EQ(settings().get(setting::kDatabaseAddsRoot), 1);
     EXPECT_FALSE(window->action(KeepComments)->isChecked());

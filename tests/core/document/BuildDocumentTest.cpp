@@ -1,13 +1,27 @@
 #include "core/document/BuildDocument.h"
 #include "core/document/OpenDocument.h"
 #include "core/document/Transaction.h"
+#include "core/files/UserFile.h"
 #include "support/TestContext.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <sys/xattr.h>
 
 namespace kavu::test {
 namespace {
 
 constexpr const char* kRule =
     "COMMENT: **************************************************************;\r\n";
+
+std::string manyCommands() {
+    std::string text;
+    for (int i = 0; i < 20000; ++i) {
+        text += formatPrintf("D-1\\MN-1-%d:MEASUREMENT %d;\r\n", i, i);
+    }
+    return text;
+}
 
 class BuildDocumentTest : public ::testing::Test {
   protected:
@@ -18,6 +32,32 @@ class BuildDocumentTest : public ::testing::Test {
     }
 
     TestContext t{1996};
+    /// A save that is cancelled when a good part of the file is written.
+    void cancelInTheMiddle() {
+        t.write("[kavu]PCMMEAS.D01", manyCommands());
+        out_ = t.folder / "out.tma";
+        writeFile(out_, "old");
+        t.document.changed = true;
+        t.ui.polls = 0;
+        t.ui.cancelAtPoll = 100;
+        EXPECT_FALSE(saveDocumentTo(t.context, &t.ui, out_));
+        t.ui.cancelAtPoll = 0;
+        EXPECT_TRUE(t.document.changed);
+    }
+    void saveInPlace() { t.settings.writeInteger("SaveInPlace", 1); }
+    /// Of the files at the target, its backups and what a run has there meanwhile.
+    std::vector<std::string> names() const {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(t.folder.path())) {
+            const auto name = entry.path().filename().string();
+            if (name.find("out.") != std::string::npos) {
+                names.push_back(name);
+            }
+        }
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+
     std::string out_;
 };
 
@@ -173,52 +213,121 @@ TEST_F(BuildDocumentTest, NoBackupWhenTheSettingSaysSo) {
     EXPECT_FALSE(t.has("FORMER.TMP"));
 }
 
-std::string manyCommands() {
-    std::string text;
-    for (int i = 0; i < 20000; ++i) {
-        text += formatPrintf("D-1\\MN-1-%d:MEASUREMENT %d;\r\n", i, i);
-    }
-    return text;
+TEST_F(BuildDocumentTest, CancelInTheMiddleLeavesTheFileAndItsBackupAsTheyWere) {
+    writeFile(t.folder / "out.bak", "older");
+    cancelInTheMiddle();
+    EXPECT_EQ(readFile(out_), "old");
+    EXPECT_EQ(readFile(t.folder / "out.bak"), "older");
+    EXPECT_TRUE(t.ui.boxes.empty()) << "there is nothing to put back";
+    EXPECT_EQ(names(), (std::vector<std::string>{"out.bak", "out.tma"}));
+    EXPECT_EQ(save(), manyCommands());
+    EXPECT_EQ(readFile(t.folder / "out.bak"), "old");
 }
 
-TEST_F(BuildDocumentTest, CancelInTheMiddleLeavesAShortTargetAndTheNextSaveBacksItUp) {
-    t.write("[kavu]PCMMEAS.D01", manyCommands());
+TEST_F(BuildDocumentTest, AFailedSaveOfANewFileMakesNone) {
+    t.steps.saveConversions = [](UserInterface*, FileWriter&) { return false; };
+    EXPECT_FALSE(saveDocumentTo(t.context, &t.ui, t.folder / "out.tma"));
+    EXPECT_TRUE(names().empty());
+}
+
+TEST_F(BuildDocumentTest, TheNewFileTakesThePlaceOfTheOldOneWhenItIsComplete) {
     out_ = t.folder / "out.tma";
     writeFile(out_, "old");
-    t.document.changed = true;
-    t.ui.cancelAtPoll = 100;
-    EXPECT_FALSE(saveDocumentTo(t.context, &t.ui, out_));
-    EXPECT_TRUE(t.document.changed);
+    std::filesystem::permissions(out_, std::filesystem::perms(0604));
+    const bool hasAttributes =
+        ::setxattr(out_.c_str(), "user.origin", "range 7", 7, 0) == 0 || errno != ENOTSUP;
+    t.write("[kavu]GTMP.G", "G\\PN:A;\r\n");
+    t.steps.saveConversions = [this](UserInterface*, FileWriter&) {
+        EXPECT_EQ(readFile(out_), "old");
+        EXPECT_FALSE(fileExists(t.folder / "out.bak"));
+        return true;
+    };
+    ByteSource reader;
+    ASSERT_TRUE(reader.open(out_).ok());
+    save();
+    EXPECT_EQ(readFile(out_), "G\\PN:A;\r\n");
+    EXPECT_EQ(reader.window(), "old") << "who has the old file open reads it whole";
+    EXPECT_EQ(std::filesystem::status(out_).permissions(), std::filesystem::perms(0604));
+    if (hasAttributes) {
+        char value[16]{};
+        EXPECT_EQ(::getxattr(out_.c_str(), "user.origin", value, sizeof value), 7);
+        EXPECT_STREQ(value, "range 7");
+    }
+    EXPECT_TRUE(t.ui.notes.empty());
+    EXPECT_EQ(names(), (std::vector<std::string>{"out.bak", "out.tma"}));
+}
+
+TEST_F(BuildDocumentTest, InPlaceCancelInTheMiddleLeavesAShortTargetAndTheNextSaveBacksItUp) {
+    saveInPlace();
+    cancelInTheMiddle();
     const auto partial = readFile(out_);
     EXPECT_LT(partial.size(), manyCommands().size());
     EXPECT_EQ(readFile(t.folder / "out.bak"), "old");
-    t.ui.cancelAtPoll = 0;
     EXPECT_EQ(save(), manyCommands());
     EXPECT_EQ(readFile(t.folder / "out.bak"), partial);
 }
 
-TEST_F(BuildDocumentTest, AfterAFailureTheFormerContentsCanBePutBack) {
+TEST_F(BuildDocumentTest, InPlaceTheFormerContentsCanBePutBackAfterAFailure) {
+    saveInPlace();
     for (const int backups : {0, 1}) {
         t.settings.writeInteger("CreateBackup", backups);
-        t.write("[kavu]PCMMEAS.D01", manyCommands());
-        out_ = t.folder / "out.tma";
-        writeFile(out_, "old");
-        t.ui.polls = 0;
-        t.ui.cancelAtPoll = 100;
         t.ui.queued = {Button::Yes};
-        EXPECT_FALSE(saveDocumentTo(t.context, &t.ui, out_));
+        cancelInTheMiddle();
         EXPECT_EQ(readFile(out_), "old");
         EXPECT_EQ(t.ui.boxes.back().defaultButton, Button::Yes);
     }
 }
 
-TEST_F(BuildDocumentTest, WithoutAParentTheTargetStaysAsTheFailureLeftIt) {
-    t.write("[kavu]PCMMEAS.D01", manyCommands());
-    t.steps.saveConversions = [](UserInterface*, FileWriter&) { return false; };
+TEST_F(BuildDocumentTest, InPlaceAKilledRunIsToldOfAndTheBackupFromBeforeItIsKept) {
+    saveInPlace();
+    out_ = t.folder / "out.tma";
+    writeFile(out_, "G\\PN:half");
+    writeFile(t.folder / "out.bak", "whole");
+    writeFile(t.folder / ".out.tma.kavu-lock", t.store.folder());  // what it leaves behind
+    t.write("[kavu]GTMP.G", "G\\PN:A;\r\n");
+    save();
+    EXPECT_EQ(readFile(out_), "G\\PN:A;\r\n");
+    EXPECT_EQ(readFile(t.folder / "out.bak~"), "whole");
+    EXPECT_EQ(readFile(t.folder / "out.bak"), "G\\PN:half");
+    ASSERT_EQ(t.ui.boxes.size(), 1u);
+    for (const auto& said : {out_, t.folder / "out.bak~", t.store.folder()}) {
+        EXPECT_NE(t.ui.boxes[0].text.find("'" + said + "'"), std::string::npos) << said;
+    }
+    EXPECT_EQ(names(), (std::vector<std::string>{"out.bak", "out.bak~", "out.tma"}));
+    save();
+    EXPECT_EQ(t.ui.boxes.size(), 1u) << "it is told of once";
+}
+
+TEST_F(BuildDocumentTest, AfterAKilledRunABackupThatIsKeptAlreadyStays) {
+    out_ = t.folder / "out.tma";
+    writeFile(out_, "half");
+    writeFile(t.folder / "out.bak", "second");
+    writeFile(t.folder / "out.bak~", "first");
+    writeFile(t.folder / ".out.tma.kavu-lock", "/nowhere/store");
+    save();
+    EXPECT_EQ(readFile(t.folder / "out.bak~"), "first");
+    EXPECT_EQ(readFile(t.folder / "out.bak~2"), "second");
+    EXPECT_EQ(readFile(t.folder / "out.bak"), "half");
+    EXPECT_EQ(t.ui.boxes.at(0).text.find("/nowhere"), std::string::npos) << "it is gone";
+}
+
+TEST_F(BuildDocumentTest, AFailedSaveKeepsInMindThatAKilledRunHasLeftThePartialFile) {
+    writeFile(t.folder / ".out.tma.kavu-lock", "/nowhere/store");
+    cancelInTheMiddle();
+    EXPECT_EQ(readFile(t.folder / ".out.tma.kavu-lock"), "/nowhere/store");
+    save();
+    EXPECT_FALSE(fileExists(t.folder / ".out.tma.kavu-lock"));
+}
+
+TEST_F(BuildDocumentTest, AFileThatIsBeingSavedByAnotherRunIsLeftAlone) {
     out_ = t.folder / "out.tma";
     writeFile(out_, "old");
-    EXPECT_FALSE(saveDocumentTo(t.context, nullptr, out_));
-    EXPECT_EQ(readFile(out_), manyCommands());
+    UserFile other;
+    ASSERT_TRUE(other.claim(out_).ok());
+    EXPECT_FALSE(saveDocumentTo(t.context, &t.ui, out_));
+    ASSERT_EQ(t.ui.boxes.size(), 1u);
+    EXPECT_EQ(t.ui.boxes[0].text, "Another program is saving '" + out_ + "'.");
+    EXPECT_EQ(readFile(out_), "old");
 }
 
 TEST_F(BuildDocumentTest, AFullDiskIsReportedWithPathAndReason) {
@@ -326,6 +435,9 @@ TEST_F(BuildDocumentTest, LinksAndModeOfAnOverwrittenFileStay) {
     EXPECT_EQ(readFile(t.folder / "hard.tma"), "G\\PN:A;\r\n");
     EXPECT_EQ(std::filesystem::status(t.folder / "real.tma").permissions(),
               std::filesystem::perms(0640));
+    ASSERT_EQ(t.ui.notes.size(), 1u);
+    EXPECT_NE(t.ui.notes[0].find("is written in place: the file has other names"),
+              std::string::npos);
 }
 
 TEST_F(BuildDocumentTest, ReadOnlyDocumentIsSavedUnderAnotherName) {

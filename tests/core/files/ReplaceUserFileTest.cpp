@@ -119,16 +119,17 @@ TEST(ReplaceUserFileTest, FileWithoutWritePermissionIsLeftThoughItsFolderIsOpen)
     EXPECT_EQ(namesIn(folder), std::vector<std::string>{"f"});
 }
 
-TEST(ReplaceUserFileTest, LeftoverOfAKilledRunIsNoHindrance) {
+TEST(ReplaceUserFileTest, LeftoversOfAKilledRunAreNoHindrance) {
     const TempFolder folder;
     writeFile(folder / "f", "former");
-    writeFile(folder / ("f." + std::to_string(::getpid()) + ".new"), "half");
+    writeFile(folder / ".f.kavu-new", "half");
+    writeFile(folder / ".f.kavu-lock", "");
     EXPECT_TRUE(replaceUserFile(folder / "f", "new").ok());
     EXPECT_EQ(readFile(folder / "f"), "new");
     EXPECT_EQ(namesIn(folder), std::vector<std::string>{"f"});
 }
 
-TEST(ReplaceUserFileTest, NameAsLongAsNamesCanBeIsWrittenInPlace) {
+TEST(ReplaceUserFileTest, NameAsLongAsNamesCanBeIsReplaced) {
     const TempFolder folder;
     const std::string name(255, 'n');
     writeFile(folder / name, "former");

@@ -1,6 +1,9 @@
 #include "core/talk/OpenFileChecked.h"
 #include "support/TestContext.h"
 
+#include <csignal>
+#include <filesystem>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -257,13 +260,21 @@ TEST_F(OpenFileCheckedTest, ABackupOfABackupIsRefused) {
     EXPECT_FALSE(makeBackup(nullptr, path));
 }
 
-TEST_F(OpenFileCheckedTest, ABackupThatIsALinkToTheFileIsRefused) {
+TEST_F(OpenFileCheckedTest, ABackupThatIsALinkToTheFileBecomesAFileOfItsOwn) {
     const auto path = folder / "a.tma";
-    writeFile(path, "old");
-    ASSERT_EQ(::link(path.c_str(), (folder / "a.bak").c_str()), 0);
-    EXPECT_FALSE(overwrite(path, OverwritePolicy::BackUpOnly, &ui));
-    expectOneBox(kBackupTitle, "Unable to create backup file. File names are the same.");
-    EXPECT_EQ(readFile(path), "old");
+    const auto backup = folder / "a.bak";
+    for (const bool isSymbolic : {false, true}) {
+        writeFile(path, "old");
+        (void)deleteFile(backup);
+        ASSERT_EQ(
+            isSymbolic ? ::symlink("a.tma", backup.c_str()) : ::link(path.c_str(), backup.c_str()),
+            0);
+        EXPECT_TRUE(overwrite(path, OverwritePolicy::BackUpOnly, &ui));
+        EXPECT_TRUE(ui.boxes.empty());
+        EXPECT_EQ(readFile(path), "new");
+        EXPECT_EQ(readFile(backup), "old");
+        EXPECT_TRUE(std::filesystem::is_regular_file(std::filesystem::symlink_status(backup)));
+    }
 }
 
 TEST_F(OpenFileCheckedTest, AFileThatCanNotBeReadStopsTheSave) {
@@ -314,26 +325,28 @@ TEST_F(BackupFailureTest, WithoutAParentTheSaveStops) {
     EXPECT_EQ(readFile(path_), "old");
 }
 
-TEST_F(OpenFileCheckedTest, AFullDiskUnderTheBackupAsks) {
+TEST_F(OpenFileCheckedTest, ABackupThatCanNotBeWrittenWholeAsksAndLeavesTheOlderOne) {
     const auto path = folder / "a.tma";
     writeFile(path, std::string(100000, 'x'));
-    ASSERT_EQ(::symlink("/dev/full", (folder / "a.bak").c_str()), 0);
-    EXPECT_FALSE(makeBackup(&ui, path));
-    ASSERT_EQ(ui.boxes.size(), 1u);
-    EXPECT_THAT(ui.boxes[0].text, HasSubstr("Continue anyway?"));
-    EXPECT_THAT(ui.boxes[0].text, EndsWith("Reason: No space left on device"));
-    EXPECT_EQ(fileSize(path), 100000u);
-}
-
-TEST_F(OpenFileCheckedTest, ABackupThatIsShorterThanItsFileIsNone) {
-    // A device takes every byte and keeps none.
-    const auto path = folder / "a.tma";
-    writeFile(path, "old");
-    ASSERT_EQ(::symlink("/dev/null", (folder / "a.bak").c_str()), 0);
+    writeFile(folder / "a.bak", "older");
+    rlimit former{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &former), 0);
+    const rlimit little{1000, former.rlim_max};
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &little), 0);
     bool made = true;
     EXPECT_FALSE(makeBackup(&ui, path, &made));
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &former), 0);
+    (void)std::signal(SIGXFSZ, handler);
     EXPECT_FALSE(made);
-    EXPECT_THAT(ui.boxes.at(0).text, HasSubstr("Unable to create backup file"));
+    ASSERT_EQ(ui.boxes.size(), 1u);
+    EXPECT_THAT(ui.boxes[0].text, HasSubstr("Continue anyway?"));
+    EXPECT_THAT(ui.boxes[0].text, EndsWith("Reason: File too large"));
+    EXPECT_EQ(fileSize(path), 100000u);
+    EXPECT_EQ(readFile(folder / "a.bak"), "older");
+    std::vector<FolderEntry> entries;
+    ASSERT_TRUE(listFolder(folder.path(), entries).ok());
+    EXPECT_EQ(entries.size(), 2u) << "no half backup stays";
 }
 
 TEST_F(OpenFileCheckedTest, ABackupIsNoMorePublicThanItsFile) {
@@ -348,18 +361,27 @@ TEST_F(OpenFileCheckedTest, ABackupIsNoMorePublicThanItsFile) {
     ASSERT_EQ(::chmod(path.c_str(), 0400), 0);
     ASSERT_TRUE(deleteFile(folder / "a.bak").ok());
     EXPECT_TRUE(makeBackup(&ui, path));
-    EXPECT_EQ(modeBehindLinks(folder / "a.bak"), 0600u) << "the next backup has to overwrite it";
+    EXPECT_EQ(modeBehindLinks(folder / "a.bak"), 0400u);
+    EXPECT_TRUE(makeBackup(&ui, path)) << "the next backup replaces it";
 }
 
-TEST_F(OpenFileCheckedTest, AnOlderBackupIsOverwrittenInPlace) {
+TEST_F(OpenFileCheckedTest, ALinkOfTheNameOfTheBackupIsReplacedAndNotWrittenThrough) {
     const auto path = folder / "a.tma";
     writeFile(path, "former");
-    writeFile(folder / "older", "an older and longer backup");
-    ASSERT_EQ(::symlink("older", (folder / "a.bak").c_str()), 0);
-    ASSERT_EQ(::chmod((folder / "older").c_str(), 0640), 0);
-    EXPECT_TRUE(makeBackup(&ui, path));
-    EXPECT_EQ(readFile(folder / "older"), "former") << "the link and what it leads to stay";
-    EXPECT_EQ(modeBehindLinks(folder / "older"), 0640u);
+    ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
+    writeFile(folder / "other", "a file of somebody else");
+    for (const char* const target : {"other", "/dev/null", "missing"}) {
+        (void)deleteFile(folder / "a.bak");
+        ASSERT_EQ(::symlink(target, (folder / "a.bak").c_str()), 0);
+        EXPECT_TRUE(makeBackup(&ui, path)) << target;
+        EXPECT_TRUE(ui.boxes.empty());
+        EXPECT_TRUE(
+            std::filesystem::is_regular_file(std::filesystem::symlink_status(folder / "a.bak")));
+        EXPECT_EQ(readFile(folder / "a.bak"), "former");
+        EXPECT_EQ(modeBehindLinks(folder / "a.bak"), 0640u);
+    }
+    EXPECT_EQ(readFile(folder / "other"), "a file of somebody else");
+    EXPECT_FALSE(fileExists(folder / "missing"));
 }
 
 TEST_F(OpenFileCheckedTest, AnEmptyFileHasAnEmptyBackup) {

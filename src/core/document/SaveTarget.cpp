@@ -1,0 +1,128 @@
+#include "core/document/SaveTarget.h"
+
+#include "core/WorkingStore.h"
+#include "core/talk/FileReports.h"
+#include "core/talk/Messages.h"
+#include "core/talk/OpenFileChecked.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/talk/UserInterface.h"
+#include "core/text/Printf.h"
+
+#include <cerrno>
+
+namespace kavu {
+
+namespace {
+
+void noteInPlace(UserInterface* parent, const std::string& path, const std::string& reason) {
+    if (parent != nullptr && !reason.empty()) {
+        parent->note(formatPrintf("'%s' is written in place: %s.", path, reason));
+    }
+}
+
+std::string savingTitle() {
+    return std::string(loadText(title::kErrorSaving).value_or(""));
+}
+
+/// A name for a backup that must not be lost.
+std::string freeKeptName(const std::string& backup) {
+    std::string name = backup + "~";
+    for (int number = 2; fileExists(name); ++number) {
+        name = backup + "~" + std::to_string(number);
+    }
+    return name;
+}
+
+}  // namespace
+
+bool SaveTarget::claim() {
+    const auto status = file_.claim(path_);
+    if (status.code() == EBUSY) {
+        showBox(parent_, formatPrintf("Another program is saving '%s'.", path_), savingTitle());
+    } else if (!status.ok()) {
+        reportUnableToOpen(parent_, status);
+    }
+    return status.ok();
+}
+
+bool SaveTarget::begin(bool backup) {
+    backup_ = backup && context_.settings.get(setting::kCreateBackup);
+    auto status = file_.prepare(context_.settings.get(setting::kSaveInPlace));
+    if (!status.ok()) {
+        reportUnableToOpen(parent_, status);
+        return false;
+    }
+    noteInPlace(parent_, path_, file_.reasonInPlace());
+    if (!keepWholeBackup() || (file_.isInPlace() && !former_.keep(parent_, path_, backup_))) {
+        return false;
+    }
+    status = file_.open(context_.store.folder());
+    if (!status.ok()) {
+        reportUnableToOpen(parent_, status);
+    }
+    return status.ok();
+}
+
+/// What a run has left that was killed while it wrote this file in place is no backup to
+/// replace a whole one.
+bool SaveTarget::keepWholeBackup() {
+    const auto& store = file_.killedOwner();
+    if (store.empty()) {
+        return true;
+    }
+    std::string text = formatPrintf(
+        "A run that was killed while it wrote the file '%s' in place has left it cut short.",
+        path_);
+    const auto backup = backupName(path_);
+    if (backup_ && backup != path_ && isPlainFile(backup)) {
+        const auto kept = freeKeptName(backup);
+        if (const auto status = renameFile(backup, kept); !status.ok()) {
+            reportUnableToWrite(parent_, status, title::kErrorSaving);
+            return false;
+        }
+        text += formatPrintf("\n\nThe backup from before that run is kept as '%s'.", kept);
+    }
+    if (folderExists(store)) {
+        text += formatPrintf(
+            "\n\nThe document of that run is in '%s'. The next start of the program offers to "
+            "recover it, and so does kavu-cli recover.",
+            store);
+    }
+    showBox(parent_, std::move(text), savingTitle(), Icon::Warning);
+    return true;
+}
+
+bool SaveTarget::end(bool built) {
+    auto status = file_.finish();
+    if (built && status.ok() && !file_.isInPlace() && backup_ &&
+        !former_.keep(parent_, path_, true)) {
+        return false;
+    }
+    if (built && status.ok()) {
+        status = putInPlace();
+    }
+    if (!status.ok()) {
+        reportUnableToWrite(parent_, status, title::kErrorSaving);
+    }
+    if (built && status.ok()) {
+        return true;
+    }
+    if (file_.isInPlace()) {
+        former_.offerToPutBack(parent_);
+    }
+    return false;
+}
+
+IoStatus SaveTarget::putInPlace() {
+    const auto status = file_.commit();
+    if (file_.isInPlace() || !UserFile::isRefusedRename(status)) {
+        return status;
+    }
+    noteInPlace(parent_, path_, "it cannot be replaced (" + status.reason() + ")");
+    if (!backup_ && !former_.keep(parent_, path_, false)) {
+        return status;
+    }
+    return file_.commitInPlace(context_.store.folder());
+}
+
+}  // namespace kavu
