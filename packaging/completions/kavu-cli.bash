@@ -2,7 +2,7 @@
 
 _kavu_cli() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]} command="" word
-    local common="--json --settings --answer --answer-all --keep-comments --now --progress --quiet --version --help"
+    local common="--json --settings --answer --answer-all --keep-comments --overwrite --now --progress --quiet --version --help"
     local index
     COMPREPLY=()
 

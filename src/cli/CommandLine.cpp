@@ -69,6 +69,8 @@ void addCommonOptions(CLI::App& app, CommandLine& line, RawOptions& raw) {
              "REPLY");
     app.add_flag("--keep-comments", line.keepComments,
                  "Keep the comments of a file where they are");
+    app.add_flag("--overwrite", line.overwrite,
+                 "An output other than a TMATS file may replace a file that is there");
     oneValue(app.add_option("--now", raw.now,
                             "The date and time that dates, banners and stamps use "
                             "(default: the clock)"),

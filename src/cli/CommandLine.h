@@ -49,6 +49,7 @@ struct CommandLine {
     Command command = Command::Check;
     bool json = false;
     bool quiet = false;
+    bool overwrite = false;  ///< an output other than a TMATS file may replace a file
     ProgressWhen progress = ProgressWhen::Auto;
     bool keepComments = false;
     std::string settingsPath;  ///< empty: the settings file of the support folder

@@ -1,6 +1,7 @@
 // A curve through the pairs of a text file, with the numbers and texts of the pair set page.
 #include "application/Application.h"
 #include "cli/Commands.h"
+#include "cli/OutputFile.h"
 #include "cli/ScriptedInterface.h"
 #include "cli/TerminalText.h"
 #include "conversion/EuNumbers.h"
@@ -154,12 +155,16 @@ bool writePicture(const CommandContext& context, const FitInput& input, const Fi
     drawing.heightFraction = kPlotPart;
     drawing.rescale = true;
     (void)drawFit(plot, surface, result, input, options, drawing);
-    return report(context.ui, writeWholeFile(context.line.svg, surface.document()), "write");
+    return report(context.ui, replaceUserFile(context.line.svg, surface.document()), "write");
 }
 
 }  // namespace
 
 bool fitCommand(CommandContext& context, CommandOutput& output) {
+    const auto& picture = context.line.svg;
+    if (!picture.empty() && !mayWriteOutput(context.ui, context.line, picture)) {
+        return false;
+    }
     FitInput input;
     const auto options = optionsOf(context);
     input.order = context.line.order.value_or(1);
@@ -183,11 +188,11 @@ bool fitCommand(CommandContext& context, CommandOutput& output) {
         showBox(context.ui, note, kTitle, Icon::Warning);
     }
     output.text = fitText(input, result, options.precision);
-    if (!context.line.svg.empty()) {
+    if (!picture.empty()) {
         if (!writePicture(context, input, result, options)) {
             return false;
         }
-        output.members["svg"] = jsonText(context.line.svg);
+        output.members["svg"] = jsonText(picture);
     }
     return result.fitted;
 }

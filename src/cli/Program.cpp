@@ -5,6 +5,7 @@
 #include "cli/CommandLine.h"
 #include "cli/Commands.h"
 #include "cli/JsonReport.h"
+#include "cli/OutputFile.h"
 #include "cli/ScriptedInterface.h"
 #include "cli/TerminalText.h"
 #include "core/TmatsDocument.h"
@@ -103,7 +104,8 @@ class Run {
     ExitStatus run() {
         tellMissingSettings();
         bool done = false;
-        started_ = application_.startUp(&ui_);
+        started_ = (line_.settingsPath.empty() || isSettingsFile(&ui_, line_.settingsPath)) &&
+                   application_.startUp(&ui_);
         if (started_ && line_.keepComments) {
             application_.context().settings.overrideForThisRun(setting::kKeepComments.name, "1");
         }

@@ -189,8 +189,8 @@ TEST(CommandLine, HelpOfACommandNamesItsOwnOptionsAndTheCommonOnes) {
     }
     const auto all = parseCommandLine({"--help"}).out;
     for (const char* const part :
-         {"--json", "--settings", "--answer", "--answer-all", "--now", "--progress", "--quiet",
-          "--version", "check", "save", "store", "tree", "recover"}) {
+         {"--json", "--settings", "--answer", "--answer-all", "--overwrite", "--now", "--progress",
+          "--quiet", "--version", "check", "save", "store", "tree", "recover"}) {
         EXPECT_NE(all.find(part), std::string::npos) << part << " in\n" << all;
     }
 }
@@ -205,6 +205,8 @@ TEST(CommandLine, FitTakesItsNumbersWithinTheirBounds) {
     EXPECT_EQ(line.precision, 0);
     EXPECT_EQ(line.bits, 64);
     EXPECT_EQ(line.svg, "p.svg");
+    EXPECT_FALSE(line.overwrite);
+    EXPECT_TRUE(parsed({"fit", "p", "--svg", "p.svg", "--overwrite"}).overwrite);
     EXPECT_TRUE(parsed({"fit", "p", "--best"}).best);
     for (const auto& arguments :
          {Arguments{"fit"}, Arguments{"fit", "p", "--order", "11"},

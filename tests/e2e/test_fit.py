@@ -201,6 +201,30 @@ class PictureTest(kavu.KavuTest):
         self.assertIn("Unable to write", result.json["messages"][0]["text"])
         self.assertNotIn("svg", result.json)
 
+    def test_a_file_that_is_there_is_replaced_only_if_that_is_wanted(self):
+        self.write("pairs.csv", NUMBERS)
+        self.write("fit.svg", "drawn by hand")
+        result = self.run_json("fit", "pairs.csv", "--svg", "fit.svg")
+        self.assertEqual(result.status, FAILED, result)
+        self.assertIn("'fit.svg' exists", result.json["messages"][0]["text"])
+        self.assertEqual(self.read("fit.svg"), b"drawn by hand")
+        result = self.run_json("--overwrite", "fit", "pairs.csv", "--svg", "fit.svg")
+        self.assertEqual(result.status, CLEAN, result)
+        self.assertIn(b"<svg", self.read("fit.svg"))
+        self.assertEqual(sorted(os.listdir(self.work)), ["fit.svg", "pairs.csv"])
+
+    def test_an_input_is_never_the_output(self):
+        self.write("pairs.csv", NUMBERS)
+        self.write("my.ini", "[KAVU-9]\r\n")
+        os.symlink("pairs.csv", self.path("link.svg"))
+        for name in ("pairs.csv", "link.svg", "my.ini"):
+            before = self.read(name)
+            result = self.run_json("--overwrite", "--settings", "my.ini", "fit", "pairs.csv",
+                                   "--svg", name)
+            self.assertEqual(result.status, FAILED, result)
+            self.assertIn("is an input", result.json["messages"][0]["text"])
+            self.assertEqual(self.read(name), before)
+
 
 class ConversionsTest(kavu.KavuTest):
     def setUp(self):

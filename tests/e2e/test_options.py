@@ -161,6 +161,25 @@ class NowAndSettingsTest(kavu.KavuTest):
         self.assertEqual(result.status, CLEAN)
         self.assertIn("absent.ini", " ".join(result.notes))
 
+    def test_a_file_that_is_no_settings_file_is_refused_and_stays(self):
+        for data in (SIMPLE, "G\\PN:[x];", "hello", "[KAVU-9]\r\nCreateBackup=0\0", "\0\0"):
+            self.write("not.ini", data)
+            self.write("in.tma", SIMPLE)
+            result = self.run_json("save", "in.tma", "-o", "out.tma", "--settings", "not.ini")
+            self.assertEqual(result.status, FAILED, result)
+            self.assertEqual(result.json["messages"][0]["text"], "'not.ini' is no settings file.")
+            self.assertEqual(self.read("not.ini"), data.encode())
+            self.assertFalse(self.exists("out.tma"))
+        os.mkdir(self.path("folder"))
+        for name in ("folder", "/dev/null"):
+            result = self.run_json("check", "in.tma", "--settings", name)
+            self.assertEqual(result.status, FAILED, result)
+
+    def test_a_settings_file_may_begin_with_comments_and_may_be_empty(self):
+        for data in ("", "\r\n; mine\r\n# too\n  [KAVU-9]\r\nCreateBackup=0\r\n", "; only this"):
+            self.write("my.ini", data)
+            self.assertEqual(self.check(SIMPLE, "--settings", "my.ini").status, CLEAN, data)
+
     def test_text_in_an_integer_key_reads_as_0(self):
         self.write("my.ini", "[KAVU-9]\r\nCreateBackup=abc\r\n")
         self.write("out.tma", "old")

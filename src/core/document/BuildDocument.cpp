@@ -13,6 +13,7 @@
 #include "core/files/FileIo.h"
 #include "core/talk/FileReports.h"
 #include "core/talk/Messages.h"
+#include "core/talk/ProfileSettings.h"
 #include "core/text/Clock.h"
 #include "core/text/Edition.h"
 #include "core/text/Text.h"
