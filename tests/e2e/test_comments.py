@@ -56,7 +56,7 @@ class CommentTest(kavu.KavuTest):
                 found[int(number.group(1))] = next(rest, None)
         return found
 
-    def assertInPlace(self, what, gone=()):
+    def assertInPlace(self, what, gone=(), changed=()):
         """Checks that each comment is in front of its command, if that is still there."""
         saved = self.commands_saved()
         found = self.comments_in(saved)
@@ -69,7 +69,7 @@ class CommentTest(kavu.KavuTest):
                 continue
             self.assertIn(number, found, (what, command))
             # A command that is there once is the one; of others it is the code that counts.
-            if keys.count(key(command)) == 1:
+            if keys.count(key(command)) == 1 and not command.startswith(changed):
                 self.assertEqual(key(found[number] or ":"), key(command), (what, command))
                 compared += 1
         self.assertIn(len(self.commands), found, what)
@@ -109,7 +109,7 @@ class CommentTest(kavu.KavuTest):
     def test_a_save_keeps_each_in_its_place(self):
         result = self.run_on_comments("save", "in.tma")
         self.assertEqual([note for note in result.notes if "comment" in note], [])
-        self.assertGreater(self.assertInPlace("save"), 60)
+        self.assertGreater(self.assertInPlace("save"), 50)
         first = self.read("out.tma")
         # Those of the C group and of the G group, too, which are written again.
         self.assertIn(b"over two lines;\r\nC-1\\CO:1.5;\r\n", first)
@@ -126,19 +126,22 @@ class CommentTest(kavu.KavuTest):
 
     def test_every_edit_keeps_them(self):
         for command in (("set", "in.tma", "T-1\\RF1=2300", "R-1\\RI1=x", "M-2\\BB2=POS", "G\\TA=y",
-                         "G\\PN=", "A-1\\A=2", "T-2\\RF2=10"),
+                         "G\\PN=", "A-1\\A2=N", "T-2\\RF2=10"),
                         ("rewrite", "in.tma", "L1"), ("word-frame", "in.tma", "L2"),
                         ("link", "rename", "in.tma", "L1", "New"),
                         ("source", "rename", "in.tma", "RF1", "New"),
                         ("source", "copy", "in.tma", "RF2", "Copy")):
             with self.subTest(command=command):
                 self.run_on_comments(*command)
-                self.assertGreater(self.assertInPlace(command), 30)
+                # Word/frame locations take the place of the others.
+                changed = ("D-2\\MF",) if command[0] == "word-frame" else ()
+                self.assertGreater(self.assertInPlace(command, changed=changed), 30)
 
     def test_a_renumbering_keeps_them(self):
         self.run_on_comments("--answer-all", "yes", "source", "delete", "in.tma", "RF1")
         self.assertIn(b"T-1\\ID:RF2;", self.read("out.tma"))
-        gone = tuple("%s-1\\" % letter for letter in "TMPDV")
+        # With the source goes what nothing names.
+        gone = tuple("%s-1\\" % letter for letter in "TMPDVABS")
         self.assertGreater(self.assertInPlace("delete", gone), 50)
 
     def test_a_measurement_that_has_moved_takes_its_comments_along(self):

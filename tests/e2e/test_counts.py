@@ -6,7 +6,7 @@ import kavu
 from kavu import CLEAN, REPORTED
 
 GENERAL = ("G\\106:%s;G\\DSI\\N:1;G\\DSI-1:RF;G\\DST-1:RF;T-1\\ID:RF;M-1\\ID:RF;M-1\\BB\\DLN:L;"
-           "M-1\\BSG1:PCM;M-1\\SI\\N:0;P-1\\DLN:L;P-1\\TF:ONE;P-1\\D1:NRZ-L;P-1\\D2:100000;P-1\\D3:U;"
+           "M-1\\BSG1:PCM;M-1\\SI\\N:0;P-1\\DLN:L;P-1\\TF:TWO;P-1\\D1:NRZ-L;P-1\\D2:100000;P-1\\D3:U;"
            "P-1\\D4:N;P-1\\D5:Y;P-1\\D6:N;P-1\\D7:N;P-1\\D8:N/A;P-1\\F1:16;P-1\\F2:M;P-1\\F3:NO;"
            "P-1\\MF\\N:4;P-1\\MF1:8;P-1\\MF2:128;P-1\\MF3:FPT;P-1\\MF4:16;P-1\\MF5:1111101011110011;"
            "P-1\\ISF\\N:1;P-1\\ISF1-1:SFID;P-1\\ISF2-1:ID;P-1\\IDC1-1:1;P-1\\IDC2-1:16;P-1\\IDC3-1:1;"
@@ -20,9 +20,9 @@ WORDS = ("D-1\\MN\\N-1:2;"
          "D-1\\FI-1-1-2-1:1;D-1\\EFP-1-1-2-1:4;"
          "D-1\\MN-1-2:B;D-1\\LT-1-2:WDFR;D-1\\MML\\N-1-2:1;D-1\\MNF\\N-1-2-1:2;D-1\\MWL-1-2-1:32;"
          "D-1\\WP-1-2-1-1:4;D-1\\FP-1-2-1-1:1;D-1\\FI-1-2-1-1:1;D-1\\EFP-1-2-1-1:4;"
-         "D-1\\WFP-1-2-1-1:1;"
+         "D-1\\WFM-1-2-1-1:FW;D-1\\WFP-1-2-1-1:1;"
          "D-1\\WP-1-2-1-2:5;D-1\\FP-1-2-1-2:1;D-1\\FI-1-2-1-2:1;D-1\\EFP-1-2-1-2:4;"
-         "D-1\\WFP-1-2-1-2:2;")
+         "D-1\\WFM-1-2-1-2:FW;D-1\\WFP-1-2-1-2:2;")
 OLDER = ("D-1\\MN\\N-1:2;D-1\\MN-1-1:A;D-1\\LT-1-1:MFSC;D-1\\MFS\\N-1-1:2;D-1\\MFS1-1-1:E;"
          "D-1\\MFSW-1-1-1:2;D-1\\MFSW-1-1-2:6;D-1\\MN-1-2:B;D-1\\LT-1-2:MFFR;D-1\\FMF\\N-1-2:2;"
          "D-1\\FMF1-1-2:32;D-1\\FMF2-1-2:E;D-1\\FMF6-1-2-1:4;D-1\\FMF9-1-2-1:1;D-1\\FMF6-1-2-2:5;"
@@ -60,8 +60,8 @@ class CountTest(kavu.KavuTest):
             ("09", OLDER, "T-1\\ID:RF;", "T-1\\ID:RF;T-1\\SCO\\N:1;T-1\\SCO1-2:3;",
              "T-1\\SCO\\N states 1, but the file has commands of number 2"),
             ("09", OLDER, "G\\DSI\\N:1;", "G\\DSI\\N:1;G\\DSI-3:Third;", "G\\DSI\\N states 1"),
-            ("09", OLDER, "G\\DSI\\N:1;", "G\\DSI\\N:1;R-1\\ID:Box;R-1\\POC1-1:Somebody;",
-             "states nothing, but"),
+            ("09", OLDER, "G\\DSI\\N:1;", "G\\DSI\\N:1;G\\POC1-1:Somebody;",
+             "G\\POC\\N states nothing, but"),
         )
         for edition, measurements, old, new, told in cases:
             with self.subTest(count=new):

@@ -15,7 +15,7 @@ STREAM = ("P-%(n)d\\DLN:L%(n)d;|P-%(n)d\\TF:ONE;P-%(n)d\\D1:NRZ-L;P-%(n)d\\D2:10
           "D-%(n)d\\MN-1-1:A%(n)d;|D-%(n)d\\LT-1-1:MF;D-%(n)d\\MF-1-1:2;"
           "D-%(n)d\\MN-1-2:B%(n)d;D-%(n)d\\LT-1-2:MF;D-%(n)d\\MF-1-2:3;")
 SOURCE = ("T-%(n)d\\ID:RF%(n)d;|T-%(n)d\\RF1:2200;M-%(n)d\\ID:RF%(n)d;|M-%(n)d\\BB\\DLN:L%(n)d;")
-DOCUMENT = ("G\\PN:Name;G\\106:%%s;G\\DSI\\N:3;G\\DSI-1:RF1;G\\DST-1:RF;G\\DSI-2:RF2;G\\DST-2:RF;"
+DOCUMENT = ("G\\PN:Name;G\\106:%s;G\\DSI\\N:3;G\\DSI-1:RF1;G\\DST-1:RF;G\\DSI-2:RF2;G\\DST-2:RF;"
             "G\\DSI-3:Box;G\\DST-3:SSR;R-1\\ID:Box;|R-1\\TK\\N:1;R-1\\TK1-1:1;R-1\\TK2-1:PC-TK;"
             "R-1\\DSI-1:RF1;R-1\\TK1:9;R-1\\CDLN-1-1:BUS;A-1\\DLN:PAM;|A-1\\A:1;"
             "B-1\\DLN:BUS;|B-1\\NBS\\N:1;V-1\\ID:Box;|V-1\\X:1;H\\X:1;|"
@@ -69,7 +69,7 @@ class UnsplitTest(kavu.KavuTest):
                         ("source", "rename", "in.tma", "RF1", "New"),
                         ("source", "copy", "in.tma", "RF2", "Copy"),
                         ("set", "in.tma", "T-1\\RF1=2300", "R-1\\RI1=x", "M-2\\BB1=PCM", "G\\TA=y",
-                         "A-1\\A=2", "P-1\\D2=5")):
+                         "A-1\\A2=N")):
             with self.subTest(command=command):
                 self.run_on_document(*command)
                 self.assertKept(command)

@@ -58,8 +58,9 @@ bool BannerFilter::isBanner() const {
     const auto stars = rule.substr(0, rule.size() - 1);
     return stars.starts_with(kCommentHead) && stars.size() > kCommentHead.size() &&
            stars.find_first_not_of('*', kCommentHead.size()) == std::string_view::npos &&
-           line.starts_with("COMMENT: This file ") && line.ends_with(kSigned) &&
-           waiting_[2].text == bannerLine(kBannerMaker) &&
+           (line.starts_with("COMMENT: This file saved on ") ||
+            line.starts_with("COMMENT: This file created on ")) &&
+           line.ends_with(kSigned) && waiting_[2].text == bannerLine(kBannerMaker) &&
            waiting_[3].text == bannerLine(kBannerHelp) && waiting_[4].text == rule;
 }
 
