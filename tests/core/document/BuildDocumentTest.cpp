@@ -1,3 +1,4 @@
+#include "core/document/Banner.h"
 #include "core/document/BuildDocument.h"
 #include "core/document/OpenDocument.h"
 #include "core/document/Transaction.h"
