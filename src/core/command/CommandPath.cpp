@@ -163,6 +163,9 @@ std::string groupHead(char letter, int group) {
 
 bool isOfPattern(std::string_view field, std::string_view pattern) {
     const auto stem = stemOf(pattern);
+    if (stem.size() == pattern.size()) {
+        return equalsIgnoreCase(field, pattern);
+    }
     return field.size() > stem.size() && field[stem.size()] == '-' &&
            startsWithIgnoreCase(field, stem);
 }

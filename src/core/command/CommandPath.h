@@ -138,7 +138,7 @@ void appendHead(std::string& out, char letter, int group);
 }
 
 /// True for a field of a pattern with indices, whatever their values: "MN-1-2" and "mn-x"
-/// are of "MN-n-m", "MN" and "MN1-1-2" are not.
+/// are of "MN-n-m", "MN" and "MN1-1-2" are not. A pattern without indices is its only field.
 [[nodiscard]] bool isOfPattern(std::string_view field, std::string_view pattern);
 
 /// Appends a field: the pattern "SF4-n-m-k" with {1, 2, 3} is "SF4-1-2-3". Numbers beyond the

@@ -182,6 +182,8 @@ TEST(CommandPathTest, AFieldIsOfAPatternWhateverItsIndices) {
     }
     EXPECT_TRUE(isOfPattern("SMF\\N-1", "SMF\\N-n"));
     EXPECT_FALSE(isOfPattern("SMF\\N", "SMF\\N-n"));
+    EXPECT_TRUE(isOfPattern("dln", "DLN"));
+    EXPECT_FALSE(isOfPattern("DLN-1", "DLN"));
 }
 
 TEST(CommandPathTest, IndicesAreWrittenWithoutZerosAtTheirFront) {
