@@ -76,6 +76,24 @@ void judgement(benchmark::State& state) {
 }
 BENCHMARK(judgement)->Unit(benchmark::kMillisecond);
 
+/// All that a page computes after a change, for a fit that holds with no precision or order.
+void refitAsAPageDoesIt(benchmark::State& state) {
+    auto input = pairs(99, 10);
+    for (std::size_t i = 0; i < input.x.size(); ++i) {  // high in the word
+        input.x[i] = 30000 + 40.0 * static_cast<double>(i);
+    }
+    FitOptions options;
+    options.maxOrder = 10;
+    for (auto _ : state) {
+        input.y[50] += 0.001;
+        auto result = refitPairs(input, options);
+        auto trust = judgeResult(result, input, options);
+        benchmark::DoNotOptimize(trustNote(trust, result.order, options.precision));
+        benchmark::DoNotOptimize(fitRows(result));
+    }
+}
+BENCHMARK(refitAsAPageDoesIt)->Unit(benchmark::kMillisecond);
+
 void curveThroughEveryCount(benchmark::State& state) {
     const auto input = pairs(99, static_cast<int>(state.range(0)));
     FitOptions options;

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Writes a large but valid TMATS file for the benchmark.
 
-    make_bench_file.py SIZE_MB OUT [SOURCES]
+    make_bench_file.py SIZE_MB OUT [SOURCES] [--only D|C]
 
 25 MB are about 600,000 commands: a third each of P commands, D commands, and the rest, which
 is C records of 20 fields, bus messages and vendor commands. There are 24 data sources, three
@@ -120,11 +120,20 @@ def others(count, rng, sources):
             yield f"V-{n}\\REC\\SET:{prose(rng, 28)};"
 
 
-def commands(total, seed, sources):
-    """About TOTAL commands; the last source has a bus, every other a stream."""
+def commands(total, seed, sources, only):
+    """About TOTAL commands; the last source has a bus, every other a stream. With ONLY all but
+    the head of the document are measurements, or conversion records."""
     rng = random.Random(seed)
     third = int(total / 3)
     streams = sources - 1
+    if only == "D":
+        yield from general(sources)
+        yield from measurements(int(total), rng, streams)
+        return
+    if only == "C":
+        yield from general(sources)
+        yield from records(int(total), rng, streams)
+        return
     yield from general(sources)
     yield from pcm(third, rng, streams)
     yield from measurements(third, rng, streams)
@@ -132,16 +141,23 @@ def commands(total, seed, sources):
     yield from others(int(third * 0.3), rng, sources)
 
 
-def main(size_mb, path, sources="24"):
+def main(*arguments):
+    arguments = list(arguments)
+    only = ""
+    if "--only" in arguments[:-1]:
+        at = arguments.index("--only")
+        only = arguments[at + 1]
+        del arguments[at:at + 2]
+    size_mb, path, sources = (arguments + ["24"])[:3]
     size = int(float(size_mb) * 1_000_000)
     sources = min(max(int(sources), 2), MOST_SOURCES)
     # Longer indices make longer commands, so the number of commands for the size is found
     # by making them twice.
     total = size / 41.7
-    total *= size / sum(len(command) + 2 for command in commands(total, size, sources))
+    total *= size / sum(len(command) + 2 for command in commands(total, size, sources, only))
     count = 0
     with open(path, "w", encoding="ascii", newline="") as out:
-        for command in commands(total, size, sources):
+        for command in commands(total, size, sources, only):
             out.write(command + "\r\n")
             count += 1
         written = out.tell()

@@ -1,7 +1,10 @@
+#include "conversion/CurveFit.h"
 #include "conversion/CurveTrust.h"
+#include "conversion/EuNumbers.h"
 
 #include <cmath>
 #include <limits>
+#include <random>
 
 #include <gtest/gtest.h>
 
@@ -126,6 +129,78 @@ TEST(JudgeFit, KnowsNothingWithoutAFullScaleOrAFit) {
     EXPECT_FALSE(judgeFit(Values{1, 2}, Values{1, 2}, 5, 8, 1, std::nullopt).known);
     EXPECT_FALSE(judgeFit({}, {}, 1, 8, 1, std::nullopt).known);
     EXPECT_EQ(trustNote({}, 1, 8), "");
+}
+
+/// The largest differences of one fit, computed on their own.
+std::optional<std::pair<double, double>> plainDifference(Values x, const Values& y, int order,
+                                                         int precision, double fullScale,
+                                                         std::optional<CountRange> range) {
+    const auto reference = OrthogonalFit::make(x, y, order);
+    FitCoefficients c{};
+    if (!reference || !leastSquaresFit(x, y, order, c)) {
+        return std::nullopt;
+    }
+    for (double& value : c) {
+        value = leadingDouble(exponentText(value, precision));
+    }
+    const auto percent = [&](double at) {
+        const double share =
+            std::abs((evaluatePolynomial(at, c, order) - reference->value(at)) * 100 / fullScale);
+        return std::isnan(share) ? std::numeric_limits<double>::infinity() : share;
+    };
+    std::pair<double, double> found{0, 0};
+    for (const double at : x) {
+        found.first = std::max(found.first, percent(at));
+    }
+    for (int step = 0; range && step <= 1024; ++step) {
+        const double at =
+            std::round(range->lowest + step / 1024.0 * (range->highest - range->lowest));
+        found.second = std::max(found.second, percent(at));
+    }
+    return found;
+}
+
+TEST(JudgeFit, AnswersToTheLastBitWhatEachFitByItselfWould) {
+    std::mt19937 random(3);
+    const auto number = [&](double most) {
+        return static_cast<double>(random()) / 4294967296.0 * most;
+    };
+    int unsafe = 0;
+    for (int round = 0; round < 60; ++round) {
+        Values x;
+        Values y;
+        const double start = round % 3 == 0 ? 0 : number(40000);
+        const auto count = 12 + random() % 88;
+        for (unsigned i = 0; i < count; ++i) {
+            x.push_back(start + 40.0 * i);
+            y.push_back(number(100));
+        }
+        const int order = 1 + static_cast<int>(random() % 10);
+        const int precision = static_cast<int>(random() % 10);
+        const auto range = round % 2 == 0 ? countRange(16, "INT") : std::nullopt;
+        const auto trust = judgeFit(x, y, order, precision, 100, range);
+        const auto plain = plainDifference(x, y, order, precision, 100, range);
+        ASSERT_TRUE(plain && trust.known);
+        EXPECT_EQ(trust.overPairs, plain->first) << round;
+        EXPECT_EQ(trust.overRange, plain->second) << round;
+        const auto holds = [&](int otherOrder, int digits) {
+            const auto other = plainDifference(x, y, otherOrder, digits, 100, range);
+            return other && other->first <= kTrustLimit && other->second <= kTrustLimit;
+        };
+        ASSERT_EQ(trust.holds, holds(order, precision)) << round;
+        unsafe += trust.holds ? 0 : 1;
+        int digits = trust.holds ? 17 : precision + 1;
+        while (digits <= 16 && !holds(order, digits)) {
+            ++digits;
+        }
+        EXPECT_EQ(trust.holdingPrecision, digits <= 16 ? digits : -1) << round;
+        int lower = trust.holds ? 0 : order - 1;
+        while (lower > 0 && !holds(lower, precision)) {
+            --lower;
+        }
+        EXPECT_EQ(trust.holdingOrder, lower) << round;
+    }
+    EXPECT_GT(unsafe, 20);
 }
 
 }  // namespace
