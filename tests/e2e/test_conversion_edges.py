@@ -43,9 +43,9 @@ class ConversionTest(kavu.KavuTest):
         self.assertEqual(self.c_group(data)[0], b"C-1\\DCN:" + b"n" * 32 + b";")
         self.assertFalse([line for line in self.c_group(data) if line.startswith(b"C-2")])
 
-    def test_a_definition_without_a_name_vanishes_without_a_message(self):
+    def test_a_definition_without_a_name_vanishes_and_is_listed_without_a_number(self):
         data = HEAD + "C-1\\DCT:OTH;C-1\\OTH:x;"
-        self.check(data, status=CLEAN)
+        self.assertEqual(self.check(data, status=REPORTED).ids(), [0])
         self.assertEqual(self.c_group(data), [])
 
     def test_indices_are_dense_from_1_on_saving(self):

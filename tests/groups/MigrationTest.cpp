@@ -233,6 +233,9 @@ TEST_F(Migration, ARecordThatLosesItsLastValueStaysARecord) {
     t.write("[kavu]00000000.C_O", "[A]\r\nMOT5=x\r\n[B]\r\nDCT=PTM\r\n[C]\r\nTRD1=x\r\n");
     EXPECT_TRUE(migrate(1999, 1996));
     EXPECT_EQ(t.read("[kavu]00000000.C_O"), "[A]\r\nDCN=A\r\n[B]\r\nDCN=B\r\n[C]\r\nTRD1=x\r\n");
+}
+
+TEST_F(Migration, ARecordWithoutTheFieldsOf2000StaysARecord) {
     t.write("[kavu]00000000.C_O", "[A]\r\nFPF=IEEE\r\n");
     EXPECT_TRUE(migrate(2000, 1999));
     EXPECT_EQ(t.read("[kavu]00000000.C_O"), "[A]\r\nDCN=A\r\n");

@@ -146,11 +146,14 @@ TEST(WordFrameReader, ACounterMadeForAMeasurementIsAChange) {
     EXPECT_TRUE(f.format.changed);
 }
 
-TEST(WordFrameReader, NoLocationsAreNothing) {
+TEST(WordFrameReader, NoLocationsAreNothingAndAreReported) {
     WordFrameStream f(2007, {Commands{"MN@:A", "LT@:WDFR"}});
     EXPECT_FALSE(f.format.hasMeasurement("A"));
     EXPECT_TRUE(f.format.wordFrameDefinitions.empty());
-    EXPECT_TRUE(f.ui.logs.empty());
+    ASSERT_EQ(f.ui.logs.size(), 1U);
+    EXPECT_EQ(f.ui.logs[0].id, 0);
+    EXPECT_EQ(f.ui.logs[0].text,
+              "Measurement 'A' has no place in the frame: D-1\\MML\\N-1-1 is ''.");
 }
 
 TEST(WordFrameReader, MissingStartsAreToldOfWithTheCommandsThatWereRead) {
