@@ -110,6 +110,7 @@ struct Application::Parts : private DocumentListener {
             case DocumentChange::Edited:
             case DocumentChange::TakenBack:
             case DocumentChange::Saved:
+            case DocumentChange::CutShort:
                 break;
         }
     }
@@ -128,7 +129,11 @@ Application::Application(Environment environment, const Clock& clock, RandomSour
       settingsPath_(std::move(settingsPath)),
       documents_(std::make_unique<DocumentService>(*this)) {}
 
-Application::~Application() = default;
+Application::~Application() {
+    if (parts_ != nullptr) {
+        parts_->history.removeListener(*documents_);
+    }
+}
 
 bool Application::startUp(UserInterface* parent) {
     helpPath_ = environment_.programFolder + "/kavu.hlp";
@@ -144,6 +149,7 @@ bool Application::startUp(UserInterface* parent) {
     if (parts_ == nullptr) {
         parts_ = std::make_unique<Parts>(environment_, clock_, random_, settingsPath_);
         installSteps();
+        parts_->history.addListener(*documents_);
     }
     auto& settings = parts_->settings;
     parts_->measurements.setChecking(settings.get(setting::kCheckDuplicates), false);

@@ -6,15 +6,58 @@
 #include "core/document/DocumentHistory.h"
 #include "core/document/OpenDocument.h"
 #include "core/files/FileIo.h"
+#include "core/files/UserFile.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Printf.h"
 #include "groups/DocumentTree.h"
 #include "groups/Migration.h"
 #include "pcm/PcmFormat.h"
 
+#include <string_view>
 #include <vector>
 
 namespace kavu {
+
+namespace {
+
+constexpr std::size_t kTail = 65536;
+
+/// What tells that a file was not written to its end; empty if nothing does.
+std::string signOfLoss(const std::string& path) {
+    ByteSource file;
+    if (const auto status = file.open(path); !status.ok()) {
+        return "cannot be read (" + status.reason() + ")";
+    }
+    if (file.size() == 0) {
+        return "is empty";
+    }
+    if (!UserFile::killedOwnerOf(path).empty()) {
+        return "was left cut short by a run that was killed";
+    }
+    file.seek(file.size() > kTail ? file.size() - kTail : 0);
+    std::string tail;
+    for (auto window = file.window(); !window.empty(); window = file.window()) {
+        tail += window;
+        file.take(window.size());
+    }
+    // What recorders fill the space behind the last command with.
+    const auto last = tail.find_last_not_of(std::string_view("\0\t\n\v\f\r \x1A", 8));
+    return last != std::string::npos && tail[last] != ';' ? "ends within a command" : std::string();
+}
+
+/// The document in memory may be the only whole one.
+bool wantsReopened(UserInterface* ui, const std::string& path) {
+    const auto sign = signOfLoss(path);
+    return sign.empty() ||
+           showBox(
+               ui,
+               formatPrintf("The file '%s' %s.\n\nReopen it all the same, and lose the document "
+                            "that is open here?",
+                            path, sign),
+               "Reopen File", Icon::Warning, Buttons::YesNo, Button::No) == Button::Yes;
+}
+
+}  // namespace
 
 DocumentService::DocumentService(Application& application) : application_(application) {}
 
@@ -24,26 +67,40 @@ void DocumentService::rememberDisk() {
     stamp_ = watched_.empty() ? std::string() : fileStamp(watched_);
 }
 
-bool DocumentService::settled(bool good) {
-    if (good) {
-        rememberDisk();
+void DocumentService::documentChanged(const DocumentChange& change) {
+    switch (change.kind) {
+        case DocumentChange::Opened:
+        case DocumentChange::Saved:
+        case DocumentChange::Closed:
+            rememberDisk();
+            break;
+        case DocumentChange::CutShort:
+            // That was us, and no other program.
+            if (change.path == watched_) {
+                stamp_ = fileStamp(watched_);
+            }
+            break;
+        case DocumentChange::Edited:
+        case DocumentChange::TakenBack:
+        case DocumentChange::Undone:
+        case DocumentChange::Redone:
+            break;
     }
-    return good;
 }
 
 bool DocumentService::create(UserInterface* ui) {
     LoadOptions options;
     options.create = true;
     options.makeTemplate = true;
-    return settled(loadDocument(application_.context(), ui, {}, options));
+    return loadDocument(application_.context(), ui, {}, options);
 }
 
 bool DocumentService::open(UserInterface* ui) {
-    return settled(openTmatsFileCommand(application_.context(), ui));
+    return openTmatsFileCommand(application_.context(), ui);
 }
 
 bool DocumentService::openNamed(UserInterface* ui, const std::string& name) {
-    return settled(openFromName(application_.context(), ui, name));
+    return openFromName(application_.context(), ui, name);
 }
 
 bool DocumentService::save(UserInterface* ui) {
@@ -60,22 +117,20 @@ bool DocumentService::save(UserInterface* ui) {
                 return false;
         }
     }
-    return settled(saveDocument(context, ui));
+    return saveDocument(context, ui);
 }
 
 bool DocumentService::saveAs(UserInterface* ui) {
-    return settled(saveDocumentAs(application_.context(), ui));
+    return saveDocumentAs(application_.context(), ui);
 }
 
 bool DocumentService::saveTo(UserInterface* ui, const std::string& path) {
-    return settled(saveDocumentTo(application_.context(), ui, path));
+    return saveDocumentTo(application_.context(), ui, path);
 }
 
 bool DocumentService::close(UserInterface* ui) {
     auto& context = application_.context();
-    const bool closed = !context.document.open || closeDocument(context, ui) == CloseResult::Closed;
-    rememberDisk();
-    return closed;
+    return !context.document.open || closeDocument(context, ui) == CloseResult::Closed;
 }
 
 void DocumentService::discard(UserInterface* ui) {
@@ -150,9 +205,15 @@ void DocumentService::checkDisk(UserInterface* ui) {
 bool DocumentService::reopen(UserInterface* ui) {
     auto& context = application_.context();
     const auto path = watched_;
+    if (!wantsReopened(ui, path)) {
+        // The file is no longer what is open here.
+        context.history.markCorrected();
+        context.history.tell({DocumentChange::Edited, {}, {}});
+        return false;
+    }
     // What was changed in it has been given up.
     dropDocument(context, ui);
-    return settled(loadDocument(context, ui, path));
+    return loadDocument(context, ui, path);
 }
 
 bool DocumentService::recover(UserInterface* ui, const std::string& folder) {

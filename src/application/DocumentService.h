@@ -4,6 +4,7 @@
 #pragma once
 
 #include "application/DocumentFacts.h"
+#include "core/document/DocumentChange.h"
 
 #include <string>
 
@@ -15,11 +16,13 @@ struct VersionOptions;
 
 /// A null user interface is silent; each question then gets the answer that the operation
 /// documents.
-class DocumentService {
+class DocumentService : public DocumentListener {
   public:
     /// The application must outlive the object. REQUIRES: it has been started before any
     /// call.
     explicit DocumentService(Application& application);
+    DocumentService(const DocumentService&) = delete;
+    DocumentService& operator=(const DocumentService&) = delete;
 
     bool create(UserInterface* ui);
     /// Asks for a file; false without a user interface.
@@ -71,8 +74,8 @@ class DocumentService {
     bool reopen(UserInterface* ui);
     /// Remembers the file as it is now.
     void rememberDisk();
-    /// Returns `good`, after remembering the file if it is true.
-    bool settled(bool good);
+    /// Hears of every load and save, whoever has asked for it.
+    void documentChanged(const DocumentChange& change) override;
     [[nodiscard]] bool allowsHistory() const;
 
     Application& application_;

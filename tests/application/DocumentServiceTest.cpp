@@ -97,6 +97,69 @@ TEST_F(DocumentServiceTest, ASaveAsksBeforeItOverwritesWhatAnotherProgramHasWrit
     EXPECT_THAT(test::readFile(path), HasSubstr("PN:ONE"));
 }
 
+TEST_F(DocumentServiceTest, AFailedSaveOfOurOwnIsNoOtherProgramAndMarksTheDocumentChanged) {
+    t.application.context().settings.set(setting::kSaveInPlace, true);
+    ASSERT_TRUE(service.openNamed(&t.ui, path));
+    for (const bool isClosing : {false, true}) {
+        t.ui.polls = 0;
+        t.ui.cancelAtPoll = 1;
+        t.ui.byId[76] = Button::Yes;
+        t.ui.queued.clear();
+        t.ui.otherwise = Button::No;  // the former contents are not put back
+        EXPECT_FALSE(isClosing ? service.close(&t.ui) : service.save(&t.ui));
+        t.ui.cancelAtPoll = 0;
+        EXPECT_THAT(test::readFile(path), testing::Not(HasSubstr("G\\106"))) << "it is partial";
+        EXPECT_TRUE(document().changed);
+        EXPECT_EQ(service.diskState(), DiskState::Same);
+        service.checkDisk(&t.ui);
+        EXPECT_TRUE(t.ui.listPrompts.empty());
+    }
+}
+
+TEST_F(DocumentServiceTest, ACancelledCloseDoesNotForgetWhatAnotherProgramHasWritten) {
+    ASSERT_TRUE(service.openNamed(&t.ui, path));
+    document().changed = true;
+    changeOnDisk("G\\PN:TWO;\r\nG\\106:09;\r\n");
+    t.ui.byId[76] = Button::Cancel;
+    EXPECT_FALSE(service.close(&t.ui));
+    EXPECT_EQ(service.diskState(), DiskState::Changed);
+}
+
+TEST_F(DocumentServiceTest, AnEmptyOrPartialFileIsReopenedOnlyOnYes) {
+    ASSERT_TRUE(service.openNamed(&t.ui, path));
+    const std::pair<const char*, const char*> rows[] = {{"", "is empty"},
+                                                        {"G\\PN:TWO;\r\nG\\10", "ends within"}};
+    for (const auto& [text, said] : rows) {
+        changeOnDisk(text);
+        t.ui.choices.push_back(1);
+        t.ui.queued = {Button::No};
+        service.checkDisk(&t.ui);
+        EXPECT_THAT(t.ui.boxes.back().text, HasSubstr(said));
+        EXPECT_THAT(t.ui.boxes.back().text, HasSubstr(path));
+        EXPECT_EQ(t.ui.boxes.back().defaultButton, Button::No);
+        EXPECT_TRUE(document().open);
+        EXPECT_THAT(programName(), HasSubstr("PN:ONE"));
+    }
+    changeOnDisk("G\\PN:TWO;\r\nG\\106:09;\r\n\x1A");
+    const auto boxes = t.ui.boxes.size();
+    t.ui.choices.push_back(1);
+    service.checkDisk(&t.ui);
+    EXPECT_EQ(t.ui.boxes.size(), boxes) << "a whole file is reopened without a question";
+    EXPECT_THAT(programName(), HasSubstr("PN:TWO"));
+}
+
+TEST_F(DocumentServiceTest, AnEmptyFileIsOpenedWithAWordAboutIt) {
+    changeOnDisk("");
+    ASSERT_TRUE(service.openNamed(&t.ui, path));
+    EXPECT_THAT(t.ui.notes, testing::Contains("'" + path + "' is empty."));
+}
+
+TEST_F(DocumentServiceTest, AFileThatAKilledRunHasLeftCutShortIsOpenedWithAWordAboutIt) {
+    test::writeFile(t.folder / ".flight.tma.kavu-lock", "/tmp/store");
+    ASSERT_TRUE(service.openNamed(&t.ui, path));
+    EXPECT_THAT(t.ui.notes, testing::Contains(HasSubstr("was left cut short")));
+}
+
 TEST_F(DocumentServiceTest, AFileThatWentAwayOffersToKeepOrToSaveElsewhere) {
     ASSERT_TRUE(service.openNamed(&t.ui, path));
     std::filesystem::remove(path);

@@ -383,7 +383,11 @@ bool buildInto(DocumentContext& context, UserInterface* parent, SaveTarget& targ
 bool buildTmatsFile(DocumentContext& context, UserInterface* parent, const std::string& target,
                     bool backup) {
     SaveTarget file(context, parent, target);
-    return file.claim() && buildInto(context, parent, file, backup);
+    const bool built = file.claim() && buildInto(context, parent, file, backup);
+    if (!built && file.hasTouchedFile()) {
+        context.history.markCutShort(target);
+    }
+    return built;
 }
 
 bool saveDocument(DocumentContext& context, UserInterface* parent) {

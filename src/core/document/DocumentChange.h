@@ -18,11 +18,12 @@ struct DocumentChange {
         Redone,
         Saved,
         Closed,
+        CutShort,  ///< a save in place has failed: the file at the path may be partial
     };
     Kind kind = Edited;
     std::string name;                 ///< of the operation
     std::vector<DocumentFile> files;  ///< that were written; empty for Opened, Saved, Closed
-    /// Of the file that was opened, saved or closed; empty for a document that has none, and for
+    /// Of the file that was opened, saved, closed or cut short; empty for a document that has none, and for
     /// one that could not be opened.
     std::string path{};
 

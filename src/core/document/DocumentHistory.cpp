@@ -266,6 +266,13 @@ void DocumentHistory::markSaved() {
     tell({DocumentChange::Saved, {}, {}, document_.path});
 }
 
+void DocumentHistory::markCutShort(const std::string& path) {
+    if (path == document_.path) {
+        markCorrected();
+    }
+    tell({DocumentChange::CutShort, {}, {}, path});
+}
+
 void DocumentHistory::markClosed(int nextEdition) {
     clear();
     const auto path = document_.open ? document_.path : std::string();

@@ -53,6 +53,9 @@ class DocumentHistory : private FormerFileKeeper, private RoomMaker {
     void markOpened();
     /// The file on the disk is the document as it is now. All listeners are told.
     void markSaved();
+    /// A save has failed after it had touched the file at the path: what is there differs from
+    /// the document if it is the document's. All listeners are told.
+    void markCutShort(const std::string& path);
     /// The document has been closed, and its files are gone; the next one begins with this
     /// edition. All listeners are told, of a load that has failed with no path.
     void markClosed(int nextEdition);

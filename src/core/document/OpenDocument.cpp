@@ -9,6 +9,7 @@
 #include "core/document/GroupFiles.h"
 #include "core/document/GroupSplitter.h"
 #include "core/files/FileIo.h"
+#include "core/files/UserFile.h"
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
 #include "core/text/Clock.h"
@@ -63,6 +64,23 @@ bool finishLoad(DocumentContext& context, UserInterface* parent) {
     setProgressBar(parent, -1);
     setStatusText(parent, {});
     return true;
+}
+
+/// An empty document, or a part of one, is opened only with a word about it.
+void remarkLoss(UserInterface* parent, const std::string& path) {
+    std::uint64_t size = 0;
+    if (parent == nullptr || !probeSize(path, size).ok()) {
+        return;
+    }
+    if (const auto store = UserFile::killedOwnerOf(path); !store.empty()) {
+        parent->note(
+            formatPrintf("'%s' was left cut short by a run that was killed while it wrote the "
+                         "file; the document "
+                         "of that run was in '%s'.",
+                         path, store));
+    } else if (size == 0) {
+        parent->note(formatPrintf("'%s' is empty.", path));
+    }
 }
 
 bool loadContents(DocumentContext& context, UserInterface* parent, const std::string& path,
@@ -156,6 +174,7 @@ bool readTmatsFile(DocumentContext& context, UserInterface* parent, const std::s
     // The log is emptied before the names are gathered, so that it holds what gathering
     // them reports.
     context.store.deleteFiles(nullptr, working::kMessageLog);
+    remarkLoss(parent, path);
     ProgressScope progress(parent, ProgressMode::WithCancel);
 
     bool good = splitIntoGroupFiles(context, parent, path);

@@ -56,6 +56,7 @@ bool SaveTarget::begin(bool backup) {
     if (!keepWholeBackup() || (file_.isInPlace() && !former_.keep(parent_, path_, backup_))) {
         return false;
     }
+    hasTouched_ = file_.isInPlace();
     status = file_.open(context_.store.folder());
     if (!status.ok()) {
         reportUnableToOpen(parent_, status);
@@ -122,6 +123,7 @@ IoStatus SaveTarget::putInPlace() {
     if (!backup_ && !former_.keep(parent_, path_, false)) {
         return status;
     }
+    hasTouched_ = true;
     return file_.commitInPlace(context_.store.folder());
 }
 

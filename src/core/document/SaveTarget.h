@@ -35,6 +35,8 @@ class SaveTarget {
     /// that has touched the file the parent is asked whether its former contents are to be put
     /// back. REQUIRES: begun.
     bool end(bool built);
+    /// True once bytes of the file itself may have changed.
+    [[nodiscard]] bool hasTouchedFile() const { return hasTouched_; }
 
   private:
     bool keepWholeBackup();
@@ -44,6 +46,7 @@ class SaveTarget {
     UserInterface* parent_;
     std::string path_;
     bool backup_ = false;
+    bool hasTouched_ = false;
     UserFile file_;
     FormerContents former_;
 };

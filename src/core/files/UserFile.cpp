@@ -183,6 +183,18 @@ IoStatus UserFile::lockBeside() {
     return {};
 }
 
+std::string UserFile::killedOwnerOf(const std::string& path) {
+    const auto lock = nameBeside(endOfLinks(path), ".kavu-lock");
+    const int descriptor = ::open(lock.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW);
+    if (descriptor < 0) {
+        return {};
+    }
+    // A run that lives has it locked.
+    const auto owner = lockFile(descriptor) == 0 ? readMark(descriptor) : std::string();
+    ::close(descriptor);
+    return owner;
+}
+
 IoStatus UserFile::lockItself() {
     int code = 0;
     lock_ = openLocked(target_, O_RDWR, code);

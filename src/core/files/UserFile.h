@@ -29,6 +29,9 @@ class UserFile {
     /// commit.
     [[nodiscard]] const std::string& killedOwner() const { return killedOwner_; }
 
+    /// What `killedOwner` would give after a claim of this path; nothing is locked.
+    [[nodiscard]] static std::string killedOwnerOf(const std::string& path);
+
     /// Chooses the way and, unless in place, makes the empty new file beside the old one, with
     /// its owner, mode and extended attributes. Nothing about the file itself changes.
     /// REQUIRES: claimed.
