@@ -202,9 +202,10 @@ TEST(CommandPathTest, IndicesAreWrittenWithoutZerosAtTheirFront) {
         EXPECT_TRUE(dropLeadingZeros(text)) << given;
         EXPECT_EQ(text, written);
         EXPECT_FALSE(dropLeadingZeros(text)) << given;
-        auto second = "X-01\\A:1;" + given;
-        EXPECT_TRUE(dropLeadingZeros(second, 10));
-        EXPECT_EQ(second, "X-01\\A:1;" + written);
+        const std::string first = "X-01\\A:1;";
+        auto second = first + given;
+        EXPECT_TRUE(dropLeadingZeros(second, first.size()));
+        EXPECT_EQ(second, first + written);
     }
     for (const std::string given : {"P-1\\A-0:1;", "P-10\\A-20:01;", "P-1\\A-01B:1;", "H\\X-01:1;",
                                     "", "-", "P-0", "-0:01;"}) {

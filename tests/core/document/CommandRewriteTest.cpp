@@ -144,13 +144,14 @@ TEST_F(CommandRewriteTest, NothingIsLeftBesideTheFile) {
     EXPECT_THAT(names(), testing::ElementsAre("group"));
 }
 
-TEST_F(CommandRewriteTest, GroupIndexIsChangedAndOtherCommandsGo) {
+TEST_F(CommandRewriteTest, GroupIndexIsChangedAndCommandsOfOtherGroupsGo) {
     t.write(kName,
             "P-1\\MF1:8;\r\nP-12\\ISF\\N:a:b;\r\nCOMMENT:c;\r\nG\\PN:x;\r\nno code;\r\n"
             "P-2\\X:;\r\nP-\\Y:1;\r\nP-3\\COM:a\x14\x15z;\r\nP-4\\LOST:1");
     ASSERT_TRUE(copyWithGroupIndex(t.store.pathOf(kName), t.store.pathOf("copy"), 7).ok());
     EXPECT_EQ(t.read("copy"),
-              "P-7\\MF1:8;\r\nP-7\\ISF\\N:a:b;\r\nP-7\\X:;\r\nP-7\\COM:a\x14\x15z;\r\n");
+              "P-7\\MF1:8;\r\nP-7\\ISF\\N:a:b;\r\nCOMMENT:c;\r\nno code;\r\nP-7\\X:;\r\n"
+              "P-7\\COM:a\x14\x15z;\r\n");
 }
 
 TEST_F(CommandRewriteTest, GroupIndexOfAFileThatIsNotThereFails) {

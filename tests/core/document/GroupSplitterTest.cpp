@@ -215,7 +215,7 @@ TEST_F(GroupSplitterTest, CommentThatSwallowsACommandIsRemarked) {
     ASSERT_TRUE(split("COMMENT: no end\nG\\PN:A;\nG\\TA:B;"));
     EXPECT_EQ(t.read("[kavu]GTMP.G"), "G\\TA:B;\r\n");
     ASSERT_EQ(t.ui.notes.size(), 2U);
-    EXPECT_EQ(t.ui.notes[0].find("Line 1: a comment of the file is left out"), 0U);
+    EXPECT_EQ(t.ui.notes[0].find("Line 2: a comment of the file is left out"), 0U);
     EXPECT_NE(t.ui.notes[1].find("takes the command after it along: G\\PN:A;"), std::string::npos);
 }
 
