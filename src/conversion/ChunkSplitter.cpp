@@ -48,12 +48,12 @@ struct Plan {
     std::vector<std::int64_t> numbers;  ///< of the pieces, the origin's own first
 };
 
-void countPieces(std::string& bytes, Plan& plan) {
+void countPieces(std::string& bytes, bool severalLines, Plan& plan) {
     std::unordered_map<std::int64_t, std::uint64_t> sizes;
     std::unordered_map<std::int64_t, bool> isNamed;
     std::vector<std::int64_t> named;
     std::uint64_t left = 0;
-    forEachRawCommand(bytes, [&](const RawCommand& command) {
+    forEachRawCommand(bytes, severalLines, [&](const RawCommand& command) {
         sizes[command.index] += command.line.size() + kLineEndBytes;
         left += command.line.size() + kLineEndBytes;
         if (!measurementNameIn(command).empty() && !isNamed[command.index]) {
@@ -75,7 +75,7 @@ void cutPieces(std::string& bytes, const RawGroup::Chunk& chunk, Plan& plan) {
     auto extent = chunk.extents.begin();
     std::uint64_t extentStart = 0;  // in the bytes
     std::uint64_t start = 0;
-    forEachRawCommand(bytes, [&](const RawCommand& command) {
+    forEachRawCommand(bytes, chunk.severalLines, [&](const RawCommand& command) {
         while (start >= extentStart + extent->length) {
             extentStart += extent->length;
             ++extent;
@@ -99,7 +99,7 @@ bool planChunks(RawGroup& group, std::vector<Plan>& plans) {
         }
         Plan plan;
         plan.origin = number;
-        countPieces(*bytes, plan);
+        countPieces(*bytes, chunk.severalLines, plan);
         if (plan.count > 1 || plan.lastIsSingle) {
             cutPieces(*bytes, chunk, plan);
             plan.pieceOf.clear();
@@ -145,6 +145,7 @@ bool splitOversizeChunks(RawGroup& group) {
     auto chunks = group.chunks();
     for (auto& plan : plans) {
         for (std::size_t i = 0; i < plan.count; ++i) {
+            plan.pieces[i].severalLines = chunks[plan.origin].severalLines;
             plan.pieces[i].commentsOutside = plan.lastIsSingle || i + 1 < plan.count;
             chunks[plan.numbers[i]] = std::move(plan.pieces[i]);
         }

@@ -3,6 +3,8 @@
 #include "core/command/CommandPath.h"
 #include "core/text/Text.h"
 
+#include <algorithm>
+
 namespace kavu {
 
 namespace {
@@ -199,8 +201,12 @@ class CodeTable {
     }
     [[nodiscard]] const ConversionCode* find(std::string_view code) const {
         const auto key = keyOf(code);
+        if (key == 0) {
+            return nullptr;
+        }
         for (auto at = placeOf(key); buckets_[at].key != 0; at = (at + 1) % buckets_.size()) {
-            if (buckets_[at].key == key && equalsIgnoreCase(buckets_[at].code.code, code)) {
+            if (buckets_[at].key == key &&
+                (code.size() <= kWhole || equalsIgnoreCase(buckets_[at].code.code, code))) {
                 return &buckets_[at].code;
             }
         }
@@ -209,18 +215,20 @@ class CodeTable {
     [[nodiscard]] std::size_t values() const { return values_; }
 
   private:
+    static constexpr std::size_t kWhole = 7;
     struct Bucket {
         std::uint64_t key = 0;  ///< 0 for one that is free
         ConversionCode code{};
     };
 
-    /// Equal for codes that differ only in case, and never 0.
+    /// Equal for codes that differ only in case, and never 0. For those of `kWhole` characters
+    /// and less it says all.
     static std::uint64_t keyOf(std::string_view code) {
-        std::uint64_t key = code.size();
+        std::uint64_t key = std::min<std::size_t>(code.size(), 0xFFU);
         for (const char c : code) {
-            key = (key << 7U) + static_cast<unsigned char>(toUpperAscii(c));
+            key = (key << 8U) | static_cast<unsigned char>(toUpperAscii(c));
         }
-        return key | (std::uint64_t{1} << 63U);
+        return key;
     }
     static std::size_t placeOf(std::uint64_t key) {
         return static_cast<std::size_t>((key * 0x9E3779B97F4A7C15U) >> 56U);

@@ -1,12 +1,9 @@
 #include "conversion/RawChunk.h"
 
-#include "conversion/ConversionFields.h"
-
 namespace kavu {
 
 std::string_view measurementNameIn(const RawCommand& command) {
-    return startsWithIgnoreCase(command.code, kNameCode) ? trimRight(command.value)
-                                                         : std::string_view();
+    return isNaming(command) ? trimRight(command.value) : std::string_view();
 }
 
 std::string_view recordNameIn(const RawCommand& command) {

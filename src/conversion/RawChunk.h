@@ -2,6 +2,7 @@
 // measurement names.
 #pragma once
 
+#include "conversion/ConversionFields.h"
 #include "core/text/Text.h"
 
 #include <algorithm>
@@ -57,9 +58,9 @@ struct RawCommand {
 }
 
 /// Calls `visit` with each command. Line breaks within a command get their stored form in
-/// place, so that each value fits on one line.
+/// place, so that each value fits on one line; `severalLines` states that there may be some.
 template <typename Visit>
-void forEachRawCommand(std::string& bytes, Visit visit) {
+void forEachRawCommand(std::string& bytes, bool severalLines, Visit visit) {
     constexpr std::string_view kBetween = " \t\r\n\v\f\x1a";
     std::size_t start = 0;
     for (auto end = bytes.find(';'); end != std::string::npos; end = bytes.find(';', start)) {
@@ -69,7 +70,7 @@ void forEachRawCommand(std::string& bytes, Visit visit) {
         }
         const auto length = end + 1 - first;
         const std::string_view line(bytes.data() + first, length);
-        if (holdsLineBreak(line)) {
+        if (severalLines && holdsLineBreak(line)) {
             std::string stored(line);
             toStoredForm(stored);
             bytes.replace(first, length, stored);
@@ -80,6 +81,11 @@ void forEachRawCommand(std::string& bytes, Visit visit) {
     }
 }
 
+/// True for a command that names its index.
+[[nodiscard]] inline bool isNaming(const RawCommand& command) {
+    return !command.code.empty() && toUpperAscii(command.code.front()) == kNameCode.front() &&
+           startsWithIgnoreCase(command.code, kNameCode);
+}
 /// The measurement name that a command gives its index, or empty if it gives none: the
 /// value without trailing blanks, which a section name cannot have.
 [[nodiscard]] std::string_view measurementNameIn(const RawCommand& command);

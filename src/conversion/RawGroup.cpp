@@ -48,13 +48,15 @@ bool RawGroup::sort(TmatsReader& reader, UserInterface* parent, std::int64_t bas
         const auto end = source_.position();
         if (!isComment(*command)) {
             const auto number =
-                base + std::max<std::int64_t>(0, groupIndexOf(*command) / kIndicesOfChunk);
+                base + std::max<std::int64_t>(0, parseRawCommand(*command).index / kIndicesOfChunk);
             if (current == nullptr || number != currentNumber) {
                 current = &chunks_[number];
                 currentNumber = number;
             }
             current->add({start, end - start});
             current->size += command->size() + kLineEndBytes;
+            // One that is viewed where it is in the file is on one line.
+            current->severalLines = current->severalLines || command->data() == room.data();
         }
         start = end;
     }

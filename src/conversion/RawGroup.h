@@ -27,6 +27,7 @@ class RawGroup {
     struct Chunk {
         std::uint64_t size = 0;  ///< bytes of its commands, one on a line
         std::vector<Extent> extents;
+        bool severalLines = false;     ///< a command may hold line breaks
         bool commentsOutside = false;  ///< its comments go to files of their own
         /// What the load has found out: whether it holds a record, and the commands whose names
         /// belong to other records, by their places in the chunk, counted from 1.

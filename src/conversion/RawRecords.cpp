@@ -29,19 +29,19 @@ RawRecords::Record& RawRecords::of(std::int64_t index) {
     return records_[place - 1];
 }
 
-void RawRecords::gather(std::string& bytes, int edition, const std::vector<std::size_t>& refused) {
+void RawRecords::gather(std::string& bytes, const RawGroup::Chunk& chunk, int edition) {
     count_ = 0;
     places_.clear();
     std::size_t at = 0;
-    auto nextRefused = refused.begin();
-    forEachRawCommand(bytes, [&](const RawCommand& command) {
+    auto nextRefused = chunk.refused.begin();
+    forEachRawCommand(bytes, chunk.severalLines, [&](const RawCommand& command) {
         ++at;
-        const bool isRefused = nextRefused != refused.end() && *nextRefused == at;
+        const bool isRefused = nextRefused != chunk.refused.end() && *nextRefused == at;
         nextRefused += isRefused ? 1 : 0;
         if (command.value.empty()) {
             return;
         }
-        if (!startsWithIgnoreCase(command.code, kNameCode)) {
+        if (!isNaming(command)) {
             takeField(command, edition, at);
         } else if (!isRefused) {
             takeName(command, at);

@@ -2,6 +2,8 @@
 // taken for a record, in the order in which the chunk has them.
 #pragma once
 
+#include "conversion/RawGroup.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -53,10 +55,9 @@ class RawRecords {
         std::size_t at = 0;         ///< the command by which it is ordered
     };
 
-    /// Takes the records from the commands of a chunk, whose bytes must outlive them. `edition`
-    /// rules the limits. `refused` are the names that belong to other records, by the place of
-    /// their commands in the chunk, counted from 1.
-    void gather(std::string& bytes, int edition, const std::vector<std::size_t>& refused);
+    /// Takes the records from the commands of a chunk that has been checked, whose bytes must
+    /// outlive them. `edition` rules the limits.
+    void gather(std::string& bytes, const RawGroup::Chunk& chunk, int edition);
 
     [[nodiscard]] std::size_t size() const { return named_.size(); }
     /// Records are in the order of their first fields; one without a field is where its name is.

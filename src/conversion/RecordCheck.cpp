@@ -51,7 +51,7 @@ bool RecordCheck::check(RawGroup::Chunk& chunk, std::string& bytes, double perce
     at_ = 0;
     groups_.clear();
     bool good = true;
-    forEachRawCommand(bytes, [&](const RawCommand& command) {
+    forEachRawCommand(bytes, chunk.severalLines, [&](const RawCommand& command) {
         if (!good) {
             return;
         }
@@ -63,7 +63,7 @@ bool RecordCheck::check(RawGroup::Chunk& chunk, std::string& bytes, double perce
         if (command.value.empty()) {
             return;
         }
-        if (startsWithIgnoreCase(command.code, kNameCode)) {
+        if (isNaming(command)) {
             good = good && checkName(chunk, command, percent);
         } else {
             checkField(command);

@@ -12,7 +12,7 @@ IoStatus UntouchedRecords::read(std::int64_t number, RawRecords& records) {
     if (bytes == nullptr) {
         return group_.status();
     }
-    records.gather(*bytes, edition_, group_.chunks().at(number).refused);
+    records.gather(*bytes, group_.chunks().at(number), edition_);
     return {};
 }
 

@@ -12,6 +12,13 @@ namespace {
 
 constexpr std::string_view kWhiteSpace = " \t\r\n\v\f";
 
+constexpr bool isBlank(char c) {
+    return c == ' ' || c == '\t';
+}
+constexpr bool isWhiteSpace(char c) {
+    return isBlank(c) || (c >= '\n' && c <= '\r');
+}
+
 }  // namespace
 
 std::string lowerAscii(std::string_view text) {
@@ -31,24 +38,27 @@ bool startsWithIgnoreCase(std::string_view text, std::string_view prefix) {
 }
 
 std::string_view trim(std::string_view text) {
-    const auto first = text.find_first_not_of(kWhiteSpace);
-    if (first == std::string_view::npos) {
-        return {};
+    while (!text.empty() && isWhiteSpace(text.front())) {
+        text.remove_prefix(1);
     }
-    return trimRight(text.substr(first));
+    return trimRight(text);
 }
 
 std::string_view trimRight(std::string_view text) {
-    const auto last = text.find_last_not_of(kWhiteSpace);
-    return text.substr(0, last == std::string_view::npos ? 0 : last + 1);
+    while (!text.empty() && isWhiteSpace(text.back())) {
+        text.remove_suffix(1);
+    }
+    return text;
 }
 
 std::string_view trimBlanks(std::string_view text) {
-    const auto first = text.find_first_not_of(" \t");
-    if (first == std::string_view::npos) {
-        return {};
+    while (!text.empty() && isBlank(text.front())) {
+        text.remove_prefix(1);
     }
-    return text.substr(first, text.find_last_not_of(" \t") - first + 1);
+    while (!text.empty() && isBlank(text.back())) {
+        text.remove_suffix(1);
+    }
+    return text;
 }
 
 std::string_view trimTrailingBlanks(std::string_view text) {
