@@ -3,6 +3,7 @@
 #include "Check.h"
 #include "conversion/PairFile.h"
 #include "conversion/PairSetFit.h"
+#include "conversion/PairText.h"
 
 #include <algorithm>
 #include <cmath>
@@ -45,7 +46,10 @@ void checkFile(std::string_view text) {
 }
 
 void checkImport(std::string_view text) {
-    const auto [first, second] = PairSet::splitColumns(text);
+    const auto half = text.substr(0, text.size() / 2);
+    const auto columns = tabColumns(text).value_or(
+        std::pair(std::string(half), std::string(text.substr(half.size()))));
+    const auto& [first, second] = columns;
     PairSet set(true);
     (void)set.add({"1", "2"});
     const auto error = set.import(first, second);

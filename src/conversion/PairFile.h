@@ -16,19 +16,20 @@ struct PairFile {
     std::string error;  ///< what is wrong with the file; then there are no values
 };
 
-/// The values are separated by a tab, a semi-colon, a comma or blanks, and may be in quotes.
-/// Blank lines, lines that begin with `#`, columns after the second, and a first line whose
-/// columns do not begin as numbers are ignored. Every other line must hold two finite
-/// numbers.
+/// The values are separated by a tab, a semi-colon, a comma or blanks, in all rows as in the
+/// first, and may be in quotes. Blank rows, remarks that begin with `#`, and a first row whose
+/// columns do not begin as numbers are ignored. Every other row must hold two finite numbers and
+/// nothing else; a decimal comma is understood as `CommaRule` says.
 [[nodiscard]] PairFile parsePairFile(std::string_view text);
 
-/// The same file as the texts of the two boxes of the import, one value per line, spelled
-/// as in the file.
+/// The same file as the texts of the two boxes of the import, one value per line, spelled as in
+/// the file but with decimal points.
 struct PairColumns {
     std::string telemetry;
     std::string engineering;
     std::size_t count = 0;
-    std::string error;  ///< what is wrong with the file; then there are no values
+    bool isOneColumn = false;  ///< no row, a head included, has a second cell
+    std::string error;         ///< what is wrong with the file; then there are no values
 };
 [[nodiscard]] PairColumns splitPairFile(std::string_view text);
 

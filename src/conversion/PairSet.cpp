@@ -1,6 +1,7 @@
 #include "conversion/PairSet.h"
 
 #include "conversion/EuNumbers.h"
+#include "conversion/PairText.h"
 #include "core/files/ProfileFile.h"
 #include "core/text/Printf.h"
 #include "core/text/Text.h"
@@ -31,18 +32,58 @@ std::optional<std::string_view> takeLine(std::string_view& text) {
     return trim(line);
 }
 
-/// The text of what is wrong with a value of the import, or nothing.
-std::optional<std::string> checkValue(int row, const char* axis, std::string_view text,
-                                      std::size_t limit) {
-    if (!parseDouble(text)) {
-        return formatPrintf("Error in row #%d. %s Value found is not a valid floating point number",
-                            row, axis);
+/// The lines of two boxes in step, until either runs out.
+class BoxLines {
+  public:
+    BoxLines(std::string_view first, std::string_view second)
+        : firstText_(std::string(first) + "\n"),
+          secondText_(std::string(second) + "\n"),
+          first_(firstText_),
+          second_(secondText_) {}
+    BoxLines(const BoxLines&) = delete;
+    BoxLines& operator=(const BoxLines&) = delete;
+
+    /// The next two lines that both hold something.
+    bool next() {
+        for (;;) {
+            const auto telemetry = takeLine(first_);
+            const auto engineering = takeLine(second_);
+            if (!telemetry || !engineering) {
+                return false;
+            }
+            ++row;
+            if (!telemetry->empty() && !engineering->empty()) {
+                x = *telemetry;
+                y = *engineering;
+                return true;
+            }
+        }
+    }
+
+    int row = 0;  ///< from 1
+    std::string_view x;
+    std::string_view y;
+
+  private:
+    std::string firstText_;
+    std::string secondText_;
+    std::string_view first_;
+    std::string_view second_;
+};
+
+/// Takes a value of the import; the text of what is wrong with it, or nothing.
+std::optional<std::string> takeValue(const CommaRule& commas, int row, const char* axis,
+                                     std::string_view text, std::size_t limit, std::string& value) {
+    auto number = commas.numberText(text);
+    if (!number) {
+        return pairValueError(row, axis, text);
     }
     // A truncated number may lose its exponent and become another one.
-    if (text.size() > limit) {
+    if (number->size() > limit) {
         return formatPrintf("Error in row #%d. %s Value found is longer than %d characters", row,
                             axis, limit);
     }
+    value = std::move(*number);
     return std::nullopt;
 }
 
@@ -137,29 +178,24 @@ std::pair<std::string, std::string> PairSet::boxTexts() const {
 
 std::optional<std::string> PairSet::import(std::string_view telemetryBox,
                                            std::string_view engineeringBox) {
-    const auto firstText = std::string(telemetryBox) + "\n";
-    const auto secondText = std::string(engineeringBox) + "\n";
-    std::string_view first = firstText;
-    std::string_view second = secondText;
+    CommaRule commas;
+    for (BoxLines lines(telemetryBox, engineeringBox); lines.next();) {
+        commas.see(lines.x);
+        commas.see(lines.y);
+    }
     std::vector<ValuePair> found;
     std::size_t count = 0;
-    for (int row = 1;; ++row) {
-        const auto telemetry = takeLine(first);
-        const auto engineering = takeLine(second);
-        if (!telemetry || !engineering) {
-            break;
+    for (BoxLines lines(telemetryBox, engineeringBox); lines.next();) {
+        ValuePair pair;
+        auto error = takeValue(commas, lines.row, "X", lines.x, kTelemetryLimit, pair.telemetry);
+        if (!error) {
+            error = takeValue(commas, lines.row, "Y", lines.y, kEngineeringLimit, pair.engineering);
         }
-        if (telemetry->empty() || engineering->empty()) {
-            continue;
-        }
-        if (auto error = checkValue(row, "X", *telemetry, kTelemetryLimit)) {
-            return error;
-        }
-        if (auto error = checkValue(row, "Y", *engineering, kEngineeringLimit)) {
+        if (error) {
             return error;
         }
         if (++count <= kMostPairs) {
-            found.push_back({std::string(*telemetry), std::string(*engineering)});
+            found.push_back(std::move(pair));
         }
     }
     if (count > kMostPairs) {
@@ -169,36 +205,6 @@ std::optional<std::string> PairSet::import(std::string_view telemetryBox,
     pairs_ = std::move(found);
     (void)sortAround(0);
     return std::nullopt;
-}
-
-ColumnPair splitColumnPair(std::string_view line) {
-    line = trim(line);
-    for (const char separator : {'\t', ';', ','}) {
-        if (const auto at = line.find(separator); at != std::string_view::npos) {
-            const auto rest = line.substr(at + 1);
-            return {trim(line.substr(0, at)), trim(rest.substr(0, rest.find(separator)))};
-        }
-    }
-    const auto at = line.find(' ');
-    if (at == std::string_view::npos) {
-        return {line, {}};
-    }
-    const auto rest = trim(line.substr(at));
-    return {line.substr(0, at), rest.substr(0, rest.find(' '))};
-}
-
-std::pair<std::string, std::string> PairSet::splitColumns(std::string_view text) {
-    std::pair<std::string, std::string> columns;
-    const auto whole = std::string(text) + "\n";
-    std::string_view rest = whole;
-    while (const auto line = takeLine(rest)) {
-        if (!line->empty()) {
-            const auto [first, second] = splitColumnPair(*line);
-            columns.first.append(first).append("\n");
-            columns.second.append(second).append("\n");
-        }
-    }
-    return columns;
 }
 
 // --- The record --------------------------------------------------------------------------

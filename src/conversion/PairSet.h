@@ -58,13 +58,10 @@ class PairSet {
     /// What the two boxes of the import show at first: one value per line.
     [[nodiscard]] std::pair<std::string, std::string> boxTexts() const;
     /// Takes the lines of the boxes in pairs until either runs out; a pair counts if neither
-    /// of its lines is empty. Returns the text of an error, and then the list is as it was.
+    /// of its lines is empty. Decimal commas become points (`CommaRule`). Returns the text of an
+    /// error, and then the list is as it was.
     [[nodiscard]] std::optional<std::string> import(std::string_view telemetryBox,
                                                     std::string_view engineeringBox);
-    /// The texts of the two boxes for two columns copied from a spreadsheet: columns are
-    /// separated by a tab, else a semi-colon, else a comma with or without blanks, else
-    /// blanks.
-    [[nodiscard]] static std::pair<std::string, std::string> splitColumns(std::string_view text);
 
     // --- The record -----------------------------------------------------------------------
 
@@ -80,12 +77,5 @@ class PairSet {
     std::vector<ValuePair> pairs_;
     bool sorted_;
 };
-
-/// The values in a line of text with two columns.
-struct ColumnPair {
-    std::string_view first;
-    std::string_view second;
-};
-[[nodiscard]] ColumnPair splitColumnPair(std::string_view line);
 
 }  // namespace kavu

@@ -1,5 +1,6 @@
 #include "conversion/PairFile.h"
 #include "conversion/PairSet.h"
+#include "conversion/PairText.h"
 #include "core/files/ProfileFile.h"
 
 #include <gtest/gtest.h>
@@ -103,7 +104,7 @@ TEST(PairSetImport, TheFirstBadValueIsToldAndNothingIsImported) {
               "Error in row #2. X Value found is not a valid floating point number");
     EXPECT_EQ(set.import("1\n\n3", "1\n\n3v"),
               "Error in row #3. Y Value found is not a valid floating point number");
-    for (const char* const bad : {"nan", "inf", "-inf", "1e999", "0x1", "1 2", "1,5"}) {
+    for (const char* const bad : {"nan", "inf", "-inf", "1e999", "0x1", "1 2", "1,500"}) {
         EXPECT_TRUE(set.import(bad, "1").has_value()) << bad;
         EXPECT_TRUE(set.import("1", bad).has_value()) << bad;
     }
@@ -138,20 +139,33 @@ TEST(PairSetImport, SortsIfTheListIsSorted) {
     EXPECT_EQ(text(set), "1=10 2=20 3=30 ");
 }
 
-TEST(PairSetPaste, SplitsTwoColumns) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"1\t2\n3\t4", "1\n3\n|2\n4\n"},
-        {"1;2\r\n3;4\r\n", "1\n3\n|2\n4\n"},
-        {"1, 2\n\n3 ,4", "1\n3\n|2\n4\n"},
-        {"1  2  9\n3 4", "1\n3\n|2\n4\n"},
-        {"1\t2\t3", "1\n|2\n"},
-        {"7", "7\n|\n"},
-        {"", "|"},
-    };
-    for (const auto& [pasted, columns] : cases) {
-        const auto [first, second] = PairSet::splitColumns(pasted);
-        EXPECT_EQ(first + "|" + second, columns) << pasted;
+TEST(PairSetImport, TakesDecimalCommasAndStoresPoints) {
+    PairSet set;
+    EXPECT_FALSE(set.import("1,5\n-0,125\n3", "2\n2,5E-3\n12,125").has_value());
+    EXPECT_EQ(text(set), "1.5=2 -0.125=2.5E-3 3=12.125 ");
+}
+
+TEST(PairSetImport, RefusesACommaThatMaySeparateThousands) {
+    PairSet set;
+    for (const auto& [x, y] : {std::pair("1\n32,768", "1\n2"), std::pair("1\n32,768", "1.5\n2"),
+                               std::pair("1,5\n32,768", "1.5\n2")}) {
+        EXPECT_EQ(set.import(x, y),
+                  "Error in row #2. X Value found is not a valid floating point number: the comma "
+                  "of '32,768' can be a decimal comma or separate thousands")
+            << x << y;
     }
+    EXPECT_EQ(set.size(), 0U);
+}
+
+TEST(PairSetImport, RefusesUnitsAndSecondColumns) {
+    PairSet set;
+    for (const char* const bad : {"3.5 V", "3.5V", "1,5 bar", "1,5,2", "1.234,5", "1\t2", "1;2",
+                                  ",5", "5,", "1,-5", "\"1\""}) {
+        EXPECT_EQ(set.import("1\n2", std::string("1\n") + bad),
+                  "Error in row #2. Y Value found is not a valid floating point number")
+            << bad;
+    }
+    EXPECT_EQ(set.size(), 0U);
 }
 
 // --- The record ----------------------------------------------------------------------------
@@ -181,11 +195,11 @@ TEST(PairSetRecord, ACountFromAFileIsNotTrusted) {
 // --- Files of pairs ------------------------------------------------------------------------
 
 TEST(ParsePairFile, TakesTheUsualForms) {
-    for (const char* const file :
-         {"1,2\n3,4\n", "x,y\n1,2\n3,4", "# pairs\n\n1;2\r\n3;4\r\n",
-          "\xEF\xBB\xBF"
-          "1\t2\n3\t4",
-          "\"1\",\"2\"\n\"3\",\"4\"\n", "1 2\n3  4 # last", "+1,2e0,c\n3,4,\n"}) {
+    for (const char* const file : {"1,2\n3,4\n", "x,y\n1,2\n3,4", "# pairs\n\n1;2\r\n3;4\r\n",
+                                   "\xEF\xBB\xBF"
+                                   "1\t2\n3\t4",
+                                   "\"1\",\"2\"\n\"3\",\"4\"\n", "1 2\n3  4 # last",
+                                   "+1,2e0\n3 ,4,\n", "x,y,z\n1,2,,\n3,4\t"}) {
         const auto found = parsePairFile(file);
         EXPECT_EQ(found.error, "") << file;
         EXPECT_EQ(found.x, (std::vector<double>{1, 3})) << file;
@@ -195,7 +209,7 @@ TEST(ParsePairFile, TakesTheUsualForms) {
 
 TEST(SplitPairFile, KeepsTheTextsOfTheFile) {
     const auto columns = splitPairFile(
-        "\xEF\xBB\xBF\"counts\",\"psi\"\r\n# a remark\r\n\"1.50\",2.10,x\r\n\n-3;4e5\n");
+        "\xEF\xBB\xBF\"counts\",\"psi\"\r\n# a remark\r\n\"1.50\",2.10 # x\r\n\n-3,4e5\n");
     EXPECT_EQ(columns.error, "");
     EXPECT_EQ(columns.count, 2U);
     EXPECT_EQ(columns.telemetry, "1.50\n-3\n");
@@ -214,11 +228,69 @@ TEST(ParsePairFile, TellsTheFirstValueThatIsNone) {
               "Error in row #2. Y Value found is not a valid floating point number");
     EXPECT_EQ(parsePairFile("head,er\nx,2\n").error,
               "Error in row #2. X Value found is not a valid floating point number");
-    for (const char* const bad :
-         {"1", "1,", ",1", "1,2\nnan,1", "1,2\n1,inf", "1,2\n1e999,1", "1,2\nhead,er", "1,5;2,5"}) {
+    for (const char* const bad : {"1", "1,", ",1", "1,2\nnan,1", "1,2\n1,inf", "1,2\n1e999,1",
+                                  "1,2\nhead,er", "1;2\n3,5"}) {
         const auto found = parsePairFile(bad);
         EXPECT_NE(found.error, "") << bad;
         EXPECT_TRUE(found.x.empty() && found.y.empty()) << bad;
+    }
+}
+
+TEST(ParsePairFile, ARowWithAThirdColumnIsRefused) {
+    for (const auto& [file, told] :
+         {std::pair("1,2\n3,4,5\n", "5"), std::pair("1 2\n3 4 V\n", "V"),
+          std::pair("1\t2\n3\t4\t\t9\n", "9"), std::pair("1;2\n3;4; x;y\n", "x;y"),
+          std::pair("1,2\n1,5 2,5\n", "5"), std::pair("1,2\n1,5,2,5\n", "2,5")}) {
+        const auto found = parsePairFile(file);
+        EXPECT_EQ(found.error,
+                  "Error in row #2. There are more than two columns: '" + std::string(told) + "'")
+            << file;
+        EXPECT_TRUE(found.x.empty()) << file;
+    }
+}
+
+TEST(ParsePairFile, ANumberWithAUnitIsRefused) {
+    for (const char* const file :
+         {"1,2\n3,4 V\n", "1\t2\n3\t4V\n", "1;2\n3;4 psi\n", "1 2\n3 4V\n"}) {
+        EXPECT_EQ(parsePairFile(file).error,
+                  "Error in row #2. Y Value found is not a valid floating point number")
+            << file;
+    }
+}
+
+TEST(ParsePairFile, DecimalCommasAreUnderstoodWhereNothingElseCanBeMeant) {
+    for (const char* const file : {"1,5;2,25\n3,5;4", "1,5\t2,25\n3,5\t4\n", "1,5 2,25\n3.5 4\n",
+                                   "x y\n1,5  2,25\n3,5 4", "\"1,5\",\"2,25\"\n\"3,5\",4\n"}) {
+        const auto found = parsePairFile(file);
+        EXPECT_EQ(found.error, "") << file;
+        EXPECT_EQ(found.x, (std::vector<double>{1.5, 3.5})) << file;
+        EXPECT_EQ(found.y, (std::vector<double>{2.25, 4})) << file;
+    }
+    EXPECT_EQ(splitPairFile("1,5;2,250\n").engineering, "2.250\n") << "the 1,5 says so";
+    for (const char* const file : {"1;2\n32,768;5", "1.5\t2\n32,768\t5", "1,5;2.5\n32,768;5"}) {
+        EXPECT_EQ(parsePairFile(file).error,
+                  "Error in row #2. X Value found is not a valid floating point number: the comma "
+                  "of '32,768' can be a decimal comma or separate thousands")
+            << file;
+    }
+}
+
+TEST(ParsePairFile, AllRowsAreSeparatedAsTheFirst) {
+    // The second rows are one number each, whose partner is missing.
+    for (const char* const file : {"1;2\n3,5", "1\t2\n3,5", "1,5 2,5\n3,5"}) {
+        EXPECT_EQ(parsePairFile(file).error,
+                  "Error in row #2. Y Value found is not a valid floating point number")
+            << file;
+    }
+}
+
+TEST(TabColumns, AreExactlyTwo) {
+    using Columns = std::pair<std::string, std::string>;
+    EXPECT_EQ(tabColumns("1\t2\r\n3,5\t4 V\r\n"), Columns("1\n3,5\n", "2\n4 V\n"));
+    EXPECT_EQ(tabColumns("1\t2\n\n3\t\n"), Columns("1\n\n3\n", "2\n\n\n"));
+    for (const char* const other :
+         {"", "\n", "7", "1\n2\n", "1;2", "1, 2", "1 2", "1\t2\t3", "1\t2\n3", "1\t2\t\n"}) {
+        EXPECT_FALSE(tabColumns(other).has_value()) << other;
     }
 }
 

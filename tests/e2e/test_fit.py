@@ -122,6 +122,25 @@ class FitTest(kavu.KavuTest):
                              % axis, bad)
             self.assertEqual(document["pairs"], [])
 
+    def test_a_third_column_and_a_unit_are_told_with_their_row(self):
+        for bad, why in (("1,2\n3,4,5\n", "There are more than two columns: '5'"),
+                         ("1 2\n3 4 V\n", "There are more than two columns: 'V'"),
+                         ("1\t2\n3\t4V\n", "Y Value found is not a valid floating point number"),
+                         ("1;2\n3;4 V\n", "Y Value found is not a valid floating point number"),
+                         ("1;2\n3,5\n", "Y Value found is not a valid floating point number"),
+                         ("1;2\n32,768;5\n", "X Value found is not a valid floating point number: "
+                          "the comma of '32,768' can be a decimal comma or separate thousands")):
+            document = self.fit(bad, status=FAILED)
+            self.assertEqual(document["messages"][0]["text"], "Error in row #2. " + why, bad)
+            self.assertEqual(document["pairs"], [])
+
+    def test_decimal_commas_are_understood(self):
+        for text in ("1,5;2,5\n2,5;4,5\n", "1,5\t2,5\n2,5\t4,5\n", "1,5 2,5\n2,5 4,5\n",
+                     "Zeit;Druck\n\"1,5\";\"2,5\"\n2,5;4,5\n"):
+            pairs = self.fit(text)["pairs"]
+            self.assertEqual([(pair["x"], pair["y"]) for pair in pairs], [(1.5, 2.5), (2.5, 4.5)],
+                             text)
+
     def test_numbers_near_the_end_of_the_range_are_no_fit(self):
         document = self.fit("1,1\n2,2\n1e308,3\n", status=FAILED)
         self.assertEqual(document["coefficients"], [])

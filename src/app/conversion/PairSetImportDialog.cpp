@@ -3,11 +3,11 @@
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
 #include "conversion/PairFile.h"
+#include "conversion/PairText.h"
 #include "core/files/FileIo.h"
 #include "core/talk/OpenFileChecked.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Printf.h"
-#include "core/text/Text.h"
 
 #include <functional>
 
@@ -36,17 +36,19 @@ std::size_t filledLines(const QPlainTextEdit& box) {
     return count;
 }
 
-/// Text of two columns that is pasted or dropped here goes to both boxes.
+/// Text of two columns that is pasted or dropped here is offered to both boxes, any other
+/// changes this box alone.
 class ColumnBox : public QPlainTextEdit {
   public:
-    using Take = std::function<void(const std::pair<std::string, std::string>&)>;
+    using Take = std::function<void(const QPlainTextEdit& box,
+                                    const std::pair<std::string, std::string>& columns)>;
 
     ColumnBox(Take take, QWidget* parent) : QPlainTextEdit(parent), take_(std::move(take)) {}
 
   protected:
     void insertFromMimeData(const QMimeData* source) override {
-        if (const auto columns = pastedColumns(toBytes(source->text()))) {
-            take_(*columns);
+        if (const auto columns = tabColumns(toBytes(source->text()))) {
+            take_(*this, *columns);
         } else {
             QPlainTextEdit::insertFromMimeData(source);
         }
@@ -56,15 +58,20 @@ class ColumnBox : public QPlainTextEdit {
     Take take_;
 };
 
-}  // namespace
-
-std::optional<std::pair<std::string, std::string>> pastedColumns(const std::string& text) {
-    auto columns = PairSet::splitColumns(text);
-    if (trim(columns.second).empty()) {
-        return std::nullopt;
-    }
-    return columns;
+/// Replaces the text of a box in a way that Undo of the box takes back.
+void replaceText(QPlainTextEdit& box, const std::string& text) {
+    QTextCursor cursor(box.document());
+    cursor.select(QTextCursor::Document);
+    cursor.insertText(toQString(text));
 }
+
+/// Nothing in the box goes that its user has not selected.
+bool holdsMoreThanItsSelection(const QPlainTextEdit& box) {
+    return filledLines(box) > 0 &&
+           box.textCursor().selectedText().trimmed().size() < box.toPlainText().trimmed().size();
+}
+
+}  // namespace
 
 PairSetImportDialog::PairSetImportDialog(FormContext& form, const PairSet& pairs,
                                          const std::pair<std::string, std::string>& boxes,
@@ -76,7 +83,7 @@ PairSetImportDialog::PairSetImportDialog(FormContext& form, const PairSet& pairs
     look::arrangeWindow(*layout, *this);
     layout->addWidget(look::makeNote(
         QStringLiteral("One value a line. Two columns of a spreadsheet that are pasted into a box "
-                       "fill both. OK replaces the list."),
+                       "can fill both. OK replaces the list."),
         this));
     auto* grid = new QGridLayout;
     layout->addLayout(grid, 1);
@@ -100,7 +107,8 @@ PairSetImportDialog::PairSetImportDialog(FormContext& form, const PairSet& pairs
 QPlainTextEdit* PairSetImportDialog::makeBox(const char* name, const char* label,
                                              const std::string& text, QGridLayout& grid,
                                              int column) {
-    auto* box = new ColumnBox([this](const auto& columns) { fill(columns); }, this);
+    auto* box = new ColumnBox(
+        [this](const auto& where, const auto& columns) { takeColumns(where, columns); }, this);
     box->setPlainText(toQString(text));
     box->setObjectName(QLatin1String(name));
     box->setTabChangesFocus(true);
@@ -115,8 +123,20 @@ QPlainTextEdit* PairSetImportDialog::makeBox(const char* name, const char* label
 }
 
 void PairSetImportDialog::fill(const std::pair<std::string, std::string>& boxes) {
-    telemetry_->setPlainText(toQString(boxes.first));
-    engineering_->setPlainText(toQString(boxes.second));
+    replaceText(*telemetry_, boxes.first);
+    replaceText(*engineering_, boxes.second);
+}
+
+void PairSetImportDialog::takeColumns(const QPlainTextEdit& box,
+                                      const std::pair<std::string, std::string>& columns) {
+    const auto& other = &box == telemetry_ ? *engineering_ : *telemetry_;
+    const bool losesText = filledLines(other) > 0 || holdsMoreThanItsSelection(box);
+    if (losesText &&
+        showBox(&form_.ui, "The text has two columns. Replace all values in both boxes with them?",
+                kImportTitle, Icon::Question, Buttons::YesNo) != Button::Yes) {
+        return;
+    }
+    fill(columns);
 }
 
 void PairSetImportDialog::showCount() {

@@ -5,7 +5,6 @@
 #include "app/framework/FormContext.h"
 #include "conversion/PairSet.h"
 
-#include <optional>
 #include <string>
 #include <utility>
 
@@ -35,6 +34,8 @@ class PairSetImportDialog : public QDialog {
     QPlainTextEdit* makeBox(const char* name, const char* label, const std::string& text,
                             QGridLayout& grid, int column);
     void fill(const std::pair<std::string, std::string>& boxes);
+    /// Two columns that were pasted into `box`: they go into both if the user wants it.
+    void takeColumns(const QPlainTextEdit& box, const std::pair<std::string, std::string>& columns);
     void readPairFile();
     void showCount();
 
@@ -44,9 +45,5 @@ class PairSetImportDialog : public QDialog {
     QPlainTextEdit* engineering_ = nullptr;
     QLabel* count_ = nullptr;
 };
-
-/// The columns of a text from a spreadsheet, or nothing if it has only one.
-[[nodiscard]] std::optional<std::pair<std::string, std::string>> pastedColumns(
-    const std::string& text);
 
 }  // namespace kavu

@@ -10,6 +10,7 @@
 #include "app/framework/RowDialog.h"
 #include "conversion/EuNumbers.h"
 #include "conversion/EuVocabulary.h"
+#include "conversion/PairFile.h"
 #include "core/talk/ProfileSettings.h"
 #include "core/talk/UserInterface.h"
 #include "vocabulary/FieldRules.h"
@@ -198,19 +199,19 @@ void PairSetParts::importPairs(const std::pair<std::string, std::string>& boxes)
 }
 
 void PairSetParts::pastePairs() {
-    const auto columns = pastedColumns(toBytes(QApplication::clipboard()->text()));
-    if (!columns) {
-        showBox(&form_.ui, "The clipboard does not hold two columns of values.", kPasteTitle);
-        return;
-    }
+    const auto columns = splitPairFile(toBytes(QApplication::clipboard()->text()));
     // What cannot be imported is reported at once; what can is shown first, as it replaces the
     // list.
     auto trial = pairs_;
-    if (const auto error = trial.import(columns->first, columns->second)) {
+    if (columns.isOneColumn) {
+        showBox(&form_.ui, "The clipboard does not hold two columns of values.", kPasteTitle);
+    } else if (!columns.error.empty()) {
+        showBox(&form_.ui, columns.error, kPasteTitle);
+    } else if (const auto error = trial.import(columns.telemetry, columns.engineering)) {
         showBox(&form_.ui, *error, kPasteTitle);
-        return;
+    } else {
+        importPairs({columns.telemetry, columns.engineering});
     }
-    importPairs(*columns);
 }
 
 void PairSetParts::storePairs(std::size_t selected) {

@@ -76,6 +76,11 @@ TEST(PairSetImportForm, TheFirstBadValueIsToldAndTheDialogStaysOpen) {
         {"1", "-infinity", "Error in row #1. Y Value found is not a valid floating point number"},
         {"1e999", "1", "Error in row #1. X Value found is not a valid floating point number"},
         {"1;2", "1", "Error in row #1. X Value found is not a valid floating point number"},
+        {"1\n2", "1\n3.5 V", "Error in row #2. Y Value found is not a valid floating point number"},
+        {"1\t2", "1", "Error in row #1. X Value found is not a valid floating point number"},
+        {"32,768", "1",
+         "Error in row #1. X Value found is not a valid floating point number: the comma of "
+         "'32,768' can be a decimal comma or separate thousands"},
         {"0.12345678901234567", "1", "Error in row #1. X Value found is longer than 16 characters"},
     };
     PairSetStage s;
@@ -165,6 +170,8 @@ TEST(PairSetPasteForm, WhatIsNoPairsIsToldAndChangesNothing) {
         {QStringLiteral("1\n2\n3"), "The clipboard does not hold two columns of values."},
         {QStringLiteral("1\tnan\n2\t3"), "Error in row #1. Y Value found"},
         {QStringLiteral("1\t2\n1e999\t3"), "Error in row #2. X Value found"},
+        {QStringLiteral("1\t2\n2\t3\t4"), "Error in row #2. There are more than two columns: '4'"},
+        {QStringLiteral("1\t2\n2\t3 V"), "Error in row #2. Y Value found"},
         {many, "There are 10000 pairs. A pair set cannot have more than 99."},
     };
     for (const auto& c : cases) {
@@ -178,28 +185,85 @@ TEST(PairSetPasteForm, WhatIsNoPairsIsToldAndChangesNothing) {
     EXPECT_EQ(s.changes, 0);
 }
 
-TEST(PairSetPasteForm, ColumnsThatArePastedIntoABoxFillBoth) {
+void pasteInto(QPlainTextEdit& box, const QString& text) {
+    copy(text);
+    box.setFocus();
+    QTest::keyClick(&box, Qt::Key_V, Qt::ControlModifier);
+}
+
+TEST(PairSetPasteForm, TwoTabColumnsThatArePastedIntoABoxFillBothIfTheUserWantsIt) {
     PairSetStage s;
     auto& panel = s.open();
-    s.door.next([](QDialog& dialog) {
-        auto* box = find<QPlainTextEdit>(dialog, "euValues");
-        copy(QStringLiteral("7; 8\n9; 10"));
-        box->setFocus();
-        QTest::keyClick(box, Qt::Key_V, Qt::ControlModifier);
-        EXPECT_EQ(find<QPlainTextEdit>(dialog, "tmValues")->toPlainText(),
-                  QStringLiteral("7\n9\n"));
-        EXPECT_EQ(box->toPlainText(), QStringLiteral("8\n10\n"));
-        // One column goes where it is pasted.
-        copy(QStringLiteral("5\n6"));
-        box->selectAll();
-        QTest::keyClick(box, Qt::Key_V, Qt::ControlModifier);
-        EXPECT_EQ(box->toPlainText(), QStringLiteral("5\n6"));
-        EXPECT_EQ(find<QPlainTextEdit>(dialog, "tmValues")->toPlainText(),
-                  QStringLiteral("7\n9\n"));
+    s.door.next([&](QDialog& dialog) {
+        auto* x = find<QPlainTextEdit>(dialog, "tmValues");
+        auto* y = find<QPlainTextEdit>(dialog, "euValues");
+        const auto before = std::pair(x->toPlainText(), y->toPlainText());
+        const auto ask = [&](Button reply) {
+            s.f.ui.boxes.clear();
+            s.f.ui.queued = {reply};
+            pasteInto(*y, QStringLiteral("7\t8\n9\t10"));
+            ASSERT_EQ(s.f.ui.boxes.size(), 1U);
+            EXPECT_EQ(s.f.ui.boxes[0].text,
+                      "The text has two columns. Replace all values in both boxes with them?");
+        };
+        ask(Button::No);
+        EXPECT_EQ(std::pair(x->toPlainText(), y->toPlainText()), before);
+        ask(Button::Yes);
+        EXPECT_EQ(x->toPlainText(), QStringLiteral("7\n9\n"));
+        EXPECT_EQ(y->toPlainText(), QStringLiteral("8\n10\n"));
+        x->undo();
+        y->undo();
+        EXPECT_EQ(std::pair(x->toPlainText(), y->toPlainText()), before) << "Undo of each box";
+        // With nothing to lose there is no question.
+        s.f.ui.boxes.clear();
+        x->clear();
+        y->selectAll();
+        pasteInto(*y, QStringLiteral("7\t8\n"));
+        EXPECT_TRUE(s.f.ui.boxes.empty());
+        EXPECT_EQ(x->toPlainText(), QStringLiteral("7\n"));
+        EXPECT_EQ(y->toPlainText(), QStringLiteral("8\n"));
         press(dialog, "cancel");
     });
     press(panel, "import");
     EXPECT_EQ(s.changes, 0);
+}
+
+TEST(PairSetPasteForm, AnyOtherTextChangesTheBoxWhereItIsPastedAlone) {
+    PairSetStage s;
+    auto& panel = s.open();
+    s.door.next([&](QDialog& dialog) {
+        auto* x = find<QPlainTextEdit>(dialog, "tmValues");
+        auto* y = find<QPlainTextEdit>(dialog, "euValues");
+        const auto before = x->toPlainText();
+        for (const char* const text : {"1,5\n2,5", "5\n6", "7; 8\n9; 10", "1, 2\n3, 4", "1 V\n2 V",
+                                       "1\t2\t3\n4\t5\t6", "1\t2\n3"}) {
+            y->selectAll();
+            pasteInto(*y, QLatin1String(text));
+            EXPECT_EQ(x->toPlainText(), before) << text;
+            EXPECT_EQ(y->toPlainText(), QLatin1String(text));
+        }
+        EXPECT_TRUE(s.f.ui.boxes.empty());
+        press(dialog, "cancel");
+    });
+    press(panel, "import");
+    EXPECT_EQ(s.changes, 0);
+}
+
+TEST(PairSetPasteForm, DecimalCommasOfOneColumnAreStoredAsPoints) {
+    PairSetStage s;
+    auto& panel = s.open();
+    s.door.next([](QDialog& dialog) {
+        auto* y = find<QPlainTextEdit>(dialog, "euValues");
+        y->selectAll();
+        pasteInto(*y, QStringLiteral("1,5\n2,5\n3\n4\n5"));
+        press(dialog, "ok");
+    });
+    press(panel, "import");
+    EXPECT_TRUE(s.f.ui.boxes.empty());
+    ASSERT_EQ(s.rows().size(), 5U);
+    EXPECT_EQ(s.rows()[0][kPairTelemetry], "0");
+    EXPECT_EQ(s.rows()[1][kPairEngineering], "2.5");
+    EXPECT_EQ(s.value("PS4-1"), "1.5");
 }
 
 // --- Files -----------------------------------------------------------------------------------
@@ -218,7 +282,7 @@ TEST(PairSetFileForm, FillsTheBoxesFromAFile) {
     });
     press(panel, "import");
     ASSERT_EQ(s.rows().size(), 2U);
-    EXPECT_EQ(s.rows()[0][kPairTelemetry], "1.50") << "as it stands in the file";
+    EXPECT_EQ(s.rows()[0][kPairTelemetry], "1.50") << "as it is in the file";
     EXPECT_EQ(s.rows()[0][kPairEngineering], "2.10");
 }
 
@@ -237,6 +301,8 @@ TEST(PairSetFileForm, AFileThatIsWrongLeavesTheBoxesAlone) {
     const Case cases[] = {
         {"text", "1,2\nabc,3\n", "Error in row #2. X Value found"},
         {"nan", "1,nan\n", "Error in row #1. Y Value found"},
+        {"three", "1,2\n3,4,5\n", "Error in row #2. There are more than two columns: '5'"},
+        {"unit", "1;2\n3;4 V\n", "Error in row #2. Y Value found"},
         {"many", many, "There are 10000 pairs."},
         {"binary", "1,1\n" + std::string("\0\xFF\x01", 3), "Error in row #2. X Value found"},
     };
