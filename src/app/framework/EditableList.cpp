@@ -166,8 +166,14 @@ void EditableList::updateButtons() {
     add_->setEnabled(setup_.mostRows == 0 || rowCount() < setup_.mostRows);
     edit_->setEnabled(row >= 0);
     delete_->setEnabled(row >= 0);
-    up_->setEnabled(row > 0);
-    down_->setEnabled(row >= 0 && row + 1 < rowCount());
+    const bool movable = model_->isInOwnOrder();
+    up_->setEnabled(movable && row > 0);
+    down_->setEnabled(movable && row >= 0 && row + 1 < rowCount());
+    for (auto* const button : {up_, down_}) {
+        button->setToolTip(movable ? QString()
+                                   : QStringLiteral("The list is shown sorted. A click on the head "
+                                                    "of the column brings back its own order."));
+    }
 }
 
 void EditableList::fitColumns() {
@@ -185,8 +191,7 @@ void EditableList::fitColumns() {
 
 void EditableList::setRows(std::vector<ListRow> rows) {
     model_->setRows(std::move(rows));
-    sortedColumn_ = -1;
-    view_->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+    showSortedBy(-1);
     fitColumns();
     selectRow(0);
     updateButtons();
@@ -202,7 +207,7 @@ int EditableList::rowCount() const {
 
 int EditableList::currentRow() const {
     const auto selected = view_->selectionModel()->selectedRows();
-    return selected.isEmpty() ? -1 : selected.constFirst().row();
+    return selected.isEmpty() ? -1 : model_->rowAt(selected.constFirst().row());
 }
 
 void EditableList::selectRow(int row) {
@@ -210,9 +215,10 @@ void EditableList::selectRow(int row) {
         view_->selectionModel()->clear();
         return;
     }
-    const int column = std::max(0, view_->currentIndex().column());
-    view_->setCurrentIndex(model_->index(row, column));
-    view_->scrollTo(model_->index(row, column));
+    const auto index =
+        model_->index(model_->placeOf(row), std::max(0, view_->currentIndex().column()));
+    view_->setCurrentIndex(index);
+    view_->scrollTo(index);
 }
 
 void EditableList::replaceRow(int row, ListRow values) {
@@ -306,6 +312,7 @@ void EditableList::deleteRow() {
         return;
     }
     const int row = currentRow();
+    const int place = model_->placeOf(row);
     const auto ask = [this] {
         return setup_.name.empty()
                    ? showBox(&form_.ui, "Do you wish to delete the selected entry?",
@@ -319,7 +326,7 @@ void EditableList::deleteRow() {
         return;
     }
     model_->removeRowAt(row);
-    selectRow(std::min(row, rowCount() - 1));
+    selectRow(rowCount() == 0 ? -1 : model_->rowAt(std::min(place, rowCount() - 1)));
     updateButtons();
     emit changed();
 }
@@ -328,6 +335,10 @@ void EditableList::moveRow(int by) {
     const int row = currentRow();
     const int to = row + by;
     if (row < 0 || to < 0 || to >= rowCount()) {
+        return;
+    }
+    if (!model_->isInOwnOrder()) {
+        form_.ui.beep();
         return;
     }
     model_->swapRows(row, to);
@@ -366,16 +377,19 @@ void EditableList::editCell(int column) {
     }
 }
 
-std::vector<ListRow> EditableList::sortedRows(int column) {
+std::vector<int> EditableList::sortedOrder(int column) {
     const auto& all = rows();
     const auto& of = setup_.columns[static_cast<std::size_t>(column)];
-    std::vector<std::size_t> order(all.size());
-    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::vector<int> order(all.size());
+    std::iota(order.begin(), order.end(), 0);
     const double expected =
         static_cast<double>(all.size()) * static_cast<double>(std::bit_width(all.size()));
     std::size_t compared = 0;
     const bool numeric = isNumeric(of.kind);
-    std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+    const auto cell = [&](int row) -> const std::string& {
+        return all[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)];
+    };
+    std::stable_sort(order.begin(), order.end(), [&](int a, int b) {
         if ((++compared & 0xFFF) == 0) {
             const double share = 100 * static_cast<double>(compared) / expected;
             const int percent = std::min(99, static_cast<int>(share));
@@ -384,41 +398,40 @@ std::vector<ListRow> EditableList::sortedRows(int column) {
             form_.ui.setProgressBar(percent);
             form_.ui.yieldToInterface();
         }
-        const auto& left = all[a][static_cast<std::size_t>(column)];
-        const auto& right = all[b][static_cast<std::size_t>(column)];
-        return sortedDown_ ? cellLess(right, left, numeric) : cellLess(left, right, numeric);
+        return sortedDown_ ? cellLess(cell(b), cell(a), numeric)
+                           : cellLess(cell(a), cell(b), numeric);
     });
-    std::vector<ListRow> sorted;
-    sorted.reserve(all.size());
-    for (const auto index : order) {
-        sorted.push_back(all[index]);
-    }
-    const auto before = static_cast<std::size_t>(std::max(0, currentRow()));
-    const auto now = std::find(order.begin(), order.end(), before);
-    sortedCurrent_ = now == order.end() ? -1 : static_cast<int>(now - order.begin());
-    return sorted;
+    return order;
+}
+
+void EditableList::showSortedBy(int column) {
+    sortedColumn_ = column;
+    view_->horizontalHeader()->setSortIndicator(
+        column, sortedDown_ ? Qt::DescendingOrder : Qt::AscendingOrder);
+    updateButtons();
 }
 
 void EditableList::sortBy(int column) {
     if (column < 0 || column >= model_->columnCount()) {
         return;
     }
-    sortedDown_ = column == sortedColumn_ && !sortedDown_;
-    sortedColumn_ = column;
+    const bool isSorted = column == sortedColumn_;
+    const bool isBack = isSorted && sortedDown_;
+    sortedDown_ = isSorted && !sortedDown_;
+    const int current = currentRow();
     const bool isLong = rows().size() > kLongList;
     ProgressScope progress(isLong ? &form_.ui : nullptr, ProgressMode::WithoutCancel);
     if (isLong) {
         form_.ui.setStatusText(formatPrintf("Sorting Column #%d", column + 1));
     }
-    auto sorted = sortedRows(column);
+    auto order = isBack ? std::vector<int>() : sortedOrder(column);
     if (isLong) {
         form_.ui.setProgressText("Rebuilding List");
         form_.ui.yieldToInterface();
     }
-    model_->setRows(std::move(sorted));
-    view_->horizontalHeader()->setSortIndicator(
-        column, sortedDown_ ? Qt::DescendingOrder : Qt::AscendingOrder);
-    selectRow(sortedCurrent_);
+    model_->showInOrder(std::move(order));
+    selectRow(current);
+    showSortedBy(isBack ? -1 : column);
     if (isLong) {
         form_.ui.setProgressBar(-1);
         form_.ui.setStatusText({});

@@ -68,7 +68,8 @@ class EditableList : public QWidget {
     /// Shows rows and selects the first; is no edit. Rows are filled up or cut to the
     /// columns, and are not cut to `mostRows`.
     void setRows(std::vector<ListRow> rows);
-    /// All rows in the order in which they are shown.
+    /// All rows in the order in which they were set, added and moved. A sort by a column is a
+    /// view and leaves it alone; rows are always counted in this order.
     [[nodiscard]] const std::vector<ListRow>& rows() const;
     [[nodiscard]] int rowCount() const;
     /// The selected row, or -1.
@@ -84,7 +85,8 @@ class EditableList : public QWidget {
     void moveRow(int by);
     /// The dialog "Current Value" over one cell of the selected row.
     void editCell(int column);
-    /// Sorts by a column, forwards first and then the other way.
+    /// Shows the rows sorted by a column: ascending first, then descending, then in their own
+    /// order again. Rows cannot be moved while they are shown in another order.
     void sortBy(int column);
 
     /// Replaces the row dialog of Add and Edit: gives the new row, or nothing if it was
@@ -117,7 +119,8 @@ class EditableList : public QWidget {
     std::optional<ListRow> runRowDialog(int row, const ListRow& before, bool isNew);
     [[nodiscard]] bool somethingSelected();
     bool handleKey(int key, bool alt);
-    std::vector<ListRow> sortedRows(int column);
+    [[nodiscard]] std::vector<int> sortedOrder(int column);
+    void showSortedBy(int column);
     void fitColumns();
 
     FormContext& form_;
@@ -130,8 +133,7 @@ class EditableList : public QWidget {
     QPushButton* delete_ = nullptr;
     QPushButton* up_ = nullptr;
     QPushButton* down_ = nullptr;
-    int sortedColumn_ = -1;
-    int sortedCurrent_ = -1;
+    int sortedColumn_ = -1;  ///< -1 while the rows are in their own order
     bool sortedDown_ = false;
 };
 

@@ -27,6 +27,7 @@ RowModel::Row RowModel::fitted(Row row) const {
 
 void RowModel::setRows(std::vector<Row> rows) {
     beginResetModel();
+    order_.clear();
     rows_ = std::move(rows);
     for (auto& row : rows_) {
         row.resize(columns_.size());
@@ -38,23 +39,55 @@ void RowModel::appendRow(Row row) {
     const int last = rowCount();
     beginInsertRows({}, last, last);
     rows_.push_back(fitted(std::move(row)));
+    if (!isInOwnOrder()) {
+        order_.push_back(last);
+    }
     endInsertRows();
 }
 
 void RowModel::removeRowAt(int row) {
-    beginRemoveRows({}, row, row);
+    const int place = placeOf(row);
+    beginRemoveRows({}, place, place);
     rows_.erase(rows_.begin() + row);
+    if (!isInOwnOrder()) {
+        order_.erase(order_.begin() + place);
+        for (auto& other : order_) {
+            other -= other > row ? 1 : 0;
+        }
+    }
     endRemoveRows();
 }
 
 void RowModel::replaceRow(int row, Row values) {
     rows_[at(row)] = fitted(std::move(values));
-    emit dataChanged(index(row, 0), index(row, columnCount() - 1));
+    const int place = placeOf(row);
+    emit dataChanged(index(place, 0), index(place, columnCount() - 1));
 }
 
 void RowModel::swapRows(int a, int b) {
     std::swap(rows_[at(a)], rows_[at(b)]);
+    if (!isInOwnOrder()) {
+        std::swap(order_[at(placeOf(a))], order_[at(placeOf(b))]);
+        return;
+    }
     emit dataChanged(index(std::min(a, b), 0), index(std::max(a, b), columnCount() - 1));
+}
+
+void RowModel::showInOrder(std::vector<int> order) {
+    beginResetModel();
+    order_ = std::move(order);
+    endResetModel();
+}
+
+int RowModel::rowAt(int place) const {
+    return isInOwnOrder() ? place : order_[at(place)];
+}
+
+int RowModel::placeOf(int row) const {
+    if (isInOwnOrder()) {
+        return row;
+    }
+    return static_cast<int>(std::find(order_.begin(), order_.end(), row) - order_.begin());
 }
 
 int RowModel::rowCount(const QModelIndex& parent) const {
@@ -70,7 +103,7 @@ QVariant RowModel::data(const QModelIndex& index, int role) const {
         return {};
     }
     if (role == Qt::DisplayRole) {
-        QString text = toQString(rows_[at(index.row())][at(index.column())]);
+        QString text = toQString(rows_[at(rowAt(index.row()))][at(index.column())]);
         // A cell is one line high.
         text.replace(u'\r', u' ').replace(u'\n', u' ');
         text.replace(QLatin1Char(kStoredCarriageReturn), u' ')

@@ -58,6 +58,15 @@ class EditableListTest : public testing::Test {
         }
         return values;
     }
+    /// A column as the view shows it.
+    std::vector<std::string> shown(int at) {
+        std::vector<std::string> values;
+        const auto* const model = list->view()->model();
+        for (int row = 0; row < model->rowCount(); ++row) {
+            values.push_back(model->index(row, at).data().toString().toStdString());
+        }
+        return values;
+    }
     using Texts = std::vector<std::string>;
 
     test::FormStage stage;
@@ -342,7 +351,7 @@ TEST_F(EditableListTest, RowsMoveByButtonsAndKeys) {
     EXPECT_EQ(changes, 3);
 }
 
-TEST_F(EditableListTest, AClickOnAHeadSortsByTheKindOfTheColumnAndThenTheOtherWay) {
+TEST_F(EditableListTest, AClickOnAHeadSortsByTheKindOfTheColumnThenTheOtherWayThenNot) {
     make();
     list->selectRow(2);
     auto* head = list->view()->horizontalHeader();
@@ -351,16 +360,19 @@ TEST_F(EditableListTest, AClickOnAHeadSortsByTheKindOfTheColumnAndThenTheOtherWa
         QTest::mouseClick(head->viewport(), Qt::LeftButton, {}, place);
     };
     click(0);
-    EXPECT_EQ(column(0), (Texts{"A", "b", "c"}));
+    EXPECT_EQ(shown(0), (Texts{"A", "b", "c"}));
     click(1);
-    EXPECT_EQ(column(1), (Texts{"9", "10", "100"}));
+    EXPECT_EQ(shown(1), (Texts{"9", "10", "100"}));
     click(1);
-    EXPECT_EQ(column(1), (Texts{"100", "10", "9"}));
+    EXPECT_EQ(shown(1), (Texts{"100", "10", "9"}));
     EXPECT_EQ(head->sortIndicatorSection(), 1);
     EXPECT_EQ(head->sortIndicatorOrder(), Qt::DescendingOrder);
-    // The row that was selected still is, and a sort is no edit.
-    EXPECT_EQ(list->currentRow(), 0);
-    EXPECT_EQ(changes, 0);
+    // The row that was selected still is.
+    EXPECT_EQ(list->currentRow(), 2);
+    EXPECT_EQ(list->view()->currentIndex().row(), 0);
+    click(1);
+    EXPECT_EQ(shown(1), (Texts{"10", "9", "100"}));
+    EXPECT_LT(head->sortIndicatorSection(), 0);
     EXPECT_TRUE(stage.ui.progressTexts.empty());
 }
 
@@ -377,6 +389,54 @@ TEST_F(EditableListTest, TheSortOfALongListTellsItsProgress) {
     // Unoptimised and on a busy machine; a quadratic sort would take minutes.
     EXPECT_LT(timer.elapsed(), 5000);
     const auto& texts = stage.ui.progressTexts;
+TEST_F(EditableListTest, ASortIsAViewAndNeverTheOrderOfTheRows) {
+    make();
+    list->sortBy(0);
+    EXPECT_EQ(list->rows(), kRows);
+    EXPECT_EQ(changes, 0);
+    // A row is edited, added and deleted where it is, wherever it is shown.
+    list->selectRow(0);
+    EXPECT_EQ(list->view()->currentIndex().row(), 1);
+    list->rowEditor = [&](int row, const ListRow&) -> std::optional<ListRow> {
+        return ListRow{row == 3 ? "aa" : "z", "1", "", "RF"};
+    };
+    press(*list, "edit");
+    EXPECT_EQ(column(0), (Texts{"z", "A", "c"}));
+    EXPECT_EQ(shown(0), (Texts{"A", "z", "c"})) << "an edited row does not jump away";
+    press(*list, "add");
+    EXPECT_EQ(column(0), (Texts{"z", "A", "c", "aa"}));
+    EXPECT_EQ(shown(0), (Texts{"A", "z", "c", "aa"}));
+    EXPECT_EQ(list->currentRow(), 3);
+    stage.ui.otherwise = Button::Yes;
+    list->selectRow(0);
+    press(*list, "delete");
+    EXPECT_EQ(column(0), (Texts{"A", "c", "aa"}));
+    EXPECT_EQ(shown(0), (Texts{"A", "c", "aa"}));
+    EXPECT_EQ(list->currentRow(), 1) << "the next of those that are shown";
+    // New rows are shown in their own order.
+    list->setRows(kRows);
+    EXPECT_EQ(shown(0), (Texts{"b", "A", "c"}));
+}
+
+TEST_F(EditableListTest, RowsDoNotMoveWhileTheyAreShownSorted) {
+    make();
+    list->sortBy(0);
+    list->selectRow(1);
+    for (const char* const name : {"moveUp", "moveDown"}) {
+        EXPECT_FALSE(find<QPushButton>(*list, name)->isEnabled());
+        EXPECT_NE(find<QPushButton>(*list, name)->toolTip(), QString());
+    }
+    QTest::keyClick(list->view(), Qt::Key_Down, Qt::AltModifier);
+    EXPECT_EQ(stage.ui.beeps, 1);
+    EXPECT_EQ(list->rows(), kRows);
+    EXPECT_EQ(changes, 0);
+    list->sortBy(0);
+    list->sortBy(0);
+    press(*list, "moveDown");
+    EXPECT_EQ(column(0), (Texts{"b", "c", "A"}));
+    EXPECT_EQ(find<QPushButton>(*list, "moveUp")->toolTip(), QString());
+}
+
     ASSERT_FALSE(texts.empty());
     EXPECT_EQ(texts.front(), "Sorting list by 'Name'\n1% Complete");
     EXPECT_EQ(texts.back(), "Rebuilding List");
@@ -385,9 +445,11 @@ TEST_F(EditableListTest, TheSortOfALongListTellsItsProgress) {
         stage.ui.statusTexts.end());
     EXPECT_EQ(stage.ui.progressOpened, 2);
     EXPECT_EQ(stage.ui.progressClosed, 2);
-    EXPECT_TRUE(std::is_sorted(
-        list->rows().begin(), list->rows().end(),
-        [](const auto& a, const auto& b) { return std::stol(a[1]) < std::stol(b[1]); }));
+    EXPECT_EQ(list->rows(), rows);
+    const auto lengths = shown(1);
+    EXPECT_TRUE(std::is_sorted(lengths.begin(), lengths.end(), [](const auto& a, const auto& b) {
+        return std::stol(a) < std::stol(b);
+    }));
 }
 
 TEST_F(EditableListTest, AFormMayPutItsOwnDialogAndButtonsThere) {
@@ -416,7 +478,7 @@ TEST_F(EditableListTest, APageOfAListMovesItsRowsInAndOut) {
         press(dialog, "ok");
     });
     EXPECT_EQ(runPropertySheet(stage.form, sheet), SheetResult::Stored);
-    EXPECT_EQ(rows[0][0], "A");
+    EXPECT_EQ(rows, (Rows{kRows[1], kRows[0], kRows[2]})) << "moved, and not sorted";
 }
 
 TEST(CellLess, NumbersAreBeforeTextsAndTextsHaveNoCase) {
@@ -426,6 +488,7 @@ TEST(CellLess, NumbersAreBeforeTextsAndTextsHaveNoCase) {
     EXPECT_FALSE(cellLess("x", "10", true));
     EXPECT_TRUE(cellLess("a", "B", false));
     EXPECT_FALSE(cellLess("a", "A", false));
+        page.list().sortBy(0);
 }
 
 }  // namespace

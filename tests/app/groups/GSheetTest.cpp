@@ -222,8 +222,9 @@ TEST_F(GSheetTest, ATelephoneThatIsKeptStaysWithItsPerson) {
         press(dialog, "ok");
     }));
     EXPECT_EQ(file(),
-              "G\\POC\\N:2;\r\nG\\POC1-1:Zoe;\r\nG\\POC1-2:Ann;\r\nG\\POC2-2:Agency;\r\n"
-              "G\\POC4-1:111;\r\nG\\POC4-2:222;\r\n");
+              "G\\POC\\N:2;\r\nG\\POC1-1:Ann;\r\nG\\POC2-1:Agency;\r\nG\\POC1-2:Zoe;\r\n"
+              "G\\POC4-2:111;\r\nG\\POC4-1:222;\r\n")
+        << "the order of the list and not that of the view";
 }
 
 TEST_F(GSheetTest, AddIsDisabledAtNineContacts) {

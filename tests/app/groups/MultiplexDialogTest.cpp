@@ -252,7 +252,7 @@ TEST_F(MultiplexDialogTest, WhatWasNotReadOfARowStaysWithItWhenRowsAreSorted) {
     t.ui.otherwise = Button::Yes;
     EXPECT_TRUE(edit([this](QDialog& dialog) {
         list(dialog).sortBy(0);
-        list(dialog).selectRow(0);
+        list(dialog).selectRow(1);
         door.next([](QDialog& row) {
             type(row, "SI1-n", QStringLiteral("4"));
             press(row, "ok");
@@ -260,8 +260,8 @@ TEST_F(MultiplexDialogTest, WhatWasNotReadOfARowStaysWithItWhenRowsAreSorted) {
         press(list(dialog), "edit");
         press(dialog, "ok");
     }));
-    EXPECT_NE(file().find("M-1\\SI1-1:4;"), std::string::npos) << file();
-    EXPECT_TRUE(file().ends_with("M-1\\SI\\DLN-2:Old;\r\n")) << file();
+    EXPECT_NE(file().find("M-1\\SI1-2:4;"), std::string::npos) << file();
+    EXPECT_TRUE(file().ends_with("M-1\\SI\\DLN-1:Old;\r\n")) << file();
 }
 
 TEST_F(MultiplexDialogTest, NoMoreThanNinetyNineSubcarriers) {

@@ -382,19 +382,22 @@ TEST_F(RSheetTest, EditsEventsAndTheirMeasurements) {
         EXPECT_EQ(measurements->rowCount(), 0);
         door.next(fillRow({{"EV\\PM\\MN", "X"}, {"EV\\PM\\PRE", "1"}, {"EV\\PM\\PST", "2"}}));
         press(*measurements, "add");
+        // Sorted, the new event is shown first; it stays the third of the file.
         events->sortBy(0);
-        events->selectRow(0);
+        events->selectRow(2);
+        EXPECT_EQ(events->view()->currentIndex().row(), 0);
         EXPECT_EQ(measurements->rows()[0][0], "X");
         press(dialog, "ok");
     }));
     EXPECT_EQ(file(),
-              "R-1\\ID:Deck;\r\nR-1\\EV\\E:F;\r\nR-1\\EV\\N:3;\r\nR-1\\EV\\ID-1:A;\r\n"
-              "R-1\\EV\\D-1:new;\r\nR-1\\EV\\EDP-1:T;\r\nR-1\\EV\\T-1:R;\r\nR-1\\EV\\P-1:5;\r\n"
-              "R-1\\EV\\CM-1:6;\r\nR-1\\EV\\IC-1:F;\r\nR-1\\EV\\LC-1:9;\r\nR-1\\EV\\MS-1:src;\r\n"
-              "R-1\\EV\\MN-1:name;\r\nR-1\\EV\\DLN-1:link;\r\nR-1\\EV\\PM\\N-1:1;\r\n"
-              "R-1\\EV\\PM\\MN-1-1:X;\r\nR-1\\EV\\PM\\PRE-1-1:1;\r\nR-1\\EV\\PM\\PST-1-1:2;\r\n"
-              "R-1\\EV\\ID-2:B;\r\nR-1\\EV\\T-2:Q;\r\nR-1\\EV\\PM\\N-2:1;\r\n"
-              "R-1\\EV\\PM\\MN-2-1:M;\r\nR-1\\EV\\ID-3:ID2;\r\nR-1\\IDX\\E:F;\r\n");
+              "R-1\\ID:Deck;\r\nR-1\\EV\\E:F;\r\nR-1\\EV\\N:3;\r\nR-1\\EV\\ID-1:B;\r\n"
+              "R-1\\EV\\T-1:Q;\r\nR-1\\EV\\PM\\N-1:1;\r\nR-1\\EV\\PM\\MN-1-1:M;\r\n"
+              "R-1\\EV\\ID-2:ID2;\r\nR-1\\EV\\ID-3:A;\r\n"
+              "R-1\\EV\\D-3:new;\r\nR-1\\EV\\EDP-3:T;\r\nR-1\\EV\\T-3:R;\r\nR-1\\EV\\P-3:5;\r\n"
+              "R-1\\EV\\CM-3:6;\r\nR-1\\EV\\IC-3:F;\r\nR-1\\EV\\LC-3:9;\r\nR-1\\EV\\MS-3:src;\r\n"
+              "R-1\\EV\\MN-3:name;\r\nR-1\\EV\\DLN-3:link;\r\nR-1\\EV\\PM\\N-3:1;\r\n"
+              "R-1\\EV\\PM\\MN-3-1:X;\r\nR-1\\EV\\PM\\PRE-3-1:1;\r\nR-1\\EV\\PM\\PST-3-1:2;\r\n"
+              "R-1\\IDX\\E:F;\r\n");
 }
 
 TEST_F(RSheetTest, OffersTheButtonsOfItsSurroundings) {

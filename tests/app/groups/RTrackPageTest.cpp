@@ -360,14 +360,15 @@ TEST_F(RTrackPageTest, KeepsEachTracksOwnDetailsWhenTheListIsSorted) {
     EXPECT_TRUE(edit(2004, [this](RecorderTrackPage& page) {
         auto* list = find<EditableList>(page, "tracks");
         list->sortBy(0);
-        list->selectRow(0);
+        list->selectRow(1);
+        EXPECT_EQ(list->view()->currentIndex().row(), 0);
         EXPECT_EQ(find<EditableList>(page, "attributes")->rows()[0][1], "IRIG-G");
         expectPrompt("Enter Time Format", "Internal");
         press(*find<QWidget>(page, "attributes"), "edit");
     }));
-    EXPECT_NE(file().find("R-1\\TK1-1:3;"), std::string::npos);
-    EXPECT_NE(file().find("R-1\\TFMT-1:I;"), std::string::npos);
-    EXPECT_NE(file().find("R-1\\TFMT-2:B;"), std::string::npos);
+    EXPECT_NE(file().find("R-1\\TK1-2:3;"), std::string::npos);
+    EXPECT_NE(file().find("R-1\\TFMT-2:I;"), std::string::npos);
+    EXPECT_NE(file().find("R-1\\TFMT-1:B;"), std::string::npos);
 }
 
 TEST_F(RTrackPageTest, HasNoDetailsBelow2004) {
