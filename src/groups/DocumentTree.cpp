@@ -33,9 +33,6 @@ class TreeReader {
         for (const auto& format : formats_) {
             formatOf_.try_emplace(format.link, &format);
         }
-        for (const auto& format : formats_) {
-            formatOf_.try_emplace(lowerAscii(format.link), &format);
-        }
     }
 
     DocumentTree read() {
@@ -62,12 +59,8 @@ class TreeReader {
             row.group = recorders_.find(source.name);
             row.groupLetter = row.group > 0 ? 'R' : '\0';
         }
-        const bool exact = std::any_of(
-            multiplexes_.begin(), multiplexes_.end(),
-            [&](const Multiplex& multiplex) { return multiplex.source == source.name; });
         for (const auto& multiplex : multiplexes_) {
-            if (source.name.empty() || !(exact ? multiplex.source == source.name
-                                               : equalsIgnoreCase(multiplex.source, source.name))) {
+            if (source.name.empty() || multiplex.source != source.name) {
                 continue;
             }
             row.multiplex = row.multiplex == 0 ? multiplex.index : row.multiplex;
@@ -106,8 +99,7 @@ class TreeReader {
     }
 
     const PcmLinks* formatNamed(const std::string& link) const {
-        auto it = formatOf_.find(link);
-        it = it == formatOf_.end() ? formatOf_.find(lowerAscii(link)) : it;
+        const auto it = formatOf_.find(link);
         return it == formatOf_.end() ? nullptr : it->second;
     }
 
@@ -130,7 +122,6 @@ class TreeReader {
     StreamFiles files_;
     std::vector<Multiplex> multiplexes_;
     std::vector<PcmLinks> formats_;
-    /// By the name as it is, and in lower case.
     std::unordered_map<std::string, const PcmLinks*> formatOf_;
     std::unordered_map<std::string, std::size_t> counts_;
 };

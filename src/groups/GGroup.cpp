@@ -107,8 +107,7 @@ bool isExistingSource(DocumentContext& context, UserInterface* parent, const std
 
 NameChange askNameChange(DocumentContext& context, UserInterface* parent,
                          const std::string& oldName, const std::string& newName) {
-    if (newName.empty() || equalsIgnoreCase(oldName, newName) ||
-        !isExistingSource(context, parent, oldName)) {
+    if (newName.empty() || oldName == newName || !isExistingSource(context, parent, oldName)) {
         return NameChange::Plain;
     }
     const auto answer = context.messages.show(parent, -kAboutToRename, title::kWarning, kYesNoBox,

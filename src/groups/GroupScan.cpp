@@ -122,7 +122,7 @@ bool isMissing(const IoStatus& status) {
 }
 
 bool LinkNames::add(std::string_view name) {
-    if (name.empty() || !lower_.insert(lowerAscii(trimTrailingBlanks(name))).second) {
+    if (name.empty() || !known_.emplace(trimTrailingBlanks(name)).second) {
         return false;
     }
     names_.emplace_back(name);
@@ -130,7 +130,7 @@ bool LinkNames::add(std::string_view name) {
 }
 
 bool LinkNames::has(std::string_view name) const {
-    return lower_.contains(lowerAscii(trimTrailingBlanks(name)));
+    return known_.contains(std::string(trimTrailingBlanks(name)));
 }
 
 GroupNames::GroupNames(DocumentContext& context, UserInterface* parent, char letter) {
@@ -150,8 +150,7 @@ GroupNames::GroupNames(DocumentContext& context, UserInterface* parent, char let
                 context.reader.findField(parent, source, prefix, ownNameOf(letter), kNameLimit);
             status = source.status();
             if (status.ok() && name) {
-                exact_.try_emplace(std::string(*name), index);
-                lower_.try_emplace(lowerAscii(*name), index);
+                indexOf_.try_emplace(std::string(*name), index);
                 entries_.push_back({index, std::string(*name)});
             }
         }
@@ -163,11 +162,8 @@ GroupNames::GroupNames(DocumentContext& context, UserInterface* parent, char let
 }
 
 int GroupNames::find(std::string_view name) const {
-    if (const auto it = exact_.find(std::string(name)); it != exact_.end()) {
-        return it->second;
-    }
-    const auto it = lower_.find(lowerAscii(name));
-    return it == lower_.end() ? 0 : it->second;
+    const auto it = indexOf_.find(std::string(name));
+    return it == indexOf_.end() ? 0 : it->second;
 }
 
 int firstFreeIndex(const DocumentContext& context, char letter) {

@@ -42,9 +42,8 @@ template <typename Visit>
     return source.status();
 }
 
-/// A list of link names. Names are compared without regard to case and trailing blanks, which
-/// no command keeps; each is held once, in the order in which they were added, in its first
-/// spelling.
+/// A list of link names, each once, in the order in which they were added. Names are exact, but
+/// for trailing blanks, which no command keeps.
 class LinkNames {
   public:
     bool add(std::string_view name);
@@ -54,7 +53,7 @@ class LinkNames {
 
   private:
     std::vector<std::string> names_;
-    std::unordered_set<std::string> lower_;
+    std::unordered_set<std::string> known_;
 };
 
 /// The files of one group by the name in their `ID` (T, R, M, V) or `DLN` (all others),
@@ -63,8 +62,7 @@ class GroupNames {
   public:
     GroupNames(DocumentContext& context, UserInterface* parent, char letter);
 
-    /// The index of the file of that name, or 0. An exact match is preferred to one that
-    /// differs only in case.
+    /// The index of the first file of exactly that name, or 0.
     [[nodiscard]] int find(std::string_view name) const;
     /// False if a file could not be read, which has been reported.
     [[nodiscard]] bool complete() const { return complete_; }
@@ -79,8 +77,7 @@ class GroupNames {
   private:
     bool complete_ = true;
     std::vector<Entry> entries_;
-    std::unordered_map<std::string, int> exact_;
-    std::unordered_map<std::string, int> lower_;
+    std::unordered_map<std::string, int> indexOf_;
 };
 
 /// The first index from 1 for which a group has no file; 100 if all are taken.

@@ -49,13 +49,8 @@ class StreamFinder {
 
     [[nodiscard]] StreamGroups find(const std::string& link) const {
         StreamGroups groups;
-        auto format = std::find_if(formats_.begin(), formats_.end(),
-                                   [&](const PcmLinks& f) { return f.link == link; });
-        if (format == formats_.end()) {
-            format = std::find_if(formats_.begin(), formats_.end(), [&](const PcmLinks& f) {
-                return equalsIgnoreCase(f.link, link);
-            });
-        }
+        const auto format = std::find_if(formats_.begin(), formats_.end(),
+                                         [&](const PcmLinks& f) { return f.link == link; });
         std::string letters = "DBS";
         if (format != formats_.end()) {
             groups.format = format->index;
@@ -113,13 +108,8 @@ class SourceCopier {
             !gatherLinkNames(context, parent_, taken)) {
             return false;
         }
-        // Names that differ only in case are two names, unless nothing has the exact one.
-        const auto& name = plan_.source.name;
-        const bool exact =
-            std::any_of(multiplexes.begin(), multiplexes.end(),
-                        [&](const Multiplex& multiplex) { return multiplex.source == name; });
         for (const auto& multiplex : multiplexes) {
-            if (exact ? multiplex.source != name : !equalsIgnoreCase(multiplex.source, name)) {
+            if (multiplex.source != plan_.source.name) {
                 continue;
             }
             multiplexes_.push_back(multiplex.index);

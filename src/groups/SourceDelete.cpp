@@ -24,9 +24,9 @@ namespace {
 /// link. With several links the names stay known.
 bool gatherLostNames(SourceParts& parts, UserInterface* parent, const std::string& name,
                      const std::vector<Multiplex>& multiplexes, std::vector<std::string>& lost) {
-    const auto own = std::find_if(
-        multiplexes.begin(), multiplexes.end(),
-        [&](const Multiplex& multiplex) { return equalsIgnoreCase(multiplex.source, name); });
+    const auto own =
+        std::find_if(multiplexes.begin(), multiplexes.end(),
+                     [&](const Multiplex& multiplex) { return multiplex.source == name; });
     return own == multiplexes.end() || own->links.size() != 1 ||
            parts.measurements.streamMeasurementNames(parent, own->links.front(), lost);
 }
@@ -39,7 +39,7 @@ void noteOthers(UserInterface* parent, const std::string& name,
     told.add(name);
     for (const auto& multiplex : multiplexes) {
         for (const auto& link : multiplex.links) {
-            if (equalsIgnoreCase(multiplex.source, name)) {
+            if (multiplex.source == name) {
                 told.add(link);
             }
         }
@@ -52,10 +52,9 @@ void noteOthers(UserInterface* parent, const std::string& name,
 }
 
 /// Removes a row of the name; false if there is none.
-bool eraseRow(std::vector<DataSource>& rows, const std::string& name, bool anyCase) {
-    const auto row = std::find_if(rows.begin(), rows.end(), [&](const DataSource& source) {
-        return anyCase ? equalsIgnoreCase(source.name, name) : source.name == name;
-    });
+bool eraseRow(std::vector<DataSource>& rows, const std::string& name) {
+    const auto row = std::find_if(rows.begin(), rows.end(),
+                                  [&](const DataSource& source) { return source.name == name; });
     if (row == rows.end()) {
         return false;
     }
@@ -71,8 +70,7 @@ bool removeRow(DocumentContext& context, UserInterface* parent, const std::strin
         return false;
     }
     auto status = readUncountedSources(context, static_cast<int>(rows.size()), uncounted);
-    (void)(eraseRow(rows, name, false) || eraseRow(uncounted, name, false) ||
-           eraseRow(rows, name, true) || eraseRow(uncounted, name, true));
+    (void)(eraseRow(rows, name) || eraseRow(uncounted, name));
     status = status.ok() ? rewriteSources(context, rows, uncounted) : status;
     if (!status.ok()) {
         reportUnableToWrite(parent, status);

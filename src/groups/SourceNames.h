@@ -17,7 +17,7 @@ bool gatherSourceNames(DocumentContext& context, UserInterface* parent, LinkName
 /// on recorders. False as above.
 bool gatherLinkNames(DocumentContext& context, UserInterface* parent, LinkNames& names);
 
-/// The name, or, if it is taken in any case of its letters, the name followed by " 2", "
+/// The name, or, if it is taken, the name followed by " 2", "
 /// 3", ...; cut to at most 32 characters.
 [[nodiscard]] std::string uniqueName(std::string_view name, const LinkNames& taken);
 

@@ -49,16 +49,13 @@ std::string_view asName(std::string_view value) {
 /// Renames one name in all files that hold it.
 class Renaming {
   public:
-    /// With `anyCase` the name is found in any case of its letters, as look-ups find it;
-    /// not if another name differs only in case.
     Renaming(DocumentContext& context, UserInterface* parent, OperationId operation,
-             const std::string& oldName, const std::string& newName, bool anyCase)
+             const std::string& oldName, const std::string& newName)
         : context_(context),
           parent_(parent),
           transaction_(context, operation),
           oldName_(asName(oldName)),
-          newName_(newName),
-          anyCase_(anyCase) {}
+          newName_(newName) {}
 
     /// Replaces the name in the values of `wanted(code)` of one file. False after a failure
     /// or a cancel, after which nothing more is done.
@@ -99,35 +96,23 @@ class Renaming {
     bool finish() { return endTransaction(transaction_, parent_, good_); }
 
   private:
-    [[nodiscard]] bool matches(std::string_view value) const {
-        const auto name = asName(value);
-        return anyCase_ ? equalsIgnoreCase(name, oldName_) : name == oldName_;
-    }
+    [[nodiscard]] bool matches(std::string_view value) const { return asName(value) == oldName_; }
 
     DocumentContext& context_;
     UserInterface* parent_;
     Transaction transaction_;
     std::string oldName_;
     std::string newName_;
-    bool anyCase_;
     bool good_ = true;
 };
 
-/// True if no other of the names differs from this one only in case.
-bool standsAlone(const std::vector<std::string>& names, std::string_view name) {
-    return std::none_of(names.begin(), names.end(), [&](const std::string& other) {
-        return other != name && equalsIgnoreCase(other, name);
-    });
-}
-
-/// Refuses an impossible or existing name; the name itself in another case is new.
-bool mayRename(const DocumentContext& context, UserInterface* parent, const std::string& oldName,
-               const std::string& newName, const LinkNames& taken, MessageFor<> refusal,
-               const std::string& title) {
+/// Refuses an impossible or existing name.
+bool mayRename(const DocumentContext& context, UserInterface* parent, const std::string& newName,
+               const LinkNames& taken, MessageFor<> refusal, const std::string& title) {
     if (!isAcceptableName(context, parent, newName, title)) {
         return false;
     }
-    if (taken.has(newName) && (newName == oldName || !equalsIgnoreCase(newName, oldName))) {
+    if (taken.has(newName)) {
         context.messages.show(parent, refusal, title::kError, kErrorBox);
         return false;
     }
@@ -160,8 +145,7 @@ bool renameDataLink(SourceParts& parts, UserInterface* parent, const std::string
                     const std::string& newName) {
     auto& context = parts.context;
     LinkNames taken;
-    std::vector<std::string> links;
-    if (!gatherLinkNames(context, parent, taken) || !gatherDataLinks(context, parent, links)) {
+    if (!gatherLinkNames(context, parent, taken)) {
         return false;
     }
     if (!taken.has(oldName)) {
@@ -169,12 +153,11 @@ bool renameDataLink(SourceParts& parts, UserInterface* parent, const std::string
                 kNewLink);
         return false;
     }
-    if (!mayRename(context, parent, oldName, newName, taken, 374, kNewLink)) {
+    if (!mayRename(context, parent, newName, taken, 374, kNewLink)) {
         return false;
     }
     ProgressScope progress(parent, ProgressMode::WithCancel);
-    Renaming renaming(context, parent, OperationId::RenameLink, oldName, newName,
-                      standsAlone(links, oldName));
+    Renaming renaming(context, parent, OperationId::RenameLink, oldName, newName);
     renameInLinkingGroups(renaming, parent);
     const bool done = renaming.finish();
     progress.close();
@@ -193,7 +176,7 @@ bool askRenameDataLink(SourceParts& parts, UserInterface* parent, const std::str
     }
     const TextPrompt prompt{kNewLink, kNewLink, oldName, kNameLimit};
     const auto name = askName(parent, prompt, [&](const std::string& entered) {
-        return mayRename(parts.context, parent, oldName, entered, taken, 374, kNewLink);
+        return mayRename(parts.context, parent, entered, taken, 374, kNewLink);
     });
     return name && renameDataLink(parts, parent, oldName, *name);
 }
@@ -204,22 +187,19 @@ bool renameDataSource(SourceParts& parts, UserInterface* parent, const std::stri
     ProgressScope progress(parent, ProgressMode::WithCancel);
     setStatusText(parent, "Validating Data Source Names");
     LinkNames taken;
-    std::vector<std::string> names;
     if (!gatherSourceNames(context, parent, taken)) {
         return false;
     }
-    listDataSources(context, nullptr, &names);
     if (!taken.has(oldName)) {
         showBox(parent, formatPrintf("There is no data source '%s' in this document.", oldName),
                 kNewSource);
         return false;
     }
-    if (!mayRename(context, parent, oldName, newName, taken, 141, kNewSource)) {
+    if (!mayRename(context, parent, newName, taken, 141, kNewSource)) {
         return false;
     }
     setStatusText(parent, "Changing Data Source Names");
-    Renaming renaming(context, parent, OperationId::RenameSource, oldName, newName,
-                      standsAlone(names, oldName));
+    Renaming renaming(context, parent, OperationId::RenameSource, oldName, newName);
     renaming.inFile(
         'G', 0, [](std::string_view code) { return refersTo('G', code) == Refers::SourceName; });
     for (const char letter : {'T', 'R', 'M', 'V'}) {
@@ -247,7 +227,7 @@ bool askRenameDataSource(SourceParts& parts, UserInterface* parent, const std::s
     }
     const TextPrompt prompt{kNewSource, kNewSource, oldName, kNameLimit};
     const auto name = askName(parent, prompt, [&](const std::string& entered) {
-        return mayRename(parts.context, parent, oldName, entered, taken, 141, kNewSource);
+        return mayRename(parts.context, parent, entered, taken, 141, kNewSource);
     });
     return name && renameDataSource(parts, parent, oldName, *name);
 }

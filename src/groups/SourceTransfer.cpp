@@ -51,9 +51,7 @@ SourceTransfer::~SourceTransfer() {
 }
 
 void SourceTransfer::renameLink(std::string_view oldName, std::string newName) {
-    const auto key = linkKey(oldName);
-    foldedLinks_.try_emplace(lowerAscii(key), newName);
-    links_[key] = std::move(newName);
+    links_[linkKey(oldName)] = std::move(newName);
 }
 
 IoStatus SourceTransfer::findIndex(char letter, int& index) const {
@@ -105,12 +103,8 @@ std::string SourceTransfer::newValue(char letter, std::string_view code, std::st
         return source_;
     }
     if (namesLink(refers)) {
-        const auto key = linkKey(value);
-        if (const auto link = links_.find(key); link != links_.end()) {
-            return link->second;
-        }
-        const auto link = foldedLinks_.find(lowerAscii(key));
-        return link == foldedLinks_.end() ? std::string(value) : link->second;
+        const auto link = links_.find(linkKey(value));
+        return link == links_.end() ? std::string(value) : link->second;
     }
     if (!value.empty() && namesMeasurement(refers)) {
         auto name = affixes_.applied(value);

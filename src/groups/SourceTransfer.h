@@ -65,8 +65,7 @@ class SourceTransfer {
     DocumentContext& context_;
     std::string source_;
     NameAffixes affixes_;
-    std::unordered_map<std::string, std::string> links_;        ///< by old name
-    std::unordered_map<std::string, std::string> foldedLinks_;  ///< by lower-case old name
+    std::unordered_map<std::string, std::string> links_;  ///< by old name
     std::map<std::pair<char, int>, Group> groups_;
     std::vector<MeasurementPair> measurements_;
     std::unordered_set<std::string> met_;

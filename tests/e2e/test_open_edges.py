@@ -133,6 +133,14 @@ class LinkTest(kavu.KavuTest):
                             "P-1\\AEF\\DLN-1:L2;P-2\\DLN:L2;", status=CLEAN)
         self.assertEqual(result.json["questions"], [])
 
+    def test_a_name_in_another_case_is_no_home(self):
+        result = self.check("G\\106:09;M-1\\BB\\DLN:Link;P-1\\DLN:LINK;P-1\\AEF\\N:1;"
+                            "P-1\\AEF\\DLN-1:Inner;P-2\\DLN:inner;")
+        texts = [question["text"] for question in result.json["questions"]]
+        self.assertEqual(len(texts), 2, texts)
+        self.assertIn("LINK", texts[0])
+        self.assertIn("inner", texts[1])
+
     def test_a_name_in_two_streams_is_reported_once(self):
         data = "G\\106:09;M-1\\BB\\DLN:A;M-1\\SI\\N:1;M-1\\SI\\DLN-1:B;P-1\\DLN:A;P-2\\DLN:B;"
         for group, link in ((1, "A"), (2, "B")):

@@ -94,11 +94,12 @@ TEST_F(DataSources, GroupIsFoundByItsName) {
     EXPECT_EQ(findGroupIndex(t.context, &t.ui, 'T', "Other"), 0);
 }
 
-TEST_F(DataSources, TheExactNameComesBeforeOneThatDiffersInCase) {
+TEST_F(DataSources, ANameThatDiffersInCaseIsAnother) {
     t.write("[kavu]DSRCE.T01", "T-1\\ID:RADIO;\r\n");
     t.write("[kavu]DSRCE.T02", "T-2\\ID:radio;\r\n");
     EXPECT_EQ(findGroupIndex(t.context, &t.ui, 'T', "radio"), 2);
-    EXPECT_EQ(findGroupIndex(t.context, &t.ui, 'T', "Radio"), 1);
+    EXPECT_EQ(findGroupIndex(t.context, &t.ui, 'T', "RADIO"), 1);
+    EXPECT_EQ(findGroupIndex(t.context, &t.ui, 'T', "Radio"), 0);
 }
 
 TEST_F(DataSources, NoNameAsksForTheFirstFreeIndexNegated) {

@@ -9,15 +9,17 @@ namespace {
 
 using testing::ElementsAre;
 
-TEST(LinkNamesTest, HoldsANameOnceWhateverItsCase) {
+TEST(LinkNamesTest, HoldsEachNameOnceAsItIsSpelled) {
     LinkNames names;
     EXPECT_TRUE(names.add("Link"));
-    EXPECT_FALSE(names.add("LINK"));
+    EXPECT_FALSE(names.add("Link"));
     EXPECT_FALSE(names.add(""));
-    EXPECT_TRUE(names.has("link"));
+    EXPECT_TRUE(names.has("Link"));
+    EXPECT_FALSE(names.has("link"));
     EXPECT_TRUE(names.has("Link "));  // no command keeps the blank
     EXPECT_FALSE(names.has(" Link"));
-    EXPECT_THAT(names.names(), ElementsAre("Link"));
+    EXPECT_TRUE(names.add("LINK"));
+    EXPECT_THAT(names.names(), ElementsAre("Link", "LINK"));
 }
 
 TEST(GroupScan, PcmFilesAreReadWithWhatIsEmbeddedInThem) {

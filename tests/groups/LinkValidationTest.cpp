@@ -30,12 +30,30 @@ TEST_F(LinkValidation, AnEmptyDocumentPasses) {
 TEST_F(LinkValidation, ALinkOfAMultiplexHasAHome) {
     t.write("[kavu]MULT.M01", "M-1\\SI\\N:1;\r\nM-1\\SI\\DLN-1:Pcm;\r\n");
     writePcm(1, "P-1\\DLN:Pcm;\r\n");
-    t.write("[kavu]PCMMEAS.D01", "D-1\\DLN:pcm;\r\n");
+    t.write("[kavu]PCMMEAS.D01", "D-1\\DLN:Pcm;\r\n");
     EXPECT_TRUE(validate());
     EXPECT_TRUE(t.ui.boxes.empty());
     EXPECT_THAT(t.ui.statusTexts, Contains("Searching for Data Link Names in PCM Definition #1"));
     EXPECT_THAT(t.ui.statusTexts,
                 Contains("Searching for Data Link Names in Measurement Definition #1"));
+}
+
+// Look-ups of streams are exact, so a name in another case would have its home and never be found.
+TEST_F(LinkValidation, ANameInAnotherCaseIsNoHome) {
+    t.write("[kavu]MULT.M01", "M-1\\BB\\DLN:Pcm;\r\n");
+    t.write("[kavu]DSRCE.R01", "R-1\\CDLN-1:TAPE;\r\n");
+    writePcm(1, "P-1\\DLN:Pcm;\r\nP-1\\AEF\\N:1;\r\nP-1\\AEF\\DLN-1:Inner;\r\n");
+    writePcm(2, "P-2\\DLN:PCM;\r\n");
+    writePcm(3, "P-3\\DLN:inner;\r\n");
+    writePcm(4, "P-4\\DLN:Tape;\r\n");
+    t.write("[kavu]PCMMEAS.D01", "D-1\\DLN:pcm;\r\n");
+    answer(Button::No);
+    EXPECT_TRUE(validate());
+    ASSERT_EQ(t.ui.countBoxes(304), 4);
+    EXPECT_THAT(t.ui.boxes[0].text, HasSubstr("PCM"));
+    EXPECT_THAT(t.ui.boxes[1].text, HasSubstr("inner"));
+    EXPECT_THAT(t.ui.boxes[2].text, HasSubstr("Tape"));
+    EXPECT_THAT(t.ui.boxes[3].text, HasSubstr("pcm"));
 }
 
 TEST_F(LinkValidation, AnEmbeddedFormatNeedsNoMultiplexEntry) {

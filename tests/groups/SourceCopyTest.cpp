@@ -200,10 +200,10 @@ TEST_F(SourceCopyTest, NamesThatDifferOnlyInCaseAreSourcesAndLinksOfTheirOwn) {
     EXPECT_EQ(both.read(groupFile('T', 3)), "T-3\\ID:Copy;\r\n");
     EXPECT_EQ(both.read(groupFile('M', 3)),
               "M-3\\ID:Copy;\r\nM-3\\SI\\N:2;\r\nM-3\\SI\\DLN-1:Link 2;\r\n"
-              "M-3\\SI\\DLN-2:LINK 3;\r\n");
+              "M-3\\SI\\DLN-2:LINK 2;\r\n");
     EXPECT_FALSE(both.has(groupFile('M', 4)));
     EXPECT_EQ(both.read(groupFile('P', 4)), "P-4\\DLN:Link 2;\r\nP-4\\TF:ONE;\r\n");
-    EXPECT_EQ(both.read(groupFile('P', 5)), "P-5\\DLN:LINK 3;\r\nP-5\\TF:TWO;\r\n");
+    EXPECT_EQ(both.read(groupFile('P', 5)), "P-5\\DLN:LINK 2;\r\nP-5\\TF:TWO;\r\n");
     EXPECT_FALSE(both.has(groupFile('P', 6)));
 }
 

@@ -94,7 +94,7 @@ class AsyncSaver {
         bool own = false;
         for (int other = 1; other <= format_.asyncCount(); ++other) {
             const auto& taken = format_.asyncFormats[static_cast<std::size_t>(other - 1)];
-            if (equalsIgnoreCase(taken.dataLinkName, name)) {
+            if (taken.dataLinkName == name) {
                 if (other != number_) {
                     return refuse(375);
                 }

@@ -319,6 +319,34 @@ TEST_F(GSheetTest, ANewNameOfAnExistingSourceIsChangedEverywhereAtOnce) {
 }
 
 TEST_F(GSheetTest, ASourceOfTheDocumentIsDeletedWithItsGroups) {
+TEST_F(GSheetTest, AnotherCaseOfANameIsARename) {
+    put("G\\DSI\\N:1;\r\nG\\DSI-1:Pod;\r\nG\\DST-1:RF;\r\n");
+    t.write(groupFile('T', 1), "T-1\\ID:Pod;\r\n");
+    t.ui.byId[299] = Button::Yes;
+    edit(2011, [this](QDialog& dialog) {
+        door.next([](QDialog& row) {
+            type(row, "DSI", QStringLiteral("POD"));
+            press(row, "ok");
+        });
+        press(sources(dialog), "edit");
+        press(dialog, "ok");
+    });
+    EXPECT_EQ(t.ui.countBoxes(299), 1);
+    EXPECT_EQ(t.read(groupFile('T', 1)), "T-1\\ID:POD;\r\n");
+}
+
+TEST_F(GSheetTest, F2OpensTheRowOfASourceSoThatNoNamePassesTheRename) {
+    put("G\\DSI\\N:1;\r\nG\\DSI-1:Pod;\r\nG\\DST-1:RF;\r\n");
+    edit(2011, [this](QDialog& dialog) {
+        door.next([](QDialog& row) {
+            EXPECT_EQ(row.objectName(), QStringLiteral("EditRow"));
+            press(row, "cancel");
+        });
+        QTest::keyClick(sources(dialog).view(), Qt::Key_F2);
+        press(dialog, "cancel");
+    });
+}
+
     put(kSources);
     t.write(groupFile('T', 1), "T-1\\ID:Radio;\r\n");
     t.write(groupFile('M', 1), "M-1\\ID:Radio;\r\n");
