@@ -441,7 +441,11 @@ void EditableList::sortBy(int column) {
 bool EditableList::handleKey(int key, bool alt) {
     switch (key) {
         case Qt::Key_F2:
-            editCell(std::max(0, view_->currentIndex().column()));
+            if (setup_.rowsOnly) {
+                editRow();
+            } else {
+                editCell(std::max(0, view_->currentIndex().column()));
+            }
             return true;
         case Qt::Key_Return:
         case Qt::Key_Enter:

@@ -56,6 +56,8 @@ struct ListSetup {
     std::string rowDialogTitle = "Edit";
     /// Title of message 83, which is asked before a row is deleted: the name of the list, or
     /// what deleting one of its rows is called. A list without it asks with a text.
+    /// F2 opens the row as well, instead of one cell: the row editor does more than take values.
+    bool rowsOnly = false;
     std::string name{};
 };
 

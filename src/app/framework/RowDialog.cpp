@@ -141,6 +141,12 @@ ListRow RowDialog::values() const {
 }
 
 void RowDialog::accept() {
+    if (checkValues()) {
+        QDialog::accept();
+    }
+}
+
+bool RowDialog::checkValues() {
     for (int i = 0; i < static_cast<int>(controls_.size()); ++i) {
         const auto at = static_cast<std::size_t>(i);
         const auto value = valueAt(i);
@@ -150,10 +156,10 @@ void RowDialog::accept() {
         if (const auto why = list_.refusal(row_, i, value)) {
             showBox(&form_.ui, *why, kIllegalNumber);
             controls_[at]->setFocus();
-            return;
+            return false;
         }
     }
-    QDialog::accept();
+    return true;
 }
 
 }  // namespace kavu

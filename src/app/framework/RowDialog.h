@@ -23,6 +23,10 @@ class RowDialog : public QDialog {
 
     void accept() override;
 
+  protected:
+    /// Checks what was edited; false after the reason has been shown, with the focus there.
+    [[nodiscard]] bool checkValues();
+
   private:
     QWidget* makeControl(const ListColumn& column, const std::string& value);
     [[nodiscard]] std::string valueAt(int column) const;

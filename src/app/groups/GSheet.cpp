@@ -60,6 +60,7 @@ ListSetup sourceSetup(int edition) {
     setup.columns = {type, {.title = "Name", .limit = 32, .unique = true, .objectName = "DSI"}};
     setup.mostRows = static_cast<int>(kMostSources);
     setup.rowDialogTitle = "Edit Data Source";
+    setup.rowsOnly = true;  // a new name may be a rename
     setup.name = "Data Sources";
     return setup;
 }

@@ -8,6 +8,7 @@
 #include "app/framework/RowDialog.h"
 #include "app/groups/GroupRows.h"
 #include "core/talk/UserInterface.h"
+#include "core/text/Text.h"
 
 #include <algorithm>
 
@@ -20,6 +21,7 @@ namespace kavu {
 
 namespace {
 
+constexpr std::string_view kOtherType = "OTH";
 constexpr std::size_t kDataTypeColumn = 1;
 constexpr std::size_t kLinkColumn = 5;
 constexpr std::size_t kLinkLimit = 32;
@@ -49,10 +51,13 @@ ListSetup signalList(int edition) {
         }
         setup.columns.push_back(std::move(column));
     }
+    // Without a type there would be no command for the name.
+    setup.columns[kDataTypeColumn].initial = setup.columns[kDataTypeColumn].choices.front();
     setup.columns.push_back({.title = kNameTitle, .limit = kLinkLimit, .objectName = "name"});
     setup.mostRows = static_cast<int>(kMostSubcarriers);
     setup.rowDialogTitle = "IRIG Sub Carrier";
     setup.name = "IRIG Sub Carriers";
+    setup.rowsOnly = true;
     return setup;
 }
 
@@ -86,8 +91,9 @@ class SubcarrierDialog : public RowDialog {
     std::function<bool(const ListRow&)> mayAccept;
 
     void accept() override {
-        if (mayAccept(values())) {
-            RowDialog::accept();
+        // A rename comes last: it cannot be taken back.
+        if (checkValues() && mayAccept(values())) {
+            QDialog::accept();
         }
     }
 };
@@ -108,6 +114,14 @@ MultiplexPage::MultiplexPage(FormContext& form, SourceParts parts, MultiplexGrou
     names->addWidget(makeListBox(), 1);
     columns->addLayout(names, 1);
     connect(fields_, &FieldForm::edited, this, &MultiplexPage::fieldEdited);
+    if (signalNameOf(group_.record.value(kSignalType)) == SignalName::DataLink) {
+        knownLink_ = basebandName(group_);
+    }
+    for (const auto& row : group_.record.rows(kSubcarrierCount)) {
+        if (signalNameOf(row.value(kSubcarrierType)) == SignalName::DataLink) {
+            knownRowLinks_[row.fileRow] = subcarrierName(row);
+        }
+    }
 }
 
 QWidget* MultiplexPage::makeNameBox() {
@@ -166,20 +180,34 @@ void MultiplexPage::fieldEdited(const QString& code) {
     markChanged();
 }
 
-bool MultiplexPage::takeLinkName(const std::string& oldName, const std::string& newName) {
+bool MultiplexPage::takeLinkName(const std::string& known, const std::string& newName) {
+    if (newName.empty() || newName == known) {
+        return true;
+    }
     if (!mayNameLink(parts_.context, &form().ui, newName)) {
         return false;
     }
-    if (oldName.empty() || newName.empty()) {
+    if (known.empty()) {
         return true;
     }
+    const std::string oldName = known;
     if (!renameDataLink(parts_, &form().ui, oldName, newName)) {
         return false;
     }
     replaceLinkName(group_, oldName, newName);
+    const auto rename = [&](std::string& name) { name = name == oldName ? newName : name; };
+    rename(knownLink_);
+    for (auto& [fileRow, name] : knownRowLinks_) {
+        rename(name);
+    }
     emit linkRenamed();
     markChanged();
     return true;
+}
+
+std::string MultiplexPage::knownLinkOf(std::size_t fileRow) const {
+    const auto it = knownRowLinks_.find(fileRow);
+    return fileRow == 0 || it == knownRowLinks_.end() ? std::string() : it->second;
 }
 
 void MultiplexPage::editName() {
@@ -198,7 +226,7 @@ void MultiplexPage::editName() {
         showSemicolonRefused(form().ui);
         return;
     }
-    if (link && !takeLinkName(before, *entered)) {
+    if (link && !takeLinkName(knownLink_, *entered)) {
         return;
     }
     setBasebandName(group_, *entered);
@@ -247,52 +275,68 @@ void MultiplexPage::takeRows() {
     }
 }
 
+bool MultiplexPage::mayHaveName(const ListRow& before, const ListRow& now, std::size_t fileRow) {
+    const auto& name = now[kLinkColumn];
+    const auto& type = now[kDataTypeColumn];
+    switch (signalNameOf(type)) {
+        case SignalName::None:
+            // Only Other stands for a signal without a name.
+            if (name.empty() || startsWithIgnoreCase(type, kOtherType)) {
+                return true;
+            }
+            showBox(&form().ui, "You must select a Data Type for this name.", kIllegalNumber);
+            return false;
+        case SignalName::Measurement:
+            return name == before[kLinkColumn] || mayNameLink(parts_.context, &form().ui, name);
+        case SignalName::DataLink:
+            break;
+    }
+    if (!takeLinkName(knownLinkOf(fileRow), name)) {
+        return false;
+    }
+    // Other signals of the group may bear the same link.
+    showName();
+    return true;
+}
+
 std::optional<ListRow> MultiplexPage::editRow(int index, const ListRow& given) {
-    // The rows are shown again when a link is renamed. The last cell is the id.
+    // The last cell is the id.
     ListRow before = given;
-    const auto id = before.back();
+    const bool isNew = before.back().empty();
     before.pop_back();
+    const int id = rows_->idOf(index);
+    const auto fileRow = id >= 0 && id < static_cast<int>(fileRows_.size())
+                             ? fileRows_[static_cast<std::size_t>(id)]
+                             : 0;
     const auto setup = signalList(form().edition);
-    SubcarrierDialog dialog(form(), *rows_, setup, index, before, id.empty(), window());
-    std::string oldName = before[kLinkColumn];
-    dialog.mayAccept = [this, &oldName, &before](const ListRow& now) {
-        const auto kind = signalNameOf(now[kDataTypeColumn]);
-        if (now[kLinkColumn] == oldName || kind == SignalName::None) {
-            return true;
-        }
-        if (holdsSemicolon(now[kLinkColumn])) {
-            // The dialog's own check says so.
-            return true;
-        }
-        if (!mayNameLink(parts_.context, &form().ui, now[kLinkColumn])) {
-            return false;
-        }
-        const bool was = signalNameOf(before[kDataTypeColumn]) == SignalName::DataLink;
-        if (kind != SignalName::DataLink || !was) {
-            return true;
-        }
-        if (!takeLinkName(oldName, now[kLinkColumn])) {
-            return false;
-        }
-        oldName = now[kLinkColumn];
-        // Other signals of the group may bear the same link.
-        showName();
+    SubcarrierDialog dialog(form(), *rows_, setup, index, before, isNew, window());
+    bool renamed = false;
+    const auto whenRenamed =
+        connect(this, &MultiplexPage::linkRenamed, this, [&renamed] { renamed = true; });
+    dialog.mayAccept = [&](const ListRow& now) { return mayHaveName(before, now, fileRow); };
+    const bool accepted = runDialog(form().door, dialog) == QDialog::Accepted;
+    disconnect(whenRenamed);
+    if (renamed) {
         showRows();
-        return true;
-    };
-    if (runDialog(form().door, dialog) != QDialog::Accepted) {
+    }
+    if (!accepted) {
         return std::nullopt;
     }
     auto row = dialog.values();
     if (signalNameOf(row[kDataTypeColumn]) == SignalName::None) {
         row[kLinkColumn].clear();
     }
-    row.push_back(id);
+    // The rows that are shown again have new ids.
+    row.push_back(rows_->rows()[static_cast<std::size_t>(index)].back());
     return row;
 }
 
 bool MultiplexPage::validate() {
-    return fields_->validate();
+    if (!fields_->validate()) {
+        return false;
+    }
+    const bool isLink = signalNameOf(fields_->value(kSignalType)) == SignalName::DataLink;
+    return !isLink || takeLinkName(knownLink_, std::string(basebandName(group_)));
 }
 
 bool MultiplexPage::store() {

@@ -5,6 +5,7 @@
 #include "groups/MGroup.h"
 #include "groups/SourceEdit.h"
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -26,6 +27,8 @@ class MultiplexPage : public PropertyPage {
                   QWidget* parent = nullptr);
 
     void load() override;
+    /// Renames the link, too, if the name of the baseband signal became a link's name only by a
+    /// change of the signal type.
     [[nodiscard]] bool validate() override;
     [[nodiscard]] bool store() override;
     [[nodiscard]] const MultiplexGroup& group() const { return group_; }
@@ -40,8 +43,13 @@ class MultiplexPage : public PropertyPage {
     void showName();
     void fieldEdited(const QString& code);
     void editName();
-    /// Checks a new name and renames the link; false if the old one has to stay.
-    [[nodiscard]] bool takeLinkName(const std::string& oldName, const std::string& newName);
+    /// Checks the name of a signal that is a link; false if it cannot have it. `known` is the name
+    /// that the document has for the link of the signal: if there is one, the link is renamed.
+    [[nodiscard]] bool takeLinkName(const std::string& known, const std::string& newName);
+    [[nodiscard]] std::string knownLinkOf(std::size_t fileRow) const;
+    /// Checks the name in the dialog over a row; `known` as above.
+    [[nodiscard]] bool mayHaveName(const std::vector<std::string>& before,
+                                   const std::vector<std::string>& now, std::size_t fileRow);
     [[nodiscard]] std::vector<std::string> shownRow(const GroupRow& row) const;
     [[nodiscard]] std::optional<std::vector<std::string>> editRow(
         int index, const std::vector<std::string>& before);
@@ -55,6 +63,10 @@ class MultiplexPage : public PropertyPage {
     QPushButton* name_ = nullptr;
     IdentifiedList* rows_ = nullptr;
     std::vector<std::size_t> fileRows_;  ///< by the id of a row
+    /// Names that the document has for the links of the group. What is typed while the dialog is
+    /// open is none, and a signal whose name was emptied still has its own.
+    std::string knownLink_;
+    std::map<std::size_t, std::string> knownRowLinks_;  ///< by the row of the file
 };
 
 [[nodiscard]] std::unique_ptr<PropertySheet> makeMultiplexDialog(FormContext& form,

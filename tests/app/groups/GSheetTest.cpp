@@ -11,6 +11,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTableView>
 
 namespace kavu {
 namespace {
@@ -318,7 +319,6 @@ TEST_F(GSheetTest, ANewNameOfAnExistingSourceIsChangedEverywhereAtOnce) {
     EXPECT_NE(file().find("G\\DSI-1:Pod;"), std::string::npos);
 }
 
-TEST_F(GSheetTest, ASourceOfTheDocumentIsDeletedWithItsGroups) {
 TEST_F(GSheetTest, AnotherCaseOfANameIsARename) {
     put("G\\DSI\\N:1;\r\nG\\DSI-1:Pod;\r\nG\\DST-1:RF;\r\n");
     t.write(groupFile('T', 1), "T-1\\ID:Pod;\r\n");
@@ -347,6 +347,7 @@ TEST_F(GSheetTest, F2OpensTheRowOfASourceSoThatNoNamePassesTheRename) {
     });
 }
 
+TEST_F(GSheetTest, ASourceOfTheDocumentIsDeletedWithItsGroups) {
     put(kSources);
     t.write(groupFile('T', 1), "T-1\\ID:Radio;\r\n");
     t.write(groupFile('M', 1), "M-1\\ID:Radio;\r\n");
