@@ -16,6 +16,8 @@ struct EditedGroup {
     int index = 0;  ///< 1 to 99; unused for G
     GroupRow record{};
     GroupFile kept{};
+    /// The group of a data source that has no file yet. OK writes it, edited or not.
+    bool isNew = false;
 };
 
 /// Reads the group. A missing file is reported by message 145 ("not found") and leaves the

@@ -139,7 +139,8 @@ void loadMultiplex(DocumentContext& context, UserInterface* parent, const std::s
             setStatusText(parent, kEditing);
             return;
         }
-        missing = isMissing(file.status()) ? IoStatus() : file.status();
+        group.isNew = isMissing(file.status());
+        missing = group.isNew ? IoStatus() : file.status();
     }
     context.messages.showFailure(parent, missing, -145, title::kNote, kNoteBox,
                                  "Multiplex/Modulation (M)");

@@ -17,6 +17,7 @@ struct MultiplexGroup {
     /// or `SI\MN-n`, depending on `signalNameOf` its type.
     GroupRow record{};
     GroupFile kept{};
+    bool isNew = false;  ///< has no file yet; OK writes it, edited or not
 };
 
 /// The index of the M group of a data source, or of the file that would be made for it.

@@ -171,7 +171,8 @@ std::optional<RecorderGroup> readRecorder(DocumentContext& context, UserInterfac
     ProgressScope progress(parent, ProgressMode::WithCancel);
     setStatusText(parent, "Initializing Tape Data Source Information...");
     GroupSource file(context, parent, 'R', group.index);
-    if (isMissing(file.status())) {
+    group.isNew = isMissing(file.status());
+    if (group.isNew) {
         beginGroup(context, parent, group);
     } else if (!file.status().ok()) {
         reportUnableToRead(parent, file.status());

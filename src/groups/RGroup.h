@@ -24,6 +24,7 @@ struct RecorderGroup {
     TrackMemory memory{};
     std::set<std::size_t> rowsRead{};  ///< the numbers under which the file has tracks
     GroupFile kept{};
+    bool isNew = false;  ///< has no file yet; OK writes it, edited or not
 };
 
 /// Reads the group of a data source. Without a group file it is a new one, made now, with the

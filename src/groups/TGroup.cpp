@@ -37,7 +37,8 @@ std::optional<EditedGroup> readTransmission(DocumentContext& context, UserInterf
         return std::nullopt;
     }
     GroupSource file(context, parent, group.letter, group.index);
-    if (isMissing(file.status())) {
+    group.isNew = isMissing(file.status());
+    if (group.isNew) {
         context.messages.show(parent, -message::kNotFound, title::kNote, kNoteBox,
                               "RF Attributes (T)");
     } else if (!file.status().ok()) {

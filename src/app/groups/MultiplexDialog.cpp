@@ -348,6 +348,9 @@ std::unique_ptr<PropertySheet> makeMultiplexDialog(FormContext& form, SourcePart
                                                    MultiplexGroup group) {
     auto sheet = std::make_unique<PropertySheet>(
         form, "MULTIPLEX_INFO", "Multiplex/Modulation - Data Source: " + group.source, "");
+    if (group.isNew) {
+        sheet->markChanged();
+    }
     auto page = std::make_unique<MultiplexPage>(form, parts, std::move(group));
     QObject::connect(page.get(), &MultiplexPage::linkRenamed, sheet.get(),
                      [sheet = sheet.get()] { sheet->disableCancel(); });

@@ -82,6 +82,9 @@ RecorderSheet::RecorderSheet(FormContext& form, DocumentContext& document, Recor
     addPages();
     addButtons();
     setWriter([this] { return storeRecorder(document_, &form_.ui, group_); });
+    if (group_.isNew) {
+        markChanged();
+    }
 }
 
 void RecorderSheet::addPages() {

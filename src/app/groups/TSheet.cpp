@@ -110,6 +110,9 @@ TransmissionSheet::TransmissionSheet(FormContext& form, DocumentContext& documen
         changedElsewhere_ = edit() || changedElsewhere_;
     });
     setWriter([this, &form, &document] { return storeTransmission(document, &form.ui, group_); });
+    if (group_.isNew) {
+        markChanged();
+    }
 }
 
 bool editTransmission(FormContext& form, SourceParts parts, const std::string& source) {

@@ -132,6 +132,135 @@ TEST_F(MultiplexDialogTest, ALinkIsRenamedAtOnceAndCancelIsOver) {
     EXPECT_NE(file().find("M-1\\BB\\DLN:New Link;"), std::string::npos);
 }
 
+TEST_F(MultiplexDialogTest, ANewGroupIsWrittenByOkAlone) {
+    EXPECT_TRUE(edit([this](QDialog& dialog) {
+        EXPECT_TRUE(t.ui.hasBox(145));
+        press(dialog, "ok");
+    }));
+    EXPECT_EQ(file(), "M-1\\ID:Src;\r\nM-1\\BSG1:PCM;\r\nM-1\\SI\\N:0;\r\n");
+}
+
+TEST_F(MultiplexDialogTest, ANameThatWasEnteredHereCanBeCorrected) {
+    put("M-1\\ID:Src;\r\nM-1\\BSG1:PCM;\r\n");
+    t.ui.texts = {"Typo", "Right"};
+    EXPECT_TRUE(edit([this](QDialog& dialog) {
+        press(dialog, "signalName");
+        press(dialog, "signalName");
+        EXPECT_TRUE(t.ui.boxes.empty()) << t.ui.boxes.back().text;
+        EXPECT_TRUE(find<QPushButton>(dialog, "cancel")->isEnabled()) << "nothing was renamed";
+        for (const auto* const name : {"Typo", "Right"}) {
+            door.next([name](QDialog& row) {
+                type(row, "name", QString::fromLatin1(name) + u'2');
+                press(row, "ok");
+            });
+            press(list(dialog), list(dialog).rowCount() == 0 ? "add" : "edit");
+        }
+        EXPECT_TRUE(t.ui.boxes.empty()) << t.ui.boxes.back().text;
+        press(dialog, "ok");
+    }));
+    EXPECT_NE(file().find("M-1\\BB\\DLN:Right;"), std::string::npos) << file();
+    EXPECT_NE(file().find("M-1\\SI\\DLN-1:Right2;"), std::string::npos) << file();
+}
+
+TEST_F(MultiplexDialogTest, ANameThatIsEmptiedAndTypedAgainIsARename) {
+    put(std::string(kHead) + kRow);
+    t.write(groupFile('P', 1), "P-1\\DLN:Link 1;\r\n");
+    t.write(groupFile('P', 2), "P-2\\DLN:Link 2;\r\n");
+    t.write(groupFile('D', 2), "D-2\\DLN:Link 2;\r\n");
+    t.ui.texts = {"", "New 1"};
+    EXPECT_TRUE(edit([this](QDialog& dialog) {
+        press(dialog, "signalName");
+        EXPECT_TRUE(find<QPushButton>(dialog, "cancel")->isEnabled());
+        press(dialog, "signalName");
+        EXPECT_EQ(t.read(groupFile('P', 1)), "P-1\\DLN:New 1;\r\n");
+        EXPECT_FALSE(find<QPushButton>(dialog, "cancel")->isEnabled());
+        for (const auto* const name : {"", "New 2"}) {
+            door.next([name](QDialog& row) {
+                find<QLineEdit>(row, "name")->clear();
+                type(row, "name", QString::fromLatin1(name));
+                press(row, "ok");
+            });
+            press(list(dialog), "edit");
+        }
+        press(dialog, "ok");
+    }));
+    EXPECT_EQ(t.read(groupFile('P', 2)), "P-2\\DLN:New 2;\r\n");
+    EXPECT_EQ(t.read(groupFile('D', 2)), "D-2\\DLN:New 2;\r\n");
+    EXPECT_NE(file().find("M-1\\BB\\DLN:New 1;"), std::string::npos) << file();
+    EXPECT_NE(file().find("M-1\\SI\\DLN-1:New 2;"), std::string::npos) << file();
+}
+
+TEST_F(MultiplexDialogTest, TheOldNameOfAnEmptiedSignalCanBeTypedAgain) {
+    put(kHead);
+    t.write(groupFile('P', 1), "P-1\\DLN:Link 1;\r\n");
+    t.ui.texts = {"", "Link 1"};
+    EXPECT_TRUE(edit([this](QDialog& dialog) {
+        press(dialog, "signalName");
+        press(dialog, "signalName");
+        EXPECT_TRUE(t.ui.boxes.empty()) << t.ui.boxes.back().text;
+        EXPECT_TRUE(find<QPushButton>(dialog, "cancel")->isEnabled());
+        press(dialog, "ok");
+    }));
+    EXPECT_NE(file().find("M-1\\BB\\DLN:Link 1;"), std::string::npos);
+}
+
+TEST_F(MultiplexDialogTest, ANameThatBecomesALinksByTheSignalTypeIsARename) {
+    put(kHead);
+    t.write(groupFile('P', 1), "P-1\\DLN:Link 1;\r\n");
+    t.ui.texts = {"New"};
+    EXPECT_TRUE(edit([](QDialog& dialog) {
+        choose(dialog, "BSG1", "ANALOG");
+        press(dialog, "signalName");
+        choose(dialog, "BSG1", "PCM");
+        press(dialog, "ok");
+    }));
+    EXPECT_EQ(t.read(groupFile('P', 1)), "P-1\\DLN:New;\r\n");
+    EXPECT_NE(file().find("M-1\\BB\\DLN:New;"), std::string::npos) << file();
+}
+
+TEST_F(MultiplexDialogTest, ANewSubcarrierHasTheFirstTypeSoThatItsNameStays) {
+    put(kHead);
+    EXPECT_TRUE(edit([this](QDialog& dialog) {
+        door.next([](QDialog& row) {
+            EXPECT_EQ(find<QComboBox>(row, "SI2-n")->currentText(), QStringLiteral("PCM"));
+            type(row, "name", QStringLiteral("Link 3"));
+            press(row, "ok");
+        });
+        press(list(dialog), "add");
+        press(dialog, "ok");
+    }));
+    EXPECT_TRUE(file().ends_with("M-1\\SI2-1:PCM;\r\nM-1\\SI\\DLN-1:Link 3;\r\n")) << file();
+}
+
+TEST_F(MultiplexDialogTest, ANameWithATypeThatIsNoEntryIsNotThrownAway) {
+    put(std::string(kHead) + "M-1\\SI\\N:1;\r\nM-1\\SI2-1:XYZ;\r\n");
+    edit([this](QDialog& dialog) {
+        door.next([this](QDialog& row) {
+            type(row, "name", QStringLiteral("Link 3"));
+            press(row, "ok");
+            EXPECT_TRUE(row.isVisible());
+            EXPECT_TRUE(t.ui.hasText("You must select a Data Type for this name."));
+            choose(row, "SI2-n", "PAM");
+            press(row, "ok");
+        });
+        press(list(dialog), "edit");
+        press(dialog, "ok");
+    });
+    EXPECT_NE(file().find("M-1\\SI\\DLN-1:Link 3;"), std::string::npos) << file();
+}
+
+TEST_F(MultiplexDialogTest, F2OpensTheRowSoThatNoNamePassesTheRename) {
+    put(std::string(kHead) + kRow);
+    edit([this](QDialog& dialog) {
+        door.next([](QDialog& row) {
+            EXPECT_EQ(row.objectName(), QStringLiteral("EditRow"));
+            press(row, "cancel");
+        });
+        QTest::keyClick(list(dialog).view(), Qt::Key_F2);
+        press(dialog, "cancel");
+    });
+}
+
 TEST_F(MultiplexDialogTest, ANameThatIsTakenOrHoldsASemicolonPutsTheOldOneBack) {
     put(kHead);
     t.write(groupFile('P', 1), "P-1\\DLN:Link 1;\r\n");

@@ -440,6 +440,15 @@ TEST_F(RSheetTest, DoesNotBringBackTheOldNameOfALinkThatWasRenamedMeanwhile) {
     EXPECT_NE(file().find("R-1\\CDLN-1:New;"), std::string::npos);
 }
 
+TEST_F(RSheetTest, ANewGroupIsWrittenByOkAlone) {
+    EXPECT_TRUE(edit(2011, [this](QDialog& dialog) {
+        EXPECT_TRUE(t.ui.hasBox(310));
+        press(dialog, "ok");
+    }));
+    EXPECT_TRUE(file().starts_with("R-1\\ID:Deck;\r\n")) << file();
+    EXPECT_NE(file().find("R-1\\RI4:"), std::string::npos) << "with the present date";
+}
+
 TEST_F(RSheetTest, KeepsWhatItDoesNotKnowIfTheUserWants) {
     put("R-1\\ID:Deck;\r\nR-1\\CRE:F;\r\n");
     t.ui.queued = {Button::Yes};

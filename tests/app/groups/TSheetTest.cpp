@@ -182,6 +182,17 @@ TEST_F(TSheetTest, AMissingGroupIsToldAndMade) {
     EXPECT_EQ(file(), "T-1\\ID:Src;\r\nT-1\\TID:A1;\r\n");
 }
 
+TEST_F(TSheetTest, ANewGroupIsWrittenByOkAloneAndCancelAsks) {
+    EXPECT_FALSE(edit(2011, [this](QDialog& dialog) {
+        t.ui.queued = {Button::Yes};
+        press(dialog, "cancel");
+    }));
+    EXPECT_TRUE(t.ui.hasText("Items have changed."));
+    EXPECT_FALSE(t.has(groupFile('T', 1)));
+    EXPECT_TRUE(edit(2011, [](QDialog& dialog) { press(dialog, "ok"); }));
+    EXPECT_EQ(file(), "T-1\\ID:Src;\r\n");
+}
+
 TEST_F(TSheetTest, SubcarriersAreAddedEditedAndDeleted) {
     put("T-1\\ID:Src;\r\nT-1\\SCO\\N:2;\r\nT-1\\SCO1-1:10;\r\nT-1\\SCO2-2:b;\r\n");
     EXPECT_TRUE(edit(2011, [this](QDialog& dialog) {
