@@ -131,7 +131,7 @@ CoefficientDetail::CoefficientDetail(FormContext& form, DefinitionEdit& edit,
 EditableList* CoefficientDetail::makeList(const EuList& list) {
     ListSetup setup;
     setup.columns = {
-        {.title = "Term", .editable = false},
+        {.title = "Term", .editable = false, .numbered = coefficientTerm},
         {.title = "Value", .kind = ColumnKind::Double, .limit = list.columns[0].limit}};
     setup.mostRows = list.rowsIn(form_.edition);
     // The place of a row is its power.

@@ -52,19 +52,21 @@ void addLabelled(QGridLayout& grid, int row, int column, const char* label, QWid
 
 EditableList* makeList(FormContext& form, QWidget& panel, bool readOnly) {
     ListSetup setup;
-    setup.columns = {{.title = "Pair #", .kind = ColumnKind::Integer, .editable = false},
-                     {.title = "Telemetry Value",
-                      .kind = ColumnKind::Double,
-                      .limit = PairSet::kTelemetryLimit,
-                      .editable = !readOnly,
-                      .required = true},
-                     {.title = "EU Value",
-                      .kind = ColumnKind::Double,
-                      .limit = PairSet::kEngineeringLimit,
-                      .editable = !readOnly,
-                      .required = true},
-                     {.title = "Corrected EU Value", .kind = ColumnKind::Double, .editable = false},
-                     {.title = "Error", .kind = ColumnKind::Double, .editable = false}};
+    const auto numbered = [](int number) { return std::to_string(number); };
+    setup.columns = {
+        {.title = "Pair #", .kind = ColumnKind::Integer, .editable = false, .numbered = numbered},
+        {.title = "Telemetry Value",
+         .kind = ColumnKind::Double,
+         .limit = PairSet::kTelemetryLimit,
+         .editable = !readOnly,
+         .required = true},
+        {.title = "EU Value",
+         .kind = ColumnKind::Double,
+         .limit = PairSet::kEngineeringLimit,
+         .editable = !readOnly,
+         .required = true},
+        {.title = "Corrected EU Value", .kind = ColumnKind::Double, .editable = false},
+        {.title = "Error", .kind = ColumnKind::Double, .editable = false}};
     setup.mostRows = static_cast<int>(PairSet::kMostPairs);
     setup.canAdd = !readOnly;
     setup.canEdit = !readOnly;

@@ -280,10 +280,10 @@ void EditableList::addRow() {
         return;
     }
     ListRow blank;
-    for (const auto& column : setup_.columns) {
-        blank.push_back(column.initial);
-    }
     const int row = rowCount();
+    for (const auto& column : setup_.columns) {
+        blank.push_back(column.numbered ? column.numbered(row + 1) : column.initial);
+    }
     model_->appendRow(blank);
     selectRow(row);
     if (auto entered = runRowDialog(row, blank, true)) {

@@ -34,9 +34,12 @@ struct ListColumn {
     std::vector<std::string> choices{};  ///< shown texts, of a choice
     bool unique = false;                 ///< no two rows have the same value, whatever the case
     bool editable = true;
-    bool required = false;     ///< an empty value is refused
-    bool mayBeEmpty = false;   ///< a choice can be emptied
-    std::string initial{};     ///< of a new row
+    bool required = false;    ///< an empty value is refused
+    bool mayBeEmpty = false;  ///< a choice can be emptied
+    std::string initial{};    ///< of a new row
+    /// What a new row shows of its number, which counts from 1, while it is asked for. Replaces
+    /// `initial`.
+    std::function<std::string(int number)> numbered{};
     std::string objectName{};  ///< of its control in the row dialog; empty takes the title
     ValueCheck check{};        ///< a rule of the caller's own for a value that is not empty
 };
@@ -53,11 +56,11 @@ struct ListSetup {
     bool canSort = true;
     /// A double click edits the cell that was clicked; otherwise, as the Edit button, the row.
     bool editCells = false;
+    /// F2 opens the row as well, instead of one cell: the row editor does more than take values.
+    bool rowsOnly = false;
     std::string rowDialogTitle = "Edit";
     /// Title of message 83, which is asked before a row is deleted: the name of the list, or
     /// what deleting one of its rows is called. A list without it asks with a text.
-    /// F2 opens the row as well, instead of one cell: the row editor does more than take values.
-    bool rowsOnly = false;
     std::string name{};
 };
 

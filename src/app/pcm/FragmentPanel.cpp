@@ -61,14 +61,15 @@ FragmentPanel::FragmentPanel(FormContext& form, PcmFormat& format, bool ofSubfra
 
 void FragmentPanel::makeList() {
     ListSetup setup;
+    const auto numbered = [this](int) { return std::to_string(newSpot().fragmentNumber); };
     if (ofSubframe_) {
-        setup.columns = {{.title = "Fragment #", .kind = ColumnKind::Integer},
+        setup.columns = {{.title = "Fragment #", .kind = ColumnKind::Integer, .numbered = numbered},
                          {.title = "Subframe"},
                          {.title = "Loc In SF", .kind = ColumnKind::Integer},
                          {.title = "Xfer Order"},
                          {.title = "BitMask"}};
     } else {
-        setup.columns = {{.title = "Fragment #", .kind = ColumnKind::Integer},
+        setup.columns = {{.title = "Fragment #", .kind = ColumnKind::Integer, .numbered = numbered},
                          {.title = "FWP", .kind = ColumnKind::Integer},
                          {.title = "Xfer Order"},
                          {.title = "BitMask"}};

@@ -26,7 +26,8 @@ WordFramePanel::WordFramePanel(FormContext& form, PcmFormat& format, EditedPlace
     look::arrangePart(*layout, *this);
     layout->addWidget(makePanelTitle(QStringLiteral("Word/Frame Locations"), this));
     ListSetup setup;
-    setup.columns = {{.title = "Location #", .kind = ColumnKind::Integer},
+    const auto numbered = [](int number) { return std::to_string(number); };
+    setup.columns = {{.title = "Location #", .kind = ColumnKind::Integer, .numbered = numbered},
                      {.title = "Word Length", .kind = ColumnKind::Integer},
                      {.title = "# Fragments", .kind = ColumnKind::Integer},
                      {.title = "Start Word"},

@@ -243,6 +243,21 @@ TEST_F(EuDetailTest, CoefficientsAreEditedTermByTerm) {
     }
 }
 
+TEST_F(EuDetailTest, ANewTermIsNamedWhileItsValueIsAskedFor) {
+    open();
+    EXPECT_FALSE(run("B", [&](QDialog& dialog) {
+        sheetOf(dialog).openPage(1);
+        press(dialog, "showDetails");
+        auto& window = *sheetOf(dialog).details();
+        door.next([&](QDialog& prompt) {
+            EXPECT_EQ(find<EditableList>(window, "CO\\N")->rows().back(), (ListRow{"C(2)", ""}));
+            press(prompt, "cancel");
+        });
+        press(window, "add");
+        press(dialog, "cancel");
+    }));
+}
+
 TEST_F(EuDetailTest, AnOffsetThatIsNoNumberIsRefused) {
     open();
     f->ui.otherwise = Button::Yes;

@@ -96,6 +96,17 @@ TEST(PairSetList, AddGoesOnUntilItIsCancelled) {
     EXPECT_EQ(s.changes, 2);
 }
 
+TEST(PairSetList, TheNewRowHasItsNumberWhileItsValuesAreAskedFor) {
+    PairSetStage s;
+    auto& panel = s.open();
+    s.door.next([&](QDialog& dialog) {
+        EXPECT_EQ(s.rows().back(), (ListRow{"6", "", "", "", ""}));
+        press(dialog, "cancel");
+    });
+    press(panel, "add");
+    EXPECT_EQ(s.rows().size(), 5U);
+}
+
 TEST(PairSetList, At99RowsAddIsDisabled) {
     PairSetStage s;
     std::vector<std::pair<std::string, std::string>> pairs;
