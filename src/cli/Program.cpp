@@ -10,6 +10,7 @@
 #include "cli/TerminalText.h"
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/document/OpenDocument.h"
 #include "core/files/FileIo.h"
 #include "core/talk/ProfileSettings.h"
 #include "core/text/Clock.h"
@@ -142,12 +143,14 @@ class Run {
         if (!command.prepare(context_)) {
             return false;
         }
+        const auto named = fileOfName(line_.file);
         file_.opened = application_.documents().openNamed(&ui_, line_.file);
         file_.version = document.version;
         if (!file_.opened) {
             return false;
         }
-        file_.file = document.path;
+        // As it was given: a script compares it.
+        file_.file = named;
         file_.changed = document.changed;
         // A stop that came too late for the load still prevents the work.
         const bool done = !ui_.cancelRequested() && command.run(context_, output_);

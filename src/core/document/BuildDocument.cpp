@@ -426,7 +426,7 @@ bool saveDocumentTo(DocumentContext& context, UserInterface* parent, const std::
     if (!saved) {
         return false;
     }
-    context.document.path = path;
+    context.document.path = absolutePath(path);
     context.history.markSaved();
     context.messages.showLog(parent, path);
     return true;

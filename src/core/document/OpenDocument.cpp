@@ -120,7 +120,7 @@ int askOpenTmatsFile(DocumentContext& context, UserInterface* parent, std::strin
     return choice->filterIndex;
 }
 
-bool openFromName(DocumentContext& context, UserInterface* parent, const std::string& name) {
+std::string fileOfName(const std::string& name) {
     std::string path = replaceAll(name, "\"", "");
     path = std::string(trim(path));
     // A file that cannot be reached is no reason to open another one instead.
@@ -133,7 +133,11 @@ bool openFromName(DocumentContext& context, UserInterface* parent, const std::st
             }
         }
     }
-    return loadDocument(context, parent, path);
+    return path;
+}
+
+bool openFromName(DocumentContext& context, UserInterface* parent, const std::string& name) {
+    return loadDocument(context, parent, fileOfName(name));
 }
 
 bool loadDocument(DocumentContext& context, UserInterface* parent, const std::string& path,
@@ -151,7 +155,8 @@ bool loadDocument(DocumentContext& context, UserInterface* parent, const std::st
         context.steps.releasePcmFormat();
     }
     resetVersionFromSettings(context);
-    document.path = path;
+    // The program may be started anywhere the next time, and the list of recent files stays.
+    document.path = absolutePath(path);
     // The close of a document too old for S groups leaves their files.
     (void)context.files.removeAll(groupKind('S').wildcard);
 

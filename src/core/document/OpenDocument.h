@@ -19,13 +19,15 @@ struct LoadOptions {
     bool makeTemplate = false;  ///< offer to fill a new document with a template
     bool project = false;       ///< leave the conversion pass out
 };
-/// Closes the open document, and opens the file. True if a document is open at the end:
-/// the file's, or the former one if the user did not let it be closed (then the path of
-/// the document is not `path`).
+/// Closes the open document, and opens the file, whose absolute path is then that of the document.
+/// True if a document is open at the end: the file's, or the former one if the user did not let
+/// it be closed.
 bool loadDocument(DocumentContext& context, UserInterface* parent, const std::string& path,
                   const LoadOptions& options = {});
-/// Opens a file by a name from outside: quotes are removed, blanks trimmed, and if no
+/// The file that a name from outside means: quotes are removed, blanks trimmed, and if no
 /// file has that name, ".tma" and ".tmt" are tried after it.
+[[nodiscard]] std::string fileOfName(const std::string& name);
+/// Opens that file.
 bool openFromName(DocumentContext& context, UserInterface* parent, const std::string& name);
 
 /// Splits a file into group files. False if it was cancelled or has failed.

@@ -195,5 +195,9 @@ struct FolderEntry {
 [[nodiscard]] std::string fileNameOf(const std::string& path);
 /// The part before it, "." if there is none.
 [[nodiscard]] std::string folderOf(const std::string& path);
+/// The path from the root, which holds wherever the program goes: a relative one is of the present
+/// folder. Links and ".." stay as they are. An empty path stays empty; so does a relative one, as
+/// it is, if the present folder is gone.
+[[nodiscard]] std::string absolutePath(const std::string& path);
 
 }  // namespace kavu

@@ -1,9 +1,10 @@
-// Listing of folders.
+// Listing of folders, and the present one.
 #include "core/files/FileIo.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <dirent.h>
+#include <filesystem>
 #include <sys/stat.h>
 
 namespace kavu {
@@ -40,6 +41,22 @@ IoStatus listFolder(const std::string& path, std::vector<FolderEntry>& entries) 
     std::sort(entries.begin(), entries.end(),
               [](const FolderEntry& a, const FolderEntry& b) { return a.name < b.name; });
     return {path, code};
+}
+
+std::string absolutePath(const std::string& path) {
+    if (path.empty() || path.front() == '/') {
+        return path;
+    }
+    std::error_code error;
+    const auto folder = std::filesystem::current_path(error).string();
+    if (error) {
+        return path;
+    }
+    std::string_view rest = path;
+    while (rest.starts_with("./")) {
+        rest.remove_prefix(std::min(rest.find_first_not_of('/', 1), rest.size()));
+    }
+    return (folder == "/" ? folder : folder + "/") + std::string(rest);
 }
 
 }  // namespace kavu

@@ -34,7 +34,8 @@ std::vector<std::string> offeredRecentFiles(const ProfileSettings& settings) {
     return files;
 }
 
-void rememberFile(ProfileSettings& settings, const std::string& path) {
+void rememberFile(ProfileSettings& settings, const std::string& file) {
+    const auto path = absolutePath(file);
     // A line break would end the entry in the settings file.
     if (path.empty() || holdsLineBreak(path)) {
         return;

@@ -16,7 +16,7 @@ inline constexpr std::size_t kMostRecentFiles = 9;
 /// Those for the menu: a file that is missing now may be back tomorrow, so it is kept but
 /// not offered.
 [[nodiscard]] std::vector<std::string> offeredRecentFiles(const ProfileSettings& settings);
-/// Puts a file at the head of the list.
-void rememberFile(ProfileSettings& settings, const std::string& path);
+/// Puts a file at the head of the list, by its absolute path.
+void rememberFile(ProfileSettings& settings, const std::string& file);
 
 }  // namespace kavu

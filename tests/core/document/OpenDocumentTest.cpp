@@ -5,6 +5,8 @@
 #include "core/talk/RecentFiles.h"
 #include "support/TestContext.h"
 
+#include <filesystem>
+
 namespace kavu::test {
 namespace {
 
@@ -145,6 +147,52 @@ TEST_F(OpenDocumentTest, NameFromOutsideLosesQuotesAndBlanksAndTriesExtensions) 
     EXPECT_NE(t.ui.boxes.back().text.find("none'"), std::string::npos);
 }
 
+/// The present folder of the process, for the life of the object.
+class PresentFolder {
+  public:
+    explicit PresentFolder(const std::string& path) : before_(std::filesystem::current_path()) {
+        std::filesystem::current_path(path);
+    }
+    PresentFolder(const PresentFolder&) = delete;
+    PresentFolder& operator=(const PresentFolder&) = delete;
+    ~PresentFolder() { std::filesystem::current_path(before_); }
+
+  private:
+    std::filesystem::path before_;
+};
+
+TEST_F(OpenDocumentTest, ThePathOfTheDocumentIsAbsoluteWhateverTheNameWas) {
+    const auto path = file("flight.tma", "G\\PN:A;");
+    const PresentFolder here(t.folder.path());
+    for (const char* const name : {"flight.tma", "flight", "./flight.tma", ".//flight"}) {
+        EXPECT_TRUE(openFromName(t.context, &t.ui, name)) << name;
+        EXPECT_EQ(t.document.path, path) << name;
+    }
+    EXPECT_TRUE(saveDocumentTo(t.context, &t.ui, "other.tma"));
+    EXPECT_EQ(t.document.path, t.folder / "other.tma");
+}
+
+TEST_F(OpenDocumentTest, AnOpenOrASaveStartsInTheFolderOfTheOpenElseOfTheLastFile) {
+    rememberFile(t.settings, t.folder / "gone/a.tma");
+    EXPECT_FALSE(openTmatsFileCommand(t.context, &t.ui));
+    EXPECT_EQ(t.ui.filePrompts.back().folder, "") << "no folder that is there";
+    ASSERT_TRUE(makeFolder(t.folder / "last").ok());
+    rememberFile(t.settings, t.folder / "last/b.tma");
+    rememberFile(t.settings, t.folder / "gone/a.tma");
+    EXPECT_FALSE(openTmatsFileCommand(t.context, &t.ui));
+    EXPECT_EQ(t.ui.filePrompts.back().folder, t.folder / "last");
+    ASSERT_TRUE(loadDocument(t.context, &t.ui, file("open.tma", "G\\PN:A;")));
+    EXPECT_FALSE(openTmatsFileCommand(t.context, &t.ui));
+    EXPECT_EQ(t.ui.filePrompts.back().folder, t.folder.path());
+    EXPECT_FALSE(t.ui.filePrompts.back().confirmsOverwrite);
+    EXPECT_FALSE(saveDocumentAs(t.context, &t.ui));
+    const auto& save = t.ui.filePrompts.back();
+    EXPECT_EQ(save.path, t.folder / "open.tma");
+    EXPECT_EQ(save.own, t.folder / "open.tma");
+    EXPECT_EQ(save.extension, ".tma");
+    EXPECT_TRUE(save.confirmsOverwrite);
+}
+
 TEST_F(OpenDocumentTest, CancelOfTheCloseKeepsThePresentDocument) {
     const auto first = file("a.tma", "G\\PN:A;");
     const auto second = file("b.tma", "G\\PN:B;");
@@ -234,6 +282,10 @@ TEST_F(OpenDocumentTest, RecentFilesAreNewestFirstAndAtMostNine) {
     rememberFile(t.settings, file("there.tma", ""));
     EXPECT_EQ(offeredRecentFiles(t.settings), std::vector<std::string>{t.folder / "there.tma"});
     EXPECT_EQ(recentFiles(t.settings).size(), 9u);
+    const PresentFolder here(t.folder.path());
+    rememberFile(t.settings, "there.tma");
+    EXPECT_EQ(recentFiles(t.settings)[0], t.folder / "there.tma");
+    EXPECT_EQ(recentFiles(t.settings)[1], "/tmp/none/5.tma") << "one entry by two names";
 }
 
 /// What was told, each with the path and how many listeners could see of the document then.

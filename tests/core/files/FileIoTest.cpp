@@ -2,6 +2,7 @@
 #include "support/TestContext.h"
 
 #include <cerrno>
+#include <filesystem>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -459,6 +460,12 @@ TEST_F(FileIoTest, PathsAreTakenApart) {
     EXPECT_EQ(folderOf("/a/b.tma"), "/a");
     EXPECT_EQ(folderOf("/b.tma"), "/");
     EXPECT_EQ(folderOf("b.tma"), ".");
+    const auto here = std::filesystem::current_path().string();
+    EXPECT_EQ(absolutePath("b.tma"), here + "/b.tma");
+    EXPECT_EQ(absolutePath("././/b.tma"), here + "/b.tma");
+    EXPECT_EQ(absolutePath("../b.tma"), here + "/../b.tma");
+    EXPECT_EQ(absolutePath("/a/b.tma"), "/a/b.tma");
+    EXPECT_EQ(absolutePath(""), "");
 }
 
 }  // namespace
