@@ -135,7 +135,7 @@ Application::~Application() {
     }
 }
 
-bool Application::startUp(UserInterface* parent) {
+bool Application::startUp(UserInterface* parent, const std::function<void()>& ready) {
     helpPath_ = environment_.programFolder + "/kavu.hlp";
     supportFolder_ =
         supportFolderPath(environment_, kSupportFolderName, environment_.userName, true);
@@ -158,6 +158,9 @@ bool Application::startUp(UserInterface* parent) {
         settings.set(setting::kDatabasePath, supportFolder_ + "kavu.mdb");
     }
     setStatusText(parent, kVerifying);
+    if (ready) {
+        ready();
+    }
     if (++starts_ == 1) {
         if (!parts_->store.activate(parent, kApplicationName, random_)) {
             starts_ = 0;

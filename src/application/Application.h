@@ -33,8 +33,9 @@ class Application {
     ~Application();
 
     /// Starts, in this order, support folder, settings and working store. False if the
-    /// program cannot go on, which has been reported.
-    bool startUp(UserInterface* parent);
+    /// program cannot go on, which has been reported. `ready` is called between settings and
+    /// store, with the status text of the latter: an editor shows its window.
+    bool startUp(UserInterface* parent, const std::function<void()>& ready = {});
     /// Closes the document, with its question, and removes the working store. False if the
     /// user has cancelled. Safe to call again.
     bool shutDown(UserInterface* parent);

@@ -158,6 +158,61 @@ class LongLoad(EditorTest):
         self.ended(editor)
 
 
+class WindowOnScreen(EditorTest):
+    """The editor on a screen of its own size, which all of its window fits."""
+
+    def outer(self):
+        """The window with its frame: left, top, right, bottom."""
+        window = self.desktop.find(MAIN)
+        run = subprocess.run(["xwininfo", "-frame", "-id", window],
+                             env=self.desktop.environment(), text=True, capture_output=True,
+                             check=True)
+        values = {name: int(value) for name, value in re.findall(
+            r"(Absolute upper-left X|Absolute upper-left Y|Width|Height): +(-?\d+)", run.stdout)}
+        left, top = values["Absolute upper-left X"], values["Absolute upper-left Y"]
+        return left, top, left + values["Width"], top + values["Height"]
+
+    def on_screen(self):
+        width, height = (int(part) for part in self.screen.split("x"))
+        left, top, right, bottom = self.outer()
+        return left >= 0 and top >= 0 and right <= width and bottom <= height
+
+    def check(self, **scaling):
+        self.scaling = scaling
+        for settings in ("", "X=0\r\nY=0\r\nDX=1024\r\nDY=600\r\n"):
+            folder = os.path.join(self.home, ".config", "KavuSupportFiles")
+            os.makedirs(folder, exist_ok=True)
+            with open(os.path.join(folder, "kavu.ini"), "wb") as file:
+                file.write(("[KAVU-9]\r\n" + settings).encode())
+            editor = self.start_shown(self.sample())
+            try:
+                Desktop.wait(self.on_screen, "the window on the screen", 5)
+            except AssertionError:
+                self.fail("the window is at %r" % (self.outer(),))
+            self.key("ctrl+q")
+            self.ended(editor)
+
+    def environment(self):
+        return {**super().environment(), **getattr(self, "scaling", {})}
+
+
+class SmallestScreen(WindowOnScreen):
+    screen = "1024x600"
+
+    def test_all_of_the_window_is_on_the_screen(self):
+        self.check()
+
+    def test_all_of_the_window_is_on_the_screen_with_large_letters(self):
+        self.check(QT_FONT_DPI="192")
+
+
+class DoubledScreen(WindowOnScreen):
+    screen = "1920x1200"
+
+    def test_all_of_the_window_is_on_the_screen(self):
+        self.check(QT_SCALE_FACTOR="2")
+
+
 class SmallScreen(EditorTest):
     screen = "640x480"
 

@@ -3,7 +3,9 @@
 // names, and nothing ever waits for a person.
 #pragma once
 
+#include <QCursor>
 #include <QDialog>
+#include <QGuiApplication>
 
 namespace kavu {
 
@@ -35,7 +37,15 @@ class DialogDoor {
 /// The call by which all windows run a dialog: counts it and passes it to the door.
 inline int runDialog(DialogDoor& door, QDialog& dialog) {
     ++door.depth_;
+    // Work under a wait cursor may ask: then it is the program that waits.
+    const bool waits = QGuiApplication::overrideCursor() != nullptr;
+    if (waits) {
+        QGuiApplication::setOverrideCursor(Qt::ArrowCursor);
+    }
     const int result = door.run(dialog);
+    if (waits) {
+        QGuiApplication::restoreOverrideCursor();
+    }
     --door.depth_;
     return result;
 }

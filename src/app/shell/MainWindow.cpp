@@ -390,7 +390,7 @@ bool MainWindow::eventFilter(QObject* receiver, QEvent* event) {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-    if (quitting_ || quit()) {
+    if (quitting_ || (!beginning_ && quit())) {
         event->accept();
     } else {
         event->ignore();

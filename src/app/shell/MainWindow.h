@@ -111,7 +111,13 @@ class MainWindow : public QMainWindow, private DocumentListener {
     void runTreeAction(TreeAction action, const TreeItem& item);
 
     bool screenIsLargeEnough();
+    /// Shows the window, with the splash picture if it is wanted.
+    void present();
     void restoreGeometryFromSettings();
+    /// Moves and shrinks the window, once it has its frame, until its title bar and all of it are
+    /// on the screen.
+    void keepOnScreen();
+    [[nodiscard]] QMargins frame() const;
     void storeWindowSettings();
     /// Null if it could not be shown, which has been reported.
     std::unique_ptr<QSplashScreen> showSplash();
@@ -136,6 +142,7 @@ class MainWindow : public QMainWindow, private DocumentListener {
     WindowFacts facts_;
     std::vector<std::string> notes_;
     bool started_ = false;
+    bool beginning_ = false;  ///< the start runs, and the window cannot be closed yet
     bool splash_ = false;  ///< the picture is shown at the start and at the end
     bool quitting_ = false;
     bool checkingDisk_ = false;

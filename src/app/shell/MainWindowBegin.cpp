@@ -15,6 +15,7 @@
 #include "core/text/Printf.h"
 
 #include <algorithm>
+#include <optional>
 
 #include <QApplication>
 #include <QDateTime>
@@ -24,6 +25,7 @@
 #include <QScreen>
 #include <QSessionManager>
 #include <QSplashScreen>
+#include <QStyle>
 #include <QTimer>
 
 namespace kavu {
@@ -36,6 +38,26 @@ constexpr int kSplashMilliseconds = 750;
 constexpr std::string_view kDismissedStores = "KAVU_Dismissed_Stores";
 constexpr const char* kStillActive =
     "The KAVU-9 TMATS editor is still active. Please close KAVU-9 windows before exiting.";
+
+/// A rectangle moved into a room, and shrunk to it as far as the minimum allows; what then has no
+/// room sticks out on the right and below.
+QRect placedIn(const QRect& room, QRect wanted, const QSize& minimum) {
+    wanted.setSize(wanted.size().boundedTo(room.size()).expandedTo(minimum));
+    wanted.moveLeft(std::clamp(wanted.left(), room.left(),
+                               std::max(room.left(), room.right() - wanted.width() + 1)));
+    wanted.moveTop(std::clamp(wanted.top(), room.top(),
+                              std::max(room.top(), room.bottom() - wanted.height() + 1)));
+    return wanted;
+}
+
+/// The wait cursor for the life of the object.
+class WaitCursor {
+  public:
+    WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
+    WaitCursor(const WaitCursor&) = delete;
+    WaitCursor& operator=(const WaitCursor&) = delete;
+    ~WaitCursor() { QGuiApplication::restoreOverrideCursor(); }
+};
 
 QPixmap splashPicture(const QWidget& window) {
     const int unit = look::unit(window);
@@ -80,6 +102,19 @@ bool MainWindow::screenIsLargeEnough() {
     return ui_->message(box) == Button::Yes;
 }
 
+/// What the frame takes around the window. Before the window manager has said so it is guessed.
+QMargins MainWindow::frame() const {
+    const auto outer = frameGeometry();
+    const auto inner = geometry();
+    QMargins margins(inner.left() - outer.left(), inner.top() - outer.top(),
+                     outer.right() - inner.right(), outer.bottom() - inner.bottom());
+    if (margins.isNull()) {
+        margins.setTop(std::max(style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, this),
+                                look::unit(*this) * 3));
+    }
+    return margins;
+}
+
 void MainWindow::restoreGeometryFromSettings() {
     const auto& settings = application_.context().settings;
     QRect wanted(settings.get(setting::kWindowX), settings.get(setting::kWindowY),
@@ -93,12 +128,18 @@ void MainWindow::restoreGeometryFromSettings() {
         wanted = QRect(room.topLeft(), size());
         wanted.moveCenter(room.center());
     }
-    wanted.setSize(wanted.size().boundedTo(room.size()).expandedTo(minimumSizeHint()));
-    wanted.moveLeft(std::clamp(wanted.left(), room.left(),
-                               std::max(room.left(), room.right() - wanted.width() + 1)));
-    wanted.moveTop(std::clamp(wanted.top(), room.top(),
-                              std::max(room.top(), room.bottom() - wanted.height() + 1)));
-    setGeometry(wanted);
+    setGeometry(placedIn(room.marginsRemoved(frame()), wanted, minimumSizeHint()));
+}
+
+void MainWindow::keepOnScreen() {
+    const auto* const own = screen();
+    if (own == nullptr || isMaximized() || isFullScreen() || isMinimized()) {
+        return;
+    }
+    const auto room = own->availableGeometry();
+    if (!room.contains(frameGeometry())) {
+        setGeometry(placedIn(room.marginsRemoved(frame()), geometry(), minimumSizeHint()));
+    }
 }
 
 void MainWindow::storeWindowSettings() {
@@ -136,23 +177,45 @@ void MainWindow::waitWithSplash() {
     wait.exec(QEventLoop::ExcludeUserInputEvents);
 }
 
+void MainWindow::present() {
+    makeDocumentArea();
+    restoreGeometryFromSettings();
+    show();
+    // Window managers that have their say later than this are followed as well.
+    for (const int milliseconds : {0, 100, 500}) {
+        QTimer::singleShot(milliseconds, this, &MainWindow::keepOnScreen);
+    }
+    // The work that follows lets nothing be painted.
+    QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    if (splash_) {
+        waitWithSplash();
+    }
+}
+
 bool MainWindow::begin(const BeginOptions& options) {
-    if (!screenIsLargeEnough() || !application_.startUp(ui_.get())) {
+    if (!screenIsLargeEnough()) {
+        return false;
+    }
+    splash_ = options.splash;
+    std::optional<WaitCursor> waiting;
+    const auto whenReady = [this, &waiting] {
+        waiting.emplace();
+        present();
+    };
+    beginning_ = true;
+    const bool good = application_.startUp(ui_.get(), whenReady);
+    beginning_ = false;
+    if (!good) {
+        hide();
         return false;
     }
     started_ = true;
     application_.keepRecentFiles();
-    makeDocumentArea();
     listen(true);
-    restoreGeometryFromSettings();
-    show();
-    splash_ = options.splash;
-    if (splash_) {
-        waitWithSplash();
-    }
     rebuildTree();
     updateTitle();
     updateChecks();
+    waiting.reset();
     connect(
         qApp, &QGuiApplication::commitDataRequest, this,
         [this](QSessionManager& manager) {
