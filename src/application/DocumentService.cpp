@@ -7,6 +7,7 @@
 #include "core/document/OpenDocument.h"
 #include "core/files/FileIo.h"
 #include "core/files/UserFile.h"
+#include "core/talk/FilePrompts.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Printf.h"
 #include "groups/DocumentTree.h"
@@ -220,10 +221,11 @@ bool DocumentService::recover(UserInterface* ui, const std::string& folder) {
     if (ui == nullptr) {
         return false;
     }
-    FilePrompt prompt;
-    prompt.title = "Save Recovered TMATS File As";
-    prompt.filters = {{"TMATS Files", "*.tma;*.tmt"}, {"All Files", "*"}};
-    prompt.forSaving = true;
+    const auto& context = application_.context();
+    // The open document is no file of this one: it is asked about as any other.
+    auto prompt =
+        saveTmatsPrompt(context.document, context.settings, "Save Recovered TMATS File As", {});
+    prompt.own.clear();
     const auto choice = ui->chooseFile(prompt);
     if (!choice || choice->path.empty()) {
         return false;

@@ -8,6 +8,7 @@
 #include "app/framework/QtText.h"
 #include "app/framework/SelectDialogs.h"
 #include "app/framework/StandardDialogs.h"
+#include "core/talk/FilePrompts.h"
 #include "vocabulary/FieldRules.h"
 
 #include <array>
@@ -108,8 +109,13 @@ std::vector<int> QtInterface::selectRowsFromTable(const TablePrompt& prompt) {
 }
 
 std::optional<FileChoice> QtInterface::chooseFile(const FilePrompt& prompt) {
-    const auto dialog = makeFileDialog(prompt, dialogParent());
-    return runDialog(door_, *dialog) == QDialog::Accepted ? chosenFile(*dialog) : std::nullopt;
+    const auto ask = [this](const std::string& question) {
+        return showBox(this, question, kFileExistsTitle, Icon::Question, Buttons::YesNo,
+                       Button::No) == Button::Yes;
+    };
+    const auto dialog = makeFileDialog(prompt, ask, dialogParent());
+    return runDialog(door_, *dialog) == QDialog::Accepted ? chosenFile(*dialog, prompt)
+                                                          : std::nullopt;
 }
 
 void QtInterface::logged(const LoggedMessage& message) {

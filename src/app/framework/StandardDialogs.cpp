@@ -2,6 +2,7 @@
 
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
+#include "core/talk/FilePrompts.h"
 
 #include <algorithm>
 #include <array>
@@ -101,6 +102,34 @@ QString filterText(const std::pair<std::string, std::string>& filter) {
     return text + QStringLiteral(" (") + patterns.replace(u';', u' ') + QStringLiteral(")");
 }
 
+/// Asks before it closes with a file that would be overwritten, typed or clicked.
+class FileDialog : public QFileDialog {
+  public:
+    FileDialog(FilePrompt prompt, std::function<bool(const std::string&)> ask, QWidget* parent)
+        : QFileDialog(parent), prompt_(std::move(prompt)), ask_(std::move(ask)) {}
+
+    void accept() override {
+        if (mayTake()) {
+            QFileDialog::accept();
+        }
+    }
+
+  private:
+    /// True as well for a folder, into which the dialog goes.
+    [[nodiscard]] bool mayTake() const {
+        const auto choice = chosenFile(*this, prompt_);
+        if (!prompt_.confirmsOverwrite || !choice ||
+            QFileInfo(QFile::decodeName(choice->path.c_str())).isDir()) {
+            return true;
+        }
+        const auto question = overwriteQuestion(choice->path, prompt_.own);
+        return !question || ask_(*question);
+    }
+
+    FilePrompt prompt_;
+    std::function<bool(const std::string&)> ask_;
+};
+
 void fillFileDialog(QFileDialog& dialog, const FilePrompt& prompt) {
     dialog.setObjectName(QStringLiteral("ChooseFile"));
     // One dialog on every desktop; who saves asks about an existing file.
@@ -120,7 +149,9 @@ void fillFileDialog(QFileDialog& dialog, const FilePrompt& prompt) {
         const int index = std::clamp(prompt.filterIndex, 1, static_cast<int>(filters.size()));
         dialog.selectNameFilter(filters.at(index - 1));
     }
-    if (!prompt.path.empty()) {
+    if (prompt.path.empty() && !prompt.folder.empty()) {
+        dialog.setDirectory(QFile::decodeName(prompt.folder.c_str()));
+    } else if (!prompt.path.empty()) {
         const QFileInfo start(QFile::decodeName(prompt.path.c_str()));
         if (start.isDir()) {
             dialog.setDirectory(start.filePath());
@@ -149,19 +180,24 @@ Button pressedButton(const QMessageBox& box) {
     return Button::None;
 }
 
-std::unique_ptr<QFileDialog> makeFileDialog(const FilePrompt& prompt, QWidget* parent) {
-    auto dialog = std::make_unique<QFileDialog>(parent);
+std::unique_ptr<QFileDialog> makeFileDialog(const FilePrompt& prompt,
+                                            std::function<bool(const std::string&)> ask,
+                                            QWidget* parent) {
+    auto dialog = std::make_unique<FileDialog>(prompt, std::move(ask), parent);
     fillFileDialog(*dialog, prompt);
     return dialog;
 }
 
-std::optional<FileChoice> chosenFile(const QFileDialog& dialog) {
+std::optional<FileChoice> chosenFile(const QFileDialog& dialog, const FilePrompt& prompt) {
     const auto files = dialog.selectedFiles();
     if (files.isEmpty()) {
         return std::nullopt;
     }
     FileChoice choice;
     choice.path = QFile::encodeName(files.constFirst()).toStdString();
+    if (prompt.forSaving) {
+        choice.path = withExtension(choice.path, prompt.extension);
+    }
     const auto index = dialog.nameFilters().indexOf(dialog.selectedNameFilter());
     choice.filterIndex = std::max(1, static_cast<int>(index) + 1);
     return choice;

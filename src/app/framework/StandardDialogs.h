@@ -4,8 +4,10 @@
 
 #include "core/talk/UserInterface.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 
 class QFileDialog;
 class QMessageBox;
@@ -18,10 +20,13 @@ namespace kavu {
 /// The button that closed the box; closed without one it is the button that means no.
 [[nodiscard]] Button pressedButton(const QMessageBox& box);
 
-/// The same dialog on every desktop. It does not ask before an existing file is chosen to be
-/// written: who writes does.
-[[nodiscard]] std::unique_ptr<QFileDialog> makeFileDialog(const FilePrompt& prompt,
-                                                          QWidget* parent);
-[[nodiscard]] std::optional<FileChoice> chosenFile(const QFileDialog& dialog);
+/// The same dialog on every desktop. For a prompt that confirms an overwrite it passes the question
+/// to `ask` and stays open if that is false; for another one who writes asks.
+[[nodiscard]] std::unique_ptr<QFileDialog> makeFileDialog(
+    const FilePrompt& prompt, std::function<bool(const std::string& question)> ask,
+    QWidget* parent);
+/// What was chosen in a dialog that was made for this prompt.
+[[nodiscard]] std::optional<FileChoice> chosenFile(const QFileDialog& dialog,
+                                                   const FilePrompt& prompt);
 
 }  // namespace kavu

@@ -11,6 +11,7 @@
 #include "core/document/GroupRewrite.h"
 #include "core/document/SaveTarget.h"
 #include "core/files/FileIo.h"
+#include "core/talk/FilePrompts.h"
 #include "core/talk/FileReports.h"
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
@@ -406,12 +407,9 @@ bool saveDocumentAs(DocumentContext& context, UserInterface* parent) {
     if (parent == nullptr) {
         return false;
     }
-    FilePrompt prompt;
-    prompt.title = "Save TMATS File As";
-    prompt.filters = {{"TMATS Files (*.tma;*.tmt)", "*.tma;*.tmt"}, {"All Files (*)", "*"}};
-    prompt.path = context.document.path;
-    prompt.forSaving = true;
-    const auto choice = parent->chooseFile(prompt);
+    const auto& document = context.document;
+    const auto choice = parent->chooseFile(
+        saveTmatsPrompt(document, context.settings, "Save TMATS File As", document.path));
     return choice && saveDocumentTo(context, parent, choice->path);
 }
 

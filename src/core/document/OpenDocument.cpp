@@ -10,6 +10,7 @@
 #include "core/document/GroupSplitter.h"
 #include "core/files/FileIo.h"
 #include "core/files/UserFile.h"
+#include "core/talk/FilePrompts.h"
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
 #include "core/text/Clock.h"
@@ -106,9 +107,7 @@ int askOpenTmatsFile(DocumentContext& context, UserInterface* parent, std::strin
     if (parent == nullptr) {
         return 0;
     }
-    FilePrompt prompt;
-    prompt.title = title;
-    prompt.filters = {{"TMATS Files (*.tma;*.tmt)", "*.tma;*.tmt"}, {"All Files (*)", "*"}};
+    auto prompt = openTmatsPrompt(context.document, context.settings, title);
     prompt.filterIndex = context.settings.get(setting::kOpenFilter);
     prompt.path = path;
     const auto choice = parent->chooseFile(prompt);

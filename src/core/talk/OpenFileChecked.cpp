@@ -1,6 +1,7 @@
 #include "core/talk/OpenFileChecked.h"
 
 #include "core/files/UserFile.h"
+#include "core/talk/FilePrompts.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Printf.h"
 
@@ -64,7 +65,7 @@ bool openFileChecked(UserInterface* parent, const std::string& path, WriteMode m
         // Without a parent the user has not agreed to lose what is in the file.
         if (policy != OverwritePolicy::BackUpOnly &&
             showBox(parent, formatPrintf("The file: '%s' already exists\n\nOverwrite?", path),
-                    "File Already Exists", Icon::Question, Buttons::YesNo) != Button::Yes) {
+                    kFileExistsTitle, Icon::Question, Buttons::YesNo) != Button::Yes) {
             return false;
         }
         if (policy != OverwritePolicy::Ask && !makeBackup(parent, path)) {

@@ -83,6 +83,11 @@ struct FilePrompt {
     int filterIndex = 1;  ///< counts from 1
     std::string path;
     bool forSaving = false;
+    std::string folder{};  ///< shown at first if there is no path; empty is the present one
+    // The rest is for saving.
+    std::string extension{};         ///< for a name without one (`withExtension`), as in ".tma"
+    bool confirmsOverwrite = false;  ///< asks `overwriteQuestion` before a file is taken
+    std::string own{};               ///< the file that is taken without a question
 };
 
 struct FileChoice {

@@ -50,12 +50,16 @@ std::optional<CivilTime> parseIsoTime(const std::string& text) {
     return valid ? std::optional(time) : std::nullopt;
 }
 
-CivilTime SystemClock::now() const {
-    const std::time_t seconds = std::time(nullptr);
+CivilTime localTime(std::int64_t seconds) {
+    const std::time_t time = seconds;
     std::tm parts{};
-    localtime_r(&seconds, &parts);
+    localtime_r(&time, &parts);
     return {parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday,
             parts.tm_hour,        parts.tm_min,     parts.tm_sec};
+}
+
+CivilTime SystemClock::now() const {
+    return localTime(std::time(nullptr));
 }
 
 std::int64_t SystemClock::steadySeconds() const {

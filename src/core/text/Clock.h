@@ -26,6 +26,8 @@ struct CivilTime {
 [[nodiscard]] std::string tmatsDate(const CivilTime& time, int edition);
 /// "MM-DD-YYYY-HH-MM-SS", up to 106-96 with a year of two digits.
 [[nodiscard]] std::string tmatsDateTime(const CivilTime& time, int edition);
+/// The calendar date and time, here, of seconds since the epoch, as of a file's date.
+[[nodiscard]] CivilTime localTime(std::int64_t seconds);
 /// Reads "YYYY-MM-DDTHH:MM:SS".
 [[nodiscard]] std::optional<CivilTime> parseIsoTime(const std::string& text);
 

@@ -1,6 +1,7 @@
 #include "app/framework/QtInterface.h"
 #include "app/support/TestDoor.h"
 #include "app/support/WidgetChecks.h"
+#include "core/files/FileIo.h"
 #include "support/TestContext.h"
 
 #include <QApplication>
@@ -387,6 +388,97 @@ TEST_F(QtInterfaceTest, AFileToSaveStartsWithItsNameAndIsNotAskedAbout) {
     EXPECT_EQ(choice->filterIndex, 1);
     door.next([](QDialog& dialog) { dialog.reject(); });
     EXPECT_FALSE(ui.chooseFile(prompt).has_value());
+}
+
+/// A prompt as that of Save As: with ".tma", a question, and a file of its own.
+FilePrompt savePrompt(const test::TempFolder& folder) {
+    FilePrompt prompt;
+    prompt.filters = {{"TMATS Files", "*.tma;*.tmt"}, {"All Files", "*"}};
+    prompt.path = folder / "own.tma";
+    prompt.forSaving = true;
+    prompt.extension = ".tma";
+    prompt.confirmsOverwrite = true;
+    prompt.own = folder / "own.tma";
+    return prompt;
+}
+
+/// Types a name, and Enter.
+void typeName(QDialog& dialog, const char* text) {
+    auto* const name = find<QLineEdit>(dialog, "fileNameEdit");
+    name->setText(QLatin1String(text));
+    QTest::keyClick(name, Qt::Key_Return);
+}
+
+TEST_F(QtInterfaceTest, ANameWithoutAnExtensionGetsOneAndAnotherFileIsAskedAbout) {
+    test::TempFolder folder;
+    test::writeFile(folder / "own.tma", "x");
+    test::writeFile(folder / "other.tma", "12345");
+    int asked = 0;
+    const auto answer = [&](const char* button) {
+        return [&asked, button](QDialog& box) {
+            ++asked;
+            EXPECT_EQ(box.windowTitle(), QStringLiteral("File Already Exists"));
+            const auto text = static_cast<QMessageBox&>(box).text();
+            EXPECT_TRUE(text.contains(QStringLiteral("other.tma' already exists")))
+                << text.toStdString();
+            EXPECT_TRUE(text.contains(QStringLiteral("5 bytes, last changed on ")))
+                << text.toStdString();
+            EXPECT_EQ(static_cast<QMessageBox&>(box).defaultButton()->objectName(),
+                      QStringLiteral("no"))
+                << "Enter alone loses nothing";
+            press(box, button);
+        };
+    };
+    door.next([&](QDialog& dialog) {
+        door.next(answer("no"));
+        typeName(dialog, "other");
+        EXPECT_TRUE(dialog.isVisible()) << "No leaves the choice open";
+        door.next(answer("yes"));
+        typeName(dialog, "other.tma");
+    });
+    const auto choice = ui.chooseFile(savePrompt(folder));
+    ASSERT_TRUE(choice);
+    EXPECT_EQ(choice->path, folder / "other.tma");
+    EXPECT_EQ(asked, 2);
+}
+
+TEST_F(QtInterfaceTest, ANewNameAndTheOwnFileAreNotAskedAbout) {
+    test::TempFolder folder;
+    test::writeFile(folder / "own.tma", "x");
+    for (const auto& [typed, path] :
+         {std::pair("new", "new.tma"), std::pair("own", "own.tma"), std::pair("own.tma", "own.tma"),
+          std::pair("report.txt", "report.txt")}) {
+        door.next([typed = typed](QDialog& dialog) { typeName(dialog, typed); });
+        const auto choice = ui.chooseFile(savePrompt(folder));
+        ASSERT_TRUE(choice) << typed;
+        EXPECT_EQ(choice->path, folder / path);
+    }
+}
+
+TEST_F(QtInterfaceTest, AFolderThatIsTypedIsOpenedAndNotAskedAbout) {
+    test::TempFolder folder;
+    ASSERT_TRUE(makeFolder(folder / "sub").ok());
+    door.next([&](QDialog& dialog) {
+        typeName(dialog, "sub");
+        EXPECT_TRUE(dialog.isVisible());
+        EXPECT_EQ(static_cast<QFileDialog&>(dialog).directory().absolutePath().toStdString(),
+                  folder / "sub");
+        dialog.reject();
+    });
+    EXPECT_FALSE(ui.chooseFile(savePrompt(folder)));
+}
+
+TEST_F(QtInterfaceTest, WithoutAPathAFileDialogStartsInItsFolder) {
+    test::TempFolder folder;
+    FilePrompt prompt;
+    prompt.folder = folder.path();
+    door.next([&](QDialog& dialog) {
+        EXPECT_EQ(static_cast<QFileDialog&>(dialog).directory().absolutePath().toStdString(),
+                  folder.path());
+        EXPECT_EQ(find<QLineEdit>(dialog, "fileNameEdit")->text(), QString());
+        dialog.reject();
+    });
+    EXPECT_FALSE(ui.chooseFile(prompt));
 }
 
 TEST_F(QtInterfaceTest, WhatHasNoWindowGoesToTheHooks) {

@@ -19,12 +19,15 @@
 
 #include <QComboBox>
 #include <QDropEvent>
+#include <QFileDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
 #include <QMimeData>
 #include <QRadioButton>
 #include <QStatusBar>
+#include <QTimer>
 #include <QTreeView>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -255,6 +258,120 @@ TEST_F(MainWindowTest, ADroppedFileIsOpened) {
     QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     window->dropEvent(&drop);
     EXPECT_EQ(document().path, path);
+}
+
+void typeFileName(QDialog& dialog, const char* text) {
+    auto* const name = test::find<QLineEdit>(dialog, "fileNameEdit");
+    name->setText(QLatin1String(text));
+    QTest::keyClick(name, Qt::Key_Return);
+}
+
+TEST_F(MainWindowTest, SaveAsAsksBeforeAnotherFileGoesAndAddsTheExtension) {
+    const auto other = folder / "other.tma";
+    test::writeFile(other, "precious");
+    begin(path);
+    door.next([&](QDialog& dialog) {
+        answer("no");
+        typeFileName(dialog, "other");
+        EXPECT_TRUE(dialog.isVisible());
+        EXPECT_EQ(test::readFile(other), "precious");
+        dialog.reject();
+    });
+    window->run(SaveAs);
+    EXPECT_EQ(test::readFile(other), "precious");
+    EXPECT_EQ(document().path, path);
+    door.next([&](QDialog& dialog) { typeFileName(dialog, "new"); });
+    window->run(SaveAs);
+    EXPECT_EQ(document().path, folder / "new.tma");
+    EXPECT_TRUE(fileExists(folder / "new.tma"));
+    // The document's own file is saved as by Save.
+    door.next([&](QDialog& dialog) {
+        EXPECT_EQ(test::find<QLineEdit>(dialog, "fileNameEdit")->text(), QStringLiteral("new.tma"));
+        dialog.accept();
+    });
+    window->run(SaveAs);
+    EXPECT_EQ(document().path, folder / "new.tma");
+}
+
+TEST_F(MainWindowTest, ARecoveredDocumentAsksBeforeItOverwritesAFile) {
+    const auto store = temp() + "/KAVU-9-00000000-0000-0000-0000-000000000000";
+    ASSERT_TRUE(makeFolder(store, 0700).ok());
+    test::writeFile(store + "/[kavu]GTMP.G", "G\\PN:LOST;\r\n");
+    begin(path);
+    const auto before = test::readFile(path);
+    door.next([&](QDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Save Recovered TMATS File As"));
+        answer("no");  // the open document's file is a file as any other here
+        typeFileName(dialog, "flight");
+        EXPECT_TRUE(dialog.isVisible());
+        dialog.reject();
+    });
+    test::press(window->noteBar(), "recover");
+    EXPECT_EQ(test::readFile(path), before);
+    EXPECT_EQ(document().path, path);
+}
+
+TEST_F(MainWindowTest, OpenStartsInTheFolderOfTheLastFile) {
+    begin(path);
+    window->run(Close);
+    door.next([&](QDialog& dialog) {
+        EXPECT_EQ(toBytes(static_cast<QFileDialog&>(dialog).directory().absolutePath()),
+                  folder.path());
+        dialog.reject();
+    });
+    window->run(Open);
+}
+
+TEST_F(MainWindowTest, ANameOfTheCommandLineBecomesAnAbsolutePath) {
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(folder.path());
+    begin("flight.tma");
+    std::filesystem::current_path(before);
+    EXPECT_EQ(document().path, path);
+    EXPECT_EQ(settings().profileText("KAVU_Opened_Files", "File1"), path);
+}
+
+TEST_F(MainWindowTest, TheStartShowsWhatItDoesUnderAWaitCursor) {
+    bool seen = false;
+    // Comes while the splash picture is up.
+    QTimer::singleShot(50, [&] {
+        seen = true;
+        EXPECT_TRUE(window->isVisible());
+        EXPECT_EQ(test::find<QLabel>(*window, "statusText")->text(),
+                  QStringLiteral("Verifying no KAVU temporary files exist"));
+        ASSERT_NE(QGuiApplication::overrideCursor(), nullptr);
+        EXPECT_EQ(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
+        window->close();
+        EXPECT_TRUE(window->isVisible()) << "the start cannot be closed half way";
+    });
+    begin(path, true);
+    EXPECT_TRUE(seen);
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+    EXPECT_EQ(test::find<QLabel>(*window, "statusText")->text(), QString());
+}
+
+TEST_F(MainWindowTest, ADialogOfTheStartHasNoWaitCursor) {
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    Qt::CursorShape shape = Qt::WaitCursor;
+    door.next([&](QDialog& dialog) {
+        shape = QGuiApplication::overrideCursor()->shape();
+        dialog.reject();
+    });
+    begin();
+    showBox(&window->ui(), "A question", "Start");
+    EXPECT_EQ(shape, Qt::ArrowCursor);
+    EXPECT_EQ(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
+    QGuiApplication::restoreOverrideCursor();
+}
+
+TEST_F(MainWindowTest, TheTitleBarIsOnTheScreen) {
+    test::writeFile(folder / "kavu.ini", "[KAVU-9]\r\nX=0\r\nY=0\r\nDX=600\r\nDY=400\r\n");
+    begin();
+    const auto room = window->screen()->availableGeometry();
+    // The frame of a test's platform is none, and room is kept for one.
+    EXPECT_GE(window->geometry().top() - room.top(), window->fontMetrics().height());
+    QTest::qWait(20);
+    EXPECT_TRUE(room.contains(window->frameGeometry()));
 }
 
 TEST_F(MainWindowTest, RecentFilesAreOfferedAndOpened) {
