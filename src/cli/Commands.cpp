@@ -8,10 +8,10 @@
 #include "core/WorkingStore.h"
 #include "core/files/FileIo.h"
 #include "core/talk/ProfileSettings.h"
+#include "core/text/Clock.h"
 #include "core/text/Printf.h"
 
 #include <array>
-#include <ctime>
 
 namespace kavu::cli {
 
@@ -102,14 +102,10 @@ bool storeCommand(CommandContext& context, CommandOutput& output) {
 
 // --- recover ------------------------------------------------------------------------------
 
-std::string localTime(std::int64_t seconds) {
-    const auto time = static_cast<std::time_t>(seconds);
-    std::tm parts{};
-    if (localtime_r(&time, &parts) == nullptr) {
-        return {};
-    }
-    return formatPrintf("%4.4d-%2.2d-%2.2dT%2.2d:%2.2d:%2.2d", parts.tm_year + 1900,
-                        parts.tm_mon + 1, parts.tm_mday, parts.tm_hour, parts.tm_min, parts.tm_sec);
+std::string isoTime(std::int64_t seconds) {
+    const auto time = localTime(seconds);
+    return formatPrintf("%4.4d-%2.2d-%2.2dT%2.2d:%2.2d:%2.2d", time.year, time.month, time.day,
+                        time.hour, time.minute, time.second);
 }
 
 // --- the table ----------------------------------------------------------------------------
@@ -185,8 +181,8 @@ bool listAbandonedCommand(CommandContext& context, CommandOutput& output) {
     IoStatus failure;
     for (const auto& found : findAbandonedStores(store.temporaryRoot(), &failure)) {
         stores.push_back(
-            {{"folder", jsonText(found.folder)}, {"modified", localTime(found.modified)}});
-        rows.push_back({localTime(found.modified), terminalLine(found.folder)});
+            {{"folder", jsonText(found.folder)}, {"modified", isoTime(found.modified)}});
+        rows.push_back({isoTime(found.modified), terminalLine(found.folder)});
     }
     if (!failure.ok()) {
         showBox(context.ui,
