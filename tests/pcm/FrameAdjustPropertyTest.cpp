@@ -18,7 +18,8 @@ using test::LoadFixture;
 using test::StreamGenerator;
 
 /// A cell as the display shows it: word, frame of the major frame, mask, and the number of a
-/// fragment.
+/// fragment. Of a supercommutated measurement of every location the mask is the one that is
+/// written, which is that of the first measurement of its word.
 using Shown = std::multiset<std::tuple<int, int, std::string, int>>;
 
 std::map<std::string, Shown> shownOf(const PcmFormat& format) {
@@ -28,13 +29,18 @@ std::map<std::string, Shown> shownOf(const PcmFormat& format) {
         for (int fn = 1; fn <= format.numberOfFrames; ++fn) {
             for (auto at = format.cellAtFrame(fwp, fn); at; at = format.next(at)) {
                 const auto& measurement = cells.measurement(at);
+                auto mask = measurement.mask;
+                if (measurement.locationType == "MFSC" && measurement.locationMode == "E") {
+                    const auto& first = cells.measurement(format.cellAt(fwp, 1));
+                    mask = isWordFrame(first) ? FixedText<64>() : first.mask;
+                }
                 if (const int record = cells.asyncNumber(at); record > 0) {
                     const auto& contents =
                         format.asyncFormats[static_cast<std::size_t>(record - 1)];
                     shown["async " + contents.dataLinkName.str()].emplace(
                         fwp, fn, measurement.mask.str(), 0);
                 } else if (cells.isMeasurement(at)) {
-                    shown[measurement.name.str()].emplace(fwp, fn, measurement.mask.str(),
+                    shown[measurement.name.str()].emplace(fwp, fn, mask.str(),
                                                           measurement.fragmentNumber);
                 }
             }
@@ -98,7 +104,7 @@ class FrameEditor {
 class FrameAdjustProperty : public ::testing::TestWithParam<int> {};
 
 TEST_P(FrameAdjustProperty, WhatIsShownAfterAdjustIsWhatTheNextLoadShows) {
-    int edited = 0;
+    int checked = 0;
     for (unsigned seed = 1; seed <= 60; ++seed) {
         const StreamGenerator stream(seed * 7919, GetParam());
         LoadFixture f(GetParam());
@@ -121,7 +127,6 @@ TEST_P(FrameAdjustProperty, WhatIsShownAfterAdjustIsWhatTheNextLoadShows) {
             if (!editor.step()) {
                 continue;
             }
-            ++edited;
             std::string told;
             for (const auto& box : f.ui.boxes) {
                 told += box.title + ": " + box.text + box.details + "\n";
@@ -130,10 +135,12 @@ TEST_P(FrameAdjustProperty, WhatIsShownAfterAdjustIsWhatTheNextLoadShows) {
             ASSERT_TRUE(savePcmFormat(f.format, nullptr)) << seed;
             ASSERT_TRUE(f.reload()) << seed;
             auto again = shownOf(f.format);
+            if (told.find("Cannot be adjusted") != std::string::npos) {
+                break;  // it has said so, and such a range may take the words of others
+            }
+            ++checked;
             for (const auto& [name, places] : shown) {
-                if (unstable.contains(name) ||
-                    told.find(name + ": elsewhere. Cannot") != std::string::npos ||
-                    told.find(name + ": lost. Cannot") != std::string::npos) {
+                if (unstable.contains(name)) {
                     continue;
                 }
                 EXPECT_EQ(again[name], places)
@@ -149,7 +156,7 @@ TEST_P(FrameAdjustProperty, WhatIsShownAfterAdjustIsWhatTheNextLoadShows) {
             }
         }
     }
-    EXPECT_GT(edited, 40);
+    EXPECT_GT(checked, 40);
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryEdition, FrameAdjustProperty,

@@ -85,13 +85,10 @@ SentValues shownValues(const PcmFormat& format, std::string_view name, const Fra
     return sentValues(locations, shape);
 }
 
-/// The same for what a definition gives: parts of values by themselves, without orders.
-SentValues partsOf(const SentValues& values) {
-    SentValues parts;
-    for (const auto& value : values) {
-        for (const auto& part : value) {
-            parts.push_back({{part.fwp, part.fn, part.mask, 'D'}});
-        }
+/// Parts without their orders, which no cell has.
+SentValues withoutOrders(SentValues parts) {
+    for (auto& part : parts) {
+        part.front().order = 'D';
     }
     std::sort(parts.begin(), parts.end());
     return parts;
@@ -225,8 +222,9 @@ class Adjustment {
         }
         const auto* const definition = definitionOf(name);
         return definition != nullptr &&
-               partsOf(sentValues(loadedPlaces(format_, *definition, loaded.shape),
-                                  loaded.shape)) == shownValues(format_, name, loaded.now);
+               withoutOrders(partsOf(
+                   sentValues(loadedPlaces(format_, *definition, loaded.shape), loaded.shape))) ==
+                   shownValues(format_, name, loaded.now);
     }
 
     /// Where the values of a measurement are now, each with its parts as before the edit.

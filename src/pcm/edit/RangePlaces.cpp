@@ -252,4 +252,15 @@ SentValues sentValues(const std::vector<LocationPlaces>& locations, const FrameS
     return values;
 }
 
+SentValues partsOf(const SentValues& values) {
+    SentValues parts;
+    for (const auto& value : values) {
+        for (const auto& part : value) {
+            parts.push_back({part});
+        }
+    }
+    std::sort(parts.begin(), parts.end());
+    return parts;
+}
+
 }  // namespace kavu

@@ -88,4 +88,7 @@ using SentValues = std::vector<std::vector<SentPart>>;
 [[nodiscard]] SentValues sentValues(const std::vector<LocationPlaces>& locations,
                                     const FrameShape& shape);
 
+/// Each part as a value of its own, sorted.
+[[nodiscard]] SentValues partsOf(const SentValues& values);
+
 }  // namespace kavu

@@ -54,13 +54,18 @@ class Refit {
   public:
     Refit(const PcmFormat& format, const FrameShape& loaded) : format_(format), loaded_(loaded) {}
 
-    /// False if the location cannot be given.
-    bool add(const LocationPlaces& places) {
+    void add(const LocationPlaces& places) {
         places_ = &places;
-        return places.isPaired ? addPaired() : addUnpaired();
+        const auto count = locations_.size();
+        if (!places.isPaired || !addPaired()) {
+            locations_.resize(count);
+            addApart(places);
+        }
     }
     /// Every place by itself.
     bool single = false;
+    /// Fragments of a location had to be divided.
+    bool isApart = false;
 
     [[nodiscard]] WordFrameDefinition definition() {
         // Frame 1 alone is every frame to a reader while the word is a plain one: other frames of
@@ -227,33 +232,53 @@ class Refit {
         return location;
     }
 
-    /// Fragments that take different numbers of steps stay together only if each is one range.
-    bool addUnpaired() {
-        const auto* const all = places_;
+    /// Fragments that do not go along with each other: the first range of each stays together, and
+    /// further ones are locations of their own.
+    void addApart(const LocationPlaces& places) {
         WordFrameLocation together;
-        int bits = 0;
-        for (std::size_t f = 0; f < all->steps.size(); ++f) {
+        std::vector<WordFrameLocation> others;
+        for (std::size_t f = 0; f < places.fragments.size(); ++f) {
             LocationPlaces one;
-            one.fragments = {all->fragments[f]};
-            for (const auto& part : all->steps[f]) {
+            one.fragments = {places.fragments[f]};
+            for (const auto& part : partsOf(places, f)) {
                 one.steps.push_back({part});
             }
             Refit alone(format_, loaded_);
-            if (!alone.add(one)) {
-                return false;
+            alone.single = single;
+            alone.add(one);
+            auto made = alone.definition().locations;
+            if (made.empty()) {
+                continue;
             }
-            const auto made = alone.definition();
-            if (made.locationCount() != 1) {
-                return false;
-            }
-            auto fragment = made.locations.front().fragments.front();
+            auto fragment = made.front().fragments.front();
             fragment.fragmentPosition = together.fragmentCount() + 1;
-            bits += format_.maskBits(fragment.startWord, fragment.mask.view(), false);
+            together.wordLength +=
+                format_.maskBits(fragment.startWord, fragment.mask.view(), false);
             together.fragments.push_back(fragment);
+            others.insert(others.end(), made.begin() + 1, made.end());
         }
-        together.wordLength = bits;
-        locations_.push_back(std::move(together));
-        return true;
+        if (together.fragmentCount() == 1) {
+            together.wordLength = format_.wordLength(together.fragments.front().startWord);
+        }
+        isApart = isApart || !others.empty();
+        if (!together.fragments.empty()) {
+            locations_.push_back(std::move(together));
+        }
+        locations_.insert(locations_.end(), others.begin(), others.end());
+    }
+
+    /// The words of a fragment.
+    static std::vector<WordFrames> partsOf(const LocationPlaces& places, std::size_t fragment) {
+        std::vector<WordFrames> parts;
+        if (!places.isPaired) {
+            parts = places.steps[fragment];
+        } else {
+            for (const auto& step : places.steps) {
+                parts.push_back(step[fragment]);
+            }
+        }
+        std::erase_if(parts, [](const WordFrames& part) { return part.fwp < 0; });
+        return parts;
     }
 
     const PcmFormat& format_;
@@ -272,13 +297,12 @@ std::optional<WordFrameDefinition> refitRanges(PcmFormat& format,
     for (const bool single : {false, true}) {
         Refit refit(format, loaded);
         refit.single = single;
-        const bool done = std::all_of(places.begin(), places.end(),
-                                      [&](const LocationPlaces& each) { return refit.add(each); });
-        if (!done) {
-            return std::nullopt;
+        for (const auto& each : places) {
+            refit.add(each);
         }
         auto definition = refit.definition();
-        if (sentValues(loadedPlaces(format, definition, loaded), loaded) == wanted) {
+        const auto made = sentValues(loadedPlaces(format, definition, loaded), loaded);
+        if (made == wanted || (refit.isApart && partsOf(made) == partsOf(wanted))) {
             return definition;
         }
     }

@@ -119,7 +119,8 @@ TEST(IdCounterEdit, HiddenSubframesThatHoldNothingGoWithTheCounter) {
     f.place(9, 2, "A", "WDFR");
     EXPECT_FALSE(deleteIdCounter(f.format, f.parent, 5));
     EXPECT_EQ(f.ui.boxes.back().text,
-              "You cannot delete this ID Counter. SF-9 references this ID Counter.");
+              "You cannot delete this ID Counter. Frame Word Position 9 references this ID "
+              "Counter.");
     f.format.removeMeasurement("A");
     f.ui.byId[129] = Button::Yes;
     EXPECT_TRUE(deleteIdCounter(f.format, f.parent, 5));
