@@ -3,6 +3,7 @@
 #include "app/pcm/PcmForms.h"
 #include "app/pcm/SheetStage.h"
 #include "conversion/ConversionStore.h"
+#include "core/document/DocumentFiles.h"
 #include "core/document/OpenDocument.h"
 #include "groups/MeasurementNames.h"
 #include "support/TestApplication.h"
@@ -63,6 +64,7 @@ class PcmFormsTest : public ::testing::Test {
             "D-1\\DLN:PCM 1;\r\nD-1\\ML\\N:1;\r\nD-1\\MLN-1:L;\r\nD-1\\MN\\N-1:1;\r\n"
             "D-1\\MN-1-1:M1;\r\nD-1\\LT-1-1:MF;\r\nD-1\\MF-1-1:3;\r\nD-1\\MFM-1-1:FW;\r\n");
         auto& conversions = t.application.conversions();
+        const ChangeScope scope(t.application.context().files);
         for (const auto* const name : {"M1", "M2"}) {
             ASSERT_TRUE(conversions.createDefaultDefinition(nullptr, name, false));
         }
@@ -202,6 +204,7 @@ TEST_F(PcmFormsTest, OkKeepsWhatWasDoneToTheRecordsAndDeletesTheCopies) {
         EXPECT_TRUE(records() == changed) << change;
         EXPECT_FALSE(hasCopies());
         EXPECT_TRUE(t.application.conversions().locateDefinition("Renamed").found);
+        const ChangeScope scope(t.application.context().files);
         ASSERT_TRUE(t.application.conversions().deleteDefinition(nullptr, "Renamed"));
     }
 }

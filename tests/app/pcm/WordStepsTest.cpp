@@ -3,6 +3,7 @@
 #include "app/pcm/WordStage.h"
 #include "app/support/WidgetChecks.h"
 #include "conversion/ConversionStore.h"
+#include "core/document/Transaction.h"
 #include "core/files/ProfileFile.h"
 #include "gallery/Makers.h"
 #include "gallery/Screenshots.h"
@@ -416,6 +417,7 @@ TEST(ApplicationWordSteps, ConversionsFollowTheEditsAndTheOptionsAreHeld) {
     auto form = formContext(app.ui, door, app.application.context());
     const auto steps = makeWordSteps(form, app.application);
     auto& conversions = app.application.conversions();
+    const Transaction sheet(app.application.context(), OperationId::EditStream, OnCrash::Keep);
     steps.generate.createConversion(&app.ui, "A", {});
     EXPECT_TRUE(conversions.locateDefinition("A").found);
     steps.save.renameConversion(&app.ui, "A", "B");

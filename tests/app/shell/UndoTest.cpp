@@ -17,6 +17,7 @@
 
 #include <QComboBox>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPlainTextEdit>
 #include <QRadioButton>
 #include <QSignalSpy>
@@ -58,6 +59,13 @@ class UndoTest : public testing::Test {
     }
     void answer(const char* button) {
         door.next([button](QDialog& dialog) { press(dialog, button); });
+    }
+    /// A row of the next list.
+    void choose(int row) {
+        door.next([row](QDialog& dialog) {
+            find<QListWidget>(dialog, "choices")->setCurrentRow(row);
+            press(dialog, "ok");
+        });
     }
     void enter(const char* text) {
         door.next([text](QDialog& dialog) {
@@ -423,12 +431,12 @@ TEST_F(UndoTest, TheTreeIsReadOnceForWhateverHappensToTheDocument) {
     // Another program writes the file, and the user wants that.
     std::filesystem::remove(path);
     test::writeFile(path, flightTest());
-    answer("choice1");
+    choose(1);
     window->checkDisk();
     EXPECT_EQ(count.taken(), 2) << "a reopening closes and opens";
     std::filesystem::remove(path);
     test::writeFile(path, flightTest());
-    answer("choice0");
+    choose(0);
     window->checkDisk();
     EXPECT_EQ(count.taken(), 1) << "the document is no more what is on the disk";
     EXPECT_TRUE(window->isWindowModified());
