@@ -44,7 +44,7 @@ TEST_F(AGroupTest, TheTableIsInTheOrderOfTheFile) {
 TEST_F(AGroupTest, StreamsAreThoseWithAGroupAndThenPamLinksWithout) {
     t.write(groupFile('A', 2), "A-2\\DLN:PAM 1;\r\n");
     t.write(groupFile('M', 1),
-            "M-1\\ID:S;\r\nM-1\\BSG1:PAM;\r\nM-1\\BB\\DLN:pam 1;\r\nM-1\\SI\\N:3;\r\n"
+            "M-1\\ID:S;\r\nM-1\\BSG1:PAM;\r\nM-1\\BB\\DLN:PAM 1;\r\nM-1\\SI\\N:3;\r\n"
             "M-1\\SI2-1:PAM;\r\nM-1\\SI\\DLN-1:PAM 2;\r\nM-1\\SI2-2:PCM;\r\n"
             "M-1\\SI\\DLN-2:PCM 1;\r\nM-1\\SI2-3:PAM;\r\n");
     const auto streams = pamStreams(t.context, &t.ui);
@@ -52,6 +52,16 @@ TEST_F(AGroupTest, StreamsAreThoseWithAGroupAndThenPamLinksWithout) {
     EXPECT_EQ(streams[0].link, "PAM 1");
     EXPECT_EQ(streams[0].index, 2);
     EXPECT_EQ(streams[1].link, "PAM 2");
+    EXPECT_EQ(streams[1].index, 0);
+}
+
+TEST_F(AGroupTest, ALinkInAnotherCaseIsAnotherStream) {
+    t.write(groupFile('A', 2), "A-2\\DLN:PAM 1;\r\n");
+    t.write(groupFile('M', 1), "M-1\\ID:S;\r\nM-1\\BSG1:PAM;\r\nM-1\\BB\\DLN:pam 1;\r\n");
+    const auto streams = pamStreams(t.context, &t.ui);
+    ASSERT_EQ(streams.size(), 2U);
+    EXPECT_EQ(streams[0].link, "PAM 1");
+    EXPECT_EQ(streams[1].link, "pam 1");
     EXPECT_EQ(streams[1].index, 0);
 }
 

@@ -224,10 +224,19 @@ TEST_F(SourceCopyTest, AGroupFileThatCanNotBeProbedIsNeverOverwritten) {
 
 TEST_F(SourceCopyTest, ANameThatExistsIsRefused) {
     t.ui.queued = {Button::Yes, Button::No};
-    t.ui.texts = {"first", "Other"};
+    t.ui.texts = {"First", "Other"};
     EXPECT_TRUE(copyDataSource(t.parts, &t.ui, "Second"));
     EXPECT_TRUE(t.ui.hasText("This name already exists. Please select another name"));
     EXPECT_THAT(t.read(groupFile('T', 3)), HasSubstr("T-3\\ID:Other;"));
+}
+
+TEST_F(SourceCopyTest, ANameThatExistsInAnotherCaseIsAnotherName) {
+    t.ui.queued = {Button::Yes, Button::No};
+    t.ui.texts = {"first"};
+    EXPECT_TRUE(copyDataSource(t.parts, &t.ui, "Second"));
+    EXPECT_FALSE(t.ui.hasText("This name already exists. Please select another name"));
+    EXPECT_THAT(t.read(groupFile('T', 3)), HasSubstr("T-3\\ID:first;"));
+    EXPECT_THAT(t.read(groupFile('T', 1)), HasSubstr("T-1\\ID:First;"));
 }
 
 TEST_F(SourceCopyTest, EqualMeasurementNamesAreReportedAndTheirCheckEnds) {
