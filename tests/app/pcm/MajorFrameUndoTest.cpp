@@ -3,6 +3,7 @@
 #include "app/pcm/SheetSteps.h"
 #include "app/pcm/WordStage.h"
 #include "conversion/ConversionStore.h"
+#include "pcm/edit/FrameEditWords.h"
 
 namespace kavu {
 namespace {
@@ -69,6 +70,7 @@ TEST(MajorFrameUndo, AConversionThatWasStoredIsAnEditThoughItsMeasurementWasCanc
 // The display showed the moved measurement, and the file had it at the old words.
 TEST(MajorFrameUndo, InsertedWordsTakeRangesAlongOrNothingIsChanged) {
     DisplayStage s;
+    s.steps.insertFwps = [&](QWidget&) { return insertFwps(s.format, &s.ui); };
     s.placeFragments("RANGED", {{6, 2, 10, 1, 1, 16, "FW", 'D', 1}});
     s.format.changed = false;
     const auto startOf = [&](std::size_t location) {

@@ -79,7 +79,7 @@ TEST(SheetSteps, ACounterOnAWordInUseNamesWhatItWouldDeleteAndNoLeavesIt) {
     EXPECT_FALSE(s.format.changed);
     ASSERT_EQ(s.ui.boxes.size(), 1U);
     const auto& text = s.ui.boxes[0].text;
-    EXPECT_NE(text.find("Measurement 'ONCE'\nMeasurement 'SPLIT'\nAsync format 'INNER'\n"),
+    EXPECT_NE(text.find("Measurement 'SPLIT'\nMeasurement 'ONCE'\nAsync format 'INNER'\n"),
               std::string::npos)
         << text;
     EXPECT_EQ(text.find("ALWAYS"), std::string::npos) << "it is in every frame, as a counter is";
