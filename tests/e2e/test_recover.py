@@ -14,8 +14,10 @@ class RecoverTest(kavu.KavuTest):
         """The store of a run that was killed while it saved, moved out of the temporary root."""
         self.write("big.tma", data)
         process = self.start("save", "big.tma", "-o", "short.tma")
-        self.wait_for(lambda: self.exists("short.tma")
-                      and os.path.getsize(self.path("short.tma")) > 100000, process)
+        # The new file takes its place at the end; until then it grows beside it.
+        beside = ".short.tma.kavu-new"
+        self.wait_for(lambda: self.exists(beside)
+                      and os.path.getsize(self.path(beside)) > 100000, process)
         process.kill()
         process.communicate()
         self.assertEqual(process.returncode, -signal.SIGKILL)

@@ -6,8 +6,8 @@
 
 #include <cerrno>
 #include <charconv>
-#include <cstdio>
 #include <cstdlib>
+#include <iostream>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -41,9 +41,7 @@ std::string_view between(std::string_view name, std::string_view tail) {
 }
 
 [[noreturn]] void endOutsideScopes(std::string_view name) {
-    const std::string plain(name);
-    (void)std::fprintf(stderr, "The file '%s' of the document changes in no scope\n",
-                       plain.c_str());
+    std::cerr << "The file '" << name << "' of the document changes in no scope\n";
     std::abort();
 }
 

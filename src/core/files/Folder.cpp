@@ -2,10 +2,13 @@
 #include "core/files/FileIo.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <dirent.h>
-#include <filesystem>
 #include <sys/stat.h>
+#include <unistd.h>
+
+#include <climits>
 
 namespace kavu {
 
@@ -44,14 +47,11 @@ IoStatus listFolder(const std::string& path, std::vector<FolderEntry>& entries) 
 }
 
 std::string absolutePath(const std::string& path) {
-    if (path.empty() || path.front() == '/') {
+    std::array<char, PATH_MAX> here{};
+    if (path.empty() || path.front() == '/' || ::getcwd(here.data(), here.size()) == nullptr) {
         return path;
     }
-    std::error_code error;
-    const auto folder = std::filesystem::current_path(error).string();
-    if (error) {
-        return path;
-    }
+    const std::string folder = here.data();
     std::string_view rest = path;
     while (rest.starts_with("./")) {
         rest.remove_prefix(std::min(rest.find_first_not_of('/', 1), rest.size()));

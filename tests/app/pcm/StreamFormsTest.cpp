@@ -247,6 +247,7 @@ TEST_F(StreamFormsTest, CancelOfANewCounterLeavesWhatStoodInItsWord) {
     EXPECT_FALSE(display([&](MajorFrameWindow& window) {
         const auto before = format().cells().places("TEMP").size();
         ASSERT_EQ(before, 4U);
+        t.ui.queued = {Button::Yes};  // the counter would take TEMP along
         door.next([](QDialog& dialog) {
             EXPECT_EQ(dialog.windowTitle(),
                       QStringLiteral("Create New ID Counter Definition (FWP: 5)"));
@@ -356,6 +357,7 @@ class AsyncUnderCounterTest : public StreamFormsTest {
     void makeCounterAt(int word) {
         EXPECT_TRUE(display([&](MajorFrameWindow& window) {
             ASSERT_TRUE(isAsyncAt(format(), word, 5, 1));
+            t.ui.queued = {Button::Yes};  // the counter takes the format along
             door.next([](QDialog& dialog) { press(dialog, "ok"); });
             chooseLabel(window, word);
             EXPECT_EQ(format().wordType(word), WordType::IdCounter);

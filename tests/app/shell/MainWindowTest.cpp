@@ -396,7 +396,12 @@ TEST_F(MainWindowTest, TheDialogOfTheEditionsConvertsTheDocument) {
         output->setCurrentIndex(output->findData(2007));
         test::press(dialog, "ok");
     });
-    answer("ok");  // note 444
+    // The ends of ranges, which this edition does not know, are listed in place of note 444.
+    door.next([](QDialog& dialog) {
+        EXPECT_EQ(dialog.objectName(), QStringLiteral("Messages"));
+        dialog.reject();
+    });
+    answer("ok");
     window->run(Versions);
     EXPECT_EQ(document().version, 2007);
     EXPECT_TRUE(document().changed);
