@@ -279,8 +279,8 @@ std::vector<UndoCase> undoCases() {
                  output->setCurrentIndex(output->findData(2007));
                  press(dialog, "ok");
              });
-             t.door.next([](QDialog& dialog) { dialog.reject(); });  // what 2007 cannot express
              t.answer("ok");
+             t.door.next([](QDialog& dialog) { dialog.reject(); });  // what 2007 cannot express
              t.window->run(CommandId::Versions);
          }},
     };
