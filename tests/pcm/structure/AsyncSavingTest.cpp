@@ -91,12 +91,18 @@ TEST_F(AsyncSaving, TheNameIsNeededAndItsOwn) {
     contents.dataLinkName = "";
     expectRefused(367, {{7, "", {}}});
     EXPECT_EQ(f.boxTitle(367), 136);
-    contents.dataLinkName = "old";
+    contents.dataLinkName = "OLD";
     expectRefused(375, {{7, "", {}}});
     contents.dataLinkName = "TAKEN";
     expectRefused(374, {{7, "", {}}});
     contents.dataLinkName = "OLD";
     EXPECT_TRUE(save(1, {{7, "", {}}}));
+}
+
+TEST_F(AsyncSaving, ANameInAnotherCaseIsAnotherName) {
+    contents.dataLinkName = "old";
+    EXPECT_TRUE(save(0, {{7, "", {}}}));
+    EXPECT_EQ(f.format.asyncCount(), 2);
 }
 
 TEST_F(AsyncSaving, ASupercommutatedRecordNeedsATypeAndAnInterval) {
