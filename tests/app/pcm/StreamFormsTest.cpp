@@ -350,36 +350,42 @@ TEST_F(StreamFormsTest, AStepThatHasMovedOutOfItsIntervalIsToldWhenTheStreamIsSa
     EXPECT_TRUE(wrote("AEF3-1-1:7"));
 }
 
-/// From the newest edition on a counter may take a word of an async format, and with it the
-/// slots of all frames but the first.
+/// From the newest edition on a counter may take a word of an async format: the question names the
+/// format, which goes with it.
 class AsyncUnderCounterTest : public StreamFormsTest {
   protected:
     void makeCounterAt(int word) {
         EXPECT_TRUE(display([&](MajorFrameWindow& window) {
             ASSERT_TRUE(isAsyncAt(format(), word, 5, 1));
-            t.ui.queued = {Button::Yes};  // the counter takes the format along
+            t.ui.queued = {Button::No};
+            chooseLabel(window, word);
+            ASSERT_FALSE(t.ui.boxes.empty());
+            EXPECT_NE(t.ui.boxes.back().text.find("INNER"), std::string::npos)
+                << t.ui.boxes.back().text;
+            EXPECT_EQ(format().asyncCount(), 1);
+            EXPECT_TRUE(isAsyncAt(format(), word, 5, 1)) << "No leaves all as it was";
+            t.ui.queued = {Button::Yes};
             door.next([](QDialog& dialog) { press(dialog, "ok"); });
             chooseLabel(window, word);
             EXPECT_EQ(format().wordType(word), WordType::IdCounter);
+            EXPECT_EQ(format().asyncCount(), 0);
         }));
+        EXPECT_TRUE(wrote("AEF\\N:0"));
     }
 };
 
-TEST_F(AsyncUnderCounterTest, AFormatWithoutASlotIsToldWhenTheStreamIsSaved) {
+TEST_F(AsyncUnderCounterTest, AFormatWithOneSlotIsNamedAndGoes) {
     start(2011, plainFormat(16, 8) + counterAt(15, 8) +
                     embedded("NO", {"AEF3-1-1:5", "AEF7-1-1:1", "AEF8-1-1-1:5", "AEF9-1-1-1:1",
                                     "AEF10-1-1-1:8"}));
     makeCounterAt(5);
-    expectBox(234, 136, "assigned to Async Format 'INNER'");
 }
 
-TEST_F(AsyncUnderCounterTest, AMissingEveryLocationIsToldWhenTheStreamIsSaved) {
+TEST_F(AsyncUnderCounterTest, AFormatOfSeveralLocationsIsNamedAndGoes) {
     start(2011, plainFormat(16, 8) + counterAt(15, 8) +
                     embedded("2", {"AEF2-1:EL", "AEF3-1-1:4", "AEF3-1-2:5", "AEF7-1-2:1",
                                    "AEF8-1-2-1:5", "AEF9-1-2-1:1", "AEF10-1-2-1:8"}));
     makeCounterAt(5);
-    expectBox(235, 136, "for position #2 (2 total number of locations) of Async Format 'INNER'");
-    EXPECT_TRUE(wrote("AEF3-1-1:4"));
 }
 
 }  // namespace
