@@ -336,6 +336,13 @@ int rename(const char* from, const char* to) __THROW {
                ? -1
                : real<int(const char*, const char*)>("rename")(from, to);
 }
+int renameat2(int fromFolder, const char* from, int toFolder, const char* to,
+              unsigned flags) __THROW {
+    return failsOn("rename", from, 'w', to)
+               ? -1
+               : real<int(int, const char*, int, const char*, unsigned)>("renameat2")(
+                     fromFolder, from, toFolder, to, flags);
+}
 int link(const char* from, const char* to) __THROW {
     return failsOn("link", from, 'r', to) ? -1
                                           : real<int(const char*, const char*)>("link")(from, to);
