@@ -51,7 +51,7 @@ class CountCheck {
         }
         *highest_ = std::max(*highest_, row);
     }
-    /// Tells of each count that is too small. `prefix` is the head of the group's codes.
+    /// Reports each count that is too small. `prefix` is the head of the group's codes.
     void report(const std::string& prefix, const std::function<void(const std::string&)>& tell);
 
   private:

@@ -374,7 +374,7 @@ FormContext MainWindow::formContext() {
 
 // --- events ---------------------------------------------------------------------------------
 
-/// An open menu keeps the keys to itself: F1 on one of its entries tells of that.
+/// An open menu takes all keys: F1 on one of its entries opens the page about that entry.
 bool MainWindow::eventFilter(QObject* receiver, QEvent* event) {
     auto* const menu = qobject_cast<QMenu*>(receiver);
     const bool isHelp = menu != nullptr && event->type() == QEvent::KeyPress &&

@@ -29,7 +29,7 @@ class CarriedCommands {
     /// How a command of the old file is known again in the new one.
     enum class Follow {
         Codes,   ///< by its code, which `recode` has changed with its row
-        Values,  ///< by its value as well: nobody knows which rows have moved
+        Values,  ///< by its value as well: it is not known which rows have moved
     };
     explicit CarriedCommands(Follow follow) : follow_(follow) {}
 

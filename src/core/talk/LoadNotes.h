@@ -34,7 +34,7 @@ class LoadNotes {
     /// start of another command.
     void severalLines(long line, std::string_view command);
 
-    /// Tells of everything that was found. What is left out of a file that was refused is no
+    /// Reports everything that was found. What is left out of a file that was refused is no
     /// message: there is no document that lacks it.
     void tell(UserInterface* parent, bool opened) const;
 

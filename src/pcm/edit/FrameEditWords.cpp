@@ -115,7 +115,7 @@ bool clearSubframe(PcmFormat& format, UserInterface* parent, const EditSteps& st
     for (const auto& name : held.measurements) {
         names.emplace(name, wordFrameEntry(format, name));
     }
-    // Nobody knows a hidden subframe: the question is about what it holds.
+    // A hidden subframe has no name for a user: the question is about what it holds.
     const bool hidden = isHiddenSubframe(format.subframeOfWord(fwp));
     const auto why = formatPrintf(
         "Frame Word Position %d is in use. What it holds would be deleted, there and wherever else "

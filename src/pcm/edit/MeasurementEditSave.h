@@ -73,8 +73,7 @@ bool saveMeasurement(PcmFormat& format, UserInterface* parent, const EditSteps& 
 /// The location types that a word offers, as the list shows them; the type is the first four
 /// characters. None from 106-11 on.
 [[nodiscard]] std::vector<std::string> locationTypes(const PcmFormat& format, int fwp);
-/// False with message 338 ("can not define a measurement") at a word of a supercommutated
-/// subframe.
+/// False with message 338 at a word of a supercommutated subframe.
 [[nodiscard]] bool checkWordFrameAllowed(const PcmFormat& format, UserInterface* parent, int fwp);
 
 /// A place that a measurement of one location can move to; FN 0 is every frame.
