@@ -3,6 +3,7 @@
 #include "cli/AttributeCommandLine.h"
 #include "conversion/CurveFit.h"
 #include "conversion/EuNumbers.h"
+#include "core/talk/QuestionNames.h"
 #include "core/text/Edition.h"
 #include "core/text/Text.h"
 #include "vocabulary/FieldRules.h"
@@ -59,8 +60,8 @@ void addCommonOptions(CLI::App& app, CommandLine& line, RawOptions& raw) {
                             "Use this settings file in place of kavu.ini of the support folder"),
              "FILE");
     app.add_option("--answer", raw.answers,
-                   "Reply to the question with this message number: yes, no, cancel, or an "
-                   "integer or a text for a prompt. Repeatable")
+                   "Reply to the question with this message number or name: yes, no, cancel, or "
+                   "an integer or a text for a prompt. Repeatable")
         ->type_name("ID=REPLY")
         ->take_all()
         ->allow_extra_args(false);
@@ -300,6 +301,8 @@ CommandApps addCommands(CLI::App& app, CommandLine& line, RawOptions& raw) {
                               "left behind");
     oneValue(apps.recover->add_option("STORE", line.file, "The folder"), "");
     oneValue(apps.recover->add_option("-o,--output", line.output, "The file to write"), "OUT");
+    apps.recover->add_flag("--partial", line.partial,
+                           "Also from a folder whose file was not read to its end");
     apps.recover->add_flag("--list", line.list,
                            "List the folders that crashed runs left behind, newest first");
     addStreamCommands(app, apps, line);
@@ -361,9 +364,14 @@ void readAnswers(const RawOptions& raw, CommandLine& line) {
         const char* const begin = answer.data();
         const char* const end = begin + std::min(equals, answer.size());
         const auto [stop, error] = std::from_chars(begin, end, id);
+        if (equals != std::string::npos && isQuestionName({begin, end})) {
+            line.replies.byName[std::string(begin, end)] = answer.substr(equals + 1);
+            continue;
+        }
         if (equals == std::string::npos || error != std::errc() || stop != end || id <= 0) {
             throw UsageError{"--answer: '" + answer +
-                             "' is not of the form ID=REPLY with the number of a message"};
+                             "' is not of the form ID=REPLY with the number of a message or the "
+                             "name of a question"};
         }
         line.replies.byId[id] = answer.substr(equals + 1);
     }
@@ -453,7 +461,7 @@ void checkRecover(const CommandLine& line) {
     if (line.command != Command::Recover) {
         return;
     }
-    if (line.list && (!line.file.empty() || !line.output.empty())) {
+    if (line.list && (!line.file.empty() || !line.output.empty() || line.partial)) {
         throw UsageError{"recover: --list takes neither a folder nor an output"};
     }
     if (!line.list && (line.file.empty() || line.output.empty())) {

@@ -42,7 +42,8 @@ enum class ProgressWhen { Auto, Always, Never };
 /// for a prompt.
 struct Replies {
     std::map<int, std::string> byId;  ///< by message number without its sign
-    std::string all = "no";           ///< to every question without a reply of its own
+    std::string all = "no";           ///< to every question with neither name nor reply of its own
+    std::map<std::string, std::string, std::less<>> byName{};  ///< one of `kQuestionNames`
 };
 
 struct CommandLine {
@@ -56,6 +57,7 @@ struct CommandLine {
     std::optional<CivilTime> now;
     Replies replies;
 
+    bool partial = false;        ///< `recover`: also a store that is incomplete
     std::string file;            ///< the document, or the store to recover
     std::string output;          ///< `save`, `recover`, `rewrite`, `word-frame`
     std::string link;            ///< `stream`, `rewrite`, `word-frame`: the data link

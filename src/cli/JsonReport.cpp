@@ -16,6 +16,11 @@ template <typename Reported>
 Json reportedMembers(const Reported& reported) {
     Json members{
         {"id", reported.id}, {"title", reported.titleId}, {"text", jsonText(reported.text)}};
+    if constexpr (requires { reported.name; }) {
+        if (!reported.name.empty()) {
+            members["name"] = reported.name;
+        }
+    }
     if constexpr (requires { reported.reply; }) {
         members["reply"] = jsonText(reported.reply);
     }

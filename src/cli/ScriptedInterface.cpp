@@ -142,18 +142,33 @@ Button ScriptedInterface::message(const MessageBox& box) {
         }
         return Button::Ok;
     }
-    const auto own = options_.replies.byId.find(id);
-    const bool numbered = id != 0 && own != options_.replies.byId.end() &&
-                          wholeNumber<long>(own->second) && agreeing(box.buttons) == Button::Yes;
-    followUp_ = numbered ? std::optional(own->second) : std::nullopt;
-    const auto* const mine = id == 0 ? ownReply(text) : nullptr;
-    const Button button = pressed(box, mine != nullptr ? *mine : replyTo(box.id));
-    questions_.push_back({id, box.titleId, text, replyName(button), stream_});
+    const Button button = box.name.empty() ? numberedReply(box, text) : namedReply(box);
+    questions_.push_back({id, box.titleId, box.name, text, replyName(button), stream_});
     if (options_.showBoxes) {
         showLine((box.title.empty() ? std::string() : box.title + ": ") + box.shownText() + " -> " +
                  replyName(button));
     }
     return button;
+}
+
+Button ScriptedInterface::namedReply(const MessageBox& box) const {
+    const auto own = options_.replies.byName.find(box.name);
+    if (own == options_.replies.byName.end()) {
+        return box.defaultButton;
+    }
+    return equalsIgnoreCase(own->second, "yes")
+               ? agreeing(box.buttons)
+               : refusing(box.buttons, equalsIgnoreCase(own->second, "cancel"));
+}
+
+Button ScriptedInterface::numberedReply(const MessageBox& box, const std::string& text) {
+    const int id = std::abs(box.id);
+    const auto own = options_.replies.byId.find(id);
+    const bool numbered = id != 0 && own != options_.replies.byId.end() &&
+                          wholeNumber<long>(own->second) && agreeing(box.buttons) == Button::Yes;
+    followUp_ = numbered ? std::optional(own->second) : std::nullopt;
+    const auto* const mine = id == 0 ? ownReply(text) : nullptr;
+    return pressed(box, mine != nullptr ? *mine : replyTo(box.id));
 }
 
 const std::string* ScriptedInterface::ownReply(const std::string& text) const {
@@ -169,7 +184,7 @@ std::string ScriptedInterface::promptReply(const std::string& text) {
 }
 
 void ScriptedInterface::remember(const std::string& text, const std::string& reply) {
-    questions_.push_back({0, 0, reportText(text), reply, stream_});
+    questions_.push_back({0, 0, {}, reportText(text), reply, stream_});
     if (options_.showBoxes) {
         showLine(text + " -> " + reply);
     }

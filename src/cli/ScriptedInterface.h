@@ -36,6 +36,7 @@ struct ReportedMessage {
 struct AnsweredQuestion {
     int id = 0;
     int titleId = 0;
+    std::string name;  ///< of a question that has one in place of a number
     std::string text;
     std::string reply;
     std::string stream;
@@ -98,6 +99,9 @@ class ScriptedInterface : public UserInterface {
 
   private:
     [[nodiscard]] const std::string& replyTo(int id) const;
+    /// The button for a question with a name: its default one without a reply of its own.
+    [[nodiscard]] Button namedReply(const MessageBox& box) const;
+    [[nodiscard]] Button numberedReply(const MessageBox& box, const std::string& text);
     /// The reply to a prompt.
     [[nodiscard]] std::string promptReply(const std::string& text);
     [[nodiscard]] const std::string* ownReply(const std::string& text) const;

@@ -90,6 +90,7 @@ TEST(CommandLine, AnAnswerDoesNotSwallowTheArgumentBehindIt) {
 }
 
 TEST(CommandLine, AnAnswerMayBeATextWithEqualsSignOrNothing) {
+    EXPECT_EQ(parsed({"--answer", "restore=no", "check", "f"}).replies.byName.at("restore"), "no");
     const auto line = parsed({"check", "f", "--answer", "5=a=b", "--answer", "6="});
     EXPECT_EQ(line.replies.byId.at(5), "a=b");
     EXPECT_EQ(line.replies.byId.at(6), "");
@@ -161,6 +162,7 @@ INSTANTIATE_TEST_SUITE_P(
         Arguments{"check", "a", "--edition", "2009"}, Arguments{"check", "a", "-o", "b"},
         Arguments{"check", "a", "--answer", "yes"}, Arguments{"check", "a", "--answer", "-304=yes"},
         Arguments{"check", "a", "--answer", "0=yes"}, Arguments{"check", "a", "--answer", "x=yes"},
+        Arguments{"check", "a", "--answer", "restore"}, Arguments{"recover", "--list", "--partial"},
         Arguments{"check", "a", "--answer", "99999999999=yes"},
         Arguments{"check", "a", "--answer", "3 =yes"}, Arguments{"check", "a", "--now", "today"},
         Arguments{"check", "a", "--now", "2026-13-01T00:00:00"},

@@ -72,6 +72,35 @@ TEST(ScriptedInterface, AnAnswerOfItsOwnGoesBeforeTheAnswerForAll) {
     EXPECT_EQ(terminal.ui().questions()[0].titleId, 79);
 }
 
+TEST(ScriptedInterface, AQuestionWithANameTakesItsDefaultWhateverIsAnsweredToAll) {
+    for (const std::string all : {"no", "yes", "cancel"}) {
+        for (const auto defaultButton : {Button::Yes, Button::No}) {
+            Replies replies;
+            replies.all = all;
+            Terminal t(replies);
+            auto named = box(0, Buttons::YesNo);
+            named.name = "restore";
+            named.defaultButton = defaultButton;
+            EXPECT_EQ(t.ui().message(named), defaultButton) << all;
+            EXPECT_EQ(t.ui().questions().at(0).name, "restore");
+        }
+    }
+}
+
+TEST(ScriptedInterface, AnAnswerReachesAQuestionByItsName) {
+    Replies replies;
+    replies.byName["restore"] = "No";
+    Terminal t(replies);
+    auto named = box(0, Buttons::YesNo);
+    named.name = "restore";
+    named.defaultButton = Button::Yes;
+    EXPECT_EQ(t.ui().message(named), Button::No);
+    named.name = "another";
+    EXPECT_EQ(t.ui().message(named), Button::Yes);
+    EXPECT_EQ(t.ui().message(box(0, Buttons::YesNo)), Button::No) << "one without a name";
+    EXPECT_EQ(t.ui().questions().at(0).reply, "no");
+}
+
 TEST(ScriptedInterface, ANumberForAQuestionSaysYesAndAnswersThePromptBehindIt) {
     const std::vector<std::string> words{"1", "3", "12", "13"};
     Terminal terminal({{{357, "12"}}, "no"});

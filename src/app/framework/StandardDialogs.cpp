@@ -90,6 +90,10 @@ void fillBox(QMessageBox& shown, const MessageBox& box) {
             button->setAccessibleName(look::spokenName(button->text()));
             if (row.button == box.defaultButton) {
                 shown.setDefaultButton(row.standard);
+                // Whoever only closes the box has given no reply.
+                if (!box.name.empty() && !holds(box.buttons, Button::Cancel)) {
+                    shown.setEscapeButton(row.standard);
+                }
             }
         }
     }

@@ -32,6 +32,8 @@ struct MessageBox {
     /// What the buttons Yes and No say where these words say too little, with an "&".
     std::string yesText{};
     std::string noText{};
+    /// One of `kQuestionNames`, for a question without a number; empty for all others.
+    std::string name{};
 
     /// The text as a box shows it, preceded by the number if it has one to show.
     [[nodiscard]] std::string shownText() const;

@@ -105,6 +105,22 @@ TEST_F(QtInterfaceTest, EscapeIsTheButtonThatMeansNo) {
     EXPECT_EQ(show(Buttons::YesNoCancel, escape), Button::Cancel);
 }
 
+TEST_F(QtInterfaceTest, EscapeOfAQuestionWithANameIsItsDefault) {
+    MessageBox box;
+    box.text = "Text";
+    box.name = "restore";
+    box.buttons = Buttons::YesNo;
+    const auto escape = [](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); };
+    for (const auto standard : {Button::Yes, Button::No}) {
+        box.defaultButton = standard;
+        door.next(escape);
+        EXPECT_EQ(ui.message(box), standard);
+    }
+    box.buttons = Buttons::YesNoCancel;
+    door.next(escape);
+    EXPECT_EQ(ui.message(box), Button::Cancel) << "where there is a button for it";
+}
+
 TEST_F(QtInterfaceTest, ABoxThatIsTakenAwayHasNoAnswer) {
     EXPECT_EQ(show(Buttons::YesNo, [](QDialog& box) { box.hide(); }), Button::None);
 }

@@ -1,0 +1,23 @@
+// The questions of the program's own that have a name in place of a number. A reply that was
+// given in advance reaches a question by it; without such a reply the answer is the default
+// button of the question, whatever is answered to all others.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace kavu {
+
+namespace question {
+/// Whether the former contents of a file are to be put back that was not written completely.
+inline constexpr std::string_view kRestore = "restore";
+}  // namespace question
+
+inline constexpr auto kQuestionNames = std::to_array<std::string_view>({question::kRestore});
+
+[[nodiscard]] constexpr bool isQuestionName(std::string_view name) {
+    return std::find(kQuestionNames.begin(), kQuestionNames.end(), name) != kQuestionNames.end();
+}
+
+}  // namespace kavu
