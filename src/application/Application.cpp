@@ -141,10 +141,14 @@ bool Application::startUp(UserInterface* parent, const std::function<void()>& re
         supportFolderPath(environment_, kSupportFolderName, environment_.userName, true);
     // With a settings file of its own a run needs no support folder, and makes none.
     if (settingsPath_.empty()) {
-        if (!activateSupportFolder(parent, supportFolder_)) {
-            return false;
-        }
         settingsPath_ = supportFolder_ + "kavu.ini";
+        if (const auto status = prepareSupportFolder(supportFolder_);
+            !status.ok() && parent != nullptr) {
+            parent->note(
+                formatPrintf("Settings cannot be stored: '%s': %s. They are held in "
+                             "memory for this run.",
+                             status.path(), status.reason()));
+        }
     }
     if (parts_ == nullptr) {
         parts_ = std::make_unique<Parts>(environment_, clock_, random_, settingsPath_);

@@ -2,6 +2,7 @@
 
 #include "application/Application.h"
 #include "application/Recovery.h"
+#include "application/StoreFacts.h"
 #include "core/document/BuildDocument.h"
 #include "core/document/DocumentHistory.h"
 #include "core/document/OpenDocument.h"
@@ -221,10 +222,18 @@ bool DocumentService::recover(UserInterface* ui, const std::string& folder) {
     if (ui == nullptr) {
         return false;
     }
+    const auto facts = describeStore(folder);
+    if (facts.isIncomplete() &&
+        showBox(ui, incompleteText(folder, facts) + "\n\nDo you want what was read of it?",
+                "Recover Working Store", Icon::Warning, Buttons::YesNo,
+                Button::No) != Button::Yes) {
+        return false;
+    }
     const auto& context = application_.context();
-    // The open document is no file of this one: it is asked about as any other.
-    auto prompt =
-        saveTmatsPrompt(context.document, context.settings, "Save Recovered TMATS File As", {});
+    // Neither the open document nor the recovered one is a file of this one: both are asked about
+    // as any other.
+    auto prompt = saveTmatsPrompt(context.document, context.settings,
+                                  "Save Recovered TMATS File As", proposedName(facts));
     prompt.own.clear();
     const auto choice = ui->chooseFile(prompt);
     if (!choice || choice->path.empty()) {
@@ -234,7 +243,8 @@ bool DocumentService::recover(UserInterface* ui, const std::string& folder) {
     if (application_.context().document.open && !close(ui)) {
         return false;
     }
-    return recoverStore(application_, ui, folder, choice->path) && openNamed(ui, choice->path);
+    return recoverStore(application_, ui, folder, choice->path, facts.isIncomplete()) &&
+           openNamed(ui, choice->path);
 }
 
 bool DocumentService::setVersions(UserInterface* ui, const VersionOptions& options) {

@@ -1,6 +1,7 @@
 #include "application/Recovery.h"
 
 #include "application/Application.h"
+#include "application/StoreFacts.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
 #include "core/command/CommandPath.h"
@@ -8,28 +9,31 @@
 #include "core/document/DocumentFiles.h"
 #include "core/document/DocumentHistory.h"
 #include "core/document/FileJournal.h"
+#include "core/document/StoreRecord.h"
 #include "core/files/FileIo.h"
 #include "core/talk/Messages.h"
-#include "core/talk/ProfileSettings.h"
+#include "core/text/Edition.h"
 #include "core/text/Text.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
-#include <fcntl.h>
 #include <limits>
 #include <map>
 #include <optional>
 #include <set>
-#include <sys/file.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace kavu {
 
 namespace {
 
 constexpr const char* kTitle = "Unable To Recover Working Store";
+constexpr const char* kDamagedTitle = "Recover Working Store";
+constexpr std::size_t kMaxFaults = 20;  ///< that are shown
+constexpr std::size_t kMaxNamed = 100000;
+constexpr std::int64_t kLastChunk = std::int64_t{1} << 20U;
+constexpr std::uint64_t kLongestPath = 64 * 1024;
 
 void reportFailure(UserInterface* parent, PrintfFormat<std::string, std::string> format,
                    const IoStatus& status) {
@@ -47,9 +51,30 @@ std::int64_t numberIn(const std::string& name) {
     return leadingInteger(std::string_view(name).substr(std::string_view("[kavu]").size()));
 }
 
+/// True for a file of commands or of records, each of which has an end.
+bool holdsCommands(std::string_view name) {
+    const auto kind = describeDocumentFile(name).kind;
+    return kind == DocumentFile::Group || kind == DocumentFile::Chunk || name == working::kData1;
+}
+
 /// True for the files of a document; scratch files that end in "tmp" are incomplete.
 bool belongsToDocument(const std::string& name) {
     return name.starts_with("[kavu]") && !name.ends_with("tmp") && !name.ends_with(".new");
+}
+
+/// What is wrong with a file of the store, in the words of a sentence; empty if nothing is.
+std::string faultText(FileState state) {
+    switch (state) {
+        case FileState::Missing:
+            return "is missing";
+        case FileState::NoFile:
+            return "is no file";
+        case FileState::Cut:
+            return "is cut off";
+        case FileState::Whole:
+            break;
+    }
+    return {};
 }
 
 /// Finds whether the first command of a working file is a raw C command: the crash came
@@ -109,6 +134,9 @@ class StoreCopy {
         if (auto status = findFiles(); !status.ok()) {
             return status;
         }
+        if (auto status = findFaults(); !status.ok()) {
+            return status;
+        }
         if (const auto data = files_.find(working::kData1); data != files_.end()) {
             bool raw = false;
             if (auto status = probeRawCommands(data->second, raw); !status.ok()) {
@@ -132,6 +160,11 @@ class StoreCopy {
     }
     /// The names of the unfinished operations, the outermost first.
     [[nodiscard]] const std::vector<std::string>& takenBack() const { return takenBack_; }
+
+    /// What the store said of itself before those operations.
+    [[nodiscard]] const std::optional<StoreRecord>& record() const { return record_; }
+    /// A sentence for each file that is not as it was left.
+    [[nodiscard]] const std::vector<std::string>& faults() const { return faults_; }
 
     [[nodiscard]] bool foundAnything() const { return copied_ > 0 || !raw_.empty(); }
     [[nodiscard]] bool needsConversion() const { return !raw_.empty(); }
@@ -162,7 +195,80 @@ class StoreCopy {
             files_.erase(std::string(working::kData1));
         }
         takenBack_ = std::move(changes.operations);
+        const auto record = files_.find(working::kStoreRecord);
+        return status.ok() && record != files_.end() ? readStoreRecord(record->second, record_)
+                                                     : status;
+    }
+
+    /// Compares the files with the record, and those that it does not know with themselves.
+    IoStatus findFaults() {
+        IoStatus status;
+        std::set<std::string_view> known;
+        const StoreRecord none;
+        const auto& record = record_ ? *record_ : none;
+        for (const auto& file : record.files) {
+            if (status.ok() && holdsCommands(file.name) && known.insert(file.name).second) {
+                const auto found = files_.find(file.name);
+                status =
+                    probe(file.name,
+                          found == files_.end() ? folder_ + "/" + file.name : found->second, &file);
+            }
+        }
+        findMissingChunks(record);
+        for (const auto& [name, path] : files_) {
+            if (status.ok() && (belongsToDocument(name) || name == working::kData1) &&
+                !known.contains(name)) {
+                status = probe(name, path, nullptr);
+            }
+        }
         return status;
+    }
+
+    IoStatus probe(const std::string& name, const std::string& path, const RecordedFile* recorded) {
+        FileState state = FileState::Whole;
+        auto status = probeStoreFile(path, recorded, state);
+        if (status.ok() && state == FileState::Cut && name == working::kData1) {
+            // The parser of the conversion records uses the same name for its scratch file.
+            bool isRaw = false;
+            status = probeRawCommands(path, isRaw);
+            state = isRaw ? state : FileState::Whole;
+        }
+        const bool isFault =
+            state == FileState::NoFile || (state != FileState::Whole && holdsCommands(name));
+        if (status.ok() && isFault && !(state == FileState::Missing && isConverted(name))) {
+            faults_.push_back(formatPrintf("'%s' %s.", name, faultText(state)));
+        }
+        return status;
+    }
+
+    /// True for raw C commands that have become conversion records since.
+    [[nodiscard]] bool isConverted(const std::string& name) const {
+        const bool isScratch = name == working::kData1;
+        const auto base = isRawGroup(name) ? numberIn(name) : 0;
+        return (isScratch || isRawGroup(name)) &&
+               std::any_of(files_.begin(), files_.end(), [&](const auto& file) {
+                   return (isChunk(file.first) && numberIn(file.first) >= base) ||
+                          (isScratch && isRawGroup(file.first));
+               });
+    }
+
+    void findMissingChunks(const StoreRecord& record) {
+        auto firstRaw = std::numeric_limits<std::int64_t>::max();
+        for (const auto& [name, path] : files_) {
+            firstRaw = isRawGroup(name) ? std::min(firstRaw, numberIn(name)) : firstRaw;
+        }
+        // Each number once, whatever the record says.
+        std::int64_t number = 0;
+        for (const auto& [first, last] : record.chunks) {
+            const auto end = std::min({last, firstRaw - 1, kLastChunk});
+            for (number = std::max(first, number); number <= end; ++number) {
+                const auto name = formatPrintf(working::kChunkFormat, number);
+                if (!files_.contains(name) && faults_.size() < kMaxNamed) {
+                    faults_.push_back(
+                        formatPrintf("'%s' %s.", name, faultText(FileState::Missing)));
+                }
+            }
+        }
     }
 
     /// Takes the commands of an unfinished load; what it has made of them so far is left
@@ -235,52 +341,103 @@ class StoreCopy {
     std::string folder_;
     std::map<std::string, std::string, std::less<>> files_;
     std::vector<std::string> takenBack_;
+    std::optional<StoreRecord> record_;
+    std::vector<std::string> faults_;
     std::vector<std::string> raw_;
     /// From this number on the chunks were made from raw commands that still exist.
     std::int64_t firstUnfinished_ = std::numeric_limits<std::int64_t>::max();
     int copied_ = 0;
 };
 
-bool isAbandoned(const std::string& folder, AbandonedStore& found) {
-    const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    if (descriptor < 0) {
+void reportFaults(UserInterface* parent, const std::string& folder,
+                  const std::vector<std::string>& faults) {
+    if (faults.empty()) {
+        return;
+    }
+    auto text = formatPrintf(
+        "Not every file in '%s' is as the run has left it. What was lost with one of "
+        "these files is not in the recovered document:\n",
+        folder);
+    for (std::size_t i = 0; i < faults.size() && i < kMaxFaults; ++i) {
+        text += "\n" + faults[i];
+    }
+    if (faults.size() > kMaxFaults) {
+        text += formatPrintf("\nand %d more", faults.size() - kMaxFaults);
+    }
+    showBox(parent, text, kDamagedTitle, Icon::Warning);
+}
+
+/// Contents of files of the user that a save could not put back, or of which the run died.
+void reportFormerContents(UserInterface* parent, const std::string& folder) {
+    std::vector<FolderEntry> entries;
+    (void)listFolder(folder, entries);
+    for (const auto& entry : entries) {
+        const auto path = folder + "/" + entry.name;
+        const auto note = path + std::string(working::kFormerOf);
+        std::string target;
+        if (entry.isFolder || !matchesWildcard(entry.name, working::kFormerFiles) ||
+            !isOwnPlainFile(path) || !isOwnPlainFile(note) || fileSize(note) > kLongestPath ||
+            !readWholeFile(note, target).ok()) {
+            continue;
+        }
+        showBox(parent,
+                formatPrintf("The file '%s' may not have been written completely. What it held "
+                             "before is in '%s'.",
+                             target, path),
+                kDamagedTitle, Icon::Warning);
+    }
+}
+
+/// The edition of the group files: what they say, unless the record knows it better.
+bool findEdition(DocumentContext& context, UserInterface* parent,
+                 const std::optional<StoreRecord>& record) {
+    int edition = context.document.version;
+    if (context.steps.detectVersions(parent, edition) == 0) {
         return false;
     }
-    struct stat info {};
-    // A running program holds a lock on its folder, which the system releases when it
-    // ends.
-    const bool abandoned = ::fstat(descriptor, &info) == 0 && info.st_uid == ::geteuid() &&
-                           ::flock(descriptor, LOCK_SH | LOCK_NB) == 0;
-    ::close(descriptor);
-    found = {folder, info.st_mtim.tv_sec};
-    return abandoned;
+    if (record && record->isLoaded &&
+        std::find(kEditions.begin(), kEditions.end(), record->edition) != kEditions.end()) {
+        edition = record->edition;
+    }
+    context.document.version = edition;
+    return true;
+}
+
+/// True if a store may be recovered; else it has been said why not.
+bool mayRecover(UserInterface* parent, const std::string& folder, const StoreFacts& facts,
+                bool isPartial) {
+    if (facts.isIncomplete()) {
+        showBox(parent, incompleteText(folder, facts), kTitle, Icon::Warning);
+        return isPartial;
+    }
+    if (parent != nullptr && !facts.record) {
+        parent->note(formatPrintf(
+            "The folder '%s' does not say whether its file was read to the end.", folder));
+    }
+    if (parent != nullptr && facts.record && !facts.record->isLoaded) {
+        parent->note(
+            formatPrintf("The run that left '%s' behind was still opening its file.", folder));
+    }
+    return true;
 }
 
 }  // namespace
 
-std::vector<AbandonedStore> findAbandonedStores(const std::string& temporaryRoot,
-                                                IoStatus* failure) {
-    std::vector<FolderEntry> entries;
-    std::vector<AbandonedStore> stores;
-    if (auto status = listFolder(temporaryRoot, entries); failure != nullptr) {
-        *failure = std::move(status);
-    }
-    for (const auto& entry : entries) {
-        AbandonedStore store;
-        if (entry.isFolder && entry.name.starts_with(kApplicationName) &&
-            isAbandoned(temporaryRoot + "/" + entry.name, store)) {
-            stores.push_back(std::move(store));
-        }
-    }
-    std::sort(stores.begin(), stores.end(),
-              [](const auto& a, const auto& b) { return a.modified > b.modified; });
-    return stores;
-}
-
 bool recoverStore(Application& application, UserInterface* parent, const std::string& folder,
-                  const std::string& output) {
+                  const std::string& output, bool isPartial) {
     auto& context = application.context();
     auto& document = context.document;
+    const StoreClaim claim(folder);
+    if (claim.isInUse()) {
+        showBox(parent,
+                formatPrintf("The folder '%s' belongs to a run that has not ended.", folder),
+                kTitle);
+        return false;
+    }
+    if (!mayRecover(parent, folder, describeStore(folder), isPartial) ||
+        !context.store.leaveKeptFolder(parent)) {
+        return false;
+    }
     std::optional<LoadScope> load(std::in_place, context.files);
     StoreCopy copy(context, folder);
     if (const auto status = copy.run(); !status.ok()) {
@@ -297,18 +454,27 @@ bool recoverStore(Application& application, UserInterface* parent, const std::st
             parent->note(formatPrintf("'%s' had not ended: it is taken back.", operation));
         }
     }
-    int input = document.version;
-    if (context.steps.detectVersions(parent, input) == 0) {
+    reportFaults(parent, folder, copy.faults());
+    if (!findEdition(context, parent, copy.record())) {
         return false;
     }
-    document.version = input;
     document.kind = DocumentKind::TmatsFile;
     context.history.markCorrected();
-    const bool converted = !copy.needsConversion() || context.steps.loadConversions(parent, input);
+    const bool converted =
+        !copy.needsConversion() || context.steps.loadConversions(parent, document.version);
     context.messages.showLog(parent, folder);
     load.reset();
     context.history.markOpened();
-    return converted && saveDocumentTo(context, parent, output);
+    if (!converted || !saveDocumentTo(context, parent, output)) {
+        return false;
+    }
+    reportFormerContents(parent, folder);
+    if (const auto status = markRecovered(folder, output, context.clock);
+        !status.ok() && parent != nullptr) {
+        parent->note(formatPrintf("The folder could not be marked as recovered: '%s': %s",
+                                  status.path(), status.reason()));
+    }
+    return true;
 }
 
 }  // namespace kavu

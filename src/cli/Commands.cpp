@@ -3,6 +3,7 @@
 #include "application/Application.h"
 #include "application/DocumentService.h"
 #include "application/Recovery.h"
+#include "application/StoreFacts.h"
 #include "cli/TerminalText.h"
 #include "conversion/ConversionStore.h"
 #include "core/WorkingStore.h"
@@ -83,7 +84,8 @@ bool storeCommand(CommandContext& context, CommandOutput& output) {
     Json names = Json::array();
     for (const auto& entry : entries) {
         // The folders of the store are scratch places of editors; an opened document has none.
-        if (!entry.isFolder && status.ok()) {
+        // The record is about this folder and this run, and of no use in another one.
+        if (!entry.isFolder && entry.name != working::kStoreRecord && status.ok()) {
             status = copyFile(store.pathOf(entry.name), into + "/" + entry.name);
             names.push_back(jsonText(entry.name));
             output.text += terminalLine(entry.name) + "\n";
@@ -106,6 +108,24 @@ std::string isoTime(std::int64_t seconds) {
     const auto time = localTime(seconds);
     return formatPrintf("%4.4d-%2.2d-%2.2dT%2.2d:%2.2d:%2.2d", time.year, time.month, time.day,
                         time.hour, time.minute, time.second);
+}
+
+Json storeMembers(const AbandonedStore& found, const StoreFacts& facts) {
+    Json members{{"folder", jsonText(found.folder)}, {"modified", isoTime(found.modified)}};
+    if (facts.record) {
+        members["source"] = jsonText(facts.record->source.path);
+        members["complete"] = facts.record->isSplit;
+    }
+    members["recovered"] = facts.isRecovered;
+    return members;
+}
+
+std::string stateText(const StoreFacts& facts) {
+    std::string text = facts.record ? facts.record->source.path : std::string();
+    if (facts.isIncomplete()) {
+        text += " (incomplete)";
+    }
+    return facts.isRecovered ? text + " (recovered as " + facts.recoveredAs + ")" : text;
 }
 
 // --- the table ----------------------------------------------------------------------------
@@ -166,7 +186,8 @@ const DocumentCommand& documentCommand(Command command) {
 }
 
 bool recoverCommand(CommandContext& context, CommandOutput& output) {
-    if (!recoverStore(context.application, context.ui, context.line.file, context.line.output)) {
+    const auto& line = context.line;
+    if (!recoverStore(context.application, context.ui, line.file, line.output, line.partial)) {
         return false;
     }
     output.members["output"] = jsonText(context.line.output);
@@ -180,9 +201,10 @@ bool listAbandonedCommand(CommandContext& context, CommandOutput& output) {
     std::vector<std::vector<std::string>> rows;
     IoStatus failure;
     for (const auto& found : findAbandonedStores(store.temporaryRoot(), &failure)) {
-        stores.push_back(
-            {{"folder", jsonText(found.folder)}, {"modified", isoTime(found.modified)}});
-        rows.push_back({isoTime(found.modified), terminalLine(found.folder)});
+        const auto facts = describeStore(found.folder);
+        stores.push_back(storeMembers(found, facts));
+        rows.push_back(
+            {isoTime(found.modified), terminalLine(found.folder), terminalLine(stateText(facts))});
     }
     if (!failure.ok()) {
         showBox(context.ui,

@@ -16,6 +16,7 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace kavu {
 
@@ -43,6 +44,9 @@ constexpr auto kNamedFiles = std::to_array<std::string_view>({
     "[kavu]TmpPCMFMT.FFI",
     "[kavu]TmpPCMFMT.ALTTAG",
 });
+
+/// Goes last: until then it says what of the document is gone.
+constexpr std::string_view kLastFile = working::kStoreRecord;
 
 /// True for a folder in which former contents of files are kept.
 bool isOwnFolder(std::string_view name) {
@@ -139,6 +143,7 @@ class DocumentCleaner {
             step();
         }
         removeTheRest();
+        removeFile(std::string(kLastFile));
         for (const auto& folder : listing_.folders()) {
             if (isOwnFolder(folder)) {
                 deleteFolderReported(parent_, store_.pathOf(folder));
@@ -198,6 +203,14 @@ class DocumentCleaner {
     int steps_ = 0;
 };
 
+/// True if files can be made in a folder, or in the one that it would be made in.
+bool canMakeEntries(std::string folder) {
+    while (::access(folder.c_str(), F_OK) != 0 && folder.size() > 1) {
+        folder = folderOf(folder);
+    }
+    return folderExists(folder) && ::access(folder.c_str(), W_OK | X_OK) == 0;
+}
+
 bool isPlainInFileName(char c) {
     constexpr std::string_view kPlain = "-_+.#@$&=,()[]{}!'~^ ";
     return isDigit(c) || (toLowerAscii(c) >= 'a' && toLowerAscii(c) <= 'z') ||
@@ -212,9 +225,7 @@ bool working::isOpenOperation(std::string_view name) {
 }
 
 WorkingStore::~WorkingStore() {
-    if (lock_ >= 0) {
-        ::close(lock_);
-    }
+    releaseLock();
 }
 
 std::string WorkingStore::temporaryRoot() const {
@@ -223,7 +234,8 @@ std::string WorkingStore::temporaryRoot() const {
     }
     // Next to the settings of this user.
     const auto beside = supportFolderPath(environment_, "x", environment_.userName, false);
-    return folderOf(beside.substr(0, beside.size() - 1));
+    const auto root = folderOf(beside.substr(0, beside.size() - 1));
+    return canMakeEntries(root) ? root : "/tmp";
 }
 
 bool WorkingStore::activate(UserInterface* parent, std::string_view applicationName,
@@ -231,6 +243,8 @@ bool WorkingStore::activate(UserInterface* parent, std::string_view applicationN
     if (active()) {
         return true;  // one store for one process
     }
+    applicationName_ = applicationName;
+    random_ = &random;
     const auto guid = makeGuid(random);
     const auto root = temporaryRoot();
     folder_ = root + "/" + std::string(applicationName) + (guid ? "-" + *guid : std::string());
@@ -293,12 +307,40 @@ void WorkingStore::deactivate(UserInterface* parent) {
     if (!active()) {
         return;
     }
-    deleteFolderReported(parent, folder_);
+    if (!isKept_) {
+        deleteFolderReported(parent, folder_);
+    } else if (parent != nullptr) {
+        parent->note(
+            formatPrintf("The folder '%s' is left behind: recover the document from it.", folder_));
+    }
+    releaseLock();
+    isKept_ = false;
+    folder_.clear();
+}
+
+void WorkingStore::releaseLock() {
     if (lock_ >= 0) {
         ::close(lock_);
         lock_ = -1;
     }
-    folder_.clear();
+}
+
+bool WorkingStore::leaveKeptFolder(UserInterface* parent) {
+    if (!isKept_) {
+        return true;
+    }
+    const auto kept = std::exchange(folder_, {});
+    const int lock = std::exchange(lock_, -1);
+    if (!activate(parent, std::string(applicationName_), *random_)) {
+        folder_ = kept;
+        lock_ = lock;
+        return false;
+    }
+    if (lock >= 0) {
+        ::close(lock);
+    }
+    isKept_ = false;
+    return true;
 }
 
 std::string WorkingStore::pathOf(std::string_view name) const {
@@ -326,7 +368,7 @@ bool WorkingStore::deleteFiles(UserInterface* parent, std::string_view pattern) 
 }
 
 void WorkingStore::clearDocumentFiles(UserInterface* parent, int edition) const {
-    if (active()) {
+    if (active() && !isKept_) {
         DocumentCleaner(*this, parent, true, edition).remove();
     }
 }

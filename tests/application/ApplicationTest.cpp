@@ -1,5 +1,7 @@
 #include "application/Application.h"
+#include "core/WorkingStore.h"
 #include "core/document/OpenDocument.h"
+#include "core/talk/ProfileSettings.h"
 #include "support/TestApplication.h"
 
 namespace kavu::test {
@@ -53,6 +55,36 @@ TEST(ApplicationTest, WithNoSettingsFileGivenTheSupportFolderHoldsIt) {
     EXPECT_EQ(application.supportFolder(), folder / "data/KavuSupportFiles/");
     EXPECT_TRUE(fileExists(folder / "data/KavuSupportFiles/kavu.ini"));
     EXPECT_TRUE(application.shutDown(&ui));
+}
+
+TEST(ApplicationTest, AHomeThatCannotBeWrittenIsARemarkAndSettingsAreHeldInMemory) {
+    TempFolder folder;
+    RecordingInterface ui;
+    const SystemClock clock;
+    CountingRandom random;
+    writeFile(folder / "file", "in the way");
+    Application application(testEnvironment({{"TEMP", folder.path()}, {"HOME", folder / "file"}}),
+                            clock, random);
+    ASSERT_TRUE(application.startUp(&ui));
+    EXPECT_TRUE(ui.boxes.empty());
+    ASSERT_EQ(ui.notes.size(), 1U);
+    EXPECT_EQ(ui.notes[0], "Settings cannot be stored: '" + (folder / "file") +
+                               "': Not a directory. They are held in memory for this run.");
+    auto& settings = application.context().settings;
+    settings.set(setting::kFloatPrecision, 3);
+    EXPECT_EQ(settings.get(setting::kFloatPrecision), 3);
+    EXPECT_TRUE(application.shutDown(&ui));
+}
+
+TEST(ApplicationTest, WithNeitherTempNorAHomeTheStoreIsWhereEveryoneMayWrite) {
+    TempFolder folder;
+    writeFile(folder / "file", "in the way");
+    const SystemClock clock;
+    SystemRandomSource random;
+    Application application(testEnvironment({{"HOME", folder / "file"}}), clock, random);
+    ASSERT_TRUE(application.startUp(nullptr));
+    EXPECT_EQ(folderOf(application.context().store.folder()), "/tmp");
+    EXPECT_TRUE(application.shutDown(nullptr));
 }
 
 TEST(ApplicationTest, WelcomeTextIsLookedForInTheFolderOfAllUsersThenBesideTheProgram) {

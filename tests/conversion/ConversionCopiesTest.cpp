@@ -140,8 +140,10 @@ TEST(ConversionCopies, ACopyThatCanNotBePutBackIsReportedAndStays) {
     ASSERT_TRUE(deleteFile(path).ok());
     ASSERT_TRUE(makeFolders(path + "/in the way").ok());
     EXPECT_FALSE(c.restore(&c.ui));
-    ASSERT_EQ(c.ui.boxes.size(), 1U);
-    EXPECT_TRUE(fileExists(c.store.pathOf("EuDefinitions/[kavu]00000000.C_O")));
+    EXPECT_EQ(c.ui.boxes.size(), 2U);
+    EXPECT_TRUE(c.history.isFrozen());
+    // Recovery does not look into "EuDefinitions", whose accepted edits are to stay.
+    EXPECT_TRUE(fileExists(c.store.pathOf("TEMP0/[kavu]00000000.C_O")));
     EXPECT_TRUE(c.conversions.locateDefinition("B").found) << "the other chunk is back";
     ASSERT_TRUE(deleteFolder(path).ok());
 }

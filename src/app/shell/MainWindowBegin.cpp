@@ -8,7 +8,7 @@
 #include "app/shell/TreePanel.h"
 #include "application/Application.h"
 #include "application/DocumentService.h"
-#include "application/Recovery.h"
+#include "application/StoreFacts.h"
 #include "core/WorkingStore.h"
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
@@ -250,7 +250,8 @@ void MainWindow::offerRecovery() {
     auto stores = findAbandonedStores(application_.context().store.temporaryRoot());
     std::erase_if(stores, [&](const AbandonedStore& store) {
         return std::find(dismissed.begin(), dismissed.end(), fileNameOf(store.folder)) !=
-               dismissed.end();
+                   dismissed.end() ||
+               describeStore(store.folder).isRecovered;
     });
     if (stores.empty()) {
         return;

@@ -10,6 +10,7 @@
 #include "core/document/GroupFiles.h"
 #include "core/document/GroupRewrite.h"
 #include "core/document/SaveTarget.h"
+#include "core/document/Transaction.h"
 #include "core/files/FileIo.h"
 #include "core/talk/FilePrompts.h"
 #include "core/talk/FileReports.h"
@@ -415,6 +416,10 @@ bool saveDocumentAs(DocumentContext& context, UserInterface* parent) {
 
 bool saveDocumentTo(DocumentContext& context, UserInterface* parent, const std::string& path) {
     const auto& steps = context.steps;
+    if (context.history.isFrozen()) {
+        reportFrozen(context, parent);
+        return false;
+    }
     const SaveScope scope(context.files);
     const bool saved = checkNoneVanished(context, parent) &&
                        (!steps.storeOpenEditor || steps.storeOpenEditor(parent)) &&
@@ -425,6 +430,8 @@ bool saveDocumentTo(DocumentContext& context, UserInterface* parent, const std::
         return false;
     }
     context.document.path = absolutePath(path);
+    // What it says of the file before is of no harm.
+    (void)context.files.recordState(context.document.version, describeSource(path));
     context.history.markSaved();
     context.messages.showLog(parent, path);
     return true;

@@ -4,6 +4,7 @@
 #include "core/document/GroupFiles.h"
 #include "core/text/Text.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <charconv>
 #include <cstdlib>
@@ -18,6 +19,7 @@ namespace {
 
 constexpr std::string_view kBeside = ".new";
 constexpr std::string_view kHead = "[kavu]";
+constexpr std::size_t kMaxChunks = std::size_t{1} << 20U;
 
 std::string besideOf(const std::string& path) {
     return path + std::string(kBeside);
@@ -50,6 +52,10 @@ std::string_view between(std::string_view name, std::string_view tail) {
 DocumentFile describeDocumentFile(std::string_view name) {
     DocumentFile file;
     file.name = name;
+    if (name == working::kStoreRecord) {
+        file.kind = DocumentFile::Record;
+        return file;
+    }
     for (const std::string_view tail : {".C_O", ".C_RAW"}) {
         if (const auto number = wholeNumber(between(name, tail)); number >= 0) {
             file.kind = DocumentFile::Chunk;
@@ -104,11 +110,11 @@ DocumentWriter::~DocumentWriter() {
     drop();
 }
 
-IoStatus DocumentWriter::close() {
+IoStatus DocumentWriter::close(bool isDurable) {
     if (!open_) {
         return status();
     }
-    auto closed = out_.close();
+    auto closed = out_.close(isDurable);
     if (status_.ok()) {
         status_ = std::move(closed);
     }
@@ -298,6 +304,10 @@ IoStatus DocumentFiles::move(std::string_view from, std::string_view to) {
 // --- what there is ------------------------------------------------------------------------
 
 void DocumentFiles::remember(std::string_view name) {
+    if (name == working::kStoreRecord) {
+        // An undo may have put a former one back.
+        writtenRecord_.clear();
+    }
     if (made_.contains(name)) {
         return;
     }
@@ -308,12 +318,34 @@ void DocumentFiles::remember(std::string_view name) {
          (file.number >= kLeastGroupIndex && file.number <= kMostGroupIndex))) {
         made_.emplace(name);
     }
+    noteChunk(file, true);
+}
+
+/// A document has thousands of these files, so that only their numbers are kept.
+void DocumentFiles::noteChunk(const DocumentFile& file, bool isThere) {
+    const auto number = static_cast<std::size_t>(file.number);
+    if (file.kind != DocumentFile::Chunk) {
+        return;
+    }
+    if (file.name.ends_with(".C_RAW")) {
+        if (isThere) {
+            rawGroups_.insert(file.name);
+        } else {
+            rawGroups_.erase(file.name);
+        }
+    } else if (isThere && number < kMaxChunks) {
+        chunks_.resize(std::max(chunks_.size(), number + 1));
+        chunks_[number] = true;
+    } else if (number < chunks_.size()) {
+        chunks_[number] = false;
+    }
 }
 
 void DocumentFiles::forget(std::string_view name) {
     if (const auto found = made_.find(name); found != made_.end()) {
         made_.erase(found);
     }
+    noteChunk(describeDocumentFile(name), false);
 }
 
 std::vector<std::string> DocumentFiles::missing() const {
@@ -327,8 +359,94 @@ std::vector<std::string> DocumentFiles::missing() const {
     return gone;
 }
 
+void DocumentFiles::recordFiles() {
+    std::vector<std::string> names(made_.begin(), made_.end());
+    names.insert(names.end(), rawGroups_.begin(), rawGroups_.end());
+    if (!record_->isLoaded) {
+        names.emplace_back(working::kData1);
+    }
+    record_->files.clear();
+    for (const auto& name : names) {
+        struct stat info {};
+        if (::stat(path(name).c_str(), &info) == 0) {
+            record_->files.push_back({name, static_cast<std::uint64_t>(info.st_size),
+                                      static_cast<std::uint64_t>(info.st_ino)});
+        }
+    }
+    record_->chunks.clear();
+    for (std::size_t i = 0; i < chunks_.size(); ++i) {
+        if (chunks_[i] && (i == 0 || !chunks_[i - 1])) {
+            record_->chunks.emplace_back(i, i);
+        } else if (chunks_[i]) {
+            record_->chunks.back().second = static_cast<std::int64_t>(i);
+        }
+    }
+}
+
+IoStatus DocumentFiles::writeRecord(bool isDurable) {
+    recordFiles();
+    auto text = storeRecordText(*record_);
+    if (text == writtenRecord_) {
+        return {};
+    }
+    auto file = writer(working::kStoreRecord);
+    file.write(text);
+    auto status = file.close(isDurable);
+    if (status.ok() && isDurable) {
+        status = syncFolder(store_.folder());
+    }
+    if (status.ok()) {
+        writtenRecord_ = std::move(text);
+    }
+    return status;
+}
+
+IoStatus DocumentFiles::beginRecord(DocumentSource source) {
+    record_.emplace();
+    record_->source = std::move(source);
+    return writeRecord(false);
+}
+
+IoStatus DocumentFiles::recordSplit() {
+    record_->isSplit = true;
+    return writeRecord(true);
+}
+
+IoStatus DocumentFiles::recordEdition(int edition) {
+    if (!record_) {
+        return {};
+    }
+    record_->edition = edition;
+    return writeRecord(true);
+}
+
+IoStatus DocumentFiles::recordState(int edition) {
+    if (!record_) {
+        return {};
+    }
+    record_->isSplit = true;
+    record_->isLoaded = true;
+    record_->edition = edition;
+    return writeRecord(false);
+}
+
+IoStatus DocumentFiles::recordState(int edition, DocumentSource source) {
+    if (record_) {
+        record_->source = std::move(source);
+    }
+    return recordState(edition);
+}
+
+void DocumentFiles::keepForRecovery() {
+    store_.keepForRecovery();
+}
+
 void DocumentFiles::clear(UserInterface* parent, int edition) {
     made_.clear();
+    rawGroups_.clear();
+    chunks_.clear();
+    record_.reset();
+    writtenRecord_.clear();
     store_.clearDocumentFiles(parent, edition);
 }
 

@@ -3,9 +3,11 @@
 // of each change before it happens and can have the former contents kept.
 #pragma once
 
+#include "core/document/StoreRecord.h"
 #include "core/files/FileIo.h"
 
 #include <cstdint>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -24,6 +26,7 @@ struct DocumentFile {
         Chunk,    ///< conversion records, or the raw commands they are made from
         Comment,  ///< the comment of a conversion record
         Side,     ///< what an editor keeps next to the groups
+        Record,   ///< what the store says of itself
     };
     Kind kind = Side;
     char letter = 0;          ///< the letter of a group, 'C' for a chunk or comment, else 0
@@ -58,7 +61,7 @@ class DocumentWriter {
     [[nodiscard]] const IoStatus& status() const { return status_.ok() ? out_.status() : status_; }
     /// Puts the file in its place. After a failure the former file is as it was. A second
     /// call does nothing and returns the status of the first.
-    IoStatus close();
+    IoStatus close(bool isDurable = false);
     /// Discards what was written; the former file stays.
     void drop();
 
@@ -81,7 +84,7 @@ class DocumentWriter {
 class DocumentFiles {
   public:
     /// The store must outlive the object.
-    explicit DocumentFiles(const WorkingStore& store) : store_(store) {}
+    explicit DocumentFiles(WorkingStore& store) : store_(store) {}
     DocumentFiles(const DocumentFiles&) = delete;
     DocumentFiles& operator=(const DocumentFiles&) = delete;
 
@@ -116,6 +119,21 @@ class DocumentFiles {
     /// For the close of a document: deletes all its files, as
     /// `WorkingStore::clearDocumentFiles`, and forgets them. Their contents are not kept.
     void clear(UserInterface* parent, int edition);
+    /// Says in the store that a load from this file has begun; with an empty path, that a new
+    /// document is made.
+    IoStatus beginRecord(DocumentSource source);
+    /// Says that every command of the source is in the store. It is on the disk on return.
+    /// REQUIRES: the record was begun.
+    IoStatus recordSplit();
+    /// Says what edition the group files are of, which are not loaded yet; on the disk as well.
+    IoStatus recordEdition(int edition);
+    /// Says that the document is loaded, or what an operation has made of it. The record is
+    /// written only if it differs, and not if none was begun.
+    IoStatus recordState(int edition);
+    /// The same after a save: from here on the document is that file.
+    IoStatus recordState(int edition, DocumentSource source);
+    /// See `WorkingStore::keepForRecovery`.
+    void keepForRecovery();
 
     /// Sets the keeper to call before a change; null for none. Returns the previous one,
     /// to be set again. REQUIRES: the keeper lives until another one is set.
@@ -140,15 +158,23 @@ class DocumentFiles {
     [[nodiscard]] IoStatus announce(std::string_view name) const;
     IoStatus replace(const std::string& beside, std::string_view name);
     IoStatus appendTo(const std::string& path, std::string_view bytes, bool exists);
+    void recordFiles();
+    IoStatus writeRecord(bool isDurable);
     void remember(std::string_view name);
     void forget(std::string_view name);
+    void noteChunk(const DocumentFile& file, bool isThere);
 
-    const WorkingStore& store_;
+    WorkingStore& store_;
     FormerFileKeeper* keeper_ = nullptr;
     RoomMaker* roomMaker_ = nullptr;
     /// Group files only: a document has thousands of chunks, but a group at most one file
     /// per index.
     std::set<std::string, std::less<>> made_;
+    std::set<std::string, std::less<>> rawGroups_;
+    std::vector<bool> chunks_;  ///< by number
+    std::optional<StoreRecord> record_;
+    /// The record as it is in the store; empty if that is not known.
+    std::string writtenRecord_;
     int scopes_ = 0;
     int loads_ = 0;
     bool scopesDemanded_ = false;

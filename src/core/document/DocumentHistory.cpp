@@ -6,6 +6,7 @@
 #include "core/text/Printf.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <utility>
 
 namespace kavu {
@@ -18,9 +19,28 @@ std::vector<DocumentFile> describe(const std::vector<std::string>& names) {
     std::vector<DocumentFile> files;
     files.reserve(names.size());
     for (const auto& name : names) {
-        files.push_back(describeDocumentFile(name));
+        auto file = describeDocumentFile(name);
+        if (file.kind != DocumentFile::Record) {
+            files.push_back(std::move(file));
+        }
     }
     return files;
+}
+
+void releaseAll(KeptFiles& files, DocumentFile::Kind kind) {
+    for (const auto& name : files.names()) {
+        if (describeDocumentFile(name).kind == kind) {
+            files.release(name);
+        }
+    }
+}
+
+/// The record of the store alone is nothing that a user could want back.
+bool holdsNoDocumentFile(const KeptFiles& files) {
+    const auto names = files.names();
+    return std::all_of(names.begin(), names.end(), [](const std::string& name) {
+        return describeDocumentFile(name).kind == DocumentFile::Record;
+    });
 }
 
 }  // namespace
@@ -95,6 +115,9 @@ IoStatus DocumentHistory::beforeChange(std::string_view name) {
     if (files_.isLoading()) {
         return {};
     }
+    if (isFrozen_) {
+        return {files_.path(name), ENOTRECOVERABLE};
+    }
     for (auto* const journal : journals_) {
         if (auto status = journal->beforeChange(name); !status.ok()) {
             return status;
@@ -135,13 +158,9 @@ void DocumentHistory::keepToLimits(const Level* except) {
 
 IoStatus DocumentHistory::addLevel(KeptFiles& files, const std::string& name, int version) {
     // What an editor keeps next to the groups comes and goes with the editor.
-    for (const auto& kept : files.names()) {
-        if (describeDocumentFile(kept).kind == DocumentFile::Side) {
-            files.release(kept);
-        }
-    }
+    releaseAll(files, DocumentFile::Side);
     files.dropUnchanged();
-    if (files.empty()) {
+    if (holdsNoDocumentFile(files)) {
         return {};
     }
     if (auto status = files.moveTo(folderFor(working::kUndoLevels)); !status.ok()) {
@@ -178,12 +197,15 @@ IoStatus DocumentHistory::putBackAll(KeptFiles& files) {
     auto status = files.putBackAll();
     if (status.ok()) {
         files.drop();
-    } else {
-        if (working::isOpenOperation(files.folder())) {
-            (void)files.moveTo(folderFor(working::kUndoLevels));
-        }
-        files.leave();
+        return status;
     }
+    isFrozen_ = true;
+    files_.keepForRecovery();
+    if (!working::isOpenOperation(files.folder())) {
+        // Recovery takes back what is in folders of this name.
+        (void)files.moveTo(formatPrintf("%s%d", working::kOpenOperation, std::max(depth_ - 1, 0)));
+    }
+    files.leave();
     return status;
 }
 
@@ -293,6 +315,7 @@ void DocumentHistory::clear() {
     saved_ = state_;
     corrected_ = false;
     document_.changed = false;
+    isFrozen_ = false;
 }
 
 }  // namespace kavu

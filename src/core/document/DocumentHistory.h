@@ -41,6 +41,10 @@ class DocumentHistory : private FormerFileKeeper, private RoomMaker {
     [[nodiscard]] const std::string& redoName() const;
     /// True from the begin of an operation to its end.
     [[nodiscard]] bool isInOperation() const { return depth_ > 0; }
+    /// True after former contents could not be put back: the files are neither what they were
+    /// nor what they were to become. Until the document is closed nothing changes any more
+    /// (ENOTRECOVERABLE), so that recovery finds them as if the program had died there.
+    [[nodiscard]] bool isFrozen() const { return isFrozen_; }
     [[nodiscard]] std::size_t levels() const { return undo_.size() + redo_.size(); }
     /// False if there is no level or a file could not be written, which is reported; then
     /// the document is as it was.
@@ -99,8 +103,8 @@ class DocumentHistory : private FormerFileKeeper, private RoomMaker {
     IoStatus addLevel(KeptFiles& files, const std::string& name, int version);
     /// Makes an operation that the user has not asked for a part of its neighbours.
     IoStatus joinNeighbours(KeptFiles& files);
-    /// Puts everything back; what cannot be put back stays in a folder that is never
-    /// emptied.
+    /// Puts everything back. If that fails, what is left stays where recovery takes it back
+    /// from, and the document is frozen.
     IoStatus putBackAll(KeptFiles& files);
     bool go(Levels& from, Levels& to, DocumentChange::Kind kind, UserInterface* parent);
     IoStatus exchange(const Level& wanted, KeptFiles& held);
@@ -121,6 +125,7 @@ class DocumentHistory : private FormerFileKeeper, private RoomMaker {
     std::int64_t state_ = 0;
     std::int64_t saved_ = 0;
     bool corrected_ = false;
+    bool isFrozen_ = false;
 };
 
 }  // namespace kavu

@@ -18,6 +18,7 @@ namespace {
 constexpr unsigned kPrivate = 0700;
 constexpr std::string_view kNone = ".none";  ///< follows the name of a file that did not exist
 constexpr std::string_view kNote = ".operation";
+constexpr std::uint64_t kLongestNote = 4096;
 constexpr std::string_view kPart = ".part";  ///< follows the name of a copy that is being made
 
 void keepFirst(IoStatus& first, IoStatus status) {
@@ -369,7 +370,9 @@ IoStatus readOpenFolder(const std::string& folder, OpenChanges& changes) {
         }
         if (name == kNote) {
             std::string operation;
-            if (readWholeFile(folder + "/" + entry.name, operation).ok()) {
+            const auto path = folder + "/" + entry.name;
+            if (isOwnPlainFile(path) && fileSize(path) <= kLongestNote &&
+                readWholeFile(path, operation).ok()) {
                 changes.operations.insert(changes.operations.begin(), operation);
             }
             continue;

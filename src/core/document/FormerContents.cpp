@@ -3,6 +3,7 @@
 #include "core/WorkingStore.h"
 #include "core/files/FileIo.h"
 #include "core/talk/OpenFileChecked.h"
+#include "core/talk/QuestionNames.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Printf.h"
 
@@ -11,13 +12,40 @@ namespace kavu {
 namespace {
 
 constexpr const char* kSavingTitle = "Error Saving TMATS File";
-constexpr const char* kWorkingName = "FORMER.TMP";
+
+/// Other contents may be kept for recovery already.
+std::string freeName(const WorkingStore& store) {
+    std::string path;
+    for (int number = 0; path.empty() || fileExists(path); ++number) {
+        path = store.pathOf(formatPrintf(working::kFormerFormat, number));
+    }
+    return path;
+}
+
+/// Yes unless the answer is no: it costs nothing, and the other way loses a file.
+bool wantsFormer(UserInterface* parent, const std::string& target) {
+    if (parent == nullptr) {
+        return true;
+    }
+    MessageBox box;
+    box.name = question::kRestore;
+    box.title = kSavingTitle;
+    box.text = formatPrintf(
+        "The file '%s' was not written completely.\n\n"
+        "Do you want its former contents to be put back?",
+        target);
+    box.icon = Icon::Question;
+    box.buttons = Buttons::YesNo;
+    box.defaultButton = Button::Yes;
+    return parent->message(box) != Button::No;
+}
 
 }  // namespace
 
 FormerContents::~FormerContents() {
     if (inStore_) {
         (void)deleteFile(kept_);
+        (void)deleteFile(kept_ + std::string(working::kFormerOf));
     }
 }
 
@@ -44,10 +72,14 @@ bool FormerContents::keep(UserInterface* parent, const std::string& target, bool
             return true;
         }
     }
-    const auto copy = store_.pathOf(kWorkingName);
+    const auto copy = freeName(store_);
     inStore_ = true;
     kept_ = copy;
-    if (const auto status = copyFile(target, copy); !status.ok()) {
+    auto status = copyFile(target, copy);
+    if (status.ok()) {
+        status = writeWholeFile(copy + std::string(working::kFormerOf), target);
+    }
+    if (!status.ok()) {
         showBox(parent,
                 formatPrintf("Unable to keep the contents of '%s' before it is overwritten.\n\n"
                              "Unable to copy '%s'\n\nReason: %s",
@@ -59,17 +91,15 @@ bool FormerContents::keep(UserInterface* parent, const std::string& target, bool
 }
 
 void FormerContents::offerToPutBack(UserInterface* parent) {
-    if (kept_.empty() ||
-        showBox(parent,
-                formatPrintf("The file '%s' was not written completely.\n\n"
-                             "Do you want its former contents to be put back?",
-                             target_),
-                kSavingTitle, Icon::Question, Buttons::YesNo, Button::Yes) != Button::Yes) {
+    if (kept_.empty() || !wantsFormer(parent, target_)) {
         return;
     }
     if (const auto status = copyFile(kept_, target_, true); !status.ok()) {
-        // The only copy left must outlive this object.
-        inStore_ = false;
+        if (inStore_) {
+            // The only copy left must outlive this object and the run.
+            inStore_ = false;
+            store_.keepForRecovery();
+        }
         showBox(parent,
                 formatPrintf("Unable to put the former contents of '%s' back.\n\nThey are in "
                              "'%s'.\n\nUnable to write '%s'\n\nReason: %s",

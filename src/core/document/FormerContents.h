@@ -11,7 +11,7 @@ class WorkingStore;
 
 class FormerContents {
   public:
-    explicit FormerContents(const WorkingStore& store) : store_(store) {}
+    explicit FormerContents(WorkingStore& store) : store_(store) {}
     FormerContents(const FormerContents&) = delete;
     FormerContents& operator=(const FormerContents&) = delete;
     ~FormerContents();
@@ -19,12 +19,12 @@ class FormerContents {
     /// Keeps the contents of an existing target: as its backup, or without `backup` as a
     /// copy in the working store. False if the save is to stop, which has been reported.
     bool keep(UserInterface* parent, const std::string& target, bool backup);
-    /// Asks whether the former contents are to be put back (default Yes), and does so.
-    /// Without a parent, or if there were none, the target stays as it is.
+    /// Asks whether the former contents are to be put back, and does so unless the answer is
+    /// no. If that fails, and they are in no backup, the working store is kept for recovery.
     void offerToPutBack(UserInterface* parent);
 
   private:
-    const WorkingStore& store_;
+    WorkingStore& store_;
     std::string target_;
     std::string kept_;
     bool inStore_ = false;

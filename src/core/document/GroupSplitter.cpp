@@ -37,6 +37,10 @@ bool GroupSplitter::run(const std::string& path) {
     if (!openFileChecked(parent_, path, source)) {
         return false;
     }
+    if (const auto status = context_.files.beginRecord(describeSource(path)); !status.ok()) {
+        reportWriteFailure(status);
+        return false;
+    }
     conversions_.name = working::kData1;
     unsplit_.name = working::kUnsplitConversions;
     conversions_.title = "EU Information - Measurement: #%d";
@@ -69,6 +73,11 @@ bool GroupSplitter::run(const std::string& path) {
                     : formatPrintf("Unable to read '%s'\n\nReason: %s", failure.path(),
                                    failure.reason()),
                 "Unable To Open File");
+        return false;
+    }
+    // The source is closed after this: from then on the store is as good as the file.
+    if (const auto status = context_.files.recordSplit(); !status.ok()) {
+        reportWriteFailure(status);
         return false;
     }
     notes_.tell(parent_, true);

@@ -84,10 +84,22 @@ void remarkLoss(UserInterface* parent, const std::string& path) {
     }
 }
 
+/// Reports that the store could not say what it holds.
+bool isRecorded(const DocumentContext& context, UserInterface* parent, const IoStatus& status) {
+    if (!status.ok()) {
+        context.messages.showFailure(parent, status, 158, title::kErrorReading, kWarningBox,
+                                     status.path());
+    }
+    return status.ok();
+}
+
 bool loadContents(DocumentContext& context, UserInterface* parent, const std::string& path,
                   const LoadOptions& options) {
     if (!options.create) {
         return readTmatsFile(context, parent, path, options.project);
+    }
+    if (!isRecorded(context, parent, context.files.beginRecord({}))) {
+        return false;
     }
     if (createNewTmatsFile(context, parent, options.makeTemplate)) {
         context.history.markCorrected();
@@ -145,6 +157,9 @@ bool loadDocument(DocumentContext& context, UserInterface* parent, const std::st
     if (document.open && closeDocument(context, parent) == CloseResult::Cancelled) {
         return document.open;
     }
+    if (!context.store.leaveKeptFolder(parent)) {
+        return false;
+    }
     const LoadScope scope(context.files);
     context.history.clear();
     document.created = options.create;  // closing has cleared it
@@ -160,7 +175,9 @@ bool loadDocument(DocumentContext& context, UserInterface* parent, const std::st
     (void)context.files.removeAll(groupKind('S').wildcard);
 
     const LengthLog log(context.reader, context.messages.logPath());
-    const bool opened = loadContents(context, parent, path, options) && finishLoad(context, parent);
+    const bool opened = loadContents(context, parent, path, options) &&
+                        finishLoad(context, parent) &&
+                        isRecorded(context, parent, context.files.recordState(document.version));
     if (!opened) {
         abandonLoad(context, parent);
     }
@@ -186,7 +203,7 @@ bool readTmatsFile(DocumentContext& context, UserInterface* parent, const std::s
     if (good) {
         int input = document.version;
         const int target = steps.detectVersions ? steps.detectVersions(parent, input) : input;
-        good = target != 0;
+        good = target != 0 && isRecorded(context, parent, context.files.recordEdition(input));
         setStatusText(parent, "Pre-processing Data Conversion Information");
         if (good && !project && steps.loadConversions) {
             // The limits of a document are those of its own edition, until it has moved to another.

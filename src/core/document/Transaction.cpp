@@ -7,6 +7,7 @@
 #include "core/text/Printf.h"
 
 #include <algorithm>
+#include <cerrno>
 
 namespace kavu {
 
@@ -42,14 +43,23 @@ IoStatus Transaction::keepAll(const std::vector<std::string_view>& patterns) {
 bool Transaction::hasChanges() const {
     const auto& written = journal_.written();
     return std::any_of(written.begin(), written.end(), [](const std::string& name) {
-        return describeDocumentFile(name).kind != DocumentFile::Side;
+        const auto kind = describeDocumentFile(name).kind;
+        return kind != DocumentFile::Side && kind != DocumentFile::Record;
     });
 }
 
 IoStatus Transaction::end(bool asked) {
     auto& history = context_.history;
     auto& kept = journal_.kept();
+    if (history.isFrozen()) {
+        takeBack(nullptr);
+        return {context_.store.folder(), ENOTRECOVERABLE};
+    }
     auto status = history.writePending();
+    if (status.ok()) {
+        // It goes back and forth with the files that it is about.
+        status = context_.files.recordState(context_.document.version);
+    }
     if (status.ok() && depth_ > 0) {
         // From here on it is a part of the outer operation, whatever becomes of the run.
         status = kept.moveTo(
@@ -82,6 +92,13 @@ bool Transaction::takeBack(UserInterface* parent) {
     if (!open_) {
         return true;
     }
+    if (context_.history.isFrozen()) {
+        // An operation within this one could not be taken back. To put back what came before
+        // it would mix the two: recovery does both, in their order.
+        journal_.kept().leave();
+        close(DocumentChange::TakenBack, false);
+        return false;
+    }
     const auto status = context_.history.putBackAll(journal_.kept());
     context_.document.changed = wasChanged_;
     context_.document.version = version_;
@@ -90,8 +107,18 @@ bool Transaction::takeBack(UserInterface* parent) {
     close(DocumentChange::TakenBack, true);
     if (!status.ok()) {
         reportUnableToWrite(parent, status);
+        reportFrozen(context_, parent);
     }
     return status.ok();
+}
+
+void reportFrozen(const DocumentContext& context, UserInterface* parent) {
+    showBox(parent,
+            formatPrintf("A part of an operation could not be taken back, so the document can be "
+                         "neither changed nor saved any more.\n\nClose it, and recover it as it "
+                         "was before the operation from the folder '%s'.",
+                         context.store.folder()),
+            "Unable To Put Document Back");
 }
 
 void Transaction::close(DocumentChange::Kind kind, bool isTold) {
@@ -102,8 +129,11 @@ void Transaction::close(DocumentChange::Kind kind, bool isTold) {
         return;
     }
     DocumentChange change{kind, name_, {}};
-    for (const auto& file : journal_.written()) {
-        change.files.push_back(describeDocumentFile(file));
+    for (const auto& name : journal_.written()) {
+        auto file = describeDocumentFile(name);
+        if (file.kind != DocumentFile::Record) {
+            change.files.push_back(std::move(file));
+        }
     }
     context_.history.tell(change);
 }

@@ -45,7 +45,7 @@ class Transaction {
     /// written joins the levels before and after it.
     IoStatus commitUnasked();
     /// Ends the operation and puts everything back. What cannot be put back is reported, and
-    /// its kept contents stay in the store.
+    /// freezes the document.
     bool takeBack(UserInterface* parent);
 
     /// Keeps all files that match, changed or not.
@@ -72,6 +72,10 @@ class Transaction {
 /// Commits if `good`, else takes everything back. A failure to commit is reported and also
 /// takes everything back. True if the operation was committed.
 bool endTransaction(Transaction& transaction, UserInterface* parent, bool good);
+/// States that the document is frozen (see `DocumentHistory::isFrozen`), and where it can be
+/// recovered from.
+void reportFrozen(const DocumentContext& context, UserInterface* parent);
+
 /// Runs `work` as an operation of this name; it is committed if `work` returns true.
 template <class F>
 bool inTransaction(DocumentContext& context, UserInterface* parent, std::string name, F&& work) {

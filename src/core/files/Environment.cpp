@@ -23,6 +23,7 @@ Environment Environment::ofProcess() {
     }
     if (const passwd* const user = ::getpwuid(::geteuid()); user != nullptr) {
         environment.userName = user->pw_name;
+        environment.accountHome = user->pw_dir == nullptr ? "" : user->pw_dir;
     }
     if (environment.userName.empty()) {
         environment.userName = std::to_string(::geteuid());

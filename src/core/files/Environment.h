@@ -13,6 +13,8 @@ struct Environment {
     /// The folder of the program, without a trailing separator.
     std::string programFolder;
     std::string userName;
+    /// The home of the user's account, whatever the variable says; empty if there is none.
+    std::string accountHome;
 
     /// The environment of this process.
     [[nodiscard]] static Environment ofProcess();

@@ -166,6 +166,8 @@ enum class PathKind { Missing, PlainFile, Folder, Other };
 [[nodiscard]] bool fileExists(const std::string& path);
 /// True for an existing file that is not a folder, device or pipe; links are followed.
 [[nodiscard]] bool isPlainFile(const std::string& path);
+/// The same, but a link is none.
+[[nodiscard]] bool isOwnPlainFile(const std::string& path);
 [[nodiscard]] bool folderExists(const std::string& path);
 [[nodiscard]] bool canRead(const std::string& path);
 /// True if an existing file can be opened for writing; nothing in it changes.

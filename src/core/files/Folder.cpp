@@ -1,9 +1,10 @@
-// Listing of folders, and the present one.
+// Listing of folders, the folder of this process, and what is not followed.
 #include "core/files/FileIo.h"
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <climits>
 #include <dirent.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -44,6 +45,11 @@ IoStatus listFolder(const std::string& path, std::vector<FolderEntry>& entries) 
     std::sort(entries.begin(), entries.end(),
               [](const FolderEntry& a, const FolderEntry& b) { return a.name < b.name; });
     return {path, code};
+}
+
+bool isOwnPlainFile(const std::string& path) {
+    struct stat info {};
+    return ::lstat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode);
 }
 
 std::string absolutePath(const std::string& path) {

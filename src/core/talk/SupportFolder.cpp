@@ -1,14 +1,17 @@
 // The folder for settings, and the check that it can be written.
 #include "core/WorkingStore.h"
 #include "core/files/FileIo.h"
-#include "core/talk/UserInterface.h"
 #include "core/text/Printf.h"
+
+#include <cerrno>
+#include <unistd.h>
 
 namespace kavu {
 
 namespace {
 
-constexpr const char* kWriteTest = "kavu.tmp";
+/// Of runs that died in the middle of the proof and had the same number.
+constexpr int kMaxLeftovers = 100;
 
 constexpr const char* kDefaultSharedRoot = "/etc/xdg";
 
@@ -38,22 +41,28 @@ std::string userRoot(const Environment& environment, const std::string& otherwis
     if (const auto home = environment.variable("HOME")) {
         return *home + "/.config";
     }
-    return otherwise;
+    return environment.accountHome.empty() ? otherwise : environment.accountHome + "/.config";
 }
 
-/// Tries a step until it works or the user gives up.
-template <typename Step>
-bool retried(UserInterface* parent, PrintfFormat<std::string> text, const char* title,
-             const Step& step) {
-    for (IoStatus status = step(); !status.ok(); status = step()) {
-        const auto shown = formatPrintf(text, status.path()) + "\n\nReason: " + status.reason();
-        // Without a parent there is no second try.
-        if (showBox(parent, shown, title, Icon::Error, Buttons::RetryCancel, Button::Retry) !=
-            Button::Retry) {
-            return false;
+/// Makes a file that nobody else has and deletes it. Programs that start together would take
+/// one of a fixed name from each other.
+IoStatus proveWritable(const std::string& folder) {
+    const auto number = static_cast<std::int64_t>(::getpid());
+    IoStatus status;
+    for (int i = 0; i < kMaxLeftovers; ++i) {
+        const auto path = formatPrintf("%s/kavu-%s-%d.tmp", folder, std::to_string(number), i);
+        FileWriter writer;
+        status = writer.open(path, WriteMode::New);
+        if (status.ok()) {
+            status = writer.close();
+            const auto deleted = deleteFile(path);
+            return status.ok() ? deleted : status;
+        }
+        if (status.code() != EEXIST) {
+            break;
         }
     }
-    return true;
+    return status;
 }
 
 }  // namespace
@@ -72,26 +81,10 @@ std::string supportFolderPath(const Environment& environment, std::string_view n
     return root + "/" + leaf + "/";
 }
 
-bool activateSupportFolder(UserInterface* parent, const std::string& folder) {
+IoStatus prepareSupportFolder(const std::string& folder) {
     const std::string path = folder.ends_with('/') ? folder.substr(0, folder.size() - 1) : folder;
-    const bool made =
-        folderExists(path) ||
-        retried(parent,
-                "Could not create the path '%s'.\n\nThis application creates and uses this folder "
-                "to store temporary files.\n\nRetry: Try again\nCancel: Terminate application.",
-                "ERROR Activating Application", [&path] { return makeFolders(path); });
-    // An existing folder is checked as well.
-    return made &&
-           retried(parent,
-                   "This application could not write to the folder '%s'.\n\nThis application uses "
-                   "this folder to store temporary files. Make sure you have 'Write' permissons "
-                   "on this folder.\n\nRetry: Try again\nCancel: Terminate application.",
-                   "Error Activating Application", [&path] {
-                       const auto test = path + "/" + kWriteTest;
-                       const auto status = writeWholeFile(test, {});
-                       const int code = status.ok() ? deleteFile(test).code() : status.code();
-                       return IoStatus(path, code);
-                   });
+    const auto status = folderExists(path) ? IoStatus() : makeFolders(path);
+    return status.ok() ? proveWritable(path) : status;
 }
 
 }  // namespace kavu

@@ -3,6 +3,7 @@
 #include "core/document/OpenDocument.h"
 #include "core/document/Transaction.h"
 #include "core/files/UserFile.h"
+#include "core/talk/QuestionNames.h"
 #include "support/TestContext.h"
 
 #include <algorithm>
@@ -211,7 +212,7 @@ TEST_F(BuildDocumentTest, NoBackupWhenTheSettingSaysSo) {
     writeFile(t.folder / "out.tma", "old");
     save();
     EXPECT_FALSE(fileExists(t.folder / "out.bak"));
-    EXPECT_FALSE(t.has("FORMER.TMP"));
+    EXPECT_FALSE(t.has("FORMER0.TMP"));
 }
 
 TEST_F(BuildDocumentTest, CancelInTheMiddleLeavesTheFileAndItsBackupAsTheyWere) {
@@ -276,6 +277,7 @@ TEST_F(BuildDocumentTest, InPlaceTheFormerContentsCanBePutBackAfterAFailure) {
         cancelInTheMiddle();
         EXPECT_EQ(readFile(out_), "old");
         EXPECT_EQ(t.ui.boxes.back().defaultButton, Button::Yes);
+        EXPECT_EQ(t.ui.boxes.back().name, question::kRestore);
     }
 }
 
@@ -329,6 +331,62 @@ TEST_F(BuildDocumentTest, AFileThatIsBeingSavedByAnotherRunIsLeftAlone) {
     ASSERT_EQ(t.ui.boxes.size(), 1u);
     EXPECT_EQ(t.ui.boxes[0].text, "Another program is saving '" + out_ + "'.");
     EXPECT_EQ(readFile(out_), "old");
+}
+
+TEST_F(BuildDocumentTest, InPlaceWithoutAReplyTheFormerContentsArePutBack) {
+    saveInPlace();
+    t.write("[kavu]PCMMEAS.D01", manyCommands());
+    t.steps.saveConversions = [](UserInterface*, FileWriter&) { return false; };
+    out_ = t.folder / "out.tma";
+    for (const int backups : {0, 1}) {
+        t.settings.writeInteger("CreateBackup", backups);
+        writeFile(out_, "old");
+        EXPECT_FALSE(saveDocumentTo(t.context, nullptr, out_));
+        EXPECT_EQ(readFile(out_), "old");
+        t.ui.queued = {Button::None};
+        EXPECT_FALSE(saveDocumentTo(t.context, &t.ui, out_));
+        EXPECT_EQ(readFile(out_), "old");
+        EXPECT_EQ(t.ui.boxes.back().name, question::kRestore);
+        t.ui.queued = {Button::No};
+        EXPECT_FALSE(saveDocumentTo(t.context, &t.ui, out_));
+        EXPECT_EQ(readFile(out_), manyCommands()) << "unless the answer is no";
+        EXPECT_FALSE(t.has("FORMER0.TMP"));
+        EXPECT_FALSE(t.store.isKeptForRecovery());
+    }
+}
+
+TEST_F(BuildDocumentTest, InPlaceWhatCannotBePutBackStaysInTheStoreHoweverTheRunEnds) {
+    saveInPlace();
+    t.settings.writeInteger("CreateBackup", 0);
+    t.write(working::kGeneral, "G\\PN:A;\r\n");
+    out_ = t.folder / "out.tma";
+    t.steps.saveConversions = [this](UserInterface*, FileWriter&) {
+        // Nothing can be written there any more.
+        EXPECT_TRUE(deleteFile(out_).ok() && makeFolder(out_).ok());
+        return false;
+    };
+    for (const std::string kept : {"FORMER0.TMP", "FORMER1.TMP"}) {
+        writeFile(out_, "old " + kept);
+        EXPECT_FALSE(saveDocumentTo(t.context, nullptr, out_));
+        EXPECT_EQ(t.read(kept), "old " + kept) << "and no later one takes its place";
+        EXPECT_EQ(t.read(kept + ".PATH"), out_);
+        ASSERT_TRUE(deleteFolder(out_).ok());
+    }
+    writeFile(out_, "old");
+    t.document.open = true;
+    t.ui.queued = {Button::Yes};
+    EXPECT_FALSE(saveDocumentTo(t.context, &t.ui, out_));
+    EXPECT_TRUE(t.ui.hasText("They are in '" + t.store.pathOf("FORMER2.TMP") + "'"));
+    const auto store = t.store.folder();
+    closeDocument(t.context, nullptr);
+    EXPECT_EQ(readFile(store + "/FORMER2.TMP"), "old");
+    EXPECT_NE(readFile(store + "/[kavu]GTMP.G").find("G\\PN:A;"), std::string::npos)
+        << "and so does the document";
+    t.store.deactivate(&t.ui);
+    EXPECT_EQ(readFile(store + "/FORMER0.TMP"), "old FORMER0.TMP");
+    EXPECT_EQ(t.ui.notes.back(),
+              "The folder '" + store + "' is left behind: recover the document from it.");
+    EXPECT_TRUE(deleteFolder(store).ok());
 }
 
 TEST_F(BuildDocumentTest, AFullDiskIsReportedWithPathAndReason) {

@@ -1,4 +1,6 @@
+#include "core/document/BuildDocument.h"
 #include "core/document/DocumentHistory.h"
+#include "core/document/OpenDocument.h"
 #include "core/document/Transaction.h"
 #include "support/TestContext.h"
 
@@ -265,9 +267,52 @@ TEST_F(TransactionTest, ReportsWhatCannotBePutBackAndKeepsIt) {
     ASSERT_TRUE(deleteFile(c.store.pathOf(kGeneral)).ok());
     ASSERT_TRUE(makeFolder(c.store.pathOf(kGeneral)).ok());
     EXPECT_FALSE(transaction.takeBack(&c.ui));
-    EXPECT_EQ(c.ui.boxes.size(), 1U);
+    EXPECT_EQ(c.ui.boxes.size(), 2U);
+    EXPECT_TRUE(c.ui.hasText("recover it as it was before the operation from the folder '" +
+                             c.store.folder() + "'"));
     EXPECT_FALSE(c.has(kOne)) << "all others are put back";
-    EXPECT_EQ(c.read("undo/000001/" + std::string(kGeneral)), "0");
+    // Recovery takes it back from there.
+    OpenChanges changes;
+    ASSERT_TRUE(filesBeforeOpenChanges(c.store.folder(), changes).ok());
+    ASSERT_EQ(changes.former.size(), 1U);
+    EXPECT_EQ(readFile(changes.former.at(kGeneral)), "0");
+    EXPECT_EQ(changes.operations, std::vector<std::string>{"Edit"});
+}
+
+TEST_F(TransactionTest, WhatCannotBePutBackFreezesTheDocumentAndKeepsTheStore) {
+    put(kGeneral, "0");
+    put(kOne, "0");
+    {
+        Transaction sheet(c.context, "Edit of Stream", OnCrash::Keep);
+        put(kOne, "accepted");
+        Transaction transaction(c.context, "Edit");
+        put(kGeneral, "1");
+        ASSERT_TRUE(deleteFile(c.store.pathOf(kGeneral)).ok());
+        ASSERT_TRUE(makeFolder(c.store.pathOf(kGeneral)).ok());
+        EXPECT_FALSE(transaction.takeBack(nullptr));
+        EXPECT_TRUE(c.history.isFrozen());
+        EXPECT_EQ(c.files.put(kOne, "later").code(), ENOTRECOVERABLE);
+        EXPECT_EQ(sheet.commit().code(), ENOTRECOVERABLE);
+    }
+    EXPECT_EQ(c.read(kOne), "accepted") << "as if the program had died there";
+    EXPECT_EQ(c.read("TEMP1/" + std::string(kGeneral)), "0");
+    EXPECT_FALSE(inTransaction(c.context, &c.ui, "Another",
+                               [&] { return c.files.put(kOne, "another").ok(); }));
+    c.ui.boxes.clear();
+    EXPECT_FALSE(saveDocumentTo(c.context, &c.ui, c.folder / "out.tma"));
+    EXPECT_TRUE(c.ui.hasText("can be neither changed nor saved any more"));
+    EXPECT_FALSE(fileExists(c.folder / "out.tma"));
+
+    // The next document gets a folder of its own, and this one is left to the recovery.
+    const auto left = c.store.folder();
+    closeDocument(c.context, nullptr);
+    EXPECT_FALSE(c.history.isFrozen());
+    writeFile(c.folder / "next.tma", "G\\PN:next;");
+    ASSERT_TRUE(loadDocument(c.context, &c.ui, c.folder / "next.tma"));
+    EXPECT_NE(c.store.folder(), left);
+    EXPECT_EQ(readFile(left + "/TEMP1/" + std::string(kGeneral)), "0");
+    EXPECT_EQ(readFile(left + "/" + std::string(kOne)), "accepted");
+    EXPECT_TRUE(deleteFolder(left).ok());
 }
 
 TEST_F(TransactionTest, MakesAnOperationThatNobodyAskedForAPartOfItsNeighbours) {

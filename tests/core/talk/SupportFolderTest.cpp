@@ -1,15 +1,10 @@
 #include "support/TestContext.h"
 
 #include <cstdlib>
-#include <functional>
-
-#include <gmock/gmock.h>
+#include <unistd.h>
 
 namespace kavu::test {
 namespace {
-
-using ::testing::EndsWith;
-using ::testing::StartsWith;
 
 // --- where it lies -------------------------------------------------------------------------
 
@@ -150,94 +145,53 @@ TEST(EnvironmentTest, OfProcessTellsVariablesProgramAndUser) {
     EXPECT_TRUE(folderExists(environment.programFolder));
     EXPECT_FALSE(environment.programFolder.ends_with('/'));
     EXPECT_FALSE(environment.userName.empty());
+    EXPECT_TRUE(folderExists(environment.accountHome));
+}
+
+TEST(SupportFolderPathTest, WithoutTheVariablesItIsInTheHomeOfTheAccount) {
+    auto environment = testEnvironment({});
+    environment.accountHome = "/home/account";
+    EXPECT_EQ(supportFolderPath(environment, "KavuSupportFiles", "u", true),
+              "/home/account/.config/KavuSupportFiles/");
+    EXPECT_EQ(supportFolderPath(environment, "KavuSupportFiles", "", true),
+              "/etc/xdg/KavuSupportFiles/");
 }
 
 // --- making it -----------------------------------------------------------------------------
 
-/// Mends what is wrong before it answers Retry.
-class Mender : public RecordingInterface {
-  public:
-    explicit Mender(std::function<void()> mend) : mend_(std::move(mend)) {}
-    Button message(const MessageBox& box) override {
-        boxes.push_back(box);
-        mend_();
-        return Button::Retry;
-    }
-
-  private:
-    std::function<void()> mend_;
-};
-
 class SupportFolderTest : public ::testing::Test {
   protected:
     TempFolder folder;
-    RecordingInterface ui;
 };
 
 TEST_F(SupportFolderTest, IsMadeWithAllItsParents) {
-    EXPECT_TRUE(activateSupportFolder(&ui, folder / "a/b/KavuSupportFiles/"));
-    EXPECT_TRUE(folderExists(folder / "a/b/KavuSupportFiles"));
-    EXPECT_FALSE(fileExists(folder / "a/b/KavuSupportFiles/kavu.tmp")) << "the proof goes";
-    EXPECT_TRUE(ui.boxes.empty());
-    EXPECT_TRUE(activateSupportFolder(nullptr, folder / "a/b/KavuSupportFiles/"));
+    EXPECT_TRUE(prepareSupportFolder(folder / "a/b/KavuSupportFiles/").ok());
+    std::vector<FolderEntry> entries;
+    ASSERT_TRUE(listFolder(folder / "a/b/KavuSupportFiles", entries).ok());
+    EXPECT_TRUE(entries.empty()) << "the proof goes";
+    EXPECT_TRUE(prepareSupportFolder(folder / "a/b/KavuSupportFiles/").ok());
 }
 
-TEST_F(SupportFolderTest, APathThatCanNotBeMadeAsksUntilCancel) {
+TEST_F(SupportFolderTest, NamesThePartOfThePathThatIsInTheWay) {
     writeFile(folder / "file", "x");
-    const auto path = folder / "file/KavuSupportFiles";
-    ui.queued = {Button::Retry, Button::Retry, Button::Cancel};
-    EXPECT_FALSE(activateSupportFolder(&ui, path + "/"));
-    ASSERT_EQ(ui.boxes.size(), 3u);
-    EXPECT_EQ(ui.boxes[0].title, "ERROR Activating Application");
-    EXPECT_EQ(ui.boxes[0].buttons, Buttons::RetryCancel);
-    // It names the part of the path that is in the way.
-    EXPECT_EQ(ui.boxes[0].text, "Could not create the path '" + (folder / "file") +
-                                    "'.\n\nThis application creates and uses this folder to store "
-                                    "temporary files.\n\nRetry: Try again\nCancel: Terminate "
-                                    "application.\n\nReason: Not a directory");
-    EXPECT_FALSE(activateSupportFolder(nullptr, path + "/"));
-}
-
-TEST_F(SupportFolderTest, RetryGoesOnOnceThePathCanBeMade) {
-    writeFile(folder / "file", "x");
-    Mender mender([this] { EXPECT_TRUE(deleteFile(folder / "file").ok()); });
-    EXPECT_TRUE(activateSupportFolder(&mender, folder / "file/KavuSupportFiles/"));
-    EXPECT_EQ(mender.boxes.size(), 1u);
-    EXPECT_TRUE(folderExists(folder / "file/KavuSupportFiles"));
+    const auto status = prepareSupportFolder(folder / "file/KavuSupportFiles/");
+    EXPECT_EQ(status.code(), ENOTDIR);
+    EXPECT_EQ(status.path(), folder / "file");
 }
 
 TEST_F(SupportFolderTest, AnExistingFolderHasToProveThatItTakesFiles) {
-    const auto path = folder / "KavuSupportFiles";
-    ASSERT_TRUE(makeFolders(path + "/kavu.tmp").ok());
-    EXPECT_FALSE(activateSupportFolder(nullptr, path + "/"));
-    ui.queued = {Button::Cancel};
-    EXPECT_FALSE(activateSupportFolder(&ui, path + "/"));
-    ASSERT_EQ(ui.boxes.size(), 1u);
-    EXPECT_EQ(ui.boxes[0].buttons, Buttons::RetryCancel);
-    EXPECT_THAT(ui.boxes[0].text, EndsWith("\n\nReason: Is a directory"));
-    Mender mender([&path] { EXPECT_TRUE(deleteFolder(path + "/kavu.tmp").ok()); });
-    EXPECT_TRUE(activateSupportFolder(&mender, path + "/"));
+    // Nobody, not even root, makes files there.
+    EXPECT_FALSE(prepareSupportFolder("/proc/self/fdinfo/").ok());
 }
 
-TEST_F(SupportFolderTest, WritePermissonsIsSpeltLikeThis) {
+TEST_F(SupportFolderTest, TheProofDisturbsNoOtherFile) {
     const auto path = folder / "KavuSupportFiles";
     ASSERT_TRUE(makeFolders(path + "/kavu.tmp").ok());
-    EXPECT_FALSE(activateSupportFolder(&ui, path + "/"));
-    EXPECT_THAT(ui.boxes.at(0).text,
-                StartsWith("This application could not write to the folder '" + path +
-                           "'.\n\nThis application uses this folder to store temporary files. "
-                           "Make sure you have 'Write' permissons on this folder.\n\nRetry: Try "
-                           "again\nCancel: Terminate application."));
-}
-
-TEST_F(SupportFolderTest, TheTwoTitlesDifferInCase) {
-    writeFile(folder / "file", "x");
-    EXPECT_FALSE(activateSupportFolder(&ui, folder / "file/below/"));
-    ASSERT_TRUE(makeFolders(folder / "there/kavu.tmp").ok());
-    EXPECT_FALSE(activateSupportFolder(&ui, folder / "there/"));
-    ASSERT_EQ(ui.boxes.size(), 2u);
-    EXPECT_EQ(ui.boxes[0].title, "ERROR Activating Application");
-    EXPECT_EQ(ui.boxes[1].title, "Error Activating Application");
+    const auto leftover = path + "/kavu-" + std::to_string(::getpid()) + "-0.tmp";
+    writeFile(leftover, "of a run that died");
+    EXPECT_TRUE(prepareSupportFolder(path + "/").ok());
+    EXPECT_EQ(readFile(leftover), "of a run that died");
+    EXPECT_TRUE(folderExists(path + "/kavu.tmp"));
 }
 
 }  // namespace
