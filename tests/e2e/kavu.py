@@ -104,8 +104,10 @@ class KavuTest(unittest.TestCase):
         return environment
 
     def start(self, *arguments, env=None, **options):
+        """Starts a run. A variable of `env` that is None is taken out of the environment."""
         environment = self.environment()
         environment.update(env or {})
+        environment = {name: value for name, value in environment.items() if value is not None}
         options.setdefault("stdin", subprocess.DEVNULL)
         options.setdefault("stdout", subprocess.PIPE)
         options.setdefault("stderr", subprocess.PIPE)

@@ -100,10 +100,23 @@ class InterruptTest(kavu.KavuTest):
         self.assertEqual(self.run_json("save", "small.tma", "-o", "out.tma").status, CLEAN)
         self.assertEqual(self.read("out.bak"), short)
 
-    def test_in_place_a_cancelled_save_puts_the_former_file_back_when_told_so(self):
+    def test_in_place_a_cancelled_save_puts_the_former_file_back(self):
+        for options in ([], ["--answer-all", "no"], ["--answer-all", "yes"],
+                        ["--answer", "restore=yes"]):
+            self.write("out.tma", "G\\PN:OLD;\r\n")
+            result = self.cancelled_save("out.tma", *options, *self.in_place())
+            self.assertEqual(self.read("out.tma"), b"G\\PN:OLD;\r\n", options)
+            self.assertEqual(self.read("out.bak"), b"G\\PN:OLD;\r\n")
+            question = result.json["questions"][-1]
+            self.assertEqual((question["id"], question["name"], question["reply"]),
+                             (0, "restore", "yes"))
+
+    def test_in_place_a_cancelled_save_leaves_the_short_file_when_told_so(self):
         self.write("out.tma", "G\\PN:OLD;\r\n")
-        self.cancelled_save("out.tma", "--answer-all", "yes", *self.in_place())
-        self.assertEqual(self.read("out.tma"), b"G\\PN:OLD;\r\n")
+        result = self.cancelled_save("out.tma", "--answer-all", "yes", "--answer", "restore=no",
+                                     *self.in_place())
+        self.assertEqual(result.json["questions"][-1]["reply"], "no")
+        self.assertGreater(len(self.read("out.tma")), 1000000)
         self.assertEqual(self.read("out.bak"), b"G\\PN:OLD;\r\n")
 
     def test_in_place_a_killed_save_is_told_of_by_the_next_one(self):

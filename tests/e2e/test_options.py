@@ -119,6 +119,11 @@ class AnswerTest(kavu.KavuTest):
         self.assertEqual(self.replies("--answer", "304=yes"), ["yes"])
         self.assertEqual(self.replies("--answer", "305=yes"), ["no"])
 
+    def test_an_answer_to_a_name_that_no_question_has_is_wrong_usage(self):
+        for answer in ("restored=no", "restore", "=no", "RESTORE=no"):
+            result = self.run_plain("--answer", answer, "check", "in.tma")
+            self.assertEqual(result.status, USAGE, answer)
+
     def test_an_answer_for_all(self):
         self.assertEqual(self.replies("--answer-all", "yes"), ["yes"])
         self.assertEqual(self.replies("--answer-all", "yes", "--answer", "304=no"), ["no"])

@@ -489,6 +489,47 @@ class AwkwardTest(support.WorkshopTest):
         case.source.unlink()
         self.assertNoticed(case, self.finish(process))
 
+    # --- a store that loses a file ---------------------------------------------------------
+
+    def stopped_behind_the_load(self, case):
+        """A save, stopped when the document is loaded, and the store in which it is."""
+        log = case.root / "calls.log"
+        case.save(faults={"LOG": log})
+        calls = [line.split("\t") for line in log.read_text().splitlines()]
+        first = min(int(call[0]) for call in calls if call[2] == "w"
+                    and call[3].startswith(str(case.target.parent)))
+        loaded = max(int(call[0]) for call in calls if call[1] == "rename"
+                     and call[-1].endswith("KAVU9REC.TMP") and int(call[0]) < first)
+        case.target.write_bytes(FORMER)
+        case.backup.unlink()
+        process = case.start("--now", support.NOW, "save", case.source, "-o", case.target,
+                             faults={"STOP_AT": loaded + 1})
+        self.addCleanup(process.communicate)
+        self.addCleanup(process.kill)
+        _, status = os.waitpid(process.pid, os.WUNTRACED)
+        self.assertTrue(os.WIFSTOPPED(status), "the program did not stop")
+        store, = case.temp.iterdir()
+        return process, store
+
+    def assertLossNoticed(self, pattern):
+        case = self.new_case(SOURCE, FORMER, name=f"vanished-{len(pattern)}")
+        process, store = self.stopped_behind_the_load(case)
+        gone = sorted(store.glob(pattern))
+        self.assertTrue(gone, f"there is no {pattern} in {sorted(store.iterdir())}")
+        for path in gone:
+            path.unlink()
+        outcome = self.finish(process)
+        self.assertFailed(outcome, gone[0], "No such file or directory")
+        self.assertEqual(contents(case.target), FORMER)
+        self.assertIsNone(contents(case.backup), "nothing was to be written")
+        self.assertNothingLeft(case)
+
+    def test_group_file_that_vanishes(self):
+        self.assertLossNoticed("[[]kavu]PCMFMT.P02")
+
+    def test_conversions_that_vanish(self):
+        self.assertLossNoticed("[[]kavu]*.C_*")
+
     def test_pipe_without_a_writer_as_source(self):
         case = self.new_case(SOURCE, FORMER)
         case.source.unlink()

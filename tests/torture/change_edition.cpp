@@ -2,25 +2,34 @@
 // opens IN, brings it to the edition of YEAR, and saves it as OUT.
 #include "application/Application.h"
 #include "application/DocumentService.h"
+#include "cli/ScriptedInterface.h"
 #include "groups/Migration.h"
 
 #include <cstdlib>
 #include <iostream>
 
+namespace {
+
+/// As `kavu-cli` ends when there is no output.
+constexpr int kFailed = 2;
+
+}  // namespace
+
 int main(int argc, char** argv) {
     if (argc != 4) {
         std::cerr << "change_edition IN YEAR OUT\n";
-        return EXIT_FAILURE;
+        return kFailed;
     }
+    kavu::cli::ScriptedInterface ui({}, std::cerr);
     const kavu::FixedClock clock({2024, 5, 6, 7, 8, 9});
     kavu::SystemRandomSource random;
     kavu::Application application(kavu::Environment::ofProcess(), clock, random);
     auto& documents = application.documents();
-    bool good = application.startUp(nullptr) && documents.openNamed(nullptr, argv[1]);
+    bool good = application.startUp(&ui) && documents.openNamed(&ui, argv[1]);
     if (good) {
-        good = documents.setVersions(nullptr, {2011, 2, std::atoi(argv[2])}) &&
-               documents.saveTo(nullptr, argv[3]);
-        documents.discard(nullptr);
+        good = documents.setVersions(&ui, {2011, 2, std::atoi(argv[2])}) &&
+               documents.saveTo(&ui, argv[3]);
+        documents.discard(&ui);
     }
-    return application.shutDown(nullptr) && good ? EXIT_SUCCESS : EXIT_FAILURE;
+    return application.shutDown(&ui) && good ? EXIT_SUCCESS : kFailed;
 }

@@ -11,10 +11,13 @@
 //   KAVU_FAULT_ERRNO    the error it fails with
 //   KAVU_FAULT_SHORT    if set, a failing write writes half of its bytes and the next write
 //                       to the same descriptor fails; a killed one writes half and dies
+//   KAVU_FAULT_PERSIST  a folder: from KAVU_FAULT_AT on every call that changes something in it
+//                       fails, as on a disk that has died; with ENOSPC deleting still works
 //   KAVU_FAULT_KILL_AT  number of the call in front of which the program is killed
 //   KAVU_FAULT_STOP_AT  number of the call in front of which the program stops itself
 //
 // A line is in the log before its call is made.
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -26,6 +29,7 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <string>
+#include <string_view>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -46,6 +50,7 @@ constexpr std::size_t kDescriptors = 1024;
 
 struct Shim {
     std::string root;
+    std::string persist;
     long failAt = 0;
     long killAt = 0;
     long stopAt = 0;
@@ -67,6 +72,9 @@ Shim& shim() {
         auto* made = new Shim;
         if (const char* const root = std::getenv("KAVU_FAULT_ROOT")) {
             made->root = std::string(root) + "/";
+        }
+        if (const char* const folder = std::getenv("KAVU_FAULT_PERSIST")) {
+            made->persist = folder;
         }
         made->failAt = numberFrom("KAVU_FAULT_AT");
         made->killAt = numberFrom("KAVU_FAULT_KILL_AT");
@@ -128,6 +136,25 @@ Result resulting(const char* path, Result result) {
     return result;
 }
 
+bool isOnDeadDisk(std::string_view path) {
+    const auto& folder = shim().persist;
+    return path == folder || (path.starts_with(folder) && path[folder.size()] == '/');
+}
+
+/// Whether a call fails for a fault that began earlier.
+bool failsStill(std::string_view name, char access, const char* path, const char* second) {
+    const auto& state = shim();
+    if (state.persist.empty() || state.failAt == 0 || state.count < state.failAt ||
+        !(isOnDeadDisk(path) || isOnDeadDisk(second))) {
+        return false;
+    }
+    constexpr std::array<std::string_view, 9> kChanging = {
+        "write", "fsync", "ftruncate", "truncate", "rename", "link", "mkdir", "chmod", "chown"};
+    const bool isDeleting = name == "unlink" || name == "rmdir";
+    return (isDeleting && state.code != ENOSPC) || (name == "open" && access == 'w') ||
+           std::find(kChanging.begin(), kChanging.end(), name) != kChanging.end();
+}
+
 /// Counts a call and tells what is to become of it.
 Verdict enter(const char* name, char access, const char* path, const char* second = "") {
     auto& state = shim();
@@ -142,6 +169,10 @@ Verdict enter(const char* name, char access, const char* path, const char* secon
     }
     if (state.count == state.stopAt) {
         ::kill(::getpid(), SIGSTOP);
+    }
+    if (!state.persist.empty()) {
+        errno = state.code;
+        return failsStill(name, access, path, second) ? Verdict::Fail : Verdict::Pass;
     }
     if (state.count != state.failAt) {
         return Verdict::Pass;
