@@ -1,71 +1,23 @@
 // Opens any bytes as a document and saves it, with replies, a cancel and editions that the
 // input chooses. What opened must save, and what was saved must open again and save as the
 // same bytes: a second pass may not lose anything.
-#include "Check.h"
-#include "application/Application.h"
+#include "FuzzRun.h"
 #include "core/WorkingStore.h"
 #include "core/document/BuildDocument.h"
 #include "core/document/OpenDocument.h"
-#include "core/files/FileIo.h"
 #include "core/talk/ProfileSettings.h"
-#include "support/RecordingInterface.h"
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <span>
 #include <string>
 #include <string_view>
 
 namespace {
 
-using kavu::test::RecordingInterface;
-
-/// A folder in memory if possible: an input costs a hundred files.
-std::string makeScratch() {
-    std::string pattern =
-        kavu::folderExists("/dev/shm") ? "/dev/shm/kavu-fuzz-XXXXXX" : "/tmp/kavu-fuzz-XXXXXX";
-    KAVU_CHECK(mkdtemp(pattern.data()) != nullptr);
-    return pattern;
-}
-
-class CountingRandom : public kavu::RandomSource {
-  public:
-    std::optional<std::array<std::uint8_t, 16>> bytes16() override {
-        return std::array<std::uint8_t, 16>{next_++};
-    }
-
-  private:
-    std::uint8_t next_ = 0;
-};
-
-struct Run {
-    explicit Run(const std::string& folder)
-        : application(environment(folder), clock, random, folder + "/kavu.ini") {
-        KAVU_CHECK(application.startUp(&ui));
-    }
-    ~Run() { application.shutDown(nullptr); }
-
-    static kavu::Environment environment(const std::string& folder) {
-        kavu::Environment environment;
-        environment.variable = [folder](const std::string& name) {
-            return name == "TEMP" || name == "HOME" ? std::optional(folder) : std::nullopt;
-        };
-        environment.userName = "fuzz";
-        return environment;
-    }
-
-    kavu::FixedClock clock{kavu::CivilTime{2026, 1, 2, 3, 4, 5}};
-    CountingRandom random;
-    RecordingInterface ui;
-    kavu::Application application;
-};
-
-std::string read(const std::string& path) {
-    std::string bytes;
-    KAVU_CHECK(kavu::readWholeFile(path, bytes).ok());
-    return bytes;
-}
+using kavu::fuzz::makeScratch;
+using kavu::fuzz::read;
+using kavu::fuzz::Run;
 
 /// The edition of a document without a `G\106`, and one to convert to, or 0.
 struct Editions {

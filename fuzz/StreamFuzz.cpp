@@ -3,6 +3,7 @@
 // again: as a frame in which no count, depth or index is out of range, and in the end as the same
 // bytes. In between it may be converted to word/frame locations.
 #include "Check.h"
+#include "FuzzScratch.h"
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
@@ -27,13 +28,6 @@
 namespace {
 
 using namespace kavu;
-
-std::string makeScratch() {
-    std::string pattern =
-        folderExists("/dev/shm") ? "/dev/shm/kavu-fuzz-XXXXXX" : "/tmp/kavu-fuzz-XXXXXX";
-    KAVU_CHECK(mkdtemp(pattern.data()) != nullptr);
-    return pattern;
-}
 
 class FixedRandom : public RandomSource {
   public:
@@ -72,7 +66,7 @@ class Parent : public UserInterface {
 /// All that a load needs, in a folder that stays for the whole run.
 struct World {
     World()
-        : folder(makeScratch()),
+        : folder(fuzz::makeScratch()),
           settings(folder + "/kavu.ini"),
           store(environment(folder)),
           files(store),
