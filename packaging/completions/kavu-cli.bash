@@ -63,7 +63,7 @@ _kavu_cli() {
                 ;;
             "source rename" | "source delete" | "link rename") common+=" --output" ;;
             store) common+=" --into" ;;
-            recover) common+=" --output --list" ;;
+            recover) common+=" --output --partial --list" ;;
         esac
         COMPREPLY=($(compgen -W "$common" -- "$current"))
     elif [[ -z $command ]]; then
