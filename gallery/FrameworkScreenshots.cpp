@@ -260,7 +260,7 @@ void addFrameworkScreenshots(ScreenshotList& list) {
         FilePrompt prompt;
         prompt.title = "Open TMATS File";
         prompt.filters = {{"TMATS Files", "*.tma;*.tmt"}, {"All Files", "*"}};
-        return makeFileDialog(prompt, nullptr);
+        return makeFileDialog(prompt, {}, nullptr);
     });
     list.add("Messages", makeMessages);
     list.add("ProgressWindow", makeProgress);

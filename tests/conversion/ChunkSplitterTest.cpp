@@ -81,6 +81,9 @@ TEST(ChunkSplitter, ACommentOf40000CharactersLiesInAFileAndIsSavedWhole) {
     const std::string comment = "first\x14\x15" + std::string(40000, 'c');
     ASSERT_TRUE(f.load("C-1\\DCN:Long Name/1;\r\nC-1\\MN1:x;\r\nC-1\\COM:" + comment +
                        ";\r\nC-2\\DCN:B;\r\nC-2\\COM:small;\r\n"));
+    // Until a record is asked for its comment is where it came from, and is saved from there.
+    const auto untouched = f.save();
+    ASSERT_TRUE(f.conversions.writeOut().ok());
     const auto path = commentPath(f.store, "Long Name/1");
     EXPECT_TRUE(path.ends_with(".C_COM"));
     EXPECT_EQ(test::readFile(path), comment);
@@ -89,6 +92,7 @@ TEST(ChunkSplitter, ACommentOf40000CharactersLiesInAFileAndIsSavedWhole) {
     EXPECT_NE(saved.find("C-1\\COM:first\r\n" + std::string(40000, 'c') + ";\r\n"),
               std::string::npos);
     EXPECT_NE(saved.find("C-2\\COM:small;\r\n"), std::string::npos);
+    EXPECT_EQ(saved, untouched);
 }
 
 TEST(ChunkSplitter, ACommentIsMovedUnderTheNameAsTheStoreKeepsIt) {

@@ -55,16 +55,6 @@ class UnreadableTest(kavu.KavuTest):
         self.assertIs(result.json["opened"], False)
         self.assertIn("Unable to create temporary directory", result.json["messages"][0]["text"])
 
-    def test_a_support_folder_that_can_not_be_made_asks_and_ends(self):
-        self.write("in.tma", SIMPLE)
-        os.rmdir(self.home)
-        with open(self.home, "wb"):
-            pass
-        for reply in ("no", "yes"):
-            result = self.run_json("check", "in.tma", "--answer-all", reply)
-            self.assertEqual(result.status, FAILED)
-            self.assertIn("Could not create the path", result.json["questions"][0]["text"])
-
     def test_a_default_extension_is_tried(self):
         self.write("one.tma", SIMPLE)
         self.write("two.tmt", SIMPLE)

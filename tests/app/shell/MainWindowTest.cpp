@@ -1,22 +1,14 @@
 #include "app/framework/FormContext.h"
-#include "app/shell/MainWindow.h"
 #include "app/shell/NoteBar.h"
 #include "app/shell/StartOptions.h"
 #include "app/shell/TreePanel.h"
-#include "app/support/TestDoor.h"
-#include "app/support/WidgetChecks.h"
-#include "application/Application.h"
-#include "core/WorkingStore.h"
+#include "app/support/MainWindowStage.h"
 #include "core/document/DocumentChange.h"
 #include "core/document/DocumentHistory.h"
-#include "core/document/StoreRecord.h"
-#include "core/files/FileIo.h"
 #include "core/talk/ProfileSettings.h"
 #include "core/text/Text.h"
-#include "support/TestContext.h"
 
 #include <clocale>
-#include <filesystem>
 
 #include <QComboBox>
 #include <QDropEvent>
@@ -25,7 +17,6 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
-#include <QMessageBox>
 #include <QMimeData>
 #include <QRadioButton>
 #include <QStatusBar>
@@ -40,50 +31,6 @@ namespace {
 using testing::HasSubstr;
 using testing::IsEmpty;
 using enum CommandId;
-
-/// Takes a drop as the toolkit would hand it over.
-class DropWindow : public MainWindow {
-  public:
-    using MainWindow::dropEvent;
-    using MainWindow::MainWindow;
-};
-
-/// A sample document in a folder of its own.
-class MainWindowTest : public testing::Test {
-  public:
-    MainWindowTest() {
-        std::filesystem::copy_file(std::string(KAVU_SOURCE_DIR) + "/samples/flight-test.tma", path);
-    }
-    ~MainWindowTest() override {
-        window.reset();
-        application.shutDown(nullptr);
-    }
-    void begin(const std::string& file = {}, bool splash = false) {
-        window = std::make_unique<DropWindow>(application, door);
-        ASSERT_TRUE(window->begin({.splash = splash, .file = file}));
-        application.context().files.demandScopes(true);
-    }
-    bool enabled(CommandId id) { return window->action(id)->isEnabled(); }
-    std::string title() { return toBytes(window->windowTitle()); }
-    TmatsDocument& document() { return application.context().document; }
-    ProfileSettings& settings() { return application.context().settings; }
-    std::string temp() {
-        EXPECT_TRUE(makeFolder(folder / "temp").ok());
-        return folder / "temp";
-    }
-    void answer(const char* button) {
-        door.next([button](QDialog& dialog) { test::press(dialog, button); });
-    }
-
-    test::TempFolder folder;
-    std::string path = folder / "flight.tma";
-    FixedClock clock{CivilTime{2026, 1, 2, 3, 4, 5}};
-    test::CountingRandom random;
-    Application application{test::testEnvironment({{"TEMP", temp()}, {"HOME", folder.path()}}),
-                            clock, random, folder / "kavu.ini"};
-    test::TestDoor door;
-    std::unique_ptr<DropWindow> window;
-};
 
 TEST_F(MainWindowTest, WithoutADocumentOnlyTheWaysToOneAreOpen) {
     begin();
@@ -262,12 +209,6 @@ TEST_F(MainWindowTest, ADroppedFileIsOpened) {
     EXPECT_EQ(document().path, path);
 }
 
-void typeFileName(QDialog& dialog, const char* text) {
-    auto* const name = test::find<QLineEdit>(dialog, "fileNameEdit");
-    name->setText(QLatin1String(text));
-    QTest::keyClick(name, Qt::Key_Return);
-}
-
 TEST_F(MainWindowTest, SaveAsAsksBeforeAnotherFileGoesAndAddsTheExtension) {
     const auto other = folder / "other.tma";
     test::writeFile(other, "precious");
@@ -293,24 +234,6 @@ TEST_F(MainWindowTest, SaveAsAsksBeforeAnotherFileGoesAndAddsTheExtension) {
     });
     window->run(SaveAs);
     EXPECT_EQ(document().path, folder / "new.tma");
-}
-
-TEST_F(MainWindowTest, ARecoveredDocumentAsksBeforeItOverwritesAFile) {
-    const auto store = temp() + "/KAVU-9-00000000-0000-0000-0000-000000000000";
-    ASSERT_TRUE(makeFolder(store, 0700).ok());
-    test::writeFile(store + "/[kavu]GTMP.G", "G\\PN:LOST;\r\n");
-    begin(path);
-    const auto before = test::readFile(path);
-    door.next([&](QDialog& dialog) {
-        EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Save Recovered TMATS File As"));
-        answer("no");  // the open document's file is a file as any other here
-        typeFileName(dialog, "flight");
-        EXPECT_TRUE(dialog.isVisible());
-        dialog.reject();
-    });
-    test::press(window->noteBar(), "recover");
-    EXPECT_EQ(test::readFile(path), before);
-    EXPECT_EQ(document().path, path);
 }
 
 TEST_F(MainWindowTest, OpenStartsInTheFolderOfTheLastFile) {
@@ -542,84 +465,6 @@ TEST_F(MainWindowTest, CommentsOfTheFileAreRemarkedOrKept) {
     application.context().history.tell({DocumentChange::Edited, {}, {}});
     window->run(Save);
     EXPECT_THAT(test::readFile(path), HasSubstr("\r\n" + text));
-}
-
-TEST_F(MainWindowTest, AStoreThatWasLeftBehindIsOfferedAndCanBeDismissedForGood) {
-    const auto store = temp() + "/KAVU-9-00000000-0000-0000-0000-000000000000";
-    ASSERT_TRUE(makeFolder(store, 0700).ok());
-    test::writeFile(store + "/[kavu]GTMP.G", "G\\PN:LOST;\r\n");
-    begin();
-    if (!window->noteBar().isVisible()) {
-        FAIL() << "the store was not offered";
-    }
-    EXPECT_THAT(toBytes(window->noteBar().text()), HasSubstr("did not end properly"));
-    test::press(window->noteBar(), "never");
-    EXPECT_FALSE(window->noteBar().isVisible());
-    ASSERT_TRUE(window->quit());
-    begin();
-    EXPECT_FALSE(window->noteBar().isVisible());
-    EXPECT_TRUE(fileExists(store + "/[kavu]GTMP.G"));
-}
-
-TEST_F(MainWindowTest, AStoreThatWasRecoveredIsNotOfferedAgain) {
-    const auto store = temp() + "/KAVU-9-00000000-0000-0000-0000-000000000000";
-    ASSERT_TRUE(makeFolder(store, 0700).ok());
-    test::writeFile(store + "/[kavu]GTMP.G", "G\\PN:LOST;\r\n");
-    StoreRecord record;
-    record.source = describeSource(path);
-    test::writeFile(store + "/" + std::string(working::kStoreRecord), storeRecordText(record));
-    const auto before = test::readFile(path);
-    begin();
-    // Its run died while it read the file: a part is only taken if it is wanted.
-    door.next([](QDialog& dialog) {
-        EXPECT_THAT(toBytes(static_cast<QMessageBox&>(dialog).text()), HasSubstr("is incomplete"));
-        QTest::keyClick(&dialog, Qt::Key_Return);
-    });
-    test::press(window->noteBar(), "recover");
-    EXPECT_FALSE(document().open);
-    ASSERT_TRUE(window->quit());
-    begin();
-    answer("yes");
-    door.next([this](QDialog& dialog) {
-        auto& files = static_cast<QFileDialog&>(dialog);
-        ASSERT_EQ(files.selectedFiles().size(), 1);
-        EXPECT_EQ(files.selectedFiles().at(0), toQString(folder / "flight recovered.tma"));
-        dialog.accept();
-    });
-    answer("ok");  // to the statement that it is incomplete
-    test::press(window->noteBar(), "recover");
-    EXPECT_EQ(document().path, folder / "flight recovered.tma");
-    EXPECT_EQ(test::readFile(path), before);
-    ASSERT_TRUE(window->quit());
-    begin();
-    EXPECT_FALSE(window->noteBar().isVisible());
-}
-
-TEST_F(MainWindowTest, WhatCouldNotBePutBackIsOfferedByTheNextStart) {
-    begin(path);
-    settings().set(setting::kCreateBackup, false);
-    const auto former = test::readFile(path);
-    const auto store = application.context().store.folder();
-    document().changed = true;
-    // Neither the document can be written to the end, nor the file be put back.
-    application.context().steps.saveConversions = [this](UserInterface*, FileWriter&) {
-        EXPECT_TRUE(deleteFile(path).ok() && makeFolder(path).ok());
-        return false;
-    };
-    door.next([](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
-    door.next([&](QDialog& dialog) {
-        EXPECT_THAT(toBytes(static_cast<QMessageBox&>(dialog).text()),
-                    HasSubstr("They are in '" + store + "/FORMER0.TMP'"));
-        test::press(dialog, "ok");
-    });
-    window->run(Save);
-    answer("no");  // to the question whether the changes are to be saved
-    ASSERT_TRUE(window->quit());
-    EXPECT_EQ(test::readFile(store + "/FORMER0.TMP"), former);
-    EXPECT_TRUE(fileExists(store + "/[kavu]GTMP.G"));
-    begin();
-    EXPECT_TRUE(window->noteBar().isVisible());
-    EXPECT_THAT(toBytes(window->noteBar().text()), HasSubstr("did not end properly"));
 }
 
 TEST_F(MainWindowTest, NumbersStayAsTheyAreWhateverTheLocale) {

@@ -95,7 +95,7 @@ TEST_F(StoreRecordTest, SaysWhichFileWasReadToItsEndAndWhatIsInTheStore) {
     ASSERT_TRUE(read);
     EXPECT_EQ(read->source, describeSource(path));
     EXPECT_EQ(read->source.path, path);
-    EXPECT_EQ(read->source.size, 32U);
+    EXPECT_EQ(read->source.size, 31U);
     EXPECT_NE(read->source.modified, 0);
     EXPECT_TRUE(read->isSplit);
     EXPECT_TRUE(read->isLoaded);
