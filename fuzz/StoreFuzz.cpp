@@ -147,7 +147,9 @@ void checkNothingIsLost(const std::string& folder, const std::string& output, in
     }
     for (const auto& [name, path] : files) {
         const auto file = describeDocumentFile(name);
+        // A name that only looks like one of a group is nobody's.
         const bool isSaved = file.kind == DocumentFile::Group &&
+                             name == groupFile(file.letter, file.number) &&
                              (file.number == 0 ||
                               (file.number >= kLeastGroupIndex && file.number <= kMostGroupIndex));
         for (const auto& command : isSaved ? commandsOf(path) : std::vector<std::string>()) {

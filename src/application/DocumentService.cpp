@@ -127,7 +127,8 @@ bool DocumentService::saveAs(UserInterface* ui) {
 }
 
 bool DocumentService::saveTo(UserInterface* ui, const std::string& path) {
-    return saveDocumentTo(application_.context(), ui, path);
+    auto& context = application_.context();
+    return context.document.open && saveDocumentTo(context, ui, path);
 }
 
 bool DocumentService::close(UserInterface* ui) {
@@ -255,7 +256,7 @@ bool DocumentService::setVersions(UserInterface* ui, const VersionOptions& optio
         // The migration could not be undone: the document is abandoned.
         discard(ui);
     }
-    return changed;
+    return changed && failure.ok();
 }
 
 bool DocumentService::undo(UserInterface* ui) {

@@ -34,7 +34,7 @@ class DocumentService : public DocumentListener {
     /// it is then not saved.
     bool save(UserInterface* ui);
     bool saveAs(UserInterface* ui);
-    /// Saves under another name without a question.
+    /// Saves under another name without a question. False without an open document.
     bool saveTo(UserInterface* ui, const std::string& path);
     /// Asks about changes (message 76, "has been modified. Save file first?"). False if the user
     /// did not let the document be closed. True if there is none.
@@ -55,6 +55,7 @@ class DocumentService : public DocumentListener {
 
     /// Applies what the dialog of the editions returned. A document that cannot be brought to its
     /// new edition stays as it was; one that cannot be brought back either is closed.
+    /// False if the document is not of the edition that was chosen.
     bool setVersions(UserInterface* ui, const VersionOptions& options);
 
     /// Undoes the last operation, or redoes the one undone last, as a whole or not at all. False

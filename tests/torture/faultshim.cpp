@@ -171,8 +171,12 @@ Verdict enter(const char* name, char access, const char* path, const char* secon
         ::kill(::getpid(), SIGSTOP);
     }
     if (!state.persist.empty()) {
+        // A call that is made sets the number itself, if it has one to set.
+        if (!failsStill(name, access, path, second)) {
+            return Verdict::Pass;
+        }
         errno = state.code;
-        return failsStill(name, access, path, second) ? Verdict::Fail : Verdict::Pass;
+        return Verdict::Fail;
     }
     if (state.count != state.failAt) {
         return Verdict::Pass;

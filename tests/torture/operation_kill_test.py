@@ -26,7 +26,7 @@ OTHER = support.lines(
     "D-1\\ML\\N:1", "D-1\\MLN-1:JUST ONE", "D-1\\MN\\N-1:1", "D-1\\MN-1-1:DELTA",
     *support.conversion(1, "DELTA", "DCT:NON"))
 
-EDITION = "2004"
+EDITION = "1996"
 # Something to change in each group, for the way back to an old edition.
 DATED = support.small_document().replace(b"G\\106:09", b"G\\106:99") + support.lines(
     "T-1\\RF4:OTHR", "R-1\\TC1:OTHR", "R-1\\RI4:05-06-2001", "M-1\\SIF2-1:OT", "A-1\\SF3-1:OTH",
@@ -45,9 +45,10 @@ OPERATIONS = {
 
 
 def tree_of(folder):
-    """Names, bytes and times of all files below a folder."""
+    """Names, bytes and times of all files below a folder, but for the mark of a recovery."""
     return {str(path.relative_to(folder)): (path.read_bytes(), path.stat().st_mtime_ns)
-            for path in sorted(folder.rglob("*")) if path.is_file()}
+            for path in sorted(folder.rglob("*"))
+            if path.is_file() and path.name != support.RECOVERED}
 
 
 def content_of(document):

@@ -27,7 +27,7 @@ LEFT_BEHIND = re.compile(r"The folder '([^']+)' is left behind")
 # Only a save in place has former contents to put back.
 IN_PLACE = "[KAVU-9]\r\nSaveInPlace=1\r\nCreateBackup=0\r\n"
 
-SOURCES = {"change_edition": operations.DATED}
+SOURCES = {"change_edition": operations.DATED, "word_frame": support.medium_document(20)}
 COMMANDS = {
     **{name: None for name in operations.OPERATIONS},
     "save": lambda case: ["save", case.source, "-o", case.target],
@@ -81,7 +81,7 @@ class Plan:
         log = self.workshop.folder / "killed.log"
         case.save(faults={"LOG": log})
         first = min(call.number for call in recorded_calls(log)
-                    if call.path == str(case.target) and call.access == "w")
+                    if call.path.startswith(str(case.target.parent)) and call.access == "w")
         case.target.unlink()
         case.save(faults={"KILL_AT": first})
         store, = case.temp.iterdir()

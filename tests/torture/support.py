@@ -13,6 +13,8 @@ from pathlib import Path
 TIMEOUT = 30  # seconds; a run takes some milliseconds, one that takes longer hangs
 NOBODY = 65534
 NOW = "2024-05-06T07:08:09"
+# What a recovery leaves in the store that it has read.
+RECOVERED = "KAVU9RCV.TMP"
 
 
 def needed(name):

@@ -84,6 +84,7 @@ TEST_F(RecoveryOfferTest, AStoreThatWasRecoveredIsNotOfferedAgain) {
 TEST_F(RecoveryOfferTest, WhatCouldNotBePutBackIsOfferedByTheNextStart) {
     begin(path);
     settings().set(setting::kCreateBackup, false);
+    settings().set(setting::kSaveInPlace, true);
     const auto former = test::readFile(path);
     const auto store = application.context().store.folder();
     document().changed = true;
