@@ -1,5 +1,6 @@
 #include "conversion/ConversionLoader.h"
 
+#include "conversion/ChunkScan.h"
 #include "conversion/ChunkSplitter.h"
 #include "conversion/ConversionCompaction.h"
 #include "conversion/ConversionFiles.h"
@@ -15,7 +16,9 @@
 #include "core/document/KeyValueStore.h"
 #include "core/files/FileIo.h"
 #include "core/talk/UserInterface.h"
+#include "core/text/TwoThreads.h"
 
+#include <algorithm>
 #include <iterator>
 #include <optional>
 #include <string>
@@ -80,14 +83,25 @@ class GroupLoad {
 
   private:
     bool checkChunks(std::size_t& checked) {
-        const auto count = static_cast<double>(group_.chunks().size());
-        for (auto& [number, chunk] : group_.chunks()) {
-            auto* const bytes = cancelRequested(parent_) ? nullptr : group_.bytes(number);
-            const double percent = 100.0 * static_cast<double>(checked) / count;
-            if (bytes == nullptr || !check_.check(chunk, *bytes, percent)) {
+        auto& chunks = group_.chunks();
+        const auto count = static_cast<double>(chunks.size());
+        std::vector<ChunkScan> scans;
+        for (auto next = chunks.begin(); next != chunks.end();) {
+            const auto batch = group_.batch(next);
+            scans.resize(std::max(scans.size(), batch.size()));
+            forEachOnTwoThreads(batch.size(), [&](std::size_t place, std::size_t) {
+                scans[place].run(*batch[place].bytes, batch[place].chunk->severalLines, edition_);
+            });
+            for (std::size_t place = 0; place < batch.size(); ++place, ++next, ++checked) {
+                const double percent = 100.0 * static_cast<double>(checked) / count;
+                if (cancelRequested(parent_) ||
+                    !check_.check(*batch[place].chunk, scans[place], percent)) {
+                    return false;
+                }
+            }
+            if (batch.empty()) {
                 return false;
             }
-            ++checked;
         }
         return true;
     }

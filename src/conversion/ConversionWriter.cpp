@@ -13,8 +13,14 @@
 #include "core/text/Clock.h"
 #include "core/text/Printf.h"
 #include "core/text/Text.h"
+#include "core/text/TwoThreads.h"
 
+#include <algorithm>
+#include <array>
+#include <cstdint>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace kavu {
 
@@ -56,6 +62,46 @@ std::string putFields(const RawRecords::Record& record, bool commentOutside, Rec
     return decoded;
 }
 
+/// The texts of records that are still raw commands, chunk by chunk.
+class ComposedBatch {
+  public:
+    struct Chunk {
+        std::string text;
+        std::vector<std::size_t> ends;  ///< of the records in the text
+    };
+    ComposedBatch(int edition, const SampleRateOptions& rates)
+        : records_{RecordText(edition, rates), RecordText(edition, rates)} {}
+
+    /// `index` is the group index of the last record before them.
+    void compose(const RecordBatch& batch, std::int64_t index) {
+        chunks_.resize(std::max(chunks_.size(), batch.count));
+        std::vector<std::int64_t> before;
+        for (std::size_t part = 0; part < batch.count; ++part) {
+            before.push_back(index);
+            index += static_cast<std::int64_t>(batch.parts[part].records.size());
+        }
+        forEachOnTwoThreads(batch.count, [&](std::size_t part, std::size_t worker) {
+            compose(batch.parts[part], before[part], records_.at(worker), chunks_[part]);
+        });
+    }
+    [[nodiscard]] const Chunk& chunk(std::size_t part) const { return chunks_[part]; }
+
+  private:
+    static void compose(const RecordBatch::Part& part, std::int64_t index, RecordText& record,
+                        Chunk& to) {
+        to.text.clear();
+        to.ends.clear();
+        for (std::size_t i = 0; i < part.records.size(); ++i) {
+            const auto comment = putFields(part.records[i], part.chunk->commentsOutside, record);
+            to.text += record.write(++index, part.records[i].name, comment);
+            to.ends.push_back(to.text.size());
+        }
+    }
+
+    std::array<RecordText, kMostWorkers> records_;
+    std::vector<Chunk> chunks_;  ///< those beyond the batch keep their memory
+};
+
 /// One save of the group.
 class GroupWriter {
   public:
@@ -94,28 +140,40 @@ class GroupWriter {
     /// Nobody has asked for a record since the load, so that there is no section to look at or to
     /// change, and nothing for the update file.
     bool writeUntouched(UntouchedRecords& untouched) {
-        RawRecords records;
+        RecordBatch batch;
+        ComposedBatch composed(context_.document.version, sampleRateOptions(context_.settings));
+        const auto count = static_cast<double>(untouched.chunks().size());
         std::size_t done = 0;
-        for (const auto& [number, chunk] : untouched.chunks()) {
-            percent_ = 100.0 * static_cast<double>(done++) /
-                       static_cast<double>(untouched.chunks().size());
-            if (const auto status = untouched.read(number, records); !status.ok()) {
+        for (auto next = untouched.chunks().begin(); next != untouched.chunks().end();) {
+            if (const auto status = untouched.readSome(next, batch); !status.ok()) {
                 return reportUnreadable(status);
             }
-            for (std::size_t i = 0; i < records.size(); ++i) {
-                yieldToInterface(parent_);
-                if (cancelRequested(parent_)) {
-                    return false;
-                }
-                startRecord();
-                const auto comment = putFields(records[i], chunk.commentsOutside, record_);
-                output_.write(record_.write(index_, records[i].name, comment));
-                if (!output_.status().ok()) {
+            composed.compose(batch, index_);
+            for (std::size_t part = 0; part < batch.count; ++part) {
+                percent_ = 100.0 * static_cast<double>(done++) / count;
+                if (!writeComposed(composed.chunk(part))) {
                     return false;
                 }
             }
         }
         untouched.release();
+        return true;
+    }
+
+    bool writeComposed(const ComposedBatch::Chunk& chunk) {
+        std::size_t start = 0;
+        for (const auto end : chunk.ends) {
+            yieldToInterface(parent_);
+            if (cancelRequested(parent_)) {
+                return false;
+            }
+            startRecord();
+            output_.write(std::string_view(chunk.text).substr(start, end - start));
+            if (!output_.status().ok()) {
+                return false;
+            }
+            start = end;
+        }
         return true;
     }
 

@@ -35,23 +35,36 @@ struct RawCommand {
     std::string_view value;  ///< without the `;`
 };
 
+/// The head of a command: its group index, and where its `\` is, if it has one.
+struct RawHead {
+    std::int64_t index = 0;
+    std::size_t slash = 0;
+};
+[[nodiscard]] inline RawHead rawHeadOf(std::string_view line) {
+    RawHead head;
+    // Nearly every command begins with "C-", a few digits and a backslash.
+    const auto most = std::min(line.size(), kBeforeIndex + kSureDigits);
+    head.slash = kBeforeIndex;
+    for (; head.slash < most && isDigit(line[head.slash]); ++head.slash) {
+        head.index = head.index * 10 + (line[head.slash] - '0');
+    }
+    if (head.slash == kBeforeIndex || head.slash >= line.size() || line[head.slash] != '\\' ||
+        !line.starts_with("C-")) {
+        head.index = groupIndexOf(line);
+        head.slash = line.find('\\');
+    }
+    return head;
+}
+
 [[nodiscard]] inline RawCommand parseRawCommand(std::string_view line) {
     RawCommand command;
     command.line = line;
-    // Nearly every command begins with "C-", a few digits and a backslash.
-    const auto most = std::min(line.size(), kBeforeIndex + kSureDigits);
-    std::size_t slash = kBeforeIndex;
-    for (; slash < most && isDigit(line[slash]); ++slash) {
-        command.index = command.index * 10 + (line[slash] - '0');
-    }
-    if (slash == kBeforeIndex || slash >= line.size() || line[slash] != '\\' ||
-        !line.starts_with("C-")) {
-        command.index = groupIndexOf(line);
-        slash = line.find('\\');
-    }
-    const auto colon = slash == std::string_view::npos ? slash : line.find(':', slash);
+    const auto head = rawHeadOf(line);
+    command.index = head.index;
+    const auto colon =
+        head.slash == std::string_view::npos ? head.slash : line.find(':', head.slash);
     if (colon != std::string_view::npos) {
-        command.code = line.substr(slash + 1, colon - slash - 1);
+        command.code = line.substr(head.slash + 1, colon - head.slash - 1);
         command.value = line.substr(colon + 1, line.size() - colon - 2);
     }
     return command;

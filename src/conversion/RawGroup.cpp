@@ -12,7 +12,7 @@ namespace kavu {
 namespace {
 
 constexpr std::int64_t kIndicesOfChunk = 25;
-constexpr std::uint64_t kBatch = 8 * 1024 * 1024;  // bytes
+constexpr std::uint64_t kBatch = 4 * 1024 * 1024;  // bytes
 
 }  // namespace
 
@@ -48,7 +48,7 @@ bool RawGroup::sort(TmatsReader& reader, UserInterface* parent, std::int64_t bas
         const auto end = source_.position();
         if (!isComment(*command)) {
             const auto number =
-                base + std::max<std::int64_t>(0, parseRawCommand(*command).index / kIndicesOfChunk);
+                base + std::max<std::int64_t>(0, rawHeadOf(*command).index / kIndicesOfChunk);
             if (current == nullptr || number != currentNumber) {
                 current = &chunks_[number];
                 currentNumber = number;
@@ -87,6 +87,21 @@ std::string* RawGroup::bytes(std::int64_t number) {
         found = batch_.find(number);
     }
     return &found->second;
+}
+
+std::vector<RawGroup::Read> RawGroup::batch(Chunks::iterator first) {
+    std::vector<Read> read;
+    if (!fetch(first)) {
+        return read;
+    }
+    for (auto it = first; it != chunks_.end(); ++it) {
+        const auto found = batch_.find(it->first);
+        if (found == batch_.end()) {
+            break;
+        }
+        read.push_back({it->first, &it->second, &found->second});
+    }
+    return read;
 }
 
 bool RawGroup::open() {

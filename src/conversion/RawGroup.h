@@ -54,6 +54,15 @@ class RawGroup {
     /// The commands of a chunk, or null for a file that could not be read. Valid
     /// until the next call. Cheap when chunks are asked for in rising order.
     std::string* bytes(std::int64_t number);
+    /// A chunk whose commands have been read.
+    struct Read {
+        std::int64_t number = 0;
+        Chunk* chunk = nullptr;
+        std::string* bytes = nullptr;
+    };
+    /// The commands of the chunks from `first` on, as many as are read at a time; none if the
+    /// file could not be read. Valid until the next call. REQUIRES: there is a chunk.
+    [[nodiscard]] std::vector<Read> batch(Chunks::iterator first);
     /// Closes the file and forgets what was read of it; the places of the chunks stay.
     void release();
 

@@ -5,7 +5,6 @@
 #include "conversion/RawChunk.h"
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
-#include "core/command/CommandPath.h"
 #include "core/document/DocumentHistory.h"
 #include "core/document/KeyValueStore.h"
 #include "core/talk/Messages.h"
@@ -47,35 +46,36 @@ bool RecordCheck::close() {
     return true;
 }
 
-bool RecordCheck::check(RawGroup::Chunk& chunk, std::string& bytes, double percent) {
-    at_ = 0;
+bool RecordCheck::check(RawGroup::Chunk& chunk, const ChunkScan& scan, double percent) {
     groups_.clear();
-    bool good = true;
-    forEachRawCommand(bytes, chunk.severalLines, [&](const RawCommand& command) {
-        if (!good) {
-            return;
+    foundKeysOfTheProgram_ = foundKeysOfTheProgram_ || scan.holdsKeysOfTheProgram;
+    polled_ += scan.commands;
+    if (polled_ >= kPollEvery) {
+        polled_ = 0;
+        yieldToInterface(parent_);
+        if (cancelRequested(parent_)) {
+            return false;
         }
-        if (++polled_ % kPollEvery == 0) {
-            yieldToInterface(parent_);
-            good = !cancelRequested(parent_);
+    }
+    for (const auto index : scan.indices) {
+        groups_[index];
+    }
+    for (const auto& notable : scan.notable) {
+        if (notable.limit > 0) {
+            reportTooLong(notable);
+        } else if (!checkName(chunk, notable, percent)) {
+            return false;
         }
-        ++at_;
-        if (command.value.empty()) {
-            return;
-        }
-        if (isNaming(command)) {
-            good = good && checkName(chunk, command, percent);
-        } else {
-            checkField(command);
-        }
-    });
+    }
     for (const auto& [index, group] : groups_.all()) {
         unnamed_ += group.name.empty() && !group.isRefused ? 1 : 0;
     }
-    return good;
+    return true;
 }
 
-bool RecordCheck::checkName(RawGroup::Chunk& chunk, const RawCommand& command, double percent) {
+bool RecordCheck::checkName(RawGroup::Chunk& chunk, const ChunkScan::Notable& notable,
+                            double percent) {
+    const auto& command = notable.command;
     const auto whole = measurementNameIn(command);
     const auto name = recordNameIn(command);
     if (whole.empty()) {
@@ -91,7 +91,7 @@ bool RecordCheck::checkName(RawGroup::Chunk& chunk, const RawCommand& command, d
     if (names_.sectionExists(name)) {
         context_.messages.log(parent_, 317, title::kErrorReadingConversion, name);
         context_.history.markCorrected();
-        chunk.refused.push_back(at_);
+        chunk.refused.push_back(notable.at);
         groups_[command.index].isRefused = true;
         return true;
     }
@@ -125,18 +125,14 @@ void RecordCheck::showProgress(std::string_view name, double percent) {
     }
 }
 
-void RecordCheck::checkField(const RawCommand& command) {
+void RecordCheck::reportTooLong(const ChunkScan::Notable& notable) {
+    const auto& command = notable.command;
     const auto& of = groups_[command.index];
-    const auto* const row = findConversionCode(codeHead(trim(command.code)));
-    foundKeysOfTheProgram_ = foundKeysOfTheProgram_ || (row != nullptr && row->isOfTheProgram);
-    const auto limit = static_cast<std::size_t>(conversionLimit(command.code, row, edition_));
-    if (limit > 0 && command.value.size() > limit) {
-        context_.messages.log(
-            parent_, 315, title::kErrorReadingConversion,
-            of.name.empty() ? std::string("<name not defined>") : std::string(of.name),
-            command.index, command.code, shown(command.value), limit);
-        context_.history.markCorrected();
-    }
+    context_.messages.log(
+        parent_, 315, title::kErrorReadingConversion,
+        of.name.empty() ? std::string("<name not defined>") : std::string(of.name), command.index,
+        command.code, shown(command.value), notable.limit);
+    context_.history.markCorrected();
 }
 
 }  // namespace kavu

@@ -2,6 +2,7 @@
 // with them.
 #pragma once
 
+#include "conversion/ChunkScan.h"
 #include "conversion/RawGroup.h"
 #include "conversion/RawRecords.h"
 #include "core/files/FileIo.h"
@@ -14,7 +15,6 @@ namespace kavu {
 
 struct DocumentContext;
 class KeyValueStore;
-struct RawCommand;
 class UserInterface;
 
 class RecordCheck {
@@ -26,11 +26,11 @@ class RecordCheck {
     /// Makes the working file of the check: "DATA2.TMP" holds the names by group index
     /// (message 313 "Unable to" if it cannot be made).
     bool open();
-    /// Checks the commands of a chunk, and notes in it what was found. `percent` is for the
-    /// progress bar. False if it was cancelled, or a name could not be noted, which has been
-    /// reported. Logs 318 for a name and 315 for a value that is too long, 317 for a duplicate
-    /// measurement; the document counts as changed where a value or a record is not kept.
-    bool check(RawGroup::Chunk& chunk, std::string& bytes, double percent);
+    /// Checks the commands of a chunk, which has been scanned, and notes in it what was found.
+    /// `percent` is for the progress bar. False if it was cancelled, or a name could not be noted,
+    /// which has been reported. Logs 318 for a name and 315 for a value that is too long, 317 for a
+    /// duplicate measurement; the document counts as changed where a value or a record is not kept.
+    bool check(RawGroup::Chunk& chunk, const ChunkScan& scan, double percent);
     /// Closes the working file; false if it was not complete. Notes how many groups have no
     /// name.
     bool close();
@@ -45,8 +45,8 @@ class RecordCheck {
         bool isRefused = false;  ///< its name belongs to another record, as 317 has reported
         std::string_view name;   ///< within the bytes of the chunk
     };
-    bool checkName(RawGroup::Chunk& chunk, const RawCommand& command, double percent);
-    void checkField(const RawCommand& command);
+    bool checkName(RawGroup::Chunk& chunk, const ChunkScan::Notable& notable, double percent);
+    void reportTooLong(const ChunkScan::Notable& notable);
     void showProgress(std::string_view name, double percent);
 
     DocumentContext& context_;
@@ -54,14 +54,12 @@ class RecordCheck {
     UserInterface* parent_;
     int edition_;
     unsigned measurements_ = 0;
-    int unnamed_ = 0;  ///< group indices without a name
-    unsigned polled_ = 0;
+    int unnamed_ = 0;         ///< group indices without a name
+    std::size_t polled_ = 0;  ///< commands since the user interface was last asked
     bool foundKeysOfTheProgram_ = false;
     FileWriter namesFile_;
 
-    // The chunk in work.
-    std::size_t at_ = 0;
-    ByGroupIndex<Group> groups_;
+    ByGroupIndex<Group> groups_;  ///< of the chunk in work
 };
 
 }  // namespace kavu

@@ -10,6 +10,7 @@ namespace kavu {
 
 namespace {
 
+constexpr std::string_view kEnd = ";\r\n";  // of a command
 constexpr unsigned kColumnBits = 8;
 constexpr unsigned kNumberBits = 32;
 constexpr std::uint64_t kMostNumber = std::numeric_limits<int>::max();
@@ -111,7 +112,7 @@ const std::string& RecordText::write(std::int64_t index, std::string_view name,
     // The only value that keeps its line breaks in stored form.
     std::string stored(trimTrailingBlanks(name));
     toStoredForm(stored);
-    text_.assign(prefix_).append(kNameCode).append(":").append(stored).append(";\r\n");
+    text_.assign(prefix_).append(kNameCode).append(":").append(stored).append(kEnd);
     const auto afterName = text_.size();
     writeSteps(common_);
     const auto type = values_[typePlace_].data() == nullptr ? kNoType : values_[typePlace_];
@@ -124,7 +125,7 @@ const std::string& RecordText::write(std::int64_t index, std::string_view name,
 
 void RecordText::command(std::string_view head, std::string_view value) {
     if (!value.empty()) {
-        text_.append(prefix_).append(head).append(value).append(";\r\n");
+        text_.append(prefix_).append(head).append(value).append(kEnd);
     }
 }
 

@@ -2,7 +2,10 @@
 
 #include "conversion/ChunkSections.h"
 #include "conversion/StagedChunks.h"
+#include "core/text/TwoThreads.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace kavu {
@@ -13,6 +16,26 @@ IoStatus UntouchedRecords::read(std::int64_t number, RawRecords& records) {
         return group_.status();
     }
     records.gather(*bytes, group_.chunks().at(number), edition_);
+    return {};
+}
+
+IoStatus UntouchedRecords::readSome(RawGroup::Chunks::iterator& next, RecordBatch& batch) {
+    batch.count = 0;
+    if (next == group_.chunks().end()) {
+        return {};
+    }
+    const auto read = group_.batch(next);
+    if (read.empty()) {
+        return group_.status();
+    }
+    batch.parts.resize(std::max(batch.parts.size(), read.size()));
+    batch.count = read.size();
+    forEachOnTwoThreads(read.size(), [&](std::size_t place, std::size_t) {
+        auto& part = batch.parts[place];
+        part.chunk = read[place].chunk;
+        part.records.gather(*read[place].bytes, *part.chunk, edition_);
+    });
+    std::advance(next, static_cast<std::ptrdiff_t>(read.size()));
     return {};
 }
 

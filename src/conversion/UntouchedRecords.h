@@ -10,11 +10,22 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace kavu {
 
 class DocumentFiles;
 class StagedChunks;
+
+/// Records of neighbouring chunks that have been read together.
+struct RecordBatch {
+    struct Part {
+        const RawGroup::Chunk* chunk = nullptr;
+        RawRecords records;
+    };
+    std::vector<Part> parts;  ///< those beyond `count` keep their memory for the next batch
+    std::size_t count = 0;
+};
 
 class UntouchedRecords {
   public:
@@ -26,9 +37,12 @@ class UntouchedRecords {
     /// False if records can only be written from their sections.
     [[nodiscard]] bool canBeWritten() const { return !special_; }
 
-    [[nodiscard]] const RawGroup::Chunks& chunks() const { return group_.chunks(); }
+    [[nodiscard]] RawGroup::Chunks& chunks() { return group_.chunks(); }
     /// The records of a chunk; the views live until the next call. Cheap in rising order.
     [[nodiscard]] IoStatus read(std::int64_t number, RawRecords& records);
+    /// The records of as many chunks as are read at a time, from `next` on, which goes on to the
+    /// chunk behind them; there are none after the last. The views live until the next call.
+    [[nodiscard]] IoStatus readSome(RawGroup::Chunks::iterator& next, RecordBatch& batch);
     /// Closes the file between two passes.
     void release() { group_.release(); }
 

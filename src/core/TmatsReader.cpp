@@ -98,12 +98,18 @@ bool takeThroughSemicolon(ByteSource& source, CommandText& text) {
     return false;
 }
 
+/// The text up to its first `;`, if there is no blank in front of that; empty otherwise.
+std::string_view trimmedCommandIn(std::string_view text) {
+    const auto command = text.substr(0, text.find(';') + 1);
+    const bool isTrimmed = command.size() <= 2 || command[command.size() - 2] != ' ';
+    return isTrimmed ? command : std::string_view();
+}
+
 /// The command at the front of some text if it is whole there and is as it is to be: on one
 /// line, without blanks in front of its `;`. Empty otherwise.
 std::string_view wholeCommandIn(std::string_view text) {
-    const auto command = text.substr(0, text.find(';') + 1);
-    const bool isTrimmed = command.size() <= 2 || command[command.size() - 2] != ' ';
-    return isTrimmed && !holdsLineBreak(command) ? command : std::string_view();
+    const auto command = trimmedCommandIn(text);
+    return isPrintable(command) || !holdsLineBreak(command) ? command : std::string_view();
 }
 
 /// Takes the next command if it is whole in the window; nothing is taken otherwise.
@@ -182,10 +188,11 @@ std::string_view TmatsReader::takeLines(ByteSource& source, unsigned max, unsign
     const auto window = source.window();
     std::size_t end = 0;
     for (count = 0; count < max && substitutions_.empty(); ++count) {
-        const auto command = wholeCommandIn(window.substr(end));
+        const auto command = trimmedCommandIn(window.substr(end));
         const auto next = end + command.size() + kLineEnd.size();
+        // Neither a line break nor one of the bytes that stand for it is printable.
         if (command.empty() || isLeadingSpace(command.front()) || isComment(command) ||
-            holdsStoredBreak(command) ||
+            !isPrintable(command) ||
             window.substr(end + command.size(), kLineEnd.size()) != kLineEnd) {
             break;
         }

@@ -144,7 +144,7 @@ std::uint64_t cutFiller(ByteSource& source);
 
 /// True for a command that begins with "COMMENT:" in any case.
 [[nodiscard]] inline bool isComment(std::string_view command) {
-    return !command.empty() && (command.front() == 'C' || command.front() == 'c') &&
+    return command.size() > 1 && (command[0] == 'C' || command[0] == 'c') && command[1] != '-' &&
            startsWithIgnoreCase(command, "COMMENT:");
 }
 

@@ -42,19 +42,22 @@ bool StreamFiles::readNames(UserInterface* parent, std::string_view link,
     }
     bool cancelled = false;
     unsigned count = 0;
-    const auto status = forEachCommand(
-        context_.reader, context_.store.pathOf(groupFile(letter, index)),
-        [&](const std::string& command) {
-            const auto view = viewCommand(command);
-            if (refersTo(letter, view.field) == Refers::MeasurementName && !view.value.empty()) {
-                take(view.value);
-            }
-            if (++count % kPollEvery == 0) {
-                yieldToInterface(parent);
-                cancelled = cancelRequested(parent);
-            }
-            return !cancelled;
-        });
+    const auto status =
+        forEachCommand(context_.reader, context_.store.pathOf(groupFile(letter, index)),
+                       [&](std::string_view command) {
+                           if (mayRefer(letter, afterHead(command))) {
+                               const auto view = viewCommand(command);
+                               if (refersTo(letter, view.field) == Refers::MeasurementName &&
+                                   !view.value.empty()) {
+                                   take(view.value);
+                               }
+                           }
+                           if (++count % kPollEvery == 0) {
+                               yieldToInterface(parent);
+                               cancelled = cancelRequested(parent);
+                           }
+                           return !cancelled;
+                       });
     if (!status.ok()) {
         reportUnableToRead(parent, status);
     }

@@ -72,6 +72,13 @@ Patterns makePatterns() {
     return all;
 }
 
+/// Null for what is no letter of a group.
+const std::vector<Pattern>* patternsOf(char letter) {
+    static const auto kPatterns = makePatterns();
+    return letter < 'A' || letter > 'Z' ? nullptr
+                                        : &kPatterns[static_cast<std::size_t>(letter - 'A')];
+}
+
 using Names = std::array<std::string_view, 'Z' - 'A' + 1>;
 
 Names makeNames() {
@@ -103,17 +110,24 @@ std::string_view ownNameOf(char letter) {
 }
 
 Refers refersTo(char letter, std::string_view field) {
-    static const auto kPatterns = makePatterns();
-    if (letter < 'A' || letter > 'Z') {
-        return Refers::No;
-    }
-    for (const auto& pattern : kPatterns[static_cast<std::size_t>(letter - 'A')]) {
-        if (pattern.indexed ? startsWithIgnoreCase(field, pattern.front)
-                            : equalsIgnoreCase(field, pattern.front)) {
-            return pattern.refers;
+    if (const auto* const patterns = patternsOf(letter)) {
+        for (const auto& pattern : *patterns) {
+            if (pattern.indexed ? startsWithIgnoreCase(field, pattern.front)
+                                : equalsIgnoreCase(field, pattern.front)) {
+                return pattern.refers;
+            }
         }
     }
     return Refers::No;
+}
+
+bool mayRefer(char letter, std::string_view field) {
+    const auto* const patterns = patternsOf(letter);
+    return patterns != nullptr && !field.empty() &&
+           std::any_of(patterns->begin(), patterns->end(),
+                       [first = toUpperAscii(field.front())](const Pattern& pattern) {
+                           return pattern.front.front() == first;
+                       });
 }
 
 }  // namespace kavu

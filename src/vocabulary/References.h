@@ -13,6 +13,9 @@ namespace kavu {
 /// number or whether they are numbers at all ("MN-1-2", "MN-1" and "MN-x" are alike, "MN" is
 /// another field), nor its case, nor the edition. `letter` is upper case.
 [[nodiscard]] Refers refersTo(char letter, std::string_view field);
+/// False only if `refersTo` gives No for every field that begins as the text does: one look at one
+/// character, for a pass over all commands.
+[[nodiscard]] bool mayRefer(char letter, std::string_view field);
 
 /// Characters of the name of a data source, a data link or a measurement.
 inline constexpr int kNameLimit = 32;

@@ -165,5 +165,22 @@ TEST(References, AGroupBearsTheNameOfItsSourceOrItsLink) {
     }
 }
 
+TEST(References, OneLookAtTheFirstLetterExcludesNoName) {
+    int excluded = 0;
+    for (const auto& vocabulary : vocabularies()) {
+        for (const auto& field : vocabulary.fields) {
+            const bool may = mayRefer(vocabulary.letter, field.code);
+            excluded += may ? 0 : 1;
+            EXPECT_TRUE(may || field.refersTo == Refers::No)
+                << vocabulary.letter << " " << field.code;
+            EXPECT_EQ(may, mayRefer(vocabulary.letter, lowerAscii(field.code)));
+        }
+    }
+    EXPECT_GT(excluded, 100);
+    EXPECT_TRUE(mayRefer('D', "mn-1-1:A;"));
+    EXPECT_FALSE(mayRefer('D', {}));
+    EXPECT_FALSE(mayRefer('p', "DLN"));
+}
+
 }  // namespace
 }  // namespace kavu

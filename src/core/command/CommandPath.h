@@ -88,14 +88,25 @@ struct CommandPath : FieldPath {
 /// there is none.
 std::optional<int> takeIndex(std::string_view& text);
 
-/// True if the index of a code may have a 0 at its front: what a pass asks of each command.
-[[nodiscard]] constexpr bool mayHoldLeadingZero(std::string_view code) {
-    for (std::size_t at = 1; at < code.size(); ++at) {
-        if (code[at] == '0' && code[at - 1] == '-') {
-            return true;
+/// What a pass asks of the code of each command, found in one look at its bytes.
+struct CodeShape {
+    bool isSplit = false;             ///< there is a `:`, and a `\` in front of it
+    bool mayHoldLeadingZero = false;  ///< an index may have a 0 at its front
+};
+[[nodiscard]] constexpr CodeShape shapeOfCode(std::string_view command) {
+    CodeShape shape;
+    char previous = 0;
+    bool holdsBackslash = false;
+    for (const char c : command) {
+        if (c == ':') {
+            shape.isSplit = holdsBackslash;
+            break;
         }
+        holdsBackslash = holdsBackslash || c == '\\';
+        shape.mayHoldLeadingZero = shape.mayHoldLeadingZero || (c == '0' && previous == '-');
+        previous = c;
     }
-    return false;
+    return shape;
 }
 /// Writes the indices of the command, or of the code alone, that begins at `from` as a format
 /// writes them, without a 0 at their front: "T-01\RF1-002:07;" becomes "T-1\RF1-2:07;". What is

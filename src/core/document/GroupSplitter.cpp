@@ -19,6 +19,7 @@ namespace kavu {
 namespace {
 
 constexpr std::size_t kTargetBuffer = 64 * 1024;
+constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::size_t kAllBuffers = 8 * 1024 * 1024;
 
 bool isIndexedLetter(char letter) {
@@ -136,27 +137,30 @@ bool GroupSplitter::sortCommand(std::string_view command, long line) {
         return true;
     }
     std::string changed;
-    if (const auto view = viewCommand(command); view.head.empty()) {
+    if (const auto shape = shapeOfCode(command); !shape.isSplit) {
         notes_.unsplit(line, command);
         to = to == &conversions_ ? &unsplit_ : to;
-    } else if (mayHoldLeadingZero(view.code) && dropZeros(command, line, changed)) {
+    } else if (shape.mayHoldLeadingZero && dropZeros(command, line, changed)) {
         command = changed;
     }
-    if (command.find('\0') != std::string::npos) {
+    const bool isPlain = isPrintable(command);
+    if (!isPlain && command.find('\0') != std::string::npos) {
         notes_.nulBytes(line);
     }
     if (to->isSaved) {
         last_ = to;
-        putComments(*to, command);
+        if (keepComments_) {
+            putComments(*to, command);
+        }
     }
-    if (holdsLineBreak(command)) {
+    if (!isPlain && holdsLineBreak(command)) {
         notes_.severalLines(line, command);
         changed.assign(command);
         toStoredForm(changed);
         command = changed;
     }
-    to->lines.append(command).append("\r\n");
-    buffered_ += command.size() + 2;
+    to->lines.append(command).append(kLineEnd);
+    buffered_ += command.size() + kLineEnd.size();
     if (to->lines.size() >= kTargetBuffer && !flush(*to)) {
         return false;
     }

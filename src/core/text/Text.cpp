@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdint>
+#include <cstring>
 #include <limits>
 
 namespace kavu {
@@ -91,6 +93,31 @@ std::int64_t leadingInteger(std::string_view text) {
 int leadingInt(std::string_view text) {
     return static_cast<int>(std::clamp<std::int64_t>(
         leadingInteger(text), std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
+}
+
+bool isPrintable(std::string_view text) {
+    using Word = std::uint64_t;
+    constexpr Word kOnes = ~Word{0} / 0xFF;  // 1 in each byte
+    constexpr Word kHighBits = kOnes * 0x80;
+    constexpr unsigned char kBlank = ' ';
+    // A byte below the blank borrows from its high bit, unless that was set before. The bytes
+    // above it may be taken for such a one if there is one, and only then.
+    const auto below = [](Word word) { return (word - kOnes * kBlank) & ~word & kHighBits; };
+    if (text.size() < sizeof(Word)) {
+        return std::none_of(text.begin(), text.end(),
+                            [](char c) { return static_cast<unsigned char>(c) < kBlank; });
+    }
+    const auto wordAt = [text](std::size_t at) {
+        Word word = 0;
+        std::memcpy(&word, text.data() + at, sizeof(Word));
+        return word;
+    };
+    const auto last = text.size() - sizeof(Word);
+    Word found = below(wordAt(last));
+    for (std::size_t at = 0; at < last; at += sizeof(Word)) {
+        found |= below(wordAt(at));
+    }
+    return found == 0;
 }
 
 bool holdsLineBreak(std::string_view text) {

@@ -43,6 +43,9 @@ inline constexpr char kStoredLineFeed = 0x15;
 /// The same, clamped to the range of an int.
 [[nodiscard]] int leadingInt(std::string_view text);
 
+/// True if no byte of the text is below a blank: neither a line break nor a NUL nor a tabulator.
+/// Cheaper than a search for one of them.
+[[nodiscard]] bool isPrintable(std::string_view text);
 /// True if the text holds a carriage return or a line feed.
 [[nodiscard]] bool holdsLineBreak(std::string_view text);
 /// True if the text holds one of the two bytes that stand for them in a group file.

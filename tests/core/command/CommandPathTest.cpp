@@ -198,7 +198,7 @@ TEST(CommandPathTest, IndicesAreWrittenWithoutZerosAtTheirFront) {
     };
     for (const auto& [given, written] : rows) {
         auto text = given;
-        EXPECT_TRUE(mayHoldLeadingZero(viewCommand(given + ":").code)) << given;
+        EXPECT_TRUE(shapeOfCode(given + ":").mayHoldLeadingZero) << given;
         EXPECT_TRUE(dropLeadingZeros(text)) << given;
         EXPECT_EQ(text, written);
         EXPECT_FALSE(dropLeadingZeros(text)) << given;

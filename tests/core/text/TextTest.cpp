@@ -117,5 +117,22 @@ TEST(TextTest, NumbersAreAppended) {
     EXPECT_EQ(text, "C-12-9223372036854775808");
 }
 
+TEST(IsPrintable, FindsAByteBelowTheBlankWhereverItIs) {
+    for (std::size_t size = 0; size < 40; ++size) {
+        EXPECT_TRUE(isPrintable(std::string(size, ' '))) << size;
+        EXPECT_TRUE(isPrintable(std::string(size, '\x80'))) << size;
+        EXPECT_TRUE(isPrintable(std::string(size, '\xff'))) << size;
+        for (std::size_t at = 0; at < size; ++at) {
+            for (const char c : {'\0', '\t', '\n', '\r', '\x1f'}) {
+                for (const char other : {' ', 'a', '\x7f', '\x80', '\xff'}) {
+                    std::string text(size, other);
+                    text[at] = c;
+                    EXPECT_FALSE(isPrintable(text)) << size << ' ' << at << ' ' << int{c};
+                }
+            }
+        }
+    }
+}
+
 }  // namespace
 }  // namespace kavu
