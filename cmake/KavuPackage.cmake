@@ -1,13 +1,27 @@
 # What `cmake --install` puts where beside the programs, and the Debian package made of it.
 
-install(FILES ${PROJECT_SOURCE_DIR}/docs/kavu-cli.1
-        DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+# A package has these files compressed, and without the time of that.
+find_program(KAVU_GZIP gzip REQUIRED)
+set(compressed_files)
+function(kavu_install_compressed source destination)
+    cmake_path(GET source FILENAME name)
+    set(made ${PROJECT_BINARY_DIR}/compressed/${name}.gz)
+    add_custom_command(OUTPUT ${made}
+        COMMAND ${KAVU_GZIP} -9nc ${PROJECT_SOURCE_DIR}/${source} > ${made}
+        DEPENDS ${PROJECT_SOURCE_DIR}/${source} VERBATIM)
+    install(FILES ${made} DESTINATION ${destination})
+    set(compressed_files ${compressed_files} ${made} PARENT_SCOPE)
+endfunction()
+file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/compressed)
+
+kavu_install_compressed(docs/kavu-cli.1 ${CMAKE_INSTALL_MANDIR}/man1)
+kavu_install_compressed(packaging/changelog ${CMAKE_INSTALL_DOCDIR})
 install(FILES ${PROJECT_SOURCE_DIR}/packaging/completions/kavu-cli.bash
         DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME kavu-cli)
 install(FILES ${PROJECT_SOURCE_DIR}/packaging/completions/_kavu-cli
         DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
 install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md
-              ${PROJECT_SOURCE_DIR}/LICENSE
+              ${PROJECT_SOURCE_DIR}/LICENSE ${PROJECT_SOURCE_DIR}/packaging/copyright
         DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/manual ${PROJECT_SOURCE_DIR}/docs/pictures
         DESTINATION ${CMAKE_INSTALL_DOCDIR})
@@ -22,10 +36,13 @@ if(TARGET kavu)
             DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
     install(FILES ${PROJECT_SOURCE_DIR}/packaging/kavu-mime.xml
             DESTINATION ${CMAKE_INSTALL_DATADIR}/mime/packages RENAME kavu.xml)
-    install(FILES ${PROJECT_SOURCE_DIR}/packaging/kavu.metainfo.xml
+    install(FILES ${PROJECT_SOURCE_DIR}/packaging/org.kavu.kavu.metainfo.xml
             DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
-    install(FILES ${PROJECT_SOURCE_DIR}/docs/kavu.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+    kavu_install_compressed(docs/kavu.1 ${CMAKE_INSTALL_MANDIR}/man1)
 endif()
+# What is installed and is no program: with the programs it is all that a package takes.
+add_custom_target(installed_files ALL DEPENDS ${compressed_files})
+add_dependencies(installed_files reference)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME kavu)
@@ -33,8 +50,8 @@ set(CPACK_PACKAGE_VENDOR "Kavu developers")
 set(CPACK_PACKAGE_CONTACT "Kavu developers <developers@kavu.invalid>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
 set(CPACK_PACKAGE_DESCRIPTION
-    "Opens, checks, converts and saves the telemetry attributes transfer standard (TMATS)\n\
-files of IRIG 106 Chapter 9, editions 106-96 to 106-11.")
+    "Opens, checks, edits and saves the files of the telemetry attributes\n\
+transfer standard (TMATS) of IRIG 106 Chapter 9, editions 106-96 to 106-11.")
 set(CPACK_PACKAGE_INSTALL_DIRECTORY kavu)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)

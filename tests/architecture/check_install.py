@@ -6,6 +6,7 @@
 With --app the editor is part of the tree.
 """
 
+import gzip
 import os
 import re
 import shutil
@@ -16,9 +17,10 @@ import time
 from pathlib import Path
 
 FILES = [
-    "bin/kavu-cli", "share/man/man1/kavu-cli.1",
+    "bin/kavu-cli", "share/man/man1/kavu-cli.1.gz",
     "share/bash-completion/completions/kavu-cli", "share/zsh/site-functions/_kavu-cli",
     "share/doc/kavu/README.md", "share/doc/kavu/CHANGELOG.md", "share/doc/kavu/LICENSE",
+    "share/doc/kavu/changelog.gz", "share/doc/kavu/copyright",
     "share/doc/kavu/manual/index.md", "share/doc/kavu/reference/index.md",
     "share/doc/kavu/reference/group-g.md", "share/doc/kavu/reference/group-c.md",
     "share/doc/kavu/samples/flight-test.tma",
@@ -26,9 +28,9 @@ FILES = [
     "share/doc/kavu/samples/mistakes.tma",
 ]
 APP_FILES = [
-    "bin/kavu", "share/man/man1/kavu.1", "share/applications/kavu.desktop",
+    "bin/kavu", "share/man/man1/kavu.1.gz", "share/applications/kavu.desktop",
     "share/icons/hicolor/scalable/apps/kavu.svg", "share/mime/packages/kavu.xml",
-    "share/metainfo/kavu.metainfo.xml",
+    "share/metainfo/org.kavu.kavu.metainfo.xml",
 ]
 
 
@@ -73,7 +75,9 @@ def check_completion(prefix):
 
 def man_page(prefix, name):
     """The text of a page, and what is wrong with it."""
-    result = run("groff", "-man", "-ww", "-Tutf8", str(prefix / "share/man/man1" / name))
+    source = gzip.decompress((prefix / f"share/man/man1/{name}.gz").read_bytes()).decode("ascii")
+    result = subprocess.run(["groff", "-man", "-ww", "-Tutf8"], input=source, check=False,
+                            capture_output=True, text=True)
     text = re.sub("\x1b\\[[0-9;]*m|.\b", "", result.stdout)
     wrong = result.stderr or (result.returncode and "groff fails")
     return text.replace("‐", "-").replace("−", "-"), wrong
@@ -111,7 +115,7 @@ def check_editor(prefix):
         if option not in plain:
             yield f"the man page of the editor does not tell of {option}"
     for command in (["desktop-file-validate", "share/applications/kavu.desktop"],
-                    ["appstreamcli", "validate", "--no-net", "share/metainfo/kavu.metainfo.xml"]):
+                    ["appstreamcli", "validate", "--no-net", "share/metainfo/org.kavu.kavu.metainfo.xml"]):
         result = run(*command, cwd=prefix)
         if result.returncode:
             yield f"{command}: {result.stdout}{result.stderr}"
