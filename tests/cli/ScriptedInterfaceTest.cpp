@@ -1,4 +1,5 @@
 #include "cli/ScriptedInterface.h"
+#include "core/talk/QuestionNames.h"
 
 #include <sstream>
 
@@ -99,6 +100,27 @@ TEST(ScriptedInterface, AnAnswerReachesAQuestionByItsName) {
     EXPECT_EQ(t.ui().message(named), Button::Yes);
     EXPECT_EQ(t.ui().message(box(0, Buttons::YesNo)), Button::No) << "one without a name";
     EXPECT_EQ(t.ui().questions().at(0).reply, "no");
+}
+
+TEST(ScriptedInterface, TheNamedQuestionOfThreeButtonsTakesEachReply) {
+    for (const auto& [reply, button] : {std::pair("yes", Button::Yes), std::pair("no", Button::No),
+                                        std::pair("cancel", Button::Cancel)}) {
+        Replies replies;
+        replies.all = "no";
+        replies.byName["adjust"] = reply;
+        Terminal t(replies);
+        auto named = box(0, Buttons::YesNoCancel);
+        named.name = question::kAdjust;
+        EXPECT_EQ(t.ui().message(named), button) << reply;
+    }
+    Replies replies;
+    replies.all = "no";
+    Terminal t(replies);
+    auto named = box(0, Buttons::YesNoCancel);
+    named.name = question::kAdjust;
+    named.defaultButton = Button::Yes;
+    EXPECT_EQ(t.ui().message(named), Button::Yes);
+    EXPECT_TRUE(isQuestionName("adjust"));
 }
 
 TEST(ScriptedInterface, ANumberForAQuestionSaysYesAndAnswersThePromptBehindIt) {

@@ -130,7 +130,7 @@ void IdCounterDialog::openSubframe(const QListWidgetItem* item) {
 }
 
 void IdCounterDialog::deleteCounter() {
-    if (deleteIdCounter(format_, &form().ui, fwp_)) {
+    if (deleteIdCounterAndAdjust(format_, &form().ui, fwp_)) {
         finish();
     }
 }

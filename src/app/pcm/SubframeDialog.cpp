@@ -8,6 +8,7 @@
 #include "app/pcm/EntryList.h"
 #include "app/pcm/IdCounterDialog.h"
 #include "pcm/PcmFormat.h"
+#include "pcm/edit/FrameAdjust.h"
 #include "pcm/model/SubframeFields.h"
 #include "pcm/structure/IdCounterFields.h"
 #include "pcm/structure/SubframeEdit.h"
@@ -218,7 +219,7 @@ bool SubframeDialog::store() {
     if (const int row = counter_->currentIndex(); row >= 0) {
         edited.counter = counters_[static_cast<std::size_t>(row)];
     }
-    return saveSubframeEditing(format_, &form().ui, fwp_, edited);
+    return saveSubframeAndFrame(format_, &form().ui, fwp_, edited);
 }
 
 bool editSubframe(FormContext& form, PcmFormat& format, QWidget* window, int fwp, bool isNew) {

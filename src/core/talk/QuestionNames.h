@@ -12,9 +12,12 @@ namespace kavu {
 namespace question {
 /// Whether the former contents of a file are to be put back that was not written completely.
 inline constexpr std::string_view kRestore = "restore";
+/// Whether what an edit of a frame leaves behind is to be stored where the display shows it.
+inline constexpr std::string_view kAdjust = "adjust";
 }  // namespace question
 
-inline constexpr auto kQuestionNames = std::to_array<std::string_view>({question::kRestore});
+inline constexpr auto kQuestionNames =
+    std::to_array<std::string_view>({question::kRestore, question::kAdjust});
 
 [[nodiscard]] constexpr bool isQuestionName(std::string_view name) {
     return std::find(kQuestionNames.begin(), kQuestionNames.end(), name) != kQuestionNames.end();

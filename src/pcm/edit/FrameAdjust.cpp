@@ -1,9 +1,12 @@
 #include "pcm/edit/FrameAdjust.h"
 
 #include "core/talk/BoxLines.h"
+#include "core/talk/QuestionNames.h"
 #include "core/text/Printf.h"
+#include "pcm/edit/CounterRefit.h"
 #include "pcm/edit/IntervalRefit.h"
 #include "pcm/edit/RangeRefit.h"
+#include "pcm/edit/SideLocations.h"
 #include "pcm/model/FrameEditLists.h"
 #include "pcm/model/MeasurementCell.h"
 #include "pcm/structure/AsyncEdit.h"
@@ -85,13 +88,14 @@ SentValues shownValues(const PcmFormat& format, std::string_view name, const Fra
     return sentValues(locations, shape);
 }
 
-/// Parts without their orders, which no cell has.
-SentValues withoutOrders(SentValues parts) {
-    for (auto& part : parts) {
-        part.front().order = 'D';
+/// Values without the orders of their parts, which no cell has.
+SentValues withoutOrders(SentValues values) {
+    for (auto& value : values) {
+        for (auto& part : value) {
+            part.order = 'D';
+        }
     }
-    std::sort(parts.begin(), parts.end());
-    return parts;
+    return values;
 }
 
 /// A stream before an edit of its frame.
@@ -100,6 +104,7 @@ struct Before {
     std::set<std::string> notFound;                 ///< by a load, whatever the edit does
     std::map<std::string, std::vector<int>> words;  ///< in which each measurement is
     std::set<int> asyncNotFound;
+    std::vector<std::string> countersNotFound;
 };
 
 /// What a load makes of the stream as it is now.
@@ -114,7 +119,7 @@ struct Loaded {
 /// Finds and adjusts what an edit of the frame has left behind.
 class Adjustment {
   public:
-    explicit Adjustment(PcmFormat& format) : format_(format) {
+    explicit Adjustment(PcmFormat& format) : format_(format), side_(format) {
         before_.shape = shapeOf(format);
         const Loaded loaded(format, loadedHiddenDepth(format));
         forEachName(format, [&](const std::string& name) {
@@ -125,6 +130,7 @@ class Adjustment {
         });
         const auto async = asyncLeftBehind(format);
         before_.asyncNotFound.insert(async.begin(), async.end());
+        before_.countersNotFound = countersLeftBehind(format);
     }
 
     /// Lists what is left behind; false if nothing is.
@@ -140,14 +146,26 @@ class Adjustment {
         }
         for (const int record : asyncLeftBehind(format_)) {
             if (!before_.asyncNotFound.contains(record)) {
-                async_.push_back(record);
+                async_.emplace(record, std::string());
             }
         }
-        return !left_.empty() || !async_.empty();
+        findAsyncOfOtherDepth(loaded);
+        for (auto& name : countersLeftBehind(format_)) {
+            const auto& known = before_.countersNotFound;
+            if (std::find(known.begin(), known.end(), name) == known.end()) {
+                counters_.push_back(std::move(name));
+            }
+        }
+        sideLeft_ = side_.left(moves_);
+        return !left_.empty() || !async_.empty() || !counters_.empty() || !sideLeft_.empty();
     }
 
     /// Rebuilds all definitions, and notes what each has become.
-    void adjust() {
+    void adjust(UserInterface* parent) {
+        if (!counters_.empty()) {
+            closeCounterGaps(format_);
+        }
+        side_.adjust(parent, moves_);
         extendCounters();
         fitHiddenSubframes();
         refitSubframes(format_);
@@ -160,14 +178,19 @@ class Adjustment {
                 entry.becomes = refit(entry.name, loaded);
             }
         }
-        for (const int record : async_) {
-            asyncBecomes_.push_back(refitAsync(format_, record));
+        const auto byInterval = asyncLeftBehind(format_);
+        for (auto& [record, becomes] : async_) {
+            const bool refits =
+                std::find(byInterval.begin(), byInterval.end(), record) != byInterval.end();
+            becomes = refits ? refitAsync(format_, record)
+                             : formatPrintf("the frames up to %d", loadedHiddenDepth(format_));
         }
         format_.changed = true;
     }
 
     [[nodiscard]] MessageBox question() const {
         MessageBox box;
+        box.name = question::kAdjust;
         box.title = "Adjust Measurements?";
         box.icon = Icon::Question;
         box.buttons = Buttons::YesNoCancel;
@@ -175,19 +198,30 @@ class Adjustment {
         box.yesText = "&Adjust";
         box.noText = "&Leave";
         const auto count = left_.size() + async_.size();
-        box.text = formatPrintf(
-            "%d %s located by ranges or by an interval, or %s places that this edit takes away. "
-            "After the next load:\n\n",
-            static_cast<int>(count), count == 1 ? "measurement is" : "measurements are",
-            count == 1 ? "has" : "have");
+        if (count > 0) {
+            box.text = formatPrintf(
+                "%d %s located by ranges or by an interval, or %s places that this edit takes "
+                "away. ",
+                static_cast<int>(count), count == 1 ? "measurement is" : "measurements are",
+                count == 1 ? "has" : "have");
+        }
+        box.text += "After the next load:\n\n";
         std::vector<std::string> lines;
         for (const auto& entry : left_) {
             lines.push_back(lineOf(entry));
         }
-        for (std::size_t i = 0; i < async_.size(); ++i) {
-            const auto& record = format_.asyncFormats[static_cast<std::size_t>(async_[i] - 1)];
+        for (const auto& [number, becomes] : async_) {
+            const auto& record = format_.asyncFormats[static_cast<std::size_t>(number - 1)];
             lines.push_back(formatPrintf("Async format %s: elsewhere. Adjusted: %s",
-                                         record.dataLinkName.view(), asyncBecomes_[i]));
+                                         record.dataLinkName.view(), becomes));
+        }
+        for (const auto& name : counters_) {
+            lines.push_back(formatPrintf("ID counter %s: lost. Adjusted: it is found", name));
+        }
+        for (const auto& side : sideLeft_) {
+            const auto line = formatPrintf("%s %d: elsewhere. ", side.label, side.before);
+            lines.push_back(side.now > 0 ? line + formatPrintf("Adjusted: %d", side.now)
+                                         : line + "Cannot be adjusted");
         }
         addLines(box, lines);
         box.text +=
@@ -221,10 +255,13 @@ class Adjustment {
             return isFoundByLoad(format_, loaded.subframes, first, at.word, at.index);
         }
         const auto* const definition = definitionOf(name);
-        return definition != nullptr &&
-               withoutOrders(partsOf(
-                   sentValues(loadedPlaces(format_, *definition, loaded.shape), loaded.shape))) ==
-                   shownValues(format_, name, loaded.now);
+        if (definition == nullptr) {
+            return false;
+        }
+        const auto found =
+            sentValues(loadedPlaces(format_, *definition, loaded.shape), loaded.shape);
+        return partsOf(withoutOrders(found), loaded.now.frames) ==
+               partsOf(shownValues(format_, name, loaded.now), loaded.now.frames);
     }
 
     /// Where the values of a measurement are now, each with its parts as before the edit.
@@ -256,6 +293,32 @@ class Adjustment {
         if (part.frames.empty()) {
             part = {};
         }
+    }
+
+    /// Those in some frames of a hidden subframe, which a load gives another depth.
+    void findAsyncOfOtherDepth(const Loaded& loaded) {
+        for (std::size_t i = 0; i < format_.asyncFormats.size(); ++i) {
+            const auto& locations = format_.asyncFormats[i].locations;
+            const int record = static_cast<int>(i) + 1;
+            const bool differs =
+                std::any_of(locations.begin(), locations.end(), [&](const auto& location) {
+                    return loaded.now.isDataWord(location.fwp) &&
+                           loaded.now.word(location.fwp).hidden &&
+                           loaded.now.word(location.fwp).depth !=
+                               loaded.shape.word(location.fwp).depth &&
+                           !isAsyncInEveryCell(location.fwp, record);
+                });
+            if (differs) {
+                async_.emplace(record, std::string());
+            }
+        }
+    }
+    [[nodiscard]] bool isAsyncInEveryCell(int fwp, int record) const {
+        int fn = 1;
+        while (fn <= format_.cells().cellCount(fwp) && isAsyncAt(format_, fwp, fn, record)) {
+            ++fn;
+        }
+        return fn > format_.cells().cellCount(fwp);
     }
 
     void findOne(const std::string& name, const std::vector<int>& wordsBefore,
@@ -344,7 +407,7 @@ class Adjustment {
         const auto now = shapeOf(format_);
         for (int fwp = 1; fwp < now.words; ++fwp) {
             if (now.word(fwp).hidden && now.word(fwp).depth != depth) {
-                keepAsyncFrames(fwp);
+                keepAsyncFrames(fwp, depth);
                 auto contents = takeWord(format_, fwp);
                 const auto period = contents.lists.size();
                 contents.lists.resize(static_cast<std::size_t>(std::max(1, depth)));
@@ -358,16 +421,21 @@ class Adjustment {
         format_.subframesChanged();
     }
 
-    /// The frames of async formats are frames of the major frame: they are those that were shown.
-    void keepAsyncFrames(int fwp) {
+    /// The frames of async formats are those that were shown, as far as the subframe has them: a
+    /// frame after these would be another cell.
+    void keepAsyncFrames(int fwp, int depth) {
         for (std::size_t i = 0; i < format_.asyncFormats.size(); ++i) {
             for (auto& location : format_.asyncFormats[i].locations) {
                 if (location.fwp != fwp) {
                     continue;
                 }
+                const int record = static_cast<int>(i) + 1;
+                const int last = isAsyncInEveryCell(fwp, record)
+                                     ? format_.numberOfFrames
+                                     : std::min(depth, format_.numberOfFrames);
                 std::vector<FrameRange> ranges;
-                for (int fn = 1; fn <= format_.numberOfFrames; ++fn) {
-                    if (!isAsyncAt(format_, fwp, fn, static_cast<int>(i) + 1)) {
+                for (int fn = 1; fn <= last; ++fn) {
+                    if (!isAsyncAt(format_, fwp, fn, record)) {
                         continue;
                     }
                     if (!ranges.empty() && ranges.back().end == fn - 1) {
@@ -406,16 +474,22 @@ class Adjustment {
     }
 
     PcmFormat& format_;
+    SideLocations side_;
     Before before_;
     WordMoves moves_;
     bool extendsCounters_ = false;
     std::vector<Left> left_;
-    std::vector<int> async_;
-    std::vector<std::string> asyncBecomes_;
+    std::map<int, std::string> async_;   ///< numbers, and what they become
+    std::vector<std::string> counters_;  ///< names
+    std::vector<SideLocations::Left> sideLeft_;
 };
 
-/// Whether any location is given by a range or an interval.
-bool hasSteps(const PcmFormat& format) {
+/// Whether any location is given by a range, an interval or the number of a word, or a counter that
+/// goes could leave a gap before others.
+bool canLeaveBehind(PcmFormat& format) {
+    if (countIdCounters(format) > 1 || !SideLocations(format).empty()) {
+        return true;
+    }
     const auto isStepped = [](const Measurement& measurement) {
         return isWordFrame(measurement) || measurement.locationMode.view().starts_with('I');
     };
@@ -454,7 +528,7 @@ bool changeFrame(PcmFormat& format, UserInterface* parent, const EditSteps& step
                  const std::function<bool(WordMoves& moves)>& edit) {
     WordMoves moves(static_cast<std::size_t>(std::max(0, format.wordsPerMinorFrame)));
     std::iota(moves.begin(), moves.end(), 0);
-    if (parent == nullptr || (kind == FrameEdit::MovesWords && !hasSteps(format))) {
+    if (parent == nullptr || (kind == FrameEdit::MovesWords && !canLeaveBehind(format))) {
         return edit(moves);
     }
     Adjustment adjustment(format);
@@ -467,7 +541,7 @@ bool changeFrame(PcmFormat& format, UserInterface* parent, const EditSteps& step
         trimRanges(format);
         return true;
     }
-    adjustment.adjust();
+    adjustment.adjust(parent);
     trimRanges(format);
     const bool adjusted = undo.commit();
     const auto answer = parent->message(adjustment.question());
@@ -492,6 +566,18 @@ bool saveIdCounterAndFrame(PcmFormat& format, UserInterface* parent, int fwp,
                            const IdCounter& record) {
     return changeFrame(format, parent, {}, FrameEdit::ChangesSize,
                        [&](WordMoves&) { return saveIdCounter(format, parent, fwp, record); });
+}
+
+bool deleteIdCounterAndAdjust(PcmFormat& format, UserInterface* parent, int fwp) {
+    return changeFrame(format, parent, {}, FrameEdit::MovesWords,
+                       [&](WordMoves&) { return deleteIdCounter(format, parent, fwp); });
+}
+
+bool saveSubframeAndFrame(PcmFormat& format, UserInterface* parent, int fwp,
+                          const SubframeEditing& editing) {
+    return changeFrame(format, parent, {}, FrameEdit::ChangesSize, [&](WordMoves&) {
+        return saveSubframeEditing(format, parent, fwp, editing);
+    });
 }
 
 }  // namespace kavu

@@ -5,6 +5,7 @@
 #include "pcm/edit/MeasurementEdit.h"
 #include "pcm/edit/RangePlaces.h"
 #include "pcm/model/Subframe.h"
+#include "pcm/structure/SubframeRecordEdit.h"
 
 #include <functional>
 #include <string_view>
@@ -19,7 +20,8 @@ enum class FrameEdit { MovesWords, ChangesSize };
 /// display shows them, and those that lose places, are named in one question:
 ///  - "Adjust" rebuilds the definitions from the cells: by ranges and intervals where these give the
 ///    places, else by several locations or a list. Frames that are added extend what was in every
-///    frame, from 106-11 on by the ID counters that counted all frames.
+///    frame, from 106-11 on by the ID counters that counted all frames. ID counters close the gap
+///    of one that is gone, and the word of the format identifier and the first tag move along.
 ///  - "Leave" keeps the definitions as they are.
 ///  - "Cancel" takes the edit back, and the result is false.
 /// False also if the edit is refused, which has no effect. Without a parent nothing is asked and
@@ -34,5 +36,11 @@ bool editFrameAttribute(PcmFormat& format, UserInterface* parent, std::string_vi
 /// `saveIdCounter` with that question: from 106-11 on hidden subframes are as deep as a counter.
 bool saveIdCounterAndFrame(PcmFormat& format, UserInterface* parent, int fwp,
                            const IdCounter& record);
+
+/// `deleteIdCounter` with that question: the counters after it would not be found.
+bool deleteIdCounterAndAdjust(PcmFormat& format, UserInterface* parent, int fwp);
+/// `saveSubframeEditing` with that question: a subframe of another depth, or of other words.
+bool saveSubframeAndFrame(PcmFormat& format, UserInterface* parent, int fwp,
+                          const SubframeEditing& editing);
 
 }  // namespace kavu

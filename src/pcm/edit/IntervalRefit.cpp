@@ -2,6 +2,7 @@
 
 #include "core/text/Printf.h"
 #include "pcm/edit/MeasurementEditWordFrame.h"
+#include "pcm/edit/RangePlaces.h"
 #include "pcm/model/MeasurementCell.h"
 #include "pcm/structure/AsyncEdit.h"
 #include "pcm/write/WordFrameBuild.h"
@@ -181,7 +182,7 @@ LoadedSubframes::LoadedSubframes(const PcmFormat& format) {
     forEachSubframe(format, [&](SubframeRef ref, const Subframe& record) {
         const auto& words = format.wordsOf(ref);
         const auto stepped = steppedWords(format, record, words);
-        any = any || (stepped && *stepped != words);
+        any = any || (stepped && *stepped != words) || !isCounterLoaded(format, ref.counter);
     });
     if (!any) {
         return;
@@ -189,6 +190,9 @@ LoadedSubframes::LoadedSubframes(const PcmFormat& format) {
     // A later interval takes words of earlier subframes.
     std::vector<SubframeRef> owner(static_cast<std::size_t>(format.wordsPerMinorFrame));
     forEachSubframe(format, [&](SubframeRef ref, const Subframe& record) {
+        if (!isCounterLoaded(format, ref.counter)) {
+            return;
+        }
         const auto& words = format.wordsOf(ref);
         for (const int fwp : steppedWords(format, record, words).value_or(words)) {
             owner[static_cast<std::size_t>(fwp)] = ref;

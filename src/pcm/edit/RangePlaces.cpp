@@ -2,9 +2,12 @@
 
 #include "pcm/PcmLoad.h"
 #include "pcm/read/MeasurementPlacing.h"
+#include "pcm/structure/SubframeEdit.h"
 #include "pcm/write/WrittenRange.h"
 
 #include <algorithm>
+#include <span>
+#include <tuple>
 
 namespace kavu {
 
@@ -23,10 +26,15 @@ std::vector<int> steps(int start, int interval, int end) {
     return result;
 }
 
+/// Which a load takes for every frame, in a plain word.
+bool isFirstFrameAlone(const WordFrameFragment& fragment, const FrameShape& shape) {
+    return fragment.startFrame == 1 && fragment.frameInterval == 0 && fragment.endFrame == 1 &&
+           !shape.implicit;
+}
+
 std::vector<int> framesIn(const FrameShape& shape, const WordFrameFragment& fragment, int fwp) {
     const bool isPlain = !shape.hasFrames(fwp);
-    const bool isFirstAlone = fragment.startFrame == 1 && fragment.frameInterval == 0 &&
-                              fragment.endFrame == 1 && !shape.implicit;
+    const bool isFirstAlone = isFirstFrameAlone(fragment, shape);
     const bool isInSome = isSubcommutated(shape.edition, shape.frames, fragment.startFrame,
                                           fragment.frameInterval, fragment.endFrame);
     if (isPlain && (!shape.makesSubframes || isFirstAlone || !isInSome)) {
@@ -91,6 +99,22 @@ void addValues(SentValues& values, const LocationPlaces& places, const FrameShap
     }
 }
 
+/// True if a load finds the fragment in some frames of a plain word, and has no counter for the
+/// subframe that it would need.
+bool isWithoutCounter(const WordFrameFragment& fragment, const FrameShape& loaded) {
+    if (!loaded.refusesSubframes ||
+        !isSubcommutated(loaded.edition, loaded.frames, fragment.startFrame, fragment.frameInterval,
+                         fragment.endFrame)) {
+        return false;
+    }
+    const auto words = steps(fragment.startWord, fragment.wordInterval, fragment.endWord);
+    const bool isPlain = std::all_of(words.begin(), words.end(), [&](int fwp) {
+        return loaded.word(fwp).type == WordType::Minor;
+    });
+    return !(isPlain && isFirstFrameAlone(fragment, loaded)) &&
+           !std::all_of(words.begin(), words.end(), [&](int fwp) { return loaded.hasFrames(fwp); });
+}
+
 /// What a load makes of a fragment; nothing if it is refused.
 std::optional<WordFrameFragment> loadedFragment(PcmLoad& check, const WordFrameFragment& fragment,
                                                 const FrameShape& loaded) {
@@ -125,26 +149,45 @@ FrameShape shapeOf(const PcmFormat& format) {
     return shape;
 }
 
-int loadedHiddenDepth(const PcmFormat& format) {
-    if (format.edition() >= kHiddenSubframesEdition) {
-        for (const auto& counter : format.idCounters) {
-            if (!counter.name.empty()) {
-                return counter.endFrame.number();
-            }
+bool isCounterLoaded(const PcmFormat& format, int counter) {
+    const auto at = static_cast<std::size_t>(counter);
+    return counter >= 0 && counter < countIdCounters(format) && at < format.idCounters.size() &&
+           !format.idCounters[at].name.empty();
+}
+
+namespace {
+
+/// The first counter that a load finds, or -1.
+int firstLoadedCounter(const PcmFormat& format) {
+    for (int counter = 0; counter < countIdCounters(format); ++counter) {
+        if (isCounterLoaded(format, counter)) {
+            return counter;
         }
     }
-    return format.numberOfFrames;
+    return -1;
+}
+
+}  // namespace
+
+int loadedHiddenDepth(const PcmFormat& format) {
+    const int counter = firstLoadedCounter(format);
+    return format.edition() >= kHiddenSubframesEdition && counter >= 0
+               ? format.idCounters[static_cast<std::size_t>(counter)].endFrame.number()
+               : format.numberOfFrames;
 }
 
 FrameShape loadedShape(const PcmFormat& format, int hiddenDepth) {
     auto shape = shapeOf(format);
     shape.makesSubframes = true;
-    const bool hidesAll =
-        shape.edition >= kHiddenSubframesEdition &&
-        std::any_of(format.idCounters.begin(), format.idCounters.end(),
-                    [](const IdCounter& counter) { return !counter.name.empty(); });
+    shape.refusesSubframes = firstLoadedCounter(format) < 0;
+    const bool hidesAll = shape.edition >= kHiddenSubframesEdition && !shape.refusesSubframes;
     for (int fwp = 1; fwp < shape.words; ++fwp) {
         auto& word = shape.at[static_cast<std::size_t>(fwp)];
+        const bool isLost = word.type != WordType::Minor && word.type != WordType::Sync &&
+                            !isCounterLoaded(format, format.word(fwp).idCounterIndex);
+        if ((word.hidden && shape.refusesSubframes) || (isLost && !word.hidden)) {
+            word = {WordType::Minor, false, 1};
+        }
         if (word.hidden || (hidesAll && word.type == WordType::Minor)) {
             word = {WordType::Subframe, true, hiddenDepth};
         }
@@ -236,6 +279,10 @@ std::vector<LocationPlaces> loadedPlaces(PcmFormat& format, const WordFrameDefin
                 taken.fragments.push_back(*written);
             }
         }
+        if (std::any_of(taken.fragments.begin(), taken.fragments.end(),
+                        [&](const auto& fragment) { return isWithoutCounter(fragment, loaded); })) {
+            taken.fragments.clear();
+        }
         locations.push_back(placesOf(taken, loaded));
     }
     return locations;
@@ -252,15 +299,49 @@ SentValues sentValues(const std::vector<LocationPlaces>& locations, const FrameS
     return values;
 }
 
-SentValues partsOf(const SentValues& values) {
-    SentValues parts;
-    for (const auto& value : values) {
-        for (const auto& part : value) {
-            parts.push_back({part});
-        }
+namespace {
+
+/// Adds parts of the same bits of a word, sorted by their frames.
+void addJoined(SentValues& values, std::span<const SentPart> parts, int frames) {
+    std::vector<int> count(static_cast<std::size_t>(frames) + 1);
+    for (const auto& part : parts) {
+        ++count[static_cast<std::size_t>(part.fn)];
     }
-    std::sort(parts.begin(), parts.end());
-    return parts;
+    const int full = frames < 1 ? 0 : *std::min_element(count.begin() + 1, count.end());
+    for (std::size_t fn = 0; fn < count.size(); ++fn) {
+        const int left = fn == 0 ? count[fn] + full : count[fn] - full;
+        auto part = parts.front();
+        part.fn = static_cast<int>(fn);
+        values.insert(values.end(), static_cast<std::size_t>(left), {part});
+    }
+}
+
+}  // namespace
+
+SentValues partsOf(const SentValues& values, int frames) {
+    std::vector<SentPart> parts;
+    for (const auto& value : values) {
+        parts.insert(parts.end(), value.begin(), value.end());
+    }
+    const auto bits = [](const SentPart& part) {
+        return std::tie(part.fwp, part.mask, part.order);
+    };
+    std::sort(parts.begin(), parts.end(), [&](const SentPart& a, const SentPart& b) {
+        return std::tuple(bits(a), a.fn) < std::tuple(bits(b), b.fn);
+    });
+    SentValues joined;
+    for (auto first = parts.begin(); first != parts.end();) {
+        const auto end = std::find_if(
+            first, parts.end(), [&](const SentPart& part) { return bits(part) != bits(*first); });
+        if (end - first < frames || frames < 2) {
+            std::for_each(first, end, [&](const SentPart& part) { joined.push_back({part}); });
+        } else {
+            addJoined(joined, {first, end}, frames);
+        }
+        first = end;
+    }
+    std::sort(joined.begin(), joined.end());
+    return joined;
 }
 
 }  // namespace kavu

@@ -23,6 +23,9 @@ struct FrameShape {
     /// A plain word becomes a hidden subframe if a fragment is in some frames only, as in a load;
     /// otherwise it has what it has in every frame. With `implicit` frame 1 alone is one of some.
     bool makesSubframes = false;
+    /// There is no ID counter that the hidden subframes could follow: what is in some frames only
+    /// is refused.
+    bool refusesSubframes = false;
     bool implicit = false;
     std::vector<Word> at;  ///< by position
 
@@ -36,6 +39,9 @@ struct FrameShape {
     }
 };
 [[nodiscard]] FrameShape shapeOf(const PcmFormat& format);
+/// True if a load finds the counter. It takes as many as have a name, by their numbers, so that
+/// those after the gap of a deleted one are lost.
+[[nodiscard]] bool isCounterLoaded(const PcmFormat& format, int counter);
 /// The depth that a load gives to hidden subframes: that of the first ID counter from 106-11 on,
 /// of the major frame before.
 [[nodiscard]] int loadedHiddenDepth(const PcmFormat& format);
@@ -88,7 +94,8 @@ using SentValues = std::vector<std::vector<SentPart>>;
 [[nodiscard]] SentValues sentValues(const std::vector<LocationPlaces>& locations,
                                     const FrameShape& shape);
 
-/// Each part as a value of its own, sorted.
-[[nodiscard]] SentValues partsOf(const SentValues& values);
+/// Each part as a value of its own, sorted. Parts that are in all `frames` one by one count as one
+/// that is in every frame.
+[[nodiscard]] SentValues partsOf(const SentValues& values, int frames);
 
 }  // namespace kavu

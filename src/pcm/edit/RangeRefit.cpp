@@ -302,7 +302,8 @@ std::optional<WordFrameDefinition> refitRanges(PcmFormat& format,
         }
         auto definition = refit.definition();
         const auto made = sentValues(loadedPlaces(format, definition, loaded), loaded);
-        if (made == wanted || (refit.isApart && partsOf(made) == partsOf(wanted))) {
+        if (made == wanted ||
+            (refit.isApart && partsOf(made, loaded.frames) == partsOf(wanted, loaded.frames))) {
             return definition;
         }
     }

@@ -99,7 +99,8 @@ bool StreamUndo::isFileOfEdits(std::string_view name) const {
     if (isConversionFile(name)) {
         return beside_.conversions != nullptr;
     }
-    return name == kMeasurementComment || name == formatPrintf(kSmfFormat, format_.dGroup) ||
+    return name == kMeasurementComment || name == kFormatSwitchFile || name == kAltTagFile ||
+           name == formatPrintf(kSmfFormat, format_.dGroup) ||
            name == formatPrintf(kTagFormat, format_.dGroup);
 }
 

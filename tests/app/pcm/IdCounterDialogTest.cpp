@@ -174,6 +174,29 @@ TEST(IdCounterDialog, DeleteIsRefusedWhileASubframeRefersToIt) {
     EXPECT_EQ(s.format.wordType(2), WordType::Minor);
 }
 
+TEST(IdCounterDialog, DeleteAsksAboutTheCountersThatTheNextLoadWouldNotFind) {
+    CounterStage s;
+    for (const int fwp : {5, 6}) {
+        ASSERT_TRUE(deleteSubframe(s.format, nullptr, fwp, true));
+    }
+    ASSERT_TRUE(createIdCounter(s.format, nullptr, 2));
+    s.ui.byId[129] = Button::Yes;
+    EXPECT_FALSE(s.counter([&](QDialog& dialog) {
+        s.ui.otherwise = Button::Cancel;
+        press(dialog, "delete");
+        EXPECT_EQ(s.ui.boxes.back().title, "Adjust Measurements?");
+        EXPECT_NE(s.ui.boxes.back().text.find("ID counter SFID2: lost."), std::string::npos);
+        EXPECT_TRUE(dialog.isVisible());
+        press(dialog, "cancel");
+    }));
+    EXPECT_EQ(countIdCounters(s.format), 2);
+    s.ui.otherwise = Button::Yes;
+    EXPECT_TRUE(s.counter([](QDialog& dialog) { press(dialog, "delete"); }));
+    ASSERT_EQ(s.format.idCounters.size(), 1U);
+    EXPECT_EQ(s.format.idCounters[0].name, "SFID2");
+    EXPECT_EQ(wordOfIdCounter(s.format, 0), 2);
+}
+
 TEST(IdCounterDialog, ACounterThatHasGoneIsToldWhenItIsStoredOrDeleted) {
     CounterStage s(2011);
     s.counter([&](QDialog& dialog) {

@@ -59,6 +59,30 @@ TEST(SubframeDialog, EachRefusedValueIsToldAndKeepsItOpen) {
     EXPECT_FALSE(s.format.changed);
 }
 
+TEST(SubframeDialog, LessDepthNamesWhatItCutsAndACancelThereKeepsTheDialogOpen) {
+    CounterStage s;
+    Measurement measurement;
+    measurement.name = "A";
+    measurement.locationType = "SF";
+    measurement.mask = "FW";
+    s.format.cells().store(s.format.cellAt(5, 3), measurement);
+    EXPECT_TRUE(s.subframe([&](QDialog& dialog) {
+        test::type(dialog, "depth", QStringLiteral("2"));
+        s.ui.otherwise = Button::Cancel;
+        press(dialog, "ok");
+        EXPECT_TRUE(dialog.isVisible());
+        EXPECT_EQ(s.format.wordDepth(5), 4);
+        EXPECT_TRUE(s.format.hasMeasurement("A"));
+        s.ui.otherwise = Button::Yes;
+        press(dialog, "ok");
+    }));
+    ASSERT_EQ(s.ui.boxes.size(), 2U);
+    EXPECT_EQ(s.ui.boxes[0].title, "Adjust Measurements?");
+    EXPECT_NE(s.ui.boxes[0].text.find("A: none of its places is left"), std::string::npos)
+        << s.ui.boxes[0].text;
+    EXPECT_EQ(s.format.wordDepth(5), 2);
+}
+
 TEST(SubframeDialog, ADepthThatDoesNotDivideTheDepthOfTheCounterCanNotBeSaved) {
     CounterStage s;
     s.subframe([&](QDialog& dialog) {

@@ -1,91 +1,26 @@
-#include "pcm/LoadFixture.h"
+#include "pcm/FrameAdjustStage.h"
 #include "pcm/edit/FrameAdjust.h"
 #include "pcm/edit/FrameEditWords.h"
+#include "pcm/structure/AsyncEdit.h"
 #include "pcm/structure/SubframeEdit.h"
 #include "pcm/undo/StreamUndo.h"
-
-#include <algorithm>
-#include <functional>
 
 namespace kavu {
 namespace {
 
 using test::Commands;
 using test::counterAt;
+using test::fragment;
 using test::listOf;
-using test::LoadFixture;
 using test::Places;
 using test::plainFormat;
+using test::ranges;
 using test::subframeAt;
+using test::supercom;
 using test::wordFrame;
 using test::operator+;
 
-/// A stream that is loaded, edited with one answer to the question, and stored.
-class FrameAdjust : public ::testing::Test {
-  protected:
-    void load(int edition, const Commands& pGroup, const std::vector<Commands>& measurements) {
-        f = std::make_unique<LoadFixture>(edition);
-        ASSERT_TRUE(f->load(pGroup, listOf(measurements)));
-        ASSERT_TRUE(f->ui.logs.empty()) << f->ui.logs.front().text;
-        f->format.changed = false;
-        f->ui.otherwise = Button::Yes;
-    }
-    /// Stores the stream; the commands of its D group, without numbers of list and measurement.
-    Commands stored() {
-        EXPECT_TRUE(savePcmFormat(f->format, nullptr));
-        return f->saved("[kavu]PCMMEAS.D01");
-    }
-    [[nodiscard]] bool holds(const Commands& lines, const std::string& command) const {
-        return std::find(lines.begin(), lines.end(), "D-1\\" + command + ";") != lines.end();
-    }
-    void expectStored(const Commands& wanted) {
-        const auto lines = stored();
-        for (const auto& command : wanted) {
-            EXPECT_TRUE(holds(lines, command)) << command;
-        }
-    }
-    /// After the next load a measurement is at these places, and nothing is reported.
-    void expectLoaded(const std::string& name, const Places& places) {
-        EXPECT_EQ(f->places(name), places) << name << " before the load";
-        ASSERT_TRUE(savePcmFormat(f->format, nullptr));
-        ASSERT_TRUE(f->reload());
-        EXPECT_EQ(f->places(name), places) << name << " after the load";
-        EXPECT_TRUE(f->ui.logs.empty()) << f->ui.logs.front().text;
-    }
-    [[nodiscard]] const MessageBox& question() const { return f->ui.boxes.back(); }
-    PcmFormat& format() { return f->format; }
-
-    std::unique_ptr<LoadFixture> f;
-};
-
-Commands ranges(const std::string& name, const std::vector<Commands>& locations) {
-    Commands commands = {"MN@:" + name, "LT@:WDFR", "MML\\N@:" + std::to_string(locations.size())};
-    for (const auto& location : locations) {
-        commands = commands + location;
-    }
-    return commands;
-}
-Commands fragment(int k, int f, int word, int wordStep, int endWord, int frame, int frameStep,
-                  int endFrame, const std::string& mask = "FW") {
-    const auto at = "@-" + std::to_string(k) + "-" + std::to_string(f) + ":";
-    return {"WP" + at + std::to_string(word),
-            "WI" + at + std::to_string(wordStep),
-            "EWP" + at + std::to_string(endWord),
-            "FP" + at + std::to_string(frame),
-            "FI" + at + std::to_string(frameStep),
-            "EFP" + at + std::to_string(endFrame),
-            "WFM" + at + mask,
-            "WFP" + at + std::to_string(f)};
-}
-Commands supercom(const std::string& name, int first, int interval, int count) {
-    return {"MN@:" + name,
-            "LT@:MFSC",
-            "MFS\\N@:" + std::to_string(count),
-            "MFS1@:I",
-            "MFS2@:" + std::to_string(first),
-            "MFS3@:FW",
-            "MFS4@:" + std::to_string(interval)};
-}
+using FrameAdjust = test::FrameAdjustTest;
 
 // --- words that move --------------------------------------------------------------------------
 
@@ -94,6 +29,7 @@ TEST_F(FrameAdjust, ARangeMovesWithItsWordAndTheQuestionSaysSo) {
     ASSERT_TRUE(insertFwps(format(), f->parent, 3, 2));
     ASSERT_EQ(f->ui.boxes.size(), 1U);
     EXPECT_EQ(question().title, "Adjust Measurements?");
+    EXPECT_EQ(question().name, "adjust");
     EXPECT_EQ(question().yesText, "&Adjust");
     EXPECT_EQ(question().noText, "&Leave");
     EXPECT_EQ(question().defaultButton, Button::Yes);
@@ -421,9 +357,88 @@ TEST_F(FrameAdjust, ACounterOfFewerFramesCutsAndNamesWhatItNoLongerCounts) {
     EXPECT_EQ(format().idCounters[0].endFrame, "16");
     f->ui.otherwise = Button::Yes;
     ASSERT_TRUE(saveIdCounterAndFrame(format(), f->parent, 1, counter));
-    EXPECT_NE(question().text.find("B: none of its places is left"), std::string::npos) << question().text;
+    EXPECT_NE(question().text.find("B: none of its places is left"), std::string::npos)
+        << question().text;
     expectStored({"EFP-1-1-1-1:8", "FP-1-2-1-1:3", "EFP-1-2-1-1:3"});
     expectLoaded("C", {{7, 3}});
+}
+
+// A location in frame 1 and one in frame 2 of the same word, which the display shows as every
+// frame.
+TEST_F(FrameAdjust, TwoLocationsOfOneWordAreNamedAndMoveThoughTheyAreShownAsOne) {
+    const auto at = [](int k, int frame) {
+        const auto place = "@-" + std::to_string(k);
+        return Commands{"MNF\\N" + place + ":1", "WP" + place + "-1:5",
+                        "WI" + place + "-1:0",   "FP" + place + "-1:" + std::to_string(frame),
+                        "FI" + place + "-1:0",   "WFM" + place + "-1:FW",
+                        "WFP" + place + "-1:1"};
+    };
+    load(2004, plainFormat(16, 2) + counterAt(8, 2), {ranges("A", {at(1, 2), at(2, 1)})});
+    ASSERT_EQ(f->places("A"), (Places{{5, 1}, {5, 2}}));
+    ASSERT_TRUE(insertFwps(format(), f->parent, 3, 2));
+    ASSERT_EQ(f->ui.boxes.size(), 1U);
+    EXPECT_NE(question().text.find("A: elsewhere. Adjusted: 2 locations"), std::string::npos)
+        << question().text;
+    expectLoaded("A", {{7, 1}, {7, 2}});
+}
+
+// --- another depth of a subframe --------------------------------------------------------------
+
+TEST_F(FrameAdjust, ASubframeOfLessDepthNamesWhatIsCutAndShortensIntervals) {
+    const auto subframes = Commands{"SF\\N-1:1"} + subframeAt(1, "T", 9, 8);
+    load(
+        2009, plainFormat(16, 8) + counterAt(4, 8, subframes),
+        {{"MN@:A", "LT@:SF", "SF1@:T", "SF2@:6"},
+         {"MN@:B", "LT@:SFSC", "SFS1@:T", "SFS\\N@:4", "SFS2@:I", "SFS3@:1", "SFS4@:FW", "SFS5@:2"},
+         wordFrame("C", 9, 2, 2, 8)});
+    auto editing = subframeEditing(format(), 9);
+    editing.record.depth = "4";
+    f->ui.otherwise = Button::Cancel;
+    EXPECT_FALSE(saveSubframeAndFrame(format(), f->parent, 9, editing));
+    EXPECT_EQ(format().wordDepth(9), 8);
+    EXPECT_EQ(f->places("A"), (Places{{9, 6}}));
+    f->ui.otherwise = Button::Yes;
+    ASSERT_TRUE(saveSubframeAndFrame(format(), f->parent, 9, editing));
+    EXPECT_NE(question().text.find("A: none of its places is left"), std::string::npos)
+        << question().text;
+    EXPECT_NE(question().text.find("B: elsewhere. Adjusted: 2 locations by an interval of 2"),
+              std::string::npos)
+        << question().text;
+    EXPECT_NE(question().text.find("C: "), std::string::npos) << question().text;
+    expectStored({"SFS\\N-1-1:2", "EFP-1-2-1-1:4"});
+    expectLoaded("B", {{9, 1}, {9, 3}});
+    EXPECT_EQ(f->places("C"), (Places{{9, 2}, {9, 4}}));
+}
+
+// --- async formats in some frames -------------------------------------------------------------
+
+TEST_F(FrameAdjust, AnAsyncFormatInSomeFramesIsNamedWhenTheCounterCountsFewer) {
+    load(2011,
+         plainFormat(16, 8) + counterAt(4, 8) +
+             Commands{"AEF\\N:1", "AEF\\DLN-1:INNER", "AEF1-1:NO", "AEF3-1-1:6", "AEF5-1-1:16",
+                      "AEF6-1-1:1111111111111111", "AEF7-1-1:1", "AEF8-1-1-1:1", "AEF9-1-1-1:3",
+                      "AEF10-1-1-1:8"},
+         {});
+    auto counter = format().idCounters[0];
+    ASSERT_TRUE(setEndFrame(format(), f->parent, counter, 4));
+    ASSERT_TRUE(saveIdCounterAndFrame(format(), f->parent, 4, counter));
+    EXPECT_NE(question().text.find("Async format INNER: elsewhere. Adjusted: the frames up to 4"),
+              std::string::npos)
+        << question().text;
+    const auto shown = [&] {
+        std::vector<int> frames;
+        for (int fn = 1; fn <= 8; ++fn) {
+            if (isAsyncAt(format(), 6, fn, 1)) {
+                frames.push_back(fn);
+            }
+        }
+        return frames;
+    };
+    const auto before = shown();
+    EXPECT_EQ(before, (std::vector<int>{1, 4, 5, 8}));
+    ASSERT_TRUE(savePcmFormat(format(), nullptr));
+    ASSERT_TRUE(f->reload());
+    EXPECT_EQ(shown(), before);
 }
 
 }  // namespace
