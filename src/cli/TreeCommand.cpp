@@ -6,7 +6,9 @@
 #include "groups/DocumentTree.h"
 #include "pcm/structure/StreamSummary.h"
 
+#include <algorithm>
 #include <map>
+#include <vector>
 
 namespace kavu::cli {
 
@@ -20,16 +22,25 @@ bool isPcm(const TreeLink& link) {
     return link.group > 0 && link.kind.starts_with("PCM");
 }
 
-Summaries readSummaries(CommandContext& context, const DocumentTree& tree) {
-    Summaries summaries;
+/// All links that the tree shows, in its order.
+template <typename Visit>
+void forEachLink(const DocumentTree& tree, const Visit& visit) {
     for (const auto& source : tree.dataSources) {
-        for (const auto& link : source.links) {
-            if (isPcm(link) && !summaries.contains(link.group)) {
-                summaries[link.group] = readStreamSummary(context.application.context(), context.ui,
-                                                          link.group, link.measurements);
-            }
+        for (const auto* const links : {&source.links, &source.tracks}) {
+            std::for_each(links->begin(), links->end(), visit);
         }
     }
+    std::for_each(tree.unlinked.begin(), tree.unlinked.end(), visit);
+}
+
+Summaries readSummaries(CommandContext& context, const DocumentTree& tree) {
+    Summaries summaries;
+    forEachLink(tree, [&](const TreeLink& link) {
+        if (isPcm(link) && !summaries.contains(link.group)) {
+            summaries[link.group] = readStreamSummary(context.application.context(), context.ui,
+                                                      link.group, link.measurements);
+        }
+    });
     return summaries;
 }
 
@@ -45,6 +56,7 @@ Json linkJson(const TreeLink& link) {
             {"embedded", std::move(embedded)}};
 }
 
+/// The contract with scripts knows the links of the multiplex definitions alone.
 Json sourceJson(const TreeSource& source) {
     Json links = Json::array();
     for (const auto& link : source.links) {
@@ -58,34 +70,63 @@ Json sourceJson(const TreeSource& source) {
             {"links", std::move(links)}};
 }
 
-/// The group of a link's own file: a bus, message or PAM stream may have a P file, too.
-char streamLetter(const TreeLink& link) {
-    return link.kind == "Message Data" ? 'S' : link.kind == "PAM" ? 'A' : 'P';
-}
-
 std::string countText(std::size_t count, const char* what) {
     return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
-/// The tree as text: indented names, and columns with what is known of them.
-std::string treeText(const DocumentTree& tree, const Summaries& summaries) {
-    std::vector<std::vector<std::string>> rows;
-    for (const auto& source : tree.dataSources) {
+/// The rows of the tree as text: indented names, and columns with what is known of them.
+class TreeRows {
+  public:
+    explicit TreeRows(const Summaries& summaries) : summaries_(summaries) {}
+
+    void add(const TreeSource& source) {
         // The class T is a recorder, whose group letter is R.
-        const char letter = source.sourceClass == 'R' ? 'T' : 'R';
-        rows.push_back({terminalLine(source.name), terminalLine(source.type),
-                        groupName(letter, source.group), groupName('M', source.multiplex)});
-        for (const auto& link : source.links) {
-            rows.push_back({"  " + terminalLine(link.name), terminalLine(link.kind),
-                            groupName(streamLetter(link), link.group), "",
-                            isPcm(link) ? terminalLine(summaryText(summaries.at(link.group)))
-                                        : countText(link.measurements, "measurement")});
+        const char letter = source.groupLetter != 0     ? source.groupLetter
+                            : source.sourceClass == 'R' ? 'T'
+                                                        : 'R';
+        rows_.push_back({terminalLine(source.name), terminalLine(source.type),
+                         groupName(letter, source.group), groupName('M', source.multiplex)});
+        addLinks(source.links);
+        addLinks(source.tracks);
+    }
+    void addLinks(const std::vector<TreeLink>& links) {
+        for (const auto& link : links) {
+            rows_.push_back({"  " + terminalLine(link.name), terminalLine(link.kind),
+                             groupName(link.letter, link.group), "",
+                             isPcm(link) ? terminalLine(summaryText(summaries_.at(link.group)))
+                                         : countText(link.measurements, "measurement")});
             for (const auto& name : link.embedded) {
-                rows.push_back({"    " + terminalLine(name), "embedded"});
+                rows_.push_back({"    " + terminalLine(name), "embedded"});
             }
         }
     }
-    return alignedTable(rows);
+    void addHead(const std::string& text) { rows_.push_back({text}); }
+    void add(const TreeVendor& vendor) {
+        rows_.push_back({"  " + terminalLine(vendor.name), "", groupName('V', vendor.group)});
+    }
+    [[nodiscard]] std::string text() const { return alignedTable(rows_); }
+
+  private:
+    const Summaries& summaries_;
+    std::vector<std::vector<std::string>> rows_;
+};
+
+std::string treeText(const DocumentTree& tree, const Summaries& summaries) {
+    TreeRows rows(summaries);
+    for (const auto& source : tree.dataSources) {
+        rows.add(source);
+    }
+    if (!tree.unlinked.empty()) {
+        rows.addHead("Unlinked streams");
+        rows.addLinks(tree.unlinked);
+    }
+    if (!tree.vendors.empty()) {
+        rows.addHead("Vendor");
+    }
+    for (const auto& vendor : tree.vendors) {
+        rows.add(vendor);
+    }
+    return rows.text();
 }
 
 }  // namespace

@@ -19,6 +19,12 @@ struct TreeLink {
     char letter = 0;  ///< of the file that `group` belongs to: P, B, S or A, or 0
 };
 
+/// A V group.
+struct TreeVendor {
+    std::string name;  ///< its `ID`; may be empty
+    int group = 0;
+};
+
 struct TreeSource {
     std::string name;
     std::string type;               ///< the stored `DST` value
@@ -26,11 +32,19 @@ struct TreeSource {
     int group = 0;                  ///< index of its T or R file, or 0
     int multiplex = 0;              ///< index of its first M file, or 0
     std::vector<TreeLink> links{};  ///< of all its M files
-    char groupLetter = 0;           ///< T or R, of the file that `group` belongs to, or 0
+    /// Of the tracks of its recorder: the streams that they name, and those of the multiplex
+    /// definitions that they name; without those among `links`.
+    std::vector<TreeLink> tracks{};
+    char groupLetter = 0;  ///< T or R, of the file that `group` belongs to, or 0
 };
 
 struct DocumentTree {
     std::vector<TreeSource> dataSources;
+    /// Streams that no data source leads to, of the P, D, B, S and A groups in this order; a stream
+    /// with several groups comes once. One that has a D group alone has the index of that; one
+    /// without a name is its group.
+    std::vector<TreeLink> unlinked{};
+    std::vector<TreeVendor> vendors{};
 };
 
 /// Reads the tree from the group files. Files that cannot be read are reported and left

@@ -152,6 +152,8 @@ GroupNames::GroupNames(DocumentContext& context, UserInterface* parent, char let
             if (status.ok() && name) {
                 indexOf_.try_emplace(std::string(*name), index);
                 entries_.push_back({index, std::string(*name)});
+            } else if (status.ok()) {
+                nameless_.push_back(index);
             }
         }
         if (!status.ok()) {

@@ -79,9 +79,12 @@ class GroupNames {
     };
     /// The files that have a name, by ascending index.
     [[nodiscard]] const std::vector<Entry>& entries() const { return entries_; }
+    /// The indices of the others.
+    [[nodiscard]] const std::vector<int>& nameless() const { return nameless_; }
 
   private:
     bool complete_ = true;
+    std::vector<int> nameless_;
     std::vector<Entry> entries_;
     std::unordered_map<std::string, int> indexOf_;
 };

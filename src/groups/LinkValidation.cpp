@@ -6,6 +6,7 @@
 #include "core/document/DocumentFiles.h"
 #include "core/document/DocumentHistory.h"
 #include "core/document/GroupFiles.h"
+#include "core/document/Transaction.h"
 #include "core/talk/Messages.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
@@ -211,6 +212,22 @@ bool resolveDataLink(DocumentContext& context, UserInterface* parent, LinkNames&
     }
     context.history.markCorrected();
     return true;
+}
+
+bool createStreamHome(DocumentContext& context, UserInterface* parent, const std::string& link) {
+    std::string_view kind = "Message Data";
+    for (const auto& group : kLinkedGroups) {
+        if (GroupNames(context, parent, group.letter).find(link) > 0) {
+            kind = group.kind;
+            break;
+        }
+    }
+    if (context.messages.show(parent, -304, title::kWarning, kYesNoBox, kind, link) !=
+        Button::Yes) {
+        return false;
+    }
+    return inTransaction(context, parent, OperationId::CreateHome,
+                         [&] { return makeHome(context, parent, link); });
 }
 
 bool gatherRecordedLinks(DocumentContext& context, UserInterface* parent, LinkNames& links) {

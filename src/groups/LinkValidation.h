@@ -26,6 +26,11 @@ bool validateDataLinks(DocumentContext& context, UserInterface* parent);
 bool resolveDataLink(DocumentContext& context, UserInterface* parent, LinkNames& multiplexed,
                      const LinkNames& recorded, std::string_view kind, const std::string& link);
 
+/// Asks the same (304) for a stream that has been found to have no home, and makes one if the answer
+/// is Yes: an operation of its own. False if the answer is No, or if it failed, which has been
+/// reported; then nothing has changed.
+bool createStreamHome(DocumentContext& context, UserInterface* parent, const std::string& link);
+
 /// Adds the link names of all R groups, 1 to 99: channels, buses, PCM tracks and the
 /// subchannels of UART, message and Ethernet channels. False if a file could not be read
 /// (reported) or the user has cancelled.

@@ -133,6 +133,26 @@ TEST_F(LinkValidation, ALonePcmGroupGetsAHomeOfTypeRf) {
     EXPECT_FALSE(t.has(working::kMultiplexScratch));
 }
 
+TEST_F(LinkValidation, AStreamGetsAHomeLaterAndLosesItByUndo) {
+    t.write(working::kGeneral, "G\\106:09;\r\nG\\DSI\\N:0;\r\n");
+    writePcm(1, "P-1\\DLN:Lone;\r\n");
+    const auto before = t.read(working::kGeneral);
+    answer(Button::No);
+    EXPECT_FALSE(createStreamHome(t.context, &t.ui, "Lone"));
+    EXPECT_FALSE(createStreamHome(t.context, nullptr, "Lone"));
+    EXPECT_EQ(t.read(working::kGeneral), before);
+    EXPECT_FALSE(t.has("[kavu]MULT.M01"));
+    EXPECT_TRUE(t.ui.hasText("Lone"));
+    answer(Button::Yes);
+    EXPECT_TRUE(createStreamHome(t.context, &t.ui, "Lone"));
+    EXPECT_THAT(t.read("[kavu]MULT.M01"), HasSubstr("M-1\\BB\\DLN:Lone;"));
+    EXPECT_THAT(t.read(working::kGeneral), HasSubstr("G\\DST-1:RF;"));
+    EXPECT_EQ(t.context.history.undoName(), "Home of Stream");
+    EXPECT_TRUE(t.context.history.undo(&t.ui));
+    EXPECT_FALSE(t.has("[kavu]MULT.M01"));
+    EXPECT_EQ(t.read(working::kGeneral), before);
+}
+
 TEST_F(LinkValidation, AHomeJoinsTheDataSourcesThatAreThere) {
     t.write(working::kGeneral,
             "G\\PN:Alpha;\r\nG\\DSI\\N:1;\r\nG\\DSI-1:One;\r\nG\\DST-1:TAP;\r\n");

@@ -10,6 +10,7 @@
 #include "app/shell/MainWindow.h"
 #include "application/Application.h"
 #include "groups/DataSources.h"
+#include "groups/LinkValidation.h"
 
 #include <algorithm>
 #include <vector>
@@ -89,6 +90,10 @@ void installSourceActions(MainWindow& window, Application& application) {
             importDataSource(parts, &ui, kind);
         }
     });
+    install(TreeAction::CreateHome,
+            [](SourceParts& parts, UserInterface& ui, const TreeItem& item) {
+                createStreamHome(parts.context, &ui, item.name);
+            });
     install(TreeAction::RenameStream,
             [](SourceParts& parts, UserInterface& ui, const TreeItem& item) {
                 askRenameDataLink(parts, &ui, item.name);
@@ -99,6 +104,10 @@ void installSourceActions(MainWindow& window, Application& application) {
 bool editTreeItem(FormContext& form, SourceParts parts, const TreeItem& item) {
     if (item.kind == TreeKind::MultiplexDefinition) {
         return editMultiplex(form, parts, item.name);
+    }
+    if (item.kind == TreeKind::Vendor) {
+        return mayEditGroupText(parts.context, &form.ui, 'V') &&
+               editGroupText(form, parts.context, 'V', item.name);
     }
     std::vector<DataSource> sources;
     readDataSources(parts.context, &form.ui, sources);
@@ -111,7 +120,10 @@ bool editTreeItem(FormContext& form, SourceParts parts, const TreeItem& item) {
         case 'T':
             return editRecorder(form, parts, item.name);
         default:
-            return false;
+            // A source of another type may be a recorder all the same.
+            return item.letter == 'R'   ? editRecorder(form, parts, item.name)
+                   : item.letter == 'T' ? editTransmission(form, parts, item.name)
+                                        : false;
     }
 }
 

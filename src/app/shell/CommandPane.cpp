@@ -252,8 +252,9 @@ void CommandPane::listFiles(const TreeItem& item) {
         return;
     }
     for (const char letter : {'P', 'D', 'B', 'S', 'A'}) {
-        const int group = letter == item.letter
-                              ? item.group
+        const int group = letter == item.letter ? item.group
+                          : item.name.empty()
+                              ? 0
                               : GroupNames(context_, nullptr, letter).find(item.name);
         if (group > 0) {
             files_.push_back({letter, group});

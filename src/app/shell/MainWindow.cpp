@@ -201,8 +201,11 @@ void MainWindow::makeDocumentArea() {
             pane_->clear();
         }
     });
-    tree_->available = [this](TreeAction action, const TreeItem&) {
-        return treeHandlers_.contains(action);
+    tree_->available = [this](TreeAction action, const TreeItem& item) {
+        // An editor finds its group by the name.
+        const bool isNamed =
+            !item.name.empty() || item.group == 0 || item.letter == 'G' || item.letter == 'H';
+        return isNamed && treeHandlers_.contains(action);
     };
 }
 

@@ -317,6 +317,7 @@ void MainWindow::openTreeItem(const TreeItem& item) {
             return;
         case TreeKind::Source:
         case TreeKind::MultiplexDefinition:
+        case TreeKind::Vendor:
             runTreeAction(TreeAction::Edit, item);
             return;
         case TreeKind::TransmissionHead:
@@ -324,6 +325,8 @@ void MainWindow::openTreeItem(const TreeItem& item) {
         case TreeKind::OtherHead:
         case TreeKind::StreamsHead:
         case TreeKind::ConversionHead:
+        case TreeKind::UnlinkedHead:
+        case TreeKind::VendorHead:
             tree_->toggleBranch();  // a head has nothing to open but itself
             return;
     }
@@ -331,7 +334,7 @@ void MainWindow::openTreeItem(const TreeItem& item) {
 
 void MainWindow::runTreeAction(TreeAction treeAction, const TreeItem& item) {
     const auto handler = treeHandlers_.find(treeAction);
-    if (handler == treeHandlers_.end()) {
+    if (handler == treeHandlers_.end() || !tree_->available(treeAction, item)) {
         return;
     }
     handler->second(item);

@@ -20,8 +20,11 @@ enum class TreeKind : int {
     Measurement,
     Hardware,
     Pam,
+    UnlinkedHead,  ///< streams that no data source leads to; only there if a document has some
+    VendorHead,    ///< the same of vendor groups
+    Vendor,
 };
-inline constexpr int kTreeKindCount = 13;
+inline constexpr int kTreeKindCount = 16;
 
 struct TreeItem {
     TreeKind kind = TreeKind::General;
@@ -32,6 +35,7 @@ struct TreeItem {
     char letter = 0;               ///< of its group file, 0 if it has none
     int group = 0;                 ///< the index of that file
     std::size_t measurements = 0;  ///< of a stream
+    bool isUnlinked = false;       ///< a stream that no data source leads to
     [[nodiscard]] bool operator==(const TreeItem&) const = default;
 };
 
@@ -50,6 +54,7 @@ enum class TreeAction : int {
     RenameMeasurement,
     EditStream,
     RenameStream,
+    CreateHome,
     ExpandBranch,
     ExpandChildren,
     CollapseBranch,

@@ -34,6 +34,9 @@ constexpr auto kKinds = std::to_array<KindRow>({
     {"", "Measurement", "measurement", false},
     {"Airborne Hardware Information", "", "hardware", false},
     {"PAM", "", "pam", false},
+    {"Unlinked Streams", "", "list", true},
+    {"Vendor", "", "folder", true},
+    {"", "Vendor", "hardware", false},
 });
 static_assert(kKinds.size() == kTreeKindCount);
 
@@ -48,6 +51,7 @@ constexpr int kStreamCommand = 17;
 constexpr int kConversionCommand = 18;
 constexpr int kHardwareCommand = 19;
 constexpr int kPamCommand = 21;
+constexpr int kVendorCommand = 20;
 // Sources go by the letters of their classes: 82 is 'R', 84 'T', 79 'O'.
 constexpr int commandOfClass(char sourceClass) {
     return sourceClass;
@@ -80,6 +84,9 @@ std::string_view imageOf(const TreeItem& item, std::string_view streamKind) {
 
 QString treeLabel(const TreeItem& item) {
     const auto label = rowOf(item.kind).label;
+    if (label.empty() && item.name.empty() && item.group > 0) {
+        return QStringLiteral("%1-%2 (no name)").arg(QLatin1Char(item.letter)).arg(item.group);
+    }
     return toQString(label.empty() ? std::string_view(item.name) : label);
 }
 
@@ -109,6 +116,7 @@ void TreeModel::build(const DocumentTree& tree, std::vector<std::string> measure
         addSources(general, tree, 'T', TreeKind::RecorderHead, true);
         addSources(general, tree, 'O', TreeKind::OtherHead, false);
     }
+    addUnlinked(tree);
     if (branches.conversion) {
         const auto head =
             add(kNoNode, {.kind = TreeKind::ConversionHead, .command = -kConversionCommand});
@@ -125,7 +133,32 @@ void TreeModel::build(const DocumentTree& tree, std::vector<std::string> measure
     if (branches.pam) {
         add(kNoNode, {.kind = TreeKind::Pam, .command = kPamCommand});
     }
+    addVendors(tree);
     endResetModel();
+}
+
+void TreeModel::addUnlinked(const DocumentTree& tree) {
+    if (tree.unlinked.empty()) {
+        return;
+    }
+    const auto head = add(kNoNode, {.kind = TreeKind::UnlinkedHead, .command = -kStreamCommand});
+    for (const auto& link : tree.unlinked) {
+        addStream(head, link, true);
+    }
+}
+
+void TreeModel::addVendors(const DocumentTree& tree) {
+    if (tree.vendors.empty()) {
+        return;
+    }
+    const auto head = add(kNoNode, {.kind = TreeKind::VendorHead, .command = -kVendorCommand});
+    for (const auto& vendor : tree.vendors) {
+        add(head, {.kind = TreeKind::Vendor,
+                   .command = kVendorCommand,
+                   .name = vendor.name,
+                   .letter = 'V',
+                   .group = vendor.group});
+    }
 }
 
 std::uint32_t TreeModel::add(std::uint32_t parent, TreeItem item, std::string remark) {
@@ -166,19 +199,22 @@ void TreeModel::addSource(std::uint32_t parent, const TreeSource& source) {
                .group = source.multiplex});
     const auto streams =
         add(node, {.kind = TreeKind::StreamsHead, .command = -kStreamCommand, .name = source.name});
-    for (const auto& link : source.links) {
-        addStream(streams, link);
+    for (const auto* const links : {&source.links, &source.tracks}) {
+        for (const auto& link : *links) {
+            addStream(streams, link, false);
+        }
     }
 }
 
-void TreeModel::addStream(std::uint32_t parent, const TreeLink& link) {
+void TreeModel::addStream(std::uint32_t parent, const TreeLink& link, bool isUnlinked) {
     const auto node = add(parent,
                           {.kind = TreeKind::Stream,
                            .command = kStreamCommand,
                            .name = link.name,
                            .letter = link.letter,
                            .group = link.group,
-                           .measurements = link.measurements},
+                           .measurements = link.measurements,
+                           .isUnlinked = isUnlinked},
                           link.kind);
     for (const auto& embedded : link.embedded) {
         add(node, {.kind = TreeKind::EmbeddedStream, .command = kStreamCommand, .name = embedded});

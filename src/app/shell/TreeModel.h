@@ -70,7 +70,9 @@ class TreeModel : public QAbstractItemModel {
     void addSources(std::uint32_t parent, const DocumentTree& tree, char sourceClass, TreeKind head,
                     bool always);
     void addSource(std::uint32_t parent, const TreeSource& source);
-    void addStream(std::uint32_t parent, const TreeLink& link);
+    void addStream(std::uint32_t parent, const TreeLink& link, bool isUnlinked);
+    void addUnlinked(const DocumentTree& tree);
+    void addVendors(const DocumentTree& tree);
     [[nodiscard]] QModelIndex indexOfNode(std::uint32_t node) const;
     [[nodiscard]] const std::vector<std::uint32_t>& childrenOf(const QModelIndex& parent) const;
 

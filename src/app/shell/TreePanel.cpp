@@ -39,6 +39,7 @@ constexpr auto kActions = std::to_array<ActionRow>({
     {"Rename Measurement", "rename"},
     {"Edit Stream", "edit"},
     {"Rename Stream", "rename"},
+    {"Create A Home For This Stream...", "new"},
     {"Expand Branch", "expand"},
     {"Expand Branch And Its Children", ""},
     {"Collapse Branch", "collapse"},
@@ -105,8 +106,11 @@ std::vector<TreeAction> treeActionsOf(TreeKind kind) {
         case TreeKind::MultiplexDefinition:
         case TreeKind::Hardware:
         case TreeKind::Pam:
+        case TreeKind::Vendor:
             return {Edit};
         case TreeKind::StreamsHead:
+        case TreeKind::UnlinkedHead:
+        case TreeKind::VendorHead:
             break;
     }
     return {};
@@ -368,6 +372,9 @@ void TreePanel::fillMenu(QMenu& menu) {
     };
     for (const auto action : treeActionsOf(item->kind)) {
         add(action, !available || available(action, *item));
+    }
+    if (item->isUnlinked) {
+        add(TreeAction::CreateHome, !available || available(TreeAction::CreateHome, *item));
     }
     const auto index = view_->currentIndex();
     const bool hasChildren = model_->rowCount(index) > 0;

@@ -5,6 +5,7 @@
 #include "app/shell/TreePanel.h"
 #include "app/support/TestDoor.h"
 #include "application/Application.h"
+#include "application/DocumentService.h"
 #include "core/WorkingStore.h"
 #include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
@@ -154,6 +155,22 @@ TEST_F(SourceActionsTest, ImportTakesTheKindOfTheBranch) {
     import(TreeKind::RecorderHead);
     EXPECT_EQ(sources().back(), "Box");
     EXPECT_TRUE(treeHas(TreeKind::Source, "Box"));
+}
+
+TEST_F(SourceActionsTest, ASourceOfAnotherTypeOpensTheSheetOfItsGroup) {
+    const auto other = folder / "other.tma";
+    test::writeFile(other,
+                    "G\\106:09;\r\nG\\DSI\\N:1;\r\nG\\DSI-1:Tape;\r\nG\\DST-1:OTH;\r\n"
+                    "R-1\\ID:Tape;\r\nR-1\\R1:A Recorder;\r\n");
+    ASSERT_TRUE(application.documents().openNamed(&window->ui(), other));
+    QString title;
+    door.next([&title](QDialog& dialog) {
+        title = dialog.windowTitle();
+        dialog.reject();
+    });
+    request(TreeAction::Edit,
+            {.kind = TreeKind::Source, .name = "Tape", .letter = 'R', .group = 1});
+    EXPECT_TRUE(title.contains(QLatin1String("Recorder"))) << title.toStdString();
 }
 
 }  // namespace

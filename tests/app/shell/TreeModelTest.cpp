@@ -71,9 +71,14 @@ TEST(TreeModel, ShowsTheBranchesOfTheSampleWithTheirCommands) {
                                     "      Multiplex/Modulation Definition 16",
                                     "      Stream Definitions -17",
                                     "        1553 Bus 1 17",
+                                    "        PCM Stream 1 17",
+                                    "        PCM Stream 2 17",
+                                    "        PCM Stream 3 17",
                                     "Data Conversion Information -18",
                                     "Airborne Hardware Information 19",
                                     "PAM 21",
+                                    "Vendor -20",
+                                    "  Onboard Recorder 20",
                                 }));
     const auto names = app.application.conversions().definitionNames(-1);
     ASSERT_TRUE(names.has_value());
@@ -84,6 +89,48 @@ TEST(TreeModel, ShowsTheBranchesOfTheSampleWithTheirCommands) {
     const auto first = model.index(0, 0, head);
     EXPECT_EQ(model.item(first),
               (TreeItem{.kind = TreeKind::Measurement, .command = 18, .name = names->front()}));
+}
+
+TEST(TreeModel, NothingOfADocumentIsOutOfReach) {
+    auto tree = smallTree();
+    TreeLink track{.name = "Bus", .kind = "1553", .group = 4};
+    track.letter = 'B';
+    tree.dataSources.back().tracks.push_back(track);
+    TreeLink lone{.name = "Lone", .kind = "PCM (Class 2)", .group = 9};
+    lone.letter = 'P';
+    tree.unlinked.push_back(lone);
+    TreeLink nameless;
+    nameless.letter = 'S';
+    nameless.group = 5;
+    tree.unlinked.push_back(nameless);
+    tree.vendors = {{"Radio", 1}, {"", 2}};
+    TreeModel model;
+    const QAbstractItemModelTester tester(&model);
+    model.build(tree, {}, {.general = true});
+    EXPECT_EQ(described(model), (std::vector<std::string>{
+                                    "General Information 13",
+                                    "  Transmission Attributes Sources -82",
+                                    "    Radio 82",
+                                    "      Multiplex/Modulation Definition 16",
+                                    "      Stream Definitions -17",
+                                    "        One 17",
+                                    "          Inner 17",
+                                    "          Merged 17",
+                                    "  Recorder/Reproducer Sources -84",
+                                    "    Recorder 84",
+                                    "      Multiplex/Modulation Definition 16",
+                                    "      Stream Definitions -17",
+                                    "        Bus 17",
+                                    "Unlinked Streams -17",
+                                    "  Lone 17",
+                                    "  S-5 (no name) 17",
+                                    "Vendor -20",
+                                    "  Radio 20",
+                                    "  V-2 (no name) 20",
+                                }));
+    EXPECT_TRUE(model.item(model.indexOf(TreeKind::Stream, "Lone")).isUnlinked);
+    EXPECT_FALSE(model.item(model.indexOf(TreeKind::Stream, "Bus")).isUnlinked);
+    EXPECT_EQ(model.item(model.indexOfGroup('V', 2)).kind, TreeKind::Vendor);
 }
 
 TEST(TreeModel, AFirstLevelItemAppearsOnlyIfItsEntryIsEnabled) {
@@ -175,6 +222,8 @@ TEST(TreeModel, EveryItemHasAnImageAndAWordForTheScreenReader) {
     TreeModel model;
     auto tree = smallTree();
     tree.dataSources.push_back({.name = "Lab", .type = "OTH", .sourceClass = 'O'});
+    tree.unlinked.push_back({.name = "Lone", .kind = "1553", .group = 2, .letter = 'B'});
+    tree.vendors.push_back({"Radio", 1});
     model.build(tree, {"ALT"}, kAllBranches);
     std::vector<QModelIndex> open = {QModelIndex()};
     std::set<TreeKind> kinds;

@@ -145,6 +145,19 @@ TEST_F(TreePanelTest, EachKindOfItemHasItsEntries) {
     }
 }
 
+TEST_F(TreePanelTest, AStreamThatNothingLeadsToCanGetAHome) {
+    DocumentTree tree;
+    TreeLink lone{.name = "Lone", .kind = "PCM (Class 1)", .group = 1};
+    lone.letter = 'P';
+    tree.unlinked.push_back(lone);
+    tree.vendors.push_back({"Radio", 1});
+    panel.rebuild(tree, {}, {});
+    ASSERT_TRUE(selectKind(TreeKind::Stream, "Lone"));
+    EXPECT_EQ(menuText(), "Edit Stream|Rename Stream|Create A Home For This Stream...");
+    ASSERT_TRUE(selectKind(TreeKind::Vendor, "Radio"));
+    EXPECT_EQ(menuText(), "Edit");
+}
+
 TEST_F(TreePanelTest, AStreamWithEmbeddedStreamsIsABranch) {
     DocumentTree tree;
     TreeSource source{.name = "Radio", .type = "RF", .sourceClass = 'R'};

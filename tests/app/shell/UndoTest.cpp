@@ -112,7 +112,8 @@ class UndoTest : public testing::Test {
         EXPECT_TRUE(listFolder(store.folder(), entries).ok());
         std::map<std::string, std::string> found;
         for (const auto& entry : entries) {
-            if (!entry.isFolder && describeDocumentFile(entry.name).kind != DocumentFile::Side) {
+            const auto kind = describeDocumentFile(entry.name).kind;
+            if (!entry.isFolder && kind != DocumentFile::Side && kind != DocumentFile::Record) {
                 found[entry.name] = test::readFile(store.pathOf(entry.name));
             }
         }
@@ -144,6 +145,9 @@ std::string pamDocument() {
     return "G\\106:09;\r\nG\\DSI\\N:1;\r\nG\\DSI-1:Source;\r\nG\\DST-1:RF;\r\n"
            "M-1\\ID:Source;\r\nM-1\\BSG1:PAM;\r\nM-1\\BB\\DLN:Pam Link;\r\nM-1\\SI\\N:0;\r\n"
            "A-1\\DLN:Pam Link;\r\nA-1\\A1:NR;\r\n";
+}
+std::string loneStream() {
+    return "G\\106:09;\r\nG\\DSI\\N:0;\r\nS-1\\DLN:Lone;\r\n";
 }
 TreeItem sourceItem(const char* name) {
     return {.kind = TreeKind::Source, .name = name};
@@ -270,6 +274,12 @@ std::vector<UndoCase> undoCases() {
          [](UndoTest& t) {
              t.enter("Renamed");
              t.request(TreeAction::RenameStream, {.kind = TreeKind::Stream, .name = "Link A"});
+         }},
+        {"HomeOfAStream", CreateHome, loneStream,
+         [](UndoTest& t) {
+             t.answer("yes");
+             t.request(TreeAction::CreateHome,
+                       {.kind = TreeKind::Stream, .name = "Lone", .isUnlinked = true});
          }},
         {"ChangeOfTheEdition", ChangeEdition, flightTest,
          [](UndoTest& t) {
