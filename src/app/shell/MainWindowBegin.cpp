@@ -87,7 +87,10 @@ QPixmap splashPicture(const QWidget& window) {
 
 bool MainWindow::screenIsLargeEnough() {
     const auto* const screen = QGuiApplication::primaryScreen();
-    const QSize size = screen == nullptr ? QSize() : screen->size();
+    // Of the screen itself: at double size it has half as many places for windows.
+    const QSize size = screen == nullptr
+                           ? QSize()
+                           : (QSizeF(screen->size()) * screen->devicePixelRatio()).toSize();
     if (size.width() >= kLeastScreenWidth && size.height() >= kLeastScreenHeight) {
         return true;
     }
