@@ -6,8 +6,11 @@
 #include "cli/TerminalText.h"
 #include "core/TmatsDocument.h"
 #include "core/talk/Messages.h"
+#include "core/text/Edition.h"
 #include "core/text/Printf.h"
+#include "core/text/Text.h"
 #include "groups/CountCheck.h"
+#include "groups/DataSources.h"
 #include "groups/GroupScan.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/PcmLoad.h"
@@ -24,30 +27,67 @@ const char* resultText(int result) {
     return result < 0 ? "failed" : result > 0 ? "corrected" : "clean";
 }
 
-/// True if any group file has the link: a failed load has reported why, but an unknown
-/// name has not been reported.
-bool bearsLink(DocumentContext& context, ScriptedInterface* ui, const std::string& link) {
-    for (const char letter : {'P', 'S', 'B'}) {
-        if (GroupNames(context, ui, letter).find(link) > 0) {
-            return true;
+/// The letter of the first group that bears the link, or 0. What has nearly its name goes to
+/// `similar`.
+char groupOfLink(DocumentContext& context, ScriptedInterface* ui, const std::string& link,
+                 std::string& similar) {
+    for (const char letter : {'P', 'S', 'B', 'A'}) {
+        const GroupNames names(context, ui, letter);
+        if (names.find(link) > 0) {
+            return letter;
+        }
+        for (const auto& entry : names.entries()) {
+            if (similar.empty() && equalsIgnoreCase(entry.name, link)) {
+                similar = entry.name;
+            }
         }
     }
-    return false;
+    return 0;
+}
+
+/// Why there is no such stream to load, for a load that has not said so itself.
+std::string whyNotLoaded(DocumentContext& context, ScriptedInterface* ui, const std::string& link) {
+    std::string similar;
+    switch (groupOfLink(context, ui, link, similar)) {
+        case 'P':
+            return formatPrintf("The stream '%s' cannot be loaded.", link);
+        case 'S':
+            return formatPrintf(
+                "'%s' is a packet stream, and no PCM stream. This file is 106-%2.2d; streams of "
+                "messages are known from 106-%2.2d on.",
+                link, editionNumber(context.document.version), editionNumber(kMessageDataEdition));
+        case 'B':
+            return formatPrintf("The bus stream '%s' is not a data link of any data source.", link);
+        case 'A':
+            return formatPrintf("'%s' is a PAM stream, and no PCM stream.", link);
+        default:
+            break;
+    }
+    return similar.empty()
+               ? formatPrintf("There is no stream '%s' in this document.", link)
+               : formatPrintf("There is no stream '%s' in this document, but there is a '%s'.",
+                              link, similar);
+}
+
+std::size_t saidBy(const ScriptedInterface& ui) {
+    return ui.messages().size() + ui.questions().size();
 }
 
 bool loadStream(CommandContext& context, CommandOutput& output) {
     auto& application = context.application;
+    auto& ui = *context.ui;
     const auto& link = context.line.link;
+    const auto saidBefore = saidBy(ui);
     PcmLoadReport report;
     const bool loaded =
-        loadPcmFormat(application.pcmFormat(), context.ui, application.pcmSteps(), link, &report);
+        loadPcmFormat(application.pcmFormat(), &ui, application.pcmSteps(), link, &report);
     output.members["stream"] = jsonText(link);
     output.members["result"] = loaded ? report.result : -1;
-    if (!loaded && !bearsLink(application.context(), context.ui, link)) {
-        showBox(context.ui, formatPrintf("There is no stream '%s' in this document.", link),
-                "Unable To Load Stream");
+    const bool cancelled = cancelRequested(&ui);
+    if (!loaded && !cancelled && saidBy(ui) == saidBefore) {
+        showBox(&ui, whyNotLoaded(application.context(), &ui, link), "Unable To Load Stream");
     }
-    return loaded && !cancelRequested(context.ui);
+    return loaded && !cancelled;
 }
 
 /// Writes the stream to its groups and the document to its new file.

@@ -181,6 +181,37 @@ class StreamTest(kavu.KavuTest):
         self.assertIn("There is no stream 'PCM 2'", result.json["messages"][0]["text"])
         self.assertIn(b"not done", result.err)
 
+    def not_loaded(self, data, link):
+        """The one message of a run that has no stream to show."""
+        self.write("in.tma", data)
+        opened = self.run_json("--settings", "kavu.ini", "check", "in.tma")
+        result = self.run_json("--settings", "kavu.ini", "stream", "in.tma", link)
+        self.assertEqual((result.status, result.json["result"]), (FAILED, -1), result)
+        self.assertNotIn("cells", result.json)
+        said = result.json["messages"][len(opened.json["messages"]):]
+        self.assertEqual(len(said), 1, result)
+        return said[0]["text"]
+
+    def test_names_that_differ_in_case_are_two_streams(self):
+        second = "P-2\\DLN:pcm 1;P-2\\D2:1000;P-2\\TF:ONE;P-2\\F1:16;P-2\\MF\\N:1;P-2\\MF1:6;"
+        self.write("in.tma", SMALL + second)
+        small = self.model("in.tma", "PCM 1", status=REPORTED)
+        self.assertEqual((small["result"], small["attributes"]["WordsPerMinorFrame"]), (0, 16))
+        other = self.model("in.tma", "pcm 1", status=REPORTED)
+        self.assertEqual(other["attributes"]["WordsPerMinorFrame"], 6)
+        self.assertEqual(self.not_loaded(SMALL + second, "Pcm 1"),
+                         "There is no stream 'Pcm 1' in this document, but there is a 'PCM 1'.")
+
+    def test_a_stream_that_no_pcm_group_defines_is_told(self):
+        linked = "G\\106:%s;G\\DSI\\N:1;G\\DSI-1:S;G\\DST-1:RF;T-1\\ID:S;M-1\\ID:S;M-1\\BB\\DLN:X;%s"
+        self.assertEqual(self.not_loaded(linked % ("05", "S-1\\DLN:X;"), "X"),
+                         "'X' is a packet stream, and no PCM stream. This file is 106-05; streams "
+                         "of messages are known from 106-09 on.")
+        self.assertEqual(self.not_loaded(linked % ("09", "A-1\\DLN:X;"), "X"),
+                         "'X' is a PAM stream, and no PCM stream.")
+        self.assertEqual(self.not_loaded(linked % ("09", "B-1\\DLN:Y;S-2\\DLN:X;"), "Y"),
+                         "The bus stream 'Y' is not a data link of any data source.")
+
     def test_the_question_for_a_counter_takes_a_word(self):
         plain = SMALL.split("P-1\\ISF")[0] + "D-1" + SMALL.split("D-1", 1)[1]
         data = plain.replace("MN\\N-1:4", "MN\\N-1:1").replace("D-1\\LT-1-1:MF;",
