@@ -161,7 +161,7 @@ bool ConversionStore::openDefinitionForEdit(UserInterface* parent, const std::st
         return false;
     }
     if (!ProfileFile::canBeSection(name)) {
-        showBox(parent, "ERROR: A data conversion record can not have this measurement name",
+        showBox(parent, "ERROR: A data conversion record cannot have this measurement name",
                 std::string(loadText(title::kError).value_or("")));
         return false;
     }

@@ -36,7 +36,7 @@ bool canBeNamed(DocumentContext& context, ConversionStore& store, UserInterface*
                 taken ? formatPrintf("Another data conversion record is named '%s'. Please select "
                                      "another name.",
                                      other.section)
-                      : formatPrintf("A data conversion record can not be named '%s'.", name),
+                      : formatPrintf("A data conversion record cannot be named '%s'.", name),
                 std::string(loadText(title::kError).value_or("")));
         return false;
     }

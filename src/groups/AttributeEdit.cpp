@@ -131,7 +131,7 @@ Refusal refusedValue(const Field& field, const std::string& value, int edition) 
         case ValueFault::None:
             return {};
         case ValueFault::Semicolon:
-            return "A value can not hold a semi-colon.";
+            return "A value cannot hold a semi-colon.";
         case ValueFault::NoChoice:
             return "The value is not one of: " + listedChoices(field, edition) + ".";
         case ValueFault::BadDate:
@@ -337,7 +337,7 @@ bool setAttributes(DocumentContext& context, UserInterface* parent,
         Refusal why;
         // A group without a table is not read: it may be of any size.
         if (settableFields(code.letter).empty()) {
-            why = formatPrintf("The commands of group %c can not be set one by one.", code.letter);
+            why = formatPrintf("The commands of group %c cannot be set one by one.", code.letter);
         } else {
             auto* const group = groupOf(context, parent, groups, code);
             if (group == nullptr) {

@@ -282,7 +282,7 @@ TEST_F(RenameDefinitionAsked, RefusesWhatIsNoNameAndAsksAgain) {
     EXPECT_TRUE(f.ui.hasBox(326));
     EXPECT_TRUE(f.ui.hasBox(402));
     EXPECT_TRUE(f.ui.hasText("Another data conversion record is named 'B'."));
-    EXPECT_TRUE(f.ui.hasText("A data conversion record can not be named"));
+    EXPECT_TRUE(f.ui.hasText("A data conversion record cannot be named"));
     EXPECT_EQ(f.ui.textPrompts.size(), 6U);
     EXPECT_EQ(f.savedNames(), (test::Names{"A", "B"}));
     EXPECT_FALSE(f.document.changed);
@@ -297,7 +297,7 @@ TEST_F(RenameDefinitionAsked, TheSameNameIsNoChange) {
 TEST(DefinitionEdit, ANameThatNoRecordCanHaveIsReported) {
     ConversionFixture f;
     EXPECT_FALSE(DefinitionEdit::open(f.context, f.conversions, &f.ui, "a\nb"));
-    EXPECT_TRUE(f.ui.hasText("can not have this measurement name"));
+    EXPECT_TRUE(f.ui.hasText("cannot have this measurement name"));
     EXPECT_FALSE(DefinitionEdit::open(f.context, f.conversions, nullptr, "a\nb"));
 }
 

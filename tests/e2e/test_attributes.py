@@ -198,7 +198,7 @@ class SetTest(kavu.KavuTest):
     def test_the_vocabulary_refuses_with_a_reason(self):
         self.assertEqual(self.refusal("G\\PN=" + "x" * 17),
                          "The value can only be 16 characters long.")
-        self.assertEqual(self.refusal("G\\PN=a;b"), "A value can not hold a semi-colon.")
+        self.assertEqual(self.refusal("G\\PN=a;b"), "A value cannot hold a semi-colon.")
         self.assertEqual(self.refusal("G\\SC=Q"), "The value is not one of: U, C, S, T, O.")
         self.assertEqual(self.refusal("G\\OD=12-31-99"),
                          "The value is not of the form MM-DD-YYYY.")
@@ -207,7 +207,7 @@ class SetTest(kavu.KavuTest):
                          "The list has 1 rows. Set 'G\\POC\\N' first.")
         self.assertTrue(self.refusal("R-1\\RML=I").startswith("It is known from IRIG 106-11"))
         self.assertEqual(self.refusal("P-1\\D2=1"),
-                         "The commands of group P can not be set one by one.")
+                         "The commands of group P cannot be set one by one.")
         self.assertEqual(self.refusal("T-2\\RF1=1"),
                          "There is no group T-2 in this document.")
 

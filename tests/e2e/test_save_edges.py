@@ -129,6 +129,11 @@ class EditionOptionTest(kavu.KavuTest):
             self.assertEqual(b"S-1\\DLN:;\r\n" in saved, s_kept, number)
             self.assertEqual(b"V-1\\ID:X;\r\n" in saved, v_kept, number)
 
+    def test_a_v_group_without_the_name_of_its_vendor_is_saved_as_it_is(self):
+        saved = self.saved("G\\106:09;G\\DSI\\N:1;G\\DSI-1:A;G\\DST-1:RF;T-1\\ID:A;M-1\\ID:A;"
+                           "V-1\\ID:A;V-1\\X:1;")
+        self.assertIn(b"V-1\\ID:A;\r\nV-1\\X:1;\r\n", saved)
+
 
 class BackupTest(kavu.KavuTest):
     def test_an_existing_target_is_backed_up(self):

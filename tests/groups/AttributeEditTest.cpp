@@ -95,7 +95,7 @@ TEST_F(AttributeEdit, EachRuleRefusesWithItsReason) {
     put('T', "T-1\\ID:Src;\r\n");
     const std::string before = file('G');
     EXPECT_EQ(refusal("G\\PN", "12345678901234567"), "The value can only be 16 characters long.");
-    EXPECT_EQ(refusal("G\\PN", "a;b"), "A value can not hold a semi-colon.");
+    EXPECT_EQ(refusal("G\\PN", "a;b"), "A value cannot hold a semi-colon.");
     EXPECT_EQ(refusal("G\\SC", "Q"), "The value is not one of: U, C, S, T, O.");
     EXPECT_EQ(refusal("G\\OD", "12-31-99"), "The value is not of the form MM-DD-YYYY.");
     EXPECT_EQ(refusal("G\\POC\\N", "x"), "The value is not made of digits.");
@@ -103,7 +103,7 @@ TEST_F(AttributeEdit, EachRuleRefusesWithItsReason) {
     EXPECT_EQ(refusal("G\\POC1-3", "Me"), "The list has 2 rows. Set 'G\\POC\\N' first.");
     EXPECT_EQ(refusal("G\\NOPE", "1"), "The vocabulary of group G has no such command.");
     EXPECT_EQ(refusal("G\\POC42-1", "1"), "The vocabulary of group G has no such command.");
-    EXPECT_EQ(refusal("P-1\\D2", "1"), "The commands of group P can not be set one by one.");
+    EXPECT_EQ(refusal("P-1\\D2", "1"), "The commands of group P cannot be set one by one.");
     EXPECT_EQ(refusal("T-2\\RF1", "1"), "There is no group T-2 in this document.");
     EXPECT_EQ(refusal("T-1\\RF4", "SOQPSK-TG"),
               "The value is not one of: FM, PM, BPSK, DPSK, QPSK, OTHR, FQPSK-B.");

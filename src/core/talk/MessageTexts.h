@@ -961,7 +961,7 @@ inline constexpr MessageText kMessageTexts[] = {
      "conversions for this measurement will also be %sd. This may affect the measurement "
      "EU conversions with the same name that are defined in other streams.\n\nIs it ok to "
      "%s this measurement's EU conversions?\n\n(Yes = %s, No = Do not alter existing EU "
-     "conversions)"},
+     "conversions"},
     {458,
      "Warning: Some Data Source or Data Link names were already being used in this TMATS "
      "file. These names were changed, to make them unique.\n\nData %s '%s' name has been "

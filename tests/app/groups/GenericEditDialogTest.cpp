@@ -67,6 +67,18 @@ TEST_F(GenericEditDialogTest, AnEmptyTextRemovesTheFile) {
     EXPECT_FALSE(t.has(groupFile('H')));
 }
 
+TEST_F(GenericEditDialogTest, AFileOfZeroLengthIsEditedAsAnEmptyText) {
+    put("");
+    EXPECT_TRUE(edit([](QDialog& dialog) {
+        EXPECT_EQ(dialog.findChild<QGroupBox*>()->title(), QStringLiteral("Edit Existing"));
+        EXPECT_EQ(field(dialog)->toPlainText(), QString());
+        QTest::keyClicks(field(dialog), QStringLiteral("H\\A:1;"));
+        press(dialog, "ok");
+    }));
+    EXPECT_TRUE(t.ui.boxes.empty()) << "there is a file";
+    EXPECT_EQ(file(), "H\\A:1;\r\n");
+}
+
 TEST_F(GenericEditDialogTest, LinesThatWereNotEditedKeepTheirBytes) {
     put("H\\A:gr\xFC\xDF;\r\nH\\B:2;\r\nH\\C:\xE4;\r\n");
     EXPECT_TRUE(edit([](QDialog& dialog) {
@@ -139,6 +151,21 @@ TEST_F(GenericEditDialogTest, TheVendorGroupNeedsItsEdition) {
     });
     EXPECT_TRUE(editGroupText(form, t.context, 'V', "Src"));
     EXPECT_EQ(t.read(groupFile('V', 1)), "V-1\\ID:Src;\r\nV-1\\VN:ACM;\r\n");
+}
+
+TEST_F(GenericEditDialogTest, AVendorGroupMayDoWithoutTheNameOfTheVendor) {
+    t.document.version = 2009;
+    t.write(groupFile('V', 2), "V-2\\ID:Src;\r\nV-2\\X:1;\r\n");
+    door.next([](QDialog& dialog) {
+        EXPECT_EQ(field(dialog)->toPlainText().trimmed(),
+                  QStringLiteral("V-2\\ID:Src;\nV-2\\X:1;"));
+        field(dialog)->moveCursor(QTextCursor::End);
+        QTest::keyClicks(field(dialog), QStringLiteral("V-2\\Y:2;"));
+        press(dialog, "ok");
+    });
+    EXPECT_TRUE(editGroupText(form, t.context, 'V', "Src"));
+    EXPECT_TRUE(t.ui.boxes.empty());
+    EXPECT_EQ(t.read(groupFile('V', 2)), "V-2\\ID:Src;\r\nV-2\\X:1;\r\nV-2\\Y:2;\r\n");
 }
 
 }  // namespace

@@ -480,7 +480,13 @@ TEST(EditDataWordDialogTest, AConversionOfAnotherStreamTooIsDeletedOnRequest) {
     stage.door.next([](QDialog& dialog) { press(dialog, "deleteMeasurement"); });
     EXPECT_TRUE(stage.edit(3, 1));
     EXPECT_EQ(stage.lastBox(), 457);
-    EXPECT_NE(stage.ui.boxes.back().text.find("will also be deleted"), std::string::npos);
+    EXPECT_EQ(stage.ui.boxes.back().text,
+              "Warning: You are about to delete the EU conversions for measurement 'A'. This "
+              "measurement is defined in another stream. If you delete this measurement, the EU "
+              "conversions for this measurement will also be deleted. This may affect the "
+              "measurement EU conversions with the same name that are defined in other streams."
+              "\n\nIs it ok to delete this measurement's EU conversions?\n\n(Yes = delete, No = "
+              "Do not alter existing EU conversions");
     EXPECT_EQ(stage.places("A"), "");
     EXPECT_EQ(deleted, "");
 }

@@ -183,6 +183,14 @@ TEST_F(BuildDocumentTest, ADocumentWithoutAGeneralGroupCanBeSaved) {
     EXPECT_EQ(save(), "H\\X:h;\r\n");
 }
 
+TEST_F(BuildDocumentTest, AnEmptyFileOfHardwareInformationAddsNothing) {
+    t.write("[kavu]GTMP.G", "G\\PN:A;\r\n");
+    const auto without = save();
+    t.write("[kavu]H.HHH", "");
+    EXPECT_EQ(save(), without);
+    EXPECT_TRUE(t.ui.boxes.empty());
+}
+
 TEST_F(BuildDocumentTest, CommentsInOtherGroupFilesAreNotCopied) {
     t.write("[kavu]DSRCE.T01", "COMMENT: x;\r\nT-1\\ID:A;\r\n");
     EXPECT_EQ(save(), "T-1\\ID:A;\r\n");
