@@ -2,6 +2,7 @@
 
 #include "app/framework/DialogDoor.h"
 #include "app/framework/EnterValueDialog.h"
+#include "app/framework/ListHead.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
 #include "app/framework/RowDialog.h"
@@ -112,7 +113,9 @@ void EditableList::makeView() {
     view_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     view_->verticalHeader()->setMinimumSectionSize(1);
     view_->verticalHeader()->setDefaultSectionSize(look::unit(*view_) * 3);
-    auto* head = view_->horizontalHeader();
+    head_ = new ListHead(view_);
+    view_->setHorizontalHeader(head_);
+    auto* const head = head_;
     head->setHighlightSections(false);
     head->setStretchLastSection(true);
     head->setResizeContentsPrecision(200);
@@ -178,15 +181,29 @@ void EditableList::updateButtons() {
 
 void EditableList::fitColumns() {
     // A stretched column does not shrink to its contents: it would grow with every fit.
-    auto* head = view_->horizontalHeader();
-    head->setStretchLastSection(false);
+    head_->setStretchLastSection(false);
+    const int least = std::max(minimumWidth(), view_->minimumWidth()) - 2 * view_->frameWidth();
+    const int room = isVisible() ? view_->viewport()->width() : least;
+    head_->setBreaksTitles(false);
+    if (fitToContents() > room) {
+        head_->setBreaksTitles(true);
+        fitToContents();
+    }
+    head_->setStretchLastSection(true);
+}
+
+/// Gives each column the width of its contents and returns that of all.
+int EditableList::fitToContents() {
+    int all = 0;
     for (int column = 0; column < model_->columnCount(); ++column) {
         view_->resizeColumnToContents(column);
-        view_->setColumnWidth(
-            column, std::clamp(view_->columnWidth(column) + look::unit(*this),
-                               look::charactersWide(*this, 10), look::charactersWide(*this, 40)));
+        const int width =
+            std::clamp(view_->columnWidth(column) + look::unit(*this),
+                       look::charactersWide(*this, 10), look::charactersWide(*this, 40));
+        view_->setColumnWidth(column, width);
+        all += width;
     }
-    head->setStretchLastSection(true);
+    return all;
 }
 
 void EditableList::setRows(std::vector<ListRow> rows) {
@@ -406,8 +423,7 @@ std::vector<int> EditableList::sortedOrder(int column) {
 
 void EditableList::showSortedBy(int column) {
     sortedColumn_ = column;
-    view_->horizontalHeader()->setSortIndicator(
-        column, sortedDown_ ? Qt::DescendingOrder : Qt::AscendingOrder);
+    head_->setSortIndicator(column, sortedDown_ ? Qt::DescendingOrder : Qt::AscendingOrder);
     updateButtons();
 }
 

@@ -21,6 +21,7 @@ class QTableView;
 
 namespace kavu {
 
+class ListHead;
 class RowModel;
 
 enum class ColumnKind { Text, Integer, Double, Choice };
@@ -127,11 +128,13 @@ class EditableList : public QWidget {
     [[nodiscard]] std::vector<int> sortedOrder(int column);
     void showSortedBy(int column);
     void fitColumns();
+    int fitToContents();
 
     FormContext& form_;
     ListSetup setup_;
     RowModel* model_ = nullptr;
     QTableView* view_ = nullptr;
+    ListHead* head_ = nullptr;
     QHBoxLayout* buttons_ = nullptr;
     QPushButton* add_ = nullptr;
     QPushButton* edit_ = nullptr;

@@ -1,4 +1,6 @@
 #include "app/framework/EditableList.h"
+#include "app/framework/ListHead.h"
+#include "app/framework/QtText.h"
 #include "app/framework/RowModel.h"
 #include "app/support/FormStage.h"
 
@@ -9,6 +11,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTableView>
 
 namespace kavu {
@@ -33,6 +36,20 @@ ListSetup sampleSetup() {
 }
 
 const Rows kRows = {{"b", "10", "1.5", "RF"}, {"A", "9", "20", "Tape"}, {"c", "100", "", "RF"}};
+
+TEST(ListHeadTest, ALongTitleIsBrokenNearItsMiddle) {
+    const std::pair<const char*, const char*> rows[] = {
+        {"Data Type", "Data Type"},
+        {"Modulation Sense", "Modulation\nSense"},
+        {"Low Pass Filter Bandwidth", "Low Pass Filter\nBandwidth"},
+        {"Measurement/Data Link Name", "Measurement/Data\nLink Name"},
+        {"Oversampledeverywhere", "Oversampledeverywhere"},
+        {"", ""},
+    };
+    for (const auto& [title, shown] : rows) {
+        EXPECT_EQ(toBytes(brokenTitle(QLatin1String(title))), shown);
+    }
+}
 
 class EditableListTest : public testing::Test {
   protected:
@@ -73,6 +90,32 @@ class EditableListTest : public testing::Test {
     std::unique_ptr<EditableList> list;
     int changes = 0;
 };
+
+TEST_F(EditableListTest, TitlesHaveTwoLinesOnlyWhereTheColumnsHaveNoRoomOtherwise) {
+    auto setup = sampleSetup();
+    const auto head = [&](const EditableList& shown) {
+        return static_cast<const ListHead*>(shown.view()->horizontalHeader());
+    };
+    EXPECT_FALSE(head(make(setup))->breaksTitles());
+    const int height = list->view()->horizontalHeader()->height();
+    for (auto& column : setup.columns) {
+        column.title = "A Long " + column.title + " Of A Thing";
+    }
+    auto& narrow = make(setup);
+    narrow.resize(600, 400);
+    narrow.setRows(kRows);
+    QApplication::processEvents();
+    EXPECT_TRUE(head(narrow)->breaksTitles());
+    EXPECT_GT(head(narrow)->height(), height);
+    EXPECT_EQ(narrow.view()->horizontalScrollBar()->maximum(), 0);
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_GE(head(narrow)->sectionSize(i), head(narrow)->sectionSizeHint(i)) << i;
+    }
+    narrow.resize(1200, 400);
+    QApplication::processEvents();
+    narrow.setRows(kRows);
+    EXPECT_FALSE(head(narrow)->breaksTitles());
+}
 
 TEST_F(EditableListTest, ShowsRowsWithTheirHeadsAndSelectsTheFirst) {
     make();

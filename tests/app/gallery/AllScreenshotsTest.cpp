@@ -1,3 +1,4 @@
+#include "app/framework/EditableList.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
 #include "app/shell/HelpTopics.h"
@@ -13,6 +14,8 @@
 #include <QApplication>
 #include <QFile>
 #include <QFileDialog>
+#include <QScrollBar>
+#include <QTableView>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -65,6 +68,23 @@ void expectNoFindings(const std::string& name, QWidget& window) {
 
 TEST_F(AllWindows, HaveNamesForEveryControlAndRoomForEveryText) {
     forEachWindow(expectNoFindings);
+}
+
+TEST_F(AllWindows, ShowAllColumnsOfTheirListsAtTheirUsualSize) {
+    int lists = 0;
+    forEachWindow([&](const std::string& name, QWidget& window) {
+        window.show();
+        QApplication::processEvents();
+        for (const auto* const list : window.findChildren<EditableList*>()) {
+            if (list->isVisible()) {
+                ++lists;
+                EXPECT_EQ(list->view()->horizontalScrollBar()->maximum(), 0)
+                    << name << ": " << toBytes(list->objectName());
+            }
+        }
+        window.hide();
+    });
+    EXPECT_GE(lists, 10);
 }
 
 TEST_F(AllWindows, HaveRoomForTextOfTwiceTheSize) {

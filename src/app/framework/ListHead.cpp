@@ -1,0 +1,53 @@
+#include "app/framework/ListHead.h"
+
+#include <cstdlib>
+
+#include <QStyleOptionHeader>
+
+namespace kavu {
+
+namespace {
+
+/// A title up to this length is no wider than most values.
+constexpr qsizetype kShortTitle = 12;
+
+}  // namespace
+
+QString brokenTitle(const QString& title) {
+    if (title.size() <= kShortTitle) {
+        return title;
+    }
+    qsizetype best = -1;
+    for (auto at = title.indexOf(u' '); at >= 0; at = title.indexOf(u' ', at + 1)) {
+        if (best < 0 || std::abs(2 * at - title.size()) < std::abs(2 * best - title.size())) {
+            best = at;
+        }
+    }
+    return best < 0 ? title : title.left(best) + u'\n' + title.mid(best + 1);
+}
+
+ListHead::ListHead(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {}
+
+void ListHead::setBreaksTitles(bool breaks) {
+    breaksTitles_ = breaks;
+    updateGeometry();
+    viewport()->update();
+}
+
+void ListHead::initStyleOptionForIndex(QStyleOptionHeader* option, int section) const {
+    QHeaderView::initStyleOptionForIndex(option, section);
+    if (breaksTitles_) {
+        option->text = brokenTitle(option->text);
+    }
+}
+
+QSize ListHead::sectionSizeFromContents(int section) const {
+    const QSize size = QHeaderView::sectionSizeFromContents(section);
+    if (!breaksTitles_ || model() == nullptr) {
+        return size;
+    }
+    const auto title = model()->headerData(section, orientation(), Qt::DisplayRole).toString();
+    return size - fontMetrics().size(0, title) + fontMetrics().size(0, brokenTitle(title));
+}
+
+}  // namespace kavu
