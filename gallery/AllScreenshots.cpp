@@ -3,6 +3,7 @@ namespace kavu {
 
 void addAllScreenshots(ScreenshotList& list) {
     addFrameworkScreenshots(list);
+    addQuestionScreenshots(list);
     addOptionScreenshots(list);
     addTreeScreenshots(list);
     addGroupScreenshots(list);

@@ -145,6 +145,15 @@ std::unique_ptr<PropertySheet> makeSampleSheet(ScreenshotStage& stage) {
     return sheet;
 }
 
+std::unique_ptr<QWidget> makeSortedList(ScreenshotStage& stage) {
+    auto setup = contactSetup();
+    setup.canMove = true;
+    auto list = std::make_unique<EditableList>(stage.form, "list", setup);
+    list->setRows(SampleModel().contacts);
+    list->sortBy(1);
+    return list;
+}
+
 std::unique_ptr<QWidget> makeSampleBox(ScreenshotStage&) {
     MessageBox box;
     box.title = "KAVU-9 Warning";
@@ -231,6 +240,7 @@ std::unique_ptr<QWidget> makeRowDialog(ScreenshotStage& stage) {
 
 void addFrameworkScreenshots(ScreenshotList& list) {
     list.addSheet({"SampleFields", "SampleList", "SampleTree", "SampleComments"}, makeSampleSheet);
+    list.add("SortedList", makeSortedList);
     list.add("MessageBox", makeSampleBox);
     list.add("MessageBoxError", makeErrorBox);
     list.add("EnterValue", makeEnterValue);

@@ -7,6 +7,8 @@ namespace kavu {
 class ScreenshotList;
 
 void addFrameworkScreenshots(ScreenshotList& list);
+/// The questions before something is lost.
+void addQuestionScreenshots(ScreenshotList& list);
 void addOptionScreenshots(ScreenshotList& list);
 void addTreeScreenshots(ScreenshotList& list);
 void addGroupScreenshots(ScreenshotList& list);

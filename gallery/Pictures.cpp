@@ -15,6 +15,8 @@
 #include <iostream>
 
 #include <QApplication>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPixmap>
 
 namespace kavu {
@@ -53,6 +55,12 @@ class Renderer {
 void renderAll(Renderer& renderer, MainWindow& window, Application& application,
                const ScreenshotList& list, const std::string& suffix) {
     renderer.render(window, "MainWindow" + suffix);
+    for (auto* const menu : window.menuBar()->findChildren<QMenu*>()) {
+        if (!menu->objectName().isEmpty()) {
+            renderer.render(*menu, toBytes(menu->objectName()) + suffix);
+            menu->hide();
+        }
+    }
     HelpWindow help(manualFolder(toBytes(QApplication::applicationDirPath())));
     renderer.render(help, "HELP" + suffix);
     auto form = window.formContext();
