@@ -196,6 +196,7 @@ bool Application::shutDown(UserInterface* parent) {
 void Application::installSteps() {
     auto& parts = *parts_;
     auto& steps = parts.steps;
+    steps.reopenDocument = [this](UserInterface* parent) { return documents_->reopen(parent); };
     steps.gatherMeasurementNames = [&parts](UserInterface* parent) {
         // For each document the settings decide again whether names are checked.
         parts.measurements.setChecking(parts.settings.get(setting::kCheckDuplicates), false);

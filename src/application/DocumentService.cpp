@@ -59,28 +59,47 @@ bool wantsReopened(UserInterface* ui, const std::string& path) {
                "Reopen File", Icon::Warning, Buttons::YesNo, Button::No) == Button::Yes;
 }
 
+/// The file is no longer what is open here.
+void keepUnlikeDisk(DocumentContext& context) {
+    context.history.markCorrected();
+    context.history.tell({DocumentChange::Edited, {}, {}});
+}
+
+enum class DiskChoice { Keep, Reopen, SaveElsewhere };
+
+DiskChoice askAboutDisk(UserInterface* ui, DiskState state, const std::string& path) {
+    const bool missing = state == DiskState::Missing;
+    std::vector<DiskChoice> meanings = {DiskChoice::Keep};
+    ChoicePrompt prompt;
+    prompt.title = missing ? "File Not There" : "File Changed By Another Program";
+    prompt.text = missing ? formatPrintf("The file '%s' is not there any more.", path)
+                          : formatPrintf(
+                                "Another program has changed the file '%s' since it was "
+                                "opened or saved here.",
+                                path);
+    prompt.choices = {"&Keep the document as it is here"};
+    prompt.defaultChoice = 0;
+    if (!missing) {
+        meanings.push_back(DiskChoice::Reopen);
+        prompt.choices.emplace_back("&Reopen the file, and lose what was changed here");
+    }
+    meanings.push_back(DiskChoice::SaveElsewhere);
+    prompt.choices.emplace_back("&Save the document under another name");
+    const int choice = ui == nullptr ? -1 : ui->choose(prompt);
+    return choice < 0 ? DiskChoice::Keep : meanings[static_cast<std::size_t>(choice)];
+}
+
 }  // namespace
 
 DocumentService::DocumentService(Application& application) : application_(application) {}
-
-void DocumentService::rememberDisk() {
-    const auto& document = application_.context().document;
-    watched_ = document.open ? document.path : std::string();
-    stamp_ = watched_.empty() ? std::string() : fileStamp(watched_);
-}
 
 void DocumentService::documentChanged(const DocumentChange& change) {
     switch (change.kind) {
         case DocumentChange::Opened:
         case DocumentChange::Saved:
         case DocumentChange::Closed:
-            rememberDisk();
-            break;
         case DocumentChange::CutShort:
-            // That was us, and no other program.
-            if (change.path == watched_) {
-                stamp_ = fileStamp(watched_);
-            }
+            askedStamp_.clear();
             break;
         case DocumentChange::Edited:
         case DocumentChange::TakenBack:
@@ -106,20 +125,7 @@ bool DocumentService::openNamed(UserInterface* ui, const std::string& name) {
 }
 
 bool DocumentService::save(UserInterface* ui) {
-    auto& context = application_.context();
-    if (const auto state = diskState(); state == DiskState::Changed) {
-        switch (askAboutDisk(ui, state, true)) {
-            case DiskChoice::Keep:
-                break;
-            case DiskChoice::Reopen:
-                return reopen(ui);
-            case DiskChoice::SaveElsewhere:
-                return saveAs(ui);
-            case DiskChoice::None:
-                return false;
-        }
-    }
-    return saveDocument(context, ui);
+    return saveDocument(application_.context(), ui);
 }
 
 bool DocumentService::saveAs(UserInterface* ui) {
@@ -141,55 +147,22 @@ void DocumentService::discard(UserInterface* ui) {
     if (context.document.open) {
         dropDocument(context, ui);
     }
-    rememberDisk();
 }
 
 DocumentService::DiskState DocumentService::diskState() const {
-    const auto& document = application_.context().document;
-    if (!document.open || watched_.empty() || document.path != watched_) {
-        return DiskState::Same;
-    }
-    const auto now = fileStamp(watched_);
-    if (now == stamp_) {
-        return DiskState::Same;
-    }
-    PathKind kind = PathKind::Missing;
-    const bool known = probePath(watched_, kind).ok();
-    return known && kind == PathKind::Missing ? DiskState::Missing : DiskState::Changed;
-}
-
-DocumentService::DiskChoice DocumentService::askAboutDisk(UserInterface* ui, DiskState state,
-                                                          bool saving) {
-    if (ui == nullptr) {
-        return DiskChoice::None;
-    }
-    const auto name = fileNameOf(watched_);
-    const bool missing = state == DiskState::Missing;
-    const std::string title = missing ? formatPrintf("'%s' is not there any more", name)
-                                      : formatPrintf("Another program has changed '%s'", name);
-    std::vector<std::string> choices = {saving ? "Save, and overwrite what the other has written"
-                                               : "Keep the document as it is here"};
-    if (missing) {
-        choices.emplace_back("Save the document under another name");
-    } else {
-        choices.emplace_back("Reopen the file, and lose what was changed here");
-        choices.emplace_back("Save the document under another name");
-    }
-    const int choice = ui->chooseFromList(title, choices);
-    if (missing && choice == 1) {
-        return DiskChoice::SaveElsewhere;
-    }
-    return choice < 0 ? DiskChoice::None : static_cast<DiskChoice>(choice);
+    return kavu::diskState(application_.context().document);
 }
 
 void DocumentService::checkDisk(UserInterface* ui) {
     const auto state = diskState();
-    if (state == DiskState::Same) {
+    const auto& path = application_.context().document.path;
+    const auto stamp = "now " + fileStamp(path);
+    if (state == DiskState::Same || stamp == askedStamp_) {
         return;
     }
     // Whatever the answer is, there is no second question for the same change.
-    stamp_ = fileStamp(watched_);
-    switch (askAboutDisk(ui, state, false)) {
+    askedStamp_ = stamp;
+    switch (askAboutDisk(ui, state, path)) {
         case DiskChoice::Reopen:
             reopen(ui);
             break;
@@ -197,21 +170,16 @@ void DocumentService::checkDisk(UserInterface* ui) {
             saveAs(ui);
             break;
         case DiskChoice::Keep:
-        case DiskChoice::None:
-            // The file is no longer what is open here.
-            application_.context().history.markCorrected();
-            application_.context().history.tell({DocumentChange::Edited, {}, {}});
+            keepUnlikeDisk(application_.context());
             break;
     }
 }
 
 bool DocumentService::reopen(UserInterface* ui) {
     auto& context = application_.context();
-    const auto path = watched_;
+    const auto path = context.document.path;
     if (!wantsReopened(ui, path)) {
-        // The file is no longer what is open here.
-        context.history.markCorrected();
-        context.history.tell({DocumentChange::Edited, {}, {}});
+        keepUnlikeDisk(context);
         return false;
     }
     // What was changed in it has been given up.

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "application/DocumentFacts.h"
+#include "core/document/ChangedFile.h"
 #include "core/document/DocumentChange.h"
 
 #include <string>
@@ -30,8 +31,8 @@ class DocumentService : public DocumentListener {
     /// Opens a file by its name from the command line, a drop or the list of recent
     /// files. An open document is closed first, with its question.
     bool openNamed(UserInterface* ui, const std::string& name);
-    /// If another program has changed the document's file, asks first; without a user interface
-    /// it is then not saved.
+    /// If another program has changed the document's file, this, `saveAs`, `saveTo` and `close` ask
+    /// first; without a user interface it is then not saved.
     bool save(UserInterface* ui);
     bool saveAs(UserInterface* ui);
     /// Saves under another name without a question. False without an open document.
@@ -42,12 +43,16 @@ class DocumentService : public DocumentListener {
     /// Closes the document and drops its changes without a question.
     void discard(UserInterface* ui);
 
-    enum class DiskState { Same, Changed, Missing };
+    using DiskState = kavu::DiskState;
     /// Whether the document's file is still the one that was opened or saved last.
     [[nodiscard]] DiskState diskState() const;
     /// If another program has changed or removed the file, asks what to do: keep the
-    /// document, reopen the file, or save under another name. Asks once for each change.
+    /// document, reopen the file, or save under another name. Asks once for each change; a save
+    /// asks again.
     void checkDisk(UserInterface* ui);
+    /// Loads the document's file again, and drops what was changed here. If the file looks as if it
+    /// was not written to its end, asks first.
+    bool reopen(UserInterface* ui);
 
     /// Makes a TMATS file of what a crashed run has left, and opens it. False without a user
     /// interface, as the name of the file is asked for.
@@ -70,18 +75,12 @@ class DocumentService : public DocumentListener {
     void updateHistory(DocumentFacts& facts) const;
 
   private:
-    enum class DiskChoice { Keep = 0, Reopen = 1, SaveElsewhere = 2, None = -1 };
-    [[nodiscard]] DiskChoice askAboutDisk(UserInterface* ui, DiskState state, bool saving);
-    bool reopen(UserInterface* ui);
-    /// Remembers the file as it is now.
-    void rememberDisk();
     /// Hears of every load and save, whoever has asked for it.
     void documentChanged(const DocumentChange& change) override;
     [[nodiscard]] bool allowsHistory() const;
 
     Application& application_;
-    std::string watched_;
-    std::string stamp_;
+    std::string askedStamp_;  ///< of the change that `checkDisk` has asked about
 };
 
 }  // namespace kavu

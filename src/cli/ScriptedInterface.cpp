@@ -233,6 +233,21 @@ int ScriptedInterface::chooseFromList(const std::string& title,
     return chosen;
 }
 
+int ScriptedInterface::choose(const ChoicePrompt& prompt) {
+    if (prompt.name.empty()) {
+        return chooseFromList(prompt.text, prompt.choices);
+    }
+    const auto own = options_.replies.byName.find(prompt.name);
+    const bool agrees =
+        own != options_.replies.byName.end() && equalsIgnoreCase(own->second, "yes");
+    const std::string reply = agrees ? "yes" : "cancel";
+    questions_.push_back({0, 0, prompt.name, reportText(prompt.text), reply, stream_});
+    if (options_.showBoxes) {
+        showLine(prompt.title + ": " + prompt.text + " -> " + reply);
+    }
+    return agrees ? 0 : -1;
+}
+
 int ScriptedInterface::selectFromTable(const TablePrompt& prompt) {
     if (const auto* const mine = ownReply(prompt.title)) {
         const auto row = std::find_if(prompt.rows.begin(), prompt.rows.end(), [&](const auto& r) {

@@ -79,6 +79,8 @@ class ScriptedInterface : public UserInterface {
     /// A reply is the text of a choice, or its number from 1; one given to the preceding
     /// question is the text.
     int chooseFromList(const std::string& title, const std::vector<std::string>& choices) override;
+    /// A question with a name: yes is the first choice, every other reply none of them.
+    int choose(const ChoicePrompt& prompt) override;
     /// A reply is the number of the row, from 1.
     int selectFromTable(const TablePrompt& prompt) override;
     /// A reply is a path, or `yes` for the offered one.

@@ -29,6 +29,8 @@ struct TmatsDocument {
     bool created = false;   ///< made by Create New and not saved since
     bool readOnly = false;  ///< the file on the disk cannot be written
     int version = 2011;     ///< the edition, as a year
+    /// The file at the path as it was opened or saved last (`fileStamp`); empty if there was none.
+    std::string diskStamp{};
 };
 
 /// The passes of higher folders that opening, saving and closing a document run, in the places
@@ -49,6 +51,8 @@ struct DocumentSteps {
     std::function<std::optional<bool>(UserInterface*, int inputVersion, int targetVersion)> migrate;
     std::function<bool(UserInterface*)> validateDataLinks;
     std::function<void()> releasePcmFormat;
+    /// Loads the file at the document's path again; what was changed here is lost.
+    std::function<bool(UserInterface*)> reopenDocument;
     /// Writes the editor that is open to its group files; false stops the save.
     std::function<bool(UserInterface*)> storeOpenEditor;
     /// Creates the stream of a new document on a data source of this name.

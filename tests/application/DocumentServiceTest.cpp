@@ -6,6 +6,7 @@
 #include "support/TestApplication.h"
 
 #include <filesystem>
+#include <functional>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -56,12 +57,18 @@ TEST_F(DocumentServiceTest, AChangeByAnotherProgramIsSeenAndKeepingMarksTheDocum
     EXPECT_EQ(service.diskState(), DiskState::Changed);
     t.ui.choices.push_back(0);
     service.checkDisk(&t.ui);
-    ASSERT_EQ(t.ui.listPrompts.size(), 1U);
-    EXPECT_EQ(t.ui.listPrompts[0].first, "Another program has changed 'flight.tma'");
+    ASSERT_EQ(t.ui.choicePrompts.size(), 1U);
+    EXPECT_EQ(t.ui.choicePrompts[0].text, "Another program has changed the file '" + path +
+                                              "' since it was opened or saved here.");
+    EXPECT_EQ(t.ui.choicePrompts[0].defaultChoice, 0);
     EXPECT_THAT(programName(), HasSubstr("PN:ONE"));
     EXPECT_TRUE(document().changed);
     service.checkDisk(&t.ui);
-    EXPECT_EQ(t.ui.listPrompts.size(), 1U) << "the same change is asked about once";
+    EXPECT_EQ(t.ui.choicePrompts.size(), 1U) << "the same change is asked about once";
+    EXPECT_EQ(service.diskState(), DiskState::Changed);
+    EXPECT_FALSE(service.save(&t.ui));
+    EXPECT_EQ(t.ui.choicePrompts.size(), 2U) << "to keep a document is not to overwrite a file";
+    EXPECT_THAT(test::readFile(path), HasSubstr("PN:TWO"));
 }
 
 TEST_F(DocumentServiceTest, ReopeningTakesTheFileAndAsksNothingMore) {
@@ -95,6 +102,77 @@ TEST_F(DocumentServiceTest, ASaveAsksBeforeItOverwritesWhatAnotherProgramHasWrit
     t.ui.choices.push_back(0);
     EXPECT_TRUE(service.save(&t.ui));
     EXPECT_THAT(test::readFile(path), HasSubstr("PN:ONE"));
+    EXPECT_THAT(test::readFile(t.folder / "flight.bak"), HasSubstr("PN:TWO"));
+    EXPECT_TRUE(service.save(&t.ui));
+    EXPECT_EQ(t.ui.choicePrompts.size(), 2U) << "what was saved is our own";
+}
+
+TEST_F(DocumentServiceTest, EveryWayToASaveAsksBeforeItOverwritesAnotherProgramsChange) {
+    const auto other = t.folder / "other.tma";
+    test::writeFile(other, "G\\PN:THREE;\r\nG\\106:09;\r\n");
+    std::filesystem::create_symlink(path, t.folder / "link.tma");
+    const std::vector<std::pair<const char*, std::function<bool()>>> ways = {
+        {"save", [&] { return service.save(&t.ui); }},
+        {"save as", [&] { return service.saveAs(&t.ui); }},
+        {"save to", [&] { return service.saveTo(&t.ui, path); }},
+        {"save to a link", [&] { return service.saveTo(&t.ui, t.folder / "link.tma"); }},
+        {"close", [&] { return service.close(&t.ui); }},
+        {"open", [&] { return service.openNamed(&t.ui, other) && document().path == other; }},
+        {"new", [&] { return service.create(&t.ui) && document().created; }},
+        {"exit", [&] { return t.application.shutDown(&t.ui); }},
+    };
+    t.ui.byId[76] = Button::Yes;
+    for (const auto& [name, way] : ways) {
+        changeOnDisk("G\\PN:ONE;\r\nG\\106:09;\r\n");
+        ASSERT_TRUE(service.openNamed(&t.ui, path)) << name;
+        document().changed = true;
+        changeOnDisk("G\\PN:TWO;\r\nG\\106:09;\r\n");
+        t.ui.choicePrompts.clear();
+        t.ui.files.assign(1, FileChoice{path, 1});
+        EXPECT_FALSE(way()) << name;
+        ASSERT_EQ(t.ui.choicePrompts.size(), 1U) << name;
+        EXPECT_EQ(t.ui.choicePrompts[0].name, "changed-file");
+        EXPECT_EQ(t.ui.choicePrompts[0].defaultChoice, -1) << "Enter costs nothing";
+        EXPECT_THAT(t.ui.choicePrompts[0].text, HasSubstr("flight.bak'")) << name;
+        EXPECT_THAT(test::readFile(path), HasSubstr("PN:TWO")) << name;
+        EXPECT_TRUE(document().open) << name;
+        EXPECT_TRUE(document().changed) << name;
+        EXPECT_THAT(programName(), HasSubstr("PN:ONE")) << name;
+        service.discard(&t.ui);
+    }
+}
+
+TEST_F(DocumentServiceTest, AClosingDocumentCanBeSavedElsewhereOrReopened) {
+    ASSERT_TRUE(service.openNamed(&t.ui, path));
+    document().changed = true;
+    changeOnDisk("G\\PN:TWO;\r\nG\\106:09;\r\n");
+    t.ui.byId[76] = Button::Yes;
+    t.ui.choices = {1};
+    t.ui.files.push_back(FileChoice{t.folder / "mine.tma", 1});
+    EXPECT_TRUE(service.close(&t.ui));
+    EXPECT_THAT(test::readFile(t.folder / "mine.tma"), HasSubstr("PN:ONE"));
+    EXPECT_THAT(test::readFile(path), HasSubstr("PN:TWO"));
+
+    ASSERT_TRUE(service.openNamed(&t.ui, path));
+    document().changed = true;
+    changeOnDisk("G\\PN:THREE;\r\nG\\106:09;\r\n");
+    t.ui.choices = {2};
+    EXPECT_FALSE(service.close(&t.ui)) << "there is a document that was not looked at yet";
+    EXPECT_THAT(programName(), HasSubstr("PN:THREE"));
+    EXPECT_FALSE(document().changed);
+    EXPECT_EQ(service.diskState(), DiskState::Same);
+}
+
+TEST_F(DocumentServiceTest, AFileThatChangesWhileItIsOpenedIsKnownAsChanged) {
+    t.ui.cancelAtPoll = 0;
+    bool isChanged = false;
+    t.application.context().steps.validateDataLinks = [&](UserInterface*) {
+        changeOnDisk("G\\PN:TWO;\r\nG\\106:09;\r\n");
+        return isChanged = true;
+    };
+    ASSERT_TRUE(service.openNamed(&t.ui, path));
+    ASSERT_TRUE(isChanged);
+    EXPECT_EQ(service.diskState(), DiskState::Changed);
 }
 
 TEST_F(DocumentServiceTest, AFailedSaveOfOurOwnIsNoOtherProgramAndMarksTheDocumentChanged) {
@@ -112,7 +190,7 @@ TEST_F(DocumentServiceTest, AFailedSaveOfOurOwnIsNoOtherProgramAndMarksTheDocume
         EXPECT_TRUE(document().changed);
         EXPECT_EQ(service.diskState(), DiskState::Same);
         service.checkDisk(&t.ui);
-        EXPECT_TRUE(t.ui.listPrompts.empty());
+        EXPECT_TRUE(t.ui.choicePrompts.empty());
     }
 }
 
@@ -167,9 +245,10 @@ TEST_F(DocumentServiceTest, AFileThatWentAwayOffersToKeepOrToSaveElsewhere) {
     t.ui.choices.push_back(1);
     t.ui.files.push_back(FileChoice{t.folder / "other.tma", 1});
     service.checkDisk(&t.ui);
-    ASSERT_EQ(t.ui.listPrompts.size(), 1U);
-    EXPECT_THAT(t.ui.listPrompts[0].second, ElementsAre("Keep the document as it is here",
-                                                        "Save the document under another name"));
+    ASSERT_EQ(t.ui.choicePrompts.size(), 1U);
+    EXPECT_THAT(
+        t.ui.choicePrompts[0].choices,
+        ElementsAre("&Keep the document as it is here", "&Save the document under another name"));
     EXPECT_TRUE(fileExists(t.folder / "other.tma"));
 }
 

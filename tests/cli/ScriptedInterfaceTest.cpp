@@ -123,6 +123,28 @@ TEST(ScriptedInterface, TheNamedQuestionOfThreeButtonsTakesEachReply) {
     EXPECT_TRUE(isQuestionName("adjust"));
 }
 
+TEST(ScriptedInterface, AChoiceOfANamedQuestionIsTakenByAYesOfItsOwnAlone) {
+    const ChoicePrompt prompt{.name = "changed-file",
+                              .title = "Title",
+                              .text = "Overwrite?",
+                              .choices = {"&Overwrite", "&Elsewhere"}};
+    const std::pair<std::string, int> rows[] = {{"", -1},  {"no", -1}, {"cancel", -1},
+                                                {"2", -1}, {"yes", 0}, {"YES", 0}};
+    for (const auto& [own, chosen] : rows) {
+        Replies replies;
+        replies.all = "yes";
+        if (!own.empty()) {
+            replies.byName["changed-file"] = own;
+        }
+        Terminal t(replies);
+        EXPECT_EQ(t.ui().choose(prompt), chosen) << own;
+        EXPECT_EQ(t.ui().questions().at(0).name, "changed-file");
+        EXPECT_EQ(t.ui().questions().at(0).reply, chosen < 0 ? "cancel" : "yes");
+        EXPECT_EQ(t.err.str(),
+                  chosen < 0 ? "Title: Overwrite? -> cancel\n" : "Title: Overwrite? -> yes\n");
+    }
+}
+
 TEST(ScriptedInterface, ANumberForAQuestionSaysYesAndAnswersThePromptBehindIt) {
     const std::vector<std::string> words{"1", "3", "12", "13"};
     Terminal terminal({{{357, "12"}}, "no"});

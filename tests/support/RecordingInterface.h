@@ -42,6 +42,7 @@ class RecordingInterface : public UserInterface {
     std::vector<Shown> shown;
     std::vector<FilePrompt> filePrompts;
     std::vector<std::pair<std::string, std::vector<std::string>>> listPrompts;
+    std::vector<ChoicePrompt> choicePrompts;
     std::vector<TextPrompt> textPrompts;
     std::vector<TablePrompt> tablePrompts;
     int polls = 0;
@@ -97,6 +98,10 @@ class RecordingInterface : public UserInterface {
     }
     int chooseFromList(const std::string& title, const std::vector<std::string>& options) override {
         listPrompts.emplace_back(title, options);
+        return next(choices, -1);
+    }
+    int choose(const ChoicePrompt& prompt) override {
+        choicePrompts.push_back(prompt);
         return next(choices, -1);
     }
     int selectFromTable(const TablePrompt& prompt) override {

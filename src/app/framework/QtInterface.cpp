@@ -94,6 +94,11 @@ int QtInterface::chooseFromList(const std::string& title, const std::vector<std:
     return runDialog(door_, dialog) == QDialog::Accepted ? dialog.choice() : -1;
 }
 
+int QtInterface::choose(const ChoicePrompt& prompt) {
+    QuestionDialog dialog(prompt, dialogParent());
+    return runDialog(door_, dialog) == QDialog::Accepted ? dialog.choice() : -1;
+}
+
 int QtInterface::selectFromTable(const TablePrompt& prompt) {
     SelectDialog dialog(prompt, false, dialogParent());
     if (runDialog(door_, dialog) != QDialog::Accepted) {

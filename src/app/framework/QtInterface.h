@@ -50,6 +50,7 @@ class QtInterface : public UserInterface {
     std::optional<long> enterInteger(const IntegerPrompt& prompt) override;
     std::optional<double> enterDouble(const DoublePrompt& prompt) override;
     int chooseFromList(const std::string& title, const std::vector<std::string>& choices) override;
+    int choose(const ChoicePrompt& prompt) override;
     int selectFromTable(const TablePrompt& prompt) override;
     std::optional<FileChoice> chooseFile(const FilePrompt& prompt) override;
     void logged(const LoggedMessage& message) override;

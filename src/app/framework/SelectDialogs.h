@@ -48,4 +48,17 @@ class ChoiceDialog : public QDialog {
     int choice_ = -1;
 };
 
+/// A question above its choices, each a button of its own on a line of its own, "choice0" and so
+/// on.
+class QuestionDialog : public QDialog {
+    Q_OBJECT
+  public:
+    QuestionDialog(const ChoicePrompt& prompt, QWidget* parent);
+    /// The index of the choice, or -1.
+    [[nodiscard]] int choice() const { return choice_; }
+
+  private:
+    int choice_ = -1;
+};
+
 }  // namespace kavu

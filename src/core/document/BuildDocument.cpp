@@ -3,6 +3,7 @@
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
 #include "core/document/Banner.h"
+#include "core/document/ChangedFile.h"
 #include "core/document/ConversionComments.h"
 #include "core/document/DocumentFiles.h"
 #include "core/document/DocumentHistory.h"
@@ -368,8 +369,8 @@ bool copyGroupFile(DocumentContext& context, UserInterface* parent, ByteSource& 
 
 namespace {
 
-bool buildInto(DocumentContext& context, UserInterface* parent, SaveTarget& target, bool backup) {
-    if (!target.begin(backup)) {
+bool buildInto(DocumentContext& context, UserInterface* parent, SaveTarget& target) {
+    if (!target.begin()) {
         return false;
     }
     ProgressScope progress(parent, ProgressMode::WithCancel);
@@ -380,17 +381,54 @@ bool buildInto(DocumentContext& context, UserInterface* parent, SaveTarget& targ
     return target.end(built);
 }
 
-}  // namespace
-
-bool buildTmatsFile(DocumentContext& context, UserInterface* parent, const std::string& target,
-                    bool backup) {
-    SaveTarget file(context, parent, target);
-    const bool built = file.claim() && buildInto(context, parent, file, backup);
-    if (!built && file.hasTouchedFile()) {
-        context.history.markCutShort(target);
+/// Joins the group files into the target.
+bool buildTmatsFile(DocumentContext& context, UserInterface* parent, SaveTarget& target) {
+    const bool built = buildInto(context, parent, target);
+    if (!built && target.hasTouchedFile()) {
+        context.history.markCutShort(absolutePath(target.path()));
     }
     return built;
 }
+
+enum class SaveOutcome { Saved, NotSaved, SaveElsewhere, Reopen };
+
+/// The file is kept for this run from the look at it to its new state: no change by another one
+/// comes between the two.
+SaveOutcome saveUnder(DocumentContext& context, UserInterface* parent, const std::string& path) {
+    const auto& steps = context.steps;
+    const SaveScope scope(context.files);
+    SaveTarget target(context, parent, path);
+    if (!target.claim()) {
+        return SaveOutcome::NotSaved;
+    }
+    if (isChangedByAnother(context.document, path)) {
+        switch (askAboutChangedFile(context, parent, path)) {
+            case ChangedFileChoice::Overwrite:
+                break;
+            case ChangedFileChoice::SaveElsewhere:
+                return SaveOutcome::SaveElsewhere;
+            case ChangedFileChoice::Reopen:
+                return SaveOutcome::Reopen;
+            case ChangedFileChoice::Cancel:
+                return SaveOutcome::NotSaved;
+        }
+    }
+    const bool saved = checkNoneVanished(context, parent) &&
+                       (!steps.storeOpenEditor || steps.storeOpenEditor(parent)) &&
+                       ensureGeneralFile(context, parent) && writeBanner(context, parent) &&
+                       writeFileNameField(context, parent, path) &&
+                       buildTmatsFile(context, parent, target);
+    if (!saved) {
+        return SaveOutcome::NotSaved;
+    }
+    context.document.path = absolutePath(path);
+    // What it says of the file before is of no harm.
+    (void)context.files.recordState(context.document.version, describeSource(path));
+    context.history.markSaved();
+    return SaveOutcome::Saved;
+}
+
+}  // namespace
 
 bool saveDocument(DocumentContext& context, UserInterface* parent) {
     const auto& document = context.document;
@@ -415,26 +453,23 @@ bool saveDocumentAs(DocumentContext& context, UserInterface* parent) {
 }
 
 bool saveDocumentTo(DocumentContext& context, UserInterface* parent, const std::string& path) {
-    const auto& steps = context.steps;
     if (context.history.isFrozen()) {
         reportFrozen(context, parent);
         return false;
     }
-    const SaveScope scope(context.files);
-    const bool saved = checkNoneVanished(context, parent) &&
-                       (!steps.storeOpenEditor || steps.storeOpenEditor(parent)) &&
-                       ensureGeneralFile(context, parent) && writeBanner(context, parent) &&
-                       writeFileNameField(context, parent, path) &&
-                       buildTmatsFile(context, parent, path, true);
-    if (!saved) {
-        return false;
+    switch (saveUnder(context, parent, path)) {
+        case SaveOutcome::Saved:
+            context.messages.showLog(parent, path);
+            return true;
+        case SaveOutcome::SaveElsewhere:
+            return saveDocumentAs(context, parent);
+        case SaveOutcome::Reopen:
+            (void)context.steps.reopenDocument(parent);
+            break;
+        case SaveOutcome::NotSaved:
+            break;
     }
-    context.document.path = absolutePath(path);
-    // What it says of the file before is of no harm.
-    (void)context.files.recordState(context.document.version, describeSource(path));
-    context.history.markSaved();
-    context.messages.showLog(parent, path);
-    return true;
+    return false;
 }
 
 CloseResult closeDocument(DocumentContext& context, UserInterface* parent) {

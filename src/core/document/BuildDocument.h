@@ -9,11 +9,6 @@ namespace kavu {
 
 class ByteSource;
 
-/// Joins the group files into `target`, which is replaced when the new file is complete, or is
-/// written in place, as `SaveTarget`. With `backup` (and the setting that allows it) an existing
-/// file is copied to its ".bak" before that.
-bool buildTmatsFile(DocumentContext& context, UserInterface* parent, const std::string& target,
-                    bool backup);
 /// Copies the commands of one group file into the file that is being built.
 bool copyGroupFile(DocumentContext& context, UserInterface* parent, ByteSource& source,
                    FileWriter& target, const std::string& progressText, unsigned& lineCounter,
@@ -30,7 +25,11 @@ bool writeFileNameField(DocumentContext& context, UserInterface* parent, const s
 bool saveDocument(DocumentContext& context, UserInterface* parent);
 /// Asks for a name and saves under it.
 bool saveDocumentAs(DocumentContext& context, UserInterface* parent);
-/// Saves under this path, which becomes the document's.
+/// Joins the group files into the file at this path, which becomes the document's. The file is
+/// replaced when the new one is complete, or is written in place, as `SaveTarget`, and copied to
+/// its
+/// ".bak" before that if the setting says so. If it is the document's and another program has
+/// changed it since, asks first (`askAboutChangedFile`). The two functions above go the same way.
 bool saveDocumentTo(DocumentContext& context, UserInterface* parent, const std::string& path);
 
 enum class CloseResult { Closed = 1, Cancelled = 2 };

@@ -2,6 +2,7 @@
 
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/files/FileIo.h"
 #include "core/talk/FileReports.h"
 #include "core/text/Printf.h"
 
@@ -285,11 +286,16 @@ void DocumentHistory::markSaved() {
     document_.changed = false;
     document_.created = false;
     document_.readOnly = false;
+    document_.diskStamp = fileStamp(document_.path);
     tell({DocumentChange::Saved, {}, {}, document_.path});
 }
 
 void DocumentHistory::markCutShort(const std::string& path) {
-    if (path == document_.path) {
+    bool same = path == document_.path;
+    (void)(same || probeSameFile(path, document_.path, same).ok());
+    if (same) {
+        // That was us, and no other program.
+        document_.diskStamp = fileStamp(document_.path);
         markCorrected();
     }
     tell({DocumentChange::CutShort, {}, {}, path});

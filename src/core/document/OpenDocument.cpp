@@ -171,6 +171,8 @@ bool loadDocument(DocumentContext& context, UserInterface* parent, const std::st
     resetVersionFromSettings(context);
     // The program may be started anywhere the next time, and the list of recent files stays.
     document.path = absolutePath(path);
+    // Before the first byte is read: what changes from then on is not what is opened.
+    document.diskStamp = fileStamp(document.path);
     // The close of a document too old for S groups leaves their files.
     (void)context.files.removeAll(groupKind('S').wildcard);
 

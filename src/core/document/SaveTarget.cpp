@@ -42,11 +42,12 @@ bool SaveTarget::claim() {
     } else if (!status.ok()) {
         reportUnableToOpen(parent_, status);
     }
+    claimedStamp_ = fileStamp(path_);
     return status.ok();
 }
 
-bool SaveTarget::begin(bool backup) {
-    backup_ = backup && context_.settings.get(setting::kCreateBackup);
+bool SaveTarget::begin() {
+    backup_ = context_.settings.get(setting::kCreateBackup);
     auto status = file_.prepare(context_.settings.get(setting::kSaveInPlace));
     if (!status.ok()) {
         reportUnableToOpen(parent_, status);
@@ -95,6 +96,9 @@ bool SaveTarget::keepWholeBackup() {
 
 bool SaveTarget::end(bool built) {
     auto status = file_.finish();
+    if (built && status.ok() && !file_.isInPlace() && !checkUnchanged()) {
+        return false;
+    }
     if (built && status.ok() && !file_.isInPlace() && backup_ &&
         !former_.keep(parent_, path_, true)) {
         return false;
@@ -111,6 +115,19 @@ bool SaveTarget::end(bool built) {
     if (file_.isInPlace()) {
         former_.offerToPutBack(parent_);
     }
+    return false;
+}
+
+/// Not every program asks for the lock.
+bool SaveTarget::checkUnchanged() {
+    if (fileStamp(path_) == claimedStamp_) {
+        return true;
+    }
+    showBox(parent_,
+            formatPrintf("Another program has changed the file '%s' while it was being saved. "
+                         "The file is left as that program has written it.",
+                         path_),
+            savingTitle());
     return false;
 }
 

@@ -29,17 +29,19 @@ class SaveTarget {
     /// saving it, or it cannot be saved at all.
     bool claim();
     /// Opens the file for writing, beside the one that is there or in place. REQUIRES: claimed.
-    bool begin(bool backup);
+    bool begin();
     [[nodiscard]] FileWriter& writer() { return file_.writer(); }
-    /// With `built`, makes the backup and puts the new contents in their place. After a failure
-    /// that has touched the file the parent is asked whether its former contents are to be put
-    /// back. REQUIRES: begun.
+    /// With `built`, makes the backup, if the setting says so, and puts the new contents in their
+    /// place, unless another program has changed the file since the claim. After a failure that has
+    /// touched the file the parent is asked whether its former contents are to be put back.
+    /// REQUIRES: begun.
     bool end(bool built);
     /// True once bytes of the file itself may have changed.
     [[nodiscard]] bool hasTouchedFile() const { return hasTouched_; }
 
   private:
     bool keepWholeBackup();
+    bool checkUnchanged();
     IoStatus putInPlace();
 
     DocumentContext& context_;
@@ -47,6 +49,7 @@ class SaveTarget {
     std::string path_;
     bool backup_ = false;
     bool hasTouched_ = false;
+    std::string claimedStamp_;
     UserFile file_;
     FormerContents former_;
 };

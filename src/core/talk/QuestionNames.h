@@ -14,10 +14,12 @@ namespace question {
 inline constexpr std::string_view kRestore = "restore";
 /// Whether what an edit of a frame leaves behind is to be stored where the display shows it.
 inline constexpr std::string_view kAdjust = "adjust";
+/// What a save does with a file that another program has changed; yes overwrites it.
+inline constexpr std::string_view kChangedFile = "changed-file";
 }  // namespace question
 
-inline constexpr auto kQuestionNames =
-    std::to_array<std::string_view>({question::kRestore, question::kAdjust});
+inline constexpr auto kQuestionNames = std::to_array<std::string_view>(
+    {question::kRestore, question::kAdjust, question::kChangedFile});
 
 [[nodiscard]] constexpr bool isQuestionName(std::string_view name) {
     return std::find(kQuestionNames.begin(), kQuestionNames.end(), name) != kQuestionNames.end();

@@ -78,6 +78,16 @@ struct TablePrompt {
     std::vector<std::vector<std::string>> rows;
 };
 
+/// A question with choices of its own in place of Yes and No.
+struct ChoicePrompt {
+    std::string name{};  ///< one of `kQuestionNames`; empty for a question that has none
+    std::string title;
+    std::string text;
+    std::vector<std::string> choices{};  ///< with an "&"; a reply of "yes" means the first
+    /// The choice that Enter takes; -1 is Cancel, which then is one more choice.
+    int defaultChoice = -1;
+};
+
 struct FilePrompt {
     std::string title;
     /// Display text and patterns of each filter, as in {"TMATS Files", "*.tma;*.tmt"}.
@@ -121,6 +131,10 @@ class UserInterface {
     /// A two-button or multi-choice question; the index of the choice, or -1.
     virtual int chooseFromList(const std::string& title,
                                const std::vector<std::string>& choices) = 0;
+    /// The index of the choice, or -1 for none of them.
+    virtual int choose(const ChoicePrompt& prompt) {
+        return chooseFromList(prompt.text, prompt.choices);
+    }
     /// The row chosen, or -1.
     virtual int selectFromTable(const TablePrompt& prompt) = 0;
     virtual std::optional<FileChoice> chooseFile(const FilePrompt& prompt) = 0;

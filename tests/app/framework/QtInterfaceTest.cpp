@@ -286,6 +286,45 @@ TEST_F(QtInterfaceTest, MoreChoicesAreAListForTheKeyboard) {
     EXPECT_EQ(ui.chooseFromList("Which?", {"a", "b", "c", "d"}), -1);
 }
 
+ChoicePrompt sampleQuestion() {
+    return {.name = {},
+            .title = "A Title",
+            .text = "What is to become of the file '/somewhere/a & b <i>.tma'?",
+            .choices = {"&Overwrite it", "&Save the document under quite another name of its own"}};
+}
+
+TEST_F(QtInterfaceTest, AQuestionStandsInItsDialogAboveButtonsThatCanBeRead) {
+    door.next([](QDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), QStringLiteral("A Title"));
+        EXPECT_EQ(test::find<QLabel>(dialog, "text")->text(),
+                  QStringLiteral("What is to become of the file '/somewhere/a & b <i>.tma'?"));
+        EXPECT_EQ(test::checkWindow(dialog), std::vector<std::string>{});
+        const auto* const longest = test::find<QPushButton>(dialog, "choice1");
+        EXPECT_GE(longest->width(), longest->sizeHint().width());
+        press(dialog, "choice1");
+    });
+    EXPECT_EQ(ui.choose(sampleQuestion()), 1);
+}
+
+TEST_F(QtInterfaceTest, EnterAndEscapeCancelAQuestionWithoutADefault) {
+    for (const auto key : {Qt::Key_Return, Qt::Key_Escape}) {
+        door.next([key](QDialog& dialog) { QTest::keyClick(&dialog, key); });
+        EXPECT_EQ(ui.choose(sampleQuestion()), -1);
+    }
+    door.next([](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_O, Qt::AltModifier); });
+    EXPECT_EQ(ui.choose(sampleQuestion()), 0) << "by its letter";
+}
+
+TEST_F(QtInterfaceTest, EnterTakesTheDefaultOfAQuestionWhichThenHasNoCancel) {
+    auto question = sampleQuestion();
+    question.defaultChoice = 0;
+    door.next([](QDialog& dialog) {
+        EXPECT_EQ(dialog.findChild<QPushButton*>(QStringLiteral("cancel")), nullptr);
+        QTest::keyClick(&dialog, Qt::Key_Return);
+    });
+    EXPECT_EQ(ui.choose(question), 0);
+}
+
 TablePrompt samplePrompt() {
     return {"", {"Name", "Size"}, {{"beta", "10"}, {"alpha", "9"}, {"gamma", "100"}}};
 }

@@ -406,8 +406,10 @@ TEST_F(MainWindowTest, AFileThatAnotherProgramHasChangedIsAskedAboutOnce) {
     begin(path);
     std::filesystem::remove(path);
     test::writeFile(path, "G\\PN:OTHER;\r\nG\\106:09;\r\n");
-    door.next([](QDialog& dialog) {
-        EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Another program has changed 'flight.tma'"));
+    door.next([this](QDialog& dialog) {
+        EXPECT_EQ(dialog.objectName(), QStringLiteral("Question"));
+        EXPECT_THAT(toBytes(test::find<QLabel>(dialog, "text")->text()),
+                    HasSubstr("Another program has changed the file '" + path + "'"));
         dialog.reject();
     });
     window->checkDisk();

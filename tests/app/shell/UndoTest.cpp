@@ -17,7 +17,6 @@
 
 #include <QComboBox>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QPlainTextEdit>
 #include <QRadioButton>
 #include <QSignalSpy>
@@ -61,12 +60,6 @@ class UndoTest : public testing::Test {
         door.next([button](QDialog& dialog) { press(dialog, button); });
     }
     /// A row of the next list.
-    void choose(int row) {
-        door.next([row](QDialog& dialog) {
-            find<QListWidget>(dialog, "choices")->setCurrentRow(row);
-            press(dialog, "ok");
-        });
-    }
     void enter(const char* text) {
         door.next([text](QDialog& dialog) {
             type(dialog, "value", QLatin1String(text));
@@ -442,12 +435,12 @@ TEST_F(UndoTest, TheTreeIsReadOnceForWhateverHappensToTheDocument) {
     // Another program writes the file, and the user wants that.
     std::filesystem::remove(path);
     test::writeFile(path, flightTest());
-    choose(1);
+    answer("choice1");
     window->checkDisk();
     EXPECT_EQ(count.taken(), 2) << "a reopening closes and opens";
     std::filesystem::remove(path);
     test::writeFile(path, flightTest());
-    choose(0);
+    answer("choice0");
     window->checkDisk();
     EXPECT_EQ(count.taken(), 1) << "the document is no more what is on the disk";
     EXPECT_TRUE(window->isWindowModified());
