@@ -119,7 +119,14 @@ class InterruptTest(kavu.KavuTest):
         self.assertGreater(len(self.read("out.tma")), 1000000)
         self.assertEqual(self.read("out.bak"), b"G\\PN:OLD;\r\n")
 
-    def test_in_place_a_killed_save_is_told_of_by_the_next_one(self):
+    def run_beside(self, store, *arguments):
+        """A run while the store of a killed one is there."""
+        process = self.start("--json", *arguments)
+        out, err = process.communicate()
+        self.assertEqual([os.path.join(self.temp, name) for name in os.listdir(self.temp)], [store])
+        return kavu.Result(process.returncode, out, err)
+
+    def test_in_place_a_killed_save_is_told_of_by_an_open_and_the_next_save(self):
         self.write("out.tma", "G\\PN:OLD;\r\n" * 100)
         process = self.start("--json", *self.in_place(), "save", "big.tma", "-o", "out.tma")
         self.wait_for(lambda: os.path.getsize(self.path("out.tma")) > 1000000, process)
@@ -128,10 +135,13 @@ class InterruptTest(kavu.KavuTest):
         store = self.store_folder()
         self.assertTrue(store)
         short = self.read("out.tma")
+        opened = self.run_beside(store, "check", "out.tma")
+        told = [note for note in opened.notes if note.startswith("'out.tma' was left cut short by a "
+                                                                 "run that was killed")]
+        self.assertEqual(len(told), 1, opened)
+        self.assertIn(store, told[0])
         self.write("small.tma", "G\\106:09;")
-        process = self.start("--json", "save", "small.tma", "-o", "out.tma")
-        out, err = process.communicate()
-        result = kavu.Result(process.returncode, out, err)
+        result = self.run_beside(store, "save", "small.tma", "-o", "out.tma")
         self.assertEqual(result.status, REPORTED, result)
         texts = [message["text"] for message in result.json["messages"]]
         self.assertEqual(len(texts), 1, texts)

@@ -9,6 +9,12 @@ G = "[kavu]GTMP.G"
 
 
 class SplittingTest(kavu.KavuTest):
+    def test_an_empty_file_is_opened_with_a_word_about_it(self):
+        self.write("in.tma", "")
+        result = self.run_json("check", "in.tma")
+        self.assertEqual(result.notes, ["'in.tma' is empty."])
+        self.assertIs(result.json["opened"], True)
+
     def test_a_file_of_only_comments_opens_as_an_empty_document(self):
         result = self.check("COMMENT: one;\r\ncomment: two;\r\n", status=REPORTED)
         self.assertEqual(result.ids(), [0])
