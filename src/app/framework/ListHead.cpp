@@ -9,7 +9,7 @@ namespace kavu {
 namespace {
 
 /// A title up to this length is no wider than most values.
-constexpr qsizetype kShortTitle = 12;
+constexpr qsizetype kShortTitle = 8;
 
 }  // namespace
 

@@ -194,6 +194,36 @@ QuestionDialog::QuestionDialog(const ChoicePrompt& prompt, QWidget* parent) : QD
     setWindowTitle(toQString(prompt.title));
     auto* const column = new QVBoxLayout(this);
     look::arrangeWindow(*column, *this);
+    makeText(*column, prompt.text);
+    column->addSpacing(look::unit(*this));
+    QPushButton* preferred = nullptr;
+    for (int i = 0; i < static_cast<int>(prompt.choices.size()); ++i) {
+        const auto name = "choice" + std::to_string(i);
+        auto* const button = look::makeButton(
+            name.c_str(), toQString(prompt.choices[static_cast<std::size_t>(i)]), {}, this);
+        connect(button, &QPushButton::clicked, this, [this, i] {
+            choice_ = i;
+            accept();
+        });
+        column->addWidget(button);
+        preferred = i == prompt.defaultChoice ? button : preferred;
+    }
+    if (prompt.defaultChoice < 0) {
+        preferred = look::makeButton("cancel", QStringLiteral("Cancel"), {}, this);
+        connect(preferred, &QPushButton::clicked, this, &QDialog::reject);
+        column->addWidget(preferred, 0, Qt::AlignRight);
+    }
+    for (auto* const button : findChildren<QPushButton*>()) {
+        button->setAutoDefault(true);
+    }
+    if (preferred != nullptr) {
+        preferred->setDefault(true);
+        // Enter takes what has the keyboard.
+        preferred->setFocus();
+    }
+}
+
+void QuestionDialog::makeText(QVBoxLayout& column, const std::string& question) {
     auto* const head = new QHBoxLayout;
     head->setSpacing(look::unit(*this) * 2);
     auto* const icon = new QLabel(this);
@@ -201,33 +231,15 @@ QuestionDialog::QuestionDialog(const ChoicePrompt& prompt, QWidget* parent) : QD
     icon->setPixmap(
         look::icon(QStringLiteral("question")).pixmap(QSize(size, size), devicePixelRatioF()));
     head->addWidget(icon, 0, Qt::AlignTop);
-    auto* const text = new QLabel(toQString(prompt.text), this);
+    auto* const text = new QLabel(toQString(question), this);
     text->setObjectName(QStringLiteral("text"));
     // Texts hold names from files: they are never read as markup.
     text->setTextFormat(Qt::PlainText);
     text->setTextInteractionFlags(Qt::TextSelectableByMouse);
     text->setWordWrap(true);
-    text->setMinimumWidth(look::charactersWide(*this, 56));
+    text->setMinimumWidth(look::charactersWide(*this, 64));
     head->addWidget(text, 1);
-    column->addLayout(head);
-    for (int i = 0; i < static_cast<int>(prompt.choices.size()); ++i) {
-        const auto name = "choice" + std::to_string(i);
-        auto* const button = look::makeButton(
-            name.c_str(), toQString(prompt.choices[static_cast<std::size_t>(i)]), {}, this);
-        button->setAutoDefault(true);
-        button->setDefault(i == prompt.defaultChoice);
-        connect(button, &QPushButton::clicked, this, [this, i] {
-            choice_ = i;
-            accept();
-        });
-        column->addWidget(button);
-    }
-    if (prompt.defaultChoice < 0) {
-        auto* const cancel = look::makeButton("cancel", QStringLiteral("Cancel"), {}, this);
-        connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
-        cancel->setDefault(true);
-        column->addWidget(cancel, 0, Qt::AlignRight);
-    }
+    column.addLayout(head);
 }
 
 }  // namespace kavu

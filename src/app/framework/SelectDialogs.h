@@ -12,6 +12,7 @@ class QLineEdit;
 class QListWidget;
 class QSortFilterProxyModel;
 class QTreeView;
+class QVBoxLayout;
 
 namespace kavu {
 
@@ -58,6 +59,8 @@ class QuestionDialog : public QDialog {
     [[nodiscard]] int choice() const { return choice_; }
 
   private:
+    void makeText(QVBoxLayout& column, const std::string& question);
+
     int choice_ = -1;
 };
 

@@ -39,7 +39,8 @@ const Rows kRows = {{"b", "10", "1.5", "RF"}, {"A", "9", "20", "Tape"}, {"c", "1
 
 TEST(ListHeadTest, ALongTitleIsBrokenNearItsMiddle) {
     const std::pair<const char*, const char*> rows[] = {
-        {"Data Type", "Data Type"},
+        {"Data Set", "Data Set"},
+        {"Data Type", "Data\nType"},
         {"Modulation Sense", "Modulation\nSense"},
         {"Low Pass Filter Bandwidth", "Low Pass Filter\nBandwidth"},
         {"Measurement/Data Link Name", "Measurement/Data\nLink Name"},

@@ -308,7 +308,7 @@ TEST_F(QtInterfaceTest, AQuestionStandsInItsDialogAboveButtonsThatCanBeRead) {
 
 TEST_F(QtInterfaceTest, EnterAndEscapeCancelAQuestionWithoutADefault) {
     for (const auto key : {Qt::Key_Return, Qt::Key_Escape}) {
-        door.next([key](QDialog& dialog) { QTest::keyClick(&dialog, key); });
+        door.next([key](QDialog& dialog) { QTest::keyClick(dialog.focusWidget(), key); });
         EXPECT_EQ(ui.choose(sampleQuestion()), -1);
     }
     door.next([](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_O, Qt::AltModifier); });
@@ -320,7 +320,7 @@ TEST_F(QtInterfaceTest, EnterTakesTheDefaultOfAQuestionWhichThenHasNoCancel) {
     question.defaultChoice = 0;
     door.next([](QDialog& dialog) {
         EXPECT_EQ(dialog.findChild<QPushButton*>(QStringLiteral("cancel")), nullptr);
-        QTest::keyClick(&dialog, Qt::Key_Return);
+        QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
     });
     EXPECT_EQ(ui.choose(question), 0);
 }

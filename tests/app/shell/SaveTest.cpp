@@ -19,7 +19,6 @@ namespace {
 
 using testing::HasSubstr;
 using testing::Not;
-using enum CommandId;
 
 /// No file can become longer than this, as on a disk that is full.
 class SizeLimit {
@@ -66,7 +65,7 @@ class SaveTest : public MainWindowTest {
         const SizeLimit full(before.size() + 1000);
         answer("ok");  // that it cannot be written
         answer(putBack);
-        window->run(Save);
+        window->run(CommandId::Save);
         const auto after = test::readFile(path);
         EXPECT_EQ(after == before, putBack == std::string("yes"));
     }
@@ -79,10 +78,10 @@ TEST_F(SaveTest, EveryWayToASaveAsksBeforeItOverwritesWhatAnotherProgramHasWritt
     test::writeFile(other, "G\\PN:OTHER;\r\nG\\106:09;\r\n");
     begin(path);
     const std::vector<std::pair<const char*, std::function<void()>>> closing = {
-        {"close", [&] { window->run(Close); }},
-        {"exit", [&] { window->run(Exit); }},
+        {"close", [&] { window->run(CommandId::Close); }},
+        {"exit", [&] { window->run(CommandId::Exit); }},
         {"open", [&] { window->openNamed(other); }},
-        {"new", [&] { window->run(CreateNew); }},
+        {"new", [&] { window->run(CommandId::CreateNew); }},
         {"drop", [&] { drop(other); }},
     };
     const auto cancelled = [&](const std::function<void()>& way) {
@@ -92,17 +91,20 @@ TEST_F(SaveTest, EveryWayToASaveAsksBeforeItOverwritesWhatAnotherProgramHasWritt
         window->openNamed(path);
         edit();
         changeOnDisk(theirs_);
-        const bool asksToSave = way != nullptr;
-        if (asksToSave) {
+        if (way) {
             answer("yes");
         }
         door.next([&](QDialog& dialog) {
             EXPECT_EQ(dialog.objectName(), QStringLiteral("Question"));
             EXPECT_THAT(toBytes(test::find<QLabel>(dialog, "text")->text()), HasSubstr(path));
             EXPECT_EQ(test::checkWindow(dialog), std::vector<std::string>{});
-            QTest::keyClick(&dialog, Qt::Key_Return);
+            QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
         });
-        asksToSave ? way() : window->run(Save);
+        if (way) {
+            way();
+        } else {
+            window->run(CommandId::Save);
+        }
         EXPECT_EQ(test::readFile(path), theirs_);
         EXPECT_TRUE(document().open);
         EXPECT_EQ(document().path, path);
@@ -119,7 +121,7 @@ TEST_F(SaveTest, EveryWayToASaveAsksBeforeItOverwritesWhatAnotherProgramHasWritt
     }
     answer("yes");
     answer("choice0");
-    window->run(Close);
+    window->run(CommandId::Close);
     EXPECT_THAT(test::readFile(path), HasSubstr("H\\X:mine;"));
     EXPECT_EQ(test::readFile(folder / "flight.bak"), theirs_);
 }
@@ -144,7 +146,7 @@ TEST_F(SaveTest, TheFileCanBeReopenedInPlaceOfASave) {
     edit();
     changeOnDisk(theirs_);
     answer("choice2");
-    window->run(Save);
+    window->run(CommandId::Save);
     EXPECT_EQ(test::readFile(path), theirs_);
     EXPECT_FALSE(window->isWindowModified());
     EXPECT_THAT(test::readFile(application.context().store.pathOf(working::kGeneral)),
@@ -158,7 +160,7 @@ TEST_F(SaveTest, AFailedSaveKeepsTheMarkOfTheTitleAndIsNoOtherProgram) {
     {
         const SizeLimit full(before.size() + 1000);
         answer("ok");
-        window->run(Save);
+        window->run(CommandId::Save);
         EXPECT_EQ(test::readFile(path), before) << "a save is complete or it did not happen";
     }
     EXPECT_TRUE(window->isWindowModified());
@@ -166,10 +168,10 @@ TEST_F(SaveTest, AFailedSaveKeepsTheMarkOfTheTitleAndIsNoOtherProgram) {
     for (const char* const putBack : {"yes", "no"}) {
         failInPlace(putBack);
         EXPECT_TRUE(window->isWindowModified()) << putBack;
-        EXPECT_TRUE(enabled(Save));
+        EXPECT_TRUE(enabled(CommandId::Save));
         window->checkDisk();  // an unexpected question fails the test
     }
-    window->run(Save);
+    window->run(CommandId::Save);
     EXPECT_FALSE(window->isWindowModified());
     EXPECT_THAT(test::readFile(path), HasSubstr("xxxx;"));
 }
