@@ -75,11 +75,11 @@ TEST_F(AllWindows, ShowAllColumnsOfTheirListsAtTheirUsualSize) {
     forEachWindow([&](const std::string& name, QWidget& window) {
         window.show();
         QApplication::processEvents();
-        for (const auto* const list : window.findChildren<EditableList*>()) {
-            if (list->isVisible()) {
+        for (const auto* const shown : window.findChildren<EditableList*>()) {
+            if (shown->isVisible()) {
                 ++lists;
-                EXPECT_EQ(list->view()->horizontalScrollBar()->maximum(), 0)
-                    << name << ": " << toBytes(list->objectName());
+                EXPECT_EQ(shown->view()->horizontalScrollBar()->maximum(), 0)
+                    << name << ": " << toBytes(shown->objectName());
             }
         }
         window.hide();
