@@ -34,7 +34,7 @@ std::string signOfLoss(const std::string& path) {
         return "is empty";
     }
     if (!UserFile::killedOwnerOf(path).empty()) {
-        return "was left cut short by a run that was killed";
+        return "was left cut short by a save that was not completed";
     }
     file.seek(file.size() > kTail ? file.size() - kTail : 0);
     std::string tail;

@@ -137,7 +137,7 @@ class InterruptTest(kavu.KavuTest):
         short = self.read("out.tma")
         opened = self.run_beside(store, "check", "out.tma")
         told = [note for note in opened.notes if note.startswith("'out.tma' was left cut short by a "
-                                                                 "run that was killed")]
+                                                                 "save that was not completed")]
         self.assertEqual(len(told), 1, opened)
         self.assertIn(store, told[0])
         self.write("small.tma", "G\\106:09;")

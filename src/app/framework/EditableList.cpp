@@ -184,22 +184,25 @@ void EditableList::fitColumns() {
     head_->setStretchLastSection(false);
     const int least = std::max(minimumWidth(), view_->minimumWidth()) - 2 * view_->frameWidth();
     const int room = isVisible() ? view_->viewport()->width() : least;
+    const int air = look::unit(*this);
     head_->setBreaksTitles(false);
-    if (fitToContents() > room) {
+    if (fitToContents(air) > room) {
         head_->setBreaksTitles(true);
-        fitToContents();
+        if (fitToContents(air) > room) {
+            fitToContents(0);
+        }
     }
     head_->setStretchLastSection(true);
 }
 
-/// Gives each column the width of its contents and returns that of all.
-int EditableList::fitToContents() {
+/// Gives each column the width of its contents and some air, and returns that of all.
+int EditableList::fitToContents(int air) {
     int all = 0;
     for (int column = 0; column < model_->columnCount(); ++column) {
         view_->resizeColumnToContents(column);
         const int width =
-            std::clamp(view_->columnWidth(column) + look::unit(*this),
-                       look::charactersWide(*this, 10), look::charactersWide(*this, 40));
+            std::clamp(view_->columnWidth(column) + air, look::charactersWide(*this, 10),
+                       look::charactersWide(*this, 40));
         view_->setColumnWidth(column, width);
         all += width;
     }

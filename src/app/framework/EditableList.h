@@ -128,7 +128,7 @@ class EditableList : public QWidget {
     [[nodiscard]] std::vector<int> sortedOrder(int column);
     void showSortedBy(int column);
     void fitColumns();
-    int fitToContents();
+    int fitToContents(int air);
 
     FormContext& form_;
     ListSetup setup_;

@@ -73,6 +73,9 @@ void fillBox(QMessageBox& shown, const MessageBox& box) {
     shown.setTextInteractionFlags(Qt::TextSelectableByMouse);
     if (!box.details.empty()) {
         shown.setDetailedText(toQString(box.details));
+        for (auto* const button : shown.buttons()) {
+            button->setObjectName(QStringLiteral("details"));  // the only one so far
+        }
     }
     if (box.icon != Icon::None) {
         const int size = look::unit(shown) * 4;

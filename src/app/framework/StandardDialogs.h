@@ -15,7 +15,7 @@ class QWidget;
 
 namespace kavu {
 
-/// Buttons are named "ok", "yes", "no", "retry", "cancel".
+/// Buttons are named "ok", "yes", "no", "retry", "cancel", and "details".
 [[nodiscard]] std::unique_ptr<QMessageBox> makeMessageBox(const MessageBox& box, QWidget* parent);
 /// The button that closed the box; closed without one it is the button that means no.
 [[nodiscard]] Button pressedButton(const QMessageBox& box);

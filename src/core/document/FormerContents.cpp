@@ -90,11 +90,12 @@ bool FormerContents::keep(UserInterface* parent, const std::string& target, bool
     return true;
 }
 
-void FormerContents::offerToPutBack(UserInterface* parent) {
+bool FormerContents::offerToPutBack(UserInterface* parent) {
     if (kept_.empty() || !wantsFormer(parent, target_)) {
-        return;
+        return false;
     }
-    if (const auto status = copyFile(kept_, target_, true); !status.ok()) {
+    const auto status = copyFile(kept_, target_, true);
+    if (!status.ok()) {
         if (inStore_) {
             // The only copy left must outlive this object and the run.
             inStore_ = false;
@@ -106,6 +107,7 @@ void FormerContents::offerToPutBack(UserInterface* parent) {
                              target_, kept_, status.path(), status.reason()),
                 kSavingTitle);
     }
+    return status.ok();
 }
 
 }  // namespace kavu

@@ -20,8 +20,9 @@ class FormerContents {
     /// copy in the working store. False if the save is to stop, which has been reported.
     bool keep(UserInterface* parent, const std::string& target, bool backup);
     /// Asks whether the former contents are to be put back, and does so unless the answer is
-    /// no. If that fails, and they are in no backup, the working store is kept for recovery.
-    void offerToPutBack(UserInterface* parent);
+    /// no: true if the file is as it was. If that fails, and they are in no backup, the working
+    /// store is kept for recovery.
+    bool offerToPutBack(UserInterface* parent);
 
   private:
     WorkingStore& store_;

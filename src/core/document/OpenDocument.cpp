@@ -75,9 +75,8 @@ void remarkLoss(UserInterface* parent, const std::string& path) {
     }
     if (const auto store = UserFile::killedOwnerOf(path); !store.empty()) {
         parent->note(
-            formatPrintf("'%s' was left cut short by a run that was killed while it wrote the "
-                         "file; the document "
-                         "of that run was in '%s'.",
+            formatPrintf("'%s' was left cut short by a save that was not completed; the document "
+                         "was in '%s'.",
                          path, store));
     } else if (size == 0) {
         parent->note(formatPrintf("'%s' is empty.", path));

@@ -65,16 +65,15 @@ bool SaveTarget::begin() {
     return status.ok();
 }
 
-/// What a run has left that was killed while it wrote this file in place is no backup to
-/// replace a whole one.
+/// What a save in place has left that was killed, or has failed and was not put back, is no backup
+/// to replace a whole one.
 bool SaveTarget::keepWholeBackup() {
     const auto& store = file_.killedOwner();
     if (store.empty()) {
         return true;
     }
     std::string text = formatPrintf(
-        "A run that was killed while it wrote the file '%s' in place has left it cut short.",
-        path_);
+        "A save in place that was not completed has left the file '%s' cut short.", path_);
     const auto backup = backupName(path_);
     if (backup_ && backup != path_ && isPlainFile(backup)) {
         const auto kept = freeKeptName(backup);
@@ -82,9 +81,9 @@ bool SaveTarget::keepWholeBackup() {
             reportUnableToWrite(parent_, status, title::kErrorSaving);
             return false;
         }
-        text += formatPrintf("\n\nThe backup from before that run is kept as '%s'.", kept);
+        text += formatPrintf("\n\nThe backup from before that save is kept as '%s'.", kept);
     }
-    if (folderExists(store)) {
+    if (store != context_.store.folder() && folderExists(store)) {
         text += formatPrintf(
             "\n\nThe document of that run is in '%s'. The next start of the program offers to "
             "recover it, and so does kavu-cli recover.",
@@ -112,8 +111,8 @@ bool SaveTarget::end(bool built) {
     if (built && status.ok()) {
         return true;
     }
-    if (file_.isInPlace()) {
-        former_.offerToPutBack(parent_);
+    if (hasTouched_ && former_.offerToPutBack(parent_)) {
+        file_.markWhole();
     }
     return false;
 }

@@ -48,6 +48,8 @@ class UserFile {
     IoStatus finish();
     /// Puts the new file in its place, durably. REQUIRES: finished without a failure.
     IoStatus commit();
+    /// The file is whole again, by whatever means: no later claim gives a `killedOwner`.
+    void markWhole() { isMarked_ = false; }
     /// Writes the file in place after all, from the complete new file beside it. For a commit
     /// that failed with `isRefusedRename`.
     IoStatus commitInPlace(const std::string& owner);

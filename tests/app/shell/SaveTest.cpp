@@ -171,9 +171,11 @@ TEST_F(SaveTest, AFailedSaveKeepsTheMarkOfTheTitleAndIsNoOtherProgram) {
         EXPECT_TRUE(enabled(CommandId::Save));
         window->checkDisk();  // an unexpected question fails the test
     }
+    answer("ok");  // that the file was left cut short
     window->run(CommandId::Save);
     EXPECT_FALSE(window->isWindowModified());
     EXPECT_THAT(test::readFile(path), HasSubstr("xxxx;"));
+    EXPECT_EQ(test::readFile(folder / "flight.bak~"), before) << "the last whole contents";
 }
 
 TEST_F(SaveTest, AFailedSaveOfAnUnchangedDocumentMarksIt) {
