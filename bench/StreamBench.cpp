@@ -1,22 +1,11 @@
 // How fast a stream is loaded, written and converted, in measurements per second, and what a
 // level of its undo costs.
-#include "core/TmatsDocument.h"
-#include "core/TmatsReader.h"
-#include "core/WorkingStore.h"
-#include "core/document/DocumentFiles.h"
-#include "core/document/DocumentHistory.h"
-#include "core/talk/Messages.h"
-#include "core/talk/ProfileSettings.h"
-#include "core/text/Clock.h"
-#include "pcm/PcmFormat.h"
-#include "pcm/PcmLoad.h"
+#include "StreamWorld.h"
 #include "pcm/edit/FrameEditWords.h"
 #include "pcm/undo/StreamUndo.h"
 #include "pcm/write/PcmSave.h"
 #include "pcm/write/WordFrameConversion.h"
 
-#include <array>
-#include <cstdlib>
 #include <functional>
 #include <optional>
 #include <string>
@@ -26,49 +15,12 @@
 namespace kavu {
 namespace {
 
+using bench::kFrames;
+using bench::kOlderEdition;
+using bench::kWordFrameEdition;
+using bench::StreamWorld;
+
 constexpr int kWords = 2047;
-constexpr int kFrames = 256;
-constexpr int kWordFrameEdition = 2011;
-constexpr int kOlderEdition = 2009;
-
-class FixedRandom : public RandomSource {
-  public:
-    std::optional<std::array<std::uint8_t, 16>> bytes16() override {
-        return std::array<std::uint8_t, 16>{1};
-    }
-};
-
-struct World {
-    World() : settings(folder + "/kavu.ini"), store(environment(folder)), messages(store) {
-        store.activate(nullptr, "KAVU-9", random);
-    }
-    ~World() { store.deactivate(nullptr); }
-    static std::string makeFolder() {
-        std::string pattern = "/tmp/kavu-bench-XXXXXX";
-        return mkdtemp(pattern.data()) == nullptr ? std::string("/tmp") : pattern;
-    }
-    static Environment environment(const std::string& folder) {
-        Environment environment;
-        environment.variable = [folder](const std::string&) { return std::optional(folder); };
-        return environment;
-    }
-
-    std::string folder = makeFolder();
-    FixedClock clock{CivilTime{2026, 1, 2, 3, 4, 5}};
-    FixedRandom random;
-    ProfileSettings settings;
-    WorkingStore store;
-    DocumentFiles files{store};
-    Messages messages;
-    SecondTicker ticker{clock};
-    TmatsReader reader;
-    TmatsDocument document;
-    DocumentSteps steps;
-    DocumentHistory history{files, document};
-    DocumentContext context{clock,    ticker, random,   settings, store,  files,
-                            messages, reader, document, steps,    history};
-    PcmFormat format{context};
-};
 
 std::string formatGroup() {
     std::string text;
@@ -120,23 +72,18 @@ std::string dataGroup(int count, int edition) {
     return text;
 }
 
-void makeStream(World& world, int count, int edition) {
+void makeStream(StreamWorld& world, int count, int edition) {
     world.document.version = edition;
     (void)writeWholeFile(world.store.pathOf("[kavu]PCMFMT.P01"), formatGroup());
     (void)writeWholeFile(world.store.pathOf("[kavu]PCMMEAS.D01"), dataGroup(count, edition));
 }
 
-bool load(World& world) {
-    world.format.closeFormat();
-    return loadPcmFormat(world.format, nullptr, {}, "S");
-}
-
 void StreamLoad(benchmark::State& state) {
-    World world;
+    StreamWorld world;
     const auto count = static_cast<int>(state.range(0));
     makeStream(world, count, kWordFrameEdition);
     for (auto _ : state) {
-        if (!load(world) || world.format.cells().nameCount() != count) {
+        if (!world.load() || world.format.cells().nameCount() != count) {
             state.SkipWithError("the stream did not load");
         }
     }
@@ -147,10 +94,10 @@ void StreamLoad(benchmark::State& state) {
 BENCHMARK(StreamLoad)->RangeMultiplier(2)->Range(5000, 40000)->Complexity(benchmark::oN);
 
 void StreamWrite(benchmark::State& state) {
-    World world;
+    StreamWorld world;
     const auto count = static_cast<int>(state.range(0));
     makeStream(world, count, kWordFrameEdition);
-    const bool loaded = load(world);
+    const bool loaded = world.load();
     for (auto _ : state) {
         world.format.changed = true;
         if (!loaded || !savePcmFormat(world.format, nullptr)) {
@@ -163,12 +110,12 @@ void StreamWrite(benchmark::State& state) {
 BENCHMARK(StreamWrite)->RangeMultiplier(2)->Range(5000, 40000)->Complexity(benchmark::oN);
 
 void StreamToWordFrame(benchmark::State& state) {
-    World world;
+    StreamWorld world;
     const auto count = static_cast<int>(state.range(0));
     makeStream(world, count, kOlderEdition);
     for (auto _ : state) {
         state.PauseTiming();
-        const bool loaded = load(world);
+        const bool loaded = world.load();
         state.ResumeTiming();
         if (!loaded || !convertToWordFrame(world.format, nullptr)) {
             state.SkipWithError("the stream was not converted");
@@ -182,9 +129,9 @@ BENCHMARK(StreamToWordFrame)->RangeMultiplier(2)->Range(5000, 40000)->Complexity
 /// One edit of a full-sized stream as a level of its undo: time of the level, and its bytes.
 /// What the edit itself takes is left out.
 void undoLevels(benchmark::State& state, int edition, const std::function<void(PcmFormat&)>& edit) {
-    World world;
+    StreamWorld world;
     makeStream(world, 20000, edition);
-    if (!load(world)) {
+    if (!world.load()) {
         state.SkipWithError("the stream did not load");
         return;
     }
@@ -230,11 +177,11 @@ BENCHMARK(UndoLevelOfAllWords)->Arg(kOlderEdition)->Arg(kWordFrameEdition)->Iter
 /// The overhead of an edit of all words while its undo listens, the level included.
 void EditAllWords(benchmark::State& state) {
     const bool listens = state.range(1) != 0;
-    World world;
+    StreamWorld world;
     makeStream(world, 20000, static_cast<int>(state.range(0)));
     for (auto _ : state) {
         state.PauseTiming();
-        if (!load(world)) {
+        if (!world.load()) {
             state.SkipWithError("the stream did not load");
         }
         std::optional<StreamUndo> undo;

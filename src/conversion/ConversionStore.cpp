@@ -15,6 +15,7 @@
 #include "vocabulary/CGroupFields.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kavu {
 
@@ -56,6 +57,7 @@ void ConversionStore::forget() {
     names_.clear();
     namesOfChunk_.clear();
     recent_.clear();
+    waiting_.clear();
     untouched_.reset();
     staged_.clear();
     stagedInOperation_ = false;
@@ -91,6 +93,11 @@ IoStatus ConversionStore::touch() {
 }
 
 IoStatus ConversionStore::writeOut() {
+    auto status = writeStaged();
+    return status.ok() ? writeWaiting() : status;
+}
+
+IoStatus ConversionStore::writeStaged() {
     if (auto status = touch(); !status.ok()) {
         return status;
     }
@@ -131,6 +138,7 @@ void ConversionStore::follow(const std::vector<DocumentFile>& files) {
 }
 
 void ConversionStore::followChunk(std::int64_t number) {
+    waiting_.erase(number);
     forgetChunk(number);
     if (!listed_) {
         return;
@@ -184,10 +192,10 @@ void ConversionStore::index() {
     }
 }
 
-void ConversionStore::indexChunk(std::int64_t number, const ProfileFile& chunk) {
+void ConversionStore::indexChunk(std::int64_t number, const ProfileFile& chunk, std::size_t first) {
     auto& names = namesOfChunk_[number];
     const auto& sections = chunk.sections();
-    for (std::size_t i = 1; i < sections.size(); ++i) {
+    for (auto i = first; i < sections.size(); ++i) {
         if (sections[i].hasKeys()) {
             names.push_back(sections[i].name());
             names_[lowerAscii(sections[i].name())].push_back({sections[i].name(), number});
@@ -207,6 +215,28 @@ void ConversionStore::unindexChunk(std::int64_t number) {
         }
     }
     namesOfChunk_.erase(number);
+}
+
+/// Mostly a record has been added at the end.
+void ConversionStore::indexAgain(std::int64_t number, const ProfileFile& chunk) {
+    auto& names = namesOfChunk_[number];
+    const auto& sections = chunk.sections();
+    std::size_t known = 0;
+    std::size_t next = 1;
+    for (; next < sections.size() && known < names.size(); ++next) {
+        if (!sections[next].hasKeys()) {
+            continue;
+        }
+        if (sections[next].name() != names[known]) {
+            break;
+        }
+        ++known;
+    }
+    if (known < names.size()) {
+        unindexChunk(number);
+        next = 1;
+    }
+    indexChunk(number, chunk, next);
 }
 
 void ConversionStore::setSize(std::int64_t number, std::uint64_t size) {
@@ -264,7 +294,19 @@ IoStatus ConversionStore::store(std::int64_t number, ProfileFile& chunk) {
     if (!chunk.changed()) {
         return {};
     }
-    auto status = writeOut();
+    if (!isBatch_) {
+        return flush(number, chunk);
+    }
+    waiting_.insert_or_assign(number, this->chunk(number));
+    setSize(number, chunk.serialisedSize());
+    if (indexed_) {
+        indexAgain(number, chunk);
+    }
+    return waiting_.size() > kChunksAtHand ? writeWaiting() : IoStatus();
+}
+
+IoStatus ConversionStore::flush(std::int64_t number, ProfileFile& chunk) {
+    auto status = writeStaged();
     const auto replace = [&](std::string_view bytes) {
         return context_.files.put(chunkName(number), bytes);
     };
@@ -275,10 +317,27 @@ IoStatus ConversionStore::store(std::int64_t number, ProfileFile& chunk) {
     }
     setSize(number, chunk.serialisedSize());
     if (indexed_) {
-        unindexChunk(number);
-        indexChunk(number, chunk);
+        indexAgain(number, chunk);
     }
     return status;
+}
+
+/// Those that can be written are written; the first failure is returned.
+IoStatus ConversionStore::writeWaiting() {
+    IoStatus first;
+    for (const auto& [number, file] : std::exchange(waiting_, {})) {
+        if (auto status = flush(number, *file); !status.ok() && first.ok()) {
+            first = std::move(status);
+        }
+    }
+    return first;
+}
+
+bool ConversionStore::Batch::write(UserInterface* parent) {
+    if (!std::exchange(store_.isBatch_, false)) {
+        return true;
+    }
+    return store_.report(parent, store_.writeWaiting(), "Write/Create");
 }
 
 void ConversionStore::discardChanges(std::int64_t number, ProfileFile& chunk) {

@@ -42,6 +42,22 @@ struct RecordPlace {
 
 class ConversionStore : private DocumentListener {
   public:
+    /// While it lives, changed chunks wait in memory instead of being written with each change: for
+    /// many records that are made one after the other. One at a time.
+    class Batch {
+      public:
+        explicit Batch(ConversionStore& store) : store_(store) { store_.isBatch_ = true; }
+        Batch(const Batch&) = delete;
+        Batch& operator=(const Batch&) = delete;
+        ~Batch() { (void)write(nullptr); }
+        /// Writes what waits, and ends the batch. False if a file could not be written, which is
+        /// reported; its records are as they were before.
+        bool write(UserInterface* parent);
+
+      private:
+        ConversionStore& store_;
+    };
+
     /// Listens to the changes of the document as long as it lives.
     explicit ConversionStore(DocumentContext& context);
     ConversionStore(const ConversionStore&) = delete;
@@ -135,7 +151,7 @@ class ConversionStore : private DocumentListener {
     [[nodiscard]] std::vector<std::int64_t> chunkNumbers(IoStatus* status = nullptr);
     /// A chunk, read if it is not in memory. After a change it must be passed to `store`.
     [[nodiscard]] std::shared_ptr<ProfileFile> chunk(std::int64_t number);
-    /// Writes a chunk that was changed and indexes its names again.
+    /// Writes a chunk that was changed, in a `Batch` later, and indexes its names again.
     [[nodiscard]] IoStatus store(std::int64_t number, ProfileFile& chunk);
     /// Forgets the changes of a chunk that were not stored.
     void discardChanges(std::int64_t number, ProfileFile& chunk);
@@ -151,10 +167,15 @@ class ConversionStore : private DocumentListener {
     };
 
     IoStatus touch();
+    IoStatus writeStaged();
+    IoStatus writeWaiting();
+    IoStatus flush(std::int64_t number, ProfileFile& chunk);
     IoStatus list();
     void index();
-    void indexChunk(std::int64_t number, const ProfileFile& chunk);
+    /// The sections from `first` on; 0 is what is before them.
+    void indexChunk(std::int64_t number, const ProfileFile& chunk, std::size_t first = 1);
     void unindexChunk(std::int64_t number);
+    void indexAgain(std::int64_t number, const ProfileFile& chunk);
     void setSize(std::int64_t number, std::uint64_t size);
     [[nodiscard]] const Holder* nearest(const std::vector<Holder>& holders, std::string_view name,
                                         bool exact) const;
@@ -192,6 +213,8 @@ class ConversionStore : private DocumentListener {
     std::unordered_map<std::string, std::vector<Holder>> names_;  ///< by lower-case name
     std::unordered_map<std::int64_t, std::vector<std::string>> namesOfChunk_;
     std::list<Recent> recent_;
+    bool isBatch_ = false;
+    std::map<std::int64_t, std::shared_ptr<ProfileFile>> waiting_;  ///< changed in a `Batch`
     std::optional<UntouchedRecords> untouched_;
     StagedChunks staged_;
     bool stagedInOperation_ = false;  ///< and not by the load of the document

@@ -79,6 +79,15 @@ void PcmFormat::setWord(int fwp, WordType type, int idCounter, int subframe) {
     }
 }
 
+void PcmFormat::permuteWords(const std::vector<int>& sources) {
+    cells_.permuteWords(sources);
+    const auto before = words_;
+    for (std::size_t fwp = 0; fwp < sources.size(); ++fwp) {
+        words_[fwp] = before[static_cast<std::size_t>(sources[fwp])];
+    }
+    subframeIndex_.wordsValid = false;
+}
+
 int PcmFormat::wordDepth(int fwp) const {
     if (fwp < 0 || fwp >= wordsPerMinorFrame) {
         return 0;

@@ -153,6 +153,9 @@ class PcmFormat : public PcmAttributes {
     /// Makes the word a word of a subframe, of a counter (then `subframe` is -1), or, with
     /// `WordType::Minor` and -1 for both, a plain word. The cells stay as they are.
     void setWord(int fwp, WordType type, int idCounter, int subframe);
+    /// Gives each position the word of its source, with all that it holds. REQUIRES: every word is
+    /// a source once, and the sync word stays.
+    void permuteWords(const std::vector<int>& sources);
     /// True for 1 to `wordsPerMinorFrame` - 1.
     [[nodiscard]] bool isDataWord(int fwp) const { return fwp >= 1 && fwp < wordsPerMinorFrame; }
     [[nodiscard]] int wordDepth(int fwp) const;

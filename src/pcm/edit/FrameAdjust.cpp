@@ -46,6 +46,15 @@ FrameCells::Place firstPlace(const PcmFormat& format, std::string_view name) {
     return places.empty() ? FrameCells::Place{} : places.front();
 }
 
+/// Nothing if it is the same: each word that holds the measurement would count as changed.
+void setLocationCount(PcmFormat& format, std::string_view name, int count) {
+    auto& cells = format.cells();
+    const auto at = firstPlace(format, name);
+    if (cells.measurement(cells.firstAt(at.word, at.index, name)).locationCount != count) {
+        cells.updateAll(name, [count](Measurement& copy) { copy.locationCount = count; });
+    }
+}
+
 std::vector<int> sentWords(const PcmFormat& format, std::string_view name) {
     std::vector<int> words;
     for (const auto& place : format.cells().places(name)) {
@@ -451,10 +460,9 @@ class Adjustment {
 
     std::string refit(const std::string& name, const Loaded& loaded) {
         if (!isRanged(name)) {
-            const LoadedSubframes subframes(format_);
             const auto at = firstPlace(format_, name);
             const auto first = format_.cells().firstAt(at.word, at.index, name);
-            return isFoundByLoad(format_, subframes, first, at.word, at.index)
+            return isFoundByLoad(format_, loaded.subframes, first, at.word, at.index)
                        ? "the places of its subframe"
                        : refitOlderType(format_, name);
         }
@@ -469,7 +477,7 @@ class Adjustment {
         made->idCounterName = definition->idCounterName;
         *definition = std::move(*made);
         const int count = definition->locationCount();
-        format_.cells().updateAll(name, [count](Measurement& copy) { copy.locationCount = count; });
+        setLocationCount(format_, name, count);
         return formatPrintf("%d %s", count, count == 1 ? "location" : "locations");
     }
 
@@ -517,8 +525,7 @@ void trimRanges(PcmFormat& format) {
             return;
         }
         *definition = std::move(written);
-        const int count = definition->locationCount();
-        format.cells().updateAll(name, [count](Measurement& copy) { copy.locationCount = count; });
+        setLocationCount(format, name, definition->locationCount());
     });
 }
 

@@ -99,10 +99,13 @@ void fillWord(PcmFormat& format, const DataWordDefaults& defaults, int fwp,
     }
 }
 
-/// Creates the records after all measurements, with progress: each is written to a file,
-/// which takes long. False after a Cancel.
+/// Creates the records after all measurements, with progress. False after a Cancel.
 bool createConversions(const PcmFormat& format, UserInterface* parent, const GenerateSteps& steps,
                        const DataWordDefaults& defaults, const std::vector<CellRef>& made) {
+    std::optional<ConversionStore::Batch> batch;
+    if (steps.conversions != nullptr) {
+        batch.emplace(*steps.conversions);
+    }
     double done = 0;
     for (const auto& at : made) {
         if (!steps.createConversion) {
@@ -120,6 +123,9 @@ bool createConversions(const PcmFormat& format, UserInterface* parent, const Gen
             setProgressBar(parent, percent);
             yieldToInterface(parent);
         }
+    }
+    if (batch) {
+        batch->write(parent);  // what it could not write is reported
     }
     return true;
 }

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <map>
+#include <numeric>
 #include <vector>
 
 namespace kavu {
@@ -54,7 +55,7 @@ void moveAsyncLocations(PcmFormat& format, const WordMoves& moves) {
 /// Puts the words of `sources` at the positions from `first` on; -1 is an empty plain word.
 /// The contents of a position that is not among the sources are lost. `moves` gets the new
 /// positions.
-bool arrange(PcmFormat& format, int first, const std::vector<int>& sources, WordMoves& moves) {
+void arrange(PcmFormat& format, int first, const std::vector<int>& sources, WordMoves& moves) {
     const auto end = std::min(moves.size(), static_cast<std::size_t>(first) + sources.size());
     for (auto fwp = static_cast<std::size_t>(first); fwp < end; ++fwp) {
         moves[fwp] = -1;
@@ -64,24 +65,32 @@ bool arrange(PcmFormat& format, int first, const std::vector<int>& sources, Word
             moves[source] = first + static_cast<int>(i);
         }
     }
-    std::vector<WordContents> words;
-    words.reserve(sources.size());
+    std::vector<bool> isSource(static_cast<std::size_t>(format.wordsPerMinorFrame));
     for (const int source : sources) {
-        words.push_back(source >= 0
-                            ? takeWord(format, source)
-                            : WordContents{{WordType::Minor, format.commonWordLength, -1, -1},
-                                           std::vector<CellList>(1)});
+        if (source >= 0) {
+            isSource[static_cast<std::size_t>(source)] = true;
+        }
     }
-    // All of them are emptied first, so that no more cells are needed than before.
+    std::vector<int> permuted(isSource.size());
+    std::iota(permuted.begin(), permuted.end(), 0);
+    int spare = first;
     for (std::size_t i = 0; i < sources.size(); ++i) {
-        format.cells().resizeWord(first + static_cast<int>(i), 0);
+        auto source = sources[i];
+        if (source < 0) {  // one of the words that go is emptied for it
+            while (isSource[static_cast<std::size_t>(spare)]) {
+                ++spare;
+            }
+            source = spare++;
+        }
+        permuted[static_cast<std::size_t>(first) + i] = source;
     }
-    bool done = true;
+    format.permuteWords(permuted);
     for (std::size_t i = 0; i < sources.size(); ++i) {
-        done = putWord(format, first + static_cast<int>(i), words[i]) && done;
+        if (sources[i] < 0) {
+            emptyWord(format, first + static_cast<int>(i));
+        }
     }
     moveAsyncLocations(format, moves);
-    return done;
 }
 
 /// The question for the first entry of a plain word; true for an empty one.
@@ -177,9 +186,9 @@ bool insertWords(PcmFormat& format, UserInterface* parent, int after, int count,
     for (int source = after + 1; source < words; ++source) {
         sources.push_back(source);
     }
-    const bool done = arrange(format, after + 1, sources, moves);
+    arrange(format, after + 1, sources, moves);
     format.recalculateBitsPerMinorFrame();
-    return done;
+    return true;
 }
 
 }  // namespace
@@ -300,7 +309,8 @@ bool moveWords(PcmFormat& format, UserInterface* parent, int first, int last, in
     }
     format.changed = true;
     format.formatEdited = true;
-    return arrange(format, after > last ? first : after + 1, sources, moves);
+    arrange(format, after > last ? first : after + 1, sources, moves);
+    return true;
 }
 
 }  // namespace

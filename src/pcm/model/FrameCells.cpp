@@ -41,6 +41,7 @@ void FrameCells::reset(int words) {
     freeChained_ = 0;
     chainedUsed_ = 0;
     records_.assign(1, Record{});
+    measurements_.assign(1, Measurement{});
     freeRecords_.clear();
     names_.clear();
     names_.emplace_back();
@@ -59,6 +60,31 @@ void FrameCells::setWordCount(int words) {
         resizeWord(fwp, 0);
     }
     words_.resize(static_cast<std::size_t>(words));
+}
+
+void FrameCells::permuteWords(const std::vector<int>& sources) {
+    if (watcher_ != nullptr) {
+        watcher_->beforeMove(sources);
+    }
+    std::vector<Word> words;
+    words.reserve(words_.size());
+    std::vector<std::uint32_t> positions(words_.size());
+    for (const int source : sources) {
+        positions[static_cast<std::size_t>(source)] = static_cast<std::uint32_t>(words.size());
+        words.push_back(std::move(words_[static_cast<std::size_t>(source)]));
+    }
+    words_ = std::move(words);
+    for (auto& name : names_) {
+        std::erase_if(name.places, [](const Entry& entry) { return (entry.place & kGone) != 0; });
+        for (auto& entry : name.places) {
+            entry.place = (positions[entry.place >> 16U] << 16U) | (entry.place & 0xFFFFU);
+        }
+        if (!std::is_sorted(name.places.begin(), name.places.end(), placeLess)) {
+            std::sort(name.places.begin(), name.places.end(), placeLess);
+        }
+        name.sorted = name.places.size();
+        name.dead = 0;
+    }
 }
 
 // --- cells ----------------------------------------------------------------------------------
@@ -158,7 +184,7 @@ void FrameCells::resizeWord(int fwp, int count) {
 // --- contents -------------------------------------------------------------------------------
 
 const Measurement& FrameCells::measurement(CellRef at) const {
-    return records_[at ? cellOf(at).record : 0].measurement;
+    return measurements_[at ? cellOf(at).record : 0];
 }
 int FrameCells::asyncNumber(CellRef at) const {
     return at ? cellOf(at).async : 0;
@@ -199,12 +225,14 @@ std::uint32_t FrameCells::newRecord(Measurement measurement, std::uint32_t name)
     if (freeRecords_.empty()) {
         number = static_cast<std::uint32_t>(records_.size());
         records_.emplace_back();
+        measurements_.emplace_back();
     } else {
         number = freeRecords_.back();
         freeRecords_.pop_back();
     }
     auto& first = names_[name].firstRecord;
-    records_[number] = {measurement, 0, name, first, 0};
+    records_[number] = {0, name, first, 0};
+    measurements_[number] = measurement;
     if (first != 0) {
         records_[first].previous = number;
     }
@@ -213,7 +241,7 @@ std::uint32_t FrameCells::newRecord(Measurement measurement, std::uint32_t name)
 }
 
 std::uint32_t FrameCells::recordFor(const Measurement& measurement) {
-    if (lastStored_ != 0 && records_[lastStored_].measurement == measurement) {
+    if (lastStored_ != 0 && measurements_[lastStored_] == measurement) {
         return lastStored_;
     }
     if (measurement == Measurement{}) {
@@ -221,7 +249,7 @@ std::uint32_t FrameCells::recordFor(const Measurement& measurement) {
     }
     const auto name = nameFor(measurement.name);
     const auto shared = names_[name].lastRecord;
-    if (shared != 0 && records_[shared].measurement == measurement) {
+    if (shared != 0 && measurements_[shared] == measurement) {
         return lastStored_ = shared;
     }
     lastStored_ = newRecord(measurement, name);
@@ -244,6 +272,7 @@ void FrameCells::release(std::uint32_t record) {
         records_[next].previous = previous;
     }
     records_[record] = Record{};
+    measurements_[record] = Measurement{};
     freeRecords_.push_back(record);
 }
 
@@ -521,7 +550,7 @@ void FrameCells::updateAll(std::string_view name, const std::function<void(Measu
         }
     }
     for (auto i = names_[number].firstRecord; i != 0; i = records_[i].next) {
-        auto& record = records_[i].measurement;
+        auto& record = measurements_[i];
         const auto kept = record.name;
         change(record);
         record.name = kept;
@@ -529,9 +558,12 @@ void FrameCells::updateAll(std::string_view name, const std::function<void(Measu
 }
 
 bool FrameCells::any(const std::function<bool(const Measurement&)>& test) const {
-    return std::any_of(records_.begin(), records_.end(), [&](const Record& record) {
-        return record.uses > 0 && names_[record.name].live > 0 && test(record.measurement);
-    });
+    for (std::size_t i = 0; i < records_.size(); ++i) {
+        if (records_[i].uses > 0 && names_[records_[i].name].live > 0 && test(measurements_[i])) {
+            return true;
+        }
+    }
+    return false;
 }
 
 int FrameCells::nameCount() const {
@@ -546,8 +578,9 @@ int FrameCells::nameNumber(CellRef at) const {
 }
 
 std::size_t FrameCells::memory() const {
-    std::size_t bytes = blocks_.size() * kBlock * sizeof(Cell) +
-                        records_.capacity() * sizeof(Record) + names_.capacity() * sizeof(Name);
+    std::size_t bytes =
+        blocks_.size() * kBlock * sizeof(Cell) + records_.capacity() * sizeof(Record) +
+        measurements_.capacity() * sizeof(Measurement) + names_.capacity() * sizeof(Name);
     for (const auto& word : words_) {
         bytes += word.heads.capacity() * sizeof(HeadCell);
     }

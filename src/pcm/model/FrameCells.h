@@ -19,11 +19,13 @@
 
 namespace kavu {
 
-/// Is notified before a word, or a cell of it, changes.
+/// Is notified before a word, or a cell of it, changes, and before words change places.
 class WordWatcher {
   public:
     virtual ~WordWatcher() = default;
     virtual void beforeChange(int fwp) = 0;
+    /// Each position gets the word of its source.
+    virtual void beforeMove(const std::vector<int>& sources) = 0;
 };
 
 class FrameCells {
@@ -56,6 +58,9 @@ class FrameCells {
     /// Keeps the cells of remaining words, and frees those of removed ones.
     void setWordCount(int words);
     [[nodiscard]] int wordCount() const { return static_cast<int>(words_.size()); }
+    /// Gives each position the word of its source, with all that it holds: no cell is copied, and
+    /// none counts as changed. REQUIRES: every word is a source once.
+    void permuteWords(const std::vector<int>& sources);
 
     /// Resizes the array of a word: new cells are free, the lists of removed cells are freed.
     void resizeWord(int fwp, int count);
@@ -146,8 +151,9 @@ class FrameCells {
     struct Word {
         std::vector<HeadCell> heads;
     };
+    /// Apart from the measurement: a walk through the frame looks at these, and they are small
+    /// enough to stay at hand.
     struct Record {
-        Measurement measurement;
         std::uint32_t uses = 0;
         std::uint32_t name = 0;
         std::uint32_t next = 0;  ///< the records of a name are a list
@@ -213,7 +219,8 @@ class FrameCells {
     std::uint32_t freeChained_ = 0;
     std::uint32_t chainedUsed_ = 0;
     std::uint32_t mostChained_ = kMostChained;
-    std::vector<Record> records_;  ///< 0 is the empty measurement
+    std::vector<Record> records_;            ///< 0 is the empty measurement
+    std::vector<Measurement> measurements_;  ///< by the number of the record
     std::vector<std::uint32_t> freeRecords_;
     std::vector<Name> names_;  ///< 0 is the empty name
     std::unordered_map<std::string, std::uint32_t, Hash, std::equal_to<>> nameIndex_;

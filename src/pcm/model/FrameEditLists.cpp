@@ -51,4 +51,39 @@ bool putWord(PcmFormat& format, int fwp, const WordContents& contents) {
     return true;
 }
 
+void emptyWord(PcmFormat& format, int fwp) {
+    format.cells().resizeWord(fwp, 0);
+    format.setWord(fwp, WordType::Minor, -1, -1);
+    format.setWordLength(fwp, format.commonWordLength);
+    format.cells().resizeWord(fwp, 1);
+}
+
+bool isSameWord(const PcmFormat& format, int a, int b) {
+    const auto& cells = format.cells();
+    const int count = cells.cellCount(a);
+    if (!(format.word(a) == format.word(b)) || count != cells.cellCount(b)) {
+        return false;
+    }
+    const auto usedOrNone = [&](CellRef at) {
+        while (at && cells.isFree(at)) {
+            at = cells.next(at);
+        }
+        return at;
+    };
+    for (int index = 1; index <= count; ++index) {
+        auto one = cells.cell(a, index);
+        auto other = cells.cell(b, index);
+        for (; one && other; one = cells.next(one), other = cells.next(other)) {
+            if (cells.asyncNumber(one) != cells.asyncNumber(other) ||
+                !(cells.measurement(one) == cells.measurement(other))) {
+                return false;
+            }
+        }
+        if (usedOrNone(one) || usedOrNone(other)) {
+            return false;
+        }
+    }
+    return true;
+}
+
 }  // namespace kavu

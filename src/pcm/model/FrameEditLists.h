@@ -25,5 +25,9 @@ struct WordContents {
 [[nodiscard]] WordContents takeWord(const PcmFormat& format, int fwp);
 /// Makes a word hold these contents and nothing else. False if there can be no more cells.
 bool putWord(PcmFormat& format, int fwp, const WordContents& contents);
+/// Makes it a plain word of the common length that holds nothing.
+void emptyWord(PcmFormat& format, int fwp);
+/// True if two words hold the same; free cells at the end of a list do not count.
+[[nodiscard]] bool isSameWord(const PcmFormat& format, int a, int b);
 
 }  // namespace kavu

@@ -17,8 +17,8 @@ std::uint32_t WordArchive::numberOf(const FrameCells& cells, CellRef at) {
     return numbers_[record] - 1;
 }
 
-void WordArchive::keep(const PcmFormat& format, int fwp) {
-    const auto [it, isNew] = words_.try_emplace(fwp);
+void WordArchive::keep(const PcmFormat& format, int fwp, int position) {
+    const auto [it, isNew] = words_.try_emplace(position);
     if (!isNew) {
         return;
     }
@@ -57,8 +57,8 @@ std::vector<int> WordArchive::words() const {
     return positions;
 }
 
-bool WordArchive::isSame(const PcmFormat& format, int fwp) const {
-    const auto& kept = words_.at(fwp);
+bool WordArchive::isSame(const PcmFormat& format, int fwp, int position) const {
+    const auto& kept = words_.at(position);
     const auto& cells = format.cells();
     if (!(kept.word == format.word(fwp))) {
         return false;
@@ -89,8 +89,8 @@ bool WordArchive::isSame(const PcmFormat& format, int fwp) const {
     return index == cells.cellCount(fwp);
 }
 
-bool WordArchive::put(PcmFormat& format, int fwp) const {
-    const auto& kept = words_.at(fwp);
+bool WordArchive::put(PcmFormat& format, int position) const {
+    const auto& kept = words_.at(position);
     WordContents contents{kept.word, {}};
     auto first = kept.cells.begin();
     for (const auto& run : kept.runs) {
@@ -100,7 +100,7 @@ bool WordArchive::put(PcmFormat& format, int fwp) const {
         }
         contents.lists.insert(contents.lists.end(), run.lists, list);
     }
-    return putWord(format, fwp, contents);
+    return putWord(format, position, contents);
 }
 
 void WordArchive::close() {

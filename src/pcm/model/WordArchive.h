@@ -12,17 +12,18 @@ namespace kavu {
 
 class WordArchive {
   public:
-    /// Sets a word aside as it is now, unless it is here already.
-    void keep(const PcmFormat& format, int fwp);
-    void drop(int fwp) { words_.erase(fwp); }
-    [[nodiscard]] bool holds(int fwp) const { return words_.contains(fwp); }
+    /// Sets a word aside as it is now, under the position to which it belongs, unless there is one
+    /// already.
+    void keep(const PcmFormat& format, int fwp, int position);
+    void drop(int position) { words_.erase(position); }
+    [[nodiscard]] bool holds(int position) const { return words_.contains(position); }
     [[nodiscard]] bool empty() const { return words_.empty(); }
     /// The positions of the words, ascending.
     [[nodiscard]] std::vector<int> words() const;
-    /// True if the stream's word is as it is here. REQUIRES: it is here.
-    [[nodiscard]] bool isSame(const PcmFormat& format, int fwp) const;
-    /// Makes the stream's word what it is here. False if there can be no more cells.
-    bool put(PcmFormat& format, int fwp) const;
+    /// True if the stream's word is as that of a position is here. REQUIRES: it is here.
+    [[nodiscard]] bool isSame(const PcmFormat& format, int fwp, int position) const;
+    /// Makes the stream's word of a position what it is here. False if there can be no more cells.
+    bool put(PcmFormat& format, int position) const;
     /// Frees what only `keep` needs.
     void close();
     /// The approximate size in bytes.

@@ -10,6 +10,7 @@
 #include "pcm/PcmLoad.h"
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
 
 namespace kavu {
@@ -41,7 +42,8 @@ std::size_t sizeOf(const WordFrameDefinition& definition) {
 }  // namespace
 
 std::size_t StreamUndo::Level::bytes() const {
-    std::size_t bytes = sizeof(*this) + words.bytes() + files.bytes() + attributes.comment.size() +
+    std::size_t bytes = sizeof(*this) + words.bytes() + origins.capacity() * sizeof(int) +
+                        files.bytes() + attributes.comment.size() +
                         attributes.nonStandardCode.size();
     if (counters) {
         for (const auto& counter : *counters) {
@@ -74,7 +76,7 @@ StreamUndo::StreamUndo(PcmFormat& format, const Beside& beside, std::size_t most
     }
     base_ = {format_, format_.saveCount, format_.idCounters, format_.asyncFormats,
              format_.wordFrameDefinitions};
-    isKept_.assign(static_cast<std::size_t>(format_.wordsPerMinorFrame), false);
+    settleWords();
     outer_ = format_.cells().watch(this);
 }
 
@@ -89,10 +91,35 @@ void StreamUndo::beforeChange(int fwp) {
     }
     // A word added since the last level is removed again with the count of words.
     const auto at = static_cast<std::size_t>(fwp);
-    if (!exchanging_ && fwp >= 0 && at < isKept_.size() && !isKept_[at]) {
-        isKept_[at] = true;
-        touched_.keep(format_, fwp);
+    if (exchanging_ || fwp < 0 || at >= origins_.size() || origins_[at] < 0) {
+        return;
     }
+    const int position = origins_[at];
+    if (!isKept_[static_cast<std::size_t>(position)]) {
+        isKept_[static_cast<std::size_t>(position)] = true;
+        touched_.keep(format_, fwp, position);
+    }
+}
+
+void StreamUndo::beforeMove(const std::vector<int>& sources) {
+    if (outer_ != nullptr) {
+        outer_->beforeMove(sources);
+    }
+    if (exchanging_) {
+        return;
+    }
+    origins_.resize(std::max(origins_.size(), sources.size()), -1);
+    const auto before = origins_;
+    for (std::size_t fwp = 0; fwp < sources.size(); ++fwp) {
+        origins_[fwp] = before[static_cast<std::size_t>(sources[fwp])];
+    }
+}
+
+void StreamUndo::settleWords() {
+    const auto count = static_cast<std::size_t>(std::max(0, format_.wordsPerMinorFrame));
+    isKept_.assign(count, false);
+    origins_.resize(count);
+    std::iota(origins_.begin(), origins_.end(), 0);
 }
 
 bool StreamUndo::isFileOfEdits(std::string_view name) const {
@@ -106,16 +133,54 @@ bool StreamUndo::isFileOfEdits(std::string_view name) const {
 
 // --- making a level -----------------------------------------------------------------------------
 
+std::vector<int> StreamUndo::positionsNow() const {
+    std::vector<int> positions(isKept_.size(), -1);
+    const auto count =
+        std::min(origins_.size(), static_cast<std::size_t>(format_.wordsPerMinorFrame));
+    for (std::size_t fwp = 0; fwp < count; ++fwp) {
+        if (origins_[fwp] >= 0) {
+            positions[static_cast<std::size_t>(origins_[fwp])] = static_cast<int>(fwp);
+        }
+    }
+    return positions;
+}
+
+/// Words that are alike may change places without a difference.
+bool StreamUndo::haveWordsMoved(const std::vector<int>& positions) const {
+    const int count = format_.wordsPerMinorFrame;
+    for (std::size_t i = 0; i < positions.size(); ++i) {
+        const int fwp = static_cast<int>(i);
+        if (fwp >= count || positions[i] == fwp) {
+            continue;
+        }
+        const bool isSame = touched_.holds(fwp)
+                                ? touched_.isSame(format_, fwp, fwp)
+                                : positions[i] >= 0 && isSameWord(format_, positions[i], fwp);
+        if (!isSame) {
+            return true;
+        }
+    }
+    return false;
+}
+
 bool StreamUndo::takeWords(Level& level) {
-    for (const int fwp : touched_.words()) {
-        if (fwp < format_.wordsPerMinorFrame && touched_.isSame(format_, fwp)) {
-            touched_.drop(fwp);
+    origins_.resize(static_cast<std::size_t>(format_.wordsPerMinorFrame), -1);
+    const auto positions = positionsNow();
+    const bool moved = haveWordsMoved(positions);
+    for (const int position : touched_.words()) {
+        const int fwp = moved ? positions[static_cast<std::size_t>(position)] : position;
+        if (fwp >= 0 && fwp < format_.wordsPerMinorFrame &&
+            touched_.isSame(format_, fwp, position)) {
+            touched_.drop(position);
         }
     }
     level.words = std::exchange(touched_, {});
-    isKept_.assign(static_cast<std::size_t>(format_.wordsPerMinorFrame), false);
     level.words.close();
-    return !level.words.empty();
+    if (moved) {
+        level.origins = origins_;
+    }
+    settleWords();
+    return moved || !level.words.empty();
 }
 
 bool StreamUndo::takeDefinitions(Level& level) {
@@ -207,22 +272,52 @@ void StreamUndo::clear(Levels& levels) {
 bool StreamUndo::exchangeWords(Level& level) {
     const int now = format_.wordsPerMinorFrame;
     const int wanted = level.attributes.wordsPerMinorFrame;
+    const auto originOf = [&](int fwp) {
+        return level.origins.empty() ? (fwp < wanted ? fwp : -1)
+                                     : level.origins[static_cast<std::size_t>(fwp)];
+    };
     WordArchive held;
-    for (const int fwp : level.words.words()) {
-        if (fwp < now) {
-            held.keep(format_, fwp);
+    for (int fwp = 0; fwp < now; ++fwp) {
+        if (const int origin = originOf(fwp); origin < 0 || level.words.holds(origin)) {
+            held.keep(format_, fwp, fwp);
         }
     }
-    for (int fwp = wanted; fwp < now; ++fwp) {
-        held.keep(format_, fwp);
-    }
     held.close();
-    bool done = format_.allocateWords({}, wanted);
-    for (const int fwp : level.words.words()) {
-        done = level.words.put(format_, fwp) && done;
+    bool done = format_.allocateWords({}, std::max(now, wanted));
+    moveBack(level);
+    done = format_.allocateWords({}, wanted) && done;
+    for (const int position : level.words.words()) {
+        done = level.words.put(format_, position) && done;
     }
     level.words = std::move(held);
     return done;
+}
+
+/// Puts each word where it came from, new ones last. The level then says where they were.
+void StreamUndo::moveBack(Level& level) {
+    if (level.origins.empty()) {
+        return;
+    }
+    const auto wanted = static_cast<std::size_t>(level.attributes.wordsPerMinorFrame);
+    std::vector<int> positions(wanted, -1);
+    std::vector<int> others;
+    for (int fwp = 0; fwp < format_.wordsPerMinorFrame; ++fwp) {
+        const auto at = static_cast<std::size_t>(fwp);
+        const int origin = at < level.origins.size() ? level.origins[at] : -1;
+        if (origin >= 0) {
+            positions[static_cast<std::size_t>(origin)] = fwp;
+        } else {
+            others.push_back(fwp);
+        }
+    }
+    auto sources = positions;
+    auto other = others.begin();
+    for (auto& source : sources) {
+        source = source < 0 ? *other++ : source;
+    }
+    sources.insert(sources.end(), other, others.end());
+    format_.permuteWords(sources);
+    level.origins = std::move(positions);
 }
 
 void StreamUndo::exchangeDefinitions(Level& level) {
@@ -299,6 +394,7 @@ bool StreamUndo::exchange(Level& level, UserInterface* parent) {
     format_.subframesChanged();
     done = exchangeFiles(level, parent) && done;
     exchanging_ = false;
+    settleWords();
     Level ignored;
     (void)takeDifference(ignored);
     base_.attributes = format_;

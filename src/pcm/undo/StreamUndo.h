@@ -1,10 +1,10 @@
 // Undo and redo of the edits of a stream: one level for each, which restores the stream exactly,
 // with the conversion records that the edit has changed.
 //
-// A level keeps one side of an edit, and of that only the words, entries and files that differ
-// on the other side. So its size, and the time to make it, depend only on what the edit has
-// touched. All levels together keep to a limit: the oldest ones are dropped and can no longer
-// be undone.
+// A level keeps one side of an edit, and of that only the words, entries and files that differ on
+// the other side; of words that have changed places alone it keeps the places. So its size, and the
+// time to make it, depend only on what the edit has touched. All levels together keep to a limit:
+// the oldest ones are dropped and can no longer be undone.
 #pragma once
 
 #include "conversion/ConversionStore.h"
@@ -68,7 +68,8 @@ class StreamUndo : private WordWatcher {
     struct Level {
         PcmAttributes attributes;
         int saveCount = 0;  ///< decides whether the mark that the stream has changed still holds
-        WordArchive words;
+        WordArchive words;  ///< by their positions on this side
+        std::vector<int> origins;  ///< see `origins_`; empty if no word has moved
         std::optional<std::vector<IdCounter>> counters;
         std::optional<std::vector<AsyncFormat>> asyncFormats;
         std::map<std::size_t, WordFrameDefinition> definitions;
@@ -81,14 +82,21 @@ class StreamUndo : private WordWatcher {
     using Levels = std::deque<Level>;
 
     void beforeChange(int fwp) override;
+    void beforeMove(const std::vector<int>& sources) override;
     [[nodiscard]] bool isFileOfEdits(std::string_view name) const;
     /// What differs from the base, as it was there; the base becomes what there is now.
     [[nodiscard]] bool takeDifference(Level& level);
     [[nodiscard]] bool takeWords(Level& level);
+    /// Each word is where it was.
+    void settleWords();
+    /// The position of the word that was at each position of the base; -1 if it is gone.
+    [[nodiscard]] std::vector<int> positionsNow() const;
+    [[nodiscard]] bool haveWordsMoved(const std::vector<int>& positions) const;
     [[nodiscard]] bool takeDefinitions(Level& level);
     /// Exchanges the stream with what the level has kept.
     bool exchange(Level& level, UserInterface* parent);
     bool exchangeWords(Level& level);
+    void moveBack(Level& level);
     void exchangeDefinitions(Level& level);
     bool exchangeFiles(Level& level, UserInterface* parent);
     void exchangeNames(Level& level, bool isUndo);
@@ -105,8 +113,11 @@ class StreamUndo : private WordWatcher {
     FileJournal journal_;
     std::size_t forgottenCount_ = 0;
     Base base_;
-    WordArchive touched_;       ///< since the last level
-    std::vector<bool> isKept_;  ///< by position, for the words of the base: in `touched_`
+    WordArchive touched_;       ///< since the last level, by positions of the base
+    std::vector<bool> isKept_;  ///< by position of the base: in `touched_`
+    /// By position, the position that the word had in the base; -1 for a word that is new. What is
+    /// gone from the frame, or is another word now, is in `touched_`.
+    std::vector<int> origins_;
     bool exchanging_ = false;
     Levels undo_;
     Levels redo_;

@@ -21,30 +21,36 @@
 #include <limits>
 #include <optional>
 #include <set>
+#include <tuple>
 #include <utility>
 
 namespace kavu {
 
 namespace {
 
-/// Calls `visit(head, fwp, fn)` for every array cell: frame by frame, and within a frame
-/// word by word, each once.
+/// Calls `visit(head, fwp, fn)` for every array cell, each once: word by word, as they are in
+/// memory. A frame of full size that is walked frame by frame takes three times as long.
 template <typename Visit>
 void forEachConvertedHead(const PcmFormat& format, const Visit& visit) {
-    std::vector<int> depths;
-    for (int fwp = 0; fwp < format.wordsPerMinorFrame; ++fwp) {
+    for (int fwp = 1; fwp < format.wordsPerMinorFrame; ++fwp) {
         const bool folds = format.wordType(fwp) == WordType::Subframe;
-        depths.push_back(
-            std::min(format.cells().cellCount(fwp), folds ? format.wordDepth(fwp) : 1));
-    }
-    for (int fn = 1; fn <= format.numberOfFrames; ++fn) {
-        for (int fwp = 1; fwp < format.wordsPerMinorFrame; ++fwp) {
-            if (fn <= depths[static_cast<std::size_t>(fwp)]) {
-                visit(format.cellAtFrame(fwp, fn), fwp, fn);
-            }
+        const int depth =
+            std::min(format.cells().cellCount(fwp), folds ? format.wordDepth(fwp) : 1);
+        for (int fn = 1; fn <= std::min(depth, format.numberOfFrames); ++fn) {
+            visit(format.cells().cell(fwp, fn), fwp, fn);
         }
     }
 }
+
+/// Where a name is met first, frame by frame and within a frame word by word: the order in which
+/// measurements are converted and reported.
+struct MetFirst {
+    int fn = 0;
+    int fwp = 0;
+    int position = 0;  ///< in the list
+    std::size_t name = 0;
+    [[nodiscard]] auto operator<=>(const MetFirst&) const = default;
+};
 
 /// The measurements of all words in all frames, folded repetitions included.
 int countPlaces(const PcmFormat& format) {
@@ -97,25 +103,46 @@ class Conversion {
     /// Collects the cells of each measurement that is not of this type yet, and the order
     /// in which they are found.
     void gather() {
+        std::vector<MetFirst> first(held_.size());
         const auto& cells = format_.cells();
         forEachConvertedHead(format_, [&](CellRef head, int fwp, int fn) {
+            int position = 0;
             for (auto at = head; at; at = cells.next(at)) {
+                ++position;
                 if (!cells.isMeasurement(at) || isWordFrame(cells.measurement(at))) {
                     continue;
                 }
                 const auto name = static_cast<std::size_t>(cells.nameNumber(at));
-                if (held_[name].empty()) {
-                    order_.push_back(name);
+                const MetFirst place{fn, fwp, position, name};
+                if (held_[name].empty() || place < first[name]) {
+                    first[name] = place;
                 }
                 held_[name].push_back({at, fwp, fn});
             }
         });
+        std::erase_if(first, [](const MetFirst& place) { return place.fn == 0; });
+        std::sort(first.begin(), first.end());
+        for (const auto& place : first) {
+            order_.push_back(place.name);
+            auto& held = held_[place.name];
+            const auto byFrame = [](const HeldPlace& a, const HeldPlace& b) {
+                return std::tie(a.fn, a.fwp) < std::tie(b.fn, b.fwp);
+            };
+            if (!std::is_sorted(held.begin(), held.end(), byFrame)) {
+                std::stable_sort(held.begin(), held.end(), byFrame);
+            }
+        }
     }
 
     bool build() {
         taken_.resize(held_.size());
         double done = 0;
-        for (const auto name : order_) {
+        std::vector<std::optional<WordFrameDefinition>> made(held_.size());
+        auto byWord = order_;
+        std::stable_sort(byWord.begin(), byWord.end(), [this](std::size_t a, std::size_t b) {
+            return held_[a].front().fwp < held_[b].front().fwp;
+        });
+        for (const auto name : byWord) {
             if (format_.context().ticker.secondElapsed()) {
                 setProgressBar(parent_, 100 * done / static_cast<double>(order_.size()));
                 yieldToInterface(parent_);
@@ -124,9 +151,11 @@ class Conversion {
                 return false;
             }
             ++done;
-            auto& held = held_[name];
-            if (auto definition = buildWordFrame(format_, held)) {
-                const auto measurement = converted(held.front().cell, *definition);
+            made[name] = buildWordFrame(format_, held_[name]);
+        }
+        for (const auto name : order_) {
+            if (auto& definition = made[name]) {
+                const auto measurement = converted(held_[name].front().cell, *definition);
                 converted_.push_back({name, measurement, std::move(*definition)});
                 taken_[name] = true;
             }
@@ -313,13 +342,25 @@ class Conversion {
         });
     }
 
+    /// Lists are sorted by name afterwards, but for those with async slots, which keep the order in
+    /// which they were filled; other streams are filled word by word.
     void place() {
-        for (auto& [name, measurement, definition] : converted_) {
-            measurement.wordFrameIndex =
-                format_.addWordFrameDefinition(-1, definition.locationCount());
-            auto& stored = *format_.wordFrameDefinition(measurement.wordFrameIndex);
-            stored = std::move(definition);
-            for (const auto& location : stored.locations) {
+        std::vector<const Converted*> order;
+        for (auto& entry : converted_) {
+            const int number = format_.addWordFrameDefinition(-1, entry.definition.locationCount());
+            *format_.wordFrameDefinition(number) = std::move(entry.definition);
+            entry.measurement.wordFrameIndex = number;
+            order.push_back(&entry);
+        }
+        if (format_.asyncCount() == 0) {
+            std::stable_sort(order.begin(), order.end(), [this](const auto* a, const auto* b) {
+                return held_[a->name].front().fwp < held_[b->name].front().fwp;
+            });
+        }
+        for (const auto* const entry : order) {
+            const auto& measurement = entry->measurement;
+            for (const auto& location :
+                 format_.wordFrameDefinition(measurement.wordFrameIndex)->locations) {
                 for (const auto& fragment : location.fragments) {
                     placeWordFrameFragment(load_, measurement, fragment);
                 }
@@ -328,23 +369,25 @@ class Conversion {
     }
 
     void report(int before) {
-        std::vector<bool> told(static_cast<std::size_t>(format_.cells().nameNumberEnd()));
         const auto& cells = format_.cells();
-        forEachConvertedHead(format_, [&](CellRef head, int fwp, int fn) {
-            for (auto at = head; at; at = cells.next(at)) {
-                const auto name = static_cast<std::size_t>(cells.nameNumber(at));
-                if (!cells.isMeasurement(at) || isWordFrame(cells.measurement(at)) || told[name]) {
-                    continue;
-                }
-                told[name] = true;
-                const auto& measurement = cells.measurement(at);
-                if (unconverted_ != nullptr) {
-                    unconverted_->push_back(measurement.name.str());
-                }
-                load_.log(460, title::kErrorReadingMeasurement, measurement.name.view(), fwp, fn,
-                          measurement.locationType.view());
+        std::vector<CellRef> found;
+        for (const auto name : order_) {
+            if (taken_[name]) {
+                continue;
             }
-        });
+            const auto& place = held_[name].front();
+            // Its cell may be another one now: the lists of converted measurements were made again.
+            cells.cellsAt(place.fwp, place.fn, static_cast<int>(name), found);
+            if (found.empty()) {
+                continue;
+            }
+            const auto& measurement = cells.measurement(found.front());
+            if (unconverted_ != nullptr) {
+                unconverted_->push_back(measurement.name.str());
+            }
+            load_.log(460, title::kErrorReadingMeasurement, measurement.name.view(), place.fwp,
+                      place.fn, measurement.locationType.view());
+        }
         if (const int after = countPlaces(format_); after != before) {
             load_.log(461, title::kErrorReadingMeasurement, before, after);
         }

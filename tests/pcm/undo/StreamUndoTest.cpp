@@ -1,4 +1,5 @@
 #include "pcm/StreamFixture.h"
+#include "pcm/StreamPicture.h"
 #include "pcm/edit/FrameEditGenerate.h"
 #include "pcm/edit/FrameEditWords.h"
 #include "pcm/edit/MeasurementEdit.h"
@@ -10,31 +11,9 @@
 namespace kavu {
 namespace {
 
+using test::Picture;
+using test::pictureOf;
 using test::StreamFixture;
-
-/// Everything of a stream that an edit of the frame can change.
-struct Picture {
-    std::vector<WordContents> words;
-    std::vector<IdCounter> counters;
-    std::vector<AsyncFormat> asyncFormats;
-    std::vector<WordFrameDefinition> definitions;
-    int bits = 0;
-    bool changed = false;
-    bool operator==(const Picture&) const = default;
-};
-
-Picture pictureOf(const PcmFormat& format) {
-    Picture picture{{},
-                    format.idCounters,
-                    format.asyncFormats,
-                    format.wordFrameDefinitions,
-                    format.bitsPerMinorFrame,
-                    format.changed};
-    for (int fwp = 0; fwp < format.wordsPerMinorFrame; ++fwp) {
-        picture.words.push_back(takeWord(format, fwp));
-    }
-    return picture;
-}
 
 TEST(StreamUndo, EveryEditIsOneLevelAndComesBackExactly) {
     for (unsigned seed = 1; seed <= 8; ++seed) {
