@@ -24,13 +24,25 @@ constexpr std::string_view kTemporaryFolder = "tmp";
 /// The order in which the groups are renumbered.
 constexpr std::string_view kRenumbered = "RTVMPABDS";
 
+/// True for the file of a group that a save would write. Those of other indices are not part of the
+/// document: a new number would make them so.
+bool hasSavedIndex(std::string_view name) {
+    const auto digits = name.substr(std::min(name.rfind('.') + 2, name.size()));
+    const auto index = leadingInteger(digits);
+    return index >= kLeastGroupIndex && index <= kMostGroupIndex;
+}
+
+/// Whether files of groups that are not saved count.
+enum class Unsaved { Seen, Skipped };
+
 /// The names of the files in the working store that match, sorted.
-IoStatus matchingFiles(const DocumentContext& context, std::string_view wildcard,
+IoStatus matchingFiles(const DocumentContext& context, std::string_view wildcard, Unsaved unsaved,
                        std::vector<std::string>& names) {
     std::vector<FolderEntry> entries;
     auto status = listFolder(context.store.folder(), entries);
     for (auto& entry : entries) {
-        if (!entry.isFolder && matchesWildcard(entry.name, wildcard)) {
+        if (!entry.isFolder && matchesWildcard(entry.name, wildcard) &&
+            (unsaved == Unsaved::Seen || hasSavedIndex(entry.name))) {
             names.push_back(std::move(entry.name));
         }
     }
@@ -48,9 +60,10 @@ class Reindexer {
 
   private:
     /// Calls `visit` for every file of a wildcard. A file that has vanished is skipped.
-    bool walk(std::string_view wildcard, const std::function<bool(const std::string&)>& visit) {
+    bool walk(std::string_view wildcard, Unsaved unsaved,
+              const std::function<bool(const std::string&)>& visit) {
         std::vector<std::string> names;
-        if (const auto status = matchingFiles(context_, wildcard, names); !status.ok()) {
+        if (const auto status = matchingFiles(context_, wildcard, unsaved, names); !status.ok()) {
             reportUnableToRead(parent_, status);
             return false;
         }
@@ -73,9 +86,10 @@ class Reindexer {
         return true;
     }
 
-    /// Adds the values of all commands of the files whose code is wanted.
+    /// Adds the values of all commands of the files whose code is wanted. A home in a group that is
+    /// not saved keeps its stream: only the user may decide to lose it.
     bool gather(std::string_view wildcard, const std::function<bool(std::string_view)>& wanted) {
-        return walk(wildcard, [&](const std::string& file) {
+        return walk(wildcard, Unsaved::Seen, [&](const std::string& file) {
             const auto status = forEachCommand(context_.reader, context_.files.path(file),
                                                [&](const std::string& command) {
                                                    const auto view = viewCommand(command);
@@ -93,7 +107,7 @@ class Reindexer {
 
     /// Removes the files of a wildcard whose name is not in the list.
     bool removeUnlisted(std::string_view wildcard, std::string_view code, const LinkNames& listed) {
-        return walk(wildcard, [&](const std::string& file) {
+        return walk(wildcard, Unsaved::Skipped, [&](const std::string& file) {
             ByteSource source;
             auto status = source.open(context_.files.path(file));
             std::string name;
@@ -247,7 +261,7 @@ bool renumberGroup(DocumentContext& context, UserInterface* parent, char letter,
                    std::string_view wildcard, std::string_view nameFormat) {
     setStatusText(parent, formatPrintf("Renumbering TMATS %c group indexes", letter));
     std::vector<std::string> names;
-    auto status = matchingFiles(context, wildcard, names);
+    auto status = matchingFiles(context, wildcard, Unsaved::Skipped, names);
     if (!status.ok()) {
         reportUnableToRead(parent, status);
         return false;

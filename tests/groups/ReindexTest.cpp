@@ -158,6 +158,27 @@ TEST_F(Reindex, RenumberingChangesTheGroupsOwnIndexOnly) {
     EXPECT_FALSE(t.has("[kavu]PCMMEAS.D07"));
 }
 
+TEST_F(Reindex, GroupsThatAreNotSavedKeepTheirNumbers) {
+    t.write(working::kGeneral, "G\\DSI-1:One;\r\n");
+    t.write("[kavu]DSRCE.T00", "T-0\\ID:Zero;\r\n");
+    t.write("[kavu]DSRCE.T02", "T-2\\ID:One;\r\n");
+    t.write("[kavu]DSRCE.T100", "T-100\\ID:One;\r\n");
+    t.write("[kavu]DSRCE.T-5", "T--5\\ID:One;\r\n");
+    t.write("[kavu]MULT.M100", "M-100\\ID:One;\r\nM-100\\BB\\DLN:A;\r\n");
+    t.write("[kavu]PCMFMT.P00", "P-0\\DLN:Nobody;\r\n");
+    t.write("[kavu]PCMFMT.P03", "P-3\\DLN:A;\r\n");
+    EXPECT_TRUE(reindex());
+    EXPECT_EQ(t.read("[kavu]DSRCE.T00"), "T-0\\ID:Zero;\r\n");
+    EXPECT_EQ(t.read("[kavu]DSRCE.T01"), "T-1\\ID:One;\r\n");
+    EXPECT_EQ(t.read("[kavu]DSRCE.T100"), "T-100\\ID:One;\r\n");
+    EXPECT_EQ(t.read("[kavu]DSRCE.T-5"), "T--5\\ID:One;\r\n");
+    EXPECT_EQ(t.read("[kavu]PCMFMT.P00"), "P-0\\DLN:Nobody;\r\n");
+    EXPECT_EQ(t.read("[kavu]PCMFMT.P01"), "P-1\\DLN:A;\r\n")
+        << "a stream whose home is not saved does not go";
+    EXPECT_FALSE(t.has("[kavu]DSRCE.T02"));
+    EXPECT_FALSE(t.has("[kavu]DSRCE.T03"));
+}
+
 TEST_F(Reindex, RenumberingKeepsWhatCannotBeTakenApart) {
     t.write("[kavu]PCMFMT.P02",
             "P-2\\DLN:A;\r\nP-2\\X 1;\r\nP-2;\r\nP-2:a\\b:c;\r\nP-2\\TF:ONE;\r\n");

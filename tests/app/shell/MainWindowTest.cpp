@@ -299,6 +299,20 @@ TEST_F(MainWindowTest, TheTitleBarIsOnTheScreen) {
     EXPECT_TRUE(room.contains(window->frameGeometry()));
 }
 
+TEST_F(MainWindowTest, ClosingRemovesGroupsOfEveryIndex) {
+    test::writeFile(path,
+                    "G\\106:09;T-0\\ID:Zero;T-100\\ID:Hundred;P-0\\DLN:Nobody;D-12345\\DLN:Far;");
+    begin(path);
+    const auto& store = application.context().store;
+    ASSERT_TRUE(fileExists(store.pathOf("[kavu]DSRCE.T100")));
+    window->run(Close);
+    EXPECT_FALSE(document().open);
+    for (const auto* const name : {"[kavu]DSRCE.T00", "[kavu]DSRCE.T100", "[kavu]PCMFMT.P00",
+                                   "[kavu]PCMMEAS.D12345", "[kavu]GTMP.G"}) {
+        EXPECT_FALSE(fileExists(store.pathOf(name))) << name;
+    }
+}
+
 TEST_F(MainWindowTest, RecentFilesAreOfferedAndOpened) {
     begin(path);
     window->run(Close);
