@@ -13,6 +13,7 @@
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
 #include "core/text/Text.h"
+#include "vocabulary/CGroupFields.h"
 
 #include <algorithm>
 
@@ -361,12 +362,13 @@ bool ConversionStore::writeFitCoefficients(UserInterface* parent, const std::str
     }
     const int precision = floatPrecision(context_.settings);
     return edit(parent, name, true, [&](ProfileFile& file, const std::string& section) {
-        const int former = file.integer(section, "CO\\N", 0);
-        bool good = file.setValue(section, "CO1", "Y") &&
-                    file.setValue(section, "CO\\N", std::to_string(order));
+        const int former = file.integer(section, c::kCoN.code, 0);
+        bool good = file.setValue(section, c::kCo1.code, "Y") &&
+                    file.setValue(section, c::kCoN.code, std::to_string(order));
         for (int i = 0; i <= order; ++i) {
             const auto text = exponentText(coefficients[static_cast<std::size_t>(i)], precision);
-            good = good && file.setValue(section, i == 0 ? "CO" : "CO-" + std::to_string(i), text);
+            good = good &&
+                   file.setValue(section, i == 0 ? c::kCo.code : "CO-" + std::to_string(i), text);
         }
         // Remaining terms of a higher order would get into the update file, which takes the
         // first ten whatever their count says.

@@ -28,11 +28,11 @@ struct DefaultKey {
     std::string_view code;
     TextKey setting;
 };
-constexpr DefaultKey kContactDefaults[] = {{"POC1", setting::kContactName},
-                                           {"POC2", setting::kContactAgency},
-                                           {"POC3", setting::kContactAddress},
-                                           {"POC4", setting::kContactTelephone},
-                                           {"MN4", setting::kConversionLinkType}};
+constexpr DefaultKey kContactDefaults[] = {{c::kPoc1.code, setting::kContactName},
+                                           {c::kPoc2.code, setting::kContactAgency},
+                                           {c::kPoc3.code, setting::kContactAddress},
+                                           {c::kPoc4.code, setting::kContactTelephone},
+                                           {c::kMn4.code, setting::kConversionLinkType}};
 
 }  // namespace
 
@@ -450,16 +450,16 @@ void ConversionStore::fillDefaults(ProfileFile& chunk, const std::string& name,
         }
     };
     put(recordkey::kTemplate, asTemplate ? "1" : "");
-    put("TRD4", settings.get(setting::kConversionClassification));
-    put("TRD5", tmatsDate(now, edition));
+    put(c::kTrd4.code, settings.get(setting::kConversionClassification));
+    put(c::kTrd5.code, tmatsDate(now, edition));
     for (const auto& row : kContactDefaults) {
         put(row.code, settings.get(row.setting));
     }
-    put("BFM", settings.get(setting::kBinaryFormat));
+    put(c::kBfm.code, settings.get(setting::kBinaryFormat));
     if (sampleRateOptions(settings).check && sampleRateStep) {
-        put("SR", sampleRateStep(name));
+        put(c::kSr.code, sampleRateStep(name));
     }
-    put("CRT", tmatsDateTime(now, edition));
+    put(c::kCrt.code, tmatsDateTime(now, edition));
     const auto type = settings.get(setting::kConversionType);
     put(kTypeCode, type);
     if (equalsIgnoreCase(type, "COE")) {

@@ -7,6 +7,7 @@
 #include "core/text/Clock.h"
 #include "core/text/Printf.h"
 #include "core/text/Text.h"
+#include "vocabulary/CGroupFields.h"
 
 namespace kavu {
 
@@ -86,7 +87,7 @@ void UpdateFile::writeCoefficients(const ProfileFile::Section& record) {
             file_.write(", ");
         }
     }
-    file_.write(field(record, "CO", "0"));
+    file_.write(field(record, c::kCo.code, "0"));
 }
 
 bool UpdateFile::flush() {

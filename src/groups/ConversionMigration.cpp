@@ -9,6 +9,7 @@
 #include "core/text/Clock.h"
 #include "core/text/Text.h"
 #include "groups/DateForms.h"
+#include "vocabulary/CGroupFields.h"
 
 #include <algorithm>
 #include <array>
@@ -29,29 +30,29 @@ struct KeyRule {
     std::optional<std::string_view> newValue = std::nullopt;
 };
 
-constexpr auto kKeysTo99 = std::to_array<KeyRule>({{"TRD4", "OTH", "O"}});
+constexpr auto kKeysTo99 = std::to_array<KeyRule>({{c::kTrd4.code, "OTH", "O"}});
 
 constexpr auto kKeysTo96 = std::to_array<KeyRule>({
-    {"TRD4", "O", "OTH"},
+    {c::kTrd4.code, "O", "OTH"},
     {"MNA"},
     {"MN\\N"},
-    {"BFM", "FPT", "OTH"},
-    {"MOT5"},
-    {"MOT6"},
-    {"DCT", "PTM"},
-    {"DCT", "BTM"},
-    {"DCT", "VOI"},
-    {"DCT", "VID"},
-    {"DP\\N"},
-    {"DPC\\N"},
+    {c::kBfm.code, "FPT", "OTH"},
+    {c::kMot5.code},
+    {c::kMot6.code},
+    {c::kDct.code, "PTM"},
+    {c::kDct.code, "BTM"},
+    {c::kDct.code, "VOI"},
+    {c::kDct.code, "VID"},
+    {c::kDpN.code},
+    {c::kDpcN.code},
     {"PTM"},
     {"BTM"},
 });
 
 constexpr auto kKeysWithout00 = std::to_array<KeyRule>({
-    {"FPF"},
-    {"BFM", "BCD", "OTH"},
-    {"BFM", "SIM", "SIG"},
+    {c::kFpf.code},
+    {c::kBfm.code, "BCD", "OTH"},
+    {c::kBfm.code, "SIM", "SIG"},
 });
 
 constexpr auto kMatrixKeys = std::to_array<std::string_view>({"MA1", "MA2", "MA3"});
@@ -101,12 +102,12 @@ void applyKeyRules(Record& record, std::span<const KeyRule> rules) {
 
 void convertRecordDate(DocumentContext& context, UserInterface* parent, Record& record,
                        int sourceYear) {
-    const auto text = record.get("TRD5");
+    const auto text = record.get(c::kTrd5.code);
     const auto date = convertDate(text, sourceYear, context.clock.now().year);
     if (!date) {
         return;
     }
-    record.set("TRD5", date->text);
+    record.set(c::kTrd5.code, date->text);
     if (date->doubtful) {
         reportDoubtfulDate(context, parent, "TRD5 of measurement " + record.name(), text,
                            date->text);
@@ -115,27 +116,27 @@ void convertRecordDate(DocumentContext& context, UserInterface* parent, Record& 
 
 /// Voice and video had no conversion types of their own in 1996.
 void setMediaType(Record& record) {
-    const auto type = record.get("DCT");
+    const auto type = record.get(c::kDct.code);
     if (!type.empty() && !equalsIgnoreCase(type, "NON")) {
         return;
     }
-    if (!record.get("VOI\\E").empty() || !record.get("VOI\\D").empty()) {
-        record.set("DCT", "VOI");
-    } else if (!record.get("VID\\E").empty() || !record.get("VID\\D").empty()) {
-        record.set("DCT", "VID");
+    if (!record.get(c::kVoiE.code).empty() || !record.get(c::kVoiD.code).empty()) {
+        record.set(c::kDct.code, "VOI");
+    } else if (!record.get(c::kVidE.code).empty() || !record.get(c::kVidD.code).empty()) {
+        record.set(c::kDct.code, "VID");
     }
 }
 
 void cutVoiceEncoding(Record& record) {
-    const auto encoding = record.get("VOI\\E");
+    const auto encoding = record.get(c::kVoiE.code);
     if (encoding.empty()) {
         return;
     }
     const auto cut = encoding.substr(0, kVoiceEncodingLimit);
     if (!equalsIgnoreCase(cut, "CVSD") && !equalsIgnoreCase(cut, "OTHR")) {
-        record.remove("VOI\\E");
+        record.remove(c::kVoiE.code);
     } else if (cut != encoding) {
-        record.set("VOI\\E", cut);
+        record.set(c::kVoiE.code, cut);
     }
 }
 

@@ -10,6 +10,7 @@
 #include "core/text/Text.h"
 #include "groups/GroupScan.h"
 #include "vocabulary/DGroupFields.h"
+#include "vocabulary/LocationTypes.h"
 #include "vocabulary/PSubframeFields.h"
 
 #include <algorithm>
@@ -144,7 +145,8 @@ bool hasSubframes(std::string_view code, std::string_view value) {
 
 bool hasOlderLocation(std::string_view code, std::string_view value) {
     return isOfPattern(code, measurement_field::kLocationType.code) && !value.empty() &&
-           !equalsIgnoreCase(value, "WDFR") && !equalsIgnoreCase(value, kTaggedType);
+           !equalsIgnoreCase(value, location_type::kWordFrame) &&
+           !equalsIgnoreCase(value, kTaggedType);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "core/text/Text.h"
 #include "groups/GroupScan.h"
 #include "vocabulary/DGroupFields.h"
+#include "vocabulary/LocationTypes.h"
 #include "vocabulary/PGroupFields.h"
 #include "vocabulary/PSubframeFields.h"
 
@@ -21,7 +22,7 @@ namespace kavu {
 
 namespace {
 
-constexpr std::string_view kWordFrame = "WDFR";
+constexpr std::string_view kWordFrame = location_type::kWordFrame;
 
 bool isOlderLocation(std::string_view type) {
     return !type.empty() && !equalsIgnoreCase(type, kWordFrame) &&

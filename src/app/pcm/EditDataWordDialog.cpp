@@ -15,6 +15,7 @@
 #include "core/text/Printf.h"
 #include "pcm/PcmFormat.h"
 #include "vocabulary/DGroupFields.h"
+#include "vocabulary/LocationTypes.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -232,7 +233,7 @@ void EditDataWordDialog::connectFields() {
 /// The four letters of the type, without blanks; an empty selection is the type of the word.
 std::string EditDataWordDialog::chosenType() const {
     if (type_ == nullptr) {
-        return "WDFR";
+        return std::string(location_type::kWordFrame);
     }
     if (type_->currentIndex() < 0) {
         return defaultLocationType(format_, &form().ui, word_.place.fwp).value_or("");
@@ -243,7 +244,8 @@ std::string EditDataWordDialog::chosenType() const {
 
 void EditDataWordDialog::selectType() {
     const auto type = chosenType();
-    if (type == "WDFR" && !checkWordFrameAllowed(format_, &form().ui, word_.place.fwp)) {
+    if (type == location_type::kWordFrame &&
+        !checkWordFrameAllowed(format_, &form().ui, word_.place.fwp)) {
         const QSignalBlocker quiet(type_);
         type_->setCurrentIndex(typeIndex_);
         return;
@@ -263,11 +265,15 @@ void EditDataWordDialog::openPanel(const std::string& type) {
     panel_ = nullptr;
     panelType_ = type;
     const auto start = startOf(format_, word_.place, type);
-    if (type == "MFSC" || type == "SFSC") {
-        panel_ = new SuperComPanel(form(), format_, type == "SFSC", start, this);
-    } else if (type == "MFFR" || type == "SFFR") {
-        panel_ = new FragmentPanel(form(), format_, type == "SFFR", start, this);
-    } else if (type == "WDFR") {
+    if (type == location_type::kMinorFrameSupercommutated ||
+        type == location_type::kSubframeSupercommutated) {
+        panel_ = new SuperComPanel(form(), format_, type == location_type::kSubframeSupercommutated,
+                                   start, this);
+    } else if (type == location_type::kMinorFrameFragments ||
+               type == location_type::kSubframeFragments) {
+        panel_ = new FragmentPanel(form(), format_, type == location_type::kSubframeFragments,
+                                   start, this);
+    } else if (type == location_type::kWordFrame) {
         panel_ = new WordFramePanel(form(), format_, word_.place, this);
     }
     if (panel_ != nullptr) {
@@ -331,7 +337,7 @@ bool EditDataWordDialog::isStoredName() const {
 }
 
 bool EditDataWordDialog::isSingle() const {
-    return panelType_ == "MF" || panelType_ == "SF";
+    return panelType_ == location_type::kMinorFrame || panelType_ == location_type::kSubframe;
 }
 
 void EditDataWordDialog::update() {
@@ -374,7 +380,8 @@ MeasurementDefinition EditDataWordDialog::entered() const {
     if (panel_ != nullptr) {
         panel_->store(definition);
     }
-    if (panelType_ == "MFSC" || panelType_ == "SFSC") {
+    if (panelType_ == location_type::kMinorFrameSupercommutated ||
+        panelType_ == location_type::kSubframeSupercommutated) {
         for (auto& spot : definition.spots) {  // places with the same mask keep the same
             spot.mask = spot.mask == before ? std::string() : spot.mask;
         }

@@ -10,6 +10,7 @@
 #include "pcm/edit/FrameEditMask.h"
 #include "pcm/edit/MeasurementEditDefinition.h"
 #include "pcm/edit/MeasurementEditWordFrame.h"
+#include "vocabulary/LocationTypes.h"
 
 #include <algorithm>
 
@@ -93,7 +94,8 @@ void FragmentPanel::load(const MeasurementDefinition& definition) {
     length_->setNumber(definition.attributes.reconstructedLength);
     if (mode_ != nullptr) {
         mode_->load(definition.attributes, QString::number(start_.fwp));
-        const bool isHeld = definition.attributes.locationType == "MFFR";
+        const bool isHeld =
+            definition.attributes.locationType == location_type::kMinorFrameFragments;
         mask_->setMask(isHeld ? definition.attributes.mask.str() : newFragmentMask(format_),
                        format_.wordLength(start_.fwp));
     }

@@ -11,6 +11,7 @@
 #include "pcm/model/MeasurementCell.h"
 #include "pcm/structure/AsyncEdit.h"
 #include "pcm/structure/SubframeEdit.h"
+#include "vocabulary/LocationTypes.h"
 #include "vocabulary/References.h"
 
 #include <algorithm>
@@ -57,7 +58,7 @@ std::optional<std::string> defaultLocationType(const PcmFormat& format, UserInte
         return std::nullopt;
     }
     if (format.wordType(fwp) != WordType::Subframe) {
-        return "MF";
+        return std::string(location_type::kMinorFrame);
     }
     const auto* const subframe = format.subframeOfWord(fwp);
     if (subframe == nullptr) {
@@ -65,9 +66,11 @@ std::optional<std::string> defaultLocationType(const PcmFormat& format, UserInte
         return std::nullopt;
     }
     if (isHiddenSubframe(subframe)) {
-        return "WDFR";  // no file has the subframe, so no other type would find it again
+        // No file has the subframe, so no other type would find it again.
+        return std::string(location_type::kWordFrame);
     }
-    return subframe->isSupercommutated() ? "SFSC" : "SF";
+    return std::string(subframe->isSupercommutated() ? location_type::kSubframeSupercommutated
+                                                     : location_type::kSubframe);
 }
 
 bool checkMeasurementName(const PcmFormat& format, UserInterface* parent, std::string_view name) {

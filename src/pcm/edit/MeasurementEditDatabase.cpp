@@ -6,6 +6,7 @@
 #include "pcm/PcmFormat.h"
 #include "pcm/PcmLoad.h"
 #include "pcm/read/MeasurementPlacing.h"
+#include "vocabulary/LocationTypes.h"
 
 namespace kavu {
 
@@ -133,7 +134,8 @@ bool addRootAndChildren(PcmFormat& format, UserInterface* parent, const Database
         return false;
     }
     const auto type = trimTrailingBlanks(locationType);
-    if (type != "SF" && type != "MF" && type != "WDFR") {
+    if (type != location_type::kSubframe && type != location_type::kMinorFrame &&
+        type != location_type::kWordFrame) {
         format.context().messages.show(parent, 412, title::kError, kErrorBox, name);
         return false;
     }

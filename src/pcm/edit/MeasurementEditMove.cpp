@@ -4,6 +4,7 @@
 #include "core/text/Printf.h"
 #include "pcm/edit/MeasurementEditSave.h"
 #include "pcm/model/MeasurementCell.h"
+#include "vocabulary/LocationTypes.h"
 
 #include <algorithm>
 
@@ -79,7 +80,8 @@ std::vector<MoveTarget> moveTargets(const PcmFormat& format) {
 }
 
 bool moveMeasurement(PcmFormat& format, const Measurement& values, const MoveTarget& target) {
-    const bool movable = values.locationType == "MF" || values.locationType == "SF";
+    const bool movable = values.locationType == location_type::kMinorFrame ||
+                         values.locationType == location_type::kSubframe;
     const int fn = target.fn == 0 ? 1 : target.fn;
     const auto type = target.fn == 0 ? WordType::Minor : WordType::Subframe;
     if (!movable || !format.hasMeasurement(values.name) || format.wordType(target.fwp) != type ||
@@ -89,7 +91,7 @@ bool moveMeasurement(PcmFormat& format, const Measurement& values, const MoveTar
     }
     auto moved = values;
     makeSingle(moved);
-    moved.locationType = target.fn == 0 ? "MF" : "SF";
+    moved.locationType = target.fn == 0 ? location_type::kMinorFrame : location_type::kSubframe;
     const auto cell = format.getFreeCell(nullptr, target.fwp, fn);
     if (!cell) {
         return false;

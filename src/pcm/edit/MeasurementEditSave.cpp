@@ -7,6 +7,7 @@
 #include "pcm/edit/MeasurementEditWordFrame.h"
 #include "pcm/model/DuplicateNames.h"
 #include "pcm/model/MeasurementCell.h"
+#include "vocabulary/LocationTypes.h"
 
 #include <algorithm>
 #include <map>
@@ -42,7 +43,7 @@ class MeasurementSave {
         if (!checkEntered() || !checkName()) {
             return false;
         }
-        if (is("WDFR")) {
+        if (is(location_type::kWordFrame)) {
             return checkRanges();
         }
         if (!checkNumbers() || !planPlaces() || !checkFragments()) {
@@ -50,7 +51,7 @@ class MeasurementSave {
         }
         if (isFragments()) {
             numberFragments();
-        } else if (is("SFSC") && usesInterval()) {
+        } else if (is(location_type::kSubframeSupercommutated) && usesInterval()) {
             tellAmbiguousInterval();
         }
         return true;
@@ -67,10 +68,16 @@ class MeasurementSave {
         return false;
     }
     [[nodiscard]] bool is(std::string_view type) const { return cell_.locationType == type; }
-    [[nodiscard]] bool isFragments() const { return is("MFFR") || is("SFFR"); }
-    [[nodiscard]] bool isMinorType() const { return is("MFSC") || is("MFFR"); }
+    [[nodiscard]] bool isFragments() const {
+        return is(location_type::kMinorFrameFragments) || is(location_type::kSubframeFragments);
+    }
+    [[nodiscard]] bool isMinorType() const {
+        return is(location_type::kMinorFrameSupercommutated) ||
+               is(location_type::kMinorFrameFragments);
+    }
     [[nodiscard]] bool usesInterval() const {
-        return cell_.locationMode == "I" && !is("SFFR") && !is("MF") && !is("SF");
+        return cell_.locationMode == "I" && !is(location_type::kSubframeFragments) &&
+               !is(location_type::kMinorFrame) && !is(location_type::kSubframe);
     }
     bool checkEntered() const;
     bool checkName();
@@ -112,16 +119,18 @@ bool MeasurementSave::checkEntered() const {
     if (cell_.locationType.empty()) {
         return refuse(327);
     }
-    if (is("MF") || is("SF")) {
+    if (is(location_type::kMinorFrame) || is(location_type::kSubframe)) {
         return true;
     }
-    if (is("WDFR") && format_.edition() >= 2004) {
+    if (is(location_type::kWordFrame) && format_.edition() >= 2004) {
         return !definition_.wordFrame.locations.empty() || refuse(328);
     }
-    if (!is("MFSC") && !is("SFSC") && !isFragments()) {
+    if (!is(location_type::kMinorFrameSupercommutated) &&
+        !is(location_type::kSubframeSupercommutated) && !isFragments()) {
         return refuse(327);
     }
-    const bool isSelected = is("SFFR") || cell_.locationMode == "I" || cell_.locationMode == "E";
+    const bool isSelected = is(location_type::kSubframeFragments) || cell_.locationMode == "I" ||
+                            cell_.locationMode == "E";
     if (!isSelected || (!usesInterval() && definition_.spots.empty())) {
         return refuse(328);
     }
@@ -166,7 +175,7 @@ bool MeasurementSave::checkNumbers() {
     if (usesInterval() && (cell_.locationCount < 1 || cell_.interval < 1)) {
         return refuse(337);
     }
-    if (is("MF") || is("SF")) {
+    if (is(location_type::kMinorFrame) || is(location_type::kSubframe)) {
         makeSingle(cell_);
     } else if (!usesInterval()) {
         cell_.locationMode = "E";
@@ -242,7 +251,7 @@ bool MeasurementSave::planInterval() {
 }
 
 bool MeasurementSave::planPlaces() {
-    if (is("MF") || is("SF")) {
+    if (is(location_type::kMinorFrame) || is(location_type::kSubframe)) {
         const auto type = defaultLocationType(format_, parent_, place_.fwp);
         if (!type) {
             return false;
@@ -276,7 +285,8 @@ void MeasurementSave::numberFragments() {
     std::map<std::pair<int, int>, int> numbers;
     int each = 0;
     const auto key = [&](const Planned& planned) {
-        return std::pair(planned.measurement.fragmentNumber, is("SFFR") ? 0 : ++each);
+        return std::pair(planned.measurement.fragmentNumber,
+                         is(location_type::kSubframeFragments) ? 0 : ++each);
     };
     for (const auto& planned : planned_) {
         numbers.emplace(key(planned), 0);
@@ -323,7 +333,7 @@ void MeasurementSave::tellAmbiguousInterval() {
 bool MeasurementSave::checkFragments() const {
     std::map<int, std::pair<int, int>> words;
     for (const auto& planned : planned_) {
-        if (!is("SFFR")) {
+        if (!is(location_type::kSubframeFragments)) {
             break;
         }
         const std::pair here{planned.fn, planned.measurement.fragmentNumber};
@@ -390,7 +400,7 @@ bool MeasurementSave::placeWordFrame() {
 }
 
 bool MeasurementSave::place() {
-    if (is("WDFR")) {
+    if (is(location_type::kWordFrame)) {
         return placeWordFrame();
     }
     const auto old = oldNames();
@@ -418,7 +428,8 @@ bool MeasurementSave::place() {
     for (const int entry : entries) {
         format_.freeWordFrameDefinition(entry);
     }
-    if (is("MFSC") || is("SFSC")) {
+    if (is(location_type::kMinorFrameSupercommutated) ||
+        is(location_type::kSubframeSupercommutated)) {
         const int count = static_cast<int>(placed.size());
         format_.cells().updateAll(cell_.name,
                                   [count](Measurement& copy) { copy.locationCount = count; });
@@ -460,8 +471,11 @@ bool isOwnLocation(const PcmFormat& format, const EditedPlace& place,
                    const MeasurementDefinition& definition, int fwp, int fn) {
     const auto& cell = definition.attributes;
     const auto type = trimTrailingBlanks(cell.locationType.view());
-    const bool isMinor = type == "MFSC" || type == "MFFR";
-    if ((!isMinor && type != "SFSC" && type != "SFFR") || !format.findInCell(fwp, fn, cell.name)) {
+    const bool isMinor = type == location_type::kMinorFrameSupercommutated ||
+                         type == location_type::kMinorFrameFragments;
+    if ((!isMinor && type != location_type::kSubframeSupercommutated &&
+         type != location_type::kSubframeFragments) ||
+        !format.findInCell(fwp, fn, cell.name)) {
         return false;
     }
     const auto* const subframe = format.subframeOfWord(place.fwp);
@@ -469,7 +483,7 @@ bool isOwnLocation(const PcmFormat& format, const EditedPlace& place,
     const auto positionIn = [&](const std::string& name) {
         return format.subframePosition(name, fwp, format.foldedFrame(fwp, fn));
     };
-    if (cell.locationMode == "I" && type != "SFFR") {
+    if (cell.locationMode == "I" && type != location_type::kSubframeFragments) {
         if (cell.interval < 1) {
             return false;
         }

@@ -7,6 +7,7 @@
 #include "pcm/structure/AsyncEdit.h"
 #include "pcm/structure/PcmFormatEdit.h"
 #include "pcm/structure/SubframeEdit.h"
+#include "vocabulary/LocationTypes.h"
 #include "vocabulary/StreamType.h"
 
 #include <algorithm>
@@ -242,8 +243,8 @@ std::optional<std::string> PcmFormat::classTwoAttribute() const {
         return "Async Embedded Formats";
     }
     const bool fragments = cells_.any([](const Measurement& measurement) {
-        return equalsIgnoreCase(measurement.locationType, "MFFR") ||
-               equalsIgnoreCase(measurement.locationType, "SFFR");
+        return equalsIgnoreCase(measurement.locationType, location_type::kMinorFrameFragments) ||
+               equalsIgnoreCase(measurement.locationType, location_type::kSubframeFragments);
     });
     if (fragments) {
         return "measurements defined as fragments";

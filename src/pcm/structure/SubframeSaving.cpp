@@ -1,6 +1,7 @@
 // Accepting the dialog of a subframe: its checks, and the changes in the frame.
 #include "pcm/structure/AsyncEdit.h"
 #include "pcm/structure/SubframeEdit.h"
+#include "vocabulary/LocationTypes.h"
 #include "vocabulary/SubframeCodes.h"
 
 #include <unordered_set>
@@ -40,7 +41,7 @@ class SubframeSaver {
         if (record_.isSupercommutated()) {
             supercommutate();
         } else if (old_.isSupercommutated()) {
-            changeType("SFSC", "SF", 0);
+            changeType(location_type::kSubframeSupercommutated, location_type::kSubframe, 0);
         }
         format_.changed = true;
         return true;
@@ -180,7 +181,8 @@ class SubframeSaver {
         Measurement fresh;
         // An empty cell of a supercommutated subframe is marked as one of a minor frame, as
         // it always was.
-        fresh.locationType = record_.isSupercommutated() ? "MFSC" : "SF";
+        fresh.locationType = record_.isSupercommutated() ? location_type::kMinorFrameSupercommutated
+                                                         : location_type::kSubframe;
         for (int index = before + 1; index <= format_.wordDepth(fwp_); ++index) {
             format_.cells().store(format_.cellAt(fwp_, index), fresh);
         }
@@ -205,7 +207,8 @@ class SubframeSaver {
     }
 
     void supercommutate() {
-        changeType("SF", "SFSC", static_cast<int>(locations_.size()));
+        changeType(location_type::kSubframe, location_type::kSubframeSupercommutated,
+                   static_cast<int>(locations_.size()));
         for (const int word : locations_) {
             if (word != fwp_ && format_.isDataWord(word)) {
                 format_.setWord(word, WordType::Subframe, ref_.counter, ref_.index);
