@@ -3,6 +3,7 @@
 #pragma once
 
 #include "conversion/RawChunk.h"
+#include "conversion/RecordUse.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -20,17 +21,18 @@ struct ChunkScan {
     };
     /// The commands with a value, in their order. They are views into the bytes of the chunk.
     std::vector<Notable> notable;
-    std::vector<std::int64_t> indices;  ///< those that have a field, each once
+    std::vector<std::int64_t> indices;         ///< those that have a field, each once
+    std::vector<RecordUse::Finding> findings;  ///< of those that have something to tell
     std::size_t commands = 0;
     bool holdsKeysOfTheProgram = false;
 
     /// Looks at the commands of a chunk, whose bytes must outlive the scan. Line breaks within a
-    /// command get their stored form. `edition` rules the limits. Chunks may be scanned at the
-    /// same time.
-    void run(std::string& bytes, bool severalLines, int edition);
+    /// command get their stored form. `edition` rules the limits, and is that of `use`. Chunks may
+    /// be scanned at the same time, each thread with a `use` of its own.
+    void run(std::string& bytes, bool severalLines, int edition, RecordUse& use);
 
   private:
-    void noteField(const RawCommand& command, int edition);
+    void noteField(const RawCommand& command, int edition, RecordUse& use);
 };
 
 }  // namespace kavu

@@ -19,6 +19,7 @@
 #include "core/text/TwoThreads.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <optional>
 #include <string>
@@ -86,11 +87,13 @@ class GroupLoad {
         auto& chunks = group_.chunks();
         const auto count = static_cast<double>(chunks.size());
         std::vector<ChunkScan> scans;
+        std::array<RecordUse, 2> uses{RecordUse(edition_), RecordUse(edition_)};
         for (auto next = chunks.begin(); next != chunks.end();) {
             const auto batch = group_.batch(next);
             scans.resize(std::max(scans.size(), batch.size()));
-            forEachOnTwoThreads(batch.size(), [&](std::size_t place, std::size_t) {
-                scans[place].run(*batch[place].bytes, batch[place].chunk->severalLines, edition_);
+            forEachOnTwoThreads(batch.size(), [&](std::size_t place, std::size_t thread) {
+                scans[place].run(*batch[place].bytes, batch[place].chunk->severalLines, edition_,
+                                 uses.at(thread));
             });
             for (std::size_t place = 0; place < batch.size(); ++place, ++next, ++checked) {
                 const double percent = 100.0 * static_cast<double>(checked) / count;

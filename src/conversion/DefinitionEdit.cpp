@@ -6,12 +6,15 @@
 #include "conversion/SampleRate.h"
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/command/CommandPath.h"
 #include "core/document/Transaction.h"
 #include "core/files/FileIo.h"
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
 #include "core/text/Clock.h"
 #include "core/text/Text.h"
+#include "vocabulary/CGroupFields.h"
+#include "vocabulary/FieldRules.h"
 
 #include <algorithm>
 
@@ -23,6 +26,23 @@ namespace {
 constexpr int kMostRows = 9999;
 constexpr int kNoOtherRecords = 435;
 constexpr int kSaveDefaults = 437;
+
+/// The rows of a list: those that its count states, and those behind it up to the `most` that the
+/// list can have.
+std::size_t rowCountOf(const ProfileFile& file, std::string_view section,
+                       std::string_view countCode, std::span<const std::string_view> codes,
+                       int most) {
+    int rows = std::clamp(file.integer(section, countCode, 0), 0, kMostRows);
+    for (const auto& key : most > rows ? file.keyNames(section) : std::vector<std::string>()) {
+        const auto cut = cutAtRow(key, 0);
+        const bool isOfList = cut && std::any_of(codes.begin(), codes.end(), [&](auto code) {
+                                  return equalsIgnoreCase(codeHead(key), code);
+                              });
+        const auto row = isOfList ? clampedCount(cut->rest, kMostRows) : 0;
+        rows = static_cast<int>(row) <= most ? std::max(rows, static_cast<int>(row)) : rows;
+    }
+    return static_cast<std::size_t>(rows);
+}
 
 std::string rowKey(std::string_view code, std::size_t row) {
     return std::string(code) + "-" + std::to_string(row + 1);
@@ -84,12 +104,13 @@ bool DefinitionEdit::setValues(UserInterface* parent, const Values& values) {
     return report(parent, file.flush(), "Write/Create");
 }
 
-std::vector<std::vector<std::string>> DefinitionEdit::rows(
-    std::string_view countCode, std::span<const std::string_view> codes) const {
+std::vector<std::vector<std::string>> DefinitionEdit::rows(std::string_view countCode,
+                                                           std::span<const std::string_view> codes,
+                                                           int most) const {
     const ProfileFile file(workingPath());
-    const int count = std::clamp(file.integer(name_, countCode, 0), 0, kMostRows);
+    const auto count = rowCountOf(file, name_, countCode, codes, most);
     std::vector<std::vector<std::string>> rows;
-    for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
+    for (std::size_t i = 0; i < count; ++i) {
         std::vector<std::string> row;
         for (const auto code : codes) {
             row.push_back(file.value(name_, rowKey(code, i), ""));
@@ -102,13 +123,12 @@ std::vector<std::vector<std::string>> DefinitionEdit::rows(
 
 bool DefinitionEdit::setRows(UserInterface* parent, std::string_view countCode,
                              std::span<const std::string_view> codes,
-                             const std::vector<std::vector<std::string>>& rows) {
+                             const std::vector<std::vector<std::string>>& rows, int most) {
     ProfileFile file(workingPath());
     if (!report(parent, file.load(), "Read") || !file.containsExactly(name_)) {
         return false;
     }
-    const auto former =
-        static_cast<std::size_t>(std::clamp(file.integer(name_, countCode, 0), 0, kMostRows));
+    const auto former = rowCountOf(file, name_, countCode, codes, most);
     (void)file.setValue(name_, countCode, std::to_string(rows.size()));
     for (std::size_t i = 0; i < std::max(former, rows.size()); ++i) {
         for (std::size_t column = 0; column < codes.size(); ++column) {
@@ -142,7 +162,7 @@ std::string releaseStamp(const DocumentContext& context) {
 }
 
 bool DefinitionEdit::stampRelease(UserInterface* parent, bool setByHand) {
-    return setByHand || setValues(parent, {{"CRT", releaseStamp(*context_)}});
+    return setByHand || setValues(parent, {{std::string(c::kCrt.code), releaseStamp(*context_)}});
 }
 
 DefinitionEdit::Import DefinitionEdit::importValues(UserInterface* parent,
@@ -197,9 +217,9 @@ bool DefinitionEdit::store(UserInterface* parent) {
     const auto options = sampleRateOptions(context_->settings);
     Values values{{std::string(recordkey::kChanged), "1"}};
     if (options.check) {
-        auto rate = value("SR");
+        auto rate = value(c::kSr.code);
         trimSampleRate(rate, options);
-        values.emplace_back("SR", std::move(rate));
+        values.emplace_back(c::kSr.code, std::move(rate));
     }
     if (!inTransaction(*context_, parent, OperationId::EditConversion, [&] {
             return setValues(parent, values) && store_->commitDefinitionEdit(parent, name_);

@@ -35,13 +35,15 @@ class DefinitionEdit {
     using Values = std::vector<std::pair<std::string, std::string>>;
     /// Stores fields in the working copy; an empty value removes its key.
     bool setValues(UserInterface* parent, const Values& values);
-    /// The rows of a list: its count, then the items of each row by their codes.
+    /// The rows of a list: its count, then the items of each row by their codes. Rows behind the
+    /// count are shown as well, up to the `most` that the list can have.
     [[nodiscard]] std::vector<std::vector<std::string>> rows(
-        std::string_view countCode, std::span<const std::string_view> codes) const;
-    /// Writes the count and the rows, and removes those left of a longer list.
+        std::string_view countCode, std::span<const std::string_view> codes, int most = 0) const;
+    /// Writes the count and the rows, and removes those left of a longer list, of `most` rows or
+    /// fewer.
     bool setRows(UserInterface* parent, std::string_view countCode,
                  std::span<const std::string_view> codes,
-                 const std::vector<std::vector<std::string>>& rows);
+                 const std::vector<std::vector<std::string>>& rows, int most = 0);
 
     /// The working copy as it is now.
     [[nodiscard]] ProfileFile copy() const;

@@ -3,6 +3,7 @@
 #include "conversion/ConversionFields.h"
 #include "conversion/DefinitionEdit.h"
 #include "core/text/Text.h"
+#include "vocabulary/CGroupFields.h"
 
 #include <algorithm>
 #include <array>
@@ -12,8 +13,8 @@ namespace kavu {
 namespace {
 
 constexpr int kUntypedEdition = 1996;
-constexpr auto kFitFields =
-    std::to_array<std::string_view>({"MOT1", "MOT2", "MOT3", "MOT4", "BFM", "MN3"});
+constexpr auto kFitFields = std::to_array<std::string_view>(
+    {c::kMot1.code, c::kMot2.code, c::kMot3.code, c::kMot4.code, c::kBfm.code, c::kMn3.code});
 
 std::vector<std::string_view> codesOf(const EuList& list) {
     std::vector<std::string_view> codes;
@@ -41,7 +42,7 @@ void readFields(const ProfileFile& file, std::string_view name, std::span<const 
 
 DefinitionValues::Rows readList(const DefinitionEdit& edit, const EuList& list) {
     if (list.isIn(edit.edition()) || list.firstEdition != c::kFirstAmbientList) {
-        return edit.rows(list.countCode, codesOf(list));
+        return edit.rows(list.countCode, codesOf(list), list.rowsIn(edit.edition()));
     }
     std::vector<std::string> row;
     for (const auto code : codesOf(list)) {
@@ -104,7 +105,8 @@ bool storeList(DefinitionEdit& edit, UserInterface* parent, const EuList& list,
         rows->second == readList(edit, list)) {
         return true;
     }
-    return edit.setRows(parent, list.countCode, codesOf(list), rows->second);
+    return edit.setRows(parent, list.countCode, codesOf(list), rows->second,
+                        list.rowsIn(edit.edition()));
 }
 
 }  // namespace

@@ -209,11 +209,16 @@ std::optional<std::string> PairSet::import(std::string_view telemetryBox,
 
 // --- The record --------------------------------------------------------------------------
 
-PairSet PairSet::read(const ProfileFile& file, std::string_view section, bool sorted) {
+PairSet PairSet::read(const ProfileFile& file, std::string_view section, bool sorted, Rows rows) {
     PairSet set(sorted);
-    const int count =
-        std::clamp(file.integer(section, c::kPsN.code, 0), 0, static_cast<int>(kMostPairs));
-    for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
+    auto count = static_cast<std::size_t>(
+        std::clamp(file.integer(section, c::kPsN.code, 0), 0, static_cast<int>(kMostPairs)));
+    for (auto i = count; rows == Rows::All && i < kMostPairs; ++i) {
+        const bool isThere = !file.value(section, pairKey("PS3-", i), "").empty() ||
+                             !file.value(section, pairKey("PS4-", i), "").empty();
+        count = isThere ? i + 1 : count;
+    }
+    for (std::size_t i = 0; i < count; ++i) {
         set.pairs_.push_back({file.value(section, pairKey("PS3-", i), ""),
                               file.value(section, pairKey("PS4-", i), "")});
     }

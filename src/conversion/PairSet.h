@@ -65,9 +65,11 @@ class PairSet {
 
     // --- The record -----------------------------------------------------------------------
 
-    /// Reads "PS\N" pairs, at most 99, from a section; missing values are empty.
+    /// The pairs that "PS\N" states, or with those behind them.
+    enum class Rows { Counted, All };
+    /// Reads the pairs, at most 99, from a section; missing values are empty.
     [[nodiscard]] static PairSet read(const ProfileFile& file, std::string_view section,
-                                      bool sorted = false);
+                                      bool sorted = false, Rows rows = Rows::Counted);
     /// Writes "PS\N" and the pairs, and removes those left of a longer list.
     bool write(ProfileFile& file, std::string_view section) const;
 

@@ -21,15 +21,15 @@ constexpr std::string_view kCal = "RCal";
 FitInput PairSetPage::input(int bits) const {
     const ProfileFile file(context_.store.pathOf(working::kData1));
     const auto options = FitOptions::read(context_.settings);
-    const auto pairs = PairSet::read(file, name_, options.sorted);
+    const auto pairs = PairSet::read(file, name_, options.sorted, PairSet::Rows::All);
     FitInput input;
     input.x = pairs.telemetryValues();
     input.y = pairs.engineeringValues();
     input.order = file.integer(name_, c::kPs2.code, 1);
-    input.limits = {file.value(name_, "MOT1", ""), file.value(name_, "MOT2", ""),
-                    file.value(name_, "MOT3", ""), file.value(name_, "MOT4", "")};
+    input.limits = {file.value(name_, c::kMot1.code, ""), file.value(name_, c::kMot2.code, ""),
+                    file.value(name_, c::kMot3.code, ""), file.value(name_, c::kMot4.code, "")};
     input.bits = bits;
-    input.binaryFormat = file.value(name_, "BFM", "");
+    input.binaryFormat = file.value(name_, c::kBfm.code, "");
     const auto series = openSeries();
     input.series = series.on;
     input.zero = series.zero;
@@ -39,11 +39,12 @@ FitInput PairSetPage::input(int bits) const {
 
 PairSet PairSetPage::pairs() const {
     const ProfileFile file(context_.store.pathOf(working::kData1));
-    return PairSet::read(file, name_, FitOptions::read(context_.settings).sorted);
+    return PairSet::read(file, name_, FitOptions::read(context_.settings).sorted,
+                         PairSet::Rows::All);
 }
 
 std::string PairSetPage::units() const {
-    return ProfileFile(context_.store.pathOf(working::kData1)).value(name_, "MN3", "");
+    return ProfileFile(context_.store.pathOf(working::kData1)).value(name_, c::kMn3.code, "");
 }
 
 bool PairSetPage::definesCurve() const {

@@ -9,6 +9,7 @@
 #include "core/document/KeyValueStore.h"
 #include "core/talk/Messages.h"
 #include "core/text/Clock.h"
+#include "vocabulary/CountFault.h"
 
 namespace kavu {
 
@@ -43,6 +44,15 @@ bool RecordCheck::close() {
         parent_->loadRemark(
             formatPrintf("%d C groups without a name (DCN) are left out.", unnamed_));
     }
+    if (leftOut_ > 0 && parent_ != nullptr) {
+        parent_->loadRemark(
+            leftOut_ == 1
+                ? "A command of a C group is no part of its record and will not be saved: " +
+                      firstLeftOut_
+                : formatPrintf("%d commands of C groups are no part of their record and will not "
+                               "be saved, the first: %s",
+                               static_cast<long>(leftOut_), firstLeftOut_));
+    }
     return true;
 }
 
@@ -70,7 +80,31 @@ bool RecordCheck::check(RawGroup::Chunk& chunk, const ChunkScan& scan, double pe
     for (const auto& [index, group] : groups_.all()) {
         unnamed_ += group.name.empty() && !group.isRefused ? 1 : 0;
     }
+    for (const auto& finding : scan.findings) {
+        // What has no name, or that of another record, is told of as a whole.
+        if (!groups_[finding.index].name.empty()) {
+            takeFinding(finding);
+        }
+    }
     return true;
+}
+
+void RecordCheck::takeFinding(const RecordUse::Finding& finding) {
+    leaveOut(finding.leftOut, finding.example);
+    for (const auto& count : finding.counts) {
+        const auto code = formatPrintf("C-%ld\\%s", static_cast<long>(finding.index), count.code);
+        const auto text =
+            count.highest > 0
+                ? hiddenRowsText(code, count.stated.empty() ? "nothing" : shown(count.stated),
+                                 count.highest)
+                : noNumberText(code, shown(count.stated));
+        context_.messages.logText(parent_, title::kErrorReadingConversion, text);
+    }
+}
+
+void RecordCheck::leaveOut(std::size_t commands, std::string_view example) {
+    firstLeftOut_ = leftOut_ == 0 && commands > 0 ? shown(example) : firstLeftOut_;
+    leftOut_ += commands;
 }
 
 bool RecordCheck::checkName(RawGroup::Chunk& chunk, const ChunkScan::Notable& notable,
@@ -98,6 +132,7 @@ bool RecordCheck::checkName(RawGroup::Chunk& chunk, const ChunkScan::Notable& no
     auto& to = groups_[command.index];
     if (!to.name.empty()) {
         // A second name of one index is never used; it must not hide the record that has it.
+        leaveOut(1, command.line);
         return true;
     }
     const auto index = std::to_string(command.index);

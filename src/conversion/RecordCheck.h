@@ -29,10 +29,11 @@ class RecordCheck {
     /// Checks the commands of a chunk, which has been scanned, and notes in it what was found.
     /// `percent` is for the progress bar. False if it was cancelled, or a name could not be noted,
     /// which has been reported. Logs 318 for a name and 315 for a value that is too long, 317 for a
-    /// duplicate measurement; the document counts as changed where a value or a record is not kept.
+    /// duplicate measurement, and without a number each count that does not say what is there; the
+    /// document counts as changed where a value or a record is not kept.
     bool check(RawGroup::Chunk& chunk, const ChunkScan& scan, double percent);
     /// Closes the working file; false if it was not complete. Notes how many groups have no
-    /// name.
+    /// name, and how many commands are no part of their record.
     bool close();
 
     /// True if a record has a key of the program: what is to be done with it is known only
@@ -46,6 +47,8 @@ class RecordCheck {
         std::string_view name;   ///< within the bytes of the chunk
     };
     bool checkName(RawGroup::Chunk& chunk, const ChunkScan::Notable& notable, double percent);
+    void takeFinding(const RecordUse::Finding& finding);
+    void leaveOut(std::size_t commands, std::string_view example);
     void reportTooLong(const ChunkScan::Notable& notable);
     void showProgress(std::string_view name, double percent);
 
@@ -54,7 +57,9 @@ class RecordCheck {
     UserInterface* parent_;
     int edition_;
     unsigned measurements_ = 0;
-    int unnamed_ = 0;         ///< group indices without a name
+    int unnamed_ = 0;          ///< group indices without a name
+    std::size_t leftOut_ = 0;  ///< commands that are no part of their record
+    std::string firstLeftOut_;
     std::size_t polled_ = 0;  ///< commands since the user interface was last asked
     bool foundKeysOfTheProgram_ = false;
     FileWriter namesFile_;

@@ -7,7 +7,10 @@
 #include "core/talk/Messages.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
+#include "groups/GroupLists.h"
 #include "groups/GroupScan.h"
+#include "groups/RGroup.h"
+#include "vocabulary/CountFault.h"
 #include "vocabulary/Vocabularies.h"
 
 #include <algorithm>
@@ -20,10 +23,23 @@ bool isNo(std::string_view value) {
     return startsWithIgnoreCase(value, "NO");
 }
 
+std::vector<CountRule> rulesOf(const GroupLists& lists) {
+    std::vector<CountRule> rules;
+    for (const auto& list : lists.all()) {
+        auto rows = list.fields;
+        std::erase_if(rows, [&](const Field& field) {
+            return indexCountOf(field.code) != indexCountOf(list.count.code) + 1;
+        });
+        rules.push_back({list.count, std::move(rows)});
+    }
+    return rules;
+}
+
 /// Checks one file of an attribute group.
 void checkFile(DocumentContext& context, UserInterface* parent, const GroupVocabulary& group,
                int index) {
-    const auto rules = countRules(group.fields);
+    // The tracks of a recorder and their items are lists that no table states.
+    const auto rules = group.letter == 'R' ? rulesOf(recorderLists()) : countRules(group.fields);
     CountCheck check(rules, context.document.version);
     const auto path = context.store.pathOf(groupFile(group.letter, index));
     const auto status = forEachCommand(context.reader, path, [&check](const std::string& command) {
@@ -140,10 +156,8 @@ void CountCheck::report(const std::string& prefix,
             continue;
         }
         const auto depth = static_cast<std::size_t>(indexCountOf(rule.count.code));
-        tell(formatPrintf(
-            "%s%s states %s, but the file has commands of number %d. The commands beyond "
-            "the count are not used.",
-            prefix, fieldCode(rule.count.code, std::span(place.second).first(depth)),
+        tell(hiddenRowsText(
+            prefix + fieldCode(rule.count.code, std::span(place.second).first(depth)),
             statedText(numbers), numbers.highest));
     }
 }

@@ -112,7 +112,9 @@ TEST(ConversionWriter, TypesHaveTheirFieldsInOrderByEdition) {
          "DCT:DIS DIC\\N:2 DICI\\N:1 DICC-1:a DICP-1:b DICC-2:c DICP-2:d"},
         {"discrete without indicators", 2011, "DCT:DIS DICC-1:a DIC\\N:1",
          "DCT:DIS DIC\\N:1 DICI\\N:0 DICC-1:a"},
-        {"discrete of none", 2011, "DCT:DIS DICC-1:a DICI\\N:1", "DCT:DIS"},
+        {"discrete of none", 2011, "DCT:DIS DICI\\N:1", "DCT:DIS"},
+        {"discrete without its count", 2011, "DCT:DIS DICC-1:a DICI\\N:1",
+         "DCT:DIS DICI\\N:1 DICC-1:a"},
         {"bus time", 2011, "DCT:BTM BTM:H PTM:L", "DCT:BTM BTM:H"},
         {"PCM time", 2011, "DCT:PTM BTM:H PTM:L", "DCT:PTM PTM:L"},
         {"none", 2011, "DCT:NON VID\\D:d VID\\E:c VOI\\D:b VOI\\E:a OTH:x",
@@ -129,22 +131,24 @@ TEST(ConversionWriter, TypesHaveTheirFieldsInOrderByEdition) {
     }
 }
 
-TEST(ConversionWriter, CountsStandAsTheyAreAndBoundWhatIsWritten) {
+TEST(ConversionWriter, CountsStandAsTheyAreAndHideNothing) {
     const struct {
         const char* what;
         const char* fields;
         const char* expected;  ///< behind the name
     } cases[] = {
         {"missing counts", "", "MC\\N:N MA\\N:N DCT:NON"},
-        {"no calibration", "MC\\N:N MA\\N:0 MC1-1:x", "MC\\N:N MA\\N:0 DCT:NON"},
+        {"no calibration", "MC\\N:N MA\\N:0", "MC\\N:N MA\\N:0 DCT:NON"},
+        {"a row of no calibration stays", "MC\\N:N MA\\N:0 MC1-1:x",
+         "MC\\N:N MC1-1:x MA\\N:0 DCT:NON"},
         {"a text count", "MC\\N:2x MC1-1:a", "MC\\N:2 MC1-1:a MA\\N:N DCT:NON"},
         {"a count that is no number stands", "MC\\N:- MA\\N:-", "MC\\N:- MA\\N:- DCT:NON"},
         {"zero in front", "DCT:DIS DIC\\N:01 DICC-1:a",
          "MC\\N:N MA\\N:N DCT:DIS DIC\\N:01 DICI\\N:0 DICC-1:a"},
         {"a huge count writes what is there", "DCT:DER DP\\N:2000000000 DP-1:a DP-3:c",
          "MC\\N:N MA\\N:N DCT:DER DP\\N:2000000000 DP-1:a DP-3:c"},
-        {"a count too low leaves the rest", "DCT:DER DP\\N:1 DP-1:a DP-2:b",
-         "MC\\N:N MA\\N:N DCT:DER DP\\N:1 DP-1:a"},
+        {"a count too low keeps the rest", "DCT:DER DP\\N:1 DP-1:a DP-2:b",
+         "MC\\N:N MA\\N:N DCT:DER DP\\N:1 DP-1:a DP-2:b"},
         {"an index beyond an integer", "DCT:DER DP\\N:9 DP-1:a DP-99999999999:b",
          "MC\\N:N MA\\N:N DCT:DER DP\\N:9 DP-1:a"},
         {"lower-case keys", "dct:DER dp\\n:1 dp-1:a", "MC\\N:N MA\\N:N DCT:DER DP\\N:1 DP-1:a"},

@@ -99,7 +99,11 @@ TEST(PairSetPage, WithoutACurveNothingIsFitted) {
     // The window of coefficients asks for it whatever the page says.
     EXPECT_TRUE(p.page.deriveCoefficients(&p.f.ui));
     EXPECT_EQ(p.value("CO-1"), "2.00000000E+00");
+    // A count of 0 hides no pairs; without them there is nothing to fit.
     ASSERT_TRUE(p.edit->setValues(&p.f.ui, {{"PS\\N", "0"}}));
+    const auto pairs = p.page.pairs();
+    EXPECT_GT(pairs.size(), 0u);
+    ASSERT_TRUE(p.page.storePairs(&p.f.ui, PairSet()));
     EXPECT_FALSE(p.page.deriveCoefficients(&p.f.ui));
 }
 

@@ -60,7 +60,7 @@ class ConversionTest(kavu.KavuTest):
         self.assertFalse([line for line in lines if line.startswith(b"C-1\\CO")])
 
     def test_the_length_of_a_pair_count_is_checked_and_that_of_derived_inputs_is_not(self):
-        self.check(HEAD + self.record(1, "A", "DP\\N:123"), status=CLEAN)
+        self.check(HEAD + self.record(1, "A", "DCT:DER", "DP\\N:123"), status=CLEAN)
         data = HEAD + self.record(1, "A", "DCT:PRS", "PS\\N:123")
         self.assertEqual(self.check(data, status=REPORTED).ids(), [315])
         self.assertIn(b"C-1\\PS\\N:12;", self.c_group(data))

@@ -76,6 +76,70 @@ class CountTest(kavu.KavuTest):
                 if told[0] in "PD":
                     self.assertNotIn("clean", plain.text)
 
+    def test_every_count_of_the_groups_that_is_too_small_is_told(self):
+        # A list of each group, with a count that is smaller, 0, no number, or not there.
+        lists = (("G\\POC\\N", "G\\POC1-2:x;"), ("T-1\\SCO\\N", "T-1\\SCO1-2:3;"),
+                 ("R-1\\N", "R-1\\TK1-2:7;"),
+                 ("R-1\\NUS\\N-1", "R-1\\N:1;R-1\\USCN-1-2:7;"),
+                 ("R-1\\RIM\\N", "R-1\\RIMI-2:a;"), ("R-1\\EV\\N", "R-1\\EV\\D-2:a;"),
+                 ("R-1\\EV\\PM\\N-1", "R-1\\EV\\N:1;R-1\\EV\\PM\\MN-1-2:a;"),
+                 ("M-1\\SI\\N", "M-1\\SI1-2:7;"), ("A-1\\SF\\N", "A-1\\SF1-2:1;"))
+        general = GENERAL.replace("M-1\\SI\\N:0;", "") % "11" + WORDS + "R-1\\ID:Deck;A-1\\DLN:Other;"
+        for code, rows in lists:
+            for stated in ("1", "0", "x", None):
+                with self.subTest(count=code, stated=stated):
+                    count = "" if stated is None else "%s:%s;" % (code, stated)
+                    result = self.check(general + count + rows, "--deep", "--answer-all", "no",
+                                        status=REPORTED)
+                    texts = " ".join(m["text"] for m in result.json["messages"] if m["id"] == 0)
+                    self.assertIn(code + " states", texts)
+                    self.assertIn("commands of number 2", texts)
+
+    def test_a_count_of_a_conversion_record_that_hides_something_is_told_and_nothing_goes(self):
+        lists = (("PRS", "PS\\N", "PS3-2:1;", "PS4-2:2;"), ("COE", "CO\\N", "CO-2:2.5;", ""),
+                 ("NPC", "NPC\\N", "NPC-2:2.5;", ""), ("DER", "DP\\N", "DP-2:B;", ""),
+                 ("DER", "DPC\\N", "DPC-2:B;", ""), ("DIS", "DIC\\N", "DICC-2:1;", "DICP-2:On;"),
+                 ("NON", "MC\\N", "MC1-2:5;", "MC3-2:7;"), ("NON", "MA\\N", "MA1-2:5;", "MA2-2:7;"))
+        for kind, code, first, second in lists:
+            for stated in ("1", "0", "x", None):
+                with self.subTest(count=code, stated=stated):
+                    count = "" if stated is None else "C-7\\%s:%s;" % (code, stated)
+                    rows = "".join("C-7\\" + row for row in (first, second) if row)
+                    data = "G\\106:11;C-7\\DCN:A;C-7\\DCT:%s;" % kind + count + rows
+                    for arguments in ((), ("--deep",)):
+                        result = self.check(data, *arguments, status=REPORTED)
+                        texts = " ".join(m["text"] for m in result.json["messages"])
+                        self.assertIn("C-7\\%s states" % code, texts)
+                        self.assertIn("commands of number 2", texts)
+                        self.assertNotIn("will not be saved", " ".join(result.notes))
+                    self.assertNotIn("clean", self.run_cli("check", "--deep", "in.tma").text)
+                    saved = self.saved(data)
+                    for row in (first, second):
+                        self.assertIn(b"C-1\\" + row.encode() if row else b"", saved)
+                    self.assertEqual(self.saved(saved).split(b"C-1")[1:], saved.split(b"C-1")[1:])
+
+    def test_a_count_of_a_conversion_record_that_is_no_number_is_told(self):
+        self.check("G\\106:11;C-1\\DCN:A;C-1\\MC\\N:N;C-1\\MA\\N:N;", status=CLEAN)
+        result = self.check("G\\106:11;C-1\\DCN:A;C-1\\DCT:PRS;C-1\\PS\\N:ab;", status=REPORTED)
+        self.assertIn("C-1\\PS\\N states 'ab', which is no number.",
+                      [message["text"] for message in result.json["messages"]])
+
+    def test_what_is_no_part_of_a_conversion_record_is_told(self):
+        record = "G\\106:%s;C-1\\DCN:A;C-1\\DCT:%s;"
+        for edition, kind, commands, number in (
+                ("11", "NON", "C-1\\XYZ:1;C-1\\MC1-x:1;C-1\\MC1-01-1:1;", 3),
+                ("11", "NON", "C-1\\OTH:other;C-1\\PS\\N:1;C-1\\PS3-1:1;", 3),
+                ("11", "NON", "C-1\\MN1:one;C-1\\MN1:two;C-1\\DCN:B;", 2),
+                ("11", "UNS", "C-1\\MC\\N:1;C-1\\MC1-1:a;C-1\\MC1-1:b;", 1),
+                ("11", "NON", "C-1\\BWT\\N:1;C-1\\BWTB-1:3;", 2),
+                ("99", "NON", "C-1\\MA1:1;C-1\\CRT:x;", 2)):
+            with self.subTest(commands=commands):
+                result = self.check(record % (edition, kind) + commands, status=REPORTED)
+                told = [note for note in result.notes if "no part of " in note]
+                self.assertEqual(len(told), 1, result)
+                head = "%d commands of C groups" % number if number > 1 else "A command of a C group"
+                self.assertTrue(told[0].startswith(head), told)
+
     def test_a_measurement_without_a_location_is_told(self):
         for count in ("D-1\\MML\\N-1-1:0;", "D-1\\MML\\N-1-1:x;", "D-1\\MML\\N-1-1:;", ""):
             for edition in ("09", "11"):
