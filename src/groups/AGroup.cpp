@@ -6,6 +6,7 @@
 #include "core/talk/Messages.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
+#include "groups/GroupLists.h"
 #include "groups/GroupScan.h"
 #include "vocabulary/MGroupFields.h"
 
@@ -83,10 +84,7 @@ bool loadPam(DocumentContext& context, UserInterface* parent, const PamStream& s
 bool storePam(DocumentContext& context, UserInterface* parent, const PamGroup& group) {
     auto record = group.record;
     record.set(ownNameOf('A'), group.link);
-    GroupWriter writer('A', group.index);
-    writer.writeTable(pamFields(), record, context.document.version);
-    return storeGroup(context, parent, 'A', group.index, writer.text(),
-                      keptAtRows(group.kept, 'A', group.index, pamFields(), group.record));
+    return storeTable(context, parent, 'A', group.index, pamFields(), record, group.kept);
 }
 
 }  // namespace kavu

@@ -14,8 +14,10 @@
 #include "core/text/Edition.h"
 #include "core/text/Printf.h"
 #include "core/text/Text.h"
+#include "groups/GroupLists.h"
 #include "groups/GroupRecord.h"
 #include "groups/GroupScan.h"
+#include "groups/RGroup.h"
 #include "vocabulary/FieldRules.h"
 #include "vocabulary/GGroupFields.h"
 #include "vocabulary/RTrackFields.h"
@@ -24,6 +26,7 @@
 #include <algorithm>
 #include <map>
 #include <optional>
+#include <set>
 
 namespace kavu {
 
@@ -149,11 +152,30 @@ Refusal refusedValue(const Field& field, const std::string& value, int edition) 
                         static_cast<int>(limitIn(edition, field)));
 }
 
+/// The lists of a group that can be set.
+const GroupLists& listsOf(char letter) {
+    if (letter == 'R') {
+        return recorderLists();
+    }
+    static std::map<char, GroupLists> kLists;
+    return kLists.try_emplace(letter, settableFields(letter)).first->second;
+}
+
+/// A group while it is changed.
+struct ChangedGroup {
+    GroupFile file{};
+    /// The rows that were behind their count until a change of this run raised it, by the code of
+    /// the list and their number.
+    std::set<std::pair<std::string, int>> shown{};
+    std::vector<std::string> notes{};
+};
+
 /// One change: its group and its new value.
 class Change {
   public:
-    Change(GroupFile& group, const AttributeChange& change, int edition)
-        : group_(group),
+    Change(ChangedGroup& changed, const AttributeChange& change, int edition)
+        : changed_(changed),
+          group_(changed.file),
           code_(change.code),
           table_(settableFields(change.code.letter)),
           value_(replaceAll(replaceAll(change.value, "\r\n", "\n"), "\n", "\r\n")),
@@ -191,7 +213,8 @@ class Change {
         for (auto why :
              {refusedEdition(field, edition_), refusedValue(field, value_, edition_),
               refusedName(field, code_.letter, group_.value(codeOf(field.code, at)), value_),
-              refusedRow(field, at), refusedSources(field), refusedTracks(field)}) {
+              refusedRow(field, at), refusedShownRow(match), refusedSources(field),
+              refusedTracks(field)}) {
             if (!why.empty()) {
                 return why;
             }
@@ -212,6 +235,22 @@ class Change {
                                     code);
             }
             list = count->list;
+        }
+        return {};
+    }
+
+    /// What a row that was behind its count holds is not the property of a new one.
+    [[nodiscard]] Refusal refusedShownRow(const VocabularyMatch& match) const {
+        const auto* list = listsOf(code_.letter).listOf(match.path.stem);
+        for (; list != nullptr; list = list->outer) {
+            const auto code = codeOf(list->count.code, match.path);
+            const int row = match.path.at[list->depth];
+            if (row > 0 && changed_.shown.contains({code, row})) {
+                return formatPrintf(
+                    "Row %d was behind the count, and has commands already. Set '%s' first, and "
+                    "look at the row.",
+                    row, code);
+            }
         }
         return {};
     }
@@ -242,8 +281,53 @@ class Change {
                    : formatMessage(message::kFewerThanTracks, tracks, tracks);
     }
 
+    /// Notes the rows that a higher count makes rows of the list.
+    void noteShownRows(const VocabularyMatch& match, const std::string& code) {
+        const auto& lists = listsOf(code_.letter);
+        const auto list = std::find_if(
+            lists.all().begin(), lists.all().end(),
+            [&](const GroupLists::List& each) { return each.count.code == match.field->code; });
+        if (list == lists.all().end()) {
+            return;
+        }
+        const RowNumbersInFile inFile(group_.commands(), lists,
+                                      groupHead(code_.letter, code_.index));
+        const auto before = clampedCount(group_.value(code), list->count.rows);
+        const auto now = clampedCount(value_, list->count.rows);
+        std::string rows;
+        for (const auto row : inFile.of(*list, match.path)) {
+            if (row > before && row <= now) {
+                changed_.shown.emplace(code, static_cast<int>(row));
+                rows += (rows.empty() ? "" : ", ") + std::to_string(row);
+            }
+        }
+        if (!rows.empty()) {
+            changed_.notes.push_back(
+                formatPrintf("%s: what was behind the count is in the list now (%s).", code, rows));
+        }
+    }
+
+    /// Notes what a command that makes a row brings into the list with it.
+    void noteMadeRow(const VocabularyMatch& match, const std::string& code) {
+        const auto& fields = trackFields();
+        if (code_.letter != 'R' || match.field->code != fields.front().code ||
+            !group_.value(code).empty()) {
+            return;
+        }
+        const auto& lists = listsOf(code_.letter);
+        const auto* const tracks = lists.listOf(match.path.stem);
+        const RowNumbersInFile inFile(group_.commands(), lists,
+                                      groupHead(code_.letter, code_.index));
+        if (inFile.of(*tracks, {}).contains(static_cast<std::size_t>(match.path.at[0]))) {
+            changed_.notes.push_back(formatPrintf(
+                "%s makes a track of commands of this number that the file had already.", code));
+        }
+    }
+
     void apply(const VocabularyMatch& match) {
         const auto code = codeOf(match.field->code, match.path);
+        noteShownRows(match, code);
+        noteMadeRow(match, code);
         auto stored = match.field->bridgeOnly ? std::string(trimTrailingBlanks(value_))
                                               : storedValue(*match.field, value_, edition_);
         if (stored.empty()) {
@@ -256,6 +340,7 @@ class Change {
         });
     }
 
+    ChangedGroup& changed_;
     GroupFile& group_;
     const CommandCode& code_;
     std::span<const Field> table_;
@@ -264,12 +349,12 @@ class Change {
 };
 
 /// The group of a code, read once; null if it cannot be read.
-GroupFile* groupOf(DocumentContext& context, UserInterface* parent,
-                   std::map<GroupKey, GroupFile>& groups, const CommandCode& code) {
+ChangedGroup* groupOf(DocumentContext& context, UserInterface* parent,
+                      std::map<GroupKey, ChangedGroup>& groups, const CommandCode& code) {
     const auto [it, isNew] = groups.try_emplace(GroupKey{code.letter, code.index});
     if (isNew) {
-        const auto status =
-            GroupFile::open(context.files, context.reader, code.letter, code.index, it->second);
+        const auto status = GroupFile::open(context.files, context.reader, code.letter, code.index,
+                                            it->second.file);
         if (!status.ok() && !isMissing(status)) {
             reportUnableToRead(parent, status);
             return nullptr;
@@ -331,7 +416,7 @@ bool readAttributes(DocumentContext& context, UserInterface* parent,
 
 bool setAttributes(DocumentContext& context, UserInterface* parent,
                    std::span<const AttributeChange> changes) {
-    std::map<GroupKey, GroupFile> groups;
+    std::map<GroupKey, ChangedGroup> groups;
     for (const auto& change : changes) {
         const auto& code = change.code;
         Refusal why;
@@ -351,16 +436,27 @@ bool setAttributes(DocumentContext& context, UserInterface* parent,
             return false;
         }
     }
-    return inTransaction(context, parent, OperationId::SetAttribute, [&] {
+    const auto store = [&] {
         return std::all_of(groups.begin(), groups.end(), [&](const auto& each) {
-            const auto& group = each.second;
+            const auto& group = each.second.file;
             const auto status = group.changed() ? group.store(context.files) : IoStatus();
             if (!status.ok()) {
                 reportUnableToWrite(parent, status);
             }
             return status.ok();
         });
-    });
+    };
+    if (!inTransaction(context, parent, OperationId::SetAttribute, store)) {
+        return false;
+    }
+    for (const auto& [key, group] : groups) {
+        for (const auto& note : group.notes) {
+            if (parent != nullptr) {
+                parent->note(note);
+            }
+        }
+    }
+    return true;
 }
 
 }  // namespace kavu

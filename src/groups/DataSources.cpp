@@ -28,8 +28,10 @@ SourceCodes::SourceCodes() : count(groupHead('G', 0)), name(count), type(count) 
 
 std::string SourceCodes::rowText(int row, std::string_view source,
                                  std::string_view sourceType) const {
-    auto text = formatPrintf("%s%d:%s;\r\n", name, row, source);
-    return sourceType.empty() ? text : text + formatPrintf("%s%d:%s;\r\n", type, row, sourceType);
+    const auto line = [row](std::string_view front, std::string_view value) {
+        return value.empty() ? std::string() : formatPrintf("%s%d:%s;\r\n", front, row, value);
+    };
+    return line(name, source) + line(type, sourceType);
 }
 
 char dataSourceClass(std::string_view type) {
@@ -60,6 +62,7 @@ bool readDataSources(DocumentContext& context, UserInterface* parent,
         std::min(fields.findIntField(parent, SourceCodes().count).value_or(0), kMostListRows);
     for (int row = 1; row <= count; ++row) {
         DataSource source;
+        source.row = row;
         source.name = text(kSourceName, row, kNameLimit);
         source.type = text(kSourceType, row, kTypeLimit);
         sources.push_back(std::move(source));

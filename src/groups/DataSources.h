@@ -14,13 +14,14 @@ namespace kavu {
 struct DataSource {
     std::string name;  ///< empty for a row without a name
     std::string type;  ///< the stored `DST` value
+    int row = 0;       ///< its number in the list
 };
 
 /// The commands of the list in the G group: the code of its count, and the part
 /// before the number of a row in the codes of names ("G\DSI-") and types.
 struct SourceCodes {
     SourceCodes();
-    /// The lines of a row; an empty type has none.
+    /// The lines of a row; an empty name or type has none.
     [[nodiscard]] std::string rowText(int row, std::string_view source,
                                       std::string_view sourceType) const;
     std::string count;

@@ -6,6 +6,7 @@
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
 #include "groups/DataSources.h"
+#include "groups/GroupLists.h"
 #include "vocabulary/GGroupFields.h"
 
 #include <algorithm>
@@ -90,9 +91,8 @@ std::string generalText(const EditedGroup& group, int edition) {
 }
 
 bool storeGeneral(DocumentContext& context, UserInterface* parent, const EditedGroup& group) {
-    return storeGroup(
-        context, parent, group.letter, group.index, generalText(group, context.document.version),
-        keptAtRows(group.kept, group.letter, group.index, generalFields(), group.record));
+    return storeTable(context, parent, group.letter, group.index, generalFields(), group.record,
+                      group.kept);
 }
 
 bool isExistingSource(DocumentContext& context, UserInterface* parent, const std::string& name) {

@@ -26,9 +26,10 @@ struct EditedGroup {
 [[nodiscard]] std::optional<EditedGroup> readGeneral(DocumentContext& context,
                                                      UserInterface* parent);
 
-/// The text of the group file as `storeGeneral` writes it, without the kept commands.
+/// The text of the group file as `storeGeneral` writes it for rows of the record alone,
+/// without the kept commands.
 [[nodiscard]] std::string generalText(const EditedGroup& group, int edition);
-/// Writes the group file; see `storeGroup`.
+/// Writes the group file; see `storeTable`.
 [[nodiscard]] bool storeGeneral(DocumentContext& context, UserInterface* parent,
                                 const EditedGroup& group);
 

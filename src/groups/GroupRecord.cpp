@@ -117,13 +117,14 @@ bool GroupSource::readRows(const Plan& plan, const Field& field, GroupRow& row, 
         // A count of 0 in the file is kept.
         row.lists[std::string(field.code)];
     }
-    row.fileRows[std::string(field.code)] = rows;
+    auto& read = row.fileRows[std::string(field.code)];
     for (std::size_t i = 1; i <= rows; ++i) {
         if (cancelRequested(parent_)) {
             return false;
         }
         auto& added = row.lists[std::string(field.code)].emplace_back();
         added.fileRow = i;
+        read.insert(read.end(), i);
         if (!readLevel(plan, field.code, added, at.row(i))) {
             return false;
         }
@@ -216,82 +217,6 @@ void GroupWriter::writeLevel(std::span<const Field> known, std::string_view list
 void GroupWriter::writeTable(std::span<const Field> table, const GroupRow& record, int edition) {
     const auto known = knownFields(table, edition);
     writeLevel(known, {}, record, {});
-}
-
-// --- Rows that have moved ---------------------------------------------------------------------
-
-namespace {
-
-/// The new number of each row of a list in the file; 0 for a deleted one.
-std::vector<std::size_t> newNumbers(const GroupRow& record, std::string_view list) {
-    const auto read = record.fileRows.find(list);
-    std::vector<std::size_t> numbers(read == record.fileRows.end() ? 1 : read->second + 1, 0);
-    std::size_t number = 0;
-    for (const auto& row : record.rows(list)) {
-        ++number;
-        if (row.fileRow > 0 && row.fileRow < numbers.size()) {
-            numbers[row.fileRow] = number;
-        }
-    }
-    return numbers;
-}
-
-/// The outermost lists by the codes of what belongs to their rows, in lower case and up to the
-/// number of the row: "poc1-".
-using ListOfCode = std::unordered_map<std::string, std::string_view>;
-
-ListOfCode listsOfCodes(std::span<const Field> table) {
-    ListOfCode lists;
-    std::unordered_map<std::string_view, std::string_view> outer;
-    for (const auto& field : table) {
-        if (field.list.empty()) {
-            continue;
-        }
-        const auto it = outer.find(field.list);
-        const auto list = it == outer.end() ? field.list : it->second;
-        if (governsRows(field)) {
-            outer[field.code] = list;
-        }
-        for (const auto code : {field.code, field.codeRead, field.codeToXml}) {
-            if (const auto cut = cutAtRow(code, 0)) {
-                lists.emplace(lowerAscii(cut->front), list);
-            }
-        }
-    }
-    return lists;
-}
-
-}  // namespace
-
-GroupFile keptAtRows(const GroupFile& kept, char letter, int index, std::span<const Field> table,
-                     const GroupRow& record) {
-    const auto lists = listsOfCodes(table);
-    std::unordered_map<std::string_view, std::vector<std::size_t>> numbers;
-    const auto prefix = groupHead(letter, index);
-    auto moved = kept;
-    moved.recode([&](std::string& code) {
-        if (!startsWithIgnoreCase(code, prefix)) {
-            return true;
-        }
-        const auto cut = cutAtRow(code, prefix.size());
-        const auto list =
-            cut ? lists.find(lowerAscii(cut->front.substr(prefix.size()))) : lists.end();
-        if (list == lists.end()) {
-            return true;
-        }
-        auto [it, isNew] = numbers.try_emplace(list->second);
-        if (isNew) {
-            it->second = newNumbers(record, list->second);
-        }
-        const auto row = clampedCount(cut->rest, it->second.size());
-        if (row == 0 || row >= it->second.size()) {
-            return true;
-        }
-        const auto now = it->second[row];
-        code = withRow(*cut, now);
-        return now > 0;
-    });
-    return moved;
 }
 
 bool storeGroup(DocumentContext& context, UserInterface* parent, char letter, int index,

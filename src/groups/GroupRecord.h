@@ -7,9 +7,7 @@
 //     if (!source.readTable(tFields(), record)) ...      // the user has cancelled
 //     record.values["RF1"] = "2200.5";
 //     record.lists["SCO\\N"].push_back({{{"SCO1-n", "1"}}, {}});
-//     GroupWriter writer('T', 3);
-//     writer.writeTable(tFields(), record, edition);
-//     storeGroup(context, parent, 'T', 3, writer.text(), source.kept());
+//     storeTable(context, parent, 'T', 3, tFields(), record, source.kept());  // GroupLists.h
 //
 // A group whose rows do not follow from a table alone (the tracks of a recorder) reads and
 // writes the parts of its table in turn, and the fields between them with `value` and `write`.
@@ -24,6 +22,7 @@
 #include <cstddef>
 #include <map>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -41,10 +40,10 @@ struct GroupRow {
     FieldValues values{};
     std::map<std::string, std::vector<GroupRow>, std::less<>> lists{};
     /// The number of the row in the file; 0 for a new one. It stays with the row when rows
-    /// are sorted, see `keptAtRows`.
+    /// are sorted, see `keptAtRows` of GroupLists.h.
     std::size_t fileRow = 0;
-    /// How many rows of a list the file had, by the code of their count.
-    std::map<std::string, std::size_t, std::less<>> fileRows{};
+    /// The numbers of the file that were read as rows of a list, by the code of their count.
+    std::map<std::string, std::set<std::size_t>, std::less<>> fileRows{};
 
     [[nodiscard]] std::string_view value(std::string_view code) const;
     /// An empty value removes it.
@@ -137,12 +136,6 @@ class GroupWriter {
     std::string prefix_;
     std::string text_;
 };
-
-/// The commands of a file, renumbered as the rows of its lists are now: what was not read of
-/// a row follows the row when rows are sorted or deleted, and is deleted with it. REQUIRES:
-/// rows that come from the file have their `fileRow`.
-[[nodiscard]] GroupFile keptAtRows(const GroupFile& kept, char letter, int index,
-                                   std::span<const Field> table, const GroupRow& record);
 
 /// Replaces the group file by the text. Asks about the commands that would be dropped, and
 /// appends those to be kept. The document then counts as changed. False if it could not be

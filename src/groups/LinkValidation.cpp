@@ -11,6 +11,7 @@
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
 #include "groups/DataSources.h"
+#include "groups/SourceList.h"
 #include "vocabulary/References.h"
 #include "vocabulary/StreamType.h"
 
@@ -41,27 +42,30 @@ constexpr auto kLinkedGroups = std::to_array<LinkedGroup>({
 bool addDataSource(DocumentContext& context, UserInterface* parent, std::string& name) {
     const SourceCodes codes;
     int count = 0;
+    int index = 1;
     auto writer = context.files.writer(working::kGeneral);
     ByteSource source;
     auto status =
         writer.status().ok() ? source.open(context.files.path(working::kGeneral)) : writer.status();
     if (status.ok()) {
         context.reader.findIntField(parent, source, {}, codes.count, count);
+        // A huge count must not overflow.
+        index = std::min(count, INT_MAX - 1) + 1;
+        RoomForSource room;
+        status = room.find(context, index);
         source.seek(0);
         std::string command;
-        while (context.reader.nextRawCommand(source, command)) {
-            if (!startsWithIgnoreCase(command, codes.count) &&
-                !CarriedCommands::isCarried(viewCommand(command))) {
-                writer.write(command);
+        while (status.ok() && context.reader.nextRawCommand(source, command)) {
+            const auto view = viewCommand(command);
+            if (!startsWithIgnoreCase(command, codes.count) && !CarriedCommands::isCarried(view)) {
+                writer.write(room.isInTheWay(view.code) ? room.moved(command) : command);
                 writer.write("\r\n");
             }
         }
-        status = source.status();
+        status = status.ok() ? source.status() : status;
     } else if (isMissing(status) && writer.status().ok()) {
         status = {};  // a document without a G group gets one
     }
-    // A huge count must not overflow.
-    const int index = std::min(count, INT_MAX - 1) + 1;
     name = formatPrintf("Data Source #%d", index);
     writer.write(formatPrintf("%s:%d;\r\n", codes.count, index) + codes.rowText(index, name, "RF"));
     status = status.ok() ? closeCarrying(context.files, context.reader, working::kGeneral, writer)

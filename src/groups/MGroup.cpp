@@ -9,6 +9,7 @@
 #include "core/talk/Messages.h"
 #include "core/talk/UserInterface.h"
 #include "groups/DataSources.h"
+#include "groups/GroupLists.h"
 #include "groups/GroupScan.h"
 #include "groups/KeptCommands.h"
 
@@ -57,10 +58,11 @@ std::string_view rowCode(const GroupRow& row) {
 void readRows(GroupSource& source, GroupRow& record) {
     const auto count = source.count(fieldOf(kSubcarrierCount));
     auto& rows = record.lists[std::string(kSubcarrierCount)];
-    record.fileRows[std::string(kSubcarrierCount)] = count;
+    auto& read = record.fileRows[std::string(kSubcarrierCount)];
     for (std::size_t n = 1; n <= count; ++n) {
         auto& row = rows.emplace_back();
         row.fileRow = n;
+        read.insert(read.end(), n);
         for (const auto& field : subcarrierFields()) {
             if (!isName(field.code)) {
                 row.set(field.code, source.value(field, {n}));
@@ -106,8 +108,7 @@ bool hasFile(const MultiplexGroup& group) {
 }
 
 /// The record as it is written: only the names of the type, and filter types of rows cut.
-GroupRow writtenRecord(const MultiplexGroup& group) {
-    auto record = group.record;
+GroupRow writtenRecord(const MultiplexGroup& group, GroupRow record) {
     record.set(ownNameOf('M'), group.source);
     setName(record, basebandCode(record), kBasebandLink, kBasebandMeasurement, basebandName(group));
     for (auto& row : record.lists[std::string(kSubcarrierCount)]) {
@@ -150,16 +151,17 @@ void loadMultiplex(DocumentContext& context, UserInterface* parent, const std::s
 
 bool storeMultiplex(DocumentContext& context, UserInterface* parent, const MultiplexGroup& group) {
     setStatusText(parent, "Saving Multiplex/Modulation Information...");
+    const auto edition = context.document.version;
+    auto settled =
+        settleRows(group.kept, 'M', group.index, multiplexFields(), group.record, edition);
     GroupWriter writer('M', group.index);
-    writer.writeTable(multiplexFields(), writtenRecord(group), context.document.version);
+    writer.writeTable(multiplexFields(), writtenRecord(group, std::move(settled.record)), edition);
     if (group.record.value(kSignalType).empty()) {
         context.messages.show(parent, 301, title::kWarning, kWarningBox);
     }
     IoStatus status;
     if (hasFile(group)) {
-        const auto text = keptText(
-            parent, keptAtRows(group.kept, 'M', group.index, multiplexFields(), group.record),
-            writer.text());
+        const auto text = keptText(parent, settled.kept, writer.text());
         Transaction transaction(context, editOf('M'));
         status = context.files.put(groupFile('M', group.index), text);
         status = status.ok() ? transaction.commit() : status;

@@ -6,8 +6,10 @@
 #include "core/talk/Messages.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Clock.h"
+#include "core/text/Edition.h"
 #include "core/text/Text.h"
 #include "groups/DataSources.h"
+#include "groups/GroupLists.h"
 #include "groups/SourceNames.h"
 #include "vocabulary/References.h"
 
@@ -18,6 +20,9 @@
 namespace kavu {
 
 namespace {
+
+constexpr std::string_view kTrackCount = "N";
+constexpr std::size_t kMostTrackItems = 9999;
 
 constexpr auto kRecorderSteps = std::to_array<LoadStep>({
     {"R1", 10},
@@ -34,7 +39,7 @@ constexpr auto kRecorderSteps = std::to_array<LoadStep>({
 const Field& trackCountField() {
     const auto fields = recorderSingleFields();
     return *std::find_if(fields.begin(), fields.end(),
-                         [](const Field& field) { return field.code == "N"; });
+                         [](const Field& field) { return field.code == kTrackCount; });
 }
 
 /// Not cut to the two characters of the field, which would give another number.
@@ -73,20 +78,6 @@ void beginGroup(DocumentContext& context, UserInterface* parent, RecorderGroup& 
                      presentDate(context.clock, FieldKind::DateTime, context.document.version));
 }
 
-/// True for a field of one of the lists other than the tracks.
-bool isOfAnotherList(std::string_view field) {
-    const auto isCode = [&](std::string_view code) {
-        return equalsIgnoreCase(field, codeHead(code));
-    };
-    const auto isIt = [&](const Field& other) {
-        return !other.list.empty() && (isCode(other.code) || isCode(other.codeToXml));
-    };
-    return std::any_of(recorderFieldsBeforeTracks().begin(), recorderFieldsBeforeTracks().end(),
-                       isIt) ||
-           std::any_of(recorderFieldsBehindTracks().begin(), recorderFieldsBehindTracks().end(),
-                       isIt);
-}
-
 bool isBlank(const GroupRow& row) {
     return std::all_of(row.values.begin(), row.values.end(),
                        [](const auto& value) { return value.second.empty(); });
@@ -104,6 +95,79 @@ GroupRow withoutBlankMeasurements(GroupRow record) {
         }
     }
     return record;
+}
+
+/// A group with room for all rows of its file.
+struct SettledRecorder {
+    GroupRow record;
+    GroupFile kept;
+    std::vector<TrackNumbers> tracks;
+};
+
+/// A track as a row, with its items.
+GroupRow trackRow(const Track& track) {
+    GroupRow row;
+    row.fileRow = track.fileRow;
+    for (const auto& [count, items] : track.details.items) {
+        const auto numbers = track.details.itemRows.find(count);
+        auto& rows = row.lists[count];
+        for (std::size_t i = 0; i < items.size(); ++i) {
+            const bool isKnown =
+                numbers != track.details.itemRows.end() && i < numbers->second.size();
+            rows.emplace_back().fileRow = isKnown ? numbers->second[i] : 0;
+        }
+    }
+    for (const auto& [count, read] : track.details.itemsRead) {
+        auto& numbers = row.fileRows[count];
+        for (std::size_t number = 1; number <= read; ++number) {
+            numbers.insert(numbers.end(), number);
+        }
+    }
+    return row;
+}
+
+/// The numbers of the rows that are not rows of the file alone, which stay between the others.
+std::vector<std::size_t> numbersOf(const GroupRow& owner, std::string_view list) {
+    const auto rows = owner.rows(list);
+    const auto read = owner.fileRows.find(list);
+    std::vector<std::size_t> numbers;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        if (rows[i].fileRow == 0 ||
+            (read != owner.fileRows.end() && read->second.contains(rows[i].fileRow))) {
+            numbers.push_back(i + 1);
+        }
+    }
+    return numbers;
+}
+
+SettledRecorder settle(const RecorderGroup& group, int edition) {
+    SettledRecorder settled{
+        .record = withoutBlankMeasurements(group.record), .kept = {}, .tracks = {}};
+    auto& record = settled.record;
+    const std::string count(kTrackCount);
+    for (const auto& track : group.tracks) {
+        record.lists[count].push_back(trackRow(track));
+    }
+    record.fileRows[count] = group.rowsRead;
+    const auto prefix = groupHead('R', group.index);
+    makeRoom(record, group.kept, recorderLists(), prefix, edition);
+    const auto& rows = record.lists[count];
+    for (const auto number : numbersOf(record, count)) {
+        auto& track = settled.tracks.emplace_back();
+        track.number = number;
+        const auto& row = rows[number - 1];
+        for (const auto& [items, itemRows] : row.lists) {
+            track.items[items] = numbersOf(row, items);
+            track.counts[items] = itemRows.size();
+        }
+    }
+    if (rows.size() > group.tracks.size() &&
+        rows.size() > clampedCount(record.value(kTrackCount), kMostTracks)) {
+        record.set(kTrackCount, std::to_string(rows.size()));
+    }
+    settled.kept = keptAtRows(group.kept, recorderLists(), prefix, record);
+    record.lists.erase(count);
+    return settled;
 }
 
 using Names = std::vector<std::string*>;
@@ -152,10 +216,38 @@ Names linkNames(RecorderGroup& group, int edition) {
 }
 
 void countTracks(RecorderGroup& group) {
-    group.record.set("N", std::to_string(group.tracks.size()));
+    group.record.set(kTrackCount, std::to_string(group.tracks.size()));
 }
 
 }  // namespace
+
+const GroupLists& recorderLists() {
+    static const GroupLists kLists([] {
+        const auto before = recorderFieldsBeforeTracks();
+        std::vector<Field> table(before.begin(), before.end());
+        std::erase_if(table, [](const Field& field) { return field.code == kTrackCount; });
+        table.push_back({.code = kTrackCount, .kind = FieldKind::Count, .rows = kMostTracks});
+        for (auto field : trackFields()) {
+            field.list = kTrackCount;
+            table.push_back(field);
+        }
+        for (const auto& type : channelTypes()) {
+            std::string_view items;
+            for (auto field : type.fields) {
+                field.list = isItemField(field) ? items : kTrackCount;
+                if (field.kind == FieldKind::Count) {
+                    field.rows = kMostTrackItems;
+                    items = field.code;
+                }
+                table.push_back(field);
+            }
+        }
+        const auto behind = recorderFieldsBehindTracks();
+        table.insert(table.end(), behind.begin(), behind.end());
+        return table;
+    }());
+    return kLists;
+}
 
 std::optional<RecorderGroup> readRecorder(DocumentContext& context, UserInterface* parent,
                                           const std::string& source) {
@@ -189,42 +281,18 @@ std::optional<RecorderGroup> readRecorder(DocumentContext& context, UserInterfac
 }
 
 std::string recorderText(const RecorderGroup& group, int edition) {
-    const auto record = withoutBlankMeasurements(group.record);
+    const auto settled = settle(group, edition);
     GroupWriter writer('R', group.index);
-    writer.writeTable(recorderFieldsBeforeTracks(), record, edition);
-    writeTracks(writer, group.tracks, edition);
-    writer.writeTable(recorderFieldsBehindTracks(), record, edition);
+    writer.writeTable(recorderFieldsBeforeTracks(), settled.record, edition);
+    for (std::size_t i = 0; i < group.tracks.size(); ++i) {
+        writeTrack(writer, group.tracks[i], settled.tracks[i], edition);
+    }
+    writer.writeTable(recorderFieldsBehindTracks(), settled.record, edition);
     return writer.text();
 }
 
 GroupFile recorderLeftovers(const RecorderGroup& group) {
-    std::unordered_map<std::size_t, std::size_t> numbers;
-    for (std::size_t i = 0; i < group.tracks.size(); ++i) {
-        numbers[group.tracks[i].fileRow] = i + 1;
-    }
-    const auto prefix = groupHead('R', group.index);
-    auto kept = group.kept;
-    kept.recode([&](std::string& code) {
-        const auto cut = cutAtRow(code, prefix.size());
-        if (!startsWithIgnoreCase(code, prefix) || !cut ||
-            isOfAnotherList(codeHead(std::string_view(code).substr(prefix.size())))) {
-            return true;
-        }
-        const auto row = clampedCount(cut->rest, kMostTracks);
-        if (!group.rowsRead.contains(row)) {
-            return true;
-        }
-        const auto now = numbers.find(row);
-        if (now == numbers.end()) {
-            return false;
-        }
-        code = withRow(*cut, now->second);
-        return true;
-    });
-    for (const auto table : {recorderFieldsBeforeTracks(), recorderFieldsBehindTracks()}) {
-        kept = keptAtRows(kept, 'R', group.index, table, group.record);
-    }
-    return kept;
+    return settle(group, kLatestEdition).kept;
 }
 
 bool storeRecorder(DocumentContext& context, UserInterface* parent, const RecorderGroup& group) {
@@ -259,7 +327,7 @@ bool setTrackCount(const Messages& messages, UserInterface* parent, RecorderGrou
         messages.show(parent, message::kFewerThanTracks, title::kError, kErrorBox, tracks, tracks);
         return false;
     }
-    group.record.set("N", number);
+    group.record.set(kTrackCount, number);
     return true;
 }
 

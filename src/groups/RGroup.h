@@ -13,6 +13,7 @@
 
 namespace kavu {
 
+class GroupLists;
 class Messages;
 struct DocumentContext;
 
@@ -26,6 +27,9 @@ struct RecorderGroup {
     GroupFile kept{};
     bool isNew = false;  ///< has no file yet; OK writes it, edited or not
 };
+
+/// All lists of the group, the tracks ("N") and their items among them.
+[[nodiscard]] const GroupLists& recorderLists();
 
 /// Reads the group of a data source. Without a group file it is a new one, made now, with the
 /// next free number (message 310, "Creating new data source"). Nothing if the user has

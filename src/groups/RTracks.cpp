@@ -97,7 +97,10 @@ void TrackReader::readDetails(const ChannelType& type, std::size_t row, TrackDet
     const auto fields = itemFields(type, edition_);
     auto& items = details.items[std::string(count->code)];
     items.resize(countItems(*count, row));
+    auto& rows = details.itemRows[std::string(count->code)];
+    details.itemsRead[std::string(count->code)] = items.size();
     for (std::size_t i = 0; i < items.size(); ++i) {
+        rows.push_back(i + 1);
         for (const auto* field : fields) {
             items[i].push_back(value(*field, {row, i + 1}));
         }
@@ -131,7 +134,8 @@ void writeValue(GroupWriter& writer, int edition, const Field& field, const std:
 }
 
 void writeDetails(GroupWriter& writer, int edition, const ChannelType& type,
-                  const TrackDetails& details, std::size_t row) {
+                  const TrackDetails& details, const TrackNumbers& numbers) {
+    const auto row = numbers.number;
     for (const auto* field : detailFields(type, edition)) {
         if (const auto it = details.values.find(detailKey(type, *field));
             it != details.values.end()) {
@@ -143,11 +147,15 @@ void writeDetails(GroupWriter& writer, int edition, const ChannelType& type,
     if (items == details.items.end()) {
         return;
     }
-    writer.write(*count, std::to_string(items->second.size()), {row});
+    const auto stated = numbers.items.find(count->code);
+    const bool isStated = stated != numbers.items.end();
+    const auto rows = isStated ? numbers.counts.at(std::string(count->code)) : items->second.size();
+    writer.write(*count, std::to_string(rows), {row});
     const auto fields = itemFields(type, edition);
     for (std::size_t i = 0; i < items->second.size(); ++i) {
+        const auto number = isStated ? stated->second[i] : i + 1;
         for (std::size_t column = 0; column < fields.size(); ++column) {
-            writeValue(writer, edition, *fields[column], items->second[i][column], {row, i + 1});
+            writeValue(writer, edition, *fields[column], items->second[i][column], {row, number});
         }
     }
 }
@@ -241,17 +249,13 @@ bool readTracks(GroupSource& source, UserInterface* parent, int edition, std::si
     return true;
 }
 
-void writeTracks(GroupWriter& writer, const std::vector<Track>& tracks, int edition) {
+void writeTrack(GroupWriter& writer, const Track& track, const TrackNumbers& numbers, int edition) {
     const auto fields = trackFields();
-    std::size_t row = 0;
-    for (const auto& track : tracks) {
-        ++row;
-        for (std::size_t i = 0; i < fields.size() && i < track.values.size(); ++i) {
-            writeValue(writer, edition, fields[i], track.values[i], {row});
-        }
-        if (const auto* type = typeOf(track, edition)) {
-            writeDetails(writer, edition, *type, track.details, row);
-        }
+    for (std::size_t i = 0; i < fields.size() && i < track.values.size(); ++i) {
+        writeValue(writer, edition, fields[i], track.values[i], {numbers.number});
+    }
+    if (const auto* type = typeOf(track, edition)) {
+        writeDetails(writer, edition, *type, track.details, numbers);
     }
 }
 

@@ -20,8 +20,14 @@ struct TrackDetails {
     /// The items by the code of their count; each row has a value for every field of
     /// `itemFields`.
     std::map<std::string, std::vector<std::vector<std::string>>, std::less<>> items{};
+    /// The numbers under which the items were read, 0 for a new one, and how many were read.
+    std::map<std::string, std::vector<std::size_t>, std::less<>> itemRows{};
+    std::map<std::string, std::size_t, std::less<>> itemsRead{};
 
-    bool operator==(const TrackDetails&) const = default;
+    /// Ignores where items came from.
+    bool operator==(const TrackDetails& other) const {
+        return values == other.values && items == other.items;
+    }
 };
 
 struct Track {
@@ -62,9 +68,17 @@ void setTrackValue(Track& track, std::string_view code, std::string value);
 [[nodiscard]] bool readTracks(GroupSource& source, UserInterface* parent, int edition,
                               std::size_t count, std::vector<Track>& tracks);
 
-/// Writes the tracks, numbered by their place, each with the details of its type. A value that
-/// is not an entry of its choice is left out.
-void writeTracks(GroupWriter& writer, const std::vector<Track>& tracks, int edition);
+/// The numbers that a track and its items are written under, in rising order, and the counts of the
+/// items; those that are not stated are numbered by their place.
+struct TrackNumbers {
+    std::size_t number = 1;
+    std::map<std::string, std::vector<std::size_t>, std::less<>> items{};
+    std::map<std::string, std::size_t, std::less<>> counts{};
+};
+
+/// Writes a track with the details of its type. A value that is not an entry of its choice is left
+/// out.
+void writeTrack(GroupWriter& writer, const Track& track, const TrackNumbers& numbers, int edition);
 
 /// Holds what deleted tracks had, under their track numbers: a new track with the number of
 /// an old one has its details again.

@@ -8,6 +8,7 @@
 #include "core/document/GroupRewrite.h"
 #include "core/talk/Messages.h"
 #include "core/text/Text.h"
+#include "groups/GroupLists.h"
 #include "vocabulary/GGroupFields.h"
 
 #include <map>
@@ -17,22 +18,22 @@ namespace kavu {
 
 namespace {
 
-/// Calls `visit(row, isName, value)` for every name and every type of the list, whatever the
-/// count says.
-template <typename Visit>
-IoStatus forEachRow(DocumentContext& context, const Visit& visit) {
-    const SourceCodes codes;
-    const auto status = forEachCommand(
-        context.reader, context.store.pathOf(working::kGeneral), [&](const std::string& command) {
-            const auto view = viewCommand(command);
-            const bool isName = startsWithIgnoreCase(view.code, codes.name);
-            if (isName || startsWithIgnoreCase(view.code, codes.type)) {
-                const auto& front = isName ? codes.name : codes.type;
-                visit(leadingInteger(view.code.substr(front.size())), isName, view.value);
-            }
-            return true;
-        });
-    return isMissing(status) ? IoStatus() : status;
+/// The indices of a command of a row of the list, known or not; nothing for another command.
+std::optional<FieldPath> sourceRowOf(std::string_view code) {
+    static const GroupLists kLists(generalFields());
+    const auto prefix = groupHead('G', 0);
+    const auto path = startsWithIgnoreCase(code, prefix)
+                          ? parseField(trimRight(code).substr(prefix.size()))
+                          : std::nullopt;
+    const auto* const list = path && path->count > 0 ? kLists.listOf(path->stem) : nullptr;
+    return list != nullptr && list->count.code == kSourceCount ? path : std::nullopt;
+}
+
+/// The command at another row.
+std::string atRow(const std::string& command, const FieldPath& path, std::int64_t row) {
+    const auto front = groupHead('G', 0) + std::string(path.stem) + "-";
+    const auto rest = command.find_first_not_of("0123456789", front.size());
+    return front + std::to_string(row) + command.substr(std::min(rest, command.size()));
 }
 
 /// Changes the G file, or makes it. Rows may move; what is in front of one moves with it.
@@ -66,21 +67,40 @@ IoStatus editGeneral(DocumentContext& context, const Visit& edit,
 
 }  // namespace
 
+IoStatus RoomForSource::find(DocumentContext& context, int row) {
+    std::set<std::int64_t> taken;
+    auto status = forEachCommand(context.reader, context.store.pathOf(working::kGeneral),
+                                 [&taken](const std::string& command) {
+                                     if (const auto path = sourceRowOf(viewCommand(command).code)) {
+                                         taken.insert(path->at[0]);
+                                     }
+                                     return true;
+                                 });
+    row_ = row;
+    unused_ = row;
+    while (taken.contains(++unused_)) {
+    }
+    return isMissing(status) ? IoStatus() : status;
+}
+
+bool RoomForSource::isInTheWay(std::string_view code) const {
+    const auto path = sourceRowOf(code);
+    return path && path->at[0] == row_;
+}
+
+std::string RoomForSource::moved(const std::string& command) const {
+    const auto path = sourceRowOf(viewCommand(command).code);
+    return path ? atRow(command, *path, unused_) : command;
+}
+
 IoStatus appendSource(DocumentContext& context, int rows, std::string_view name,
                       std::string_view type) {
     const int row = rows + 1;
     const SourceCodes codes;
-    const auto nameCode = formatPrintf("%s%d", codes.name, row);
-    const auto typeCode = formatPrintf("%s%d", codes.type, row);
     const auto count = formatPrintf("%s:%d;", codes.count, row);
-    std::set<std::int64_t> taken;
-    if (auto status = forEachRow(
-            context, [&](std::int64_t number, bool, std::string_view) { taken.insert(number); });
-        !status.ok()) {
+    RoomForSource room;
+    if (auto status = room.find(context, row); !status.ok()) {
         return status;
-    }
-    std::int64_t unused = row;
-    while (taken.contains(++unused)) {
     }
     bool counted = false;
     const auto edit = [&](CommandEdit& command) {
@@ -92,10 +112,8 @@ IoStatus appendSource(DocumentContext& context, int rows, std::string_view name,
         }
         // A row after the old count must not be taken for the new one. It may be the only
         // one that names a group, so it is moved.
-        const bool isName = equalsIgnoreCase(code, nameCode);
-        if (isName || equalsIgnoreCase(code, typeCode)) {
-            command.replace(formatPrintf("%s%d", isName ? codes.name : codes.type, unused) +
-                            command.text().substr(code.size()));
+        if (room.isInTheWay(code)) {
+            command.replace(room.moved(command.text()));
         }
     };
     return editGeneral(context, edit, [&] {
@@ -105,14 +123,27 @@ IoStatus appendSource(DocumentContext& context, int rows, std::string_view name,
 
 IoStatus readUncountedSources(DocumentContext& context, int counted,
                               std::vector<DataSource>& rows) {
+    const SourceCodes codes;
     std::map<std::int64_t, DataSource> found;
-    const auto status =
-        forEachRow(context, [&](std::int64_t row, bool isName, std::string_view value) {
-            if (row < 1 || row > counted) {
-                auto& text = isName ? found[row].name : found[row].type;
-                text = text.empty() ? std::string(value) : text;
+    auto status = forEachCommand(
+        context.reader, context.store.pathOf(working::kGeneral), [&](const std::string& command) {
+            const auto view = viewCommand(command);
+            const bool isName = startsWithIgnoreCase(view.code, codes.name);
+            const bool isType = !isName && startsWithIgnoreCase(view.code, codes.type);
+            const auto path = sourceRowOf(view.code);
+            const auto row = isName   ? leadingInteger(view.code.substr(codes.name.size()))
+                             : isType ? leadingInteger(view.code.substr(codes.type.size()))
+                             : path   ? std::int64_t{path->at[0]}
+                                      : 1;
+            if ((isName || isType || path) && (row < 1 || row > counted)) {
+                auto& source = found[row];
+                source.row = static_cast<int>(row);
+                auto& text = isName ? source.name : source.type;
+                text = text.empty() && (isName || isType) ? std::string(view.value) : text;
             }
+            return true;
         });
+    status = isMissing(status) ? IoStatus() : status;
     for (auto& [row, source] : found) {
         rows.push_back(std::move(source));
     }
@@ -122,11 +153,25 @@ IoStatus readUncountedSources(DocumentContext& context, int counted,
 IoStatus rewriteSources(DocumentContext& context, std::span<const DataSource> rows,
                         std::span<const DataSource> uncounted) {
     const SourceCodes codes;
+    std::map<int, int> numbers;
+    for (const auto& some : {rows, uncounted}) {
+        for (const auto& source : some) {
+            numbers.emplace(source.row, static_cast<int>(numbers.size()) + 1);
+        }
+    }
     const auto edit = [&](CommandEdit& command) {
         const auto code = viewCommand(command.text()).code;
         if (equalsIgnoreCase(code, codes.count) || startsWithIgnoreCase(code, codes.name) ||
             startsWithIgnoreCase(code, codes.type)) {
             command.erase();
+        } else if (const auto path = sourceRowOf(code)) {
+            // What no table knows of a row goes where the row goes, or with it.
+            const auto now = numbers.find(path->at[0]);
+            if (now == numbers.end()) {
+                command.erase();
+            } else if (now->second != path->at[0]) {
+                command.replace(atRow(command.text(), *path, now->second));
+            }
         }
     };
     return editGeneral(context, edit, [&] {
@@ -136,8 +181,7 @@ IoStatus rewriteSources(DocumentContext& context, std::span<const DataSource> ro
             for (const auto& source : some) {
                 ++row;
                 // A row without a name stays: the numbers of the others depend on it.
-                text += source.name.empty() ? std::string()
-                                            : codes.rowText(row, source.name, source.type);
+                text += codes.rowText(row, source.name, source.type);
             }
         }
         return text;

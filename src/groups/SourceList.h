@@ -5,6 +5,7 @@
 #include "core/files/IoStatus.h"
 #include "groups/DataSources.h"
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <span>
@@ -13,6 +14,20 @@
 #include <vector>
 
 namespace kavu {
+
+/// Makes room for a new row of the list: what the file has under its number is behind the count,
+/// and may be the only row that names a group. It moves to a number that no row has.
+class RoomForSource {
+  public:
+    [[nodiscard]] IoStatus find(DocumentContext& context, int row);
+    /// True for the code of a command that has to move.
+    [[nodiscard]] bool isInTheWay(std::string_view code) const;
+    [[nodiscard]] std::string moved(const std::string& command) const;
+
+  private:
+    std::int64_t row_ = 0;
+    std::int64_t unused_ = 0;
+};
 
 /// Adds a row after the counted ones; the count is replaced in place. REQUIRES: there are
 /// fewer than 99 rows.

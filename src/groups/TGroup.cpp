@@ -6,6 +6,7 @@
 #include "core/talk/Messages.h"
 #include "core/talk/UserInterface.h"
 #include "groups/DataSources.h"
+#include "groups/GroupLists.h"
 #include "vocabulary/TGroupFields.h"
 
 #include <array>
@@ -63,10 +64,8 @@ std::string transmissionText(const EditedGroup& group, int edition) {
 }
 
 bool storeTransmission(DocumentContext& context, UserInterface* parent, const EditedGroup& group) {
-    return storeGroup(
-        context, parent, group.letter, group.index,
-        transmissionText(group, context.document.version),
-        keptAtRows(group.kept, group.letter, group.index, transmissionFields(), group.record));
+    return storeTable(context, parent, group.letter, group.index, transmissionFields(),
+                      group.record, group.kept);
 }
 
 }  // namespace kavu

@@ -17,10 +17,10 @@ namespace kavu {
                                                           UserInterface* parent,
                                                           const std::string& source);
 
-/// The text of the group file as `storeTransmission` writes it, without the kept
-/// commands.
+/// The text of the group file as `storeTransmission` writes it for rows of the record alone,
+/// without the kept commands.
 [[nodiscard]] std::string transmissionText(const EditedGroup& group, int edition);
-/// Writes the group file; see `storeGroup`.
+/// Writes the group file; see `storeTable`.
 [[nodiscard]] bool storeTransmission(DocumentContext& context, UserInterface* parent,
                                      const EditedGroup& group);
 

@@ -220,6 +220,28 @@ class SetTest(kavu.KavuTest):
     def test_one_refusal_leaves_the_others_undone(self):
         self.refusal("G\\PN=NEW", "G\\SC=Q")
 
+    def test_rows_that_a_higher_count_shows_are_told_and_not_written_over(self):
+        data = ("G\\106:09;G\\POC\\N:1;G\\POC1-1:Ann;G\\POC1-2:Bob;G\\POC2-2:Lab;G\\POC9-2:x;"
+                "R-1\\ID:Deck;R-1\\N:1;R-1\\TK1-1:1;R-1\\DSI-2:lost;R-1\\EV\\N:1;"
+                "R-1\\EV\\ID-1:A;R-1\\EV\\ID-2:B;")
+        self.write("in.tma", data)
+        for count, field in (("G\\POC\\N=2", "G\\POC1-2=New"), ("R-1\\N=2", "R-1\\TK1-2=2"),
+                             ("R-1\\EV\\N=2", "R-1\\EV\\D-2=text")):
+            self.assertIn("behind the count", self.refusal(count, field))
+        result = self.run_json("set", "in.tma", "G\\POC\\N=2", "-o", "out.tma")
+        self.assertEqual(result.status, CLEAN, result)
+        self.assertIn("G\\POC\\N: what was behind the count is in the list now (2).", result.notes)
+        saved = self.read("out.tma")
+        for line in (b"G\\POC\\N:2;", b"G\\POC1-2:Bob;", b"G\\POC2-2:Lab;", b"G\\POC9-2:x;",
+                     b"R-1\\DSI-2:lost;", b"R-1\\EV\\ID-2:B;"):
+            self.assertIn(line, saved)
+        # Once it is a row it is set like any other.
+        self.write("in.tma", saved)
+        result = self.run_json("set", "in.tma", "G\\POC1-2=New", "R-1\\TK1-2=2", "-o", "more.tma")
+        self.assertEqual(result.status, CLEAN, result)
+        self.assertEqual(result.notes, ["R-1\\TK1-2 makes a track of commands of this number that "
+                                        "the file had already."])
+
     def test_wrong_usage(self):
         for arguments in (["G\\PN"], ["=x"], ["PN=x"], ["C-1\\DCN=x"], []):
             result = self.run_cli("set", "in.tma", *arguments, "-o", "out.tma")

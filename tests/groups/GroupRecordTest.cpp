@@ -1,5 +1,5 @@
 #include "core/document/GroupFiles.h"
-#include "groups/GroupRecord.h"
+#include "groups/GroupLists.h"
 #include "groups/GroupScan.h"
 #include "support/TestContext.h"
 
@@ -217,7 +217,7 @@ TEST_F(GroupRecordTest, WhatWasNotReadOfARowGoesWhereTheRowGoes) {
     rows = {rows[2], rows[0]};
     GroupWriter writer('T', 3);
     writer.writeTable(kTable, record, 2011);
-    const auto kept = keptAtRows(source_->kept(), 'T', 3, kTable, record);
+    const auto kept = settleRows(source_->kept(), 'T', 3, kTable, record, 2011).kept;
     EXPECT_EQ(kept.leftovers(writer.text()),
               (std::vector<std::string>{"T-3\\EV\\ID-2:aa;", "T-3\\EV\\ID-1:cc;",
                                         "T-3\\EV\\ID-4:behind;", "T-3\\OTHER-1:x;"}));

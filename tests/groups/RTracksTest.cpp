@@ -227,8 +227,16 @@ TEST_F(RTracks, SkipARowWithoutATrackNumber) {
                             "R-1\\N:3;\r\nR-1\\TK1-1:1;\r\nR-1\\CDT-2:PCMIN;\r\nR-1\\TK1-3:3;\r\n"
                             "R-1\\CDT-3:VIDIN;\r\nR-1\\VED-3:20;\r\n");
     ASSERT_EQ(group.tracks.size(), 2u);
+    // Its commands are not those of the next track, which stays behind them.
+    EXPECT_TRUE(contains(written(group), "R-1\\TK1-3:3;"));
+    EXPECT_TRUE(contains(written(group), "R-1\\VED-3:20;"));
+    EXPECT_EQ(recorderLeftovers(group).leftovers(written(group)),
+              std::vector<std::string>{"R-1\\CDT-2:PCMIN;"});
+}
+
+TEST_F(RTracks, CloseTheGapOfANumberThatNothingHas) {
+    const auto group = read(2011, "R-1\\N:3;\r\nR-1\\TK1-1:1;\r\nR-1\\TK1-3:3;\r\n");
     EXPECT_TRUE(contains(written(group), "R-1\\TK1-2:3;"));
-    EXPECT_TRUE(contains(written(group), "R-1\\VED-2:20;"));
 }
 
 TEST_F(RTracks, DropTheRawValueOfAChoiceButOfferToKeepIt) {
@@ -269,12 +277,14 @@ TEST_F(RTracks, ReadManyItemsWithoutCuttingThem) {
 TEST_F(RTracks, KeepWhatIsUnknownWithTheNumberThatTheirTrackHasNow) {
     auto group = read(2011,
                       "R-1\\N:3;\r\nR-1\\TK1-1:1;\r\nR-1\\TK1-2:2;\r\nR-1\\TK1-3:3;\r\n"
-                      "R-1\\XQ-1:a;\r\nR-1\\XQ-2:b;\r\nR-1\\XQ-3:c;\r\nR-1\\XQ-3:d;\r\n"
-                      "R-1\\XQ\\Z-3-1:e;\r\nR-1\\RIMQ:f;\r\nR-1\\RIMMID-2:g;\r\n");
+                      "R-1\\TKQ-1:a;\r\nR-1\\TKQ-2:b;\r\nR-1\\TKQ-3:c;\r\nR-1\\TKQ-3:d;\r\n"
+                      "R-1\\VCO\\Z-3-1:e;\r\nR-1\\RIMQ:f;\r\nR-1\\RIMMID-2:g;\r\n"
+                      "R-1\\XQ-2:h;\r\nR-1\\XQ-3:i;\r\n");
     deleteTrack(group, 1);
     EXPECT_EQ(recorderLeftovers(group).leftovers(written(group)),
-              (std::vector<std::string>{"R-1\\XQ-1:a;", "R-1\\XQ-2:c;", "R-1\\XQ-2:d;",
-                                        "R-1\\XQ\\Z-2-1:e;", "R-1\\RIMQ:f;", "R-1\\RIMMID-2:g;"}));
+              (std::vector<std::string>{"R-1\\TKQ-1:a;", "R-1\\TKQ-2:c;", "R-1\\TKQ-2:d;",
+                                        "R-1\\VCO\\Z-2-1:e;", "R-1\\RIMQ:f;", "R-1\\RIMMID-2:g;",
+                                        "R-1\\XQ-2:h;", "R-1\\XQ-3:i;"}));
 }
 
 /// One track of each type with every field that the edition knows: the written order is that
@@ -314,7 +324,7 @@ TEST_F(RTracks, AreWrittenInTheOrderOfTheTables) {
                 }
             }
             GroupWriter writer('R', 1);
-            writeTracks(writer, {track}, edition);
+            writeTrack(writer, track, {}, edition);
             std::vector<std::string> codes;
             for (const auto& line : splitLines(writer.text())) {
                 codes.push_back(line.substr(4, line.find(':') - 4));

@@ -69,16 +69,18 @@ std::vector<ListRow> cellsOfRows(std::span<const GroupRow> rows, std::span<const
     return cells;
 }
 
-/// Rows of texts alone, without choices: their cells are their values.
-void storeRows(GroupRow& owner, std::string_view count, const std::vector<ListRow>& rows,
-               std::span<const Field> fields, int edition) {
-    if (rows.empty() && !owner.lists.contains(count)) {
+/// Stores the rows of a list in the row or record that owns it; `before` has them by their ids.
+void storeRows(GroupRow& owner, std::string_view count, const IdentifiedList& list,
+               const std::vector<GroupRow>& before, std::span<const Field> fields, int edition) {
+    if (list.rowCount() == 0 && !owner.lists.contains(count)) {
         return;
     }
-    auto& stored = owner.lists[std::string(count)];
-    stored.assign(rows.size(), GroupRow{});
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        takeCells(stored[i], rows[i], fields, edition);
+    auto& rows = owner.lists[std::string(count)];
+    rows.clear();
+    for (int row = 0; row < list.rowCount(); ++row) {
+        const auto id = static_cast<std::size_t>(list.idOf(row));
+        rows.push_back(id < before.size() ? before[id] : GroupRow{});
+        takeCells(rows.back(), list.cellsOfRow(row), fields, edition);
     }
 }
 
@@ -222,17 +224,8 @@ void RecorderListsPage::load() {
 }
 
 void RecorderListsPage::storeList(const Shown& shown) {
-    const auto& list = *shown.list;
-    if (list.rowCount() == 0 && !group_.record.lists.contains(shown.count->code)) {
-        return;
-    }
-    auto& rows = group_.record.lists[std::string(shown.count->code)];
-    rows.clear();
-    for (int row = 0; row < list.rowCount(); ++row) {
-        const auto id = static_cast<std::size_t>(list.idOf(row));
-        rows.push_back(id < shown.before.size() ? shown.before[id] : GroupRow{});
-        takeCells(rows.back(), list.cellsOfRow(row), shown.fields, form().edition);
-    }
+    storeRows(group_.record, shown.count->code, *shown.list, shown.before, shown.fields,
+              form().edition);
 }
 
 bool RecorderListsPage::store() {
@@ -268,7 +261,7 @@ RecorderEventsPage::RecorderEventsPage(FormContext& form, const RecorderPage& pa
 }
 
 void RecorderEventsPage::addMeasurements(QVBoxLayout& layout) {
-    measurements_ = new EditableList(
+    measurements_ = new IdentifiedList(
         form(), "measurementsToProcess",
         setupOf(measurementFields_, form().edition, kMostEventMeasurements,
                 "Measurement to Process", "Delete 'Measurement to Process' Entry?"),
@@ -308,17 +301,20 @@ void RecorderEventsPage::showMeasurements() {
     const int id = list_->currentId();
     const bool known = id >= 0 && static_cast<std::size_t>(id) < events_.size();
     measurements_->setEnabled(known);
-    measurements_->setRows(
-        known ? cellsOfRows(events_[static_cast<std::size_t>(id)].rows("EV\\PM\\N-n"),
-                            measurementFields_, form().edition)
-              : std::vector<ListRow>());
+    shownMeasurements_.clear();
+    if (known) {
+        const auto rows = events_[static_cast<std::size_t>(id)].rows("EV\\PM\\N-n");
+        shownMeasurements_.assign(rows.begin(), rows.end());
+    }
+    measurements_->setIdentifiedRows(
+        cellsOfRows(shownMeasurements_, measurementFields_, form().edition));
 }
 
 void RecorderEventsPage::takeMeasurements() {
     const int id = list_->currentId();
     if (id >= 0) {
-        storeRows(events_[static_cast<std::size_t>(id)], "EV\\PM\\N-n", measurements_->rows(),
-                  measurementFields_, form().edition);
+        storeRows(events_[static_cast<std::size_t>(id)], "EV\\PM\\N-n", *measurements_,
+                  shownMeasurements_, measurementFields_, form().edition);
     }
 }
 

@@ -105,7 +105,9 @@ class RecorderEventsPage : public RecorderFieldPage {
     /// By the id of the row.
     std::vector<GroupRow> events_;
     IdentifiedList* list_ = nullptr;
-    EditableList* measurements_ = nullptr;
+    IdentifiedList* measurements_ = nullptr;
+    /// By the id of the row.
+    std::vector<GroupRow> shownMeasurements_;
 };
 
 }  // namespace kavu

@@ -209,7 +209,7 @@ std::vector<ListRow> RecorderTrackPage::attributeRows(const ChannelType& type,
 }
 
 void RecorderTrackPage::makeItems(const ChannelType& type) {
-    items_ = new EditableList(form(), "items", itemSetup(type, form().edition), details_);
+    items_ = new IdentifiedList(form(), "items", itemSetup(type, form().edition), details_);
     if (auto* add = items_->findChild<QPushButton*>(QStringLiteral("add"))) {
         add->setText(toQString(type.addText));
         add->setAccessibleName(add->text());
@@ -219,8 +219,14 @@ void RecorderTrackPage::makeItems(const ChannelType& type) {
         const auto* const track = currentTrack();
         const auto known = track->details.items.find(itemCount(type, form().edition)->code);
         const auto size = known == track->details.items.end() ? 0 : known->second.size();
-        return editItem(prompts_, type, *items_, row, before, static_cast<std::size_t>(row) >= size,
-                        window());
+        // The last cell is the id, which an item has from the file or not at all.
+        ListRow cells(before.begin(), before.end() - 1);
+        auto entered = editItem(prompts_, type, *items_, row, cells,
+                                static_cast<std::size_t>(row) >= size, window());
+        if (entered) {
+            entered->push_back(before.back());
+        }
+        return entered;
     };
     connect(items_, &EditableList::changed, this, [this] {
         takeItems();
@@ -232,6 +238,9 @@ void RecorderTrackPage::makeItems(const ChannelType& type) {
 void RecorderTrackPage::showItems(const ChannelType& type, const Track& track) {
     const auto fields = itemFields(type, form().edition);
     std::vector<ListRow> rows;
+    const auto numbers = track.details.itemRows.find(itemCount(type, form().edition)->code);
+    shownItemRows_ =
+        numbers == track.details.itemRows.end() ? std::vector<std::size_t>() : numbers->second;
     const auto items = track.details.items.find(itemCount(type, form().edition)->code);
     if (items != track.details.items.end()) {
         for (const auto& item : items->second) {
@@ -242,7 +251,7 @@ void RecorderTrackPage::showItems(const ChannelType& type, const Track& track) {
             rows.push_back(std::move(row));
         }
     }
-    items_->setRows(std::move(rows));
+    items_->setIdentifiedRows(rows);
 }
 
 void RecorderTrackPage::takeAttributes() {
@@ -267,8 +276,14 @@ void RecorderTrackPage::takeItems() {
     }
     const auto fields = itemFields(*shownType_, form().edition);
     auto& items = track->details.items[std::string(itemCount(*shownType_, form().edition)->code)];
+    auto& numbers =
+        track->details.itemRows[std::string(itemCount(*shownType_, form().edition)->code)];
     items.clear();
-    for (const auto& row : items_->rows()) {
+    numbers.clear();
+    for (int shown = 0; shown < items_->rowCount(); ++shown) {
+        const auto row = items_->cellsOfRow(shown);
+        const auto id = static_cast<std::size_t>(items_->idOf(shown));
+        numbers.push_back(id < shownItemRows_.size() ? shownItemRows_[id] : 0);
         auto& item = items.emplace_back();
         for (std::size_t i = 0; i < fields.size(); ++i) {
             item.push_back(valueOfText(*fields[i], form().edition, row[i + 1]));

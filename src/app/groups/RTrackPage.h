@@ -51,7 +51,8 @@ class RecorderTrackPage : public PropertyPage {
     IdentifiedList* list_ = nullptr;
     QGroupBox* details_ = nullptr;
     EditableList* attributes_ = nullptr;
-    EditableList* items_ = nullptr;
+    IdentifiedList* items_ = nullptr;
+    std::vector<std::size_t> shownItemRows_;  ///< the numbers in the file, by the id of the row
     const ChannelType* shownType_ = nullptr;
     std::vector<const Field*> shownFields_;
 };

@@ -72,6 +72,44 @@ class GSheetTest : public ::testing::Test {
     FormContext form = formContext(t.ui, door, t.context);
 };
 
+TEST_F(GSheetTest, ContactsBehindTheCountAreNotTheNewContacts) {
+    put("G\\POC\\N:1;\r\nG\\POC1-1:Ann;\r\nG\\POC1-2:Bob;\r\nG\\POC2-2:Lab;\r\nG\\POC9-1:x;\r\n");
+    t.ui.queued = {Button::Yes};
+    EXPECT_TRUE(edit(2011, [this](QDialog& dialog) {
+        auto& list = contacts(dialog);
+        ASSERT_EQ(list.rowCount(), 1);
+        door.next([](QDialog& row) {
+            type(row, "POC1", QStringLiteral("New"));
+            press(row, "ok");
+        });
+        press(list, "add");
+        press(dialog, "ok");
+    }));
+    EXPECT_EQ(file(),
+              "G\\POC\\N:3;\r\nG\\POC1-1:Ann;\r\nG\\POC1-2:Bob;\r\nG\\POC2-2:Lab;\r\n"
+              "G\\POC1-3:New;\r\nG\\POC9-1:x;\r\n");
+}
+
+TEST_F(GSheetTest, WhatNoTableKnowsOfARowGoesWithItAndWithNoOther) {
+    put(std::string(kSources) +
+        "G\\DSIX-1:radio;\r\nG\\DSIX-3:lab;\r\nG\\POC9-1:contact;\r\nG\\XYZ-2:free;\r\n");
+    t.ui.queued = {Button::Yes, Button::Yes};
+    EXPECT_TRUE(edit(2011, [](QDialog& dialog) {
+        auto& list = sources(dialog);
+        select(list, "Deck");
+        press(list, "delete");
+        press(dialog, "ok");
+    }));
+    const auto text = file();
+    for (const auto* const line : {"G\\DSI\\N:2;", "G\\POC9-1:contact;", "G\\XYZ-2:free;"}) {
+        EXPECT_NE(text.find(line), std::string::npos) << line << text;
+    }
+    // The sheet shows them by their types: Lab (OTH) is before Radio (RF).
+    EXPECT_NE(text.find("G\\DSI-1:Lab;"), std::string::npos) << text;
+    EXPECT_NE(text.find("G\\DSIX-1:lab;"), std::string::npos) << text;
+    EXPECT_NE(text.find("G\\DSIX-2:radio;"), std::string::npos) << text;
+}
+
 TEST_F(GSheetTest, HasItsTitleAndItsPagesInOrder) {
     put("G\\PN:P;\r\n");
     EXPECT_FALSE(edit(2011, [](QDialog& dialog) {

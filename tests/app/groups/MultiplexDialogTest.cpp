@@ -75,6 +75,29 @@ TEST_F(MultiplexDialogTest, ShowsTheGroupAndStoresEveryField) {
               "M-1\\COM:note;\r\n");
 }
 
+TEST_F(MultiplexDialogTest, SubcarriersBehindTheCountAreNotTheNewOnes) {
+    put(std::string(kHead) + kRow +
+        "M-1\\SI1-2:9;\r\nM-1\\SI2-2:ANA;\r\nM-1\\SI\\MN-2:Hidden;\r\nM-1\\SI9-1:x;\r\n"
+        "M-1\\BB9-1:free;\r\n");
+    t.ui.queued = {Button::Yes};
+    EXPECT_TRUE(edit([this](QDialog& dialog) {
+        ASSERT_EQ(list(dialog).rowCount(), 1);
+        door.next([](QDialog& row) {
+            type(row, "SI1-n", QStringLiteral("12"));
+            press(row, "ok");
+        });
+        press(list(dialog), "add");
+        press(dialog, "ok");
+    }));
+    const auto text = file();
+    for (const auto* const line :
+         {"M-1\\SI\\N:3;", "M-1\\SI1-1:1;", "M-1\\SI1-2:9;", "M-1\\SI2-2:ANA;",
+          "M-1\\SI\\MN-2:Hidden;", "M-1\\SI1-3:12;", "M-1\\SI9-1:x;", "M-1\\BB9-1:free;"}) {
+        EXPECT_NE(text.find(line), std::string::npos) << line << "\n" << text;
+    }
+    EXPECT_EQ(text.find("SI\\MN-3"), std::string::npos) << text;
+}
+
 TEST_F(MultiplexDialogTest, OkWithoutAChangeWritesNothing) {
     put(std::string(kHead) + "M-1\\X:1;\r\n");
     EXPECT_FALSE(edit([](QDialog& dialog) { press(dialog, "ok"); }));

@@ -69,6 +69,28 @@ class RSheetTest : public ::testing::Test {
     RecorderSurroundings around{{"Deck", "Radio"}, {"Link 1", "Link 2"}, {}, {}};
 };
 
+TEST_F(RSheetTest, AnEventOrAMeasurementOfItTakesItsUnknownCommandsAlong) {
+    put("R-1\\ID:Deck;\r\nR-1\\EV\\N:1;\r\nR-1\\EV\\ID-1:A;\r\nR-1\\EV\\PM\\N-1:2;\r\n"
+        "R-1\\EV\\PM\\MN-1-1:M1;\r\nR-1\\EV\\PM\\MN-1-2:M2;\r\nR-1\\EV\\PM\\X-1-2:two;\r\n"
+        "R-1\\EV\\ID-2:hidden;\r\nR-1\\EV\\X-2:ex;\r\n");
+    t.ui.queued = {Button::Yes, Button::Yes};
+    EXPECT_TRUE(edit(2011, [this](QDialog& dialog) {
+        auto* const page = pageOf(dialog, "Tape6");
+        auto* const measurements = find<EditableList>(*page, "measurementsToProcess");
+        measurements->selectRow(0);
+        press(*measurements, "delete");
+        door.next(fillRow({{"EV\\ID", "New"}}));
+        press(*find<EditableList>(*page, "events"), "add");
+        press(dialog, "ok");
+    }));
+    const auto text = file();
+    for (const auto* const line :
+         {"R-1\\EV\\N:3;", "R-1\\EV\\PM\\MN-1-1:M2;", "R-1\\EV\\PM\\X-1-1:two;",
+          "R-1\\EV\\ID-2:hidden;", "R-1\\EV\\X-2:ex;", "R-1\\EV\\ID-3:New;"}) {
+        EXPECT_NE(text.find(line), std::string::npos) << line << "\n" << text;
+    }
+}
+
 TEST_F(RSheetTest, HasItsPagesInOrderAndRemembersTheLastOne) {
     put("R-1\\ID:Deck;\r\n");
     EXPECT_FALSE(edit(2011, [](QDialog& dialog) {

@@ -75,6 +75,60 @@ class RTrackPageTest : public ::testing::Test {
     FormContext form = formContext(t.ui, door, t.context);
 };
 
+TEST_F(RTrackPageTest, DeletingATrackLeavesOtherListsAndBringsItsOwnCommandsAlong) {
+    put("R-1\\ID:Deck;\r\nR-1\\N:2;\r\nR-1\\TK1-1:1;\r\nR-1\\TK1-2:2;\r\nR-1\\TK9-2:nine;\r\n"
+        "R-1\\EV\\X-1:event;\r\nR-1\\RMMX-1:medium;\r\nR-1\\RIMX-1:module;\r\n"
+        "R-1\\RT9-1:reference;\r\nR-1\\XYZ-1:free;\r\n");
+    t.ui.queued = {Button::Yes, Button::Yes};
+    EXPECT_TRUE(edit(2009, [](RecorderTrackPage& page) {
+        auto* const list = find<EditableList>(page, "tracks");
+        list->selectRow(0);
+        press(*list, "delete");
+    }));
+    const auto text = file();
+    for (const auto* const line :
+         {"R-1\\TK1-1:2;", "R-1\\TK9-1:nine;", "R-1\\EV\\X-1:event;", "R-1\\RMMX-1:medium;",
+          "R-1\\RIMX-1:module;", "R-1\\RT9-1:reference;", "R-1\\XYZ-1:free;"}) {
+        EXPECT_NE(text.find(line), std::string::npos) << line << "\n" << text;
+    }
+}
+
+TEST_F(RTrackPageTest, RowsThatAreNoTracksAreNotTheNextTracks) {
+    put("R-1\\ID:Deck;\r\nR-1\\N:2;\r\nR-1\\TK1-1:1;\r\nR-1\\DSI-2:lost;\r\nR-1\\TK1-3:3;\r\n"
+        "R-1\\DSI-3:behind;\r\n");
+    t.ui.queued = {Button::Yes};
+    EXPECT_TRUE(edit(2001, [this](RecorderTrackPage& page) {
+        auto* const list = find<EditableList>(page, "tracks");
+        ASSERT_EQ(list->rowCount(), 1);
+        expectRow({{"TK1", "7"}});
+        press(*list, "add");
+    }));
+    const auto text = file();
+    for (const auto* const line : {"R-1\\N:4;", "R-1\\TK1-1:1;", "R-1\\DSI-2:lost;",
+                                   "R-1\\TK1-3:3;", "R-1\\DSI-3:behind;", "R-1\\TK1-4:7;"}) {
+        EXPECT_NE(text.find(line), std::string::npos) << line << "\n" << text;
+    }
+}
+
+TEST_F(RTrackPageTest, WhatNoTableKnowsOfAnItemGoesWithIt) {
+    put(std::string(kAnalog) +
+        "R-1\\ACH\\N-1:2;\r\nR-1\\AMN-1-1:A;\r\nR-1\\AMN-1-2:B;\r\nR-1\\AMNX-1-1:a;\r\n"
+        "R-1\\AMNX-1-2:b;\r\nR-1\\AMN-1-3:hidden;\r\n");
+    t.ui.queued = {Button::Yes, Button::Yes};
+    EXPECT_TRUE(edit(2009, [](RecorderTrackPage& page) {
+        auto* const items = find<EditableList>(page, "items");
+        ASSERT_EQ(items->rowCount(), 2);
+        items->selectRow(0);
+        press(*items, "delete");
+    }));
+    const auto text = file();
+    for (const auto* const line :
+         {"R-1\\ACH\\N-1:1;", "R-1\\AMN-1-1:B;", "R-1\\AMNX-1-1:b;", "R-1\\AMN-1-3:hidden;"}) {
+        EXPECT_NE(text.find(line), std::string::npos) << line << "\n" << text;
+    }
+    EXPECT_EQ(text.find("AMNX-1-2"), std::string::npos) << text;
+}
+
 TEST_F(RTrackPageTest, AddsATrackWithTheFirstEntryOfEveryList) {
     put("R-1\\ID:Deck;\r\n");
     EXPECT_TRUE(edit(2011, [this](RecorderTrackPage& page) {
