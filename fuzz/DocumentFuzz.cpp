@@ -1,7 +1,9 @@
 // Opens any bytes as a document and saves it, with replies, a cancel and editions that the
 // input chooses. What opened must save, and what was saved must open again and save as the
-// same bytes: a second pass may not lose anything.
+// same bytes: a second pass may not lose anything. In the first pass every command must be in the
+// file that is saved, unless a message or a remark says that it is not.
 #include "FuzzRun.h"
+#include "LostCommands.h"
 #include "core/WorkingStore.h"
 #include "core/document/BuildDocument.h"
 #include "core/document/OpenDocument.h"
@@ -18,6 +20,7 @@ namespace {
 using kavu::fuzz::makeScratch;
 using kavu::fuzz::read;
 using kavu::fuzz::Run;
+using kavu::test::RecordingInterface;
 
 /// The edition of a document without a `G\106`, and one to convert to, or 0.
 struct Editions {
@@ -44,6 +47,11 @@ void setEditions(Run& run, const Editions& editions) {
     }
 }
 
+void keepComments(Run& run, bool keep) {
+    run.application.context().settings.overrideForThisRun(kavu::setting::kKeepComments.name,
+                                                          keep ? "1" : "0");
+}
+
 /// True if the input has the two bytes that stand for line breaks in a group file: they
 /// come out as line breaks.
 bool holdsStoredBytes(std::span<const std::uint8_t> data) {
@@ -63,6 +71,68 @@ bool holdsSwallowedFileName(std::string_view text) {
         }
     }
     return false;
+}
+
+/// A text as messages show it.
+std::string shownText(std::string text) {
+    std::erase(text, '\r');
+    return text;
+}
+
+/// A command of the G group that a save, or a new data source, writes.
+bool isRewritten(const kavu::fuzz::FileCommand& command, const RecordingInterface& ui) {
+    const auto field = kavu::lowerAscii(command.field);
+    return command.letter == 'G' && (field == "fn" || (field == "dsi\\n" && ui.hasBox(304)));
+}
+
+/// Checks what became of the commands of the groups.
+void checkGroups(const std::vector<kavu::fuzz::FileCommand>& before,
+                 const std::vector<kavu::fuzz::FileCommand>& after, const RecordingInterface& ui,
+                 int edition) {
+    using namespace kavu::fuzz;
+    const auto told = shownText(everythingTold(ui));
+    for (const auto* const lost :
+         lostCommands(before, after, [](const FileCommand& command) { return command.text; })) {
+        const bool isNewer =
+            (lost->letter == 'S' && edition < 2005) || (lost->letter == 'V' && edition < 2004);
+        const auto remark = std::string("has no ") + lost->letter + " groups";
+        if (!isOfSavedGroup(*lost) || isOfConversions(*lost) || isRewritten(*lost, ui) ||
+            (isNewer && told.find(remark) != std::string::npos) ||
+            told.find(shownText(lost->text)) != std::string::npos) {
+            continue;
+        }
+        std::fprintf(stderr, "lost: %s\n", lost->text.c_str());
+        KAVU_CHECK(false);
+    }
+}
+
+/// Checks that what is in no group was counted, or kept.
+void checkRemarks(const std::vector<kavu::fuzz::FileCommand>& before,
+                  const std::vector<kavu::fuzz::FileCommand>& after, const RecordingInterface& ui,
+                  bool keepsComments) {
+    using namespace kavu::fuzz;
+    std::vector<FileCommand> comments;
+    long unknown = 0;
+    long outside = 0;
+    for (const auto& command : before) {
+        if (command.isComment) {
+            comments.push_back(command);
+        } else if (!isOfKnownGroup(command)) {
+            ++unknown;
+        } else if (!isOfSavedGroup(command)) {
+            ++outside;
+        }
+    }
+    KAVU_CHECK(numberTold(ui, "of no known group") == unknown);
+    KAVU_CHECK(numberTold(ui, "is not 1 to 99") == outside);
+    if (keepsComments) {
+        const auto text = [](const FileCommand& command) { return command.text; };
+        // Comments of a group that the edition does not have are left out with it.
+        KAVU_CHECK(lostCommands(comments, after, text).empty() ||
+                   everythingTold(ui).find(" file has no ") != std::string::npos);
+    } else {
+        KAVU_CHECK(numberTold(ui, "of the file") == static_cast<long>(comments.size()));
+    }
 }
 
 /// Opens and saves; returns the edition of the document, or 0 if it did not open.
@@ -96,19 +166,29 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         KAVU_CHECK(kavu::makeFolder(folder).ok());
     }
 
+    const bool keepsComments = data[1] % 4 > 1;
     int edition = 0;
     {
         Run run(scratch);
         run.ui.otherwise = reply;
         run.ui.cancelAtPoll = cancelAt;
         setEditions(run, editions);
+        keepComments(run, keepsComments);
         edition = roundTrip(run, in, folders[0] + "/out.tma");
+        if (edition > 0 && editions.output.empty()) {
+            const auto before = kavu::fuzz::commandsOf(read(in));
+            const auto after = kavu::fuzz::commandsOf(read(folders[0] + "/out.tma"));
+            checkGroups(before, after, run.ui, edition);
+            kavu::fuzz::checkConversions(before, after, run.ui);
+            checkRemarks(before, after, run.ui, keepsComments);
+        }
     }
     if (edition > 0) {
         Run run(scratch);
         run.ui.otherwise = reply;
         const auto year = std::to_string(edition);
         setEditions(run, {year, {}});
+        keepComments(run, keepsComments);
         const int again = roundTrip(run, folders[0] + "/out.tma", folders[1] + "/out.tma");
         if (again > 0 && !holdsStoredBytes({data, size}) && !holdsSwallowedFileName(read(in))) {
             KAVU_CHECK(read(folders[0] + "/out.tma") == read(folders[1] + "/out.tma"));
