@@ -14,10 +14,18 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kavu {
 
 class UserInterface;
+
+/// Lists commands that would be dropped and asks whether to keep them, with Yes as default. False,
+/// without a question, if there are none, and without a parent.
+[[nodiscard]] bool askToKeep(UserInterface* parent, const std::vector<std::string>& dropped);
+
+/// Shows, in a note, commands that the new file states in other words; nothing if there are none.
+void showReplaced(UserInterface* parent, const std::vector<std::string>& replaced);
 
 /// The whole text of the new file. Lists what would be dropped (`GroupFile::leftovers`) and asks
 /// whether to keep it, with Yes as default: with Yes it is at the end, with No, or without a

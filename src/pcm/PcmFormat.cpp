@@ -34,6 +34,7 @@ void PcmFormat::clear() {
     idCounters.clear();
     asyncFormats.clear();
     wordFrameDefinitions.clear();
+    kept = {};
     words_.clear();
     cells_.reset(0);
     subframesChanged();

@@ -12,6 +12,7 @@
 #include "pcm/model/FixedText.h"
 #include "pcm/model/FrameCells.h"
 #include "pcm/model/Measurement.h"
+#include "pcm/model/StreamKept.h"
 #include "pcm/model/Subframe.h"
 #include "pcm/model/WordFrame.h"
 #include "vocabulary/StreamLimits.h"
@@ -107,6 +108,7 @@ class PcmFormat : public PcmAttributes {
     std::vector<IdCounter> idCounters;
     std::vector<AsyncFormat> asyncFormats;                  ///< at most 18; record n is at n - 1
     std::vector<WordFrameDefinition> wordFrameDefinitions;  ///< entry n is at n - 1
+    StreamKept kept;                                        ///< what the files hold besides
 
     [[nodiscard]] int asyncCount() const { return static_cast<int>(asyncFormats.size()); }
 

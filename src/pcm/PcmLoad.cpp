@@ -178,12 +178,32 @@ void PcmLoad::logLastCommands(std::string_view commands) {
     }
 }
 
+std::optional<CommandIndex::Found> PcmLoad::take(std::string_view field) {
+    yieldToInterface(parent);
+    auto found = fields->find(prefix + std::string(field));
+    if (found) {
+        fields->markRead(found->place);
+        read_.push_back(found->place);
+    }
+    return found;
+}
+
+void PcmLoad::leaveOut(std::size_t from) {
+    for (; read_.size() > from; read_.pop_back()) {
+        fields->markRead(read_.back(), false);
+    }
+}
+
 std::optional<std::string_view> PcmLoad::text(std::string_view field, int limit) {
-    return fields->findField(format.context().reader, parent, prefix + std::string(field), limit);
+    const auto found = take(field);
+    return found ? std::optional(
+                       format.context().reader.applyLimit(parent, found->code, found->value, limit))
+                 : std::nullopt;
 }
 
 std::optional<int> PcmLoad::number(std::string_view field) {
-    return fields->findIntField(parent, prefix + std::string(field));
+    const auto found = take(field);
+    return found ? std::optional(std::max(0, leadingInt(found->value))) : std::nullopt;
 }
 
 std::optional<int> PcmLoad::limitedNumber(std::string_view field, int limit) {

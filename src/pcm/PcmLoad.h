@@ -12,6 +12,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kavu {
 
@@ -83,6 +84,10 @@ class PcmLoad {
     [[nodiscard]] std::optional<int> number(std::string_view field);
     /// The value cut to its limit, as a number; a negative one counts as 0.
     [[nodiscard]] std::optional<int> limitedNumber(std::string_view field, int limit);
+    /// How much has been read of `fields`, for `leaveOut`.
+    [[nodiscard]] std::size_t readSoFar() const { return read_.size(); }
+    /// What has been read since then is not in the model: a save keeps it as it is.
+    void leaveOut(std::size_t from);
     /// Lets the interface paint; true if the user has cancelled.
     [[nodiscard]] bool cancelled();
     /// A status text, at most once a second.
@@ -97,7 +102,9 @@ class PcmLoad {
   private:
     [[nodiscard]] bool mayLog();
     [[nodiscard]] bool statusDue();
+    [[nodiscard]] std::optional<CommandIndex::Found> take(std::string_view field);
 
+    std::vector<std::size_t> read_;  ///< the places in `fields`
     int messages_ = 0;
     std::size_t commandBytes_ = 0;
 };

@@ -87,7 +87,10 @@ void PcmFieldsPage::updateControls() {
     }
     if (auto* const order = qobject_cast<QComboBox*>(fields_->control("F2"));
         order != nullptr && format.wordTransferOrder.empty()) {
+        // A list without a placeholder selects its first entry, which nobody has chosen.
+        const QSignalBlocker quiet(order);
         order->setPlaceholderText(format.isBusStream ? QStringLiteral("Default") : QString());
+        order->setCurrentIndex(-1);
     }
     offerCodes();
 }

@@ -76,7 +76,9 @@ class CommandIndex {
     std::optional<int> findIntField(UserInterface* parent, std::string_view code);
 
     // Marks. REQUIRES: place < size().
-    void markRead(std::size_t place) { entries_[place].read = 1; }
+    void markRead(std::size_t place, bool isRead = true) {
+        entries_[place].read = isRead ? 1U : 0U;
+    }
     [[nodiscard]] bool isRead(std::size_t place) const { return entries_[place].read != 0; }
 
     /// The approximate size in bytes.

@@ -52,6 +52,7 @@ class RootsAndChildren {
         auto measurement = format_.cells().measurement(source);
         const int definition = measurement.wordFrameIndex;
         measurement.name = record.name;
+        measurement.kept = 0;  // what the file holds of the other one is not of this one
         measurement.parity = record.parity;
         measurement.parityTransferOrder = record.parityTransferOrder;
         measurement.transferOrder = record.transferOrder;

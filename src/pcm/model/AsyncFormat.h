@@ -42,6 +42,7 @@ struct AsyncFormat {
     std::string dataOrder;
     std::string secondDataPosition;
     std::string userDataPosition;
+    int fileRow = 0;  ///< its number in the file; 0 for a new one
     [[nodiscard]] bool operator==(const AsyncFormat&) const = default;
 };
 

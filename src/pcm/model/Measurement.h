@@ -23,6 +23,7 @@ struct Measurement {
     FixedText<1> fragmentTransferOrder;
     int fragmentNumber = 0;  ///< from 1; 0 for unfragmented
     int wordFrameIndex = 0;  ///< from 1, into the word/frame definitions; 0 is none
+    int kept = 0;            ///< from 1, into what its file holds besides; 0 is nothing
     [[nodiscard]] bool operator==(const Measurement&) const = default;
 };
 

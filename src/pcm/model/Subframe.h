@@ -27,6 +27,7 @@ struct Subframe {
     FixedText<2> locationMode;     ///< SF3: "FI", "EL", "NA"
     FixedText<4> interval;         ///< SF5
     FixedText<3> depth;            ///< SF6: frames in one cycle
+    int fileRow = 0;               ///< its number in the file; 0 for a new one
 
     [[nodiscard]] bool isSupercommutated() const {
         return !(supercommutated == kNotSupercommutated);
@@ -49,6 +50,7 @@ struct IdCounter {
     FixedText<3> endFrame;        ///< IDC9
     FixedText<3> countDirection;  ///< IDC10: "INC" or "DEC"
     std::vector<Subframe> subframes;
+    int fileRow = 0;  ///< its number in the file; 0 for a new one
 
     /// End frame minus start frame plus 1.
     [[nodiscard]] int depth() const { return endFrame.number() - startFrame.number() + 1; }

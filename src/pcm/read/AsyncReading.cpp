@@ -25,8 +25,12 @@ class AsyncReader {
         format_.asyncFormats.emplace_back();
         format_.asyncFormats.back().isDataMerge = codes_.isDataMerge;
         record_ = format_.asyncCount();
-        if (!readRecord()) {
+        const auto from = load_.readSoFar();
+        if (readRecord()) {
+            record().fileRow = n_;
+        } else {
             removeAsyncFormat(format_, nullptr, record_, -1, -1);
+            load_.leaveOut(from);
         }
         return !cancelled_;
     }
@@ -135,9 +139,12 @@ class AsyncReader {
                 cancelled_ = true;
                 return false;
             }
+            const auto from = load_.readSoFar();
             const auto word = every ? readWord(k) : steppedWord(*first, k);
             // A later location where the stream cannot be is left out.
-            if (word && checkAsyncWord(*word) && isNew(*word) && !readLocation(*word, k)) {
+            if (!word || !checkAsyncWord(*word) || !isNew(*word)) {
+                load_.leaveOut(from);
+            } else if (!readLocation(*word, k)) {
                 return false;
             }
         }

@@ -58,10 +58,9 @@ void DataChunks::add(std::string_view command) {
     if (indices.count == 1 && equalsIgnoreCase(head, codeHead(measurement_field::kCount.code))) {
         countedLists_.insert(indices.fields[0]);
     }
-    const int measurement = indices.count >= 2 ? indices.fields[1] : 0;
-    if (measurement < 0 || measurement > kMostMeasurements) {
-        return;
-    }
+    // No measurement has a higher number: such a command is only kept.
+    const int number = indices.count >= 2 ? indices.fields[1] : 0;
+    const int measurement = std::clamp(number, 0, kMostMeasurements + kMeasurementsInChunk);
     if (head.size() < view.field.size() &&
         equalsIgnoreCase(head, codeHead(measurement_field::kLocationType.code))) {
         const bool wordFrame = equalsIgnoreCase(view.value, "WDFR");
@@ -145,16 +144,51 @@ CommandIndex* DataChunks::chunkOf(int measurement) {
         return &it->second;
     }
     CommandIndex commands;
-    if (!waiting_.contains(number) ||
-        !commands.readFile(load_.format.context().reader, pathOf(number)).ok()) {
+    if (!readChunk(number, commands)) {
         return nullptr;
     }
     if (readBytes_ > kMostRead) {
-        read_.clear();
-        readBytes_ = 0;
+        dropRead();
     }
     readBytes_ += commands.memory();
     return &(read_[number] = std::move(commands));
+}
+
+bool DataChunks::readChunk(int number, CommandIndex& commands) const {
+    if (!waiting_.contains(number) ||
+        !commands.readFile(load_.format.context().reader, pathOf(number)).ok()) {
+        return false;
+    }
+    const auto marks = marks_.find(number);
+    for (std::size_t place = 0; marks != marks_.end() && place < commands.size(); ++place) {
+        commands.markRead(place, marks->second[place]);
+    }
+    return true;
+}
+
+void DataChunks::dropRead() {
+    for (const auto& [number, commands] : read_) {
+        auto& marks = marks_[number];
+        marks.resize(commands.size());
+        for (std::size_t place = 0; place < commands.size(); ++place) {
+            marks[place] = commands.isRead(place);
+        }
+    }
+    read_.clear();
+    readBytes_ = 0;
+}
+
+void DataChunks::forEachChunk(const std::function<void(const CommandIndex&)>& visit) {
+    for (const auto& [number, waiting] : waiting_) {
+        if (const auto it = read_.find(number); it != read_.end()) {
+            visit(it->second);
+            continue;
+        }
+        CommandIndex commands;
+        if (readChunk(number, commands)) {
+            visit(commands);
+        }
+    }
 }
 
 CommandIndex& DataChunks::lists() {

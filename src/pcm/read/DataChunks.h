@@ -6,6 +6,7 @@
 #include "core/files/IoStatus.h"
 #include "groups/CountCheck.h"
 
+#include <functional>
 #include <map>
 #include <set>
 #include <string>
@@ -20,7 +21,6 @@ class PcmLoad;
 class DataChunks {
   public:
     static constexpr int kMeasurementsInChunk = 100;
-    /// Measurements with a higher number are not read.
 
     DataChunks(PcmLoad& load, int group);
     DataChunks(const DataChunks&) = delete;
@@ -44,6 +44,8 @@ class DataChunks {
     /// The first measurement number from `number` on whose chunk exists, or one that is too
     /// high.
     [[nodiscard]] int nextPresent(int number) const;
+    /// Visits all commands, with the marks of those that were read. Nothing may be read after it.
+    void forEachChunk(const std::function<void(const CommandIndex&)>& visit);
 
     // The location types in the file.
     [[nodiscard]] bool hasWordFrame() const { return hasWordFrame_; }
@@ -53,6 +55,9 @@ class DataChunks {
     void add(std::string_view command);
     IoStatus writeOut();
     [[nodiscard]] std::string pathOf(int chunk) const;
+    /// Reads the commands of a chunk again, with their marks.
+    [[nodiscard]] bool readChunk(int number, CommandIndex& commands) const;
+    void dropRead();
 
     PcmLoad& load_;
     int group_;
@@ -62,6 +67,7 @@ class DataChunks {
     std::string smf_;
     std::unordered_map<int, CommandIndex> read_;
     std::size_t readBytes_ = 0;
+    std::unordered_map<int, std::vector<bool>> marks_;  ///< of chunks that were read and dropped
     CommandIndex none_;
     std::set<int> countedLists_;
     CountCheck counts_;

@@ -22,9 +22,12 @@ class CounterReader {
 
     /// False if the rest of the counter's commands, including its subframes, is skipped.
     bool read() {
+        const auto from = load_.readSoFar();
         if (!readName()) {
+            load_.leaveOut(from);
             return false;
         }
+        counter_.fileRow = number_;
         readType();
         if (!readWord()) {
             return false;

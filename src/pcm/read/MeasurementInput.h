@@ -17,6 +17,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <climits>
 
@@ -35,6 +36,7 @@ class MeasurementInput {
 
     [[nodiscard]] std::string_view name() const { return cell.name; }
     [[nodiscard]] int list() const { return list_; }
+    [[nodiscard]] int row() const { return number_; }
 
     /// The search for locations and fragments ends after this many missing ones in a row: a
     /// count from a damaged file would never end.
@@ -90,6 +92,14 @@ class MeasurementInput {
         const auto value = wholeText(field, indices);
         return value ? std::optional(leadingInt(*value)) : std::nullopt;
     }
+    /// How much has been read, for `leaveOut`.
+    [[nodiscard]] std::size_t readSoFar() const { return read_.size(); }
+    /// What has been read since then is not in the model: a save keeps it as it is.
+    void leaveOut(std::size_t from = 0) {
+        for (; read_.size() > from; read_.pop_back()) {
+            fields_.markRead(read_.back(), false);
+        }
+    }
     /// Sets the number of locations of every copy.
     void setLocationCount(int count) {
         cell.locationCount = count;
@@ -106,6 +116,8 @@ class MeasurementInput {
         if (!found) {
             return std::nullopt;
         }
+        fields_.markRead(found->place);
+        read_.push_back(found->place);
         return load.format.context().reader.applyLimit(load.parent, found->code, found->value,
                                                        limit);
     }
@@ -120,6 +132,7 @@ class MeasurementInput {
     int list_;
     int number_;
     std::string code_;
+    std::vector<std::size_t> read_;  ///< the places of the commands
 };
 
 // Each of these places the measurement of one location type; an invalid measurement is

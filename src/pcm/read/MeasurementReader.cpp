@@ -3,6 +3,7 @@
 #include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "groups/GroupScan.h"
+#include "pcm/read/KeptReading.h"
 #include "pcm/read/MeasurementInput.h"
 #include "pcm/read/TaggedData.h"
 
@@ -16,7 +17,7 @@ namespace {
 class MeasurementReader {
   public:
     MeasurementReader(PcmLoad& load, int group)
-        : load_(load), format_(load.format), group_(group), chunks_(load, group) {}
+        : load_(load), format_(load.format), group_(group), chunks_(load, group), kept_(load) {}
 
     int read();
 
@@ -24,6 +25,7 @@ class MeasurementReader {
     int readCount();
     void keepComment();
     void readList(int list);
+    void readRow(MeasurementInput& input);
     void readMeasurement(MeasurementInput& input);
     bool readType(MeasurementInput& input);
     void place(MeasurementInput& input);
@@ -39,16 +41,19 @@ class MeasurementReader {
     PcmFormat& format_;
     int group_;
     DataChunks chunks_;
+    KeptMeasurements kept_;
     std::optional<DocumentWriter> tags_;  ///< while the file is being written
     int tagNumber_ = 0;                   ///< of the list being read
 };
 
 std::optional<std::string_view> MeasurementReader::listText(const Field& field,
                                                             std::initializer_list<int> numbers) {
-    const auto found = chunks_.lists().find(load_.prefix + fieldCode(field.code, numbers));
+    auto& lists = chunks_.lists();
+    const auto found = lists.find(load_.prefix + fieldCode(field.code, numbers));
     if (!found) {
         return std::nullopt;
     }
+    lists.markRead(found->place);
     return format_.context().reader.applyLimit(load_.parent, found->code, found->value,
                                                static_cast<int>(field.limit));
 }
@@ -171,6 +176,8 @@ void MeasurementReader::readMeasurement(MeasurementInput& input) {
         load_.log(281, title::kErrorReadingMeasurement, load_.prefix,
                   input.code(measurement_field::kName), input.name());
         load_.corrected();
+        kept_.noteSecond(input.list(), input.row(), input.name());
+        input.cell.name.clear();
         return;
     }
     input.cell.parity = input.textOrMissing(measurement_field::kParity);
@@ -181,6 +188,19 @@ void MeasurementReader::readMeasurement(MeasurementInput& input) {
     }
     if (readType(input)) {
         place(input);
+    }
+}
+
+/// Reads a measurement, and notes whether it is in the model.
+void MeasurementReader::readRow(MeasurementInput& input) {
+    const int taggedBefore = tagNumber_;
+    readMeasurement(input);
+    if (tagNumber_ > taggedBefore) {
+        kept_.noteTagged(input.list(), input.row());
+    } else if (!input.name().empty() && format_.hasMeasurement(input.name())) {
+        kept_.notePlaced(input.list(), input.row(), input.name());
+    } else {
+        input.leaveOut();
     }
 }
 
@@ -235,6 +255,7 @@ void MeasurementReader::readList(int list) {
         return;
     }
     const int count = std::min(*told, kMostMeasurements);
+    kept_.noteCount(list, count);
     for (int m = chunks_.nextPresent(1); m <= count; ++m) {
         if (load_.cancelled()) {
             return;
@@ -249,7 +270,7 @@ void MeasurementReader::readList(int list) {
             load_.progress(100.0 * m / count);
         }
         MeasurementInput input(load_, *chunk, list, m);
-        readMeasurement(input);
+        readRow(input);
         if (load_.abort) {
             return;
         }
@@ -272,6 +293,11 @@ int MeasurementReader::read() {
         return -1;
     }
     decideSubframes();
+    if (auto& group = chunks_.lists();
+        const auto name =
+            group.peek(load_.prefix + std::string(measurement_field::kDataLink.code))) {
+        group.markRead(name->place);  // the stream was found by it
+    }
     const int lists = readCount();
     keepComment();
     if (load_.edition() >= 2011) {
@@ -301,6 +327,7 @@ int MeasurementReader::read() {
                                         kErrorBox);
         return -1;
     }
+    kept_.gather(chunks_);
     format_.sortCells();
     return load_.result;
 }

@@ -45,6 +45,7 @@ void readSupercomList(MeasurementInput& input, int count) {
         if (load.cancelled()) {
             return;
         }
+        const auto from = input.readSoFar();
         const auto fwp = input.number(minor_supercom_field::kWord, {k});
         if (!fwp) {
             ++missing;
@@ -54,7 +55,11 @@ void readSupercomList(MeasurementInput& input, int count) {
         }
         missing = 0;
         input.cell.mask = input.textOrMissing(minor_supercom_field::kWordMask, {k});
-        added += add(input, *fwp) ? 1 : 0;
+        if (add(input, *fwp)) {
+            ++added;
+        } else {
+            input.leaveOut(from);
+        }
         if (load.abort) {
             return;
         }
@@ -134,6 +139,7 @@ void readFragmentList(MeasurementInput& input, int count, Fragments& fragments) 
         if (load.cancelled()) {
             return;
         }
+        const auto from = input.readSoFar();
         const auto fwp = input.number(minor_fragment_field::kWord, {k});
         if (!fwp) {
             ++missing;
@@ -149,6 +155,7 @@ void readFragmentList(MeasurementInput& input, int count, Fragments& fragments) 
         input.cell.fragmentNumber = input.number(minor_fragment_field::kFragment, {k}).value_or(0);
         fragments.seen.add(input.cell.fragmentNumber);
         if (!add(input, *fwp)) {
+            input.leaveOut(from);
             fragments.failed = true;
             if (load.abort) {
                 return;

@@ -8,6 +8,7 @@
 #include "pcm/model/PcmFormatFields.h"
 #include "pcm/model/SubframeFields.h"
 #include "pcm/read/AsyncReading.h"
+#include "pcm/read/KeptReading.h"
 #include "pcm/read/PGroupSideFiles.h"
 #include "pcm/read/PcmCounts.h"
 #include "pcm/read/SubframeReading.h"
@@ -148,6 +149,7 @@ void readWordLengths(PcmLoad& load) {
     auto& format = load.format;
     const auto& position = wordLengthFields().front();
     for (int n = 1;; ++n) {
+        const auto from = load.readSoFar();
         const auto fwp = load.number(fieldCode(position.code, {n}));
         if (!fwp) {
             return;
@@ -161,9 +163,11 @@ void readWordLengths(PcmLoad& load) {
         if (!format.isDataWord(*fwp)) {
             load.log(173, title::kErrorReadingFormat, *fwp, format.wordsPerMinorFrame,
                      format.wordsPerMinorFrame - 1);
+            load.leaveOut(from);
         } else if (length && *length < 1) {
             load.log(174, title::kErrorReadingFormat, *fwp);
             load.corrected();
+            load.leaveOut(from);
         } else if (length) {
             format.setWordLength(*fwp, *length);
         }
@@ -195,7 +199,8 @@ bool readParts(PcmLoad& load) {
     if (!readIdCounters(load) || load.cancelled()) {
         return false;
     }
-    load.countsSubframes = hasSubframeCounts(load);
+    // Later editions have no subframes in the file: their counts are no part of the model.
+    load.countsSubframes = load.edition() < kHiddenSubframesEdition && hasSubframeCounts(load);
     load.progress(80);
     if (load.edition() >= 2009) {
         load.status("Initializing Minor Frame Filtering Commands");
@@ -257,9 +262,15 @@ int readPcmGroup(PcmLoad& load) {
         if (status.ok()) {
             load.fields = &fields;
             load.prefix = groupHead('P', format.pGroup);
+            if (const auto name = fields.peek(load.prefix + std::string(p::kDln.code))) {
+                fields.markRead(name->place);  // the stream was found by it
+            }
             const int result = readCommands(load);
             if (result >= 0 && !format.isBusStream) {
                 checkPcmCounts(load);
+            }
+            if (result >= 0) {
+                gatherKeptOfFormat(load);
             }
             load.fields = nullptr;
             return result;

@@ -105,6 +105,7 @@ void readSupercomList(MeasurementInput& input, std::string_view subframe, int co
         if (load.cancelled()) {
             return;
         }
+        const auto from = input.readSoFar();
         const auto position = input.number(subframe_supercom_field::kPosition, {k});
         if (!position) {
             ++missing;
@@ -120,9 +121,14 @@ void readSupercomList(MeasurementInput& input, std::string_view subframe, int co
             const int positions = input.format.subframePositions(subframe);
             load.log(272, title::kUnableToInitializeMeasurement, *position, subframe, positions,
                      positions, input.name());
+            input.leaveOut(from);
             continue;
         }
-        added += placeInSubframe(input, subframe, fwp, fn) ? 1 : 0;
+        if (placeInSubframe(input, subframe, fwp, fn)) {
+            ++added;
+        } else {
+            input.leaveOut(from);
+        }
         if (load.abort) {
             return;
         }
@@ -229,6 +235,7 @@ void SubframeFragments::placeSupercom(std::string_view subframe, int interval) {
 bool SubframeFragments::readInterval(int s, std::string_view subframe, bool supercommutated) {
     auto& load = input_.load;
     usedInterval_ = true;
+    const auto from = input_.readSoFar();
     const auto first = input_.number(subframe_fragment_field::kFirst, {s});
     if (!first) {
         load.log(261, title::kError, load.prefix, input_.code(subframe_fragment_field::kFirst, {s}),
@@ -243,6 +250,7 @@ bool SubframeFragments::readInterval(int s, std::string_view subframe, bool supe
         return fail();
     }
     input_.cell.interval = std::max(0, leadingInt(*interval));
+    input_.leaveOut(from);  // no place of the model holds what tells the others
     if (supercommutated) {
         placeSupercom(subframe, input_.cell.interval);
     } else {
@@ -308,8 +316,10 @@ void SubframeFragments::readList(int s, std::string_view subframe, bool supercom
     usedList_ = true;
     masks_.clear();
     for (int j = 1; !input_.load.cancelled(); ++j) {
+        const auto from = input_.readSoFar();
         const auto position = input_.number(subframe_fragment_field::kPosition, {s, j});
         if (!position || !readListEntry(s, j, *position, subframe, supercommutated)) {
+            input_.leaveOut(from);
             return;
         }
     }
@@ -317,6 +327,7 @@ void SubframeFragments::readList(int s, std::string_view subframe, bool supercom
 
 bool SubframeFragments::readOne(int s) {
     auto& load = input_.load;
+    const auto from = input_.readSoFar();
     const auto named = input_.text(subframe_fragment_field::kSubframe, {s});
     missing_ = named ? 0 : missing_ + 1;
     const std::string subframe(named.value_or("Unknown"));
@@ -324,6 +335,7 @@ bool SubframeFragments::readOne(int s) {
     if (!ref) {
         load.log(260, title::kErrorReadingSubframeFragments, subframe);
         failed_ = true;
+        input_.leaveOut(from);
         return missing_ < MeasurementInput::kMostMissing;
     }
     const bool supercommutated = input_.format.subframe(*ref)->isSupercommutated();

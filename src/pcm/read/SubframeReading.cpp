@@ -55,7 +55,9 @@ class SubframeReader {
           record_(counter_.subframes[static_cast<std::size_t>(subframe - 1)]) {}
 
     void read() {
+        const auto from = load_.readSoFar();
         if (!readName()) {
+            load_.leaveOut(from);
             return;
         }
         readKind();
@@ -64,6 +66,11 @@ class SubframeReader {
             readInterval();
         }
         readDepth();
+        if (firstWord_ > 0) {
+            record_.fileRow = m_;
+        } else {
+            load_.leaveOut(from);  // one without words is not written
+        }
     }
 
   private:
@@ -150,6 +157,7 @@ class SubframeReader {
     }
 
     bool readLocation(int k, bool there) {
+        const auto from = load_.readSoFar();
         const auto command = fieldCode(subframe_field::kLocation.field.code, {n_, m_, k});
         const auto given = there ? load_.number(command) : std::nullopt;
         const bool isGiven = given.has_value();
@@ -162,6 +170,7 @@ class SubframeReader {
             return true;
         }
         load_.corrected();
+        load_.leaveOut(from);
         if (isQuiet()) {
             return false;
         }

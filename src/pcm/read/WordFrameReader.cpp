@@ -56,7 +56,8 @@ class WordFrameReader {
     void reportMissing(std::string_view what, const Field& field, int k, int f);
     void takeEveryFrame(WordFrameFragment& fragment);
     [[nodiscard]] int sumOfMasks(const WordFrameLocation& location) const;
-    void makeSubframes(WordFrameLocation& location);
+    /// False if a subframe cannot be made; the location then has no place.
+    bool makeSubframes(WordFrameLocation& location);
     void order(int k, WordFrameLocation& location);
 
     MeasurementInput& input_;
@@ -165,6 +166,7 @@ bool WordFrameReader::readFragments(int k, int count, bool hasLength, WordFrameL
             return false;
         }
         present_ = false;
+        const auto from = input_.readSoFar();
         const auto fragment = readFragment(k, f);
         missing = present_ ? 0 : missing + 1;
         if (load_.abort) {
@@ -172,6 +174,8 @@ bool WordFrameReader::readFragments(int k, int count, bool hasLength, WordFrameL
         }
         if (fragment) {
             location.fragments.push_back(*fragment);
+        } else {
+            input_.leaveOut(from);
         }
     }
     const int sum = count > 1 ? sumOfMasks(location) : 0;
@@ -189,13 +193,14 @@ bool WordFrameReader::readFragments(int k, int count, bool hasLength, WordFrameL
     return true;
 }
 
-void WordFrameReader::makeSubframes(WordFrameLocation& location) {
+bool WordFrameReader::makeSubframes(WordFrameLocation& location) {
     for (const auto& fragment : location.fragments) {
         if (!giveHiddenSubframes(load_, input_.name(), fragment)) {
             location.fragments.clear();
-            return;
+            return false;
         }
     }
+    return true;
 }
 
 /// Sorts the fragments by position, and renumbers the positions 1, 2, 3 and so on.
@@ -224,6 +229,7 @@ void WordFrameReader::order(int k, WordFrameLocation& location) {
 }
 
 bool WordFrameReader::readLocation(int k, WordFrameLocation& location) {
+    const auto from = input_.readSoFar();
     const auto told = number(word_frame_field::kFragments, {k});
     const int count = std::max(1, told.value_or(1));
     const auto length = count > 1 ? number(word_frame_field::kLength, {k}) : std::nullopt;
@@ -231,7 +237,9 @@ bool WordFrameReader::readLocation(int k, WordFrameLocation& location) {
     if (!readFragments(k, count, length.has_value(), location)) {
         return true;
     }
-    makeSubframes(location);
+    if (!makeSubframes(location)) {
+        input_.leaveOut(from);
+    }
     order(k, location);
     for (const auto& fragment : location.fragments) {
         placeWordFrameFragment(load_, input_.cell, fragment);

@@ -3,7 +3,6 @@
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
-#include "core/document/CarriedCommands.h"
 #include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "core/files/FileIo.h"
@@ -129,25 +128,48 @@ bool followRow(std::string& code, const Rows& former,
     return true;
 }
 
-/// Puts the group in the place of the former one. What that carries follows its measurements by
-/// their names.
-IoStatus closeGroup(DocumentContext& context, const std::string& file, DocumentWriter& writer) {
-    CarriedCommands carried(CarriedCommands::Follow::Codes);
-    auto status = gatherCarried(context.files, context.reader, file, carried);
-    if (!status.ok() || carried.empty()) {
-        return status.ok() ? writer.close() : status;
+/// Puts the group in the place of the former one, whose carried commands it gathers.
+IoStatus closeGroup(DocumentContext& context, const std::string& file, DocumentWriter& writer,
+                    CarriedMeasurements& carried) {
+    auto status = gatherCarried(context.files, context.reader, file, carried.commands);
+    if (status.ok() && !carried.commands.empty()) {
+        carried.former = rowsOf(context.reader, context.files.path(file), status);
     }
-    const auto path = context.files.path(file);
-    const auto former = rowsOf(context.reader, path, status);
-    status = status.ok() ? writer.close() : status;
+    return status.ok() ? writer.close() : status;
+}
+
+IoStatus carryAlong(DocumentContext& context, const std::string& file,
+                    CarriedMeasurements& carried) {
+    if (carried.commands.empty()) {
+        return {};
+    }
+    IoStatus status;
     std::map<std::pair<int, std::string>, int> now;
-    if (status.ok()) {
-        for (const auto& [place, name] : rowsOf(context.reader, path, status)) {
-            now.emplace(std::pair(place.first, name), place.second);
-        }
+    for (const auto& [place, name] : rowsOf(context.reader, context.files.path(file), status)) {
+        now.emplace(std::pair(place.first, name), place.second);
     }
-    carried.recode([&](std::string& code) { return followRow(code, former, now); });
-    return status.ok() ? putCarriedBack(context.files, context.reader, file, carried) : status;
+    carried.commands.recode(
+        [&](std::string& code) { return followRow(code, carried.former, now); });
+    return status.ok() ? putCarriedBack(context.files, context.reader, file, carried.commands)
+                       : status;
+}
+
+/// Reports a failure. True without one.
+bool isWritten(UserInterface* parent, const IoStatus& status) {
+    if (!status.ok()) {
+        if (parent != nullptr) {
+            parent->beep();
+        }
+        showBox(parent,
+                formatPrintf("%s\n\n'%s': %s", kUnableToOpen, status.path(), status.reason()),
+                std::string(loadText(title::kError).value_or("")));
+    }
+    return status.ok();
+}
+
+/// The D group of a bus or packet stream was never read.
+bool hasGroup(const PcmFormat& format) {
+    return !format.isBusStream && !isPacketStream(format);
 }
 
 /// Writes one D group to an open file.
@@ -241,9 +263,14 @@ class ListWriter {
 }  // namespace
 
 bool writeMeasurements(PcmFormat& format, UserInterface* parent) {
+    CarriedMeasurements carried;
+    return writeMeasurements(format, parent, carried) && carryMeasurements(format, parent, carried);
+}
+
+bool writeMeasurements(PcmFormat& format, UserInterface* parent, CarriedMeasurements& carried) {
     auto& context = format.context();
-    if (format.isBusStream || isPacketStream(format)) {
-        return true;  // a D group of the stream's name was never read
+    if (!hasGroup(format)) {
+        return true;
     }
     setStatusText(parent, "Saving PCM Measurement Information...");
     setProgressBar(parent, 0);
@@ -255,17 +282,14 @@ bool writeMeasurements(PcmFormat& format, UserInterface* parent) {
         if (writer.status().ok()) {
             ListWriter(format, parent, writer.out()).write();
         }
-        status = closeGroup(context, file, writer);
+        status = closeGroup(context, file, writer, carried);
     }
-    if (!status.ok()) {
-        if (parent != nullptr) {
-            parent->beep();
-        }
-        showBox(parent,
-                formatPrintf("%s\n\n'%s': %s", kUnableToOpen, status.path(), status.reason()),
-                std::string(loadText(title::kError).value_or("")));
-    }
-    return status.ok();
+    return isWritten(parent, status);
+}
+
+bool carryMeasurements(PcmFormat& format, UserInterface* parent, CarriedMeasurements& carried) {
+    return !hasGroup(format) ||
+           isWritten(parent, carryAlong(format.context(), groupFile('D', format.dGroup), carried));
 }
 
 }  // namespace kavu

@@ -16,6 +16,7 @@
 #include "pcm/model/PcmFormatFields.h"
 #include "pcm/model/RecordField.h"
 #include "pcm/write/AsyncWriting.h"
+#include "pcm/write/KeptWriting.h"
 #include "pcm/write/MeasurementWriting.h"
 #include "pcm/write/SubframeWriting.h"
 
@@ -81,6 +82,13 @@ void writeComment(const PcmFormat& format, FileWriter& writer, const std::string
     writeCommand(writer, prefix, "COM", comment);
 }
 
+bool isDone(UserInterface* parent, const IoStatus& status) {
+    if (!status.ok()) {
+        reportUnableToWrite(parent, status);
+    }
+    return status.ok();
+}
+
 }  // namespace
 
 void appendWorkingFile(const PcmFormat& format, FileWriter& writer, std::string_view name) {
@@ -95,7 +103,11 @@ void appendWorkingFile(const PcmFormat& format, FileWriter& writer, std::string_
     }
 }
 
-bool writePcmGroup(PcmFormat& format, UserInterface* parent) {
+namespace {
+
+/// Writes the P group, and gathers what its former file carries. False if the file could not be
+/// written, which is reported.
+bool writePcmGroup(PcmFormat& format, UserInterface* parent, CarriedCommands& carried) {
     auto& context = format.context();
     setStatusText(parent, "Saving PCM Format Information...");
     setProgressBar(parent, 0);
@@ -136,20 +148,41 @@ bool writePcmGroup(PcmFormat& format, UserInterface* parent) {
     writeDataMerge(format, parent, writer, prefix);
     setProgressBar(parent, 95);
     writeComment(format, writer, prefix);
-    const auto status = closeCarrying(context.files, context.reader, file, group);
-    if (!status.ok()) {
-        reportUnableToWrite(parent, status);
-    }
-    return status.ok();
+    auto status = gatherCarried(context.files, context.reader, file, carried);
+    status = status.ok() ? group.close() : status;
+    return isDone(parent, status);
 }
+
+/// Writes both groups with what is kept of their former files.
+bool writeGroups(PcmFormat& format, UserInterface* parent) {
+    auto& context = format.context();
+    CarriedCommands carried(CarriedCommands::Follow::Values);
+    CarriedMeasurements measurements;
+    if (!writePcmGroup(format, parent, carried) ||
+        !writeMeasurements(format, parent, measurements)) {
+        return false;
+    }
+    const auto kept = keepBeyondModel(format, parent);
+    if (!isDone(parent, kept.status) ||
+        !isDone(parent, putCarriedBack(context.files, context.reader, groupFile('P', format.pGroup),
+                                       carried)) ||
+        !carryMeasurements(format, parent, measurements)) {
+        return false;
+    }
+    if (kept.isDropped) {
+        forgetKept(format);
+    }
+    return true;
+}
+
+}  // namespace
 
 bool savePcmFormat(PcmFormat& format, UserInterface* parent) {
     if (!format.loaded() || !format.changed) {
         return true;
     }
-    if (!inTransaction(format.context(), parent, OperationId::EditStream, [&] {
-            return writePcmGroup(format, parent) && writeMeasurements(format, parent);
-        })) {
+    if (!inTransaction(format.context(), parent, OperationId::EditStream,
+                       [&] { return writeGroups(format, parent); })) {
         return false;
     }
     format.changed = false;

@@ -66,17 +66,7 @@ class SubframeWriter {
     }
 
     void writeSubframes(int index) {
-        const auto& subframes = format_.idCounters[static_cast<std::size_t>(index)].subframes;
-        std::vector<int> written;
-        for (std::size_t j = 0; j < subframes.size(); ++j) {
-            const auto& words = format_.wordsOf({index, static_cast<int>(j)});
-            // The counter's index is compared with word positions here: a subframe whose
-            // words are all before it is left out, as it always was.
-            if (!subframes[j].name.empty() && !subframes[j].hidden && !words.empty() &&
-                words.back() >= index) {
-                written.push_back(static_cast<int>(j));
-            }
-        }
+        const auto written = writtenSubframes(format_, index);
         number(subframe_field::kCount.field, static_cast<int>(written.size()), {index + 1});
         int m = 0;
         for (const int j : written) {
@@ -121,6 +111,21 @@ class SubframeWriter {
 };
 
 }  // namespace
+
+std::vector<int> writtenSubframes(const PcmFormat& format, int counter) {
+    const auto& subframes = format.idCounters[static_cast<std::size_t>(counter)].subframes;
+    std::vector<int> written;
+    for (std::size_t j = 0; j < subframes.size(); ++j) {
+        const auto& words = format.wordsOf({counter, static_cast<int>(j)});
+        // The counter's index is compared with word positions here: a subframe whose
+        // words are all before it is left out, as it always was.
+        if (!subframes[j].name.empty() && !subframes[j].hidden && !words.empty() &&
+            words.back() >= counter) {
+            written.push_back(static_cast<int>(j));
+        }
+    }
+    return written;
+}
 
 void writeIdCounters(const PcmFormat& format, FileWriter& writer, const std::string& prefix) {
     SubframeWriter(format, writer, prefix).write();

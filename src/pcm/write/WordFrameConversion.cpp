@@ -310,6 +310,7 @@ class Conversion {
         result.filterOverwrite = old.filterOverwrite;
         result.locationType = kWordFrameType;
         result.locationCount = definition.locationCount();
+        result.kept = old.kept;
         return result;
     }
 

@@ -388,5 +388,65 @@ TEST_F(AsyncUnderCounterTest, AFormatOfSeveralLocationsIsNamedAndGoes) {
     makeCounterAt(5);
 }
 
+// --- what the groups hold and the model does not
+// ---------------------------------------------------
+
+/// A stream with commands of another program and a measurement that is left out; the second
+/// measurement of its list is the first one of the frame.
+struct KeptStream {
+    Commands format = plainFormat(32, 8) + Commands{"VND:1"};
+    Commands measurements = listOf({{"MN@:LATE", "LT@:MF", "MF@:9", "VND@:own"},
+                                    {"MN@:EARLY", "LT@:MF", "MF@:5"},
+                                    {"MN@:LEFT", "LT@:MF", "MFM@:0011"}});
+};
+
+TEST_F(StreamFormsTest, OkAsksWhetherToKeepWhatTheStreamDoesNotKnow) {
+    for (const bool keeps : {true, false}) {
+        start(2009, KeptStream().format, KeptStream().measurements);
+        t.ui.boxes.clear();
+        t.ui.otherwise = keeps ? Button::Yes : Button::No;
+        EXPECT_TRUE(edit([](QDialog& sheet) { test::pick(sheet, "D3", QStringLiteral("E")); }));
+        ASSERT_EQ(t.ui.boxes.size(), 1U);
+        const auto& asked = t.ui.boxes.front();
+        EXPECT_EQ(asked.title, "Keep Commands?");
+        EXPECT_EQ(asked.defaultButton, Button::Yes);
+        const auto group =
+            pGroup() + test::readFile(t.application.context().store.pathOf("[kavu]PCMMEAS.D01"));
+        EXPECT_TRUE(wrote("D3:E"));
+        for (const auto* const command :
+             {"P-1\\VND:1;", "D-1\\VND-1-2:own;", "D-1\\MN-1-3:LEFT;", "D-1\\MFM-1-3:0011;"}) {
+            EXPECT_NE(asked.text.find(command), std::string::npos) << asked.text;
+            EXPECT_EQ(group.find(command) != std::string::npos, keeps) << command << group;
+        }
+        EXPECT_NE(group.find(keeps ? "D-1\\MN\\N-1:3;" : "D-1\\MN\\N-1:2;"), std::string::npos);
+    }
+}
+
+TEST_F(StreamFormsTest, TheSaveOfTheDisplayAsksTheSame) {
+    for (const bool keeps : {true, false}) {
+        start(2009, KeptStream().format, KeptStream().measurements);
+        t.ui.boxes.clear();
+        t.ui.otherwise = keeps ? Button::Yes : Button::No;
+        t.ui.choices = {1};  // word 2
+        door.next([&](QDialog& sheet) {
+            door.next([&](QDialog& display) {
+                door.next([](QDialog& word) { press(word, "move"); });
+                dynamic_cast<MajorFrameWindow&>(display).editCell(9, 1);
+                display.close();
+            });
+            press(sheet, "viewEditStream");
+            press(sheet, "cancel");
+        });
+        editStream(form, t.application, "PCM 1");
+        EXPECT_TRUE(t.ui.hasText("D-1\\VND-1-1:own;")) << "LATE is the first one now";
+        const auto group =
+            test::readFile(t.application.context().store.pathOf("[kavu]PCMMEAS.D01"));
+        EXPECT_NE(group.find("D-1\\MF-1-1:2;"), std::string::npos) << group;
+        EXPECT_EQ(group.find("D-1\\VND-1-1:own;") != std::string::npos, keeps) << group;
+        EXPECT_EQ(group.find("D-1\\MN-1-3:LEFT;") != std::string::npos, keeps) << group;
+        EXPECT_EQ(wrote("VND:1"), keeps);
+    }
+}
+
 }  // namespace
 }  // namespace kavu

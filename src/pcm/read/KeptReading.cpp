@@ -1,0 +1,255 @@
+#include "pcm/read/KeptReading.h"
+
+#include "core/command/CommandPath.h"
+#include "core/text/Text.h"
+#include "pcm/PcmLoad.h"
+#include "pcm/read/DataChunks.h"
+#include "pcm/read/RowRules.h"
+#include "vocabulary/DGroupFields.h"
+
+#include <algorithm>
+
+namespace kavu {
+
+namespace {
+
+/// The filter commands: their second number is not that of a measurement.
+constexpr std::string_view kFilterHead = "SMF\\";
+
+/// A command without the head of its group, and with its `;`.
+std::string textOf(const CommandView& command) {
+    std::string text(command.field);
+    return text.append(":").append(command.value).append(";");
+}
+
+std::string codeKey(const CommandView& command) {
+    return lowerAscii(trimRight(command.field));
+}
+
+/// What the load has read: the codes, and the rows of lists that it knows.
+struct ReadCommands {
+    std::unordered_set<std::string> codes;
+    std::unordered_set<std::string> rows;
+
+    void add(const CommandView& command, const RowRules& rules) {
+        codes.insert(codeKey(command));
+        const auto path = parseField(trimRight(command.field));
+        for (const auto& use : path ? rules.usesOf(path->stem) : std::span<const RowUse>()) {
+            if (use.depth < path->count) {
+                rows.insert(RowRules::rowKey(use, *path));
+            }
+        }
+    }
+    [[nodiscard]] KeptCommand kept(const CommandView& command, const RowRules& rules) const {
+        KeptCommand result{.text = textOf(command), .isRepeat = codes.contains(codeKey(command))};
+        const auto path = parseField(trimRight(command.field));
+        for (const auto& use : path ? rules.usesOf(path->stem) : std::span<const RowUse>()) {
+            if (use.depth < path->count && !rows.contains(RowRules::rowKey(use, *path))) {
+                result.missingRow = use.depth;
+                break;
+            }
+        }
+        return result;
+    }
+};
+
+/// What commands belong to that are of no measurement.
+constexpr std::pair<int, int> kOfLists{0, 0};
+
+/// The row of a measurement list that a command belongs to.
+std::pair<int, int> rowOf(const CommandView& command) {
+    const auto path = parseField(trimRight(command.field));
+    if (!path || path->count < 2 || startsWithIgnoreCase(path->stem, kFilterHead)) {
+        return kOfLists;
+    }
+    return {path->at[0], path->at[1]};
+}
+
+/// A command of a row without the numbers of the row.
+std::string lineOf(std::string_view text) {
+    const auto command = viewCommand(text);
+    const auto path = parseField(trimRight(command.field));
+    std::string line = lowerAscii(path->stem);
+    for (int i = 2; i < path->count; ++i) {
+        line.append("-").append(std::to_string(path->at[static_cast<std::size_t>(i)]));
+    }
+    return line.append(":").append(command.value);
+}
+
+}  // namespace
+
+void gatherKeptOfFormat(PcmLoad& load) {
+    const auto& commands = *load.fields;
+    const auto isUnread = [&commands](std::size_t place) {
+        return !commands.isRead(place) && !commands.at(place).head.empty();
+    };
+    std::vector<std::size_t> unread;
+    for (std::size_t place = 0; place < commands.size(); ++place) {
+        if (isUnread(place)) {
+            unread.push_back(place);
+        }
+    }
+    if (unread.empty()) {
+        return;
+    }
+    ReadCommands read;
+    for (std::size_t place = 0; place < commands.size(); ++place) {
+        if (commands.isRead(place)) {
+            read.add(commands.at(place), pcmRowRules());
+        }
+    }
+    for (const auto place : unread) {
+        load.format.kept.ofFormat.push_back(read.kept(commands.at(place), pcmRowRules()));
+    }
+}
+
+void KeptMeasurements::markPlaced(int list, int number) {
+    auto& rows = placed_[list];
+    const auto at = static_cast<std::size_t>(number);
+    if (rows.size() <= at) {
+        rows.resize(at + 1);
+    }
+    rows[at] = true;
+}
+
+void KeptMeasurements::notePlaced(int list, int number, std::string_view name) {
+    markPlaced(list, number);
+    if (load_.format.measurementListCount > 1) {
+        firstRows_.emplace(lowerAscii(name), Row(list, number));
+    }
+}
+
+void KeptMeasurements::noteTagged(int list, int number) {
+    markPlaced(list, number);
+    tagged_.emplace(list, number);
+}
+
+void KeptMeasurements::noteSecond(int list, int number, std::string_view name) {
+    const auto first = firstRows_.find(lowerAscii(name));
+    if (first == firstRows_.end() || first->second.first == list ||
+        !secondNames_.emplace(list, first->first).second) {
+        return;
+    }
+    seconds_.emplace(Row(list, number), Second{first->first, first->second});
+    firstLines_[first->second];
+}
+
+bool KeptMeasurements::isPlaced(const Row& row) const {
+    const auto rows = placed_.find(row.first);
+    const auto at = static_cast<std::size_t>(row.second);
+    return rows != placed_.end() && at < rows->second.size() && rows->second[at];
+}
+
+void KeptMeasurements::gather(DataChunks& chunks) {
+    chunks.forEachChunk([this](const CommandIndex& commands) { gatherChunk(commands); });
+    settleSeconds();
+    auto& rows = load_.format.kept.rows;
+    for (auto& [row, commands] : leftOut_) {
+        const auto count = counts_.find(row.first);
+        rows.push_back({.list = row.first,
+                        .number = row.second,
+                        .isCounted = count != counts_.end() && row.second <= count->second,
+                        .commands = std::move(commands)});
+    }
+}
+
+void KeptMeasurements::gatherChunk(const CommandIndex& commands) {
+    std::map<Row, std::vector<std::size_t>> ofPlaced;
+    for (std::size_t place = 0; place < commands.size(); ++place) {
+        if (!commands.isRead(place)) {
+            takeUnread(commands, place, ofPlaced);
+        }
+    }
+    if (!ofPlaced.empty() || !firstLines_.empty()) {
+        keepOfPlaced(commands, ofPlaced);
+    }
+}
+
+void KeptMeasurements::takeUnread(const CommandIndex& commands, std::size_t place,
+                                  std::map<Row, std::vector<std::size_t>>& ofPlaced) {
+    const auto command = commands.at(place);
+    if (command.head.empty()) {
+        return;
+    }
+    const auto row = rowOf(command);
+    if (row == kOfLists || isPlaced(row)) {
+        ofPlaced[row].push_back(place);
+    } else if (const auto second = seconds_.find(row); second != seconds_.end()) {
+        second->second.commands.push_back(textOf(command));
+    } else {
+        leftOut_[row].push_back(textOf(command));
+    }
+}
+
+/// Keeps the unread commands of measurements, and notes what was read of those that another list
+/// has as well.
+void KeptMeasurements::keepOfPlaced(const CommandIndex& commands,
+                                    const std::map<Row, std::vector<std::size_t>>& ofPlaced) {
+    constexpr auto kNameHead = codeHead(measurement_field::kName.code);
+    std::map<Row, ReadCommands> read;
+    std::map<Row, std::string> names;
+    for (std::size_t place = 0; place < commands.size(); ++place) {
+        if (!commands.isRead(place)) {
+            continue;
+        }
+        const auto command = commands.at(place);
+        const auto row = rowOf(command);
+        if (ofPlaced.contains(row)) {
+            read[row].add(command, measurementRowRules());
+            if (equalsIgnoreCase(codeHead(command.field), kNameHead)) {
+                names[row] = FixedText<32>(command.value).str();
+            }
+        }
+        if (const auto first = firstLines_.find(row); first != firstLines_.end()) {
+            first->second.insert(lineOf(command.text));
+        }
+    }
+    for (const auto& [row, places] : ofPlaced) {
+        auto& kept = keptOf(row, names[row]);
+        for (const auto place : places) {
+            kept.push_back(read[row].kept(commands.at(place), measurementRowRules()));
+        }
+    }
+}
+
+std::vector<KeptCommand>& KeptMeasurements::keptOf(const Row& row, const std::string& name) {
+    auto& kept = load_.format.kept;
+    if (row == kOfLists) {
+        return kept.ofLists;
+    }
+    if (tagged_.contains(row)) {
+        return kept.ofTagged[{std::min(row.first, kMostMeasurementLists), name}];
+    }
+    const auto [it, isNew] = numbers_.try_emplace(lowerAscii(name));
+    if (isNew) {
+        kept.ofMeasurements.emplace_back();
+        it->second = static_cast<int>(kept.ofMeasurements.size());
+        load_.format.cells().updateAll(
+            name, [number = it->second](Measurement& copy) { copy.kept = number; });
+    }
+    return kept.ofMeasurements[static_cast<std::size_t>(it->second) - 1];
+}
+
+/// A second row that says what was read of the first one is that measurement: what it says besides
+/// is kept with it.
+void KeptMeasurements::settleSeconds() {
+    for (auto& [row, second] : seconds_) {
+        const auto& first = firstLines_[second.first];
+        Lines here;
+        for (const auto& text : second.commands) {
+            here.insert(lineOf("D-0\\" + text));
+        }
+        if (!std::all_of(first.begin(), first.end(),
+                         [&here](const std::string& line) { return here.contains(line); })) {
+            leftOut_[row] = std::move(second.commands);
+            continue;
+        }
+        for (auto& text : second.commands) {
+            if (!first.contains(lineOf("D-0\\" + text))) {
+                keptOf(second.first, second.name).push_back({.text = std::move(text)});
+            }
+        }
+    }
+}
+
+}  // namespace kavu
