@@ -8,6 +8,7 @@
 #include "groups/DataSources.h"
 #include "groups/GroupScan.h"
 #include "pcm/model/SampleRateCheck.h"
+#include "pcm/read/KeptReading.h"
 #include "pcm/structure/PcmFormatEdit.h"
 #include "pcm/structure/SubframeEdit.h"
 #include "pcm/write/WordFrameConversion.h"
@@ -75,11 +76,10 @@ bool runStep(const std::function<bool(UserInterface*, PcmFormat&)>& step, PcmLoa
 /// measurements.
 bool readContents(PcmLoad& load, const PcmSteps& steps) {
     auto& format = load.format;
-    if (format.isBusStream) {
-        return runStep(steps.loadBusDefinitions, load);
-    }
-    if (isPacketStream(format)) {
-        return runStep(steps.loadPacketDefinitions, load);
+    if (format.isBusStream || isPacketStream(format)) {
+        gatherUnreadMeasurements(load);
+        return runStep(format.isBusStream ? steps.loadBusDefinitions : steps.loadPacketDefinitions,
+                       load);
     }
     for (int fwp = 0; fwp < format.wordsPerMinorFrame; ++fwp) {
         load.status("Initializing PCM Measurement Information. Allocating memory for FWP %d.", fwp);

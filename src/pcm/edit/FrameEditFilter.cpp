@@ -66,6 +66,22 @@ IoStatus readRows(const PcmFormat& format, std::map<std::pair<int, int>, FileRow
         });
 }
 
+/// The commands of a file that are of no row: they stay as they are.
+IoStatus readOthers(const PcmFormat& format, std::string& lines) {
+    const auto status = forEachCommand(
+        format.context().reader, filterPath(format), [&](const std::string& command) {
+            const auto code = codeHead(viewCommand(command).field);
+            const bool isKnown = equalsIgnoreCase(code, codeHead(filter_field::kCount.code)) ||
+                                 equalsIgnoreCase(code, codeHead(filter_field::kName.code)) ||
+                                 equalsIgnoreCase(code, codeHead(filter_field::kType.code));
+            if (!isKnown && hasColon(command)) {
+                lines.append(command).append("\r\n");
+            }
+            return true;
+        });
+    return isMissing(status) ? IoStatus() : status;
+}
+
 void writeFilterRows(const PcmFormat& format, FileWriter& writer, const std::string& prefix,
                      const std::vector<FilterRow>& rows) {
     const bool selects = selectsOnly(format);
@@ -155,8 +171,14 @@ bool storeFilterList(PcmFormat& format, UserInterface* parent, const std::vector
     }
     giveMeasurementGroup(format, parent);  // a stream that was never saved has none
     const auto prefix = groupHead('D', format.dGroup);
+    std::string others;
+    if (const auto status = readOthers(format, others); !status.ok()) {
+        reportUnableToRead(parent, status);
+        return false;
+    }
     auto writer = format.context().files.writer(formatPrintf(kSmfFormat, format.dGroup));
     writeFilterRows(format, writer.out(), prefix, rows);
+    writer.write(others);
     if (const auto status = writer.close(); !status.ok()) {
         reportUnableToWrite(parent, status);
         return false;

@@ -1,7 +1,9 @@
 #include "pcm/read/KeptReading.h"
 
 #include "core/command/CommandPath.h"
+#include "core/document/GroupFiles.h"
 #include "core/text/Text.h"
+#include "groups/GroupScan.h"
 #include "pcm/PcmLoad.h"
 #include "pcm/read/DataChunks.h"
 #include "pcm/read/RowRules.h"
@@ -250,6 +252,36 @@ void KeptMeasurements::settleSeconds() {
             }
         }
     }
+}
+
+void gatherUnreadMeasurements(PcmLoad& load) {
+    auto& format = load.format;
+    const int group = findStreamGroup(format, nullptr, 'D', format.streamName);
+    if (group < 1) {
+        return;
+    }
+    PcmLoad unread(format, nullptr);
+    unread.prefix = groupHead('D', group);
+    DataChunks chunks(unread, group);
+    KeptMeasurements kept(unread);
+    if (!chunks.split()) {
+        return;
+    }
+    // A save writes these itself.
+    auto& lists = chunks.lists();
+    const auto take = [&](const Field& field, std::initializer_list<int> numbers) {
+        const auto found = lists.peek(unread.prefix + fieldCode(field.code, numbers));
+        if (found) {
+            lists.markRead(found->place);
+        }
+        return found ? leadingInt(found->value) : 0;
+    };
+    take(measurement_field::kDataLink, {});
+    take(measurement_field::kListCount, {});
+    for (const int list : chunks.countedLists()) {
+        kept.noteCount(list, take(measurement_field::kCount, {list}));
+    }
+    kept.gather(chunks);
 }
 
 }  // namespace kavu

@@ -22,6 +22,9 @@ class PcmLoad;
 
 /// Gathers the commands of the P group that is read.
 void gatherKeptOfFormat(PcmLoad& load);
+/// Gathers a D group of the stream's name that is not read at all, as of a bus: a stream that
+/// becomes another type would write an empty one in its place.
+void gatherUnreadMeasurements(PcmLoad& load);
 
 /// Gathers those of the D group. It is told what becomes of each row of the lists while they are
 /// read; a row of which it was told nothing is left out of the model.

@@ -64,6 +64,15 @@ TEST(FrameEditFilter, From2011OnEveryRowHasItsSetting) {
               "D-4\\SMF\\SMN-4:ODD;\r\nD-4\\SMF\\MFOT-4:N;\r\n");
 }
 
+TEST(FrameEditFilter, CommandsOfOtherProgramsStayWithTheirNumbers) {
+    FilterFixture f(2011);
+    f.write(kFile, "D-4\\SMF\\N:1;\r\nD-4\\SMF\\OWN-2:own;\r\nD-4\\SMF\\SMN-1:SPEED;\r\n");
+    ASSERT_TRUE(storeFilterList(f.format, f.parent, {{"HEIGHT", "Filter"}}));
+    EXPECT_EQ(f.TestContext::read(kFile),
+              "D-4\\SMF\\N:1;\r\nD-4\\SMF\\SMN-1:HEIGHT;\r\nD-4\\SMF\\MFOT-1:F;\r\n"
+              "D-4\\SMF\\OWN-2:own;\r\n");
+}
+
 TEST(FrameEditFilter, AFileThatCanNotBeWrittenIsToldAndTheOldListStays) {
     FilterFixture f(2009);
     f.write(kFile, "D-4\\SMF\\N-1:0;\r\n");

@@ -200,6 +200,21 @@ TEST_F(KeptWritingTest, ABusStreamKeepsWhatOnlyOtherTypesHave) {
     }
 }
 
+TEST_F(KeptWritingTest, ABusThatBecomesAFrameKeepsTheMeasurementsOfItsName) {
+    start(2009, plainFormat(128, 1, "1553"), listOf({measurementAt("A", 2, {"VND@:own"})}));
+    EXPECT_FALSE(s_->format.kept.rows.empty());
+    save();
+    EXPECT_TRUE(s_->ui.boxes.empty()) << "the group is not written";
+    EXPECT_TRUE(has("D-1\\MF-1-1:2"));
+    s_->format.typeFormat = "TWO";
+    s_->format.isBusStream = false;
+    save();
+    for (const auto* const command :
+         {"D-1\\MN\\N-1:1", "D-1\\MN-1-1:A", "D-1\\MF-1-1:2", "D-1\\VND-1-1:own"}) {
+        EXPECT_TRUE(has(command)) << command;
+    }
+}
+
 TEST_F(KeptWritingTest, TaggedDataTakesItsCommandsAlong) {
     const Commands tagged = {"LT@:TD",    "TD\\N@:1", "TD1@:16",  "TD2@-1:5",
                              "TD3@-1:FW", "TD4@-1:D", "TD5@-1:1", "VND@-1:own"};
