@@ -200,7 +200,8 @@ std::map<std::string, std::vector<std::string>> saidIn(const std::string& text) 
     for (const auto& line : splitLines(replaceAll(text, "\r", ""))) {
         const auto command = viewCommand(line);
         const auto path = parseField(command.field);
-        if (!path || path->stem.ends_with("\\N") || path->stem == "MF2") {
+        // The masks of such a measurement are those of the first one of each place.
+        if (!path || path->stem.ends_with("\\N") || path->stem == "MF2" || path->stem == "MFSM") {
             continue;
         }
         said[std::string(path->stem).append(":").append(command.value)].emplace_back(line);
@@ -214,7 +215,18 @@ class KeptPropertyTest : public ::testing::TestWithParam<int> {
     static void load(LoadFixture& t, unsigned seed) {
         Groups groups(GetParam(), seed);
         t.steps_.chooseDefinitionMode = [](UserInterface&, bool) { return true; };
-        ASSERT_TRUE(t.load(groups.format(), groups.measurements()));
+        t.ui.byId = {{245, Button::Yes}};  // else a position beyond its subframe fails the load
+        ASSERT_TRUE(t.load(groups.format(), groups.measurements())) << saidBy(t);
+    }
+    static std::string saidBy(const LoadFixture& t) {
+        std::string text;
+        for (const auto& box : t.ui.boxes) {
+            text += box.text + "\n";
+        }
+        for (const auto& log : t.ui.logs) {
+            text += log.text + "\n";
+        }
+        return text;
     }
     static std::string groupsOf(LoadFixture& t) {
         return t.read("[kavu]PCMFMT.P01") + t.read("[kavu]PCMMEAS.D01");

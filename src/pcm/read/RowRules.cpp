@@ -51,6 +51,18 @@ std::vector<CountRule> allPcmRows() {
             rules.push_back(rule);
         }
     }
+    // What is counted by a row of a list is in that list as well.
+    for (auto& outer : rules) {
+        for (const auto& inner : rules) {
+            const auto isInner = [&inner](const Field& row) {
+                return row.code == inner.count.code;
+            };
+            if (std::any_of(outer.rows.begin(), outer.rows.end(), isInner) &&
+                indexCountOf(outer.count.code) > 0) {
+                outer.rows.insert(outer.rows.end(), inner.rows.begin(), inner.rows.end());
+            }
+        }
+    }
     const auto lengths = wordLengthFields();
     rules.push_back({Field{}, {lengths.begin(), lengths.end()}});  // words without a count
     return rules;
@@ -70,6 +82,10 @@ RowRules::RowRules(std::span<const CountRule> rules) {
         const int depth = indexCountOf(rules[i].count.code);
         for (const auto& row : rules[i].rows) {
             auto& uses = uses_[lowerAscii(stemOf(row.code))];
+            if (std::any_of(uses.begin(), uses.end(),
+                            [i](const RowUse& use) { return use.list == static_cast<int>(i); })) {
+                continue;
+            }
             const auto at = std::find_if(uses.begin(), uses.end(),
                                          [depth](const RowUse& use) { return use.depth > depth; });
             uses.insert(at, {static_cast<int>(i), depth});

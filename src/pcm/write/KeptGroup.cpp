@@ -92,10 +92,14 @@ void KeptGroup::moveRows(const std::unordered_map<std::string, int>& highest) {
 IoStatus KeptGroup::compare(const std::string& path) {
     std::unordered_map<std::string, std::string> written;  // by the lower-case code
     std::unordered_map<std::string, int> highest;          // by the list
+    std::unordered_map<std::string, int> copies;           // of the commands that were repeated
     for (const auto& entry : commands_) {
         written.try_emplace(lowerAscii(codeOf(entry)));
         if (!entry.list.empty()) {
             highest.try_emplace(entry.list, 0);
+        }
+        if (entry.isRepeat) {
+            copies.try_emplace(lowerAscii(codeOf(entry)) + entry.value, -1);
         }
     }
     std::unordered_set<std::string> found;
@@ -106,6 +110,10 @@ IoStatus KeptGroup::compare(const std::string& path) {
             if (const auto it = written.find(key); it != written.end()) {
                 found.insert(key);
                 it->second = command.value;
+                if (const auto copy = copies.find(key + ":" + std::string(command.value) + ";");
+                    copy != copies.end()) {
+                    ++copy->second;
+                }
             }
             const auto numbers = highest.empty() ? std::nullopt : parseField(command.field);
             for (const auto& use :
@@ -126,6 +134,10 @@ IoStatus KeptGroup::compare(const std::string& path) {
         const auto code = codeOf(entry);
         const auto key = lowerAscii(code);
         const bool isWritten = entry.list.empty() && found.contains(key);
+        // Of tagged data in several lists the writer repeats the commands itself.
+        if (entry.isRepeat && isWritten && copies[key + entry.value]-- > 0) {
+            continue;
+        }
         if (isWritten == entry.isRepeat || !entry.list.empty()) {
             lost_.push_back(code + entry.value);
         } else if (isWritten && !saysTheSame(entry.value, written[key])) {
