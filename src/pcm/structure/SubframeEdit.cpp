@@ -248,7 +248,10 @@ bool moveSubframeToCounter(PcmFormat& format, int fwp, const Subframe& record, i
         }
         to = {counter, *slot};
     }
-    const Subframe moved = record;  // a copy: `record` may be the entry that is emptied
+    Subframe moved = record;  // a copy: `record` may be the entry that is emptied
+    if (to.counter != from.counter) {
+        moved.fileRow = 0;  // the number was one of the other counter
+    }
     const auto words = format.wordsOf(from);
     format.idCounters[static_cast<std::size_t>(from.counter)]
         .subframes[static_cast<std::size_t>(from.index)] = {};
