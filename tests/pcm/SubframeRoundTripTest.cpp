@@ -14,7 +14,7 @@ using test::StreamFixture;
 using test::Commands;
 
 /// What a model holds, as text: two models are the same if these are.
-std::string describe(const PcmFormat& format) {
+std::string textOfStream(const PcmFormat& format) {
     std::string text;
     for (std::size_t i = 0; i < format.idCounters.size(); ++i) {
         const auto& c = format.idCounters[i];
@@ -271,12 +271,12 @@ TEST(SubframeRoundTrip, AStreamOfEveryEditionComesBackAsItWas) {
             ASSERT_EQ(f.result(), 0) << (f.ui.logs.empty() ? "" : f.ui.logs.back().text);
             ASSERT_TRUE(f.ui.logs.empty());
             ASSERT_TRUE(f.ui.boxes.empty());
-            const auto first = describe(f.format);
+            const auto first = textOfStream(f.format);
             const auto text = f.writtenText();
             f.start(generator.words, generator.frames);
             ASSERT_TRUE(f.readText(text));
             EXPECT_EQ(f.result(), 0);
-            EXPECT_EQ(describe(f.format), first);
+            EXPECT_EQ(textOfStream(f.format), first);
             EXPECT_EQ(f.writtenText(), text);
         }
     }
