@@ -435,6 +435,7 @@ TEST_F(StreamFormsTest, TheSaveOfTheDisplayAsksTheSame) {
                 display.close();
             });
             press(sheet, "viewEditStream");
+            t.ui.otherwise = Button::Yes;  // to the question of Cancel
             press(sheet, "cancel");
         });
         editStream(form, t.application, "PCM 1");
