@@ -294,14 +294,16 @@ TEST_F(BuildDocumentTest, InPlaceAKilledRunIsToldOfAndTheBackupFromBeforeItIsKep
     out_ = t.folder / "out.tma";
     writeFile(out_, "G\\PN:half");
     writeFile(t.folder / "out.bak", "whole");
-    writeFile(t.folder / ".out.tma.kavu-lock", t.store.folder());  // what it leaves behind
+    const auto store = t.folder / "dead";
+    ASSERT_TRUE(makeFolder(store).ok());
+    writeFile(t.folder / ".out.tma.kavu-lock", store);  // what it leaves behind
     t.write("[kavu]GTMP.G", "G\\PN:A;\r\n");
     save();
     EXPECT_EQ(readFile(out_), "G\\PN:A;\r\n");
     EXPECT_EQ(readFile(t.folder / "out.bak~"), "whole");
     EXPECT_EQ(readFile(t.folder / "out.bak"), "G\\PN:half");
     ASSERT_EQ(t.ui.boxes.size(), 1u);
-    for (const auto& said : {out_, t.folder / "out.bak~", t.store.folder()}) {
+    for (const auto& said : {out_, t.folder / "out.bak~", store}) {
         EXPECT_NE(t.ui.boxes[0].text.find("'" + said + "'"), std::string::npos) << said;
     }
     EXPECT_EQ(names(), (std::vector<std::string>{"out.bak", "out.bak~", "out.tma"}));
