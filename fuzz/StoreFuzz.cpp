@@ -148,10 +148,10 @@ void checkNothingIsLost(const std::string& folder, const std::string& output, in
     for (const auto& [name, path] : files) {
         const auto file = describeDocumentFile(name);
         // A name that only looks like one of a group is nobody's.
-        const bool isSaved = file.kind == DocumentFile::Group &&
-                             name == groupFile(file.letter, file.number) &&
-                             (file.number == 0 ||
-                              (file.number >= kLeastGroupIndex && file.number <= kMostGroupIndex));
+        const bool hasPlace = file.letter == 'G' || file.letter == 'H' ||
+                              (file.number >= kLeastGroupIndex && file.number <= kMostGroupIndex);
+        const bool isSaved = file.kind == DocumentFile::Group && hasPlace &&
+                             name == groupFile(file.letter, file.number);
         for (const auto& command : isSaved ? commandsOf(path) : std::vector<std::string>()) {
             if (!mayBeMissing(file, command, edition)) {
                 const auto found = written.find(built(command));
