@@ -165,7 +165,9 @@ class RecoverPlan(Plan):
 
 
 def files_of(folder):
-    return {path.name: path.read_bytes() for path in folder.iterdir()}
+    """The files of a store, but for the mark of a recovery."""
+    return {path.name: path.read_bytes() for path in folder.iterdir()
+            if path.name != support.RECOVERED}
 
 
 # What may fail without failing the run, each with the reason why. In every such run the
@@ -307,11 +309,37 @@ def is_look_for_lost_groups(plan, fault):
 
 
 def is_look_for_the_record(plan, fault):
-    """The looks at the files of the store, one behind the other, in front of its record."""
-    behind = next((call for call in plan.calls
-                   if call.number > fault.call.number and call.name != "stat"), None)
-    return (fault.call.name == "stat" and "[kavu]" in fault.call.path
-            and behind is not None and "KAVU9REC.TMP" in behind.path)
+    """The record of a store is made of the sizes of its files."""
+    return (fault.call.name == "stat" and fault.call.path.startswith("temp/")
+            and any(name in fault.call.path for name in ("[kavu]", "DATA1.TMP", "KAVU9REC.TMP")))
+
+
+def is_behind_the_recovery(plan, fault):
+    replaced = max((call.number for call in plan.calls
+                    if call.name == "rename" and call.second == "target/out.tma"), default=0)
+    return (0 < replaced < fault.call.number
+            and (fault.call.path == "source/store" or support.RECOVERED in fault.call.path))
+
+
+def is_record_behind_the_save(plan, fault):
+    in_place = max((call.number for call in plan.calls
+                    if call.name in ("write", "rename") and not is_hidden(call)
+                    and "target/" in call.path + call.second), default=0)
+    replaced = max((call.number for call in plan.calls
+                    if call.name == "rename" and call.second == "target/out.tma"), default=0)
+    return "KAVU9REC.TMP" in fault.call.path and fault.call.number > max(in_place, replaced) > 0
+
+
+def is_look_at_the_target(plan, fault):
+    return fault.call.name == "stat" and fault.call.path == "target/out.tma"
+
+
+def is_first_look_at_a_store(plan, fault):
+    listings = [call.number for call in plan.calls
+                if call.path == "source/store" and call.name in ("opendir", "open")]
+    return (fault.call.path == "source/store" and bool(listings)
+            and fault.call.number < max(listings)
+            or fault.call.path == "source/store/KAVU9REC.TMP")
 
 
 def commit_of(plan):
@@ -348,6 +376,13 @@ HARMLESS = [
      is_look_for_lost_groups),
     ("what the record of the store does not name is recovered as it is there",
      is_look_for_the_record),
+    ("the document is saved, and the record says of it what the save before knew",
+     is_record_behind_the_save),
+    ("a target that cannot be looked at is not the file of the document, or is noticed the next time",
+     is_look_at_the_target),
+    ("the document is saved; that its store could not be marked is told", is_behind_the_recovery),
+    ("what a store says of itself decides what is told of it; what is in it is read again",
+     is_first_look_at_a_store),
     ("former contents that cannot be compared count as other than those of now",
      is_look_at_kept_file),
     ("a new file without a change would not have taken the place of the old one",
@@ -456,7 +491,11 @@ class Judge:
                 and any(str(path) in err for path in paths))
 
     def _message(self):
-        if not self._says_why():
+        # Whether it was another program that changed the file cannot be told by then.
+        took_for_changed = (is_look_at_the_target(self.plan, self.fault)
+                            and "Another program has changed the file" in self.outcome.err
+                            and str(self.case.target) in self.outcome.err)
+        if not took_for_changed and not self._says_why():
             self.problems.append("the message does not name the file and the reason")
 
     def _success(self):
