@@ -68,7 +68,7 @@ std::vector<CountRule> allPcmRows() {
     return rules;
 }
 
-/// Without those of the lists and of the measurements, whose numbers a save gives anew.
+/// Without those of the lists and of the measurements, to whose rows a save gives new numbers.
 std::vector<CountRule> rowsWithinMeasurements() {
     auto rules = measurementCountRules();
     std::erase_if(rules, [](const CountRule& rule) { return indexCountOf(rule.count.code) < 2; });
