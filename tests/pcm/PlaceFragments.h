@@ -2,6 +2,7 @@
 #pragma once
 
 #include "pcm/edit/MeasurementEditWordFrame.h"
+#include "vocabulary/LocationTypes.h"
 
 #include <string>
 #include <vector>
@@ -15,7 +16,7 @@ inline void placeFragments(PcmFormat& format, UserInterface* parent, const std::
                            const std::vector<WordFrameFragment>& fragments) {
     Measurement measurement;
     measurement.name = name;
-    measurement.locationType = kWordFrameType;
+    measurement.locationType = location_type::kWordFrame;
     measurement.locationCount = 1;
     EXPECT_TRUE(placeWordFrameMeasurement(format, parent, measurement,
                                           {"", {{format.commonWordLength, fragments}}}, {}, 0));

@@ -9,6 +9,7 @@
 #include "pcm/structure/AsyncEdit.h"
 #include "pcm/undo/StreamUndo.h"
 #include "vocabulary/DGroupFields.h"
+#include "vocabulary/LocationTypes.h"
 
 #include <algorithm>
 #include <vector>
@@ -71,10 +72,12 @@ Measurement newMeasurement(PcmFormat& format, const DataWordDefaults& defaults, 
     measurement.transferOrder = defaults.transferOrder;
     // A hidden subframe has no name in the file that another type could refer to.
     if (format.implicitSubframes || isHiddenSubframe(format.subframeOfWord(fwp))) {
-        measurement.locationType = "WDFR";
+        measurement.locationType = location_type::kWordFrame;
         measurement.wordFrameIndex = defineWordFrame(format, fwp, index, defaults.mask);
     } else {
-        measurement.locationType = format.wordType(fwp) == WordType::Subframe ? "SF" : "MF";
+        measurement.locationType = format.wordType(fwp) == WordType::Subframe
+                                       ? location_type::kSubframe
+                                       : location_type::kMinorFrame;
     }
     measurement.mask = defaults.mask;
     return measurement;

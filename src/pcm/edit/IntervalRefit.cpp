@@ -7,6 +7,7 @@
 #include "pcm/structure/AsyncEdit.h"
 #include "pcm/write/WordFrameBuild.h"
 #include "pcm/write/WordFrameConversion.h"
+#include "vocabulary/LocationTypes.h"
 #include "vocabulary/SubframeCodes.h"
 
 #include <algorithm>
@@ -121,7 +122,7 @@ bool makeWordFrame(PcmFormat& format, std::string_view name) {
     auto measurement = format.cells().measurement(places.front().cell);
     const std::string own = measurement.name.str();
     makeSingle(measurement);
-    measurement.locationType = kWordFrameType;
+    measurement.locationType = location_type::kWordFrame;
     measurement.locationCount = definition->locationCount();
     return placeWordFrameMeasurement(format, nullptr, measurement, *definition, {own}, 0);
 }
@@ -260,21 +261,22 @@ bool isFoundByLoad(const PcmFormat& format, const LoadedSubframes& subframes, Ce
         return false;
     }
     const bool counted = static_cast<int>(held.size()) == measurement.locationCount;
-    if (isType(measurement, "MFSC")) {
+    if (isType(measurement, location_type::kMinorFrameSupercommutated)) {
         return !inSubframes &&
                (isByInterval(measurement) ? areSteps(held, fwp, measurement, false) : counted);
     }
-    if (isType(measurement, "MFFR")) {
+    if (isType(measurement, location_type::kMinorFrameFragments)) {
         return !inSubframes &&
                (isByInterval(measurement) ? areSteps(held, fwp, measurement, true) : counted);
     }
-    if (isType(measurement, "SFSC")) {
+    if (isType(measurement, location_type::kSubframeSupercommutated)) {
         const auto* const subframe = format.subframeOfWord(fwp);
         const int start =
             subframe == nullptr ? 0 : format.subframePosition(subframe->name, fwp, index);
         return isByInterval(measurement) ? areSteps(held, start, measurement, false) : counted;
     }
-    if (isType(measurement, "MF") || isType(measurement, "SF")) {
+    if (isType(measurement, location_type::kMinorFrame) ||
+        isType(measurement, location_type::kSubframe)) {
         return held.size() == 1;
     }
     return true;
@@ -288,9 +290,10 @@ std::string refitOlderType(PcmFormat& format, std::string_view name) {
     const auto measurement = format.cells().measurement(held.front().cell);
     const auto positions = positionsOf(held);
     const auto step = haveOneMask(held) ? stepOf(positions) : std::nullopt;
-    const bool isMinor = isType(measurement, "MFSC") || isType(measurement, "MFFR");
-    const bool isFragments = isType(measurement, "MFFR");
-    if (!isMinor && !isType(measurement, "SFSC")) {
+    const bool isMinor = isType(measurement, location_type::kMinorFrameSupercommutated) ||
+                         isType(measurement, location_type::kMinorFrameFragments);
+    const bool isFragments = isType(measurement, location_type::kMinorFrameFragments);
+    if (!isMinor && !isType(measurement, location_type::kSubframeSupercommutated)) {
         return "the places of its subframe";
     }
     // The first cell of the frame is where the interval is written from.
@@ -303,7 +306,8 @@ std::string refitOlderType(PcmFormat& format, std::string_view name) {
         return intervalText(held.size(), std::max(1, *step));
     }
     setLocations(format, measurement.name, "E", 0, held.size());
-    if (isType(measurement, "MFSC") && !listKeepsMasks(format, held)) {
+    if (isType(measurement, location_type::kMinorFrameSupercommutated) &&
+        !listKeepsMasks(format, held)) {
         if (makeWordFrame(format, measurement.name)) {
             return formatPrintf("%d word/frame locations", static_cast<int>(held.size()));
         }

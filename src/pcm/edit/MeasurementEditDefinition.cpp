@@ -4,6 +4,7 @@
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
 #include "pcm/edit/MeasurementEditWordFrame.h"
+#include "vocabulary/LocationTypes.h"
 
 #include <algorithm>
 #include <tuple>
@@ -40,11 +41,12 @@ std::vector<HeldCell> heldCells(const PcmFormat& format, std::string_view name) 
 }
 
 bool isFragmentType(std::string_view type) {
-    return type == "MFFR" || type == "SFFR";
+    return type == location_type::kMinorFrameFragments || type == location_type::kSubframeFragments;
 }
 
 bool isSubframeType(std::string_view type) {
-    return type == "SFSC" || type == "SFFR";
+    return type == location_type::kSubframeSupercommutated ||
+           type == location_type::kSubframeFragments;
 }
 
 std::string subframeAt(const PcmFormat& format, int fwp) {
@@ -75,7 +77,7 @@ Measurement newMeasurement(const PcmFormat& format, const std::string& type) {
     cell.transferOrder = settings.get(setting::kTransferOrder);
     cell.filterOverwrite = settings.get(setting::kFilterOverwrite);
     cell.mask = measurementMask(format);
-    cell.locationType = format.implicitSubframes ? "WDFR" : type;
+    cell.locationType = format.implicitSubframes ? location_type::kWordFrame : type;
     return cell;
 }
 
@@ -103,7 +105,7 @@ std::optional<WordToEdit> wordToEdit(const PcmFormat& format, UserInterface* par
         word.place.oldName = definition.attributes.name.str();
     }
     const auto shown = std::string(trimTrailingBlanks(definition.attributes.locationType.view()));
-    if (shown == "WDFR") {
+    if (shown == location_type::kWordFrame) {
         definition.wordFrame = rangesOf(format, word.place);
     } else {
         definition.spots = spotsOf(format, word.place, shown);
@@ -120,7 +122,8 @@ std::vector<MeasurementSpot> spotsOf(const PcmFormat& format, const EditedPlace&
     for (const auto& cell : held) {
         auto spot = spotAt(format, type, cell.fwp, cell.index);
         const bool fits = isSubframeType(type)
-                              ? spot.position > 0 && (type == "SFFR" || spot.subframe == here)
+                              ? spot.position > 0 && (type == location_type::kSubframeFragments ||
+                                                      spot.subframe == here)
                               : format.wordType(cell.fwp) == WordType::Minor;
         if (!fits) {
             continue;
@@ -130,7 +133,7 @@ std::vector<MeasurementSpot> spotsOf(const PcmFormat& format, const EditedPlace&
         spot.fragmentNumber = cell.measurement.fragmentNumber;
         spots.push_back(spot);
     }
-    if (spots.empty() && type.size() == 4 && type != "WDFR") {
+    if (spots.empty() && type.size() == 4 && type != location_type::kWordFrame) {
         auto spot = spotAt(format, type, place.fwp, format.foldedFrame(place.fwp, place.fn));
         spot.mask = isFragmentType(type) ? newFragmentMask(format) : std::string();
         spots.push_back(spot);

@@ -1,6 +1,7 @@
 #include "pcm/model/FrameCells.h"
 
 #include "core/text/Text.h"
+#include "vocabulary/LocationTypes.h"
 
 #include <algorithm>
 #include <numeric>
@@ -21,12 +22,13 @@ std::uint32_t keyOf(std::uint16_t word, std::uint16_t index) {
 }  // namespace
 
 bool isFragmented(const FixedText<4>& locationType) {
-    return equalsIgnoreCase(locationType, "MFFR") || equalsIgnoreCase(locationType, "SFFR") ||
-           equalsIgnoreCase(locationType, kWordFrameType);
+    return equalsIgnoreCase(locationType, location_type::kMinorFrameFragments) ||
+           equalsIgnoreCase(locationType, location_type::kSubframeFragments) ||
+           equalsIgnoreCase(locationType, location_type::kWordFrame);
 }
 
 bool isWordFrame(const Measurement& measurement) {
-    return equalsIgnoreCase(measurement.locationType, kWordFrameType);
+    return equalsIgnoreCase(measurement.locationType, location_type::kWordFrame);
 }
 
 FrameCells::FrameCells() {

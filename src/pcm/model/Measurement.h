@@ -42,9 +42,7 @@ struct CellRef {
 /// True if a location type is fragmented: MFFR, SFFR, WDFR, ignoring case.
 [[nodiscard]] bool isFragmented(const FixedText<4>& locationType);
 
-/// The location type of measurements that are located by ranges of words and frames.
-inline constexpr std::string_view kWordFrameType = "WDFR";
-/// True for a measurement of that type, ignoring case.
+/// True for a measurement that is located by ranges of words and frames (WDFR), ignoring case.
 [[nodiscard]] bool isWordFrame(const Measurement& measurement);
 
 }  // namespace kavu

@@ -9,6 +9,7 @@
 #include "pcm/model/RecordField.h"
 #include "pcm/read/PcmCounts.h"
 #include "vocabulary/DGroupFields.h"
+#include "vocabulary/LocationTypes.h"
 
 #include <algorithm>
 
@@ -63,7 +64,7 @@ void DataChunks::add(std::string_view command) {
     const int measurement = std::clamp(number, 0, kMostMeasurements + kMeasurementsInChunk);
     if (head.size() < view.field.size() &&
         equalsIgnoreCase(head, codeHead(measurement_field::kLocationType.code))) {
-        const bool wordFrame = equalsIgnoreCase(view.value, "WDFR");
+        const bool wordFrame = equalsIgnoreCase(view.value, location_type::kWordFrame);
         hasWordFrame_ = hasWordFrame_ || wordFrame;
         hasOtherTypes_ = hasOtherTypes_ || (!wordFrame && !view.value.empty());
     }

@@ -6,6 +6,7 @@
 #include "pcm/read/KeptReading.h"
 #include "pcm/read/MeasurementInput.h"
 #include "pcm/read/TaggedData.h"
+#include "vocabulary/LocationTypes.h"
 
 #include <algorithm>
 #include <array>
@@ -118,7 +119,7 @@ bool MeasurementReader::readType(MeasurementInput& input) {
         load_.abort = true;
         return false;
     }
-    input.cell.locationType = wordFrame ? "WDFR" : "MF";
+    input.cell.locationType = wordFrame ? location_type::kWordFrame : location_type::kMinorFrame;
     load_.corrected();
     return true;
 }
@@ -129,15 +130,15 @@ void MeasurementReader::place(MeasurementInput& input) {
         void (*read)(MeasurementInput&);
     };
     static constexpr std::array<Branch, 6> kOlderTypes = {{
-        {"MF", readMinorWord},
-        {"SF", readSubframeWord},
-        {"MFSC", readMinorFrameSupercom},
-        {"SFSC", readSubframeSupercom},
-        {"MFFR", readMinorFrameFragments},
-        {"SFFR", readSubframeFragments},
+        {location_type::kMinorFrame, readMinorWord},
+        {location_type::kSubframe, readSubframeWord},
+        {location_type::kMinorFrameSupercommutated, readMinorFrameSupercom},
+        {location_type::kSubframeSupercommutated, readSubframeSupercom},
+        {location_type::kMinorFrameFragments, readMinorFrameFragments},
+        {location_type::kSubframeFragments, readSubframeFragments},
     }};
     const auto type = input.cell.locationType;
-    if (equalsIgnoreCase(type, "WDFR")) {
+    if (equalsIgnoreCase(type, location_type::kWordFrame)) {
         if (load_.edition() >= 2004) {
             readWordFrame(input);
         } else {

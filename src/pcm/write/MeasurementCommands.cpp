@@ -8,6 +8,7 @@
 #include "pcm/structure/SubframeEdit.h"
 #include "pcm/write/WrittenRange.h"
 #include "vocabulary/DGroupFields.h"
+#include "vocabulary/LocationTypes.h"
 
 #include <algorithm>
 #include <bitset>
@@ -124,13 +125,13 @@ void MeasurementCommands::writeLocations() {
         void (MeasurementCommands::*write)();
     };
     static constexpr Row kRows[] = {
-        {"WDFR", &MeasurementCommands::writeWordFrame},
-        {"MF", &MeasurementCommands::writeMinorWord},
-        {"SF", &MeasurementCommands::writeSubframe},
-        {"MFSC", &MeasurementCommands::writeMinorSupercom},
-        {"MFFR", &MeasurementCommands::writeMinorFragmented},
-        {"SFSC", &MeasurementCommands::writeSubframeSupercom},
-        {"SFFR", &MeasurementCommands::writeSubframeFragmented},
+        {location_type::kWordFrame, &MeasurementCommands::writeWordFrame},
+        {location_type::kMinorFrame, &MeasurementCommands::writeMinorWord},
+        {location_type::kSubframe, &MeasurementCommands::writeSubframe},
+        {location_type::kMinorFrameSupercommutated, &MeasurementCommands::writeMinorSupercom},
+        {location_type::kMinorFrameFragments, &MeasurementCommands::writeMinorFragmented},
+        {location_type::kSubframeSupercommutated, &MeasurementCommands::writeSubframeSupercom},
+        {location_type::kSubframeFragments, &MeasurementCommands::writeSubframeFragmented},
     };
     for (const auto& row : kRows) {
         if (measurement_.locationType == row.type) {

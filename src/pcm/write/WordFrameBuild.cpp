@@ -3,6 +3,7 @@
 #include "core/text/Text.h"
 #include "pcm/write/WordFrameConversion.h"
 #include "pcm/write/WrittenRange.h"
+#include "vocabulary/LocationTypes.h"
 
 #include <algorithm>
 #include <array>
@@ -28,15 +29,16 @@ class Builder {
 
     std::optional<WordFrameDefinition> build() {
         const auto& type = measurement_.locationType;
-        if (equalsIgnoreCase(type, "MF")) {
+        if (equalsIgnoreCase(type, location_type::kMinorFrame)) {
             addLocation(everyFrame(fwp_, 0, fwp_), measurement_.mask);
-        } else if (equalsIgnoreCase(type, "MFSC")) {
+        } else if (equalsIgnoreCase(type, location_type::kMinorFrameSupercommutated)) {
             buildMinorSupercom();
-        } else if (equalsIgnoreCase(type, "MFFR")) {
+        } else if (equalsIgnoreCase(type, location_type::kMinorFrameFragments)) {
             buildMinorFragments();
-        } else if (equalsIgnoreCase(type, "SF") || equalsIgnoreCase(type, "SFSC")) {
+        } else if (equalsIgnoreCase(type, location_type::kSubframe) ||
+                   equalsIgnoreCase(type, location_type::kSubframeSupercommutated)) {
             buildSubframe();
-        } else if (equalsIgnoreCase(type, "SFFR")) {
+        } else if (equalsIgnoreCase(type, location_type::kSubframeFragments)) {
             buildSubframeFragments();
         }
         return definition_.locations.empty() ? std::nullopt : std::optional(definition_);

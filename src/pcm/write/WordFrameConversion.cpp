@@ -13,6 +13,7 @@
 #include "pcm/structure/SubframeEdit.h"
 #include "pcm/write/PcmSave.h"
 #include "pcm/write/WordFrameBuild.h"
+#include "vocabulary/LocationTypes.h"
 #include "vocabulary/PGroupFields.h"
 #include "vocabulary/SubframeCodes.h"
 
@@ -308,7 +309,7 @@ class Conversion {
         result.parityTransferOrder = old.parityTransferOrder;
         result.transferOrder = old.transferOrder;
         result.filterOverwrite = old.filterOverwrite;
-        result.locationType = kWordFrameType;
+        result.locationType = location_type::kWordFrame;
         result.locationCount = definition.locationCount();
         result.kept = old.kept;
         return result;
