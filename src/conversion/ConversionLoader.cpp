@@ -83,29 +83,53 @@ class GroupLoad {
     }
 
   private:
+    /// Chunks that have been read together, and what a look at each has found.
+    struct Scanned {
+        RawGroup::Batch read;
+        std::vector<ChunkScan> scans;  ///< those beyond the batch keep their memory
+    };
+
+    /// While some chunks are scanned, those before them are checked and those after them read.
     bool checkChunks(std::size_t& checked) {
-        auto& chunks = group_.chunks();
-        const auto count = static_cast<double>(chunks.size());
-        std::vector<ChunkScan> scans;
-        std::array<RecordUse, 2> uses{RecordUse(edition_), RecordUse(edition_)};
-        for (auto next = chunks.begin(); next != chunks.end();) {
-            const auto batch = group_.batch(next);
-            scans.resize(std::max(scans.size(), batch.size()));
-            forEachOnTwoThreads(batch.size(), [&](std::size_t place, std::size_t thread) {
-                scans[place].run(*batch[place].bytes, batch[place].chunk->severalLines, edition_,
-                                 uses.at(thread));
-            });
-            for (std::size_t place = 0; place < batch.size(); ++place, ++next, ++checked) {
-                const double percent = 100.0 * static_cast<double>(checked) / count;
-                if (cancelRequested(parent_) ||
-                    !check_.check(*batch[place].chunk, scans[place], percent)) {
-                    return false;
-                }
-            }
-            if (batch.empty()) {
+        std::array<RecordUse, kMostWorkers> uses{RecordUse(edition_), RecordUse(edition_)};
+        auto next = group_.chunks().begin();
+        Scanned before;
+        Scanned now;
+        now.read = group_.readSome(next);
+        bool good = true;
+        while (good && !now.read.empty()) {
+            now.scans.resize(std::max(now.scans.size(), now.read.size()));
+            RawGroup::Batch following;
+            forEachOnTwoThreads(
+                now.read.size(),
+                [&](std::size_t place, std::size_t worker) {
+                    auto& read = now.read[place];
+                    now.scans[place].run(read.bytes, read.chunk->severalLines, edition_,
+                                         uses.at(worker));
+                },
+                [&] {
+                    good = checkSome(before, checked);
+                    if (good) {
+                        following = group_.readSome(next);
+                    }
+                });
+            std::swap(before, now);
+            now.read = std::move(following);
+        }
+        return good && checkSome(before, checked) && next == group_.chunks().end();
+    }
+
+    /// Checks chunks that have been scanned, and forgets what was read of them.
+    bool checkSome(Scanned& some, std::size_t& checked) {
+        const auto count = static_cast<double>(group_.chunks().size());
+        for (std::size_t place = 0; place < some.read.size(); ++place, ++checked) {
+            const double percent = 100.0 * static_cast<double>(checked) / count;
+            if (cancelRequested(parent_) ||
+                !check_.check(*some.read[place].chunk, some.scans[place], percent)) {
                 return false;
             }
         }
+        some.read.clear();
         return true;
     }
 

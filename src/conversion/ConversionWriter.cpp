@@ -18,6 +18,8 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <functional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -72,19 +74,26 @@ class ComposedBatch {
     ComposedBatch(int edition, const SampleRateOptions& rates)
         : records_{RecordText(edition, rates), RecordText(edition, rates)} {}
 
-    /// `index` is the group index of the last record before them.
-    void compose(const RecordBatch& batch, std::int64_t index) {
+    /// Composes the records of a batch in place of those before. `index` is the group index of the
+    /// last record before them, and goes on to that of their last. `meanwhile` is called while
+    /// that is done.
+    void compose(const RecordBatch& batch, std::int64_t& index,
+                 const std::function<void()>& meanwhile) {
+        count_ = batch.count;
         chunks_.resize(std::max(chunks_.size(), batch.count));
         std::vector<std::int64_t> before;
         for (std::size_t part = 0; part < batch.count; ++part) {
             before.push_back(index);
             index += static_cast<std::int64_t>(batch.parts[part].records.size());
         }
-        forEachOnTwoThreads(batch.count, [&](std::size_t part, std::size_t worker) {
-            compose(batch.parts[part], before[part], records_.at(worker), chunks_[part]);
-        });
+        forEachOnTwoThreads(
+            batch.count,
+            [&](std::size_t part, std::size_t worker) {
+                compose(batch.parts[part], before[part], records_.at(worker), chunks_[part]);
+            },
+            meanwhile);
     }
-    [[nodiscard]] const Chunk& chunk(std::size_t part) const { return chunks_[part]; }
+    [[nodiscard]] std::span<const Chunk> chunks() const { return std::span(chunks_).first(count_); }
 
   private:
     static void compose(const RecordBatch::Part& part, std::int64_t index, RecordText& record,
@@ -100,6 +109,7 @@ class ComposedBatch {
 
     std::array<RecordText, kMostWorkers> records_;
     std::vector<Chunk> chunks_;  ///< those beyond the batch keep their memory
+    std::size_t count_ = 0;
 };
 
 /// One save of the group.
@@ -140,23 +150,41 @@ class GroupWriter {
     /// Nobody has asked for a record since the load, so that there is no section to look at or to
     /// change, and nothing for the update file.
     bool writeUntouched(UntouchedRecords& untouched) {
+        const auto rates = sampleRateOptions(context_.settings);
+        std::array<ComposedBatch, 2> composed{ComposedBatch(context_.document.version, rates),
+                                              ComposedBatch(context_.document.version, rates)};
+        chunkCount_ = untouched.chunks().size();
+        auto next = untouched.chunks().begin();
+        RawGroup::Batch read;
         RecordBatch batch;
-        ComposedBatch composed(context_.document.version, sampleRateOptions(context_.settings));
-        const auto count = static_cast<double>(untouched.chunks().size());
-        std::size_t done = 0;
-        for (auto next = untouched.chunks().begin(); next != untouched.chunks().end();) {
-            if (const auto status = untouched.readSome(next, batch); !status.ok()) {
-                return reportUnreadable(status);
-            }
-            composed.compose(batch, index_);
-            for (std::size_t part = 0; part < batch.count; ++part) {
-                percent_ = 100.0 * static_cast<double>(done++) / count;
-                if (!writeComposed(composed.chunk(part))) {
-                    return false;
-                }
-            }
+        std::int64_t index = index_;
+        auto status = untouched.readSome(next, read);
+        bool good = true;
+        std::size_t turn = 0;
+        // While some records are composed those before them are written.
+        for (; good && status.ok() && !read.empty(); turn = 1 - turn) {
+            RawGroup::Batch following;
+            untouched.gather(std::move(read), batch,
+                             [&] { status = untouched.readSome(next, following); });
+            composed[turn].compose(batch, index,
+                                   [&] { good = writeComposed(composed[1 - turn].chunks()); });
+            read = std::move(following);
+        }
+        if (!good || !writeComposed(composed[1 - turn].chunks())) {
+            return false;
         }
         untouched.release();
+        return status.ok() || reportUnreadable(status);
+    }
+
+    bool writeComposed(std::span<const ComposedBatch::Chunk> chunks) {
+        for (const auto& chunk : chunks) {
+            percent_ =
+                100.0 * static_cast<double>(chunksDone_++) / static_cast<double>(chunkCount_);
+            if (!writeComposed(chunk)) {
+                return false;
+            }
+        }
         return true;
     }
 
@@ -253,6 +281,8 @@ class GroupWriter {
     RecordText record_;
     std::vector<std::string> changed_;
     long index_ = 0;
+    std::size_t chunkCount_ = 0;
+    std::size_t chunksDone_ = 0;
     double percent_ = 0;
 };
 

@@ -12,7 +12,7 @@ namespace kavu {
 namespace {
 
 constexpr std::int64_t kIndicesOfChunk = 25;
-constexpr std::uint64_t kBatch = 4 * 1024 * 1024;  // bytes
+constexpr std::uint64_t kBatch = 2 * 1024 * 1024;  // bytes; two are held at a time
 
 }  // namespace
 
@@ -32,33 +32,45 @@ bool RawGroup::sort(TmatsReader& reader, UserInterface* parent, std::int64_t bas
     size_ = source_.size();
     std::string room;
     Chunk* current = nullptr;
-    std::int64_t currentNumber = 0;
+    std::string head;  // that the commands of one index have in common
     std::uint64_t start = 0;
-    for (unsigned count = 1;; ++count) {
-        const auto command = reader.viewNextRaw(source_, room);
-        if (!command) {
-            break;
+    for (unsigned count = 0;;) {
+        unsigned lines = 0;
+        if (!head.empty()) {
+            const auto most = kPollEvery - count % kPollEvery;
+            current->size += reader.takeLines(source_, most, lines, head).size();
         }
+        auto end = source_.position();
+        if (lines > 0) {
+            // A run ends with a command: what is behind that is the front of the next one.
+            end -= kLineEndBytes;
+            current->add({start, end - start});
+        } else {
+            const auto command = reader.viewNextRaw(source_, room);
+            if (!command) {
+                break;
+            }
+            lines = 1;
+            end = source_.position();
+            if (!isComment(*command)) {
+                const auto parts = rawHeadOf(*command);
+                head = parts.slash == std::string_view::npos ? std::string_view()
+                                                             : command->substr(0, parts.slash + 1);
+                current = &chunks_[base + std::max<std::int64_t>(0, parts.index / kIndicesOfChunk)];
+                current->add({start, end - start});
+                current->size += command->size() + kLineEndBytes;
+                // One that is viewed where it is in the file is on one line.
+                current->severalLines = current->severalLines || command->data() == room.data();
+            }
+        }
+        start = end;
+        count += lines;
         if (count % kPollEvery == 0) {
             yieldToInterface(parent);
             if (cancelRequested(parent)) {
                 return false;
             }
         }
-        const auto end = source_.position();
-        if (!isComment(*command)) {
-            const auto number =
-                base + std::max<std::int64_t>(0, rawHeadOf(*command).index / kIndicesOfChunk);
-            if (current == nullptr || number != currentNumber) {
-                current = &chunks_[number];
-                currentNumber = number;
-            }
-            current->add({start, end - start});
-            current->size += command->size() + kLineEndBytes;
-            // One that is viewed where it is in the file is on one line.
-            current->severalLines = current->severalLines || command->data() == room.data();
-        }
-        start = end;
     }
     status_ = source_.status();
     if (status_.ok() && source_.position() != size_) {
@@ -78,30 +90,21 @@ void RawGroup::release() {
 }
 
 std::string* RawGroup::bytes(std::int64_t number) {
-    auto found = batch_.find(number);
-    if (found == batch_.end()) {
-        const auto chunk = chunks_.find(number);
-        if (chunk == chunks_.end() || !fetch(chunk)) {
-            return nullptr;
-        }
-        found = batch_.find(number);
+    const auto find = [&]() -> std::string* {
+        const auto found = std::lower_bound(
+            batch_.begin(), batch_.end(), number,
+            [](const Read& read, std::int64_t wanted) { return read.number < wanted; });
+        return found != batch_.end() && found->number == number ? &found->bytes : nullptr;
+    };
+    if (auto* const bytes = find(); bytes != nullptr) {
+        return bytes;
     }
-    return &found->second;
-}
-
-std::vector<RawGroup::Read> RawGroup::batch(Chunks::iterator first) {
-    std::vector<Read> read;
-    if (!fetch(first)) {
-        return read;
+    auto chunk = chunks_.find(number);
+    if (chunk != chunks_.end()) {
+        batch_.clear();
+        batch_ = readSome(chunk);
     }
-    for (auto it = first; it != chunks_.end(); ++it) {
-        const auto found = batch_.find(it->first);
-        if (found == batch_.end()) {
-            break;
-        }
-        read.push_back({it->first, &it->second, &found->second});
-    }
-    return read;
+    return find();
 }
 
 bool RawGroup::open() {
@@ -114,38 +117,44 @@ bool RawGroup::open() {
     return status_.ok();
 }
 
-bool RawGroup::fetch(Chunks::const_iterator first) {
+RawGroup::Batch RawGroup::readSome(Chunks::iterator& next) {
     struct Part {
         Extent extent;
-        std::string* to;
+        std::size_t place;
     };
-    batch_.clear();
-    if (!open()) {
-        return false;
+    Batch batch;
+    if (next == chunks_.end() || !open()) {
+        return batch;
     }
     std::vector<Part> parts;
     std::uint64_t total = 0;
-    for (auto it = first; it != chunks_.end(); ++it) {
-        const auto& [number, chunk] = *it;
+    auto end = next;
+    for (; end != chunks_.end(); ++end) {
+        auto& [number, chunk] = *end;
         std::uint64_t size = 0;
         for (const auto& extent : chunk.extents) {
             size += extent.length;
         }
-        if (it != first && total + size > kBatch) {
+        if (!batch.empty() && total + size > kBatch) {
             break;
         }
         total += size;
-        auto& to = batch_[number];
-        to.reserve(size);
         for (const auto& extent : chunk.extents) {
-            parts.push_back({extent, &to});
+            parts.push_back({extent, batch.size()});
         }
+        batch.push_back({number, &chunk, {}});
+        batch.back().bytes.reserve(size);
     }
     // The runs of one chunk keep their order: it is that of the file.
     std::sort(parts.begin(), parts.end(),
               [](const Part& a, const Part& b) { return a.extent.at < b.extent.at; });
-    return std::all_of(parts.begin(), parts.end(),
-                       [this](const Part& part) { return copy(part.extent, *part.to); });
+    if (!std::all_of(parts.begin(), parts.end(), [&](const Part& part) {
+            return copy(part.extent, batch[part.place].bytes);
+        })) {
+        return {};
+    }
+    next = end;
+    return batch;
 }
 
 bool RawGroup::copy(const Extent& extent, std::string& to) {

@@ -9,7 +9,6 @@
 #include <cstdint>
 #include <map>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace kavu {
@@ -58,11 +57,12 @@ class RawGroup {
     struct Read {
         std::int64_t number = 0;
         Chunk* chunk = nullptr;
-        std::string* bytes = nullptr;
+        std::string bytes;
     };
-    /// The commands of the chunks from `first` on, as many as are read at a time; none if the
-    /// file could not be read. Valid until the next call. REQUIRES: there is a chunk.
-    [[nodiscard]] std::vector<Read> batch(Chunks::iterator first);
+    using Batch = std::vector<Read>;  ///< in the order of their numbers
+    /// The commands of the chunks from `next` on, as many as are read at a time, and `next` goes on
+    /// to the chunk behind them. None if there is no chunk left, or the file could not be read.
+    [[nodiscard]] Batch readSome(Chunks::iterator& next);
     /// Closes the file and forgets what was read of it; the places of the chunks stay.
     void release();
 
@@ -73,7 +73,6 @@ class RawGroup {
 
   private:
     bool open();
-    bool fetch(Chunks::const_iterator first);
     bool copy(const Extent& extent, std::string& to);
 
     std::string path_;
@@ -81,7 +80,7 @@ class RawGroup {
     IoStatus status_;
     ByteSource source_;
     Chunks chunks_;
-    std::unordered_map<std::int64_t, std::string> batch_;
+    Batch batch_;  ///< that `bytes` has read last
 };
 
 }  // namespace kavu

@@ -5,7 +5,6 @@
 #include "core/text/TwoThreads.h"
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
 namespace kavu {
@@ -19,24 +18,25 @@ IoStatus UntouchedRecords::read(std::int64_t number, RawRecords& records) {
     return {};
 }
 
-IoStatus UntouchedRecords::readSome(RawGroup::Chunks::iterator& next, RecordBatch& batch) {
-    batch.count = 0;
-    if (next == group_.chunks().end()) {
-        return {};
-    }
-    const auto read = group_.batch(next);
-    if (read.empty()) {
-        return group_.status();
-    }
-    batch.parts.resize(std::max(batch.parts.size(), read.size()));
-    batch.count = read.size();
-    forEachOnTwoThreads(read.size(), [&](std::size_t place, std::size_t) {
-        auto& part = batch.parts[place];
-        part.chunk = read[place].chunk;
-        part.records.gather(*read[place].bytes, *part.chunk, edition_);
-    });
-    std::advance(next, static_cast<std::ptrdiff_t>(read.size()));
-    return {};
+IoStatus UntouchedRecords::readSome(RawGroup::Chunks::iterator& next, RawGroup::Batch& read) {
+    read = group_.readSome(next);
+    return read.empty() && next != group_.chunks().end() ? group_.status() : IoStatus();
+}
+
+void UntouchedRecords::gather(RawGroup::Batch read, RecordBatch& batch,
+                              const std::function<void()>& meanwhile) const {
+    batch.read = std::move(read);
+    batch.count = batch.read.size();
+    batch.parts.resize(std::max(batch.parts.size(), batch.count));
+    forEachOnTwoThreads(
+        batch.count,
+        [&](std::size_t place, std::size_t) {
+            auto& from = batch.read[place];
+            auto& part = batch.parts[place];
+            part.chunk = from.chunk;
+            part.records.gather(from.bytes, *from.chunk, edition_);
+        },
+        meanwhile);
 }
 
 IoStatus UntouchedRecords::makeSections(DocumentFiles& files, StagedChunks& staged) {

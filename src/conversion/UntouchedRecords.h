@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,7 @@ struct RecordBatch {
         const RawGroup::Chunk* chunk = nullptr;
         RawRecords records;
     };
+    RawGroup::Batch read;     ///< what the records are views of
     std::vector<Part> parts;  ///< those beyond `count` keep their memory for the next batch
     std::size_t count = 0;
 };
@@ -40,9 +42,13 @@ class UntouchedRecords {
     [[nodiscard]] RawGroup::Chunks& chunks() { return group_.chunks(); }
     /// The records of a chunk; the views live until the next call. Cheap in rising order.
     [[nodiscard]] IoStatus read(std::int64_t number, RawRecords& records);
-    /// The records of as many chunks as are read at a time, from `next` on, which goes on to the
-    /// chunk behind them; there are none after the last. The views live until the next call.
-    [[nodiscard]] IoStatus readSome(RawGroup::Chunks::iterator& next, RecordBatch& batch);
+    /// As many chunks as are read at a time, from `next` on, which goes on to the chunk behind
+    /// them; there are none after the last.
+    [[nodiscard]] IoStatus readSome(RawGroup::Chunks::iterator& next, RawGroup::Batch& read);
+    /// Puts the records of such chunks in place of those in `batch`. `meanwhile` is called while
+    /// that is done; it may read the next ones.
+    void gather(RawGroup::Batch read, RecordBatch& batch,
+                const std::function<void()>& meanwhile) const;
     /// Closes the file between two passes.
     void release() { group_.release(); }
 

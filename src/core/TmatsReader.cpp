@@ -182,13 +182,18 @@ std::optional<std::string_view> TmatsReader::viewNext(ByteSource& source, std::s
     return command;
 }
 
-std::string_view TmatsReader::takeLines(ByteSource& source, unsigned max, unsigned& count) {
+std::string_view TmatsReader::takeLines(ByteSource& source, unsigned max, unsigned& count,
+                                        std::string_view head) {
     constexpr std::string_view kLineEnd = "\r\n";
     skipLeadingSpace(source);
     const auto window = source.window();
     std::size_t end = 0;
     for (count = 0; count < max && substitutions_.empty(); ++count) {
-        const auto command = trimmedCommandIn(window.substr(end));
+        const auto rest = window.substr(end);
+        if (!rest.starts_with(head)) {
+            break;
+        }
+        const auto command = trimmedCommandIn(rest);
         const auto next = end + command.size() + kLineEnd.size();
         // Neither a line break nor one of the bytes that stand for it is printable.
         if (command.empty() || isLeadingSpace(command.front()) || isComment(command) ||

@@ -43,7 +43,8 @@ class TmatsReader {
                      std::size_t* length = nullptr);
     /// `nextRawCommand` without a copy of a command that is whole in the window of the source
     /// and needs no change; any other is put into `room`. Nothing at the end. The view lives
-    /// until the source moves or `room` changes.
+    /// until the source moves or `room` changes. Without substitutions it changes nothing of the
+    /// reader, so that two threads may read two sources.
     std::optional<std::string_view> viewNextRaw(ByteSource& source, std::string& room,
                                                 long* lineCounter = nullptr,
                                                 std::size_t* length = nullptr);
@@ -53,8 +54,10 @@ class TmatsReader {
                                              std::size_t* length = nullptr);
     /// Takes commands that are in the window of the source as a file is written: each on a line
     /// of its own, none a comment, none with a stored line break. The lines live until the
-    /// source moves. Nothing, with a `count` of 0, if the next command is not of that kind.
-    std::string_view takeLines(ByteSource& source, unsigned max, unsigned& count);
+    /// source moves. Nothing, with a `count` of 0, if the next command is not of that kind, or does
+    /// not begin with `head`.
+    std::string_view takeLines(ByteSource& source, unsigned max, unsigned& count,
+                               std::string_view head = {});
     /// The next command, or an empty text at the end.
     [[nodiscard]] std::string nextCommandString(ByteSource& source, long* lineCounter = nullptr);
 
@@ -102,6 +105,7 @@ class TmatsReader {
     void setLogFile(const std::string& path, int* truncated = nullptr);
 
     void addSubstitution(std::string_view search, std::string_view replacement);
+    [[nodiscard]] bool hasSubstitutions() const { return !substitutions_.empty(); }
     /// Empties the table and the flags.
     void clearSubstitutions();
     [[nodiscard]] unsigned substitutionFlags() const { return substitutionFlags_; }

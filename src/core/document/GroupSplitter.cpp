@@ -3,6 +3,7 @@
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
 #include "core/command/CommandPath.h"
+#include "core/document/CommandBlock.h"
 #include "core/document/DocumentFiles.h"
 #include "core/document/DocumentHistory.h"
 #include "core/document/GroupFiles.h"
@@ -13,6 +14,9 @@
 #include "core/text/Clock.h"
 #include "core/text/Text.h"
 #include "core/text/TextEncoding.h"
+
+#include <array>
+#include <utility>
 
 namespace kavu {
 
@@ -85,28 +89,46 @@ bool GroupSplitter::run(const std::string& path) {
     return true;
 }
 
+/// While the commands of one block are found, those of the one before are sorted, and the next one
+/// is read.
 bool GroupSplitter::splitCommands(ByteSource& source) {
-    std::string room;
-    long line = 1;
-    std::size_t length = 0;
-    for (unsigned count = 1;; ++count) {
-        const auto command = context_.reader.viewNextRaw(source, room, &line, &length);
-        if (!command) {
-            return endOfFile(source, length, line) && flushAll();
-        }
-        if (!sortCommand(*command, line - 1)) {
-            return false;
-        }
-        if (count % kPollEvery == 0) {
-            showProgress(source, line);
-            if (cancelRequested(parent_)) {
+    std::string rest;
+    std::array<CommandBlock, 3> blocks;
+    auto* before = &blocks[0];
+    auto* now = &blocks[1];
+    auto* next = &blocks[2];
+    bool good = true;
+    for (bool more = now->read(source, rest); good && more;) {
+        now->cut(context_.reader, [&] {
+            good = sortBlock(*before, source);
+            more = good && next->read(source, rest);
+        });
+        std::swap(before, now);
+        std::swap(now, next);
+    }
+    return good && sortBlock(*before, source) && endOfFile(source, rest) && flushAll();
+}
+
+bool GroupSplitter::sortBlock(CommandBlock& block, const ByteSource& source) {
+    for (const auto& piece : block.pieces()) {
+        for (const auto& cut : piece.commands) {
+            line_ += cut.lines;
+            if (!sortCommand(cut, line_ - 1)) {
                 return false;
+            }
+            if (++count_ % kPollEvery == 0) {
+                showProgress(block.end(), source.size());
+                if (cancelRequested(parent_)) {
+                    return false;
+                }
             }
         }
     }
+    block.clear();
+    return true;
 }
 
-bool GroupSplitter::endOfFile(ByteSource& source, std::size_t partial, long line) {
+bool GroupSplitter::endOfFile(ByteSource& source, std::string_view rest) {
     endComments();
     if (!source.status().ok()) {
         showBox(parent_,
@@ -115,15 +137,20 @@ bool GroupSplitter::endOfFile(ByteSource& source, std::size_t partial, long line
                 "Unable To Open File");
         return false;
     }
-    if (partial > 0) {
-        context_.messages.show(parent_, 157, title::kErrorReading, kWarningBox, line);
+    auto partial = ByteSource::fromMemory(rest);
+    std::string room;
+    std::size_t length = 0;
+    (void)context_.reader.viewNextRaw(partial, room, &line_, &length);
+    if (length > 0) {
+        context_.messages.show(parent_, 157, title::kErrorReading, kWarningBox, line_);
         notes_.tell(parent_, false);
         return false;
     }
     return true;
 }
 
-bool GroupSplitter::sortCommand(std::string_view command, long line) {
+bool GroupSplitter::sortCommand(const CutCommand& cut, long line) {
+    auto command = cut.text;
     if (isComment(command)) {
         takeComments(banner_.add({line, std::string(command)}));
         return true;
@@ -137,14 +164,13 @@ bool GroupSplitter::sortCommand(std::string_view command, long line) {
         return true;
     }
     std::string changed;
-    if (const auto shape = shapeOfCode(command); !shape.isSplit) {
+    if (!cut.shape.isSplit) {
         notes_.unsplit(line, command);
         to = to == &conversions_ ? &unsplit_ : to;
-    } else if (shape.mayHoldLeadingZero && dropZeros(command, line, changed)) {
+    } else if (cut.shape.mayHoldLeadingZero && dropZeros(command, line, changed)) {
         command = changed;
     }
-    const bool isPlain = isPrintable(command);
-    if (!isPlain && command.find('\0') != std::string::npos) {
+    if (!cut.isPrintable && command.find('\0') != std::string::npos) {
         notes_.nulBytes(line);
     }
     if (to->isSaved) {
@@ -153,7 +179,7 @@ bool GroupSplitter::sortCommand(std::string_view command, long line) {
             putComments(*to, command);
         }
     }
-    if (!isPlain && holdsLineBreak(command)) {
+    if (!cut.isPrintable && holdsLineBreak(command)) {
         notes_.severalLines(line, command);
         changed.assign(command);
         toStoredForm(changed);
@@ -296,15 +322,14 @@ void GroupSplitter::reportWriteFailure(const IoStatus& status) {
                                   status.path());
 }
 
-void GroupSplitter::showProgress(const ByteSource& source, long line) {
+void GroupSplitter::showProgress(std::uint64_t position, std::uint64_t size) {
     if (parent_ == nullptr || !context_.ticker.secondElapsed()) {
         return;
     }
     const auto& sectionTitle = current_ == nullptr ? conversions_.title : current_->title;
-    parent_->setStatusText(formatPrintf("Reading %s - Line: %ld", sectionTitle, line));
-    if (source.size() > 0) {
-        parent_->setProgressBar(100.0 * static_cast<double>(source.position()) /
-                                static_cast<double>(source.size()));
+    parent_->setStatusText(formatPrintf("Reading %s - Line: %ld", sectionTitle, line_));
+    if (size > 0) {
+        parent_->setProgressBar(100.0 * static_cast<double>(position) / static_cast<double>(size));
     }
 }
 

@@ -14,7 +14,9 @@
 namespace kavu {
 
 class ByteSource;
+class CommandBlock;
 class IoStatus;
+struct CutCommand;
 struct GroupKind;
 
 /// One pass over a file. Commands are buffered per group file, so that groups that
@@ -37,7 +39,9 @@ class GroupSplitter {
     };
 
     bool splitCommands(ByteSource& source);
-    bool sortCommand(std::string_view command, long line);
+    /// Sorts the commands of a block, and forgets them.
+    bool sortBlock(CommandBlock& block, const ByteSource& source);
+    bool sortCommand(const CutCommand& cut, long line);
     /// Gives a command whose indices have zeros at their front without them; false if it has none.
     bool dropZeros(std::string_view command, long line, std::string& changed);
     /// Takes comments that are in no banner.
@@ -52,9 +56,10 @@ class GroupSplitter {
     bool flush(Target& target);
     IoStatus write(const Target& target);
     bool flushAll();
-    bool endOfFile(ByteSource& source, std::size_t partial, long line);
+    /// `rest` is what no command ends.
+    bool endOfFile(ByteSource& source, std::string_view rest);
     void reportWriteFailure(const IoStatus& status);
-    void showProgress(const ByteSource& source, long line);
+    void showProgress(std::uint64_t position, std::uint64_t size);
 
     DocumentContext& context_;
     UserInterface* parent_;
@@ -70,6 +75,8 @@ class GroupSplitter {
     Target* current_ = nullptr;
     std::string currentPrefix_;
     std::size_t buffered_ = 0;
+    unsigned count_ = 0;  ///< commands so far
+    long line_ = 1;
 };
 
 }  // namespace kavu

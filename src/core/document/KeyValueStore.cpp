@@ -70,11 +70,9 @@ void KeyValueStore::addEntry(std::string_view name) {
     sizes_[static_cast<std::size_t>(currentFile_)] += name.size() + 4;
     const auto at = directory_.size();
     // A name that is added again is found at its first place.
-    if (const auto it = places_.find(name); it != places_.end()) {
+    if (const auto [it, isNew] = places_.try_emplace(std::string(name), Chain{at, at}); !isNew) {
         directory_[it->second.last].next = at;
         it->second.last = at;
-    } else {
-        places_.emplace(name, Chain{at, at});
     }
     directory_.push_back({std::string(name), currentFile_, kNone});
     directoryLength_ +=

@@ -9,11 +9,15 @@
 namespace kavu {
 
 void forEachOnTwoThreads(std::size_t count,
-                         const std::function<void(std::size_t place, std::size_t worker)>& work) {
+                         const std::function<void(std::size_t place, std::size_t worker)>& work,
+                         const std::function<void()>& meanwhile) {
     std::atomic<std::size_t> next = 0;
     std::array<std::exception_ptr, kMostWorkers> thrown;
     const auto run = [&](std::size_t worker) {
         try {
+            if (worker == 0 && meanwhile) {
+                meanwhile();
+            }
             for (auto place = next++; place < count; place = next++) {
                 work(place, worker);
             }

@@ -11,9 +11,10 @@ namespace kavu {
 /// all calls have ended. `worker` is 0 on the calling thread and 1 on the second one, which there
 /// is if the machine has another processor and more than one place. Calls must not share what they
 /// change. The first exception is thrown again here; places that have not begun by then are left
-/// out.
+/// out. The calling thread calls `meanwhile`, if there is one, before it takes its share.
 void forEachOnTwoThreads(std::size_t count,
-                         const std::function<void(std::size_t place, std::size_t worker)>& work);
+                         const std::function<void(std::size_t place, std::size_t worker)>& work,
+                         const std::function<void()>& meanwhile = {});
 
 /// How many workers there may be.
 inline constexpr std::size_t kMostWorkers = 2;
