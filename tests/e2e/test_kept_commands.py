@@ -222,6 +222,39 @@ class KeptCommandsTest(kavu.KavuTest):
         self.assertNotIn("D-1\\WP", texts[0])
         self.assertIn("D-1\\WP-1-2-2-1:3;", self.lines(), "a second location, beyond the count")
 
+    # --- the other groups -------------------------------------------------------------------
+
+    BESIDE = ["T-1\\SCO\\N:1;", "T-1\\SCO1-1:10;", "T-1\\SCO1-3:behind the count;",
+              "T-1\\SCO9-1:of a row;", "T-1\\SCO9-3:of none;", "T-1\\EV\\X-2:of no list;",
+              "T-1\\XYZ:own;", "M-1\\SI1-2:behind the count;", "M-1\\SI9-2:own;", "M-1\\BB9-1:own;",
+              "G\\DSIX-1:own;", "G\\POC1-1:behind the count;", "G\\XYZ:own;"]
+
+    def beside(self, name):
+        """The commands of the groups that no stream writes."""
+        return sorted(line for line in self.read(name).decode("latin-1").split("\r\n")
+                      if line[:2] in ("G\\", "T-", "M-") and not line.startswith("G\\FN:"))
+
+    def test_the_groups_beside_the_stream_keep_all_they_have(self):
+        self.write("in.tma", stream(more="".join(self.BESIDE)))
+        self.run_json("save", "in.tma", "-o", "saved.tma")
+        saved = self.beside("saved.tma")
+        for command in self.BESIDE:
+            self.assertIn(command, saved)
+        for reply in ("yes", "no"):
+            for command in ("rewrite", "word-frame"):
+                result = self.rewrite(reply, command=command)
+                self.assertEqual(result.json["questions"], [], command)
+                self.assertEqual(self.beside("out.tma"), saved, command)
+
+    def test_a_change_of_the_transmission_keeps_what_it_does_not_know(self):
+        self.write("in.tma", stream(more="".join(self.BESIDE)))
+        for reply in ("yes", "no"):
+            result = self.run_json("--answer-all", reply, "set", "in.tma", "T-1\\RF1=2210.5",
+                                   "-o", "out.tma", "--overwrite")
+            self.assertIn(result.status, (CLEAN, REPORTED), result)
+            for command in [*self.BESIDE, "T-1\\RF1:2210.5;"]:
+                self.assertIn(command, self.beside("out.tma"))
+
     # --- nothing to ask -----------------------------------------------------------------------
 
     def test_a_stream_that_the_model_holds_asks_nothing(self):
