@@ -34,6 +34,19 @@ class UnreadableTest(kavu.KavuTest):
         self.assertIn("folder.tma", text)
         self.assertIn("Is a directory", text)
 
+    def test_a_device_or_a_pipe_in_place_of_a_file(self):
+        os.mkfifo(self.path("pipe.tma"))
+        self.write("in.tma", SIMPLE)
+        for name in ("pipe.tma", "/dev/zero", "/dev/null"):
+            for arguments in (["check"], ["tree"], ["save", "-o", "out.tma"]):
+                text = self.refused(arguments[0], name, *arguments[1:])
+                self.assertIn("Unable to open '%s'" % name, text)
+                self.assertIn("device or a pipe", text)
+            result = self.run_json("source", "import", "in.tma", name, "RF 1", "-o", "out.tma")
+            self.assertEqual(result.status, FAILED, result)
+            self.assertIn("device or a pipe", result.json["messages"][0]["text"])
+        self.assertEqual(sorted(os.listdir(self.work)), ["in.tma", "pipe.tma"])
+
     def test_a_file_without_read_permission(self):
         path = self.write("in.tma", SIMPLE)
         os.chmod(path, 0)

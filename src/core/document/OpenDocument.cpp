@@ -70,7 +70,7 @@ bool finishLoad(DocumentContext& context, UserInterface* parent) {
 /// An empty document, or a part of one, is opened only with a word about it.
 void remarkLoss(UserInterface* parent, const std::string& path) {
     std::uint64_t size = 0;
-    if (parent == nullptr || !probeSize(path, size).ok()) {
+    if (parent == nullptr || !isPlainFile(path) || !probeSize(path, size).ok()) {
         return;
     }
     if (const auto store = UserFile::killedOwnerOf(path); !store.empty()) {

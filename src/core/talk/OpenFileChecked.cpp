@@ -41,6 +41,14 @@ bool openFileChecked(UserInterface* parent, const std::string& path, ByteSource&
         showBox(parent, "No pathname was entered", kOpenTitle);
         return false;
     }
+    // A device may never end, and a pipe that nobody writes to looks like an empty file.
+    PathKind kind = PathKind::Missing;
+    if (probeNamed(path, kind).ok() && kind == PathKind::Other) {
+        showBox(parent,
+                formatPrintf("Unable to open '%s'\n\nReason: It is a device or a pipe", path),
+                kOpenTitle);
+        return false;
+    }
     const auto status = source.open(path);
     if (!status.ok()) {
         reportUnableToOpen(parent, status);

@@ -55,6 +55,16 @@ class OpenFileCheckedTest : public ::testing::Test {
 
 // --- reading -------------------------------------------------------------------------------
 
+TEST_F(OpenFileCheckedTest, ADeviceOrAPipeIsNoFileToRead) {
+    const auto pipe = folder.path() + "/pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    for (const std::string& path : {pipe, std::string("/dev/zero")}) {
+        EXPECT_FALSE(openForReading(path, &ui));
+        expectOneBox(kTitle, "Unable to open '" + path + "'\n\nReason: It is a device or a pipe");
+        EXPECT_FALSE(openForReading(path, nullptr));
+    }
+}
+
 TEST_F(OpenFileCheckedTest, AFileIsOpenedForReading) {
     writeFile(folder / "a", "text");
     ByteSource source;
