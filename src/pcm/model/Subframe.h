@@ -27,7 +27,8 @@ struct Subframe {
     FixedText<2> locationMode;     ///< SF3: "FI", "EL", "NA"
     FixedText<4> interval;         ///< SF5
     FixedText<3> depth;            ///< SF6: frames in one cycle
-    int fileRow = 0;               ///< its number in the file; 0 for a new one
+    int fileCounter = 0;           ///< the number of its counter in the file
+    int fileRow = 0;               ///< its number there; 0 for a new one
 
     [[nodiscard]] bool isSupercommutated() const {
         return !(supercommutated == kNotSupercommutated);

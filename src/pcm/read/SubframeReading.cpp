@@ -67,6 +67,7 @@ class SubframeReader {
         }
         readDepth();
         if (firstWord_ > 0) {
+            record_.fileCounter = n_;
             record_.fileRow = m_;
         } else {
             load_.leaveOut(from);  // one without words is not written

@@ -248,10 +248,7 @@ bool moveSubframeToCounter(PcmFormat& format, int fwp, const Subframe& record, i
         }
         to = {counter, *slot};
     }
-    Subframe moved = record;  // a copy: `record` may be the entry that is emptied
-    if (to.counter != from.counter) {
-        moved.fileRow = 0;  // the number was one of the other counter
-    }
+    const Subframe moved = record;  // a copy: `record` may be the entry that is emptied
     const auto words = format.wordsOf(from);
     format.idCounters[static_cast<std::size_t>(from.counter)]
         .subframes[static_cast<std::size_t>(from.index)] = {};

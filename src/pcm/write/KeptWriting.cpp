@@ -18,6 +18,7 @@
 #include <algorithm>
 #include <map>
 #include <set>
+#include <tuple>
 
 namespace kavu {
 
@@ -31,14 +32,16 @@ class FormatRows {
         for (std::size_t i = 0; i < format.idCounters.size(); ++i) {
             const auto& counter = format.idCounters[i];
             const int n = static_cast<int>(i) + 1;
-            if (counter.name.empty() || counter.fileRow == 0) {
+            if (counter.name.empty()) {
                 continue;
             }
-            counters_[counter.fileRow] = n;
+            if (counter.fileRow > 0) {
+                counters_[counter.fileRow] = n;
+            }
             int m = 0;
             for (const int j : writtenSubframes(format, n - 1)) {
-                ++m;
-                subframes_[{n, counter.subframes[static_cast<std::size_t>(j)].fileRow}] = m;
+                const auto& subframe = counter.subframes[static_cast<std::size_t>(j)];
+                subframes_[{subframe.fileCounter, subframe.fileRow}] = {n, ++m};
             }
         }
         int embedded = 0;
@@ -56,40 +59,51 @@ class FormatRows {
             return RowNumbers();
         }
         RowNumbers at = *path;
-        for (const auto& use : pcmRowRules().usesOf(path->stem)) {
-            if (use.depth == command.missingRow || use.depth >= path->count) {
-                break;
-            }
-            if (!renumber(use.list, at)) {
-                return std::nullopt;
-            }
-        }
-        return at;
+        const auto list = innermostList(*path, command.missingRow);
+        return !list || renumber(*list, at) ? std::optional(at) : std::nullopt;
     }
 
   private:
+    using SubframeRow = std::pair<int, int>;  ///< the numbers of the counter and the subframe
+
+    /// The list of the innermost row of the model that a command belongs to.
+    [[nodiscard]] static std::optional<int> innermostList(const FieldPath& path, int missingRow) {
+        std::optional<int> list;
+        for (const auto& use : pcmRowRules().usesOf(path.stem)) {
+            if (use.depth == missingRow || use.depth >= path.count) {
+                break;
+            }
+            list = use.list <= kMergeRows ? use.list : list;
+        }
+        return list;
+    }
+
     [[nodiscard]] bool renumber(int list, RowNumbers& at) const {
-        const auto take = [](const auto& rows, const auto& key, int& number) {
-            const auto it = rows.find(key);
-            number = it == rows.end() ? 0 : it->second;
-            return number > 0;
+        const auto take = [&at](const auto& rows) {
+            const auto it = rows.find(at.at[0]);
+            at.at[0] = it == rows.end() ? 0 : it->second;
+            return at.at[0] > 0;
         };
         switch (list) {
             case kCounterRows:
-                return take(counters_, at.at[0], at.at[0]);
-            case kSubframeRows:
-                return take(subframes_, std::pair(at.at[0], at.at[1]), at.at[1]);
+                return take(counters_);
+            case kSubframeRows: {
+                // The subframe may be one of another counter now.
+                const auto it = subframes_.find({at.at[0], at.at[1]});
+                if (it != subframes_.end()) {
+                    std::tie(at.at[0], at.at[1]) = it->second;
+                }
+                return it != subframes_.end();
+            }
             case kEmbeddedRows:
-                return take(embedded_, at.at[0], at.at[0]);
-            case kMergeRows:
-                return take(merges_, at.at[0], at.at[0]);
+                return take(embedded_);
             default:
-                return true;
+                return take(merges_);
         }
     }
 
     std::map<int, int> counters_;
-    std::map<std::pair<int, int>, int> subframes_;
+    std::map<SubframeRow, SubframeRow> subframes_;
     std::map<int, int> embedded_;
     std::map<int, int> merges_;
 };

@@ -2,6 +2,7 @@
 #include "pcm/LoadFixture.h"
 #include "pcm/structure/AsyncEdit.h"
 #include "pcm/structure/SubframeEdit.h"
+#include "pcm/structure/SubframeRecordEdit.h"
 #include "pcm/undo/StreamUndo.h"
 #include "pcm/write/KeptWriting.h"
 
@@ -170,6 +171,38 @@ TEST_F(KeptWritingTest, CountersAndSubframesTakeWhatIsUnknownAlong) {
     EXPECT_TRUE(has("P-1\\SF1-1-1:STAYS"));
     EXPECT_TRUE(has("P-1\\SF5-1-1:7")) << "it is of that subframe";
     EXPECT_TRUE(has("P-1\\SF1-1-3:BEHIND"));
+}
+
+TEST_F(KeptWritingTest, ASubframeTakesWhatIsUnknownAlongToAnotherCounter) {
+    auto counters =
+        counterAt(1, 4,
+                  Commands{"SF\\N-1:2"} + subframeAt(1, "STAYS", 3, 4) +
+                      subframeAt(2, "MOVES", 4, 4) + Commands{"SF5-1-1:6", "SF5-1-2:7"});
+    for (auto command : counterAt(2, 4, {"SF\\N-1:0"})) {
+        counters.push_back(replaceAll(replaceAll(command, "-1:", "-2:"), ":SFID", ":OTHER"));
+    }
+    std::replace(counters.begin(), counters.end(), std::string("ISF\\N:1"),
+                 std::string("ISF\\N:2"));
+    start(2009, plainFormat(16, 4) + counters, listOf({measurementAt("A", 2)}));
+    auto editing = subframeEditing(s_->format, 4);
+    ASSERT_EQ(editing.record.name, "MOVES");
+    editing.counter = 1;
+    editing.record.name = "RENAMED";
+    ASSERT_TRUE(saveSubframeEditing(s_->format, s_->parent, 4, editing));
+    save();
+    EXPECT_TRUE(has("P-1\\SF1-1-1:STAYS"));
+    EXPECT_TRUE(has("P-1\\SF5-1-1:6"));
+    EXPECT_TRUE(has("P-1\\SF1-2-1:RENAMED"));
+    EXPECT_TRUE(has("P-1\\SF5-2-1:7"));
+    // The counter that it came from may be gone by now.
+    editing = subframeEditing(s_->format, 3);
+    editing.counter = 1;
+    ASSERT_TRUE(saveSubframeEditing(s_->format, s_->parent, 3, editing));
+    ASSERT_TRUE(deleteIdCounter(s_->format, nullptr, 1));
+    save();
+    EXPECT_TRUE(has("P-1\\SF1-2-2:STAYS"));
+    EXPECT_TRUE(has("P-1\\SF5-2-2:6"));
+    EXPECT_TRUE(has("P-1\\SF5-2-1:7"));
 }
 
 TEST_F(KeptWritingTest, ARowBehindTheCountMakesRoomForANewOne) {
