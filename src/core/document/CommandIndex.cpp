@@ -142,10 +142,17 @@ std::optional<CommandIndex::Found> CommandIndex::peek(std::string_view code) con
             }
         }
     }
-    if (found == kNone) {
-        return std::nullopt;
+    return found == kNone ? std::nullopt : std::optional(foundAt(found));
+}
+
+std::optional<CommandIndex::Found> CommandIndex::peekRead(std::string_view code) const {
+    hash();
+    for (auto i = slots_.empty() ? kNone : slotOf(code).first; i != kNone; i = next_[i]) {
+        if (isRead(i) && equalsIgnoreCase(codeOf(entries_[i]), code)) {
+            return foundAt(i);
+        }
     }
-    return Found{found, codeOf(entries_[found]), valueOf(entries_[found])};
+    return std::nullopt;
 }
 
 std::optional<CommandIndex::Found> CommandIndex::find(std::string_view code) {

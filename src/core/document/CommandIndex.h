@@ -65,6 +65,9 @@ class CommandIndex {
     std::optional<Found> find(std::string_view code);
     /// The same, without moving the position.
     [[nodiscard]] std::optional<Found> peek(std::string_view code) const;
+    /// The first command of the code, without regard to case, that has a value and the mark of
+    /// those that have been read.
+    [[nodiscard]] std::optional<Found> peekRead(std::string_view code) const;
     /// Moves the position to the front.
     void rewind() { position_ = 0; }
 
@@ -108,6 +111,9 @@ class CommandIndex {
     }
     [[nodiscard]] std::string_view valueOf(const Entry& entry) const;
     [[nodiscard]] Slot& slotOf(std::string_view code) const;
+    [[nodiscard]] Found foundAt(std::size_t place) const {
+        return {place, codeOf(entries_[place]), valueOf(entries_[place])};
+    }
 
     std::string text_;  ///< the commands, without separators
     std::vector<Entry> entries_;

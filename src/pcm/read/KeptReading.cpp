@@ -24,35 +24,53 @@ std::string textOf(const CommandView& command) {
     return text.append(":").append(command.value).append(";");
 }
 
-std::string codeKey(const CommandView& command) {
-    return lowerAscii(trimRight(command.field));
-}
+/// What is to be known of a command that the load has not read.
+class UnreadCommands {
+  public:
+    UnreadCommands(const CommandIndex& commands, const RowRules& rules)
+        : commands_(commands), rules_(rules) {}
 
-/// What the load has read: the codes, and the rows of lists that it knows.
-struct ReadCommands {
-    std::unordered_set<std::string> codes;
-    std::unordered_set<std::string> rows;
-
-    void add(const CommandView& command, const RowRules& rules) {
-        codes.insert(codeKey(command));
+    [[nodiscard]] KeptCommand kept(const CommandView& command) {
+        KeptCommand result{.text = textOf(command),
+                           .isRepeat = commands_.peekRead(trimRight(command.code)).has_value()};
         const auto path = parseField(trimRight(command.field));
-        for (const auto& use : path ? rules.usesOf(path->stem) : std::span<const RowUse>()) {
-            if (use.depth < path->count) {
-                rows.insert(RowRules::rowKey(use, *path));
-            }
-        }
-    }
-    [[nodiscard]] KeptCommand kept(const CommandView& command, const RowRules& rules) const {
-        KeptCommand result{.text = textOf(command), .isRepeat = codes.contains(codeKey(command))};
-        const auto path = parseField(trimRight(command.field));
-        for (const auto& use : path ? rules.usesOf(path->stem) : std::span<const RowUse>()) {
-            if (use.depth < path->count && !rows.contains(RowRules::rowKey(use, *path))) {
+        for (const auto& use : path ? rules_.usesOf(path->stem) : std::span<const RowUse>()) {
+            if (use.depth < path->count && !isRead(RowRules::rowKey(use, *path))) {
                 result.missingRow = use.depth;
                 break;
             }
         }
         return result;
     }
+
+  private:
+    /// Commands that nobody knows are in no list, and a group may have many thousands of them: the
+    /// rows of the read ones are gathered for the first that is.
+    [[nodiscard]] bool isRead(const std::string& row) {
+        if (!isGathered_) {
+            gather();
+        }
+        return rows_.contains(row);
+    }
+    void gather() {
+        isGathered_ = true;
+        for (std::size_t place = 0; place < commands_.size(); ++place) {
+            if (!commands_.isRead(place)) {
+                continue;
+            }
+            const auto read = parseField(trimRight(commands_.at(place).field));
+            for (const auto& use : read ? rules_.usesOf(read->stem) : std::span<const RowUse>()) {
+                if (use.depth < read->count) {
+                    rows_.insert(RowRules::rowKey(use, *read));
+                }
+            }
+        }
+    }
+
+    const CommandIndex& commands_;
+    const RowRules& rules_;
+    bool isGathered_ = false;
+    std::unordered_set<std::string> rows_;
 };
 
 /// What commands belong to that are of no measurement.
@@ -82,26 +100,11 @@ std::string lineOf(std::string_view text) {
 
 void gatherKeptOfFormat(PcmLoad& load) {
     const auto& commands = *load.fields;
-    const auto isUnread = [&commands](std::size_t place) {
-        return !commands.isRead(place) && !commands.at(place).head.empty();
-    };
-    std::vector<std::size_t> unread;
+    UnreadCommands unread(commands, pcmRowRules());
     for (std::size_t place = 0; place < commands.size(); ++place) {
-        if (isUnread(place)) {
-            unread.push_back(place);
+        if (!commands.isRead(place) && !commands.at(place).head.empty()) {
+            load.format.kept.ofFormat.push_back(unread.kept(commands.at(place)));
         }
-    }
-    if (unread.empty()) {
-        return;
-    }
-    ReadCommands read;
-    for (std::size_t place = 0; place < commands.size(); ++place) {
-        if (commands.isRead(place)) {
-            read.add(commands.at(place), pcmRowRules());
-        }
-    }
-    for (const auto place : unread) {
-        load.format.kept.ofFormat.push_back(read.kept(commands.at(place), pcmRowRules()));
     }
 }
 
@@ -162,8 +165,9 @@ void KeptMeasurements::gatherChunk(const CommandIndex& commands) {
             takeUnread(commands, place, ofPlaced);
         }
     }
-    if (!ofPlaced.empty() || !firstLines_.empty()) {
-        keepOfPlaced(commands, ofPlaced);
+    keepOfPlaced(commands, ofPlaced);
+    if (!firstLines_.empty()) {
+        noteFirstLines(commands);
     }
 }
 
@@ -183,33 +187,27 @@ void KeptMeasurements::takeUnread(const CommandIndex& commands, std::size_t plac
     }
 }
 
-/// Keeps the unread commands of measurements, and notes what was read of those that another list
-/// has as well.
-void KeptMeasurements::keepOfPlaced(const CommandIndex& commands,
-                                    const std::map<Row, std::vector<std::size_t>>& ofPlaced) {
-    constexpr auto kNameHead = codeHead(measurement_field::kName.code);
-    std::map<Row, ReadCommands> read;
-    std::map<Row, std::string> names;
+void KeptMeasurements::noteFirstLines(const CommandIndex& commands) {
     for (std::size_t place = 0; place < commands.size(); ++place) {
         if (!commands.isRead(place)) {
             continue;
         }
         const auto command = commands.at(place);
-        const auto row = rowOf(command);
-        if (ofPlaced.contains(row)) {
-            read[row].add(command, measurementRowRules());
-            if (equalsIgnoreCase(codeHead(command.field), kNameHead)) {
-                names[row] = FixedText<32>(command.value).str();
-            }
-        }
-        if (const auto first = firstLines_.find(row); first != firstLines_.end()) {
+        if (const auto first = firstLines_.find(rowOf(command)); first != firstLines_.end()) {
             first->second.insert(lineOf(command.text));
         }
     }
+}
+
+void KeptMeasurements::keepOfPlaced(const CommandIndex& commands,
+                                    const std::map<Row, std::vector<std::size_t>>& ofPlaced) {
+    UnreadCommands unread(commands, measurementRowRules());
     for (const auto& [row, places] : ofPlaced) {
-        auto& kept = keptOf(row, names[row]);
+        const auto name = commands.peekRead(
+            load_.prefix + fieldCode(measurement_field::kName.code, {row.first, row.second}));
+        auto& kept = keptOf(row, name ? FixedText<32>(name->value).str() : std::string());
         for (const auto place : places) {
-            kept.push_back(read[row].kept(commands.at(place), measurementRowRules()));
+            kept.push_back(unread.kept(commands.at(place)));
         }
     }
 }

@@ -59,6 +59,8 @@ class KeptMeasurements {
     void gatherChunk(const CommandIndex& commands);
     void takeUnread(const CommandIndex& commands, std::size_t place,
                     std::map<Row, std::vector<std::size_t>>& ofPlaced);
+    /// Notes what was read of measurements that another list has as well.
+    void noteFirstLines(const CommandIndex& commands);
     void keepOfPlaced(const CommandIndex& commands,
                       const std::map<Row, std::vector<std::size_t>>& ofPlaced);
     [[nodiscard]] std::vector<KeptCommand>& keptOf(const Row& row, const std::string& name);

@@ -63,6 +63,19 @@ TEST_F(CommandIndexTest, PeeksWithoutMoving) {
     EXPECT_EQ(find("X"), "1");
 }
 
+TEST_F(CommandIndexTest, TheFirstReadCommandOfACodeIsFoundWhereverTheSearchIs) {
+    read("X:1;A:a;X:2;x:3;");
+    EXPECT_EQ(commands.peekRead("X"), std::nullopt);
+    commands.markRead(3);
+    EXPECT_EQ(commands.peekRead("X")->place, 3u);
+    EXPECT_EQ(find("X"), "1");
+    EXPECT_EQ(find("X"), "2");
+    commands.markRead(0);
+    EXPECT_EQ(commands.peekRead("x")->value, "1");
+    EXPECT_EQ(commands.peekRead("A"), std::nullopt);
+    EXPECT_EQ(find("X"), "3");
+}
+
 TEST_F(CommandIndexTest, CommandsAreAddedAndMarkedOneByOne) {
     for (int i = 0; i < 1000; ++i) {
         EXPECT_TRUE(commands.add("X-" + std::to_string(i) + ":" + std::to_string(i) + ";"));
