@@ -4,6 +4,7 @@
 // bytes. In between it may be converted to word/frame locations.
 #include "Check.h"
 #include "FuzzScratch.h"
+#include "LostCommands.h"
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
@@ -18,16 +19,21 @@
 #include "pcm/PcmLoad.h"
 #include "pcm/write/PcmSave.h"
 #include "pcm/write/WordFrameConversion.h"
+#include "vocabulary/DGroupFields.h"
+#include "vocabulary/PGroupFields.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdlib>
+#include <map>
 #include <string>
 #include <string_view>
 
 namespace {
 
 using namespace kavu;
+using fuzz::FileCommand;
 
 class FixedRandom : public RandomSource {
   public:
@@ -37,30 +43,19 @@ class FixedRandom : public RandomSource {
 };
 
 /// A parent that gives every question the same answer, and may cancel.
-class Parent : public UserInterface {
+class Parent : public test::RecordingInterface {
   public:
-    bool yes = false;
-    int cancelAt = 0;
+    explicit Parent(bool yes) : yes_(yes) { otherwise = yes ? Button::Yes : Button::No; }
 
-    Button message(const MessageBox& box) override {
-        return box.buttons == Buttons::Ok ? Button::Ok : yes ? Button::Yes : Button::No;
-    }
-    std::optional<std::string> enterText(const TextPrompt&) override { return std::nullopt; }
     std::optional<long> enterInteger(const IntegerPrompt& prompt) override {
-        return yes ? std::optional(prompt.initial) : std::nullopt;
+        return yes_ ? std::optional(prompt.initial) : std::nullopt;
     }
-    std::optional<double> enterDouble(const DoublePrompt&) override { return std::nullopt; }
     int chooseFromList(const std::string&, const std::vector<std::string>&) override {
-        return yes ? 0 : -1;
+        return yes_ ? 0 : -1;
     }
-    int selectFromTable(const TablePrompt&) override { return -1; }
-    std::optional<FileChoice> chooseFile(const FilePrompt&) override { return std::nullopt; }
-    void showMessages(const std::string&, const std::string&,
-                      const std::vector<std::string>&) override {}
-    bool cancelRequested() override { return cancelAt > 0 && ++polls_ >= cancelAt; }
 
   private:
-    int polls_ = 0;
+    bool yes_;
 };
 
 /// All that a load needs, in a folder that stays for the whole run.
@@ -135,6 +130,88 @@ std::string readFile(const World& world, std::string_view name) {
     return bytes;
 }
 
+/// A text as messages show it.
+std::string shownText(std::string text) {
+    std::erase(text, '\r');
+    return text;
+}
+
+bool isOfModel(const FileCommand& command) {
+    const auto table = command.letter == 'P' ? pcmVocabulary() : measurementVocabulary();
+    return std::any_of(table.begin(), table.end(), [&command](const Field& field) {
+        return isOfPattern(command.field, field.code);
+    });
+}
+
+std::string groupsOf(const World& world) {
+    return readFile(world, kFormatFile) + readFile(world, kDataFile);
+}
+
+/// The command whatever the numbers of its rows are, which a save gives again.
+struct Said {
+    explicit Said(const FileCommand& command) {
+        const auto path = parseField(command.field);
+        stem = command.letter + lowerAscii(path ? path->stem : command.field);
+        whole = stem + ":" + command.value;
+    }
+    std::string stem;
+    std::string whole;
+};
+
+/// What was told of commands that go: a question whose answer was to keep them is no word of it.
+std::string toldOfLoss(Parent& parent) {
+    if (parent.otherwise == Button::Yes) {
+        std::erase_if(parent.boxes,
+                      [](const MessageBox& box) { return box.title == "Keep Commands?"; });
+    }
+    return shownText(fuzz::everythingTold(parent));
+}
+
+/// True if the user was told of a command: of its code, or of what it says. A question shows the
+/// beginning of a long one.
+bool isTold(const std::string& told, const FileCommand& command) {
+    const auto text = shownText(command.text);
+    const auto code = text.substr(0, text.find(':'));
+    for (auto at = told.find(code); at != std::string::npos; at = told.find(code, at + 1)) {
+        const auto end = at + code.size();
+        if (end == told.size() || (!isDigit(told[end]) && told[end] != '-')) {
+            return true;
+        }
+    }
+    const auto said = shownText(":" + command.value + ";");
+    return told.find(said.substr(0, 40)) != std::string::npos;
+}
+
+/// Checks that each command of the groups is in those that were written, or that the user was told
+/// of it. What the model reads may be written in other words, but not with fewer commands.
+void checkNothingLost(const std::string& before, const std::string& after, Parent& parent) {
+    std::map<std::string, long> left;
+    std::map<std::string, long>
+        fewer;  // by the stem: commands that are neither written nor told of
+    for (const auto& command : fuzz::commandsOf(after)) {
+        const Said said(command);
+        ++left[said.whole];
+        --fewer[said.stem];
+    }
+    const auto told = toldOfLoss(parent);
+    for (const auto& command : fuzz::commandsOf(before)) {
+        const Said said(command);
+        const bool isThere = --left[said.whole] >= 0;
+        const bool isExcused = !isThere && isTold(told, command);
+        fewer[said.stem] += isExcused ? 0 : 1;
+        if (!isThere && !isExcused && (!isOfModel(command) || fewer[said.stem] > 0)) {
+            std::fprintf(stderr, "lost: %s\n", command.text.c_str());
+            KAVU_CHECK(false);
+        }
+    }
+    for (const auto& [stem, count] : fewer) {
+        if (count > 0) {
+            std::fprintf(stderr, "lost: %ld of %s\n", count, stem.c_str());
+            KAVU_CHECK(false);
+        }
+    }
+}
+
 /// Loads the stream and writes it; false if it did not load.
 bool roundTrip(World& world, Parent& parent, bool convert) {
     world.format.closeFormat();
@@ -177,9 +254,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     world.document.version = kEditions[data[0] % kEditions.size()];
     const bool convert = data[0] >= 128;
-    Parent parent;
-    parent.yes = data[1] % 2 == 0;
-    parent.cancelAt = data[2] < 200 ? 0 : data[2] - 199;
+    const bool yes = data[1] % 2 == 0;
+    Parent parent(yes);
+    parent.cancelAtPoll = data[2] < 200 ? 0 : data[2] - 199;
     const std::string_view bytes(reinterpret_cast<const char*>(data) + 3, size - 3);
     // A line of one hyphen ends the P group.
     const auto border = bytes.find("\n-\n");
@@ -187,16 +264,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     writeGroup(world, 'D', kDataFile,
                border == std::string_view::npos ? std::string_view() : bytes.substr(border + 3));
 
+    const auto read = groupsOf(world);
     if (roundTrip(world, parent, convert)) {
-        Parent patient;
-        patient.yes = parent.yes;
+        if (!convert) {
+            checkNothingLost(read, groupsOf(world), parent);
+        }
+        Parent patient(yes);
         std::string before;
         // What a load corrects and a write leaves out settles after a few rounds.
         for (int round = 0; round < 6; ++round) {
             if (!roundTrip(world, patient, false)) {
                 break;
             }
-            const auto now = readFile(world, kFormatFile) + readFile(world, kDataFile);
+            const auto now = groupsOf(world);
             KAVU_CHECK(now.size() < 100'000'000);
             if (now == before) {
                 break;
