@@ -49,6 +49,31 @@ class EditionTest(kavu.KavuTest):
         self.assertTrue(any("words 2 to 8 by 3 become words 2 to 14 by 3" in message["text"]
                             for message in result.json["messages"]), result)
 
+    def test_measurements_by_word_and_frame_are_listed_below_106_04(self):
+        self.write("in.tma", "G\\106:09;P-1\\DLN:A;P-1\\TF:ONE;P-1\\MF1:16;P-1\\MF\\N:4;"
+                             "D-1\\DLN:A;D-1\\MN-1-1:RANGE;D-1\\LT-1-1:WDFR;D-1\\WP-1-1-1-1:2;"
+                             "D-1\\MN-1-2:WORD;D-1\\LT-1-2:MF;D-1\\MF-1-2:3;")
+        result = self.run_json("save", "in.tma", "-o", "out.tma", "--edition", "2001")
+        self.assertEqual(result.status, REPORTED, result)
+        self.assertNotIn(444, result.ids())
+        texts = [message["text"] for message in result.json["messages"]]
+        self.assertEqual(sum("measurement 'RANGE'" in text for text in texts), 2, texts)
+        self.assertFalse(any("'WORD'" in text for text in texts), texts)
+
+    def test_measurements_without_a_form_in_106_11_are_listed(self):
+        self.write("in.tma", "G\\106:09;P-1\\DLN:A;P-1\\TF:ONE;P-1\\F1:16;P-1\\MF\\N:4;P-1\\MF1:16;"
+                             "P-1\\MF2:256;P-1\\MF4:16;P-1\\MF5:1111101011110011;D-1\\DLN:A;"
+                             "D-1\\ML\\N:1;D-1\\MN\\N-1:2;D-1\\MN-1-1:WORD;D-1\\LT-1-1:MF;"
+                             "D-1\\MF-1-1:2;D-1\\MN-1-2:OTHER;D-1\\LT-1-2:OWN;D-1\\OWN-1-2:3;")
+        result = self.run_json("save", "in.tma", "-o", "out.tma", "--edition", "2011")
+        self.assertEqual(result.status, REPORTED, result)
+        self.assertNotIn(444, result.ids())
+        self.assertTrue(any("OTHER" in message["text"] for message in result.json["messages"]),
+                        result)
+        self.assertTrue(any("definition #1." in message["text"]
+                            for message in result.json["messages"] if message["id"] == 239))
+        self.assertIn(b"LT-1-1:WDFR;", self.read("out.tma"))
+
     def test_the_note_names_both_editions(self):
         self.write("in.tma", "G\\106:05;")
         result = self.run_json("save", "in.tma", "-o", "out.tma", "--edition", "2009")

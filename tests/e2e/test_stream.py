@@ -351,6 +351,7 @@ class StreamTest(kavu.KavuTest):
         document = result.json
         self.assertEqual([(message["stream"], message["id"]) for message in document["messages"]],
                          [("PCM 1", 176), ("PCM 2", 212)])
+        self.assertIn("depth of '1'", document["messages"][1]["text"])
         self.assertEqual(document["streams"], [{"stream": "PCM 1", "result": 1},
                                                {"stream": "PCM 2", "result": 1}])
         plain = self.run_json("--settings", "kavu.ini", "check", "in.tma")

@@ -2,6 +2,7 @@
 
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
+#include "core/command/CommandPath.h"
 #include "core/document/CommandIndex.h"
 #include "core/document/GroupFiles.h"
 #include "core/talk/Messages.h"
@@ -13,6 +14,7 @@
 #include "pcm/structure/SubframeEdit.h"
 #include "pcm/write/PcmSave.h"
 #include "pcm/write/WordFrameBuild.h"
+#include "vocabulary/DGroupFields.h"
 #include "vocabulary/LocationTypes.h"
 #include "vocabulary/PGroupFields.h"
 #include "vocabulary/SubframeCodes.h"
@@ -427,6 +429,26 @@ class LogAside {
     std::string bytes_;
 };
 
+/// Adds the measurements that the load has left out of the frame and that are not located by words
+/// and frames: nothing converts them, whether they are kept or not.
+void addLeftOut(const PcmFormat& format, std::vector<std::string>& names) {
+    for (const auto& row : format.kept.rows) {
+        std::string name = "(without a name)";
+        std::string type;
+        for (const auto& text : row.commands) {
+            const auto command = viewCommand(text);
+            if (isOfPattern(command.code, measurement_field::kName.code)) {
+                name = command.value;
+            } else if (isOfPattern(command.code, measurement_field::kLocationType.code)) {
+                type = command.value;
+            }
+        }
+        if (!type.empty() && !equalsIgnoreCase(type, location_type::kWordFrame)) {
+            names.push_back(name);
+        }
+    }
+}
+
 }  // namespace
 
 bool convertToWordFrame(PcmFormat& format, UserInterface* parent,
@@ -479,6 +501,7 @@ StreamConversion migrateStream(PcmFormat& format, UserInterface* parent, const P
     version = target;
     StreamConversion made;
     if (loaded && convertToWordFrame(format, parent, &made.unconverted)) {
+        addLeftOut(format, made.unconverted);
         made.changed = format.changed && savePcmFormat(format, parent);
         made.converted = made.changed || !format.changed;
     }
