@@ -29,6 +29,8 @@ ASIDE = {"vocabulary": {"drawing"}, "groups": {"drawing"}}
 # shared by all rooms.
 ROOMS = {
     "core": ["text", "files", "talk", "command", "document"],
+    # Not ordered among themselves: each is one kind of group. What they share is at the root.
+    "bus": ["definition", "message", "packet"],
     "pcm": ["model", "structure", "read", "write", "undo", "edit", "display"],
 }
 # Folders in which a header with its source may need another and be needed by it: the functions of
