@@ -5,6 +5,7 @@
 #include "core/text/Printf.h"
 #include "core/text/Text.h"
 #include "vocabulary/FieldRules.h"
+#include "vocabulary/FloatingPointFormats.h"
 
 #include <array>
 
@@ -40,19 +41,13 @@ constexpr auto kPages = std::to_array<EuPage>({
 constexpr auto kBitWeightColumns = euColumns(c::kBwtb, c::kBwtv);
 constexpr auto kBitWeights = euListOf(c::kBwtN, kBitWeightColumns);
 
-constexpr auto kFloatingPoint = std::to_array<FloatingPointFormat>({
-    {"IEEE 754 Single Precision", "IEEE_32"},
-    {"IEEE 754 Double Precision", "IEEE_64"},
-    {"MIL STD 1750A Single Precision", "1750A_32"},
-    {"MIL STD 1750A Double Precision", "1750A_48"},
-    {"DEC Single Precision", "DEC_32"},
-    {"DEC Double Precision", "DEC_64"},
-    {"DEC \"G\" Double Precision", "DEC_64G"},
-    {"IBM Single Precision", "IBM_32"},
-    {"IBM Double Precision", "IBM_64"},
-    {"TI Single Precision", "TI_32"},
-    {"TI Extended Precision", "TI_40"},
-});
+constexpr auto kFloatingPoint = [] {
+    std::array<FloatingPointFormat, kFloatingPointFormats.size()> formats;
+    for (std::size_t i = 0; i < formats.size(); ++i) {
+        formats[i] = {kFloatingPointFormats[i].text, kFloatingPointFormats[i].value};
+    }
+    return formats;
+}();
 
 }  // namespace
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "groups/GroupScan.h"
+#include "vocabulary/StreamType.h"
 
 #include <string>
 #include <string_view>
@@ -53,9 +54,6 @@ int findGroupIndex(DocumentContext& context, UserInterface* parent, char letter,
 /// a file could not be read (reported) or the user has cancelled.
 bool gatherDataLinks(DocumentContext& context, UserInterface* parent,
                      std::vector<std::string>& links);
-
-/// S groups are message data from this edition on, and packet telemetry before.
-inline constexpr int kMessageDataEdition = 2009;
 
 enum class StreamKind { PcmOrNone = 0, Bus = 2, MessageData = 3 };
 /// The kind of stream that a link names. Message data exists from edition 2009 on.

@@ -11,6 +11,7 @@
 #include "groups/SourceNames.h"
 #include "vocabulary/PAsyncFields.h"
 #include "vocabulary/PGroupFields.h"
+#include "vocabulary/SGroupFields.h"
 #include "vocabulary/StreamType.h"
 
 #include <algorithm>
@@ -26,8 +27,6 @@ constexpr const char* kKindQuestion =
     "Which kind of TMATS Data Source would you like to create?\n\n"
     "RF: Creates a TMATS T-Group definition\n"
     "Tape: Creates a TMATS R-Group definition";
-constexpr int kFirstPacketEdition = 2005;
-constexpr int kLastPacketEdition = 2007;
 
 /// A field of a new P group: its setting, and what a bus stream always has.
 struct StreamField {
@@ -139,7 +138,7 @@ NewStream askStream(const DocumentContext& context, UserInterface* parent) {
     }
     const int edition = context.document.version;
     std::vector<std::string> shown = {"PCM", std::string(stream_type::kBus1553.stored)};
-    if (edition >= kFirstPacketEdition && edition <= kLastPacketEdition) {
+    if (edition >= kPacketEdition && edition <= kLastPacketEdition) {
         shown.emplace_back("Packet Telemetry");
     }
     const int choice = parent->chooseFromList("What Type Of Stream?", shown);
@@ -150,7 +149,7 @@ NewStream askStream(const DocumentContext& context, UserInterface* parent) {
     constexpr auto kTypes = std::to_array<std::string_view>(
         {"PCM", stream_type::kBus1553.stored, stream_type::kPacket.stored});
     stream.type = kTypes.at(static_cast<std::size_t>(choice));
-    if (choice == 2 && edition < kFirstPacketEdition) {
+    if (choice == 2 && edition < kPacketEdition) {
         stream.type = "PCM";
     }
     return stream;

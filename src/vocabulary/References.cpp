@@ -24,13 +24,7 @@ constexpr auto kOthers = std::to_array<Reference>({
     {'B', {.code = "DLN", .refersTo = Refers::LinkName}},
     {'B', {.code = "MN-n-m-k", .refersTo = Refers::MeasurementName}},
     {'B', {.code = "SMF\\SMN-n", .refersTo = Refers::Measurement}},
-    {'S', {.code = "DLN", .refersTo = Refers::LinkName}},
-    {'S', {.code = "MN-n-m-k", .refersTo = Refers::MeasurementName}},
     {'S', {.code = "SMF\\SMN-n", .refersTo = Refers::Measurement}},
-    // Packet telemetry names measurements by their role in its packets.
-    {'S', {.code = "TMN-n", .refersTo = Refers::Measurement}},
-    {'S', {.code = "HMN-n-m", .refersTo = Refers::Measurement}},
-    {'S', {.code = "SMN-n-m", .refersTo = Refers::Measurement}},
     {'V', {.code = "ID", .refersTo = Refers::Source}},
 });
 

@@ -6,6 +6,9 @@
 
 namespace kavu {
 
+/// S groups are message data from this edition on, and packet telemetry before.
+inline constexpr int kMessageDataEdition = 2009;
+
 struct StreamType {
     std::string_view stored{};
     std::string_view text{};  ///< as the tree of the document shows it

@@ -8,6 +8,7 @@
 #include "vocabulary/MGroupFields.h"
 #include "vocabulary/PGroupFields.h"
 #include "vocabulary/RGroupFields.h"
+#include "vocabulary/SGroupFields.h"
 #include "vocabulary/TGroupFields.h"
 
 #include <algorithm>
@@ -36,6 +37,7 @@ std::span<const GroupVocabulary> vocabularies() {
         {'M', "Multiplex/modulation", multiplexFields()},
         {'P', "PCM format", pcmVocabulary()},
         {'D', "Measurement description", measurementVocabulary()},
+        {'S', "Message data", streamDataVocabulary()},
         {'A', "PAM", pamFields()},
         {'C', "Data conversion", conversionVocabulary()},
     });

@@ -49,8 +49,8 @@ class VocabularyTest(kavu.KavuTest):
         self.assertIn("RML", [each["code"] for each in self.fields("R")["fields"]])
 
     def test_every_group_with_a_table_is_served_in_file_order(self):
-        firsts = {letter: self.fields(letter)["fields"][0]["code"] for letter in "GTRMPDAC"}
-        self.assertEqual(firsts, {"G": "PN", "T": "ID", "R": "ID", "M": "ID", "P": "DLN", "D": "DLN", "A": "DLN",
+        firsts = {letter: self.fields(letter)["fields"][0]["code"] for letter in "GTRMPDSAC"}
+        self.assertEqual(firsts, {"G": "PN", "T": "ID", "R": "ID", "M": "ID", "P": "DLN", "D": "DLN", "S": "DLN", "A": "DLN",
                                   "C": "DCN"})
         codes = [each["code"] for each in self.fields("R")["fields"]]
         self.assertLess(codes.index("TK1-n"), codes.index("COM"))

@@ -24,7 +24,7 @@ TEST(Vocabularies, StandInTheOrderInWhichTheGroupsAreSaved) {
         EXPECT_FALSE(vocabulary.name.empty()) << vocabulary.letter;
         EXPECT_FALSE(vocabulary.fields.empty()) << vocabulary.letter;
     }
-    EXPECT_EQ(letters, "GTRMPDAC");
+    EXPECT_EQ(letters, "GTRMPDSAC");
 }
 
 TEST(Vocabularies, AreFoundByTheirLetter) {
