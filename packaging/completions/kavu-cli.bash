@@ -12,7 +12,7 @@ _kavu_cli() {
             --settings | --answer | --answer-all | --now | --progress) ((index++)) ;;
             -*) ;;
             check | save | store | tree | recover | stream | rewrite | word-frame | \
-                conversions | evaluate | fit | vocabulary | get | set)
+                message | packet | conversions | evaluate | fit | vocabulary | get | set)
                 command=$word
                 break
                 ;;
@@ -43,7 +43,7 @@ _kavu_cli() {
             mapfile -t COMPREPLY < <(compgen -d -- "$current")
             return
             ;;
-        --settings | --svg | -o | --output)
+        --settings | --svg | --edit | -o | --output)
             compopt -o filenames 2>/dev/null
             mapfile -t COMPREPLY < <(compgen -f -- "$current")
             return
@@ -56,6 +56,7 @@ _kavu_cli() {
             save) common+=" --output --edition" ;;
             vocabulary) common+=" --edition" ;;
             rewrite | word-frame | set) common+=" --output" ;;
+            message | packet) common+=" --edit --output" ;;
             fit) common+=" --order --best --max-order --precision --bits --svg" ;;
             "source copy") common+=" --prefix --suffix --output" ;;
             "source import")
@@ -67,7 +68,7 @@ _kavu_cli() {
         esac
         COMPREPLY=($(compgen -W "$common" -- "$current"))
     elif [[ -z $command ]]; then
-        COMPREPLY=($(compgen -W "check save store tree recover stream rewrite word-frame conversions evaluate fit vocabulary get set source link" -- "$current"))
+        COMPREPLY=($(compgen -W "check save store tree recover stream rewrite word-frame message packet conversions evaluate fit vocabulary get set source link" -- "$current"))
     elif [[ $command == source ]]; then
         COMPREPLY=($(compgen -W "list copy rename delete import" -- "$current"))
     elif [[ $command == link ]]; then
@@ -78,7 +79,7 @@ _kavu_cli() {
             mapfile -t COMPREPLY < <(compgen -d -- "$current")
         elif [[ $command == vocabulary ]]; then
             compopt +o filenames 2>/dev/null
-            COMPREPLY=($(compgen -W "G T R M P D A C" -- "$current"))
+            COMPREPLY=($(compgen -W "G T R M P D S A C" -- "$current"))
         elif [[ $command == fit ]]; then
             mapfile -t COMPREPLY < <(compgen -f -- "$current")
         else

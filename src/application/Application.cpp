@@ -1,6 +1,7 @@
 #include "application/Application.h"
 
 #include "application/DocumentService.h"
+#include "bus/packet/PacketGroup.h"
 #include "conversion/ConversionLoader.h"
 #include "conversion/ConversionStore.h"
 #include "conversion/ConversionWriter.h"
@@ -236,6 +237,9 @@ void Application::installPcmSteps() {
     parts.steps.releasePcmFormat = [&parts] { parts.pcmFormat.closeFormat(); };
     parts.pcmSteps.conversions = &parts.conversions;
     parts.pcmSteps.chooseDefinitionMode = definitionModeStep_;
+    parts.pcmSteps.loadPacketDefinitions = [&parts](UserInterface* parent, PcmFormat& format) {
+        return bringInPackets(parts.context, parent, format.streamName.str());
+    };
     parts.pcmSteps.selectStream = [&parts](UserInterface* parent) {
         return selectStream(parts.context, parent);
     };

@@ -40,6 +40,7 @@ struct RawOptions {
     std::string precision;
     std::string bits;
     RawAttributes attributes;
+    std::string edits;
 };
 
 /// A wrong value; the text is for the user.
@@ -113,6 +114,7 @@ struct CommandApps {
     CLI::App* set;
     /// With the command of each.
     std::vector<std::pair<Command, CLI::App*>> sources;
+    std::vector<std::pair<Command, CLI::App*>> edited;
 };
 
 void addLink(CLI::App& command, CommandLine& line) {
@@ -120,8 +122,8 @@ void addLink(CLI::App& command, CommandLine& line) {
         ->required();
 }
 
-void addOutput(CLI::App& command, CommandLine& line) {
-    oneValue(command.add_option("-o,--output", line.output, "The file to write"), "OUT")
+CLI::Option* addOutput(CLI::App& command, CommandLine& line) {
+    return oneValue(command.add_option("-o,--output", line.output, "The file to write"), "OUT")
         ->required();
 }
 
@@ -269,6 +271,26 @@ void addSourceCommands(CLI::App& app, CommandApps& apps, CommandLine& line) {
     addOutput(*command, line);
 }
 
+/// The commands on the groups of a stream that have forms of their own.
+void addEditedCommands(CLI::App& app, CommandApps& apps, CommandLine& line, RawOptions& raw) {
+    const auto add = [&](Command id, const char* name, const char* help) {
+        auto* const command = addCommand(app, name, help);
+        addFile(*command, line);
+        addLink(*command, line);
+        oneValue(command->add_option("--edit", raw.edits,
+                                     "Steps to do first, as a JSON list or a file with one"),
+                 "EDITS");
+        addOutput(*command, line)->required(false);
+        apps.edited.emplace_back(id, command);
+    };
+    add(Command::Message, "message",
+        "Show the message data of a link (from 106-09 on), edit it, and save the document under "
+        "another name");
+    add(Command::Packet, "packet",
+        "Show the packet telemetry of a link (106-05 to 106-07), edit it, and save the document "
+        "under another name");
+}
+
 CommandApps addCommands(CLI::App& app, CommandLine& line, RawOptions& raw) {
     CommandApps apps{};
     apps.check = addCommand(app, "check", "Open a TMATS file as the editor does, and report");
@@ -309,6 +331,7 @@ CommandApps addCommands(CLI::App& app, CommandLine& line, RawOptions& raw) {
     addConversionCommands(app, apps, line, raw);
     addAttributeCommands(app, apps, line, raw);
     addSourceCommands(app, apps, line);
+    addEditedCommands(app, apps, line, raw);
     return apps;
 }
 
@@ -350,6 +373,11 @@ Command chosenCommand(const CommandApps& apps) {
         return Command::Set;
     }
     for (const auto& [command, chosen] : apps.sources) {
+        if (chosen->parsed()) {
+            return command;
+        }
+    }
+    for (const auto& [command, chosen] : apps.edited) {
         if (chosen->parsed()) {
             return command;
         }
@@ -447,6 +475,19 @@ void readFit(const CommandApps& apps, const RawOptions& raw, CommandLine& line) 
     }
 }
 
+void readEdits(const CommandApps& apps, const RawOptions& raw, CommandLine& line) {
+    for (const auto& [command, app] : apps.edited) {
+        if (!app->parsed() || app->count("--edit") == 0) {
+            continue;
+        }
+        auto steps = readEditSteps(raw.edits);
+        if (const auto* const wrong = std::get_if<std::string>(&steps)) {
+            throw UsageError{"--edit: " + *wrong};
+        }
+        line.edits = std::move(std::get<std::vector<EditStep>>(steps));
+    }
+}
+
 /// Adds the 0 to numbers such as "-.5", which would be taken for an option.
 std::vector<std::string> withWholeNumbers(std::vector<std::string> arguments) {
     for (auto& argument : arguments) {
@@ -512,6 +553,7 @@ ParsedCommandLine parseCommandLine(const std::vector<std::string>& arguments) {
         checkRecover(line);
         readValues(raw, line);
         readFit(apps, raw, line);
+        readEdits(apps, raw, line);
         if (auto refused = readAttributeArguments(raw.attributes, line)) {
             throw UsageError{*refused};
         }

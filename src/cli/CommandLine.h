@@ -1,6 +1,7 @@
 // What the user typed: options, a command and its arguments.
 #pragma once
 
+#include "cli/EditSteps.h"
 #include "cli/ExitStatus.h"
 #include "core/text/Clock.h"
 
@@ -32,7 +33,9 @@ enum class Command {
     SourceRename,
     SourceDelete,
     SourceImport,
-    LinkRename
+    LinkRename,
+    Message,
+    Packet
 };
 
 /// When a progress line is shown on standard error.
@@ -60,7 +63,7 @@ struct CommandLine {
     bool partial = false;        ///< `recover`: also a store that is incomplete
     std::string file;            ///< the document, or the store to recover
     std::string output;          ///< `save`, `recover`, `rewrite`, `word-frame`
-    std::string link;            ///< `stream`, `rewrite`, `word-frame`: the data link
+    std::string link;            ///< of a command on one stream: the data link
     std::optional<int> edition;  ///< `save`, `vocabulary`: the edition, one of `kEditions`
     std::string into;            ///< `store`: the folder for the copies
     bool list = false;           ///< `recover`: list the stores
@@ -87,6 +90,9 @@ struct CommandLine {
     std::string suffix;            ///< and after them
     bool withConversions = false;  ///< `source import`: the conversion records, too
     bool recorder = false;         ///< `source import`: a recorder, not a transmitted source
+
+    /// `message`, `packet`: what to edit, in order; empty without `--edit`.
+    std::vector<EditStep> edits;
 };
 
 /// The command line, or, if there is nothing to run, what to print and how to exit: help

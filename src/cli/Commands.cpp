@@ -143,6 +143,8 @@ constexpr DocumentCommand kGet{nothingToPrepare, getCommand};
 constexpr DocumentCommand kSet{nothingToPrepare, setCommand};
 constexpr DocumentCommand kSourceList{nothingToPrepare, sourceListCommand};
 constexpr DocumentCommand kSource{nothingToPrepare, sourceCommand};
+constexpr DocumentCommand kMessage{nothingToPrepare, messageCommand};
+constexpr DocumentCommand kPacket{nothingToPrepare, packetCommand};
 
 }  // namespace
 
@@ -176,6 +178,10 @@ const DocumentCommand& documentCommand(Command command) {
         case Command::SourceImport:
         case Command::LinkRename:
             return kSource;
+        case Command::Message:
+            return kMessage;
+        case Command::Packet:
+            return kPacket;
         case Command::Check:
         case Command::Recover:
         case Command::Fit:

@@ -71,6 +71,14 @@ struct DocumentCommand {
 /// The other `source` commands and `link rename`, which change the document and save it.
 [[nodiscard]] bool sourceCommand(CommandContext& context, CommandOutput& output);
 
+/// Saves the document as the output of the command line, and tells of it.
+[[nodiscard]] bool saveOutput(CommandContext& context, CommandOutput& output);
+
+/// `message`
+[[nodiscard]] bool messageCommand(CommandContext& context, CommandOutput& output);
+/// `packet`
+[[nodiscard]] bool packetCommand(CommandContext& context, CommandOutput& output);
+
 /// "T-1", or nothing for an index of 0.
 [[nodiscard]] std::string groupName(char letter, int index);
 

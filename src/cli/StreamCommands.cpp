@@ -1,10 +1,12 @@
 #include "application/Application.h"
 #include "application/DocumentService.h"
+#include "bus/StreamData.h"
 #include "cli/Commands.h"
 #include "cli/ScriptedInterface.h"
 #include "cli/StreamReport.h"
 #include "cli/TerminalText.h"
 #include "core/TmatsDocument.h"
+#include "core/document/Transaction.h"
 #include "core/talk/Messages.h"
 #include "core/text/Edition.h"
 #include "core/text/Printf.h"
@@ -17,6 +19,7 @@
 #include "pcm/write/PcmSave.h"
 #include "pcm/write/WordFrameConversion.h"
 
+#include <algorithm>
 #include <set>
 
 namespace kavu::cli {
@@ -92,13 +95,78 @@ bool loadStream(CommandContext& context, CommandOutput& output) {
 
 /// Writes the stream to its groups and the document to its new file.
 bool saveStream(CommandContext& context, CommandOutput& output) {
-    auto& application = context.application;
-    auto& format = application.pcmFormat();
+    auto& format = context.application.pcmFormat();
     format.changed = true;
-    if (!savePcmFormat(format, context.ui)) {
+    return savePcmFormat(format, context.ui) && saveOutput(context, output);
+}
+
+/// The worse of two results of a load.
+int worse(int first, int second) {
+    return first < 0 || second < 0 ? -1 : std::max(first, second);
+}
+
+/// Writes a stream that has message data or packets: its format, if it has one, and its S group, in
+/// one operation.
+bool rewriteWithData(CommandContext& context, CommandOutput& output) {
+    auto& document = context.application.context();
+    auto& format = context.application.pcmFormat();
+    const auto& link = context.line.link;
+    output.members["stream"] = jsonText(link);
+    output.members["result"] = 0;
+    const bool hasFormat = findGroupIndex(document, context.ui, 'P', link) > 0;
+    if (hasFormat && !loadStream(context, output)) {
         return false;
     }
-    output.changed = true;
+    format.changed = hasFormat;
+    auto& result = output.members["result"];
+    return inTransaction(document, context.ui, OperationId::EditStream,
+                         [&] {
+                             result = savePcmFormat(format, context.ui)
+                                          ? worse(result.get<int>(),
+                                                  rewriteStreamData(document, context.ui, link))
+                                          : -1;
+                             return result >= 0;
+                         }) &&
+           !context.ui->cancelRequested() && saveOutput(context, output);
+}
+
+/// What the deep check tells of a stream.
+class CheckedStreams {
+  public:
+    void add(const std::string& link, int result) {
+        members_.push_back({{"stream", jsonText(link)}, {"result", result}});
+        rows_.push_back({terminalLine(link), resultText(result)});
+    }
+    void give(CommandOutput& output) {
+        output.members["streams"] = std::move(members_);
+        output.text = alignedTable(rows_);
+    }
+
+  private:
+    Json members_ = Json::array();
+    std::vector<std::vector<std::string>> rows_;
+};
+
+/// The result of the load of a stream with a format, with its message data or packets.
+int loadForCheck(CommandContext& context, const std::string& link) {
+    auto& application = context.application;
+    PcmLoadReport report;
+    if (!loadPcmFormat(application.pcmFormat(), context.ui, application.pcmSteps(), link,
+                       &report)) {
+        report.result = -1;
+    }
+    application.pcmFormat().closeFormat();
+    auto& document = application.context();
+    return streamDataOf(document, context.ui, link) == StreamData::None
+               ? report.result
+               : worse(report.result, checkStreamData(document, context.ui, link));
+}
+
+}  // namespace
+
+bool saveOutput(CommandContext& context, CommandOutput& output) {
+    auto& application = context.application;
+    output.changed = application.context().document.changed;  // the save clears it
     if (!application.documents().saveTo(context.ui, context.line.output)) {
         return false;
     }
@@ -107,41 +175,40 @@ bool saveStream(CommandContext& context, CommandOutput& output) {
     return true;
 }
 
-}  // namespace
-
 bool checkCommand(CommandContext& context, CommandOutput& output) {
     if (!context.line.deep) {
         return true;
     }
-    auto& application = context.application;
-    std::vector<PcmLinks> formats;
-    (void)readPcmLinks(application.context(), context.ui, formats);
-    Json streams = Json::array();
-    std::vector<std::vector<std::string>> rows;
+    auto& document = context.application.context();
+    CheckedStreams streams;
     std::set<std::string> loaded;
-    for (const auto& format : formats) {
+    const auto check = [&](const std::string& link, const auto& load) {
         // A link belongs to the first stream of its name.
-        if (format.link.empty() || !loaded.insert(format.link).second) {
-            continue;
+        if (link.empty() || !loaded.insert(link).second) {
+            return true;
         }
-        context.ui->setStream(format.link);
-        PcmLoadReport report;
-        if (!loadPcmFormat(application.pcmFormat(), context.ui, application.pcmSteps(), format.link,
-                           &report)) {
-            report.result = -1;
-        }
-        application.pcmFormat().closeFormat();
+        context.ui->setStream(link);
+        const int result = load();
         context.ui->setStream({});
-        if (cancelRequested(context.ui)) {
+        streams.add(link, result);
+        return !cancelRequested(context.ui);
+    };
+    std::vector<PcmLinks> formats;
+    (void)readPcmLinks(document, context.ui, formats);
+    for (const auto& format : formats) {
+        if (!check(format.link, [&] { return loadForCheck(context, format.link); })) {
             return false;
         }
-        streams.push_back({{"stream", jsonText(format.link)}, {"result", report.result}});
-        rows.push_back({terminalLine(format.link), resultText(report.result)});
     }
-    checkGroupCounts(application.context(), context.ui);
-    application.context().messages.showLog(context.ui, application.context().document.path);
-    output.members["streams"] = std::move(streams);
-    output.text = alignedTable(rows);
+    const GroupNames data(document, context.ui, 'S');
+    for (const auto& each : data.entries()) {
+        if (!check(each.name, [&] { return checkStreamData(document, context.ui, each.name); })) {
+            return false;
+        }
+    }
+    checkGroupCounts(document, context.ui);
+    document.messages.showLog(context.ui, document.document.path);
+    streams.give(output);
     return true;
 }
 
@@ -158,6 +225,10 @@ bool streamCommand(CommandContext& context, CommandOutput& output) {
 }
 
 bool rewriteCommand(CommandContext& context, CommandOutput& output) {
+    if (streamDataOf(context.application.context(), context.ui, context.line.link) !=
+        StreamData::None) {
+        return rewriteWithData(context, output);
+    }
     return loadStream(context, output) && saveStream(context, output);
 }
 

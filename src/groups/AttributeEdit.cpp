@@ -65,6 +65,11 @@ std::size_t placeOf(std::span<const Field> table, const CommandIndex& commands,
 /// sheets change them.
 constexpr std::string_view kSettable = "GTRMA";
 
+/// The command line's command that edits a group as a whole; empty if there is none.
+constexpr std::string_view editorOf(char letter) {
+    return letter == 'S' ? "message' or 'packet" : "";
+}
+
 std::span<const Field> settableFields(char letter) {
     const auto* const vocabulary = findVocabulary(letter);
     return vocabulary == nullptr || kSettable.find(letter) == std::string_view::npos
@@ -423,6 +428,9 @@ bool setAttributes(DocumentContext& context, UserInterface* parent,
         // A group without a table is not read: it may be of any size.
         if (settableFields(code.letter).empty()) {
             why = formatPrintf("The commands of group %c cannot be set one by one.", code.letter);
+            if (const auto editor = editorOf(code.letter); !editor.empty()) {
+                why += formatPrintf(" Use '%s' with --edit.", editor);
+            }
         } else {
             auto* const group = groupOf(context, parent, groups, code);
             if (group == nullptr) {

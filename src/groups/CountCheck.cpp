@@ -163,7 +163,7 @@ void CountCheck::report(const std::string& prefix,
 }
 
 void checkGroupCounts(DocumentContext& context, UserInterface* parent) {
-    for (const char letter : {'G', 'T', 'R', 'M', 'A'}) {
+    for (const char letter : {'G', 'T', 'R', 'M', 'S', 'A'}) {
         const auto& group = *findVocabulary(letter);
         const int last = groupKind(letter).indexed ? kMostGroupIndex : kLeastGroupIndex;
         for (int index = kLeastGroupIndex; index <= last && !cancelRequested(parent); ++index) {
