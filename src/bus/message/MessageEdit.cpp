@@ -45,6 +45,19 @@ std::string enteredEntry(const std::vector<std::string>& entries, std::string_vi
     return found == entries.end() ? std::string() : *found;
 }
 
+/// What a form has after a text was entered. A list that is emptied shows what it shows for a
+/// value that is missing.
+std::string enteredText(const MessageForm& form, std::size_t column, const std::string& value) {
+    const auto entries = form.entries(column);
+    if (!entries.empty() && value.empty()) {
+        return form.kind == MessageKind::Stream
+                   ? entries.front()
+                   : shownValue(*factsOf(form.kind).columns[column].field, {});
+    }
+    const auto entry = enteredEntry(entries, value);
+    return entry.empty() ? withLineBreaks(value) : entry;
+}
+
 MessageForm openForm(const MessageStream& node, const MessageStream* stream) {
     const auto& facts = factsOf(node.kind);
     MessageForm form{.kind = node.kind,
@@ -144,7 +157,8 @@ bool MessageEdit::check(UserInterface* parent, const MessageForm& form) const {
 
 bool MessageEdit::enter(UserInterface* parent, MessageForm& form, EnteredValues values) const {
     const auto columns = factsOf(form.kind).columns;
-    std::vector<std::size_t> entered;
+    const auto opened = form.texts;
+    std::vector<std::pair<std::size_t, bool>> entered;
     for (const auto& [name, value] : values) {
         const auto column =
             std::find_if(columns.begin(), columns.end(),
@@ -154,16 +168,20 @@ bool MessageEdit::enter(UserInterface* parent, MessageForm& form, EnteredValues 
             return false;
         }
         const auto place = static_cast<std::size_t>(column - columns.begin());
-        const auto entry = enteredEntry(form.entries(place), value);
-        form.texts[place] = entry.empty() ? withLineBreaks(value) : entry;
-        entered.push_back(place);
+        form.texts[place] = enteredText(form, place, value);
+        entered.emplace_back(place, value.empty());
     }
-    // The lists decide first, wherever among the values they are.
-    for (const auto place : entered) {
-        if (!form.isEnabled(place) && !form.texts[place].empty()) {
+    // The lists decide first, wherever among the values they are. What is shown as empty because it
+    // does not apply may be entered as such, and keeps its text.
+    for (const auto& [place, isEmpty] : entered) {
+        if (form.isEnabled(place)) {
+            continue;
+        }
+        if (!isEmpty) {
             reportDisabled(parent, columns[place].keyword);
             return false;
         }
+        form.texts[place] = opened[place];
     }
     return check(parent, form);
 }

@@ -150,6 +150,15 @@ TEST_F(MessageEditTest, AListTakesItsEntriesInAnyCaseAndNothingElse) {
     EXPECT_TRUE(isRefused("'M' is not one of: MSB, LSB."));
 }
 
+TEST_F(MessageEditTest, AListThatIsEmptiedIsAsOneWhoseValueIsMissing) {
+    EXPECT_TRUE(set({1, 1, 'M', 1}, {{"parity", ""}, {"orientation", ""}, {"dataType", ""}}));
+    EXPECT_EQ(measurement().row[measurement_row::Parity], "None");
+    EXPECT_EQ(measurement().row[measurement_row::Orientation], "Big Endian");
+    EXPECT_EQ(measurement().row[measurement_row::DataType], "");
+    EXPECT_TRUE(set({1}, {{"dataType", ""}}));
+    EXPECT_EQ(stream().row[stream_row::DataType], "Binary");
+}
+
 TEST_F(MessageEditTest, TheStreamDialogSelectsTheEntryThatBeginsWithTheText) {
     load("NS\\N:1;MDT-1:BINARY;DO-1:B;");
     EXPECT_TRUE(set({1}, {{"name", "X"}}));
@@ -227,6 +236,22 @@ TEST_F(MessageEditTest, AFieldThatDoesNotApplyCannotBeFilled) {
     EXPECT_FALSE(set({1, 1, 'F', 1}, {{"position", "9"}}));
     EXPECT_FALSE(set({1, 1, 'M', 1},
                      {{"dataType", "Hex"}, {"floatingPointFormat", "IBM Single Precision"}}));
+}
+
+TEST_F(MessageEditTest, ARowCanBeEnteredAsItIsShown) {
+    EXPECT_TRUE(set({1}, {{"layout", "Delimited"}, {"dataType", "ASCII"}}));
+    for (const GroupPlace& place :
+         {GroupPlace{1}, GroupPlace{1, 1, 'F', 1}, GroupPlace{1, 1, 'M', 1}}) {
+        const auto& node = *MessageEdit(t.context, group, nullptr).find(place);
+        const auto before = node.row;
+        Values shown;
+        for (std::size_t i = 0; i < node.row.size(); ++i) {
+            shown.emplace_back(factsOf(node.kind).columns[i].name, shownText(node, i, stream()));
+        }
+        EXPECT_TRUE(set(place, shown)) << placeText(place);
+        EXPECT_EQ(node.row, before) << placeText(place);
+    }
+    EXPECT_TRUE(t.ui.boxes.empty());
 }
 
 TEST_F(MessageEditTest, AChangeOfLayoutKeepsTheTextsUntilTheTreeIsClosed) {
