@@ -136,6 +136,10 @@ Application::~Application() {
     }
 }
 
+std::unique_ptr<Application> Application::makeAnother() const {
+    return std::make_unique<Application>(environment_, clock_, random_, settingsPath_);
+}
+
 bool Application::startUp(UserInterface* parent, const std::function<void()>& ready) {
     helpPath_ = environment_.programFolder + "/kavu.hlp";
     supportFolder_ =
@@ -185,8 +189,12 @@ bool Application::shutDown(UserInterface* parent) {
         return false;
     }
     // The choices of this run, including those of the menu, are kept when it ends.
+    auto& settings = parts_->settings;
     for (const auto& key : {setting::kDatabaseAddsRoot, setting::kDatabaseAddsChildren}) {
-        parts_->settings.set(key, parts_->settings.get(key));
+        if (const int chosen = settings.get(key);
+            chosen != settings.stored(key).value_or(key.otherwise)) {
+            settings.set(key, chosen);
+        }
     }
     parts_->names.closeStore(nullptr);
     parts_->store.deactivate(parent);

@@ -32,6 +32,10 @@ class Application {
     Application& operator=(const Application&) = delete;
     ~Application();
 
+    /// One that is not started yet, of the same environment and settings file, with a working store
+    /// of its own. It may not outlive this one's clock and random source.
+    [[nodiscard]] std::unique_ptr<Application> makeAnother() const;
+
     /// Starts, in this order, support folder, settings and working store. False if the
     /// program cannot go on, which has been reported. `ready` is called between settings and
     /// store, with the status text of the latter: an editor shows its window.

@@ -9,6 +9,7 @@
 #include "core/files/FileIo.h"
 #include "core/files/UserFile.h"
 #include "core/talk/FilePrompts.h"
+#include "core/talk/ProfileSettings.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Printf.h"
 #include "groups/DocumentTree.h"
@@ -185,6 +186,18 @@ bool DocumentService::reopen(UserInterface* ui) {
     // What was changed in it has been given up.
     dropDocument(context, ui);
     return loadDocument(context, ui, path);
+}
+
+bool DocumentService::readAs(UserInterface* ui, int edition) {
+    auto& context = application_.context();
+    const auto path = context.document.path;
+    if (path.empty() || !close(ui)) {
+        return false;
+    }
+    context.settings.overrideForThisRun(setting::kInputEdition, std::to_string(edition));
+    const bool opened = loadDocument(context, ui, path);
+    context.settings.endOverride(setting::kInputEdition);
+    return opened;
 }
 
 bool DocumentService::recover(UserInterface* ui, const std::string& folder) {

@@ -54,6 +54,10 @@ class DocumentService : public DocumentListener {
     /// was not written to its end, asks first.
     bool reopen(UserInterface* ui);
 
+    /// Opens the document's file again, as one of this edition if it states none. Asks about
+    /// changes as `close` does.
+    bool readAs(UserInterface* ui, int edition);
+
     /// Makes a TMATS file of what a crashed run has left, and opens it. False without a user
     /// interface, as the name of the file is asked for.
     bool recover(UserInterface* ui, const std::string& folder);

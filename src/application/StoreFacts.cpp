@@ -34,10 +34,22 @@ bool isAbandoned(const std::string& folder, AbandonedStore& found) {
     return abandoned;
 }
 
+/// A run that ended before it opened anything leaves a folder with no more than scratch in it. One
+/// that cannot be listed is not called empty.
+bool isEmptyStore(const std::string& folder) {
+    std::vector<FolderEntry> entries;
+    return listFolder(folder, entries).ok() &&
+           std::ranges::none_of(entries, [](const FolderEntry& entry) {
+               return entry.name.starts_with("[kavu]") || entry.name == working::kData1 ||
+                      matchesWildcard(entry.name, working::kFormerFiles);
+           });
+}
+
 }  // namespace
 
 StoreFacts describeStore(const std::string& folder) {
     StoreFacts facts;
+    facts.isEmpty = isEmptyStore(folder);
     (void)readStoreRecord(folder + "/" + std::string(working::kStoreRecord), facts.record);
     const auto mark = folder + "/" + std::string(working::kRecovered);
     std::string text;

@@ -19,12 +19,13 @@ struct StoreFacts {
     std::optional<StoreRecord> record;
     bool isRecovered = false;
     std::string recoveredAs;  ///< the path of the file that was made of it
+    bool isEmpty = false;     ///< nothing of a document is in it, nor of a file of the user
 
     /// The file was not read to its end: some of it is in the store and some is not.
     [[nodiscard]] bool isIncomplete() const { return record && !record->isSplit; }
 };
-/// Reads the record of a store and its mark, and nothing else. What cannot be read counts as
-/// not there.
+/// Reads the names of a store's files, its record and its mark, and nothing else. What cannot be
+/// read counts as not there.
 [[nodiscard]] StoreFacts describeStore(const std::string& folder);
 /// What is to be said of an incomplete store: what is missing, and where it can be had.
 [[nodiscard]] std::string incompleteText(const std::string& folder, const StoreFacts& facts);

@@ -1,5 +1,6 @@
 #include "application/Application.h"
 #include "application/DocumentService.h"
+#include "application/EditionHint.h"
 #include "bus/StreamData.h"
 #include "cli/Commands.h"
 #include "cli/ScriptedInterface.h"
@@ -162,6 +163,15 @@ int loadForCheck(CommandContext& context, const std::string& link) {
                : worse(report.result, checkStreamData(document, context.ui, link));
 }
 
+/// A file without an edition of its own may read better as one of another edition.
+void addHint(CommandContext& context, CommandOutput& output) {
+    if (const auto hint = findBetterEdition(context.application, context.ui)) {
+        const auto text = hintText(*hint);
+        output.members["hint"] = jsonText(text);
+        context.ui->note(text);
+    }
+}
+
 }  // namespace
 
 bool saveOutput(CommandContext& context, CommandOutput& output) {
@@ -177,7 +187,8 @@ bool saveOutput(CommandContext& context, CommandOutput& output) {
 
 bool checkCommand(CommandContext& context, CommandOutput& output) {
     if (!context.line.deep) {
-        return true;
+        addHint(context, output);
+        return !cancelRequested(context.ui);
     }
     auto& document = context.application.context();
     CheckedStreams streams;
@@ -209,7 +220,8 @@ bool checkCommand(CommandContext& context, CommandOutput& output) {
     checkGroupCounts(document, context.ui);
     document.messages.showLog(context.ui, document.document.path);
     streams.give(output);
-    return true;
+    addHint(context, output);
+    return !cancelRequested(context.ui);
 }
 
 bool streamCommand(CommandContext& context, CommandOutput& output) {

@@ -337,6 +337,13 @@ std::optional<int> statedEdition(DocumentContext& context, UserInterface* parent
 
 }  // namespace
 
+bool statesEdition(ByteSource& source) {
+    TmatsReader reader;
+    const auto value = reader.findField(nullptr, source, {}, kVersionCode, 0);
+    return value &&
+           normalisedEdition(leadingInt(trim(*value).substr(0, kVersionLimit))) >= kFirstTold;
+}
+
 int detectVersions(DocumentContext& context, UserInterface* parent, int& inputVersion,
                    IoStatus* failure) {
     inputVersion = settingsEdition(context.settings, setting::kInputEdition);

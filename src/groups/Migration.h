@@ -9,6 +9,7 @@
 
 namespace kavu {
 
+class ByteSource;
 class ConversionStore;
 struct DocumentContext;
 class UserInterface;
@@ -20,6 +21,10 @@ class UserInterface;
 /// 2011). A G file that cannot be read is reported, and is in `failure`.
 int detectVersions(DocumentContext& context, UserInterface* parent, int& inputVersion,
                    IoStatus* failure = nullptr);
+
+/// True if the commands of a source, read from its beginning, state an edition that counts: one
+/// before 1999 does not. Reports nothing.
+[[nodiscard]] bool statesEdition(ByteSource& source);
 
 /// Converts the measurements of the stream in this P file to word/frame locations.
 using ConvertStreamStep = std::function<StreamConversion(UserInterface*, int pIndex)>;

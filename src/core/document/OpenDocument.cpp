@@ -55,10 +55,7 @@ void abandonLoad(DocumentContext& context, UserInterface* parent) {
 
 bool finishLoad(DocumentContext& context, UserInterface* parent) {
     setStatusText(parent, "Processing TMATS file");
-    const bool valid = runStep(context.steps.validateDataLinks, parent);
-    // Shows what the validation has reported; the load has shown its own log.
-    context.messages.showLog(parent, context.document.path);
-    if (!valid) {
+    if (!runStep(context.steps.validateDataLinks, parent)) {
         return false;
     }
     context.history.markOpened();
@@ -176,9 +173,12 @@ bool loadDocument(DocumentContext& context, UserInterface* parent, const std::st
     (void)context.files.removeAll(groupKind('S').wildcard);
 
     const LengthLog log(context.reader, context.messages.logPath());
+    const auto shownPath = document.path;
     const bool opened = loadContents(context, parent, path, options) &&
                         finishLoad(context, parent) &&
                         isRecorded(context, parent, context.files.recordState(document.version));
+    // Once, when the tree is there to be gone to: with what the validation has reported.
+    context.messages.showLog(parent, shownPath);
     if (!opened) {
         abandonLoad(context, parent);
     }
@@ -221,7 +221,6 @@ bool readTmatsFile(DocumentContext& context, UserInterface* parent, const std::s
     progress.close();
     setProgressBar(parent, -1);
     setStatusText(parent, {});
-    context.messages.showLog(parent, path);
     return good;
 }
 

@@ -21,7 +21,7 @@ struct LoadOptions {
 };
 /// Closes the open document, and opens the file, whose absolute path is then that of the document.
 /// True if a document is open at the end: the file's, or the former one if the user did not let
-/// it be closed.
+/// it be closed. The log of the whole load is shown at its end, once.
 bool loadDocument(DocumentContext& context, UserInterface* parent, const std::string& path,
                   const LoadOptions& options = {});
 /// The file that a name from outside means: quotes are removed, blanks trimmed, and if no
@@ -32,7 +32,7 @@ bool openFromName(DocumentContext& context, UserInterface* parent, const std::st
 
 /// Splits a file into group files. False if it was cancelled or has failed.
 bool splitIntoGroupFiles(DocumentContext& context, UserInterface* parent, const std::string& path);
-/// All steps for an existing file, up to the migration.
+/// All steps for an existing file, up to the migration. What they report is in the message log.
 bool readTmatsFile(DocumentContext& context, UserInterface* parent, const std::string& path,
                    bool project);
 /// Makes the group files of a new document; true if any file was made.

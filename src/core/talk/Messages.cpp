@@ -14,6 +14,7 @@ constexpr std::size_t kBoxBuffer = 600;
 constexpr std::size_t kLogBuffer = 1200;
 constexpr std::size_t kColumnWithTitle = 70;
 constexpr std::size_t kColumnWithoutTitle = 80;
+constexpr std::string_view kStreamMark = " (Stream: ";
 constexpr const char* kMissingText = "<Internal error: String not found>";
 constexpr const char* kMissingTitle = "<internal error: String not found>";
 
@@ -85,6 +86,15 @@ void appendEntry(const std::string& path, const std::string& title, int id,
 }
 
 }  // namespace
+
+std::string streamOfTitle(std::string_view title) {
+    const auto mark = title.find(kStreamMark);
+    if (mark == std::string_view::npos || !title.ends_with(')')) {
+        return {};
+    }
+    const auto begin = mark + kStreamMark.size();
+    return std::string(title.substr(begin, title.size() - begin - 1));
+}
 
 Button Messages::showArgs(UserInterface* parent, int id, MessageTitle titleId,
                           const BoxStyle& style, PrintfArgs args) const {
@@ -159,7 +169,8 @@ void Messages::showLog(UserInterface* parent, const std::string& documentPath,
     }
     std::string title = "KAVU-9 Error Messages";
     if (!streamName.empty()) {
-        title += " (Stream: " + std::string(streamName) + ")";
+        title += kStreamMark;
+        title += std::string(streamName) + ")";
     }
     showDialog(parent, title, formatPrintf("TMATS %s: %s", "File", documentPath), logPath());
 }

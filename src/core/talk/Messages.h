@@ -33,6 +33,9 @@ template <typename... Args>
                         args...);
 }
 
+/// The stream that a title of the Messages window names; empty if it is about the document.
+[[nodiscard]] std::string streamOfTitle(std::string_view title);
+
 class Messages {
   public:
     explicit Messages(const WorkingStore& store) : store_(store) {}

@@ -128,6 +128,10 @@ void ProfileSettings::overrideForThisRun(const TextKey& key, std::string_view va
     overrideForThisRun(key.name, value);
 }
 
+void ProfileSettings::endOverride(const TextKey& key) {
+    overrides_.erase(lowerAscii(key.name));
+}
+
 const std::string* ProfileSettings::overrideOf(std::string_view section,
                                                std::string_view key) const {
     if (overrides_.empty() || !equalsIgnoreCase(section, kApplicationName)) {

@@ -52,6 +52,8 @@ class ProfileSettings {
     /// REQUIRES: the key is one of the main section.
     void overrideForThisRun(const IntKey& key, int value);
     void overrideForThisRun(const TextKey& key, std::string_view value);
+    /// From here on the value of the file counts again.
+    void endOverride(const TextKey& key);
 
     [[nodiscard]] const std::string& path() const { return file_.path(); }
 

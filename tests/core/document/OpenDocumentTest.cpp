@@ -96,7 +96,7 @@ TEST_F(OpenDocumentTest, AnEditionThatCanNotBeReadOrAMigrationThatFailsGivesTheL
     EXPECT_FALSE(t.document.open);
 }
 
-TEST_F(OpenDocumentTest, WhatIsReportedWhileLoadingIsShownUnderTheFileName) {
+TEST_F(OpenDocumentTest, WhatIsReportedWhileLoadingIsShownOnceUnderTheFileName) {
     const auto path = file("a.tma", "G\\PN:A;");
     t.steps.gatherMeasurementNames = [&](UserInterface* parent) {
         t.messages.logText(parent, 79, "while gathering");
@@ -107,11 +107,22 @@ TEST_F(OpenDocumentTest, WhatIsReportedWhileLoadingIsShownUnderTheFileName) {
         return true;
     };
     EXPECT_TRUE(loadDocument(t.context, &t.ui, path));
-    ASSERT_EQ(t.ui.shown.size(), 2u);
+    ASSERT_EQ(t.ui.shown.size(), 1u);
     EXPECT_EQ(t.ui.shown[0].title, "KAVU-9 Error Messages");
     EXPECT_EQ(t.ui.shown[0].subtitle, "TMATS File: " + path);
     EXPECT_EQ(t.ui.shown[0].lines.at(2), "while gathering");
-    EXPECT_EQ(t.ui.shown[1].lines.at(2), "while validating");
+    EXPECT_EQ(t.ui.shown[0].lines.at(6), "while validating");
+}
+
+TEST_F(OpenDocumentTest, ALoadThatFailsShowsWhatItHasReportedAsWell) {
+    const auto path = file("a.tma", "G\\PN:A;");
+    t.steps.validateDataLinks = [&](UserInterface* parent) {
+        t.messages.logText(parent, 79, "while validating");
+        return false;
+    };
+    EXPECT_FALSE(loadDocument(t.context, &t.ui, path));
+    ASSERT_EQ(t.ui.shown.size(), 1u);
+    EXPECT_EQ(t.ui.shown[0].subtitle, "TMATS File: " + path);
 }
 
 TEST_F(OpenDocumentTest, OverLongFieldsGoToTheLogDuringALoad) {
