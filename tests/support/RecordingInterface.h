@@ -44,6 +44,7 @@ class RecordingInterface : public UserInterface {
     std::vector<std::pair<std::string, std::vector<std::string>>> listPrompts;
     std::vector<ChoicePrompt> choicePrompts;
     std::vector<TextPrompt> textPrompts;
+    std::vector<IntegerPrompt> integerPrompts;
     std::vector<TablePrompt> tablePrompts;
     int polls = 0;
     int progressOpened = 0;
@@ -90,7 +91,8 @@ class RecordingInterface : public UserInterface {
         textPrompts.push_back(prompt);
         return next(texts, std::optional<std::string>());
     }
-    std::optional<long> enterInteger(const IntegerPrompt&) override {
+    std::optional<long> enterInteger(const IntegerPrompt& prompt) override {
+        integerPrompts.push_back(prompt);
         return next(integers, std::optional<long>());
     }
     std::optional<double> enterDouble(const DoublePrompt&) override {

@@ -91,6 +91,10 @@ constexpr auto kKeys = std::to_array<SettingKey>({
     &setting::kCellWidth,
     &setting::kShowAllCells,
     &setting::kHighlightConversions,
+    &setting::kDisplayColours,
+    &setting::kDisplayLayout,
+    &setting::kDisplayList,
+    &setting::kDisplayPlaces,
 });
 
 }  // namespace

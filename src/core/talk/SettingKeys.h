@@ -140,6 +140,12 @@ inline constexpr IntKey kDisplayHeight{"PCMdy", -1};
 inline constexpr IntKey kCellWidth{"PCMScroll", 30, 5, 150};  ///< in pixels
 inline constexpr FlagKey kShowAllCells{"ShowAllCells"};
 inline constexpr FlagKey kHighlightConversions{"HLMesWEU"};
+inline constexpr IntKey kDisplayColours{"PCMColours", 0, 0, 1};  ///< 0: classic, 1: calm
+/// Widths of the grid, the list and the database, in pixels.
+inline constexpr TextKey kDisplayLayout{"PCMLayout"};
+/// Of the list: the sorted column, and 1 for descending; then the widths of the columns.
+inline constexpr TextKey kDisplayList{"PCMList"};
+inline constexpr TextKey kDisplayPlaces{"PCMPlaces"};  ///< see `displayPlace`
 
 }  // namespace setting
 

@@ -4,7 +4,6 @@
 #include "vocabulary/DGroupFields.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace kavu {
 
@@ -76,6 +75,15 @@ PlaceKind FrameDisplay::kindAt(FramePlace at) const {
         default:
             return asyncAt(at) > 0 ? PlaceKind::Async : PlaceKind::Plain;
     }
+}
+
+bool FrameDisplay::isUsed(FramePlace at) const {
+    const auto& cells = format_.cells();
+    bool used = at && kindAt(at) != PlaceKind::Plain;
+    for (auto cell = headOf(at); cell && !used; cell = cells.next(cell)) {
+        used = cells.isMeasurement(cell);
+    }
+    return used;
 }
 
 std::string FrameDisplay::asyncName(int record) const {
@@ -150,11 +158,17 @@ std::string FrameDisplay::labelText(int word) const {
     }
 }
 
-Rgb FrameDisplay::labelColourOf(int word, bool isSelected) const {
+Rgb FrameDisplay::labelColourOf(int word, bool isSelected, Rgb face) const {
     const auto text = labelText(word);
     // A counter without a name counts as no text, though something is shown for it.
     const bool nameless = format_.wordType(word) == WordType::IdCounter && text == kNoLabel;
-    return labelColour(format_.wordType(word), !text.empty() && !nameless, isSelected);
+    return labelColour(format_.wordType(word), !text.empty() && !nameless, isSelected, face,
+                       colours);
+}
+
+bool FrameDisplay::isMarked(FramePlace at) const {
+    const auto head = marked.empty() ? CellRef{} : headOf(at);
+    return head && format_.cells().holdsAt(head.word, head.index, marked);
 }
 
 FrameMarks FrameDisplay::marksAt(FramePlace at) const {
@@ -241,109 +255,6 @@ std::string FrameDisplay::tipText(FramePlace at) const {
         addLine(text, "Some of them take the same bits");
     }
     return text;
-}
-
-// --- colours ----------------------------------------------------------------------------------
-
-namespace {
-
-constexpr Rgb kBlack = 0x000000;
-constexpr Rgb kWhite = 0xFFFFFF;
-constexpr int kDarker = 0x20;
-constexpr double kReadable = 4.5;
-
-int part(Rgb colour, unsigned shift) {
-    return static_cast<int>(colour >> shift & 0xFFU);
-}
-
-Rgb fromParts(int red, int green, int blue) {
-    const auto byte = [](int value) { return static_cast<Rgb>(std::clamp(value, 0, 255)); };
-    return byte(red) << 16U | byte(green) << 8U | byte(blue);
-}
-
-double luminance(Rgb colour) {
-    const auto linear = [](int value) {
-        const double share = value / 255.0;
-        return share <= 0.03928 ? share / 12.92 : std::pow((share + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(part(colour, 16)) + 0.7152 * linear(part(colour, 8)) +
-           0.0722 * linear(part(colour, 0));
-}
-
-/// The colour at a number of hundredths of the way from one colour to the other.
-Rgb mixed(Rgb from, Rgb to, int hundredths) {
-    const auto mix = [&](unsigned shift) {
-        return part(from, shift) + (part(to, shift) - part(from, shift)) * hundredths / 100;
-    };
-    return fromParts(mix(16), mix(8), mix(0));
-}
-
-}  // namespace
-
-Rgb cellColour(PlaceKind kind, bool isWithin, bool isSelected, Rgb face) {
-    switch (kind) {
-        case PlaceKind::IdCounter:
-            return isSelected ? 0x808000 : 0xC0C000;
-        case PlaceKind::Sync:
-            return isSelected ? 0x00C0C0 : 0x00FFFF;
-        case PlaceKind::Async:
-            return isSelected ? 0xC00000 : isWithin ? 0xFF0000 : 0xDF0000;
-        default:
-            break;
-    }
-    if (isSelected) {
-        return 0x808080;
-    }
-    return isWithin ? face
-                    : fromParts(part(face, 16) - kDarker, part(face, 8) - kDarker,
-                                part(face, 0) - kDarker);
-}
-
-Rgb labelColour(WordType type, bool hasText, bool isSelected) {
-    if (isSelected) {
-        return 0x008000;
-    }
-    switch (type) {
-        case WordType::IdCounter:
-            return hasText ? 0xFFFF00 : 0xC0C000;
-        case WordType::Sync:
-            return hasText ? 0x00FFFF : 0x00C0C0;
-        default:
-            return hasText ? 0x00FF00 : 0x00C000;
-    }
-}
-
-Rgb inkColour(FrameInk ink) {
-    switch (ink) {
-        case FrameInk::Several:
-            return 0x0000FF;
-        case FrameInk::Conversion:
-            return 0xFFA500;
-        default:
-            return kBlack;
-    }
-}
-
-double contrast(Rgb a, Rgb b) {
-    const double x = luminance(a) + 0.05;
-    const double y = luminance(b) + 0.05;
-    return std::max(x, y) / std::min(x, y);
-}
-
-Rgb readableInk(Rgb wanted, Rgb ground) {
-    if (contrast(wanted, ground) >= kReadable) {
-        return wanted;
-    }
-    const Rgb end = contrast(kWhite, ground) > contrast(kBlack, ground) ? kWhite : kBlack;
-    if (wanted == kBlack) {
-        return end;
-    }
-    for (int step = 10; step < 100; step += 10) {
-        if (const auto colour = mixed(wanted, end, step); contrast(colour, ground) >= kReadable) {
-            return colour;
-        }
-    }
-    return end;
 }
 
 }  // namespace kavu

@@ -5,8 +5,8 @@
 #pragma once
 
 #include "pcm/PcmFormat.h"
+#include "pcm/display/FrameColours.h"
 
-#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -24,9 +24,6 @@ struct FramePlace {
 
 /// The drawing areas of the display.
 enum class FrameArea { Grid, Labels, WordLegend, FrameLegend };
-enum class PlaceKind { Plain, IdCounter, Sync, Async };
-/// The colour of a cell's text: plain, of several measurements, of one with a conversion.
-enum class FrameInk { Plain, Several, Conversion };
 
 struct FrameText {
     std::string text;
@@ -49,6 +46,8 @@ class FrameDisplay {
 
     bool showAllCells = false;  ///< repetitions below the depth of a word are shown, too
     bool highlightEu = false;   ///< names with a conversion record have a colour of their own
+    FrameColours colours = FrameColours::Classic;
+    std::string marked;  ///< the measurement whose places are marked; empty for none
     /// True if a measurement has a conversion record; if not installed none has.
     std::function<bool(std::string_view name)> hasConversion;
     /// What the tip of a cell says of the conversion; if not installed nothing.
@@ -64,10 +63,14 @@ class FrameDisplay {
     [[nodiscard]] bool isWithin(FramePlace at) const;
     [[nodiscard]] bool isShown(FramePlace at) const;
     [[nodiscard]] PlaceKind kindAt(FramePlace at) const;
+    /// True for a cell that has a text: a measurement, an async format, a counter, the sync word.
+    [[nodiscard]] bool isUsed(FramePlace at) const;
     /// In each area only the word, only the frame, or both count.
     [[nodiscard]] FrameText cellText(FrameArea area, int word, int frame) const;
-    /// The colour of a word's box among the labels.
-    [[nodiscard]] std::uint32_t labelColourOf(int word, bool isSelected) const;
+    /// The colour of a word's box among the labels; see `labelColour`.
+    [[nodiscard]] Rgb labelColourOf(int word, bool isSelected, Rgb face = 0) const;
+    /// True for a cell that holds the marked measurement.
+    [[nodiscard]] bool isMarked(FramePlace at) const;
     [[nodiscard]] FrameMarks marksAt(FramePlace at) const;
     /// The names of the measurements at a place.
     [[nodiscard]] std::vector<std::string> measurementsAt(FramePlace at) const;
@@ -85,20 +88,6 @@ class FrameDisplay {
 
     const PcmFormat& format_;
 };
-
-// --- colours ----------------------------------------------------------------------------------
-
-using Rgb = std::uint32_t;  ///< 0xRRGGBB
-
-/// `face` is the colour of the interface's surfaces.
-[[nodiscard]] Rgb cellColour(PlaceKind kind, bool isWithin, bool isSelected, Rgb face);
-[[nodiscard]] Rgb labelColour(WordType type, bool hasText, bool isSelected);
-[[nodiscard]] Rgb inkColour(FrameInk ink);
-/// The colour in its own hue, made lighter or darker until it is readable on the ground.
-/// Black may become white.
-[[nodiscard]] Rgb readableInk(Rgb wanted, Rgb ground);
-/// The contrast ratio of text on screens, 1 to 21; 4.5 is easy to read.
-[[nodiscard]] double contrast(Rgb a, Rgb b);
 
 /// The label of a hidden subframe.
 inline constexpr std::string_view kHiddenLabel = "\xC2\xB7";

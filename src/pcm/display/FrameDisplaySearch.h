@@ -23,6 +23,24 @@ namespace kavu {
 /// The first word of an ID counter or a subframe of exactly that name, in frame 1; or none.
 [[nodiscard]] FramePlace findSubframeWord(const PcmFormat& format, std::string_view name);
 
+/// Why a place cannot be gone to, in words for the user; nothing if it can.
+[[nodiscard]] std::optional<std::string> goToProblem(const FrameDisplay& display,
+                                                     const std::optional<FramePlace>& to);
+
+/// A place of a name that was searched for.
+struct FoundPlace {
+    FramePlace at;
+    std::string name;  ///< of a measurement or an async format
+    [[nodiscard]] bool operator==(const FoundPlace&) const = default;
+};
+/// Every place of every measurement and async format whose name holds the text, case ignored: by
+/// ascending word, then frame, each cell once for a name. None for an empty text.
+[[nodiscard]] std::vector<FoundPlace> findPlaces(const PcmFormat& format, std::string_view text);
+/// The position of the first one at or after a place, or with `forward` off of the last one before
+/// it; the search wraps around. With `includeFrom` off the place itself is passed over.
+[[nodiscard]] std::optional<std::size_t> nextPlace(const std::vector<FoundPlace>& places,
+                                                   FramePlace from, bool includeFrom, bool forward);
+
 /// A measurement in the list next to the grid.
 struct MeasurementRow {
     std::string name;

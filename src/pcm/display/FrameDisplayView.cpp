@@ -14,6 +14,22 @@ int widthOfPercent(int percent) {
     return kMostCellWidth * percent / 100;
 }
 
+bool isSideways(FrameMove move) {
+    switch (move) {
+        case FrameMove::Left:
+        case FrameMove::Right:
+        case FrameMove::RowBegin:
+        case FrameMove::RowEnd:
+        case FrameMove::PageLeft:
+        case FrameMove::PageRight:
+        case FrameMove::JumpLeft:
+        case FrameMove::JumpRight:
+            return true;
+        default:
+            return false;
+    }
+}
+
 bool FrameBlock::holds(FramePlace at) const {
     const auto between = [](int value, int a, int b) {
         return value >= std::min(a, b) && value <= std::max(a, b);
@@ -32,13 +48,27 @@ FrameBlock FrameView::block() const {
     return {anchor_ ? anchor_ : selected_, selected_};
 }
 
+bool FrameView::holdsWord(int word) const {
+    const auto [first, last] = std::minmax(block().first.word, block().last.word);
+    return selected_ && word >= first && word <= last;
+}
+
 bool FrameView::select(FramePlace at, bool extend) {
     if (!display_.isWithin(at)) {
         return false;
     }
     anchor_ = extend && anchor_ ? anchor_ : at;
     selected_ = at;
+    rowOfMoves_ = at.frame;
     return true;
+}
+
+bool FrameView::selectBlock(FramePlace first, FramePlace last) {
+    if (!display_.isWithin(first) || !display_.isWithin(last)) {
+        return false;
+    }
+    (void)select(first);
+    return select(last, true);
 }
 
 void FrameView::clearSelection() {
@@ -77,7 +107,8 @@ FramePlace FrameView::clamped(int word, int frame) const {
 }
 
 FramePlace FrameView::moved(FrameMove move, int columns, int rows) const {
-    const auto [word, frame] = selected_;
+    const int word = selected_.word;
+    const int frame = isSideways(move) ? rowOfMoves_ : selected_.frame;
     const int last = display_.words() - 1;
     if (!selected_ && move != FrameMove::FirstCell && move != FrameMove::LastCell) {
         return clamped(firstWord, scrolledRows + 1);
@@ -107,8 +138,43 @@ FramePlace FrameView::moved(FrameMove move, int columns, int rows) const {
             return clamped(word - columns, frame);
         case FrameMove::PageRight:
             return clamped(word + columns, frame);
+        case FrameMove::JumpLeft:
+        case FrameMove::JumpRight:
+        case FrameMove::JumpUp:
+        case FrameMove::JumpDown:
+            return jumped(move);
     }
     return selected_;
+}
+
+/// As in a table: within a run of used cells to its last one, from there and from an empty cell to
+/// the next used one, and where there is none to the edge.
+FramePlace FrameView::jumped(FrameMove move) const {
+    const bool sideways = isSideways(move);
+    const int step = move == FrameMove::JumpLeft || move == FrameMove::JumpUp ? -1 : 1;
+    const int row = sideways ? rowOfMoves_ : selected_.frame;
+    const int end = sideways ? display_.words() - 1 : display_.depth(selected_.word);
+    const int begin = sideways ? 0 : 1;
+    const int from = sideways ? selected_.word : selected_.frame;
+    const auto at = [&](int position) {
+        return sideways ? clamped(position, row) : clamped(selected_.word, position);
+    };
+    const auto isUsed = [&](int position) { return display_.isUsed(at(position)); };
+    const auto isInside = [&](int position) { return position >= begin && position <= end; };
+    int next = from + step;
+    if (!isInside(next)) {
+        return selected_;
+    }
+    if (isUsed(from) && isUsed(next)) {
+        while (isInside(next + step) && isUsed(next + step)) {
+            next += step;
+        }
+        return at(next);
+    }
+    while (isInside(next) && !isUsed(next)) {
+        next += step;
+    }
+    return at(std::clamp(next, begin, end));
 }
 
 FramePlace FrameView::selectable(FramePlace at) const {

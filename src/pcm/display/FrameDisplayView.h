@@ -43,7 +43,15 @@ enum class FrameMove {
     PageDown,
     PageLeft,
     PageRight,
+    // To the end of a run of used cells, or across empty ones to the next used one.
+    JumpLeft,
+    JumpRight,
+    JumpUp,
+    JumpDown,
 };
+
+/// True for a move along the frame that is selected.
+[[nodiscard]] bool isSideways(FrameMove move);
 
 class FrameView {
   public:
@@ -51,6 +59,7 @@ class FrameView {
 
     int firstWord = 0;     ///< scroll position: the word in the leftmost column
     int scrolledRows = 0;  ///< scroll position: the frame in the top row less one
+    FrameBlock cut;        ///< the cells that the next paste moves; none if there is no such block
 
     [[nodiscard]] int cellWidth() const { return cellWidth_; }
     /// Half the width.
@@ -62,10 +71,19 @@ class FrameView {
     [[nodiscard]] FramePlace selected() const { return selected_; }
     /// From the start of the block to the selected cell; one cell if there is no block.
     [[nodiscard]] FrameBlock block() const;
+    /// True if the block has a cell in the word.
+    [[nodiscard]] bool holdsWord(int word) const;
     /// False, without effect, for a place below the depth of its word. With `extend` the block
     /// grows to the place, else it is this cell alone.
     bool select(FramePlace at, bool extend = false);
     void clearSelection();
+    /// Selects the block between two corners; false, without effect, if either cannot be selected.
+    bool selectBlock(FramePlace first, FramePlace last);
+
+    /// The frame that moves to the sides lead along: the one of the selected cell, until they cross
+    /// a word that is less deep. They come out of it in the frame in which they went in.
+    [[nodiscard]] int rowOfMoves() const { return rowOfMoves_; }
+    void keepRowOfMoves(int frame) { rowOfMoves_ = frame; }
 
     /// The place under a point of the grid, in pixels from its corner; none outside the
     /// frame. It may be below the depth of its word.
@@ -89,11 +107,13 @@ class FrameView {
 
   private:
     [[nodiscard]] FramePlace clamped(int word, int frame) const;
+    [[nodiscard]] FramePlace jumped(FrameMove move) const;
 
     const FrameDisplay& display_;
     int cellWidth_ = kUsualCellWidth;
     FramePlace selected_;
     FramePlace anchor_;
+    int rowOfMoves_ = 1;
 };
 
 }  // namespace kavu

@@ -40,6 +40,12 @@ std::optional<int> askNumber(UserInterface* parent, std::string prompt, long ini
                  : std::nullopt;
 }
 
+/// The end of a block that begins where the user has said: that of the selection, if it begins
+/// there, too.
+int lastOf(const SelectedWords& selected, int start, int first) {
+    return first == start ? std::max(first, selected.last) : first;
+}
+
 /// Async formats state at which words they are.
 void moveAsyncLocations(PcmFormat& format, const WordMoves& moves) {
     for (auto& record : format.asyncFormats) {
@@ -199,9 +205,9 @@ bool insertFwps(PcmFormat& format, UserInterface* parent, int after, int count) 
     });
 }
 
-bool insertFwps(PcmFormat& format, UserInterface* parent) {
+bool insertFwps(PcmFormat& format, UserInterface* parent, const SelectedWords& selected) {
     const int last = format.wordsPerMinorFrame - 1;
-    const auto after = askNumber(parent, "Add New FWPs After FWP:", 1);
+    const auto after = askNumber(parent, "Add New FWPs After FWP:", selected.last);
     if (!after) {
         return false;
     }
@@ -266,9 +272,11 @@ std::optional<int> deleteFwps(PcmFormat& format, UserInterface* parent, const Ed
     return stays || !deleted ? deleted : 0;
 }
 
-std::optional<int> deleteFwps(PcmFormat& format, UserInterface* parent, const EditSteps& steps) {
+std::optional<int> deleteFwps(PcmFormat& format, UserInterface* parent, const EditSteps& steps,
+                              const SelectedWords& selected) {
     const int most = format.wordsPerMinorFrame - 1;
-    const auto first = askNumber(parent, "Delete FWPs Starting at:", 1);
+    const int start = std::max(1, selected.first);
+    const auto first = askNumber(parent, "Delete FWPs Starting at:", start);
     if (!first) {
         return std::nullopt;
     }
@@ -276,7 +284,7 @@ std::optional<int> deleteFwps(PcmFormat& format, UserInterface* parent, const Ed
         refuse(format, parent, 160, 1, most);
         return std::nullopt;
     }
-    const auto last = askNumber(parent, "Last FWP to delete:", *first);
+    const auto last = askNumber(parent, "Last FWP to delete:", lastOf(selected, start, *first));
     return last ? deleteFwps(format, parent, steps, *first, *last) : std::nullopt;
 }
 
@@ -321,16 +329,17 @@ bool moveFwps(PcmFormat& format, UserInterface* parent, int first, int last, int
     });
 }
 
-bool moveFwps(PcmFormat& format, UserInterface* parent) {
+bool moveFwps(PcmFormat& format, UserInterface* parent, const SelectedWords& selected) {
     const int most = format.wordsPerMinorFrame - 1;
-    const auto first = askNumber(parent, "Starting FWP To Move:", 1);
+    const int start = std::max(1, selected.first);
+    const auto first = askNumber(parent, "Starting FWP To Move:", start);
     if (!first) {
         return false;
     }
     if (*first < 1 || *first > most) {
         return refuse(format, parent, 160, 1, most);
     }
-    const auto last = askNumber(parent, "Ending FWP To Move:", *first);
+    const auto last = askNumber(parent, "Ending FWP To Move:", lastOf(selected, start, *first));
     if (!last) {
         return false;
     }

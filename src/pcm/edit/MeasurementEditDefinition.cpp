@@ -4,6 +4,7 @@
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
 #include "pcm/edit/MeasurementEditWordFrame.h"
+#include "pcm/write/WordFrameBuild.h"
 #include "vocabulary/LocationTypes.h"
 
 #include <algorithm>
@@ -81,7 +82,41 @@ Measurement newMeasurement(const PcmFormat& format, const std::string& type) {
     return cell;
 }
 
+/// All places of a measurement of an older type as ranges; nothing if they cannot be stated so.
+std::optional<WordFrameDefinition> builtRanges(const PcmFormat& format, const EditedPlace& place) {
+    std::vector<HeldPlace> places;
+    const auto& cells = format.cells();
+    auto words =
+        place.oldName.empty() ? std::vector<FrameCells::Place>() : cells.places(place.oldName);
+    words.erase(std::unique(words.begin(), words.end()), words.end());
+    const int number = cells.nameNumber(place.oldName);
+    std::vector<CellRef> found;
+    for (const auto& word : words) {
+        found.clear();
+        cells.cellsAt(word.word, word.index, number, found);
+        for (const auto& at : found) {
+            places.push_back({at, word.word, word.index});
+        }
+    }
+    std::stable_sort(places.begin(), places.end(), [](const auto& a, const auto& b) {
+        return std::tie(a.fn, a.fwp) < std::tie(b.fn, b.fwp);
+    });
+    return buildWordFrame(format, places);
+}
+
 }  // namespace
+
+bool checkRangesPossible(const PcmFormat& format, UserInterface* parent, const EditedPlace& place) {
+    const auto cell =
+        place.oldName.empty() ? CellRef{} : format.findInCell(place.fwp, place.fn, place.oldName);
+    if (!cell || isWordFrame(format.cells().measurement(cell)) || builtRanges(format, place)) {
+        return true;
+    }
+    const auto type = format.cells().measurement(cell).locationType.str();
+    format.context().messages.show(parent, 460, title::kError, kErrorBox, place.oldName, place.fwp,
+                                   place.fn, type);
+    return false;
+}
 
 std::optional<WordToEdit> wordToEdit(const PcmFormat& format, UserInterface* parent, int fwp,
                                      int fn, std::string_view name) {
@@ -160,6 +195,9 @@ WordFrameDefinition rangesOf(const PcmFormat& format, const EditedPlace& place) 
              : nullptr;
     if (held != nullptr && !held->locations.empty()) {
         return *held;
+    }
+    if (auto all = builtRanges(format, place)) {
+        return std::move(*all);
     }
     WordFrameDefinition ranges;
     WordFrameLocation location;

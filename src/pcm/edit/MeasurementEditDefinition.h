@@ -27,8 +27,12 @@ struct WordToEdit {
 /// that is edited if it has none for this type.
 [[nodiscard]] std::vector<MeasurementSpot> spotsOf(const PcmFormat& format,
                                                    const EditedPlace& place, std::string_view type);
-/// The same for the ranges of "WDFR".
+/// The same for the ranges of "WDFR": all places of the measurement, also of one of an older type.
 [[nodiscard]] WordFrameDefinition rangesOf(const PcmFormat& format, const EditedPlace& place);
+
+/// False, with message 460 ("Unable to convert"), if ranges cannot state all places of the
+/// measurement, so that a change of its type would lose some.
+bool checkRangesPossible(const PcmFormat& format, UserInterface* parent, const EditedPlace& place);
 
 /// Where a measurement of mode "I" begins: its first place if it is one of that type already,
 /// else the place that is edited.

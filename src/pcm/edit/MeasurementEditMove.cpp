@@ -2,6 +2,7 @@
 #include "core/talk/Messages.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Printf.h"
+#include "pcm/edit/MeasurementEditAsync.h"
 #include "pcm/edit/MeasurementEditSave.h"
 #include "pcm/model/MeasurementCell.h"
 #include "vocabulary/LocationTypes.h"
@@ -115,8 +116,13 @@ bool moveMeasurement(PcmFormat& format, UserInterface* parent, const Measurement
         texts.push_back(target.text);
     }
     const int choice = parent->chooseFromList(kMoveTitle, texts);
-    return choice >= 0 && static_cast<std::size_t>(choice) < targets.size() &&
-           moveMeasurement(format, values, targets[static_cast<std::size_t>(choice)]);
+    if (choice < 0 || static_cast<std::size_t>(choice) >= targets.size()) {
+        return false;
+    }
+    const auto& target = targets[static_cast<std::size_t>(choice)];
+    return mayCoverAsync(format, parent, values.name.view(), {},
+                         {{target.fwp, std::max(1, target.fn), values.mask}}) &&
+           moveMeasurement(format, values, target);
 }
 
 }  // namespace kavu

@@ -4,6 +4,7 @@
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
 #include "groups/MeasurementNames.h"
+#include "pcm/edit/MeasurementEditAsync.h"
 #include "pcm/edit/MeasurementEditWordFrame.h"
 #include "pcm/model/DuplicateNames.h"
 #include "pcm/model/MeasurementCell.h"
@@ -56,6 +57,8 @@ class MeasurementSave {
         }
         return true;
     }
+    /// False if the user keeps the places of async formats free of whole words.
+    [[nodiscard]] bool mayCover() const;
     /// False, with the old measurement back in place, if there can be no more cells.
     bool place();
     /// True if the new name was another measurement's, whose places are all among these.
@@ -345,6 +348,23 @@ bool MeasurementSave::checkFragments() const {
     return true;
 }
 
+bool MeasurementSave::mayCover() const {
+    std::vector<CoveredCell> covered;
+    if (is(location_type::kWordFrame)) {
+        for (const auto& location : definition_.wordFrame.locations) {
+            for (const auto& fragment : location.fragments) {
+                for (const auto& [fwp, fn] : coveredPlaces(format_, fragment)) {
+                    covered.push_back({fwp, fn, fragment.mask});
+                }
+            }
+        }
+    }
+    for (const auto& planned : planned_) {
+        covered.push_back({planned.fwp, planned.fn, planned.measurement.mask});
+    }
+    return mayCoverAsync(format_, parent_, cell_.name.view(), place_.oldName, covered);
+}
+
 std::vector<std::string> MeasurementSave::oldNames() const {
     std::vector<std::string> names;
     if (!place_.oldName.empty()) {
@@ -445,7 +465,7 @@ bool saveMeasurement(PcmFormat& format, UserInterface* parent, const EditSteps& 
                      const SaveSteps& saving, const EditedPlace& place,
                      const MeasurementDefinition& definition) {
     MeasurementSave save(format, parent, steps, place, definition);
-    if (!save.plan() || !save.place()) {
+    if (!save.plan() || !(saving.asyncIsAgreed || save.mayCover()) || !save.place()) {
         return false;
     }
     const auto name = definition.attributes.name.str();

@@ -50,6 +50,8 @@ struct SaveSteps {
     DatabaseSteps database;
     /// Of a measurement that was picked from the database.
     AutoAdd autoAdd;
+    /// The user has agreed that places of async formats are covered: `mayCoverAsync` is not asked.
+    bool asyncIsAgreed = false;
 };
 
 /// Checks a definition and replaces the old one by it: messages 326 (no name), 327 (no location
@@ -58,7 +60,8 @@ struct SaveSteps {
 /// 331 (no such place), 335 (fragments of a word in different frames) and 323. Of word/frame
 /// ranges also 338 (a supercommutated subframe), 231 (a word of an older type that would become
 /// a subframe), 276, 285 to 287, 292 to 294 and question 357, and of subframe fragments 291,
-/// whose other masks become the first one. Then the conversion record is renamed, the
+/// whose other masks become the first one. A whole word over a place of an async format needs
+/// the user's Yes (`mayCoverAsync`). Then the conversion record is renamed, the
 /// measurement stored in the database, and what is added with a picked one placed in the frame.
 /// False leaves the frame as it was.
 bool saveMeasurement(PcmFormat& format, UserInterface* parent, const EditSteps& steps,

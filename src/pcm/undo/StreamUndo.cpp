@@ -227,8 +227,9 @@ bool StreamUndo::takeDifference(Level& level) {
     return differs;
 }
 
-bool StreamUndo::commit(bool accepted) {
+bool StreamUndo::commit(bool accepted, std::string_view title) {
     Level level;
+    level.title = title;
     bool differs = takeDifference(level);
     // A file that cannot be read is not put back; the files themselves are as they are.
     IoStatus status;

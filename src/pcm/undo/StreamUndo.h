@@ -44,10 +44,15 @@ class StreamUndo : private WordWatcher {
 
     /// Ends an edit: what it has changed becomes a level, and what was undone before is lost.
     /// False if it has changed nothing. An edit that was not `accepted` and has changed only
-    /// the conversion records, as showing a new one does, does not count.
-    bool commit(bool accepted = true);
+    /// the conversion records, as showing a new one does, does not count. `title` is what the user
+    /// calls the edit.
+    bool commit(bool accepted = true, std::string_view title = {});
     [[nodiscard]] bool canUndo() const { return !undo_.empty(); }
     [[nodiscard]] bool canRedo() const { return !redo_.empty(); }
+    /// The name of the edit that the next call takes back or does again; empty if there is none or
+    /// it has no name.
+    [[nodiscard]] std::string undoName() const { return undo_.empty() ? "" : undo_.back().title; }
+    [[nodiscard]] std::string redoName() const { return redo_.empty() ? "" : redo_.back().title; }
     /// False if there is no level, there can be no more cells, or a file could not be written,
     /// which is reported.
     bool undo(UserInterface* parent = nullptr);
@@ -66,6 +71,7 @@ class StreamUndo : private WordWatcher {
         std::vector<WordFrameDefinition> definitions;
     };
     struct Level {
+        std::string title;  ///< what the user calls the edit
         PcmAttributes attributes;
         int saveCount = 0;  ///< decides whether the mark that the stream has changed still holds
         WordArchive words;  ///< by their positions on this side

@@ -72,24 +72,65 @@ TEST(FrameSearch, TheListHasEveryMeasurementOnce) {
     EXPECT_EQ(rows[2].name, "C");
 }
 
+TEST(FrameSearch, EveryPlaceOfAMeasurementIsFoundAndAsyncNamesToo) {
+    StreamFixture f;
+    f.place(9, 1, "OIL_T", "MFSC");
+    f.place(4, 1, "OIL_T", "MFSC");
+    f.place(4, 1, "SPEED");
+    f.place(6, 1, "oil_p");
+    f.format.asyncFormats.resize(2);
+    f.format.asyncFormats[0].dataLinkName = "Boiler";
+    f.format.asyncFormats[1].dataLinkName = "VIDEO";
+    ASSERT_TRUE(placeAsyncSlots(f.format, nullptr, 1, {7, {{1, 1, 8}}}, "FW"));
+    ASSERT_TRUE(placeAsyncSlots(f.format, nullptr, 2, {8, {{1, 1, 8}}}, "FW"));
+    EXPECT_THAT(findPlaces(f.format, "oil"),
+                testing::ElementsAre(FoundPlace{{4, 1}, "OIL_T"}, FoundPlace{{6, 1}, "oil_p"},
+                                     FoundPlace{{7, 1}, "Boiler"}, FoundPlace{{9, 1}, "OIL_T"}));
+    EXPECT_TRUE(findPlaces(f.format, "").empty());
+    EXPECT_TRUE(findPlaces(f.format, "zz").empty());
+}
+
 TEST(FrameSearch, FindingGoesOnAndAround) {
-    const std::vector<MeasurementRow> rows = {{"OIL_T", "MF", {2, 1}},
-                                              {"SPEED", "MF", {3, 1}},
-                                              {"OIL_P", "MF", {3, 1}},
-                                              {"oil_q", "MF", {3, 2}},
-                                              {"X", "MF", {9, 1}}};
-    const auto hits = findRows(rows, "oil");
-    EXPECT_THAT(hits, testing::ElementsAre(0, 2, 3));
-    EXPECT_TRUE(findRows(rows, "").empty());
-    EXPECT_TRUE(findRows(rows, "zz").empty());
-    EXPECT_EQ(nextHit(rows, hits, {}, true, true), 0U);
-    EXPECT_EQ(nextHit(rows, hits, {2, 1}, true, true), 0U) << "while typing it stays";
-    EXPECT_EQ(nextHit(rows, hits, {2, 1}, false, true), 1U);
-    EXPECT_EQ(nextHit(rows, hits, {3, 1}, false, true), 2U);
-    EXPECT_EQ(nextHit(rows, hits, {5, 1}, false, true), 0U) << "around";
-    EXPECT_EQ(nextHit(rows, hits, {3, 1}, false, false), 0U);
-    EXPECT_EQ(nextHit(rows, hits, {2, 1}, false, false), 2U) << "around";
-    EXPECT_EQ(nextHit(rows, {}, {2, 1}, true, true), std::nullopt);
+    const std::vector<FoundPlace> places = {
+        {{2, 1}, "OIL_T"}, {{3, 1}, "OIL_P"}, {{3, 1}, "OIL_Q"}, {{3, 2}, "OIL_Q"}};
+    EXPECT_EQ(nextPlace(places, {}, true, true), 0U);
+    EXPECT_EQ(nextPlace(places, {2, 1}, true, true), 0U) << "while typing it stays";
+    EXPECT_EQ(nextPlace(places, {2, 1}, false, true), 1U);
+    EXPECT_EQ(nextPlace(places, {3, 1}, false, true), 3U);
+    EXPECT_EQ(nextPlace(places, {5, 1}, false, true), 0U) << "around";
+    EXPECT_EQ(nextPlace(places, {3, 1}, false, false), 0U);
+    EXPECT_EQ(nextPlace(places, {2, 1}, false, false), 3U) << "around";
+    EXPECT_EQ(nextPlace({}, {2, 1}, true, true), std::nullopt);
+}
+
+TEST(FrameSearch, ARefusedPlaceIsExplained) {
+    StreamFixture f;
+    const FrameDisplay display(f.format);
+    EXPECT_EQ(goToProblem(display, FramePlace{3, 8}), std::nullopt);
+    EXPECT_EQ(goToProblem(display, FramePlace{32, 1}),
+              "There is no FWP 32: this frame has the words 0 to 31.");
+    EXPECT_EQ(goToProblem(display, FramePlace{-1, 1}),
+              "There is no FWP -1: this frame has the words 0 to 31.");
+    EXPECT_EQ(goToProblem(display, FramePlace{3, 9}),
+              "There is no FN 9: this stream has the frames 1 to 8.");
+    EXPECT_EQ(goToProblem(display, FramePlace{3, 0}),
+              "There is no FN 0: this stream has the frames 1 to 8.");
+    EXPECT_EQ(goToProblem(display, std::nullopt), "Enter a number, or two: word and frame.");
+}
+
+TEST(FrameSearch, AllPlacesOfTheMarkedMeasurementAreMarked) {
+    StreamFixture f;
+    f.place(9, 1, "OIL", "MFSC");
+    f.place(4, 1, "oil", "MFSC");
+    f.place(5, 1, "SPEED");
+    FrameDisplay display(f.format);
+    EXPECT_FALSE(display.isMarked({9, 1}));
+    display.marked = "OIL";
+    EXPECT_TRUE(display.isMarked({9, 1}));
+    EXPECT_TRUE(display.isMarked({9, 5})) << "in every frame";
+    EXPECT_TRUE(display.isMarked({4, 1}));
+    EXPECT_FALSE(display.isMarked({5, 1}));
+    EXPECT_FALSE(display.isMarked({}));
 }
 
 }  // namespace

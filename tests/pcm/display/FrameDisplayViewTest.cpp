@@ -108,6 +108,74 @@ TEST(FrameView, KeysMoveWithinTheFrame) {
     }
 }
 
+TEST(FrameView, MovesThroughAShallowSubframeComeOutInTheirFrame) {
+    ViewFixture f;
+    ASSERT_TRUE(f.view.select({4, 9}));
+    const auto move = [&](FrameMove by) {
+        const int row = f.view.rowOfMoves();
+        const auto to = f.view.moved(by, 10, 5);
+        ASSERT_TRUE(f.view.select(to));
+        if (isSideways(by)) {
+            f.view.keepRowOfMoves(row);
+        }
+    };
+    move(FrameMove::Right);
+    EXPECT_EQ(f.view.selected(), (FramePlace{5, 4}));
+    move(FrameMove::Right);
+    EXPECT_EQ(f.view.selected(), (FramePlace{6, 9}));
+    move(FrameMove::Left);
+    move(FrameMove::Left);
+    EXPECT_EQ(f.view.selected(), (FramePlace{4, 9}));
+    move(FrameMove::Right);
+    move(FrameMove::Up);
+    EXPECT_EQ(f.view.selected(), (FramePlace{5, 3}));
+    move(FrameMove::Right);
+    EXPECT_EQ(f.view.selected(), (FramePlace{6, 3})) << "up was a choice of another frame";
+}
+
+TEST(FrameView, JumpsGoToTheEndOfARunOrToTheNextUsedCell) {
+    ViewFixture f;
+    f.place(8, 1, "A");
+    f.place(9, 1, "B");
+    f.place(10, 1, "C");
+    f.place(5, 2, "D", "SF");
+    f.place(5, 3, "E", "SF");
+    struct Row {
+        FramePlace from;
+        FrameMove move;
+        FramePlace to;
+    };
+    for (const auto& row : {
+             Row{{8, 3}, FrameMove::JumpRight, {10, 3}},   // to the end of the run
+             Row{{10, 3}, FrameMove::JumpRight, {30, 3}},  // to the counter
+             Row{{12, 3}, FrameMove::JumpLeft, {10, 3}},
+             Row{{10, 3}, FrameMove::JumpLeft, {8, 3}},
+             Row{{8, 2}, FrameMove::JumpLeft, {5, 2}},     // across empty cells
+             Row{{8, 9}, FrameMove::JumpLeft, {0, 9}},     // word 5 is empty at its last cell
+             Row{{30, 3}, FrameMove::JumpRight, {31, 3}},  // none is left: the edge
+             Row{{31, 3}, FrameMove::JumpRight, {31, 3}},
+             Row{{5, 1}, FrameMove::JumpDown, {5, 2}},
+             Row{{5, 2}, FrameMove::JumpDown, {5, 3}},
+             Row{{5, 3}, FrameMove::JumpDown, {5, 4}},
+             Row{{5, 4}, FrameMove::JumpUp, {5, 3}},
+             Row{{5, 3}, FrameMove::JumpUp, {5, 2}},
+             Row{{8, 9}, FrameMove::JumpDown, {8, 16}},
+             Row{{8, 9}, FrameMove::JumpUp, {8, 1}},
+         }) {
+        ASSERT_TRUE(f.view.select(row.from));
+        EXPECT_EQ(f.view.moved(row.move, 10, 5), row.to)
+            << row.from.word << " " << row.from.frame << " by " << static_cast<int>(row.move);
+    }
+}
+
+TEST(FrameView, ABlockIsSelectedByItsCorners) {
+    ViewFixture f;
+    EXPECT_TRUE(f.view.selectBlock({3, 1}, {4, 16}));
+    EXPECT_EQ(f.view.block(), (FrameBlock{{3, 1}, {4, 16}}));
+    EXPECT_FALSE(f.view.selectBlock({3, 1}, {5, 5})) << "below the depth";
+    EXPECT_EQ(f.view.block(), (FrameBlock{{3, 1}, {4, 16}}));
+}
+
 TEST(FrameView, TheFirstKeySelectsTheCellAtTheTopLeft) {
     ViewFixture f;
     f.view.firstWord = 4;

@@ -215,5 +215,28 @@ TEST(FrameEditWords, SubframesMoveWithTheirCellsAndAreNotRenumbered) {
     EXPECT_FALSE(f.format.hasMeasurement("\x01"));
 }
 
+TEST(FrameEditWords, PromptsStartAtTheSelectedWords) {
+    test::StreamFixture f;
+    const auto initials = [&] {
+        std::vector<long> numbers;
+        for (const auto& prompt : std::exchange(f.ui.integerPrompts, {})) {
+            numbers.push_back(prompt.initial);
+        }
+        return numbers;
+    };
+    f.ui.integers = {5, std::nullopt};
+    EXPECT_FALSE(insertFwps(f.format, f.parent, {4, 6}));
+    EXPECT_EQ(initials(), (std::vector<long>{6, 1}));
+    f.ui.integers = {4, std::nullopt};
+    EXPECT_EQ(deleteFwps(f.format, f.parent, {}, SelectedWords{4, 6}), std::nullopt);
+    EXPECT_EQ(initials(), (std::vector<long>{4, 6}));
+    f.ui.integers = {5, std::nullopt};
+    EXPECT_EQ(deleteFwps(f.format, f.parent, {}, SelectedWords{4, 6}), std::nullopt);
+    EXPECT_EQ(initials(), (std::vector<long>{4, 5})) << "the user has begun elsewhere";
+    f.ui.integers = {1, 6, std::nullopt};
+    EXPECT_FALSE(moveFwps(f.format, f.parent, {0, 6}));
+    EXPECT_EQ(initials(), (std::vector<long>{1, 6, 1})) << "the sync word is never moved";
+}
+
 }  // namespace
 }  // namespace kavu

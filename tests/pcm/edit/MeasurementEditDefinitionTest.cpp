@@ -177,5 +177,49 @@ TEST(MeasurementEditDefinition, AnotherMeasurementsNameIsTakenOverOnlyAtItsOwnLo
     EXPECT_EQ(f.places("P"), "6/2 6/3 ");
 }
 
+TEST(MeasurementEditDefinition, RangesTakeAllPlacesOfAnOlderTypeAlong) {
+    test::StreamFixture f;
+    for (const int fwp : {3, 7, 12}) {
+        Measurement cell;
+        cell.name = "SPEED";
+        cell.locationType = "MFSC";
+        cell.locationMode = "E";
+        cell.locationCount = 3;
+        cell.mask = "FW";
+        f.place(fwp, 1, cell);
+    }
+    const EditedPlace place{7, 1, "SPEED"};
+    EXPECT_TRUE(checkRangesPossible(f.format, f.parent, place));
+    const auto ranges = rangesOf(f.format, place);
+    std::vector<int> words;
+    for (const auto& location : ranges.locations) {
+        for (const auto& fragment : location.fragments) {
+            for (const auto& [fwp, fn] : coveredPlaces(f.format, fragment)) {
+                if (fn == 1) {
+                    words.push_back(fwp);
+                }
+            }
+        }
+    }
+    EXPECT_EQ(words, (std::vector<int>{3, 7, 12}));
+    EXPECT_TRUE(f.ui.boxes.empty());
+}
+
+// Its fragments would be lost one after the other.
+TEST(MeasurementEditDefinition, ATypeThatRangesCannotStateIsRefused) {
+    test::StreamFixture f;
+    for (const int number : {1, 3}) {
+        Measurement cell;
+        cell.name = "WIDE";
+        cell.locationType = "SFFR";
+        cell.fragmentNumber = number;
+        cell.mask = "FW";
+        f.place(3 + number, 1, cell);
+    }
+    EXPECT_FALSE(checkRangesPossible(f.format, f.parent, {4, 1, "WIDE"}));
+    EXPECT_EQ(f.ui.countBoxes(460), 1);
+    EXPECT_TRUE(checkRangesPossible(f.format, f.parent, {4, 1, ""}));
+}
+
 }  // namespace
 }  // namespace kavu
