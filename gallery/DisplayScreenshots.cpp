@@ -26,9 +26,10 @@ void fillSteps(PcmFormSteps& steps) {
     steps.generateDataWords = nothing;
     steps.editSectionComment = nothing;
     steps.editFilterList = nothing;
-    steps.insertFwps = nothing;
-    steps.deleteFwps = nothing;
-    steps.moveFwps = nothing;
+    const auto noWords = [](QWidget&, const SelectedWords&) { return false; };
+    steps.insertFwps = noWords;
+    steps.deleteFwps = noWords;
+    steps.moveFwps = noWords;
     steps.chooseDefinitionMode = nothing;
 }
 
@@ -80,6 +81,18 @@ void addDisplayScreenshots(ScreenshotList& list) {
         return makeDisplay(stage, [](MajorFrameWindow& window) {
             window.areas().setCellWidth(14);
             window.areas().grid().select({5, 1});
+        });
+    });
+    list.add("MajorFrameDisplayCalm", [](ScreenshotStage& stage) {
+        return makeDisplay(stage, [](MajorFrameWindow& window) {
+            auto& display = window.areas().display();
+            display.colours = FrameColours::Calm;
+            display.showAllCells = true;
+            display.highlightEu = true;
+            window.findChild<FrameKey*>()->refresh();
+            window.areas().setCellWidth(75);
+            window.areas().grid().select({3, 2});
+            window.areas().grid().select({5, 4}, true);
         });
     });
     list.add("create_new_cell",

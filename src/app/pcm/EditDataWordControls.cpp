@@ -1,5 +1,6 @@
 #include "app/pcm/EditDataWordControls.h"
 
+#include "app/framework/EditableList.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
 #include "app/framework/TypingRules.h"
@@ -10,6 +11,7 @@
 
 #include <QGridLayout>
 #include <QLabel>
+#include <QPushButton>
 
 namespace kavu {
 
@@ -82,6 +84,13 @@ bool mayDeleteEntry(FormContext& form) {
     return showBox(&form.ui, "Do you wish to delete the selected entry?",
                    std::string(loadText(title::kDeleteEntry).value_or("")), Icon::Question,
                    Buttons::YesNo) == Button::Yes;
+}
+
+void nameDeleteButton(EditableList& list, const QString& text) {
+    if (auto* const button = list.findChild<QPushButton*>(QStringLiteral("delete"))) {
+        button->setText(text);
+        button->setAccessibleName(text);
+    }
 }
 
 QWidget* makePanelTitle(const QString& title, QWidget* panel) {

@@ -17,6 +17,8 @@ class QGridLayout;
 
 namespace kavu {
 
+class EditableList;
+
 /// A choice of a table of the vocabulary. A code that is none of the choices is shown as it is and
 /// kept until another one is chosen.
 class CodeBox : public QComboBox {
@@ -52,6 +54,9 @@ int addField(QGridLayout& grid, const char16_t* label, QWidget& control);
 
 /// The question before an entry of a list is deleted.
 [[nodiscard]] bool mayDeleteEntry(FormContext& form);
+
+/// Lets the button of a list say what it deletes: the dialog has a Delete of its own.
+void nameDeleteButton(EditableList& list, const QString& text);
 
 /// The heading of a panel next to a dialog.
 [[nodiscard]] QWidget* makePanelTitle(const QString& title, QWidget* panel);

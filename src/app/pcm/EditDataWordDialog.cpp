@@ -60,7 +60,7 @@ EditDataWordDialog::EditDataWordDialog(FormContext& form, PcmFormat& format, con
     sides_->addLayout(left);
     left->addWidget(makeFields());
     left->addWidget(makeOptions());
-    left->addStretch();
+    left->addStretch(1);
     layout->addWidget(makeButtons());
     layout->addWidget(look::makeDialogButtons(*this));
     fill();
@@ -75,9 +75,10 @@ EditDataWordDialog::~EditDataWordDialog() = default;
 
 QWidget* EditDataWordDialog::makeFields() {
     auto* owner = new QWidget(this);
-    auto* grid = makeFieldGrid(*owner);
-    grid->setContentsMargins(0, 0, 0, 0);
-    owner->setLayout(grid);
+    fieldGrid_ = new QGridLayout(owner);
+    fieldGrid_->setContentsMargins(0, 0, 0, 0);
+    fieldGrid_->setHorizontalSpacing(look::unit(*this));
+    fieldGrid_->setVerticalSpacing(look::unit(*this) * 3 / 4);
     name_ = new QLineEdit(owner);
     name_->setObjectName(QStringLiteral("measurementName"));
     name_->setMinimumWidth(look::charactersWide(*this, 34));
@@ -85,34 +86,53 @@ QWidget* EditDataWordDialog::makeFields() {
         32, false, [](const QString&) {}, name_);
     name_->setValidator(rule);
     connect(name_, &QLineEdit::textEdited, rule, &TypingRule::took);
-    addField(*grid, u"Measurement Name:", *name_);
+    addFieldRow(u"Measurement Name:", *name_);
     if (format_.edition() < kNoLocationTypes) {
         type_ = new QComboBox(owner);
         type_->setObjectName(QStringLiteral("measurementLocationType"));
-        addField(*grid, u"Measurement Location Type:", *type_);
+        addFieldRow(u"Measurement Location Type:", *type_);
     }
     parity_ = new CodeBox("parity", measurement_field::kParity.choices, owner);
-    addField(*grid, u"Parity:", *parity_);
+    addFieldRow(u"Parity:", *parity_);
     parityOrder_ =
         new CodeBox("parityTransferOrder", measurement_field::kParityOrder.choices, owner);
-    addField(*grid, u"Parity Transfer Order:", *parityOrder_);
+    addFieldRow(u"Parity Transfer Order:", *parityOrder_);
     order_ =
         new CodeBox("measurementTransferOrder", measurement_field::kTransferOrder.choices, owner);
-    addField(*grid, u"Measurement Transfer Order:", *order_);
+    addFieldRow(u"Measurement Transfer Order:", *order_);
     length_ = new QLineEdit(owner);
     length_->setObjectName(QStringLiteral("wordLength"));
     length_->setReadOnly(true);
-    addField(*grid, u"Word Length:", *length_);
+    addFieldRow(u"Word Length:", *length_);
     mask_ = new MaskControl(form(), format_.context(), "bitmask", owner);
-    const int row = grid->rowCount();
-    grid->addWidget(look::addLabel(QStringLiteral("Bitmask:"), mask_->field()), row, 0);
-    grid->addWidget(mask_, row, 1);
+    fieldRows_.emplace_back(look::addLabel(QStringLiteral("Bitmask:"), mask_->field()), mask_);
     if (format_.edition() >= kFilterShown) {
         filter_ = new CodeBox("filtering", measurement_field::kFilterOverwrite.choices, owner);
         filter_->setEnabled(format_.edition() < kNoLocationTypes);
-        addField(*grid, u"Filtering:", *filter_);
+        addFieldRow(u"Filtering:", *filter_);
     }
+    arrangeFields(1);
     return owner;
+}
+
+void EditDataWordDialog::addFieldRow(const char16_t* label, QWidget& control) {
+    fieldRows_.emplace_back(look::addKeyLabel(QString::fromUtf16(label), control), &control);
+}
+
+void EditDataWordDialog::arrangeFields(int columns) {
+    for (const auto& [label, control] : fieldRows_) {
+        fieldGrid_->removeWidget(label);
+        fieldGrid_->removeWidget(control);
+    }
+    int index = 0;
+    for (const auto& [label, control] : fieldRows_) {
+        const int column = index % columns;
+        fieldGrid_->addWidget(label, index / columns, 2 * column);
+        fieldGrid_->addWidget(control, index / columns, 2 * column + 1);
+        ++index;
+    }
+    fieldGrid_->setColumnStretch(1, 1);
+    fieldGrid_->setColumnStretch(3, columns > 1 ? 1 : 0);
 }
 
 QWidget* EditDataWordDialog::makeOptions() {
@@ -160,7 +180,7 @@ QWidget* EditDataWordDialog::makeButtons() {
     select_ = make("selectFromDatabase", u"Select Measurement &From Database", u"",
                    &EditDataWordDialog::pickFromDatabase);
     move_ = make("move", u"&Move", u"", &EditDataWordDialog::move);
-    delete_ = make("deleteMeasurement", u"&Delete", u"delete",
+    delete_ = make("deleteMeasurement", u"&Delete Measurement...", u"delete",
                    &EditDataWordDialog::deleteEditedMeasurement);
     layout->addStretch();
     return owner;
@@ -245,7 +265,8 @@ std::string EditDataWordDialog::chosenType() const {
 void EditDataWordDialog::selectType() {
     const auto type = chosenType();
     if (type == location_type::kWordFrame &&
-        !checkWordFrameAllowed(format_, &form().ui, word_.place.fwp)) {
+        (!checkWordFrameAllowed(format_, &form().ui, word_.place.fwp) ||
+         !checkRangesPossible(format_, &form().ui, word_.place))) {
         const QSignalBlocker quiet(type_);
         type_->setCurrentIndex(typeIndex_);
         return;
@@ -264,6 +285,10 @@ void EditDataWordDialog::openPanel(const std::string& type) {
     delete panel_;
     panel_ = nullptr;
     panelType_ = type;
+    if (hadPanel) {
+        arrangeFields(1);
+        sides_->setDirection(QBoxLayout::LeftToRight);
+    }
     const auto start = startOf(format_, word_.place, type);
     if (type == location_type::kMinorFrameSupercommutated ||
         type == location_type::kSubframeSupercommutated) {
@@ -287,6 +312,10 @@ void EditDataWordDialog::openPanel(const std::string& type) {
             shown.wordFrame = rangesOf(format_, word_.place);
         }
         panel_->load(shown);
+        // The ranges have so many columns that they take the whole width.
+        const bool isWide = type == location_type::kWordFrame;
+        arrangeFields(isWide ? 2 : 1);
+        sides_->setDirection(isWide ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
         sides_->addWidget(panel_, 1);
         connect(panel_, &PlacesPanel::changed, this, [this] {
             markChanged();

@@ -7,10 +7,13 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
+class QBoxLayout;
 class QCheckBox;
 class QComboBox;
-class QHBoxLayout;
+class QGridLayout;
 class QLineEdit;
 class QPushButton;
 
@@ -42,6 +45,9 @@ class EditDataWordDialog : public EditDialog {
     [[nodiscard]] QWidget* makeFields();
     [[nodiscard]] QWidget* makeOptions();
     [[nodiscard]] QWidget* makeButtons();
+    void addFieldRow(const char16_t* label, QWidget& control);
+    /// In one column, or in two, which leave room for the panel below them.
+    void arrangeFields(int columns);
     void fill();
     void fillTypes();
     void connectFields();
@@ -86,7 +92,9 @@ class EditDataWordDialog : public EditDialog {
     QPushButton* select_ = nullptr;
     QPushButton* move_ = nullptr;
     QPushButton* delete_ = nullptr;
-    QHBoxLayout* sides_ = nullptr;
+    QBoxLayout* sides_ = nullptr;
+    QGridLayout* fieldGrid_ = nullptr;
+    std::vector<std::pair<QWidget*, QWidget*>> fieldRows_;  ///< labels and controls
     PlacesPanel* panel_ = nullptr;
 };
 

@@ -77,7 +77,8 @@ void FragmentPanel::makeList() {
     }
     setup.canSort = false;
     list_ = new EditableList(form_, "fragments", std::move(setup), this);
-    list_->view()->setMinimumWidth(look::charactersWide(*this, ofSubframe_ ? 70 : 58));
+    nameDeleteButton(*list_, QStringLiteral("Delete Fragment"));
+    list_->view()->setMinimumWidth(look::charactersWide(*this, ofSubframe_ ? 60 : 58));
     list_->rowEditor = [this](int row, const ListRow&) { return editFragment(row); };
     list_->mayDelete = [this](int row) {
         if (!mayDeleteEntry(form_)) {

@@ -27,13 +27,13 @@ std::optional<FrameMove> moveOf(const QKeyEvent& event) {
     const bool alt = (event.modifiers() & Qt::AltModifier) != 0;
     switch (event.key()) {
         case Qt::Key_Left:
-            return FrameMove::Left;
+            return control ? FrameMove::JumpLeft : FrameMove::Left;
         case Qt::Key_Right:
-            return FrameMove::Right;
+            return control ? FrameMove::JumpRight : FrameMove::Right;
         case Qt::Key_Up:
-            return FrameMove::Up;
+            return control ? FrameMove::JumpUp : FrameMove::Up;
         case Qt::Key_Down:
-            return FrameMove::Down;
+            return control ? FrameMove::JumpDown : FrameMove::Down;
         case Qt::Key_Home:
             return control ? FrameMove::FirstCell : FrameMove::RowBegin;
         case Qt::Key_End:
@@ -158,25 +158,25 @@ void FrameGrid::keyPressEvent(QKeyEvent* event) {
         return;
     }
     if (const auto move = moveOf(*event)) {
-        emit moveRequested(view_.moved(*move, fullColumns(), fullRows()),
-                           (event->modifiers() & Qt::ShiftModifier) != 0);
+        emit stepRequested(*move, (event->modifiers() & Qt::ShiftModifier) != 0);
         return;
     }
     QWidget::keyPressEvent(event);
 }
 
-void FrameGrid::selectUnder(const QPoint& point, bool extend) {
+/// True if there is a cell that can be selected.
+bool FrameGrid::selectUnder(const QPoint& point, bool extend) {
     const auto at = view_.cellAtPoint(point.x(), point.y());
-    if (at &&
-        (extend || !(at == view_.selected()) || !(view_.block().first == view_.block().last))) {
-        select(at, extend);
+    if (at == view_.selected() && (extend || view_.block().first == view_.block().last)) {
+        return static_cast<bool>(at);
     }
+    return at && select(at, extend);
 }
 
 void FrameGrid::mousePressEvent(QMouseEvent* event) {
     setFocus(Qt::MouseFocusReason);
     if (event->button() == Qt::LeftButton) {
-        selectUnder(event->pos(), (event->modifiers() & Qt::ShiftModifier) != 0);
+        dragging_ = selectUnder(event->pos(), (event->modifiers() & Qt::ShiftModifier) != 0);
     } else if (event->button() == Qt::RightButton) {
         const auto at = view_.cellAtPoint(event->pos().x(), event->pos().y());
         if (!view_.block().holds(at)) {
@@ -185,11 +185,27 @@ void FrameGrid::mousePressEvent(QMouseEvent* event) {
     }
 }
 
-/// The cell under the pointer is the pressed one while the button is held.
+/// The place of the frame that is next to a point, which may be outside of the grid.
+FramePlace FrameGrid::nearestPlace(const QPoint& point) const {
+    const auto index = [](int position, int size) { return position >= 0 ? position / size : -1; };
+    const int word = view_.firstWord + index(std::min(point.x(), width()), view_.cellWidth());
+    const int row = view_.scrolledRows + index(std::min(point.y(), height()), view_.cellHeight());
+    return {std::clamp(word, 0, std::max(0, display_.words() - 1)),
+            std::clamp(row + 1, 1, std::max(1, display_.frames()))};
+}
+
+/// A block from where the button was pressed; beyond the edge the grid scrolls.
 void FrameGrid::mouseMoveEvent(QMouseEvent* event) {
-    if ((event->buttons() & Qt::LeftButton) != 0 && rect().contains(event->pos())) {
-        selectUnder(event->pos(), (event->modifiers() & Qt::ShiftModifier) != 0);
+    if ((event->buttons() & Qt::LeftButton) == 0 || !dragging_) {
+        return;
     }
+    if (rect().contains(event->pos())) {
+        selectUnder(event->pos(), true);
+        return;
+    }
+    auto at = nearestPlace(event->pos());
+    at.frame = std::clamp(at.frame, 1, std::max(1, display_.depth(at.word)));
+    emit moveRequested(at, true);
 }
 
 void FrameGrid::mouseDoubleClickEvent(QMouseEvent* event) {

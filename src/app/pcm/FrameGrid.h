@@ -38,7 +38,9 @@ class FrameGrid : public QWidget {
   signals:
     void selectionMoved();
     void editRequested();
-    /// A key has moved the selection to a place that may be out of view.
+    /// A key moves the selection, possibly out of view.
+    void stepRequested(FrameMove move, bool extend);
+    /// The pointer drags the end of the block to a place that may be out of view.
     void moveRequested(FramePlace at, bool extend);
     void scrollRequested(int words, int frames);
     void zoomRequested(int pixels);
@@ -61,13 +63,15 @@ class FrameGrid : public QWidget {
     void contextMenuEvent(QContextMenuEvent* event) override;
 
   private:
-    void selectUnder(const QPoint& point, bool extend);
+    bool selectUnder(const QPoint& point, bool extend);
+    [[nodiscard]] FramePlace nearestPlace(const QPoint& point) const;
     void showTip(const QPoint& point, const QPoint& globalPoint);
 
     FrameDisplay& display_;
     FrameView& view_;
     std::unique_ptr<FrameGridPaint> paint_;
     int wheel_ = 0;  ///< of a fine wheel: what is not yet a notch
+    bool dragging_ = false;
 };
 
 /// One of the three areas next to the grid that scroll with it: the labels of the words, the
@@ -84,6 +88,8 @@ class FrameStrip : public QWidget {
     void clicked(FramePlace at);
     /// By a double click.
     void activated(FramePlace at);
+    /// By the right button.
+    void menuRequested(FramePlace at, const QPoint& globalPosition);
 
   protected:
     bool event(QEvent* event) override;
@@ -91,6 +97,7 @@ class FrameStrip : public QWidget {
     void changeEvent(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
 
   private:
     void paintNumbers(QPainter& painter, const QRect& dirty);

@@ -82,6 +82,7 @@ void FrameGridAreas::connectAreas() {
     });
     connect(grid_, &FrameGrid::moveRequested, this,
             [this](FramePlace at, bool extend) { goToCell(at.word, at.frame, extend); });
+    connect(grid_, &FrameGrid::stepRequested, this, &FrameGridAreas::moveBy);
     connect(grid_, &FrameGrid::zoomRequested, this,
             [this](int pixels) { setCellWidth(view_.cellWidth() + pixels); });
     connect(grid_, &FrameGrid::scrollRequested, this, [this](int words, int frames) {
@@ -92,6 +93,18 @@ void FrameGridAreas::connectAreas() {
         connect(strip, &FrameStrip::clicked, this,
                 [this](FramePlace at) { goToCell(at.word, at.frame); });
     }
+    for (const auto* const strip : {labels_, words_}) {
+        connect(strip, &FrameStrip::menuRequested, this,
+                [this](FramePlace at, const QPoint& point) {
+                    if (!view_.holdsWord(at.word)) {
+                        goToCell(at.word, at.frame);
+                    }
+                    emit wordMenuRequested(at.word, point);
+                });
+    }
+    connect(frames_, &FrameStrip::menuRequested, this, [this](FramePlace at, const QPoint& point) {
+        emit frameMenuRequested(at.frame, point);
+    });
     connect(labels_, &FrameStrip::activated, this,
             [this](FramePlace at) { emit labelActivated(at.word); });
 }
@@ -128,6 +141,7 @@ void FrameGridAreas::refresh() {
 }
 
 void FrameGridAreas::streamChanged() {
+    view_.cut = {};  // its cells may be others now
     view_.firstWord = std::clamp(view_.firstWord, 0, std::max(0, display_.words()));
     view_.scrolledRows = std::clamp(view_.scrolledRows, 0, std::max(0, display_.frames()));
     if (const auto selected = view_.selected(); selected && !display_.isWithin(selected)) {
@@ -164,6 +178,64 @@ bool FrameGridAreas::goToCell(int word, int frame, bool extend) {
         refresh();
     }
     return grid_->select(at, extend);
+}
+
+void FrameGridAreas::moveBy(FrameMove move, bool extend) {
+    const bool keepsRow = isSideways(move) && view_.selected();
+    const int row = view_.rowOfMoves();
+    const auto at = view_.moved(move, grid_->fullColumns(), grid_->fullRows());
+    if (goToCell(at.word, at.frame, extend) && keepsRow) {
+        view_.keepRowOfMoves(row);
+    }
+}
+
+void FrameGridAreas::selectBlock(FramePlace first, FramePlace last) {
+    if (view_.selectBlock(first, last)) {
+        refresh();
+        emit selectionMoved();
+    }
+}
+
+void FrameGridAreas::selectWord(int word) {
+    selectBlock({word, 1}, {word, display_.depth(word)});
+}
+
+/// From the last word back, so that the grid stays at the front of the frame.
+void FrameGridAreas::selectFrame(int frame) {
+    const auto end = [&](int word) {
+        return FramePlace{word, std::clamp(frame, 1, std::max(1, display_.depth(word)))};
+    };
+    selectBlock(end(display_.words() - 1), end(0));
+}
+
+void FrameGridAreas::selectAll() {
+    const int last = display_.words() - 1;
+    selectBlock({last, display_.depth(last)}, {0, 1});
+}
+
+void FrameGridAreas::markCut(const FrameBlock& block) {
+    view_.cut = block;
+    grid_->refresh();
+}
+
+void FrameGridAreas::mark(const std::string& name) {
+    if (display_.marked != name) {
+        display_.marked = name;
+        grid_->refresh();
+    }
+}
+
+DisplayPlace FrameGridAreas::place() const {
+    return {view_.selected(), view_.firstWord, view_.scrolledRows};
+}
+
+void FrameGridAreas::restore(const DisplayPlace& place) {
+    view_.firstWord = std::clamp(place.firstWord, 0, std::max(0, display_.words() - 1));
+    view_.scrolledRows = std::clamp(place.scrolledRows, 0, std::max(0, display_.frames() - 1));
+    (void)view_.select(place.selected);
+    showScroll();
+    refresh();
+    emit selectionMoved();
 }
 
 void FrameGridAreas::resizeEvent(QResizeEvent* event) {

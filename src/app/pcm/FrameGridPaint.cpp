@@ -99,6 +99,7 @@ struct FrameGridPaint::Column {
     int depth;
     int shown;  ///< frames that are shown
     int x;
+    FrameBlock block;
     std::optional<PlaceKind> kind;  ///< if all cells are of one kind
 
     Column(const FrameDisplay& of, const FrameView& from, bool focus, int fwp)
@@ -108,7 +109,8 @@ struct FrameGridPaint::Column {
           word(fwp),
           depth(of.depth(fwp)),
           shown(of.showAllCells ? of.frames() : depth),
-          x((fwp - from.firstWord) * from.cellWidth()) {
+          x((fwp - from.firstWord) * from.cellWidth()),
+          block(from.block()) {
         if (of.format().asyncCount() == 0 || of.format().wordType(fwp) != WordType::Subframe) {
             kind = of.kindAt({fwp, 1});
         }
@@ -116,9 +118,12 @@ struct FrameGridPaint::Column {
     [[nodiscard]] Rgb ground(int frame, Rgb face) const {
         const FramePlace at{word, frame};
         return cellColour(kind ? *kind : display.kindAt(at), frame <= depth, isSelected(frame),
-                          face);
+                          face, display.colours);
     }
     [[nodiscard]] bool isSelected(int frame) const {
+        return frame <= depth && block.holds({word, frame});
+    }
+    [[nodiscard]] bool isCurrent(int frame) const {
         return view.selected() == FramePlace{word, frame};
     }
     [[nodiscard]] QRect rect(int frame) const {
@@ -237,6 +242,13 @@ void FrameGridPaint::paintText(QPainter& painter, const QRect& cell, Rgb ground,
                {place.left() - shift + (place.width() - font->width(text.text)) / 2,
                 place.top() - shift + (place.height() + font->capital()) / 2},
                text.text);
+    if (colours_ == FrameColours::Calm && text.ink == FrameInk::Conversion) {
+        // A line says without colours what the ink says.
+        const int width = font->width(text.text);
+        painter.fillRect(place.left() - shift + (place.width() - width) / 2,
+                         place.top() - shift + (place.height() + font->capital()) / 2 + 2, width, 1,
+                         colourOf(ink));
+    }
 }
 
 /// Shapes that speak without colours: a corner for several measurements, two crossed lines
@@ -277,26 +289,68 @@ void FrameGridPaint::paintCell(QPainter& painter, const Column& column, int fram
     if (marks.several || marks.overlap || marks.async) {
         paintMarks(painter, cell, marks, readable(0, ground));
     }
-    if (selected && column.hasFocus) {
-        paintFocus(painter, cell, ground);
+    if (column.display.isMarked(at)) {
+        paintMarked(painter, cell, ground);
+    }
+    if (column.isCurrent(frame)) {
+        paintCurrent(painter, cell, ground, column.hasFocus);
     }
 }
 
-void FrameGridPaint::paintFocus(QPainter& painter, const QRect& cell, Rgb ground) {
-    painter.setPen(QPen(colourOf(readable(0, ground)), 1, Qt::DotLine));
-    painter.drawRect(cell.height() >= kShadedHeight ? cell.adjusted(3, 3, -4, -4)
-                                                    : cell.adjusted(0, 0, -1, -1));
+/// A frame in the colour that is farthest from the ground, which no other cell has; with the focus
+/// also the dotted one of controls.
+void FrameGridPaint::paintCurrent(QPainter& painter, const QRect& cell, Rgb ground, bool hasFocus) {
+    const auto ink = colourOf(readable(0, ground));
+    const bool isSmall = cell.height() < kShadedHeight;
+    painter.setPen(QPen(ink, isSmall ? 1 : 2, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+    painter.drawRect(isSmall ? cell.adjusted(0, 0, -1, -1) : cell.adjusted(1, 1, -1, -1));
+    if (hasFocus && !isSmall) {
+        painter.setPen(QPen(ink, 1, Qt::DotLine));
+        painter.drawRect(cell.adjusted(4, 4, -5, -5));
+    }
+}
+
+/// Four corners, a shape that no other mark has.
+void FrameGridPaint::paintMarked(QPainter& painter, const QRect& cell, Rgb ground) {
+    const auto colour = colourOf(readable(rgbOf(frame_), ground));
+    const int thick = cell.height() >= kShadedHeight ? 2 : 1;
+    const int length = std::max(2, cell.height() / 3);
+    const auto area = cell.adjusted(0, 0, -1, -1);
+    for (const bool right : {false, true}) {
+        for (const bool low : {false, true}) {
+            const int x = right ? area.right() - length + 1 : area.left();
+            const int y = low ? area.bottom() - thick + 1 : area.top();
+            painter.fillRect(x, y, length, thick, colour);
+            const int side = right ? area.right() - thick + 1 : area.left();
+            const int top = low ? area.bottom() - length + 1 : area.top();
+            painter.fillRect(side, top, thick, length, colour);
+        }
+    }
+}
+
+/// Of cells without room for a text only the marks that matter.
+void FrameGridPaint::paintSmallCells(QPainter& painter, const Column& column, int firstFrame,
+                                     int lastFrame) {
+    const bool hasMarked = !column.display.marked.empty();
+    for (int frame = firstFrame; frame <= lastFrame && hasMarked; ++frame) {
+        if (column.display.isMarked({column.word, frame})) {
+            const auto ground = column.ground(frame, face_);
+            painter.fillRect(column.rect(frame).adjusted(1, 0, -1, -1),
+                             colourOf(readable(rgbOf(frame_), ground)));
+        }
+    }
+    const auto at = column.view.selected();
+    if (at.word == column.word && at.frame >= firstFrame && at.frame <= lastFrame) {
+        paintCurrent(painter, column.rect(at.frame), column.ground(at.frame, face_),
+                     column.hasFocus);
+    }
 }
 
 void FrameGridPaint::paintTexts(QPainter& painter, const Column& column, int firstFrame,
                                 int lastFrame) {
     const QSize size(column.view.cellWidth(), column.view.cellHeight());
     if (std::string star = kStar; fontFor(size, star) == nullptr) {
-        const auto at = column.view.selected();
-        if (column.hasFocus && at.word == column.word && at.frame >= firstFrame &&
-            at.frame <= lastFrame) {
-            paintFocus(painter, column.rect(at.frame), column.ground(at.frame, face_));
-        }
+        paintSmallCells(painter, column, firstFrame, lastFrame);
         return;
     }
     for (int frame = firstFrame; frame <= lastFrame; ++frame) {
@@ -340,6 +394,7 @@ void FrameGridPaint::paintColumn(QPainter& painter, const Column& column, int fi
 void FrameGridPaint::paintGrid(QPainter& painter, const QRect& dirty, const FrameDisplay& display,
                                const FrameView& view, bool hasFocus) {
     painter.fillRect(dirty, ground_);
+    colours_ = display.colours;
     const int firstWord = view.firstWord + dirty.left() / view.cellWidth();
     const int lastWord =
         std::min(display.words() - 1, view.firstWord + dirty.right() / view.cellWidth());
@@ -356,15 +411,27 @@ void FrameGridPaint::paintGrid(QPainter& painter, const QRect& dirty, const Fram
         const Column column(display, view, hasFocus, word);
         paintTexts(painter, column, firstFrame, std::min(lastFrame, column.shown));
     }
-    const auto block = view.block();
-    if (block.first && !(block.first == block.last)) {
+    paintBlocks(painter, view);
+}
+
+/// Frames around the selected block and around the one that was cut.
+void FrameGridPaint::paintBlocks(QPainter& painter, const FrameView& view) const {
+    const auto areaOf = [&](const FrameBlock& block) {
         const auto corner = [&](FramePlace at) {
             return QRect((at.word - view.firstWord) * view.cellWidth(),
                          (at.frame - 1 - view.scrolledRows) * view.cellHeight(), view.cellWidth(),
                          view.cellHeight());
         };
+        return corner(block.first).united(corner(block.last)).adjusted(1, 1, -1, -1);
+    };
+    const auto block = view.block();
+    if (block.first && !(block.first == block.last)) {
         painter.setPen(QPen(frame_, 2));
-        painter.drawRect(corner(block.first).united(corner(block.last)).adjusted(1, 1, -1, -1));
+        painter.drawRect(areaOf(block));
+    }
+    if (view.cut.first) {
+        painter.setPen(QPen(frame_, 3, Qt::DashLine));
+        painter.drawRect(areaOf(view.cut));
     }
 }
 
@@ -374,11 +441,15 @@ void FrameGridPaint::paintBox(QPainter& painter, const QRect& box, Rgb ground,
     paintText(painter, box, ground, text, isSelected);
 }
 
-void FrameGridPaint::paintSample(QPainter& painter, const QRect& cell, PlaceKind kind,
-                                 bool isWithin, const FrameText& text, const FrameMarks& marks) {
-    const auto ground = cellColour(kind, isWithin, false, face_);
-    paintBox(painter, cell, ground, text, false);
-    paintMarks(painter, cell, marks, readable(0, ground));
+void FrameGridPaint::paintSample(QPainter& painter, const QRect& cell, const Sample& sample,
+                                 FrameColours colours) {
+    colours_ = colours;
+    const auto ground = cellColour(sample.kind, sample.isWithin, false, face_, colours);
+    paintBox(painter, cell, ground, sample.text, false);
+    paintMarks(painter, cell, sample.marks, readable(0, ground));
+    if (sample.isMarked) {
+        paintMarked(painter, cell, ground);
+    }
 }
 
 }  // namespace kavu

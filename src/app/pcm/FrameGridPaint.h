@@ -52,8 +52,17 @@ class FrameGridPaint {
                   bool isSelected);
 
     /// A cell that is no part of the grid, to show what its colours and marks are like.
-    void paintSample(QPainter& painter, const QRect& cell, PlaceKind kind, bool isWithin,
-                     const FrameText& text, const FrameMarks& marks);
+    struct Sample {
+        PlaceKind kind = PlaceKind::Plain;
+        bool isWithin = true;
+        FrameText text{};
+        FrameMarks marks{};
+        bool isMarked = false;  ///< a place of the marked measurement
+    };
+    void paintSample(QPainter& painter, const QRect& cell, const Sample& sample,
+                     FrameColours colours);
+    /// The colour of the interface's surfaces.
+    [[nodiscard]] Rgb face() const { return face_; }
 
     /// The font that a text takes in a cell of that size, or null if not even a "*" has room;
     /// `shown` becomes the text or the "*".
@@ -77,7 +86,10 @@ class FrameGridPaint {
                      Run& pending);
     void paintTexts(QPainter& painter, const Column& column, int firstFrame, int lastFrame);
     void paintCell(QPainter& painter, const Column& column, int frame);
-    void paintFocus(QPainter& painter, const QRect& cell, Rgb ground);
+    void paintCurrent(QPainter& painter, const QRect& cell, Rgb ground, bool hasFocus);
+    void paintMarked(QPainter& painter, const QRect& cell, Rgb ground);
+    void paintSmallCells(QPainter& painter, const Column& column, int firstFrame, int lastFrame);
+    void paintBlocks(QPainter& painter, const FrameView& view) const;
     void paintText(QPainter& painter, const QRect& cell, Rgb ground, FrameText text,
                    bool isSelected);
     void paintStar(QPainter& painter, const QRect& cell, const CellFont& font, Rgb ink);
@@ -94,6 +106,7 @@ class FrameGridPaint {
     std::map<std::pair<const CellFont*, Rgb>, QPixmap> stars_;
     std::map<std::pair<Rgb, Rgb>, Rgb> inks_;
     QSize size_;
+    FrameColours colours_ = FrameColours::Classic;  ///< of what is painted now
 };
 
 }  // namespace kavu

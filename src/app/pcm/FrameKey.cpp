@@ -26,7 +26,8 @@ std::vector<FrameKey::Sample> FrameKey::samples() const {
         {.meaning = QStringLiteral("Several measurements"),
          .marks = {.several = true},
          .ink = FrameInk::Several},
-        {.meaning = QStringLiteral("Same bits taken twice"), .marks = {.overlap = true}}};
+        {.meaning = QStringLiteral("Same bits taken twice"), .marks = {.overlap = true}},
+        {.meaning = QStringLiteral("Marked in the list"), .isMarked = true}};
     if (display_.highlightEu) {
         samples.push_back(
             {.meaning = QStringLiteral("EU definition"), .ink = FrameInk::Conversion});
@@ -44,7 +45,8 @@ void FrameKey::refresh() {
     }
     // The grid refreshes at every scroll; the key hardly ever has changed then.
     if (const auto name = QStringLiteral("Key: ") + meanings.join(QStringLiteral(", "));
-        name != accessibleName()) {
+        name != accessibleName() || shownColours_ != display_.colours) {
+        shownColours_ = display_.colours;
         setAccessibleName(name);
         updateGeometry();
         update();
@@ -91,8 +93,13 @@ void FrameKey::paintEvent(QPaintEvent* /*event*/) {
             return;
         }
         const auto letters = sample.ink == FrameInk::Plain ? std::string() : std::string("Ab");
-        paint_->paintSample(painter, {{left, top}, size}, sample.kind, sample.isWithin,
-                            {letters, sample.ink}, sample.marks);
+        paint_->paintSample(painter, {{left, top}, size},
+                            {.kind = sample.kind,
+                             .isWithin = sample.isWithin,
+                             .text = {letters, sample.ink},
+                             .marks = sample.marks,
+                             .isMarked = sample.isMarked},
+                            display_.colours);
         left += size.width() + gap;
         painter.setPen(palette().color(QPalette::WindowText));
         painter.setFont(font());

@@ -32,12 +32,14 @@ class FrameKey : public QWidget {
         FrameMarks marks{};
         FrameInk ink = FrameInk::Plain;
         bool isWithin = true;
+        bool isMarked = false;
     };
     [[nodiscard]] std::vector<Sample> samples() const;
     [[nodiscard]] QSize sampleSize() const;
 
     const FrameDisplay& display_;
     std::unique_ptr<FrameGridPaint> paint_;
+    FrameColours shownColours_ = FrameColours::Classic;
 };
 
 }  // namespace kavu

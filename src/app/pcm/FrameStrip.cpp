@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include <QContextMenuEvent>
 #include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -74,8 +75,15 @@ FramePlace FrameStrip::placeAt(const QPoint& point) const {
 }
 
 void FrameStrip::mousePressEvent(QMouseEvent* event) {
-    if (const auto at = placeAt(event->pos())) {
+    const auto at = placeAt(event->pos());
+    if (at && event->button() == Qt::LeftButton) {
         emit clicked(at);
+    }
+}
+
+void FrameStrip::contextMenuEvent(QContextMenuEvent* event) {
+    if (const auto at = placeAt(event->pos())) {
+        emit menuRequested(at, event->globalPos());
     }
 }
 
@@ -102,10 +110,10 @@ void FrameStrip::paintEvent(QPaintEvent* event) {
 void FrameStrip::paintLabels(QPainter& painter, const QRect& dirty) {
     const int last = std::min(wordAt(dirty.right()), display_.words() - 1);
     for (int word = wordAt(dirty.left()); word <= last; ++word) {
-        const bool selected = view_.selected().word == word;
+        const bool selected = view_.holdsWord(word);
         const QRect box((word - view_.firstWord) * view_.cellWidth(), 0, view_.cellWidth(),
                         height());
-        paint_->paintBox(painter, box, display_.labelColourOf(word, selected),
+        paint_->paintBox(painter, box, display_.labelColourOf(word, selected, paint_->face()),
                          display_.cellText(area_, word, 0), selected);
     }
 }

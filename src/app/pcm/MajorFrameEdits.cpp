@@ -10,8 +10,6 @@
 #include "pcm/structure/AsyncEdit.h"
 
 #include <QAction>
-#include <QClipboard>
-#include <QGuiApplication>
 #include <QSplitter>
 
 namespace kavu {
@@ -35,11 +33,11 @@ void MajorFrameWindow::editCell(int word, int frame) {
     }
     const int fn = type == WordType::IdCounter ? 1 : frame;
     if (!areas_->display().measurementsAt({word, fn}).empty()) {
-        editPlace(steps_.editMeasurementAt, word, fn, false);
+        editPlace(steps_.editMeasurementAt, word, fn, false, "Edit Measurement");
         return;
     }
     if (areas_->display().asyncAt({word, fn}) > 0) {
-        editPlace(steps_.editAsyncAt, word, fn, true);
+        editPlace(steps_.editAsyncAt, word, fn, true, "Edit Async Stream");
         return;
     }
     std::optional<NewCell> choice = NewCell::Measurement;
@@ -48,9 +46,9 @@ void MajorFrameWindow::editCell(int word, int frame) {
         choice = chooseNewCell(form_, this, word, fn);
     }
     if (choice == NewCell::Measurement) {
-        editPlace(steps_.editMeasurementAt, word, fn, false);
+        editPlace(steps_.editMeasurementAt, word, fn, false, "Edit Measurement");
     } else if (choice == NewCell::Async) {
-        editPlace(steps_.editAsyncAt, word, fn, true);
+        editPlace(steps_.editAsyncAt, word, fn, true, "Edit Async Stream");
     }
 }
 
@@ -63,17 +61,20 @@ void MajorFrameWindow::editLabel(int word) {
     const auto* const subframe = format_.subframeOfWord(word);
     // From the newest edition on every word has a hidden subframe, which is not to be edited.
     const bool isThere = type == WordType::IdCounter || (subframe != nullptr && !subframe->hidden);
-    editPlace(isThere ? steps_.editSubframeAt : steps_.createSubframeAt, word, 1, false);
+    const char* const title = type == WordType::IdCounter ? "Edit ID Counter"
+                              : isThere                   ? "Edit Subframe"
+                                                          : "New Subframe";
+    editPlace(isThere ? steps_.editSubframeAt : steps_.createSubframeAt, word, 1, false, title);
 }
 
 void MajorFrameWindow::editPlace(const PcmFormSteps::EditPlace& step, int word, int frame,
-                                 bool always) {
+                                 bool always, const char* title) {
     if (!step) {
         form_.ui.beep();
         return;
     }
     const bool accepted = step(*this, word, frame);
-    edited(accepted || always);
+    edited(accepted || always, title);
 }
 
 void MajorFrameWindow::deleteCell() {
@@ -81,11 +82,15 @@ void MajorFrameWindow::deleteCell() {
     if (!at) {
         return;
     }
+    if (const auto block = areas_->view().block(); !(block.first == block.last)) {
+        edited(deleteBlock(format_, &form_.ui, steps_.edit, selectedArea()), "Delete Block");
+        return;
+    }
     const auto names = areas_->display().measurementsAt(at);
     const int record = areas_->display().asyncAt(at);
     if (names.empty()) {
         if (record > 0) {
-            edited(deleteAsyncFormat(format_, &form_.ui, record));
+            edited(deleteAsyncFormat(format_, &form_.ui, record), "Delete Async Stream");
         }
         return;
     }
@@ -97,23 +102,36 @@ void MajorFrameWindow::deleteCell() {
         }
         index = static_cast<std::size_t>(choice);
     }
-    edited(deleteMeasurement(format_, &form_.ui, steps_.edit, names[index]));
+    edited(deleteMeasurement(format_, &form_.ui, steps_.edit, names[index]), "Delete Measurement");
 }
 
 // --- the stream -------------------------------------------------------------------------------
 
-void MajorFrameWindow::runEdit(const PcmFormSteps::Edit& step) {
+void MajorFrameWindow::runEdit(const PcmFormSteps::Edit& step, const char* title) {
     if (step) {
-        edited(step(*this));
+        edited(step(*this), title);
     }
 }
 
-void MajorFrameWindow::edited(bool accepted) {
-    // An operation that was left half way has changed something, too.
-    if (undo_.commit(accepted) || accepted) {
-        displayChanged_ = true;
+void MajorFrameWindow::runWords(const PcmFormSteps::EditWords& step, const char* title) {
+    if (step) {
+        const auto area = selectedArea();
+        const bool isSelected = static_cast<bool>(areas_->view().selected());
+        edited(step(*this,
+                    isSelected ? SelectedWords{area.firstWord, area.lastWord} : SelectedWords{}),
+               title);
     }
+}
+
+void MajorFrameWindow::edited(bool accepted, std::string_view title) {
+    // An operation that was left half way has changed something, too.
+    const bool changed = undo_.commit(accepted, title);
+    displayChanged_ = displayChanged_ || changed || accepted;
+    const auto cut = areas_->view().cut;
     streamChanged();
+    if (!changed && !accepted) {
+        areas_->markCut(cut);
+    }
 }
 
 void MajorFrameWindow::streamChanged() {
@@ -139,18 +157,11 @@ void MajorFrameWindow::redo() {
     }
 }
 
-void MajorFrameWindow::copyBlock() {
-    const auto text = areas_->view().blockText(areas_->view().block());
-    if (!text.empty()) {
-        QGuiApplication::clipboard()->setText(toQString(text));
-    }
-}
-
 // --- searches ---------------------------------------------------------------------------------
 
 void MajorFrameWindow::goToMeasurement() {
-    const auto name =
-        form_.ui.enterText({"Go To Measurement Name", "Find Measurement Name:", "", kLongestName});
+    const auto name = form_.ui.enterText(
+        {"Go To Measurement Name", "Find Measurement Name:", list_->current(), kLongestName});
     if (!name) {
         return;
     }
@@ -161,9 +172,21 @@ void MajorFrameWindow::goToMeasurement() {
     }
 }
 
+/// The name of the subframe or the counter of the selected word.
+std::string MajorFrameWindow::subframeHere() const {
+    const int word = areas_->view().selected().word;
+    const auto* const counter = format_.idCounterOfWord(word);
+    const auto* const subframe = format_.subframeOfWord(word);
+    if (subframe != nullptr) {
+        return subframe->hidden ? std::string() : subframe->name.str();
+    }
+    return counter != nullptr && format_.wordType(word) == WordType::IdCounter ? counter->name.str()
+                                                                               : std::string();
+}
+
 void MajorFrameWindow::goToSubframe() {
-    const auto name =
-        form_.ui.enterText({"Go To Subframe Name", "Enter Subframe Name", "", kLongestName});
+    const auto name = form_.ui.enterText(
+        {"Go To Subframe Name", "Enter Subframe Name", subframeHere(), kLongestName});
     if (!name) {
         return;
     }

@@ -13,8 +13,9 @@
 
 namespace kavu {
 
-MajorFrameFind::MajorFrameFind(Rows rows, std::function<FramePlace()> present, QWidget* parent)
-    : QWidget(parent), rows_(std::move(rows)), present_(std::move(present)) {
+MajorFrameFind::MajorFrameFind(const PcmFormat& format, std::function<FramePlace()> present,
+                               QWidget* parent)
+    : QWidget(parent), format_(format), present_(std::move(present)) {
     setObjectName(QStringLiteral("findBar"));
     text_ = new QLineEdit(this);
     text_->setObjectName(QStringLiteral("findText"));
@@ -60,18 +61,21 @@ void MajorFrameFind::find(bool forward) {
 }
 
 void MajorFrameFind::search(bool includeHere, bool forward) {
-    const auto& rows = rows_();
-    const auto hits = findRows(rows, toBytes(text_->text()));
-    const auto hit = nextHit(rows, hits, present_(), includeHere, forward);
-    if (hit) {
-        result_->setText(QStringLiteral("%1 of %2: %3")
+    const auto places = findPlaces(format_, toBytes(text_->text()));
+    if (const auto hit = nextPlace(places, present_(), includeHere, forward)) {
+        const auto& [at, name] = places[*hit];
+        result_->setText(QStringLiteral("%1 of %2: %3 at FWP %4, FN %5")
                              .arg(*hit + 1)
-                             .arg(hits.size())
-                             .arg(toQString(rows[hits[*hit]].name)));
-        emit found(rows[hits[*hit]].first);
+                             .arg(places.size())
+                             .arg(toQString(name))
+                             .arg(at.word)
+                             .arg(at.frame));
+        emit found(at);
     } else {
-        result_->setText(text_->text().isEmpty() ? QString()
-                                                 : QStringLiteral("No measurement of this name"));
+        result_->setText(
+            text_->text().isEmpty()
+                ? QString()
+                : QStringLiteral("No measurement or async stream has this text in its name"));
     }
 }
 

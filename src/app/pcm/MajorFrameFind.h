@@ -1,4 +1,5 @@
-// Finding measurements in the grid while one types, with next and previous.
+// Finding the places of measurements and async streams in the grid while one types, with next and
+// previous.
 #pragma once
 
 #include "pcm/display/FrameDisplaySearch.h"
@@ -15,9 +16,8 @@ namespace kavu {
 class MajorFrameFind : public QWidget {
     Q_OBJECT
   public:
-    using Rows = std::function<const std::vector<MeasurementRow>&()>;
-    /// `rows` gives the measurements of the stream as it is, `present` the selected cell.
-    MajorFrameFind(Rows rows, std::function<FramePlace()> present, QWidget* parent);
+    /// `present` gives the selected cell. The format must outlive the bar.
+    MajorFrameFind(const PcmFormat& format, std::function<FramePlace()> present, QWidget* parent);
 
     /// Shows the bar and gives it the keyboard.
     void begin();
@@ -33,7 +33,7 @@ class MajorFrameFind : public QWidget {
   private:
     void search(bool includeHere, bool forward);
 
-    Rows rows_;
+    const PcmFormat& format_;
     std::function<FramePlace()> present_;
     QLineEdit* text_ = nullptr;
     QLabel* result_ = nullptr;

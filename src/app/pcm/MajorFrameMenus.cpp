@@ -6,6 +6,8 @@
 #include "groups/MeasurementNames.h"
 #include "pcm/edit/FrameEditFilter.h"
 
+#include <algorithm>
+
 #include <QAction>
 #include <QActionGroup>
 #include <QLineEdit>
@@ -19,6 +21,13 @@ namespace {
 constexpr int kTaggedSince = 2011;
 constexpr const char* kNotThere = "Not available in this program";
 
+void enableStep(QAction& action, bool isThere) {
+    action.setEnabled(isThere);
+    if (!isThere) {
+        action.setToolTip(QLatin1String(kNotThere));
+    }
+}
+
 }  // namespace
 
 QAction* MajorFrameWindow::addEntry(QMenu& menu, const char* name, const QString& text,
@@ -31,12 +40,17 @@ QAction* MajorFrameWindow::addEntry(QMenu& menu, const char* name, const QString
 }
 
 QAction* MajorFrameWindow::addStep(QMenu& menu, const char* name, const QString& text,
-                                   const PcmFormSteps::Edit& step) {
-    auto* const action = addEntry(menu, name, text, [this, &step] { runEdit(step); });
-    action->setEnabled(static_cast<bool>(step));
-    if (!step) {
-        action->setToolTip(QLatin1String(kNotThere));
-    }
+                                   const PcmFormSteps::Edit& step, const char* title) {
+    auto* const action = addEntry(menu, name, text, [this, &step, title] { runEdit(step, title); });
+    enableStep(*action, static_cast<bool>(step));
+    return action;
+}
+
+QAction* MajorFrameWindow::addWordStep(QMenu& menu, const char* name, const QString& text,
+                                       const PcmFormSteps::EditWords& step, const char* title) {
+    auto* const action =
+        addEntry(menu, name, text, [this, &step, title] { runWords(step, title); });
+    enableStep(*action, static_cast<bool>(step));
     return action;
 }
 
@@ -63,8 +77,8 @@ QMenu* MajorFrameWindow::makeEditMenu() {
     // Which of the two is the usual one depends on the desktop.
     redoAction_->setShortcuts(
         {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
-    copyAction_ = addEntry(
-        *menu, "copy", QStringLiteral("&Copy"), [this] { copyBlock(); }, QKeySequence::Copy);
+    menu->addSeparator();
+    addBlockEntries(*menu);
     menu->addSeparator();
     editAction_ = addEntry(*menu, "editCell", QStringLiteral("&Edit Data Word..."), [this] {
         const auto at = areas_->view().selected();
@@ -75,30 +89,104 @@ QMenu* MajorFrameWindow::makeEditMenu() {
             editLabel(at.word);
         }
     })->setEnabled(steps_.editSubframeAt && steps_.createSubframeAt);
-    deleteAction_ = addEntry(
-        *menu, "deleteCell", QStringLiteral("&Delete..."), [this] { deleteCell(); },
-        QKeySequence::Delete);
     menu->addSeparator();
-    addStep(*menu, "generate", QStringLiteral("&Initialize Undefined Measurements..."),
-            steps_.generateDataWords);
-    addStep(*menu, "sectionComment", QStringLiteral("Measurement &Section Comment Field..."),
-            steps_.editSectionComment);
+    addFrameEntries(*menu);
+    return menu;
+}
+
+void MajorFrameWindow::addBlockEntries(QMenu& menu) {
+    const auto add = [&](const char* name, const QString& text, const std::function<void()>& run,
+                         const QKeySequence& keys) {
+        auto* const action = addEntry(menu, name, text, run, keys);
+        blockActions_.push_back(action);
+        return action;
+    };
+    add(
+        "cut", QStringLiteral("Cut"), [this] { cutBlock(); }, QKeySequence::Cut);
+    add(
+        "copy", QStringLiteral("&Copy"), [this] { copyBlock(); }, QKeySequence::Copy);
+    add(
+        "paste", QStringLiteral("&Paste"), [this] { pasteBlock(); }, QKeySequence::Paste);
+    add(
+        "fillRight", QStringLiteral("Fill Ri&ght..."), [this] { fillBlock(FillDirection::Right); },
+        QKeySequence(Qt::CTRL | Qt::Key_R));
+    add(
+        "fillDown", QStringLiteral("Fill Do&wn..."), [this] { fillBlock(FillDirection::Down); },
+        QKeySequence(Qt::CTRL | Qt::Key_D));
+    deleteAction_ = addEntry(
+        menu, "deleteCell", QStringLiteral("&Delete..."), [this] { deleteCell(); },
+        QKeySequence::Delete);
+    menu.addSeparator();
+    add(
+        "selectWord", QStringLiteral("Select Whole Word"),
+        [this] { areas_->selectWord(areas_->view().selected().word); },
+        QKeySequence(Qt::CTRL | Qt::Key_Space));
+    add(
+        "selectFrame", QStringLiteral("Select Whole Frame"),
+        [this] { areas_->selectFrame(areas_->view().selected().frame); },
+        QKeySequence(Qt::SHIFT | Qt::Key_Space));
+    addEntry(
+        menu, "selectAll", QStringLiteral("Select &All"), [this] { areas_->selectAll(); },
+        QKeySequence::SelectAll);
+}
+
+void MajorFrameWindow::addFrameEntries(QMenu& menu) {
+    addStep(menu, "generate", QStringLiteral("&Initialize Undefined Measurements..."),
+            steps_.generateDataWords, "Initialize Measurements");
+    addStep(menu, "sectionComment", QStringLiteral("Measurement &Section Comment Field..."),
+            steps_.editSectionComment, "Edit Comment");
     if (hasFilterList(format_)) {
-        addStep(*menu, "filterList",
+        addStep(menu, "filterList",
                 QStringLiteral("Measurement Selected &Filter/Overwrite List..."),
-                steps_.editFilterList);
+                steps_.editFilterList, "Edit Filter List");
     }
     if (format_.edition() >= kTaggedSince) {
-        addStep(*menu, "taggedData", QStringLiteral("&Tagged Data Definitions..."),
-                steps_.editTaggedData);
+        addStep(menu, "taggedData", QStringLiteral("&Tagged Data Definitions..."),
+                steps_.editTaggedData, "Edit Tagged Data");
     }
-    addStep(*menu, "conversions", QStringLiteral("Data C&onversion Information..."),
-            steps_.editConversions);
-    menu->addSeparator();
-    addStep(*menu, "insertFwps", QStringLiteral("I&nsert New FWPs..."), steps_.insertFwps);
-    addStep(*menu, "deleteFwps", QStringLiteral("De&lete FWPs..."), steps_.deleteFwps);
-    addStep(*menu, "moveFwps", QStringLiteral("&Move FWPs..."), steps_.moveFwps);
-    return menu;
+    addStep(menu, "conversions", QStringLiteral("Data C&onversion Information..."),
+            steps_.editConversions, "Edit Conversion");
+    menu.addSeparator();
+    addWordEntries(menu, "");
+    menu.addSeparator();
+    addEntry(
+        menu, "closeDisplay", QStringLiteral("Close"), [this] { accept(); },
+        QKeySequence(Qt::CTRL | Qt::Key_W));
+}
+
+void MajorFrameWindow::addWordEntries(QMenu& menu, const std::string& ofMenu) {
+    const auto name = [&](const char* entry) { return ofMenu + entry; };
+    addWordStep(menu, name("insertFwps").c_str(), QStringLiteral("I&nsert New FWPs..."),
+                steps_.insertFwps, "Insert Words");
+    addWordStep(menu, name("deleteFwps").c_str(), QStringLiteral("De&lete FWPs..."),
+                steps_.deleteFwps, "Delete Words");
+    addWordStep(menu, name("moveFwps").c_str(), QStringLiteral("&Move FWPs..."), steps_.moveFwps,
+                "Move Words");
+}
+
+/// The menus of the labels and legends, with what concerns whole words and frames.
+void MajorFrameWindow::makeStripMenus() {
+    wordMenu_ = new QMenu(this);
+    wordMenu_->setObjectName(QStringLiteral("wordMenu"));
+    addEntry(*wordMenu_, "wordSelect", QStringLiteral("Select &Whole Word"),
+             [this] { areas_->selectWord(areas_->view().selected().word); });
+    addEntry(*wordMenu_, "wordSubframe", QStringLiteral("Su&bframe Or ID Counter..."), [this] {
+        if (const auto at = areas_->view().selected()) {
+            editLabel(at.word);
+        }
+    })->setEnabled(steps_.editSubframeAt && steps_.createSubframeAt);
+    wordMenu_->addSeparator();
+    addWordEntries(*wordMenu_, "word_");
+    frameMenu_ = new QMenu(this);
+    frameMenu_->setObjectName(QStringLiteral("frameMenu"));
+    addEntry(*frameMenu_, "frameSelect", QStringLiteral("Select &Whole Frame"),
+             [this] { areas_->selectFrame(menuFrame_); });
+    addEntry(*frameMenu_, "frameGoTo", QStringLiteral("&Go To This Frame"),
+             [this] { areas_->goToCell(std::max(0, areas_->view().selected().word), menuFrame_); });
+    addEntry(*frameMenu_, "frameCopy", QStringLiteral("&Copy This Frame"), [this] {
+        areas_->selectFrame(menuFrame_);
+        copyBlock();
+    });
 }
 
 void MajorFrameWindow::makeSearchMenu() {
@@ -159,6 +247,16 @@ void MajorFrameWindow::makeViewMenu() {
                 form_.settings.set(setting::kShowAllCells, !on);
                 showOptions();
             });
+    auto* const colours = menu->addMenu(QStringLiteral("&Colours"));
+    colours->setObjectName(QStringLiteral("coloursMenu"));
+    addPair(*colours, "calmColours", QStringLiteral("Ca&lm"), QStringLiteral("Cla&ssic"),
+            display.colours == FrameColours::Calm, [this](bool calm) { setColours(calm); });
+}
+
+void MajorFrameWindow::setColours(bool calm) {
+    areas_->display().colours = calm ? FrameColours::Calm : FrameColours::Classic;
+    form_.settings.set(setting::kDisplayColours, calm ? 1 : 0);
+    showOptions();
 }
 
 void MajorFrameWindow::makeDatabaseMenu() {
@@ -172,7 +270,7 @@ void MajorFrameWindow::makeDatabaseMenu() {
     for (std::size_t i = 0; i < steps_.databaseEntries.size(); ++i) {
         const auto& entry = steps_.databaseEntries[i];
         addStep(*menu, qPrintable(QStringLiteral("database%1").arg(i)), toQString(entry.text),
-                entry.run);
+                entry.run, "Database");
     }
     if (!steps_.databaseEntries.empty() && steps_.makeDatabasePane &&
         form_.settings.get(setting::kViewDatabase)) {
@@ -183,11 +281,12 @@ void MajorFrameWindow::makeDatabaseMenu() {
 
 void MajorFrameWindow::makeOptionsMenu() {
     auto* const reports = menus_->addMenu(QStringLiteral("&Reports"));
-    addStep(*reports, "reports", QStringLiteral("&Generate Reports..."), steps_.generateReports);
+    addStep(*reports, "reports", QStringLiteral("&Generate Reports..."), steps_.generateReports,
+            "Reports");
     auto* const menu = menus_->addMenu(QStringLiteral("&Options"));
     if (format_.edition() < kTaggedSince) {
         addStep(*menu, "definitionMode", QStringLiteral("&Measurement Definition Options..."),
-                steps_.chooseDefinitionMode);
+                steps_.chooseDefinitionMode, "Definition Options");
         menu->addSeparator();
     }
     const auto* const names = steps_.edit.names;
@@ -207,6 +306,7 @@ void MajorFrameWindow::makeOptionsMenu() {
 void MajorFrameWindow::makeMenus() {
     placeMenu_ = makeEditMenu();
     placeMenu_->setToolTipsVisible(true);
+    makeStripMenus();
     makeSearchMenu();
     makeViewMenu();
     makeDatabaseMenu();
@@ -216,12 +316,20 @@ void MajorFrameWindow::makeMenus() {
 
 void MajorFrameWindow::updateMenus() {
     const auto at = areas_->view().selected();
-    undoAction_->setEnabled(undo_.canUndo());
-    redoAction_->setEnabled(undo_.canRedo());
-    copyAction_->setEnabled(static_cast<bool>(at));
+    const auto name = [](QAction* action, const char* verb, bool can, const std::string& edit) {
+        action->setEnabled(can);
+        action->setText(toQString(edit.empty() || !can ? verb : verb + (" " + edit)));
+    };
+    name(undoAction_, "&Undo", undo_.canUndo(), undo_.undoName());
+    name(redoAction_, "&Redo", undo_.canRedo(), undo_.redoName());
+    for (auto* const action : blockActions_) {
+        action->setEnabled(static_cast<bool>(at));
+    }
     editAction_->setEnabled(static_cast<bool>(at));
-    deleteAction_->setEnabled(
-        at && (!areas_->display().measurementsAt(at).empty() || areas_->display().asyncAt(at) > 0));
+    const auto block = areas_->view().block();
+    deleteAction_->setEnabled(at && (!(block.first == block.last) ||
+                                     !areas_->display().measurementsAt(at).empty() ||
+                                     areas_->display().asyncAt(at) > 0));
 }
 
 }  // namespace kavu

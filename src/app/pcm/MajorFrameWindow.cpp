@@ -12,7 +12,6 @@
 
 #include <algorithm>
 
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -20,9 +19,9 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
-#include <QScreen>
 #include <QSlider>
 #include <QSplitter>
+#include <QToolTip>
 #include <QVBoxLayout>
 
 namespace kavu {
@@ -58,6 +57,8 @@ MajorFrameWindow::MajorFrameWindow(FormContext& form, PcmFormat& format, PcmForm
     auto& display = areas_->display();
     display.showAllCells = form.settings.get(setting::kShowAllCells);
     display.highlightEu = form.settings.get(setting::kHighlightConversions);
+    display.colours = form.settings.get(setting::kDisplayColours) == 1 ? FrameColours::Calm
+                                                                       : FrameColours::Classic;
     display.hasConversion = [this](std::string_view name) {
         return conversions_.contains(upperCase(name));
     };
@@ -73,6 +74,7 @@ MajorFrameWindow::MajorFrameWindow(FormContext& form, PcmFormat& format, PcmForm
     showZoom();
     showSelection();
     restorePlace();
+    restoreLayout();
     areas_->grid().setFocus();
 }
 
@@ -84,9 +86,7 @@ QLineEdit* MajorFrameWindow::makeGoTo(const char* name, const QString& text) {
     field->setMaxLength(kGoToLimit);
     field->setFixedWidth(look::charactersWide(*this, 10));
     connect(field, &QLineEdit::returnPressed, this, [this, field] {
-        if (!goToText(*field)) {
-            form_.ui.beep();
-        }
+        (void)goToText(*field);
         field->selectAll();
     });
     return field;
@@ -142,8 +142,7 @@ void MajorFrameWindow::arrange() {
     list_ = new MeasurementList(
         format_, [this](std::string_view name) { return conversionValue(name, "MN3"); }, this);
     find_ = new MajorFrameFind(
-        [this]() -> const auto& { return list_->rows(); },
-        [this] { return areas_->view().selected(); }, this);
+        format_, [this] { return areas_->view().selected(); }, this);
     status_ = new QLabel(this);
     status_->setObjectName(QStringLiteral("cellStatus"));
     status_->setTextFormat(Qt::PlainText);
@@ -192,6 +191,15 @@ void MajorFrameWindow::connectParts() {
     connect(areas_, &FrameGridAreas::labelActivated, this, &MajorFrameWindow::editLabel);
     connect(&grid, &FrameGrid::menuRequested, this,
             [this](const QPoint& point) { placeMenu_->popup(point); });
+    connect(areas_, &FrameGridAreas::wordMenuRequested, this,
+            [this](int, const QPoint& point) { wordMenu_->popup(point); });
+    connect(areas_, &FrameGridAreas::frameMenuRequested, this,
+            [this](int frame, const QPoint& point) {
+                menuFrame_ = frame;
+                frameMenu_->popup(point);
+            });
+    connect(list_, &MeasurementList::currentChanged, this,
+            [this](const std::string& name) { areas_->mark(name); });
     const auto go = [this](FramePlace at) { areas_->goToCell(at.word, at.frame); };
     connect(list_, &MeasurementList::goToRequested, this, go);
     connect(find_, &MajorFrameFind::found, this, go);
@@ -229,14 +237,33 @@ void MajorFrameWindow::showSelection() {
     auto text = toQString(areas_->display().tipText(at));
     text.replace(QLatin1Char('\n'), QStringLiteral("  |  "));
     status_->setText(at ? text : QStringLiteral("No cell is selected"));
+    followSelection();
     updateMenus();
+}
+
+void MajorFrameWindow::followSelection() {
+    const auto& display = areas_->display();
+    const auto names = display.measurementsAt(areas_->view().selected());
+    // A measurement that was chosen in the list stays chosen at a place that it shares.
+    const auto current = list_->current();
+    const auto isHere = [&](const std::string& name) { return equalsIgnoreCase(name, current); };
+    const auto name = names.empty()                                     ? std::string()
+                      : std::any_of(names.begin(), names.end(), isHere) ? current
+                                                                        : names.front();
+    list_->follow(name);
+    areas_->mark(name);
 }
 
 bool MajorFrameWindow::goToText(const QLineEdit& field) {
     const FramePlace present{fwp_->text().toInt(), fn_->text().toInt()};
     const auto to = parseGoTo(toBytes(field.text()), &field == fwp_, present);
-    if (!to || !areas_->goToCell(to->word, to->frame)) {
+    const auto problem = goToProblem(areas_->display(), to);
+    if (problem || !areas_->goToCell(to->word, to->frame)) {
         showSelection();
+        const auto text = toQString(problem.value_or("This place cannot be selected."));
+        status_->setText(QStringLiteral("Go To: ") + text);
+        QToolTip::showText(field.mapToGlobal(QPoint(0, -2 * field.height())), text);
+        form_.ui.beep();
         return false;
     }
     return true;
@@ -269,52 +296,39 @@ std::string MajorFrameWindow::conversionValue(std::string_view name, std::string
 
 // --- begin and end ----------------------------------------------------------------------------
 
-void MajorFrameWindow::restorePlace() {
-    const auto& settings = form_.settings;
-    const QPoint corner(settings.get(setting::kDisplayX), settings.get(setting::kDisplayY));
-    const QSize size(settings.get(setting::kDisplayWidth), settings.get(setting::kDisplayHeight));
-    if (corner == QPoint(-1, -1)) {
-        resize(sizeHint().boundedTo(look::roomOnScreen(*this)));
-        return;
-    }
-    const auto* const screen = QGuiApplication::screenAt(corner);
-    const auto* const place = screen != nullptr ? screen : QGuiApplication::primaryScreen();
-    const QRect room = place == nullptr ? QRect(0, 0, 1024, 768) : place->availableGeometry();
-    const auto wanted = size.width() >= 1 && size.height() >= 1 ? size : sizeHint();
-    const auto kept = wanted.boundedTo(room.size());
-    // A screen that was taken away since must not keep the window. What was kept is the place
-    // without the frame.
-    const auto within = [](int value, int least, int most) {
-        return std::clamp(value, least, std::max(least, most));
-    };
-    setGeometry(QRect(QPoint(within(corner.x(), room.left(), room.right() - kept.width()),
-                             within(corner.y(), room.top(), room.bottom() - kept.height())),
-                      kept));
-}
-
-void MajorFrameWindow::storePlace() {
-    auto& settings = form_.settings;
-    const auto place = isMaximized() || isFullScreen() ? normalGeometry() : geometry();
-    settings.set(setting::kCellWidth, areas_->view().cellWidth());
-    settings.set(setting::kDisplayX, place.x());
-    settings.set(setting::kDisplayY, place.y());
-    settings.set(setting::kDisplayWidth, place.width());
-    settings.set(setting::kDisplayHeight, place.height());
-    const bool shown = database_ != nullptr && !database_->isHidden();
-    settings.set(setting::kViewDatabase, shown);
-}
-
 void MajorFrameWindow::done(int result) {
     if (areas_ != nullptr && !isClosed_) {
         isClosed_ = true;
         storePlace();
+        storeLayout();
     }
     QDialog::done(result);
+}
+
+/// The key lets go of what is half done, a cut or a block. It closes the window only while that
+/// loses no level of the undo.
+void MajorFrameWindow::escape() {
+    const auto& view = areas_->view();
+    const auto at = view.selected();
+    if (view.cut.first) {
+        areas_->markCut({});
+    } else if (at && !(view.block().first == view.block().last)) {
+        areas_->goToCell(at.word, at.frame);
+    } else if (undo_.canUndo() || undo_.canRedo()) {
+        status_->setText(QStringLiteral(
+            "Escape does not close the display while edits can be undone: Ctrl+W does"));
+    } else {
+        reject();
+    }
 }
 
 void MajorFrameWindow::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_F1 && form_.help) {
         form_.help(toBytes(objectName()));
+        return;
+    }
+    if (event->key() == Qt::Key_Escape) {
+        escape();
         return;
     }
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {

@@ -5,12 +5,14 @@
 #include "app/framework/FormContext.h"
 #include "app/pcm/FrameGridAreas.h"
 #include "app/pcm/PcmFormSteps.h"
+#include "pcm/edit/BlockEdit.h"
 #include "pcm/undo/StreamUndo.h"
 
 #include <functional>
 #include <memory>
 #include <string>
 #include <unordered_set>
+#include <vector>
 
 #include <QDialog>
 
@@ -49,7 +51,8 @@ class MajorFrameWindow : public QDialog {
     void editCell(int word, int frame);
     /// Edits the ID counter or the subframe of a word, or asks which of them to make there.
     void editLabel(int word);
-    /// Deletes what is at the selected cell, with the question.
+    /// Deletes what is in the selected block, with one question; in a single cell with several
+    /// measurements the user chooses one.
     void deleteCell();
     /// The place of a Go To field, or of both.
     bool goToText(const QLineEdit& field);
@@ -66,8 +69,6 @@ class MajorFrameWindow : public QDialog {
     QWidget* makeZoom();
     QLineEdit* makeGoTo(const char* name, const QString& text);
     void connectParts();
-    void restorePlace();
-    void storePlace();
     void readConversions();
     [[nodiscard]] std::string conversionValue(std::string_view name, std::string_view key) const;
     void setCellWidth(int width);
@@ -75,24 +76,47 @@ class MajorFrameWindow : public QDialog {
     void showOptions();
     void showZoom();
     void showSelection();
+    void escape();
 
     // MajorFrameEdits.cpp
-    void runEdit(const PcmFormSteps::Edit& step);
-    void editPlace(const PcmFormSteps::EditPlace& step, int word, int frame, bool always);
-    /// After every edit: takes it as a level of the undo and shows it.
-    void edited(bool accepted);
+    void runEdit(const PcmFormSteps::Edit& step, const char* title);
+    void runWords(const PcmFormSteps::EditWords& step, const char* title);
+    void editPlace(const PcmFormSteps::EditPlace& step, int word, int frame, bool always,
+                   const char* title);
+    /// After every edit: takes it as a level of the undo, of that name, and shows it.
+    void edited(bool accepted, std::string_view title);
     void streamChanged();
     void undo();
     void redo();
-    void copyBlock();
+    /// The list and the marks go where the selection goes.
+    void followSelection();
     void goToMeasurement();
     void goToSubframe();
+    [[nodiscard]] std::string subframeHere() const;
     void allowSameNames(bool allow);
     void showDatabase(bool shown);
+
+    // MajorFrameBlocks.cpp
+    [[nodiscard]] BlockArea selectedArea() const;
+    void copyBlock();
+    void cutBlock();
+    void pasteBlock();
+    void fillBlock(FillDirection direction);
+
+    // MajorFrameLayout.cpp
+    void restorePlace();
+    void storePlace();
+    void restoreLayout();
+    void storeLayout();
 
     // MajorFrameMenus.cpp
     void makeMenus();
     QMenu* makeEditMenu();
+    void addBlockEntries(QMenu& menu);
+    void addFrameEntries(QMenu& menu);
+    void addWordEntries(QMenu& menu, const std::string& ofMenu);
+    void makeStripMenus();
+    void setColours(bool calm);
     void makeSearchMenu();
     void makeViewMenu();
     void makeDatabaseMenu();
@@ -101,7 +125,9 @@ class MajorFrameWindow : public QDialog {
                       const std::function<void()>& run, const QKeySequence& keys = {});
     /// An entry that runs a step; disabled, and saying so, while the step is not installed.
     QAction* addStep(QMenu& menu, const char* name, const QString& text,
-                     const PcmFormSteps::Edit& step);
+                     const PcmFormSteps::Edit& step, const char* title);
+    QAction* addWordStep(QMenu& menu, const char* name, const QString& text,
+                         const PcmFormSteps::EditWords& step, const char* title);
     /// Two entries of which one is checked.
     void addPair(QMenu& menu, const char* name, const QString& on, const QString& off, bool isOn,
                  const std::function<void(bool)>& change);
@@ -113,6 +139,7 @@ class MajorFrameWindow : public QDialog {
     StreamUndo undo_;
     bool displayChanged_ = false;
     bool isClosed_ = false;
+    int menuFrame_ = 1;                            ///< that the menu of the frames was opened at
     std::unordered_set<std::string> conversions_;  ///< names with a record, in capitals
 
     FrameGridAreas* areas_ = nullptr;
@@ -122,6 +149,8 @@ class MajorFrameWindow : public QDialog {
     QSplitter* splitter_ = nullptr;
     QMenuBar* menus_ = nullptr;
     QMenu* placeMenu_ = nullptr;
+    QMenu* wordMenu_ = nullptr;   ///< of the labels and numbers of words
+    QMenu* frameMenu_ = nullptr;  ///< of the numbers of frames
     QSlider* zoom_ = nullptr;
     QLabel* percent_ = nullptr;
     QLineEdit* fwp_ = nullptr;
@@ -133,7 +162,7 @@ class MajorFrameWindow : public QDialog {
     QAction* redoAction_ = nullptr;
     QAction* editAction_ = nullptr;
     QAction* deleteAction_ = nullptr;
-    QAction* copyAction_ = nullptr;
+    std::vector<QAction*> blockActions_;  ///< that need a selected cell
     QAction* databaseAction_ = nullptr;
     QWidget* database_ = nullptr;
 };

@@ -2,6 +2,7 @@
 
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
+#include "core/text/Text.h"
 #include "pcm/model/SampleRateCheck.h"
 
 #include <algorithm>
@@ -37,8 +38,17 @@ MeasurementListModel::MeasurementListModel(const PcmFormat& format, UnitsOf unit
 void MeasurementListModel::streamChanged() {
     beginResetModel();
     rows_ = measurementRows(format_);
+    byName_.clear();
+    for (std::size_t row = 0; row < rows_.size(); ++row) {
+        byName_.emplace(lowerAscii(rows_[row].name), static_cast<int>(row));
+    }
     figures_.assign(rows_.size(), {});
     endResetModel();
+}
+
+int MeasurementListModel::rowOf(std::string_view name) const {
+    const auto it = byName_.find(lowerAscii(name));
+    return it == byName_.end() ? -1 : it->second;
 }
 
 int MeasurementListModel::rowCount(const QModelIndex& parent) const {
@@ -147,6 +157,11 @@ MeasurementList::MeasurementList(const PcmFormat& format, MeasurementListModel::
         showCount();
     });
     connect(view_, &QTreeView::clicked, this, &MeasurementList::goTo);
+    connect(view_->selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this] {
+        if (!following_) {
+            emit currentChanged(current());
+        }
+    });
     connect(view_, &QTreeView::activated, this, &MeasurementList::goTo);
     showCount();
 }
@@ -213,8 +228,55 @@ void MeasurementList::changeEvent(QEvent* event) {
 }
 
 void MeasurementList::streamChanged() {
+    const auto before = current();
+    following_ = true;
     model_->streamChanged();
+    following_ = false;
+    follow(before);
     showCount();
+}
+
+void MeasurementList::follow(const std::string& name) {
+    following_ = true;
+    const int row = name.empty() ? -1 : model_->rowOf(name);
+    const auto index = row < 0 ? QModelIndex() : sorted_->mapFromSource(model_->index(row, 0));
+    if (index.isValid()) {
+        view_->setCurrentIndex(index);
+        view_->scrollTo(index);
+    } else {
+        view_->setCurrentIndex({});
+    }
+    following_ = false;
+}
+
+std::string MeasurementList::current() const {
+    const auto index = sorted_->mapToSource(view_->currentIndex());
+    return index.isValid() ? model_->rows()[static_cast<std::size_t>(index.row())].name
+                           : std::string();
+}
+
+std::string MeasurementList::layoutText() const {
+    const auto* const header = view_->header();
+    auto text = std::to_string(header->sortIndicatorSection()) +
+                (header->sortIndicatorOrder() == Qt::DescendingOrder ? ",1" : ",0");
+    for (int column = 0; column < MeasurementListModel::Columns; ++column) {
+        text += "," + std::to_string(view_->columnWidth(column));
+    }
+    return text;
+}
+
+void MeasurementList::restoreLayout(std::string_view text) {
+    const auto parts = toQString(text).split(u',');
+    if (parts.size() != MeasurementListModel::Columns + 2) {
+        return;
+    }
+    const int column = std::clamp(parts[0].toInt(), -1, MeasurementListModel::Columns - 1);
+    view_->sortByColumn(column,
+                        parts[1] == QLatin1String("1") ? Qt::DescendingOrder : Qt::AscendingOrder);
+    for (int i = 0; i < MeasurementListModel::Columns; ++i) {
+        const int least = look::charactersWide(*this, 3);
+        view_->setColumnWidth(i, std::clamp(parts[i + 2].toInt(), least, 20 * least));
+    }
 }
 
 void MeasurementList::focusFilter() {

@@ -5,6 +5,8 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include <QAbstractTableModel>
@@ -28,6 +30,8 @@ class MeasurementListModel : public QAbstractTableModel {
 
     void streamChanged();
     [[nodiscard]] const std::vector<MeasurementRow>& rows() const { return rows_; }
+    /// The row of a name, case ignored; -1 if there is none.
+    [[nodiscard]] int rowOf(std::string_view name) const;
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
@@ -52,6 +56,7 @@ class MeasurementListModel : public QAbstractTableModel {
     const PcmFormat& format_;
     UnitsOf unitsOf_;
     std::vector<MeasurementRow> rows_;
+    std::unordered_map<std::string, int> byName_;  ///< in small letters
     mutable std::vector<Figures> figures_;
 };
 
@@ -65,11 +70,21 @@ class MeasurementList : public QWidget {
     [[nodiscard]] const std::vector<MeasurementRow>& rows() const { return model_->rows(); }
     /// Gives the keyboard to the filter.
     void focusFilter();
+    /// Shows the row of a measurement as the current one, and goes nowhere by that; an empty name
+    /// leaves none. A row that the filter hides stays hidden.
+    void follow(const std::string& name);
+    /// The measurement of the current row; empty if there is none.
+    [[nodiscard]] std::string current() const;
+    /// Order and column widths, as a setting keeps them.
+    [[nodiscard]] std::string layoutText() const;
+    void restoreLayout(std::string_view text);
 
     [[nodiscard]] QSize sizeHint() const override;
 
   signals:
     void goToRequested(FramePlace at);
+    /// The user has made another row the current one.
+    void currentChanged(const std::string& name);
     /// The keyboard goes back to the grid.
     void left();
 
@@ -89,6 +104,7 @@ class MeasurementList : public QWidget {
     QLineEdit* filter_ = nullptr;
     QTreeView* view_ = nullptr;
     QLabel* count_ = nullptr;
+    bool following_ = false;
     QLabel* none_ = nullptr;  ///< over the empty list: why it is empty
 };
 

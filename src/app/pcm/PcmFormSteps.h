@@ -5,6 +5,7 @@
 // and give true if the stream (or what is shown of it) has changed.
 #pragma once
 
+#include "pcm/edit/FrameEditWords.h"
 #include "pcm/edit/MeasurementEdit.h"
 
 #include <functional>
@@ -21,6 +22,8 @@ class ConversionStore;
 struct PcmFormSteps {
     using Edit = std::function<bool(QWidget& window)>;
     using EditPlace = std::function<bool(QWidget& window, int fwp, int fn)>;
+    /// Its prompts begin with the words that are selected.
+    using EditWords = std::function<bool(QWidget& window, const SelectedWords& selected)>;
 
     /// "Edit Data Word Definition" for the place; with several measurements there it lets the
     /// user choose.
@@ -34,15 +37,15 @@ struct PcmFormSteps {
     /// there takes it back, and gives false.
     EditPlace createSubframeAt;
 
-    Edit generateDataWords;     ///< "Initialize Undefined Measurements"
-    Edit editSectionComment;    ///< "Measurement Section Comment Field"
-    Edit editFilterList;        ///< "Measurement Selected Filter/Overwrite List"
-    Edit editTaggedData;        ///< "Tagged Data Definitions"
-    Edit editConversions;       ///< "Data Conversion Information"
-    Edit insertFwps;            ///< if not installed, the display asks by prompts
-    Edit deleteFwps;            ///< the same
-    Edit moveFwps;              ///< the same
-    Edit chooseDefinitionMode;  ///< "Measurement Definition Options"; the same
+    Edit generateDataWords;   ///< "Initialize Undefined Measurements"
+    Edit editSectionComment;  ///< "Measurement Section Comment Field"
+    Edit editFilterList;      ///< "Measurement Selected Filter/Overwrite List"
+    Edit editTaggedData;      ///< "Tagged Data Definitions"
+    Edit editConversions;     ///< "Data Conversion Information"
+    EditWords insertFwps;
+    EditWords deleteFwps;
+    EditWords moveFwps;
+    Edit chooseDefinitionMode;  ///< "Measurement Definition Options"
     Edit generateReports;       ///< "Generate Reports"
 
     /// One entry of the menu of the database.

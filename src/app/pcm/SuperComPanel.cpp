@@ -102,6 +102,7 @@ SuperComPanel::SuperComPanel(FormContext& form, PcmFormat& format, bool ofSubfra
                       .kind = ColumnKind::Integer}};
     setup.canSort = false;
     list_ = new EditableList(form, "locations", std::move(setup), this);
+    nameDeleteButton(*list_, QStringLiteral("Delete Location"));
     layout->addWidget(list_, 1);
     list_->rowEditor = [this](int row, const ListRow&) -> std::optional<ListRow> {
         return enterLocation(row);

@@ -44,7 +44,9 @@ WordFramePanel::WordFramePanel(FormContext& form, PcmFormat& format, EditedPlace
         add->setText(QStringLiteral("&Add Location"));
         add->setAccessibleName(QStringLiteral("Add Location"));
     }
-    list_->view()->setMinimumWidth(look::charactersWide(*this, 84));
+    nameDeleteButton(*list_, QStringLiteral("Delete Location"));
+    list_->view()->setMinimumWidth(look::charactersWide(*this, 92));
+    list_->view()->setMinimumHeight(look::unit(*this) * 11);
     layout->addWidget(list_, 1);
     list_->rowEditor = [this](int row, const ListRow&) { return editLocation(row); };
     list_->mayDelete = [this](int row) {

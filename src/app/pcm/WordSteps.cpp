@@ -149,11 +149,15 @@ void installWordSteps(PcmFormSteps& steps, FormContext& form, PcmFormat& format,
             return editFilterList(form, format, &window);
         };
     }
-    steps.insertFwps = [&form, &format](QWidget&) { return insertFwps(format, &form.ui); };
-    steps.deleteFwps = [&form, &format, words](QWidget&) {
-        return deleteFwps(format, &form.ui, words.edit).value_or(0) > 0;
+    steps.insertFwps = [&form, &format](QWidget&, const SelectedWords& selected) {
+        return insertFwps(format, &form.ui, selected);
     };
-    steps.moveFwps = [&form, &format](QWidget&) { return moveFwps(format, &form.ui); };
+    steps.deleteFwps = [&form, &format, words](QWidget&, const SelectedWords& selected) {
+        return deleteFwps(format, &form.ui, words.edit, selected).value_or(0) > 0;
+    };
+    steps.moveFwps = [&form, &format](QWidget&, const SelectedWords& selected) {
+        return moveFwps(format, &form.ui, selected);
+    };
     if (format.edition() >= 2004 && format.edition() < 2011) {
         steps.chooseDefinitionMode = [&form, &format](QWidget& window) {
             return chooseWordFrameMode(format, &form.ui, [&](UserInterface&, bool wordFrame) {

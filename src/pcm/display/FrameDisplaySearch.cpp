@@ -171,40 +171,4 @@ std::optional<std::size_t> nextPlace(const std::vector<FoundPlace>& places, Fram
     return next == places.end() ? 0 : position(next);
 }
 
-std::vector<std::size_t> findRows(const std::vector<MeasurementRow>& rows, std::string_view text) {
-    std::vector<std::size_t> hits;
-    if (text.empty()) {
-        return hits;
-    }
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        const auto& name = rows[i].name;
-        const auto found =
-            std::search(name.begin(), name.end(), text.begin(), text.end(),
-                        [](char a, char b) { return toUpperAscii(a) == toUpperAscii(b); });
-        if (found != name.end()) {
-            hits.push_back(i);
-        }
-    }
-    return hits;
-}
-
-std::optional<std::size_t> nextHit(const std::vector<MeasurementRow>& rows,
-                                   const std::vector<std::size_t>& hits, FramePlace from,
-                                   bool includeFrom, bool forward) {
-    if (hits.empty()) {
-        return std::nullopt;
-    }
-    // Several measurements may begin at one place: then the next one is elsewhere.
-    const auto first = std::partition_point(
-        hits.begin(), hits.end(), [&](std::size_t hit) { return isBefore(rows[hit].first, from); });
-    const auto behind = std::partition_point(
-        first, hits.end(), [&](std::size_t hit) { return !isBefore(from, rows[hit].first); });
-    const auto position = [&](auto at) { return static_cast<std::size_t>(at - hits.begin()); };
-    if (!forward) {
-        return first == hits.begin() ? hits.size() - 1 : position(first) - 1;
-    }
-    const auto next = includeFrom ? first : behind;
-    return next == hits.end() ? 0 : position(next);
-}
-
 }  // namespace kavu

@@ -50,13 +50,4 @@ struct MeasurementRow {
 /// Every measurement once, by its first word.
 [[nodiscard]] std::vector<MeasurementRow> measurementRows(const PcmFormat& format);
 
-/// The rows whose name holds the text, case ignored; none for an empty text.
-[[nodiscard]] std::vector<std::size_t> findRows(const std::vector<MeasurementRow>& rows,
-                                                std::string_view text);
-/// The hit at or after a place, or with `forward` off the one before it; the search wraps
-/// around. `hits` are indices of rows, ascending; the result is a position in `hits`.
-[[nodiscard]] std::optional<std::size_t> nextHit(const std::vector<MeasurementRow>& rows,
-                                                 const std::vector<std::size_t>& hits,
-                                                 FramePlace from, bool includeFrom, bool forward);
-
 }  // namespace kavu

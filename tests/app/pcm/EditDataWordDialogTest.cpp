@@ -5,6 +5,7 @@
 
 #include <QCheckBox>
 #include <QPushButton>
+#include <QScrollBar>
 
 namespace kavu {
 namespace {
@@ -515,6 +516,83 @@ TEST(EditDataWordDialogTest, AWordOfAHiddenSubframeOffersWordsAndFramesOnly) {
     EXPECT_TRUE(stage.edit(8, 2));
     EXPECT_EQ(stage.places("A"), "8/2 ");
     EXPECT_EQ(stage.at(8, 2, "A").locationType, "WDFR");
+}
+
+// Only the place that was edited went along, and the others were lost with the older type.
+TEST(EditDataWordDialogTest, ChangingAnOlderTypeToWordFrameTakesAllPlacesAlong) {
+    WordStage stage;
+    for (const int fwp : {3, 7, 12}) {
+        Measurement cell;
+        cell.name = "SPEED";
+        cell.locationType = "MFSC";
+        cell.locationMode = "E";
+        cell.locationCount = 3;
+        cell.mask = "FW";
+        stage.place(fwp, 1, cell);
+    }
+    stage.door.next([](QDialog& dialog) {
+        choose(dialog, "measurementLocationType", QStringLiteral("WDFR"));
+        press(dialog, "ok");
+    });
+    EXPECT_TRUE(stage.edit(7, 1));
+    EXPECT_EQ(stage.places("SPEED"), "3/1 7/1 12/1 ");
+    EXPECT_EQ(stage.at(12, 1, "SPEED").locationType, "WDFR");
+}
+
+TEST(EditDataWordDialogTest, EachDeleteSaysWhatItDeletes) {
+    for (const auto& [edition, type, expected] :
+         {std::tuple{2011, "", "Delete Location"}, std::tuple{2009, "MFSC", "Delete Location"},
+          std::tuple{2009, "MFFR", "Delete Fragment"}}) {
+        WordStage stage(edition);
+        stage.door.next([&, type = std::string(type), expected = expected](QDialog& dialog) {
+            if (!type.empty()) {
+                choose(dialog, "measurementLocationType", toQString(type));
+            }
+            EXPECT_EQ(find<QPushButton>(dialog, "deleteMeasurement")->text(),
+                      QStringLiteral("&Delete Measurement..."));
+            EXPECT_EQ(toBytes(find<QPushButton>(dialog, "delete")->text()), expected);
+            stage.ui.otherwise = Button::Yes;
+            press(dialog, "cancel");
+        });
+        EXPECT_FALSE(stage.edit(3, 1));
+    }
+}
+
+TEST(EditDataWordDialogTest, AllColumnsOfTheLocationsAreVisibleOnASmallScreen) {
+    WordStage stage(2011);
+    stage.placeFragments(
+        "WIDE", {{8, 0, 8, 1, 1, 8, "FW", 'M', 1}, {9, 0, 9, 1, 1, 8, "0000000011111111", 'L', 2}});
+    stage.door.next([](QDialog& dialog) {
+        EXPECT_LE(dialog.minimumSizeHint().width(), 960);
+        EXPECT_LE(dialog.minimumSizeHint().height(), 520);
+        dialog.resize(960, 520);
+        QApplication::processEvents();
+        const auto* const view = find<QTableView>(*find<QWidget>(dialog, "locations"), "rows");
+        EXPECT_EQ(view->horizontalScrollBar()->maximum(), 0);
+        EXPECT_EQ(test::checkWindow(dialog), std::vector<std::string>{});
+        press(dialog, "cancel");
+    });
+    EXPECT_FALSE(stage.edit(8, 1));
+}
+
+TEST(EditDataWordDialogTest, AWholeWordOverAnAsyncStreamAsksFirst) {
+    WordStage stage;
+    stage.format.asyncFormats.resize(1);
+    stage.format.asyncFormats[0].dataLinkName = "VIDEO";
+    ASSERT_TRUE(placeAsyncSlots(stage.format, nullptr, 1, {9, {{1, 1, 8}}}, "FW"));
+    stage.door.next([&](QDialog& dialog) {
+        type(dialog, "measurementName", QStringLiteral("SPEED"));
+        stage.ui.otherwise = Button::No;
+        press(dialog, "ok");
+        EXPECT_TRUE(dialog.isVisible());
+        EXPECT_TRUE(stage.ui.hasText("'VIDEO'"));
+        EXPECT_FALSE(stage.format.hasMeasurement("SPEED"));
+        stage.ui.otherwise = Button::Yes;
+        press(dialog, "ok");
+    });
+    EXPECT_TRUE(stage.edit(9, 1));
+    EXPECT_TRUE(stage.format.hasMeasurement("SPEED"));
+    EXPECT_EQ(stage.format.asyncCount(), 1);
 }
 
 }  // namespace

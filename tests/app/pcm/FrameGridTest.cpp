@@ -63,7 +63,8 @@ TEST(FrameGridWindow, FindingGoesAlongWhileOneTypes) {
         EXPECT_TRUE(field->isVisible());
         QTest::keyClicks(field, QStringLiteral("oil"));
         EXPECT_EQ(DisplayStage::selected(window), (FramePlace{5, 2}));
-        EXPECT_EQ(find<QLabel>(window, "findResult")->text(), QStringLiteral("1 of 2: OIL_T"));
+        EXPECT_EQ(find<QLabel>(window, "findResult")->text(),
+                  QStringLiteral("1 of 2: OIL_T at FWP 5, FN 2"));
         test::press(window, "findNext");
         EXPECT_EQ(DisplayStage::selected(window), (FramePlace{5, 3}));
         QTest::keyClick(field, Qt::Key_Return);
@@ -72,7 +73,7 @@ TEST(FrameGridWindow, FindingGoesAlongWhileOneTypes) {
         EXPECT_EQ(DisplayStage::selected(window), (FramePlace{5, 3}));
         QTest::keyClicks(field, QStringLiteral("zz"));
         EXPECT_EQ(find<QLabel>(window, "findResult")->text(),
-                  QStringLiteral("No measurement of this name"));
+                  QStringLiteral("No measurement or async stream has this text in its name"));
         QTest::keyClick(field, Qt::Key_Escape);
         EXPECT_FALSE(field->isVisible());
         EXPECT_TRUE(window.isVisible());

@@ -178,7 +178,7 @@ TEST_P(FramePaint, TheKeyTellsWhatIsShown) {
     key.refresh();
     EXPECT_EQ(toBytes(key.accessibleName()),
               "Key: Sync word, ID counter, Async stream, Several measurements, Same bits taken "
-              "twice");
+              "twice, Marked in the list");
     key.resize(key.sizeHint());
     const auto picture = key.grab().toImage();
     const int middle = picture.height() - key.fontMetrics().height() / 2;
@@ -204,6 +204,68 @@ TEST_P(FramePaint, ANumberIsInTheMiddleOfItsCellAndThatOfTheSelectionStandsOut) 
         }
     }
     EXPECT_GE(best, 3) << "its number is shown, also where only every second one has room";
+}
+
+// The classic red of a selected async place is so close to that of its neighbours.
+TEST_P(FramePaint, ASelectedCellHasAFrameThatNoOtherHas) {
+    for (const auto colours : {FrameColours::Classic, FrameColours::Calm}) {
+        areas_->display().colours = colours;
+        areas_->refresh();
+        for (const int word : {0, 3, 9, 10}) {
+            ASSERT_TRUE(areas_->goToCell(word, 2));
+            const auto selected = cell(word, 2);
+            const auto other = cell(word, 3);
+            for (const int at : {0, 1}) {
+                EXPECT_GE(contrastAt(selected, kWidth / 2, at), 4.5) << word;
+                EXPECT_GE(contrastAt(selected, at, selected.height() / 2), 4.5) << word;
+                EXPECT_GE(contrastAt(selected, kWidth / 2, selected.height() - 1 - at), 4.5);
+                EXPECT_LT(contrastAt(other, kWidth / 2, at), 1.1) << word;
+            }
+        }
+    }
+}
+
+TEST_P(FramePaint, CalmColoursAreShownAndTheirTextsCanBeRead) {
+    areas_->display().colours = FrameColours::Calm;
+    areas_->display().showAllCells = true;
+    areas_->refresh();
+    EXPECT_EQ(ground(cell(0, 1)),
+              cellColour(PlaceKind::Sync, true, false, face(), FrameColours::Calm));
+    EXPECT_EQ(ground(cell(9, 1)),
+              cellColour(PlaceKind::Async, true, false, face(), FrameColours::Calm));
+    EXPECT_EQ(ground(cell(3, 1)), face());
+    for (const auto at :
+         {FramePlace{0, 1}, FramePlace{3, 1}, FramePlace{6, 1}, FramePlace{8, 3}, FramePlace{9, 1},
+          FramePlace{11, 1}, FramePlace{5, 2}, FramePlace{5, 6}}) {
+        EXPECT_GE(textContrast(cell(at.word, at.frame)), 4.5) << at.word << " " << at.frame;
+    }
+    ASSERT_TRUE(areas_->goToCell(3, 2));
+    EXPECT_GE(textContrast(cell(3, 2)), 4.5) << "selected";
+}
+
+TEST_P(FramePaint, AllCellsOfABlockAreShownAsSelected) {
+    ASSERT_TRUE(areas_->goToCell(3, 2));
+    ASSERT_TRUE(areas_->goToCell(5, 3, true));
+    EXPECT_EQ(ground(cell(3, 3)), 0x808080U);
+    EXPECT_EQ(ground(cell(4, 2)), 0x808080U);
+    EXPECT_EQ(ground(cell(5, 2)), 0x808080U);
+    EXPECT_EQ(ground(cell(4, 4)), face());
+    EXPECT_EQ(ground(cell(6, 2)), face());
+}
+
+TEST_P(FramePaint, PlacesOfTheMarkedMeasurementHaveCorners) {
+    s_.place(10, 1, "SPEED", "MFSC");
+    areas_->streamChanged();
+    areas_->mark("SPEED");
+    const auto isMarked = [&](int word, int frame) {
+        const auto picture = cell(word, frame);
+        return contrastAt(picture, 4, 0) >= 4.5 && contrastAt(picture, 0, 4) >= 4.5;
+    };
+    EXPECT_TRUE(isMarked(3, 1));
+    EXPECT_TRUE(isMarked(10, 5));
+    EXPECT_FALSE(isMarked(4, 1));
+    areas_->mark("");
+    EXPECT_FALSE(isMarked(3, 1));
 }
 
 INSTANTIATE_TEST_SUITE_P(Palettes, FramePaint,

@@ -70,7 +70,9 @@ TEST(MajorFrameUndo, AConversionThatWasStoredIsAnEditThoughItsMeasurementWasCanc
 // The display showed the moved measurement, and the file had it at the old words.
 TEST(MajorFrameUndo, InsertedWordsTakeRangesAlongOrNothingIsChanged) {
     DisplayStage s;
-    s.steps.insertFwps = [&](QWidget&) { return insertFwps(s.format, &s.ui); };
+    s.steps.insertFwps = [&](QWidget&, const SelectedWords& selected) {
+        return insertFwps(s.format, &s.ui, selected);
+    };
     s.placeFragments("RANGED", {{6, 2, 10, 1, 1, 16, "FW", 'D', 1}});
     s.format.changed = false;
     const auto startOf = [&](std::size_t location) {

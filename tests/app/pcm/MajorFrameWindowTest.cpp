@@ -312,9 +312,6 @@ TEST(MajorFrameWindow, EachEntryOfAnOperationRunsItAndAnAcceptedOneChangesTheDis
           Row{"taggedData", "&Tagged Data Definitions...", &PcmFormSteps::editTaggedData, 2011},
           Row{"conversions", "Data C&onversion Information...", &PcmFormSteps::editConversions,
               2009},
-          Row{"insertFwps", "I&nsert New FWPs...", &PcmFormSteps::insertFwps, 2009},
-          Row{"deleteFwps", "De&lete FWPs...", &PcmFormSteps::deleteFwps, 2009},
-          Row{"moveFwps", "&Move FWPs...", &PcmFormSteps::moveFwps, 2009},
           Row{"definitionMode", "&Measurement Definition Options...",
               &PcmFormSteps::chooseDefinitionMode, 2009},
           Row{"reports", "&Generate Reports...", &PcmFormSteps::generateReports, 2009}}) {
@@ -333,6 +330,36 @@ TEST(MajorFrameWindow, EachEntryOfAnOperationRunsItAndAnAcceptedOneChangesTheDis
                 << row.entry;
             EXPECT_EQ(runs, 1) << row.entry;
         }
+    }
+}
+
+TEST(MajorFrameWindow, EntriesOfWordsAreGivenTheSelectedOnes) {
+    struct Row {
+        const char* entry;
+        const char* text;
+        PcmFormSteps::EditWords PcmFormSteps::*step;
+        const char* undo;
+    };
+    for (const auto& row :
+         {Row{"insertFwps", "I&nsert New FWPs...", &PcmFormSteps::insertFwps, "&Undo Insert Words"},
+          Row{"deleteFwps", "De&lete FWPs...", &PcmFormSteps::deleteFwps, "&Undo Delete Words"},
+          Row{"moveFwps", "&Move FWPs...", &PcmFormSteps::moveFwps, "&Undo Move Words"}}) {
+        DisplayStage s;
+        std::vector<std::pair<int, int>> runs;
+        s.steps.*row.step = [&](QWidget&, const SelectedWords& selected) {
+            runs.emplace_back(selected.first, selected.last);
+            s.place(20, 1, "N" + std::to_string(runs.size()));
+            return true;
+        };
+        EXPECT_TRUE(s.show([&](MajorFrameWindow& window) {
+            EXPECT_EQ(toBytes(DisplayStage::entry(window, row.entry)->text()), row.text);
+            DisplayStage::click(window, 8, 2);
+            DisplayStage::click(window, 6, 2, Qt::ShiftModifier);
+            DisplayStage::choose(window, row.entry);
+            EXPECT_EQ(toBytes(DisplayStage::entry(window, "undo")->text()), row.undo);
+            DisplayStage::choose(window, ("word_" + std::string(row.entry)).c_str());
+        }));
+        EXPECT_THAT(runs, ElementsAre(std::pair(6, 8), std::pair(6, 8))) << row.entry;
     }
 }
 

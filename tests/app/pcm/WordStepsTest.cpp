@@ -150,7 +150,7 @@ TEST(DeleteWordsForm, AWordOfSingleFramesNamesItsMeasurementsAndNoKeepsThem) {
     StreamUndo before(stage.format);
     stage.ui.integers = {8, 8};
     stage.ui.queued = {Button::No};
-    EXPECT_FALSE(stage.installed.deleteFwps(stage.window));
+    EXPECT_FALSE(stage.installed.deleteFwps(stage.window, {}));
     EXPECT_FALSE(before.commit());
     ASSERT_EQ(stage.ui.boxes.size(), 1U);
     const auto& text = stage.ui.boxes[0].text;
@@ -158,7 +158,7 @@ TEST(DeleteWordsForm, AWordOfSingleFramesNamesItsMeasurementsAndNoKeepsThem) {
     EXPECT_EQ(text.find("SF-"), std::string::npos) << text;
     stage.ui.integers = {8, 8};
     stage.ui.queued = {Button::Yes};
-    EXPECT_TRUE(stage.installed.deleteFwps(stage.window));
+    EXPECT_TRUE(stage.installed.deleteFwps(stage.window, {}));
     EXPECT_FALSE(stage.format.hasAnyMeasurement());
     EXPECT_EQ(stage.format.wordsPerMinorFrame, 31);
 }
@@ -297,14 +297,14 @@ TEST(WordPrompts, InsertingTwoWordsAfterZeroMovesAllMeasurementsUpByTwo) {
     StepsStage stage;
     stage.place(3, 1, "A");
     stage.ui.integers = {0, 2};
-    EXPECT_TRUE(stage.installed.insertFwps(stage.window));
+    EXPECT_TRUE(stage.installed.insertFwps(stage.window, {}));
     EXPECT_EQ(stage.places("A"), "5/1 ");
     EXPECT_EQ(stage.format.wordType(32), WordType::IdCounter);
     stage.ui.integers = {99};
-    EXPECT_FALSE(stage.installed.insertFwps(stage.window));
+    EXPECT_FALSE(stage.installed.insertFwps(stage.window, {}));
     EXPECT_EQ(stage.lastBox(), 160);
     stage.ui.integers = {1, 0};
-    EXPECT_FALSE(stage.installed.insertFwps(stage.window));
+    EXPECT_FALSE(stage.installed.insertFwps(stage.window, {}));
     EXPECT_EQ(stage.lastBox(), 161);
 }
 
@@ -315,11 +315,11 @@ TEST(WordPrompts, DeletingWithANoInTheMiddleKeepsThatWordAndGoesOn) {
     stage.place(10, 1, "C");
     stage.ui.integers = {8, 10};
     stage.ui.queued = {Button::Yes, Button::No, Button::Yes};
-    EXPECT_TRUE(stage.installed.deleteFwps(stage.window));
+    EXPECT_TRUE(stage.installed.deleteFwps(stage.window, {}));
     EXPECT_EQ(stage.places("A") + stage.places("B") + stage.places("C"), "8/1 ");
     EXPECT_EQ(stage.format.wordsPerMinorFrame, 30);
     stage.ui.integers = {0};
-    EXPECT_FALSE(stage.installed.deleteFwps(stage.window));
+    EXPECT_FALSE(stage.installed.deleteFwps(stage.window, {}));
     EXPECT_EQ(stage.lastBox(), 160);
 }
 
@@ -328,12 +328,12 @@ TEST(WordPrompts, MovingThreeToFiveAfterTenPutsOldSixAtThreeAndOldThreeAtEight) 
     stage.place(3, 1, "THREE");
     stage.place(7, 1, "SEVEN");
     stage.ui.integers = {3, 5, 10};
-    EXPECT_TRUE(stage.installed.moveFwps(stage.window));
+    EXPECT_TRUE(stage.installed.moveFwps(stage.window, {}));
     EXPECT_EQ(stage.places("THREE"), "8/1 ");
     EXPECT_EQ(stage.places("SEVEN"), "4/1 ");
     EXPECT_EQ(stage.format.wordType(3), WordType::Subframe);  // old word 6
     stage.ui.integers = {3, 5, 4};
-    EXPECT_FALSE(stage.installed.moveFwps(stage.window));
+    EXPECT_FALSE(stage.installed.moveFwps(stage.window, {}));
     EXPECT_EQ(stage.lastBox(), 228);
 }
 
@@ -342,19 +342,19 @@ TEST(WordPrompts, ABusStreamKeepsItsLeastNumberOfWords) {
     stage.start(129, 1, 24);
     stage.format.isBusStream = true;
     stage.ui.integers = {1, 3};
-    EXPECT_TRUE(stage.installed.deleteFwps(stage.window));  // one of them went
+    EXPECT_TRUE(stage.installed.deleteFwps(stage.window, {}));  // one of them went
     EXPECT_EQ(stage.lastBox(), 222);
     EXPECT_EQ(stage.format.wordsPerMinorFrame, 128);
     stage.format.changed = false;
     stage.ui.integers = {1, 1};
-    EXPECT_FALSE(stage.installed.deleteFwps(stage.window));
+    EXPECT_FALSE(stage.installed.deleteFwps(stage.window, {}));
     EXPECT_EQ(stage.ui.countBoxes(222), 2);
     EXPECT_FALSE(stage.format.changed);
     // No more than it may have, either.
     stage.start(256, 1, 24);
     stage.format.isBusStream = true;
     stage.ui.integers = {0, 1};
-    EXPECT_FALSE(stage.installed.insertFwps(stage.window));
+    EXPECT_FALSE(stage.installed.insertFwps(stage.window, {}));
     EXPECT_EQ(stage.ui.countBoxes(222), 3);
     EXPECT_EQ(stage.format.wordsPerMinorFrame, 256);
 }
