@@ -12,6 +12,7 @@ using test::listOf;
 using test::LoadFixture;
 using test::plainFormat;
 using test::operator+;
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
 
 /// Two streams, the second one in memory; both have a measurement BOTH.
@@ -65,6 +66,9 @@ TEST(DuplicateNames, ConversionsOfANameInAnotherStreamAreChangedOnRequest) {
     EXPECT_THAT(streams.ui.boxes[0].text,
                 HasSubstr("You are about to delete the EU conversions for measurement 'BOTH'"));
     EXPECT_THAT(streams.ui.boxes[0].text, HasSubstr("will also be deleted"));
+    // The parenthesis is never closed.
+    EXPECT_THAT(streams.ui.boxes[0].text,
+                EndsWith("(Yes = delete, No = Do not alter existing EU conversions"));
     streams.ui.byId[457] = Button::No;
     EXPECT_FALSE(askEuChange(streams.format, &streams.ui, streams.names, "BOTH", 2, false));
     EXPECT_THAT(streams.ui.boxes[1].text, HasSubstr("If you rename this measurement"));
