@@ -234,6 +234,45 @@ TEST_F(TSheetTest, SubcarriersAreAddedEditedAndDeleted) {
               "T-1\\SCO1-2:12;\r\nT-1\\SCO2-2:1.5;\r\n");
 }
 
+TEST_F(TSheetTest, SubcarriersBehindTheCountAreNotTheNewOnes) {
+    put("T-1\\ID:Src;\r\nT-1\\SCO\\N:1;\r\nT-1\\SCO1-1:10;\r\nT-1\\SCO2-3:hidden;\r\n"
+        "T-1\\SCO9-1:first;\r\nT-1\\SCO9-3:third;\r\nT-1\\EV\\X-2:free;\r\n");
+    t.ui.queued = {Button::Yes};
+    EXPECT_TRUE(edit(2011, [this](QDialog& dialog) {
+        open(dialog, "RF9");
+        auto* const list = find<EditableList>(dialog, "subcarriers");
+        ASSERT_EQ(list->rowCount(), 1);
+        door.next(fillRow("12", "1.5"));
+        press(*list, "add");
+        press(dialog, "ok");
+    }));
+    const auto text = file();
+    for (const auto* const line :
+         {"T-1\\SCO\\N:4;", "T-1\\SCO1-1:10;", "T-1\\SCO2-3:hidden;", "T-1\\SCO1-4:12;",
+          "T-1\\SCO2-4:1.5;", "T-1\\SCO9-1:first;", "T-1\\SCO9-3:third;", "T-1\\EV\\X-2:free;"}) {
+        EXPECT_NE(text.find(line), std::string::npos) << line << "\n" << text;
+    }
+}
+
+TEST_F(TSheetTest, WhatNoTableKnowsOfASubcarrierGoesWithItAndWithNoOther) {
+    put("T-1\\ID:Src;\r\nT-1\\SCO\\N:2;\r\nT-1\\SCO1-1:10;\r\nT-1\\SCO1-2:11;\r\n"
+        "T-1\\SCO9-1:first;\r\nT-1\\SCO9-2:second;\r\nT-1\\RMM-1:free;\r\n"
+        "T-1\\EV\\X-2:free;\r\n");
+    t.ui.otherwise = Button::Yes;
+    EXPECT_TRUE(edit(2011, [](QDialog& dialog) {
+        open(dialog, "RF9");
+        press(*find<EditableList>(dialog, "subcarriers"), "delete");
+        press(dialog, "ok");
+    }));
+    const auto text = file();
+    for (const auto* const line : {"T-1\\SCO\\N:1;", "T-1\\SCO1-1:11;", "T-1\\SCO9-1:second;",
+                                   "T-1\\RMM-1:free;", "T-1\\EV\\X-2:free;"}) {
+        EXPECT_NE(text.find(line), std::string::npos) << line << "\n" << text;
+    }
+    EXPECT_EQ(text.find("first"), std::string::npos) << text;
+    EXPECT_TRUE(t.ui.hasText("T-1\\SCO9-1:second;")) << "the question lists what it becomes";
+}
+
 TEST_F(TSheetTest, AddIsDisabledAtNinetyNineRowsAndEditWithoutARow) {
     put("T-1\\ID:Src;\r\nT-1\\SCO\\N:120;\r\n");
     EXPECT_FALSE(edit(2011, [](QDialog& dialog) {
