@@ -67,23 +67,11 @@ std::string editionsText(const Field& field) {
     return field.firstEdition == 0 ? "" : "from " + std::to_string(field.firstEdition);
 }
 
-std::string choicesText(const Field& field, int edition) {
-    std::string text;
-    for (const auto& choice : field.choices) {
-        // A choice that only XML has is not for a file that this editor is to read.
-        if (isKnownIn(edition, choice) && (field.bridgeOnly || !choice.text.empty())) {
-            text += text.empty() ? "" : ", ";
-            text += storedChoice(choice, limitIn(edition, field));
-        }
-    }
-    return text;
-}
-
 std::vector<std::string> fieldRow(const Field& field, int edition) {
     const auto limit = field.rows > 0 ? field.rows : limitIn(edition, field);
     return {terminalLine(field.code),  limit == 0 ? "" : std::to_string(limit),
             kindText(field.kind),      editionsText(field),
-            terminalLine(field.label), terminalLine(choicesText(field, edition))};
+            terminalLine(field.label), terminalLine(choiceList(field, edition))};
 }
 
 std::string realLineBreaks(std::string value) {

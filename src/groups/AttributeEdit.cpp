@@ -113,35 +113,14 @@ Refusal refusedEdition(const Field& field, int edition) {
                               editionText(field.lastEdition), editionText(edition));
 }
 
-std::string listedChoices(const Field& field, int edition) {
-    std::string text;
-    for (const auto& choice : field.choices) {
-        if (isKnownIn(edition, choice) && (field.bridgeOnly || !choice.text.empty())) {
-            text += text.empty() ? "" : ", ";
-            text += storedChoice(choice, limitIn(edition, field));
-        }
-    }
-    return text;
-}
-
-/// A field without a page is checked against its XML choices.
-ValueFault faultOf(const Field& field, const std::string& value, int edition) {
-    if (!field.bridgeOnly || field.kind != FieldKind::Choice || holdsSemicolon(value)) {
-        return checkValue(field, value, edition);
-    }
-    const bool known = std::any_of(field.choices.begin(), field.choices.end(),
-                                   [&](const Choice& choice) { return choice.value == value; });
-    return known || value.empty() ? ValueFault::None : ValueFault::NoChoice;
-}
-
 Refusal refusedValue(const Field& field, const std::string& value, int edition) {
-    switch (faultOf(field, value, edition)) {
+    switch (checkValue(field, value, edition)) {
         case ValueFault::None:
             return {};
         case ValueFault::Semicolon:
             return "A value cannot hold a semi-colon.";
         case ValueFault::NoChoice:
-            return "The value is not one of: " + listedChoices(field, edition) + ".";
+            return "The value is not one of: " + choiceList(field, edition) + ".";
         case ValueFault::BadDate:
             return formatPrintf("The value is not of the form %s.", field.kind == FieldKind::Date
                                                                         ? dateForm(edition)
@@ -164,6 +143,12 @@ const GroupLists& listsOf(char letter) {
     }
     static std::map<char, GroupLists> kLists;
     return kLists.try_emplace(letter, settableFields(letter)).first->second;
+}
+
+/// The number of a recorder's tracks; a track is a row with the command that follows.
+constexpr std::string_view kTracks = "N";
+bool makesTrack(char letter, const Field& field) {
+    return letter == 'R' && field.code == trackFields().front().code;
 }
 
 /// A group while it is changed.
@@ -218,7 +203,7 @@ class Change {
         for (auto why :
              {refusedEdition(field, edition_), refusedValue(field, value_, edition_),
               refusedName(field, code_.letter, group_.value(codeOf(field.code, at)), value_),
-              refusedRow(field, at), refusedShownRow(match), refusedSources(field),
+              refusedRow(match), refusedShownRow(match), refusedSources(field),
               refusedTracks(field)}) {
             if (!why.empty()) {
                 return why;
@@ -227,21 +212,55 @@ class Change {
         return {};
     }
 
+    [[nodiscard]] std::size_t rowsOf(const GroupLists::List& list, const RowNumbers& at) const {
+        return clampedCount(group_.value(codeOf(list.count.code, at)), list.count.rows);
+    }
+
+    /// True for a command that makes the row after the last one of a list a row: in the lists of a
+    /// recorder's tracks no other command does.
+    [[nodiscard]] bool opensRow(const GroupLists::List& list, const VocabularyMatch& match) const {
+        const auto row = static_cast<std::size_t>(match.path.at[list.depth]);
+        return match.field->list.empty() && !value_.empty() && row <= list.count.rows &&
+               row == rowsOf(list, match.path) + 1;
+    }
+    [[nodiscard]] std::size_t countedTracks() const {
+        return clampedCount(group_.value(codeOf(kTracks, {})), kMostTracks);
+    }
+
     /// A row has to be within the count of each list that it is in.
-    [[nodiscard]] Refusal refusedRow(const Field& field, const RowNumbers& at) const {
-        for (auto list = field.list; !list.empty();) {
-            const auto count = std::find_if(table_.begin(), table_.end(),
-                                            [&](const Field& each) { return each.code == list; });
-            const auto level = static_cast<std::size_t>(indexCountOf(list));
-            const auto code = codeOf(list, at);
-            const auto rows = clampedCount(group_.value(code), count->rows);
-            if (static_cast<std::size_t>(at.at[level]) > rows) {
+    [[nodiscard]] Refusal refusedRow(const VocabularyMatch& match) const {
+        if (match.path.count == 0) {
+            return {};
+        }
+        for (const auto* list = listsOf(code_.letter).listOf(match.path.stem); list != nullptr;
+             list = list->outer) {
+            const int row = match.path.at[list->depth];
+            const auto rows = rowsOf(*list, match.path);
+            if (row > 0 && static_cast<std::size_t>(row) > rows && !opensRow(*list, match)) {
                 return formatPrintf("The list has %d rows. Set '%s' first.", static_cast<int>(rows),
-                                    code);
+                                    codeOf(list->count.code, match.path));
             }
-            list = count->list;
         }
         return {};
+    }
+
+    /// The commands that the file has of a row that is no row of its list belong to it as soon as
+    /// it is one.
+    [[nodiscard]] bool hasRow(const GroupLists::List& list, const RowNumbers& at) const {
+        RowNumbers around;
+        for (std::size_t i = 0; i < list.depth; ++i) {
+            around = around.row(static_cast<std::size_t>(at.at[i]));
+        }
+        return RowNumbersInFile(group_.commands(), listsOf(code_.letter),
+                                groupHead(code_.letter, code_.index))
+            .of(list, around)
+            .contains(static_cast<std::size_t>(at.at[list.depth]));
+    }
+
+    /// True for the command that makes a track of its row, which is none so far.
+    [[nodiscard]] bool makesRow(const VocabularyMatch& match) const {
+        return makesTrack(code_.letter, *match.field) &&
+               group_.value(codeOf(match.field->code, match.path)).empty();
     }
 
     /// What a row that was behind its count holds is not the property of a new one.
@@ -250,7 +269,9 @@ class Change {
         for (; list != nullptr; list = list->outer) {
             const auto code = codeOf(list->count.code, match.path);
             const int row = match.path.at[list->depth];
-            if (row > 0 && changed_.shown.contains({code, row})) {
+            const bool opens = opensRow(*list, match) && !makesRow(match);
+            if (row > 0 &&
+                (changed_.shown.contains({code, row}) || (opens && hasRow(*list, match.path)))) {
                 return formatPrintf(
                     "Row %d was behind the count, and has commands already. Set '%s' first, and "
                     "look at the row.",
@@ -272,11 +293,10 @@ class Change {
 
     /// The number of a recorder's tracks must not become less than it is.
     [[nodiscard]] Refusal refusedTracks(const Field& field) const {
-        constexpr std::string_view kTracks = "N";
         if (code_.letter != 'R' || field.code != kTracks) {
             return {};
         }
-        const auto counted = clampedCount(group_.value(codeOf(kTracks, {})), kMostTracks);
+        const auto counted = countedTracks();
         int tracks = 0;
         for (std::size_t n = 1; n <= counted; ++n) {
             tracks += group_.value(codeOf("TK1-n", {n})).empty() ? 0 : 1;
@@ -314,35 +334,51 @@ class Change {
 
     /// Notes what a command that makes a row brings into the list with it.
     void noteMadeRow(const VocabularyMatch& match, const std::string& code) {
-        const auto& fields = trackFields();
-        if (code_.letter != 'R' || match.field->code != fields.front().code ||
-            !group_.value(code).empty()) {
-            return;
-        }
-        const auto& lists = listsOf(code_.letter);
-        const auto* const tracks = lists.listOf(match.path.stem);
-        const RowNumbersInFile inFile(group_.commands(), lists,
-                                      groupHead(code_.letter, code_.index));
-        if (inFile.of(*tracks, {}).contains(static_cast<std::size_t>(match.path.at[0]))) {
+        if (makesRow(match) && hasRow(*listsOf(code_.letter).listOf(match.path.stem), match.path)) {
             changed_.notes.push_back(formatPrintf(
                 "%s makes a track of commands of this number that the file had already.", code));
         }
     }
 
+    /// Counts the rows that the command opens, from the outermost list to the innermost one.
+    void openRows(const VocabularyMatch& match, const GroupLists::List* list) {
+        if (list == nullptr) {
+            return;
+        }
+        openRows(match, list->outer);
+        if (opensRow(*list, match)) {
+            const auto code = codeOf(list->count.code, match.path);
+            const auto row = std::to_string(match.path.at[list->depth]);
+            const auto head = groupHead(code_.letter, code_.index).size();
+            set(matchVocabulary(table_, code.substr(head)).front(), code, row);
+            // What a track brings with it is noted instead.
+            if (!makesRow(match) || !hasRow(*list, match.path)) {
+                changed_.notes.push_back(
+                    formatPrintf("%s is %s now: the row is a new one.", code, row));
+            }
+        }
+    }
+
+    void set(const VocabularyMatch& match, const std::string& code, const std::string& stored) {
+        group_.set(code, stored, [&] {
+            return placeOf(table_, group_.commands(), groupHead(code_.letter, code_.index), match);
+        });
+    }
+
     void apply(const VocabularyMatch& match) {
         const auto code = codeOf(match.field->code, match.path);
         noteShownRows(match, code);
+        if (match.path.count > 0) {
+            openRows(match, listsOf(code_.letter).listOf(match.path.stem));
+        }
         noteMadeRow(match, code);
-        auto stored = match.field->bridgeOnly ? std::string(trimTrailingBlanks(value_))
-                                              : storedValue(*match.field, value_, edition_);
+        auto stored = storedValue(*match.field, value_, edition_);
         if (stored.empty()) {
             group_.erase(code);
             return;
         }
         toStoredForm(stored);
-        group_.set(code, stored, [&] {
-            return placeOf(table_, group_.commands(), groupHead(code_.letter, code_.index), match);
-        });
+        set(match, code, stored);
     }
 
     ChangedGroup& changed_;

@@ -57,6 +57,49 @@ std::optional<Number> parseWhole(std::string_view text) {
     return number;
 }
 
+/// The first entry of a field that an edition knows and that is wanted, or null.
+template <typename Wanted>
+const Choice* findEntry(const Field& field, int edition, const Wanted& wanted) {
+    const auto it = std::find_if(
+        field.choices.begin(), field.choices.end(),
+        [&](const Choice& choice) { return isKnownIn(edition, choice) && wanted(choice); });
+    return it == field.choices.end() ? nullptr : &*it;
+}
+
+/// The entry under which XML has what only the page shows: "LINEAR" is stored as "LINE" by the
+/// page, which cuts it, and as "LIN" by XML. Null if XML does not have it, or has the same entry.
+const Choice* entryInXml(const Field& field, const Choice& shown, int edition) {
+    return !shown.xml.empty() || shown.text.empty()
+               ? nullptr
+               : findEntry(field, edition, [&](const Choice& choice) {
+                     return choice.text.empty() && equalsIgnoreCase(choice.xml, shown.text);
+                 });
+}
+
+/// The entry that a typed text means: its value, since "1" may also begin the text of another
+/// entry; else the front of its text; else its text in XML. Null if it means none.
+const Choice* entryOf(const Field& field, std::string_view typed, int edition) {
+    if (typed.empty()) {
+        return nullptr;
+    }
+    const auto limit = limitIn(edition, field);
+    const auto* entry = findEntry(field, edition, [&](const Choice& choice) {
+        return equalsIgnoreCase(storedChoice(choice, limit), typed);
+    });
+    if (entry == nullptr) {
+        entry = findEntry(field, edition, [&](const Choice& choice) {
+            return startsWithIgnoreCase(choice.text, typed);
+        });
+    }
+    if (entry == nullptr) {
+        entry = findEntry(field, edition, [&](const Choice& choice) {
+            return equalsIgnoreCase(choice.xml, typed);
+        });
+    }
+    const auto* const known = entry == nullptr ? nullptr : entryInXml(field, *entry, edition);
+    return known == nullptr ? entry : known;
+}
+
 }  // namespace
 
 std::vector<Field> knownFields(std::span<const Field> table, int edition) {
@@ -100,6 +143,17 @@ std::string storedChoice(const Choice& choice, std::size_t limit) {
     }
     return std::string(
         trimTrailingBlanks(limit == 0 ? choice.text : cutToBytes(choice.text, limit)));
+}
+
+std::string choiceList(const Field& field, int edition) {
+    std::string values;
+    for (const auto& choice : field.choices) {
+        if (isKnownIn(edition, choice) && entryInXml(field, choice, edition) == nullptr) {
+            values += values.empty() ? "" : ", ";
+            values += storedChoice(choice, limitIn(edition, field));
+        }
+    }
+    return values;
 }
 
 std::string_view dateForm(int edition) {
@@ -160,8 +214,7 @@ ValueFault checkValue(const Field& field, std::string_view value, int edition) {
         return ValueFault::Semicolon;
     }
     if (field.kind == FieldKind::Choice) {
-        return choiceIndex(choicesOf(field, edition), value) < 0 ? ValueFault::NoChoice
-                                                                 : ValueFault::None;
+        return entryOf(field, value, edition) == nullptr ? ValueFault::NoChoice : ValueFault::None;
     }
     if (isBadDate(field, value, edition)) {
         return ValueFault::BadDate;
@@ -177,16 +230,8 @@ ValueFault checkValue(const Field& field, std::string_view value, int edition) {
 
 std::string storedValue(const Field& field, std::string_view value, int edition) {
     if (field.kind == FieldKind::Choice) {
-        const auto choices = choicesOf(field, edition);
-        // "1" may be the value of one entry and begin the text of another: an exact value
-        // means the first.
-        const auto exact = std::find_if(choices.begin(), choices.end(), [&](const Choice& choice) {
-            return !choice.value.empty() && equalsIgnoreCase(choice.value, value);
-        });
-        const int index = exact != choices.end() ? static_cast<int>(exact - choices.begin())
-                                                 : choiceIndex(choices, value);
-        if (index >= 0) {
-            return storedChoice(choices[static_cast<std::size_t>(index)], limitIn(edition, field));
+        if (const auto* const entry = entryOf(field, value, edition)) {
+            return storedChoice(*entry, limitIn(edition, field));
         }
     }
     return std::string(trimTrailingBlanks(value));

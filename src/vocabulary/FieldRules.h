@@ -35,6 +35,11 @@ using FieldValues = std::map<std::string, std::string, std::less<>>;
 /// characters of its text up to the limit, without trailing blanks. 0 is no limit.
 [[nodiscard]] std::string storedChoice(const Choice& choice, std::size_t limit);
 
+/// The values that a choice can have in documents of an edition, in list order with ", " between
+/// them: those of its page, and those that only XML has. A value that the page cuts and XML has in
+/// full is there once, as XML has it.
+[[nodiscard]] std::string choiceList(const Field& field, int edition);
+
 /// "MM-DD-YYYY", or "MM-DD-YY" up to 106-96.
 [[nodiscard]] std::string_view dateForm(int edition);
 /// The same for a date with a time, "MM-DD-YYYY-HH-MM-SS".
@@ -50,7 +55,7 @@ enum class ValueFault {
     None,
     TooLong,
     Semicolon,
-    NoChoice,   ///< matches no entry that the edition knows
+    NoChoice,   ///< is neither value, front of the text nor XML text of an entry of the edition
     BadDate,    ///< see `isValidDate`
     NotDigits,  ///< digits are required
     TooMany,    ///< a count of more rows than the list can have
@@ -58,7 +63,7 @@ enum class ValueFault {
 /// What is wrong with a value for a field; the first fault in the order semi-colon, choice,
 /// date, digits, count, length. An empty value is always good: it removes the command.
 [[nodiscard]] ValueFault checkValue(const Field& field, std::string_view value, int edition);
-/// The value as it is stored: a choice as by `storedChoice`, all else without trailing
+/// The value as it is stored: a choice as one of `choiceList`, all else without trailing
 /// blanks. REQUIRES: no fault.
 [[nodiscard]] std::string storedValue(const Field& field, std::string_view value, int edition);
 [[nodiscard]] inline bool holdsSemicolon(std::string_view value) {

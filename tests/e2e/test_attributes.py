@@ -1,6 +1,7 @@
 """`vocabulary`, `get`, `set`: the commands of the attribute groups by their codes."""
 
 import os
+import re
 import unittest
 
 import kavu
@@ -210,6 +211,69 @@ class SetTest(kavu.KavuTest):
                          "The commands of group P cannot be set one by one.")
         self.assertEqual(self.refusal("T-2\\RF1=1"),
                          "There is no group T-2 in this document.")
+
+    def test_every_value_that_the_vocabulary_lists_is_accepted(self):
+        # A cut text, and what XML has for it.
+        cut = {("AN2", "LINE"): "LIN", ("GST5", "Non"): "NON"}
+        recorder = b"".join(b"R-1\\%s:1;" % code for code in
+                            (b"N", b"TK1-1", b"ACH\\N-1", b"NDM\\N-1", b"NUS\\N-1", b"MFD\\N-1",
+                             b"EV\\N", b"RT\\N", b"RIM\\N", b"RMM\\N"))
+        self.write("in.tma", FLIGHT.replace("G\\106:09", "G\\106:11").encode() + recorder +
+                   b"M-1\\SI\\N:1;A-1\\DLN:Link;A-1\\ISF\\N:1;A-1\\SF\\N:1;")
+        tried = 0
+        for letter in "GTRMA":
+            head = "G\\" if letter == "G" else letter + "-1\\"
+            for field in self.run_json("vocabulary", letter).json["fields"]:
+                code = head + re.sub(r"-[a-z](?=-|$)", "-1", field["code"])
+                for choice in field["choices"]:
+                    value = choice["value"]
+                    result = self.run_json("--overwrite", "set", "in.tma", code + "=" + value,
+                                           "-o", "out.tma")
+                    self.assertNotEqual(result.status, FAILED, result)
+                    stored = cut.get((field["code"], value), value)
+                    self.assertEqual(self.values(code)[code], [stored])
+                    tried += 1
+        self.assertGreater(tried, 200)
+
+    def test_a_text_is_stored_as_the_value_that_xml_knows(self):
+        for assignment, stored in (("R-1\\TC1=SSR", "SSR"), ("R-1\\TC1=solid state recorder", "SSR"),
+                                   ("T-1\\RF4=SOQPSK-TG", "SOQPSK-TG"), ("T-1\\AN2=LINEAR", "LIN"),
+                                   ("T-1\\GST5=None", "NON")):
+            self.set(assignment)
+            code = assignment.split("=")[0]
+            self.assertEqual(self.values(code)[code], [stored])
+        os.remove(self.path("out.tma"))
+        self.assertEqual(self.refusal("R-1\\TC1=Drum"),
+                         "The value is not one of: ANAL, HDDR, PARA, OTHR, CASS, SSR, MD, N.")
+
+    def test_rows_that_do_not_exist_are_refused(self):
+        self.write("in.tma", FLIGHT.encode() + b"R-1\\N:2;R-1\\TK1-1:1;R-1\\ACH\\N-1:1;"
+                   b"R-1\\AMN-1-1:M;")
+        for assignment, rows, count in (("R-1\\CHE-4=T", 2, "R-1\\N"), ("R-1\\TK1-50=3", 2, "R-1\\N"),
+                                        ("R-1\\TK1-1000=3", 2, "R-1\\N"),
+                                        ("R-1\\AMN-1-3=x", 1, "R-1\\ACH\\N-1"),
+                                        ("R-1\\AMN-4-1=x", 2, "R-1\\N"),
+                                        ("R-1\\ACH\\N-9=1", 2, "R-1\\N"),
+                                        ("R-1\\EV\\ID-2=x", 0, "R-1\\EV\\N"),
+                                        ("G\\DST-3=RF", 2, "G\\DSI\\N")):
+            self.assertEqual(self.refusal(assignment),
+                             "The list has %d rows. Set '%s' first." % (rows, count))
+
+    def test_the_row_after_the_last_track_is_a_new_one(self):
+        self.write("in.tma", FLIGHT.encode() + b"R-1\\N:1;R-1\\TK1-1:1;R-1\\CHE-3:T;")
+        result = self.run_json("set", "in.tma", "R-1\\TK1-2=5", "R-1\\CHE-2=T", "R-1\\AMN-2-1=M",
+                               "-o", "out.tma")
+        self.assertEqual(result.status, CLEAN, result)
+        self.assertEqual(result.notes, ["R-1\\N is 2 now: the row is a new one.",
+                                        "R-1\\ACH\\N-2 is 1 now: the row is a new one."])
+        codes = ("R-1\\N", "R-1\\TK1-2", "R-1\\CHE-2", "R-1\\ACH\\N-2", "R-1\\AMN-2-1")
+        self.assertEqual(self.values(*codes), dict(zip(codes, (["2"], ["5"], ["T"], ["1"], ["M"]))))
+        # What the file has of a row behind the count is not the property of a new one.
+        os.rename(self.path("out.tma"), self.path("in.tma"))
+        self.assertIn("Row 3 was behind the count", self.refusal("R-1\\TK3-3=REV"))
+        self.write("in.tma", FLIGHT.encode() + b"R-1\\N:2;R-1\\TK1-1:1;R-1\\TK1-2:2;R-1\\AMN-1-1:old;")
+        self.assertIn("Row 1 was behind the count", self.refusal("R-1\\AMN-1-1=new"))
+        self.set("R-1\\AMN-2-1=new")
 
     def test_names_are_changed_by_the_commands_for_it(self):
         for assignment in ("G\\DSI-1=New", "T-1\\ID=New", "M-1\\ID="):

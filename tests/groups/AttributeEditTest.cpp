@@ -86,7 +86,7 @@ TEST_F(AttributeEdit, LineBreaksAreStoredAsTheFileHasThem) {
 }
 
 TEST_F(AttributeEdit, ChoicesAreStoredByTheirLeftmostCharacters) {
-    EXPECT_TRUE(set({{"G\\SC", "top secret"}, {"G\\TI2", "y"}}));
+    EXPECT_TRUE(set({{"G\\SC", "top secret"}, {"G\\TI2", "y"}, {"G\\TI3", ""}}));
     EXPECT_EQ(file('G'), "G\\TI2:Y;\r\nG\\SC:T;\r\n");
 }
 
@@ -105,8 +105,9 @@ TEST_F(AttributeEdit, EachRuleRefusesWithItsReason) {
     EXPECT_EQ(refusal("G\\POC42-1", "1"), "The vocabulary of group G has no such command.");
     EXPECT_EQ(refusal("P-1\\D2", "1"), "The commands of group P cannot be set one by one.");
     EXPECT_EQ(refusal("T-2\\RF1", "1"), "There is no group T-2 in this document.");
-    EXPECT_EQ(refusal("T-1\\RF4", "SOQPSK-TG"),
-              "The value is not one of: FM, PM, BPSK, DPSK, QPSK, OTHR, FQPSK-B.");
+    EXPECT_EQ(refusal("T-1\\RF4", "SOQPSK"),
+              "The value is not one of: FM, PM, BPSK, DPSK, QPSK, OTHR, FQPSK-B, FQPSK-JR, "
+              "SOQPSK-TG, MULTI-H CPM.");
     EXPECT_EQ(file('G'), before);
 }
 

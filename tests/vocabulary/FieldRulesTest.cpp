@@ -97,7 +97,23 @@ TEST(FieldRules, AnEntryThatOnlyXmlKnowsIsNotOffered) {
     const auto offered = choicesOf(field, 2011);
     ASSERT_EQ(offered.size(), 2u);
     EXPECT_EQ(offered[1].value, "OTHR");
-    EXPECT_EQ(checkValue(field, "FQPSK-JR", 2011), ValueFault::NoChoice);
+    // It is a value of the standard all the same, and may be typed.
+    EXPECT_EQ(checkValue(field, "FQPSK-JR", 2011), ValueFault::None);
+    EXPECT_EQ(storedValue(field, "fqpsk-jr", 2011), "FQPSK-JR");
+    EXPECT_EQ(choiceList(field, 2011), "PM, FQPSK-JR, OTHR");
+}
+
+TEST(FieldRules, ATextThatThePageCutsIsStoredAsXmlKnowsIt) {
+    constexpr auto choices = std::to_array<Choice>(
+        {{"RHCP", "RHCP", "Right Hand"}, {"LINE", "LINEAR", {}}, {"LIN", {}, "Linear"}});
+    const Field field{.limit = 4, .kind = FieldKind::Choice, .choices = choices};
+    for (const char* const typed : {"LIN", "LINE", "linear", "Linear", "LINEA"}) {
+        EXPECT_EQ(checkValue(field, typed, 2011), ValueFault::None) << typed;
+        EXPECT_EQ(storedValue(field, typed, 2011), "LIN") << typed;
+    }
+    EXPECT_EQ(storedValue(field, "right hand", 2011), "RHCP");
+    EXPECT_EQ(checkValue(field, "Right", 2011), ValueFault::NoChoice);
+    EXPECT_EQ(choiceList(field, 2011), "RHCP, LIN");
 }
 
 TEST(FieldRules, TheLimitFollowsTheEdition) {
