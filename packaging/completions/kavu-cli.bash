@@ -62,7 +62,8 @@ _kavu_cli() {
             "source import")
                 common+=" --recorder --conversions --prefix --suffix --output"
                 ;;
-            "source rename" | "source delete" | "link rename") common+=" --output" ;;
+            "source rename" | "link rename") common+=" --all-references --output" ;;
+            "source delete") common+=" --output" ;;
             store) common+=" --into" ;;
             recover) common+=" --output --partial --list" ;;
         esac

@@ -239,6 +239,10 @@ void addSourceCommands(CLI::App& app, CommandApps& apps, CommandLine& line) {
                           const char* help) {
         oneValue(command->add_option(label, text, help), "")->required();
     };
+    const auto allReferences = [&](CLI::App* command) {
+        command->add_flag("--all-references", line.allReferences,
+                          "Rename it in the commands, too, that the rename otherwise only lists");
+    };
     constexpr const char* kSource = "The name of the data source";
     add(Command::SourceList, *source, "list", "Show the data sources, their groups and links");
     auto* command =
@@ -250,6 +254,7 @@ void addSourceCommands(CLI::App& app, CommandApps& apps, CommandLine& line) {
     command = add(Command::SourceRename, *source, "rename", "Rename a data source");
     name(command, "OLD", line.source, kSource);
     name(command, "NEW", line.newName, "Its new name");
+    allReferences(command);
     addOutput(*command, line);
     command = add(Command::SourceDelete, *source, "delete",
                   "Delete a data source with its streams; asks question 140");
@@ -268,6 +273,7 @@ void addSourceCommands(CLI::App& app, CommandApps& apps, CommandLine& line) {
     command = add(Command::LinkRename, *link, "rename", "Rename a data link wherever it is named");
     name(command, "OLD", line.link, "The name of the data link");
     name(command, "NEW", line.newName, "Its new name");
+    allReferences(command);
     addOutput(*command, line);
 }
 
@@ -547,6 +553,9 @@ ParsedCommandLine parseCommandLine(const std::vector<std::string>& arguments) {
         app.parse(std::move(words));
         line.command = chosenCommand(apps);
         readAnswers(raw, line);
+        if (line.allReferences) {
+            line.replies.byName.try_emplace(std::string(question::kAllReferences), "yes");
+        }
         readNow(app, raw, line);
         readProgress(raw, line);
         readEdition(apps, raw, line);

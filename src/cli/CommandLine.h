@@ -83,11 +83,12 @@ struct CommandLine {
     /// `set`: well formed codes, and the values they are to have.
     std::vector<std::pair<std::string, std::string>> changes;
 
-    std::string source;            ///< `source`: the data source to work on
-    std::string newName;           ///< `source copy`, `rename`, `link rename`
-    std::string otherFile;         ///< `source import`: the file to import from
-    std::string prefix;            ///< `source copy`, `import`: before measurement names
-    std::string suffix;            ///< and after them
+    std::string source;          ///< `source`: the data source to work on
+    std::string newName;         ///< `source copy`, `rename`, `link rename`
+    bool allReferences = false;  ///< `source rename`, `link rename`: rename in other commands, too
+    std::string otherFile;       ///< `source import`: the file to import from
+    std::string prefix;          ///< `source copy`, `import`: before measurement names
+    std::string suffix;          ///< and after them
     bool withConversions = false;  ///< `source import`: the conversion records, too
     bool recorder = false;         ///< `source import`: a recorder, not a transmitted source
 

@@ -24,11 +24,21 @@ constexpr std::string_view kTemporaryFolder = "tmp";
 /// The order in which the groups are renumbered.
 constexpr std::string_view kRenumbered = "RTVMPABDS";
 
+/// The index in the name of a group's file.
+std::int64_t indexIn(std::string_view name) {
+    return leadingInteger(name.substr(std::min(name.rfind('.') + 2, name.size())));
+}
+
+/// "M-3 'Old Radio'"
+std::string titleOf(const std::string& file, const std::string& name) {
+    return formatPrintf("%c-%d '%s'", file[file.rfind('.') + 1], static_cast<int>(indexIn(file)),
+                        name);
+}
+
 /// True for the file of a group that a save would write. Those of other indices are not part of the
 /// document: a new number would make them so.
 bool hasSavedIndex(std::string_view name) {
-    const auto digits = name.substr(std::min(name.rfind('.') + 2, name.size()));
-    const auto index = leadingInteger(digits);
+    const auto index = indexIn(name);
     return index >= kLeastGroupIndex && index <= kMostGroupIndex;
 }
 
@@ -51,15 +61,28 @@ IoStatus matchingFiles(const DocumentContext& context, std::string_view wildcard
 
 class Reindexer {
   public:
-    Reindexer(DocumentContext& context, UserInterface* parent, std::vector<std::string>* removed)
-        : context_(context), parent_(parent), removed_(removed) {}
+    Reindexer(DocumentContext& context, UserInterface* parent)
+        : context_(context), parent_(parent) {}
 
-    bool run() {
-        return gatherSources() && removeSources() && gatherLinks() && removeStreams() && renumber();
+    bool run(std::span<const UnreferencedGroup> spared) {
+        for (const auto& group : spared) {
+            spared_.insert(group.file);
+        }
+        return remove() && renumber();
+    }
+
+    /// Only finds what would be removed.
+    bool find(const std::string& source, std::vector<UnreferencedGroup>& found) {
+        found_ = &found;
+        sources_.add(source);
+        return remove();
     }
 
   private:
-    /// Calls `visit` for every file of a wildcard. A file that has vanished is skipped.
+    bool remove() { return gatherSources() && removeSources() && gatherLinks() && removeStreams(); }
+
+    /// Calls `visit` for every file of a wildcard. A file that has vanished is skipped, and so is
+    /// one that is only said to go.
     bool walk(std::string_view wildcard, Unsaved unsaved,
               const std::function<bool(const std::string&)>& visit) {
         std::vector<std::string> names;
@@ -79,7 +102,7 @@ class Reindexer {
                 reportUnableToRead(parent_, status);
                 return false;
             }
-            if (kind != PathKind::Missing && !visit(names[i])) {
+            if (kind != PathKind::Missing && !gone_.contains(names[i]) && !visit(names[i])) {
                 return false;
             }
         }
@@ -126,18 +149,25 @@ class Reindexer {
                 reportUnableToRead(parent_, status);
                 return false;
             }
-            if (name.empty() || listed.has(name)) {
+            if (name.empty() || listed.has(name) || spared_.contains(file)) {
                 return true;
             }
             source.close();
-            status = context_.files.remove(file);
-            if (!status.ok()) {
-                reportUnableToWrite(parent_, status);
-            } else if (removed_ != nullptr) {
-                removed_->push_back(name);
-            }
-            return status.ok();
+            return removeFile(file, name);
         });
+    }
+
+    bool removeFile(const std::string& file, const std::string& name) {
+        if (found_ != nullptr) {
+            gone_.insert(file);
+            found_->push_back({file, titleOf(file, name)});
+            return true;
+        }
+        const auto status = context_.files.remove(file);
+        if (!status.ok()) {
+            reportUnableToWrite(parent_, status);
+        }
+        return status.ok();
     }
 
     bool gatherSources() {
@@ -160,8 +190,14 @@ class Reindexer {
         return true;
     }
 
+    void tellRemoval(const char* text) {
+        if (found_ == nullptr) {
+            setStatusText(parent_, text);
+        }
+    }
+
     bool removeSources() {
-        setStatusText(parent_, "Removing unreferenced Data Sources");
+        tellRemoval("Removing unreferenced Data Sources");
         return removeUnlisted("[kavu]DSRCE.*", ownNameOf('T'), sources_) &&
                removeUnlisted(groupKind('M').wildcard, ownNameOf('M'), sources_) &&
                removeUnlisted(groupKind('V').wildcard, ownNameOf('V'), sources_);
@@ -189,7 +225,7 @@ class Reindexer {
     }
 
     bool removeStreams() {
-        setStatusText(parent_, "Removing unreferenced Data Links");
+        tellRemoval("Removing unreferenced Data Links");
         return removeUnlisted("[kavu]PCM*.*", ownNameOf('P'), links_);
     }
 
@@ -202,7 +238,9 @@ class Reindexer {
 
     DocumentContext& context_;
     UserInterface* parent_;
-    std::vector<std::string>* removed_;
+    std::vector<UnreferencedGroup>* found_ = nullptr;  ///< null when the groups are removed
+    std::unordered_set<std::string> gone_;             ///< what is only said to go
+    std::unordered_set<std::string> spared_;
     LinkNames sources_;
     LinkNames links_;
 };
@@ -248,10 +286,19 @@ IoStatus takeCopies(const DocumentContext& context, const std::vector<std::strin
 }  // namespace
 
 bool reindexAllSections(DocumentContext& context, UserInterface* parent,
-                        std::vector<std::string>* removed) {
+                        std::span<const UnreferencedGroup> spared) {
     const ProgressScope progress(parent, ProgressMode::WithoutCancel);
     setStatusText(parent, "Re-Indexing all TMATS sections");
-    const bool done = Reindexer(context, parent, removed).run();
+    const bool done = Reindexer(context, parent).run(spared);
+    setProgressBar(parent, -1);
+    setStatusText(parent, {});
+    return done;
+}
+
+bool findUnreferencedGroups(DocumentContext& context, UserInterface* parent,
+                            const std::string& source, std::vector<UnreferencedGroup>& found) {
+    const ProgressScope progress(parent, ProgressMode::WithoutCancel);
+    const bool done = Reindexer(context, parent).find(source, found);
     setProgressBar(parent, -1);
     setStatusText(parent, {});
     return done;

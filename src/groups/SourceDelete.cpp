@@ -4,7 +4,9 @@
 #include "core/document/DocumentFiles.h"
 #include "core/document/GroupFiles.h"
 #include "core/document/Transaction.h"
+#include "core/talk/BoxLines.h"
 #include "core/talk/Messages.h"
+#include "core/talk/QuestionNames.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
 #include "groups/DataSources.h"
@@ -15,6 +17,8 @@
 #include "groups/SourceNames.h"
 
 #include <algorithm>
+#include <iterator>
+#include <span>
 
 namespace kavu {
 
@@ -31,24 +35,37 @@ bool gatherLostNames(SourceParts& parts, UserInterface* parent, const std::strin
            parts.measurements.streamMeasurementNames(parent, own->links.front(), lost);
 }
 
-/// Notes what was removed although it was not part of the data source: no group named it.
-void noteOthers(UserInterface* parent, const std::string& name,
-                const std::vector<Multiplex>& multiplexes,
-                const std::vector<std::string>& removed) {
-    LinkNames told;
-    told.add(name);
-    for (const auto& multiplex : multiplexes) {
-        for (const auto& link : multiplex.links) {
-            if (multiplex.source == name) {
-                told.add(link);
-            }
-        }
+/// Asks whether the groups go that belonged to no data source before; those that stay are
+/// `spared`. False for Cancel, and after a failure, which is reported.
+bool askAboutUnreferenced(DocumentContext& context, UserInterface* parent, const std::string& name,
+                          std::vector<UnreferencedGroup>& spared) {
+    std::vector<UnreferencedGroup> found;
+    if (parent == nullptr) {
+        return true;
     }
-    for (const auto& other : removed) {
-        if (parent != nullptr && told.add(other)) {
-            parent->note(formatPrintf("'%s' was removed as well: nothing names it.", other));
-        }
+    if (!findUnreferencedGroups(context, parent, name, found)) {
+        return false;
     }
+    if (found.empty()) {
+        return true;
+    }
+    std::vector<std::string> lines;
+    std::transform(found.begin(), found.end(), std::back_inserter(lines),
+                   [](const UnreferencedGroup& group) { return group.title; });
+    const auto reply = askAboutLines(
+        *parent,
+        {.name = question::kUnreferenced,
+         .title = loadText(title::kDeleteEntry).value_or(""),
+         .before = "These groups belong to no data source, and would be removed as well:",
+         .after = "Do you want to remove them, too?",
+         .defaultButton = Button::Yes,
+         .yes = "&Remove Them, Too",
+         .no = "&Leave Them"},
+        lines);
+    if (reply == Button::No) {
+        spared = std::move(found);
+    }
+    return reply == Button::Yes || reply == Button::No;
 }
 
 /// Removes a row of the name; false if there is none.
@@ -79,7 +96,7 @@ bool removeRow(DocumentContext& context, UserInterface* parent, const std::strin
 }
 
 bool remove(SourceParts& parts, UserInterface* parent, const std::string& name,
-            const std::string& sourceFile) {
+            const std::string& sourceFile, std::span<const UnreferencedGroup> spared) {
     auto& context = parts.context;
     if (!sourceFile.empty()) {
         if (const auto status = context.files.remove(sourceFile); !status.ok()) {
@@ -89,13 +106,11 @@ bool remove(SourceParts& parts, UserInterface* parent, const std::string& name,
     }
     std::vector<Multiplex> multiplexes;
     std::vector<std::string> lost;
-    std::vector<std::string> removed;
     if (!removeRow(context, parent, name) || !readMultiplexes(context, parent, multiplexes) ||
         !gatherLostNames(parts, parent, name, multiplexes, lost) ||
-        !reindexAllSections(context, parent, &removed)) {
+        !reindexAllSections(context, parent, spared)) {
         return false;
     }
-    noteOthers(parent, name, multiplexes, removed);
     for (const auto& measurement : lost) {
         parts.measurements.forget(measurement);
     }
@@ -132,9 +147,13 @@ bool deleteDataSource(SourceParts& parts, UserInterface* parent, const std::stri
         context.messages.show(parent, -140, title::kDeleteEntry, kYesNoBox, name) != Button::Yes) {
         return false;
     }
+    std::vector<UnreferencedGroup> spared;
+    if (!askAboutUnreferenced(context, parent, name, spared)) {
+        return false;
+    }
     const auto sourceFile = index == 0 ? std::string() : groupFile(letter, index);
     if (!inTransaction(context, parent, OperationId::DeleteSource,
-                       [&] { return remove(parts, parent, name, sourceFile); })) {
+                       [&] { return remove(parts, parent, name, sourceFile, spared); })) {
         return false;
     }
     // Streams are numbered by their place among the links, which has changed.

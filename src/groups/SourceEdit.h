@@ -46,12 +46,15 @@ bool createDataSource(SourceParts& parts, UserInterface* parent);
 bool createOrImportDataSource(SourceParts& parts, UserInterface* parent, char letter);
 
 /// Renames a data link wherever it is named: in M, P, D, B, S, A and R groups. A name that
-/// exists is refused with 374 ("already exists"), an impossible one with a text.
+/// exists is refused with 374 ("already exists"), an impossible one with a text. Commands that name
+/// it in another way are shown first, and follow if the user agrees (question `kAllReferences`);
+/// Cancel renames nothing. Without a parent they stay.
 bool renameDataLink(SourceParts& parts, UserInterface* parent, const std::string& oldName,
                     const std::string& newName);
 /// Asks for the new name.
 bool askRenameDataLink(SourceParts& parts, UserInterface* parent, const std::string& oldName);
-/// The same for a data source: in the G group and in its T or R, M and V groups. A name that
+/// The same for a data source: in the G group and in its T or R, M and V groups, and in others if
+/// the user agrees, such as the tracks of a recorder. A name that
 /// exists is refused with 141 ("Another Data Source exists").
 bool renameDataSource(SourceParts& parts, UserInterface* parent, const std::string& oldName,
                       const std::string& newName);
@@ -59,7 +62,8 @@ bool askRenameDataSource(SourceParts& parts, UserInterface* parent, const std::s
 
 /// Asks with message 140 ("permanently delete"; without a parent the answer is Yes) and
 /// deletes a data source with all streams that no other group names; the groups are
-/// renumbered.
+/// renumbered. Groups that belonged to no data source before go as well, unless the user leaves
+/// them (question `kUnreferenced`, which names them; yes without a parent); Cancel deletes nothing.
 bool deleteDataSource(SourceParts& parts, UserInterface* parent, const std::string& name);
 
 /// Makes a copy of a data source and its streams, with names that the user is asked for.

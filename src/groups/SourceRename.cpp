@@ -5,7 +5,9 @@
 #include "core/document/GroupFiles.h"
 #include "core/document/GroupRewrite.h"
 #include "core/document/Transaction.h"
+#include "core/talk/BoxLines.h"
 #include "core/talk/Messages.h"
+#include "core/talk/QuestionNames.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
 #include "groups/DataSources.h"
@@ -106,6 +108,91 @@ class Renaming {
     bool good_ = true;
 };
 
+/// References that a rename leaves as they are unless the user wants them renamed, too.
+class OtherReferences {
+  public:
+    /// `refers` is OtherSource or OtherLink.
+    OtherReferences(const Refers refers, const std::string& name)
+        : refers_(refers), name_(asName(name)) {}
+
+    /// Finds them and asks. False if a file could not be read, which is reported, or for Cancel.
+    /// Without a parent they stay.
+    bool ask(DocumentContext& context, UserInterface* parent, const char* title) {
+        std::vector<std::string> codes;
+        if (parent == nullptr || !gather(context, parent, codes)) {
+            return parent == nullptr;
+        }
+        if (codes.empty()) {
+            return true;
+        }
+        const auto reply = askAboutLines(
+            *parent,
+            {.name = question::kAllReferences,
+             .title = title,
+             .before =
+                 formatPrintf("These commands name '%s' as well, and are left as they are:", name_),
+             .after = "Do you want to rename it there, too?",
+             .yes = "&Rename There, Too",
+             .no = "&Leave Them"},
+            codes);
+        wanted_ = reply == Button::Yes;
+        return wanted_ || reply == Button::No;
+    }
+
+    /// Renames them if they are wanted.
+    void rename(Renaming& renaming) const {
+        if (wanted_) {
+            forEachFile([&](char letter, int index) {
+                return renaming.inFile(letter, index, [&](std::string_view code) {
+                    return refersTo(letter, code) == refers_;
+                });
+            });
+        }
+    }
+
+  private:
+    /// Calls `visit(letter, index)` for the files that may hold such references, until it returns
+    /// false; false then.
+    template <typename Visit>
+    bool forEachFile(const Visit& visit) const {
+        for (const auto& kind : groupKinds()) {
+            if (!hasReferences(kind.letter, refers_)) {
+                continue;
+            }
+            for (int index = kLeastGroupIndex; index <= kMostGroupIndex; ++index) {
+                if (!visit(kind.letter, index)) {
+                    return false;
+                }
+            }
+        }
+        return true;
+    }
+
+    bool gather(DocumentContext& context, UserInterface* parent,
+                std::vector<std::string>& codes) const {
+        return forEachFile([&](char letter, int index) {
+            const auto status = forEachCommand(
+                context.reader, context.files.path(groupFile(letter, index)),
+                [&](const std::string& command) {
+                    const auto view = viewCommand(command);
+                    if (refersTo(letter, view.field) == refers_ && asName(view.value) == name_) {
+                        codes.emplace_back(view.code);
+                    }
+                    return true;
+                });
+            if (!status.ok() && !isMissing(status)) {
+                reportUnableToRead(parent, status);
+                return false;
+            }
+            return true;
+        });
+    }
+
+    Refers refers_;
+    std::string name_;
+    bool wanted_ = false;
+};
+
 /// Refuses an impossible or existing name.
 bool mayRename(const DocumentContext& context, UserInterface* parent, const std::string& newName,
                const LinkNames& taken, MessageFor<> refusal, const std::string& title) {
@@ -156,9 +243,15 @@ bool renameDataLink(SourceParts& parts, UserInterface* parent, const std::string
     if (!mayRename(context, parent, newName, taken, 374, kNewLink)) {
         return false;
     }
+    OtherReferences others(Refers::OtherLink, oldName);
+    if (!others.ask(context, parent, kNewLink)) {
+        return false;
+    }
     ProgressScope progress(parent, ProgressMode::WithCancel);
     Renaming renaming(context, parent, OperationId::RenameLink, oldName, newName);
-    renameInLinkingGroups(renaming, parent);
+    if (renameInLinkingGroups(renaming, parent)) {
+        others.rename(renaming);
+    }
     const bool done = renaming.finish();
     progress.close();
     setProgressBar(parent, -1);
@@ -184,7 +277,6 @@ bool askRenameDataLink(SourceParts& parts, UserInterface* parent, const std::str
 bool renameDataSource(SourceParts& parts, UserInterface* parent, const std::string& oldName,
                       const std::string& newName) {
     auto& context = parts.context;
-    ProgressScope progress(parent, ProgressMode::WithCancel);
     setStatusText(parent, "Validating Data Source Names");
     LinkNames taken;
     if (!gatherSourceNames(context, parent, taken)) {
@@ -195,9 +287,12 @@ bool renameDataSource(SourceParts& parts, UserInterface* parent, const std::stri
                 kNewSource);
         return false;
     }
-    if (!mayRename(context, parent, newName, taken, 141, kNewSource)) {
+    OtherReferences others(Refers::OtherSource, oldName);
+    if (!mayRename(context, parent, newName, taken, 141, kNewSource) ||
+        !others.ask(context, parent, kNewSource)) {
         return false;
     }
+    ProgressScope progress(parent, ProgressMode::WithCancel);
     setStatusText(parent, "Changing Data Source Names");
     Renaming renaming(context, parent, OperationId::RenameSource, oldName, newName);
     renaming.inFile(
@@ -211,6 +306,7 @@ bool renameDataSource(SourceParts& parts, UserInterface* parent, const std::stri
             }
         }
     }
+    others.rename(renaming);
     const bool done = renaming.finish();
     progress.close();
     setStatusText(parent, {});

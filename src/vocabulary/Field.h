@@ -32,6 +32,8 @@ enum class Refers {
     LinkName,
     Link,         ///< gives the stream a home: it is multiplexed, recorded or embedded there
     LinkMention,  ///< follows when the link is renamed, but is no home
+    OtherSource,  ///< names a source, and follows its rename only if the user agrees
+    OtherLink,    ///< the same with a link; is no home
     MeasurementName,
     Measurement,
 };

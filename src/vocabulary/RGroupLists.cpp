@@ -215,7 +215,8 @@ constexpr auto kEventFields = std::to_array<Field>({
      .page = "Tape6",
      .firstEdition = 2011,
      .element = "RecordingEventDefinitions/RecordingEvent/EventProcessing/DataLink",
-     .list = "EV\\N"},
+     .list = "EV\\N",
+     .refersTo = Refers::OtherLink},
 });
 
 constexpr auto kEventMeasurementFields = std::to_array<Field>({

@@ -115,6 +115,13 @@ Refers refersTo(char letter, std::string_view field) {
     return Refers::No;
 }
 
+bool hasReferences(char letter, Refers refers) {
+    const auto* const patterns = patternsOf(letter);
+    return patterns != nullptr &&
+           std::any_of(patterns->begin(), patterns->end(),
+                       [refers](const Pattern& pattern) { return pattern.refers == refers; });
+}
+
 bool mayRefer(char letter, std::string_view field) {
     const auto* const patterns = patternsOf(letter);
     return patterns != nullptr && !field.empty() &&

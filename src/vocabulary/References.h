@@ -17,6 +17,9 @@ namespace kavu {
 /// character, for a pass over all commands.
 [[nodiscard]] bool mayRefer(char letter, std::string_view field);
 
+/// True if fields of the group refer so.
+[[nodiscard]] bool hasReferences(char letter, Refers refers);
+
 /// Characters of the name of a data source, a data link or a measurement.
 inline constexpr int kNameLimit = 32;
 

@@ -189,6 +189,47 @@ class SourceTest(kavu.KavuTest):
         self.assertEqual(result.json["questions"][0]["title"], 83)
         self.assertIsNone(after)
 
+    def test_other_references_are_listed_and_follow_only_if_asked_to(self):
+        data = OTHER + b"R-1\\DSI-1:Pod;R-1\\EV\\N:1;R-1\\EV\\DLN-1:Pod Bus;"
+        for command, old, code in ((("source", "rename", "in.tma", "Pod", "New"), "Pod", "R-1\\DSI-1"),
+                                   (("link", "rename", "in.tma", "Pod Bus", "New"), "Pod Bus",
+                                    "R-1\\EV\\DLN-1")):
+            for options, reply in (((), "no"), (("--all-references",), "yes")):
+                self.write("in.tma", data)
+                result = self.run_json("--answer-all", "yes", *command, *options, "-o", "out.tma")
+                asked = [each for each in result.json["questions"]
+                         if each.get("name") == "all-references"]
+                self.assertEqual([each["reply"] for each in asked], [reply], result)
+                self.assertIn("'%s'" % old, asked[0]["text"])
+                self.assertIn("\n%s\n" % code, asked[0]["text"])
+                value = "New" if reply == "yes" else old
+                self.assertIn(("%s:%s;\r\n" % (code, value)).encode(), self.read("out.tma"))
+                os.remove(self.path("out.tma"))
+        result = self.run_json("--answer", "all-references=cancel", "source", "rename", "in.tma", "Pod",
+                               "New", "-o", "out.tma")
+        self.assertEqual(result.status, FAILED)
+        self.assertFalse(self.exists("out.tma"))
+
+    def test_delete_says_before_what_else_goes_and_can_leave_it(self):
+        data = OTHER + (b"T-2\\ID:Stray;M-3\\ID:Stray;M-3\\BB\\DLN:Loose;P-3\\DLN:Loose;P-3\\TF:ONE;"
+                        b"D-3\\DLN:Loose;D-3\\ML\\N:0;")
+        for options, reply in (((), "yes"), (("--answer", "unreferenced=no"), "no")):
+            self.write("in.tma", data)
+            result = self.run_json("--answer", "140=yes", *options, "source", "delete", "in.tma", "Pod",
+                                   "-o", "out.tma")
+            question = result.json["questions"][-1]
+            self.assertEqual((question["name"], question["reply"]), ("unreferenced", reply), result)
+            for group in ("T-2 'Stray'", "M-3 'Stray'", "P-3 'Loose'", "D-3 'Loose'"):
+                self.assertIn(group, question["text"])
+            saved = self.read("out.tma")
+            for line in (b"T-1\\ID:Stray;", b"M-2\\BB\\DLN:Loose;", b"D-1\\DLN:Loose;"):
+                self.assertEqual(line in saved, reply == "no", line)
+            self.assertNotIn(b"ID:Pod;", saved)
+            os.remove(self.path("out.tma"))
+        result = self.run_json("--answer", "140=yes", "--answer", "unreferenced=cancel", "source",
+                               "delete", "in.tma", "Pod", "-o", "out.tma")
+        self.assertEqual(result.status, FAILED)
+
     def test_delete_all(self):
         name = "in.tma"
         self.write(name, self.sample())

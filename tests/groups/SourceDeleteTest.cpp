@@ -1,4 +1,5 @@
 #include "core/document/GroupFiles.h"
+#include "core/talk/QuestionNames.h"
 #include "groups/DataSources.h"
 #include "support/SourceStage.h"
 
@@ -126,16 +127,63 @@ TEST_F(SourceDeleteTest, AListWithoutACountLosesOnlyTheRowThatIsDeleted) {
     EXPECT_TRUE(t.has(groupFile('R', 1)));
 }
 
-TEST_F(SourceDeleteTest, WhatNobodyHasNamedGoesWithARemark) {
-    EXPECT_TRUE(remove("Second"));
-    EXPECT_TRUE(t.ui.notes.empty());
+void addStrays(test::SourceStage& t) {
     t.write(groupFile('T', 7), "T-7\\ID:Stray;\r\n");
     t.write(groupFile('M', 7), "M-7\\ID:Stray;\r\nM-7\\BB\\DLN:Loose;\r\n");
     t.write(groupFile('D', 7), "D-7\\DLN:Loose;\r\n");
+    t.write(groupFile('D', 8), "D-8\\DLN:Lost;\r\n");
+}
+
+// It was a remark after the deletion once, when it was too late.
+TEST_F(SourceDeleteTest, WhatNobodyHasNamedIsNamedBeforeItGoes) {
+    EXPECT_TRUE(remove("Second"));
+    EXPECT_EQ(t.ui.boxes.size(), 1u) << "nothing to ask about";
+    addStrays(t);
+    t.ui.queued = {Button::Yes};
     EXPECT_TRUE(remove("Recorder"));
-    EXPECT_EQ(t.ui.notes,
-              (std::vector<std::string>{"'Stray' was removed as well: nothing names it.",
-                                        "'Loose' was removed as well: nothing names it."}));
+    EXPECT_EQ(t.ui.boxes.back().name, question::kUnreferenced);
+    EXPECT_THAT(t.ui.boxes.back().text, HasSubstr("\n\nT-7 'Stray'\nM-7 'Stray'\nD-7 'Loose'\n"
+                                                  "D-8 'Lost'\n\n"));
+    EXPECT_THAT(t.ui.notes, IsEmpty());
+    for (const auto& [name, bytes] : t.files()) {
+        EXPECT_THAT(bytes, Not(HasSubstr("Stray"))) << name;
+        EXPECT_THAT(bytes, Not(HasSubstr("Lost"))) << name;
+    }
+}
+
+TEST_F(SourceDeleteTest, WhatNobodyHasNamedCanBeLeft) {
+    addStrays(t);
+    t.ui.queued = {Button::No};
+    EXPECT_TRUE(remove("Second"));
+    EXPECT_EQ(listDataSources(t.context, nullptr), 2);
+    EXPECT_EQ(t.read(groupFile('T', 2)), "T-2\\ID:Stray;\r\n");
+    std::string all;
+    for (const auto& [name, bytes] : t.files()) {
+        all += bytes;
+    }
+    EXPECT_THAT(all, HasSubstr("\\BB\\DLN:Loose;"));
+    EXPECT_THAT(all, HasSubstr("\\DLN:Loose;\r\n"));
+    EXPECT_THAT(all, HasSubstr("\\DLN:Lost;"));
+    EXPECT_THAT(all, Not(HasSubstr("Second")));
+}
+
+TEST_F(SourceDeleteTest, CancelAtWhatNobodyHasNamedDeletesNothing) {
+    addStrays(t);
+    const auto before = t.files();
+    t.ui.queued = {Button::Cancel};
+    EXPECT_FALSE(remove("Second"));
+    EXPECT_EQ(t.files(), before);
+    EXPECT_FALSE(t.document.changed);
+}
+
+// The group is deleted because the user wants it, though it is in no row of the list.
+TEST_F(SourceDeleteTest, TheOwnGroupsOfASourceInNoRowAreNotAskedAbout) {
+    t.write(groupFile('T', 7), "T-7\\ID:Stray;\r\n");
+    t.write(groupFile('M', 7), "M-7\\ID:Stray;\r\nM-7\\BB\\DLN:Loose;\r\n");
+    t.write(groupFile('D', 7), "D-7\\DLN:Loose;\r\n");
+    EXPECT_TRUE(remove("Stray"));
+    EXPECT_EQ(t.ui.boxes.size(), 1u);
+    EXPECT_FALSE(t.has(groupFile('D', 7)));
 }
 
 // --- the way back ---------------------------------------------------------------------------

@@ -1,5 +1,6 @@
 #include "core/document/GroupFiles.h"
 #include "core/document/Transaction.h"
+#include "core/talk/QuestionNames.h"
 #include "support/SourceStage.h"
 
 #include <gmock/gmock.h>
@@ -52,6 +53,51 @@ TEST_F(SourceRenameTest, SubcarriersBusesMessagesAndPamAreRenamedToo) {
         EXPECT_EQ(t.read(groupFile(letter, 7)), formatPrintf("%c-7\\DLN:New;\r\n", letter));
     }
     EXPECT_THAT(t.read(groupFile('P', 2)), HasSubstr("P-2\\ADM\\DMN-1:New;"));
+}
+
+constexpr const char* kEventOfA =
+    "R-1\\ID:Recorder;\r\nR-1\\EV\\N:2;\r\nR-1\\EV\\DLN-1:Link A;\r\n"
+    "R-1\\EV\\DLN-2:Link B;\r\n";
+
+TEST_F(SourceRenameTest, OtherReferencesToALinkAreShownAndStayWithoutAYes) {
+    t.write(groupFile('R', 1), kEventOfA);
+    EXPECT_TRUE(link("Link A", "New"));
+    ASSERT_EQ(t.ui.boxes.size(), 1u);
+    EXPECT_EQ(t.ui.boxes[0].name, question::kAllReferences);
+    EXPECT_EQ(t.ui.boxes[0].defaultButton, Button::No);
+    EXPECT_THAT(t.ui.boxes[0].text, HasSubstr("'Link A'"));
+    EXPECT_THAT(t.ui.boxes[0].text, HasSubstr("\n\nR-1\\EV\\DLN-1\n\n"));
+    EXPECT_EQ(t.read(groupFile('R', 1)), kEventOfA);
+    EXPECT_THAT(t.read(groupFile('D', 1)), HasSubstr("D-1\\DLN:New;"));
+}
+
+TEST_F(SourceRenameTest, OtherReferencesFollowIfTheUserAgrees) {
+    t.write(groupFile('R', 1), kEventOfA);
+    t.ui.queued = {Button::Yes};
+    EXPECT_TRUE(link("Link A", "New"));
+    EXPECT_THAT(t.read(groupFile('R', 1)), HasSubstr("R-1\\EV\\DLN-1:New;\r\n"
+                                                     "R-1\\EV\\DLN-2:Link B;"));
+    t.write(groupFile('R', 1), "R-1\\ID:Recorder;\r\nR-1\\DSI-1:First;\r\nR-1\\DSI-2:Second;\r\n");
+    t.ui.queued = {Button::Yes};
+    EXPECT_TRUE(source("First", "Aircraft"));
+    EXPECT_THAT(t.ui.boxes.back().text, HasSubstr("R-1\\DSI-1\n\n"));
+    EXPECT_EQ(t.read(groupFile('R', 1)),
+              "R-1\\ID:Recorder;\r\nR-1\\DSI-1:Aircraft;\r\nR-1\\DSI-2:Second;\r\n");
+}
+
+TEST_F(SourceRenameTest, CancelAtOtherReferencesRenamesNothing) {
+    t.write(groupFile('R', 1), kEventOfA);
+    const auto before = t.files();
+    t.ui.queued = {Button::Cancel};
+    EXPECT_FALSE(link("Link A", "New"));
+    EXPECT_EQ(t.files(), before);
+    EXPECT_FALSE(t.document.changed);
+}
+
+TEST_F(SourceRenameTest, OtherReferencesStayWithoutAParent) {
+    t.write(groupFile('R', 1), kEventOfA);
+    EXPECT_TRUE(renameDataLink(t.parts, nullptr, "Link A", "New"));
+    EXPECT_EQ(t.read(groupFile('R', 1)), kEventOfA);
 }
 
 TEST_F(SourceRenameTest, OnlyWholeValuesAreReplaced) {

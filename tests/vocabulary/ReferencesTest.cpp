@@ -119,13 +119,23 @@ TEST(References, AreThoseOfTheListsOfCodesForEveryCodeOfEveryGroup) {
             }
         }
     }
-    EXPECT_EQ(met.size(), 8U) << "each of them was met";
+    EXPECT_EQ(met.size(), 10U) << "each of them was met";
+}
+
+TEST(References, OthersFollowARenameOnlyIfTheUserAgrees) {
+    EXPECT_EQ(refersTo('R', "DSI-3"), Refers::OtherSource);
+    EXPECT_EQ(refersTo('G', "DSI-3"), Refers::SourceName);
+    EXPECT_EQ(refersTo('R', "EV\\DLN-2"), Refers::OtherLink);
+    EXPECT_FALSE(namesLink(Refers::OtherLink));
+    EXPECT_TRUE(hasReferences('R', Refers::OtherSource));
+    EXPECT_TRUE(hasReferences('R', Refers::OtherLink));
+    EXPECT_FALSE(hasReferences('G', Refers::OtherSource));
+    EXPECT_FALSE(hasReferences('?', Refers::OtherLink));
 }
 
 TEST(References, AnEventMentionsALinkAndGivesItNoHome) {
     EXPECT_EQ(refersTo('R', "EV\\MS-1"), Refers::LinkMention);
     EXPECT_TRUE(namesLink(Refers::LinkMention));
-    EXPECT_EQ(refersTo('R', "EV\\DLN-1"), Refers::No);
 }
 
 TEST(References, AreOfGroupsWithACapitalLetterAlone) {

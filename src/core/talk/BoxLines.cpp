@@ -20,4 +20,20 @@ void addLines(MessageBox& box, const std::vector<std::string>& lines) {
     }
 }
 
+Button askAboutLines(UserInterface& parent, const LinesQuestion& question,
+                     const std::vector<std::string>& lines) {
+    MessageBox box;
+    box.name = question.name;
+    box.title = question.title;
+    box.icon = Icon::Question;
+    box.buttons = Buttons::YesNoCancel;
+    box.defaultButton = question.defaultButton;
+    box.yesText = question.yes;
+    box.noText = question.no;
+    box.text = question.before + "\n\n";
+    addLines(box, lines);
+    box.text += "\n" + question.after;
+    return parent.message(box);
+}
+
 }  // namespace kavu

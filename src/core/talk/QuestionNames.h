@@ -16,10 +16,15 @@ inline constexpr std::string_view kRestore = "restore";
 inline constexpr std::string_view kAdjust = "adjust";
 /// What a save does with a file that another program has changed; yes overwrites it.
 inline constexpr std::string_view kChangedFile = "changed-file";
+/// Whether a rename takes along the references that it otherwise leaves as they are.
+inline constexpr std::string_view kAllReferences = "all-references";
+/// Whether the groups that belong to no data source go with one that is deleted.
+inline constexpr std::string_view kUnreferenced = "unreferenced";
 }  // namespace question
 
-inline constexpr auto kQuestionNames = std::to_array<std::string_view>(
-    {question::kRestore, question::kAdjust, question::kChangedFile});
+inline constexpr auto kQuestionNames =
+    std::to_array<std::string_view>({question::kRestore, question::kAdjust, question::kChangedFile,
+                                     question::kAllReferences, question::kUnreferenced});
 
 [[nodiscard]] constexpr bool isQuestionName(std::string_view name) {
     return std::find(kQuestionNames.begin(), kQuestionNames.end(), name) != kQuestionNames.end();

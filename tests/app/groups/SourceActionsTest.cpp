@@ -1,9 +1,11 @@
 // The entries of the tree that change the set of data sources, from the menu entry to the
 // file.
+#include "app/framework/QtText.h"
 #include "app/groups/GroupForms.h"
 #include "app/shell/MainWindow.h"
 #include "app/shell/TreePanel.h"
 #include "app/support/TestDoor.h"
+#include "app/support/WidgetChecks.h"
 #include "application/Application.h"
 #include "application/DocumentService.h"
 #include "core/WorkingStore.h"
@@ -14,6 +16,7 @@
 
 #include <filesystem>
 
+#include <QLabel>
 #include <QListWidget>
 #include <QTreeView>
 #include <gmock/gmock.h>
@@ -52,6 +55,18 @@ class SourceActionsTest : public ::testing::Test {
     void answer(const char* button) {
         door.next([button](QDialog& dialog) { press(dialog, button); });
     }
+    /// The next dialog shows this, and gets the button.
+    void answerAbout(const char* part, const char* button) {
+        door.next([part, button](QDialog& dialog) {
+            EXPECT_EQ(test::checkWindow(dialog), std::vector<std::string>{});
+            QString text;
+            for (const auto* const label : dialog.findChildren<QLabel*>()) {
+                text += label->text();
+            }
+            EXPECT_TRUE(text.contains(QLatin1String(part))) << toBytes(text);
+            press(dialog, button);
+        });
+    }
     void enter(const char* text) {
         door.next([text](QDialog& dialog) {
             type(dialog, "value", QLatin1String(text));
@@ -66,6 +81,11 @@ class SourceActionsTest : public ::testing::Test {
     bool treeHas(TreeKind kind, const std::string& name) {
         const auto* const view = window->tree().findChild<QTreeView*>();
         return static_cast<TreeModel*>(view->model())->indexOf(kind, name).isValid();
+    }
+    void put(char letter, int index, std::string_view bytes) {
+        auto& context = application.context();
+        const LoadScope load(context.files);
+        test::writeFile(context.store.pathOf(groupFile(letter, index)), bytes);
     }
     std::string file(char letter, int index) {
         return test::readFile(application.context().store.pathOf(groupFile(letter, index)));
@@ -97,6 +117,28 @@ TEST_F(SourceActionsTest, RenameStream) {
     request(TreeAction::RenameStream, {.kind = TreeKind::Stream, .name = "Link A"});
     EXPECT_TRUE(treeHas(TreeKind::Stream, "Renamed"));
     EXPECT_THAT(file('D', 1), HasSubstr("D-1\\DLN:Renamed;"));
+}
+
+TEST_F(SourceActionsTest, ARenameAsksAboutTheReferencesThatItLeaves) {
+    put('R', 1, "R-1\\ID:Recorder;\r\nR-1\\N:1;\r\nR-1\\TK1-1:1;\r\nR-1\\DSI-1:First;\r\n");
+    enter("Renamed");
+    answerAbout("R-1\\DSI-1", "cancel");
+    request(TreeAction::Rename, source("First"));
+    EXPECT_THAT(sources(), ElementsAre("First", "Second", "Recorder"));
+    enter("Renamed");
+    answerAbout("R-1\\DSI-1", "yes");
+    request(TreeAction::Rename, source("First"));
+    EXPECT_THAT(sources(), ElementsAre("Renamed", "Second", "Recorder"));
+    EXPECT_THAT(file('R', 1), HasSubstr("R-1\\DSI-1:Renamed;"));
+}
+
+TEST_F(SourceActionsTest, ADeleteNamesWhatElseGoesAndCanLeaveIt) {
+    put('M', 7, "M-7\\ID:Stray;\r\nM-7\\BB\\DLN:Loose;\r\n");
+    answer("yes");
+    answerAbout("M-7 'Stray'", "no");
+    request(TreeAction::Delete, source("Second"));
+    EXPECT_THAT(sources(), ElementsAre("First", "Recorder"));
+    EXPECT_THAT(file('M', 3), HasSubstr("M-3\\ID:Stray;"));
 }
 
 TEST_F(SourceActionsTest, Delete) {
