@@ -34,19 +34,6 @@ class UnreadableTest(kavu.KavuTest):
         self.assertIn("folder.tma", text)
         self.assertIn("Is a directory", text)
 
-    def test_a_device_or_a_pipe_in_place_of_a_file(self):
-        os.mkfifo(self.path("pipe.tma"))
-        self.write("in.tma", SIMPLE)
-        for name in ("pipe.tma", "/dev/zero", "/dev/null"):
-            for arguments in (["check"], ["tree"], ["save", "-o", "out.tma"]):
-                text = self.refused(arguments[0], name, *arguments[1:])
-                self.assertIn("Unable to open '%s'" % name, text)
-                self.assertIn("device or a pipe", text)
-            result = self.run_json("source", "import", "in.tma", name, "RF 1", "-o", "out.tma")
-            self.assertEqual(result.status, FAILED, result)
-            self.assertIn("device or a pipe", result.json["messages"][0]["text"])
-        self.assertEqual(sorted(os.listdir(self.work)), ["in.tma", "pipe.tma"])
-
     def test_a_file_without_read_permission(self):
         path = self.write("in.tma", SIMPLE)
         os.chmod(path, 0)
@@ -157,6 +144,32 @@ class StandardOutputTest(kavu.KavuTest):
         os.close(write)
         self.assertEqual(result.status, FAILED)
         self.assertIn(b"Broken pipe", result.err)
+
+
+class NameTest(kavu.KavuTest):
+    """What a name on the command line means."""
+
+    def test_quotes_and_outer_blanks_are_part_of_a_name(self):
+        for name in (" a.tma", "a.tma ", '"a".tma', "' a '", '"a"'):
+            self.write(name, "G\\106:11;G\\PN:%s;" % len(name))
+            result = self.run_json("get", name, "G\\PN")
+            self.assertEqual(result.status, CLEAN, result)
+            self.assertEqual((result.json["file"], result.json["values"]),
+                             (name, {"G\\PN": [str(len(name))]}))
+
+    def test_what_is_no_file_is_refused_by_name(self):
+        os.mkfifo(self.path("pipe.tma"))
+        os.mkdir(self.path("folder.tma"))
+        os.symlink("pipe.tma", self.path("link.tma"))
+        self.write("in.tma", "G\\106:11;")
+        for name in ("pipe.tma", "folder.tma", "link.tma", "/dev/null", "/dev/zero"):
+            for command in (("check", name), ("save", name, "-o", "out.tma"),
+                            ("source", "import", "in.tma", name, "X", "-o", "out.tma")):
+                result = self.run_json(*command)
+                self.assertEqual(result.status, FAILED, result)
+                self.assertIn("Unable to open '%s'\n\nReason: Is a" % name,
+                              "".join(each["text"] for each in result.json["messages"]))
+                self.assertFalse(self.exists("out.tma"))
 
 
 if __name__ == "__main__":

@@ -127,20 +127,35 @@ int askOpenTmatsFile(DocumentContext& context, UserInterface* parent, std::strin
     return choice->filterIndex;
 }
 
-std::string fileOfName(const std::string& name) {
-    std::string path = replaceAll(name, "\"", "");
-    path = std::string(trim(path));
-    // A file that cannot be reached is no reason to open another one instead.
+namespace {
+
+/// The file of this name, or of the name with an extension; nothing if there is none.
+std::optional<std::string> findFile(const std::string& name) {
     PathKind kind = PathKind::Missing;
-    if (!path.empty() && probePath(path, kind).ok() && kind == PathKind::Missing) {
-        for (const char* const extension : {".tma", ".tmt"}) {
-            if (fileExists(path + extension)) {
-                path += extension;
-                break;
-            }
+    if (name.empty()) {
+        return std::nullopt;
+    }
+    // A file that cannot be reached is no reason to open another one instead.
+    if (!probePath(name, kind).ok() || kind != PathKind::Missing) {
+        return name;
+    }
+    for (const char* const extension : {".tma", ".tmt"}) {
+        if (fileExists(name + extension)) {
+            return name + extension;
         }
     }
-    return path;
+    return std::nullopt;
+}
+
+}  // namespace
+
+std::string fileOfName(const std::string& name) {
+    // Quotes and blanks may be part of a file's name.
+    if (auto found = findFile(name)) {
+        return *found;
+    }
+    std::string bare(trim(replaceAll(name, "\"", "")));
+    return findFile(bare).value_or(bare);
 }
 
 bool openFromName(DocumentContext& context, UserInterface* parent, const std::string& name) {

@@ -24,8 +24,8 @@ struct LoadOptions {
 /// it be closed. The log of the whole load is shown at its end, once.
 bool loadDocument(DocumentContext& context, UserInterface* parent, const std::string& path,
                   const LoadOptions& options = {});
-/// The file that a name from outside means: quotes are removed, blanks trimmed, and if no
-/// file has that name, ".tma" and ".tmt" are tried after it.
+/// The file that a name from outside means: the name itself, or with ".tma" or ".tmt" after it; if
+/// no file has such a name, the same with its quotes removed and blanks trimmed.
 [[nodiscard]] std::string fileOfName(const std::string& name);
 /// Opens that file.
 bool openFromName(DocumentContext& context, UserInterface* parent, const std::string& name);

@@ -41,12 +41,13 @@ bool openFileChecked(UserInterface* parent, const std::string& path, ByteSource&
         showBox(parent, "No pathname was entered", kOpenTitle);
         return false;
     }
-    // A device may never end, and a pipe that nobody writes to looks like an empty file.
+    // A pipe without a writer would be an empty file, and a device has no end.
     PathKind kind = PathKind::Missing;
     if (probeNamed(path, kind).ok() && kind == PathKind::Other) {
-        showBox(parent,
-                formatPrintf("Unable to open '%s'\n\nReason: It is a device or a pipe", path),
-                kOpenTitle);
+        showBox(
+            parent,
+            formatPrintf("Unable to open '%s'\n\nReason: Is a pipe or a device, not a file", path),
+            kOpenTitle);
         return false;
     }
     const auto status = source.open(path);

@@ -16,7 +16,8 @@ enum class OverwritePolicy {
     BackUpOnly = -1,   ///< only back it up
 };
 
-/// Opens for reading; reports a failure to the parent. Devices and pipes are refused.
+/// Opens a file for reading; reports a failure to the parent. A folder, a pipe and a device are
+/// none.
 bool openFileChecked(UserInterface* parent, const std::string& path, ByteSource& source);
 /// Opens for writing, with the question and the backup of the policy. Without a parent the
 /// answer is No. An existing file is overwritten in place, so its links, owner and mode

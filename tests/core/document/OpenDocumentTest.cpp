@@ -6,6 +6,7 @@
 #include "support/TestContext.h"
 
 #include <filesystem>
+#include <sys/stat.h>
 
 namespace kavu::test {
 namespace {
@@ -171,6 +172,33 @@ class PresentFolder {
   private:
     std::filesystem::path before_;
 };
+
+TEST_F(OpenDocumentTest, QuotesAndBlanksOfAFilesOwnNameStay) {
+    for (const char* const name : {" flight.tma", "flight.tma ", "\"flight\".tma"}) {
+        const auto path = file(name, "G\\PN:A;");
+        EXPECT_TRUE(openFromName(t.context, &t.ui, path)) << path;
+        EXPECT_EQ(t.document.path, path);
+    }
+    const PresentFolder here(t.folder.path());
+    EXPECT_EQ(fileOfName(" flight"), " flight.tma");
+    EXPECT_EQ(fileOfName("\"flight\""), "\"flight\".tma");
+    // Without such a file the name means what it means without them.
+    EXPECT_EQ(fileOfName("\" flight\""), "flight");
+}
+
+TEST_F(OpenDocumentTest, AFolderAPipeAndADeviceAreRefused) {
+    const auto pipe = t.folder / "pipe.tma";
+    const auto folder = t.folder / "folder.tma";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    ASSERT_TRUE(makeFolder(folder).ok());
+    for (const auto& path : {pipe, folder, std::string("/dev/zero"), std::string("/dev/null")}) {
+        EXPECT_FALSE(openFromName(t.context, &t.ui, path)) << path;
+        EXPECT_NE(t.ui.boxes.back().text.find("Unable to open '" + path), std::string::npos)
+            << path;
+        EXPECT_EQ(t.ui.boxes.back().title, "Unable To Open File");
+        EXPECT_TRUE(t.ui.notes.empty());
+    }
+}
 
 TEST_F(OpenDocumentTest, ThePathOfTheDocumentIsAbsoluteWhateverTheNameWas) {
     const auto path = file("flight.tma", "G\\PN:A;");

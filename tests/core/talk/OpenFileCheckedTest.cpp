@@ -60,7 +60,8 @@ TEST_F(OpenFileCheckedTest, ADeviceOrAPipeIsNoFileToRead) {
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     for (const std::string& path : {pipe, std::string("/dev/zero")}) {
         EXPECT_FALSE(openForReading(path, &ui));
-        expectOneBox(kTitle, "Unable to open '" + path + "'\n\nReason: It is a device or a pipe");
+        expectOneBox(kTitle,
+                     "Unable to open '" + path + "'\n\nReason: Is a pipe or a device, not a file");
         EXPECT_FALSE(openForReading(path, nullptr));
     }
 }
