@@ -17,6 +17,9 @@ void ChunkScan::run(std::string& bytes, bool severalLines, int edition, RecordUs
     forEachRawCommand(bytes, severalLines, [&](const RawCommand& command) {
         ++commands;
         if (command.value.empty()) {
+            if (!isNaming(command)) {
+                use.add(command, nullptr);
+            }
             return;
         }
         if (isNaming(command)) {

@@ -53,6 +53,14 @@ bool RecordCheck::close() {
                                "be saved, the first: %s",
                                static_cast<long>(leftOut_), firstLeftOut_));
     }
+    if (restyled_ > 0 && parent_ != nullptr) {
+        parent_->loadRemark(
+            restyled_ == 1
+                ? "A command of a C group is saved in another spelling: " + firstRestyled_
+                : formatPrintf(
+                      "%d commands of C groups are saved in another spelling, the first: %s",
+                      static_cast<long>(restyled_), firstRestyled_));
+    }
     return true;
 }
 
@@ -91,6 +99,7 @@ bool RecordCheck::check(RawGroup::Chunk& chunk, const ChunkScan& scan, double pe
 
 void RecordCheck::takeFinding(const RecordUse::Finding& finding) {
     leaveOut(finding.leftOut, finding.example);
+    restyle(finding.restyled, finding.restyledExample);
     for (const auto& count : finding.counts) {
         const auto code = formatPrintf("C-%ld\\%s", static_cast<long>(finding.index), count.code);
         const auto text =
@@ -105,6 +114,11 @@ void RecordCheck::takeFinding(const RecordUse::Finding& finding) {
 void RecordCheck::leaveOut(std::size_t commands, std::string_view example) {
     firstLeftOut_ = leftOut_ == 0 && commands > 0 ? shown(example) : firstLeftOut_;
     leftOut_ += commands;
+}
+
+void RecordCheck::restyle(std::size_t commands, std::string_view example) {
+    firstRestyled_ = restyled_ == 0 && commands > 0 ? shown(example) : firstRestyled_;
+    restyled_ += commands;
 }
 
 bool RecordCheck::checkName(RawGroup::Chunk& chunk, const ChunkScan::Notable& notable,
@@ -128,6 +142,10 @@ bool RecordCheck::checkName(RawGroup::Chunk& chunk, const ChunkScan::Notable& no
         chunk.refused.push_back(notable.at);
         groups_[command.index].isRefused = true;
         return true;
+    }
+    // "C-x" counts as a number, too, and "dcn" as a name.
+    if (!command.line.starts_with(formatPrintf("C-%ld\\DCN", static_cast<long>(command.index)))) {
+        restyle(1, command.line);
     }
     auto& to = groups_[command.index];
     if (!to.name.empty()) {

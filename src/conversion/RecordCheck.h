@@ -33,7 +33,7 @@ class RecordCheck {
     /// document counts as changed where a value or a record is not kept.
     bool check(RawGroup::Chunk& chunk, const ChunkScan& scan, double percent);
     /// Closes the working file; false if it was not complete. Notes how many groups have no
-    /// name, and how many commands are no part of their record.
+    /// name, how many commands are no part of their record, and how many change their spelling.
     bool close();
 
     /// True if a record has a key of the program: what is to be done with it is known only
@@ -48,6 +48,7 @@ class RecordCheck {
     };
     bool checkName(RawGroup::Chunk& chunk, const ChunkScan::Notable& notable, double percent);
     void takeFinding(const RecordUse::Finding& finding);
+    void restyle(std::size_t commands, std::string_view example);
     void leaveOut(std::size_t commands, std::string_view example);
     void reportTooLong(const ChunkScan::Notable& notable);
     void showProgress(std::string_view name, double percent);
@@ -60,6 +61,8 @@ class RecordCheck {
     int unnamed_ = 0;          ///< group indices without a name
     std::size_t leftOut_ = 0;  ///< commands that are no part of their record
     std::string firstLeftOut_;
+    std::size_t restyled_ = 0;  ///< commands that are written in another spelling
+    std::string firstRestyled_;
     std::size_t polled_ = 0;  ///< commands since the user interface was last asked
     bool foundKeysOfTheProgram_ = false;
     FileWriter namesFile_;

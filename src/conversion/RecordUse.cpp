@@ -2,8 +2,12 @@
 
 #include "conversion/RawChunk.h"
 #include "conversion/RawRecords.h"
+#include "core/command/CommandPath.h"
+#include "core/text/Text.h"
 
 #include <algorithm>
+#include <string>
+#include <unordered_map>
 
 namespace kavu {
 
@@ -22,35 +26,75 @@ void RecordUse::find(std::vector<Finding>& findings) {
         const auto last = std::find_if(first, fields_.end(), [first](const Field& field) {
             return field.index != first->index;
         });
-        if (auto finding = findingOf({first, last});
-            finding.leftOut > 0 || !finding.counts.empty()) {
+        auto finding = findingOf({first, last});
+        if (finding.leftOut + finding.restyled > 0 || !finding.counts.empty()) {
             findings.push_back(std::move(finding));
         }
         first = last;
     }
 }
 
+namespace {
+
+void leaveOut(RecordUse::Finding& finding, std::string_view line) {
+    finding.example = finding.leftOut++ == 0 ? line : finding.example;
+}
+
+}  // namespace
+
+void RecordUse::take(const Field& field, Finding& finding) {
+    if (field.row == nullptr || field.row->isOfTheProgram) {
+        leaveOut(finding, field.line);
+        return;
+    }
+    const auto value = trimBlanks(field.value);
+    if (!record_.put(*field.row, field.code, value)) {
+        // Of two with one code the later one counts.
+        const auto before = std::find_if(
+            taken_.begin(), taken_.end(),
+            [&field](const Field* const each) { return equalsIgnoreCase(each->code, field.code); });
+        const bool isReplaced = before != taken_.end();
+        leaveOut(finding, isReplaced ? (*before)->line : field.line);
+        if (!isReplaced) {
+            return;
+        }
+        taken_.erase(before);
+    }
+    taken_.push_back(&field);
+    if (value.size() != field.value.size() || codeHead(field.code) != field.row->code) {
+        finding.restyledExample = finding.restyled++ == 0 ? field.line : finding.restyledExample;
+    }
+}
+
+const RecordUse::Field* RecordUse::findRepeated() const {
+    std::unordered_map<std::string, const Field*> last;
+    for (const auto* const field : taken_) {
+        const auto [it, isNew] = last.try_emplace(lowerAscii(field->code), field);
+        if (!isNew) {
+            return it->second;
+        }
+    }
+    return nullptr;
+}
+
 RecordUse::Finding RecordUse::findingOf(std::span<const Field> fields) {
     Finding finding{.index = fields.front().index};
-    const auto leaveOut = [&finding](const Field& field) {
-        finding.example = finding.leftOut++ == 0 ? field.line : finding.example;
-    };
     record_.clear();
     taken_.clear();
     for (const auto& field : fields) {
-        if (field.row != nullptr && record_.put(*field.row, field.code, trimBlanks(field.value))) {
-            taken_.push_back(&field);
-        } else if (field.row == nullptr || !field.row->isOfTheProgram) {
-            leaveOut(field);
-        }
+        take(field, finding);
     }
     record_.findWritten();
     for (const auto* const field : taken_) {
         if (!record_.writes(*field->row, field->code)) {
-            leaveOut(*field);
+            leaveOut(finding, field->line);
         }
     }
-    finding.leftOut += record_.repeatedItems();
+    if (const auto repeated = record_.repeatedItems(); repeated > 0) {
+        const auto* const field = finding.leftOut == 0 ? findRepeated() : nullptr;
+        finding.example = field != nullptr ? field->line : finding.example;
+        finding.leftOut += repeated;
+    }
     finding.counts = record_.countFaults();
     return finding;
 }

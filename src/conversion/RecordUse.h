@@ -23,13 +23,15 @@ class RecordUse {
         std::int64_t index = 0;
         std::size_t leftOut = 0;     ///< commands that no save of the record writes
         std::string_view example{};  ///< the first of them
+        std::size_t restyled = 0;    ///< commands that are written in another spelling
+        std::string_view restyledExample{};
         std::vector<RecordText::CountFault> counts{};
     };
 
     /// Begins with a chunk.
     void clear() { fields_.clear(); }
-    /// Takes the next command that has a value and is not a name. `row` is that of its code, or
-    /// null.
+    /// Takes the next command that is not a name. `row` is that of its code; null for a code that
+    /// no record has, and for a command without a value, which no record keeps.
     void add(const RawCommand& command, const ConversionCode* row);
     /// Adds the findings of all indices, which rise.
     void find(std::vector<Finding>& findings);
@@ -43,6 +45,9 @@ class RecordUse {
         const ConversionCode* row;  ///< null for one that no record has
     };
     [[nodiscard]] Finding findingOf(std::span<const Field> fields);
+    void take(const Field& field, Finding& finding);
+    /// An item of a list that another one with its code takes the place of; null if there is none.
+    [[nodiscard]] const Field* findRepeated() const;
 
     RecordText record_;
     std::vector<Field> fields_;

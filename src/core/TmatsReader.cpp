@@ -11,16 +11,18 @@ namespace kavu {
 
 namespace {
 
+constexpr char kFiller = 26;  // Ctrl-Z
+
 constexpr bool isLeadingSpace(char c) {
-    return c == '\n' || c == '\r' || c == '\t' || c == ' ' || c == 26;
+    return c == '\n' || c == '\r' || c == '\t' || c == ' ' || c == kFiller;
 }
 
-/// Skips what precedes a command: white space and Ctrl-Z.
-void skipLeadingSpace(ByteSource& source) {
+/// Skips what precedes a command: white space and Ctrl-Z, which are counted.
+void skipLeadingSpace(ByteSource& source, std::uint64_t& filler) {
     for (auto window = source.window(); !window.empty(); window = source.window()) {
         std::size_t at = 0;
         while (at < window.size() && isLeadingSpace(window[at])) {
-            ++at;
+            filler += window[at++] == kFiller ? 1 : 0;
         }
         source.take(at);
         if (at < window.size()) {
@@ -112,8 +114,9 @@ std::string_view wholeCommandIn(std::string_view text) {
     return isPrintable(command) || !holdsLineBreak(command) ? command : std::string_view();
 }
 
-/// Takes the next command if it is whole in the window; nothing is taken otherwise.
-std::string_view takeWholeCommand(ByteSource& source) {
+/// Takes the next command if it is whole in the window; nothing is taken otherwise. Ctrl-Z in front
+/// of it is counted.
+std::string_view takeWholeCommand(ByteSource& source, std::uint64_t& filler) {
     const auto window = source.window();
     std::size_t first = 0;
     while (first < window.size() && isLeadingSpace(window[first])) {
@@ -121,6 +124,9 @@ std::string_view takeWholeCommand(ByteSource& source) {
     }
     const auto command = wholeCommandIn(window.substr(first));
     if (!command.empty()) {
+        for (const char c : window.substr(0, first)) {
+            filler += c == kFiller ? 1 : 0;
+        }
         source.take(first + command.size());
     }
     return command;
@@ -157,7 +163,7 @@ constexpr LimitReport kKept{
 std::optional<std::string_view> TmatsReader::viewNextRaw(ByteSource& source, std::string& room,
                                                          long* lineCounter, std::size_t* length) {
     if (substitutions_.empty()) {
-        if (const auto whole = takeWholeCommand(source); !whole.empty()) {
+        if (const auto whole = takeWholeCommand(source, filler_); !whole.empty()) {
             if (lineCounter != nullptr) {
                 ++*lineCounter;
             }
@@ -185,7 +191,7 @@ std::optional<std::string_view> TmatsReader::viewNext(ByteSource& source, std::s
 std::string_view TmatsReader::takeLines(ByteSource& source, unsigned max, unsigned& count,
                                         std::string_view head) {
     constexpr std::string_view kLineEnd = "\r\n";
-    skipLeadingSpace(source);
+    skipLeadingSpace(source, filler_);
     const auto window = source.window();
     std::size_t end = 0;
     for (count = 0; count < max && substitutions_.empty(); ++count) {
@@ -246,7 +252,7 @@ bool TmatsReader::nextRawCommand(ByteSource& source, std::string& command, long*
 /// Reads a command whose text may lie in several windows and may have to be changed.
 bool TmatsReader::readRaw(ByteSource& source, std::string& command, long* lineCounter,
                           std::size_t* length) {
-    skipLeadingSpace(source);
+    skipLeadingSpace(source, filler_);
     CommandText text(command);
     const bool complete = takeThroughSemicolon(source, text);
     if (complete) {

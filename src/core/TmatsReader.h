@@ -104,6 +104,9 @@ class TmatsReader {
     /// path forgets which fields were reported: in one log each field is reported once.
     void setLogFile(const std::string& path, int* truncated = nullptr);
 
+    /// Ctrl-Z bytes in front of commands that were skipped since the last call.
+    [[nodiscard]] std::uint64_t takeSkippedFiller() { return std::exchange(filler_, 0); }
+
     void addSubstitution(std::string_view search, std::string_view replacement);
     [[nodiscard]] bool hasSubstitutions() const { return !substitutions_.empty(); }
     /// Empties the table and the flags.
@@ -132,6 +135,7 @@ class TmatsReader {
     void reportLimit(UserInterface* parent, std::string_view code, std::string_view value,
                      int limit);
 
+    std::uint64_t filler_ = 0;
     std::string current_;
     std::string logPath_;
     int* truncated_ = nullptr;

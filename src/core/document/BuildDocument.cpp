@@ -34,7 +34,7 @@ constexpr const char* kConversionGroup = "Data Conversion Attributes";
 /// A group file of a crashed run may end within a command.
 void noteCutOff(UserInterface* parent, const std::string& where) {
     if (parent != nullptr) {
-        parent->note(where + ": the last command is cut off and is left out.");
+        parent->loadRemark(where + ": the last command is cut off and is left out.");
     }
 }
 
@@ -141,8 +141,9 @@ class Builder {
             count += names_.contains(groupFile(kind.letter, index)) ? 1 : 0;
         }
         if (parent_ != nullptr && count > 0) {
-            parent_->note(formatPrintf("An IRIG %s file has no %c groups: %d left out.",
-                                       editionText(context_.document.version), kind.letter, count));
+            parent_->loadRemark(formatPrintf("An IRIG %s file has no %c groups: %d left out.",
+                                             editionText(context_.document.version), kind.letter,
+                                             count));
         }
     }
 

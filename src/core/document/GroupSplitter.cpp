@@ -59,9 +59,11 @@ bool GroupSplitter::run(const std::string& path) {
         notes_.byteOrderMark();
     }
     notes_.filler(cutFiller(source));
+    (void)context_.reader.takeSkippedFiller();
     if (!splitCommands(source)) {
         return false;
     }
+    notes_.fillerBetween(context_.reader.takeSkippedFiller());
     if (const auto status = conversionComments_.store(context_.files); !status.ok()) {
         reportWriteFailure(status);
         return false;
@@ -172,6 +174,9 @@ bool GroupSplitter::sortCommand(const CutCommand& cut, long line) {
     }
     if (!cut.isPrintable && command.find('\0') != std::string::npos) {
         notes_.nulBytes(line);
+    }
+    if (!isPlain && holdsStoredBreak(command)) {
+        notes_.standIn(line, command);
     }
     if (to->isSaved) {
         last_ = to;

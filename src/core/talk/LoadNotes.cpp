@@ -107,6 +107,10 @@ void LoadNotes::tellLeftOut(UserInterface& parent, bool opened) const {
                          "They are left out.",
                          filler_));
     }
+    if (fillerBetween_ > 0) {
+        tell(formatPrintf("%llu bytes of filler (Ctrl-Z) in front of commands are left out.",
+                          fillerBetween_));
+    }
     tell(unknown_.text("Line %ld: a command of no known group is left out: %s",
                        "%ld commands of no known group are left out, the first at line %ld: %s"));
     tell(range_.text("Line %ld: a command whose group index is not 1 to 99 will not be saved: %s",
@@ -115,6 +119,9 @@ void LoadNotes::tellLeftOut(UserInterface& parent, bool opened) const {
     tell(zeros_.text("Line %ld: an index with a 0 at its front is read as its number: %s",
                      "%ld commands have an index with a 0 at its front, which is read as its "
                      "number, the first at line %ld: %s"));
+    tell(standIns_.text("Line %ld: a byte 20 or 21 of a value will be saved as a line break: %s",
+                        "%ld values hold a byte 20 or 21, which will be saved as a line break, the "
+                        "first at line %ld: %s"));
     tell(comments_.text("Line %ld: a comment of the file is left out: %s",
                         "%ld comments of the file are left out, the first at line %ld: %s"));
 }

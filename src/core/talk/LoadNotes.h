@@ -18,6 +18,11 @@ class LoadNotes {
     void byteOrderMark() { byteOrderMark_ = true; }
     /// Bytes after the last command that are not part of any, and not kept.
     void filler(std::uint64_t bytes) { filler_ = bytes; }
+    /// Ctrl-Z bytes in front of commands, which are not kept.
+    void fillerBetween(std::uint64_t bytes) { fillerBetween_ = bytes; }
+    /// A command that holds a byte by which the working store knows a line break (20 or 21): it
+    /// will be saved as one.
+    void standIn(long line, std::string_view command) { standIns_.add(line, command); }
     void nulBytes(long line) { nulBytes_.add(line, {}); }
     /// A command of an unknown group; it is not kept.
     void unknownCommand(long line, std::string_view command) { unknown_.add(line, command); }
@@ -53,10 +58,12 @@ class LoadNotes {
 
     bool byteOrderMark_ = false;
     std::uint64_t filler_ = 0;
+    std::uint64_t fillerBetween_ = 0;
     Finding nulBytes_;
     Finding unknown_;
     Finding range_;
     Finding zeros_;
+    Finding standIns_;
     Finding unsplit_;
     Finding comments_;
     Finding swallowing_;

@@ -146,8 +146,8 @@ class UserInterface {
                               const std::vector<std::string>& lines) = 0;
     /// A remark that is not a message: it needs no answer and is not part of the log.
     virtual void note(const std::string&) {}
-    /// A remark on what a load has left out or normalised, and no numbered message reports.
-    /// Whoever makes a report of what happened counts it among the messages.
+    /// A remark on what a load or a save has left out or normalised, and no numbered message
+    /// reports. Whoever makes a report of what happened counts it among the messages.
     virtual void loadRemark(const std::string& text) { note(text); }
 
     virtual void setStatusText(const std::string&) {}
