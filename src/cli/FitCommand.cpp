@@ -121,6 +121,7 @@ void addTrust(Json& members, const CurveTrust& trust) {
                         {"holds", trust.holds},
                         {"overPairs", trust.overPairs},
                         {"overRange", trust.overRange},
+                        {"extrapolates", trust.extrapolates},
                         {"holdingPrecision", trust.holdingPrecision},
                         {"holdingOrder", trust.holdingOrder}};
 }
@@ -139,8 +140,8 @@ std::string fitText(const FitInput& input, const FitResult& result, int precisio
                         fitted[i].computed, fitted[i].error});
     }
     return text + "\n" + alignedTable(rows) +
-           "\nCorrelation Coefficient: " + fixedText(result.correlation, precision) +
-           "\nRMS: " + fixedText(result.rms, precision) + "\n";
+           "\nCorrelation Coefficient: " + correlationText(result, precision) +
+           "\nRMS: " + rmsText(result, precision) + "\n";
 }
 
 bool writePicture(const CommandContext& context, const FitInput& input, const FitResult& result,

@@ -133,6 +133,12 @@ class Judge {
     std::vector<double> powers_;  ///< `kWidth` of each point
 };
 
+bool goesFarBeyond(std::span<const double> x, const CountRange& range) {
+    const auto [least, most] = std::minmax_element(x.begin(), x.end());
+    const double span = *most - *least;
+    return range.lowest < *least - span || range.highest > *most + span;
+}
+
 std::string percentText(double percent) {
     return percent > 1000 ? ">1000" : formatPrintf("%.2g", percent);
 }
@@ -226,6 +232,7 @@ CurveTrust judgeFit(std::span<const double> x, std::span<const double> y, int or
     }
     const auto found = judge.difference(*fit, precision);
     trust.known = true;
+    trust.extrapolates = range && goesFarBeyond(x, *range);
     trust.overPairs = found.overPairs;
     trust.overRange = found.overRange;
     trust.holds = found.holds();
@@ -255,6 +262,11 @@ std::string trustNote(const CurveTrust& trust, int order, int precision) {
             "Written with %d digits, the coefficients of order %d hold at the pair sets, but "
             "differ from the fit by %s%% of full scale over the range of the counts.",
             precision, order, percentText(trust.overRange));
+        if (trust.extrapolates) {
+            note +=
+                " The counts go beyond the pair sets by more than these span: the curve is "
+                "extrapolated there.";
+        }
     }
     if (trust.holdingPrecision >= 0) {
         note += formatPrintf(" A precision of %d would hold.", trust.holdingPrecision);

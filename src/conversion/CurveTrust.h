@@ -46,10 +46,13 @@ struct CountRange {
 [[nodiscard]] std::optional<CountRange> countRange(int bits, std::string_view binaryFormat);
 
 struct CurveTrust {
-    bool known = false;         ///< false without a full scale or an orthogonal fit
-    double overPairs = 0;       ///< largest difference at the pairs, in percent of full scale
-    double overRange = 0;       ///< largest difference over the range
-    bool holds = true;          ///< neither is over 0.1 percent
+    bool known = false;    ///< false without a full scale or an orthogonal fit
+    double overPairs = 0;  ///< largest difference at the pairs, in percent of full scale
+    double overRange = 0;  ///< largest difference over the range
+    bool holds = true;     ///< neither is over 0.1 percent
+    /// The range goes beyond the pairs by more than they span themselves: there is nothing to
+    /// compare the curve with.
+    bool extrapolates = false;
     int holdingPrecision = -1;  ///< digits with which this order would hold; -1 for none
     int holdingOrder = 0;       ///< the highest lower order that holds as it is; 0 for none
 };
@@ -61,7 +64,8 @@ inline constexpr double kTrustLimit = 0.1;  ///< percent of full scale
 [[nodiscard]] CurveTrust judgeFit(std::span<const double> x, std::span<const double> y, int order,
                                   int precision, double fullScale, std::optional<CountRange> range);
 
-/// The note for the user, of one or two sentences; empty if the fit holds or nothing is known.
+/// The note for the user, of a few sentences; empty if the fit holds or nothing is known. It speaks
+/// of extrapolation only if the range goes that far beyond the pairs.
 [[nodiscard]] std::string trustNote(const CurveTrust& trust, int order, int precision);
 
 }  // namespace kavu

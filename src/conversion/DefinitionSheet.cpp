@@ -4,9 +4,11 @@
 #include "conversion/DefinitionEdit.h"
 #include "core/text/Text.h"
 #include "vocabulary/CGroupFields.h"
+#include "vocabulary/FieldRules.h"
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace kavu {
 
@@ -155,6 +157,39 @@ bool storePages(DefinitionEdit& edit, UserInterface* parent, const DefinitionVal
     const auto comment = now.field(kCommentCode);
     return storeList(edit, parent, bitWeightList(), now) &&
            (comment == edit.comment() || edit.setComment(parent, comment));
+}
+
+std::optional<RefusedLimit> refusedLimit(const DefinitionEdit& edit,
+                                         const DefinitionValues::Fields& now) {
+    static constexpr std::pair<const Field&, const Field&> kLimitPairs[] = {
+        {c::kMot2, c::kMot1}, {c::kMot4, c::kMot3}, {c::kMot6, c::kMot5}};
+    const auto nameOf = [](const Field& field) {
+        return std::string(field.label.substr(0, field.label.size() - 1));  // its colon
+    };
+    const auto textOf = [&now](const Field& field) {
+        const auto it = now.find(field.code);
+        return it == now.end() ? std::string() : it->second;
+    };
+    const auto file = edit.copy();
+    for (const auto& [low, high] : kLimitPairs) {
+        bool touched = false;
+        std::array<std::optional<double>, 2> numbers;
+        for (std::size_t i = 0; i < numbers.size(); ++i) {
+            const auto& field = i == 0 ? low : high;
+            const auto text = textOf(field);
+            const bool edited = text != fieldOf(file, edit.name(), field.code);
+            touched = touched || edited;
+            numbers[i] = parseDouble(text);
+            if (edited && !text.empty() && !numbers[i]) {
+                return RefusedLimit{field.code,
+                                    nameOf(field) + ": '" + text + "' is not a number."};
+            }
+        }
+        if (touched && numbers[0] && numbers[1] && *numbers[0] >= *numbers[1]) {
+            return RefusedLimit{low.code, nameOf(low) + " must be below " + nameOf(high) + "."};
+        }
+    }
+    return std::nullopt;
 }
 
 DefinitionValues readDetail(const DefinitionEdit& edit, const DetailWindow& window) {

@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -34,6 +35,16 @@ struct DefinitionValues {
 /// Stores what differs from the working copy. In 106-96 a type keeps only its own voice or video
 /// fields, because they define the type of the record. False if a file failed, which is reported.
 bool storePages(DefinitionEdit& edit, UserInterface* parent, const DefinitionValues& now);
+
+/// Why a limit that was edited cannot be stored.
+struct RefusedLimit {
+    std::string_view code;  ///< of its field
+    std::string text;
+};
+/// Limits are numbers, and each low one is below its high one. Those that the user has not touched
+/// stay as the file has them.
+[[nodiscard]] std::optional<RefusedLimit> refusedLimit(const DefinitionEdit& edit,
+                                                       const DefinitionValues::Fields& now);
 
 /// The same for the window of a type, except pair sets, which their own page stores.
 [[nodiscard]] DefinitionValues readDetail(const DefinitionEdit& edit, const DetailWindow& window);

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <limits>
 
 namespace kavu {
@@ -62,6 +63,18 @@ std::string fixedText(double value, int precision) {
 
 std::string fixedText(double value) {
     return formatted("%.*f", value, 6);
+}
+
+std::string statisticText(double value, int precision) {
+    constexpr int kFewDigits = 2;
+    auto text = fixedText(value, precision);
+    if (value == 0 || !std::isfinite(value) || leadingDouble(text) == value) {
+        return text;
+    }
+    const int shown = static_cast<int>(std::floor(std::log10(std::abs(value)))) + 1 + precision;
+    return shown < std::clamp(precision, 1, kFewDigits)
+               ? exponentText(value, std::max(precision, kFewDigits))
+               : text;
 }
 
 std::string exactText(double value) {

@@ -25,6 +25,9 @@ inline constexpr int kMostFloatPrecision = setting::kFloatPrecision.most;
 [[nodiscard]] std::string fixedText(double value, int precision);
 /// "%f"
 [[nodiscard]] std::string fixedText(double value);
+/// A statistic: "%.*f", or, where that would show too little of the number's leading digits, its
+/// text with an exponent and at least two digits after the point.
+[[nodiscard]] std::string statisticText(double value, int precision);
 /// The shortest text that reads back to the same number.
 [[nodiscard]] std::string exactText(double value);
 

@@ -116,6 +116,12 @@ inline constexpr std::string_view kDefaultsNote =
     "Note: If you select \"Coefficients\" as the default conversion type, coefficients with the "
     "values 1.0 for gain, and 0.0 for offset will be created. If you select any other conversion "
     "type as the default, no EU values will be created for that conversion type.";
+inline constexpr std::string_view kNothingDerived =
+    "The pair sets of this record give no curve. Its coefficients stay as they are.";
+inline constexpr std::string_view kDefaultsStored =
+    "These values are the defaults of new records now.";
+inline constexpr std::string_view kLinkTypeStored =
+    "This link type is the default of new records now.";
 inline constexpr std::string_view kImport = "Import EU Values";
 inline constexpr std::string_view kImportPrompt =
     "Replace this measurement's EU values, with the values from existing measurement:";

@@ -155,6 +155,21 @@ std::vector<std::string> coefficientLines(const FitResult& result, int precision
     return lines;
 }
 
+std::string rmsText(const FitResult& result, int precision) {
+    constexpr double kRounding = 1e-12;
+    double most = 0;
+    for (const double value : result.y) {
+        most = std::max(most, std::abs(value));
+    }
+    return !result.fitted                   ? std::string()
+           : result.rms <= kRounding * most ? fixedText(result.rms, precision)
+                                            : statisticText(result.rms, precision);
+}
+
+std::string correlationText(const FitResult& result, int precision) {
+    return result.fitted ? statisticText(result.correlation, precision) : std::string();
+}
+
 std::string fitFailureText(const FitResult& result) {
     if (result.pairs == 0) {
         return std::string(kNoPoints);

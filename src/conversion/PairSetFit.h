@@ -110,6 +110,10 @@ struct FitResult {
 [[nodiscard]] std::string bestFitText(int bestFit);
 /// "c(%d) = %.*e" with `E`, one for each coefficient.
 [[nodiscard]] std::vector<std::string> coefficientLines(const FitResult& result, int precision);
+/// The statistics with their leading digits; empty without a fit. An RMS that is only the rounding
+/// of the values is 0 for the reader.
+[[nodiscard]] std::string rmsText(const FitResult& result, int precision);
+[[nodiscard]] std::string correlationText(const FitResult& result, int precision);
 /// The text in the plot area if there is no curve; empty if there is one.
 [[nodiscard]] std::string fitFailureText(const FitResult& result);
 

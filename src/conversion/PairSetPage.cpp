@@ -98,6 +98,17 @@ bool PairSetPage::deriveCoefficients(UserInterface* parent) {
            store_.writeFitCoefficients(parent, name_, result.order, result.fittedCoefficients());
 }
 
+std::string PairSetPage::staleNote(const FitResult& result) const {
+    const ProfileFile file(context_.store.pathOf(working::kData1));
+    const bool derived = startsWithIgnoreCase(file.value(name_, c::kCo1.code, ""), "Y");
+    const bool isLeft = derived && !file.value(name_, c::kCo.code, "").empty() && !result.fitted &&
+                        (definesCurve() || pairs().size() == 0);
+    return isLeft
+               ? "The record keeps the coefficients of an earlier fit, which its pair sets do not "
+                 "give any more."
+               : std::string();
+}
+
 SeriesValues PairSetPage::openSeries() const {
     SeriesValues series;
     series.zero = store_.commentRecordGet(name_, kZero);

@@ -53,6 +53,10 @@ class PairSetPage {
     /// pairs of the record are fitted, whatever "PS1" says. False without a fit.
     bool deriveCoefficients(UserInterface* parent);
 
+    /// What to tell about coefficients that the record keeps from an earlier fit, although its
+    /// pairs give none (any more); empty if there are none.
+    [[nodiscard]] std::string staleNote(const FitResult& result) const;
+
     /// The series as the page opens: on only if `DoRCal` is set and one of the values exists.
     [[nodiscard]] SeriesValues openSeries() const;
     /// Turns the series on or off: stores `DoRCal`; an empty value becomes "0" when it is

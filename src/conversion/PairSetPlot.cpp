@@ -39,6 +39,47 @@ Curve curveOf(const FitResult& result, const CountRange& range) {
     return curve;
 }
 
+constexpr double kRounding = 1e-9;  // of a value
+
+/// A flat curve has no range of its own: half of its value on either side, 1 for a curve at 0.
+PlotRange spread(double value) {
+    const double half = value == 0 ? 1 : std::abs(value) / 2;
+    return {value - half, value + half};
+}
+
+/// The least and the greatest value of the curve and of the pairs.
+PlotRange rangeOfCurve(const FitResult& result, const CountRange& counts) {
+    constexpr int kParts = 256;
+    PlotRange range{result.y.front(), result.y.front()};
+    const auto widen = [&range](double value) {
+        range.least = std::min(range.least, value);
+        range.most = std::max(range.most, value);
+    };
+    for (const double value : result.y) {
+        widen(value);
+    }
+    const auto c = result.fittedCoefficients();
+    for (int i = 0; i <= kParts; ++i) {
+        const double share = static_cast<double>(i) / kParts;
+        widen(evaluatePolynomial(counts.lowest + share * (counts.highest - counts.lowest), c,
+                                 result.order));
+    }
+    return range;
+}
+
+/// Gives the axis of a flat calibration a range, where it follows the values.
+void spreadFlat(PlotAttributes& attributes, const FitResult& result) {
+    auto scaled = attributes;
+    scaled.scaleTo(result.x, result.y);
+    const double size = std::max(std::abs(scaled.y.least), std::abs(scaled.y.most));
+    const double span = scaled.y.most - scaled.y.least;
+    if (span < 0 || span > kRounding * size) {
+        return;
+    }
+    attributes.y = spread(scaled.y.least);
+    attributes.scale = scalesX(attributes.scale) ? PlotScale::AutoX : PlotScale::MinMax;
+}
+
 /// The range of the plot: the full scale if it is wanted, all counts if they are drawn.
 void setPlotRange(PlotAttributes& attributes, const FitResult& result,
                   const std::optional<CountRange>& counts, const FitDrawing& drawing) {
@@ -47,9 +88,18 @@ void setPlotRange(PlotAttributes& attributes, const FitResult& result,
     }
     if (counts && result.fitted && result.pairs >= 2 && result.order < result.pairs) {
         const auto c = result.fittedCoefficients();
+        PlotRange ends{evaluatePolynomial(counts->lowest, c, result.order),
+                       evaluatePolynomial(counts->highest, c, result.order)};
+        const auto curve = rangeOfCurve(result, *counts);
+        if (std::abs(ends.most - ends.least) <= kRounding * (curve.most - curve.least)) {
+            ends = curve;
+            attributes.y = ends;
+        }
         attributes.setRange(static_cast<int>(PlotScale::MinMax), counts->lowest, counts->highest,
-                            evaluatePolynomial(counts->lowest, c, result.order),
-                            evaluatePolynomial(counts->highest, c, result.order));
+                            ends.least, ends.most);
+        spreadFlat(attributes, result);
+    } else if (result.fitted && (drawing.rescale || scalesY(attributes.scale))) {
+        spreadFlat(attributes, result);
     }
 }
 
@@ -247,9 +297,8 @@ bool drawFitPage(Plot& plot, DrawingSurface& page, std::string_view name, const 
     auto lines = coefficientLines(result, options.precision);
     if (result.fitted) {
         lines.insert(lines.begin(), formatPrintf("Order Of Fit: %d", result.order));
-        lines.push_back("Correlation Coefficient: " +
-                        fixedText(result.correlation, options.precision));
-        lines.push_back("RMS: " + fixedText(result.rms, options.precision));
+        lines.push_back("Correlation Coefficient: " + correlationText(result, options.precision));
+        lines.push_back("RMS: " + rmsText(result, options.precision));
     }
     for (const auto& text : lines) {
         page.text({area.left, line}, text, {});

@@ -109,18 +109,45 @@ TEST(JudgeFit, AHigherPrecisionIsNamedWhereItHolds) {
     EXPECT_NE(trustNote(trust, 3, 4).find("A precision of"), std::string::npos);
 }
 
-TEST(JudgeFit, TheRangeOfTheCountsIsToldApart) {
-    Values x;
-    Values y;
+/// Twenty pairs, at 0 to 19.
+std::pair<Values, Values> sinePairs() {
+    std::pair<Values, Values> pairs;
     for (int i = 0; i < 20; ++i) {
-        x.push_back(i);
-        y.push_back(std::sin(i));
+        pairs.first.push_back(i);
+        pairs.second.push_back(std::sin(i));
     }
+    return pairs;
+}
+
+TEST(JudgeFit, TheRangeOfTheCountsIsToldApart) {
+    const auto [x, y] = sinePairs();
     const auto trust = judgeFit(x, y, 5, 8, 2, countRange(16, "UNS"));
     ASSERT_FALSE(trust.holds);
     EXPECT_LE(trust.overPairs, kTrustLimit);
     EXPECT_GT(trust.overRange, kTrustLimit);
     EXPECT_NE(trustNote(trust, 5, 8).find("over the range of the counts"), std::string::npos);
+}
+
+TEST(JudgeFit, ExtrapolationIsToldOnlyFarBeyondThePairs) {
+    const auto [x, y] = sinePairs();
+    // The pairs span 19: up to 38 is not far.
+    for (const double highest : {38.0, 39.0}) {
+        const auto trust = judgeFit(x, y, 9, 1, 2, CountRange{0, highest});
+        ASSERT_TRUE(trust.known);
+        EXPECT_EQ(trust.extrapolates, highest > 38) << highest;
+    }
+    EXPECT_TRUE(judgeFit(x, y, 5, 8, 2, CountRange{-20, 19}).extrapolates);
+    EXPECT_FALSE(judgeFit(x, y, 5, 8, 2, std::nullopt).extrapolates);
+    constexpr std::string_view kExtrapolated = "extrapolated";
+    CurveTrust trust{.known = true, .overPairs = 0.01, .overRange = 5, .holds = false};
+    EXPECT_EQ(trustNote(trust, 5, 8).find(kExtrapolated), std::string::npos);
+    trust.extrapolates = true;
+    EXPECT_NE(trustNote(trust, 5, 8).find(kExtrapolated), std::string::npos);
+    // What does not hold at the pairs themselves has nothing to do with it.
+    trust.overPairs = 5;
+    EXPECT_EQ(trustNote(trust, 5, 8).find(kExtrapolated), std::string::npos);
+    trust.holds = true;
+    EXPECT_EQ(trustNote(trust, 5, 8), "");
 }
 
 TEST(JudgeFit, KnowsNothingWithoutAFullScaleOrAFit) {

@@ -199,6 +199,31 @@ TEST_F(DefinitionSheetTest, WhatAFitIsMadeFromIsStoredAtOnce) {
     EXPECT_EQ(edit->value("MOT1"), "10") << "also back again";
 }
 
+TEST_F(DefinitionSheetTest, LimitsAreNumbersWithTheLowOneBelowTheHighOne) {
+    open(2011, "C-1\\DCN:A;C-1\\MOT1:10;C-1\\MOT2:0;C-1\\MOT3:n/a;C-1\\MOT4:9;C-1\\MOT5:1;");
+    auto fields = readPages(*edit).fields;
+    EXPECT_FALSE(refusedLimit(*edit, fields)) << "nobody has touched what the file has";
+    const auto refused = [&](std::string_view code, const char* text) {
+        auto edited = fields;
+        edited[std::string(code)] = text;
+        const auto why = refusedLimit(*edit, edited);
+        return why ? std::string(why->code) + ": " + why->text : std::string();
+    };
+    EXPECT_EQ(refused("MOT1", "ten"), "MOT1: Value High: 'ten' is not a number.");
+    EXPECT_EQ(refused("MOT1", "1e400"), "MOT1: Value High: '1e400' is not a number.");
+    EXPECT_EQ(refused("MOT2", "10"), "MOT2: Value Low must be below Value High.");
+    EXPECT_EQ(refused("MOT1", "-5"), "MOT2: Value Low must be below Value High.");
+    EXPECT_EQ(refused("MOT6", "1.5"), "MOT6: Warning Low must be below Warning High.");
+    for (const auto& [code, text] : {std::pair("MOT1", "1E3"),
+                                     {"MOT1", ""},
+                                     {"MOT2", "-1"},
+                                     {"MOT4", "8"},
+                                     {"MOT3", "20"},
+                                     {"MOT6", "0.5"}}) {
+        EXPECT_EQ(refused(code, text), "") << code << text;
+    }
+}
+
 TEST_F(DefinitionSheetTest, HostileValuesStayOneValue) {
     open(2011, kRecord);
     auto pages = readPages(*edit);

@@ -46,6 +46,19 @@ TEST(LeadingDouble, KnowsLargeAndSmallWithoutAnExponent) {
     EXPECT_EQ(leadingDouble("00" + std::string(400, '9')), kInfinite);
 }
 
+TEST(EuNumbers, AStatisticShowsItsLeadingDigits) {
+    EXPECT_EQ(statisticText(0, 8), "0.00000000");
+    EXPECT_EQ(statisticText(0.25, 3), "0.250");
+    EXPECT_EQ(statisticText(0.0123456, 8), "0.01234560");
+    EXPECT_EQ(statisticText(1234567.891, 2), "1234567.89");
+    EXPECT_EQ(statisticText(0.99999999999, 8), "1.00000000");
+    // Where nothing or one rounded digit would be left.
+    EXPECT_EQ(statisticText(1.2345e-12, 8), "1.23450000E-12");
+    EXPECT_EQ(statisticText(0.004567, 3), "4.567E-03");
+    EXPECT_EQ(statisticText(-0.4, 0), "-4.00E-01");
+    EXPECT_EQ(statisticText(12.6, 0), "13");
+}
+
 TEST(EuNumbers, HaveTheTextFormsOfRecords) {
     EXPECT_EQ(exponentText(-1234.5, 3), "-1.234E+03");
     EXPECT_EQ(exponentText(0, 8), "0.00000000E+00");

@@ -172,6 +172,17 @@ TEST(RefitPairs, AFullScaleOf0GivesNoAsterisksAndNoCorrelation) {
     EXPECT_EQ(result.marked, std::vector<bool>(3, false));
 }
 
+TEST(RefitPairs, TheStatisticsShowTheirLeadingDigits) {
+    auto result = refitPairs(input({0, 1, 2, 3}, {0, 1e-9, 0, 1e-9}), {});
+    ASSERT_TRUE(result.fitted);
+    EXPECT_TRUE(rmsText(result, 8).ends_with("E-10")) << rmsText(result, 8);
+    EXPECT_EQ(correlationText(result, 3).substr(0, 3), "0.4");
+    // What is left of an exact line is no error.
+    result.rms = 1e-22;
+    EXPECT_EQ(rmsText(result, 8), "0.00000000");
+    EXPECT_EQ(rmsText(FitResult(), 8) + correlationText(FitResult(), 8), "");
+}
+
 TEST(RefitPairs, TheSeriesShowsItsValues) {
     auto in = input({0, 10}, {1, 21});
     in.series = true;
@@ -258,6 +269,43 @@ TEST(DrawFit, DrawsPairsCurveAndSeries) {
     EXPECT_EQ(segments(surface, "pen 000000 1 0"), 2U);
     EXPECT_EQ(segments(surface, kCurvePen), 2U);
     EXPECT_EQ(segments(surface, "pen 00FF00 1 0"), 1U);
+}
+
+TEST(DrawFit, AFlatCalibrationHasARangeAroundIt) {
+    for (const double level : {0.0, 5.0}) {
+        for (const bool allCounts : {false, true}) {
+            RecordingSurface surface;
+            Plot plot;
+            auto in = input({1, 2, 3}, {level, level, level}, 0);
+            in.bits = 4;
+            FitOptions options;
+            options.curveAllPairs = allCounts;
+            const auto result = refitPairs(in, options);
+            ASSERT_TRUE(result.fitted);
+            EXPECT_TRUE(drawFit(plot, surface, result, in, options, {})) << level << allCounts;
+            EXPECT_LT(plot.attributes.y.least, plot.attributes.y.most);
+            EXPECT_LE(plot.attributes.y.least, level);
+            EXPECT_GE(plot.attributes.y.most, level);
+            EXPECT_GT(segments(surface, kCurvePen), 0U);
+        }
+    }
+    // Both ends of a parabola may be at one height.
+    RecordingSurface surface;
+    Plot plot;
+    auto in = input({0, 5, 10, 15}, {0, 50, 50, 0}, 2);
+    in.bits = 4;
+    FitOptions options;
+    options.curveAllPairs = true;
+    EXPECT_TRUE(drawFit(plot, surface, refitPairs(in, options), in, options, {}));
+    EXPECT_GE(plot.attributes.y.most, 50);
+}
+
+TEST(DrawFit, EqualLimitsOfTheUserAreStillNone) {
+    RecordingSurface surface;
+    Plot plot;
+    plot.attributes.scale = PlotScale::MinMax;
+    const auto in = input({1, 2, 3}, {1, 2, 3});
+    EXPECT_FALSE(drawFit(plot, surface, refitPairs(in, {}), in, {}, {}));
 }
 
 TEST(DrawFit, NamesEuValueWithoutUnits) {

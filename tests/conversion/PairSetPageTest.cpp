@@ -91,6 +91,22 @@ TEST(PairSetPage, AFitThatFailsLeavesTheCoefficients) {
     EXPECT_FALSE(p.page.refresh(nullptr, input).fitted);
 }
 
+TEST(PairSetPage, TellsOfCoefficientsThatItsPairsDoNotGive) {
+    Page p;
+    const auto fit = p.page.refresh(&p.f.ui, p.page.input(0));
+    ASSERT_TRUE(fit.fitted);
+    EXPECT_EQ(p.page.staleNote(fit), "");
+    ASSERT_TRUE(p.page.storePairs(&p.f.ui, PairSet()));
+    const auto none = p.page.refresh(&p.f.ui, p.page.input(0));
+    EXPECT_FALSE(none.fitted);
+    EXPECT_NE(p.page.staleNote(none).find("earlier fit"), std::string::npos);
+    ASSERT_TRUE(p.page.storeCurve(&p.f.ui, false));
+    EXPECT_NE(p.page.staleNote({}), "") << "the coefficients are still there";
+    // Coefficients that nobody has derived are the user's own.
+    EXPECT_TRUE(p.edit->setValues(&p.f.ui, {{"CO1", "N"}}));
+    EXPECT_EQ(p.page.staleNote({}), "");
+}
+
 TEST(PairSetPage, WithoutACurveNothingIsFitted) {
     Page p("C-1\\COM:x;\n");
     ASSERT_TRUE(p.edit->setValues(&p.f.ui, {{"PS1", "N"}}));

@@ -186,8 +186,13 @@ DefinitionValues::Rows CoefficientDetail::storedRows(const DefinitionValues::Row
 
 void CoefficientDetail::fieldEdited(const std::string& code) {
     // Only coefficients by positive powers come from a fit of the pairs.
-    if (code == "CO1" && fields().value(code) == "Y" && store() && derive_()) {
+    if (code != "CO1" || fields().value(code) != "Y" || !store()) {
+        return;
+    }
+    if (derive_()) {
         load();
+    } else {
+        showBox(&form_.ui, std::string(eutext::kNothingDerived), toBytes(window()->windowTitle()));
     }
 }
 

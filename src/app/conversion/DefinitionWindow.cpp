@@ -12,6 +12,7 @@
 #include <QCloseEvent>
 #include <QPushButton>
 #include <QScreen>
+#include <QScrollArea>
 #include <QVBoxLayout>
 
 namespace kavu {
@@ -75,12 +76,21 @@ DefinitionWindow::DefinitionWindow(FormContext& form, DocumentContext& document,
     setWindowTitle(toQString(std::string(window.title) + ": " + edit.name()));
     auto* const layout = new QVBoxLayout(this);
     look::arrangeWindow(*layout, *this);
-    layout->addWidget(content_);
+    // On a small screen, or with large letters, the content scrolls.
+    auto* const area = new QScrollArea(this);
+    area->setObjectName(QStringLiteral("scroll"));
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    area->setFocusPolicy(Qt::NoFocus);
+    area->setWidget(content_);
+    layout->addWidget(area);
     // The Enter key ends a field here, it presses no button.
     for (auto* const button : findChildren<QPushButton*>()) {
         button->setAutoDefault(false);
     }
-    resize(sizeHint()
+    const auto margins = layout->contentsMargins();
+    const QSize around(margins.left() + margins.right(), margins.top() + margins.bottom());
+    resize((content_->sizeHint().expandedTo(content_->minimumSizeHint()) + around)
                .expandedTo({look::charactersWide(*this, 44), look::unit(*this) * 12})
                .boundedTo(look::roomOnScreen(*this)));
 }

@@ -7,6 +7,7 @@
 #include "app/framework/QtText.h"
 #include "core/talk/UserInterface.h"
 
+#include <QAccessible>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -22,6 +23,10 @@ EuFieldPage::EuFieldPage(FormContext& form, const EuPage& page, DefinitionValues
     fields_ = new FieldForm(form, page.fields, {}, this);
     fields_->setEnabled(!readOnly);
     layout->addWidget(fields_, 1);
+    told_ = look::makeNote({}, this);
+    told_->setObjectName(QStringLiteral("told"));
+    told_->hide();
+    layout->addWidget(told_);
     buttons_ = new QHBoxLayout;
     buttons_->addStretch();
     layout->addLayout(buttons_);
@@ -38,12 +43,23 @@ void EuFieldPage::take() {
     fields_->storeValues(values_);
 }
 
+void EuFieldPage::tell(std::string_view text) {
+    told_->setText(toQString(text));
+    told_->show();
+    QAccessibleEvent event(told_, QAccessible::Alert);
+    QAccessible::updateAccessibility(&event);
+}
+
 void EuFieldPage::load() {
     fields_->setValues(values_);
 }
 
 bool EuFieldPage::validate() {
-    return fields_->validate();
+    if (!fields_->validate()) {
+        return false;
+    }
+    take();
+    return !check || check();
 }
 
 bool EuFieldPage::store() {

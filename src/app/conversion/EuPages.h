@@ -5,9 +5,12 @@
 #include "app/framework/PropertySheet.h"
 #include "conversion/DefinitionSheet.h"
 
+#include <functional>
 #include <memory>
+#include <string_view>
 
 class QHBoxLayout;
+class QLabel;
 
 namespace kavu {
 
@@ -26,6 +29,11 @@ class EuFieldPage : public PropertyPage {
     QPushButton* addButton(const char* name, const QString& text);
     /// Puts what the controls hold into the model, without a check.
     void take();
+    /// A line below the fields about what the page has done besides.
+    void tell(std::string_view text);
+
+    /// A check of the model that the fields have passed; false keeps the sheet open. May be empty.
+    std::function<bool()> check;
 
     void load() override;
     [[nodiscard]] bool validate() override;
@@ -35,6 +43,7 @@ class EuFieldPage : public PropertyPage {
     DefinitionValues::Fields& values_;
     FieldForm* fields_ = nullptr;
     QHBoxLayout* buttons_ = nullptr;
+    QLabel* told_ = nullptr;
 };
 
 /// The page of a list. A list that the edition does not know is shown and closed.

@@ -4,10 +4,12 @@
 #include "app/conversion/EuDialogs.h"
 #include "app/framework/FieldForm.h"
 #include "app/framework/QtText.h"
+#include "app/framework/Refusals.h"
 #include "conversion/ConversionStore.h"
 #include "conversion/DefinitionEdit.h"
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
+#include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
 
 #include <array>
@@ -45,6 +47,7 @@ EuSheet::EuSheet(FormContext& form, DocumentContext& document, ConversionStore& 
     for (const auto page : {kMeasurement, kInformation, kLimits}) {
         connect(&fieldPage(page).fields(), &FieldForm::edited, this, &EuSheet::fitFieldEdited);
     }
+    fieldPage(kLimits).check = [this] { return checkLimits(); };
     setWriter([this] { return this->store(); });
     updateButtons();
 }
@@ -82,7 +85,9 @@ void EuSheet::addInformationButtons(EuFieldPage& page) {
     connect(showDetails_, &QPushButton::clicked, this, [this] { showDetails(!wantsDetails_); });
     auto* const defaults = page.addButton("saveAsDefaults", QStringLiteral("Save As &Defaults"));
     connect(defaults, &QPushButton::clicked, this, [this, &fields] {
-        saveTypeDefaults(document_, &form_.ui, fields.value("BFM"), fields.value("DCT"));
+        if (saveTypeDefaults(document_, &form_.ui, fields.value("BFM"), fields.value("DCT"))) {
+            fieldPage(kInformation).tell(eutext::kDefaultsStored);
+        }
     });
     auto* const import =
         page.addButton("importValues", QStringLiteral("&Import EU Values From Other Measurement"));
@@ -95,6 +100,7 @@ void EuSheet::addOtherButtons() {
     connect(&link, &FieldForm::edited, this, [this, &link](const QString& code) {
         if (code == QLatin1String("MN4")) {
             saveLinkTypeDefault(document_, link.value("MN4"));
+            fieldPage(kMeasurement).tell(eutext::kLinkTypeStored);
         }
     });
     auto* const rates =
@@ -106,6 +112,7 @@ void EuSheet::addOtherButtons() {
             .addButton("saveClassification", QStringLiteral("Save Classification As &Default"));
     connect(classification, &QPushButton::clicked, this, [this] {
         saveClassificationDefault(document_, fieldPage(kTransducer).fields().value("TRD4"));
+        fieldPage(kTransducer).tell(eutext::kDefaultsStored);
     });
     auto* const contact =
         fieldPage(kContact).addButton("saveContact", QStringLiteral("Save As &Default"));
@@ -114,6 +121,7 @@ void EuSheet::addOtherButtons() {
         const std::array<std::string, 4> values = {fields.value("POC1"), fields.value("POC2"),
                                                    fields.value("POC3"), fields.value("POC4")};
         saveContactDefaults(document_, values);
+        fieldPage(kContact).tell(eutext::kDefaultsStored);
     });
     auto* const options =
         fieldPage(kComments).addButton("commentOptions", QStringLiteral("Comment &Field Options"));
@@ -144,6 +152,16 @@ void EuSheet::informationEdited(const QString& code) {
         followType();
     }
     updateButtons();
+}
+
+bool EuSheet::checkLimits() {
+    const auto refused = refusedLimit(edit_, values_.fields);
+    if (!refused) {
+        return true;
+    }
+    showBox(&form_.ui, refused->text, kIllegalNumber);
+    fieldPage(kLimits).fields().control(refused->code)->setFocus();
+    return false;
 }
 
 void EuSheet::fitFieldEdited() {

@@ -37,6 +37,8 @@ class EuSheet : public PropertySheet {
     EuFieldPage& fieldPage(std::size_t index) const;
     void informationEdited(const QString& code);
     void fitFieldEdited();
+    /// Reports a limit that cannot be stored.
+    [[nodiscard]] bool checkLimits();
     void openFormats();
     void openBitWeights();
     [[nodiscard]] std::string type() const;

@@ -221,6 +221,8 @@ PairSetControls makePairSetControls(FormContext& form, QWidget& panel, QWidget* 
     made.list = makeList(form, panel, readOnly);
     made.import = made.list->addButton("import", QStringLiteral("&Import..."));
     made.paste = made.list->addButton("paste", QStringLiteral("Pa&ste..."));
+    made.copy = made.list->addButton("copyPairs", QStringLiteral("&Copy"));
+    made.savePairs = made.list->addButton("savePairs", QStringLiteral("Save &Pairs..."));
     left->addWidget(made.list, 1);
     made.sorted = makeCheck("sorted", "&Keep Sorted By Telemetry Value", &panel);
     left->addWidget(made.sorted);

@@ -5,7 +5,7 @@
 
 class QCheckBox;
 class QComboBox;
-class QHBoxLayout;
+class QBoxLayout;
 class QLabel;
 class QLineEdit;
 class QListWidget;
@@ -27,6 +27,8 @@ struct PairSetControls {
     EditableList* list = nullptr;
     QPushButton* import = nullptr;
     QPushButton* paste = nullptr;
+    QPushButton* copy = nullptr;
+    QPushButton* savePairs = nullptr;
 
     QCheckBox* curve = nullptr;
     QWidget* choices = nullptr;  ///< all that is about a curve
@@ -47,7 +49,7 @@ struct PairSetControls {
     QLineEdit* rms = nullptr;
     QLabel* trust = nullptr;
 
-    QHBoxLayout* columns = nullptr;  ///< what is entered, and what comes of it
+    QBoxLayout* columns = nullptr;  ///< what is entered, and what comes of it
     QCheckBox* showPlot = nullptr;
     QWidget* plotSide = nullptr;
     QLabel* pointer = nullptr;

@@ -2,6 +2,7 @@
 
 #include "app/conversion/PairSetImportDialog.h"
 #include "app/conversion/PairSetParts.h"
+#include "app/conversion/PlotOutput.h"
 #include "app/conversion/PlotView.h"
 #include "app/framework/DialogDoor.h"
 #include "app/framework/EditableList.h"
@@ -11,6 +12,7 @@
 #include "conversion/EuNumbers.h"
 #include "conversion/EuVocabulary.h"
 #include "conversion/PairFile.h"
+#include "conversion/PairTable.h"
 #include "core/talk/ProfileSettings.h"
 #include "core/talk/UserInterface.h"
 #include "vocabulary/FieldRules.h"
@@ -54,6 +56,16 @@ PairSetPanel::~PairSetPanel() {
     for (auto* const child : findChildren<QObject*>()) {
         child->disconnect(this);
     }
+}
+
+void PairSetPanel::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    parts_->arrangeFor(width());
+}
+
+QSize PairSetPanel::minimumSizeHint() const {
+    const auto least = QWidget::minimumSizeHint();
+    return parts_ ? QSize(parts_->leastWidth(), least.height()) : least;
 }
 
 void PairSetPanel::load() {
@@ -144,6 +156,11 @@ void PairSetParts::connectList() {
     QObject::connect(controls_.import, &QPushButton::clicked, &panel_,
                      [this] { importPairs(pairs_.boxTexts()); });
     QObject::connect(controls_.paste, &QPushButton::clicked, &panel_, [this] { pastePairs(); });
+    QObject::connect(controls_.copy, &QPushButton::clicked, &panel_, [this] {
+        QApplication::clipboard()->setText(toQString(pairTable(pairs_, result_, '\t')));
+    });
+    QObject::connect(controls_.savePairs, &QPushButton::clicked, &panel_,
+                     [this] { savePairTable(form_, name_, pairTable(pairs_, result_, ',')); });
     auto* pasteKey = new QShortcut(QKeySequence::Paste, list->view());
     pasteKey->setContext(Qt::WidgetShortcut);
     QObject::connect(pasteKey, &QShortcut::activated, &panel_, [this] {

@@ -46,9 +46,16 @@ class PairSetPanel : public QWidget {
     /// The edits are in the working copy; false if a file failed, which has been reported.
     [[nodiscard]] bool store();
 
+    /// Not wider than what is entered or what comes of it.
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
   signals:
     /// The user has changed the record.
     void changed();
+
+  protected:
+    /// In a narrow window the plot and the result are below the pairs.
+    void resizeEvent(QResizeEvent* event) override;
 
   private:
     std::unique_ptr<PairSetParts> parts_;

@@ -32,6 +32,13 @@ constexpr std::string_view kSeriesNames = "Pair Sets\nCurve Fit\nSeries Plot";
 constexpr int kSeries = 3;
 constexpr std::string_view kNoCurve = "No polynomial curve fit is defined";
 
+/// A number that is longer than its field shows its leading digits, not its last ones.
+void showFromFront(QLineEdit& field, const QString& text) {
+    field.setText(text);
+    field.setCursorPosition(0);
+    field.setToolTip(text);
+}
+
 void clear(DrawingSurface& surface) {
     (void)surface.setPen({0xFFFFFF, 1, LineStyle::Solid});
     surface.setSolidBrush(0xFFFFFF);
@@ -78,26 +85,25 @@ void PairSetParts::showResult() {
                                                    : QString());
     c.coefficients->clear();
     c.coefficients->addItems(toQStrings(coefficientLines(result_, options_.precision)));
-    const auto shown = [&](double value) {
-        return result_.fitted ? toQString(fixedText(value, options_.precision)) : QString();
-    };
-    c.correlation->setText(shown(result_.correlation));
-    c.rms->setText(shown(result_.rms));
+    showFromFront(*c.correlation, toQString(correlationText(result_, options_.precision)));
+    showFromFront(*c.rms, toQString(rmsText(result_, options_.precision)));
     c.series->setChecked(series_.on);
-    c.zero.value->setText(toQString(series_.zero));
-    c.cal.value->setText(toQString(series_.cal));
+    showFromFront(*c.zero.value, toQString(series_.zero));
+    showFromFront(*c.cal.value, toQString(series_.cal));
     const auto computed = [](const std::optional<double>& value) {
         return value ? toQString(fixedText(*value)) : QString();
     };
-    c.zero.computed->setText(computed(result_.zeroY));
-    c.cal.computed->setText(computed(result_.calY));
+    showFromFront(*c.zero.computed, computed(result_.zeroY));
+    showFromFront(*c.cal.computed, computed(result_.calY));
     showTrust();
     enableControls();
 }
 
 void PairSetParts::showTrust() {
-    const auto note =
-        trustNote(judgeResult(result_, input_, options_), result_.order, options_.precision);
+    const auto stale = page_.staleNote(result_);
+    const auto note = stale.empty() ? trustNote(judgeResult(result_, input_, options_),
+                                                result_.order, options_.precision)
+                                    : stale;
     controls_.trust->setText(toQString(note));
     controls_.trust->setVisible(!note.empty());
 }
@@ -107,6 +113,8 @@ void PairSetParts::enableControls() {
     const bool edits = !setup_.readOnly;
     c.import->setEnabled(edits);
     c.paste->setEnabled(edits);
+    c.copy->setEnabled(pairs_.size() > 0);
+    c.savePairs->setEnabled(pairs_.size() > 0);
     c.curve->setEnabled(edits);
     c.sorted->setEnabled(edits);
     c.choices->setEnabled(curve_ && edits);
@@ -151,6 +159,23 @@ void PairSetParts::setPlotShown(bool shown) {
     controls_.plotSide->setVisible(shown);
     controls_.columns->setStretch(0, shown ? 0 : 1);
     controls_.columns->setStretch(1, shown ? 1 : 0);
+}
+
+int PairSetParts::columnWidth(int column) const {
+    return controls_.columns->itemAt(column)->minimumSize().width();
+}
+
+int PairSetParts::leastWidth() const {
+    const auto margins = controls_.columns->contentsMargins();
+    return std::max(columnWidth(0), columnWidth(1)) + margins.left() + margins.right();
+}
+
+void PairSetParts::arrangeFor(int width) {
+    auto& columns = *controls_.columns;
+    const auto margins = columns.contentsMargins();
+    const int needed =
+        columnWidth(0) + columns.spacing() + columnWidth(1) + margins.left() + margins.right();
+    columns.setDirection(needed <= width ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
 }
 
 void PairSetParts::redraw() {
@@ -204,7 +229,17 @@ bool PairSetParts::drawPage(DrawingSurface& surface) const {
 }
 
 void PairSetParts::editAttributes() {
-    if (editPlotAttributes(form_, chosen_, kSeries, kSeriesNames, panel_.window())) {
+    // An axis that scales itself offers the range that it has as its minimum and maximum.
+    auto edited = chosen_;
+    FitDrawing drawing;
+    drawing.rescale = rescaled_;
+    const auto shown = fitScale(chosen_, result_, input_, options_, drawing);
+    edited.x = scalesX(chosen_.scale) ? shown.x : chosen_.x;
+    edited.y = scalesY(chosen_.scale) ? shown.y : chosen_.y;
+    if (editPlotAttributes(form_, edited, kSeries, kSeriesNames, panel_.window())) {
+        edited.x = scalesX(edited.scale) ? chosen_.x : edited.x;
+        edited.y = scalesY(edited.scale) ? chosen_.y : edited.y;
+        chosen_ = edited;
         chosen_.save(document_.settings, kApplicationName);
         rescaled_ = false;
         redraw();

@@ -26,8 +26,15 @@ class PairSetParts {
     void refit(bool rescale);
     [[nodiscard]] bool validate() { return setDefaultBits(); }
     [[nodiscard]] bool store();
+    /// Places what is entered and what comes of it side by side if both have room in this width,
+    /// else one below the other.
+    void arrangeFor(int width);
+    /// The width that they need one below the other.
+    [[nodiscard]] int leastWidth() const;
 
   private:
+    [[nodiscard]] int columnWidth(int column) const;
+
     // The list.
     void connectList();
     [[nodiscard]] std::optional<ValuePair> askForPair(const ValuePair& before, bool isNew);

@@ -52,6 +52,19 @@ bool endsAs(std::string_view path, std::string_view ending) {
            equalsIgnoreCase(path.substr(path.size() - ending.size()), ending);
 }
 
+void writeFile(FormContext& form, const std::string& title, const std::string& path,
+               const std::string& bytes) {
+    FileWriter file;
+    if (!openFileChecked(&form.ui, path, WriteMode::Truncate, OverwritePolicy::Ask, file)) {
+        return;
+    }
+    file.write(bytes);
+    if (const auto status = file.close(); !status.ok()) {
+        showBox(&form.ui, "Unable to save '" + status.path() + "'\n\nReason: " + status.reason(),
+                title);
+    }
+}
+
 }  // namespace
 
 bool paintPage(QPagedPaintDevice& device, const DrawPage& draw) {
@@ -89,14 +102,17 @@ void savePlot(FormContext& form, const std::string& title, const DrawPage& draw)
         showBox(&form.ui, "There is no plot to save.", title);
         return;
     }
-    FileWriter file;
-    if (!openFileChecked(&form.ui, choice->path, WriteMode::Truncate, OverwritePolicy::Ask, file)) {
-        return;
-    }
-    file.write(*bytes);
-    if (const auto status = file.close(); !status.ok()) {
-        showBox(&form.ui, "Unable to save '" + status.path() + "'\n\nReason: " + status.reason(),
-                title);
+    writeFile(form, title, choice->path, *bytes);
+}
+
+void savePairTable(FormContext& form, const std::string& title, const std::string& table) {
+    FilePrompt prompt;
+    prompt.title = "Save Pair Sets";
+    prompt.filters = {{"Comma Separated Values", "*.csv"}};
+    prompt.forSaving = true;
+    prompt.extension = ".csv";
+    if (const auto choice = form.ui.chooseFile(prompt)) {
+        writeFile(form, title, choice->path, table);
     }
 }
 

@@ -22,6 +22,10 @@ void printPlot(FormContext& form, const std::string& title, const DrawPage& draw
 /// fails is reported under `title`; what cannot be drawn leaves the file alone.
 void savePlot(FormContext& form, const std::string& title, const DrawPage& draw);
 
+/// Asks for a file and writes a table there, of values with commas between them. What fails is
+/// reported under `title`.
+void savePairTable(FormContext& form, const std::string& title, const std::string& table);
+
 /// One page on a printer or in a PDF; false if the device failed or `draw` did.
 [[nodiscard]] bool paintPage(QPagedPaintDevice& device, const DrawPage& draw);
 

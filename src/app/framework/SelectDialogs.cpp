@@ -148,6 +148,12 @@ ChoiceDialog::ChoiceDialog(const std::string& title, const std::vector<std::stri
     }
 }
 
+void ChoiceDialog::select(int choice) {
+    if (auto* const list = findChild<QListWidget*>(QStringLiteral("choices"))) {
+        list->setCurrentRow(std::clamp(choice, 0, list->count() - 1));
+    }
+}
+
 void ChoiceDialog::makeButtons(const std::vector<std::string>& choices) {
     auto* text = new QLabel(windowTitle(), this);
     text->setTextFormat(Qt::PlainText);

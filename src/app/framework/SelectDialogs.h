@@ -39,6 +39,8 @@ class ChoiceDialog : public QDialog {
   public:
     ChoiceDialog(const std::string& title, const std::vector<std::string>& choices,
                  QWidget* parent);
+    /// Selects a choice of a list, with the focus on it. One beyond the list selects its last.
+    void select(int choice);
     /// The index of the choice, or -1.
     [[nodiscard]] int choice() const { return choice_; }
 

@@ -2,6 +2,7 @@
 #include "app/framework/DialogDoor.h"
 #include "app/framework/FormContext.h"
 #include "app/framework/QtText.h"
+#include "app/framework/SelectDialogs.h"
 #include "app/framework/ToolTip.h"
 #include "app/shell/CommandPane.h"
 #include "app/shell/HelpWindow.h"
@@ -181,10 +182,12 @@ void MainWindow::choosePrecision() {
     for (int digits = 0; digits <= kMostPrecision; ++digits) {
         choices.push_back(std::to_string(digits));
     }
-    const int choice = ui_->chooseFromList("Enter Precision", choices);
-    if (choice >= 0) {
-        // What is kept is one more than what was chosen.
-        application_.context().settings.set(setting::kFloatPrecision, choice + 1);
+    auto& settings = application_.context().settings;
+    ChoiceDialog dialog("Enter Precision", choices, ui_->dialogParent());
+    // What is kept is one more than what was chosen.
+    dialog.select(settings.get(setting::kFloatPrecision) - 1);
+    if (runDialog(door_, dialog) == QDialog::Accepted) {
+        settings.set(setting::kFloatPrecision, dialog.choice() + 1);
     }
 }
 

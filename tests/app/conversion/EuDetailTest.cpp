@@ -293,6 +293,21 @@ TEST_F(EuDetailTest, CoefficientsDerivedFromPairsAreFitted) {
     EXPECT_EQ(f->value("A", "PS\\N"), "2") << "the pairs stay";
 }
 
+TEST_F(EuDetailTest, CoefficientsThatNoPairsGiveStayAndAreTold) {
+    open();
+    EXPECT_TRUE(run("B", [this](QDialog& dialog) {
+        sheetOf(dialog).openPage(1);
+        press(dialog, "showDetails");
+        auto& window = *sheetOf(dialog).details();
+        choose(window, "CO1", "Yes");
+        EXPECT_TRUE(f->ui.hasText(std::string(eutext::kNothingDerived)));
+        EXPECT_EQ(find<EditableList>(window, "CO\\N")->rows(),
+                  (std::vector<ListRow>{{"C(1)", "6"}}));
+        press(dialog, "ok");
+    }));
+    EXPECT_EQ(f->value("B", "CO-1"), "6");
+}
+
 TEST_F(EuDetailTest, MeasurandsAndConstantsAskForTheirNames) {
     open(2011, "C-1\\DCN:A;C-1\\DCT:DER;");
     f->ui.texts = {"SPEED", "", "G"};

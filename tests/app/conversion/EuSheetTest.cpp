@@ -6,10 +6,13 @@
 #include "core/text/Text.h"
 
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTabWidget>
 
 namespace kavu {
@@ -219,6 +222,77 @@ TEST_F(EuSheetTest, SavesDefaultsOnRequest) {
     EXPECT_EQ(f->settings.text("CPOC1"), "Ann");
     EXPECT_EQ(f->settings.text("CPOC4"), "5");
     EXPECT_FALSE(f->document.changed);
+}
+
+TEST_F(EuSheetTest, DefaultsThatWereStoredSaySo) {
+    open();
+    f->ui.byId[437] = Button::Yes;
+    run("A", [](QDialog& dialog) {
+        const auto told = [&dialog](int number) {
+            const auto* const note = find<QLabel>(sheetOf(dialog).page(number - 1), "told");
+            return note->isVisible() ? toBytes(note->text()) : std::string();
+        };
+        page(dialog, 1);
+        EXPECT_EQ(told(1), "");
+        choose(dialog, "MN4", "PAM");
+        EXPECT_EQ(told(1), eutext::kLinkTypeStored);
+        for (const auto& [number, button] :
+             {std::pair(2, "saveAsDefaults"), {6, "saveClassification"}, {7, "saveContact"}}) {
+            page(dialog, number);
+            EXPECT_EQ(told(number), "");
+            press(dialog, button);
+            EXPECT_EQ(told(number), eutext::kDefaultsStored) << number;
+            EXPECT_EQ(test::checkWindow(dialog), std::vector<std::string>{}) << number;
+        }
+        dialog.reject();
+    });
+    f->ui.byId[437] = Button::No;
+    run("A", [](QDialog& dialog) {
+        page(dialog, 2);
+        press(dialog, "saveAsDefaults");
+        EXPECT_FALSE(find<QLabel>(sheetOf(dialog).page(1), "told")->isVisible());
+        dialog.reject();
+    });
+}
+
+TEST_F(EuSheetTest, LimitsThatAreNoneAreRefused) {
+    open();
+    run("A", [this](QDialog& dialog) {
+        page(dialog, 3);
+        type(dialog, "MOT1", QStringLiteral("ten"));
+        press(dialog, "ok");
+        EXPECT_TRUE(dialog.isVisible());
+        EXPECT_TRUE(f->ui.hasText("Value High: 'ten' is not a number."));
+        type(dialog, "MOT1", QStringLiteral("10"));
+        type(dialog, "MOT2", QStringLiteral("20"));
+        press(dialog, "ok");
+        EXPECT_TRUE(f->ui.hasText("Value Low must be below Value High."));
+        EXPECT_EQ(sheetOf(dialog).openedPage(), 2);
+        EXPECT_EQ(dialog.focusWidget(), find<QWidget>(dialog, "MOT2"));
+        type(dialog, "MOT2", QStringLiteral("-20"));
+        press(dialog, "ok");
+    });
+    EXPECT_EQ(f->value("A", "MOT1"), "10");
+    EXPECT_EQ(f->value("A", "MOT2"), "-20");
+}
+
+TEST_F(EuSheetTest, TheWindowOfPairSetsScrollsOnASmallScreen) {
+    open();
+    run("A", [](QDialog& dialog) {
+        page(dialog, 2);
+        press(dialog, "showDetails");
+        auto* const details = sheetOf(dialog).details();
+        ASSERT_NE(details, nullptr);
+        for (const QSize size : {QSize(960, 540), QSize(640, 400)}) {
+            details->resize(size);
+            QApplication::processEvents();
+            EXPECT_EQ(details->size(), size) << "nothing keeps it from being that small";
+            const auto* const area = find<QScrollArea>(*details, "scroll");
+            EXPECT_GT(area->verticalScrollBar()->maximum(), 0);
+        }
+        EXPECT_LE(details->minimumSizeHint().height(), 400);
+        dialog.reject();
+    });
 }
 
 TEST_F(EuSheetTest, AnEditOfTheSecondPageStampsTheRelease) {

@@ -4,6 +4,7 @@
 #include "app/support/WidgetChecks.h"
 #include "conversion/EuVocabulary.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <QCheckBox>
@@ -396,6 +397,72 @@ TEST(PairSetPanelForm, AReadOnlyPanelShowsAndChangesNothing) {
     EXPECT_FALSE(find<QCheckBox>(panel, "definesCurve")->isEnabled());
     EXPECT_FALSE(find<QCheckBox>(panel, "useBestFit")->isEnabled());
     EXPECT_TRUE(panel.store());
+}
+
+TEST(PairSetPanelForm, LongStatisticsShowTheirLeadingDigits) {
+    PairSetStage s;
+    s.setPairs({{"0", "0"}, {"1", "30000000"}, {"2", "0"}, {"3", "30000000"}});
+    s.f.settings.write("FloatPrecision", "30");
+    auto& panel = s.open();
+    for (const char* const name : {"correlation", "rms"}) {
+        const auto* const field = find<QLineEdit>(panel, name);
+        EXPECT_GT(field->text().size(), 30) << name;
+        EXPECT_EQ(field->cursorPosition(), 0) << name;
+        EXPECT_EQ(field->toolTip(), field->text()) << name;
+    }
+}
+
+TEST(PairSetPanelForm, PairsAreCopiedAndSavedWithCorrectedValuesAndErrors) {
+    PairSetStage s;
+    auto& panel = s.open();
+    press(panel, "copyPairs");
+    const auto copied = toBytes(QGuiApplication::clipboard()->text());
+    EXPECT_TRUE(
+        copied.starts_with("Pair #\tTelemetry Value\tEU Value\tCorrected EU Value\tError\t"))
+        << copied;
+    EXPECT_NE(copied.find("\n2\t10\t21\t"), std::string::npos) << copied;
+    s.f.ui.files = {FileChoice{s.f.folder / "pairs.csv", 1}, std::nullopt};
+    press(panel, "savePairs");
+    press(panel, "savePairs");
+    EXPECT_EQ(s.f.ui.filePrompts.front().extension, ".csv");
+    const auto saved = test::readFile(s.f.folder / "pairs.csv");
+    EXPECT_TRUE(saved.starts_with("Pair #,Telemetry Value,EU Value,Corrected EU Value,Error,"));
+    EXPECT_NE(saved.find("\n2,10,21,"), std::string::npos) << saved;
+    EXPECT_EQ(std::count(saved.begin(), saved.end(), '\n'), 6);
+    EXPECT_TRUE(s.f.ui.boxes.empty());
+    EXPECT_EQ(s.changes, 0);
+    tick(panel, "definesCurve");
+    s.f.ui.files = {FileChoice{s.f.folder / "pairs.csv", 1}};
+    press(panel, "savePairs");
+    EXPECT_EQ(s.f.ui.boxes.size(), 1U) << "asked before the file is overwritten";
+    EXPECT_EQ(test::readFile(s.f.folder / "pairs.csv"), saved);
+}
+
+TEST(PairSetPanelForm, CoefficientsThatThePairsDoNotGiveAreTold) {
+    PairSetStage s;
+    s.set({{"CO1", "Y"}});
+    s.setPairs({});
+    auto& panel = s.open();
+    const auto* const note = find<QLabel>(panel, "trustNote");
+    EXPECT_TRUE(note->isVisible());
+    EXPECT_TRUE(note->text().contains(QStringLiteral("earlier fit"))) << toBytes(note->text());
+    EXPECT_FALSE(find<QPushButton>(panel, "copyPairs")->isEnabled());
+    EXPECT_FALSE(find<QPushButton>(panel, "savePairs")->isEnabled());
+    EXPECT_EQ(s.value("CO"), "77");
+}
+
+TEST(PairSetPanelForm, InANarrowWindowThePlotIsBelowThePairs) {
+    PairSetStage s;
+    auto& panel = s.open();
+    const auto* const plot = find<QWidget>(panel, "plotSide");
+    const auto leftOf = [&](const QWidget& widget) { return widget.mapTo(&panel, QPoint(0, 0)); };
+    s.window->resize(2400, 1200);
+    QApplication::processEvents();
+    EXPECT_GT(leftOf(*plot).x(), leftOf(s.list()).x());
+    s.window->resize(panel.minimumSizeHint().width() + 60, 1200);
+    QApplication::processEvents();
+    EXPECT_EQ(leftOf(*plot).x(), leftOf(s.list()).x());
+    EXPECT_GT(leftOf(*plot).y(), leftOf(s.list()).y());
 }
 
 TEST(PairSetPanelForm, GoesWithAFieldHalfEdited) {

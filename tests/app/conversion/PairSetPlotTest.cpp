@@ -2,6 +2,7 @@
 #include "app/conversion/PairSetStage.h"
 #include "app/conversion/PlotOutput.h"
 #include "app/conversion/PlotView.h"
+#include "conversion/EuNumbers.h"
 #include "conversion/Plot.h"
 
 #include <cstdlib>
@@ -9,6 +10,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QPushButton>
@@ -139,6 +141,29 @@ TEST(PairSetPlotForm, ItsAttributesAreKeptInTheSettings) {
     press(panel, "plotAttributes");
     EXPECT_EQ(s.f.settings.integer("PLXDiv", 2), 7);
     EXPECT_NE(picture(s, "curve"), before);
+}
+
+TEST(PairSetPlotForm, AxesThatScaleThemselvesOfferTheirRange) {
+    PairSetStage s;
+    auto& panel = s.open();
+    const auto limit = [](QDialog& dialog, const char* name) {
+        return find<QLineEdit>(dialog, name)->text();
+    };
+    s.door.next([&](QDialog& dialog) {
+        EXPECT_EQ(limit(dialog, "minX"), QStringLiteral("0"));
+        EXPECT_EQ(limit(dialog, "maxX"), QStringLiteral("40"));
+        EXPECT_EQ(limit(dialog, "maxY"), QStringLiteral("81"));
+        press(dialog, "ok");
+    });
+    press(panel, "plotAttributes");
+    EXPECT_EQ(s.f.settings.text("PLMaxX"), "") << "only offered";
+    s.door.next([](QDialog& dialog) {
+        find<QAbstractButton>(dialog, "useMinMax")->click();
+        press(dialog, "ok");
+    });
+    press(panel, "plotAttributes");
+    EXPECT_EQ(leadingDouble(s.f.settings.text("PLMaxX")), 40);
+    EXPECT_EQ(leadingDouble(s.f.settings.text("PLMaxY")), 81);
 }
 
 TEST(PairSetPlotForm, TheTrustNoteNamesWhatWouldHold) {

@@ -355,6 +355,20 @@ TEST_F(MainWindowTest, EditionsOfAChangedDocumentAreNotTouched) {
     document().changed = false;
 }
 
+TEST_F(MainWindowTest, ThePrecisionOpensWithThePresentValueAndOkKeepsIt) {
+    begin();
+    for (const auto& [kept, row] : {std::pair(8, 7), {1, 0}, {0, 0}, {13, 12}, {40, 12}}) {
+        settings().set(setting::kFloatPrecision, kept);
+        door.next([row = row](QDialog& dialog) {
+            auto* const list = dialog.findChild<QListWidget*>();
+            EXPECT_EQ(list->currentRow(), row);
+            test::press(dialog, row == 12 || row == 0 ? "cancel" : "ok");
+        });
+        window->run(Precision);
+        EXPECT_EQ(settings().get(setting::kFloatPrecision), kept);
+    }
+}
+
 TEST_F(MainWindowTest, ThePrecisionIsKeptAsOneMoreThanWasChosen) {
     begin();
     door.next([](QDialog& dialog) {
