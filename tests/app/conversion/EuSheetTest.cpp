@@ -226,6 +226,7 @@ TEST_F(EuSheetTest, SavesDefaultsOnRequest) {
 
 TEST_F(EuSheetTest, DefaultsThatWereStoredSaySo) {
     open();
+    f->ui.otherwise = Button::Yes;  // to the question of Cancel
     f->ui.byId[437] = Button::Yes;
     run("A", [](QDialog& dialog) {
         const auto told = [&dialog](int number) {
