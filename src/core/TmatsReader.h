@@ -43,8 +43,7 @@ class TmatsReader {
                      std::size_t* length = nullptr);
     /// `nextRawCommand` without a copy of a command that is whole in the window of the source
     /// and needs no change; any other is put into `room`. Nothing at the end. The view lives
-    /// until the source moves or `room` changes. Without substitutions it changes nothing of the
-    /// reader, so that two threads may read two sources.
+    /// until the source moves or `room` changes.
     std::optional<std::string_view> viewNextRaw(ByteSource& source, std::string& room,
                                                 long* lineCounter = nullptr,
                                                 std::size_t* length = nullptr);

@@ -40,9 +40,15 @@ bool CommandBlock::read(ByteSource& source, std::string& rest) {
 
 void CommandBlock::cut(TmatsReader& reader, const std::function<void()>& meanwhile) {
     // What a substitution hits is counted in one place.
-    divide(reader.hasSubstitutions() ? bytes_.size() : kPiece);
+    const bool isShared = reader.hasSubstitutions();
+    divide(isShared ? bytes_.size() : kPiece);
     forEachOnTwoThreads(
-        pieces_.size(), [&](std::size_t place, std::size_t) { cut(pieces_[place], reader); },
+        pieces_.size(),
+        [&](std::size_t place, std::size_t) {
+            TmatsReader own;
+            cut(pieces_[place], isShared ? reader : own);
+            pieces_[place].filler = own.takeSkippedFiller();
+        },
         meanwhile);
 }
 
@@ -50,7 +56,7 @@ void CommandBlock::cut(TmatsReader& reader, const std::function<void()>& meanwhi
 void CommandBlock::divide(std::size_t size) {
     for (std::string_view left = bytes_; !left.empty();) {
         const auto last = left.find(';', std::min(size, left.size()) - 1);
-        pieces_.push_back({left.substr(0, last + 1), {}, {}});
+        pieces_.emplace_back().bytes = left.substr(0, last + 1);
         left.remove_prefix(last + 1);
     }
 }

@@ -32,7 +32,7 @@ class CommandBlock {
     /// command ends, and after a failure, which the source keeps.
     bool read(ByteSource& source, std::string& rest);
     /// Finds the commands, as `TmatsReader::viewNextRaw` does. `meanwhile` is called while that is
-    /// done.
+    /// done. With substitutions the reader counts what they hit, and the filler of the pieces.
     void cut(TmatsReader& reader, const std::function<void()>& meanwhile);
 
     /// Commands that are together in the file.
@@ -40,6 +40,7 @@ class CommandBlock {
         std::string_view bytes;
         std::vector<CutCommand> commands;
         std::deque<std::string> changed;  ///< texts that are not as they are in the file
+        std::uint64_t filler = 0;         ///< as `TmatsReader::takeSkippedFiller` gives it
     };
     /// Those of the block, in their order.
     [[nodiscard]] const std::vector<Piece>& pieces() const { return pieces_; }

@@ -63,7 +63,7 @@ bool GroupSplitter::run(const std::string& path) {
     if (!splitCommands(source)) {
         return false;
     }
-    notes_.fillerBetween(context_.reader.takeSkippedFiller());
+    notes_.fillerBetween(filler_ + context_.reader.takeSkippedFiller());
     if (const auto status = conversionComments_.store(context_.files); !status.ok()) {
         reportWriteFailure(status);
         return false;
@@ -113,6 +113,7 @@ bool GroupSplitter::splitCommands(ByteSource& source) {
 
 bool GroupSplitter::sortBlock(CommandBlock& block, const ByteSource& source) {
     for (const auto& piece : block.pieces()) {
+        filler_ += piece.filler;
         for (const auto& cut : piece.commands) {
             line_ += cut.lines;
             if (!sortCommand(cut, line_ - 1)) {
@@ -175,7 +176,7 @@ bool GroupSplitter::sortCommand(const CutCommand& cut, long line) {
     if (!cut.isPrintable && command.find('\0') != std::string::npos) {
         notes_.nulBytes(line);
     }
-    if (!isPlain && holdsStoredBreak(command)) {
+    if (!cut.isPrintable && holdsStoredBreak(command)) {
         notes_.standIn(line, command);
     }
     if (to->isSaved) {

@@ -77,6 +77,7 @@ class GroupSplitter {
     std::size_t buffered_ = 0;
     unsigned count_ = 0;  ///< commands so far
     long line_ = 1;
+    std::uint64_t filler_ = 0;  ///< bytes between commands that are left out
 };
 
 }  // namespace kavu

@@ -18,6 +18,7 @@ using Commands = std::vector<std::pair<long, std::string>>;
 struct FoundCommands {
     Commands commands;
     std::string rest;
+    std::uint64_t filler = 0;
     bool operator==(const FoundCommands&) const = default;
 };
 
@@ -30,6 +31,7 @@ FoundCommands cutInBlocks(const std::string& text, TmatsReader& reader) {
         EXPECT_EQ(block.end(), source.position() - cut.rest.size());
         block.cut(reader, [] {});
         for (const auto& piece : block.pieces()) {
+            cut.filler += piece.filler;
             for (const auto& command : piece.commands) {
                 line += command.lines;
                 cut.commands.emplace_back(line, command.text);
@@ -38,6 +40,7 @@ FoundCommands cutInBlocks(const std::string& text, TmatsReader& reader) {
             }
         }
     }
+    cut.filler += reader.takeSkippedFiller();
     return cut;
 }
 
@@ -50,14 +53,18 @@ FoundCommands cutOneByOne(const std::string& text, TmatsReader& reader) {
         cut.commands.emplace_back(line, *command);
     }
     cut.rest = text.substr(text.rfind(';') + 1);
+    auto rest = ByteSource::fromMemory(cut.rest);
+    TmatsReader ofRest;
+    (void)ofRest.viewNextRaw(rest, room);
+    cut.filler = reader.takeSkippedFiller() - ofRest.takeSkippedFiller();
     return cut;
 }
 
 std::string randomText(unsigned seed, std::size_t size) {
     std::mt19937 random(seed);
     const std::vector<std::string> parts = {
-        "C-1\\DCN:A",  "G\\COM:x", ";",  ";\r\n", ";\n", " ;", "\r\n", "\r\r\n",
-        "COMMENT: c ", "\x14\x15", "\t", ";;",    "\n",  "ä",  "0",    "\\"};
+        "C-1\\DCN:A", "G\\COM:x", ";",  ";\r\n", ";\n", " ;", "\r\n", "\r\r\n", "COMMENT: c ",
+        "\x1A",       "\x14\x15", "\t", ";;",    "\n",  "ä",  "0",    "\\"};
     std::string text;
     while (text.size() < size) {
         text += parts[random() % parts.size()];
@@ -91,8 +98,8 @@ TEST(CommandBlock, SubstitutionsAreDoneAndCountedAsInOnePass) {
 TEST(CommandBlock, WithoutASemicolonThereIsNoBlock) {
     TmatsReader reader;
     EXPECT_EQ(cutInBlocks("", reader), FoundCommands());
-    EXPECT_EQ(cutInBlocks("G\\PN:A", reader), (FoundCommands{{}, "G\\PN:A"}));
-    EXPECT_EQ(cutInBlocks(";", reader), (FoundCommands{{{1, ";"}}, ""}));
+    EXPECT_EQ(cutInBlocks("G\\PN:A", reader), (FoundCommands{{}, "G\\PN:A", 0}));
+    EXPECT_EQ(cutInBlocks(";", reader), (FoundCommands{{{1, ";"}}, "", 0}));
 }
 
 }  // namespace
