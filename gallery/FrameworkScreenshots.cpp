@@ -17,6 +17,7 @@
 
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QTreeView>
 #include <QVBoxLayout>
 
 namespace kavu {
@@ -194,21 +195,29 @@ std::unique_ptr<QWidget> makeTable(ScreenshotStage&) {
 }
 
 std::unique_ptr<QWidget> makeMessages(ScreenshotStage& stage) {
-    MessageLines content;
-    content.title = "KAVU-9 Error Messages";
-    content.subtitle = "TMATS File: /home/test/flight-7/flight-test.tma";
+    std::vector<Finding> findings;
     for (int i = 1; i <= 12; ++i) {
         const auto n = std::to_string(i);
-        content.lines.insert(
-            content.lines.end(),
-            {"Error Reading TMATS File - (KAVU Error #" + std::to_string(178 + i) + ")",
-             "The definition of measurement STRAIN_" + n +
-                 " has no word position. It was left out.",
-             "Last TMATS commands read:", "D-1\\MN-1-" + n + ":STRAIN_" + n + ";", ""});
+        auto finding =
+            findingOfText("The definition of measurement 'STRAIN_" + n + "' (D-1\\MN-1-" + n +
+                              ") has no word position. It was left out.",
+                          i < 4 ? "Opening" : "Stream 'PCM Stream 1'");
+        finding.id = 178 + i;
+        finding.title = "Error Reading TMATS File";
+        finding.commands = "D-1\\MN-1-" + n + ":STRAIN_" + n + ";";
+        findings.push_back(std::move(finding));
     }
-    // The two references outlive the picture.
-    return std::make_unique<MessagesWindow>(
-        stage.form.ui, stage.form.door, content, [](const std::string&) { return false; }, nullptr);
+    auto* const model = new FindingModel;
+    model->setFindings(std::move(findings));
+    // The references to the context outlive the picture.
+    auto window = std::make_unique<MessagesWindow>(
+        stage.form.ui, stage.form.door,
+        MessageLines{
+            "KAVU-9 Error Messages", "TMATS File: /home/test/flight-7/flight-test.tma", {}},
+        *model, [](const Finding&) { return true; }, nullptr);
+    model->setParent(window.get());
+    window->findChild<QTreeView*>()->setCurrentIndex(model->index(0, FindingModel::kText));
+    return window;
 }
 
 std::unique_ptr<QWidget> makeProgress(ScreenshotStage&) {

@@ -26,16 +26,22 @@ extern "C" void rememberSignal(int) {
     stopSignals = 1;
 }
 
-/// A signal ends the program as the close of its window does, questions included.
-void followSignals(kavu::MainWindow& window) {
+/// From here on a signal is remembered: the working store is there before there is anything that
+/// could be closed.
+void rememberSignals() {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         std::signal(signal, rememberSignal);
     }
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
+}
+
+/// A signal ends the program as the close of its window does, questions included. It waits while
+/// the window starts or a long operation runs, which cannot be left in its middle.
+void followSignals(kavu::MainWindow& window) {
     auto* const timer = new QTimer(&window);
     QObject::connect(timer, &QTimer::timeout, &window, [&window] {
-        if (stopSignals != 0) {
+        if (stopSignals != 0 && window.mayBeClosed()) {
             stopSignals = 0;
             window.close();
         }
@@ -55,6 +61,7 @@ int main(int argc, char** argv) {
         (options.wrong ? std::cerr : std::cout) << options.print << std::flush;
         return options.wrong ? 64 : 0;
     }
+    rememberSignals();
     QApplication application(argc, argv);
     kavu::keepNumbersPlain();
     kavu::look::apply(application, options.scheme.value_or(kavu::look::desktopScheme()));
@@ -65,11 +72,11 @@ int main(int argc, char** argv) {
     kavu::DialogDoor door;
     kavu::MainWindow window(system, door);
     kavu::installForms(window, system);
-    if (!window.begin({.splash = options.splash, .file = options.file})) {
+    followSignals(window);
+    if (!window.begin({.splash = options.splash, .file = options.file, .scheme = options.scheme})) {
         system.shutDown(nullptr);
         return 1;
     }
-    followSignals(window);
     const int result = QApplication::exec();
     system.shutDown(nullptr);
     return result;

@@ -3,6 +3,8 @@
 // names, and nothing ever waits for a person.
 #pragma once
 
+#include "app/framework/WindowCare.h"
+
 #include <QCursor>
 #include <QDialog>
 #include <QGuiApplication>
@@ -37,6 +39,7 @@ class DialogDoor {
 /// The call by which all windows run a dialog: counts it and passes it to the door.
 inline int runDialog(DialogDoor& door, QDialog& dialog) {
     ++door.depth_;
+    careForDialog(dialog);
     // Work under a wait cursor may ask: then it is the program that waits.
     const bool waits = QGuiApplication::overrideCursor() != nullptr;
     if (waits) {

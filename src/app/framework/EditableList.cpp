@@ -17,6 +17,7 @@
 #include <cmath>
 #include <numeric>
 
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -76,6 +77,20 @@ std::optional<std::string> refusalOfKind(const ListColumn& column, const std::st
 
 }  // namespace
 
+std::string rangeOf(const ListColumn& column) {
+    switch (column.kind) {
+        case ColumnKind::Integer:
+            return rangeText(clampedLong(column.least), clampedLong(column.most));
+        case ColumnKind::Double:
+            return rangeText(column.least, column.most);
+        case ColumnKind::Text:
+            return limitText(column.limit);
+        case ColumnKind::Choice:
+            break;
+    }
+    return {};
+}
+
 EditableList::EditableList(FormContext& form, const char* name, ListSetup setup, QWidget* parent)
     : QWidget(parent), form_(form), setup_(std::move(setup)) {
     setObjectName(QLatin1String(name));
@@ -124,6 +139,12 @@ void EditableList::makeView() {
     head->setSortIndicator(-1, Qt::AscendingOrder);
     view_->setMinimumSize(look::charactersWide(*this, 48), look::unit(*this) * 3 * 7);
     view_->installEventFilter(this);
+    view_->viewport()->installEventFilter(this);
+    // A width that a person has chosen is not fitted again.
+    connect(head, &QHeaderView::sectionResized, this, [this] {
+        isSizedByHand_ = isSizedByHand_ || (!isFitting_ && head_->viewport()->underMouse() &&
+                                            QGuiApplication::mouseButtons() != Qt::NoButton);
+    });
     if (setup_.canSort) {
         connect(head, &QHeaderView::sectionClicked, this, &EditableList::sortBy);
     }
@@ -180,19 +201,29 @@ void EditableList::updateButtons() {
 }
 
 void EditableList::fitColumns() {
+    if (isFitting_) {
+        return;
+    }
+    isFitting_ = true;
     // A stretched column does not shrink to its contents: it would grow with every fit.
     head_->setStretchLastSection(false);
     const int least = std::max(minimumWidth(), view_->minimumWidth()) - 2 * view_->frameWidth();
-    const int room = isVisible() ? view_->viewport()->width() : least;
+    // Before it has its place there is no width but the least.
+    const int room = view_->testAttribute(Qt::WA_Resized) ? view_->viewport()->width() : least;
     const int air = look::unit(*this);
     head_->setBreaksTitles(false);
     if (fitToContents(air) > room) {
         head_->setBreaksTitles(true);
         if (fitToContents(air) > room) {
-            fitToContents(0);
+            shrinkColumns(fitToContents(0) - room);
+            if (head_->length() > room) {
+                // What has to be scrolled to in any case is shown in full.
+                fitToContents(0);
+            }
         }
     }
     head_->setStretchLastSection(true);
+    isFitting_ = false;
 }
 
 /// Gives each column the width of its contents and some air, and returns that of all.
@@ -207,6 +238,36 @@ int EditableList::fitToContents(int air) {
         all += width;
     }
     return all;
+}
+
+/// Takes what is too much from the widest columns, which then elide their values, but never so much
+/// that a title is cut. What is left of it is scrolled to.
+void EditableList::shrinkColumns(int excess) {
+    while (excess > 0) {
+        const int narrow = look::charactersWide(*this, 8);
+        int widest = -1;
+        int second = 0;
+        for (int column = 0; column < model_->columnCount(); ++column) {
+            const int width = view_->columnWidth(column);
+            if (width <= std::max(narrow, head_->sectionSizeHint(column))) {
+                continue;
+            }
+            if (widest < 0 || width > view_->columnWidth(widest)) {
+                second = widest < 0 ? 0 : view_->columnWidth(widest);
+                widest = column;
+            } else {
+                second = std::max(second, width);
+            }
+        }
+        if (widest < 0) {
+            return;
+        }
+        const int width = view_->columnWidth(widest);
+        const int least = std::max({narrow, head_->sectionSizeHint(widest), second - 1});
+        const int taken = std::min(excess, std::max(1, width - least));
+        view_->setColumnWidth(widest, width - taken);
+        excess -= taken;
+    }
 }
 
 void EditableList::setRows(std::vector<ListRow> rows) {
@@ -389,6 +450,7 @@ void EditableList::editCell(int column) {
     setup.check = [&](const std::string& value) {
         return value == values[at] ? std::nullopt : refusal(row, column, value);
     };
+    setup.hint = rangeOf(setup_.columns[at]);
     EnterValueDialog dialog(form_.ui, std::move(setup), window());
     dialog.setObjectName(QStringLiteral("CurrentValue"));
     if (runDialog(form_.door, dialog) == QDialog::Accepted) {
@@ -451,6 +513,9 @@ void EditableList::sortBy(int column) {
     model_->showInOrder(std::move(order));
     selectRow(current);
     showSortedBy(isBack ? -1 : column);
+    if (!isSizedByHand_) {
+        fitColumns();  // the arrow needs room
+    }
     if (isLong) {
         form_.ui.setProgressBar(-1);
         form_.ui.setStatusText({});
@@ -493,6 +558,10 @@ bool EditableList::handleKey(int key, bool alt) {
 }
 
 bool EditableList::eventFilter(QObject* receiver, QEvent* event) {
+    if (view_ != nullptr && receiver == view_->viewport() && event->type() == QEvent::Resize &&
+        !isSizedByHand_) {
+        fitColumns();
+    }
     if (receiver == view_ && event->type() == QEvent::KeyPress) {
         const auto* key = static_cast<QKeyEvent*>(event);
         if (handleKey(key->key(), (key->modifiers() & Qt::AltModifier) != 0)) {

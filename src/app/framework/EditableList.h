@@ -45,6 +45,10 @@ struct ListColumn {
     ValueCheck check{};        ///< a rule of the caller's own for a value that is not empty
 };
 
+/// What may be entered in a column, for a person who is about to type; empty if there is nothing to
+/// be said of it.
+[[nodiscard]] std::string rangeOf(const ListColumn& column);
+
 using ListRow = std::vector<std::string>;
 
 struct ListSetup {
@@ -129,6 +133,7 @@ class EditableList : public QWidget {
     void showSortedBy(int column);
     void fitColumns();
     int fitToContents(int air);
+    void shrinkColumns(int excess);
 
     FormContext& form_;
     ListSetup setup_;
@@ -143,6 +148,8 @@ class EditableList : public QWidget {
     QPushButton* down_ = nullptr;
     int sortedColumn_ = -1;  ///< -1 while the rows are in their own order
     bool sortedDown_ = false;
+    bool isFitting_ = false;
+    bool isSizedByHand_ = false;
 };
 
 /// A page that is one editable list over rows of a model.

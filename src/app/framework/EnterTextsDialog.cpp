@@ -26,6 +26,9 @@ EnterTextsDialog::EnterTextsDialog(UserInterface& ui, const std::string& title,
         line.edit->setObjectName(QStringLiteral("value%1").arg(lines_.size()));
         line.edit->setText(line.initial.shown());
         line.edit->setMinimumWidth(look::charactersWide(*this, 36));
+        const auto hint = toQString(limitText(prompt.limit));
+        line.edit->setPlaceholderText(hint);
+        line.edit->setAccessibleDescription(hint);
         form->addRow(look::addLabel(toQString(prompt.prompt), *line.edit), line.edit);
         lines_.push_back(std::move(line));
     }

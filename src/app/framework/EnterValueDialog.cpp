@@ -33,6 +33,12 @@ EnterValueDialog::EnterValueDialog(UserInterface& ui, EnterValueSetup setup, QWi
     label->setMinimumWidth(look::charactersWide(*this, 44));
     layout->addWidget(label);
     layout->addWidget(&control);
+    if (!setup_.hint.empty()) {
+        auto* const hint = look::makeNote(toQString(setup_.hint), this);
+        hint->setObjectName(QStringLiteral("hint"));
+        layout->addWidget(hint);
+        control.setAccessibleDescription(hint->text());
+    }
 
     lock_ = new QCheckBox(QStringLiteral("&Lock this window's position on screen"), this);
     lock_->setObjectName(QStringLiteral("lockPosition"));

@@ -28,6 +28,8 @@ struct EnterValueSetup {
     std::vector<std::string> choices{};
     bool mayBeEmpty = false;
     ValueCheck check{};
+    /// What may be entered, in a line below the field (`rangeText`).
+    std::string hint{};
     /// Title of the boxes about a refused value.
     std::string errorTitle = kIllegalNumber;
     /// A semi-colon is refused by the numbered message 402; otherwise `check` decides.

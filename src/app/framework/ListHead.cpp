@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 
+#include <QFontMetrics>
+#include <QStyle>
 #include <QStyleOptionHeader>
 
 namespace kavu {
@@ -41,13 +43,22 @@ void ListHead::initStyleOptionForIndex(QStyleOptionHeader* option, int section) 
     }
 }
 
+/// Only the column that is sorted by has to have room for the arrow.
 QSize ListHead::sectionSizeFromContents(int section) const {
-    const QSize size = QHeaderView::sectionSizeFromContents(section);
-    if (!breaksTitles_ || model() == nullptr) {
-        return size;
+    if (model() == nullptr) {
+        return QHeaderView::sectionSizeFromContents(section);
     }
+    QStyleOptionHeader option;
+    initStyleOption(&option);
+    option.section = section;
+    // No title is ever set in bold: sections are not highlighted.
+    option.fontMetrics = fontMetrics();
     const auto title = model()->headerData(section, orientation(), Qt::DisplayRole).toString();
-    return size - fontMetrics().size(0, title) + fontMetrics().size(0, brokenTitle(title));
+    option.text = breaksTitles_ ? brokenTitle(title) : title;
+    if (isSortIndicatorShown() && section == sortIndicatorSection()) {
+        option.sortIndicator = QStyleOptionHeader::SortDown;
+    }
+    return style()->sizeFromContents(QStyle::CT_HeaderSection, &option, QSize(), this);
 }
 
 }  // namespace kavu

@@ -1,12 +1,14 @@
 #include "app/framework/Look.h"
 
 #include "app/framework/LookStyle.h"
+#include "core/text/Text.h"
 
 #include <algorithm>
 
 #include <QApplication>
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QEvent>
 #include <QFontMetrics>
 #include <QLabel>
 #include <QLayout>
@@ -106,11 +108,43 @@ void apply(QApplication& application, Scheme scheme) {
 }
 
 Scheme desktopScheme() {
-    const auto palette = QGuiApplication::palette();
+    const auto own = QApplication::palette();
+    // Without a palette of the program the desktop's shows.
+    QApplication::setPalette(QPalette());
+    const auto palette = QApplication::palette();
+    QApplication::setPalette(own);
     return palette.color(QPalette::Window).lightness() <
                    palette.color(QPalette::WindowText).lightness()
                ? Scheme::Dark
                : Scheme::Light;
+}
+
+Scheme schemeOf(Appearance appearance) {
+    if (appearance == Appearance::Desktop) {
+        return desktopScheme();
+    }
+    return appearance == Appearance::Dark ? Scheme::Dark : Scheme::Light;
+}
+
+Appearance appearanceOf(std::string_view setting) {
+    for (const auto appearance : {Appearance::Light, Appearance::Dark}) {
+        if (equalsIgnoreCase(setting, settingOf(appearance))) {
+            return appearance;
+        }
+    }
+    return Appearance::Desktop;
+}
+
+std::string_view settingOf(Appearance appearance) {
+    switch (appearance) {
+        case Appearance::Light:
+            return "light";
+        case Appearance::Dark:
+            return "dark";
+        case Appearance::Desktop:
+            break;
+    }
+    return "desktop";
 }
 
 bool isDark(const QWidget& widget) {
@@ -135,6 +169,38 @@ void arrangeWindow(QLayout& layout, const QWidget& widget) {
 void arrangePart(QLayout& layout, const QWidget& widget) {
     layout.setContentsMargins(0, 0, 0, 0);
     layout.setSpacing(unit(widget));
+}
+
+namespace {
+
+class Symbol : public QLabel {
+  public:
+    Symbol(const QString& iconName, int size, QWidget* parent)
+        : QLabel(parent), iconName_(iconName), size_(size) {
+        paintSymbol();
+    }
+
+  protected:
+    void changeEvent(QEvent* event) override {
+        QLabel::changeEvent(event);
+        if (event->type() == QEvent::PaletteChange) {
+            paintSymbol();
+        }
+    }
+
+  private:
+    void paintSymbol() {
+        setPixmap(icon(iconName_).pixmap(QSize(size_, size_), devicePixelRatioF()));
+    }
+
+    QString iconName_;
+    int size_;
+};
+
+}  // namespace
+
+QLabel* makeSymbol(const QString& iconName, int size, QWidget* parent) {
+    return new Symbol(iconName, size, parent);
 }
 
 QString spokenName(const QString& label) {

@@ -2,6 +2,8 @@
 // larger font or a scaled screen keeps the proportions.
 #pragma once
 
+#include <string_view>
+
 #include <QIcon>
 #include <QString>
 #include <QStringList>
@@ -23,8 +25,16 @@ enum class Scheme { Light, Dark };
 /// The style of the house and the palette of a scheme, for the whole program. May be called
 /// again while windows are open.
 void apply(QApplication& application, Scheme scheme);
-/// The scheme that the desktop's own palette suggests. To be asked before `apply`.
+/// The scheme that the desktop's own palette suggests.
 [[nodiscard]] Scheme desktopScheme();
+
+/// What a person has chosen: the scheme of the desktop, or one of the two.
+enum class Appearance { Desktop, Light, Dark };
+[[nodiscard]] Scheme schemeOf(Appearance appearance);
+/// The appearance of a value of the setting "Appearance": "desktop", "light" or "dark" in any
+/// case; any other value is that of the desktop.
+[[nodiscard]] Appearance appearanceOf(std::string_view setting);
+[[nodiscard]] std::string_view settingOf(Appearance appearance);
 [[nodiscard]] bool isDark(const QWidget& widget);
 
 /// Half the height of a line of the widget's font, in pixels: the unit of all distances.
@@ -42,6 +52,9 @@ void arrangePart(QLayout& layout, const QWidget& widget);
 [[nodiscard]] QIcon icon(const QString& name);
 /// All icon names there are.
 [[nodiscard]] QStringList iconNames();
+
+/// A label with an icon of that size in pixels, which follows the palette.
+QLabel* makeSymbol(const QString& iconName, int size, QWidget* parent);
 
 /// A label of a control: its buddy, its accessible name (without "&", colon or blank at the
 /// end), text taken as it is.

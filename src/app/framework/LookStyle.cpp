@@ -1,7 +1,11 @@
 #include "app/framework/LookStyle.h"
 
+#include "app/framework/WindowCare.h"
+
 #include <algorithm>
 
+#include <QAbstractItemView>
+#include <QDialog>
 #include <QDialogButtonBox>
 #include <QFontMetrics>
 #include <QPainter>
@@ -11,6 +15,15 @@
 namespace kavu {
 
 LookStyle::LookStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+void LookStyle::polish(QWidget* widget) {
+    QProxyStyle::polish(widget);
+    if (auto* const dialog = qobject_cast<QDialog*>(widget)) {
+        careForDialog(*dialog);
+    } else if (auto* const view = qobject_cast<QAbstractItemView*>(widget)) {
+        careForView(*view);
+    }
+}
 
 int LookStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                          QStyleHintReturn* data) const {
@@ -43,6 +56,9 @@ int LookStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
         case PM_ExclusiveIndicatorWidth:
         case PM_ExclusiveIndicatorHeight:
             return std::max(14, height * 7 / 8);
+        case PM_HeaderMargin:
+            // Many columns stand next to each other.
+            return std::max(3, height / 6);
         case PM_ScrollBarExtent:
             return std::max(12, height * 4 / 5);
         default:
@@ -71,6 +87,16 @@ QSize LookStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
 void LookStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
                               QPainter* painter, const QWidget* widget) const {
     QProxyStyle::drawPrimitive(element, option, painter, widget);
+    if (element == PE_Frame && widget != nullptr && widget->hasFocus() &&
+        qobject_cast<const QAbstractItemView*>(widget) != nullptr) {
+        // A list with the keyboard looks like one without it but for its frame.
+        painter->save();
+        painter->setPen(option->palette.color(QPalette::Highlight));
+        painter->setBrush(Qt::NoBrush);
+        painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+        painter->restore();
+        return;
+    }
     const bool isBox = element == PE_IndicatorCheckBox;
     if (!isBox && element != PE_IndicatorRadioButton) {
         return;

@@ -10,6 +10,8 @@ class LookStyle : public QProxyStyle {
     Q_OBJECT
   public:
     LookStyle();
+    using QProxyStyle::polish;
+    void polish(QWidget* widget) override;
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* data) const override;
     int pixelMetric(PixelMetric metric, const QStyleOption* option,

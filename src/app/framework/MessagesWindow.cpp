@@ -12,41 +12,45 @@
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QLabel>
-#include <QListView>
 #include <QPagedPaintDevice>
 #include <QPainter>
+#include <QPlainTextEdit>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QPushButton>
 #include <QShortcut>
-#include <QStringListModel>
+#include <QSplitter>
+#include <QTreeView>
 #include <QVBoxLayout>
 
 namespace kavu {
 
 namespace {
 
-QPushButton* addButton(QHBoxLayout& row, QWidget* parent, const char* name, const char16_t* text,
-                       const char16_t* icon) {
-    auto* button =
-        look::makeButton(name, QString::fromUtf16(text), QString::fromUtf16(icon), parent);
-    row.addWidget(button);
-    return button;
-}
-
-/// The size of the longest line, which all of them get: a line is not broken, and is read by
-/// scrolling. Its characters show which is the longest, as to measure all takes too long.
-QSize sizeOfLongest(const std::vector<std::string>& lines, const QWidget& list) {
+/// The width of the longest text, which is read by scrolling. Its characters show which is the
+/// longest, as to measure all takes too long.
+int widthOfLongest(const std::vector<Finding>& findings, const QWidget& list) {
     constexpr int kWidest = 100'000;
     const auto longest = std::max_element(
-        lines.begin(), lines.end(),
-        [](const std::string& a, const std::string& b) { return a.size() < b.size(); });
-    const auto metrics = list.fontMetrics();
-    const int width =
-        longest == lines.end() ? 0 : metrics.horizontalAdvance(toQString(*longest).left(kWidest));
-    const int space = look::unit(list);
-    return {std::min(width, kWidest) + 2 * space, metrics.height() + space / 2};
+        findings.begin(), findings.end(),
+        [](const Finding& a, const Finding& b) { return a.text.size() < b.text.size(); });
+    const auto text = longest == findings.end() ? QString() : toQString(longest->text).simplified();
+    const int width = list.fontMetrics().horizontalAdvance(text.left(kWidest));
+    return std::min(width, kWidest) + 2 * look::unit(list);
+}
+
+/// Lines as a model that lives as long as the window.
+FindingModel& modelOfLines(const std::vector<std::string>& lines, QObject* owner) {
+    auto* const model = new FindingModel(owner);
+    std::vector<Finding> findings;
+    findings.reserve(lines.size());
+    for (const auto& line : lines) {
+        findings.push_back(findingOfText(line, {}));
+    }
+    model->setFindings(std::move(findings));
+    return *model;
 }
 
 /// Puts texts one below the other, over as many pages as it takes.
@@ -121,82 +125,180 @@ bool printMessageLines(QPagedPaintDevice& device, const MessageLines& content) {
     return writer.end();
 }
 
+MessagesWindow::MessagesWindow(UserInterface& ui, DialogDoor& door, MessageLines content, GoTo goTo,
+                               QWidget* parent)
+    // The model belongs to the window, which is not there yet: the parent is set below.
+    : MessagesWindow(ui, door, content, modelOfLines(content.lines, nullptr), std::move(goTo),
+                     parent) {
+    model_.setParent(this);
+}
+
 MessagesWindow::MessagesWindow(UserInterface& ui, DialogDoor& door, MessageLines content,
-                               std::function<bool(const std::string&)> goToLine, QWidget* parent)
+                               FindingModel& model, GoTo goTo, QWidget* parent)
     : QDialog(parent),
       ui_(ui),
       door_(door),
       content_(std::move(content)),
-      goToLine_(std::move(goToLine)) {
+      model_(model),
+      goTo_(std::move(goTo)) {
     setObjectName(QStringLiteral("Messages"));
     setWindowTitle(content_.title.empty() ? QStringLiteral("Messages") : toQString(content_.title));
     setWindowFlag(Qt::WindowMaximizeButtonHint);
     auto* layout = new QVBoxLayout(this);
     look::arrangeWindow(*layout, *this);
-    if (!content_.subtitle.empty()) {
-        auto* subtitle = look::makeNote(toQString(content_.subtitle), this);
-        subtitle->setObjectName(QStringLiteral("subtitle"));
-        subtitle->setTextInteractionFlags(Qt::TextSelectableByMouse);
-        layout->addWidget(subtitle);
-    }
-    list_ = new QListView(this);
+    subtitle_ = look::makeNote({}, this);
+    subtitle_->setObjectName(QStringLiteral("subtitle"));
+    subtitle_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    layout->addWidget(subtitle_);
+    setSubtitle(content_.subtitle);
+    auto* const parts = new QSplitter(Qt::Vertical, this);
+    parts->setChildrenCollapsible(false);
+    makeList(parts);
+    whole_ = new QPlainTextEdit(parts);
+    whole_->setObjectName(QStringLiteral("whole"));
+    whole_->setAccessibleName(QStringLiteral("Selected message"));
+    whole_->setReadOnly(true);
+    whole_->setTabChangesFocus(true);
+    whole_->setMinimumHeight(std::max(look::unit(*this) * 5, whole_->minimumSizeHint().height()));
+    parts->setStretchFactor(0, 4);
+    parts->setStretchFactor(1, 1);
+    layout->addWidget(parts, 1);
+    makeButtons();
+    auto* copyKey = new QShortcut(QKeySequence::Copy, list_);
+    copyKey->setContext(Qt::WidgetShortcut);
+    connect(copyKey, &QShortcut::activated, this, &MessagesWindow::copyLines);
+    resize(QSize(look::charactersWide(*this, 110), look::unit(*this) * 2 * 26)
+               .boundedTo(look::roomOnScreen(*this)));
+    connect(&model_, &QAbstractItemModel::modelReset, this, [this] {
+        fitColumns();
+        showWhole();
+        updateButtons();
+    });
+    fitColumns();
+    showWhole();
+    updateButtons();
+    list_->setFocus();
+}
+
+void MessagesWindow::makeList(QWidget* parent) {
+    list_ = new QTreeView(parent);
     list_->setObjectName(QStringLiteral("lines"));
     list_->setAccessibleName(QStringLiteral("Messages"));
-    list_->setModel(new QStringListModel(toQStrings(content_.lines), list_));
-    list_->setUniformItemSizes(true);
-    list_->setGridSize(sizeOfLongest(content_.lines, *list_));
+    list_->setModel(&model_);
+    list_->setRootIsDecorated(false);
+    list_->setUniformRowHeights(true);
+    list_->setAllColumnsShowFocus(true);
     list_->setTextElideMode(Qt::ElideNone);
-    list_->setEditTriggers(QListView::NoEditTriggers);
-    list_->setSelectionMode(QListView::ExtendedSelection);
-    layout->addWidget(list_, 1);
+    list_->setEditTriggers(QTreeView::NoEditTriggers);
+    list_->setSelectionMode(QTreeView::ExtendedSelection);
+    list_->setHorizontalScrollMode(QTreeView::ScrollPerPixel);
+    list_->header()->setStretchLastSection(true);
+    list_->setMinimumWidth(look::charactersWide(*this, 40));
+    list_->setMinimumHeight(look::unit(*this) * 8);
+    connect(list_, &QTreeView::activated, this,
+            [this](const QModelIndex& index) { activate(index.row()); });
+    connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] {
+        showWhole();
+        updateButtons();
+    });
+}
 
+void MessagesWindow::makeButtons() {
     auto* row = new QHBoxLayout;
-    layout->addLayout(row);
-    auto* print = addButton(*row, this, "print", u"&Print", u"print");
-    auto* save = addButton(*row, this, "saveAs", u"&Save As", u"save-as");
-    auto* copy = addButton(*row, this, "copy", u"C&opy", u"copy");
-    auto* goTo = addButton(*row, this, "goTo", u"&Go To", u"search");
-    goTo->setVisible(static_cast<bool>(goToLine_));
-    connect(goTo, &QPushButton::clicked, this, [this] {
+    static_cast<QVBoxLayout*>(layout())->addLayout(row);
+    const auto add = [&](const char* name, const char16_t* text, const char16_t* icon,
+                         auto action) {
+        auto* button =
+            look::makeButton(name, QString::fromUtf16(text), QString::fromUtf16(icon), this);
+        row->addWidget(button);
+        connect(button, &QPushButton::clicked, this, action);
+        return button;
+    };
+    needContent_ = {add("print", u"&Print", u"print", &MessagesWindow::printLines),
+                    add("saveAs", u"&Save As", u"save-as", &MessagesWindow::saveLines),
+                    add("copy", u"C&opy", u"copy", &MessagesWindow::copyLines)};
+    goToButton_ = add("goTo", u"&Go To", u"search", [this] {
         if (list_->currentIndex().isValid()) {
             activate(list_->currentIndex().row());
         }
     });
+    goToButton_->setVisible(static_cast<bool>(goTo_));
     row->addStretch();
-    auto* close = addButton(*row, this, "close", u"&Close Window", u"");
-    close->setDefault(true);
-    connect(print, &QPushButton::clicked, this, &MessagesWindow::printLines);
-    connect(save, &QPushButton::clicked, this, &MessagesWindow::saveLines);
-    connect(copy, &QPushButton::clicked, this, &MessagesWindow::copyLines);
-    connect(close, &QPushButton::clicked, this, &QDialog::accept);
-    connect(list_, &QListView::doubleClicked, this,
-            [this](const QModelIndex& index) { activate(index.row()); });
-    auto* copyKey = new QShortcut(QKeySequence::Copy, this);
-    connect(copyKey, &QShortcut::activated, this, &MessagesWindow::copyLines);
-    resize(look::charactersWide(*this, 96), look::unit(*this) * 2 * 24);
-    list_->setMinimumWidth(look::charactersWide(*this, 50));
-    list_->setFocus();
+    add("close", u"&Close Window", u"", &QDialog::accept);
 }
 
-std::string MessagesWindow::lineAt(int row) const {
-    return content_.lines[static_cast<std::size_t>(row)];
+void MessagesWindow::setSubtitle(const std::string& subtitle) {
+    content_.subtitle = subtitle;
+    subtitle_->setText(toQString(subtitle));
+    subtitle_->setVisible(!subtitle.empty());
+}
+
+/// Plain lines need no head: they have nothing but their text.
+void MessagesWindow::fitColumns() {
+    using Column = FindingModel::Column;
+    bool isPlain = true;
+    for (const int column : {Column::kNumber, Column::kSource}) {
+        const bool isEmpty = model_.isEmptyColumn(column);
+        list_->setColumnHidden(column, isEmpty);
+        isPlain = isPlain && isEmpty;
+    }
+    list_->setColumnHidden(Column::kPlace, isPlain || model_.isEmptyColumn(Column::kPlace));
+    list_->setHeaderHidden(isPlain);
+    auto& head = *list_->header();
+    head.setResizeContentsPrecision(100);
+    for (const int column : {Column::kNumber, Column::kPlace, Column::kSource}) {
+        list_->resizeColumnToContents(column);
+        list_->setColumnWidth(column, std::min(list_->columnWidth(column) + look::unit(*this),
+                                               look::charactersWide(*this, 24)));
+    }
+    list_->setColumnWidth(Column::kText, widthOfLongest(model_.findings(), *list_));
+}
+
+void MessagesWindow::updateButtons() {
+    for (auto* const button : needContent_) {
+        button->setEnabled(model_.rowCount() > 0);
+    }
+    const auto index = list_->currentIndex();
+    goToButton_->setEnabled(
+        index.isValid() &&
+        model_.findings()[static_cast<std::size_t>(index.row())].place.isKnown());
+}
+
+void MessagesWindow::showWhole() {
+    const auto index = list_->currentIndex();
+    if (index.isValid()) {
+        whole_->setPlainText(
+            toQString(wholeFinding(model_.findings()[static_cast<std::size_t>(index.row())])));
+    } else {
+        whole_->setPlainText(model_.rowCount() > 0
+                                 ? QStringLiteral("The selected message stands here in full.")
+                                 : QStringLiteral("There are no messages."));
+    }
 }
 
 void MessagesWindow::activate(int row) {
-    if (!goToLine_ || !goToLine_(lineAt(row))) {
+    if (!goTo_ || !goTo_(model_.findings()[static_cast<std::size_t>(row)])) {
         ui_.beep();
     }
 }
 
+MessageLines MessagesWindow::content() const {
+    auto all = content_;
+    if (all.lines.empty()) {
+        all.lines = linesOfFindings(model_.findings());
+    }
+    return all;
+}
+
 void MessagesWindow::copyLines() {
-    auto rows = list_->selectionModel()->selectedRows();
+    auto rows = list_->selectionModel()->selectedRows(FindingModel::kText);
     std::sort(rows.begin(), rows.end());
     QStringList lines;
     for (const auto& index : rows) {
-        lines.append(toQString(lineAt(index.row())));
+        lines.append(toQString(model_.findings()[static_cast<std::size_t>(index.row())].text));
     }
     if (rows.isEmpty()) {
-        lines = toQStrings(content_.lines);
+        lines = toQStrings(content().lines);
     }
     QGuiApplication::clipboard()->setText(lines.join(u'\n') + u'\n');
 }
@@ -212,7 +314,7 @@ void MessagesWindow::saveLines() {
         !openFileChecked(&ui_, choice->path, WriteMode::Truncate, OverwritePolicy::Ask, file)) {
         return;
     }
-    for (const auto& line : content_.lines) {
+    for (const auto& line : content().lines) {
         file.write(line);
         file.put('\n');
     }
@@ -228,7 +330,7 @@ void MessagesWindow::printLines() {
     QPrintDialog dialog(&printer, this);
     dialog.setObjectName(QStringLiteral("Print"));
     dialog.setWindowTitle(QStringLiteral("Print Messages"));
-    if (runDialog(door_, dialog) == QDialog::Accepted && !printMessageLines(printer, content_)) {
+    if (runDialog(door_, dialog) == QDialog::Accepted && !printMessageLines(printer, content())) {
         showBox(&ui_, "The messages could not be printed.", "Print Messages");
     }
 }

@@ -4,6 +4,7 @@
 #include "app/framework/EditDialog.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
+#include "app/framework/WindowCare.h"
 #include "core/talk/ProfileSettings.h"
 
 #include <algorithm>
@@ -157,6 +158,9 @@ void PropertySheet::showEvent(QShowEvent* event) {
         pageRestored_ = true;
         putButtonsLast();
         fitToScreen();
+        if (pageCount() > 0) {
+            focusFirstField(page(openedPage()));
+        }
     }
     QDialog::showEvent(event);
 }

@@ -9,9 +9,11 @@
 #include "app/framework/SelectDialogs.h"
 #include "app/framework/StandardDialogs.h"
 #include "core/talk/FilePrompts.h"
+#include "core/talk/Messages.h"
 #include "vocabulary/FieldRules.h"
 
 #include <array>
+#include <utility>
 
 #include <QApplication>
 #include <QFileDialog>
@@ -58,6 +60,7 @@ std::optional<std::string> QtInterface::enterText(const TextPrompt& prompt) {
     setup.initial = prompt.initial;
     setup.listed = prompt.listed;
     setup.check = textCheck(prompt.limit);
+    setup.hint = limitText(prompt.limit);
     setup.errorTitle = kIllegalText;
     return enterValue(std::move(setup));
 }
@@ -75,6 +78,7 @@ std::optional<long> QtInterface::enterInteger(const IntegerPrompt& prompt) {
     setup.prompt = prompt.prompt;
     setup.initial = std::to_string(prompt.initial);
     setup.check = integerCheck(prompt.least, prompt.most);
+    setup.hint = rangeText(prompt.least, prompt.most);
     const auto value = enterValue(std::move(setup));
     return value ? parseInteger(*value) : std::nullopt;
 }
@@ -85,6 +89,7 @@ std::optional<double> QtInterface::enterDouble(const DoublePrompt& prompt) {
     setup.prompt = prompt.prompt;
     setup.initial = numberText(prompt.initial);
     setup.check = doubleCheck(prompt.least, prompt.most);
+    setup.hint = rangeText(prompt.least, prompt.most);
     const auto value = enterValue(std::move(setup));
     return value ? parseDouble(*value) : std::nullopt;
 }
@@ -124,6 +129,7 @@ std::optional<FileChoice> QtInterface::chooseFile(const FilePrompt& prompt) {
 }
 
 void QtInterface::logged(const LoggedMessage& message) {
+    logged_.push_back(message);
     if (hooks.logged) {
         hooks.logged(message);
     }
@@ -131,7 +137,21 @@ void QtInterface::logged(const LoggedMessage& message) {
 
 void QtInterface::showMessages(const std::string& title, const std::string& subtitle,
                                const std::vector<std::string>& lines) {
-    MessagesWindow window(*this, door_, {title, subtitle, lines}, hooks.goToLine, dialogParent());
+    MessageReport report{{title, subtitle, lines}, {}, streamOfTitle(title)};
+    report.findings =
+        findingsOfLog(std::exchange(logged_, {}), lines,
+                      report.stream.empty() ? "File" : "Stream '" + report.stream + "'");
+    for (auto& finding : report.findings) {
+        if (finding.place.stream.empty()) {
+            finding.place.stream = report.stream;
+        }
+    }
+    if (hooks.report && hooks.report(report)) {
+        return;
+    }
+    FindingModel model;
+    model.setFindings(report.findings);
+    MessagesWindow window(*this, door_, report.content, model, hooks.goTo, dialogParent());
     runDialog(door_, window);
 }
 

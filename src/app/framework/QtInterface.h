@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <QPoint>
 #include <QPointer>
@@ -19,6 +20,8 @@ namespace kavu {
 class DialogDoor;
 class ProgressWindow;
 struct EnterValueSetup;
+struct Finding;
+struct MessageReport;
 
 /// Where the main window receives what has no window of its own. A hook that is not set is
 /// silent.
@@ -28,9 +31,12 @@ struct InterfaceHooks {
     std::function<void(double)> progressBar;
     std::function<void(const LoggedMessage&)> logged;
     std::function<void(const std::string&)> note;
-    /// Goes to the command that a line of the Messages window names; false if it names none
-    /// or the command has no place to go to.
-    std::function<bool(const std::string& line)> goToLine;
+    /// Goes to the place of a finding of the Messages window; false if it names none that is
+    /// there.
+    std::function<bool(const Finding&)> goTo;
+    /// Takes what an operation has reported. False if it is to be shown here, modally, because the
+    /// operation waits for it.
+    std::function<bool(const MessageReport&)> report;
     std::function<void()> beep;  ///< in place of the system's beep
 };
 
@@ -87,6 +93,7 @@ class QtInterface : public UserInterface {
     std::unique_ptr<ProgressWindow> progress_;
     bool cancelled_ = false;  ///< the operation under the progress window
     LockedPositions locked_;
+    std::vector<LoggedMessage> logged_;  ///< since the last log that was shown
 };
 
 }  // namespace kavu

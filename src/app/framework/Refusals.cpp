@@ -6,6 +6,7 @@
 
 #include <array>
 #include <charconv>
+#include <limits>
 
 namespace kavu {
 
@@ -46,6 +47,34 @@ ValueCheck doubleCheck(double least, double most) {
         }
         return std::nullopt;
     };
+}
+
+std::string limitText(std::size_t limit) {
+    return limit == 0   ? std::string()
+           : limit == 1 ? std::string("At most 1 character")
+                        : formatPrintf("At most %lu characters", limit);
+}
+
+std::string rangeText(long least, long most) {
+    const bool isAbove = least > std::numeric_limits<long>::min();
+    const bool isBelow = most < std::numeric_limits<long>::max();
+    if (isAbove && isBelow) {
+        return formatPrintf("A whole number from %ld to %ld", least, most);
+    }
+    return isAbove   ? formatPrintf("A whole number, at least %ld", least)
+           : isBelow ? formatPrintf("A whole number, at most %ld", most)
+                     : std::string("A whole number");
+}
+
+std::string rangeText(double least, double most) {
+    // The ends of the type are no limits that a person has set.
+    constexpr double kEndless = 1e300;
+    if (least > -kEndless && most < kEndless) {
+        return formatPrintf("A number from %s to %s", numberText(least), numberText(most));
+    }
+    return least > -kEndless ? formatPrintf("A number, at least %s", numberText(least))
+           : most < kEndless ? formatPrintf("A number, at most %s", numberText(most))
+                             : std::string("A number");
 }
 
 std::string numberText(double number) {

@@ -23,6 +23,12 @@ inline constexpr char kIllegalText[] = "Illegal Value Entered";
 [[nodiscard]] ValueCheck integerCheck(long least, long most);
 [[nodiscard]] ValueCheck doubleCheck(double least, double most);
 
+/// What these checks take, for a person who is about to type: "1 to 64". Empty for what has no
+/// bounds worth telling.
+[[nodiscard]] std::string limitText(std::size_t limit);
+[[nodiscard]] std::string rangeText(long least, long most);
+[[nodiscard]] std::string rangeText(double least, double most);
+
 /// The shortest text that reads as the number.
 [[nodiscard]] std::string numberText(double number);
 

@@ -3,6 +3,7 @@
 #include "app/framework/ClearChoice.h"
 #include "app/framework/Look.h"
 #include "app/framework/Refusals.h"
+#include "app/framework/ToolTip.h"
 #include "app/framework/TypingRules.h"
 #include "core/text/Text.h"
 #include "vocabulary/FieldRules.h"
@@ -111,6 +112,11 @@ QWidget* RowDialog::makeControl(const ListColumn& column, const std::string& val
     rule->took(shown_.back().shown());
     edit->setText(shown_.back().shown());
     edit->setValidator(rule);
+    if (const auto range = toQString(rangeOf(column)); !range.isEmpty()) {
+        edit->setPlaceholderText(range);
+        edit->setAccessibleDescription(range);
+        edit->setToolTip(plainToolTip(range));
+    }
     edit->setMinimumWidth(look::charactersWide(*edit, 36));
     connect(edit, &QLineEdit::textEdited, rule, &TypingRule::took);
     return edit;

@@ -232,11 +232,8 @@ QuestionDialog::QuestionDialog(const ChoicePrompt& prompt, QWidget* parent) : QD
 void QuestionDialog::makeText(QVBoxLayout& column, const std::string& question) {
     auto* const head = new QHBoxLayout;
     head->setSpacing(look::unit(*this) * 2);
-    auto* const icon = new QLabel(this);
-    const int size = look::unit(*this) * 4;
-    icon->setPixmap(
-        look::icon(QStringLiteral("question")).pixmap(QSize(size, size), devicePixelRatioF()));
-    head->addWidget(icon, 0, Qt::AlignTop);
+    head->addWidget(look::makeSymbol(QStringLiteral("question"), look::unit(*this) * 4, this), 0,
+                    Qt::AlignTop);
     auto* const text = new QLabel(toQString(question), this);
     text->setObjectName(QStringLiteral("text"));
     // Texts hold names from files: they are never read as markup.

@@ -98,6 +98,11 @@ class SubcarrierDialog : public RowDialog {
     }
 };
 
+/// The width that a page can have on the screen, within its sheet.
+int pageRoom(const QWidget& page) {
+    return look::roomOnScreen(page).width() - 14 * look::unit(page);
+}
+
 }  // namespace
 
 MultiplexPage::MultiplexPage(FormContext& form, SourceParts parts, MultiplexGroup group,
@@ -105,7 +110,7 @@ MultiplexPage::MultiplexPage(FormContext& form, SourceParts parts, MultiplexGrou
     : PropertyPage(form, "multiplex_info", "Multiplex/Modulation", parent),
       parts_(parts),
       group_(std::move(group)) {
-    auto* const columns = new QHBoxLayout(this);
+    auto* const columns = new QBoxLayout(QBoxLayout::LeftToRight, this);
     look::arrangeWindow(*columns, *this);
     fields_ = new FieldForm(form, multiplexFields(), "multiplex_info", this);
     columns->addWidget(fields_);
@@ -113,6 +118,10 @@ MultiplexPage::MultiplexPage(FormContext& form, SourceParts parts, MultiplexGrou
     names->addWidget(makeNameBox());
     names->addWidget(makeListBox(), 1);
     columns->addLayout(names, 1);
+    // On a screen without room for both next to each other the list is below the fields.
+    if (columns->sizeHint().width() > pageRoom(*this)) {
+        columns->setDirection(QBoxLayout::TopToBottom);
+    }
     connect(fields_, &FieldForm::edited, this, &MultiplexPage::fieldEdited);
     if (signalNameOf(group_.record.value(kSignalType)) == SignalName::DataLink) {
         knownLink_ = basebandName(group_);
@@ -141,7 +150,8 @@ QWidget* MultiplexPage::makeListBox() {
     auto* const column = new QVBoxLayout(box);
     rows_ = new IdentifiedList(form(), "SI", signalList(form().edition), box);
     rows_->rowEditor = [this](int row, const ListRow& before) { return editRow(row, before); };
-    rows_->setMinimumWidth(look::charactersWide(*rows_, kListWidth));
+    rows_->setMinimumWidth(std::min(look::charactersWide(*rows_, kListWidth),
+                                    pageRoom(*this) - 6 * look::unit(*this)));
     column->addWidget(rows_);
     connect(rows_, &EditableList::changed, this, [this] {
         takeRows();

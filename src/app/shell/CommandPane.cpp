@@ -82,6 +82,7 @@ CommandPane::CommandPane(DocumentContext& context, ConversionStore* conversions,
         updateCount();
         fitColumns();
         fitVisibleRows();
+        findWanted();
     });
     connect(model_, &CommandModel::failed, this,
             [this] { showFailure(IoStatus(model_->commands().status())); });
@@ -197,7 +198,40 @@ void CommandPane::makeCountRow() {
 
 // --- What is shown -------------------------------------------------------------------------
 
+void CommandPane::showCommand(char letter, int group, const std::string& code) {
+    const auto file = std::find_if(files_.begin(), files_.end(), [&](const File& each) {
+        return each.letter == letter && (each.group == group || letter == 'G' || letter == 'H');
+    });
+    if (file == files_.end() || code.empty()) {
+        return;
+    }
+    filter_->clear();
+    if (const int chosen = static_cast<int>(file - files_.begin());
+        chosen != fileChoice_->currentIndex()) {
+        fileChoice_->setCurrentIndex(chosen);
+        showFile();
+    }
+    wanted_ = code;
+    looked_ = 0;
+    table_->setFocus();
+    findWanted();
+}
+
+/// Looks through the rows that have come since the last time.
+void CommandPane::findWanted() {
+    for (; !wanted_.empty() && looked_ < model_->rowCount(); ++looked_) {
+        if (equalsIgnoreCase(model_->commands().code(static_cast<std::size_t>(looked_)), wanted_)) {
+            wanted_.clear();
+            table_->selectRow(looked_);
+            table_->scrollTo(model_->index(looked_, CommandModel::kCode),
+                             QAbstractItemView::PositionAtCenter);
+            return;
+        }
+    }
+}
+
 void CommandPane::clear() {
+    wanted_.clear();
     shown_ = false;
     files_.clear();
     model_->clear();
@@ -214,6 +248,7 @@ void CommandPane::showEmpty(const QString& text) {
 
 void CommandPane::showItem(const TreeItem& item) {
     const bool same = shown_ && item_ == item;
+    wanted_.clear();
     const int chosen = same ? fileChoice_->currentIndex() : 0;
     item_ = item;
     shown_ = true;

@@ -36,6 +36,9 @@ class CommandPane : public QWidget {
 
     /// Reads what is stored for the item, also if it is shown already.
     void showItem(const TreeItem& item);
+    /// Selects the first command of a code in a group of the item that is shown, as soon as it has
+    /// been read. Nothing is selected if there is none.
+    void showCommand(char letter, int group, const std::string& code);
     /// Nothing is selected.
     void clear();
     /// The selected rows as lines of code, tabulator and value.
@@ -65,6 +68,7 @@ class CommandPane : public QWidget {
     [[nodiscard]] QString streamsText(const std::string& source) const;
     void showEmpty(const QString& text);
     void showFailure(const IoStatus& status);
+    void findWanted();
     void updateCount();
     void updateCopy();
     void fitColumns();
@@ -76,6 +80,8 @@ class CommandPane : public QWidget {
     TreeItem item_;
     bool shown_ = false;
     std::vector<File> files_;
+    std::string wanted_;  ///< the code that is to be selected; empty if there is none
+    int looked_ = 0;      ///< rows that do not have it
 
     QLabel* title_ = nullptr;
     QLabel* summary_ = nullptr;

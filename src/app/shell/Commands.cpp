@@ -16,6 +16,7 @@ constexpr std::string_view kAddRoot = "'&Root Word' Of Measurements";
 constexpr std::string_view kAddChildren = "'&Children' Of Measurements";
 constexpr std::string_view kSameNames = "Same Measurement &Names";
 constexpr std::string_view kBackups = "&Backup TMATS Files";
+constexpr std::string_view kAppearance = "A&ppearance";
 
 constexpr auto kCommands = std::to_array<CommandRow>({
     {.id = CreateNew,
@@ -381,13 +382,64 @@ constexpr auto kCommands = std::to_array<CommandRow>({
      .icon = {},
      .keys = "Alt+Shift+Left",
      .builtIn = true},
+    {.id = ShowMessages,
+     .menu = View,
+     .submenu = {},
+     .text = "&Messages",
+     .icon = "message",
+     .keys = "Ctrl+M",
+     .separatorBefore = true,
+     .builtIn = true,
+     .topic = "messages"},
+    {.id = CheckDocument,
+     .menu = View,
+     .submenu = {},
+     .text = "Chec&k Document",
+     .icon = "search",
+     .keys = "F8",
+     .builtIn = true,
+     .topic = "messages"},
+    {.id = AppearanceDesktop,
+     .menu = View,
+     .submenu = kAppearance,
+     .text = "As the &Desktop",
+     .icon = {},
+     .keys = {},
+     .checkable = true,
+     .builtIn = true,
+     .topic = "editor"},
+    {.id = AppearanceLight,
+     .menu = View,
+     .submenu = kAppearance,
+     .text = "&Light",
+     .icon = {},
+     .keys = {},
+     .checkable = true,
+     .builtIn = true,
+     .topic = "editor"},
+    {.id = AppearanceDark,
+     .menu = View,
+     .submenu = kAppearance,
+     .text = "Dar&k",
+     .icon = {},
+     .keys = {},
+     .checkable = true,
+     .builtIn = true,
+     .topic = "editor"},
     {.id = HelpIndex,
      .menu = Help,
      .submenu = {},
      .text = "&Index",
      .icon = "help",
-     .keys = "F1",
+     .keys = "Ctrl+F1",
      .inToolBar = true,
+     .builtIn = true},
+    {.id = HelpSelection,
+     .menu = Help,
+     .submenu = {},
+     .text = "Help On The &Selection",
+     .icon = {},
+     .keys = "F1",
      .builtIn = true},
     {.id = About,
      .menu = Help,
@@ -423,6 +475,12 @@ constexpr auto kOwnPrompts = std::to_array<OwnPrompt>({
     {CollapseAll, "Collapse all branches of the tree"},
     {CollapseBranch, "Collapse the selected branch"},
     {CollapseChildren, "Collapse the selected branch and all branches below it"},
+    {ShowMessages, "Show what the opening, the streams and the last check have reported"},
+    {CheckDocument, "Report what an opening of the document as it is now would report"},
+    {AppearanceDesktop, "Use the palette of the desktop"},
+    {AppearanceLight, "Use the light palette"},
+    {AppearanceDark, "Use the dark palette"},
+    {HelpSelection, "Open the page of the manual about what is selected"},
 });
 
 }  // namespace
@@ -450,7 +508,7 @@ std::string_view menuPrompt(MenuId menu) {
         "Plots and reports",
         "The measurement database",
         "Choices that hold for all files",
-        "Expand and collapse the tree of the document",
+        "The tree of the document, its messages, and how the windows look",
         "Help, and information about KAVU-9",
     };
     return kPrompts[static_cast<std::size_t>(menu)];
@@ -466,6 +524,9 @@ std::string_view submenuPrompt(std::string_view submenu) {
     if (submenu == kSameNames) {
         return "Choose if streams may share the names of measurements";
     }
+    if (submenu == kAppearance) {
+        return "Choose the palette of all windows";
+    }
     return submenu == kBackups ? "Choose if a file is copied before it is overwritten" : "";
 }
 
@@ -473,6 +534,7 @@ bool windowAllows(CommandId id, const WindowFacts& facts) {
     switch (id) {
         case ExpandAll:
         case CollapseAll:
+        case CheckDocument:
             return facts.document.open;
         case ExpandBranch:
         case ExpandChildren:

@@ -62,6 +62,12 @@ enum class CommandId : int {
     Redo = 1002,
     KeepComments = 1003,
     SaveInPlace = 1004,
+    ShowMessages = 1005,
+    CheckDocument = 1006,
+    HelpSelection = 1007,
+    AppearanceDesktop = 1008,
+    AppearanceLight = 1009,
+    AppearanceDark = 1010,
 };
 
 enum class MenuId { File, Edit, Reports, Database, Options, View, Help };

@@ -6,6 +6,7 @@
 #include "app/framework/QtText.h"
 #include "app/framework/ToolTip.h"
 #include "app/shell/CommandPane.h"
+#include "app/shell/MessageDesk.h"
 #include "app/shell/NoteBar.h"
 #include "app/shell/TreePanel.h"
 #include "application/Application.h"
@@ -52,6 +53,7 @@ MainWindow::MainWindow(Application& application, DialogDoor& door)
     makeMenus();
     makeToolBar();
     connectHooks();
+    desk_ = std::make_unique<MessageDesk>(*ui_, door_, ui_->hooks.goTo, *this);
     updateTitle();
     updateActions();
     resize(look::charactersWide(*this, 150), look::unit(*this) * 96);
@@ -191,6 +193,7 @@ void MainWindow::makeDocumentArea() {
     setCentralWidget(area);
     connect(tree_, &TreePanel::activated, this, &MainWindow::openTreeItem);
     connect(tree_, &TreePanel::requested, this, &MainWindow::runTreeAction);
+    connect(tree_, &TreePanel::refused, this, [this] { ui_->beep(); });
     connect(tree_, &TreePanel::currentChanged, this, [this] {
         const auto item = tree_->current();
         facts_.treeItemSelected = item.has_value();
@@ -211,13 +214,14 @@ void MainWindow::makeDocumentArea() {
 
 void MainWindow::connectHooks() {
     auto& hooks = ui_->hooks;
-    hooks.statusText = [this](const std::string& text) { statusLabel_->setText(toQString(text)); };
+    hooks.statusText = [this](const std::string& text) { showStatus(text); };
     hooks.progressBar = [this](double percent) {
         progress_->setVisible(percent >= 0);
         progress_->setValue(static_cast<int>(std::clamp(percent, 0.0, 100.0)));
     };
     hooks.note = [this](const std::string& text) { notes_.push_back(text); };
-    hooks.goToLine = [this](const std::string& line) { return goToLine(line); };
+    hooks.goTo = [this](const Finding& finding) { return goTo(finding.place); };
+    hooks.report = [this](const MessageReport& report) { return desk_->take(report); };
 }
 
 // --- state ----------------------------------------------------------------------------------
@@ -244,7 +248,15 @@ void MainWindow::run(CommandId id) {
         return;
     }
     handler->second();
+    endCommand();
+}
+
+/// What a command has left to be told, once it has ended.
+void MainWindow::endCommand() {
+    showStatus({});
+    desk_->endOpening();
     showNotes();
+    offerEdition();
     updateActions();
     updateChecks();
 }
@@ -351,11 +363,12 @@ void MainWindow::listen(bool on) {
     }
 }
 
-void MainWindow::documentChanged(const DocumentChange&) {
+void MainWindow::documentChanged(const DocumentChange& change) {
     const auto& context = application_.context();
     if (context.history.isInOperation()) {
         return;  // a part of it was taken back; its end is told as well
     }
+    followDocument(change);
     facts_.document.open = context.document.open;
     facts_.document.version = context.document.version;
     updateTitle();

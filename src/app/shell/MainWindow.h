@@ -2,10 +2,12 @@
 // selected item, the status bar. Every command lands here and goes to who does the work.
 #pragma once
 
+#include "app/framework/Look.h"
 #include "app/framework/QtInterface.h"
 #include "app/shell/Commands.h"
 #include "app/shell/TreeItem.h"
 #include "core/document/DocumentChange.h"
+#include "core/talk/Findings.h"
 
 #include <functional>
 #include <map>
@@ -30,6 +32,7 @@ class Application;
 struct DocumentContext;
 class CommandPane;
 class HelpWindow;
+class MessageDesk;
 class NoteBar;
 struct FormContext;
 class TreePanel;
@@ -44,6 +47,8 @@ class MainWindow : public QMainWindow, private DocumentListener {
     struct BeginOptions {
         bool splash = true;
         std::string file{};  ///< to open at once
+        /// In place of the one of the settings, until another one is chosen.
+        std::optional<look::Scheme> scheme{};
     };
     /// The order of the start, from the size of the screen to the welcome text. False if the
     /// program cannot go on; it has been reported.
@@ -62,9 +67,11 @@ class MainWindow : public QMainWindow, private DocumentListener {
 
     /// Opens a file by name, as the command line, a drop and the recent files do.
     bool openNamed(const std::string& name);
-    /// Selects what a line of text names by its first command; false if it names nothing
-    /// that has a place.
-    bool goToLine(const std::string& line);
+    /// Selects what a place names, its command as well; false if it names nothing that is there.
+    bool goTo(const FindingPlace& place);
+    /// False while the program starts and while an operation shows its progress: a close would be
+    /// dropped, or come in the middle of it.
+    [[nodiscard]] bool mayBeClosed() const;
     /// Whether the session may end: not while a dialog is up, else as the user answers.
     bool maySessionEnd();
     /// Looks whether another program has changed the document's file.
@@ -74,6 +81,7 @@ class MainWindow : public QMainWindow, private DocumentListener {
     [[nodiscard]] TreePanel& tree() { return *tree_; }
     [[nodiscard]] CommandPane& pane() { return *pane_; }
     [[nodiscard]] NoteBar& noteBar() { return *noteBar_; }
+    [[nodiscard]] MessageDesk& messages() { return *desk_; }
     [[nodiscard]] const WindowFacts& facts() const { return facts_; }
     /// The open document, or null.
     [[nodiscard]] DocumentContext* document();
@@ -100,12 +108,14 @@ class MainWindow : public QMainWindow, private DocumentListener {
     void fillRecentMenu();
     void installBuiltIn();
     void installChoices();
+    void endCommand();
     void updateActions();
     void updateHistoryEntries();
     void updateTitle();
     void updateChecks();
     /// Builds tree, pane and menus again from the open document.
     void rebuildTree();
+    void followDocument(const DocumentChange& change);
     bool selectGroup(char letter, int index);
     void openTreeItem(const TreeItem& item);
     void runTreeAction(TreeAction action, const TreeItem& item);
@@ -125,12 +135,18 @@ class MainWindow : public QMainWindow, private DocumentListener {
     void showWelcome();
     void offerRecovery();
     void showNotes();
+    void offerEdition();
+    void checkDocument();
+    void showStatus(const std::string& text);
+    void installAppearance();
+    void applyAppearance();
 
     void choosePrecision();
     void editSampleRates();
     void editUpdateOptions();
     void editVersions();
     void showHelp(const std::string& topic);
+    [[nodiscard]] std::string topicOfSelection() const;
     void showAbout();
 
     Application& application_;
@@ -141,9 +157,12 @@ class MainWindow : public QMainWindow, private DocumentListener {
     std::map<TreeAction, std::function<void(const TreeItem&)>> treeHandlers_;
     WindowFacts facts_;
     std::vector<std::string> notes_;
+    std::unique_ptr<MessageDesk> desk_;
+    bool looksForEdition_ = false;  ///< a document was opened whose edition is not looked at yet
+    std::optional<look::Scheme> scheme_;  ///< of this run, whatever the settings say
     bool started_ = false;
     bool beginning_ = false;  ///< the start runs, and the window cannot be closed yet
-    bool splash_ = false;  ///< the picture is shown at the start and at the end
+    bool splash_ = false;     ///< the picture is shown at the start and at the end
     bool quitting_ = false;
     bool checkingDisk_ = false;
 

@@ -4,6 +4,7 @@
 #include "app/framework/QtText.h"
 #include "app/shell/HelpWindow.h"
 #include "app/shell/MainWindow.h"
+#include "app/shell/MessageDesk.h"
 #include "app/shell/NoteBar.h"
 #include "app/shell/TreePanel.h"
 #include "application/Application.h"
@@ -200,9 +201,11 @@ bool MainWindow::begin(const BeginOptions& options) {
         return false;
     }
     splash_ = options.splash;
+    scheme_ = options.scheme;
     std::optional<WaitCursor> waiting;
     const auto whenReady = [this, &waiting] {
         waiting.emplace();
+        applyAppearance();
         present();
     };
     beginning_ = true;
@@ -252,30 +255,47 @@ void MainWindow::offerRecovery() {
     const auto dismissed = settings.profileKeys(kDismissedStores);
     auto stores = findAbandonedStores(application_.context().store.temporaryRoot());
     std::erase_if(stores, [&](const AbandonedStore& store) {
-        return std::find(dismissed.begin(), dismissed.end(), fileNameOf(store.folder)) !=
-                   dismissed.end() ||
-               describeStore(store.folder).isRecovered;
+        if (std::ranges::find(dismissed, fileNameOf(store.folder)) != dismissed.end()) {
+            return true;
+        }
+        const auto facts = describeStore(store.folder);
+        return facts.isRecovered || facts.isEmpty;
     });
     if (stores.empty()) {
         return;
     }
+    const auto folder = stores.front().folder;
     const auto when = QDateTime::fromSecsSinceEpoch(stores.front().modified)
                           .toString(QStringLiteral("MM-dd-yyyy HH:mm:ss"));
-    const auto folder = stores.front().folder;
-    noteBar_->showNote(
-        QStringLiteral("A session of %1 did not end properly. Its document may be recovered.")
-            .arg(when),
-        {{"recover", QStringLiteral("Re&cover..."),
-          [this, folder] {
-              application_.documents().recover(ui_.get(), folder);
-              showNotes();
-          }},
-         {"later", QStringLiteral("Not &Now"), {}},
-         {"never", QStringLiteral("Ne&ver For This One"), [this, folder] {
-              application_.context().settings.writeProfile(kDismissedStores, fileNameOf(folder),
-                                                           "1");
-              offerRecovery();
-          }}});
+    const auto facts = describeStore(folder);
+    const auto document =
+        facts.record && !facts.record->source.path.empty()
+            ? QStringLiteral("What it held of '%1'").arg(toQString(facts.record->source.path))
+            : QStringLiteral("Its document");
+    const auto never = [this, folder] {
+        application_.context().settings.writeProfile(kDismissedStores, fileNameOf(folder), "1");
+        offerRecovery();
+    };
+    noteBar_->showNote(NoteBar::About::Recovery,
+                       QStringLiteral("A session of %1 did not end properly. %2 may be recovered.")
+                           .arg(when, document),
+                       {{"recover", QStringLiteral("Re&cover..."),
+                         [this, folder] {
+                             if (application_.documents().recover(ui_.get(), folder)) {
+                                 // Also if it could not be marked.
+                                 application_.context().settings.writeProfile(
+                                     kDismissedStores, fileNameOf(folder), "1");
+                             }
+                             endCommand();
+                             // One of another session, or the same one if it was given up.
+                             offerRecovery();
+                         }},
+                        {"later", QStringLiteral("Not &Now"), {}},
+                        {"never", QStringLiteral("Ne&ver For This One"), never}});
+}
+
+bool MainWindow::mayBeClosed() const {
+    return !beginning_ && ui_->progressWindow() == nullptr;
 }
 
 bool MainWindow::maySessionEnd() {
@@ -313,6 +333,7 @@ bool MainWindow::quit() {
     listen(false);
     started_ = false;
     quitting_ = true;
+    desk_->clear();
     delete help_;
     help_ = nullptr;
     close();

@@ -7,7 +7,7 @@
 #include "app/shell/CommandPane.h"
 #include "app/shell/HelpWindow.h"
 #include "app/shell/MainWindow.h"
-#include "app/shell/NoteBar.h"
+#include "app/shell/MessageDesk.h"
 #include "app/shell/OptionDialogs.h"
 #include "app/shell/TreePanel.h"
 #include "application/AboutText.h"
@@ -18,12 +18,9 @@
 #include "core/talk/ProfileSettings.h"
 #include "core/talk/RecentFiles.h"
 #include "core/text/Clock.h"
-#include "core/text/Text.h"
-#include "groups/GroupScan.h"
 #include "groups/MeasurementNames.h"
 
 #include <algorithm>
-#include <cctype>
 
 #include <QApplication>
 #include <QMenu>
@@ -34,40 +31,11 @@ namespace {
 
 constexpr int kMostPrecision = 12;
 
-/// The group letter and index of the first command that a line names, as in "P-1\D2".
-struct NamedGroup {
-    char letter = 0;
-    int index = 0;
-};
-std::optional<NamedGroup> groupNamedIn(std::string_view line) {
-    constexpr std::string_view kLetters = "GTRMPDBSACHV";
-    for (std::size_t at = 0; at < line.size(); ++at) {
-        const bool begins = at == 0 || std::isalnum(static_cast<unsigned char>(line[at - 1])) == 0;
-        if (!begins || kLetters.find(line[at]) == std::string_view::npos) {
-            continue;
-        }
-        auto rest = line.substr(at + 1);
-        NamedGroup group{line[at], 0};
-        if (rest.starts_with('-')) {
-            group.index = leadingInt(rest.substr(1));
-            const auto digits = rest.find_first_not_of("0123456789", 1);
-            if (digits == 1 || digits == std::string_view::npos) {
-                continue;
-            }
-            rest.remove_prefix(digits);
-        }
-        if (rest.starts_with('\\')) {
-            return group;
-        }
-    }
-    return std::nullopt;
-}
-
 }  // namespace
 
 bool MainWindow::openNamed(const std::string& name) {
     const bool opened = application_.documents().openNamed(ui_.get(), name);
-    showNotes();
+    endCommand();
     return opened;
 }
 
@@ -103,7 +71,11 @@ void MainWindow::installBuiltIn() {
     handlers_[CommandId::CollapseBranch] = [this] { tree_->collapseBranch(false); };
     handlers_[CommandId::CollapseChildren] = [this] { tree_->collapseBranch(true); };
     handlers_[CommandId::HelpIndex] = [this] { showHelp("index"); };
+    handlers_[CommandId::HelpSelection] = [this] { showHelp(topicOfSelection()); };
     handlers_[CommandId::About] = [this] { showAbout(); };
+    handlers_[CommandId::ShowMessages] = [this] { desk_->show(); };
+    handlers_[CommandId::CheckDocument] = [this] { checkDocument(); };
+    installAppearance();
 }
 
 /// The entries of which one is checked.
@@ -154,6 +126,17 @@ void MainWindow::updateChecks() {
     choose(settings.get(setting::kCreateBackup), CommandId::MakeBackups, CommandId::NoBackups);
     action(CommandId::KeepComments)->setChecked(settings.get(setting::kKeepComments));
     action(CommandId::SaveInPlace)->setChecked(settings.get(setting::kSaveInPlace));
+    switch (look::appearanceOf(settings.get(setting::kAppearance))) {
+        case look::Appearance::Desktop:
+            action(CommandId::AppearanceDesktop)->setChecked(true);
+            break;
+        case look::Appearance::Light:
+            action(CommandId::AppearanceLight)->setChecked(true);
+            break;
+        case look::Appearance::Dark:
+            action(CommandId::AppearanceDark)->setChecked(true);
+            break;
+    }
 }
 
 void MainWindow::fillRecentMenu() {
@@ -249,56 +232,7 @@ void MainWindow::showAbout() {
             "About KAVU-9", Icon::Information);
 }
 
-/// Remarks of an opening are offered, not forced upon the user.
-void MainWindow::showNotes() {
-    if (notes_.empty()) {
-        return;
-    }
-    const auto notes = std::exchange(notes_, {});
-    const auto text = notes.size() == 1
-                          ? toQString(notes.front())
-                          : QStringLiteral("There are %1 remarks on this file.").arg(notes.size());
-    std::vector<NoteBar::Action> buttons;
-    if (notes.size() > 1) {
-        buttons.push_back({"showRemarks", QStringLiteral("&Show"), [this, notes] {
-                               ui_->showMessages("Remarks", application_.context().document.path,
-                                                 notes);
-                           }});
-    }
-    buttons.push_back({"dismiss", QStringLiteral("&Dismiss"), {}});
-    noteBar_->showNote(text, buttons);
-}
-
 // --- the tree, the disk ---------------------------------------------------------------------
-
-bool MainWindow::goToLine(const std::string& line) {
-    const auto group = groupNamedIn(line);
-    if (!group) {
-        return false;
-    }
-    if (!selectGroup(group->letter, group->index)) {
-        return false;
-    }
-    activateWindow();
-    return true;
-}
-
-/// Selects what a group file describes. An item of the tree has one file, and a stream may have
-/// several, each with an index of its own: the others are found by the name of the stream.
-bool MainWindow::selectGroup(char letter, int index) {
-    if (tree_->select(letter, index)) {
-        return true;
-    }
-    constexpr std::string_view kOfStreams = "PDBSA";
-    if (!facts_.document.open || kOfStreams.find(letter) == std::string_view::npos) {
-        return false;
-    }
-    const GroupNames streams(application_.context(), nullptr, letter);
-    return std::any_of(streams.entries().begin(), streams.entries().end(),
-                       [this, index](const GroupNames::Entry& entry) {
-                           return entry.index == index && tree_->selectStream(entry.name);
-                       });
-}
 
 void MainWindow::openTreeItem(const TreeItem& item) {
     switch (item.kind) {
@@ -341,9 +275,7 @@ void MainWindow::runTreeAction(TreeAction treeAction, const TreeItem& item) {
         return;
     }
     handler->second(item);
-    showNotes();
-    updateActions();
-    updateChecks();
+    endCommand();
 }
 
 void MainWindow::checkDisk() {

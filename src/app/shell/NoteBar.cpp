@@ -2,55 +2,76 @@
 
 #include "app/framework/Look.h"
 
+#include <algorithm>
+
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QVBoxLayout>
 
 namespace kavu {
 
 NoteBar::NoteBar(QWidget* parent) : QWidget(parent) {
     setObjectName(QStringLiteral("noteBar"));
+    setAccessibleName(QStringLiteral("Notes"));
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::AlternateBase);
-    auto* const row = new QHBoxLayout(this);
-    look::arrangeWindow(*row, *this);
-    auto* const symbol = new QLabel(this);
-    const int size = 2 * look::unit(*this);
-    symbol->setPixmap(look::icon(QStringLiteral("information")).pixmap(size, size));
-    row->addWidget(symbol);
-    text_ = new QLabel(this);
-    text_->setObjectName(QStringLiteral("noteText"));
-    text_->setTextFormat(Qt::PlainText);
-    text_->setWordWrap(true);
-    row->addWidget(text_, 1);
-    buttons_ = new QHBoxLayout;
-    row->addLayout(buttons_);
+    column_ = new QVBoxLayout(this);
+    look::arrangeWindow(*column_, *this);
     hide();
 }
 
-void NoteBar::showNote(const QString& text, const std::vector<Action>& actions) {
-    while (auto* const item = buttons_->takeAt(0)) {
-        // The note may be replaced by one of its own buttons.
-        item->widget()->hide();
-        item->widget()->deleteLater();
-        delete item;
-    }
-    text_->setText(text);
+void NoteBar::showNote(About about, const QString& text, const std::vector<Action>& actions) {
+    removeNote(about);
+    auto* const line = new QWidget(this);
+    auto* const row = new QHBoxLayout(line);
+    look::arrangePart(*row, *this);
+    row->addWidget(look::makeSymbol(QStringLiteral("information"), 2 * look::unit(*this), line));
+    auto* const label = new QLabel(text, line);
+    label->setObjectName(QStringLiteral("noteText"));
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    row->addWidget(label, 1);
     for (const auto& action : actions) {
-        auto* const button = look::makeButton(action.objectName, action.text, {}, this);
-        connect(button, &QPushButton::clicked, this, [this, run = action.run] {
-            hide();
+        auto* const button = look::makeButton(action.objectName, action.text, {}, line);
+        connect(button, &QPushButton::clicked, this, [this, about, run = action.run] {
+            removeNote(about);
             if (run) {
                 run();
             }
         });
-        buttons_->addWidget(button);
+        row->addWidget(button);
     }
+    column_->addWidget(line);
+    notes_.push_back({about, line, label});
     show();
 }
 
+void NoteBar::removeNote(About about) {
+    const auto found = std::ranges::find(notes_, about, &Note::about);
+    if (found == notes_.end()) {
+        return;
+    }
+    // The note may be taken away by one of its own buttons; nothing finds the others any more.
+    auto* const row = found->row;
+    notes_.erase(found);
+    column_->removeWidget(row);
+    row->hide();
+    row->setParent(nullptr);
+    row->deleteLater();
+    setVisible(!notes_.empty());
+}
+
+bool NoteBar::has(About about) const {
+    return std::ranges::find(notes_, about, &Note::about) != notes_.end();
+}
+
 QString NoteBar::text() const {
-    return text_->text();
+    QStringList texts;
+    for (const auto& note : notes_) {
+        texts << note.text->text();
+    }
+    return texts.join(u'\n');
 }
 
 }  // namespace kavu

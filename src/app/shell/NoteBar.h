@@ -1,14 +1,15 @@
-// A bar above the document for what a person should know but need not answer at once.
+// A bar above the document for what a person should know but need not answer at once. It holds
+// several notes, one below the other.
 #pragma once
 
 #include <functional>
-#include <string>
 #include <vector>
 
+#include <QString>
 #include <QWidget>
 
-class QHBoxLayout;
 class QLabel;
+class QVBoxLayout;
 
 namespace kavu {
 
@@ -20,15 +21,25 @@ class NoteBar : public QWidget {
         QString text;
         std::function<void()> run;
     };
+    /// What a note is about. There is at most one note of each: a new one takes its place.
+    enum class About { Remarks, Edition, Recovery };
 
     explicit NoteBar(QWidget* parent);
-    /// Shows a note with its buttons, in place of the one before.
-    void showNote(const QString& text, const std::vector<Action>& actions);
+    /// Shows a note with its buttons; each of them takes the note away.
+    void showNote(About about, const QString& text, const std::vector<Action>& actions);
+    void removeNote(About about);
+    [[nodiscard]] bool has(About about) const;
+    /// All notes, one in a line.
     [[nodiscard]] QString text() const;
 
   private:
-    QLabel* text_ = nullptr;
-    QHBoxLayout* buttons_ = nullptr;
+    struct Note {
+        About about;
+        QWidget* row;
+        QLabel* text;
+    };
+    QVBoxLayout* column_ = nullptr;
+    std::vector<Note> notes_;
 };
 
 }  // namespace kavu

@@ -5,6 +5,7 @@
 #include "core/talk/ProfileSettings.h"
 #include "groups/DocumentTree.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -49,6 +50,20 @@ static_assert(kActions.size() == static_cast<std::size_t>(TreeAction::CollapseCh
 
 const ActionRow& rowOf(TreeAction action) {
     return kActions[static_cast<std::size_t>(action)];
+}
+
+QKeySequence keyOf(TreeAction action) {
+    switch (action) {
+        case TreeAction::Rename:
+        case TreeAction::RenameStream:
+        case TreeAction::RenameMeasurement:
+            return Qt::Key_F2;
+        case TreeAction::Delete:
+        case TreeAction::DeleteConversion:
+            return Qt::Key_Delete;
+        default:
+            return {};
+    }
 }
 
 /// Shown while no document is open.
@@ -369,6 +384,9 @@ void TreePanel::fillMenu(QMenu& menu) {
             menu.addAction(look::icon(toQString(rowOf(action).icon)), treeActionText(action), this,
                            [this, action] { choose(action); });
         entry->setEnabled(enabled);
+        entry->setShortcut(keyOf(action));
+        // The tree has its own way with the keys: here they are only told.
+        entry->setShortcutContext(Qt::WidgetShortcut);
     };
     for (const auto action : treeActionsOf(item->kind)) {
         add(action, !available || available(action, *item));
@@ -412,9 +430,33 @@ bool TreePanel::handleKey(int key) {
         case Qt::Key_Enter:
             activateCurrent();
             return true;
+        case Qt::Key_F2:
+            return chooseFirst(
+                {TreeAction::Rename, TreeAction::RenameStream, TreeAction::RenameMeasurement});
+        case Qt::Key_Delete:
+            return chooseFirst({TreeAction::Delete, TreeAction::DeleteConversion});
         default:
             return false;
     }
+}
+
+/// Does the one of the actions that the item has. What cannot be renamed or deleted takes the key
+/// and does nothing.
+bool TreePanel::chooseFirst(std::initializer_list<TreeAction> actions) {
+    const auto item = current();
+    if (!item) {
+        return false;
+    }
+    const auto offered = treeActionsOf(item->kind);
+    for (const auto action : actions) {
+        if (std::ranges::find(offered, action) != offered.end() &&
+            (!available || available(action, *item))) {
+            choose(action);
+            return true;
+        }
+    }
+    emit refused();
+    return true;
 }
 
 bool TreePanel::eventFilter(QObject* receiver, QEvent* event) {

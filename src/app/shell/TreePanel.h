@@ -5,6 +5,7 @@
 #include "app/shell/TreeModel.h"
 
 #include <functional>
+#include <initializer_list>
 #include <optional>
 #include <set>
 #include <string>
@@ -81,6 +82,8 @@ class TreePanel : public QWidget {
     void activated(const kavu::TreeItem& item);
     void requested(kavu::TreeAction action, const kavu::TreeItem& item);
     void currentChanged();
+    /// A key asked for what the item does not have.
+    void refused();
 
   protected:
     bool eventFilter(QObject* receiver, QEvent* event) override;
@@ -90,6 +93,7 @@ class TreePanel : public QWidget {
     void choose(TreeAction action);
     void activateCurrent();
     bool handleKey(int key);
+    bool chooseFirst(std::initializer_list<TreeAction> actions);
     bool selectIndex(const QModelIndex& index);
     void setExpanded(const QModelIndex& index, bool expanded);
     void setBranch(const QModelIndex& index, bool expanded);

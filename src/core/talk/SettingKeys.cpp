@@ -76,6 +76,7 @@ constexpr auto kKeys = std::to_array<SettingKey>({
     &setting::kStreamSyncBits,
     &setting::kStreamUnsyncCriteria,
     &setting::kStreamUnsyncBits,
+    &setting::kAppearance,
     &setting::kWindowX,
     &setting::kWindowY,
     &setting::kWindowWidth,

@@ -125,6 +125,8 @@ inline constexpr TextKey kStreamUnsyncCriteria{"PSYNC3", "NS"};
 inline constexpr TextKey kStreamUnsyncBits{"PSYNC4", "0"};
 
 // --- Windows: where they were closed, and what they showed
+/// The palette: "desktop", "light" or "dark".
+inline constexpr TextKey kAppearance{"Appearance", "desktop"};
 inline constexpr IntKey kWindowX{"X"};
 inline constexpr IntKey kWindowY{"Y"};
 inline constexpr IntKey kWindowWidth{"DX"};

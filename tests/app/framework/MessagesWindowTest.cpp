@@ -5,11 +5,13 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QElapsedTimer>
 #include <QLabel>
-#include <QListView>
 #include <QPdfWriter>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QTreeView>
 
 namespace kavu {
 namespace {
@@ -20,12 +22,12 @@ using test::press;
 class MessagesWindowTest : public testing::Test {
   protected:
     std::unique_ptr<MessagesWindow> make(std::vector<std::string> lines = {"first", "K\xF6ln",
-                                                                           "third"}) {
+                                                                           "P-1\\D2 third"}) {
         return std::make_unique<MessagesWindow>(
             ui, door, MessageLines{"KAVU-9 Error Messages", "TMATS File: a.tma", lines},
-            [this](const std::string& line) {
-                gone.push_back(line);
-                return line == "third";
+            [this](const Finding& finding) {
+                gone.push_back(finding.text);
+                return finding.text == "P-1\\D2 third";
             },
             nullptr);
     }
@@ -39,9 +41,9 @@ TEST_F(MessagesWindowTest, ShowsTitleSubtitleAndLines) {
     const auto window = make();
     EXPECT_EQ(window->windowTitle(), QStringLiteral("KAVU-9 Error Messages"));
     EXPECT_EQ(find<QLabel>(*window, "subtitle")->text(), QStringLiteral("TMATS File: a.tma"));
-    const auto* model = find<QListView>(*window, "lines")->model();
+    const auto* model = find<QTreeView>(*window, "lines")->model();
     ASSERT_EQ(model->rowCount(), 3);
-    EXPECT_EQ(model->index(1, 0).data().toString(), QStringLiteral("Köln"));
+    EXPECT_EQ(model->index(1, FindingModel::kText).data().toString(), QStringLiteral("Köln"));
     EXPECT_EQ(find<QPushButton>(*window, "print")->text(), QStringLiteral("&Print"));
     EXPECT_EQ(find<QPushButton>(*window, "saveAs")->text(), QStringLiteral("&Save As"));
     EXPECT_EQ(find<QPushButton>(*window, "close")->text(), QStringLiteral("&Close Window"));
@@ -56,10 +58,10 @@ TEST_F(MessagesWindowTest, WithoutATitleItIsCalledMessages) {
 TEST_F(MessagesWindowTest, ALineWiderThanTheWindowIsReadByScrolling) {
     const auto narrow = make();
     narrow->show();
-    EXPECT_EQ(find<QListView>(*narrow, "lines")->horizontalScrollBar()->maximum(), 0);
+    EXPECT_EQ(find<QTreeView>(*narrow, "lines")->horizontalScrollBar()->maximum(), 0);
     const auto wide = make({"first", "D-1\\COM:" + std::string(600, 'W') + ";", "third"});
     wide->show();
-    auto* const list = find<QListView>(*wide, "lines");
+    auto* const list = find<QTreeView>(*wide, "lines");
     EXPECT_GE(list->horizontalScrollBar()->maximum() + list->viewport()->width(),
               list->fontMetrics().horizontalAdvance(QString(600, u'W')));
 }
@@ -82,7 +84,7 @@ TEST_F(MessagesWindowTest, SavesTheBytesOfItsLines) {
     const auto window = make();
     ui.files.push_back(FileChoice{folder / "out.txt", 1});
     press(*window, "saveAs");
-    EXPECT_EQ(test::readFile(folder / "out.txt"), "first\nK\xF6ln\nthird\n");
+    EXPECT_EQ(test::readFile(folder / "out.txt"), "first\nK\xF6ln\nP-1\\D2 third\n");
     ASSERT_EQ(ui.filePrompts.size(), 1u);
     EXPECT_EQ(ui.filePrompts[0].title, "Save Messages");
     EXPECT_EQ(ui.filePrompts[0].filters[0].first, "Text Files");
@@ -110,9 +112,9 @@ TEST_F(MessagesWindowTest, AFileThatCanNotBeWrittenIsReported) {
 TEST_F(MessagesWindowTest, CopiesTheSelectedLinesOrAll) {
     const auto window = make();
     press(*window, "copy");
-    EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("first\nKöln\nthird\n"));
-    auto* list = find<QListView>(*window, "lines");
-    list->setCurrentIndex(list->model()->index(1, 0));
+    EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("first\nKöln\nP-1\\D2 third\n"));
+    auto* list = find<QTreeView>(*window, "lines");
+    list->setCurrentIndex(list->model()->index(1, FindingModel::kText));
     press(*window, "copy");
     EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("Köln\n"));
 }
@@ -120,9 +122,10 @@ TEST_F(MessagesWindowTest, CopiesTheSelectedLinesOrAll) {
 TEST_F(MessagesWindowTest, ADoubleClickGoesToTheCommandOfTheLineOrBeeps) {
     const auto window = make();
     window->show();
-    auto* list = find<QListView>(*window, "lines");
+    auto* list = find<QTreeView>(*window, "lines");
     const auto doubleClick = [&](int row) {
-        const auto place = list->visualRect(list->model()->index(row, 0)).center();
+        const auto place =
+            list->visualRect(list->model()->index(row, FindingModel::kText)).center();
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, place);
         QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, place);
     };
@@ -130,7 +133,7 @@ TEST_F(MessagesWindowTest, ADoubleClickGoesToTheCommandOfTheLineOrBeeps) {
     EXPECT_EQ(ui.beeps, 0);
     doubleClick(0);
     EXPECT_EQ(ui.beeps, 1);
-    EXPECT_EQ(gone, (std::vector<std::string>{"third", "first"}));
+    EXPECT_EQ(gone, (std::vector<std::string>{"P-1\\D2 third", "first"}));
     EXPECT_TRUE(window->isVisible());
 }
 
@@ -139,12 +142,50 @@ TEST_F(MessagesWindowTest, TheKeyboardGoesToTheCommandToo) {
     window->show();
     window->activateWindow();
     QApplication::processEvents();
-    auto* list = find<QListView>(*window, "lines");
-    list->setCurrentIndex(list->model()->index(2, 0));
+    auto* list = find<QTreeView>(*window, "lines");
+    list->setCurrentIndex(list->model()->index(2, FindingModel::kText));
     QTest::keyClick(list, Qt::Key_G, Qt::AltModifier);
     // A button that is pressed by its letter shows so for a moment before it acts.
     EXPECT_TRUE(QTest::qWaitFor([&] { return !gone.empty(); }, 2000));
-    EXPECT_EQ(gone, std::vector<std::string>{"third"});
+    EXPECT_EQ(gone, std::vector<std::string>{"P-1\\D2 third"});
+}
+
+TEST_F(MessagesWindowTest, AFindingHasItsNumberPlaceAndSourceAndIsReadInFull) {
+    Finding finding = findingOfText("Measurement 'A' of <D-1\\LT-1-1>\nis left out.", "File");
+    finding.id = 264;
+    finding.commands = "D-1\\LT-1-1:X;";
+    FindingModel model;
+    model.setFindings({finding, findingOfText("a remark", "Remark")});
+    MessagesWindow window(
+        ui, door, {"", "", {}}, model, [](const Finding&) { return true; }, nullptr);
+    window.show();
+    auto* const list = find<QTreeView>(window, "lines");
+    const auto cell = [&](int column) { return toBytes(model.index(0, column).data().toString()); };
+    EXPECT_EQ(cell(FindingModel::kNumber), "264");
+    EXPECT_EQ(cell(FindingModel::kPlace), "D-1\\LT-1-1");
+    EXPECT_EQ(cell(FindingModel::kSource), "File");
+    EXPECT_FALSE(list->isHeaderHidden());
+    list->setCurrentIndex(model.index(0, FindingModel::kText));
+    EXPECT_EQ(find<QPlainTextEdit>(window, "whole")->toPlainText(),
+              QStringLiteral("KAVU Error #264\nMeasurement 'A' of <D-1\\LT-1-1>\nis left out.\n\n"
+                             "Last TMATS commands read: D-1\\LT-1-1:X;"));
+    EXPECT_TRUE(find<QPushButton>(window, "goTo")->isEnabled());
+    list->setCurrentIndex(model.index(1, FindingModel::kText));
+    EXPECT_FALSE(find<QPushButton>(window, "goTo")->isEnabled()) << "a remark without a place";
+}
+
+TEST_F(MessagesWindowTest, FollowsItsFindingsAndSaysWhenThereAreNone) {
+    FindingModel model;
+    MessagesWindow window(ui, door, {"", "", {}}, model, {}, nullptr);
+    window.show();
+    EXPECT_EQ(find<QPlainTextEdit>(window, "whole")->toPlainText(),
+              QStringLiteral("There are no messages."));
+    EXPECT_FALSE(find<QPushButton>(window, "saveAs")->isEnabled());
+    model.append({findingOfText("one", "File")});
+    EXPECT_TRUE(find<QPushButton>(window, "saveAs")->isEnabled());
+    model.removeSource("File");
+    EXPECT_EQ(model.rowCount(), 0);
+    EXPECT_FALSE(find<QPushButton>(window, "saveAs")->isEnabled());
 }
 
 int pageCount(const std::string& pdf) {

@@ -1,8 +1,11 @@
 #include "app/framework/QtInterface.h"
+#include "app/framework/Refusals.h"
 #include "app/support/TestDoor.h"
 #include "app/support/WidgetChecks.h"
 #include "core/files/FileIo.h"
 #include "support/TestContext.h"
+
+#include <limits>
 
 #include <QApplication>
 #include <QCheckBox>
@@ -539,6 +542,38 @@ TEST_F(QtInterfaceTest, WithoutAPathAFileDialogStartsInItsFolder) {
         dialog.reject();
     });
     EXPECT_FALSE(ui.chooseFile(prompt));
+}
+
+TEST_F(QtInterfaceTest, PromptsTellTheirRange) {
+    const auto expectHint = [this](const char* text) {
+        door.next([text](QDialog& dialog) {
+            EXPECT_EQ(toBytes(test::find<QLabel>(dialog, "hint")->text()), text);
+            dialog.reject();
+        });
+    };
+    expectHint("A whole number from 1 to 64");
+    (void)ui.enterInteger({.title = "T", .prompt = "P:", .initial = 1, .least = 1, .most = 64});
+    expectHint("A number from -0.5 to 2");
+    (void)ui.enterDouble({.title = "T", .prompt = "P:", .initial = 1, .least = -0.5, .most = 2});
+    expectHint("At most 32 characters");
+    (void)ui.enterText({.title = "T", .prompt = "P:", .initial = "", .limit = 32});
+    door.next([](QDialog& dialog) {
+        EXPECT_EQ(dialog.findChild<QLabel*>(QStringLiteral("hint")), nullptr) << "no limit";
+        dialog.reject();
+    });
+    (void)ui.enterText({.title = "T", .prompt = "P:", .initial = ""});
+}
+
+TEST(RangeText, LeavesOutWhatHasNoEnd) {
+    EXPECT_EQ(rangeText(std::numeric_limits<long>::min(), std::numeric_limits<long>::max()),
+              "A whole number");
+    EXPECT_EQ(rangeText(0L, std::numeric_limits<long>::max()), "A whole number, at least 0");
+    EXPECT_EQ(rangeText(std::numeric_limits<long>::min(), 5L), "A whole number, at most 5");
+    EXPECT_EQ(rangeText(std::numeric_limits<double>::lowest(), std::numeric_limits<double>::max()),
+              "A number");
+    EXPECT_EQ(rangeText(0.0, std::numeric_limits<double>::max()), "A number, at least 0");
+    EXPECT_EQ(limitText(0), "");
+    EXPECT_EQ(limitText(1), "At most 1 character");
 }
 
 TEST_F(QtInterfaceTest, WhatHasNoWindowGoesToTheHooks) {

@@ -1,6 +1,7 @@
 #include "app/framework/EditableList.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
+#include "app/framework/WindowCare.h"
 #include "app/shell/HelpTopics.h"
 #include "app/support/FormStage.h"
 #include "app/support/WidgetChecks.h"
@@ -12,9 +13,14 @@
 #include <set>
 
 #include <QApplication>
+#include <QDialogButtonBox>
 #include <QFile>
 #include <QFileDialog>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QScreen>
 #include <QScrollBar>
+#include <QTabBar>
 #include <QTableView>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -51,6 +57,28 @@ class AllWindows : public testing::Test {
         }
     }
 
+    /// Expects the lists of windows whose names begin so to need no scrolling sideways. Their
+    /// number.
+    int listsWithAllColumns(const std::string& beginning) {
+        int lists = 0;
+        forEachWindow([&](const std::string& name, QWidget& window) {
+            if (!name.starts_with(beginning)) {
+                return;
+            }
+            window.show();
+            QApplication::processEvents();
+            for (const auto* const shown : window.findChildren<EditableList*>()) {
+                if (shown->isVisible()) {
+                    ++lists;
+                    EXPECT_EQ(shown->view()->horizontalScrollBar()->maximum(), 0)
+                        << name << ": " << toBytes(shown->objectName());
+                }
+            }
+            window.hide();
+        });
+        return lists;
+    }
+
     test::TestApplication app;
     test::FormStage forms;
     ScreenshotList list;
@@ -71,23 +99,69 @@ TEST_F(AllWindows, HaveNamesForEveryControlAndRoomForEveryText) {
 }
 
 TEST_F(AllWindows, OfTheMultiplexShowAllColumnsOfTheirListsAtTheirUsualSize) {
-    int lists = 0;
+    EXPECT_GE(listsWithAllColumns("MULTIPLEX_INFO"), 1);
+}
+
+TEST_F(AllWindows, OfTheTracksShowAllColumnsOfTheirListAtTheirUsualSize) {
+    EXPECT_GE(listsWithAllColumns("Tape8"), 1);
+}
+
+TEST_F(AllWindows, OpenWithTheirFirstFieldReadyForTheKeyboardAndShowIt) {
+    int fields = 0;
     forEachWindow([&](const std::string& name, QWidget& window) {
-        if (!name.starts_with("MULTIPLEX_INFO")) {
-            return;
+        if (qobject_cast<QDialog*>(&window) == nullptr ||
+            qobject_cast<QMessageBox*>(&window) != nullptr || firstField(window) == nullptr) {
+            return;  // there is nothing to be filled in
         }
         window.show();
+        window.activateWindow();
         QApplication::processEvents();
-        for (const auto* const shown : window.findChildren<EditableList*>()) {
-            if (shown->isVisible()) {
-                ++lists;
-                EXPECT_EQ(shown->view()->horizontalScrollBar()->maximum(), 0)
-                    << name << ": " << toBytes(shown->objectName());
-            }
+        auto* const focus = window.focusWidget();
+        ASSERT_NE(focus, nullptr) << name << ": nothing has the keyboard";
+        EXPECT_EQ(qobject_cast<QTabBar*>(focus), nullptr) << name << ": a tab has the keyboard";
+        EXPECT_FALSE(focus->visibleRegion().isEmpty())
+            << name << ": '" << toBytes(focus->objectName()) << "' is out of sight";
+        if (const auto* const button = qobject_cast<const QPushButton*>(focus);
+            focus->objectName() == QStringLiteral("pcm_display_window") ||
+            (button != nullptr && button->isDefault())) {
+            return;  // the cursor of the grid, and the mark of a default button, are always there
         }
-        window.hide();
+        const auto with = focus->grab().toImage();
+        focus->clearFocus();
+        QApplication::processEvents();
+        EXPECT_NE(focus->grab().toImage(), with)
+            << name << ": '" << toBytes(focus->objectName()) << "' looks as it does without it";
+        ++fields;
     });
-    EXPECT_GE(lists, 1);
+    EXPECT_GT(fields, 60);
+}
+
+/// Whether all that is needed to leave a window is on the screen. The screen is the one of the
+/// platform that the test runs on: it runs once for each size.
+void expectOnScreen(const std::string& name, QWidget& window) {
+    window.show();
+    QApplication::processEvents();
+    const auto room = window.screen()->availableSize();
+    EXPECT_LE(window.width(), room.width()) << name;
+    EXPECT_LE(window.height(), room.height()) << name;
+    for (auto* const button : window.findChildren<QPushButton*>()) {
+        if (!button->isVisible() || button->window() != &window ||
+            qobject_cast<QDialogButtonBox*>(button->parentWidget()) == nullptr) {
+            continue;
+        }
+        EXPECT_TRUE(window.rect().contains(QRect(button->mapTo(&window, QPoint()), button->size())))
+            << name << ": '" << toBytes(button->objectName()) << "' is not in the window";
+    }
+    window.hide();
+}
+
+TEST_F(AllWindows, FitTheScreen) {
+    int windows = 0;
+    forEachWindow([&](const std::string& name, QWidget& window) {
+        ++windows;
+        expectOnScreen(name, window);
+    });
+    EXPECT_GT(windows, 90);
 }
 
 TEST_F(AllWindows, HaveRoomForTextOfTwiceTheSize) {

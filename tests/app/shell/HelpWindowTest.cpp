@@ -4,14 +4,20 @@
 #include "app/shell/HelpWindow.h"
 #include "app/shell/MainWindow.h"
 #include "app/shell/StartOptions.h"
+#include "app/shell/TreePanel.h"
 #include "app/support/TestDoor.h"
 #include "application/Application.h"
 #include "support/TestContext.h"
 
+#include <filesystem>
 #include <memory>
 
 #include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QTextBrowser>
@@ -113,6 +119,91 @@ TEST(HelpWindowTest, ATopicOpensItsPageAtItsHeading) {
     EXPECT_EQ(help.openedPage(), QStringLiteral("editions"));
     help.openTopic("of nothing");
     EXPECT_EQ(help.openedPage(), QStringLiteral("index"));
+}
+
+class HelpSearchTest : public testing::Test {
+  protected:
+    HelpSearchTest() {
+        help.show();
+        help.activateWindow();
+        QApplication::processEvents();
+    }
+    QLineEdit& field() { return *test::find<QLineEdit>(help, "search"); }
+    QListWidget& pages() { return *test::find<QListWidget>(help, "pages"); }
+    QString found() { return test::find<QTextBrowser>(help, "page")->textCursor().selectedText(); }
+
+    HelpWindow help{KAVU_SOURCE_DIR "/docs/manual"};
+};
+
+TEST_F(HelpSearchTest, ListsThePagesThatHaveTheTextAndGoesFromPlaceToPlaceOverThem) {
+    const int all = pages().count();
+    QTest::keyClick(&help, Qt::Key_F, Qt::ControlModifier);
+    EXPECT_TRUE(field().hasFocus());
+    QTest::keyClicks(&field(), QStringLiteral("supercommutat"));
+    const int some = pages().count();
+    EXPECT_GT(some, 0);
+    EXPECT_LT(some, all);
+    EXPECT_EQ(found().toLower(), QStringLiteral("supercommutat"));
+    const auto first = help.openedPage();
+    QSet<QString> seen;
+    for (int i = 0; i < 60; ++i) {
+        QTest::keyClick(&field(), Qt::Key_Return);
+        EXPECT_EQ(found().toLower(), QStringLiteral("supercommutat"));
+        seen.insert(help.openedPage());
+    }
+    EXPECT_EQ(seen.size(), some) << "Return goes on to the next page";
+    EXPECT_TRUE(seen.contains(first));
+    QTest::keyClick(&field(), Qt::Key_Escape);
+    EXPECT_EQ(field().text(), QString());
+    EXPECT_EQ(pages().count(), all);
+    EXPECT_TRUE(help.isVisible());
+    QTest::keyClick(&help, Qt::Key_Escape);
+    EXPECT_FALSE(help.isVisible());
+}
+
+TEST_F(HelpSearchTest, WhatIsNowhereIsSaid) {
+    field().setText(QStringLiteral("no such words anywhere"));
+    EXPECT_EQ(pages().count(), 0);
+    EXPECT_EQ(test::find<QLabel>(help, "count")->text(), QStringLiteral("Not found"));
+}
+
+TEST_F(HelpSearchTest, GoesBackAndForwardByButtonsAndKeys) {
+    auto* const back = test::find<QPushButton>(help, "back");
+    auto* const forward = test::find<QPushButton>(help, "forward");
+    EXPECT_FALSE(back->isEnabled());
+    help.openPage(QStringLiteral("display"));
+    help.openPage(QStringLiteral("undo"));
+    test::press(help, "back");
+    EXPECT_EQ(help.openedPage(), QStringLiteral("display"));
+    EXPECT_TRUE(forward->isEnabled());
+    QTest::keyClick(&help, Qt::Key_Left, Qt::AltModifier);
+    EXPECT_EQ(help.openedPage(), QStringLiteral("index"));
+    EXPECT_FALSE(back->isEnabled());
+    QTest::keyClick(&help, Qt::Key_Right, Qt::AltModifier);
+    test::press(help, "forward");
+    EXPECT_EQ(help.openedPage(), QStringLiteral("undo"));
+}
+
+TEST(HelpWindowTest, F1OpensWhatBelongsToTheSelection) {
+    HelpStage stage;
+    MainWindow window(stage.application, stage.door);
+    ASSERT_TRUE(window.begin({.splash = false}));
+    const auto opened = [&] {
+        window.activateWindow();
+        QApplication::processEvents();
+        QTest::keyClick(&window, Qt::Key_F1);
+        return helpWindow() == nullptr ? QString() : helpWindow()->openedPage();
+    };
+    EXPECT_EQ(opened(), QStringLiteral("index"));
+    const auto path = stage.folder / "flight.tma";
+    std::filesystem::copy_file(KAVU_SOURCE_DIR "/samples/flight-test.tma", path);
+    ASSERT_TRUE(window.openNamed(path));
+    window.tree().select('P', 1);
+    EXPECT_EQ(opened(), QStringLiteral("pcm-format"));
+    window.tree().select('R', 1);
+    EXPECT_EQ(opened(), QStringLiteral("recorder"));
+    window.tree().selectMeasurement("ENG1-N1");
+    EXPECT_EQ(opened(), QStringLiteral("conversions"));
 }
 
 }  // namespace

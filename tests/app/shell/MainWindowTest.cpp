@@ -1,4 +1,5 @@
 #include "app/framework/FormContext.h"
+#include "app/shell/MessageDesk.h"
 #include "app/shell/NoteBar.h"
 #include "app/shell/StartOptions.h"
 #include "app/shell/TreePanel.h"
@@ -107,7 +108,7 @@ TEST_F(MainWindowTest, EveryMenuAndSubmenuHasAPrompt) {
             ++menus;
         }
     }
-    EXPECT_EQ(menus, 12);
+    EXPECT_EQ(menus, 13);
 }
 
 TEST_F(MainWindowTest, FactsComeFromTheSourcesOfTheDocument) {
@@ -336,11 +337,9 @@ TEST_F(MainWindowTest, TheDialogOfTheEditionsConvertsTheDocument) {
         test::press(dialog, "ok");
     });
     answer("ok");  // the ends of ranges, which 2007 cannot express, in place of note 444
-    door.next([](QDialog& dialog) {
-        EXPECT_EQ(dialog.objectName(), QStringLiteral("Messages"));
-        dialog.reject();
-    });
     window->run(Versions);
+    ASSERT_NE(window->messages().window(), nullptr) << "they are in the messages as well";
+    EXPECT_TRUE(window->messages().window()->isVisible());
     EXPECT_EQ(document().version, 2007);
     EXPECT_TRUE(document().changed);
     EXPECT_EQ(title(), "KAVU-9 - TMATS Editor flight.tma (106-07)[*]");
@@ -448,14 +447,14 @@ TEST_F(MainWindowTest, AFileThatAnotherProgramHasChangedIsAskedAboutOnce) {
 
 TEST_F(MainWindowTest, ALineOfTheMessagesGoesToThePlaceOfItsCommand) {
     begin(path);
-    EXPECT_TRUE(window->goToLine("The command P-1\\D2 is wrong"));
+    EXPECT_TRUE(window->goTo(placeIn("The command P-1\\D2 is wrong")));
     ASSERT_TRUE(window->tree().current().has_value());
     EXPECT_EQ(window->tree().current()->letter, 'P');
     EXPECT_EQ(window->tree().current()->group, 1);
-    EXPECT_TRUE(window->goToLine("G\\PN:KESTREL;"));
+    EXPECT_TRUE(window->goTo(placeIn("G\\PN:KESTREL;")));
     EXPECT_EQ(window->tree().current()->kind, TreeKind::General);
-    EXPECT_FALSE(window->goToLine("Nothing is named here, not even P-x"));
-    EXPECT_FALSE(window->goToLine("P-98\\D2"));
+    EXPECT_FALSE(window->goTo(placeIn("Nothing is named here, not even P-x")));
+    EXPECT_FALSE(window->goTo(placeIn("P-98\\D2")));
 }
 
 TEST_F(MainWindowTest, ALineOfAGroupBesideTheFormatGoesToTheStreamOfItsName) {
@@ -466,9 +465,9 @@ TEST_F(MainWindowTest, ALineOfAGroupBesideTheFormatGoesToTheStreamOfItsName) {
         renameFile(store.pathOf("[kavu]PCMMEAS.D01"), store.pathOf("[kavu]PCMMEAS.D07")).ok());
     const auto text = test::readFile(store.pathOf("[kavu]PCMMEAS.D07"));
     test::writeFile(store.pathOf("[kavu]PCMMEAS.D07"), replaceAll(text, "D-1\\", "D-7\\"));
-    EXPECT_TRUE(window->goToLine("D-7\\MN-1-1:X;"));
+    EXPECT_TRUE(window->goTo(placeIn("D-7\\MN-1-1:X;")));
     EXPECT_EQ(window->tree().current()->name, "PCM Stream 1");
-    EXPECT_FALSE(window->goToLine("D-1\\MN-1-1:X;"));
+    EXPECT_FALSE(window->goTo(placeIn("D-1\\MN-1-1:X;")));
 }
 
 TEST_F(MainWindowTest, RemarksOfAnOpeningAreOffered) {

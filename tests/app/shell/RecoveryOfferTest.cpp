@@ -81,6 +81,50 @@ TEST_F(RecoveryOfferTest, AStoreThatWasRecoveredIsNotOfferedAgain) {
     EXPECT_FALSE(window->noteBar().isVisible());
 }
 
+TEST_F(RecoveryOfferTest, AnEmptyStoreIsNotOffered) {
+    const auto empty = temp() + "/KAVU-9-00000000-0000-0000-0000-000000000000";
+    ASSERT_TRUE(makeFolder(empty, 0700).ok());
+    test::writeFile(empty + "/KAVU9TMP.TMP", "scratch");
+    begin();
+    EXPECT_FALSE(window->noteBar().isVisible());
+    EXPECT_TRUE(fileExists(empty + "/KAVU9TMP.TMP")) << "it may be another program's";
+}
+
+TEST_F(RecoveryOfferTest, TheNoteNamesTheFileAndStaysBesideTheRemarksOfAnOpening) {
+    const auto store = temp() + "/KAVU-9-00000000-0000-0000-0000-000000000000";
+    ASSERT_TRUE(makeFolder(store, 0700).ok());
+    test::writeFile(store + "/[kavu]GTMP.G", "G\\PN:LOST;\r\n");
+    StoreRecord record;
+    record.source = describeSource(path);
+    test::writeFile(store + "/" + std::string(working::kStoreRecord), storeRecordText(record));
+    const auto other = folder / "other.tma";
+    test::writeFile(other, "G\\PN:X;\r\nG\\106:09;\r\nQ-1\\ID:unknown;\r\n");
+    begin(other);
+    const auto text = toBytes(window->noteBar().text());
+    EXPECT_THAT(text, HasSubstr("What it held of '" + path + "' may be recovered."));
+    EXPECT_THAT(text, HasSubstr("no known group"));
+    test::press(window->noteBar(), "dismiss");
+    EXPECT_TRUE(window->noteBar().has(NoteBar::About::Recovery));
+}
+
+TEST_F(RecoveryOfferTest, ARecoveredStoreIsNotOfferedAgainEvenIfItCouldNotBeMarked) {
+    const auto store = temp() + "/KAVU-9-00000000-0000-0000-0000-000000000000";
+    ASSERT_TRUE(makeFolder(store, 0700).ok());
+    test::writeFile(store + "/[kavu]GTMP.G", "G\\PN:LOST;\r\nG\\106:09;\r\n");
+    // A folder in the place of the mark.
+    ASSERT_TRUE(makeFolder(store + "/" + std::string(working::kRecovered)).ok());
+    test::writeFile(store + "/" + std::string(working::kRecovered) + "/x", "x");
+    begin();
+    const auto output = folder / "recovered.tma";
+    door.next([&](QDialog& dialog) { typeFileName(dialog, output.c_str()); });
+    test::press(window->noteBar(), "recover");
+    EXPECT_TRUE(document().open);
+    EXPECT_FALSE(window->noteBar().has(NoteBar::About::Recovery));
+    ASSERT_TRUE(window->quit());
+    begin();
+    EXPECT_FALSE(window->noteBar().has(NoteBar::About::Recovery));
+}
+
 TEST_F(RecoveryOfferTest, WhatCouldNotBePutBackIsOfferedByTheNextStart) {
     begin(path);
     settings().set(setting::kCreateBackup, false);

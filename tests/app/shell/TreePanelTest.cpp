@@ -87,6 +87,45 @@ class TreePanelTest : public testing::Test {
     std::vector<TreeItem> opened;
 };
 
+TEST_F(TreePanelTest, F2RenamesAndDeleteDeletesWhatTheItemIs) {
+    openSample();
+    int refused = 0;
+    QObject::connect(&panel, &TreePanel::refused, [&] { ++refused; });
+    const auto measurement = app.application.conversions().definitionNames(-1)->front();
+    const struct {
+        TreeKind kind;
+        std::string name;
+        std::optional<TreeAction> rename;
+        std::optional<TreeAction> remove;
+    } cases[] = {
+        {TreeKind::Source, "L-Band Telemetry", TreeAction::Rename, TreeAction::Delete},
+        {TreeKind::Stream, "PCM Stream 1", TreeAction::RenameStream, std::nullopt},
+        {TreeKind::Measurement, measurement, TreeAction::RenameMeasurement,
+         TreeAction::DeleteConversion},
+        {TreeKind::General, "", std::nullopt, std::nullopt},
+    };
+    for (const auto& row : cases) {
+        ASSERT_TRUE(selectKind(row.kind, row.name));
+        for (const auto& [key, action] :
+             {std::pair(Qt::Key_F2, row.rename), std::pair(Qt::Key_Delete, row.remove)}) {
+            requests.clear();
+            refused = 0;
+            QTest::keyClick(panel.view(), key);
+            ASSERT_EQ(requests.size(), action ? 1U : 0U) << row.name;
+            EXPECT_EQ(refused, action ? 0 : 1) << row.name;
+            if (action) {
+                EXPECT_EQ(requests.front().first, *action);
+                EXPECT_EQ(requests.front().second.name, row.name);
+            }
+        }
+    }
+    panel.available = [](TreeAction, const TreeItem&) { return false; };
+    ASSERT_TRUE(selectKind(TreeKind::Source, "L-Band Telemetry"));
+    requests.clear();
+    QTest::keyClick(panel.view(), Qt::Key_Delete);
+    EXPECT_TRUE(requests.empty()) << "an action whose editor is not there";
+}
+
 TEST_F(TreePanelTest, WithoutADocumentAHintIsShown) {
     panel.show();
     auto* hint = panel.findChild<QLabel*>(QStringLiteral("emptyText"));

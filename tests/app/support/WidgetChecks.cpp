@@ -104,8 +104,10 @@ bool isCut(const QWidget& widget) {
         if (label->wordWrap()) {
             return label->height() < label->heightForWidth(label->width());
         }
+        // One that ignores the height of its text is made to be cut where there is no room.
+        const bool mayBeLow = label->sizePolicy().verticalPolicy() == QSizePolicy::Ignored;
         return label->width() < label->sizeHint().width() ||
-               label->height() < label->sizeHint().height();
+               (!mayBeLow && label->height() < label->sizeHint().height());
     }
     if (qobject_cast<const QAbstractButton*>(&widget) != nullptr) {
         return widget.width() < widget.sizeHint().width() ||
