@@ -287,8 +287,10 @@ void focusFirstField(QWidget& within) {
 
 void fitDialogToScreen(QDialog& dialog) {
     const auto room = look::roomOnScreen(dialog);
+    // A size that it needs, or that a person has given to it, may take all of the screen's width.
+    const auto most = dialog.screen() == nullptr ? room : dialog.screen()->availableSize();
     const auto least = dialog.minimumSizeHint();
-    if ((least.width() > room.width() || least.height() > room.height()) &&
+    if ((least.width() > most.width() || least.height() > room.height()) &&
         begins(dialog, kFitted)) {
         makeContentsScroll(dialog);
         // What is in the area has no say in the size any more.
@@ -298,8 +300,6 @@ void fitDialogToScreen(QDialog& dialog) {
         dialog.resize(dialog.sizeHint().expandedTo(least).boundedTo(room));
         return;
     }
-    // A size that a person has given to it may take all of the screen.
-    const auto most = dialog.screen() == nullptr ? room : dialog.screen()->availableSize();
     if (dialog.width() > most.width() || dialog.height() > most.height()) {
         dialog.resize(dialog.size().boundedTo(room));
     }

@@ -235,8 +235,8 @@ TEST_F(TSheetTest, SubcarriersAreAddedEditedAndDeleted) {
 }
 
 TEST_F(TSheetTest, SubcarriersBehindTheCountAreNotTheNewOnes) {
-    put("T-1\\ID:Src;\r\nT-1\\SCO\\N:1;\r\nT-1\\SCO1-1:10;\r\nT-1\\SCO2-3:hidden;\r\n"
-        "T-1\\SCO9-1:first;\r\nT-1\\SCO9-3:third;\r\nT-1\\EV\\X-2:free;\r\n");
+    put("T-1\\ID:Src;\r\nT-1\\SCO\\N:1;\r\nT-1\\SCO1-1:10;\r\nT-1\\SCO2-2:hidden;\r\n"
+        "T-1\\SCO9-1:first;\r\nT-1\\SCO9-2:second;\r\nT-1\\EV\\X-2:free;\r\n");
     t.ui.queued = {Button::Yes};
     EXPECT_TRUE(edit(2011, [this](QDialog& dialog) {
         open(dialog, "RF9");
@@ -248,8 +248,8 @@ TEST_F(TSheetTest, SubcarriersBehindTheCountAreNotTheNewOnes) {
     }));
     const auto text = file();
     for (const auto* const line :
-         {"T-1\\SCO\\N:4;", "T-1\\SCO1-1:10;", "T-1\\SCO2-3:hidden;", "T-1\\SCO1-4:12;",
-          "T-1\\SCO2-4:1.5;", "T-1\\SCO9-1:first;", "T-1\\SCO9-3:third;", "T-1\\EV\\X-2:free;"}) {
+         {"T-1\\SCO\\N:3;", "T-1\\SCO1-1:10;", "T-1\\SCO2-2:hidden;", "T-1\\SCO1-3:12;",
+          "T-1\\SCO2-3:1.5;", "T-1\\SCO9-1:first;", "T-1\\SCO9-2:second;", "T-1\\EV\\X-2:free;"}) {
         EXPECT_NE(text.find(line), std::string::npos) << line << "\n" << text;
     }
 }

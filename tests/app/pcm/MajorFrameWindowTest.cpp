@@ -165,7 +165,9 @@ TEST(MajorFrameWindow, ThePlaceIsRestoredUnlessBothOfItsValuesAreMissing) {
         s.door.next([&](QDialog& window) {
             const auto about = testing::Message() << row.x << " " << row.y << " " << row.width;
             const auto wanted = QSize(row.width, row.height).expandedTo(window.minimumSizeHint());
-            EXPECT_EQ(window.size() == wanted, row.size) << about;
+            EXPECT_EQ(window.size() == wanted, row.size)
+                << about << ": " << window.width() << " x " << window.height() << ", at least "
+                << window.minimumSizeHint().width() << " x " << window.minimumSizeHint().height();
             // Without a size the window is as wide as the screen here, and is moved for it.
             if (row.size || !row.place) {
                 EXPECT_EQ(window.geometry().topLeft() == QPoint(row.x, row.y), row.place) << about;
