@@ -188,12 +188,11 @@ bool loadDocument(DocumentContext& context, UserInterface* parent, const std::st
     (void)context.files.removeAll(groupKind('S').wildcard);
 
     const LengthLog log(context.reader, context.messages.logPath());
-    const auto shownPath = document.path;
     const bool opened = loadContents(context, parent, path, options) &&
                         finishLoad(context, parent) &&
                         isRecorded(context, parent, context.files.recordState(document.version));
     // Once, when the tree is there to be gone to: with what the validation has reported.
-    context.messages.showLog(parent, shownPath);
+    context.messages.showLog(parent, path);
     if (!opened) {
         abandonLoad(context, parent);
     }
