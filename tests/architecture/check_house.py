@@ -493,8 +493,8 @@ CLEAN = [
     ("groups/A.cpp", "    // deleteFile(path) is not for us.\n    files.remove(name);\n"
                      "void write(FileWriter& writer);\n"),
     ("bus/CMakeLists.txt", "file(GLOB tables CONFIGURE_DEPENDS *Fields.cpp)\n"
-     "kavu_alone(${tables} edit/A.cpp)\n"),
-    ("bus/edit/A.cpp", OWN % "constexpr int kMost = 1;\nusing Row = int;"),
+     "kavu_alone(${tables} message/A.cpp)\n"),
+    ("bus/message/A.cpp", OWN % "constexpr int kMost = 1;\nusing Row = int;"),
     ("bus/BFields.cpp", OWN % "constexpr int kMost = 2;\nusing Row = int;"),
     ("bus/C.cpp", OWN % "constexpr int kMost = 3;\nusing Row = int;\nint f(int a) {"),
     ("bus/D.cpp", OWN % "using Row = int;\nint f(long a) {"),

@@ -154,12 +154,17 @@ def check_editor_starts(prefix):
     with subprocess.Popen([str(prefix / "bin/kavu"), "--no-splash", str(sample)],
                           env=environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                           stderr=subprocess.STDOUT, text=True) as editor:
-        # It follows signals once its window is up and the document is open.
+        # It follows signals from its start on; the document is open when its groups are there.
+        def groups_there():
+            return [path.name for path in home.glob("KAVU-9-*/*") if path.is_file()]
+
         deadline = time.monotonic() + 60
         while editor.poll() is None and time.monotonic() < deadline \
-                and not catches(editor, signal.SIGTERM):
+                and not (catches(editor, signal.SIGTERM) and len(groups_there()) >= 5):
             time.sleep(0.05)
-        groups = [path.name for path in home.glob("KAVU-9-*/*") if path.is_file()]
+        # What is asked here is the end of an editor at rest, not of one that is loading.
+        time.sleep(2)
+        groups = groups_there()
         editor.terminate()
         try:
             output, _ = editor.communicate(timeout=60)

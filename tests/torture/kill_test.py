@@ -53,10 +53,11 @@ class Expected:
         self.records = support.conversion_records(self.output)
         # The order of what happens: the source is read to its end and closed, all is in
         # the store, and at the end the store is emptied.
-        # That the file is looked at later, to notice a change by others, reads nothing of it.
-        of_source = [call.number for call in self.calls
-                     if call.path == str(case.source) and call.name != "stat"]
-        self.split_done = max(of_source)
+        # The file may be looked at later, for a change by others or for its edition.
+        of_source = [call for call in self.calls if call.path == str(case.source)]
+        first_read = next(call.number for call in of_source if call.name == "read")
+        self.split_done = next(call.number for call in of_source
+                               if call.name == "close" and call.number > first_read)
         general = str(case.temp)
         self.removal = min(call.number for call in self.calls
                            if call.name == "unlink" and call.path.startswith(general)
