@@ -20,7 +20,7 @@ enum class StreamData { None, Messages, Packets };
 /// -1 if it could not be read, which is reported. REQUIRES: it has one (`streamDataOf`).
 [[nodiscard]] int checkStreamData(DocumentContext& context, UserInterface* parent,
                                   std::string_view link);
-/// Writes the S group of a link anew from what was read of it. The result is that of the read, and
+/// Writes the S group of a link again from what was read of it. The result is that of the read, and
 /// -1 if it could not be written, which is reported. REQUIRES: as above.
 [[nodiscard]] int rewriteStreamData(DocumentContext& context, UserInterface* parent,
                                     std::string_view link);

@@ -71,7 +71,7 @@ struct DocumentCommand {
 /// The other `source` commands and `link rename`, which change the document and save it.
 [[nodiscard]] bool sourceCommand(CommandContext& context, CommandOutput& output);
 
-/// Saves the document as the output of the command line, and tells of it.
+/// Saves the document as the output of the command line, and reports that.
 [[nodiscard]] bool saveOutput(CommandContext& context, CommandOutput& output);
 
 /// `message`

@@ -131,7 +131,7 @@ bool rewriteWithData(CommandContext& context, CommandOutput& output) {
            !context.ui->cancelRequested() && saveOutput(context, output);
 }
 
-/// What the deep check tells of a stream.
+/// What the deep check reports of a stream.
 class CheckedStreams {
   public:
     void add(const std::string& link, int result) {

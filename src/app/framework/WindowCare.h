@@ -1,6 +1,6 @@
 // What every dialog and every list gets without asking for it, by the style of the house: a dialog
 // opens with its first field ready for the keyboard, and never larger than the screen; the
-// Return key that ends the typing in a cell does not close it; and a list tells of the names
+// Return key that ends the typing in a cell does not close it; and a list shows the names
 // that it has no room for.
 #pragma once
 

@@ -1,4 +1,4 @@
-// What the main window tells of the open document: its messages and where they lead, its remarks,
+// What the main window says about the open document: its messages and where they lead, its remarks,
 // its edition, the status line, the page of the manual about what is selected.
 #include "app/framework/QtText.h"
 #include "app/shell/CommandPane.h"

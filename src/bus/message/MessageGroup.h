@@ -1,5 +1,5 @@
 // The message data of a data link, from its S group and back. The file is read into the tree, an
-// editor changes the tree, and the group is written anew from it; what of the file no part of the
+// editor changes the tree, and the group is written again from it; what of the file no part of the
 // tree has is asked about.
 #pragma once
 

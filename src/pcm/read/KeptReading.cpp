@@ -44,7 +44,7 @@ class UnreadCommands {
     }
 
   private:
-    /// Commands that nobody knows are in no list, and a group may have many thousands of them: the
+    /// Unknown commands are in no list, and a group may have many thousands of them: the
     /// rows of the read ones are gathered for the first that is.
     [[nodiscard]] bool isRead(const std::string& row) {
         if (!isGathered_) {

@@ -1,4 +1,4 @@
-// What the main window tells of the open document: its messages, its remarks, its edition, the
+// What the main window says about the open document: its messages, its remarks, its edition, the
 // status line.
 #include "app/framework/FormContext.h"
 #include "app/shell/CommandPane.h"
