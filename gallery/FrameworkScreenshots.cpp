@@ -216,7 +216,7 @@ std::unique_ptr<QWidget> makeMessages(ScreenshotStage& stage) {
             "KAVU-9 Error Messages", "TMATS File: /home/test/flight-7/flight-test.tma", {}},
         *model, [](const Finding&) { return true; }, nullptr);
     model->setParent(window.get());
-    window->findChild<QTreeView*>()->setCurrentIndex(model->index(0, FindingModel::kText));
+    window->findChild<QTreeView*>()->setCurrentIndex(model->index(0, FindingModel::kNumber));
     return window;
 }
 
