@@ -18,6 +18,7 @@
 #include "groups/GroupRecord.h"
 #include "groups/GroupScan.h"
 #include "groups/RGroup.h"
+#include "vocabulary/FieldRefusals.h"
 #include "vocabulary/FieldRules.h"
 #include "vocabulary/GGroupFields.h"
 #include "vocabulary/RTrackFields.h"
@@ -67,7 +68,7 @@ constexpr std::string_view kSettable = "GTRMA";
 
 /// The command line's command that edits a group as a whole; empty if there is none.
 constexpr std::string_view editorOf(char letter) {
-    return letter == 'S' ? "message' or 'packet" : "";
+    return letter == 'B' ? "bus" : letter == 'S' ? "message' or 'packet" : "";
 }
 
 std::span<const Field> settableFields(char letter) {
@@ -100,40 +101,6 @@ Refusal refusedName(const Field& field, char letter, std::string_view now,
     return instead.empty() || now.empty() || now == value
                ? Refusal()
                : formatPrintf("Other groups depend on this value. Use '%s' to change it.", instead);
-}
-
-Refusal refusedEdition(const Field& field, int edition) {
-    if (isKnownIn(edition, field)) {
-        return {};
-    }
-    return edition < field.firstEdition
-               ? formatPrintf("It is known from IRIG %s on, and this document is of IRIG %s.",
-                              editionText(field.firstEdition), editionText(edition))
-               : formatPrintf("It is known up to IRIG %s, and this document is of IRIG %s.",
-                              editionText(field.lastEdition), editionText(edition));
-}
-
-Refusal refusedValue(const Field& field, const std::string& value, int edition) {
-    switch (checkValue(field, value, edition)) {
-        case ValueFault::None:
-            return {};
-        case ValueFault::Semicolon:
-            return "A value cannot hold a semi-colon.";
-        case ValueFault::NoChoice:
-            return "The value is not one of: " + choiceList(field, edition) + ".";
-        case ValueFault::BadDate:
-            return formatPrintf("The value is not of the form %s.", field.kind == FieldKind::Date
-                                                                        ? dateForm(edition)
-                                                                        : dateTimeForm(edition));
-        case ValueFault::NotDigits:
-            return "The value is not made of digits.";
-        case ValueFault::TooMany:
-            return formatPrintf("The list can have %d rows.", static_cast<int>(field.rows));
-        case ValueFault::TooLong:
-            break;
-    }
-    return formatPrintf("The value can only be %d characters long.",
-                        static_cast<int>(limitIn(edition, field)));
 }
 
 /// The lists of a group that can be set.
@@ -201,7 +168,7 @@ class Change {
         const auto& field = *match.field;
         const RowNumbers& at = match.path;
         for (auto why :
-             {refusedEdition(field, edition_), refusedValue(field, value_, edition_),
+             {editionRefusal(field, edition_), valueRefusal(field, value_, edition_),
               refusedName(field, code_.letter, group_.value(codeOf(field.code, at)), value_),
               refusedRow(match), refusedShownRow(match), refusedSources(field),
               refusedTracks(field)}) {

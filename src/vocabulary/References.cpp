@@ -21,8 +21,6 @@ constexpr auto kOthers = std::to_array<Reference>({
     // Before a track had a data link whatever its type, PCM tracks and buses had one each.
     {'R', {.code = "BDLN-n", .refersTo = Refers::Link}},
     {'R', {.code = "PDLN-n", .refersTo = Refers::Link}},
-    {'B', {.code = "DLN", .refersTo = Refers::LinkName}},
-    {'B', {.code = "MN-n-m-k", .refersTo = Refers::MeasurementName}},
     {'B', {.code = "SMF\\SMN-n", .refersTo = Refers::Measurement}},
     {'S', {.code = "SMF\\SMN-n", .refersTo = Refers::Measurement}},
     {'V', {.code = "ID", .refersTo = Refers::Source}},

@@ -2,6 +2,7 @@
 
 #include "core/text/Text.h"
 #include "vocabulary/AGroupFields.h"
+#include "vocabulary/BGroupFields.h"
 #include "vocabulary/CGroupFields.h"
 #include "vocabulary/DGroupFields.h"
 #include "vocabulary/GGroupFields.h"
@@ -37,6 +38,7 @@ std::span<const GroupVocabulary> vocabularies() {
         {'M', "Multiplex/modulation", multiplexFields()},
         {'P', "PCM format", pcmVocabulary()},
         {'D', "Measurement description", measurementVocabulary()},
+        {'B', "Bus data", busVocabulary()},
         {'S', "Message data", streamDataVocabulary()},
         {'A', "PAM", pamFields()},
         {'C', "Data conversion", conversionVocabulary()},

@@ -50,9 +50,9 @@ class VocabularyTest(kavu.KavuTest):
         self.assertIn("RML", [each["code"] for each in self.fields("R")["fields"]])
 
     def test_every_group_with_a_table_is_served_in_file_order(self):
-        firsts = {letter: self.fields(letter)["fields"][0]["code"] for letter in "GTRMPDSAC"}
-        self.assertEqual(firsts, {"G": "PN", "T": "ID", "R": "ID", "M": "ID", "P": "DLN", "D": "DLN", "S": "DLN", "A": "DLN",
-                                  "C": "DCN"})
+        firsts = {letter: self.fields(letter)["fields"][0]["code"] for letter in "GTRMPDBSAC"}
+        self.assertEqual(firsts, {"G": "PN", "T": "ID", "R": "ID", "M": "ID", "P": "DLN", "D": "DLN", "B": "DLN",
+                                  "S": "DLN", "A": "DLN", "C": "DCN"})
         codes = [each["code"] for each in self.fields("R")["fields"]]
         self.assertLess(codes.index("TK1-n"), codes.index("COM"))
         self.assertIn("ADL-n-m", codes)
@@ -106,7 +106,7 @@ class VocabularyTest(kavu.KavuTest):
         self.assertRegex(result.text, r"(?m)^SC +1 +choice +Security Classification: +U, C, S, T, O$")
 
     def test_a_group_without_a_table_is_wrong_usage(self):
-        for arguments in (["X"], [""], ["GT"], ["B"], ["G", "--edition", "1998"], []):
+        for arguments in (["X"], [""], ["GT"], ["H"], ["G", "--edition", "1998"], []):
             self.assertEqual(self.run_cli("vocabulary", *arguments).status, USAGE, arguments)
 
 

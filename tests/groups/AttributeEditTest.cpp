@@ -172,6 +172,16 @@ TEST_F(AttributeEdit, ALaterChangeSeesAnEarlierOne) {
     EXPECT_EQ(file('G'), "G\\POC\\N:1;\r\nG\\POC1-1:Me;\r\n");
 }
 
+TEST_F(AttributeEdit, GroupsThatOnlyAnEditorChangesNameItsCommand) {
+    put('B', "B-1\\DLN:Bus;\r\n");
+    EXPECT_EQ(refusal("B-1\\TA", "x"),
+              "The commands of group B cannot be set one by one. Use 'bus' with --edit.");
+    EXPECT_EQ(refusal("S-1\\TA", "x"),
+              "The commands of group S cannot be set one by one. Use 'message --edit' or 'packet "
+              "--edit'.");
+    EXPECT_EQ(file('B'), "B-1\\DLN:Bus;\r\n");
+}
+
 TEST_F(AttributeEdit, WithoutAParentARefusalIsSilent) {
     const std::vector<AttributeChange> changes = {{*parseCommandCode("G\\SC"), "?"}};
     EXPECT_FALSE(setAttributes(t.context, nullptr, changes));

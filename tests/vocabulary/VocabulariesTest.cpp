@@ -24,7 +24,7 @@ TEST(Vocabularies, StandInTheOrderInWhichTheGroupsAreSaved) {
         EXPECT_FALSE(vocabulary.name.empty()) << vocabulary.letter;
         EXPECT_FALSE(vocabulary.fields.empty()) << vocabulary.letter;
     }
-    EXPECT_EQ(letters, "GTRMPDSAC");
+    EXPECT_EQ(letters, "GTRMPDBSAC");
 }
 
 TEST(Vocabularies, AreFoundByTheirLetter) {
@@ -33,7 +33,7 @@ TEST(Vocabularies, AreFoundByTheirLetter) {
     }
     EXPECT_EQ(findVocabulary('P')->fields.front().code, "DLN");
     EXPECT_EQ(findVocabulary('D')->fields.front().code, "DLN");
-    for (const char letter : {'B', 'X', 'g', 'p'}) {
+    for (const char letter : {'H', 'X', 'g', 'p'}) {
         EXPECT_EQ(findVocabulary(letter), nullptr) << letter;
     }
 }
@@ -122,7 +122,7 @@ TEST(Vocabularies, AFieldCodeOfAnyDepthFindsItsRow) {
             << field;
     }
     EXPECT_TRUE(matchVocabulary('D', "WP-1-2-3").empty());
-    EXPECT_TRUE(matchVocabulary('B', "MN-1-2-3").empty()) << "a group without a vocabulary";
+    EXPECT_TRUE(matchVocabulary('H', "MN-1-2-3").empty()) << "a group without a vocabulary";
 }
 
 TEST(Vocabularies, ACodeOfThePageAndTheBridgeFindsBoth) {
