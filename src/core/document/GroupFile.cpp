@@ -32,8 +32,13 @@ std::unordered_set<std::string> codesOf(std::string_view text) {
 
 IoStatus GroupFile::open(const DocumentFiles& files, TmatsReader& reader, char letter, int index,
                          GroupFile& group, Comments comments) {
+    return openNamed(files, reader, groupFile(letter, index), group, comments);
+}
+
+IoStatus GroupFile::openNamed(const DocumentFiles& files, TmatsReader& reader, std::string name,
+                              GroupFile& group, Comments comments) {
     group = {};
-    group.name_ = groupFile(letter, index);
+    group.name_ = std::move(name);
     auto status = group.commands_.readFile(reader, files.path(group.name_), comments);
     group.exists_ = status.ok();
     return status;

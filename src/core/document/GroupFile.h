@@ -24,6 +24,10 @@ class GroupFile {
     static IoStatus open(const DocumentFiles& files, TmatsReader& reader, char letter, int index,
                          GroupFile& group, Comments comments = Comments::Keep);
 
+    /// The same for a working file of this name, which holds a group while it is edited.
+    static IoStatus openNamed(const DocumentFiles& files, TmatsReader& reader, std::string name,
+                              GroupFile& group, Comments comments = Comments::Keep);
+
     [[nodiscard]] bool exists() const { return exists_; }
     [[nodiscard]] CommandIndex& commands() { return commands_; }
     [[nodiscard]] const CommandIndex& commands() const { return commands_; }

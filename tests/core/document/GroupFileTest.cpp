@@ -30,6 +30,17 @@ class GroupFileTest : public testing::Test {
     GroupFile group;
 };
 
+TEST_F(GroupFileTest, OpensAGroupInAWorkingFileOfAnotherName) {
+    t.write("1553.TMP", "B-7\\DLN:Bus;\r\n");
+    ASSERT_TRUE(GroupFile::openNamed(t.files, t.reader, "1553.TMP", group).ok());
+    EXPECT_EQ(group.value("B-7\\DLN"), "Bus");
+    group.erase("B-7\\DLN");
+    ASSERT_TRUE(group.store(t.files).ok());
+    EXPECT_EQ(t.read("1553.TMP"), "");
+    EXPECT_FALSE(GroupFile::openNamed(t.files, t.reader, "NONE.TMP", group).ok());
+    EXPECT_FALSE(group.exists());
+}
+
 TEST_F(GroupFileTest, StoresWhatNobodyChangedAsItWas) {
     const std::string_view text =
         "COMMENT: x;\r\nT-3\\ID:a;\r\nno colon;\r\nT-3\\ID:b;\r\nT-3\\E:;\r\n";
