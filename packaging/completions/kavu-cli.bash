@@ -12,7 +12,7 @@ _kavu_cli() {
             --settings | --answer | --answer-all | --now | --progress) ((index++)) ;;
             -*) ;;
             check | save | store | tree | recover | stream | rewrite | word-frame | \
-                message | packet | conversions | evaluate | fit | vocabulary | get | set)
+                bus | message | packet | conversions | evaluate | fit | vocabulary | get | set)
                 command=$word
                 break
                 ;;
@@ -55,8 +55,9 @@ _kavu_cli() {
             check) common+=" --deep" ;;
             save) common+=" --output --edition" ;;
             vocabulary) common+=" --edition" ;;
+            bus) common+=" --edit --output" ;;
             rewrite | word-frame | set) common+=" --output" ;;
-            message | packet) common+=" --edit --output" ;;
+            bus | message | packet) common+=" --edit --output" ;;
             fit) common+=" --order --best --max-order --precision --bits --svg" ;;
             "source copy") common+=" --prefix --suffix --output" ;;
             "source import")
@@ -69,7 +70,7 @@ _kavu_cli() {
         esac
         COMPREPLY=($(compgen -W "$common" -- "$current"))
     elif [[ -z $command ]]; then
-        COMPREPLY=($(compgen -W "check save store tree recover stream rewrite word-frame message packet conversions evaluate fit vocabulary get set source link" -- "$current"))
+        COMPREPLY=($(compgen -W "check save store tree recover stream rewrite word-frame bus message packet conversions evaluate fit vocabulary get set source link" -- "$current"))
     elif [[ $command == source ]]; then
         COMPREPLY=($(compgen -W "list copy rename delete import" -- "$current"))
     elif [[ $command == link ]]; then
@@ -80,7 +81,7 @@ _kavu_cli() {
             mapfile -t COMPREPLY < <(compgen -d -- "$current")
         elif [[ $command == vocabulary ]]; then
             compopt +o filenames 2>/dev/null
-            COMPREPLY=($(compgen -W "G T R M P D S A C" -- "$current"))
+            COMPREPLY=($(compgen -W "G T R M P D B S A C" -- "$current"))
         elif [[ $command == fit ]]; then
             mapfile -t COMPREPLY < <(compgen -f -- "$current")
         else

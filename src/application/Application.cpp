@@ -1,6 +1,7 @@
 #include "application/Application.h"
 
 #include "application/DocumentService.h"
+#include "bus/definition/BusFiles.h"
 #include "bus/packet/PacketGroup.h"
 #include "conversion/ConversionLoader.h"
 #include "conversion/ConversionStore.h"
@@ -245,6 +246,9 @@ void Application::installPcmSteps() {
     parts.steps.releasePcmFormat = [&parts] { parts.pcmFormat.closeFormat(); };
     parts.pcmSteps.conversions = &parts.conversions;
     parts.pcmSteps.chooseDefinitionMode = definitionModeStep_;
+    parts.pcmSteps.loadBusDefinitions = [&parts](UserInterface* parent, PcmFormat& format) {
+        return loadBusGroup(parts.context, parent, format.streamName.str());
+    };
     parts.pcmSteps.loadPacketDefinitions = [&parts](UserInterface* parent, PcmFormat& format) {
         return bringInPackets(parts.context, parent, format.streamName.str());
     };

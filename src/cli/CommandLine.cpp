@@ -289,6 +289,8 @@ void addEditedCommands(CLI::App& app, CommandApps& apps, CommandLine& line, RawO
         addOutput(*command, line)->required(false);
         apps.edited.emplace_back(id, command);
     };
+    add(Command::Bus, "bus",
+        "Show the bus group of a data link, edit it, and save the document under another name");
     add(Command::Message, "message",
         "Show the message data of a link (from 106-09 on), edit it, and save the document under "
         "another name");
@@ -486,7 +488,8 @@ void readEdits(const CommandApps& apps, const RawOptions& raw, CommandLine& line
         if (!app->parsed() || app->count("--edit") == 0) {
             continue;
         }
-        auto steps = readEditSteps(raw.edits);
+        auto steps = readEditSteps(
+            raw.edits, command == Command::Bus ? EditActs::WithTerminals : EditActs::Plain);
         if (const auto* const wrong = std::get_if<std::string>(&steps)) {
             throw UsageError{"--edit: " + *wrong};
         }

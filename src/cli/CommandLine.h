@@ -22,6 +22,7 @@ enum class Command {
     Stream,
     Rewrite,
     WordFrame,
+    Bus,
     Conversions,
     Evaluate,
     Fit,
@@ -62,7 +63,7 @@ struct CommandLine {
 
     bool partial = false;        ///< `recover`: also a store that is incomplete
     std::string file;            ///< the document, or the store to recover
-    std::string output;          ///< `save`, `recover`, `rewrite`, `word-frame`
+    std::string output;          ///< the file to write; not all commands need one
     std::string link;            ///< of a command on one stream: the data link
     std::optional<int> edition;  ///< `save`, `vocabulary`: the edition, one of `kEditions`
     std::string into;            ///< `store`: the folder for the copies
@@ -92,8 +93,8 @@ struct CommandLine {
     bool withConversions = false;  ///< `source import`: the conversion records, too
     bool recorder = false;         ///< `source import`: a recorder, not a transmitted source
 
-    /// `message`, `packet`: what to edit, in order; empty without `--edit`.
-    std::vector<EditStep> edits;
+    /// `bus`, `message`, `packet`: what to edit, in order; nothing without `--edit`.
+    std::optional<std::vector<EditStep>> edits;
 };
 
 /// The command line, or, if there is nothing to run, what to print and how to exit: help

@@ -137,6 +137,7 @@ constexpr DocumentCommand kTree{nothingToPrepare, treeCommand};
 constexpr DocumentCommand kStream{nothingToPrepare, streamCommand};
 constexpr DocumentCommand kRewrite{nothingToPrepare, rewriteCommand};
 constexpr DocumentCommand kWordFrame{nothingToPrepare, wordFrameCommand};
+constexpr DocumentCommand kBus{nothingToPrepare, busCommand};
 constexpr DocumentCommand kConversions{nothingToPrepare, conversionsCommand};
 constexpr DocumentCommand kEvaluate{nothingToPrepare, evaluateCommand};
 constexpr DocumentCommand kGet{nothingToPrepare, getCommand};
@@ -162,6 +163,8 @@ const DocumentCommand& documentCommand(Command command) {
             return kRewrite;
         case Command::WordFrame:
             return kWordFrame;
+        case Command::Bus:
+            return kBus;
         case Command::Conversions:
             return kConversions;
         case Command::Evaluate:

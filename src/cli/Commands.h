@@ -52,6 +52,13 @@ struct DocumentCommand {
 /// `word-frame`
 [[nodiscard]] bool wordFrameCommand(CommandContext& context, CommandOutput& output);
 
+/// `bus`
+[[nodiscard]] bool busCommand(CommandContext& context, CommandOutput& output);
+/// Packs the bus group of the loaded stream from its model, for `rewrite`; or, for a link without a
+/// format of its own, of that link. False if it could not be read or written, which is reported.
+[[nodiscard]] bool rewriteBusGroup(CommandContext& context, const std::string& link);
+/// Unpacks the bus group of a link, for `check`; false as above.
+[[nodiscard]] bool readBusGroup(CommandContext& context, const std::string& link);
 /// `conversions`
 [[nodiscard]] bool conversionsCommand(CommandContext& context, CommandOutput& output);
 /// `evaluate`

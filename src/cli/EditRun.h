@@ -13,16 +13,16 @@ namespace kavu::cli {
 /// True if the document has the data link; if not, that is reported.
 [[nodiscard]] bool isKnownLink(CommandContext& context);
 
-/// Runs the steps and adds the member "edits"; nothing without a step. A step that is refused is
+/// Runs the steps and adds the member "edits"; nothing without `--edit`. A step that is refused is
 /// not done, and the others follow. An edit has `add`, `set` and `remove` with a place and values.
 template <class Edit>
 void runSteps(CommandContext& context, Edit& edit, CommandOutput& output) {
-    if (context.line.edits.empty()) {
+    if (!context.line.edits) {
         return;
     }
     Json edits = Json::array();
     int number = 0;
-    for (const auto& step : context.line.edits) {
+    for (const auto& step : *context.line.edits) {
         const bool done = step.act == EditAct::Add   ? edit.add(context.ui, step.at, step.values)
                           : step.act == EditAct::Set ? edit.set(context.ui, step.at, step.values)
                                                      : edit.remove(context.ui, step.at);

@@ -131,6 +131,22 @@ bool rewriteWithData(CommandContext& context, CommandOutput& output) {
            !context.ui->cancelRequested() && saveOutput(context, output);
 }
 
+/// A bus stream without a format of its own: only its bus group is written.
+bool rewriteBusAlone(CommandContext& context, CommandOutput& output) {
+    output.members["stream"] = jsonText(context.line.link);
+    output.members["result"] = 0;
+    return rewriteBusGroup(context, context.line.link) && saveOutput(context, output);
+}
+
+bool rewriteBus(CommandContext& context, CommandOutput& output) {
+    const auto& link = context.line.link;
+    if (findGroupIndex(context.application.context(), context.ui, 'P', link) == 0) {
+        return rewriteBusAlone(context, output);
+    }
+    return loadStream(context, output) && rewriteBusGroup(context, link) &&
+           saveStream(context, output);
+}
+
 /// What the deep check reports of a stream.
 class CheckedStreams {
   public:
@@ -148,15 +164,16 @@ class CheckedStreams {
     std::vector<std::vector<std::string>> rows_;
 };
 
-/// The result of the load of a stream with a format, with its message data or packets.
+/// The result of the load of a stream with a format, with its bus, message data or packets.
 int loadForCheck(CommandContext& context, const std::string& link) {
     auto& application = context.application;
     PcmLoadReport report;
-    if (!loadPcmFormat(application.pcmFormat(), context.ui, application.pcmSteps(), link,
-                       &report)) {
+    auto& format = application.pcmFormat();
+    if (!loadPcmFormat(format, context.ui, application.pcmSteps(), link, &report) ||
+        (format.isBusStream && !readBusGroup(context, link))) {
         report.result = -1;
     }
-    application.pcmFormat().closeFormat();
+    format.closeFormat();
     auto& document = application.context();
     return streamDataOf(document, context.ui, link) == StreamData::None
                ? report.result
@@ -211,6 +228,12 @@ bool checkCommand(CommandContext& context, CommandOutput& output) {
             return false;
         }
     }
+    const GroupNames buses(document, context.ui, 'B');
+    for (const auto& bus : buses.entries()) {
+        if (!check(bus.name, [&] { return readBusGroup(context, bus.name) ? 0 : -1; })) {
+            return false;
+        }
+    }
     const GroupNames data(document, context.ui, 'S');
     for (const auto& each : data.entries()) {
         if (!check(each.name, [&] { return checkStreamData(document, context.ui, each.name); })) {
@@ -237,11 +260,14 @@ bool streamCommand(CommandContext& context, CommandOutput& output) {
 }
 
 bool rewriteCommand(CommandContext& context, CommandOutput& output) {
-    if (streamDataOf(context.application.context(), context.ui, context.line.link) !=
-        StreamData::None) {
+    auto& document = context.application.context();
+    const auto& link = context.line.link;
+    if (streamDataOf(document, context.ui, link) != StreamData::None) {
         return rewriteWithData(context, output);
     }
-    return loadStream(context, output) && saveStream(context, output);
+    return streamKindOfLink(document, context.ui, link) == StreamKind::Bus
+               ? rewriteBus(context, output)
+               : loadStream(context, output) && saveStream(context, output);
 }
 
 bool wordFrameCommand(CommandContext& context, CommandOutput& output) {

@@ -1,3 +1,4 @@
+#include "bus/definition/BusFiles.h"
 #include "pcm/LoadFixture.h"
 #include "pcm/PcmLoad.h"
 
@@ -76,6 +77,22 @@ TEST(PcmLoad, ALinkWithABusGroupOnlyIsABusStream) {
     ASSERT_TRUE(loadPcmFormat(f.format, f.parent, steps, "BUS 1"));
     EXPECT_TRUE(f.format.isBusStream);
     EXPECT_EQ(calls, 1);
+}
+
+TEST(PcmLoad, ASaveCopiesTheBusGroupBackThatWasCopiedByTheLoad) {
+    LoadFixture f;
+    f.write("[kavu]MULT.M01", "M-1\\BB\\DLN:BUS 1;\r\n");
+    f.write("[kavu]PCM1553.B02", "B-2\\DLN:BUS 1;\r\n");
+    PcmSteps steps;
+    steps.loadBusDefinitions = [](UserInterface* parent, PcmFormat& format) {
+        return loadBusGroup(format.context(), parent, format.streamName.str());
+    };
+    ASSERT_TRUE(loadPcmFormat(f.format, f.parent, steps, "BUS 1"));
+    EXPECT_EQ(f.read(kBusGroupFile), "B-2\\DLN:BUS 1;\r\n");
+    f.write(kBusGroupFile, "B-2\\DLN:BUS 1;\r\nB-2\\TA:new;\r\n");
+    f.format.changed = true;
+    ASSERT_TRUE(savePcmFormat(f.format, f.parent));
+    EXPECT_EQ(f.read("[kavu]PCM1553.B02"), "B-2\\DLN:BUS 1;\r\nB-2\\TA:new;\r\n");
 }
 
 TEST(PcmLoad, MessagesAreShownOnceUnderTheNameOfTheStream) {

@@ -1,4 +1,5 @@
 #include "vocabulary/FieldRefusals.h"
+#include "vocabulary/FieldRules.h"
 
 #include <array>
 

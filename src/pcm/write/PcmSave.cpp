@@ -1,5 +1,6 @@
 #include "pcm/write/PcmSave.h"
 
+#include "bus/definition/BusFiles.h"
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
@@ -166,7 +167,8 @@ bool writeGroups(PcmFormat& format, UserInterface* parent) {
     if (!isDone(parent, kept.status) ||
         !isDone(parent, putCarriedBack(context.files, context.reader, groupFile('P', format.pGroup),
                                        carried)) ||
-        !carryMeasurements(format, parent, measurements)) {
+        !carryMeasurements(format, parent, measurements) ||
+        (format.isBusStream && !storeBusGroup(context, parent, format.streamName.str()))) {
         return false;
     }
     if (kept.isDropped) {
