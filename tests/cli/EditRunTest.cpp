@@ -13,12 +13,13 @@ TEST(EditRun, MessageAndPacketTakeStepsAndAnOutputIfTheyAreGiven) {
         const auto shown = parsed({name, "in.tma", "Link"});
         EXPECT_EQ(shown.command, command);
         EXPECT_EQ(shown.link, "Link");
-        EXPECT_TRUE(shown.edits.empty());
+        EXPECT_FALSE(shown.edits);
         EXPECT_TRUE(shown.output.empty());
         const auto edited =
             parsed({name, "in.tma", "Link", "--edit", R"([{"do":"delete","at":[1]}])", "-o", "x"});
-        ASSERT_EQ(edited.edits.size(), 1U);
-        EXPECT_EQ(edited.edits[0].act, EditAct::Delete);
+        ASSERT_TRUE(edited.edits);
+        ASSERT_EQ(edited.edits->size(), 1U);
+        EXPECT_EQ(edited.edits->front().act, EditAct::Delete);
         EXPECT_EQ(edited.output, "x");
         EXPECT_EQ(parseCommandLine({name, "in.tma"}).status, ExitStatus::Usage);
         EXPECT_EQ(parseCommandLine({name, "in.tma", "Link", "--edit", "[7]"}).status,

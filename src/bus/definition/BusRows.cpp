@@ -17,20 +17,20 @@ struct Column {
 };
 constexpr auto kBusColumns =
     std::to_array<Column>({{"Number", "BID"}, {"Name", "BNA"}, {"Type", "BT"}});
-constexpr auto kMessageColumns = std::to_array<Column>({{"Number", "MID"},
-                                                        {"Name", "MNA"},
-                                                        {"Type"},
-                                                        {"Remote Terminal", "TRA"},
-                                                        {"Sub Terminal", "STA"},
-                                                        {"Data Word Count", "DWC"}});
-constexpr auto kMeasurementColumns = std::to_array<Column>({{"Measurement Name", "MN"},
-                                                            {"Type", "MT"},
-                                                            {"Parity", "MN1"},
-                                                            {"Parity Transfer Order", "MN2"}});
-constexpr auto kLocationColumns = std::to_array<Column>({{"Word Number", "MWN"},
-                                                         {"Bit Mask", "MBM"},
-                                                         {"Transfer Order", "MTO"},
-                                                         {"Fragment Position", "MFP"}});
+constexpr auto kBusMessageColumns = std::to_array<Column>({{"Number", "MID"},
+                                                           {"Name", "MNA"},
+                                                           {"Type"},
+                                                           {"Remote Terminal", "TRA"},
+                                                           {"Sub Terminal", "STA"},
+                                                           {"Data Word Count", "DWC"}});
+constexpr auto kBusMeasurementColumns = std::to_array<Column>({{"Measurement Name", "MN"},
+                                                               {"Type", "MT"},
+                                                               {"Parity", "MN1"},
+                                                               {"Parity Transfer Order", "MN2"}});
+constexpr auto kBusLocationColumns = std::to_array<Column>({{"Word Number", "MWN"},
+                                                            {"Bit Mask", "MBM"},
+                                                            {"Transfer Order", "MTO"},
+                                                            {"Fragment Position", "MFP"}});
 constexpr auto kTrackColumns = std::to_array<Column>({{"Track Sequence", "TS"}});
 
 std::span<const Column> columnsOf(BusLevel level) {
@@ -38,11 +38,11 @@ std::span<const Column> columnsOf(BusLevel level) {
         case BusLevel::Bus:
             return kBusColumns;
         case BusLevel::Message:
-            return kMessageColumns;
+            return kBusMessageColumns;
         case BusLevel::Measurement:
-            return kMeasurementColumns;
+            return kBusMeasurementColumns;
         case BusLevel::Location:
-            return kLocationColumns;
+            return kBusLocationColumns;
         case BusLevel::Track:
             return kTrackColumns;
         case BusLevel::Group:

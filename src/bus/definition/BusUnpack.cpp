@@ -119,9 +119,9 @@ std::string listTerminals(BusKeys& keys, UserInterface* parent, BusDefinition& d
 
 // --- The rows -----------------------------------------------------------------------------------
 
-class RowReader {
+class BusRowReader {
   public:
-    RowReader(BusKeys& keys, int edition) : keys_(keys), edition_(edition) {
+    BusRowReader(BusKeys& keys, int edition) : keys_(keys), edition_(edition) {
         for (const auto level :
              {BusLevel::Group, BusLevel::Bus, BusLevel::Message, BusLevel::Measurement,
               BusLevel::Location, BusLevel::Track, BusLevel::Receive}) {
@@ -270,7 +270,7 @@ bool unpackBusGroup(DocumentContext& context, UserInterface* parent, BusDefiniti
         discardBusProfiles(context);
         return false;
     }
-    RowReader(keys, definition.edition).group(definition.group);
+    BusRowReader(keys, definition.edition).group(definition.group);
     if (!writeProfile(context, parent, kBusProfile, keys.profileText(kProfileSection)) ||
         !writeProfile(context, parent, kTerminalProfile, listTerminals(keys, parent, definition))) {
         discardBusProfiles(context);
