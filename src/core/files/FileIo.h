@@ -135,6 +135,10 @@ class FileWriter {
 /// target is written, mode and owner stay, and so do other names of the file. Where
 /// replacing it by a file next to it would break that, it is written in place.
 [[nodiscard]] IoStatus replaceUserFile(const std::string& path, std::string_view bytes);
+/// The same for a file that several programs write: fails with ESTALE if the file is no longer
+/// the one of which `fileStamp` gave this stamp (empty for none).
+[[nodiscard]] IoStatus replaceUnchangedFile(const std::string& path, std::string_view bytes,
+                                            const std::string& stamp);
 /// Writes a file in place, in one go.
 [[nodiscard]] IoStatus writeWholeFile(const std::string& path, std::string_view bytes);
 /// Copies the bytes of a file, overwriting the target. The status names the file that failed;

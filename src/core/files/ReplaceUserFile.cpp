@@ -57,12 +57,9 @@ IoStatus copyWhole(const std::string& from, const std::string& beside, bool& isC
     return status;
 }
 
-}  // namespace
-
-IoStatus replaceUserFile(const std::string& path, std::string_view bytes) {
-    UserFile file;
-    auto status = file.claim(path);
-    status = status.ok() ? file.prepare(false) : status;
+/// Replaces a file that was claimed.
+IoStatus writeClaimed(UserFile& file, std::string_view bytes) {
+    auto status = file.prepare(false);
     status = status.ok() ? file.open() : status;
     if (!status.ok()) {
         return status;
@@ -74,6 +71,23 @@ IoStatus replaceUserFile(const std::string& path, std::string_view bytes) {
     }
     status = file.commit();
     return UserFile::isRefusedRename(status) && !file.isInPlace() ? file.commitInPlace({}) : status;
+}
+
+}  // namespace
+
+IoStatus replaceUserFile(const std::string& path, std::string_view bytes) {
+    UserFile file;
+    const auto status = file.claim(path);
+    return status.ok() ? writeClaimed(file, bytes) : status;
+}
+
+IoStatus replaceUnchangedFile(const std::string& path, std::string_view bytes,
+                              const std::string& stamp) {
+    UserFile file;
+    if (auto status = file.claim(path); !status.ok()) {
+        return status;
+    }
+    return fileStamp(path) == stamp ? writeClaimed(file, bytes) : IoStatus(path, ESTALE);
 }
 
 IoStatus replaceWithCopy(const std::string& from, const std::string& to, bool& isChanged) {

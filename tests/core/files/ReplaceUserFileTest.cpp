@@ -147,5 +147,17 @@ TEST(ReplaceUserFileTest, FailureNamesThePathAndTheReason) {
     EXPECT_EQ(replaceUserFile(std::string("a\0b", 3), "new").code(), EINVAL);
 }
 
+TEST(ReplaceUnchangedFileTest, RefusesAFileThatIsNoLongerTheOneThatWasRead) {
+    const TempFolder folder;
+    const auto file = folder / "f";
+    EXPECT_TRUE(replaceUnchangedFile(file, "made", {}).ok());
+    EXPECT_EQ(replaceUnchangedFile(file, "again", {}).code(), ESTALE);
+    const auto stamp = fileStamp(file);
+    EXPECT_TRUE(replaceUnchangedFile(file, "ours", stamp).ok());
+    EXPECT_EQ(replaceUnchangedFile(file, "late", stamp).code(), ESTALE);
+    EXPECT_EQ(readFile(file), "ours");
+    EXPECT_EQ(namesIn(folder), std::vector<std::string>{"f"});
+}
+
 }  // namespace
 }  // namespace kavu::test
