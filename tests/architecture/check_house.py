@@ -32,6 +32,7 @@ ROOMS = {
     # Not ordered among themselves: each is one kind of group. What they share is at the root.
     "bus": ["definition", "message", "packet"],
     "pcm": ["model", "structure", "read", "write", "undo", "edit", "display"],
+    "mdb": ["record", "storage", "dbase", "import", "operations"],
 }
 # Folders in which a header with its source may need another and be needed by it: the functions of
 # one large class, windows that open each other, and the application that makes what is given it.
@@ -97,6 +98,8 @@ OTHER_FILES = {
     "groups/SourceImport.cpp": (3, "the message log, and the raw commands of a load"),
     "groups/SourceTransfer.cpp": (1, "staged files that the gate takes in"),
     "groups/SourceTransfer.h": (1, "staged files that the gate takes in"),
+    "mdb/operations/DatabaseWork.cpp": (1, "the message log"),
+    "mdb/storage/MeasurementDatabase.cpp": (1, "the copy of a database that cannot be read"),
     "pcm/PcmLoad.cpp": (2, "the message log"),
     "pcm/read/DataChunks.cpp": (3, "the scratch in which a load sorts the measurements"),
     "pcm/write/WordFrameConversion.cpp": (2, "the message log"),

@@ -202,7 +202,7 @@ IoStatus UserFile::lockItself() {
     return code == EBUSY ? IoStatus(path_, code) : IoStatus();
 }
 
-IoStatus UserFile::prepare(bool wantsInPlace) {
+IoStatus UserFile::prepare(bool wantsInPlace, std::string_view ending) {
     inPlace_ = true;
     reason_.clear();
     struct stat former {};
@@ -229,7 +229,7 @@ IoStatus UserFile::prepare(bool wantsInPlace) {
         return {};
     }
     int code = noLockBeside_;
-    if (code != 0 || !makeBeside(code)) {
+    if (code != 0 || !makeBeside(code, ending)) {
         if (exists_ && forbidsFilesBeside(code)) {
             reason_ = "its folder takes no new file (" + IoStatus(path_, code).reason() + ")";
             return {};
@@ -246,8 +246,9 @@ IoStatus UserFile::prepare(bool wantsInPlace) {
     return {};
 }
 
-bool UserFile::makeBeside(int& code) {
-    const auto beside = nameBeside(target_, ".kavu-new");
+bool UserFile::makeBeside(int& code, std::string_view ending) {
+    const auto beside =
+        ending.empty() ? nameBeside(target_, ".kavu-new") : target_ + std::string(ending);
     // What is there was left by a killed run: we have the lock.
     (void)deleteFile(beside);
     // Nobody who may not read the old file gets to open the new one meanwhile.

@@ -6,6 +6,7 @@
 #include "core/files/FileIo.h"
 
 #include <string>
+#include <string_view>
 
 namespace kavu {
 
@@ -34,8 +35,9 @@ class UserFile {
 
     /// Chooses the way and, unless in place, makes the empty new file beside the old one, with
     /// its owner, mode and extended attributes. Nothing about the file itself changes.
+    /// The new file has a hidden name, or, with an ending, that of the file with it.
     /// REQUIRES: claimed.
-    IoStatus prepare(bool wantsInPlace);
+    IoStatus prepare(bool wantsInPlace, std::string_view ending = {});
     [[nodiscard]] bool isInPlace() const { return inPlace_; }
     /// Why the file is written in place though that was not wanted; else empty.
     [[nodiscard]] const std::string& reasonInPlace() const { return reason_; }
@@ -60,7 +62,7 @@ class UserFile {
   private:
     IoStatus lockBeside();
     IoStatus lockItself();
-    bool makeBeside(int& code);
+    bool makeBeside(int& code, std::string_view ending);
     [[nodiscard]] IoStatus named(const IoStatus& status) const;
     IoStatus writeMark(const std::string& owner);
     void release();

@@ -20,11 +20,14 @@ inline constexpr std::string_view kChangedFile = "changed-file";
 inline constexpr std::string_view kAllReferences = "all-references";
 /// Whether the groups that belong to no data source go with one that is deleted.
 inline constexpr std::string_view kUnreferenced = "unreferenced";
+/// Whether a measurement database that another program has changed is read again, and the change
+/// made to what is there now; without it nothing is written.
+inline constexpr std::string_view kChangedDatabase = "changed-database";
 }  // namespace question
 
-inline constexpr auto kQuestionNames =
-    std::to_array<std::string_view>({question::kRestore, question::kAdjust, question::kChangedFile,
-                                     question::kAllReferences, question::kUnreferenced});
+inline constexpr auto kQuestionNames = std::to_array<std::string_view>(
+    {question::kRestore, question::kAdjust, question::kChangedFile, question::kAllReferences,
+     question::kUnreferenced, question::kChangedDatabase});
 
 [[nodiscard]] constexpr bool isQuestionName(std::string_view name) {
     return std::find(kQuestionNames.begin(), kQuestionNames.end(), name) != kQuestionNames.end();

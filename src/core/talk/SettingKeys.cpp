@@ -51,6 +51,8 @@ constexpr auto kKeys = std::to_array<SettingKey>({
     &setting::kHexadecimalMasks,
     &setting::kHexadecimalPattern,
     &setting::kDatabasePath,
+    &setting::kDatabaseVersion,
+    &setting::kDatabaseEnabled,
     &setting::kStoreInDatabase,
     &setting::kDatabaseAddsRoot,
     &setting::kDatabaseAddsChildren,

@@ -96,6 +96,10 @@ inline constexpr FlagKey kHexadecimalPattern{"HexFSP"};
 
 // --- The measurement database
 inline constexpr TextKey kDatabasePath{"MDB"};
+/// 0: delimited text of 28 columns, 1: of 36, 2: XML.
+inline constexpr IntKey kDatabaseVersion{"MDBVer", 2, 0, 2};
+/// The functions of the database are offered.
+inline constexpr FlagKey kDatabaseEnabled{"MDBEnabled"};
 inline constexpr FlagKey kStoreInDatabase{"SaveMDB"};
 inline constexpr IntKey kDatabaseAddsRoot{"MDBAddRoot"};
 inline constexpr IntKey kDatabaseAddsChildren{"MDBAddChildren"};

@@ -33,9 +33,8 @@ class RootsAndChildren {
 
     bool addChildren() {
         bool added = false;
-        const bool read = database_.forEach(parent_, [&](const DatabaseRecord& record) {
-            if (record.root == name_ && !record.name.empty() &&
-                !format_.hasMeasurement(record.name)) {
+        const bool read = database_.forEachChild(parent_, name_, [&](const DatabaseRecord& record) {
+            if (!record.name.empty() && !format_.hasMeasurement(record.name)) {
                 added = add(record) || added;
             }
             return !cancelRequested(parent_);
@@ -126,6 +125,20 @@ class RootsAndChildren {
     int fn_;
 };
 
+/// Others can be put next to a measurement of one place, or of ranges without fragments.
+bool canBeJoined(const PcmFormat& format, std::string_view name, std::string_view locationType,
+                 int fwp, int fn) {
+    const auto type = trimTrailingBlanks(locationType);
+    if (type != location_type::kWordFrame) {
+        return type == location_type::kSubframe || type == location_type::kMinorFrame;
+    }
+    const auto cell = format.findInCell(fwp, fn, name);
+    const auto* const definition =
+        cell ? format.wordFrameDefinition(format.cells().measurement(cell).wordFrameIndex)
+             : nullptr;
+    return definition == nullptr || definition->mostFragments() <= 1;
+}
+
 }  // namespace
 
 bool addRootAndChildren(PcmFormat& format, UserInterface* parent, const DatabaseSteps& database,
@@ -134,10 +147,13 @@ bool addRootAndChildren(PcmFormat& format, UserInterface* parent, const Database
     if ((!wanted.root && !wanted.children) || fwp < 0 || fn < 0) {
         return false;
     }
-    const auto type = trimTrailingBlanks(locationType);
-    if (type != location_type::kSubframe && type != location_type::kMinorFrame &&
-        type != location_type::kWordFrame) {
-        format.context().messages.show(parent, 412, title::kError, kErrorBox, name);
+    if (!canBeJoined(format, name, locationType, fwp, fn)) {
+        const auto& messages = format.context().messages;
+        if (wanted.isLogged) {
+            messages.log(parent, 412, title::kError, name);
+        } else {
+            messages.show(parent, 412, title::kError, kErrorBox, name);
+        }
         return false;
     }
     if (!database.available()) {

@@ -27,28 +27,30 @@ struct DatabaseRecord {
 struct DatabaseSteps {
     /// The record of that name, or nothing.
     std::function<std::optional<DatabaseRecord>(UserInterface*, std::string_view name)> find;
-    /// Calls `visit` with each record until it returns false. False if they cannot be
-    /// read.
-    std::function<bool(UserInterface*, const std::function<bool(const DatabaseRecord&)>& visit)>
-        forEach;
+    /// Calls `visit` with each record whose root word has exactly this name, until it returns
+    /// false. False if they cannot be read.
+    std::function<bool(UserInterface*, std::string_view root,
+                       const std::function<bool(const DatabaseRecord&)>& visit)>
+        forEachChild;
     /// Copies the conversion of a record to the document.
     std::function<void(UserInterface*, std::string_view name)> addConversion;
     /// Lets the user choose a record; nothing if none was chosen.
     std::function<std::optional<DatabaseRecord>(UserInterface*)> select;
 
-    [[nodiscard]] bool available() const { return find && forEach; }
+    [[nodiscard]] bool available() const { return find && forEachChild; }
 };
 
 /// What is added with a measurement that was picked from the database.
 struct AutoAdd {
     bool root = false;
     bool children = false;
+    bool isLogged = false;  ///< message 412 goes to the log: there are many measurements
 };
 
 /// Adds the root word and the children of a measurement at its place, if the stream does not
 /// have them. Does nothing if neither is wanted, for a place below 0 and without the
 /// database. Message 412 ("Unable to add 'Root Word'") for a type other than "MF", "SF" and
-/// "WDFR". True if any was added.
+/// "WDFR", and for a "WDFR" measurement of several fragments. True if any was added.
 bool addRootAndChildren(PcmFormat& format, UserInterface* parent, const DatabaseSteps& database,
                         const AutoAdd& wanted, std::string_view name, std::string_view locationType,
                         int fwp, int fn);

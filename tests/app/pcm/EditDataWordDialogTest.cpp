@@ -229,7 +229,9 @@ TEST(EditDataWordDialogTest, APickFromTheDatabaseFillsTheFieldsAndBringsItsRoot)
                    ? std::optional(record)
                    : std::optional(DatabaseRecord{std::string(name), "", "FW", "M", "D", "DE"});
     };
-    stage.steps.save.database.forEach = [](UserInterface*, const auto&) { return true; };
+    stage.steps.save.database.forEachChild = [](UserInterface*, std::string_view, const auto&) {
+        return true;
+    };
     stage.steps.save.database.select = [&](UserInterface*) { return std::optional(record); };
     std::string stored;
     stage.steps.save.storeInDatabase = [&](UserInterface*, std::string_view name) {
@@ -260,7 +262,9 @@ TEST(EditDataWordDialogTest, ARootIsNotAddedForASupercommutatedPick) {
     stage.steps.save.database.find = [](UserInterface*, std::string_view name) {
         return std::optional(DatabaseRecord{std::string(name), "WHOLE", "FW", "M", "D", "DE"});
     };
-    stage.steps.save.database.forEach = [](UserInterface*, const auto&) { return true; };
+    stage.steps.save.database.forEachChild = [](UserInterface*, std::string_view, const auto&) {
+        return true;
+    };
     stage.steps.save.database.select = [](UserInterface*) {
         return std::optional(DatabaseRecord{"PICKED", "WHOLE", "FW", "M", "D", "DE"});
     };

@@ -21,10 +21,10 @@ struct DatabaseFixture : StreamFixture {
             }
             return std::optional<DatabaseRecord>();
         };
-        database.forEach = [this](UserInterface*,
-                                  const std::function<bool(const DatabaseRecord&)>& visit) {
+        database.forEachChild = [this](UserInterface*, std::string_view root,
+                                       const std::function<bool(const DatabaseRecord&)>& visit) {
             for (const auto& record : records) {
-                if (!visit(record)) {
+                if (record.root == root && !visit(record)) {
                     break;
                 }
             }
