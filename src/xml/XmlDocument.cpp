@@ -209,26 +209,12 @@ IoStatus XmlDocument::save(UserInterface* parent) {
 
 /// Copies a file that the next write would lose to a name that is free.
 IoStatus XmlDocument::keepUnreadable(UserInterface* parent) {
-    constexpr int kMostCopies = 1000;
     std::uint64_t size = 0;
     if (!(fault_ || losesBytes_) || (probeSize(path_, size).ok() && size == 0)) {
         return {};
     }
-    auto kept = path_ + ".unreadable";
-    PathKind kind = PathKind::Missing;
-    for (int i = 2; i < kMostCopies; ++i) {
-        if (auto status = probePath(kept, kind); !status.ok()) {
-            return status;
-        }
-        if (kind == PathKind::Missing) {
-            break;
-        }
-        kept = path_ + ".unreadable-" + std::to_string(i);
-    }
-    bool isChanged = false;
-    if (auto status = kind == PathKind::Missing ? replaceWithCopy(path_, kept, isChanged)
-                                                : IoStatus(kept, EEXIST);
-        !status.ok()) {
+    std::string kept;
+    if (auto status = keepUnreadableFile(path_, kept); !status.ok()) {
         return status;
     }
     keptCopy_ = kept;

@@ -98,12 +98,12 @@ OTHER_FILES = {
     "groups/SourceImport.cpp": (3, "the message log, and the raw commands of a load"),
     "groups/SourceTransfer.cpp": (1, "staged files that the gate takes in"),
     "groups/SourceTransfer.h": (1, "staged files that the gate takes in"),
+    "mdb/operations/DatabaseEdit.cpp": (3, "the database of the user, and its copy"),
     "mdb/operations/DatabaseWork.cpp": (1, "the message log"),
-    "mdb/storage/MeasurementDatabase.cpp": (1, "the copy of a database that cannot be read"),
     "pcm/PcmLoad.cpp": (2, "the message log"),
     "pcm/read/DataChunks.cpp": (3, "the scratch in which a load sorts the measurements"),
     "pcm/write/WordFrameConversion.cpp": (2, "the message log"),
-    "xml/XmlDocument.cpp": (2, "the file of the user, and what is kept of one that cannot be read"),
+    "xml/XmlDocument.cpp": (1, "the file of the user"),
 }
 
 MAX_FILE_LINES = 600

@@ -103,4 +103,21 @@ IoStatus replaceWithCopy(const std::string& from, const std::string& to, bool& i
     return syncFolder(folderOf(to));
 }
 
+IoStatus keepUnreadableFile(const std::string& path, std::string& kept) {
+    constexpr int kMostCopies = 1000;
+    kept = path + ".unreadable";
+    PathKind kind = PathKind::Missing;
+    for (int i = 2; i < kMostCopies; ++i) {
+        if (auto status = probePath(kept, kind); !status.ok()) {
+            return status;
+        }
+        if (kind == PathKind::Missing) {
+            bool isChanged = false;
+            return replaceWithCopy(path, kept, isChanged);
+        }
+        kept = path + ".unreadable-" + std::to_string(i);
+    }
+    return {kept, EEXIST};
+}
+
 }  // namespace kavu

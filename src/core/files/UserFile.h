@@ -88,4 +88,8 @@ class UserFile {
 /// has changed `from` meanwhile; nothing is replaced then.
 IoStatus replaceWithCopy(const std::string& from, const std::string& to, bool& isChanged);
 
+/// Copies a file that is about to be overwritten though it could not be read: to its name with
+/// ".unreadable", or with a number after that if there is such a file already. `kept` is where.
+IoStatus keepUnreadableFile(const std::string& path, std::string& kept);
+
 }  // namespace kavu

@@ -24,9 +24,6 @@ constexpr const char* kSaveText =
     "measurement database will be saved.\n\nDo you wish to Overwrite, or Append to the existing "
     "database?";
 constexpr const char* kEraseTitle = "Delete Measurement Database";
-constexpr const char* kEraseText =
-    "If you continue, you will permanently erase the previous contents of the measurement "
-    "database.\n\nAre you sure?";
 constexpr const char* kDoneTitle = "Done";
 
 MdbRecord wordRecord(const PcmFormat& format, CellRef cell, int fwp) {
@@ -120,7 +117,7 @@ std::vector<MdbRecord> streamRecords(DatabaseWork& work, UserInterface* parent,
 
 StreamSaveResult saveStream(DatabaseWork& work, UserInterface* parent, StreamSaveMode mode) {
     const bool onlyNew = mode == StreamSaveMode::Append;
-    if (!onlyNew && showBox(parent, kEraseText, kEraseTitle, Icon::Warning, Buttons::YesNo,
+    if (!onlyNew && showBox(parent, kEraseDatabaseText, kEraseTitle, Icon::Warning, Buttons::YesNo,
                             Button::No) != Button::Yes) {
         return {};
     }

@@ -18,6 +18,11 @@ enum class StreamSaveMode {
 [[nodiscard]] std::vector<MdbRecord> streamRecords(DatabaseWork& work, UserInterface* parent,
                                                    const std::vector<std::string>& names);
 
+/// What is asked before all records are overwritten.
+inline constexpr const char* kEraseDatabaseText =
+    "If you continue, you will permanently erase the previous contents of the measurement "
+    "database.\n\nAre you sure?";
+
 struct StreamSaveResult {
     bool done = false;
     std::vector<std::string> added{};  ///< in the order of the stream

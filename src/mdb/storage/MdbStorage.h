@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kavu {
 
@@ -53,6 +54,10 @@ class MdbStorage {
     /// False if nothing bears the name.
     virtual bool remove(std::string_view name) = 0;
     virtual void clear() = 0;
+    /// The same of single entries; the others stay in their order.
+    virtual void replaceAt(std::size_t entry, const MdbRecord& record) = 0;
+    /// REQUIRES: the entries rise.
+    virtual void removeAt(const std::vector<std::size_t>& entries) = 0;
 };
 
 }  // namespace kavu

@@ -29,31 +29,31 @@ MdbStorage::Reading MdbTextStorage::read(std::string bytes) {
     while (!rest.empty()) {
         const auto end = rest.find('\n');
         const auto size = end == std::string_view::npos ? rest.size() : end + 1;
-        lines_.push_back(rest.substr(0, size));
+        lines_.push_back(lineAt(rest.substr(0, size)));
         rest.remove_prefix(size);
     }
     return Reading::Database;
 }
 
 void MdbTextStorage::write(FileWriter& writer) const {
-    for (const auto line : lines_) {
-        writer.write(line);
+    for (const auto& line : lines_) {
+        writer.write(line.bytes);
     }
 }
 
 std::string_view MdbTextStorage::name(std::size_t entry) const {
-    const auto line = withoutEnd(lines_[entry]);
+    const auto line = lines_[entry].text;
     return trimBlanks(line.substr(0, line.find(';')));
 }
 
 std::string_view MdbTextStorage::readName(std::size_t entry) const {
-    const auto line = withoutEnd(lines_[entry]);
+    const auto line = lines_[entry].text;
     return trimBlanks(line.substr(0, line.find(';')).substr(0, kComparedName));
 }
 
 MdbRecord MdbTextStorage::record(std::size_t entry) const {
     MdbRecord record;
-    auto line = withoutEnd(lines_[entry]);
+    auto line = lines_[entry].text;
     for (std::size_t column = 0; column < columnCount(version_); ++column) {
         const auto end = line.find(';');
         record[columnIndex(column, version_)] = trimBlanks(line.substr(0, end));
@@ -66,7 +66,7 @@ MdbRecord MdbTextStorage::record(std::size_t entry) const {
 }
 
 std::size_t MdbTextStorage::columns(std::size_t entry) const {
-    const auto line = lines_[entry];
+    const auto line = lines_[entry].text;
     return static_cast<std::size_t>(std::count(line.begin(), line.end(), ';')) + 1;
 }
 
@@ -89,11 +89,21 @@ std::string_view MdbTextStorage::keep(std::string line) {
     return texts_.emplace_back(std::move(line));
 }
 
-void MdbTextStorage::append(const MdbRecord& record) {
-    if (!lines_.empty() && !lines_.back().ends_with('\n')) {
-        lines_.back() = keep(std::string(lines_.back()) + "\r\n");
+MdbTextStorage::Line MdbTextStorage::lineAt(std::string_view bytes) {
+    auto text = withoutEnd(bytes);
+    if (text.find('\r') != std::string_view::npos) {
+        std::string stored(text);
+        toStoredForm(stored);
+        text = keep(std::move(stored));
     }
-    lines_.push_back(keep(lineOf(record)));
+    return {bytes, text};
+}
+
+void MdbTextStorage::append(const MdbRecord& record) {
+    if (!lines_.empty() && !lines_.back().bytes.ends_with('\n')) {
+        lines_.back().bytes = keep(std::string(lines_.back().bytes) + "\r\n");
+    }
+    lines_.push_back(lineAt(keep(lineOf(record))));
 }
 
 bool MdbTextStorage::replace(const MdbRecord& record) {
@@ -101,7 +111,7 @@ bool MdbTextStorage::replace(const MdbRecord& record) {
     for (std::size_t i = 0; i < lines_.size(); ++i) {
         if (const auto found = name(i); !found.empty() && equalsIgnoreCase(found, record.name())) {
             line = line.empty() ? keep(lineOf(record)) : line;
-            lines_[i] = line;
+            lines_[i] = lineAt(line);
         }
     }
     return !line.empty();
@@ -117,6 +127,23 @@ bool MdbTextStorage::remove(std::string_view removed) {
     }
     lines_.resize(kept);
     return kept < before;
+}
+
+void MdbTextStorage::replaceAt(std::size_t entry, const MdbRecord& record) {
+    lines_[entry] = lineAt(keep(lineOf(record)));
+}
+
+void MdbTextStorage::removeAt(const std::vector<std::size_t>& entries) {
+    std::size_t kept = 0;
+    auto next = entries.begin();
+    for (std::size_t i = 0; i < lines_.size(); ++i) {
+        if (next != entries.end() && *next == i) {
+            ++next;
+        } else {
+            lines_[kept++] = lines_[i];
+        }
+    }
+    lines_.resize(kept);
 }
 
 void MdbTextStorage::clear() {

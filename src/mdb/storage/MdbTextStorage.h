@@ -27,14 +27,22 @@ class MdbTextStorage : public MdbStorage {
     bool replace(const MdbRecord& record) override;
     bool remove(std::string_view name) override;
     void clear() override;
+    void replaceAt(std::size_t entry, const MdbRecord& record) override;
+    void removeAt(const std::vector<std::size_t>& entries) override;
 
   private:
+    struct Line {
+        std::string_view bytes;  ///< with the line end
+        /// Without it, and with carriage returns within it in stored form.
+        std::string_view text;
+    };
     [[nodiscard]] std::string_view keep(std::string line);
+    [[nodiscard]] Line lineAt(std::string_view bytes);
     [[nodiscard]] std::string lineOf(const MdbRecord& record) const;
 
     MdbVersion version_;
-    std::vector<std::string_view> lines_;  ///< with their line ends
-    std::deque<std::string> texts_;        ///< what the lines are parts of
+    std::vector<Line> lines_;
+    std::deque<std::string> texts_;  ///< what the lines are parts of
 };
 
 }  // namespace kavu

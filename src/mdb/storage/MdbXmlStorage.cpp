@@ -8,6 +8,7 @@
 #include "xml/XmlSyntax.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace kavu {
 
@@ -129,13 +130,35 @@ bool MdbXmlStorage::replace(const MdbRecord& record) {
     return true;
 }
 
-void MdbXmlStorage::passOnGap(std::size_t entry) {
-    const auto gap = entries_[entry].part.gap;
-    if (trim(gap).empty()) {
-        return;
+void MdbXmlStorage::replaceAt(std::size_t entry, const MdbRecord& record) {
+    entries_[entry].part.element = keep(writeXmlRecord(record));
+    entries_[entry].name = readXmlRecordName(entries_[entry].part.element);
+}
+
+void MdbXmlStorage::removeAt(const std::vector<std::size_t>& entries) {
+    std::size_t kept = 0;
+    std::string gap;  // what is before entries that go, and more than white space
+    auto next = entries.begin();
+    for (std::size_t i = 0; i < entries_.size(); ++i) {
+        auto& entry = entries_[i];
+        if (next != entries.end() && *next == i) {
+            ++next;
+            gap += trim(entry.part.gap).empty() ? std::string_view() : entry.part.gap;
+            continue;
+        }
+        if (!gap.empty()) {
+            entry.part.gap = keep(gap + std::string(entry.part.gap));
+            gap.clear();
+        }
+        if (kept != i) {
+            entries_[kept] = std::move(entry);
+        }
+        ++kept;
     }
-    auto& next = entry + 1 < entries_.size() ? entries_[entry + 1].part.gap : tail_;
-    next = keep(std::string(gap) + std::string(next));
+    entries_.resize(kept);
+    if (!gap.empty()) {
+        tail_ = keep(gap + std::string(tail_));
+    }
 }
 
 bool MdbXmlStorage::remove(std::string_view removed) {
@@ -143,22 +166,16 @@ bool MdbXmlStorage::remove(std::string_view removed) {
     if (place == entries_.size()) {
         return false;
     }
-    passOnGap(place);
-    entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(place));
+    removeAt({place});
     std::stable_sort(entries_.begin(), entries_.end(),
                      [](const Entry& a, const Entry& b) { return a.name < b.name; });
     return true;
 }
 
 void MdbXmlStorage::clear() {
-    std::string kept;
-    for (const auto& entry : entries_) {
-        kept += trim(entry.part.gap).empty() ? std::string_view() : entry.part.gap;
-    }
-    entries_.clear();
-    if (!kept.empty()) {
-        tail_ = keep(kept + std::string(tail_));
-    }
+    std::vector<std::size_t> all(entries_.size());
+    std::iota(all.begin(), all.end(), std::size_t{0});
+    removeAt(all);
 }
 
 }  // namespace kavu

@@ -32,6 +32,8 @@ class MdbXmlStorage : public MdbStorage {
     bool replace(const MdbRecord& record) override;
     bool remove(std::string_view name) override;
     void clear() override;
+    void replaceAt(std::size_t entry, const MdbRecord& record) override;
+    void removeAt(const std::vector<std::size_t>& entries) override;
 
   private:
     struct Entry {
@@ -42,8 +44,6 @@ class MdbXmlStorage : public MdbStorage {
     std::string_view keep(std::string text);
     void startEmpty();
     void take(const XmlParts& parts);
-    /// What is before an entry that goes stays if it is more than white space.
-    void passOnGap(std::size_t entry);
 
     std::string_view head_;
     std::vector<Entry> entries_;

@@ -17,8 +17,6 @@ namespace {
 
 /// What is added to the path for the file that takes the place of the database.
 constexpr std::string_view kNewFileEnding = ".tmp";
-/// And for the copy of a file that could not be read.
-constexpr const char* kUnreadableEnding = ".unreadable";
 
 }  // namespace
 
@@ -212,9 +210,18 @@ std::vector<MdbRecord> MeasurementDatabase::childrenOf(std::string_view root) {
 
 /// False if another program has changed the file since it was read and it is to stay as it is. If
 /// the change is to be made all the same, the file has been read again.
-bool MeasurementDatabase::maySee(UserInterface* parent) {
+bool MeasurementDatabase::mayChange(UserInterface* parent, Batch::IfChanged ifChanged) {
     if (fileStamp(path_) == stamp_) {
         return true;
+    }
+    if (ifChanged == Batch::IfChanged::Refuse) {
+        showBox(
+            parent,
+            formatPrintf("The measurement database '%s' was changed by another program after it "
+                         "was read here. Nothing is written.",
+                         path_),
+            std::string(loadText(title::kError).value_or("")));
+        return false;
     }
     MessageBox box;
     box.title = loadText(title::kWarning).value_or("");
@@ -238,13 +245,13 @@ bool MeasurementDatabase::maySee(UserInterface* parent) {
     return true;
 }
 
-bool MeasurementDatabase::begin(UserInterface* parent) {
+bool MeasurementDatabase::begin(UserInterface* parent, Batch::IfChanged ifChanged) {
     auto file = std::make_unique<UserFile>();
     if (const auto status = file->claim(path_); !status.ok()) {
         reportUnableToWrite(parent, status);
         return false;
     }
-    if (!maySee(parent)) {
+    if (!mayChange(parent, ifChanged)) {
         return false;
     }
     file_ = std::move(file);
@@ -253,9 +260,8 @@ bool MeasurementDatabase::begin(UserInterface* parent) {
 
 IoStatus MeasurementDatabase::write(UserInterface* parent) {
     if (isUnreadable_) {
-        const auto kept = path_ + kUnreadableEnding;
-        bool changed = false;
-        if (auto status = replaceWithCopy(path_, kept, changed); !status.ok()) {
+        std::string kept;
+        if (auto status = keepUnreadableFile(path_, kept); !status.ok()) {
             return status;
         }
         messages_.logText(
@@ -282,8 +288,9 @@ IoStatus MeasurementDatabase::write(UserInterface* parent) {
     return status;
 }
 
-MeasurementDatabase::Batch::Batch(MeasurementDatabase& database, UserInterface* parent)
-    : database_(database), isOpen_(database.begin(parent)) {}
+MeasurementDatabase::Batch::Batch(MeasurementDatabase& database, UserInterface* parent,
+                                  IfChanged ifChanged)
+    : database_(database), isOpen_(database.begin(parent, ifChanged)) {}
 
 MeasurementDatabase::Batch::~Batch() {
     if (!isOpen_) {
@@ -371,6 +378,28 @@ bool MeasurementDatabase::remove(UserInterface* parent, std::string_view name, b
             *removed = any;
         }
         return any;
+    });
+}
+
+bool MeasurementDatabase::replaceAt(UserInterface* parent, std::size_t entry,
+                                    const MdbRecord& record) {
+    if (!canHold(record)) {
+        messages_.show(parent, message::kNoSemicolon, title::kError, kErrorBox);
+        return false;
+    }
+    return change(parent, [&] {
+        storage_->replaceAt(entry, record);
+        forgetIndex();
+        return true;
+    });
+}
+
+bool MeasurementDatabase::removeAt(UserInterface* parent, const std::vector<std::size_t>& entries) {
+    return change(parent, [&] {
+        storage_->removeAt(entries);
+        forgetIndex();
+        position_ = 0;
+        return !entries.empty();
     });
 }
 

@@ -63,6 +63,8 @@ class MeasurementDatabase {
     /// is behind the record then; it stays if there is none.
     [[nodiscard]] std::optional<MdbRecord> find(std::string_view name,
                                                 std::size_t* columns = nullptr);
+    /// The place of the record that was read last.
+    [[nodiscard]] std::size_t lastEntry() const { return position_ - 1; }
     /// Sets the position to the begin.
     void rewind() { position_ = 0; }
     [[nodiscard]] std::size_t recordCount() const;
@@ -95,6 +97,10 @@ class MeasurementDatabase {
     /// Removes the records of a name; an empty name removes all. `removed`, if given, says whether
     /// there were any.
     bool remove(UserInterface* parent, std::string_view name, bool* removed = nullptr);
+    /// Changes by the place of the entry, lines without a name included, as `lastEntry` gives it.
+    bool replaceAt(UserInterface* parent, std::size_t entry, const MdbRecord& record);
+    /// REQUIRES: the entries rise.
+    bool removeAt(UserInterface* parent, const std::vector<std::size_t>& entries);
     /// Makes the empty file if there is none.
     bool makeFile(UserInterface* parent);
 
@@ -103,7 +109,12 @@ class MeasurementDatabase {
     /// otherwise. One at a time.
     class Batch {
       public:
-        Batch(MeasurementDatabase& database, UserInterface* parent);
+        enum class IfChanged {
+            Ask,     ///< whether the file is to be read again
+            Refuse,  ///< for changes by the places of entries
+        };
+        Batch(MeasurementDatabase& database, UserInterface* parent,
+              IfChanged ifChanged = IfChanged::Ask);
         Batch(const Batch&) = delete;
         Batch& operator=(const Batch&) = delete;
         ~Batch();
@@ -124,8 +135,8 @@ class MeasurementDatabase {
     void indexNames();
     void indexRoots();
     void noteAppended(const MdbRecord& record);
-    bool begin(UserInterface* parent);
-    bool maySee(UserInterface* parent);
+    bool begin(UserInterface* parent, Batch::IfChanged ifChanged);
+    bool mayChange(UserInterface* parent, Batch::IfChanged ifChanged);
     IoStatus write(UserInterface* parent);
     bool change(UserInterface* parent, const std::function<bool()>& work);
     struct Check;

@@ -92,7 +92,7 @@ void readConversion(const pugi::xml_node& element, MdbRecord& record) {
         return;
     }
     const auto& row = mdbFields()[mdbfield::kType];
-    const std::string_view type = element.attribute(kTypeAttribute).value();
+    const auto type = trimBlanks(element.attribute(kTypeAttribute).value());
     record[mdbfield::kType] = type.empty() ? kNone : fromXmlWord(row, type);
     toStoredForm(record[mdbfield::kType]);
     auto& data = record[mdbfield::kData];

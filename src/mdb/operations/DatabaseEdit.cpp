@@ -1,0 +1,328 @@
+#include "mdb/operations/DatabaseEdit.h"
+
+#include "core/TmatsDocument.h"
+#include "core/WorkingStore.h"
+#include "core/files/FileIo.h"
+#include "core/talk/FileReports.h"
+#include "core/talk/Messages.h"
+#include "core/talk/UserInterface.h"
+#include "core/text/Printf.h"
+#include "core/text/Text.h"
+#include "mdb/record/DiscreteText.h"
+
+#include <algorithm>
+
+namespace kavu {
+
+namespace {
+
+constexpr std::string_view kDiscreteType = "DIS";
+constexpr std::size_t kMostSteps = 1000;
+constexpr long kMostSamples = 100'000;
+constexpr const char* kSampleTitle = "Create Sample Database?";
+constexpr const char* kDeleteEntryTitle = "Delete Measurement Database Entry";
+constexpr const char* kDeleteAllTitle = "Delete Measurement Database";
+constexpr const char* kDiscreteFault =
+    "There appears to be an error in the EU conversion data string for measurement '%s'. Strings "
+    "must be in the form 0=\"Value0\" 1=\"Value1\" (etc). Each value must be placed inside "
+    "double-quotes, and each pair must be separated by a space.";
+
+bool isDiscrete(const MdbRecord& record) {
+    return record[mdbfield::kType] == kDiscreteType;
+}
+
+/// As it is shown; and as it is stored.
+MdbRecord shownRecord(MdbRecord record) {
+    if (isDiscrete(record)) {
+        record[mdbfield::kData] = quotedDiscrete(readDiscrete(record[mdbfield::kData]));
+    }
+    return record;
+}
+MdbRecord storedRecord(MdbRecord record) {
+    if (isDiscrete(record)) {
+        record[mdbfield::kData] = writeDiscrete(readDiscrete(record[mdbfield::kData]));
+    }
+    return record;
+}
+
+MdbRecord sampleRecord(long number) {
+    MdbRecord record(formatPrintf("Measurement_%d", number));
+    record[mdbfield::kDescription] = "Sample";
+    record[mdbfield::kHighValue] = "65535.0";
+    record[mdbfield::kHighWarning] = "65535.0";
+    record[mdbfield::kData] = "1.0 0.01 0.02";
+    return record;
+}
+
+/// Of a pass over all entries; false if it was cancelled.
+bool showPass(UserInterface* parent, const std::string& text, std::size_t done, std::size_t all) {
+    setProgressText(parent, text);
+    setProgressBar(parent, 100.0 * static_cast<double>(done) / static_cast<double>(all));
+    yieldToInterface(parent);
+    return !cancelRequested(parent);
+}
+
+}  // namespace
+
+DatabaseEdit::~DatabaseEdit() {
+    if (hasBackup_) {
+        (void)deleteFile(backupPath());
+    }
+}
+
+std::string DatabaseEdit::backupPath() const {
+    return context_.store.pathOf(kDatabaseBackup);
+}
+
+bool DatabaseEdit::begin(UserInterface* parent) {
+    if (!openDatabase(context_, parent, database_, IfMissing::Refuse, OnFailure::SwitchOff)) {
+        return false;
+    }
+    if (const auto status = copyFile(database_.path(), backupPath()); !status.ok()) {
+        reportUnableToWrite(parent, status);
+        return false;
+    }
+    hasBackup_ = true;
+    const ProgressScope progress(parent, ProgressMode::WithCancel);
+    setStatusText(parent, "Reading Database");
+    const auto count = std::max<std::size_t>(database_.recordCount(), 1);
+    bool complete = true;
+    for (auto record = database_.first(); record && complete; record = database_.next()) {
+        rows_.push_back({shownRecord(std::move(*record)), database_.lastEntry()});
+        complete =
+            rows_.size() % kPollEvery != 1 ||
+            showPass(parent, formatPrintf("Reading Entry #%d", rows_.size()), rows_.size(), count);
+    }
+    setStatusText(parent, {});
+    return complete;
+}
+
+// --- rows --------------------------------------------------------------------------------------
+
+void DatabaseEdit::keep(Step step) {
+    undo_.push_back(std::move(step));
+    if (undo_.size() > kMostSteps) {
+        undo_.pop_front();
+    }
+    isChanged_ = true;
+}
+
+void DatabaseEdit::set(std::size_t row, std::size_t index, std::string_view text) {
+    std::string stored(trimBlanks(text));
+    toStoredForm(stored);
+    auto& changed = rows_[row];
+    if (changed.record[index] == stored) {
+        return;
+    }
+    keep({.replaced = {{row, changed}}});
+    changed.record[index] = std::move(stored);
+    changed.isChanged = true;
+}
+
+std::size_t DatabaseEdit::add(MdbRecord record) {
+    rows_.push_back({.record = std::move(record), .isChanged = true});
+    keep({.added = 1});
+    return rows_.size() - 1;
+}
+
+std::size_t DatabaseEdit::duplicate(std::size_t row) {
+    return add(rows_[row].record);
+}
+
+bool DatabaseEdit::isRemovalMeant(UserInterface* parent, std::size_t count) const {
+    const bool isAll = count == rows_.size() && count > 1;
+    const auto button = isAll
+                            ? context_.messages.showTitled(parent, 410, kDeleteAllTitle, kYesNoBox)
+                            : context_.messages.showTitled(parent, -message::kAreYouSure,
+                                                           kDeleteEntryTitle, kYesNoBox);
+    return button == Button::Yes;
+}
+
+bool DatabaseEdit::remove(UserInterface* parent, const std::vector<std::size_t>& rows) {
+    if (rows.empty() || !isRemovalMeant(parent, rows.size())) {
+        return false;
+    }
+    Step step;
+    std::size_t kept = 0;
+    auto next = rows.begin();
+    for (std::size_t i = 0; i < rows_.size(); ++i) {
+        if (next != rows.end() && *next == i) {
+            ++next;
+            step.removed.emplace_back(i, std::move(rows_[i]));
+        } else if (kept++ != i) {
+            rows_[kept - 1] = std::move(rows_[i]);
+        }
+    }
+    rows_.resize(kept);
+    keep(std::move(step));
+    return true;
+}
+
+bool DatabaseEdit::createSamples(UserInterface* parent) {
+    if (showBox(parent, "This function will create sample database entries.\n\nContinue?",
+                kSampleTitle, Icon::Question, Buttons::YesNo) != Button::Yes) {
+        return false;
+    }
+    int choice = 1;
+    if (!rows_.empty()) {
+        ChoicePrompt prompt;
+        prompt.title = kSampleTitle;
+        prompt.text =
+            "This database already contains data.\n\nWould you like to overwrite this database, or "
+            "append the sample entries to it?";
+        prompt.choices = {"&Overwrite", "&Append"};
+        choice = parent->choose(prompt);
+    }
+    const auto count = choice < 0 ? std::nullopt
+                                  : parent->enterInteger({.title = kSampleTitle,
+                                                          .prompt = "How Many Should I Create?",
+                                                          .initial = 10,
+                                                          .least = 1,
+                                                          .most = kMostSamples});
+    if (!count) {
+        return false;
+    }
+    Step step;
+    if (choice == 0) {
+        for (std::size_t i = 0; i < rows_.size(); ++i) {
+            step.removed.emplace_back(i, std::move(rows_[i]));
+        }
+        rows_.clear();
+    }
+    for (long i = 1; i <= *count; ++i) {
+        rows_.push_back({.record = sampleRecord(i), .isChanged = true});
+    }
+    step.added = static_cast<std::size_t>(*count);
+    keep(std::move(step));
+    return true;
+}
+
+bool DatabaseEdit::undo() {
+    if (undo_.empty()) {
+        return false;
+    }
+    auto step = std::move(undo_.back());
+    undo_.pop_back();
+    rows_.resize(rows_.size() - step.added);
+    for (auto& [row, former] : step.replaced) {
+        rows_[row] = std::move(former);
+    }
+    if (!step.removed.empty()) {
+        // The places rise: one merge from the front.
+        std::vector<Row> merged;
+        merged.reserve(rows_.size() + step.removed.size());
+        auto kept = rows_.begin();
+        for (auto& [row, former] : step.removed) {
+            while (merged.size() < row) {
+                merged.push_back(std::move(*kept++));
+            }
+            merged.push_back(std::move(former));
+        }
+        merged.insert(merged.end(), std::make_move_iterator(kept),
+                      std::make_move_iterator(rows_.end()));
+        rows_ = std::move(merged);
+    }
+    return true;
+}
+
+// --- end -----------------------------------------------------------------------------------------
+
+std::vector<DatabaseEdit::Fault> DatabaseEdit::check(UserInterface* parent) const {
+    const MdbFieldTable table(context_.document.version);
+    std::vector<Fault> faults;
+    std::vector<MdbFault> found;
+    const ProgressScope progress(parent, ProgressMode::WithoutCancel);
+    for (std::size_t i = 0; i < rows_.size(); ++i) {
+        const auto& record = rows_[i].record;
+        if (i % kPollEvery == 0) {
+            (void)showPass(parent,
+                           formatPrintf("Validating Database (Entry #%d: %d%% complete)", i + 1,
+                                        100 * i / rows_.size()),
+                           i, rows_.size());
+        }
+        found.clear();
+        for (std::size_t index = 0; index < mdbfield::kCount; ++index) {
+            table.check(index, record[index], found);
+        }
+        for (const auto& fault : found) {
+            faults.push_back({i, fault.index});
+        }
+        if (record.name().empty()) {
+            faults.push_back({i, mdbfield::kName});
+        }
+        if (isDiscrete(record) && !isQuotedDiscrete(record[mdbfield::kData])) {
+            showBox(parent, formatPrintf(runtimeFormat(kDiscreteFault), record.name()),
+                    std::string(loadText(title::kError).value_or("")));
+            faults.push_back({i, mdbfield::kData});
+        }
+    }
+    return faults;
+}
+
+bool DatabaseEdit::store(UserInterface* parent, std::vector<Fault>* faults) {
+    auto found = check(parent);
+    const bool good = found.empty();
+    if (faults != nullptr) {
+        *faults = std::move(found);
+    }
+    if (!good) {
+        context_.messages.show(parent, 427, title::kError, kErrorBox);
+        return false;
+    }
+    return !isChanged_ || write(parent);
+}
+
+bool DatabaseEdit::write(UserInterface* parent) {
+    const ProgressScope progress(parent, ProgressMode::WithoutCancel);
+    MeasurementDatabase::Batch batch(database_, parent,
+                                     MeasurementDatabase::Batch::IfChanged::Refuse);
+    if (!batch.isOpen()) {
+        return false;
+    }
+    // What is not among the rows any more goes; the places before it stay until then.
+    bool good = true;
+    std::vector<std::size_t> all;
+    for (auto record = database_.first(); record; record = database_.next()) {
+        all.push_back(database_.lastEntry());
+    }
+    std::vector<std::size_t> entries;
+    for (std::size_t i = 0; i < rows_.size() && good; ++i) {
+        if (i % kPollEvery == 0) {
+            (void)showPass(parent,
+                           formatPrintf("Saving Database (Entry #%d: %d%% complete)", i + 1,
+                                        100 * i / rows_.size()),
+                           i, rows_.size());
+        }
+        const auto& row = rows_[i];
+        if (row.entry) {
+            entries.push_back(*row.entry);
+        }
+        if (row.isChanged) {
+            const auto record = storedRecord(row.record);
+            good = row.entry ? database_.replaceAt(parent, *row.entry, record)
+                             : database_.add(parent, record);
+        }
+    }
+    std::vector<std::size_t> removed;
+    std::set_difference(all.begin(), all.end(), entries.begin(), entries.end(),
+                        std::back_inserter(removed));
+    good = good && database_.removeAt(parent, removed) && batch.commit(parent);
+    hasWritten_ = hasWritten_ || good;
+    isChanged_ = isChanged_ && !good;
+    return good;
+}
+
+bool DatabaseEdit::cancel(UserInterface* parent) {
+    if (!hasWritten_) {
+        return true;
+    }
+    std::string bytes;
+    auto status = readWholeFile(backupPath(), bytes);
+    status = status.ok() ? replaceUserFile(database_.path(), bytes) : status;
+    if (!status.ok()) {
+        reportUnableToWrite(parent, status);
+    }
+    return status.ok();
+}
+
+}  // namespace kavu
