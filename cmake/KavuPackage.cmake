@@ -26,7 +26,7 @@ install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/manual ${PROJECT_SOURCE_DIR}/docs/pictures
         DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/samples/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/samples
-        FILES_MATCHING PATTERN "*.tma" PATTERN "*.md")
+        FILES_MATCHING PATTERN "*.tma" PATTERN "*.mdb" PATTERN "*.md")
 
 if(TARGET kavu)
     # The icon is the one that the windows show.

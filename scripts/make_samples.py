@@ -8,6 +8,7 @@
 import sys
 from pathlib import Path
 
+from sample_texts.database import flight_database
 from sample_texts.flight_test import flight_test
 from sample_texts.mistakes import mistakes
 from sample_texts.strange import strange
@@ -21,6 +22,7 @@ def files():
         ROOT / "samples/flight-test.tma": flight_test(2009, "flight-test.tma"),
         ROOT / "samples/flight-test-96.tma": flight_test(1996, "flight-test-96.tma"),
         ROOT / "samples/flight-test-11.tma": flight_test(2011, "flight-test-11.tma"),
+        ROOT / "samples/flight-test.mdb": flight_database(),
         ROOT / "samples/mistakes.tma": mistakes(),
     }
     for name, content in strange().items():

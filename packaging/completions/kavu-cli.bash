@@ -16,7 +16,7 @@ _kavu_cli() {
                 command=$word
                 break
                 ;;
-            source | link)
+            source | link | mdb)
                 command=$word
                 ((index++))
                 word=${COMP_WORDS[index]}
@@ -43,7 +43,9 @@ _kavu_cli() {
             mapfile -t COMPREPLY < <(compgen -d -- "$current")
             return
             ;;
-        --settings | --svg | --edit | -o | --output)
+        --database-version | --to) COMPREPLY=($(compgen -W "0 1 2" -- "$current")); return ;;
+        --field | --fields) return ;;
+        --settings | --svg | --edit | --database | -o | --output)
             compopt -o filenames 2>/dev/null
             mapfile -t COMPREPLY < <(compgen -f -- "$current")
             return
@@ -65,14 +67,26 @@ _kavu_cli() {
                 ;;
             "source rename" | "link rename") common+=" --all-references --output" ;;
             "source delete") common+=" --output" ;;
+            "mdb validate") common+=" --database --database-version --edition" ;;
+            "mdb list") common+=" --database --database-version --records" ;;
+            "mdb add" | "mdb put") common+=" --database --database-version --field" ;;
+            "mdb remove") common+=" --database --database-version --all" ;;
+            "mdb convert") common+=" --database --database-version --to --append --output" ;;
+            "mdb update-stream")
+                common+=" --database --database-version --fields --add-root --add-children --output"
+                ;;
+            "mdb eu-apply") common+=" --output" ;;
+            "mdb "*) common+=" --database --database-version" ;;
             store) common+=" --into" ;;
             recover) common+=" --output --partial --list" ;;
         esac
         COMPREPLY=($(compgen -W "$common" -- "$current"))
     elif [[ -z $command ]]; then
-        COMPREPLY=($(compgen -W "check save store tree recover stream rewrite word-frame bus message packet conversions evaluate fit vocabulary get set source link" -- "$current"))
+        COMPREPLY=($(compgen -W "check save store tree recover stream rewrite word-frame bus message packet conversions evaluate fit vocabulary get set source link mdb" -- "$current"))
     elif [[ $command == source ]]; then
         COMPREPLY=($(compgen -W "list copy rename delete import" -- "$current"))
+    elif [[ $command == mdb ]]; then
+        COMPREPLY=($(compgen -W "info validate list get add put remove convert update-stream save-stream eu-data eu-apply" -- "$current"))
     elif [[ $command == link ]]; then
         COMPREPLY=($(compgen -W "rename" -- "$current"))
     else

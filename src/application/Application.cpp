@@ -24,6 +24,7 @@
 #include "groups/MeasurementNames.h"
 #include "groups/Migration.h"
 #include "groups/SourceEdit.h"
+#include "mdb/operations/DatabaseWork.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/PcmLoad.h"
 #include "pcm/model/SampleRateCheck.h"
@@ -165,7 +166,7 @@ bool Application::startUp(UserInterface* parent, const std::function<void()>& re
     parts_->measurements.setChecking(settings.get(setting::kCheckDuplicates), false);
     resetVersionFromSettings(parts_->context);
     if (settings.get(setting::kDatabasePath).empty()) {
-        settings.set(setting::kDatabasePath, supportFolder_ + "kavu.mdb");
+        settings.set(setting::kDatabasePath, defaultDatabasePath());
     }
     setStatusText(parent, kVerifying);
     if (ready) {
@@ -280,6 +281,18 @@ bool Application::changeVersions(UserInterface* parent, const VersionOptions& op
         parts.measurements.checkForDuplicates(nullptr);
     }
     return changed;
+}
+
+void Application::checkDatabase(UserInterface* parent) {
+    auto& parts = *parts_;
+    if (!parts.settings.get(setting::kDatabaseEnabled)) {
+        return;
+    }
+    const auto database = settingsDatabase(parts.context);
+    if (database->path() != defaultDatabasePath() || fileExists(database->path())) {
+        (void)validateDatabase(parts.context, parent, *database, parts.document.version,
+                               OnFailure::SwitchOff);
+    }
 }
 
 void Application::keepRecentFiles() {

@@ -48,6 +48,11 @@ class Application {
     /// it; a batch run leaves the user's list alone. REQUIRES: `startUp` has succeeded.
     void keepRecentFiles();
 
+    /// Checks the measurement database of the settings if it is switched on, as an editor does
+    /// when it starts, and switches it off without a usable one: messages 428 and 429. The file of
+    /// the default path that was never made is no fault. REQUIRES: `startUp` has succeeded.
+    void checkDatabase(UserInterface* parent);
+
     /// REQUIRES: `startUp` has succeeded.
     [[nodiscard]] DocumentContext& context();
     /// The operations on the open document as a whole. Valid as long as the application.
@@ -78,6 +83,7 @@ class Application {
     struct Parts;
     void installSteps();
     void installPcmSteps();
+    [[nodiscard]] std::string defaultDatabasePath() const { return supportFolder_ + "kavu.mdb"; }
 
     Environment environment_;
     const Clock& clock_;

@@ -1,6 +1,8 @@
 #include "cli/CommandLine.h"
 
 #include "cli/AttributeCommandLine.h"
+#include "cli/CommandLineParts.h"
+#include "cli/MdbCommandLine.h"
 #include "conversion/CurveFit.h"
 #include "conversion/EuNumbers.h"
 #include "core/talk/QuestionNames.h"
@@ -12,8 +14,6 @@
 #include <charconv>
 #include <sstream>
 
-#include <CLI/CLI.hpp>
-
 #ifndef KAVU_VERSION
 #define KAVU_VERSION "unknown"
 #endif
@@ -21,12 +21,6 @@
 namespace kavu::cli {
 
 namespace {
-
-constexpr const char* kFooter =
-    "Exit status: 0 done, nothing reported; 1 done, and messages were reported;\n"
-    "2 the operation failed or was cancelled; 64 wrong usage.\n"
-    "\n"
-    "`kavu-cli COMMAND --help` tells about a command.";
 
 /// The texts of the command line before they are checked.
 struct RawOptions {
@@ -41,18 +35,8 @@ struct RawOptions {
     std::string bits;
     RawAttributes attributes;
     std::string edits;
+    RawMdb mdb;
 };
-
-/// A wrong value; the text is for the user.
-struct UsageError {
-    std::string text;
-};
-
-/// One option that takes one value. Without this a list option would swallow the argument
-/// after it, and a value in brackets would be taken for a list.
-CLI::Option* oneValue(CLI::Option* option, const char* valueName) {
-    return option->expected(1)->allow_extra_args(false)->type_name(valueName);
-}
 
 void addCommonOptions(CLI::App& app, CommandLine& line, RawOptions& raw) {
     app.add_flag("--json", line.json,
@@ -84,15 +68,6 @@ void addCommonOptions(CLI::App& app, CommandLine& line, RawOptions& raw) {
     app.add_flag("--quiet", line.quiet, "No progress and no notes on standard error");
 }
 
-CLI::App* addCommand(CLI::App& app, const char* name, const char* description) {
-    CLI::App* const command = app.add_subcommand(name, description);
-    // So that the common options may also follow the command.
-    command->fallthrough();
-    command->group("Commands");
-    command->footer(kFooter);
-    return command;
-}
-
 void addFile(CLI::App& command, CommandLine& line) {
     oneValue(command.add_option("FILE", line.file, "The TMATS file"), "")->required();
 }
@@ -115,6 +90,7 @@ struct CommandApps {
     /// With the command of each.
     std::vector<std::pair<Command, CLI::App*>> sources;
     std::vector<std::pair<Command, CLI::App*>> edited;
+    MdbApps mdb;
 };
 
 void addLink(CLI::App& command, CommandLine& line) {
@@ -340,6 +316,7 @@ CommandApps addCommands(CLI::App& app, CommandLine& line, RawOptions& raw) {
     addAttributeCommands(app, apps, line, raw);
     addSourceCommands(app, apps, line);
     addEditedCommands(app, apps, line, raw);
+    apps.mdb = addMdbCommands(app, line, raw.mdb);
     return apps;
 }
 
@@ -386,6 +363,11 @@ Command chosenCommand(const CommandApps& apps) {
         }
     }
     for (const auto& [command, chosen] : apps.edited) {
+        if (chosen->parsed()) {
+            return command;
+        }
+    }
+    for (const auto& [command, chosen] : apps.mdb.commands) {
         if (chosen->parsed()) {
             return command;
         }
@@ -566,6 +548,7 @@ ParsedCommandLine parseCommandLine(const std::vector<std::string>& arguments) {
         readValues(raw, line);
         readFit(apps, raw, line);
         readEdits(apps, raw, line);
+        readMdbArguments(apps.mdb, raw.mdb, line);
         if (auto refused = readAttributeArguments(raw.attributes, line)) {
             throw UsageError{*refused};
         }

@@ -36,7 +36,19 @@ enum class Command {
     SourceImport,
     LinkRename,
     Message,
-    Packet
+    Packet,
+    MdbInfo,
+    MdbValidate,
+    MdbList,
+    MdbGet,
+    MdbAdd,
+    MdbPut,
+    MdbRemove,
+    MdbConvert,
+    MdbUpdateStream,
+    MdbSaveStream,
+    MdbEuData,
+    MdbEuApply
 };
 
 /// When a progress line is shown on standard error.
@@ -48,6 +60,23 @@ struct Replies {
     std::map<int, std::string> byId;  ///< by message number without its sign
     std::string all = "no";           ///< to every question with neither name nor reply of its own
     std::map<std::string, std::string, std::less<>> byName{};  ///< one of `kQuestionNames`
+};
+
+/// What the commands of the measurement database take besides a TMATS file.
+struct MdbArguments {
+    std::string path{};            ///< empty: the setting `MDB`
+    std::optional<int> version{};  ///< 0 to 2; without it the setting `MDBVer`
+    std::string name{};            ///< of a measurement
+    std::vector<std::pair<std::size_t, std::string>> values{};  ///< `add`, `put`: by field index
+    bool records = false;                                       ///< `list`: whole records
+    bool all = false;                                           ///< `remove`: all records
+    int to = 0;                                                 ///< `convert`: the form of OUT
+    bool append = false;                                        ///< `convert`: OUT stays
+    std::vector<std::size_t> fields{};                          ///< `update-stream`
+    bool addRoot = false;
+    bool addChildren = false;
+    std::string type{};  ///< `eu-apply`
+    std::string text{};
 };
 
 struct CommandLine {
@@ -95,6 +124,7 @@ struct CommandLine {
 
     /// `bus`, `message`, `packet`: what to edit, in order; nothing without `--edit`.
     std::optional<std::vector<EditStep>> edits;
+    MdbArguments mdb;  ///< `mdb`
 };
 
 /// The command line, or, if there is nothing to run, what to print and how to exit: help

@@ -4,6 +4,7 @@
 #include "application/DocumentService.h"
 #include "application/Recovery.h"
 #include "application/StoreFacts.h"
+#include "cli/MdbCommands.h"
 #include "cli/TerminalText.h"
 #include "conversion/ConversionStore.h"
 #include "core/WorkingStore.h"
@@ -190,6 +191,8 @@ const DocumentCommand& documentCommand(Command command) {
         case Command::Fit:
         case Command::Vocabulary:
             break;
+        default:
+            return mdbDocumentCommand(command);
     }
     return kCheck;
 }

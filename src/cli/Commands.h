@@ -49,6 +49,11 @@ struct DocumentCommand {
 [[nodiscard]] bool streamCommand(CommandContext& context, CommandOutput& output);
 /// `rewrite`
 [[nodiscard]] bool rewriteCommand(CommandContext& context, CommandOutput& output);
+/// Loads the stream of the line; what it is goes to the output. False, which is reported, if it
+/// cannot be loaded, or after a cancel.
+[[nodiscard]] bool loadStream(CommandContext& context, CommandOutput& output);
+/// Writes the stream to its groups, and the document to its new file.
+[[nodiscard]] bool saveStream(CommandContext& context, CommandOutput& output);
 /// `word-frame`
 [[nodiscard]] bool wordFrameCommand(CommandContext& context, CommandOutput& output);
 

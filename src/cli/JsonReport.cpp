@@ -40,6 +40,14 @@ Json messageMembers(const ScriptedInterface& ui) {
     return messages;
 }
 
+Json questionMembers(const ScriptedInterface& ui) {
+    Json questions = Json::array();
+    for (const auto& question : ui.questions()) {
+        questions.push_back(reportedMembers(question));
+    }
+    return questions;
+}
+
 Json fileMembers(const OpenedFile& file, const ScriptedInterface& ui) {
     Json document;
     document["file"] = jsonText(file.file);
@@ -47,10 +55,7 @@ Json fileMembers(const OpenedFile& file, const ScriptedInterface& ui) {
     document["changed"] = file.changed;
     document["version"] = file.version;
     document["messages"] = messageMembers(ui);
-    document["questions"] = Json::array();
-    for (const auto& question : ui.questions()) {
-        document["questions"].push_back(reportedMembers(question));
-    }
+    document["questions"] = questionMembers(ui);
     return document;
 }
 

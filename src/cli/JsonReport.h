@@ -27,6 +27,8 @@ struct OpenedFile {
 
 /// What was reported, in order.
 [[nodiscard]] Json messageMembers(const ScriptedInterface& ui);
+/// What was asked, and the replies, in order.
+[[nodiscard]] Json questionMembers(const ScriptedInterface& ui);
 
 /// A text of the logic, bytes of any kind, as a JSON string.
 [[nodiscard]] Json jsonText(const std::string& bytes);

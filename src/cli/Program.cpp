@@ -5,6 +5,7 @@
 #include "cli/CommandLine.h"
 #include "cli/Commands.h"
 #include "cli/JsonReport.h"
+#include "cli/MdbCommands.h"
 #include "cli/OutputFile.h"
 #include "cli/ScriptedInterface.h"
 #include "cli/TerminalText.h"
@@ -172,11 +173,17 @@ class Run {
     }
 
     [[nodiscard]] bool opensDocument() const {
+        if (isMdbCommand(line_.command)) {
+            return mdbOpensDocument(line_.command);
+        }
         return line_.command != Command::Fit && line_.command != Command::Vocabulary;
     }
 
     bool runAlone() {
         file_.opened = true;
+        if (isMdbCommand(line_.command)) {
+            return mdbCommand(context_, output_);
+        }
         return line_.command == Command::Fit ? fitCommand(context_, output_)
                                              : vocabularyCommand(context_, output_);
     }
@@ -198,6 +205,9 @@ class Run {
         if (line_.json && !opensDocument()) {
             Json document = output_.members;
             document["messages"] = messageMembers(ui_);
+            if (isMdbCommand(line_.command)) {
+                document["questions"] = questionMembers(ui_);
+            }
             return printed(document);
         }
         if (line_.json) {
@@ -214,7 +224,9 @@ class Run {
                                  : !file_.opened         ? "not opened"
                                  : !line_.output.empty() ? "not saved"
                                                          : "not done";
-        streams_.err << "kavu-cli: " << terminalLine(file_.file) << ": " << what << std::endl;
+        const std::string name = file_.file.empty() ? line_.mdb.path : file_.file;
+        streams_.err << "kavu-cli: " << (name.empty() ? "" : terminalLine(name) + ": ") << what
+                     << std::endl;
     }
 
     const CommandLine& line_;

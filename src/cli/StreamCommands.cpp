@@ -77,6 +77,8 @@ std::size_t saidBy(const ScriptedInterface& ui) {
     return ui.messages().size() + ui.questions().size();
 }
 
+}  // namespace
+
 bool loadStream(CommandContext& context, CommandOutput& output) {
     auto& application = context.application;
     auto& ui = *context.ui;
@@ -94,12 +96,13 @@ bool loadStream(CommandContext& context, CommandOutput& output) {
     return loaded && !cancelled;
 }
 
-/// Writes the stream to its groups and the document to its new file.
 bool saveStream(CommandContext& context, CommandOutput& output) {
     auto& format = context.application.pcmFormat();
     format.changed = true;
     return savePcmFormat(format, context.ui) && saveOutput(context, output);
 }
+
+namespace {
 
 /// The worse of two results of a load.
 int worse(int first, int second) {

@@ -115,5 +115,36 @@ TEST(ApplicationTest, RecentFilesAreOnlyKeptWhereAskedFor) {
     EXPECT_NE(readFile(t.folder / "kavu.ini").find("[KAVU_Opened_Files]"), std::string::npos);
 }
 
+TEST(Application, TheStartOfAnEditorSwitchesAnUnusableDatabaseOff) {
+    TestApplication stage;
+    auto& settings = stage.application.context().settings;
+    const auto path = stage.folder / "my.mdb";
+    settings.set(setting::kDatabasePath, path);
+    stage.application.checkDatabase(&stage.ui);
+    EXPECT_FALSE(stage.ui.hasBox(429));  // it is off
+    settings.set(setting::kDatabaseEnabled, true);
+    stage.application.checkDatabase(&stage.ui);
+    EXPECT_TRUE(stage.ui.hasBox(429) && stage.ui.hasBox(428));
+    EXPECT_FALSE(settings.get(setting::kDatabaseEnabled));
+
+    // Faults leave it on.
+    settings.set(setting::kDatabaseEnabled, true);
+    writeFile(path, "<MeasurementDatabase><Measurement/></MeasurementDatabase>");
+    stage.application.checkDatabase(&stage.ui);
+    EXPECT_TRUE(settings.get(setting::kDatabaseEnabled));
+    EXPECT_EQ(stage.ui.shown.size(), 1U);
+}
+
+TEST(Application, ADatabaseAtItsDefaultPathThatWasNeverMadeIsNoFault) {
+    TestApplication stage;
+    auto& settings = stage.application.context().settings;
+    EXPECT_EQ(settings.get(setting::kDatabasePath), stage.application.supportFolder() + "kavu.mdb");
+    settings.set(setting::kDatabaseEnabled, true);
+    stage.application.checkDatabase(&stage.ui);
+    EXPECT_TRUE(stage.ui.boxes.empty());
+    EXPECT_FALSE(fileExists(stage.application.supportFolder() + "kavu.mdb"));
+    EXPECT_TRUE(settings.get(setting::kDatabaseEnabled));
+}
+
 }  // namespace
 }  // namespace kavu::test

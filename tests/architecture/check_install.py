@@ -25,7 +25,7 @@ FILES = [
     "share/doc/kavu/reference/group-g.md", "share/doc/kavu/reference/group-c.md",
     "share/doc/kavu/samples/flight-test.tma",
     "share/doc/kavu/samples/flight-test-96.tma", "share/doc/kavu/samples/flight-test-11.tma",
-    "share/doc/kavu/samples/mistakes.tma",
+    "share/doc/kavu/samples/mistakes.tma", "share/doc/kavu/samples/flight-test.mdb",
 ]
 APP_FILES = [
     "bin/kavu", "share/man/man1/kavu.1.gz", "share/applications/kavu.desktop",

@@ -217,6 +217,7 @@ bool MainWindow::begin(const BeginOptions& options) {
     }
     started_ = true;
     application_.keepRecentFiles();
+    application_.checkDatabase(ui_.get());
     listen(true);
     rebuildTree();
     updateTitle();
