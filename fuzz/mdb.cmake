@@ -1,0 +1,1 @@
+kavu_add_fuzzer(mdb MdbFuzz.cpp LIBS kavu_mdb)
