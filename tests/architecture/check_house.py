@@ -52,7 +52,7 @@ LIBRARIES = [
 # kept as links, and a file that is written where it is would change them as well. So nobody else
 # calls what writes, deletes or renames files, but for those whose files are not of the document.
 FILE_CHANGE = re.compile(
-    r"(?<![\w.>])(?:writeWholeFile|replaceWorkingFile|replaceUserFile|replaceUnchangedFile|replaceWithCopy|renameFile|deleteFile|copyFile|"
+    r"(?<![\w.>])(?:writeWholeFile|replaceWorkingFile|replaceUserFile|replaceUnchangedFile|overwriteBytes|replaceWithCopy|renameFile|deleteFile|copyFile|"
     r"makeFolders?|deleteFolder)\s*\("
     r"|\bFileWriter\s+\w+\s*[;({=]|<FileWriter>"
     r"|(?:\.|->)(?:deleteFiles|clearDocumentFiles|verifyNoDocumentFiles)\s*\("
@@ -100,6 +100,8 @@ OTHER_FILES = {
     "groups/SourceTransfer.h": (1, "staged files that the gate takes in"),
     "mdb/operations/DatabaseEdit.cpp": (3, "the database of the user, and its copy"),
     "mdb/operations/DatabaseWork.cpp": (1, "the message log"),
+    "mdb/dbase/DbaseSearch.cpp": (1, "the table of the user"),
+    "mdb/dbase/DbaseTable.cpp": (3, "the table of the user"),
     "pcm/PcmLoad.cpp": (2, "the message log"),
     "pcm/read/DataChunks.cpp": (3, "the scratch in which a load sorts the measurements"),
     "pcm/write/WordFrameConversion.cpp": (2, "the message log"),

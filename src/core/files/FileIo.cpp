@@ -52,7 +52,9 @@ int openFile(const std::string& path, int flags, unsigned mode = 0666) {
 }  // namespace
 
 std::string IoStatus::reason() const {
-    return std::generic_category().message(code_);
+    // What the system says of a file that is not the one that was read is hard to understand.
+    return code_ == ESTALE ? "It was changed by another program meanwhile"
+                           : std::generic_category().message(code_);
 }
 
 // ---------------------------------------------------------------------------------------

@@ -23,11 +23,13 @@ inline constexpr std::string_view kUnreferenced = "unreferenced";
 /// Whether a measurement database that another program has changed is read again, and the change
 /// made to what is there now; without it nothing is written.
 inline constexpr std::string_view kChangedDatabase = "changed-database";
+/// Whether rows of a table that are marked as deleted are to go for good.
+inline constexpr std::string_view kPurge = "purge";
 }  // namespace question
 
 inline constexpr auto kQuestionNames = std::to_array<std::string_view>(
     {question::kRestore, question::kAdjust, question::kChangedFile, question::kAllReferences,
-     question::kUnreferenced, question::kChangedDatabase});
+     question::kUnreferenced, question::kChangedDatabase, question::kPurge});
 
 [[nodiscard]] constexpr bool isQuestionName(std::string_view name) {
     return std::find(kQuestionNames.begin(), kQuestionNames.end(), name) != kQuestionNames.end();
