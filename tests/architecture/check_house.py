@@ -32,7 +32,7 @@ ROOMS = {
     # Not ordered among themselves: each is one kind of group. What they share is at the root.
     "bus": ["definition", "message", "packet"],
     "pcm": ["model", "structure", "read", "write", "undo", "edit", "display"],
-    "mdb": ["record", "storage", "dbase", "import", "operations"],
+    "mdb": ["record", "storage", "dbase", "operations", "import"],
 }
 # Folders in which a header with its source may need another and be needed by it: the functions of
 # one large class, windows that open each other, and the application that makes what is given it.
@@ -102,6 +102,8 @@ OTHER_FILES = {
     "mdb/operations/DatabaseWork.cpp": (1, "the message log"),
     "mdb/dbase/DbaseSearch.cpp": (1, "the table of the user"),
     "mdb/dbase/DbaseTable.cpp": (3, "the table of the user"),
+    "mdb/import/ImportFile.cpp": (2, "the message log"),
+    "mdb/import/ImportSource.cpp": (1, "the message log"),
     "pcm/PcmLoad.cpp": (2, "the message log"),
     "pcm/read/DataChunks.cpp": (3, "the scratch in which a load sorts the measurements"),
     "pcm/write/WordFrameConversion.cpp": (2, "the message log"),
