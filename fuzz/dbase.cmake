@@ -1,0 +1,1 @@
+kavu_add_fuzzer(dbase DbaseFuzz.cpp LIBS kavu_mdb)

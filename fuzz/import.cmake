@@ -1,0 +1,1 @@
+kavu_add_fuzzer(import ImportFuzz.cpp LIBS kavu_mdb)

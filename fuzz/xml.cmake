@@ -1,0 +1,1 @@
+kavu_add_fuzzer(xml XmlFuzz.cpp LIBS kavu_xml)
