@@ -16,7 +16,7 @@ _kavu_cli() {
                 command=$word
                 break
                 ;;
-            source | link | mdb)
+            source | link | mdb | dbase | xml)
                 command=$word
                 ((index++))
                 word=${COMP_WORDS[index]}
@@ -76,17 +76,27 @@ _kavu_cli() {
                 common+=" --database --database-version --fields --add-root --add-children --output"
                 ;;
             "mdb eu-apply") common+=" --output" ;;
+            "mdb import") common+=" --database --database-version --map --kind --delimiter --header --profile --save-profile" ;;
+            "mdb profiles") common+=" --delete" ;;
+            "dbase set") common+=" --row" ;;
+            "dbase find") common+=" --case --whole" ;;
+            "dbase purge") common+=" --yes" ;;
+            "xml "*) common+=" --root" ;;
             "mdb "*) common+=" --database --database-version" ;;
             store) common+=" --into" ;;
             recover) common+=" --output --partial --list" ;;
         esac
         COMPREPLY=($(compgen -W "$common" -- "$current"))
     elif [[ -z $command ]]; then
-        COMPREPLY=($(compgen -W "check save store tree recover stream rewrite word-frame bus message packet conversions evaluate fit vocabulary get set source link mdb" -- "$current"))
+        COMPREPLY=($(compgen -W "check save store tree recover stream rewrite word-frame bus message packet conversions evaluate fit vocabulary get set source link mdb dbase xml" -- "$current"))
     elif [[ $command == source ]]; then
         COMPREPLY=($(compgen -W "list copy rename delete import" -- "$current"))
+    elif [[ $command == dbase ]]; then
+        COMPREPLY=($(compgen -W "info rows set find purge" -- "$current"))
+    elif [[ $command == xml ]]; then
+        COMPREPLY=($(compgen -W "select set set-attribute remove" -- "$current"))
     elif [[ $command == mdb ]]; then
-        COMPREPLY=($(compgen -W "info validate list get add put remove convert update-stream save-stream eu-data eu-apply" -- "$current"))
+        COMPREPLY=($(compgen -W "info validate list get add put remove convert update-stream save-stream eu-data eu-apply import profiles" -- "$current"))
     elif [[ $command == link ]]; then
         COMPREPLY=($(compgen -W "rename" -- "$current"))
     else

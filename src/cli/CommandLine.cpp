@@ -2,7 +2,9 @@
 
 #include "cli/AttributeCommandLine.h"
 #include "cli/CommandLineParts.h"
+#include "cli/ImportCommandLine.h"
 #include "cli/MdbCommandLine.h"
+#include "cli/TableCommandLine.h"
 #include "conversion/CurveFit.h"
 #include "conversion/EuNumbers.h"
 #include "core/talk/QuestionNames.h"
@@ -36,6 +38,8 @@ struct RawOptions {
     RawAttributes attributes;
     std::string edits;
     RawMdb mdb;
+    RawImport import;
+    RawTable table;
 };
 
 void addCommonOptions(CLI::App& app, CommandLine& line, RawOptions& raw) {
@@ -91,6 +95,7 @@ struct CommandApps {
     std::vector<std::pair<Command, CLI::App*>> sources;
     std::vector<std::pair<Command, CLI::App*>> edited;
     MdbApps mdb;
+    TableApps tables;
 };
 
 void addLink(CLI::App& command, CommandLine& line) {
@@ -317,6 +322,8 @@ CommandApps addCommands(CLI::App& app, CommandLine& line, RawOptions& raw) {
     addSourceCommands(app, apps, line);
     addEditedCommands(app, apps, line, raw);
     apps.mdb = addMdbCommands(app, line, raw.mdb);
+    addImportCommands(apps.mdb, line, raw.import);
+    apps.tables = addTableCommands(app, line, raw.table);
     return apps;
 }
 
@@ -362,14 +369,11 @@ Command chosenCommand(const CommandApps& apps) {
             return command;
         }
     }
-    for (const auto& [command, chosen] : apps.edited) {
-        if (chosen->parsed()) {
-            return command;
-        }
-    }
-    for (const auto& [command, chosen] : apps.mdb.commands) {
-        if (chosen->parsed()) {
-            return command;
+    for (const auto* const commands : {&apps.edited, &apps.mdb.commands, &apps.tables.commands}) {
+        for (const auto& [command, chosen] : *commands) {
+            if (chosen->parsed()) {
+                return command;
+            }
         }
     }
     return apps.recover->parsed() ? Command::Recover : Command::Check;
@@ -541,6 +545,9 @@ ParsedCommandLine parseCommandLine(const std::vector<std::string>& arguments) {
         if (line.allReferences) {
             line.replies.byName.try_emplace(std::string(question::kAllReferences), "yes");
         }
+        if (line.table.yes) {
+            line.replies.byName[std::string(question::kPurge)] = "yes";
+        }
         readNow(app, raw, line);
         readProgress(raw, line);
         readEdition(apps, raw, line);
@@ -549,6 +556,8 @@ ParsedCommandLine parseCommandLine(const std::vector<std::string>& arguments) {
         readFit(apps, raw, line);
         readEdits(apps, raw, line);
         readMdbArguments(apps.mdb, raw.mdb, line);
+        readImportArguments(raw.import, line);
+        readTableArguments(apps.tables, raw.table, line);
         if (auto refused = readAttributeArguments(raw.attributes, line)) {
             throw UsageError{*refused};
         }

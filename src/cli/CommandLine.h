@@ -5,6 +5,7 @@
 #include "cli/ExitStatus.h"
 #include "core/text/Clock.h"
 
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
@@ -48,7 +49,18 @@ enum class Command {
     MdbUpdateStream,
     MdbSaveStream,
     MdbEuData,
-    MdbEuApply
+    MdbEuApply,
+    MdbImport,
+    MdbProfiles,
+    DbaseInfo,
+    DbaseRows,
+    DbaseSet,
+    DbaseFind,
+    DbasePurge,
+    XmlSelect,
+    XmlSet,
+    XmlSetAttribute,
+    XmlRemove
 };
 
 /// When a progress line is shown on standard error.
@@ -77,6 +89,32 @@ struct MdbArguments {
     bool addChildren = false;
     std::string type{};  ///< `eu-apply`
     std::string text{};
+};
+
+/// What an import takes besides the database.
+struct ImportArguments {
+    std::string kind{};  ///< `dbase`, `delimited`, `fixed`; empty: by profile or file
+    std::optional<char> delimiter{};
+    bool header = false;
+    /// Fields of the record, and where their values are.
+    std::vector<std::pair<std::size_t, std::string>> map{};
+    std::string profile{};
+    std::string saveProfile{};
+    std::string deleteProfile{};  ///< `mdb profiles`
+};
+
+/// What the commands of tables and XML files take besides the file.
+struct TableArguments {
+    std::string column{};  ///< `dbase`: a name or number
+    std::string text{};
+    std::int64_t row = -1;
+    bool matchesCase = false;
+    bool isWhole = false;
+    bool yes = false;    ///< `dbase purge`
+    std::string path{};  ///< `xml`
+    std::string root{};
+    std::string attribute{};
+    std::optional<std::string> value{};  ///< `xml remove`
 };
 
 struct CommandLine {
@@ -125,6 +163,8 @@ struct CommandLine {
     /// `bus`, `message`, `packet`: what to edit, in order; nothing without `--edit`.
     std::optional<std::vector<EditStep>> edits;
     MdbArguments mdb;  ///< `mdb`
+    ImportArguments import;
+    TableArguments table;  ///< `dbase`, `xml`
 };
 
 /// The command line, or, if there is nothing to run, what to print and how to exit: help

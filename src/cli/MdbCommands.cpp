@@ -205,7 +205,7 @@ bool convert(CommandContext& context, CommandOutput& output) {
 }  // namespace
 
 bool isMdbCommand(Command command) {
-    return command >= Command::MdbInfo && command <= Command::MdbEuApply;
+    return command >= Command::MdbInfo && command <= Command::MdbProfiles;
 }
 
 bool mdbOpensDocument(Command command) {
@@ -247,6 +247,10 @@ bool mdbCommand(CommandContext& context, CommandOutput& output) {
             return put(context, output);
         case Command::MdbRemove:
             return remove(context, output);
+        case Command::MdbImport:
+            return importCommand(context, output);
+        case Command::MdbProfiles:
+            return importProfilesCommand(context, output);
         default:
             return convert(context, output);
     }

@@ -17,6 +17,9 @@ namespace kavu::cli {
 [[nodiscard]] bool mdbOpensDocument(Command command);
 /// `mdb info`, `validate`, `list`, `get`, `add`, `put`, `remove`, `convert`
 [[nodiscard]] bool mdbCommand(CommandContext& context, CommandOutput& output);
+/// `mdb import`, `mdb profiles`, which `mdbCommand` runs.
+[[nodiscard]] bool importCommand(CommandContext& context, CommandOutput& output);
+[[nodiscard]] bool importProfilesCommand(CommandContext& context, CommandOutput& output);
 /// `mdb update-stream`, `save-stream`, `eu-data`, `eu-apply`: a row of the table of commands.
 [[nodiscard]] const DocumentCommand& mdbDocumentCommand(Command command);
 

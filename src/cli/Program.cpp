@@ -8,6 +8,7 @@
 #include "cli/MdbCommands.h"
 #include "cli/OutputFile.h"
 #include "cli/ScriptedInterface.h"
+#include "cli/TableCommands.h"
 #include "cli/TerminalText.h"
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
@@ -173,6 +174,9 @@ class Run {
     }
 
     [[nodiscard]] bool opensDocument() const {
+        if (isTableCommand(line_.command)) {
+            return false;
+        }
         if (isMdbCommand(line_.command)) {
             return mdbOpensDocument(line_.command);
         }
@@ -181,6 +185,9 @@ class Run {
 
     bool runAlone() {
         file_.opened = true;
+        if (isTableCommand(line_.command)) {
+            return tableCommand(context_, output_);
+        }
         if (isMdbCommand(line_.command)) {
             return mdbCommand(context_, output_);
         }
@@ -205,7 +212,7 @@ class Run {
         if (line_.json && !opensDocument()) {
             Json document = output_.members;
             document["messages"] = messageMembers(ui_);
-            if (isMdbCommand(line_.command)) {
+            if (isMdbCommand(line_.command) || isTableCommand(line_.command)) {
                 document["questions"] = questionMembers(ui_);
             }
             return printed(document);
