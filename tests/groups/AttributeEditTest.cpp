@@ -177,8 +177,8 @@ TEST_F(AttributeEdit, GroupsThatOnlyAnEditorChangesNameItsCommand) {
     EXPECT_EQ(refusal("B-1\\TA", "x"),
               "The commands of group B cannot be set one by one. Use 'bus' with --edit.");
     EXPECT_EQ(refusal("S-1\\TA", "x"),
-              "The commands of group S cannot be set one by one. Use 'message --edit' or 'packet "
-              "--edit'.");
+              "The commands of group S cannot be set one by one. Use 'message' or 'packet' with "
+              "--edit.");
     EXPECT_EQ(file('B'), "B-1\\DLN:Bus;\r\n");
 }
 

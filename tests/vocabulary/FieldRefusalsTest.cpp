@@ -29,9 +29,9 @@ TEST(FieldRefusals, AValueIsRefusedInWordsForTheUser) {
     EXPECT_EQ(valueRefusal(kText, "abc", 2004), "");
     EXPECT_EQ(valueRefusal(kText, "abcd", 2004), "The value can only be 3 characters long.");
     EXPECT_EQ(valueRefusal(kText, "a;", 2004), "A value cannot hold a semi-colon.");
-    EXPECT_EQ(valueRefusal(kChoice, "ZZ", 1999), "The value is not one of: FM.");
-    EXPECT_EQ(valueRefusal(kChoice, "ZZ", 2011), "The value is not one of: FM, PM.");
-    EXPECT_EQ(choiceList(kChoice, 2011), "FM, PM");
+    EXPECT_EQ(valueRefusal(kChoice, "ZZ", 1999), "The value is not one of: FM, XM.");
+    EXPECT_EQ(valueRefusal(kChoice, "ZZ", 2011), "The value is not one of: FM, PM, XM.");
+    EXPECT_EQ(choiceList(kChoice, 2011), "FM, PM, XM");
 }
 
 }  // namespace
