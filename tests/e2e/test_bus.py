@@ -136,7 +136,7 @@ class ShowTest(BusTest):
         self.assertEqual([each["value"] for each in fields["BP"]["choices"]], ["NO", "OD", "EV"])
         result = self.run_json("set", "in.tma", "B-1\\TA=x", "-o", "out.tma")
         self.assertEqual(result.status, FAILED)
-        self.assertIn("bus --edit", result.json["messages"][-1]["text"])
+        self.assertIn("Use 'bus' with --edit.", result.json["messages"][-1]["text"])
         self.assertFalse(self.exists("out.tma"))
 
 
