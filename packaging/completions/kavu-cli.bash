@@ -57,7 +57,6 @@ _kavu_cli() {
             check) common+=" --deep" ;;
             save) common+=" --output --edition" ;;
             vocabulary) common+=" --edition" ;;
-            bus) common+=" --edit --output" ;;
             rewrite | word-frame | set) common+=" --output" ;;
             bus | message | packet) common+=" --edit --output" ;;
             fit) common+=" --order --best --max-order --precision --bits --svg" ;;
@@ -75,6 +74,7 @@ _kavu_cli() {
             "mdb update-stream")
                 common+=" --database --database-version --fields --add-root --add-children --output"
                 ;;
+            "mdb add-bus") common+=" --database --database-version --output" ;;
             "mdb eu-apply") common+=" --output" ;;
             "mdb import") common+=" --database --database-version --map --kind --delimiter --header --profile --save-profile" ;;
             "mdb profiles") common+=" --delete" ;;
@@ -96,7 +96,7 @@ _kavu_cli() {
     elif [[ $command == xml ]]; then
         COMPREPLY=($(compgen -W "select set set-attribute remove" -- "$current"))
     elif [[ $command == mdb ]]; then
-        COMPREPLY=($(compgen -W "info validate list get add put remove convert update-stream save-stream eu-data eu-apply import profiles" -- "$current"))
+        COMPREPLY=($(compgen -W "info validate list get add put remove convert update-stream save-stream add-bus eu-data eu-apply import profiles" -- "$current"))
     elif [[ $command == link ]]; then
         COMPREPLY=($(compgen -W "rename" -- "$current"))
     else

@@ -48,6 +48,7 @@ enum class Command {
     MdbConvert,
     MdbUpdateStream,
     MdbSaveStream,
+    MdbAddBus,
     MdbEuData,
     MdbEuApply,
     MdbImport,

@@ -77,6 +77,10 @@ void addStreamParts(MdbCommands& commands, CommandLine& line, RawMdb& raw) {
                        "Save the measurements of a stream into the database; with --overwrite in "
                        "place of all that is there",
                        true);
+    commands.addOutput(commands.addOfFile(Command::MdbAddBus, "add-bus",
+                                          "Add the measurements of a bus from the database, each "
+                                          "to the message that its 1553 fields name",
+                                          true));
     command = &commands.addOfFile(Command::MdbEuData, "eu-data",
                                   "Show the conversion data of a measurement as one text", false);
     commands.addName(*command);

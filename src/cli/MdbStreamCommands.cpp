@@ -1,6 +1,8 @@
 // The commands between the measurement database and a TMATS file.
 #include "application/Application.h"
 #include "application/DocumentService.h"
+#include "bus/definition/BusFiles.h"
+#include "bus/definition/BusUnpack.h"
 #include "cli/MdbCommands.h"
 #include "cli/ScriptedInterface.h"
 #include "cli/TerminalText.h"
@@ -11,6 +13,8 @@
 #include "core/files/ProfileFile.h"
 #include "core/text/Printf.h"
 #include "core/text/Text.h"
+#include "groups/DataSources.h"
+#include "mdb/operations/BusAdditions.h"
 #include "mdb/operations/EuDataString.h"
 #include "mdb/operations/StreamSave.h"
 #include "mdb/operations/StreamUpdate.h"
@@ -79,6 +83,44 @@ bool saveStreamCommand(CommandContext& context, CommandOutput& output) {
     return true;
 }
 
+/// The bus group with what was added to it, in the document.
+bool addBus(CommandContext& context, CommandOutput& output, MeasurementDatabase& database) {
+    auto& document = context.application.context();
+    auto definition = openBusDefinition(document, context.ui, context.line.link);
+    if (!definition) {
+        return false;
+    }
+    auto work = workOf(context, database);
+    const auto result =
+        addBusMeasurements(work, context.ui, *definition, &context.application.measurementNames());
+    output.members["added"] = namesJson(result.added);
+    output.members["newDefinitions"] = result.newDefinitions;
+    for (const auto& name : result.added) {
+        output.text += "Added: " + terminalLine(name) + "\n";
+    }
+    return result.done && !result.cancelled &&
+           storeBusDefinition(document, context.ui, *definition);
+}
+
+bool addBusCommand(CommandContext& context, CommandOutput& output) {
+    auto& document = context.application.context();
+    const auto& link = context.line.link;
+    const auto database = lineDatabase(context);
+    if (!openDatabase(document, context.ui, *database, IfMissing::Refuse, OnFailure::Report)) {
+        return false;
+    }
+    if (!isDataLink(document, context.ui, link)) {
+        showBox(context.ui, formatPrintf("There is no data link '%s' in this document.", link),
+                "Unable To Load Stream");
+        return false;
+    }
+    output.members["stream"] = jsonText(link);
+    const bool isStored = inTransaction(document, context.ui, OperationId::EditStream,
+                                        [&] { return addBus(context, output, *database); });
+    discardBusProfiles(document);
+    return isStored && saveOutput(context, output);
+}
+
 /// The record of the line's measurement; nothing, which is reported, if there is none.
 std::optional<RecordPlace> findRecord(CommandContext& context) {
     auto place = context.application.conversions().locateDefinition(context.line.mdb.name);
@@ -135,6 +177,7 @@ bool prepareNothing(CommandContext&) {
 
 constexpr DocumentCommand kUpdateStream{prepareNothing, updateStreamCommand};
 constexpr DocumentCommand kSaveStream{prepareNothing, saveStreamCommand};
+constexpr DocumentCommand kAddBus{prepareNothing, addBusCommand};
 constexpr DocumentCommand kEuData{prepareNothing, euDataCommand};
 constexpr DocumentCommand kEuApply{prepareNothing, euApplyCommand};
 
@@ -146,6 +189,8 @@ const DocumentCommand& mdbDocumentCommand(Command command) {
             return kUpdateStream;
         case Command::MdbSaveStream:
             return kSaveStream;
+        case Command::MdbAddBus:
+            return kAddBus;
         case Command::MdbEuData:
             return kEuData;
         default:

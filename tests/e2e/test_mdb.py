@@ -244,6 +244,43 @@ class MdbTest(kavu.KavuTest):
         for each in before:
             self.assertEqual(after[each["name"]], each["values"], each["name"])
 
+    # --- buses ------------------------------------------------------------------------------
+
+    BUS = ("G\\PN:FLIGHT;G\\106:11;G\\DSI\\N:1;G\\DSI-1:Radio;G\\DST-1:RF;T-1\\ID:Radio;"
+           "M-1\\ID:Radio;M-1\\BSG1:PCM;M-1\\BB\\DLN:Bus 1;B-1\\DLN:Bus 1;B-1\\NBS\\N:1;"
+           "B-1\\BID-1:001;B-1\\TK\\N-1:0;B-1\\NMS\\N-1:1;B-1\\MID-1-1:1;B-1\\TRA-1-1:00101;"
+           "B-1\\STA-1-1:00010;B-1\\TRM-1-1:1;B-1\\MN\\N-1-1:1;B-1\\MN-1-1-1:ADC-ALT;")
+
+    def add_bus(self, *arguments, status, version=2):
+        self.write("in.tma", self.BUS)
+        sample = os.path.join(SAMPLES, "flight-test.mdb")
+        return self.mdb("add-bus", "in.tma", "Bus 1", "-o", "out.tma", *arguments, version=version,
+                        path=sample, status=status)
+
+    def test_measurements_of_a_bus_go_to_their_message(self):
+        document = self.add_bus("--answer", "418=yes", status=REPORTED)
+        self.assertEqual((document["added"], document["newDefinitions"]), (["ADC-MACH"], 1))
+        self.assertEqual(self.ids_of(document), [415])
+        self.assertIn("1 measurements were added.", document["messages"][0]["text"])
+        message = self.run_json("bus", "out.tma", "Bus 1").json["buses"][0]["messages"][0]
+        self.assertEqual([m["fields"]["MN"] for m in message["measurements"]],
+                         ["ADC-ALT", "ADC-MACH"])
+        location = message["measurements"][1]["locations"][0]["fields"]
+        self.assertEqual(location, {"MWN": "3", "MBM": "FW", "MTO": "MSB", "MFP": "1"})
+        record = self.run_json("conversions", "out.tma", "ADC-MACH").json["conversions"][0]
+        self.assertEqual(record["values"]["CO-1"], "0.0001")
+
+    def test_a_bus_stays_as_it_is_without_a_yes(self):
+        document = self.add_bus(status=FAILED)
+        self.assertEqual([q["id"] for q in document["questions"]], [418])
+        self.assertFalse(self.exists("out.tma"))
+
+    def test_a_database_without_bus_fields_adds_none(self):
+        self.write("in.tma", self.BUS)
+        self.write("my.otb", line("A", columns=28))
+        document = self.mdb("add-bus", "in.tma", "Bus 1", "-o", "out.tma", version=0, status=FAILED)
+        self.assertEqual(self.ids_of(document), [417])
+
     # --- conversion data --------------------------------------------------------------------
 
     def test_conversion_data_goes_out_and_back(self):
