@@ -11,6 +11,7 @@
 #include "mdb/record/DiscreteText.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 namespace kavu {
 
@@ -108,15 +109,36 @@ void DatabaseEdit::keep(Step step) {
 }
 
 void DatabaseEdit::set(std::size_t row, std::size_t index, std::string_view text) {
-    std::string stored(trimBlanks(text));
-    toStoredForm(stored);
-    auto& changed = rows_[row];
-    if (changed.record[index] == stored) {
-        return;
+    (void)setCells({{row, index, std::string(text)}});
+}
+
+std::size_t DatabaseEdit::setCells(const std::vector<CellChange>& changes) {
+    const auto former = rows_.size();
+    Step step;
+    std::unordered_set<std::size_t> kept;
+    std::size_t count = 0;
+    for (const auto& [row, index, text] : changes) {
+        std::string stored(trimBlanks(text));
+        toStoredForm(stored);
+        while (row >= rows_.size()) {
+            rows_.push_back({.record = {}, .isChanged = true});
+        }
+        auto& changed = rows_[row];
+        if (changed.record[index] == stored) {
+            continue;
+        }
+        if (row < former && kept.insert(row).second) {
+            step.replaced.emplace_back(row, changed);
+        }
+        changed.record[index] = std::move(stored);
+        changed.isChanged = true;
+        ++count;
     }
-    keep({.replaced = {{row, changed}}});
-    changed.record[index] = std::move(stored);
-    changed.isChanged = true;
+    step.added = rows_.size() - former;
+    if (count > 0 || step.added > 0) {
+        keep(std::move(step));
+    }
+    return count;
 }
 
 std::size_t DatabaseEdit::add(MdbRecord record) {

@@ -36,6 +36,14 @@ class DatabaseEdit {
     [[nodiscard]] const MdbRecord& row(std::size_t row) const { return rows_[row].record; }
     /// Each of these is one step to undo. Texts are trimmed of blanks; line breaks may be real.
     void set(std::size_t row, std::size_t index, std::string_view text);
+    struct CellChange {
+        std::size_t row = 0;  ///< one from `size()` on is a new row
+        std::size_t index = 0;
+        std::string text{};
+    };
+    /// All of them are one step to undo. REQUIRES: new rows are without gaps. Returns how many
+    /// cells are different now.
+    std::size_t setCells(const std::vector<CellChange>& changes);
     /// Returns the place of the new row.
     std::size_t add(MdbRecord record);
     std::size_t duplicate(std::size_t row);

@@ -78,6 +78,23 @@ TEST(DatabaseEdit, EveryStepIsUndone) {
     EXPECT_EQ(stage.bytes(), mdbLine({"A"}) + mdbLine({"B"}) + mdbLine({"C"}));
 }
 
+TEST(DatabaseEdit, ManyCellsAreOneStepAndMayMakeRows) {
+    EditStage stage(mdbLine({"A", "R"}) + mdbLine({"B"}));
+    EXPECT_EQ(stage.edit.setCells({{0, mdbfield::kName, "A"}}), 0U);
+    EXPECT_FALSE(stage.edit.canUndo());
+    EXPECT_EQ(stage.edit.setCells({{0, mdbfield::kName, "X"},
+                                   {0, mdbfield::kRoot, " S "},
+                                   {2, mdbfield::kName, "C"},
+                                   {3, mdbfield::kName, "D"}}),
+              4U);
+    EXPECT_EQ(stage.rowNames(), (Names{"X", "B", "C", "D"}));
+    EXPECT_EQ(stage.edit.row(0)[mdbfield::kRoot], "S");
+    EXPECT_TRUE(stage.edit.undo());
+    EXPECT_EQ(stage.rowNames(), (Names{"A", "B"}));
+    EXPECT_EQ(stage.edit.row(0)[mdbfield::kRoot], "R");
+    EXPECT_FALSE(stage.edit.canUndo());
+}
+
 TEST(DatabaseEdit, SampleEntriesAreMadeAfterTwoQuestionsAndACount) {
     EditStage stage(mdbLine({"A"}));
     stage.ui.queued = {Button::Yes, Button::Yes};
