@@ -297,6 +297,13 @@ class MdbTest(kavu.KavuTest):
         self.assertIs(result.json["stored"], False)
         self.assertEqual(self.run_json("mdb", "eu-data", FLIGHT, "nobody").status, FAILED)
 
+    def test_data_that_became_shorter_leaves_no_old_items_in_the_file(self):
+        self.write("in.tma", "G\\PN:X;G\\106:11;C-1\\DCN:A;C-1\\DCT:COE;C-1\\CO\\N:2;C-1\\CO:1;"
+                             "C-1\\CO-1:2;C-1\\CO-2:3;")
+        self.run_json("mdb", "eu-apply", "in.tma", "A", "COE", "7 8", "-o", "out.tma")
+        self.assertNotIn(b"CO-2", self.read("out.tma"))
+        self.assertEqual(self.run_json("mdb", "eu-data", "out.tma", "A").json["text"], "7 8")
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -94,7 +94,17 @@ class SectionWriter {
     void putItem(const Field& row, std::size_t number, std::string_view value) {
         put(fieldCode(row.code, {static_cast<int>(number)}), value);
     }
-    void putCount(const Field& row, std::size_t count) { put(row.code, std::to_string(count)); }
+    /// Items of the former data beyond the new count would be read, and written by a save, as if
+    /// they were of the new one.
+    void putCount(const Field& row, std::size_t count, std::initializer_list<const Field*> items) {
+        const int former = SectionReader(chunk_, section_).count(row);
+        for (int i = static_cast<int>(count) + 1; i <= former; ++i) {
+            for (const auto* const item : items) {
+                chunk_.removeKey(section_, fieldCode(item->code, {i}));
+            }
+        }
+        put(row.code, std::to_string(count));
+    }
 
   private:
     ProfileFile& chunk_;
@@ -109,7 +119,7 @@ bool putPairs(SectionWriter& record, std::string_view text) {
         record.putItem(c::kPs4, i + 1, words[2 * i + 1]);
     }
     if (count > 0) {
-        record.putCount(c::kPsN, count);
+        record.putCount(c::kPsN, count, {&c::kPs3, &c::kPs4});
     }
     return count > 0;
 }
@@ -123,7 +133,7 @@ bool putCoefficients(SectionWriter& record, std::string_view text) {
     for (std::size_t i = 1; i < words.size(); ++i) {
         record.putItem(c::kCoTerm, i, words[i]);
     }
-    record.putCount(c::kCoN, words.size() - 1);
+    record.putCount(c::kCoN, words.size() - 1, {&c::kCoTerm});
     return true;
 }
 
@@ -134,7 +144,7 @@ bool putEvents(SectionWriter& record, std::string_view text) {
         record.putItem(c::kDicp, i + 1, pairs[i].second);
     }
     if (!pairs.empty()) {
-        record.putCount(c::kDicN, pairs.size());
+        record.putCount(c::kDicN, pairs.size(), {&c::kDicc, &c::kDicp});
     }
     return !pairs.empty();
 }

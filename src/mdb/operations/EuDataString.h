@@ -23,8 +23,8 @@ class UserInterface;
 
 /// Puts the data into the record, and sets "DCT" to the type. False, and nothing is changed, for
 /// an empty text, a type without such a text, and a text that holds neither a pair nor a term; also
-/// if there is no record, or it cannot be written, which is reported. Items beyond the new count
-/// stay; a save does not write them.
+/// if there is no record, or it cannot be written, which is reported. Items of the former
+/// count beyond the new one go.
 bool applyEuDataString(ConversionStore& store, UserInterface* parent, const std::string& name,
                        std::string_view type, std::string_view text);
 /// The same in a section of a chunk, which the caller stores, for all types but "SP".

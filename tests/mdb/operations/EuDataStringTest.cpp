@@ -90,8 +90,22 @@ TEST(EuDataString, SpecialProcessingIsTheComment) {
 TEST(EuDataString, OldTermsBeyondTheNewCountStayUnwritten) {
     EuStage stage("C-1\\DCN:A;C-1\\DCT:COE;C-1\\CO\\N:2;C-1\\CO:1;C-1\\CO-1:2;C-1\\CO-2:3;");
     EXPECT_TRUE(stage.apply("COE", "7 8"));
-    EXPECT_EQ(stage.value("A", "CO-2"), "3");
+    EXPECT_EQ(stage.text("COE"), "7 8");
     EXPECT_EQ(stage.save().find("CO-2"), std::string::npos);
+}
+
+TEST(EuDataString, OldPairsAndEventsBeyondTheNewCountStayUnwritten) {
+    EuStage pairs(
+        "C-1\\DCN:A;C-1\\DCT:PRS;C-1\\PS\\N:2;C-1\\PS3-1:0;C-1\\PS4-1:1;C-1\\PS3-2:2;C-1\\PS4-2:"
+        "3;");
+    EXPECT_TRUE(pairs.apply("PRS", "5 6"));
+    EXPECT_EQ(pairs.text("PRS"), "5 6");
+    EXPECT_EQ(pairs.save().find("PS3-2"), std::string::npos);
+    EuStage events(
+        "C-1\\DCN:A;C-1\\DCT:DIS;C-1\\DIC\\N:2;C-1\\DICC-1:0;C-1\\DICP-1:Off;C-1\\DICC-2:1;"
+        "C-1\\DICP-2:On;");
+    EXPECT_TRUE(events.apply("DIS", "3 Idle"));
+    EXPECT_EQ(events.save().find("DICC-2"), std::string::npos);
 }
 
 }  // namespace
