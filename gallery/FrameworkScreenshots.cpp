@@ -8,7 +8,6 @@
 #include "app/framework/RowDialog.h"
 #include "app/framework/SelectDialogs.h"
 #include "app/framework/StandardDialogs.h"
-#include "app/framework/TreeEditor.h"
 #include "core/talk/Messages.h"
 #include "gallery/Makers.h"
 #include "gallery/Screenshots.h"
@@ -18,7 +17,6 @@
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QTreeView>
-#include <QVBoxLayout>
 
 namespace kavu {
 
@@ -107,31 +105,6 @@ ListSetup contactSetup() {
     return setup;
 }
 
-class SampleTreePage : public PropertyPage {
-  public:
-    explicit SampleTreePage(FormContext& form) : PropertyPage(form, "SampleTree", "Messages") {
-        auto* layout = new QVBoxLayout(this);
-        look::arrangeWindow(*layout, *this);
-        TreeSetup setup;
-        setup.kinds = {{.name = "Bus", .icon = "bus", .holds = {1}},
-                       {.name = "Message", .icon = "message", .holds = {2}},
-                       {.name = "Measurement", .icon = "measurement", .holds = {}}};
-        setup.topKinds = {0};
-        auto* editor = new TreeEditor(form, "treeEditor", setup, this);
-        layout->addWidget(editor);
-        editor->setNodes(
-            {{0,
-              "Avionics A",
-              1,
-              {{1, "Air data, 50 Hz", 2, {{2, "PRESSURE_ALT", 3, {}}, {2, "AIRSPEED", 4, {}}}},
-               {1, "Attitude, 100 Hz", 5, {{2, "PITCH", 6, {}}}}}},
-             {0, "Avionics B", 7, {}}});
-        editor->select({0, 0});
-    }
-    void load() override {}
-    [[nodiscard]] bool store() override { return true; }
-};
-
 std::unique_ptr<PropertySheet> makeSampleSheet(ScreenshotStage& stage) {
     auto model = std::make_shared<SampleModel>();
     auto sheet = std::make_unique<PropertySheet>(stage.form, "Sample", "Edit Sample", "");
@@ -139,7 +112,6 @@ std::unique_ptr<PropertySheet> makeSampleSheet(ScreenshotStage& stage) {
                                                kSampleFields, model->values));
     sheet->addPage(std::make_unique<ListPage>(stage.form, "SampleList", "Points Of Contact",
                                               contactSetup(), model->contacts));
-    sheet->addPage(std::make_unique<SampleTreePage>(stage.form));
     sheet->addPage(std::make_unique<FieldPage>(stage.form, "SampleComments", "Comments",
                                                kSampleFields, model->values));
     sheet->setWriter([model] { return true; });
@@ -248,7 +220,7 @@ std::unique_ptr<QWidget> makeRowDialog(ScreenshotStage& stage) {
 }  // namespace
 
 void addFrameworkScreenshots(ScreenshotList& list) {
-    list.addSheet({"SampleFields", "SampleList", "SampleTree", "SampleComments"}, makeSampleSheet);
+    list.addSheet({"SampleFields", "SampleList", "SampleComments"}, makeSampleSheet);
     list.add("SortedList", makeSortedList);
     list.add("MessageBox", makeSampleBox);
     list.add("MessageBoxError", makeErrorBox);
