@@ -128,6 +128,11 @@ MessageForm MessageEdit::formOfNew(const GroupPlace& place) {
     return form;
 }
 
+bool MessageEdit::isNameFree(UserInterface* parent, const std::string& name) const {
+    return name.empty() || names_ == nullptr ||
+           isFreeInOtherStreams(context_, parent, *names_, name, stream_);
+}
+
 bool MessageEdit::check(UserInterface* parent, const MessageForm& form) const {
     const auto columns = factsOf(form.kind).columns;
     for (std::size_t i = 0; i < columns.size(); ++i) {
@@ -146,9 +151,7 @@ bool MessageEdit::check(UserInterface* parent, const MessageForm& form) const {
         if (entries.empty() && !isWithinLimit(parent, text, columns[i].field->limit)) {
             return false;
         }
-        const bool isName = columns[i].field->refersTo == Refers::MeasurementName;
-        if (isName && !text.empty() && names_ != nullptr &&
-            !isFreeInOtherStreams(context_, parent, *names_, text, stream_)) {
+        if (columns[i].field->refersTo == Refers::MeasurementName && !isNameFree(parent, text)) {
             return false;
         }
     }
@@ -268,6 +271,39 @@ bool MessageEdit::remove(UserInterface* parent, const GroupPlace& place) {
     owner.pop_back();
     auto& children = find(owner)->children;
     children.erase(children.begin() + std::get<int>(place.back()) - 1);
+    return true;
+}
+
+bool MessageEdit::checkPasted(UserInterface* parent, const MessageStream& node) const {
+    const auto columns = factsOf(node.kind).columns;
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (!hasNoSemicolon(context_, parent, node.row[i]) ||
+            (columns[i].field->refersTo == Refers::MeasurementName &&
+             !isNameFree(parent, node.row[i]))) {
+            return false;
+        }
+    }
+    return std::all_of(node.children.begin(), node.children.end(),
+                       [&](const MessageStream& child) { return checkPasted(parent, child); });
+}
+
+namespace {
+
+void forgetFile(MessageStream& node) {
+    node.fileRow = 0;
+    node.fileRows = 0;
+    std::for_each(node.children.begin(), node.children.end(), forgetFile);
+}
+
+}  // namespace
+
+bool MessageEdit::paste(UserInterface* parent, const GroupPlace& owner, MessageStream node) {
+    auto* const to = find(owner);
+    if (to == nullptr || factsOf(to->kind).child != node.kind || !checkPasted(parent, node)) {
+        return false;
+    }
+    forgetFile(node);
+    to->children.push_back(std::move(node));
     return true;
 }
 

@@ -52,8 +52,15 @@ class MessageEdit {
     bool set(UserInterface* parent, const GroupPlace& place, EnteredValues values);
     /// Asks message 82 ("Are You Sure?") and removes the node with all below it.
     bool remove(UserInterface* parent, const GroupPlace& place);
+    /// Puts a copy of a node at the end of the children of a place, as a paste does: its commands
+    /// of the file stay with the node that they belong to. False for a node of another kind than
+    /// these, for a semi-colon (402), and for the name of a measurement that another stream has
+    /// (455).
+    bool paste(UserInterface* parent, const GroupPlace& owner, MessageStream node);
 
   private:
+    [[nodiscard]] bool isNameFree(UserInterface* parent, const std::string& name) const;
+    [[nodiscard]] bool checkPasted(UserInterface* parent, const MessageStream& node) const;
     [[nodiscard]] bool enter(UserInterface* parent, MessageForm& form, EnteredValues values) const;
     bool setGroup(UserInterface* parent, EnteredValues values);
 

@@ -22,6 +22,11 @@ struct MessageGroup {
     MessageStream root{};
     GroupFile kept{};        ///< the file as it was read, with marks
     bool corrected = false;  ///< a value was longer than its field may be; it is as it was
+
+    /// Whether it is what it was: what a form asks before it writes.
+    [[nodiscard]] bool holdsTheSame(const MessageGroup& other) const {
+        return testArticle == other.testArticle && comment == other.comment && root == other.root;
+    }
 };
 
 /// Reads the group of a link; a link without one has an empty tree. Values that are too long are

@@ -58,6 +58,11 @@ struct MessageStream {
     std::vector<MessageStream> children{};
     std::size_t fileRow = 0;   ///< its number in the file; 0 for a new one
     std::size_t fileRows = 0;  ///< how many of its children were read from the file
+
+    /// Ignores where rows came from.
+    bool operator==(const MessageStream& other) const {
+        return kind == other.kind && row == other.row && children == other.children;
+    }
 };
 
 /// A text of a row.

@@ -176,9 +176,13 @@ bool PacketEdit::check(UserInterface* parent, const Field& field, std::string_vi
         value = entry->value;
         return true;
     }
-    return isWithinLimit(parent, value, field.limit) &&
-           (!namesMeasurement(field.refersTo) || value.empty() || names_ == nullptr ||
-            isFreeInOtherStreams(context_, parent, *names_, value, stream_));
+    return isWithinLimit(parent, value, field.limit) && isNameFree(parent, field, value);
+}
+
+bool PacketEdit::isNameFree(UserInterface* parent, const Field& field,
+                            const std::string& value) const {
+    return !namesMeasurement(field.refersTo) || value.empty() || names_ == nullptr ||
+           isFreeInOtherStreams(context_, parent, *names_, value, stream_);
 }
 
 bool PacketEdit::enter(UserInterface* parent, const Node& node, GroupRow& row,
@@ -251,6 +255,83 @@ bool PacketEdit::remove(UserInterface* parent, const GroupPlace& place) {
     auto& rows = parentNode.row->lists[std::string(listOf(parentNode))];
     rows.erase(rows.begin() + std::get<int>(place.back()) - 1);
     return true;
+}
+
+bool PacketEdit::removeComment(UserInterface* parent, const GroupPlace& place) {
+    const auto node = find(place);
+    if (node.kind != Kind::Packet || !asksToDelete(context_, parent, "Comment")) {
+        return false;
+    }
+    node.row->set(packet_field::kPacketComment, {});
+    return true;
+}
+
+namespace {
+
+/// The lists of the rows in a row of a kind, each with the family that they have.
+struct InnerList {
+    std::string_view from{};
+    std::string_view to{};
+    Kind kind = Kind::None;
+    const PacketFamily* fromFamily = nullptr;
+    const PacketFamily* toFamily = nullptr;
+};
+std::vector<InnerList> listsIn(Kind kind, const PacketFamily* from, const PacketFamily* to) {
+    if (kind == Kind::Measurement) {
+        return {{from->locationCount.code, to->locationCount.code, Kind::Location, from, to}};
+    }
+    std::vector<InnerList> lists;
+    if (kind == Kind::Packet) {
+        for (const char letter : {'H', 'S'}) {
+            const auto& family = packetFamily(letter);
+            lists.push_back(
+                {family.count.code, family.count.code, Kind::Measurement, &family, &family});
+        }
+    }
+    return lists;
+}
+
+}  // namespace
+
+std::optional<GroupRow> PacketEdit::pasted(UserInterface* parent, Kind kind,
+                                           const PacketFamily* from, const PacketFamily* to,
+                                           const GroupRow& row) const {
+    const auto sources = fieldsOf(kind, from);
+    const auto targets = fieldsOf(kind, to);
+    GroupRow copy;
+    for (std::size_t i = 0; i < sources.size(); ++i) {
+        const std::string value(row.value(sources[i].field->code));
+        if (!hasNoSemicolon(context_, parent, value) ||
+            !isNameFree(parent, *targets[i].field, value)) {
+            return std::nullopt;
+        }
+        copy.set(targets[i].field->code, value);
+    }
+    for (const auto& list : listsIn(kind, from, to)) {
+        auto& rows = copy.lists[std::string(list.to)];
+        for (const auto& each : row.rows(list.from)) {
+            auto inner = pasted(parent, list.kind, list.fromFamily, list.toFamily, each);
+            if (!inner) {
+                return std::nullopt;
+            }
+            rows.push_back(std::move(*inner));
+        }
+    }
+    return copy;
+}
+
+bool PacketEdit::paste(UserInterface* parent, const GroupPlace& owner, Kind kind,
+                       const PacketFamily* family, const GroupRow& row) {
+    const auto to = find(owner);
+    if (to.kind == Kind::None || childKindOf(to) != kind ||
+        (kind != Kind::Packet && family == nullptr)) {
+        return false;
+    }
+    auto copy = pasted(parent, kind, family, to.family, row);
+    if (copy) {
+        to.row->lists[std::string(listOf(to))].push_back(std::move(*copy));
+    }
+    return copy.has_value();
 }
 
 }  // namespace kavu

@@ -5,6 +5,7 @@
 #include "bus/GroupPlace.h"
 #include "bus/packet/PacketGroup.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -46,10 +47,24 @@ class PacketEdit {
     bool set(UserInterface* parent, const GroupPlace& place, EnteredValues values);
     /// Asks message 82 ("Are You Sure?") and removes the node with all below it.
     bool remove(UserInterface* parent, const GroupPlace& place);
+    /// Asks the same, and removes the comment of the packet at a place.
+    bool removeComment(UserInterface* parent, const GroupPlace& place);
+    /// Puts a copy of a row at the end of those of a place, as a paste does: its commands of the
+    /// file stay with the row that they belong to. Its codes are those of `family`, which may be
+    /// another one than that of the place (a packet has none). False for a place without rows of
+    /// the kind, for a semi-colon (402), and for the name of a measurement that another stream has
+    /// (455).
+    bool paste(UserInterface* parent, const GroupPlace& owner, Node::Kind kind,
+               const PacketFamily* family, const GroupRow& row);
 
   private:
+    [[nodiscard]] std::optional<GroupRow> pasted(UserInterface* parent, Node::Kind kind,
+                                                 const PacketFamily* from, const PacketFamily* to,
+                                                 const GroupRow& row) const;
     [[nodiscard]] bool check(UserInterface* parent, const Field& field, std::string_view former,
                              std::string& value) const;
+    [[nodiscard]] bool isNameFree(UserInterface* parent, const Field& field,
+                                  const std::string& value) const;
     [[nodiscard]] bool enter(UserInterface* parent, const Node& node, GroupRow& row,
                              EnteredValues values) const;
 

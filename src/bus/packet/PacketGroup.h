@@ -23,6 +23,11 @@ struct PacketGroup {
     GroupRow record{};       ///< as stored, by the codes of `packetFields`
     GroupFile kept{};        ///< the file as it was read, with marks
     bool corrected = false;  ///< a value was longer than its field may be; it is as it was
+
+    /// Whether it is what it was: what a form asks before it writes.
+    [[nodiscard]] bool holdsTheSame(const PacketGroup& other) const {
+        return record == other.record;
+    }
 };
 
 /// Copies the group of a link to `kPacketCopy`; without a group there is no copy. False if it could

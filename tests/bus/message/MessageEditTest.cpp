@@ -352,5 +352,37 @@ TEST_F(MessageEditTest, AMiddleMeasurementGoesAndTheOthersKeepTheirOrder) {
     EXPECT_TRUE(writes("MN-1-1-2:M3"));
 }
 
+TEST_F(MessageEditTest, APastedRowIsNewAndLeavesTheCommandsOfTheFileWhereTheyAre) {
+    load("NS\\N:1;SNA-1:A;NMS\\N-1:1;MID-1-1:5;MIX-1-1:own;NFLDS\\N-1-1:0;MN\\N-1-1:0;");
+    t.ui.otherwise = Button::Yes;
+    MessageEdit edit(t.context, group, nullptr);
+    EXPECT_TRUE(edit.paste(&t.ui, {1}, *edit.find({1, 1})));
+    const auto text = stored();
+    EXPECT_NE(text.find("S-1\\MID-1-2:5;"), std::string::npos) << text;
+    EXPECT_NE(text.find("S-1\\MIX-1-1:own;"), std::string::npos) << text;
+    EXPECT_EQ(text.find("MIX-1-2"), std::string::npos) << text;
+}
+
+TEST_F(MessageEditTest, APasteIsRefusedWhereItsKindIsNotAndForNamesOfOtherStreams) {
+    MeasurementNames names(t.context);
+    gatherNames(names);
+    MessageEdit edit(t.context, group, &names);
+    auto node = *edit.find({1, 1, 'M', 1});
+    EXPECT_FALSE(edit.paste(&t.ui, {1}, node));
+    EXPECT_FALSE(edit.paste(&t.ui, {9}, node));
+    EXPECT_TRUE(t.ui.boxes.empty());
+    node.row[measurement_row::Name] = "a;b";
+    EXPECT_FALSE(edit.paste(&t.ui, {1, 1, 'M'}, node));
+    EXPECT_EQ(t.ui.boxes.back().id, 402);
+    node.row[measurement_row::Name] = "SPEED";
+    EXPECT_FALSE(edit.paste(&t.ui, {1, 1, 'M'}, node));
+    EXPECT_EQ(t.ui.boxes.back().id, 455);
+    const auto before = group;
+    EXPECT_TRUE(group.holdsTheSame(before));
+    node.row[measurement_row::Name] = "free";
+    EXPECT_TRUE(edit.paste(&t.ui, {1, 1, 'M'}, node));
+    EXPECT_FALSE(group.holdsTheSame(before));
+}
+
 }  // namespace
 }  // namespace kavu

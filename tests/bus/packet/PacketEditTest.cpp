@@ -215,5 +215,46 @@ TEST_F(PacketEditTest, ATransferMeasurementThatLosesItsNameIsNotWritten) {
     EXPECT_EQ(t.read(groupFile('S', 1)).find("TWP"), std::string::npos);
 }
 
+TEST_F(PacketEditTest, APastedMeasurementGetsTheCodesOfItsNewList) {
+    PacketEdit edit(t.context, group, nullptr);
+    const auto before = group;
+    const auto row = *edit.find({1, 'H', 1}).row;
+    EXPECT_TRUE(edit.paste(&t.ui, {'T'}, Kind::Measurement, &packetFamily('H'), row));
+    EXPECT_TRUE(edit.paste(&t.ui, {1, 'S', 1}, Kind::Location, &packetFamily('T'),
+                           *edit.find({'T', 1, 1}).row));
+    EXPECT_TRUE(edit.paste(&t.ui, {}, Kind::Packet, nullptr, *edit.find({1}).row));
+    EXPECT_FALSE(group.holdsTheSame(before));
+    const auto text = stored();
+    for (const auto* const line : {"TNMS\\N:2;", "TMN-2:H1;", "TTO-2-1:LSB;", "SWP-1-1-1:1;",
+                                   "SP\\N:2;", "HMN-2-1:H1;", "SMN-2-1:D1;", "COM-2:packet;"}) {
+        EXPECT_NE(text.find(line), std::string::npos) << line << "\n" << text;
+    }
+}
+
+TEST_F(PacketEditTest, APasteIsRefusedWhereItsKindIsNotAndForNamesOfOtherStreams) {
+    MeasurementNames names(t.context);
+    gatherNames(names);
+    PacketEdit edit(t.context, group, &names);
+    const auto before = group;
+    auto row = *edit.find({1, 'H', 1}).row;
+    EXPECT_FALSE(edit.paste(&t.ui, {}, Kind::Measurement, &packetFamily('H'), row));
+    EXPECT_FALSE(edit.paste(&t.ui, {'T'}, Kind::Measurement, nullptr, row));
+    EXPECT_TRUE(t.ui.boxes.empty());
+    row.set(packetFamily('H').name.code, "SPEED");
+    EXPECT_FALSE(edit.paste(&t.ui, {'T'}, Kind::Measurement, &packetFamily('H'), row));
+    EXPECT_EQ(t.ui.boxes.back().id, 455);
+    EXPECT_TRUE(group.holdsTheSame(before));
+}
+
+TEST_F(PacketEditTest, TheCommentOfAPacketIsRemovedAfterAQuestion) {
+    PacketEdit edit(t.context, group, nullptr);
+    EXPECT_FALSE(edit.removeComment(nullptr, {1}));
+    t.ui.otherwise = Button::Yes;
+    EXPECT_TRUE(edit.removeComment(&t.ui, {1}));
+    EXPECT_EQ(t.ui.boxes.back().title, "Delete this Comment");
+    EXPECT_EQ(stored().find("COM-1"), std::string::npos);
+    EXPECT_FALSE(edit.removeComment(&t.ui, {1, 'H'}));
+}
+
 }  // namespace
 }  // namespace kavu
