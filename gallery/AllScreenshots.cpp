@@ -12,6 +12,7 @@ void addAllScreenshots(ScreenshotList& list) {
     addSheetScreenshots(list);
     addWordScreenshots(list);
     addDisplayScreenshots(list);
+    addStreamDataScreenshots(list);
 }
 
 }  // namespace kavu

@@ -19,6 +19,8 @@ void addSheetScreenshots(ScreenshotList& list);
 /// The windows of measurements.
 void addWordScreenshots(ScreenshotList& list);
 void addDisplayScreenshots(ScreenshotList& list);
+/// The editors of message data and packets.
+void addStreamDataScreenshots(ScreenshotList& list);
 
 /// Every window, page and dialog of the program.
 void addAllScreenshots(ScreenshotList& list);

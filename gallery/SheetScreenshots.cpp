@@ -4,9 +4,8 @@
 #include "app/pcm/PcmAttributes.h"
 #include "app/pcm/SubframeDialog.h"
 #include "app/pcm/TaggedDataDialog.h"
-#include "core/TmatsDocument.h"
+#include "gallery/EditionStage.h"
 #include "gallery/Makers.h"
-#include "gallery/Screenshots.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/model/PcmFormatFields.h"
 #include "pcm/structure/SubframeEdit.h"
@@ -23,18 +22,10 @@ constexpr int kSubframeWord = 12;
 constexpr int kSupercomWord = 13;
 constexpr int kAsyncWord = 20;
 
-/// A small stream, with the document of the pictures around it in the edition of the picture.
-struct SampleStream {
+/// A small stream.
+struct SampleStream : EditionStage {
     SampleStream(ScreenshotStage& stage, int edition)
-        : document(stage.document->document),
-          context{stage.document->clock,    stage.document->ticker, stage.document->random,
-                  stage.document->settings, stage.document->store,  stage.document->files,
-                  stage.document->messages, stage.document->reader, document,
-                  stage.document->steps,    stage.document->history},
-          form(stage.form),
-          format(context) {
-        document.version = edition;
-        form.edition = edition;
+        : EditionStage(stage, edition), format(context) {
         format.streamName = "PCM Stream 1";
         format.typeFormat = "TWO";
         format.pcmCode = "RNRZ-L";
@@ -81,9 +72,6 @@ struct SampleStream {
         tagged.tags = {{{{"TD2", "12"}, {"TD3", "1111111111111111"}, {"TD4", "M"}, {"TD5", "1"}}}};
     }
 
-    TmatsDocument document;
-    DocumentContext context;
-    FormContext form;
     PcmFormat format;
     SubframeEditing subframe;
     AsyncEditing async;

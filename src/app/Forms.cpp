@@ -1,5 +1,6 @@
 #include "app/Forms.h"
 
+#include "app/bus/StreamDataForms.h"
 #include "app/conversion/ConversionForms.h"
 #include "app/groups/GroupForms.h"
 #include "app/pcm/PcmForms.h"
@@ -7,7 +8,10 @@
 namespace kavu {
 
 void installForms(MainWindow& window, Application& application) {
-    installGroupForms(window, application);
+    installGroupForms(window, application,
+                      [&application](FormContext& form, const std::string& source) {
+                          return editMessagesOf(form, application, source);
+                      });
     installConversionForms(window, application);
     installPcmForms(window, application);
 }

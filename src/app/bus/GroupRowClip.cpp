@@ -9,7 +9,7 @@ constexpr std::size_t kDeepestRow = 4;
 /// The cells in front of the codes and values.
 constexpr std::size_t kHeadCells = 2;
 
-using ClipRows = std::span<const std::vector<std::string>>;
+using CellRows = std::span<const std::vector<std::string>>;
 
 void addRow(const GroupRow& row, std::size_t depth, const std::string& list, TableRows& clip) {
     std::vector<std::string> cells{std::to_string(depth), list};
@@ -25,13 +25,13 @@ void addRow(const GroupRow& row, std::size_t depth, const std::string& list, Tab
     }
 }
 
-bool isAtDepth(ClipRows clip, std::size_t depth) {
+bool isAtDepth(CellRows clip, std::size_t depth) {
     return !clip.empty() && clip.front().size() >= kHeadCells && clip.front().size() % 2 == 0 &&
            clip.front().front() == std::to_string(depth);
 }
 
 /// Takes the row at the front with those that are deeper; nothing if it is none.
-std::optional<GroupRow> takeRow(ClipRows& clip, std::size_t depth) {
+std::optional<GroupRow> takeRow(CellRows& clip, std::size_t depth) {
     if (depth > kDeepestRow || !isAtDepth(clip, depth)) {
         return std::nullopt;
     }
@@ -60,7 +60,7 @@ TableRows clipOfRow(const GroupRow& row) {
     return clip;
 }
 
-std::optional<GroupRow> rowOfClip(ClipRows clip) {
+std::optional<GroupRow> rowOfClip(CellRows clip) {
     auto row = takeRow(clip, 0);
     return clip.empty() ? row : std::nullopt;
 }

@@ -53,11 +53,11 @@ GroupTreeEditor::GroupTreeEditor(FormContext& form, GroupTreeModel& model, const
     setObjectName(QLatin1String(name));
     auto* const column = new QVBoxLayout(this);
     look::arrangePart(*column, *this);
+    makeTree(spoken);
+    column->addWidget(view_, 1);
     auto* const row = new QHBoxLayout;
     makeSearch(*row);
     column->addLayout(row);
-    makeTree(spoken);
-    column->addWidget(view_, 1);
     makeActions();
     makeButtons();
     view_->setCurrentIndex(items_->index(0, 0));

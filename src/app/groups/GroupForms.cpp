@@ -19,6 +19,8 @@ namespace kavu {
 
 namespace {
 
+using EditMessages = std::function<bool(FormContext& form, const std::string& source)>;
+
 /// An editor of the open document as a command of the menu: the window is told what it did.
 template <typename Editor>
 std::function<void()> command(MainWindow& window, Editor editor) {
@@ -101,7 +103,8 @@ void installSourceActions(MainWindow& window, Application& application) {
 }
 
 /// The sheet over a data source's own group, or its multiplex definition.
-bool editTreeItem(FormContext& form, SourceParts parts, const TreeItem& item) {
+bool editTreeItem(FormContext& form, SourceParts parts, const TreeItem& item,
+                  const EditMessages& editMessages) {
     if (item.kind == TreeKind::MultiplexDefinition) {
         return editMultiplex(form, parts, item.name);
     }
@@ -118,36 +121,39 @@ bool editTreeItem(FormContext& form, SourceParts parts, const TreeItem& item) {
         case 'R':
             return editTransmission(form, parts, item.name);
         case 'T':
-            return editRecorder(form, parts, item.name);
+            return editRecorder(form, parts, item.name, editMessages);
         default:
             // A source of another type may be a recorder all the same.
-            return item.letter == 'R'   ? editRecorder(form, parts, item.name)
+            return item.letter == 'R'   ? editRecorder(form, parts, item.name, editMessages)
                    : item.letter == 'T' ? editTransmission(form, parts, item.name)
                                         : false;
     }
 }
 
-void installEditAction(MainWindow& window, Application& application) {
-    window.installTreeAction(TreeAction::Edit, [&window, &application](const TreeItem& item) {
-        // The tree may be built again meanwhile.
-        const TreeItem chosen = item;
-        auto form = window.formContext();
-        if (window.document() != nullptr) {
-            (void)editTreeItem(form, partsOf(application), chosen);
-        }
-    });
+void installEditAction(MainWindow& window, Application& application,
+                       const EditMessages& editMessages) {
+    window.installTreeAction(
+        TreeAction::Edit, [&window, &application, editMessages](const TreeItem& item) {
+            // The tree may be built again meanwhile.
+            const TreeItem chosen = item;
+            auto form = window.formContext();
+            if (window.document() != nullptr) {
+                (void)editTreeItem(form, partsOf(application), chosen, editMessages);
+            }
+        });
 }
 
 }  // namespace
 
-void installGroupForms(MainWindow& window, Application& application) {
+void installGroupForms(MainWindow& window, Application& application,
+                       const EditMessages& editMessages) {
     window.installEditor(CommandId::General,
                          command(window, [&application](FormContext& form, DocumentContext&) {
                              return editGeneral(form, partsOf(application));
                          }));
     window.installEditor(CommandId::Transmission,
                          sourceCommand(window, application, 'T', editTransmission));
-    installEditAction(window, application);
+    installEditAction(window, application, editMessages);
     installSourceActions(window, application);
     window.installEditor(CommandId::Hardware,
                          command(window, [](FormContext& form, DocumentContext& document) {
@@ -163,12 +169,12 @@ void installGroupForms(MainWindow& window, Application& application) {
             return source && editGroupText(form, document, 'V', source->name);
         }));
     window.installEditor(CommandId::Pam, command(window, editPam));
-    window.installEditor(
-        CommandId::Recorder,
-        sourceCommand(window, application, 'R',
-                      [](FormContext& form, SourceParts parts, const std::string& source) {
-                          return editRecorder(form, parts, source);
-                      }));
+    window.installEditor(CommandId::Recorder,
+                         sourceCommand(window, application, 'R',
+                                       [editMessages](FormContext& form, SourceParts parts,
+                                                      const std::string& source) {
+                                           return editRecorder(form, parts, source, editMessages);
+                                       }));
     window.installEditor(CommandId::Multiplex,
                          sourceCommand(window, application, 'M', editMultiplex));
 }

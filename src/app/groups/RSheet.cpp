@@ -160,7 +160,9 @@ bool editRecorder(FormContext& form, DocumentContext& document, const std::strin
     return result == SheetResult::Stored || sheet.changedElsewhere();
 }
 
-bool editRecorder(FormContext& form, SourceParts parts, const std::string& source) {
+bool editRecorder(
+    FormContext& form, SourceParts parts, const std::string& source,
+    const std::function<bool(FormContext& form, const std::string& source)>& editMessages) {
     RecorderSurroundings around;
     listDataSources(parts.context, &form.ui, &around.sources);
     if (!gatherDataLinks(parts.context, &form.ui, around.links)) {
@@ -169,6 +171,7 @@ bool editRecorder(FormContext& form, SourceParts parts, const std::string& sourc
     around.editMultiplex = [parts](FormContext& same, const std::string& name) {
         return editMultiplex(same, parts, name);
     };
+    around.editMessages = editMessages;
     return editRecorder(form, parts.context, source, std::move(around));
 }
 

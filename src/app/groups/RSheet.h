@@ -54,7 +54,9 @@ class RecorderSheet : public PropertySheet {
 bool editRecorder(FormContext& form, DocumentContext& document, const std::string& source,
                   RecorderSurroundings around);
 /// The same in its own surroundings: the sources and links of the document, and the dialog over
-/// the multiplex definition.
-bool editRecorder(FormContext& form, SourceParts parts, const std::string& source);
+/// the multiplex definition; and an editor of message data, if there is one.
+bool editRecorder(
+    FormContext& form, SourceParts parts, const std::string& source,
+    const std::function<bool(FormContext& form, const std::string& source)>& editMessages = {});
 
 }  // namespace kavu

@@ -2,8 +2,8 @@
 
 #include "app/framework/DialogDoor.h"
 #include "app/framework/FieldForm.h"
-#include "app/framework/Look.h"
 #include "app/framework/QtText.h"
+#include "app/framework/SheetTabs.h"
 #include "app/pcm/PcmFieldsPage.h"
 #include "app/pcm/PcmFilterPage.h"
 #include "app/pcm/PcmSwitchPage.h"
@@ -13,11 +13,7 @@
 #include "pcm/model/PcmFormatFields.h"
 #include "pcm/write/PcmSave.h"
 
-#include <algorithm>
-
 #include <QPushButton>
-#include <QTabBar>
-#include <QTabWidget>
 
 namespace kavu {
 
@@ -93,10 +89,7 @@ void PcmAttributesSheet::addPages() {
     if (model.format.edition() >= kFilterEdition) {
         addPage(std::make_unique<PcmFilterPage>(model));
     }
-    // All tabs are to be seen, where the screen has room for them.
-    auto* const tabs = findChild<QTabWidget*>(QStringLiteral("pages"));
-    const int wanted = tabs->tabBar()->sizeHint().width() + look::unit(*this);
-    tabs->setMinimumWidth(std::min(wanted, look::roomOnScreen(*this).width() * 9 / 10));
+    showAllTabs(*this);
 }
 
 void PcmAttributesSheet::addButtons() {
@@ -111,6 +104,14 @@ void PcmAttributesSheet::addButtons() {
         model_->refresh();
     });
     connect(reports, &QPushButton::clicked, this, [this] { calls_.reports(*this); });
+    if (calls_.editMessages) {
+        auto* const messages = addButton("editMessages", QStringLiteral("Edit Message &Data"));
+        connect(messages, &QPushButton::clicked, this, [this] {
+            if (calls_.editMessages(*this)) {
+                markChanged();
+            }
+        });
+    }
 }
 
 const std::function<bool(QWidget&)>& PcmAttributesSheet::viewOfKind() const {
@@ -126,11 +127,10 @@ void PcmAttributesSheet::showKind() {
     setStatusText(&model_->form.ui, attributesStatus(format));
     const bool there = static_cast<bool>(viewOfKind());
     view_->setEnabled(there);
-    view_->setToolTip(there                ? QString()
-                      : format.isBusStream ? QStringLiteral("There is no editor for the messages "
-                                                            "of a bus stream yet.")
-                                           : QStringLiteral("There is no editor for the contents "
-                                                            "of such a stream yet."));
+    view_->setToolTip(there || !format.isBusStream
+                          ? QString()
+                          : QStringLiteral("There is no editor for the messages of a bus stream "
+                                           "yet."));
 }
 
 bool editPcmAttributes(FormContext& form, PcmFormat& format, PcmSheetCalls calls) {

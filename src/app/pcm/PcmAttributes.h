@@ -56,6 +56,8 @@ struct PcmSheetCalls {
     std::function<bool(QWidget& window)> viewBus{};
     std::function<bool(QWidget& window)> viewPackets{};
     std::function<bool(QWidget& window)> reports{};
+    /// The message data that the link has besides its format; without it there is no button.
+    std::function<bool(QWidget& window)> editMessages{};
 };
 
 class PcmAttributesSheet : public PropertySheet {

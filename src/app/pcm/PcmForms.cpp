@@ -1,5 +1,6 @@
 #include "app/pcm/PcmForms.h"
 
+#include "app/bus/StreamDataForms.h"
 #include "app/conversion/ConversionForms.h"
 #include "app/pcm/MajorFrameDisplay.h"
 #include "app/pcm/PcmAttributes.h"
@@ -8,6 +9,7 @@
 #include "app/pcm/WordSteps.h"
 #include "app/shell/MainWindow.h"
 #include "application/Application.h"
+#include "bus/StreamData.h"
 #include "conversion/ConversionCopies.h"
 #include "core/document/Transaction.h"
 #include "groups/DataSources.h"
@@ -40,23 +42,19 @@ std::string chooseStream(FormContext& form, DocumentContext& document) {
     return row < 0 ? std::string() : prompt.rows[static_cast<std::size_t>(row)].front();
 }
 
-/// Says why there is nothing to edit under a name, if so.
-bool mayOpen(FormContext& form, Application& application, const std::string& name) {
-    if (findStreamGroup(application.pcmFormat(), &form.ui, 'P', name) > 0) {
-        return true;
+/// A stream without a format of its own: its contents are edited at once.
+bool editContents(FormContext& form, Application& application, const std::string& name) {
+    switch (streamDataOf(application.context(), &form.ui, name)) {
+        case StreamData::Messages:
+            return editMessages(form, application, name);
+        case StreamData::Packets:
+            return editPackets(form, application, name);
+        case StreamData::None:
+            break;
     }
-    switch (streamKindOfLink(application.context(), &form.ui, name)) {
-        case StreamKind::Bus:
-            return true;
-        case StreamKind::MessageData:
-            showBox(&form.ui, "There is no editor for message data streams yet.", kStreamTitle,
-                    Icon::Information);
-            return false;
-        default:
-            showBox(&form.ui, "No stream bears the data link name '" + name + "'.", kStreamTitle,
-                    Icon::Information);
-            return false;
-    }
+    showBox(&form.ui, "No stream bears the data link name '" + name + "'.", kStreamTitle,
+            Icon::Information);
+    return false;
 }
 
 /// The sheet of a stream as an operation: what it changes at once, as the conversion records, and
@@ -74,8 +72,15 @@ class StreamSheet {
     void written() {
         end();
         begin();
+        hasContents_ = hasContents_ || hasNewContents_;
+        hasNewContents_ = false;
     }
+    /// An editor of what the stream has besides its format has written it.
+    void contentsWritten() { hasNewContents_ = true; }
+    /// Something was written besides the format, and stays.
+    [[nodiscard]] bool hasContents() const { return hasContents_ || hasNewContents_; }
     void takeBack() {
+        hasNewContents_ = false;
         application_.measurementNames().recall(forgotten_);
         restoreConversionFiles(*operation_, &form_.ui);
     }
@@ -96,7 +101,29 @@ class StreamSheet {
     Application& application_;
     std::optional<Transaction> operation_;
     std::size_t forgotten_ = 0;
+    bool hasContents_ = false;
+    bool hasNewContents_ = false;  ///< since the stream was written
 };
+
+/// The editors of what a stream has besides its format. What they write goes with the sheet: it is
+/// taken back if that is left with Cancel.
+void addContents(FormContext& form, Application& application, const std::string& name,
+                 StreamSheet& sheet, PcmSheetCalls& calls) {
+    using Editor = bool (*)(FormContext&, Application&, const std::string& link, QWidget* window);
+    const auto call = [&form, &application, &sheet, name](Editor editor) {
+        return [&form, &application, &sheet, name, editor](QWidget& window) {
+            const bool isWritten = editor(form, application, name, &window);
+            if (isWritten) {
+                sheet.contentsWritten();
+            }
+            return isWritten;
+        };
+    };
+    calls.viewPackets = call(editPackets);
+    if (streamDataOf(application.context(), &form.ui, name) == StreamData::Messages) {
+        calls.editMessages = call(editMessages);
+    }
+}
 
 }  // namespace
 
@@ -105,8 +132,12 @@ bool editStream(FormContext& form, Application& application,
     auto& document = application.context();
     auto& format = application.pcmFormat();
     const auto chosen = name ? *name : chooseStream(form, document);
-    if (chosen.empty() || !mayOpen(form, application, chosen)) {
+    if (chosen.empty()) {
         return false;
+    }
+    if (findStreamGroup(format, &form.ui, 'P', chosen) <= 0 &&
+        streamKindOfLink(document, &form.ui, chosen) != StreamKind::Bus) {
+        return editContents(form, application, chosen);
     }
     // Other editors write to the group files: a stream that has stayed is not what they tell.
     format.closeFormat();
@@ -135,12 +166,13 @@ bool editStream(FormContext& form, Application& application,
     calls.viewFrame = [&](QWidget&) {
         return showMajorFrameDisplay(form, document, format, steps);
     };
+    addContents(form, application, chosen, sheet, calls);
     calls.reports = steps.generateReports;
     calls.saved = [&sheet] { sheet.written(); };
     calls.cancelled = [&sheet] { sheet.takeBack(); };
     const bool wrote = editPcmAttributes(form, format, std::move(calls));
     format.closeFormat();
-    return wrote;
+    return wrote || sheet.hasContents();
 }
 
 void installPcmForms(MainWindow& window, Application& application) {

@@ -11,8 +11,8 @@ struct FormContext;
 class MainWindow;
 
 /// "Edit Stream Format Information": loads a stream, or without a name the one that the user
-/// chooses, and opens its sheet. The stream leaves the memory again when that closes. Kinds of
-/// streams that there is no editor for are reported. True if the document was written to.
+/// chooses, and opens its sheet. The stream leaves the memory again when that closes. Of a stream
+/// without a format its messages, packets or buses are edited. True if the document was written to.
 bool editStream(FormContext& form, Application& application,
                 const std::optional<std::string>& name = std::nullopt);
 

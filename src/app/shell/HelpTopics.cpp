@@ -41,6 +41,18 @@ constexpr auto kTopics = std::to_array<HelpTopic>({
     {"EditMeasurementSectionComment", {"measurements", "Comment and filter list"}},
     {"EditMeasurementFilterList", {"measurements", "Comment and filter list"}},
     {"MajorFrameDisplay", {"display"}},
+    {"SMessageStreams", {"stream-data", "The editor of message data"}},
+    {"Misc", {"stream-data", "The editor of message data"}},
+    {"EditMessageStream", {"stream-data", "The editor of message data"}},
+    {"EditMessage", {"stream-data", "The editor of message data"}},
+    {"EditMessageField", {"stream-data", "The editor of message data"}},
+    {"EditMessageMeasurement", {"stream-data", "The editor of message data"}},
+    {"EditMessageLocation", {"stream-data", "The editor of message data"}},
+    {"Packet", {"stream-data", "The editor of packets"}},
+    {"EditSourcePacket", {"stream-data", "The editor of packets"}},
+    {"EditPacketComment", {"stream-data", "The editor of packets"}},
+    {"EditPacketMeasurement", {"stream-data", "The editor of packets"}},
+    {"EditPacketLocation", {"stream-data", "The editor of packets"}},
     {"DataConversion", {"conversions", "The sheet"}},
 });
 

@@ -1,6 +1,7 @@
 #include "app/bus/GroupTreeEditor.h"
 #include "app/bus/GroupTreeItems.h"
 #include "app/support/FormStage.h"
+#include "app/support/TreeLines.h"
 #include "app/support/WidgetChecks.h"
 
 #include <chrono>
@@ -122,19 +123,7 @@ class GroupTreeEditorTest : public testing::Test {
         QTest::keyClick(editor->tree(), each, with);
     }
     std::string note() { return toBytes(find<QLabel>(*editor, "note")->text()); }
-    /// All lines of the tree that are open, with their depth as blanks.
-    std::vector<std::string> lines() {
-        std::vector<std::string> all;
-        const auto* tree = editor->tree();
-        for (auto at = tree->model()->index(0, 0); at.isValid(); at = tree->indexBelow(at)) {
-            std::string line = toBytes(at.data().toString());
-            for (auto around = at.parent(); around.isValid(); around = around.parent()) {
-                line.insert(0, " ");
-            }
-            all.push_back(line);
-        }
-        return all;
-    }
+    std::vector<std::string> lines() { return test::openLines(*editor->tree()); }
     std::vector<std::string> menuTexts() {
         QMenu menu;
         editor->fillMenu(menu);

@@ -1,9 +1,11 @@
 #include "app/framework/FormContext.h"
+#include "app/framework/PropertySheet.h"
 #include "app/pcm/MajorFrameWindow.h"
 #include "app/pcm/PcmForms.h"
 #include "app/pcm/SheetStage.h"
 #include "conversion/ConversionStore.h"
 #include "core/document/DocumentFiles.h"
+#include "core/document/DocumentHistory.h"
 #include "core/document/OpenDocument.h"
 #include "groups/MeasurementNames.h"
 #include "support/TestApplication.h"
@@ -38,6 +40,9 @@ class PcmFormsTest : public ::testing::Test {
     }
     std::string pGroup() {
         return test::readFile(t.application.context().store.pathOf("[kavu]PCMFMT.P01"));
+    }
+    std::string messageGroup() {
+        return test::readFile(t.application.context().store.pathOf("[kavu]PCMS.S01"));
     }
     bool edit(const std::optional<std::string>& name = std::nullopt) {
         return editStream(form, t.application, name);
@@ -281,12 +286,93 @@ TEST_F(PcmFormsTest, AMoveThatSavesTheStreamKeepsItsRecordsWhenTheSheetIsCancell
     EXPECT_TRUE(records() == moved) << "as they were when the stream was saved";
 }
 
-TEST_F(PcmFormsTest, MessageDataHasNoEditorAndSaysSo) {
+TEST_F(PcmFormsTest, MessageDataWithoutAFormatOpensItsEditorAtOnce) {
     put("[kavu]PCMS.S01", "S-1\\DLN:Messages;\r\n");
+    door.next([](QDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(),
+                  QStringLiteral("Edit Message Attributes - Data Link: Messages"));
+        press(dialog, "cancel");
+    });
     EXPECT_FALSE(edit("Messages"));
-    EXPECT_TRUE(door.names.empty());
-    ASSERT_FALSE(t.ui.boxes.empty());
-    EXPECT_EQ(t.ui.boxes.back().title, "Edit Stream Format Information");
+    EXPECT_TRUE(t.ui.boxes.empty());
+}
+
+TEST_F(PcmFormsTest, PacketsWithoutAFormatOpenTheirEditorAtOnce) {
+    t.application.context().document.version = 2007;
+    form.edition = 2007;
+    put("[kavu]PCMS.S01", "S-1\\DLN:Messages;\r\n");
+    door.next([](QDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(),
+                  QStringLiteral("Edit Packet Attributes - Data Link: Messages"));
+        press(dialog, "cancel");
+    });
+    EXPECT_FALSE(edit("Messages"));
+}
+
+TEST_F(PcmFormsTest, AFormatWithMessageDataHasAButtonForIt) {
+    door.next([](QDialog& dialog) {
+        EXPECT_EQ(dialog.findChild<QWidget*>(QStringLiteral("editMessages")), nullptr);
+        press(dialog, "cancel");
+    });
+    EXPECT_FALSE(edit("PCM 1")) << "a stream without message data has none";
+    put("[kavu]PCMS.S01", "S-1\\DLN:PCM 1;\r\nS-1\\TA:X1;\r\nS-1\\NS\\N:0;\r\n");
+    door.next([this](QDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Edit PCM Attributes - Data Link: PCM 1"));
+        EXPECT_EQ(test::buttonText(dialog, "editMessages"), QStringLiteral("Edit Message &Data"));
+        door.next([](QDialog& messages) {
+            EXPECT_EQ(messages.windowTitle(),
+                      QStringLiteral("Edit Message Attributes - Data Link: PCM 1"));
+            dynamic_cast<PropertySheet&>(messages).openPage(1);
+            test::type(messages, "TA", QStringLiteral("Y2"));
+            press(messages, "ok");
+        });
+        press(dialog, "editMessages");
+        press(dialog, "ok");
+    });
+    EXPECT_TRUE(edit("PCM 1"));
+    EXPECT_NE(messageGroup().find("TA:Y2"), std::string::npos);
+    EXPECT_TRUE(t.application.context().history.canUndo());
+}
+
+TEST_F(PcmFormsTest, CancelOfTheSheetTakesBackItsMessageDataAfterAQuestion) {
+    put("[kavu]PCMS.S01", "S-1\\DLN:PCM 1;\r\nS-1\\TA:X1;\r\nS-1\\NS\\N:0;\r\n");
+    t.ui.queued = {Button::Yes};
+    door.next([this](QDialog& dialog) {
+        door.next([](QDialog& messages) {
+            dynamic_cast<PropertySheet&>(messages).openPage(1);
+            test::type(messages, "TA", QStringLiteral("Y2"));
+            press(messages, "ok");
+        });
+        press(dialog, "editMessages");
+        EXPECT_NE(messageGroup().find("TA:Y2"), std::string::npos);
+        press(dialog, "cancel");
+        EXPECT_NE(t.ui.boxes.back().text.find("Items have changed"), std::string::npos);
+    });
+    EXPECT_FALSE(edit("PCM 1"));
+    EXPECT_NE(messageGroup().find("TA:X1"), std::string::npos);
+    EXPECT_FALSE(t.application.context().history.canUndo());
+}
+
+TEST_F(PcmFormsTest, AStreamOfPacketsShowsItsPackets) {
+    t.application.context().document.version = 2007;
+    form.edition = 2007;
+    put("[kavu]PCMFMT.P01",
+        "P-1\\DLN:PCM 1;\r\nP-1\\TF:PKTM;\r\nP-1\\F1:16;\r\nP-1\\MF\\N:1;\r\nP-1\\MF1:8;\r\n"
+        "P-1\\MF2:136;\r\nP-1\\MF4:24;\r\nP-1\\MF5:111110101111001100100000;\r\n");
+    put("[kavu]PCMS.S01", "S-1\\DLN:PCM 1;\r\nS-1\\TFL:100;\r\n");
+    door.next([this](QDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(),
+                  QStringLiteral("Edit Packet Attributes - Data Link: PCM 1"));
+        door.next([](QDialog& packets) {
+            dynamic_cast<PropertySheet&>(packets).openPage(1);
+            test::type(packets, "TFL", QStringLiteral("200"));
+            press(packets, "ok");
+        });
+        press(dialog, "viewEditStream");
+        press(dialog, "ok");
+    });
+    EXPECT_TRUE(edit("PCM 1"));
+    EXPECT_NE(messageGroup().find("TFL:200"), std::string::npos);
 }
 
 TEST_F(PcmFormsTest, ALinkWithoutAStreamIsTold) {
