@@ -74,7 +74,12 @@ bool editMessages(FormContext& form, Application& application, const std::string
 bool editMessagesOf(FormContext& form, Application& application, std::string_view source,
                     QWidget* window) {
     const auto link = chooseLink(form, application, source);
-    return !link.empty() && editMessages(form, application, link, window);
+    if (link.empty() || !editMessages(form, application, link, window)) {
+        return false;
+    }
+    // From now on other streams are told about the names that this one has.
+    application.measurementNames().checkForDuplicates(nullptr);
+    return true;
 }
 
 bool editPackets(FormContext& form, Application& application, const std::string& link,

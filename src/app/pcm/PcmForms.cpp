@@ -44,17 +44,24 @@ std::string chooseStream(FormContext& form, DocumentContext& document) {
 
 /// A stream without a format of its own: its contents are edited at once.
 bool editContents(FormContext& form, Application& application, const std::string& name) {
+    bool isWritten = false;
     switch (streamDataOf(application.context(), &form.ui, name)) {
         case StreamData::Messages:
-            return editMessages(form, application, name);
+            isWritten = editMessages(form, application, name);
+            break;
         case StreamData::Packets:
-            return editPackets(form, application, name);
+            isWritten = editPackets(form, application, name);
+            break;
         case StreamData::None:
+            showBox(&form.ui, "No stream bears the data link name '" + name + "'.", kStreamTitle,
+                    Icon::Information);
             break;
     }
-    showBox(&form.ui, "No stream bears the data link name '" + name + "'.", kStreamTitle,
-            Icon::Information);
-    return false;
+    if (isWritten) {
+        // From now on other streams are told about the names that this one has.
+        application.measurementNames().checkForDuplicates(nullptr);
+    }
+    return isWritten;
 }
 
 /// The sheet of a stream as an operation: what it changes at once, as the conversion records, and

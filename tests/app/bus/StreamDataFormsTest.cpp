@@ -1,6 +1,7 @@
 #include "app/bus/StreamDataForms.h"
 #include "app/bus/StreamDataStage.h"
 #include "app/groups/RSheet.h"
+#include "app/pcm/PcmForms.h"
 #include "conversion/ConversionStore.h"
 
 namespace kavu {
@@ -63,6 +64,23 @@ TEST_F(StreamDataFormsTest, ARecorderBefore2009HasNoButtonForMessages) {
         press(recorder, "cancel");
     });
     EXPECT_FALSE(editDeck());
+}
+
+TEST_F(StreamDataFormsTest, OtherStreamsAreToldAboutTheNewNamesAndNotAboutThoseThatAreGone) {
+    putGroup(
+        "NS\\N:1;SNA-1:S;NMS\\N-1:1;MID-1-1:1;NFLDS\\N-1-1:0;MN\\N-1-1:1;MN-1-1-1:Old;"
+        "NML\\N-1-1-1:0;");
+    auto& names = t.application.measurementNames();
+    ASSERT_TRUE(names.checkForDuplicates(nullptr));
+    ASSERT_TRUE(names.measurementInOtherStream("Old", 2));
+    door.next([this](QDialog& messages) {
+        door.next(fill({{"name", "New"}}));
+        key(messages, {0, 0, 1, 0}, Qt::Key_F2);
+        press(messages, "ok");
+    });
+    EXPECT_TRUE(editStream(form, t.application, "Link"));
+    EXPECT_TRUE(names.measurementInOtherStream("New", 2));
+    EXPECT_FALSE(names.measurementInOtherStream("Old", 2));
 }
 
 }  // namespace
