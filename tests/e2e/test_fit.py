@@ -193,6 +193,11 @@ class TrustTest(kavu.KavuTest):
         result = self.run_json("fit", "pairs.csv", "--order", "5", "--bits", "16")
         self.assertEqual(result.status, REPORTED, result)
         self.assertIn("over the range of the counts", result.json["messages"][0]["text"])
+        self.assertIn("the curve is extrapolated there", result.json["messages"][0]["text"])
+        # 31 is beyond the pairs by less than the 19 that they span.
+        near = self.run_json("fit", "pairs.csv", "--order", "5", "--bits", "5").json
+        self.assertFalse(near["trust"]["extrapolates"])
+        self.assertNotIn("extrapolated", str(near["messages"]))
 
 
 class PictureTest(kavu.KavuTest):
