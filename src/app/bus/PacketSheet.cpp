@@ -28,12 +28,12 @@ const PacketFamily& frameFamily() {
     return packetFamily('T');
 }
 
-std::vector<Field> measurementFields() {
+std::vector<Field> frameMeasurementFields() {
     const auto& family = frameFamily();
     return {family.name, family.parity, family.parityOrder};
 }
 
-std::vector<Field> locationFields() {
+std::vector<Field> frameLocationFields() {
     const auto& family = frameFamily();
     return {family.wordPosition, family.wordLength, family.mask, family.transferOrder,
             family.fragment};
@@ -46,8 +46,8 @@ ListRow newCells(int edition) {
     const auto measurement = PacketEdit::newChildOf(list);
     const auto location =
         PacketEdit::newChildOf({PacketEdit::Node::Kind::Measurement, &owner, &frameFamily()});
-    auto cells = cellsOf(measurement, measurementFields(), edition);
-    const auto rest = cellsOf(location, locationFields(), edition);
+    auto cells = cellsOf(measurement, frameMeasurementFields(), edition);
+    const auto rest = cellsOf(location, frameLocationFields(), edition);
     cells.insert(cells.end(), rest.begin(), rest.end());
     return cells;
 }
@@ -55,7 +55,7 @@ ListRow newCells(int edition) {
 ListSetup measurementList(int edition) {
     ListSetup setup;
     const auto fresh = newCells(edition);
-    for (const auto& fields : {measurementFields(), locationFields()}) {
+    for (const auto& fields : {frameMeasurementFields(), frameLocationFields()}) {
         for (const auto& field : fields) {
             auto& column = setup.columns.emplace_back(columnOf(field, edition));
             column.initial = fresh[setup.columns.size() - 1];
@@ -120,14 +120,14 @@ void FrameHeaderPage::load() {
     origins_.clear();
     std::vector<ListRow> all;
     const int edition = form().edition;
-    const auto columns = measurementFields().size() + locationFields().size();
+    const auto columns = frameMeasurementFields().size() + frameLocationFields().size();
     for (std::size_t i = 0; i < original_.size(); ++i) {
         const auto locations = original_[i].rows(frameFamily().locationCount.code);
         for (std::size_t k = 0; k < std::max<std::size_t>(1, locations.size()); ++k) {
-            auto cells = k == 0 ? cellsOf(original_[i], measurementFields(), edition)
+            auto cells = k == 0 ? cellsOf(original_[i], frameMeasurementFields(), edition)
                                 : ListRow(kMeasurementCells);
             if (k < locations.size()) {
-                const auto rest = cellsOf(locations[k], locationFields(), edition);
+                const auto rest = cellsOf(locations[k], frameLocationFields(), edition);
                 cells.insert(cells.end(), rest.begin(), rest.end());
             }
             cells.resize(columns);
@@ -204,7 +204,7 @@ void FrameHeaderPage::addLocation(GroupRow& measurement, std::optional<std::size
         return;
     }
     const auto rest = locationCells(cells);
-    takeCells(location, ListRow(rest.begin(), rest.end()), locationFields(), form().edition);
+    takeCells(location, ListRow(rest.begin(), rest.end()), frameLocationFields(), form().edition);
     measurement.lists[std::string(frameFamily().locationCount.code)].push_back(std::move(location));
 }
 
@@ -220,7 +220,7 @@ std::vector<GroupRow> FrameHeaderPage::measurements() const {
             auto& measurement = all.emplace_back(isFormer ? sameRow(original_[*from]) : GroupRow());
             measurement.lists[std::string(frameFamily().locationCount.code)];
             takeCells(measurement, ListRow(cells.begin(), cells.begin() + kMeasurementCells),
-                      measurementFields(), form().edition);
+                      frameMeasurementFields(), form().edition);
         }
         if (!all.empty()) {
             addLocation(all.back(), from, row);
