@@ -13,6 +13,7 @@ void addAllScreenshots(ScreenshotList& list) {
     addWordScreenshots(list);
     addDisplayScreenshots(list);
     addStreamDataScreenshots(list);
+    addBusScreenshots(list);
 }
 
 }  // namespace kavu

@@ -21,6 +21,8 @@ void addWordScreenshots(ScreenshotList& list);
 void addDisplayScreenshots(ScreenshotList& list);
 /// The editors of message data and packets.
 void addStreamDataScreenshots(ScreenshotList& list);
+/// The windows of a bus group.
+void addBusScreenshots(ScreenshotList& list);
 
 /// Every window, page and dialog of the program.
 void addAllScreenshots(ScreenshotList& list);

@@ -53,6 +53,15 @@ constexpr auto kTopics = std::to_array<HelpTopic>({
     {"EditPacketComment", {"stream-data", "The editor of packets"}},
     {"EditPacketMeasurement", {"stream-data", "The editor of packets"}},
     {"EditPacketLocation", {"stream-data", "The editor of packets"}},
+    {"1553_select_bus", {"buses", "The window"}},
+    {"1553_EDIT_BUS", {"buses", "A bus"}},
+    {"1553_EDIT_USER_WORD", {"buses", "A bus"}},
+    {"1553_EDIT_TERMINAL", {"buses", "Terminals"}},
+    {"1553_COMMENTS", {"buses", "The window"}},
+    {"1553_EDIT_MESSAGE", {"buses", "A message"}},
+    {"1553_EDIT_MESSAGE3_PRE_", {"buses", "A message"}},
+    {"1553_edit_measurement_info", {"buses", "Measurements"}},
+    {"1553_edit_measurement_location", {"buses", "Measurements"}},
     {"DataConversion", {"conversions", "The sheet"}},
 });
 

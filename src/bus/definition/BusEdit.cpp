@@ -159,42 +159,74 @@ bool BusEdit::set(const BusPlace& place, const BusForm& form) {
     return true;
 }
 
-bool BusEdit::add(const BusPlace& owner, const BusForm& form) {
+std::optional<BusPlace> BusEdit::append(const BusPlace& owner) {
     if (owner.size() >= kDeepestBusPlace) {
-        return refuse("A measurement location has no parts.");
+        refuse("A measurement location has no parts.");
+        return std::nullopt;
     }
     auto* const outer = find(owner);
     if (outer == nullptr) {
-        return false;
+        return std::nullopt;
     }
     auto place = owner;
     place.push_back(0);
     const auto level = levelOf(place);
-    const bool isFirst = !outer->lists.contains(countOfLevel(level));
     auto& rows = rowsOf(*outer, level);
     auto& row = rows.emplace_back();
     if (level == BusLevel::Message && definition_.edition >= kOneReceiveEdition) {
         (void)receiveOf(row);
     }
     place.back() = rows.size();
-    if (!set(place, form)) {
-        rows.pop_back();
-        if (isFirst) {
-            outer->lists.erase(std::string(countOfLevel(level)));
-        }
-        return false;
-    }
     if (level == BusLevel::Bus && definition_.terminals.size() < rows.size()) {
         definition_.terminals.resize(rows.size());
     }
+    return place;
+}
+
+void BusEdit::takeBack(const BusPlace& owner) {
+    auto place = owner;
+    place.push_back(1);
+    const auto level = levelOf(place);
+    auto& outer = *busRowAt(definition_, owner);
+    auto& rows = rowsOf(outer, level);
+    rows.pop_back();
+    if (level == BusLevel::Bus) {
+        definition_.terminals.resize(std::max(kMostTerminalBuses, rows.size()));
+    }
+    if (rows.empty()) {
+        outer.lists.erase(std::string(countOfLevel(level)));
+    }
+}
+
+bool BusEdit::add(const BusPlace& owner, const BusForm& form) {
+    const auto place = append(owner);
+    if (!place) {
+        return false;
+    }
+    if (!set(*place, form)) {
+        takeBack(owner);
+        return false;
+    }
     return true;
+}
+
+bool BusEdit::isEachNameFree(const GroupRow& row, BusLevel level) {
+    if (level == BusLevel::Measurement) {
+        const std::string name(busValue(row, level, "MN"));
+        return name.empty() || isNameFree(context_, parent_, *names_, name, streamNumber());
+    }
+    const auto inner = level == BusLevel::Bus ? BusLevel::Message : BusLevel::Measurement;
+    const auto& rows = rowsOf(row, inner);
+    return std::all_of(rows.begin(), rows.end(),
+                       [&](const GroupRow& each) { return isEachNameFree(each, inner); });
 }
 
 bool BusEdit::paste(const BusPlace& owner, BusLevel level, const GroupRow& row) {
     auto* const outer = owner.size() < kDeepestBusPlace ? find(owner) : nullptr;
     auto place = owner;
     place.push_back(1);
-    if (outer == nullptr || levelOf(place) != level) {
+    if (outer == nullptr || levelOf(place) != level ||
+        (names_ != nullptr && !isEachNameFree(row, level))) {
         return false;
     }
     auto& copy = rowsOf(*outer, level).emplace_back(row);
@@ -206,6 +238,9 @@ bool BusEdit::paste(const BusPlace& owner, BusLevel level, const GroupRow& row) 
         }
     };
     forget(forget, copy);
+    if (level == BusLevel::Message) {
+        noteTerminals(definition_, owner.front(), copy);
+    }
     return true;
 }
 

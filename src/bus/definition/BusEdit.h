@@ -37,6 +37,12 @@ class BusEdit {
     /// Adds a row at the end of those in the row at a place: a bus to the group, a message to a
     /// bus, a measurement to a message, a location to a measurement. It starts without values.
     bool add(const BusPlace& owner, const BusForm& form);
+    /// Adds an empty row behind the others, whose form is filled and left piece by piece, and gives
+    /// its place; nothing without an owner, which is reported. `takeBack` removes it again.
+    std::optional<BusPlace> append(const BusPlace& owner);
+    /// Removes the last row of those in a row without a question: it was added and not filled.
+    /// REQUIRES: there is one.
+    void takeBack(const BusPlace& owner);
     /// Fills the form of a row, or of the group.
     ///
     /// A message is refused with 376 (an address), 392 (a command word), 383 and 384 (something
@@ -50,7 +56,8 @@ class BusEdit {
     bool removeTrack(std::size_t bus, std::size_t track);
     bool removeUserWord(std::size_t bus, int word);
     /// Puts a copy of a row at the end of those of a place, as a paste does: its commands of the
-    /// file stay with the row they belong to. False if rows of its level are elsewhere.
+    /// file stay with the row they belong to. False if rows of its level are elsewhere, or with 455
+    /// for a measurement name of another stream.
     bool paste(const BusPlace& owner, BusLevel level, const GroupRow& row);
 
   private:
@@ -60,6 +67,8 @@ class BusEdit {
     /// Fills a row, which is that of the place or a new one behind the last.
     [[nodiscard]] bool fill(GroupRow& row, const BusPlace& place, const BusForm& form);
     [[nodiscard]] int streamNumber();
+    /// False with message 455. REQUIRES: names to look at.
+    [[nodiscard]] bool isEachNameFree(const GroupRow& row, BusLevel level);
 
     DocumentContext& context_;
     UserInterface* parent_;

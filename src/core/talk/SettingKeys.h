@@ -94,6 +94,14 @@ inline constexpr TextKey kFragmentMask{"DFragM"};  ///< without a value that of 
 inline constexpr FlagKey kHexadecimalMasks{"HexBM"};
 inline constexpr FlagKey kHexadecimalPattern{"HexFSP"};
 
+// --- A new measurement of a bus, and its location
+inline constexpr TextKey kBusParity{"BMN1"};
+inline constexpr TextKey kBusParityOrder{"BMN2"};
+inline constexpr TextKey kBusOverwrite{"BBMEFOT"};
+inline constexpr TextKey kBusWordNumber{"BMWN"};
+inline constexpr TextKey kBusTransferOrder{"BMTO"};
+inline constexpr FlagKey kBusFullWord{"BMBMYes", true};
+
 // --- The measurement database
 inline constexpr TextKey kDatabasePath{"MDB"};
 /// 0: delimited text of 28 columns, 1: of 36, 2: XML.

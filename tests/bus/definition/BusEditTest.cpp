@@ -240,6 +240,24 @@ TEST(BusEditing, ANameOfAnotherStreamIsRefused) {
     EXPECT_TRUE(edit.add({1, 1}, {.values = {{"MN", "Own"}}}));
 }
 
+TEST(BusEditing, ARowThatIsAppendedIsEmptyAndCanBeTakenBack) {
+    EditedBus bus;
+    const auto before = bus.definition.group;
+    auto edit = bus.edit(bus.definition);
+    const auto place = edit.append({1});
+    ASSERT_EQ(place, (BusPlace{1, 1}));
+    EXPECT_TRUE(busRowAt(bus.definition, *place)->values.empty());
+    edit.takeBack({1});
+    EXPECT_EQ(bus.definition.group, before);
+    const auto terminals = bus.definition.terminals.size();
+    ASSERT_TRUE(edit.append({}));
+    edit.takeBack({});
+    EXPECT_EQ(bus.definition.group, before);
+    EXPECT_EQ(bus.definition.terminals.size(), terminals);
+    EXPECT_FALSE(edit.append({7}));
+    EXPECT_FALSE(edit.append({1, 1, 1, 1}));
+}
+
 // --- The message sheet --------------------------------------------------------------------------
 
 TEST(BusMessageSheet, WhatIsMissingIsToldInOrder) {
@@ -487,6 +505,29 @@ TEST(BusPasting, ACopyStandsAtTheEndWithAllThatIsInIt) {
     EXPECT_EQ(bus.value({2, 1, 1}, "MN"), "A");
     EXPECT_FALSE(bus.edit(bus.definition).paste({2}, BusLevel::Location, message));
     EXPECT_FALSE(bus.edit(bus.definition).paste({9}, BusLevel::Message, message));
+}
+
+TEST(BusPasting, AMeasurementNameOfAnotherStreamIsRefusedAtEveryDepth) {
+    EditedBus bus;
+    bus.t.write(groupFile('M', 1),
+                "M-1\\BB\\DLN:Bus 1;\r\nM-1\\SI\\N:1;\r\nM-1\\SI\\DLN-1:PCM;\r\n");
+    bus.t.write(groupFile('D', 1), "D-1\\DLN:PCM;\r\nD-1\\MN\\N-1:1;\r\nD-1\\MN-1-1:Taken;\r\n");
+    MeasurementNames names(bus.t.context);
+    ASSERT_TRUE(names.checkForDuplicates(&bus.t.ui));
+    ASSERT_TRUE(bus.add({1}, goodMessage()));
+    ASSERT_TRUE(bus.add({1, 1}, {.values = {{"MN", "Taken"}}}));
+    const auto group = bus.definition.group;
+    const auto whole = *busRowAt(bus.definition, {1});
+    const auto message = *busRowAt(bus.definition, {1, 1});
+    const auto measurement = *busRowAt(bus.definition, {1, 1, 1});
+    BusEdit edit(bus.t.context, &bus.t.ui, bus.definition, &names);
+    EXPECT_FALSE(edit.paste({1, 1}, BusLevel::Measurement, measurement));
+    EXPECT_FALSE(edit.paste({1}, BusLevel::Message, message));
+    EXPECT_FALSE(edit.paste({}, BusLevel::Bus, whole));
+    EXPECT_EQ(bus.shown(), (std::vector<int>{455, 455, 455}));
+    EXPECT_EQ(bus.definition.group, group);
+    names.setChecking(false, false);
+    EXPECT_TRUE(edit.paste({1}, BusLevel::Message, message));
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include "groups/GroupSamples.h"
 
 #include <filesystem>
+#include <new>
 
 namespace kavu {
 namespace {
@@ -164,6 +165,29 @@ TEST(BusPack, AFileThatCannotBeWrittenIsReported) {
     EXPECT_FALSE(packBusGroup(stage.t.context, &stage.t.ui, definition));
     ASSERT_EQ(stage.shown(), std::vector<int>{322});
     EXPECT_EQ(stage.t.ui.boxes[0].titleId, 80);
+}
+
+/// Runs out of memory while the group is composed.
+class ShortOfMemory : public test::RecordingInterface {
+  public:
+    void setProgressBar(double percent) override {
+        if (percent > 0) {
+            throw std::bad_alloc();
+        }
+    }
+};
+
+TEST(BusPack, WithoutMemoryTheGroupStaysAsItWas) {
+    BusStage stage;
+    const auto definition = stage.unpack({"NBS\\N:1", "BNA-1:Left"});
+    const auto before = stage.t.read(kBusGroupFile);
+    ShortOfMemory parent;
+    EXPECT_FALSE(packBusGroup(stage.t.context, &parent, definition));
+    ASSERT_EQ(parent.boxes.size(), 1U);
+    EXPECT_EQ(parent.boxes[0].id, 77);
+    EXPECT_EQ(parent.boxes[0].titleId, 111);
+    EXPECT_EQ(parent.boxes[0].title, "Unable To Save Bus Information");
+    EXPECT_EQ(stage.t.read(kBusGroupFile), before);
 }
 
 // --- What would be dropped ----------------------------------------------------------------------
