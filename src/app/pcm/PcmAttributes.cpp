@@ -125,12 +125,7 @@ void PcmAttributesSheet::showKind() {
     const auto& format = model_->format;
     setWindowTitle(toQString(attributesTitle(format)));
     setStatusText(&model_->form.ui, attributesStatus(format));
-    const bool there = static_cast<bool>(viewOfKind());
-    view_->setEnabled(there);
-    view_->setToolTip(there || !format.isBusStream
-                          ? QString()
-                          : QStringLiteral("There is no editor for the messages of a bus stream "
-                                           "yet."));
+    view_->setEnabled(static_cast<bool>(viewOfKind()));
 }
 
 bool editPcmAttributes(FormContext& form, PcmFormat& format, PcmSheetCalls calls) {

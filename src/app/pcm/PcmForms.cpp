@@ -1,5 +1,6 @@
 #include "app/pcm/PcmForms.h"
 
+#include "app/bus/BusForms.h"
 #include "app/bus/StreamDataForms.h"
 #include "app/conversion/ConversionForms.h"
 #include "app/pcm/MajorFrameDisplay.h"
@@ -44,6 +45,9 @@ std::string chooseStream(FormContext& form, DocumentContext& document) {
 
 /// A stream without a format of its own: its contents are edited at once.
 bool editContents(FormContext& form, Application& application, const std::string& name) {
+    if (streamKindOfLink(application.context(), &form.ui, name) == StreamKind::Bus) {
+        return editBus(form, application, name);
+    }
     bool isWritten = false;
     switch (streamDataOf(application.context(), &form.ui, name)) {
         case StreamData::Messages:
@@ -127,6 +131,13 @@ void addContents(FormContext& form, Application& application, const std::string&
         };
     };
     calls.viewPackets = call(editPackets);
+    calls.viewBus = [&form, &application, name](QWidget& window) {
+        // The group is copied back when the stream is saved.
+        const bool isPacked = editLoadedBus(form, application, name, &window);
+        auto& format = application.pcmFormat();
+        format.changed = format.changed || isPacked;
+        return isPacked;
+    };
     if (streamDataOf(application.context(), &form.ui, name) == StreamData::Messages) {
         calls.editMessages = call(editMessages);
     }
@@ -142,8 +153,7 @@ bool editStream(FormContext& form, Application& application,
     if (chosen.empty()) {
         return false;
     }
-    if (findStreamGroup(format, &form.ui, 'P', chosen) <= 0 &&
-        streamKindOfLink(document, &form.ui, chosen) != StreamKind::Bus) {
+    if (findStreamGroup(format, &form.ui, 'P', chosen) <= 0) {
         return editContents(form, application, chosen);
     }
     // Other editors write to the group files: a stream that has stayed is not what they tell.

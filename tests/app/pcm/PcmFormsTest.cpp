@@ -1,3 +1,4 @@
+#include "app/bus/GroupTreeEditor.h"
 #include "app/framework/FormContext.h"
 #include "app/framework/PropertySheet.h"
 #include "app/pcm/MajorFrameWindow.h"
@@ -12,6 +13,8 @@
 
 #include <algorithm>
 #include <map>
+
+#include <QTreeView>
 
 namespace kavu {
 namespace {
@@ -387,16 +390,50 @@ TEST_F(PcmFormsTest, NothingChosenOpensNothing) {
     EXPECT_TRUE(t.ui.boxes.empty());
 }
 
-TEST_F(PcmFormsTest, ABusStreamHasItsAttributesButNoViewYet) {
-    put("[kavu]PCMFMT.P01",
-        "P-1\\DLN:PCM 1;\r\nP-1\\TF:1553;\r\nP-1\\F1:24;\r\nP-1\\MF\\N:1;\r\nP-1\\MF1:128;\r\n"
-        "P-1\\MF2:3072;\r\nP-1\\MF4:24;\r\nP-1\\MF5:111110101111001100100000;\r\n");
+constexpr const char* kBusFormat =
+    "P-1\\DLN:PCM 1;\r\nP-1\\TF:1553;\r\nP-1\\F1:24;\r\nP-1\\MF\\N:1;\r\nP-1\\MF1:128;\r\n"
+    "P-1\\MF2:3072;\r\nP-1\\MF4:24;\r\nP-1\\MF5:111110101111001100100000;\r\n";
+constexpr const char* kBusGroup =
+    "B-1\\DLN:PCM 1;\r\nB-1\\TA:X1;\r\nB-1\\NBS\\N:1;\r\nB-1\\BID-1:001;\r\nB-1\\BNA-1:Left;\r\n"
+    "B-1\\TK\\N-1:0;\r\nB-1\\NMS\\N-1:0;\r\n";
+
+TEST_F(PcmFormsTest, ABusIsCopiedBackToItsGroupWhenTheStreamIsSaved) {
+    put("[kavu]PCMFMT.P01", kBusFormat);
+    put("[kavu]PCM1553.B01", kBusGroup);
+    t.ui.otherwise = Button::Yes;
+    const auto bus = [this] {
+        return test::readFile(t.application.context().store.pathOf("[kavu]PCM1553.B01"));
+    };
+    const auto deleteBus = [](QDialog& dialog) {
+        auto* const editor = dialog.findChild<GroupTreeEditor*>();
+        ASSERT_NE(editor, nullptr);
+        editor->select({0});
+        editor->tree()->setFocus();
+        QTest::keyClick(editor->tree(), Qt::Key_Delete);
+        press(dialog, "ok");
+    };
+    for (const auto* const button : {"cancel", "ok"}) {
+        door.next([&](QDialog& dialog) {
+            EXPECT_EQ(dialog.windowTitle(),
+                      QStringLiteral("Edit Bus Attributes - Data Link: PCM 1"));
+            door.next(deleteBus);
+            press(dialog, "viewEditStream");
+            EXPECT_NE(bus().find("BNA-1:Left"), std::string::npos) << "not before the stream";
+            press(dialog, button);
+        });
+        (void)edit("PCM 1");
+        EXPECT_EQ(bus().find("BNA-1:Left") == std::string::npos, button == std::string("ok"));
+    }
+    EXPECT_NE(bus().find("NBS\\N:0;"), std::string::npos) << bus();
+}
+
+TEST_F(PcmFormsTest, ABusWithoutAFormatOpensItsEditorAtOnce) {
+    put("[kavu]PCM1553.B01", "B-1\\DLN:Messages;\r\nB-1\\NBS\\N:0;\r\n");
     door.next([](QDialog& dialog) {
-        EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Edit Bus Attributes - Data Link: PCM 1"));
-        EXPECT_FALSE(test::enabled(dialog, "viewEditStream"));
+        EXPECT_EQ(dialog.objectName(), QStringLiteral("1553_select_bus"));
         press(dialog, "cancel");
     });
-    EXPECT_FALSE(edit("PCM 1"));
+    EXPECT_FALSE(edit("Messages"));
 }
 
 TEST_F(PcmFormsTest, AStreamThatHasStayedInMemoryIsReadAnew) {
