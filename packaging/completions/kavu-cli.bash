@@ -12,11 +12,11 @@ _kavu_cli() {
             --settings | --answer | --answer-all | --now | --progress) ((index++)) ;;
             -*) ;;
             check | save | store | tree | recover | stream | rewrite | word-frame | \
-                bus | message | packet | conversions | evaluate | fit | vocabulary | get | set)
+                bus | message | packet | conversions | evaluate | fit | vocabulary | get | set | report)
                 command=$word
                 break
                 ;;
-            source | link | mdb | dbase | xml)
+            source | link | mdb | dbase | xml | layout)
                 command=$word
                 ((index++))
                 word=${COMP_WORDS[index]}
@@ -43,9 +43,21 @@ _kavu_cli() {
             mapfile -t COMPREPLY < <(compgen -d -- "$current")
             return
             ;;
-        --database-version | --to) COMPREPLY=($(compgen -W "0 1 2" -- "$current")); return ;;
-        --field | --fields) return ;;
-        --settings | --svg | --edit | --database | -o | --output)
+        --database-version) COMPREPLY=($(compgen -W "0 1 2" -- "$current")); return ;;
+        --to)
+            word="0 1 2"
+            [[ $command == report ]] && word="text csv"
+            COMPREPLY=($(compgen -W "$word" -- "$current"))
+            return
+            ;;
+        --kind)
+            word="dbase delimited fixed"
+            [[ $command == report ]] && word="format frame measurements"
+            COMPREPLY=($(compgen -W "$word" -- "$current"))
+            return
+            ;;
+        --field | --fields | --page-width | --page-lines) return ;;
+        --settings | --svg | --edit | --database | --layout | -o | --output)
             compopt -o filenames 2>/dev/null
             mapfile -t COMPREPLY < <(compgen -f -- "$current")
             return
@@ -82,19 +94,23 @@ _kavu_cli() {
             "dbase find") common+=" --case --whole" ;;
             "dbase purge") common+=" --yes" ;;
             "xml "*) common+=" --root" ;;
+            "layout set") common+=" --output" ;;
+            report) common+=" --kind --to --layout --page-width --page-lines --output" ;;
             "mdb "*) common+=" --database --database-version" ;;
             store) common+=" --into" ;;
             recover) common+=" --output --partial --list" ;;
         esac
         COMPREPLY=($(compgen -W "$common" -- "$current"))
     elif [[ -z $command ]]; then
-        COMPREPLY=($(compgen -W "check save store tree recover stream rewrite word-frame bus message packet conversions evaluate fit vocabulary get set source link mdb dbase xml" -- "$current"))
+        COMPREPLY=($(compgen -W "check save store tree recover stream rewrite word-frame bus message packet conversions evaluate fit vocabulary get set source link mdb dbase xml layout report" -- "$current"))
     elif [[ $command == source ]]; then
         COMPREPLY=($(compgen -W "list copy rename delete import" -- "$current"))
     elif [[ $command == dbase ]]; then
         COMPREPLY=($(compgen -W "info rows set find purge" -- "$current"))
     elif [[ $command == xml ]]; then
         COMPREPLY=($(compgen -W "select set set-attribute remove" -- "$current"))
+    elif [[ $command == layout ]]; then
+        COMPREPLY=($(compgen -W "new show check set" -- "$current"))
     elif [[ $command == mdb ]]; then
         COMPREPLY=($(compgen -W "info validate list get add put remove convert update-stream save-stream add-bus eu-data eu-apply import profiles" -- "$current"))
     elif [[ $command == link ]]; then
@@ -106,7 +122,7 @@ _kavu_cli() {
         elif [[ $command == vocabulary ]]; then
             compopt +o filenames 2>/dev/null
             COMPREPLY=($(compgen -W "G T R M P D B S A C" -- "$current"))
-        elif [[ $command == fit ]]; then
+        elif [[ $command == fit || $command == layout* ]]; then
             mapfile -t COMPREPLY < <(compgen -f -- "$current")
         else
             while IFS= read -r word; do

@@ -4,6 +4,7 @@
 #include "cli/CommandLineParts.h"
 #include "cli/ImportCommandLine.h"
 #include "cli/MdbCommandLine.h"
+#include "cli/ReportCommandLine.h"
 #include "cli/TableCommandLine.h"
 #include "conversion/CurveFit.h"
 #include "conversion/EuNumbers.h"
@@ -40,6 +41,7 @@ struct RawOptions {
     RawMdb mdb;
     RawImport import;
     RawTable table;
+    RawReport report;
 };
 
 void addCommonOptions(CLI::App& app, CommandLine& line, RawOptions& raw) {
@@ -96,6 +98,7 @@ struct CommandApps {
     std::vector<std::pair<Command, CLI::App*>> edited;
     MdbApps mdb;
     TableApps tables;
+    ReportApps reports;
 };
 
 void addLink(CLI::App& command, CommandLine& line) {
@@ -324,6 +327,7 @@ CommandApps addCommands(CLI::App& app, CommandLine& line, RawOptions& raw) {
     apps.mdb = addMdbCommands(app, line, raw.mdb);
     addImportCommands(apps.mdb, line, raw.import);
     apps.tables = addTableCommands(app, line, raw.table);
+    apps.reports = addReportCommands(app, line, raw.report);
     return apps;
 }
 
@@ -369,7 +373,8 @@ Command chosenCommand(const CommandApps& apps) {
             return command;
         }
     }
-    for (const auto* const commands : {&apps.edited, &apps.mdb.commands, &apps.tables.commands}) {
+    for (const auto* const commands :
+         {&apps.edited, &apps.mdb.commands, &apps.tables.commands, &apps.reports.commands}) {
         for (const auto& [command, chosen] : *commands) {
             if (chosen->parsed()) {
                 return command;
@@ -558,6 +563,7 @@ ParsedCommandLine parseCommandLine(const std::vector<std::string>& arguments) {
         readMdbArguments(apps.mdb, raw.mdb, line);
         readImportArguments(raw.import, line);
         readTableArguments(apps.tables, raw.table, line);
+        readReportArguments(raw.report, line);
         if (auto refused = readAttributeArguments(raw.attributes, line)) {
             throw UsageError{*refused};
         }

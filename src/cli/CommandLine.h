@@ -61,7 +61,12 @@ enum class Command {
     XmlSelect,
     XmlSet,
     XmlSetAttribute,
-    XmlRemove
+    XmlRemove,
+    LayoutNew,
+    LayoutShow,
+    LayoutCheck,
+    LayoutSet,
+    Report
 };
 
 /// When a progress line is shown on standard error.
@@ -118,6 +123,18 @@ struct TableArguments {
     std::optional<std::string> value{};  ///< `xml remove`
 };
 
+/// What the commands of reports take besides the file.
+struct ReportArguments {
+    std::string layout{};  ///< a layout file; empty: the settings
+    /// `layout set`: keys and the values they are to have.
+    std::vector<std::pair<std::string, std::string>> keys{};
+    std::vector<std::string> kinds{};  ///< `report`: as they were named; empty: those checked
+    std::string form = "text";         ///< what is written
+    int pageWidth = 132;               ///< characters on a line
+    int pageLines = 0;                 ///< lines on a page of text; 0 for no page breaks
+    int startPage = 1;
+};
+
 struct CommandLine {
     Command command = Command::Check;
     bool json = false;
@@ -166,6 +183,7 @@ struct CommandLine {
     MdbArguments mdb;  ///< `mdb`
     ImportArguments import;
     TableArguments table;  ///< `dbase`, `xml`
+    ReportArguments report;
 };
 
 /// The command line, or, if there is nothing to run, what to print and how to exit: help

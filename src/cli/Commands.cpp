@@ -5,6 +5,7 @@
 #include "application/Recovery.h"
 #include "application/StoreFacts.h"
 #include "cli/MdbCommands.h"
+#include "cli/ReportCommands.h"
 #include "cli/TerminalText.h"
 #include "conversion/ConversionStore.h"
 #include "core/WorkingStore.h"
@@ -147,6 +148,7 @@ constexpr DocumentCommand kSourceList{nothingToPrepare, sourceListCommand};
 constexpr DocumentCommand kSource{nothingToPrepare, sourceCommand};
 constexpr DocumentCommand kMessage{nothingToPrepare, messageCommand};
 constexpr DocumentCommand kPacket{nothingToPrepare, packetCommand};
+constexpr DocumentCommand kReport{prepareReport, reportCommand};
 
 }  // namespace
 
@@ -186,6 +188,8 @@ const DocumentCommand& documentCommand(Command command) {
             return kMessage;
         case Command::Packet:
             return kPacket;
+        case Command::Report:
+            return kReport;
         case Command::Check:
         case Command::Recover:
         case Command::Fit:

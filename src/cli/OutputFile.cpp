@@ -41,7 +41,7 @@ bool hasSections(std::string_view text) {
 }  // namespace
 
 bool mayWriteOutput(UserInterface* ui, const CommandLine& line, const std::string& path) {
-    for (const auto& input : {line.file, line.otherFile, line.settingsPath}) {
+    for (const auto& input : {line.file, line.otherFile, line.settingsPath, line.report.layout}) {
         bool same = false;
         if (const auto status = probeSameFile(path, input, same); status.ok() && same) {
             return refuse(ui, formatPrintf("'%s' is an input; it is not overwritten.", path),

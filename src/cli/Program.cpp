@@ -7,6 +7,7 @@
 #include "cli/JsonReport.h"
 #include "cli/MdbCommands.h"
 #include "cli/OutputFile.h"
+#include "cli/ReportCommands.h"
 #include "cli/ScriptedInterface.h"
 #include "cli/TableCommands.h"
 #include "cli/TerminalText.h"
@@ -174,7 +175,7 @@ class Run {
     }
 
     [[nodiscard]] bool opensDocument() const {
-        if (isTableCommand(line_.command)) {
+        if (isTableCommand(line_.command) || isLayoutCommand(line_.command)) {
             return false;
         }
         if (isMdbCommand(line_.command)) {
@@ -187,6 +188,9 @@ class Run {
         file_.opened = true;
         if (isTableCommand(line_.command)) {
             return tableCommand(context_, output_);
+        }
+        if (isLayoutCommand(line_.command)) {
+            return layoutCommand(context_, output_);
         }
         if (isMdbCommand(line_.command)) {
             return mdbCommand(context_, output_);
@@ -212,7 +216,7 @@ class Run {
         if (line_.json && !opensDocument()) {
             Json document = output_.members;
             document["messages"] = messageMembers(ui_);
-            if (isMdbCommand(line_.command) || isTableCommand(line_.command)) {
+            if (line_.command != Command::Fit && line_.command != Command::Vocabulary) {
                 document["questions"] = questionMembers(ui_);
             }
             return printed(document);

@@ -33,6 +33,7 @@ ROOMS = {
     "bus": ["definition", "message", "packet"],
     "pcm": ["model", "structure", "read", "write", "undo", "edit", "display"],
     "mdb": ["record", "storage", "dbase", "operations", "import"],
+    "reports": ["layout", "content", "writers", "print", "calibration"],
 }
 # Folders in which a header with its source may need another and be needed by it: the functions of
 # one large class, windows that open each other, and the application that makes what is given it.
@@ -71,6 +72,7 @@ OTHER_FILES = {
     "application/Recovery.cpp": (1, "the raw commands of a load"),
     "cli/Commands.cpp": (2, "copies of the files in a folder of the user"),
     "cli/FitCommand.cpp": (1, "a picture that the user has asked for"),
+    "cli/ReportCommands.cpp": (1, "a report that the user has asked for"),
     "conversion/ConversionEdit.cpp": (6, "the working copy of a record that is being edited"),
     "conversion/ConversionLoader.cpp": (1, "scratch of a load"),
     "conversion/RecordCheck.h": (1, "scratch of a load"),
@@ -107,6 +109,7 @@ OTHER_FILES = {
     "pcm/PcmLoad.cpp": (2, "the message log"),
     "pcm/read/DataChunks.cpp": (3, "the scratch in which a load sorts the measurements"),
     "pcm/write/WordFrameConversion.cpp": (2, "the message log"),
+    "reports/layout/LayoutFile.cpp": (6, "the layout of the user, and its working copy"),
     "xml/XmlDocument.cpp": (1, "the file of the user"),
 }
 
