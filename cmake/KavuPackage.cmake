@@ -62,8 +62,11 @@ set(CPACK_DEBIAN_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 # The libraries come from what the program is linked with, not from a list that ages.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# Printed pages are set in its letters.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "fonts-liberation")
 if(TARGET kavu)
     # What the windows load while they run is not seen in what they are linked with.
-    set(CPACK_DEBIAN_PACKAGE_DEPENDS "fonts-dejavu-core | fonts-freefont-ttf | fonts-noto-core")
+    string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS
+           ", fonts-dejavu-core | fonts-freefont-ttf | fonts-noto-core")
 endif()
 include(CPack)

@@ -12,7 +12,8 @@ _kavu_cli() {
             --settings | --answer | --answer-all | --now | --progress) ((index++)) ;;
             -*) ;;
             check | save | store | tree | recover | stream | rewrite | word-frame | \
-                bus | message | packet | conversions | evaluate | fit | vocabulary | get | set | report)
+                bus | message | packet | conversions | evaluate | fit | vocabulary | get | set | report | \
+                calibration | plots | workbook)
                 command=$word
                 break
                 ;;
@@ -46,7 +47,7 @@ _kavu_cli() {
         --database-version) COMPREPLY=($(compgen -W "0 1 2" -- "$current")); return ;;
         --to)
             word="0 1 2"
-            [[ $command == report ]] && word="text csv"
+            [[ $command == report ]] && word="text csv workbook xlsx pdf html"
             COMPREPLY=($(compgen -W "$word" -- "$current"))
             return
             ;;
@@ -56,7 +57,7 @@ _kavu_cli() {
             COMPREPLY=($(compgen -W "$word" -- "$current"))
             return
             ;;
-        --field | --fields | --page-width | --page-lines) return ;;
+        --field | --fields | --page-width | --page-lines | --start-page | --link) return ;;
         --settings | --svg | --edit | --database | --layout | -o | --output)
             compopt -o filenames 2>/dev/null
             mapfile -t COMPREPLY < <(compgen -f -- "$current")
@@ -95,14 +96,17 @@ _kavu_cli() {
             "dbase purge") common+=" --yes" ;;
             "xml "*) common+=" --root" ;;
             "layout set") common+=" --output" ;;
-            report) common+=" --kind --to --layout --page-width --page-lines --output" ;;
+            report) common+=" --kind --to --layout --page-width --page-lines --start-page --output" ;;
+            calibration) common+=" --link --layout --page-width --start-page --output" ;;
+            plots) common+=" --output" ;;
+            workbook) common+=" --delimited --output" ;;
             "mdb "*) common+=" --database --database-version" ;;
             store) common+=" --into" ;;
             recover) common+=" --output --partial --list" ;;
         esac
         COMPREPLY=($(compgen -W "$common" -- "$current"))
     elif [[ -z $command ]]; then
-        COMPREPLY=($(compgen -W "check save store tree recover stream rewrite word-frame bus message packet conversions evaluate fit vocabulary get set source link mdb dbase xml layout report" -- "$current"))
+        COMPREPLY=($(compgen -W "check save store tree recover stream rewrite word-frame bus message packet conversions evaluate fit vocabulary get set source link mdb dbase xml layout report calibration plots workbook" -- "$current"))
     elif [[ $command == source ]]; then
         COMPREPLY=($(compgen -W "list copy rename delete import" -- "$current"))
     elif [[ $command == dbase ]]; then
@@ -122,7 +126,7 @@ _kavu_cli() {
         elif [[ $command == vocabulary ]]; then
             compopt +o filenames 2>/dev/null
             COMPREPLY=($(compgen -W "G T R M P D B S A C" -- "$current"))
-        elif [[ $command == fit || $command == layout* ]]; then
+        elif [[ $command == fit || $command == workbook || $command == layout* ]]; then
             mapfile -t COMPREPLY < <(compgen -f -- "$current")
         else
             while IFS= read -r word; do

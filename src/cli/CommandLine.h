@@ -66,7 +66,10 @@ enum class Command {
     LayoutShow,
     LayoutCheck,
     LayoutSet,
-    Report
+    Workbook,
+    Report,
+    Calibration,
+    Plots
 };
 
 /// When a progress line is shown on standard error.
@@ -133,6 +136,8 @@ struct ReportArguments {
     int pageWidth = 132;               ///< characters on a line
     int pageLines = 0;                 ///< lines on a page of text; 0 for no page breaks
     int startPage = 1;
+    std::vector<std::string> names{};  ///< `calibration`, `plots`: measurements
+    bool isDelimited = false;          ///< `workbook`: delimited text
 };
 
 struct CommandLine {

@@ -149,6 +149,8 @@ constexpr DocumentCommand kSource{nothingToPrepare, sourceCommand};
 constexpr DocumentCommand kMessage{nothingToPrepare, messageCommand};
 constexpr DocumentCommand kPacket{nothingToPrepare, packetCommand};
 constexpr DocumentCommand kReport{prepareReport, reportCommand};
+constexpr DocumentCommand kCalibration{prepareCalibration, calibrationCommand};
+constexpr DocumentCommand kPlots{prepareCalibration, plotsCommand};
 
 }  // namespace
 
@@ -190,6 +192,10 @@ const DocumentCommand& documentCommand(Command command) {
             return kPacket;
         case Command::Report:
             return kReport;
+        case Command::Calibration:
+            return kCalibration;
+        case Command::Plots:
+            return kPlots;
         case Command::Check:
         case Command::Recover:
         case Command::Fit:

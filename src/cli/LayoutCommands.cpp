@@ -97,11 +97,14 @@ bool newLayout(CommandContext& context, CommandOutput& output, LayoutFile& file)
 }  // namespace
 
 bool isLayoutCommand(Command command) {
-    return command >= Command::LayoutNew && command <= Command::LayoutSet;
+    return command >= Command::LayoutNew && command <= Command::Workbook;
 }
 
 bool layoutCommand(CommandContext& context, CommandOutput& output) {
     const auto& line = context.line;
+    if (line.command == Command::Workbook) {
+        return workbookCommand(context, output);
+    }
     if (!line.output.empty() && !mayWriteOutput(context.ui, line, line.output)) {
         return false;
     }

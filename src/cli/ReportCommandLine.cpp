@@ -12,7 +12,8 @@ namespace kavu::cli {
 namespace {
 
 constexpr auto kReportKinds = std::to_array<std::string_view>({"format", "frame", "measurements"});
-constexpr auto kReportForms = std::to_array<std::string_view>({"text", "csv"});
+constexpr auto kReportForms =
+    std::to_array<std::string_view>({"text", "csv", "workbook", "xlsx", "pdf", "html"});
 
 void addLayoutCommands(CLI::App& app, ReportApps& apps, CommandLine& line, RawReport& raw) {
     auto* const layout = addCommand(app, "layout", "Make, show, check and change a report layout");
@@ -43,6 +44,12 @@ void addLayoutOption(CLI::App& command, CommandLine& line) {
              "RPT");
 }
 
+void addStartPage(CLI::App& command, RawReport& raw) {
+    oneValue(command.add_option("--start-page", raw.startPage,
+                                "The number of the first page (default: 1)"),
+             "N");
+}
+
 void addPageWidth(CLI::App& command, RawReport& raw, const char* help) {
     oneValue(command.add_option("--page-width", raw.pageWidth, help), "N");
 }
@@ -60,13 +67,56 @@ void addReport(CLI::App& app, ReportApps& apps, CommandLine& line, RawReport& ra
         ->type_name("KIND")
         ->take_all()
         ->allow_extra_args(false);
-    oneValue(command->add_option("--to", line.report.form, "text or csv (default: text)"), "FORM");
+    oneValue(command->add_option("--to", line.report.form,
+                                 "text, csv, workbook, xlsx, pdf or html (default: text)"),
+             "FORM");
     addLayoutOption(*command, line);
     addPageWidth(*command, raw,
                  "Characters on a line of text that columns of the frame fit into (default: 132)");
     oneValue(command->add_option("--page-lines", raw.pageLines,
                                  "Lines on a page of text; 0 for no page breaks (default: 0)"),
              "N");
+    addStartPage(*command, raw);
+    oneValue(command->add_option("-o,--output", line.output, "The file to write"), "OUT")
+        ->required();
+}
+
+void addNames(CLI::App& command, CommandLine& line, const char* help, bool isRequired) {
+    command.add_option("NAME", line.report.names, help)->type_name("")->required(isRequired);
+}
+
+void addCalibration(CLI::App& app, ReportApps& apps, CommandLine& line, RawReport& raw) {
+    auto* command = addCommand(app, "calibration", "Make the calibration data sheets of pair sets");
+    apps.commands.emplace_back(Command::Calibration, command);
+    oneValue(command->add_option("FILE", line.file, "The TMATS file"), "")->required();
+    addNames(*command, line, "Measurements (default: all pair sets with a curve fit)", false);
+    oneValue(command->add_option("--link", line.link,
+                                 "The stream that places and word lengths come from"),
+             "LINK");
+    addLayoutOption(*command, line);
+    addStartPage(*command, raw);
+    addPageWidth(*command, raw,
+                 "Characters on a line that two halves of the table fit into (default: 132)");
+    oneValue(command->add_option("-o,--output", line.output,
+                                 "The file to write: PDF, or text if its name ends in .txt"),
+             "OUT");
+
+    command = addCommand(app, "plots", "Draw the curves of up to eight measurements");
+    apps.commands.emplace_back(Command::Plots, command);
+    oneValue(command->add_option("FILE", line.file, "The TMATS file"), "")->required();
+    addNames(*command, line, "The measurements", true);
+    oneValue(command->add_option("-o,--output", line.output,
+                                 "The file to write: SVG or PNG by the end of its name, else PDF"),
+             "OUT");
+}
+
+void addWorkbook(CLI::App& app, ReportApps& apps, CommandLine& line) {
+    auto* const command =
+        addCommand(app, "workbook", "Write a workbook from a description of its sheets");
+    apps.commands.emplace_back(Command::Workbook, command);
+    oneValue(command->add_option("SHEETS", line.file, "The description, a JSON file"), "")
+        ->required();
+    command->add_flag("--delimited", line.report.isDelimited, "Delimited text in place of it");
     oneValue(command->add_option("-o,--output", line.output, "The file to write"), "OUT")
         ->required();
 }
@@ -94,6 +144,8 @@ ReportApps addReportCommands(CLI::App& app, CommandLine& line, RawReport& raw) {
     ReportApps apps;
     addLayoutCommands(app, apps, line, raw);
     addReport(app, apps, line, raw);
+    addCalibration(app, apps, line, raw);
+    addWorkbook(app, apps, line);
     return apps;
 }
 
@@ -109,7 +161,7 @@ void readReportArguments(const RawReport& raw, CommandLine& line) {
     for (const auto& kind : report.kinds) {
         requireWord("--kind", kReportKinds, kind, "format, frame or measurements");
     }
-    requireWord("--to", kReportForms, report.form, "text or csv");
+    requireWord("--to", kReportForms, report.form, "text, csv, workbook, xlsx, pdf or html");
     if (report.form == "csv" &&
         std::find(report.kinds.begin(), report.kinds.end(), "format") != report.kinds.end()) {
         throw UsageError{"report: there is no delimited form of the format's attributes"};

@@ -1,4 +1,5 @@
-// The part of the command line for reports and their layouts: `layout`, `report`.
+// The part of the command line for reports and their layouts: `layout`, `report`, `calibration`,
+// `plots`, `workbook`.
 #pragma once
 
 #include "cli/CommandLine.h"

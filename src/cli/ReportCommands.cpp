@@ -7,12 +7,18 @@
 #include "cli/ScriptedInterface.h"
 #include "cli/TerminalText.h"
 #include "core/TmatsDocument.h"
+#include "core/WorkingStore.h"
 #include "core/files/FileIo.h"
 #include "core/talk/Messages.h"
 #include "core/text/Printf.h"
 #include "groups/DataSources.h"
 #include "reports/StreamReports.h"
+#include "reports/print/ReportPrinter.h"
+#include "reports/writers/ExcelXmlWriter.h"
+#include "reports/writers/HtmlWriter.h"
+#include "reports/writers/ReportWorkbook.h"
 #include "reports/writers/TextWriter.h"
+#include "reports/writers/XlsxWriter.h"
 
 #include <algorithm>
 #include <array>
@@ -67,27 +73,62 @@ class MadeReports {
         }
     }
     [[nodiscard]] const Json& names() const { return names_; }
-    [[nodiscard]] std::string bytes(const ReportArguments& line) const {
-        return line.form == "csv"
-                   ? delimited_
-                   : reportText(reports_, {.pageWidth = static_cast<std::size_t>(line.pageWidth),
-                                           .pageLines = static_cast<std::size_t>(line.pageLines)});
+    /// The output in the form of the line.
+    IoStatus write(CommandContext& context, const ReportLayout& layout, std::string& bytes) const {
+        const auto& line = context.line.report;
+        const auto& document = context.application.context();
+        if (line.form == "csv") {
+            bytes = delimited_;
+        } else if (line.form == "workbook") {
+            ExcelXmlWriter workbook(context.ui);
+            writeAll(workbook);
+            bytes = workbook.document();
+        } else if (line.form == "xlsx") {
+            XlsxWriter workbook(document.store.folder(), document.clock.now());
+            writeAll(workbook);
+            return workbook.finish(bytes);
+        } else if (line.form == "pdf") {
+            bytes = printReports(document, layout, reports_, line.startPage);
+        } else if (line.form == "html") {
+            bytes = htmlPage(reports_);
+        } else {
+            bytes = reportText(reports_, {.pageWidth = static_cast<std::size_t>(line.pageWidth),
+                                          .pageLines = static_cast<std::size_t>(line.pageLines)});
+        }
+        return {};
     }
 
   private:
+    void writeAll(WorkbookWriter& workbook) const {
+        for (const auto& report : reports_) {
+            writeSheets(report, workbook);
+        }
+    }
+
     std::vector<ReportContent> reports_;
     std::string delimited_;
     Json names_ = Json::array();
 };
 
-bool writeMade(CommandContext& context, CommandOutput& output, const MadeReports& made,
-               bool wasWanted) {
+bool reportFailure(const CommandContext& context, const IoStatus& status) {
+    if (!status.ok()) {
+        context.application.context().messages.show(
+            context.ui, 403, title::kError, kErrorBox,
+            formatPrintf("Can't open '%s'\n\nReason: %s", status.path(), status.reason()));
+    }
+    return status.ok();
+}
+
+bool writeMade(CommandContext& context, CommandOutput& output, const ReportLayout& layout,
+               const MadeReports& made, bool wasWanted) {
     output.members["reports"] = made.names();
     if (made.names().empty()) {
         output.text = wasWanted ? "" : "There is nothing to make.\n";
         return !wasWanted;
     }
-    return writeReport(context, output, made.bytes(context.line.report));
+    std::string bytes;
+    return reportFailure(context, made.write(context, layout, bytes)) &&
+           writeReport(context, output, bytes);
 }
 
 bool makeReports(CommandContext& context, CommandOutput& output, const LineLayout& layout,
@@ -106,11 +147,11 @@ bool makeReports(CommandContext& context, CommandOutput& output, const LineLayou
         made.make(source, kind, context.line.report.form == "csv");
         if (cancelRequested(context.ui)) {
             // What there is of a frame is kept.
-            (void)writeMade(context, output, made, isWanted);
+            (void)writeMade(context, output, layout.layout(), made, isWanted);
             return false;
         }
     }
-    return writeMade(context, output, made, isWanted);
+    return writeMade(context, output, layout.layout(), made, isWanted);
 }
 
 bool reportBus(CommandContext& context, CommandOutput& output, const LineLayout& layout) {
@@ -138,11 +179,7 @@ bool prepareReport(CommandContext& context) {
 
 bool writeReport(CommandContext& context, CommandOutput& output, std::string_view bytes) {
     const auto& path = context.line.output;
-    const auto status = replaceUserFile(path, bytes);
-    if (!status.ok()) {
-        context.application.context().messages.show(
-            context.ui, 403, title::kError, kErrorBox,
-            formatPrintf("Can't open '%s'\n\nReason: %s", status.path(), status.reason()));
+    if (!reportFailure(context, replaceUserFile(path, bytes))) {
         return false;
     }
     output.members["output"] = jsonText(path);
@@ -154,7 +191,7 @@ bool reportCommand(CommandContext& context, CommandOutput& output) {
     auto& document = context.application.context();
     const auto& link = context.line.link;
     const LineLayout layout(context);
-    if (!layout.isOpen()) {
+    if (!layout.isOpen() || !isFirstPage(context)) {
         return false;
     }
     if (streamKindOfLink(document, context.ui, link) == StreamKind::Bus) {

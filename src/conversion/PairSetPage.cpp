@@ -13,23 +13,27 @@ namespace kavu {
 
 namespace {
 
-constexpr std::string_view kZero = "ZeroCal";
-constexpr std::string_view kCal = "RCal";
+constexpr std::string_view kZero = seriespair::kZero;
+constexpr std::string_view kCal = seriespair::kCal;
 
 }  // namespace
 
-FitInput PairSetPage::input(int bits) const {
-    const ProfileFile file(context_.store.pathOf(working::kData1));
-    const auto options = FitOptions::read(context_.settings);
-    const auto pairs = PairSet::read(file, name_, options.sorted, PairSet::Rows::All);
+FitInput fitInputOf(const ProfileFile& file, const std::string& name, bool sorted, int bits) {
+    const auto pairs = PairSet::read(file, name, sorted, PairSet::Rows::All);
     FitInput input;
     input.x = pairs.telemetryValues();
     input.y = pairs.engineeringValues();
-    input.order = file.integer(name_, c::kPs2.code, 1);
-    input.limits = {file.value(name_, c::kMot1.code, ""), file.value(name_, c::kMot2.code, ""),
-                    file.value(name_, c::kMot3.code, ""), file.value(name_, c::kMot4.code, "")};
+    input.order = file.integer(name, c::kPs2.code, 1);
+    input.limits = {file.value(name, c::kMot1.code, ""), file.value(name, c::kMot2.code, ""),
+                    file.value(name, c::kMot3.code, ""), file.value(name, c::kMot4.code, "")};
     input.bits = bits;
-    input.binaryFormat = file.value(name_, c::kBfm.code, "");
+    input.binaryFormat = file.value(name, c::kBfm.code, "");
+    return input;
+}
+
+FitInput PairSetPage::input(int bits) const {
+    const ProfileFile file(context_.store.pathOf(working::kData1));
+    auto input = fitInputOf(file, name_, FitOptions::read(context_.settings).sorted, bits);
     const auto series = openSeries();
     input.series = series.on;
     input.zero = series.zero;

@@ -15,12 +15,23 @@ class ConversionStore;
 class ProfileFile;
 class UserInterface;
 
+/// The private pairs that hold the series.
+namespace seriespair {
+inline constexpr std::string_view kZero = "ZeroCal";
+inline constexpr std::string_view kCal = "RCal";
+}  // namespace seriespair
+
 /// The zero and the cal value of the series plot, kept in the record's private pairs.
 struct SeriesValues {
     std::string zero;
     std::string cal;
     bool on = false;
 };
+
+/// What a refit of a record works on, without its series: pairs, order, limits, binary format.
+/// `bits` is the word length of the measurement, 0 if it is not known.
+[[nodiscard]] FitInput fitInputOf(const ProfileFile& file, const std::string& name, bool sorted,
+                                  int bits);
 
 class PairSetPage {
   public:

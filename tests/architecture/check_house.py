@@ -47,6 +47,8 @@ LIBRARIES = [
     (re.compile(r"<CLI/"), ["cli"], "the command line parser"),
     (re.compile(r"<nlohmann/"), ["cli"], "the JSON library"),
     (re.compile(r"<pugixml\.hpp>"), XML_AND_RIGHT, "the XML parser"),
+    (re.compile(r"<(cairo|pango/)"), ["drawing"], "the library of pages"),
+    (re.compile(r"<xlsxwriter"), ["reports"], "the library of workbooks"),
 ]
 
 # Files of the open document change through core/document/DocumentFiles alone: former contents are
@@ -109,6 +111,7 @@ OTHER_FILES = {
     "pcm/PcmLoad.cpp": (2, "the message log"),
     "pcm/read/DataChunks.cpp": (3, "the scratch in which a load sorts the measurements"),
     "pcm/write/WordFrameConversion.cpp": (2, "the message log"),
+    "reports/writers/XlsxWriter.cpp": (1, "scratch of a workbook"),
     "reports/layout/LayoutFile.cpp": (6, "the layout of the user, and its working copy"),
     "xml/XmlDocument.cpp": (1, "the file of the user"),
 }
@@ -426,6 +429,8 @@ PLANTS = [
     ("core/A.cpp", "#include <nlohmann/json.hpp>\n", "may not see the JSON library"),
     ("application/A.cpp", "#include <CLI/CLI.hpp>\n", "may not see the command line parser"),
     ("pcm/A.cpp", "#include <pugixml.hpp>\n", "may not see the XML parser"),
+    ("reports/A.cpp", "#include <cairo-pdf.h>\n", "may not see the library of pages"),
+    ("cli/A.cpp", "#include <xlsxwriter.h>\n", "may not see the library of workbooks"),
     ("core/A.cpp", "// TODO" ": later\n", "left to do"),
     ("app/A.cpp", "    context.document.changed = true;\n", "outside the history"),
     ("groups/A.cpp", "    document->changed = false;\n", "outside the history"),

@@ -127,6 +127,17 @@ class TextReportTest(ReportTest):
         self.assertEqual(document["reports"], [])
         self.assertFalse(self.exists("none.txt"))
 
+    def test_every_style_and_report_is_the_golden_one_as_workbook_and_as_web_page(self):
+        name = self.layout(*ALL_COLUMNS)
+        for form, end in (("workbook", "xml"), ("html", "html")):
+            for style in ("1", "2", "3"):
+                self.layout("MFReptStyle=" + style)
+                self.report("--kind", "frame", "--to", form, "--layout", name, link="PCM Stream 3")
+                self.assertGolden("frame-style-%s.%s" % (style, end))
+            for kind in ("format", "measurements"):
+                self.report("--kind", kind, "--to", form, "--layout", name, link="PCM Stream 3")
+                self.assertGolden("%s.%s" % (kind, end))
+
     def test_reports_are_made_in_their_order_and_divided_by_a_form_feed(self):
         name = self.layout("Fmt=1", "FrameRpt=1", "MesRpt=1")
         document = self.report("--layout", name)

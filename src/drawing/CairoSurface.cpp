@@ -1,0 +1,284 @@
+#include "drawing/CairoSurface.h"
+
+#include "core/text/TextEncoding.h"
+
+#include <algorithm>
+#include <array>
+#include <cairo-pdf.h>
+#include <cairo.h>
+#include <numbers>
+#include <pango/pangocairo.h>
+#include <utility>
+#include <vector>
+
+namespace kavu {
+
+namespace {
+
+constexpr double kDefaultHeight = 9;
+
+cairo_status_t append(void* closure, const unsigned char* data, unsigned int length) {
+    static_cast<std::string*>(closure)->append(reinterpret_cast<const char*>(data), length);
+    return CAIRO_STATUS_SUCCESS;
+}
+
+void setColour(cairo_t* cairo, DrawingColour colour) {
+    constexpr double kMost = 255;
+    cairo_set_source_rgb(cairo, static_cast<double>((colour >> 16U) & 0xFFU) / kMost,
+                         static_cast<double>((colour >> 8U) & 0xFFU) / kMost,
+                         static_cast<double>(colour & 0xFFU) / kMost);
+}
+
+std::vector<double> dashesOf(LineStyle style) {
+    switch (style) {
+        case LineStyle::Dash:
+            return {6, 3};
+        case LineStyle::Dot:
+            return {1.5, 2};
+        case LineStyle::DashDot:
+            return {6, 3, 1.5, 3};
+        case LineStyle::DashDotDot:
+            return {6, 3, 1.5, 2, 1.5, 3};
+        default:
+            return {};
+    }
+}
+
+/// The same metrics, and free to be embedded.
+const char* familyOf(const std::string& family) {
+    return family == "Courier" ? "Liberation Mono" : "Liberation Sans";
+}
+
+/// Control characters are no text; a line break would begin a second line.
+std::string shownText(std::string_view bytes) {
+    auto text = toUtf8(bytes);
+    std::replace_if(
+        text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20; }, ' ');
+    return text;
+}
+
+}  // namespace
+
+struct CairoSurface::Parts {
+    Parts() = default;
+    Parts(const Parts&) = delete;
+    Parts& operator=(const Parts&) = delete;
+    ~Parts() { finish(); }
+
+    std::string bytes{};
+    cairo_surface_t* surface = nullptr;
+    cairo_t* cairo = nullptr;
+    PangoLayout* layout = nullptr;
+    DrawingFont font{};
+    bool hasFont = false;
+
+    /// REQUIRES: the surface is made.
+    void begin() {
+        cairo = cairo_create(surface);
+        layout = pango_cairo_create_layout(cairo);
+        pango_layout_set_single_paragraph_mode(layout, 1);
+    }
+    void finish() {
+        if (layout != nullptr) {
+            g_object_unref(std::exchange(layout, nullptr));
+        }
+        if (cairo != nullptr) {
+            cairo_destroy(std::exchange(cairo, nullptr));
+        }
+        if (surface != nullptr) {
+            cairo_surface_finish(surface);
+            cairo_surface_destroy(std::exchange(surface, nullptr));
+        }
+    }
+    /// Puts a text into the layout.
+    void set(std::string_view text, const DrawingFont& wanted) {
+        if (!hasFont || font.family != wanted.family || font.height != wanted.height ||
+            font.bold != wanted.bold) {
+            auto* const description = pango_font_description_new();
+            pango_font_description_set_family(description, familyOf(wanted.family));
+            pango_font_description_set_absolute_size(
+                description, (wanted.height > 0 ? wanted.height : kDefaultHeight) * PANGO_SCALE);
+            pango_font_description_set_weight(
+                description, wanted.bold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
+            pango_layout_set_font_description(layout, description);
+            pango_font_description_free(description);
+            font = wanted;
+            hasFont = true;
+        }
+        const auto shown = shownText(text);
+        pango_layout_set_text(layout, shown.data(), static_cast<int>(shown.size()));
+    }
+};
+
+CairoSurface::CairoSurface(std::unique_ptr<Parts> parts) : parts_(std::move(parts)) {}
+
+CairoSurface::~CairoSurface() = default;
+
+bool CairoSurface::setPen(const DrawingPen& pen) {
+    pen_ = pen;
+    return true;
+}
+
+void CairoSurface::setHollowBrush() {
+    hasBrush_ = false;
+}
+
+void CairoSurface::setSolidBrush(DrawingColour colour) {
+    hasBrush_ = true;
+    brush_ = colour;
+}
+
+void CairoSurface::fillAndStroke() {
+    auto* const cairo = parts_->cairo;
+    if (hasBrush_) {
+        setColour(cairo, brush_);
+        cairo_fill_preserve(cairo);
+    }
+    if (pen_.style != LineStyle::None) {
+        setColour(cairo, pen_.colour);
+        // A line of a pixel on a screen is half a point on paper.
+        cairo_set_line_width(cairo, pen_.width * 0.5);
+        const auto dashes = dashesOf(pen_.style);
+        cairo_set_dash(cairo, dashes.data(), static_cast<int>(dashes.size()), 0);
+        cairo_stroke_preserve(cairo);
+    }
+    cairo_new_path(cairo);
+}
+
+void CairoSurface::line(DrawingPoint from, DrawingPoint to) {
+    cairo_move_to(parts_->cairo, from.x, from.y);
+    cairo_line_to(parts_->cairo, to.x, to.y);
+    const bool hadBrush = std::exchange(hasBrush_, false);
+    fillAndStroke();
+    hasBrush_ = hadBrush;
+}
+
+void CairoSurface::rectangle(const DrawingRect& rect) {
+    cairo_rectangle(parts_->cairo, rect.left, rect.top, rect.width(), rect.height());
+    fillAndStroke();
+}
+
+void CairoSurface::ellipse(const DrawingRect& rect) {
+    auto* const cairo = parts_->cairo;
+    if (rect.width() <= 0 || rect.height() <= 0) {
+        return;
+    }
+    cairo_save(cairo);
+    cairo_translate(cairo, (rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2);
+    cairo_scale(cairo, rect.width() / 2, rect.height() / 2);
+    cairo_new_sub_path(cairo);
+    cairo_arc(cairo, 0, 0, 1, 0, 2 * std::numbers::pi);
+    cairo_restore(cairo);
+    fillAndStroke();
+}
+
+void CairoSurface::polygon(std::span<const DrawingPoint> points) {
+    for (const auto& point : points) {
+        cairo_line_to(parts_->cairo, point.x, point.y);
+    }
+    cairo_close_path(parts_->cairo);
+    fillAndStroke();
+}
+
+DrawingSize CairoSurface::textSize(std::string_view text, const DrawingFont& font) const {
+    parts_->set(text, font);
+    int width = 0;
+    int height = 0;
+    pango_layout_get_size(parts_->layout, &width, &height);
+    return {static_cast<double>(width) / PANGO_SCALE, static_cast<double>(height) / PANGO_SCALE};
+}
+
+void CairoSurface::text(DrawingPoint at, std::string_view text, const DrawingFont& font) {
+    auto* const cairo = parts_->cairo;
+    parts_->set(text, font);
+    cairo_save(cairo);
+    setColour(cairo, 0);
+    cairo_translate(cairo, at.x, at.y);
+    cairo_rotate(cairo, -font.angle * std::numbers::pi / 180);
+    cairo_move_to(cairo, 0, 0);
+    pango_cairo_show_layout(cairo, parts_->layout);
+    cairo_restore(cairo);
+    cairo_new_path(cairo);
+}
+
+void CairoSurface::clip(const DrawingRect& rect) {
+    releaseClip();
+    cairo_save(parts_->cairo);
+    cairo_rectangle(parts_->cairo, rect.left, rect.top, rect.width(), rect.height());
+    cairo_clip(parts_->cairo);
+    isClipped_ = true;
+}
+
+void CairoSurface::releaseClip() {
+    if (isClipped_) {
+        cairo_restore(parts_->cairo);
+        isClipped_ = false;
+    }
+}
+
+// --- PDF --------------------------------------------------------------------------------------
+
+PdfSurface::PdfSurface(const PdfSetup& setup) : CairoSurface(std::make_unique<Parts>()) {
+    auto& made = parts();
+    made.surface = cairo_pdf_surface_create_for_stream(append, &made.bytes, setup.paper.width,
+                                                       setup.paper.height);
+    const auto put = [&](cairo_pdf_metadata_t kind, const std::string& text) {
+        cairo_pdf_surface_set_metadata(made.surface, kind, toUtf8(text).c_str());
+    };
+    put(CAIRO_PDF_METADATA_TITLE, setup.title);
+    put(CAIRO_PDF_METADATA_AUTHOR, setup.author);
+    put(CAIRO_PDF_METADATA_CREATE_DATE, setup.created);
+    made.begin();
+    paper_ = {0, 0, setup.paper.width, setup.paper.height};
+    setArea({setup.margin, setup.margin, setup.paper.width - setup.margin,
+             setup.paper.height - setup.margin});
+}
+
+bool PdfSurface::startPage() {
+    if (!inPage_) {
+        inPage_ = true;
+        ++pages_;
+        textLine_ = area().top;
+    }
+    return true;
+}
+
+void PdfSurface::endPage() {
+    if (inPage_) {
+        releaseClip();
+        cairo_show_page(parts().cairo);
+        inPage_ = false;
+    }
+}
+
+void PdfSurface::addOutline(std::string_view text) {
+    const auto target = "page=" + std::to_string(pages_);
+    cairo_pdf_surface_add_outline(parts().surface, CAIRO_PDF_OUTLINE_ROOT, shownText(text).c_str(),
+                                  target.c_str(), CAIRO_PDF_OUTLINE_FLAG_OPEN);
+}
+
+std::string PdfSurface::document() {
+    endPage();
+    parts().finish();
+    return std::move(parts().bytes);
+}
+
+// --- PNG --------------------------------------------------------------------------------------
+
+PngSurface::PngSurface(int width, int height) : CairoSurface(std::make_unique<Parts>()) {
+    auto& made = parts();
+    made.surface = cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height);
+    made.begin();
+    setColour(made.cairo, 0xFFFFFF);
+    cairo_paint(made.cairo);
+    setArea({0, 0, static_cast<double>(width), static_cast<double>(height)});
+}
+
+std::string PngSurface::document() {
+    auto& made = parts();
+    (void)cairo_surface_write_to_png_stream(made.surface, append, &made.bytes);
+    made.finish();
+    return std::move(made.bytes);
+}
+
+}  // namespace kavu
