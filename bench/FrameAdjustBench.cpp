@@ -17,8 +17,8 @@ using bench::kFrames;
 using bench::StreamWorld;
 
 constexpr int kPairs = 1022;  // of words, half a frame apart; before them sync word and counter
-constexpr int kWords = 2 + 2 * kPairs;
-constexpr int kInEachWord = 20;
+constexpr int kWordsOfPairs = 2 + 2 * kPairs;
+constexpr int kSharingWord = 20;
 
 std::string commands(const std::string& head, std::initializer_list<const char*> texts) {
     std::string text;
@@ -33,19 +33,19 @@ std::string frame() {
                               "MF5:111110101111001100100000", "ISF\\N:1", "ISF1-1:SFID",
                               "ISF2-1:ID", "IDC1-1:1", "IDC2-1:16", "IDC4-1:8", "IDC6-1:1",
                               "IDC7-1:1", "IDC8-1:256", "IDC9-1:256", "IDC10-1:INC"}) +
-           "P-1\\MF1:" + std::to_string(kWords) +
-           ";\r\nP-1\\MF2:" + std::to_string(24 + 16 * (kWords - 1)) + ";\r\n";
+           "P-1\\MF1:" + std::to_string(kWordsOfPairs) +
+           ";\r\nP-1\\MF2:" + std::to_string(24 + 16 * (kWordsOfPairs - 1)) + ";\r\n";
 }
 
 std::string data() {
     std::string text = commands("D-1\\", {"DLN:S", "ML\\N:1", "MLN-1:L"}) +
-                       "D-1\\MN\\N-1:" + std::to_string(kPairs * kInEachWord) + ";\r\n";
-    for (int m = 1; m <= kPairs * kInEachWord; ++m) {
+                       "D-1\\MN\\N-1:" + std::to_string(kPairs * kSharingWord) + ";\r\n";
+    for (int m = 1; m <= kPairs * kSharingWord; ++m) {
         const auto at = "-1-" + std::to_string(m);
         const auto add = [&](const std::string& code, const std::string& value) {
             text += "D-1\\" + code + ":" + value + ";\r\n";
         };
-        const int word = 2 + (m - 1) / kInEachWord;
+        const int word = 2 + (m - 1) / kSharingWord;
         add("MN" + at, "MEASUREMENT-" + std::to_string(m));
         add("LT" + at, "WDFR");
         add("MML\\N" + at, "1");
@@ -53,8 +53,8 @@ std::string data() {
         add("WP" + at + "-1-1", std::to_string(word));
         add("WI" + at + "-1-1", std::to_string(kPairs));
         add("EWP" + at + "-1-1", std::to_string(word + kPairs));
-        add("FP" + at + "-1-1", std::to_string(1 + m % kInEachWord));
-        add("FI" + at + "-1-1", std::to_string(kInEachWord));
+        add("FP" + at + "-1-1", std::to_string(1 + m % kSharingWord));
+        add("FI" + at + "-1-1", std::to_string(kSharingWord));
         add("EFP" + at + "-1-1", std::to_string(kFrames));
         add("WFM" + at + "-1-1", "FW");
         add("WFP" + at + "-1-1", "1");

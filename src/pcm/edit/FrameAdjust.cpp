@@ -6,6 +6,7 @@
 #include "pcm/edit/CounterRefit.h"
 #include "pcm/edit/IntervalRefit.h"
 #include "pcm/edit/RangeRefit.h"
+#include "pcm/edit/SentValues.h"
 #include "pcm/edit/SideLocations.h"
 #include "pcm/model/FrameEditLists.h"
 #include "pcm/model/MeasurementCell.h"
@@ -63,48 +64,6 @@ std::vector<int> sentWords(const PcmFormat& format, std::string_view name) {
         }
     }
     return words;
-}
-
-/// Each cell of a measurement as a value of its own.
-SentValues shownValues(const PcmFormat& format, std::string_view name, const FrameShape& shape) {
-    const auto& cells = format.cells();
-    auto places = cells.places(name);
-    places.erase(std::unique(places.begin(), places.end()), places.end());
-    std::vector<LocationPlaces> locations;
-    std::vector<CellRef> found;
-    const int number = cells.nameNumber(name);
-    // Parts of one value may share a cell: each counts.
-    std::map<std::pair<int, std::string>, std::vector<std::vector<int>>> layers;
-    for (const auto& place : places) {
-        cells.cellsAt(place.word, place.index, number, found);
-        const int frame = shape.hasFrames(place.word) ? place.index : 0;
-        for (const auto& at : found) {
-            auto& all = layers[{place.word, cells.measurement(at).mask.str()}];
-            const auto free = std::find_if(
-                all.begin(), all.end(), [&](const auto& frames) { return frames.back() != frame; });
-            (free == all.end() ? all.emplace_back() : *free).push_back(frame);
-        }
-    }
-    for (auto& [key, all] : layers) {
-        for (auto& frames : all) {
-            auto& location = locations.emplace_back();
-            WordFrameFragment fragment;
-            fragment.mask = key.second;
-            location.fragments.push_back(fragment);
-            location.steps.push_back({{key.first, std::move(frames)}});
-        }
-    }
-    return sentValues(locations, shape);
-}
-
-/// Values without the orders of their parts, which no cell has.
-SentValues withoutOrders(SentValues values) {
-    for (auto& value : values) {
-        for (auto& part : value) {
-            part.order = 'D';
-        }
-    }
-    return values;
 }
 
 /// A stream before an edit of its frame.
@@ -267,10 +226,11 @@ class Adjustment {
         if (definition == nullptr) {
             return false;
         }
-        const auto found =
-            sentValues(loadedPlaces(format_, *definition, loaded.shape), loaded.shape);
-        return partsOf(withoutOrders(found), loaded.now.frames) ==
-               partsOf(shownValues(format_, name, loaded.now), loaded.now.frames);
+        MaskNumbers masks;
+        const SentValues found(loadedPlaces(format_, *definition, loaded.shape), loaded.shape,
+                               masks);
+        return found.parts(loaded.now.frames, false) ==
+               shownParts(format_, name, loaded.now, masks);
     }
 
     /// Where the values of a measurement are now, each with its parts as before the edit.
@@ -361,22 +321,20 @@ class Adjustment {
         if (definition == nullptr) {
             return {};
         }
-        const auto stored =
-            sentValues(loadedPlaces(format_, *definition, loaded.shape), loaded.shape);
-        const auto shown = sentValues(moved(name, *definition, loaded.now), loaded.now);
+        MaskNumbers masks;
+        const SentValues stored(loadedPlaces(format_, *definition, loaded.shape), loaded.shape,
+                                masks);
+        const SentValues shown(moved(name, *definition, loaded.now), loaded.now, masks);
         if (stored == shown) {
             return {};
         }
         if (stored.empty()) {
             return "lost";
         }
-        SentValues same;
-        std::set_intersection(stored.begin(), stored.end(), shown.begin(), shown.end(),
-                              std::back_inserter(same));
-        return same.size() == stored.size()
-                   ? formatPrintf("%d of %d places", static_cast<int>(same.size()),
-                                  static_cast<int>(shown.size()))
-                   : "elsewhere";
+        const auto same = stored.countCommon(shown);
+        return same == stored.size() ? formatPrintf("%d of %d places", static_cast<int>(same),
+                                                    static_cast<int>(shown.size()))
+                                     : "elsewhere";
     }
 
     [[nodiscard]] std::string fateOfOlder(const std::string& name, const Loaded& loaded) const {
@@ -470,7 +428,8 @@ class Adjustment {
         if (definition == nullptr) {
             return {};
         }
-        auto made = refitRanges(format_, moved(name, *definition, loaded.now), loaded.shape);
+        auto made =
+            refitRanges(format_, moved(name, *definition, loaded.now), loaded.now, loaded.shape);
         if (!made || made->locations.empty()) {
             return {};
         }

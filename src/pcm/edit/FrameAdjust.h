@@ -18,7 +18,8 @@ enum class FrameEdit { MovesWords, ChangesSize };
 /// Makes an edit of the frame, which states where each word has moved; it begins as a list of all
 /// words where they are. Measurements whose definitions the next load would not find where the
 /// display shows them, and those that lose places, are named in one question:
-///  - "Adjust" rebuilds the definitions from the cells: by ranges and intervals where these give the
+///  - "Adjust" rebuilds the definitions from the cells: by ranges and intervals where these give
+///  the
 ///    places, else by several locations or a list. Frames that are added extend what was in every
 ///    frame, from 106-11 on by the ID counters that counted all frames. ID counters close the gap
 ///    of one that is gone, and the word of the format identifier and the first tag move along.

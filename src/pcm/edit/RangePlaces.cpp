@@ -6,8 +6,6 @@
 #include "pcm/write/WrittenRange.h"
 
 #include <algorithm>
-#include <span>
-#include <tuple>
 
 namespace kavu {
 
@@ -17,6 +15,9 @@ const std::vector<int> kEveryFrame{0};
 
 std::vector<int> steps(int start, int interval, int end) {
     std::vector<int> result;
+    result.reserve(start > end    ? 0
+                   : interval < 1 ? 1
+                                  : static_cast<std::size_t>((end - start) / interval) + 1);
     for (int at = start; at <= end; at += interval) {
         result.push_back(at);
         if (interval < 1) {
@@ -51,52 +52,6 @@ bool goTogether(const std::vector<std::vector<WordFrames>>& byFragment) {
             words.begin(), words.end(), byFragment.front().begin(), byFragment.front().end(),
             [](const auto& a, const auto& b) { return a.frames.size() == b.frames.size(); });
     });
-}
-
-/// The frames in which cells are sent, repetitions added; all frames are 0.
-std::vector<int> sentFrames(const std::vector<int>& cells, const FrameShape& shape, int fwp) {
-    if (cells == kEveryFrame) {
-        return cells;
-    }
-    std::vector<int> frames;
-    for (int first = 0; first < shape.frames; first += shape.period(fwp)) {
-        for (const int cell : cells) {
-            if (first + cell <= shape.frames) {
-                frames.push_back(first + cell);
-            }
-        }
-    }
-    return static_cast<int>(frames.size()) == shape.frames ? kEveryFrame : frames;
-}
-
-void addValues(SentValues& values, const LocationPlaces& places, const FrameShape& shape,
-               const std::vector<WordFrames>& step, std::size_t fragment) {
-    std::vector<std::vector<SentPart>> parts;
-    for (std::size_t i = 0; i < step.size(); ++i) {
-        if (step[i].fwp < 0) {
-            continue;
-        }
-        const auto& source = places.fragments[places.isPaired ? i : fragment];
-        auto& list = parts.emplace_back();
-        for (const int fn : sentFrames(step[i].frames, shape, step[i].fwp)) {
-            list.push_back({step[i].fwp, fn, source.mask.str(), source.transferOrder});
-        }
-    }
-    const bool together = places.isPaired && std::all_of(parts.begin(), parts.end(), [&](auto& p) {
-                              return p.size() == parts.front().size();
-                          });
-    for (std::size_t t = 0; together && !parts.empty() && t < parts.front().size(); ++t) {
-        auto& value = values.emplace_back();
-        for (const auto& list : parts) {
-            value.push_back(list[t]);
-        }
-    }
-    if (!together) {
-        auto& value = values.emplace_back();
-        for (const auto& list : parts) {
-            value.insert(value.end(), list.begin(), list.end());
-        }
-    }
 }
 
 /// True if a load finds the fragment in some frames of a plain word, and has no counter for the
@@ -286,62 +241,6 @@ std::vector<LocationPlaces> loadedPlaces(PcmFormat& format, const WordFrameDefin
         locations.push_back(placesOf(taken, loaded));
     }
     return locations;
-}
-
-SentValues sentValues(const std::vector<LocationPlaces>& locations, const FrameShape& shape) {
-    SentValues values;
-    for (const auto& places : locations) {
-        for (std::size_t i = 0; i < places.steps.size(); ++i) {
-            addValues(values, places, shape, places.steps[i], i);
-        }
-    }
-    std::sort(values.begin(), values.end());
-    return values;
-}
-
-namespace {
-
-/// Adds parts of the same bits of a word, sorted by their frames.
-void addJoined(SentValues& values, std::span<const SentPart> parts, int frames) {
-    std::vector<int> count(static_cast<std::size_t>(frames) + 1);
-    for (const auto& part : parts) {
-        ++count[static_cast<std::size_t>(part.fn)];
-    }
-    const int full = frames < 1 ? 0 : *std::min_element(count.begin() + 1, count.end());
-    for (std::size_t fn = 0; fn < count.size(); ++fn) {
-        const int left = fn == 0 ? count[fn] + full : count[fn] - full;
-        auto part = parts.front();
-        part.fn = static_cast<int>(fn);
-        values.insert(values.end(), static_cast<std::size_t>(left), {part});
-    }
-}
-
-}  // namespace
-
-SentValues partsOf(const SentValues& values, int frames) {
-    std::vector<SentPart> parts;
-    for (const auto& value : values) {
-        parts.insert(parts.end(), value.begin(), value.end());
-    }
-    const auto bits = [](const SentPart& part) {
-        return std::tie(part.fwp, part.mask, part.order);
-    };
-    std::sort(parts.begin(), parts.end(), [&](const SentPart& a, const SentPart& b) {
-        return std::tuple(bits(a), a.fn) < std::tuple(bits(b), b.fn);
-    });
-    SentValues joined;
-    for (auto first = parts.begin(); first != parts.end();) {
-        const auto end = std::find_if(
-            first, parts.end(), [&](const SentPart& part) { return bits(part) != bits(*first); });
-        if (end - first < frames || frames < 2) {
-            std::for_each(first, end, [&](const SentPart& part) { joined.push_back({part}); });
-        } else {
-            addJoined(joined, {first, end}, frames);
-        }
-        first = end;
-    }
-    std::sort(joined.begin(), joined.end());
-    return joined;
 }
 
 }  // namespace kavu

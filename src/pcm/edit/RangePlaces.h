@@ -79,23 +79,4 @@ struct LocationPlaces {
                                                        const WordFrameDefinition& definition,
                                                        const FrameShape& loaded);
 
-/// A part of a value in a minor frame; `fn` 0 is every minor frame.
-struct SentPart {
-    int fwp = 0;
-    int fn = 0;
-    std::string mask;
-    char order = 'D';
-    [[nodiscard]] auto operator<=>(const SentPart&) const = default;
-};
-/// The values that are sent of a measurement, sorted: the parts of each, in order of the
-/// fragments.
-using SentValues = std::vector<std::vector<SentPart>>;
-/// With the repetitions that a shape gives the cells of its words.
-[[nodiscard]] SentValues sentValues(const std::vector<LocationPlaces>& locations,
-                                    const FrameShape& shape);
-
-/// Each part as a value of its own, sorted. Parts that are in all `frames` one by one count as one
-/// that is in every frame.
-[[nodiscard]] SentValues partsOf(const SentValues& values, int frames);
-
 }  // namespace kavu

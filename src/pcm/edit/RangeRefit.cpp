@@ -1,5 +1,6 @@
 #include "pcm/edit/RangeRefit.h"
 
+#include "pcm/edit/SentValues.h"
 #include "pcm/write/WrittenRange.h"
 
 #include <algorithm>
@@ -292,8 +293,9 @@ class Refit {
 
 std::optional<WordFrameDefinition> refitRanges(PcmFormat& format,
                                                const std::vector<LocationPlaces>& places,
-                                               const FrameShape& loaded) {
-    const auto wanted = sentValues(places, shapeOf(format));
+                                               const FrameShape& shape, const FrameShape& loaded) {
+    MaskNumbers masks;
+    const SentValues wanted(places, shape, masks);
     for (const bool single : {false, true}) {
         Refit refit(format, loaded);
         refit.single = single;
@@ -301,9 +303,9 @@ std::optional<WordFrameDefinition> refitRanges(PcmFormat& format,
             refit.add(each);
         }
         auto definition = refit.definition();
-        const auto made = sentValues(loadedPlaces(format, definition, loaded), loaded);
-        if (made == wanted ||
-            (refit.isApart && partsOf(made, loaded.frames) == partsOf(wanted, loaded.frames))) {
+        const SentValues made(loadedPlaces(format, definition, loaded), loaded, masks);
+        if (made == wanted || (refit.isApart && made.parts(loaded.frames, true) ==
+                                                    wanted.parts(loaded.frames, true))) {
             return definition;
         }
     }

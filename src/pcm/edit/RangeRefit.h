@@ -7,10 +7,11 @@
 
 namespace kavu {
 
-/// The definition that gives these places, which are cells as the frame has them now: each location
+/// The definition that gives these places, which are cells of a frame of that shape: each location
 /// by one range for each fragment where they make one, else by several locations. Nothing if no
 /// definition does that a load would understand.
 [[nodiscard]] std::optional<WordFrameDefinition> refitRanges(
-    PcmFormat& format, const std::vector<LocationPlaces>& places, const FrameShape& loaded);
+    PcmFormat& format, const std::vector<LocationPlaces>& places, const FrameShape& shape,
+    const FrameShape& loaded);
 
 }  // namespace kavu
