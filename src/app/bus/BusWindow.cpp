@@ -59,6 +59,8 @@ void BusWindow::makeTree() {
     panel_ = new BusRowsPanel(setup_.definition, parts);
     parts->addWidget(editor_);
     parts->addWidget(panel_);
+    parts->setStretchFactor(0, 1);
+    parts->setStretchFactor(1, 1);
     static_cast<QVBoxLayout*>(layout())->addWidget(parts, 1);
     connect(editor_->tree()->selectionModel(), &QItemSelectionModel::currentChanged, this,
             &BusWindow::showRows);

@@ -90,8 +90,10 @@ void placeControl(QGridLayout& grid, FieldControl& control, int row, int width) 
     }
     label->setMinimumWidth(std::max(width, label->sizeHint().width()));
     grid.addWidget(label, row, 0);
-    // Only a field that may hold a long text takes the rest of the row.
+    // Only a field that may hold a long text takes the rest of the row. One that cannot grow, as
+    // the button of a prompt, would keep its column from growing.
     const bool wide = control.widget().maximumWidth() == QWIDGETSIZE_MAX &&
+                      control.widget().sizePolicy().horizontalPolicy() != QSizePolicy::Fixed &&
                       control.field().kind == FieldKind::Text;
     if (control.field().unit.empty()) {
         grid.addWidget(&control.widget(), row, 1, wide ? Qt::Alignment() : Qt::AlignLeft);

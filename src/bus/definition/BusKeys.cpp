@@ -31,19 +31,51 @@ void BusKeys::add(std::size_t place) {
     }
     const auto key = trimBlanks(command.field);
     const auto value = trimBlanks(command.value);
-    if (ProfileFile::canBeKey(key) && ProfileFile::canBeValue(value)) {
-        keys_[lowerAscii(key)] = {place, key, value};
+    if (!ProfileFile::canBeKey(key) || !ProfileFile::canBeValue(value)) {
+        return;
     }
+    const Entry entry{place, key, value, hash(key)};
+    auto& slot = slots_[slotOf(key, entry.hash)];
+    if (slot == kNoEntry) {
+        slot = static_cast<std::uint32_t>(entries_.size());
+        entries_.push_back(entry);
+        return;
+    }
+    entries_[slot] = entry;
+    repeats_ = true;
+}
+
+std::size_t BusKeys::hash(std::string_view key) {
+    constexpr std::uint64_t kOffset = 14695981039346656037U;
+    constexpr std::uint64_t kPrime = 1099511628211U;
+    auto hash = kOffset;
+    for (const char c : key) {
+        hash = (hash ^ static_cast<unsigned char>(toLowerAscii(c))) * kPrime;
+    }
+    // The low bits, which choose the slot, know little of the first characters.
+    return static_cast<std::size_t>(hash ^ (hash >> 32U));
+}
+
+std::size_t BusKeys::slotOf(std::string_view key, std::size_t hash) const {
+    const auto mask = slots_.size() - 1;
+    auto slot = hash & mask;
+    while (slots_[slot] != kNoEntry && (entries_[slots_[slot]].hash != hash ||
+                                        !equalsIgnoreCase(entries_[slots_[slot]].key, key))) {
+        slot = (slot + 1) & mask;
+    }
+    return slot;
+}
+
+const BusKeys::Entry* BusKeys::find(std::string_view key) const {
+    const auto entry = slots_[slotOf(key, hash(key))];
+    return entry == kNoEntry ? nullptr : &entries_[entry];
 }
 
 std::string_view BusKeys::value(std::string_view pattern, const RowNumbers& at) const {
     code_.clear();
     appendField(code_, pattern, at.at);
-    for (char& c : code_) {
-        c = toLowerAscii(c);
-    }
-    const auto found = keys_.find(code_);
-    return found == keys_.end() ? std::string_view() : found->second.value;
+    const auto* const found = find(code_);
+    return found == nullptr ? std::string_view() : found->value;
 }
 
 std::size_t BusKeys::rows(const Field& count, const RowNumbers& at) {
@@ -70,21 +102,19 @@ std::size_t BusKeys::lastRow(const Field& count, const RowNumbers& at, std::size
 }
 
 std::optional<std::size_t> BusKeys::placeOf(std::string_view key) const {
-    const auto found = keys_.find(lowerAscii(key));
-    return found == keys_.end() ? std::nullopt : std::optional(found->second.place);
+    const auto* const found = find(key);
+    return found == nullptr ? std::nullopt : std::optional(found->place);
 }
 
 std::string BusKeys::profileText(std::string_view section) const {
-    std::vector<const Entry*> entries;
-    entries.reserve(keys_.size());
-    for (const auto& [key, entry] : keys_) {
-        entries.push_back(&entry);
+    auto entries = entries_;
+    if (repeats_) {
+        std::sort(entries.begin(), entries.end(),
+                  [](const Entry& a, const Entry& b) { return a.place < b.place; });
     }
-    std::sort(entries.begin(), entries.end(),
-              [](const Entry* a, const Entry* b) { return a->place < b->place; });
     std::string text = "[" + std::string(section) + "]\r\n";
-    for (const auto* const entry : entries) {
-        text.append(entry->key).append("=").append(entry->value).append("\r\n");
+    for (const auto& entry : entries) {
+        text.append(entry.key).append("=").append(entry.value).append("\r\n");
     }
     return text;
 }

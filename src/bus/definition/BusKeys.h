@@ -6,11 +6,13 @@
 #include "groups/GroupLists.h"
 #include "vocabulary/Field.h"
 
+#include <bit>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <vector>
 
 namespace kavu {
 
@@ -18,7 +20,8 @@ class BusKeys {
   public:
     /// The file must outlive the object and stay as it is. `prefix` is the head of the group.
     BusKeys(const GroupFile& file, std::string prefix) : file_(file), prefix_(std::move(prefix)) {
-        keys_.reserve(file.commands().size());
+        entries_.reserve(file.commands().size());
+        slots_.resize(std::bit_ceil(2 * file.commands().size() + 1), kNoEntry);
     }
     BusKeys(const BusKeys&) = delete;
     BusKeys& operator=(const BusKeys&) = delete;
@@ -43,12 +46,21 @@ class BusKeys {
         std::size_t place = 0;
         std::string_view key{};
         std::string_view value{};
+        std::size_t hash = 0;
     };
+    static constexpr std::uint32_t kNoEntry = ~std::uint32_t{0};
+    [[nodiscard]] static std::size_t hash(std::string_view key);
+    /// The slot of a key, or the free one that it would take.
+    [[nodiscard]] std::size_t slotOf(std::string_view key, std::size_t hash) const;
+    [[nodiscard]] const Entry* find(std::string_view key) const;
     [[nodiscard]] std::size_t lastRow(const Field& count, const RowNumbers& at, std::size_t most);
 
     const GroupFile& file_;
     std::string prefix_;
-    std::unordered_map<std::string, Entry> keys_;
+    // A group has tens of thousands of keys, which are asked for in about the order of the file.
+    std::vector<Entry> entries_;
+    std::vector<std::uint32_t> slots_;  ///< places in `entries_` by hash
+    bool repeats_ = false;              ///< some entry is not where its command is
     std::optional<RowNumbersInFile> numbers_{};
     std::size_t rowsSoFar_ = 0;
     mutable std::string code_{};
