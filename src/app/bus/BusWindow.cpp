@@ -32,7 +32,7 @@ BusWindow::BusWindow(const BusFormSetup& setup, std::function<bool()> pack, QWid
     makeButtons();
     layout->addWidget(look::makeDialogButtons(*this, static_cast<bool>(setup.form.help)));
     resize(sizeHint()
-               .expandedTo({look::charactersWide(*this, 110), look::unit(*this) * 2 * 28})
+               .expandedTo({look::charactersWide(*this, 150), look::unit(*this) * 2 * 28})
                .boundedTo(look::roomOnScreen(*this)));
     setStatusText(&setup_.form.ui, "Edit Bus Format Information.");
 }
