@@ -36,9 +36,14 @@ bool addRecord(CommandContext& context, const ProfileFile::Section& record, Json
     }
     JsonMembers values;
     std::vector<std::vector<std::string>> rows;
+    const bool isJson = context.line.json;
+    values.reserve(isJson ? record.lines().size() + 1 : 0);
     const auto add = [&](const std::string& key, const std::string& value) {
-        values.set(toUtf8(key), jsonText(value));
-        rows.push_back({"  " + terminalLine(key), terminalLine(value)});
+        if (isJson) {
+            values.set(toUtf8(key), jsonText(value));
+        } else {
+            rows.push_back({"  " + terminalLine(key), terminalLine(value)});
+        }
     };
     for (const auto& line : record.lines()) {
         if (!line.key.empty() && !equalsIgnoreCase(line.key, kCommentCode)) {
@@ -48,8 +53,11 @@ bool addRecord(CommandContext& context, const ProfileFile::Section& record, Json
     if (!comment.empty()) {
         add(std::string(kCommentCode), comment);
     }
-    records.push_back({{"name", jsonText(record.name())}, {"values", values.take()}});
-    text += terminalLine(record.name()) + "\n" + alignedTable(rows);
+    if (isJson) {
+        records.push_back({{"name", jsonText(record.name())}, {"values", values.take()}});
+    } else {
+        text += terminalLine(record.name()) + "\n" + alignedTable(rows);
+    }
     return true;
 }
 

@@ -60,11 +60,14 @@ Json fileMembers(const OpenedFile& file, const ScriptedInterface& ui) {
 }
 
 void JsonMembers::set(std::string key, Json value) {
-    const auto [place, isNew] = places_.try_emplace(key, members_.size());
-    if (isNew) {
+    const auto hash = textHash(key);
+    const auto found =
+        places_.find(hash, [&](std::size_t place) { return members_.data()[place].first == key; });
+    if (found == PlaceIndex::kNone) {
+        places_.add(hash, members_.size());
         members_.emplace_back(std::move(key), std::move(value));
     } else {
-        members_.data()[place->second].second = std::move(value);
+        members_.data()[found].second = std::move(value);
     }
 }
 

@@ -3,10 +3,10 @@
 #pragma once
 
 #include "cli/ScriptedInterface.h"
+#include "core/text/PlaceIndex.h"
 
 #include <cstddef>
 #include <string>
-#include <unordered_map>
 
 #include <nlohmann/json.hpp>
 
@@ -37,6 +37,8 @@ struct OpenedFile {
 /// for each one that is set.
 class JsonMembers {
   public:
+    /// Makes room for so many members.
+    void reserve(std::size_t count) { members_.reserve(count); }
     /// Sets a member; one that is there already keeps its place.
     void set(std::string key, Json value);
     /// The object; this one is empty then.
@@ -44,7 +46,7 @@ class JsonMembers {
 
   private:
     Json::object_t members_;
-    std::unordered_map<std::string, std::size_t> places_;
+    PlaceIndex places_;
 };
 
 /// The document as it is printed, with the line feed at its end.

@@ -208,8 +208,8 @@ class Run {
         return application_.shutDown(&ui_);
     }
 
-    /// All that goes to standard output.
-    [[nodiscard]] std::string report(bool done) const {
+    /// All that goes to standard output. What the command has made for it is used up.
+    [[nodiscard]] std::string report(bool done) {
         if (line_.json && line_.list) {
             return printed(output_.members);
         }
@@ -223,7 +223,9 @@ class Run {
         }
         if (line_.json) {
             Json document = fileMembers(file_, ui_);
-            document.update(output_.members);
+            for (auto& member : output_.members.items()) {
+                document[member.key()] = std::move(member.value());
+            }
             return printed(document);
         }
         return messagesText(ui_) + (done ? output_.text : std::string()) +

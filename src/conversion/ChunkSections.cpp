@@ -4,9 +4,9 @@
 #include "conversion/ConversionFiles.h"
 #include "conversion/RawRecords.h"
 #include "core/document/DocumentFiles.h"
+#include "core/text/PlaceIndex.h"
 #include "core/text/Text.h"
 
-#include <unordered_map>
 #include <vector>
 
 namespace kavu {
@@ -36,11 +36,14 @@ class MergedFields {
                 }
             }
         } else {
-            for (std::size_t i = places_.size(); i < fields_.size(); ++i) {
-                places_.emplace(lowerAscii(fields_[i].code), i);
+            for (; indexed_ < fields_.size(); ++indexed_) {
+                places_.add(foldedHash(fields_[indexed_].code), indexed_);
             }
-            if (const auto found = places_.find(lowerAscii(field.code)); found != places_.end()) {
-                fields_[found->second].value = field.value;
+            const auto found = places_.find(foldedHash(field.code), [&](std::size_t place) {
+                return equalsIgnoreCase(fields_[place].code, field.code);
+            });
+            if (found != PlaceIndex::kNone) {
+                fields_[found].value = field.value;
                 return;
             }
         }
@@ -48,7 +51,8 @@ class MergedFields {
     }
 
     std::vector<RawRecords::Field> fields_;
-    std::unordered_map<std::string, std::size_t> places_;  ///< once there are many fields
+    PlaceIndex places_;  ///< once there are many fields
+    std::size_t indexed_ = 0;
 };
 
 }  // namespace

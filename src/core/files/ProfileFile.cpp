@@ -11,7 +11,7 @@ namespace kavu {
 
 namespace {
 
-constexpr std::size_t kMissing = static_cast<std::size_t>(-1);
+constexpr std::size_t kMissing = PlaceIndex::kNone;
 constexpr std::size_t kIndexFrom = 32;  // keys of a section from which on a hash pays
 
 /// True for a key that would be something else when it is read again.
@@ -80,8 +80,7 @@ std::size_t ProfileFile::Section::indexOf(std::string_view key) const {
         return kMissing;
     }
     if (!index_.empty()) {
-        const auto it = index_.find(lowerAscii(key));
-        return it == index_.end() ? kMissing : it->second;
+        return findIndexed(foldedHash(key), key);
     }
     const auto mark = markOf(key);
     for (std::size_t i = 0; i < marks_.size(); ++i) {
@@ -100,7 +99,7 @@ void ProfileFile::Section::add(std::string_view key, std::string_view value) {
     }
     ++keyCount_;
     if (!index_.empty()) {
-        index_.try_emplace(lowerAscii(key), lines_.size() - 1);
+        indexLine(lines_.size() - 1);
     } else if (keyCount_ > kIndexFrom) {
         makeIndex();
     }
@@ -120,8 +119,20 @@ void ProfileFile::Section::makeIndex() {
     index_.clear();
     for (std::size_t i = 0; keyCount_ > kIndexFrom && i < lines_.size(); ++i) {
         if (!lines_[i].key.empty()) {
-            index_.try_emplace(lowerAscii(lines_[i].key), i);
+            indexLine(i);
         }
+    }
+}
+
+std::size_t ProfileFile::Section::findIndexed(std::size_t hash, std::string_view key) const {
+    return index_.find(hash,
+                       [&](std::size_t line) { return equalsIgnoreCase(lines_[line].key, key); });
+}
+
+void ProfileFile::Section::indexLine(std::size_t line) {
+    const auto& key = lines_[line].key;
+    if (const auto hash = foldedHash(key); findIndexed(hash, key) == kMissing) {
+        index_.add(hash, line);
     }
 }
 

@@ -11,6 +11,7 @@
 #pragma once
 
 #include "core/files/IoStatus.h"
+#include "core/text/PlaceIndex.h"
 
 #include <cstdint>
 #include <deque>
@@ -134,6 +135,8 @@ class ProfileFile {
         void add(std::string_view key, std::string_view value);
         void remove(std::size_t line);
         void makeIndex();
+        [[nodiscard]] std::size_t findIndexed(std::size_t hash, std::string_view key) const;
+        void indexLine(std::size_t line);
 
         std::string name_;
         std::vector<Line> lines_;
@@ -141,8 +144,8 @@ class ProfileFile {
         /// runs over these and touches a line only when it may be the one.
         std::vector<std::uint32_t> marks_;
         std::size_t keyCount_ = 0;
-        /// Lower-case key to its first line; only kept for sections with many keys.
-        std::unordered_map<std::string, std::size_t> index_;
+        /// The first line of each key; only kept for sections with many keys.
+        PlaceIndex index_;
     };
     /// All sections in file order; the first has an empty name and holds what precedes
     /// the first section head. A deque: references stay valid while sections are
