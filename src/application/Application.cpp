@@ -9,6 +9,7 @@
 #include "conversion/DefinitionEdit.h"
 #include "core/TmatsReader.h"
 #include "core/WorkingStore.h"
+#include "core/document/ConversionRuns.h"
 #include "core/document/DocumentFiles.h"
 #include "core/document/DocumentHistory.h"
 #include "core/document/DocumentVersion.h"
@@ -31,6 +32,7 @@
 #include "pcm/write/WordFrameConversion.h"
 
 #include <optional>
+#include <utility>
 
 namespace kavu {
 
@@ -89,6 +91,7 @@ struct Application::Parts : private DocumentListener {
     DocumentHistory history;
     DocumentContext context;
     KeyValueStore names;
+    ConversionRuns conversionRuns;
     ConversionStore conversions;
     MeasurementNames measurements;
     PcmFormat pcmFormat;
@@ -213,8 +216,12 @@ void Application::installSteps() {
         parts.measurements.setChecking(parts.settings.get(setting::kCheckDuplicates), false);
         return parts.measurements.checkForDuplicates(parent);
     };
+    steps.noteConversions = [&parts](ConversionRuns&& runs) {
+        parts.conversionRuns = std::move(runs);
+    };
     steps.loadConversions = [&parts](UserInterface* parent, int edition) {
-        return loadConversionGroup(parts.context, parts.names, parts.conversions, parent, edition);
+        return loadConversionGroup(parts.context, parts.names, parts.conversions, parent, edition,
+                                   std::exchange(parts.conversionRuns, {}));
     };
     steps.saveConversions = [&parts](UserInterface* parent, FileWriter& writer) {
         return saveConversionGroup(parts.context, parts.conversions, parent, writer);

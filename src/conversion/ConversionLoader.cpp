@@ -41,13 +41,15 @@ class GroupLoad {
           group_(path),
           check_(context, names, parent, edition) {}
 
-    /// Sorts the commands into chunks from number `base` on, and checks them. After a failure
+    /// Sorts the commands into chunks from number `base` on, as noted if there are notes of this
+    /// file, and checks them. After a failure
     /// the chunks are those that have been checked so far.
-    bool run(std::int64_t base) {
+    bool run(std::int64_t base, const ConversionRuns& noted) {
         std::size_t checked = 0;
         const bool sorted =
-            group_.sort(context_.reader, parent_, base) && splitOversizeChunks(group_);
-        const bool good = sorted && check_.open() && checkChunks(checked) && check_.close();
+            group_.sortAsNoted(noted, base) || group_.sort(context_.reader, parent_, base);
+        const bool good = sorted && splitOversizeChunks(group_) && check_.open() &&
+                          checkChunks(checked) && check_.close();
         if (!group_.status().ok()) {
             reportUnreadable(context_, parent_, group_.status());
         }
@@ -154,7 +156,7 @@ std::optional<std::int64_t> findBase(DocumentContext& context, UserInterface* pa
 }  // namespace
 
 bool loadConversionGroup(DocumentContext& context, KeyValueStore& names, ConversionStore& store,
-                         UserInterface* parent, int edition) {
+                         UserInterface* parent, int edition, ConversionRuns noted) {
     if (const auto status = store.writeOut(); !status.ok()) {
         reportUnwritable(context, parent, status, "Write/Create");
         return false;
@@ -173,6 +175,9 @@ bool loadConversionGroup(DocumentContext& context, KeyValueStore& names, Convers
     if (!base) {
         return false;
     }
+    if (noted.stamp != fileStamp(data1)) {
+        noted = {};
+    }
     // The commands stay in one file until all of them are records. Its name states the
     // first chunk made from it: what a killed run has made of them so far can be
     // discarded.
@@ -182,7 +187,7 @@ bool loadConversionGroup(DocumentContext& context, KeyValueStore& names, Convers
         return false;
     }
     GroupLoad load(context, names, parent, edition, context.files.path(raw));
-    bool good = load.run(*base);
+    bool good = load.run(*base, noted);
     (void)deleteFile(context.store.pathOf(working::kData2));
     names.closeStore(parent);
     // Records of two loads never wait together: the raw commands would not show which

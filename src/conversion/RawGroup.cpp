@@ -2,6 +2,7 @@
 
 #include "conversion/RawChunk.h"
 #include "core/TmatsReader.h"
+#include "core/document/ConversionRuns.h"
 #include "core/talk/UserInterface.h"
 
 #include <algorithm>
@@ -11,7 +12,6 @@ namespace kavu {
 
 namespace {
 
-constexpr std::int64_t kIndicesOfChunk = 25;
 constexpr std::uint64_t kBatch = 2 * 1024 * 1024;  // bytes; two are held at a time
 
 }  // namespace
@@ -56,7 +56,7 @@ bool RawGroup::sort(TmatsReader& reader, UserInterface* parent, std::int64_t bas
                 const auto parts = rawHeadOf(*command);
                 head = parts.slash == std::string_view::npos ? std::string_view()
                                                              : command->substr(0, parts.slash + 1);
-                current = &chunks_[base + std::max<std::int64_t>(0, parts.index / kIndicesOfChunk)];
+                current = &chunks_[base + ConversionRuns::chunkOf(parts.index)];
                 current->add({start, end - start});
                 current->size += command->size() + kLineEndBytes;
                 // One that is viewed where it is in the file is on one line.
@@ -77,6 +77,26 @@ bool RawGroup::sort(TmatsReader& reader, UserInterface* parent, std::int64_t bas
         status_ = {path_, ESTALE};
     }
     return status_.ok();
+}
+
+bool RawGroup::sortAsNoted(const ConversionRuns& noted, std::int64_t base) {
+    Chunks chunks;
+    std::uint64_t start = 0;
+    std::uint64_t end = 0;
+    for (const auto& run : noted.runs) {
+        auto& chunk = chunks[base + run.chunk];
+        end += run.length;
+        // What is behind the last command of a run is the front of the next one.
+        chunk.add({start, end - kLineEndBytes - start});
+        chunk.size += run.length;
+        start = end - kLineEndBytes;
+    }
+    if (noted.stamp.empty() || end != fileSize(path_)) {
+        return false;
+    }
+    size_ = end;
+    chunks_ = std::move(chunks);
+    return true;
 }
 
 void RawGroup::setChunks(Chunks chunks) {

@@ -13,6 +13,7 @@
 
 namespace kavu {
 
+struct ConversionRuns;
 class TmatsReader;
 class UserInterface;
 
@@ -44,6 +45,10 @@ class RawGroup {
     /// index counts to the first chunk. False if it was cancelled or the file could not be
     /// read, which `status` tells apart.
     bool sort(TmatsReader& reader, UserInterface* parent, std::int64_t base);
+
+    /// Does the same by what was noted while the file was written. False, without an effect, if it
+    /// was not noted of this file.
+    bool sortAsNoted(const ConversionRuns& noted, std::int64_t base);
 
     [[nodiscard]] Chunks& chunks() { return chunks_; }
     [[nodiscard]] const Chunks& chunks() const { return chunks_; }

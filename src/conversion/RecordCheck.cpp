@@ -22,6 +22,14 @@ std::string shown(std::string_view value) {
     return cut.size() < value.size() ? std::string(cut) + "..." : std::string(value);
 }
 
+/// True for a name in the spelling in which it is saved: "C-x" counts as a number, too, and "dcn"
+/// as a name.
+bool isPlainlyNamed(const RawCommand& command, std::string_view index) {
+    const auto rest = command.line.substr(std::min(command.line.size(), kBeforeIndex));
+    return command.line.starts_with("C-") && rest.starts_with(index) &&
+           rest.substr(index.size()).starts_with("\\DCN");
+}
+
 }  // namespace
 
 bool RecordCheck::open() {
@@ -143,8 +151,8 @@ bool RecordCheck::checkName(RawGroup::Chunk& chunk, const ChunkScan::Notable& no
         groups_[command.index].isRefused = true;
         return true;
     }
-    // "C-x" counts as a number, too, and "dcn" as a name.
-    if (!command.line.starts_with(formatPrintf("C-%ld\\DCN", static_cast<long>(command.index)))) {
+    const auto index = std::to_string(command.index);
+    if (!isPlainlyNamed(command, index)) {
         restyle(1, command.line);
     }
     auto& to = groups_[command.index];
@@ -153,7 +161,6 @@ bool RecordCheck::checkName(RawGroup::Chunk& chunk, const ChunkScan::Notable& no
         leaveOut(1, command.line);
         return true;
     }
-    const auto index = std::to_string(command.index);
     const KeyValueStore::Pair pair{"N", index};
     if (!names_.writeSection(parent_, name, {&pair, 1})) {
         return false;

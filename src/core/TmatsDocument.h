@@ -18,6 +18,7 @@ class SecondTicker;
 class TmatsReader;
 class UserInterface;
 class WorkingStore;
+struct ConversionRuns;
 
 enum class DocumentKind { None = 0, TmatsFile = 2 };
 
@@ -39,6 +40,8 @@ struct TmatsDocument {
 struct DocumentSteps {
     /// Gathers the measurement names of all data links. False if it was cancelled.
     std::function<bool(UserInterface*)> gatherMeasurementNames;
+    /// Takes what was noted of "DATA1.TMP" while it was written.
+    std::function<void(ConversionRuns&&)> noteConversions;
     /// Moves the C commands of "DATA1.TMP" into conversion chunks, for an edition.
     std::function<bool(UserInterface*, int edition)> loadConversions;
     /// Writes the C group to the file that is being built.

@@ -88,7 +88,7 @@ OTHER_FILES = {
     "core/document/BuildDocument.cpp": (2, "scratch of the C group"),
     "core/document/FormerContents.cpp": (5, "the file of the user, its backup, and what is kept of it"),
     "core/document/GroupRewrite.cpp": (1, "a staged copy that the gate takes in"),
-    "core/document/GroupSplitter.cpp": (2, "the raw commands of a load"),
+    "core/document/GroupSplitter.h": (1, "the raw commands of a load"),
     "core/document/KeyValueStore.cpp": (3, "an index in files of its own"),
     "core/document/KeyValueStore.h": (1, "an index in files of its own"),
     "core/document/OpenDocument.cpp": (1, "the message log"),
@@ -125,8 +125,8 @@ TABLES = {"core/talk/MessageTexts.h"}
 # it; the raw commands of conversions, for speed; and texts that are no codes.
 CODE_CUT = re.compile(r"""find(_first_of|_last_of)?\((['"])(\\\\|:|-)\2""")
 CODE_CUTTERS = {"core/command/CommandPath.h", "core/command/CommandPath.cpp",
-                "core/command/TmatsCommand.cpp", "conversion/RawChunk.h",
-                "conversion/ConversionEdit.cpp", "core/talk/SupportFolder.cpp",
+                "core/command/GroupIndex.h", "core/command/TmatsCommand.cpp",
+                "conversion/RawChunk.h", "conversion/ConversionEdit.cpp", "core/talk/SupportFolder.cpp",
                 "groups/CommandCode.cpp"}
 
 # A type at the level of the namespace, with its body or its bases.

@@ -1,9 +1,13 @@
 #include "conversion/ConversionFixture.h"
 #include "conversion/ConversionLoader.h"
+#include "core/document/ConversionRuns.h"
 #include "core/text/Text.h"
 
+#include <cstddef>
 #include <filesystem>
 #include <functional>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include <gtest/gtest.h>
@@ -26,6 +30,56 @@ TEST(ConversionLoader, IndicesOneTwentySixAndFiftyOneGiveThreeChunks) {
     ASSERT_TRUE(f.load(record(1, "A") + record(26, "B") + record(51, "C")));
     EXPECT_EQ(f.chunks(), (Numbers{0, 1, 2}));
     EXPECT_EQ(f.chunkText(1), "[B]\r\nMN1=x\r\n");
+}
+
+/// The chunks that a load makes of a text of one command a line, and what a save writes then, with
+/// or without notes of the places.
+std::string loaded(const std::string& commands, bool withNotes) {
+    ConversionFixture f;
+    f.write(working::kData1, commands);
+    ConversionRuns runs;
+    if (withNotes) {
+        ConversionRunNotes notes;
+        for (std::size_t at = 0; at < commands.size();) {
+            const auto end = commands.find('\n', at) + 1;
+            notes.add(std::string_view(commands).substr(at, end - at - 2), end - at);
+            at = end;
+        }
+        runs = notes.take(f.store.pathOf(working::kData1));
+    }
+    EXPECT_TRUE(loadConversionGroup(f.context, f.names, f.conversions, &f.ui, 2011, runs));
+    auto text = f.save();
+    for (const auto chunk : f.chunks()) {
+        text += "chunk " + std::to_string(chunk) + "\r\n" + f.chunkText(chunk);
+    }
+    return text;
+}
+
+TEST(ConversionLoader, NotesOfThePlacesGiveWhatALookAtTheFileGives) {
+    // Indices that go up, that alternate, that have no number, and one chunk that is too large.
+    std::string commands;
+    for (int i = 1; i <= 60; ++i) {
+        commands += record(i, "UP" + std::to_string(i), "MN1:" + std::string(1200, 'x'));
+    }
+    for (int i = 0; i < 200; ++i) {
+        commands += record(i % 2 == 0 ? 70 + i : 400 - i, "TURN" + std::to_string(i));
+    }
+    commands += record(-7, "NEGATIVE") + "C-z\\DCN:LETTER;\r\nC-3\\TRD1:late;\r\n";
+    EXPECT_EQ(loaded(commands, true), loaded(commands, false));
+    EXPECT_EQ(loaded("", true), loaded("", false));
+}
+
+TEST(ConversionLoader, NotesOfAnotherFileAreOfNoUse) {
+    ConversionFixture f;
+    const auto path = f.folder / "other";
+    test::writeFile(path, "");
+    ConversionRunNotes notes;
+    notes.add("C-99\\DCN:B;", 13);
+    const auto runs = notes.take(path);
+    f.write(working::kData1, record(1, "A"));
+    ASSERT_TRUE(loadConversionGroup(f.context, f.names, f.conversions, &f.ui, 2011, runs));
+    EXPECT_EQ(f.chunks(), (Numbers{0}));
+    EXPECT_EQ(f.chunkText(0), "[A]\r\nMN1=x\r\n");
 }
 
 TEST(ConversionLoader, IndicesOneTwoThreeGiveOneChunk) {

@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kavu::test {
@@ -22,8 +23,10 @@ namespace kavu::test {
 class SourceStage : public TestContext, private DocumentListener {
   public:
     explicit SourceStage(int edition = 2009) : TestContext(edition) {
+        steps.noteConversions = [this](ConversionRuns&& runs) { noted = std::move(runs); };
         steps.loadConversions = [this](UserInterface* parent, int version) {
-            return loadConversionGroup(context, keys, conversions, parent, version);
+            return loadConversionGroup(context, keys, conversions, parent, version,
+                                       std::exchange(noted, {}));
         };
         steps.gatherMeasurementNames = [this](UserInterface* parent) {
             return measurements.checkForDuplicates(parent);
@@ -80,6 +83,7 @@ class SourceStage : public TestContext, private DocumentListener {
     }
 
     KeyValueStore keys{store};
+    ConversionRuns noted;
     ConversionStore conversions{context};
     MeasurementNames measurements{context};
     SourceParts parts{context, conversions, measurements};

@@ -11,7 +11,7 @@ namespace kavu {
 
 namespace {
 
-constexpr std::size_t kBlock = 512 * 1024;
+constexpr std::size_t kBlock = 1024 * 1024;
 constexpr std::size_t kPiece = 64 * 1024;
 
 }  // namespace

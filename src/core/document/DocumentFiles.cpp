@@ -409,7 +409,8 @@ IoStatus DocumentFiles::beginRecord(DocumentSource source) {
 
 IoStatus DocumentFiles::recordSplit() {
     record_->isSplit = true;
-    return writeRecord(true);
+    // The edition follows at once, and takes it to the disk.
+    return writeRecord(false);
 }
 
 IoStatus DocumentFiles::recordEdition(int edition) {

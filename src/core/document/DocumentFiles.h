@@ -122,10 +122,10 @@ class DocumentFiles {
     /// Says in the store that a load from this file has begun; with an empty path, that a new
     /// document is made.
     IoStatus beginRecord(DocumentSource source);
-    /// Says that every command of the source is in the store. It is on the disk on return.
-    /// REQUIRES: the record was begun.
+    /// Says that every command of the source is in the store. REQUIRES: the record was begun.
     IoStatus recordSplit();
-    /// Says what edition the group files are of, which are not loaded yet; on the disk as well.
+    /// Says what edition the group files are of, which are not loaded yet. All that the record says
+    /// is on the disk on return.
     IoStatus recordEdition(int edition);
     /// Says that the document is loaded, or what an operation has made of it. The record is
     /// written only if it differs, and not if none was begun.

@@ -22,7 +22,7 @@ namespace kavu {
 
 namespace {
 
-constexpr std::size_t kTargetBuffer = 64 * 1024;
+constexpr std::size_t kTargetBuffer = 256 * 1024;
 constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::size_t kAllBuffers = 8 * 1024 * 1024;
 
@@ -49,7 +49,9 @@ bool GroupSplitter::run(const std::string& path) {
     conversions_.name = working::kData1;
     unsplit_.name = working::kUnsplitConversions;
     conversions_.title = "EU Information - Measurement: #%d";
-    if (const auto status = writeWholeFile(context_.store.pathOf(working::kData1), {});
+    // The raw commands belong to no group: they are scratch, from which conversion chunks are made.
+    if (const auto status =
+            conversionsFile_.open(context_.store.pathOf(working::kData1), WriteMode::Truncate);
         !status.ok()) {
         reportWriteFailure(status);
         return false;
@@ -87,6 +89,10 @@ bool GroupSplitter::run(const std::string& path) {
         reportWriteFailure(status);
         return false;
     }
+    if (context_.steps.noteConversions) {
+        context_.steps.noteConversions(
+            conversionRuns_.take(context_.store.pathOf(working::kData1)));
+    }
     notes_.tell(parent_, true);
     return true;
 }
@@ -108,7 +114,8 @@ bool GroupSplitter::splitCommands(ByteSource& source) {
         std::swap(before, now);
         std::swap(now, next);
     }
-    return good && sortBlock(*before, source) && endOfFile(source, rest) && flushAll();
+    return good && sortBlock(*before, source) && endOfFile(source, rest) && flushAll() &&
+           closeConversions();
 }
 
 bool GroupSplitter::sortBlock(CommandBlock& block, const ByteSource& source) {
@@ -190,6 +197,9 @@ bool GroupSplitter::sortCommand(const CutCommand& cut, long line) {
         changed.assign(command);
         toStoredForm(changed);
         command = changed;
+    }
+    if (to == &conversions_) {
+        conversionRuns_.add(command, command.size() + kLineEnd.size());
     }
     to->lines.append(command).append(kLineEnd);
     buffered_ += command.size() + kLineEnd.size();
@@ -301,15 +311,16 @@ IoStatus GroupSplitter::write(const Target& target) {
     if (&target != &conversions_) {
         return context_.files.append(target.name, target.lines);
     }
-    // The raw commands belong to no group: they are scratch, from which conversion chunks
-    // are made.
-    FileWriter writer;
-    if (auto status = writer.open(context_.store.pathOf(target.name), WriteMode::Append);
-        !status.ok()) {
-        return status;
+    conversionsFile_.write(target.lines);
+    return conversionsFile_.status();
+}
+
+bool GroupSplitter::closeConversions() {
+    const auto status = conversionsFile_.close();
+    if (!status.ok()) {
+        reportWriteFailure(status);
     }
-    writer.write(target.lines);
-    return writer.close();
+    return status.ok();
 }
 
 bool GroupSplitter::flushAll() {

@@ -4,6 +4,8 @@
 #include "core/TmatsDocument.h"
 #include "core/document/Banner.h"
 #include "core/document/ConversionComments.h"
+#include "core/document/ConversionRuns.h"
+#include "core/files/FileIo.h"
 #include "core/talk/LoadNotes.h"
 
 #include <cstdint>
@@ -13,9 +15,7 @@
 
 namespace kavu {
 
-class ByteSource;
 class CommandBlock;
-class IoStatus;
 struct CutCommand;
 struct GroupKind;
 
@@ -55,6 +55,7 @@ class GroupSplitter {
     Target& target(const GroupKind& kind, std::int64_t index);
     bool flush(Target& target);
     IoStatus write(const Target& target);
+    bool closeConversions();
     bool flushAll();
     /// `rest` is what no command ends.
     bool endOfFile(ByteSource& source, std::string_view rest);
@@ -67,10 +68,12 @@ class GroupSplitter {
     bool keepComments_;
     BannerFilter banner_;
     ConversionComments conversionComments_;
+    ConversionRunNotes conversionRuns_;
     std::string comments_;  ///< that wait for the command that follows them
     Target* last_ = nullptr;
     std::unordered_map<std::string, Target> targets_;
     Target conversions_;
+    FileWriter conversionsFile_;
     Target unsplit_;  ///< commands of the C group that no record can hold
     Target* current_ = nullptr;
     std::string currentPrefix_;

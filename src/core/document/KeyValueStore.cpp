@@ -57,9 +57,14 @@ std::string KeyValueStore::filePath(int number) const {
 
 // --- The directory ---------------------------------------------------------------------
 
+std::size_t KeyValueStore::findName(std::string_view name) const {
+    return places_.find(textHash(name),
+                        [&](std::size_t place) { return names_[place].text == name; });
+}
+
 std::size_t KeyValueStore::find(std::string_view name) const {
-    const auto it = places_.find(name);
-    return it == places_.end() ? kNone : it->second.first;
+    const auto place = findName(name);
+    return place == kNone ? kNone : names_[place].first;
 }
 
 int KeyValueStore::fileOf(std::size_t place) const {
@@ -69,12 +74,17 @@ int KeyValueStore::fileOf(std::size_t place) const {
 void KeyValueStore::addEntry(std::string_view name) {
     sizes_[static_cast<std::size_t>(currentFile_)] += name.size() + 4;
     const auto at = directory_.size();
-    // A name that is added again is found at its first place.
-    if (const auto [it, isNew] = places_.try_emplace(std::string(name), Chain{at, at}); !isNew) {
-        directory_[it->second.last].next = at;
-        it->second.last = at;
+    auto place = findName(name);
+    if (place == kNone) {
+        place = names_.size();
+        places_.add(textHash(name), place);
+        names_.push_back({std::string(name)});
     }
-    directory_.push_back({std::string(name), currentFile_, kNone});
+    auto& known = names_[place];
+    // A name that is added again is found at its first place.
+    (known.first == kNone ? known.first : directory_[known.last].next) = at;
+    known.last = at;
+    directory_.push_back({place, currentFile_});
     directoryLength_ +=
         (directoryLength_ == 0 ? 1 : 0) + name.size() + 2 + digitCount(currentFile_);
     ++sectionCount_;
@@ -82,13 +92,8 @@ void KeyValueStore::addEntry(std::string_view name) {
 
 void KeyValueStore::removeEntry(std::size_t at) {
     auto& entry = directory_[at];
-    const auto it = places_.find(entry.name);
-    if (entry.next == kNone) {
-        places_.erase(it);
-    } else {
-        it->second.first = entry.next;
-    }
-    entry.name.assign(entry.name.size(), ' ');
+    names_[entry.name].first = entry.next;
+    entry.isDeleted = true;
     --sectionCount_;
 }
 
@@ -106,7 +111,9 @@ std::optional<std::string> KeyValueStore::sectionName(int index) const {
     if (index < 0 || index >= sectionCount_) {
         return std::nullopt;
     }
-    return directory_[static_cast<std::size_t>(index)].name;
+    const auto& entry = directory_[static_cast<std::size_t>(index)];
+    const auto& name = names_[entry.name].text;
+    return entry.isDeleted ? std::string(name.size(), ' ') : name;
 }
 
 // --- The files -------------------------------------------------------------------------
@@ -175,7 +182,7 @@ bool KeyValueStore::writeSection(UserInterface* parent, std::string_view name,
     if (!checkName(parent, name)) {
         return false;
     }
-    std::string text = "\r\n[" + std::string(name) + "]\r\n";
+    text_.assign("\r\n[").append(name).append("]\r\n");
     for (const auto& [key, value] : pairs) {
         if (key.empty() || value.empty()) {
             continue;
@@ -183,12 +190,12 @@ bool KeyValueStore::writeSection(UserInterface* parent, std::string_view name,
         if (!ProfileFile::canBeKey(key) || !ProfileFile::canBeValue(value)) {
             return false;
         }
-        text.append(key).append("=").append(value).append("\r\n");
+        text_.append(key).append("=").append(value).append("\r\n");
     }
     if (!start(parent) || !openWriteFile(parent)) {
         return false;
     }
-    writeFile_.write(text);
+    writeFile_.write(text_);
     addEntry(name);
     if (writeFile_.position() > kFullSize) {
         return closeWriteFile(parent) && advance(parent);
@@ -285,6 +292,7 @@ void KeyValueStore::closeStore(UserInterface* parent) {
     started_ = false;
     currentFile_ = 0;
     directory_.clear();
+    names_.clear();
     places_.clear();
     directoryLength_ = 0;
     sectionCount_ = 0;

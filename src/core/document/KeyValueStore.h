@@ -5,14 +5,13 @@
 
 #include "core/files/FileIo.h"
 #include "core/files/ProfileFile.h"
+#include "core/text/PlaceIndex.h"
 
 #include <array>
-#include <functional>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -69,24 +68,26 @@ class KeyValueStore {
     [[nodiscard]] std::size_t directoryLength() const { return directoryLength_; }
 
   private:
-    static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+    static constexpr std::size_t kNone = PlaceIndex::kNone;
 
+    struct Name {
+        std::string text;
+        std::size_t first = kNone;  ///< its first entry; none once all are deleted
+        std::size_t last = kNone;
+    };
     struct Entry {
-        std::string name;  ///< blanks once it is deleted
+        std::size_t name = 0;
         int file = 0;
         std::size_t next = kNone;  ///< the next entry of the same name
-    };
-    struct Chain {
-        std::size_t first;
-        std::size_t last;
-    };
-    struct NameHash : std::hash<std::string_view> {
-        using is_transparent = void;
+        bool isDeleted = false;
     };
 
     static bool checkName(UserInterface* parent, std::string_view name);
     bool start(UserInterface* parent);
     [[nodiscard]] std::string filePath(int number) const;
+    /// The place of a name that is or was in the directory.
+    [[nodiscard]] std::size_t findName(std::string_view name) const;
+    /// The first entry of a name, as a search from the front finds it.
     [[nodiscard]] std::size_t find(std::string_view name) const;
     [[nodiscard]] int fileOf(std::size_t place) const;
     void addEntry(std::string_view name);
@@ -104,14 +105,15 @@ class KeyValueStore {
     FileWriter writeFile_;
     int currentFile_ = 0;
     std::vector<Entry> directory_;
-    /// The entries of each name in their order, as a search from the front finds them.
-    std::unordered_map<std::string, Chain, NameHash, std::equal_to<>> places_;
+    std::vector<Name> names_;
+    PlaceIndex places_;  ///< of the names
     std::size_t directoryLength_ = 0;
     int sectionCount_ = 0;
     std::array<std::size_t, kMostFiles> sizes_{};
     /// The file used last, with the ordinary writes that are still pending.
     std::optional<ProfileFile> profile_;
     int profileNumber_ = -1;
+    std::string text_;  ///< of the section that is written
 };
 
 // --- Helpers for any profile file -------------------------------------------------------

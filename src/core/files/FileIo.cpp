@@ -15,6 +15,7 @@ namespace {
 
 constexpr std::size_t kReadBuffer = 256 * 1024;
 constexpr std::size_t kWriteBuffer = 64 * 1024;
+constexpr std::uint64_t kBehind = 4 * 1024 * 1024;
 constexpr std::uint64_t kMostReserved = 256 * 1024 * 1024;
 
 /// True for a path with a NUL, at which the system would cut it: the part before it names
@@ -231,6 +232,7 @@ FileWriter& FileWriter::operator=(FileWriter&& other) noexcept {
         path_ = std::move(other.path_);
         buffer_ = std::move(other.buffer_);
         position_ = std::exchange(other.position_, 0);
+        behind_ = std::exchange(other.behind_, kNone);
         status_ = std::move(other.status_);
         roomMaker_ = std::exchange(other.roomMaker_, nullptr);
     }
@@ -247,6 +249,7 @@ IoStatus FileWriter::open(const std::string& path, WriteMode mode) {
     path_ = path;
     status_ = {};
     position_ = 0;
+    behind_ = kNone;
     // Not blocking, so that a pipe without a reader is a failure and not a hang.
     const int how = mode == WriteMode::Append ? O_APPEND
                     : mode == WriteMode::New  ? O_EXCL
@@ -279,6 +282,7 @@ void FileWriter::write(std::string_view bytes) {
     } else {
         writeOut(bytes);
     }
+    startWriteBehind();
 }
 
 void FileWriter::writeOut(std::string_view bytes) {
@@ -296,6 +300,16 @@ void FileWriter::writeOut(std::string_view bytes) {
             return;
         }
         bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+}
+
+void FileWriter::startWriteBehind() {
+    const auto written = position_ - buffer_.size();
+    if (behind_ != kNone && written >= behind_ + kBehind && status_.ok()) {
+        // Only a hint: what it does not do is left for the close.
+        (void)::sync_file_range(descriptor_, static_cast<off_t>(behind_),
+                                static_cast<off_t>(written - behind_), SYNC_FILE_RANGE_WRITE);
+        behind_ = written;
     }
 }
 
@@ -551,43 +565,6 @@ std::string fileStamp(const std::string& path) {
         stamp += std::to_string(number) + " ";
     }
     return stamp;
-}
-
-bool matchesWildcard(std::string_view name, std::string_view pattern) {
-    std::size_t n = 0;
-    std::size_t p = 0;
-    std::size_t star = std::string_view::npos;
-    std::size_t resume = 0;
-    while (n < name.size()) {
-        if (p < pattern.size() && pattern[p] == '*') {
-            star = p++;
-            resume = n;
-        } else if (p < pattern.size() && pattern[p] == name[n]) {
-            ++p;
-            ++n;
-        } else if (star != std::string_view::npos) {
-            p = star + 1;
-            n = ++resume;
-        } else {
-            return false;
-        }
-    }
-    while (p < pattern.size() && pattern[p] == '*') {
-        ++p;
-    }
-    return p == pattern.size();
-}
-
-std::string fileNameOf(const std::string& path) {
-    return path.substr(path.rfind('/') + 1);
-}
-
-std::string folderOf(const std::string& path) {
-    const auto slash = path.rfind('/');
-    if (slash == std::string::npos) {
-        return ".";
-    }
-    return slash == 0 ? "/" : path.substr(0, slash);
 }
 
 }  // namespace kavu

@@ -278,7 +278,9 @@ IoStatus UserFile::writeMark(const std::string& owner) {
 
 IoStatus UserFile::open(const std::string& owner) {
     if (!inPlace_) {
-        return named(writer_.open(beside_, WriteMode::Truncate));
+        const auto status = writer_.open(beside_, WriteMode::Truncate);
+        writer_.writeBehind();
+        return named(status);
     }
     // A new file has no contents that could be cut short.
     if (exists_ && isPlain_) {

@@ -26,8 +26,10 @@ void forEachOnTwoThreads(std::size_t count,
             next = count;
         }
     };
+    // The system is asked once: it has to look into its files.
+    static const bool kHasTwo = std::thread::hardware_concurrency() > 1;
     std::thread second;
-    if (count > 1 && std::thread::hardware_concurrency() > 1) {
+    if (count > 1 && kHasTwo) {
         try {
             second = std::thread(run, 1);
         } catch (const std::system_error&) {
