@@ -238,12 +238,13 @@ class Adjustment {
                                                     const WordFrameDefinition& definition,
                                                     const FrameShape& now) const {
         std::vector<LocationPlaces> locations;
+        const int number = format_.cells().nameNumber(name);
         for (const auto& location : definition.locations) {
             auto places =
                 movedPlaces(placesOf(location, before_.shape), moves_, before_.shape, now);
             for (auto& step : places.steps) {
                 for (auto& part : step) {
-                    keepHeld(part, name);
+                    keepHeld(part, number);
                 }
             }
             locations.push_back(std::move(places));
@@ -252,12 +253,14 @@ class Adjustment {
     }
 
     /// A subframe that has gone with the edit has taken its cells along.
-    void keepHeld(WordFrames& part, const std::string& name) const {
+    void keepHeld(WordFrames& part, int nameNumber) const {
         if (part.fwp < 0) {
             return;
         }
+        std::vector<CellRef> found;
         std::erase_if(part.frames, [&](int cell) {
-            return !format_.cells().holdsAt(part.fwp, std::max(1, cell), name);
+            format_.cells().cellsAt(part.fwp, std::max(1, cell), nameNumber, found);
+            return found.empty();
         });
         if (part.frames.empty()) {
             part = {};
