@@ -102,6 +102,7 @@ OTHER_FILES = {
     "groups/SourceImport.cpp": (3, "the message log, and the raw commands of a load"),
     "groups/SourceTransfer.cpp": (1, "staged files that the gate takes in"),
     "groups/SourceTransfer.h": (1, "staged files that the gate takes in"),
+    "mdb/operations/DatabaseCsv.cpp": (1, "an export that the user has asked for"),
     "mdb/operations/DatabaseEdit.cpp": (3, "the database of the user, and its copy"),
     "mdb/operations/DatabaseWork.cpp": (1, "the message log"),
     "mdb/dbase/DbaseSearch.cpp": (1, "the table of the user"),

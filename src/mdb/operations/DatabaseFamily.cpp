@@ -5,6 +5,7 @@
 #include "core/TmatsDocument.h"
 #include "core/files/ProfileFile.h"
 #include "core/talk/FileReports.h"
+#include "core/talk/Messages.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
 #include "mdb/operations/EuDataString.h"
@@ -103,10 +104,25 @@ std::optional<MdbRecord> selectDatabaseRecord(DatabaseWork& work, UserInterface*
     prompt.title = kSelectTitle;
     prompt.columns = {std::string(mdbFields()[mdbfield::kName].label),
                       std::string(mdbFields()[mdbfield::kDescription].label)};
-    for (auto record = work.database.first(); record; record = work.database.next()) {
-        auto description = (*record)[mdbfield::kDescription];
-        fromStoredForm(description);
-        prompt.rows.push_back({record->name(), std::move(description)});
+    bool isCancelled = false;
+    {
+        const ProgressScope progress(parent, ProgressMode::WithCancel);
+        setStatusText(parent, "Reading Database");
+        for (auto record = work.database.first(); record && !isCancelled;
+             record = work.database.next()) {
+            auto description = (*record)[mdbfield::kDescription];
+            fromStoredForm(description);
+            prompt.rows.push_back({record->name(), std::move(description)});
+            if (prompt.rows.size() % kPollEvery == 0) {
+                yieldToInterface(parent);
+                isCancelled = cancelRequested(parent);
+            }
+        }
+        setStatusText(parent, {});
+    }
+    if (isCancelled) {
+        work.context.messages.show(parent, 414, title::kError, kErrorBox);
+        return std::nullopt;
     }
     const int row = parent->selectFromTable(prompt);
     return row < 0 || static_cast<std::size_t>(row) >= prompt.rows.size()

@@ -23,7 +23,8 @@ namespace kavu {
 bool addDatabaseConversion(DatabaseWork& work, UserInterface* parent, const MdbRecord& record);
 
 /// Lets the user choose a record from a table, "Select Measurement From Database"; nothing if none
-/// was chosen.
+/// was chosen, and message 414 ("Unable to load all measurement names") after a cancel while they
+/// are read.
 [[nodiscard]] std::optional<MdbRecord> selectDatabaseRecord(DatabaseWork& work,
                                                             UserInterface* parent);
 

@@ -80,4 +80,22 @@ int validateDatabase(DocumentContext& context, UserInterface* parent, Measuremen
     return found.hasFaults ? 0 : 1;
 }
 
+bool switchDatabaseOn(DocumentContext& context, UserInterface* parent, int edition) {
+    context.settings.set(setting::kDatabaseEnabled, true);
+    const auto database = settingsDatabase(context);
+    if (validateDatabase(context, parent, *database, edition, OnFailure::SwitchOff) < 0) {
+        context.settings.set(setting::kDatabaseEnabled, false);
+    }
+    return context.settings.get(setting::kDatabaseEnabled);
+}
+
+void changeDatabase(DocumentContext& context, UserInterface* parent, const std::string& path,
+                    MdbVersion version, int edition) {
+    context.settings.set(setting::kDatabasePath, path);
+    context.settings.set(setting::kDatabaseVersion, static_cast<int>(version));
+    if (context.settings.get(setting::kDatabaseEnabled)) {
+        (void)switchDatabaseOn(context, parent, edition);
+    }
+}
+
 }  // namespace kavu

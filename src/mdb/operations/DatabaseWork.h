@@ -45,4 +45,12 @@ bool openDatabase(DocumentContext& context, UserInterface* parent, MeasurementDa
 int validateDatabase(DocumentContext& context, UserInterface* parent, MeasurementDatabase& database,
                      int edition, OnFailure failure);
 
+/// Switches the database of the settings on and checks it. False if it is off again, as there is no
+/// usable one: see `validateDatabase`.
+bool switchDatabaseOn(DocumentContext& context, UserInterface* parent, int edition);
+/// Makes another file, or another form of it, the database of the settings; one that is switched
+/// on is checked, and switched off if it cannot be used.
+void changeDatabase(DocumentContext& context, UserInterface* parent, const std::string& path,
+                    MdbVersion version, int edition);
+
 }  // namespace kavu

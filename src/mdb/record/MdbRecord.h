@@ -43,6 +43,13 @@ enum class MdbVersion {
     Xml = 2,
 };
 
+/// As the list of versions shows them, in the order of the numbers.
+inline constexpr auto kMdbVersionNames = std::to_array<std::string_view>({
+    "Version 1 - Measurement information only",
+    "Version 2 - Measurement information, and additional 1553 fields",
+    "Version 3 - XML (Recommended)",
+});
+
 /// The number of columns: 28, 36, 36.
 [[nodiscard]] constexpr std::size_t columnCount(MdbVersion version) {
     return version == MdbVersion::Basic ? 28 : mdbfield::kCount;

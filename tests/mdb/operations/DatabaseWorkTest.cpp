@@ -76,5 +76,30 @@ TEST(DatabaseWork, TheSettingsSayWhichDatabase) {
     EXPECT_EQ(database->recordCount(), 1U);
 }
 
+TEST(DatabaseWork, OneThatIsSwitchedOnIsCheckedAndOffAgainIfItCannotBeUsed) {
+    WorkStage stage;
+    stage.settings.set(setting::kDatabaseEnabled, false);
+    stage.settings.set(setting::kDatabasePath, stage.path);
+    EXPECT_FALSE(switchDatabaseOn(stage.context, &stage.ui, 2011));
+    EXPECT_FALSE(stage.isEnabled());
+    stage.ui.byId[429] = Button::Yes;
+    EXPECT_TRUE(switchDatabaseOn(stage.context, &stage.ui, 2011));
+    EXPECT_TRUE(stage.isEnabled());
+}
+
+TEST(DatabaseWork, AnotherFileIsCheckedOnlyWhileTheDatabaseIsOn) {
+    WorkStage stage;
+    const auto other = stage.folder / "other.otb";
+    stage.settings.set(setting::kDatabaseEnabled, false);
+    changeDatabase(stage.context, &stage.ui, other, MdbVersion::Basic, 2011);
+    EXPECT_EQ(stage.settings.get(setting::kDatabasePath), other);
+    EXPECT_EQ(databaseVersion(stage.settings), MdbVersion::Basic);
+    EXPECT_TRUE(stage.ui.boxes.empty());
+    stage.settings.set(setting::kDatabaseEnabled, true);
+    changeDatabase(stage.context, &stage.ui, other, MdbVersion::Xml, 2011);
+    EXPECT_TRUE(stage.ui.hasBox(429));
+    EXPECT_FALSE(stage.isEnabled());
+}
+
 }  // namespace
 }  // namespace kavu::test

@@ -133,5 +133,19 @@ TEST(StreamSave, ARecordIsChosenFromATableOfNamesAndDescriptions) {
     EXPECT_FALSE(steps.select(nullptr));
 }
 
+TEST(StreamSave, AListThatCannotBeFilledIsMessage414AndOffersNothing) {
+    SaveStage stage;
+    std::vector<MdbRecord> records;
+    for (unsigned i = 0; i < kPollEvery; ++i) {
+        records.push_back(StreamStage::record("M" + std::to_string(i)));
+    }
+    stage.fill(records);
+    stage.ui.polls = 0;
+    stage.ui.cancelAtPoll = 1;
+    EXPECT_FALSE(selectDatabaseRecord(stage.work, &stage.ui));
+    EXPECT_TRUE(stage.ui.hasBox(414));
+    EXPECT_TRUE(stage.ui.tablePrompts.empty());
+}
+
 }  // namespace
 }  // namespace kavu::test
