@@ -42,7 +42,7 @@ void DetailForm::build() {
     auto* const layout = new QVBoxLayout(this);
     look::arrangePart(*layout, *this);
     fields_ = new FieldForm(form_, window_.fields, {}, this);
-    auto* const row = new QHBoxLayout;
+    auto* const row = new QBoxLayout(QBoxLayout::LeftToRight);
     for (const auto& list : window_.lists) {
         if (!list.isIn(form_.edition)) {
             continue;
@@ -54,6 +54,10 @@ void DetailForm::build() {
         row->addWidget(box, 1);
         lists_.push_back(made);
         connect(made, &EditableList::changed, this, &DefinitionDetail::changed);
+    }
+    // On a screen without room for them next to each other the lists are one below the other.
+    if (row->minimumSize().width() > look::roomForPage(*this)) {
+        row->setDirection(QBoxLayout::TopToBottom);
     }
     layout->addWidget(fields_, lists_.empty() ? 1 : 0);
     layout->addLayout(row, lists_.empty() ? 0 : 1);

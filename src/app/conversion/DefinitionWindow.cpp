@@ -3,6 +3,7 @@
 #include "app/conversion/PairSetPanel.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
+#include "app/framework/WindowCare.h"
 #include "conversion/DefinitionEdit.h"
 #include "conversion/PairSetPage.h"
 #include "core/talk/ProfileSettings.h"
@@ -74,6 +75,7 @@ DefinitionWindow::DefinitionWindow(FormContext& form, DocumentContext& document,
       content_(makeDetail(form, document, store, edit, window, setup, this)) {
     setObjectName(QLatin1String(window.resource));
     setWindowTitle(toQString(std::string(window.title) + ": " + edit.name()));
+    setHelpTopic(*this, window.type == std::string_view("PRS") ? "PairSets" : "ConversionDetail");
     auto* const layout = new QVBoxLayout(this);
     look::arrangeWindow(*layout, *this);
     // On a small screen, or with large letters, the content scrolls.
@@ -90,9 +92,9 @@ DefinitionWindow::DefinitionWindow(FormContext& form, DocumentContext& document,
     }
     const auto margins = layout->contentsMargins();
     const QSize around(margins.left() + margins.right(), margins.top() + margins.bottom());
-    resize((content_->sizeHint().expandedTo(content_->minimumSizeHint()) + around)
-               .expandedTo({look::charactersWide(*this, 44), look::unit(*this) * 12})
-               .boundedTo(look::roomOnScreen(*this)));
+    resize(look::scrollingSize(
+        *this, (content_->sizeHint().expandedTo(content_->minimumSizeHint()) + around)
+                   .expandedTo({look::charactersWide(*this, 44), look::unit(*this) * 12})));
 }
 
 DefinitionWindow::~DefinitionWindow() {

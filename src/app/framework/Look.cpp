@@ -15,6 +15,7 @@
 #include <QPalette>
 #include <QPushButton>
 #include <QScreen>
+#include <QStyle>
 #include <QToolTip>
 
 namespace kavu::look {
@@ -271,6 +272,19 @@ QDialogButtonBox* makeDialogButtons(QDialog& dialog, bool withHelp) {
 QSize roomOnScreen(const QWidget& widget) {
     const auto* screen = widget.screen();
     return screen == nullptr ? QSize(1024, 768) : screen->availableSize() * 9 / 10;
+}
+
+int roomForPage(const QWidget& page) {
+    return roomOnScreen(page).width() - 14 * unit(page);
+}
+
+QSize scrollingSize(const QWidget& window, QSize wanted) {
+    const auto room = roomOnScreen(window);
+    const int bar = window.style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, &window);
+    if (wanted.height() > room.height()) {
+        wanted.rwidth() += bar;
+    }
+    return wanted.boundedTo(room);
 }
 
 }  // namespace kavu::look

@@ -74,5 +74,10 @@ QDialogButtonBox* makeDialogButtons(QDialog& dialog, bool withHelp = false);
 
 /// At most this much of the screen of the widget is taken by a window.
 [[nodiscard]] QSize roomOnScreen(const QWidget& widget);
+/// The width that a page can have on the screen, within its window.
+[[nodiscard]] int roomForPage(const QWidget& page);
+/// The size for a window that wants this one and scrolls what has no room on the screen: a bar that
+/// scrolls one way takes room of the other.
+[[nodiscard]] QSize scrollingSize(const QWidget& window, QSize wanted);
 
 }  // namespace kavu::look

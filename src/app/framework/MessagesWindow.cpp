@@ -3,6 +3,7 @@
 #include "app/framework/DialogDoor.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
+#include "app/framework/WindowCare.h"
 #include "core/talk/OpenFileChecked.h"
 #include "core/talk/UserInterface.h"
 
@@ -142,6 +143,7 @@ MessagesWindow::MessagesWindow(UserInterface& ui, DialogDoor& door, MessageLines
       model_(model),
       goTo_(std::move(goTo)) {
     setObjectName(QStringLiteral("Messages"));
+    setHelpTopic(*this, "Messages");
     setWindowTitle(content_.title.empty() ? QStringLiteral("Messages") : toQString(content_.title));
     setWindowFlag(Qt::WindowMaximizeButtonHint);
     auto* layout = new QVBoxLayout(this);

@@ -188,13 +188,12 @@ void PropertySheet::putButtonsLast() {
 }
 
 void PropertySheet::fitToScreen() {
-    const auto room = look::roomOnScreen(*this);
     // Tabs that one has to scroll to are not found; only very many of them may be hidden.
     const int tabs = std::min(tabs_->tabBar()->sizeHint().width() + look::unit(*this) * 8,
                               look::charactersWide(*this, kWidestTabs));
     const auto wanted = sizeHint().expandedTo(QSize(
         std::max(tabs, look::charactersWide(*this, kNarrowest)), look::unit(*this) * 2 * kLowest));
-    resize(wanted.boundedTo(room));
+    resize(look::scrollingSize(*this, wanted));
 }
 
 void PropertySheet::rememberPage(int index) {

@@ -1,11 +1,13 @@
 #include "app/framework/WindowCare.h"
 
 #include "app/framework/Look.h"
+#include "app/framework/QtText.h"
 #include "app/framework/ToolTip.h"
 
 #include <algorithm>
 
 #include <QAbstractItemView>
+#include <QCoreApplication>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QFileDialog>
@@ -31,6 +33,7 @@ namespace {
 
 constexpr char kCared[] = "kavuCared";
 constexpr char kFitted[] = "kavuFitted";
+constexpr char kHelpTopic[] = "kavuHelpTopic";
 
 /// True the first time.
 bool begins(QObject& object, const char* mark) {
@@ -94,6 +97,32 @@ class FirstFocus : public QObject {
     QWidget& field_;
 };
 
+/// F1 as it is handed on by a dialog: whoever does not know what to do with it leaves it.
+class HelpKey : public QKeyEvent {
+  public:
+    HelpKey() : QKeyEvent(QEvent::KeyPress, Qt::Key_F1, Qt::NoModifier) {}
+};
+
+/// A dialog may open the help itself; else those that it belongs to are asked, the next one first.
+void askForHelp(QWidget& dialog) {
+    std::string topic;
+    for (QWidget* window = &dialog;;) {
+        HelpKey key;
+        if (topic.empty() && QCoreApplication::sendEvent(window, &key) && key.isAccepted()) {
+            return;
+        }
+        if (topic.empty()) {
+            topic = toBytes(window->property(kHelpTopic).toString());
+        }
+        if (window->parentWidget() == nullptr) {
+            HelpRequest request(std::move(topic));
+            QCoreApplication::sendEvent(window, &request);
+            return;
+        }
+        window = window->parentWidget()->window();
+    }
+}
+
 class DialogCare : public QObject {
   public:
     explicit DialogCare(QDialog& dialog) : QObject(&dialog), dialog_(dialog) {}
@@ -110,6 +139,11 @@ class DialogCare : public QObject {
         }
         if (receiver == &dialog_ && event->type() == QEvent::KeyPress) {
             const auto& key = *static_cast<QKeyEvent*>(event);
+            if (key.key() == Qt::Key_F1 && key.modifiers() == Qt::NoModifier &&
+                dynamic_cast<HelpKey*>(event) == nullptr) {
+                askForHelp(dialog_);
+                return true;
+            }
             // A key that is held down since before the dialog opened is not meant for it.
             if (isReturn(key) && (key.isAutoRepeat() || isInCell(dialog_.focusWidget()))) {
                 return true;
@@ -251,6 +285,15 @@ void careForDialog(QDialog& dialog) {
     if (begins(dialog, kCared)) {
         dialog.installEventFilter(new DialogCare(dialog));
     }
+}
+
+void setHelpTopic(QDialog& dialog, const std::string& topic) {
+    dialog.setProperty(kHelpTopic, toQString(topic));
+}
+
+QEvent::Type HelpRequest::kind() {
+    static const auto registered = static_cast<Type>(QEvent::registerEventType());
+    return registered;
 }
 
 void careForView(QAbstractItemView& view) {

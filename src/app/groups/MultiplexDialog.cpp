@@ -98,11 +98,6 @@ class SubcarrierDialog : public RowDialog {
     }
 };
 
-/// The width that a page can have on the screen, within its sheet.
-int pageRoom(const QWidget& page) {
-    return look::roomOnScreen(page).width() - 14 * look::unit(page);
-}
-
 }  // namespace
 
 MultiplexPage::MultiplexPage(FormContext& form, SourceParts parts, MultiplexGroup group,
@@ -119,7 +114,7 @@ MultiplexPage::MultiplexPage(FormContext& form, SourceParts parts, MultiplexGrou
     names->addWidget(makeListBox(), 1);
     columns->addLayout(names, 1);
     // On a screen without room for both next to each other the list is below the fields.
-    if (columns->sizeHint().width() > pageRoom(*this)) {
+    if (columns->sizeHint().width() > look::roomForPage(*this)) {
         columns->setDirection(QBoxLayout::TopToBottom);
     }
     connect(fields_, &FieldForm::edited, this, &MultiplexPage::fieldEdited);
@@ -151,7 +146,7 @@ QWidget* MultiplexPage::makeListBox() {
     rows_ = new IdentifiedList(form(), "SI", signalList(form().edition), box);
     rows_->rowEditor = [this](int row, const ListRow& before) { return editRow(row, before); };
     rows_->setMinimumWidth(std::min(look::charactersWide(*rows_, kListWidth),
-                                    pageRoom(*this) - 6 * look::unit(*this)));
+                                    look::roomForPage(*this) - 6 * look::unit(*this)));
     column->addWidget(rows_);
     connect(rows_, &EditableList::changed, this, [this] {
         takeRows();

@@ -495,6 +495,26 @@ const CommandRow& commandRow(CommandId id) {
     return found == kCommands.end() ? kCommands.front() : *found;
 }
 
+std::string_view topicOf(const CommandRow& row) {
+    if (!row.topic.empty()) {
+        return row.topic;
+    }
+    switch (row.menu) {
+        case MenuId::File:
+        case MenuId::View:
+            return "editor";
+        case MenuId::Database:
+            return "database";
+        case MenuId::Options:
+            return "Options";
+        case MenuId::Edit:
+        case MenuId::Reports:
+        case MenuId::Help:
+            break;
+    }
+    return "index";
+}
+
 std::string_view menuTitle(MenuId menu) {
     constexpr std::string_view kTitles[] = {"&File",    "&Edit", "&Reports", "&Database",
                                             "&Options", "&View", "&Help"};

@@ -88,11 +88,13 @@ struct CommandRow {
     /// What it does to the document, which must allow it. Nothing for the commands of the
     /// program itself.
     std::optional<OperationId> operation{};
-    std::string_view topic = "index";  ///< of the help that F1 on the entry opens
+    std::string_view topic{};  ///< of the help, if it is another than that of its menu
 };
 
 [[nodiscard]] std::span<const CommandRow> commandTable();
 [[nodiscard]] const CommandRow& commandRow(CommandId id);
+/// The topic of the help that F1 opens on the entry, and on the dialogs that the command opens.
+[[nodiscard]] std::string_view topicOf(const CommandRow& row);
 [[nodiscard]] std::string_view menuTitle(MenuId menu);
 /// What the status bar says of a menu, and of a submenu by its title.
 [[nodiscard]] std::string_view menuPrompt(MenuId menu);

@@ -63,6 +63,10 @@ constexpr auto kTopics = std::to_array<HelpTopic>({
     {"1553_edit_measurement_info", {"buses", "Measurements"}},
     {"1553_edit_measurement_location", {"buses", "Measurements"}},
     {"DataConversion", {"conversions", "The sheet"}},
+    {"ConversionDetail", {"conversions", "The details of a conversion"}},
+    {"PairSets", {"curve-fitting", "Pair sets in the editor"}},
+    {"Messages", {"editor", "Messages"}},
+    {"Options", {"editor", "Options"}},
 });
 
 constexpr std::string_view kDigits = "0123456789";

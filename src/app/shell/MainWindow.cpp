@@ -5,6 +5,7 @@
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
 #include "app/framework/ToolTip.h"
+#include "app/framework/WindowCare.h"
 #include "app/shell/CommandPane.h"
 #include "app/shell/MessageDesk.h"
 #include "app/shell/NoteBar.h"
@@ -31,6 +32,7 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QProgressBar>
+#include <QScopedValueRollback>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QToolBar>
@@ -247,7 +249,10 @@ void MainWindow::run(CommandId id) {
     if (handler == handlers_.end() || entry == nullptr || !entry->isEnabled()) {
         return;
     }
-    handler->second();
+    {
+        const QScopedValueRollback topic(runningTopic_, topicOf(commandRow(id)));
+        handler->second();
+    }
     endCommand();
 }
 
@@ -401,8 +406,18 @@ bool MainWindow::eventFilter(QObject* receiver, QEvent* event) {
     const auto chosen = std::ranges::find_if(
         commands_, [menu](const auto& each) { return each.second == menu->activeAction(); });
     menu->close();
-    showHelp(std::string(chosen == commands_.end() ? "index" : commandRow(chosen->first).topic));
+    showHelp(std::string(chosen == commands_.end() ? "index" : topicOf(commandRow(chosen->first))));
     return true;
+}
+
+/// A dialog without help of its own is part of the command that has opened it.
+void MainWindow::customEvent(QEvent* event) {
+    if (event->type() == HelpRequest::kind()) {
+        const auto& topic = static_cast<HelpRequest*>(event)->topic();
+        showHelp(!topic.empty()          ? topic
+                 : runningTopic_.empty() ? topicOfSelection()
+                                         : std::string(runningTopic_));
+    }
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

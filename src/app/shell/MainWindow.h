@@ -90,6 +90,7 @@ class MainWindow : public QMainWindow, private DocumentListener {
 
   protected:
     bool eventFilter(QObject* receiver, QEvent* event) override;
+    void customEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
@@ -172,6 +173,7 @@ class MainWindow : public QMainWindow, private DocumentListener {
     TreePanel* tree_ = nullptr;
     CommandPane* pane_ = nullptr;
     HelpWindow* help_ = nullptr;
+    std::string_view runningTopic_;  ///< of the command that runs; empty if none does
     QLabel* fileLabel_ = nullptr;
     QLabel* editionLabel_ = nullptr;
     QLabel* statusLabel_ = nullptr;

@@ -24,12 +24,29 @@
 
 #include <QApplication>
 #include <QMenu>
+#include <QScopedValueRollback>
 
 namespace kavu {
 
 namespace {
 
 constexpr int kMostPrecision = 12;
+
+/// Of the dialogs of an entry of the tree; empty for those about what is selected.
+std::string_view topicOf(TreeAction action) {
+    switch (action) {
+        case TreeAction::Rename:
+        case TreeAction::Delete:
+        case TreeAction::MakeCopy:
+        case TreeAction::CreateNew:
+        case TreeAction::Import:
+        case TreeAction::RenameStream:
+        case TreeAction::CreateHome:
+            return "sources";
+        default:
+            return {};
+    }
+}
 
 }  // namespace
 
@@ -274,7 +291,10 @@ void MainWindow::runTreeAction(TreeAction treeAction, const TreeItem& item) {
     if (handler == treeHandlers_.end() || !tree_->available(treeAction, item)) {
         return;
     }
-    handler->second(item);
+    {
+        const QScopedValueRollback topic(runningTopic_, topicOf(treeAction));
+        handler->second(item);
+    }
     endCommand();
 }
 

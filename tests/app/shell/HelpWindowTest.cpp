@@ -1,6 +1,9 @@
+#include "app/framework/EditDialog.h"
 #include "app/framework/FormContext.h"
 #include "app/framework/QtText.h"
+#include "app/framework/WindowCare.h"
 #include "app/shell/Commands.h"
+#include "app/shell/HelpTopics.h"
 #include "app/shell/HelpWindow.h"
 #include "app/shell/MainWindow.h"
 #include "app/shell/StartOptions.h"
@@ -100,8 +103,11 @@ TEST(HelpWindowTest, AKeyOnAnEntryOfAnOpenMenuTellsOfThatEntry) {
 TEST(HelpWindowTest, EveryEntryHasAPageOfTheManual) {
     HelpWindow help(KAVU_SOURCE_DIR "/docs/manual");
     for (const auto& row : commandTable()) {
-        help.openTopic(std::string(row.topic));
-        EXPECT_EQ(toBytes(help.openedPage()), row.topic) << row.text;
+        const auto topic = topicOf(row);
+        help.openTopic(std::string(topic));
+        EXPECT_EQ(toBytes(help.openedPage()), helpPlace(topic).page) << row.text;
+        EXPECT_EQ(topic == "index", row.menu == MenuId::Help || row.menu == MenuId::Reports)
+            << row.text << " has a page of its own";
     }
 }
 
@@ -204,6 +210,83 @@ TEST(HelpWindowTest, F1OpensWhatBelongsToTheSelection) {
     EXPECT_EQ(opened(), QStringLiteral("recorder"));
     window.tree().selectMeasurement("ENG1-N1");
     EXPECT_EQ(opened(), QStringLiteral("conversions"));
+}
+
+/// The page and the heading that F1 opens on a dialog, while it is there.
+std::string helpOfDialog(QDialog& dialog) {
+    auto* const focus = dialog.focusWidget();
+    QTest::keyClick(focus == nullptr ? &dialog : focus, Qt::Key_F1);
+    auto* const help = helpWindow();
+    if (help == nullptr) {
+        return "none";
+    }
+    EXPECT_EQ(help->parentWidget(), &dialog) << "the others are blocked";
+    const auto heading = test::find<QTextBrowser>(*help, "page")->textCursor().block().text();
+    return toBytes(help->openedPage() + QStringLiteral(": ") + heading);
+}
+
+/// Prompts, questions and the dialogs of the options have no help of their own: F1 opens that of
+/// the command they are part of.
+TEST(HelpWindowTest, F1OnAPromptOpensThePageOfItsCommand) {
+    HelpStage stage;
+    MainWindow window(stage.application, stage.door);
+    ASSERT_TRUE(window.begin({.splash = false}));
+    std::string opened;
+    const auto ask = [&](CommandId id) {
+        stage.door.next([&](QDialog& dialog) {
+            opened = helpOfDialog(dialog);
+            dialog.reject();
+        });
+        window.run(id);
+        return opened;
+    };
+    EXPECT_EQ(ask(CommandId::Precision), "editor: Options");
+    EXPECT_EQ(ask(CommandId::SampleRateOptions), "editor: Options");
+    EXPECT_EQ(ask(CommandId::Versions).substr(0, 9), "editions:");
+    const auto path = stage.folder / "flight.tma";
+    std::filesystem::copy_file(KAVU_SOURCE_DIR "/samples/flight-test.tma", path);
+    ASSERT_TRUE(window.openNamed(path));
+    window.tree().select('P', 1);
+    stage.door.next([&](QDialog& dialog) {
+        opened = helpOfDialog(dialog);
+        dialog.reject();
+    });
+    (void)window.ui().enterText({.title = "Any", .prompt = "Name:", .initial = ""});
+    EXPECT_EQ(opened, "pcm-format: The pages") << "what is selected";
+}
+
+class SomeForm : public EditDialog {
+  public:
+    SomeForm(FormContext& form, QWidget* parent)
+        : EditDialog(form, "EDIT_ASYNC_FORMAT", QStringLiteral("A form"), parent) {}
+
+  protected:
+    bool store() override { return true; }
+};
+
+/// A dialog that is asked by a form opens the page of the form.
+TEST(HelpWindowTest, F1OnAPromptOfAFormOpensThePageOfTheForm) {
+    HelpStage stage;
+    MainWindow window(stage.application, stage.door);
+    ASSERT_TRUE(window.begin({.splash = false}));
+    auto form = window.formContext();
+    SomeForm below(form, &window);
+    below.setModal(true);
+    below.show();
+    std::string opened;
+    stage.door.next([&](QDialog& dialog) {
+        EXPECT_EQ(dialog.parentWidget(), &below);
+        opened = helpOfDialog(dialog);
+        dialog.reject();
+    });
+    (void)form.ui.chooseFromList("One of three", {"a", "b", "c"});
+    EXPECT_EQ(opened, "pcm-format: Async embedded formats and data merge");
+    QDialog detail(&below);
+    setHelpTopic(detail, "PairSets");
+    detail.setModal(true);
+    detail.show();
+    EXPECT_EQ(helpOfDialog(detail), "curve-fitting: Pair sets in the editor")
+        << "its own comes before that of the window it belongs to";
 }
 
 }  // namespace
