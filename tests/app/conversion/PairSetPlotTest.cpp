@@ -5,6 +5,7 @@
 #include "conversion/EuNumbers.h"
 #include "conversion/Plot.h"
 
+#include <cmath>
 #include <cstdlib>
 
 #include <QCheckBox>
@@ -164,6 +165,21 @@ TEST(PairSetPlotForm, AxesThatScaleThemselvesOfferTheirRange) {
     press(panel, "plotAttributes");
     EXPECT_EQ(leadingDouble(s.f.settings.text("PLMaxX")), 40);
     EXPECT_EQ(leadingDouble(s.f.settings.text("PLMaxY")), 81);
+}
+
+TEST(PairSetPlotForm, TheTrustNoteSpeaksOfExtrapolationOnlyFarBeyondThePairs) {
+    for (const int bits : {5, 16}) {
+        PairSetStage s;
+        std::vector<std::pair<std::string, std::string>> pairs;
+        for (int i = 0; i < 20; ++i) {
+            pairs.emplace_back(std::to_string(i), std::to_string(std::sin(i)));
+        }
+        s.setPairs(pairs);
+        s.set({{"PS2", "5"}});
+        s.open({.bits = bits, .plot = true});
+        EXPECT_EQ(s.text<QLabel>("trustNote").find("extrapolated") != std::string::npos, bits == 16)
+            << s.text<QLabel>("trustNote");
+    }
 }
 
 TEST(PairSetPlotForm, TheTrustNoteNamesWhatWouldHold) {
