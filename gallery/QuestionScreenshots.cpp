@@ -11,7 +11,10 @@
 #include "groups/DataSources.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/PcmLoad.h"
+#include "pcm/edit/BlockEdit.h"
 #include "pcm/edit/FrameAdjust.h"
+#include "pcm/edit/MeasurementEditAsync.h"
+#include "pcm/structure/AsyncEdit.h"
 
 #include <functional>
 #include <optional>
@@ -25,6 +28,10 @@ namespace {
 /// Long, as those of archives are.
 constexpr const char* kLongPath =
     "/srv/telemetry/archive/2026/kestrel-prototype-2/flight-0147/preflight/flight-test.tma";
+
+/// Words and frames of the sample's first stream that are in use.
+constexpr BlockArea kBlock{3, 1, 7, 4};
+constexpr int kEmbeddedWord = 5;
 
 /// Keeps the question that it is asked, and cancels.
 class Listener : public QtInterface {
@@ -64,8 +71,9 @@ std::unique_ptr<QWidget> makeOverwrite(ScreenshotStage& stage) {
     return makeMessageBox(*listener.box, nullptr);
 }
 
-/// Fewer frames, which cut the ranges of measurements.
-std::unique_ptr<QWidget> makeAdjust(ScreenshotStage& stage) {
+/// The question that an edit of the sample's first stream asks.
+std::unique_ptr<QWidget> makeOfEdit(ScreenshotStage& stage,
+                                    const std::function<void(PcmFormat&, Listener&)>& edit) {
     std::vector<std::string> links;
     if (stage.application == nullptr ||
         !gatherDataLinks(stage.application->context(), nullptr, links) || links.empty()) {
@@ -77,10 +85,46 @@ std::unique_ptr<QWidget> makeAdjust(ScreenshotStage& stage) {
         return nullptr;
     }
     Listener listener(stage.form.door);
+    edit(format, listener);
+    format.closeFormat();
+    if (listener.prompt) {
+        return std::make_unique<QuestionDialog>(*listener.prompt, nullptr);
+    }
+    return listener.box ? makeMessageBox(*listener.box, nullptr) : nullptr;
+}
+
+/// Fewer frames, which cut the ranges of measurements.
+void adjust(PcmFormat& format, Listener& listener) {
     (void)editFrameAttribute(format, &listener, "MF1",
                              std::to_string(format.wordsPerMinorFrame * 3 / 4));
-    format.closeFormat();
-    return listener.box ? makeMessageBox(*listener.box, nullptr) : nullptr;
+}
+
+/// An async format in words of the block.
+void embed(PcmFormat& format) {
+    format.asyncFormats.resize(1);
+    format.asyncFormats[0].dataLinkName = "Mission Computer";
+    (void)placeAsyncSlots(format, nullptr, 1, {kEmbeddedWord, {{1, 1, 16}}}, "FW");
+}
+
+void addBlockQuestions(ScreenshotList& list) {
+    const auto add = [&list](const char* name, auto edit) {
+        list.add(name, [edit](ScreenshotStage& stage) { return makeOfEdit(stage, edit); });
+    };
+    add("QuestionDelete", [](PcmFormat& format, Listener& listener) {
+        embed(format);
+        (void)deleteBlock(format, &listener, {}, kBlock);
+    });
+    add("QuestionPaste", [](PcmFormat& format, Listener& listener) {
+        (void)pasteBlock(format, &listener, {}, copyBlock(format, kBlock), kBlock.firstWord + 2,
+                         kBlock.firstFrame);
+    });
+    add("QuestionFill", [](PcmFormat& format, Listener& listener) {
+        (void)fillBlock(format, &listener, {}, kBlock, FillDirection::Right);
+    });
+    add("QuestionAsync", [](PcmFormat& format, Listener& listener) {
+        embed(format);
+        (void)mayCoverAsync(format, &listener, "ENG1-N1", {}, {{kEmbeddedWord, 1, "FW"}});
+    });
 }
 
 }  // namespace
@@ -88,7 +132,8 @@ std::unique_ptr<QWidget> makeAdjust(ScreenshotStage& stage) {
 void addQuestionScreenshots(ScreenshotList& list) {
     list.add("QuestionChangedFile", makeChangedFile);
     list.add("QuestionOverwrite", makeOverwrite);
-    list.add("QuestionAdjust", makeAdjust);
+    list.add("QuestionAdjust", [](ScreenshotStage& stage) { return makeOfEdit(stage, adjust); });
+    addBlockQuestions(list);
 }
 
 }  // namespace kavu
