@@ -32,6 +32,24 @@ DATED = support.small_document().replace(b"G\\106:09", b"G\\106:99") + support.l
     "T-1\\RF4:OTHR", "R-1\\TC1:OTHR", "R-1\\RI4:05-06-2001", "M-1\\SIF2-1:OT", "A-1\\SF3-1:OTH",
     "C-1\\TRD5:05-06-2001")
 
+# A link of packets, which only these editions know.
+PACKETS = support.small_document().replace(b"G\\106:09", b"G\\106:07").replace(
+    b"P-1\\TF:ONE", b"P-1\\TF:PKTM").replace(b"S-1\\NS\\N:0", b"S-1\\TFL:100")
+
+SOURCES = {"change_edition": DATED, "packet": PACKETS}
+
+
+def steps(*edits):
+    return json.dumps([{"do": do, "at": at, "values": values} for do, at, values in edits])
+
+
+BUS_STEPS = steps(("set", [], {"TA": "Plane"}),
+                  ("add", [1], {"MNA": "New", "TRA": "00101", "STA": "00010", "TRM": "1",
+                                "DWC": "4"}),
+                  ("add", [1, 1], {"MN": "ON THE BUS"}))
+MESSAGE_STEPS = steps(("set", [], {"TA": "Plane"}), ("add", [], {"name": "Inertial"}))
+PACKET_STEPS = steps(("set", [], {"TA": "Plane", "VID": "010"}))
+
 # What comes in front of the source, and behind it.
 OPERATIONS = {
     "delete": (["--answer", "140=yes", "source", "delete"], ["RF"]),
@@ -41,6 +59,9 @@ OPERATIONS = {
     "rename_link": (["link", "rename"], [LINK, "Renamed"]),
     "set": (["set"], ["G\\PN=ANOTHER", "T-1\\RF1=1450.5", "M-1\\BSG1=PCM"]),
     "rewrite": (["--answer", "241=yes", "rewrite"], [LINK]),
+    "bus": (["bus"], [LINK, "--edit", BUS_STEPS]),
+    "message": (["message"], [LINK, "--edit", MESSAGE_STEPS]),
+    "packet": (["packet"], [LINK, "--edit", PACKET_STEPS]),
 }
 
 
@@ -64,7 +85,7 @@ def run(case, name, faults):
     front, behind = OPERATIONS[name]
     other = case.root / "other.tma"
     other.write_bytes(OTHER)
-    behind = [part.format(other=other) for part in behind]
+    behind = [str(other) if part == "{other}" else part for part in behind]
     return case.run("--now", support.NOW, *front, case.source, *behind, "-o", case.target,
                     faults=faults)
 
@@ -139,8 +160,8 @@ class OperationKillTest(unittest.TestCase):
         return state, (f"{name} killed at call {number} of {len(expected.calls)}, {call.name} "
                        f"{os.path.basename(call.path)}: " + "; ".join(problems))
 
-    def kill_in(self, name, source=None):
-        expected = Expected(self.workshop, name, source or support.small_document())
+    def kill_in(self, name):
+        expected = Expected(self.workshop, name, SOURCES.get(name, support.small_document()))
         self.assertIsNotNone(expected.after, expected.outcome)
         self.assertFalse(expected.after == expected.before, "an operation that changes nothing")
         self.assertGreater(len(expected.links), 0, "nothing was kept")
@@ -184,8 +205,17 @@ class OperationKillTest(unittest.TestCase):
     def test_killed_in_a_rewrite_of_a_stream(self):
         self.kill_in("rewrite")
 
+    def test_killed_in_an_edit_of_buses(self):
+        self.kill_in("bus")
+
+    def test_killed_in_an_edit_of_messages(self):
+        self.kill_in("message")
+
+    def test_killed_in_an_edit_of_packets(self):
+        self.kill_in("packet")
+
     def test_killed_in_a_change_of_the_edition(self):
-        self.kill_in("change_edition", DATED)
+        self.kill_in("change_edition")
 
 
 if __name__ == "__main__":

@@ -27,7 +27,7 @@ LEFT_BEHIND = re.compile(r"The folder '([^']+)' is left behind")
 # Only a save in place has former contents to put back.
 IN_PLACE = "[KAVU-9]\r\nSaveInPlace=1\r\nCreateBackup=0\r\n"
 
-SOURCES = {"change_edition": operations.DATED, "word_frame": support.medium_document(20)}
+SOURCES = {**operations.SOURCES, "word_frame": support.medium_document(20)}
 COMMANDS = {
     **{name: None for name in operations.OPERATIONS},
     "save": lambda case: ["save", case.source, "-o", case.target],
