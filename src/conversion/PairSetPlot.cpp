@@ -67,16 +67,20 @@ PlotRange rangeOfCurve(const FitResult& result, const CountRange& counts) {
     return range;
 }
 
-/// Gives the axis of a flat calibration a range, where it follows the values.
+/// Gives the axis of a flat calibration a range around it. An axis that follows the values would
+/// begin at 0 and have the curve on its end.
 void spreadFlat(PlotAttributes& attributes, const FitResult& result) {
-    auto scaled = attributes;
-    scaled.scaleTo(result.x, result.y);
-    const double size = std::max(std::abs(scaled.y.least), std::abs(scaled.y.most));
-    const double span = scaled.y.most - scaled.y.least;
+    auto range = attributes.y;
+    if (scalesY(attributes.scale)) {
+        const auto [least, most] = std::minmax_element(result.y.begin(), result.y.end());
+        range = {*least, *most};
+    }
+    const double size = std::max(std::abs(range.least), std::abs(range.most));
+    const double span = range.most - range.least;
     if (span < 0 || span > kRounding * size) {
         return;
     }
-    attributes.y = spread(scaled.y.least);
+    attributes.y = spread(range.least);
     attributes.scale = scalesX(attributes.scale) ? PlotScale::AutoX : PlotScale::MinMax;
 }
 
