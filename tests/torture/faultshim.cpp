@@ -359,6 +359,11 @@ int fsync(int number) {
 int fdatasync(int number) {
     return failsOn("fdatasync", number) ? -1 : real<int(int)>("fdatasync")(number);
 }
+int sync_file_range(int number, off64_t from, off64_t count, unsigned flags) {
+    return failsOn("sync_file_range", number) ? -1
+                                              : real<int(int, off64_t, off64_t, unsigned)>(
+                                                    "sync_file_range")(number, from, count, flags);
+}
 int ftruncate(int number, off_t size) __THROW {
     return failsOn("ftruncate", number) ? -1 : real<int(int, off_t)>("ftruncate")(number, size);
 }
