@@ -23,6 +23,19 @@ namespace kavu {
 
 namespace {
 
+/// A tree whose one column is as wide as its longest line, but never narrower than the view, so
+/// that the whole line of a selected row is marked.
+class FullWidthTree : public QTreeView {
+  public:
+    using QTreeView::QTreeView;
+
+  protected:
+    void resizeEvent(QResizeEvent* event) override {
+        header()->setMinimumSectionSize(viewport()->width());
+        QTreeView::resizeEvent(event);
+    }
+};
+
 /// The folders of a row are among its first rows.
 constexpr std::size_t kMostFolders = 4;
 
@@ -69,7 +82,7 @@ GroupTreeEditor::~GroupTreeEditor() = default;
 
 void GroupTreeEditor::makeTree(const QString& spoken) {
     items_ = new GroupTreeItems(model_, this);
-    view_ = new QTreeView(this);
+    view_ = new FullWidthTree(this);
     view_->setObjectName(QStringLiteral("tree"));
     view_->setAccessibleName(spoken);
     view_->setModel(items_);

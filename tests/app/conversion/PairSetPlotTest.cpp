@@ -167,6 +167,16 @@ TEST(PairSetPlotForm, AxesThatScaleThemselvesOfferTheirRange) {
     EXPECT_EQ(leadingDouble(s.f.settings.text("PLMaxY")), 81);
 }
 
+TEST(PairSetPlotForm, AFlatCalibrationIsDrawnInTheMiddle) {
+    PairSetStage s;
+    s.setPairs({{"0", "5"}, {"10", "5"}, {"20", "5"}});
+    s.open();
+    const auto shown = picture(s, "curve");
+    const auto middle = shown.copy(0, shown.height() / 3, shown.width(), shown.height() / 3);
+    EXPECT_GT(count(middle, 0xFF0000), shown.width() / 4) << "the curve";
+    EXPECT_EQ(count(middle, 0xFF0000), count(shown, 0xFF0000)) << "all of it";
+}
+
 TEST(PairSetPlotForm, TheTrustNoteSpeaksOfExtrapolationOnlyFarBeyondThePairs) {
     for (const int bits : {5, 16}) {
         PairSetStage s;
