@@ -163,9 +163,9 @@ bool MessageEdit::enter(UserInterface* parent, MessageForm& form, EnteredValues 
     const auto opened = form.texts;
     std::vector<std::pair<std::size_t, bool>> entered;
     for (const auto& [name, value] : values) {
-        const auto column =
-            std::find_if(columns.begin(), columns.end(),
-                         [&](const MessageColumn& each) { return each.name == name; });
+        const auto column = std::find_if(
+            columns.begin(), columns.end(),
+            [&wanted = name](const MessageColumn& each) { return each.name == wanted; });
         if (column == columns.end()) {
             reportNoField(parent, name);
             return false;

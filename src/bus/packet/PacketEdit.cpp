@@ -189,8 +189,9 @@ bool PacketEdit::enter(UserInterface* parent, const Node& node, GroupRow& row,
                        EnteredValues values) const {
     const auto fields = fieldsOf(node.kind, node.family);
     for (const auto& [name, entered] : values) {
-        const auto found = std::find_if(fields.begin(), fields.end(),
-                                        [&](const PacketField& each) { return each.name == name; });
+        const auto found =
+            std::find_if(fields.begin(), fields.end(),
+                         [&wanted = name](const PacketField& each) { return each.name == wanted; });
         if (found == fields.end()) {
             reportNoField(parent, name);
             return false;
