@@ -26,7 +26,7 @@ class BusFormCheck {
     [[nodiscard]] bool enter(std::string_view stem, std::string_view value, bool isArinc);
     /// Sets the track sequences of a bus; false as above.
     [[nodiscard]] bool enterTracks(const std::vector<std::string>& tracks);
-    /// Sets what a chosen type demands, and tells of it.
+    /// Sets what a chosen type demands, and reports it.
     void chooseType(BusMessageType type);
     /// The checks of the OK of a message: what is missing, and what the type in force refuses.
     [[nodiscard]] bool leaveMessage(std::optional<BusMessageType> type, bool isArinc);
