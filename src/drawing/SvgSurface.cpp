@@ -1,5 +1,6 @@
 #include "drawing/SvgSurface.h"
 
+#include "core/text/Markup.h"
 #include "core/text/Printf.h"
 #include "core/text/TextEncoding.h"
 
@@ -59,12 +60,9 @@ std::string dashes(const DrawingPen& pen) {
 std::string escaped(std::string_view bytes) {
     std::string text;
     for (const char c : toUtf8(bytes)) {
-        if (c == '&') {
-            text += "&amp;";
-        } else if (c == '<') {
-            text += "&lt;";
-        } else if (c == '>') {
-            text += "&gt;";
+        // A quote is none in the text of an element.
+        if (const auto entity = markupEntity(c); !entity.empty() && c != '"') {
+            text += entity;
         } else {
             text += static_cast<unsigned char>(c) < 0x20 ? ' ' : c;
         }

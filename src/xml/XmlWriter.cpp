@@ -1,5 +1,6 @@
 #include "xml/XmlWriter.h"
 
+#include "core/text/Markup.h"
 #include "core/text/Text.h"
 
 #include <algorithm>
@@ -15,22 +16,16 @@ constexpr std::string_view kBlank = " \t\r\n";
 /// as it is would be read as a line feed, and in an attribute a line feed as a blank.
 std::string_view entityFor(char c, bool isAttribute) {
     switch (c) {
-        case '&':
-            return "&amp;";
-        case '<':
-            return "&lt;";
-        case '>':
-            return "&gt;";
         case '\r':
             return "&#13;";
         case '"':
-            return isAttribute ? "&quot;" : "";
+            return isAttribute ? markupEntity(c) : "";
         case '\n':
             return isAttribute ? "&#10;" : "";
         case '\t':
             return isAttribute ? "&#9;" : "";
         default:
-            return {};
+            return markupEntity(c);
     }
 }
 

@@ -1,5 +1,6 @@
 #include "mdb/storage/XmlRecord.h"
 
+#include "core/text/Markup.h"
 #include "core/text/Text.h"
 #include "mdb/record/DiscreteText.h"
 #include "mdb/record/MdbFields.h"
@@ -120,24 +121,12 @@ void appendEscaped(std::string& out, std::string_view stored) {
     std::string text(stored);
     fromStoredForm(text);
     for (const char c : xmlCharacters(text)) {
-        switch (c) {
-            case '&':
-                out += "&amp;";
-                break;
-            case '<':
-                out += "&lt;";
-                break;
-            case '>':
-                out += "&gt;";
-                break;
-            case '"':
-                out += "&quot;";
-                break;
-            case '\r':
-                out += "&#13;";  // a real one would come back as a line feed
-                break;
-            default:
-                out += c;
+        if (const auto entity = markupEntity(c); !entity.empty()) {
+            out += entity;
+        } else if (c == '\r') {
+            out += "&#13;";  // a real one would come back as a line feed
+        } else {
+            out += c;
         }
     }
 }

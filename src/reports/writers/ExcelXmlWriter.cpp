@@ -1,6 +1,7 @@
 #include "reports/writers/ExcelXmlWriter.h"
 
 #include "core/talk/UserInterface.h"
+#include "core/text/Markup.h"
 #include "core/text/Printf.h"
 #include "core/text/Text.h"
 
@@ -121,27 +122,14 @@ std::string sheetOptions(const SheetSetup& setup, bool isFirst) {
 std::string escapeForWorkbook(std::string_view bytes) {
     std::string text;
     for (const char c : workbookText(bytes)) {
-        switch (c) {
-            case '&':
-                text += "&amp;";
-                break;
-            case '<':
-                text += "&lt;";
-                break;
-            case '>':
-                text += "&gt;";
-                break;
-            case '"':
-                text += "&quot;";
-                break;
-            case '\'':
-                text += "&apos;";
-                break;
-            case '\n':
-                text += "&#10;";
-                break;
-            default:
-                text += c;
+        if (const auto entity = markupEntity(c); !entity.empty()) {
+            text += entity;
+        } else if (c == '\'') {
+            text += "&apos;";
+        } else if (c == '\n') {
+            text += "&#10;";
+        } else {
+            text += c;
         }
     }
     return text;

@@ -1,5 +1,6 @@
 #include "reports/writers/HtmlWriter.h"
 
+#include "core/text/Markup.h"
 #include "core/text/Text.h"
 #include "reports/writers/WorkbookWriter.h"
 
@@ -68,21 +69,10 @@ for (const section of document.querySelectorAll("section")) {
 std::string htmlText(std::string_view bytes) {
     std::string text;
     for (const char c : workbookText(bytes)) {
-        switch (c) {
-            case '&':
-                text += "&amp;";
-                break;
-            case '<':
-                text += "&lt;";
-                break;
-            case '>':
-                text += "&gt;";
-                break;
-            case '"':
-                text += "&quot;";
-                break;
-            default:
-                text += c;
+        if (const auto entity = markupEntity(c); !entity.empty()) {
+            text += entity;
+        } else {
+            text += c;
         }
     }
     return text;
