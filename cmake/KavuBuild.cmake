@@ -39,6 +39,12 @@ if(KAVU_SANITIZE)
         -fsanitize=${KAVU_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer
         $<$<BOOL:$<TARGET_PROPERTY:KAVU_IS_TEST>>:-fno-sanitize=undefined>)
     target_link_options(kavu_options INTERFACE -fsanitize=${KAVU_SANITIZE})
+    # The names and lines that the reports of the sanitizers need make programs of a size that
+    # the usual linker takes long for.
+    find_program(KAVU_MOLD mold)
+    if(KAVU_MOLD)
+        target_link_options(kavu_options INTERFACE -fuse-ld=mold)
+    endif()
 endif()
 if(KAVU_COVERAGE)
     target_compile_options(kavu_options INTERFACE --coverage -O0)

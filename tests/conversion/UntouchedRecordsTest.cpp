@@ -1,6 +1,7 @@
 #include "conversion/ConversionFixture.h"
 #include "conversion/UntouchedRecords.h"
 #include "core/document/Transaction.h"
+#include "support/Seeds.h"
 
 #include <filesystem>
 #include <functional>
@@ -303,7 +304,7 @@ Result loadAndSave(const std::string& text, int edition, Road road) {
 class UntouchedRecordsProperty : public testing::TestWithParam<int> {};
 
 TEST_P(UntouchedRecordsProperty, RawCommandsAndSectionsAreWrittenAlike) {
-    for (unsigned seed = 0; seed < 120; ++seed) {
+    for (unsigned seed = 0; seed < test::seeds(120); ++seed) {
         const auto text = RandomGroup(seed).make();
         const auto raw = loadAndSave(text, GetParam(), Road::Raw);
         const auto sections = loadAndSave(text, GetParam(), Road::Sections);

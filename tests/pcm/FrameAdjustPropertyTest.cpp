@@ -5,6 +5,7 @@
 #include "pcm/edit/FrameEditWords.h"
 #include "pcm/structure/AsyncEdit.h"
 #include "pcm/structure/SubframeEdit.h"
+#include "support/Seeds.h"
 
 #include <map>
 #include <random>
@@ -105,7 +106,7 @@ class FrameAdjustProperty : public ::testing::TestWithParam<int> {};
 
 TEST_P(FrameAdjustProperty, WhatIsShownAfterAdjustIsWhatTheNextLoadShows) {
     int checked = 0;
-    for (unsigned seed = 1; seed <= 60; ++seed) {
+    for (unsigned seed = 1; seed <= test::seeds(60); ++seed) {
         const StreamGenerator stream(seed * 7919, GetParam());
         LoadFixture f(GetParam());
         f.settings.write("WdFrCreation", "1");
@@ -145,8 +146,7 @@ TEST_P(FrameAdjustProperty, WhatIsShownAfterAdjustIsWhatTheNextLoadShows) {
                 }
                 EXPECT_EQ(again[name], places)
                     << name << ", seed " << seed << ", step " << step << "\n"
-                    << told << f.read("[kavu]PCMFMT.P01")
-                    << f.read("[kavu]PCMMEAS.D01");
+                    << told << f.read("[kavu]PCMFMT.P01") << f.read("[kavu]PCMMEAS.D01");
             }
             for (const int id : {201, 209, 276, 285, 286, 287}) {
                 EXPECT_EQ(f.logText(id), "") << "seed " << seed << ", step " << step << "\n"
@@ -157,7 +157,7 @@ TEST_P(FrameAdjustProperty, WhatIsShownAfterAdjustIsWhatTheNextLoadShows) {
             }
         }
     }
-    EXPECT_GT(checked, 40);
+    EXPECT_GT(checked, static_cast<int>(test::seeds(40)));
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryEdition, FrameAdjustProperty,

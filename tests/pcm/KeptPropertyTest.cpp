@@ -3,6 +3,7 @@
 #include "core/command/CommandPath.h"
 #include "pcm/LoadFixture.h"
 #include "pcm/StreamGenerator.h"
+#include "support/Seeds.h"
 
 #include <map>
 #include <random>
@@ -290,7 +291,7 @@ class KeptPropertyTest : public ::testing::TestWithParam<int> {
             return holds(box.text) || holds(box.details);
         });
     }
-    static constexpr unsigned kSeeds = 150;
+    static constexpr unsigned kSeeds = test::seeds(150);
 };
 
 TEST_P(KeptPropertyTest, NothingIsLostWithYes) {

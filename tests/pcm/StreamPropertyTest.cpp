@@ -4,6 +4,7 @@
 #include "pcm/StreamGenerator.h"
 #include "pcm/StreamModel.h"
 #include "pcm/write/WordFrameConversion.h"
+#include "support/Seeds.h"
 
 #include <gmock/gmock.h>
 
@@ -16,7 +17,7 @@ using test::LoadFixture;
 using test::occurrences;
 using test::StreamGenerator;
 
-constexpr unsigned kSeeds = 12;
+constexpr unsigned kSeeds = test::seeds(12);
 
 class StreamProperty : public ::testing::TestWithParam<int> {
   protected:

@@ -6,6 +6,7 @@
 #include "pcm/edit/FrameAdjust.h"
 #include "pcm/edit/FrameEditWords.h"
 #include "pcm/undo/StreamUndo.h"
+#include "support/Seeds.h"
 
 #include <map>
 #include <random>
@@ -110,7 +111,7 @@ class WordMover {
 class StreamUndoMoves : public ::testing::TestWithParam<int> {};
 
 TEST_P(StreamUndoMoves, LevelsOfManyEditsGoBackAndForthToTheSameCells) {
-    for (unsigned seed = 1; seed <= 12; ++seed) {
+    for (unsigned seed = 1; seed <= test::seeds(12); ++seed) {
         const StreamGenerator stream(seed * 104729, GetParam());
         LoadFixture f(GetParam());
         f.settings.write("WdFrCreation", "1");
