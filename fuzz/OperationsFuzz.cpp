@@ -96,11 +96,33 @@ bool run(fuzz::Run& run, const Operation& operation) {
     return setAttributes(parts.context, &ui, changes);
 }
 
+using GroupNumber = std::pair<char, std::int64_t>;
+
+/// The groups without a source that a deletion asks about: a line each, as "R-1 'Box'".
+std::set<GroupNumber> groupsAskedAbout(const test::RecordingInterface& ui) {
+    std::set<GroupNumber> groups;
+    for (const auto& box : ui.boxes) {
+        auto rest = std::string_view(box.text);
+        const auto start = rest.find("belong to no data source");
+        rest.remove_prefix(std::min(start, rest.size()));
+        for (auto at = rest.find(" '"); at != std::string_view::npos;
+             at = rest.find(" '", at + 1)) {
+            const auto line = rest.rfind('\n', at) + 1;
+            const auto group = rest.substr(line, at - line);
+            if (group.size() > 2 && group[1] == '-') {
+                groups.emplace(group[0], std::atoll(std::string(group.substr(2)).c_str()));
+            }
+        }
+    }
+    return groups;
+}
+
 /// Opens, does it, and saves. Nothing for a document that does not open, or that does not save
 /// because the operation has made it none.
 struct Outcome {
     bool done = false;
     std::vector<FileCommand> commands;
+    std::set<GroupNumber> named;  ///< groups that a question named, and the answer let go
 };
 std::optional<Outcome> outcomeOf(const std::string& scratch, const std::string& in,
                                  const Operation* operation) {
@@ -113,13 +135,12 @@ std::optional<Outcome> outcomeOf(const std::string& scratch, const std::string& 
     }
     Outcome outcome;
     outcome.done = operation == nullptr || run(one, *operation);
+    outcome.named = groupsAskedAbout(one.ui);
     const auto out = scratch + "/out/out.tma";
     KAVU_CHECK(saveDocumentTo(context, &one.ui, out));
     outcome.commands = fuzz::commandsOf(fuzz::read(out));
     return outcome;
 }
-
-using GroupNumber = std::pair<char, std::int64_t>;
 
 /// True for the command that names its group.
 bool isName(const FileCommand& command) {
@@ -146,8 +167,9 @@ std::string rowOf(const FileCommand& command) {
 /// What the operation does to a document, told from the document before it.
 class Expectation {
   public:
-    Expectation(const Operation& operation, const std::vector<FileCommand>& before)
-        : operation_(operation), old_(nameIn(operation.argument(0))) {
+    Expectation(const Operation& operation, const std::vector<FileCommand>& before,
+                const std::set<GroupNumber>& named)
+        : operation_(operation), old_(nameIn(operation.argument(0))), deleted_(named) {
         const bool renames = operation.name == "rename" || operation.name == "link";
         for (const auto& command : before) {
             if (isName(command)) {
@@ -254,7 +276,7 @@ class Expectation {
 /// Checks that all commands that the operation is not about are still there.
 void checkNothingLost(const Operation& operation, const Outcome& plain, const Outcome& changed) {
     const Operation none;
-    const Expectation expected(changed.done ? operation : none, plain.commands);
+    const Expectation expected(changed.done ? operation : none, plain.commands, changed.named);
     const auto namesNow = Expectation::namesIn(changed.commands);
     std::map<std::string, long> left;
     for (const auto& command : changed.commands) {

@@ -100,10 +100,10 @@ std::map<std::string, std::string> picture(const std::string& folder) {
     return found;
 }
 
-/// A command as the output has it.
+/// A command as it is read of the output, where a line break in front of it is none of it.
 std::string built(std::string command) {
     fromStoredForm(command);
-    return command;
+    return command.erase(0, command.find_first_not_of("\r\n"));
 }
 
 /// The save takes comments and the name of the file out of the G group, with every command that

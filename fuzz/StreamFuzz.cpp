@@ -178,6 +178,10 @@ bool isTold(const std::string& told, const FileCommand& command) {
             return true;
         }
     }
+    // Some messages name a field without its group: "(MF4)".
+    if (told.find("(" + std::string(command.field) + ")") != std::string::npos) {
+        return true;
+    }
     const auto said = shownText(":" + command.value + ";");
     return told.find(said.substr(0, 40)) != std::string::npos;
 }
