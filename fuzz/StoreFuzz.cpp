@@ -7,6 +7,7 @@
 // kind and its path: F file, D folder, L link to a file outside the folder, P pipe; what follows is
 // the contents of a file. The first byte of the input chooses the options.
 #include "FuzzRun.h"
+#include "LostCommands.h"
 #include "application/Recovery.h"
 #include "application/StoreFacts.h"
 #include "core/TmatsDocument.h"
@@ -100,12 +101,6 @@ std::map<std::string, std::string> picture(const std::string& folder) {
     return found;
 }
 
-/// A command as it is read of the output, where a line break in front of it is none of it.
-std::string built(std::string command) {
-    fromStoredForm(command);
-    return command.erase(0, command.find_first_not_of("\r\n"));
-}
-
 /// The save takes comments and the name of the file out of the G group, with every command that
 /// mentions them, and leaves out groups that the edition does not know.
 bool mayBeMissing(const DocumentFile& file, std::string_view command, int edition) {
@@ -132,7 +127,7 @@ std::vector<std::string> commandsOf(const std::string& path) {
 void checkNothingIsLost(const std::string& folder, const std::string& output, int edition) {
     std::multiset<std::string> written;
     for (auto& command : commandsOf(output)) {
-        written.insert(std::move(command));
+        written.insert(fuzz::normalised(std::move(command)));
     }
     OpenChanges changes;
     KAVU_CHECK(filesBeforeOpenChanges(folder, changes).ok());
@@ -154,7 +149,7 @@ void checkNothingIsLost(const std::string& folder, const std::string& output, in
                              name == groupFile(file.letter, file.number);
         for (const auto& command : isSaved ? commandsOf(path) : std::vector<std::string>()) {
             if (!mayBeMissing(file, command, edition)) {
-                const auto found = written.find(built(command));
+                const auto found = written.find(fuzz::normalised(command));
                 KAVU_CHECK(found != written.end());
                 written.erase(found);
             }
