@@ -159,14 +159,23 @@ IoStatus rewriteSources(DocumentContext& context, std::span<const DataSource> ro
             numbers.emplace(source.row, static_cast<int>(numbers.size()) + 1);
         }
     }
+    std::set<std::string> seen;
+    std::string repeated;  // rows are read by their first command; others stay, after it
     const auto edit = [&](CommandEdit& command) {
         const auto code = viewCommand(command.text()).code;
-        if (equalsIgnoreCase(code, codes.count) || startsWithIgnoreCase(code, codes.name) ||
-            startsWithIgnoreCase(code, codes.type)) {
+        const bool isOfRow =
+            startsWithIgnoreCase(code, codes.name) || startsWithIgnoreCase(code, codes.type);
+        const auto path = sourceRowOf(code);
+        const auto now = path ? numbers.find(path->at[0]) : numbers.end();
+        if (isOfRow) {
+            if (now != numbers.end() && !seen.insert(lowerAscii(trimRight(code))).second) {
+                repeated += atRow(command.text(), *path, now->second) + "\r\n";
+            }
             command.erase();
-        } else if (const auto path = sourceRowOf(code)) {
+        } else if (equalsIgnoreCase(code, codes.count)) {
+            command.erase();
+        } else if (path) {
             // What no table knows of a row goes where the row goes, or with it.
-            const auto now = numbers.find(path->at[0]);
             if (now == numbers.end()) {
                 command.erase();
             } else if (now->second != path->at[0]) {
@@ -184,7 +193,7 @@ IoStatus rewriteSources(DocumentContext& context, std::span<const DataSource> ro
                 text += codes.rowText(row, source.name, source.type);
             }
         }
-        return text;
+        return text + repeated;
     });
 }
 

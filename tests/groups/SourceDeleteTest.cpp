@@ -54,6 +54,16 @@ TEST_F(SourceDeleteTest, TheListIsWrittenAnewAtTheEndOfTheFile) {
               "G\\DSI-2:Recorder;\r\nG\\DST-2:STO;\r\n");
 }
 
+TEST_F(SourceDeleteTest, ARowThatTheFileStatesTwiceKeepsBothUnderItsNewNumber) {
+    t.open(
+        "G\\106:09;\r\nG\\DSI\\N:2;\r\nG\\DSI-1:A;\r\nG\\DST-1:STO;\r\nG\\DSI-2:B;\r\n"
+        "G\\DSI-2:Other;\r\nG\\DST-2:RF;\r\nG\\DSI-1:goes;\r\nG\\DST-2:TAP;\r\n");
+    EXPECT_TRUE(remove("A"));
+    EXPECT_EQ(t.read(groupFile('G')),
+              "G\\106:09;\r\nG\\DSI\\N:1;\r\nG\\DSI-1:B;\r\nG\\DST-1:RF;\r\nG\\DSI-1:Other;\r\n"
+              "G\\DST-1:TAP;\r\n");
+}
+
 TEST_F(SourceDeleteTest, AStreamThatAnotherSourceNamesStays) {
     // The recorder records Link A, and the second stream embeds it.
     EXPECT_TRUE(remove("First"));

@@ -114,11 +114,15 @@ std::string readPattern(PcmLoad& load) {
 }
 
 void readSync(PcmLoad& load) {
+    constexpr int kMostDigits = 32;  // more than any length has
     auto& format = load.format;
     format.bitsPerMinorFrame = limited(load, p::kMf2).value_or(0);
     readTexts(load, {"MF3"});
     fixBusField(load, format.syncType, p::bus::kSyncType, 170);
-    int length = load.number(p::kMf4.code).value_or(0);
+    const auto stated = trimBlanks(load.text(p::kMf4.code, kMostDigits).value_or(""));
+    int length = std::max(0, leadingInt(stated));
+    // Without a pattern no length is written: a text that is none would go without a word.
+    const bool isUnreadable = !std::all_of(stated.begin(), stated.end(), isDigit);
     fixBusNumber(load, length, p::bus::kWordLength, 171);
     auto pattern = readPattern(load);
     if (format.isBusStream) {
@@ -131,7 +135,7 @@ void readSync(PcmLoad& load) {
         }
     } else {
         const int bits = pattern.empty() ? 0 : countPatternBits(pattern, format.hexFsp);
-        if (bits != length) {
+        if (bits != length || (bits == 0 && isUnreadable)) {
             load.log(198, title::kIllegalValueFound, length, bits);
             length = bits;
             load.corrected();

@@ -114,6 +114,16 @@ TEST(PGroupReader, APatternLongerThanItsLengthGivesTheLengthAndACorrectedRead) {
     EXPECT_EQ(f.result(), 1);
 }
 
+TEST(PGroupReader, ALengthThatIsNoNumberIsToldWithoutAPattern) {
+    LoadFixture f;
+    ASSERT_TRUE(f.load(changed(plainFormat(8, 1), {"MF5:", "MF4:x24", "MF2:112"})));
+    EXPECT_EQ(f.logged(), (Logged{{198, 86}}));
+    EXPECT_EQ(f.format.syncLength, 0);
+    EXPECT_EQ(f.result(), 1);
+    ASSERT_TRUE(f.load(changed(plainFormat(8, 1), {"MF5:", "MF4:0", "MF2:112"})));
+    EXPECT_TRUE(f.logged().empty()) << "no length, no pattern";
+}
+
 TEST(PGroupReader, AHexadecimalPatternIsShownInHexAndComesBackInBinary) {
     LoadFixture f;
     f.settings.writeInteger("HexFSP", 1);
