@@ -114,6 +114,7 @@ OTHER_FILES = {
     "pcm/write/WordFrameConversion.cpp": (2, "the message log"),
     "reports/writers/XlsxWriter.cpp": (1, "scratch of a workbook"),
     "reports/layout/LayoutFile.cpp": (6, "the layout of the user, and its working copy"),
+    "sdk/SessionFiles.cpp": (4, "the files of a session, in a store of its own"),
     "xml/XmlDocument.cpp": (1, "the file of the user"),
 }
 

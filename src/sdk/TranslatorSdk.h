@@ -1,0 +1,127 @@
+// Read access to one TMATS file without the document of the editor: a translator, the XML writer
+// or a script opens a session on a path, asks for groups, streams and measurements, and closes it.
+//
+// A session splits the file into working files in a folder of its own, whose names begin with the
+// number of the session. It never changes the file. Failures do not end it: they are texts in
+// `errors`, which the caller shows.
+#pragma once
+
+#include "core/files/Environment.h"
+#include "core/text/Clock.h"
+#include "groups/DataSources.h"
+#include "sdk/SdkGroup.h"
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kavu {
+
+class UserInterface;
+
+/// A data link of a session.
+struct SdkLink {
+    std::string name;
+    int number = 0;       ///< from 1, by which the session knows the stream
+    bool isNamed = true;  ///< an M group names it
+    std::string type;     ///< the stored `TF` of its P group; empty without one
+
+    /// The number of its group of a letter of `kLinkLetters`; 0 for none.
+    [[nodiscard]] int group(char letter) const;
+    static constexpr std::string_view kLinkLetters = "PDBAS";
+    std::array<int, 5> groups{};  ///< in that order
+};
+
+class TranslatorSdk {
+  public:
+    /// `instance` is part of the names of all files of the session. The clock and the random source
+    /// must outlive it.
+    TranslatorSdk(const Environment& environment, const Clock& clock, RandomSource& random,
+                  int instance = 1);
+    TranslatorSdk(const TranslatorSdk&) = delete;
+    TranslatorSdk& operator=(const TranslatorSdk&) = delete;
+    /// Closes the session.
+    ~TranslatorSdk();
+
+    /// Splits a TMATS file and lists its streams. `progress` may be null; it shows the status texts
+    /// and can cancel. False, with a box to `progress` and a text in `errors`, if the file could
+    /// not be read, ends within a command or was cancelled: no session is active then. Also false
+    /// if a session is active, which stays as it is.
+    bool open(const std::string& path, UserInterface* progress);
+    /// Deletes the files of the session and frees all. The errors stay until the next open.
+    void close();
+    [[nodiscard]] bool isActive() const { return isActive_; }
+    [[nodiscard]] const std::string& path() const { return path_; }
+
+    /// The edition as a year; 2011 when the file states none.
+    [[nodiscard]] int version() const;
+
+    /// The data sources of the G group, by their row; a row without a name is among them.
+    [[nodiscard]] const std::vector<DataSource>& sources() const { return sources_; }
+    /// The links that M groups name, in the order of these groups, each once; after them those that
+    /// only a P, B, A or S group has, in this order of letters.
+    [[nodiscard]] const std::vector<SdkLink>& links() const { return links_; }
+    [[nodiscard]] int streamCount() const { return static_cast<int>(links_.size()); }
+    /// The link of exactly that name, or null.
+    [[nodiscard]] const SdkLink* findLink(std::string_view name) const;
+
+    /// Opens a group for reading: one of the letters G, H (whose number is ignored), T, R, M, P, D,
+    /// B, S, A, V. Nothing if the file has no such group; an unreadable one is an error besides.
+    [[nodiscard]] std::optional<SdkGroup> openGroup(char letter, std::int64_t number = 0);
+    /// The first group of the letter that has exactly this name as its `ID` or `DLN`.
+    [[nodiscard]] std::optional<SdkGroup> openGroup(char letter, std::string_view name);
+    /// The numbers of the groups of a letter, ascending.
+    [[nodiscard]] std::vector<int> groupNumbers(char letter) const;
+
+    // The conversion records, counted from 0 in the order of the file.
+    [[nodiscard]] std::size_t conversionCount() const;
+    // REQUIRES: place < conversionCount().
+    [[nodiscard]] std::int64_t conversionNumber(std::size_t place) const;
+    [[nodiscard]] const std::string& conversionName(std::size_t place) const;
+    /// The first record of the number C-n, or of exactly this measurement name.
+    [[nodiscard]] std::optional<std::size_t> findConversion(std::int64_t number) const;
+    [[nodiscard]] std::optional<std::size_t> findConversion(const std::string& name) const;
+    /// Opens a record as a group of the letter C. REQUIRES: place < conversionCount().
+    [[nodiscard]] std::optional<SdkGroup> openConversion(std::size_t place);
+
+    /// From here on every value that is read through a handle has `to` in place of `from`. Pairs
+    /// apply in the order in which they were added.
+    void addSubstitution(std::string_view from, std::string_view to);
+    void clearSubstitutions();
+    /// A text as a handle would give it, for names of the lists above.
+    [[nodiscard]] std::string substituted(std::string_view text) const;
+
+    /// What went wrong since the last open, in order; texts have their line breaks.
+    [[nodiscard]] const std::vector<std::string>& errors() const { return errors_; }
+    /// Adds a text to the errors and to the file of them.
+    void writeError(std::string text);
+    /// The path of the file with these texts, which may not exist. REQUIRES: active.
+    [[nodiscard]] std::string errorPath() const;
+
+  private:
+    struct Parts;
+
+    bool startStore(UserInterface* progress);
+    bool split(const std::string& path, UserInterface* progress);
+    bool nameFiles();
+    bool listStreams(UserInterface* progress);
+    bool refuse(UserInterface* progress, const std::string& text, const std::string& title);
+    void addLink(std::string name, bool isNamed);
+    void reportUnreadable(const IoStatus& status);
+    void freeAll();
+
+    int instance_;
+    bool isActive_ = false;
+    std::string path_;
+    std::vector<DataSource> sources_;
+    std::vector<SdkLink> links_;
+    std::vector<std::pair<std::string, std::string>> substitutions_;
+    std::vector<std::string> errors_;
+    std::unique_ptr<Parts> parts_;
+};
+
+}  // namespace kavu
