@@ -22,7 +22,9 @@ Button SessionTalk::message(const MessageBox& box) {
 }
 
 void SessionTalk::logged(const LoggedMessage& message) {
-    if (!isSilent_) {
+    if (log_) {
+        log_(message);
+    } else if (!isSilent_) {
         report_(message.text + "\n\n");
     }
 }

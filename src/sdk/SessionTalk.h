@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kavu {
@@ -19,6 +20,9 @@ class SessionTalk : public UserInterface {
 
     /// Who sees the progress and may cancel from now on; null for nobody.
     void setWatcher(UserInterface* watcher) { watcher_ = watcher; }
+    [[nodiscard]] UserInterface* watcher() const { return watcher_; }
+    /// Takes the logged messages from now on; an empty one lets them be reported.
+    void setLog(std::function<void(const LoggedMessage&)> log) { log_ = std::move(log); }
     /// While a session only looks at a stream, what an editor has to say about it is no error.
     void setSilent(bool isSilent) { isSilent_ = isSilent; }
 
@@ -44,6 +48,7 @@ class SessionTalk : public UserInterface {
   private:
     Report report_;
     UserInterface* watcher_ = nullptr;
+    std::function<void(const LoggedMessage&)> log_;
     bool isSilent_ = false;
     bool isCancelled_ = false;
 };

@@ -5,16 +5,11 @@
 #include "core/files/FileIo.h"
 #include "core/text/Edition.h"
 #include "core/text/Text.h"
-#include "groups/GroupScan.h"
 #include "groups/Migration.h"
-#include "sdk/ConversionRecords.h"
-#include "sdk/SessionDocument.h"
-#include "sdk/SessionFiles.h"
-#include "sdk/SessionTalk.h"
+#include "sdk/TranslatorParts.h"
 #include "vocabulary/PGroupFields.h"
 
 #include <algorithm>
-#include <map>
 #include <utility>
 
 namespace kavu {
@@ -23,25 +18,6 @@ int SdkLink::group(char letter) const {
     const auto place = kLinkLetters.find(letter);
     return place == std::string_view::npos ? 0 : groups[place];
 }
-
-/// What a session has of other folders.
-struct TranslatorSdk::Parts {
-    Parts(TranslatorSdk& owner, const Environment& environment, const Clock& clock,
-          RandomSource& randomSource)
-        : random(randomSource),
-          document(environment, clock, randomSource),
-          files(document.store, owner.instance_),
-          talk([&owner](const std::string& text) { owner.writeError(text); }) {}
-
-    RandomSource& random;
-    SessionDocument document;
-    SessionFiles files;
-    SessionTalk talk;
-    TmatsReader reader;  ///< of handles, with the substitutions
-    ConversionRecords conversions;
-    std::map<char, GroupNames> names;  ///< of the groups that links and sources have
-    std::map<std::string, std::size_t, std::less<>> linkPlaces;
-};
 
 TranslatorSdk::TranslatorSdk(const Environment& environment, const Clock& clock,
                              RandomSource& random, int instance)
@@ -162,7 +138,7 @@ bool TranslatorSdk::listStreams(UserInterface* progress) {
         if (cancelRequested(progress)) {
             return false;
         }
-        if (const auto group = openGroup('P', link.group('P'))) {
+        if (const auto group = readGroup(parts_->document.reader, 'P', link.group('P'))) {
             link.type = group->value(p::kTf.code).value_or(std::string_view());
         }
     }
@@ -193,6 +169,10 @@ void TranslatorSdk::freeAll() {
     auto& document = parts_->document;
     sources_.clear();
     links_.clear();
+    stream_ = 0;
+    measurements_.clear();
+    measurementNames_.clear();
+    foldedMeasurementNames_.clear();
     parts_->names.clear();
     parts_->linkPlaces.clear();
     parts_->conversions.clear();
@@ -217,14 +197,18 @@ const SdkLink* TranslatorSdk::findLink(std::string_view name) const {
 }
 
 std::optional<SdkGroup> TranslatorSdk::openGroup(char letter, std::int64_t number) {
+    return readGroup(parts_->reader, letter, number);
+}
+
+std::optional<SdkGroup> TranslatorSdk::readGroup(TmatsReader& reader, char letter,
+                                                 std::int64_t number) {
     const bool isSingle = letter == 'G' || letter == 'H';
     if (!parts_->document.store.active() || (!isSingle && number < kLeastGroupIndex)) {
         return std::nullopt;
     }
     CommandIndex commands;
     const auto name = parts_->files.groupName(letter, isSingle ? 0 : number);
-    if (const auto status = commands.readFile(parts_->reader, parts_->files.pathOf(name));
-        !status.ok()) {
+    if (const auto status = commands.readFile(reader, parts_->files.pathOf(name)); !status.ok()) {
         if (!isMissing(status)) {
             reportUnreadable(status);
         }

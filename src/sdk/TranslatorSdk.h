@@ -10,6 +10,7 @@
 #include "core/text/Clock.h"
 #include "groups/DataSources.h"
 #include "sdk/SdkGroup.h"
+#include "sdk/SdkMeasurement.h"
 
 #include <array>
 #include <cstdint>
@@ -17,11 +18,26 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace kavu {
 
+class PcmFormat;
+class TmatsReader;
 class UserInterface;
+struct MeasurementRow;
+
+/// Where a measurement of a bus is: the numbers of its bus, its message and its word, and which
+/// part of the value that is. `sortKey` orders measurements by these, each as "%5.5d".
+struct SdkBusInfo {
+    int bus = 0;
+    int message = 0;
+    int word = 0;
+    int fragment = 0;
+    std::string sortKey;
+};
 
 /// A data link of a session.
 struct SdkLink {
@@ -77,6 +93,48 @@ class TranslatorSdk {
     /// The numbers of the groups of a letter, ascending.
     [[nodiscard]] std::vector<int> groupNumbers(char letter) const;
 
+    // --- The measurements of one stream. Indices count from 0, locations, fragments and streams
+    // from 1. Each query returns 0, or -1 with the reason in `errors`.
+
+    /// Loads the stream of a number (see `links`): its format, its measurements or those of its
+    /// messages, which the queries below then read. What the file has wrong is in `errors`. A
+    /// stream that is loaded stays as it is. -1 for a number that is no stream, and for a stream
+    /// without a group, or without valid words per minor frame; then no stream is loaded.
+    int ParseTmatsPcmFormatInfo(int stream);
+    /// The number of the stream that is loaded; 0 for none.
+    [[nodiscard]] int loadedStream() const { return stream_; }
+    /// The format that is loaded, in which all measurements have word/frame locations where that
+    /// is possible; without words for a bus.
+    [[nodiscard]] const PcmFormat& format() const;
+
+    [[nodiscard]] unsigned measurementCount() const;
+    /// In the order of the file. REQUIRES: index < measurementCount().
+    [[nodiscard]] const SdkMeasurement& measurement(unsigned index) const {
+        return measurements_[index];
+    }
+    /// The first measurement of exactly this name, else of one that differs only in case.
+    [[nodiscard]] std::optional<unsigned> findMeasurement(std::string_view name) const;
+
+    /// Start, interval and end of the words and frames of a fragment of a location.
+    int GetPcmMeasurementIntervals(unsigned index, int location, int fragment, SdkRange& word,
+                                   SdkRange& frame);
+    /// Where a bus measurement is.
+    int Get1553MeasurementInfo(unsigned index, int location, int fragment, SdkBusInfo& info);
+    /// Copies the text of a mask, with its NUL, into a buffer of so many bytes. "FW" for one that
+    /// the file does not state.
+    int GetMeasurementBitMask(unsigned index, int location, int fragment, char* buffer,
+                              std::size_t size);
+    /// 1 if the mask has all bits of the word, else 0.
+    int IsMeasurementBitMaskAFullWord(unsigned index, int location, int fragment);
+    /// The numbers of the bits of a mask, from 1 at the left.
+    int GetMeasurementBitMaskBitLocations(unsigned index, int location, int fragment,
+                                          std::vector<int>& bits);
+    /// The mask of a fragment as two 32-bit words, "%8.8lX%8.8lX". Only for a measurement that is
+    /// fragmented.
+    int GetMeasurementFragmentMask(unsigned index, int location, int fragment, std::string& words);
+    /// The conversion record C-n of a number.
+    int GetMeasurementEUInfoByIndex(std::int64_t conversion, SdkGroup& record);
+
     // The conversion records, counted from 0 in the order of the file.
     [[nodiscard]] std::size_t conversionCount() const;
     // REQUIRES: place < conversionCount().
@@ -105,6 +163,17 @@ class TranslatorSdk {
   private:
     struct Parts;
 
+    bool loadStream(const SdkLink& link);
+    bool loadFormat(const SdkLink& link);
+    [[nodiscard]] int editionForStream(const std::vector<MeasurementRow>& rows) const;
+    bool checkWords(const SdkGroup& group);
+    void checkSubframes(const SdkGroup& group);
+    void checkAsyncFormats(const SdkGroup& group);
+    void indexMeasurements();
+    const SdkFragment* findFragment(unsigned index, int location, int fragment,
+                                    std::string_view function);
+    [[nodiscard]] std::optional<SdkGroup> readGroup(TmatsReader& reader, char letter,
+                                                    std::int64_t number);
     bool startStore(UserInterface* progress);
     bool split(const std::string& path, UserInterface* progress);
     bool nameFiles();
@@ -121,6 +190,10 @@ class TranslatorSdk {
     std::vector<SdkLink> links_;
     std::vector<std::pair<std::string, std::string>> substitutions_;
     std::vector<std::string> errors_;
+    int stream_ = 0;
+    std::vector<SdkMeasurement> measurements_;
+    std::unordered_map<std::string, unsigned> measurementNames_;        ///< the first of each
+    std::unordered_map<std::string, unsigned> foldedMeasurementNames_;  ///< in lower case
     std::unique_ptr<Parts> parts_;
 };
 

@@ -1,0 +1,176 @@
+#include "bus/StreamData.h"
+#include "bus/definition/BusFiles.h"
+#include "bus/message/MessageGroup.h"
+#include "core/TmatsDocument.h"
+#include "core/WorkingStore.h"
+#include "core/document/GroupFiles.h"
+#include "core/text/Clock.h"
+#include "core/text/Text.h"
+#include "groups/GroupScan.h"
+#include "sdk/StreamMeasurements.h"
+
+#include <algorithm>
+
+namespace kavu {
+
+namespace {
+
+constexpr int kBusWordLength = 16;
+
+/// The parts of a value in the words of a message. Those with a number are fragments of one
+/// location; each of the others is a location of its own.
+class WordPlaces {
+  public:
+    void add(std::string_view word, std::string_view mask, std::string_view order,
+             std::string_view fragmentNumber) {
+        SdkFragment fragment;
+        const int number = leadingInt(word);
+        fragment.word = {number, 0, number};
+        fragment.mask = mask;
+        fragment.wordLength = kBusWordLength;
+        if (!order.empty()) {
+            fragment.transferOrder = toUpperAscii(order.front());
+        }
+        const int place = leadingInt(fragmentNumber);
+        if (place < 1) {
+            locations_.push_back({kBusWordLength, {std::move(fragment)}});
+            return;
+        }
+        fragment.number = place;
+        fragments_.push_back(std::move(fragment));
+    }
+
+    [[nodiscard]] std::vector<SdkLocation> take() {
+        if (!fragments_.empty()) {
+            std::stable_sort(fragments_.begin(), fragments_.end(),
+                             [](const auto& a, const auto& b) { return a.number < b.number; });
+            SdkLocation location;
+            for (const auto& fragment : fragments_) {
+                location.wordLength += fragment.bitMask().bitCount();
+            }
+            location.fragments = std::move(fragments_);
+            locations_.insert(locations_.begin(), std::move(location));
+        }
+        return std::move(locations_);
+    }
+
+  private:
+    std::vector<SdkLocation> locations_;
+    std::vector<SdkFragment> fragments_;
+};
+
+SdkMeasurement busMeasurement(const GroupRow& row) {
+    SdkMeasurement measurement;
+    measurement.name = busValue(row, BusLevel::Measurement, "MN");
+    WordPlaces places;
+    for (const auto& location : rowsOf(row, BusLevel::Location)) {
+        const auto value = [&](std::string_view stem) {
+            return busValue(location, BusLevel::Location, stem);
+        };
+        places.add(value("MWN"), value("MBM"), value("MTO"), value("MFP"));
+    }
+    measurement.locations = places.take();
+    measurement.wordLength =
+        measurement.locations.empty() ? 0 : measurement.locations.front().wordLength;
+    return measurement;
+}
+
+/// The measurements of a message; those without a name are none.
+void addMessage(const GroupRow& message, int busNumber, int messageNumber,
+                std::vector<SdkMeasurement>& measurements) {
+    for (const auto& row : rowsOf(message, BusLevel::Measurement)) {
+        auto measurement = busMeasurement(row);
+        if (!measurement.name.empty()) {
+            measurement.bus = busNumber;
+            measurement.message = messageNumber;
+            measurements.push_back(std::move(measurement));
+        }
+    }
+}
+
+SdkMeasurement messageMeasurement(const MessageStream& node) {
+    SdkMeasurement measurement;
+    measurement.name = node.row[measurement_row::Name];
+    WordPlaces places;
+    for (const auto& location : node.children) {
+        places.add(location.row[0], location.row[1], location.row[2], location.row[3]);
+    }
+    measurement.locations = places.take();
+    return measurement;
+}
+
+/// The names of packet measurements, wherever in the packets they are.
+bool readPacketNames(DocumentContext& context, std::string_view link,
+                     std::vector<SdkMeasurement>& measurements) {
+    const int index = GroupNames(context, nullptr, 'S').find(link);
+    return forEachCommand(context.reader, context.store.pathOf(groupFile('S', index)),
+                          [&](std::string_view text) {
+                              const auto command = viewCommand(text);
+                              if (!command.value.empty() &&
+                                  refersTo('S', command.field) == Refers::MeasurementName) {
+                                  SdkMeasurement measurement;
+                                  measurement.name = command.value;
+                                  measurements.push_back(std::move(measurement));
+                              }
+                              return true;
+                          })
+        .ok();
+}
+
+}  // namespace
+
+bool readBusMeasurements(DocumentContext& context, UserInterface* parent, UserInterface* watcher,
+                         std::string_view link, std::vector<SdkMeasurement>& measurements) {
+    setStatusText(watcher, "Initializing 1553 measurements");
+    const auto definition = openBusDefinition(context, parent, link);
+    if (!definition) {
+        return false;
+    }
+    const auto& buses = definition->buses();
+    for (std::size_t b = 0; b < buses.size(); ++b) {
+        const auto& messages = rowsOf(buses[b], BusLevel::Message);
+        for (std::size_t m = 0; m < messages.size(); ++m) {
+            if (context.ticker.secondElapsed()) {
+                setStatusText(watcher, formatPrintf("Gathering measurement info #%d of %d (%.0f%%)",
+                                                    m + 1, messages.size(),
+                                                    100.0 * static_cast<double>(m + 1) /
+                                                        static_cast<double>(messages.size())));
+                if (cancelRequested(parent)) {
+                    return false;
+                }
+            }
+            addMessage(messages[m], static_cast<int>(b) + 1, static_cast<int>(m) + 1, measurements);
+        }
+    }
+    return true;
+}
+
+bool readMessageMeasurements(DocumentContext& context, UserInterface* parent, std::string_view link,
+                             std::vector<SdkMeasurement>& measurements) {
+    if (streamDataOf(context, parent, link) != StreamData::Messages) {
+        return readPacketNames(context, link, measurements);
+    }
+    MessageGroup group;
+    if (!loadMessages(context, parent, link, group)) {
+        return false;
+    }
+    int streamNumber = 0;
+    for (const auto& stream : group.root.children) {
+        ++streamNumber;
+        int messageNumber = 0;
+        for (const auto& message : stream.children) {
+            ++messageNumber;
+            for (const auto& node : measurementsOf(message).children) {
+                auto measurement = messageMeasurement(node);
+                if (!measurement.name.empty()) {
+                    measurement.bus = streamNumber;
+                    measurement.message = messageNumber;
+                    measurements.push_back(std::move(measurement));
+                }
+            }
+        }
+    }
+    return true;
+}
+
+}  // namespace kavu

@@ -1,0 +1,157 @@
+#include "core/text/Printf.h"
+#include "core/text/Text.h"
+#include "pcm/PcmFormat.h"
+#include "sdk/StreamMeasurements.h"
+
+#include <algorithm>
+#include <numeric>
+#include <set>
+#include <string>
+#include <unordered_map>
+
+namespace kavu {
+
+namespace {
+
+/// The range of a value whose end an older edition does not state.
+SdkRange rangeOf(int start, int interval, int end, int last) {
+    interval = std::max(0, interval);
+    if (end < start || end == 0) {
+        end = interval > 0 ? std::max(start, last) : start;
+    }
+    return {start, interval, end};
+}
+
+SdkFragment fragmentOf(const PcmFormat& format, const WordFrameFragment& fragment, int number) {
+    SdkFragment result;
+    result.number = number;
+    result.word = rangeOf(fragment.startWord, fragment.wordInterval, fragment.endWord,
+                          format.wordsPerMinorFrame - 1);
+    result.frame = rangeOf(fragment.startFrame, fragment.frameInterval, fragment.endFrame,
+                           format.numberOfFrames);
+    result.mask = fragment.mask.str();
+    result.wordLength = format.wordLength(fragment.startWord);
+    result.transferOrder = fragment.transferOrder;
+    return result;
+}
+
+std::vector<SdkLocation> locationsOf(const PcmFormat& format,
+                                     const WordFrameDefinition& definition) {
+    std::vector<SdkLocation> locations;
+    for (const auto& location : definition.locations) {
+        if (location.fragments.empty()) {
+            continue;
+        }
+        SdkLocation result;
+        for (const auto& fragment : location.fragments) {
+            const auto number = static_cast<int>(result.fragments.size()) + 1;
+            result.fragments.push_back(fragmentOf(format, fragment, number));
+        }
+        result.wordLength = location.wordLength;
+        if (result.wordLength <= 0) {
+            result.wordLength =
+                result.fragments.size() == 1
+                    ? result.fragments.front().wordLength
+                    : std::accumulate(result.fragments.begin(), result.fragments.end(), 0,
+                                      [](int sum, const SdkFragment& fragment) {
+                                          return sum + fragment.bitMask().bitCount();
+                                      });
+        }
+        locations.push_back(std::move(result));
+    }
+    return locations;
+}
+
+/// Each sample of a measurement that ranges cannot state as a location of its own.
+std::vector<SdkLocation> samplesOf(const PcmFormat& format, const std::string& name) {
+    std::vector<SdkLocation> locations;
+    Occurrences occurrences(format, name);
+    while (const auto at = occurrences.next()) {
+        const auto& measurement = format.cells().measurement(at->cell);
+        SdkFragment fragment;
+        fragment.number = std::max(1, measurement.fragmentNumber);
+        fragment.word = {at->fwp, 0, at->fwp};
+        fragment.frame = {at->fn, 0, at->fn};
+        fragment.mask = measurement.mask.str();
+        fragment.wordLength = format.wordLength(at->fwp);
+        fragment.transferOrder = measurement.fragmentTransferOrder.empty()
+                                     ? 'D'
+                                     : measurement.fragmentTransferOrder.view().front();
+        locations.push_back({measurement.reconstructedLength > 0 ? measurement.reconstructedLength
+                                                                 : fragment.wordLength,
+                             {fragment}});
+    }
+    return locations;
+}
+
+std::set<int> fragmentNumbersOf(const SdkMeasurement& measurement) {
+    std::set<int> numbers;
+    for (const auto& location : measurement.locations) {
+        for (const auto& fragment : location.fragments) {
+            numbers.insert(fragment.number);
+        }
+    }
+    return numbers;
+}
+
+/// Says of which fragments the interval between frames is not known.
+void reportIntervals(const SdkMeasurement& measurement, const SessionReport& report) {
+    for (const int number : fragmentNumbersOf(measurement)) {
+        report(
+            formatPrintf("WARNING: Could not determine Frame Increment for SFFR measurement\n"
+                         "'%s' (Fragment #%d).\n\n",
+                         measurement.name, number));
+    }
+}
+
+/// Says if a measurement has fewer fragments than its file says.
+void reportFragments(const MeasurementRow& row, const SdkMeasurement& measurement,
+                     const SessionReport& report) {
+    if (static_cast<int>(fragmentNumbersOf(measurement).size()) < row.fragments) {
+        report(formatPrintf("ERROR: Unable to completely define measurement '%s'.\n", row.name));
+    }
+}
+
+bool isFragmentedRow(const MeasurementRow& row) {
+    return isFragmented(FixedText<4>(row.locationType));
+}
+
+}  // namespace
+
+std::vector<SdkMeasurement> measurementsOfFormat(const PcmFormat& format,
+                                                 const std::vector<MeasurementRow>& rows,
+                                                 const SessionReport& report) {
+    std::unordered_map<std::string, CellRef> cells;
+    format.forEachMeasurement([&](CellRef cell, int, int) {
+        cells.try_emplace(lowerAscii(format.cells().measurement(cell).name.view()), cell);
+        return true;
+    });
+    std::vector<SdkMeasurement> measurements;
+    measurements.reserve(rows.size());
+    for (const auto& row : rows) {
+        SdkMeasurement measurement;
+        measurement.name = row.name;
+        measurement.locationType = row.locationType;
+        const auto found = cells.find(lowerAscii(FixedText<32>(row.name).view()));
+        if (found == cells.end()) {
+            if (isFragmentedRow(row)) {
+                report(formatPrintf("ERROR: Unable to add %s measurement '%s'.\n", row.locationType,
+                                    row.name));
+            }
+        } else if (const auto* const definition = format.wordFrameDefinition(
+                       format.cells().measurement(found->second).wordFrameIndex)) {
+            measurement.locations = locationsOf(format, *definition);
+        } else {
+            measurement.locations = samplesOf(format, row.name);
+            reportIntervals(measurement, report);
+        }
+        if (!measurement.locations.empty()) {
+            reportFragments(row, measurement, report);
+            measurement.wordLength = measurement.locations.front().wordLength;
+        }
+        measurements.push_back(std::move(measurement));
+    }
+    return measurements;
+}
+
+}  // namespace kavu
