@@ -17,7 +17,7 @@ _kavu_cli() {
                 command=$word
                 break
                 ;;
-            source | link | mdb | dbase | xml | layout)
+            source | link | mdb | dbase | xml | layout | sdk)
                 command=$word
                 ((index++))
                 word=${COMP_WORDS[index]}
@@ -106,13 +106,15 @@ _kavu_cli() {
         esac
         COMPREPLY=($(compgen -W "$common" -- "$current"))
     elif [[ -z $command ]]; then
-        COMPREPLY=($(compgen -W "check save store tree recover stream rewrite word-frame bus message packet conversions evaluate fit vocabulary get set source link mdb dbase xml layout report calibration plots workbook" -- "$current"))
+        COMPREPLY=($(compgen -W "check save store tree recover stream rewrite word-frame bus message packet conversions evaluate fit vocabulary get set source link mdb dbase xml sdk layout report calibration plots workbook" -- "$current"))
     elif [[ $command == source ]]; then
         COMPREPLY=($(compgen -W "list copy rename delete import" -- "$current"))
     elif [[ $command == dbase ]]; then
         COMPREPLY=($(compgen -W "info rows set find purge" -- "$current"))
     elif [[ $command == xml ]]; then
         COMPREPLY=($(compgen -W "select set set-attribute remove" -- "$current"))
+    elif [[ $command == sdk ]]; then
+        COMPREPLY=($(compgen -W "streams measurements measurement eu" -- "$current"))
     elif [[ $command == layout ]]; then
         COMPREPLY=($(compgen -W "new show check set" -- "$current"))
     elif [[ $command == mdb ]]; then

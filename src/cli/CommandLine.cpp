@@ -5,6 +5,7 @@
 #include "cli/ImportCommandLine.h"
 #include "cli/MdbCommandLine.h"
 #include "cli/ReportCommandLine.h"
+#include "cli/SdkCommandLine.h"
 #include "cli/TableCommandLine.h"
 #include "conversion/CurveFit.h"
 #include "conversion/EuNumbers.h"
@@ -98,6 +99,7 @@ struct CommandApps {
     std::vector<std::pair<Command, CLI::App*>> edited;
     MdbApps mdb;
     TableApps tables;
+    SdkApps sdk;
     ReportApps reports;
 };
 
@@ -327,6 +329,7 @@ CommandApps addCommands(CLI::App& app, CommandLine& line, RawOptions& raw) {
     apps.mdb = addMdbCommands(app, line, raw.mdb);
     addImportCommands(apps.mdb, line, raw.import);
     apps.tables = addTableCommands(app, line, raw.table);
+    apps.sdk = addSdkCommands(app, line);
     apps.reports = addReportCommands(app, line, raw.report);
     return apps;
 }
@@ -373,8 +376,8 @@ Command chosenCommand(const CommandApps& apps) {
             return command;
         }
     }
-    for (const auto* const commands :
-         {&apps.edited, &apps.mdb.commands, &apps.tables.commands, &apps.reports.commands}) {
+    for (const auto* const commands : {&apps.edited, &apps.mdb.commands, &apps.tables.commands,
+                                       &apps.reports.commands, &apps.sdk}) {
         for (const auto& [command, chosen] : *commands) {
             if (chosen->parsed()) {
                 return command;

@@ -62,6 +62,10 @@ enum class Command {
     XmlSet,
     XmlSetAttribute,
     XmlRemove,
+    SdkStreams,
+    SdkMeasurements,
+    SdkMeasurement,
+    SdkEu,
     LayoutNew,
     LayoutShow,
     LayoutCheck,
@@ -160,7 +164,7 @@ struct CommandLine {
     bool list = false;           ///< `recover`: list the stores
     bool deep = false;           ///< `check`: load every stream as well
 
-    std::string name;              ///< `conversions`, `evaluate`: a measurement
+    std::string name;              ///< `conversions`, `evaluate`, `sdk`: a measurement
     std::vector<double> values;    ///< `evaluate`: telemetry values
     bool best = false;             ///< `fit`: the order of the best fit
     std::optional<int> order;      ///< `fit`: 0 to 10; without it the best fit

@@ -19,6 +19,7 @@ struct CommandOutput {
     Json members = Json::object();  ///< follow the members of the file
     std::string text;               ///< the same as terminal text
     bool changed = false;           ///< the document was changed before the command saved it
+    bool isReported = false;        ///< something was reported that is none of the messages
 };
 
 struct CommandContext {

@@ -9,6 +9,7 @@
 #include "cli/OutputFile.h"
 #include "cli/ReportCommands.h"
 #include "cli/ScriptedInterface.h"
+#include "cli/SdkCommands.h"
 #include "cli/TableCommands.h"
 #include "cli/TerminalText.h"
 #include "core/TmatsDocument.h"
@@ -129,7 +130,8 @@ class Run {
             tellFailure();
             return ExitStatus::Failed;
         }
-        return ui_.messages().empty() ? ExitStatus::Clean : ExitStatus::Reported;
+        return ui_.messages().empty() && !output_.isReported ? ExitStatus::Clean
+                                                             : ExitStatus::Reported;
     }
 
   private:
@@ -175,7 +177,8 @@ class Run {
     }
 
     [[nodiscard]] bool opensDocument() const {
-        if (isTableCommand(line_.command) || isLayoutCommand(line_.command)) {
+        if (isTableCommand(line_.command) || isLayoutCommand(line_.command) ||
+            isSdkCommand(line_.command)) {
             return false;
         }
         if (isMdbCommand(line_.command)) {
@@ -191,6 +194,9 @@ class Run {
         }
         if (isLayoutCommand(line_.command)) {
             return layoutCommand(context_, output_);
+        }
+        if (isSdkCommand(line_.command)) {
+            return sdkCommand(context_, output_);
         }
         if (isMdbCommand(line_.command)) {
             return mdbCommand(context_, output_);
@@ -210,7 +216,7 @@ class Run {
 
     /// All that goes to standard output. What the command has made for it is used up.
     [[nodiscard]] std::string report(bool done) {
-        if (line_.json && line_.list) {
+        if (line_.json && (line_.list || isSdkCommand(line_.command))) {
             return printed(output_.members);
         }
         if (line_.json && !opensDocument()) {

@@ -13,7 +13,7 @@ namespace {
 
 /// Longer words are no words; a hostile length makes no long text.
 constexpr int kMostWordBits = 64;
-constexpr std::size_t kWordsOfMask = 64;
+constexpr std::size_t kBitsOfValue = 64;
 
 }  // namespace
 
@@ -50,14 +50,18 @@ int BitMask::bitCount() const {
     return static_cast<int>(std::count(binary_.begin(), binary_.end(), '1'));
 }
 
-std::string BitMask::words() const {
-    const auto from = binary_.size() - std::min(binary_.size(), kWordsOfMask);
+std::uint64_t BitMask::value() const {
+    const auto from = binary_.size() - std::min(binary_.size(), kBitsOfValue);
     std::uint64_t value = 0;
     for (const char bit : std::string_view(binary_).substr(from)) {
         value = (value << 1U) | (bit == '1' ? 1U : 0U);
     }
-    return formatPrintf("%8.8lX%8.8lX", static_cast<unsigned long>(value >> 32U),
-                        static_cast<unsigned long>(value & 0xFFFFFFFFU));
+    return value;
+}
+
+std::string BitMask::words() const {
+    return formatPrintf("%8.8lX%8.8lX", static_cast<unsigned long>(value() >> 32U),
+                        static_cast<unsigned long>(value() & 0xFFFFFFFFU));
 }
 
 }  // namespace kavu

@@ -21,7 +21,9 @@ class BitMask {
     /// The numbers of the bits that are set, ascending.
     [[nodiscard]] std::vector<int> bits() const;
     [[nodiscard]] int bitCount() const;
-    /// The value of the mask as two 32-bit words, "%8.8lX%8.8lX"; its last 64 bits if it is longer.
+    /// The mask as a number; its last 64 bits if it is longer.
+    [[nodiscard]] std::uint64_t value() const;
+    /// That number as two 32-bit words, "%8.8lX%8.8lX".
     [[nodiscard]] std::string words() const;
     /// One character, 0 or 1, for each bit.
     [[nodiscard]] const std::string& binary() const { return binary_; }

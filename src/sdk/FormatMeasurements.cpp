@@ -105,21 +105,21 @@ void reportIntervals(const SdkMeasurement& measurement, const SessionReport& rep
 }
 
 /// Says if a measurement has fewer fragments than its file says.
-void reportFragments(const MeasurementRow& row, const SdkMeasurement& measurement,
+void reportFragments(const SdkRow& row, const SdkMeasurement& measurement,
                      const SessionReport& report) {
     if (static_cast<int>(fragmentNumbersOf(measurement).size()) < row.fragments) {
         report(formatPrintf("ERROR: Unable to completely define measurement '%s'.\n", row.name));
     }
 }
 
-bool isFragmentedRow(const MeasurementRow& row) {
+bool isFragmentedRow(const SdkRow& row) {
     return isFragmented(FixedText<4>(row.locationType));
 }
 
 }  // namespace
 
 std::vector<SdkMeasurement> measurementsOfFormat(const PcmFormat& format,
-                                                 const std::vector<MeasurementRow>& rows,
+                                                 const std::vector<SdkRow>& rows,
                                                  const SessionReport& report) {
     std::unordered_map<std::string, CellRef> cells;
     format.forEachMeasurement([&](CellRef cell, int, int) {

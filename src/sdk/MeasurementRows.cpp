@@ -31,7 +31,7 @@ int rowsOfList(const SdkGroup& group, int list) {
 
 class PlaceCheck {
   public:
-    PlaceCheck(const SdkGroup& group, const MeasurementRow& row, const FrameExtent& frame,
+    PlaceCheck(const SdkGroup& group, const SdkRow& row, const FrameExtent& frame,
                const SessionReport& report)
         : group_(group), row_(row), frame_(frame), report_(report) {}
 
@@ -125,18 +125,17 @@ class PlaceCheck {
     }
 
     const SdkGroup& group_;
-    const MeasurementRow& row_;
+    const SdkRow& row_;
     const FrameExtent& frame_;
     const SessionReport& report_;
 };
 
 }  // namespace
 
-std::vector<MeasurementRow> readMeasurementRows(const SdkGroup& group,
-                                                const SessionReport& report) {
+std::vector<SdkRow> readSdkRows(const SdkGroup& group, const SessionReport& report) {
     const int lists = std::max(1, group.number(measurement_field::kListCount.code).value_or(1));
     const auto stem = stemOf(measurement_field::kName.code);
-    std::vector<MeasurementRow> rows;
+    std::vector<SdkRow> rows;
     for (std::size_t place = 0; place < group.size(); ++place) {
         const auto command = group.at(place);
         const auto path = parseField(command.field);
@@ -155,7 +154,7 @@ std::vector<MeasurementRow> readMeasurementRows(const SdkGroup& group,
         return std::tie(a.list, a.number) < std::tie(b.list, b.number);
     });
     std::unordered_set<std::string> known;
-    std::erase_if(rows, [&](const MeasurementRow& row) {
+    std::erase_if(rows, [&](const SdkRow& row) {
         const bool isNew = known.insert(lowerAscii(row.name)).second;
         if (!isNew) {
             report(
@@ -180,8 +179,8 @@ std::vector<MeasurementRow> readMeasurementRows(const SdkGroup& group,
     return rows;
 }
 
-bool checkMeasurementPlaces(const SdkGroup& group, const MeasurementRow& row,
-                            const FrameExtent& frame, const SessionReport& report) {
+bool checkMeasurementPlaces(const SdkGroup& group, const SdkRow& row, const FrameExtent& frame,
+                            const SessionReport& report) {
     bool isReported = false;
     const SessionReport note = [&](std::string text) {
         isReported = true;

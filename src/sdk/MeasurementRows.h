@@ -11,7 +11,7 @@
 namespace kavu {
 
 /// A row of the lists of measurements.
-struct MeasurementRow {
+struct SdkRow {
     int list = 0;
     int number = 0;
     std::string name;
@@ -23,8 +23,7 @@ using SessionReport = std::function<void(std::string text)>;
 
 /// The measurements of the counted rows, list by list and row by row, each name once: a further row
 /// of a name is reported and ignored, as is a row whose name is empty.
-[[nodiscard]] std::vector<MeasurementRow> readMeasurementRows(const SdkGroup& group,
-                                                              const SessionReport& report);
+[[nodiscard]] std::vector<SdkRow> readSdkRows(const SdkGroup& group, const SessionReport& report);
 
 /// The extent of a major frame.
 struct FrameExtent {
@@ -33,7 +32,7 @@ struct FrameExtent {
 };
 /// Reports every number of a measurement's places that is outside the frame, and every number of a
 /// fragment that is none of its fragments. True if there was one.
-bool checkMeasurementPlaces(const SdkGroup& group, const MeasurementRow& row,
-                            const FrameExtent& frame, const SessionReport& report);
+bool checkMeasurementPlaces(const SdkGroup& group, const SdkRow& row, const FrameExtent& frame,
+                            const SessionReport& report);
 
 }  // namespace kavu

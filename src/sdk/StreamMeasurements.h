@@ -18,8 +18,9 @@ class UserInterface;
 /// The measurements of the rows in a loaded stream whose places are ranges of words and frames, as
 /// far as they could be made so. One that has no place in the frame has no locations. What could
 /// not be placed as a whole is reported.
-[[nodiscard]] std::vector<SdkMeasurement> measurementsOfFormat(
-    const PcmFormat& format, const std::vector<MeasurementRow>& rows, const SessionReport& report);
+[[nodiscard]] std::vector<SdkMeasurement> measurementsOfFormat(const PcmFormat& format,
+                                                               const std::vector<SdkRow>& rows,
+                                                               const SessionReport& report);
 
 /// The measurements of the messages of a bus. False if the group could not be read, which is
 /// reported to the parent, or after a cancel. Status texts go to `watcher`, which may be null.

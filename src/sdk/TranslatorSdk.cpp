@@ -6,7 +6,7 @@
 #include "core/text/Edition.h"
 #include "core/text/Text.h"
 #include "groups/Migration.h"
-#include "sdk/TranslatorParts.h"
+#include "sdk/SdkParts.h"
 #include "vocabulary/PGroupFields.h"
 
 #include <algorithm>
@@ -21,7 +21,10 @@ int SdkLink::group(char letter) const {
 
 TranslatorSdk::TranslatorSdk(const Environment& environment, const Clock& clock,
                              RandomSource& random, int instance)
-    : instance_(instance), parts_(std::make_unique<Parts>(*this, environment, clock, random)) {}
+    : instance_(instance),
+      parts_(std::make_unique<SdkParts>(
+          instance, [this](const std::string& text) { writeError(text); }, environment, clock,
+          random)) {}
 
 TranslatorSdk::~TranslatorSdk() {
     close();

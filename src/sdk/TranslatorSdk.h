@@ -27,7 +27,8 @@ namespace kavu {
 class PcmFormat;
 class TmatsReader;
 class UserInterface;
-struct MeasurementRow;
+struct SdkParts;
+struct SdkRow;
 
 /// Where a measurement of a bus is: the numbers of its bus, its message and its word, and which
 /// part of the value that is. `sortKey` orders measurements by these, each as "%5.5d".
@@ -161,11 +162,9 @@ class TranslatorSdk {
     [[nodiscard]] std::string errorPath() const;
 
   private:
-    struct Parts;
-
     bool loadStream(const SdkLink& link);
     bool loadFormat(const SdkLink& link);
-    [[nodiscard]] int editionForStream(const std::vector<MeasurementRow>& rows) const;
+    [[nodiscard]] int editionForStream(const std::vector<SdkRow>& rows) const;
     bool checkWords(const SdkGroup& group);
     void checkSubframes(const SdkGroup& group);
     void checkAsyncFormats(const SdkGroup& group);
@@ -194,7 +193,7 @@ class TranslatorSdk {
     std::vector<SdkMeasurement> measurements_;
     std::unordered_map<std::string, unsigned> measurementNames_;        ///< the first of each
     std::unordered_map<std::string, unsigned> foldedMeasurementNames_;  ///< in lower case
-    std::unique_ptr<Parts> parts_;
+    std::unique_ptr<SdkParts> parts_;
 };
 
 }  // namespace kavu

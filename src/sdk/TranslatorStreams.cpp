@@ -6,8 +6,9 @@
 #include "pcm/PcmLoad.h"
 #include "pcm/write/WordFrameConversion.h"
 #include "sdk/MeasurementRows.h"
+#include "sdk/SdkParts.h"
 #include "sdk/StreamMeasurements.h"
-#include "sdk/TranslatorParts.h"
+#include "sdk/TranslatorSdk.h"
 #include "vocabulary/LocationTypes.h"
 #include "vocabulary/PAsyncFields.h"
 #include "vocabulary/PGroupFields.h"
@@ -156,14 +157,16 @@ bool TranslatorSdk::loadFormat(const SdkLink& link) {
     checkAsyncFormats(*formatGroup);
     const SessionReport report = [this](std::string text) { writeError(std::move(text)); };
     const auto dataGroup = readGroup(document.reader, 'D', link.group('D'));
-    const auto rows =
-        dataGroup ? readMeasurementRows(*dataGroup, report) : std::vector<MeasurementRow>();
+    const auto rows = dataGroup ? readSdkRows(*dataGroup, report) : std::vector<SdkRow>();
 
     const ReadAsEdition edition(document.document, editionForStream(rows));
     setStatusText(watcher, formatPrintf("Initializing measurements in TMATS file. (%.0f%%)", 0.0));
     std::vector<LoggedMessage> logged;
     parts_->talk.setLog([&logged](const LoggedMessage& message) { logged.push_back(message); });
+    // A box of the load is about the editor; why a stream cannot be read is told below.
+    parts_->talk.setSilent(true);
     const bool isLoaded = loadPcmFormat(document.format, &parts_->talk, PcmSteps(), link.name);
+    parts_->talk.setSilent(false);
     parts_->talk.setLog({});
     if (!isLoaded) {
         writeError(formatPrintf("ERROR: Unable to open TMATS Stream File for Data Link '%s'.\n\n",
@@ -193,7 +196,7 @@ bool TranslatorSdk::loadFormat(const SdkLink& link) {
 
 /// The edition in which the location types of a stream exist. A file that states none is taken for
 /// one of the latest, which has only word/frame locations, and no subframes.
-int TranslatorSdk::editionForStream(const std::vector<MeasurementRow>& rows) const {
+int TranslatorSdk::editionForStream(const std::vector<SdkRow>& rows) const {
     int edition = version();
     for (const auto& row : rows) {
         const auto is = [&](std::string_view type) {

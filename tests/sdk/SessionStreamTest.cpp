@@ -143,6 +143,14 @@ TEST(SessionStreamTest, ReportsAFragmentNumberBeyondTheFragments) {
                                         "ERROR: Unable to add MFFR measurement 'F'.\n")));
 }
 
+TEST(SessionStreamTest, LoadsAFormatWithoutADGroupAsOneWithoutMeasurements) {
+    SessionStage stage;
+    ASSERT_TRUE(stage.open(format()));
+    EXPECT_EQ(stage.sdk.ParseTmatsPcmFormatInfo(1), 0);
+    EXPECT_EQ(stage.sdk.measurementCount(), 0U);
+    EXPECT_TRUE(stage.sdk.errors().empty()) << all(stage.sdk);
+}
+
 TEST(SessionStreamTest, RefusesAStreamThatIsNot) {
     SessionStage stage;
     ASSERT_TRUE(stage.open(format()));

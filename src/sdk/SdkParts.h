@@ -6,20 +6,21 @@
 #include "sdk/SessionDocument.h"
 #include "sdk/SessionFiles.h"
 #include "sdk/SessionTalk.h"
-#include "sdk/TranslatorSdk.h"
 
 #include <map>
 #include <string>
+#include <utility>
 
 namespace kavu {
 
-struct TranslatorSdk::Parts {
-    Parts(TranslatorSdk& owner, const Environment& environment, const Clock& clock,
-          RandomSource& randomSource)
+struct SdkParts {
+    /// `report` gets what the passes of the editor report. REQUIRES: as of `SessionDocument`.
+    SdkParts(int instance, SessionTalk::Report report, const Environment& environment,
+             const Clock& clock, RandomSource& randomSource)
         : random(randomSource),
           document(environment, clock, randomSource),
-          files(document.store, owner.instance_),
-          talk([&owner](const std::string& text) { owner.writeError(text); }) {}
+          files(document.store, instance),
+          talk(std::move(report)) {}
 
     RandomSource& random;
     SessionDocument document;
