@@ -3,6 +3,7 @@
 #include "vocabulary/ListFields.h"
 
 #include <array>
+#include <vector>
 
 namespace kavu {
 
@@ -40,6 +41,12 @@ constexpr auto kSubframeScales = std::to_array<Choice>({
     {"X", "X", "Don't Care"},
     {"OTH", "OTH", "Other"},
 });
+
+constexpr auto kYesNo = std::to_array<Choice>({
+    {"Y", {}, "Yes"},
+    {"N", {}, "No"},
+});
+constexpr auto kNoOrNumber = std::to_array<Choice>({{"NO", {}, "No"}});
 
 constexpr auto kFields = std::to_array<Field>({
     {.code = "DLN", .limit = 32, .element = "@Name", .refersTo = Refers::LinkName},
@@ -109,36 +116,70 @@ constexpr auto kFields = std::to_array<Field>({
      .limit = 3,
      .kind = FieldKind::Digits,
      .element = "ReferenceChannels/FullScaleChannelNumber"},
-    {.code = kRows, .kind = FieldKind::Count, .rows = kMostPamSubframes},
+    {.code = kRows,
+     .kind = FieldKind::Count,
+     .element = "Subframe",
+     .rows = kMostPamSubframes,
+     .isRead = false},
     {.code = "SF1-n",
      .label = "Location",
      .limit = 3,
      .element = "Subframe/Location",
-     .list = kRows},
+     .list = kRows,
+     .isRead = false},
     {.code = "SF2-n",
      .label = "Synchronization",
      .limit = 3,
      .kind = FieldKind::Choice,
      .element = "Subframe/Synchronization",
      .choices = kPatternTypes,
-     .list = kRows},
+     .list = kRows,
+     .isRead = false},
     {.code = "SF3-n",
      .label = "Synchronization Pattern",
      .limit = 5,
      .element = "Subframe/SynchronizationPattern",
      .choices = kSubframeScales,
-     .list = kRows},
+     .list = kRows,
+     .isRead = false},
     {.code = "COM",
      .label = "Comments:",
      .page = kPage,
      .kind = FieldKind::Comment,
      .element = "Comments"},
 });
+constexpr auto kBridgeFields = std::to_array<Field>({
+    // The schema has one assignment only, whose row is the first.
+    {.code = "MN1-n", .bridgeOnly = true, .elementSchema = "ChannelAssignment/Measurement"},
+    {.code = "MN2-n",
+     .kind = FieldKind::Choice,
+     .choices = kYesNo,
+     .bridgeOnly = true,
+     .elementSchema = "ChannelAssignment/Subcom"},
+    {.code = "MN3-n",
+     .kind = FieldKind::Choice,
+     .choices = kNoOrNumber,
+     .bridgeOnly = true,
+     .elementSchema = "ChannelAssignment/Supercom"},
+    {.code = "LCW-n-m", .bridgeOnly = true, .elementSchema = "ChannelAssignment/ChannelNumber"},
+    {.code = "LCN-n-m",
+     .bridgeOnly = true,
+     .elementSchema = "ChannelAssignment/SubframeChannelNumber"},
+});
 
 }  // namespace
 
 std::span<const Field> pamFields() {
     return kFields;
+}
+
+std::span<const Field> pamVocabulary() {
+    static const auto fields = [] {
+        std::vector<Field> all(kFields.begin(), kFields.end());
+        all.insert(all.end(), kBridgeFields.begin(), kBridgeFields.end());
+        return all;
+    }();
+    return fields;
 }
 
 std::span<const Field> pamSubframeFields() {

@@ -132,6 +132,25 @@ constexpr Field referring(Field field, Refers refers) {
     return field;
 }
 
+constexpr Field inSchema(std::string_view elementSchema, Field field) {
+    field.elementSchema = elementSchema;
+    return field;
+}
+/// A row of the numbered receive commands. XML has one receive command, without a number.
+constexpr Field onlyWritten(Field field) {
+    field.isRead = false;
+    field.elementSchema = kNotInSchema;
+    return field;
+}
+constexpr Field plain(Field field) {
+    field.isPlainInXml = true;
+    return field;
+}
+constexpr Field commandWord(Field field) {
+    field.elementRead = "Bus/Message/Name/CommandWordValue";
+    return field;
+}
+
 /// The codes and the elements of one user defined word.
 struct WordTexts {
     std::array<std::string_view, 5> codes;
@@ -195,29 +214,36 @@ constexpr auto kFields = std::to_array<Field>({
     kWord3[4],
     countOf({kBusCount, kTrackPage}, "TK\\N-n", "Track Sequences",
             "Bus/RecordingDescription/TrackSequence"),
-    prompted(textOf({kBusTrackCount, kTrackPage}, "TS-n-t", "Track Sequence", 3, ""),
+    prompted(textOf({kBusTrackCount, kTrackPage}, "TS-n-t", "Track Sequence", 3,
+                    "Bus/RecordingDescription/TrackSequence"),
              "Enter New Track Sequence"),
     countOf({kBusCount, kMessagesPage}, "NMS\\N-n", "Messages", "Bus/Message", 3, 0),
     prompted(textOf({kBusMessageCount, kMessagePage}, "MID-n-m", "Message Number:", 8,
                     "Bus/Message/Number"),
              "Enter New Message Number"),
     textOf({kBusMessageCount, kMessagePage}, "MNA-n-m", "Message Name:", 32, "Bus/Message/Name"),
-    choiceOf({kBusMessageCount, kMessagePage}, "CWE-n-m", "Command Word Entry:", 1,
-             "Bus/Message/CommandWordType", kCommandWordEntries, 2011),
-    textOf({kBusMessageCount, kMessagePage}, "CMD-n-m", "Command Word:", 4,
-           "Bus/Message/CommandWordValue", 2011),
-    textOf({kBusMessageCount, kMessagePage}, "TRN-n-m", "Remote Terminal Name:", 32,
-           "Bus/Message/RemoteTerminal/Name"),
-    textOf({kBusMessageCount, kMessagePage}, "TRA-n-m", "Remote Terminal Address:", 5,
-           "Bus/Message/RemoteTerminal/Address"),
-    textOf({kBusMessageCount, kMessagePage}, "STN-n-m", "Sub Terminal Name:", 32,
-           "Bus/Message/SubTerminal/Name"),
-    textOf({kBusMessageCount, kMessagePage}, "STA-n-m", "Sub Terminal Address:", 5,
-           "Bus/Message/SubTerminal/Address"),
-    choiceOf({kBusMessageCount, kMessagePage}, "TRM-n-m", "Mode:", 1,
-             "Bus/Message/TransmitReceiveMode", kTransmitModes),
-    textOf({kBusMessageCount, kMessagePage}, "DWC-n-m", "Data Word Count:", 5,
-           "Bus/Message/DataWordCountOrModeCode"),
+    plain(choiceOf({kBusMessageCount, kMessagePage}, "CWE-n-m", "Command Word Entry:", 1,
+                   "Bus/Message/CommandWordType", kCommandWordEntries, 2011)),
+    commandWord(textOf({kBusMessageCount, kMessagePage}, "CMD-n-m", "Command Word:", 4,
+                       "Bus/Message/CommandWordValue", 2011)),
+    inSchema("Bus/Message/Address/RemoteTerminal/Name",
+             textOf({kBusMessageCount, kMessagePage}, "TRN-n-m", "Remote Terminal Name:", 32,
+                    "Bus/Message/RemoteTerminal/Name")),
+    inSchema("Bus/Message/Address/RemoteTerminal/Address",
+             textOf({kBusMessageCount, kMessagePage}, "TRA-n-m", "Remote Terminal Address:", 5,
+                    "Bus/Message/RemoteTerminal/Address")),
+    inSchema("Bus/Message/Address/SubTerminal/Name",
+             textOf({kBusMessageCount, kMessagePage}, "STN-n-m", "Sub Terminal Name:", 32,
+                    "Bus/Message/SubTerminal/Name")),
+    inSchema("Bus/Message/Address/SubTerminal/Address",
+             textOf({kBusMessageCount, kMessagePage}, "STA-n-m", "Sub Terminal Address:", 5,
+                    "Bus/Message/SubTerminal/Address")),
+    inSchema("Bus/Message/Address/TransmitReceiveMode",
+             choiceOf({kBusMessageCount, kMessagePage}, "TRM-n-m", "Mode:", 1,
+                      "Bus/Message/TransmitReceiveMode", kTransmitModes)),
+    inSchema("Bus/Message/Address/DataWordCountOrModeCode",
+             textOf({kBusMessageCount, kMessagePage}, "DWC-n-m", "Data Word Count:", 5,
+                    "Bus/Message/DataWordCountOrModeCode")),
     commentOf({kBusMessageCount, kSpecialPage}, "SPR-n-m", "Special Processing", 200,
               "Bus/Message/SpecialProcessing"),
     choiceOf({kBusMessageCount, kMessagePage}, "BMG\\FOT-n-m", "Message Filter/Overwrite:", 1,
@@ -230,28 +256,34 @@ constexpr auto kFields = std::to_array<Field>({
              "Bus/Message/RTRTReceiveCommandList/CommandWordType", kCommandWordEntries, 2011),
     textOf({kBusMessageCount, kReceivePage}, "RCMD-n-m", "Receive Command Word:", 4,
            "Bus/Message/RTRTReceiveCommandList/CommandWordValue", 2011),
-    textOf({kBusMessageCount, kReceivePage}, "RTRN-n-m", "Remote Terminal Name:", 32,
-           "Bus/Message/RTRTReceiveCommandList/RemoteTerminal/Name", 2011),
-    textOf({kBusMessageCount, kReceivePage}, "RTRA-n-m", "Remote Terminal Address:", 5,
-           "Bus/Message/RTRTReceiveCommandList/RemoteTerminal/Address", 2011),
-    textOf({kBusMessageCount, kReceivePage}, "RSTN-n-m", "Sub Terminal Name:", 32,
-           "Bus/Message/RTRTReceiveCommandList/SubTerminal/Name", 2011),
-    textOf({kBusMessageCount, kReceivePage}, "RSTA-n-m", "Sub Terminal Address:", 5,
-           "Bus/Message/RTRTReceiveCommandList/SubTerminal/Address", 2011),
-    textOf({kBusMessageCount, kReceivePage}, "RDWC-n-m", "Data Word Count:", 5,
-           "Bus/Message/RTRTReceiveCommandList/DataWordCount", 2011),
-    countOf({kBusMessageCount, kReceivePageBefore}, "RNRT\\N-n-m", "RT/RT Receive Commands",
-            "Bus/Message/RTRTReceiveCommandList", 0, 1996),
-    textOf({kReceiveCount, kReceivePageBefore}, "RTRN-n-m-r", "Remote Terminal Name:", 32,
-           "Bus/Message/RTRTReceiveCommandList/RemoteTerminal/Name", 0, 2009),
-    textOf({kReceiveCount, kReceivePageBefore}, "RTRA-n-m-r", "Remote Terminal Address:", 5,
-           "Bus/Message/RTRTReceiveCommandList/RemoteTerminal/Address", 0, 2009),
-    textOf({kReceiveCount, kReceivePageBefore}, "RSTN-n-m-r", "Sub Terminal Name:", 32,
-           "Bus/Message/RTRTReceiveCommandList/SubTerminal/Name", 0, 2009),
-    textOf({kReceiveCount, kReceivePageBefore}, "RSTA-n-m-r", "Sub Terminal Address:", 5,
-           "Bus/Message/RTRTReceiveCommandList/SubTerminal/Address", 0, 2009),
-    textOf({kReceiveCount, kReceivePageBefore}, "RDWC-n-m-r", "Data Word Count:", 5,
-           "Bus/Message/RTRTReceiveCommandList/DataWordCount", 0, 2009),
+    inSchema("Bus/Message/RTRTReceiveCommandList/Address/RemoteTerminal/Name",
+             textOf({kBusMessageCount, kReceivePage}, "RTRN-n-m", "Remote Terminal Name:", 32,
+                    "Bus/Message/RTRTReceiveCommandList/RemoteTerminal/Name", 2011)),
+    inSchema("Bus/Message/RTRTReceiveCommandList/Address/RemoteTerminal/Address",
+             textOf({kBusMessageCount, kReceivePage}, "RTRA-n-m", "Remote Terminal Address:", 5,
+                    "Bus/Message/RTRTReceiveCommandList/RemoteTerminal/Address", 2011)),
+    inSchema("Bus/Message/RTRTReceiveCommandList/Address/SubTerminal/Name",
+             textOf({kBusMessageCount, kReceivePage}, "RSTN-n-m", "Sub Terminal Name:", 32,
+                    "Bus/Message/RTRTReceiveCommandList/SubTerminal/Name", 2011)),
+    inSchema("Bus/Message/RTRTReceiveCommandList/Address/SubTerminal/Address",
+             textOf({kBusMessageCount, kReceivePage}, "RSTA-n-m", "Sub Terminal Address:", 5,
+                    "Bus/Message/RTRTReceiveCommandList/SubTerminal/Address", 2011)),
+    inSchema("Bus/Message/RTRTReceiveCommandList/Address/DataWordCount",
+             textOf({kBusMessageCount, kReceivePage}, "RDWC-n-m", "Data Word Count:", 5,
+                    "Bus/Message/RTRTReceiveCommandList/DataWordCount", 2011)),
+    onlyWritten(countOf({kBusMessageCount, kReceivePageBefore}, "RNRT\\N-n-m",
+                        "RT/RT Receive Commands", "Bus/Message/RTRTReceiveCommandList", 0, 1996)),
+    onlyWritten(textOf({kReceiveCount, kReceivePageBefore}, "RTRN-n-m-r", "Remote Terminal Name:",
+                       32, "Bus/Message/RTRTReceiveCommandList/RemoteTerminal/Name", 0, 2009)),
+    onlyWritten(textOf({kReceiveCount, kReceivePageBefore}, "RTRA-n-m-r",
+                       "Remote Terminal Address:", 5,
+                       "Bus/Message/RTRTReceiveCommandList/RemoteTerminal/Address", 0, 2009)),
+    onlyWritten(textOf({kReceiveCount, kReceivePageBefore}, "RSTN-n-m-r", "Sub Terminal Name:", 32,
+                       "Bus/Message/RTRTReceiveCommandList/SubTerminal/Name", 0, 2009)),
+    onlyWritten(textOf({kReceiveCount, kReceivePageBefore}, "RSTA-n-m-r", "Sub Terminal Address:",
+                       5, "Bus/Message/RTRTReceiveCommandList/SubTerminal/Address", 0, 2009)),
+    onlyWritten(textOf({kReceiveCount, kReceivePageBefore}, "RDWC-n-m-r", "Data Word Count:", 5,
+                       "Bus/Message/RTRTReceiveCommandList/DataWordCount", 0, 2009)),
     commentOf({kBusMessageCount, kModeCodePage}, "MCD-n-m", "Description:", 200,
               "Bus/Message/ModeCode/Description"),
     commentOf({kBusMessageCount, kModeCodePage}, "MCW-n-m", "Data Word Description:", 200,

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "vocabulary/Field.h"
+#include "vocabulary/FloatingPointFormats.h"
 
 #include <array>
 #include <span>
@@ -48,97 +49,115 @@ constexpr std::string_view storedFront(std::string_view text) {
     const auto front = text.substr(0, kStored);
     return front.ends_with(' ') ? front.substr(0, kStored - 1) : front;
 }
-constexpr Choice byFront(std::string_view text, int firstEdition = 0, int lastEdition = 0) {
+constexpr Choice byFront(std::string_view text, std::string_view xml, int firstEdition = 0,
+                         int lastEdition = 0) {
     return {.value = storedFront(text),
             .text = text,
+            .xml = xml,
             .firstEdition = firstEdition,
             .lastEdition = lastEdition};
 }
 
+/// The schema writes what bits a positive value has as the page does.
+inline constexpr std::string_view kSignedPlus0 = "Sign and Magnitude Binary (+ 0)";
+constexpr Choice withSchema(Choice choice, std::string_view schema) {
+    choice.schema = schema;
+    return choice;
+}
 inline constexpr auto kBinaryFormats = std::to_array<Choice>({
-    byFront("INTeger"),
-    byFront("UNSigned Binary"),
-    byFront("SIG - Sign And Magnitude (+=0)", 2000),
-    byFront("SIM - Sign And Magnitude (+=1)", 2000),
-    byFront("SIGn And Magnitude", 0, 1999),
-    byFront("ONE's Complement"),
-    byFront("TWO's Complement"),
-    byFront("OFFset Binary"),
-    byFront("FPT - Float", kAfter1996),
-    byFront("BCD - Binary Coded Decimal", 2000),
-    byFront("BWT - Bit Weight", kFirstBitWeights),
-    byFront("OTHer"),
+    byFront("INTeger", "Integer"),
+    byFront("UNSigned Binary", "Unsigned Binary"),
+    withSchema(byFront("SIG - Sign And Magnitude (+=0)", kSignedPlus0, 2000),
+               "Sign and Magnitude Binary (+=0)"),
+    withSchema(byFront("SIM - Sign And Magnitude (+=1)", "Sign and Magnitude Binary (+ 1)", 2000),
+               "Sign and Magnitude Binary (+=1)"),
+    withSchema(byFront("SIGn And Magnitude", kSignedPlus0, 0, 1999), kNotInSchema),
+    byFront("ONE's Complement", "One's Complement"),
+    byFront("TWO's Complement", "Two's Complement"),
+    byFront("OFFset Binary", "Offset Binary"),
+    byFront("FPT - Float", "Floating Point", kAfter1996),
+    byFront("BCD - Binary Coded Decimal", "Binary Coded Decimal", 2000),
+    byFront("BWT - Bit Weight", "Bit Weight", kFirstBitWeights),
+    byFront("OTHer", "Other"),
 });
 inline constexpr auto kTypes = std::to_array<Choice>({
-    byFront("NON - None"),
-    byFront("PRS - Pair Set"),
-    byFront("COE - Coefficients"),
-    byFront("NPC - Coefficients (Negative Powers of X)", kFirstNegativePowers),
-    byFront("DER - Derived"),
-    byFront("DIS - Discrete"),
-    byFront("PTM - PCM Time", kAfter1996),
-    byFront("BTM - 1553 Time", kAfter1996),
-    byFront("OTH - Other"),
-    byFront("SP  - Special Processing"),
-    byFront("VID - Video"),
-    byFront("VOI - Voice"),
+    byFront("NON - None", "None"),
+    byFront("PRS - Pair Set", "Pair Sets"),
+    byFront("COE - Coefficients", "Coefficients"),
+    byFront("NPC - Coefficients (Negative Powers of X)", "Coefficients (Negative Powers Of X)",
+            kFirstNegativePowers),
+    byFront("DER - Derived", "Derived"),
+    byFront("DIS - Discrete", "Discrete"),
+    byFront("PTM - PCM Time", "PCM Time", kAfter1996),
+    byFront("BTM - 1553 Time", "1553 Time", kAfter1996),
+    byFront("OTH - Other", "Other"),
+    byFront("SP  - Special Processing", "Special Processing"),
+    byFront("VID - Video", "Video"),
+    byFront("VOI - Voice", "Voice"),
 });
 inline constexpr auto kLinkTypes = std::to_array<Choice>({
-    {.value = "ANA", .text = "ANAlog"},
-    {.value = "PCM", .text = "PCM"},
-    {.value = "PAM", .text = "PAM"},
-    {.value = "OTH", .text = "OTHer"},
+    {"ANA", "ANAlog", "Analog"},
+    {"PCM", "PCM", "PCM"},
+    {"PAM", "PAM", "PAM"},
+    {"OTH", "OTHer", "Other"},
 });
 // The groups (TM), (EU) and (TM & EU) have the plain classes with one more letter. 106-96
 // stores "Other" differently.
 inline constexpr auto kClassifications = std::to_array<Choice>({
-    {.value = "T", .text = "T    - Top Secret"},
-    {.value = "S", .text = "S    - Secret"},
-    {.value = "C", .text = "C    - Confidential"},
-    {.value = "U", .text = "U    - Unclassified"},
+    {.value = "T", .text = "T    - Top Secret", .xml = "Top Secret"},
+    {.value = "S", .text = "S    - Secret", .xml = "Secret"},
+    {.value = "C", .text = "C    - Confidential", .xml = "Confidential"},
+    {.value = "U", .text = "U    - Unclassified", .xml = "Unclassified"},
     {.value = "OTH", .text = "OTH  - Other", .lastEdition = kOnly1996},
-    {.value = "O", .text = "O    - Other", .firstEdition = kAfter1996},
-    {.value = "TR", .text = "TR   - Top Secret (TM)"},
-    {.value = "SR", .text = "SR   - Secret (TM)"},
-    {.value = "CR", .text = "CR   - Confidential (TM)"},
-    {.value = "UR", .text = "UR   - Unclassified (TM)"},
+    {.value = "O", .text = "O    - Other", .xml = "Other", .firstEdition = kAfter1996},
+    {.value = "TR", .text = "TR   - Top Secret (TM)", .xml = "Counts Top Secret"},
+    {.value = "SR", .text = "SR   - Secret (TM)", .xml = "Counts Secret"},
+    {.value = "CR", .text = "CR   - Confidential (TM)", .xml = "Counts Confidential"},
+    {.value = "UR", .text = "UR   - Unclassified (TM)", .xml = "Counts Unclassified"},
     {.value = "OTHR", .text = "OTHR - Other (TM)", .lastEdition = kOnly1996},
-    {.value = "OR", .text = "OR   - Other (TM)", .firstEdition = kAfter1996},
-    {.value = "TE", .text = "TE   - Top Secret (EU)"},
-    {.value = "SE", .text = "SE   - Secret (EU)"},
-    {.value = "CE", .text = "CE   - Confidential (EU)"},
-    {.value = "UE", .text = "UE   - Unclassified (EU)"},
+    {.value = "OR", .text = "OR   - Other (TM)", .xml = "Counts Other", .firstEdition = kAfter1996},
+    {.value = "TE", .text = "TE   - Top Secret (EU)", .xml = "EU Top Secret"},
+    {.value = "SE", .text = "SE   - Secret (EU)", .xml = "EU Secret"},
+    {.value = "CE", .text = "CE   - Confidential (EU)", .xml = "EU Confidential"},
+    {.value = "UE", .text = "UE   - Unclassified (EU)", .xml = "EU Unclassified"},
     {.value = "OTHE", .text = "OTHE - Other (EU)", .lastEdition = kOnly1996},
-    {.value = "OE", .text = "OE   - Other (EU)", .firstEdition = kAfter1996},
-    {.value = "TB", .text = "TB   - Top Secret (TM & EU)"},
-    {.value = "SB", .text = "SB   - Secret (TM & EU)"},
-    {.value = "CB", .text = "CB   - Confidential (TM & EU)"},
-    {.value = "UB", .text = "UB   - Unclassified (TM & EU)"},
+    {.value = "OE", .text = "OE   - Other (EU)", .xml = "EU Other", .firstEdition = kAfter1996},
+    {.value = "TB", .text = "TB   - Top Secret (TM & EU)", .xml = "Counts And EU Top Secret"},
+    {.value = "SB", .text = "SB   - Secret (TM & EU)", .xml = "Counts And EU Secret"},
+    {.value = "CB", .text = "CB   - Confidential (TM & EU)", .xml = "Counts And EU Confidential"},
+    {.value = "UB", .text = "UB   - Unclassified (TM & EU)", .xml = "Counts And EU Unclassified"},
     {.value = "OTHB", .text = "OTHB - Other (TM & EU)", .lastEdition = kOnly1996},
-    {.value = "OB", .text = "OB   - Other (TM & EU)", .firstEdition = kAfter1996},
+    {.value = "OB",
+     .text = "OB   - Other (TM & EU)",
+     .xml = "Counts And EU Other",
+     .firstEdition = kAfter1996},
 });
 inline constexpr auto kYesNo = std::to_array<Choice>({
-    {.value = "Y", .text = "Yes"},
-    {.value = "N", .text = "No"},
+    {"Y", "Yes", "Yes"},
+    {"N", "No", "No"},
+});
+inline constexpr auto kPairSetUses = std::to_array<Choice>({
+    {"Y", {}, "Polynomial Curve Fit"},
+    {"N", {}, "Table Lookup"},
 });
 inline constexpr auto kBusTimes = std::to_array<Choice>({
-    {.value = "R", .text = "Response Time"},
-    {.value = "M", .text = "Microsecond Time"},
-    {.value = "L", .text = "Low Order Time"},
-    {.value = "H", .text = "High Order Time"},
+    {"R", "Response Time", "Response Time"},
+    {"M", "Microsecond Time", "Microsecond Time"},
+    {"L", "Low Order Time", "Low Order Time"},
+    {"H", "High Order Time", "High Order Time"},
 });
 inline constexpr auto kPcmTimes = std::to_array<Choice>({
-    {.value = "M", .text = "Microsecond Time"},
-    {.value = "L", .text = "Low Order Time"},
-    {.value = "H", .text = "High Order Time"},
+    {"M", "Microsecond Time", "Microsecond Time"},
+    {"L", "Low Order Time", "Low Order Time"},
+    {"H", "High Order Time", "High Order Time"},
 });
 inline constexpr auto kAlgorithms = std::to_array<Choice>({
-    {.value = "A", .text = "Algorithm"},
-    {.value = "N", .text = "Name Of Algorithm"},
+    {"A", "Algorithm", "Algorithm"},
+    {"N", "Name Of Algorithm", "Name Of Algorithm"},
 });
 inline constexpr auto kVoiceEncodings = std::to_array<Choice>({
-    {.value = "OTHR", .text = "OTHR"},
-    {.value = "CVSD", .text = "CVSD"},
+    {"OTHR", "OTHR", "Other"},
+    {"CVSD", "CVSD", "CVSD"},
 });
 
 }  // namespace choice
@@ -197,34 +216,59 @@ constexpr Field from(int firstEdition, Field field) {
     return field;
 }
 
-/// The name of the measurement, and of the record.
-inline constexpr Field kDcn{.code = "DCN", .limit = 32};
+constexpr Field plainInXml(Field field) {
+    field.isPlainInXml = true;
+    return field;
+}
+/// XML is read into the one value that older editions have.
+constexpr Field readAsOne(Field field) {
+    field.codeFromXml = stemOf(field.code);
+    return field;
+}
 
-inline constexpr auto kTrd1 = text("TRD1", "Type:", eu_page::kTransducer);
-inline constexpr auto kTrd2 = text("TRD2", "Model Number:", eu_page::kTransducer);
-inline constexpr auto kTrd3 = text("TRD3", "Serial Number:", eu_page::kTransducer);
+/// The name of the measurement, and of the record.
+inline constexpr Field kDcn{.code = "DCN", .limit = 32, .element = "@Name"};
+
+inline constexpr auto kTrd1 =
+    inXml(text("TRD1", "Type:", eu_page::kTransducer), "TransducerInformation/Type");
+inline constexpr auto kTrd2 =
+    inXml(text("TRD2", "Model Number:", eu_page::kTransducer), "TransducerInformation/ModelNumber");
+inline constexpr auto kTrd3 = inXml(text("TRD3", "Serial Number:", eu_page::kTransducer),
+                                    "TransducerInformation/SerialNumber");
 inline constexpr Field kTrd4{.code = "TRD4",
                              .label = "Classification:",
                              .page = eu_page::kTransducer,
                              .limit = 2,
                              .kind = FieldKind::Choice,
+                             .element = "TransducerInformation/SecurityClassification",
                              .choices = choice::kClassifications,
                              .limit1996 = 4};
 inline constexpr Field kTrd5{.code = "TRD5",
                              .label = "Origination Date:",
                              .page = eu_page::kTransducer,
-                             .kind = FieldKind::Date};
-inline constexpr auto kTrd6 = text("TRD6", "Revision Number:", eu_page::kTransducer);
-inline constexpr auto kTrd7 = text("TRD7", "Orientation:", eu_page::kTransducer);
-inline constexpr auto kPoc1 = text("POC1", "Name:", eu_page::kContact);
-inline constexpr auto kPoc2 = text("POC2", "Agency:", eu_page::kContact);
-inline constexpr auto kPoc3 = comment("POC3", "Address:", eu_page::kContact);
-inline constexpr auto kPoc4 = text("POC4", "Telephone:", eu_page::kContact);
-inline constexpr auto kMn1 = text("MN1", "Description:", eu_page::kMeasurement);
-inline constexpr auto kMn2 = text("MN2", "Excitation Voltage:", eu_page::kMeasurement);
-inline constexpr auto kMn3 = text("MN3", "Engineering Units:", eu_page::kMeasurement);
+                             .kind = FieldKind::Date,
+                             .element = "TransducerInformation/OriginationDate"};
+inline constexpr auto kTrd6 = inXml(text("TRD6", "Revision Number:", eu_page::kTransducer),
+                                    "TransducerInformation/RevisionNumber");
+inline constexpr auto kTrd7 =
+    inXml(text("TRD7", "Orientation:", eu_page::kTransducer), "TransducerInformation/Orientation");
+inline constexpr auto kPoc1 =
+    inXml(text("POC1", "Name:", eu_page::kContact), "TransducerInformation/PointOfContact/Name");
+inline constexpr auto kPoc2 = inXml(text("POC2", "Agency:", eu_page::kContact),
+                                    "TransducerInformation/PointOfContact/Agency");
+inline constexpr auto kPoc3 = inXml(comment("POC3", "Address:", eu_page::kContact),
+                                    "TransducerInformation/PointOfContact/Address");
+inline constexpr auto kPoc4 = inXml(text("POC4", "Telephone:", eu_page::kContact),
+                                    "TransducerInformation/PointOfContact/Telephone");
+inline constexpr auto kMn1 =
+    inXml(text("MN1", "Description:", eu_page::kMeasurement), "Measurand/Description");
+inline constexpr auto kMn2 =
+    inXml(text("MN2", "Excitation Voltage:", eu_page::kMeasurement), "Measurand/ExcitationVoltage");
+inline constexpr auto kMn3 =
+    inXml(text("MN3", "Engineering Units:", eu_page::kMeasurement), "Measurand/EngineeringUnits");
 inline constexpr auto kMn4 =
-    choiceOf("MN4", "Link Type:", eu_page::kMeasurement, 3, choice::kLinkTypes);
+    inXml(choiceOf("MN4", "Link Type:", eu_page::kMeasurement, 3, choice::kLinkTypes),
+          "Measurand/LinkType");
 
 inline constexpr std::string_view kFormatBox = "Telemetry Value Definition";
 inline constexpr std::string_view kTypeBox = "Data Conversion";
@@ -234,35 +278,51 @@ inline constexpr Field kBfm{.code = "BFM",
                             .page = eu_page::kInformation,
                             .limit = choice::kStored,
                             .kind = FieldKind::Choice,
+                            .element = "TelemetryValueDefinition/BinaryFormat",
                             .choices = choice::kBinaryFormats};
 inline constexpr Field kFpf{.code = "FPF",
                             .label = "Floating Point Format:",
                             .box = kFormatBox,
                             .page = eu_page::kInformation,
                             .firstEdition = 2000};
-inline constexpr auto kBwtN = orElse(
-    countOf("BWT\\N", "Edit Bit Weight Values", eu_page::kInformation, 3, kFirstBitWeights), "0");
+inline constexpr auto kBwtN = inXml(
+    orElse(countOf("BWT\\N", "Edit Bit Weight Values", eu_page::kInformation, 3, kFirstBitWeights),
+           "0"),
+    "TelemetryValueDefinition/BitWeight");
 inline constexpr Field kBwtb{.code = "BWTB-n",
                              .label = "Bit Number",
                              .page = eu_page::kInformation,
                              .limit = 3,
                              .kind = FieldKind::Count,
                              .firstEdition = kFirstBitWeights,
+                             .element = "TelemetryValueDefinition/BitWeight/BitNumber",
                              .list = kBwtN.code};
-inline constexpr auto kBwtv = ofList(kBwtN, "BWTV-n", "Bit Value (Enter 'S' for sign bit)", 32);
+inline constexpr auto kBwtv =
+    inXml(ofList(kBwtN, "BWTV-n", "Bit Value (Enter 'S' for sign bit)", 32),
+          "TelemetryValueDefinition/BitWeight/BitWeightValue");
 inline constexpr auto kMcN =
-    orElse(countOf("MC\\N", "In Flight Calibration", eu_page::kInFlight, 1), "N");
-inline constexpr auto kMc1 = ofList(kMcN, "MC1-n", "Stimulus", 32);
-inline constexpr auto kMc2 = ofList(kMcN, "MC2-n", "Telemetry Value", 16);
-inline constexpr auto kMc3 = ofList(kMcN, "MC3-n", "Data Value", 32);
+    inXml(orElse(countOf("MC\\N", "In Flight Calibration", eu_page::kInFlight, 1), "N"),
+          "InflightCalibration");
+inline constexpr auto kMc1 =
+    readAsOne(inXml(ofList(kMcN, "MC1-n", "Stimulus", 32), "InflightCalibration/Stimulus"));
+inline constexpr auto kMc2 = readAsOne(
+    inXml(ofList(kMcN, "MC2-n", "Telemetry Value", 16), "InflightCalibration/TelemetryValue"));
+inline constexpr auto kMc3 =
+    readAsOne(inXml(ofList(kMcN, "MC3-n", "Data Value", 32), "InflightCalibration/DataValue"));
 inline constexpr auto kMaN =
-    orElse(countOf("MA\\N", "Ambient Value", eu_page::kAmbient, 1, kFirstAmbientList), "N");
-inline constexpr auto kMa1 = ofList(kMaN, "MA1-n", "Stimulus", 32);
-inline constexpr auto kMa2 = ofList(kMaN, "MA2-n", "Telemetry Value", 16);
-inline constexpr auto kMa3 = ofList(kMaN, "MA3-n", "Data Value", 32);
+    inXml(orElse(countOf("MA\\N", "Ambient Value", eu_page::kAmbient, 1, kFirstAmbientList), "N"),
+          "AmbientValue");
+inline constexpr auto kMa1 =
+    readAsOne(inXml(ofList(kMaN, "MA1-n", "Stimulus", 32), "AmbientValue/Stimulus"));
+inline constexpr auto kMa2 =
+    readAsOne(inXml(ofList(kMaN, "MA2-n", "Telemetry Value", 16), "AmbientValue/TelemetryValue"));
+inline constexpr auto kMa3 =
+    readAsOne(inXml(ofList(kMaN, "MA3-n", "Data Value", 32), "AmbientValue/DataValue"));
 /// The one value of a column in editions where it is not a list.
 constexpr Field singleOf(Field column) {
     column.code = stemOf(column.code);
+    column.codeFromXml = {};
+    column.element = {};
     column.list = {};
     column.firstEdition = 0;
     column.lastEdition = kFirstAmbientList - 1;
@@ -271,92 +331,154 @@ constexpr Field singleOf(Field column) {
 inline constexpr auto kSingleMa1 = singleOf(kMa1);
 inline constexpr auto kSingleMa2 = singleOf(kMa2);
 inline constexpr auto kSingleMa3 = singleOf(kMa3);
-inline constexpr auto kMot1 = text("MOT1", "Value High:", eu_page::kLimits, 32);
-inline constexpr auto kMot2 = text("MOT2", "Value Low:", eu_page::kLimits, 32);
-inline constexpr auto kMot3 = text("MOT3", "Limit High:", eu_page::kLimits, 32);
-inline constexpr auto kMot4 = text("MOT4", "Limit Low:", eu_page::kLimits, 32);
-inline constexpr auto kMot5 = from(kAfter1996, text("MOT5", "Warning High:", eu_page::kLimits, 32));
-inline constexpr auto kMot6 = from(kAfter1996, text("MOT6", "Warning Low:", eu_page::kLimits, 32));
-inline constexpr auto kSr = text("SR", "Sample Rate:", eu_page::kLimits);
+inline constexpr auto kMot1 = inXml(text("MOT1", "Value High:", eu_page::kLimits, 32),
+                                    "OtherInformation/MeasurementValue/High");
+inline constexpr auto kMot2 = inXml(text("MOT2", "Value Low:", eu_page::kLimits, 32),
+                                    "OtherInformation/MeasurementValue/Low");
+inline constexpr auto kMot3 =
+    inXml(text("MOT3", "Limit High:", eu_page::kLimits, 32), "OtherInformation/AlertValue/High");
+inline constexpr auto kMot4 =
+    inXml(text("MOT4", "Limit Low:", eu_page::kLimits, 32), "OtherInformation/AlertValue/Low");
+inline constexpr auto kMot5 =
+    inXml(from(kAfter1996, text("MOT5", "Warning High:", eu_page::kLimits, 32)),
+          "OtherInformation/WarningValue/High");
+inline constexpr auto kMot6 =
+    inXml(from(kAfter1996, text("MOT6", "Warning Low:", eu_page::kLimits, 32)),
+          "OtherInformation/WarningValue/Low");
+inline constexpr auto kSr =
+    inXml(text("SR", "Sample Rate:", eu_page::kLimits), "OtherInformation/SampleRate");
 inline constexpr Field kCrt{.code = "CRT",
                             .label = "Date/Time Released:",
                             .box = kTypeBox,
                             .page = eu_page::kInformation,
                             .limit = 19,
                             .kind = FieldKind::DateTime,
-                            .firstEdition = 2004};
+                            .firstEdition = 2004,
+                            .element = "DataConversion/@DateAndTimeReleased"};
 inline constexpr Field kDct{.code = "DCT",
                             .label = "Type:",
                             .box = kTypeBox,
                             .page = eu_page::kInformation,
                             .limit = choice::kStored,
                             .kind = FieldKind::Choice,
+                            .element = "DataConversion/@Type",
                             .choices = choice::kTypes,
                             .missing = "NON"};
 
 // The conversion types.
-inline constexpr auto kPsN = countOf("PS\\N", {}, eu_page::kPairSets, 2);
+inline constexpr auto kPsN =
+    inXml(countOf("PS\\N", {}, eu_page::kPairSets, 2), "DataConversion/PairSets/Pair");
 inline constexpr auto kPs1 = orElse(text("PS1", {}, eu_page::kPairSets, 1), "N");
-inline constexpr auto kPs2 = orElse(text("PS2", {}, eu_page::kPairSets, 2), "1");
-inline constexpr auto kPs3 = ofList(kPsN, "PS3-n", {}, 16);
-inline constexpr auto kPs4 = ofList(kPsN, "PS4-n", {}, 32);
+inline constexpr auto kPs2 = inXml(orElse(text("PS2", {}, eu_page::kPairSets, 2), "1"),
+                                   "DataConversion/PairSets/OrderOfFit");
+inline constexpr auto kPs3 =
+    inXml(ofList(kPsN, "PS3-n", {}, 16), "DataConversion/PairSets/Pair/TmValue");
+inline constexpr auto kPs4 =
+    inXml(ofList(kPsN, "PS4-n", {}, 32), "DataConversion/PairSets/Pair/EuValue");
 inline constexpr auto kCoN = countOf("CO\\N", "Terms", eu_page::kCoefficients, 2);
-inline constexpr auto kCo1 = orElse(
-    choiceOf("CO1", "Derived From Pair Set?", eu_page::kCoefficients, 1, choice::kYesNo), "N");
+inline constexpr auto kCo1 = inXml(
+    orElse(choiceOf("CO1", "Derived From Pair Set?", eu_page::kCoefficients, 1, choice::kYesNo),
+           "N"),
+    "DataConversion/Coefficients/DerivedFromPairSet");
 /// The offset; the terms are numbered.
-inline constexpr auto kCo = text("CO", "C(0) - (Offset):", eu_page::kCoefficients, 32);
-inline constexpr auto kCoTerm = ofList(kCoN, "CO-n", {}, 32);
+inline constexpr auto kCo = inXml(text("CO", "C(0) - (Offset):", eu_page::kCoefficients, 32),
+                                  "DataConversion/Coefficients/Coefficient");
+inline constexpr auto kCoTerm =
+    inXml(ofList(kCoN, "CO-n", {}, 32), "DataConversion/Coefficients/Coefficient");
 inline constexpr auto kNpcN =
     countOf("NPC\\N", "Terms", eu_page::kCoefficients, 2, kFirstNegativePowers);
-inline constexpr auto kNpc1 = from(
-    kFirstNegativePowers,
-    orElse(choiceOf("NPC1", "Derived From Pair Set?", eu_page::kCoefficients, 1, choice::kYesNo),
-           "N"));
+inline constexpr auto kNpc1 =
+    inXml(from(kFirstNegativePowers, orElse(choiceOf("NPC1", "Derived From Pair Set?",
+                                                     eu_page::kCoefficients, 1, choice::kYesNo),
+                                            "N")),
+          "DataConversion/NegativePowersOfX/DerivedFromPairSet");
 inline constexpr auto kNpc =
-    from(kFirstNegativePowers, text("NPC", "C(0) - (Offset):", eu_page::kCoefficients, 32));
-inline constexpr auto kNpcTerm = ofList(kNpcN, "NPC-n", {}, 32);
-inline constexpr auto kOth = comment("OTH", "Other:", eu_page::kOther);
-inline constexpr auto kDpat =
-    from(2009, choiceOf("DPAT", "Algorithm Type:", eu_page::kDerived, 1, choice::kAlgorithms));
-inline constexpr auto kDpa = from(kAfter1996, comment("DPA", "Algorithm:", eu_page::kDerived));
-inline constexpr auto kDptm = from(2009, text("DPTM", "Trigger Measurand:", eu_page::kDerived, 32));
-inline constexpr Field kDpno{.code = "DPNO",
-                             .label = "Number Of Occurrences:",
-                             .page = eu_page::kDerived,
-                             .limit = 2,
-                             .kind = FieldKind::Digits,
-                             .firstEdition = 2009};
-inline constexpr auto kDpN = [] {
-    auto field = countOf("DP\\N", "Measurands", eu_page::kDerived, 2);
-    field.limit1996 = 1;
-    return field;
-}();
-inline constexpr auto kDp = ofList(kDpN, "DP-n", "Measurand", 32);
-inline constexpr auto kDpcN = countOf("DPC\\N", "Constants", eu_page::kDerived, 2, kAfter1996);
-inline constexpr auto kDpc = ofList(kDpcN, "DPC-n", "Constant", 32);
-inline constexpr auto kDicN = countOf("DIC\\N", "Events", eu_page::kDiscrete, 2);
+    inXml(from(kFirstNegativePowers, text("NPC", "C(0) - (Offset):", eu_page::kCoefficients, 32)),
+          "DataConversion/NegativePowersOfX/Coefficient");
+inline constexpr auto kNpcTerm =
+    inXml(ofList(kNpcN, "NPC-n", {}, 32), "DataConversion/NegativePowersOfX/Coefficient");
+inline constexpr auto kOth =
+    inXml(comment("OTH", "Other:", eu_page::kOther), "DataConversion/Other");
+inline constexpr auto kDpat = plainInXml(inXml(
+    from(2009, choiceOf("DPAT", "Algorithm Type:", eu_page::kDerived, 1, choice::kAlgorithms)),
+    "DataConversion/Derived/Algorithm/@Type"));
+inline constexpr auto kDpa =
+    inXml(from(kAfter1996, comment("DPA", "Algorithm:", eu_page::kDerived)),
+          "DataConversion/Derived/Algorithm");
+inline constexpr auto kDptm =
+    inXml(from(2009, text("DPTM", "Trigger Measurand:", eu_page::kDerived, 32)),
+          "DataConversion/Derived/TriggerMeasurand");
+inline constexpr Field kDpno{
+    .code = "DPNO",
+    .label = "Number Of Occurrences:",
+    .page = eu_page::kDerived,
+    .limit = 2,
+    .kind = FieldKind::Digits,
+    .firstEdition = 2009,
+    .element = "DataConversion/Derived/TriggerMeasurand/@NumberOfOccurrences"};
+inline constexpr auto kDpN = inXml(
+    [] {
+        auto field = countOf("DP\\N", "Measurands", eu_page::kDerived, 2);
+        field.limit1996 = 1;
+        return field;
+    }(),
+    "DataConversion/Derived/Measurand");
+inline constexpr auto kDp =
+    inXml(ofList(kDpN, "DP-n", "Measurand", 32), "DataConversion/Derived/Measurand");
+inline constexpr auto kDpcN =
+    inXml(countOf("DPC\\N", "Constants", eu_page::kDerived, 2, kAfter1996),
+          "DataConversion/Derived/Constant");
+inline constexpr auto kDpc =
+    inXml(ofList(kDpcN, "DPC-n", "Constant", 32), "DataConversion/Derived/Constant");
+inline constexpr auto kDicN =
+    inXml(countOf("DIC\\N", "Events", eu_page::kDiscrete, 2), "DataConversion/Discrete/Event");
 inline constexpr Field kDiciN{.code = "DICI\\N",
                               .label = "Number Of Indicators:",
                               .page = eu_page::kDiscrete,
                               .limit = 2,
                               .kind = FieldKind::Digits,
+                              .element = "DataConversion/Discrete/NumberOfIndicators",
                               .prompt = "Enter Number Of Indicators",
                               .missing = "0"};
-inline constexpr auto kDicc = ofList(kDicN, "DICC-n", "Conversion Data", 16);
-inline constexpr auto kDicp = ofList(kDicN, "DICP-n", "Event Definition", 240);
-inline constexpr auto kBtm = choiceOf("BTM", "1553 Time:", eu_page::kBusTime, 1, choice::kBusTimes);
-inline constexpr auto kPtm = choiceOf("PTM", "PCM Time:", eu_page::kPcmTime, 1, choice::kPcmTimes);
-inline constexpr auto kVoiE = [] {
-    auto field =
-        choiceOf("VOI\\E", "Encoding Method:", eu_page::kVoice, 4, choice::kVoiceEncodings);
-    field.limit1996 = 64;
-    return field;
-}();
-inline constexpr auto kVoiD = comment("VOI\\D", "Description:", eu_page::kVoice, 640);
-inline constexpr auto kVidE = text("VID\\E", "Encoding Method:", eu_page::kVideo, 64);
-inline constexpr auto kVidD = comment("VID\\D", "Description:", eu_page::kVideo, 640);
+inline constexpr auto kDicc = inXml(ofList(kDicN, "DICC-n", "Conversion Data", 16),
+                                    "DataConversion/Discrete/Event/ConversionData");
+inline constexpr auto kDicp = inXml(ofList(kDicN, "DICP-n", "Event Definition", 240),
+                                    "DataConversion/Discrete/Event/EventDefinition");
+inline constexpr auto kBtm =
+    plainInXml(inXml(choiceOf("BTM", "1553 Time:", eu_page::kBusTime, 1, choice::kBusTimes),
+                     "DataConversion/Time1553"));
+inline constexpr auto kPtm =
+    plainInXml(inXml(choiceOf("PTM", "PCM Time:", eu_page::kPcmTime, 1, choice::kPcmTimes),
+                     "DataConversion/PCMTime"));
+inline constexpr auto kVoiE = inXml(
+    [] {
+        auto field =
+            choiceOf("VOI\\E", "Encoding Method:", eu_page::kVoice, 4, choice::kVoiceEncodings);
+        field.limit1996 = 64;
+        return field;
+    }(),
+    "DataConversion/DigitalVoice/EncodingMethod");
+inline constexpr auto kVoiD = inXml(comment("VOI\\D", "Description:", eu_page::kVoice, 640),
+                                    "DataConversion/DigitalVoice/Description");
+inline constexpr auto kVidE = inXml(text("VID\\E", "Encoding Method:", eu_page::kVideo, 64),
+                                    "DataConversion/DigitalVideo/EncodingMethod");
+inline constexpr auto kVidD = inXml(comment("VID\\D", "Description:", eu_page::kVideo, 640),
+                                    "DataConversion/DigitalVideo/Description");
 
-inline constexpr auto kCom = comment("COM", "Comment:", eu_page::kComments);
+inline constexpr auto kCom = inXml(comment("COM", "Comment:", eu_page::kComments), "Comments");
+
+// What only XML has, and the names that XML has for values of a page without a list of them.
+inline constexpr Field kMna{.code = "MNA", .element = "Measurand/Alias", .bridgeOnly = true};
+inline constexpr Field kFpfInXml{.code = kFpf.code,
+                                 .kind = FieldKind::Choice,
+                                 .element = "TelemetryValueDefinition/FloatingPointFormat",
+                                 .choices = kFloatingPointFormats,
+                                 .bridgeOnly = true};
+inline constexpr Field kPs1InXml{.code = kPs1.code,
+                                 .kind = FieldKind::Choice,
+                                 .element = "DataConversion/PairSets/Application",
+                                 .choices = choice::kPairSetUses,
+                                 .bridgeOnly = true};
 
 }  // namespace c
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "vocabulary/Field.h"
+#include "vocabulary/LocationTypes.h"
 #include "vocabulary/StreamLimits.h"
 
 #include <array>
@@ -11,6 +12,9 @@
 #include <string_view>
 
 namespace kavu {
+
+/// The location type of measurements that are located by tags.
+inline constexpr std::string_view kTaggedType = "TD";
 
 namespace measurement_choice {
 
@@ -46,7 +50,21 @@ inline constexpr auto kFilterOverwrite = std::to_array<Choice>({
 inline constexpr auto kFilterOfSelected = std::to_array<Choice>({
     {"O", "Overwrite", "Overwrite"},
     {"F", "Filter", "Filter"},
-    {"N", "Neither", "No Filtering"},
+    {.value = "N", .text = "Neither", .xml = "No Filtering", .schema = "Neither"},
+});
+
+/// The order of a fragment, which XML writes by name and reads as it stands.
+inline constexpr auto kFragmentOrder = [] {
+    auto all = kTransferOrder;
+    for (auto& choice : all) {
+        choice.isRead = false;
+    }
+    return all;
+}();
+/// How XML calls the location types; the others are older than it.
+inline constexpr auto kLocationTypes = std::to_array<Choice>({
+    {location_type::kWordFrame, {}, "Word and Frame"},
+    {kTaggedType, {}, "Tagged Data"},
 });
 
 }  // namespace measurement_choice
@@ -68,24 +86,33 @@ inline constexpr Field kCountInList{.code = "SMF\\N-n",
                                     .kind = FieldKind::Count,
                                     .firstEdition = 2009,
                                     .lastEdition = 2009,
-                                    .rows = kMostMeasurements};
+                                    .element = "MeasurementList/SelectedMeasurementName",
+                                    .rows = kMostMeasurements,
+                                    .elementSchema = kNotInSchema};
 inline constexpr Field kNameInList{.code = "SMF\\SMN-n-k",
                                    .limit = 32,
                                    .firstEdition = 2009,
                                    .lastEdition = 2009,
+                                   .element = "MeasurementList/SelectedMeasurementName",
                                    .list = kCountInList.code,
-                                   .refersTo = Refers::Measurement};
-inline constexpr Field kCount{
-    .code = kList, .kind = FieldKind::Count, .firstEdition = 2011, .rows = kMostMeasurements};
+                                   .refersTo = Refers::Measurement,
+                                   .elementSchema = kNotInSchema};
+inline constexpr Field kCount{.code = kList,
+                              .kind = FieldKind::Count,
+                              .firstEdition = 2011,
+                              .element = "MeasurementFilteringAndOverwrite",
+                              .rows = kMostMeasurements};
 inline constexpr Field kName{.code = "SMF\\SMN-k",
                              .limit = 32,
                              .firstEdition = 2011,
+                             .element = "MeasurementFilteringAndOverwrite/MeasurementName",
                              .list = kList,
                              .refersTo = Refers::Measurement};
 inline constexpr Field kType{.code = "SMF\\MFOT-k",
                              .limit = 1,
                              .kind = FieldKind::Choice,
                              .firstEdition = 2011,
+                             .element = "MeasurementFilteringAndOverwrite/FilterOverwriteTag",
                              .choices = measurement_choice::kFilterOfSelected,
                              .list = kList};
 
@@ -97,21 +124,30 @@ namespace measurement_field {
 inline constexpr std::string_view kList = "ML\\N";
 inline constexpr std::string_view kMeasurements = "MN\\N-n";
 
-inline constexpr Field kDataLink{.code = "DLN", .limit = 32, .refersTo = Refers::LinkName};
-inline constexpr Field kListCount{
-    .code = kList, .kind = FieldKind::Count, .rows = kMostMeasurementLists};
-inline constexpr Field kListName{.code = "MLN-n", .limit = 32, .list = kList};
-inline constexpr Field kCount{
-    .code = kMeasurements, .kind = FieldKind::Count, .list = kList, .rows = kMostMeasurements};
+inline constexpr Field kDataLink{
+    .code = "DLN", .limit = 32, .element = "@Name", .refersTo = Refers::LinkName};
+inline constexpr Field kListCount{.code = kList,
+                                  .kind = FieldKind::Count,
+                                  .element = "MeasurementList",
+                                  .rows = kMostMeasurementLists};
+inline constexpr Field kListName{
+    .code = "MLN-n", .limit = 32, .element = "MeasurementList/@Name", .list = kList};
+inline constexpr Field kCount{.code = kMeasurements,
+                              .kind = FieldKind::Count,
+                              .element = "MeasurementList/Measurement",
+                              .list = kList,
+                              .rows = kMostMeasurements};
 inline constexpr Field kName{.code = "MN-n-m",
                              .label = "Measurement Name:",
                              .limit = 32,
+                             .element = "MeasurementList/Measurement/@Name",
                              .list = kMeasurements,
                              .refersTo = Refers::MeasurementName};
 inline constexpr Field kParity{.code = "MN1-n-m",
                                .label = "Parity:",
                                .limit = 2,
                                .kind = FieldKind::Choice,
+                               .element = "MeasurementList/Measurement/Parity",
                                .choices = measurement_choice::kParity,
                                .list = kMeasurements,
                                .missing = "DE"};
@@ -119,27 +155,37 @@ inline constexpr Field kParityOrder{.code = "MN2-n-m",
                                     .label = "Parity Transfer Order:",
                                     .limit = 1,
                                     .kind = FieldKind::Choice,
+                                    .element = "MeasurementList/Measurement/ParityTransferOrder",
                                     .choices = measurement_choice::kParityOrder,
                                     .list = kMeasurements,
                                     .missing = "D"};
-inline constexpr Field kTransferOrder{.code = "MN3-n-m",
-                                      .label = "Measurement Transfer Order:",
-                                      .limit = 1,
-                                      .kind = FieldKind::Choice,
-                                      .choices = measurement_choice::kTransferOrder,
-                                      .list = kMeasurements,
-                                      .missing = "D"};
-inline constexpr Field kFilterOverwrite{.code = "MFOT-n-m",
-                                        .label = "Filtering:",
-                                        .limit = 1,
-                                        .kind = FieldKind::Choice,
-                                        .firstEdition = 2009,
-                                        .lastEdition = 2009,
-                                        .choices = measurement_choice::kFilterOverwrite,
-                                        .list = kMeasurements,
-                                        .missing = "N"};
-inline constexpr Field kLocationType{.code = "LT-n-m", .limit = 4, .list = kMeasurements};
-inline constexpr Field kComment{.code = "COM"};
+inline constexpr Field kTransferOrder{
+    .code = "MN3-n-m",
+    .label = "Measurement Transfer Order:",
+    .limit = 1,
+    .kind = FieldKind::Choice,
+    .element = "MeasurementList/Measurement/MeasurementTransferOrder",
+    .choices = measurement_choice::kTransferOrder,
+    .list = kMeasurements,
+    .missing = "D"};
+inline constexpr Field kFilterOverwrite{
+    .code = "MFOT-n-m",
+    .label = "Filtering:",
+    .limit = 1,
+    .kind = FieldKind::Choice,
+    .firstEdition = 2009,
+    .lastEdition = 2009,
+    .element = "MeasurementList/Measurement/MeasurementFilterOverwriteTag",
+    .choices = measurement_choice::kFilterOverwrite,
+    .list = kMeasurements,
+    .missing = "N",
+    .elementSchema = kNotInSchema};
+inline constexpr Field kLocationType{.code = "LT-n-m",
+                                     .limit = 4,
+                                     .element = "MeasurementList/Measurement/LocationType",
+                                     .choices = measurement_choice::kLocationTypes,
+                                     .list = kMeasurements};
+inline constexpr Field kComment{.code = "COM", .element = "Comments"};
 
 /// A command of a location type that word/frame locations have replaced.
 constexpr Field older(std::string_view code, std::size_t limit = 0,
@@ -236,6 +282,11 @@ namespace word_frame_field {
 inline constexpr int kFirstEdition = 2004;
 inline constexpr int kFirstEnds = 2009;  ///< the first edition that states the ends of ranges
 
+/// The same with the path that XML is read from first.
+constexpr Field readFrom(std::string_view elementRead, Field field) {
+    field.elementRead = elementRead;
+    return field;
+}
 constexpr Field text(std::string_view code, std::size_t limit, int firstEdition = kFirstEdition,
                      FieldKind kind = FieldKind::Text) {
     return {.code = code,
@@ -248,28 +299,69 @@ constexpr Field number(std::string_view code, int firstEdition = kFirstEdition) 
     return text(code, 0, firstEdition, FieldKind::Digits);
 }
 
-inline constexpr auto kCounter = text("IDCN-n-m", 0, 2011);
-inline constexpr auto kCount = number("MML\\N-n-m");
-inline constexpr auto kFragments = number("MNF\\N-n-m-k");
+inline constexpr auto kCounter = readFrom(
+    "MeasurementList/Measurement/IDCounterName",
+    inXml(text("IDCN-n-m", 0, 2011), "MeasurementList/Measurement/WordAndFrame/IDCounterName"));
+inline constexpr auto kCount = readFrom(
+    "MeasurementList/Measurement/MeasurementLocation",
+    inXml(number("MML\\N-n-m"), "MeasurementList/Measurement/WordAndFrame/MeasurementLocation"));
+inline constexpr auto kFragments = readFrom(
+    "MeasurementList/Measurement/MeasurementLocation/MeasurementFragments",
+    inXml(number("MNF\\N-n-m-k"),
+          "MeasurementList/Measurement/WordAndFrame/MeasurementLocation/MeasurementFragments"));
 inline constexpr auto kLength = number("MWL-n-m-k");
-inline constexpr auto kWord = number("WP-n-m-k-f");
-inline constexpr auto kWordInterval = number("WI-n-m-k-f");
-inline constexpr auto kEndWord = number("EWP-n-m-k-f", kFirstEnds);
-inline constexpr auto kFrame = number("FP-n-m-k-f");
-inline constexpr auto kFrameInterval = number("FI-n-m-k-f");
-inline constexpr auto kEndFrame = number("EFP-n-m-k-f", kFirstEnds);
-inline constexpr auto kMask = text("WFM-n-m-k-f", kMaskWidth);
+inline constexpr auto kWord =
+    readFrom("MeasurementList/Measurement/MeasurementLocation/MeasurementFragments/StartWord",
+             inXml(number("WP-n-m-k-f"),
+                   "MeasurementList/Measurement/WordAndFrame/MeasurementLocation/"
+                   "MeasurementFragments/StartWord"));
+inline constexpr auto kWordInterval =
+    readFrom("MeasurementList/Measurement/MeasurementLocation/MeasurementFragments/WordInterval",
+             inXml(number("WI-n-m-k-f"),
+                   "MeasurementList/Measurement/WordAndFrame/MeasurementLocation/"
+                   "MeasurementFragments/WordInterval"));
+inline constexpr auto kEndWord =
+    readFrom("MeasurementList/Measurement/MeasurementLocation/MeasurementFragments/EndWord",
+             inXml(number("EWP-n-m-k-f", kFirstEnds),
+                   "MeasurementList/Measurement/WordAndFrame/MeasurementLocation/"
+                   "MeasurementFragments/EndWord"));
+inline constexpr auto kFrame =
+    readFrom("MeasurementList/Measurement/MeasurementLocation/MeasurementFragments/StartFrame",
+             inXml(number("FP-n-m-k-f"),
+                   "MeasurementList/Measurement/WordAndFrame/MeasurementLocation/"
+                   "MeasurementFragments/StartFrame"));
+inline constexpr auto kFrameInterval =
+    readFrom("MeasurementList/Measurement/MeasurementLocation/MeasurementFragments/FrameInterval",
+             inXml(number("FI-n-m-k-f"),
+                   "MeasurementList/Measurement/WordAndFrame/MeasurementLocation/"
+                   "MeasurementFragments/FrameInterval"));
+inline constexpr auto kEndFrame =
+    readFrom("MeasurementList/Measurement/MeasurementLocation/MeasurementFragments/EndFrame",
+             inXml(number("EFP-n-m-k-f", kFirstEnds),
+                   "MeasurementList/Measurement/WordAndFrame/MeasurementLocation/"
+                   "MeasurementFragments/EndFrame"));
+inline constexpr auto kMask =
+    readFrom("MeasurementList/Measurement/MeasurementLocation/MeasurementFragments/BitMask",
+             inXml(text("WFM-n-m-k-f", kMaskWidth),
+                   "MeasurementList/Measurement/WordAndFrame/MeasurementLocation/"
+                   "MeasurementFragments/BitMask"));
 inline constexpr auto kTransferOrder = [] {
     auto field = text("WFT-n-m-k-f", 0, kFirstEdition, FieldKind::Choice);
-    field.choices = measurement_choice::kTransferOrder;
+    field.choices = measurement_choice::kFragmentOrder;
+    return readFrom(
+        "MeasurementList/Measurement/MeasurementLocation/MeasurementFragments/"
+        "@FragmentTransferOrder",
+        inXml(field,
+              "MeasurementList/Measurement/WordAndFrame/MeasurementLocation/MeasurementFragments/"
+              "@FragmentTransferOrder"));
+}();
+inline constexpr auto kPosition = [] {
+    auto field = number("WFP-n-m-k-f");
+    field.codeFromXml = "MFP-n-m-k-f";
     return field;
 }();
-inline constexpr auto kPosition = number("WFP-n-m-k-f");
 
 }  // namespace word_frame_field
-
-/// The location type of measurements that are located by tags.
-inline constexpr std::string_view kTaggedType = "TD";
 
 /// Tagged data; k is the tag.
 namespace tagged_field {
@@ -281,22 +373,28 @@ constexpr Field inMeasurement(Field field) {
     field.list = measurement_field::kMeasurements;
     return field;
 }
-inline constexpr auto kCount = inMeasurement({.code = "TD\\N-n-m", .kind = FieldKind::Digits});
-inline constexpr auto kWordLength = inMeasurement({.code = "TD1-n-m",
-                                                   .label = "Word Length:",
-                                                   .limit = 3,
-                                                   .kind = FieldKind::Digits,
-                                                   .unit = "bits"});
+inline constexpr auto kCount =
+    inXml(inMeasurement({.code = "TD\\N-n-m", .kind = FieldKind::Digits}),
+          "MeasurementList/Measurement/TaggedData/Fragment");
+inline constexpr auto kWordLength = inXml(inMeasurement({.code = "TD1-n-m",
+                                                         .label = "Word Length:",
+                                                         .limit = 3,
+                                                         .kind = FieldKind::Digits,
+                                                         .unit = "bits"}),
+                                          "MeasurementList/Measurement/TaggedData/WordLength");
 inline constexpr auto kTagNumber =
-    inMeasurement({.code = "TD2-n-m-k", .label = "Tag Number", .limit = 10});
+    inXml(inMeasurement({.code = "TD2-n-m-k", .label = "Tag Number", .limit = 10}),
+          "MeasurementList/Measurement/TaggedData/Fragment/TagNumber");
 inline constexpr auto kMask =
-    inMeasurement({.code = "TD3-n-m-k", .label = "Bit Mask", .limit = kMaskWidth});
+    inXml(inMeasurement({.code = "TD3-n-m-k", .label = "Bit Mask", .limit = kMaskWidth}),
+          "MeasurementList/Measurement/TaggedData/Fragment/BitMask");
 inline constexpr auto kTransferOrder =
-    inMeasurement({.code = "TD4-n-m-k",
-                   .label = "Transfer Order",
-                   .limit = 1,
-                   .kind = FieldKind::Choice,
-                   .choices = measurement_choice::kTransferOrder});
+    inXml(inMeasurement({.code = "TD4-n-m-k",
+                         .label = "Transfer Order",
+                         .limit = 1,
+                         .kind = FieldKind::Choice,
+                         .choices = measurement_choice::kTransferOrder}),
+          "MeasurementList/Measurement/TaggedData/Fragment/FragmentTransferOrder");
 inline constexpr auto kPosition =
     inMeasurement({.code = "TD5-n-m-k", .label = "Fragment Position", .limit = 2});
 

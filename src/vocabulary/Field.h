@@ -6,12 +6,16 @@
 #include "core/command/CommandPath.h"
 
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <string_view>
 
 namespace kavu {
 
 enum class FieldKind { Text, Choice, Date, DateTime, Count, Digits, Comment };
+
+/// Of `Choice::schema` and `Field::elementSchema`: the schema of IRIG 106-11 has no such thing.
+inline constexpr std::string_view kNotInSchema = "-";
 
 /// One entry of a choice. An edition of 0 is no restriction. An entry that the page and
 /// XML store differently is two entries: one without `xml`, one without `text`.
@@ -21,7 +25,19 @@ struct Choice {
     std::string_view xml{};    ///< as written to XML; empty if XML does not have it
     int firstEdition = 0;
     int lastEdition = 0;
+    /// As the schema of IRIG 106-11 spells it; empty if that is `xml`.
+    std::string_view schema{};
+    /// False for a text that the default form of XML writes, but reads as it stands.
+    bool isRead = true;
 };
+
+/// The text of a choice in the schema's dialect of XML; empty if the schema does not have it.
+[[nodiscard]] constexpr std::string_view schemaText(const Choice& choice) {
+    if (choice.schema == kNotInSchema) {
+        return {};
+    }
+    return choice.schema.empty() ? choice.xml : choice.schema;
+}
 
 /// What the value of a command names. One command defines a name: the row of a data source in the
 /// G group, the group of a stream, the definition of a measurement. All others refer to it.
@@ -79,6 +95,16 @@ struct Field {
     /// field of a page.
     bool bridgeOnly = false;
     Refers refersTo = Refers::No;  ///< what the value is a name of
+    /// XML path in the schema's dialect, if it differs from `element`. A step "@Name" is an
+    /// attribute; a row of a list whose path is that of its count is the text of that element.
+    std::string_view elementSchema{};
+    /// The default form of XML has the value as it stands, whatever the texts of its choices.
+    bool isPlainInXml = false;
+    /// The default form of XML reads no other path than the one that is named here; otherwise it
+    /// looks at the schema's as well.
+    bool readsExactly = false;
+    bool isRead = true;                   ///< false if the default form of XML only writes it
+    std::optional<FieldKind> kindRead{};  ///< how the default form of XML reads it, if not `kind`
 };
 
 [[nodiscard]] constexpr bool isKnownIn(int edition, int firstEdition, int lastEdition) {
@@ -97,6 +123,22 @@ struct Field {
         return field.limit1996;
     }
     return edition == 1999 && field.limit1999 != 0 ? field.limit1999 : field.limit;
+}
+
+/// The path of a field in the schema's dialect of XML; empty if the schema does not have it.
+[[nodiscard]] constexpr std::string_view schemaElement(const Field& field) {
+    if (field.elementSchema == kNotInSchema) {
+        return {};
+    }
+    return field.elementSchema.empty() ? field.element : field.elementSchema;
+}
+
+/// The same field with its XML path, and that of the schema if it differs.
+[[nodiscard]] constexpr Field inXml(Field field, std::string_view element,
+                                    std::string_view schema = {}) {
+    field.element = element;
+    field.elementSchema = schema;
+    return field;
 }
 
 /// True for the count of a list of rows.

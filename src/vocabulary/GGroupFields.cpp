@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <vector>
 
 namespace kavu {
 
@@ -19,7 +20,7 @@ constexpr auto kYesNo = std::to_array<Choice>({{"Y", "Yes", "Yes"}, {"N", "No", 
 constexpr auto kClassifications = std::to_array<Choice>({
     {"U", "Unclassified", "Unclassified"},
     // Other programs use this spelling in XML.
-    {"C", "Confidential", "Confidental"},
+    {.value = "C", .text = "Confidential", .xml = "Confidental", .schema = "Confidential"},
     {"S", "Secret", "Secret"},
     {"T", "Top Secret", "Top Secret"},
     {"O", "Other", "Other"},
@@ -28,9 +29,12 @@ constexpr auto kTypes = std::to_array<Choice>({
     {"RF", "RF", "RF"},
     {"TAP", "Tape", "Tape"},
     {"STO", "Storage", "Storage", 2004},
-    {"DSS", "Distributed Source", {}, 2009},
-    {"DRS", "Direct Source", {}, 2009},
-    {"REP", "Reproducer", {}, 2009},
+    {.value = "DSS",
+     .text = "Distributed Source",
+     .firstEdition = 2009,
+     .schema = "Distributed Source"},
+    {.value = "DRS", .text = "Direct Source", .firstEdition = 2009, .schema = "Direct Source"},
+    {.value = "REP", .text = "Reproducer", .firstEdition = 2009, .schema = "Reproducer"},
     {"OTH", "Other", "Other"},
 });
 
@@ -83,7 +87,11 @@ constexpr auto kFields = std::to_array<Field>({
      .page = kInfoPage,
      .limit = 16,
      .element = "TestNumber"},
-    {.code = kContactCount, .page = kContactPage, .kind = FieldKind::Count, .rows = kMostContacts},
+    {.code = kContactCount,
+     .page = kContactPage,
+     .kind = FieldKind::Count,
+     .element = "PointOfContact",
+     .rows = kMostContacts},
     {.code = "POC1-n",
      .label = "Name",
      .page = kContactPage,
@@ -110,7 +118,11 @@ constexpr auto kFields = std::to_array<Field>({
      .element = "PointOfContact/Telephone",
      .codeRead = "POC42-n",
      .list = kContactCount},
-    {.code = kSourceCount, .page = kSourcePage, .kind = FieldKind::Count, .rows = kMostSources},
+    {.code = kSourceCount,
+     .page = kSourcePage,
+     .kind = FieldKind::Count,
+     .element = "DataSource",
+     .rows = kMostSources},
     {.code = kSourceName,
      .label = "Name",
      .page = kSourcePage,
@@ -161,6 +173,8 @@ constexpr auto kFields = std::to_array<Field>({
      .kind = FieldKind::Comment,
      .element = "Comments"},
 });
+// The name that the file had; only the schema of XML has it.
+constexpr Field kFileName{.code = "FN", .bridgeOnly = true, .elementSchema = "TmatsFileName"};
 
 constexpr auto kDates = std::to_array<AutomaticDate>({
     {.field = {}, .date = "OD"},
@@ -172,6 +186,15 @@ constexpr auto kDates = std::to_array<AutomaticDate>({
 
 std::span<const Field> generalFields() {
     return kFields;
+}
+
+std::span<const Field> generalVocabulary() {
+    static const auto fields = [] {
+        std::vector<Field> all(kFields.begin(), kFields.end());
+        all.push_back(kFileName);
+        return all;
+    }();
+    return fields;
 }
 
 std::span<const Field> contactFields() {

@@ -23,6 +23,8 @@ inline constexpr std::string_view kSourceType = "DST-n";
 /// The commands in the order in which they are written. For the contacts' telephone the
 /// page reads `POC42-n`, but it writes `POC4-n`, as does the XML bridge.
 [[nodiscard]] std::span<const Field> generalFields();
+/// The same, followed by what only the XML bridge has.
+[[nodiscard]] std::span<const Field> generalVocabulary();
 /// The columns of the points of contact, and of the data sources.
 [[nodiscard]] std::span<const Field> contactFields();
 [[nodiscard]] std::span<const Field> sourceFields();

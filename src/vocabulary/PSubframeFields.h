@@ -23,11 +23,13 @@ inline constexpr auto kTransferOrders = std::to_array<Choice>({
 });
 inline constexpr auto kCountDirections = std::to_array<Choice>({
     {kCountsUp, "INCrease", "Increasing"},
-    {kCountsDown, "DECrease", "Decreasing"},
+    {.value = kCountsDown, .text = "DECrease", .xml = "Decreasing", .isRead = false},
 });
 inline constexpr auto kLocationModes = std::to_array<Choice>({
-    {kFirstAndInterval, "FI - First word and interval"},
-    {kEveryLocation, "EL - Every location"},
+    {kFirstAndInterval, "FI - First word and interval", "First Word And Interval"},
+    {kEveryLocation, "EL - Every location", "Every Location"},
+    {"CW", {}, "Contiguous Words"},
+    {kNoLocationMode, {}, "Not Applicable"},
 });
 
 }  // namespace choice
@@ -38,56 +40,83 @@ constexpr Field ofCounter(Field field) {
     field.list = "ISF\\N";
     return field;
 }
-inline constexpr Field kIsfN{.code = "ISF\\N", .kind = FieldKind::Count, .rows = kMostIdCounters};
-inline constexpr auto kIsf1 = ofCounter({.code = "ISF1-n", .label = "Name:", .limit = 32});
+inline constexpr Field kIsfN{.code = "ISF\\N",
+                             .kind = FieldKind::Count,
+                             .element = "SubframeSynchronization/IDCounter",
+                             .rows = kMostIdCounters};
+inline constexpr auto kIsf1 = ofCounter({.code = "ISF1-n",
+                                         .label = "Name:",
+                                         .limit = 32,
+                                         .element = "SubframeSynchronization/IDCounter/Name"});
 inline constexpr auto kIsf2 = ofCounter({.code = "ISF2-n",
                                          .label = "Sync Type:",
                                          .limit = 2,
                                          .kind = FieldKind::Choice,
+                                         .element = "SubframeSynchronization/IDCounter/SyncType",
                                          .choices = choice::kCounterTypes});
 /// The word that holds the counter.
-inline constexpr auto kIdc1 = ofCounter({.code = "IDC1-n", .kind = FieldKind::Digits});
+inline constexpr auto kIdc1 = ofCounter({.code = "IDC1-n",
+                                         .kind = FieldKind::Digits,
+                                         .element = "SubframeSynchronization/IDCounter/Location"});
 inline constexpr auto kIdc2 = ofCounter({.code = "IDC2-n",
                                          .label = "Word Length:",
                                          .limit = 2,
                                          .kind = FieldKind::Digits,
+                                         .element = "SubframeSynchronization/IDCounter/WordLength",
                                          .unit = "bits"});
-inline constexpr auto kIdc3 = ofCounter({.code = "IDC3-n",
-                                         .label = "MSB Start Bit:",
-                                         .limit = 2,
-                                         .kind = FieldKind::Digits,
-                                         .prompt = kNewValue});
-inline constexpr auto kIdc4 = ofCounter({.code = "IDC4-n",
-                                         .label = "ID Counter Length:",
-                                         .limit = 2,
-                                         .kind = FieldKind::Digits,
-                                         .unit = "bits"});
-inline constexpr auto kIdc5 = ofCounter({.code = "IDC5-n",
-                                         .label = "Transfer Order:",
-                                         .limit = 1,
-                                         .kind = FieldKind::Choice,
-                                         .choices = choice::kTransferOrders});
-inline constexpr auto kIdc6 = ofCounter({.code = "IDC6-n",
-                                         .label = "Initial Value:",
+inline constexpr auto kIdc3 =
+    ofCounter({.code = "IDC3-n",
+               .label = "MSB Start Bit:",
+               .limit = 2,
+               .kind = FieldKind::Digits,
+               .element = "SubframeSynchronization/IDCounter/CounterStartingBitLocation",
+               .prompt = kNewValue});
+inline constexpr auto kIdc4 =
+    ofCounter({.code = "IDC4-n",
+               .label = "ID Counter Length:",
+               .limit = 2,
+               .kind = FieldKind::Digits,
+               .element = "SubframeSynchronization/IDCounter/CounterLength",
+               .unit = "bits"});
+inline constexpr auto kIdc5 =
+    ofCounter({.code = "IDC5-n",
+               .label = "Transfer Order:",
+               .limit = 1,
+               .kind = FieldKind::Choice,
+               .element = "SubframeSynchronization/IDCounter/TransferOrder",
+               .choices = choice::kTransferOrders});
+inline constexpr auto kIdc6 =
+    ofCounter({.code = "IDC6-n",
+               .label = "Initial Value:",
+               .limit = 3,
+               .kind = FieldKind::Digits,
+               .element = "SubframeSynchronization/IDCounter/InitialValue",
+               .prompt = kNewValue});
+inline constexpr auto kIdc7 =
+    ofCounter({.code = "IDC7-n",
+               .label = "Initial Frame Number:",
+               .limit = 3,
+               .kind = FieldKind::Digits,
+               .element = "SubframeSynchronization/IDCounter/InitialMinorFrameNumber",
+               .prompt = kNewValue});
+inline constexpr auto kIdc8 = ofCounter({.code = "IDC8-n",
+                                         .label = "End Value:",
                                          .limit = 3,
-                                         .kind = FieldKind::Digits,
-                                         .prompt = kNewValue});
-inline constexpr auto kIdc7 = ofCounter({.code = "IDC7-n",
-                                         .label = "Initial Frame Number:",
-                                         .limit = 3,
-                                         .kind = FieldKind::Digits,
-                                         .prompt = kNewValue});
-inline constexpr auto kIdc8 = ofCounter({.code = "IDC8-n", .label = "End Value:", .limit = 3});
-inline constexpr auto kIdc9 = ofCounter({.code = "IDC9-n",
-                                         .label = "End Frame Number:",
-                                         .limit = 3,
-                                         .kind = FieldKind::Digits,
-                                         .prompt = kNewValue});
-inline constexpr auto kIdc10 = ofCounter({.code = "IDC10-n",
-                                          .label = "Count Direction:",
-                                          .limit = 3,
-                                          .kind = FieldKind::Choice,
-                                          .choices = choice::kCountDirections});
+                                         .element = "SubframeSynchronization/IDCounter/EndValue"});
+inline constexpr auto kIdc9 =
+    ofCounter({.code = "IDC9-n",
+               .label = "End Frame Number:",
+               .limit = 3,
+               .kind = FieldKind::Digits,
+               .element = "SubframeSynchronization/IDCounter/EndMinorFrameNumber",
+               .prompt = kNewValue});
+inline constexpr auto kIdc10 =
+    ofCounter({.code = "IDC10-n",
+               .label = "Count Direction:",
+               .limit = 3,
+               .kind = FieldKind::Choice,
+               .element = "SubframeSynchronization/IDCounter/CountDirection",
+               .choices = choice::kCountDirections});
 
 /// The last edition that describes subframes; later ones have only word/frame locations.
 inline constexpr int kLastSubframeEdition = 2009;

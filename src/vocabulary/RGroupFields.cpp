@@ -30,7 +30,7 @@ constexpr auto kMediaTypes = std::to_array<Choice>({
     {"ANAL", "ANALOG", "Analog"},
     {"HDDR", "HDDR", "HDDR"},
     {"PARA", "PARALLEL", "Parallel"},
-    {"OTH", "OTH", "OTH", 0, 1996},
+    {.value = "OTH", .text = "OTH", .xml = "OTH", .lastEdition = 1996, .schema = kNotInSchema},
     {"OTHR", "OTHR", "Other", 1999},
     {"CASS", "CASS", "Cassette", 1999},
     {"SSR", "", "Solid State Recorder"},
@@ -56,20 +56,20 @@ constexpr auto kReelDiameters = std::to_array<Choice>({
     {"12.65", "12.65", "12.65", 1999},
     {"14.0", "14.0", "14.0"},
     // The text of this one is broken, and is read and written as such.
-    {"15.0", "15.0", "`5.0"},
+    {.value = "15.0", .text = "15.0", .xml = "`5.0", .schema = "15.0", .isRead = false},
     {"16.0", "16.0", "16.0"},
     {"19.0", "19.0", "19.0", 1999},
-    {"OTHER", "OTHER", "Other"},
+    {.value = "OTHER", .text = "OTHER", .xml = "Other", .isRead = false},
 });
 constexpr auto kTrackKinds = std::to_array<Choice>({
     {"LO", "LO - Longitudinal", "Longitudinal"},
-    {"RO", "RO - Rotary", "Rotary"},
+    {.value = "RO", .text = "RO - Rotary", .xml = "Rotary", .isRead = false},
 });
 constexpr auto kDensities = std::to_array<Choice>({
     {"IM", "IM - Intermediate", "Intermediate Band"},
     {"WB", "WB - Wideband", "Wide Band"},
     {"DD", "DD - Double Density", "Double Density"},
-    {"OTH", "OTHER", "Other", 0, 1996},
+    {.value = "OTH", .text = "OTHER", .xml = "Other", .lastEdition = 1996, .schema = kNotInSchema},
     {"OT", "OTHER", "Other", 1999},
 });
 constexpr auto kYesNo = std::to_array<Choice>({
@@ -179,7 +179,8 @@ constexpr auto kHeadFields = std::to_array<Field>({
      .label = "Original Tape:",
      .page = "Tape3",
      .limit = 1,
-     .element = "RecorderReproducerInfo/OriginalRecording"},
+     .element = "RecorderReproducerInfo/OriginalRecording",
+     .elementSchema = kNotInSchema},
     {.code = "RI4",
      .label = "Date/Time Created:",
      .page = "Tape4",
@@ -217,7 +218,8 @@ constexpr auto kHeadFields = std::to_array<Field>({
      .limit = 19,
      .kind = FieldKind::DateTime,
      .element = "RecorderReproducerInfo/DateAndTimeOfCopy",
-     .limit1996 = 17},
+     .limit1996 = 17,
+     .kindRead = FieldKind::Date},
     {.code = "DPOC1",
      .label = "Name:",
      .box = "Point Of Contact",

@@ -69,7 +69,11 @@ constexpr auto kAlignments = std::to_array<Choice>({
     {"B", "Big Endian", "Big Endian"},
 });
 constexpr auto kUartFormats = std::to_array<Choice>({
-    {"0", "Format 0 (UART Data)", "Format 0 (UART Data)"},
+    {.value = "0",
+     .text = "Format 0 (UART Data)",
+     .xml = "Format 0 (UART Data)",
+     .schema = "Format 0"},
+    {.value = "1", .schema = "Format 1"},
 });
 constexpr auto kParities = std::to_array<Choice>({
     {"O", "Odd", "Odd"},
@@ -224,7 +228,10 @@ constexpr auto kUart = track::detailsOf(
                        .element = "Data/UARTDataTypeAttributes/DataTypeFormat",
                        .choices = kUartFormats,
                        .prompt = "Enter Data Type Format"},
-                      {.code = "NUS\\N-n", .kind = FieldKind::Count, .firstEdition = 2007},
+                      {.code = "NUS\\N-n",
+                       .kind = FieldKind::Count,
+                       .firstEdition = 2007,
+                       .element = "Data/UARTDataTypeAttributes/SubChannel"},
                       {.code = "USCN-n-m",
                        .label = "Number",
                        .firstEdition = 2007,

@@ -32,7 +32,7 @@ std::size_t firstOfRun(std::span<const Field> table, std::size_t place, int indi
 
 std::span<const GroupVocabulary> vocabularies() {
     static const auto kVocabularies = std::to_array<GroupVocabulary>({
-        {'G', "General information", generalFields()},
+        {'G', "General information", generalVocabulary()},
         {'T', "Transmission", transmissionFields()},
         {'R', "Recorder/reproducer", recorderVocabulary()},
         {'M', "Multiplex/modulation", multiplexFields()},
@@ -40,7 +40,7 @@ std::span<const GroupVocabulary> vocabularies() {
         {'D', "Measurement description", measurementVocabulary()},
         {'B', "Bus data", busVocabulary()},
         {'S', "Message data", streamDataVocabulary()},
-        {'A', "PAM", pamFields()},
+        {'A', "PAM", pamVocabulary()},
         {'C', "Data conversion", conversionVocabulary()},
     });
     return kVocabularies;

@@ -68,7 +68,8 @@ std::string choices(const Field& field) {
     for (const auto& choice : field.choices) {
         text += text.empty() ? "" : "; ";
         text += code(storedChoice(choice, field.limit));
-        const auto shown = choice.text.empty() ? choice.xml : choice.text;
+        const auto inXml = choice.xml.empty() ? schemaText(choice) : choice.xml;
+        const auto shown = choice.text.empty() ? inXml : choice.text;
         text += shown == choice.value ? "" : " " + cell(shown);
         if (choice.text.empty() && !field.bridgeOnly) {
             text += " (XML only)";
@@ -88,6 +89,7 @@ std::string xml(const Field& field) {
         }
     };
     add("read from", field.elementRead);
+    add("in the schema", schemaElement(field) == field.element ? "" : schemaElement(field));
     add("of command", field.codeToXml);
     add("into command", field.codeFromXml);
     return text;
