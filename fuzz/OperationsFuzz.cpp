@@ -240,7 +240,13 @@ class Expectation {
     }
 
   private:
-    /// The groups of a source, and those of its links, which its multiplex names.
+    /// True for what makes a link one of a source: its multiplex or a track of its recorder.
+    static bool namesLink(const FileCommand& command) {
+        return (command.letter == 'M' && (startsWithIgnoreCase(command.field, "bb\\dln") ||
+                                          startsWithIgnoreCase(command.field, "si\\dln"))) ||
+               (command.letter == 'R' && startsWithIgnoreCase(command.field, "cdln-"));
+    }
+    /// The groups of a source, and those of its links.
     void findDeleted(const std::vector<FileCommand>& before) {
         for (const auto& command : before) {
             if (isName(command) && isOfSource(command.letter) && nameIn(command.value) == old_) {
@@ -252,9 +258,7 @@ class Expectation {
         }
         std::set<std::string> links;
         for (const auto& command : before) {
-            if (command.letter == 'M' && deleted_.contains({'M', command.group}) &&
-                (startsWithIgnoreCase(command.field, "bb\\dln") ||
-                 startsWithIgnoreCase(command.field, "si\\dln"))) {
+            if (deleted_.contains({command.letter, command.group}) && namesLink(command)) {
                 links.insert(nameIn(command.value));
             }
         }

@@ -106,6 +106,12 @@ std::map<std::string, std::string> picture(const std::string& folder) {
     return found;
 }
 
+/// A command as it comes out of a save, which cuts what stands in front of it.
+std::string written(std::string command) {
+    command.erase(0, command.find_first_not_of("\t\n\v\f\r "));
+    return fuzz::normalised(command);
+}
+
 /// The save takes comments and the name of the file out of the G group, with every command that
 /// mentions them, and leaves out groups that the edition does not know.
 bool mayBeMissing(const DocumentFile& file, std::string_view command, int edition) {
@@ -130,9 +136,9 @@ std::vector<std::string> commandsOf(const std::string& path) {
 
 /// Every command of the groups is in the output.
 void checkNothingIsLost(const std::string& folder, const std::string& output, int edition) {
-    std::multiset<std::string> written;
+    std::multiset<std::string> inOutput;
     for (auto& command : commandsOf(output)) {
-        written.insert(fuzz::normalised(std::move(command)));
+        inOutput.insert(written(std::move(command)));
     }
     OpenChanges changes;
     KAVU_CHECK(filesBeforeOpenChanges(folder, changes).ok());
@@ -154,12 +160,12 @@ void checkNothingIsLost(const std::string& folder, const std::string& output, in
                              name == groupFile(file.letter, file.number);
         for (const auto& command : isSaved ? commandsOf(path) : std::vector<std::string>()) {
             if (!mayBeMissing(file, command, edition)) {
-                const auto found = written.find(fuzz::normalised(command));
-                if (found == written.end()) {
+                const auto found = inOutput.find(written(command));
+                if (found == inOutput.end()) {
                     std::fprintf(stderr, "lost of %s: %s\n", name.c_str(), command.c_str());
                 }
-                KAVU_CHECK(found != written.end());
-                written.erase(found);
+                KAVU_CHECK(found != inOutput.end());
+                inOutput.erase(found);
             }
         }
     }

@@ -213,13 +213,15 @@ void checkNothingLost(const std::string& before, const std::string& after, Paren
         const bool isExcused = !isThere && isTold(told, command);
         fewer[said.stem] += isExcused ? 0 : 1;
         if (!isThere && !isExcused && (!isOfModel(command) || fewer[said.stem] > 0)) {
-            std::fprintf(stderr, "lost: %s\n", command.text.c_str());
+            std::fprintf(stderr, "lost: %s\nof\n%swritten\n%stold\n%s", command.text.c_str(),
+                         before.c_str(), after.c_str(), fuzz::everythingTold(parent).c_str());
             KAVU_CHECK(false);
         }
     }
     for (const auto& [stem, count] : fewer) {
         if (count > 0) {
-            std::fprintf(stderr, "lost: %ld of %s\n", count, stem.c_str());
+            std::fprintf(stderr, "lost: %ld of %s\nof\n%swritten\n%s", count, stem.c_str(),
+                         before.c_str(), after.c_str());
             KAVU_CHECK(false);
         }
     }

@@ -138,8 +138,10 @@ void MeasurementReader::place(MeasurementInput& input) {
         {location_type::kSubframeFragments, readSubframeFragments},
     }};
     const auto type = input.cell.locationType;
+    // From here on a type has the spelling of the standard, by which it is compared and written.
     if (equalsIgnoreCase(type, location_type::kWordFrame)) {
         if (load_.edition() >= 2004) {
+            input.cell.locationType = location_type::kWordFrame;
             readWordFrame(input);
         } else {
             load_.log(283, title::kErrorReadingMeasurement, load_.prefix,
@@ -156,6 +158,7 @@ void MeasurementReader::place(MeasurementInput& input) {
     } else {
         for (const auto& branch : kOlderTypes) {
             if (equalsIgnoreCase(type, branch.type)) {
+                input.cell.locationType = branch.type;
                 branch.read(input);
                 return;
             }

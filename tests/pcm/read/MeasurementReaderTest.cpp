@@ -1,6 +1,10 @@
 #include "pcm/LoadFixture.h"
 #include "pcm/read/DataChunks.h"
 
+#include <tuple>
+
+#include <gmock/gmock.h>
+
 namespace kavu {
 namespace {
 
@@ -33,6 +37,22 @@ TEST(MeasurementReader, ReadsTheAttributesWithTheirDefaults) {
     EXPECT_EQ(b.mask, "") << "an empty mask is not an error";
     EXPECT_EQ(f.result(), 0);
     EXPECT_TRUE(f.ui.logs.empty());
+}
+
+TEST(MeasurementReader, ATypeInAnyCaseKeepsItsLocationsWhenItIsWritten) {
+    for (const auto& [edition, type, place] :
+         {std::tuple(2007, "Mf", "MF@:3"), std::tuple(2011, "WDfR", "WP@-1-1:3")}) {
+        LoadFixture f(edition);
+        ASSERT_TRUE(
+            f.load(plainFormat(16, 1), listOf({{"MN@:A", std::string("LT@:") + type, "MML\\N@:1",
+                                                place, "FP@-1-1:1", "EFP@-1-1:1", "FI@-1-1:1"}})));
+        f.format.changed = true;
+        ASSERT_TRUE(savePcmFormat(f.format, f.parent));
+        EXPECT_EQ(f.ui.countBoxes(297), 0);
+        const auto written = f.read("[kavu]PCMMEAS.D01");
+        EXPECT_THAT(written, ::testing::HasSubstr(edition == 2011 ? "WP-1-1-1-1:3;" : "MF-1-1:3;"));
+        EXPECT_THAT(written, ::testing::HasSubstr(edition == 2011 ? "LT-1-1:WDFR;" : "LT-1-1:MF;"));
+    }
 }
 
 TEST(MeasurementReader, TheFilterOverwriteIsRead10609Only) {
@@ -251,7 +271,7 @@ TEST(MeasurementReader, TheLocationTypeIsUnderstoodWhateverItsCase) {
     LoadFixture f;
     ASSERT_TRUE(f.load(plainFormat(8, 1), listOf({{"MN@:A", "LT@:mf", "MF@:3"}})));
     EXPECT_EQ(f.places("A"), (Places{{3, 1}}));
-    EXPECT_EQ(f.first("A").locationType, "mf") << "and kept as it stands";
+    EXPECT_EQ(f.first("A").locationType, "MF") << "what writes it compares the spelling, too";
 }
 
 TEST(MeasurementReader, Before10604ThereIsNoWordFrameMethod) {
