@@ -14,6 +14,7 @@ void addAllScreenshots(ScreenshotList& list) {
     addDisplayScreenshots(list);
     addStreamDataScreenshots(list);
     addBusScreenshots(list);
+    addDatabaseScreenshots(list);
 }
 
 }  // namespace kavu

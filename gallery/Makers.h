@@ -23,6 +23,8 @@ void addDisplayScreenshots(ScreenshotList& list);
 void addStreamDataScreenshots(ScreenshotList& list);
 /// The windows of a bus group.
 void addBusScreenshots(ScreenshotList& list);
+/// The windows of the measurement database.
+void addDatabaseScreenshots(ScreenshotList& list);
 
 /// Every window, page and dialog of the program.
 void addAllScreenshots(ScreenshotList& list);

@@ -3,6 +3,7 @@
 #include "app/bus/StreamDataForms.h"
 #include "app/conversion/ConversionForms.h"
 #include "app/groups/GroupForms.h"
+#include "app/mdb/DatabaseForms.h"
 #include "app/pcm/PcmForms.h"
 
 namespace kavu {
@@ -14,6 +15,7 @@ void installForms(MainWindow& window, Application& application) {
                       });
     installConversionForms(window, application);
     installPcmForms(window, application);
+    installDatabaseForms(window, application);
 }
 
 }  // namespace kavu

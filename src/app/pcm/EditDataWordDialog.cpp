@@ -462,6 +462,7 @@ void EditDataWordDialog::editConversion() {
 void EditDataWordDialog::pickFromDatabase() {
     const auto record = steps_.save.database.select(&form().ui);
     if (!record) {
+        update();  // there may be no database any more
         return;
     }
     name_->setText(toQString(record->name));

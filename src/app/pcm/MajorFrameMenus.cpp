@@ -326,6 +326,11 @@ void MajorFrameWindow::updateMenus() {
         action->setEnabled(static_cast<bool>(at));
     }
     editAction_->setEnabled(static_cast<bool>(at));
+    if (steps_.databaseIsOn) {
+        findChild<QMenu*>(QStringLiteral("databaseMenu"))
+            ->menuAction()
+            ->setEnabled(steps_.databaseIsOn());
+    }
     const auto block = areas_->view().block();
     deleteAction_->setEnabled(at && (!(block.first == block.last) ||
                                      !areas_->display().measurementsAt(at).empty() ||

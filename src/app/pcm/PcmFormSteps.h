@@ -55,6 +55,8 @@ struct PcmFormSteps {
     };
     /// Without entries the menu is disabled, and there is no database.
     std::vector<DatabaseEntry> databaseEntries;
+    /// False once the database has been switched off, which disables the menu; without it it is on.
+    std::function<bool()> databaseIsOn{};
     /// Makes the pane of the database, which the window shows next to its grid.
     std::function<QWidget*(QWidget& window)> makeDatabasePane;
 

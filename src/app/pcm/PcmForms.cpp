@@ -3,6 +3,7 @@
 #include "app/bus/BusForms.h"
 #include "app/bus/StreamDataForms.h"
 #include "app/conversion/ConversionForms.h"
+#include "app/mdb/StreamDatabase.h"
 #include "app/pcm/MajorFrameDisplay.h"
 #include "app/pcm/PcmAttributes.h"
 #include "app/pcm/PcmFormSteps.h"
@@ -174,6 +175,7 @@ bool editStream(FormContext& form, Application& application,
     };
     installWordSteps(steps, form, format, words);
     installSheetSteps(steps, form, format);
+    installDatabaseEntries(steps, form, application);
     steps.conversions = &application.conversions();
     steps.editConversions = [&](QWidget& window) {
         return editAllConversions(form, document, application.conversions(), &window);

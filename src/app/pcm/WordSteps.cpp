@@ -2,6 +2,7 @@
 
 #include "app/conversion/ConversionForms.h"
 #include "app/framework/DialogDoor.h"
+#include "app/mdb/StreamDatabase.h"
 #include "app/pcm/CommentDialog.h"
 #include "app/pcm/DefinitionOptionsDialog.h"
 #include "app/pcm/EditDataWordDialog.h"
@@ -114,6 +115,7 @@ std::optional<bool> chooseDefinitionMode(FormContext& form, QWidget* window, boo
 WordSteps makeWordSteps(FormContext& form, Application& application) {
     WordSteps steps;
     installConversionSteps(steps, form, application);
+    installDatabaseSteps(steps, form, application);
     auto& format = application.pcmFormat();
     steps.saveFormat = [&form, &format] {
         const bool saved = savePcmFormat(format, &form.ui);

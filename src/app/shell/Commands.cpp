@@ -561,6 +561,16 @@ bool windowAllows(CommandId id, const WindowFacts& facts) {
         case CollapseBranch:
         case CollapseChildren:
             return facts.document.open && facts.treeItemSelected;
+        case EditDatabase:
+        case ImportDatabase:
+        case DisableDatabase:
+        case AddRoot:
+        case DoNotAddRoot:
+        case AddChildren:
+        case DoNotAddChildren:
+            return facts.databaseOn;
+        case EnableDatabase:
+            return !facts.databaseOn;
         default: {
             const auto& operation = commandRow(id).operation;
             return !operation || allows(*operation, facts.document);

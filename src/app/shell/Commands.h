@@ -104,6 +104,7 @@ struct CommandRow {
 struct WindowFacts {
     DocumentFacts document{};
     bool treeItemSelected = false;
+    bool databaseOn = false;  ///< the setting `MDBEnabled`
 };
 /// Whether the document and the tree allow a command; whether its editor exists is another
 /// question.

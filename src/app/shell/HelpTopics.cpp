@@ -67,6 +67,12 @@ constexpr auto kTopics = std::to_array<HelpTopic>({
     {"PairSets", {"curve-fitting", "Pair sets in the editor"}},
     {"Messages", {"editor", "Messages"}},
     {"Options", {"editor", "Options"}},
+    {"EDITMEASUREMENTDATABASE", {"database", "Working in it"}},
+    {"MDB_PASTE", {"database", "Working in it"}},
+    {"MDB_LOCATION", {"database", "Switching it on"}},
+    {"MDB_UPDATE", {"database", "Filling a stream"}},
+    {"MDB_UPDATE_PREVIEW", {"database", "Filling a stream"}},
+    {"IMPORTDATABASE", {"database", "Importing tables"}},
 });
 
 constexpr std::string_view kDigits = "0123456789";

@@ -37,7 +37,10 @@ struct DatabaseSteps {
     /// Lets the user choose a record; nothing if none was chosen.
     std::function<std::optional<DatabaseRecord>(UserInterface*)> select;
 
-    [[nodiscard]] bool available() const { return find && forEachChild; }
+    /// False once the database has been switched off; without it it is on.
+    std::function<bool()> isOn{};
+
+    [[nodiscard]] bool available() const { return find && forEachChild && (!isOn || isOn()); }
 };
 
 /// What is added with a measurement that was picked from the database.

@@ -384,6 +384,7 @@ TEST_F(MainWindowTest, ThePrecisionIsKeptAsOneMoreThanWasChosen) {
 }
 
 TEST_F(MainWindowTest, ChoicesAreCheckedAndWrittenAtOnce) {
+    test::writeFile(folder / "kavu.ini", "[KAVU-9]\r\nMDBEnabled=1\r\n");
     begin();
     EXPECT_TRUE(window->action(MakeBackups)->isChecked());
     window->action(NoBackups)->trigger();

@@ -1,0 +1,164 @@
+#include "app/mdb/ChangesDialog.h"
+
+#include "app/framework/Look.h"
+#include "app/framework/QtText.h"
+
+#include <algorithm>
+
+#include <QDialogButtonBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QTableView>
+#include <QVBoxLayout>
+
+namespace kavu {
+
+// --- the list ------------------------------------------------------------------------------------
+
+ChangeModel::ChangeModel(std::vector<ShownChange> changes, bool hasTicks, QObject* parent)
+    : QAbstractTableModel(parent), changes_(std::move(changes)), hasTicks_(hasTicks) {}
+
+bool ChangeModel::hasRemarks() const {
+    return std::any_of(changes_.begin(), changes_.end(),
+                       [](const ShownChange& change) { return !change.remark.empty(); });
+}
+
+void ChangeModel::tickAll(bool on) {
+    for (auto& change : changes_) {
+        change.isTicked = on;
+    }
+    if (!changes_.empty()) {
+        emit dataChanged(index(0, 0), index(rowCount() - 1, 0), {Qt::CheckStateRole});
+    }
+}
+
+int ChangeModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(changes_.size());
+}
+
+int ChangeModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : kColumns;
+}
+
+QVariant ChangeModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid()) {
+        return {};
+    }
+    const auto& change = changes_[static_cast<std::size_t>(index.row())];
+    if (role == Qt::CheckStateRole && hasTicks_ && index.column() == kName) {
+        return static_cast<int>(change.isTicked ? Qt::Checked : Qt::Unchecked);
+    }
+    if (role != Qt::DisplayRole && role != Qt::ToolTipRole) {
+        return {};
+    }
+    const std::string* const texts[] = {&change.name, &change.field, &change.before, &change.after,
+                                        &change.remark};
+    const auto text = toQString(*texts[index.column()]);
+    if (role == Qt::ToolTipRole) {
+        return text.contains(u'\n') ? QVariant(text) : QVariant();
+    }
+    return text.simplified();
+}
+
+QVariant ChangeModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (role != Qt::DisplayRole) {
+        return {};
+    }
+    if (orientation == Qt::Vertical) {
+        return section + 1;
+    }
+    constexpr const char* kTitles[] = {"Measurement", "Field", "Old Value", "New Value", "Remark"};
+    return QLatin1String(kTitles[section]);
+}
+
+Qt::ItemFlags ChangeModel::flags(const QModelIndex& index) const {
+    const auto flags = QAbstractTableModel::flags(index);
+    return hasTicks_ && index.column() == kName ? flags | Qt::ItemIsUserCheckable : flags;
+}
+
+bool ChangeModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+    if (!index.isValid() || role != Qt::CheckStateRole || !hasTicks_) {
+        return false;
+    }
+    changes_[static_cast<std::size_t>(index.row())].isTicked = value.toInt() == Qt::Checked;
+    emit dataChanged(index, index, {Qt::CheckStateRole});
+    return true;
+}
+
+// --- the dialog ----------------------------------------------------------------------------------
+
+ChangesDialog::ChangesDialog(FormContext& form, const ChangesSetup& setup,
+                             std::vector<ShownChange> changes, QWidget* parent)
+    : HelpedDialog(form, setup.resourceName, toQString(setup.title), parent),
+      model_(new ChangeModel(std::move(changes), setup.hasTicks, this)) {
+    auto* const layout = new QVBoxLayout(this);
+    look::arrangeWindow(*layout, *this);
+    auto* const note = look::makeNote(toQString(setup.text), this);
+    note->setObjectName(QStringLiteral("text"));
+    layout->addWidget(note);
+    makeList();
+    layout->addWidget(list_, 1);
+    auto* const row = new QHBoxLayout;
+    layout->addLayout(row);
+    if (setup.hasTicks) {
+        makeTickButtons(*row);
+    }
+    count_ = look::makeNote({}, this);
+    count_->setObjectName(QStringLiteral("count"));
+    row->addWidget(count_, 1);
+    layout->addWidget(look::makeDialogButtons(*this));
+    connect(model_, &QAbstractItemModel::dataChanged, this, &ChangesDialog::showCount);
+    showCount();
+    resize(QSize(look::charactersWide(*this, 120), look::unit(*this) * 50)
+               .boundedTo(look::roomOnScreen(*this)));
+    list_->setFocus();
+}
+
+void ChangesDialog::makeList() {
+    list_ = new QTableView(this);
+    list_->setObjectName(QStringLiteral("changes"));
+    list_->setAccessibleName(QStringLiteral("Changes"));
+    list_->setModel(model_);
+    list_->setSelectionBehavior(QTableView::SelectRows);
+    list_->setWordWrap(false);
+    list_->setTabKeyNavigation(false);
+    list_->setMinimumHeight(look::unit(*this) * 12);
+    list_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    list_->verticalHeader()->setDefaultSectionSize(list_->fontMetrics().height() +
+                                                   look::unit(*this));
+    list_->verticalHeader()->setVisible(false);
+    auto& head = *list_->horizontalHeader();
+    head.setStretchLastSection(true);
+    head.resizeSection(ChangeModel::kName, look::charactersWide(*this, 28));
+    head.resizeSection(ChangeModel::kField, look::charactersWide(*this, 26));
+    head.resizeSection(ChangeModel::kBefore, look::charactersWide(*this, 26));
+    head.resizeSection(ChangeModel::kAfter, look::charactersWide(*this, 26));
+    list_->setColumnHidden(ChangeModel::kRemark, !model_->hasRemarks());
+    if (model_->rowCount() > 0) {
+        list_->setCurrentIndex(model_->index(0, 0));
+    }
+}
+
+void ChangesDialog::makeTickButtons(QLayout& row) {
+    const auto add = [&](const char* name, const char16_t* text, bool on) {
+        auto* const button = look::makeButton(name, QString::fromUtf16(text), {}, this);
+        button->setAutoDefault(false);
+        connect(button, &QPushButton::clicked, this, [this, on] { model_->tickAll(on); });
+        row.addWidget(button);
+    };
+    add("tickAll", u"&Tick All", true);
+    add("untickAll", u"&Untick All", false);
+}
+
+void ChangesDialog::showCount() {
+    const auto& all = changes();
+    const auto ticked = std::count_if(all.begin(), all.end(),
+                                      [](const ShownChange& change) { return change.isTicked; });
+    count_->setText(static_cast<std::size_t>(ticked) == all.size()
+                        ? QStringLiteral("%L1 changes").arg(all.size())
+                        : QStringLiteral("%L1 of %L2 changes").arg(ticked).arg(all.size()));
+}
+
+}  // namespace kavu

@@ -1,0 +1,212 @@
+#include "app/mdb/DatabasePane.h"
+
+#include "app/framework/Look.h"
+#include "app/framework/QtText.h"
+#include "app/framework/RowModel.h"
+#include "core/talk/ProfileSettings.h"
+#include "core/text/Text.h"
+#include "pcm/PcmFormat.h"
+
+#include <algorithm>
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableView>
+#include <QVBoxLayout>
+
+namespace kavu {
+
+namespace {
+
+constexpr std::string_view kPaneSection = "ViewMdb";
+constexpr std::string_view kPaneView = "View";
+
+}  // namespace
+
+// --- the list ------------------------------------------------------------------------------------
+
+void PaneModel::list() {
+    shown_.clear();
+    const auto wanted = lowerAscii(toBytes(filter_));
+    for (std::size_t i = 0; i < records_.size(); ++i) {
+        const auto& record = records_[i];
+        const bool isChosen =
+            which_ == Which::All || record.isInStream == (which_ == Which::InStream);
+        if (isChosen &&
+            (wanted.empty() || lowerAscii(record.name).find(wanted) != std::string::npos ||
+             lowerAscii(record.description).find(wanted) != std::string::npos)) {
+            shown_.push_back(i);
+        }
+    }
+    if (sorted_ < 0) {
+        return;
+    }
+    const auto text = [this](std::size_t record) -> std::string {
+        const auto& each = records_[record];
+        return sorted_ == kName          ? each.name
+               : sorted_ == kDescription ? each.description
+                                         : (each.isInStream ? "0" : "1");
+    };
+    std::stable_sort(shown_.begin(), shown_.end(), [&](std::size_t a, std::size_t b) {
+        return order_ == Qt::AscendingOrder ? cellLess(text(a), text(b), true)
+                                            : cellLess(text(b), text(a), true);
+    });
+}
+
+void PaneModel::setRecords(std::vector<Record> records) {
+    beginResetModel();
+    records_ = std::move(records);
+    list();
+    endResetModel();
+}
+
+void PaneModel::setFilter(const QString& text, Which which) {
+    beginResetModel();
+    filter_ = text;
+    which_ = which;
+    list();
+    endResetModel();
+}
+
+void PaneModel::sort(int column, Qt::SortOrder order) {
+    beginResetModel();
+    sorted_ = column;
+    order_ = order;
+    list();
+    endResetModel();
+}
+
+int PaneModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(shown_.size());
+}
+
+int PaneModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : kColumns;
+}
+
+QVariant PaneModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid() || role != Qt::DisplayRole) {
+        return {};
+    }
+    const auto& record = records_[shown_[static_cast<std::size_t>(index.row())]];
+    switch (index.column()) {
+        case kName:
+            return toQString(record.name);
+        case kDescription:
+            return toQString(record.description).simplified();
+        default:
+            return record.isInStream ? QStringLiteral("Yes") : QString();
+    }
+}
+
+QVariant PaneModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (role != Qt::DisplayRole || orientation != Qt::Horizontal) {
+        return {};
+    }
+    constexpr const char* kTitles[] = {"Measurement Name", "Measurement Description", "In Stream"};
+    return QLatin1String(kTitles[section]);
+}
+
+// --- the pane ------------------------------------------------------------------------------------
+
+DatabasePane::DatabasePane(FormContext& form, std::shared_ptr<StreamDatabase> database,
+                           QWidget* parent)
+    : QWidget(parent), form_(form), database_(std::move(database)), model_(new PaneModel(this)) {
+    setObjectName(QStringLiteral("VIEWMEASUREMENTDATABASE"));
+    auto* const column = new QVBoxLayout(this);
+    look::arrangePart(*column, *this);
+    auto* const row = new QHBoxLayout;
+    filter_ = new QLineEdit(this);
+    filter_->setObjectName(QStringLiteral("databaseFilter"));
+    filter_->setClearButtonEnabled(true);
+    filter_->setPlaceholderText(QStringLiteral("Filter"));
+    filter_->setAccessibleName(QStringLiteral("Filter of the database"));
+    which_ = new QComboBox(this);
+    which_->setObjectName(QStringLiteral("databaseView"));
+    which_->setAccessibleName(QStringLiteral("Records that are shown"));
+    which_->addItems(
+        {QStringLiteral("All"), QStringLiteral("In Stream"), QStringLiteral("Not In Stream")});
+    which_->setCurrentIndex(
+        std::clamp(form.settings.profileInteger(kPaneSection, kPaneView, 0), 0, 2));
+    row->addWidget(filter_, 1);
+    row->addWidget(which_);
+    column->addLayout(row);
+    view_ = new QTableView(this);
+    view_->setObjectName(QStringLiteral("databaseRecords"));
+    view_->setAccessibleName(QStringLiteral("Measurement database"));
+    view_->setModel(model_);
+    view_->setWordWrap(false);
+    view_->setTabKeyNavigation(false);
+    view_->setSelectionBehavior(QTableView::SelectRows);
+    view_->verticalHeader()->setVisible(false);
+    view_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    view_->verticalHeader()->setDefaultSectionSize(view_->fontMetrics().height() +
+                                                   look::unit(*this));
+    view_->horizontalHeader()->setSortIndicatorClearable(true);
+    view_->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+    view_->horizontalHeader()->setStretchLastSection(true);
+    view_->setSortingEnabled(true);
+    view_->setColumnWidth(PaneModel::kName, look::charactersWide(*this, 24));
+    view_->setColumnWidth(PaneModel::kDescription, look::charactersWide(*this, 26));
+    column->addWidget(view_, 1);
+    auto* const below = new QHBoxLayout;
+    state_ = look::makeNote({}, this);
+    state_->setObjectName(QStringLiteral("databaseState"));
+    below->addWidget(state_, 1);
+    auto* const again = look::makeButton("databaseRefresh", QStringLiteral("Re&fresh"),
+                                         QStringLiteral("refresh"), this);
+    again->setAutoDefault(false);
+    below->addWidget(again);
+    column->addLayout(below);
+    connect(filter_, &QLineEdit::textChanged, this, &DatabasePane::applyFilter);
+    connect(which_, &QComboBox::currentIndexChanged, this, &DatabasePane::applyFilter);
+    connect(again, &QPushButton::clicked, this, &DatabasePane::readAgain);
+    readAgain();
+}
+
+DatabasePane::~DatabasePane() {
+    auto& settings = form_.settings;
+    const std::pair<std::string_view, int> kept[] = {{"X", x()},
+                                                     {"Y", y()},
+                                                     {"DX", width()},
+                                                     {"DY", height()},
+                                                     {kPaneView, which_->currentIndex()}};
+    for (const auto& [key, value] : kept) {
+        settings.writeProfile(kPaneSection, key, std::to_string(value));
+    }
+}
+
+QSize DatabasePane::sizeHint() const {
+    const int kept = form_.settings.profileInteger(kPaneSection, "DX", 0);
+    return {std::clamp(kept, look::charactersWide(*this, 30), look::charactersWide(*this, 90)),
+            look::unit(*this) * 40};
+}
+
+void DatabasePane::readAgain() {
+    std::vector<PaneModel::Record> records;
+    if (auto* const work = database_->reopen()) {
+        for (auto record = work->database.first(); record; record = work->database.next()) {
+            auto description = (*record)[mdbfield::kDescription];
+            fromStoredForm(description);
+            const bool isInStream = work->format.hasMeasurement(record->name());
+            records.push_back({record->name(), std::move(description), isInStream});
+        }
+    }
+    model_->setRecords(std::move(records));
+    applyFilter();
+}
+
+void DatabasePane::applyFilter() {
+    model_->setFilter(filter_->text(), static_cast<PaneModel::Which>(which_->currentIndex()));
+    const auto shown = static_cast<std::size_t>(model_->rowCount());
+    state_->setText(
+        shown == model_->recordCount()
+            ? QStringLiteral("%L1 records").arg(shown)
+            : QStringLiteral("%L1 of %L2 records").arg(shown).arg(model_->recordCount()));
+}
+
+}  // namespace kavu
