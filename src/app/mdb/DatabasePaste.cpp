@@ -133,6 +133,7 @@ void DatabaseWindow::pasteCells() {
         (void)edit_.setCells(paste.cells);
         follow();
     }
+    view_->setFocus();
 }
 
 }  // namespace kavu

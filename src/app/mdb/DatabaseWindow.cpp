@@ -17,6 +17,7 @@
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -118,10 +119,8 @@ void DatabaseWindow::makeTable() {
     head.setSortIndicator(-1, Qt::AscendingOrder);
     view_->setSortingEnabled(true);
     for (int column = 0; column < model_->columnCount(); ++column) {
-        const auto title = model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
         view_->setColumnWidth(column, std::max(look::charactersWide(*this, column == 0 ? 26 : 10),
-                                               view_->fontMetrics().horizontalAdvance(title) +
-                                                   look::unit(*this) * 4));
+                                               head.sectionSizeHint(column)));
     }
     view_->setContextMenuPolicy(Qt::ActionsContextMenu);
 }
@@ -363,6 +362,14 @@ void DatabaseWindow::goToNextFault() {
         return;
     }
     select(model_->rowAt(next.row()), model_->fieldAt(next.column()));
+}
+
+/// The buttons of a dialog make OK its default when they are shown; here Return ends the typing in
+/// a cell or a filter.
+void DatabaseWindow::keyPressEvent(QKeyEvent* event) {
+    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
+        EditDialog::keyPressEvent(event);
+    }
 }
 
 bool DatabaseWindow::store() {

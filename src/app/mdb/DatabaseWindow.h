@@ -51,6 +51,7 @@ class DatabaseWindow : public EditDialog {
 
   protected:
     [[nodiscard]] bool store() override;
+    void keyPressEvent(QKeyEvent* event) override;
 
   private:
     QLayout* makeFilter();

@@ -81,17 +81,17 @@ QWidget* ImportWindow::makeSource() {
     const auto stored = ImportSettings::read(form().settings);
     auto* const box = new QGroupBox(QStringLiteral("File To Be Imported"), this);
     auto* const grid = new QGridLayout(box);
+    source_ = new QLineEdit(toQString(stored.input), box);
+    source_->setObjectName(QStringLiteral("source"));
+    source_->setReadOnly(true);
+    auto* const open =
+        look::makeButton("open", QStringLiteral("&Open..."), QStringLiteral("open"), box);
     kind_ = new QComboBox(box);
     kind_->setObjectName(QStringLiteral("kind"));
     for (const auto& each : importKinds()) {
         kind_->addItem(toQString(each.name));
     }
     kind_->setCurrentIndex(static_cast<int>(stored.kind));
-    source_ = new QLineEdit(toQString(stored.input), box);
-    source_->setObjectName(QStringLiteral("source"));
-    source_->setReadOnly(true);
-    auto* const open =
-        look::makeButton("open", QStringLiteral("&Open..."), QStringLiteral("open"), box);
     delimiter_ = new QComboBox(box);
     delimiter_->setObjectName(QStringLiteral("delimiter"));
     int number = 0;
@@ -129,7 +129,6 @@ QWidget* ImportWindow::makeTarget() {
     const auto stored = ImportSettings::read(form().settings);
     auto* const box = new QGroupBox(QStringLiteral("KAVU Database"), this);
     auto* const grid = new QGridLayout(box);
-    version_ = makeVersionList("version", stored.version, box);
     target_ =
         new QLineEdit(toQString(stored.output.empty() ? form().settings.get(setting::kDatabasePath)
                                                       : stored.output),
@@ -137,6 +136,7 @@ QWidget* ImportWindow::makeTarget() {
     target_->setObjectName(QStringLiteral("target"));
     auto* const browse =
         look::makeButton("browse", QStringLiteral("&Browse..."), QStringLiteral("folder"), box);
+    version_ = makeVersionList("version", stored.version, box);
     append_ = new QRadioButton(QStringLiteral("&Append To Existing Database"), box);
     append_->setObjectName(QStringLiteral("append"));
     append_->setChecked(!stored.overwrites);

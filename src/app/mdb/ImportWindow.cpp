@@ -14,6 +14,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
@@ -166,6 +167,9 @@ void ImportWindow::showReferences() {
     mapping_->setHorizontalHeaderLabels({QStringLiteral("#"),
                                          QStringLiteral("KAVU-9 Database Field"),
                                          QLatin1String(title), QStringLiteral("Field Size")});
+    for (int column = 2; column < mapping_->columnCount(); ++column) {
+        mapping_->setColumnWidth(column, mapping_->horizontalHeader()->sectionSizeHint(column));
+    }
     mapping_->setRowCount(static_cast<int>(references_.size()));
     int row = 0;
     for (const auto& reference : references_) {
@@ -217,7 +221,7 @@ void ImportWindow::editReference() {
             prompt.listed = importNames(form().messages, source(), kind(), delimiter());
         }
         if (auto text = form().ui.enterText(prompt)) {
-            entered = {std::move(*text), std::string()};
+            entered = std::vector<std::string>{std::move(*text), std::string()};
         }
     }
     if (entered && entered->size() == 2) {

@@ -127,6 +127,7 @@ TEST(DatabaseWindow, RecordsAreAddedDuplicatedDeletedAndAllOfItIsUndone) {
     auto* const editor = QApplication::focusWidget();
     QTest::keyClicks(editor, QStringLiteral("delta"));
     QTest::keyClick(editor, Qt::Key_Return);
+    QApplication::processEvents();
     EXPECT_EQ(stage.shown(), (Names{"beta", "Alpha", "gamma", "delta"}));
     stage.selectCell(0, f::kName);
     press(*stage.window, "duplicate");
@@ -286,6 +287,7 @@ TEST(DatabaseWindow, ReturnEditsACellAndDoesNotCloseTheWindow) {
     auto* const editor = QApplication::focusWidget();
     ASSERT_NE(editor, &stage.window->view());
     QTest::keyClick(editor, Qt::Key_Return);
+    QApplication::processEvents();
     EXPECT_TRUE(stage.window->isVisible());
     find<QLineEdit>(*stage.window, "filter")->setFocus();
     QTest::keyClick(find<QLineEdit>(*stage.window, "filter"), Qt::Key_Return);

@@ -119,7 +119,9 @@ TEST(ImportWindow, AReferenceIsAskedForByKindAndKept) {
     EXPECT_EQ(stage.cell("mapping", 4, 2), "5");  // the row's number, if nothing is stored
     mapping->setCurrentCell(4, 0);
     stage.ui.texts = {"7"};
+    mapping->setFocus();
     QTest::keyClick(mapping, Qt::Key_Return);
+    ASSERT_FALSE(stage.ui.textPrompts.empty());
     EXPECT_EQ(stage.ui.textPrompts.back().prompt, "Enter New Field # (1-n)");
     EXPECT_EQ(stage.cell("mapping", 4, 2), "7");
     EXPECT_EQ(stage.settings.profileText("Kavu9DbfImport", "D1_1_2_4"), "7");
