@@ -9,10 +9,15 @@
 #include "core/WorkingStore.h"
 #include "core/files/FileIo.h"
 #include "gallery/Makers.h"
+#include "gallery/SampleDatabase.h"
 #include "gallery/Screenshots.h"
 #include "mdb/storage/MeasurementDatabase.h"
 
 #include <memory>
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QTableView>
 
 namespace kavu {
 
@@ -27,51 +32,25 @@ struct EditedDatabase {
     DatabaseEdit edit;
 };
 
-MdbRecord wordRecord(const std::string& name, const std::string& description,
-                     const std::string& type, const std::string& data) {
-    MdbRecord record(name);
-    record[mdbfield::kWordLength] = "16";
-    record[mdbfield::kMask] = "FW";
-    record[mdbfield::kTransferOrder] = "M";
-    record[mdbfield::kParity] = "DE";
-    record[mdbfield::kDescription] = description;
-    record[mdbfield::kInputFormat] = "UNS";
-    record[mdbfield::kType] = type;
-    record[mdbfield::kData] = data;
-    return record;
-}
-
-void fillDatabase(MeasurementDatabase& database) {
-    (void)database.open();
-    MeasurementDatabase::Batch batch(database, nullptr);
-    (void)database.remove(nullptr, {});
-    for (const auto& record :
-         {wordRecord("ENG1-N1", "Engine 1 fan speed", "COE", "0.0 0.00167912"),
-          wordRecord("ENG1-N2", "Engine 1 core speed", "COE", "0.0 0.00175"),
-          wordRecord("ENG1-EGT", "Engine 1 exhaust gas temperature", "PRS",
-                     "0 -40 32768 560 65535 1200"),
-          wordRecord("EVENT-PILOT", "Event mark of the pilot", "DIS", "0 No_mark 1 Mark")}) {
-        (void)database.add(nullptr, record);
-    }
-    auto faulty = wordRecord("OIL-PRESS", "Oil pressure", "COE", "0.0 1.0");
-    faulty[mdbfield::kParity] = "XX";
-    (void)database.add(nullptr, faulty);
-    (void)batch.commit(nullptr);
-}
-
 std::unique_ptr<QWidget> makeWindow(ScreenshotStage& stage) {
     if (stage.document == nullptr) {
         return nullptr;
     }
     const auto parts = std::make_shared<EditedDatabase>(
         *stage.document, stage.document->store.pathOf("Gallery.mdb"));
-    fillDatabase(parts->database);
+    fillSampleDatabase(parts->database);
     if (!parts->edit.begin(nullptr)) {
         return nullptr;
     }
     auto window =
         std::make_unique<DatabaseWindow>(stage.form, parts->edit, parts->database, nullptr);
     QObject::connect(window.get(), &QObject::destroyed, [parts] {});
+    // The path of this run says nothing to anybody.
+    window->findChild<QLabel*>(QStringLiteral("database"))
+        ->setText(QStringLiteral("Current Database: /home/kestrel/kavu.mdb"));
+    window->goToNextFault();
+    const auto at = window->view().currentIndex();
+    window->view().setCurrentIndex(at.siblingAtRow(at.row() - 1));
     return window;
 }
 
@@ -99,7 +78,12 @@ std::unique_ptr<QWidget> makeImport(ScreenshotStage& stage) {
     settings.kind = ImportKind::Delimited;
     settings.output = stage.document->store.pathOf("GalleryTarget.mdb");
     settings.write(stage.form.settings);
-    return std::make_unique<ImportWindow>(stage.form, *stage.document, nullptr);
+    auto window = std::make_unique<ImportWindow>(stage.form, *stage.document, nullptr);
+    window->findChild<QLineEdit*>(QStringLiteral("source"))
+        ->setText(QStringLiteral("/home/kestrel/measurements.csv"));
+    window->findChild<QLineEdit*>(QStringLiteral("target"))
+        ->setText(QStringLiteral("/home/kestrel/kavu.mdb"));
+    return window;
 }
 
 }  // namespace
@@ -109,12 +93,11 @@ void addDatabaseScreenshots(ScreenshotList& list) {
     list.add("MDB_PASTE", [](ScreenshotStage& stage) {
         auto changes = sampleChanges();
         changes.back().remark = "Not allowed here";
-        return std::make_unique<ChangesDialog>(
-            stage.form,
-            ChangesSetup{.resourceName = "MDB_PASTE",
-                         .title = "Paste Into Database",
-                         .text = "3 cells will change, and 0 records will be added."},
-            std::move(changes), nullptr);
+        return std::make_unique<ChangesDialog>(stage.form,
+                                               ChangesSetup{.resourceName = "MDB_PASTE",
+                                                            .title = "Paste Into Database",
+                                                            .text = "3 cells will change."},
+                                               std::move(changes), nullptr);
     });
     list.add("MDB_LOCATION", [](ScreenshotStage& stage) {
         return std::make_unique<LocationDialog>(stage.form, "/home/kestrel/kavu.mdb",

@@ -104,7 +104,7 @@ OTHER_FILES = {
     "groups/SourceTransfer.h": (1, "staged files that the gate takes in"),
     "mdb/operations/DatabaseCsv.cpp": (1, "an export that the user has asked for"),
     "mdb/operations/DatabaseEdit.cpp": (3, "the database of the user, and its copy"),
-    "mdb/operations/DatabaseWork.cpp": (1, "the message log"),
+    "mdb/operations/DatabaseWork.cpp": (2, "the message log, and the folder of a new database"),
     "mdb/dbase/DbaseSearch.cpp": (1, "the table of the user"),
     "mdb/dbase/DbaseTable.cpp": (3, "the table of the user"),
     "mdb/import/ImportFile.cpp": (2, "the message log"),

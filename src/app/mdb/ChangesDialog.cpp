@@ -15,6 +15,13 @@
 
 namespace kavu {
 
+namespace {
+
+/// In characters.
+constexpr int kChangesWidth = 120;
+
+}  // namespace
+
 // --- the list ------------------------------------------------------------------------------------
 
 ChangeModel::ChangeModel(std::vector<ShownChange> changes, bool hasTicks, QObject* parent)
@@ -111,7 +118,7 @@ ChangesDialog::ChangesDialog(FormContext& form, const ChangesSetup& setup,
     layout->addWidget(look::makeDialogButtons(*this));
     connect(model_, &QAbstractItemModel::dataChanged, this, &ChangesDialog::showCount);
     showCount();
-    resize(QSize(look::charactersWide(*this, 120), look::unit(*this) * 50)
+    resize(QSize(look::charactersWide(*this, kChangesWidth), look::unit(*this) * 50)
                .boundedTo(look::roomOnScreen(*this)));
     list_->setFocus();
 }
@@ -130,11 +137,14 @@ void ChangesDialog::makeList() {
                                                    look::unit(*this));
     list_->verticalHeader()->setVisible(false);
     auto& head = *list_->horizontalHeader();
-    head.setStretchLastSection(true);
-    head.resizeSection(ChangeModel::kName, look::charactersWide(*this, 28));
-    head.resizeSection(ChangeModel::kField, look::charactersWide(*this, 26));
-    head.resizeSection(ChangeModel::kBefore, look::charactersWide(*this, 26));
-    head.resizeSection(ChangeModel::kAfter, look::charactersWide(*this, 26));
+    // Without a highlight that changes the width of the heads; a narrow screen scrolls.
+    head.setHighlightSections(false);
+    const int last = model_->hasRemarks() ? ChangeModel::kRemark : ChangeModel::kAfter;
+    for (int column = 0; column <= last; ++column) {
+        const int wide = column == last ? 28 : (kChangesWidth - 34) / last;
+        head.resizeSection(
+            column, std::max(look::charactersWide(*this, wide), head.sectionSizeHint(column)));
+    }
     list_->setColumnHidden(ChangeModel::kRemark, !model_->hasRemarks());
     if (model_->rowCount() > 0) {
         list_->setCurrentIndex(model_->index(0, 0));
@@ -154,8 +164,9 @@ void ChangesDialog::makeTickButtons(QLayout& row) {
 
 void ChangesDialog::showCount() {
     const auto& all = changes();
-    const auto ticked = std::count_if(all.begin(), all.end(),
-                                      [](const ShownChange& change) { return change.isTicked; });
+    const auto ticked = std::count_if(all.begin(), all.end(), [this](const ShownChange& change) {
+        return change.isTicked || !model_->hasTicks();
+    });
     count_->setText(static_cast<std::size_t>(ticked) == all.size()
                         ? QStringLiteral("%L1 changes").arg(all.size())
                         : QStringLiteral("%L1 of %L2 changes").arg(ticked).arg(all.size()));

@@ -39,6 +39,7 @@ class ChangeModel : public QAbstractTableModel {
 
     [[nodiscard]] const std::vector<ShownChange>& changes() const { return changes_; }
     [[nodiscard]] bool hasRemarks() const;
+    [[nodiscard]] bool hasTicks() const { return hasTicks_; }
     void tickAll(bool on);
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;

@@ -120,8 +120,10 @@ void DatabaseWindow::pasteCells() {
     ChangesSetup setup;
     setup.resourceName = "MDB_PASTE";
     setup.title = kPasteCellsTitle;
-    setup.text =
-        formatPrintf("%d cells will change, and %d records will be added.", count, paste.newRows);
+    setup.text = paste.newRows == 0
+                     ? formatPrintf("%d cells will change.", count)
+                     : formatPrintf("%d cells will change, and %d records will be added.", count,
+                                    paste.newRows);
     setup.text += paste.droppedColumns > 0
                       ? formatPrintf(" %d columns of the clipboard have no field and are left out.",
                                      paste.droppedColumns)

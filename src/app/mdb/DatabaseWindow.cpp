@@ -47,6 +47,11 @@ DatabaseWindow::DatabaseWindow(FormContext& form, DatabaseEdit& edit,
     layout->addLayout(makeFilter());
     makeTable();
     layout->addWidget(view_, 1);
+    current_ = look::makeNote({}, this);
+    current_->setObjectName(QStringLiteral("current"));
+    current_->setWordWrap(false);
+    current_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    layout->addWidget(current_);
     layout->addLayout(makeButtons());
     auto* const buttons = look::makeDialogButtons(*this, true);
     layout->addWidget(buttons);
@@ -65,6 +70,8 @@ DatabaseWindow::DatabaseWindow(FormContext& form, DatabaseEdit& edit,
     });
     connect(view_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &DatabaseWindow::updateState);
+    connect(view_->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            &DatabaseWindow::showCurrent);
     resize(QSize(look::charactersWide(*this, 150), look::unit(*this) * 66)
                .boundedTo(look::roomOnScreen(*this)));
     if (model_->rowCount() > 0) {
@@ -206,9 +213,26 @@ void DatabaseWindow::updateState() {
                         ? QStringLiteral("%L1 records").arg(shown)
                         : QStringLiteral("%L1 of %L2 records").arg(shown).arg(edit_.size()));
     undo_->setEnabled(edit_.canUndo());
+    showCurrent();
     for (auto* const button : needRecord_) {
         button->setEnabled(view_->selectionModel()->hasSelection());
     }
+}
+
+/// Which record and field the cursor is in, as the name may be out of sight, and what is wrong
+/// there.
+void DatabaseWindow::showCurrent() {
+    const auto index = view_->currentIndex();
+    if (!index.isValid()) {
+        current_->clear();
+        return;
+    }
+    const auto fault = index.data(Qt::ToolTipRole).toString();
+    const auto field =
+        model_->headerData(index.column(), Qt::Horizontal, Qt::DisplayRole).toString();
+    current_->setText(QStringLiteral("%1  |  %2")
+                          .arg(model_->index(index.row(), 0).data().toString(),
+                               fault.isEmpty() ? field : field + QStringLiteral(": ") + fault));
 }
 
 void DatabaseWindow::select(std::size_t row, std::size_t field) {
@@ -380,6 +404,9 @@ bool DatabaseWindow::store() {
     }
     if (!faults.empty()) {
         select(faults.front().row, faults.front().index);
+    } else {
+        model_->refresh();  // the changes may have been put on top of those of another program
+        follow();
     }
     return false;
 }

@@ -61,6 +61,7 @@ class DatabaseWindow : public EditDialog {
     void applyFilter();
     void follow();
     void updateState();
+    void showCurrent();
     void endCellEdit();
     void select(std::size_t row, std::size_t field);
     [[nodiscard]] std::vector<std::size_t> selectedRows() const;
@@ -79,6 +80,7 @@ class DatabaseWindow : public EditDialog {
     QComboBox* filterField_ = nullptr;
     QTableView* view_ = nullptr;
     QLabel* state_ = nullptr;
+    QLabel* current_ = nullptr;
     QPushButton* undo_ = nullptr;
     std::vector<QPushButton*> needRecord_;
 };

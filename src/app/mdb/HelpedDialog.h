@@ -2,10 +2,9 @@
 #pragma once
 
 #include "app/framework/FormContext.h"
-#include "app/framework/QtText.h"
+#include "app/framework/WindowCare.h"
 
 #include <QDialog>
-#include <QKeyEvent>
 
 namespace kavu {
 
@@ -15,18 +14,11 @@ class HelpedDialog : public QDialog {
         : QDialog(parent), form_(form) {
         setObjectName(QLatin1String(resourceName));
         setWindowTitle(title);
+        setHelpTopic(*this, resourceName);
     }
 
   protected:
     [[nodiscard]] FormContext& form() const { return form_; }
-
-    void keyPressEvent(QKeyEvent* event) override {
-        if (event->key() == Qt::Key_F1 && form_.help) {
-            form_.help(toBytes(objectName()));
-            return;
-        }
-        QDialog::keyPressEvent(event);
-    }
 
   private:
     FormContext& form_;

@@ -199,7 +199,7 @@ QWidget* ImportWindow::makeMapping() {
     mapping_ = makeImportTable("mapping", QStringLiteral("Where the value of each field is"), part);
     mapping_->setColumnCount(3);
     mapping_->setColumnWidth(0, look::charactersWide(*this, 5));
-    mapping_->setColumnWidth(1, look::charactersWide(*this, 28));
+    mapping_->horizontalHeader()->setStretchLastSection(false);  // the names of the fields are long
     column->addWidget(mapping_, 1);
     auto* const row = new QHBoxLayout;
     const auto add = [&](const char* name, const char16_t* text, const char16_t* icon,

@@ -1,6 +1,7 @@
 #include "app/mdb/ImportWindow.h"
 
 #include "app/framework/DialogDoor.h"
+#include "app/framework/Look.h"
 #include "app/framework/QtText.h"
 #include "app/mdb/ProfileDialog.h"
 #include "core/talk/ProfileSettings.h"
@@ -8,6 +9,7 @@
 #include "core/text/Printf.h"
 #include "core/text/Text.h"
 #include "mdb/operations/DatabaseWork.h"
+#include "mdb/operations/StreamSave.h"
 #include "mdb/record/MdbFields.h"
 
 #include <algorithm>
@@ -167,9 +169,12 @@ void ImportWindow::showReferences() {
     mapping_->setHorizontalHeaderLabels({QStringLiteral("#"),
                                          QStringLiteral("KAVU-9 Database Field"),
                                          QLatin1String(title), QStringLiteral("Field Size")});
+    auto& head = *mapping_->horizontalHeader();
     for (int column = 2; column < mapping_->columnCount(); ++column) {
-        mapping_->setColumnWidth(column, mapping_->horizontalHeader()->sectionSizeHint(column));
+        head.setSectionResizeMode(column, QHeaderView::Interactive);
+        mapping_->setColumnWidth(column, head.sectionSizeHint(column));
     }
+    head.setSectionResizeMode(1, QHeaderView::Stretch);
     mapping_->setRowCount(static_cast<int>(references_.size()));
     int row = 0;
     for (const auto& reference : references_) {
@@ -340,6 +345,12 @@ void ImportWindow::showPreview() {
             preview_->setItem(row, static_cast<int>(column), item);
         }
     }
+    preview_->resizeColumnsToContents();
+    for (int column = 0; column < preview_->columnCount(); ++column) {
+        const int most = std::max(look::charactersWide(*this, 30),
+                                  preview_->horizontalHeader()->sectionSizeHint(column));
+        preview_->setColumnWidth(column, std::min(preview_->columnWidth(column), most));
+    }
     state_->setText(rows.empty() ? QStringLiteral("There is nothing to import yet.")
                     : skipped == 0
                         ? QStringLiteral("The first %1 rows").arg(rows.size())
@@ -353,6 +364,12 @@ void ImportWindow::convert() {
         showBox(&form().ui, "Enter the database that takes the file.", toBytes(windowTitle()),
                 Icon::Warning);
         target_->setFocus();
+        return;
+    }
+    const bool hasRecords = known_ != nullptr && known_->isOpen() && known_->recordCount() > 0;
+    if (overwrite_->isChecked() && hasRecords &&
+        showBox(&form().ui, kEraseDatabaseText, kDeleteDatabaseTitle, Icon::Question,
+                Buttons::YesNo, Button::No) != Button::Yes) {
         return;
     }
     const auto layout = layoutNow();

@@ -20,14 +20,14 @@ namespace kavu {
 
 ProfileDialog::ProfileDialog(FormContext& form, Purpose purpose, const std::string& title,
                              QWidget* parent)
-    : QDialog(parent), form_(form) {
-    const bool saves = purpose == Purpose::Save;
-    setObjectName(saves ? QStringLiteral("SAVE_IMPORT_PROFILE")
-                        : QStringLiteral("LOAD_IMPORT_PROFILE"));
-    setWindowTitle(saves ? QStringLiteral("Save Database Settings")
-                         : QStringLiteral("Load Previous Saved Database Settings"));
+    : HelpedDialog(form, purpose == Purpose::Save ? "SAVE_IMPORT_PROFILE" : "LOAD_IMPORT_PROFILE",
+                   purpose == Purpose::Save
+                       ? QStringLiteral("Save Database Settings")
+                       : QStringLiteral("Load Previous Saved Database Settings"),
+                   parent) {
     auto* const column = new QVBoxLayout(this);
     look::arrangeWindow(*column, *this);
+    const bool saves = purpose == Purpose::Save;
     if (saves) {
         saveNew_ = new QRadioButton(QStringLiteral("Save As &New Profile"), this);
         saveNew_->setObjectName(QStringLiteral("saveNew"));
@@ -51,6 +51,8 @@ ProfileDialog::ProfileDialog(FormContext& form, Purpose purpose, const std::stri
     list_->setEditTriggers(QTableWidget::NoEditTriggers);
     list_->setTabKeyNavigation(false);
     list_->verticalHeader()->setVisible(false);
+    list_->verticalHeader()->setDefaultSectionSize(list_->fontMetrics().height() +
+                                                   look::unit(*this));
     list_->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
     list_->setColumnWidth(1, look::charactersWide(*this, 20));
     list_->setMinimumSize(look::charactersWide(*this, 60), look::unit(*this) * 16);
@@ -71,10 +73,13 @@ ProfileDialog::ProfileDialog(FormContext& form, Purpose purpose, const std::stri
         connect(list_, &QTableWidget::cellDoubleClicked, this, &ProfileDialog::accept);
     }
     fill();
+    if (saves) {
+        title_->setFocus();
+    }
 }
 
 void ProfileDialog::fill() {
-    const auto profiles = listImportProfiles(form_.settings);
+    const auto profiles = listImportProfiles(form().settings);
     list_->setRowCount(static_cast<int>(profiles.size()));
     for (int row = 0; row < list_->rowCount(); ++row) {
         const auto& profile = profiles[static_cast<std::size_t>(row)];
@@ -114,9 +119,9 @@ void ProfileDialog::updateState() {
 void ProfileDialog::deleteProfile() {
     const auto chosen = selected();
     if (!chosen.empty() &&
-        showBox(&form_.ui, formatPrintf("Delete the profile, \"%s\"?", chosen), "Delete Profile",
+        showBox(&form().ui, formatPrintf("Delete the profile, \"%s\"?", chosen), "Delete Profile",
                 Icon::Question, Buttons::YesNo, Button::No) == Button::Yes) {
-        (void)deleteImportProfile(form_.settings, chosen);
+        (void)deleteImportProfile(form().settings, chosen);
         fill();
     }
 }
@@ -124,13 +129,13 @@ void ProfileDialog::deleteProfile() {
 void ProfileDialog::accept() {
     const auto chosen = title();
     if (chosen.empty()) {
-        showBox(&form_.ui, "Enter the title of the profile.", toBytes(windowTitle()),
+        showBox(&form().ui, "Enter the title of the profile.", toBytes(windowTitle()),
                 Icon::Warning);
         title_->setFocus();
         return;
     }
-    if (isNew() && loadImportProfile(form_.settings, chosen) &&
-        showBox(&form_.ui, formatPrintf("Overwrite the profile, \"%s\"?", chosen),
+    if (isNew() && loadImportProfile(form().settings, chosen) &&
+        showBox(&form().ui, formatPrintf("Overwrite the profile, \"%s\"?", chosen),
                 "Overwrite Existing Entry?", Icon::Question, Buttons::YesNo,
                 Button::No) != Button::Yes) {
         return;

@@ -1,11 +1,9 @@
 // The profiles of imports: one is chosen to be loaded, or saved as, and any can be deleted.
 #pragma once
 
-#include "app/framework/FormContext.h"
+#include "app/mdb/HelpedDialog.h"
 
 #include <string>
-
-#include <QDialog>
 
 class QLineEdit;
 class QPushButton;
@@ -14,7 +12,7 @@ class QTableWidget;
 
 namespace kavu {
 
-class ProfileDialog : public QDialog {
+class ProfileDialog : public HelpedDialog {
     Q_OBJECT
   public:
     enum class Purpose { Load, Save };
@@ -35,7 +33,6 @@ class ProfileDialog : public QDialog {
     [[nodiscard]] std::string selected() const;
     [[nodiscard]] bool isNew() const;
 
-    FormContext& form_;
     QTableWidget* list_ = nullptr;
     QRadioButton* replace_ = nullptr;  ///< only to save
     QRadioButton* saveNew_ = nullptr;

@@ -21,7 +21,8 @@ constexpr const char* kDiscreteRule =
 
 /// Letters of both cases are the same; what is no ASCII has to be the same character.
 bool holds(std::string_view text, std::string_view lowered) {
-    return lowerAscii(text).find(lowered) != std::string::npos;
+    return std::search(text.begin(), text.end(), lowered.begin(), lowered.end(),
+                       [](char c, char low) { return toLowerAscii(c) == low; }) != text.end();
 }
 
 /// Behind the text of a cell that has a fault, in both palettes.

@@ -64,6 +64,28 @@ std::string previewText(const std::vector<StreamUpdateRow>& rows,
     return text;
 }
 
+/// Takes out of the choice what has lost its tick. A record that keeps none of its changes is left
+/// alone, and without any tick at all nothing changes but what comes with the family.
+void leaveOutUnticked(const std::vector<StreamUpdateRow>& rows,
+                      const std::vector<ShownChange>& changes, StreamUpdateChoice& choice) {
+    std::set<std::size_t> ticked;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        if (changes[i].isTicked) {
+            ticked.insert(rows[i].place.first);
+        } else {
+            choice.without.insert(rows[i].place);
+        }
+    }
+    for (const auto& row : rows) {
+        if (!ticked.contains(row.place.first)) {
+            choice.withoutRecords.insert(row.place.first);
+        }
+    }
+    if (ticked.empty() && !rows.empty()) {
+        choice.fields.reset();
+    }
+}
+
 }  // namespace
 
 UpdateStreamDialog::UpdateStreamDialog(FormContext& form, const std::string& database,
@@ -174,12 +196,8 @@ bool runStreamUpdate(FormContext& form, DatabaseWork& work, QWidget* parent) {
     if (runDialog(form.door, preview) != QDialog::Accepted) {
         return false;
     }
-    for (std::size_t i = 0; i < rows->size(); ++i) {
-        if (!preview.changes()[i].isTicked) {
-            choice.without.insert((*rows)[i].place);
-        }
-    }
-    return updateStreamFromDatabase(work, &form.ui, choice).done;
+    leaveOutUnticked(*rows, preview.changes(), choice);
+    return updateStreamFromDatabase(work, &form.ui, choice).done && !choice.isIdle();
 }
 
 }  // namespace kavu

@@ -31,7 +31,7 @@ class UpdateStreamDialog : public HelpedDialog {
 };
 
 /// Asks for the fields, shows what will change, and updates the stream with what is ticked. True if
-/// it was done.
+/// it was done; false also if nothing was chosen or ticked, when only the matches are counted.
 bool runStreamUpdate(FormContext& form, DatabaseWork& work, QWidget* parent);
 
 }  // namespace kavu

@@ -73,6 +73,8 @@ constexpr auto kTopics = std::to_array<HelpTopic>({
     {"MDB_UPDATE", {"database", "Filling a stream"}},
     {"MDB_UPDATE_PREVIEW", {"database", "Filling a stream"}},
     {"IMPORTDATABASE", {"database", "Importing tables"}},
+    {"LOAD_IMPORT_PROFILE", {"database", "Importing tables"}},
+    {"SAVE_IMPORT_PROFILE", {"database", "Importing tables"}},
 });
 
 constexpr std::string_view kDigits = "0123456789";

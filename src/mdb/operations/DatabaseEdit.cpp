@@ -11,6 +11,7 @@
 #include "mdb/record/DiscreteText.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <unordered_set>
 
 namespace kavu {
@@ -22,7 +23,7 @@ constexpr std::size_t kMostSteps = 1000;
 constexpr long kMostSamples = 100'000;
 constexpr const char* kSampleTitle = "Create Sample Database?";
 constexpr const char* kDeleteEntryTitle = "Delete Measurement Database Entry";
-constexpr const char* kDeleteAllTitle = "Delete Measurement Database";
+constexpr const char* kTakeOverTitle = "Measurement Database";
 constexpr const char* kDiscreteFault =
     "There appears to be an error in the EU conversion data string for measurement '%s'. Strings "
     "must be in the form 0=\"Value0\" 1=\"Value1\" (etc). Each value must be placed inside "
@@ -75,15 +76,22 @@ std::string DatabaseEdit::backupPath() const {
     return context_.store.pathOf(kDatabaseBackup);
 }
 
+bool DatabaseEdit::makeBackup(UserInterface* parent) {
+    const auto status = copyFile(database_.path(), backupPath());
+    if (!status.ok()) {
+        reportUnableToWrite(parent, status);
+    }
+    hasBackup_ = hasBackup_ || status.ok();
+    return status.ok();
+}
+
 bool DatabaseEdit::begin(UserInterface* parent) {
     if (!openDatabase(context_, parent, database_, IfMissing::Refuse, OnFailure::SwitchOff)) {
         return false;
     }
-    if (const auto status = copyFile(database_.path(), backupPath()); !status.ok()) {
-        reportUnableToWrite(parent, status);
+    if (!makeBackup(parent)) {
         return false;
     }
-    hasBackup_ = true;
     const ProgressScope progress(parent, ProgressMode::WithCancel);
     setStatusText(parent, "Reading Database");
     const auto count = std::max<std::size_t>(database_.recordCount(), 1);
@@ -153,10 +161,10 @@ std::size_t DatabaseEdit::duplicate(std::size_t row) {
 
 bool DatabaseEdit::isRemovalMeant(UserInterface* parent, std::size_t count) const {
     const bool isAll = count == rows_.size() && count > 1;
-    const auto button = isAll
-                            ? context_.messages.showTitled(parent, 410, kDeleteAllTitle, kYesNoBox)
-                            : context_.messages.showTitled(parent, -message::kAreYouSure,
-                                                           kDeleteEntryTitle, kYesNoBox);
+    const auto button =
+        isAll ? context_.messages.showTitled(parent, 410, kDeleteDatabaseTitle, kYesNoBox)
+              : context_.messages.showTitled(parent, -message::kAreYouSure, kDeleteEntryTitle,
+                                             kYesNoBox);
     return button == Button::Yes;
 }
 
@@ -291,7 +299,68 @@ bool DatabaseEdit::store(UserInterface* parent, std::vector<Fault>* faults) {
         context_.messages.show(parent, 427, title::kError, kErrorBox);
         return false;
     }
+    if (isChanged_ && (isLost_ || database_.isOutdated())) {
+        if (isTakeOverWanted(parent)) {
+            takeOver(parent);
+        }
+        return false;
+    }
     return !isChanged_ || write(parent);
+}
+
+std::vector<DatabaseEdit::Row> DatabaseEdit::readRows(MeasurementDatabase& database) const {
+    std::vector<Row> rows;
+    for (auto record = database.first(); record; record = database.next()) {
+        rows.push_back({shownRecord(std::move(*record)), database.lastEntry()});
+    }
+    return rows;
+}
+
+bool DatabaseEdit::isTakeOverWanted(UserInterface* parent) const {
+    return showBox(parent,
+                   formatPrintf("The measurement database '%s' was changed by another program "
+                                "after it was read here.\n\nShall it be read again, and your "
+                                "changes be put on top of what is there now? You see the result "
+                                "before it is written. Otherwise nothing is written.",
+                                database_.path()),
+                   kTakeOverTitle, Icon::Question, Buttons::YesNo) == Button::Yes;
+}
+
+bool DatabaseEdit::opens(MeasurementDatabase& database, UserInterface* parent) const {
+    const bool good =
+        database.open() == MeasurementDatabase::Opening::Ready && !database.isUnreadable();
+    if (!good) {
+        const auto& status = database.status();
+        reportUnableToRead(parent, status.ok() ? IoStatus(database.path(), EINVAL) : status);
+    }
+    return good;
+}
+
+void DatabaseEdit::takeOver(UserInterface* parent) {
+    // The backup is what the edit began with. A file that is gone, or is no database any more, must
+    // not empty the rows.
+    const auto rates = sampleRateOptions(context_.settings);
+    MeasurementDatabase former(context_.messages, backupPath(), database_.version(), rates);
+    MeasurementDatabase present(context_.messages, database_.path(), database_.version(), rates);
+    if (!opens(former, parent) || !opens(present, parent)) {
+        return;
+    }
+    isLost_ = !opens(database_, parent);
+    if (isLost_) {
+        return;
+    }
+    auto merge = mergeRecords(readRows(former), rows_, readRows(database_));
+    isLost_ = !makeBackup(parent);
+    if (isLost_) {
+        return;
+    }
+    if (parent != nullptr && !merge.conflicts.empty()) {
+        parent->showMessages(kTakeOverTitle, "Changed here and by another program",
+                             merge.conflicts);
+    }
+    // A view of the rows may paint as long as anything is shown.
+    rows_ = std::move(merge.rows);
+    undo_.clear();
 }
 
 bool DatabaseEdit::write(UserInterface* parent) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "mdb/operations/DatabaseWork.h"
+#include "mdb/operations/RecordMerge.h"
 
 #include <cstddef>
 #include <deque>
@@ -66,17 +67,16 @@ class DatabaseEdit {
     /// discrete values that is no such string is reported.
     [[nodiscard]] std::vector<Fault> check(UserInterface* parent) const;
     /// OK: checks and writes what has changed; all other lines keep their bytes. With a fault
-    /// message 427 ("errors found"), and nothing is written. False if the edit goes on.
+    /// message 427 ("errors found"), and nothing is written. Of a file that another program has
+    /// changed the user is asked whether it is read again with the changes put on top: then the
+    /// rows are new, and nothing is written yet or left to undo; what both have changed is shown.
+    /// False if the edit goes on.
     bool store(UserInterface* parent, std::vector<Fault>* faults = nullptr);
     /// Cancel: the database is as the backup has it.
     bool cancel(UserInterface* parent);
 
   private:
-    struct Row {
-        MdbRecord record;
-        std::optional<std::size_t> entry{};  ///< of the database; nothing for a new one
-        bool isChanged = false;
-    };
+    using Row = EditedRecord;
     /// How the rows were before a step: these were at these places, and the others are the same.
     struct Step {
         std::vector<std::pair<std::size_t, Row>> replaced{};
@@ -85,7 +85,12 @@ class DatabaseEdit {
     };
     void keep(Step step);
     bool isRemovalMeant(UserInterface* parent, std::size_t count) const;
+    bool makeBackup(UserInterface* parent);
     bool write(UserInterface* parent);
+    std::vector<Row> readRows(MeasurementDatabase& database) const;
+    bool isTakeOverWanted(UserInterface* parent) const;
+    void takeOver(UserInterface* parent);
+    [[nodiscard]] bool opens(MeasurementDatabase& database, UserInterface* parent) const;
     [[nodiscard]] std::string backupPath() const;
 
     DocumentContext& context_;
@@ -95,6 +100,7 @@ class DatabaseEdit {
     bool isChanged_ = false;
     bool hasBackup_ = false;
     bool hasWritten_ = false;
+    bool isLost_ = false;  ///< the places of the rows are not those of the file any more
 };
 
 }  // namespace kavu

@@ -2,6 +2,7 @@
 
 #include "core/TmatsDocument.h"
 #include "core/files/FileIo.h"
+#include "core/talk/FileReports.h"
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
 
@@ -18,6 +19,17 @@ void reportUnusable(DocumentContext& context, UserInterface* parent,
     }
     context.messages.showFailure(parent, database.status(), 428, title::kError, kErrorBox,
                                  database.path());
+}
+
+/// The folder of the settings, where the default is, is not there in a run with settings of its
+/// own.
+bool makeDatabase(UserInterface* parent, MeasurementDatabase& database) {
+    const auto folder = folderOf(database.path());
+    if (const auto status = folderExists(folder) ? IoStatus() : makeFolders(folder); !status.ok()) {
+        reportUnableToWrite(parent, status);
+        return false;
+    }
+    return database.makeFile(parent);
 }
 
 }  // namespace
@@ -60,7 +72,7 @@ int validateDatabase(DocumentContext& context, UserInterface* parent, Measuremen
     if (opening == MeasurementDatabase::Opening::Missing) {
         if (context.messages.show(parent, 429, title::kError, kYesNoBox, database.path()) ==
                 Button::Yes &&
-            database.makeFile(parent)) {
+            makeDatabase(parent, database)) {
             return 1;
         }
         reportUnusable(context, parent, database, failure);

@@ -14,6 +14,9 @@ class ConversionStore;
 class PcmFormat;
 class ProfileSettings;
 
+/// Of the questions before all records go.
+inline constexpr const char* kDeleteDatabaseTitle = "Delete Measurement Database";
+
 struct DatabaseWork {
     DocumentContext& context;
     ConversionStore& conversions;
@@ -41,7 +44,7 @@ bool openDatabase(DocumentContext& context, UserInterface* parent, MeasurementDa
 
 /// Checks the database as the edition wants it, and shows what is wrong in the Messages window.
 /// 1 clean or made new, 0 with faults, -1 if there is no usable database: messages 430 without a
-/// path, 428. A file that is not there is made after question 429.
+/// path, 428. A file that is not there is made after question 429, and its folder with it.
 int validateDatabase(DocumentContext& context, UserInterface* parent, MeasurementDatabase& database,
                      int edition, OnFailure failure);
 

@@ -23,7 +23,6 @@ constexpr const char* kSaveText =
     "database. If you select Append, only measurements that did not previously exist in the "
     "measurement database will be saved.\n\nDo you wish to Overwrite, or Append to the existing "
     "database?";
-constexpr const char* kEraseTitle = "Delete Measurement Database";
 constexpr const char* kDoneTitle = "Done";
 
 MdbRecord wordRecord(const PcmFormat& format, CellRef cell, int fwp) {
@@ -117,8 +116,8 @@ std::vector<MdbRecord> streamRecords(DatabaseWork& work, UserInterface* parent,
 
 StreamSaveResult saveStream(DatabaseWork& work, UserInterface* parent, StreamSaveMode mode) {
     const bool onlyNew = mode == StreamSaveMode::Append;
-    if (!onlyNew && showBox(parent, kEraseDatabaseText, kEraseTitle, Icon::Warning, Buttons::YesNo,
-                            Button::No) != Button::Yes) {
+    if (!onlyNew && showBox(parent, kEraseDatabaseText, kDeleteDatabaseTitle, Icon::Warning,
+                            Buttons::YesNo, Button::No) != Button::Yes) {
         return {};
     }
     if (onlyNew && !work.database.loadNameIndex(parent)) {

@@ -284,7 +284,7 @@ bool update(DatabaseWork& work, UserInterface* parent, const StreamUpdateChoice&
         if (hasFamily) {
             families.push_back(match);
         }
-        if (!taken.isEmpty() && good) {
+        if (!taken.isEmpty() && good && !choice.withoutRecords.contains(match.number)) {
             updateWord(work.format, match, taken);
             good = conversions.add(std::move(match), result.newDefinitions);
         }

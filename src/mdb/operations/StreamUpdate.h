@@ -25,6 +25,13 @@ struct StreamUpdateChoice {
     AutoAdd autoAdd{};
     /// Fields of single records that are not to change.
     std::set<MdbRecordField> without{};
+    /// Records, by their number, that are only counted: their conversion is not even marked.
+    std::set<std::size_t> withoutRecords{};
+
+    /// True if nothing is to change, and only the matches are counted.
+    [[nodiscard]] bool isIdle() const {
+        return fields.none() && !autoAdd.root && !autoAdd.children;
+    }
 };
 
 /// The choice that the settings keep: `MDBU%d` for each field by its index, `MDBAddRoot` and

@@ -208,10 +208,14 @@ std::vector<MdbRecord> MeasurementDatabase::childrenOf(std::string_view root) {
 
 // --- Changes -----------------------------------------------------------------------------------
 
+bool MeasurementDatabase::isOutdated() const {
+    return fileStamp(path_) != stamp_;
+}
+
 /// False if another program has changed the file since it was read and it is to stay as it is. If
 /// the change is to be made all the same, the file has been read again.
 bool MeasurementDatabase::mayChange(UserInterface* parent, Batch::IfChanged ifChanged) {
-    if (fileStamp(path_) == stamp_) {
+    if (!isOutdated()) {
         return true;
     }
     if (ifChanged == Batch::IfChanged::Refuse) {
@@ -247,7 +251,16 @@ bool MeasurementDatabase::mayChange(UserInterface* parent, Batch::IfChanged ifCh
 
 bool MeasurementDatabase::begin(UserInterface* parent, Batch::IfChanged ifChanged) {
     auto file = std::make_unique<UserFile>();
-    if (const auto status = file->claim(path_); !status.ok()) {
+    const auto status = file->claim(path_);
+    if (status.code() == EBUSY) {
+        showBox(parent,
+                formatPrintf("Another program is writing the measurement database '%s'. Nothing "
+                             "was written here; try it again.",
+                             path_),
+                std::string(loadText(title::kError).value_or("")));
+        return false;
+    }
+    if (!status.ok()) {
         reportUnableToWrite(parent, status);
         return false;
     }

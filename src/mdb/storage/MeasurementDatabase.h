@@ -52,6 +52,10 @@ class MeasurementDatabase {
     [[nodiscard]] const IoStatus& status() const { return status_; }
     [[nodiscard]] const std::string& path() const { return path_; }
     [[nodiscard]] MdbVersion version() const { return version_; }
+    /// True if the file is of no form: it counts as empty, and is kept before it is written.
+    [[nodiscard]] bool isUnreadable() const { return isUnreadable_; }
+    /// True if another program has changed the file since it was read or written here.
+    [[nodiscard]] bool isOutdated() const;
 
     // --- Reading. REQUIRES: open, or missing. --------------------------------------------------
 

@@ -2,6 +2,7 @@
 #include "app/mdb/ChangesDialog.h"
 #include "app/mdb/WindowStage.h"
 #include "app/support/WidgetChecks.h"
+#include "core/files/UserFile.h"
 #include "core/talk/ProfileSettings.h"
 
 #include <chrono>
@@ -114,6 +115,8 @@ TEST(DatabaseWindow, AFaultIsMarkedAndMessage427KeepsTheWindowOpen) {
     EXPECT_TRUE(stage.ui.hasBox(427));
     EXPECT_TRUE(stage.window->isVisible());
     EXPECT_EQ(stage.window->view().currentIndex(), stage.cell(1, f::kParity));
+    EXPECT_EQ(toBytes(find<QLabel>(*stage.window, "current")->text()),
+              "A  |  Measurement Parity: Must be one of: EV OD NO DE");
     EXPECT_EQ(stage.bytes(), before);
     stage.selectCell(0, f::kName);
     QTest::keyClick(stage.window.get(), Qt::Key_F8);
@@ -222,6 +225,7 @@ TEST(DatabaseWindow, OneValueGoesToAllSelectedCellsAndFaultsAreRemarked) {
     for (std::size_t row = 0; row < 3; ++row) {
         EXPECT_EQ(stage.edit.row(row)[f::kParity], "YY");
     }
+    stage.activate();
     QTest::keyClick(&stage.window->view(), Qt::Key_Delete);
     EXPECT_EQ(stage.edit.row(1)[f::kParity], "");
 }
@@ -292,6 +296,43 @@ TEST(DatabaseWindow, ReturnEditsACellAndDoesNotCloseTheWindow) {
     find<QLineEdit>(*stage.window, "filter")->setFocus();
     QTest::keyClick(find<QLineEdit>(*stage.window, "filter"), Qt::Key_Return);
     EXPECT_TRUE(stage.window->isVisible());
+}
+
+TEST(DatabaseWindow, WhatAnotherProgramHasChangedIsShownTogetherWithTheEditBeforeItIsWritten) {
+    WindowStage stage(threeLines());
+    stage.typeInto(0, f::kDescription, "mine");
+    const auto theirs = mdbLine({"beta", "ROOT"}) + mdbLine({"added there"});
+    writeFile(stage.path, theirs);
+    press(*stage.window, "ok");
+    EXPECT_TRUE(stage.window->isVisible()) << "the question is answered with no";
+    EXPECT_EQ(stage.shown(), (Names{"beta", "Alpha", "gamma"}));
+    stage.ui.otherwise = Button::Yes;
+    press(*stage.window, "ok");
+    EXPECT_TRUE(stage.window->isVisible());
+    EXPECT_EQ(stage.bytes(), theirs);
+    EXPECT_EQ(stage.shown(), (Names{"beta", "added there"}));
+    EXPECT_EQ(stage.cell(0, f::kDescription).data().toString(), QStringLiteral("mine"));
+    EXPECT_FALSE(find<QPushButton>(*stage.window, "undo")->isEnabled());
+    press(*stage.window, "ok");
+    EXPECT_FALSE(stage.window->isVisible());
+    EXPECT_NE(stage.bytes().find("mine"), std::string::npos);
+    EXPECT_NE(stage.bytes().find("added there"), std::string::npos);
+}
+
+TEST(DatabaseWindow, AFileThatAnotherProgramIsWritingIsReportedAndTheEditGoesOn) {
+    WindowStage stage(threeLines());
+    stage.typeInto(0, f::kDescription, "mine");
+    {
+        UserFile other;
+        ASSERT_TRUE(other.claim(stage.path).ok());
+        press(*stage.window, "ok");
+        EXPECT_TRUE(stage.window->isVisible());
+        EXPECT_TRUE(stage.ui.hasText("Another program is writing the measurement database"));
+        EXPECT_EQ(stage.bytes(), threeLines());
+    }
+    press(*stage.window, "ok");
+    EXPECT_FALSE(stage.window->isVisible());
+    EXPECT_NE(stage.bytes().find("mine"), std::string::npos);
 }
 
 TEST(DatabaseWindow, FiftyThousandRecordsAreScrolledWithoutAWait) {

@@ -98,6 +98,23 @@ TEST(ImportWindow, AConversionFillsTheTargetAndThePreviewKnowsWhatIsThere) {
     EXPECT_EQ(stage.cell("preview", 0, 1), "");
 }
 
+TEST(ImportWindow, RecordsAreOverwrittenAfterAQuestionAlone) {
+    ImportStage stage;
+    ASSERT_NE(stage.database.open(), MeasurementDatabase::Opening::Failed);
+    ASSERT_TRUE(stage.database.add(&stage.ui, MdbRecord("Before")));
+    stage.open();
+    stage.openSource();
+    find<QRadioButton>(*stage.window, "overwrite")->click();
+    const auto before = stage.bytes();
+    press(*stage.window, "convert");
+    EXPECT_EQ(stage.ui.boxes.back().title, "Delete Measurement Database");
+    EXPECT_EQ(stage.bytes(), before);
+    stage.ui.otherwise = Button::Yes;
+    press(*stage.window, "convert");
+    EXPECT_EQ(stage.database.open(), MeasurementDatabase::Opening::Ready);
+    EXPECT_EQ(stage.names(), (Names{"A", "B"}));
+}
+
 TEST(ImportWindow, WithoutAMeasurementNameItStaysWithMessage425) {
     ImportStage stage;
     stage.open();

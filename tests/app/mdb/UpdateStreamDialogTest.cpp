@@ -92,18 +92,40 @@ TEST(UpdateStreamDialog, ACancelledPreviewChangesNothing) {
     EXPECT_FALSE(stage.document.changed);
 }
 
-TEST(UpdateStreamDialog, AllTicksAreSetAndTakenAtOnce) {
+TEST(UpdateStreamDialog, WithNothingTickedNoRecordIsMadeOrMarkedAndTheStreamStays) {
     UpdateWindowStage stage;
-    stage.choose({"MDBU6"});
+    stage.choose({"MDBU6", "MDBU26"});
     stage.door.next([](QDialog& dialog) {
         press(dialog, "untickAll");
-        EXPECT_EQ(toBytes(find<QLabel>(dialog, "count")->text()), "0 of 2 changes");
+        EXPECT_EQ(toBytes(find<QLabel>(dialog, "count")->text()), "0 of 3 changes");
         press(dialog, "tickAll");
+        EXPECT_EQ(toBytes(find<QLabel>(dialog, "count")->text()), "3 changes");
         press(dialog, "untickAll");
         press(dialog, "ok");
     });
-    EXPECT_TRUE(runStreamUpdate(stage.form, stage.work, nullptr));
+    EXPECT_FALSE(runStreamUpdate(stage.form, stage.work, nullptr));
+    EXPECT_TRUE(stage.ui.hasBox(415)) << "the matches are counted";
     EXPECT_EQ(stage.measurement(4, "Beta").parity, "");
+    EXPECT_EQ(stage.value("Alpha", "Chg"), "");
+    EXPECT_FALSE(stage.conversions.locateDefinition("Beta").found);
+    EXPECT_FALSE(stage.document.changed);
+}
+
+TEST(UpdateStreamDialog, ARecordWithoutATickIsNotMarkedWhileOthersAre) {
+    UpdateWindowStage stage;
+    stage.choose({"MDBU6", "MDBU26"});
+    stage.door.next([](QDialog& dialog) {
+        press(dialog, "untickAll");
+        auto* const list = find<QTableView>(dialog, "changes");
+        list->setCurrentIndex(list->model()->index(2, 0));  // Beta's parity
+        QTest::keyClick(list, Qt::Key_Space);
+        press(dialog, "ok");
+    });
+    EXPECT_TRUE(runStreamUpdate(stage.form, stage.work, nullptr));
+    EXPECT_EQ(stage.measurement(4, "Beta").parity, "EV");
+    EXPECT_EQ(stage.value("Beta", "Chg"), "1");
+    EXPECT_EQ(stage.value("Alpha", "Chg"), "");
+    EXPECT_EQ(stage.value("Alpha", "MN1"), "old");
 }
 
 }  // namespace

@@ -51,6 +51,12 @@ class WindowStage : public DatabaseStage {
     void selectCell(int place, std::size_t field) {
         window->view().setCurrentIndex(cell(place, field));
     }
+    /// Shortcuts are those of the active window, which a dialog before may have been.
+    void activate() const {
+        window->activateWindow();
+        QApplication::processEvents();
+        window->view().setFocus();
+    }
     /// Types a text into a cell and leaves it by the Return key.
     void typeInto(int place, std::size_t field, const char* text) {
         selectCell(place, field);

@@ -168,14 +168,78 @@ TEST(DatabaseEdit, TheBackupIsThereUntilTheEndAndCancelBringsItBack) {
     EXPECT_FALSE(stage.has(kDatabaseBackup));
 }
 
+// --- a file that another program has changed
+// ------------------------------------------------------
+
 TEST(DatabaseEdit, AChangeByAnotherIsNotOverwritten) {
     EditStage stage(mdbLine({"A"}));
     writeFile(stage.path, mdbLine({"Other"}));
     stage.edit.set(0, mdbfield::kRoot, "W");
-    stage.ui.otherwise = Button::Yes;
-    EXPECT_FALSE(stage.edit.store(&stage.ui));
+    EXPECT_FALSE(stage.edit.store(&stage.ui)) << "the question is answered with no";
     EXPECT_EQ(stage.bytes(), mdbLine({"Other"}));
     EXPECT_TRUE(stage.ui.hasText("was changed by another program"));
+    EXPECT_EQ(stage.rowNames(), Names{"A"});
+    EXPECT_FALSE(stage.edit.store(nullptr)) << "without a parent nothing is taken over";
+    EXPECT_EQ(stage.bytes(), mdbLine({"Other"}));
+}
+
+TEST(DatabaseEdit, TheChangesArePutOnTopOfThoseOfAnotherBeforeTheyAreWritten) {
+    EditStage stage(mdbLine({"A"}) + mdbLine({"B"}) + mdbLine({"C"}) + mdbLine({"D"}));
+    stage.ui.otherwise = Button::Yes;
+    stage.edit.set(0, mdbfield::kRoot, "W");
+    EXPECT_TRUE(stage.edit.remove(&stage.ui, {1}));
+    stage.edit.add(MdbRecord("New"));
+    const auto theirs =
+        mdbLine({"A", "", "16"}) + mdbLine({"B"}) + mdbLine({"D", "R"}) + mdbLine({"Theirs"});
+    writeFile(stage.path, theirs);
+    EXPECT_FALSE(stage.edit.store(&stage.ui));
+    EXPECT_EQ(stage.bytes(), theirs) << "the result is shown first";
+    EXPECT_EQ(stage.rowNames(), (Names{"A", "D", "Theirs", "New"}));
+    EXPECT_TRUE(stage.ui.shown.empty()) << "no record was changed by both";
+    EXPECT_FALSE(stage.edit.canUndo());
+    EXPECT_TRUE(stage.edit.store(&stage.ui));
+    EXPECT_EQ(stage.bytes(), mdbLine({"A", "W", "16"}) + mdbLine({"D", "R"}) + mdbLine({"Theirs"}) +
+                                 mdbLine({"New"}));
+}
+
+TEST(DatabaseEdit, WhatBothHaveChangedIsNamed) {
+    EditStage stage(mdbLine({"A"}) + mdbLine({"B"}) + mdbLine({"C"}));
+    stage.ui.otherwise = Button::Yes;
+    stage.edit.set(0, mdbfield::kRoot, "mine");
+    stage.edit.set(1, mdbfield::kRoot, "mine");
+    EXPECT_TRUE(stage.edit.remove(&stage.ui, {2}));
+    stage.edit.add(MdbRecord("New"));
+    writeFile(stage.path, mdbLine({"A", "theirs"}) + mdbLine({"C", "theirs"}) + mdbLine({"New"}));
+    EXPECT_FALSE(stage.edit.store(&stage.ui));
+    ASSERT_EQ(stage.ui.shown.size(), 1U);
+    EXPECT_EQ(stage.ui.shown[0].lines,
+              (Names{"Measurement 'A': 'Root Word Name' was changed here to 'mine' and there to "
+                     "'theirs': it is 'mine'.",
+                     "Measurement 'C' was deleted here and changed there: it stays.",
+                     "Measurement 'B' was changed here and deleted there: it is added.",
+                     "Measurement 'New' was added here and there: both are in the list."}));
+    EXPECT_EQ(stage.rowNames(), (Names{"A", "C", "New", "B", "New"}));
+    EXPECT_EQ(stage.edit.row(0)[mdbfield::kRoot], "mine");
+    EXPECT_EQ(stage.edit.row(1)[mdbfield::kRoot], "theirs");
+}
+
+TEST(DatabaseEdit, AFileThatIsGoneOrNoDatabaseAnyMoreLeavesTheRowsAsTheyAre) {
+    EditStage stage(
+        "<MeasurementDatabase><Measurement><Name>A</Name></Measurement>"
+        "</MeasurementDatabase>",
+        MdbVersion::Xml);
+    ASSERT_EQ(stage.rowNames(), Names{"A"});
+    stage.ui.otherwise = Button::Yes;
+    stage.edit.set(0, mdbfield::kRoot, "W");
+    writeFile(stage.path, "<Measure");
+    EXPECT_FALSE(stage.edit.store(&stage.ui));
+    EXPECT_EQ(stage.rowNames(), Names{"A"});
+    EXPECT_EQ(stage.bytes(), "<Measure");
+    ASSERT_TRUE(deleteFile(stage.path).ok());
+    EXPECT_FALSE(stage.edit.store(&stage.ui));
+    EXPECT_EQ(stage.rowNames(), Names{"A"});
+    EXPECT_FALSE(fileExists(stage.path));
+    EXPECT_TRUE(stage.edit.canUndo());
 }
 
 TEST(DatabaseEdit, WithoutAUsableDatabaseItsFunctionsGoOff) {

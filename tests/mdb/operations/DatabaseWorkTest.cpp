@@ -25,6 +25,26 @@ TEST(DatabaseWork, AMissingDatabaseIsMadeAfterAQuestion) {
     EXPECT_TRUE(stage.isEnabled());
 }
 
+TEST(DatabaseWork, AFolderThatIsMissingIsMadeWithItsDatabaseAndNotBefore) {
+    WorkStage stage;
+    const auto folder = stage.folder / "not/there";
+    MeasurementDatabase database(stage.messages, folder + "/kavu.mdb", MdbVersion::Xml,
+                                 SampleRateOptions{});
+    const auto validate = [&] {
+        return validateDatabase(stage.context, &stage.ui, database, 2011, OnFailure::Report);
+    };
+    EXPECT_EQ(validate(), -1);
+    EXPECT_FALSE(folderExists(folder));
+    stage.ui.byId[429] = Button::Yes;
+    EXPECT_EQ(validate(), 1);
+    EXPECT_TRUE(fileExists(database.path()));
+    // What cannot be made is reported, and is no usable database.
+    writeFile(stage.folder / "file", "");
+    MeasurementDatabase below(stage.messages, stage.folder / "file/kavu.mdb", MdbVersion::Xml,
+                              SampleRateOptions{});
+    EXPECT_EQ(validateDatabase(stage.context, &stage.ui, below, 2011, OnFailure::Report), -1);
+}
+
 TEST(DatabaseWork, DeclinedItIsNoUsableDatabaseAndIsSwitchedOff) {
     WorkStage stage;
     EXPECT_EQ(stage.validate(), -1);

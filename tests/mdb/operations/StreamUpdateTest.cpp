@@ -199,6 +199,20 @@ TEST(StreamUpdate, ThePreviewTellsWhatChangesAndAnExcludedFieldStays) {
     EXPECT_EQ(stage.measurement(3, "Alpha").parity, "OD");
 }
 
+TEST(StreamUpdate, ARecordThatIsLeftOutIsCountedAndItsConversionIsNotMarked) {
+    UpdateStage stage;
+    EXPECT_TRUE(stage.load("C-1\\DCN:Alpha;C-1\\MN1:old;"));
+    stage.fill({StreamStage::record("Alpha", {{f::kParity, "OD"}, {f::kDescription, "new"}})});
+    auto choice = allFields();
+    choice.withoutRecords.insert(0);
+    const auto result = stage.update(choice);
+    EXPECT_TRUE(result.done);
+    EXPECT_EQ(result.updated, 1);
+    EXPECT_EQ(stage.value("Alpha", "Chg"), "");
+    EXPECT_EQ(stage.value("Alpha", "MN1"), "old");
+    EXPECT_NE(stage.measurement(3, "Alpha").parity, "OD");
+}
+
 TEST(StreamUpdate, ACancelKeepsWhatIsDoneAndReportsItsCount) {
     UpdateStage stage;
     std::vector<MdbRecord> records = {StreamStage::record("Alpha", {{f::kDescription, "x"}})};
