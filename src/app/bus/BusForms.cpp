@@ -3,11 +3,13 @@
 #include "app/bus/BusWindow.h"
 #include "app/conversion/ConversionForms.h"
 #include "app/framework/DialogDoor.h"
+#include "app/mdb/StreamDatabase.h"
 #include "application/Application.h"
 #include "bus/definition/BusFiles.h"
 #include "bus/definition/BusPack.h"
 #include "bus/definition/BusUnpack.h"
 #include "core/document/Transaction.h"
+#include "core/talk/ProfileSettings.h"
 #include "core/talk/UserInterface.h"
 #include "groups/MeasurementNames.h"
 
@@ -25,11 +27,16 @@ bool runWindow(FormContext& form, Application& application, BusDefinition& defin
                const Pack& pack, QWidget* window) {
     auto& document = application.context();
     BusEdit edit(document, &form.ui, definition, &application.measurementNames());
-    const BusFormSetup setup{form, document, definition, edit,
+    const BusFormSetup setup{form,
+                             document,
+                             definition,
+                             edit,
                              [&](QWidget& over, const std::string& name) {
                                  editConversion(form, document, application.conversions(), name,
                                                 {.bits = kBusWordLength}, &over);
-                             }};
+                             },
+                             busDatabaseStep(form, application, definition),
+                             [&] { return document.settings.get(setting::kDatabaseEnabled); }};
     BusWindow editor(
         setup, [&] { return pack(definition); }, window);
     const bool packed = runDialog(form.door, editor) == QDialog::Accepted;

@@ -153,12 +153,13 @@ BusRowsPage::BusRowsPage(const BusFormSetup& setup, const char* resourceName,
 void BusRowsPage::addDatabaseButton(const BusFormSetup& setup) {
     auto* const button =
         list_->addButton("addFromDatabase", QStringLiteral("Add Measurement &From Database"));
-    button->setEnabled(static_cast<bool>(setup.addFromDatabase));
-    connect(button, &QPushButton::clicked, this, [this, &setup] {
+    button->setEnabled(setup.hasDatabase());
+    connect(button, &QPushButton::clicked, this, [this, &setup, button] {
         if (setup.addFromDatabase(*window(), owner_)) {
             list_->showRows();
             markChanged();
         }
+        button->setEnabled(setup.hasDatabase());
     });
 }
 

@@ -25,6 +25,12 @@ struct BusFormSetup {
     /// group, which is a place without numbers. True if any was added. Without it its buttons are
     /// disabled.
     std::function<bool(QWidget& window, const BusPlace& owner)> addFromDatabase{};
+    /// False once the database has been switched off; without it it is on.
+    std::function<bool()> databaseIsOn{};
+
+    [[nodiscard]] bool hasDatabase() const {
+        return addFromDatabase && (!databaseIsOn || databaseIsOn());
+    }
 };
 
 /// The form of a row. True if it was left with OK and something has changed; with Cancel the row is

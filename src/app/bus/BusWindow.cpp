@@ -73,11 +73,11 @@ void BusWindow::makeTree() {
 
 void BusWindow::makeButtons() {
     auto* const row = new QHBoxLayout;
-    auto* const database = look::makeButton(
-        "addFromDatabase", QStringLiteral("Add &New Measurements From Database"), {}, this);
-    database->setEnabled(static_cast<bool>(setup_.addFromDatabase));
-    connect(database, &QPushButton::clicked, this, &BusWindow::addFromDatabase);
-    row->addWidget(database);
+    database_ = look::makeButton("addFromDatabase",
+                                 QStringLiteral("Add &New Measurements From Database"), {}, this);
+    database_->setEnabled(setup_.hasDatabase());
+    connect(database_, &QPushButton::clicked, this, &BusWindow::addFromDatabase);
+    row->addWidget(database_);
     row->addStretch();
     static_cast<QVBoxLayout*>(layout())->addLayout(row);
 }
@@ -114,6 +114,7 @@ void BusWindow::editComments() {
 void BusWindow::addFromDatabase() {
     editor_->runStep("Add New Measurements From Database",
                      [this] { return setup_.addFromDatabase(*this, {}); });
+    database_->setEnabled(setup_.hasDatabase());
 }
 
 bool BusWindow::store() {

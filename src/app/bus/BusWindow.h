@@ -45,6 +45,7 @@ class BusWindow : public EditDialog {
     FieldForm* fields_ = nullptr;
     GroupTreeEditor* editor_ = nullptr;
     BusRowsPanel* panel_ = nullptr;
+    QPushButton* database_ = nullptr;
 };
 
 }  // namespace kavu

@@ -9,10 +9,14 @@
 #include "core/document/DocumentHistory.h"
 #include "core/document/GroupFiles.h"
 #include "core/document/OpenDocument.h"
+#include "core/talk/ProfileSettings.h"
 #include "groups/MeasurementNames.h"
+#include "mdb/DatabaseStage.h"
 #include "support/TestApplication.h"
 
+#include <QAction>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QTreeView>
 
 namespace kavu {
@@ -209,6 +213,103 @@ TEST_F(BusFormsTest, AMeasurementNameOfAnotherStreamIsRefusedHereAndInAPaste) {
         press(dialog, "cancel");
     });
     EXPECT_EQ(group(), kRecorderBus);
+}
+
+// --- the measurement database
+// ---------------------------------------------------------------------
+
+class BusDatabaseTest : public BusFormsTest {
+  protected:
+    BusDatabaseTest() {
+        std::vector<std::string> fields(36);
+        fields[0] = "Mach";
+        fields[mdbfield::kBusNumber] = "0";
+        fields[mdbfield::kRemoteTerminalAddress] = "101";
+        fields[mdbfield::kSubTerminalAddress] = "10";
+        fields[mdbfield::kWordNumber] = "3";
+        test::writeFile(path, test::mdbLine(fields) + test::mdbLine({"Other"}));
+        auto& settings = t.application.context().settings;
+        settings.set(setting::kDatabasePath, path);
+        settings.set(setting::kDatabaseVersion, 1);
+        settings.set(setting::kDatabaseEnabled, true);
+    }
+    static bool isOffered(QDialog& dialog) {
+        return test::find<QPushButton>(dialog, "addFromDatabase")->isEnabled();
+    }
+    /// Opens the sheet of the first message.
+    void openMessage(QDialog& dialog, const test::TestDoor::Driver& driver) {
+        door.next(driver);
+        auto& editor = static_cast<BusWindow&>(dialog).editor();
+        editor.select({0, 0});
+        editor.findChild<QAction*>(QStringLiteral("edit"))->trigger();
+    }
+
+    std::string path = t.folder / "my.otb";
+};
+
+TEST_F(BusDatabaseTest, RecordsOfTheDatabaseGoToTheMessagesThatTheyName) {
+    t.ui.otherwise = Button::Yes;
+    EXPECT_TRUE(edit([&](QDialog& dialog) {
+        press(dialog, "addFromDatabase");
+        EXPECT_TRUE(t.ui.hasBox(418));
+        EXPECT_TRUE(t.ui.hasBox(415));
+        press(dialog, "ok");
+    }));
+    EXPECT_NE(group().find("B-1\\MN-1-1-1:Mach;"), std::string::npos) << group();
+    EXPECT_EQ(group().find("Other"), std::string::npos);
+    EXPECT_EQ(t.application.context().history.levels(), 1U);
+}
+
+TEST_F(BusDatabaseTest, ARecordThatIsChosenGoesToTheMessageOfTheSheet) {
+    t.ui.otherwise = Button::Yes;
+    t.ui.rows = {1};
+    EXPECT_TRUE(edit([&](QDialog& dialog) {
+        openMessage(dialog, [](QDialog& message) {
+            test::openPage(message, 1);
+            press(message, "addFromDatabase");
+            press(message, "ok");
+        });
+        press(dialog, "ok");
+    }));
+    EXPECT_NE(group().find("B-1\\MN-1-1-1:Other;"), std::string::npos) << group();
+}
+
+TEST_F(BusDatabaseTest, ACancelledSheetTakesItsAdditionBack) {
+    t.ui.otherwise = Button::Yes;
+    t.ui.rows = {1};
+    edit([&](QDialog& dialog) {
+        openMessage(dialog, [](QDialog& message) {
+            test::openPage(message, 1);
+            press(message, "addFromDatabase");
+            press(message, "cancel");
+        });
+        press(dialog, "cancel");
+    });
+    EXPECT_EQ(group(), kRecorderBus);
+}
+
+TEST_F(BusDatabaseTest, WhileTheDatabaseIsOffItsButtonsAreDisabled) {
+    t.application.context().settings.set(setting::kDatabaseEnabled, false);
+    edit([&](QDialog& dialog) {
+        EXPECT_FALSE(isOffered(dialog));
+        openMessage(dialog, [](QDialog& message) {
+            EXPECT_FALSE(isOffered(message));
+            press(message, "cancel");
+        });
+        press(dialog, "cancel");
+    });
+}
+
+TEST_F(BusDatabaseTest, Message428DisablesTheButtons) {
+    edit([&](QDialog& dialog) {
+        EXPECT_TRUE(isOffered(dialog));
+        ASSERT_TRUE(deleteFile(path).ok());
+        press(dialog, "addFromDatabase");
+        EXPECT_TRUE(t.ui.hasBox(428));
+        EXPECT_FALSE(isOffered(dialog));
+        press(dialog, "cancel");
+    });
+    EXPECT_FALSE(t.application.context().settings.get(setting::kDatabaseEnabled));
 }
 
 }  // namespace
