@@ -1,18 +1,25 @@
 // The display of the sample's first stream, for the pictures.
 #include "app/framework/Look.h"
+#include "app/mdb/StreamDatabase.h"
 #include "app/pcm/FrameKey.h"
 #include "app/pcm/MajorFrameDisplay.h"
 #include "app/pcm/MajorFrameNewCell.h"
 #include "app/pcm/MajorFrameWindow.h"
 #include "application/Application.h"
+#include "core/WorkingStore.h"
+#include "core/talk/ProfileSettings.h"
 #include "gallery/Makers.h"
+#include "gallery/SampleDatabase.h"
 #include "gallery/Screenshots.h"
 #include "groups/DataSources.h"
+#include "mdb/storage/MeasurementDatabase.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/PcmLoad.h"
 
 #include <functional>
 #include <memory>
+
+#include <QAction>
 
 namespace kavu {
 
@@ -33,7 +40,9 @@ void fillSteps(PcmFormSteps& steps) {
     steps.chooseDefinitionMode = nothing;
 }
 
-std::unique_ptr<QWidget> makeDisplay(ScreenshotStage& stage, const Arrange& arrange) {
+std::unique_ptr<QWidget> makeDisplay(
+    ScreenshotStage& stage, const Arrange& arrange,
+    const std::function<void(PcmFormSteps&)>& addSteps = [](PcmFormSteps&) {}) {
     if (stage.application == nullptr) {
         return nullptr;
     }
@@ -45,6 +54,7 @@ std::unique_ptr<QWidget> makeDisplay(ScreenshotStage& stage, const Arrange& arra
     }
     const auto steps = std::make_shared<PcmFormSteps>();
     fillSteps(*steps);
+    addSteps(*steps);
     steps->conversions = &stage.application->conversions();
     auto window = std::make_unique<MajorFrameWindow>(
         stage.form, format, *steps,
@@ -55,6 +65,38 @@ std::unique_ptr<QWidget> makeDisplay(ScreenshotStage& stage, const Arrange& arra
     QObject::connect(window.get(), &QObject::destroyed, [steps] {});
     window->resize(look::charactersWide(*window, 190), look::unit(*window) * 88);
     arrange(*window);
+    return window;
+}
+
+/// The display with the pane of a database of its own, which no other picture has.
+std::unique_ptr<QWidget> makeDisplayWithDatabase(ScreenshotStage& stage) {
+    if (stage.document == nullptr) {
+        return nullptr;
+    }
+    auto& settings = stage.form.settings;
+    const auto path = settings.get(setting::kDatabasePath);
+    const auto version = settings.get(setting::kDatabaseVersion);
+    MeasurementDatabase database(stage.document->messages,
+                                 stage.document->store.pathOf("GalleryPane.mdb"), MdbVersion::Xml,
+                                 SampleRateOptions{});
+    fillSampleDatabase(database);
+    settings.set(setting::kDatabaseEnabled, true);
+    settings.set(setting::kDatabasePath, database.path());
+    settings.set(setting::kDatabaseVersion, static_cast<int>(MdbVersion::Xml));
+    auto window = makeDisplay(
+        stage,
+        [](MajorFrameWindow& made) {
+            made.areas().setCellWidth(75);
+            made.areas().grid().select({3, 2});
+            made.findChild<QAction*>(QStringLiteral("viewDatabase"))->trigger();
+        },
+        [&](PcmFormSteps& steps) {
+            installDatabaseEntries(steps, stage.form, *stage.application);
+            steps.databaseIsOn = {};  // the menu stays as it is
+        });
+    settings.set(setting::kDatabaseEnabled, false);
+    settings.set(setting::kDatabasePath, path);
+    settings.set(setting::kDatabaseVersion, version);
     return window;
 }
 
@@ -95,6 +137,7 @@ void addDisplayScreenshots(ScreenshotList& list) {
             window.areas().grid().select({5, 4}, true);
         });
     });
+    list.add("MajorFrameDisplayDatabase", makeDisplayWithDatabase);
     list.add("create_new_cell",
              [](ScreenshotStage&) { return std::make_unique<NewCellDialog>(12, 3, nullptr); });
 }

@@ -15,6 +15,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSplitter>
 #include <QTableView>
 #include <QVBoxLayout>
 
@@ -23,6 +24,10 @@ namespace kavu {
 namespace {
 
 constexpr std::string_view kPaneSection = "ViewMdb";
+constexpr std::string_view kPaneX = "X";
+constexpr std::string_view kPaneY = "Y";
+constexpr std::string_view kPaneWidth = "DX";
+constexpr std::string_view kPaneHeight = "DY";
 constexpr std::string_view kPaneView = "View";
 
 }  // namespace
@@ -114,11 +119,24 @@ QVariant PaneModel::headerData(int section, Qt::Orientation orientation, int rol
 // --- the pane ------------------------------------------------------------------------------------
 
 DatabasePane::DatabasePane(FormContext& form, std::shared_ptr<StreamDatabase> database,
-                           QWidget* parent)
-    : QWidget(parent), form_(form), database_(std::move(database)), model_(new PaneModel(this)) {
+                           QSplitter& parts)
+    : QWidget(&parts),
+      form_(form),
+      database_(std::move(database)),
+      parts_(parts),
+      model_(new PaneModel(this)) {
     setObjectName(QStringLiteral("VIEWMEASUREMENTDATABASE"));
     auto* const column = new QVBoxLayout(this);
     look::arrangePart(*column, *this);
+    column->addLayout(makeFilter());
+    makeList();
+    column->addWidget(view_, 1);
+    column->addLayout(makeFoot());
+    readAgain();
+    moveTo(storedSide());
+}
+
+QLayout* DatabasePane::makeFilter() {
     auto* const row = new QHBoxLayout;
     filter_ = new QLineEdit(this);
     filter_->setObjectName(QStringLiteral("databaseFilter"));
@@ -131,10 +149,15 @@ DatabasePane::DatabasePane(FormContext& form, std::shared_ptr<StreamDatabase> da
     which_->addItems(
         {QStringLiteral("All"), QStringLiteral("In Stream"), QStringLiteral("Not In Stream")});
     which_->setCurrentIndex(
-        std::clamp(form.settings.profileInteger(kPaneSection, kPaneView, 0), 0, 2));
+        std::clamp(form_.settings.profileInteger(kPaneSection, kPaneView, 0), 0, 2));
     row->addWidget(filter_, 1);
     row->addWidget(which_);
-    column->addLayout(row);
+    connect(filter_, &QLineEdit::textChanged, this, &DatabasePane::applyFilter);
+    connect(which_, &QComboBox::currentIndexChanged, this, &DatabasePane::applyFilter);
+    return row;
+}
+
+void DatabasePane::makeList() {
     view_ = new QTableView(this);
     view_->setObjectName(QStringLiteral("databaseRecords"));
     view_->setAccessibleName(QStringLiteral("Measurement database"));
@@ -142,48 +165,82 @@ DatabasePane::DatabasePane(FormContext& form, std::shared_ptr<StreamDatabase> da
     view_->setWordWrap(false);
     view_->setTabKeyNavigation(false);
     view_->setSelectionBehavior(QTableView::SelectRows);
+    view_->setMinimumHeight(look::unit(*this) * 6);
     view_->verticalHeader()->setVisible(false);
     view_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     view_->verticalHeader()->setDefaultSectionSize(view_->fontMetrics().height() +
                                                    look::unit(*this));
-    view_->horizontalHeader()->setSortIndicatorClearable(true);
-    view_->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
-    view_->horizontalHeader()->setStretchLastSection(true);
+    auto& head = *view_->horizontalHeader();
+    head.setSortIndicatorClearable(true);
+    head.setSortIndicator(-1, Qt::AscendingOrder);
+    head.setStretchLastSection(true);
     view_->setSortingEnabled(true);
-    view_->setColumnWidth(PaneModel::kName, look::charactersWide(*this, 24));
-    view_->setColumnWidth(PaneModel::kDescription, look::charactersWide(*this, 26));
-    column->addWidget(view_, 1);
-    auto* const below = new QHBoxLayout;
+    head.moveSection(PaneModel::kInStream, PaneModel::kDescription);
+    for (int column = 0; column < PaneModel::kColumns; ++column) {
+        view_->setColumnWidth(
+            column, std::max(look::charactersWide(*this, 10), head.sectionSizeHint(column)));
+    }
+}
+
+QLayout* DatabasePane::makeFoot() {
+    auto* const row = new QHBoxLayout;
     state_ = look::makeNote({}, this);
     state_->setObjectName(QStringLiteral("databaseState"));
-    below->addWidget(state_, 1);
+    row->addWidget(state_, 1);
+    side_ = new QComboBox(this);
+    side_->setObjectName(QStringLiteral("databaseSide"));
+    side_->setAccessibleName(QStringLiteral("Place of the pane"));
+    side_->setToolTip(side_->accessibleName());
+    side_->addItems({QStringLiteral("Right"), QStringLiteral("Below"), QStringLiteral("Left")});
+    side_->setCurrentIndex(static_cast<int>(storedSide()));
+    row->addWidget(side_);
     auto* const again = look::makeButton("databaseRefresh", QStringLiteral("Re&fresh"),
                                          QStringLiteral("refresh"), this);
     again->setAutoDefault(false);
-    below->addWidget(again);
-    column->addLayout(below);
-    connect(filter_, &QLineEdit::textChanged, this, &DatabasePane::applyFilter);
-    connect(which_, &QComboBox::currentIndexChanged, this, &DatabasePane::applyFilter);
+    row->addWidget(again);
+    connect(side_, &QComboBox::currentIndexChanged, this,
+            [this](int index) { moveTo(static_cast<Side>(index)); });
     connect(again, &QPushButton::clicked, this, &DatabasePane::readAgain);
-    readAgain();
+    return row;
 }
 
 DatabasePane::~DatabasePane() {
-    auto& settings = form_.settings;
-    const std::pair<std::string_view, int> kept[] = {{"X", x()},
-                                                     {"Y", y()},
-                                                     {"DX", width()},
-                                                     {"DY", height()},
-                                                     {kPaneView, which_->currentIndex()}};
+    // Its place says at which side it was: the left one begins at 0 both ways.
+    const auto side = static_cast<Side>(side_->currentIndex());
+    const std::pair<std::string_view, int> kept[] = {
+        {kPaneX, side == Side::Right ? std::max(x(), 1) : 0},
+        {kPaneY, side == Side::Below ? std::max(y(), 1) : 0},
+        {kPaneWidth, width()},
+        {kPaneHeight, height()},
+        {kPaneView, which_->currentIndex()}};
     for (const auto& [key, value] : kept) {
-        settings.writeProfile(kPaneSection, key, std::to_string(value));
+        form_.settings.writeProfile(kPaneSection, key, std::to_string(value));
+    }
+}
+
+DatabasePane::Side DatabasePane::storedSide() const {
+    const int left = form_.settings.profileInteger(kPaneSection, kPaneX, -1);
+    const int top = form_.settings.profileInteger(kPaneSection, kPaneY, -1);
+    return top > 0 ? Side::Below : left == 0 && top == 0 ? Side::Left : Side::Right;
+}
+
+void DatabasePane::moveTo(Side side) {
+    auto* const around = qobject_cast<QSplitter*>(parts_.parentWidget());
+    if (side == Side::Below && around != nullptr) {
+        around->addWidget(this);
+    } else if (side == Side::Left) {
+        parts_.insertWidget(0, this);
+    } else {
+        parts_.addWidget(this);
     }
 }
 
 QSize DatabasePane::sizeHint() const {
-    const int kept = form_.settings.profileInteger(kPaneSection, "DX", 0);
-    return {std::clamp(kept, look::charactersWide(*this, 30), look::charactersWide(*this, 90)),
-            look::unit(*this) * 40};
+    const auto& settings = form_.settings;
+    return {std::clamp(settings.profileInteger(kPaneSection, kPaneWidth, 0),
+                       look::charactersWide(*this, 40), look::charactersWide(*this, 90)),
+            std::clamp(settings.profileInteger(kPaneSection, kPaneHeight, 0),
+                       look::unit(*this) * 20, look::unit(*this) * 60)};
 }
 
 void DatabasePane::readAgain() {

@@ -12,6 +12,7 @@
 class QComboBox;
 class QLabel;
 class QLineEdit;
+class QSplitter;
 class QTableView;
 
 namespace kavu {
@@ -56,9 +57,13 @@ class PaneModel : public QAbstractTableModel {
 class DatabasePane : public QWidget {
     Q_OBJECT
   public:
-    /// Place and choice are those of the section `ViewMdb`, and are kept there at the end.
-    DatabasePane(FormContext& form, std::shared_ptr<StreamDatabase> database, QWidget* parent);
+    /// Puts itself into the splitter of the grid, or below it into the one around that. Place, size
+    /// and choice are those of the section `ViewMdb`, and are kept there at the end.
+    DatabasePane(FormContext& form, std::shared_ptr<StreamDatabase> database, QSplitter& parts);
     ~DatabasePane() override;
+
+    /// In the order of their list.
+    enum class Side { Right, Below, Left };
 
     /// Reads the database again, and which of its measurements the stream has.
     void readAgain();
@@ -66,13 +71,20 @@ class DatabasePane : public QWidget {
     [[nodiscard]] QSize sizeHint() const override;
 
   private:
+    QLayout* makeFilter();
+    void makeList();
+    QLayout* makeFoot();
+    [[nodiscard]] Side storedSide() const;
+    void moveTo(Side side);
     void applyFilter();
 
     FormContext& form_;
     std::shared_ptr<StreamDatabase> database_;
+    QSplitter& parts_;
     PaneModel* model_ = nullptr;
     QLineEdit* filter_ = nullptr;
     QComboBox* which_ = nullptr;
+    QComboBox* side_ = nullptr;
     QTableView* view_ = nullptr;
     QLabel* state_ = nullptr;
 };

@@ -117,8 +117,8 @@ void installDatabaseEntries(PcmFormSteps& steps, FormContext& form, Application&
              return false;  // the stream stays as it is
          }});
     const auto shown = std::make_shared<StreamDatabase>(form, application);
-    steps.makeDatabasePane = [shown, &form](QWidget& window) -> QWidget* {
-        return new DatabasePane(form, shown, &window);
+    steps.makeDatabasePane = [shown, &form](QSplitter& parts) -> QWidget* {
+        return new DatabasePane(form, shown, parts);
     };
 }
 

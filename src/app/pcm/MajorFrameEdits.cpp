@@ -207,10 +207,7 @@ void MajorFrameWindow::allowSameNames(bool allow) {
 
 void MajorFrameWindow::showDatabase(bool shown) {
     if (shown && database_ == nullptr && steps_.makeDatabasePane) {
-        database_ = steps_.makeDatabasePane(*this);
-        if (database_ != nullptr) {
-            splitter_->addWidget(database_);
-        }
+        database_ = steps_.makeDatabasePane(*splitter_);
     }
     if (database_ != nullptr) {
         database_->setVisible(shown);

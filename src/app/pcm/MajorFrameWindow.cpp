@@ -153,11 +153,16 @@ void MajorFrameWindow::arrange() {
     splitter_->addWidget(list_);
     splitter_->setStretchFactor(0, 1);
     splitter_->setCollapsible(0, false);
+    auto* const parts = new QSplitter(Qt::Vertical, this);
+    parts->setObjectName(QStringLiteral("displayParts"));
+    parts->addWidget(splitter_);
+    parts->setStretchFactor(0, 1);
+    parts->setCollapsible(0, false);
     menus_ = new QMenuBar(this);
     auto* const body = new QWidget(this);
     auto* const inner = new QVBoxLayout(body);
     look::arrangeWindow(*inner, *this);
-    inner->addWidget(splitter_, 1);
+    inner->addWidget(parts, 1);
     key_ = new FrameKey(areas_->display(), this);
     inner->addWidget(key_);
     inner->addWidget(find_);

@@ -13,6 +13,7 @@
 #include <string_view>
 #include <vector>
 
+class QSplitter;
 class QWidget;
 
 namespace kavu {
@@ -57,8 +58,9 @@ struct PcmFormSteps {
     std::vector<DatabaseEntry> databaseEntries;
     /// False once the database has been switched off, which disables the menu; without it it is on.
     std::function<bool()> databaseIsOn{};
-    /// Makes the pane of the database, which the window shows next to its grid.
-    std::function<QWidget*(QWidget& window)> makeDatabasePane;
+    /// Makes the pane of the database, which puts itself next to the grid: into the splitter of the
+    /// window, or below it into the one around that.
+    std::function<QWidget*(QSplitter& parts)> makeDatabasePane;
 
     /// The records of conversions; null if there are none.
     ConversionStore* conversions = nullptr;

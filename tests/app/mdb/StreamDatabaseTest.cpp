@@ -20,6 +20,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
+#include <QSplitter>
 #include <QTableView>
 #include <gtest/gtest.h>
 
@@ -155,6 +156,59 @@ TEST_F(StreamDatabaseTest, ThePaneShowsTheRecordsAndWhichTheStreamHas) {
         auto* const pane = find<DatabasePane>(display, "VIEWMEASUREMENTDATABASE");
         ASSERT_NE(pane, nullptr) << "it opens as it was left";
         EXPECT_EQ(find<QComboBox>(*pane, "databaseView")->currentIndex(), 2);
+    });
+}
+
+TEST_F(StreamDatabaseTest, ThePaneIsMovedAroundTheGridAndOpensThereAgain) {
+    const auto placeOf = [](QDialog& display) {
+        const auto& pane = *find<DatabasePane>(display, "VIEWMEASUREMENTDATABASE");
+        const auto& grid = *find<QWidget>(display, "pcm_display_window");
+        const auto at = pane.mapTo(&display, QPoint());
+        const auto beside = grid.mapTo(&display, QPoint());
+        return at.y() >= beside.y() + grid.height() ? DatabasePane::Side::Below
+               : at.x() > beside.x()                ? DatabasePane::Side::Right
+                                                    : DatabasePane::Side::Left;
+    };
+    bool isFirst = true;
+    for (const auto side :
+         {DatabasePane::Side::Right, DatabasePane::Side::Below, DatabasePane::Side::Left}) {
+        withDisplay([&](QDialog& display) {
+            if (isFirst) {
+                entry(display, "viewDatabase")->trigger();
+            }
+            isFirst = false;
+            find<QComboBox>(display, "databaseSide")->setCurrentIndex(static_cast<int>(side));
+            QApplication::processEvents();
+            EXPECT_EQ(placeOf(display), side);
+        });
+        withDisplay([&](QDialog& display) {
+            EXPECT_EQ(placeOf(display), side) << "it opens where it was left";
+            EXPECT_EQ(find<QComboBox>(display, "databaseSide")->currentIndex(),
+                      static_cast<int>(side));
+        });
+    }
+    EXPECT_EQ(settings().profileInteger("ViewMdb", "X", -1), 0);
+    EXPECT_EQ(settings().profileInteger("ViewMdb", "Y", -1), 0);
+}
+
+TEST_F(StreamDatabaseTest, ThePaneHasTheSizeThatItHadLast) {
+    int wide = 0;
+    withDisplay([&](QDialog& display) {
+        display.resize(1400, 800);
+        entry(display, "viewDatabase")->trigger();
+        QApplication::processEvents();
+        auto* const pane = find<DatabasePane>(display, "VIEWMEASUREMENTDATABASE");
+        auto* const parts = find<QSplitter>(display, "displaySplitter");
+        auto sizes = parts->sizes();
+        sizes.back() += 90;
+        sizes.front() -= 90;
+        parts->setSizes(sizes);
+        QApplication::processEvents();
+        wide = pane->width();
+    });
+    EXPECT_EQ(settings().profileInteger("ViewMdb", "DX", -1), wide);
+    withDisplay([&](QDialog& display) {
+        EXPECT_EQ(find<DatabasePane>(display, "VIEWMEASUREMENTDATABASE")->sizeHint().width(), wide);
     });
 }
 

@@ -255,8 +255,8 @@ TEST(MajorFrameWindow, CheckMarksFollowTheSettingsAndWriteThem) {
 TEST(MajorFrameWindow, ThePaneOfTheDatabaseOpensAsItWasLeft) {
     DisplayStage s;
     s.steps.databaseEntries = {{"&Store Stream", [](QWidget&) { return false; }}};
-    s.steps.makeDatabasePane = [](QWidget& window) {
-        auto* const pane = new QLabel(QStringLiteral("database"), &window);
+    s.steps.makeDatabasePane = [](QSplitter& parts) {
+        auto* const pane = new QLabel(QStringLiteral("database"), &parts);
         pane->setObjectName(QStringLiteral("databasePane"));
         return pane;
     };
@@ -285,9 +285,9 @@ TEST(MajorFrameWindow, WithoutADatabaseItsMenuIsDisabledAndNoPaneOpens) {
     DisplayStage s;
     s.settings.writeProfile("ViewMdb", "Enabled", "1");
     bool made = false;
-    s.steps.makeDatabasePane = [&](QWidget& window) {
+    s.steps.makeDatabasePane = [&](QSplitter& parts) {
         made = true;
-        return new QLabel(&window);
+        return new QLabel(&parts);
     };
     s.show([](MajorFrameWindow& window) {
         EXPECT_FALSE(find<QMenu>(window, "databaseMenu")->menuAction()->isEnabled());
