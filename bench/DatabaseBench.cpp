@@ -1,4 +1,5 @@
 // The measurement database with 50,000 records: read, check, index, and the records of a stream.
+#include "DatabaseRecords.h"
 #include "StreamWorld.h"
 #include "conversion/ConversionStore.h"
 #include "core/WorkingStore.h"
@@ -31,31 +32,13 @@ struct World {
     Messages messages{store};
 };
 
-MdbRecord recordOf(long number) {
-    MdbRecord record("MEASUREMENT-" + std::to_string(number));
-    record[mdbfield::kWordLength] = "16";
-    record[mdbfield::kMask] = "FW";
-    record[mdbfield::kTransferOrder] = "M";
-    record[mdbfield::kParityTransferOrder] = "D";
-    record[mdbfield::kParity] = "DE";
-    record[mdbfield::kFirstConversion] = "Strain gauge";
-    record[mdbfield::kDescription] = "Left wing, station " + std::to_string(number);
-    record[28] = "-100";
-    record[29] = "100";
-    record[mdbfield::kInputFormat] = "TWO";
-    record[mdbfield::kSampleRate] = "1000";
-    record[mdbfield::kType] = "PRS";
-    record[mdbfield::kData] = "0 -100 16384 -50 32768 0 49152 50 65535 100";
-    return record;
-}
-
 void write(World& world, MdbVersion version, long count) {
     (void)deleteFile(kPath);
     MeasurementDatabase database(world.messages, kPath, version, {});
     (void)database.open();
     MeasurementDatabase::Batch batch(database, nullptr);
     for (long i = 0; i < count; ++i) {
-        (void)database.add(nullptr, recordOf(i));
+        (void)database.add(nullptr, bench::recordOf(i));
     }
     (void)batch.commit(nullptr);
 }

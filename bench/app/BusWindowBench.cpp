@@ -6,62 +6,26 @@
 // The working store and the settings are those of the
 // environment.
 #include "BusGroupText.h"
+#include "TimingDoor.h"
 #include "app/bus/BusForms.h"
-#include "app/framework/DialogDoor.h"
 #include "app/framework/FormContext.h"
 #include "app/framework/Look.h"
 #include "application/Application.h"
 #include "core/WorkingStore.h"
 #include "core/document/GroupFiles.h"
 #include "core/files/FileIo.h"
-#include "core/talk/UserInterface.h"
 #include "core/text/Clock.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
-#include <vector>
 
 #include <QApplication>
-#include <QElapsedTimer>
 
 namespace {
 
 constexpr int kEdition = 2011;
-
-/// Nobody is there to answer; progress is not shown.
-class Silent : public kavu::UserInterface {
-  public:
-    kavu::Button message(const kavu::MessageBox&) override { return kavu::Button::No; }
-    std::optional<std::string> enterText(const kavu::TextPrompt&) override { return std::nullopt; }
-    std::optional<long> enterInteger(const kavu::IntegerPrompt&) override { return std::nullopt; }
-    std::optional<double> enterDouble(const kavu::DoublePrompt&) override { return std::nullopt; }
-    int chooseFromList(const std::string&, const std::vector<std::string>&) override { return -1; }
-    int selectFromTable(const kavu::TablePrompt&) override { return -1; }
-    std::optional<kavu::FileChoice> chooseFile(const kavu::FilePrompt&) override {
-        return std::nullopt;
-    }
-    void showMessages(const std::string&, const std::string&,
-                      const std::vector<std::string>&) override {}
-};
-
-/// Stops the time when the window is painted, and drops it.
-class TimingDoor : public kavu::DialogDoor {
-  public:
-    explicit TimingDoor(const QElapsedTimer& clock) : clock_(clock) {}
-    int run(QDialog& dialog) override {
-        dialog.show();
-        QApplication::processEvents();
-        dialog.grab();
-        opened.push_back(static_cast<double>(clock_.nsecsElapsed()) / 1e6);
-        return QDialog::Rejected;
-    }
-    std::vector<double> opened;
-
-  private:
-    const QElapsedTimer& clock_;
-};
 
 }  // namespace
 
@@ -75,7 +39,7 @@ int main(int argc, char** argv) {
     kavu::SystemClock clock;
     kavu::SystemRandomSource random;
     kavu::Application application(kavu::Environment::ofProcess(), clock, random, "");
-    Silent ui;
+    kavu::bench::Silent ui;
     if (!application.startUp(&ui)) {
         return 1;
     }
@@ -85,7 +49,7 @@ int main(int argc, char** argv) {
     (void)kavu::writeWholeFile(document.store.pathOf(kavu::groupFile('B', 1)),
                                kavu::bench::busGroup(messages));
     QElapsedTimer time;
-    TimingDoor door(time);
+    kavu::bench::TimingDoor door(time);
     auto form = kavu::formContext(ui, door, document);
     for (int i = 0; i < runs; ++i) {
         time.start();
