@@ -2,9 +2,13 @@
 #include "core/text/Text.h"
 #include "pcm/PcmFormat.h"
 #include "sdk/StreamMeasurements.h"
+#include "vocabulary/DGroupFields.h"
+#include "vocabulary/LocationTypes.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <numeric>
+#include <optional>
 #include <set>
 #include <string>
 #include <unordered_map>
@@ -62,6 +66,87 @@ std::vector<SdkLocation> locationsOf(const PcmFormat& format,
     return locations;
 }
 
+/// The word/frame locations of a measurement as its commands state them. An editor does not place
+/// one that is not in every frame of a stream without an ID counter, but where it is is known.
+class StatedRanges {
+  public:
+    StatedRanges(const PcmFormat& format, const SdkGroup& group, const SdkRow& row)
+        : format_(format), group_(group), row_(row) {}
+
+    /// None if any of them is outside the frame.
+    [[nodiscard]] std::vector<SdkLocation> read() const {
+        WordFrameDefinition definition;
+        if (!equalsIgnoreCase(row_.locationType, location_type::kWordFrame)) {
+            return {};
+        }
+        const int count = number(word_frame_field::kCount, {row_.list, row_.number}).value_or(0);
+        for (int k = 1; k <= count; ++k) {
+            auto location = readLocation(k);
+            if (location.fragments.empty()) {
+                return {};
+            }
+            definition.locations.push_back(std::move(location));
+        }
+        return locationsOf(format_, definition);
+    }
+
+  private:
+    [[nodiscard]] std::optional<int> number(const Field& field,
+                                            std::initializer_list<int> numbers) const {
+        return group_.number(fieldCode(field.code, numbers));
+    }
+
+    /// One without fragments if any of them cannot be used.
+    [[nodiscard]] WordFrameLocation readLocation(int k) const {
+        WordFrameLocation location;
+        location.wordLength =
+            number(word_frame_field::kLength, {row_.list, row_.number, k}).value_or(0);
+        const int count = std::max(
+            1, number(word_frame_field::kFragments, {row_.list, row_.number, k}).value_or(1));
+        for (int f = 1; f <= count; ++f) {
+            auto fragment = readFragment(k, f);
+            if (!fragment) {
+                return {};
+            }
+            location.fragments.push_back(std::move(*fragment));
+        }
+        std::stable_sort(
+            location.fragments.begin(), location.fragments.end(),
+            [](const auto& a, const auto& b) { return a.fragmentPosition < b.fragmentPosition; });
+        return location;
+    }
+
+    [[nodiscard]] std::optional<WordFrameFragment> readFragment(int k, int f) const {
+        const std::initializer_list<int> at{row_.list, row_.number, k, f};
+        const auto text = [&](const Field& field) {
+            return group_.value(field.code, at).value_or(std::string_view());
+        };
+        const auto value = [&](const Field& field) { return number(field, at).value_or(0); };
+        WordFrameFragment fragment;
+        fragment.startWord = value(word_frame_field::kWord);
+        fragment.wordInterval = value(word_frame_field::kWordInterval);
+        fragment.endWord = value(word_frame_field::kEndWord);
+        fragment.startFrame = value(word_frame_field::kFrame);
+        fragment.frameInterval = value(word_frame_field::kFrameInterval);
+        fragment.endFrame = value(word_frame_field::kEndFrame);
+        fragment.mask = text(word_frame_field::kMask);
+        fragment.fragmentPosition = value(word_frame_field::kPosition);
+        if (const auto order = text(word_frame_field::kTransferOrder); !order.empty()) {
+            fragment.transferOrder = toUpperAscii(order.front());
+        }
+        const bool isInside =
+            fragment.startWord >= 1 && fragment.startWord < format_.wordsPerMinorFrame &&
+            fragment.endWord < format_.wordsPerMinorFrame && fragment.startFrame >= 1 &&
+            fragment.startFrame <= format_.numberOfFrames &&
+            fragment.endFrame <= format_.numberOfFrames;
+        return isInside ? std::optional(fragment) : std::nullopt;
+    }
+
+    const PcmFormat& format_;
+    const SdkGroup& group_;
+    const SdkRow& row_;
+};
+
 /// Each sample of a measurement that ranges cannot state as a location of its own.
 std::vector<SdkLocation> samplesOf(const PcmFormat& format, const std::string& name) {
     std::vector<SdkLocation> locations;
@@ -118,7 +203,7 @@ bool isFragmentedRow(const SdkRow& row) {
 
 }  // namespace
 
-std::vector<SdkMeasurement> measurementsOfFormat(const PcmFormat& format,
+std::vector<SdkMeasurement> measurementsOfFormat(const PcmFormat& format, const SdkGroup& group,
                                                  const std::vector<SdkRow>& rows,
                                                  const SessionReport& report) {
     std::unordered_map<std::string, CellRef> cells;
@@ -134,7 +219,8 @@ std::vector<SdkMeasurement> measurementsOfFormat(const PcmFormat& format,
         measurement.locationType = row.locationType;
         const auto found = cells.find(lowerAscii(FixedText<32>(row.name).view()));
         if (found == cells.end()) {
-            if (isFragmentedRow(row)) {
+            measurement.locations = StatedRanges(format, group, row).read();
+            if (measurement.locations.empty() && isFragmentedRow(row)) {
                 report(formatPrintf("ERROR: Unable to add %s measurement '%s'.\n", row.locationType,
                                     row.name));
             }
@@ -143,7 +229,9 @@ std::vector<SdkMeasurement> measurementsOfFormat(const PcmFormat& format,
             measurement.locations = locationsOf(format, *definition);
         } else {
             measurement.locations = samplesOf(format, row.name);
-            reportIntervals(measurement, report);
+            if (isFragmentedRow(row)) {
+                reportIntervals(measurement, report);
+            }
         }
         if (!measurement.locations.empty()) {
             reportFragments(row, measurement, report);

@@ -188,7 +188,9 @@ bool TranslatorSdk::loadFormat(const SdkLink& link) {
         (void)convertToWordFrame(document.format, &parts_->talk);
         parts_->talk.setSilent(false);
     }
-    measurements_ = measurementsOfFormat(document.format, rows, report);
+    if (dataGroup) {
+        measurements_ = measurementsOfFormat(document.format, *dataGroup, rows, report);
+    }
     setStatusText(watcher,
                   formatPrintf("Initializing measurements in TMATS file. (%.0f%%)", 100.0));
     return true;

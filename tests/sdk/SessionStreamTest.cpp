@@ -1,4 +1,5 @@
 // The load of a stream by a session, and the queries on it.
+#include "pcm/LoadFixture.h"
 #include "sdk/SessionStage.h"
 
 #include <gmock/gmock.h>
@@ -92,6 +93,68 @@ TEST(SessionStreamTest, ReadsOlderLocationTypesOfAnEditionWithoutWordFrameLocati
     ASSERT_EQ(measurement.locations[0].fragments.size(), 2U);
     EXPECT_EQ(measurement.locations[0].fragments[1].word, (SdkRange{3, 0, 3}));
     EXPECT_EQ(measurement.wordLength, 32);
+}
+
+/// A stream of 16 words and 12 frames whose words 5, 9 and 13 are one supercommutated subframe.
+std::string subframes(const std::vector<Commands>& measurements) {
+    const auto commands =
+        plainFormat(16, 12) +
+        counterAt(1, 12,
+                  Commands{"SF\\N-1:1", "SF1-1-1:SUPER", "SF2-1-1:3", "SF3-1-1:FI", "SF4-1-1-1:5",
+                           "SF5-1-1:4", "SF6-1-1:12"});
+    std::string text = "G\\106:09;P-1\\DLN:Link;D-1\\DLN:Link;";
+    for (const auto& command : commands) {
+        text += "P-1\\" + command + ";";
+    }
+    for (const auto& command : listOf(measurements)) {
+        text += "D-1\\" + command + ";";
+    }
+    return text;
+}
+
+TEST(SessionStreamTest, GivesEachSampleOfFragmentsThatNoRangeCanState) {
+    SessionStage stage;
+    const auto at = [](int j, int position, int number) {
+        const auto place = "@-1-" + std::to_string(j);
+        return Commands{"FSF8" + place + ":" + std::to_string(position), "FSF9" + place + ":FW",
+                        "FSF11" + place + ":" + std::to_string(number)};
+    };
+    ASSERT_TRUE(stage.open(subframes({Commands{"MN@:F", "LT@:SFFR", "FSF\\N@:2", "FSF1@:32",
+                                               "FSF2\\N@:1", "FSF3@-1:SUPER", "FSF4@-1:E"} +
+                                      at(1, 1, 1) + at(2, 2, 2) + at(3, 5, 2)})));
+    ASSERT_EQ(stage.sdk.ParseTmatsPcmFormatInfo(1), 0) << all(stage.sdk);
+    EXPECT_EQ(stage.sdk.measurement(0).locations.size(), 3U);
+    EXPECT_EQ(stage.sdk.measurement(0).wordLength, 32);
+    EXPECT_THAT(stage.sdk.errors(),
+                Contains("WARNING: Could not determine Frame Increment for SFFR measurement\n'F' "
+                         "(Fragment #1).\n\n"));
+}
+
+TEST(SessionStreamTest, GivesAPlaceInSomeFramesOfAStreamWithoutAnIdCounter) {
+    SessionStage stage;
+    ASSERT_TRUE(
+        stage.open(format() + data("D-1\\MN-1-1:Some;D-1\\LT-1-1:WDFR;D-1\\MML\\N-1-1:2;"
+                                   "D-1\\MWL-1-1-1:12;D-1\\WP-1-1-1-1:4;D-1\\FP-1-1-1-1:2;"
+                                   "D-1\\FI-1-1-1-1:2;D-1\\WFM-1-1-1-1:1111;D-1\\WFT-1-1-1-1:l;"
+                                   "D-1\\WP-1-1-2-1:5;D-1\\FP-1-1-2-1:3;",
+                                   1)));
+    ASSERT_EQ(stage.sdk.ParseTmatsPcmFormatInfo(1), 0);
+    const auto& measurement = stage.sdk.measurement(0);
+    ASSERT_EQ(measurement.locations.size(), 2U) << all(stage.sdk);
+    EXPECT_EQ(measurement.wordLength, 12);
+    EXPECT_EQ(measurement.locations[0].fragments[0].frame, (SdkRange{2, 2, 4}));
+    EXPECT_EQ(measurement.locations[0].fragments[0].transferOrder, 'L');
+    EXPECT_EQ(measurement.locations[1].fragments[0].frame, (SdkRange{3, 0, 3}));
+    EXPECT_TRUE(stage.sdk.errors().empty()) << all(stage.sdk);
+}
+
+TEST(SessionStreamTest, GivesAPlaceOfASubframeAsWordsAndFrames) {
+    SessionStage stage;
+    ASSERT_TRUE(stage.open(subframes({{"MN@:S", "LT@:SF", "SF1@:SUPER", "SF2@:2", "SFM@:FW"}})));
+    ASSERT_EQ(stage.sdk.ParseTmatsPcmFormatInfo(1), 0) << all(stage.sdk);
+    ASSERT_EQ(stage.sdk.measurement(0).locations.size(), 1U) << all(stage.sdk);
+    EXPECT_EQ(stage.sdk.measurement(0).locations[0].fragments[0].word, (SdkRange{9, 0, 9}));
+    EXPECT_EQ(stage.sdk.measurement(0).locations[0].fragments[0].frame, (SdkRange{1, 0, 1}));
 }
 
 TEST(SessionStreamTest, ListsAMeasurementWithoutAValidPlaceAndSaysSo) {

@@ -1,0 +1,1 @@
+kavu_add_fuzzer(sdk SdkFuzz.cpp LIBS kavu_sdk)
