@@ -77,6 +77,9 @@ function(kavu_add_library folder)
         add_library(kavu_${folder} STATIC ${sources})
         kavu_precompile(kavu_${folder} <algorithm> <functional> <map> <optional>
                         <string> <string_view> <unordered_map> <vector>)
+        # It is also part of a shared library. Hidden names are called as directly as without.
+        set_target_properties(kavu_${folder} PROPERTIES POSITION_INDEPENDENT_CODE ON
+            CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
     else()
         # A folder of headers alone.
         add_library(kavu_${folder} INTERFACE)

@@ -40,6 +40,32 @@ if(TARGET kavu)
             DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
     kavu_install_compressed(docs/kavu.1 ${CMAKE_INSTALL_MANDIR}/man1)
 endif()
+# The library of the translator session, what a program is built with that uses it, and the module
+# for Python. Each package has its own copyright and changes.
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/python/kavu_sdk
+        DESTINATION lib/python3/dist-packages COMPONENT python
+        FILES_MATCHING PATTERN "*.py" PATTERN "py.typed")
+install(FILES ${PROJECT_SOURCE_DIR}/examples/sdk/list_streams.c
+              ${PROJECT_SOURCE_DIR}/examples/sdk/decode_masks.cpp
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libkavu-sdk-dev/examples COMPONENT development)
+install(FILES ${PROJECT_SOURCE_DIR}/examples/sdk/list_measurements.py
+              ${PROJECT_SOURCE_DIR}/examples/sdk/decode_frame.py
+              ${PROJECT_SOURCE_DIR}/examples/sdk/export_csv.py
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/python3-kavu-sdk/examples COMPONENT python)
+# The packager writes scripts that call it besides, whatever it is told.
+file(WRITE ${PROJECT_BINARY_DIR}/package/libkavu-sdk1
+     "libkavu-sdk1: maintscript-calls-ldconfig *\n")
+install(FILES ${PROJECT_BINARY_DIR}/package/libkavu-sdk1
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides COMPONENT library)
+set(kavu_package_of_library libkavu-sdk1)
+set(kavu_package_of_development libkavu-sdk-dev)
+set(kavu_package_of_python python3-kavu-sdk)
+foreach(component IN ITEMS library development python)
+    install(FILES ${PROJECT_SOURCE_DIR}/packaging/copyright
+                  ${PROJECT_BINARY_DIR}/compressed/changelog.gz
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${kavu_package_of_${component}}
+            COMPONENT ${component})
+endforeach()
 # What is installed and is no program: with the programs it is all that a package takes.
 add_custom_target(installed_files ALL DEPENDS ${compressed_files})
 add_dependencies(installed_files reference)
@@ -48,7 +74,8 @@ set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME kavu)
 set(CPACK_PACKAGE_VENDOR "Kavu developers")
 set(CPACK_PACKAGE_CONTACT "Kavu developers <developers@kavu.invalid>")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+# Each package has a first line of its own.
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 set(CPACK_PACKAGE_DESCRIPTION
     "Opens, checks, edits and saves the files of the telemetry attributes\n\
 transfer standard (TMATS) of IRIG 106 Chapter 9, editions 106-96 to 106-11.")
@@ -62,11 +89,48 @@ set(CPACK_DEBIAN_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 # The libraries come from what the program is linked with, not from a list that ages.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_COMPONENTS_GROUPING IGNORE)
+set(CPACK_COMPONENTS_ALL kavu library development python)
+set(CPACK_DEBIAN_KAVU_PACKAGE_NAME kavu)
+set(CPACK_DEBIAN_KAVU_DESCRIPTION "${PROJECT_DESCRIPTION}\n${CPACK_PACKAGE_DESCRIPTION}")
 # Printed pages are set in its letters.
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "fonts-liberation")
+set(CPACK_DEBIAN_KAVU_PACKAGE_DEPENDS "fonts-liberation")
 if(TARGET kavu)
     # What the windows load while they run is not seen in what they are linked with.
-    string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS
+    string(APPEND CPACK_DEBIAN_KAVU_PACKAGE_DEPENDS
            ", fonts-dejavu-core | fonts-freefont-ttf | fonts-noto-core")
 endif()
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME ${kavu_package_of_library})
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
+# What programs that are linked with it depend on, and that the loader hears of it.
+file(WRITE ${PROJECT_BINARY_DIR}/package/shlibs
+     "libkavu_sdk 1 ${kavu_package_of_library} (>= ${PROJECT_VERSION})
+")
+file(WRITE ${PROJECT_BINARY_DIR}/package/triggers "activate-noawait ldconfig
+")
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA
+    "${PROJECT_BINARY_DIR}/package/shlibs;${PROJECT_BINARY_DIR}/package/triggers")
+set(CPACK_DEBIAN_LIBRARY_DESCRIPTION
+    "library that reads TMATS files for translators\n\
+A session over a file of the telemetry attributes transfer standard gives its\n\
+data links, measurements with places and masks, and conversion records.")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME ${kavu_package_of_development})
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SHLIBDEPS OFF)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
+    "${kavu_package_of_library} (= ${PROJECT_VERSION})")
+set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION
+    "library that reads TMATS files - development files\n\
+The headers for C and C++, and examples.")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME ${kavu_package_of_python})
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_ARCHITECTURE all)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SHLIBDEPS OFF)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS
+    "python3 (>= 3.9), ${kavu_package_of_library} (>= ${PROJECT_VERSION})")
+set(CPACK_DEBIAN_PYTHON_DESCRIPTION
+    "module for Python that reads TMATS files\n\
+Sessions over files of the telemetry attributes transfer standard, with types\n\
+for links, measurements, places and masks.")
 include(CPack)

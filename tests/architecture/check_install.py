@@ -26,6 +26,11 @@ FILES = [
     "share/doc/kavu/samples/flight-test.tma",
     "share/doc/kavu/samples/flight-test-96.tma", "share/doc/kavu/samples/flight-test-11.tma",
     "share/doc/kavu/samples/mistakes.tma", "share/doc/kavu/samples/flight-test.mdb",
+    "include/kavu_sdk.h", "include/kavu_sdk.hpp",
+    "lib/python3/dist-packages/kavu_sdk/__init__.py",
+    "lib/python3/dist-packages/kavu_sdk/py.typed",
+    "share/doc/libkavu-sdk-dev/examples/list_streams.c",
+    "share/doc/python3-kavu-sdk/examples/decode_frame.py",
 ]
 APP_FILES = [
     "bin/kavu", "share/man/man1/kavu.1.gz", "share/applications/kavu.desktop",

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Makes the Debian package of a built tree, and has it judged by those who judge packages.
+"""Makes the Debian packages of a built tree, and has them judged by those who judge packages.
 
     check_package.py CPACK BUILD_DIR SCRATCH
 """
@@ -9,6 +9,9 @@ import shutil
 import subprocess
 import sys
 from pathlib import Path
+
+
+PACKAGES = ["kavu", "libkavu-sdk-dev", "libkavu-sdk1", "python3-kavu-sdk"]
 
 
 def run(*command, **more):
@@ -22,9 +25,12 @@ def check_package(package, tree):
                     env=environment)
     if judgement.returncode or judgement.stdout:
         yield f"lintian: {judgement.stdout}{judgement.stderr}"
+    tree.mkdir(parents=True)
     unpacked = run("dpkg-deb", "-x", str(package), str(tree))
     if unpacked.returncode:
         yield f"dpkg-deb: {unpacked.stderr}"
+    if not (tree / "usr/share/metainfo").exists():
+        return
     judgement = run("appstreamcli", "validate-tree", "--no-net", "--no-color", str(tree),
                     env=environment)
     if judgement.returncode or "Validation was successful" not in judgement.stdout:
@@ -35,11 +41,14 @@ def main(cpack, build, scratch_text):
     scratch = Path(scratch_text)
     shutil.rmtree(scratch, ignore_errors=True)
     made = run(cpack, "--config", f"{build}/CPackConfig.cmake", "-B", str(scratch))
-    packages = sorted(scratch.glob("kavu_*.deb"))
-    if made.returncode or len(packages) != 1:
-        findings = [f"cpack: {made.stdout}{made.stderr}"]
+    packages = sorted(scratch.glob("*.deb"))
+    names = [package.name.partition("_")[0] for package in packages]
+    if made.returncode or names != PACKAGES:
+        findings = [f"cpack: {names}; {made.stdout}{made.stderr}"]
     else:
-        findings = list(check_package(packages[0], scratch / "tree"))
+        findings = []
+        for package in packages:
+            findings += check_package(package, scratch / "tree" / package.stem)
     for finding in findings:
         print(finding)
     print(f"{len(findings)} findings")
