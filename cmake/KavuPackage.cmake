@@ -47,6 +47,7 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/python/kavu_sdk
         FILES_MATCHING PATTERN "*.py" PATTERN "py.typed")
 install(FILES ${PROJECT_SOURCE_DIR}/examples/sdk/list_streams.c
               ${PROJECT_SOURCE_DIR}/examples/sdk/decode_masks.cpp
+              ${PROJECT_SOURCE_DIR}/examples/sdk/csv_setup_translator.cpp
         DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libkavu-sdk-dev/examples COMPONENT development)
 install(FILES ${PROJECT_SOURCE_DIR}/examples/sdk/list_measurements.py
               ${PROJECT_SOURCE_DIR}/examples/sdk/decode_frame.py

@@ -115,6 +115,8 @@ OTHER_FILES = {
     "reports/writers/XlsxWriter.cpp": (1, "scratch of a workbook"),
     "reports/layout/LayoutFile.cpp": (6, "the layout of the user, and its working copy"),
     "sdk/SessionFiles.cpp": (4, "the files of a session, in a store of its own"),
+    "sdk/TranslatorConfiguration.cpp": (5, "the settings of translators"),
+    "sdk/TranslatorShell.cpp": (2, "the log of a translator"),
     "xml/XmlDocument.cpp": (1, "the file of the user"),
 }
 
