@@ -53,12 +53,16 @@ def decode(session: kavu_sdk.Session, link: str, frame_number: int,
 
 
 def main(path: str, link: str, frame_number: str, frame_path: str) -> int:
-    """Prints a line for each measurement."""
+    """Prints a line for each measurement: engineering values where there is a polynomial."""
     with open(frame_path, "rb") as file:
         data = file.read()
     with kavu_sdk.Session(path) as session:
         for name, values in decode(session, link, int(frame_number), data).items():
-            print(name, *values)
+            try:
+                convert = session.polynomial(name)
+            except kavu_sdk.Error:
+                convert = None  # a discrete or a derived measurement, for example
+            print(name, *(convert(value) if convert else value for value in values))
     return 0
 
 

@@ -21,7 +21,7 @@ from dataclasses import dataclass
 from types import TracebackType
 from typing import Any, Iterator, List, Optional, Tuple, Type, Union
 
-__all__ = ["Error", "Fragment", "Group", "Location", "Measurement", "Range", "Session", "Source",
+__all__ = ["Error", "Fragment", "Group", "Location", "Measurement", "Polynomial", "Range", "Session", "Source",
            "Stream"]
 
 _INTERFACE = 1
@@ -101,6 +101,20 @@ class Stream:
         return dict(self.groups).get(letter, 0)
 
 
+@dataclass(frozen=True)
+class Polynomial:
+    """The coefficients of a conversion in ascending powers of the telemetry value, or, if
+    `negative`, in descending ones: 0, -1, -2."""
+
+    coefficients: Tuple[float, ...]
+    negative: bool
+
+    def __call__(self, telemetry: float) -> float:
+        powers = range(len(self.coefficients))
+        return sum(coefficient * telemetry ** (-power if self.negative else power)
+                   for power, coefficient in zip(powers, self.coefficients))
+
+
 class _Range(ctypes.Structure):
     _fields_ = [(name, ctypes.c_int) for name in ("start", "interval", "end")]
 
@@ -161,6 +175,8 @@ _FUNCTIONS: List[Tuple[str, Any, List[Any]]] = [
     ("open_conversion", _P, [_P, ctypes.c_int64]),
     ("open_named_conversion", _P, [_P, _TEXT]),
     ("close_group", None, [_P]),
+    ("coefficients", _INT, [_P, _P, ctypes.POINTER(ctypes.c_double), _SIZE,
+                            ctypes.POINTER(_INT)]),
     ("group_number", ctypes.c_int64, [_P]),
     ("group_size", _SIZE, [_P]),
     ("group_field", _TEXT, [_P, _SIZE]),
@@ -342,6 +358,24 @@ class Session:
         if isinstance(record, str):
             return self._group(self._c.open_named_conversion(self._session, _bytes(record)))
         return self._group(self._c.open_conversion(self._session, record))
+
+    def polynomial(self, record: Union[int, str]) -> Optional["Polynomial"]:
+        """The polynomial of a conversion record, that of its pair set among them; None for a
+        record that there is not. Raises an `Error` for a record of another type."""
+        if isinstance(record, str):
+            handle = self._c.open_named_conversion(self._session, _bytes(record))
+        else:
+            handle = self._c.open_conversion(self._session, record)
+        if not handle:
+            return None
+        try:
+            values = (ctypes.c_double * 128)()
+            negative = ctypes.c_int()
+            count = self._check(self._c.coefficients(self._session, handle, values, len(values),
+                                                     ctypes.byref(negative)))
+            return Polynomial(tuple(values[:count]), bool(negative.value))
+        finally:
+            self._c.close_group(handle)
 
     def _last_error(self) -> Error:
         errors = self.errors

@@ -315,6 +315,39 @@ void kavu_sdk_close_group(kavu_sdk_group* group) {
     delete group;
 }
 
+int kavu_sdk_coefficients(kavu_sdk* session, const kavu_sdk_group* record, double* coefficients,
+                          size_t room, int* negative) {
+    return guarded(-1, [&] {
+        kavu::EuEvaluation found;
+        if (session == nullptr || record == nullptr ||
+            session->session->GetMeasurementEUCoefficients(record->group, found) < 0) {
+            return -1;
+        }
+        const auto& all = found.coefficients();
+        if (coefficients != nullptr) {
+            std::copy_n(all.begin(), std::min(room, all.size()), coefficients);
+        }
+        if (negative != nullptr) {
+            *negative = found.negativePowers() ? 1 : 0;
+        }
+        return static_cast<int>(all.size());
+    });
+}
+
+int kavu_sdk_evaluate(kavu_sdk* session, const kavu_sdk_group* record, double telemetry,
+                      double* value) {
+    return guarded(-1, [&] {
+        kavu::EuEvaluation found;
+        if (session == nullptr || record == nullptr || value == nullptr ||
+            session->session->GetMeasurementEUCoefficients(record->group, found) < 0) {
+            return -1;
+        }
+        const auto result = found.value(telemetry);
+        *value = result.value_or(0);
+        return result ? 0 : -1;
+    });
+}
+
 int64_t kavu_sdk_group_number(const kavu_sdk_group* group) {
     return group == nullptr ? 0 : group->group.number();
 }

@@ -1,7 +1,9 @@
 // The queries of a translator session on the stream that is loaded.
+#include "core/files/ProfileFile.h"
 #include "core/text/Printf.h"
 #include "core/text/Text.h"
 #include "sdk/TranslatorSdk.h"
+#include "vocabulary/CGroupFields.h"
 #include "vocabulary/DGroupFields.h"
 
 #include <algorithm>
@@ -136,6 +138,29 @@ int TranslatorSdk::GetMeasurementEUInfoByIndex(std::int64_t conversion, SdkGroup
         return -1;
     }
     record = std::move(*found);
+    return 0;
+}
+
+int TranslatorSdk::GetMeasurementEUCoefficients(const SdkGroup& record, EuEvaluation& evaluation) {
+    // A record is a section of keys where it is edited.
+    std::string name(record.value(c::kDcn.code).value_or(std::string_view()));
+    if (!ProfileFile::canBeSection(name)) {
+        name = groupHead('C', static_cast<int>(record.number()));
+    }
+    ProfileFile section({});
+    for (std::size_t i = 0; i < record.size(); ++i) {
+        const auto command = record.at(i);
+        if (ProfileFile::canBeKey(command.field) && !section.value(name, command.field)) {
+            section.setValue(name, command.field, command.value);
+        }
+    }
+    std::string why;
+    auto found = EuEvaluation::make(section, name, version(), why);
+    if (!found) {
+        writeError((why.starts_with("ERROR") ? why : "ERROR: '" + name + "': " + why) + "\n\n");
+        return -1;
+    }
+    evaluation = std::move(*found);
     return 0;
 }
 

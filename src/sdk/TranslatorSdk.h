@@ -6,6 +6,7 @@
 // `errors`, which the caller shows.
 #pragma once
 
+#include "conversion/EuEvaluation.h"
 #include "core/files/Environment.h"
 #include "core/text/Clock.h"
 #include "groups/DataSources.h"
@@ -135,6 +136,9 @@ class TranslatorSdk {
     int GetMeasurementFragmentMask(unsigned index, int location, int fragment, std::string& words);
     /// The conversion record C-n of a number.
     int GetMeasurementEUInfoByIndex(std::int64_t conversion, SdkGroup& record);
+    /// The polynomial of a conversion record: its coefficients, or those of the curve through its
+    /// pair set. -1 for a record of any other type, and for pairs that give no curve.
+    int GetMeasurementEUCoefficients(const SdkGroup& record, EuEvaluation& evaluation);
 
     // The conversion records, counted from 0 in the order of the file.
     [[nodiscard]] std::size_t conversionCount() const;

@@ -139,6 +139,16 @@ KAVU_SDK_API kavu_sdk_group* kavu_sdk_open_conversion(kavu_sdk* session, int64_t
 KAVU_SDK_API kavu_sdk_group* kavu_sdk_open_named_conversion(kavu_sdk* session, const char* name);
 KAVU_SDK_API void kavu_sdk_close_group(kavu_sdk_group* group);
 
+/* The polynomial of a conversion record, that of its pair set among them: copies as many of its
+ * coefficients as there is room for, in ascending powers of the telemetry value, and returns how
+ * many there are. `negative`, which may be null, is then 1 if the powers descend: 0, -1, -2. -1 for
+ * a record of another type. */
+KAVU_SDK_API int kavu_sdk_coefficients(kavu_sdk* session, const kavu_sdk_group* record,
+                                       double* coefficients, size_t room, int* negative);
+/* The engineering value of a telemetry value; -1 as above, or if it is not finite. */
+KAVU_SDK_API int kavu_sdk_evaluate(kavu_sdk* session, const kavu_sdk_group* record,
+                                   double telemetry, double* value);
+
 KAVU_SDK_API int64_t kavu_sdk_group_number(const kavu_sdk_group* group);
 /* The commands in the order of the file: the field without its group, as "MF1", and the value. Null
  * for an index that is out of range. */

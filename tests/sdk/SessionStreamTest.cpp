@@ -385,6 +385,36 @@ TEST_F(SessionQueryTest, GivesAConversionRecordByItsIndex) {
                                            "GetMeasurementEUInfoByIndex.\n\n"));
 }
 
+TEST(SessionConversionTest, GivesTheCoefficientsOfARecordAndTheCurveOfItsPairs) {
+    SessionStage stage;
+    ASSERT_TRUE(stage.open(
+        "G\\106:09;C-1\\DCN:A;C-1\\DCT:COE;C-1\\CO\\N:2;C-1\\CO:1;C-1\\CO-1:2;C-1\\CO-2:3;"
+        "C-2\\DCN:P;C-2\\DCT:PRS;C-2\\PS\\N:2;C-2\\PS1:Y;C-2\\PS2:1;C-2\\PS3-1:1;"
+        "C-2\\PS4-1:10;C-2\\PS3-2:2;C-2\\PS4-2:20;"));
+    EuEvaluation evaluation;
+    ASSERT_EQ(stage.sdk.GetMeasurementEUCoefficients(*stage.sdk.openConversion(0), evaluation), 0);
+    EXPECT_THAT(evaluation.coefficients(), ElementsAre(1, 2, 3));
+    ASSERT_EQ(stage.sdk.GetMeasurementEUCoefficients(*stage.sdk.openConversion(1), evaluation), 0);
+    ASSERT_EQ(evaluation.coefficients().size(), 2U);
+    EXPECT_NEAR(evaluation.coefficients()[1], 10, 1e-9);
+    EXPECT_TRUE(stage.sdk.errors().empty());
+}
+
+TEST(SessionConversionTest, SaysThatPairsGiveNoCurve) {
+    SessionStage stage;
+    ASSERT_TRUE(
+        stage.open("C-2\\DCN:P;C-2\\DCT:PRS;C-2\\PS\\N:2;C-2\\PS1:Y;C-2\\PS2:5;"
+                   "C-2\\PS3-1:1;C-2\\PS4-1:10;C-2\\PS3-2:2;C-2\\PS4-2:20;C-3\\DCN:D;"
+                   "C-3\\DCT:DIS;"));
+    EuEvaluation evaluation;
+    EXPECT_EQ(stage.sdk.GetMeasurementEUCoefficients(*stage.sdk.openConversion(0), evaluation), -1);
+    EXPECT_EQ(stage.sdk.GetMeasurementEUCoefficients(*stage.sdk.openConversion(1), evaluation), -1);
+    EXPECT_THAT(stage.sdk.errors(),
+                ElementsAre("ERROR: Unable to generate coefficients from pair sets definition for "
+                            "'P'.\n\tNumber of pair sets: 2 Order of fit: 5\n\n",
+                            "ERROR: 'D': A conversion of type \"DIS\" is no polynomial.\n\n"));
+}
+
 TEST(BitMaskTest, CountsBitsFromTheLeft) {
     EXPECT_THAT(BitMask("1001", 16).bits(), ElementsAre(1, 4));
     EXPECT_EQ(BitMask("1001", 16).words(), "0000000000000009");

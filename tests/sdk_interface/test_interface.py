@@ -81,6 +81,14 @@ class InterfaceTest(unittest.TestCase):
         self.assertIsNone(session.conversion("Masked"))
         self.assertIsNone(session.group("P", 9))
 
+    def test_gives_the_polynomial_of_a_record(self):
+        session = self.session()
+        curve = session.polynomial("Plain")
+        self.assertEqual(curve, kavu_sdk.Polynomial((0.0, 2.0), False))
+        self.assertEqual(curve(21), 42)
+        self.assertIsNone(session.polynomial("Masked"))
+        self.assertIsNone(session.polynomial(99))
+
     def test_substitutes_in_values(self):
         session = self.session()
         session.substitute("&", "&amp;")
@@ -141,6 +149,13 @@ class InterfaceTest(unittest.TestCase):
         first = decode_frame.decode(session, "Link", 1, FRAME)
         self.assertEqual(first, {"Plain": [0x12], "Masked": [0b1011], "Whole": [0xA12]})
         self.assertEqual(decode_frame.decode(session, "Link", 2, FRAME)["Second"], [0x44])
+        frame = os.path.join(self._folder.name, "frame.bin")
+        with open(frame, "wb") as file:
+            file.write(FRAME)
+        out = io.StringIO()
+        with contextlib.redirect_stdout(out):
+            decode_frame.main(self.path, "Link", "1", frame)
+        self.assertEqual(out.getvalue(), "Plain 36.0\nMasked 11\nWhole 2578\n")
         with self.assertRaisesRegex(ValueError, "not 48"):
             decode_frame.decode(session, "Link", 1, FRAME[:-1])
 
