@@ -13,7 +13,7 @@ _kavu_cli() {
             -*) ;;
             check | save | store | tree | recover | stream | rewrite | word-frame | \
                 bus | message | packet | conversions | evaluate | fit | vocabulary | get | set | report | \
-                calibration | plots | workbook)
+                calibration | plots | workbook | xml-import)
                 command=$word
                 break
                 ;;
@@ -100,13 +100,14 @@ _kavu_cli() {
             calibration) common+=" --link --layout --page-width --start-page --output" ;;
             plots) common+=" --output" ;;
             workbook) common+=" --delimited --output" ;;
+            xml-import) common+=" --schema --output" ;;
             "mdb "*) common+=" --database --database-version" ;;
             store) common+=" --into" ;;
             recover) common+=" --output --partial --list" ;;
         esac
         COMPREPLY=($(compgen -W "$common" -- "$current"))
     elif [[ -z $command ]]; then
-        COMPREPLY=($(compgen -W "check save store tree recover stream rewrite word-frame bus message packet conversions evaluate fit vocabulary get set source link mdb dbase xml sdk layout report calibration plots workbook" -- "$current"))
+        COMPREPLY=($(compgen -W "check save store tree recover stream rewrite word-frame bus message packet conversions evaluate fit vocabulary get set source link mdb dbase xml sdk layout report calibration plots workbook xml-import" -- "$current"))
     elif [[ $command == source ]]; then
         COMPREPLY=($(compgen -W "list copy rename delete import" -- "$current"))
     elif [[ $command == dbase ]]; then
@@ -128,7 +129,7 @@ _kavu_cli() {
         elif [[ $command == vocabulary ]]; then
             compopt +o filenames 2>/dev/null
             COMPREPLY=($(compgen -W "G T R M P D B S A C" -- "$current"))
-        elif [[ $command == fit || $command == workbook || $command == layout* ]]; then
+        elif [[ $command == fit || $command == workbook || $command == xml-import || $command == layout* ]]; then
             mapfile -t COMPREPLY < <(compgen -f -- "$current")
         else
             while IFS= read -r word; do

@@ -7,6 +7,7 @@
 #include "cli/ReportCommandLine.h"
 #include "cli/SdkCommandLine.h"
 #include "cli/TableCommandLine.h"
+#include "cli/XmlImportCommand.h"
 #include "conversion/CurveFit.h"
 #include "conversion/EuNumbers.h"
 #include "core/talk/QuestionNames.h"
@@ -101,6 +102,7 @@ struct CommandApps {
     TableApps tables;
     SdkApps sdk;
     ReportApps reports;
+    CLI::App* xmlImport;
 };
 
 void addLink(CLI::App& command, CommandLine& line) {
@@ -331,10 +333,14 @@ CommandApps addCommands(CLI::App& app, CommandLine& line, RawOptions& raw) {
     apps.tables = addTableCommands(app, line, raw.table);
     apps.sdk = addSdkCommands(app, line);
     apps.reports = addReportCommands(app, line, raw.report);
+    apps.xmlImport = addXmlImportCommand(app, line);
     return apps;
 }
 
 Command chosenCommand(const CommandApps& apps) {
+    if (apps.xmlImport->parsed()) {
+        return Command::XmlImport;
+    }
     if (apps.save->parsed()) {
         return Command::Save;
     }

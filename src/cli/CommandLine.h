@@ -73,7 +73,8 @@ enum class Command {
     Workbook,
     Report,
     Calibration,
-    Plots
+    Plots,
+    XmlImport
 };
 
 /// When a progress line is shown on standard error.
@@ -144,6 +145,12 @@ struct ReportArguments {
     bool isDelimited = false;          ///< `workbook`: delimited text
 };
 
+/// What the conversions to and from TMATS XML take besides their files.
+struct BridgeArguments {
+    bool isSchema = false;               ///< by the public schema
+    std::vector<std::string> streams{};  ///< `xml-export`: only these data links
+};
+
 struct CommandLine {
     Command command = Command::Check;
     bool json = false;
@@ -193,6 +200,7 @@ struct CommandLine {
     ImportArguments import;
     TableArguments table;  ///< `dbase`, `xml`
     ReportArguments report;
+    BridgeArguments bridge;
 };
 
 /// The command line, or, if there is nothing to run, what to print and how to exit: help

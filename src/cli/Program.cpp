@@ -12,6 +12,7 @@
 #include "cli/SdkCommands.h"
 #include "cli/TableCommands.h"
 #include "cli/TerminalText.h"
+#include "cli/XmlImportCommand.h"
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
 #include "core/document/OpenDocument.h"
@@ -184,11 +185,15 @@ class Run {
         if (isMdbCommand(line_.command)) {
             return mdbOpensDocument(line_.command);
         }
-        return line_.command != Command::Fit && line_.command != Command::Vocabulary;
+        return line_.command != Command::Fit && line_.command != Command::Vocabulary &&
+               line_.command != Command::XmlImport;
     }
 
     bool runAlone() {
         file_.opened = true;
+        if (line_.command == Command::XmlImport) {
+            return xmlImportCommand(context_, output_);
+        }
         if (isTableCommand(line_.command)) {
             return tableCommand(context_, output_);
         }
@@ -222,7 +227,8 @@ class Run {
         if (line_.json && !opensDocument()) {
             Json document = output_.members;
             document["messages"] = messageMembers(ui_);
-            if (line_.command != Command::Fit && line_.command != Command::Vocabulary) {
+            if (line_.command != Command::Fit && line_.command != Command::Vocabulary &&
+                line_.command != Command::XmlImport) {
                 document["questions"] = questionMembers(ui_);
             }
             return printed(document);

@@ -1,7 +1,7 @@
 // The tables of the schema's elements. Only for `SchemaElements.cpp`.
 #pragma once
 
-#include "vocabulary/SchemaElements.h"
+#include "vocabulary/SchemaElement.h"
 
 #include <span>
 
