@@ -226,6 +226,7 @@ std::vector<SdkMeasurement> measurementsOfFormat(const PcmFormat& format, const 
             }
         } else if (const auto* const definition = format.wordFrameDefinition(
                        format.cells().measurement(found->second).wordFrameIndex)) {
+            measurement.idCounterName = definition->idCounterName;
             measurement.locations = locationsOf(format, *definition);
         } else {
             measurement.locations = samplesOf(format, row.name);

@@ -37,10 +37,11 @@ struct SdkLocation {
 
 struct SdkMeasurement {
     std::string name;
-    std::string locationType;  ///< the `LT` of the file; empty on a bus
-    int wordLength = 0;        ///< of the first location; 0 without any
-    int bus = 0;               ///< the number of its bus, from 1; 0 in a PCM stream
-    int message = 0;           ///< the number of its message on the bus
+    std::string locationType;     ///< the `LT` of the file; empty on a bus
+    int wordLength = 0;           ///< of the first location; 0 without any
+    std::string idCounterName{};  ///< whose frames the ranges count; empty for the only one
+    int bus = 0;                  ///< the number of its bus, from 1; 0 in a PCM stream
+    int message = 0;              ///< the number of its message on the bus
     std::vector<SdkLocation> locations;
 
     [[nodiscard]] bool isFragmented() const {

@@ -1,0 +1,78 @@
+// What all parts of an export of TMATS XML share while it runs.
+#pragma once
+
+#include "sdk/TranslatorSdk.h"
+#include "xml/bridge/write/GroupRows.h"
+#include "xml/bridge/write/TagWriter.h"
+#include "xml/bridge/write/XmlExport.h"
+#include "xml/bridge/write/XmlPlan.h"
+#include "xml/bridge/write/XmlValues.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <set>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace kavu {
+
+class UserInterface;
+
+struct ExportRun {
+    ExportRun(TranslatorSdk& theSession, UserInterface* theParent,
+              const XmlExportOptions& theOptions, const TagWriter::Sink& sink,
+              XmlExportReport& theReport)
+        : session(theSession),
+          parent(theParent),
+          options(theOptions),
+          report(theReport),
+          tags(sink),
+          values(theOptions.dialect) {}
+
+    /// A status text that the report has too.
+    void status(std::string text);
+    /// A status text with a running number.
+    void progress(const std::string& text, std::size_t number, std::size_t count);
+    /// True once the user has cancelled.
+    [[nodiscard]] bool isCancelled();
+    /// A text of the session: a warning if it begins with that word, else an error.
+    void say(std::string text);
+    /// A line that is a warning whatever it begins with.
+    void sayAsWarning(std::string text);
+    /// Takes over what the session has said of itself.
+    void collect();
+    /// A command that the document does not hold.
+    void lose(std::string_view code) { report.losses.add(code); }
+    /// All commands of a group that were not taken, but for its link.
+    void loseRest(const GroupRows& rows, std::string_view link);
+    void markSeen(char letter, std::int64_t number) { seen_.insert({letter, number}); }
+    /// All commands of the groups that nothing has led to.
+    void loseOtherGroups();
+
+    [[nodiscard]] bool isSchema() const { return options.dialect == XmlDialect::Schema; }
+    /// A value of an attribute, escaped.
+    [[nodiscard]] std::string attribute(std::string_view name, std::string_view original) const;
+    [[nodiscard]] const XmlPlan& plan(char letter, std::span<const PlanStep> steps,
+                                      std::string_view within = {});
+
+    TranslatorSdk& session;
+    UserInterface* parent;
+    const XmlExportOptions& options;
+    XmlExportReport& report;
+    TagWriter tags;
+    XmlValues values;
+    bool isSilent = false;  ///< nothing goes to the errors of the session
+
+  private:
+    void sort(std::string text);
+
+    std::set<std::pair<char, std::int64_t>> seen_;  ///< groups that were written
+    std::size_t collected_ = 0;                     ///< texts of the session that the report has
+    std::map<const PlanStep*, XmlPlan> plans_;
+    bool isCancelled_ = false;
+};
+
+}  // namespace kavu

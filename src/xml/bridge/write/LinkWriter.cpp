@@ -1,0 +1,102 @@
+#include "xml/bridge/write/LinkWriter.h"
+
+#include "core/text/Printf.h"
+#include "core/text/Text.h"
+#include "xml/bridge/write/AsyncWriter.h"
+#include "xml/bridge/write/MeasurementWriter.h"
+
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace kavu {
+
+namespace {
+
+std::optional<SdkGroup> groupOf(ExportRun& run, const SdkLink& link, char letter) {
+    const int number = link.group(letter);
+    return number == 0 ? std::nullopt : run.session.openGroup(letter, number);
+}
+
+}  // namespace
+
+bool LinkWriter::write(const SdkLink& link) {
+    run_.status(formatPrintf("Creating DataLink '%s'...", link.name));
+    isParsed_ = true;
+    run_.tags.open("DataLink" + run_.attribute("Name", link.name));
+    bool isDone = writePcm(link) && writeSimple(link, 'B', "BusAttributes", busPlan()) &&
+                  writeSimple(link, 'A', "PAMAttributes", pamPlan()) &&
+                  writeSimple(link, 'S', "MessageDataAttributes", messagePlan());
+    isDone = isDone && (!isParsed_ || conversions_.writeLink(link));
+    run_.tags.close(run_.isSchema());
+    return isDone;
+}
+
+bool LinkWriter::writeSimple(const SdkLink& link, char letter, std::string_view element,
+                             std::span<const PlanStep> steps) {
+    auto group = groupOf(run_, link, letter);
+    if (!group) {
+        return true;
+    }
+    const std::string name(1, letter);
+    run_.status("Converting TMATS '" + name + "' group to XML...");
+    run_.tags.open(std::string(element), "\n" + name + " Group");
+    GroupRows rows(std::move(*group));
+    PlanWriter(run_.tags, run_.values, rows, run_.plan(letter, steps)).run();
+    run_.loseRest(rows, "DLN");
+    run_.tags.close();
+    return !run_.isCancelled();
+}
+
+/// The length of the pattern is that of the text.
+void LinkWriter::writeSyncPattern(PlanWriter& plan, const ElementStep& step) {
+    auto& rows = plan.rows();
+    const auto pattern = rows.take(rows.stem("MF5"), {});
+    if (!pattern) {
+        return;
+    }
+    const auto text = trim(*pattern);
+    const int length = rows.stem("MF4");
+    if (const auto stated = rows.peek(length, {});
+        stated && trim(*stated) == std::to_string(text.size())) {
+        (void)rows.take(length, {});
+    }
+    plan.moveAround(step);
+    run_.tags.value(step.path.back(), run_.values.plain(*pattern));
+}
+
+bool LinkWriter::writePcm(const SdkLink& link) {
+    auto group = groupOf(run_, link, 'P');
+    auto measurements = groupOf(run_, link, 'D');
+    if (!group && !measurements) {
+        return true;
+    }
+    run_.tags.open("PCMFormatAttributes", "\nP Group");
+    if (group) {
+        run_.status("Converting TMATS 'P' group to XML...");
+        GroupRows rows(std::move(*group));
+        AsyncWriter async(run_, link.number);
+        PlanWriter(run_.tags, run_.values, rows, run_.plan('P', pcmPlan()),
+                   [&](PlanWriter& plan, const ElementStep& step, const RowNumbers& at) {
+                       if (step.code == "MF5") {
+                           writeSyncPattern(plan, step);
+                           return true;
+                       }
+                       return async.write(plan, step, at);
+                   })
+            .run();
+        run_.loseRest(rows, "DLN");
+    }
+    // What the stream has wrong is said by the session.
+    isParsed_ = !group || !measurements || run_.session.ParseTmatsPcmFormatInfo(link.number) == 0;
+    run_.collect();
+    bool isDone = !run_.isCancelled();
+    if (isDone && measurements) {
+        run_.status("Converting TMATS 'D' group to XML...");
+        isDone = MeasurementWriter(run_, link).write(std::move(*measurements));
+    }
+    run_.tags.close();
+    return isDone;
+}
+
+}  // namespace kavu

@@ -1,0 +1,77 @@
+// The elements of an XML document as text, written as they come. Nothing is written of an element
+// until it has content, so an empty group leaves no trace.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kavu {
+
+class TagWriter {
+  public:
+    /// Takes the text of the document in pieces.
+    using Sink = std::function<void(std::string_view)>;
+    explicit TagWriter(Sink sink);
+    TagWriter(const TagWriter&) = delete;
+    TagWriter& operator=(const TagWriter&) = delete;
+    /// Hands on what is left.
+    ~TagWriter();
+
+    /// A line of its own, without indent.
+    void line(std::string_view text);
+    /// A comment at the present level. Line feeds at the front of the text become blank lines.
+    void comment(std::string_view text);
+
+    /// Opens an element. `tag` is its name, followed by its attributes; line feeds at its front
+    /// become blank lines. With `comment` a comment goes in front of it, if it is written at all.
+    void open(std::string tag, std::string comment = {});
+    /// Writes the start tags that are waiting.
+    void writeWaiting();
+    /// An element with a text, which must be escaped. One that is empty but for white space is not
+    /// written, unless the tag has an attribute.
+    void value(std::string_view tag, std::string_view text);
+    /// Text on lines of its own, as it is.
+    void block(std::string_view text);
+    /// Closes the innermost element. Without content it is not written, unless `isKept`: then it is
+    /// an empty element.
+    void close(bool isKept = false);
+
+    /// How many elements are open.
+    [[nodiscard]] std::size_t depth() const { return open_.size(); }
+    /// The name of the innermost open element; empty if there is none.
+    [[nodiscard]] std::string_view innermost() const;
+    /// True if the innermost open element has content.
+    [[nodiscard]] bool isWritten() const { return open_.size() == written_; }
+
+    /// A place of the document that `rollBack` can return to. Until it is released everything that
+    /// follows stays in memory. Places end in the reverse order of their making.
+    struct Mark {
+        std::size_t at = 0;
+        std::size_t written = 0;
+    };
+    [[nodiscard]] Mark mark();
+    void release(const Mark& mark);
+    /// Takes back what was written since. REQUIRES: as many elements are open as at the mark.
+    void rollBack(const Mark& mark);
+
+  private:
+    struct Element {
+        std::string tag;
+        std::string comment;
+    };
+    void indent(std::size_t level);
+    void lead(std::string_view& text);
+    void writeComment(std::string_view text);
+    void handOn();
+
+    Sink sink_;
+    std::string out_;
+    std::vector<Element> open_;
+    std::size_t written_ = 0;  ///< start tags that were written, of those that are open
+    std::size_t marks_ = 0;
+};
+
+}  // namespace kavu
