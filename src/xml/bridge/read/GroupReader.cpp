@@ -20,18 +20,28 @@ namespace {
 /// ask for any number.
 constexpr std::size_t kMostRepeatedRanges = 100'000;
 
-void find(XmlNode from, std::span<const std::string_view> steps, std::size_t most,
-          std::vector<XmlNode>& found) {
+XmlNode findFirst(XmlNode from, std::span<const std::string_view> steps) {
+    if (steps.empty()) {
+        return from;
+    }
+    for (const auto child : from.children()) {
+        if (child.type() == pugi::node_element && localName(child.name()) == steps.front()) {
+            if (const auto found = findFirst(child, steps.subspan(1))) {
+                return found;
+            }
+        }
+    }
+    return {};
+}
+
+void find(XmlNode from, std::span<const std::string_view> steps, std::vector<XmlNode>& found) {
     if (steps.empty()) {
         found.push_back(from);
         return;
     }
     for (const auto child : from.children()) {
-        if (found.size() >= most) {
-            return;
-        }
         if (child.type() == pugi::node_element && localName(child.name()) == steps.front()) {
-            find(child, steps.subspan(1), most, found);
+            find(child, steps.subspan(1), found);
         }
     }
 }
@@ -77,10 +87,14 @@ std::optional<int> termNumber(XmlNode term) {
 
 }  // namespace
 
-std::vector<XmlNode> findElements(XmlNode from, const ReadPath& path, std::size_t most) {
+std::vector<XmlNode> findElements(XmlNode from, const ReadPath& path) {
     std::vector<XmlNode> found;
-    find(from, path.steps, most, found);
+    find(from, path.steps, found);
     return found;
+}
+
+XmlNode findElement(XmlNode from, const ReadPath& path) {
+    return findFirst(from, path.steps);
 }
 
 std::vector<XmlNode> childrenOf(XmlNode element, std::string_view name) {
@@ -135,9 +149,8 @@ void GroupReader::readItem(const ReadItem& item, const Rows& rows) {
     const auto element = rows.at[rows.count].element;
     if (item.how == ReadAs::LocationLength) {
         // The measurement is the row around that of the location.
-        const auto lengths = childrenOf(rows.at[rows.count - 1].element, "Length");
-        if (!lengths.empty()) {
-            output_.writeText(prefix_, *item.field, codeOf(item.code, rows), lengths.front());
+        if (const auto length = findElement(rows.at[rows.count - 1].element, {{"Length"}})) {
+            output_.writeText(prefix_, *item.field, codeOf(item.code, rows), length);
         }
         return;
     }
@@ -145,17 +158,16 @@ void GroupReader::readItem(const ReadItem& item, const Rows& rows) {
         writeRows(item.code, rows, std::to_string(rows.at[rows.count].number));
         return;
     }
-    const auto most = readsAllElements(item.how) ? static_cast<std::size_t>(-1) : 1;
+    const bool readsAll = readsAllElements(item.how);
     for (const auto& path : item.paths) {
-        const auto found = findElements(element, path, most);
-        if (found.empty() ||
-            (!path.attribute.empty() && !attributeOf(found.front(), path.attribute))) {
+        const auto first = findElement(element, path);
+        if (!first || (!path.attribute.empty() && !attributeOf(first, path.attribute))) {
             continue;
         }
-        if (most > 1) {
-            readList(item, found, rows);
+        if (readsAll) {
+            readList(item, findElements(element, path), rows);
         } else {
-            readOne(item, found.front(), path.attribute, rows);
+            readOne(item, first, path.attribute, rows);
         }
         return;
     }
@@ -218,11 +230,9 @@ void GroupReader::readSubcommutation(const ReadItem& item, const std::vector<Xml
         for (const auto range : ranges) {
             ++number;
             for (const auto& column : columns) {
-                const auto found = findElements(range, {{column.element}}, 1);
-                if (!found.empty()) {
+                if (const auto found = findElement(range, {{column.element}})) {
                     output_.writeText(prefix_, *column.field,
-                                      codeOf(column.field->code, rows, {location, number}),
-                                      found.front());
+                                      codeOf(column.field->code, rows, {location, number}), found);
                 }
             }
         }
@@ -315,9 +325,8 @@ void GroupReader::readContacts(const ReadItem& item, const std::vector<XmlNode>&
         ++number;
         for (const auto& field : contactFields()) {
             const auto name = field.element.substr(field.element.rfind('/') + 1);
-            const auto found = findElements(contact, {{name}}, 1);
-            if (!found.empty()) {
-                output_.writeText(prefix_, field, fieldCode(field.code, {number}), found.front());
+            if (const auto found = findElement(contact, {{name}})) {
+                output_.writeText(prefix_, field, fieldCode(field.code, {number}), found);
             }
         }
     }
@@ -340,18 +349,19 @@ void GroupReader::readSources(const ReadItem& item, const std::vector<XmlNode>& 
 
 std::string GroupReader::codeOf(std::string_view pattern, const Rows& rows,
                                 std::initializer_list<int> more) const {
-    std::vector<int> numbers;
-    for (std::size_t i = 1; i <= rows.count; ++i) {
-        numbers.push_back(rows.at[i].number);
-    }
-    numbers.insert(numbers.end(), more);
     // What the schema has but once has the number 1.
+    std::array<int, kMostLevels + 2> numbers{};
     const auto wanted = static_cast<std::size_t>(indexCountOf(pattern));
-    if (numbers.size() < wanted) {
-        numbers.insert(numbers.begin(), wanted - numbers.size(), 1);
+    const auto given = rows.count + more.size();
+    std::size_t place = given < wanted ? wanted - given : 0;
+    std::fill_n(numbers.begin(), place, 1);
+    for (std::size_t i = 1; i <= rows.count; ++i) {
+        numbers.at(place++) = rows.at[i].number;
     }
-    numbers.resize(wanted);
-    return fieldCode(pattern, numbers);
+    for (const int number : more) {
+        numbers.at(place++) = number;
+    }
+    return fieldCode(pattern, std::span<const int>(numbers).first(wanted));
 }
 
 void GroupReader::writeRows(std::string_view pattern, const Rows& rows, std::string_view value,

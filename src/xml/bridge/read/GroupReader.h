@@ -10,9 +10,10 @@
 
 namespace kavu {
 
-/// The elements of a path, by local names, in the order of the document. `most` ends the search.
-[[nodiscard]] std::vector<XmlNode> findElements(XmlNode from, const ReadPath& path,
-                                                std::size_t most = static_cast<std::size_t>(-1));
+/// The elements of a path, by local names, in the order of the document; and the first of them, or
+/// null.
+[[nodiscard]] std::vector<XmlNode> findElements(XmlNode from, const ReadPath& path);
+[[nodiscard]] XmlNode findElement(XmlNode from, const ReadPath& path);
 /// The children of an element with this local name.
 [[nodiscard]] std::vector<XmlNode> childrenOf(XmlNode element, std::string_view name);
 

@@ -97,15 +97,15 @@ void ImportRun::readSourceGroups() {
 /// element.
 void ImportRun::readSourceGroup(const Source& source, char letter, std::string_view element,
                                 int& number) {
-    const auto found = findElements(source.element, {{element}}, 1);
-    if (found.empty() && isSchema()) {
+    const auto found = findElement(source.element, {{element}});
+    if (!found && isSchema()) {
         return;
     }
     say(formatPrintf("Creating TMATS '%c' group for data source '%s'...", letter, source.name));
     const auto prefix = prefixOf(letter, ++number);
     output_.write(prefix, kSourceLink, source.name);
-    if (!found.empty()) {
-        GroupReader(output_, letter, prefix).read(found.front());
+    if (found) {
+        GroupReader(output_, letter, prefix).read(found);
     }
 }
 

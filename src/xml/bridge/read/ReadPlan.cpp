@@ -138,7 +138,12 @@ class PlanMaker {
                            other.code == field.codeFromXml;
                 });
             const auto paths = readPaths(field, dialect_);
-            if (!paths.empty() && !isReplaced && !isOutside(field, letter_) &&
+            // A track has its data link as a column, and older editions had it among the details.
+            const bool isTwice =
+                std::any_of(fields.begin(), fields.end(), [&](const Field* earlier) {
+                    return earlier->code == field.code && readPaths(*earlier, dialect_) == paths;
+                });
+            if (!paths.empty() && !isReplaced && !isTwice && !isOutside(field, letter_) &&
                 !isPartOfAnother(field, dialect_)) {
                 fields.push_back(&field);
             }

@@ -1,0 +1,1 @@
+kavu_add_fuzzer(xmlimport XmlImportFuzz.cpp LIBS kavu_xml)
