@@ -94,6 +94,7 @@ _kavu_cli() {
             "dbase set") common+=" --row" ;;
             "dbase find") common+=" --case --whole" ;;
             "dbase purge") common+=" --yes" ;;
+            xml-export) common+=" --schema --stream --output" ;;
             "xml "*) common+=" --root" ;;
             "layout set") common+=" --output" ;;
             report) common+=" --kind --to --layout --page-width --page-lines --start-page --output" ;;
@@ -107,7 +108,7 @@ _kavu_cli() {
         esac
         COMPREPLY=($(compgen -W "$common" -- "$current"))
     elif [[ -z $command ]]; then
-        COMPREPLY=($(compgen -W "check save store tree recover stream rewrite word-frame bus message packet conversions evaluate fit vocabulary get set source link mdb dbase xml sdk layout report calibration plots workbook xml-import" -- "$current"))
+        COMPREPLY=($(compgen -W "check save store tree recover stream rewrite word-frame bus message packet conversions evaluate fit vocabulary get set source link mdb dbase xml xml-export sdk layout report calibration plots workbook xml-import" -- "$current"))
     elif [[ $command == source ]]; then
         COMPREPLY=($(compgen -W "list copy rename delete import" -- "$current"))
     elif [[ $command == dbase ]]; then

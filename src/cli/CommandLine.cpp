@@ -7,6 +7,7 @@
 #include "cli/ReportCommandLine.h"
 #include "cli/SdkCommandLine.h"
 #include "cli/TableCommandLine.h"
+#include "cli/XmlExportCommand.h"
 #include "cli/XmlImportCommand.h"
 #include "conversion/CurveFit.h"
 #include "conversion/EuNumbers.h"
@@ -103,6 +104,7 @@ struct CommandApps {
     SdkApps sdk;
     ReportApps reports;
     CLI::App* xmlImport;
+    CLI::App* xmlExport;
 };
 
 void addLink(CLI::App& command, CommandLine& line) {
@@ -334,12 +336,16 @@ CommandApps addCommands(CLI::App& app, CommandLine& line, RawOptions& raw) {
     apps.sdk = addSdkCommands(app, line);
     apps.reports = addReportCommands(app, line, raw.report);
     apps.xmlImport = addXmlImportCommand(app, line);
+    apps.xmlExport = addXmlExportCommand(app, line);
     return apps;
 }
 
 Command chosenCommand(const CommandApps& apps) {
     if (apps.xmlImport->parsed()) {
         return Command::XmlImport;
+    }
+    if (apps.xmlExport->parsed()) {
+        return Command::XmlExport;
     }
     if (apps.save->parsed()) {
         return Command::Save;

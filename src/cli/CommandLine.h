@@ -74,7 +74,8 @@ enum class Command {
     Report,
     Calibration,
     Plots,
-    XmlImport
+    XmlImport,
+    XmlExport
 };
 
 /// When a progress line is shown on standard error.

@@ -185,8 +185,7 @@ MdbApps addMdbCommands(CLI::App& app, CommandLine& line, RawMdb& raw) {
     command = &commands.add(Command::MdbConvert, "convert",
                             "Write every record into a database of another form");
     oneValue(command->add_option("--to", raw.to, "The form: 0, 1 or 2"), "VERSION")->required();
-    command->add_flag("--append", line.mdb.append,
-                      "Add to what OUT has, instead of replacing it");
+    command->add_flag("--append", line.mdb.append, "Add to what OUT has, instead of replacing it");
     commands.addOutput(*command);
     addStreamParts(commands, line, raw);
     return apps;

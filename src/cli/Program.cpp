@@ -12,6 +12,7 @@
 #include "cli/SdkCommands.h"
 #include "cli/TableCommands.h"
 #include "cli/TerminalText.h"
+#include "cli/XmlExportCommand.h"
 #include "cli/XmlImportCommand.h"
 #include "core/TmatsDocument.h"
 #include "core/WorkingStore.h"
@@ -186,13 +187,16 @@ class Run {
             return mdbOpensDocument(line_.command);
         }
         return line_.command != Command::Fit && line_.command != Command::Vocabulary &&
-               line_.command != Command::XmlImport;
+               line_.command != Command::XmlImport && line_.command != Command::XmlExport;
     }
 
     bool runAlone() {
         file_.opened = true;
         if (line_.command == Command::XmlImport) {
             return xmlImportCommand(context_, output_);
+        }
+        if (line_.command == Command::XmlExport) {
+            return xmlExportCommand(context_, output_);
         }
         if (isTableCommand(line_.command)) {
             return tableCommand(context_, output_);
@@ -221,7 +225,8 @@ class Run {
 
     /// All that goes to standard output. What the command has made for it is used up.
     [[nodiscard]] std::string report(bool done) {
-        if (line_.json && (line_.list || isSdkCommand(line_.command))) {
+        if (line_.json &&
+            (line_.list || isSdkCommand(line_.command) || line_.command == Command::XmlExport)) {
             return printed(output_.members);
         }
         if (line_.json && !opensDocument()) {

@@ -70,7 +70,8 @@ bool AsyncWriter::writeLocations(PlanWriter& plan, const ElementStep& step, cons
                              at.last(), location));
             return false;
         }
-        run_.tags.value(step.path.back(), run_.values.plain(*value));
+        run_.tags.value(step.path.back(), run_.values.plain(*value),
+                        rows.code(codes.location, at.row(static_cast<std::size_t>(location))));
     }
     return true;
 }
@@ -85,7 +86,8 @@ void AsyncWriter::writeColumn(PlanWriter& plan, const ElementStep& step, const R
         if (!value) {
             return;
         }
-        run_.tags.value(step.path.back(), run_.values.plain(*value));
+        run_.tags.value(step.path.back(), run_.values.plain(*value),
+                        rows.code(step.stem, at.row(location)));
     }
 }
 
@@ -115,7 +117,8 @@ void AsyncWriter::writeRange(PlanWriter& plan, const ElementStep& step, const Co
     run_.tags.open(std::string(step.path.back()));
     for (std::size_t part = 0; part < codes.range.size(); ++part) {
         if (const auto value = rows.take(rows.stem(codes.range[part]), range)) {
-            run_.tags.value(kRangeElements[part], run_.values.plain(*value));
+            run_.tags.value(kRangeElements[part], run_.values.plain(*value),
+                            rows.code(codes.range[part], range));
         }
     }
     run_.tags.close();

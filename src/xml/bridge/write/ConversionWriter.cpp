@@ -132,11 +132,14 @@ void ConversionWriter::writeRecord(std::size_t record) {
     GroupRows rows(std::move(*group));
     (void)rows.take(rows.stem("DCN"), {});
     run_.tags.open("Measurement" + run_.attribute("Name", run_.session.conversionName(record)));
-    PlanWriter(run_.tags, run_.values, rows, run_.plan('C', conversionPlan()),
-               [&](PlanWriter& plan, const ElementStep& step, const RowNumbers&) {
-                   return writeSpecial(plan, step);
-               })
-        .run();
+    {
+        const CheckedPart part(run_, 'C');
+        PlanWriter(run_.tags, run_.values, rows, run_.plan('C', conversionPlan()),
+                   [&](PlanWriter& plan, const ElementStep& step, const RowNumbers&) {
+                       return writeSpecial(plan, step);
+                   })
+            .run();
+    }
     if (!isWritten_[record]) {
         isWritten_[record] = true;
         run_.loseRest(rows, "DCN");
@@ -173,7 +176,8 @@ void ConversionWriter::writeCalibration(PlanWriter& plan, const ElementStep& cou
         run_.tags.open(kind == "MC" ? "InflightCalibration" : "AmbientValue");
         for (std::size_t i = 0; i < stems.size(); ++i) {
             if (const auto value = rows.take(stems[i], at)) {
-                run_.tags.value(kElements[i], run_.values.plain(*value));
+                run_.tags.value(kElements[i], run_.values.plain(*value),
+                                rows.code(kind + std::to_string(i + 1), at));
             }
         }
         run_.tags.close();
@@ -200,7 +204,7 @@ void ConversionWriter::writeTerms(PlanWriter& plan, const ElementStep& term) {
         if (const auto value = rows.take(stem, at)) {
             plan.moveAround(term);
             run_.tags.value(std::string(term.path.back()) + " N=\"" + std::to_string(number) + "\"",
-                            run_.values.plain(*value));
+                            run_.values.plain(*value), rows.code(term.stem, at));
         }
     };
     writeTerm(0, {});
@@ -222,15 +226,11 @@ void ConversionWriter::writeWithAttribute(PlanWriter& plan, const ElementStep& s
     }
     std::string tag(step.path.back());
     if (beside) {
-        tag += ' ';
-        tag += attribute;
-        tag += "=\"";
-        tag +=
-            run_.values.text(fieldOf(code), attribute, *beside, rows.prefix() + std::string(code));
-        tag += '"';
+        tag += run_.attribute(attribute, fieldOf(code), *beside, rows.code(code, {}));
     }
     plan.moveAround(step);
-    run_.tags.value(tag, text ? run_.values.plain(*text) : std::string());
+    run_.tags.value(tag, text ? run_.values.plain(*text) : std::string(),
+                    rows.code(text ? step.stem : code, {}));
 }
 
 /// The one group that is written although it is empty, with its attributes.
@@ -242,16 +242,9 @@ void ConversionWriter::writeConversion(GroupRows& rows, const ElementStep& step)
         if (!value) {
             return;
         }
-        const auto full = rows.prefix() + std::string(code);
-        const auto text = run_.values.text(fieldOf(code), name, *value, full);
-        if (text.empty()) {
-            run_.lose(full);
-            return;
-        }
-        tag += ' ';
-        tag += name;
-        tag += "=\"" + text + "\"";
-        hasAttribute = true;
+        const auto text = run_.attribute(name, fieldOf(code), *value, rows.code(code, {}));
+        tag += text;
+        hasAttribute = hasAttribute || !text.empty();
     };
     add("Type", step.code);
     add("DateAndTimeReleased", "CRT");

@@ -1,6 +1,7 @@
 #include "xml/bridge/write/ExportRun.h"
 
 #include "core/talk/UserInterface.h"
+#include "core/text/Printf.h"
 #include "core/text/Text.h"
 
 #include <utility>
@@ -84,6 +85,34 @@ std::string ExportRun::attribute(std::string_view name, std::string_view origina
     // changed by the session.
     const auto text = isSchema() ? std::string(original) : session.substituted(original);
     return " " + std::string(name) + "=\"" + values.plain(text) + "\"";
+}
+
+std::string ExportRun::attribute(std::string_view name, const Field& field, std::string_view value,
+                                 const std::string& code) {
+    const auto text = values.text(field, name, value, code);
+    if (text.starts_with(kNoChoice)) {
+        lose(code);
+        return {};
+    }
+    // A date that is none is noted already.
+    return text.empty() ? std::string() : " " + std::string(name) + "=\"" + text + "\"";
+}
+
+void ExportRun::sayLosses() {
+    for (const auto& code : values.dropped()) {
+        lose(code);
+    }
+    if (!isSchema()) {
+        return;
+    }
+    for (const auto& loss : report.losses.list()) {
+        say(loss.count == 1
+                ? formatPrintf("Warning: The schema has no place for the TMATS command '%s'.",
+                               loss.code)
+                : formatPrintf("Warning: The schema has no place for the TMATS command '%s' and %d "
+                               "others of this kind.",
+                               loss.code, static_cast<int>(loss.count - 1)));
+    }
 }
 
 const XmlPlan& ExportRun::plan(char letter, std::span<const PlanStep> steps,

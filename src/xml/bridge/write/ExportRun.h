@@ -49,12 +49,17 @@ struct ExportRun {
     /// All commands of a group that were not taken, but for its link.
     void loseRest(const GroupRows& rows, std::string_view link);
     void markSeen(char letter, std::int64_t number) { seen_.insert({letter, number}); }
+    /// Says what the schema has no place for.
+    void sayLosses();
     /// All commands of the groups that nothing has led to.
     void loseOtherGroups();
 
     [[nodiscard]] bool isSchema() const { return options.dialect == XmlDialect::Schema; }
     /// A value of an attribute, escaped.
     [[nodiscard]] std::string attribute(std::string_view name, std::string_view original) const;
+    /// The value of a command as an attribute; nothing, which is a loss, if it cannot be one.
+    [[nodiscard]] std::string attribute(std::string_view name, const Field& field,
+                                        std::string_view value, const std::string& code);
     [[nodiscard]] const XmlPlan& plan(char letter, std::span<const PlanStep> steps,
                                       std::string_view within = {});
 
@@ -73,6 +78,35 @@ struct ExportRun {
     std::size_t collected_ = 0;                     ///< texts of the session that the report has
     std::map<const PlanStep*, XmlPlan> plans_;
     bool isCancelled_ = false;
+};
+
+/// A part of a group of which, in the schema's dialect, only what the schema allows is written: all
+/// that is written while it lives.
+class CheckedPart {
+  public:
+    /// `path` is that of the element that is open, in the element of the group. The run must
+    /// outlive the part.
+    CheckedPart(ExportRun& run, char letter, std::string path = {}, std::string_view without = {})
+        : run_(run), letter_(letter), path_(std::move(path)), without_(without) {
+        if (run_.isSchema()) {
+            run_.tags.beginChecked();
+        }
+    }
+    CheckedPart(const CheckedPart&) = delete;
+    CheckedPart& operator=(const CheckedPart&) = delete;
+    ~CheckedPart() {
+        if (run_.isSchema()) {
+            run_.tags.endChecked(SchemaTree(
+                letter_, std::move(path_), [this](const std::string& code) { run_.lose(code); },
+                without_));
+        }
+    }
+
+  private:
+    ExportRun& run_;
+    char letter_;
+    std::string path_;
+    std::string_view without_;
 };
 
 }  // namespace kavu

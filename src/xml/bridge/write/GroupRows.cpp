@@ -29,6 +29,16 @@ GroupRows::GroupRows(SdkGroup group) : group_(std::move(group)) {
     });
 }
 
+std::string GroupRows::code(std::string_view stem, const RowNumbers& at) const {
+    std::string text = group_.prefix();
+    text += stem;
+    for (int i = 0; i < at.count; ++i) {
+        text += '-';
+        appendNumber(text, at.at[static_cast<std::size_t>(i)]);
+    }
+    return text;
+}
+
 int GroupRows::stem(std::string_view stem) const {
     const auto it = stems_.find(lowerAscii(stem));
     return it == stems_.end() ? kNoStem : it->second;

@@ -24,6 +24,8 @@ class GroupRows {
     [[nodiscard]] const std::string& prefix() const { return group_.prefix(); }
     [[nodiscard]] char letter() const { return group_.letter(); }
     [[nodiscard]] std::int64_t number() const { return group_.number(); }
+    /// The whole code of a stem at a row.
+    [[nodiscard]] std::string code(std::string_view stem, const RowNumbers& at) const;
 
     /// The number of a stem ("MN" of "MN-n-m"), in any case; `kNoStem` if no command has it.
     static constexpr int kNoStem = -1;

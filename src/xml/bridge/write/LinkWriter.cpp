@@ -5,6 +5,8 @@
 #include "xml/bridge/write/AsyncWriter.h"
 #include "xml/bridge/write/MeasurementWriter.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <utility>
@@ -18,22 +20,59 @@ std::optional<SdkGroup> groupOf(ExportRun& run, const SdkLink& link, char letter
     return number == 0 ? std::nullopt : run.session.openGroup(letter, number);
 }
 
+bool holdsMessages(const SdkGroup& bus) {
+    for (std::size_t place = 0; place < bus.size(); ++place) {
+        if (isOfPattern(bus.at(place).field, "NMS\\N-n")) {
+            return true;
+        }
+    }
+    return false;
+}
+
 }  // namespace
 
 bool LinkWriter::write(const SdkLink& link) {
     run_.status(formatPrintf("Creating DataLink '%s'...", link.name));
     isParsed_ = true;
     run_.tags.open("DataLink" + run_.attribute("Name", link.name));
-    bool isDone = writePcm(link) && writeSimple(link, 'B', "BusAttributes", busPlan()) &&
-                  writeSimple(link, 'A', "PAMAttributes", pamPlan()) &&
-                  writeSimple(link, 'S', "MessageDataAttributes", messagePlan());
-    isDone = isDone && (!isParsed_ || conversions_.writeLink(link));
+    const bool isDone = (run_.isSchema() ? writeOne(link) : writeAll(link)) &&
+                        (!isParsed_ || conversions_.writeLink(link));
     run_.tags.close(run_.isSchema());
     return isDone;
 }
 
+bool LinkWriter::writeAll(const SdkLink& link) {
+    return writePcm(link, false) && writeBus(link, {}) &&
+           writeSimple(link, 'A', "PAMAttributes", pamPlan()) &&
+           writeSimple(link, 'S', "MessageDataAttributes", messagePlan());
+}
+
+/// A link has one kind of groups in the schema: the one that the file says most of. A bus without
+/// messages is a part of its PCM format, where there are no measurements beside it.
+bool LinkWriter::writeOne(const SdkLink& link) {
+    const auto sizeOf = [&](char letter) {
+        const auto group = groupOf(run_, link, letter);
+        return group ? group->size() : std::size_t{0};
+    };
+    const auto bus = groupOf(run_, link, 'B');
+    const bool isBusOfFormat =
+        bus && link.group('P') != 0 && link.group('D') == 0 && !holdsMessages(*bus);
+    const std::size_t pcm =
+        sizeOf('P') + sizeOf('D') + (isBusOfFormat ? bus->size() : std::size_t{0});
+    const std::size_t other = std::max(sizeOf('A'), sizeOf('S'));
+    if (pcm > 0 && pcm >= std::max(sizeOf('B'), other)) {
+        return writePcm(link, isBusOfFormat);
+    }
+    if (bus && bus->size() >= other) {
+        return writeBus(link, " BusParity UserDefined MeasurementName ");
+    }
+    return sizeOf('A') >= sizeOf('S')
+               ? writeSimple(link, 'A', "PAMAttributes", pamPlan())
+               : writeSimple(link, 'S', "MessageDataAttributes", messagePlan());
+}
+
 bool LinkWriter::writeSimple(const SdkLink& link, char letter, std::string_view element,
-                             std::span<const PlanStep> steps) {
+                             std::span<const PlanStep> steps, std::string_view without) {
     auto group = groupOf(run_, link, letter);
     if (!group) {
         return true;
@@ -42,7 +81,10 @@ bool LinkWriter::writeSimple(const SdkLink& link, char letter, std::string_view 
     run_.status("Converting TMATS '" + name + "' group to XML...");
     run_.tags.open(std::string(element), "\n" + name + " Group");
     GroupRows rows(std::move(*group));
-    PlanWriter(run_.tags, run_.values, rows, run_.plan(letter, steps)).run();
+    {
+        const CheckedPart part(run_, letter, {}, without);
+        PlanWriter(run_.tags, run_.values, rows, run_.plan(letter, steps)).run();
+    }
     run_.loseRest(rows, "DLN");
     run_.tags.close();
     return !run_.isCancelled();
@@ -62,10 +104,10 @@ void LinkWriter::writeSyncPattern(PlanWriter& plan, const ElementStep& step) {
         (void)rows.take(length, {});
     }
     plan.moveAround(step);
-    run_.tags.value(step.path.back(), run_.values.plain(*pattern));
+    run_.tags.value(step.path.back(), run_.values.plain(*pattern), rows.code("MF5", {}));
 }
 
-bool LinkWriter::writePcm(const SdkLink& link) {
+bool LinkWriter::writePcm(const SdkLink& link, bool hasBus) {
     auto group = groupOf(run_, link, 'P');
     auto measurements = groupOf(run_, link, 'D');
     if (!group && !measurements) {
@@ -75,6 +117,7 @@ bool LinkWriter::writePcm(const SdkLink& link) {
     if (group) {
         run_.status("Converting TMATS 'P' group to XML...");
         GroupRows rows(std::move(*group));
+        const CheckedPart part(run_, 'P');
         AsyncWriter async(run_, link.number);
         PlanWriter(run_.tags, run_.values, rows, run_.plan('P', pcmPlan()),
                    [&](PlanWriter& plan, const ElementStep& step, const RowNumbers& at) {
@@ -94,6 +137,9 @@ bool LinkWriter::writePcm(const SdkLink& link) {
     if (isDone && measurements) {
         run_.status("Converting TMATS 'D' group to XML...");
         isDone = MeasurementWriter(run_, link).write(std::move(*measurements));
+    }
+    if (isDone && hasBus) {
+        isDone = writeBus(link, " Message ");
     }
     run_.tags.close();
     return isDone;

@@ -20,10 +20,15 @@ class LinkWriter {
     bool write(const SdkLink& link);
 
   private:
-    bool writePcm(const SdkLink& link);
+    bool writeAll(const SdkLink& link);
+    bool writeOne(const SdkLink& link);
+    bool writePcm(const SdkLink& link, bool hasBus);
     void writeSyncPattern(PlanWriter& plan, const ElementStep& step);
     bool writeSimple(const SdkLink& link, char letter, std::string_view element,
-                     std::span<const PlanStep> steps);
+                     std::span<const PlanStep> steps, std::string_view without = {});
+    bool writeBus(const SdkLink& link, std::string_view without) {
+        return writeSimple(link, 'B', "BusAttributes", busPlan(), without);
+    }
 
     ExportRun& run_;
     ConversionWriter& conversions_;

@@ -96,13 +96,15 @@ void MeasurementWriter::writeField(GroupRows& rows, int stem, const Field& field
     if (!value) {
         return;
     }
-    run_.tags.value(element, run_.values.text(field, element, *value, codeOf(rows, field, at)));
+    const auto code = codeOf(rows, field, at);
+    run_.tags.value(element, run_.values.text(field, element, *value, code), code);
 }
 
 void MeasurementWriter::writeFilters(GroupRows& rows, const Stems& stems) {
     const int count = rows.takeCount(stems.filterCount, {});
     const std::array<int, 2> own{stems.filterName, stems.filterType};
     forEachRow(rows, own, {}, count, [&](const RowNumbers& at) {
+        const CheckedPart part(run_, 'D');
         run_.tags.open("MeasurementFilteringAndOverwrite");
         writeField(rows, stems.filterName, filter_field::kName, "MeasurementName", at);
         writeField(rows, stems.filterType, filter_field::kType, "FilterOverwriteTag", at);
@@ -126,10 +128,18 @@ bool MeasurementWriter::write(SdkGroup group) {
     return isDone;
 }
 
+/// The schema wants a name of every list: one without is called as an editor calls it.
+std::string MeasurementWriter::listName(std::optional<std::string_view> name, int number) const {
+    if (name) {
+        return run_.attribute("Name", run_.values.original(*name));
+    }
+    return run_.isSchema() ? run_.attribute("Name", "Measurement List #" + std::to_string(number))
+                           : std::string();
+}
+
 bool MeasurementWriter::writeList(GroupRows& rows, const Stems& stems, const RowNumbers& list) {
     const auto name = rows.take(stems.listName, list);
-    run_.tags.open("MeasurementList" +
-                   (name ? run_.attribute("Name", run_.values.original(*name)) : std::string()));
+    run_.tags.open("MeasurementList" + listName(name, list.last()));
     const int selected = rows.takeCount(stems.filterCount, list);
     if (!run_.isSchema()) {
         const std::array<int, 1> names{stems.filterName};
@@ -163,6 +173,13 @@ void MeasurementWriter::writeMeasurement(GroupRows& rows, const Stems& stems,
     const auto name = rows.take(stems.name, at);
     const auto original = run_.values.original(name.value_or(""));
     run_.tags.open("Measurement" + (name ? run_.attribute("Name", original) : std::string()));
+    writeDefinition(rows, stems, at, original);
+    run_.tags.close(run_.isSchema());
+}
+
+void MeasurementWriter::writeDefinition(GroupRows& rows, const Stems& stems, const RowNumbers& at,
+                                        const std::string& original) {
+    const CheckedPart part(run_, 'D', "MeasurementList/Measurement");
     const auto type = rows.take(stems.locationType, at);
     const auto stored = trim(type.value_or(""));
     const bool isTagged = equalsIgnoreCase(stored, kTaggedType);
@@ -186,13 +203,13 @@ void MeasurementWriter::writeMeasurement(GroupRows& rows, const Stems& stems,
         writeConverted(*converted);
         takeOlder(rows, at);
     } else if (type) {
-        run_.tags.value("LocationType",
-                        run_.values.text(measurement_field::kLocationType, "LocationType", *type,
-                                         codeOf(rows, measurement_field::kLocationType, at)));
+        const auto code = codeOf(rows, measurement_field::kLocationType, at);
+        run_.tags.value(
+            "LocationType",
+            run_.values.text(measurement_field::kLocationType, "LocationType", *type, code), code);
     }
     writeRanges(rows, stems, at);
     writeTags(rows, stems, at);
-    run_.tags.close(run_.isSchema());
 }
 
 /// The length of the value, which the document has once for all locations.
@@ -240,10 +257,8 @@ void MeasurementWriter::writeFragments(GroupRows& rows, const Stems& stems,
 void MeasurementWriter::writeFragment(GroupRows& rows, const Stems& stems, const RowNumbers& at) {
     std::string tag = "MeasurementFragments";
     if (const auto order = rows.take(stems.order, at)) {
-        tag += " FragmentTransferOrder=\"" +
-               run_.values.text(word_frame_field::kTransferOrder, "FragmentTransferOrder", *order,
-                                codeOf(rows, word_frame_field::kTransferOrder, at)) +
-               "\"";
+        tag += run_.attribute("FragmentTransferOrder", word_frame_field::kTransferOrder, *order,
+                              codeOf(rows, word_frame_field::kTransferOrder, at));
     }
     run_.tags.open(std::move(tag));
     writeField(rows, stems.word, word_frame_field::kWord, "StartWord", at);
@@ -320,13 +335,10 @@ void MeasurementWriter::writeConverted(const SdkMeasurement& measurement) {
 }
 
 void MeasurementWriter::writeConvertedFragment(const SdkFragment& fragment) {
-    const auto& order = word_frame_field::kTransferOrder;
     std::string tag = "MeasurementFragments";
     if (fragment.transferOrder != 'D') {
-        tag += " FragmentTransferOrder=\"" +
-               run_.values.text(order, "FragmentTransferOrder",
-                                std::string_view(&fragment.transferOrder, 1), order.code) +
-               "\"";
+        tag += run_.attribute("FragmentTransferOrder", word_frame_field::kTransferOrder,
+                              std::string_view(&fragment.transferOrder, 1), {});
     }
     run_.tags.open(std::move(tag));
     const auto number = [&](std::string_view element, int value) {

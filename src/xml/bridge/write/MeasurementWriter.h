@@ -5,6 +5,7 @@
 
 #include "xml/bridge/write/ExportRun.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -23,6 +24,9 @@ class MeasurementWriter {
     void writeFilters(GroupRows& rows, const Stems& stems);
     bool writeList(GroupRows& rows, const Stems& stems, const RowNumbers& list);
     void writeMeasurement(GroupRows& rows, const Stems& stems, const RowNumbers& at);
+    void writeDefinition(GroupRows& rows, const Stems& stems, const RowNumbers& at,
+                         const std::string& original);
+    [[nodiscard]] std::string listName(std::optional<std::string_view> name, int number) const;
     void writeLength(GroupRows& rows, const Stems& stems, const RowNumbers& at);
     void writeRanges(GroupRows& rows, const Stems& stems, const RowNumbers& at);
     void writeFragments(GroupRows& rows, const Stems& stems, const RowNumbers& location);

@@ -47,12 +47,8 @@ void PlanWriter::write(std::string_view element, const Field& field, std::string
     if (!value) {
         return;
     }
-    std::string full = rows_.prefix() + std::string(stemOf(code));
-    for (int i = 0; i < at.count; ++i) {
-        full += '-';
-        full += std::to_string(at.at[static_cast<std::size_t>(i)]);
-    }
-    tags_.value(element, values_.text(field, element, *value, full));
+    const auto full = rows_.code(stemOf(code), at);
+    tags_.value(element, values_.text(field, element, *value, full), full);
 }
 
 void PlanWriter::writeValue(std::size_t place, const RowNumbers& at) {

@@ -49,6 +49,10 @@ void SourceWriter::list(GroupRows& general) {
         source.typeText = run_.values.choiceText(
             typeField().choices, stored.value_or("OTH"),
             formatPrintf("Data Source Type for Data Source '%s'", source.name));
+        if (source.typeText.starts_with(kNoChoice)) {
+            run_.lose(general.code(stemOf(kSourceType), at));
+            source.typeText = "Other";
+        }
         source.links = linksOf(source.name, source.hasMultiplex);
         sources_.push_back(std::move(source));
     }
@@ -128,7 +132,7 @@ bool SourceWriter::write(GroupRows& general) {
         auto& tags = run_.tags;
         tags.open("DataSource Type=\"Other\"");
         writeMultiplex(sources_.back());
-        const bool isDone = writeLinks(sources_.back().links);
+        const bool isDone = writeLinks(sources_.back());
         tags.close(run_.isSchema());
         return isDone;
     }
@@ -153,7 +157,7 @@ bool SourceWriter::writeSource(const Source& source) {
                          source.name));
     }
     writeMultiplex(source);
-    const bool isDone = writeLinks(source.links);
+    const bool isDone = writeLinks(source);
     if (isDone) {
         writeVendor(source.name);
     }
@@ -167,7 +171,10 @@ void SourceWriter::writeGroup(SdkGroup group, std::string_view element,
     run_.status("Converting TMATS '" + letter + "' group to XML...");
     run_.tags.open(std::string(element), "\n" + letter + " Group");
     GroupRows rows(std::move(group));
-    PlanWriter(run_.tags, run_.values, rows, run_.plan(rows.letter(), plan)).run();
+    {
+        const CheckedPart part(run_, rows.letter());
+        PlanWriter(run_.tags, run_.values, rows, run_.plan(rows.letter(), plan)).run();
+    }
     run_.loseRest(rows, "ID");
     run_.tags.close();
 }
@@ -214,30 +221,73 @@ void SourceWriter::writeMultiplex(const Source& source) {
     run_.status("Converting TMATS 'M' group to XML...");
     run_.tags.open(std::string(kElement), "\nM Group");
     GroupRows rows(std::move(*group));
-    PlanWriter(run_.tags, run_.values, rows, run_.plan('M', multiplexPlan()),
-               [&](PlanWriter& plan, const ElementStep&, const RowNumbers&) {
-                   plan.closeTo(0);
-                   conversions_.writeRecords(source.records);
-                   return true;
-               })
-        .run();
+    {
+        const CheckedPart part(run_, 'M');
+        PlanWriter(run_.tags, run_.values, rows, run_.plan('M', multiplexPlan()),
+                   [&](PlanWriter& plan, const ElementStep&, const RowNumbers&) {
+                       plan.closeTo(0);
+                       conversions_.writeRecords(source.records);
+                       return true;
+                   })
+            .run();
+    }
     run_.loseRest(rows, "ID");
     run_.tags.close();
 }
 
-bool SourceWriter::writeLinks(const std::vector<std::string>& links) {
-    for (const auto& name : links) {
-        const auto& wanted = run_.options.links;
+bool SourceWriter::writeLinks(const Source& source) {
+    for (const auto& name : source.links) {
         const auto* const link = run_.session.findLink(name);
-        if (link == nullptr ||
-            (!wanted.empty() && std::find(wanted.begin(), wanted.end(), name) == wanted.end())) {
+        if (link == nullptr || !isWanted(name)) {
             continue;
         }
         if (run_.isCancelled() || !links_.write(*link)) {
             return false;
         }
     }
+    if (run_.isSchema()) {
+        writeMentionedLinks(source);
+    }
     return true;
+}
+
+bool SourceWriter::isWanted(const std::string& link) const {
+    const auto& wanted = run_.options.links;
+    return wanted.empty() || std::find(wanted.begin(), wanted.end(), link) != wanted.end();
+}
+
+/// The schema wants every link that a source names to be in that source. One whose groups are
+/// elsewhere, or nowhere, is there by name alone.
+void SourceWriter::writeMentionedLinks(const Source& source) {
+    std::unordered_set<std::string> there;
+    for (const auto& name : source.links) {
+        if (run_.session.findLink(name) != nullptr && isWanted(name)) {
+            there.insert(name);
+        }
+    }
+    const auto mention = [&](const std::optional<SdkGroup>& group,
+                             std::initializer_list<std::string_view> patterns) {
+        for (std::size_t place = 0; group && place < group->size(); ++place) {
+            const auto command = group->at(place);
+            const auto name = run_.values.original(command.value);
+            const bool names = std::any_of(patterns.begin(), patterns.end(), [&](auto pattern) {
+                return isOfPattern(command.field, pattern);
+            });
+            if (names && !command.value.empty() && there.insert(name).second) {
+                run_.tags.open("DataLink" + run_.attribute("Name", name));
+                run_.tags.close(true);
+            }
+        }
+    };
+    mention(run_.session.openGroup('R', source.name),
+            {"CDLN-n", "ANM-n-m", "UCNM-n-m", "MCNM-n-m", "ENAM-n-m"});
+    mention(run_.session.openGroup('M', source.name), {kBasebandLink, kSubcarrierLink});
+    for (const auto& name : source.links) {
+        const auto* const link = run_.session.findLink(name);
+        if (link != nullptr && isWanted(name) && link->group('P') != 0) {
+            mention(run_.session.openGroup('P', link->group('P')), {"AEF\\DLN-n"});
+        }
+    }
 }
 
 /// The commands of a vendor are his: they are comments, as they are.

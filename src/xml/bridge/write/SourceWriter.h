@@ -39,7 +39,9 @@ class SourceWriter {
     void writeMultiplex(const Source& source);
     void writeGroup(SdkGroup group, std::string_view element, std::span<const PlanStep> plan);
     void writeVendor(const std::string& source);
-    bool writeLinks(const std::vector<std::string>& links);
+    bool writeLinks(const Source& source);
+    [[nodiscard]] bool isWanted(const std::string& link) const;
+    void writeMentionedLinks(const Source& source);
 
     ExportRun& run_;
     ConversionWriter conversions_;

@@ -21,7 +21,6 @@ std::string_view nameOf(std::string_view tag) {
 TagWriter::TagWriter(Sink sink) : sink_(std::move(sink)) {}
 
 TagWriter::~TagWriter() {
-    marks_ = 0;
     if (!out_.empty()) {
         sink_(out_);
     }
@@ -40,7 +39,7 @@ void TagWriter::lead(std::string_view& text) {
 }
 
 void TagWriter::handOn() {
-    if (marks_ == 0 && out_.size() >= kPiece) {
+    if (out_.size() >= kPiece) {
         sink_(out_);
         out_.clear();
     }
@@ -70,6 +69,10 @@ void TagWriter::writeComment(std::string_view text) {
 }
 
 void TagWriter::open(std::string tag, std::string comment) {
+    if (!collected_.empty()) {
+        collected_.push_back({.tag = std::move(tag), .comment = std::move(comment)});
+        return;
+    }
     open_.push_back({std::move(tag), std::move(comment)});
 }
 
@@ -87,9 +90,16 @@ void TagWriter::writeWaiting() {
     }
 }
 
-void TagWriter::value(std::string_view tag, std::string_view text) {
+void TagWriter::value(std::string_view tag, std::string_view text, std::string_view code) {
     const bool isEmpty = trim(text).empty();
     if (isEmpty && tag.find('=') == std::string_view::npos) {
+        return;
+    }
+    if (!collected_.empty()) {
+        collected_.back().inside.push_back({.tag = std::string(tag),
+                                            .text = std::string(text),
+                                            .code = std::string(code),
+                                            .isValue = true});
         return;
     }
     writeWaiting();
@@ -118,6 +128,15 @@ void TagWriter::block(std::string_view text) {
 }
 
 void TagWriter::close(bool isKept) {
+    if (!collected_.empty()) {
+        auto part = std::move(collected_.back());
+        collected_.pop_back();
+        part.isKept = isKept;
+        if (isKept || !part.inside.empty()) {
+            collected_.back().inside.push_back(std::move(part));
+        }
+        return;
+    }
     auto element = std::move(open_.back());
     open_.pop_back();
     if (written_ > open_.size()) {
@@ -147,19 +166,41 @@ std::string_view TagWriter::innermost() const {
     return open_.empty() ? std::string_view{} : nameOf(open_.back().tag);
 }
 
-TagWriter::Mark TagWriter::mark() {
-    ++marks_;
-    return {out_.size(), written_};
+void TagWriter::beginChecked() {
+    collected_.emplace_back();
 }
 
-void TagWriter::release(const Mark&) {
-    --marks_;
-    handOn();
+void TagWriter::endChecked(const SchemaTree& schema) {
+    auto part = std::move(collected_.back());
+    collected_.pop_back();
+    if (!schema.check(part)) {
+        return;
+    }
+    for (auto& inner : part.inside) {
+        if (collected_.empty()) {
+            emit(inner);
+        } else {
+            inner.isChecked = true;
+            collected_.back().inside.push_back(std::move(inner));
+        }
+    }
 }
 
-void TagWriter::rollBack(const Mark& mark) {
-    out_.resize(mark.at);
-    written_ = mark.written;
+void TagWriter::emit(const SchemaPart& part) {
+    if (part.isValue) {
+        if (part.isKept && part.text.empty()) {
+            open(part.tag);
+            close(true);
+        } else {
+            value(part.tag, part.text);
+        }
+        return;
+    }
+    open(part.tag, part.comment);
+    for (const auto& inner : part.inside) {
+        emit(inner);
+    }
+    close(part.isKept);
 }
 
 }  // namespace kavu

@@ -2,6 +2,8 @@
 // until it has content, so an empty group leaves no trace.
 #pragma once
 
+#include "xml/bridge/write/SchemaTree.h"
+
 #include <cstddef>
 #include <functional>
 #include <string>
@@ -32,7 +34,8 @@ class TagWriter {
     void writeWaiting();
     /// An element with a text, which must be escaped. One that is empty but for white space is not
     /// written, unless the tag has an attribute.
-    void value(std::string_view tag, std::string_view text);
+    /// `code` is that of its command, for a part that the schema is to allow.
+    void value(std::string_view tag, std::string_view text, std::string_view code = {});
     /// Text on lines of its own, as it is.
     void block(std::string_view text);
     /// Closes the innermost element. Without content it is not written, unless `isKept`: then it is
@@ -46,16 +49,10 @@ class TagWriter {
     /// True if the innermost open element has content.
     [[nodiscard]] bool isWritten() const { return open_.size() == written_; }
 
-    /// A place of the document that `rollBack` can return to. Until it is released everything that
-    /// follows stays in memory. Places end in the reverse order of their making.
-    struct Mark {
-        std::size_t at = 0;
-        std::size_t written = 0;
-    };
-    [[nodiscard]] Mark mark();
-    void release(const Mark& mark);
-    /// Takes back what was written since. REQUIRES: as many elements are open as at the mark.
-    void rollBack(const Mark& mark);
+    /// From here to `endChecked` elements are collected, and written as far as the schema allows
+    /// them. Such parts may be within each other. REQUIRES: as many elements are open at the end.
+    void beginChecked();
+    void endChecked(const SchemaTree& schema);
 
   private:
     struct Element {
@@ -66,12 +63,15 @@ class TagWriter {
     void lead(std::string_view& text);
     void writeComment(std::string_view text);
     void handOn();
+    void emit(const SchemaPart& part);
 
     Sink sink_;
     std::string out_;
     std::vector<Element> open_;
     std::size_t written_ = 0;  ///< start tags that were written, of those that are open
-    std::size_t marks_ = 0;
+    /// The elements that are open within parts that are collected; each part begins with one
+    /// without a tag.
+    std::vector<SchemaPart> collected_;
 };
 
 }  // namespace kavu

@@ -56,6 +56,7 @@ void writeHead(ExportRun& run) {
 }
 
 void writePlan(ExportRun& run, GroupRows& rows, std::span<const PlanStep> steps) {
+    const CheckedPart part(run, 'G');
     PlanWriter(run.tags, run.values, rows, run.plan('G', steps)).run();
 }
 
@@ -123,6 +124,7 @@ bool convert(ExportRun& run) {
     sources.loseRest();
     writeHardware(run);
     run.tags.close();
+    run.sayLosses();
     sayBadValues(run);
     run.report.badValues = run.values.badValues();
     return true;

@@ -2,6 +2,7 @@
 
 #include "core/command/CommandPath.h"
 #include "core/text/Text.h"
+#include "xml/bridge/write/SchemaTree.h"
 
 #include <algorithm>
 #include <utility>
@@ -61,6 +62,9 @@ std::string XmlValues::choiceText(std::span<const Choice> choices, std::string_v
             return xmlValueText(xml, dialect_);
         }
     }
+    if (isSchema()) {
+        return kNoChoice + plain(value);
+    }
     addBadValue(description, stored);
     return plain(value);
 }
@@ -71,11 +75,12 @@ std::string XmlValues::text(const Field& field, std::string_view element, std::s
     if (key.empty()) {
         return {};
     }
-    if (field.kind == FieldKind::Date) {
-        return plain(xmlDate(key));
-    }
-    if (field.kind == FieldKind::DateTime) {
-        return plain(xmlDateTime(key));
+    if (field.kind == FieldKind::Date || field.kind == FieldKind::DateTime) {
+        auto date = plain(field.kind == FieldKind::Date ? xmlDate(key) : xmlDateTime(key));
+        if (date.empty()) {
+            dropped_.emplace_back(code);
+        }
+        return date;
     }
     if (element == "BitMask" && equalsIgnoreCase(key, "FW")) {
         return "Full Word";

@@ -4,6 +4,7 @@
 #include "vocabulary/Field.h"
 #include "xml/bridge/write/XmlValueText.h"
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,7 +29,7 @@ class XmlValues {
     [[nodiscard]] std::string text(const Field& field, std::string_view element,
                                    std::string_view value, std::string_view code);
     /// The text of a choice; the value itself, which is then bad by this description, if the table
-    /// has no text for it.
+    /// has no text for it. In the schema's dialect `kNoChoice` is then in front of it.
     [[nodiscard]] std::string choiceText(std::span<const Choice> choices, std::string_view value,
                                          const std::string& description);
     /// A text as it is, escaped.
@@ -38,6 +39,8 @@ class XmlValues {
     [[nodiscard]] std::string original(std::string_view value) const;
 
     [[nodiscard]] const std::vector<XmlBadValue>& badValues() const { return badValues_; }
+    /// The codes of dates that could not be written.
+    [[nodiscard]] const std::vector<std::string>& dropped() const { return dropped_; }
     void addBadValue(std::string description, std::string value);
 
   private:
@@ -45,6 +48,7 @@ class XmlValues {
 
     XmlDialect dialect_;
     std::vector<XmlBadValue> badValues_;
+    std::vector<std::string> dropped_;
 };
 
 }  // namespace kavu

@@ -83,19 +83,25 @@ TEST(TagWriter, WritesTheCommentOfAnElementOnlyWithIt) {
               "\n<!-- B Group -->\n<B>\n\t<C>1</C>\n</B>\n");
 }
 
-TEST(TagWriter, TakesBackWhatWasWrittenSinceAMark) {
-    EXPECT_EQ(written([](TagWriter& tags) {
-                  tags.open("A");
-                  const auto mark = tags.mark();
-                  tags.open("B");
-                  tags.value("C", "1");
+TEST(TagWriter, WritesOfACheckedPartWhatTheSchemaAllows) {
+    std::vector<std::string> lost;
+    const SchemaTree schema('T', {}, [&](const std::string& code) { lost.push_back(code); });
+    EXPECT_EQ(written([&](TagWriter& tags) {
+                  tags.open("TransmissionAttributes");
+                  tags.beginChecked();
+                  tags.open("SourceRFAttributes");
+                  tags.value("Frequency", "2", "T-1\\RF1");
+                  tags.value("Unknown", "3", "T-1\\X");
+                  tags.open("Subcarrier");
+                  tags.value("Number", "0.5", "T-1\\SCO1-1");
                   tags.close();
-                  tags.rollBack(mark);
-                  tags.release(mark);
-                  tags.value("D", "2");
+                  tags.close();
+                  tags.endChecked(schema);
                   tags.close();
               }),
-              "<A>\n\t<D>2</D>\n</A>\n");
+              "<TransmissionAttributes>\n\t<SourceRFAttributes>\n\t\t<Frequency>2</Frequency>\n"
+              "\t</SourceRFAttributes>\n</TransmissionAttributes>\n");
+    EXPECT_EQ(lost, (std::vector<std::string>{"T-1\\X", "T-1\\SCO1-1"}));
 }
 
 }  // namespace
