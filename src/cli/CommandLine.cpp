@@ -99,12 +99,11 @@ struct CommandApps {
     /// With the command of each.
     std::vector<std::pair<Command, CLI::App*>> sources;
     std::vector<std::pair<Command, CLI::App*>> edited;
+    std::vector<std::pair<Command, CLI::App*>> bridge;
     MdbApps mdb;
     TableApps tables;
     SdkApps sdk;
     ReportApps reports;
-    CLI::App* xmlImport;
-    CLI::App* xmlExport;
 };
 
 void addLink(CLI::App& command, CommandLine& line) {
@@ -335,18 +334,12 @@ CommandApps addCommands(CLI::App& app, CommandLine& line, RawOptions& raw) {
     apps.tables = addTableCommands(app, line, raw.table);
     apps.sdk = addSdkCommands(app, line);
     apps.reports = addReportCommands(app, line, raw.report);
-    apps.xmlImport = addXmlImportCommand(app, line);
-    apps.xmlExport = addXmlExportCommand(app, line);
+    apps.bridge = {{Command::XmlImport, addXmlImportCommand(app, line)},
+                   {Command::XmlExport, addXmlExportCommand(app, line)}};
     return apps;
 }
 
 Command chosenCommand(const CommandApps& apps) {
-    if (apps.xmlImport->parsed()) {
-        return Command::XmlImport;
-    }
-    if (apps.xmlExport->parsed()) {
-        return Command::XmlExport;
-    }
     if (apps.save->parsed()) {
         return Command::Save;
     }
@@ -389,7 +382,7 @@ Command chosenCommand(const CommandApps& apps) {
         }
     }
     for (const auto* const commands : {&apps.edited, &apps.mdb.commands, &apps.tables.commands,
-                                       &apps.reports.commands, &apps.sdk}) {
+                                       &apps.reports.commands, &apps.sdk, &apps.bridge}) {
         for (const auto& [command, chosen] : *commands) {
             if (chosen->parsed()) {
                 return command;
