@@ -221,6 +221,11 @@ DatabasePane::~DatabasePane() {
 DatabasePane::Side DatabasePane::storedSide() const {
     const int left = form_.settings.profileInteger(kPaneSection, kPaneX, -1);
     const int top = form_.settings.profileInteger(kPaneSection, kPaneY, -1);
+    if (left < 0 && top < 0) {
+        // The list of measurements keeps its width, so that the grid alone would pay.
+        const bool isWide = parts_.width() >= look::charactersWide(*this, 220);
+        return isWide ? Side::Right : Side::Below;
+    }
     return top > 0 ? Side::Below : left == 0 && top == 0 ? Side::Left : Side::Right;
 }
 

@@ -212,6 +212,21 @@ TEST_F(StreamDatabaseTest, ThePaneHasTheSizeThatItHadLast) {
     });
 }
 
+TEST_F(StreamDatabaseTest, AtFirstThePaneIsBelowTheGridUnlessTheWindowIsWide) {
+    for (const auto& [width, side] :
+         {std::pair{900, DatabasePane::Side::Below}, std::pair{2000, DatabasePane::Side::Right}}) {
+        withDisplay([&](QDialog& display) {
+            display.resize(width, 600);
+            QApplication::processEvents();
+            entry(display, "viewDatabase")->trigger();
+            EXPECT_EQ(find<QComboBox>(display, "databaseSide")->currentIndex(),
+                      static_cast<int>(side))
+                << width;
+        });
+        settings().writeProfile("ViewMdb", std::nullopt, std::nullopt);
+    }
+}
+
 // --- a bus group ---------------------------------------------------------------------------------
 
 TEST_F(StreamDatabaseTest, ABusTakesOneRecordForAMessageOrAllThatNameOne) {
