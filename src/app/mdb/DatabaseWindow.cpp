@@ -207,6 +207,20 @@ void DatabaseWindow::follow() {
     updateState();
 }
 
+/// Lists everything again; the cursor stays at its place.
+void DatabaseWindow::refresh() {
+    const auto place = view_->currentIndex();
+    const int row = place.row();
+    const int column = place.column();
+    model_->refresh();
+    if (model_->rowCount() > 0) {
+        view_->setCurrentIndex(
+            model_->index(std::clamp(row, 0, model_->rowCount() - 1), std::max(column, 0)));
+    }
+    markChanged();
+    updateState();
+}
+
 void DatabaseWindow::updateState() {
     const auto shown = static_cast<std::size_t>(model_->rowCount());
     state_->setText(shown == edit_.size()
@@ -340,16 +354,14 @@ void DatabaseWindow::clearCells() {
 void DatabaseWindow::undo() {
     endCellEdit();
     if (edit_.undo()) {
-        model_->refresh();
-        follow();
+        refresh();
     }
 }
 
 void DatabaseWindow::createSamples() {
     endCellEdit();
     if (edit_.createSamples(&form().ui)) {
-        model_->refresh();
-        follow();
+        refresh();
     }
 }
 
@@ -405,8 +417,7 @@ bool DatabaseWindow::store() {
     if (!faults.empty()) {
         select(faults.front().row, faults.front().index);
     } else {
-        model_->refresh();  // the changes may have been put on top of those of another program
-        follow();
+        refresh();  // the changes may have been put on top of those of another program
     }
     return false;
 }

@@ -60,6 +60,7 @@ class DatabaseWindow : public EditDialog {
     void makeKeys();
     void applyFilter();
     void follow();
+    void refresh();
     void updateState();
     void showCurrent();
     void endCellEdit();

@@ -146,6 +146,15 @@ TEST(DatabaseWindow, RecordsAreAddedDuplicatedDeletedAndAllOfItIsUndone) {
     EXPECT_FALSE(find<QPushButton>(*stage.window, "undo")->isEnabled());
 }
 
+TEST(DatabaseWindow, AnUndoLeavesTheCursorWhereItIs) {
+    WindowStage stage(threeLines());
+    stage.typeInto(2, f::kDescription, "text");
+    stage.selectCell(2, f::kRoot);
+    press(*stage.window, "undo");
+    EXPECT_EQ(stage.edit.row(2)[f::kDescription], "");
+    EXPECT_EQ(stage.window->view().currentIndex(), stage.cell(2, f::kRoot));
+}
+
 TEST(DatabaseWindow, AllEntriesGoAfterQuestion410) {
     WindowStage stage(threeLines());
     stage.trigger("deleteAll");
