@@ -49,14 +49,23 @@ void tellMemory(benchmark::State& state) {
     state.counters["peakMB"] = static_cast<double>(usage.ru_maxrss) / 1024;
 }
 
+/// Whether the reading of the file is part of the time.
+enum class Reading { Measured, Before };
+
 template <typename Work>
-void measure(benchmark::State& state, Work work) {
+void measure(benchmark::State& state, Work work, Reading reading = Reading::Measured) {
     World world;
     const auto version = static_cast<MdbVersion>(state.range(0));
     write(world, version, state.range(1));
     for (auto _ : state) {
+        if (reading == Reading::Before) {
+            state.PauseTiming();
+        }
         MeasurementDatabase database(world.messages, kPath, version, {});
         (void)database.open();
+        if (reading == Reading::Before) {
+            state.ResumeTiming();
+        }
         work(database);
     }
     tellMemory(state);
@@ -67,10 +76,17 @@ void databaseValidate(benchmark::State& state) {
         benchmark::DoNotOptimize(database.validate(nullptr, 2011).hasFaults);
     });
 }
+void databaseOpen(benchmark::State& state) {
+    measure(state,
+            [](MeasurementDatabase& database) { benchmark::DoNotOptimize(database.isOpen()); });
+}
 void databaseNameIndex(benchmark::State& state) {
-    measure(state, [](MeasurementDatabase& database) {
-        benchmark::DoNotOptimize(database.loadNameIndex(nullptr));
-    });
+    measure(
+        state,
+        [](MeasurementDatabase& database) {
+            benchmark::DoNotOptimize(database.loadNameIndex(nullptr));
+        },
+        Reading::Before);
 }
 void databaseWalk(benchmark::State& state) {
     measure(state, [](MeasurementDatabase& database) {
@@ -124,6 +140,7 @@ void databaseUpdatesStream(benchmark::State& state) {
 // The form, and the number of records.
 BENCHMARK(databaseUpdatesStream)->Arg(2'000)->Arg(20'000)->Unit(benchmark::kMillisecond);
 BENCHMARK(databaseWrite)->Args({1, 50'000})->Args({2, 50'000})->Unit(benchmark::kMillisecond);
+BENCHMARK(databaseOpen)->Args({1, 50'000})->Args({2, 50'000})->Unit(benchmark::kMillisecond);
 BENCHMARK(databaseNameIndex)
     ->Args({1, 5'000})
     ->Args({1, 50'000})
