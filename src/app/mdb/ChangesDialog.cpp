@@ -2,6 +2,7 @@
 
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
+#include "app/mdb/WindowParts.h"
 
 #include <algorithm>
 
@@ -124,17 +125,8 @@ ChangesDialog::ChangesDialog(FormContext& form, const ChangesSetup& setup,
 }
 
 void ChangesDialog::makeList() {
-    list_ = new QTableView(this);
-    list_->setObjectName(QStringLiteral("changes"));
-    list_->setAccessibleName(QStringLiteral("Changes"));
-    list_->setModel(model_);
+    list_ = makeLongTable("changes", QStringLiteral("Changes"), *model_, 4, this);
     list_->setSelectionBehavior(QTableView::SelectRows);
-    list_->setWordWrap(false);
-    list_->setTabKeyNavigation(false);
-    list_->setMinimumHeight(look::unit(*this) * 12);
-    list_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    list_->verticalHeader()->setDefaultSectionSize(list_->fontMetrics().height() +
-                                                   look::unit(*this));
     list_->verticalHeader()->setVisible(false);
     auto& head = *list_->horizontalHeader();
     // Without a highlight that changes the width of the heads; a narrow screen scrolls.
@@ -151,15 +143,9 @@ void ChangesDialog::makeList() {
     }
 }
 
-void ChangesDialog::makeTickButtons(QLayout& row) {
-    const auto add = [&](const char* name, const char16_t* text, bool on) {
-        auto* const button = look::makeButton(name, QString::fromUtf16(text), {}, this);
-        button->setAutoDefault(false);
-        connect(button, &QPushButton::clicked, this, [this, on] { model_->tickAll(on); });
-        row.addWidget(button);
-    };
-    add("tickAll", u"&Tick All", true);
-    add("untickAll", u"&Untick All", false);
+void ChangesDialog::makeTickButtons(QBoxLayout& row) {
+    addRowButton(row, this, "tickAll", u"&Tick All", u"", [this] { model_->tickAll(true); });
+    addRowButton(row, this, "untickAll", u"&Untick All", u"", [this] { model_->tickAll(false); });
 }
 
 void ChangesDialog::showCount() {

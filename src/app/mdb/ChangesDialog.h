@@ -9,6 +9,7 @@
 
 #include <QAbstractTableModel>
 
+class QBoxLayout;
 class QLabel;
 class QTableView;
 
@@ -66,7 +67,7 @@ class ChangesDialog : public HelpedDialog {
 
   private:
     void makeList();
-    void makeTickButtons(QLayout& row);
+    void makeTickButtons(QBoxLayout& row);
     void showCount();
 
     ChangeModel* model_ = nullptr;

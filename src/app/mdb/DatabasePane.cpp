@@ -3,6 +3,7 @@
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
 #include "app/framework/RowModel.h"
+#include "app/mdb/WindowParts.h"
 #include "core/talk/ProfileSettings.h"
 #include "core/text/Text.h"
 #include "pcm/PcmFormat.h"
@@ -158,28 +159,14 @@ QLayout* DatabasePane::makeFilter() {
 }
 
 void DatabasePane::makeList() {
-    view_ = new QTableView(this);
-    view_->setObjectName(QStringLiteral("databaseRecords"));
-    view_->setAccessibleName(QStringLiteral("Measurement database"));
-    view_->setModel(model_);
-    view_->setWordWrap(false);
-    view_->setTabKeyNavigation(false);
+    view_ =
+        makeLongTable("databaseRecords", QStringLiteral("Measurement database"), *model_, 2, this);
     view_->setSelectionBehavior(QTableView::SelectRows);
-    view_->setMinimumHeight(look::unit(*this) * 6);
     view_->verticalHeader()->setVisible(false);
-    view_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    view_->verticalHeader()->setDefaultSectionSize(view_->fontMetrics().height() +
-                                                   look::unit(*this));
-    auto& head = *view_->horizontalHeader();
-    head.setSortIndicatorClearable(true);
-    head.setSortIndicator(-1, Qt::AscendingOrder);
-    head.setStretchLastSection(true);
-    view_->setSortingEnabled(true);
-    head.moveSection(PaneModel::kInStream, PaneModel::kDescription);
-    for (int column = 0; column < PaneModel::kColumns; ++column) {
-        view_->setColumnWidth(
-            column, std::max(look::charactersWide(*this, 10), head.sectionSizeHint(column)));
-    }
+    view_->horizontalHeader()->setStretchLastSection(true);
+    makeSortable(*view_);
+    view_->horizontalHeader()->moveSection(PaneModel::kInStream, PaneModel::kDescription);
+    widenColumns(*view_, 10);
 }
 
 QLayout* DatabasePane::makeFoot() {

@@ -4,6 +4,7 @@
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
 #include "app/mdb/RecordDelegate.h"
+#include "app/mdb/WindowParts.h"
 #include "core/files/FileIo.h"
 #include "core/talk/FileReports.h"
 #include "core/text/Printf.h"
@@ -12,6 +13,7 @@
 
 #include <algorithm>
 
+#include <QAction>
 #include <QApplication>
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -109,26 +111,11 @@ QLayout* DatabaseWindow::makeFilter() {
 }
 
 void DatabaseWindow::makeTable() {
-    view_ = new QTableView(this);
-    view_->setObjectName(QStringLiteral("records"));
-    view_->setAccessibleName(QStringLiteral("Records of the database"));
+    view_ = makeLongTable("records", QStringLiteral("Records of the database"), *model_, 4, this);
     view_->setItemDelegate(new RecordDelegate(*model_, view_));
-    view_->setModel(model_);
-    view_->setWordWrap(false);
-    view_->setTabKeyNavigation(false);
-    view_->setMinimumHeight(look::unit(*this) * 12);
-    // Rows of one height make a long table as quick as a short one.
-    view_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    view_->verticalHeader()->setDefaultSectionSize(view_->fontMetrics().height() +
-                                                   look::unit(*this));
-    auto& head = *view_->horizontalHeader();
-    head.setSortIndicatorClearable(true);
-    head.setSortIndicator(-1, Qt::AscendingOrder);
-    view_->setSortingEnabled(true);
-    for (int column = 0; column < model_->columnCount(); ++column) {
-        view_->setColumnWidth(column, std::max(look::charactersWide(*this, column == 0 ? 26 : 10),
-                                               head.sectionSizeHint(column)));
-    }
+    makeSortable(*view_);
+    widenColumns(*view_, 10);
+    view_->setColumnWidth(0, std::max(view_->columnWidth(0), look::charactersWide(*this, 26)));
     view_->setContextMenuPolicy(Qt::ActionsContextMenu);
 }
 
@@ -136,11 +123,7 @@ QLayout* DatabaseWindow::makeButtons() {
     auto* const row = new QHBoxLayout;
     const auto add = [&](const char* name, const char16_t* text, const char16_t* icon,
                          auto action) {
-        auto* const button =
-            look::makeButton(name, QString::fromUtf16(text), QString::fromUtf16(icon), this);
-        connect(button, &QPushButton::clicked, this, action);
-        row->addWidget(button);
-        return button;
+        return addRowButton(*row, this, name, text, icon, action);
     };
     add("add", u"&Add", u"add", &DatabaseWindow::addRecord);
     needRecord_ = {add("duplicate", u"D&uplicate", u"copy", &DatabaseWindow::duplicateRecords),
@@ -165,22 +148,31 @@ QLayout* DatabaseWindow::makeButtons() {
     return row;
 }
 
+/// The keys of the table, which its context menu lists, and those of the window.
 void DatabaseWindow::makeKeys() {
-    const auto add = [this](const QKeySequence& keys, QWidget* owner, auto action) {
-        auto* const shortcut = new QShortcut(keys, owner);
-        shortcut->setContext(owner == this ? Qt::WindowShortcut : Qt::WidgetShortcut);
-        connect(shortcut, &QShortcut::activated, this, action);
+    const auto add = [this](const char* name, const char16_t* text, const QList<QKeySequence>& keys,
+                            auto action) {
+        auto* const made = new QAction(QString::fromUtf16(text), view_);
+        made->setObjectName(QLatin1String(name));
+        made->setShortcuts(keys);
+        made->setShortcutContext(Qt::WidgetShortcut);
+        connect(made, &QAction::triggered, this, action);
+        view_->addAction(made);
     };
-    add(QKeySequence::Copy, view_, &DatabaseWindow::copyCells);
-    add(QKeySequence::Paste, view_, &DatabaseWindow::pasteCells);
-    add(QKeySequence::Undo, view_, &DatabaseWindow::undo);
-    add(QKeySequence(Qt::Key_Delete), view_, &DatabaseWindow::clearCells);
-    add(QKeySequence(Qt::Key_Insert), view_, &DatabaseWindow::addRecord);
-    for (const auto key : {Qt::Key_Return, Qt::Key_Enter}) {
-        add(QKeySequence(key), view_, [this] { view_->edit(view_->currentIndex()); });
-    }
-    add(QKeySequence::Find, this, [this] { filter_->setFocus(); });
-    add(QKeySequence(Qt::Key_F8), this, &DatabaseWindow::goToNextFault);
+    add("editCell", u"&Edit", {QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Enter)},
+        [this] { view_->edit(view_->currentIndex()); });
+    add("clearCells", u"C&lear", {QKeySequence(Qt::Key_Delete)}, &DatabaseWindow::clearCells);
+    add("copyCells", u"&Copy", {QKeySequence::Copy}, &DatabaseWindow::copyCells);
+    add("pasteCells", u"&Paste...", {QKeySequence::Paste}, &DatabaseWindow::pasteCells);
+    add("undoStep", u"U&ndo", {QKeySequence::Undo}, &DatabaseWindow::undo);
+    add("addEntry", u"&Add Entry", {QKeySequence(Qt::Key_Insert)}, &DatabaseWindow::addRecord);
+    add("duplicateEntries", u"D&uplicate Entry", {}, &DatabaseWindow::duplicateRecords);
+    add("deleteEntries", u"&Delete Entry", {}, &DatabaseWindow::deleteRecords);
+    const auto addForWindow = [this](const QKeySequence& keys, auto action) {
+        connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
+    };
+    addForWindow(QKeySequence::Find, [this] { filter_->setFocus(); });
+    addForWindow(QKeySequence(Qt::Key_F8), &DatabaseWindow::goToNextFault);
 }
 
 // --- what is shown -------------------------------------------------------------------------------

@@ -3,6 +3,7 @@
 #include "app/framework/QtText.h"
 #include "app/mdb/ImportWindow.h"
 #include "app/mdb/LocationDialog.h"
+#include "app/mdb/WindowParts.h"
 #include "core/talk/ProfileSettings.h"
 #include "mdb/storage/MeasurementDatabase.h"
 
@@ -203,12 +204,7 @@ QWidget* ImportWindow::makeMapping() {
     column->addWidget(mapping_, 1);
     auto* const row = new QHBoxLayout;
     const auto add = [&](const char* name, const char16_t* text, const char16_t* icon,
-                         auto action) {
-        auto* const button =
-            look::makeButton(name, QString::fromUtf16(text), QString::fromUtf16(icon), part);
-        connect(button, &QPushButton::clicked, this, action);
-        row->addWidget(button);
-    };
+                         auto action) { addRowButton(*row, this, name, text, icon, action); };
     add("edit", u"&Edit", u"edit", &ImportWindow::editReference);
     add("clear", u"&Clear", u"", &ImportWindow::clearReference);
     add("match", u"&Match Names", u"", &ImportWindow::matchNames);
@@ -241,13 +237,7 @@ QWidget* ImportWindow::makePreview() {
 QLayout* ImportWindow::makeButtons() {
     auto* const row = new QHBoxLayout;
     const auto add = [&](const char* name, const char16_t* text, const char16_t* icon,
-                         auto action) {
-        auto* const button =
-            look::makeButton(name, QString::fromUtf16(text), QString::fromUtf16(icon), this);
-        connect(button, &QPushButton::clicked, this, action);
-        row->addWidget(button);
-        return button;
-    };
+                         auto action) { addRowButton(*row, this, name, text, icon, action); };
     add("load", u"&Load Settings...", u"open", &ImportWindow::loadProfile);
     add("save", u"&Save Settings...", u"save", &ImportWindow::saveProfile);
     add("fields", u"Show &Dbase Fields", u"list", &ImportWindow::showFields);

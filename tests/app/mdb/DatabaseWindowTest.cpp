@@ -344,6 +344,23 @@ TEST(DatabaseWindow, AFileThatAnotherProgramIsWritingIsReportedAndTheEditGoesOn)
     EXPECT_NE(stage.bytes().find("mine"), std::string::npos);
 }
 
+TEST(DatabaseWindow, TheContextMenuOfTheTableOffersWhatItsKeysDo) {
+    WindowStage stage(threeLines());
+    auto& view = stage.window->view();
+    EXPECT_EQ(view.contextMenuPolicy(), Qt::ActionsContextMenu);
+    Names texts;
+    for (const auto* const action : view.actions()) {
+        texts.push_back(toBytes(action->text().remove(u'&')));
+    }
+    EXPECT_EQ(texts, (Names{"Edit", "Clear", "Copy", "Paste...", "Undo", "Add Entry",
+                            "Duplicate Entry", "Delete Entry"}));
+    stage.selectCell(0, f::kRoot);
+    stage.trigger("clearCells");
+    EXPECT_EQ(stage.edit.row(0)[f::kRoot], "");
+    stage.trigger("duplicateEntries");
+    EXPECT_EQ(stage.shown().size(), 4U);
+}
+
 TEST(DatabaseWindow, FiftyThousandRecordsAreScrolledWithoutAWait) {
     std::string lines;
     for (int i = 0; i < 50'000; ++i) {
