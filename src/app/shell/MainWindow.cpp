@@ -288,8 +288,7 @@ void MainWindow::updateHistoryEntries() {
 
 void MainWindow::updateActions() {
     updateHistoryEntries();
-    facts_.databaseOn =
-        started_ && application_.context().settings.get(setting::kDatabaseEnabled);
+    facts_.databaseOn = started_ && application_.context().settings.get(setting::kDatabaseEnabled);
     for (const auto& [id, entry] : commands_) {
         const bool installed = handlers_.contains(id);
         entry->setEnabled(installed && windowAllows(id, facts_));
