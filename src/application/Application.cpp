@@ -30,6 +30,7 @@
 #include "pcm/PcmLoad.h"
 #include "pcm/model/SampleRateCheck.h"
 #include "pcm/write/WordFrameConversion.h"
+#include "reports/ReportDesk.h"
 
 #include <optional>
 #include <utility>
@@ -68,7 +69,8 @@ struct Application::Parts : private DocumentListener {
           names(store),
           conversions(context),
           measurements(context),
-          pcmFormat(context) {
+          pcmFormat(context),
+          reportDesk(context) {
         history.addListener(*this);
 #ifndef NDEBUG
         files.demandScopes(true);
@@ -96,6 +98,7 @@ struct Application::Parts : private DocumentListener {
     MeasurementNames measurements;
     PcmFormat pcmFormat;
     PcmSteps pcmSteps;
+    ReportDesk reportDesk;
     bool keepsRecentFiles = false;
 
   private:
@@ -190,7 +193,8 @@ bool Application::shutDown(UserInterface* parent) {
     if (parts_ == nullptr || starts_ == 0) {
         return true;
     }
-    if (!documents_->close(parent)) {
+    // Without a parent to be asked a layout that has changed stays as it is on the disk.
+    if (!documents_->close(parent) || !parts_->reportDesk.close(parent)) {
         return false;
     }
     // The choices of this run, including those of the menu, are kept when it ends.
@@ -323,6 +327,9 @@ PcmFormat& Application::pcmFormat() {
 }
 const PcmSteps& Application::pcmSteps() {
     return parts_->pcmSteps;
+}
+ReportDesk& Application::reportDesk() {
+    return parts_->reportDesk;
 }
 void Application::setDefinitionModeStep(
     std::function<std::optional<bool>(UserInterface&, bool wordFrame)> choose) {

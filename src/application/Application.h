@@ -21,6 +21,7 @@ class MeasurementNames;
 struct VersionOptions;
 class PcmFormat;
 struct PcmSteps;
+class ReportDesk;
 
 class Application {
   public:
@@ -40,8 +41,8 @@ class Application {
     /// program cannot go on, which has been reported. `ready` is called between settings and
     /// store, with the status text of the latter: an editor shows its window.
     bool startUp(UserInterface* parent, const std::function<void()>& ready = {});
-    /// Closes the document, with its question, and removes the working store. False if the
-    /// user has cancelled. Safe to call again.
+    /// Closes the document and the report layout that is open, with their questions, and removes
+    /// the working store. False if the user has cancelled. Safe to call again.
     bool shutDown(UserInterface* parent);
 
     /// From here on opened files go into the list of recent files. Only the editor calls
@@ -62,6 +63,8 @@ class Application {
     /// The one stream that can be in memory, and what its load needs of other folders.
     [[nodiscard]] PcmFormat& pcmFormat();
     [[nodiscard]] const PcmSteps& pcmSteps();
+    /// The report layout that is open, and the number of the next page.
+    [[nodiscard]] ReportDesk& reportDesk();
     /// Sets how the user is asked how new measurements state their places; the editor has a
     /// dialog for it. May be called before the start.
     void setDefinitionModeStep(

@@ -12,7 +12,7 @@
 #include "core/talk/Messages.h"
 #include "core/text/Printf.h"
 #include "groups/DataSources.h"
-#include "reports/StreamReports.h"
+#include "reports/ReportRun.h"
 #include "reports/print/ReportPrinter.h"
 #include "reports/writers/ExcelXmlWriter.h"
 #include "reports/writers/HtmlWriter.h"
@@ -111,12 +111,7 @@ class MadeReports {
 };
 
 bool reportFailure(const CommandContext& context, const IoStatus& status) {
-    if (!status.ok()) {
-        context.application.context().messages.show(
-            context.ui, 403, title::kError, kErrorBox,
-            formatPrintf("Can't open '%s'\n\nReason: %s", status.path(), status.reason()));
-    }
-    return status.ok();
+    return reportOpened(context.application.context().messages, context.ui, status);
 }
 
 bool writeMade(CommandContext& context, CommandOutput& output, const ReportLayout& layout,

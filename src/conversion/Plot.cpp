@@ -375,21 +375,41 @@ void drawSymbol(DrawingSurface& surface, PlotSymbol symbol, const DrawingRect& b
 
 }  // namespace
 
-void Plot::drawSymbols(const SeriesAttributes& series, DrawingColour colour,
-                       std::span<const DrawingPoint> points) {
+namespace {
+
+/// Sets the pen and the brush of the marks of a series.
+void beginSymbols(DrawingSurface& surface, const SeriesAttributes& series, DrawingColour colour) {
     // An outline is whole even where the line between the points is broken or missing.
-    (void)surface_->setPen({colour, series.width, LineStyle::Solid});
+    (void)surface.setPen({colour, series.width, LineStyle::Solid});
     const bool filled = series.symbol == PlotSymbol::FilledSquare ||
                         series.symbol == PlotSymbol::FilledTriangle ||
                         series.symbol == PlotSymbol::FilledCircle;
     if (filled) {
-        surface_->setSolidBrush(colour);
+        surface.setSolidBrush(colour);
     }
-    const double half = mulDiv(series.width + 2, surface_->pixelsPerInch(), 72);
+}
+
+void drawSymbolAt(DrawingSurface& surface, const SeriesAttributes& series, DrawingPoint place) {
+    const double half = mulDiv(series.width + 2, surface.pixelsPerInch(), 72);
+    drawSymbol(surface, series.symbol,
+               {place.x - half, place.y - half, place.x + half, place.y + half});
+}
+
+}  // namespace
+
+void drawPlotSymbol(DrawingSurface& surface, const SeriesAttributes& series, DrawingColour colour,
+                    DrawingPoint place) {
+    beginSymbols(surface, series, colour);
+    drawSymbolAt(surface, series, place);
+    surface.setHollowBrush();
+}
+
+void Plot::drawSymbols(const SeriesAttributes& series, DrawingColour colour,
+                       std::span<const DrawingPoint> points) {
+    beginSymbols(*surface_, series, colour);
     for (const auto& point : points) {
         if (rect_.contains(point)) {
-            drawSymbol(*surface_, series.symbol,
-                       {point.x - half, point.y - half, point.x + half, point.y + half});
+            drawSymbolAt(*surface_, series, point);
         }
     }
     surface_->setHollowBrush();

@@ -94,6 +94,10 @@ class Plot {
     PlotAxis yAxis_;
 };
 
+/// Draws the mark of a series at a place, as on its points.
+void drawPlotSymbol(DrawingSurface& surface, const SeriesAttributes& series, DrawingColour colour,
+                    DrawingPoint place);
+
 /// Writes a text of several lines in the middle of a surface's area.
 void drawMessage(DrawingSurface& surface, std::string_view text);
 

@@ -29,21 +29,6 @@ void setColour(cairo_t* cairo, DrawingColour colour) {
                          static_cast<double>(colour & 0xFFU) / kMost);
 }
 
-std::vector<double> dashesOf(LineStyle style) {
-    switch (style) {
-        case LineStyle::Dash:
-            return {6, 3};
-        case LineStyle::Dot:
-            return {1.5, 2};
-        case LineStyle::DashDot:
-            return {6, 3, 1.5, 3};
-        case LineStyle::DashDotDot:
-            return {6, 3, 1.5, 2, 1.5, 3};
-        default:
-            return {};
-    }
-}
-
 /// The same metrics, and free to be embedded.
 const char* familyOf(const std::string& family) {
     return family == "Courier" ? "Liberation Mono" : "Liberation Sans";
@@ -58,6 +43,21 @@ std::string shownText(std::string_view bytes) {
 }
 
 }  // namespace
+
+std::vector<double> printedDashes(LineStyle style) {
+    switch (style) {
+        case LineStyle::Dash:
+            return {6, 3};
+        case LineStyle::Dot:
+            return {1.5, 2};
+        case LineStyle::DashDot:
+            return {6, 3, 1.5, 3};
+        case LineStyle::DashDotDot:
+            return {6, 3, 1.5, 2, 1.5, 3};
+        default:
+            return {};
+    }
+}
 
 struct CairoSurface::Parts {
     Parts() = default;
@@ -138,7 +138,7 @@ void CairoSurface::fillAndStroke() {
         setColour(cairo, pen_.colour);
         // A line of a pixel on a screen is half a point on paper.
         cairo_set_line_width(cairo, pen_.width * 0.5);
-        const auto dashes = dashesOf(pen_.style);
+        const auto dashes = printedDashes(pen_.style);
         cairo_set_dash(cairo, dashes.data(), static_cast<int>(dashes.size()), 0);
         cairo_stroke_preserve(cairo);
     }
@@ -202,7 +202,7 @@ void CairoSurface::text(DrawingPoint at, std::string_view text, const DrawingFon
 }
 
 void CairoSurface::clip(const DrawingRect& rect) {
-    releaseClip();
+    CairoSurface::releaseClip();
     cairo_save(parts_->cairo);
     cairo_rectangle(parts_->cairo, rect.left, rect.top, rect.width(), rect.height());
     cairo_clip(parts_->cairo);
@@ -218,7 +218,8 @@ void CairoSurface::releaseClip() {
 
 // --- PDF --------------------------------------------------------------------------------------
 
-PdfSurface::PdfSurface(const PdfSetup& setup) : CairoSurface(std::make_unique<Parts>()) {
+PdfSurface::PdfSurface(const PdfSetup& setup)
+    : CairoSurface(std::make_unique<Parts>()), title_(setup.title), keepsPages_(setup.keepsPages) {
     auto& made = parts();
     made.surface = cairo_pdf_surface_create_for_stream(append, &made.bytes, setup.paper.width,
                                                        setup.paper.height);
@@ -239,13 +240,95 @@ bool PdfSurface::startPage() {
         inPage_ = true;
         ++pages_;
         textLine_ = area().top;
+        if (keepsPages_) {
+            recorded_.emplace_back();
+        }
     }
     return true;
 }
 
+RecordedPage* PdfSurface::record() {
+    return inPage_ && keepsPages_ ? &recorded_.back() : nullptr;
+}
+
+bool PdfSurface::setPen(const DrawingPen& pen) {
+    if (auto* const page = record()) {
+        page->addPen(pen);
+    }
+    return CairoSurface::setPen(pen);
+}
+
+void PdfSurface::setHollowBrush() {
+    if (auto* const page = record()) {
+        page->addBrush(std::nullopt);
+    }
+    CairoSurface::setHollowBrush();
+}
+
+void PdfSurface::setSolidBrush(DrawingColour colour) {
+    if (auto* const page = record()) {
+        page->addBrush(colour);
+    }
+    CairoSurface::setSolidBrush(colour);
+}
+
+void PdfSurface::line(DrawingPoint from, DrawingPoint to) {
+    if (auto* const page = record()) {
+        page->addLine(from, to);
+    }
+    CairoSurface::line(from, to);
+}
+
+void PdfSurface::rectangle(const DrawingRect& rect) {
+    if (auto* const page = record()) {
+        page->addBox(rect, false);
+    }
+    CairoSurface::rectangle(rect);
+}
+
+void PdfSurface::ellipse(const DrawingRect& rect) {
+    if (auto* const page = record()) {
+        page->addBox(rect, true);
+    }
+    CairoSurface::ellipse(rect);
+}
+
+void PdfSurface::polygon(std::span<const DrawingPoint> points) {
+    if (auto* const page = record()) {
+        page->addPolygon(points);
+    }
+    CairoSurface::polygon(points);
+}
+
+void PdfSurface::text(DrawingPoint at, std::string_view text, const DrawingFont& font) {
+    if (auto* const page = record()) {
+        page->addText({at, textSize(text, font), std::string(text), font});
+    }
+    CairoSurface::text(at, text, font);
+}
+
+void PdfSurface::clip(const DrawingRect& rect) {
+    if (auto* const page = record()) {
+        page->addClip(rect);
+    }
+    CairoSurface::clip(rect);
+}
+
+void PdfSurface::releaseClip() {
+    if (auto* const page = record()) {
+        page->addClip(std::nullopt);
+    }
+    CairoSurface::releaseClip();
+}
+
+bool PdfSurface::nextPage() {
+    endPage();
+    return startPage();
+}
+
 void PdfSurface::endPage() {
     if (inPage_) {
-        releaseClip();
+        CairoSurface::releaseClip();
         cairo_show_page(parts().cairo);
         inPage_ = false;
     }
@@ -261,6 +344,13 @@ std::string PdfSurface::document() {
     endPage();
     parts().finish();
     return std::move(parts().bytes);
+}
+
+PrintedDocument PdfSurface::printed() {
+    PrintedDocument made{.title = title_, .paper = {paper_.width(), paper_.height()}};
+    made.pdf = document();
+    made.pages = std::move(recorded_);
+    return made;
 }
 
 // --- PNG --------------------------------------------------------------------------------------

@@ -3,12 +3,17 @@
 #pragma once
 
 #include "drawing/DrawingSurface.h"
+#include "drawing/RecordedPage.h"
 
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kavu {
+
+/// The dashes and gaps of a printed line, in points; none for a line without gaps.
+[[nodiscard]] std::vector<double> printedDashes(LineStyle style);
 
 /// What both have in common; the unit is a point of 1/72 inch, or a pixel.
 class CairoSurface : public DrawingSurface {
@@ -54,6 +59,7 @@ struct PdfSetup {
     std::string created{};              ///< "YYYY-MM-DDTHH:MM:SS"
     DrawingSize paper{595.28, 841.89};  ///< A4
     double margin = 42;                 ///< on all sides
+    bool keepsPages = false;            ///< `printed` has the pages as well
 };
 
 /// A print job: pages within their margins, with a line of text that moves down.
@@ -62,7 +68,18 @@ class PdfSurface : public CairoSurface {
     explicit PdfSurface(const PdfSetup& setup);
 
     [[nodiscard]] bool isPage() const override { return true; }
+    bool setPen(const DrawingPen& pen) override;
+    void setHollowBrush() override;
+    void setSolidBrush(DrawingColour colour) override;
+    void line(DrawingPoint from, DrawingPoint to) override;
+    void rectangle(const DrawingRect& rect) override;
+    void ellipse(const DrawingRect& rect) override;
+    void polygon(std::span<const DrawingPoint> points) override;
+    void text(DrawingPoint at, std::string_view text, const DrawingFont& font) override;
+    void clip(const DrawingRect& rect) override;
+    void releaseClip() override;
     bool startPage() override;
+    bool nextPage() override;
     [[nodiscard]] double textLine() const override { return textLine_; }
     void setTextLine(double line) override { textLine_ = line; }
     [[nodiscard]] double lineHeight() const override { return lineHeight_; }
@@ -77,8 +94,16 @@ class PdfSurface : public CairoSurface {
     void addOutline(std::string_view text);
     /// The whole file; nothing can be drawn after that.
     [[nodiscard]] std::string document();
+    /// The same with its pages, if the setup keeps them.
+    [[nodiscard]] PrintedDocument printed();
 
   private:
+    /// The page that remembers what is drawn; null if none does.
+    [[nodiscard]] RecordedPage* record();
+
+    std::string title_;
+    bool keepsPages_ = false;
+    std::vector<RecordedPage> recorded_{};
     DrawingRect paper_{};
     bool inPage_ = false;
     int pages_ = 0;

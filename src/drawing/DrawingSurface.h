@@ -89,6 +89,8 @@ class DrawingSurface {
 
     /// Starts a page if there is none; false if that fails.
     virtual bool startPage() { return true; }
+    /// Ends the page and starts another one; false for a surface that has one only.
+    virtual bool nextPage() { return false; }
     /// The position of the next line of text of the page, from its top.
     [[nodiscard]] virtual double textLine() const { return 0; }
     virtual void setTextLine(double /*line*/) {}

@@ -112,6 +112,7 @@ OTHER_FILES = {
     "pcm/PcmLoad.cpp": (2, "the message log"),
     "pcm/read/DataChunks.cpp": (3, "the scratch in which a load sorts the measurements"),
     "pcm/write/WordFrameConversion.cpp": (2, "the message log"),
+    "reports/ReportRun.cpp": (3, "reports that the user has asked for, and scratch that is shown"),
     "reports/writers/XlsxWriter.cpp": (1, "scratch of a workbook"),
     "reports/layout/LayoutFile.cpp": (6, "the layout of the user, and its working copy"),
     "sdk/SessionFiles.cpp": (4, "the files of a session, in a store of its own"),

@@ -136,6 +136,13 @@ inline constexpr TextKey kStreamSyncBits{"PSYNC2", "0"};
 inline constexpr TextKey kStreamUnsyncCriteria{"PSYNC3", "NS"};
 inline constexpr TextKey kStreamUnsyncBits{"PSYNC4", "0"};
 
+// --- Reports on paper
+/// Who calibrates, for the calibration sheets; a number, of a former use of the key, is no name.
+inline constexpr TextKey kCalibratedBy{"CalBy"};
+inline constexpr IntKey kPaper{"Paper", 0, 0, 1};  ///< 0: A4, 1: Letter
+inline constexpr FlagKey kLandscapeReports{"ReportLandscape", true};
+inline constexpr FlagKey kLandscapeSheets{"SheetLandscape"};
+
 // --- Windows: where they were closed, and what they showed
 /// The palette: "desktop", "light" or "dark".
 inline constexpr TextKey kAppearance{"Appearance", "desktop"};

@@ -6,6 +6,7 @@
 #include "conversion/PairSetPage.h"
 #include "core/TmatsDocument.h"
 #include "core/TmatsReader.h"
+#include "core/WorkingStore.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Printf.h"
 #include "core/text/Text.h"
@@ -38,6 +39,24 @@ std::vector<int> wordsOf(const PcmFormat& format, std::string_view name) {
         }
     }
     return words;
+}
+
+/// What a record says besides its pairs, and where its measurement is.
+Calibration describe(const ProfileFile& file, const std::string& section,
+                     const std::string& comment, const PcmFormat* format) {
+    Calibration made{.name = section};
+    for (const auto code : kSheetCodes) {
+        auto value = file.value(section, code, "");
+        fromStoredForm(value);
+        if (!value.empty()) {
+            made.fields[code] = std::move(value);
+        }
+    }
+    made.comment = splitCommentRecord(comment).plain;
+    if (format != nullptr) {
+        made.words = wordsOf(*format, made.name);
+    }
+    return made;
 }
 
 std::string termText(std::size_t power, double coefficient, int precision) {
@@ -86,21 +105,9 @@ std::optional<Calibration> readCalibration(const DocumentContext& context, Conve
     if (!isPairSetWithCurve(*chunk, place.section)) {
         return std::nullopt;
     }
-    Calibration made{.name = place.section};
-    for (const auto code : kSheetCodes) {
-        auto value = chunk->value(place.section, code, "");
-        fromStoredForm(value);
-        if (!value.empty()) {
-            made.fields[code] = std::move(value);
-        }
-    }
-    const auto comment = store.readEuComment(place.section, false);
-    made.comment = splitCommentRecord(comment).plain;
-    int bits = 0;
-    if (format != nullptr) {
-        made.words = wordsOf(*format, made.name);
-        bits = made.words.empty() ? 0 : format->wordLength(made.words.front());
-    }
+    auto made = describe(*chunk, place.section, store.readEuComment(place.section, false), format);
+    const int bits =
+        made.words.empty() || format == nullptr ? 0 : format->wordLength(made.words.front());
     made.options = FitOptions::read(context.settings);
     made.input = fitInputOf(*chunk, place.section, made.options.sorted, bits);
     made.input.zero = store.commentRecordGet(place.section, seriespair::kZero);
@@ -108,6 +115,17 @@ std::optional<Calibration> readCalibration(const DocumentContext& context, Conve
     made.input.series =
         made.options.seriesEnabled && (!made.input.zero.empty() || !made.input.cal.empty());
     made.result = refitPairs(made.input, made.options);
+    return made;
+}
+
+Calibration editedCalibration(const DocumentContext& context, ConversionStore& store,
+                              const PcmFormat* format, const std::string& name, FitInput input,
+                              FitOptions options, FitResult result) {
+    const ProfileFile copy(context.store.pathOf(working::kData1));
+    auto made = describe(copy, name, store.readEuComment(name, true), format);
+    made.input = std::move(input);
+    made.options = options;
+    made.result = std::move(result);
     return made;
 }
 

@@ -40,6 +40,12 @@ struct Calibration {
                                                          const PcmFormat* format,
                                                          const std::string& name);
 
+/// The same of a record that is being edited, from its working copy, with the last fit of its page.
+/// REQUIRES: the record `name` has a working copy.
+[[nodiscard]] Calibration editedCalibration(const DocumentContext& context, ConversionStore& store,
+                                            const PcmFormat* format, const std::string& name,
+                                            FitInput input, FitOptions options, FitResult result);
+
 /// The polynomial of a fit as text: "(1.0E+00) + (2.0E+00)*Count", four terms on a line.
 [[nodiscard]] std::string polynomialText(const FitResult& result, int precision);
 

@@ -18,8 +18,6 @@ namespace kavu {
 
 namespace {
 
-/// Who calibrates; a number, of a former use of the key, is no name.
-constexpr TextKey kCalibratedBy{"CalBy"};
 constexpr std::size_t kTableColumns = 4;
 constexpr std::string_view kBetweenHalves = "   ";
 
@@ -42,7 +40,7 @@ std::string wordsText(const std::vector<int>& words) {
 
 /// The name of who calibrates, if the setting holds one: it was a number once.
 std::string calibratedBy(const DocumentContext& context) {
-    const auto name = context.settings.get(kCalibratedBy);
+    const auto name = context.settings.get(setting::kCalibratedBy);
     return parseDouble(name) ? std::string() : name;
 }
 
@@ -192,6 +190,19 @@ std::string CalibrationSheet::text() const {
     return all;
 }
 
+CalibrationSheet makeCalibrationSheet(const DocumentContext& context, const ReportLayout& layout,
+                                      Calibration calibration, int page, std::size_t width) {
+    auto texts = sheetTexts(context, calibration, width);
+    return {.calibration = std::move(calibration),
+            .page = page,
+            .title = layout.text(layout_key::kPlotTitle),
+            .left = layout.text(layout_key::kPlotLeft),
+            .right = layout.text(layout_key::kPlotRight),
+            .pageText = pageNumberText(layout.text(layout_key::kPageNumber), page),
+            .pageLocation = layout.number(layout_key::kPageNumberPlace),
+            .texts = std::move(texts)};
+}
+
 std::vector<CalibrationSheet> makeCalibrationSheets(const DocumentContext& context,
                                                     ConversionStore& store, const PcmFormat* format,
                                                     const ReportLayout& layout,
@@ -209,16 +220,8 @@ std::vector<CalibrationSheet> makeCalibrationSheets(const DocumentContext& conte
         if (!calibration || !calibration->result.fitted || calibration->result.pairs < 2) {
             continue;
         }
-        auto texts = sheetTexts(context, *calibration, width);
-        sheets.push_back({.calibration = std::move(*calibration),
-                          .page = page,
-                          .title = layout.text(layout_key::kPlotTitle),
-                          .left = layout.text(layout_key::kPlotLeft),
-                          .right = layout.text(layout_key::kPlotRight),
-                          .pageText = pageNumberText(layout.text(layout_key::kPageNumber), page),
-                          .pageLocation = layout.number(layout_key::kPageNumberPlace),
-                          .texts = std::move(texts)});
-        ++page;
+        sheets.push_back(
+            makeCalibrationSheet(context, layout, std::move(*calibration), page++, width));
     }
     return sheets;
 }

@@ -1,7 +1,9 @@
 // The calibration data sheet: what it says, and how it is printed.
 #pragma once
 
+#include "drawing/RecordedPage.h"
 #include "reports/calibration/Calibration.h"
+#include "reports/print/PaperSetup.h"
 #include "reports/print/PrintedPage.h"
 
 #include <cstddef>
@@ -22,6 +24,9 @@ struct SheetText {
     std::string text{};  ///< whole lines
 };
 
+/// The number of characters of the table that a line of a paper has room for.
+[[nodiscard]] std::size_t sheetCharacters(const PaperSetup& paper);
+
 /// The texts of a sheet in their order; `width` is the number of characters that the two halves of
 /// the table of pairs must fit into. REQUIRES: the fit has not failed.
 [[nodiscard]] std::vector<SheetText> sheetTexts(const DocumentContext& context,
@@ -40,6 +45,11 @@ struct CalibrationSheet {
     [[nodiscard]] std::string text() const;
 };
 
+/// The sheet of one calibration. REQUIRES: its fit has not failed.
+[[nodiscard]] CalibrationSheet makeCalibrationSheet(const DocumentContext& context,
+                                                    const ReportLayout& layout,
+                                                    Calibration calibration, int page,
+                                                    std::size_t width);
 /// The sheets of these measurements. One whose fit fails is left out without a word, and takes no
 /// page number. Stops when `parent`, who may be null, has cancelled; the sheets until then stay.
 [[nodiscard]] std::vector<CalibrationSheet> makeCalibrationSheets(
@@ -49,7 +59,14 @@ struct CalibrationSheet {
 
 /// The sheets as text, a form feed between them.
 [[nodiscard]] std::string calibrationText(const std::vector<CalibrationSheet>& sheets);
-/// The sheets as PDF, each on a page of its own with its curve, its pairs and their errors.
+/// The pages of the sheets, each on one of its own with its curve, its pairs and their errors.
+/// Stops when `parent`, who may be null, has cancelled, at each row of a table and between sheets;
+/// the pages until then stay. Message 406 ("Printer Error") if the paper has no orientation.
+[[nodiscard]] PrintedDocument printSheetPages(const DocumentContext& context,
+                                              const ReportLayout& layout,
+                                              const std::vector<CalibrationSheet>& sheets,
+                                              const PaperSetup& paper, UserInterface* parent);
+/// The same as a PDF on the paper of the settings.
 [[nodiscard]] std::string printCalibrationSheets(const DocumentContext& context,
                                                  const ReportLayout& layout,
                                                  const std::vector<CalibrationSheet>& sheets);

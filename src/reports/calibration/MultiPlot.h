@@ -1,6 +1,7 @@
 // The curves of up to eight measurements over one another.
 #pragma once
 
+#include "conversion/PlotAttributes.h"
 #include "reports/calibration/Calibration.h"
 
 #include <string>
@@ -10,6 +11,7 @@
 namespace kavu {
 
 class DrawingSurface;
+class ProfileSettings;
 
 /// As many as there are series of their own looks.
 inline constexpr std::size_t kMostPlotted = 8;
@@ -31,6 +33,9 @@ struct PlottedRow {
     std::string correlation{};
     std::string polynomial{};
     FitResult result{};
+    // The pairs of the record, as they are.
+    std::vector<double> x{};
+    std::vector<double> y{};
 };
 
 /// The rows of these measurements: one that is no pair set with a curve fit drops out, and beyond
@@ -39,9 +44,34 @@ struct PlottedRow {
                                                   ConversionStore& store,
                                                   const std::vector<std::string>& names);
 
-/// Draws title, curves and a legend, and below them the texts of the rows. False if the range of
-/// the plot is empty, which the picture says.
+/// The names and dates that the settings keep, at most eight, as `Mes%d` and `Date%d`.
+struct PlottedName {
+    std::string name{};
+    std::string date{};
+};
+[[nodiscard]] std::vector<PlottedName> readPlotted(const ProfileSettings& settings);
+void writePlotted(ProfileSettings& settings, const std::vector<PlottedRow>& rows);
+
+/// How the plot looks: as the settings have it, and where they say nothing each series has a dash
+/// and a mark of its own, so that paper without colour tells them apart.
+[[nodiscard]] PlotAttributes plottedAttributes(const ProfileSettings& settings);
+
+/// What is drawn besides the curves.
+enum class MultiPlotTexts {
+    Legend,  ///< the names with their lines and marks
+    Fits,    ///< and below each name what its fit says
+};
+/// Draws title, curves and a legend. False if the range of the plot is empty, which the picture
+/// says.
+bool drawMultiPlot(DrawingSurface& surface, const PlotAttributes& attributes,
+                   const std::vector<PlottedRow>& rows, MultiPlotTexts texts);
+/// The same with the attributes of the settings and all texts.
 bool drawMultiPlot(const DocumentContext& context, DrawingSurface& surface,
                    const std::vector<PlottedRow>& rows);
+
+/// The pairs of all rows as a table: name, TM value, EU value, the value of the fit, its error.
+/// `divider` stands between values; a value that holds it is quoted.
+[[nodiscard]] std::string multiPlotData(const std::vector<PlottedRow>& rows, int precision,
+                                        char divider);
 
 }  // namespace kavu

@@ -1,6 +1,8 @@
 #include "conversion/PairSetFit.h"
 #include "core/TmatsDocument.h"
+#include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
+#include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
 #include "drawing/PartSurface.h"
 #include "reports/calibration/CalibrationSheet.h"
@@ -18,11 +20,16 @@ namespace {
 constexpr double kTitlePoints = 14;
 constexpr double kFilePoints = 9;
 constexpr double kSheetGap = 8;
-/// Of the room of a page: what the curve and the errors may take, and what they take at least.
-constexpr double kPlotShare = 0.44;
-constexpr double kLeastPlot = 190;
+/// What the curve and the errors may take of the room of a page, and what they take at least: a low
+/// page has more of its height left for them, as its texts are on the next one then.
+struct PlotFractions {
+    double share = 0.44;
+    double least = 190;
+    double width = 0.8;
+};
+constexpr PlotFractions kPortrait{};
+constexpr PlotFractions kLandscape{.share = 0.62, .least = 230, .width = 0.86};
 constexpr double kCurveShare = 0.68;  ///< of the plots, the rest is the errors
-constexpr double kPlotWidth = 0.8;
 constexpr double kCurveHeight = 0.7;  ///< of its room, without labels and titles
 constexpr double kErrorHeight = 0.68;
 constexpr double kTabStop = 40;
@@ -38,20 +45,31 @@ DrawingFont fontOf(SheetFont font) {
 
 class SheetPrinter {
   public:
-    SheetPrinter(PdfSurface& surface, const DocumentContext& context, const ReportLayout& layout)
-        : surface_(surface), context_(context), layout_(layout) {}
+    SheetPrinter(PdfSurface& surface, const DocumentContext& context, const ReportLayout& layout,
+                 UserInterface* parent)
+        : surface_(surface), context_(context), layout_(layout), parent_(parent) {}
 
-    void print(const CalibrationSheet& sheet) {
+    /// False after a cancel, or message 406 ("Printer Error") if the paper has no orientation.
+    bool print(const CalibrationSheet& sheet) {
+        const auto wide = isLandscape(surface_);
+        if (!wide) {
+            context_.messages.show(parent_, 406, title::kError, kErrorBox,
+                                   "Unable to retrieve paper orientation");
+            return false;
+        }
+        fractions_ = *wide ? kLandscape : kPortrait;
         frame_ = pageFrame(layout_, sheet.left, sheet.right);
         page_ = sheet.page;
         beginPage();
         surface_.addOutline(sheet.calibration.name);
         printTitle(sheet);
         drawPlots(sheet);
+        bool isWhole = true;
         for (const auto& part : sheet.texts) {
-            printPart(part);
+            isWhole = isWhole && printPart(part);
         }
         surface_.endPage();
+        return isWhole;
     }
 
   private:
@@ -96,8 +114,9 @@ class SheetPrinter {
     void drawPlots(const CalibrationSheet& sheet) {
         const double top = surface_.textLine();
         const double rest = room_.bottom - top - heightOfTexts(sheet) - kSheetGap;
+        const double most = std::max(fractions_.least, fractions_.share * room_.height());
         const double height =
-            std::min(room_.bottom - top, std::clamp(rest, kLeastPlot, kPlotShare * room_.height()));
+            std::min(room_.bottom - top, std::clamp(rest, fractions_.least, most));
         const double middle = top + kCurveShare * height;
         const auto& calibration = sheet.calibration;
         Plot plot;
@@ -106,7 +125,7 @@ class SheetPrinter {
         drawing.units = calibration.field(c::kMn3.code);
         drawing.rescale = true;
         drawing.printing = true;
-        drawing.widthFraction = kPlotWidth;
+        drawing.widthFraction = fractions_.width;
         drawing.heightFraction = kCurveHeight;
         PartSurface curve(surface_, {room_.left, top, room_.right, middle});
         const auto scaled = fitScale(plot.attributes, calibration.result, calibration.input,
@@ -136,32 +155,45 @@ class SheetPrinter {
         return attributes;
     }
 
-    void printPart(const SheetText& part) {
+    bool printPart(const SheetText& part) {
         const auto font = fontOf(part.font);
         const double height = lineHeight(font);
         std::string_view rest = part.text;
         while (!rest.empty()) {
+            if (part.font == SheetFont::Table && cancelRequested(parent_)) {
+                return false;
+            }
             const auto end = std::min(rest.find('\n'), rest.size());
             if (surface_.textLine() + height > room_.bottom) {
                 beginPage();
             }
             printLine(rest.substr(0, end), font);
-            surface_.setTextLine(surface_.textLine() + height);
             rest.remove_prefix(std::min(rest.size(), end + 1));
         }
+        return true;
     }
 
-    /// The parts between tabs, each at the next stop.
+    /// The parts between tabs, each at the next stop; what has no room goes on in the next line,
+    /// under its beginning.
     void printLine(std::string_view line, const DrawingFont& font) {
         double left = room_.left;
         while (true) {
             const auto end = line.find('\t');
-            const auto text = line.substr(0, end);
-            if (!text.empty()) {
-                surface_.text({left, surface_.textLine()}, text, font);
+            auto text = line.substr(0, end);
+            while (true) {
+                const auto part = cutToWidth(text, room_.right - left, font);
+                if (!part.empty()) {
+                    surface_.text({left, surface_.textLine()}, part, font);
+                }
+                text.remove_prefix(part.size());
+                if (text.empty()) {
+                    text = part;
+                    break;
+                }
+                nextLine(font);
             }
             if (end == std::string_view::npos) {
-                return;
+                break;
             }
             left += surface_.textSize(text, font).width;
             const double stops =
@@ -169,11 +201,45 @@ class SheetPrinter {
             left = room_.left + stops * kTabStop;
             line.remove_prefix(end + 1);
         }
+        surface_.setTextLine(surface_.textLine() + lineHeight(font));
+    }
+
+    void nextLine(const DrawingFont& font) {
+        surface_.setTextLine(surface_.textLine() + lineHeight(font));
+        if (surface_.textLine() + lineHeight(font) > room_.bottom) {
+            beginPage();
+        }
+    }
+
+    /// As much of a text as fits, up to a blank if there is one; a character at least.
+    [[nodiscard]] std::string_view cutToWidth(std::string_view text, double width,
+                                              const DrawingFont& font) const {
+        if (text.empty() || surface_.textSize(text, font).width <= width) {
+            return text;
+        }
+        std::size_t least = 1;
+        std::size_t most = text.size();
+        while (least < most) {
+            const auto middle = (least + most + 1) / 2;
+            if (surface_.textSize(text.substr(0, middle), font).width <= width) {
+                least = middle;
+            } else {
+                most = middle - 1;
+            }
+        }
+        while (least < text.size() && (static_cast<unsigned char>(text[least]) & 0xC0U) == 0x80U &&
+               least > 1) {
+            --least;  // not within a character
+        }
+        const auto blank = text.substr(0, least).rfind(' ');
+        return text.substr(0, blank == std::string_view::npos || blank == 0 ? least : blank + 1);
     }
 
     PdfSurface& surface_;
     const DocumentContext& context_;
     const ReportLayout& layout_;
+    UserInterface* parent_;
+    PlotFractions fractions_{};
     PageFrame frame_{};
     int page_ = 1;
     DrawingRect room_{};
@@ -181,14 +247,37 @@ class SheetPrinter {
 
 }  // namespace
 
+PrintedDocument printSheetPages(const DocumentContext& context, const ReportLayout& layout,
+                                const std::vector<CalibrationSheet>& sheets,
+                                const PaperSetup& paper, UserInterface* parent) {
+    auto setup = pdfSetup(context, onOneLine(layout.text(layout_key::kPlotTitle)));
+    setup.paper = paperPoints(paper);
+    setup.keepsPages = true;
+    PdfSurface surface(setup);
+    SheetPrinter printer(surface, context, layout, parent);
+    for (const auto& sheet : sheets) {
+        setProgressText(parent, sheet.calibration.name);
+        yieldToInterface(parent);
+        if (cancelRequested(parent) || !printer.print(sheet)) {
+            break;
+        }
+    }
+    return surface.printed();
+}
+
+std::size_t sheetCharacters(const PaperSetup& paper) {
+    // Of the letters of Courier, as a fraction of their height.
+    constexpr double kCharacter = 0.6001;
+    const double room = paperPoints(paper).width - 2 * PdfSetup{}.margin;
+    return static_cast<std::size_t>(
+        std::max(1.0, room / (fontOf(SheetFont::Table).height * kCharacter)));
+}
+
 std::string printCalibrationSheets(const DocumentContext& context, const ReportLayout& layout,
                                    const std::vector<CalibrationSheet>& sheets) {
-    PdfSurface surface(pdfSetup(context, onOneLine(layout.text(layout_key::kPlotTitle))));
-    SheetPrinter printer(surface, context, layout);
-    for (const auto& sheet : sheets) {
-        printer.print(sheet);
-    }
-    return surface.document();
+    return printSheetPages(context, layout, sheets, readPaper(context.settings, PaperUse::Sheets),
+                           nullptr)
+        .pdf;
 }
 
 }  // namespace kavu

@@ -1,7 +1,9 @@
 #include "reports/print/ReportPrinter.h"
 
 #include "core/TmatsDocument.h"
+#include "core/talk/ProfileSettings.h"
 #include "core/talk/SettingKeys.h"
+#include "core/talk/UserInterface.h"
 #include "core/text/Clock.h"
 #include "core/text/Printf.h"
 #include "core/text/Text.h"
@@ -81,16 +83,21 @@ class PrintedLines : public LineSink {
     std::vector<Line> lines_{};
 };
 
+/// Lines between two looks whether the user has cancelled.
+constexpr std::size_t kPollLines = 100;
+
 class ReportPrinter {
   public:
-    ReportPrinter(PdfSurface& surface, const ReportLayout& layout, int startPage)
-        : surface_(surface), layout_(layout), page_(startPage) {}
+    ReportPrinter(PdfSurface& surface, const ReportLayout& layout, int startPage,
+                  UserInterface* parent)
+        : surface_(surface), layout_(layout), page_(startPage), parent_(parent) {}
 
-    void print(const ReportContent& report) {
+    /// False after a cancel.
+    bool print(const ReportContent& report) {
         frame_ = pageFrame(layout_, report.head.left, report.head.right);
         const int points = printedPoints(layout_.number(layout_key::kFont));
         PrintedLines lines;
-        writeLines(report, charactersAt(points), lines);
+        writeLines(report, charactersAt(points), lines, parent_);
         int size = points;
         while (size > kSmallestPoints && charactersAt(size) < lines.widest()) {
             --size;
@@ -100,7 +107,13 @@ class ReportPrinter {
         surface_.addOutline(onOneLine(report.head.title));
         std::vector<const PrintedLines::Line*> head;
         bool wasHead = false;
+        bool isCancelled = false;
+        std::size_t count = 0;
         for (const auto& line : lines.lines()) {
+            if (++count % kPollLines == 0 && cancelRequested(parent_)) {
+                isCancelled = true;
+                break;
+            }
             if (line.isHead && !wasHead) {
                 head.clear();
             }
@@ -114,9 +127,32 @@ class ReportPrinter {
             }
         }
         surface_.endPage();
+        return !isCancelled;
+    }
+    /// Prints a text as it is.
+    void printText(std::string_view text) {
+        frame_ = {.numberText = "Page ^", .numberPlace = 2};
+        setSize(printedPoints(0));
+        for (const auto& page : splitAt(text, '\f')) {
+            beginPage();
+            for (const auto& line : splitLines(page)) {
+                printLine({.text = withoutTabs(line)}, {});
+            }
+        }
+        surface_.endPage();
     }
 
   private:
+    static std::vector<std::string_view> splitAt(std::string_view text, char divider) {
+        std::vector<std::string_view> parts;
+        for (auto end = text.find(divider); end != std::string_view::npos;
+             end = text.find(divider)) {
+            parts.push_back(text.substr(0, end));
+            text.remove_prefix(end + 1);
+        }
+        parts.push_back(text);
+        return parts;
+    }
     [[nodiscard]] std::size_t charactersAt(int points) const {
         return static_cast<std::size_t>(
             std::max(1.0, std::floor(surface_.area().width() / (points * kCourierWidth))));
@@ -188,6 +224,7 @@ class ReportPrinter {
     PdfSurface& surface_;
     const ReportLayout& layout_;
     int page_;
+    UserInterface* parent_;
     PageFrame frame_{};
     DrawingFont captions_{};
     DrawingFont values_{};
@@ -206,18 +243,43 @@ PdfSetup pdfSetup(const DocumentContext& context, std::string title) {
                                     now.day, now.hour, now.minute, now.second)};
 }
 
-std::string printReports(const DocumentContext& context, const ReportLayout& layout,
-                         const std::vector<ReportContent>& reports, int startPage) {
+PrintedDocument printReportPages(const DocumentContext& context, const ReportLayout& layout,
+                                 const std::vector<ReportContent>& reports, int startPage,
+                                 const PaperSetup& paper, UserInterface* parent) {
     auto setup =
         pdfSetup(context, reports.empty() ? std::string() : onOneLine(reports.front().head.title));
-    std::swap(setup.paper.width, setup.paper.height);
+    setup.paper = paperPoints(paper);
+    setup.keepsPages = true;
     PdfSurface surface(setup);
     int page = startPage;
     for (const auto& report : reports) {
-        ReportPrinter(surface, layout, page).print(report);
+        setProgressText(parent, formatPrintf("Printing %s", onOneLine(report.head.title)));
+        if (!ReportPrinter(surface, layout, page, parent).print(report)) {
+            break;
+        }
         page = startPage + surface.pages();
     }
-    return surface.document();
+    return surface.printed();
+}
+
+std::string printReports(const DocumentContext& context, const ReportLayout& layout,
+                         const std::vector<ReportContent>& reports, int startPage) {
+    return printReportPages(context, layout, reports, startPage,
+                            readPaper(context.settings, PaperUse::Reports), nullptr)
+        .pdf;
+}
+
+PrintedDocument printText(const DocumentContext& context, const std::string& title,
+                          std::string_view text, const PaperSetup& paper) {
+    auto setup = pdfSetup(context, title);
+    setup.paper = paperPoints(paper);
+    setup.keepsPages = true;
+    PdfSurface surface(setup);
+    // The text is its own head; nothing of a layout is asked for.
+    ProfileSettings none("");
+    const ReportLayout layout(none);
+    ReportPrinter(surface, layout, 1, nullptr).printText(text);
+    return surface.printed();
 }
 
 }  // namespace kavu

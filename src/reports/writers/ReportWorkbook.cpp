@@ -1,5 +1,6 @@
 #include "reports/writers/ReportWorkbook.h"
 
+#include "core/talk/UserInterface.h"
 #include "core/text/Printf.h"
 #include "core/text/Text.h"
 
@@ -67,8 +68,8 @@ struct SheetStyles {
 /// The part of a report that goes to one sheet.
 class SheetMaker {
   public:
-    SheetMaker(const ReportContent& report, WorkbookWriter& workbook)
-        : report_(report), workbook_(workbook), styles_(workbook) {}
+    SheetMaker(const ReportContent& report, WorkbookWriter& workbook, UserInterface* parent)
+        : report_(report), workbook_(workbook), parent_(parent), styles_(workbook) {}
 
     void writeLines() {
         SheetSetup setup{.name = report_.sheet, .columns = 2, .header = headerText(report_.head)};
@@ -96,8 +97,8 @@ class SheetMaker {
         }
     }
 
-    /// The columns of a table from `first` to before `end`.
-    void writeTable(std::string name, std::size_t first, std::size_t end) {
+    /// The columns of a table from `first` to before `end`. False after a cancel.
+    bool writeTable(std::string name, std::size_t first, std::size_t end) {
         const auto& table = report_.table;
         const int labels = table.isGrid ? 1 : 0;
         const int columns = static_cast<int>(end - first) + labels;
@@ -114,16 +115,21 @@ class SheetMaker {
             setup.filterRow = setup.titleRows[1];
         }
         if (workbook_.addSheet(std::move(setup)) < 0) {
-            return;
+            return true;
         }
         writeHead(columns);
         if (hasRows) {
             writeTableHead(first, end);
+            std::size_t count = 0;
             for (const auto& row : table.rows) {
+                if (count++ % kPollEvery == 0 && cancelRequested(parent_)) {
+                    return false;
+                }
                 writeRow(row, first, end);
             }
             writeLists(first, end);
         }
+        return true;
     }
 
   private:
@@ -233,25 +239,29 @@ class SheetMaker {
 
     const ReportContent& report_;
     WorkbookWriter& workbook_;
+    UserInterface* parent_;
     SheetStyles styles_;
 };
 
 }  // namespace
 
-void writeSheets(const ReportContent& report, WorkbookWriter& workbook) {
-    SheetMaker maker(report, workbook);
+void writeSheets(const ReportContent& report, WorkbookWriter& workbook, UserInterface* parent) {
+    SheetMaker maker(report, workbook, parent);
     const auto columns = report.table.columns.size();
     if (report.kind == ReportKind::Format) {
         maker.writeLines();
         return;
     }
     if (!report.table.isGrid || columns <= kMostSheetWords) {
-        maker.writeTable(report.sheet, 0, columns);
+        (void)maker.writeTable(report.sheet, 0, columns);
         return;
     }
     for (std::size_t first = 0; first < columns; first += kMostSheetWords) {
         const auto end = std::min(columns, first + kMostSheetWords);
-        maker.writeTable(formatPrintf("%s (%d-%d)", report.sheet, first + 1, end), first, end);
+        if (!maker.writeTable(formatPrintf("%s (%d-%d)", report.sheet, first + 1, end), first,
+                              end)) {
+            return;
+        }
     }
 }
 

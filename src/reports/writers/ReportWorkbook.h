@@ -6,10 +6,14 @@
 
 namespace kavu {
 
+class UserInterface;
+
 /// The most words of a frame on one sheet.
 inline constexpr std::size_t kMostSheetWords = 254;
 
 /// Writes a report as a sheet of its own; the frame of a stream of more than 254 words as several.
-void writeSheets(const ReportContent& report, WorkbookWriter& workbook);
+/// Stops when `parent`, who may be null, has cancelled; the rows until then stay.
+void writeSheets(const ReportContent& report, WorkbookWriter& workbook,
+                 UserInterface* parent = nullptr);
 
 }  // namespace kavu

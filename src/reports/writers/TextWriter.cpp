@@ -1,5 +1,7 @@
 #include "reports/writers/TextWriter.h"
 
+#include "core/talk/UserInterface.h"
+
 #include <algorithm>
 
 namespace kavu {
@@ -71,7 +73,7 @@ std::string listLine(const Texts& texts, const std::vector<std::size_t>& widths)
     return line;
 }
 
-void writeList(const ReportTable& table, LineSink& sink) {
+void writeList(const ReportTable& table, LineSink& sink, UserInterface* parent) {
     if (table.columns.empty()) {
         return;
     }
@@ -93,7 +95,11 @@ void writeList(const ReportTable& table, LineSink& sink) {
         sink.line(line);
     }
     sink.setTableHead(head);
+    std::size_t count = 0;
     for (const auto& row : table.rows) {
+        if (++count % kPollEvery == 0 && cancelRequested(parent)) {
+            return;
+        }
         sink.line(listLine(row.cells(), widths));
     }
     sink.setTableHead({});
@@ -109,8 +115,9 @@ struct GridBlock {
 
 class GridWriter {
   public:
-    GridWriter(const ReportTable& table, std::size_t pageWidth, LineSink& sink)
-        : table_(table), pageWidth_(pageWidth), sink_(sink) {
+    GridWriter(const ReportTable& table, std::size_t pageWidth, LineSink& sink,
+               UserInterface* parent)
+        : table_(table), pageWidth_(pageWidth), sink_(sink), parent_(parent) {
         for (const auto& row : table.rows) {
             cells_.push_back(row.cells());
         }
@@ -132,7 +139,9 @@ class GridWriter {
                 sink_.setTableHead({});
                 sink_.line({});
             }
-            writeBlock({first, end});
+            if (!writeBlock({first, end})) {
+                return;
+            }
             first = end;
         }
         sink_.setTableHead({});
@@ -156,7 +165,8 @@ class GridWriter {
         return end;
     }
 
-    void writeBlock(GridBlock block) {
+    /// False after a cancel.
+    bool writeBlock(GridBlock block) {
         std::string head;
         appendPadded(head, {}, kLabelWidth);
         for (std::size_t i = block.first; i < block.end; ++i) {
@@ -166,8 +176,12 @@ class GridWriter {
         sink_.line(head);
         sink_.setTableHead({head});
         for (std::size_t row = 0; row < cells_.size(); ++row) {
+            if (row % kPollEvery == 0 && cancelRequested(parent_)) {
+                return false;
+            }
             writeRow(row, block);
         }
+        return true;
     }
 
     struct Line {
@@ -205,22 +219,24 @@ class GridWriter {
     const ReportTable& table_;
     std::size_t pageWidth_;
     LineSink& sink_;
+    UserInterface* parent_;
     std::vector<std::vector<std::string_view>> cells_{};
     std::vector<std::size_t> widths_{};
 };
 
 }  // namespace
 
-void writeLines(const ReportContent& report, std::size_t pageWidth, LineSink& sink) {
+void writeLines(const ReportContent& report, std::size_t pageWidth, LineSink& sink,
+                UserInterface* parent) {
     sink.startReport(report.head);
     writeHead(report.head, sink);
     for (const auto& line : report.lines) {
         sink.captionLine(line);
     }
     if (report.table.isGrid) {
-        GridWriter(report.table, pageWidth, sink).write();
+        GridWriter(report.table, pageWidth, sink, parent).write();
     } else {
-        writeList(report.table, sink);
+        writeList(report.table, sink, parent);
     }
 }
 
@@ -251,10 +267,14 @@ void TextPages::captionLine(const ReportLine& line) {
     this->line(line.lead + onOneLine(line.value));
 }
 
-std::string reportText(const std::vector<ReportContent>& reports, const TextLayout& layout) {
+std::string reportText(const std::vector<ReportContent>& reports, const TextLayout& layout,
+                       UserInterface* parent) {
     TextPages pages(layout.pageLines);
     for (const auto& report : reports) {
-        writeLines(report, layout.pageWidth, pages);
+        writeLines(report, layout.pageWidth, pages, parent);
+        if (cancelRequested(parent)) {
+            break;
+        }
     }
     return pages.text();
 }

@@ -10,6 +10,8 @@
 
 namespace kavu {
 
+class UserInterface;
+
 /// Takes a report line by line. A caption and its value come apart, since a page prints them in
 /// fonts of their own.
 class LineSink {
@@ -34,8 +36,9 @@ struct TextLayout {
     std::size_t pageLines = 0;    ///< lines of a page; 0 for no page breaks
 };
 
-/// Gives a report to a sink, its head first.
-void writeLines(const ReportContent& report, std::size_t pageWidth, LineSink& sink);
+/// Gives a report to a sink, its head first. Stops when `parent`, who may be null, has cancelled.
+void writeLines(const ReportContent& report, std::size_t pageWidth, LineSink& sink,
+                UserInterface* parent = nullptr);
 
 /// Collects lines as a text: a form feed divides reports, and pages of the length that is asked
 /// for.
@@ -58,9 +61,10 @@ class TextPages : public LineSink {
     std::string text_{};
 };
 
-/// The text of several reports. Lines end with a line feed.
+/// The text of several reports. Lines end with a line feed. Stops when `parent`, who may be null,
+/// has cancelled; what was written until then stays.
 [[nodiscard]] std::string reportText(const std::vector<ReportContent>& reports,
-                                     const TextLayout& layout);
+                                     const TextLayout& layout, UserInterface* parent = nullptr);
 /// A table as delimited text, the names of its columns first; ";" divides fields.
 [[nodiscard]] std::string delimitedTable(const ReportTable& table);
 
