@@ -77,6 +77,14 @@ struct CairoSurface::Parts {
         cairo = cairo_create(surface);
         layout = pango_cairo_create_layout(cairo);
         pango_layout_set_single_paragraph_mode(layout, 1);
+        // Letters as wide as their font has them, not as wide as whole points.
+        auto* const context = pango_layout_get_context(layout);
+        pango_context_set_round_glyph_positions(context, 0);
+        auto* const options = cairo_font_options_create();
+        cairo_font_options_set_hint_metrics(options, CAIRO_HINT_METRICS_OFF);
+        pango_cairo_context_set_font_options(context, options);
+        cairo_font_options_destroy(options);
+        pango_layout_context_changed(layout);
     }
     void finish() {
         if (layout != nullptr) {

@@ -52,6 +52,8 @@ TEST(PdfSurface, CourierHasLettersOfOneWidth) {
     EXPECT_DOUBLE_EQ(surface.textSize("iiiii", kMono).width,
                      surface.textSize("WWWWW", kMono).width);
     EXPECT_NEAR(surface.textSize("0000000000", kMono).width, 60, 0.1);
+    EXPECT_NEAR(surface.textSize("0000000000", {.family = "Courier", .height = 9}).width, 54, 0.1)
+        << "not as wide as whole points";
     EXPECT_LT(surface.textSize("iiiii", kSans).width, surface.textSize("WWWWW", kSans).width);
 }
 

@@ -26,6 +26,7 @@ constexpr double kLegendRow = 20;
 constexpr double kPlotPartOfArea = 0.55;
 constexpr double kPlotWidthShare = 0.78;
 constexpr double kPlotHeightShare = 0.78;
+constexpr double kScreenHeightShare = 0.66;  ///< the legend is close below the title of the axis
 constexpr std::string_view kNameKey = "Mes";
 constexpr std::string_view kDateKey = "Date";
 /// A curve between its pairs is drawn through so many points.
@@ -110,7 +111,8 @@ class MultiPlotDrawing {
             y.insert(y.end(), curve.y.begin(), curve.y.end());
         }
         const PlotFrame frame{.widthFraction = kPlotWidthShare,
-                              .heightFraction = kPlotHeightShare,
+                              .heightFraction = texts_ == MultiPlotTexts::Fits ? kPlotHeightShare
+                                                                               : kScreenHeightShare,
                               .x = x,
                               .y = y,
                               .xTitle = multiplot::kXAxis,
