@@ -15,6 +15,7 @@ void addAllScreenshots(ScreenshotList& list) {
     addStreamDataScreenshots(list);
     addBusScreenshots(list);
     addDatabaseScreenshots(list);
+    addReportScreenshots(list);
 }
 
 }  // namespace kavu

@@ -25,6 +25,8 @@ void addStreamDataScreenshots(ScreenshotList& list);
 void addBusScreenshots(ScreenshotList& list);
 /// The windows of the measurement database.
 void addDatabaseScreenshots(ScreenshotList& list);
+/// The windows of reports, plots and calibration sheets.
+void addReportScreenshots(ScreenshotList& list);
 
 /// Every window, page and dialog of the program.
 void addAllScreenshots(ScreenshotList& list);

@@ -5,6 +5,7 @@
 #include "app/groups/GroupForms.h"
 #include "app/mdb/DatabaseForms.h"
 #include "app/pcm/PcmForms.h"
+#include "app/reports/ReportForms.h"
 
 namespace kavu {
 
@@ -16,6 +17,7 @@ void installForms(MainWindow& window, Application& application) {
     installConversionForms(window, application);
     installPcmForms(window, application);
     installDatabaseForms(window, application);
+    installReportForms(window, application);
 }
 
 }  // namespace kavu

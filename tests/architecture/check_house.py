@@ -70,6 +70,7 @@ FILE_GATE = ("core/files/", "core/document/DocumentFiles.", "core/document/FileJ
 OTHER_FILES = {
     "app/conversion/PlotOutput.cpp": (1, "a picture that the user has asked for"),
     "app/framework/MessagesWindow.cpp": (1, "a copy of the messages that the user has asked for"),
+    "app/reports/PageOutput.cpp": (1, "pages and reports that the user has asked for"),
     "application/Application.cpp": (1, "the start, before there is a document"),
     "application/Recovery.cpp": (1, "the raw commands of a load"),
     "cli/Commands.cpp": (2, "copies of the files in a folder of the user"),

@@ -78,6 +78,11 @@ void BusWindow::makeButtons() {
     database_->setEnabled(setup_.hasDatabase());
     connect(database_, &QPushButton::clicked, this, &BusWindow::addFromDatabase);
     row->addWidget(database_);
+    auto* const reports = look::makeButton("reports", QStringLiteral("&Reports..."), {}, this);
+    reports->setEnabled(static_cast<bool>(setup_.form.reports.bus));
+    connect(reports, &QPushButton::clicked, this,
+            [this] { setup_.form.reports.bus(*this, setup_.definition); });
+    row->addWidget(reports);
     row->addStretch();
     static_cast<QVBoxLayout*>(layout())->addLayout(row);
 }

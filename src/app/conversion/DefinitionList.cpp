@@ -46,10 +46,9 @@ DefinitionListDialog::DefinitionListDialog(FormContext& form, DocumentContext& d
     };
     list_->mayDelete = [this](int row) { return deleteRecord(row); };
     connect(list_, &EditableList::changed, this, &DefinitionListDialog::showCount);
-    // There is no report of it yet.
-    auto* const print = list_->addButton("print", QStringLiteral("&Print"));
-    print->setEnabled(false);
-    print->setToolTip(QStringLiteral("Print (not available in this version)"));
+    auto* const print = list_->addButton("print", QStringLiteral("&Print..."));
+    print->setEnabled(static_cast<bool>(form_.reports.calibrations));
+    connect(print, &QPushButton::clicked, this, [this] { form_.reports.calibrations(this); });
     column->addWidget(list_, 1);
     count_ = look::makeNote({}, this);
     count_->setObjectName(QStringLiteral("count"));

@@ -124,7 +124,7 @@ void PairSetParts::enableControls() {
         of->value->setEnabled(result_.boxesEnabled);
         of->edit->setEnabled(edits && result_.boxesEnabled);
     }
-    c.print->setEnabled(result_.printingEnabled);
+    c.print->setEnabled(result_.printingEnabled && result_.fitted && form_.reports.sheet);
     c.save->setEnabled(result_.printingEnabled);
 }
 
@@ -138,8 +138,9 @@ void PairSetParts::connectPlot() {
     });
     QObject::connect(c.attributes, &QPushButton::clicked, &panel_, [this] { editAttributes(); });
     const auto page = [this](DrawingSurface& surface) { return drawPage(surface); };
-    QObject::connect(c.print, &QPushButton::clicked, &panel_,
-                     [this, page] { printPlot(form_, name_, page, panel_.window()); });
+    QObject::connect(c.print, &QPushButton::clicked, &panel_, [this] {
+        form_.reports.sheet(*panel_.window(), name_, input_, options_, result_);
+    });
     QObject::connect(c.save, &QPushButton::clicked, &panel_,
                      [this, page] { savePlot(form_, name_, page); });
     QObject::connect(curveView_, &PlotView::pointedAt, &panel_,

@@ -1,13 +1,15 @@
 #include "app/conversion/PlotOutput.h"
 
 #include "app/conversion/QtSurface.h"
-#include "app/framework/DialogDoor.h"
 #include "app/framework/QtText.h"
 #include "core/talk/OpenFileChecked.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
+#include "drawing/CairoSurface.h"
 #include "drawing/SvgSurface.h"
 
+#include <algorithm>
+#include <array>
 #include <optional>
 #include <string_view>
 
@@ -15,8 +17,6 @@
 #include <QPageLayout>
 #include <QPageSize>
 #include <QPdfWriter>
-#include <QPrintDialog>
-#include <QPrinter>
 
 namespace kavu {
 
@@ -24,9 +24,11 @@ namespace {
 
 constexpr std::string_view kSvgEnding = ".svg";
 constexpr std::string_view kPdfEnding = ".pdf";
-constexpr int kSvgFilter = 2;
-constexpr int kSvgWidth = 1000;
-constexpr int kSvgHeight = 1300;
+constexpr std::string_view kPngEnding = ".png";
+/// In the order of the filters of the prompt.
+constexpr auto kEndings = std::to_array({kPdfEnding, kSvgEnding, kPngEnding});
+constexpr int kPictureWidth = 1000;
+constexpr int kPictureHeight = 1300;
 
 std::optional<std::string> pdfOf(const std::string& title, const DrawPage& draw) {
     QBuffer buffer;
@@ -43,7 +45,12 @@ std::optional<std::string> pdfOf(const std::string& title, const DrawPage& draw)
 }
 
 std::optional<std::string> svgOf(const DrawPage& draw) {
-    SvgSurface surface(kSvgWidth, kSvgHeight);
+    SvgSurface surface(kPictureWidth, kPictureHeight);
+    return draw(surface) ? std::optional(surface.document()) : std::nullopt;
+}
+
+std::optional<std::string> pngOf(const DrawPage& draw) {
+    PngSurface surface(kPictureWidth, kPictureHeight);
     return draw(surface) ? std::optional(surface.document()) : std::nullopt;
 }
 
@@ -73,31 +80,27 @@ bool paintPage(QPagedPaintDevice& device, const DrawPage& draw) {
     return surface.finish() && drawn;
 }
 
-void printPlot(FormContext& form, const std::string& title, const DrawPage& draw, QWidget* parent) {
-    QPrinter printer(QPrinter::HighResolution);
-    printer.setDocName(toQString(title));
-    QPrintDialog dialog(&printer, parent);
-    dialog.setObjectName(QStringLiteral("Print"));
-    dialog.setWindowTitle(QStringLiteral("Print Plot"));
-    if (runDialog(form.door, dialog) == QDialog::Accepted && !paintPage(printer, draw)) {
-        showBox(&form.ui, "The plot could not be printed.", title);
-    }
-}
-
 void savePlot(FormContext& form, const std::string& title, const DrawPage& draw) {
     FilePrompt prompt;
     prompt.title = "Save Plot";
-    prompt.filters = {{"PDF Files", "*.pdf"}, {"SVG Pictures", "*.svg"}};
+    prompt.filters = {{"PDF Files", "*.pdf"}, {"SVG Pictures", "*.svg"}, {"PNG Pictures", "*.png"}};
     prompt.forSaving = true;
     auto choice = form.ui.chooseFile(prompt);
     if (!choice) {
         return;
     }
-    const bool named = endsAs(choice->path, kSvgEnding) || endsAs(choice->path, kPdfEnding);
-    const bool svg = named ? endsAs(choice->path, kSvgEnding) : choice->filterIndex == kSvgFilter;
-    choice->path += named ? std::string_view() : svg ? kSvgEnding : kPdfEnding;
+    auto ending = std::find_if(kEndings.begin(), kEndings.end(),
+                               [&](auto each) { return endsAs(choice->path, each); });
+    if (ending == kEndings.end()) {
+        const auto filter = std::clamp<std::size_t>(static_cast<std::size_t>(choice->filterIndex),
+                                                    1, kEndings.size());
+        ending = kEndings.begin() + static_cast<std::ptrdiff_t>(filter) - 1;
+        choice->path += *ending;
+    }
     // Drawn first: what cannot be drawn must not cost the file that is there.
-    const auto bytes = svg ? svgOf(draw) : pdfOf(title, draw);
+    const auto bytes = *ending == kSvgEnding   ? svgOf(draw)
+                       : *ending == kPngEnding ? pngOf(draw)
+                                               : pdfOf(title, draw);
     if (!bytes) {
         showBox(&form.ui, "There is no plot to save.", title);
         return;

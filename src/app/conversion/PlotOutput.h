@@ -7,7 +7,6 @@
 #include <string>
 
 class QPagedPaintDevice;
-class QWidget;
 
 namespace kavu {
 
@@ -16,9 +15,7 @@ class DrawingSurface;
 /// Draws a page; false if there is nothing to show.
 using DrawPage = std::function<bool(DrawingSurface&)>;
 
-/// Asks for a printer and prints one page. What fails is reported under `title`.
-void printPlot(FormContext& form, const std::string& title, const DrawPage& draw, QWidget* parent);
-/// Asks for a file and writes the page as PDF, or the picture as SVG by the file's ending. What
+/// Asks for a file and writes the page as PDF, or the picture as SVG or PNG by the file's ending. What
 /// fails is reported under `title`; what cannot be drawn leaves the file alone.
 void savePlot(FormContext& form, const std::string& title, const DrawPage& draw);
 
@@ -26,7 +23,7 @@ void savePlot(FormContext& form, const std::string& title, const DrawPage& draw)
 /// reported under `title`.
 void savePairTable(FormContext& form, const std::string& title, const std::string& table);
 
-/// One page on a printer or in a PDF; false if the device failed or `draw` did.
+/// One page in a PDF; false if the device failed or `draw` did.
 [[nodiscard]] bool paintPage(QPagedPaintDevice& device, const DrawPage& draw);
 
 }  // namespace kavu

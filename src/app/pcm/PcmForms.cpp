@@ -12,6 +12,8 @@
 #include "app/shell/MainWindow.h"
 #include "application/Application.h"
 #include "bus/StreamData.h"
+#include "bus/definition/BusFiles.h"
+#include "bus/definition/BusUnpack.h"
 #include "conversion/ConversionCopies.h"
 #include "core/document/Transaction.h"
 #include "groups/DataSources.h"
@@ -146,6 +148,23 @@ void addContents(FormContext& form, Application& application, const std::string&
 
 }  // namespace
 
+namespace {
+
+/// "Report Generation" of the stream of a sheet. That of a bus is of its buses, as they were loaded
+/// or edited last; false if they cannot be read, as after a cancel.
+bool reportStream(FormContext& form, DocumentContext& document, const PcmFormat& format,
+                  const std::string& link, QWidget& window) {
+    if (!format.isBusStream) {
+        form.reports.stream(window, true);
+    } else if (const auto bus = reopenBusDefinition(document, &form.ui, link)) {
+        discardBusProfiles(document);
+        form.reports.bus(window, *bus);
+    }
+    return false;
+}
+
+}  // namespace
+
 bool editStream(FormContext& form, Application& application,
                 const std::optional<std::string>& name) {
     auto& document = application.context();
@@ -181,12 +200,23 @@ bool editStream(FormContext& form, Application& application,
         return editAllConversions(form, document, application.conversions(), &window);
     };
     steps.edit = words.edit;
+    if (form.reports.stream) {
+        steps.generateReports = [&](QWidget& over) {
+            form.reports.stream(over, false);
+            return false;
+        };
+    }
     PcmSheetCalls calls;
     calls.viewFrame = [&](QWidget&) {
         return showMajorFrameDisplay(form, document, format, steps);
     };
     addContents(form, application, chosen, sheet, calls);
-    calls.reports = steps.generateReports;
+    calls.reports = [&](QWidget& over) {
+        return reportStream(form, document, format, chosen, over);
+    };
+    if (!form.reports.stream) {
+        calls.reports = nullptr;
+    }
     calls.saved = [&sheet] { sheet.written(); };
     calls.cancelled = [&sheet] { sheet.takeBack(); };
     const bool wrote = editPcmAttributes(form, format, std::move(calls));

@@ -391,6 +391,7 @@ FormContext MainWindow::formContext() {
     auto form = kavu::formContext(*ui_, door_, application_.context());
     form.help = [this](const std::string& topic) { showHelp(topic); };
     form.sampleRates = [this] { editSampleRates(); };
+    form.reports = reports_;
     return form;
 }
 

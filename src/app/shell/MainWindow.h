@@ -2,6 +2,7 @@
 // selected item, the status bar. Every command lands here and goes to who does the work.
 #pragma once
 
+#include "app/framework/FormContext.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtInterface.h"
 #include "app/shell/Commands.h"
@@ -34,7 +35,6 @@ class CommandPane;
 class HelpWindow;
 class MessageDesk;
 class NoteBar;
-struct FormContext;
 class TreePanel;
 
 class MainWindow : public QMainWindow, private DocumentListener {
@@ -61,6 +61,8 @@ class MainWindow : public QMainWindow, private DocumentListener {
     void installEditor(CommandId id, std::function<void()> editor);
     /// The same for the entries of the tree's menus; `edit` gets the item.
     void installTreeAction(TreeAction action, std::function<void(const TreeItem&)> edit);
+    /// Gives all forms what they have printed.
+    void installReports(ReportCalls calls) { reports_ = std::move(calls); }
     /// Gives a command as its menu entry does. Nothing happens while that is disabled.
     void run(CommandId id);
     [[nodiscard]] QAction* action(CommandId id) const;
@@ -156,6 +158,7 @@ class MainWindow : public QMainWindow, private DocumentListener {
     std::map<CommandId, QAction*> commands_;
     std::map<CommandId, std::function<void()>> handlers_;
     std::map<TreeAction, std::function<void(const TreeItem&)>> treeHandlers_;
+    ReportCalls reports_;
     WindowFacts facts_;
     std::vector<std::string> notes_;
     std::unique_ptr<MessageDesk> desk_;

@@ -30,12 +30,14 @@ class DefinitionListTest : public test::EuStage {
     std::function<bool(const std::string&)> onEdit;
 };
 
-TEST_F(DefinitionListTest, PrintIsThereAndSaysThatItIsNotAvailable) {
+TEST_F(DefinitionListTest, PrintIsEnabledWhereCalibrationsCanBePrinted) {
     open();
+    EXPECT_FALSE(find<QPushButton>(*make(), "print")->isEnabled());
+    const QWidget* over = nullptr;
+    form->reports.calibrations = [&](QWidget* window) { over = window; };
     const auto dialog = make();
-    const auto* const print = find<QPushButton>(*dialog, "print");
-    EXPECT_FALSE(print->isEnabled());
-    EXPECT_TRUE(print->toolTip().contains(QStringLiteral("not available")));
+    press(*dialog, "print");
+    EXPECT_EQ(over, dialog.get());
 }
 
 TEST_F(DefinitionListTest, ShowsAllAndFiltersByType) {
