@@ -1,16 +1,12 @@
 // Values of a TMATS file as they are written to a TMATS XML document.
 #pragma once
 
+#include "xml/bridge/BridgeValues.h"
+
 #include <string>
 #include <string_view>
 
 namespace kavu {
-
-/// How a TMATS XML document is written.
-enum class XmlDialect {
-    Classic,  ///< the names, values and doubled escapes that other programs of this family use
-    Schema    ///< as the public schema of 106-11 has it, in its namespace
-};
 
 /// A text as it is in an element or attribute. Bytes that are not UTF-8 are read as Windows-1252;
 /// what XML cannot hold becomes U+FFFD.
