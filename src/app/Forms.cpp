@@ -6,6 +6,7 @@
 #include "app/mdb/DatabaseForms.h"
 #include "app/pcm/PcmForms.h"
 #include "app/reports/ReportForms.h"
+#include "app/translators/TranslatorForms.h"
 
 namespace kavu {
 
@@ -18,6 +19,7 @@ void installForms(MainWindow& window, Application& application) {
     installPcmForms(window, application);
     installDatabaseForms(window, application);
     installReportForms(window, application);
+    installTranslatorForms(window, application);
 }
 
 }  // namespace kavu

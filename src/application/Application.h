@@ -75,6 +75,8 @@ class Application {
     bool changeVersions(UserInterface* parent, const VersionOptions& options,
                         IoStatus* failure = nullptr);
 
+    /// What the program gets from the system, also before the start.
+    [[nodiscard]] const Environment& environment() const { return environment_; }
     [[nodiscard]] const std::string& supportFolder() const;
     /// "kavu.hlp" next to the program.
     [[nodiscard]] const std::string& helpPath() const;

@@ -1,7 +1,5 @@
 #include "app/shell/Commands.h"
 
-#include "core/talk/Messages.h"
-
 #include <algorithm>
 #include <array>
 
@@ -17,6 +15,7 @@ constexpr std::string_view kAddChildren = "'&Children' Of Measurements";
 constexpr std::string_view kSameNames = "Same Measurement &Names";
 constexpr std::string_view kBackups = "&Backup TMATS Files";
 constexpr std::string_view kAppearance = "A&ppearance";
+constexpr std::string_view kTranslators = "&Translators";
 
 constexpr auto kCommands = std::to_array<CommandRow>({
     {.id = CreateNew,
@@ -66,6 +65,57 @@ constexpr auto kCommands = std::to_array<CommandRow>({
      .keys = "Ctrl+W",
      .builtIn = true,
      .operation = OperationId::Close},
+    {.id = ConvertWyle,
+     .menu = File,
+     .submenu = kTranslators,
+     .text = "Convert TMATS file To &Wyle Export Format",
+     .icon = {},
+     .keys = {},
+     .topic = "translators"},
+    {.id = ConvertL3Com550,
+     .menu = File,
+     .submenu = kTranslators,
+     .text = "Convert TMATS file To &L-3Com 550 Format",
+     .icon = {},
+     .keys = {},
+     .topic = "translators"},
+    {.id = ConvertL3ComVts,
+     .menu = File,
+     .submenu = kTranslators,
+     .text = "Convert TMATS file To L-3Com &VTS Format",
+     .icon = {},
+     .keys = {},
+     .topic = "translators"},
+    {.id = WyleDefaults,
+     .menu = File,
+     .submenu = kTranslators,
+     .text = "Edit &Wyle Translator Defaults",
+     .icon = {},
+     .keys = {},
+     .separatorBefore = true,
+     .topic = "translators"},
+    {.id = L3Com550Defaults,
+     .menu = File,
+     .submenu = kTranslators,
+     .text = "Edit &L-3Com 550 Translator Defaults",
+     .icon = {},
+     .keys = {},
+     .topic = "translators"},
+    {.id = L3ComVtsDefaults,
+     .menu = File,
+     .submenu = kTranslators,
+     .text = "Edit L-3Com &VTS Translator Defaults",
+     .icon = {},
+     .keys = {},
+     .topic = "translators"},
+    {.id = TranslatorDefaults,
+     .menu = File,
+     .submenu = kTranslators,
+     .text = "&Edit Translator Defaults",
+     .icon = {},
+     .keys = {},
+     .separatorBefore = true,
+     .topic = "translators"},
     {.id = Exit,
      .menu = File,
      .submenu = {},
@@ -454,38 +504,6 @@ constexpr auto kCommands = std::to_array<CommandRow>({
      .builtIn = true},
 });
 
-/// Prompts that have no text in the table of messages.
-struct OwnPrompt {
-    CommandId id;
-    std::string_view text;
-};
-constexpr auto kOwnPrompts = std::to_array<OwnPrompt>({
-    {Undo, "Take back what was done to the document last"},
-    {Redo, "Do again what was undone last"},
-    {AddRoot, "Add the root word of a measurement from the database automatically"},
-    {DoNotAddRoot, "Do not add the root word of a measurement automatically"},
-    {AddChildren, "Add the children of a measurement from the database automatically"},
-    {DoNotAddChildren, "Do not add the children of a measurement automatically"},
-    {AllowSameNames, "Let measurements of different streams have the same name"},
-    {RefuseSameNames, "Report measurements of different streams that have the same name"},
-    {MakeBackups, "Copy a TMATS file to a .bak file before it is overwritten"},
-    {NoBackups, "Overwrite TMATS files without a backup"},
-    {KeepComments, "Keep the COMMENT commands of files that are opened from now on"},
-    {SaveInPlace, "Overwrite a file itself when it is saved, not by a complete new file"},
-    {ExpandAll, "Expand all branches of the tree"},
-    {ExpandBranch, "Expand the selected branch"},
-    {ExpandChildren, "Expand the selected branch and all branches below it"},
-    {CollapseAll, "Collapse all branches of the tree"},
-    {CollapseBranch, "Collapse the selected branch"},
-    {CollapseChildren, "Collapse the selected branch and all branches below it"},
-    {ShowMessages, "Show what the opening, the streams and the last check have reported"},
-    {CheckDocument, "Report what an opening of the document as it is now would report"},
-    {AppearanceDesktop, "Use the palette of the desktop"},
-    {AppearanceLight, "Use the light palette"},
-    {AppearanceDark, "Use the dark palette"},
-    {HelpSelection, "Open the page of the manual about what is selected"},
-});
-
 }  // namespace
 
 std::span<const CommandRow> commandTable() {
@@ -524,19 +542,6 @@ std::string_view menuTitle(MenuId menu) {
     return kTitles[static_cast<std::size_t>(menu)];
 }
 
-std::string_view menuPrompt(MenuId menu) {
-    constexpr std::string_view kPrompts[] = {
-        "Create, open, save and close TMATS files",
-        "Edit the groups of the TMATS file",
-        "Plots and reports",
-        "The measurement database",
-        "Choices that hold for all files",
-        "The tree of the document, its messages, and how the windows look",
-        "Help, and information about KAVU-9",
-    };
-    return kPrompts[static_cast<std::size_t>(menu)];
-}
-
 std::string_view submenuPrompt(std::string_view submenu) {
     if (submenu == kAddRoot) {
         return "Choose if root words are added from the database";
@@ -546,6 +551,9 @@ std::string_view submenuPrompt(std::string_view submenu) {
     }
     if (submenu == kSameNames) {
         return "Choose if streams may share the names of measurements";
+    }
+    if (submenu == kTranslators) {
+        return "Convert a TMATS file to the setup of a ground system";
     }
     if (submenu == kAppearance) {
         return "Choose the palette of all windows";
@@ -579,15 +587,6 @@ bool windowAllows(CommandId id, const WindowFacts& facts) {
             return !operation || allows(*operation, facts.document);
         }
     }
-}
-
-std::string commandPrompt(CommandId id) {
-    if (const auto text = loadText(static_cast<int>(id))) {
-        return std::string(*text);
-    }
-    const auto own = std::find_if(kOwnPrompts.begin(), kOwnPrompts.end(),
-                                  [id](const OwnPrompt& row) { return row.id == id; });
-    return own == kOwnPrompts.end() ? std::string() : std::string(own->text);
 }
 
 }  // namespace kavu

@@ -68,6 +68,13 @@ enum class CommandId : int {
     AppearanceDesktop = 1008,
     AppearanceLight = 1009,
     AppearanceDark = 1010,
+    ConvertWyle = 1021,
+    ConvertL3Com550 = 1022,
+    ConvertL3ComVts = 1023,
+    WyleDefaults = 1024,
+    L3Com550Defaults = 1025,
+    L3ComVtsDefaults = 1026,
+    TranslatorDefaults = 1027,
 };
 
 enum class MenuId { File, Edit, Reports, Database, Options, View, Help };
@@ -112,7 +119,9 @@ struct WindowFacts {
 
 /// The prompt for the status bar: the text of that number, else our own.
 [[nodiscard]] std::string commandPrompt(CommandId id);
-/// What is added to the prompt of an entry whose editor is not there.
+/// The prompt of an entry whose editor is not there.
+[[nodiscard]] std::string promptWithoutEditor(CommandId id);
+/// What is added to it for most of them.
 inline constexpr std::string_view kNotAvailable = " (not available in this version)";
 
 }  // namespace kavu

@@ -71,6 +71,7 @@ constexpr auto kTopics = std::to_array<HelpTopic>({
     {"TextViewer", {"reports", "Reports on the screen"}},
     {"PrintCalibrationReports", {"reports", "Calibration sheets"}},
     {"ViewMultipleMeasurementPlots", {"reports", "Plots of several measurements"}},
+    {"TranslatorConfigurationDialog", {"translators"}},
     {"Messages", {"editor", "Messages"}},
     {"Options", {"editor", "Options"}},
     {"EDITMEASUREMENTDATABASE", {"database", "Working in it"}},

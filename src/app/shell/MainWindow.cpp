@@ -292,10 +292,7 @@ void MainWindow::updateActions() {
     for (const auto& [id, entry] : commands_) {
         const bool installed = handlers_.contains(id);
         entry->setEnabled(installed && windowAllows(id, facts_));
-        auto prompt = commandPrompt(id);
-        if (!installed) {
-            prompt += kNotAvailable;
-        }
+        const auto prompt = installed ? commandPrompt(id) : promptWithoutEditor(id);
         entry->setStatusTip(toQString(prompt));
         auto name = entry->text().remove(QLatin1Char('&'));
         if (!entry->shortcut().isEmpty()) {
