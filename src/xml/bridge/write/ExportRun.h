@@ -4,7 +4,7 @@
 #include "sdk/TranslatorSdk.h"
 #include "xml/bridge/write/GroupRows.h"
 #include "xml/bridge/write/TagWriter.h"
-#include "xml/bridge/write/XmlExport.h"
+#include "xml/bridge/write/XmlExportReport.h"
 #include "xml/bridge/write/XmlPlan.h"
 #include "xml/bridge/write/XmlValues.h"
 

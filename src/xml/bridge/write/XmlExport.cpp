@@ -13,16 +13,15 @@ namespace kavu {
 
 namespace {
 
-constexpr std::string_view kTmatsNamespace = "https://wsmrc2vger.wsmr.army.mil/rcc/manuals/106-11";
 constexpr std::string_view kInstance = "http://www.w3.org/2001/XMLSchema-instance";
 constexpr std::string_view kBanner = "KAVU: an editor for TMATS files (IRIG 106 Chapter 9)";
 
 std::string rootTag(XmlDialect dialect) {
-    const std::string schema = std::string(kTmatsNamespace) + "/Tmats_01-2011.xsd";
+    const std::string schema = std::string(kSchemaNamespace) + "/Tmats_01-2011.xsd";
     const std::string instance = "Tmats xmlns:xsi=\"" + std::string(kInstance) + "\"";
     if (dialect == XmlDialect::Schema) {
-        return instance + " xmlns=\"" + std::string(kTmatsNamespace) + "\" xsi:schemaLocation=\"" +
-               std::string(kTmatsNamespace) + " " + schema + "\"";
+        return instance + " xmlns=\"" + std::string(kSchemaNamespace) + "\" xsi:schemaLocation=\"" +
+               std::string(kSchemaNamespace) + " " + schema + "\"";
     }
     return instance + " xsi:noNamespaceSchemaLocation=\"" + schema + "\"";
 }
@@ -67,7 +66,7 @@ void writeHardware(ExportRun& run) {
         return;
     }
     run.status("Converting TMATS 'H' group to XML...");
-    run.tags.open("AirborneHardwareAttributes", "\nH Group");
+    run.tags.open(std::string(kHardwareElement), "\nH Group");
     for (std::size_t place = 0; place < group->size(); ++place) {
         const auto command = group->at(place);
         if (run.isSchema()) {

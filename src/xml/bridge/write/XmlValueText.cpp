@@ -70,24 +70,6 @@ std::string_view asciiText(char c, XmlDialect dialect) {
     }
 }
 
-std::string yearFirst(std::string_view date) {
-    std::string text(date.substr(6, 4));
-    text += '-';
-    text += date.substr(0, 2);
-    text += '-';
-    text += date.substr(3, 2);
-    return text;
-}
-
-bool hasAt(std::string_view text, char c, std::initializer_list<std::size_t> places) {
-    for (const auto place : places) {
-        if (text[place] != c) {
-            return false;
-        }
-    }
-    return true;
-}
-
 }  // namespace
 
 std::string xmlValueText(std::string_view value, XmlDialect dialect) {
@@ -135,24 +117,6 @@ std::string xmlCommentText(std::string_view text) {
         }
         ++at;
     }
-    return out;
-}
-
-std::string xmlDate(std::string_view date) {
-    return date.size() == 10 && hasAt(date, '-', {2, 5}) ? yearFirst(date) : std::string();
-}
-
-std::string xmlDateTime(std::string_view text) {
-    if (text.size() != 19 || !hasAt(text, '-', {2, 5, 10, 13, 16})) {
-        return {};
-    }
-    std::string out = yearFirst(text);
-    out += 'T';
-    out += text.substr(11, 2);
-    out += ':';
-    out += text.substr(14, 2);
-    out += ':';
-    out += text.substr(17, 2);
     return out;
 }
 

@@ -21,9 +21,4 @@ namespace kavu {
 /// at its end.
 [[nodiscard]] std::string xmlCommentText(std::string_view text);
 
-/// "MM-DD-YYYY" as "YYYY-MM-DD". Any other text becomes empty.
-[[nodiscard]] std::string xmlDate(std::string_view date);
-/// "MM-DD-YYYY-HH-MM-SS" as "YYYY-MM-DDTHH:MM:SS". Any other text becomes empty.
-[[nodiscard]] std::string xmlDateTime(std::string_view text);
-
 }  // namespace kavu

@@ -2,6 +2,7 @@
 
 #include "core/command/CommandPath.h"
 #include "core/text/Text.h"
+#include "vocabulary/DGroupFields.h"
 #include "xml/bridge/write/SchemaTree.h"
 
 #include <algorithm>
@@ -82,8 +83,8 @@ std::string XmlValues::text(const Field& field, std::string_view element, std::s
         }
         return date;
     }
-    if (element == "BitMask" && equalsIgnoreCase(key, "FW")) {
-        return "Full Word";
+    if (isMaskElement(element) && equalsIgnoreCase(key, kFullWord)) {
+        return std::string(kXmlFullWord);
     }
     const bool hasTable = (isSchema() || !field.isPlainInXml) &&
                           std::any_of(field.choices.begin(), field.choices.end(),

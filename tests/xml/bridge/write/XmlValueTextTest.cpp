@@ -53,19 +53,5 @@ TEST(XmlValueText, KeepsACommentFromEnding) {
     EXPECT_EQ(xmlCommentText("a<&b"), "a<&b");
 }
 
-TEST(XmlValueText, PutsTheYearOfADateFirst) {
-    EXPECT_EQ(xmlDate("01-02-2009"), "2009-01-02");
-    EXPECT_EQ(xmlDateTime("01-02-2009-03-04-05"), "2009-01-02T03:04:05");
-}
-
-TEST(XmlValueText, MakesAnyOtherDateEmpty) {
-    for (const auto* const text : {"", "01-02-09", "2009-01-02", "01/02/2009", "01-02-20091"}) {
-        EXPECT_EQ(xmlDate(text), "") << text;
-    }
-    for (const auto* const text : {"", "01-02-2009", "01-02-09-03-04-05", "01-02-2009-03:04:05"}) {
-        EXPECT_EQ(xmlDateTime(text), "") << text;
-    }
-}
-
 }  // namespace
 }  // namespace kavu
