@@ -1,0 +1,1 @@
+kavu_add_fuzzer(xmlexport XmlExportFuzz.cpp LIBS kavu_xml)
