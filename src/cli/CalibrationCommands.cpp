@@ -116,7 +116,7 @@ std::string plotFile(const CommandContext& context, const std::vector<PlottedRow
         (void)drawMultiPlot(document, surface, rows);
         return surface.document();
     }
-    PdfSurface surface(pdfSetup(document, std::string(multiplot::kTitle)));
+    PdfSurface surface(pdfSetup(document.clock, std::string(multiplot::kTitle)));
     (void)surface.startPage();
     surface.addOutline(multiplot::kTitle);
     (void)drawMultiPlot(document, surface, rows);

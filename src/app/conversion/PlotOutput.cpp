@@ -1,22 +1,16 @@
 #include "app/conversion/PlotOutput.h"
 
-#include "app/conversion/QtSurface.h"
-#include "app/framework/QtText.h"
 #include "core/talk/OpenFileChecked.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
 #include "drawing/CairoSurface.h"
 #include "drawing/SvgSurface.h"
+#include "reports/print/ReportPrinter.h"
 
 #include <algorithm>
 #include <array>
 #include <optional>
 #include <string_view>
-
-#include <QBuffer>
-#include <QPageLayout>
-#include <QPageSize>
-#include <QPdfWriter>
 
 namespace kavu {
 
@@ -30,18 +24,10 @@ constexpr auto kEndings = std::to_array({kPdfEnding, kSvgEnding, kPngEnding});
 constexpr int kPictureWidth = 1000;
 constexpr int kPictureHeight = 1300;
 
-std::optional<std::string> pdfOf(const std::string& title, const DrawPage& draw) {
-    QBuffer buffer;
-    if (!buffer.open(QIODevice::WriteOnly)) {
-        return std::nullopt;
-    }
-    QPdfWriter writer(&buffer);
-    writer.setTitle(toQString(title));
-    writer.setCreator(QStringLiteral("Kavu"));
-    if (!paintPage(writer, draw)) {
-        return std::nullopt;
-    }
-    return buffer.data().toStdString();
+std::optional<std::string> pdfOf(const Clock& clock, const std::string& title,
+                                 const DrawPage& draw) {
+    PdfSurface surface(pdfSetup(clock, title));
+    return draw(surface) && surface.pages() > 0 ? std::optional(surface.document()) : std::nullopt;
 }
 
 std::optional<std::string> svgOf(const DrawPage& draw) {
@@ -74,12 +60,6 @@ void writeFile(FormContext& form, const std::string& title, const std::string& p
 
 }  // namespace
 
-bool paintPage(QPagedPaintDevice& device, const DrawPage& draw) {
-    PageSurface surface(device);
-    const bool drawn = draw(surface);
-    return surface.finish() && drawn;
-}
-
 void savePlot(FormContext& form, const std::string& title, const DrawPage& draw) {
     FilePrompt prompt;
     prompt.title = "Save Plot";
@@ -100,7 +80,7 @@ void savePlot(FormContext& form, const std::string& title, const DrawPage& draw)
     // Drawn first: what cannot be drawn must not cost the file that is there.
     const auto bytes = *ending == kSvgEnding   ? svgOf(draw)
                        : *ending == kPngEnding ? pngOf(draw)
-                                               : pdfOf(title, draw);
+                                               : pdfOf(form.clock, title, draw);
     if (!bytes) {
         showBox(&form.ui, "There is no plot to save.", title);
         return;

@@ -6,8 +6,6 @@
 #include <functional>
 #include <string>
 
-class QPagedPaintDevice;
-
 namespace kavu {
 
 class DrawingSurface;
@@ -15,15 +13,12 @@ class DrawingSurface;
 /// Draws a page; false if there is nothing to show.
 using DrawPage = std::function<bool(DrawingSurface&)>;
 
-/// Asks for a file and writes the page as PDF, or the picture as SVG or PNG by the file's ending. What
-/// fails is reported under `title`; what cannot be drawn leaves the file alone.
+/// Asks for a file and writes the page as PDF, or the picture as SVG or PNG by the file's ending.
+/// What fails is reported under `title`; what cannot be drawn leaves the file alone.
 void savePlot(FormContext& form, const std::string& title, const DrawPage& draw);
 
 /// Asks for a file and writes a table there, of values with commas between them. What fails is
 /// reported under `title`.
 void savePairTable(FormContext& form, const std::string& title, const std::string& table);
-
-/// One page in a PDF; false if the device failed or `draw` did.
-[[nodiscard]] bool paintPage(QPagedPaintDevice& device, const DrawPage& draw);
 
 }  // namespace kavu

@@ -6,9 +6,7 @@
 #include <cmath>
 #include <limits>
 
-#include <QApplication>
 #include <QFontMetricsF>
-#include <QPagedPaintDevice>
 #include <QPen>
 #include <QPolygonF>
 
@@ -22,7 +20,6 @@ constexpr double kFarthest = 1e6;
 constexpr std::size_t kLongPath = 4096;
 /// Columns of a pixel in which the points of a long path are distinguished.
 constexpr double kColumnsPerPixel = 4;
-constexpr int kPagePixels = 13;  ///< of the font of a page
 
 double bounded(double value) {
     return std::isnan(value) ? 0.0 : std::clamp(value, -kFarthest, kFarthest);
@@ -85,21 +82,6 @@ QPolygonF thinned(const std::vector<QPointF>& path) {
 
 bool isUpright(const QPointF& a, const QPointF& b) {
     return a.x() == b.x() || a.y() == b.y();
-}
-
-QFont pageFont() {
-    QFont font = QApplication::font();
-    font.setPixelSize(kPagePixels);
-    font.setHintingPreference(QFont::PreferNoHinting);
-    return font;
-}
-
-/// The page within its margins, from 0, 0.
-QRectF pageArea(const QPagedPaintDevice& device) {
-    const auto size = device.pageLayout().paintRectPoints().size();
-    constexpr double kPointsPerInch = 72;
-    return {0, 0, size.width() * QtSurface::kPixelsPerInch / kPointsPerInch,
-            size.height() * QtSurface::kPixelsPerInch / kPointsPerInch};
 }
 
 }  // namespace
@@ -224,39 +206,6 @@ void QtSurface::clip(const DrawingRect& rect) {
 void QtSurface::releaseClip() {
     endPath();
     painter_.setClipping(false);
-}
-
-// --- Pages -------------------------------------------------------------------------------
-
-PageSurface::PageSurface(QPagedPaintDevice& device)
-    : QtSurface(onPage, pageArea(device), pageFont()), device_(device) {}
-
-PageSurface::~PageSurface() {
-    (void)finish();
-}
-
-bool PageSurface::startPage() {
-    if (started_) {
-        return onPage.isActive();
-    }
-    started_ = onPage.begin(&device_);
-    if (started_) {
-        onPage.scale(device_.logicalDpiX() / kPixelsPerInch,
-                     device_.logicalDpiY() / kPixelsPerInch);
-    }
-    return started_;
-}
-
-double PageSurface::lineHeight() const {
-    return textSize("0", {}).height;
-}
-
-bool PageSurface::finish() {
-    if (!started_) {
-        return false;
-    }
-    endPath();
-    return onPage.isActive() && onPage.end();
 }
 
 }  // namespace kavu

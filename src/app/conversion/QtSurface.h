@@ -7,12 +7,9 @@
 #include <vector>
 
 #include <QFont>
-#include <QPageLayout>
 #include <QPainter>
 #include <QPointF>
 #include <QRectF>
-
-class QPagedPaintDevice;
 
 namespace kavu {
 
@@ -52,32 +49,6 @@ class QtSurface : public DrawingSurface {
     QRectF area_;
     QFont font_;
     std::vector<QPointF> path_;
-};
-
-/// Constructed before the surface that paints with it.
-struct PagePainter {
-    QPainter onPage;
-};
-
-/// A printed page. Nothing is painted before it is started.
-class PageSurface : private PagePainter, public QtSurface {
-  public:
-    /// The device outlives the surface and has one page a surface.
-    explicit PageSurface(QPagedPaintDevice& device);
-    ~PageSurface() override;
-
-    [[nodiscard]] bool isPage() const override { return true; }
-    bool startPage() override;
-    [[nodiscard]] double textLine() const override { return textLine_; }
-    void setTextLine(double line) override { textLine_ = line; }
-    [[nodiscard]] double lineHeight() const override;
-    /// Ends the page; false if it could not be started or finished.
-    bool finish();
-
-  private:
-    QPagedPaintDevice& device_;
-    bool started_ = false;
-    double textLine_ = 0;
 };
 
 }  // namespace kavu

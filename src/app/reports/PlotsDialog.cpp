@@ -173,7 +173,7 @@ void PlotsDialog::editAttributes() {
 
 void PlotsDialog::print() {
     const auto make = [this](const PaperSetup& paper) {
-        auto setup = pdfSetup(setup_.document, std::string(multiplot::kTitle));
+        auto setup = pdfSetup(setup_.document.clock, std::string(multiplot::kTitle));
         setup.paper = paperPoints(paper);
         setup.keepsPages = true;
         PdfSurface surface(setup);

@@ -250,7 +250,7 @@ class SheetPrinter {
 PrintedDocument printSheetPages(const DocumentContext& context, const ReportLayout& layout,
                                 const std::vector<CalibrationSheet>& sheets,
                                 const PaperSetup& paper, UserInterface* parent) {
-    auto setup = pdfSetup(context, onOneLine(layout.text(layout_key::kPlotTitle)));
+    auto setup = pdfSetup(context.clock, onOneLine(layout.text(layout_key::kPlotTitle)));
     setup.paper = paperPoints(paper);
     setup.keepsPages = true;
     PdfSurface surface(setup);

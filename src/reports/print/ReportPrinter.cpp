@@ -235,8 +235,8 @@ class ReportPrinter {
 
 }  // namespace
 
-PdfSetup pdfSetup(const DocumentContext& context, std::string title) {
-    const auto now = context.clock.now();
+PdfSetup pdfSetup(const Clock& clock, std::string title) {
+    const auto now = clock.now();
     return {.title = std::move(title),
             .author = std::string(kApplicationName),
             .created = formatPrintf("%4.4d-%2.2d-%2.2dT%2.2d:%2.2d:%2.2d", now.year, now.month,
@@ -246,8 +246,8 @@ PdfSetup pdfSetup(const DocumentContext& context, std::string title) {
 PrintedDocument printReportPages(const DocumentContext& context, const ReportLayout& layout,
                                  const std::vector<ReportContent>& reports, int startPage,
                                  const PaperSetup& paper, UserInterface* parent) {
-    auto setup =
-        pdfSetup(context, reports.empty() ? std::string() : onOneLine(reports.front().head.title));
+    auto setup = pdfSetup(context.clock,
+                          reports.empty() ? std::string() : onOneLine(reports.front().head.title));
     setup.paper = paperPoints(paper);
     setup.keepsPages = true;
     PdfSurface surface(setup);
@@ -271,7 +271,7 @@ std::string printReports(const DocumentContext& context, const ReportLayout& lay
 
 PrintedDocument printText(const DocumentContext& context, const std::string& title,
                           std::string_view text, const PaperSetup& paper) {
-    auto setup = pdfSetup(context, title);
+    auto setup = pdfSetup(context.clock, title);
     setup.paper = paperPoints(paper);
     setup.keepsPages = true;
     PdfSurface surface(setup);

@@ -11,6 +11,7 @@
 
 namespace kavu {
 
+class Clock;
 struct DocumentContext;
 class ReportLayout;
 class UserInterface;
@@ -31,6 +32,6 @@ class UserInterface;
 [[nodiscard]] PrintedDocument printText(const DocumentContext& context, const std::string& title,
                                         std::string_view text, const PaperSetup& paper);
 /// What a PDF says of itself: this title, the program as its author, the present date.
-[[nodiscard]] PdfSetup pdfSetup(const DocumentContext& context, std::string title);
+[[nodiscard]] PdfSetup pdfSetup(const Clock& clock, std::string title);
 
 }  // namespace kavu

@@ -7,10 +7,8 @@
 #include <limits>
 
 #include <QApplication>
-#include <QBuffer>
 #include <QImage>
 #include <QPainter>
-#include <QPdfWriter>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -194,37 +192,6 @@ TEST(QtSurface, APlotIsDrawnWithinItsFrame) {
             EXPECT_FALSE(isRed(x, y)) << x << "," << y << ": outside of the frame";
         }
     }
-}
-
-TEST(PageSurface, PaintsOnAPageInPixelsOfAWindow) {
-    QBuffer buffer;
-    ASSERT_TRUE(buffer.open(QIODevice::WriteOnly));
-    QPdfWriter writer(&buffer);
-    writer.setPageSize(QPageSize(QPageSize::Letter));
-    writer.setPageMargins(QMarginsF(0.5, 0.5, 0.5, 0.5), QPageLayout::Inch);
-    {
-        PageSurface surface(writer);
-        EXPECT_TRUE(surface.isPage());
-        EXPECT_NEAR(surface.area().width(), 7.5 * 96, 1);
-        EXPECT_NEAR(surface.area().height(), 10 * 96, 1);
-        EXPECT_GT(surface.lineHeight(), 8);
-        ASSERT_TRUE(surface.startPage());
-        EXPECT_TRUE(surface.startPage()) << "once started it goes on";
-        surface.setTextLine(120);
-        EXPECT_EQ(surface.textLine(), 120);
-        (void)surface.setPen({0, 1, LineStyle::Solid});
-        surface.line({0, 0}, {100, 100});
-        EXPECT_TRUE(surface.finish());
-        EXPECT_FALSE(surface.finish()) << "a page ends once";
-    }
-    EXPECT_TRUE(buffer.data().startsWith("%PDF"));
-}
-
-TEST(PageSurface, ADeviceThatFailsIsTold) {
-    QPdfWriter writer(QStringLiteral("/nowhere/at/all.pdf"));
-    PageSurface surface(writer);
-    EXPECT_FALSE(surface.startPage());
-    EXPECT_FALSE(surface.finish());
 }
 
 TEST(PlotView, DrawsOnceForEachChangeAndTellsThePointer) {
