@@ -64,6 +64,9 @@ constexpr auto kAlternatives = std::to_array<Alternatives>({
     {'S', "Stream", " Fixed Delimited ", "Layout", "|Fixed=Fixed|Delimited=Delimited|"},
 });
 
+/// The records of measurements that a multiplex group names.
+constexpr std::string_view kConversions = "DataConversionAttributes";
+
 std::string below(const std::string& path, std::string_view name) {
     return path.empty() ? std::string(name) : path + "/" + std::string(name);
 }
@@ -257,8 +260,8 @@ bool SchemaTree::checkInside(SchemaPart& part, const std::string& path) const {
     dropFurther(part, path);
     std::erase_if(part.inside, [&](SchemaPart& inner) {
         const auto innerPath = below(path, inner.name());
-        // Another group in this one has a table of its own.
-        if (inner.isChecked || holdsChecked(inner)) {
+        // Another group in this one has a table of its own, and its parts are checked by it.
+        if (inner.isChecked || holdsChecked(inner) || inner.name() == kConversions) {
             return false;
         }
         if (findSchemaElement(letter_, innerPath) == nullptr || isListed(without_, inner.name())) {
