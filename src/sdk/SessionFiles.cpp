@@ -3,8 +3,6 @@
 #include "core/WorkingStore.h"
 #include "core/files/FileIo.h"
 
-#include <filesystem>
-
 namespace kavu {
 
 std::string SessionFiles::groupName(char letter, std::int64_t number) const {
@@ -32,10 +30,7 @@ IoStatus SessionFiles::link(std::string_view from, const std::string& name) {
     if (!fileExists(source)) {
         return {};
     }
-    // A disk without links takes a copy.
-    std::error_code failure;
-    std::filesystem::create_hard_link(source, store_.pathOf(name), failure);
-    return failure ? copyFile(source, store_.pathOf(name)) : IoStatus();
+    return linkOrCopyFile(source, store_.pathOf(name));
 }
 
 IoStatus SessionFiles::appendError(std::string_view text) {

@@ -210,7 +210,7 @@ class EditorTest(unittest.TestCase):
         except AssertionError as error:
             self.fail("%s; there are %r, and %r is active" % (
                 error, list(self.desktop.titles().values()), self.desktop.active()))
-        time.sleep(0.15)  # until the window has given the focus to its control
+        time.sleep(0.3)  # until the window has given the focus to its control
 
     def gone(self, pattern):
         Desktop.wait(lambda: not self.desktop.find(pattern), "the end of " + pattern)

@@ -136,7 +136,7 @@ class GermanLocale(EditorTest):
 
 class LongLoad(EditorTest):
     def test_esc_asks_and_no_goes_on_and_yes_leaves_no_document(self):
-        write_big_document(self.path("big.tma"), 480)
+        write_big_document(self.path("big.tma"), 720)
         editor = self.start_shown()
         self.key("ctrl+o")
         self.shown(r"^Open TMATS File$")

@@ -27,23 +27,6 @@ void keepFirst(IoStatus& first, IoStatus status) {
     }
 }
 
-/// Makes a second name for a file, or a copy where the disk has no links; whole or not at
-/// all.
-IoStatus linkOrCopy(const std::string& from, const std::string& to) {
-    if (::link(from.c_str(), to.c_str()) == 0) {
-        return {};
-    }
-    const auto part = to + std::string(kPart);
-    auto status = copyFile(from, part);
-    if (status.ok()) {
-        status = renameFile(part, to);
-    }
-    if (!status.ok()) {
-        (void)deleteFile(part);
-    }
-    return status;
-}
-
 bool sameBytes(const std::string& one, const std::string& other) {
     ByteSource a;
     ByteSource b;
@@ -137,7 +120,7 @@ IoStatus KeptFiles::keep(const std::string& name) {
     IoStatus status;
     if (::stat(path.c_str(), &info) == 0) {
         kept = {true, static_cast<std::uint64_t>(info.st_size)};
-        status = linkOrCopy(path, pathOf(name));
+        status = linkOrCopyFile(path, pathOf(name));
     } else if (errno == ENOENT) {
         status = writeWholeFile(markOf(name), {});
     } else {
@@ -221,7 +204,7 @@ IoStatus KeptFiles::putBackCopy(const std::string& name) const {
         return it == kept_.end() ? IoStatus() : files_->removeIfThere(name);
     }
     const auto second = pathOf(name) + std::string(kPart);
-    auto status = linkOrCopy(pathOf(name), second);
+    auto status = linkOrCopyFile(pathOf(name), second);
     if (status.ok()) {
         status = files_->adopt(second, name);
     }
@@ -247,7 +230,7 @@ IoStatus KeptFiles::join(const KeptFiles& other) {
         }
         auto status = begin();
         if (status.ok()) {
-            status = kept.there ? linkOrCopy(other.pathOf(name), pathOf(name))
+            status = kept.there ? linkOrCopyFile(other.pathOf(name), pathOf(name))
                                 : writeWholeFile(markOf(name), {});
         }
         if (status.ok()) {

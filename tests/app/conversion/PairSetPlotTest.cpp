@@ -38,12 +38,12 @@ QImage picture(PairSetStage& s, const char* view) {
     return find<PlotView>(*s.panel, view)->grab().toImage().convertToFormat(QImage::Format_RGB32);
 }
 
-/// The pages of a PDF.
+/// The pages of a PDF: beside them only their list, "/Pages", begins so.
 int pagesOf(const std::string& pdf) {
+    constexpr std::string_view kPage = "/Type /Page";
     int pages = 0;
-    for (auto at = pdf.find("/Type /Page\n"); at != std::string::npos;
-         at = pdf.find("/Type /Page\n", at + 1)) {
-        ++pages;
+    for (auto at = pdf.find(kPage); at != std::string::npos; at = pdf.find(kPage, at + 1)) {
+        pages += pdf[at + kPage.size()] == 's' ? 0 : 1;
     }
     return pages;
 }

@@ -91,14 +91,14 @@ TEST(SettingKeysTest, TheManualTellsTheDefaultsOfKeysThatExist) {
                 << name[1];
         }
     }
-    EXPECT_EQ(count, 36);
+    EXPECT_EQ(count, 40);
     for (const auto& name : allMatches(page, R"(`(P\w+)`\s\(`?([^`)]*)`?\))")) {
         ++count;
         const auto found = keys.find(name[1]);
         ASSERT_NE(found, keys.end()) << name[1];
         EXPECT_EQ(defaultOf(found->second), name[2]) << name[1];
     }
-    EXPECT_EQ(count, 56);
+    EXPECT_EQ(count, 60);
 }
 
 // --- through the settings --------------------------------------------------------------------
