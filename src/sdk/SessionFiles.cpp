@@ -2,6 +2,7 @@
 
 #include "core/WorkingStore.h"
 #include "core/files/FileIo.h"
+#include "core/files/FileLink.h"
 
 namespace kavu {
 

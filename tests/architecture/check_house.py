@@ -55,7 +55,7 @@ LIBRARIES = [
 # kept as links, and a file that is written where it is would change them as well. So nobody else
 # calls what writes, deletes or renames files, but for those whose files are not of the document.
 FILE_CHANGE = re.compile(
-    r"(?<![\w.>])(?:writeWholeFile|replaceWorkingFile|replaceUserFile|replaceUnchangedFile|overwriteBytes|replaceWithCopy|renameFile|deleteFile|copyFile|"
+    r"(?<![\w.>])(?:writeWholeFile|replaceWorkingFile|replaceUserFile|replaceUnchangedFile|overwriteBytes|replaceWithCopy|renameFile|deleteFile|copyFile|linkOrCopyFile|"
     r"makeFolders?|deleteFolder)\s*\("
     r"|\bFileWriter\s+\w+\s*[;({=]|<FileWriter>"
     r"|(?:\.|->)(?:deleteFiles|clearDocumentFiles|verifyNoDocumentFiles)\s*\("
@@ -116,7 +116,7 @@ OTHER_FILES = {
     "reports/ReportRun.cpp": (3, "reports that the user has asked for, and scratch that is shown"),
     "reports/writers/XlsxWriter.cpp": (1, "scratch of a workbook"),
     "reports/layout/LayoutFile.cpp": (6, "the layout of the user, and its working copy"),
-    "sdk/SessionFiles.cpp": (4, "the files of a session, in a store of its own"),
+    "sdk/SessionFiles.cpp": (3, "the files of a session, in a store of its own"),
     "sdk/TranslatorConfiguration.cpp": (5, "the settings of translators"),
     "sdk/TranslatorShell.cpp": (2, "the log of a translator"),
     "xml/XmlDocument.cpp": (1, "the file of the user"),

@@ -3,6 +3,7 @@
 #include "core/WorkingStore.h"
 #include "core/document/DocumentFiles.h"
 #include "core/files/FileIo.h"
+#include "core/files/FileLink.h"
 #include "core/text/Text.h"
 
 #include <algorithm>

@@ -396,21 +396,6 @@ IoStatus copyFile(const std::string& from, const std::string& to, bool durable) 
     return source.status().ok() ? written : source.status();
 }
 
-IoStatus linkOrCopyFile(const std::string& from, const std::string& to) {
-    if (::link(from.c_str(), to.c_str()) == 0) {
-        return {};
-    }
-    const auto part = to + ".part";
-    auto status = copyFile(from, part);
-    if (status.ok()) {
-        status = renameFile(part, to);
-    }
-    if (!status.ok()) {
-        (void)deleteFile(part);
-    }
-    return status;
-}
-
 IoStatus deleteFile(const std::string& path) {
     if (isCutBySystem(path)) {
         return {path, EINVAL};

@@ -152,8 +152,6 @@ class FileWriter {
 /// when this returns.
 [[nodiscard]] IoStatus copyFile(const std::string& from, const std::string& to,
                                 bool durable = false);
-/// Makes a second name for a file, or a copy where the disk has no links; whole or not at all.
-[[nodiscard]] IoStatus linkOrCopyFile(const std::string& from, const std::string& to);
 [[nodiscard]] IoStatus deleteFile(const std::string& path);
 [[nodiscard]] IoStatus renameFile(const std::string& from, const std::string& to);
 /// Makes one folder. One that exists already is no failure; anything else at the path is
