@@ -67,10 +67,23 @@ void PlanWriter::writeValue(std::size_t place, const RowNumbers& at) {
     write(step.path.back(), *step.field, step.code, numbers);
 }
 
+/// The rows that a list has. A count that the default form knows by a spelling of its own has that
+/// of the standard in the schema's dialect as well: what an import by the schema writes comes back.
+int PlanWriter::takeCountOf(std::size_t place, const RowNumbers& at) {
+    const auto& list = plan_[place];
+    if (list.kind == PlanStep::Kind::Rows) {
+        return std::numeric_limits<int>::max();
+    }
+    const int count = rows_.takeCount(stems_[place], at);
+    const bool hasOther =
+        values_.isSchema() && list.field != nullptr && !list.field->codeToXml.empty();
+    return count == 0 && hasOther ? rows_.takeCount(rows_.stem(stemOf(list.field->code)), at)
+                                  : count;
+}
+
 void PlanWriter::writeList(std::size_t place, const RowNumbers& at) {
     const auto& list = plan_[place];
-    const int count = list.kind == PlanStep::Kind::Rows ? std::numeric_limits<int>::max()
-                                                        : rows_.takeCount(stems_[place], at);
+    const int count = takeCountOf(place, at);
     const auto depth = list.rowDepth;
     for (int row = rows_.nextRow(inside_[place], at, 0); row != 0 && row <= count;
          row = rows_.nextRow(inside_[place], at, row)) {

@@ -48,6 +48,7 @@ class PlanWriter {
   private:
     void writeSteps(std::size_t from, std::size_t to, const RowNumbers& at);
     void writeValue(std::size_t place, const RowNumbers& at);
+    [[nodiscard]] int takeCountOf(std::size_t place, const RowNumbers& at);
     void writeList(std::size_t place, const RowNumbers& at);
 
     TagWriter& tags_;

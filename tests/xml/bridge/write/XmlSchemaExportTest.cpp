@@ -55,6 +55,21 @@ TEST(XmlSchemaExport, WritesTheRecordOfAMeasurementThatAMultiplexNames) {
     EXPECT_EQ(stage.report.losses.total(), 0U);
 }
 
+TEST(XmlSchemaExport, WritesTheFieldsOfAMessageByEitherSpellingOfTheirCount) {
+    for (const auto* const count : {"FLDS", "NFLDS"}) {
+        ExportStage stage;
+        const auto xml = schema(
+            stage,
+            std::string(kSource) +
+                "S-1\\DLN:L;S-1\\NS\\N:1;S-1\\SNA-1:St;S-1\\NMS\\N-1:1;S-1\\MID-1-1:m;S-1\\" +
+                count + "\\N-1-1:1;S-1\\FNUM-1-1-1:1;S-1\\FPOS-1-1-1:2;S-1\\FLEN-1-1-1:3;");
+        EXPECT_TRUE(
+            holds(xml, "<Field>\n<Number>1</Number>\n<Start>2</Start>\n<Length>3</Length>\n"))
+            << count;
+        EXPECT_EQ(stage.report.losses.total(), 0U) << count;
+    }
+}
+
 TEST(XmlSchemaExport, LeavesOutAValueThatTheSchemaDoesNotAllowAndSaysSo) {
     ExportStage stage;
     const auto xml = schema(stage, "G\\SC:Q;G\\106:x;G\\OD:12-31-99;G\\TA:t;");
