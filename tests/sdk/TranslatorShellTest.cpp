@@ -18,6 +18,13 @@ constexpr std::string_view kTranslated =
     "P-1\\F1:8;P-1\\MF\\N:2;P-1\\MF1:5;D-1\\DLN:Link;D-1\\ML\\N:1;D-1\\MN\\N-1:1;"
     "D-1\\MN-1-1:A,1;D-1\\LT-1-1:MF;D-1\\MF-1-1:3;C-1\\DCN:A,1;C-1\\DCT:COE;";
 
+/// A clock that stands: a conversion that crosses a second must not show one.
+class StandingClock : public FixedClock {
+  public:
+    using FixedClock::FixedClock;
+    [[nodiscard]] std::int64_t steadySeconds() const override { return 0; }
+};
+
 /// A folder with the example, as a user would put it there.
 class TranslatorStage : public testing::Test {
   protected:
@@ -46,7 +53,7 @@ class TranslatorStage : public testing::Test {
     std::string path_;
     std::string viewed_;
     RecordingInterface ui_;
-    FixedClock clock_{CivilTime{2026, 1, 2, 3, 4, 5}};
+    StandingClock clock_{CivilTime{2026, 1, 2, 3, 4, 5}};
     CountingRandom random_;
 };
 
