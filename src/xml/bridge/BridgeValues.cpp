@@ -8,8 +8,7 @@ namespace kavu {
 
 namespace {
 
-constexpr std::size_t kDateWidth = 10;      // 2009-01-02
-constexpr std::size_t kDateTimeWidth = 19;  // 2009-01-02T03:04:05
+constexpr std::size_t kDateWidth = 10;  // 2009-01-02
 
 /// The text of a choice in one direction; empty if it has none.
 std::string_view textOf(const Choice& choice, XmlDialect dialect) {

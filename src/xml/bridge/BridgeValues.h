@@ -3,6 +3,7 @@
 
 #include "vocabulary/Field.h"
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,6 +23,9 @@ inline constexpr std::string_view kSchemaNamespace =
 /// The elements of what its makers define themselves: the V group of a source, and the H group.
 inline constexpr std::string_view kVendorElement = "VendorSpecificAttributes";
 inline constexpr std::string_view kHardwareElement = "AirborneHardwareAttributes";
+
+/// The characters of a date and time with its seconds: 2009-01-02T03:04:05.
+inline constexpr std::size_t kDateTimeWidth = 19;
 
 /// The text of XML for a stored value, by the field's choices; without regard to case and to white
 /// space around the value. Nothing if the choices do not have the value, or there are none.

@@ -95,7 +95,6 @@ void ImportOutput::writeText(std::string_view prefix, const Field& field, std::s
     write(prefix, code, value);
     const bool isMask = isMaskElement(field.element);
     // Of a date and time with more than its seconds not all is kept.
-    constexpr std::size_t kDateTimeWidth = 19;
     const bool isShortened =
         field.kind == FieldKind::DateTime && value != text && trim(text).size() > kDateTimeWidth;
     if ((!value.empty() || isMask) && !isShortened) {
