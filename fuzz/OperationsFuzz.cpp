@@ -3,8 +3,8 @@
 // that is only opened and saved; and an operation that fails has changed nothing.
 //
 // The first line of an input is the operation and its arguments, with tabs between them: "rename",
-// OLD, NEW; "link", OLD, NEW; "delete", NAME; "copy", NAME, NEW; "create", NAME; "set", then any
-// number of CODE=VALUE. The rest is the document.
+// OLD, NEW; "link", OLD, NEW; "delete", NAME; "copy", NAME, NEW; "create", NAME; any other is
+// "set", with any number of CODE=VALUE. The rest is the document.
 #include "FuzzRun.h"
 #include "LostCommands.h"
 #include "core/TmatsDocument.h"
@@ -51,6 +51,10 @@ Operation operationIn(std::string_view line) {
         } else {
             operation.arguments.emplace_back(part);
         }
+    }
+    static const std::set<std::string> others{"rename", "link", "delete", "copy", "create"};
+    if (!others.contains(operation.name)) {
+        operation.name = "set";
     }
     return operation;
 }

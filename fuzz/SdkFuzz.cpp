@@ -1,5 +1,5 @@
-// Opens a translator session on any bytes, loads every stream, and asks all that can be asked of what
-// is there: nothing may crash, stall, or be left behind.
+// Opens a translator session on any bytes, loads every stream, and asks all that can be asked of
+// what is there: nothing may crash, stall, or be left behind.
 #include "Check.h"
 #include "FuzzScratch.h"
 #include "core/files/FileIo.h"

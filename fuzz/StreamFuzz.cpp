@@ -187,6 +187,12 @@ bool isTold(const std::string& told, const FileCommand& command) {
     if (told.find("(" + std::string(command.field) + ")") != std::string::npos) {
         return true;
     }
+    // A counter on a word that the frame does not have is told of by its place.
+    if (startsWithIgnoreCase(command.field, "idc1-") &&
+        told.find("at Frame Word Position " + std::string(trim(command.value))) !=
+            std::string::npos) {
+        return true;
+    }
     const auto said = shownText(":" + command.value + ";");
     return told.find(said.substr(0, 40)) != std::string::npos;
 }
