@@ -101,9 +101,17 @@ std::string lineOf(std::string_view text) {
 void gatherKeptOfFormat(PcmLoad& load) {
     const auto& commands = *load.fields;
     UnreadCommands unread(commands, pcmRowRules());
+    std::unordered_set<std::string> read;
     for (std::size_t place = 0; place < commands.size(); ++place) {
-        if (!commands.isRead(place) && !commands.at(place).head.empty()) {
-            load.format.kept.ofFormat.push_back(unread.kept(commands.at(place)));
+        const auto command = commands.at(place);
+        if (command.head.empty()) {
+            continue;
+        }
+        // Two passes that read a count which stands twice have read one of the two each.
+        const bool isUsed =
+            commands.isRead(place) && read.insert(lowerAscii(trimRight(command.code))).second;
+        if (!isUsed) {
+            load.format.kept.ofFormat.push_back(unread.kept(command));
         }
     }
 }

@@ -157,6 +157,15 @@ TEST_F(KeptWritingTest, RowsBehindTheCountAreNoOnesWhenTheListGrows) {
     EXPECT_TRUE(s_->first("B").mask.empty() || s_->first("B").mask == "FW");
 }
 
+TEST_F(KeptWritingTest, EveryFurtherStatementOfACountThatSeveralPassesReadIsKept) {
+    start(2009, plainFormat(16, 4) + counterAt(1, 4) + Commands{"ISF\\N:7", "ISF\\N:9"},
+          listOf({measurementAt("A", 2)}));
+    save();
+    EXPECT_TRUE(has("P-1\\ISF\\N:1"));
+    EXPECT_TRUE(has("P-1\\ISF\\N:7"));
+    EXPECT_TRUE(has("P-1\\ISF\\N:9"));
+}
+
 TEST_F(KeptWritingTest, CountersAndSubframesTakeWhatIsUnknownAlong) {
     auto format =
         plainFormat(16, 4) + counterAt(1, 4,
