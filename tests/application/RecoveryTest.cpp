@@ -316,6 +316,14 @@ TEST(ProposedNameTest, IsNeverThatOfTheDocument) {
     EXPECT_EQ(proposedName(facts), folder / "a.b/plain recovered.tma");
 }
 
+TEST(ProposedNameTest, AZeroByteInADamagedRecordIsNoEndlessSearch) {
+    StoreFacts facts;
+    facts.record.emplace();
+    using namespace std::string_literals;
+    facts.record->source.path = "/tmp\0/in.tma"s;
+    EXPECT_EQ(proposedName(facts), "/tmp\0/in recovered.tma"s);
+}
+
 TEST_F(RecoveryTest, TheWindowAsksAboutAnIncompleteStoreAndProposesAnotherName) {
     const auto source = t.folder / "in.tma";
     writeFile(source, "G\\106:05;");

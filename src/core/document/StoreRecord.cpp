@@ -69,7 +69,9 @@ Number numberOf(std::string_view text) {
 void readLine(std::string_view line, StoreRecord& record) {
     const auto key = take(line, '=');
     if (key == "source") {
-        record.source.path = unescaped(line);
+        // A damaged record may hold a byte that ends a name early and makes it another file's.
+        const auto path = unescaped(line);
+        record.source.path = path.find('\0') == std::string::npos ? path : std::string();
     } else if (key == "size") {
         record.source.size = numberOf<std::uint64_t>(line);
     } else if (key == "modified") {

@@ -501,7 +501,8 @@ IoStatus probeSameFile(const std::string& one, const std::string& other, bool& s
 
 bool fileExists(const std::string& path) {
     struct stat info {};
-    return ::stat(path.c_str(), &info) == 0;
+    // What is in front of a zero byte names another file.
+    return path.find('\0') == std::string::npos && ::stat(path.c_str(), &info) == 0;
 }
 
 bool isPlainFile(const std::string& path) {

@@ -60,6 +60,14 @@ TEST(StoreRecordText, TakesNumbersThatAreNoneForZero) {
     EXPECT_EQ(read->files[0].name, "%");
 }
 
+TEST(StoreRecordText, TakesASourceWithAZeroByteForNone) {
+    using namespace std::string_view_literals;
+    const auto read = parseStoreRecord("KAVU store 1\nsource=/home\0/in.tma\nsize=10\n"sv);
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->source.path, "");
+    EXPECT_EQ(read->source.size, 10U);
+}
+
 TEST(StoreRecordText, BoundsTheNumberOfFiles) {
     std::string text = "KAVU store 1\n";
     for (int i = 0; i < 100000; ++i) {
