@@ -28,27 +28,49 @@ IoStatus ConversionRecords::index(TmatsReader& reader, const std::string& path) 
 
 void ConversionRecords::clear() {
     source_.close();
+    current_ = 0;
     records_.clear();
     first_.clear();
     last_.clear();
     names_.clear();
 }
 
-void ConversionRecords::add(std::string_view text, Run place) {
-    const auto number = rawHeadOf(text).index;
-    const auto command = viewCommand(text);
-    const bool isName = equalsIgnoreCase(command.field, c::kDcn.code) && !command.value.empty();
+/// The last record of a number, made if there is none.
+std::size_t ConversionRecords::recordOf(std::int64_t number) {
     const auto [known, isNew] = last_.try_emplace(number, records_.size());
-    if (isNew || (isName && !records_[known->second].name.empty())) {
-        known->second = records_.size();
-        records_.push_back({number, {}, {}});
-        first_.try_emplace(number, known->second);
+    if (isNew) {
+        begin(number);
     }
-    auto& record = records_[known->second];
-    if (isName) {
-        record.name = command.value;
-        names_.try_emplace(record.name, known->second);
+    return known->second;
+}
+
+void ConversionRecords::begin(std::int64_t number) {
+    last_[number] = records_.size();
+    first_.try_emplace(number, records_.size());
+    records_.push_back({number, {}, {}});
+}
+
+void ConversionRecords::add(std::string_view text, Run place) {
+    const auto head = rawHeadOf(text);
+    // Nearly every command is of the record of the one before it.
+    if (current_ >= records_.size() || records_[current_].number != head.index) {
+        current_ = recordOf(head.index);
     }
+    // The name is looked for by its code's first letter: most codes begin with another.
+    const bool mayBeName =
+        head.slash < text.size() - 1 && toUpperAscii(text[head.slash + 1]) == c::kDcn.code.front();
+    if (mayBeName) {
+        const auto command = viewCommand(text);
+        if (equalsIgnoreCase(command.field, c::kDcn.code) && !command.value.empty()) {
+            if (!records_[current_].name.empty()) {
+                begin(head.index);
+                current_ = records_.size() - 1;
+            }
+            records_[current_].name = command.value;
+            names_.try_emplace(records_[current_].name, current_);
+        }
+    }
+    auto& record = records_[current_];
     // Commands of one record mostly follow each other.
     if (!record.runs.empty() && record.runs.back().end == place.start) {
         record.runs.back().end = place.end;

@@ -48,10 +48,13 @@ class ConversionRecords {
         std::vector<Run> runs;
     };
     void add(std::string_view command, Run place);
+    [[nodiscard]] std::size_t recordOf(std::int64_t number);
+    void begin(std::int64_t number);
 
     std::string path_;
     ByteSource source_;
     std::vector<Record> records_;
+    std::size_t current_ = 0;  ///< the record of the command that came last
     std::unordered_map<std::int64_t, std::size_t> first_;  ///< of a number
     std::unordered_map<std::int64_t, std::size_t> last_;
     std::unordered_map<std::string, std::size_t> names_;
