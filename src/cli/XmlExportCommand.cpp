@@ -105,13 +105,15 @@ bool xmlExportCommand(CommandContext& context, CommandOutput& output) {
             options.dialect = line.bridge.isSchema ? XmlDialect::Schema : XmlDialect::Classic;
             options.links = line.bridge.streams;
             options.now = document.clock.now();
+            options.announce = [&context](const XmlExportReport& known) {
+                if (known.losses.total() > 0 && context.ui != nullptr) {
+                    context.ui->note(lossText(known.losses));
+                }
+            };
             isCreated = tmatsToXmlFile(session, context.ui, options, line.output, report);
         } else {
             report.errors = session.errors();
         }
-    }
-    if (isCreated && report.losses.total() > 0 && context.ui != nullptr) {
-        context.ui->note(lossText(report.losses));
     }
     addMembers(line, report, isCreated, output);
     output.isReported = !report.errors.empty() || !report.warnings.empty();

@@ -162,7 +162,8 @@ constexpr auto kBridgeFields = std::to_array<Field>({
      .bridgeOnly = true,
      .elementSchema = "ChannelAssignment/Supercom"},
     {.code = "LCW-n-m", .bridgeOnly = true, .elementSchema = "ChannelAssignment/ChannelNumber"},
-    {.code = "LCN-n-m",
+    // One of the channels has the subframe; which one, the schema does not say: the first.
+    {.code = "LCN-n-m-k",
      .bridgeOnly = true,
      .elementSchema = "ChannelAssignment/SubframeChannelNumber"},
 });

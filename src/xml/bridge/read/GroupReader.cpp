@@ -313,13 +313,14 @@ void GroupReader::readSubcarriers(const ReadItem& item, const std::vector<XmlNod
 }
 
 /// A row is the contact of this number, whatever it lacks, so that no column shifts; the count is
-/// that of the names.
+/// that of the names, in the schema's dialect that of the contacts.
 void GroupReader::readContacts(const ReadItem& item, const std::vector<XmlNode>& contacts) {
     std::size_t names = 0;
     for (const auto contact : contacts) {
         names += childrenOf(contact, "Name").size();
     }
-    output_.write(prefix_, item.code, names == 0 ? std::string() : std::to_string(names));
+    const auto count = output_.dialect() == XmlDialect::Schema ? contacts.size() : names;
+    output_.write(prefix_, item.code, count == 0 ? std::string() : std::to_string(count));
     int number = 0;
     for (const auto contact : contacts) {
         ++number;

@@ -144,7 +144,7 @@ void ConversionWriter::writeRecord(std::size_t record) {
         isWritten_[record] = true;
         run_.loseRest(rows, "DCN");
     }
-    run_.tags.close(run_.isSchema());
+    run_.closeNamed(rows.code("DCN", {}));
 }
 
 bool ConversionWriter::writeSpecial(PlanWriter& plan, const ElementStep& step) {
@@ -163,35 +163,51 @@ bool ConversionWriter::writeSpecial(PlanWriter& plan, const ElementStep& step) {
     return true;
 }
 
-/// One element for each row; without a count the values without a number.
+/// One element for each row; without a count the values without a number. The schema has one
+/// element with the rows side by side, at most five of a calibration.
 void ConversionWriter::writeCalibration(PlanWriter& plan, const ElementStep& count) {
     static constexpr std::array<std::string_view, 3> kElements{"Stimulus", "TelemetryValue",
                                                                "DataValue"};
+    static constexpr int kMostSchemaRows = 5;
     auto& rows = plan.rows();
     const std::string kind(count.code.substr(0, 2));
+    const bool isInFlight = kind == "MC";
+    const auto element = isInFlight ? "InflightCalibration" : "AmbientValue";
     const auto stems =
         std::to_array({rows.stem(kind + "1"), rows.stem(kind + "2"), rows.stem(kind + "3")});
     const int rowsStated = rows.takeCount(rows.stem(count.stem), {});
     const auto writeRow = [&](const RowNumbers& at) {
-        run_.tags.open(kind == "MC" ? "InflightCalibration" : "AmbientValue");
         for (std::size_t i = 0; i < stems.size(); ++i) {
             if (const auto value = rows.take(stems[i], at)) {
                 run_.tags.value(kElements[i], run_.values.plain(*value),
                                 rows.code(kind + std::to_string(i + 1), at));
             }
         }
-        run_.tags.close();
     };
     plan.closeTo(0);
     if (rowsStated == 0) {
+        run_.tags.open(element);
         writeRow({});
+        run_.tags.close();
         return;
     }
-    // The schema has one.
-    const int most = run_.isSchema() ? 1 : rowsStated;
-    for (int row = rows.nextRow(stems, {}, 0); row != 0 && row <= std::min(rowsStated, most);
+    const bool isOne = run_.isSchema();
+    const int most = isOne && isInFlight ? std::min(rowsStated, kMostSchemaRows) : rowsStated;
+    if (isOne) {
+        run_.tags.open(element);
+    }
+    for (int row = rows.nextRow(stems, {}, 0); row != 0 && row <= most;
          row = rows.nextRow(stems, {}, row)) {
+        if (!isOne) {
+            run_.tags.open(element);
+        }
         writeRow({static_cast<std::size_t>(row)});
+        if (!isOne) {
+            run_.tags.close();
+        }
+    }
+    if (isOne) {
+        run_.tags.close();
     }
 }
 

@@ -65,6 +65,14 @@ void ExportRun::loseRest(const GroupRows& rows, std::string_view link) {
     });
 }
 
+void ExportRun::closeNamed(std::string_view nameCode, bool mayBeEmpty) {
+    const bool isKept = isSchema() && mayBeEmpty;
+    if (!tags.isWritten() && !isKept && !nameCode.empty()) {
+        lose(nameCode);
+    }
+    tags.close(isKept);
+}
+
 void ExportRun::loseOtherGroups() {
     // Links that were not asked for are no loss.
     const std::string_view letters = options.links.empty() ? "TRMVPDBAS" : "TRMV";

@@ -48,6 +48,10 @@ struct ExportRun {
     void lose(std::string_view code) { report.losses.add(code); }
     /// All commands of a group that were not taken, but for its link.
     void loseRest(const GroupRows& rows, std::string_view link);
+    /// Closes the element of a group or of something else that has a name. An empty one leaves no
+    /// trace, and with it goes `nameCode`, the command of the name, if there is one; the schema's
+    /// dialect keeps it where the schema does.
+    void closeNamed(std::string_view nameCode, bool mayBeEmpty = true);
     void markSeen(char letter, std::int64_t number) { seen_.insert({letter, number}); }
     /// Says what the schema has no place for.
     void sayLosses();

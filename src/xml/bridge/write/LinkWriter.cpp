@@ -20,6 +20,9 @@ std::optional<SdkGroup> groupOf(ExportRun& run, const SdkLink& link, char letter
     return number == 0 ? std::nullopt : run.session.openGroup(letter, number);
 }
 
+/// The command that names the link of a group.
+constexpr std::string_view kLink = "DLN";
+
 bool holdsMessages(const SdkGroup& bus) {
     for (std::size_t place = 0; place < bus.size(); ++place) {
         if (isOfPattern(bus.at(place).field, "NMS\\N-n")) {
@@ -85,8 +88,9 @@ bool LinkWriter::writeSimple(const SdkLink& link, char letter, std::string_view 
         const CheckedPart part(run_, letter, {}, without);
         PlanWriter(run_.tags, run_.values, rows, run_.plan(letter, steps)).run();
     }
-    run_.loseRest(rows, "DLN");
-    run_.tags.close();
+    run_.loseRest(rows, kLink);
+    // The schema wants a bus in the group of buses.
+    run_.closeNamed(rows.code(kLink, {}), letter != 'B');
     return !run_.isCancelled();
 }
 
@@ -114,6 +118,7 @@ bool LinkWriter::writePcm(const SdkLink& link, bool hasBus) {
         return true;
     }
     run_.tags.open("PCMFormatAttributes", "\nP Group");
+    std::string linkCode;
     if (group) {
         run_.status("Converting TMATS 'P' group to XML...");
         GroupRows rows(std::move(*group));
@@ -128,7 +133,8 @@ bool LinkWriter::writePcm(const SdkLink& link, bool hasBus) {
                        return async.write(plan, step, at);
                    })
             .run();
-        run_.loseRest(rows, "DLN");
+        run_.loseRest(rows, kLink);
+        linkCode = rows.code(kLink, {});
     }
     // What the stream has wrong is said by the session.
     isParsed_ = !group || !measurements || run_.session.ParseTmatsPcmFormatInfo(link.number) == 0;
@@ -141,7 +147,7 @@ bool LinkWriter::writePcm(const SdkLink& link, bool hasBus) {
     if (isDone && hasBus) {
         isDone = writeBus(link, " Message ");
     }
-    run_.tags.close();
+    run_.closeNamed(linkCode);
     return isDone;
 }
 

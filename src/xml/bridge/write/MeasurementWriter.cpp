@@ -123,8 +123,9 @@ bool MeasurementWriter::write(SdkGroup group) {
     forEachRow(rows, stems.list, {}, lists,
                [&](const RowNumbers& list) { isDone = isDone && writeList(rows, stems, list); });
     writeField(rows, rows.stem("COM"), measurement_field::kComment, "Comments", {});
-    run_.loseRest(rows, "DLN");
-    run_.tags.close();
+    const auto link = measurement_field::kDataLink.code;
+    run_.loseRest(rows, link);
+    run_.closeNamed(rows.code(link, {}));
     return isDone;
 }
 
@@ -163,7 +164,7 @@ bool MeasurementWriter::writeList(GroupRows& rows, const Stems& stems, const Row
         }
         writeMeasurement(rows, stems, at);
     });
-    run_.tags.close();
+    run_.closeNamed(name ? codeOf(rows, measurement_field::kListName, list) : std::string());
     return isDone;
 }
 
@@ -174,7 +175,7 @@ void MeasurementWriter::writeMeasurement(GroupRows& rows, const Stems& stems,
     const auto original = run_.values.original(name.value_or(""));
     run_.tags.open("Measurement" + (name ? run_.attribute("Name", original) : std::string()));
     writeDefinition(rows, stems, at, original);
-    run_.tags.close(run_.isSchema());
+    run_.closeNamed(name ? codeOf(rows, measurement_field::kName, at) : std::string());
 }
 
 void MeasurementWriter::writeDefinition(GroupRows& rows, const Stems& stems, const RowNumbers& at,

@@ -74,6 +74,9 @@ int PlanWriter::takeCountOf(std::size_t place, const RowNumbers& at) {
     if (list.kind == PlanStep::Kind::Rows) {
         return std::numeric_limits<int>::max();
     }
+    if (list.kind == PlanStep::Kind::First) {
+        return 1;
+    }
     const int count = rows_.takeCount(stems_[place], at);
     const bool hasOther =
         values_.isSchema() && list.field != nullptr && !list.field->codeToXml.empty();
@@ -102,6 +105,7 @@ void PlanWriter::writeSteps(std::size_t from, std::size_t to, const RowNumbers& 
                 break;
             case PlanStep::Kind::List:
             case PlanStep::Kind::Rows:
+            case PlanStep::Kind::First:
                 writeList(place, at);
                 place = plan_[place].end;
                 break;

@@ -1,6 +1,7 @@
 #include "xml/bridge/write/SchemaTree.h"
 
 #include "core/text/Text.h"
+#include "vocabulary/CGroupFields.h"
 
 #include <algorithm>
 #include <array>
@@ -231,8 +232,12 @@ bool SchemaTree::addRequired(SchemaPart& part, const std::string& path) const {
     return true;
 }
 
-/// Of an element that the schema has once, further ones have no place.
+/// Of an element that the schema has once, further ones have no place. In a calibration the schema
+/// repeats its three elements together, and each of them may lack.
 void SchemaTree::dropFurther(SchemaPart& part, const std::string& path) const {
+    if (letter_ == 'C' && (path == c::kMcN.element || path == c::kMaN.element)) {
+        return;
+    }
     std::string last;
     std::erase_if(part.inside, [&](const SchemaPart& inner) {
         const std::string name(inner.name());
@@ -273,7 +278,9 @@ bool SchemaTree::checkInside(SchemaPart& part, const std::string& path) const {
     if (part.inside.empty() && !part.isKept) {
         return false;
     }
-    if (!path.empty() && !addRequired(part, path)) {
+    // The parts of most groups are checked one by one, and their groups take any of them.
+    const bool isWhole = !path.empty() || letter_ == 'B';
+    if (isWhole && !addRequired(part, path)) {
         lose(part);
         return false;
     }

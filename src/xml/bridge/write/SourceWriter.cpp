@@ -43,6 +43,7 @@ void SourceWriter::list(GroupRows& general) {
          row = general.nextRow(stems, {}, row)) {
         const RowNumbers at{static_cast<std::size_t>(row)};
         Source source;
+        source.nameCode = general.code(stemOf(kSourceName), at);
         source.name = run_.values.original(general.take(name, at).value_or(""));
         const auto stored = general.take(type, at);
         source.type = run_.values.original(stored.value_or("OTH"));
@@ -161,7 +162,7 @@ bool SourceWriter::writeSource(const Source& source) {
     if (isDone) {
         writeVendor(source.name);
     }
-    run_.tags.close(run_.isSchema());
+    run_.closeNamed(source.nameCode);
     return isDone;
 }
 
@@ -176,7 +177,7 @@ void SourceWriter::writeGroup(SdkGroup group, std::string_view element,
         PlanWriter(run_.tags, run_.values, rows, run_.plan(rows.letter(), plan)).run();
     }
     run_.loseRest(rows, "ID");
-    run_.tags.close();
+    run_.closeNamed({});
 }
 
 void SourceWriter::writeRadioOrRecorder(const Source& source) {
@@ -232,7 +233,7 @@ void SourceWriter::writeMultiplex(const Source& source) {
             .run();
     }
     run_.loseRest(rows, "ID");
-    run_.tags.close();
+    run_.closeNamed({});
 }
 
 bool SourceWriter::writeLinks(const Source& source) {

@@ -23,7 +23,8 @@ class SourceWriter {
 
   private:
     struct Source {
-        std::string name;  ///< as the file has it
+        std::string name;      ///< as the file has it
+        std::string nameCode;  ///< of the command of the name; empty for none
         std::string type;
         std::string typeText;  ///< escaped
         std::vector<std::string> links{};

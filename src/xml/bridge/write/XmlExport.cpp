@@ -164,8 +164,13 @@ bool tmatsToXmlFile(TranslatorSdk& session, UserInterface* parent, const XmlExpo
         return false;
     }
     const auto sink = [&](std::string_view text) { file.writer().write(text); };
-    return tmatsToXml(session, parent, options, sink, report) && !failed(file.finish()) &&
-           !failed(file.commit());
+    if (!tmatsToXml(session, parent, options, sink, report) || failed(file.finish())) {
+        return false;
+    }
+    if (options.announce) {
+        options.announce(report);
+    }
+    return !failed(file.commit());
 }
 
 }  // namespace kavu

@@ -5,15 +5,20 @@
 #include "xml/bridge/write/XmlLosses.h"
 #include "xml/bridge/write/XmlValues.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
 namespace kavu {
 
+struct XmlExportReport;
+
 struct XmlExportOptions {
     XmlDialect dialect = XmlDialect::Classic;
     std::vector<std::string> links{};  ///< the data links to convert; empty for all
     CivilTime now{};                   ///< for the comment with the date
+    /// Called with all that a document lacks, before its file takes its place; may be empty.
+    std::function<void(const XmlExportReport&)> announce{};
 };
 
 /// What an export says of itself.

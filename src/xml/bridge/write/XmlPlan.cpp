@@ -48,6 +48,11 @@ std::vector<std::string_view> splitXmlPath(std::string_view path) {
 
 namespace {
 
+bool opensList(PlanStep::Kind kind) {
+    return kind == PlanStep::Kind::List || kind == PlanStep::Kind::Rows ||
+           kind == PlanStep::Kind::First;
+}
+
 /// What the paths of all elements of a list begin with.
 std::vector<std::string_view> commonPath(const XmlPlan& plan, std::size_t list) {
     std::vector<std::string_view> common;
@@ -79,7 +84,8 @@ void setRowDepth(XmlPlan& plan, std::size_t list) {
     const bool isAround = !step.path.empty() && step.path.size() <= common.size() + 1 &&
                           std::equal(step.path.begin(), step.path.end() - 1, common.begin());
     // The count of the tracks is an element itself.
-    const bool hasNoElement = step.path.empty() && step.kind == PlanStep::Kind::List;
+    const bool hasNoElement = step.kind == PlanStep::Kind::First ||
+                              (step.path.empty() && step.kind == PlanStep::Kind::List);
     step.rowDepth = hasNoElement || common.empty() ? common.size()
                     : isAround                     ? step.path.size() - 1
                                                    : common.size() - 1;
@@ -113,7 +119,7 @@ XmlPlan makeXmlPlan(char letter, std::span<const PlanStep> steps, XmlDialect dia
                 plan[list].stems.push_back(made.stem);
             }
         }
-        if (step.kind == PlanStep::Kind::List || step.kind == PlanStep::Kind::Rows) {
+        if (opensList(step.kind)) {
             lists.push_back(plan.size());
         }
         plan.push_back(std::move(made));

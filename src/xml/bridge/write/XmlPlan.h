@@ -17,6 +17,9 @@ struct PlanStep {
         Value,
         List,  ///< `code` is the count; the steps up to its `End` are those of a row
         Rows,  ///< a list without a count; `code` is a name
+        /// The same with the first row alone: what the schema has but once. Its rows have no
+        /// element of their own.
+        First,
         End,
         Special,  ///< written by hand; `code` is the first that it writes, or a name
         /// A value whose command may have one index more, whose number is then 1.
@@ -31,6 +34,9 @@ struct PlanStep {
 }
 [[nodiscard]] constexpr PlanStep rowsOf(std::string_view name) {
     return {name, PlanStep::Kind::Rows};
+}
+[[nodiscard]] constexpr PlanStep firstOf(std::string_view name) {
+    return {name, PlanStep::Kind::First};
 }
 [[nodiscard]] constexpr PlanStep special(std::string_view name) {
     return {name, PlanStep::Kind::Special};

@@ -1,3 +1,4 @@
+#include "core/files/FileIo.h"
 #include "xml/XmlSyntax.h"
 #include "xml/bridge/write/ExportStage.h"
 #include "xml/bridge/write/XmlExport.h"
@@ -247,6 +248,36 @@ TEST(XmlExport, CountsWhatTheDocumentDoesNotHold) {
     ASSERT_EQ(losses.list().size(), 4U);
     EXPECT_EQ(losses.list()[0].code, "T-1\\RF99");
     EXPECT_EQ(losses.list()[3].code, "R-1\\RID");
+}
+
+TEST(XmlExport, CountsTheNamesOfWhatLeavesNoTrace) {
+    ExportStage stage;
+    stage.convert(
+        "G\\DSI\\N:2;G\\DSI-1:S;G\\DST-1:OTH;G\\DSI-2:R;G\\DST-2:OTH;M-1\\ID:S;"
+        "M-1\\BB\\DLN:L;P-1\\DLN:L;D-1\\DLN:L;D-1\\MLN-1:X;D-1\\MN\\N-1:1;"
+        "D-1\\MN-1-1:A;C-1\\DCN:A;");
+    std::vector<std::string> codes;
+    for (const auto& loss : stage.report.losses.list()) {
+        codes.push_back(loss.code);
+    }
+    EXPECT_EQ(codes, (std::vector<std::string>{"D-1\\MN-1-1", "D-1\\MLN-1", "D-1\\DLN", "P-1\\DLN",
+                                               "G\\DSI-2", "C-1\\DCN"}));
+}
+
+TEST(XmlExport, AnnouncesWhatIsLostBeforeTheFileIsThere) {
+    ExportStage stage;
+    ASSERT_TRUE(stage.open("G\\PN:P;G\\NEW:1;"));
+    const auto path = stage.folder / "out.xml";
+    std::size_t lost = 0;
+    bool wasThere = true;
+    stage.options.announce = [&](const XmlExportReport& report) {
+        lost = report.losses.total();
+        wasThere = fileExists(path);
+    };
+    EXPECT_TRUE(tmatsToXmlFile(stage.sdk, nullptr, stage.options, path, stage.report));
+    EXPECT_EQ(lost, 1U);
+    EXPECT_FALSE(wasThere);
+    EXPECT_TRUE(fileExists(path));
 }
 
 }  // namespace

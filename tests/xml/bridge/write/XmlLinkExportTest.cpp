@@ -191,9 +191,10 @@ TEST(XmlLinkExport, WritesOneCalibrationForEachRowOrTheOneWithoutNumber) {
 
 TEST(XmlLinkExport, WritesTheFirstRecordOfANameOnceInItsLink) {
     ExportStage stage;
-    const auto xml = convert(stage,
-                             "D-1\\DLN:L;D-1\\MN\\N-1:1;D-1\\MN-1-1:A;C-1\\MN1:first;C-1\\DCN:A;"
-                             "C-2\\DCN:A;C-2\\MN1:second;");
+    const auto xml =
+        convert(stage,
+                "D-1\\DLN:L;D-1\\MN\\N-1:1;D-1\\MN-1-1:A;D-1\\MN1-1-1:NO;C-1\\MN1:first;C-1\\DCN:A;"
+                "C-2\\DCN:A;C-2\\MN1:second;");
     EXPECT_TRUE(holds(xml, "<Description>first</Description>"));
     EXPECT_EQ(xml.find("second"), std::string::npos);
     ASSERT_EQ(stage.report.losses.list().size(), 1U);

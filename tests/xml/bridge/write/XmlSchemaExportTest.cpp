@@ -143,5 +143,82 @@ TEST(XmlSchemaExport, WritesTheMeasurementsOfAStream) {
     EXPECT_EQ(stage.report.losses.total(), 0U);
 }
 
+TEST(XmlSchemaExport, WritesTheChannelAssignmentOfPamOnce) {
+    ExportStage stage;
+    const auto xml =
+        schema(stage, std::string(kSource) +
+                          "A-1\\DLN:L;A-1\\MN1-1:Mic;A-1\\MN2-1:Y;A-1\\MN3-1:NO;A-1\\LCW-1-1:4;"
+                          "A-1\\LCW-1-2:5;A-1\\LCN-1-1-1:7;A-1\\LCN-1-1-2:8;A-1\\LCN-1-2-1:9;"
+                          "A-1\\MN1-2:Cam;");
+    EXPECT_TRUE(holds(xml,
+                      "<ChannelAssignment>\n<Measurement>Mic</Measurement>\n<Subcom>Yes</Subcom>\n"
+                      "<Supercom>No</Supercom>\n<ChannelNumber>4</ChannelNumber>\n"
+                      "<ChannelNumber>5</ChannelNumber>\n"
+                      "<SubframeChannelNumber>7</SubframeChannelNumber>\n"
+                      "<SubframeChannelNumber>8</SubframeChannelNumber>\n</ChannelAssignment>\n"));
+    EXPECT_EQ(xml.find("Cam"), std::string::npos);
+    ASSERT_EQ(stage.report.losses.list().size(), 2U);
+    EXPECT_EQ(stage.report.losses.list()[0].code, "A-1\\LCN-1-2-1");
+    EXPECT_EQ(stage.report.losses.list()[1].code, "A-1\\MN1-2");
+}
+
+TEST(XmlSchemaExport, WritesCalibrationsSideBySide) {
+    ExportStage stage;
+    const auto xml =
+        schema(stage, std::string(kSource) +
+                          "C-1\\DCN:A;C-1\\MC\\N:2;C-1\\MC1-1:1;C-1\\MC2-1:2;C-1\\MC1-2:3;");
+    EXPECT_TRUE(holds(xml,
+                      "<InflightCalibration>\n<Stimulus>1</Stimulus>\n"
+                      "<TelemetryValue>2</TelemetryValue>\n<Stimulus>3</Stimulus>\n"
+                      "</InflightCalibration>\n"));
+    EXPECT_EQ(stage.report.losses.total(), 0U);
+}
+
+TEST(XmlSchemaExport, HasAPlaceForFiveRowsOfACalibration) {
+    ExportStage stage;
+    std::string rows = std::string(kSource) + "C-1\\DCN:A;C-1\\MC\\N:6;";
+    for (int row = 1; row <= 6; ++row) {
+        rows += "C-1\\MC1-" + std::to_string(row) + ":" + std::to_string(row) + ";";
+    }
+    EXPECT_TRUE(holds(schema(stage, rows), "<Stimulus>5</Stimulus>\n</InflightCalibration>\n"));
+    ASSERT_EQ(stage.report.losses.list().size(), 1U);
+    EXPECT_EQ(stage.report.losses.list()[0].code, "C-1\\MC1-6");
+}
+
+TEST(XmlSchemaExport, KeepsAGroupThatHasNothingButItsName) {
+    ExportStage stage;
+    const auto xml = schema(stage,
+                            "G\\DSI\\N:1;G\\DSI-1:S;G\\DST-1:RF;T-1\\ID:S;M-1\\ID:S;P-1\\DLN:L;"
+                            "D-1\\DLN:L;A-1\\DLN:K;S-1\\DLN:J;");
+    EXPECT_TRUE(holds(xml, "<TransmissionAttributes />\n"));
+    EXPECT_TRUE(holds(xml, "<MultiplexModulationGroup />\n"));
+    EXPECT_TRUE(holds(xml, "<PCMMeasurements />\n</PCMFormatAttributes>\n"));
+    EXPECT_TRUE(holds(xml, "<PAMAttributes />\n"));
+    EXPECT_TRUE(holds(xml, "<MessageDataAttributes />\n"));
+    EXPECT_EQ(stage.report.losses.total(), 0U);
+}
+
+TEST(XmlSchemaExport, HasNoPlaceForAGroupOfBusesWithoutABus) {
+    ExportStage stage;
+    const auto xml = schema(stage, std::string(kSource) + "B-1\\DLN:L;B-1\\TA:x;");
+    EXPECT_EQ(xml.find("BusAttributes"), std::string::npos);
+    ASSERT_EQ(stage.report.losses.list().size(), 2U);
+    EXPECT_EQ(stage.report.losses.list()[0].code, "B-1\\TA");
+    EXPECT_EQ(stage.report.losses.list()[1].code, "B-1\\DLN");
+}
+
+TEST(XmlSchemaExport, WritesTwoListsOfOneName) {
+    ExportStage stage;
+    const auto xml =
+        schema(stage, std::string(kSource) +
+                          "D-1\\DLN:L;D-1\\ML\\N:2;D-1\\MLN-1:X;D-1\\MN\\N-1:1;D-1\\MN-1-1:A;"
+                          "D-1\\MLN-2:X;D-1\\MN\\N-2:1;D-1\\MN-2-1:B;");
+    EXPECT_TRUE(holds(xml,
+                      "<MeasurementList Name=\"X\">\n<Measurement Name=\"A\" />\n"
+                      "</MeasurementList>\n<MeasurementList Name=\"X\">\n"
+                      "<Measurement Name=\"B\" />\n</MeasurementList>\n"));
+    EXPECT_EQ(stage.report.losses.total(), 0U);
+}
+
 }  // namespace
 }  // namespace kavu
