@@ -7,6 +7,7 @@ import unittest
 import xml.etree.ElementTree as ElementTree
 
 import kavu
+import tmats_commands
 import xml_documents
 from kavu import CLEAN, FAILED, REPORTED, USAGE
 
@@ -120,6 +121,19 @@ class GeneratedTest(kavu.KavuTest):
                               text.startswith("Warning. No data sources")], "seed %d" % seed)
             ElementTree.parse(self.path("out.xml"))
 
+    def test_each_document_comes_back_by_the_dialect_of_the_schema(self):
+        for seed in range(30):
+            data = xml_documents.Maker(seed).text()
+            self.write("in.tma", data)
+            self.run_cli("xml-export", "in.tma", "-o", "out.xml", "--schema", "--overwrite")
+            self.run_cli("xml-import", "out.xml", "-o", "back.tma", "--schema")
+            self.assertEqual(tmats_commands.missing(data, self.text("back.tma")), [],
+                             "seed %d" % seed)
+
+    def text(self, name):
+        with open(self.path(name), "rb") as file:
+            return file.read()
+
 
 FOLDER = os.environ.get("KAVU_XSD", "")
 SCHEMA = os.path.join(FOLDER, "Tmats_01-2011.xsd")
@@ -144,7 +158,7 @@ class SchemaTest(kavu.KavuTest):
         self.assertIn(result.status, (CLEAN, REPORTED), result)
         return self.path(name)
 
-    def test_the_dialect_of_the_schema_is_valid(self):
+    def test_the_dialect_of_the_schema_is_valid_and_comes_back(self):
         paths = []
         for name in sorted(os.listdir(SAMPLES)):
             if name.endswith(".tma"):
@@ -154,8 +168,12 @@ class SchemaTest(kavu.KavuTest):
             for name in sorted(os.listdir(recorders)):
                 paths.append(self.export(os.path.join(recorders, name), name + ".xml", "--schema"))
         for seed in range(1000):
-            self.write("in.tma", xml_documents.Maker(seed).text())
+            data = xml_documents.Maker(seed).text()
+            self.write("in.tma", data)
             paths.append(self.export("in.tma", "%d.xml" % seed, "--schema"))
+            self.run_cli("xml-import", "%d.xml" % seed, "-o", "back.tma", "--schema", "--quiet")
+            with open(self.path("back.tma"), "rb") as file:
+                self.assertEqual(tmats_commands.missing(data, file.read()), [], "seed %d" % seed)
         self.assertEqual(self.validate(SCHEMA, paths), [])
 
     def plain_schema(self):
