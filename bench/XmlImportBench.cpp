@@ -34,7 +34,7 @@ std::string recordText(long number) {
     return text + "</Coefficients></DataConversion></Measurement>\n";
 }
 
-void importMeasurements(benchmark::State& state) {
+void importMeasurements(benchmark::State& state, XmlDialect dialect) {
     std::string list;
     std::string records;
     for (long i = 0; i < state.range(0); ++i) {
@@ -49,7 +49,7 @@ void importMeasurements(benchmark::State& state) {
         records + "</DataConversionAttributes></DataLink></DataSource></Tmats>";
     (void)writeWholeFile(kPath, text);
     for (auto _ : state) {
-        XmlToTmats import({}, kPath, {}, XmlDialect::Schema);
+        XmlToTmats import({}, kPath, {}, dialect);
         (void)import.convert(nullptr);
         if (import.commands().size() < text.size() / 4) {
             state.SkipWithError("the commands are not complete");
@@ -58,7 +58,12 @@ void importMeasurements(benchmark::State& state) {
     state.SetComplexityN(state.range(0));
     (void)deleteFile(kPath);
 }
-BENCHMARK(importMeasurements)
+BENCHMARK_CAPTURE(importMeasurements, classic, XmlDialect::Classic)
+    ->RangeMultiplier(2)
+    ->Range(5'000, 40'000)
+    ->Unit(benchmark::kMillisecond)
+    ->Complexity();
+BENCHMARK_CAPTURE(importMeasurements, schema, XmlDialect::Schema)
     ->RangeMultiplier(2)
     ->Range(5'000, 40'000)
     ->Unit(benchmark::kMillisecond)
