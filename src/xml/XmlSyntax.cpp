@@ -13,7 +13,18 @@ namespace kavu {
 
 namespace {
 
-constexpr std::string_view kXmlSpace = " \t\r\n";
+constexpr bool isXmlSpace(char c) {
+    return c == ' ' || c == '\n' || c == '\t' || c == '\r';
+}
+
+std::size_t spaceLength(std::string_view text) {
+    std::size_t length = 0;
+    while (length < text.size() && isXmlSpace(text[length])) {
+        ++length;
+    }
+    return length;
+}
+
 /// The longest reference: that of the last character with some leading zeros.
 constexpr std::size_t kLongestReference = 32;
 
@@ -69,8 +80,7 @@ class SyntaxCheck {
     }
 
     bool takeDeclaration() {
-        if (!rest_.starts_with("<?xml") ||
-            kXmlSpace.find(rest_.substr(0, 6).back()) == std::string_view::npos) {
+        if (!rest_.starts_with("<?xml") || !isXmlSpace(rest_.substr(0, 6).back())) {
             return true;
         }
         rest_.remove_prefix(5);
@@ -94,19 +104,20 @@ class SyntaxCheck {
     }
 
     bool takeMarkup() {
+        const char second = rest_.size() > 1 ? rest_[1] : '\0';
+        if (second != '!' && second != '?') {  // which nearly all markup is not
+            return second == '/' ? takeEndTag() : takeStartTag();
+        }
         if (rest_.starts_with("<!--")) {
             return takeComment();
         }
         if (rest_.starts_with("<![CDATA[")) {
             return takeSection();
         }
-        if (rest_.starts_with("<!")) {
+        if (second == '!') {
             return fail("a document type is not read");
         }
-        if (rest_.starts_with("<?")) {
-            return takeInstruction();
-        }
-        return rest_.starts_with("</") ? takeEndTag() : takeStartTag();
+        return takeInstruction();
     }
 
     bool takeComment() {
@@ -135,7 +146,7 @@ class SyntaxCheck {
             return fail("a processing instruction without a name or end, or a second declaration");
         }
         const auto behind = rest_[2 + target.size()];
-        if (behind != '?' && kXmlSpace.find(behind) == std::string_view::npos) {
+        if (behind != '?' && !isXmlSpace(behind)) {
             return fail("the name of a processing instruction is not one");
         }
         rest_.remove_prefix(end + 2);
@@ -204,6 +215,9 @@ class SyntaxCheck {
             }
             names_.push_back(name);
         }
+        if (names_.size() < 2) {
+            return true;
+        }
         std::sort(names_.begin(), names_.end());
         const auto twice = std::adjacent_find(names_.begin(), names_.end());
         return twice == names_.end() || fail("the attribute '" + std::string(*twice) + "' twice");
@@ -231,7 +245,7 @@ class SyntaxCheck {
 
     bool takeCharacters() {
         const auto characters = rest_.substr(0, rest_.find('<'));
-        if (characters.find_first_not_of(kXmlSpace) != std::string_view::npos) {
+        if (spaceLength(characters) < characters.size()) {
             if (open_.empty()) {
                 return fail("text outside the root element");
             }
@@ -274,7 +288,7 @@ class SyntaxCheck {
         return true;
     }
     bool takeSpace() {
-        const auto length = std::min(rest_.find_first_not_of(kXmlSpace), rest_.size());
+        const auto length = spaceLength(rest_);
         rest_.remove_prefix(length);
         return length > 0;
     }

@@ -2,6 +2,8 @@
 
 #include "core/text/TextEncoding.h"
 
+#include <array>
+
 namespace kavu {
 
 namespace {
@@ -13,6 +15,14 @@ constexpr bool startsName(unsigned char c) {
 constexpr bool continuesName(unsigned char c) {
     return startsName(c) || (c >= '0' && c <= '9') || c == '-' || c == '.';
 }
+
+constexpr auto kContinuesName = [] {
+    std::array<bool, 256> table{};
+    for (unsigned c = 0; c < table.size(); ++c) {
+        table[c] = continuesName(static_cast<unsigned char>(c));
+    }
+    return table;
+}();
 
 /// U+FFFE and U+FFFF are no characters; in UTF-8 they begin as U+FFBF does.
 bool isNoCharacter(std::string_view text, std::size_t at) {
@@ -47,7 +57,7 @@ std::size_t xmlNameLength(std::string_view text) {
         return 0;
     }
     std::size_t length = 1;
-    while (length < text.size() && continuesName(static_cast<unsigned char>(text[length]))) {
+    while (length < text.size() && kContinuesName[static_cast<unsigned char>(text[length])]) {
         ++length;
     }
     return length;

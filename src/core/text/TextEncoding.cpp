@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace kavu {
 
@@ -59,10 +60,29 @@ std::size_t sequenceLength(std::string_view bytes, std::size_t at) {
     return value < least || value > 0x10FFFF || surrogate ? 0 : length;
 }
 
+/// The bytes below 0x80 that a text begins with, in steps of a word: large files are ASCII for the
+/// most part.
+std::size_t asciiWordsAt(std::string_view bytes, std::size_t at) {
+    const auto start = at;
+    std::uint64_t word = 0;
+    for (; bytes.size() - at >= sizeof word; at += sizeof word) {
+        std::memcpy(&word, bytes.data() + at, sizeof word);
+        if ((word & 0x8080808080808080U) != 0) {
+            break;
+        }
+    }
+    return at - start;
+}
+
 }  // namespace
 
 bool isValidUtf8(std::string_view bytes) {
-    for (std::size_t at = 0; at < bytes.size();) {
+    for (std::size_t at = asciiWordsAt(bytes, 0); at < bytes.size();) {
+        if (static_cast<unsigned char>(bytes[at]) < 0x80) {
+            ++at;
+            at += asciiWordsAt(bytes, at);
+            continue;
+        }
         const auto length = sequenceLength(bytes, at);
         if (length == 0) {
             return false;

@@ -17,13 +17,11 @@ std::string_view markupAt(std::string_view text, Tag& tag) {
         const auto at = text.find(end, from);
         return text.substr(0, at == std::string_view::npos ? text.size() : at + end.size());
     };
-    if (text.starts_with("<!--")) {
-        return until("-->", 4);
+    const char second = text.size() > 1 ? text[1] : '\0';
+    if (second == '!') {
+        return text.starts_with("<!--") ? until("-->", 4) : until("]]>", 9);  // or a CDATA section
     }
-    if (text.starts_with("<![CDATA[")) {
-        return until("]]>", 9);
-    }
-    if (text.starts_with("<?")) {
+    if (second == '?') {
         return until("?>", 2);
     }
     std::size_t at = 1;
@@ -34,7 +32,7 @@ std::string_view markupAt(std::string_view text, Tag& tag) {
         ++at;
     }
     const auto markup = text.substr(0, std::min(at + 1, text.size()));
-    tag = markup.starts_with("</") ? Tag::End : markup.ends_with("/>") ? Tag::Empty : Tag::Start;
+    tag = second == '/' ? Tag::End : markup.ends_with("/>") ? Tag::Empty : Tag::Start;
     return markup;
 }
 

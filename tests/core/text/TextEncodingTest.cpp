@@ -22,6 +22,20 @@ TEST(TextEncodingTest, WhatIsNotWellFormedIsKnown) {
     }
 }
 
+TEST(TextEncodingTest, AByteIsSeenWhereverItIsInALongText) {
+    for (std::size_t size = 1; size < 40; ++size) {
+        const std::string plain(size, 'a');
+        EXPECT_TRUE(isValidUtf8(plain)) << size;
+        for (std::size_t at = 0; at < size; ++at) {
+            auto text = plain;
+            text[at] = '\xE4';
+            EXPECT_FALSE(isValidUtf8(text)) << size << " " << at;
+            EXPECT_TRUE(isValidUtf8(plain.substr(0, at) + "\xC3\xA4" + plain.substr(at)))
+                << size << " " << at;
+        }
+    }
+}
+
 TEST(TextEncodingTest, ValidUtf8StaysAsItIs) {
     EXPECT_EQ(toUtf8("20 \xC2\xB0"
                      "C \xE2\x82\xAC"),

@@ -166,6 +166,47 @@ TEST(MdbXmlStorage, LineBreaksAreRealOnesAndForbiddenCharactersAreLeftOut) {
     EXPECT_EQ(readXmlRecord(text)[mdbfield::kDescription], "one\x14\x15two");
 }
 
+TEST(MdbXmlStorage, ANameIsReadAsAParserReadsIt) {
+    struct {
+        const char* element;
+        const char* name;
+    } const cases[] = {
+        {"<Measurement><Name>A B</Name></Measurement>", "A B"},
+        {"<Measurement>\r\n\t <Name>  A  </Name></Measurement>", "A"},
+        {"<Measurement><Name></Name></Measurement>", ""},
+        {"<Measurement><Name>A&amp;B</Name></Measurement>", "A&B"},
+        {"<Measurement><Name>A<!-- no -->B</Name></Measurement>", "AB"},
+        {"<Measurement><Name><![CDATA[A<B]]></Name></Measurement>", "A<B"},
+        {"<Measurement><Name>A\nB</Name></Measurement>",
+         "A\x15"
+         "B"},
+        {"<Measurement><Name >A</Name></Measurement>", "A"},
+        {"<Measurement><Name>A</Name ></Measurement>", "A"},
+        {"<Measurement id=\"1\"><Name>A</Name></Measurement>", "A"},
+        {"<Measurement><Root>R</Root><Name>A</Name></Measurement>", "A"},
+        {"<Measurement><Names>N</Names><Name>A</Name></Measurement>", "A"},
+        {"<Measurement><!-- x --><Name>A</Name><Name>B</Name></Measurement>", "A"},
+        {"<Measurement/>", ""},
+    };
+    for (const auto& [element, name] : cases) {
+        EXPECT_EQ(readXmlRecordName(element), name) << element;
+        EXPECT_EQ(readXmlRecord(element).name(), name) << element;
+    }
+}
+
+TEST(MdbXmlStorage, OfElementsThatAreThereTwiceTheFirstCounts) {
+    const auto record = readXmlRecord(
+        "<Measurement><Name>A</Name><BusAttributes><Name>B1</Name><Number>1</Number>"
+        "<RemoteTerminal><Name>R</Name></RemoteTerminal></BusAttributes>"
+        "<BusAttributes><Name>B2</Name><WordNumber>9</WordNumber></BusAttributes>"
+        "<Root>X</Root><Root>Y</Root></Measurement>");
+    EXPECT_EQ(record[mdbfield::kBusName], "B1");
+    EXPECT_EQ(record[mdbfield::kBusNumber], "1");
+    EXPECT_EQ(record[mdbfield::kRemoteTerminalName], "R");
+    EXPECT_EQ(record[mdbfield::kWordNumber], "");
+    EXPECT_EQ(record[mdbfield::kRoot], "X");
+}
+
 TEST(MdbXmlStorage, AnUnchangedDatabaseGivesTheSameBytes) {
     XmlDatabase stage;
     const auto odd =
