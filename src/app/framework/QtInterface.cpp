@@ -190,12 +190,18 @@ bool QtInterface::openProgress(ProgressMode mode, bool withBar) {
     }
     progress_ =
         std::make_unique<ProgressWindow>(mode == ProgressMode::WithCancel, withBar, dialogParent());
+    // At once: the window comes only after a while.
+    const auto* const shown = QGuiApplication::overrideCursor();
+    QGuiApplication::setOverrideCursor(shown != nullptr ? *shown : QCursor(Qt::BusyCursor));
     return true;
 }
 
 void QtInterface::closeProgress() {
     const bool hadKeyboard =
         progress_ && progress_->isVisible() && (cancelled_ || progress_->isActiveWindow());
+    if (progress_) {
+        QGuiApplication::restoreOverrideCursor();
+    }
     progress_.reset();
     cancelled_ = false;
     if (auto* const window = dialogParent(); hadKeyboard && window != nullptr) {

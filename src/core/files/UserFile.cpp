@@ -70,7 +70,7 @@ int lockFile(int descriptor) {
 
 /// Opens and locks the file of this name, whatever others do with the name meanwhile. Returns
 /// the descriptor, or -1 and the system's error number in `code`.
-int openLocked(const std::string& path, int flags, int& code) {
+int openLocked(const std::string& path, int flags, const std::function<bool()>& goesOn, int& code) {
     for (int tries = 0; tries < kMostLockTries; ++tries) {
         const int descriptor =
             ::open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW, 0666);
@@ -80,6 +80,9 @@ int openLocked(const std::string& path, int flags, int& code) {
         }
         if (lockFile(descriptor) != 0) {
             ::close(descriptor);
+            if (goesOn && !goesOn()) {
+                break;
+            }
             ::usleep(kLockPause);
             continue;
         }
@@ -128,7 +131,7 @@ IoStatus UserFile::named(const IoStatus& status) const {
     return status.ok() ? status : IoStatus(path_, status.code());
 }
 
-IoStatus UserFile::claim(const std::string& path) {
+IoStatus UserFile::claim(const std::string& path, const std::function<bool()>& goesOn) {
     release();
     if (path.find('\0') != std::string::npos) {
         return {path, EINVAL};  // the system would see only the part before the NUL
@@ -146,9 +149,9 @@ IoStatus UserFile::claim(const std::string& path) {
     if (!isPlain_) {
         return {};
     }
-    auto status = lockBeside();
+    auto status = lockBeside(goesOn);
     if (status.ok() && lock_ < 0 && exists_) {
-        status = lockItself();
+        status = lockItself(goesOn);
     }
     // The one that we waited for may have made or removed the file.
     exists_ = ::stat(target_.c_str(), &info) == 0;
@@ -161,14 +164,14 @@ IoStatus UserFile::claim(const std::string& path) {
     return status;
 }
 
-IoStatus UserFile::lockBeside() {
+IoStatus UserFile::lockBeside(const std::function<bool()>& goesOn) {
     lockPath_ = nameBeside(target_, ".kavu-lock");
     int code = 0;
-    lock_ = openLocked(lockPath_, O_RDWR | O_CREAT, code);
+    lock_ = openLocked(lockPath_, O_RDWR | O_CREAT, goesOn, code);
     if (lock_ < 0 && code == EACCES) {
         // Another user's, perhaps; a lock needs no right to write.
         int again = 0;
-        lock_ = openLocked(lockPath_, O_RDONLY, again);
+        lock_ = openLocked(lockPath_, O_RDONLY, goesOn, again);
     }
     if (lock_ < 0) {
         lockPath_.clear();
@@ -195,9 +198,9 @@ std::string UserFile::killedOwnerOf(const std::string& path) {
     return owner;
 }
 
-IoStatus UserFile::lockItself() {
+IoStatus UserFile::lockItself(const std::function<bool()>& goesOn) {
     int code = 0;
-    lock_ = openLocked(target_, O_RDWR, code);
+    lock_ = openLocked(target_, O_RDWR, goesOn, code);
     // A file that cannot be opened is reported when it is to be written.
     return code == EBUSY ? IoStatus(path_, code) : IoStatus();
 }

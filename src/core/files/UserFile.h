@@ -5,6 +5,7 @@
 
 #include "core/files/FileIo.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -21,9 +22,10 @@ class UserFile {
 
     /// Follows the links of the path and keeps every other claim of the file out, by a locked
     /// file beside it or, in a folder that takes none, by a lock on the file itself; the system
-    /// releases both when the process dies. Waits for a while for another claim, then fails
-    /// with EBUSY. A device or pipe is not locked.
-    IoStatus claim(const std::string& path);
+    /// releases both when the process dies. Waits up to ten seconds for another claim, then fails
+    /// with EBUSY. `goesOn`, if given, is asked between two tries, which are a few milliseconds
+    /// apart; false ends the waiting. A device or pipe is not locked.
+    IoStatus claim(const std::string& path, const std::function<bool()>& goesOn = {});
     [[nodiscard]] bool isClaimed() const { return !path_.empty(); }
     /// What a run gave to `open` that was killed while it wrote this file in place; empty if
     /// there was none. The file is then cut short. This is remembered on the disk until a
@@ -60,8 +62,8 @@ class UserFile {
     [[nodiscard]] static bool isRefusedRename(const IoStatus& status);
 
   private:
-    IoStatus lockBeside();
-    IoStatus lockItself();
+    IoStatus lockBeside(const std::function<bool()>& goesOn);
+    IoStatus lockItself(const std::function<bool()>& goesOn);
     bool makeBeside(int& code, std::string_view ending);
     [[nodiscard]] IoStatus named(const IoStatus& status) const;
     IoStatus writeMark(const std::string& owner);

@@ -18,6 +18,56 @@ namespace {
 /// What is added to the path for the file that takes the place of the database.
 constexpr std::string_view kNewFileEnding = ".tmp";
 
+/// The wait for another program that is writing the file: the user sees for what, and may end it.
+class LockWait {
+  public:
+    LockWait(UserInterface* parent, const std::string& path) : parent_(parent), path_(path) {}
+    LockWait(const LockWait&) = delete;
+    LockWait& operator=(const LockWait&) = delete;
+    ~LockWait() {
+        if (progress_) {
+            setStatusText(parent_, {});
+        }
+    }
+
+    /// Between two tries.
+    bool goesOn() {
+        if (!progress_) {
+            progress_.emplace(parent_, ProgressMode::WithCancel, false);
+            const auto text = formatPrintf(
+                "Waiting for another program that is writing the measurement database '%s'", path_);
+            setStatusText(parent_, text);
+            setProgressText(parent_, text);
+        }
+        yieldToInterface(parent_);
+        isCancelled_ = cancelRequested(parent_);
+        return !isCancelled_;
+    }
+    [[nodiscard]] bool isCancelled() const { return isCancelled_; }
+
+  private:
+    UserInterface* parent_;
+    const std::string& path_;
+    std::optional<ProgressScope> progress_;
+    bool isCancelled_ = false;
+};
+
+/// False if the file could not be locked; that was reported, or the user has ended the waiting.
+bool claim(UserInterface* parent, UserFile& file, const std::string& path) {
+    LockWait wait(parent, path);
+    const auto status = file.claim(path, [&wait] { return wait.goesOn(); });
+    if (status.code() == EBUSY && !wait.isCancelled()) {
+        showBox(parent,
+                formatPrintf("Another program is writing the measurement database '%s'. Nothing "
+                             "was written here; try it again.",
+                             path),
+                std::string(loadText(title::kError).value_or("")));
+    } else if (!status.ok() && !wait.isCancelled()) {
+        reportUnableToWrite(parent, status);
+    }
+    return status.ok();
+}
+
 }  // namespace
 
 MeasurementDatabase::MeasurementDatabase(const Messages& messages, std::string path,
@@ -251,17 +301,7 @@ bool MeasurementDatabase::mayChange(UserInterface* parent, Batch::IfChanged ifCh
 
 bool MeasurementDatabase::begin(UserInterface* parent, Batch::IfChanged ifChanged) {
     auto file = std::make_unique<UserFile>();
-    const auto status = file->claim(path_);
-    if (status.code() == EBUSY) {
-        showBox(parent,
-                formatPrintf("Another program is writing the measurement database '%s'. Nothing "
-                             "was written here; try it again.",
-                             path_),
-                std::string(loadText(title::kError).value_or("")));
-        return false;
-    }
-    if (!status.ok()) {
-        reportUnableToWrite(parent, status);
+    if (!claim(parent, *file, path_)) {
         return false;
     }
     if (!mayChange(parent, ifChanged)) {

@@ -123,7 +123,9 @@ class MeasurementDatabase {
         Batch& operator=(const Batch&) = delete;
         ~Batch();
         /// False if the file could not be locked, or was changed by another program and the user
-        /// does not want to go on; this was reported, and there is nothing to commit.
+        /// does not want to go on; this was reported, and there is nothing to commit. While another
+        /// program writes the file it is waited for, with a progress window whose Cancel ends that
+        /// without a report.
         [[nodiscard]] bool isOpen() const { return isOpen_; }
         bool commit(UserInterface* parent);
 

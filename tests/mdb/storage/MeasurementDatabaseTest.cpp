@@ -1,7 +1,9 @@
+#include "core/files/UserFile.h"
 #include "core/talk/QuestionNames.h"
 #include "mdb/DatabaseStage.h"
 
 #include <filesystem>
+#include <optional>
 #include <sys/stat.h>
 
 #include <gtest/gtest.h>
@@ -196,6 +198,47 @@ TEST(MeasurementDatabase, AChangeByAnotherIsNeverOverwrittenInSilence) {
     EXPECT_TRUE(stage.database.add(&stage.ui, MdbRecord("B")));
     EXPECT_EQ(stage.bytes(), mdbLine({"A"}) + mdbLine({"Other"}) + mdbLine({"B"}));
     EXPECT_TRUE(stage.database.add(&stage.ui, MdbRecord("C")));
+}
+
+TEST(MeasurementDatabase, AnotherProgramThatWritesIsWaitedForWithItsReasonUntilACancel) {
+    FileStage stage;
+    stage.openWith(mdbLine({"A"}));
+    UserFile other;
+    ASSERT_TRUE(other.claim(stage.path).ok());
+    stage.ui.cancelAtPoll = 3;
+    EXPECT_FALSE(stage.database.add(&stage.ui, MdbRecord("B")));
+    EXPECT_EQ(stage.ui.polls, 3);
+    ASSERT_FALSE(stage.ui.progressTexts.empty());
+    EXPECT_EQ(stage.ui.progressTexts.front(),
+              "Waiting for another program that is writing the measurement database '" +
+                  stage.path + "'");
+    EXPECT_EQ(stage.ui.statusTexts.front(), stage.ui.progressTexts.front());
+    EXPECT_EQ(stage.ui.statusTexts.back(), "");
+    EXPECT_EQ(stage.ui.progressOpened, stage.ui.progressClosed);
+    EXPECT_TRUE(stage.ui.boxes.empty());
+    EXPECT_EQ(stage.bytes(), mdbLine({"A"}));
+    EXPECT_EQ(stage.names(), (std::vector<std::string>{"A"}));
+}
+
+TEST(MeasurementDatabase, AChangeGoesOnWhenTheOtherProgramHasWritten) {
+    /// Lets the file go at its second poll.
+    class Releasing : public test::RecordingInterface {
+      public:
+        bool cancelRequested() override {
+            if (++polls == 2) {
+                other.reset();
+            }
+            return false;
+        }
+        std::optional<UserFile> other;
+    };
+    FileStage stage;
+    stage.openWith(mdbLine({"A"}));
+    Releasing ui;
+    ASSERT_TRUE(ui.other.emplace().claim(stage.path).ok());
+    EXPECT_TRUE(stage.database.add(&ui, MdbRecord("B")));
+    EXPECT_EQ(stage.bytes(), mdbLine({"A"}) + mdbLine({"B"}));
+    EXPECT_TRUE(ui.boxes.empty());
 }
 
 TEST(MeasurementDatabase, ABatchIsWrittenOnceOrNotAtAll) {
