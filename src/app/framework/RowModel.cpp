@@ -130,7 +130,7 @@ QVariant RowModel::headerData(int section, Qt::Orientation orientation, int role
     return {};
 }
 
-bool cellLess(const std::string& a, const std::string& b, bool numeric) {
+bool cellLess(std::string_view a, std::string_view b, bool numeric) {
     if (numeric) {
         const auto left = parseDouble(a);
         const auto right = parseDouble(b);

@@ -56,6 +56,6 @@ class RowModel : public QAbstractTableModel {
 
 /// Less, for sorting columns: numbers before texts and by their value, texts without regard
 /// to the case of their letters.
-[[nodiscard]] bool cellLess(const std::string& a, const std::string& b, bool numeric);
+[[nodiscard]] bool cellLess(std::string_view a, std::string_view b, bool numeric);
 
 }  // namespace kavu

@@ -106,7 +106,7 @@ void DatabaseWindow::pasteCells() {
         faults.clear();
         model_->table().check(field, text, faults);
         changes.push_back({.name = isNew ? formatPrintf("(new record %d)", row - edit_.size() + 1)
-                                         : edit_.row(row).name(),
+                                         : std::string(edit_.row(row).name()),
                            .field = std::string(mdbFields()[field].label),
                            .before = before,
                            .after = text,

@@ -25,7 +25,6 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QShortcut>
-#include <QTableView>
 #include <QVBoxLayout>
 
 namespace kavu {
@@ -36,7 +35,7 @@ DatabaseWindow::DatabaseWindow(FormContext& form, DatabaseEdit& edit,
                  parent),
       edit_(edit),
       database_(database),
-      model_(new RecordModel(edit, database.version(), form.edition, this)) {
+      model_(new RecordModel(edit, database.version(), form.edition, &form.ui, this)) {
     setNew();  // OK checks a database that nobody has changed, too
     setWindowFlag(Qt::WindowMaximizeButtonHint);
     auto* const layout = new QVBoxLayout(this);
@@ -111,10 +110,12 @@ QLayout* DatabaseWindow::makeFilter() {
 }
 
 void DatabaseWindow::makeTable() {
-    view_ = makeLongTable("records", QStringLiteral("Records of the database"), *model_, 4, this);
+    view_ = new RecordView(this);
+    arrangeLongTable(*view_, "records", QStringLiteral("Records of the database"), *model_, 4);
     view_->setItemDelegate(new RecordDelegate(*model_, view_));
     makeSortable(*view_);
     widenColumns(*view_, 10);
+    view_->shareSorting();
     view_->setColumnWidth(0, std::max(view_->columnWidth(0), look::charactersWide(*this, 26)));
     view_->setContextMenuPolicy(Qt::ActionsContextMenu);
 }

@@ -4,6 +4,7 @@
 
 #include "app/framework/EditDialog.h"
 #include "app/mdb/RecordModel.h"
+#include "app/mdb/RecordView.h"
 
 #include <vector>
 
@@ -12,7 +13,6 @@ class QHBoxLayout;
 class QLabel;
 class QLineEdit;
 class QPushButton;
-class QTableView;
 
 namespace kavu {
 
@@ -27,7 +27,7 @@ class DatabaseWindow : public EditDialog {
                    QWidget* parent);
 
     [[nodiscard]] RecordModel& model() const { return *model_; }
-    [[nodiscard]] QTableView& view() const { return *view_; }
+    [[nodiscard]] RecordView& view() const { return *view_; }
 
     // What the buttons and keys do.
 
@@ -79,7 +79,7 @@ class DatabaseWindow : public EditDialog {
     RecordModel* model_ = nullptr;
     QLineEdit* filter_ = nullptr;
     QComboBox* filterField_ = nullptr;
-    QTableView* view_ = nullptr;
+    RecordView* view_ = nullptr;
     QLabel* state_ = nullptr;
     QLabel* current_ = nullptr;
     QPushButton* undo_ = nullptr;

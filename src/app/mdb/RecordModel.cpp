@@ -3,11 +3,13 @@
 #include "app/framework/QtText.h"
 #include "app/framework/Refusals.h"
 #include "app/framework/RowModel.h"
+#include "core/talk/UserInterface.h"
 #include "core/text/Printf.h"
 #include "core/text/Text.h"
 #include "mdb/record/DiscreteText.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include <QBrush>
 #include <QColor>
@@ -18,6 +20,8 @@ namespace {
 
 constexpr const char* kDiscreteRule =
     "Must be in the form 0=\"Value0\" 1=\"Value1\" (etc), each value inside double-quotes";
+
+constexpr std::size_t kComparisonsOfAPoll = 4096;
 
 /// Letters of both cases are the same; what is no ASCII has to be the same character.
 bool holds(std::string_view text, std::string_view lowered) {
@@ -32,8 +36,9 @@ QColor faultColour() {
 
 }  // namespace
 
-RecordModel::RecordModel(DatabaseEdit& edit, MdbVersion version, int edition, QObject* parent)
-    : QAbstractTableModel(parent), edit_(edit), table_(edition) {
+RecordModel::RecordModel(DatabaseEdit& edit, MdbVersion version, int edition, UserInterface* ui,
+                         QObject* parent)
+    : QAbstractTableModel(parent), edit_(edit), ui_(ui), table_(edition) {
     for (std::size_t column = 0; column < kavu::columnCount(version); ++column) {
         fields_.push_back(columnIndex(column, version));
     }
@@ -57,19 +62,37 @@ void RecordModel::list() {
             rows_.push_back(row);
         }
     }
-    arrange();
+    // Without its progress: keys that are typed into the filter meanwhile would get lost.
+    take(arranged(nullptr));
 }
 
-void RecordModel::arrange() {
-    if (sorted_ >= 0) {
-        const auto field = fieldAt(sorted_);
-        const bool isRising = order_ == Qt::AscendingOrder;
-        std::stable_sort(rows_.begin(), rows_.end(), [&](std::size_t a, std::size_t b) {
-            const auto& first = edit_.row(isRising ? a : b)[field];
-            const auto& second = edit_.row(isRising ? b : a)[field];
-            return cellLess(first, second, true);
-        });
+/// The rows that are shown in the order that is wanted now.
+std::vector<std::size_t> RecordModel::arranged(UserInterface* ui) const {
+    auto rows = rows_;
+    if (sorted_ < 0) {
+        std::sort(rows.begin(), rows.end());
+        return rows;
     }
+    const auto field = fieldAt(sorted_);
+    const bool isRising = order_ == Qt::AscendingOrder;
+    const ProgressScope progress(ui, ProgressMode::WithoutCancel);
+    setProgressText(ui, formatPrintf("Sorting by '%s'", mdbFields()[field].label));
+    const auto count = static_cast<double>(rows.size());
+    const double expected = count * std::max(1.0, std::log2(count));
+    std::size_t compared = 0;
+    std::stable_sort(rows.begin(), rows.end(), [&](std::size_t a, std::size_t b) {
+        if (++compared % kComparisonsOfAPoll == 0) {
+            setProgressBar(ui, std::min(100.0, 100.0 * static_cast<double>(compared) / expected));
+            yieldToInterface(ui);
+        }
+        return cellLess(edit_.row(isRising ? a : b)[field], edit_.row(isRising ? b : a)[field],
+                        true);
+    });
+    return rows;
+}
+
+void RecordModel::take(std::vector<std::size_t> rows) {
+    rows_ = std::move(rows);
     places_.assign(edit_.size(), -1);
     for (std::size_t i = 0; i < rows_.size(); ++i) {
         places_[rows_[i]] = static_cast<int>(i);
@@ -113,18 +136,17 @@ void RecordModel::sort(int column, Qt::SortOrder order) {
     if (column == sorted_ && order == order_) {
         return;
     }
+    sorted_ = column;
+    order_ = order;
+    // The views may paint the former order meanwhile.
+    auto rows = arranged(ui_);
     emit layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
     const auto before = persistentIndexList();
     std::vector<std::size_t> kept;
     for (const auto& each : before) {
         kept.push_back(rowAt(each.row()));
     }
-    sorted_ = column;
-    order_ = order;
-    if (sorted_ < 0) {
-        std::sort(rows_.begin(), rows_.end());
-    }
-    arrange();
+    take(std::move(rows));
     QModelIndexList after;
     for (qsizetype i = 0; i < before.size(); ++i) {
         after.append(index(placeOf(kept[static_cast<std::size_t>(i)]), before[i].column()));
@@ -143,7 +165,7 @@ int RecordModel::columnOf(std::size_t field) const {
 }
 
 std::string RecordModel::textAt(std::size_t row, std::size_t field) const {
-    auto text = edit_.row(row)[field];
+    std::string text(edit_.row(row)[field]);
     fromStoredForm(text);
     return text;
 }

@@ -15,11 +15,15 @@
 
 namespace kavu {
 
+class UserInterface;
+
 class RecordModel : public QAbstractTableModel {
     Q_OBJECT
   public:
-    /// The edit must outlive the model, and is changed through it or followed by `refresh`.
-    RecordModel(DatabaseEdit& edit, MdbVersion version, int edition, QObject* parent = nullptr);
+    /// The edit and the interface must outlive the model; the edit is changed through it or
+    /// followed by `refresh`.
+    RecordModel(DatabaseEdit& edit, MdbVersion version, int edition, UserInterface* ui,
+                QObject* parent = nullptr);
 
     /// Shows the records in which a field holds the text, in any case: one field by its index, or
     /// any for `kAnyField`. Lists them again, also without another text.
@@ -52,7 +56,7 @@ class RecordModel : public QAbstractTableModel {
                                       int role) const override;
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
-    /// A column of -1 is the order of the file.
+    /// A column of -1 is the order of the file. Shows its progress.
     void sort(int column, Qt::SortOrder order) override;
 
     /// The texts of a block as they are shown, with real line breaks.
@@ -67,9 +71,11 @@ class RecordModel : public QAbstractTableModel {
         return static_cast<std::size_t>(number);
     }
     void list();
-    void arrange();
+    [[nodiscard]] std::vector<std::size_t> arranged(UserInterface* ui) const;
+    void take(std::vector<std::size_t> rows);
 
     DatabaseEdit& edit_;
+    UserInterface* ui_;
     MdbFieldTable table_;
     std::vector<std::size_t> fields_;  ///< by column
     std::vector<std::size_t> rows_;    ///< of the edit, by place

@@ -10,16 +10,21 @@ namespace kavu {
 QTableView* makeLongTable(const char* name, const QString& spoken, QAbstractItemModel& model,
                           int rows, QWidget* parent) {
     auto* const table = new QTableView(parent);
-    table->setObjectName(QLatin1String(name));
-    table->setAccessibleName(spoken);
-    table->setModel(&model);
-    table->setWordWrap(false);
-    table->setTabKeyNavigation(false);
-    const int height = table->fontMetrics().height() + look::unit(*table);
-    table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    table->verticalHeader()->setDefaultSectionSize(height);
-    table->setMinimumHeight(height * rows);
+    arrangeLongTable(*table, name, spoken, model, rows);
     return table;
+}
+
+void arrangeLongTable(QTableView& table, const char* name, const QString& spoken,
+                      QAbstractItemModel& model, int rows) {
+    table.setObjectName(QLatin1String(name));
+    table.setAccessibleName(spoken);
+    table.setModel(&model);
+    table.setWordWrap(false);
+    table.setTabKeyNavigation(false);
+    const int height = table.fontMetrics().height() + look::unit(table);
+    table.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    table.verticalHeader()->setDefaultSectionSize(height);
+    table.setMinimumHeight(height * rows);
 }
 
 void makeSortable(QTableView& table) {

@@ -16,6 +16,9 @@ namespace kavu {
 /// leaves it, and it is at least so many rows high.
 QTableView* makeLongTable(const char* name, const QString& spoken, QAbstractItemModel& model,
                           int rows, QWidget* parent);
+/// The same of a table that was made already.
+void arrangeLongTable(QTableView& table, const char* name, const QString& spoken,
+                      QAbstractItemModel& model, int rows);
 /// A click on a head sorts, a second one the other way, and a third one shows the first order.
 void makeSortable(QTableView& table);
 /// No column is narrower than that many characters, or than its head.

@@ -29,7 +29,8 @@ constexpr const char* kDiscreteFault =
     "must be in the form 0=\"Value0\" 1=\"Value1\" (etc). Each value must be placed inside "
     "double-quotes, and each pair must be separated by a space.";
 
-bool isDiscrete(const MdbRecord& record) {
+template <typename Record>
+bool isDiscrete(const Record& record) {
     return record[mdbfield::kType] == kDiscreteType;
 }
 
@@ -95,6 +96,7 @@ bool DatabaseEdit::begin(UserInterface* parent) {
     const ProgressScope progress(parent, ProgressMode::WithCancel);
     setStatusText(parent, "Reading Database");
     const auto count = std::max<std::size_t>(database_.recordCount(), 1);
+    rows_.reserve(count);
     bool complete = true;
     for (auto record = database_.first(); record && complete; record = database_.next()) {
         rows_.push_back({shownRecord(std::move(*record)), database_.lastEntry()});
@@ -138,7 +140,7 @@ std::size_t DatabaseEdit::setCells(const std::vector<CellChange>& changes) {
         if (row < former && kept.insert(row).second) {
             step.replaced.emplace_back(row, changed);
         }
-        changed.record[index] = std::move(stored);
+        changed.record.set(index, stored);
         changed.isChanged = true;
         ++count;
     }
@@ -149,14 +151,14 @@ std::size_t DatabaseEdit::setCells(const std::vector<CellChange>& changes) {
     return count;
 }
 
-std::size_t DatabaseEdit::add(MdbRecord record) {
-    rows_.push_back({.record = std::move(record), .isChanged = true});
+std::size_t DatabaseEdit::add(const MdbRecord& record) {
+    rows_.push_back({.record = record, .isChanged = true});
     keep({.added = 1});
     return rows_.size() - 1;
 }
 
 std::size_t DatabaseEdit::duplicate(std::size_t row) {
-    return add(rows_[row].record);
+    return add(rows_[row].record.unpacked());
 }
 
 bool DatabaseEdit::isRemovalMeant(UserInterface* parent, std::size_t count) const {
@@ -364,12 +366,12 @@ void DatabaseEdit::takeOver(UserInterface* parent) {
 }
 
 bool DatabaseEdit::write(UserInterface* parent) {
-    const ProgressScope progress(parent, ProgressMode::WithoutCancel);
     MeasurementDatabase::Batch batch(database_, parent,
                                      MeasurementDatabase::Batch::IfChanged::Refuse);
     if (!batch.isOpen()) {
         return false;
     }
+    const ProgressScope progress(parent, ProgressMode::WithoutCancel);
     // What is not among the rows any more goes; the places before it stay until then.
     bool good = true;
     std::vector<std::size_t> all;
@@ -389,7 +391,7 @@ bool DatabaseEdit::write(UserInterface* parent) {
             entries.push_back(*row.entry);
         }
         if (row.isChanged) {
-            const auto record = storedRecord(row.record);
+            const auto record = storedRecord(row.record.unpacked());
             good = row.entry ? database_.replaceAt(parent, *row.entry, record)
                              : database_.add(parent, record);
         }

@@ -34,7 +34,7 @@ class DatabaseEdit {
     // --- The rows. Conversion data of type "DIS" is in the quoted form. ------------------------
 
     [[nodiscard]] std::size_t size() const { return rows_.size(); }
-    [[nodiscard]] const MdbRecord& row(std::size_t row) const { return rows_[row].record; }
+    [[nodiscard]] const PackedRecord& row(std::size_t row) const { return rows_[row].record; }
     /// Each of these is one step to undo. Texts are trimmed of blanks; line breaks may be real.
     void set(std::size_t row, std::size_t index, std::string_view text);
     struct CellChange {
@@ -46,7 +46,7 @@ class DatabaseEdit {
     /// cells are different now.
     std::size_t setCells(const std::vector<CellChange>& changes);
     /// Returns the place of the new row.
-    std::size_t add(MdbRecord record);
+    std::size_t add(const MdbRecord& record);
     std::size_t duplicate(std::size_t row);
     /// Asks question 82 ("Are you sure") for one row, and 410 ("all entries") for all of them. True
     /// if they are gone. REQUIRES: the rows rise.

@@ -15,8 +15,9 @@ namespace {
 /// that name were before it.
 class Keys {
   public:
-    std::string of(const MdbRecord& record) {
-        return record.name() + '\n' + std::to_string(++counts_[record.name()]);
+    std::string of(const PackedRecord& record) {
+        const std::string name(record.name());
+        return name + '\n' + std::to_string(++counts_[name]);
     }
 
   private:
@@ -25,7 +26,7 @@ class Keys {
 
 /// A record as it was, and what the edit has made of it.
 struct Former {
-    const MdbRecord* record = nullptr;
+    const PackedRecord* record = nullptr;
     const EditedRecord* edited = nullptr;  ///< null if it was removed
     bool isPresent = false;
 };
@@ -51,7 +52,7 @@ class Merging {
     void take(const EditedRecord& present) {
         const auto found = byKey_.find(keys_.of(present.record));
         if (found == byKey_.end()) {
-            added_.insert(present.record.name());
+            added_.emplace(present.record.name());
             result_.rows.push_back(present);
             return;
         }
@@ -82,7 +83,7 @@ class Merging {
             if (row.entry) {
                 continue;
             }
-            if (added_.contains(row.record.name())) {
+            if (added_.contains(std::string(row.record.name()))) {
                 report(row.record, "was added here and there: both are in the list");
             }
             result_.rows.push_back(row);
@@ -91,7 +92,7 @@ class Merging {
     }
 
   private:
-    void report(const MdbRecord& record, const char* what) {
+    void report(const PackedRecord& record, const char* what) {
         result_.conflicts.push_back(formatPrintf("Measurement '%s' %s.", record.name(), what));
     }
 
@@ -99,7 +100,7 @@ class Merging {
         EditedRecord row = present;
         const auto& mine = known.edited->record;
         for (std::size_t field = 0; field < mdbfield::kCount; ++field) {
-            const auto& before = (*known.record)[field];
+            const auto before = (*known.record)[field];
             if (mine[field] == before || mine[field] == present.record[field]) {
                 continue;
             }
@@ -110,7 +111,7 @@ class Merging {
                                  mine.name(), mdbFields()[field].label, mine[field],
                                  present.record[field], mine[field]));
             }
-            row.record[field] = mine[field];
+            row.record.set(field, mine[field]);
             row.isChanged = true;
         }
         return row;

@@ -2,7 +2,7 @@
 // of what is there now.
 #pragma once
 
-#include "mdb/record/MdbRecord.h"
+#include "mdb/record/PackedRecord.h"
 
 #include <cstddef>
 #include <optional>
@@ -13,7 +13,7 @@ namespace kavu {
 
 /// A record of an edit, with the form of its data that is shown.
 struct EditedRecord {
-    MdbRecord record{};
+    PackedRecord record{};
     std::optional<std::size_t> entry{};  ///< of the database; nothing for a new one
     bool isChanged = false;
 };

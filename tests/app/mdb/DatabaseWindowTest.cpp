@@ -1,3 +1,5 @@
+#include "app/framework/ProgressWindow.h"
+#include "app/framework/QtInterface.h"
 #include "app/framework/TableClipboard.h"
 #include "app/mdb/ChangesDialog.h"
 #include "app/mdb/WindowStage.h"
@@ -5,6 +7,7 @@
 #include "core/files/UserFile.h"
 #include "core/talk/ProfileSettings.h"
 
+#include <algorithm>
 #include <chrono>
 
 #include <QClipboard>
@@ -12,6 +15,7 @@
 #include <QGuiApplication>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QTimer>
 #include <gtest/gtest.h>
 
 namespace kavu::test {
@@ -67,6 +71,103 @@ TEST(DatabaseWindow, AClickOnAHeadSortsAndAThirdOneShowsTheOrderOfTheFile) {
     EXPECT_EQ(stage.shown(), (Names{"gamma", "beta", "Alpha"}));
     click();
     EXPECT_EQ(stage.shown(), (Names{"beta", "Alpha", "gamma"}));
+}
+
+TEST(DatabaseWindow, ASortOfManyRecordsShowsItsProgress) {
+    std::string lines;
+    for (int i = 0; i < 3000; ++i) {
+        lines += mdbLine({"M" + std::to_string((i * 7919) % 3000)});
+    }
+    WindowStage stage(lines);
+    stage.ui.progressTexts.clear();
+    stage.ui.bars.clear();
+    stage.window->view().sortByColumn(0, Qt::AscendingOrder);
+    EXPECT_EQ(stage.ui.progressTexts, Names{"Sorting by 'Measurement Name'"});
+    EXPECT_FALSE(stage.ui.bars.empty());
+    EXPECT_TRUE(std::is_sorted(stage.ui.bars.begin(), stage.ui.bars.end()));
+    EXPECT_EQ(stage.ui.progressOpened, stage.ui.progressClosed);
+    EXPECT_EQ(stage.shown().front(), "M0");
+}
+
+// --- the column of names -------------------------------------------------------------------------
+
+TEST(DatabaseWindow, TheNamesStayInSightWhenTheTableIsScrolledSideways) {
+    WindowStage stage(threeLines());
+    auto& view = stage.window->view();
+    auto& names = view.names();
+    EXPECT_FALSE(names.isVisible());
+    stage.selectCell(1, f::kData);
+    QApplication::processEvents();
+    ASSERT_GT(view.horizontalScrollBar()->value(), 0);
+    EXPECT_TRUE(names.isVisible());
+    EXPECT_EQ(names.width(), view.columnWidth(0));
+    EXPECT_EQ(names.mapTo(&view, QPoint()),
+              QPoint(view.viewport()->x(), view.horizontalHeader()->y()));
+    for (int place = 0; place < 3; ++place) {
+        const auto cell = names.visualRect(stage.cell(place, f::kName));
+        EXPECT_EQ(names.viewport()->mapTo(&view, cell.topLeft()).y(),
+                  view.viewport()
+                      ->mapTo(&view, view.visualRect(stage.cell(place, f::kData)).topLeft())
+                      .y());
+    }
+    view.horizontalScrollBar()->setValue(0);
+    EXPECT_FALSE(names.isVisible());
+}
+
+TEST(DatabaseWindow, ACellIsNotScrolledBehindTheNames) {
+    WindowStage stage(threeLines());
+    auto& view = stage.window->view();
+    stage.selectCell(0, f::kData);
+    while (view.currentIndex().column() > 1) {
+        QTest::keyClick(&view, Qt::Key_Left);
+        const auto cell = view.visualRect(view.currentIndex());
+        ASSERT_TRUE(view.horizontalScrollBar()->value() == 0 || cell.left() >= view.columnWidth(0))
+            << view.currentIndex().column();
+    }
+}
+
+TEST(DatabaseWindow, TheColumnOfNamesSelectsSortsAndEdits) {
+    WindowStage stage(threeLines());
+    auto& view = stage.window->view();
+    auto& names = view.names();
+    stage.selectCell(0, f::kData);
+    QApplication::processEvents();
+    const int scrolled = view.horizontalScrollBar()->value();
+    const auto at = names.visualRect(stage.cell(2, f::kName)).center();
+    QTest::mouseClick(names.viewport(), Qt::LeftButton, {}, at);
+    EXPECT_EQ(view.currentIndex(), stage.cell(2, f::kName));
+    EXPECT_EQ(view.horizontalScrollBar()->value(), scrolled) << "a click scrolls nothing away";
+    EXPECT_TRUE(view.hasFocus());
+    auto* const head = names.horizontalHeader();
+    QTest::mouseClick(head->viewport(), Qt::LeftButton, {}, {20, head->height() / 2});
+    EXPECT_EQ(stage.shown(), (Names{"Alpha", "beta", "gamma"}));
+    EXPECT_EQ(view.horizontalHeader()->sortIndicatorSection(), 0);
+    stage.typeInto(0, f::kName, "typed");
+    EXPECT_EQ(stage.edit.row(1).name(), "typed");
+    EXPECT_FALSE(names.isVisible()) << "a name is edited in its own place";
+}
+
+TEST(DatabaseWindow, TheNamesFollowTheTableDownAndItsWidth) {
+    std::string lines;
+    for (int i = 0; i < 500; ++i) {
+        lines += mdbLine({"M" + std::to_string(i)});
+    }
+    WindowStage stage(lines);
+    auto& view = stage.window->view();
+    auto& names = view.names();
+    stage.selectCell(0, f::kData);
+    view.verticalScrollBar()->setValue(200);
+    EXPECT_EQ(names.rowAt(1), view.rowAt(1));
+    names.verticalScrollBar()->setValue(100);
+    EXPECT_EQ(view.verticalScrollBar()->value(), 100);
+    view.setColumnWidth(0, 333);
+    EXPECT_EQ(names.columnWidth(0), 333);
+    EXPECT_EQ(names.width(), 333);
+    names.setColumnWidth(0, 222);
+    EXPECT_EQ(view.columnWidth(0), 222);
+    type(*stage.window, "filter", QStringLiteral("M49"));
+    EXPECT_EQ(stage.shown().size(), 11U);
+    EXPECT_TRUE(names.isColumnHidden(1));
 }
 
 TEST(DatabaseWindow, ACellThatIsTypedIntoGoesToTheFileWithOkAlone) {
@@ -342,6 +443,46 @@ TEST(DatabaseWindow, AFileThatAnotherProgramIsWritingIsReportedAndTheEditGoesOn)
     press(*stage.window, "ok");
     EXPECT_FALSE(stage.window->isVisible());
     EXPECT_NE(stage.bytes().find("mine"), std::string::npos);
+}
+
+TEST(DatabaseWindow, WhileAnotherProgramWritesTheFileTheWindowLivesSaysSoAndEscapeEndsTheWait) {
+    WindowStage stage(threeLines());
+    stage.typeInto(0, f::kDescription, "mine");
+    QtInterface ui(stage.window.get(), stage.door);
+    auto form = formContext(ui, stage.door, stage.context);
+    DatabaseWindow window(form, stage.edit, stage.database, nullptr);
+    window.show();
+    QApplication::processEvents();
+    UserFile other;
+    ASSERT_TRUE(other.claim(stage.path).ok());
+    std::string waitsFor;
+    bool isBusy = false;
+    QTimer late;
+    QObject::connect(&late, &QTimer::timeout, &window, [&] {
+        late.stop();
+        auto* const progress = ui.progressWindow();
+        ASSERT_NE(progress, nullptr);
+        EXPECT_TRUE(progress->isVisible());
+        waitsFor = toBytes(find<QLabel>(*progress, "text")->text());
+        isBusy = QGuiApplication::overrideCursor() != nullptr;
+        QTest::keyClick(progress, Qt::Key_Escape);
+    });
+    late.start(ProgressWindow::kShowAfterMilliseconds + 200);
+    stage.door.next([](QDialog& question) {
+        EXPECT_EQ(question.windowTitle(), QStringLiteral("Cancel Operation"));
+        press(question, "yes");
+    });
+    QElapsedTimer timer;
+    timer.start();
+    press(window, "ok");
+    EXPECT_LT(timer.elapsed(), 5000);
+    EXPECT_EQ(waitsFor, "Waiting for another program that is writing the measurement database '" +
+                            stage.path + "'");
+    EXPECT_TRUE(isBusy);
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_TRUE(stage.edit.isChanged());
+    EXPECT_EQ(stage.bytes(), threeLines());
 }
 
 TEST(DatabaseWindow, TheContextMenuOfTheTableOffersWhatItsKeysDo) {

@@ -34,14 +34,14 @@ class WindowStage : public DatabaseStage {
     [[nodiscard]] std::vector<std::string> shown() const {
         std::vector<std::string> names;
         for (int place = 0; place < window->model().rowCount(); ++place) {
-            names.push_back(edit.row(window->model().rowAt(place)).name());
+            names.emplace_back(edit.row(window->model().rowAt(place)).name());
         }
         return names;
     }
     [[nodiscard]] std::vector<std::string> rowNames() const {
         std::vector<std::string> names;
         for (std::size_t row = 0; row < edit.size(); ++row) {
-            names.push_back(edit.row(row).name());
+            names.emplace_back(edit.row(row).name());
         }
         return names;
     }

@@ -15,7 +15,7 @@ struct EditStage : DatabaseStage {
     [[nodiscard]] std::vector<std::string> rowNames() const {
         std::vector<std::string> found;
         for (std::size_t i = 0; i < edit.size(); ++i) {
-            found.push_back(edit.row(i).name());
+            found.emplace_back(edit.row(i).name());
         }
         return found;
     }

@@ -12,11 +12,11 @@ using Records = std::vector<EditedRecord>;
 
 EditedRecord row(std::size_t entry, const std::string& name, const std::string& root = {}) {
     EditedRecord made{.record = MdbRecord(name), .entry = entry};
-    made.record[f::kRoot] = root;
+    made.record.set(f::kRoot, root);
     return made;
 }
 EditedRecord changed(EditedRecord made, std::size_t field, const std::string& text) {
-    made.record[field] = text;
+    made.record.set(field, text);
     made.isChanged = true;
     return made;
 }
