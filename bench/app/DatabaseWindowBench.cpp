@@ -4,22 +4,15 @@
 //
 //     kavu_database_window_bench [RECORDS] [RUNS]
 //
-// The working store and the settings are those of the
-// environment.
+// The working store and the settings are those of the environment.
 #include "DatabaseRecords.h"
-#include "TimingDoor.h"
-#include "app/framework/FormContext.h"
-#include "app/framework/Look.h"
+#include "DialogBench.h"
 #include "app/mdb/DatabaseWindow.h"
-#include "application/Application.h"
 #include "core/WorkingStore.h"
 #include "core/talk/ProfileSettings.h"
-#include "core/text/Clock.h"
 #include "mdb/storage/MeasurementDatabase.h"
 
-#include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <sys/resource.h>
 
@@ -73,13 +66,14 @@ class WorkingDoor : public TimingDoor {
     }
 };
 
-void makeDatabase(kavu::DocumentContext& document, const std::string& path, long count) {
+void makeDatabase(kavu::DocumentContext& document, int count) {
+    const auto path = document.store.pathOf("Bench.mdb");
     document.settings.overrideForThisRun(kavu::setting::kDatabasePath, path);
     document.settings.overrideForThisRun(kavu::setting::kDatabaseVersion, 2);
     kavu::MeasurementDatabase database(document.messages, path, kavu::MdbVersion::Xml, {});
     (void)database.open();
     kavu::MeasurementDatabase::Batch batch(database, nullptr);
-    for (long i = 0; i < count; ++i) {
+    for (int i = 0; i < count; ++i) {
         (void)database.add(nullptr, kavu::bench::recordOf(i));
     }
     (void)batch.commit(nullptr);
@@ -89,38 +83,22 @@ void makeDatabase(kavu::DocumentContext& document, const std::string& path, long
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication program(argc, argv);
-    kavu::look::apply(program, kavu::look::Scheme::Light);
-    const long records = argc > 1 ? std::atol(argv[1]) : 50'000;
-    const int runs = std::max(1, argc > 2 ? std::atoi(argv[2]) : 5);
-
-    kavu::SystemClock clock;
-    kavu::SystemRandomSource random;
-    kavu::Application application(kavu::Environment::ofProcess(), clock, random, "");
-    kavu::bench::Silent ui;
-    if (!application.startUp(&ui)) {
-        return 1;
-    }
-    auto& document = application.context();
-    makeDatabase(document, document.store.pathOf("Bench.mdb"), records);
+    kavu::bench::DialogBench bench(argc, argv, 50'000, 5);
     QElapsedTimer time;
     WorkingDoor door(time);
-    auto form = kavu::formContext(ui, door, document);
-    for (int i = 0; i < runs; ++i) {
-        time.start();
-        (void)kavu::editDatabase(form, document, nullptr);
-    }
-    application.shutDown(nullptr);
-    std::sort(door.opened.begin(), door.opened.end());
-    if (door.opened.empty()) {
+    kavu::bench::DialogTimes times;
+    const auto open = [](kavu::FormContext& form, kavu::Application& application) {
+        (void)kavu::editDatabase(form, application.context(), nullptr);
+    };
+    if (!bench.run(door, time, makeDatabase, open, times)) {
         return 1;
     }
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
     std::printf(
-        "{\"records\": %ld, \"open_ms\": %.1f, \"worst_open_ms\": %.1f, \"filter_ms\": %.1f, "
+        "{\"records\": %d, \"open_ms\": %.1f, \"worst_open_ms\": %.1f, \"filter_ms\": %.1f, "
         "\"sort_ms\": %.1f, \"scroll_ms\": %.1f, \"peak_mb\": %.0f}\n",
-        records, door.opened[door.opened.size() / 2], door.opened.back(), door.filtered,
-        door.sorted, door.scrolled, static_cast<double>(usage.ru_maxrss) / 1024);
+        times.size, times.median, times.worst, door.filtered, door.sorted, door.scrolled,
+        static_cast<double>(usage.ru_maxrss) / 1024);
     return 0;
 }
