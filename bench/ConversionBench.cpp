@@ -2,16 +2,9 @@
 #include "conversion/ConversionLoader.h"
 #include "conversion/ConversionStore.h"
 #include "conversion/ConversionWriter.h"
-#include "core/TmatsDocument.h"
-#include "core/TmatsReader.h"
-#include "core/WorkingStore.h"
-#include "core/document/DocumentFiles.h"
-#include "core/document/DocumentHistory.h"
+#include "core/document/DocumentParts.h"
 #include "core/document/KeyValueStore.h"
 #include "core/files/FileIo.h"
-#include "core/talk/Messages.h"
-#include "core/talk/ProfileSettings.h"
-#include "core/text/Clock.h"
 
 #include <string>
 #include <vector>
@@ -22,8 +15,14 @@ namespace kavu {
 namespace {
 
 /// An open document with an empty C group, in a working store of its own.
-struct Document {
-    Document() { store.activate(nullptr, kApplicationName, random); }
+struct Ground {
+    SystemClock clock;
+    SystemRandomSource random;
+};
+struct Document : Ground, DocumentParts {
+    Document() : DocumentParts(environment(), clock, random, {}) {
+        store.activate(nullptr, kApplicationName, random);
+    }
     ~Document() { store.deactivate(nullptr); }
 
     static Environment environment() {
@@ -37,19 +36,6 @@ struct Document {
         (void)loadConversionGroup(context, names, conversions, nullptr, 2011);
     }
 
-    SystemClock clock;
-    SecondTicker ticker{clock};
-    SystemRandomSource random;
-    ProfileSettings settings{std::string()};
-    WorkingStore store{environment()};
-    DocumentFiles files{store};
-    Messages messages{store};
-    TmatsReader reader;
-    TmatsDocument document;
-    DocumentSteps steps;
-    DocumentHistory history{files, document};
-    DocumentContext context{clock,    ticker, random,   settings, store,  files,
-                            messages, reader, document, steps,    history};
     KeyValueStore names{store};
     ConversionStore conversions{context};
 };

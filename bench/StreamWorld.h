@@ -1,14 +1,7 @@
 // An open document with one stream, for the measurements of streams.
 #pragma once
 
-#include "core/TmatsDocument.h"
-#include "core/TmatsReader.h"
-#include "core/WorkingStore.h"
-#include "core/document/DocumentFiles.h"
-#include "core/document/DocumentHistory.h"
-#include "core/talk/Messages.h"
-#include "core/talk/ProfileSettings.h"
-#include "core/text/Clock.h"
+#include "core/document/DocumentParts.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/PcmLoad.h"
 
@@ -30,35 +23,29 @@ class FixedRandom : public RandomSource {
     }
 };
 
-struct StreamWorld {
-    StreamWorld() : settings(folder + "/kavu.ini"), store(environment(folder)), messages(store) {
-        store.activate(nullptr, "KAVU-9", random);
-    }
-    ~StreamWorld() { store.deactivate(nullptr); }
+/// What the parts of a document stand on.
+struct StreamGround {
     static std::string makeFolder() {
         std::string pattern = "/tmp/kavu-bench-XXXXXX";
         return mkdtemp(pattern.data()) == nullptr ? std::string("/tmp") : pattern;
     }
+
+    std::string folder = makeFolder();
+    FixedClock clock{CivilTime{2026, 1, 2, 3, 4, 5}};
+    FixedRandom random;
+};
+
+struct StreamWorld : StreamGround, DocumentParts {
+    StreamWorld() : DocumentParts(environment(folder), clock, random, folder + "/kavu.ini") {
+        store.activate(nullptr, "KAVU-9", random);
+    }
+    ~StreamWorld() { store.deactivate(nullptr); }
     static Environment environment(const std::string& folder) {
         Environment environment;
         environment.variable = [folder](const std::string&) { return std::optional(folder); };
         return environment;
     }
 
-    std::string folder = makeFolder();
-    FixedClock clock{CivilTime{2026, 1, 2, 3, 4, 5}};
-    FixedRandom random;
-    ProfileSettings settings;
-    WorkingStore store;
-    DocumentFiles files{store};
-    Messages messages;
-    SecondTicker ticker{clock};
-    TmatsReader reader;
-    TmatsDocument document;
-    DocumentSteps steps;
-    DocumentHistory history{files, document};
-    DocumentContext context{clock,    ticker, random,   settings, store,  files,
-                            messages, reader, document, steps,    history};
     PcmFormat format{context};
 
     /// Loads the stream "S" of these groups.

@@ -97,6 +97,8 @@ set(CPACK_DEBIAN_KAVU_PACKAGE_NAME kavu)
 set(CPACK_DEBIAN_KAVU_DESCRIPTION "${PROJECT_DESCRIPTION}\n${CPACK_PACKAGE_DESCRIPTION}")
 # Printed pages are set in its letters.
 set(CPACK_DEBIAN_KAVU_PACKAGE_DEPENDS "fonts-liberation")
+# Shows the log of a translator by the program of the desktop.
+set(CPACK_DEBIAN_KAVU_PACKAGE_SUGGESTS "xdg-utils")
 if(TARGET kavu)
     # What the windows load while they run is not seen in what they are linked with.
     string(APPEND CPACK_DEBIAN_KAVU_PACKAGE_DEPENDS

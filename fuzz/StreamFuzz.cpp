@@ -5,15 +5,8 @@
 #include "Check.h"
 #include "FuzzScratch.h"
 #include "LostCommands.h"
-#include "core/TmatsDocument.h"
-#include "core/TmatsReader.h"
-#include "core/WorkingStore.h"
-#include "core/document/DocumentFiles.h"
-#include "core/document/DocumentHistory.h"
+#include "core/document/DocumentParts.h"
 #include "core/files/FileIo.h"
-#include "core/talk/Messages.h"
-#include "core/talk/ProfileSettings.h"
-#include "core/text/Clock.h"
 #include "core/text/Edition.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/PcmLoad.h"
@@ -59,19 +52,16 @@ class Parent : public test::RecordingInterface {
     bool yes_;
 };
 
-/// All that a load needs, in a folder that stays for the whole run.
-struct World {
-    World()
-        : folder(fuzz::makeScratch()),
-          settings(folder + "/kavu.ini"),
-          store(environment(folder)),
-          files(store),
-          messages(store),
-          ticker(clock),
-          history(files, document),
-          context{clock,    ticker, random,   settings, store,  files,
-                  messages, reader, document, steps,    history},
-          format(context) {
+/// What the parts of a document stand on, in a folder that stays for the whole run.
+struct Ground {
+    std::string folder = fuzz::makeScratch();
+    FixedClock clock{CivilTime{2026, 1, 2, 3, 4, 5}};
+    FixedRandom random;
+};
+
+/// All that a load needs.
+struct World : Ground, DocumentParts {
+    World() : DocumentParts(environment(folder), clock, random, folder + "/kavu.ini") {
         KAVU_CHECK(store.activate(nullptr, "KAVU-9", random));
         settings.overrideForThisRun(setting::kDefinitionMode, 1);
     }
@@ -84,20 +74,7 @@ struct World {
         return environment;
     }
 
-    std::string folder;
-    FixedClock clock{CivilTime{2026, 1, 2, 3, 4, 5}};
-    FixedRandom random;
-    ProfileSettings settings;
-    WorkingStore store;
-    DocumentFiles files;
-    Messages messages;
-    SecondTicker ticker;
-    TmatsReader reader;
-    TmatsDocument document;
-    DocumentSteps steps;
-    DocumentHistory history;
-    DocumentContext context;
-    PcmFormat format;
+    PcmFormat format{context};
 };
 
 constexpr std::string_view kFormatFile = "[kavu]PCMFMT.P01";

@@ -7,11 +7,8 @@
 #include "conversion/ConversionStore.h"
 #include "conversion/ConversionWriter.h"
 #include "conversion/DefinitionEdit.h"
-#include "core/TmatsReader.h"
-#include "core/WorkingStore.h"
 #include "core/document/ConversionRuns.h"
-#include "core/document/DocumentFiles.h"
-#include "core/document/DocumentHistory.h"
+#include "core/document/DocumentParts.h"
 #include "core/document/DocumentVersion.h"
 #include "core/document/KeyValueStore.h"
 #include "core/document/OpenDocument.h"
@@ -55,17 +52,10 @@ std::string selectStream(DocumentContext& context, UserInterface* parent) {
 }  // namespace
 
 /// Everything the application owns, in the order in which it is made.
-struct Application::Parts : private DocumentListener {
+struct Application::Parts : DocumentParts, private DocumentListener {
     Parts(const Environment& environment, const Clock& clock, RandomSource& random,
           const std::string& settingsPath)
-        : settings(settingsPath),
-          store(environment),
-          files(store),
-          messages(store),
-          ticker(clock),
-          history(files, document),
-          context{clock,    ticker, random,   settings, store,  files,
-                  messages, reader, document, steps,    history},
+        : DocumentParts(environment, clock, random, settingsPath),
           names(store),
           conversions(context),
           measurements(context),
@@ -82,16 +72,6 @@ struct Application::Parts : private DocumentListener {
         history.removeListener(*this);
     }
 
-    ProfileSettings settings;
-    WorkingStore store;
-    DocumentFiles files;
-    Messages messages;
-    SecondTicker ticker;
-    TmatsReader reader;
-    TmatsDocument document;
-    DocumentSteps steps;
-    DocumentHistory history;
-    DocumentContext context;
     KeyValueStore names;
     ConversionRuns conversionRuns;
     ConversionStore conversions;

@@ -37,10 +37,4 @@ void FindingCollector::loadRemark(const std::string& text) {
     keep(0, {}, text);
 }
 
-/// The question of the watcher comes once: its Yes holds for all that follows.
-bool FindingCollector::cancelRequested() {
-    cancelled_ = cancelled_ || kavu::cancelRequested(watcher_);
-    return cancelled_;
-}
-
 }  // namespace kavu

@@ -67,7 +67,7 @@ class SdkRun {
 
     bool run() {
         const auto& line = context_.line;
-        members_["file"] = line.file;
+        members_["file"] = jsonText(line.file);
         bool done = sdk_.open(line.file, context_.ui);
         members_["version"] = sdk_.version();
         members_["errors"] = Json::array();

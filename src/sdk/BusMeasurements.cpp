@@ -75,17 +75,62 @@ SdkMeasurement busMeasurement(const GroupRow& row) {
     return measurement;
 }
 
-/// The measurements of a message; those without a name are none.
-void addMessage(const GroupRow& message, int busNumber, int messageNumber,
-                std::vector<SdkMeasurement>& measurements) {
-    for (const auto& row : rowsOf(message, BusLevel::Measurement)) {
-        auto measurement = busMeasurement(row);
-        if (!measurement.name.empty()) {
-            measurement.bus = busNumber;
-            measurement.message = messageNumber;
-            measurements.push_back(std::move(measurement));
+/// A row of a bus group that is a measurement, and where it is.
+struct BusMeasurementRow {
+    const GroupRow* row;
+    int bus;
+    int message;
+};
+
+/// States how far a pass over a bus is: at its end, and once a second. False after a cancel.
+class BusProgress {
+  public:
+    BusProgress(DocumentContext& context, UserInterface* parent, UserInterface* watcher)
+        : context_(context), parent_(parent), watcher_(watcher) {}
+
+    bool step(const PrintfFormat<std::size_t, std::size_t, double>& text, std::size_t done,
+              std::size_t all) {
+        const bool isTime = context_.ticker.secondElapsed();
+        if (isTime || done == all) {
+            setStatusText(watcher_, formatPrintf(text, done, all,
+                                                 100.0 * static_cast<double>(done) /
+                                                     static_cast<double>(all)));
+        }
+        return !isTime || !cancelRequested(parent_);
+    }
+
+  private:
+    DocumentContext& context_;
+    UserInterface* parent_;
+    UserInterface* watcher_;
+};
+
+/// The rows of the measurements, message by message. False after a cancel.
+bool gatherRows(const BusDefinition& definition, BusProgress& progress,
+                std::vector<BusMeasurementRow>& found) {
+    std::size_t all = 0;
+    for (const auto& bus : definition.buses()) {
+        for (const auto& message : rowsOf(bus, BusLevel::Message)) {
+            all += rowsOf(message, BusLevel::Measurement).size();
         }
     }
+    found.reserve(all);
+    int busNumber = 0;
+    for (const auto& bus : definition.buses()) {
+        ++busNumber;
+        int messageNumber = 0;
+        for (const auto& message : rowsOf(bus, BusLevel::Message)) {
+            ++messageNumber;
+            for (const auto& row : rowsOf(message, BusLevel::Measurement)) {
+                found.push_back({&row, busNumber, messageNumber});
+                if (!progress.step("Gathering measurement info #%d of %d (%.0f%%)", found.size(),
+                                   all)) {
+                    return false;
+                }
+            }
+        }
+    }
+    return true;
 }
 
 SdkMeasurement messageMeasurement(const MessageStream& node) {
@@ -126,20 +171,21 @@ bool readBusMeasurements(DocumentContext& context, UserInterface* parent, UserIn
     if (!definition) {
         return false;
     }
-    const auto& buses = definition->buses();
-    for (std::size_t b = 0; b < buses.size(); ++b) {
-        const auto& messages = rowsOf(buses[b], BusLevel::Message);
-        for (std::size_t m = 0; m < messages.size(); ++m) {
-            if (context.ticker.secondElapsed()) {
-                setStatusText(watcher, formatPrintf("Gathering measurement info #%d of %d (%.0f%%)",
-                                                    m + 1, messages.size(),
-                                                    100.0 * static_cast<double>(m + 1) /
-                                                        static_cast<double>(messages.size())));
-                if (cancelRequested(parent)) {
-                    return false;
-                }
-            }
-            addMessage(messages[m], static_cast<int>(b) + 1, static_cast<int>(m) + 1, measurements);
+    BusProgress progress(context, parent, watcher);
+    std::vector<BusMeasurementRow> rows;
+    if (!gatherRows(*definition, progress, rows)) {
+        return false;
+    }
+    measurements.reserve(rows.size());
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        if (!progress.step("Converting measurement #%d of %d (%.0f%%)", i + 1, rows.size())) {
+            return false;
+        }
+        auto measurement = busMeasurement(*rows[i].row);
+        if (!measurement.name.empty()) {  // one without a name is none
+            measurement.bus = rows[i].bus;
+            measurement.message = rows[i].message;
+            measurements.push_back(std::move(measurement));
         }
     }
     return true;

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <initializer_list>
+#include <new>
 #include <numeric>
 #include <optional>
 #include <set>
@@ -201,14 +202,45 @@ bool isFragmentedRow(const SdkRow& row) {
     return isFragmented(FixedText<4>(row.locationType));
 }
 
+/// Where the frame has a measurement first.
+struct FirstCell {
+    CellRef cell;
+    int fwp;
+    int fn;
+};
+
+void placeAsStated(const PcmFormat& format, const SdkGroup& group, const SdkRow& row,
+                   const SessionReport& report, SdkMeasurement& measurement) {
+    measurement.locations = StatedRanges(format, group, row).read();
+    if (measurement.locations.empty() && isFragmentedRow(row)) {
+        report(formatPrintf("ERROR: Unable to add %s measurement '%s'.\n", row.locationType,
+                            row.name));
+    }
+}
+
+void placeByCell(const PcmFormat& format, const SdkRow& row, const FirstCell& first,
+                 const SessionReport& report, SdkMeasurement& measurement) {
+    if (const auto* const definition =
+            format.wordFrameDefinition(format.cells().measurement(first.cell).wordFrameIndex)) {
+        measurement.idCounterName = definition->idCounterName;
+        measurement.locations = locationsOf(format, *definition);
+        return;
+    }
+    measurement.locations = samplesOf(format, row.name);
+    if (isFragmentedRow(row)) {
+        reportIntervals(measurement, report);
+    }
+}
+
 }  // namespace
 
 std::vector<SdkMeasurement> measurementsOfFormat(const PcmFormat& format, const SdkGroup& group,
                                                  const std::vector<SdkRow>& rows,
                                                  const SessionReport& report) {
-    std::unordered_map<std::string, CellRef> cells;
-    format.forEachMeasurement([&](CellRef cell, int, int) {
-        cells.try_emplace(lowerAscii(format.cells().measurement(cell).name.view()), cell);
+    std::unordered_map<std::string, FirstCell> cells;
+    format.forEachMeasurement([&](CellRef cell, int fwp, int fn) {
+        cells.try_emplace(lowerAscii(format.cells().measurement(cell).name.view()),
+                          FirstCell{cell, fwp, fn});
         return true;
     });
     std::vector<SdkMeasurement> measurements;
@@ -218,21 +250,19 @@ std::vector<SdkMeasurement> measurementsOfFormat(const PcmFormat& format, const 
         measurement.name = row.name;
         measurement.locationType = row.locationType;
         const auto found = cells.find(lowerAscii(FixedText<32>(row.name).view()));
-        if (found == cells.end()) {
-            measurement.locations = StatedRanges(format, group, row).read();
-            if (measurement.locations.empty() && isFragmentedRow(row)) {
-                report(formatPrintf("ERROR: Unable to add %s measurement '%s'.\n", row.locationType,
-                                    row.name));
+        const bool isPlaced = found != cells.end();
+        try {
+            if (isPlaced) {
+                placeByCell(format, row, found->second, report, measurement);
+            } else {
+                placeAsStated(format, group, row, report, measurement);
             }
-        } else if (const auto* const definition = format.wordFrameDefinition(
-                       format.cells().measurement(found->second).wordFrameIndex)) {
-            measurement.idCounterName = definition->idCounterName;
-            measurement.locations = locationsOf(format, *definition);
-        } else {
-            measurement.locations = samplesOf(format, row.name);
-            if (isFragmentedRow(row)) {
-                reportIntervals(measurement, report);
-            }
+        } catch (const std::bad_alloc&) {
+            measurement.locations = {};
+            report(
+                formatPrintf("ERROR: Unable to allocate memory for measurement at FWP:%d "
+                             "FN:%d.\n",
+                             isPlaced ? found->second.fwp : 0, isPlaced ? found->second.fn : 0));
         }
         if (!measurement.locations.empty()) {
             reportFragments(row, measurement, report);

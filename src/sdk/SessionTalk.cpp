@@ -29,9 +29,4 @@ void SessionTalk::logged(const LoggedMessage& message) {
     }
 }
 
-bool SessionTalk::cancelRequested() {
-    isCancelled_ = isCancelled_ || kavu::cancelRequested(watcher_);
-    return isCancelled_;
-}
-
 }  // namespace kavu

@@ -17,7 +17,8 @@ class UserInterface;
 
 /// The measurements of the rows of a D group in a loaded stream whose places are ranges of words
 /// and frames, as far as they could be made so. One that has no place in the frame has no
-/// locations. What could not be placed as a whole is reported.
+/// locations; nor has one for whose places there is no memory. What could not be placed as a whole
+/// is reported.
 [[nodiscard]] std::vector<SdkMeasurement> measurementsOfFormat(const PcmFormat& format,
                                                                const SdkGroup& group,
                                                                const std::vector<SdkRow>& rows,

@@ -19,7 +19,8 @@ constexpr std::string_view kSection = "Translator";
 constexpr std::string_view kVersionKey = "Version";
 constexpr std::string_view kVersion = "Version 4.00";
 constexpr std::string_view kEditorKey = "EditorName";
-constexpr std::string_view kEditor = "notepad";
+/// Gives the file to the program that the desktop has for texts.
+constexpr std::string_view kEditor = "xdg-open";
 constexpr std::string_view kStreamsKey = "ProcessAllStreams";
 
 std::string textOf(const char* text) {

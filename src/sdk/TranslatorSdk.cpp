@@ -10,6 +10,7 @@
 #include "vocabulary/PGroupFields.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 namespace kavu {
@@ -27,7 +28,11 @@ TranslatorSdk::TranslatorSdk(const Environment& environment, const Clock& clock,
           random)) {}
 
 TranslatorSdk::~TranslatorSdk() {
-    close();
+    try {
+        close();
+    } catch (const std::bad_alloc&) {
+        return;  // the working store goes with the next run
+    }
 }
 
 // --- Open and close -----------------------------------------------------------------------------
@@ -45,7 +50,7 @@ bool TranslatorSdk::open(const std::string& path, UserInterface* progress) {
                       "Unable To Open TMATS File");
     }
     parts_->talk.setWatcher(progress);
-    if (!startStore(progress) || !split(path, progress) || !nameFiles() || !listStreams(progress)) {
+    if (!read(path, progress)) {
         freeAll();
         return refuse(progress, formatPrintf("Unable to parse TMATS '%s'", path),
                       "Unable To Parse TMATS File");
@@ -54,6 +59,17 @@ bool TranslatorSdk::open(const std::string& path, UserInterface* progress) {
     isActive_ = true;
     setStatusText(progress, "TMATS file parsed");
     return true;
+}
+
+bool TranslatorSdk::read(const std::string& path, UserInterface* progress) {
+    try {
+        return startStore(progress) && split(path, progress) && nameFiles() &&
+               listStreams(progress);
+    } catch (const std::bad_alloc&) {
+        freeAll();
+        writeError("ERROR: Unable to allocate memory for a session.\n\n");
+        return false;
+    }
 }
 
 bool TranslatorSdk::refuse(UserInterface* progress, const std::string& text,
@@ -180,7 +196,7 @@ void TranslatorSdk::freeAll() {
     parts_->linkPlaces.clear();
     parts_->conversions.clear();
     if (document.store.active()) {
-        document.format.closeFormat();
+        parts_->format.closeFormat();
         parts_->files.removeAll();
         document.store.deactivate(nullptr);
     }

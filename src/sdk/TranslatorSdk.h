@@ -117,6 +117,10 @@ class TranslatorSdk {
     /// The first measurement of exactly this name, else of one that differs only in case.
     [[nodiscard]] std::optional<unsigned> findMeasurement(std::string_view name) const;
 
+    /// A fragment of a location. Null, with an error in the name of this function, if there is
+    /// none.
+    const SdkFragment* findFragment(unsigned index, int location, int fragment,
+                                    std::string_view function);
     /// Start, interval and end of the words and frames of a fragment of a location.
     int GetPcmMeasurementIntervals(unsigned index, int location, int fragment, SdkRange& word,
                                    SdkRange& frame);
@@ -173,10 +177,9 @@ class TranslatorSdk {
     void checkSubframes(const SdkGroup& group);
     void checkAsyncFormats(const SdkGroup& group);
     void indexMeasurements();
-    const SdkFragment* findFragment(unsigned index, int location, int fragment,
-                                    std::string_view function);
     [[nodiscard]] std::optional<SdkGroup> readGroup(TmatsReader& reader, char letter,
                                                     std::int64_t number);
+    bool read(const std::string& path, UserInterface* progress);
     bool startStore(UserInterface* progress);
     bool split(const std::string& path, UserInterface* progress);
     bool nameFiles();

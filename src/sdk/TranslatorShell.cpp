@@ -1,6 +1,7 @@
 #include "sdk/TranslatorShell.h"
 
 #include "core/files/FileIo.h"
+#include "core/talk/FilePrompts.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Printf.h"
 #include "core/text/Text.h"
@@ -139,15 +140,17 @@ bool TranslatorShell::chooseStreams(UserInterface* parent,
     if (configuration.processesAllStreams() || parent == nullptr || streams.size() < 2) {
         return true;
     }
-    std::vector<std::string> choices{"All streams"};
+    TablePrompt prompt;
+    prompt.title = "Select Streams To Convert";
+    prompt.columns = {"#", "Data Link", "Type"};
     for (const auto& link : sdk.links()) {
-        choices.push_back(link.name);
+        prompt.rows.push_back({std::to_string(link.number), link.name, link.type});
     }
-    const int choice = parent->chooseFromList("Select the stream to convert", choices);
-    if (choice > 0) {
-        streams = {choice};
+    streams.clear();
+    for (const int row : parent->selectRowsFromTable(prompt)) {
+        streams.push_back(sdk.links()[static_cast<std::size_t>(row)].number);
     }
-    return choice >= 0;
+    return !streams.empty();
 }
 
 bool TranslatorShell::Convert(UserInterface* parent, const std::string& tmatsFile,
@@ -206,12 +209,8 @@ void TranslatorShell::offerLog(UserInterface* parent,
 }
 
 std::string setupFileOf(const std::string& tmatsFile, const kavu_translator& translator) {
-    const auto slash = tmatsFile.rfind('/');
-    const auto dot = tmatsFile.rfind('.');
-    const bool hasEnding =
-        dot != std::string::npos && (slash == std::string::npos || dot > slash + 1);
-    const std::string ending = translator.extension == nullptr ? ".txt" : translator.extension;
-    return (hasEnding ? tmatsFile.substr(0, dot) : tmatsFile) + ending;
+    return withOtherExtension(tmatsFile,
+                              translator.extension == nullptr ? ".txt" : translator.extension);
 }
 
 }  // namespace kavu

@@ -16,7 +16,7 @@ class FileWriter;
 class TranslatorSdk;
 class UserInterface;
 
-/// Shows a file by a program that the user has chosen, or by the one of the desktop.
+/// Shows a file by a program that the user has chosen.
 using ViewFile = std::function<void(const std::string& path, const std::string& editor)>;
 
 class TranslatorShell {

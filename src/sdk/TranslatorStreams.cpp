@@ -98,7 +98,7 @@ int TranslatorSdk::ParseTmatsPcmFormatInfo(int stream) {
     measurements_.clear();
     measurementNames_.clear();
     foldedMeasurementNames_.clear();
-    parts_->document.format.closeFormat();
+    parts_->format.closeFormat();
     try {
         if (!loadStream(links_[static_cast<std::size_t>(stream) - 1])) {
             measurements_.clear();
@@ -165,7 +165,7 @@ bool TranslatorSdk::loadFormat(const SdkLink& link) {
     parts_->talk.setLog([&logged](const LoggedMessage& message) { logged.push_back(message); });
     // A box of the load is about the editor; why a stream cannot be read is told below.
     parts_->talk.setSilent(true);
-    const bool isLoaded = loadPcmFormat(document.format, &parts_->talk, PcmSteps(), link.name);
+    const bool isLoaded = loadPcmFormat(parts_->format, &parts_->talk, PcmSteps(), link.name);
     parts_->talk.setSilent(false);
     parts_->talk.setLog({});
     if (!isLoaded) {
@@ -173,7 +173,7 @@ bool TranslatorSdk::loadFormat(const SdkLink& link) {
                                 link.name));
         return false;
     }
-    const FrameExtent frame{document.format.wordsPerMinorFrame, document.format.numberOfFrames};
+    const FrameExtent frame{parts_->format.wordsPerMinorFrame, parts_->format.numberOfFrames};
     std::unordered_set<std::string> reported;
     for (const auto& row : rows) {
         if (checkMeasurementPlaces(*dataGroup, row, frame, report)) {
@@ -185,11 +185,11 @@ bool TranslatorSdk::loadFormat(const SdkLink& link) {
         const ReadAsEdition wordFrames(document.document,
                                        std::max(document.document.version, kFirstWordFrameEdition));
         parts_->talk.setSilent(true);
-        (void)convertToWordFrame(document.format, &parts_->talk);
+        (void)convertToWordFrame(parts_->format, &parts_->talk);
         parts_->talk.setSilent(false);
     }
     if (dataGroup) {
-        measurements_ = measurementsOfFormat(document.format, *dataGroup, rows, report);
+        measurements_ = measurementsOfFormat(parts_->format, *dataGroup, rows, report);
     }
     setStatusText(watcher,
                   formatPrintf("Initializing measurements in TMATS file. (%.0f%%)", 100.0));
@@ -240,10 +240,14 @@ void TranslatorSdk::checkSubframes(const SdkGroup& group) {
     for (int counter = 1; counter <= kMostIdCounters; ++counter) {
         const auto code = fieldCode(p::kSfN.code, {counter});
         const int subframes = group.number(code).value_or(0);
-        if (subframes > 0) {
-            setStatusText(parts_->talk.watcher(),
-                          formatPrintf("Converting PCM subframe definitions - Subframe #%d of %d",
-                                       1, std::min(subframes, kMostSubframes)));
+        const int kept = std::min(subframes, kMostSubframes);
+        for (int subframe = 1; subframe <= kept; ++subframe) {
+            if (subframe == 1 || subframe == kept || parts_->document.ticker.secondElapsed()) {
+                setStatusText(
+                    parts_->talk.watcher(),
+                    formatPrintf("Converting PCM subframe definitions - Subframe #%d of %d",
+                                 subframe, kept));
+            }
         }
         if (subframes > kMostSubframes) {
             writeError(
@@ -277,7 +281,7 @@ void TranslatorSdk::indexMeasurements() {
 }
 
 const PcmFormat& TranslatorSdk::format() const {
-    return parts_->document.format;
+    return parts_->format;
 }
 
 }  // namespace kavu

@@ -3,9 +3,10 @@
 #ifndef KAVU_SDK_HPP
 #define KAVU_SDK_HPP
 
+#include <cstdint>
 #include <kavu_sdk.h>
-
 #include <memory>
+#include <new>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -75,7 +76,9 @@ class Session {
     }
     std::vector<kavu_sdk_fragment> fragments(std::size_t index, int location) const {
         std::vector<kavu_sdk_fragment> all;
-        for (int n = 1; n <= kavu_sdk_fragment_count(get(), index, location); ++n) {
+        const int count = kavu_sdk_fragment_count(get(), index, location);
+        check(count);
+        for (int n = 1; n <= count; ++n) {
             kavu_sdk_fragment fragment{};
             check(kavu_sdk_get_fragment(get(), index, location, n, &fragment));
             all.push_back(fragment);

@@ -1,5 +1,6 @@
 """`sdk`: a session over a file, without a document."""
 
+import os
 import unittest
 
 import kavu
@@ -102,6 +103,11 @@ class SdkTest(kavu.KavuTest):
         document = self.sdk("streams", "none.tma", status=FAILED)
         self.assertEqual(document["errors"],
                          ["Unable to open 'none.tma'. Please check TMATS pathname.\n\n"])
+
+    def test_a_file_name_that_is_not_utf8_is_shown(self):
+        name = os.fsdecode(b"in\xe9.tma")
+        self.write(name, b"G\\PN:x;")
+        self.assertEqual(self.sdk("streams", name)["file"], "in\xe9.tma")
 
     def test_text_for_a_person_has_tables(self):
         result = self.run_cli("sdk", "streams", "in.tma")

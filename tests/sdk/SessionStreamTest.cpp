@@ -268,6 +268,7 @@ TEST(SessionStreamTest, SaysThatThereAreTooManySubframesAndAsyncFormats) {
                 Contains("Value found: 19. This value must be a number between 0 and 18\n"));
     EXPECT_THAT(stage.sdk.errors(), Contains("No Embedded Async definitions will be "
                                              "processed.\n\n"));
+    EXPECT_EQ(stage.sdk.format().asyncCount(), 0);
 }
 
 TEST(SessionStreamTest, ReadsTheMeasurementsOfABus) {
@@ -290,6 +291,39 @@ TEST(SessionStreamTest, ReadsTheMeasurementsOfABus) {
     EXPECT_EQ(info.word, 4);
     EXPECT_EQ(info.sortKey, "00001000020000400001");
     EXPECT_TRUE(stage.sdk.errors().empty()) << all(stage.sdk);
+}
+
+TEST(SessionStreamTest, StatesHowFarItIsWithTheMeasurementsOfABus) {
+    SessionStage stage;
+    ASSERT_TRUE(
+        stage.open("G\\106:09;B-1\\DLN:Bus;B-1\\NBS\\N:1;B-1\\BID-1:1;B-1\\BNA-1:one;"
+                   "B-1\\NMS\\N-1:1;B-1\\MID-1-1:1;B-1\\MN\\N-1-1:2;B-1\\MN-1-1-1:Heading;"
+                   "B-1\\NML\\N-1-1-1:1;B-1\\MWN-1-1-1-1:3;B-1\\MN-1-1-2:Status;"
+                   "B-1\\NML\\N-1-1-2:1;B-1\\MWN-1-1-2-1:9;"));
+    stage.ui.statusTexts.clear();
+    ASSERT_EQ(stage.sdk.ParseTmatsPcmFormatInfo(1), 0) << all(stage.sdk);
+    ASSERT_FALSE(stage.ui.statusTexts.empty());
+    EXPECT_EQ(stage.ui.statusTexts.front(), "Initializing 1553 measurements");
+    EXPECT_THAT(stage.ui.statusTexts,
+                testing::IsSupersetOf({"Gathering measurement info #2 of 2 (100%)",
+                                       "Converting measurement #2 of 2 (100%)"}));
+}
+
+TEST(SessionStreamTest, StatesEachSubframeAndTheAsyncFormats) {
+    SessionStage stage;
+    ASSERT_TRUE(stage.open(format() + "P-1\\ISF\\N:1;P-1\\ISF1-1:C;P-1\\SF\\N-1:2;P-1\\SF1-1-1:a;"
+                                      "P-1\\SF1-1-2:b;P-1\\AEF\\N:1;P-1\\AEF1-1:1;P-1\\AEF2-1:CW;"
+                                      "P-1\\AEF3-1-1:2;"));
+    stage.ui.statusTexts.clear();
+    ASSERT_EQ(stage.sdk.ParseTmatsPcmFormatInfo(1), 0) << all(stage.sdk);
+    EXPECT_THAT(stage.ui.statusTexts,
+                testing::IsSupersetOf({"Converting PCM subframe definitions - Subframe #1 of 2",
+                                       "Converting PCM subframe definitions - Subframe #2 of 2",
+                                       "...Gathering PCM Async Info (Stream 1)",
+                                       "Initializing measurements in TMATS file. (0%)",
+                                       "Initializing measurements in TMATS file. (100%)"}));
+    ASSERT_EQ(stage.sdk.format().asyncCount(), 1);
+    EXPECT_EQ(stage.sdk.format().asyncFormats[0].dataLinkName, "AsyncDataLink1");
 }
 
 TEST(SessionStreamTest, ReadsTheMeasurementsOfMessageData) {

@@ -186,6 +186,14 @@ TEST(TranslatorSdkTest, EndsWithoutASessionWhenItIsCancelled) {
     EXPECT_TRUE(stage.files().empty());
 }
 
+TEST(TranslatorSdkTest, OpensAfterOneThatWasCancelled) {
+    SessionStage stage;
+    stage.ui.cancelAtPoll = 1;
+    ASSERT_FALSE(stage.open(kDocument));
+    stage.ui.cancelAtPoll = 0;
+    EXPECT_TRUE(stage.open(kDocument));
+}
+
 TEST(TranslatorSdkTest, OpensAnEmptyFile) {
     SessionStage stage;
     ASSERT_TRUE(stage.open(""));

@@ -125,7 +125,7 @@ TEST_F(TranslatorStage, ConvertsAFileWithALogAndAsksAboutIt) {
     ASSERT_EQ(ui_.boxes.size(), 1U);
     EXPECT_EQ(ui_.boxes[0].title, "You Have Messages Waiting");
     EXPECT_EQ(ui_.boxes[0].text, "Do you wish to view, save or print the conversion messages?");
-    EXPECT_EQ(viewed_, "notepad TranslatLog.txt");
+    EXPECT_EQ(viewed_, "xdg-open TranslatLog.txt");
     EXPECT_THAT(ui_.statusTexts, testing::Contains("Translating TMATS file."));
     EXPECT_THAT(ui_.statusTexts, testing::Contains("TMATS translation complete."));
 }
@@ -138,17 +138,37 @@ TEST_F(TranslatorStage, AsksNothingWithoutMessages) {
     EXPECT_TRUE(shell(module).Convert(nullptr, folder_ / "in.tma", folder_ / "out.csv"));
 }
 
-TEST_F(TranslatorStage, AsksForTheStreamIfTheSettingsSaySo) {
+TEST_F(TranslatorStage, AsksForTheStreamsIfTheSettingsSaySo) {
     const auto module = TranslatorModule::load(path_);
     std::filesystem::create_directory(work_);
     writeFile(work_ + "/translat.ini", "[Translator]\r\nProcessAllStreams=0\r\n");
-    ui_.choices = {1};
+    ui_.severalRows = {{0}, {}};
     ASSERT_TRUE(shell(module).Convert(&ui_, folder_ / "in.tma", folder_ / "out.csv"));
-    ASSERT_EQ(ui_.listPrompts.size(), 1U);
-    EXPECT_THAT(ui_.listPrompts[0].second, ElementsAre("All streams", "Link", "Alone"));
+    ASSERT_EQ(ui_.tablePrompts.size(), 1U);
+    EXPECT_THAT(ui_.tablePrompts[0].rows,
+                ElementsAre(ElementsAre("1", "Link", "ONE"), ElementsAre("2", "Alone", "")));
     EXPECT_THAT(readFile(work_ + "/TranslatLog.txt"), testing::Not(HasSubstr("Alone")));
-    ui_.choices = {-1};
     EXPECT_FALSE(shell(module).Convert(&ui_, folder_ / "in.tma", folder_ / "out.csv"));
+}
+
+TEST_F(TranslatorStage, ConvertsSeveralStreamsOfMany) {
+    const auto module = TranslatorModule::load(path_);
+    std::filesystem::create_directory(work_);
+    writeFile(work_ + "/translat.ini", "[Translator]\r\nProcessAllStreams=0\r\n");
+    std::string text = "M-1\\BB\\DLN:S1;M-1\\SI\\N:2;M-1\\SI\\DLN-1:S2;M-1\\SI\\DLN-2:S3;";
+    for (const std::string n : {"1", "2", "3"}) {
+        text += "P-" + n + "\\DLN:S" + n + ";P-" + n + "\\TF:ONE;P-" + n + "\\MF\\N:1;P-" + n +
+                "\\MF1:5;D-" + n + "\\DLN:S" + n + ";D-" + n + "\\ML\\N:1;D-" + n +
+                "\\MN\\N-1:1;D-" + n + "\\MN-1-1:M" + n + ";D-" + n + "\\LT-1-1:MF;D-" + n +
+                "\\MF-1-1:3;";
+    }
+    writeFile(folder_ / "in.tma", text);
+    ui_.severalRows = {{0, 2}};
+    ASSERT_TRUE(shell(module).Convert(&ui_, folder_ / "in.tma", folder_ / "out.csv"));
+    const auto setup = readFile(folder_ / "out.csv");
+    EXPECT_THAT(setup, HasSubstr("S1,M1,"));
+    EXPECT_THAT(setup, testing::Not(HasSubstr("M2")));
+    EXPECT_THAT(setup, HasSubstr("S3,M3,"));
 }
 
 TEST_F(TranslatorStage, SaysThatTheLogCannotBeOpened) {
@@ -179,7 +199,8 @@ TEST_F(TranslatorStage, ConfigurationHasItsDefaultsAndTheItemsOfTheVendor) {
     const auto rows = configuration.rows();
     ASSERT_EQ(rows.size(), 4U);
     EXPECT_EQ(rows[0].description, "Enter Editor/File Viewer To Use With This Application");
-    EXPECT_EQ(rows[0].value, "notepad");
+    // The program of the desktop, not that of the system that the settings come from.
+    EXPECT_EQ(rows[0].value, "xdg-open");
     EXPECT_EQ(rows[1].description, "Process all streams found in TMATS file");
     EXPECT_EQ(rows[2].description, "Character between two values");
     EXPECT_EQ(rows[2].value, ",");

@@ -100,8 +100,10 @@ class InterfaceTest(unittest.TestCase):
             session.measurements(3)
         with self.assertRaisesRegex(kavu_sdk.Error, "Unable to open TMATS Stream File"):
             session.measurements("Alone")
-        with self.assertRaises(kavu_sdk.Error):
+        with self.assertRaisesRegex(kavu_sdk.Error, "There is no measurement 'None'"):
             session.measurement("Link", "None")
+        with self.assertRaisesRegex(kavu_sdk.Error, "There is no data link 'Nowhere'"):
+            session.measurements("Nowhere")
         with self.assertRaisesRegex(kavu_sdk.Error, "Please check TMATS pathname"):
             kavu_sdk.Session(self.path + ".none")
         self.assertEqual(len(session.errors), 2)

@@ -23,6 +23,8 @@ class RecordingInterface : public UserInterface {
     std::deque<std::optional<double>> doubles;
     std::deque<int> choices;
     std::deque<int> rows;
+    /// For a choice of several rows; without any it is one of `rows`.
+    std::deque<std::vector<int>> severalRows;
     std::deque<std::optional<FileChoice>> files;
     /// `cancelRequested` gives true from this call on (counted from 1); 0 is never.
     int cancelAtPoll = 0;
@@ -109,6 +111,13 @@ class RecordingInterface : public UserInterface {
     int selectFromTable(const TablePrompt& prompt) override {
         tablePrompts.push_back(prompt);
         return next(rows, -1);
+    }
+    std::vector<int> selectRowsFromTable(const TablePrompt& prompt) override {
+        if (severalRows.empty()) {
+            return UserInterface::selectRowsFromTable(prompt);
+        }
+        tablePrompts.push_back(prompt);
+        return next(severalRows, std::vector<int>());
     }
     std::optional<FileChoice> chooseFile(const FilePrompt& prompt) override {
         filePrompts.push_back(prompt);

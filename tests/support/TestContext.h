@@ -2,15 +2,8 @@
 // test: a fixed date, fixed random numbers, an empty settings file, an active store.
 #pragma once
 
-#include "core/TmatsDocument.h"
-#include "core/TmatsReader.h"
-#include "core/WorkingStore.h"
-#include "core/document/DocumentFiles.h"
-#include "core/document/DocumentHistory.h"
+#include "core/document/DocumentParts.h"
 #include "core/files/FileIo.h"
-#include "core/talk/Messages.h"
-#include "core/talk/ProfileSettings.h"
-#include "core/text/Clock.h"
 #include "support/RecordingInterface.h"
 
 #include <cstdlib>
@@ -82,16 +75,19 @@ inline Environment testEnvironment(const std::map<std::string, std::string>& var
     return environment;
 }
 
-class TestContext {
+/// What the parts of a document stand on.
+struct TestGround {
+    TempFolder folder;
+    RecordingInterface ui;
+    FixedClock clock{CivilTime{2026, 1, 2, 3, 4, 5}};
+    CountingRandom random;
+};
+
+class TestContext : public TestGround, public DocumentParts {
   public:
     explicit TestContext(int edition = 2011)
-        : settings(folder / "kavu.ini"),
-          store(testEnvironment({{"TEMP", folder.path()}, {"HOME", folder.path()}})),
-          files(store),
-          messages(store),
-          ticker(clock),
-          context{clock,    ticker, random,   settings, store,  files,
-                  messages, reader, document, steps,    history} {
+        : DocumentParts(testEnvironment({{"TEMP", folder.path()}, {"HOME", folder.path()}}), clock,
+                        random, folder / "kavu.ini") {
         EXPECT_TRUE(store.activate(&ui, kApplicationName, random));
         document.version = edition;
     }
@@ -106,21 +102,6 @@ class TestContext {
     [[nodiscard]] bool has(std::string_view workingName) {
         return fileExists(store.pathOf(workingName));
     }
-
-    TempFolder folder;
-    RecordingInterface ui;
-    FixedClock clock{CivilTime{2026, 1, 2, 3, 4, 5}};
-    CountingRandom random;
-    ProfileSettings settings;
-    WorkingStore store;
-    DocumentFiles files;
-    Messages messages;
-    SecondTicker ticker;
-    TmatsReader reader;
-    TmatsDocument document;
-    DocumentSteps steps;
-    DocumentHistory history{files, document};
-    DocumentContext context;
 };
 
 }  // namespace kavu::test

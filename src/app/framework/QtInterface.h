@@ -58,6 +58,7 @@ class QtInterface : public UserInterface {
     int chooseFromList(const std::string& title, const std::vector<std::string>& choices) override;
     int choose(const ChoicePrompt& prompt) override;
     int selectFromTable(const TablePrompt& prompt) override;
+    std::vector<int> selectRowsFromTable(const TablePrompt& prompt) override;
     std::optional<FileChoice> chooseFile(const FilePrompt& prompt) override;
     void logged(const LoggedMessage& message) override;
     void showMessages(const std::string& title, const std::string& subtitle,
@@ -71,10 +72,6 @@ class QtInterface : public UserInterface {
     void setProgressText(const std::string& text) override;
     void yieldToInterface() override;
     bool cancelRequested() override;
-
-    /// The rows that were chosen, by rising row; empty if none. As `selectFromTable`, for
-    /// more than one row.
-    std::vector<int> selectRowsFromTable(const TablePrompt& prompt);
 
     /// The window that a new dialog belongs to: the modal one on top, else the main window.
     [[nodiscard]] QWidget* dialogParent() const;

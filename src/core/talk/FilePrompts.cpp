@@ -71,6 +71,13 @@ std::string withExtension(const std::string& path, std::string_view extension) {
     return path + std::string(name.ends_with('.') ? extension.substr(1) : extension);
 }
 
+std::string withOtherExtension(const std::string& path, std::string_view extension) {
+    const auto name = fileNameOf(path);
+    const auto dot = name.rfind('.');
+    const auto ending = dot == std::string::npos || dot == 0 ? 0 : name.size() - dot;
+    return path.substr(0, path.size() - ending) + std::string(extension);
+}
+
 std::optional<std::string> overwriteQuestion(const std::string& path, const std::string& own) {
     bool same = false;
     if (!own.empty() && probeSameFile(path, own, same).ok() && same) {
@@ -81,7 +88,7 @@ std::optional<std::string> overwriteQuestion(const std::string& path, const std:
         return std::nullopt;
     }
     // A link shows what it leads to.
-    if (struct stat target {}; ::stat(path.c_str(), &target) == 0) {
+    if (struct stat target{}; ::stat(path.c_str(), &target) == 0) {
         info = target;
     }
     const auto changed = localTime(info.st_mtime);

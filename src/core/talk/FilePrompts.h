@@ -27,6 +27,10 @@ struct TmatsDocument;
 /// is there is left as it is.
 [[nodiscard]] std::string withExtension(const std::string& path, std::string_view extension);
 
+/// The path with this extension (".xml") in place of the one that its file name has, or after it. A
+/// dot at the start of a name begins no extension.
+[[nodiscard]] std::string withOtherExtension(const std::string& path, std::string_view extension);
+
 /// The question before a file is replaced, with its name, size and date. Nothing if there is no
 /// such file, or if it is `own`, by whatever name.
 [[nodiscard]] std::optional<std::string> overwriteQuestion(const std::string& path,

@@ -23,6 +23,11 @@ std::optional<std::vector<std::string>> UserInterface::enterTexts(
     return texts;
 }
 
+std::vector<int> UserInterface::selectRowsFromTable(const TablePrompt& prompt) {
+    const int row = selectFromTable(prompt);
+    return row < 0 ? std::vector<int>() : std::vector<int>{row};
+}
+
 Button showBox(UserInterface* parent, std::string text, std::string title, Icon icon,
                Buttons buttons, Button defaultButton) {
     if (parent == nullptr) {

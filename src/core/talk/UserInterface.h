@@ -137,6 +137,8 @@ class UserInterface {
     }
     /// The row chosen, or -1.
     virtual int selectFromTable(const TablePrompt& prompt) = 0;
+    /// The rows chosen, by rising row; empty for none. Where several cannot be chosen it is one.
+    virtual std::vector<int> selectRowsFromTable(const TablePrompt& prompt);
     virtual std::optional<FileChoice> chooseFile(const FilePrompt& prompt) = 0;
 
     /// A message was appended to the message log.

@@ -11,6 +11,16 @@
 namespace kavu::test {
 namespace {
 
+TEST(FilePromptsTest, GivesAFileAnotherExtension) {
+    for (const auto& [path, expected] :
+         {std::pair{"/a.b/flight.tma", "/a.b/flight.xml"},
+          std::pair{"/a.b/flight", "/a.b/flight.xml"},
+          std::pair{"/a/flight.v1.tma", "/a/flight.v1.xml"},
+          std::pair{"/a/.hidden", "/a/.hidden.xml"}, std::pair{"flight.", "flight.xml"}}) {
+        EXPECT_EQ(withOtherExtension(path, ".xml"), expected) << path;
+    }
+}
+
 TEST(WithExtension, IsAddedToANameThatHasNone) {
     TempFolder folder;
     for (const auto& [name, expected] :
