@@ -1,9 +1,11 @@
 #!/usr/bin/env python3
-"""Lets the file calls of a change of the measurement database fail, and kills the program at each
-of them: the database is the former or the new one, whole, and what failed is told."""
+"""Lets the file calls of a change of the measurement database, or of the purge of a table, fail,
+and kills the program at each of them: the file is the former or the new one, whole, and what failed
+is told."""
 
 import errno
 import signal
+import struct
 import unittest
 
 import support
@@ -13,6 +15,10 @@ FORMER_TEXT = b"".join(b"M%d;W;16;FW;M;D;DE%s\r\n" % (i, b";" * 29) for i in ran
 FORMER_XML = (b"<MeasurementDatabase>" +
               b"".join(b"\n\t<Measurement>\n\t\t<Name>M%d</Name>\n\t</Measurement>" % i
                        for i in range(300)) + b"\n</MeasurementDatabase>\n")
+ROWS = b"".join((b"*" if i % 3 == 0 else b" ") + b"%-8d" % i for i in range(300))
+FORMER_TABLE = (b"\x03\x18\x01\x01" + struct.pack("<IHH", 300, 65, 9) + bytes(20) +
+                b"NAME".ljust(11, b"\0") + b"C" + bytes(4) + b"\x08" + bytes(15) + b"\r" +
+                ROWS + b"\x1a")
 CHANGES = {
     "add": ["add", "New", "--field", "26=text"],
     "put": ["put", "M100", "--field", "26=text"],
@@ -31,6 +37,10 @@ class DatabaseTest(unittest.TestCase):
         return self.workshop.case(name, b"", former)
 
     def change(self, case, arguments, version, faults=None):
+        """Without a version the file is a table."""
+        if version is None:
+            return case.run("dbase", arguments[0], case.target, *arguments[1:], "--settings",
+                            case.settings, faults=faults)
         return case.run("mdb", *arguments, "--database", case.target, "--database-version", version,
                         "--settings", case.settings, faults=faults)
 
@@ -48,15 +58,17 @@ class DatabaseTest(unittest.TestCase):
         for name, arguments in CHANGES.items():
             for version, former in ((1, FORMER_TEXT), (2, FORMER_XML)):
                 yield f"{name}-{version}", former, arguments, version
+        yield "purge", FORMER_TABLE, ["purge", "--yes"], None
 
     def test_a_call_that_fails_leaves_the_former_or_the_new_database(self):
         for name, former, arguments, version in self.each_change():
             new, calls = self.recorded(name, former, arguments, version)
-            for call in calls:
-                with self.subTest(change=name, call=call):
-                    case = self.case(f"{name}-{call.number}", former)
+            for call, code in [(call, code) for call in calls
+                               for code in (errno.ENOSPC, errno.EACCES, errno.EIO)]:
+                with self.subTest(change=name, call=call, code=errno.errorcode[code]):
+                    case = self.case(f"{name}-{call.number}-{code}", former)
                     outcome = self.change(case, arguments, version,
-                                          {"AT": call.number, "ERRNO": errno.ENOSPC})
+                                          {"AT": call.number, "ERRNO": code})
                     self.assertIn(outcome.status, (0, 1, 2), outcome)
                     there = case.target.read_bytes()
                     self.assertEqual(there == new or there == former, True)
@@ -76,7 +88,7 @@ class DatabaseTest(unittest.TestCase):
                     outcome = self.change(case, arguments, version, {"KILL_AT": call.number})
                     self.assertEqual(outcome.status, -signal.SIGKILL, outcome)
                     self.assertIn(case.target.read_bytes(), (former, new))
-                    again = self.change(case, ["put", "M1"], version)
+                    again = self.change(case, ["put", "M1"] if version else arguments, version)
                     self.assertEqual(again.status, 0, again)
 
 

@@ -327,8 +327,10 @@ IoStatus MeasurementDatabase::write(UserInterface* parent) {
         return status;
     }
     storage_->write(file_->writer());
-    status = file_->finish();
-    status = status.ok() ? file_->commit() : status;
+    if (status = file_->finish(); !status.ok()) {
+        return status;  // the new file is not whole, and must not take the place in any way
+    }
+    status = file_->commit();
     if (UserFile::isRefusedRename(status) && !file_->isInPlace()) {
         status = file_->commitInPlace({});
     }
