@@ -2,7 +2,7 @@
 // the user choose, each change has a tick.
 #pragma once
 
-#include "app/mdb/HelpedDialog.h"
+#include "app/framework/HelpedDialog.h"
 
 #include <string>
 #include <vector>

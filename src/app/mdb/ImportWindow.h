@@ -2,7 +2,7 @@
 // where the value of each field is, and how the first rows come out.
 #pragma once
 
-#include "app/mdb/HelpedDialog.h"
+#include "app/framework/HelpedDialog.h"
 #include "mdb/import/ImportFile.h"
 #include "mdb/import/ImportProfiles.h"
 

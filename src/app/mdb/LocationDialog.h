@@ -1,7 +1,7 @@
 // "Change Measurement Database Version/Location": which file is the database, and how it is stored.
 #pragma once
 
-#include "app/mdb/HelpedDialog.h"
+#include "app/framework/HelpedDialog.h"
 #include "mdb/record/MdbRecord.h"
 
 #include <string>

@@ -1,7 +1,7 @@
 // The profiles of imports: one is chosen to be loaded, or saved as, and any can be deleted.
 #pragma once
 
-#include "app/mdb/HelpedDialog.h"
+#include "app/framework/HelpedDialog.h"
 
 #include <string>
 

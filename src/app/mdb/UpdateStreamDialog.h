@@ -1,7 +1,7 @@
 // "Update Stream From Database": which fields of a database go to the measurements of a stream.
 #pragma once
 
-#include "app/mdb/HelpedDialog.h"
+#include "app/framework/HelpedDialog.h"
 #include "mdb/operations/StreamUpdate.h"
 
 #include <utility>
