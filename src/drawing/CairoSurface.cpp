@@ -6,6 +6,7 @@
 #include <array>
 #include <cairo-pdf.h>
 #include <cairo.h>
+#include <map>
 #include <numbers>
 #include <pango/pangocairo.h>
 #include <utility>
@@ -16,6 +17,12 @@ namespace kavu {
 namespace {
 
 constexpr double kDefaultHeight = 9;
+constexpr std::string_view kEqualWidths = "Courier";
+
+// The characters whose letters a font of equal widths has ready.
+constexpr char kFirstReady = ' ';
+constexpr char kLastReady = '~';
+constexpr std::size_t kReady = kLastReady - kFirstReady + 1;
 
 cairo_status_t append(void* closure, const unsigned char* data, unsigned int length) {
     static_cast<std::string*>(closure)->append(reinterpret_cast<const char*>(data), length);
@@ -31,8 +38,23 @@ void setColour(cairo_t* cairo, DrawingColour colour) {
 
 /// The same metrics, and free to be embedded.
 const char* familyOf(const std::string& family) {
-    return family == "Courier" ? "Liberation Mono" : "Liberation Sans";
+    return family == kEqualWidths ? "Liberation Mono" : "Liberation Sans";
 }
+
+bool isReady(std::string_view text) {
+    return std::all_of(text.begin(), text.end(),
+                       [](char c) { return c >= kFirstReady && c <= kLastReady; });
+}
+
+/// A font whose letters are all of one width, and neither join nor move together: a table has
+/// millions of them, and each is where the number of those before it puts it.
+struct ReadyFont {
+    cairo_scaled_font_t* font = nullptr;
+    std::array<unsigned long, kReady> glyphs{};
+    double advance = 0;
+    double height = 0;
+    double baseline = 0;
+};
 
 /// Control characters are no text; a line break would begin a second line.
 std::string shownText(std::string_view bytes) {
@@ -87,6 +109,10 @@ struct CairoSurface::Parts {
         pango_layout_context_changed(layout);
     }
     void finish() {
+        for (auto& [height, ready] : readyFonts) {
+            cairo_scaled_font_destroy(ready.font);
+        }
+        readyFonts.clear();
         if (layout != nullptr) {
             g_object_unref(std::exchange(layout, nullptr));
         }
@@ -116,6 +142,77 @@ struct CairoSurface::Parts {
         const auto shown = shownText(text);
         pango_layout_set_text(layout, shown.data(), static_cast<int>(shown.size()));
     }
+
+    /// The font of a text that needs no layout; null for every other one.
+    [[nodiscard]] const ReadyFont* readyFor(std::string_view text, const DrawingFont& wanted) {
+        if (wanted.family != kEqualWidths || wanted.bold || text.empty() || !isReady(text)) {
+            return nullptr;
+        }
+        const auto [found, isNew] = readyFonts.try_emplace(wanted.height);
+        if (isNew) {
+            found->second = makeReady(wanted);
+        }
+        return found->second.font == nullptr ? nullptr : &found->second;
+    }
+    /// Draws a text with its left end of the base line there.
+    void show(std::string_view text, const ReadyFont& ready, DrawingPoint at) {
+        glyphs.clear();
+        for (const char c : text) {
+            glyphs.push_back({ready.glyphs[static_cast<std::size_t>(c - kFirstReady)],
+                              at.x + static_cast<double>(glyphs.size()) * ready.advance, at.y});
+        }
+        clusters.resize(std::max(clusters.size(), text.size()), {1, 1});
+        const auto count = static_cast<int>(text.size());
+        cairo_set_scaled_font(cairo, ready.font);
+        cairo_show_text_glyphs(cairo, text.data(), count, glyphs.data(), count, clusters.data(),
+                               count, cairo_text_cluster_flags_t{});
+    }
+
+  private:
+    /// Without a font if this one is not what is expected of it.
+    ReadyFont makeReady(const DrawingFont& wanted) {
+        std::string all;
+        for (char c = kFirstReady; c <= kLastReady; ++c) {
+            all += c;
+        }
+        set(all, wanted);
+        ReadyFont ready;
+        const auto* const line = pango_layout_get_line_readonly(layout, 0);
+        std::size_t known = 0;
+        int advance = -1;
+        PangoFont* used = nullptr;
+        for (const GSList* run = line == nullptr ? nullptr : line->runs; run != nullptr;
+             run = run->next) {
+            const auto* const item = static_cast<const PangoGlyphItem*>(run->data);
+            used = used == nullptr ? item->item->analysis.font : used;
+            for (int i = 0; i < item->glyphs->num_glyphs; ++i) {
+                const auto& glyph = item->glyphs->glyphs[i];
+                advance = advance < 0 ? glyph.geometry.width : advance;
+                if (known == kReady || glyph.geometry.width != advance ||
+                    item->item->analysis.font != used ||
+                    (glyph.glyph & PANGO_GLYPH_UNKNOWN_FLAG) != 0 ||
+                    item->glyphs->log_clusters[i] != i) {
+                    return {};
+                }
+                ready.glyphs[known++] = glyph.glyph;
+            }
+        }
+        if (known != kReady || used == nullptr) {
+            return {};
+        }
+        int height = 0;
+        pango_layout_get_size(layout, nullptr, &height);
+        ready.height = static_cast<double>(height) / PANGO_SCALE;
+        ready.baseline = static_cast<double>(pango_layout_get_baseline(layout)) / PANGO_SCALE;
+        ready.advance = static_cast<double>(advance) / PANGO_SCALE;
+        ready.font = cairo_scaled_font_reference(
+            pango_cairo_font_get_scaled_font(reinterpret_cast<PangoCairoFont*>(used)));
+        return ready;
+    }
+
+    std::map<double, ReadyFont> readyFonts{};  ///< by their height
+    std::vector<cairo_glyph_t> glyphs{};
+    std::vector<cairo_text_cluster_t> clusters{};
 };
 
 CairoSurface::CairoSurface(std::unique_ptr<Parts> parts) : parts_(std::move(parts)) {}
@@ -189,6 +286,9 @@ void CairoSurface::polygon(std::span<const DrawingPoint> points) {
 }
 
 DrawingSize CairoSurface::textSize(std::string_view text, const DrawingFont& font) const {
+    if (const auto* const ready = parts_->readyFor(text, font)) {
+        return {static_cast<double>(text.size()) * ready->advance, ready->height};
+    }
     parts_->set(text, font);
     int width = 0;
     int height = 0;
@@ -198,6 +298,12 @@ DrawingSize CairoSurface::textSize(std::string_view text, const DrawingFont& fon
 
 void CairoSurface::text(DrawingPoint at, std::string_view text, const DrawingFont& font) {
     auto* const cairo = parts_->cairo;
+    if (const auto* const ready = parts_->readyFor(text, font);
+        ready != nullptr && font.angle == 0) {
+        setColour(cairo, 0);
+        parts_->show(text, *ready, {at.x, at.y + ready->baseline});
+        return;
+    }
     parts_->set(text, font);
     cairo_save(cairo);
     setColour(cairo, 0);

@@ -119,6 +119,36 @@ TEST(RecordedPage, KnowsItsTextsAndTheirPlaces) {
     EXPECT_NEAR(text.size.width, 24, 0.1);
 }
 
+/// A picture of a text, up to the end of its first letters of equal width.
+std::string pictureOf(const std::string& text, double height, double width) {
+    PngSurface surface(900, 40);
+    const DrawingFont font{.family = "Courier", .height = height};
+    surface.clip({10, 0, 10 + width, 40});
+    surface.text({10, 5}, text, font);
+    surface.releaseClip();
+    return surface.document();
+}
+
+TEST(PngSurface, TablesAreDrawnAsTheLayoutOfTextDrawsThem) {
+    std::string letters;
+    for (char c = ' '; c <= '~'; ++c) {
+        letters += c;
+    }
+    for (const double height : {5.0, 9.0, 14.0}) {
+        PngSurface measure(10, 10);
+        const DrawingFont font{.family = "Courier", .height = height};
+        const auto ready = measure.textSize(letters, font);
+        // Such a letter takes a text out of what is ready, and stands outside of the picture.
+        const auto laid = measure.textSize(letters + "\xC3\xA4", font);
+        EXPECT_NEAR(laid.width - ready.width, ready.width / 95, 0.01);
+        EXPECT_DOUBLE_EQ(laid.height, ready.height);
+        const double shown = ready.width * 0.98;  // its edge is blurred
+        EXPECT_EQ(pictureOf(letters, height, shown),
+                  pictureOf(letters + "\xC3\xA4", height, shown));
+        EXPECT_NE(pictureOf(letters, height, shown), pictureOf("", height, shown));
+    }
+}
+
 TEST(PngSurface, IsAPictureOfItsSizeWithAWhiteBackground) {
     PngSurface surface(120, 80);
     EXPECT_DOUBLE_EQ(surface.area().right, 120);
