@@ -102,19 +102,24 @@ void addTableColumns(ReportTable& table, const std::vector<ReportColumn>& column
 template <typename Place>
 void addTableRows(ReportTable& table, const MeasurementReportParts& parts,
                   const std::vector<ReportColumn>& columns, const std::vector<Place>& places) {
-    std::unordered_set<std::string> names;
+    std::unordered_set<std::string_view> spellings;
     for (const auto& place : places) {
-        names.insert(lowerAscii(place.name));
+        spellings.insert(place.name);
+    }
+    std::unordered_set<std::string> names;
+    for (const auto spelling : spellings) {
+        names.insert(lowerAscii(spelling));
     }
     const RecordValues records(
         parts.conversions, columns, floatPrecision(parts.context.settings),
         [&](const std::string& lower) { return names.contains(lower); }, parts.parent);
     int shown = -1;
     table.rows.reserve(places.size());
+    TableRow row;  // the copies of it have no more room than they need
     for (const auto& place : places) {
         const auto* const values = records.find(place.name);
         std::size_t next = 0;
-        auto& row = table.rows.emplace_back();
+        row.clearCells();
         for (const auto& column : columns) {
             if (!isOfRecord(column)) {
                 row.add(placeValue(place, column.id));
@@ -124,8 +129,12 @@ void addTableRows(ReportTable& table, const MeasurementReportParts& parts,
                 row.add({});
             }
         }
+        table.rows.push_back(row);
         const double percent =
             100.0 * static_cast<double>(table.rows.size()) / static_cast<double>(places.size());
+        if (table.rows.size() % kRowsOfAPoll == 0 && cancelRequested(parts.parent)) {
+            return;
+        }
         if (static_cast<int>(percent) != shown) {
             shown = static_cast<int>(percent);
             setStatusText(parts.parent, formatPrintf("Generating Report: (%.0f%%)", percent));
@@ -156,10 +165,11 @@ ReportContent makeMeasurementReport(const MeasurementReportParts& parts, const P
     auto places =
         collectPlaces(format, parts.layout.isChecked(layout_key::kFirstLocationOnly), parts.parent);
     setStatusText(parts.parent, "Sorting Measurement Names");
-    sortPlaces(places, parts.layout.number(layout_key::kSort) == 1 ? MeasurementSort::Name
-                                                                   : MeasurementSort::Place);
-    mergePlaces(places);
-    addTableRows(report.table, parts, columns, places);
+    const auto sort = parts.layout.number(layout_key::kSort) == 1 ? MeasurementSort::Name
+                                                                  : MeasurementSort::Place;
+    if (sortPlaces(places, sort, parts.parent) && mergePlaces(places, parts.parent)) {
+        addTableRows(report.table, parts, columns, places);
+    }
     return report;
 }
 

@@ -6,7 +6,10 @@
 #include "vocabulary/LocationTypes.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <iterator>
 #include <map>
+#include <numeric>
 #include <tuple>
 #include <utility>
 
@@ -159,6 +162,60 @@ bool continues(const MeasurementPlace& before, const MeasurementPlace& place) {
            key(before) == key(place);
 }
 
+/// So many rows are sorted, or looked at, between two looks whether the user has cancelled.
+constexpr std::size_t kSortedRun = 1U << 14U;
+
+/// The order of the rows, equal ones as they are; nothing after a cancel. Half a million rows take
+/// a while: runs are sorted on their own, and merged pair by pair.
+template <typename Before>
+std::vector<std::uint32_t> sortedInRuns(const std::vector<MeasurementPlace>& places,
+                                        const Before& isBefore, UserInterface* parent) {
+    std::vector<std::uint32_t> order(places.size());
+    std::iota(order.begin(), order.end(), 0U);
+    const auto isLess = [&](std::uint32_t a, std::uint32_t b) {
+        return isBefore(places[a], places[b]);
+    };
+    const auto at = [&](std::size_t i) {
+        return order.begin() + static_cast<std::ptrdiff_t>(std::min(i, order.size()));
+    };
+    for (std::size_t i = 0; i < order.size(); i += kSortedRun) {
+        if (cancelRequested(parent)) {
+            return {};
+        }
+        std::stable_sort(at(i), at(i + kSortedRun), isLess);
+    }
+    for (std::size_t run = kSortedRun; run < order.size(); run *= 2) {
+        for (std::size_t i = 0; i + run < order.size(); i += 2 * run) {
+            if (cancelRequested(parent)) {
+                return {};
+            }
+            // Rows are collected in the order of their places, mostly as they are wanted.
+            if (isLess(*at(i + run), *std::prev(at(i + run)))) {
+                std::inplace_merge(at(i), at(i + run), at(i + 2 * run), isLess);
+            }
+        }
+    }
+    return order;
+}
+
+/// Puts each row where the order wants it, without a second copy of all of them.
+void arrange(std::vector<MeasurementPlace>& places, std::vector<std::uint32_t> order) {
+    for (std::uint32_t first = 0; first < order.size(); ++first) {
+        if (order[first] == first) {
+            continue;
+        }
+        const auto kept = places[first];
+        std::uint32_t to = first;
+        for (auto from = order[to]; from != first; from = order[to]) {
+            places[to] = places[from];
+            order[to] = to;
+            to = from;
+        }
+        places[to] = kept;
+        order[to] = to;
+    }
+}
+
 }  // namespace
 
 std::vector<MeasurementPlace> collectPlaces(const PcmFormat& format, bool firstOnly,
@@ -171,21 +228,30 @@ std::vector<MeasurementPlace> collectPlaces(const PcmFormat& format, bool firstO
     return collector.take();
 }
 
-void sortPlaces(std::vector<MeasurementPlace>& places, MeasurementSort sort) {
-    std::stable_sort(places.begin(), places.end(),
-                     [sort](const MeasurementPlace& a, const MeasurementPlace& b) {
-                         const auto key = [](const MeasurementPlace& each) {
-                             return std::pair(each.startWord, each.startFrame);
-                         };
-                         return sort == MeasurementSort::Name
-                                    ? std::pair(a.name, key(a)) < std::pair(b.name, key(b))
-                                    : std::pair(key(a), a.name) < std::pair(key(b), b.name);
-                     });
+bool sortPlaces(std::vector<MeasurementPlace>& places, MeasurementSort sort,
+                UserInterface* parent) {
+    const auto isBefore = [sort](const MeasurementPlace& a, const MeasurementPlace& b) {
+        const auto key = [](const MeasurementPlace& each) {
+            return std::pair(each.startWord, each.startFrame);
+        };
+        return sort == MeasurementSort::Name
+                   ? std::pair(a.name, key(a)) < std::pair(b.name, key(b))
+                   : std::pair(key(a), a.name) < std::pair(key(b), b.name);
+    };
+    const auto order = sortedInRuns(places, isBefore, parent);
+    if (order.size() != places.size()) {
+        return false;
+    }
+    arrange(places, order);
+    return true;
 }
 
-void mergePlaces(std::vector<MeasurementPlace>& places) {
+bool mergePlaces(std::vector<MeasurementPlace>& places, UserInterface* parent) {
     std::size_t last = 0;
     for (std::size_t i = 1; i < places.size(); ++i) {
+        if (i % kSortedRun == 0 && cancelRequested(parent)) {
+            return false;
+        }
         if (continues(places[last], places[i])) {
             places[last].endFrame = places[i].startFrame;
         } else if (++last != i) {
@@ -193,6 +259,7 @@ void mergePlaces(std::vector<MeasurementPlace>& places) {
         }
     }
     places.resize(places.empty() ? 0 : last + 1);
+    return true;
 }
 
 }  // namespace kavu

@@ -38,10 +38,12 @@ enum class MeasurementSort { Place = 0, Name };
 [[nodiscard]] std::vector<MeasurementPlace> collectPlaces(const PcmFormat& format, bool firstOnly,
                                                           UserInterface* parent);
 /// Sorts by word, frame and name, or by name, word and frame; bytes are compared, and equal rows
-/// keep their order.
-void sortPlaces(std::vector<MeasurementPlace>& places, MeasurementSort sort);
+/// keep their order. False when `parent`, who may be null, has cancelled.
+[[nodiscard]] bool sortPlaces(std::vector<MeasurementPlace>& places, MeasurementSort sort,
+                              UserInterface* parent);
 /// Makes one row of neighbours that differ in nothing but that the frame of each follows that
-/// before; never of a supercommutated measurement, which has a row for each place.
-void mergePlaces(std::vector<MeasurementPlace>& places);
+/// before; never of a supercommutated measurement, which has a row for each place. False when
+/// `parent`, who may be null, has cancelled.
+[[nodiscard]] bool mergePlaces(std::vector<MeasurementPlace>& places, UserInterface* parent);
 
 }  // namespace kavu

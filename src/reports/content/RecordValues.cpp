@@ -18,6 +18,8 @@ namespace {
 
 /// A count of a file is not believed beyond this.
 constexpr int kMostListed = 100'000;
+/// Records between two looks whether the user has cancelled.
+constexpr std::size_t kPollRecords = 1024;
 
 using Record = ProfileFile::Section;
 
@@ -96,6 +98,7 @@ RecordValues::RecordValues(ConversionStore& store, const std::vector<ReportColum
     const bool needsComment = std::any_of(taken.begin(), taken.end(), [](const auto& column) {
         return column.id == ReportColumnId::CommentString;
     });
+    std::size_t count = 0;
     for (const auto number : store.chunkNumbers()) {
         const auto chunk = store.chunk(number);
         if (cancelRequested(parent) || !chunk) {
@@ -103,6 +106,9 @@ RecordValues::RecordValues(ConversionStore& store, const std::vector<ReportColum
         }
         yieldToInterface(parent);
         for (const auto& record : chunk->sections()) {
+            if (++count % kPollRecords == 0 && cancelRequested(parent)) {
+                return;
+            }
             auto lower = lowerAscii(record.name());
             if (record.name().empty() || !wanted(lower) || exact_.contains(record.name())) {
                 continue;

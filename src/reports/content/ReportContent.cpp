@@ -19,11 +19,23 @@ std::string_view ReportLine::caption() const {
     return trim(lead);
 }
 
+namespace {
+
+/// A longer cell has this where the length of another stands, and its length behind it.
+constexpr unsigned char kLongCell = 0xFF;
+
+}  // namespace
+
 void TableRow::add(std::string_view cell) {
-    const auto size = static_cast<std::uint32_t>(cell.size());
-    std::array<char, sizeof size> bytes{};
-    std::memcpy(bytes.data(), &size, sizeof size);
-    text_.append(bytes.data(), bytes.size());
+    if (cell.size() < kLongCell) {
+        text_ += static_cast<char>(cell.size());
+    } else {
+        const auto size = static_cast<std::uint32_t>(cell.size());
+        std::array<char, sizeof size> bytes{};
+        std::memcpy(bytes.data(), &size, sizeof size);
+        text_ += static_cast<char>(kLongCell);
+        text_.append(bytes.data(), bytes.size());
+    }
     text_ += cell;
 }
 
@@ -31,8 +43,11 @@ std::vector<std::string_view> TableRow::cells() const {
     std::vector<std::string_view> all;
     std::uint32_t size = 0;
     for (std::size_t at = 0; at < text_.size(); at += size) {
-        std::memcpy(&size, text_.data() + at, sizeof size);
-        at += sizeof size;
+        size = static_cast<unsigned char>(text_[at++]);
+        if (size == kLongCell) {
+            std::memcpy(&size, text_.data() + at, sizeof size);
+            at += sizeof size;
+        }
         all.push_back(std::string_view(text_).substr(at, size));
     }
     return all;
@@ -71,6 +86,10 @@ void appendPadded(std::string& line, std::string_view text, std::size_t width) {
     line += text;
     const auto shown = shownWidth(text);
     line.append(width > shown ? width - shown : 0, ' ');
+}
+
+bool isOnOneLine(std::string_view text) {
+    return std::none_of(text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r'; });
 }
 
 std::string onOneLine(std::string_view text) {

@@ -51,6 +51,8 @@ class TableRow {
     explicit TableRow(std::string label) : label_(std::move(label)) {}
 
     void add(std::string_view cell);
+    /// Takes the cells away, and keeps the room that they had.
+    void clearCells() { text_.clear(); }
     /// The number of the frame, in a grid.
     [[nodiscard]] const std::string& label() const { return label_; }
     /// Valid until the next `add`.
@@ -58,7 +60,7 @@ class TableRow {
 
   private:
     std::string label_{};
-    std::string text_{};  ///< each cell after its length
+    std::string text_{};  ///< each cell after its length, a byte for nearly all of them
 };
 
 /// What stands below a column of a grid with one row.
@@ -67,6 +69,9 @@ struct WordList {
     std::string heading{};             ///< "FWP 5:"
     std::vector<std::string> lines{};  ///< "1=A"
 };
+
+/// Rows that are gone through between two looks whether the user has cancelled.
+inline constexpr std::size_t kRowsOfAPoll = 4096;
 
 struct ReportTable {
     /// A grid has rows with labels, and is cut into blocks of columns.
@@ -98,5 +103,7 @@ struct ReportContent {
 void appendPadded(std::string& line, std::string_view text, std::size_t width);
 /// The text on one line: each line break is a blank.
 [[nodiscard]] std::string onOneLine(std::string_view text);
+/// True if it is on one line already.
+[[nodiscard]] bool isOnOneLine(std::string_view text);
 
 }  // namespace kavu
