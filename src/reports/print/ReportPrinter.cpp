@@ -53,12 +53,12 @@ class PrintedLines : public LineSink {
     };
 
     void startReport(const ReportHead&) override {}
-    void line(std::string_view text) override { lines_.push_back({.text = withoutTabs(text)}); }
+    void line(std::string_view text) override { add({.text = withoutTabs(text)}); }
     void captionLine(const ReportLine& line) override {
         auto text = withoutTabs(line.lead);
         const auto caption = text.size();
         text += withoutTabs(onOneLine(line.value), shownWidth(text));
-        lines_.push_back({.text = std::move(text), .caption = caption});
+        add({.text = std::move(text), .caption = caption});
     }
     /// The head has just been written.
     void setTableHead(const std::vector<std::string>& lines) override {
@@ -71,16 +71,16 @@ class PrintedLines : public LineSink {
         }
     }
     [[nodiscard]] const std::vector<Line>& lines() const { return lines_; }
-    [[nodiscard]] std::size_t widest() const {
-        std::size_t widest = 1;
-        for (const auto& line : lines_) {
-            widest = std::max(widest, shownWidth(line.text));
-        }
-        return widest;
-    }
+    [[nodiscard]] std::size_t widest() const { return widest_; }
 
   private:
+    void add(Line line) {
+        widest_ = std::max(widest_, shownWidth(line.text));
+        lines_.push_back(std::move(line));
+    }
+
     std::vector<Line> lines_{};
+    std::size_t widest_ = 1;
 };
 
 /// Lines between two looks whether the user has cancelled.

@@ -15,6 +15,9 @@ namespace {
 
 /// Style 0 of the table has this number.
 constexpr int kFirstStyleId = 21;
+/// Of the rows of a sheet. Those of a large one are never twice in memory: each piece goes when it
+/// is in the file.
+constexpr std::size_t kPieceBytes = 1U << 22U;
 
 struct FlagText {
     std::uint32_t flag;
@@ -117,10 +120,11 @@ std::string sheetOptions(const SheetSetup& setup, bool isFirst) {
            "</WorksheetOptions>\n";
 }
 
-}  // namespace
-
-std::string escapeForWorkbook(std::string_view bytes) {
-    std::string text;
+void appendEscaped(std::string& text, std::string_view bytes) {
+    if (isPlainMarkup(bytes)) {
+        text += bytes;
+        return;
+    }
     for (const char c : workbookText(bytes)) {
         if (const auto entity = markupEntity(c); !entity.empty()) {
             text += entity;
@@ -132,6 +136,13 @@ std::string escapeForWorkbook(std::string_view bytes) {
             text += c;
         }
     }
+}
+
+}  // namespace
+
+std::string escapeForWorkbook(std::string_view bytes) {
+    std::string text;
+    appendEscaped(text, bytes);
     return text;
 }
 
@@ -224,8 +235,13 @@ void ExcelXmlWriter::cell(std::string_view type, std::string_view data, int styl
     rows += "><Data ss:Type=\"";
     rows += type;
     rows += "\">";
-    rows += escapeForWorkbook(data);
+    appendEscaped(rows, data);
     rows += "</Data></Cell>\n";
+    if (rows.size() >= kPieceBytes) {
+        sheet.pieces.push_back(std::move(rows));
+        rows.clear();
+        rows.reserve(kPieceBytes + kPieceBytes / 4);
+    }
 }
 
 void ExcelXmlWriter::textCell(std::string_view text, int style, CellSpan span) {
@@ -269,17 +285,25 @@ void ExcelXmlWriter::writeSheet(std::string& text, Sheet& sheet, bool isFirst) c
         text += width > 0 ? formatPrintf("<Column ss:Width=\"%.2f\"/>\n", width)
                           : std::string("<Column ss:AutoFitWidth=\"1\"/>\n");
     }
+    addRows(text, sheet);
+    text += "</Table>\n" + sheetOptions(sheet.setup, isFirst) + "</Worksheet>\n";
+}
+
+void ExcelXmlWriter::addRows(std::string& text, Sheet& sheet) {
+    for (auto& piece : sheet.pieces) {
+        text += piece;
+        std::string().swap(piece);
+    }
     text += sheet.rows;
     std::string().swap(sheet.rows);
-    text += "</Table>\n" + sheetOptions(sheet.setup, isFirst) + "</Worksheet>\n";
 }
 
 std::string ExcelXmlWriter::document() {
     endRow();
     std::string text;
     if (mode_ == Mode::Delimited) {
-        for (const auto& sheet : sheets_) {
-            text += sheet.rows;
+        for (auto& sheet : sheets_) {
+            addRows(text, sheet);
         }
         return text;
     }
@@ -293,6 +317,9 @@ std::string ExcelXmlWriter::document() {
     std::size_t size = text.size();
     for (const auto& sheet : sheets_) {
         size += sheet.rows.size();
+        for (const auto& piece : sheet.pieces) {
+            size += piece.size();
+        }
     }
     constexpr std::size_t kRest = 1U << 16U;  // of columns and options; more is still possible
     text.reserve(size + kRest);               // half a million cells are joined once

@@ -35,6 +35,7 @@ class ExcelXmlWriter : public WorkbookWriter {
   private:
     struct Sheet {
         SheetSetup setup{};
+        std::vector<std::string> pieces{};  ///< of the rows that are complete, but for the last
         std::string rows{};
         int rowCount = 0;
         int lastRow = 0;  ///< of the cells that reach down
@@ -42,6 +43,7 @@ class ExcelXmlWriter : public WorkbookWriter {
     };
 
     void cell(std::string_view type, std::string_view data, int style, CellSpan span);
+    static void addRows(std::string& text, Sheet& sheet);
     void writeStyles(std::string& text) const;
     void writeSheet(std::string& text, Sheet& sheet, bool isFirst) const;
 

@@ -66,8 +66,11 @@ for (const section of document.querySelectorAll("section")) {
 )";
 
 /// The text as that of an element; line breaks stay.
-std::string htmlText(std::string_view bytes) {
-    std::string text;
+void addHtmlText(std::string& text, std::string_view bytes) {
+    if (isPlainMarkup(bytes)) {
+        text += bytes;
+        return;
+    }
     for (const char c : workbookText(bytes)) {
         if (const auto entity = markupEntity(c); !entity.empty()) {
             text += entity;
@@ -75,6 +78,11 @@ std::string htmlText(std::string_view bytes) {
             text += c;
         }
     }
+}
+
+std::string htmlText(std::string_view bytes) {
+    std::string text;
+    addHtmlText(text, bytes);
     return text;
 }
 
@@ -135,7 +143,7 @@ void addTableHtml(std::string& html, const ReportTable& table) {
         for (const auto cell : row.cells()) {
             const bool isNumber = !table.isGrid && table.columns[i].isNumber;
             html += isNumber ? "<td class=\"number\">" : "<td>";
-            html += htmlText(cell);
+            addHtmlText(html, cell);
             html += "</td>";
             ++i;
         }

@@ -155,7 +155,11 @@ class SheetMaker {
                 widest[i - first] = std::max(widest[i - first], shownWidth(line));
             }
         }
+        std::size_t count = 0;
         for (const auto& row : table.rows) {
+            if (++count % kRowsOfAPoll == 0 && cancelRequested(parent_)) {
+                break;  // the rows of the sheet see the cancel as well
+            }
             const auto cells = row.cells();
             for (std::size_t i = first; i < std::min(end, cells.size()); ++i) {
                 widest[i - first] = std::max(widest[i - first], widestLine(cells[i]));

@@ -42,7 +42,8 @@ void writeHead(const ReportHead& head, LineSink& sink) {
 
 // --- Lists ------------------------------------------------------------------------------------
 
-std::vector<std::size_t> widthsOf(const ReportTable& table) {
+/// Nothing after a cancel.
+std::vector<std::size_t> widthsOf(const ReportTable& table, UserInterface* parent) {
     std::vector<std::size_t> widths;
     for (const auto& column : table.columns) {
         std::size_t width = 0;
@@ -51,11 +52,17 @@ std::vector<std::size_t> widthsOf(const ReportTable& table) {
         }
         widths.push_back(width);
     }
+    std::size_t count = 0;
     for (const auto& row : table.rows) {
+        if (++count % kRowsOfAPoll == 0 && cancelRequested(parent)) {
+            return {};
+        }
         std::size_t i = 0;
         for (const auto cell : row.cells()) {
             // A field that has several lines is a little narrower than this on one line.
-            widths[i] = std::max(widths[i], shownWidth(onOneLine(cell)));
+            widths[i] =
+                std::max(widths[i],
+                         shownWidth(isOnOneLine(cell) ? cell : std::string_view(onOneLine(cell))));
             ++i;
         }
     }
@@ -68,7 +75,11 @@ std::string listLine(const Texts& texts, const std::vector<std::size_t>& widths)
     std::size_t i = 0;
     for (const auto& text : texts) {
         line += i > 0 ? " " : "";
-        appendPadded(line, onOneLine(text), widths[i++]);
+        if (isOnOneLine(text)) {
+            appendPadded(line, text, widths[i++]);
+        } else {
+            appendPadded(line, onOneLine(text), widths[i++]);
+        }
     }
     return line;
 }
@@ -77,7 +88,10 @@ void writeList(const ReportTable& table, LineSink& sink, UserInterface* parent) 
     if (table.columns.empty()) {
         return;
     }
-    const auto widths = widthsOf(table);
+    const auto widths = widthsOf(table, parent);
+    if (widths.empty()) {
+        return;
+    }
     std::vector<std::string> head;
     for (std::size_t i = 0; i < table.headLines; ++i) {
         std::vector<std::string> texts;
@@ -284,7 +298,11 @@ std::string delimitedTable(const ReportTable& table) {
     bool isFirst = true;
     const auto add = [&](std::string_view field) {
         text += isFirst ? "" : ";";
-        text += onOneLine(field);
+        if (isOnOneLine(field)) {
+            text += field;
+        } else {
+            text += onOneLine(field);
+        }
         isFirst = false;
     };
     for (const auto& column : table.columns) {

@@ -107,6 +107,12 @@ bool isWorkbookNumber(std::string_view text) {
     return at == text.size() && digits < 200;
 }
 
+bool isPlainMarkup(std::string_view bytes) {
+    return std::all_of(bytes.begin(), bytes.end(), [](char c) {
+        return c >= ' ' && c <= '~' && c != '&' && c != '<' && c != '>' && c != '"' && c != '\'';
+    });
+}
+
 std::string workbookText(std::string_view bytes) {
     const auto utf8 = toUtf8(bytes);
     std::string text;

@@ -113,6 +113,9 @@ class WorkbookWriter {
 
 /// True for a decimal number as a workbook can hold it.
 [[nodiscard]] bool isWorkbookNumber(std::string_view text);
+/// True if every character stands in XML as it is: letters of ASCII without markup, quotes or line
+/// breaks, as most cells have them.
+[[nodiscard]] bool isPlainMarkup(std::string_view bytes);
 /// The bytes as UTF-8 that an XML file can hold: what it cannot becomes U+FFFD. A carriage return
 /// is a blank, one with a line feed is that alone.
 [[nodiscard]] std::string workbookText(std::string_view bytes);
