@@ -74,4 +74,35 @@ inline std::string filledData(int count) {
     return text;
 }
 
+/// So many word/frame measurements, ten in a word: each in a tenth of the frames, which follow one
+/// another, or in the first of them only.
+inline std::string rangesData(int count, bool onePlace) {
+    std::string text = "D-1\\DLN:S;\r\nD-1\\ML\\N:1;\r\nD-1\\MLN-1:L;\r\n" +
+                       command("D-1\\", "MN\\N-1", std::to_string(count));
+    constexpr int kRange = kFrames / kInEachWord;
+    for (int m = 1; m <= count; ++m) {
+        const auto at = "-1-" + std::to_string(m);
+        const auto add = [&](const std::string& code, const std::string& value) {
+            text += command("D-1\\", code + at, value);
+        };
+        const int tenth = (m - 1) % kInEachWord;
+        const int first = 1 + tenth * kRange;
+        const int last = onePlace ? first : tenth == kInEachWord - 1 ? kFrames : first + kRange - 1;
+        add("MN", "MEASUREMENT-" + std::to_string(m));
+        add("LT", "WDFR");
+        add("MML\\N", "1");
+        const auto fragment = at + "-1-1";
+        const auto addPlace = [&](const std::string& code, int value) {
+            text += command("D-1\\", code + fragment, std::to_string(value));
+        };
+        addPlace("WP", (m - 1) / kInEachWord + 2);
+        addPlace("WI", 0);
+        addPlace("FP", first);
+        addPlace("FI", onePlace ? 0 : 1);
+        addPlace("EFP", last);
+        text += command("D-1\\", "WFM" + fragment, "FW");
+    }
+    return text;
+}
+
 }  // namespace kavu::bench

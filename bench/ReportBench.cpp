@@ -11,12 +11,16 @@
 #include "reports/writers/HtmlWriter.h"
 #include "reports/writers/ReportWorkbook.h"
 #include "reports/writers/TextWriter.h"
+#include "reports/writers/XlsxWriter.h"
 #include "support/RecordingInterface.h"
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
+#include <fstream>
+#include <malloc.h>
+#include <memory>
 #include <string>
-#include <sys/resource.h>
 
 #include <benchmark/benchmark.h>
 
@@ -25,13 +29,17 @@ namespace {
 
 using bench::filledData;
 using bench::filledFormat;
-using bench::kInEachWord;
 using bench::kMostWordsFilled;
 using bench::StreamWorld;
 
 constexpr int kMeasurements = 20'000;
 
-enum Form { kText, kDelimited, kWorkbook, kPages, kHtml };
+enum Form { kText, kDelimited, kWorkbook, kPages, kHtml, kXlsx };
+
+/// Where the measurements are: each at one place; each in a tenth of the frames of a word, which
+/// make one range; each in every tenth frame, so that no two places are neighbours and the list has
+/// half a million rows.
+enum Shape { kOnePlace, kRanges, kScattered };
 
 std::string sampleRecords() {
     std::string text;
@@ -44,11 +52,13 @@ std::string sampleRecords() {
 }
 
 struct ReportWorld : StreamWorld {
-    ReportWorld() {
-        document.version = bench::kOlderEdition;
-        const int words = (kMeasurements + kInEachWord - 1) / kInEachWord;
+    explicit ReportWorld(Shape shape) {
+        const bool isScattered = shape == kScattered;
+        document.version = isScattered ? bench::kOlderEdition : bench::kWordFrameEdition;
         good = load(filledFormat(kMostWordsFilled),
-                    filledData(std::min(kMeasurements, words * kInEachWord)));
+                    isScattered ? filledData(kMeasurements)
+                                : bench::rangesData(kMeasurements, shape == kOnePlace)) &&
+               format.cells().nameCount() == kMeasurements;
         (void)writeWholeFile(store.pathOf("[kavu]00000001.C_O"), sampleRecords());
         conversions.forget();
         for (int column = 1; column <= 22; ++column) {
@@ -87,33 +97,71 @@ std::size_t bytesOf(ReportWorld& world, ReportKind kind, Form form) {
                 .pdf.size();
         case kHtml:
             return htmlPage(reports).size();
+        case kXlsx: {
+            XlsxWriter workbook(world.folder, world.clock.now());
+            for (const auto& report : reports) {
+                writeSheets(report, workbook);
+            }
+            std::string bytes;
+            (void)workbook.finish(bytes);
+            return bytes.size();
+        }
         default:
             return reportText(reports, {}).size();
     }
 }
 
-void FullFrameReport(benchmark::State& state) {
-    static ReportWorld world;
-    if (!world.good) {
+/// The stream of a shape, which the measurements of that shape share; there is never a second one
+/// in memory. Null if it was not made.
+ReportWorld* worldOf(benchmark::State& state, Shape shape) {
+    static std::unique_ptr<ReportWorld> world;
+    static Shape made{};
+    if (world == nullptr || made != shape) {
+        world.reset();
+        world = std::make_unique<ReportWorld>(shape);
+        made = shape;
+    }
+    if (!world->good) {
         state.SkipWithError("the stream was not made");
+    }
+    return world->good ? world.get() : nullptr;
+}
+
+/// Kilobytes of a line of what the system tells of this process; 0 if it does not.
+double memoryOf(const std::string& line) {
+    std::ifstream status("/proc/self/status");
+    for (std::string text; std::getline(status, text);) {
+        if (text.starts_with(line)) {
+            return std::strtod(text.c_str() + line.size(), nullptr);
+        }
+    }
+    return 0;
+}
+
+void FullFrameReport(benchmark::State& state) {
+    auto* const world = worldOf(state, static_cast<Shape>(state.range(2)));
+    if (world == nullptr) {
         return;
     }
+    malloc_trim(0);
+    std::ofstream("/proc/self/clear_refs") << "5";  // the peak begins again
+    const double before = memoryOf("VmRSS:");
     std::size_t bytes = 0;
     for (auto _ : state) {
-        bytes = bytesOf(world, static_cast<ReportKind>(state.range(0)),
+        bytes = bytesOf(*world, static_cast<ReportKind>(state.range(0)),
                         static_cast<Form>(state.range(1)));
     }
-    rusage used{};
-    (void)getrusage(RUSAGE_SELF, &used);
     state.counters["bytes"] = static_cast<double>(bytes);
-    // Of the whole run until now, the stream in memory included.
-    state.counters["most_mb"] = static_cast<double>(used.ru_maxrss) / 1024;
+    // Of the process, the stream included, and of the report alone.
+    state.counters["most_mb"] = memoryOf("VmHWM:") / 1024;
+    state.counters["report_mb"] = (memoryOf("VmHWM:") - before) / 1024;
 }
 BENCHMARK(FullFrameReport)
     ->ArgsProduct({{static_cast<long>(ReportKind::Frame),
                     static_cast<long>(ReportKind::Measurements)},
-                   {kText, kDelimited, kWorkbook, kPages, kHtml}})
-    ->ArgNames({"kind", "form"})
+                   {kText, kDelimited, kWorkbook, kPages, kHtml, kXlsx},
+                   {kOnePlace, kRanges, kScattered}})
+    ->ArgNames({"kind", "form", "shape"})
     ->Iterations(1)
     ->Unit(benchmark::kMillisecond);
 
@@ -133,20 +181,19 @@ class PollClock : public test::RecordingInterface {
 };
 
 void FullFrameReportCancel(benchmark::State& state) {
-    static ReportWorld world;
-    if (!world.good) {
-        state.SkipWithError("the stream was not made");
+    auto* const world = worldOf(state, static_cast<Shape>(state.range(2)));
+    if (world == nullptr) {
         return;
     }
     PollClock parent;
     for (auto _ : state) {
         parent.last = std::chrono::steady_clock::now();
-        auto made = makeReport(world.source(&parent), static_cast<ReportKind>(state.range(0)));
+        auto made = makeReport(world->source(&parent), static_cast<ReportKind>(state.range(0)));
         (void)parent.cancelRequested();
         if (made && state.range(1) != 0) {
             std::vector<ReportContent> reports;
             reports.push_back(std::move(*made));
-            (void)printReportPages(world.context, world.layout, reports, 1, {.isLandscape = true},
+            (void)printReportPages(world->context, world->layout, reports, 1, {.isLandscape = true},
                                    &parent);
             (void)parent.cancelRequested();
         }
@@ -157,8 +204,9 @@ void FullFrameReportCancel(benchmark::State& state) {
 BENCHMARK(FullFrameReportCancel)
     ->ArgsProduct({{static_cast<long>(ReportKind::Frame),
                     static_cast<long>(ReportKind::Measurements)},
-                   {0, 1}})
-    ->ArgNames({"kind", "printed"})
+                   {0, 1},
+                   {kOnePlace, kRanges, kScattered}})
+    ->ArgNames({"kind", "printed", "shape"})
     ->Iterations(1)
     ->Unit(benchmark::kMillisecond);
 
