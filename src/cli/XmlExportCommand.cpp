@@ -114,6 +114,9 @@ bool xmlExportCommand(CommandContext& context, CommandOutput& output) {
         } else {
             report.errors = session.errors();
         }
+    } else if (line.json && !context.ui->messages().empty()) {
+        // The document has no messages; the reason would be nowhere.
+        report.errors.push_back(context.ui->messages().back().text);
     }
     addMembers(line, report, isCreated, output);
     output.isReported = !report.errors.empty() || !report.warnings.empty();

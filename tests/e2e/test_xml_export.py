@@ -71,7 +71,9 @@ class XmlExportTest(kavu.KavuTest):
     def test_an_output_that_exists_is_replaced_only_on_request(self):
         self.write("in.tma", SMALL)
         self.write("out.xml", b"mine")
-        self.export("in.tma", "-o", "out.xml", status=FAILED)
+        document = self.export("in.tma", "-o", "out.xml", status=FAILED)
+        self.assertEqual(document["errors"],
+                         ["'out.xml' exists. With --overwrite it would be replaced."])
         with open(self.path("out.xml"), "rb") as file:
             self.assertEqual(file.read(), b"mine")
         self.export("in.tma", "-o", "out.xml", "--overwrite")
@@ -89,6 +91,13 @@ class XmlExportTest(kavu.KavuTest):
         document = self.export("none.tma", "-o", "out.xml", status=FAILED)
         self.assertFalse(document["created"])
         self.assertFalse(os.path.exists(self.path("out.xml")))
+
+    def test_an_output_that_cannot_be_created_is_an_error(self):
+        self.write("in.tma", SMALL)
+        target = os.path.join("none", "out.xml")
+        document = self.export("in.tma", "-o", target, status=FAILED)
+        self.assertFalse(document["created"])
+        self.assertEqual(document["errors"], ["Unable to create XML file '%s'." % target])
 
     def test_the_input_is_never_the_output(self):
         self.write("in.tma", SMALL)
