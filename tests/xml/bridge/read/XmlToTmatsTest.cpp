@@ -45,6 +45,13 @@ TEST_F(XmlToTmatsTest, ContactsKeepTheirRowsWhateverTheyLack) {
               "G\\POC\\N:1;\nG\\POC2-1:B1;\nG\\POC1-2:A2;\nG\\POC4-2:4;\n");
 }
 
+TEST_F(XmlToTmatsTest, BySchemaAllContactsCount) {
+    EXPECT_EQ(imported("<PointOfContact><Agency>B1</Agency></PointOfContact>"
+                       "<PointOfContact><Name>A2</Name></PointOfContact>",
+                       XmlDialect::Schema),
+              "G\\POC\\N:2;\nG\\POC2-1:B1;\nG\\POC1-2:A2;\n");
+}
+
 TEST_F(XmlToTmatsTest, SourcesHaveTheirTypesByName) {
     const auto commands = imported(
         "<DataSource Name=\"A\" Type=\"RF\"/><DataSource Name=\"B\" Type=\"tape\"/>"

@@ -3,6 +3,8 @@
 #include "xml/bridge/write/ExportStage.h"
 #include "xml/bridge/write/XmlExport.h"
 
+#include <algorithm>
+
 #include <gtest/gtest.h>
 
 namespace kavu {
@@ -278,6 +280,53 @@ TEST(XmlExport, AnnouncesWhatIsLostBeforeTheFileIsThere) {
     EXPECT_EQ(lost, 1U);
     EXPECT_FALSE(wasThere);
     EXPECT_TRUE(fileExists(path));
+}
+
+TEST(XmlExport, ShowsTheProgressOfMeasurementsAndRecords) {
+    ExportStage stage;
+    ASSERT_TRUE(
+        stage.open(std::string(kRadio) +
+                   "P-1\\DLN:L;P-1\\MF\\N:1;P-1\\MF1:4;D-1\\DLN:L;D-1\\MN\\N-1:1;D-1\\MN-1-1:A;"
+                   "D-1\\LT-1-1:WDFR;C-1\\DCN:A;C-1\\MN1:x;"));
+    stage.ui.statusTexts.clear();
+    EXPECT_TRUE(tmatsToXml(
+        stage.sdk, &stage.ui, stage.options, [](std::string_view) {}, stage.report));
+    const auto isShown = [&](std::string_view text) {
+        return std::find(stage.ui.statusTexts.begin(), stage.ui.statusTexts.end(), text) !=
+               stage.ui.statusTexts.end();
+    };
+    EXPECT_TRUE(isShown("Creating Major Frame (Measurement #1 of 1)"));
+    EXPECT_TRUE(isShown("Converting Data Conversion definitions #1 of 1"));
+    for (const auto& text : stage.report.status) {
+        EXPECT_EQ(text.find('#'), std::string::npos) << text;
+    }
+}
+
+TEST(XmlExport, TakesASourceWithoutATypeForAnother) {
+    ExportStage stage;
+    EXPECT_TRUE(holds(stage.convert("G\\DSI\\N:1;G\\DSI-1:S;M-1\\ID:S;M-1\\BSG1:PCM;"),
+                      "<DataSource Name=\"S\" Type=\"Other\">\n"));
+    EXPECT_TRUE(stage.report.badValues.empty());
+}
+
+TEST(XmlExport, PutsRecordsOfNoLinkIntoTheFirstSourceUnlessAnotherNamesThem) {
+    ExportStage stage;
+    const auto xml = stage.convert(
+        "G\\DSI\\N:2;G\\DSI-1:S;G\\DST-1:OTH;G\\DSI-2:R;G\\DST-2:OTH;M-2\\ID:R;M-2\\BB\\MN:Mic;"
+        "C-1\\DCN:Mic;C-1\\MN1:of R;C-2\\DCN:nobody;C-2\\MN1:of S;");
+    const auto second = xml.find("<DataSource Name=\"R\"");
+    ASSERT_NE(second, std::string::npos);
+    EXPECT_LT(xml.find("of S"), second);
+    EXPECT_GT(xml.find("of R"), second);
+    EXPECT_EQ(stage.report.losses.total(), 0U);
+}
+
+TEST(XmlExport, PutsAllLinksIntoOneSourceOfAFileWithoutSources) {
+    ExportStage stage;
+    EXPECT_TRUE(holds(stage.convert("G\\PN:P;P-1\\DLN:L;P-1\\D2:5;B-1\\DLN:K;B-1\\TA:x;"),
+                      "<DataSource Type=\"Other\">\n<DataLink Name=\"L\">\n"));
+    EXPECT_EQ(stage.report.warnings[0], "Warning. No data sources were defined in this file.");
+    EXPECT_EQ(stage.report.losses.total(), 0U);
 }
 
 }  // namespace
