@@ -7,6 +7,7 @@
 #include "app/pcm/PcmForms.h"
 #include "app/reports/ReportForms.h"
 #include "app/translators/TranslatorForms.h"
+#include "app/xml/XmlForms.h"
 
 namespace kavu {
 
@@ -20,6 +21,7 @@ void installForms(MainWindow& window, Application& application) {
     installDatabaseForms(window, application);
     installReportForms(window, application);
     installTranslatorForms(window, application);
+    installXmlForms(window, application);
 }
 
 }  // namespace kavu

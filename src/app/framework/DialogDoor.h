@@ -32,13 +32,26 @@ class DialogDoor {
 
   private:
     friend int runDialog(DialogDoor& door, QDialog& dialog);
+
+    /// Counts a dialog, also if it ends by an exception.
+    class Inside {
+      public:
+        explicit Inside(DialogDoor& door) : door_(door) { ++door_.depth_; }
+        Inside(const Inside&) = delete;
+        Inside& operator=(const Inside&) = delete;
+        ~Inside() { --door_.depth_; }
+
+      private:
+        DialogDoor& door_;
+    };
+
     int depth_ = 0;
     int sheets_ = 0;
 };
 
 /// The call by which all windows run a dialog: counts it and passes it to the door.
 inline int runDialog(DialogDoor& door, QDialog& dialog) {
-    ++door.depth_;
+    const DialogDoor::Inside inside(door);
     careForDialog(dialog);
     // Work under a wait cursor may ask: then it is the program that waits.
     const bool waits = QGuiApplication::overrideCursor() != nullptr;
@@ -49,7 +62,6 @@ inline int runDialog(DialogDoor& door, QDialog& dialog) {
     if (waits) {
         QGuiApplication::restoreOverrideCursor();
     }
-    --door.depth_;
     return result;
 }
 

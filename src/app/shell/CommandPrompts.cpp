@@ -41,6 +41,8 @@ constexpr auto kOwnPrompts = std::to_array<OwnPrompt>({
     {AppearanceDesktop, "Use the palette of the desktop"},
     {AppearanceLight, "Use the light palette"},
     {AppearanceDark, "Use the dark palette"},
+    {ImportXml, "Convert a TMATS XML file to a TMATS file, and open that"},
+    {ExportXml, "Convert the document to a TMATS XML file"},
     {ConvertWyle, "Convert a TMATS file by the translator of Wyle"},
     {ConvertL3Com550, "Convert a TMATS file by the translator of L-3Com 550"},
     {ConvertL3ComVts, "Convert a TMATS file by the translator of L-3Com VTS"},

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace kavu {
 
@@ -15,6 +16,8 @@ constexpr std::string_view kAddChildren = "'&Children' Of Measurements";
 constexpr std::string_view kSameNames = "Same Measurement &Names";
 constexpr std::string_view kBackups = "&Backup TMATS Files";
 constexpr std::string_view kAppearance = "A&ppearance";
+constexpr std::string_view kImport = "&Import";
+constexpr std::string_view kExport = "&Export";
 constexpr std::string_view kTranslators = "&Translators";
 
 constexpr auto kCommands = std::to_array<CommandRow>({
@@ -65,55 +68,53 @@ constexpr auto kCommands = std::to_array<CommandRow>({
      .keys = "Ctrl+W",
      .builtIn = true,
      .operation = OperationId::Close},
+    {.id = ImportXml,
+     .menu = File,
+     .submenu = kImport,
+     .text = "TMATS &XML...",
+     .operation = OperationId::Open,
+     .topic = "xml"},
+    {.id = ExportXml,
+     .menu = File,
+     .submenu = kExport,
+     .text = "TMATS &XML...",
+     .operation = OperationId::Export,
+     .topic = "xml"},
     {.id = ConvertWyle,
      .menu = File,
      .submenu = kTranslators,
      .text = "Convert TMATS file To &Wyle Export Format",
-     .icon = {},
-     .keys = {},
      .topic = "translators"},
     {.id = ConvertL3Com550,
      .menu = File,
      .submenu = kTranslators,
      .text = "Convert TMATS file To &L-3Com 550 Format",
-     .icon = {},
-     .keys = {},
      .topic = "translators"},
     {.id = ConvertL3ComVts,
      .menu = File,
      .submenu = kTranslators,
      .text = "Convert TMATS file To L-3Com &VTS Format",
-     .icon = {},
-     .keys = {},
      .topic = "translators"},
     {.id = WyleDefaults,
      .menu = File,
      .submenu = kTranslators,
      .text = "Edit &Wyle Translator Defaults",
-     .icon = {},
-     .keys = {},
      .separatorBefore = true,
      .topic = "translators"},
     {.id = L3Com550Defaults,
      .menu = File,
      .submenu = kTranslators,
      .text = "Edit &L-3Com 550 Translator Defaults",
-     .icon = {},
-     .keys = {},
      .topic = "translators"},
     {.id = L3ComVtsDefaults,
      .menu = File,
      .submenu = kTranslators,
      .text = "Edit L-3Com &VTS Translator Defaults",
-     .icon = {},
-     .keys = {},
      .topic = "translators"},
     {.id = TranslatorDefaults,
      .menu = File,
      .submenu = kTranslators,
      .text = "&Edit Translator Defaults",
-     .icon = {},
-     .keys = {},
      .separatorBefore = true,
      .topic = "translators"},
     {.id = Exit,
@@ -543,22 +544,19 @@ std::string_view menuTitle(MenuId menu) {
 }
 
 std::string_view submenuPrompt(std::string_view submenu) {
-    if (submenu == kAddRoot) {
-        return "Choose if root words are added from the database";
-    }
-    if (submenu == kAddChildren) {
-        return "Choose if children are added from the database";
-    }
-    if (submenu == kSameNames) {
-        return "Choose if streams may share the names of measurements";
-    }
-    if (submenu == kTranslators) {
-        return "Convert a TMATS file to the setup of a ground system";
-    }
-    if (submenu == kAppearance) {
-        return "Choose the palette of all windows";
-    }
-    return submenu == kBackups ? "Choose if a file is copied before it is overwritten" : "";
+    constexpr std::pair<std::string_view, std::string_view> kPrompts[] = {
+        {kAddRoot, "Choose if root words are added from the database"},
+        {kAddChildren, "Choose if children are added from the database"},
+        {kSameNames, "Choose if streams may share the names of measurements"},
+        {kBackups, "Choose if a file is copied before it is overwritten"},
+        {kAppearance, "Choose the palette of all windows"},
+        {kImport, "Make a TMATS file of another kind of file, and open it"},
+        {kExport, "Write the document as another kind of file"},
+        {kTranslators, "Convert a TMATS file to the setup of a ground system"},
+    };
+    const auto* const found =
+        std::ranges::find(kPrompts, submenu, &std::pair<std::string_view, std::string_view>::first);
+    return found == std::end(kPrompts) ? std::string_view() : found->second;
 }
 
 bool windowAllows(CommandId id, const WindowFacts& facts) {

@@ -75,6 +75,8 @@ enum class CommandId : int {
     L3Com550Defaults = 1025,
     L3ComVtsDefaults = 1026,
     TranslatorDefaults = 1027,
+    ImportXml = 1028,
+    ExportXml = 1029,
 };
 
 enum class MenuId { File, Edit, Reports, Database, Options, View, Help };
@@ -85,8 +87,8 @@ struct CommandRow {
     /// Entries of one submenu are together; empty is the menu itself.
     std::string_view submenu;
     std::string_view text;  ///< of the menu entry, with "&" in front of its key
-    std::string_view icon;
-    std::string_view keys;  ///< in the portable form of key sequences
+    std::string_view icon{};
+    std::string_view keys{};  ///< in the portable form of key sequences
     bool checkable = false;
     bool separatorBefore = false;
     bool inToolBar = false;

@@ -72,6 +72,8 @@ constexpr auto kTopics = std::to_array<HelpTopic>({
     {"PrintCalibrationReports", {"reports", "Calibration sheets"}},
     {"ViewMultipleMeasurementPlots", {"reports", "Plots of several measurements"}},
     {"TranslatorConfigurationDialog", {"translators"}},
+    {"ImportTmatsXml", {"xml", "Import"}},
+    {"ExportTmatsXml", {"xml", "Export"}},
     {"Messages", {"editor", "Messages"}},
     {"Options", {"editor", "Options"}},
     {"EDITMEASUREMENTDATABASE", {"database", "Working in it"}},

@@ -3,23 +3,24 @@
 #include "app/framework/DialogDoor.h"
 #include "app/framework/FormContext.h"
 #include "app/framework/QtText.h"
+#include "app/reports/TextViewer.h"
 #include "app/shell/MainWindow.h"
 #include "app/translators/TranslatorConfigurationDialog.h"
 #include "application/Application.h"
 #include "core/files/FileIo.h"
+#include "core/talk/FileReports.h"
 #include "core/text/Printf.h"
 #include "core/text/Text.h"
 #include "sdk/TranslatorModule.h"
 #include "sdk/TranslatorShell.h"
 
 #include <memory>
+#include <new>
 #include <vector>
 
 #include <QAction>
-#include <QDesktopServices>
 #include <QMenu>
 #include <QProcess>
-#include <QUrl>
 
 namespace kavu {
 
@@ -77,9 +78,14 @@ class TranslatorDesk {
 
     void editDefaults(const kavu_translator* translator) const {
         auto form = window_.formContext();
-        auto configuration = shell(translator).EditConfiguration(&form.ui);
-        TranslatorConfigurationDialog dialog(form, configuration, window_.ui().dialogParent());
-        runDialog(form.door, dialog);
+        try {
+            auto configuration = shell(translator).EditConfiguration(&form.ui);
+            TranslatorConfigurationDialog dialog(form, configuration, window_.ui().dialogParent());
+            runDialog(form.door, dialog);
+        } catch (const std::bad_alloc&) {
+            showBox(&form.ui, std::string(translator_text::kNoDialog),
+                    std::string(translator_text::kErrorTitle));
+        }
     }
 
     /// Of the translator that the user chooses, if there are several.
@@ -100,6 +106,23 @@ class TranslatorDesk {
     }
 
   private:
+    /// A program that is not there, as the editor of another system in settings that came from
+    /// there, must not hide what the file has to say.
+    void view(const std::string& path, const std::string& editor) const {
+        std::string text;
+        if (QProcess::startDetached(toQString(editor), {toQString(path)})) {
+            return;
+        }
+        if (const auto status = readWholeFile(path, text); !status.ok()) {
+            reportUnableToRead(&window_.ui(), status);
+            return;
+        }
+        auto form = window_.formContext();
+        TextViewer viewer(form, application_.context(), fileNameOf(path), std::move(text),
+                          window_.ui().dialogParent());
+        runDialog(form.door, viewer);
+    }
+
     [[nodiscard]] TranslatorShell shell(const kavu_translator* translator) const {
         auto& context = application_.context();
         const auto& environment = application_.environment();
@@ -108,13 +131,8 @@ class TranslatorDesk {
                 environment,
                 context.clock,
                 context.random,
-                [](const std::string& path, const std::string& editor) {
-                    const auto file = toQString(path);
-                    // The default is the name of a program of another system.
-                    if (!QProcess::startDetached(toQString(editor), {file})) {
-                        QDesktopServices::openUrl(QUrl::fromLocalFile(file));
-                    }
-                }};
+                [this](const std::string& path, const std::string& editor) {
+                    view(path, editor); }};
     }
 
     MainWindow& window_;

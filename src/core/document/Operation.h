@@ -39,6 +39,7 @@ enum class OperationId {
     ChangeEdition,
     ShowPlots,
     PrintCalibrations,
+    Export,
 };
 
 /// The name of an operation as it follows "Undo "; empty if it leaves the document as it is.
