@@ -2,6 +2,7 @@
 
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
+#include "app/framework/ToolTip.h"
 #include "app/mdb/WindowParts.h"
 
 #include <algorithm>
@@ -10,6 +11,7 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTableView>
 #include <QVBoxLayout>
@@ -65,7 +67,7 @@ QVariant ChangeModel::data(const QModelIndex& index, int role) const {
                                         &change.remark};
     const auto text = toQString(*texts[index.column()]);
     if (role == Qt::ToolTipRole) {
-        return text.contains(u'\n') ? QVariant(text) : QVariant();
+        return text.contains(u'\n') ? QVariant(plainToolTip(text)) : QVariant();
     }
     return text.simplified();
 }
@@ -108,6 +110,14 @@ ChangesDialog::ChangesDialog(FormContext& form, const ChangesSetup& setup,
     layout->addWidget(note);
     makeList();
     layout->addWidget(list_, 1);
+    current_ = new QPlainTextEdit(this);
+    current_->setObjectName(QStringLiteral("current"));
+    current_->setAccessibleName(QStringLiteral("Old and new value in full"));
+    current_->setReadOnly(true);
+    current_->setTabChangesFocus(true);
+    current_->setFixedHeight(std::max(current_->fontMetrics().lineSpacing() * 4 + look::unit(*this),
+                                      current_->minimumSizeHint().height()));
+    layout->addWidget(current_);
     auto* const row = new QHBoxLayout;
     layout->addLayout(row);
     if (setup.hasTicks) {
@@ -118,7 +128,10 @@ ChangesDialog::ChangesDialog(FormContext& form, const ChangesSetup& setup,
     row->addWidget(count_, 1);
     layout->addWidget(look::makeDialogButtons(*this));
     connect(model_, &QAbstractItemModel::dataChanged, this, &ChangesDialog::showCount);
+    connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            &ChangesDialog::showCurrent);
     showCount();
+    showCurrent();
     resize(QSize(look::charactersWide(*this, kChangesWidth), look::unit(*this) * 50)
                .boundedTo(look::roomOnScreen(*this)));
     list_->setFocus();
@@ -146,6 +159,19 @@ void ChangesDialog::makeList() {
 void ChangesDialog::makeTickButtons(QBoxLayout& row) {
     addRowButton(row, this, "tickAll", u"&Tick All", u"", [this] { model_->tickAll(true); });
     addRowButton(row, this, "untickAll", u"&Untick All", u"", [this] { model_->tickAll(false); });
+}
+
+/// The columns cut long values.
+void ChangesDialog::showCurrent() {
+    const auto index = list_->currentIndex();
+    if (!index.isValid()) {
+        current_->clear();
+        return;
+    }
+    const auto& change = changes()[static_cast<std::size_t>(index.row())];
+    current_->setPlainText(QStringLiteral("%1  |  %2\nOld value: %3\nNew value: %4")
+                               .arg(toQString(change.name), toQString(change.field),
+                                    toQString(change.before), toQString(change.after)));
 }
 
 void ChangesDialog::showCount() {

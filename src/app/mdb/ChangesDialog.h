@@ -11,6 +11,7 @@
 
 class QBoxLayout;
 class QLabel;
+class QPlainTextEdit;
 class QTableView;
 
 namespace kavu {
@@ -69,9 +70,11 @@ class ChangesDialog : public HelpedDialog {
     void makeList();
     void makeTickButtons(QBoxLayout& row);
     void showCount();
+    void showCurrent();
 
     ChangeModel* model_ = nullptr;
     QTableView* list_ = nullptr;
+    QPlainTextEdit* current_ = nullptr;  ///< the values of the current change in full
     QLabel* count_ = nullptr;
 };
 

@@ -13,6 +13,7 @@
 #include <QClipboard>
 #include <QElapsedTimer>
 #include <QGuiApplication>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTimer>
@@ -300,6 +301,13 @@ TEST(DatabaseWindow, APasteIsShownBeforeItChangesAnythingAndIsOneStep) {
                   "3 cells will change, and 1 records will be added.");
         EXPECT_EQ(stage.edit.row(2)[f::kRoot], "root2");
         EXPECT_EQ(checkWindow(dialog), std::vector<std::string>{});
+        EXPECT_EQ(toBytes(find<QPlainTextEdit>(dialog, "current")->toPlainText()),
+                  "gamma  |  Root Word Name\nOld value: root2\nNew value: root3");
+        find<QTableView>(dialog, "changes")->setFocus();
+        QTest::keyClick(find<QTableView>(dialog, "changes"), Qt::Key_Down);
+        EXPECT_TRUE(find<QPlainTextEdit>(dialog, "current")
+                        ->toPlainText()
+                        .startsWith(QStringLiteral("(new record 1)")));
         press(dialog, "ok");
     });
     QTest::keyClick(&stage.window->view(), Qt::Key_V, Qt::ControlModifier);
