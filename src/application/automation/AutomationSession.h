@@ -35,7 +35,8 @@ class AutomationWindows {
     virtual bool showDisplay(std::int64_t hWnd) = 0;
     virtual bool editCounter(std::int64_t hWnd, int counter) = 0;
     virtual bool editSubframe(std::int64_t hWnd, int counter, int subframe) = 0;
-    virtual bool editDataWord(std::int64_t hWnd, int fwp, int index) = 0;
+    /// The measurement of that name at the place; without a name the user chooses, or makes one.
+    virtual bool editDataWord(std::int64_t hWnd, int fwp, int fn, const std::string& name) = 0;
     virtual bool editConversion(std::int64_t hWnd, const std::string& measurement) = 0;
 };
 
