@@ -11,6 +11,7 @@
 #include "vocabulary/StreamType.h"
 
 #include <algorithm>
+#include <map>
 
 namespace kavu {
 
@@ -128,6 +129,39 @@ bool gatherDataLinks(DocumentContext& context, UserInterface* parent,
         }
     }
     return complete;
+}
+
+bool gatherPcmStreams(DocumentContext& context, UserInterface* parent,
+                      std::vector<std::string>& streams) {
+    std::vector<std::string> links;
+    std::vector<PcmLinks> formats;
+    if (!gatherDataLinks(context, parent, links) || !readPcmLinks(context, parent, formats)) {
+        return false;
+    }
+    std::map<std::string, std::string, std::less<>> types;
+    for (const auto& format : formats) {
+        types.try_emplace(format.link, format.format);
+        links.insert(links.end(), format.async.begin(), format.async.end());
+    }
+    std::vector<GroupNames> others;
+    for (const char letter : {'B', 'S', 'A'}) {
+        others.emplace_back(context, parent, letter);
+    }
+    LinkNames found;
+    for (const auto& link : links) {
+        const auto type = types.find(link);
+        const bool isOther =
+            type != types.end()
+                ? type->second.starts_with(stream_type::kBus1553.stored) ||
+                      type->second == stream_type::kPacket.stored
+                : std::any_of(others.begin(), others.end(),
+                              [&](const GroupNames& group) { return group.find(link) > 0; });
+        if (!isOther && found.add(link)) {
+            streams.push_back(link);
+        }
+    }
+    return std::all_of(others.begin(), others.end(),
+                       [](const GroupNames& group) { return group.complete(); });
 }
 
 StreamKind streamKindOfLink(DocumentContext& context, UserInterface* parent,

@@ -55,6 +55,12 @@ int findGroupIndex(DocumentContext& context, UserInterface* parent, char letter,
 bool gatherDataLinks(DocumentContext& context, UserInterface* parent,
                      std::vector<std::string>& links);
 
+/// The PCM streams, each once: the links of all M groups in the order of the groups, without those
+/// of bus, packet, message and PAM streams, then the async embedded formats that no M group names.
+/// A link that no group bears is one of them. False if a file could not be read, which is reported.
+bool gatherPcmStreams(DocumentContext& context, UserInterface* parent,
+                      std::vector<std::string>& streams);
+
 enum class StreamKind { PcmOrNone = 0, Bus = 2, MessageData = 3 };
 /// The kind of stream that a link names. Message data exists from edition 2009 on.
 StreamKind streamKindOfLink(DocumentContext& context, UserInterface* parent, std::string_view link);

@@ -6,6 +6,7 @@
 #include "core/document/GroupFiles.h"
 #include "core/talk/UserInterface.h"
 #include "core/text/Text.h"
+#include "vocabulary/PAsyncFields.h"
 #include "vocabulary/PGroupFields.h"
 #include "vocabulary/References.h"
 #include "vocabulary/Vocabularies.h"
@@ -40,10 +41,10 @@ class GroupFields {
     }
     /// Appends all names of this kind, in the order of the vocabulary. Those of a list are read
     /// for k from 1 to its count, a number from a file, which is limited to the rows that a
-    /// group can have.
-    void readNames(Refers kind, std::vector<std::string>& out) {
+    /// group can have. `list` is the code of the only list to be read; empty for all.
+    void readNames(Refers kind, std::vector<std::string>& out, std::string_view list = {}) {
         for (const auto& field : findVocabulary(letter_)->fields) {
-            if (field.refersTo != kind) {
+            if (field.refersTo != kind || (!list.empty() && field.list != list)) {
                 continue;
             }
             const int rows = field.list.empty() ? 1 : countOf(field.list);
@@ -191,6 +192,7 @@ bool readPcmLinks(DocumentContext& context, UserInterface* parent, std::vector<P
         format.link = fields.name(Refers::LinkName);
         format.format = fields.text(kWholeType);
         fields.readNames(Refers::Link, format.embedded);
+        fields.readNames(Refers::Link, format.async, p::kAefN.code);
         formats.push_back(std::move(format));
     });
 }

@@ -98,6 +98,7 @@ struct PcmLinks {
     std::string link;
     std::string format;                 ///< the value of `TF`
     std::vector<std::string> embedded;  ///< async embedded formats, then data merges
+    std::vector<std::string> async;     ///< of these the async embedded formats
 };
 /// Reads the P files, 1 to 99. False if one could not be read (reported) or the user has
 /// cancelled.

@@ -43,7 +43,8 @@ struct Stream {
     bool isBus = false;
 };
 
-Stream findStream(PcmFormat& format, UserInterface* parent, std::string_view name) {
+Stream findStream(PcmFormat& format, UserInterface* parent, std::string_view name,
+                  bool makesNewFormats) {
     auto& context = format.context();
     Stream stream;
     stream.pGroup = findStreamGroup(format, parent, 'P', name);
@@ -60,10 +61,11 @@ Stream findStream(PcmFormat& format, UserInterface* parent, std::string_view nam
     }
     const std::string link(name);
     if (!links.has(link)) {
+        stream.found = makesNewFormats;
         return stream;
     }
     stream.isBus = findGroupIndex(context, parent, 'B', link) > 0;
-    stream.found = stream.isBus ||
+    stream.found = stream.isBus || makesNewFormats ||
                    (format.edition() >= 2009 && findGroupIndex(context, parent, 'S', link) > 0);
     return stream;
 }
@@ -263,7 +265,8 @@ bool loadPcmFormat(PcmFormat& format, UserInterface* parent, const PcmSteps& ste
     if (!streamName && steps.selectStream) {
         name = steps.selectStream(parent);
     }
-    const auto stream = name.empty() ? Stream{} : findStream(format, parent, name);
+    const auto stream =
+        name.empty() ? Stream{} : findStream(format, parent, name, steps.makesNewFormats);
     if (!stream.found) {
         return false;
     }

@@ -120,6 +120,8 @@ struct PcmSteps {
     /// Lets the user choose how new measurements state their places: true for word/frame
     /// locations, nothing after a Cancel. If not installed, a choice of two is shown.
     std::function<std::optional<bool>(UserInterface&, bool wordFrame)> chooseDefinitionMode;
+    /// A name that no group bears gets a new format; without this there is no such stream.
+    bool makesNewFormats = false;
     /// The conversion records whose sample rates follow the stream; may be null.
     ConversionStore* conversions = nullptr;
 };
