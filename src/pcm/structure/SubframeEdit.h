@@ -88,6 +88,12 @@ bool deleteSubframe(PcmFormat& format, UserInterface* parent, int fwp, bool cell
 std::optional<int> getSubframeSlot(PcmFormat& format, UserInterface* parent, int counter);
 /// Moves the subframe of a word to another counter and gives it this record.
 bool moveSubframeToCounter(PcmFormat& format, int fwp, const Subframe& record, int counter);
+/// The name of a subframe that has been `former` until now: messages 353, 354.
+[[nodiscard]] bool checkSubframeName(const PcmFormat& format, UserInterface* parent,
+                                     std::string_view former, std::string_view name);
+/// The depth of a subframe of the counter with this index: messages 349 to 351.
+[[nodiscard]] bool checkSubframeDepth(const PcmFormat& format, UserInterface* parent, int counter,
+                                      int depth);
 /// Checks and stores a subframe when its dialog is accepted: messages 341 to 344, 346 to
 /// 351, 353, 354, 160. `fwp` is the word that is edited, `old` the record before,
 /// `everyLocation` the words of an "EL".

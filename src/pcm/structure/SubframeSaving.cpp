@@ -10,6 +10,13 @@ namespace kavu {
 
 namespace {
 
+template <typename... Args>
+bool refuseIn(const PcmFormat& format, UserInterface* parent, MessageFor<Args...> id,
+              MessageTitle titleId, const Args&... args) {
+    format.context().messages.show(parent, id, titleId, kErrorBox, args...);
+    return false;
+}
+
 class SubframeSaver {
   public:
     SubframeSaver(PcmFormat& format, UserInterface* parent, int fwp, const Subframe& record,
@@ -26,7 +33,9 @@ class SubframeSaver {
         if (format_.wordType(fwp_) != WordType::Subframe || format_.subframe(ref_) == nullptr) {
             return refuse(342, title::kOperationAborted);
         }
-        if (!checkName() || !checkLocations() || !checkMeasurements() || !checkDepth()) {
+        if (!checkSubframeName(format_, parent_, old_.name, record_.name) || !checkLocations() ||
+            !checkMeasurements() ||
+            !checkSubframeDepth(format_, parent_, ref_.counter, record_.depth.number())) {
             return false;
         }
         for (const int word : std::vector<int>(format_.wordsOf(ref_))) {
@@ -50,18 +59,7 @@ class SubframeSaver {
   private:
     template <typename... Args>
     bool refuse(MessageFor<Args...> id, MessageTitle titleId, const Args&... args) {
-        format_.context().messages.show(parent_, id, titleId, kErrorBox, args...);
-        return false;
-    }
-
-    bool checkName() {
-        if (record_.name.empty()) {
-            return refuse(353, title::kIllegalValueEntered);
-        }
-        if (!(record_.name == old_.name) && subframeNameExists(format_, record_.name)) {
-            return refuse(354, title::kIllegalValueEntered);
-        }
-        return true;
+        return refuseIn(format_, parent_, id, titleId, args...);
     }
 
     bool checkLocations() {
@@ -139,21 +137,6 @@ class SubframeSaver {
         record_.supercommutated =
             single ? std::string(kNotSupercommutated) : std::to_string(locations_.size());
         record_.locationMode = single ? kNoLocationMode : kEveryLocation;
-        return true;
-    }
-
-    bool checkDepth() {
-        const int depth = record_.depth.number();
-        if (depth < 1) {
-            return refuse(349, title::kIllegalValueEntered);
-        }
-        if (depth > format_.numberOfFrames) {
-            return refuse(350, title::kIllegalValueEntered, format_.numberOfFrames);
-        }
-        const auto& counter = format_.idCounters[static_cast<std::size_t>(ref_.counter)];
-        if (counter.depth() % depth != 0) {
-            return refuse(351, title::kIllegalValueEntered, counter.name.view(), counter.depth());
-        }
         return true;
     }
 
@@ -244,6 +227,32 @@ class SubframeSaver {
 };
 
 }  // namespace
+
+bool checkSubframeName(const PcmFormat& format, UserInterface* parent, std::string_view former,
+                       std::string_view name) {
+    if (name.empty()) {
+        return refuseIn(format, parent, 353, title::kIllegalValueEntered);
+    }
+    if (name != former && subframeNameExists(format, name)) {
+        return refuseIn(format, parent, 354, title::kIllegalValueEntered);
+    }
+    return true;
+}
+
+bool checkSubframeDepth(const PcmFormat& format, UserInterface* parent, int counter, int depth) {
+    if (depth < 1) {
+        return refuseIn(format, parent, 349, title::kIllegalValueEntered);
+    }
+    if (depth > format.numberOfFrames) {
+        return refuseIn(format, parent, 350, title::kIllegalValueEntered, format.numberOfFrames);
+    }
+    const auto& record = format.idCounters[static_cast<std::size_t>(counter)];
+    if (record.depth() % depth != 0) {
+        return refuseIn(format, parent, 351, title::kIllegalValueEntered, record.name.view(),
+                        record.depth());
+    }
+    return true;
+}
 
 bool saveSubframe(PcmFormat& format, UserInterface* parent, int fwp, const Subframe& record,
                   const Subframe& old, const std::vector<int>& everyLocation) {
