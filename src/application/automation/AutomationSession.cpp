@@ -94,6 +94,8 @@ PcmFormat& AutomationSession::requireFormat() {
 void AutomationSession::edit(std::int64_t hWnd, std::string_view title, const Work& work) {
     auto& format = requireFormat();
     auto& levels = history();
+    // What was changed besides the stream since the last call stays, whatever becomes of this one.
+    (void)levels.commit();
     const FormatMarks before(format);
     auto talk = talkFor(hWnd);
     bool isDone = false;

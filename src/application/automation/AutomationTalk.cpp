@@ -1,6 +1,7 @@
 #include "application/automation/AutomationTalk.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 
 namespace kavu {
@@ -9,6 +10,12 @@ namespace {
 
 constexpr int kDeleteSubframeQuestion = 123;
 constexpr int kDeleteIdCounterQuestion = 129;
+/// What could not be read or written, with the reason.
+constexpr auto kFileMessages = std::to_array<int>({158, 313, 407});
+
+bool isOfFile(int message) {
+    return std::find(kFileMessages.begin(), kFileMessages.end(), message) != kFileMessages.end();
+}
 
 }  // namespace
 
@@ -21,13 +28,12 @@ AutomationError AutomationTalk::failure(AutomationFault unnumbered,
         return {AutomationFault::Cancelled, "The user has cancelled."};
     }
     const auto& text = lastText_.empty() ? withoutMessage : lastText_;
+    if (isOfFile(last_)) {
+        return {AutomationFault::FileError, text};
+    }
     return last_ == 0 && unnumbered != AutomationFault::Refused
                ? AutomationError(unnumbered, text)
                : AutomationError::refused(last_, text);
-}
-
-bool AutomationTalk::hasReported(int message) const {
-    return std::find(reported_.begin(), reported_.end(), message) != reported_.end();
 }
 
 /// What nobody sees is answered as if there were no parent.
@@ -52,7 +58,6 @@ Button AutomationTalk::message(const MessageBox& box) {
     if (!asks) {
         last_ = std::abs(box.id);
         lastText_ = box.text;
-        reported_.push_back(last_);
     }
     if (reach_ != Reach::Window) {
         return answerUnseen(box);

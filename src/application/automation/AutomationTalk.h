@@ -24,17 +24,18 @@ class AutomationTalk : public UserInterface {
     /// `shown` is null unless the reach is a window; it must outlive the object.
     AutomationTalk(Reach reach, UserInterface* shown) : reach_(reach), shown_(shown) {}
 
+    [[nodiscard]] Reach reach() const { return reach_; }
     [[nodiscard]] bool isSilent() const { return reach_ != Reach::Window; }
     /// The error of an operation that has failed: that there was no display for a question, that
-    /// the user took Cancel or No, or the message that was reported last. One without a number is
-    /// `unnumbered`, and so is the failure without any message.
+    /// the user took Cancel or No, or the message that was reported last. One about a file of the
+    /// store is `FileError`; one without a number is `unnumbered`, and so is the failure without
+    /// any message.
     [[nodiscard]] AutomationError failure(
         AutomationFault unnumbered = AutomationFault::Refused,
         const std::string& withoutMessage = "The model does not allow it.") const;
     /// The number of the last message, without its sign; 0 if there was none.
     [[nodiscard]] int lastMessage() const { return last_; }
-    /// True if a message of this number was reported.
-    [[nodiscard]] bool hasReported(int message) const;
+    [[nodiscard]] const std::string& lastText() const { return lastText_; }
 
     Button message(const MessageBox& box) override;
     std::optional<std::string> enterText(const TextPrompt& prompt) override;
@@ -69,7 +70,6 @@ class AutomationTalk : public UserInterface {
     UserInterface* shown_;
     int last_ = 0;
     std::string lastText_;
-    std::vector<int> reported_;
     bool lacksDisplay_ = false;
     bool cancelled_ = false;
 };

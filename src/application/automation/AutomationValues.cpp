@@ -1,6 +1,7 @@
 #include "application/automation/AutomationValues.h"
 
-#include "core/talk/MessageFor.h"
+#include "application/automation/AutomationTalk.h"
+#include "core/talk/Messages.h"
 #include "core/text/Printf.h"
 #include "core/text/Text.h"
 #include "core/text/TextEncoding.h"
@@ -144,6 +145,23 @@ void requireText(std::string_view bytes, std::size_t limit, bool lineBreaks,
         throwBadValue(formatPrintf("The %s has more than %d bytes.", what, limit));
     }
     refuseSemicolon(bytes);
+}
+
+void requireNewName(AutomationTalk& talk, const Messages& messages, std::string_view bytes,
+                    int messageForEmpty) {
+    const auto refuse = [&](int message, MessageTitle titleId) {
+        messages.show(&talk, chosenMessage(message), titleId, kErrorBox);
+        throw talk.failure();
+    };
+    if (bytes.empty()) {
+        refuse(messageForEmpty, title::kIllegalValueEntered);
+    }
+    const bool hasSemicolon = holdsSemicolon(bytes);
+    requireNewName(hasSemicolon ? replaceAll(bytes, ";", ".") : std::string(bytes),
+                   messageForEmpty);
+    if (hasSemicolon) {
+        refuse(kSemicolonMessage, title::kIllegalCharacter);
+    }
 }
 
 void requireNewName(std::string_view bytes, int messageForEmpty) {

@@ -14,6 +14,9 @@
 
 namespace kavu {
 
+class AutomationTalk;
+class Messages;
+
 /// The longest name of a counter, a subframe or a measurement, in bytes.
 inline constexpr std::size_t kMostNameBytes = 32;
 
@@ -44,5 +47,8 @@ void requireText(std::string_view bytes, std::size_t limit, bool lineBreaks, std
 /// Throws for what no new name can be: the message for an empty one (361, 353, 326), `BadValue` for
 /// more than 32 bytes, outer blanks or control characters, `Refused` 402 for a semicolon.
 void requireNewName(std::string_view bytes, int messageForEmpty);
+/// The same for a method with a window: the messages are shown by `talk`.
+void requireNewName(AutomationTalk& talk, const Messages& messages, std::string_view bytes,
+                    int messageForEmpty);
 
 }  // namespace kavu
