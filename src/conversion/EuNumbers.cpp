@@ -57,6 +57,18 @@ std::string exponentText(double value, int precision) {
     return replaceAll(formatted("%.*e", value, precision), "e", "E");
 }
 
+std::string readableExponentText(double value, int precision, std::size_t limit) {
+    // Sign, first digit, point and the longest exponent.
+    constexpr int kOtherCharacters = 8;
+    constexpr int kExactDigits = std::numeric_limits<double>::max_digits10 - 1;
+    int digits = std::min(precision, static_cast<int>(limit) - kOtherCharacters);
+    auto text = exponentText(value, digits);
+    while (leadingDouble(text) != value && digits < kExactDigits) {
+        text = exponentText(value, ++digits);
+    }
+    return text;
+}
+
 std::string fixedText(double value, int precision) {
     return formatted("%.*f", value, precision);
 }

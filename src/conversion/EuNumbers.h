@@ -3,6 +3,7 @@
 
 #include "core/talk/SettingKeys.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -21,6 +22,9 @@ inline constexpr int kMostFloatPrecision = setting::kFloatPrecision.most;
 
 /// "%.*e" with `E` in place of `e`.
 [[nodiscard]] std::string exponentText(double value, int precision);
+/// The same with more digits where reading it back would give another number, and with fewer where
+/// the text would be longer than its field. REQUIRES: room for an exact text, 24 characters.
+[[nodiscard]] std::string readableExponentText(double value, int precision, std::size_t limit);
 /// "%.*f"
 [[nodiscard]] std::string fixedText(double value, int precision);
 /// "%f"

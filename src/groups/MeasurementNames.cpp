@@ -134,6 +134,16 @@ std::optional<int> MeasurementNames::otherStream(std::string_view name, int stre
     return it->second.others.empty() ? std::nullopt : std::optional(it->second.others.front());
 }
 
+std::optional<std::string> MeasurementNames::spelled(std::string_view name) const {
+    if (streams_.find(name) != streams_.end()) {
+        return std::string(name);
+    }
+    const auto it = std::find_if(streams_.begin(), streams_.end(), [name](const auto& entry) {
+        return equalsIgnoreCase(entry.first, name);
+    });
+    return it == streams_.end() ? std::nullopt : std::optional(it->first);
+}
+
 void MeasurementNames::forget(std::optional<std::string_view> name) {
     if (!name) {
         streams_.clear();

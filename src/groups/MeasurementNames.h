@@ -59,6 +59,9 @@ class MeasurementNames : private DocumentListener {
     [[nodiscard]] bool measurementInOtherStream(std::string_view name, int stream) const;
     /// The number of the first such stream.
     [[nodiscard]] std::optional<int> otherStream(std::string_view name, int stream) const;
+    /// The spelling of a name that is known: as asked, else one that differs only in case; nothing
+    /// if no stream has it.
+    [[nodiscard]] std::optional<std::string> spelled(std::string_view name) const;
     /// Forgets one name, or all of them.
     void forget(std::optional<std::string_view> name);
     /// The names that were forgotten one by one since they were gathered, the latest one last.

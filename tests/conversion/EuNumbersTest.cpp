@@ -68,6 +68,19 @@ TEST(EuNumbers, HaveTheTextFormsOfRecords) {
     EXPECT_EQ(exactText(0.1), "0.1");
 }
 
+TEST(EuNumbers, AreReadBackFromTheTextOfAField) {
+    EXPECT_EQ(readableExponentText(1.5, 3, 32), "1.500E+00");
+    EXPECT_EQ(readableExponentText(1.23456, 3, 32), "1.23456E+00");
+    EXPECT_EQ(readableExponentText(0, 0, 32), "0E+00");
+    for (const double value : {0.1, 1.0 / 3, -1.7976931348623157e308, 5e-324, -0.0}) {
+        for (const int precision : {0, 8, 24, 40}) {
+            const auto text = readableExponentText(value, precision, 32);
+            EXPECT_EQ(leadingDouble(text), value) << text;
+            EXPECT_LE(text.size(), 32U) << text;
+        }
+    }
+}
+
 TEST(FloatPrecision, Is8AndStaysWithinItsBounds) {
     ProfileSettings settings{std::string()};
     EXPECT_EQ(floatPrecision(settings), 8);

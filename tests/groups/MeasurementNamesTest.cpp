@@ -49,6 +49,9 @@ TEST_F(MeasurementNamesTest, ANameInTwoStreamsIsReportedOnceAndEndsTheChecking) 
     EXPECT_TRUE(names.measurementInOtherStream("A", 2));
     EXPECT_EQ(names.otherStream("A", 1), 2);
     EXPECT_EQ(names.otherStream("A", 3), 1);
+    EXPECT_EQ(names.spelled("A"), "A");
+    EXPECT_EQ(names.spelled("a"), "A") << "as a stream spells it";
+    EXPECT_EQ(names.spelled("unknown"), std::nullopt);
 }
 
 TEST_F(MeasurementNamesTest, ANameTwiceInOneStreamIsNoDuplicate) {
