@@ -117,6 +117,8 @@ class PcmFormat : public PcmAttributes {
     /// 4 to 32 bits in class 1 (16 before 106-05), 24 in a bus stream: messages 218 to
     /// 220.
     bool setCommonWordLength(UserInterface* parent, int length);
+    /// The same rules for the length of one word.
+    [[nodiscard]] bool checkWordLength(UserInterface* parent, int length) const;
     /// 1 to 256: message 216.
     bool setNumberOfFrames(UserInterface* parent, int frames);
     /// At least 1, 128 to 256 in a bus stream, at most 1024 in class 1: messages 161, 222,

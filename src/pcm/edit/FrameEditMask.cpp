@@ -39,6 +39,10 @@ std::string fitHexadecimal(std::string digits, std::size_t bits) {
     return digits;
 }
 
+std::size_t bitsOf(int wordLength) {
+    return std::min(static_cast<std::size_t>(std::max(0, wordLength)), kMostBits);
+}
+
 std::string fitBinary(std::string mask, std::size_t bits) {
     mask.resize(bits, '0');
     return mask;
@@ -70,27 +74,37 @@ std::string shownMask(const DocumentContext& context, std::string_view mask, int
 
 std::optional<std::string> enteredMask(const DocumentContext& context, UserInterface* parent,
                                        std::string_view text, int wordLength) {
+    if (!showsHexadecimal(context)) {
+        return enteredBinaryMask(context, parent, text, wordLength);
+    }
     if (text == kFullWord) {
         return std::string(text);
     }
-    const bool hexadecimal = showsHexadecimal(context);
-    const auto most = hexadecimal ? kMostBits / kBitsOfDigit : kMostBits;
-    if (text.size() > most || !(hexadecimal ? isHexadecimal(text) : isBinary(text))) {
-        context.messages.show(parent, hexadecimal ? MessageFor<>(143) : MessageFor<>(142),
-                              title::kIllegalValueEntered, kErrorBox);
+    if (text.size() > kMostBits / kBitsOfDigit || !isHexadecimal(text)) {
+        context.messages.show(parent, 143, title::kIllegalValueEntered, kErrorBox);
         return std::nullopt;
     }
     std::string mask(text);
-    const auto bits = std::min(static_cast<std::size_t>(std::max(0, wordLength)), kMostBits);
-    if (!hexadecimal) {
-        return bits == 0 ? mask : fitBinary(std::move(mask), bits);
-    }
+    const auto bits = bitsOf(wordLength);
     if (bits == 0) {
         return hexToBinary(mask);
     }
     // For a length between two numbers of digits the surplus bits at the right are
     // dropped.
     return fitBinary(hexToBinary(fitHexadecimal(std::move(mask), bits)), bits);
+}
+
+std::optional<std::string> enteredBinaryMask(const DocumentContext& context, UserInterface* parent,
+                                             std::string_view text, int wordLength) {
+    if (text == kFullWord) {
+        return std::string(text);
+    }
+    if (text.size() > kMostBits || !isBinary(text)) {
+        context.messages.show(parent, 142, title::kIllegalValueEntered, kErrorBox);
+        return std::nullopt;
+    }
+    const auto bits = bitsOf(wordLength);
+    return bits == 0 ? std::string(text) : fitBinary(std::string(text), bits);
 }
 
 std::optional<std::string> editBitmask(const DocumentContext& context, UserInterface* parent,

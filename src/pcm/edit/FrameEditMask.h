@@ -25,6 +25,11 @@ class UserInterface;
                                                      UserInterface* parent, std::string_view text,
                                                      int wordLength);
 
+/// The same for a text in binary, or "FW", whatever the setting says: message 142.
+[[nodiscard]] std::optional<std::string> enteredBinaryMask(const DocumentContext& context,
+                                                           UserInterface* parent,
+                                                           std::string_view text, int wordLength);
+
 /// Prompts for a mask until it is valid or cancelled; nothing without a parent. With `key` it
 /// is stored in that setting, in binary.
 std::optional<std::string> editBitmask(const DocumentContext& context, UserInterface* parent,

@@ -3,10 +3,8 @@
 #include "core/TmatsDocument.h"
 #include "core/talk/Messages.h"
 #include "core/talk/ProfileSettings.h"
-#include "groups/MeasurementNames.h"
 #include "pcm/edit/MeasurementEditAsync.h"
 #include "pcm/edit/MeasurementEditWordFrame.h"
-#include "pcm/model/DuplicateNames.h"
 #include "pcm/model/MeasurementCell.h"
 #include "vocabulary/LocationTypes.h"
 
@@ -156,9 +154,7 @@ bool MeasurementSave::checkName() {
     if (!tookOver_ && checkMeasurementName(format_, parent_, cell_.name)) {
         return false;
     }
-    return steps_.names == nullptr || !steps_.names->checking() ||
-           checkNameInOtherStreams(format_, parent_, *steps_.names, cell_.name,
-                                   streamNumber(format_, parent_));
+    return isFreeAcrossStreams(format_, parent_, steps_, cell_.name);
 }
 
 bool MeasurementSave::checkRanges() const {
@@ -470,12 +466,8 @@ bool saveMeasurement(PcmFormat& format, UserInterface* parent, const EditSteps& 
     }
     const auto name = definition.attributes.name.str();
     // A name that was taken over has its record already.
-    if (!place.oldName.empty() && name != place.oldName && !save.tookOver() &&
-        saving.renameConversion &&
-        (steps.names == nullptr || !steps.names->checking() ||
-         askEuChange(format, parent, *steps.names, place.oldName, streamNumber(format, parent),
-                     false))) {
-        saving.renameConversion(parent, place.oldName, name);
+    if (!place.oldName.empty() && !save.tookOver()) {
+        carryNameToConversion(format, parent, steps, saving, place.oldName, name);
     }
     if (saving.storeInDatabase && format.context().settings.get(setting::kStoreInDatabase)) {
         saving.storeInDatabase(parent, name);

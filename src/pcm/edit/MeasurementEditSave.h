@@ -68,6 +68,20 @@ bool saveMeasurement(PcmFormat& format, UserInterface* parent, const EditSteps& 
                      const SaveSteps& saving, const EditedPlace& place,
                      const MeasurementDefinition& definition);
 
+/// False if a new name is in use in another stream while names are checked across streams: message
+/// 455.
+[[nodiscard]] bool isFreeAcrossStreams(PcmFormat& format, UserInterface* parent,
+                                       const EditSteps& steps, std::string_view name);
+/// Renames the conversion record with its measurement, unless question 457 ("EU conversions") is
+/// answered with No.
+void carryNameToConversion(PcmFormat& format, UserInterface* parent, const EditSteps& steps,
+                           const SaveSteps& saving, std::string_view from, std::string_view to);
+/// Gives a measurement another name at all its places, which stay as they are, and then the
+/// conversion record. False for a measurement that is not there, and with messages 334, 339 and
+/// 455 for a name that is in use; its own name in another case is free.
+bool renameMeasurement(PcmFormat& format, UserInterface* parent, const EditSteps& steps,
+                       const SaveSteps& saving, std::string_view from, std::string_view to);
+
 /// True if a name has one of its places at this word and frame, and a supercommutated or
 /// fragmented definition states that place: it is the measurement's own.
 [[nodiscard]] bool isOwnLocation(const PcmFormat& format, const EditedPlace& place,

@@ -27,7 +27,7 @@ FixedText<3> numberText(int number) {
 
 }  // namespace
 
-bool PcmFormat::setCommonWordLength(UserInterface* parent, int length) {
+bool PcmFormat::checkWordLength(UserInterface* parent, int length) const {
     const auto& messages = context_.messages;
     if (typeFormat.empty()) {
         messages.show(parent, 218, title::kInternalError, kErrorBox);
@@ -40,6 +40,13 @@ bool PcmFormat::setCommonWordLength(UserInterface* parent, int length) {
     }
     if (typeFormat == stream_type::kBus1553.stored && length != kWordLengthBus) {
         messages.show(parent, 220, title::kIllegalValueEntered, kErrorBox);
+        return false;
+    }
+    return true;
+}
+
+bool PcmFormat::setCommonWordLength(UserInterface* parent, int length) {
+    if (!checkWordLength(parent, length)) {
         return false;
     }
     // A variable length that equals the common one changes with it. The sync word does not: its

@@ -47,6 +47,16 @@ TEST(FrameEditMask, AHexadecimalEntryIsEnteredFromTheLeft) {
     EXPECT_TRUE(t.ui.boxes.empty());
 }
 
+TEST(FrameEditMask, ABinaryEntryIsOneWhateverTheSettingSays) {
+    TestContext t;
+    t.settings.writeInteger("HexBM", 1);
+    EXPECT_EQ(enteredBinaryMask(t.context, &t.ui, "1111", 8), "11110000");
+    EXPECT_EQ(enteredBinaryMask(t.context, &t.ui, "FW", 8), "FW");
+    EXPECT_TRUE(t.ui.boxes.empty());
+    EXPECT_EQ(enteredBinaryMask(t.context, &t.ui, "FF", 8), std::nullopt);
+    EXPECT_EQ(t.ui.boxes.back().id, 142);
+}
+
 TEST(FrameEditMask, OtherTextsAreRefused) {
     TestContext t;
     const std::vector<std::string> refused{"", "12", "F", "0x1", std::string(65, '1'), "fw"};

@@ -254,5 +254,31 @@ TEST(MeasurementEditSave, AMoveLeavesNothingOfTheOldTypeBehind) {
     EXPECT_EQ(f.format.wordFrameDefinition(entry)->locationCount(), 0);
 }
 
+TEST(MeasurementRename, ChangesEveryPlaceAndThenTheRecord) {
+    SaveFixture f;
+    ASSERT_TRUE(f.save({5, 1, ""}, SaveFixture::interval("SFSC", 2, 2)));
+    std::string told;
+    f.saving.renameConversion = [&](UserInterface*, std::string_view from, std::string_view to) {
+        told = std::string(from) + " " + std::string(to);
+    };
+    const auto before = f.places("A");
+    const auto rename = [&](std::string_view from, std::string_view to) {
+        return renameMeasurement(f.format, f.parent, f.edit, f.saving, from, to);
+    };
+    f.format.changed = false;
+    EXPECT_TRUE(rename("A", "A"));
+    EXPECT_FALSE(f.format.changed) << "its own name is no change";
+    EXPECT_FALSE(rename("X", "Y"));
+    EXPECT_TRUE(rename("a", "B"));
+    EXPECT_EQ(f.places("B"), before);
+    EXPECT_EQ(f.places("A"), "");
+    EXPECT_EQ(told, "a B");
+    EXPECT_TRUE(f.format.changed);
+    EXPECT_TRUE(rename("B", "b")) << "the same name in another case";
+    ASSERT_TRUE(f.save({7, 1, ""}, SaveFixture::define("C", "MF")));
+    EXPECT_FALSE(rename("b", "c"));
+    EXPECT_EQ(f.ui.boxes.back().id, 334);
+}
+
 }  // namespace
 }  // namespace kavu
