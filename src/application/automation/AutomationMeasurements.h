@@ -8,7 +8,7 @@ namespace kavu {
 
 class AutomationSession;
 
-struct MeasurementPlace {
+struct OccurrencePlace {
     std::int32_t Fwp{};
     std::int32_t Fn{};
 };
@@ -34,8 +34,8 @@ class AutomationMeasurements {
     [[nodiscard]] std::string GetMeasurementName(std::int32_t fwp, std::int32_t fn,
                                                  std::int32_t mesIndex);
     void SetMeasurementName(const std::string& oldName, const std::string& newName);
-    [[nodiscard]] MeasurementPlace GetMeasurementOccurence(const std::string& name,
-                                                           std::int32_t occurence);
+    [[nodiscard]] OccurrencePlace GetMeasurementOccurence(const std::string& name,
+                                                          std::int32_t occurence);
     [[nodiscard]] std::string GetMeasurementParity(const std::string& name);
     void SetMeasurementParity(const std::string& name, const std::string& parity);
     [[nodiscard]] std::string GetMeasurementParityXfer(const std::string& name);
