@@ -1,6 +1,5 @@
 // The C interface of a translator session. Nothing may pass through it but what C knows: every
 // function catches what could be thrown, which is only a lack of memory.
-#include "core/text/Printf.h"
 #include "core/text/Text.h"
 #include "pcm/PcmFormat.h"
 #include "sdk/SdkHandle.h"
@@ -58,11 +57,21 @@ unsigned indexOf(std::size_t index) {
     return index < kBeyond ? static_cast<unsigned>(index) : kBeyond;
 }
 
+/// Null, and no error, for a place that is not: programs ask for one after the other until there
+/// are no more.
 const kavu::SdkFragment* fragmentAt(const kavu_sdk* session, std::size_t index, int location,
-                                    int number, std::string_view function) {
-    return session == nullptr
+                                    int number) {
+    if (session == nullptr || index >= session->session->measurementCount()) {
+        return nullptr;
+    }
+    const auto& locations = session->session->measurement(indexOf(index)).locations;
+    if (location < 1 || static_cast<std::size_t>(location) > locations.size()) {
+        return nullptr;
+    }
+    const auto& fragments = locations[static_cast<std::size_t>(location) - 1].fragments;
+    return number < 1 || static_cast<std::size_t>(number) > fragments.size()
                ? nullptr
-               : session->session->findFragment(indexOf(index), location, number, function);
+               : &fragments[static_cast<std::size_t>(number) - 1];
 }
 
 kavu_sdk_group* newGroup(std::optional<kavu::SdkGroup> group) {
@@ -150,21 +159,13 @@ int kavu_sdk_stream_count(const kavu_sdk* session) {
 }
 
 int kavu_sdk_get_stream(const kavu_sdk* session, int number, kavu_sdk_stream* stream) {
-    return guarded(-1, [&] {
-        if (session == nullptr || stream == nullptr) {
-            return -1;
-        }
-        if (number < 1 || number > session->session->streamCount()) {
-            session->session->writeError(
-                kavu::formatPrintf("ERROR: Invalid stream number (%d) passed to %s()\n\n", number,
-                                   "kavu_sdk_get_stream"));
-            return -1;
-        }
-        const auto& link = session->session->links()[static_cast<std::size_t>(number) - 1];
-        *stream = {link.name.c_str(), link.type.c_str(), link.isNamed ? 1 : 0, link.group('P'),
-                   link.group('D'),   link.group('B'),   link.group('A'),      link.group('S')};
-        return 0;
-    });
+    if (stream == nullptr || number < 1 || number > kavu_sdk_stream_count(session)) {
+        return -1;
+    }
+    const auto& link = session->session->links()[static_cast<std::size_t>(number) - 1];
+    *stream = {link.name.c_str(), link.type.c_str(), link.isNamed ? 1 : 0, link.group('P'),
+               link.group('D'),   link.group('B'),   link.group('A'),      link.group('S')};
+    return 0;
 }
 
 int kavu_sdk_find_stream(const kavu_sdk* session, const char* name) {
@@ -200,22 +201,14 @@ size_t kavu_sdk_measurement_count(const kavu_sdk* session) {
 }
 
 int kavu_sdk_get_measurement(kavu_sdk* session, size_t index, kavu_sdk_measurement* result) {
-    return guarded(-1, [&] {
-        if (session == nullptr || result == nullptr) {
-            return -1;
-        }
-        if (index >= session->session->measurementCount()) {
-            session->session->writeError(
-                kavu::formatPrintf("ERROR: Invalid measurement index (%u) passed to %s()\n\n",
-                                   indexOf(index), "kavu_sdk_get_measurement"));
-            return -1;
-        }
-        const auto& measurement = session->session->measurement(indexOf(index));
-        *result = {measurement.name.c_str(), measurement.locationType.c_str(),
-                   measurement.wordLength,   static_cast<int>(measurement.locations.size()),
-                   measurement.bus,          measurement.message};
-        return 0;
-    });
+    if (result == nullptr || index >= kavu_sdk_measurement_count(session)) {
+        return -1;
+    }
+    const auto& measurement = session->session->measurement(indexOf(index));
+    *result = {measurement.name.c_str(), measurement.locationType.c_str(),
+               measurement.wordLength,   static_cast<int>(measurement.locations.size()),
+               measurement.bus,          measurement.message};
+    return 0;
 }
 
 long kavu_sdk_find_measurement(const kavu_sdk* session, const char* name) {
@@ -228,23 +221,19 @@ long kavu_sdk_find_measurement(const kavu_sdk* session, const char* name) {
 }
 
 int kavu_sdk_fragment_count(kavu_sdk* session, size_t index, int location) {
-    return guarded(-1, [&] {
-        if (fragmentAt(session, index, location, 1, "kavu_sdk_fragment_count") == nullptr) {
-            return -1;
-        }
-        const auto& measurement = session->session->measurement(indexOf(index));
-        return static_cast<int>(
-            measurement.locations[static_cast<std::size_t>(location) - 1].fragments.size());
-    });
+    if (fragmentAt(session, index, location, 1) == nullptr) {
+        return -1;
+    }
+    const auto& measurement = session->session->measurement(indexOf(index));
+    return static_cast<int>(
+        measurement.locations[static_cast<std::size_t>(location) - 1].fragments.size());
 }
 
 int kavu_sdk_get_fragment(kavu_sdk* session, size_t index, int location, int number,
                           kavu_sdk_fragment* fragment) {
     return guarded(-1, [&] {
-        const auto* const found = fragment == nullptr ? nullptr
-                                                      : fragmentAt(session, index, location, number,
-                                                                   "kavu_sdk_get_fragment");
-        if (found == nullptr) {
+        const auto* const found = fragmentAt(session, index, location, number);
+        if (found == nullptr || fragment == nullptr) {
             return -1;
         }
         *fragment = {found->number,
@@ -270,8 +259,10 @@ int kavu_sdk_mask_words(kavu_sdk* session, size_t index, int location, int numbe
                         uint32_t words[2]) {
     return guarded(-1, [&] {
         const auto* const found =
-            words == nullptr ? nullptr
-                             : fragmentAt(session, index, location, number, "kavu_sdk_mask_words");
+            session == nullptr || words == nullptr
+                ? nullptr
+                : session->session->findFragment(indexOf(index), location, number,
+                                                 "kavu_sdk_mask_words");
         if (found == nullptr) {
             return -1;
         }

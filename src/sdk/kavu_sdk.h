@@ -2,7 +2,8 @@
  *
  * A session is opened on one file, which it never changes, and closed. Functions that return int
  * give 0 or more when they succeed and -1 when they fail, unless they say otherwise; why is then
- * the last of the error texts, but for null pointers and names that are not there. Failures do not
+ * the last of the error texts, but for null pointers and names that are not there; and streams,
+ * measurements and fragments may be got one after the other until there are no more. Failures do not
  * end a session. No function throws, and every one takes a null session as one that is not open.
  *
  * Texts are bytes as the file has them, with real line breaks. A text that is returned is owned by
