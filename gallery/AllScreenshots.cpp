@@ -16,6 +16,7 @@ void addAllScreenshots(ScreenshotList& list) {
     addBusScreenshots(list);
     addDatabaseScreenshots(list);
     addReportScreenshots(list);
+    addExchangeScreenshots(list);
 }
 
 }  // namespace kavu

@@ -27,6 +27,8 @@ void addBusScreenshots(ScreenshotList& list);
 void addDatabaseScreenshots(ScreenshotList& list);
 /// The windows of reports, plots and calibration sheets.
 void addReportScreenshots(ScreenshotList& list);
+/// The windows of import and export, and the choice of several streams.
+void addExchangeScreenshots(ScreenshotList& list);
 
 /// Every window, page and dialog of the program.
 void addAllScreenshots(ScreenshotList& list);

@@ -82,7 +82,7 @@ void XmlDialog::addLosses(QVBoxLayout& column) {
     list->setTextElideMode(Qt::ElideLeft);  // the end of a path tells most
     list->header()->setStretchLastSection(false);
     list->header()->setSectionResizeMode(0, QHeaderView::Stretch);
-    list->setColumnWidth(1, look::charactersWide(*this, 12));
+    list->header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
     list->setMinimumHeight(look::unit(*this) * 3 * kShownLosses);
     summary_ = look::addLabel({}, *list);
     summary_->setObjectName(QStringLiteral("summary"));
