@@ -24,7 +24,7 @@ AutomationError AutomationTalk::failure(AutomationFault unnumbered,
     if (lacksDisplay_) {
         return {AutomationFault::NoDisplay, "There is no display to ask on."};
     }
-    if (cancelled_) {
+    if (cancelled_ || stopped_) {
         return {AutomationFault::Cancelled, "The user has cancelled."};
     }
     const auto& text = lastText_.empty() ? withoutMessage : lastText_;
@@ -58,6 +58,7 @@ Button AutomationTalk::message(const MessageBox& box) {
     if (!asks) {
         last_ = std::abs(box.id);
         lastText_ = box.text;
+        cancelled_ = false;
     }
     if (reach_ != Reach::Window) {
         return answerUnseen(box);
@@ -193,7 +194,8 @@ void AutomationTalk::yieldToInterface() {
 
 bool AutomationTalk::cancelRequested() {
     const bool reply = !isSilent() && shown_->cancelRequested();
-    return noteReply(reply, reply);
+    stopped_ = stopped_ || reply;
+    return reply;
 }
 
 }  // namespace kavu

@@ -71,7 +71,8 @@ class AutomationTalk : public UserInterface {
     int last_ = 0;
     std::string lastText_;
     bool lacksDisplay_ = false;
-    bool cancelled_ = false;
+    bool cancelled_ = false;  ///< by the last answer; a message after it is the reason
+    bool stopped_ = false;    ///< with the Cancel button of the progress window
 };
 
 }  // namespace kavu
