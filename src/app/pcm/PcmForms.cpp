@@ -21,6 +21,7 @@
 #include "groups/MeasurementNames.h"
 #include "pcm/PcmFormat.h"
 #include "pcm/PcmLoad.h"
+#include "pcm/undo/StreamUndo.h"
 
 namespace kavu {
 
@@ -146,10 +147,6 @@ void addContents(FormContext& form, Application& application, const std::string&
     }
 }
 
-}  // namespace
-
-namespace {
-
 /// "Report Generation" of the stream of a sheet. That of a bus is of its buses, as they were loaded
 /// or edited last; false if they cannot be read, as after a cancel.
 bool reportStream(FormContext& form, DocumentContext& document, const PcmFormat& format,
@@ -161,6 +158,71 @@ bool reportStream(FormContext& form, DocumentContext& document, const PcmFormat&
         form.reports.bus(window, *bus);
     }
     return false;
+}
+
+/// What the windows over the stream in memory call in each other.
+class StreamWindows {
+  public:
+    /// `written` follows each write of the stream. The arguments must outlive the object.
+    StreamWindows(FormContext& form, Application& application,
+                  const std::function<void()>& written = {})
+        : form_(form), application_(application) {
+        auto& format = application.pcmFormat();
+        auto words = makeWordSteps(form, application);
+        words.saveFormat = [written, save = words.saveFormat] {
+            const bool saved = save();
+            if (saved && written) {
+                written();
+            }
+            return saved;
+        };
+        installWordSteps(steps_, form, format, words);
+        installSheetSteps(steps_, form, format);
+        installDatabaseEntries(steps_, form, application);
+        steps_.conversions = &application.conversions();
+        steps_.editConversions = [&form, &application](QWidget& window) {
+            return editAllConversions(form, application.context(), application.conversions(),
+                                      &window);
+        };
+        steps_.edit = words.edit;
+        if (form.reports.stream) {
+            steps_.generateReports = [&form](QWidget& over) {
+                form.reports.stream(over, false);
+                return false;
+            };
+        }
+    }
+
+    bool showFrame() {
+        return showMajorFrameDisplay(form_, application_.context(), application_.pcmFormat(),
+                                     steps_);
+    }
+
+  private:
+    FormContext& form_;
+    Application& application_;
+    PcmFormSteps steps_;
+};
+
+/// Runs the sheet over the stream in memory, with all that its buttons open. True if the stream was
+/// written.
+bool runStreamSheet(FormContext& form, Application& application, const std::string& link,
+                    StreamSheet& sheet, const std::function<void()>& saved,
+                    const std::function<void()>& cancelled) {
+    auto& document = application.context();
+    auto& format = application.pcmFormat();
+    StreamWindows windows(form, application, saved);
+    PcmSheetCalls calls;
+    calls.viewFrame = [&](QWidget&) { return windows.showFrame(); };
+    addContents(form, application, link, sheet, calls);
+    if (form.reports.stream) {
+        calls.reports = [&](QWidget& over) {
+            return reportStream(form, document, format, link, over);
+        };
+    }
+    calls.saved = saved;
+    calls.cancelled = cancelled;
+    return editPcmAttributes(form, format, std::move(calls));
 }
 
 }  // namespace
@@ -183,45 +245,41 @@ bool editStream(FormContext& form, Application& application,
         sheet.takeBack();
         return false;
     }
-    PcmFormSteps steps;
-    auto words = makeWordSteps(form, application);
-    words.saveFormat = [&sheet, save = words.saveFormat] {
-        const bool saved = save();
-        if (saved) {
-            sheet.written();
-        }
-        return saved;
-    };
-    installWordSteps(steps, form, format, words);
-    installSheetSteps(steps, form, format);
-    installDatabaseEntries(steps, form, application);
-    steps.conversions = &application.conversions();
-    steps.editConversions = [&](QWidget& window) {
-        return editAllConversions(form, document, application.conversions(), &window);
-    };
-    steps.edit = words.edit;
-    if (form.reports.stream) {
-        steps.generateReports = [&](QWidget& over) {
-            form.reports.stream(over, false);
-            return false;
-        };
-    }
-    PcmSheetCalls calls;
-    calls.viewFrame = [&](QWidget&) {
-        return showMajorFrameDisplay(form, document, format, steps);
-    };
-    addContents(form, application, chosen, sheet, calls);
-    calls.reports = [&](QWidget& over) {
-        return reportStream(form, document, format, chosen, over);
-    };
-    if (!form.reports.stream) {
-        calls.reports = nullptr;
-    }
-    calls.saved = [&sheet] { sheet.written(); };
-    calls.cancelled = [&sheet] { sheet.takeBack(); };
-    const bool wrote = editPcmAttributes(form, format, std::move(calls));
+    const bool wrote = runStreamSheet(
+        form, application, chosen, sheet, [&sheet] { sheet.written(); },
+        [&sheet] { sheet.takeBack(); });
     format.closeFormat();
     return wrote || sheet.hasContents();
+}
+
+bool editLoadedStream(FormContext& form, Application& application) {
+    auto& format = application.pcmFormat();
+    StreamSheet sheet(form, application);
+    StreamUndo history(format);
+    const bool wasChanged = format.changed;
+    bool isWritten = false;
+    const auto saved = [&] {
+        sheet.written();
+        (void)history.commit();
+        isWritten = true;
+    };
+    const auto cancelled = [&] {
+        sheet.takeBack();
+        if (history.commit()) {
+            (void)history.undo(&form.ui);
+        }
+        format.changed = wasChanged && !isWritten;
+    };
+    const bool wrote =
+        runStreamSheet(form, application, format.streamName.str(), sheet, saved, cancelled);
+    return wrote || sheet.hasContents();
+}
+
+bool showLoadedStream(FormContext& form, Application& application) {
+    const bool isEdited = StreamWindows(form, application).showFrame();
+    auto& format = application.pcmFormat();
+    format.changed = format.changed || isEdited;
+    return isEdited;
 }
 
 void installPcmForms(MainWindow& window, Application& application) {

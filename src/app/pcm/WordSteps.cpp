@@ -94,10 +94,12 @@ void installConversionSteps(WordSteps& steps, FormContext& form, Application& ap
 bool editMeasurementAt(FormContext& form, PcmFormat& format, const WordSteps& steps,
                        QWidget* window, int fwp, int fn) {
     const auto name = chooseMeasurement(form, format, fwp, fn);
-    if (!name) {
-        return false;
-    }
-    auto word = wordToEdit(format, &form.ui, fwp, fn, *name);
+    return name && editMeasurement(form, format, steps, window, fwp, fn, *name);
+}
+
+bool editMeasurement(FormContext& form, PcmFormat& format, const WordSteps& steps, QWidget* window,
+                     int fwp, int fn, const std::string& name) {
+    auto word = wordToEdit(format, &form.ui, fwp, fn, name);
     if (!word) {
         return false;
     }

@@ -38,6 +38,9 @@ struct WordSteps {
 /// chooses one, or a new one. True if the stream or the conversion has changed.
 bool editMeasurementAt(FormContext& form, PcmFormat& format, const WordSteps& steps,
                        QWidget* window, int fwp, int fn);
+/// The same for the measurement of that name there, or for a new one without a name.
+bool editMeasurement(FormContext& form, PcmFormat& format, const WordSteps& steps, QWidget* window,
+                     int fwp, int fn, const std::string& name);
 
 /// "Measurement Definition Options": true for word/frame locations, nothing after a Cancel.
 [[nodiscard]] std::optional<bool> chooseDefinitionMode(FormContext& form, QWidget* window,
