@@ -1,6 +1,7 @@
 // The editor. Here is only what a process has and a library must not: arguments, signals,
 // the one application object of the toolkit.
 #include "app/Forms.h"
+#include "app/automation/AutomationProcess.h"
 #include "app/framework/DialogDoor.h"
 #include "app/framework/Look.h"
 #include "app/framework/QtText.h"
@@ -54,8 +55,15 @@ void followSignals(kavu::MainWindow& window) {
 int main(int argc, char** argv) {
     const auto options =
         kavu::readStartOptions(std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc));
-    if (options.automation) {
-        return 0;
+    switch (options.automation) {
+        case kavu::AutomationSwitch::None:
+            break;
+        case kavu::AutomationSwitch::Register:
+        case kavu::AutomationSwitch::Unregister:
+            return kavu::changeRegistration(argc, argv, options);
+        case kavu::AutomationSwitch::Embedding:
+            rememberSignals();
+            return kavu::serveAutomation(argc, argv, options, [] { return stopSignals != 0; });
     }
     if (!options.print.empty()) {
         (options.wrong ? std::cerr : std::cout) << options.print << std::flush;

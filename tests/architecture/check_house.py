@@ -68,6 +68,7 @@ FILE_GATE = ("core/files/", "core/document/DocumentFiles.", "core/document/FileJ
              "core/WorkingStore.", GALLERY + "/")
 # (how many places, whose files these are)
 OTHER_FILES = {
+    "app/automation/Registration.cpp": (3, "the files by which the bus finds the program"),
     "app/conversion/PlotOutput.cpp": (1, "a picture that the user has asked for"),
     "app/framework/MessagesWindow.cpp": (1, "a copy of the messages that the user has asked for"),
     "app/reports/PageOutput.cpp": (1, "pages and reports that the user has asked for"),

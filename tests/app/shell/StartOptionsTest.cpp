@@ -13,7 +13,7 @@ TEST(StartOptions, WithoutArgumentsTheEditorJustStarts) {
     const auto options = readStartOptions({});
     EXPECT_TRUE(options.file.empty());
     EXPECT_TRUE(options.splash);
-    EXPECT_FALSE(options.automation);
+    EXPECT_EQ(options.automation, AutomationSwitch::None);
     EXPECT_TRUE(options.print.empty());
 }
 
@@ -25,13 +25,39 @@ TEST(StartOptions, BehindTwoDashesAllIsAFile) {
     EXPECT_EQ(readStartOptions({"--", "--odd.tma"}).file, "--odd.tma");
 }
 
+AutomationSwitch switchOf(const std::vector<std::string>& arguments) {
+    return readStartOptions(arguments).automation;
+}
+
 TEST(StartOptions, SwitchesOfAutomationCountInAnyCaseBehindADashOrASlash) {
-    for (const auto* const argument :
-         {"-RegServer", "/regserver", "-UNREGSERVER", "/UnregServer", "-embedding", "/Embedding"}) {
-        EXPECT_TRUE(readStartOptions({argument}).automation) << argument;
-    }
-    EXPECT_FALSE(readStartOptions({"Embedding"}).automation);
-    EXPECT_FALSE(readStartOptions({"/embedding/flight.tma"}).automation);
+    EXPECT_EQ(switchOf({"-RegServer"}), AutomationSwitch::Register);
+    EXPECT_EQ(switchOf({"/regserver"}), AutomationSwitch::Register);
+    EXPECT_EQ(switchOf({"-UNREGSERVER"}), AutomationSwitch::Unregister);
+    EXPECT_EQ(switchOf({"/UnregServer"}), AutomationSwitch::Unregister);
+    EXPECT_EQ(switchOf({"-embedding"}), AutomationSwitch::Embedding);
+    EXPECT_EQ(switchOf({"/Embedding"}), AutomationSwitch::Embedding);
+    EXPECT_EQ(switchOf({"Embedding"}), AutomationSwitch::None);
+    EXPECT_EQ(switchOf({"/embedding/flight.tma"}), AutomationSwitch::None);
+}
+
+TEST(StartOptions, OfSeveralSwitchesTheFirstCountsWhereverItStands) {
+    EXPECT_EQ(switchOf({"a.tma", "/UnregServer", "-RegServer"}), AutomationSwitch::Unregister);
+    EXPECT_EQ(switchOf({"--fast", "b.tma", "-Embedding"}), AutomationSwitch::Embedding);
+    EXPECT_FALSE(readStartOptions({"--fast", "-Embedding"}).wrong);
+}
+
+TEST(StartOptions, ASwitchWithinAWordOrBehindTwoDashesIsNone) {
+    EXPECT_EQ(switchOf({"/data/my -Embedding file.tma"}), AutomationSwitch::None);
+    EXPECT_EQ(switchOf({"--", "-Embedding"}), AutomationSwitch::None);
+    EXPECT_EQ(readStartOptions({"--", "-Embedding"}).file, "-Embedding");
+    EXPECT_EQ(switchOf({"--settings", "-RegServer"}), AutomationSwitch::None);
+}
+
+TEST(StartOptions, SettingsAndScopeCountBesideASwitch) {
+    const auto options = readStartOptions({"--settings", "s.ini", "-RegServer", "--system"});
+    EXPECT_EQ(options.settings, "s.ini");
+    EXPECT_TRUE(options.forSystem);
+    EXPECT_FALSE(readStartOptions({"-RegServer"}).forSystem);
 }
 
 TEST(StartOptions, AnUnknownOptionAndASecondFileAreRefused) {
