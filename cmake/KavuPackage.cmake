@@ -39,6 +39,34 @@ if(TARGET kavu)
     install(FILES ${PROJECT_SOURCE_DIR}/packaging/org.kavu.kavu.metainfo.xml
             DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
     kavu_install_compressed(docs/kavu.1 ${CMAKE_INSTALL_MANDIR}/man1)
+    # How the bus finds and starts the automation, and the type library.
+    # The bus wants the whole path of the program, which is known when it is installed; a package is
+    # installed once more, from the folder in which it is made.
+    install(CODE "set(kavu_made_in /_CPack_Packages/)
+        set(kavu_bin \"${CMAKE_INSTALL_BINDIR}\")
+        set(kavu_data \"${CMAKE_INSTALL_DATADIR}\")" COMPONENT kavu)
+    install(CODE [[
+        set(kavu_prefix "${CMAKE_INSTALL_PREFIX}")
+        if(kavu_prefix MATCHES "${kavu_made_in}")
+            set(kavu_prefix /usr)
+        endif()
+        foreach(name IN ITEMS Kavu.Kavu Kavu.KavuGui)
+            set(kavu_file "${CMAKE_INSTALL_PREFIX}/${kavu_data}/dbus-1/services/${name}.service")
+            file(WRITE "$ENV{DESTDIR}${kavu_file}"
+                 "[D-BUS Service]\nName=${name}\nExec=${kavu_prefix}/${kavu_bin}/kavu -Embedding\n")
+            list(APPEND CMAKE_INSTALL_MANIFEST_FILES "${kavu_file}")
+        endforeach()
+    ]] COMPONENT kavu)
+    install(FILES ${PROJECT_BINARY_DIR}/src/app/automation/Kavu.IKavu.xml
+                  ${PROJECT_BINARY_DIR}/src/app/automation/Kavu.IKavuGui.xml
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/dbus-1/interfaces)
+    # What drives it from Python.
+    install(DIRECTORY ${PROJECT_SOURCE_DIR}/python/kavu
+            DESTINATION lib/python3/dist-packages COMPONENT automation
+            FILES_MATCHING PATTERN "*.py" PATTERN "py.typed")
+    install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples/automation/
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/python3-kavu/examples COMPONENT automation
+            FILES_MATCHING PATTERN "*.py" PATTERN "*.csv")
 endif()
 # The library of the translator session, what a program is built with that uses it, and the module
 # for Python. Each package has its own copyright and changes.
@@ -61,7 +89,12 @@ install(FILES ${PROJECT_BINARY_DIR}/package/libkavu-sdk1
 set(kavu_package_of_library libkavu-sdk1)
 set(kavu_package_of_development libkavu-sdk-dev)
 set(kavu_package_of_python python3-kavu-sdk)
-foreach(component IN ITEMS library development python)
+set(kavu_package_of_automation python3-kavu)
+set(kavu_components library development python)
+if(TARGET kavu)
+    list(APPEND kavu_components automation)
+endif()
+foreach(component IN LISTS kavu_components)
     install(FILES ${PROJECT_SOURCE_DIR}/packaging/copyright
                   ${PROJECT_BINARY_DIR}/compressed/changelog.gz
             DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${kavu_package_of_${component}}
@@ -92,7 +125,7 @@ set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_GROUPING IGNORE)
-set(CPACK_COMPONENTS_ALL kavu library development python)
+set(CPACK_COMPONENTS_ALL kavu ${kavu_components})
 set(CPACK_DEBIAN_KAVU_PACKAGE_NAME kavu)
 set(CPACK_DEBIAN_KAVU_DESCRIPTION "${PROJECT_DESCRIPTION}\n${CPACK_PACKAGE_DESCRIPTION}")
 # Printed pages are set in its letters.
@@ -136,4 +169,14 @@ set(CPACK_DEBIAN_PYTHON_DESCRIPTION
     "module for Python that reads TMATS files\n\
 Sessions over files of the telemetry attributes transfer standard, with types\n\
 for links, measurements, places and masks.")
+set(CPACK_DEBIAN_AUTOMATION_PACKAGE_NAME ${kavu_package_of_automation})
+set(CPACK_DEBIAN_AUTOMATION_PACKAGE_SECTION python)
+set(CPACK_DEBIAN_AUTOMATION_PACKAGE_ARCHITECTURE all)
+set(CPACK_DEBIAN_AUTOMATION_PACKAGE_SHLIBDEPS OFF)
+set(CPACK_DEBIAN_AUTOMATION_PACKAGE_DEPENDS
+    "python3 (>= 3.9), python3-dbus, kavu (>= ${PROJECT_VERSION})")
+set(CPACK_DEBIAN_AUTOMATION_DESCRIPTION
+    "module for Python that drives the editor for TMATS files\n\
+Opens and edits files of the telemetry attributes transfer standard over the\n\
+session bus: streams, ID counters, subframes, measurements and conversions.")
 include(CPack)
