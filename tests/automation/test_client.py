@@ -106,7 +106,12 @@ class ModuleTest(PrivateBusTest):
         editor.SavePCMFormat(0)
         editor.SaveTmatsFile(0)
         editor.CloseTmatsFile(0, False)
-        self.wait_until(lambda: GLib.MainContext.default().iteration(False) or len(told) >= 5)
+
+        def have_all_come():
+            GLib.MainContext.default().iteration(False)
+            return len(told) >= 5
+
+        self.wait_until(have_all_come)
         self.assertEqual(told, [("opened", path), ("PCM Stream 1", True), ("PCM Stream 1", False),
                                 ("saved", path), ("closed", path)])
 

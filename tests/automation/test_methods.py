@@ -125,7 +125,7 @@ class MethodsTest(PrivateBusTest):
         editor = self.reloaded()
         self.assertEqual((editor.GetCommonWordLength(), editor.GetNumberOfFrames(),
                           editor.GetWordsPerMinorFrame()), (14, 16, 60))
-        self.assertEqual(editor.GetPCMComment(), "one\ntwo")
+        self.assertEqual(editor.GetPCMComment().splitlines(), ["one", "two"])
         for method in (editor.SetCommonWordLength, editor.SetNumberOfFrames, editor.SetWordsPerMinorFrame):
             for number in (0, -1, 2 ** 31 - 1, -2 ** 31):
                 with self.subTest(number=number):
@@ -275,8 +275,9 @@ class MethodsTest(PrivateBusTest):
     def test_texts_of_a_conversion(self):
         self.editor.OpenTmatsFile(NO_HWND, self.path)
         editor = self.editor
-        for what, value in (("Description", "a text"), ("HiLimit", "9"), ("HiValue", "8"), ("HiWarning", "8.5"),
-                            ("LowLimit", "-9"), ("LowValue", "-8"), ("LowWarning", "-8.5"),
+        # A low one may not be above its high one at any time.
+        for what, value in (("Description", "a text"), ("LowLimit", "-9"), ("LowValue", "-8"),
+                            ("LowWarning", "-8.5"), ("HiLimit", "9"), ("HiValue", "8"), ("HiWarning", "8.5"),
                             ("SampleRate", "12.5"), ("Units", "degC"), ("BinaryFormat", "TWO")):
             get = getattr(editor, "GetMeasurementEu" + what)
             setter = getattr(editor, "SetMeasurementEu" + what)
