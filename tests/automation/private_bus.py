@@ -67,7 +67,7 @@ class PrivateBusTest(unittest.TestCase):
         self.home = self.folder("home")
         self.work = self.folder("work")
         self.data = self.folder("home/.local/share")
-        self.processes = []
+        os.chmod(self.folder("run"), 0o700)
         self.environment = {
             "PATH": os.environ.get("PATH", ""), "LC_ALL": "C.UTF-8", "HOME": self.home,
             "TEMP": self.temp, "TMPDIR": self.temp, "XDG_RUNTIME_DIR": self.folder("run"),
