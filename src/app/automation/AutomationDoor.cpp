@@ -1,5 +1,7 @@
 #include "app/automation/AutomationDoor.h"
 
+#include "app/framework/EditDialog.h"
+
 #include <limits>
 
 #include <QMessageBox>
@@ -31,7 +33,7 @@ int AutomationDoor::run(QDialog& dialog) {
     }
     const int result = inner_ != nullptr ? inner_->run(dialog) : dialog.exec();
     if (depth() == 1 && qobject_cast<QMessageBox*>(&dialog) == nullptr) {
-        accepted_ = result == QDialog::Accepted;
+        accepted_ = result == QDialog::Accepted || result == EditDialog::kNothingToStore;
     }
     return result;
 }

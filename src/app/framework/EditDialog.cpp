@@ -24,8 +24,7 @@ void EditDialog::markChanged() {
 
 void EditDialog::accept() {
     if (!changed_ && !new_) {
-        // Nothing was stored, so it is as if it had been left with Cancel.
-        QDialog::reject();
+        done(kNothingToStore);
     } else if (store()) {
         QDialog::accept();
     }

@@ -20,6 +20,10 @@ class EditDialog : public QDialog {
 
     [[nodiscard]] bool isChanged() const { return changed_; }
 
+    /// The result of an OK that had nothing to store: nothing has come of the dialog, and yet its
+    /// user has not cancelled it.
+    static constexpr int kNothingToStore = QDialog::Accepted + 1;
+
     /// OK: closes if `store` has stored everything. An unchanged dialog stores nothing.
     void accept() override;
     /// Cancel: asks if something has changed.
