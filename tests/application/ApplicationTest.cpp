@@ -135,6 +135,20 @@ TEST(Application, TheStartOfAnEditorSwitchesAnUnusableDatabaseOff) {
     EXPECT_EQ(stage.ui.shown.size(), 1U);
 }
 
+TEST(Application, WhatIsAddedAutomaticallyIsKeptWhenTheRunEnds) {
+    TestApplication stage;
+    auto& settings = stage.application.context().settings;
+    settings.overrideForThisRun(setting::kDatabaseAddsRoot, 1);
+    settings.overrideForThisRun(setting::kDatabaseAddsChildren, 1);
+    const auto kept = [&stage](const std::string& line) {
+        return readFile(stage.folder / "kavu.ini").find(line) != std::string::npos;
+    };
+    EXPECT_FALSE(kept("MDBAddRoot=1"));
+    EXPECT_TRUE(stage.application.shutDown(nullptr));
+    EXPECT_TRUE(kept("MDBAddRoot=1"));
+    EXPECT_TRUE(kept("MDBAddChildren=1"));
+}
+
 TEST(Application, ADatabaseAtItsDefaultPathThatWasNeverMadeIsNoFault) {
     TestApplication stage;
     auto& settings = stage.application.context().settings;

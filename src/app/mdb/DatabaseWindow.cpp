@@ -301,13 +301,10 @@ void DatabaseWindow::addRecord() {
 
 void DatabaseWindow::duplicateRecords() {
     endCellEdit();
-    std::size_t last = 0;
-    for (const auto row : selectedRows()) {
-        last = edit_.duplicate(row);
-    }
-    if (last > 0) {
+    if (const auto rows = selectedRows(); !rows.empty()) {
+        const auto first = edit_.duplicate(rows);
         follow();
-        select(last, mdbfield::kName);
+        select(first, mdbfield::kName);
     }
 }
 

@@ -157,8 +157,15 @@ std::size_t DatabaseEdit::add(const MdbRecord& record) {
     return rows_.size() - 1;
 }
 
-std::size_t DatabaseEdit::duplicate(std::size_t row) {
-    return add(rows_[row].record.unpacked());
+std::size_t DatabaseEdit::duplicate(const std::vector<std::size_t>& rows) {
+    const auto first = rows_.size();
+    for (const auto row : rows) {
+        rows_.push_back({.record = PackedRecord(rows_[row].record), .isChanged = true});
+    }
+    if (!rows.empty()) {
+        keep({.added = rows.size()});
+    }
+    return first;
 }
 
 bool DatabaseEdit::isRemovalMeant(UserInterface* parent, std::size_t count) const {

@@ -47,7 +47,8 @@ class DatabaseEdit {
     std::size_t setCells(const std::vector<CellChange>& changes);
     /// Returns the place of the new row.
     std::size_t add(const MdbRecord& record);
-    std::size_t duplicate(std::size_t row);
+    /// Copies of rows as new ones, one step; returns the place of the first.
+    std::size_t duplicate(const std::vector<std::size_t>& rows);
     /// Asks question 82 ("Are you sure") for one row, and 410 ("all entries") for all of them. True
     /// if they are gone. REQUIRES: the rows rise.
     bool remove(UserInterface* parent, const std::vector<std::size_t>& rows);

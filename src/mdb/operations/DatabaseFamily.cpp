@@ -125,9 +125,15 @@ std::optional<MdbRecord> selectDatabaseRecord(DatabaseWork& work, UserInterface*
         return std::nullopt;
     }
     const int row = parent->selectFromTable(prompt);
-    return row < 0 || static_cast<std::size_t>(row) >= prompt.rows.size()
-               ? std::nullopt
-               : work.database.lookUp(prompt.rows[static_cast<std::size_t>(row)].front());
+    if (row < 0 || static_cast<std::size_t>(row) >= prompt.rows.size()) {
+        return std::nullopt;
+    }
+    // By its place: several records may have the name.
+    auto record = work.database.first();
+    for (int i = 0; i < row && record; ++i) {
+        record = work.database.next();
+    }
+    return record;
 }
 
 bool storeMeasurementInDatabase(DatabaseWork& work, UserInterface* parent,

@@ -42,12 +42,23 @@ TEST(DatabaseEdit, RowsAreAddedDuplicatedAndRemoved) {
     EditStage stage(mdbLine({"A"}) + mdbLine({"B"}));
     stage.ui.otherwise = Button::Yes;
     EXPECT_EQ(stage.edit.add(MdbRecord("C")), 2U);
-    const auto copy = stage.edit.duplicate(0);
+    const auto copy = stage.edit.duplicate({0});
     stage.edit.set(copy, mdbfield::kName, "A2");
     EXPECT_TRUE(stage.edit.remove(&stage.ui, {1}));
     EXPECT_EQ(stage.ui.boxes.back().title, "Delete Measurement Database Entry");
     EXPECT_TRUE(stage.edit.store(&stage.ui));
     EXPECT_EQ(stage.bytes(), mdbLine({"A"}) + mdbLine({"C"}) + mdbLine({"A2"}));
+}
+
+TEST(DatabaseEdit, CopiesOfSeveralRowsAreOneStep) {
+    EditStage stage(mdbLine({"A", "R"}) + mdbLine({"B"}));
+    EXPECT_EQ(stage.edit.duplicate({0, 1}), 2U);
+    ASSERT_EQ(stage.edit.size(), 4U);
+    EXPECT_EQ(stage.edit.row(2), stage.edit.row(0));
+    EXPECT_EQ(stage.edit.row(3).name(), "B");
+    EXPECT_TRUE(stage.edit.undo());
+    EXPECT_EQ(stage.edit.size(), 2U);
+    EXPECT_FALSE(stage.edit.canUndo());
 }
 
 TEST(DatabaseEdit, AllGoAfterQuestion410) {

@@ -133,6 +133,16 @@ TEST(StreamSave, ARecordIsChosenFromATableOfNamesAndDescriptions) {
     EXPECT_FALSE(steps.select(nullptr));
 }
 
+TEST(StreamSave, OfSeveralRecordsOfOneNameTheChosenOneIsTaken) {
+    SaveStage stage;
+    stage.fill({StreamStage::record("A", {{f::kRoot, "first"}}),
+                StreamStage::record("A", {{f::kRoot, "second"}})});
+    stage.ui.rows = {1};
+    const auto chosen = selectDatabaseRecord(stage.work, &stage.ui);
+    ASSERT_TRUE(chosen);
+    EXPECT_EQ((*chosen)[f::kRoot], "second");
+}
+
 TEST(StreamSave, AListThatCannotBeFilledIsMessage414AndOffersNothing) {
     SaveStage stage;
     std::vector<MdbRecord> records;

@@ -1,4 +1,5 @@
 #include "core/document/Transaction.h"
+#include "core/files/FileIo.h"
 #include "mdb/operations/StreamStage.h"
 #include "mdb/operations/StreamUpdate.h"
 
@@ -259,6 +260,29 @@ TEST(StreamUpdate, NothingIsAddedToAFragmentedMeasurementWhichIsLogged) {
     EXPECT_TRUE(stage.update(choice).added.empty());
     EXPECT_EQ(stage.ui.countLogs(412), 2);
     EXPECT_FALSE(stage.ui.hasBox(412));
+}
+
+TEST(StreamUpdate, TheNextSaveWritesAnUpdatedRecordToTheUpdateFileIfItsTypeQualifies) {
+    UpdateStage stage;
+    stage.place(4, 1, "Beta");
+    stage.fill({StreamStage::record("Alpha", {{f::kType, "COE"}, {f::kData, "0.0 1.5"}}),
+                StreamStage::record("Beta", {{f::kType, "OTH"}, {f::kData, "text"}}),
+                StreamStage::record("Other", {{f::kType, "COE"}, {f::kData, "1 2"}})});
+    const auto path = stage.folder / "update.txt";
+    stage.settings.writeInteger("EnableUpd", 1);
+    stage.settings.write("UpdPath", path);
+    ASSERT_TRUE(stage.update().done);
+    EXPECT_EQ(stage.value("Alpha", "Chg"), "1");
+    EXPECT_EQ(stage.value("Beta", "Chg"), "1");
+    FileWriter output;
+    ASSERT_TRUE(output.open(stage.folder / "saved.tma", WriteMode::Truncate).ok());
+    ASSERT_TRUE(saveConversionGroup(stage.context, stage.conversions, &stage.ui, output));
+    ASSERT_TRUE(output.close().ok());
+    const auto text = readFile(path);
+    EXPECT_NE(text.find("Alpha, 1.5, 0.0\n"), std::string::npos) << text;
+    EXPECT_EQ(text.find("Beta"), std::string::npos) << text;
+    EXPECT_EQ(text.find("Other"), std::string::npos) << "it is not in the stream";
+    EXPECT_EQ(stage.value("Alpha", "Chg"), "");
 }
 
 TEST(StreamUpdate, TheSettingsKeepOneKeyForEachField) {
