@@ -180,8 +180,9 @@ bool Application::shutDown(UserInterface* parent) {
     // The choices of this run, including those of the menu, are kept when it ends.
     auto& settings = parts_->settings;
     for (const auto& key : {setting::kDatabaseAddsRoot, setting::kDatabaseAddsChildren}) {
-        if (const int chosen = settings.get(key);
-            chosen != settings.stored(key).value_or(key.otherwise)) {
+        const int chosen = settings.get(key);
+        settings.endOverride(TextKey{key.name});
+        if (chosen != settings.get(key)) {
             settings.set(key, chosen);
         }
     }

@@ -11,7 +11,7 @@ import sys
 from pathlib import Path
 
 
-PACKAGES = ["kavu", "libkavu-sdk-dev", "libkavu-sdk1", "python3-kavu-sdk"]
+PACKAGES = ["kavu", "libkavu-sdk-dev", "libkavu-sdk1", "python3-kavu", "python3-kavu-sdk"]
 
 
 def run(*command, **more):
@@ -42,7 +42,7 @@ def main(cpack, build, scratch_text):
     shutil.rmtree(scratch, ignore_errors=True)
     made = run(cpack, "--config", f"{build}/CPackConfig.cmake", "-B", str(scratch))
     packages = sorted(scratch.glob("*.deb"))
-    names = [package.name.partition("_")[0] for package in packages]
+    names = sorted(package.name.partition("_")[0] for package in packages)
     if made.returncode or names != PACKAGES:
         findings = [f"cpack: {names}; {made.stdout}{made.stderr}"]
     else:

@@ -133,7 +133,9 @@ class RecoverTest(kavu.KavuTest):
     def test_the_store_of_a_living_run_is_refused(self):
         self.write("big.tma", kavu.big_document(60))
         process = self.start("check", "big.tma")
-        self.wait_for(lambda: self.store_folder() is not None, process)
+        self.wait_for(lambda: self.store_folder() is not None and
+                      any(name.startswith("[kavu]") for name in os.listdir(self.store_folder())),
+                      process)
         process.send_signal(signal.SIGSTOP)
         store = self.store_folder()
         other = self.start("--json", "recover", store, "--partial", "-o", "rebuilt.tma")

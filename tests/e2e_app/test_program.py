@@ -70,12 +70,21 @@ class Program(EditorTest):
 
     def test_switches_of_automation_end_the_program_without_a_window(self):
         environment = {**self.environment(), "DISPLAY": ":no-such-display"}
-        for switch in ("-RegServer", "/regserver", "-UnregServer", "/UNREGSERVER", "-Embedding",
-                       "/embedding"):
+        for switch in ("-RegServer", "/regserver", "-UnregServer", "/UNREGSERVER"):
             with self.subTest(switch=switch):
                 run = subprocess.run([os.environ["KAVU"], switch], env=environment, timeout=30,
                                      capture_output=True, check=False, stdin=subprocess.DEVNULL)
                 self.assertEqual((run.returncode, run.stdout, run.stderr), (0, b"", b""))
+        self.assertEqual(os.listdir(self.temp), [])
+
+    def test_a_server_without_a_bus_says_so_and_leaves_nothing_behind(self):
+        environment = {**self.environment(), "DISPLAY": ":no-such-display"}
+        for switch in ("-Embedding", "/embedding"):
+            with self.subTest(switch=switch):
+                run = subprocess.run([os.environ["KAVU"], switch], env=environment, timeout=30,
+                                     capture_output=True, check=False, stdin=subprocess.DEVNULL)
+                self.assertEqual((run.returncode, run.stdout), (2, b""))
+                self.assertIn(b"there is no session bus", run.stderr)
         self.assertEqual(os.listdir(self.temp), [])
 
     def test_version_and_help_need_no_display(self):

@@ -108,7 +108,7 @@ TEST_F(MainWindowTest, EveryMenuAndSubmenuHasAPrompt) {
             ++menus;
         }
     }
-    EXPECT_EQ(menus, 14);
+    EXPECT_EQ(menus, 16);
 }
 
 TEST_F(MainWindowTest, FactsComeFromTheSourcesOfTheDocument) {

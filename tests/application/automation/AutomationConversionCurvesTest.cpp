@@ -9,6 +9,9 @@ namespace {
 class ConversionCurves : public MeasurementStage {
   protected:
     void openWith(const std::string& fields, const std::string& edition = "09") {
+        if (document().open) {
+            documents->CloseTmatsFile(0, false);  // a changed one would refuse another
+        }
         open(documentWith({{"MN@:P", "LT@:MF", "MF@:2"}}, "C-1\\DCN:P;" + fields, edition));
         EXPECT_TRUE(store().writeOut().ok());
     }

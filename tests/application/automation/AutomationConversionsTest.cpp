@@ -16,6 +16,9 @@ const char kRecord[] =
 class AutomationConversionsTest : public MeasurementStage {
   protected:
     void openWith(const std::string& records = kRecord, const std::string& edition = "09") {
+        if (document().open) {
+            documents->CloseTmatsFile(0, false);  // a changed one would refuse another
+        }
         open(documentWith({{"MN@:P", "LT@:MF", "MF@:2"}, {"MN@:Q", "LT@:MF", "MF@:3"}}, records,
                           edition));
         if (edition == "96") {
