@@ -1,4 +1,4 @@
-"""Ten thousand calls of a compiled client. Only a release build is held to the clock."""
+"""Ten thousand calls of a compiled client. `scripts/bench_automation` holds a release build to the clock."""
 
 import os
 import unittest
@@ -23,13 +23,13 @@ class SpeedTest(PrivateBusTest):
     def test_calls_in_flight(self):
         seconds = self.took("flight")
         print("in flight: %.3f s" % seconds)
-        if "KAVU_RELEASE" in os.environ:
+        if "KAVU_BENCH" in os.environ:
             self.assertLess(seconds, 2)
 
     def test_calls_one_after_another(self):
         seconds = self.took("row")
         print("one after another: %.3f s" % seconds)
-        if "KAVU_RELEASE" in os.environ:
+        if "KAVU_BENCH" in os.environ:
             self.assertLess(seconds, 4)
 
 
