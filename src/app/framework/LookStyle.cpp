@@ -79,6 +79,12 @@ QSize LookStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
         case CT_ItemViewItem:
             // Rows with some air are read without a ruler.
             return wanted + QSize(height / 3, height / 4);
+        case CT_TabBarTab:
+            // The toolkit gives every tab the height of one line.
+            if (const auto* const tab = qstyleoption_cast<const QStyleOptionTab*>(option)) {
+                wanted.rheight() += static_cast<int>(tab->text.count(u'\n')) * height;
+            }
+            return wanted;
         default:
             return wanted;
     }

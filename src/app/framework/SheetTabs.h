@@ -5,8 +5,8 @@ namespace kavu {
 
 class PropertySheet;
 
-/// Makes all tabs of a sheet seen, where the screen has room for them. To be called after the last
-/// page.
+/// Makes all tabs of a sheet seen, where the screen has room for them: on a narrow one titles of
+/// several words stand on two lines. To be called after the last page.
 void showAllTabs(PropertySheet& sheet);
 
 }  // namespace kavu

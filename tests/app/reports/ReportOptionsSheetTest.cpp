@@ -1,4 +1,5 @@
 // "Report Options": its pages, the keys they store, and which layout they edit.
+#include "app/framework/Look.h"
 #include "app/reports/ReportFormsStage.h"
 #include "app/reports/ReportOptionsSheet.h"
 
@@ -6,6 +7,9 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QRadioButton>
+#include <QScreen>
+#include <QTabBar>
+#include <QTabWidget>
 
 namespace kavu {
 namespace {
@@ -45,6 +49,26 @@ TEST_F(ReportOptionsTest, HasSixPagesWithNamesAndRoom) {
             QApplication::processEvents();
             EXPECT_EQ(test::checkWindow(sheet), std::vector<std::string>{}) << titles[i];
         }
+        dialog.reject();
+    }));
+}
+
+TEST_F(ReportOptionsTest, AllTabsAreInSightAndTheirTitlesAreWhole) {
+    look::apply(*static_cast<QApplication*>(QCoreApplication::instance()), look::Scheme::Light);
+    EXPECT_FALSE(edit([](QDialog& dialog) {
+        QApplication::processEvents();
+        const auto* const tabs = find<QTabWidget>(dialog, "pages");
+        const auto* const bar = tabs->tabBar();
+        ASSERT_EQ(bar->count(), 6);
+        for (int i = 0; i < bar->count(); ++i) {
+            EXPECT_TRUE(bar->rect().contains(bar->tabRect(i))) << i;
+            const auto room = bar->fontMetrics().size(0, bar->tabText(i));
+            EXPECT_LE(room.height(), bar->tabRect(i).height()) << i;
+            EXPECT_LT(room.width(), bar->tabRect(i).width()) << i;
+            EXPECT_EQ(bar->tabText(i).replace(u'\n', u' '),
+                      toQString(sheetOf(dialog).page(i).title()));
+        }
+        EXPECT_LE(dialog.width(), dialog.screen()->availableSize().width());
         dialog.reject();
     }));
 }
