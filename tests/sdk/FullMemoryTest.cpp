@@ -37,6 +37,13 @@ void* operator new(std::size_t size) {
 void* operator new[](std::size_t size) {
     return allocate(size);
 }
+// A sorting takes its room so. Whatever is freed below must come from here.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return size == refusedSize && size != 0 ? nullptr : std::malloc(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return size == refusedSize && size != 0 ? nullptr : std::malloc(size);
+}
 void operator delete(void* room) noexcept {
     std::free(room);
 }
