@@ -25,7 +25,7 @@ struct AutomationInterface {
     /// The type library of this interface, as it is installed.
     std::string_view library;
 
-    /// What the object tells of itself: the interface without what stands around it.
+    /// The answer of the object to Introspect: the interface element alone, without its node.
     [[nodiscard]] std::string_view introspection() const {
         const auto begin = library.find("  <interface ");
         return library.substr(begin, library.rfind("</node>") - begin);

@@ -89,7 +89,7 @@ void XmlDialog::addLosses(QVBoxLayout& column) {
     summary_->setTextFormat(Qt::PlainText);
     summary_->setWordWrap(true);
     list->setAccessibleName(QStringLiteral("What is lost in this form"));
-    list_ = list;
+    lossList_ = list;
     column.addWidget(summary_);
     column.addWidget(list, 2);
 }
@@ -155,7 +155,7 @@ void XmlDialog::showLosses() {
     for (auto& row : table.rows) {
         rows.push_back({std::move(row.what), std::move(row.count)});
     }
-    list_->setEnabled(!rows.empty());
+    lossList_->setEnabled(!rows.empty());
     losses_->setRows(std::move(rows));
 }
 

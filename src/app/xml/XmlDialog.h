@@ -75,7 +75,7 @@ class XmlDialog : public HelpedDialog {
     QListWidget* links_ = nullptr;
     QLabel* summary_ = nullptr;
     RowModel* losses_ = nullptr;
-    QWidget* list_ = nullptr;
+    QWidget* lossList_ = nullptr;
     QLineEdit* output_ = nullptr;
 };
 
